@@ -1,0 +1,17 @@
+# The one place for warning flags; every target of the tree links dqlib_warnings privately.
+add_library(dqlib_warnings INTERFACE)
+target_compile_options(
+  dqlib_warnings
+  INTERFACE -Werror
+            -Wall
+            -Wextra
+            -Wpedantic
+            -Wshadow
+            -Wconversion
+            -Wno-sign-conversion
+            -Wnon-virtual-dtor
+            -Wold-style-cast
+            -Woverloaded-virtual
+            -Wcast-align
+            -Wimplicit-fallthrough
+            -Wformat=2)

@@ -1,0 +1,76 @@
+// A message on its way to the host's output pane.
+
+#pragma once
+
+#include "dqlib/framework/base/c_string.h"
+
+namespace dq {
+
+class CWnd;
+
+/// Application messages that the library sends to the host's main window.
+enum ApplicationMessage : UINT {
+  /// Add to the output pane: the second argument is a `CDQOutputMessage*`, valid for the length of
+  /// the send. The first is 1 only for an error with a target; receivers ignore it.
+  DQM_ADD_OUTPUT_MESSAGE = 33801,
+  /// Open the output pane: arguments 0 and 1.
+  DQM_SHOW_OUTPUT_PANE = 33818,
+};
+
+/// Kinds of message, in two families of three, and two marks of a task.
+enum OutputMessageType {
+  OUTPUT_PROGRAM_INFO = 0,
+  OUTPUT_PROGRAM_WARNING = 1,
+  OUTPUT_PROGRAM_ERROR = 2,
+  OUTPUT_DBMS_INFO = 3,
+  OUTPUT_DBMS_WARNING = 4,
+  OUTPUT_DBMS_ERROR = 5,
+  OUTPUT_TASK_START = 6,
+  OUTPUT_TASK_END = 7,
+};
+
+/// One message with its type. The send operations block until the main window of the calling thread
+/// has taken the message, also from a worker; without a main window they set the fields and deliver
+/// nothing.
+class CDQOutputMessage {
+ public:
+  /// A type outside 0 to 7 counts as 0; a null text as "".
+  explicit CDQOutputMessage(OutputMessageType type = OUTPUT_PROGRAM_INFO,
+                            const char* text = nullptr, bool auto_delete = false);
+  CDQOutputMessage(const CDQOutputMessage&) = default;
+  CDQOutputMessage& operator=(const CDQOutputMessage&) = default;
+  virtual ~CDQOutputMessage();
+
+  /// A new message that the caller owns, unless it is auto delete and has been sent. Null, and a
+  /// line in the trace log, when memory runs out.
+  static CDQOutputMessage* CreateOutputMessage(OutputMessageType type, const char* text,
+                                               bool auto_delete);
+
+  /// Send as program information (type 0). The form with an id loads the string.
+  virtual void SendInfoMessage(UINT id);
+  virtual void SendInfoMessage(const char* text);
+  /// Send as a program error (type 2), whatever the type was. A null target keeps the one that is
+  /// set.
+  virtual void SendErrorMessage(UINT id, const char* target);
+  virtual void SendErrorMessage(const char* text, const char* target);
+
+  OutputMessageType GetType() const { return m_eType; }
+  void SetType(OutputMessageType type);
+  const CString& GetTarget() const { return m_strTarget; }
+  const CString& GetText() const { return m_strText; }
+  void SetText(const char* text);
+
+  /// Whether the receiver is to delete the message when it has taken it.
+  bool GetAutoDelete() const { return m_bAutoDelete; }
+  void SetAutoDelete(bool auto_delete) { m_bAutoDelete = auto_delete; }
+
+ private:
+  void Send(WPARAM first);
+
+  OutputMessageType m_eType;
+  CString m_strTarget;
+  CString m_strText;
+  bool m_bAutoDelete;
+};
+
+}  // namespace dq

@@ -1,0 +1,262 @@
+#include "dqlib/framework/base/c_string.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <utility>
+
+#include "dqlib/framework/base/multi_byte.h"
+#include "dqlib/framework/base/resource_chain.h"
+
+namespace dq {
+namespace {
+
+std::string_view OrEmpty(const char* text) { return text == nullptr ? "" : text; }
+
+int ToIndex(std::size_t position) {
+  return position == multi_byte::npos ? -1 : static_cast<int>(position);
+}
+
+}  // namespace
+
+CString::CString(CString&& other) noexcept
+    : text_(std::move(other.text_)), length_(std::exchange(other.length_, 0)) {
+  other.text_.clear();
+}
+
+CString::CString(const char* text) : CString(OrEmpty(text)) {}
+
+CString::CString(const char* text, int length)
+    : CString(text == nullptr || length < 1
+                  ? std::string_view()
+                  : std::string_view(text, static_cast<std::size_t>(length))) {}
+
+CString::CString(std::string_view text) : text_(text), length_(text.size()) {}
+
+CString::CString(const std::string& text) : CString(std::string_view(text)) {}
+
+CString::CString(char character, int repeat)
+    : text_(static_cast<std::size_t>(std::max(repeat, 0)), character), length_(text_.size()) {}
+
+CString& CString::operator=(CString&& other) noexcept {
+  if (this != &other) {
+    text_ = std::move(other.text_);
+    length_ = std::exchange(other.length_, 0);
+    other.text_.clear();
+  }
+  return *this;
+}
+
+CString& CString::operator=(const char* text) { return *this = OrEmpty(text); }
+
+CString& CString::operator=(std::string_view text) {
+  text_.assign(text);
+  Commit();
+  return *this;
+}
+
+CString& CString::operator=(const std::string& text) { return *this = std::string_view(text); }
+
+CString& CString::operator=(char character) { return *this = std::string_view(&character, 1); }
+
+void CString::Empty() {
+  text_.clear();
+  Commit();
+}
+
+void CString::SetAt(int index, char character) {
+  text_[static_cast<std::size_t>(index)] = character;
+}
+
+CString& CString::operator+=(const char* text) { return Append(OrEmpty(text)); }
+
+CString& CString::operator+=(char character) { return Append({&character, 1}); }
+
+CString& CString::Append(std::string_view text) {
+  Storage().append(text);
+  Commit();
+  return *this;
+}
+
+int CString::Compare(const char* text) const { return multi_byte::Compare(View(), OrEmpty(text)); }
+
+int CString::CompareNoCase(const char* text) const {
+  return multi_byte::CompareNoCase(View(), OrEmpty(text));
+}
+
+CString CString::Mid(int first) const { return Mid(first, GetLength()); }
+
+CString CString::Mid(int first, int count) const {
+  const auto start = std::min(static_cast<std::size_t>(std::max(first, 0)), length_);
+  return CString(View().substr(start, static_cast<std::size_t>(std::max(count, 0))));
+}
+
+CString CString::Left(int count) const { return Mid(0, count); }
+
+CString CString::Right(int count) const {
+  const int kept = std::clamp(count, 0, GetLength());
+  return Mid(GetLength() - kept, kept);
+}
+
+CString CString::SpanIncluding(const char* set) const {
+  return CString(View().substr(0, View().find_first_not_of(OrEmpty(set))));
+}
+
+CString CString::SpanExcluding(const char* set) const {
+  return CString(View().substr(0, View().find_first_of(OrEmpty(set))));
+}
+
+void CString::MakeUpper() { multi_byte::MakeUpper(Storage()); }
+
+void CString::MakeLower() { multi_byte::MakeLower(Storage()); }
+
+void CString::MakeReverse() {
+  const platform::CodePage& page = multi_byte::CurrentCodePage();
+  std::string& text = Storage();
+  std::ranges::reverse(text);
+  if (page.IsSingleByte()) return;
+  // Reversing byte by byte has turned two-byte characters round: walk the source for where they
+  // are.
+  std::string reversed(text.rbegin(), text.rend());
+  std::size_t target = text.size();
+  for (std::string_view rest = reversed; !rest.empty();) {
+    const std::size_t size = page.CharacterSize(rest);
+    target -= size;
+    text.replace(target, size, rest.substr(0, size));
+    rest.remove_prefix(size);
+  }
+}
+
+void CString::TrimRight() {
+  length_ = multi_byte::TrimRight(View()).size();
+  Storage();
+}
+
+void CString::TrimLeft() {
+  std::string& text = Storage();
+  text.erase(0, text.size() - multi_byte::TrimLeft(text).size());
+  Commit();
+}
+
+int CString::Find(char character) const { return ToIndex(multi_byte::Find(View(), character)); }
+
+int CString::Find(const char* text) const {
+  return ToIndex(multi_byte::Find(View(), OrEmpty(text)));
+}
+
+int CString::ReverseFind(char character) const {
+  return ToIndex(multi_byte::ReverseFind(View(), character));
+}
+
+int CString::FindOneOf(const char* set) const {
+  return ToIndex(View().find_first_of(OrEmpty(set)));
+}
+
+void CString::Format(const char* format, ...) {
+  std::va_list arguments;
+  va_start(arguments, format);
+  FormatV(format, arguments);
+  va_end(arguments);
+}
+
+void CString::Format(UINT id, ...) {
+  const std::string format(AfxFindString(id).value_or(""));
+  std::va_list arguments;
+  va_start(arguments, id);
+  FormatV(format.c_str(), arguments);
+  va_end(arguments);
+}
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+void CString::FormatV(const char* format, std::va_list arguments) {
+  std::va_list again;
+  va_copy(again, arguments);
+  const int size = std::vsnprintf(nullptr, 0, format, arguments);
+  std::string formatted(static_cast<std::size_t>(std::max(size, 0)), '\0');
+  if (size > 0) std::vsnprintf(formatted.data(), formatted.size() + 1, format, again);
+  va_end(again);
+  text_ = std::move(formatted);
+  Commit();
+}
+#pragma GCC diagnostic pop
+
+BOOL CString::LoadString(UINT id) {
+  const auto text = AfxFindString(id);
+  *this = text.value_or("");
+  return text ? 1 : 0;
+}
+
+char* CString::GetBuffer(int minimum) {
+  const std::size_t size = static_cast<std::size_t>(std::max(minimum, 0));
+  text_.resize(length_);
+  text_.resize(std::max(size, length_));
+  return text_.data();
+}
+
+void CString::ReleaseBuffer(int length) {
+  length_ = length < 0 ? std::strlen(text_.c_str())
+                       : std::min(static_cast<std::size_t>(length), text_.size());
+  text_.resize(length_);
+}
+
+std::string& CString::Storage() {
+  text_.resize(length_);
+  return text_;
+}
+
+CString operator+(const CString& left, const CString& right) {
+  CString sum(left);
+  return sum += right;
+}
+
+CString operator+(const CString& left, const char* right) {
+  CString sum(left);
+  return sum += right;
+}
+
+CString operator+(const char* left, const CString& right) {
+  CString sum(left);
+  return sum += right;
+}
+
+CString operator+(const CString& left, char right) {
+  CString sum(left);
+  return sum += right;
+}
+
+CString operator+(char left, const CString& right) {
+  CString sum(left, 1);
+  return sum += right;
+}
+
+namespace {
+
+void FillPlaces(CString& result, UINT id, std::initializer_list<const char*> texts) {
+  const std::string_view pattern = AfxFindString(id).value_or("");
+  std::string filled;
+  for (std::size_t i = 0; i < pattern.size(); ++i) {
+    if (pattern[i] == '%' && i + 1 < pattern.size()) {
+      const std::size_t place = static_cast<std::size_t>(pattern[i + 1] - '1');
+      if (place < texts.size()) {
+        filled += OrEmpty(texts.begin()[place]);
+        ++i;
+        continue;
+      }
+    }
+    filled += pattern[i];
+  }
+  result = filled;
+}
+
+}  // namespace
+
+void AfxFormatString1(CString& result, UINT id, const char* text1) {
+  FillPlaces(result, id, {text1});
+}
+
+void AfxFormatString2(CString& result, UINT id, const char* text1, const char* text2) {
+  FillPlaces(result, id, {text1, text2});
+}
+
+}  // namespace dq

@@ -1,0 +1,56 @@
+// Points, sizes and rectangles in whole pixels.
+
+#pragma once
+
+#include "dqlib/platform/types.h"
+
+namespace dq {
+
+/// A point; `x` grows to the right and `y` downwards.
+struct CPoint {
+  LONG x = 0;
+  LONG y = 0;
+
+  void Offset(LONG dx, LONG dy) {
+    x += dx;
+    y += dy;
+  }
+  friend bool operator==(const CPoint&, const CPoint&) = default;
+};
+
+/// A width and a height.
+struct CSize {
+  LONG cx = 0;
+  LONG cy = 0;
+
+  friend bool operator==(const CSize&, const CSize&) = default;
+};
+
+/// A rectangle whose right and bottom edges lie just outside it.
+struct CRect {
+  LONG left = 0;
+  LONG top = 0;
+  LONG right = 0;
+  LONG bottom = 0;
+
+  LONG Width() const { return right - left; }
+  LONG Height() const { return bottom - top; }
+  CSize Size() const { return {Width(), Height()}; }
+  CPoint TopLeft() const { return {left, top}; }
+
+  /// True if it has no area.
+  bool IsRectEmpty() const { return Width() <= 0 || Height() <= 0; }
+  void SetRect(LONG l, LONG t, LONG r, LONG b) { *this = {l, t, r, b}; }
+  void OffsetRect(LONG dx, LONG dy) {
+    left += dx;
+    right += dx;
+    top += dy;
+    bottom += dy;
+  }
+  bool PtInRect(const CPoint& point) const {
+    return point.x >= left && point.x < right && point.y >= top && point.y < bottom;
+  }
+  friend bool operator==(const CRect&, const CRect&) = default;
+};
+
+}  // namespace dq

@@ -1,0 +1,81 @@
+// The search for resources: the current resource module, then the chain of extension modules, then
+// the framework's own module.
+//
+// All of it belongs to the user-interface thread.
+
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "dqlib/framework/base/object.h"
+#include "dqlib/platform/modules.h"
+
+namespace dq {
+
+/// The current resource module. At first null, until the program sets one: then only the chain is
+/// searched.
+HINSTANCE AfxGetResourceHandle();
+void AfxSetResourceHandle(HINSTANCE module);
+
+/// The first module that has the resource, in the order above; the current resource module if none
+/// has it. The name counts by its low 16 bits.
+HINSTANCE AfxFindResourceHandle(UINT name, WORD type);
+
+/// The text of the string with the id from the first module that has it and isn't empty there.
+std::optional<std::string_view> AfxFindString(UINT id);
+
+/// The framework's own module, the end of every search: strings 57344 to 61999.
+const platform::Module& FrameworkModule();
+
+/// What the framework knows of an extension module. Zero until `AfxInitExtensionModule`.
+struct AFX_EXTENSION_MODULE {
+  bool bInitialized = false;
+  /// Where the module's code lies, and where its resources lie; the same for most.
+  HINSTANCE hModule = nullptr;
+  HINSTANCE hResource = nullptr;
+  /// Run-time classes that the module's static objects entered.
+  ClassList classes;
+};
+
+/// A raw attach step for an extension module, to be called before its static objects are built:
+/// moves the program's list of run-time classes aside, so that the module's record takes up those
+/// of the module. A module that is linked into the program has no such moment; its classes stay in
+/// the program's list.
+void AfxRawAttachExtensionModule();
+
+/// Fills the record, takes up the classes entered since the raw attach step and puts the program's
+/// list back. Without a raw attach step the record takes up none. False, and no change, if the
+/// module is null.
+bool AfxInitExtensionModule(AFX_EXTENSION_MODULE& state, HINSTANCE module);
+
+/// A link in the chain of extension modules. Making one puts it at the head of the chain,
+/// destroying it takes it out. The same module may have several.
+class CDynLinkLibrary {
+ public:
+  /// On the record of an initialised module, which must outlive the link.
+  explicit CDynLinkLibrary(AFX_EXTENSION_MODULE& state);
+  /// On a module without run-time classes of its own, as a host's strings; it must outlive the
+  /// link.
+  explicit CDynLinkLibrary(HINSTANCE resources);
+  CDynLinkLibrary(const CDynLinkLibrary&) = delete;
+  CDynLinkLibrary& operator=(const CDynLinkLibrary&) = delete;
+  ~CDynLinkLibrary();
+
+  HINSTANCE resources() const { return resources_; }
+  const ClassList& classes() const { return classes_; }
+  /// The next older link, null at the end.
+  CDynLinkLibrary* next() const { return next_; }
+
+  /// The newest link, null if there is none.
+  static CDynLinkLibrary* head();
+
+ private:
+  void Link();
+
+  HINSTANCE resources_;
+  ClassList classes_;
+  CDynLinkLibrary* next_ = nullptr;
+};
+
+}  // namespace dq

@@ -1,0 +1,26 @@
+#include "dqlib/framework/base/trace.h"
+
+#include <cstdio>
+#include <utility>
+
+namespace dq {
+namespace {
+
+TraceSink& Sink() {
+  static TraceSink sink;
+  return sink;
+}
+
+}  // namespace
+
+void AfxTrace(std::string_view text) {
+  if (Sink()) {
+    Sink()(text);
+  } else {
+    std::fwrite(text.data(), 1, text.size(), stderr);
+  }
+}
+
+TraceSink SetTraceSink(TraceSink sink) { return std::exchange(Sink(), std::move(sink)); }
+
+}  // namespace dq

@@ -1,0 +1,93 @@
+// Runs a console program to its end and hands its output on line by line, with the passwords in its
+// command line masked.
+//
+//   CDQConsoleProgram program;
+//   program.SetCallback([](int code, const char* text) { ... return 0; });
+//   CString last;
+//   program.RunExecutable("sqlplus", last, "scott/tiger@ora1 @report.sql");
+
+#pragma once
+
+#include <atomic>
+
+#include "dqlib/framework/base/c_string.h"
+#include "dqlib/platform/processes.h"
+
+namespace dq {
+
+/// First argument of the feedback procedure.
+enum ConsoleFeedback : int {
+  CONSOLE_LINE = 1,            ///< A line of output, or first of all the masked command line.
+  CONSOLE_START_FAILED = -3,   ///< The process could not be started; a text says why.
+  CONSOLE_PIPE_FAILED = -4,    ///< A pipe could not be made; a text says why.
+  CONSOLE_READ_FAILED = -5,    ///< Reading failed; a text says why.
+  CONSOLE_NO_EXECUTABLE = -6,  ///< There is no program to run; the text is null.
+};
+
+/// Takes a `ConsoleFeedback` and a text, valid for the length of the call. Its result is ignored.
+using ConsoleCallback = int (*)(int code, const char* text);
+
+/// Runs one program at a time. A copy shares the handles of a run under way.
+class CDQConsoleProgram {
+ public:
+  CDQConsoleProgram();
+  CDQConsoleProgram(const CDQConsoleProgram& other);
+  CDQConsoleProgram& operator=(const CDQConsoleProgram& other);
+  virtual ~CDQConsoleProgram();
+
+  /// Null takes no feedback. Called on the thread inside `RunExecutable`.
+  void SetCallback(ConsoleCallback callback) { m_pCallback = callback; }
+  /// The child's working directory; "" for this process's.
+  void SetCurrentDirectory(const char* directory) { m_strCurrentDirectory = directory; }
+  /// Whether blanks at the left of a line are dropped, as they are at first. The last line of the
+  /// output always keeps its own, because it is what callers show as the program's last word.
+  void EnableTrimLeft(bool enable) { m_bTrimLeft = enable; }
+
+  /// Runs the program and waits for its end. A null `exe` or `args` keeps the one of the former
+  /// call. Reports the command line, masked unless `args` is null, then each line of output; blank
+  /// lines vanish. `lastOutput` gets the last line if it had no line behind it, and else keeps its
+  /// value. Returns 1 if the program ran, whatever its exit code, also when it was cancelled; 0
+  /// after a failure, which has been reported. The child has nothing to read from its standard
+  /// input. Bytes behind a zero are lost up to the end of what the system handed over with it.
+  virtual int RunExecutable(const char* exe, CString& lastOutput, const char* args);
+
+  /// Ends the program that runs, with its whole process group, from a thread other than the one
+  /// inside `RunExecutable`. Nothing happens if none runs.
+  void CancelProgram();
+
+  /// Where a complete first line ends: the index of the last character of the run of line ends
+  /// behind it, if another character follows that run. 0 if the line isn't complete, -2 for "".
+  static int GetEndOfLinePosition(const char* text);
+
+  /// Bytes that the line logic is fed at a time.
+  static int m_nPipeOutputSize;
+
+ protected:
+  /// Starts of messages, loaded once.
+  static CString CREATE_STDIN_PIPE_ERROR_MESSAGE;
+  static CString CREATE_STDOUT_PIPE_ERROR_MESSAGE;
+  static CString CREATE_PROCESS_ERROR_MESSAGE;
+  static CString READ_PIPE_ERROR_MESSAGE;
+  static void InitLocalStr();
+
+ private:
+  struct Run;
+
+  int Report(int code, const char* text) const;
+  CString MaskedCommandLine(const CString& command_line) const;
+
+  ConsoleCallback m_pCallback = nullptr;
+  HANDLE m_hInputRead = kNoHandle;
+  HANDLE m_hInputWrite = kNoHandle;
+  std::atomic<HANDLE> m_hOutputRead = kNoHandle;
+  HANDLE m_hOutputWrite = kNoHandle;
+  CString m_strExecutable;
+  CString m_strArguments;
+  CString m_strCurrentDirectory;
+  char m_szPipeBuffer[256] = {};
+  std::atomic<HANDLE> m_hProcess = kNoHandle;
+  DWORD m_nProcessId = 0;
+  bool m_bTrimLeft = true;
+};
+
+}  // namespace dq

@@ -1,0 +1,24 @@
+// Out-of-line destructors of the interfaces, so that each has its virtual table in one place.
+
+#include "dqlib/platform/clock.h"
+#include "dqlib/platform/locale.h"
+#include "dqlib/platform/modules.h"
+#include "dqlib/platform/network.h"
+#include "dqlib/platform/processes.h"
+#include "dqlib/platform/prompts.h"
+#include "dqlib/platform/system_errors.h"
+#include "dqlib/platform/system_facts.h"
+
+namespace dq::platform {
+
+Clock::~Clock() = default;
+Locale::~Locale() = default;
+Module::~Module() = default;
+Modules::~Modules() = default;
+Network::~Network() = default;
+Processes::~Processes() = default;
+Prompts::~Prompts() = default;
+SystemErrors::~SystemErrors() = default;
+SystemFacts::~SystemFacts() = default;
+
+}  // namespace dq::platform

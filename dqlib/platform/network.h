@@ -1,0 +1,32 @@
+// What the library asks of the network layer.
+
+#pragma once
+
+#include <string>
+
+#include "dqlib/platform/error.h"
+#include "dqlib/platform/types.h"
+
+namespace dq::platform {
+
+/// An error that a network provider reported in its own terms.
+struct NetworkError {
+  DWORD code = 0;
+  std::string description;
+  std::string provider;
+};
+
+/// The network layer of the process. Any thread.
+class Network {
+ public:
+  Network() = default;
+  Network(const Network&) = delete;
+  Network& operator=(const Network&) = delete;
+  virtual ~Network();
+
+  /// The calling thread's last network error. An error of kind `kNotFound` when no provider has
+  /// reported one on this thread.
+  virtual Result<NetworkError> LastError() = 0;
+};
+
+}  // namespace dq::platform

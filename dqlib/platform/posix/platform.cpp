@@ -1,0 +1,38 @@
+#include "dqlib/platform/platform.h"
+
+#include <atomic>
+
+#include "dqlib/platform/posix/system_services.h"
+
+namespace dq::platform {
+namespace {
+
+std::atomic<const Platform*> g_current = nullptr;
+
+}  // namespace
+
+const Platform& System() {
+  static const Platform system{
+      .clock = &posix::SystemClock(),
+      .locale = &posix::SystemLocale(),
+      .modules = &posix::SystemModules(),
+      .network = &posix::SystemNetwork(),
+      .processes = &posix::SystemProcesses(),
+      .prompts = &posix::SystemPrompts(),
+      .system_errors = &posix::SystemErrorTexts(),
+      .system_facts = &posix::SystemFactsService(),
+  };
+  return system;
+}
+
+const Platform& Current() {
+  const Platform* current = g_current.load(std::memory_order_acquire);
+  return current == nullptr ? System() : *current;
+}
+
+ScopedPlatform::ScopedPlatform(const Platform& platform)
+    : platform_(platform), former_(g_current.exchange(&platform_)) {}
+
+ScopedPlatform::~ScopedPlatform() { g_current.store(former_); }
+
+}  // namespace dq::platform

@@ -1,0 +1,55 @@
+// Every question to the person at the machine.
+
+#pragma once
+
+#include <string_view>
+
+#include "dqlib/platform/types.h"
+
+namespace dq {
+
+/// Kinds of message box: one set of buttons, plus an icon, plus the default button.
+enum BoxType : UINT {
+  BOX_OK = 0,
+  BOX_OK_CANCEL = 1,
+  BOX_ABORT_RETRY_IGNORE = 2,
+  BOX_YES_NO_CANCEL = 3,
+  BOX_YES_NO = 4,
+  BOX_RETRY_CANCEL = 5,
+  BOX_STOP = 16,
+  BOX_QUESTION = 32,
+  BOX_EXCLAMATION = 48,
+  BOX_INFORMATION = 64,
+  BOX_DEFAULT_SECOND = 0x100,
+  BOX_DEFAULT_THIRD = 0x200,
+};
+
+/// Buttons by which a message box is left.
+enum BoxButton : int {
+  BUTTON_OK = 1,
+  BUTTON_CANCEL = 2,
+  BUTTON_ABORT = 3,
+  BUTTON_RETRY = 4,
+  BUTTON_IGNORE = 5,
+  BUTTON_YES = 6,
+  BUTTON_NO = 7,
+};
+
+namespace platform {
+
+/// Asks the person. Calls block until there is an answer; on the thread that calls.
+class Prompts {
+ public:
+  Prompts() = default;
+  Prompts(const Prompts&) = delete;
+  Prompts& operator=(const Prompts&) = delete;
+  virtual ~Prompts();
+
+  /// Shows `text` with the buttons and icon of `type` (a sum of `BoxType` values; unknown bits are
+  /// ignored, an unknown set of buttons counts as `BOX_OK`) and returns the `BoxButton` pressed.
+  /// `help_id` names the help topic of the box; 0 and -1 are none.
+  virtual int Show(std::string_view text, UINT type, UINT help_id) = 0;
+};
+
+}  // namespace platform
+}  // namespace dq

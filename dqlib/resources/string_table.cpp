@@ -1,0 +1,39 @@
+#include "dqlib/resources/string_table.h"
+
+#include <algorithm>
+
+namespace dq {
+namespace {
+
+constexpr StringRow kStrings[] = {
+    {IDS_NETWORK_ERROR, "Network error %ld.\r\n%s"},
+    {IDS_NETWORK_PROVIDER_ERROR, "%s failed with error code%d.\r\n%s"},
+    {IDS_NETWORK_LAST_ERROR_FAILED, "WNetGetLastError failed with error %ld."},
+    {IDS_CREATE_STDIN_PIPE_FAILED, "Create STDIN pipe failed: "},
+    {IDS_CREATE_STDOUT_PIPE_FAILED, "Create STDOUT pipe failed: "},
+    {IDS_CREATE_PROCESS_FAILED, "Create process failed: "},
+    {IDS_READ_PIPE_FAILED, "Read pipe failed: "},
+    {IDS_UNKNOWN_OS_ERROR, "Unknown OS Error"},
+    {IDS_UNDER_CONSTRUCTION, "This Feature is Under Construction."},
+    {IDS_START_TASK, "Start Task: On %s"},
+    {IDS_END_TASK, "End Task: On %s"},
+    {IDS_SYSTEM_ERROR_WITH_FILE, "Error: %s\nFile: %s,  Line %d"},
+    {IDS_OUTPUT_MESSAGE_OUT_OF_MEMORY, "Out of memory, could not create CDQOutputMessage.\n"},
+};
+
+constexpr bool IsStrictlySorted() {
+  return std::ranges::adjacent_find(kStrings, std::ranges::greater_equal{}, &StringRow::id) ==
+         std::ranges::end(kStrings);
+}
+static_assert(IsStrictlySorted(), "strings are sorted by id, and no id stands twice");
+
+}  // namespace
+
+std::span<const StringRow> StringTable() { return kStrings; }
+
+const ResourceModule& LibraryResources() {
+  static const ResourceModule* const module = new ResourceModule(kStrings);
+  return *module;
+}
+
+}  // namespace dq

@@ -1,0 +1,52 @@
+// The list of errors that a database call left behind, as the platform layer of the family keeps
+// it.
+
+#pragma once
+
+#include <deque>
+#include <memory>
+
+#include "dqlib/framework/base/c_string.h"
+
+namespace dq {
+
+/// One error of a database.
+class ErrorRecord {
+ public:
+  /// `line` counts from 1; 0 if the error has no place in a script.
+  explicit ErrorRecord(const char* description, long code = 0, int line = 0);
+  virtual ~ErrorRecord();
+
+  /// The database's text. Virtual, because a driver may fetch it when it is asked for, and may
+  /// throw.
+  virtual CString GetErrorDescription() const;
+  long GetErrorCode() const { return code_; }
+  int GetErrorLine() const { return line_; }
+
+ private:
+  CString description_;
+  long code_;
+  int line_;
+};
+
+/// Errors in the order in which they came, to be taken one by one. Not for several threads at once.
+class Errors {
+ public:
+  Errors() = default;
+  Errors(const Errors&) = delete;
+  Errors& operator=(const Errors&) = delete;
+  virtual ~Errors();
+
+  void Add(std::unique_ptr<ErrorRecord> error);
+
+  /// True while `GetNextError` has one to give.
+  virtual bool MoreErrors() const;
+  /// The next error, which stays owned by the list; call it only while there are more.
+  virtual ErrorRecord& GetNextError();
+
+ private:
+  std::deque<std::unique_ptr<ErrorRecord>> errors_;
+  std::size_t next_ = 0;
+};
+
+}  // namespace dq
