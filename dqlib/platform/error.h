@@ -18,6 +18,7 @@ enum class ErrorKind {
   kBrokenPipe,       ///< The other end is gone, or a reader was interrupted. An ordinary end.
   kBusy,             ///< Someone else holds it. Trying again later may help.
   kNoSpace,          ///< The disk, a quota or a table is full.
+  kBufferTooSmall,   ///< The caller's buffer is too small for the data.
   kUnsupported,      ///< This platform has no such service.
   kOther,            ///< Anything else.
 };

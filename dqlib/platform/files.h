@@ -1,0 +1,155 @@
+// Files and directories.
+
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "dqlib/platform/error.h"
+#include "dqlib/platform/processes.h"
+#include "dqlib/platform/types.h"
+
+namespace dq {
+
+/// Attribute bits of files.
+enum FileAttribute : DWORD {
+  FILE_READ_ONLY = 0x01,
+  FILE_HIDDEN = 0x02,  ///< On POSIX, a name that begins with a dot.
+  FILE_SYSTEM = 0x04,
+  FILE_DIRECTORY = 0x10,
+  FILE_ARCHIVE = 0x20,  ///< Every ordinary file.
+};
+
+/// Kinds of drives.
+enum DriveType : UINT {
+  DRIVE_KIND_UNKNOWN = 0,
+  DRIVE_KIND_NO_ROOT = 1,
+  DRIVE_KIND_REMOVABLE = 2,
+  DRIVE_KIND_FIXED = 3,
+  DRIVE_KIND_REMOTE = 4,
+};
+
+namespace platform {
+
+/// How a file is opened.
+struct OpenOptions {
+  bool read = true;
+  bool write = false;
+  /// Makes the file if it doesn't exist.
+  bool create = false;
+  /// Empties a file that exists.
+  bool truncate = false;
+  /// Fails with `kBusy` while someone else has the file open for writing, and keeps others from
+  /// opening it for writing; `deny_read` keeps them from opening it at all. What programs that
+  /// don't go through this interface do is not prevented.
+  bool deny_write = false;
+  bool deny_read = false;
+  /// Only the user may read and write a file that is made: for secrets and settings.
+  bool user_only = false;
+};
+
+enum class SeekOrigin { kBegin, kCurrent, kEnd };
+
+/// What is known of a file or directory.
+struct FileStatus {
+  std::uint64_t size = 0;
+  DWORD attributes = 0;
+  /// Seconds since 1970-01-01 UTC.
+  std::int64_t modified = 0;
+  std::int64_t accessed = 0;
+  std::int64_t changed = 0;
+};
+
+/// One hit of a search.
+struct FoundFile {
+  /// Without directory.
+  std::string name;
+  FileStatus status;
+};
+
+/// Facts about the volume that a path lies on.
+struct VolumeFacts {
+  /// "" if it has none.
+  std::string label;
+  DWORD serial_number = 0;
+  std::string file_system;
+  std::uint64_t bytes_total = 0;
+  std::uint64_t bytes_free = 0;
+};
+
+/// The file system. Paths may use both separators; on POSIX a path with a drive is not found. A
+/// path is at most 4,095 bytes and holds no zero, else `kInvalidArgument`. Any thread; one thread
+/// at a time may use one open file.
+class Files {
+ public:
+  Files() = default;
+  Files(const Files&) = delete;
+  Files& operator=(const Files&) = delete;
+  virtual ~Files();
+
+  /// Open files, by handle.
+  virtual Result<HANDLE> Open(std::string_view path, const OpenOptions& options) = 0;
+  /// Reads at most the whole of `buffer`, 0 bytes at the end of the file.
+  virtual Result<std::size_t> Read(HANDLE file, std::span<char> buffer) = 0;
+  /// Writes all bytes.
+  virtual Error Write(HANDLE file, std::string_view bytes) = 0;
+  /// The new position. A position before the file's begin is `kInvalidArgument`.
+  virtual Result<std::uint64_t> Seek(HANDLE file, std::int64_t offset, SeekOrigin origin) = 0;
+  virtual Result<std::uint64_t> Length(HANDLE file) = 0;
+  virtual Error SetLength(HANDLE file, std::uint64_t length) = 0;
+  /// Puts what was written on the disk.
+  virtual Error Flush(HANDLE file) = 0;
+  /// The error is that of a write that the system put off. The handle is closed in any case.
+  virtual Error Close(HANDLE file) = 0;
+
+  /// Whole files. `ReadAll` replaces `bytes`. `Replace` puts a file with these bytes in the place
+  /// of `path`, so that at any moment, also after a crash, either the old or the new one is there
+  /// whole; it keeps the permissions of the old one, and a link stays a link.
+  virtual Error ReadAll(std::string_view path, std::string& bytes) = 0;
+  virtual Error Replace(std::string_view path, std::string_view bytes, bool user_only) = 0;
+
+  virtual Result<FileStatus> Status(std::string_view path) = 0;
+  /// Only `FILE_READ_ONLY` can be changed; other bits are ignored.
+  virtual Error SetAttributes(std::string_view path, DWORD attributes) = 0;
+  virtual Error SetModified(std::string_view path, std::int64_t seconds) = 0;
+  /// `kAccessDenied` for a file that is read-only.
+  virtual Error Delete(std::string_view path) = 0;
+  virtual Error Rename(std::string_view from, std::string_view to) = 0;
+  /// `overwrite` false: `kAlreadyExists` if `to` is there. The copy is whole or not there.
+  virtual Error Copy(std::string_view from, std::string_view to, bool overwrite) = 0;
+  virtual Error MakeDirectory(std::string_view path) = 0;
+  /// Only an empty one.
+  virtual Error RemoveDirectory(std::string_view path) = 0;
+
+  /// Entries of a directory whose names match the last part of `pattern`: `*` is any run of
+  /// characters, `?` any one, case of ASCII letters is ignored, and "*.*" matches every name. "."
+  /// and
+  /// ".." are among them where the pattern matches. `kNotFound` if nothing matches. Sorted by name.
+  virtual Result<std::vector<FoundFile>> Find(std::string_view pattern) = 0;
+
+  virtual std::string CurrentDirectory() = 0;
+  virtual Error SetCurrentDirectory(std::string_view path) = 0;
+  /// With a separator at its end.
+  virtual std::string TempDirectory() = 0;
+  /// Makes an empty file `<directory>\<first 3 characters of prefix><number in hex>.tmp` that
+  /// didn't exist and returns its path. The directory must exist.
+  virtual Result<std::string> MakeTempFile(std::string_view directory, std::string_view prefix) = 0;
+  /// The path from the root, without "." and ".."; the file need not exist.
+  virtual Result<std::string> FullPath(std::string_view path) = 0;
+  /// The full path of a file that is searched for in the program's directory, the current directory
+  /// and along the user's path.
+  virtual Result<std::string> SearchPath(std::string_view name) = 0;
+  /// The path in the form that other machines of the network know it by; an error where there is
+  /// none.
+  virtual Result<std::string> UniversalName(std::string_view path) = 0;
+  /// The kind of the drive, as `SplitPath` gives it; for "" and for POSIX paths that of the volume
+  /// they lie on is not asked: "" is `DRIVE_KIND_NO_ROOT` in the Windows form.
+  virtual UINT KindOfDrive(std::string_view drive) = 0;
+  virtual Result<VolumeFacts> Volume(std::string_view path) = 0;
+};
+
+}  // namespace platform
+}  // namespace dq

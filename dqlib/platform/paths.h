@@ -1,0 +1,49 @@
+// The two forms of paths, and how a path is cut and joined.
+//
+// A path with a drive letter, or with `\` and no `/`, is in the Windows form; every other path is
+// in the platform's own. Both characters separate when a path is cut. A separator that must be
+// added is that of the path's form, and the platform's where the path shows none. Windows form:
+// drives, and comparison without regard to case. The platform's own form on POSIX: no drive, exact
+// comparison.
+
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace dq::platform {
+
+enum class PathForm { kWindows, kPosix };
+
+/// The form of a path that shows one, else the platform's own.
+PathForm FormOf(std::string_view path);
+
+/// '\\' or '/', as the path's form has it.
+char SeparatorFor(std::string_view path);
+
+constexpr bool IsSeparator(char character) { return character == '\\' || character == '/'; }
+
+/// Index of the first or last separator, or npos.
+std::size_t FindSeparator(std::string_view path, std::size_t start = 0);
+std::size_t FindLastSeparator(std::string_view path);
+
+/// A path cut into the parts that together make it up again.
+struct PathParts {
+  std::string drive;      ///< "c:", or "" where the path has none.
+  std::string directory;  ///< With its last separator, as in "\data\".
+  std::string name;       ///< Without directory and extension.
+  std::string extension;  ///< From the last dot of the file name, dot included.
+};
+
+/// Cuts a path. A network path has no drive: its server and share are part of the directory.
+PathParts SplitPath(std::string_view path);
+
+/// Joins parts, any of which may be empty: adds a colon behind a drive letter, a separator behind
+/// the directory and a dot before the extension where they lack them.
+std::string MakePath(std::string_view drive, std::string_view directory, std::string_view name,
+                     std::string_view extension);
+
+/// `name` in the directory, with one separator between them.
+std::string JoinPath(std::string_view directory, std::string_view name);
+
+}  // namespace dq::platform
