@@ -54,6 +54,8 @@ const CRuntimeClass* CRuntimeClass::FromName(const char* name) {
 
 CObject::~CObject() = default;
 
+void CObject::Serialize(CArchive& /*archive*/) {}
+
 const CRuntimeClass* CObject::GetRuntimeClass() const { return RUNTIME_CLASS(CObject); }
 
 }  // namespace dq

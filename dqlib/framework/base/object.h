@@ -15,6 +15,7 @@
 
 namespace dq {
 
+class CArchive;
 class CObject;
 
 /// What a program can ask of a class at run time. Each one is a constant static object, which
@@ -64,6 +65,13 @@ class CObject {
 
   virtual const CRuntimeClass* GetRuntimeClass() const;
 
+  /// True if the class has a schema, so that an archive can store and load its objects.
+  bool IsSerializable() const { return GetRuntimeClass()->m_wSchema != 0xFFFF; }
+
+  /// Stores the object to the archive or loads it, as the archive is made for. The base does
+  /// nothing.
+  virtual void Serialize(CArchive& archive);
+
   bool IsKindOf(const CRuntimeClass* runtime_class) const {
     return GetRuntimeClass()->IsDerivedFrom(runtime_class);
   }
@@ -92,6 +100,9 @@ inline CObject* IfKindOf(CObject* object, const CRuntimeClass* runtime_class) {
   DECLARE_DYNAMIC(class_name)         \
   static ::dq::CObject* CreateObject();
 
+/// In a class: as before, and archives can store and load its objects.
+#define DECLARE_SERIAL(class_name) DECLARE_DYNCREATE(class_name)
+
 #define DQ_IMPLEMENT_RUNTIMECLASS(class_name, base_name, schema, create)               \
   const ::dq::CRuntimeClass class_name::class##class_name(#class_name, schema, create, \
                                                           RUNTIME_CLASS(base_name));   \
@@ -108,6 +119,9 @@ inline CObject* IfKindOf(CObject* object, const CRuntimeClass* runtime_class) {
   DQ_IMPLEMENT_RUNTIMECLASS(class_name, base_name, 0xFFFF, nullptr)
 
 /// In the source file of a class with `DECLARE_DYNCREATE`.
-#define IMPLEMENT_DYNCREATE(class_name, base_name)                                               \
+#define IMPLEMENT_DYNCREATE(class_name, base_name) IMPLEMENT_SERIAL(class_name, base_name, 0xFFFF)
+
+/// In the source file of a class with `DECLARE_SERIAL`, with its schema number.
+#define IMPLEMENT_SERIAL(class_name, base_name, schema)                                          \
   ::dq::CObject* class_name::CreateObject() { return std::make_unique<class_name>().release(); } \
-  DQ_IMPLEMENT_RUNTIMECLASS(class_name, base_name, 0xFFFF, &class_name::CreateObject)
+  DQ_IMPLEMENT_RUNTIMECLASS(class_name, base_name, schema, &class_name::CreateObject)
