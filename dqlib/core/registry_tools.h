@@ -1,0 +1,34 @@
+// Helpers over the registry. They report failure by their results only.
+
+#pragma once
+
+#include "dqlib/framework/base/c_string.h"
+#include "dqlib/platform/registry.h"
+
+namespace dq {
+
+/// "Software\Velmora\<application's name>\": the path of the application's root key below the
+/// current user; "" instead of the name without an application object.
+CString AppRegistryRoot();
+
+/// The text of a value of any type, up to its first zero; "" if there is none, if it is longer than
+/// 260 bytes, or if a name is null. A missing value and an empty one can't be told apart.
+CString DQLIB_AppFindValueInRegistry(HKEY root, const char* path, const char* name);
+
+/// Sets a text value of `length` bytes, and makes its key if need be. Nothing happens if a text is
+/// null or `length` is below 0. The caller says whether the zero behind the text counts.
+void DQLIB_AppWriteValueInRegistry(HKEY root, const char* path, const char* name, const char* text,
+                                   int length);
+
+/// Moves all values and sub-keys from one open key to the other; in spite of its name nothing but
+/// the empty source is left. A value of more than 7,680 bytes, and those that enumerate behind it,
+/// stay behind in the source, but are lost with their key where that is a sub-key. Returns 0 only
+/// if memory runs out. Not atomic: an interrupted move leaves what was moved in the target.
+BOOL DQLIB_CopyRegistryKey(HKEY source, HKEY target);
+
+/// Renames a sub-key of `root`; onto another existing key it merges. A change of case goes through
+/// a temporary name, since names that differ by case only are the same. Returns non-zero on
+/// success.
+BOOL DQLIB_RenameRegistryItem(HKEY root, const char* old_name, const char* new_name);
+
+}  // namespace dq
