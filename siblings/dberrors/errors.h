@@ -37,6 +37,7 @@ class Errors {
   Errors& operator=(const Errors&) = delete;
   virtual ~Errors();
 
+  /// Adds an error at the end; null adds nothing.
   void Add(std::unique_ptr<ErrorRecord> error);
 
   /// True while `GetNextError` has one to give.

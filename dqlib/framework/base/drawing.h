@@ -6,6 +6,8 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "dqlib/framework/base/geometry.h"
@@ -120,6 +122,10 @@ class CBitmap : public CObject {
   std::unique_ptr<const BitmapDescription> picture_;
 };
 
+/// The record of a module's resource by the low 16 bits of its id, or null if there is none. Null
+/// module means the system's own resources.
+HRSRC FindModuleResource(HINSTANCE module, UINT id, WORD type);
+
 /// Flags of `LoadImage`.
 enum ImageFlags : UINT {
   IMAGE_DEFAULT_SIZE = 0x40,
@@ -132,13 +138,15 @@ enum ImageFlags : UINT {
 std::unique_ptr<const BitmapDescription> LoadImage(HINSTANCE module, UINT id, UINT flags);
 
 /// Reads and writes the bytes of a picture resource: a device-independent bitmap with its 40-byte
-/// header, without a file header. Writing makes 24 bits a pixel; reading gives null for anything it
-/// can't make sense of.
+/// header, without a file header. Reading takes uncompressed ones, rows from the bottom up or from
+/// the top down, and gives null for anything it can't make sense of. Writing makes 24 bits a pixel
+/// and rows from the bottom up; it gives "" for a description whose pixels don't match its size.
 std::unique_ptr<const BitmapDescription> ReadDib(std::string_view bytes);
 std::string WriteDib(const BitmapDescription& picture);
 
-/// A pointer or icon of a module; null module means the system's own. Null if there is none. The
-/// result lives as long as the process.
+/// A pointer or icon of a module; null module means the system's own. Null if there is none or its
+/// data is no pointer: x and y of the hot spot as two WORDs, then a picture as above. The result
+/// lives as long as the process, and a second load gives the same one.
 HCURSOR LoadCursor(HINSTANCE module, UINT id);
 HICON LoadIcon(HINSTANCE module, UINT id);
 
