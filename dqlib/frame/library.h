@@ -16,7 +16,8 @@ enum AttachReason : DWORD {
 };
 
 /// Puts the library's resources into the framework's chain. The entry point does it once; a host
-/// whose own module keeps a chain may call it again, and every call adds one more link.
+/// whose own module keeps a chain may call it again, and every call adds one more link. Does
+/// nothing before the process is attached.
 void DQLIB_InitializeExtensionDLL();
 
 /// The library's module handle, as its extension module record holds it; null before the process is

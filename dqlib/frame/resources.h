@@ -63,8 +63,8 @@ void DQLIB_LoadResourceList(HINSTANCE module, UINT id, const CString& delimiters
 /// Tells the user that a feature isn't there yet.
 void DQLIB_DoUnderConstructionMessageBox();
 
-/// True if the window's class has that name, case ignored. Only the first 31 bytes of the window's
-/// class name take part, so a longer `name` never matches.
+/// True if the window's class has that name, case ignored. Only the first 32 bytes of the window's
+/// class name take part, so a longer `name` never matches. False for a dead handle.
 bool DQCompareClassName(HWND window, const char* name);
 
 }  // namespace dq
