@@ -1,0 +1,100 @@
+// Signed integers of any length, kept as decimal digits.
+//
+//   CDQBigInt size("123456789012345678901");
+//   size *= 1024;
+//   std::cout << size;
+
+#pragma once
+
+#include <compare>
+#include <cstdint>
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+namespace dq {
+
+/// A signed integer of any length. Reading and writing text is linear; arithmetic is as exact as on
+/// paper, but with rules of its own that stored values and callers rely on:
+///  - The remainder of a smaller number by a larger one is the larger one: 3 % 5 is 5.
+///  - The sign of a remainder follows that of the quotient, and a remainder of zero can be
+///  negative,
+///    which is then not equal to 0: 7 % -7. Multiplying a zero by a negative `int` gives one too.
+///  - Conversion to `int` reads the last six digits.
+///  - A text is not checked: callers do that first. Other characters make what they make.
+/// A divisor of zero as a `CDQBigInt`, other than for 0 / 0, is the caller's error. A value: not
+/// for several threads at once, unless const.
+class CDQBigInt {
+ public:
+  /// The number 0.
+  CDQBigInt();
+  CDQBigInt(int number);
+  CDQBigInt(std::int64_t number);
+  /// A text of digits with an optional leading "-"; "" is 0, and so are "-" and "-0".
+  explicit CDQBigInt(const std::string& text);
+
+  /// The number modulo a million, with its sign. Dialogs with six places rely on it.
+  explicit operator int() const;
+
+  /// "-" if negative, then the digits.
+  std::string toString() const;
+
+  bool equals(const CDQBigInt& other) const;
+  bool lessThan(const CDQBigInt& other) const;
+
+  CDQBigInt& operator+=(const CDQBigInt& other);
+  CDQBigInt& operator-=(const CDQBigInt& other);
+  CDQBigInt& operator*=(const CDQBigInt& other);
+  CDQBigInt& operator*=(int factor);
+  CDQBigInt& operator/=(const CDQBigInt& other);
+  /// A divisor of 0 leaves the number, and the error is remembered inside.
+  CDQBigInt& operator/=(int divisor);
+  CDQBigInt& operator%=(const CDQBigInt& other);
+
+ private:
+  int size() const { return m_nDigits; }
+  /// The digit with an index from 0, lowest first, as a number; 0 out of range.
+  int getDigit(int index) const;
+  /// Out of range, a line on standard output and no change.
+  void changeDigit(int index, int value);
+  void addSigDigit(int value);
+  bool IsNeg() const { return m_bNegative; }
+  void Normalize();
+  static void DivideHelp(const CDQBigInt& lhs, const CDQBigInt& rhs, CDQBigInt& quotient,
+                         CDQBigInt& remainder);
+
+  bool m_bNegative = false;
+  /// The characters "0" to "9", lowest digit first; the vector's length is a capacity.
+  std::vector<char> m_digits;
+  int m_nDigits = 1;
+  /// 3 after a division by the `int` 0. Not copied.
+  int m_nError = 0;
+};
+
+inline bool operator==(const CDQBigInt& left, const CDQBigInt& right) { return left.equals(right); }
+inline bool operator!=(const CDQBigInt& left, const CDQBigInt& right) {
+  return !left.equals(right);
+}
+inline bool operator<(const CDQBigInt& left, const CDQBigInt& right) {
+  return left.lessThan(right);
+}
+inline bool operator>(const CDQBigInt& left, const CDQBigInt& right) {
+  return right.lessThan(left);
+}
+inline bool operator<=(const CDQBigInt& left, const CDQBigInt& right) { return !(left > right); }
+inline bool operator>=(const CDQBigInt& left, const CDQBigInt& right) { return !(left < right); }
+
+CDQBigInt operator+(const CDQBigInt& left, const CDQBigInt& right);
+CDQBigInt operator-(const CDQBigInt& left, const CDQBigInt& right);
+CDQBigInt operator*(const CDQBigInt& left, const CDQBigInt& right);
+CDQBigInt operator*(const CDQBigInt& left, int right);
+CDQBigInt operator*(int left, const CDQBigInt& right);
+CDQBigInt operator/(const CDQBigInt& left, const CDQBigInt& right);
+CDQBigInt operator/(const CDQBigInt& left, int right);
+CDQBigInt operator%(const CDQBigInt& left, const CDQBigInt& right);
+
+/// Reads a word and makes a number of it; writes `toString()`.
+std::istream& operator>>(std::istream& in, CDQBigInt& number);
+std::ostream& operator<<(std::ostream& out, const CDQBigInt& number);
+
+}  // namespace dq

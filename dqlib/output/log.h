@@ -1,0 +1,71 @@
+// Plain text log files: a time stamp and a text a line.
+
+#pragma once
+
+#include <atomic>
+#include <memory>
+
+#include "dqlib/framework/base/c_string.h"
+#include "dqlib/framework/base/file.h"
+
+namespace dq {
+
+/// A log that stays open. Its size is watched, not limited: when it outgrows its limit the user is
+/// warned, and the log goes on. Entries of several processes that write one log don't mix. The
+/// object is used by one thread at a time; its warning runs on a thread of its own, and one warning
+/// stands at a time in a process.
+class CDQLog : public CObject {
+  DECLARE_SERIAL(CDQLog)
+  /// Without a file: set the name and call `Initialize`. Such a log never warns.
+  CDQLog();
+  /// `maxKilobytes` 0 means 1000. Calls `Initialize`.
+  CDQLog(const CString& name, DWORD maxKilobytes, bool warn);
+  CDQLog(const CDQLog&) = delete;
+  CDQLog& operator=(const CDQLog&) = delete;
+  ~CDQLog() override;
+
+  void Serialize(CArchive& archive) override;
+
+  /// Opens the file for appending and turns the maximum from kilobytes into bytes, so it runs once
+  /// for an object. A file that can't be opened is told to the user, and there is no log then.
+  /// Without a name, or with `SetUseLog(false)`, nothing is opened.
+  void Initialize();
+
+  /// Write one line: the short date and the time, two blanks, the text, CR LF. An empty text, or an
+  /// id without a string, writes nothing. The last two fill %1 and %2. Throw a `CFileException` if
+  /// the system refuses the write.
+  void LogMessage(UINT stringId);
+  void LogMessage(const CString& text);
+  void LogMessage(UINT stringId, const char* arg);
+  void LogMessage(UINT stringId, const char* arg1, const char* arg2);
+
+  /// Empties the file, if there is one. Returns true.
+  bool ClearLogFile();
+
+  const CString& GetLogFileName() const { return m_strLogFileName; }
+  void SetLogFileName(const CString& name) { m_strLogFileName = name; }
+  /// False turns all writing off while the file stays open.
+  bool GetUseLog() const { return m_bUseLog; }
+  void SetUseLog(bool use) { m_bUseLog = use; }
+  /// Kilobytes until `Initialize` has run, bytes afterwards.
+  DWORD GetMaxFileSize() const { return m_nMaxFileSize; }
+  void SetMaxFileSize(DWORD size) { m_nMaxFileSize = size; }
+
+ private:
+  void DisplayWarningMessage();
+
+  CString m_strLogFileName;
+  bool m_bUseLog = true;
+  DWORD m_nMaxFileSize = 1000;
+  std::unique_ptr<CFile> m_pFile;
+  /// Whether a warning may be shown; shared with the warning's thread, which may outlive the log.
+  std::shared_ptr<std::atomic<bool>> m_pWarn;
+};
+
+/// Appends one entry, of two lines, to a log file: date and time, then the text. `maxKilobytes`
+/// above 0 makes a file of that size or larger start over, the opposite of what `CDQLog` does.
+/// Returns 1, or -1 if a text is null or the file can't be opened or written; another writer who
+/// has it open keeps this one waiting for up to a second.
+int DQLIB_WriteLogFile(const char* path, const char* text, long maxKilobytes);
+
+}  // namespace dq
