@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <span>
 #include <string_view>
 
 #include "dqlib/platform/types.h"
@@ -34,6 +35,13 @@ enum BoxButton : int {
   BUTTON_YES = 6,
   BUTTON_NO = 7,
 };
+
+/// The buttons of a message box in their order; those of `BOX_OK` for an unknown set.
+std::span<const BoxButton> BoxButtons(UINT type);
+
+/// The button that a message box has preselected: the first one, unless the type names another that
+/// it has.
+BoxButton DefaultBoxButton(UINT type);
 
 namespace platform {
 

@@ -16,7 +16,11 @@ Prompts& SystemPrompts();
 SystemErrors& SystemErrorTexts();
 SystemFacts& SystemFactsService();
 
-/// The one mapping of errno to an error value.
+/// The one mapping of errno to an error value; 0 is success.
 Error ErrorFromErrno(int number);
+
+/// Makes `error` the calling thread's last network error. For code that talks to a network provider
+/// and was refused.
+void RecordNetworkError(NetworkError error);
 
 }  // namespace dq::platform::posix
