@@ -1,0 +1,33 @@
+"""The example host: what it prints, and that a project outside the tree can take the tree in.
+
+host_test.py PROGRAM SOURCE_DIRECTORY GENERATOR COMPILER
+"""
+
+import subprocess
+import sys
+import tempfile
+import unittest
+
+PROGRAM, SOURCE, GENERATOR, COMPILER = sys.argv[1:5]
+
+
+class HostTest(unittest.TestCase):
+    def test_prints_its_own_string_and_one_of_the_library(self):
+        result = subprocess.run([PROGRAM], capture_output=True, text=True, check=True)
+        self.assertEqual(result.stdout,
+                         "host_example is ready.\nThis Feature is Under Construction.\n")
+
+    def test_configures_by_itself_with_neither_tests_nor_hosts(self):
+        with tempfile.TemporaryDirectory() as tree:
+            subprocess.run(["cmake", "-S", SOURCE, "-B", tree, "-G", GENERATOR,
+                            f"-DCMAKE_CXX_COMPILER={COMPILER}"],
+                           capture_output=True, text=True, check=True)
+            targets = subprocess.run(["cmake", "--build", tree, "--target", "help"],
+                                     capture_output=True, text=True, check=True).stdout
+        self.assertIn("host_example", targets)
+        self.assertNotIn("dqtool", targets)
+        self.assertNotIn("_test", targets)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])
