@@ -27,7 +27,8 @@ enum ConsoleFeedback : int {
 /// Takes a `ConsoleFeedback` and a text, valid for the length of the call. Its result is ignored.
 using ConsoleCallback = int (*)(int code, const char* text);
 
-/// Runs one program at a time. A copy shares the handles of a run under way.
+/// Runs one program at a time, on any thread; made on the user-interface thread, as it loads texts.
+/// A copy shares the handles of a run under way.
 class CDQConsoleProgram {
  public:
   CDQConsoleProgram();
@@ -56,10 +57,12 @@ class CDQConsoleProgram {
   void CancelProgram();
 
   /// Where a complete first line ends: the index of the last character of the run of line ends
-  /// behind it, if another character follows that run. 0 if the line isn't complete, -2 for "".
+  /// behind it, if another character follows that run. 0 if the line isn't complete, -2 for "" or
+  /// null.
   static int GetEndOfLinePosition(const char* text);
 
-  /// Bytes that the line logic is fed at a time.
+  /// Bytes that the line logic is fed at a time, from 1 to 255; what is out of range counts as the
+  /// nearest of these.
   static int m_nPipeOutputSize;
 
  protected:

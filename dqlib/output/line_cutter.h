@@ -7,10 +7,15 @@
 
 namespace dq::detail {
 
+/// The characters that end a line: line feed, carriage return, form feed and the character 26. Not
+/// the same set as white space: 26 isn't trimmed, and a vertical tab or a blank ends no line.
+inline constexpr char kLineEnds[] = "\n\r\f\x1a";
+
 /// Collects output and cuts it into lines. A line is ready when the first character of the next one
-/// has come, so the last line is left over for `Rest`. Line-end characters are line feed, carriage
-/// return, form feed and the character 26; runs of them count as one, so there are no empty lines.
-/// Linear in the bytes fed, however long a line is.
+/// has come, so the last line is left over for `Rest`. Runs of line ends count as one, and those
+/// that nothing stands before are dropped, so there are no empty lines. A line goes up to the last
+/// character of the run and is then trimmed, so that a 26 within the run stays in it. Linear in the
+/// bytes fed, however long a line is.
 class LineCutter {
  public:
   explicit LineCutter(bool trim_left) : trim_left_(trim_left) {}
@@ -26,6 +31,8 @@ class LineCutter {
   std::string_view Rest();
 
  private:
+  void DropLeadingLineEnds();
+
   std::string text_;
   /// Bytes of `text_` that are done with.
   std::size_t begin_ = 0;
