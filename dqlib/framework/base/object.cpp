@@ -44,6 +44,7 @@ bool CRuntimeClass::IsDerivedFrom(const CRuntimeClass* base) const {
 }
 
 const CRuntimeClass* CRuntimeClass::FromName(const char* name) {
+  if (name == nullptr) return nullptr;
   if (const CRuntimeClass* found = FindInList(ProgramClassList(), name)) return found;
   for (const CDynLinkLibrary* link = CDynLinkLibrary::head(); link != nullptr;
        link = link->next()) {

@@ -32,7 +32,7 @@ struct CRuntimeClass {
   bool IsDerivedFrom(const CRuntimeClass* base) const;
 
   /// The class with exactly this name, searched for in the program's list and then in those of the
-  /// extension modules, the newest first; or null.
+  /// extension modules, the newest first; or null. A null name finds none.
   static const CRuntimeClass* FromName(const char* name);
 
   const char* m_lpszClassName;

@@ -1,21 +1,25 @@
 #include "dqlib/framework/base/resource_chain.h"
 
+#include <atomic>
 #include <utility>
 
 namespace dq {
 namespace {
 
-HINSTANCE g_current = nullptr;
-CDynLinkLibrary* g_head = nullptr;
+// Atomic, because workers load strings while the user-interface thread switches modules.
+std::atomic<HINSTANCE> g_current = nullptr;
+std::atomic<CDynLinkLibrary*> g_head = nullptr;
 /// The program's class list while a module's static objects enter theirs.
 std::optional<ClassList> g_set_aside;
 
 /// The first module of the search order that `has` accepts, or null.
 template <typename Predicate>
 HINSTANCE Search(Predicate has) {
-  if (g_current != nullptr && has(*g_current)) return g_current;
+  const HINSTANCE current = g_current;
+  if (current != nullptr && has(*current)) return current;
   for (const CDynLinkLibrary* link = g_head; link != nullptr; link = link->next()) {
-    if (has(*link->resources())) return link->resources();
+    const HINSTANCE module = link->resources();
+    if (module != nullptr && has(*module)) return module;
   }
   return has(FrameworkModule()) ? &FrameworkModule() : nullptr;
 }
@@ -30,7 +34,7 @@ HINSTANCE AfxFindResourceHandle(UINT name, WORD type) {
   const HINSTANCE found = Search([=](const platform::Module& module) {
     return module.Find(type, static_cast<WORD>(name)) != nullptr;
   });
-  return found == nullptr ? g_current : found;
+  return found == nullptr ? AfxGetResourceHandle() : found;
 }
 
 std::optional<std::string_view> AfxFindString(UINT id) {
@@ -42,17 +46,18 @@ std::optional<std::string_view> AfxFindString(UINT id) {
   return text && text->empty() ? std::nullopt : text;
 }
 
-void AfxRawAttachExtensionModule() { g_set_aside = std::exchange(ProgramClassList(), {}); }
+void AfxRawAttachExtensionModule() {
+  if (!g_set_aside) g_set_aside = std::exchange(ProgramClassList(), {});
+}
 
 bool AfxInitExtensionModule(AFX_EXTENSION_MODULE& state, HINSTANCE module) {
+  std::optional<ClassList> entered;
+  if (g_set_aside) entered = std::exchange(ProgramClassList(), *std::exchange(g_set_aside, {}));
   if (module == nullptr) return false;
   state.bInitialized = true;
   state.hModule = module;
   state.hResource = module;
-  if (g_set_aside) {
-    state.classes = std::exchange(ProgramClassList(), *g_set_aside);
-    g_set_aside.reset();
-  }
+  if (entered) state.classes = *entered;
   return true;
 }
 
@@ -63,12 +68,19 @@ CDynLinkLibrary::CDynLinkLibrary(AFX_EXTENSION_MODULE& state)
 
 CDynLinkLibrary::CDynLinkLibrary(HINSTANCE resources) : resources_(resources) { Link(); }
 
-void CDynLinkLibrary::Link() { next_ = std::exchange(g_head, this); }
+void CDynLinkLibrary::Link() {
+  next_ = g_head;
+  g_head = this;
+}
 
 CDynLinkLibrary::~CDynLinkLibrary() {
-  CDynLinkLibrary** link = &g_head;
-  while (*link != this) link = &(*link)->next_;
-  *link = next_;
+  if (g_head == this) {
+    g_head = next_;
+    return;
+  }
+  CDynLinkLibrary* newer = g_head;
+  while (newer->next_ != this) newer = newer->next_;
+  newer->next_ = next_;
 }
 
 CDynLinkLibrary* CDynLinkLibrary::head() { return g_head; }

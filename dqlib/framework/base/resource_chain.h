@@ -1,7 +1,8 @@
 // The search for resources: the current resource module, then the chain of extension modules, then
 // the framework's own module.
 //
-// All of it belongs to the user-interface thread.
+// The current module and the chain are changed by the user-interface thread; any thread may search
+// them, and no link is taken out while one does.
 
 #pragma once
 
@@ -41,19 +42,20 @@ struct AFX_EXTENSION_MODULE {
 /// A raw attach step for an extension module, to be called before its static objects are built:
 /// moves the program's list of run-time classes aside, so that the module's record takes up those
 /// of the module. A module that is linked into the program has no such moment; its classes stay in
-/// the program's list.
+/// the program's list. A second step before the module is initialised changes nothing.
 void AfxRawAttachExtensionModule();
 
 /// Fills the record, takes up the classes entered since the raw attach step and puts the program's
-/// list back. Without a raw attach step the record takes up none. False, and no change, if the
-/// module is null.
+/// list back. Without a raw attach step the record takes up none. False, and no change to the
+/// record, if the module is null; then the module isn't loaded, and its classes are dropped.
 bool AfxInitExtensionModule(AFX_EXTENSION_MODULE& state, HINSTANCE module);
 
 /// A link in the chain of extension modules. Making one puts it at the head of the chain,
 /// destroying it takes it out. The same module may have several.
 class CDynLinkLibrary {
  public:
-  /// On the record of an initialised module, which must outlive the link.
+  /// On the record of a module; the module must outlive the link. A record that isn't initialised
+  /// gives a link without resources.
   explicit CDynLinkLibrary(AFX_EXTENSION_MODULE& state);
   /// On a module without run-time classes of its own, as a host's strings; it must outlive the
   /// link.
@@ -71,6 +73,7 @@ class CDynLinkLibrary {
   static CDynLinkLibrary* head();
 
  private:
+  /// Puts the link at the head, once it is whole.
   void Link();
 
   HINSTANCE resources_;

@@ -16,7 +16,7 @@ class CWinThread : public CObject {
   ~CWinThread() override;
 
   /// The thread's main window, which application messages go to; null if it has none. A thread
-  /// begun by another gets that one's. Not owned.
+  /// begun by another gets that one's, which must then outlive what the thread does. Not owned.
   CWnd* m_pMainWnd = nullptr;
 };
 
@@ -26,14 +26,19 @@ CWinThread* AfxGetThread();
 /// The main window of the calling thread, or null.
 CWnd* AfxGetMainWnd();
 
-/// Runs `procedure(parameter)` on a new thread that the framework knows. `Join` on the result waits
-/// for it; dropping the result lets it go on by itself.
+/// A thread begun by `AfxBeginThread`, or none. Dropping it lets the thread go on by itself.
 class WorkerThread {
  public:
-  WorkerThread() = default;
+  WorkerThread();
   WorkerThread(WorkerThread&&) noexcept;
   WorkerThread& operator=(WorkerThread&&) noexcept;
   ~WorkerThread();
+
+  /// True if there is a thread that hasn't been joined.
+  explicit operator bool() const { return state_ != nullptr; }
+
+  /// Waits for the thread's end, and handles meanwhile what it and others send to windows of the
+  /// calling thread. Does nothing if there is no thread. Not for the thread itself to call.
   void Join();
 
  private:
@@ -41,17 +46,20 @@ class WorkerThread {
   struct State;
   std::unique_ptr<State> state_;
 };
+
+/// Runs `procedure(parameter)` on a new thread that the framework knows; its result is dropped. No
+/// thread if the procedure is null or the system can't have another.
 WorkerThread AfxBeginThread(UINT (*procedure)(void*), void* parameter);
 
 /// Handles the messages that other threads have sent to windows of the calling thread and that
-/// wait; returns how many there were.
+/// wait; returns how many there were. What is sent meanwhile waits for the next call.
 int PumpSentMessages();
 
 /// The application object: who the program is. The thread that makes it is the user-interface
-/// thread. A program has one.
+/// thread. A program has one; it is dropped on the thread that made it.
 class CWinApp : public CWinThread {
   DECLARE_DYNAMIC(CWinApp)
-  /// `name` as `m_pszAppName`; null takes the executable's base name without extension.
+  /// The application's name; null takes the executable's base name without extension.
   explicit CWinApp(const char* name = nullptr);
   ~CWinApp() override;
 
@@ -72,7 +80,7 @@ class CWinApp : public CWinThread {
   CString executable_path_;
 };
 
-/// The program's application object, or null.
+/// The program's application object, or null. Any thread.
 CWinApp* AfxGetApp();
 
 }  // namespace dq

@@ -1,0 +1,36 @@
+#include <algorithm>
+
+#include "dqlib/framework/base/resource_chain.h"
+#include "dqlib/framework/base/resource_module.h"
+
+namespace dq {
+namespace {
+
+constexpr UINT kFirstId = 57344;
+constexpr UINT kLastId = 61999;
+
+constexpr StringRow kStrings[] = {
+    {61696, "Invalid filename."},
+    {61697, "Failed to open document."},
+    {61712, "Please enter an integer."},
+    {61714, "Please enter an integer between %1 and %2."},
+    {61718, "Please enter an integer between 0 and 255."},
+    {61719, "Please enter a positive integer."},
+};
+
+constexpr bool IsStrictlySorted() {
+  return std::ranges::adjacent_find(kStrings, std::ranges::greater_equal{}, &StringRow::id) ==
+         std::ranges::end(kStrings);
+}
+static_assert(IsStrictlySorted(), "strings are sorted by id, and no id stands twice");
+static_assert(std::begin(kStrings)->id >= kFirstId && std::rbegin(kStrings)->id <= kLastId,
+              "the framework has a block of ids of its own");
+
+}  // namespace
+
+const platform::Module& FrameworkModule() {
+  static const ResourceModule& module = *new ResourceModule(kStrings);
+  return module;
+}
+
+}  // namespace dq

@@ -1,0 +1,80 @@
+// The messages that wait for a thread's windows, and the register of all windows.
+
+#pragma once
+
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <string>
+
+#include "dqlib/platform/types.h"
+
+namespace dq {
+
+class CWnd;
+
+/// The queue of one thread. Each thread that has windows, or sends to windows of others, gets one
+/// that lives as long as the thread; when it ends, its windows are dead and senders that wait for
+/// them are released.
+///
+/// A thread that waits here serves what others send to it meanwhile, so that two threads may send
+/// to each other at the same time. An exception that leaves a handler then is held back until what
+/// the thread waits for has come, and its sender gets 0.
+///
+/// One lock guards all queues and the register: a send touches two queues, and a window's death
+/// those of all its senders. Handlers run without it.
+class MessageQueue {
+ public:
+  /// Something that one thread waits for and another reports. Touched with the lock only.
+  struct Completion {
+    bool done = false;
+    MessageQueue* waiter = nullptr;
+  };
+
+  MessageQueue() = default;
+  MessageQueue(const MessageQueue&) = delete;
+  MessageQueue& operator=(const MessageQueue&) = delete;
+  ~MessageQueue();
+
+  /// The calling thread's queue; null when the thread's own objects are gone already, as in the
+  /// destructor of a static object.
+  static MessageQueue* Current();
+
+  /// Enters a window of the calling thread and returns its handle; null if the thread has no queue.
+  static HWND AddWindow(CWnd* window, std::string class_name);
+  /// Ends a handle and releases its senders with 0. False if it is dead already.
+  static bool RemoveWindow(HWND window);
+  /// The window of a handle, null if it is dead. Any thread; only the window's own may use it.
+  static CWnd* FindWindow(HWND window);
+  /// The same, and null if it belongs to another thread.
+  static CWnd* FindOwnWindow(HWND window);
+  /// The name of the window's class; "" for a dead handle.
+  static std::string ClassName(HWND window);
+
+  /// Sends to a window of another thread and waits for its answer; 0 if it is dead or dies first.
+  static LRESULT Send(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+
+  /// On the queue's thread: serves the messages that wait now, not those that come meanwhile, and
+  /// returns how many there were.
+  int ServeWaiting();
+
+  /// Waits on the calling thread until another has called `Complete`; one thread per completion.
+  static void Wait(Completion& completion);
+  static void Complete(Completion& completion);
+
+ private:
+  using Lock = std::unique_lock<std::mutex>;
+  struct SentMessage;
+  struct Shared;
+
+  static Shared& All();
+  static void CompleteLocked(Completion& completion);
+  void ServeFirst(Lock& lock);
+  void WaitLocked(Lock& lock, Completion& completion);
+
+  std::deque<SentMessage*> sent_;
+  std::condition_variable wake_;
+  std::size_t windows_ = 0;
+};
+
+}  // namespace dq
