@@ -1,6 +1,7 @@
 // Out-of-line destructors of the interfaces, so that each has its virtual table in one place.
 
 #include "dqlib/platform/clock.h"
+#include "dqlib/platform/console.h"
 #include "dqlib/platform/locale.h"
 #include "dqlib/platform/modules.h"
 #include "dqlib/platform/network.h"
@@ -12,6 +13,8 @@
 namespace dq::platform {
 
 Clock::~Clock() = default;
+Console::~Console() = default;
+Console::StopWatch::~StopWatch() = default;
 Locale::~Locale() = default;
 Module::~Module() = default;
 Modules::~Modules() = default;

@@ -10,6 +10,7 @@
 #pragma once
 
 #include "dqlib/platform/clock.h"
+#include "dqlib/platform/console.h"
 #include "dqlib/platform/locale.h"
 #include "dqlib/platform/modules.h"
 #include "dqlib/platform/network.h"
@@ -23,6 +24,7 @@ namespace dq::platform {
 /// One of each service. No member is ever null; none is owned.
 struct Platform {
   Clock* clock;
+  Console* console;
   Locale* locale;
   Modules* modules;
   Network* network;

@@ -14,6 +14,7 @@ std::atomic<const Platform*> g_current = nullptr;
 const Platform& System() {
   static const Platform system{
       .clock = &posix::SystemClock(),
+      .console = &posix::SystemConsole(),
       .locale = &posix::SystemLocale(),
       .modules = &posix::SystemModules(),
       .network = &posix::SystemNetwork(),

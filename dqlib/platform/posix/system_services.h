@@ -3,11 +3,14 @@
 
 #pragma once
 
+#include <memory>
+
 #include "dqlib/platform/platform.h"
 
 namespace dq::platform::posix {
 
 Clock& SystemClock();
+Console& SystemConsole();
 Locale& SystemLocale();
 Modules& SystemModules();
 Network& SystemNetwork();
@@ -15,6 +18,11 @@ Processes& SystemProcesses();
 Prompts& SystemPrompts();
 SystemErrors& SystemErrorTexts();
 SystemFacts& SystemFactsService();
+
+/// Another locale by the environment (`LC_ALL`, `LC_NUMERIC`, `LC_TIME`, `LANG`), which is read when
+/// its first item is asked for and then holds. US English stands for the locales C, POSIX and
+/// en_US, and for one that isn't installed.
+std::unique_ptr<Locale> MakeLocale();
 
 /// The one mapping of errno to an error value; 0 is success.
 Error ErrorFromErrno(int number);

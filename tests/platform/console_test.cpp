@@ -1,0 +1,72 @@
+#include "dqlib/platform/console.h"
+
+#include <cerrno>
+#include <csignal>
+#include <future>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "dqlib/platform/platform.h"
+
+namespace dq::platform {
+namespace {
+
+void (*PresentHandler(int signal_number))(int) {
+  struct sigaction present {};
+  sigaction(signal_number, nullptr, &present);
+  return present.sa_handler;
+}
+
+TEST(Console, StopRequestCallsTheWatchInsteadOfEndingTheProgram) {
+  for (const int signal_number : {SIGINT, SIGTERM, SIGHUP}) {
+    std::promise<void> stopped;
+    auto watch = System().console->WatchStopRequests([&stopped] { stopped.set_value(); });
+    ASSERT_NE(watch, nullptr);
+    raise(signal_number);
+    stopped.get_future().wait();
+    watch.reset();
+    EXPECT_EQ(PresentHandler(signal_number), SIG_DFL) << signal_number;
+  }
+}
+
+TEST(Console, RequestsThatWereIgnoredStayIgnored) {
+  const auto former = std::signal(SIGHUP, SIG_IGN);
+  {
+    const auto watch = System().console->WatchStopRequests([] { ADD_FAILURE(); });
+    raise(SIGHUP);
+    EXPECT_EQ(PresentHandler(SIGHUP), SIG_IGN);
+  }
+  std::signal(SIGHUP, former);
+}
+
+TEST(Console, WatchEndsThoughMoreRequestsThanAPipeHoldsWait) {
+  std::promise<void> first, go_on;
+  std::shared_future<void> released = go_on.get_future();
+  int calls = 0;
+  auto watch = System().console->WatchStopRequests([&] {
+    if (++calls == 1) first.set_value();
+    released.wait();
+  });
+  raise(SIGTERM);
+  first.get_future().wait();
+  for (int i = 0; i < 70'000; ++i) raise(SIGTERM);
+  go_on.set_value();
+  watch.reset();
+  EXPECT_GE(calls, 2);
+}
+
+TEST(Console, WriteWithoutAReaderFailsAndChildrenAreNotAffected) {
+  const auto former = PresentHandler(SIGPIPE);
+  System().console->PrepareStreams();
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  close(ends[0]);
+  EXPECT_EQ(write(ends[1], "x", 1), -1);
+  EXPECT_EQ(errno, EPIPE);
+  EXPECT_NE(PresentHandler(SIGPIPE), SIG_IGN) << "a child would inherit it";
+  close(ends[1]);
+  std::signal(SIGPIPE, former);
+}
+
+}  // namespace
+}  // namespace dq::platform
