@@ -48,7 +48,11 @@ namespace platform {
 
 /// How a number text is laid out.
 struct NumberFormat {
+  static constexpr UINT kMaxDecimalPlaces = 255;
+
+  /// 0 to `kMaxDecimalPlaces`.
   UINT decimal_places = 0;
+  /// A number below 1 begins with a zero; one that has no decimal places always does.
   bool leading_zero = false;
   /// Digits in a group, 0 for no grouping.
   UINT grouping = 0;
@@ -60,7 +64,8 @@ struct NumberFormat {
 
 /// Lays out `number`, which is digits with at most one leading "-" and at most one ".", whatever
 /// separator the format has, and at least one digit. Rounds half away from zero to the format's
-/// places. A number that rounds to zero has no sign. No value for any other text.
+/// places, exactly for any number of digits. Leading zeros vanish; a number that rounds to zero has
+/// no sign. No value for any other text, and for a format out of its ranges.
 std::optional<std::string> LayOutNumber(std::string_view number, const NumberFormat& format);
 
 /// The locale of the process's user. Any thread, but for `SetCodePage`.

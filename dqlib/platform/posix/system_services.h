@@ -19,8 +19,8 @@ Prompts& SystemPrompts();
 SystemErrors& SystemErrorTexts();
 SystemFacts& SystemFactsService();
 
-/// Another locale by the environment (`LC_ALL`, `LC_NUMERIC`, `LC_TIME`, `LANG`), which is read when
-/// its first item is asked for and then holds. US English stands for the locales C, POSIX and
+/// Another locale by the environment (`LC_ALL`, `LC_NUMERIC`, `LC_TIME`, `LANG`), which is read
+/// when its first item is asked for and then holds. US English stands for the locales C, POSIX and
 /// en_US, and for one that isn't installed.
 std::unique_ptr<Locale> MakeLocale();
 

@@ -1,0 +1,90 @@
+#include "dqlib/platform/posix/date_pictures.h"
+
+#include <gtest/gtest.h>
+
+namespace dq::platform::posix {
+namespace {
+
+TEST(DatePictures, TranslateElementsAndQuoteText) {
+  struct {
+    const char* pattern;
+    const char* picture;
+  } const cases[] = {
+      {"%m/%d/%Y", "MM/dd/yyyy"},
+      {"%-d.%-m.%y", "d.M.yy"},
+      {"%#d/%#m", "d/M"},
+      {"%e. %b %Y", "d. MMM yyyy"},
+      {"%0e %_d %0k", "dd d HH"},
+      {"%A %a %B %h %G %g", "dddd ddd MMMM MMM yyyy yy"},
+      {"%D %F", "MM/dd/yy yyyy-MM-dd"},
+      {"%T %R", "HH:mm:ss HH:mm"},
+      {"%k:%M %l:%M %P", "H:mm h:mm tt"},
+      {"%Oy/%Om/%Od %EY", "yy/MM/dd yyyy"},
+      {"%I:%M:%S %p %Z", "hh:mm:ss tt"},
+      {"%Z %I:%M", "hh:mm"},
+      {"%H %Z:%M", "HH:mm"},
+      {"%n%H%t%M%%", "HH mm%"},
+      {"kl. %H.%M %z", "'kl'. HH.mm"},
+      {"%Y\xE5\xB9\xB4%m\xE6\x9C\x88", "yyyy'\xE5\xB9\xB4'MM'\xE6\x9C\x88'"},
+      // The second byte of a two-byte character may look like a letter or a bracket.
+      {"%Y\x83"
+       "a\x83[ %m",
+       "yyyy'\x83"
+       "a\x83[' MM"},
+      {"%H o'clock", "HH 'o''clock'"},
+      {"%H'%M''", "HH''mm''''"},
+      {"", ""},
+      {"%", ""},
+      {"%H%-", "HH"},
+      {"%Q%H%j", "HH"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(TimePicture({.time = c.pattern}), c.picture) << c.pattern;
+    EXPECT_EQ(ShortDatePicture({.date = c.pattern}), c.picture) << c.pattern;
+  }
+}
+
+TEST(DatePictures, FollowPatternsThatNameOthers) {
+  EXPECT_EQ(TimePicture({.time = "%r", .time_12h = "%l:%M %p"}), "h:mm tt");
+  EXPECT_EQ(TimePicture({.time = "%r"}), "hh:mm:ss tt");
+  EXPECT_EQ(TimePicture({.time = "%c", .time_12h = ""}), "");
+  // Patterns that name themselves and each other come to an end.
+  EXPECT_LT(TimePicture({.time = "%X%X%X%H", .time_12h = ""}).size(), 2000U);
+  EXPECT_LT(ShortDatePicture({.date_time = "%x%x%x", .date = "-%c%c"}).size(), 2000U);
+}
+
+TEST(DatePictures, LongDateIsTheDateOfTheDateAndTimeWithFullNames) {
+  struct {
+    const char* date_time;
+    const char* picture;
+  } const cases[] = {
+      {"%a %d %b %Y %T %Z", "dddd dd MMMM yyyy"},
+      {"%a %b %e %H:%M:%S %Y", "dddd MMMM d yyyy"},
+      {"%a, %d %b %Y, %X", "dddd, dd MMMM yyyy"},
+      {"%Y. %b. %-e., %A, %H:%M:%S %Z", "yyyy. MMMM. d., dddd"},
+      {"%x (%a) %r", "dd.MM.yyyy (dddd)"},
+      {"%T, %d.%m.%Y", "dd.MM.yyyy"},
+      {"%d-%m-%Y ora %H:%M", "dd-MM-yyyy"},
+      {"%Y\xE5\xB9\xB4%d\xE6\x97\xA5 %H\xE6\x99\x82%M\xE5\x88\x86",
+       "yyyy'\xE5\xB9\xB4'dd'\xE6\x97\xA5'"},
+      {"%H:%M", "dd.MM.yyyy"},
+      {"", "dd.MM.yyyy"},
+  };
+  for (const auto& c : cases) {
+    const DatePatterns patterns{.date_time = c.date_time, .date = "%d.%m.%Y", .time = "%T"};
+    EXPECT_EQ(LongDatePicture(patterns), c.picture) << c.date_time;
+  }
+}
+
+TEST(DatePictures, SeparatorIsWhatStandsBetweenTheFirstTwoElements) {
+  EXPECT_EQ(PictureSeparator("d.M.yyyy", "dMy", "/"), ".");
+  EXPECT_EQ(PictureSeparator("d. M. yyyy", "dMy", "/"), ". ");
+  EXPECT_EQ(PictureSeparator("'kl'. HH.mm", "Hhm", ":"), ".");
+  for (const char* picture : {"yyyy'J'MM", "yyyy", "yyyy.", "", "tt"}) {
+    EXPECT_EQ(PictureSeparator(picture, "dMy", "/"), "/") << picture;
+  }
+  EXPECT_EQ(WithoutQuotedText("'H' hh''mm 'o''c'"), " hhmm ");
+}
+
+}  // namespace
+}  // namespace dq::platform::posix
