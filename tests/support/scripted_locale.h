@@ -1,0 +1,44 @@
+// A locale whose items a test sets; what isn't set can't be read.
+
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+
+#include "dqlib/platform/platform.h"
+
+namespace dq::test {
+
+/// In force while it lives. Knows the user's locale only; its code page is the page 0 until a test
+/// chooses another.
+class ScriptedLocale : public platform::Locale {
+ public:
+  std::map<DWORD, std::string> items;
+
+  std::optional<std::string> Item(DWORD item, DWORD locale) override {
+    const auto found = items.find(item);
+    if (locale != LOCALE_USER_DEFAULT || found == items.end()) return std::nullopt;
+    return found->second;
+  }
+
+  const platform::CodePage& code_page() const override { return *code_page_; }
+
+  bool SetCodePage(UINT number) override {
+    const platform::CodePage* page = platform::CodePage::Get(number);
+    if (page != nullptr) code_page_ = page;
+    return page != nullptr;
+  }
+
+ private:
+  platform::Platform WithThis() {
+    platform::Platform services = platform::Current();
+    services.locale = this;
+    return services;
+  }
+
+  const platform::CodePage* code_page_ = platform::CodePage::Get(0);
+  platform::ScopedPlatform scope_{WithThis()};
+};
+
+}  // namespace dq::test
