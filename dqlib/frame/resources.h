@@ -35,8 +35,8 @@ int DQAfxMessageBox(UINT id, UINT type, UINT help_id, HINSTANCE module);
 CString& LoadStringA(HINSTANCE module, UINT id, CString& text);
 CString LoadStringA(HINSTANCE module, UINT id);
 
-/// Switched even to null, so `module` must be a real one: shows the string with the id, without a
-/// help topic; returns the button pressed.
+/// Switched even to null, so `module` must be a real one: shows the string with the id, which names
+/// the help topic too; returns the button pressed.
 int MessageBoxA(HINSTANCE module, UINT id, UINT type);
 
 /// Direct. The resource record with the id's low 16 bits as its name, or null.

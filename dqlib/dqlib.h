@@ -1,0 +1,33 @@
+// Everything public, for hosts that use much of the library. What uses little of it includes the
+// headers that it needs.
+
+#pragma once
+
+#include "dqlib/core/dq_string.h"
+#include "dqlib/core/locale_info.h"
+#include "dqlib/frame/cleaner.h"
+#include "dqlib/frame/gdi_dispenser.h"
+#include "dqlib/frame/library.h"
+#include "dqlib/frame/output_message.h"
+#include "dqlib/frame/resource_manager.h"
+#include "dqlib/frame/resources.h"
+#include "dqlib/frame/switch_resource_handle.h"
+#include "dqlib/frame/system_error_msg.h"
+#include "dqlib/framework/base/c_string.h"
+#include "dqlib/framework/base/drawing.h"
+#include "dqlib/framework/base/geometry.h"
+#include "dqlib/framework/base/multi_byte.h"
+#include "dqlib/framework/base/object.h"
+#include "dqlib/framework/base/random.h"
+#include "dqlib/framework/base/resource_chain.h"
+#include "dqlib/framework/base/resource_module.h"
+#include "dqlib/framework/base/string_collections.h"
+#include "dqlib/framework/base/trace.h"
+#include "dqlib/framework/windows/message_box.h"
+#include "dqlib/framework/windows/win_thread.h"
+#include "dqlib/framework/windows/wnd.h"
+#include "dqlib/output/console_program.h"
+#include "dqlib/platform/console.h"
+#include "dqlib/platform/platform.h"
+#include "dqlib/resources/string_ids.h"
+#include "dqlib/resources/string_table.h"

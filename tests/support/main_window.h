@@ -1,0 +1,45 @@
+// A main window that keeps the messages it is sent.
+
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "dqlib/frame/output_message.h"
+#include "dqlib/framework/windows/win_thread.h"
+
+namespace dq::test {
+
+struct SentMessage {
+  UINT message;
+  WPARAM first;
+  LPARAM second;
+};
+
+/// The program's application object and, for its lifetime, the main window of the calling thread.
+class MainWindow : public CWnd {
+ public:
+  MainWindow() {
+    CreateWnd("TestMainWindow");
+    app.m_pMainWnd = this;
+  }
+
+  /// The output message of a send that is under way.
+  static CDQOutputMessage& Output(const SentMessage& sent) {
+    return *reinterpret_cast<CDQOutputMessage*>(sent.second);
+  }
+
+  CWinApp app{"test"};
+  std::vector<SentMessage> messages;
+  /// Called while the sender waits.
+  std::function<void(const SentMessage&)> on_message;
+
+ protected:
+  LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
+    messages.push_back({message, wparam, lparam});
+    if (on_message) on_message(messages.back());
+    return 0;
+  }
+};
+
+}  // namespace dq::test
