@@ -51,7 +51,7 @@ SYSTEM_CALL = re.compile(
     r"|clock_gettime|gettimeofday|localtime_r|gmtime_r|syscall)\s*\(")
 
 STANDARD_WAYS = [
-    (re.compile(r"^\s*#\s*include\s*<(filesystem|fstream|iostream|csignal)>", re.MULTILINE),
+    (re.compile(r"^\s*#\s*include\s*<(filesystem|fstream|csignal)>", re.MULTILINE),
      "<{}>"),
     (re.compile(r"\b(std::(?:system|getenv|secure_getenv|fopen|freopen|tmpfile|remove|rename|time"
                 r"|clock|setlocale|localtime|gmtime|signal))\s*\("), "{}"),
