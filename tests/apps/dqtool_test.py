@@ -121,7 +121,7 @@ class RunTest(unittest.TestCase):
             (["echo", "scott/tiger@ora1"], b"echo scott/****@ora1\nscott/tiger@ora1\n"),
             (["echo"], b"echo \n"),
             (["--", "echo", "--dir"], b"echo --dir\n--dir\n"),
-            (["echo", "--help"], b"echo --help\n--help\n"),
+            (["echo", "--keep-left"], b"echo --keep-left\n--keep-left\n"),
         ]:
             with self.subTest(words=words):
                 self.assertEqual(dqtool("run", *words), (0, expected, b""))
