@@ -14,4 +14,6 @@ target_compile_options(
             -Woverloaded-virtual
             -Wcast-align
             -Wimplicit-fallthrough
-            -Wformat=2)
+            -Wformat=2
+            # An empty format is a text like any other.
+            -Wno-format-zero-length)
