@@ -32,6 +32,9 @@ class CDQBigInt {
   CDQBigInt(std::int64_t number);
   /// A text of digits with an optional leading "-"; "" is 0, and so are "-" and "-0".
   explicit CDQBigInt(const std::string& text);
+  CDQBigInt(const CDQBigInt& other);
+  CDQBigInt& operator=(const CDQBigInt& other);
+  ~CDQBigInt() = default;
 
   /// The number modulo a million, with its sign. Dialogs with six places rely on it.
   explicit operator int() const;
@@ -60,6 +63,12 @@ class CDQBigInt {
   void addSigDigit(int value);
   bool IsNeg() const { return m_bNegative; }
   void Normalize();
+  /// Below 0, 0 or above 0, signs left aside.
+  int CompareMagnitude(const CDQBigInt& other) const;
+  /// Whether this magnitude is below that of `number` times a digit times 10 to the power `shift`.
+  bool IsBelowProduct(const CDQBigInt& number, int factor, int shift) const;
+  /// Subtracts such a product that isn't larger.
+  void SubtractProduct(const CDQBigInt& number, int factor, int shift);
   static void DivideHelp(const CDQBigInt& lhs, const CDQBigInt& rhs, CDQBigInt& quotient,
                          CDQBigInt& remainder);
 
