@@ -1,0 +1,88 @@
+"""scripts/install.sh, on a machine whose package tools are played by small scripts."""
+
+import os
+import subprocess
+import tempfile
+import unittest
+
+INSTALL = os.path.realpath(os.path.join(os.path.dirname(__file__), "..", "..", "scripts",
+                                        "install.sh"))
+
+# A package is installed if a file of its name is in $MACHINE/has; apt-get brings those of
+# $MACHINE/offers, to which "update" adds those of $MACHINE/news.
+DPKG_QUERY = """#!/bin/sh
+for package; do :; done
+[ -e "$MACHINE/has/$package" ] && printf installed
+"""
+APT_GET = """#!/bin/sh
+echo "chatter on standard output"
+[ "$DEBIAN_FRONTEND" = noninteractive ] || exit 9
+for word; do
+  case "$word" in
+    update) echo update >>"$MACHINE/calls"; cp "$MACHINE"/news/* "$MACHINE/offers"; exit 0 ;;
+    install) echo install >>"$MACHINE/calls" ;;
+    -*|DPkg*) ;;
+    *) cp "$MACHINE/offers/$word" "$MACHINE/has/$word" || exit 100 ;;
+  esac
+done
+"""
+SUDO = """#!/bin/sh
+[ "$1" = -n ] && shift
+exec "$@"
+"""
+
+
+class InstallTest(unittest.TestCase):
+    def setUp(self):
+        self.machine = self.enterContext(tempfile.TemporaryDirectory())
+        for name, text in [("dpkg-query", DPKG_QUERY), ("apt-get", APT_GET), ("sudo", SUDO)]:
+            self.put("bin", name, text)
+            os.chmod(os.path.join(self.machine, "bin", name), 0o700)
+        for directory in ["has", "offers", "news"]:
+            self.put(directory, ".keep")
+
+    def put(self, directory, name, text=""):
+        os.makedirs(os.path.join(self.machine, directory), exist_ok=True)
+        with open(os.path.join(self.machine, directory, name), "w", encoding="ascii") as file:
+            file.write(text)
+
+    def install(self, *groups):
+        path = os.path.join(self.machine, "bin") + ":" + os.environ["PATH"]
+        return subprocess.run([INSTALL, *groups], text=True, capture_output=True, check=False,
+                              env={**os.environ, "PATH": path, "MACHINE": self.machine})
+
+    def calls(self):
+        try:
+            with open(os.path.join(self.machine, "calls"), encoding="ascii") as file:
+                return file.read().split()
+        except FileNotFoundError:
+            return []
+
+    def test_installs_what_is_missing_and_then_nothing(self):
+        self.put("has", "libbenchmark-dev")
+        self.put("offers", "libabsl-dev")
+        result = self.install("bench")
+        self.assertEqual((result.returncode, result.stdout, result.stderr),
+                         (0, "", "Installing libabsl-dev\n"))
+        result = self.install("bench")
+        self.assertEqual((result.returncode, result.stdout, result.stderr), (0, "", ""))
+        self.assertEqual(self.calls(), ["install"])
+
+    def test_fetches_the_package_list_when_the_machine_has_none(self):
+        self.put("has", "libbenchmark-dev")
+        self.put("news", "libabsl-dev")
+        self.assertEqual(self.install("bench").returncode, 0)
+        self.assertEqual(self.calls(), ["install", "update", "install"])
+
+    def test_failure_shows_what_the_package_manager_said(self):
+        result = self.install("bench")
+        self.assertEqual((result.returncode, result.stdout), (1, ""))
+        self.assertIn("chatter", result.stderr)
+
+    def test_unknown_group_is_wrong_usage(self):
+        result = self.install("bench", "nonsense")
+        self.assertEqual((result.returncode, self.calls()), (2, []))
+
+
+if __name__ == "__main__":
+    unittest.main()
