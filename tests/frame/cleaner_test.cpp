@@ -5,39 +5,24 @@
 namespace dq {
 namespace {
 
-int g_deleted = 0;
-
-class Counted : public CObject {
- public:
-  ~Counted() override { ++g_deleted; }
+struct Counted : CObject {
+  explicit Counted(int& deleted) : deleted_(deleted) {}
+  ~Counted() override { ++deleted_; }
+  int& deleted_;
 };
 
-TEST(Cleaners, DeleteWhatTheyHoldAtTheirEnd) {
-  g_deleted = 0;
-  {
-    CDQObjCleaner empty;
-    CDQGlobalResourceCleaner<Counted> empty_typed;
-    CDQObjCleaner cleaner;
-    CDQGlobalResourceCleaner<Counted> typed;
-    cleaner.SetObject(new Counted);
-    typed.SetObject(new Counted);
-    EXPECT_EQ(g_deleted, 0);
-  }
-  EXPECT_EQ(g_deleted, 2);
-}
-
-TEST(Cleaners, ACopyDeletesTheSameObject) {
-  g_deleted = 0;
+TEST(Cleaners, DeleteTheirObjectAndSoDoesACopy) {
+  int deleted = 0;
   CDQObjCleaner original;
-  original.SetObject(new Counted);
+  original.SetObject(new Counted(deleted));
   {
     CDQObjCleaner copy(original);
-    CDQObjCleaner assigned;
-    assigned = copy;
-    copy.SetObject(nullptr);
+    CDQGlobalResourceCleaner<Counted> typed;
+    typed.SetObject(new Counted(deleted));
+    original.SetObject(nullptr);
+    EXPECT_EQ(deleted, 0);
   }
-  EXPECT_EQ(g_deleted, 1);
-  original.SetObject(nullptr);
+  EXPECT_EQ(deleted, 2);
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include "dqlib/frame/gdi_dispenser.h"
 
-#include <cstring>
-
 #include "dqlib/framework/base/resource_chain.h"
 #include "gtest/gtest.h"
 #include "siblings/pictures/pictures.h"
@@ -18,79 +16,58 @@ TEST(CGDIDispenser, MakesOneBrushAndOnePenForAColor) {
     EXPECT_EQ(dispenser.GetSolidBrush(color)->color(), color);
     EXPECT_EQ(dispenser.GetPen(color)->color(), color);
   }
-  EXPECT_EQ(dispenser.GetSolidBrush(5), brush);
-  EXPECT_EQ(dispenser.GetPen(5), pen);
   dispenser.OnSysColorChange();
   EXPECT_EQ(dispenser.GetSolidBrush(5), brush);
-  EXPECT_TRUE(brush->IsCreated() && pen->IsCreated());
-  EXPECT_EQ(pen->style(), 0);
-  EXPECT_EQ(pen->width(), 0);
+  EXPECT_EQ(dispenser.GetPen(5), pen);
 }
 
-bool SameFont(const LOGFONT& left, const LOGFONT& right) {
-  return std::memcmp(&left, &right, sizeof(LOGFONT)) == 0;
-}
-
-TEST(CGDIDispenser, DerivesFontsFromTheStockFont) {
+TEST(CGDIDispenser, MakesItsFontsOnce) {
+  testing::ScriptedPlatform platform;
+  platform.facts.pixels_per_inch = 120;
   CGDIDispenser dispenser;
-  LOGFONT expected = *GetStockFont(DQRESOURCES_GetVarStockFont());
-  EXPECT_TRUE(SameFont(dispenser.GetDefaultFont(FONT_PLAIN)->GetLogFont(), expected));
-  expected.lfUnderline = 1;
-  EXPECT_TRUE(SameFont(dispenser.GetDefaultFont(FONT_UNDERLINE)->GetLogFont(), expected));
-  expected.lfUnderline = 0;
-  expected.lfWeight = 700;
-  EXPECT_TRUE(SameFont(dispenser.GetDefaultFont(FONT_BOLD)->GetLogFont(), expected));
-}
-
-TEST(CGDIDispenser, MeasuresTheTitleFontOnce) {
-  test::ScriptedPlatform platform;
-  constexpr std::pair<int, LONG> kHeights[] = {
-      {1, 0}, {5, -1}, {72, -8}, {96, -11}, {120, -13}, {600, -67}, {INT32_MAX, -238609294}};
-  for (const auto& [pixels_per_inch, height] : kHeights) {
-    platform.facts.pixels_per_inch = pixels_per_inch;
-    CGDIDispenser dispenser;
-    LOGFONT expected;
-    expected.lfHeight = height;
-    expected.lfWeight = 700;
-    std::strcpy(expected.lfFaceName, "MS Sans Serif");
-    CFont* const font = dispenser.GetDefaultFont(FONT_TITLE);
-    EXPECT_TRUE(SameFont(font->GetLogFont(), expected)) << pixels_per_inch;
-    platform.facts.pixels_per_inch = 7;
-    EXPECT_EQ(dispenser.GetDefaultFont(FONT_TITLE), font);
-    EXPECT_EQ(font->GetLogFont().lfHeight, height);
+  const LOGFONT& stock = *GetStockFont(DQRESOURCES_GetVarStockFont());
+  const struct {
+    eFontStyle style;
+    LONG height;
+    LONG weight;
+    int underline;
+    std::string face;
+  } cases[] = {{FONT_PLAIN, stock.lfHeight, stock.lfWeight, 0, stock.lfFaceName},
+               {FONT_BOLD, stock.lfHeight, 700, 0, stock.lfFaceName},
+               {FONT_UNDERLINE, stock.lfHeight, stock.lfWeight, 1, stock.lfFaceName},
+               {FONT_TITLE, -13, 700, 0, "MS Sans Serif"}};
+  for (const auto& row : cases) {
+    CFont* const font = dispenser.GetDefaultFont(row.style);
+    EXPECT_EQ(font->GetLogFont().lfHeight, row.height) << row.style;
+    EXPECT_EQ(font->GetLogFont().lfWeight, row.weight) << row.style;
+    EXPECT_EQ(font->GetLogFont().lfUnderline, row.underline) << row.style;
+    EXPECT_EQ(font->GetLogFont().lfFaceName, row.face) << row.style;
+    EXPECT_EQ(dispenser.GetDefaultFont(row.style), font) << row.style;
   }
+  platform.facts.pixels_per_inch = 96;
+  EXPECT_EQ(CGDIDispenser().GetDefaultFont(FONT_TITLE)->GetLogFont().lfHeight, -11);
 }
 
 TEST(CGDIDispenser, KeepsPicturesUnderTheModuleWhereTheyWereFound) {
-  test::ScriptedPlatform platform;
+  testing::ScriptedPlatform platform;
   platform.facts.colors = {{SYSTEM_COLOR_FACE, 7}};
   ResourceModule module;
   module.AddResource(RESOURCE_BITMAP, 9, WriteDib({{1, 1}, {0xC0C0C0}}));
   const CDynLinkLibrary link(&module);
   CGDIDispenser dispenser;
-
   CBitmap* const searched = dispenser.GetResourceBitmap(9, nullptr);
   ASSERT_NE(searched->GetSafeHandle(), nullptr);
   EXPECT_EQ(searched->GetSafeHandle()->pixels.front(), 7U);
-  CBitmap* const again = dispenser.GetResourceBitmap(9, nullptr);
-  EXPECT_NE(again, searched);
-  EXPECT_NE(again->GetSafeHandle(), nullptr);
+  EXPECT_NE(dispenser.GetResourceBitmap(9, nullptr), searched);
   EXPECT_EQ(dispenser.GetResourceBitmap(9, &module), searched);
-  EXPECT_EQ(dispenser.GetResourceBitmap(9, &module), searched);
-  EXPECT_NE(dispenser.GetResourceBitmap(0x10009, &module), searched);
-}
 
-TEST(CGDIDispenser, RemembersAPictureThatCouldNotBeLoaded) {
-  ResourceModule module;
-  CGDIDispenser dispenser;
-  CBitmap* const failed = dispenser.GetResourceBitmap(9, &module);
-  ASSERT_NE(failed, nullptr);
+  // A failed load stays; what was found nowhere is made anew each time.
+  CBitmap* const failed = dispenser.GetResourceBitmap(10, &module);
   EXPECT_EQ(failed->GetSafeHandle(), nullptr);
-  module.AddResource(RESOURCE_BITMAP, 9, WriteDib({{1, 1}, {0}}));
-  EXPECT_EQ(dispenser.GetResourceBitmap(9, &module), failed);
+  module.AddResource(RESOURCE_BITMAP, 10, WriteDib({{1, 1}, {0}}));
+  EXPECT_EQ(dispenser.GetResourceBitmap(10, &module), failed);
   EXPECT_EQ(failed->GetSafeHandle(), nullptr);
-  // Found nowhere, so kept under no module; a null module still makes a new one.
-  EXPECT_NE(dispenser.GetResourceBitmap(10, nullptr), dispenser.GetResourceBitmap(10, nullptr));
+  EXPECT_NE(dispenser.GetResourceBitmap(11, nullptr), dispenser.GetResourceBitmap(11, nullptr));
 }
 
 }  // namespace

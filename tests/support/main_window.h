@@ -8,7 +8,7 @@
 #include "dqlib/frame/output_message.h"
 #include "dqlib/framework/windows/win_thread.h"
 
-namespace dq::test {
+namespace dq::testing {
 
 struct SentMessage {
   UINT message;
@@ -42,4 +42,4 @@ class MainWindow : public CWnd {
   }
 };
 
-}  // namespace dq::test
+}  // namespace dq::testing

@@ -2,12 +2,10 @@
 //
 //   ScriptedPlatform platform;
 //   platform.errors.texts[2] = "No such file\r\n";
-//   CDQSystemErrorMsg(2).Show();
-//   EXPECT_EQ(platform.prompts.boxes.back().text, "No such file\r\n");
+//   EXPECT_EQ(CDQSystemErrorMsg(2).GetErrorMessage(), "No such file\r\n");
 
 #pragma once
 
-#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -15,29 +13,9 @@
 #include "dqlib/framework/base/resource_module.h"
 #include "dqlib/platform/platform.h"
 
-namespace dq::test {
+namespace dq::testing {
 
-struct Box {
-  std::string text;
-  UINT type;
-  UINT help_id;
-  friend bool operator==(const Box&, const Box&) = default;
-};
-
-class RecordingPrompts : public platform::Prompts {
- public:
-  int Show(std::string_view text, UINT type, UINT help_id) override {
-    boxes.push_back({std::string(text), type, help_id});
-    if (on_show) on_show();
-    return answer;
-  }
-  std::vector<Box> boxes;
-  std::function<void()> on_show;
-  int answer = BUTTON_OK;
-};
-
-class ScriptedModules : public platform::Modules {
- public:
+struct ScriptedModules : platform::Modules {
   std::string FileName(const platform::Module* module) override {
     named.push_back(module);
     return "/opt/host";
@@ -47,27 +25,23 @@ class ScriptedModules : public platform::Modules {
   std::vector<const platform::Module*> named;
 };
 
-class ScriptedFacts : public platform::SystemFacts {
- public:
+struct ScriptedFacts : platform::SystemFacts {
   int VerticalPixelsPerInch() override { return pixels_per_inch; }
   COLORREF Color(int index) override { return colors[index]; }
   int pixels_per_inch = 96;
   std::map<int, COLORREF> colors;
 };
 
-class ScriptedErrors : public platform::SystemErrors {
- public:
+struct ScriptedErrors : platform::SystemErrors {
   DWORD LastError() override { return last; }
   std::optional<std::string> Describe(DWORD code) override {
-    const auto text = texts.find(code);
-    return text == texts.end() ? std::nullopt : std::optional(text->second);
+    return texts.contains(code) ? std::optional(texts[code]) : std::nullopt;
   }
   DWORD last = 0;
   std::map<DWORD, std::string> texts;
 };
 
-class ScriptedNetwork : public platform::Network {
- public:
+struct ScriptedNetwork : platform::Network {
   platform::Result<platform::NetworkError> LastError() override { return last; }
   platform::Result<platform::NetworkError> last;
 };
@@ -75,7 +49,6 @@ class ScriptedNetwork : public platform::Network {
 /// Puts all of the above in place for its lifetime.
 class ScriptedPlatform {
  public:
-  RecordingPrompts prompts;
   ScriptedModules modules;
   ScriptedFacts facts;
   ScriptedErrors errors;
@@ -84,7 +57,6 @@ class ScriptedPlatform {
  private:
   platform::Platform Services() {
     platform::Platform services = platform::Current();
-    services.prompts = &prompts;
     services.modules = &modules;
     services.system_facts = &facts;
     services.system_errors = &errors;
@@ -94,4 +66,4 @@ class ScriptedPlatform {
   platform::ScopedPlatform scope_{Services()};
 };
 
-}  // namespace dq::test
+}  // namespace dq::testing
