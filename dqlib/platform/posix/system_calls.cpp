@@ -1,0 +1,181 @@
+#include "dqlib/platform/posix/system_calls.h"
+
+#include <atomic>
+#include <cerrno>
+#include <cstdlib>
+#include <fcntl.h>
+#include <pthread.h>
+#include <pwd.h>
+#include <sys/file.h>
+#include <sys/mman.h>
+#include <unistd.h>
+#include <utility>
+
+#include "dqlib/platform/posix/system_services.h"
+
+namespace dq::platform::posix {
+namespace {
+
+/// Makes a call until it isn't interrupted.
+template <typename Call>
+auto Uninterrupted(Call call) {
+  auto result = call();
+  while (result < 0 && errno == EINTR) result = call();
+  return result;
+}
+
+std::atomic<unsigned> g_forks = 0;
+
+Error LastError() { return ErrorFromErrno(errno); }
+
+/// Writes in pieces with `write(data, size, offset)`, which may take less than it is given.
+template <typename Writer>
+Error WriteInPieces(std::string_view bytes, Writer write) {
+  std::size_t done = 0;
+  while (done < bytes.size()) {
+    const ssize_t count =
+        Uninterrupted([&] { return write(bytes.data() + done, bytes.size() - done, done); });
+    if (count < 0) return LastError();
+    // Nothing written without an error would come again and again.
+    if (count == 0) return ErrorFromErrno(EIO);
+    done += static_cast<std::size_t>(count);
+  }
+  return {};
+}
+
+}  // namespace
+
+SystemCalls::~SystemCalls() = default;
+
+int SystemCalls::Open(const char* path, int flags, mode_t mode) {
+  return ::open(path, flags | O_CLOEXEC, mode);
+}
+int SystemCalls::Close(int fd) { return ::close(fd); }
+ssize_t SystemCalls::Read(int fd, void* data, std::size_t size) { return ::read(fd, data, size); }
+ssize_t SystemCalls::Write(int fd, const void* data, std::size_t size) {
+  return ::write(fd, data, size);
+}
+ssize_t SystemCalls::PositionedRead(int fd, void* data, std::size_t size, off_t offset) {
+  return ::pread(fd, data, size, offset);
+}
+ssize_t SystemCalls::PositionedWrite(int fd, const void* data, std::size_t size, off_t offset) {
+  return ::pwrite(fd, data, size, offset);
+}
+int SystemCalls::Sync(int fd) { return ::fsync(fd); }
+int SystemCalls::Truncate(int fd, off_t size) { return ::ftruncate(fd, size); }
+int SystemCalls::ChangeMode(int fd, mode_t mode) { return ::fchmod(fd, mode); }
+int SystemCalls::Lock(int fd, int operation) { return ::flock(fd, operation); }
+int SystemCalls::StatusOf(int fd, struct stat* status) { return ::fstat(fd, status); }
+int SystemCalls::Status(const char* path, struct stat* status) { return ::stat(path, status); }
+int SystemCalls::Rename(const char* from, const char* to) { return ::rename(from, to); }
+int SystemCalls::Unlink(const char* path) { return ::unlink(path); }
+int SystemCalls::MakeDirectory(const char* path, mode_t mode) { return ::mkdir(path, mode); }
+void* SystemCalls::Map(std::size_t size, int protection, int fd) {
+  return ::mmap(nullptr, size, protection, MAP_SHARED, fd, 0);
+}
+int SystemCalls::Unmap(void* address, std::size_t size) { return ::munmap(address, size); }
+
+SystemCalls& RealSystemCalls() {
+  static SystemCalls calls;
+  return calls;
+}
+
+FileDescriptor::FileDescriptor(FileDescriptor&& other) noexcept
+    : calls_(other.calls_), fd_(std::exchange(other.fd_, -1)) {}
+
+FileDescriptor& FileDescriptor::operator=(FileDescriptor&& other) noexcept {
+  std::swap(calls_, other.calls_);
+  std::swap(fd_, other.fd_);
+  return *this;
+}
+
+FileDescriptor::~FileDescriptor() {
+  // What must reach the disk has been synced before; closing has no error that anyone acts on.
+  if (fd_ >= 0) static_cast<void>(calls_->Close(fd_));
+}
+
+Result<int> OpenFile(SystemCalls& calls, const std::string& path, int flags, mode_t mode) {
+  const int fd = Uninterrupted([&] { return calls.Open(path.c_str(), flags, mode); });
+  if (fd < 0) return LastError();
+  return fd;
+}
+
+Error WriteFully(SystemCalls& calls, int fd, std::string_view bytes) {
+  return WriteInPieces(bytes, [&](const char* data, std::size_t size, std::size_t) {
+    return calls.Write(fd, data, size);
+  });
+}
+
+Error WriteFullyAt(SystemCalls& calls, int fd, std::string_view bytes, off_t offset) {
+  return WriteInPieces(bytes, [&](const char* data, std::size_t size, std::size_t done) {
+    return calls.PositionedWrite(fd, data, size, offset + static_cast<off_t>(done));
+  });
+}
+
+Error ReadFullyAt(SystemCalls& calls, int fd, std::size_t size, off_t offset, std::string& bytes) {
+  bytes.resize(size);
+  std::size_t done = 0;
+  while (done < size) {
+    const ssize_t count = Uninterrupted([&] {
+      return calls.PositionedRead(fd, bytes.data() + done, size - done,
+                                  offset + static_cast<off_t>(done));
+    });
+    if (count < 0) return LastError();
+    if (count == 0) break;
+    done += static_cast<std::size_t>(count);
+  }
+  bytes.resize(done);
+  return {};
+}
+
+Error LockFile(SystemCalls& calls, int fd, int operation) {
+  if (Uninterrupted([&] { return calls.Lock(fd, operation); }) < 0) return LastError();
+  return {};
+}
+
+Error SyncDirectory(SystemCalls& calls, const std::string& path) {
+  const Result<int> fd = OpenFile(calls, path, O_RDONLY | O_DIRECTORY);
+  if (!fd.ok()) return fd.error;
+  const FileDescriptor directory(calls, fd.value);
+  if (Uninterrupted([&] { return calls.Sync(directory.get()); }) < 0) return LastError();
+  return {};
+}
+
+Error MakeDirectories(SystemCalls& calls, const std::string& path) {
+  constexpr mode_t kUserOnly = 0700;
+  for (std::size_t end = path.find('/', 1);; end = path.find('/', end + 1)) {
+    const std::string directory = path.substr(0, end);
+    struct stat status;
+    if (calls.MakeDirectory(directory.c_str(), kUserOnly) != 0) {
+      // A directory that exists may be reported by any error that forbids to make one there.
+      const int why = errno;
+      if (calls.Status(directory.c_str(), &status) != 0) return ErrorFromErrno(why);
+      if (!S_ISDIR(status.st_mode)) return ErrorFromErrno(ENOTDIR);
+    }
+    if (end == std::string::npos) return {};
+  }
+}
+
+unsigned ForkCount() {
+  [[maybe_unused]] static const int registered =
+      ::pthread_atfork(nullptr, nullptr, [] { g_forks.fetch_add(1); });
+  return g_forks.load();
+}
+
+Result<std::string> UserConfigDirectory() {
+  const char* const configured = std::getenv("XDG_CONFIG_HOME");
+  if (configured != nullptr && configured[0] == '/') return std::string(configured);
+  const char* home = std::getenv("HOME");
+  passwd entry;
+  passwd* found = nullptr;
+  char buffer[4096];
+  if (home == nullptr || home[0] == '\0') {
+    home = ::getpwuid_r(::getuid(), &entry, buffer, sizeof buffer, &found) == 0 && found != nullptr
+               ? entry.pw_dir
+               : nullptr;
+  }
+  if (home == nullptr || home[0] != '/') return ErrorFromErrno(ENOENT);
+  return std::string(home) + "/.config";
+}
+
+}  // namespace dq::platform::posix

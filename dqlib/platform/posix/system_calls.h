@@ -1,0 +1,95 @@
+// The system calls that stores of user data are made of, behind one interface, so that each of them
+// can be made to fail.
+
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+#include <sys/stat.h>
+#include <sys/types.h>
+#include <utility>
+
+#include "dqlib/platform/error.h"
+
+namespace dq::platform::posix {
+
+/// Forwards each call to the system under the same name. Results and errno are those of the
+/// system. A class that derives from it overrides only what it changes. Any thread.
+class SystemCalls {
+ public:
+  SystemCalls() = default;
+  SystemCalls(const SystemCalls&) = delete;
+  SystemCalls& operator=(const SystemCalls&) = delete;
+  virtual ~SystemCalls();
+
+  /// The file is closed when another program is run.
+  virtual int Open(const char* path, int flags, mode_t mode);
+  virtual int Close(int fd);
+  virtual ssize_t Read(int fd, void* data, std::size_t size);
+  virtual ssize_t Write(int fd, const void* data, std::size_t size);
+  virtual ssize_t PositionedRead(int fd, void* data, std::size_t size, off_t offset);
+  virtual ssize_t PositionedWrite(int fd, const void* data, std::size_t size, off_t offset);
+  virtual int Sync(int fd);
+  virtual int Truncate(int fd, off_t size);
+  virtual int ChangeMode(int fd, mode_t mode);
+  virtual int Lock(int fd, int operation);
+  virtual int StatusOf(int fd, struct stat* status);
+  virtual int Status(const char* path, struct stat* status);
+  virtual int Rename(const char* from, const char* to);
+  virtual int Unlink(const char* path);
+  virtual int MakeDirectory(const char* path, mode_t mode);
+  virtual void* Map(std::size_t size, int protection, int fd);
+  virtual int Unmap(void* address, std::size_t size);
+};
+
+/// The system itself. Any thread.
+SystemCalls& RealSystemCalls();
+
+/// Owns a file descriptor, and closes it.
+class FileDescriptor {
+ public:
+  FileDescriptor() = default;
+  FileDescriptor(SystemCalls& calls, int fd) : calls_(&calls), fd_(fd) {}
+  FileDescriptor(FileDescriptor&& other) noexcept;
+  FileDescriptor& operator=(FileDescriptor&& other) noexcept;
+  ~FileDescriptor();
+
+  /// -1 if there is none.
+  int get() const { return fd_; }
+  bool is_open() const { return fd_ >= 0; }
+  /// Gives it up unclosed.
+  int Release() { return std::exchange(fd_, -1); }
+
+ private:
+  SystemCalls* calls_ = nullptr;
+  int fd_ = -1;
+};
+
+/// The calls again with interruptions and short counts seen to.
+///
+/// `OpenFile` gives the descriptor or the error. `WriteFully` writes all bytes; if it fails, some
+/// of them may have been written. `ReadFully` reads up to the end of the file if that comes first,
+/// and replaces `bytes`. `LockFile` waits for an advisory lock (`LOCK_EX` or `LOCK_SH`).
+Result<int> OpenFile(SystemCalls& calls, const std::string& path, int flags, mode_t mode = 0);
+Error WriteFully(SystemCalls& calls, int fd, std::string_view bytes);
+Error WriteFullyAt(SystemCalls& calls, int fd, std::string_view bytes, off_t offset);
+Error ReadFullyAt(SystemCalls& calls, int fd, std::size_t size, off_t offset, std::string& bytes);
+Error LockFile(SystemCalls& calls, int fd, int operation);
+
+/// Puts the entries of a directory on the disk.
+Error SyncDirectory(SystemCalls& calls, const std::string& path);
+
+/// Makes a directory and those above it, for the user only. One that exists is left as it is.
+Error MakeDirectories(SystemCalls& calls, const std::string& path);
+
+/// How many forks lie between the process that was started and this one. Open files are shared over
+/// a fork, and so are their locks: whoever holds some must open them again when the number changes.
+unsigned ForkCount();
+
+/// The directory for the user's settings by the rules of the desktop: that of the environment if
+/// its path is absolute, else `.config` in the home directory. `kNotFound` if there is no home.
+Result<std::string> UserConfigDirectory();
+
+}  // namespace dq::platform::posix
