@@ -68,6 +68,7 @@ int SystemCalls::Lock(int fd, int operation) { return ::flock(fd, operation); }
 int SystemCalls::StatusOf(int fd, struct stat* status) { return ::fstat(fd, status); }
 int SystemCalls::Status(const char* path, struct stat* status) { return ::stat(path, status); }
 int SystemCalls::Rename(const char* from, const char* to) { return ::rename(from, to); }
+int SystemCalls::Link(const char* from, const char* to) { return ::link(from, to); }
 int SystemCalls::Unlink(const char* path) { return ::unlink(path); }
 int SystemCalls::MakeDirectory(const char* path, mode_t mode) { return ::mkdir(path, mode); }
 void* SystemCalls::Map(std::size_t size, int protection, int fd) {

@@ -38,6 +38,7 @@ class SystemCalls {
   virtual int StatusOf(int fd, struct stat* status);
   virtual int Status(const char* path, struct stat* status);
   virtual int Rename(const char* from, const char* to);
+  virtual int Link(const char* from, const char* to);
   virtual int Unlink(const char* path);
   virtual int MakeDirectory(const char* path, mode_t mode);
   virtual void* Map(std::size_t size, int protection, int fd);
