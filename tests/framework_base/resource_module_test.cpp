@@ -1,0 +1,54 @@
+#include "dqlib/framework/base/resource_module.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+
+namespace dq {
+namespace {
+
+constexpr StringRow kTable[] = {{15, "fifteen"}, {16, "sixteen"}, {40, "forty"}};
+
+TEST(ResourceModule, StringsOfTheTableGiveWayToAddedOnes) {
+  ResourceModule module(kTable);
+  module.AddString(16, "added");
+  module.AddString(17, "new");
+  const struct {
+    UINT id;
+    std::optional<std::string_view> text;
+  } rows[] = {{14, std::nullopt}, {15, "fifteen"}, {16, "added"},      {17, "new"},
+              {18, std::nullopt}, {40, "forty"},   {41, std::nullopt}, {0, std::nullopt}};
+  for (const auto& row : rows) EXPECT_EQ(module.String(row.id), row.text) << row.id;
+}
+
+TEST(ResourceModule, BlockOfStringsIsThereIfOneOfItsSixteenIs) {
+  ResourceModule module(kTable);
+  module.AddString(160, "x");
+  const WORD there[] = {1, 2, 3, 11};
+  for (WORD block = 0; block < 13; ++block) {
+    const bool expected = std::ranges::count(there, block) == 1;
+    EXPECT_EQ(module.Find(RESOURCE_STRING, block) != nullptr, expected) << block;
+  }
+  EXPECT_EQ(module.Find(RESOURCE_STRING, 11)->name, 11);
+}
+
+TEST(ResourceModule, ResourcesAreCopiesFoundByTypeAndName) {
+  ResourceModule module;
+  std::string data("\0picture", 8);
+  module.AddResource(RESOURCE_BITMAP, 7, data);
+  data.assign(8, 'x');
+  module.AddResource(RESOURCE_RCDATA, 7, "other");
+  const platform::Resource* found = module.Find(RESOURCE_BITMAP, 7);
+  ASSERT_NE(found, nullptr);
+  EXPECT_EQ(found->data, std::string_view("\0picture", 8));
+  EXPECT_EQ(found->type, RESOURCE_BITMAP);
+  EXPECT_EQ(found->name, 7);
+  EXPECT_EQ(module.Find(RESOURCE_BITMAP, 8), nullptr);
+  EXPECT_EQ(module.Find(RESOURCE_ICON, 7), nullptr);
+
+  module.AddResource(RESOURCE_BITMAP, 7, "changed");
+  EXPECT_EQ(module.Find(RESOURCE_BITMAP, 7)->data, "changed");
+  EXPECT_EQ(module.Find(RESOURCE_RCDATA, 7)->data, "other");
+}
+
+}  // namespace
+}  // namespace dq

@@ -1,0 +1,260 @@
+#include "dqlib/framework/windows/wnd.h"
+
+#include <atomic>
+#include <functional>
+#include <gtest/gtest.h>
+#include <set>
+#include <stdexcept>
+#include <thread>
+
+#include "dqlib/framework/windows/win_thread.h"
+
+namespace dq {
+namespace {
+
+/// A window whose handler the test gives.
+class TestWnd : public CWnd {
+ public:
+  using Handler = std::function<LRESULT(UINT, WPARAM, LPARAM)>;
+
+  explicit TestWnd(Handler handler = {}) : handler_(std::move(handler)) { CreateWnd("Test"); }
+  ~TestWnd() override { DestroyWindow(); }
+
+ private:
+  LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
+    return handler_ ? handler_(message, wparam, lparam) : CWnd::WindowProc(message, wparam, lparam);
+  }
+
+  Handler handler_;
+};
+
+void PumpUntil(const std::atomic<bool>& done) {
+  while (!done) {
+    if (PumpSentMessages() == 0) std::this_thread::yield();
+  }
+}
+
+TEST(Wnd, HandleIsAliveFromCreationToDestructionAndNeverUsedAgain) {
+  std::set<HWND> handles;
+  CWnd window;
+  EXPECT_FALSE(window.DestroyWindow());
+  for (int round = 0; round < 100; ++round) {
+    ASSERT_TRUE(window.CreateWnd("Edit"));
+    const HWND handle = window.GetSafeHwnd();
+    EXPECT_TRUE(handles.insert(handle).second);
+    EXPECT_FALSE(window.CreateWnd("Edit"));
+    EXPECT_EQ(window.GetSafeHwnd(), handle);
+    EXPECT_EQ(CWnd::FromHandle(handle), &window);
+    EXPECT_TRUE(window.DestroyWindow());
+    EXPECT_EQ(window.GetSafeHwnd(), nullptr);
+    EXPECT_EQ(CWnd::FromHandle(handle), nullptr);
+  }
+  EXPECT_EQ(CWnd::FromHandle(nullptr), nullptr);
+}
+
+TEST(Wnd, ClassNameIsCutToTheBuffer) {
+  TestWnd window;
+  const struct {
+    int size;
+    int length;
+    const char* text;
+  } rows[] = {{32, 4, "Test"}, {5, 4, "Test"}, {4, 3, "Tes"},
+              {1, 0, ""},      {0, 0, "???"},  {-1, 0, "???"}};
+  for (const auto& row : rows) {
+    char buffer[40] = "???";
+    EXPECT_EQ(GetWindowClassName(window.GetSafeHwnd(), buffer, row.size), row.length) << row.size;
+    EXPECT_STREQ(buffer, row.text) << row.size;
+  }
+  EXPECT_EQ(GetWindowClassName(window.GetSafeHwnd(), nullptr, 5), 0);
+  const HWND dead = window.GetSafeHwnd();
+  window.DestroyWindow();
+  char buffer[8] = "???";
+  EXPECT_EQ(GetWindowClassName(dead, buffer, 8), 0);
+  EXPECT_STREQ(buffer, "");
+}
+
+TEST(Wnd, SendOnTheOwnThreadIsACall) {
+  TestWnd window([](UINT message, WPARAM wparam, LPARAM lparam) {
+    return static_cast<LRESULT>(message) * 100 + static_cast<LRESULT>(wparam) * 10 + lparam;
+  });
+  EXPECT_EQ(window.SendMessage(1, 2, 3), 123);
+  EXPECT_EQ(SendToWindow(window.GetSafeHwnd(), 4, 5, 6), 456);
+  const HWND dead = window.GetSafeHwnd();
+  window.DestroyWindow();
+  EXPECT_EQ(window.SendMessage(1, 2, 3), 0);
+  EXPECT_EQ(SendToWindow(dead, 1, 2, 3), 0);
+  EXPECT_EQ(SendToWindow(nullptr, 1, 2, 3), 0);
+}
+
+TEST(Wnd, WindowMayEndInItsOwnHandlerAndStillAnswers) {
+  TestWnd* self = nullptr;
+  TestWnd window([&](UINT, WPARAM, LPARAM) {
+    self->DestroyWindow();
+    return 7;
+  });
+  self = &window;
+  EXPECT_EQ(window.SendMessage(1), 7);
+  EXPECT_EQ(window.SendMessage(1), 0);
+
+  ASSERT_TRUE(window.CreateWnd("Test"));
+  std::atomic<bool> done = false;
+  std::thread sender([&] {
+    EXPECT_EQ(window.SendMessage(1), 7);
+    done = true;
+  });
+  PumpUntil(done);
+  sender.join();
+}
+
+TEST(Wnd, MessageFromAnotherThreadIsHandledByThePumpOfTheWindowsThread) {
+  const std::thread::id here = std::this_thread::get_id();
+  int sum = 0;  // no lock: only the window's thread touches it
+  TestWnd window([&](UINT, WPARAM wparam, LPARAM) {
+    EXPECT_EQ(std::this_thread::get_id(), here);
+    return sum += static_cast<int>(wparam);
+  });
+  std::atomic<bool> done = false;
+  std::thread sender([&] {
+    for (WPARAM round = 1; round <= 100; ++round) {
+      EXPECT_EQ(window.SendMessage(0, round), static_cast<LRESULT>(round * (round + 1) / 2));
+    }
+    done = true;
+  });
+  PumpUntil(done);
+  sender.join();
+  EXPECT_EQ(sum, 5050);
+}
+
+TEST(Wnd, SendersAreReleasedWhenTheWindowEndsUnpumped) {
+  for (int round = 0; round < 200; ++round) {
+    TestWnd window;
+    TestWnd other([](UINT, WPARAM, LPARAM) { return 9; });
+    std::atomic<int> started = 0;
+    std::atomic<bool> other_answered = false;
+    const auto send = [&](HWND target, LRESULT answer) {
+      ++started;
+      EXPECT_EQ(SendToWindow(target, 1, 0, 0), answer);
+    };
+    std::thread first(send, window.GetSafeHwnd(), 0);
+    std::thread second([&] {
+      send(other.GetSafeHwnd(), 9);
+      other_answered = true;
+    });
+    while (started < 2) std::this_thread::yield();
+    for (int wait = 0; wait < round; ++wait) std::this_thread::yield();
+    window.DestroyWindow();
+    first.join();
+    PumpUntil(other_answered);  // the other window's sender still gets its answer
+    second.join();
+  }
+}
+
+TEST(Wnd, SendersAreReleasedAndHandlesDeadWhenTheThreadEnds) {
+  for (int round = 0; round < 100; ++round) {
+    CWnd window;
+    std::atomic<HWND> handle = nullptr;
+    std::atomic<bool> sending = false;
+    std::thread owner([&] {
+      window.CreateWnd("Test");
+      handle = window.GetSafeHwnd();
+      while (!sending) std::this_thread::yield();
+      for (int wait = 0; wait < round; ++wait) std::this_thread::yield();
+    });
+    while (handle == nullptr) std::this_thread::yield();
+    sending = true;
+    EXPECT_EQ(SendToWindow(handle, 1, 0, 0), 0);
+    owner.join();
+    EXPECT_EQ(CWnd::FromHandle(handle), nullptr);
+    EXPECT_FALSE(window.DestroyWindow());
+    EXPECT_TRUE(window.CreateWnd("Test")) << "again, for this thread";
+  }
+}
+
+TEST(Wnd, ThreadsThatSendToEachOtherServeEachOther) {
+  struct Side {
+    std::atomic<HWND> handle = nullptr;
+    std::atomic<bool> done = false;
+  };
+  Side sides[2];
+  // Each message is passed on to the other side with one hop less, and the answers count them.
+  const auto run = [&](int mine) {
+    Side& self = sides[mine];
+    Side& other = sides[1 - mine];
+    TestWnd window([&](UINT, WPARAM hops, LPARAM) -> LRESULT {
+      return hops == 0 ? 1 : 1 + SendToWindow(other.handle, 0, hops - 1, 0);
+    });
+    self.handle = window.GetSafeHwnd();
+    while (other.handle == nullptr) std::this_thread::yield();
+    for (int round = 0; round < 200; ++round) {
+      EXPECT_EQ(SendToWindow(other.handle, 0, 5, 0), 6);
+    }
+    self.done = true;
+    PumpUntil(other.done);
+  };
+  std::thread left(run, 0);
+  std::thread right(run, 1);
+  left.join();
+  right.join();
+}
+
+TEST(Wnd, PumpLeavesWhatIsSentMeanwhileForTheNextCall) {
+  std::atomic<bool> stop = false;
+  // Each handling gives the other sender the time to send again.
+  TestWnd window([&](UINT, WPARAM, LPARAM) {
+    for (int wait = 0; wait < 300; ++wait) std::this_thread::yield();
+    return 0;
+  });
+  std::atomic<int> ended = 0;
+  const auto flood = [&] {
+    while (!stop) window.SendMessage(1);
+    ++ended;
+  };
+  std::thread first(flood);
+  std::thread second(flood);
+  for (int total = 0; total < 500;) {
+    const int handled = PumpSentMessages();
+    EXPECT_LE(handled, 2);
+    total += handled;
+  }
+  stop = true;
+  while (ended < 2) {
+    if (PumpSentMessages() == 0) std::this_thread::yield();
+  }
+  first.join();
+  second.join();
+  EXPECT_EQ(PumpSentMessages(), 0);
+}
+
+TEST(Wnd, ExceptionOfAHandlerReleasesTheSenderAndLeavesThePump) {
+  TestWnd window([](UINT, WPARAM, LPARAM) -> LRESULT { throw std::runtime_error("handler"); });
+  std::thread sender([&] { EXPECT_EQ(window.SendMessage(1), 0); });
+  EXPECT_THROW(
+      while (true) {
+        if (PumpSentMessages() == 0) std::this_thread::yield();
+      },
+      std::runtime_error);
+  sender.join();
+}
+
+TEST(Wnd, ExceptionOfAServedHandlerWaitsForTheAnswerToTheOwnSend) {
+  std::atomic<HWND> partner = nullptr;
+  std::atomic<bool> done = false;
+  TestWnd window([](UINT, WPARAM, LPARAM) -> LRESULT { throw std::runtime_error("served"); });
+  bool partner_answered = false;  // written before the answer, read after it
+  std::thread other([&] {
+    TestWnd mine([&](UINT, WPARAM, LPARAM) {
+      EXPECT_EQ(window.SendMessage(1), 0);
+      return partner_answered = true;
+    });
+    partner = mine.GetSafeHwnd();
+    PumpUntil(done);
+  });
+  while (partner == nullptr) std::this_thread::yield();
+  EXPECT_THROW(SendToWindow(partner, 1, 0, 0), std::runtime_error);
+  EXPECT_TRUE(partner_answered);
+  done = true;
+  other.join();
+}
+
+}  // namespace
+}  // namespace dq

@@ -1,0 +1,76 @@
+#include "dqlib/platform/system_errors.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <thread>
+
+#include "dqlib/platform/posix/system_services.h"
+
+namespace dq::platform {
+namespace {
+
+using posix::ErrorFromErrno;
+
+TEST(SystemErrors, TextIsTheSystemsOwnWithLineEnd) {
+  for (const int number : {ENOENT, EACCES, EPIPE, 0}) {
+    const std::string expected = std::string(std::strerror(number)) + "\r\n";
+    EXPECT_EQ(System().system_errors->Describe(static_cast<DWORD>(number)), expected) << number;
+  }
+}
+
+TEST(SystemErrors, UnknownNumberHasNoText) {
+  for (const DWORD code : {4095u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
+    EXPECT_EQ(System().system_errors->Describe(code), std::nullopt) << code;
+  }
+}
+
+TEST(SystemErrors, LastErrorIsThatOfTheThreadAndSurvivesAskingForTexts) {
+  ASSERT_EQ(open("/no/such/file", O_RDONLY), -1);
+  System().system_errors->Describe(EACCES);
+  System().system_errors->Describe(4095);
+  std::thread([] {
+    errno = 0;
+    EXPECT_EQ(System().system_errors->LastError(), 0u);
+  }).join();
+  EXPECT_EQ(System().system_errors->LastError(), static_cast<DWORD>(ENOENT));
+}
+
+TEST(ErrorFromErrno, KindFollowsWhatCallersDoAboutIt) {
+  const struct {
+    int number;
+    ErrorKind kind;
+  } rows[] = {
+      {0, ErrorKind::kNone},
+      {ENOENT, ErrorKind::kNotFound},
+      {ENOTDIR, ErrorKind::kNotFound},
+      {EEXIST, ErrorKind::kAlreadyExists},
+      {EACCES, ErrorKind::kAccessDenied},
+      {EBADF, ErrorKind::kInvalidArgument},
+      {EPIPE, ErrorKind::kBrokenPipe},
+      {EWOULDBLOCK, ErrorKind::kBusy},
+      {EMFILE, ErrorKind::kNoSpace},
+      {EOPNOTSUPP, ErrorKind::kUnsupported},
+      {EIO, ErrorKind::kOther},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(ErrorFromErrno(row.number).kind, row.kind) << row.number;
+    EXPECT_EQ(ErrorFromErrno(row.number).code, static_cast<DWORD>(row.number));
+  }
+}
+
+TEST(Network, LastErrorIsWhatTheThreadRecorded) {
+  std::thread([] {
+    posix::RecordNetworkError({5, "refused", "LAN"});
+    const Result<NetworkError> error = System().network->LastError();
+    ASSERT_TRUE(error.ok());
+    EXPECT_EQ(error.value.code, 5u);
+    EXPECT_EQ(error.value.description, "refused");
+    EXPECT_EQ(error.value.provider, "LAN");
+  }).join();
+  EXPECT_EQ(System().network->LastError().error.kind, ErrorKind::kNotFound);
+}
+
+}  // namespace
+}  // namespace dq::platform
