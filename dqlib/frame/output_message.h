@@ -17,8 +17,9 @@ enum ApplicationMessage : UINT {
   DQM_SHOW_OUTPUT_PANE = 33818,
 };
 
-/// Kinds of message, in two families of three, and two marks of a task.
-enum OutputMessageType {
+/// Kinds of message, in two families of three, and two marks of a task. A variable may hold any
+/// `int`; what isn't one of these counts as 0.
+enum OutputMessageType : int {
   OUTPUT_PROGRAM_INFO = 0,
   OUTPUT_PROGRAM_WARNING = 1,
   OUTPUT_PROGRAM_ERROR = 2,
