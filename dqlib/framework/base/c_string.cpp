@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <initializer_list>
+#include <limits>
+#include <new>
 #include <utility>
 
 #include "dqlib/framework/base/multi_byte.h"
@@ -13,11 +16,19 @@ namespace {
 
 std::string_view OrEmpty(const char* text) { return text == nullptr ? "" : text; }
 
+/// A length that callers can have as an `int`; one that is too long counts as out of memory.
+std::size_t Checked(std::size_t length) {
+  if (length > static_cast<std::size_t>(std::numeric_limits<int>::max())) throw std::bad_alloc();
+  return length;
+}
+
 int ToIndex(std::size_t position) {
   return position == multi_byte::npos ? -1 : static_cast<int>(position);
 }
 
 }  // namespace
+
+CString::CString(const CString& other) : CString(other.View()) {}
 
 CString::CString(CString&& other) noexcept
     : text_(std::move(other.text_)), length_(std::exchange(other.length_, 0)) {
@@ -31,12 +42,16 @@ CString::CString(const char* text, int length)
                   ? std::string_view()
                   : std::string_view(text, static_cast<std::size_t>(length))) {}
 
-CString::CString(std::string_view text) : text_(text), length_(text.size()) {}
+CString::CString(std::string_view text) : text_(text), length_(Checked(text.size())) {}
 
 CString::CString(const std::string& text) : CString(std::string_view(text)) {}
 
+CString::CString(std::string&& text) : text_(std::move(text)), length_(Checked(text_.size())) {}
+
 CString::CString(char character, int repeat)
     : text_(static_cast<std::size_t>(std::max(repeat, 0)), character), length_(text_.size()) {}
+
+CString& CString::operator=(const CString& other) { return *this = other.View(); }
 
 CString& CString::operator=(CString&& other) noexcept {
   if (this != &other) {
@@ -57,7 +72,11 @@ CString& CString::operator=(std::string_view text) {
 
 CString& CString::operator=(const std::string& text) { return *this = std::string_view(text); }
 
-CString& CString::operator=(char character) { return *this = std::string_view(&character, 1); }
+CString& CString::operator=(char character) {
+  text_.assign(1, character);
+  Commit();
+  return *this;
+}
 
 void CString::Empty() {
   text_.clear();
@@ -99,11 +118,11 @@ CString CString::Right(int count) const {
 }
 
 CString CString::SpanIncluding(const char* set) const {
-  return CString(View().substr(0, View().find_first_not_of(OrEmpty(set))));
+  return CString(View().substr(0, multi_byte::CharacterSet(OrEmpty(set)).FindOther(View(), 0)));
 }
 
 CString CString::SpanExcluding(const char* set) const {
-  return CString(View().substr(0, View().find_first_of(OrEmpty(set))));
+  return CString(View().substr(0, multi_byte::CharacterSet(OrEmpty(set)).FindMember(View(), 0)));
 }
 
 void CString::MakeUpper() { multi_byte::MakeUpper(Storage()); }
@@ -113,13 +132,13 @@ void CString::MakeLower() { multi_byte::MakeLower(Storage()); }
 void CString::MakeReverse() {
   const platform::CodePage& page = multi_byte::CurrentCodePage();
   std::string& text = Storage();
-  std::ranges::reverse(text);
-  if (page.IsSingleByte()) return;
-  // Reversing byte by byte has turned two-byte characters round: walk the source for where they
-  // are.
-  std::string reversed(text.rbegin(), text.rend());
+  if (page.IsSingleByte()) {
+    std::ranges::reverse(text);
+    return;
+  }
+  const std::string source = text;
   std::size_t target = text.size();
-  for (std::string_view rest = reversed; !rest.empty();) {
+  for (std::string_view rest = source; !rest.empty();) {
     const std::size_t size = page.CharacterSize(rest);
     target -= size;
     text.replace(target, size, rest.substr(0, size));
@@ -149,7 +168,8 @@ int CString::ReverseFind(char character) const {
 }
 
 int CString::FindOneOf(const char* set) const {
-  return ToIndex(View().find_first_of(OrEmpty(set)));
+  const std::size_t hit = multi_byte::CharacterSet(OrEmpty(set)).FindMember(View(), 0);
+  return hit == length_ ? -1 : static_cast<int>(hit);
 }
 
 void CString::Format(const char* format, ...) {
@@ -170,11 +190,13 @@ void CString::Format(UINT id, ...) {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 void CString::FormatV(const char* format, std::va_list arguments) {
+  const char* const pattern = format == nullptr ? "" : format;
   std::va_list again;
   va_copy(again, arguments);
-  const int size = std::vsnprintf(nullptr, 0, format, arguments);
+  const int size = std::vsnprintf(nullptr, 0, pattern, arguments);
+  // An argument may be this string's own text.
   std::string formatted(static_cast<std::size_t>(std::max(size, 0)), '\0');
-  if (size > 0) std::vsnprintf(formatted.data(), formatted.size() + 1, format, again);
+  if (size > 0) std::vsnprintf(formatted.data(), formatted.size() + 1, pattern, again);
   va_end(again);
   text_ = std::move(formatted);
   Commit();
@@ -205,30 +227,35 @@ std::string& CString::Storage() {
   return text_;
 }
 
+void CString::Commit() { length_ = Checked(text_.size()); }
+
+namespace {
+
+CString Concatenate(std::string_view left, std::string_view right) {
+  std::string sum;
+  sum.reserve(left.size() + right.size());
+  sum += left;
+  sum += right;
+  return CString(std::move(sum));
+}
+
+}  // namespace
+
 CString operator+(const CString& left, const CString& right) {
-  CString sum(left);
-  return sum += right;
+  return Concatenate(left.View(), right.View());
 }
 
 CString operator+(const CString& left, const char* right) {
-  CString sum(left);
-  return sum += right;
+  return Concatenate(left.View(), OrEmpty(right));
 }
 
 CString operator+(const char* left, const CString& right) {
-  CString sum(left);
-  return sum += right;
+  return Concatenate(OrEmpty(left), right.View());
 }
 
-CString operator+(const CString& left, char right) {
-  CString sum(left);
-  return sum += right;
-}
+CString operator+(const CString& left, char right) { return Concatenate(left.View(), {&right, 1}); }
 
-CString operator+(char left, const CString& right) {
-  CString sum(left, 1);
-  return sum += right;
-}
+CString operator+(char left, const CString& right) { return Concatenate({&left, 1}, right.View()); }
 
 namespace {
 
@@ -236,15 +263,14 @@ void FillPlaces(CString& result, UINT id, std::initializer_list<const char*> tex
   const std::string_view pattern = AfxFindString(id).value_or("");
   std::string filled;
   for (std::size_t i = 0; i < pattern.size(); ++i) {
-    if (pattern[i] == '%' && i + 1 < pattern.size()) {
-      const std::size_t place = static_cast<std::size_t>(pattern[i + 1] - '1');
-      if (place < texts.size()) {
-        filled += OrEmpty(texts.begin()[place]);
-        ++i;
-        continue;
-      }
+    const bool is_place = pattern[i] == '%' && i + 1 < pattern.size() && pattern[i + 1] >= '1' &&
+                          pattern[i + 1] < '1' + static_cast<int>(texts.size());
+    if (is_place) {
+      ++i;
+      filled += OrEmpty(texts.begin()[pattern[i] - '1']);
+    } else {
+      filled += pattern[i];
     }
-    filled += pattern[i];
   }
   result = filled;
 }

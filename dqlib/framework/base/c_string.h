@@ -17,22 +17,25 @@ namespace dq {
 /// 8-bit text in the process's multi-byte code page, with a zero behind its last byte. Indices and
 /// lengths are bytes, of type `int`; a text is at most 2^31 - 1 bytes long. It may hold zeros; an
 /// operation that takes a plain `const char*` reads up to the first zero, and takes null as "".
-/// A value: a const one may be read by several threads. Running out of memory throws
-/// `std::bad_alloc`.
+/// What is passed may be a part of the string itself. Walks and searches go by character of the
+/// code page. A value: a const one may be read by several threads. Running out of memory, or over
+/// the length, throws `std::bad_alloc`.
 class CString {
  public:
   CString() = default;
-  CString(const CString&) = default;
+  /// A copy has the value alone, not what a caller has written behind it in the buffer.
+  CString(const CString& other);
   CString(CString&& other) noexcept;
   CString(const char* text);
   CString(const char* text, int length);
   CString(std::string_view text);
   CString(const std::string& text);
+  CString(std::string&& text);
   /// `repeat` times the character; "" if `repeat` is below 1.
   explicit CString(char character, int repeat = 1);
   ~CString() = default;
 
-  CString& operator=(const CString&) = default;
+  CString& operator=(const CString& other);
   CString& operator=(CString&& other) noexcept;
   CString& operator=(const char* text);
   CString& operator=(std::string_view text);
@@ -111,7 +114,7 @@ class CString {
   /// The text for editing, cut to its length.
   std::string& Storage();
   /// Takes over an edited `Storage()`.
-  void Commit() { length_ = text_.size(); }
+  void Commit();
 
  private:
   CString& Append(std::string_view text);

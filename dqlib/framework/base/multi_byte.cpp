@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
+#include <vector>
 
 #include "dqlib/platform/platform.h"
 
@@ -10,51 +12,266 @@ namespace {
 
 unsigned char Byte(char character) { return static_cast<unsigned char>(character); }
 
-/// `wanted` in `text` by bytes; the C library's search is linear and vectorised.
+/// Effort on false starts that a plain search may spend per byte of its way before it gives up.
+constexpr std::size_t kEffortPerByte = 8;
+
+/// True when comparing false starts has cost more than the way gone so far is worth. That happens
+/// with long repetitive texts only, for which a search with tables is linear and a plain one isn't.
+bool IsFutile(std::size_t effort, std::size_t way, std::size_t wanted) {
+  return effort / kEffortPerByte > way + wanted;
+}
+
+/// Where the range from `wanted`, of `size` elements, first stands in another; its end if nowhere.
+/// Never goes back in the text (the search of Knuth, Morris and Pratt): linear whatever the texts.
+template <typename Iterator, typename Wanted>
+Iterator FindWithTable(Iterator first, Iterator last, Wanted wanted, std::ptrdiff_t size) {
+  // For each start of what is wanted, how much of its end is a shorter start.
+  std::vector<std::ptrdiff_t> borders(static_cast<std::size_t>(size));
+  const auto extend = [&](std::ptrdiff_t matched, char next) {
+    while (matched > 0 && wanted[matched] != next) {
+      matched = borders[static_cast<std::size_t>(matched - 1)];
+    }
+    return wanted[matched] == next ? matched + 1 : matched;
+  };
+  for (std::ptrdiff_t i = 1, matched = 0; i < size; ++i) {
+    matched = extend(matched, wanted[i]);
+    borders[static_cast<std::size_t>(i)] = matched;
+  }
+  std::ptrdiff_t matched = 0;
+  for (; first != last; ++first) {
+    matched = extend(matched, *first);
+    if (matched == size) return first - (size - 1);
+  }
+  return last;
+}
+
+/// `wanted`, which isn't empty, in `text` at or behind `start`, by bytes. Looking for the first
+/// byte and comparing the rest beats searches with tables where hits are dense, and is as fast
+/// elsewhere.
 std::size_t FindBytes(std::string_view text, std::string_view wanted, std::size_t start) {
-  const void* hit = memmem(text.data() + start, text.size() - start, wanted.data(), wanted.size());
-  return hit == nullptr ? npos
-                        : static_cast<std::size_t>(static_cast<const char*>(hit) - text.data());
+  if (start > text.size() || wanted.size() > text.size() - start) return npos;
+  const std::size_t size = wanted.size();
+  const char* const first = text.data() + start;
+  const char* const end = text.data() + text.size() - size + 1;
+  std::size_t effort = 0;
+  for (const char* at = first; at != end; ++at) {
+    at = static_cast<const char*>(
+        std::memchr(at, Byte(wanted.front()), static_cast<std::size_t>(end - at)));
+    if (at == nullptr) return npos;
+    if (at[size - 1] != wanted.back()) continue;
+    if (std::memcmp(at, wanted.data(), size) == 0)
+      return static_cast<std::size_t>(at - text.data());
+    effort += size;
+    if (IsFutile(effort, static_cast<std::size_t>(at - first), size)) {
+      const std::string_view rest = text.substr(static_cast<std::size_t>(at - text.data()));
+      const auto hit = FindWithTable(rest.begin(), rest.end(), wanted.begin(), std::ssize(wanted));
+      return hit == rest.end() ? npos : static_cast<std::size_t>(&*hit - text.data());
+    }
+  }
+  return npos;
+}
+
+/// Counts a byte: leaps to the next one, and counts over a stretch from there, since they come in
+/// crowds or hardly at all.
+std::size_t CountByte(std::string_view text, char byte) {
+  constexpr std::size_t kStretch = 1024;
+  std::size_t count = 0;
+  for (std::size_t at = text.find(byte); at != npos; at = text.find(byte, at)) {
+    const std::size_t end = std::min(at + kStretch, text.size());
+    while (at < end) {
+      // Few enough for a counter of one byte, which lets the compiler count many at once.
+      const std::size_t part = std::min(at + 255, end);
+      unsigned char hits = 0;
+      for (; at < part; ++at) hits = static_cast<unsigned char>(hits + (text[at] == byte));
+      count += hits;
+    }
+  }
+  return count;
 }
 
 }  // namespace
 
 const platform::CodePage& CurrentCodePage() { return platform::Current().locale->code_page(); }
 
+Searcher::Searcher(std::string_view wanted, const platform::CodePage& page)
+    : wanted_(wanted), page_(page), is_byte_(wanted.size() == 1 && page.IsSingleByte()) {}
+
+std::size_t Searcher::FindText(std::string_view text, std::size_t start) const {
+  if (start > text.size()) return npos;
+  if (wanted_.empty()) return start;
+  std::size_t hit = FindBytes(text, wanted_, start);
+  if (page_.IsSingleByte()) return hit;
+  // A hit counts only where a character begins, so walk the characters up to it.
+  for (std::size_t at = start; hit != npos;) {
+    while (at < hit) at += page_.CharacterSize(text.substr(at));
+    if (at == hit) return hit;
+    hit = FindBytes(text, wanted_, at);
+  }
+  return npos;
+}
+
+std::size_t Searcher::Count(std::string_view text) const {
+  if (is_byte_) return CountByte(text, wanted_.front());
+  std::size_t count = 0;
+  for (std::size_t hit = Find(text, 0); hit != npos; hit = Find(text, hit + wanted_.size())) {
+    ++count;
+  }
+  return count;
+}
+
+NoCaseWalk::NoCaseWalk(std::string_view text, std::string_view wanted)
+    : text_(text), wanted_(Lower(wanted)), page_(CurrentCodePage()) {
+  if (!page_.IsSingleByte()) {
+    lower_ = Lower(text);
+  } else if (!wanted_.empty()) {
+    for (int byte = 0; byte < 256; ++byte) {
+      if (page_.Lower(static_cast<unsigned char>(byte)) == Byte(wanted_.front())) {
+        const char beginning = static_cast<char>(byte);
+        beginnings_.push_back({beginning, text_.find(beginning)});
+      }
+    }
+  }
+}
+
+std::size_t NoCaseWalk::NextBeginning(std::size_t start) {
+  std::size_t nearest = npos;
+  for (Beginning& beginning : beginnings_) {
+    if (beginning.next < start) beginning.next = text_.find(beginning.byte, start);
+    nearest = std::min(nearest, beginning.next);
+  }
+  return nearest;
+}
+
+std::size_t NoCaseWalk::CountEqual(std::size_t at) const {
+  std::size_t count = 0;
+  while (count < wanted_.size() && page_.Lower(Byte(text_[at + count])) == Byte(wanted_[count])) {
+    ++count;
+  }
+  return count;
+}
+
+std::size_t NoCaseWalk::Find(std::size_t start) {
+  if (!lower_ && !wanted_.empty()) {
+    std::size_t effort = 0;
+    for (std::size_t at = NextBeginning(start); !lower_; at = NextBeginning(at + 1)) {
+      if (at == npos || wanted_.size() > text_.size() - at) return npos;
+      const std::size_t equal = CountEqual(at);
+      if (equal == wanted_.size()) return at;
+      effort += equal;
+      if (IsFutile(effort, at - start, wanted_.size())) lower_ = Lower(text_);
+    }
+  }
+  return Searcher(wanted_, page_).Find(lower_ ? *lower_ : text_, start);
+}
+
+CharacterSet::CharacterSet(std::string_view characters) : page_(CurrentCodePage()) {
+  if (characters.size() == 1 && page_.IsSingleByte()) only_byte_ = Byte(characters.front());
+  while (!characters.empty()) {
+    const std::size_t size = page_.CharacterSize(characters);
+    if (size == 1) {
+      bytes_[Byte(characters.front())] = true;
+    } else {
+      pairs_ += characters.substr(0, size);
+    }
+    characters.remove_prefix(size);
+  }
+}
+
+bool CharacterSet::Contains(std::string_view character) const {
+  if (character.size() == 1) return bytes_[Byte(character.front())];
+  for (std::size_t i = 0; i < pairs_.size(); i += 2) {
+    if (character == std::string_view(pairs_).substr(i, 2)) return true;
+  }
+  return false;
+}
+
+std::size_t CharacterSet::FindIf(std::string_view text, std::size_t start, bool member) const {
+  std::size_t at = start;
+  if (page_.IsSingleByte()) {
+    while (at < text.size() && bytes_[Byte(text[at])] != member) ++at;
+    return at;
+  }
+  while (at < text.size()) {
+    const std::size_t size = page_.CharacterSize(text.substr(at));
+    if (Contains(text.substr(at, size)) == member) break;
+    at += size;
+  }
+  return at;
+}
+
+std::size_t CharacterSet::FindMember(std::string_view text, std::size_t start) const {
+  if (only_byte_ >= 0)
+    return std::min(text.find(static_cast<char>(only_byte_), start), text.size());
+  std::size_t at = start;
+  if (page_.IsSingleByte()) {
+    // Four at a time over the long ways between delimiters.
+    const auto is_member = [&](std::size_t place) { return bytes_[Byte(text[place])]; };
+    while (at + 4 <= text.size() &&
+           !(is_member(at) | is_member(at + 1) | is_member(at + 2) | is_member(at + 3))) {
+      at += 4;
+    }
+  }
+  return FindIf(text, at, true);
+}
+
+std::size_t CharacterSet::FindOther(std::string_view text, std::size_t start) const {
+  return FindIf(text, start, false);
+}
+
+Tokenizer::Tokenizer(std::string_view text, std::string_view delimiters)
+    : text_(text), delimiters_(delimiters) {}
+
+bool Tokenizer::Next(std::string_view& token) {
+  const std::size_t start = delimiters_.FindOther(text_, position_);
+  position_ = delimiters_.FindMember(text_, start);
+  if (start == position_) return false;
+  token = text_.substr(start, position_ - start);
+  return true;
+}
+
 std::size_t Find(std::string_view text, char character, std::size_t start) {
-  if (start >= text.size()) return npos;
   const platform::CodePage& page = CurrentCodePage();
   if (page.IsSingleByte()) return text.find(character, start);
-  for (std::size_t i = start; i < text.size();) {
-    if (text[i] == character) return i;
-    i += page.CharacterSize(text.substr(i));
+  for (std::size_t at = start; at < text.size();) {
+    const std::size_t size = page.CharacterSize(text.substr(at));
+    if (size == 1 && text[at] == character) return at;
+    at += size;
   }
   return npos;
 }
 
 std::size_t Find(std::string_view text, std::string_view wanted, std::size_t start) {
-  if (start > text.size()) return npos;
-  if (wanted.empty()) return start;
-  const platform::CodePage& page = CurrentCodePage();
-  std::size_t hit = FindBytes(text, wanted, start);
-  if (page.IsSingleByte()) return hit;
-  // A hit counts only where a character begins, so walk the characters up to it.
-  for (std::size_t i = start; hit != npos;) {
-    while (i < hit) i += page.CharacterSize(text.substr(i));
-    if (i == hit) return hit;
-    hit = i > text.size() ? npos : FindBytes(text, wanted, i);
-  }
-  return npos;
+  return Searcher(wanted).Find(text, start);
 }
 
 std::size_t ReverseFind(std::string_view text, char character) {
   const platform::CodePage& page = CurrentCodePage();
   if (page.IsSingleByte()) return text.rfind(character);
   std::size_t last = npos;
-  for (std::size_t i = 0; i < text.size(); i += page.CharacterSize(text.substr(i))) {
-    if (text[i] == character) last = i;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t size = page.CharacterSize(text.substr(at));
+    if (size == 1 && text[at] == character) last = at;
+    at += size;
   }
   return last;
+}
+
+std::size_t ReverseFindBytes(std::string_view text, std::string_view wanted) {
+  if (wanted.size() > text.size()) return npos;
+  const std::size_t last = text.size() - wanted.size();
+  std::size_t effort = 0;
+  for (std::size_t at = last + 1; at-- > 0;) {
+    if (text[at] != wanted.front() || text[at + wanted.size() - 1] != wanted.back()) continue;
+    if (std::memcmp(text.data() + at, wanted.data(), wanted.size()) == 0) return at;
+    effort += wanted.size();
+    if (IsFutile(effort, last - at, wanted.size())) {
+      const auto rest = text.rend() - static_cast<std::ptrdiff_t>(at + wanted.size());
+      const auto hit = FindWithTable(rest, text.rend(), wanted.rbegin(), std::ssize(wanted));
+      return hit == text.rend() ? npos
+                                : static_cast<std::size_t>(text.rend() - hit) - wanted.size();
+    }
+  }
+  return npos;
 }
 
 int Compare(std::string_view left, std::string_view right) {
@@ -73,24 +290,6 @@ int CompareNoCase(std::string_view left, std::string_view right) {
   return left.size() == right.size() ? 0 : left.size() < right.size() ? -1 : 1;
 }
 
-bool NextToken(std::string_view text, std::string_view delimiters, std::size_t& position,
-               std::string_view& token) {
-  const platform::CodePage& page = CurrentCodePage();
-  const auto is_delimiter = [&](std::size_t at, std::size_t size) {
-    return delimiters.size() == 1 && size == 1 ? text[at] == delimiters.front()
-                                               : Find(delimiters, text.substr(at, size)) != npos;
-  };
-  const auto size_at = [&](std::size_t at) { return page.CharacterSize(text.substr(at)); };
-  std::size_t start = position;
-  while (start < text.size() && is_delimiter(start, size_at(start))) start += size_at(start);
-  std::size_t end = start;
-  while (end < text.size() && !is_delimiter(end, size_at(end))) end += size_at(end);
-  position = std::min(end + 1, text.size());
-  if (start == end) return false;
-  token = text.substr(start, end - start);
-  return true;
-}
-
 void MakeLower(std::string& text) { CurrentCodePage().LowerInPlace(text.data(), text.size()); }
 
 void MakeUpper(std::string& text) { CurrentCodePage().UpperInPlace(text.data(), text.size()); }
@@ -105,6 +304,17 @@ std::string Upper(std::string_view text) {
   std::string upper(text);
   MakeUpper(upper);
   return upper;
+}
+
+std::size_t LastCharacter(std::string_view text) {
+  const platform::CodePage& page = CurrentCodePage();
+  if (page.IsSingleByte()) return text.size() - 1;
+  std::size_t at = 0;
+  for (;;) {
+    const std::size_t next = at + page.CharacterSize(text.substr(at));
+    if (next == text.size()) return at;
+    at = next;
+  }
 }
 
 std::string_view TrimRight(std::string_view text) {

@@ -1,6 +1,8 @@
 #include "dqlib/framework/base/string_collections.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 namespace dq {
 
@@ -72,20 +74,17 @@ POSITION CStringList::Find(const char* text) const {
 
 void CStringArray::SetSize(int size) { texts_.resize(static_cast<std::size_t>(std::max(size, 0))); }
 
-int CStringArray::Add(CString text) {
-  texts_.push_back(std::move(text));
-  return GetSize() - 1;
-}
-
-void CStringArray::InsertAt(int index, const CString& text) {
+void CStringArray::InsertAt(int index, CString text) {
   if (index > GetSize()) SetSize(index);
-  texts_.insert(texts_.begin() + index, text);
+  texts_.insert(texts_.begin() + index, std::move(text));
 }
 
 void CStringArray::RemoveAt(int index, int count) {
   texts_.erase(texts_.begin() + index, texts_.begin() + index + count);
 }
 
-void CStringArray::Reserve(int count) { texts_.reserve(static_cast<std::size_t>(count)); }
+void CStringArray::Reserve(int count) {
+  texts_.reserve(static_cast<std::size_t>(std::max(count, 0)));
+}
 
 }  // namespace dq

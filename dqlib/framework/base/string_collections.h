@@ -2,7 +2,9 @@
 
 #pragma once
 
+#include <concepts>
 #include <list>
+#include <utility>
 #include <vector>
 
 #include "dqlib/framework/base/c_string.h"
@@ -29,6 +31,7 @@ class CStringList {
 
   POSITION AddHead(const CString& text);
   POSITION AddTail(const CString& text);
+  /// Removes the first or last text of a list that isn't empty, and returns it.
   CString RemoveHead();
   CString RemoveTail();
   void RemoveAll() { nodes_.clear(); }
@@ -78,10 +81,16 @@ class CStringArray {
   CString& operator[](int index) { return texts_[static_cast<std::size_t>(index)]; }
   void SetAt(int index, const CString& text) { texts_[static_cast<std::size_t>(index)] = text; }
 
-  /// Adds at the end and returns the new element's index.
-  int Add(CString text);
-  /// Inserts before `index`, or behind the end after filling up with empty texts.
-  void InsertAt(int index, const CString& text);
+  /// Adds at the end, without a copy of a text that has just been made, and returns the new
+  /// element's index.
+  template <std::convertible_to<CString> Text>
+  int Add(Text&& text) {
+    texts_.emplace_back(std::forward<Text>(text));
+    return GetSize() - 1;
+  }
+  /// Inserts before `index`, 0 or more, or behind the end after filling up with empty texts.
+  void InsertAt(int index, CString text);
+  /// Removes `count` elements, all of which exist.
   void RemoveAt(int index, int count = 1);
   /// Makes room for `count` elements in all, so that adding them allocates no more.
   void Reserve(int count);
