@@ -6,6 +6,10 @@
 
 #pragma once
 
+#include <string>
+#include <string_view>
+#include <utility>
+
 #include "dqlib/framework/base/c_string.h"
 #include "dqlib/framework/base/string_collections.h"
 
@@ -13,12 +17,15 @@ namespace dq {
 
 /// A `CString` with more operations and no more data. Indices are byte indices; "not found" is -1
 /// or an empty text. Unless told otherwise callers keep to the ranges: no null text, no negative
-/// position or index, no forward start past the end. White space is the blank and the characters 9
-/// to 13.
+/// position or index, no forward start past the end; what is outside does no harm (null counts as
+/// "", a negative number as 0 or as "not found") but means nothing. White space is the blank and
+/// the characters 9 to 13. Texts that are passed may be parts of the string itself. "By character"
+/// is told of operations that never take the second byte of a two-byte character for a character;
+/// the searches, replacements and fields by text go by character, too.
 class CDQString : public CString {
  public:
   /// Kinds of random text. Any other value gives bytes of any kind.
-  enum RANDOMSTRINGTYPE {
+  enum RANDOMSTRINGTYPE : int {
     RANDOM_ALPHANUMERIC = 1,
     RANDOM_ALPHA = 2,
     RANDOM_NUMERIC = 3,
@@ -32,18 +39,22 @@ class CDQString : public CString {
   CDQString(const char* text) : CString(text) {}
   CDQString(const char* text, int length) : CString(text, length) {}
   CDQString(std::string_view text) : CString(text) {}
+  CDQString(const std::string& text) : CString(text) {}
+  CDQString(std::string&& text) : CString(std::move(text)) {}
   CDQString(char character, int repeat) : CString(character, repeat) {}
   CDQString& operator=(const CDQString&) = default;
   CDQString& operator=(CDQString&&) noexcept = default;
   using CString::operator=;
 
-  /// The number at the start of the text; 0 if there is none.
+  /// The number at the start of the text, as the C run-time reads it; 0 if there is none. `Int()`
+  /// is the nearest `int` of a number that is out of range.
   double Double() const;
   int Int() const;
   /// `Int()` isn't 0: "1" and "-5" are true, "true" is false.
   bool Bool() const;
 
-  /// Replaces the text by that of a number; `bool` gives a digit 1 or 0.
+  /// Replaces the text by that of a number; `bool` gives a digit 1 or 0. A `long` is a 32-bit
+  /// number on every machine: one that is out of that range gives the nearest that is in it.
   void SetNumber(int number);
   void SetNumber(unsigned int number);
   void SetNumber(long number);
@@ -57,24 +68,25 @@ class CDQString : public CString {
   /// Deletes `count` bytes at `pos`; a negative count, or one past the end, means all that remains.
   /// A position at or past the end changes nothing.
   CDQString& Delete(int pos, int count);
-  /// Deletes every occurrence of a character, by character.
+  /// Deletes every occurrence of a one-byte character, by character. One pass, in place.
   CDQString& Delete(char ch);
 
   /// `Delete`, then `Insert`.
   CDQString& Replace(int pos, int count, const char* text);
 
   /// Replaces each tab by `width` blanks, wherever it stands: it doesn't align to tab stops.
-  /// Returns the number of tabs.
+  /// Returns the number of tabs. By byte.
   int ReplaceTabs(int width);
 
   /// Removes all white space, between words too: callers compare texts that way. Returns the new
-  /// length. One pass, one allocation.
+  /// length. By character. One pass, in place.
   int TrimWhiteSpace();
 
-  /// Lower case, but upper case for the first byte and for each letter behind white space.
+  /// Lower case, but upper case for the first byte and for each letter behind white space, by byte.
   CDQString& MakeProper();
 
-  /// Appends "s"; "es" behind "s" or "x"; makes "y" or "Y" "ies". An empty text stays.
+  /// Appends "s"; "es" behind "s" or "x", in either case; makes "y" or "Y" "ies". Looks at the last
+  /// character, not the last byte. An empty text stays.
   CDQString& MakePlural();
 
   /// Place of the first `ch` or `text` at or behind `start`, or -1.
@@ -101,7 +113,8 @@ class CDQString : public CString {
   int ReverseFindNoCase(const char* text, int start = -1) const;
 
   /// Replaces `find`, which isn't empty, by `with`: every occurrence, or only the first. What was
-  /// inserted is not searched again. Returns the number of replacements. Linear time.
+  /// inserted is not searched again. Returns the number of replacements. One pass; in place unless
+  /// the text grows. An empty `find` is never found.
   int FindReplace(const char* find, const char* with, bool all = true);
   int FindReplaceNoCase(const char* find, const char* with, bool all = true);
 
@@ -121,10 +134,11 @@ class CDQString : public CString {
   /// Adds the tokens between any of the delimiter characters at the end of `out`, which isn't
   /// emptied, and returns how many there were. No token is empty. The string itself is cut behind
   /// its first token, as the run-time's tokeniser leaves it: split a copy to keep the text.
+  /// Delimiters before the first token stay, and a text of delimiters alone stays whole.
   int Split(const char* delimiters, CStringArray& out);
 
-  /// Takes over a fixed field of `size` bytes, up to its first zero, without white space at its
-  /// end.
+  /// Takes over a fixed field of `size` bytes, which needs no zero, up to its first zero, without
+  /// white space at its end.
   void ExtractFromCharBuffer(const char* buffer, int size);
 
   /// Makes the string's storage a fixed field: `size` bytes, zero but for at most `size` bytes of
@@ -141,8 +155,9 @@ class CDQString : public CString {
   /// stays.
   void FormatNumber(char decimalChar, char thousandChar);
 
-  /// Appends `length` characters. The generator is seeded anew for each with the tick count, so
-  /// neighbours are alike: no source of secrets. "z" and "9" never come.
+  /// Appends `length` characters, by `NextRandom`. The generator is seeded anew for each with its
+  /// number times the length times the tick count, so neighbours are alike: no source of secrets.
+  /// "z" of the letters and "9" of `RANDOM_NUMERIC` never come.
   void GenerateRandomString(int length, RANDOMSTRINGTYPE type);
 };
 
