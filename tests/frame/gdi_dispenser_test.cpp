@@ -60,6 +60,8 @@ TEST(CGDIDispenser, KeepsPicturesUnderTheModuleWhereTheyWereFound) {
   EXPECT_EQ(searched->GetSafeHandle()->pixels.front(), 7U);
   EXPECT_NE(dispenser.GetResourceBitmap(9, nullptr), searched);
   EXPECT_EQ(dispenser.GetResourceBitmap(9, &module), searched);
+  const ResourceModule other;
+  EXPECT_EQ(dispenser.GetResourceBitmap(9, &other)->GetSafeHandle(), nullptr);
 
   // A failed load stays; what was found nowhere is made anew each time.
   CBitmap* const failed = dispenser.GetResourceBitmap(10, &module);
