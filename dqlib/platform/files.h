@@ -16,9 +16,9 @@ namespace dq {
 
 /// Attribute bits of files.
 enum FileAttribute : DWORD {
-  FILE_READ_ONLY = 0x01,
-  FILE_HIDDEN = 0x02,  ///< On POSIX, a name that begins with a dot.
-  FILE_SYSTEM = 0x04,
+  FILE_READ_ONLY = 0x01,  ///< On POSIX, one that its owner may not write.
+  FILE_HIDDEN = 0x02,     ///< On POSIX, a name that begins with a dot.
+  FILE_SYSTEM = 0x04,     ///< On POSIX, what is neither a file nor a directory: devices, pipes.
   FILE_DIRECTORY = 0x10,
   FILE_ARCHIVE = 0x20,  ///< Every ordinary file.
 };
@@ -43,8 +43,9 @@ struct OpenOptions {
   /// Empties a file that exists.
   bool truncate = false;
   /// Fails with `kBusy` while someone else has the file open for writing, and keeps others from
-  /// opening it for writing; `deny_read` keeps them from opening it at all. What programs that
-  /// don't go through this interface do is not prevented.
+  /// opening it for writing; `deny_read` asks for it alone and keeps them from opening it at all.
+  /// That a file is renamed, replaced or deleted meanwhile, and what programs that don't go through
+  /// this interface do, is not prevented.
   bool deny_write = false;
   bool deny_read = false;
   /// Only the user may read and write a file that is made: for secrets and settings.
@@ -80,9 +81,11 @@ struct VolumeFacts {
   std::uint64_t bytes_free = 0;
 };
 
-/// The file system. Paths may use both separators; on POSIX a path with a drive is not found. A
-/// path is at most 4,095 bytes and holds no zero, else `kInvalidArgument`. Any thread; one thread
-/// at a time may use one open file.
+/// The file system. Paths may use both separators; on POSIX a path with a drive or of the network
+/// is not found. A path is at most 4,095 bytes and holds no zero, else `kInvalidArgument`. A
+/// directory where a file is asked for is `kAccessDenied`, and so is writing to a file that is
+/// read-only, also for users whom the system would let. Any thread; one thread at a time may use
+/// one open file.
 class Files {
  public:
   Files() = default;
@@ -105,7 +108,8 @@ class Files {
   /// The error is that of a write that the system put off. The handle is closed in any case.
   virtual Error Close(HANDLE file) = 0;
 
-  /// Whole files. `ReadAll` replaces `bytes`. `Replace` puts a file with these bytes in the place
+  /// Whole files. `ReadAll` replaces `bytes`, by "" if it fails; a file of 2 GiB or more is
+  /// `kNoSpace`. `Replace` puts a file with these bytes in the place
   /// of `path`, so that at any moment, also after a crash, either the old or the new one is there
   /// whole; it keeps the permissions of the old one, and a link stays a link.
   virtual Error ReadAll(std::string_view path, std::string& bytes) = 0;
@@ -117,36 +121,40 @@ class Files {
   virtual Error SetModified(std::string_view path, std::int64_t seconds) = 0;
   /// `kAccessDenied` for a file that is read-only.
   virtual Error Delete(std::string_view path) = 0;
+  /// `kAlreadyExists` if `to` is there and isn't `from`. A file may go to another volume.
   virtual Error Rename(std::string_view from, std::string_view to) = 0;
-  /// `overwrite` false: `kAlreadyExists` if `to` is there. The copy is whole or not there.
+  /// `overwrite` false: `kAlreadyExists` if `to` is there. The copy is whole or not there, and has
+  /// the source's permissions and time. A file over itself is `kInvalidArgument`.
   virtual Error Copy(std::string_view from, std::string_view to, bool overwrite) = 0;
   virtual Error MakeDirectory(std::string_view path) = 0;
   /// Only an empty one.
   virtual Error RemoveDirectory(std::string_view path) = 0;
 
-  /// Entries of a directory whose names match the last part of `pattern`: `*` is any run of
-  /// characters, `?` any one, case of ASCII letters is ignored, and "*.*" matches every name. "."
-  /// and
-  /// ".." are among them where the pattern matches. `kNotFound` if nothing matches. Sorted by name.
+  /// Entries of a directory whose names match the last part of `pattern` by `MatchesPattern`. "."
+  /// and ".." are among them where the pattern matches. `kNotFound` if nothing matches. Sorted by
+  /// name.
   virtual Result<std::vector<FoundFile>> Find(std::string_view pattern) = 0;
 
   virtual std::string CurrentDirectory() = 0;
   virtual Error SetCurrentDirectory(std::string_view path) = 0;
   /// With a separator at its end.
   virtual std::string TempDirectory() = 0;
-  /// Makes an empty file `<directory>\<first 3 characters of prefix><number in hex>.tmp` that
-  /// didn't exist and returns its path. The directory must exist.
+  /// Makes an empty file `<directory>\<first 3 bytes of prefix><number of 16 bits in hex>.tmp` that
+  /// didn't exist, for the user only, and returns its path. The directory must exist, and the
+  /// prefix hold no separator.
   virtual Result<std::string> MakeTempFile(std::string_view directory, std::string_view prefix) = 0;
-  /// The path from the root, without "." and ".."; the file need not exist.
+  /// `platform::FullPath` below the current directory; the file need not exist.
   virtual Result<std::string> FullPath(std::string_view path) = 0;
   /// The full path of a file that is searched for in the program's directory, the current directory
-  /// and along the user's path.
+  /// and along the user's path; a name with a separator only below the current directory.
   virtual Result<std::string> SearchPath(std::string_view name) = 0;
-  /// The path in the form that other machines of the network know it by; an error where there is
-  /// none.
+  /// The path `\\server\share\...` that other machines of the network know a file by;
+  /// `kUnsupported` for one that doesn't lie on a share of another machine.
   virtual Result<std::string> UniversalName(std::string_view path) = 0;
-  /// The kind of the drive, as `SplitPath` gives it; for "" and for POSIX paths that of the volume
-  /// they lie on is not asked: "" is `DRIVE_KIND_NO_ROOT` in the Windows form.
+  /// The kind of a drive, which is given as `SplitPath` cuts it off. "" is `DRIVE_KIND_NO_ROOT`, so
+  /// that the drive of a network path counts as no local one. On POSIX, where there are no drives,
+  /// one with a letter counts as fixed; for a path in the platform's own form, which has no drive,
+  /// the path itself may be asked for, and is answered by the volume it lies on.
   virtual UINT KindOfDrive(std::string_view drive) = 0;
   virtual Result<VolumeFacts> Volume(std::string_view path) = 0;
 };

@@ -2,26 +2,32 @@
 
 #include "dqlib/platform/clock.h"
 #include "dqlib/platform/console.h"
+#include "dqlib/platform/files.h"
 #include "dqlib/platform/locale.h"
 #include "dqlib/platform/modules.h"
 #include "dqlib/platform/network.h"
 #include "dqlib/platform/processes.h"
+#include "dqlib/platform/profile_files.h"
 #include "dqlib/platform/prompts.h"
 #include "dqlib/platform/system_errors.h"
 #include "dqlib/platform/system_facts.h"
+#include "dqlib/platform/version_resources.h"
 
 namespace dq::platform {
 
 Clock::~Clock() = default;
 Console::~Console() = default;
 Console::StopWatch::~StopWatch() = default;
+Files::~Files() = default;
 Locale::~Locale() = default;
 Module::~Module() = default;
 Modules::~Modules() = default;
 Network::~Network() = default;
 Processes::~Processes() = default;
+ProfileFiles::~ProfileFiles() = default;
 Prompts::~Prompts() = default;
 SystemErrors::~SystemErrors() = default;
 SystemFacts::~SystemFacts() = default;
+VersionResources::~VersionResources() = default;
 
 }  // namespace dq::platform

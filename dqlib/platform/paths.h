@@ -27,6 +27,9 @@ constexpr bool IsSeparator(char character) { return character == '\\' || charact
 std::size_t FindSeparator(std::string_view path, std::size_t start = 0);
 std::size_t FindLastSeparator(std::string_view path);
 
+/// Whether the path is `\\server\share\...`.
+bool IsNetworkPath(std::string_view path);
+
 /// A path cut into the parts that together make it up again.
 struct PathParts {
   std::string drive;      ///< "c:", or "" where the path has none.
@@ -43,7 +46,17 @@ PathParts SplitPath(std::string_view path);
 std::string MakePath(std::string_view drive, std::string_view directory, std::string_view name,
                      std::string_view extension);
 
-/// `name` in the directory, with one separator between them.
+/// `name` in the directory, with one separator between them; `name` alone if the directory is "".
 std::string JoinPath(std::string_view directory, std::string_view name);
+
+/// The path from the root, without "." and "..", by its text alone. ".." never leads above the root
+/// of a drive or the share of a network path; a separator at the end stays. A path with a drive, of
+/// the network or from the root keeps its form and gets that form's separators; any other one is
+/// below `current_directory`, a path from the root, and takes its form.
+std::string FullPath(std::string_view path, std::string_view current_directory);
+
+/// Whether a name matches a pattern: `*` is any run of characters, `?` any one, the case of ASCII
+/// letters is ignored, and "*.*" matches every name.
+bool MatchesPattern(std::string_view name, std::string_view pattern);
 
 }  // namespace dq::platform

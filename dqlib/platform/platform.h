@@ -11,13 +11,16 @@
 
 #include "dqlib/platform/clock.h"
 #include "dqlib/platform/console.h"
+#include "dqlib/platform/files.h"
 #include "dqlib/platform/locale.h"
 #include "dqlib/platform/modules.h"
 #include "dqlib/platform/network.h"
 #include "dqlib/platform/processes.h"
+#include "dqlib/platform/profile_files.h"
 #include "dqlib/platform/prompts.h"
 #include "dqlib/platform/system_errors.h"
 #include "dqlib/platform/system_facts.h"
+#include "dqlib/platform/version_resources.h"
 
 namespace dq::platform {
 
@@ -25,13 +28,16 @@ namespace dq::platform {
 struct Platform {
   Clock* clock;
   Console* console;
+  Files* files;
   Locale* locale;
   Modules* modules;
   Network* network;
   Processes* processes;
+  ProfileFiles* profile_files;
   Prompts* prompts;
   SystemErrors* system_errors;
   SystemFacts* system_facts;
+  VersionResources* version_resources;
 };
 
 /// The services in force: the system's own, unless a `ScopedPlatform` has put others in place. Any

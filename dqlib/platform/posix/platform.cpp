@@ -15,13 +15,16 @@ const Platform& System() {
   static const Platform system{
       .clock = &posix::SystemClock(),
       .console = &posix::SystemConsole(),
+      .files = &posix::SystemFiles(),
       .locale = &posix::SystemLocale(),
       .modules = &posix::SystemModules(),
       .network = &posix::SystemNetwork(),
       .processes = &posix::SystemProcesses(),
+      .profile_files = &posix::SystemProfileFiles(),
       .prompts = &posix::SystemPrompts(),
       .system_errors = &posix::SystemErrorTexts(),
       .system_facts = &posix::SystemFactsService(),
+      .version_resources = &posix::SystemVersionResources(),
   };
   return system;
 }

@@ -150,7 +150,9 @@ Error MakeDirectories(SystemCalls& calls, const std::string& path) {
     if (calls.MakeDirectory(directory.c_str(), kUserOnly) != 0) {
       // A directory that exists may be reported by any error that forbids to make one there.
       const int why = errno;
-      if (calls.Status(directory.c_str(), &status) != 0) return ErrorFromErrno(why);
+      if (calls.Status(directory.c_str(), &status) != 0) {
+        return ErrorFromErrno(why == EEXIST ? errno : why);
+      }
       if (!S_ISDIR(status.st_mode)) return ErrorFromErrno(ENOTDIR);
     }
     if (end == std::string::npos) return {};

@@ -9,20 +9,29 @@
 
 namespace dq::platform::posix {
 
+class SystemCalls;
+
 Clock& SystemClock();
 Console& SystemConsole();
+Files& SystemFiles();
 Locale& SystemLocale();
 Modules& SystemModules();
 Network& SystemNetwork();
 Processes& SystemProcesses();
+ProfileFiles& SystemProfileFiles();
 Prompts& SystemPrompts();
 SystemErrors& SystemErrorTexts();
 SystemFacts& SystemFactsService();
+VersionResources& SystemVersionResources();
 
 /// Another locale by the environment (`LC_ALL`, `LC_NUMERIC`, `LC_TIME`, `LANG`), which is read
 /// when its first item is asked for and then holds. US English stands for the locales C, POSIX and
 /// en_US, and for one that isn't installed.
 std::unique_ptr<Locale> MakeLocale();
+
+/// Others on system calls that may fail otherwise than the system's, which must outlive them.
+std::unique_ptr<Files> MakeFiles(SystemCalls& calls);
+std::unique_ptr<ProfileFiles> MakeProfileFiles(SystemCalls& calls);
 
 /// The one mapping of errno to an error value; 0 is success.
 Error ErrorFromErrno(int number);

@@ -1,0 +1,46 @@
+// Putting a new file in the place of an old one, so that at any moment one of them is there whole.
+
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <sys/stat.h>
+
+#include "dqlib/platform/posix/system_calls.h"
+
+namespace dq::platform::posix {
+
+/// How `ReplaceFile` works.
+struct Replacement {
+  /// The file, which is no link, and the new one's name until it is complete. Both lie in one
+  /// directory, and there is no file of the temporary name.
+  std::string target;
+  std::string temporary;
+  /// That of the old file, whose owner and permissions the new one gets; none if there is none.
+  std::optional<struct stat> old;
+  /// Permissions of a file that is made, before those that the user's mask takes away.
+  mode_t mode = 0666;
+  /// Fails with `kAlreadyExists` rather than replace a file.
+  bool only_new = false;
+  /// Whether the new directory entry too is on the disk at the end. Without, the system may after a
+  /// breakdown come up with the old file.
+  bool sync_directory = true;
+};
+
+/// Calls `write` to fill the new file, and puts it in place once it is on the disk. If that fails,
+/// the old file is there and the new one isn't; only if syncing the directory fails, the new one
+/// may be there.
+Error ReplaceFile(SystemCalls& calls, const Replacement& replacement,
+                  const std::function<Error(int fd)>& write);
+
+/// Renames a file or directory; `kAlreadyExists` if `to` is there.
+Error RenameToNew(const std::string& from, const std::string& to);
+
+/// A name for a temporary file beside `target` that nobody else makes at this moment.
+std::string TemporaryBeside(const std::string& target);
+
+/// The directory of a path, "." if it has none.
+std::string DirectoryOf(const std::string& path);
+
+}  // namespace dq::platform::posix

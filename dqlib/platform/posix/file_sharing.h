@@ -1,0 +1,14 @@
+// Share modes of open files, by advisory locks that hold until the file is closed.
+
+#pragma once
+
+#include "dqlib/platform/files.h"
+
+namespace dq::platform::posix {
+
+/// Registers an open ordinary file with what it is opened for and what it denies to others. `kBusy`
+/// if that and what others have registered exclude each other. Where the file system has no locks,
+/// nothing is denied.
+Error ShareFile(int fd, const OpenOptions& options);
+
+}  // namespace dq::platform::posix

@@ -1,0 +1,561 @@
+#include "dqlib/platform/files.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <dirent.h>
+#include <fcntl.h>
+#include <memory>
+#include <mutex>
+#include <new>
+#include <random>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <unordered_map>
+
+#include "dqlib/platform/modules.h"
+#include "dqlib/platform/paths.h"
+#include "dqlib/platform/posix/file_replacement.h"
+#include "dqlib/platform/posix/file_sharing.h"
+#include "dqlib/platform/posix/native_path.h"
+#include "dqlib/platform/posix/system_calls.h"
+#include "dqlib/platform/posix/system_services.h"
+#include "dqlib/platform/posix/volumes.h"
+
+namespace dq::platform::posix {
+namespace {
+
+constexpr mode_t kUserOnly = 0600;
+constexpr mode_t kEveryone = 0666;
+
+/// More fits neither a text nor what anyone waits for.
+constexpr std::size_t kMaxWholeFile = 0x7FFFFFFF;
+
+/// A directory where a file is asked for is something that can't be had, not a wrong argument.
+Error ForFile(Error error) {
+  if (error.code == EISDIR) error.kind = ErrorKind::kAccessDenied;
+  return error;
+}
+
+Error LastError() { return ForFile(ErrorFromErrno(errno)); }
+
+Error ResultOf(int returned) { return returned == 0 ? Error{} : LastError(); }
+
+bool IsReadOnly(const struct stat& status) {
+  return S_ISREG(status.st_mode) && (status.st_mode & S_IWUSR) == 0;
+}
+
+std::string_view NameOf(std::string_view native) {
+  return native.substr(native.rfind('/') + 1);  // npos + 1 is 0
+}
+
+FileStatus Describe(std::string_view name, const struct stat& status) {
+  FileStatus described;
+  described.size = S_ISREG(status.st_mode) ? static_cast<std::uint64_t>(status.st_size) : 0;
+  if (S_ISDIR(status.st_mode)) {
+    described.attributes = FILE_DIRECTORY;
+  } else {
+    described.attributes = S_ISREG(status.st_mode) ? FILE_ARCHIVE : FILE_SYSTEM;
+  }
+  if ((status.st_mode & S_IWUSR) == 0) described.attributes |= FILE_READ_ONLY;
+  if (name.starts_with('.') && name != "." && name != "..") described.attributes |= FILE_HIDDEN;
+  described.modified = status.st_mtim.tv_sec;
+  described.accessed = status.st_atim.tv_sec;
+  described.changed = status.st_ctim.tv_sec;
+  return described;
+}
+
+/// Opens without waiting for the other end of a pipe. What is read or written later may wait.
+Result<int> OpenAtOnce(SystemCalls& calls, const std::string& native, int flags, mode_t mode,
+                       struct stat& status) {
+  const Result<int> opened = OpenFile(calls, native, flags | O_NONBLOCK | O_NOCTTY, mode);
+  if (!opened.ok()) return ForFile(opened.error);
+  FileDescriptor file(calls, opened.value);
+  if (calls.StatusOf(file.get(), &status) != 0) return LastError();
+  if (S_ISDIR(status.st_mode)) return Error{ErrorKind::kAccessDenied, EISDIR};
+  if (!S_ISREG(status.st_mode)) {
+    const int former = ::fcntl(file.get(), F_GETFL);
+    if (former < 0 || ::fcntl(file.get(), F_SETFL, former & ~O_NONBLOCK) != 0) return LastError();
+  }
+  return file.Release();
+}
+
+/// Reads from the file's position to its end.
+Error ReadToEnd(SystemCalls& calls, int fd, std::size_t expected, std::string& bytes) try {
+  // A string is filled with zeros as it grows; in steps of this size they don't leave the cache.
+  constexpr std::size_t kStep = 256 * 1024;
+  std::size_t size = 0;
+  // One byte more than expected shows the end without growing again.
+  bytes.reserve(expected + 1);
+  for (;;) {
+    if (size == bytes.size()) {
+      const std::size_t spare = bytes.capacity() - size;
+      bytes.resize(size + (spare > 0 ? std::min(spare, kStep) : std::max(size, kStep)));
+    }
+    const ssize_t count = calls.Read(fd, bytes.data() + size, bytes.size() - size);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return LastError();
+    if (count == 0) break;
+    size += static_cast<std::size_t>(count);
+    if (size > kMaxWholeFile) return ErrorFromErrno(EFBIG);
+  }
+  bytes.resize(size);
+  return {};
+} catch (const std::bad_alloc&) {
+  return ErrorFromErrno(ENOMEM);
+}
+
+Error CopyBytes(SystemCalls& calls, int from, int to) {
+  constexpr std::size_t kStep = 256 * 1024;
+  const auto buffer = std::make_unique<char[]>(kStep);
+  for (;;) {
+    const ssize_t count = calls.Read(from, buffer.get(), kStep);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return LastError();
+    if (count == 0) return {};
+    const std::string_view bytes(buffer.get(), static_cast<std::size_t>(count));
+    if (const Error error = WriteFully(calls, to, bytes); !error.ok()) return error;
+  }
+}
+
+/// A file that is open, shared by its handle and the operation that is under way.
+struct OpenedFile {
+  FileDescriptor descriptor;
+  bool ordinary = false;
+};
+
+class PosixFiles : public Files {
+ public:
+  explicit PosixFiles(SystemCalls& calls) : calls_(calls) {}
+
+  Result<HANDLE> Open(std::string_view path, const OpenOptions& options) override;
+  Result<std::size_t> Read(HANDLE file, std::span<char> buffer) override;
+  Error Write(HANDLE file, std::string_view bytes) override;
+  Result<std::uint64_t> Seek(HANDLE file, std::int64_t offset, SeekOrigin origin) override;
+  Result<std::uint64_t> Length(HANDLE file) override;
+  Error SetLength(HANDLE file, std::uint64_t length) override;
+  Error Flush(HANDLE file) override;
+  Error Close(HANDLE file) override;
+
+  Error ReadAll(std::string_view path, std::string& bytes) override;
+  Error Replace(std::string_view path, std::string_view bytes, bool user_only) override;
+  Result<FileStatus> Status(std::string_view path) override;
+  Error SetAttributes(std::string_view path, DWORD attributes) override;
+  Error SetModified(std::string_view path, std::int64_t seconds) override;
+  Error Delete(std::string_view path) override;
+  Error Rename(std::string_view from, std::string_view to) override;
+  Error Copy(std::string_view from, std::string_view to, bool overwrite) override;
+  Error MakeDirectory(std::string_view path) override;
+  Error RemoveDirectory(std::string_view path) override;
+  Result<std::vector<FoundFile>> Find(std::string_view pattern) override;
+
+  std::string CurrentDirectory() override;
+  Error SetCurrentDirectory(std::string_view path) override;
+  std::string TempDirectory() override;
+  Result<std::string> MakeTempFile(std::string_view directory, std::string_view prefix) override;
+  Result<std::string> FullPath(std::string_view path) override;
+  Result<std::string> SearchPath(std::string_view name) override;
+  Result<std::string> UniversalName(std::string_view path) override;
+  UINT KindOfDrive(std::string_view drive) override;
+  Result<VolumeFacts> Volume(std::string_view path) override;
+
+ private:
+  using OpenedPtr = std::shared_ptr<OpenedFile>;
+
+  /// Null for a handle that is closed or never was open.
+  OpenedPtr Opened(HANDLE file);
+
+  SystemCalls& calls_;
+  std::mutex mutex_;
+  std::unordered_map<HANDLE, OpenedPtr> files_;
+  HANDLE last_handle_ = kNoHandle;
+};
+
+const Error kBadHandle{ErrorKind::kInvalidArgument, EBADF};
+
+PosixFiles::OpenedPtr PosixFiles::Opened(HANDLE file) {
+  const std::lock_guard lock(mutex_);
+  const auto found = files_.find(file);
+  return found == files_.end() ? nullptr : found->second;
+}
+
+Result<HANDLE> PosixFiles::Open(std::string_view path, const OpenOptions& options) {
+  const Result<std::string> native = NativePath(path);
+  if (!native.ok()) return native.error;
+  if ((!options.read && !options.write) || (options.truncate && !options.write)) {
+    return ErrorFromErrno(EINVAL);
+  }
+  int flags = options.write ? (options.read ? O_RDWR : O_WRONLY) : O_RDONLY;
+  if (options.create) flags |= O_CREAT;
+  struct stat status;
+  const Result<int> fd =
+      OpenAtOnce(calls_, native.value, flags, options.user_only ? kUserOnly : kEveryone, status);
+  if (!fd.ok()) return fd.error;
+  auto opened = std::make_shared<OpenedFile>();
+  opened->descriptor = FileDescriptor(calls_, fd.value);
+  opened->ordinary = S_ISREG(status.st_mode);
+  if (options.write && IsReadOnly(status)) return ErrorFromErrno(EACCES);
+  if (opened->ordinary) {
+    if (const Error error = ShareFile(fd.value, options); !error.ok()) return error;
+    // Not by the flag that opens, so that a file that someone else holds isn't emptied.
+    if (options.truncate && calls_.Truncate(fd.value, 0) != 0) return LastError();
+  }
+  const std::lock_guard lock(mutex_);
+  files_.emplace(++last_handle_, std::move(opened));
+  return last_handle_;
+}
+
+Result<std::size_t> PosixFiles::Read(HANDLE file, std::span<char> buffer) {
+  const OpenedPtr opened = Opened(file);
+  if (!opened) return kBadHandle;
+  std::size_t done = 0;
+  while (done < buffer.size()) {
+    const ssize_t count =
+        calls_.Read(opened->descriptor.get(), buffer.data() + done, buffer.size() - done);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return LastError();
+    done += static_cast<std::size_t>(count);
+    // A pipe or terminal gives what it has; asking again would wait.
+    if (count == 0 || !opened->ordinary) break;
+  }
+  return done;
+}
+
+Error PosixFiles::Write(HANDLE file, std::string_view bytes) {
+  const OpenedPtr opened = Opened(file);
+  return opened ? WriteFully(calls_, opened->descriptor.get(), bytes) : kBadHandle;
+}
+
+Result<std::uint64_t> PosixFiles::Seek(HANDLE file, std::int64_t offset, SeekOrigin origin) {
+  const OpenedPtr opened = Opened(file);
+  if (!opened) return kBadHandle;
+  const int whence = origin == SeekOrigin::kBegin     ? SEEK_SET
+                     : origin == SeekOrigin::kCurrent ? SEEK_CUR
+                                                      : SEEK_END;
+  const off_t position = ::lseek(opened->descriptor.get(), offset, whence);
+  if (position < 0) return LastError();
+  return static_cast<std::uint64_t>(position);
+}
+
+Result<std::uint64_t> PosixFiles::Length(HANDLE file) {
+  const OpenedPtr opened = Opened(file);
+  struct stat status;
+  if (!opened) return kBadHandle;
+  if (calls_.StatusOf(opened->descriptor.get(), &status) != 0) return LastError();
+  return static_cast<std::uint64_t>(status.st_size);
+}
+
+Error PosixFiles::SetLength(HANDLE file, std::uint64_t length) {
+  const OpenedPtr opened = Opened(file);
+  if (!opened) return kBadHandle;
+  if (length > static_cast<std::uint64_t>(INT64_MAX)) return ErrorFromErrno(EINVAL);
+  return ResultOf(calls_.Truncate(opened->descriptor.get(), static_cast<off_t>(length)));
+}
+
+Error PosixFiles::Flush(HANDLE file) {
+  const OpenedPtr opened = Opened(file);
+  if (!opened) return kBadHandle;
+  const Error error = ResultOf(calls_.Sync(opened->descriptor.get()));
+  // Pipes and terminals have no disk.
+  return !opened->ordinary && error.code == EINVAL ? Error{} : error;
+}
+
+Error PosixFiles::Close(HANDLE file) {
+  OpenedPtr opened;
+  {
+    const std::lock_guard lock(mutex_);
+    const auto found = files_.find(file);
+    if (found == files_.end()) return kBadHandle;
+    opened = std::move(found->second);
+    files_.erase(found);
+  }
+  const int fd = opened->descriptor.Release();
+  // An interrupted close has closed.
+  return calls_.Close(fd) == 0 || errno == EINTR ? Error{} : LastError();
+}
+
+Error PosixFiles::ReadAll(std::string_view path, std::string& bytes) {
+  const Result<std::string> native = NativePath(path);
+  Error error = native.error;
+  if (error.ok()) {
+    struct stat status;
+    const Result<int> fd = OpenAtOnce(calls_, native.value, O_RDONLY, 0, status);
+    error = fd.error;
+    if (fd.ok()) {
+      const FileDescriptor file(calls_, fd.value);
+      if (S_ISREG(status.st_mode)) error = ShareFile(fd.value, OpenOptions{});
+      if (error.ok() && static_cast<std::uint64_t>(status.st_size) > kMaxWholeFile) {
+        error = ErrorFromErrno(EFBIG);
+      }
+      if (error.ok()) {
+        error = ReadToEnd(calls_, fd.value, static_cast<std::size_t>(status.st_size), bytes);
+      }
+    }
+  }
+  if (!error.ok()) bytes.clear();
+  return error;
+}
+
+Error PosixFiles::Replace(std::string_view path, std::string_view bytes, bool user_only) {
+  const Result<std::string> native = NativePath(path);
+  if (!native.ok()) return native.error;
+  const Result<std::string> target = FollowLinks(native.value);
+  if (!target.ok()) return target.error;
+  Replacement replacement;
+  replacement.target = target.value;
+  replacement.temporary = TemporaryBeside(target.value);
+  replacement.mode = user_only ? kUserOnly : kEveryone;
+  struct stat old;
+  if (calls_.Status(target.value.c_str(), &old) == 0) {
+    if (S_ISDIR(old.st_mode)) return {ErrorKind::kAccessDenied, EISDIR};
+    if (!S_ISREG(old.st_mode)) return ErrorFromErrno(EINVAL);
+    if (IsReadOnly(old)) return ErrorFromErrno(EACCES);
+    replacement.old = old;
+  } else if (errno != ENOENT) {
+    return LastError();
+  }
+  return ReplaceFile(calls_, replacement, [&](int fd) { return WriteFully(calls_, fd, bytes); });
+}
+
+Result<FileStatus> PosixFiles::Status(std::string_view path) {
+  const Result<std::string> native = NativePath(path);
+  if (!native.ok()) return native.error;
+  struct stat status;
+  if (calls_.Status(native.value.c_str(), &status) != 0) return LastError();
+  return Describe(NameOf(native.value), status);
+}
+
+Error PosixFiles::SetAttributes(std::string_view path, DWORD attributes) {
+  const Result<std::string> native = NativePath(path);
+  if (!native.ok()) return native.error;
+  struct stat status;
+  if (calls_.Status(native.value.c_str(), &status) != 0) return LastError();
+  const bool read_only = (attributes & FILE_READ_ONLY) != 0;
+  if (read_only == ((status.st_mode & S_IWUSR) == 0)) return {};
+  constexpr mode_t kAllWrite = S_IWUSR | S_IWGRP | S_IWOTH;
+  const mode_t mode = status.st_mode & 07777;
+  // Taking it back gives the right to write to the user alone: whether others had it is not known.
+  return ResultOf(::chmod(native.value.c_str(), read_only ? mode & ~kAllWrite : mode | S_IWUSR));
+}
+
+Error PosixFiles::SetModified(std::string_view path, std::int64_t seconds) {
+  const Result<std::string> native = NativePath(path);
+  if (!native.ok()) return native.error;
+  const timespec times[] = {{0, UTIME_OMIT}, {static_cast<time_t>(seconds), 0}};
+  return ResultOf(::utimensat(AT_FDCWD, native.value.c_str(), times, 0));
+}
+
+Error PosixFiles::Delete(std::string_view path) {
+  const Result<std::string> native = NativePath(path);
+  if (!native.ok()) return native.error;
+  struct stat status;
+  if (::lstat(native.value.c_str(), &status) != 0) return LastError();
+  if (S_ISDIR(status.st_mode)) return {ErrorKind::kAccessDenied, EISDIR};
+  if (IsReadOnly(status)) return ErrorFromErrno(EACCES);
+  return ResultOf(calls_.Unlink(native.value.c_str()));
+}
+
+Error PosixFiles::Rename(std::string_view from, std::string_view to) {
+  const Result<std::string> native_from = NativePath(from);
+  const Result<std::string> native_to = NativePath(to);
+  if (!native_from.ok()) return native_from.error;
+  if (!native_to.ok()) return native_to.error;
+  struct stat status;
+  if (::lstat(native_from.value.c_str(), &status) != 0) return LastError();
+  if (native_from.value == native_to.value) return {};
+  const Error error = RenameToNew(native_from.value, native_to.value);
+  if (error.code != EXDEV || !S_ISREG(status.st_mode)) return error;
+  // To another volume a file goes as a copy.
+  if (const Error copied = Copy(from, to, false); !copied.ok()) return copied;
+  return ResultOf(calls_.Unlink(native_from.value.c_str()));
+}
+
+Error PosixFiles::Copy(std::string_view from, std::string_view to, bool overwrite) {
+  const Result<std::string> source = NativePath(from);
+  const Result<std::string> native_to = NativePath(to);
+  if (!source.ok()) return source.error;
+  if (!native_to.ok()) return native_to.error;
+  struct stat status;
+  const Result<int> fd = OpenAtOnce(calls_, source.value, O_RDONLY, 0, status);
+  if (!fd.ok()) return fd.error;
+  const FileDescriptor file(calls_, fd.value);
+  if (!S_ISREG(status.st_mode)) return ErrorFromErrno(EINVAL);
+  if (const Error error = ShareFile(file.get(), OpenOptions{}); !error.ok()) return error;
+
+  const Result<std::string> target = FollowLinks(native_to.value);
+  if (!target.ok()) return target.error;
+  struct stat old;
+  if (calls_.Status(target.value.c_str(), &old) == 0) {
+    if (!overwrite) return ErrorFromErrno(EEXIST);
+    if (S_ISDIR(old.st_mode)) return {ErrorKind::kAccessDenied, EISDIR};
+    if (!S_ISREG(old.st_mode)) return ErrorFromErrno(EINVAL);
+    if (old.st_dev == status.st_dev && old.st_ino == status.st_ino) return ErrorFromErrno(EINVAL);
+    if (IsReadOnly(old)) return ErrorFromErrno(EACCES);
+  } else if (errno != ENOENT) {
+    return LastError();
+  }
+  // The copy has the time of its source, and its rights but those to run as someone else.
+  Replacement replacement;
+  replacement.target = target.value;
+  replacement.temporary = TemporaryBeside(target.value);
+  replacement.mode = kUserOnly;
+  replacement.only_new = !overwrite;
+  return ReplaceFile(calls_, replacement, [&](int copy) {
+    const Error copied = CopyBytes(calls_, file.get(), copy);
+    if (!copied.ok()) return copied;
+    const timespec times[] = {{0, UTIME_OMIT}, status.st_mtim};
+    if (::futimens(copy, times) != 0) return LastError();
+    return ResultOf(calls_.ChangeMode(copy, status.st_mode & 0777));
+  });
+}
+
+Error PosixFiles::MakeDirectory(std::string_view path) {
+  const Result<std::string> native = NativePath(path);
+  if (!native.ok()) return native.error;
+  return ResultOf(calls_.MakeDirectory(native.value.c_str(), 0777));
+}
+
+Error PosixFiles::RemoveDirectory(std::string_view path) {
+  const Result<std::string> native = NativePath(path);
+  if (!native.ok()) return native.error;
+  return ResultOf(::rmdir(native.value.c_str()));
+}
+
+Result<std::vector<FoundFile>> PosixFiles::Find(std::string_view pattern) {
+  const Result<std::string> native = NativePath(pattern);
+  if (!native.ok()) return native.error;
+  const std::string name_pattern(NameOf(native.value));
+  std::string directory = native.value.substr(0, native.value.size() - name_pattern.size());
+  if (directory.empty()) directory = "./";
+  const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(directory.c_str()), ::closedir);
+  if (!entries) return LastError();
+  std::vector<FoundFile> found;
+  for (;;) {
+    errno = 0;
+    const dirent* const entry = ::readdir(entries.get());
+    if (entry == nullptr && errno != 0) return LastError();
+    if (entry == nullptr) break;
+    const std::string_view name(entry->d_name);
+    if (!MatchesPattern(name, name_pattern)) continue;
+    struct stat status;
+    const int directory_fd = ::dirfd(entries.get());
+    // A link that leads nowhere is found as itself; an entry that is gone by now isn't found.
+    if (::fstatat(directory_fd, entry->d_name, &status, 0) != 0 &&
+        ::fstatat(directory_fd, entry->d_name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
+      continue;
+    }
+    found.push_back({std::string(name), Describe(name, status)});
+  }
+  if (found.empty()) return ErrorFromErrno(ENOENT);
+  std::sort(found.begin(), found.end(),
+            [](const FoundFile& left, const FoundFile& right) { return left.name < right.name; });
+  return found;
+}
+
+std::string PosixFiles::CurrentDirectory() {
+  char buffer[kMaxPath + 1];
+  const char* const directory = ::getcwd(buffer, sizeof buffer);
+  return directory == nullptr ? "" : directory;
+}
+
+Error PosixFiles::SetCurrentDirectory(std::string_view path) {
+  const Result<std::string> native = NativePath(path);
+  if (!native.ok()) return native.error;
+  return ResultOf(::chdir(native.value.c_str()));
+}
+
+std::string PosixFiles::TempDirectory() {
+  const char* const chosen = std::getenv("TMPDIR");
+  std::string directory = chosen != nullptr && chosen[0] == '/' ? chosen : "/tmp";
+  if (!directory.ends_with('/')) directory += '/';
+  return directory;
+}
+
+Result<std::string> PosixFiles::MakeTempFile(std::string_view directory, std::string_view prefix) {
+  constexpr unsigned kNumbers = 0xFFFF;
+  if (FindSeparator(prefix) != std::string_view::npos) return ErrorFromErrno(EINVAL);
+  if (directory.empty()) return ErrorFromErrno(ENOENT);
+  const unsigned first = std::random_device{}() % kNumbers;
+  for (unsigned i = 0; i < kNumbers; ++i) {
+    char name[16];
+    std::snprintf(name, sizeof name, "%X.tmp", (first + i) % kNumbers + 1);
+    std::string path = JoinPath(directory, std::string(prefix.substr(0, 3)) + name);
+    const Result<std::string> native = NativePath(path);
+    if (!native.ok()) return native.error;
+    const Result<int> fd = OpenFile(calls_, native.value, O_RDWR | O_CREAT | O_EXCL, kUserOnly);
+    if (fd.ok()) {
+      const FileDescriptor close(calls_, fd.value);
+      return path;
+    }
+    if (fd.error.code != EEXIST) return fd.error;
+  }
+  return ErrorFromErrno(EEXIST);
+}
+
+Result<std::string> PosixFiles::FullPath(std::string_view path) {
+  if (path.size() > kMaxPath) return Error{ErrorKind::kInvalidArgument, ENAMETOOLONG};
+  if (path.empty() || path.find('\0') != std::string_view::npos) return ErrorFromErrno(EINVAL);
+  const bool rooted = IsSeparator(path.front()) || !SplitPath(path).drive.empty();
+  const std::string current = CurrentDirectory();
+  if (!rooted && current.empty()) return ErrorFromErrno(ENOENT);  // it may have been removed
+  std::string full = platform::FullPath(path, current);
+  if (full.size() > kMaxPath) return Error{ErrorKind::kInvalidArgument, ENAMETOOLONG};
+  return full;
+}
+
+Result<std::string> PosixFiles::SearchPath(std::string_view name) {
+  const Result<std::string> native = NativePath(name);
+  if (!native.ok()) return native.error;
+  std::vector<std::string> directories;
+  if (native.value.find('/') == std::string::npos) {
+    directories.push_back(DirectoryOf(SystemModules().FileName(nullptr)));
+    directories.emplace_back();
+    const char* const variable = std::getenv("PATH");
+    std::string_view path = variable == nullptr ? "" : variable;
+    while (!path.empty()) {
+      const std::size_t colon = std::min(path.find(':'), path.size());
+      directories.emplace_back(path.substr(0, colon));
+      path.remove_prefix(std::min(colon + 1, path.size()));
+    }
+  } else {
+    directories.emplace_back();
+  }
+  for (const std::string& directory : directories) {
+    const std::string candidate = JoinPath(directory, native.value);
+    struct stat status;
+    if (::stat(candidate.c_str(), &status) == 0 && !S_ISDIR(status.st_mode)) {
+      return FullPath(candidate);
+    }
+  }
+  return ErrorFromErrno(ENOENT);
+}
+
+Result<std::string> PosixFiles::UniversalName(std::string_view path) {
+  const Result<std::string> native = NativePath(path);
+  return native.ok() ? UniversalNameOf(native.value) : native.error;
+}
+
+UINT PosixFiles::KindOfDrive(std::string_view drive) {
+  if (drive.empty()) return DRIVE_KIND_NO_ROOT;
+  if (IsNetworkPath(drive)) return DRIVE_KIND_REMOTE;
+  if (FormOf(drive) == PathForm::kWindows) return DRIVE_KIND_FIXED;
+  const Result<std::string> native = NativePath(drive);
+  return native.ok() ? KindOfVolume(native.value) : UINT{DRIVE_KIND_UNKNOWN};
+}
+
+Result<VolumeFacts> PosixFiles::Volume(std::string_view path) {
+  const Result<std::string> native = NativePath(path);
+  return native.ok() ? VolumeOf(native.value) : native.error;
+}
+
+}  // namespace
+
+Files& SystemFiles() {
+  static PosixFiles& files = *new PosixFiles(RealSystemCalls());
+  return files;
+}
+
+std::unique_ptr<Files> MakeFiles(SystemCalls& calls) { return std::make_unique<PosixFiles>(calls); }
+
+}  // namespace dq::platform::posix

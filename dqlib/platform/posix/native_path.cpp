@@ -1,0 +1,40 @@
+#include "dqlib/platform/posix/native_path.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <unistd.h>
+
+#include "dqlib/platform/paths.h"
+#include "dqlib/platform/posix/system_services.h"
+
+namespace dq::platform::posix {
+
+Result<std::string> NativePath(std::string_view path) {
+  if (path.size() > kMaxPath) return Error{ErrorKind::kInvalidArgument, ENAMETOOLONG};
+  if (path.find('\0') != std::string_view::npos) return ErrorFromErrno(EINVAL);
+  if (path.empty() || !SplitPath(path).drive.empty() || IsNetworkPath(path)) {
+    return ErrorFromErrno(ENOENT);
+  }
+  std::string native(path);
+  std::replace(native.begin(), native.end(), '\\', '/');
+  return native;
+}
+
+Result<std::string> FollowLinks(std::string path) {
+  constexpr int kMaxLinks = 40;
+  for (int links = 0; links < kMaxLinks; ++links) {
+    char target[kMaxPath + 1];
+    const ssize_t size = ::readlink(path.c_str(), target, sizeof target);
+    if (size < 0) return path;  // no link; whatever else is wrong, using the path will tell
+    const std::string_view link(target, static_cast<std::size_t>(size));
+    if (link.starts_with('/')) {
+      path = link;
+    } else {
+      path.resize(path.rfind('/') + 1);  // npos + 1 is 0
+      path += link;
+    }
+  }
+  return ErrorFromErrno(ELOOP);
+}
+
+}  // namespace dq::platform::posix

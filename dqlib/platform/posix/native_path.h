@@ -1,0 +1,22 @@
+// Paths as callers give them, made ready for the system.
+
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "dqlib/platform/error.h"
+
+namespace dq::platform::posix {
+
+/// Longest path in bytes.
+inline constexpr std::size_t kMaxPath = 4095;
+
+/// The path with the system's separator. `kInvalidArgument` for one that is too long or holds a
+/// zero; `kNotFound` for "", and for drives and network paths, which don't exist here.
+Result<std::string> NativePath(std::string_view path);
+
+/// The file that a path names when links at its end are followed, whether it exists or not.
+Result<std::string> FollowLinks(std::string path);
+
+}  // namespace dq::platform::posix

@@ -1,0 +1,239 @@
+#include "dqlib/platform/profile_files.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <fcntl.h>
+#include <new>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "dqlib/platform/paths.h"
+#include "dqlib/platform/posix/file_replacement.h"
+#include "dqlib/platform/posix/native_path.h"
+#include "dqlib/platform/posix/system_calls.h"
+#include "dqlib/platform/posix/system_services.h"
+#include "dqlib/platform/profile_text.h"
+
+namespace dq::platform::posix {
+namespace {
+
+constexpr mode_t kUserOnly = 0600;
+
+/// A file that is larger is no profile.
+constexpr off_t kMaxProfile = off_t{256} << 20;
+
+Error LastError() { return ErrorFromErrno(errno); }
+
+/// The path as the system has it, links followed.
+Result<std::string> Locate(std::string_view path) {
+  Result<std::string> native = NativePath(path);
+  if (!native.ok()) return native;
+  if (FindSeparator(path) == std::string_view::npos) {
+    const Result<std::string> directory = UserConfigDirectory();
+    if (!directory.ok()) return directory.error;
+    native.value = directory.value + "/velmora/" + native.value;
+  }
+  return FollowLinks(std::move(native.value));
+}
+
+/// The text of an open file, and what else is known of it.
+Error ReadOpenFile(SystemCalls& calls, int fd, std::string& text, struct stat& status) {
+  if (calls.StatusOf(fd, &status) != 0) return LastError();
+  if (!S_ISREG(status.st_mode)) return ErrorFromErrno(EINVAL);
+  if (status.st_size > kMaxProfile) return ErrorFromErrno(EFBIG);
+  try {
+    return ReadFullyAt(calls, fd, static_cast<std::size_t>(status.st_size), 0, text);
+  } catch (const std::bad_alloc&) {
+    return ErrorFromErrno(ENOMEM);
+  }
+}
+
+/// The name under which a file is written anew, always the same one, so that what a writer leaves
+/// that is killed goes with the next write. Only who holds the lock on the file uses it.
+std::string TemporaryFor(const std::string& file) {
+  std::uint64_t hash = 0xCBF29CE484222325;
+  for (const char character : std::string_view(file).substr(file.rfind('/') + 1)) {
+    hash = (hash ^ static_cast<unsigned char>(character)) * 0x100000001B3;
+  }
+  char name[40];
+  std::snprintf(name, sizeof name, "/.dq%016llx.tmp", static_cast<unsigned long long>(hash));
+  return DirectoryOf(file) + name;
+}
+
+/// Waits for the lock of a file, but not for ever.
+Error LockForWriting(SystemCalls& calls, int fd) {
+  constexpr useconds_t kFirstWait = 50;
+  constexpr useconds_t kLongestWait = 2000;
+  constexpr long kPatience = 20'000'000;
+  useconds_t wait = kFirstWait;
+  for (long waited = 0;; waited += wait) {
+    if (calls.Lock(fd, LOCK_EX | LOCK_NB) == 0) return {};
+    if (errno == EINTR) continue;
+    if (errno != EWOULDBLOCK || waited >= kPatience) return LastError();
+    ::usleep(wait);
+    wait = std::min(wait * 2, kLongestWait);
+  }
+}
+
+/// A profile file that no other writer changes meanwhile.
+///
+/// The lock is on the file itself, which a write replaces by a new one. So who has waited for it
+/// looks whether the file still is the one at that path, and otherwise begins again.
+class LockedProfile {
+ public:
+  LockedProfile(SystemCalls& calls, std::string path) : calls_(calls), path_(std::move(path)) {}
+
+  /// A file that doesn't exist is made, empty, if `create`; else `kNotFound`.
+  Error Open(bool create) {
+    for (;;) {
+      if (const Error error = OpenOnce(create); !error.ok()) return error;
+      if (const Error error = LockForWriting(calls_, file_.get()); !error.ok()) return error;
+      struct stat now;
+      if (calls_.StatusOf(file_.get(), &status_) != 0) return LastError();
+      if (calls_.Status(path_.c_str(), &now) != 0) {
+        if (errno != ENOENT) return LastError();
+      } else if (now.st_dev == status_.st_dev && now.st_ino == status_.st_ino) {
+        locked_ = true;
+        return {};
+      }
+      made_ = false;
+    }
+  }
+
+  Error Read(std::string& text) { return ReadOpenFile(calls_, file_.get(), text, status_); }
+
+  Error Replace(const std::string& text) {
+    // A mode without the owner's right to write is how a file is marked read-only, which a
+    // replacement or a privileged user would get round.
+    if ((status_.st_mode & S_IWUSR) == 0) return ErrorFromErrno(EACCES);
+    Replacement replacement;
+    replacement.target = path_;
+    replacement.temporary = TemporaryFor(path_);
+    replacement.old = status_;
+    // What one key says may be lost with the power, as long as the file stays whole.
+    replacement.sync_directory = false;
+    if (calls_.Unlink(replacement.temporary.c_str()) != 0 && errno != ENOENT) return LastError();
+    return ReplaceFile(calls_, replacement, [&](int fd) { return WriteFully(calls_, fd, text); });
+  }
+
+  /// Removes a file that was made for a write that has failed since.
+  void Undo() {
+    // An empty file means the same as none, so that it may stay if it can't be removed.
+    if (made_ && locked_) static_cast<void>(calls_.Unlink(path_.c_str()));
+  }
+
+ private:
+  Error OpenOnce(bool create) {
+    // For writing, though it is only read and locked: who may not write it may not replace it.
+    constexpr int kFlags = O_RDWR | O_NONBLOCK | O_NOCTTY;
+    Result<int> fd = OpenFile(calls_, path_, kFlags);
+    while (create && fd.error.code == ENOENT) {
+      fd = OpenFile(calls_, path_, kFlags | O_CREAT | O_EXCL, kUserOnly);
+      made_ = fd.ok();
+      if (fd.error.code != EEXIST) break;
+      fd = OpenFile(calls_, path_, kFlags);  // someone else was faster
+    }
+    if (!fd.ok()) return fd.error;
+    file_ = FileDescriptor(calls_, fd.value);
+    return {};
+  }
+
+  SystemCalls& calls_;
+  std::string path_;
+  FileDescriptor file_;
+  struct stat status_ {};
+  bool made_ = false;
+  bool locked_ = false;
+};
+
+class PosixProfileFiles : public ProfileFiles {
+ public:
+  explicit PosixProfileFiles(SystemCalls& calls) : calls_(calls) {}
+
+  std::optional<std::string> Read(std::string_view path, std::string_view section,
+                                  std::string_view key) override {
+    const auto value = FindProfileValue(Text(path), section, key);
+    return value ? std::optional<std::string>(*value) : std::nullopt;
+  }
+
+  Error Write(std::string_view path, std::string_view section, std::optional<std::string_view> key,
+              std::optional<std::string_view> value) override;
+
+  std::vector<std::string> Sections(std::string_view path) override {
+    return ProfileSections(Text(path));
+  }
+
+  std::vector<std::string> Keys(std::string_view path, std::string_view section) override {
+    return ProfileKeys(Text(path), section);
+  }
+
+ private:
+  /// The file's text, valid until the thread's next call; "" if it can't be read.
+  std::string_view Text(std::string_view path);
+
+  SystemCalls& calls_;
+};
+
+std::string_view PosixProfileFiles::Text(std::string_view path) {
+  // Kept, so that reading many keys doesn't make the memory anew for each.
+  thread_local std::string text;
+  constexpr std::size_t kMostKept = 1 << 20;
+  if (text.capacity() > kMostKept) text = {};
+  const Result<std::string> located = Locate(path);
+  if (!located.ok()) return {};
+  const Result<int> fd = OpenFile(calls_, located.value, O_RDONLY | O_NONBLOCK | O_NOCTTY);
+  if (!fd.ok()) return {};
+  const FileDescriptor file(calls_, fd.value);
+  struct stat status;
+  return ReadOpenFile(calls_, file.get(), text, status).ok() ? text : std::string_view{};
+}
+
+/// Changes the text; false if it says that already.
+bool Change(std::string& text, std::string_view section, std::optional<std::string_view> key,
+            std::optional<std::string_view> value) {
+  if (!key) return DeleteProfileSection(text, section);
+  if (!value) return DeleteProfileKey(text, section, *key);
+  return SetProfileValue(text, section, *key, *value);
+}
+
+Error PosixProfileFiles::Write(std::string_view path, std::string_view section,
+                               std::optional<std::string_view> key,
+                               std::optional<std::string_view> value) {
+  const bool sets = key && value;
+  if (!IsProfileSectionName(section) || (key && !IsProfileKeyName(*key)) ||
+      (sets && !IsProfileValue(*value))) {
+    return ErrorFromErrno(EINVAL);
+  }
+  const Result<std::string> located = Locate(path);
+  if (!located.ok()) return located.error;
+  LockedProfile profile(calls_, located.value);
+  Error error = profile.Open(sets);
+  if (error.kind == ErrorKind::kNotFound && sets && FindSeparator(path) == std::string_view::npos) {
+    // The directory for settings belongs to this program, unlike those that callers name.
+    error = MakeDirectories(calls_, DirectoryOf(located.value));
+    if (error.ok()) error = profile.Open(sets);
+  }
+  if (error.kind == ErrorKind::kNotFound && !sets) return {};  // nothing there to delete
+  std::string text;
+  if (error.ok()) error = profile.Read(text);
+  if (error.ok() && IsWideProfile(text)) error = {ErrorKind::kUnsupported, EILSEQ};
+  if (error.ok() && Change(text, section, key, value)) error = profile.Replace(text);
+  if (!error.ok()) profile.Undo();
+  return error;
+}
+
+}  // namespace
+
+ProfileFiles& SystemProfileFiles() {
+  static PosixProfileFiles& profiles = *new PosixProfileFiles(RealSystemCalls());
+  return profiles;
+}
+
+std::unique_ptr<ProfileFiles> MakeProfileFiles(SystemCalls& calls) {
+  return std::make_unique<PosixProfileFiles>(calls);
+}
+
+}  // namespace dq::platform::posix

@@ -1,0 +1,400 @@
+#include "dqlib/platform/files.h"
+
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <memory>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+#include "dqlib/platform/posix/mount_table.h"
+#include "dqlib/platform/posix/system_services.h"
+#include "tests/support/failing_system_calls.h"
+#include "tests/support/forwarding_files.h"
+#include "tests/support/temp_directory.h"
+
+namespace dq::platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct FilesTest : testing::Test {
+  test::TempDirectory dir;
+  Files& files = *System().files;
+
+  /// Opens, and closes again if that succeeded.
+  ErrorKind TryOpen(const std::string& path, const OpenOptions& options) {
+    const Result<HANDLE> file = files.Open(path, options);
+    if (file.ok()) files.Close(file.value);
+    return file.error.kind;
+  }
+  std::vector<std::string> Names(const std::string& pattern) {
+    std::vector<std::string> names;
+    for (const FoundFile& found : files.Find(pattern).value) names.push_back(found.name);
+    return names;
+  }
+};
+
+TEST_F(FilesTest, OpenFilesReadWriteAndSeek) {
+  const std::string path = dir / "a";
+  EXPECT_EQ(TryOpen(path, {.write = true}), ErrorKind::kNotFound);
+  const HANDLE file = files.Open(path, {.write = true, .create = true, .user_only = true}).value;
+  EXPECT_EQ(dir.Mode("a"), 0600u);
+  EXPECT_TRUE(files.Write(file, "0123456789").ok());
+  EXPECT_EQ(files.Seek(file, -3, SeekOrigin::kEnd).value, 7u);
+  EXPECT_EQ(files.Seek(file, -8, SeekOrigin::kCurrent).error.kind, ErrorKind::kInvalidArgument);
+  EXPECT_EQ(files.Seek(file, -1, SeekOrigin::kCurrent).value, 6u);
+  char buffer[8];
+  EXPECT_EQ(files.Read(file, buffer).value, 4u);
+  EXPECT_EQ(std::string_view(buffer, 4), "6789");
+  EXPECT_EQ(files.Read(file, buffer).value, 0u);
+  EXPECT_TRUE(files.SetLength(file, 3).ok());
+  EXPECT_EQ(files.SetLength(file, ~0ull).kind, ErrorKind::kInvalidArgument);
+  EXPECT_EQ(files.Length(file).value, 3u);
+  EXPECT_TRUE(files.Flush(file).ok());
+  EXPECT_TRUE(files.Close(file).ok());
+  EXPECT_EQ(dir.Get("a"), "012");
+
+  EXPECT_EQ(files.Close(file).kind, ErrorKind::kInvalidArgument);
+  EXPECT_EQ(files.Read(file, buffer).error.kind, ErrorKind::kInvalidArgument);
+  const HANDLE next = files.Open(path, {}).value;
+  EXPECT_NE(next, file);
+  EXPECT_FALSE(files.Write(next, "x").ok());
+  files.Close(next);
+}
+
+TEST_F(FilesTest, ShareModesHoldWithinAndBetweenProcesses) {
+  const std::string path = dir.Put("a", "x");
+  const OpenOptions read{};
+  const OpenOptions write{.read = false, .write = true};
+  const OpenOptions both{.write = true};
+  const OpenOptions read_deny_write{.deny_write = true};
+  const OpenOptions write_deny_write{.read = false, .write = true, .deny_write = true};
+  const OpenOptions exclusive{.deny_read = true};
+  struct Row {
+    const char* rule;
+    OpenOptions first;
+    OpenOptions second;
+    bool allowed;
+  };
+  const Row rows[] = {
+      {"readers", read, read, true},
+      {"writers", write, write, true},
+      {"reader and writer", read, both, true},
+      {"one that denies, and a reader", write_deny_write, read, true},
+      {"one that denies, and a writer", read_deny_write, write, false},
+      {"a writer, and one that denies", both, read_deny_write, false},
+      {"two readers that deny writing", read_deny_write, read_deny_write, true},
+      {"two writers that deny writing", write_deny_write, write_deny_write, false},
+      {"one alone, and a reader", exclusive, read, false},
+      {"a reader, and one alone", read, exclusive, false},
+      {"two alone", exclusive, exclusive, false},
+      {"one alone, and a writer", exclusive, write, false},
+  };
+  for (const Row& row : rows) {
+    const ErrorKind expected = row.allowed ? ErrorKind::kNone : ErrorKind::kBusy;
+    const Result<HANDLE> first = files.Open(path, row.first);
+    ASSERT_TRUE(first.ok()) << row.rule;
+    EXPECT_EQ(TryOpen(path, row.second), expected) << row.rule;
+    const pid_t child = fork();
+    if (child == 0) _exit(TryOpen(path, row.second) == expected ? 0 : 1);
+    int status = -1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0) << row.rule << ", in another process";
+    EXPECT_TRUE(files.Close(first.value).ok());
+    EXPECT_EQ(TryOpen(path, row.second), ErrorKind::kNone) << row.rule << ", after closing";
+  }
+  // What is denied isn't emptied either.
+  const HANDLE holder = files.Open(path, exclusive).value;
+  EXPECT_EQ(TryOpen(path, {.write = true, .truncate = true}), ErrorKind::kBusy);
+  std::string bytes;
+  EXPECT_EQ(files.ReadAll(path, bytes).kind, ErrorKind::kBusy);
+  files.Close(holder);
+  EXPECT_EQ(dir.Get("a"), "x");
+}
+
+TEST_F(FilesTest, ReplaceKeepsPermissionsAndLinks) {
+  dir.Put("old", "old");
+  fs::permissions(dir / "old", fs::perms{0640});
+  fs::create_symlink("old", dir / "link");
+  EXPECT_TRUE(files.Replace(dir / "link", "new", true).ok());
+  EXPECT_EQ(dir.Get("old"), "new");
+  EXPECT_TRUE(fs::is_symlink(dir / "link"));
+  EXPECT_EQ(dir.Mode("old"), 0640u);
+  EXPECT_TRUE(files.Replace(dir / "secret", "s", true).ok());
+  EXPECT_EQ(dir.Mode("secret"), 0600u);
+  fs::create_symlink("loop", dir / "loop");
+  EXPECT_EQ(files.Replace(dir / "loop", "x", false).kind, ErrorKind::kInvalidArgument);
+  EXPECT_EQ(files.Replace(dir.path(), "x", false).kind, ErrorKind::kAccessDenied);
+  EXPECT_EQ(files.Replace(dir / "none/x", "x", false).kind, ErrorKind::kNotFound);
+  EXPECT_EQ(dir.Count(), 4u);
+}
+
+TEST_F(FilesTest, ReplaceAndCopySurviveTheFailureOfEachCall) {
+  test::FailingSystemCalls calls;
+  const std::unique_ptr<Files> failing = posix::MakeFiles(calls);
+  const std::string large(700'000, 'n');
+  dir.Put("from", large);
+  for (const int error : {EIO, ENOSPC, EACCES, EINTR}) {
+    for (const bool copies : {false, true}) {
+      int call = 1;
+      for (;; ++call) {
+        dir.Put("to", "old");
+        calls.Fail(call, error);
+        const Error result = copies ? failing->Copy(dir / "from", dir / "to", true)
+                                    : failing->Replace(dir / "to", large, false);
+        const bool failed = calls.failed();
+        calls.Fail(0, 0);
+        const std::string now = dir.Get("to");
+        EXPECT_TRUE(now == large || (now == "old" && !result.ok())) << error << " at " << call;
+        EXPECT_TRUE(result.ok() || static_cast<int>(result.code) == error);
+        if (!failed) break;
+      }
+      EXPECT_GT(call, 5);
+    }
+  }
+  EXPECT_EQ(dir.Count(), 2u) << "temporary files are left";
+  calls.WriteAtMost(1000);
+  EXPECT_TRUE(failing->Replace(dir / "to", large, false).ok());
+  EXPECT_EQ(dir.Get("to"), large);
+}
+
+TEST_F(FilesTest, AFullDiskIsTold) {
+  const Result<HANDLE> full = files.Open("/dev/full", {.write = true});
+  ASSERT_TRUE(full.ok());
+  EXPECT_EQ(files.Write(full.value, "x").kind, ErrorKind::kNoSpace);
+  files.Close(full.value);
+}
+
+TEST_F(FilesTest, ReadAllHasTheWholeOfAnyFile) {
+  std::string bytes = "former";
+  for (const std::size_t size : {0u, 1u, 15u, 16u, 262'144u, 1'000'000u}) {
+    const std::string content(size, 'x');
+    EXPECT_TRUE(files.ReadAll(dir.Put("a", content), bytes).ok());
+    EXPECT_EQ(bytes, content);
+  }
+  EXPECT_TRUE(files.ReadAll("/proc/self/stat", bytes).ok()) << "whose size is 0";
+  EXPECT_FALSE(bytes.empty());
+  EXPECT_EQ(files.ReadAll(dir.path(), bytes).kind, ErrorKind::kAccessDenied);
+  EXPECT_EQ(bytes, "");
+  fs::resize_file(dir / "a", 3ull << 30);
+  EXPECT_EQ(files.ReadAll(dir / "a", bytes).kind, ErrorKind::kNoSpace);
+  ASSERT_EQ(mkfifo((dir / "pipe").c_str(), 0600), 0);
+  EXPECT_TRUE(files.ReadAll(dir / "pipe", bytes).ok()) << "a pipe that nobody writes to";
+}
+
+TEST_F(FilesTest, StatusTellsSizeAttributesAndTime) {
+  const std::string path = dir.Put("a", "12345");
+  EXPECT_TRUE(files.SetModified(path, 1'000'000'000).ok());
+  EXPECT_EQ(files.Status(path).value.size, 5u);
+  EXPECT_EQ(files.Status(path).value.modified, 1'000'000'000);
+  EXPECT_EQ(files.Status(path).value.attributes, FILE_ARCHIVE);
+  EXPECT_EQ(files.Status(dir.path()).value.attributes, FILE_DIRECTORY);
+  EXPECT_EQ(files.Status(dir.Put(".a", "")).value.attributes, FILE_ARCHIVE | FILE_HIDDEN);
+  EXPECT_EQ(files.Status("/dev/null").value.attributes, FILE_SYSTEM);
+  EXPECT_EQ(files.Status(dir / "none").error.kind, ErrorKind::kNotFound);
+}
+
+TEST_F(FilesTest, ReadOnlyFilesAreKeptAlsoFromPrivilegedUsers) {
+  const std::string path = dir.Put("a", "old");
+  dir.Put("b", "new");
+  fs::permissions(path, fs::perms{0664});
+  EXPECT_TRUE(files.SetAttributes(path, FILE_READ_ONLY | FILE_ARCHIVE).ok());
+  EXPECT_EQ(dir.Mode("a"), 0444u);
+  EXPECT_EQ(files.Status(path).value.attributes, FILE_READ_ONLY | FILE_ARCHIVE);
+  EXPECT_EQ(files.Delete(path).kind, ErrorKind::kAccessDenied);
+  EXPECT_EQ(files.Replace(path, "new", false).kind, ErrorKind::kAccessDenied);
+  EXPECT_EQ(files.Copy(dir / "b", path, true).kind, ErrorKind::kAccessDenied);
+  EXPECT_EQ(TryOpen(path, {.write = true, .truncate = true}), ErrorKind::kAccessDenied);
+  EXPECT_EQ(dir.Get("a"), "old");
+  EXPECT_TRUE(files.SetAttributes(path, FILE_ARCHIVE).ok());
+  EXPECT_EQ(dir.Mode("a"), 0644u);
+  EXPECT_TRUE(files.Delete(path).ok());
+  EXPECT_EQ(files.Delete(path).kind, ErrorKind::kNotFound);
+  EXPECT_EQ(files.Delete(dir.path()).kind, ErrorKind::kAccessDenied);
+}
+
+TEST_F(FilesTest, RenameAndCopyDoNotOverwriteUnasked) {
+  dir.Put("a", "a");
+  dir.Put("b", "b");
+  EXPECT_EQ(files.Rename(dir / "a", dir / "b").kind, ErrorKind::kAlreadyExists);
+  EXPECT_EQ(files.Copy(dir / "a", dir / "b", false).kind, ErrorKind::kAlreadyExists);
+  EXPECT_EQ(files.Copy(dir / "a", dir / "a", true).kind, ErrorKind::kInvalidArgument);
+  EXPECT_EQ(dir.Get("b"), "b");
+  EXPECT_TRUE(files.Rename(dir / "a", dir / "a").ok());
+  fs::permissions(dir / "a", fs::perms{0500});
+  files.SetModified(dir / "a", 1000);
+  EXPECT_TRUE(files.Copy(dir / "a", dir / "c", false).ok());
+  EXPECT_EQ(dir.Get("c"), "a");
+  EXPECT_EQ(dir.Mode("c"), 0500u);
+  EXPECT_EQ(files.Status(dir / "c").value.modified, 1000);
+  EXPECT_TRUE(files.Copy(dir / "c", dir / "b", true).ok());
+  EXPECT_EQ(dir.Get("b"), "a");
+  EXPECT_TRUE(files.Rename(dir / "b", dir / "d").ok());
+  EXPECT_EQ(dir.Get("b"), "(none)");
+  EXPECT_EQ(files.Copy(dir.path(), dir / "e", false).kind, ErrorKind::kAccessDenied);
+  EXPECT_EQ(dir.Count(), 3u);
+}
+
+TEST_F(FilesTest, RenameReachesAnotherVolume) {
+  if (files.Volume("/dev/shm").value.serial_number ==
+          files.Volume(dir.path()).value.serial_number ||
+      access("/dev/shm", W_OK) != 0) {
+    GTEST_SKIP() << "there is no second volume";
+  }
+  const std::string there = "/dev/shm/dqlib_test_" + std::to_string(getpid());
+  EXPECT_TRUE(files.Rename(dir.Put("a", "x"), there).ok());
+  EXPECT_EQ(dir.Get("a"), "(none)");
+  EXPECT_TRUE(files.Rename(there, dir / "b").ok());
+  EXPECT_EQ(dir.Get("b"), "x");
+  EXPECT_EQ(files.Status(there).error.kind, ErrorKind::kNotFound);
+}
+
+TEST_F(FilesTest, FindGivesSortedMatchesWithTheirStatus) {
+  dir.Put("b.SQL", "12");
+  dir.Put("a.sql", "1");
+  dir.Put("plain", "");
+  dir.Put(".hidden", "");
+  fs::create_directory(dir / "d.sql");
+  fs::create_symlink("nowhere", dir / "dead");
+  using testing::ElementsAre;
+  EXPECT_THAT(Names(dir / "*.*"),
+              ElementsAre(".", "..", ".hidden", "a.sql", "b.SQL", "d.sql", "dead", "plain"));
+  EXPECT_THAT(Names(dir / "*.sql"), ElementsAre("a.sql", "b.SQL", "d.sql"));
+  EXPECT_THAT(Names(dir.path() + "\\A.SQL"), ElementsAre("a.sql"));
+  const std::vector<FoundFile> found = files.Find(dir / "?.sql").value;
+  ASSERT_EQ(found.size(), 3u);
+  EXPECT_EQ(found[1].status.size, 2u);
+  EXPECT_EQ(found[2].status.attributes, FILE_DIRECTORY);
+  EXPECT_EQ(files.Find(dir / "x*").error.kind, ErrorKind::kNotFound);
+  EXPECT_EQ(files.Find(dir / "none/*").error.kind, ErrorKind::kNotFound);
+  EXPECT_EQ(files.Find(dir.path() + "/").error.kind, ErrorKind::kNotFound);
+}
+
+TEST_F(FilesTest, TemporaryFilesAreNewEmptyAndPrivate) {
+  const Result<std::string> first = files.MakeTempFile(dir.path(), "SQLX");
+  const Result<std::string> second = files.MakeTempFile(dir.path(), "SQLX");
+  ASSERT_TRUE(first.ok());
+  EXPECT_NE(first.value, second.value);
+  EXPECT_THAT(first.value, testing::MatchesRegex(dir.path() + "/SQL[0-9A-F]{1,4}\\.tmp"));
+  EXPECT_EQ(files.Status(first.value).value.size, 0u);
+  EXPECT_EQ(dir.Mode(first.value.substr(dir.path().size() + 1)), 0600u);
+  EXPECT_EQ(files.MakeTempFile(dir / "none", "a").error.kind, ErrorKind::kNotFound);
+  EXPECT_EQ(files.MakeTempFile("", "a").error.kind, ErrorKind::kNotFound);
+  EXPECT_EQ(files.MakeTempFile(dir.path(), "../").error.kind, ErrorKind::kInvalidArgument);
+  const test::ScopedVariable variable("TMPDIR", dir.path());
+  EXPECT_EQ(files.TempDirectory(), dir.path() + "/");
+}
+
+TEST_F(FilesTest, DirectoriesAreMadeEnteredAndRemoved) {
+  EXPECT_TRUE(files.MakeDirectory(dir.path() + "\\sub").ok());
+  EXPECT_EQ(files.MakeDirectory(dir / "sub").kind, ErrorKind::kAlreadyExists);
+  EXPECT_EQ(files.MakeDirectory(dir / "x/y").kind, ErrorKind::kNotFound);
+  const std::string former = files.CurrentDirectory();
+  EXPECT_TRUE(files.SetCurrentDirectory(dir / "sub").ok());
+  EXPECT_EQ(files.FullPath("..\\a").value, dir / "a");
+  EXPECT_TRUE(files.RemoveDirectory(dir / "sub").ok());
+  EXPECT_EQ(files.FullPath("a").error.kind, ErrorKind::kNotFound) << "in a removed directory";
+  EXPECT_EQ(files.FullPath("c:\\a\\..\\b").value, "c:\\b");
+  EXPECT_TRUE(files.SetCurrentDirectory(former).ok());
+  dir.Put("f", "");
+  EXPECT_FALSE(files.RemoveDirectory(dir.path()).ok());
+  EXPECT_EQ(dir.Count(), 1u);
+}
+
+TEST_F(FilesTest, PathsThatCannotBeAreRefused) {
+  const std::string component(250, 'x');
+  std::string long_path = dir.path();
+  while (long_path.size() <= 4096 - 251) long_path += "/" + component;
+  long_path.resize(4096, 'x');
+  EXPECT_EQ(files.Status(long_path).error.kind, ErrorKind::kInvalidArgument);
+  EXPECT_EQ(files.FullPath(std::string(4095, 'x')).error.kind, ErrorKind::kInvalidArgument);
+  EXPECT_EQ(files.Status(std::string(4096, 'x')).error.kind, ErrorKind::kInvalidArgument);
+  const std::string zero = dir.Put("a", "") + std::string("\0b", 2);
+  EXPECT_EQ(files.Delete(zero).kind, ErrorKind::kInvalidArgument);
+  EXPECT_EQ(files.Status("").error.kind, ErrorKind::kNotFound);
+  EXPECT_EQ(files.Status("c:" + dir.path()).error.kind, ErrorKind::kNotFound);
+  EXPECT_EQ(files.Status("\\\\tmp").error.kind, ErrorKind::kNotFound);
+  EXPECT_TRUE(files.Status("/").ok());
+  EXPECT_EQ(dir.Get("a"), "");
+}
+
+TEST_F(FilesTest, SearchesProgramDirectoryThenCurrentThenPath) {
+  const std::string program = System().modules->FileName(nullptr);
+  EXPECT_EQ(files.SearchPath(program.substr(program.rfind('/') + 1)).value, program);
+  const std::string tool = dir.Put("only_here.txt", "");
+  EXPECT_EQ(files.SearchPath("only_here.txt").error.kind, ErrorKind::kNotFound);
+  const test::ScopedVariable variable("PATH", "/nowhere:" + dir.path());
+  EXPECT_EQ(files.SearchPath("only_here.txt").value, tool);
+  EXPECT_EQ(files.SearchPath(tool).value, tool);
+}
+
+TEST_F(FilesTest, TellsVolumesAndDrives) {
+  const Result<VolumeFacts> volume = files.Volume(dir.path());
+  ASSERT_TRUE(volume.ok());
+  EXPECT_GT(volume.value.bytes_total, volume.value.bytes_free);
+  EXPECT_EQ(files.Volume("/proc").value.file_system, "proc");
+  EXPECT_EQ(files.Volume(dir / "none").error.kind, ErrorKind::kNotFound);
+  EXPECT_EQ(files.KindOfDrive(""), DRIVE_KIND_NO_ROOT);
+  EXPECT_EQ(files.KindOfDrive("c:"), DRIVE_KIND_FIXED);
+  EXPECT_EQ(files.KindOfDrive("\\\\server\\share"), DRIVE_KIND_REMOTE);
+  EXPECT_EQ(files.KindOfDrive("/"), DRIVE_KIND_FIXED);
+  EXPECT_EQ(files.KindOfDrive(dir / "none"), DRIVE_KIND_NO_ROOT);
+  EXPECT_EQ(files.UniversalName("/proc/self").error.kind, ErrorKind::kUnsupported);
+}
+
+TEST(MountTable, KnowsThePathsOfOtherMachines) {
+  constexpr std::string_view kTable =
+      "21 1 8:1 / / rw,relatime shared:1 - ext4 /dev/sda1 rw\n"
+      "torn line - nfs\n"
+      "30 21 0:40 / /mnt/my\\040disk rw master:2 shared:3 - cifs //server/share/ rw\n"
+      "31 21 0:41 / /mnt/n rw - tmpfs none rw\n"
+      "32 21 0:42 / /mnt/n rw - nfs4 host:/export/home rw\n"
+      "33 21 0:42 /team /mnt/team rw - nfs4 host:/export rw";
+  struct Row {
+    const char* path;
+    std::optional<std::string> universal;
+  };
+  const Row rows[] = {
+      {"/mnt/my disk/a/b", "\\\\server\\share\\a\\b"},
+      {"/mnt/my disk", "\\\\server\\share"},
+      {"/mnt/n/x", "\\\\host\\export\\home\\x"},
+      {"/mnt/team/x", "\\\\host\\export\\team\\x"},
+      {"/mnt/nx", {}},
+      {"/", {}},
+  };
+  for (const Row& row : rows) {
+    const auto mount = posix::FindMount(kTable, row.path);
+    ASSERT_TRUE(mount) << row.path;
+    EXPECT_EQ(posix::NetworkPath(*mount, row.path), row.universal) << row.path;
+    EXPECT_EQ(posix::IsRemote(*mount), row.universal.has_value()) << row.path;
+  }
+  EXPECT_FALSE(posix::FindMount("", "/"));
+}
+
+TEST_F(FilesTest, AForwardingWrapperChangesOneCall) {
+  struct Wrapper : test::ForwardingFiles {
+    Error Delete(std::string_view) override { return {ErrorKind::kBusy, EBUSY}; }
+  } wrapper;
+  EXPECT_EQ(wrapper.Delete(dir.Put("a", "x")).kind, ErrorKind::kBusy);
+  EXPECT_EQ(wrapper.Status(dir / "a").value.size, 1u);
+}
+
+TEST_F(FilesTest, ThreadsMayShareTheService) {
+  std::vector<std::thread> threads;
+  for (int number = 0; number < 4; ++number) {
+    threads.emplace_back([&, number] {
+      const std::string path = dir / std::to_string(number);
+      for (int i = 0; i < 200; ++i) {
+        const Result<HANDLE> file = files.Open(path, {.write = true, .create = true});
+        EXPECT_TRUE(file.ok() && files.Write(file.value, "x").ok());
+        EXPECT_TRUE(files.Close(file.value).ok());
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+}
+
+}  // namespace
+}  // namespace dq::platform

@@ -1,0 +1,133 @@
+#include "dqlib/platform/profile_text.h"
+
+#include <gtest/gtest.h>
+
+namespace dq::platform {
+namespace {
+
+using Names = std::vector<std::string>;
+
+TEST(ProfileText, FindsValues) {
+  const std::string text =
+      "\xEF\xBB\xBF[Main]\r\n"
+      "plain=a b\r\n"
+      "  Padded\t =  x y \t\r\n"
+      "double=\" a \"\r\n"
+      "single='b'\r\n"
+      "mixed=\"c'\r\n"
+      "one=\"\r\n"
+      "empty=\r\n"
+      "equals=a=b;c\r\n"
+      ";comment=1\r\n"
+      "no value here\r\n"
+      "=nameless\r\n"
+      "twice=first\r\n"
+      "TWICE=second\r\n"
+      " [ Spaced ] ; remark\r\n"
+      "k=1\r\n"
+      "[x]y]\r\n"
+      "k=2\r\n"
+      "[main]\r\n"
+      "late=3\r\n"
+      "[broken\r\n"
+      "k=4";
+  struct Row {
+    const char* section;
+    const char* key;
+    std::optional<std::string_view> value;
+  };
+  const Row rows[] = {
+      {"Main", "plain", "a b"},  {"MAIN", " PADDED ", "x y"},
+      {"Main", "double", " a "}, {"Main", "single", "b"},
+      {"Main", "mixed", "\"c'"}, {"Main", "one", "\""},
+      {"Main", "empty", ""},     {"Main", "equals", "a=b;c"},
+      {"Main", ";comment", {}},  {"Main", "no value here", {}},
+      {"Main", "", {}},          {"Main", "twice", "first"},
+      {"spaced", "k", "1"},      {"x]y", "k", "2"},
+      {"Main", "late", {}},      {"Main", "k", {}},
+      {"broken", "k", {}},       {"none", "k", {}},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(FindProfileValue(text, row.section, row.key), row.value)
+        << row.section << " " << row.key;
+  }
+  EXPECT_EQ(ProfileSections(text), (Names{"Main", "Spaced", "x]y"}));
+  EXPECT_EQ(ProfileKeys(text, "main"), (Names{"plain", "Padded", "double", "single", "mixed", "one",
+                                              "empty", "equals", "twice"}));
+  EXPECT_EQ(ProfileKeys(text, "none"), Names{});
+}
+
+TEST(ProfileText, ChangesOnlyTheLinesConcerned) {
+  struct Row {
+    const char* rule;
+    std::string before;
+    const char* section;
+    std::optional<const char*> key;
+    std::optional<const char*> value;
+    std::string after;
+  };
+  const Row rows[] = {
+      {"new file", "", "S", "k", "v", "[S]\r\nk=v\r\n"},
+      {"mark alone", "\xEF\xBB\xBF", "S", "k", "v", "\xEF\xBB\xBF[S]\r\nk=v\r\n"},
+      {"value", "[s]\n Key = old \n;c\n", "S", "KEY", "v", "[s]\nKey=v\n;c\n"},
+      {"same value", "[s]\n k = v \n", "s", "k", "v", "[s]\n k = v \n"},
+      {"blank kept", "[s]\nk=v\n", "s", "k", " v ", "[s]\nk= v \n"},
+      {"last line", "[s]\rk=1\r;c", "s", "k", "2", "[s]\rk=2\r;c"},
+      {"first twin", "[s]\nk=1\nk=2\n[s]\nk=3\n", "s", "k", "v", "[s]\nk=v\nk=2\n[s]\nk=3\n"},
+      {"behind last key", "[s]\na=1\n\n; of t\n[t]\n", "s", "k", "v",
+       "[s]\na=1\nk=v\n\n; of t\n[t]\n"},
+      {"first key", "[s]\n;c\n[t]\nk=1\n", "s", "k", "v", "[s]\nk=v\n;c\n[t]\nk=1\n"},
+      {"no line end", "[s]\na=1", "s", "k", "v", "[s]\na=1\nk=v\n"},
+      {"no line end at all", "[s]", "s", "k", "v", "[s]\r\nk=v\r\n"},
+      {"neighbour's line end", "[r]\r\n[s]\na=1\n[t]\r\n", "s", "k", "v",
+       "[r]\r\n[s]\na=1\nk=v\n[t]\r\n"},
+      {"new section", "[r]\ra=1\r", "s", "k", "v", "[r]\ra=1\r[s]\rk=v\r"},
+      {"keys before sections", "k=1\n", "s", "k", "v", "k=1\n[s]\nk=v\n"},
+      {"delete key", "[s]\nk=1\n;c\nK = 2\na=1", "s", "k", {}, "[s]\n;c\na=1"},
+      {"delete no key", "[s]\nk=1\n", "s", "j", {}, "[s]\nk=1\n"},
+      {"delete section",
+       "\xEF\xBB\xBF[s]\r\nk=1\r\n;c\r\n[t]\nk=1\n[S]\rk=2",
+       "s",
+       {},
+       {},
+       "\xEF\xBB\xBF;c\r\n[t]\nk=1\n"},
+      {"delete no section", "[s]\nk=1\n", "k", {}, {}, "[s]\nk=1\n"},
+  };
+  for (const Row& row : rows) {
+    std::string text = row.before;
+    const bool changed = !row.key     ? DeleteProfileSection(text, row.section)
+                         : !row.value ? DeleteProfileKey(text, row.section, *row.key)
+                                      : SetProfileValue(text, row.section, *row.key, *row.value);
+    EXPECT_EQ(text, row.after) << row.rule;
+    EXPECT_EQ(changed, row.before != row.after) << row.rule;
+  }
+}
+
+TEST(ProfileText, RefusesWhatWouldNotBeReadBack) {
+  for (const char* name : {"", " \t", "a\nb", "a\r"}) {
+    EXPECT_FALSE(IsProfileSectionName(name)) << name;
+    EXPECT_FALSE(IsProfileKeyName(name)) << name;
+  }
+  for (const char* name : {"[a", " ;a", "a=b"}) {
+    EXPECT_TRUE(IsProfileSectionName(name)) << name;
+    EXPECT_FALSE(IsProfileKeyName(name)) << name;
+  }
+  EXPECT_FALSE(IsProfileKeyName(std::string_view("a\0b", 3)));
+  EXPECT_FALSE(IsProfileValue(std::string_view("\0", 1)));
+  EXPECT_TRUE(IsProfileValue(""));
+}
+
+TEST(ProfileText, TakesTimeInTheLengthOfTheText) {
+  // Each of these would take minutes if every line looked for the other kind of line end, or each
+  // name for its twin among all.
+  for (const char* line_end : {"\r", "\n", "\r\n"}) {
+    std::string text = std::string("[s]") + line_end;
+    for (int i = 0; i < 100'000; ++i) text += "k" + std::to_string(i) + "=v" + line_end;
+    EXPECT_EQ(ProfileKeys(text, "s").size(), 100'000u);
+    EXPECT_TRUE(DeleteProfileSection(text, "s"));
+    EXPECT_EQ(text, "");
+  }
+}
+
+}  // namespace
+}  // namespace dq::platform

@@ -1,0 +1,81 @@
+// A directory of its own for a test, removed with all that is in it.
+
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <sys/stat.h>
+
+namespace dq::test {
+
+class TempDirectory {
+ public:
+  TempDirectory() {
+    path_ = (std::filesystem::temp_directory_path() / "dqlib_test_XXXXXX").string();
+    if (::mkdtemp(path_.data()) == nullptr) throw std::runtime_error("no directory " + path_);
+  }
+  TempDirectory(const TempDirectory&) = delete;
+  TempDirectory& operator=(const TempDirectory&) = delete;
+  ~TempDirectory() {
+    std::error_code error;  // what can't be removed is left to the system's own cleaning
+    std::filesystem::remove_all(path_, error);
+  }
+
+  const std::string& path() const { return path_; }
+  /// The path of an entry.
+  std::string operator/(std::string_view name) const { return path_ + "/" + std::string(name); }
+
+  /// Makes a file and returns its path.
+  std::string Put(std::string_view name, std::string_view bytes) const {
+    const std::string path = *this / name;
+    std::ofstream(path, std::ios::binary) << bytes;
+    return path;
+  }
+  /// The bytes of a file, "(none)" if there is none.
+  std::string Get(std::string_view name) const {
+    std::ifstream file(*this / name, std::ios::binary);
+    if (!file) return "(none)";
+    return std::string(std::istreambuf_iterator<char>(file), {});
+  }
+  /// Permissions of a file.
+  unsigned Mode(std::string_view name) const {
+    struct stat status {};
+    return ::stat((*this / name).c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
+  }
+  /// How many entries there are.
+  std::size_t Count() const {
+    const std::filesystem::directory_iterator entries(path_);
+    return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+  }
+
+ private:
+  std::string path_;
+};
+
+/// Sets a variable of the environment for its lifetime.
+class ScopedVariable {
+ public:
+  ScopedVariable(std::string name, const std::string& value) : name_(std::move(name)) {
+    const char* const former = std::getenv(name_.c_str());
+    if (former != nullptr) former_ = former;
+    had_ = former != nullptr;
+    ::setenv(name_.c_str(), value.c_str(), 1);
+  }
+  ScopedVariable(const ScopedVariable&) = delete;
+  ScopedVariable& operator=(const ScopedVariable&) = delete;
+  ~ScopedVariable() {
+    had_ ? ::setenv(name_.c_str(), former_.c_str(), 1) : ::unsetenv(name_.c_str());
+  }
+
+ private:
+  std::string name_;
+  std::string former_;
+  bool had_ = false;
+};
+
+}  // namespace dq::test
