@@ -23,52 +23,45 @@ TEST(Modules, EveryModuleHasTheProgramsPath) {
   EXPECT_EQ(modules.FileName(&modules.System()), modules.FileName(nullptr));
 }
 
-struct Stock {
-  WORD type;
-  WORD group_type;
-  WORD first;
-  WORD last;
-};
-
-class StockPictures : public ::testing::TestWithParam<Stock> {};
-
-TEST_P(StockPictures, EachIsThereWithItsGroupAndUnlikeTheOthers) {
-  const Module& system = System().modules->System();
+TEST(StockPictures, EachIsThereWithItsGroupAndUnlikeTheOthers) {
+  const struct {
+    WORD type;
+    WORD group_type;
+    int first;
+    int last;
+  } rows[] = {{RESOURCE_CURSOR, RESOURCE_GROUP_CURSOR, 32512, 32516},
+              {RESOURCE_CURSOR, RESOURCE_GROUP_CURSOR, 32640, 32651},
+              {RESOURCE_ICON, RESOURCE_GROUP_ICON, 32512, 32518}};
   std::set<std::string_view> different;
-  for (WORD name = GetParam().first; name <= GetParam().last; ++name) {
-    SCOPED_TRACE(name);
-    const Resource* picture = system.Find(GetParam().type, name);
-    const Resource* group = system.Find(GetParam().group_type, name);
-    ASSERT_NE(picture, nullptr);
-    ASSERT_NE(group, nullptr);
-    EXPECT_EQ(picture->name, name);
-    EXPECT_EQ(group->type, GetParam().group_type);
-    EXPECT_TRUE(different.insert(picture->data.substr(44)).second);
-
-    ASSERT_EQ(picture->data.size(), 4u + 40 + 32 * 32 * 3);
-    EXPECT_LT(Number(picture->data, 0, 2), 32u) << "hot spot";
-    EXPECT_LT(Number(picture->data, 2, 2), 32u) << "hot spot";
-    EXPECT_EQ(Number(picture->data, 4, 4), 40u);
-    EXPECT_EQ(Number(picture->data, 8, 4), 32u);
-    EXPECT_EQ(Number(picture->data, 12, 4), 32u);
-    EXPECT_EQ(Number(picture->data, 18, 2), 24u);
-    ASSERT_EQ(group->data.size(), 20u);
-    EXPECT_EQ(Number(group->data, 14, 4), picture->data.size());
-    EXPECT_EQ(Number(group->data, 18, 2), name);
+  for (const auto& row : rows) {
+    for (int id = row.first; id <= row.last; ++id) {
+      SCOPED_TRACE(id);
+      const auto name = static_cast<WORD>(id);
+      const Resource* picture = System().modules->System().Find(row.type, name);
+      const Resource* group = System().modules->System().Find(row.group_type, name);
+      ASSERT_NE(picture, nullptr);
+      ASSERT_NE(group, nullptr);
+      ASSERT_EQ(picture->data.size(), 4u + 40 + 32 * 32 * 3);
+      EXPECT_TRUE(different.insert(picture->data.substr(44)).second);
+      ASSERT_EQ(group->data.size(), 20u);
+      EXPECT_EQ(Number(group->data, 14, 4), picture->data.size());
+      EXPECT_EQ(Number(group->data, 18, 2), name);
+    }
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    System, StockPictures,
-    ::testing::Values(Stock{RESOURCE_CURSOR, RESOURCE_GROUP_CURSOR, 32512, 32516},
-                      Stock{RESOURCE_CURSOR, RESOURCE_GROUP_CURSOR, 32640, 32651},
-                      Stock{RESOURCE_ICON, RESOURCE_GROUP_ICON, 32512, 32518}));
-
-TEST(StockPictures, PointerHasItsTipAtTheHotSpotOnTheTopRow) {
-  const std::string_view arrow =
-      System().modules->System().Find(RESOURCE_CURSOR, 32512)->data.substr(44);
-  const std::size_t top_row = 31 * 32 * 3;  // rows stand from the bottom
-  EXPECT_EQ(arrow.substr(top_row, 6), std::string_view("\0\0\0\xFF\xFF\xFF", 6));
+TEST(StockPictures, DataIsTheHotSpotAndABottomUpBitmap) {
+  const Module& system = System().modules->System();
+  const std::string_view up = system.Find(RESOURCE_CURSOR, 32516)->data;
+  const struct {
+    std::size_t at;
+    int bytes;
+    DWORD value;
+  } fields[] = {{0, 2, 16},  {2, 2, 0},  {4, 4, 40}, {8, 4, 32},
+                {12, 4, 32}, {16, 2, 1}, {18, 2, 24}};
+  for (const auto& field : fields) EXPECT_EQ(Number(up, field.at, field.bytes), field.value);
+  EXPECT_EQ(Number(up, 44 + (23 * 32 + 8) * 3, 3), 0x000000u) << "at 8, 8 from the top";
+  EXPECT_EQ(Number(up, 44 + (8 * 32 + 8) * 3, 3), 0xFFFFFFu);
 }
 
 TEST(Modules, SystemHasNothingElse) {

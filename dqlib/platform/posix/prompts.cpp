@@ -8,6 +8,7 @@
 #include <string>
 #include <unistd.h>
 
+#include "dqlib/platform/ascii.h"
 #include "dqlib/platform/posix/system_services.h"
 
 namespace dq::platform::posix {
@@ -140,18 +141,6 @@ std::string ButtonLine(UINT type) {
   return line + ": ";
 }
 
-char Lower(char letter) {
-  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
-bool EqualNoCase(std::string_view left, std::string_view right) {
-  if (left.size() != right.size()) return false;
-  for (std::size_t at = 0; at < left.size(); ++at) {
-    if (Lower(left[at]) != Lower(right[at])) return false;
-  }
-  return true;
-}
-
 std::string_view Trim(std::string_view text) {
   while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) text.remove_prefix(1);
   while (!text.empty() && (text.back() == ' ' || text.back() == '\t')) text.remove_suffix(1);
@@ -165,7 +154,8 @@ std::optional<BoxButton> Choose(UINT type, std::string_view answer) {
   if (answer.empty() || buttons.size() == 1) return DefaultBoxButton(type);
   for (const BoxButton button : buttons) {
     const std::string_view name = Name(button);
-    if (EqualNoCase(answer, name) || EqualNoCase(answer, name.substr(0, 1))) return button;
+    if (EqualIgnoringCase(answer, name) || EqualIgnoringCase(answer, name.substr(0, 1)))
+      return button;
   }
   return std::nullopt;
 }
