@@ -34,9 +34,9 @@ struct StartInfo {
   /// tabs separate, '...' and "..." group and vanish, a backslash is literal except before a quote,
   /// and nothing is expanded. The first one names the program, which is searched for along the
   /// user's path if it holds no separator, and from this process's directory otherwise.
-  std::string command_line;
+  std::string command_line{};
   /// The child's working directory; empty for this process's.
-  std::string directory;
+  std::string directory{};
   /// Pipe ends that become the child's standard handles, whichever end they are; `kNoHandle` leaves
   /// the child this process's own. The child holds no other handle of this process.
   HANDLE standard_input = kNoHandle;
