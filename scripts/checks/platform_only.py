@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The operating system is met only in dqlib/platform/ and its tests.
+"""The operating system is met only in dqlib/platform/, its tests, and what tests are supported by.
 
 Elsewhere there is no header that isn't the C++ standard library's, the tree's own or a named third
 party's, no platform #if and no system call; and in dqlib/ and siblings/ none of the standard
@@ -10,7 +10,7 @@ import re
 
 import _tree
 
-EXEMPT = ("dqlib/platform/", "tests/platform/")
+EXEMPT = ("dqlib/platform/", "tests/platform/", "tests/support/")
 
 STANDARD = set(
     """algorithm any array atomic barrier bit bitset charconv chrono codecvt compare complex

@@ -71,7 +71,7 @@ class CheckTest(unittest.TestCase):
         script = "platform_only.py"
         bad = "#include <unistd.h>\n#ifdef __linux__\n#endif\nint a = fork();\n"
         self.expect_clean(script, {"dqlib/platform/posix/a.cpp": bad,
-                                   "tests/platform/a_test.cpp": bad})
+                                   "tests/platform/a_test.cpp": bad, "tests/support/a.h": bad})
         for path in ["dqlib/core/a.cpp", "siblings/options/a.cpp", "apps/dqtool/a.cpp",
                      "tests/core/a_test.cpp"]:
             self.expect_complaint(script, {path: bad}, f"{path}:1: <unistd.h>",
