@@ -38,7 +38,8 @@ class Canvas {
   Canvas() { picture_.pixels.assign(kSide * kSide, kFace); }
 
   void Set(int x, int y, COLORREF color) {
-    picture_.pixels[static_cast<std::size_t>(y * kSide + x)] = color;
+    const int at = y * kSide + x;
+    picture_.pixels[static_cast<std::size_t>(at)] = color;
   }
   const BitmapDescription& picture() const { return picture_; }
 
