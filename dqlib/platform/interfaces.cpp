@@ -9,6 +9,7 @@
 #include "dqlib/platform/processes.h"
 #include "dqlib/platform/profile_files.h"
 #include "dqlib/platform/prompts.h"
+#include "dqlib/platform/registry.h"
 #include "dqlib/platform/system_errors.h"
 #include "dqlib/platform/system_facts.h"
 #include "dqlib/platform/version_resources.h"
@@ -26,6 +27,7 @@ Network::~Network() = default;
 Processes::~Processes() = default;
 ProfileFiles::~ProfileFiles() = default;
 Prompts::~Prompts() = default;
+Registry::~Registry() = default;
 SystemErrors::~SystemErrors() = default;
 SystemFacts::~SystemFacts() = default;
 VersionResources::~VersionResources() = default;

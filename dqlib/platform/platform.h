@@ -18,6 +18,7 @@
 #include "dqlib/platform/processes.h"
 #include "dqlib/platform/profile_files.h"
 #include "dqlib/platform/prompts.h"
+#include "dqlib/platform/registry.h"
 #include "dqlib/platform/system_errors.h"
 #include "dqlib/platform/system_facts.h"
 #include "dqlib/platform/version_resources.h"
@@ -35,6 +36,7 @@ struct Platform {
   Processes* processes;
   ProfileFiles* profile_files;
   Prompts* prompts;
+  Registry* registry;
   SystemErrors* system_errors;
   SystemFacts* system_facts;
   VersionResources* version_resources;

@@ -22,6 +22,7 @@ const Platform& System() {
       .processes = &posix::SystemProcesses(),
       .profile_files = &posix::SystemProfileFiles(),
       .prompts = &posix::SystemPrompts(),
+      .registry = &posix::SystemRegistry(),
       .system_errors = &posix::SystemErrorTexts(),
       .system_facts = &posix::SystemFactsService(),
       .version_resources = &posix::SystemVersionResources(),

@@ -129,6 +129,11 @@ Error ReadFullyAt(SystemCalls& calls, int fd, std::size_t size, off_t offset, st
   return {};
 }
 
+Error SyncFile(SystemCalls& calls, int fd) {
+  if (Uninterrupted([&] { return calls.Sync(fd); }) < 0) return LastError();
+  return {};
+}
+
 Error LockFile(SystemCalls& calls, int fd, int operation) {
   if (Uninterrupted([&] { return calls.Lock(fd, operation); }) < 0) return LastError();
   return {};
@@ -138,8 +143,7 @@ Error SyncDirectory(SystemCalls& calls, const std::string& path) {
   const Result<int> fd = OpenFile(calls, path, O_RDONLY | O_DIRECTORY);
   if (!fd.ok()) return fd.error;
   const FileDescriptor directory(calls, fd.value);
-  if (Uninterrupted([&] { return calls.Sync(directory.get()); }) < 0) return LastError();
-  return {};
+  return SyncFile(calls, directory.get());
 }
 
 Error MakeDirectories(SystemCalls& calls, const std::string& path) {

@@ -77,6 +77,7 @@ Result<int> OpenFile(SystemCalls& calls, const std::string& path, int flags, mod
 Error WriteFully(SystemCalls& calls, int fd, std::string_view bytes);
 Error WriteFullyAt(SystemCalls& calls, int fd, std::string_view bytes, off_t offset);
 Error ReadFullyAt(SystemCalls& calls, int fd, std::size_t size, off_t offset, std::string& bytes);
+Error SyncFile(SystemCalls& calls, int fd);
 Error LockFile(SystemCalls& calls, int fd, int operation);
 
 /// Puts the entries of a directory on the disk.

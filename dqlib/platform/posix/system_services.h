@@ -20,6 +20,7 @@ Network& SystemNetwork();
 Processes& SystemProcesses();
 ProfileFiles& SystemProfileFiles();
 Prompts& SystemPrompts();
+Registry& SystemRegistry();
 SystemErrors& SystemErrorTexts();
 SystemFacts& SystemFactsService();
 VersionResources& SystemVersionResources();

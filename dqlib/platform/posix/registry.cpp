@@ -1,0 +1,267 @@
+#include "dqlib/platform/posix/registry.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <utility>
+
+#include "dqlib/platform/platform.h"
+#include "dqlib/platform/posix/system_services.h"
+
+namespace dq::platform::posix {
+namespace {
+
+struct Root {
+  const char* file;
+  const char* name;
+};
+
+/// In the order of the roots' numbers.
+constexpr Root kRootNames[] = {
+    {"hkcr", "HKEY_CLASSES_ROOT"},
+    {"hkcu", "HKEY_CURRENT_USER"},
+    {"hklm", "HKEY_LOCAL_MACHINE"},
+};
+
+Error NotFound() { return ErrorFromErrno(ENOENT); }
+Error Invalid() { return ErrorFromErrno(EINVAL); }
+
+/// The path from the root of what lies at `path` below a key.
+std::string Below(const TreeKey& key, std::string_view path) {
+  std::string whole = RegistryTree::PathOf(key);
+  for (std::string_view name = TakeKeyName(path); !name.empty(); name = TakeKeyName(path)) {
+    if (!whole.empty()) whole += '\\';
+    whole += name;
+  }
+  return whole;
+}
+
+}  // namespace
+
+FileRegistry::FileRegistry(std::string directory, SystemCalls& calls)
+    : calls_(calls), directory_(std::move(directory)) {
+  for (std::size_t root = 0; root < kRoots; ++root) {
+    stores_[root] = std::make_unique<RegistryStore>(
+        calls, RegistryStoreNames{directory_, kRootNames[root].file, kRootNames[root].name}, mutex_,
+        [this, root](RegistryTree&, RegistryTree& to) {
+          handles_.Move(static_cast<int>(root), to);
+        });
+  }
+}
+
+FileRegistry::~FileRegistry() {
+  // Nobody is left to tell: what was reported is in the journals in any case.
+  static_cast<void>(Leave());
+}
+
+template <typename Read>
+auto FileRegistry::WithKey(HKEY key, Read read) -> decltype(read(std::declval<TreeKey&>(), 0)) {
+  std::unique_lock lock(mutex_);
+  const int root = handles_.RootOf(key);
+  if (root < 0) return NotFound();
+  RegistryStore& store = *stores_[static_cast<std::size_t>(root)];
+  if (!store.IsCurrent()) {
+    lock.unlock();
+    if (const Error error = Refresh(root); !error.ok()) return error;
+    lock.lock();
+  }
+  TreeKey* const found = handles_.Find(key, store.tree());
+  if (found == nullptr) return NotFound();
+  return read(*found, root);
+}
+
+template <typename Plan>
+Error FileRegistry::Change(HKEY key, Plan plan, const RegistryStore::Finisher& finish) {
+  std::unique_lock lock(mutex_);
+  const int root = handles_.RootOf(key);
+  lock.unlock();
+  if (root < 0) return NotFound();
+  RegistryStore& store = *stores_[static_cast<std::size_t>(root)];
+  const auto planner = [&](RegistryTree& tree, JournalChange& change) -> Result<bool> {
+    const std::lock_guard handles(mutex_);
+    TreeKey* const found = handles_.Find(key, tree);
+    if (found == nullptr) return NotFound();
+    return plan(tree, *found, change);
+  };
+  const Error error = store.Change(std::cref(planner), finish);
+  JoinUsers();
+  ShowNotices(store);
+  return error;
+}
+
+Error FileRegistry::Refresh(int root) {
+  RegistryStore& store = *stores_[static_cast<std::size_t>(root)];
+  const Error error = store.Refresh();
+  JoinUsers();
+  ShowNotices(store);
+  return error;
+}
+
+void FileRegistry::JoinUsers() {
+  const std::lock_guard lock(users_mutex_);
+  if (users_.is_open() && users_forks_ == ForkCount()) return;
+  users_forks_ = ForkCount();
+  // Who can't join is not waited for when others leave, which folds a journal a little early.
+  users_ = FileDescriptor();
+  const Result<int> fd = OpenFile(calls_, directory_, O_RDONLY | O_DIRECTORY);
+  if (!fd.ok()) return;
+  users_ = FileDescriptor(calls_, fd.value);
+  static_cast<void>(calls_.Lock(users_.get(), LOCK_SH | LOCK_NB));
+}
+
+void FileRegistry::ShowNotices(RegistryStore& store) {
+  for (const std::string& notice : store.TakeNotices()) {
+    Current().prompts->Show(notice, BOX_OK | BOX_EXCLAMATION, 0);
+  }
+}
+
+Result<HKEY> FileRegistry::OpenKey(HKEY key, std::string_view path) {
+  if (!IsKeyPath(path)) return Invalid();
+  return WithKey(key, [&](TreeKey& from, int root) -> Result<HKEY> {
+    TreeKey* const found = stores_[static_cast<std::size_t>(root)]->tree().FindKey(from, path);
+    if (found == nullptr) return NotFound();
+    const HKEY number = handles_.Open(root, *found);
+    if (number == kNoKey) return ErrorFromErrno(EMFILE);
+    return number;
+  });
+}
+
+Result<HKEY> FileRegistry::CreateKey(HKEY key, std::string_view path) {
+  Result<HKEY> opened = OpenKey(key, path);
+  if (opened.error.kind != ErrorKind::kNotFound) return opened;
+  std::string whole;
+  int root = 0;
+  const Error error = Change(
+      key,
+      [&](RegistryTree& tree, TreeKey& from, JournalChange& change) -> Result<bool> {
+        root = handles_.RootOf(key);
+        whole = Below(from, path);
+        if (whole.size() > kMaxKeyPath) return Invalid();
+        change = {.operation = JournalOperation::kCreateKey, .path = whole};
+        return tree.FindKey(from, path) == nullptr;
+      },
+      [&](RegistryTree& tree) {
+        opened.value = handles_.Open(root, *tree.FindKey(tree.root(), whole));
+      });
+  if (!error.ok()) return error;
+  if (opened.value == kNoKey) return ErrorFromErrno(EMFILE);
+  return opened.value;
+}
+
+void FileRegistry::CloseKey(HKEY key) {
+  const std::lock_guard lock(mutex_);
+  handles_.Close(key);
+}
+
+Result<RegistryValueInfo> FileRegistry::ReadValue(HKEY key, std::string_view name,
+                                                  std::span<char> data) {
+  if (!IsValueName(name)) return Invalid();
+  return WithKey(key, [&](TreeKey& from, int) -> Result<RegistryValueInfo> {
+    const TreeValue* const value = RegistryTree::FindValue(from, name);
+    if (value == nullptr) return NotFound();
+    Result<RegistryValueInfo> info = RegistryValueInfo{value->type, value->data.size()};
+    if (value->data.size() > data.size()) {
+      info.error = {ErrorKind::kBufferTooSmall, ERANGE};
+    } else if (!value->data.empty()) {
+      std::memcpy(data.data(), value->data.data(), value->data.size());
+    }
+    return info;
+  });
+}
+
+Error FileRegistry::SetValue(HKEY key, std::string_view name, DWORD type, std::string_view data) {
+  if (!IsValueName(name) || data.size() > kMaxValueData) return Invalid();
+  std::string path;
+  return Change(key, [&](RegistryTree&, TreeKey& from, JournalChange& change) -> Result<bool> {
+    path = RegistryTree::PathOf(from);
+    change = {JournalOperation::kSetValue, path, name, type, data};
+    return true;
+  });
+}
+
+Error FileRegistry::DeleteValue(HKEY key, std::string_view name) {
+  if (!IsValueName(name)) return Invalid();
+  std::string path;
+  return Change(key, [&](RegistryTree&, TreeKey& from, JournalChange& change) -> Result<bool> {
+    if (RegistryTree::FindValue(from, name) == nullptr) return NotFound();
+    path = RegistryTree::PathOf(from);
+    change = {.operation = JournalOperation::kDeleteValue, .path = path, .name = name};
+    return true;
+  });
+}
+
+Error FileRegistry::DeleteKey(HKEY key, std::string_view path) {
+  std::string_view rest = path;
+  if (!IsKeyPath(path) || TakeKeyName(rest).empty()) return Invalid();
+  std::string whole;
+  return Change(key, [&](RegistryTree& tree, TreeKey& from, JournalChange& change) -> Result<bool> {
+    const TreeKey* const doomed = tree.FindKey(from, path);
+    if (doomed == nullptr) return NotFound();
+    if (doomed->children.size() > 0) return ErrorFromErrno(EBUSY);
+    whole = RegistryTree::PathOf(*doomed);
+    change = {.operation = JournalOperation::kDeleteKey, .path = whole};
+    return true;
+  });
+}
+
+Result<RegistryValue> FileRegistry::EnumValue(HKEY key, std::size_t index) {
+  return WithKey(key, [&](TreeKey& from, int) -> Result<RegistryValue> {
+    if (index >= from.values.size()) return NotFound();
+    const TreeValue& value = from.values[index];
+    return RegistryValue{value.name, value.type, value.data};
+  });
+}
+
+Result<std::string> FileRegistry::EnumKey(HKEY key, std::size_t index) {
+  return WithKey(key, [&](TreeKey& from, int) -> Result<std::string> {
+    if (index >= from.children.size()) return NotFound();
+    return std::string(from.children[index].name);
+  });
+}
+
+Error FileRegistry::Flush() {
+  Error first;
+  for (const auto& store : stores_) {
+    const Error error = store->Flush();
+    if (first.ok()) first = error;
+  }
+  return first;
+}
+
+Error FileRegistry::Leave() {
+  bool is_last = false;
+  {
+    const std::lock_guard lock(users_mutex_);
+    // Over a fork the lock is the parent's, who is still there.
+    if (users_.is_open() && users_forks_ == ForkCount()) {
+      is_last = calls_.Lock(users_.get(), LOCK_EX | LOCK_NB) == 0;
+      static_cast<void>(calls_.Lock(users_.get(), LOCK_UN));
+    }
+    users_ = FileDescriptor();
+  }
+  Error first;
+  for (const auto& store : stores_) {
+    const Error error = store->Leave(is_last);
+    if (first.ok()) first = error;
+    ShowNotices(*store);
+  }
+  return first;
+}
+
+Registry& SystemRegistry() {
+  // Never deleted, because others may use it to the end of the process; what they do after it was
+  // left is in the journal.
+  static FileRegistry& registry = *[] {
+    const Result<std::string> config = UserConfigDirectory();
+    static FileRegistry* made =
+        new FileRegistry(config.ok() ? config.value + "/velmora/registry" : std::string());
+    std::atexit([] { static_cast<void>(made->Leave()); });
+    return made;
+  }();
+  return registry;
+}
+
+}  // namespace dq::platform::posix

@@ -1,0 +1,179 @@
+#include "dqlib/platform/posix/registry_journal.h"
+
+#include "dqlib/platform/checksum.h"
+
+namespace dq::platform::posix {
+namespace {
+
+constexpr std::string_view kMagic = "DQREGJ1\n";
+constexpr std::size_t kRecordHeadSize = 28;
+constexpr std::size_t kMaxContent = kMaxValueData + kMaxValueName + kMaxKeyPath + 64;
+
+template <typename Number>
+void PutNumber(Number number, std::string& bytes) {
+  for (std::size_t i = 0; i < sizeof number; ++i) {
+    bytes += static_cast<char>(static_cast<unsigned char>(number >> (8 * i)));
+  }
+}
+
+template <typename Number>
+Number NumberAt(std::string_view bytes, std::size_t offset) {
+  Number number = 0;
+  for (std::size_t i = 0; i < sizeof number; ++i) {
+    number |= static_cast<Number>(static_cast<unsigned char>(bytes[offset + i])) << (8 * i);
+  }
+  return number;
+}
+
+void OverwriteNumber(std::uint32_t number, std::size_t offset, std::string& bytes) {
+  std::string field;
+  PutNumber(number, field);
+  bytes.replace(offset, field.size(), field);
+}
+
+/// Takes a number, and then that many bytes, off the front of `bytes`.
+bool TakeSized(std::string_view& bytes, std::string_view& field) {
+  if (bytes.size() < 4) return false;
+  const std::size_t size = NumberAt<std::uint32_t>(bytes, 0);
+  bytes.remove_prefix(4);
+  if (size > bytes.size()) return false;
+  field = bytes.substr(0, size);
+  bytes.remove_prefix(size);
+  return true;
+}
+
+std::optional<JournalChange> DecodeContent(std::string_view content) {
+  JournalChange change;
+  if (content.empty()) return std::nullopt;
+  const auto operation = static_cast<unsigned char>(content[0]);
+  if (operation < 1 || operation > 4) return std::nullopt;
+  change.operation = JournalOperation{operation};
+  content.remove_prefix(1);
+  if (!TakeSized(content, change.path) || !TakeSized(content, change.name)) return std::nullopt;
+  if (content.size() < 4) return std::nullopt;
+  change.type = NumberAt<std::uint32_t>(content, 0);
+  change.data = content.substr(4);
+  if (!IsKeyPath(change.path) || !IsValueName(change.name)) return std::nullopt;
+  if (change.data.size() > kMaxValueData) return std::nullopt;
+  return change;
+}
+
+/// Whether a record's head stands at the front of `bytes`, and fits into them with its content.
+bool IsRecordHead(std::string_view bytes, std::uint64_t place) {
+  if (bytes.size() < kRecordHeadSize) return false;
+  const std::size_t size = NumberAt<std::uint32_t>(bytes, 0);
+  return size <= kMaxContent && size <= bytes.size() - kRecordHeadSize &&
+         NumberAt<std::uint64_t>(bytes, 16) == place &&
+         NumberAt<std::uint32_t>(bytes, 24) == Checksum(bytes.substr(0, 24));
+}
+
+/// The bytes of the valid record at the front of `bytes`, or "".
+std::string_view RecordAt(std::string_view bytes, std::uint64_t place) {
+  if (!IsRecordHead(bytes, place)) return {};
+  const std::size_t size = NumberAt<std::uint32_t>(bytes, 0);
+  if (NumberAt<std::uint32_t>(bytes, 4) != Checksum(bytes.substr(kRecordHeadSize, size))) return {};
+  return bytes.substr(0, kRecordHeadSize + size);
+}
+
+}  // namespace
+
+std::string EncodeJournalHead(const JournalHeader& header) {
+  std::string bytes(kMagic);
+  PutNumber(header.epoch, bytes);
+  PutNumber(header.former_epoch, bytes);
+  PutNumber(header.former_size, bytes);
+  PutNumber(Checksum(bytes), bytes);
+  return bytes;
+}
+
+std::optional<JournalHeader> DecodeJournalHead(std::string_view bytes) {
+  if (bytes.size() < kJournalHeadSize || !bytes.starts_with(kMagic)) return std::nullopt;
+  if (NumberAt<std::uint32_t>(bytes, 32) != Checksum(bytes.substr(0, 32))) return std::nullopt;
+  return JournalHeader{NumberAt<std::uint64_t>(bytes, 8), NumberAt<std::uint64_t>(bytes, 16),
+                       NumberAt<std::uint64_t>(bytes, 24)};
+}
+
+std::string EncodeGeneration(std::uint64_t generation) {
+  std::string bytes;
+  PutNumber(generation, bytes);
+  return bytes;
+}
+
+std::uint64_t DecodeGeneration(std::string_view header) {
+  return NumberAt<std::uint64_t>(header, kJournalGenerationOffset);
+}
+
+void EncodeJournalRecord(const JournalChange& change, std::uint64_t epoch, std::uint64_t place,
+                         std::string& bytes) {
+  bytes.assign(kRecordHeadSize, '\0');
+  bytes += static_cast<char>(change.operation);
+  PutNumber(static_cast<std::uint32_t>(change.path.size()), bytes);
+  bytes += change.path;
+  PutNumber(static_cast<std::uint32_t>(change.name.size()), bytes);
+  bytes += change.name;
+  PutNumber(change.type, bytes);
+  bytes += change.data;
+  const std::string_view content = std::string_view(bytes).substr(kRecordHeadSize);
+  OverwriteNumber(static_cast<std::uint32_t>(content.size()), 0, bytes);
+  OverwriteNumber(Checksum(std::string_view(bytes).substr(kRecordHeadSize)), 4, bytes);
+  std::string where;
+  PutNumber(epoch, where);
+  PutNumber(place, where);
+  bytes.replace(8, where.size(), where);
+  OverwriteNumber(Checksum(std::string_view(bytes).substr(0, 24)), 24, bytes);
+}
+
+void ApplyChange(const JournalChange& change, RegistryTree& tree) {
+  TreeKey* const key = tree.FindKey(tree.root(), change.path);
+  switch (change.operation) {
+    case JournalOperation::kCreateKey:
+      if (key == nullptr) tree.MakeKey(tree.root(), change.path);
+      break;
+    case JournalOperation::kDeleteKey:
+      if (key != nullptr && key != &tree.root()) tree.DeleteKey(*key);
+      break;
+    case JournalOperation::kSetValue:
+      RegistryTree::SetValue(key != nullptr ? *key : tree.MakeKey(tree.root(), change.path),
+                             change.name, change.type, change.data);
+      break;
+    case JournalOperation::kDeleteValue:
+      if (key != nullptr) RegistryTree::DeleteValue(*key, change.name);
+      break;
+  }
+}
+
+JournalReplay ReplayJournal(std::string_view bytes, std::uint64_t epoch, std::uint64_t place,
+                            RegistryTree& tree) {
+  JournalReplay replay;
+  replay.end = place;
+  bool in_gap = false;
+  for (std::size_t at = 0; at < bytes.size();) {
+    const std::string_view record = RecordAt(bytes.substr(at), place + at);
+    std::optional<JournalChange> change;
+    if (!record.empty() && NumberAt<std::uint64_t>(record, 8) == epoch) {
+      change = DecodeContent(record.substr(kRecordHeadSize));
+    }
+    if (!change) {
+      in_gap = true;
+      ++at;
+      continue;
+    }
+    if (in_gap) ++replay.gaps;
+    in_gap = false;
+    ApplyChange(*change, tree);
+    at += record.size();
+    ++replay.records;
+    replay.end = place + at;
+  }
+  return replay;
+}
+
+std::optional<std::uint64_t> FindJournalEpoch(std::string_view bytes, std::uint64_t place) {
+  for (std::size_t at = 0; at < bytes.size(); ++at) {
+    const std::string_view record = RecordAt(bytes.substr(at), place + at);
+    if (!record.empty()) return NumberAt<std::uint64_t>(record, 8);
+  }
+  return std::nullopt;
+}
+
+}  // namespace dq::platform::posix

@@ -1,0 +1,103 @@
+// The journal of a registry root: a header, then one record for each change.
+//
+// All numbers are little-endian. The header is 64 bytes:
+//
+//    0  8 bytes "DQREGJ1\n"
+//    8  u64 epoch: which journal this is; one more each time it is emptied
+//   16  u64 the epoch of the journal that was emptied, 0 for a new one
+//   24  u64 how many bytes that one had, header and all
+//   32  u32 checksum of bytes 0 to 31
+//   40  u64 generation: changes before every change of the file
+//
+// A record:
+//
+//    0  u32 bytes of content
+//    4  u32 checksum of the content
+//    8  u64 epoch of the journal
+//   16  u64 place of the record in the file
+//   24  u32 checksum of bytes 0 to 23
+//   28  the content: u8 operation, u32 bytes of path, path, u32 bytes of name, name, u32 type, data
+//
+// Epoch and place make a record valid in its own journal and at its own place only, so that what
+// is left from earlier use of the space, or stands inside a value, is never taken for a record.
+//
+// Replaying a whole journal over the state at any later moment of it gives the state at its end,
+// because each record creates what it needs and deleting what isn't there is nothing. A snapshot
+// may therefore be newer than the begin of its journal.
+
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "dqlib/platform/posix/registry_tree.h"
+#include "dqlib/platform/types.h"
+
+namespace dq::platform::posix {
+
+inline constexpr std::size_t kJournalHeaderSize = 64;
+/// The part of the header that is written at once and has the checksum.
+inline constexpr std::size_t kJournalHeadSize = 36;
+inline constexpr std::size_t kJournalGenerationOffset = 40;
+
+struct JournalHeader {
+  std::uint64_t epoch = 0;
+  std::uint64_t former_epoch = 0;
+  std::uint64_t former_size = 0;
+};
+
+/// The first `kJournalHeadSize` bytes of a journal.
+std::string EncodeJournalHead(const JournalHeader& header);
+/// No value if the bytes are no header, or damaged.
+std::optional<JournalHeader> DecodeJournalHead(std::string_view bytes);
+
+std::string EncodeGeneration(std::uint64_t generation);
+/// The generation in a header, which must be whole.
+std::uint64_t DecodeGeneration(std::string_view header);
+
+enum class JournalOperation : std::uint8_t {
+  kCreateKey = 1,
+  kDeleteKey = 2,
+  kSetValue = 3,
+  kDeleteValue = 4,
+};
+
+/// One change. `path` is from the root; what an operation doesn't need is empty.
+struct JournalChange {
+  JournalOperation operation = JournalOperation::kCreateKey;
+  std::string_view path{};
+  std::string_view name{};
+  DWORD type = 0;
+  std::string_view data{};
+};
+
+/// Replaces `bytes` by the record of a change at a place of a journal.
+void EncodeJournalRecord(const JournalChange& change, std::uint64_t epoch, std::uint64_t place,
+                         std::string& bytes);
+
+/// Makes a change that has been checked or was read from a journal.
+void ApplyChange(const JournalChange& change, RegistryTree& tree);
+
+/// What reading records gave.
+struct JournalReplay {
+  /// Records that were applied.
+  std::size_t records = 0;
+  /// Where the last of them ends, as a place in the file.
+  std::uint64_t end = 0;
+  /// Stretches of bytes between records that are none.
+  std::size_t gaps = 0;
+};
+
+/// Applies the records in `bytes`, which begin at `place` of the file, to `tree`. After bytes that
+/// are no record, the next valid record is looked for; bytes with none behind them are the torn
+/// end of a write that was never reported, and no gap. Any bytes are safe.
+JournalReplay ReplayJournal(std::string_view bytes, std::uint64_t epoch, std::uint64_t place,
+                            RegistryTree& tree);
+
+/// The epoch of the first record in `bytes`, for a journal whose header is damaged.
+std::optional<std::uint64_t> FindJournalEpoch(std::string_view bytes, std::uint64_t place);
+
+}  // namespace dq::platform::posix

@@ -1,0 +1,67 @@
+// The open journal of a registry root: its lock, its generation and its bytes.
+
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "dqlib/platform/error.h"
+#include "dqlib/platform/posix/registry_journal.h"
+#include "dqlib/platform/posix/system_calls.h"
+
+namespace dq::platform::posix {
+
+/// One opening of a journal. The file stays the same as long as the store lives: it is emptied and
+/// never replaced, so that its lock and its mapped generation mean the same to everyone.
+///
+/// One thread at a time, except `Generation`, which any thread may call while no other opens or
+/// closes the file.
+class JournalFile {
+ public:
+  explicit JournalFile(SystemCalls& calls) : calls_(calls) {}
+  JournalFile(const JournalFile&) = delete;
+  JournalFile& operator=(const JournalFile&) = delete;
+  ~JournalFile();
+
+  /// Opens the file; for writing, makes it if it isn't there.
+  Error Open(const std::string& path, bool writable);
+  /// Closes it, which gives back its lock too.
+  void Close();
+  bool is_open() const { return file_.is_open(); }
+  bool is_writable() const { return writable_; }
+
+  /// Waits until nobody else has the journal, or until nobody writes it where it can only be read.
+  Error Lock();
+  Error Unlock();
+
+  struct Status {
+    std::uint64_t size = 0;
+    /// Someone deleted the file: what is written to it is seen by no one.
+    bool deleted = false;
+  };
+  Result<Status> GetStatus() const;
+
+  /// Makes the generation readable without a system call, where the system can. The file must have
+  /// its header.
+  void MapGeneration();
+  /// The number that tells whether others have changed the file; needs no lock. 0 if it can't be
+  /// read, which is no generation.
+  std::uint64_t Generation() const;
+  /// Tells the others that a change comes. Only with the lock.
+  Error SetGeneration(std::uint64_t generation);
+
+  Error Read(std::uint64_t place, std::uint64_t size, std::string& bytes) const;
+  Error Write(std::uint64_t place, std::string_view bytes);
+  Error Truncate(std::uint64_t size);
+  Error Sync();
+
+ private:
+  SystemCalls& calls_;
+  FileDescriptor file_;
+  bool writable_ = false;
+  /// The first page of the file, or null.
+  void* page_ = nullptr;
+};
+
+}  // namespace dq::platform::posix

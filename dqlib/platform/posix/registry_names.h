@@ -1,0 +1,139 @@
+// Tables of things with names that are compared without regard to the case of ASCII letters.
+
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace dq::platform::posix {
+
+/// Whether two names are the same but for the case of ASCII letters.
+inline bool SameName(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; };
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    if (a[i] != b[i] && lower(a[i]) != lower(b[i])) return false;
+  }
+  return true;
+}
+
+/// A hash that is equal for names that are the same. It sets the bit that tells the cases of a
+/// letter apart in every byte, eight at a time; that some other bytes then hash alike does no harm.
+inline std::uint32_t HashName(std::string_view name) {
+  constexpr std::uint64_t kCaseBits = 0x2020202020202020;
+  constexpr std::uint64_t kMixer = 0x9E3779B97F4A7C15;
+  std::uint64_t hash = name.size() * kMixer;
+  while (!name.empty()) {
+    const std::size_t count = name.size() < 8 ? name.size() : 8;
+    std::uint64_t word = 0;
+    std::memcpy(&word, name.data(), count);
+    hash = (hash ^ (word | kCaseBits)) * kMixer;
+    hash ^= hash >> 32;
+    name.remove_prefix(count);
+  }
+  return static_cast<std::uint32_t>(hash ^ hash >> 29);
+}
+
+/// Items by name and by index. `Item` has `name` and `hash`, the hash of its name. Adding and
+/// removing take constant time; removing moves the last item to the index that becomes free.
+/// Few items are searched one by one, more through a hash index.
+template <typename Item>
+class NameTable {
+ public:
+  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+  std::size_t size() const { return items_.size(); }
+  Item& operator[](std::size_t index) { return items_[index]; }
+  const Item& operator[](std::size_t index) const { return items_[index]; }
+  auto begin() const { return items_.begin(); }
+  auto end() const { return items_.end(); }
+
+  /// The index of the item of this name, or `kNone`.
+  std::size_t Find(std::string_view name, std::uint32_t hash) const {
+    if (slots_.empty()) {
+      for (std::size_t i = 0; i < items_.size(); ++i) {
+        if (items_[i].hash == hash && SameName(items_[i].name, name)) return i;
+      }
+      return kNone;
+    }
+    for (std::size_t slot = Home(hash); slots_[slot] != kFree; slot = Next(slot)) {
+      const Item& item = items_[slots_[slot]];
+      if (item.hash == hash && SameName(item.name, name)) return slots_[slot];
+    }
+    return kNone;
+  }
+
+  /// Adds an item whose name isn't there yet.
+  Item& Add(Item item) {
+    items_.push_back(std::move(item));
+    if (slots_.empty() ? items_.size() > kFewItems : items_.size() * 2 > slots_.size()) {
+      Rehash();
+    } else if (!slots_.empty()) {
+      Insert(items_.size() - 1);
+    }
+    return items_.back();
+  }
+
+  void Remove(std::size_t index) {
+    const std::size_t last = items_.size() - 1;
+    if (!slots_.empty()) {
+      Free(SlotOf(index));
+      if (index != last) slots_[SlotOf(last)] = static_cast<std::uint32_t>(index);
+    }
+    if (index != last) items_[index] = std::move(items_[last]);
+    items_.pop_back();
+  }
+
+  void Clear() {
+    items_.clear();
+    slots_.clear();
+  }
+
+ private:
+  static constexpr std::size_t kFewItems = 8;
+  static constexpr std::uint32_t kFree = 0xFFFFFFFF;
+
+  std::size_t Home(std::uint32_t hash) const { return hash & (slots_.size() - 1); }
+  std::size_t Next(std::size_t slot) const { return (slot + 1) & (slots_.size() - 1); }
+
+  void Insert(std::size_t index) {
+    std::size_t slot = Home(items_[index].hash);
+    while (slots_[slot] != kFree) slot = Next(slot);
+    slots_[slot] = static_cast<std::uint32_t>(index);
+  }
+
+  void Rehash() {
+    std::size_t size = 4 * kFewItems;
+    while (size < items_.size() * 4) size *= 2;
+    slots_.assign(size, kFree);
+    for (std::size_t i = 0; i < items_.size(); ++i) Insert(i);
+  }
+
+  std::size_t SlotOf(std::size_t index) const {
+    std::size_t slot = Home(items_[index].hash);
+    while (slots_[slot] != index) slot = Next(slot);
+    return slot;
+  }
+
+  /// Frees a slot and moves those behind it that could not stand at their homes because of it.
+  void Free(std::size_t hole) {
+    for (std::size_t slot = Next(hole); slots_[slot] != kFree; slot = Next(slot)) {
+      const std::size_t home = Home(items_[slots_[slot]].hash);
+      const std::size_t mask = slots_.size() - 1;
+      if (((slot - home) & mask) >= ((slot - hole) & mask)) {
+        slots_[hole] = slots_[slot];
+        hole = slot;
+      }
+    }
+    slots_[hole] = kFree;
+  }
+
+  std::vector<Item> items_;
+  std::vector<std::uint32_t> slots_;
+};
+
+}  // namespace dq::platform::posix

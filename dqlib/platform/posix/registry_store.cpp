@@ -1,0 +1,457 @@
+#include "dqlib/platform/posix/registry_store.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <fcntl.h>
+#include <utility>
+
+#include "dqlib/platform/posix/system_services.h"
+
+namespace dq::platform::posix {
+namespace {
+
+constexpr mode_t kUserOnly = 0600;
+constexpr std::string_view kSnapshot = ".reg";
+constexpr std::string_view kJournal = ".journal";
+/// A journal that is shorter isn't worth writing a snapshot for.
+constexpr std::uint64_t kFoldSize = std::uint64_t{1} << 20;
+/// Someone who deletes the journal as often as this while one call opens it won't stop.
+constexpr int kOpenAttempts = 100;
+constexpr int kMaxCopies = 1000;
+/// The generation of a store that nobody can change.
+constexpr std::uint64_t kFixedGeneration = 1;
+
+/// A number that no earlier journal or generation of these files had.
+std::uint64_t FreshNumber() {
+  const auto now = std::chrono::system_clock::now().time_since_epoch();
+  return static_cast<std::uint64_t>(
+             std::chrono::duration_cast<std::chrono::nanoseconds>(now).count()) |
+         std::uint64_t{1} << 62;
+}
+
+}  // namespace
+
+/// Gives the journal's lock back at the end of its scope.
+class RegistryStore::Hold {
+ public:
+  explicit Hold(RegistryStore& store) : store_(store) {}
+  Hold(const Hold&) = delete;
+  Hold& operator=(const Hold&) = delete;
+  /// Leaves the lock to a later hold.
+  void Keep() { is_kept_ = true; }
+  ~Hold() {
+    if (is_kept_) return;
+    // A lock that can't be given back goes with the file: else it would stop everyone.
+    if (store_.journal_.is_open() && !store_.journal_.Unlock().ok()) store_.CloseJournal();
+  }
+
+ private:
+  RegistryStore& store_;
+  bool is_kept_ = false;
+};
+
+RegistryStore::RegistryStore(SystemCalls& calls, RegistryStoreNames names, std::mutex& tree_mutex,
+                             TreeReplaced tree_replaced)
+    : calls_(calls),
+      names_(std::move(names)),
+      tree_mutex_(tree_mutex),
+      tree_replaced_(std::move(tree_replaced)),
+      journal_(calls),
+      tree_(std::make_unique<RegistryTree>()),
+      forks_(ForkCount()) {}
+
+RegistryStore::~RegistryStore() = default;
+
+bool RegistryStore::IsCurrent() const {
+  const std::uint64_t seen = seen_generation_.load(std::memory_order_acquire);
+  if (seen == 0) return false;
+  if (journal_.is_open()) return journal_.Generation() == seen;
+  struct stat status;
+  return is_without_journal_ && calls_.Status(FilePath(kJournal).c_str(), &status) != 0;
+}
+
+Error RegistryStore::Refresh() {
+  const std::lock_guard files(file_mutex_);
+  const Error error = Begin(false);
+  if (error.ok()) Hold hold(*this);
+  return error;
+}
+
+Error RegistryStore::Change(const Planner& plan, const Finisher& finish) {
+  const std::lock_guard files(file_mutex_);
+  if (const Error error = Begin(true); !error.ok()) return error;
+  const Hold hold(*this);
+  JournalChange change;
+  const Result<bool> is_needed = plan(*tree_, change);
+  if (!is_needed.ok()) return is_needed.error;
+  if (is_needed.value) {
+    if (const Error error = Append(change); !error.ok()) return error;
+  }
+  if (finish) {
+    const std::lock_guard tree(tree_mutex_);
+    finish(*tree_);
+  }
+  // The change is made whether the fold succeeds or not; a fold that fails leaves it in the
+  // journal.
+  if (HasGrown() && !Fold().ok()) next_fold_ = 2 * end_;
+  return {};
+}
+
+Error RegistryStore::Flush() {
+  const std::lock_guard files(file_mutex_);
+  if (!journal_.is_open() || !journal_.is_writable()) return {};
+  if (const Error error = journal_.Sync(); !error.ok()) return error;
+  needs_sync_ = false;
+  if (!directory_needs_sync_) return {};
+  const Error error = SyncDirectory(calls_, names_.directory);
+  directory_needs_sync_ = !error.ok();
+  return error;
+}
+
+Error RegistryStore::Leave(bool last_user) {
+  const std::lock_guard files(file_mutex_);
+  if (!journal_.is_open()) return {};
+  Error error = Begin(false);
+  if (error.ok()) {
+    const Hold hold(*this);
+    const bool is_folded =
+        last_user && journal_.is_writable() && end_ > kJournalHeaderSize && Fold().ok();
+    if (!is_folded && needs_sync_) error = journal_.Sync();
+    needs_sync_ = false;
+  }
+  CloseJournal();
+  return error;
+}
+
+std::vector<std::string> RegistryStore::TakeNotices() {
+  const std::lock_guard files(file_mutex_);
+  return std::exchange(notices_, {});
+}
+
+std::string RegistryStore::FilePath(std::string_view extension) const {
+  std::string path = names_.directory;
+  path += '/';
+  path += names_.file;
+  path += extension;
+  return path;
+}
+
+Error RegistryStore::Begin(bool writing) {
+  if (forks_ != ForkCount()) {
+    // The lock of the open file is the parent's as well.
+    CloseJournal();
+    forks_ = ForkCount();
+  }
+  for (int attempt = 0; attempt < kOpenAttempts; ++attempt) {
+    if (!journal_.is_open() || (writing && !journal_.is_writable())) {
+      const Error error = OpenJournal(writing);
+      if (!error.ok() || is_without_journal_) return error;
+    }
+    if (const Error error = journal_.Lock(); !error.ok()) return error;
+    Hold hold(*this);
+    const Result<JournalFile::Status> status = journal_.GetStatus();
+    if (!status.ok()) return status.error;
+    if (status.value.deleted) {
+      CloseJournal();
+      continue;
+    }
+    const Error error = Synchronise(status.value.size, writing);
+    if (error.ok()) hold.Keep();
+    return error;
+  }
+  return ErrorFromErrno(EBUSY);
+}
+
+Error RegistryStore::OpenJournal(bool writing) {
+  if (names_.directory.empty()) return ErrorFromErrno(ENOENT);
+  Error error = OpenJournalFile(true);
+  if (error.kind == ErrorKind::kNotFound) {
+    error = MakeDirectories(calls_, names_.directory);
+    if (error.ok()) error = OpenJournalFile(true);
+  }
+  if (error.ok() || writing || error.kind != ErrorKind::kAccessDenied) return error;
+
+  const Error read_error = OpenJournalFile(false);
+  if (read_error.ok() || read_error.kind != ErrorKind::kNotFound) return read_error;
+  struct stat status;
+  if (calls_.Status(names_.directory.c_str(), &status) != 0) return error;
+  if (const Error load_error = Load(0); !load_error.ok()) return load_error;
+  TellOfDamage();
+  const std::lock_guard tree(tree_mutex_);
+  is_without_journal_ = true;
+  seen_generation_ = kFixedGeneration;
+  return {};
+}
+
+Error RegistryStore::OpenJournalFile(bool writable) {
+  CloseJournal();
+  const std::lock_guard tree(tree_mutex_);
+  return journal_.Open(FilePath(kJournal), writable);
+}
+
+void RegistryStore::CloseJournal() {
+  const std::lock_guard tree(tree_mutex_);
+  journal_.Close();
+  is_without_journal_ = false;
+  seen_generation_ = 0;
+}
+
+Error RegistryStore::Synchronise(std::uint64_t size, bool writing) {
+  const std::uint64_t generation = journal_.Generation();
+  if (is_loaded_ && generation != 0 && generation == seen_generation_ && size == end_) return {};
+  if (size >= kJournalHeaderSize) {
+    if (const Error error = TakeInJournal(size); !error.ok()) return error;
+  } else {
+    if (journal_.is_writable()) {
+      if (const Error error = MakeHeader(); !error.ok()) return error;
+      size = kJournalHeaderSize;
+    }
+    if (const Error error = Load(size); !error.ok()) return error;
+  }
+  if (size >= kJournalHeaderSize) {
+    const std::lock_guard tree(tree_mutex_);
+    journal_.MapGeneration();
+  }
+  seen_generation_ = journal_.Generation();
+  if (journal_.is_writable() && size > end_ && !damage_.any()) {
+    // The end of a write that was never reported. Reading does as well with it.
+    const Error error = journal_.Truncate(end_);
+    if (!error.ok() && writing) return error;
+  }
+  if (damage_.any() && !damage_.is_told) Repair();
+  return {};
+}
+
+Error RegistryStore::TakeInJournal(std::uint64_t size) {
+  std::string bytes;
+  if (const Error error = journal_.Read(0, kJournalHeaderSize, bytes); !error.ok()) return error;
+  const std::optional<JournalHeader> header = DecodeJournalHead(bytes);
+  if (!is_loaded_ || !header) return Load(size);
+  if (header->former_epoch == epoch_ && header->former_size == end_) {
+    // The tree is the one that went into the snapshot.
+    epoch_ = header->epoch;
+    end_ = kJournalHeaderSize;
+  }
+  if (header->epoch != epoch_ || size < end_) return Load(size);
+  if (const Error error = journal_.Read(end_, size - end_, bytes); !error.ok()) return error;
+  const std::lock_guard tree(tree_mutex_);
+  const JournalReplay replay = ReplayJournal(bytes, epoch_, end_, *tree_);
+  end_ = replay.end;
+  damage_.in_journal |= replay.gaps > 0;
+  return {};
+}
+
+Error RegistryStore::MakeHeader() {
+  std::string bytes = EncodeJournalHead({.epoch = FreshNumber()});
+  bytes.resize(kJournalGenerationOffset);
+  bytes += EncodeGeneration(FreshNumber());
+  bytes.resize(kJournalHeaderSize);
+  const Error error = journal_.Write(0, bytes);
+  // What was written of it is overwritten by the next one to come.
+  if (!error.ok()) static_cast<void>(journal_.Truncate(0));
+  directory_needs_sync_ = true;
+  return error;
+}
+
+Error RegistryStore::Load(std::uint64_t journal_size) {
+  LoadedSnapshot loaded;
+  if (const Error error = LoadSnapshot(loaded); !error.ok()) return error;
+  std::string journal;
+  if (journal_size >= kJournalHeaderSize) {
+    if (const Error error = journal_.Read(0, journal_size, journal); !error.ok()) return error;
+  }
+  const std::optional<JournalHeader> header = DecodeJournalHead(journal);
+  const std::string_view records =
+      std::string_view(journal).substr(std::min(journal.size(), kJournalHeaderSize));
+  epoch_ = header ? header->epoch
+                  : FindJournalEpoch(records, kJournalHeaderSize).value_or(FreshNumber());
+  const JournalReplay replay = ReplayJournal(records, epoch_, kJournalHeaderSize, *loaded.tree);
+  end_ = replay.end;
+  is_loaded_ = true;
+  damage_.in_snapshot = loaded.damaged;
+  damage_.in_journal = replay.gaps > 0 || (!journal.empty() && !header);
+  damage_.values_kept = loaded.values;
+  damage_.lines_lost = loaded.lost_lines;
+
+  const std::lock_guard tree(tree_mutex_);
+  if (tree_replaced_) tree_replaced_(*tree_, *loaded.tree);
+  tree_ = std::move(loaded.tree);
+  return {};
+}
+
+Error RegistryStore::LoadSnapshot(LoadedSnapshot& loaded) {
+  const Result<int> fd = OpenFile(calls_, FilePath(kSnapshot), O_RDONLY);
+  if (fd.error.kind == ErrorKind::kNotFound) {
+    loaded.tree = std::make_unique<RegistryTree>();
+    snapshot_size_ = 0;
+    return {};
+  }
+  if (!fd.ok()) return fd.error;
+  const FileDescriptor file(calls_, fd.value);
+  struct stat status;
+  if (calls_.StatusOf(file.get(), &status) != 0) return ErrorFromErrno(errno);
+  std::string text;
+  const Error error =
+      ReadFullyAt(calls_, file.get(), static_cast<std::size_t>(status.st_size), 0, text);
+  if (!error.ok()) return error;
+  loaded = ReadSnapshot(text, names_.root);
+  snapshot_size_ = text.size();
+  return {};
+}
+
+Error RegistryStore::AnnounceChange() {
+  const std::uint64_t generation = journal_.Generation();
+  if (generation == 0) return ErrorFromErrno(EIO);
+  // First here and then in the file, so that this process doesn't take the change for another's.
+  seen_generation_ = generation + 1;
+  return journal_.SetGeneration(generation + 1);
+}
+
+Error RegistryStore::Append(const JournalChange& change) {
+  EncodeJournalRecord(change, epoch_, end_, record_);
+  Error error = AnnounceChange();
+  if (error.ok()) {
+    error = journal_.Write(end_, record_);
+    // Part of a record is none, and is overwritten by the next one, if it must stay.
+    if (!error.ok()) static_cast<void>(journal_.Truncate(end_));
+  }
+  if (!error.ok()) return error;
+  needs_sync_ = true;
+  end_ += record_.size();
+  if (record_.capacity() > kFoldSize) record_ = {};
+  const std::lock_guard tree(tree_mutex_);
+  ApplyChange(change, *tree_);
+  return {};
+}
+
+bool RegistryStore::HasGrown() const {
+  return end_ > std::max({kFoldSize, snapshot_size_, next_fold_});
+}
+
+Error RegistryStore::Fold() {
+  if (const Error error = KeepDamaged(); !error.ok()) return error;
+  if (const Error error = WriteSnapshotFile(); !error.ok()) return error;
+  if (const Error error = EmptyJournal(); !error.ok()) return error;
+  damage_ = {};
+  next_fold_ = 0;
+  return {};
+}
+
+Error RegistryStore::WriteSnapshotFile() {
+  const std::string path = FilePath(kSnapshot);
+  const std::string temporary = path + ".tmp";
+  const Result<int> fd = OpenFile(calls_, temporary, O_WRONLY | O_CREAT | O_TRUNC, kUserOnly);
+  if (!fd.ok()) return fd.error;
+  const FileDescriptor file(calls_, fd.value);
+  std::uint64_t size = 0;
+  Error error = WriteSnapshot(*tree_, names_.root, [&](std::string_view piece) {
+    size += piece.size();
+    return WriteFully(calls_, file.get(), piece);
+  });
+  if (error.ok()) error = SyncFile(calls_, file.get());
+  if (error.ok() && calls_.Rename(temporary.c_str(), path.c_str()) != 0) {
+    error = ErrorFromErrno(errno);
+  }
+  if (!error.ok()) {
+    // One that stays is overwritten by the next.
+    static_cast<void>(calls_.Unlink(temporary.c_str()));
+    return error;
+  }
+  snapshot_size_ = size;
+  // The journal must not be emptied before the disk has the snapshot under its name.
+  error = SyncDirectory(calls_, names_.directory);
+  if (error.ok()) directory_needs_sync_ = false;
+  return error;
+}
+
+Error RegistryStore::EmptyJournal() {
+  if (const Error error = AnnounceChange(); !error.ok()) return error;
+  const JournalHeader header{.epoch = epoch_ + 1, .former_epoch = epoch_, .former_size = end_};
+  if (const Error error = journal_.Write(0, EncodeJournalHead(header)); !error.ok()) {
+    // The records stay good: they give the snapshot once more. A header that is torn now, and
+    // can't be written again either, is found to be damaged and its epoch in the records.
+    static_cast<void>(journal_.Write(0, EncodeJournalHead({.epoch = epoch_})));
+    return error;
+  }
+  epoch_ = header.epoch;
+  end_ = kJournalHeaderSize;
+  // Records that stay are none of this epoch, and the next writer cuts them off.
+  static_cast<void>(journal_.Truncate(end_));
+  // Lost, this leaves the old journal, whose records give the snapshot once more.
+  static_cast<void>(journal_.Sync());
+  needs_sync_ = false;
+  return {};
+}
+
+void RegistryStore::Repair() {
+  const bool is_kept = journal_.is_writable() && KeepDamaged().ok();
+  TellOfDamage();
+  // Everything is in the tree; if the files can't be written now, the next fold writes them.
+  if (is_kept) static_cast<void>(Fold());
+}
+
+Error RegistryStore::KeepDamaged() {
+  if (damage_.in_snapshot && damage_.snapshot_copy.empty()) {
+    Result<std::string> copy = KeepCopy(kSnapshot);
+    if (!copy.ok()) return copy.error;
+    damage_.snapshot_copy = std::move(copy.value);
+  }
+  if (damage_.in_journal && damage_.journal_copy.empty()) {
+    Result<std::string> copy = KeepCopy(kJournal);
+    if (!copy.ok()) return copy.error;
+    damage_.journal_copy = std::move(copy.value);
+  }
+  return {};
+}
+
+Result<std::string> RegistryStore::KeepCopy(std::string_view extension) {
+  const std::string path = FilePath(extension);
+  const Result<int> fd = OpenFile(calls_, path, O_RDONLY);
+  if (!fd.ok()) return fd.error;
+  const FileDescriptor file(calls_, fd.value);
+  struct stat status;
+  if (calls_.StatusOf(file.get(), &status) != 0) return ErrorFromErrno(errno);
+  std::string bytes;
+  Error error = ReadFullyAt(calls_, file.get(), static_cast<std::size_t>(status.st_size), 0, bytes);
+  if (!error.ok()) return error;
+  for (int number = 0; number < kMaxCopies; ++number) {
+    std::string copy = path + ".bad";
+    if (number > 0) copy += "." + std::to_string(number);
+    const Result<int> copy_fd = OpenFile(calls_, copy, O_WRONLY | O_CREAT | O_EXCL, kUserOnly);
+    if (copy_fd.error.kind == ErrorKind::kAlreadyExists) continue;
+    if (!copy_fd.ok()) return copy_fd.error;
+    const FileDescriptor copy_file(calls_, copy_fd.value);
+    error = WriteFully(calls_, copy_file.get(), bytes);
+    if (error.ok()) error = SyncFile(calls_, copy_file.get());
+    if (error.ok()) return copy;
+    // The damaged file is still in its place; part of a copy is of no use.
+    static_cast<void>(calls_.Unlink(copy.c_str()));
+    return error;
+  }
+  return ErrorFromErrno(EEXIST);
+}
+
+void RegistryStore::TellOfDamage() {
+  if (!damage_.any() || damage_.is_told) return;
+  damage_.is_told = true;
+  const auto whereabouts = [](const std::string& copy) {
+    return copy.empty() ? std::string("The damaged file is still in its place.")
+                        : "The damaged file has been kept as " + copy + ".";
+  };
+  if (damage_.in_snapshot) {
+    notices_.push_back("The file " + FilePath(kSnapshot) +
+                       " of your settings was damaged. What could be read of it is kept: " +
+                       std::to_string(damage_.values_kept) + " values. " +
+                       std::to_string(damage_.lines_lost) + " lines could not be read.\n\n" +
+                       whereabouts(damage_.snapshot_copy));
+  }
+  if (damage_.in_journal) {
+    notices_.push_back("The file " + FilePath(kJournal) +
+                       " of your latest settings was damaged. The changes that could be read of "
+                       "it are kept.\n\n" +
+                       whereabouts(damage_.journal_copy));
+  }
+}
+
+}  // namespace dq::platform::posix

@@ -1,0 +1,154 @@
+// One root of the registry, kept in files: a snapshot and a journal of the changes since.
+//
+// The state is that of the snapshot with the journal replayed over it. A change is one record,
+// appended in one write under the journal's lock; it is reported only then, so that it survives the
+// death of the process. Every change first counts up the generation in the journal's header, which
+// all others watch through a mapping, so that they notice it at their next call without asking the
+// system. When the journal has grown it is folded: a new snapshot is written beside the old one,
+// synced and renamed over it, and the journal is emptied under a new epoch. Death at any moment of
+// that leaves a snapshot and a journal that give the same state.
+
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "dqlib/platform/error.h"
+#include "dqlib/platform/posix/registry_journal.h"
+#include "dqlib/platform/posix/registry_journal_file.h"
+#include "dqlib/platform/posix/registry_snapshot.h"
+#include "dqlib/platform/posix/registry_tree.h"
+#include "dqlib/platform/posix/system_calls.h"
+
+namespace dq::platform::posix {
+
+/// Where a store's files lie and what its root is called.
+struct RegistryStoreNames {
+  std::string directory;
+  /// Without extension.
+  std::string file;
+  std::string root;
+};
+
+/// The files of one root and the tree they hold. Any thread.
+///
+/// The tree is guarded by a mutex of the owner's, which guards the owner's references into the tree
+/// as well: whoever reads the tree holds it, and the store holds it while it changes the tree. It
+/// is never held during a system call other than a read of the generation.
+class RegistryStore {
+ public:
+  /// Called with the mutex held when the tree is another one from now on.
+  using TreeReplaced = std::function<void(RegistryTree& from, RegistryTree& to)>;
+  /// Called when the tree is up to date and no one else can change it, without the mutex. Fills in
+  /// the change to make; false if there is none to make. Texts it fills in must last until the end
+  /// of `Change`.
+  using Planner = std::function<Result<bool>(RegistryTree& tree, JournalChange& change)>;
+  /// Called with the mutex held once the change is made.
+  using Finisher = std::function<void(RegistryTree& tree)>;
+
+  RegistryStore(SystemCalls& calls, RegistryStoreNames names, std::mutex& tree_mutex,
+                TreeReplaced tree_replaced);
+  RegistryStore(const RegistryStore&) = delete;
+  RegistryStore& operator=(const RegistryStore&) = delete;
+  ~RegistryStore();
+
+  /// With the mutex held.
+  RegistryTree& tree() { return *tree_; }
+  /// Whether the tree has everything that anyone has reported. With the mutex held.
+  bool IsCurrent() const;
+
+  /// Opens the store if need be and takes in what others have changed.
+  Error Refresh();
+  Error Change(const Planner& plan, const Finisher& finish);
+  /// Puts everything reported on the disk.
+  Error Flush();
+  /// Syncs and closes the files, folds the journal first if no one else uses it. The next call
+  /// opens them again.
+  Error Leave(bool last_user);
+
+  /// What the person must be told of, each once.
+  std::vector<std::string> TakeNotices();
+
+ private:
+  class Hold;
+
+  /// What lies in the place of good files.
+  struct Damage {
+    bool in_snapshot = false;
+    bool in_journal = false;
+    std::size_t values_kept = 0;
+    std::size_t lines_lost = 0;
+    /// Where the damaged files were copied to; "" before that.
+    std::string snapshot_copy;
+    std::string journal_copy;
+    bool is_told = false;
+
+    bool any() const { return in_snapshot || in_journal; }
+  };
+
+  std::string FilePath(std::string_view extension) const;
+
+  /// Locks the journal and brings the tree up to date; for `writing`, the journal can be written
+  /// then. `Hold` gives the lock back.
+  Error Begin(bool writing);
+  Error OpenJournal(bool writing);
+  Error OpenJournalFile(bool writable);
+  void CloseJournal();
+
+  /// With the lock.
+  Error Synchronise(std::uint64_t size, bool writing);
+  Error TakeInJournal(std::uint64_t size);
+  Error MakeHeader();
+  Error Load(std::uint64_t journal_size);
+  Error LoadSnapshot(LoadedSnapshot& loaded);
+  Error AnnounceChange();
+  Error Append(const JournalChange& change);
+
+  bool HasGrown() const;
+  Error Fold();
+  Error WriteSnapshotFile();
+  Error EmptyJournal();
+
+  void Repair();
+  Error KeepDamaged();
+  Result<std::string> KeepCopy(std::string_view extension);
+  void TellOfDamage();
+
+  SystemCalls& calls_;
+  const RegistryStoreNames names_;
+  std::mutex& tree_mutex_;
+  const TreeReplaced tree_replaced_;
+
+  /// Guards all below; taken before the tree's mutex.
+  std::mutex file_mutex_;
+  /// Opened and closed with both mutexes held.
+  JournalFile journal_;
+  /// Changed with both mutexes held.
+  std::unique_ptr<RegistryTree> tree_;
+  /// The directory can't be written and has no journal. Changed with both mutexes held.
+  bool is_without_journal_ = false;
+  /// The generation that the tree is up to date with; 0 for none.
+  std::atomic<std::uint64_t> seen_generation_ = 0;
+  /// The journal that the tree is up to date with, and up to which of its bytes.
+  std::uint64_t epoch_ = 0;
+  std::uint64_t end_ = 0;
+  bool is_loaded_ = false;
+  bool needs_sync_ = false;
+  bool directory_needs_sync_ = false;
+  std::uint64_t snapshot_size_ = 0;
+  /// A fold that failed is tried again when the journal is longer than this.
+  std::uint64_t next_fold_ = 0;
+  unsigned forks_;
+  std::string record_;
+  Damage damage_;
+  std::vector<std::string> notices_;
+};
+
+}  // namespace dq::platform::posix

@@ -1,0 +1,92 @@
+// One root of the registry in memory: keys that hold values and further keys.
+
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "dqlib/platform/posix/registry_names.h"
+#include "dqlib/platform/types.h"
+
+namespace dq::platform::posix {
+
+/// Sizes that names, paths and data may have, in bytes.
+inline constexpr std::size_t kMaxKeyName = 255;
+inline constexpr std::size_t kMaxKeyPath = 16'383;
+inline constexpr std::size_t kMaxValueName = 16'383;
+inline constexpr std::size_t kMaxValueData = std::size_t{64} << 20;
+
+/// Whether a value may have this name.
+bool IsValueName(std::string_view name);
+/// Whether all names on a path, which may be empty, are names that keys may have.
+bool IsKeyPath(std::string_view path);
+
+/// Takes the first name off a path, and separators around it; "" at the end of the path.
+std::string_view TakeKeyName(std::string_view& path);
+
+struct TreeValue {
+  std::string name;
+  std::uint32_t hash = 0;
+  DWORD type = 0;
+  std::string data;
+};
+
+struct TreeKey;
+
+/// How a key is known to the one above it. `name` is that of the key.
+struct TreeChild {
+  std::string_view name;
+  std::uint32_t hash = 0;
+  TreeKey* key = nullptr;
+};
+
+struct TreeKey {
+  std::string name;
+  TreeKey* parent = nullptr;
+  /// Never used twice in a tree; 0 for a key that was deleted.
+  std::uint64_t id = 0;
+  NameTable<TreeValue> values;
+  NameTable<TreeChild> children;
+};
+
+/// A tree of keys below a root without a name. Keys stay where they are in memory as long as the
+/// tree; one that was deleted is used again under another id. One thread at a time.
+class RegistryTree {
+ public:
+  RegistryTree();
+  RegistryTree(const RegistryTree&) = delete;
+  RegistryTree& operator=(const RegistryTree&) = delete;
+
+  TreeKey& root() { return *root_; }
+  const TreeKey& root() const { return *root_; }
+
+  /// The key at a path below another, or null.
+  TreeKey* FindKey(TreeKey& from, std::string_view path) const;
+  /// The same, and makes what isn't there. The path must be one that keys may have.
+  TreeKey& MakeKey(TreeKey& from, std::string_view path);
+  /// Deletes a key that isn't the root, with all below it.
+  void DeleteKey(TreeKey& key);
+
+  static const TreeValue* FindValue(const TreeKey& key, std::string_view name);
+  /// Sets a value; one that exists keeps the spelling of its name.
+  static void SetValue(TreeKey& key, std::string_view name, DWORD type, std::string_view data);
+  /// False if there is no such value.
+  static bool DeleteValue(TreeKey& key, std::string_view name);
+
+  /// The names from the root to a key, with separators between them; "" for the root.
+  static std::string PathOf(const TreeKey& key);
+
+ private:
+  TreeKey& NewKey();
+
+  std::deque<TreeKey> keys_;
+  std::vector<TreeKey*> unused_;
+  std::uint64_t last_id_ = 0;
+  TreeKey* root_;
+};
+
+}  // namespace dq::platform::posix

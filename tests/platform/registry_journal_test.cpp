@@ -1,0 +1,149 @@
+#include "dqlib/platform/posix/registry_journal.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "dqlib/platform/checksum.h"
+#include "dqlib/platform/posix/registry_snapshot.h"
+#include "dqlib/platform/registry.h"
+
+namespace dq::platform::posix {
+namespace {
+
+constexpr std::uint64_t kEpoch = 7;
+
+std::string TextOf(const RegistryTree& tree) {
+  std::string text;
+  const Error error = WriteSnapshot(tree, "ROOT", [&](std::string_view piece) {
+    text += piece;
+    return Error{};
+  });
+  EXPECT_TRUE(error.ok());
+  return text;
+}
+
+/// Records of changes, one behind the other from the begin of a journal.
+struct Records {
+  explicit Records(const std::vector<JournalChange>& changes) {
+    for (const JournalChange& change : changes) {
+      std::string record;
+      EncodeJournalRecord(change, kEpoch, kJournalHeaderSize + bytes.size(), record);
+      bytes += record;
+      ends.push_back(bytes.size());
+    }
+  }
+  std::string bytes;
+  std::vector<std::size_t> ends;
+};
+
+JournalReplay Replay(std::string_view bytes, RegistryTree& tree) {
+  return ReplayJournal(bytes, kEpoch, kJournalHeaderSize, tree);
+}
+
+const std::vector<JournalChange> kChanges = {
+    {JournalOperation::kCreateKey, "a\\b"},
+    {JournalOperation::kSetValue, "a\\b", "v", 1, "one"},
+    {JournalOperation::kSetValue, "a\\b", "V", 3, "two"},
+    {JournalOperation::kDeleteValue, "a\\b", "v"},
+    {JournalOperation::kSetValue, "a\\b", "w", 1, ""},
+    {JournalOperation::kDeleteKey, "a\\b"},
+    {JournalOperation::kCreateKey, "a\\B"},
+    {JournalOperation::kSetValue, "A\\b", "x", 0xFFFFFFFF, "three"},
+};
+
+TEST(Checksum, IsTheCastagnoliOneInPiecesOfAnySize) {
+  constexpr std::string_view kDigits = "123456789";
+  EXPECT_EQ(Checksum(kDigits), 0xE3069283u);
+  for (std::size_t cut = 0; cut <= kDigits.size(); ++cut) {
+    EXPECT_EQ(Checksum(kDigits.substr(cut), Checksum(kDigits.substr(0, cut))), 0xE3069283u);
+  }
+}
+
+TEST(RegistryJournal, ATornTailIsDroppedAtEveryByte) {
+  const Records records(kChanges);
+  for (std::size_t cut = 0; cut <= records.bytes.size(); ++cut) {
+    RegistryTree tree;
+    const JournalReplay replay = Replay(records.bytes.substr(0, cut), tree);
+    std::size_t whole = 0;
+    while (whole < records.ends.size() && records.ends[whole] <= cut) ++whole;
+    EXPECT_EQ(replay.records, whole) << cut;
+    EXPECT_EQ(replay.end, kJournalHeaderSize + (whole == 0 ? 0 : records.ends[whole - 1]));
+    EXPECT_EQ(replay.gaps, 0u) << cut;
+  }
+}
+
+TEST(RegistryJournal, ADamagedByteCostsOneRecord) {
+  const Records records(kChanges);
+  for (std::size_t at = 0; at < records.bytes.size(); ++at) {
+    std::string bytes = records.bytes;
+    bytes[at] = static_cast<char>(bytes[at] ^ 0x10);
+    RegistryTree tree;
+    const JournalReplay replay = Replay(bytes, tree);
+    EXPECT_EQ(replay.records, kChanges.size() - 1) << at;
+    EXPECT_EQ(replay.gaps, at < records.ends[kChanges.size() - 2] ? 1u : 0u) << at;
+  }
+}
+
+TEST(RegistryJournal, RecordsCountInTheirOwnJournalAndPlaceOnly) {
+  const Records inner({{JournalOperation::kCreateKey, "inner"}});
+  const Records outer({{JournalOperation::kSetValue, "k", "v", 1, inner.bytes},
+                       {JournalOperation::kCreateKey, "last"}});
+  // The record in the value must not come to light when the one around it is damaged.
+  std::string bytes = outer.bytes;
+  bytes[0] ^= 1;
+  RegistryTree tree;
+  EXPECT_EQ(Replay(bytes, tree).records, 1u);
+  EXPECT_EQ(tree.FindKey(tree.root(), "inner"), nullptr);
+  EXPECT_EQ(ReplayJournal(outer.bytes, kEpoch + 1, kJournalHeaderSize, tree).records, 0u);
+  EXPECT_EQ(ReplayJournal(outer.bytes, kEpoch, kJournalHeaderSize + 1, tree).records, 0u);
+  EXPECT_EQ(FindJournalEpoch(bytes, kJournalHeaderSize), kEpoch);
+}
+
+TEST(RegistryJournal, ReplayingOverAnyLaterStateGivesTheLastOne) {
+  RegistryTree whole;
+  Replay(Records(kChanges).bytes, whole);
+  for (std::size_t count = 0; count <= kChanges.size(); ++count) {
+    RegistryTree tree;
+    for (std::size_t i = 0; i < count; ++i) ApplyChange(kChanges[i], tree);
+    Replay(Records(kChanges).bytes, tree);
+    EXPECT_EQ(TextOf(tree), TextOf(whole)) << count;
+  }
+}
+
+TEST(RegistryJournal, AHeaderIsWholeOrNone) {
+  const std::string head = EncodeJournalHead({1, 2, 3});
+  ASSERT_EQ(head.size(), kJournalHeadSize);
+  EXPECT_EQ(DecodeJournalHead(head)->former_size, 3u);
+  for (std::size_t at = 0; at < head.size(); ++at) {
+    std::string damaged = head;
+    damaged[at] = static_cast<char>(damaged[at] ^ 1);
+    EXPECT_FALSE(DecodeJournalHead(damaged)) << at;
+    EXPECT_FALSE(DecodeJournalHead(head.substr(0, at)));
+  }
+}
+
+TEST(RegistrySnapshot, EveryMissingAndEveryChangedByteIsFound) {
+  RegistryTree tree;
+  TreeKey& key = tree.MakeKey(tree.root(), "Software\\Velmora");
+  RegistryTree::SetValue(key, "Path", REGISTRY_STRING, std::string_view("C:\\x\0", 5));
+  RegistryTree::SetValue(key, "Font", REGISTRY_BINARY, std::string(60, 'f'));
+  RegistryTree::SetValue(tree.MakeKey(tree.root(), "Empty\\Key"), "", REGISTRY_DWORD, "abcd");
+  const std::string text = TextOf(tree);
+  const LoadedSnapshot loaded = ReadSnapshot(text, "ROOT");
+  EXPECT_FALSE(loaded.damaged);
+  EXPECT_EQ(TextOf(*loaded.tree), text);
+  EXPECT_EQ(loaded.values, 3u);
+  EXPECT_TRUE(ReadSnapshot(text, "OTHER").damaged);
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    EXPECT_TRUE(ReadSnapshot(text.substr(0, at), "ROOT").damaged) << at;
+    std::string changed = text;
+    changed[at] = static_cast<char>(changed[at] ^ 4);
+    const LoadedSnapshot salvaged = ReadSnapshot(changed, "ROOT");
+    EXPECT_TRUE(salvaged.damaged) << at;
+    EXPECT_GE(salvaged.values, 1u) << at;
+  }
+}
+
+}  // namespace
+}  // namespace dq::platform::posix

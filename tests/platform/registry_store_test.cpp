@@ -1,0 +1,424 @@
+// The files of the registry when they are damaged, can't be written, or are deleted.
+
+#include "dqlib/platform/posix/registry_store.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <filesystem>
+#include <functional>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <sys/file.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+#include "dqlib/platform/posix/registry.h"
+#include "tests/support/failing_system_calls.h"
+#include "tests/support/registry_dump.h"
+#include "tests/support/scripted_prompts.h"
+#include "tests/support/temp_directory.h"
+
+namespace dq::platform::posix {
+namespace {
+
+using dq::testing::ScriptedPrompts;
+using test::Dump;
+using test::Read;
+using test::RegistryDump;
+using test::TempDirectory;
+
+constexpr std::size_t kHeader = kJournalHeaderSize;
+
+HKEY Key(Registry& registry, std::string_view path = "k") {
+  return registry.CreateKey(kCurrentUser, path).value;
+}
+
+Error Set(Registry& registry, std::string_view name, std::string_view data) {
+  const Result<HKEY> key = registry.CreateKey(kCurrentUser, "k");
+  if (!key.ok()) return key.error;
+  const Error error = registry.SetValue(key.value, name, REGISTRY_BINARY, data);
+  registry.CloseKey(key.value);
+  return error;
+}
+
+std::string Get(Registry& registry, std::string_view name) {
+  const HKEY key = registry.OpenKey(kCurrentUser, "k").value;
+  const std::string data = Read(registry, key, name);
+  registry.CloseKey(key);
+  return data;
+}
+
+/// Leaves the files of a registry as they are now in `copy`, as a process that is killed would.
+void CopyFiles(const TempDirectory& from, const TempDirectory& copy) {
+  std::filesystem::copy(from.path(), copy.path());
+}
+
+/// A directory with three values in its journal, or in its snapshot.
+void Fill(const TempDirectory& directory, bool in_snapshot) {
+  const TempDirectory work;
+  FileRegistry registry(work.path());
+  for (const char* name : {"one", "two", "three"}) EXPECT_TRUE(Set(registry, name, name).ok());
+  EXPECT_TRUE(!in_snapshot || registry.Leave().ok());
+  CopyFiles(work, directory);
+}
+
+/// Works in memory, where syncing thousands of times takes no time.
+class RegistryStoreTest : public ::testing::Test {
+  const test::ScopedVariable in_memory_{"TMPDIR",
+                                        ::access("/dev/shm", W_OK) == 0 ? "/dev/shm" : "/tmp"};
+};
+
+TEST_F(RegistryStoreTest, ATornJournalIsReadUpToItsLastChangeWithoutAWord) {
+  const TempDirectory full;
+  Fill(full, false);
+  const std::string bytes = full.Get("hkcu.journal");
+  ScriptedPrompts prompts;
+  std::size_t whole_before = 0;
+  for (std::size_t cut = 0; cut <= bytes.size(); ++cut) {
+    const TempDirectory directory;
+    directory.Put("hkcu.journal", bytes.substr(0, cut));
+    FileRegistry registry(directory.path());
+    const RegistryDump dump = Dump(registry);
+    const std::size_t whole = dump.size() == 1 ? 0 : 1 + dump.at("k").size();
+    EXPECT_GE(whole, whole_before) << cut;
+    whole_before = whole;
+    // What comes next stands behind the last whole record, and is there for the next one.
+    EXPECT_TRUE(Set(registry, "next", "x").ok()) << cut;
+    EXPECT_EQ(Get(*std::make_unique<FileRegistry>(directory.path()), "next"), "x") << cut;
+  }
+  EXPECT_EQ(whole_before, 4u);
+  EXPECT_TRUE(prompts.shown.empty());
+}
+
+TEST_F(RegistryStoreTest, ADamagedSnapshotIsSalvagedKeptAndToldOnce) {
+  const TempDirectory full;
+  Fill(full, true);
+  const std::string bytes = full.Get("hkcu.reg");
+  for (std::size_t cut = 0; cut < bytes.size(); ++cut) {
+    const TempDirectory directory;
+    directory.Put("hkcu.reg", bytes.substr(0, cut));
+    directory.Put("hkcu.reg.bad", "of last time");
+    ScriptedPrompts prompts;
+    RegistryDump salvaged;
+    {
+      FileRegistry registry(directory.path());
+      salvaged = Dump(registry);
+      for (const auto& [path, values] : salvaged) {
+        for (const auto& [name, value] : values) EXPECT_EQ(name, value.second) << cut;
+      }
+      ASSERT_EQ(prompts.shown.size(), 1u) << cut;
+      EXPECT_EQ(prompts.shown[0].type, UINT{BOX_EXCLAMATION});
+      EXPECT_NE(prompts.shown[0].text.find(directory / "hkcu.reg.bad.1"), std::string::npos);
+      EXPECT_EQ(Dump(*std::make_unique<FileRegistry>(directory.path())), Dump(registry));
+    }
+    EXPECT_EQ(directory.Get("hkcu.reg.bad.1"), bytes.substr(0, cut));
+    EXPECT_EQ(directory.Mode("hkcu.reg.bad.1"), 0600u);
+    FileRegistry again(directory.path());
+    EXPECT_EQ(Dump(again), salvaged) << cut;
+    EXPECT_EQ(prompts.shown.size(), 1u) << cut;
+  }
+}
+
+TEST_F(RegistryStoreTest, AJournalDamagedInTheMiddleLosesOnlyWhatIsDamaged) {
+  struct Case {
+    const char* what;
+    std::size_t at;
+    const char* lost;
+  };
+  const TempDirectory full;
+  Fill(full, false);
+  const std::string bytes = full.Get("hkcu.journal");
+  for (const Case& c :
+       {Case{"header", 3, ""}, Case{"epoch", 9, ""}, Case{"record", bytes.find("two"), "two"}}) {
+    const TempDirectory directory;
+    std::string damaged = bytes;
+    damaged[c.at] ^= 1;
+    directory.Put("hkcu.journal", damaged);
+    ScriptedPrompts prompts;
+    FileRegistry registry(directory.path());
+    for (const std::string name : {"one", "two", "three"}) {
+      EXPECT_EQ(Get(registry, name), name == c.lost ? "(error 1)" : name) << c.what;
+    }
+    ASSERT_EQ(prompts.shown.size(), 1u) << c.what;
+    EXPECT_EQ(directory.Get("hkcu.journal.bad"), damaged) << c.what;
+    EXPECT_TRUE(Set(registry, "next", "x").ok());
+    EXPECT_EQ(Dump(*std::make_unique<FileRegistry>(directory.path())), Dump(registry));
+    EXPECT_EQ(prompts.shown.size(), 1u) << c.what;
+  }
+}
+
+TEST_F(RegistryStoreTest, AGrownJournalIsFoldedWhileOthersHaveItOpen) {
+  const TempDirectory directory;
+  FileRegistry writer(directory.path());
+  FileRegistry reader(directory.path());
+  FileRegistry sleeper(directory.path());
+  EXPECT_TRUE(Set(sleeper, "first", "x").ok());
+  const HKEY asleep = sleeper.OpenKey(kCurrentUser, "k").value;
+  const HKEY doomed = Key(sleeper, "doomed");
+  EXPECT_TRUE(writer.DeleteKey(kCurrentUser, "doomed").ok());
+  // Four folds and more; the reader follows each, the sleeper wakes when all are over.
+  for (int i = 0; i < 700; ++i) {
+    const std::string data(10'000, static_cast<char>('a' + i % 26));
+    ASSERT_TRUE(Set(i % 2 ? writer : reader, "v" + std::to_string(i % 60), data).ok());
+    ASSERT_EQ(Get(i % 2 ? reader : writer, "v" + std::to_string(i % 60)), data);
+  }
+  EXPECT_LT(std::filesystem::file_size(directory / "hkcu.journal"), 3u << 20);
+  EXPECT_GT(std::filesystem::file_size(directory / "hkcu.reg"), 600'000u);
+  EXPECT_EQ(Read(sleeper, asleep, "v59").size(), 10'000u);
+  EXPECT_EQ(Read(sleeper, doomed, "v"), "(error 1)");
+  EXPECT_TRUE(sleeper.SetValue(asleep, "last", 1, "x").ok());
+  EXPECT_EQ(Dump(writer), Dump(sleeper));
+}
+
+TEST_F(RegistryStoreTest, OnlyTheLastUserFolds) {
+  const TempDirectory directory;
+  auto first = std::make_unique<FileRegistry>(directory.path());
+  auto second = std::make_unique<FileRegistry>(directory.path());
+  EXPECT_TRUE(Set(*first, "a", "1").ok());
+  EXPECT_EQ(Get(*second, "a"), "1");
+  first.reset();
+  EXPECT_EQ(directory.Get("hkcu.reg"), "(none)");
+  second.reset();
+  EXPECT_EQ(std::filesystem::file_size(directory / "hkcu.journal"), kHeader);
+  EXPECT_EQ(Get(*std::make_unique<FileRegistry>(directory.path()), "a"), "1");
+}
+
+TEST_F(RegistryStoreTest, FilesThatAreDeletedMeanwhileAreMadeAgain) {
+  const TempDirectory outer;
+  const std::string files = outer / "registry";
+  FileRegistry registry(files);
+  EXPECT_TRUE(Set(registry, "old", "x").ok());
+  std::filesystem::remove_all(files);
+  // The files are the truth: the key went with them.
+  EXPECT_EQ(Set(registry, "new", "y").kind, ErrorKind::kNotFound);
+  EXPECT_TRUE(Set(registry, "new", "y").ok());
+  EXPECT_EQ(Get(registry, "old"), "(error 1)");
+  EXPECT_EQ(Get(*std::make_unique<FileRegistry>(files), "new"), "y");
+}
+
+/// What is done in turn, and what the registry holds afterwards.
+struct Step {
+  const char* what;
+  std::function<Error(Registry&)> run;
+};
+
+constexpr std::size_t kFoldingStep = 10;
+const std::vector<Step>& Steps() {
+  static const std::string large(345'000, 'x');
+  static const std::vector<Step> steps = {
+      {"create", [](Registry& r) { return r.CreateKey(kCurrentUser, "k\\sub").error; }},
+      {"set", [](Registry& r) { return Set(r, "a", "1"); }},
+      {"set another", [](Registry& r) { return Set(r, "b", "2"); }},
+      {"change", [](Registry& r) { return Set(r, "a", "3"); }},
+      {"delete value", [](Registry& r) { return r.DeleteValue(Key(r), "b"); }},
+      {"delete key", [](Registry& r) { return r.DeleteKey(kCurrentUser, "k\\sub"); }},
+      {"grow 1", [](Registry& r) { return Set(r, "large", large); }},
+      {"grow 2", [](Registry& r) { return Set(r, "large", large + "2"); }},
+      {"grow 3", [](Registry& r) { return Set(r, "large", large + "3"); }},
+      {"shrink", [](Registry& r) { return r.DeleteValue(Key(r), "large"); }},
+      {"fold", [](Registry& r) { return Set(r, "b", std::string(20'000, 'y')); }},
+      {"flush", [](Registry& r) { return r.Flush(); }},
+      {"leave", [](Registry& r) { return static_cast<FileRegistry&>(r).Leave(); }},
+      {"set after leaving", [](Registry& r) { return Set(r, "c", "5"); }},
+  };
+  return steps;
+}
+
+TEST_F(RegistryStoreTest, AnySystemCallMayFailAndNothingElseChanges) {
+  RegistryDump expected;
+  {
+    const TempDirectory directory;
+    FileRegistry registry(directory.path());
+    for (const Step& step : Steps()) {
+      ASSERT_TRUE(step.run(registry).ok()) << step.what;
+      const bool is_folded = std::filesystem::exists(directory / "hkcu.reg");
+      ASSERT_EQ(is_folded, &step >= &Steps()[kFoldingStep]) << step.what;
+    }
+    expected = Dump(registry);
+  }
+  ScriptedPrompts prompts;
+  for (const int error : {EIO, ENOSPC, EACCES}) {
+    test::FailingSystemCalls calls;
+    int failures = 0;
+    for (int number = 1;; ++number) {
+      const TempDirectory directory;
+      FileRegistry registry(directory / "made/registry", calls);
+      calls.Fail(number, error);
+      std::string trace = "call " + std::to_string(number) + ", errno " + std::to_string(error);
+      for (const Step& step : Steps()) {
+        const auto state = [&] {
+          const TempDirectory copy;
+          if (std::filesystem::exists(directory / "made/registry")) {
+            std::filesystem::copy(directory / "made/registry", copy.path());
+          }
+          return Dump(*std::make_unique<FileRegistry>(copy.path()));
+        };
+        const RegistryDump before = number % 5 == 0 ? state() : RegistryDump();
+        if (step.run(registry).ok()) continue;
+        ++failures;
+        EXPECT_TRUE(calls.failed()) << trace << ": " << step.what;
+        // The call that failed has done nothing, and does it when it is made again.
+        EXPECT_TRUE(number % 5 != 0 || state() == before) << trace << ": " << step.what;
+        EXPECT_TRUE(step.run(registry).ok()) << trace << ": again " << step.what;
+      }
+      EXPECT_EQ(Dump(registry), expected) << trace;
+      EXPECT_EQ(Dump(*std::make_unique<FileRegistry>(directory / "made/registry")), expected)
+          << trace;
+      if (!calls.failed()) break;
+      calls.Fail(0, 0);
+    }
+    EXPECT_GT(failures, 20) << error;
+  }
+  EXPECT_TRUE(prompts.shown.empty());
+}
+
+/// A disk with room for so many bytes more; a write takes what still fits.
+class FullDisk : public SystemCalls {
+ public:
+  explicit FullDisk(std::size_t bytes) : room(bytes) {}
+  ssize_t Write(int fd, const void* data, std::size_t size) override {
+    return Take(size) == 0 ? -1 : SystemCalls::Write(fd, data, taken_);
+  }
+  ssize_t PositionedWrite(int fd, const void* data, std::size_t size, off_t offset) override {
+    return Take(size) == 0 ? -1 : SystemCalls::PositionedWrite(fd, data, taken_, offset);
+  }
+  std::size_t room;
+
+ private:
+  std::size_t Take(std::size_t size) {
+    taken_ = std::min(size, room);
+    room -= taken_;
+    if (taken_ == 0) errno = ENOSPC;
+    return taken_;
+  }
+  std::size_t taken_ = 0;
+};
+
+/// Sets values until there is no room, and checks that those reported are there, also for others.
+/// Returns how many there are.
+int FillUp(FileRegistry& registry, const std::string& files) {
+  int count = 0;
+  Error error;
+  while (count < 10'000) {
+    error = Set(registry, "v" + std::to_string(count), std::string(1'000, 'x'));
+    if (!error.ok()) break;
+    ++count;
+  }
+  EXPECT_EQ(error.kind, ErrorKind::kNoSpace);
+  const RegistryDump dump = Dump(registry);
+  EXPECT_EQ(dump.contains("k") ? dump.at("k").size() : 0u, static_cast<std::size_t>(count));
+  // Without room for a journal not even reading has an answer.
+  EXPECT_TRUE(dump.empty() || Dump(*std::make_unique<FileRegistry>(files)) == dump);
+  return count;
+}
+
+TEST_F(RegistryStoreTest, AFullDiskIsToldAndLosesNothing) {
+  // At each byte that a write can end at: in the header, the generation, and the first records.
+  for (std::size_t room = 0; room < 3'000; room += room < 300 ? 1 : 97) {
+    const TempDirectory directory;
+    FullDisk disk(room);
+    FileRegistry registry(directory.path(), disk);
+    FillUp(registry, directory.path());
+    disk.room = 1 << 20;
+    EXPECT_TRUE(Set(registry, "room again", "x").ok()) << room;
+    EXPECT_EQ(Get(*std::make_unique<FileRegistry>(directory.path()), "room again"), "x") << room;
+  }
+  // In the middle of folds, whose snapshots have no room any more.
+  const TempDirectory directory;
+  FullDisk disk(std::size_t{3} << 20);
+  EXPECT_GT(FillUp(*std::make_unique<FileRegistry>(directory.path(), disk), directory.path()), 990);
+  EXPECT_EQ(directory.Get("hkcu.reg.tmp"), "(none)");
+
+  // A real file system, where the machine lets one be mounted.
+  const TempDirectory mounted;
+  if (::mount("tmpfs", mounted.path().c_str(), "tmpfs", 0, "size=2m") == 0) {
+    EXPECT_GT(FillUp(*std::make_unique<FileRegistry>(mounted.path()), mounted.path()), 500);
+    EXPECT_EQ(::umount(mounted.path().c_str()), 0);
+  }
+}
+
+/// Runs `work` in a child without the rights of the administrator.
+void RunAsNobody(const std::function<void()>& work) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    if (::getuid() == 0 && (::setgid(65'534) != 0 || ::setuid(65'534) != 0)) ::_exit(2);
+    work();
+    ::_exit(::testing::Test::HasFailure() ? 1 : 0);
+  }
+  int status = 0;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  EXPECT_EQ(status, 0);
+}
+
+TEST_F(RegistryStoreTest, ADirectoryThatCannotBeWrittenCanStillBeRead) {
+  for (const bool has_journal : {false, true}) {
+    const TempDirectory directory;
+    Fill(directory, true);
+    for (const char* file : {"hkcu.reg", "hkcu.journal"}) {
+      ::chmod((directory / file).c_str(), 0444);
+    }
+    if (!has_journal) std::filesystem::remove(directory / "hkcu.journal");
+    ::chmod(directory.path().c_str(), 0555);
+    RunAsNobody([&] {
+      FileRegistry registry(directory.path());
+      EXPECT_EQ(Get(registry, "two"), "two");
+      EXPECT_EQ(registry.OpenKey(kLocalMachine, "k").error.kind, ErrorKind::kNotFound);
+      EXPECT_EQ(registry.SetValue(registry.OpenKey(kCurrentUser, "k").value, "two", 1, "x").kind,
+                ErrorKind::kAccessDenied);
+      EXPECT_EQ(registry.CreateKey(kLocalMachine, "k").error.kind, ErrorKind::kAccessDenied);
+      EXPECT_EQ(Get(registry, "two"), "two");
+      // Below it no directory can be made: not even reading has an answer.
+      FileRegistry none(directory / "none");
+      EXPECT_EQ(none.OpenKey(kCurrentUser, "").error.kind, ErrorKind::kAccessDenied);
+    });
+    ::chmod(directory.path().c_str(), 0755);
+    ::chmod((directory / "hkcu.reg").c_str(), 0);
+    RunAsNobody([&] {
+      FileRegistry registry(directory.path());
+      EXPECT_EQ(registry.OpenKey(kCurrentUser, "").error.kind, ErrorKind::kAccessDenied)
+          << "a snapshot that can't be read is not an empty one";
+    });
+  }
+  FileRegistry homeless("");
+  EXPECT_EQ(homeless.CreateKey(kCurrentUser, "k").error.kind, ErrorKind::kNotFound);
+}
+
+TEST_F(RegistryStoreTest, WithoutAMappingChangesAreSeenAllTheSame) {
+  class NoMapping : public SystemCalls {
+    void* Map(std::size_t, int, int) override { return reinterpret_cast<void*>(-1); }
+  } calls;
+  const TempDirectory directory;
+  FileRegistry plain(directory.path());
+  FileRegistry unmapped(directory.path(), calls);
+  for (int i = 0; i < 10; ++i) {
+    EXPECT_TRUE(Set(plain, "v", std::to_string(i)).ok());
+    EXPECT_EQ(Get(unmapped, "v"), std::to_string(i));
+    EXPECT_TRUE(Set(unmapped, "w", std::to_string(i)).ok());
+    EXPECT_EQ(Get(plain, "w"), std::to_string(i));
+  }
+}
+
+TEST_F(RegistryStoreTest, ALockThatCannotBeGivenBackStopsNobody) {
+  class Sticky : public SystemCalls {
+    int Lock(int fd, int operation) override {
+      if (operation != LOCK_UN) return SystemCalls::Lock(fd, operation);
+      errno = EIO;
+      return -1;
+    }
+  } calls;
+  const TempDirectory directory;
+  FileRegistry sticky(directory.path(), calls);
+  const HKEY key = Key(sticky);
+  EXPECT_TRUE(sticky.SetValue(key, "v", 1, "x").ok());
+  FileRegistry other(directory.path());
+  EXPECT_TRUE(Set(other, "w", "y").ok());
+  EXPECT_EQ(Read(sticky, key, "w"), "y");
+}
+
+}  // namespace
+}  // namespace dq::platform::posix
