@@ -160,8 +160,10 @@ TEST(CodePage, FullWidthLatinLettersAreTheOnlyTwoByteOnesWithCase) {
       if (!CodePage::Get(page)->IsLeadByte(static_cast<unsigned char>(lead))) continue;
       for (int trail = 0; trail < 0x100; ++trail) {
         const std::string pair = {static_cast<char>(lead), static_cast<char>(trail)};
-        EXPECT_EQ(Lower(page, pair) != pair, upper.contains(pair)) << page << ' ' << pair;
-        EXPECT_EQ(Upper(page, pair) != pair, lower.contains(pair)) << page << ' ' << pair;
+        EXPECT_EQ(Lower(page, pair) != pair, upper.contains(pair))
+            << page << ' ' << testing::PrintToString(pair);
+        EXPECT_EQ(Upper(page, pair) != pair, lower.contains(pair))
+            << page << ' ' << testing::PrintToString(pair);
       }
     }
   }

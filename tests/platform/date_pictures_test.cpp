@@ -83,7 +83,20 @@ TEST(DatePictures, SeparatorIsWhatStandsBetweenTheFirstTwoElements) {
   for (const char* picture : {"yyyy'J'MM", "yyyy", "yyyy.", "", "tt"}) {
     EXPECT_EQ(PictureSeparator(picture, "dMy", "/"), "/") << picture;
   }
-  EXPECT_EQ(WithoutQuotedText("'H' hh''mm 'o''c'"), " hhmm ");
+}
+
+TEST(DatePictures, TellTheOrderOfTheDateAndTheClock) {
+  struct {
+    const char* picture;
+    const char* order;
+  } const dates[] = {
+      {"M/d/yyyy", "0"},        {"d.M.yy", "1"},       {"yyyy-MM-dd", "2"},
+      {"yy dd. MM", "2"},       {"dddd, MMMM d", "0"}, {"dddd dd MMM yyyy", "1"},
+      {"'yd' M 'd'/dd/y", "0"}, {"dddd", "1"},
+  };
+  for (const auto& c : dates) EXPECT_EQ(DateOrder(c.picture), c.order) << c.picture;
+  EXPECT_TRUE(HasTwentyFourHours("'h' H:mm"));
+  EXPECT_FALSE(HasTwentyFourHours("'H' h''mm tt"));
 }
 
 }  // namespace

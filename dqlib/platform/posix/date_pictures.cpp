@@ -163,6 +163,20 @@ std::string Picture(const Tokens& tokens) {
   return picture;
 }
 
+/// A picture without its quoted text, which leaves the letters of its elements.
+std::string WithoutQuotedText(std::string_view picture) {
+  std::string elements;
+  bool quoted = false;
+  for (const char character : picture) {
+    if (character == '\'') {
+      quoted = !quoted;
+    } else if (!quoted) {
+      elements += character;
+    }
+  }
+  return elements;
+}
+
 /// The date in `all`: a text before the time keeps what belongs to the element before it, and those
 /// within and behind the time go.
 Tokens DateOnly(const Tokens& all) {
@@ -225,17 +239,20 @@ std::string PictureSeparator(std::string_view picture, std::string_view letters,
   return std::string(separator.find('\'') == separator.npos ? separator : fallback);
 }
 
-std::string WithoutQuotedText(std::string_view picture) {
-  std::string elements;
-  bool quoted = false;
-  for (const char character : picture) {
-    if (character == '\'') {
-      quoted = !quoted;
-    } else if (!quoted) {
-      elements += character;
-    }
+std::string DateOrder(std::string_view picture) {
+  const std::string elements = WithoutQuotedText(picture);
+  const std::size_t year = elements.find('y');
+  const std::size_t month = elements.find('M');
+  if (year < month) return "2";
+  std::size_t day = elements.find('d');
+  while (day != elements.npos && elements.compare(day, 3, "ddd") == 0) {
+    day = elements.find('d', elements.find_first_not_of('d', day));
   }
-  return elements;
+  return month < day ? "0" : "1";
+}
+
+bool HasTwentyFourHours(std::string_view picture) {
+  return WithoutQuotedText(picture).find('H') != std::string::npos;
 }
 
 }  // namespace dq::platform::posix

@@ -36,7 +36,11 @@ std::string LongDatePicture(const DatePatterns& patterns);
 std::string PictureSeparator(std::string_view picture, std::string_view letters,
                              std::string_view fallback);
 
-/// A picture without its quoted text, which leaves the letters of its elements.
-std::string WithoutQuotedText(std::string_view picture);
+/// The order of day, month and year in a picture, as `LOCALE_IDATE` has it; the name of a day
+/// doesn't count.
+std::string DateOrder(std::string_view picture);
+
+/// True if a picture has hours of a 24-hour clock.
+bool HasTwentyFourHours(std::string_view picture);
 
 }  // namespace dq::platform::posix

@@ -1,5 +1,6 @@
 #include "dqlib/platform/locale.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstdlib>
 #include <langinfo.h>
@@ -111,19 +112,21 @@ std::string Text(nl_item item, locale_t locale) { return nl_langinfo_l(item, loc
 
 /// "3;0" from the system's list of group sizes, whose last one goes on for ever unless `CHAR_MAX`
 /// stands behind it.
-std::string Grouping(const std::string& sizes) {
+std::string Grouping(std::string sizes) {
+  const std::size_t end = std::min(sizes.find(CHAR_MAX), sizes.size());
+  const bool goes_on = end == sizes.size();
+  sizes.resize(end);
+  if (sizes.empty()) return "0";
+  // That the last size is given again says no more than that it goes on.
+  while (goes_on && sizes.size() > 1 && sizes.ends_with(sizes[sizes.size() - 2])) sizes.pop_back();
   std::string text;
-  std::size_t last = 0;
-  for (std::size_t i = 0; i < sizes.size(); ++i) {
-    if (sizes[i] == CHAR_MAX || sizes[i] < 0) return text.empty() ? "0" : text;
-    // Repeating a size says no more than the end of the list does.
-    const bool repeats = i > last && sizes[i] == sizes[last];
-    last = i;
-    if (repeats) continue;
-    if (!text.empty()) text += ';';
-    text += std::to_string(static_cast<int>(sizes[i]));
+  for (const char size : sizes) text += std::to_string(static_cast<int>(size)) + ';';
+  if (goes_on) {
+    text += '0';
+  } else {
+    text.pop_back();
   }
-  return text.empty() ? "0" : text + ";0";
+  return text;
 }
 
 void TakeNumberItems(Items& items, locale_t locale) {
@@ -132,20 +135,6 @@ void TakeNumberItems(Items& items, locale_t locale) {
   items[LOCALE_SGROUPING] = Grouping(Text(GROUPING, locale));
   // The system has none; a list of numbers must not be cut at their decimal separators.
   items[LOCALE_SLIST] = items[LOCALE_SDECIMAL] == "," ? ";" : ",";
-}
-
-/// 0, 1 or 2 as `LOCALE_IDATE` has it.
-std::string DateOrder(const std::string& picture) {
-  const std::string elements = WithoutQuotedText(picture);
-  const std::size_t year = elements.find('y');
-  const std::size_t month = elements.find('M');
-  if (year < month) return "2";
-  // Three and four letters are the name of a day.
-  std::size_t day = elements.find('d');
-  while (day != elements.npos && elements.compare(day, 3, "ddd") == 0) {
-    day = elements.find('d', elements.find_first_not_of('d', day));
-  }
-  return month < day ? "0" : "1";
 }
 
 void TakeTimeItems(Items& items, locale_t locale) {
@@ -161,7 +150,7 @@ void TakeTimeItems(Items& items, locale_t locale) {
   items[LOCALE_SDATE] = PictureSeparator(date, "dMy", "/");
   items[LOCALE_STIME] = PictureSeparator(time, "Hhm", ":");
   items[LOCALE_IDATE] = DateOrder(date);
-  items[LOCALE_ITIME] = WithoutQuotedText(time).find('H') == std::string::npos ? "0" : "1";
+  items[LOCALE_ITIME] = HasTwentyFourHours(time) ? "1" : "0";
   items[LOCALE_S1159] = Text(AM_STR, locale);
   items[LOCALE_S2359] = Text(PM_STR, locale);
   DWORD number = 0;
