@@ -9,12 +9,6 @@ namespace {
 
 constexpr std::string_view kSeparators = "\\/";
 
-bool HasDrive(std::string_view path) {
-  if (path.size() < 2 || path[1] != ':') return false;
-  const char letter = AsciiLower(path[0]);
-  return letter >= 'a' && letter <= 'z';
-}
-
 /// Whether the path itself shows which form it is in.
 bool ShowsForm(std::string_view path) {
   return HasDrive(path) || FindSeparator(path) != std::string_view::npos;
@@ -60,6 +54,12 @@ std::size_t CharacterSize(std::string_view text) {
 }
 
 }  // namespace
+
+bool HasDrive(std::string_view path) {
+  if (path.size() < 2 || path[1] != ':') return false;
+  const char letter = AsciiLower(path[0]);
+  return letter >= 'a' && letter <= 'z';
+}
 
 PathForm FormOf(std::string_view path) {
   if (HasDrive(path)) return PathForm::kWindows;

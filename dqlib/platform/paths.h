@@ -27,6 +27,9 @@ constexpr bool IsSeparator(char character) { return character == '\\' || charact
 std::size_t FindSeparator(std::string_view path, std::size_t start = 0);
 std::size_t FindLastSeparator(std::string_view path);
 
+/// Whether the path begins with a letter and a colon.
+bool HasDrive(std::string_view path);
+
 /// Whether the path is `\\server\share\...`.
 bool IsNetworkPath(std::string_view path);
 

@@ -12,6 +12,9 @@
 namespace dq::platform::posix {
 namespace {
 
+/// While it is being filled, nobody may read more of a file than of the one that it replaces.
+constexpr mode_t kWhileFilled = 0600;
+
 Error FillFile(SystemCalls& calls, const Replacement& replacement, int fd,
                const std::function<Error(int fd)>& write) {
   if (const Error error = write(fd); !error.ok()) return error;
@@ -22,7 +25,8 @@ Error FillFile(SystemCalls& calls, const Replacement& replacement, int fd,
     if (old.st_uid != ::geteuid() || old.st_gid != ::getegid()) {
       static_cast<void>(::fchown(fd, old.st_uid, old.st_gid) == 0);
     }
-    if (calls.ChangeMode(fd, old.st_mode & 07777) != 0) return ErrorFromErrno(errno);
+    const mode_t mode = old.st_mode & 07777;
+    if (mode != kWhileFilled && calls.ChangeMode(fd, mode) != 0) return ErrorFromErrno(errno);
   }
   while (calls.Sync(fd) != 0) {
     if (errno != EINTR) return ErrorFromErrno(errno);
@@ -35,8 +39,7 @@ Error FillFile(SystemCalls& calls, const Replacement& replacement, int fd,
 Error ReplaceFile(SystemCalls& calls, const Replacement& replacement,
                   const std::function<Error(int fd)>& write) {
   const char* const temporary = replacement.temporary.c_str();
-  // While it is being filled, nobody may read more of it than of the file that it replaces.
-  const mode_t mode = replacement.old ? 0600 : replacement.mode;
+  const mode_t mode = replacement.old ? kWhileFilled : replacement.mode;
   const Result<int> fd =
       OpenFile(calls, replacement.temporary, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, mode);
   if (!fd.ok()) return fd.error;

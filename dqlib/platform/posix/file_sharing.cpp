@@ -79,4 +79,8 @@ Error ShareFile(int fd, const OpenOptions& options) {
   return ErrorFromErrno(EBUSY);
 }
 
+Error CheckReadable(int fd) {
+  return OthersHave(fd, Role::kReadDenier) ? ErrorFromErrno(EBUSY) : Error{};
+}
+
 }  // namespace dq::platform::posix

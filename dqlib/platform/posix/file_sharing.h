@@ -11,4 +11,7 @@ namespace dq::platform::posix {
 /// nothing is denied.
 Error ShareFile(int fd, const OpenOptions& options);
 
+/// `kBusy` if someone denies reading. For a file that is read at once and closed.
+Error CheckReadable(int fd);
+
 }  // namespace dq::platform::posix

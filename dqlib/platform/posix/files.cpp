@@ -81,24 +81,27 @@ Result<int> OpenAtOnce(SystemCalls& calls, const std::string& native, int flags,
   return file.Release();
 }
 
-/// Reads from the file's position to its end.
-Error ReadToEnd(SystemCalls& calls, int fd, std::size_t expected, std::string& bytes) try {
+/// Reads from the file's position to its end. An ordinary file ends where it did when it was
+/// opened, unless it says that it has no bytes, as those do that the system makes up.
+Error ReadToEnd(SystemCalls& calls, int fd, const struct stat& status, std::string& bytes) try {
   // A string is filled with zeros as it grows; in steps of this size they don't leave the cache.
   constexpr std::size_t kStep = 256 * 1024;
+  const std::size_t expected =
+      S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) : 0;
   std::size_t size = 0;
-  // One byte more than expected shows the end without growing again.
-  bytes.reserve(expected + 1);
+  if (bytes.size() > expected) bytes.resize(expected);
+  bytes.reserve(expected);
   for (;;) {
     if (size == bytes.size()) {
-      const std::size_t spare = bytes.capacity() - size;
-      bytes.resize(size + (spare > 0 ? std::min(spare, kStep) : std::max(size, kStep)));
+      const std::size_t step = std::clamp(size, std::size_t{4096}, kStep);
+      bytes.resize(expected > size ? std::min(expected, size + kStep) : size + step);
     }
     const ssize_t count = calls.Read(fd, bytes.data() + size, bytes.size() - size);
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) return LastError();
-    if (count == 0) break;
     size += static_cast<std::size_t>(count);
     if (size > kMaxWholeFile) return ErrorFromErrno(EFBIG);
+    if (count == 0 || size == expected) break;
   }
   bytes.resize(size);
   return {};
@@ -284,13 +287,11 @@ Error PosixFiles::ReadAll(std::string_view path, std::string& bytes) {
     error = fd.error;
     if (fd.ok()) {
       const FileDescriptor file(calls_, fd.value);
-      if (S_ISREG(status.st_mode)) error = ShareFile(fd.value, OpenOptions{});
-      if (error.ok() && static_cast<std::uint64_t>(status.st_size) > kMaxWholeFile) {
+      if (S_ISREG(status.st_mode)) error = CheckReadable(fd.value);
+      if (error.ok() && status.st_size > static_cast<off_t>(kMaxWholeFile)) {
         error = ErrorFromErrno(EFBIG);
       }
-      if (error.ok()) {
-        error = ReadToEnd(calls_, fd.value, static_cast<std::size_t>(status.st_size), bytes);
-      }
+      if (error.ok()) error = ReadToEnd(calls_, fd.value, status, bytes);
     }
   }
   if (!error.ok()) bytes.clear();
@@ -381,7 +382,7 @@ Error PosixFiles::Copy(std::string_view from, std::string_view to, bool overwrit
   if (!fd.ok()) return fd.error;
   const FileDescriptor file(calls_, fd.value);
   if (!S_ISREG(status.st_mode)) return ErrorFromErrno(EINVAL);
-  if (const Error error = ShareFile(file.get(), OpenOptions{}); !error.ok()) return error;
+  if (const Error error = CheckReadable(file.get()); !error.ok()) return error;
 
   const Result<std::string> target = FollowLinks(native_to.value);
   if (!target.ok()) return target.error;
@@ -496,7 +497,7 @@ Result<std::string> PosixFiles::MakeTempFile(std::string_view directory, std::st
 Result<std::string> PosixFiles::FullPath(std::string_view path) {
   if (path.size() > kMaxPath) return Error{ErrorKind::kInvalidArgument, ENAMETOOLONG};
   if (path.empty() || path.find('\0') != std::string_view::npos) return ErrorFromErrno(EINVAL);
-  const bool rooted = IsSeparator(path.front()) || !SplitPath(path).drive.empty();
+  const bool rooted = IsSeparator(path.front()) || HasDrive(path);
   const std::string current = CurrentDirectory();
   if (!rooted && current.empty()) return ErrorFromErrno(ENOENT);  // it may have been removed
   std::string full = platform::FullPath(path, current);

@@ -12,7 +12,7 @@ namespace dq::platform::posix {
 Result<std::string> NativePath(std::string_view path) {
   if (path.size() > kMaxPath) return Error{ErrorKind::kInvalidArgument, ENAMETOOLONG};
   if (path.find('\0') != std::string_view::npos) return ErrorFromErrno(EINVAL);
-  if (path.empty() || !SplitPath(path).drive.empty() || IsNetworkPath(path)) {
+  if (path.empty() || HasDrive(path) || IsNetworkPath(path)) {
     return ErrorFromErrno(ENOENT);
   }
   std::string native(path);
