@@ -24,6 +24,7 @@
 #include "dqlib/framework/base/string_collections.h"
 #include "dqlib/framework/base/trace.h"
 #include "dqlib/framework/windows/message_box.h"
+#include "dqlib/framework/windows/win_app.h"
 #include "dqlib/framework/windows/win_thread.h"
 #include "dqlib/framework/windows/wnd.h"
 #include "dqlib/output/console_program.h"

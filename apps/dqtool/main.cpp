@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "apps/dqtool/command.h"
-#include "dqlib/framework/windows/win_thread.h"
+#include "dqlib/framework/windows/win_app.h"
 #include "dqlib/platform/platform.h"
 
 namespace dqtool {

@@ -73,6 +73,7 @@ class CDQApplicationInfo : public CDQVersionInfo {
   static bool IsAppDQPacer();
 
  private:
+  static CString GetRegistryKeyOf(const CString& path);
   void RetrieveVersionInfo();
 
   static CString m_sAppCode;

@@ -42,6 +42,9 @@ struct OpenOptions {
   bool create = false;
   /// Empties a file that exists.
   bool truncate = false;
+  /// Every write goes to the end of the file as it is then, in one step that no other writer comes
+  /// between; for writing only.
+  bool append = false;
   /// Fails with `kBusy` while someone else has the file open for writing, and keeps others from
   /// opening it for writing; `deny_read` asks for it alone and keeps them from opening it at all.
   /// That a file is renamed, replaced or deleted meanwhile, and what programs that don't go through

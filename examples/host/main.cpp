@@ -5,7 +5,7 @@
 #include "dqlib/frame/resources.h"
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/base/resource_module.h"
-#include "dqlib/framework/windows/win_thread.h"
+#include "dqlib/framework/windows/win_app.h"
 #include "dqlib/resources/string_ids.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "dqlib/framework/windows/win_thread.h"
+#include "dqlib/framework/windows/win_app.h"
 
 #include <atomic>
 #include <gtest/gtest.h>

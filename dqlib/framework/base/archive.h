@@ -85,7 +85,7 @@ class CArchive {
  private:
   void Need(std::uint64_t bytes) const;
   void WriteClass(const CRuntimeClass* runtime_class);
-  const CRuntimeClass* ReadClass(DWORD tag, WORD first);
+  const CRuntimeClass* ReadNewClass();
   void WriteIndex(DWORD index, bool is_class);
 
   CFile* m_pFile;

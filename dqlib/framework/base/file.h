@@ -42,6 +42,8 @@ class CFile : public CObject {
     modeCreate = 0x1000,      ///< Makes the file; one that exists is emptied ...
     modeNoTruncate = 0x2000,  ///< ... but not with this flag.
     typeText = 0x4000,        ///< Used by `CStdioFile` only.
+    /// Every write goes to the end, in one step that no other writer comes between.
+    modeAppend = 0x100000,
   };
   enum SeekPosition : UINT { begin = 0, current = 1, end = 2 };
 

@@ -16,6 +16,12 @@ constexpr StringRow kStrings[] = {
     {61714, "Please enter an integer between %1 and %2."},
     {61718, "Please enter an integer between 0 and 255."},
     {61719, "Please enter a positive integer."},
+    {61729, "%1\nThe path or the file name is not valid."},
+    {61730, "There is no room left on the disk for %1."},
+    {61731, "%1 can not be read.  It is protected or in use."},
+    {61732, "%1 can not be written.  It is protected or in use."},
+    {61733, "An error occurred while %1 was read."},
+    {61734, "An error occurred while %1 was written."},
 };
 
 constexpr bool IsStrictlySorted() {

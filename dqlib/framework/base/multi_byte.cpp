@@ -205,9 +205,8 @@ std::size_t CharacterSet::FindMember(std::string_view text, std::size_t start) c
   std::size_t at = start;
   if (page_.IsSingleByte()) {
     // Four at a time over the long ways between delimiters.
-    const auto is_member = [&](std::size_t place) { return bytes_[Byte(text[place])]; };
-    while (at + 4 <= text.size() &&
-           !(is_member(at) | is_member(at + 1) | is_member(at + 2) | is_member(at + 3))) {
+    const auto hits = [&](std::size_t place) { return bytes_[Byte(text[place])] ? 1 : 0; };
+    while (at + 4 <= text.size() && (hits(at) | hits(at + 1) | hits(at + 2) | hits(at + 3)) == 0) {
       at += 4;
     }
   }

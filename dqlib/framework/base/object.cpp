@@ -23,7 +23,7 @@ ClassList& ProgramClassList() {
   return list;
 }
 
-CRuntimeClass::CRuntimeClass(const char* name, WORD schema, CObject* (*create)(),
+CRuntimeClass::CRuntimeClass(const char* name, DWORD schema, CObject* (*create)(),
                              const CRuntimeClass* base)
     : m_lpszClassName(name),
       m_wSchema(schema),

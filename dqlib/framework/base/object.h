@@ -18,15 +18,22 @@ namespace dq {
 class CArchive;
 class CObject;
 
+/// A bit of a schema number: objects stored with other numbers load too, and ask the archive for
+/// theirs.
+inline constexpr DWORD VERSIONABLE_SCHEMA = 0x80000000;
+
 /// What a program can ask of a class at run time. Each one is a constant static object, which
 /// enters itself in the list of classes of the module under way when it is built.
 struct CRuntimeClass {
-  CRuntimeClass(const char* name, WORD schema, CObject* (*create)(), const CRuntimeClass* base);
+  CRuntimeClass(const char* name, DWORD schema, CObject* (*create)(), const CRuntimeClass* base);
   CRuntimeClass(const CRuntimeClass&) = delete;
   CRuntimeClass& operator=(const CRuntimeClass&) = delete;
 
   /// A new object that the caller owns, or null if the class can't be created dynamically.
   CObject* CreateObject() const;
+
+  /// True if archives can store and load its objects.
+  bool IsSerial() const { return m_wSchema != 0xFFFF; }
 
   /// True for `base` itself and for every class derived from it.
   bool IsDerivedFrom(const CRuntimeClass* base) const;
@@ -36,8 +43,8 @@ struct CRuntimeClass {
   static const CRuntimeClass* FromName(const char* name);
 
   const char* m_lpszClassName;
-  /// Schema number in archives; FFFFh for a class that isn't serial.
-  WORD m_wSchema;
+  /// Schema number in archives, whose low 16 bits are stored; FFFFh for a class that isn't serial.
+  DWORD m_wSchema;
   CObject* (*m_pfnCreateObject)();
   const CRuntimeClass* m_pBaseClass;
   /// The next class of the same list; see `ClassList`.
@@ -66,7 +73,7 @@ class CObject {
   virtual const CRuntimeClass* GetRuntimeClass() const;
 
   /// True if the class has a schema, so that an archive can store and load its objects.
-  bool IsSerializable() const { return GetRuntimeClass()->m_wSchema != 0xFFFF; }
+  bool IsSerializable() const { return GetRuntimeClass()->IsSerial(); }
 
   /// Stores the object to the archive or loads it, as the archive is made for. The base does
   /// nothing.

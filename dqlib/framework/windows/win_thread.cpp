@@ -1,6 +1,5 @@
 #include "dqlib/framework/windows/win_thread.h"
 
-#include <atomic>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -12,25 +11,18 @@ namespace dq {
 namespace {
 
 thread_local CWinThread* t_thread = nullptr;
-std::atomic<CWinApp*> g_app = nullptr;
-
-/// The file name in a path, cut before its last dot; a dot at the start is part of the name.
-std::string_view BaseName(std::string_view path) {
-  path.remove_prefix(path.find_last_of("/\\") + 1);
-  const std::size_t dot = path.rfind('.');
-  return dot == 0 ? path : path.substr(0, dot);
-}
 
 }  // namespace
 
 IMPLEMENT_DYNAMIC(CWinThread, CObject)
-IMPLEMENT_DYNAMIC(CWinApp, CWinThread)
 
 CWinThread::~CWinThread() {
   if (t_thread == this) t_thread = nullptr;
 }
 
 CWinThread* AfxGetThread() { return t_thread; }
+
+void AfxSetThread(CWinThread* thread) { t_thread = thread; }
 
 CWnd* AfxGetMainWnd() { return t_thread == nullptr ? nullptr : t_thread->m_pMainWnd; }
 
@@ -82,21 +74,5 @@ int PumpSentMessages() {
   MessageQueue* const queue = MessageQueue::Current();
   return queue == nullptr ? 0 : queue->ServeWaiting();
 }
-
-CWinApp::CWinApp(const char* name)
-    : executable_path_(platform::Current().modules->FileName(nullptr)) {
-  app_name_ = name == nullptr ? BaseName(executable_path_.View()) : std::string_view(name);
-  t_thread = this;
-  g_app = this;
-}
-
-CWinApp::~CWinApp() {
-  CWinApp* self = this;
-  g_app.compare_exchange_strong(self, nullptr);
-}
-
-void CWinApp::SetRegistryKey(const char* key) { registry_key_ = key; }
-
-CWinApp* AfxGetApp() { return g_app; }
 
 }  // namespace dq

@@ -1,4 +1,4 @@
-// Threads of the framework, and the application object.
+// Threads of the framework.
 
 #pragma once
 
@@ -8,7 +8,8 @@
 
 namespace dq {
 
-/// A thread that the framework knows. The program's first one is its `CWinApp`; others are begun by
+/// A thread that the framework knows. The program's first one is its `CWinApp` (see
+/// `win_app.h`); others are begun by
 /// `AfxBeginThread`.
 class CWinThread : public CObject {
   DECLARE_DYNAMIC(CWinThread)
@@ -22,6 +23,9 @@ class CWinThread : public CObject {
 
 /// The calling thread's object, or null if the framework doesn't know the thread.
 CWinThread* AfxGetThread();
+
+/// Makes `thread` the calling thread's object, as the application object does for its own.
+void AfxSetThread(CWinThread* thread);
 
 /// The main window of the calling thread, or null.
 CWnd* AfxGetMainWnd();
@@ -54,33 +58,5 @@ WorkerThread AfxBeginThread(UINT (*procedure)(void*), void* parameter);
 /// Handles the messages that other threads have sent to windows of the calling thread and that
 /// wait; returns how many there were. What is sent meanwhile waits for the next call.
 int PumpSentMessages();
-
-/// The application object: who the program is. The thread that makes it is the user-interface
-/// thread. A program has one; it is dropped on the thread that made it.
-class CWinApp : public CWinThread {
-  DECLARE_DYNAMIC(CWinApp)
-  /// The application's name; null takes the executable's base name without extension.
-  explicit CWinApp(const char* name = nullptr);
-  ~CWinApp() override;
-
-  /// Sets the name under which the program's settings stand in the registry, "" at first.
-  void SetRegistryKey(const char* key);
-
-  /// The registry key name: the maker's name in the settings tree.
-  const char* GetRegistryKeyName() const { return registry_key_; }
-  /// The application's name, blanks kept.
-  const char* GetAppName() const { return app_name_; }
-  /// Full path of the executable. A host that stands for another program may set it.
-  const CString& GetExecutablePath() const { return executable_path_; }
-  void SetExecutablePath(const char* path) { executable_path_ = path; }
-
- private:
-  CString registry_key_;
-  CString app_name_;
-  CString executable_path_;
-};
-
-/// The program's application object, or null. Any thread.
-CWinApp* AfxGetApp();
 
 }  // namespace dq

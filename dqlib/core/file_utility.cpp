@@ -1,0 +1,409 @@
+#include "dqlib/core/file_utility.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "dqlib/core/system_info.h"
+#include "dqlib/framework/base/random.h"
+#include "dqlib/framework/windows/message_box.h"
+#include "dqlib/platform/paths.h"
+#include "dqlib/platform/platform.h"
+#include "dqlib/resources/string_ids.h"
+
+namespace dq {
+namespace {
+
+constexpr char kDefaultPrefix[] = "TMP";
+/// What a search takes as "any file" when directories are left out.
+constexpr DWORD kFileAttributes = FILE_READ_ONLY | FILE_HIDDEN | FILE_SYSTEM | FILE_ARCHIVE;
+
+platform::Files& Files() { return *platform::Current().files; }
+
+std::string_view OrEmpty(const char* text) { return text == nullptr ? "" : text; }
+
+bool IsWindowsForm(std::string_view path) {
+  return platform::FormOf(path) == platform::PathForm::kWindows;
+}
+
+void ShowFileError(const char* path, const CFileException& error, bool saving) {
+  const CString message =
+      CDQFileUtility::GetExceptionErrorMessage(path, &error, saving, IDS_INVALID_FILENAME);
+  AfxMessageBox(message + "\n");
+}
+
+bool IsDirectory(std::string_view path) {
+  const auto status = Files().Status(path);
+  return status.ok() && (status.value.attributes & FILE_DIRECTORY) != 0;
+}
+
+/// Where the levels of a directory path begin that can be made: behind the drive, the first
+/// separator, or the server and share of a network path.
+std::size_t FirstLevel(std::string_view path) {
+  constexpr std::size_t kNetworkMark = 2;
+  if (path.size() > kNetworkMark && platform::IsSeparator(path[0]) &&
+      platform::IsSeparator(path[1])) {
+    const std::size_t server = platform::FindSeparator(path, kNetworkMark);
+    const std::size_t share =
+        server == path.npos ? path.npos : platform::FindSeparator(path, server + 1);
+    return share == path.npos ? path.size() : share + 1;
+  }
+  const std::size_t drive = platform::SplitPath(path).drive.size();
+  return drive < path.size() && platform::IsSeparator(path[drive]) ? drive + 1 : drive;
+}
+
+/// Message for a cause that has one of its own, else 0.
+UINT CauseMessage(int cause, bool saving) {
+  switch (cause) {
+    case CFileException::fileNotFound:
+    case CFileException::badPath:
+      return IDS_FILE_INVALID_PATH;
+    case CFileException::diskFull:
+      return IDS_FILE_DISK_FULL;
+    case CFileException::accessDenied:
+    case CFileException::sharingViolation:
+    case CFileException::lockViolation:
+      return saving ? IDS_FILE_ACCESS_WRITE : IDS_FILE_ACCESS_READ;
+    case CFileException::none:
+      return 0;
+    default:
+      return saving ? IDS_FILE_IO_ERROR_WRITE : IDS_FILE_IO_ERROR_READ;
+  }
+}
+
+/// The default value of a key below the root of file types.
+bool SetFileTypeValue(const CString& key_path, const CString& text) {
+  platform::Registry& registry = *platform::Current().registry;
+  const auto key = registry.CreateKey(kClassesRoot, key_path.View());
+  if (!key.ok()) return false;
+  const std::string_view with_zero(text, static_cast<std::size_t>(text.GetLength()) + 1);
+  const bool set = registry.SetValue(key.value, "", REGISTRY_STRING, with_zero).ok();
+  registry.CloseKey(key.value);
+  return set;
+}
+
+CString FileTypeValue(const CString& key_path) {
+  constexpr std::size_t kLongest = 520;
+  platform::Registry& registry = *platform::Current().registry;
+  const auto key = registry.OpenKey(kClassesRoot, key_path.View());
+  if (!key.ok()) return {};
+  char data[kLongest + 1] = {};
+  const auto read = registry.ReadValue(key.value, "", std::span(data, kLongest));
+  registry.CloseKey(key.value);
+  return read.ok() ? CString(data) : CString();
+}
+
+}  // namespace
+
+CDQFileUtility::CDQFileUtility(const char* path) { SetFullPath(path); }
+
+void CDQFileUtility::SetFullPath(const char* path) {
+  const platform::PathParts parts = platform::SplitPath(OrEmpty(path));
+  m_strDrive = parts.drive;
+  m_strDirectory = parts.directory;
+  m_strFileName = parts.name;
+  m_strExtension = parts.extension;
+  m_strFullPath = path;
+}
+
+DWORD CDQFileUtility::GetFileSize(const char* path) {
+  if (path == nullptr) return 0;
+  const auto file = Files().Open(path, {});
+  if (!file.ok()) return 0;
+  const auto length = Files().Length(file.value);
+  Files().Close(file.value);
+  return static_cast<DWORD>(length.value);
+}
+
+CString CDQFileUtility::SearchPath(const char* name) {
+  return Files().SearchPath(OrEmpty(name)).value;
+}
+
+CString CDQFileUtility::GetFullPath(const char* name) {
+  return Files().FullPath(OrEmpty(name)).value;
+}
+
+CString CDQFileUtility::GetTempDirectory() { return Files().TempDirectory(); }
+
+CString CDQFileUtility::GetUniversalName(const char* path) {
+  const std::string_view name = OrEmpty(path);
+  const std::size_t colon = name.find(':');
+  if (colon == name.npos || !CDQSystemInfo::IsWindowsNT()) return name;
+  const auto universal = Files().UniversalName(name);
+  if (universal.ok()) return universal.value;
+  CString share(name);
+  share.SetAt(static_cast<int>(colon), '$');
+  return CDQSystemInfo::GetComputerName() + "\\" + share;
+}
+
+CString CDQFileUtility::CreateTempFile(const char* prefix, const char* directory,
+                                       const char* extension) {
+  const std::string where(OrEmpty(directory).empty() ? Files().TempDirectory()
+                                                     : std::string(directory));
+  if (OrEmpty(extension).empty()) {
+    return Files().MakeTempFile(where, prefix == nullptr ? kDefaultPrefix : prefix).value;
+  }
+  SeedRandom(static_cast<DWORD>(platform::Current().clock->SecondsSince1970()));
+  const char* const stem = OrEmpty(prefix).empty() ? kDefaultPrefix : prefix;
+  for (int number = NextRandom();; ++number) {
+    CString name;
+    name.Format("%s%X.%s", stem, static_cast<UINT>(number), extension);
+    const CString path = platform::JoinPath(where, name.View());
+    if (!DQLIB_FileExists(path)) return path;
+  }
+}
+
+bool CDQFileUtility::CreateDirectory(const char* path, bool ask, CStringArray* created) {
+  std::string_view wanted = OrEmpty(path);
+  if (wanted.empty()) return false;
+  if (platform::IsSeparator(wanted.back())) wanted.remove_suffix(1);
+  if (wanted.empty() || wanted.back() == ':' || IsDirectory(wanted)) return true;
+  const CString shown(wanted);
+  if (ask) {
+    CString question;
+    question.Format(IDS_DIRECTORY_DOES_NOT_EXIST, static_cast<const char*>(shown));
+    if (AfxMessageBox(question, BOX_YES_NO) != BUTTON_YES) return false;
+  }
+  for (std::size_t level = FirstLevel(wanted); level < wanted.size();) {
+    const std::size_t end = std::min(platform::FindSeparator(wanted, level), wanted.size());
+    const std::string_view part = wanted.substr(0, end);
+    level = end + 1;
+    if (IsDirectory(part)) continue;
+    const platform::Error error = Files().MakeDirectory(part);
+    // Somebody else may have made it meanwhile, which is as good.
+    if (!error.ok() && !IsDirectory(part)) {
+      CString message;
+      message.Format(IDS_DIRECTORY_NOT_CREATED, static_cast<const char*>(shown));
+      AfxMessageBox(message, BOX_OK);
+      return false;
+    }
+    if (error.ok() && created != nullptr) created->Add(Files().FullPath(part).value);
+  }
+  return IsDirectory(wanted);
+}
+
+bool CDQFileUtility::CreateFile(const char* path) {
+  CFile file;
+  return file.Open(path, CFile::modeCreate) != 0;
+}
+
+bool CDQFileUtility::EmptyFile(const char* path) {
+  CFile file;
+  CDQFileException error;
+  if (file.Open(path, CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite, &error)) {
+    return true;
+  }
+  ShowFileError(path, error, true);
+  return false;
+}
+
+CString CDQFileUtility::MakePath(const char* drive, const char* directory, const char* file,
+                                 const char* extension) {
+  return platform::MakePath(OrEmpty(drive), OrEmpty(directory), OrEmpty(file), OrEmpty(extension));
+}
+
+int CDQFileUtility::WriteFile(const char* path, CString& text) {
+  return WriteFile(path, text, text.GetLength(), true, false);
+}
+
+int CDQFileUtility::WriteFile(const char* path, const char* text, int length, bool replace,
+                              bool addLineEnd) try {
+  const std::string_view bytes(OrEmpty(text).data(), length < 0 ? OrEmpty(text).size()
+                                                     : text == nullptr
+                                                         ? 0
+                                                         : static_cast<std::size_t>(length));
+  const bool existed = DQLIB_FileExists(path);
+  CFile file;
+  CDQFileException error;
+  const UINT create = existed ? 0 : CFile::modeCreate;
+  if (!file.Open(path, CFile::modeWrite | CFile::shareDenyWrite | create, &error)) {
+    ShowFileError(path, error, true);
+    return 0;
+  }
+  std::string written(bytes);
+  if (addLineEnd) written += "\r\n";
+  if (replace) {
+    // The open file keeps other writers out while the new contents take its place in one step.
+    const platform::Error failed = Files().Replace(path, written, false);
+    file.Abort();
+    if (!failed.ok()) {
+      if (!existed) Files().Delete(path);  // Nothing but the empty file just made.
+      return 0;
+    }
+  } else {
+    file.SeekToEnd();
+    file.Write(written.data(), static_cast<UINT>(written.size()));
+    file.Flush();
+    file.Close();
+  }
+  return static_cast<int>(bytes.size());
+} catch (const CFileException&) {
+  return 0;
+}
+
+bool CDQFileUtility::ReadFile(CString& text, const char* path) {
+  std::string bytes;
+  const bool read = path != nullptr && Files().ReadAll(path, bytes).ok();
+  text = read ? std::string_view(bytes) : std::string_view();
+  return read;
+}
+
+bool CDQFileUtility::ListFiles(const char* pattern, CStringList& list, DWORD attributes) {
+  if (OrEmpty(pattern).empty()) return false;
+  const auto found = Files().Find(pattern);
+  for (const platform::FoundFile& file : found.value) {
+    if (file.name == "." || file.name == ".." || (file.status.attributes & attributes) == 0) {
+      continue;
+    }
+    list.AddTail(file.name);
+  }
+  return found.ok();
+}
+
+CString CDQFileUtility::GetExceptionErrorMessage(const char* path, const CException* exception,
+                                                 bool saving, UINT stringId) {
+  const auto* const error = dynamic_cast<const CFileException*>(exception);
+  const UINT own = error == nullptr ? 0 : CauseMessage(error->m_cause, saving);
+  CString message;
+  AfxFormatString1(message, own == 0 ? stringId : own, path);
+  return message;
+}
+
+void CDQFileUtility::AbbreviateName(char* path, int length, int atLeastName) {
+  const std::string full(OrEmpty(path));
+  const std::size_t room = static_cast<std::size_t>(std::max(length, 0));
+  if (full.size() <= room) return;
+  const std::size_t last = platform::FindLastSeparator(full);
+  const std::string name = last == full.npos ? full : full.substr(last + 1);
+  std::string shortened = name.size() <= room || atLeastName != 0 ? name : "";
+  // The root is what stands before the first level, without the separator behind it.
+  std::string root = full.substr(0, FirstLevel(full));
+  if (!root.empty() && platform::IsSeparator(root.back())) root.pop_back();
+  const std::string separator(1, platform::SeparatorFor(full));
+  const std::string head = root + separator + "..." + separator;
+  for (std::size_t start = last; start != full.npos && start > root.size();) {
+    const std::string candidate = head + full.substr(start + 1);
+    if (candidate.size() > room) break;
+    shortened = candidate;
+    start = platform::FindLastSeparator(std::string_view(full).substr(0, start));
+  }
+  std::memcpy(path, shortened.c_str(), shortened.size() + 1);
+}
+
+CString CDQFileUtility::AbsolutePathToRelative(const char* base, const char* path) {
+  CDQString from(base);
+  CDQString to(path);
+  if (IsWindowsForm(from.View())) from.MakeLower();
+  if (IsWindowsForm(from.View()) || IsWindowsForm(to.View())) to.MakeLower();
+  if (from.IsEmpty() || to.IsEmpty()) return to;
+  if (to.Find(from) >= 0) return "." + to.Mid(from.GetLength());
+  const CString drive = platform::SplitPath(from.View()).drive;
+  if (drive.IsEmpty() || to.Find(drive) < 0) return to;
+  CString rest = to.Mid(drive.GetLength());
+  if (rest.IsEmpty() || !platform::IsSeparator(rest[0])) rest = "\\" + rest;
+  return ".." + rest;
+}
+
+CString CDQFileUtility::RelativePathToAbsolute(const char* base, const char* path) {
+  CDQString from(base);
+  CDQString to(path);
+  const bool windows = from.IsEmpty() ? IsWindowsForm(to.View()) : IsWindowsForm(from.View());
+  if (windows) {
+    from.MakeLower();
+    to.MakeLower();
+  }
+  if (from.IsEmpty() || to.IsEmpty()) return to;
+  if (to.Left(2) == "..") return CString(platform::SplitPath(from.View()).drive) + to.Mid(2);
+  if (to.Left(1) == ".") return from + to.Mid(1);
+  return to;
+}
+
+bool CDQFileUtility::RegisterFileType(const char* typeId, const char* typeName,
+                                      const char* extension) {
+  const CString program = platform::Current().modules->FileName(nullptr);
+  const CString shell = CString(typeId) + "\\shell\\open\\";
+  if (!SetFileTypeValue(typeId, typeName)) return false;
+  if (!SetFileTypeValue(shell + "ddeexec", "[open(\"%1\")]")) return false;
+  if (!SetFileTypeValue(shell + "command", program + " \"%1\"")) return false;
+  const std::string_view type = OrEmpty(extension);
+  if (type.empty()) return true;
+  if (type.front() != '.') return false;
+  if (FileTypeValue(type) == OrEmpty(typeId).data() && !OrEmpty(typeId).empty()) return true;
+  return SetFileTypeValue(type, typeId);
+}
+
+bool CDQFileUtility::DeleteDirectory(const CString& path, bool recursive) {
+  if (recursive) {
+    const std::string pattern = platform::JoinPath(path.View(), "*.*");
+    for (const platform::FoundFile& entry : Files().Find(pattern).value) {
+      const bool directory = (entry.status.attributes & FILE_DIRECTORY) != 0;
+      if (!directory || entry.name == "." || entry.name == "..") continue;
+      // One that resists keeps this one from being deleted too, which the result tells.
+      DeleteDirectory(platform::JoinPath(path.View(), entry.name), true);
+    }
+    DeleteFiles(pattern, kFileAttributes);
+  }
+  return Files().RemoveDirectory(path.View()).ok();
+}
+
+bool CDQFileUtility::DeleteFiles(const CString& pattern, DWORD attributes) {
+  const std::string_view text = pattern.View();
+  const std::size_t separator = platform::FindLastSeparator(text);
+  const std::string_view directory =
+      separator == text.npos ? std::string_view() : text.substr(0, separator + 1);
+  bool all = true;
+  for (const platform::FoundFile& file : Files().Find(text).value) {
+    const DWORD found = file.status.attributes;
+    if ((found & FILE_DIRECTORY) != 0 || (found & attributes) == 0) continue;
+    const std::string path = std::string(directory) + file.name;
+    if ((found & FILE_READ_ONLY) != 0) {
+      // If the bit can't be cleared the deletion fails, which is told.
+      Files().SetAttributes(path, found & ~static_cast<DWORD>(FILE_READ_ONLY));
+    }
+    if (!Files().Delete(path).ok()) all = false;
+  }
+  return all;
+}
+
+std::unique_ptr<CFile> CDQFileUtility::OpenFile(const char* path, UINT flags, bool showMessage) {
+  auto file = std::make_unique<CFile>();
+  CDQFileException error;
+  if (file->Open(path, flags, &error)) return file;
+  if (showMessage) {
+    const bool saving = (flags & (CFile::modeWrite | CFile::modeReadWrite)) != 0;
+    AfxMessageBox(GetExceptionErrorMessage(path, &error, saving, IDS_INVALID_FILENAME));
+  }
+  return nullptr;
+}
+
+bool DQLIB_FileExists(const char* path) {
+  CFileStatus status;
+  return CFile::GetStatus(path, status) != 0;
+}
+
+bool DQLIB_FileReadOnly(const char* path) {
+  CFileStatus status;
+  return CFile::GetStatus(path, status) && (status.m_attribute & FILE_READ_ONLY) != 0;
+}
+
+void DQLIB_GetModuleDirectory(HINSTANCE module, CString& directory) {
+  const std::string path = platform::Current().modules->FileName(module);
+  const std::size_t separator = platform::FindLastSeparator(path);
+  if (separator != path.npos) directory = path.substr(0, separator);
+}
+
+void DQLIB_GetModuleDriveSpec(HINSTANCE module, CString& drive) {
+  const std::string path = platform::Current().modules->FileName(module);
+  const std::size_t separator = platform::FindSeparator(path);
+  if (separator != path.npos) drive = path.substr(0, separator);
+}
+
+int GetEndOfLinePosition(const char* text) {
+  constexpr std::string_view kLineEnds = "\n\r\f\x1a";
+  const std::string_view whole = OrEmpty(text);
+  const std::size_t first = whole.find_first_of(kLineEnds);
+  if (first == whole.npos) return static_cast<int>(whole.size()) - 1;
+  const std::size_t behind = std::min(whole.find_first_not_of(kLineEnds, first), whole.size());
+  return static_cast<int>(behind) - 1;
+}
+
+}  // namespace dq

@@ -1,0 +1,95 @@
+#include "dqlib/core/ini_file.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include "dqlib/core/file_utility.h"
+#include "dqlib/platform/platform.h"
+
+namespace dq {
+namespace {
+
+/// Stands for a line feed in a value.
+constexpr char kLineFeedMark[] = "</N/>";
+constexpr int kLongestValue = 2047;
+
+platform::ProfileFiles& Profiles() { return *platform::Current().profile_files; }
+
+}  // namespace
+
+void CDQIniFile::WriteKey(const char* section, const char* key, const char* value) {
+  if (section == nullptr || key == nullptr || value == nullptr) return;
+  CDQString line(value);
+  line.FindReplace("\n", kLineFeedMark);
+  line.Delete('\r');
+  // Nothing reports a failure here: who must know asks whether the key reads back.
+  Profiles().Write(m_strIniFile.View(), section, key, line.View());
+}
+
+void CDQIniFile::WriteKey(const char* section, const char* key, int value) {
+  CDQString text;
+  text.SetNumber(value);
+  WriteKey(section, key, text);
+}
+
+void CDQIniFile::ReadKey(const char* section, const char* key, CString& value,
+                         const char* fallback) {
+  const auto found = section == nullptr || key == nullptr
+                         ? std::nullopt
+                         : Profiles().Read(m_strIniFile.View(), section, key);
+  CDQString text(found ? CString(*found) : CString(fallback));
+  text = text.Left(kLongestValue);
+  text.FindReplace(kLineFeedMark, "\n");
+  value = text;
+}
+
+void CDQIniFile::ReadIntKey(const char* section, const char* key, int& value, int fallback) {
+  const auto found = section == nullptr || key == nullptr
+                         ? std::nullopt
+                         : Profiles().Read(m_strIniFile.View(), section, key);
+  if (!found) {
+    value = fallback;
+    return;
+  }
+  // A number too large wraps, as the platform's own reader has it.
+  const char* text = found->c_str();
+  const bool negative = *text == '-';
+  if (*text == '-' || *text == '+') ++text;
+  DWORD number = 0;
+  for (; *text >= '0' && *text <= '9'; ++text) {
+    number = number * 10 + static_cast<DWORD>(*text - '0');
+  }
+  value = static_cast<int>(negative ? 0 - number : number);
+}
+
+void CDQIniFile::DeleteSection(const char* section) {
+  if (section != nullptr) {
+    Profiles().Write(m_strIniFile.View(), section, std::nullopt, std::nullopt);
+  }
+}
+
+void CDQIniFile::DeleteKey(const char* section, const char* key) { WriteKey(section, key, 0); }
+
+void CDQIniFile::EnumSections(CStringList& sections) {
+  for (const std::string& name : Profiles().Sections(m_strIniFile.View())) {
+    sections.AddTail(name);
+  }
+}
+
+void CDQIniFile::EnumKeys(const char* section, CStringList& keys) {
+  if (section == nullptr) return;
+  for (const std::string& name : Profiles().Keys(m_strIniFile.View(), section)) {
+    keys.AddTail(name);
+  }
+}
+
+void CDQIniFile::ParseIniBuffer(const char* buffer, CStringList& names) {
+  while (*buffer != '\0') {
+    const CString name(buffer);
+    names.AddTail(name);
+    buffer += name.GetLength() + 1;
+  }
+}
+
+}  // namespace dq

@@ -1,0 +1,194 @@
+#include "dqlib/framework/windows/win_app.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <optional>
+
+#include "dqlib/platform/paths.h"
+#include "dqlib/platform/platform.h"
+
+namespace dq {
+namespace {
+
+std::atomic<CWinApp*> g_app = nullptr;
+
+platform::Registry& Registry() { return *platform::Current().registry; }
+
+platform::ProfileFiles& Profiles() { return *platform::Current().profile_files; }
+
+std::string_view OrEmpty(const char* text) { return text == nullptr ? "" : text; }
+
+/// A value of the current user's registry, if it is there and of that type.
+std::optional<std::string> ReadValue(const CString& path, const char* entry, DWORD type) {
+  const auto key = Registry().OpenKey(kCurrentUser, path.View());
+  if (!key.ok()) return std::nullopt;
+  std::string data;
+  auto read = Registry().ReadValue(key.value, OrEmpty(entry), {});
+  // Another process may make the value larger between the two calls.
+  while (read.error.kind == platform::ErrorKind::kBufferTooSmall) {
+    data.resize(read.value.size);
+    read = Registry().ReadValue(key.value, OrEmpty(entry), data);
+  }
+  Registry().CloseKey(key.value);
+  if (!read.ok() || read.value.type != type) return std::nullopt;
+  data.resize(read.value.size);
+  return data;
+}
+
+BOOL WriteValue(const CString& path, const char* entry, DWORD type, std::string_view data) {
+  const auto key = Registry().CreateKey(kCurrentUser, path.View());
+  if (!key.ok()) return 0;
+  const bool set = Registry().SetValue(key.value, OrEmpty(entry), type, data).ok();
+  Registry().CloseKey(key.value);
+  return set ? 1 : 0;
+}
+
+/// Deletes a key with all below it. One that isn't there is no failure.
+platform::Error DeleteTree(const CString& path) {
+  const auto key = Registry().OpenKey(kCurrentUser, path.View());
+  if (key.error.kind == platform::ErrorKind::kNotFound) return {};
+  platform::Error error = key.error;
+  while (error.ok()) {
+    const auto name = Registry().EnumKey(key.value, 0);
+    if (!name.ok()) break;
+    error = DeleteTree(path + "\\" + CString(name.value));
+  }
+  Registry().CloseKey(key.value);
+  return error.ok() ? Registry().DeleteKey(kCurrentUser, path.View()) : error;
+}
+
+/// Bytes as a profile file keeps them: two letters each, the lower half first.
+std::string EncodeBytes(std::string_view bytes) {
+  std::string text;
+  text.reserve(bytes.size() * 2);
+  for (const char byte : bytes) {
+    text += static_cast<char>('A' + (byte & 0xF));
+    text += static_cast<char>('A' + (byte >> 4 & 0xF));
+  }
+  return text;
+}
+
+std::optional<std::string> DecodeBytes(std::string_view text) {
+  std::string bytes;
+  if (text.size() % 2 != 0) return std::nullopt;
+  for (std::size_t i = 0; i < text.size(); i += 2) {
+    const int low = text[i] - 'A';
+    const int high = text[i + 1] - 'A';
+    if (low < 0 || low > 15 || high < 0 || high > 15) return std::nullopt;
+    bytes += static_cast<char>(high << 4 | low);
+  }
+  return bytes;
+}
+
+constexpr std::size_t kDwordSize = 4;
+
+}  // namespace
+
+IMPLEMENT_DYNAMIC(CWinApp, CWinThread)
+
+CWinApp::CWinApp(const char* name)
+    : executable_path_(platform::Current().modules->FileName(nullptr)) {
+  app_name_ =
+      name == nullptr ? platform::SplitPath(executable_path_.View()).name : std::string(name);
+  AfxSetThread(this);
+  g_app = this;
+}
+
+CWinApp::~CWinApp() {
+  CWinApp* self = this;
+  g_app.compare_exchange_strong(self, nullptr);
+}
+
+void CWinApp::SetRegistryKey(const char* key) { registry_key_ = key; }
+
+CString CWinApp::ProfileKey(const char* section) const {
+  return "Software\\" + registry_key_ + "\\" + app_name_ + "\\" + section;
+}
+
+CString CWinApp::ProfileFile() const { return app_name_ + ".ini"; }
+
+UINT CWinApp::GetProfileInt(const char* section, const char* entry, int fallback) {
+  if (registry_key_.IsEmpty()) {
+    const auto text = Profiles().Read(ProfileFile().View(), OrEmpty(section), OrEmpty(entry));
+    return static_cast<UINT>(text ? std::atoi(text->c_str()) : fallback);
+  }
+  const auto data = ReadValue(ProfileKey(section), entry, REGISTRY_DWORD);
+  if (!data || data->size() != kDwordSize) return static_cast<UINT>(fallback);
+  UINT value = 0;
+  for (std::size_t i = kDwordSize; i > 0; --i) {
+    value = value << 8 | static_cast<unsigned char>((*data)[i - 1]);
+  }
+  return value;
+}
+
+BOOL CWinApp::WriteProfileInt(const char* section, const char* entry, int value) {
+  if (registry_key_.IsEmpty()) {
+    CString text;
+    text.Format("%d", value);
+    return WriteProfileString(section, entry, text);
+  }
+  const UINT bits = static_cast<UINT>(value);
+  char data[kDwordSize];
+  for (std::size_t i = 0; i < kDwordSize; ++i) data[i] = static_cast<char>(bits >> 8 * i & 0xFF);
+  return WriteValue(ProfileKey(section), entry, REGISTRY_DWORD, {data, kDwordSize});
+}
+
+CString CWinApp::GetProfileString(const char* section, const char* entry, const char* fallback) {
+  const auto text = registry_key_.IsEmpty()
+                        ? Profiles().Read(ProfileFile().View(), OrEmpty(section), OrEmpty(entry))
+                        : ReadValue(ProfileKey(section), entry, REGISTRY_STRING);
+  return text ? CString(text->c_str()) : CString(fallback);
+}
+
+BOOL CWinApp::WriteProfileString(const char* section, const char* entry, const char* value) {
+  if (registry_key_.IsEmpty()) {
+    using Text = std::optional<std::string_view>;
+    return Profiles()
+        .Write(ProfileFile().View(), OrEmpty(section), entry == nullptr ? Text() : Text(entry),
+               value == nullptr ? Text() : Text(value))
+        .ok();
+  }
+  if (entry == nullptr) return DeleteTree(ProfileKey(section)).ok();
+  if (value != nullptr) {
+    const std::string_view with_zero(value, std::strlen(value) + 1);
+    return WriteValue(ProfileKey(section), entry, REGISTRY_STRING, with_zero);
+  }
+  const auto key = Registry().OpenKey(kCurrentUser, ProfileKey(section).View());
+  const platform::Error error = key.ok() ? Registry().DeleteValue(key.value, entry) : key.error;
+  Registry().CloseKey(key.value);
+  return error.ok() || error.kind == platform::ErrorKind::kNotFound;
+}
+
+BOOL CWinApp::GetProfileBinary(const char* section, const char* entry, BYTE** data, UINT* size) {
+  *data = nullptr;
+  *size = 0;
+  std::optional<std::string> bytes;
+  if (registry_key_.IsEmpty()) {
+    const auto text = Profiles().Read(ProfileFile().View(), OrEmpty(section), OrEmpty(entry));
+    if (text) bytes = DecodeBytes(*text);
+  } else {
+    bytes = ReadValue(ProfileKey(section), entry, REGISTRY_BINARY);
+  }
+  if (!bytes) return 0;
+  auto copy = std::make_unique<BYTE[]>(bytes->size());
+  std::ranges::copy(*bytes, copy.get());
+  *data = copy.release();
+  *size = static_cast<UINT>(bytes->size());
+  return 1;
+}
+
+BOOL CWinApp::WriteProfileBinary(const char* section, const char* entry, const BYTE* data,
+                                 UINT size) {
+  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+  if (registry_key_.IsEmpty()) {
+    return WriteProfileString(section, entry, EncodeBytes(bytes).c_str());
+  }
+  return WriteValue(ProfileKey(section), entry, REGISTRY_BINARY, bytes);
+}
+
+CWinApp* AfxGetApp() { return g_app; }
+
+}  // namespace dq

@@ -1,0 +1,55 @@
+// The application object.
+
+#pragma once
+
+#include "dqlib/framework/windows/win_thread.h"
+
+namespace dq {
+
+/// The application object: who the program is. The thread that makes it is the user-interface
+/// thread. A program has one; it is dropped on the thread that made it.
+class CWinApp : public CWinThread {
+  DECLARE_DYNAMIC(CWinApp)
+  /// The application's name; null takes the executable's base name without extension.
+  explicit CWinApp(const char* name = nullptr);
+  ~CWinApp() override;
+
+  /// Sets the name under which the program's settings stand in the registry, "" at first.
+  void SetRegistryKey(const char* key);
+
+  /// The registry key name: the maker's name in the settings tree.
+  const char* GetRegistryKeyName() const { return registry_key_; }
+  /// The application's name, blanks kept.
+  const char* GetAppName() const { return app_name_; }
+  /// Full path of the executable. A host that stands for another program may set it.
+  const CString& GetExecutablePath() const { return executable_path_; }
+  void SetExecutablePath(const char* path) { executable_path_ = path; }
+
+  /// The program's profile: values by section and entry under its root key in the registry,
+  /// "Software\<registry key name>\<application's name>", where sections are keys and `\` in one
+  /// nests keys. Without a registry key name they stand in the profile file "<application's
+  /// name>.ini". A read gives `fallback` for a value that isn't there or has another kind; a null
+  /// fallback counts as "". Writes return 1, or 0 if the store refuses.
+  UINT GetProfileInt(const char* section, const char* entry, int fallback);
+  BOOL WriteProfileInt(const char* section, const char* entry, int value);
+  CString GetProfileString(const char* section, const char* entry, const char* fallback = nullptr);
+  /// A null value deletes the entry, a null entry the section with all below it.
+  BOOL WriteProfileString(const char* section, const char* entry, const char* value);
+  /// Points `*data` to the bytes, which the caller frees with `delete[]`, and sets `*size`; null, 0
+  /// and the result 0 if there are none.
+  BOOL GetProfileBinary(const char* section, const char* entry, BYTE** data, UINT* size);
+  BOOL WriteProfileBinary(const char* section, const char* entry, const BYTE* data, UINT size);
+
+ private:
+  CString ProfileKey(const char* section) const;
+  CString ProfileFile() const;
+
+  CString registry_key_;
+  CString app_name_;
+  CString executable_path_;
+};
+
+/// The program's application object, or null. Any thread.
+CWinApp* AfxGetApp();
+
+}  // namespace dq
