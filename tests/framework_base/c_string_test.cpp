@@ -1,0 +1,160 @@
+#include "dqlib/framework/base/c_string.h"
+
+#include <cstring>
+#include <gtest/gtest.h>
+#include <string>
+#include <utility>
+
+#include "dqlib/framework/base/resource_chain.h"
+#include "dqlib/framework/base/resource_module.h"
+#include "tests/support/scripted_locale.h"
+
+namespace dq {
+namespace {
+
+using namespace std::string_view_literals;
+
+/// Too long for the room inside a string.
+constexpr const char* kLong = "a text that is stored outside of the string itself";
+
+TEST(CString, PlainTextsEndAtTheFirstZeroAndViewsDoNot) {
+  EXPECT_EQ(CString("ab\0c").View(), "ab"sv);
+  EXPECT_EQ(CString("ab\0c"sv).View(), "ab\0c"sv);
+  EXPECT_EQ(CString("ab\0c", 4).View(), "ab\0c"sv);
+  EXPECT_EQ(CString("abc", -1), "");
+  EXPECT_EQ(CString(nullptr), "");
+  EXPECT_EQ(CString('x', 3), "xxx");
+  EXPECT_EQ(CString('x', -3), "");
+  CString text("ab\0c"sv);
+  text += "\0d"sv;
+  EXPECT_EQ(text.View(), "ab\0c\0d"sv);
+  EXPECT_FALSE(text == "ab") << "the rest counts";
+  EXPECT_EQ((text + text).GetLength(), 12);
+}
+
+TEST(CString, MovingTakesTheTextAndLeavesNone) {
+  for (const char* value : {"short", kLong}) {
+    CString from(value);
+    CString to(std::move(from));
+    EXPECT_EQ(to, value);
+    EXPECT_EQ(from, "");  // NOLINT(bugprone-use-after-move): "" is promised.
+    from += "again";
+    EXPECT_EQ(from, "again");
+    from = std::move(to);
+    EXPECT_EQ(from, value);
+    EXPECT_TRUE(to.IsEmpty());  // NOLINT(bugprone-use-after-move)
+    CString& same = from;
+    from = std::move(same);
+    EXPECT_EQ(from, value);
+    from = same;
+    EXPECT_EQ(from, value);
+  }
+}
+
+TEST(CString, ChangesByPartsOfItself) {
+  for (const std::string value : {"short", kLong}) {
+    CString text(value);
+    text += text;
+    EXPECT_EQ(text.View(), value + value);
+    text += static_cast<const char*>(text) + value.size() + 1;
+    EXPECT_EQ(text.View(), value + value + value.substr(1));
+    text = static_cast<const char*>(text) + 2 * value.size();
+    EXPECT_EQ(text.View(), value.substr(1));
+    text.Format("%s-%s", static_cast<const char*>(text), value.c_str());
+    EXPECT_EQ(text.View(), value.substr(1) + "-" + value);
+  }
+}
+
+TEST(CString, BufferIsZeroedAndJoinsTheValueOnRelease) {
+  CString text("abc");
+  char* buffer = text.GetBuffer(40);
+  EXPECT_EQ(std::string(buffer, 40), "abc" + std::string(37, '\0'));
+  std::memcpy(buffer, "xy\0z", 4);
+  EXPECT_EQ(text.GetLength(), 3) << "until it is released";
+  text.ReleaseBuffer();
+  EXPECT_EQ(text.View(), "xy"sv);
+  std::memcpy(text.GetBuffer(4), "xy\0z", 4);
+  text.ReleaseBuffer(4);
+  EXPECT_EQ(text.View(), "xy\0z"sv);
+  text.GetBuffer(1);
+  text.ReleaseBuffer(100);
+  EXPECT_EQ(text.View(), "xy\0z"sv) << "no more than the buffer has";
+}
+
+TEST(CString, WhatIsBehindTheValueInABufferIsDroppedByCopiesAndChanges) {
+  CString text("abc");
+  std::memcpy(text.GetBuffer(40), "abcdefgh", 8);
+  const CString copy(text);
+  CString assigned;
+  assigned = text;
+  EXPECT_STREQ(copy, "abc");
+  EXPECT_STREQ(assigned, "abc");
+  text += '!';
+  EXPECT_STREQ(text, "abc!");
+}
+
+TEST(CString, ClipsParts) {
+  const CString text("abcdef");
+  EXPECT_EQ(text.Mid(2), "cdef");
+  EXPECT_EQ(text.Mid(2, 2), "cd");
+  EXPECT_EQ(text.Mid(2, 2'147'483'647), "cdef");
+  EXPECT_EQ(text.Mid(7, 1), "");
+  EXPECT_EQ(text.Mid(-1, 2), "ab");
+  EXPECT_EQ(text.Mid(1, -1), "");
+  EXPECT_EQ(text.Left(9), "abcdef");
+  EXPECT_EQ(text.Right(2), "ef");
+  EXPECT_EQ(text.Right(9), "abcdef");
+  EXPECT_EQ(text.Right(-1), "");
+}
+
+TEST(CString, SearchesTrimsAndSpans) {
+  CString text(" \t=ab;b=\r\n");
+  EXPECT_EQ(text.Find('b'), 4);
+  EXPECT_EQ(text.ReverseFind('b'), 6);
+  EXPECT_EQ(text.Find("b="), 6);
+  EXPECT_EQ(text.FindOneOf(";="), 2);
+  EXPECT_EQ(text.FindOneOf("xyz"), -1);
+  EXPECT_EQ(text.SpanIncluding(" \t"), " \t");
+  EXPECT_EQ(text.SpanExcluding(";"), " \t=ab");
+  EXPECT_EQ(text.SpanExcluding(""), text);
+  text.TrimRight();
+  text.TrimLeft();
+  EXPECT_EQ(text, "=ab;b=");
+  EXPECT_GT(text.CompareNoCase("=AB;"), 0);
+  EXPECT_EQ(text.CompareNoCase("=AB;B="), 0);
+  EXPECT_GT(CString("\xE9").Compare("z"), 0) << "bytes are unsigned";
+}
+
+TEST(CString, GoesByCharacterWhereThereAreLeadBytes) {
+  test::ScriptedLocale locale;
+  ASSERT_TRUE(locale.SetCodePage(932));
+  // Two characters, whose second bytes look like a backslash and an "A", around an "A".
+  CString text("\x83\\A\x83\x41");
+  EXPECT_EQ(text.Find('\\'), -1);
+  EXPECT_EQ(text.Find('A'), 2);
+  EXPECT_EQ(text.ReverseFind('A'), 2);
+  EXPECT_EQ(text.FindOneOf("\\\x83\x41"), 3);
+  EXPECT_EQ(text.SpanExcluding("A"), "\x83\\");
+  text.MakeLower();
+  text.MakeReverse();
+  EXPECT_EQ(text, "\x83\x41\x61\x83\\");
+}
+
+TEST(CString, FillsPlacesOfStringsById) {
+  ResourceModule module;
+  module.AddString(50000, "%2: 100%, %1 of %3%");
+  module.AddString(50001, "%s, line %d");
+  const CDynLinkLibrary link(&module);
+  CString text;
+  AfxFormatString2(text, 50000, "%2", "two");
+  EXPECT_EQ(text, "two: 100%, %2 of %3%") << "in one pass";
+  AfxFormatString1(text, 50000, text);
+  EXPECT_EQ(text, "%2: 100%, two: 100%, %2 of %3% of %3%");
+  text.Format(50001u, "a.sql", 7);
+  EXPECT_EQ(text, "a.sql, line 7");
+  text.Format(50002u, 7);
+  EXPECT_EQ(text, "");
+}
+
+}  // namespace
+}  // namespace dq
