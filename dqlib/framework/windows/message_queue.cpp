@@ -1,5 +1,6 @@
 #include "dqlib/framework/windows/message_queue.h"
 
+#include <bit>
 #include <exception>
 #include <optional>
 #include <unordered_map>
@@ -72,7 +73,7 @@ HWND MessageQueue::AddWindow(CWnd* window, std::string class_name) {
   MessageQueue* const owner = Current();
   if (owner == nullptr) return nullptr;
   const Lock lock(All().mutex);
-  const HWND handle = reinterpret_cast<HWND>(All().next_handle++);
+  const HWND handle = std::bit_cast<HWND>(All().next_handle++);
   All().windows[handle] = {window, owner, std::move(class_name)};
   ++owner->windows_;
   return handle;

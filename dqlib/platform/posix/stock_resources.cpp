@@ -110,10 +110,8 @@ class Canvas {
   }
 
   void Set(int x, int y, COLORREF color) {
-    const int at = ((kSide - 1 - y) * kSide + x) * kBytesPerPixel;
-    for (int part = 0; part < kBytesPerPixel; ++part) {
-      bytes_[static_cast<std::size_t>(at + part)] = static_cast<char>(color >> (16 - 8 * part));
-    }
+    auto at = static_cast<std::size_t>((kSide - 1 - y) * kSide + x) * kBytesPerPixel;
+    for (const int shift : {16, 8, 0}) bytes_[at++] = static_cast<char>(color >> shift);
   }
 
   std::string bytes_ = std::string(kSide * kSide * kBytesPerPixel, '\xFF');
