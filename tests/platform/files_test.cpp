@@ -5,13 +5,11 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 #include "dqlib/platform/posix/mount_table.h"
 #include "dqlib/platform/posix/system_services.h"
 #include "tests/support/failing_system_calls.h"
-#include "tests/support/forwarding_files.h"
 #include "tests/support/temp_directory.h"
 
 namespace dq::platform {
@@ -158,13 +156,6 @@ TEST_F(FilesTest, ReplaceAndCopySurviveTheFailureOfEachCall) {
   calls.WriteAtMost(1000);
   EXPECT_TRUE(failing->Replace(dir / "to", large, false).ok());
   EXPECT_EQ(dir.Get("to"), large);
-}
-
-TEST_F(FilesTest, AFullDiskIsTold) {
-  const Result<HANDLE> full = files.Open("/dev/full", {.write = true});
-  ASSERT_TRUE(full.ok());
-  EXPECT_EQ(files.Write(full.value, "x").kind, ErrorKind::kNoSpace);
-  files.Close(full.value);
 }
 
 TEST_F(FilesTest, ReadAllHasTheWholeOfAnyFile) {
@@ -371,29 +362,6 @@ TEST(MountTable, KnowsThePathsOfOtherMachines) {
     EXPECT_EQ(posix::IsRemote(*mount), row.universal.has_value()) << row.path;
   }
   EXPECT_FALSE(posix::FindMount("", "/"));
-}
-
-TEST_F(FilesTest, AForwardingWrapperChangesOneCall) {
-  struct Wrapper : test::ForwardingFiles {
-    Error Delete(std::string_view) override { return {ErrorKind::kBusy, EBUSY}; }
-  } wrapper;
-  EXPECT_EQ(wrapper.Delete(dir.Put("a", "x")).kind, ErrorKind::kBusy);
-  EXPECT_EQ(wrapper.Status(dir / "a").value.size, 1u);
-}
-
-TEST_F(FilesTest, ThreadsMayShareTheService) {
-  std::vector<std::thread> threads;
-  for (int number = 0; number < 4; ++number) {
-    threads.emplace_back([&, number] {
-      const std::string path = dir / std::to_string(number);
-      for (int i = 0; i < 200; ++i) {
-        const Result<HANDLE> file = files.Open(path, {.write = true, .create = true});
-        EXPECT_TRUE(file.ok() && files.Write(file.value, "x").ok());
-        EXPECT_TRUE(files.Close(file.value).ok());
-      }
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
 }
 
 }  // namespace
