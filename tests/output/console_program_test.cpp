@@ -21,12 +21,10 @@ namespace {
 using platform::Error;
 using platform::ErrorKind;
 using platform::Result;
-using test::Children;
-using test::Eventually;
-using test::OpenDescriptors;
 using ::testing::ElementsAre;
 
 using Report = std::pair<int, std::string>;
+using Lines = std::vector<std::string>;
 
 /// What the feedback procedure was called with; a null text is "(null)".
 std::vector<Report> g_reports;
@@ -42,39 +40,38 @@ int Record(int code, const char* text) {
 class ConsoleProgramTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    g_reports.clear();
     g_on_report = nullptr;
     program_.SetCallback(Record);
-    descriptors_ = OpenDescriptors();
   }
   void TearDown() override {
-    EXPECT_TRUE(Eventually([] { return Children().empty(); })) << Children();
-    EXPECT_EQ(OpenDescriptors(), descriptors_);
+    EXPECT_TRUE(test::Eventually([] { return test::Children().empty(); })) << test::Children();
+    EXPECT_EQ(test::OpenDescriptors(), descriptors_);
   }
 
-  /// Runs it; the lines it wrote.
-  std::vector<std::string> Lines(const char* exe, const std::string& args) {
+  std::vector<Report> Run(const char* exe, const char* args, int result) {
     g_reports.clear();
-    EXPECT_EQ(program_.RunExecutable(exe, last_, args.c_str()), 1);
-    std::vector<std::string> lines;
-    for (const auto& [code, text] : g_reports) {
+    last_ = "before";
+    EXPECT_EQ(program_.RunExecutable(exe, last_, args), result);
+    return g_reports;
+  }
+  /// The lines that a program writes that runs, without the command line.
+  Lines Output(const char* exe, const std::string& args) {
+    Lines lines;
+    for (const auto& [code, text] : Run(exe, args.c_str(), 1)) {
       EXPECT_EQ(code, CONSOLE_LINE);
       lines.push_back(text);
     }
-    EXPECT_FALSE(lines.empty());
-    if (!lines.empty()) lines.erase(lines.begin());  // the command line
+    lines.erase(lines.begin());
     return lines;
   }
-  std::vector<std::string> ScriptLines(std::string_view text) {
-    return Lines("sh", files_.Put("script", text));
-  }
+  Lines ScriptOutput(std::string_view text) { return Output("sh", files_.Put("script", text)); }
 
   CDQConsoleProgram program_;
-  CString last_ = "before";
+  CString last_;
   test::TempDirectory files_;
 
  private:
-  std::ptrdiff_t descriptors_ = 0;
+  const std::ptrdiff_t descriptors_ = test::OpenDescriptors();
 };
 
 TEST_F(ConsoleProgramTest, MasksPasswordsInTheCommandLineItReports) {
@@ -87,187 +84,142 @@ TEST_F(ConsoleProgramTest, MasksPasswordsInTheCommandLineItReports) {
       {"none", "USERID=u1/p1@d1", "none USERID=u1/****@d1"},
       {"USERID=u1/p1@d1", "-x", "USERID=u1/p1@d1 -x"},
       {"none", "-Usa -Psecret -Sserver", "none -Usa -P****** -Sserver"},
-      {"none", "-P secret", "none -P secret"},
-      {"none", "-Px\t-Py", "none -P*\t-Py"},
+      {"none", "-P secret -Px", "none -P secret -Px"},
       {"MY-PROG", "x", "MY-P*** x"},
-      {"none", "a@b/c", "none a@b/c"},
-      {"none", "u/@d", "none u/@d"},
+      {"none", "a@b/c u/@d", "none a@b/c u/@d"},
       {"none", "u/se@d use", "none u/****@d u****"},
       {"/opt/none", "u/p@d", "/****@d"},
-      {"none", "u/-Pw@d -Pq", "none u/****@d -P*"},
   };
   for (const auto& c : cases) {
-    g_reports.clear();
-    program_.RunExecutable(c.exe, last_, c.args);
-    EXPECT_EQ(g_reports.front(), Report(CONSOLE_LINE, c.shown)) << c.exe << ' ' << c.args;
+    EXPECT_EQ(Run(c.exe, c.args, 0).front(), Report(CONSOLE_LINE, c.shown));
   }
 }
 
 TEST_F(ConsoleProgramTest, KeepsTheFormerProgramAndShowsFormerArgumentsUnmasked) {
-  EXPECT_EQ(program_.RunExecutable(nullptr, last_, nullptr), 0);
-  EXPECT_THAT(g_reports, ElementsAre(Report(CONSOLE_NO_EXECUTABLE, "(null)")));
-  EXPECT_THAT(Lines("echo", "-Psecret"), ElementsAre("-Psecret"));
-  EXPECT_EQ(g_reports.front().second, "echo -P******");
-  g_reports.clear();
-  EXPECT_EQ(program_.RunExecutable(nullptr, last_, nullptr), 1);
-  EXPECT_EQ(g_reports.front().second, "echo -Psecret");
+  EXPECT_THAT(Run(nullptr, nullptr, 0), ElementsAre(Report(CONSOLE_NO_EXECUTABLE, "(null)")));
+  EXPECT_EQ(Run("echo", "-Psecret", 1).front().second, "echo -P******");
+  EXPECT_EQ(Run(nullptr, nullptr, 1).front().second, "echo -Psecret");
   program_.SetCallback(nullptr);
-  EXPECT_EQ(program_.RunExecutable(nullptr, last_, "quiet"), 1);
+  Run(nullptr, "quiet", 1);
   EXPECT_EQ(last_, "quiet");
-  EXPECT_EQ(program_.RunExecutable("", last_, nullptr), 0);
 }
 
 TEST_F(ConsoleProgramTest, ReportsLinesAndKeepsTheLastOne) {
   const std::string long_line(200'000, 'x');
-  const std::string head_of_chunk = "one\nhead" + std::string(1, '\0') + std::string(246, 'L');
+  const std::string chunk_with_zero = "one\nhead" + std::string(1, '\0') + std::string(246, 'L');
   const struct {
     std::string output;
-    std::vector<std::string> lines;
+    Lines lines;
     const char* last;
   } cases[] = {
-      {"", {}, "before"},
       {" \n\n", {}, "before"},
       {"no end", {"no end"}, "no end"},
       {"\n  a\r\n\r\nb\r\n", {"a", "b"}, "b"},
       {long_line + '\n' + long_line, {long_line, long_line}, long_line.c_str()},
-      {head_of_chunk + "tail\nlast", {"one", "headtail", "last"}, "last"},
+      {chunk_with_zero + "tail\nlast", {"one", "headtail", "last"}, "last"},
       {"\x80\xFE\xFF\n\xE9", {"\x80\xFE\xFF", "\xE9"}, "\xE9"},
   };
   for (const auto& c : cases) {
-    last_ = "before";
-    EXPECT_TRUE(Lines("cat", files_.Put("output", c.output)) == c.lines) << c.output.substr(0, 9);
+    EXPECT_TRUE(Output("cat", files_.Put("output", c.output)) == c.lines) << c.output.substr(0, 9);
     EXPECT_EQ(last_, c.last);
   }
   program_.EnableTrimLeft(false);
-  EXPECT_THAT(Lines("printf", "'  a  \\n  b  \\n'"), ElementsAre("  a", "  b"));
+  EXPECT_THAT(Output("printf", "'  a  \\n  b  \\n'"), ElementsAre("  a", "  b"));
 }
 
 TEST_F(ConsoleProgramTest, GivesTheChildADirectoryAndNothingToRead) {
   program_.SetCurrentDirectory("/usr");
-  const auto lines = ScriptLines("pwd -P\ncat && echo read\necho error >&2\n");
-  ASSERT_EQ(lines.size(), 3u);
-  EXPECT_EQ(lines[0], "/usr");
-  EXPECT_THAT(lines[1], ::testing::StartsWith("cat: "));
-  EXPECT_EQ(lines[2], "error");
+  EXPECT_THAT(ScriptOutput("pwd -P; cat && echo read; echo error >&2"),
+              ElementsAre("/usr", ::testing::StartsWith("cat: "), "error"));
 }
 
 TEST_F(ConsoleProgramTest, HoweverAProgramEndsItRan) {
-  EXPECT_THAT(ScriptLines("echo a; exit 3"), ElementsAre("a"));
-  EXPECT_THAT(ScriptLines("echo a; kill -SEGV $$"), ElementsAre("a"));
+  EXPECT_THAT(ScriptOutput("echo a; exit 3"), ElementsAre("a"));
+  EXPECT_THAT(ScriptOutput("echo a; kill -SEGV $$"), ElementsAre("a"));
   // The pipe ends before the program does, which is waited for.
-  const std::string mark = files_ / "mark";
-  EXPECT_THAT(ScriptLines("echo a; exec >&- 2>&-; : > " + mark), ElementsAre("a"));
-  EXPECT_TRUE(std::filesystem::exists(mark));
+  EXPECT_THAT(ScriptOutput("echo a; exec >&- 2>&-; : > " + files_ / "mark"), ElementsAre("a"));
+  EXPECT_EQ(files_.Get("mark"), "");
   // The program ends before the pipe does, which is read to its end.
-  EXPECT_THAT(ScriptLines("(until grep -q 'State:.Z' /proc/$$/status; do :; done; echo late) &\n"
-                          "echo early\n"),
+  EXPECT_THAT(ScriptOutput("(until grep -q 'State:.Z' /proc/$$/status; do :; done; echo late) &\n"
+                           "echo early\n"),
               ElementsAre("early", "late"));
 }
 
-TEST_F(ConsoleProgramTest, TellsWhyAProgramCouldNotBeStarted) {
-  const std::string plain = files_.Put("plain", "");
-  const std::pair<const char*, const char*> cases[] = {
-      {"no-such-program-anywhere", "Create process failed: No such file or directory\r\n"},
-      {plain.c_str(), "Create process failed: Permission denied\r\n"}};
-  for (const auto& [exe, text] : cases) {
-    g_reports.clear();
-    EXPECT_EQ(program_.RunExecutable(exe, last_, "x"), 0);
-    EXPECT_THAT(g_reports, ElementsAre(Report(CONSOLE_LINE, std::string(exe) + " x"),
-                                       Report(CONSOLE_START_FAILED, text)));
-  }
-  EXPECT_EQ(last_, "before");
-}
-
-/// Fails one call.
+/// Fails the calls with these numbers.
 class FailingProcesses : public test::ForwardingProcesses {
  public:
   Result<platform::Pipe> CreatePipe() override {
-    return ++pipes == failing_pipe ? Error{ErrorKind::kNoSpace, EMFILE}
-                                   : ForwardingProcesses::CreatePipe();
+    return ++pipes == failing_pipe ? error : ForwardingProcesses::CreatePipe();
   }
   Result<std::size_t> Read(HANDLE read_end, std::span<char> buffer) override {
-    return ++reads == failing_read ? read_error : ForwardingProcesses::Read(read_end, buffer);
+    return ++reads == failing_read ? error : ForwardingProcesses::Read(read_end, buffer);
   }
   int pipes = 0;
   int failing_pipe = 0;
   int reads = 0;
   int failing_read = 0;
-  Result<std::size_t> read_error;
+  Error error;
 };
 
 TEST_F(ConsoleProgramTest, ReportsEachFailureOnce) {
-  FailingProcesses failing;
-  platform::Platform services = platform::Current();
-  services.processes = &failing;
-  const platform::ScopedPlatform scope(services);
-
-  failing.failing_pipe = 1;
-  EXPECT_EQ(program_.RunExecutable("yes", last_, ""), 0);
-  EXPECT_THAT(g_reports, ElementsAre(Report(CONSOLE_PIPE_FAILED,
-                                            "Create STDOUT pipe failed: Too many open files\r\n")));
-  failing.pipes = 0;
-  failing.failing_pipe = 2;
-  g_reports.clear();
-  EXPECT_EQ(program_.RunExecutable("yes", last_, ""), 0);
-  EXPECT_THAT(g_reports, ElementsAre(Report(CONSOLE_PIPE_FAILED,
-                                            "Create STDIN pipe failed: Too many open files\r\n")));
-
-  // The first bytes were read by then: what is left of them is dropped. The child still runs.
-  const std::pair<DWORD, const char*> cases[] = {{EIO, "Read pipe failed: Input/output error\r\n"},
-                                                 {99999, "Read pipe failed: Unknown OS Error"}};
-  for (const auto& [code, text] : cases) {
-    failing.reads = 0;
-    failing.failing_read = 2;
-    failing.read_error = Error{ErrorKind::kOther, code};
-    g_reports.clear();
-    EXPECT_EQ(program_.RunExecutable("sh", last_, "-c 'printf x; exec yes'"), 0);
-    EXPECT_EQ(g_reports.back(), Report(CONSOLE_READ_FAILED, text));
-    EXPECT_EQ(std::count_if(g_reports.begin(), g_reports.end(),
-                            [](const Report& report) { return report.first < 0; }),
-              1);
+  const std::string plain = files_.Put("plain", "");
+  const struct {
+    const char* exe;
+    int failing_pipe;
+    int failing_read;
+    DWORD error;
+    Report report;
+  } cases[] = {
+      {"yes", 1, 0, EMFILE, {-4, "Create STDOUT pipe failed: Too many open files\r\n"}},
+      {"yes", 2, 0, EMFILE, {-4, "Create STDIN pipe failed: Too many open files\r\n"}},
+      {"no-such-program", 0, 0, 0, {-3, "Create process failed: No such file or directory\r\n"}},
+      {plain.c_str(), 0, 0, 0, {-3, "Create process failed: Permission denied\r\n"}},
+      {"yes", 0, 2, EIO, {-5, "Read pipe failed: Input/output error\r\n"}},
+      {"yes", 0, 1, 99999, {-5, "Read pipe failed: Unknown OS Error"}},
+  };
+  for (const auto& c : cases) {
+    FailingProcesses failing;
+    failing.failing_pipe = c.failing_pipe;
+    failing.failing_read = c.failing_read;
+    failing.error = {ErrorKind::kOther, c.error};
+    platform::Platform services = platform::Current();
+    services.processes = &failing;
+    const platform::ScopedPlatform scope(services);
+    const auto reports = Run(c.exe, "x", 0);
+    EXPECT_EQ(reports.back(), c.report);
+    EXPECT_EQ(std::ranges::count_if(reports, [](const Report& each) { return each.first < 0; }), 1);
+    EXPECT_EQ(last_, "before");
   }
-  EXPECT_EQ(last_, "before");
 }
 
-TEST_F(ConsoleProgramTest, ACancelEndsAFloodWhoeverHoldsThePipe) {
+TEST_F(ConsoleProgramTest, ACancelEndsARunWhoeverHoldsThePipe) {
   // A stray process in a session of its own keeps the pipe until the test opens the named pipe.
-  const std::string fifo = files_ / "fifo";
-  const std::string stray = "mkfifo " + fifo + "; setsid sh -c 'echo ready; exec cat " + fifo +
-                            "' & while :; do echo flood; done\n";
-  for (const std::string& script : {std::string("echo ready; yes & yes"), stray}) {
+  const std::string stray = "mkfifo F; setsid sh -c 'echo ready; exec cat F' & ";
+  const std::string scripts[] = {"echo ready; yes & yes", "echo ready; printf last; exec sleep 600",
+                                 stray + "while :; do echo flood; done"};
+  program_.SetCurrentDirectory(files_.path().c_str());
+  for (const std::string& script : scripts) {
     std::thread canceller;
     g_on_report = [&](const Report& report) {
       if (report.second != "ready") return;
       canceller = std::thread([copy = program_]() mutable { copy.CancelProgram(); });
     };
-    ScriptLines(script);
+    const Lines lines = ScriptOutput(script);
     ASSERT_TRUE(canceller.joinable());
     canceller.join();
+    EXPECT_EQ(lines.front() == "ready" && lines.back() == "last", script == scripts[1]);
     program_.CancelProgram();  // none runs
   }
-  std::ofstream end(fifo);
-}
-
-TEST_F(ConsoleProgramTest, ACancelWakesAReaderThatWaits) {
-  std::thread canceller;
-  g_on_report = [&](const Report& report) {
-    if (report.second != "ready") return;
-    canceller = std::thread([&] { program_.CancelProgram(); });
-  };
-  // Its last line has no line behind it, so it comes at the end.
-  EXPECT_THAT(ScriptLines("echo ready; printf last; exec sleep 600"), ElementsAre("ready", "last"));
-  canceller.join();
-  EXPECT_EQ(last_, "last");
+  std::ofstream end(files_ / "F");
 }
 
 TEST(ConsoleProgram, FindsTheEndOfACompleteFirstLine) {
   const std::pair<const char*, int> cases[] = {
-      {"", -2},         {"abc", 0},     {"abc\n", 0},      {"abc\r\n\f\x1a", 0},
-      {"abc\nd", 3},    {"a\r\nb", 2},  {"a\r\n\r\nb", 4}, {"\nb", 0},
-      {"\r\n\nb\n", 2}, {"a\vb\n ", 3}, {nullptr, -2}};
+      {"", -2},      {"abc", 0},       {"abc\r\n\f\x1a", 0}, {"abc\nd", 3},
+      {"a\r\nb", 2}, {"\r\n\nb\n", 2}, {"\nb", 0},           {"a\vb\n ", 3},
+  };
   for (const auto& [text, position] : cases) {
-    EXPECT_EQ(CDQConsoleProgram::GetEndOfLinePosition(text), position)
-        << ::testing::PrintToString(text);
+    EXPECT_EQ(CDQConsoleProgram::GetEndOfLinePosition(text), position) << text;
   }
 }
 
