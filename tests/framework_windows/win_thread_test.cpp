@@ -1,10 +1,9 @@
-#include "dqlib/framework/windows/win_app.h"
-
 #include <atomic>
 #include <gtest/gtest.h>
 #include <memory>
 #include <thread>
 
+#include "dqlib/framework/windows/win_app.h"
 #include "dqlib/platform/platform.h"
 
 namespace dq {
@@ -70,7 +69,6 @@ TEST(WinApp, WithoutANameItHasTheExecutablesBaseName) {
   } rows[] = {{"/usr/bin/tool", "tool"},
               {"/opt/v1.2/my tool.bin", "my tool"},
               {"C:\\Tools\\Job.Runner.exe", "Job.Runner"},
-              {"/opt/.hidden", ".hidden"},
               {"tool.", "tool"},
               {"", ""}};
   for (const auto& row : rows) {
