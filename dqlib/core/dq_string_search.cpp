@@ -97,21 +97,6 @@ std::size_t ReverseStart(int start, int length) {
   return static_cast<std::size_t>(start < 0 || start >= length ? length - 1 : start);
 }
 
-/// The field with the index, between delimiters of `size` bytes that `find` finds at or behind a
-/// place; past the last field it is empty.
-template <typename Find>
-std::string_view Field(std::string_view text, Find find, std::size_t size, int index) {
-  if (index < 0) return {};
-  std::size_t start = 0;
-  for (; index > 0; --index) {
-    const std::size_t hit = find(start);
-    if (hit == npos) return {};
-    start = hit + size;
-  }
-  const std::size_t end = find(start);
-  return text.substr(start, end == npos ? npos : end - start);
-}
-
 /// Makes room for the tokens of a text when it is used up: for as many as there are if the rest is
 /// like the part that is done, within bounds. It spares the moves of a plain growth.
 class TokenRoom {
@@ -242,22 +227,28 @@ int CDQString::ReplaceTabs(int width) {
 CDQString CDQString::GetField(const char* delimiter, int index) const {
   const std::string_view text = View();
   const std::string_view wanted = OrEmpty(delimiter);
-  if (wanted.size() == 1 && multi_byte::CurrentCodePage().IsSingleByte()) {
-    return GetField(wanted.front(), index);
-  }
+  if (wanted.empty()) return index == 0 ? *this : CDQString();
   const Searcher searcher(wanted);
-  const auto find = [&](std::size_t start) {
-    return wanted.empty() ? npos : searcher.Find(text, start);
-  };
-  return Field(text, find, wanted.size(), index);
+  std::size_t start = 0;
+  if (index != 0) {
+    const std::size_t hit = index < 0 ? npos : searcher.FindAt(text, Start(index) - 1);
+    if (hit == npos) return {};
+    start = hit + wanted.size();
+  }
+  const std::size_t end = searcher.Find(text, start);
+  return text.substr(start, end == npos ? npos : end - start);
 }
 
 CDQString CDQString::GetField(char delimiter, int index) const {
-  const std::string_view text = View();
-  const auto find_byte = [=](std::size_t start) { return text.find(delimiter, start); };
-  const auto find = [=](std::size_t start) { return multi_byte::Find(text, delimiter, start); };
-  return multi_byte::CurrentCodePage().IsSingleByte() ? Field(text, find_byte, 1, index)
-                                                      : Field(text, find, 1, index);
+  if (multi_byte::CurrentCodePage().IsSingleByte()) return GetField(CString(delimiter), index);
+  std::size_t start = 0;
+  std::size_t end = multi_byte::Find(View(), delimiter);
+  for (; index > 0 && end != npos; --index) {
+    start = end + 1;
+    end = multi_byte::Find(View(), delimiter, start);
+  }
+  if (index != 0) return {};
+  return View().substr(start, end == npos ? npos : end - start);
 }
 
 int CDQString::GetFieldCount(const char* delimiter) const {

@@ -214,7 +214,7 @@ int CDQFileUtility::WriteFile(const char* path, const char* text, int length, bo
   const bool existed = DQLIB_FileExists(path);
   CFile file;
   CDQFileException error;
-  const UINT create = existed ? 0 : CFile::modeCreate;
+  const UINT create = existed ? 0U : UINT{CFile::modeCreate};
   if (!file.Open(path, CFile::modeWrite | CFile::shareDenyWrite | create, &error)) {
     ShowFileError(path, error, true);
     return 0;

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstring>
-#include <ctime>
 #include <memory>
 #include <new>
 
@@ -99,7 +98,8 @@ BOOL DQLIB_RenameRegistryItem(HKEY root, const char* old_name, const char* new_n
   if (std::strcmp(old_name, new_name) == 0) return 1;
   if (CString(old_name).CompareNoCase(new_name) == 0) {
     CString temporary;
-    temporary.Format("%s%ld", new_name, static_cast<long>(std::time(nullptr)));
+    temporary.Format("%s%ld", new_name,
+                     static_cast<long>(platform::Current().clock->SecondsSince1970()));
     return DQLIB_RenameRegistryItem(root, old_name, temporary) &&
            DQLIB_RenameRegistryItem(root, temporary, new_name);
   }

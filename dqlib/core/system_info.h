@@ -4,6 +4,7 @@
 
 #include "dqlib/framework/base/c_string.h"
 #include "dqlib/framework/base/ole_date_time.h"
+#include "dqlib/platform/system_facts.h"
 
 namespace dq {
 
@@ -34,20 +35,6 @@ enum DateFlags : DWORD {
   DATE_LONG = 2,
 };
 
-/// Numbers of special folders.
-enum SpecialFolder : int {
-  FOLDER_DESKTOP = 0,
-  FOLDER_PROGRAMS = 2,
-  FOLDER_PERSONAL = 5,
-  FOLDER_FAVORITES = 6,
-  FOLDER_STARTUP = 7,
-  FOLDER_TEMPLATES = 21,
-  FOLDER_APPDATA = 26,  ///< The user's application data.
-  FOLDER_LOCAL_APPDATA = 28,
-  FOLDER_COMMON_APPDATA = 35,
-  FOLDER_PROFILE = 40,
-};
-
 /// Facts about the machine and the user. Static operations may be called from any thread.
 class CDQSystemInfo {
  public:
@@ -70,8 +57,8 @@ class CDQSystemInfo {
   /// Whether the registry lists the product suite, case ignored.
   static bool IsProductSuiteInstalled(const char* suite);
 
-  /// Path of a special folder, without a separator at its end, made if `create`; "" if there is
-  /// none. The window is the owner of any question, and may be null.
+  /// Path of a special folder (a `SpecialFolder`), without a separator at its end, made if
+  /// `create`; "" if there is none. The window is the owner of any question, and may be null.
   static CString GetSpecialFolderPath(int folder, bool create, HWND owner);
   static CString GetSpecialFolderPath(int folder, bool create, CWnd* owner = nullptr);
 

@@ -75,8 +75,12 @@ CString CDQApplicationInfo::GetExecutableDirectory() {
 }
 
 bool CDQApplicationInfo::RunningFromNetwork() {
-  const platform::PathParts parts = platform::SplitPath(GetExecutablePath().View());
-  const UINT kind = platform::Current().files->KindOfDrive(parts.drive);
+  // A path of the platform's own form has no drive to ask for: the path itself says where it lies.
+  const CString path = GetExecutablePath();
+  const bool has_drives = platform::FormOf(path.View()) == platform::PathForm::kWindows;
+  const std::string drive =
+      has_drives ? platform::SplitPath(path.View()).drive : std::string(path.View());
+  const UINT kind = platform::Current().files->KindOfDrive(drive);
   return kind == DRIVE_KIND_REMOTE || kind == DRIVE_KIND_UNKNOWN || kind == DRIVE_KIND_NO_ROOT;
 }
 

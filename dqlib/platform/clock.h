@@ -2,6 +2,9 @@
 
 #pragma once
 
+#include <cstdint>
+
+#include "dqlib/platform/system_time.h"
 #include "dqlib/platform/types.h"
 
 namespace dq::platform {
@@ -17,6 +20,12 @@ class Clock {
   /// Milliseconds since some fixed moment in the past, modulo 2^32. Never runs backwards but for
   /// the wrap, whatever happens to the time of day.
   virtual DWORD TickCount() = 0;
+
+  /// Seconds since 1970-01-01 UTC, by the machine's time of day.
+  virtual std::int64_t SecondsSince1970() = 0;
+
+  /// The present date and time of day in the user's time zone.
+  virtual SYSTEMTIME LocalTime() = 0;
 };
 
 }  // namespace dq::platform

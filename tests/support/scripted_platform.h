@@ -28,7 +28,18 @@ struct ScriptedModules : platform::Modules {
 struct ScriptedFacts : platform::SystemFacts {
   int VerticalPixelsPerInch() override { return pixels_per_inch; }
   COLORREF Color(int index) override { return colors[index]; }
+  platform::Result<platform::SystemVersion> Version() override { return version; }
+  std::string UserName() override { return "scott"; }
+  std::string ComputerName() override { return "TIGER"; }
+  std::string HostName() override { return "tiger.example.org"; }
+  bool IsAdministrator() override { return administrator; }
+  std::string FolderPath(int folder) override { return folders[folder]; }
+  std::string WebBrowserCommand() override { return browser; }
   int pixels_per_inch = 96;
+  platform::Result<platform::SystemVersion> version;
+  bool administrator = false;
+  std::map<int, std::string> folders;
+  std::string browser;
   std::map<int, COLORREF> colors;
 };
 

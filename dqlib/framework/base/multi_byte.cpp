@@ -71,22 +71,27 @@ std::size_t FindBytes(std::string_view text, std::string_view wanted, std::size_
   return npos;
 }
 
-/// Counts a byte: leaps to the next one, and counts over a stretch from there, since they come in
-/// crowds or hardly at all.
-std::size_t CountByte(std::string_view text, char byte) {
+/// Where `byte` stands behind `left` others of its kind; takes off `left` those that it passes.
+/// Leaps to the next one, and counts over a stretch from there, since they come in crowds or hardly
+/// at all.
+std::size_t PassBytes(std::string_view text, char byte, std::size_t& left) {
   constexpr std::size_t kStretch = 1024;
-  std::size_t count = 0;
   for (std::size_t at = text.find(byte); at != npos; at = text.find(byte, at)) {
     const std::size_t end = std::min(at + kStretch, text.size());
     while (at < end) {
       // Few enough for a counter of one byte, which lets the compiler count many at once.
-      const std::size_t part = std::min(at + 255, end);
+      const std::string_view part = text.substr(at, std::min<std::size_t>(end - at, 255));
       unsigned char hits = 0;
-      for (; at < part; ++at) hits = static_cast<unsigned char>(hits + (text[at] == byte));
-      count += hits;
+      for (const char other : part) hits = static_cast<unsigned char>(hits + (other == byte));
+      if (hits > left) {
+        for (at = text.find(byte, at); left > 0; --left) at = text.find(byte, at + 1);
+        return at;
+      }
+      left -= hits;
+      at += part.size();
     }
   }
-  return count;
+  return npos;
 }
 
 }  // namespace
@@ -111,12 +116,23 @@ std::size_t Searcher::FindText(std::string_view text, std::size_t start) const {
 }
 
 std::size_t Searcher::Count(std::string_view text) const {
-  if (is_byte_) return CountByte(text, wanted_.front());
+  if (is_byte_) {
+    std::size_t left = npos;
+    PassBytes(text, wanted_.front(), left);
+    return npos - left;
+  }
   std::size_t count = 0;
   for (std::size_t hit = Find(text, 0); hit != npos; hit = Find(text, hit + wanted_.size())) {
     ++count;
   }
   return count;
+}
+
+std::size_t Searcher::FindAt(std::string_view text, std::size_t index) const {
+  if (is_byte_) return PassBytes(text, wanted_.front(), index);
+  std::size_t hit = Find(text, 0);
+  for (; hit != npos && index > 0; --index) hit = Find(text, hit + wanted_.size());
+  return hit;
 }
 
 NoCaseWalk::NoCaseWalk(std::string_view text, std::string_view wanted)

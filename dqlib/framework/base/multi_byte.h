@@ -46,6 +46,9 @@ class Searcher {
   /// How often the wanted text, which isn't empty, stands in `text` without overlapping.
   std::size_t Count(std::string_view text) const;
 
+  /// Where the occurrence with that index from 0 stands, of those that `Count` counts.
+  std::size_t FindAt(std::string_view text, std::size_t index) const;
+
  private:
   std::size_t FindText(std::string_view text, std::size_t start) const;
 

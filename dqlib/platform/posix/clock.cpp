@@ -7,7 +7,7 @@
 namespace dq::platform::posix {
 namespace {
 
-class MonotonicClock : public Clock {
+class PosixClock : public Clock {
  public:
   DWORD TickCount() override {
     timespec now{};
@@ -16,12 +16,29 @@ class MonotonicClock : public Clock {
                                        static_cast<std::uint64_t>(now.tv_nsec) / 1'000'000;
     return static_cast<DWORD>(milliseconds);
   }
+
+  std::int64_t SecondsSince1970() override { return std::time(nullptr); }
+
+  SYSTEMTIME LocalTime() override {
+    timespec now{};
+    clock_gettime(CLOCK_REALTIME, &now);
+    std::tm parts{};
+    localtime_r(&now.tv_sec, &parts);
+    return {.wYear = static_cast<WORD>(parts.tm_year + 1900),
+            .wMonth = static_cast<WORD>(parts.tm_mon + 1),
+            .wDayOfWeek = static_cast<WORD>(parts.tm_wday),
+            .wDay = static_cast<WORD>(parts.tm_mday),
+            .wHour = static_cast<WORD>(parts.tm_hour),
+            .wMinute = static_cast<WORD>(parts.tm_min),
+            .wSecond = static_cast<WORD>(parts.tm_sec),
+            .wMilliseconds = static_cast<WORD>(now.tv_nsec / 1'000'000)};
+  }
 };
 
 }  // namespace
 
 Clock& SystemClock() {
-  static MonotonicClock& clock = *new MonotonicClock;
+  static PosixClock& clock = *new PosixClock;
   return clock;
 }
 

@@ -191,6 +191,7 @@ Result<HANDLE> PosixFiles::Open(std::string_view path, const OpenOptions& option
   }
   int flags = options.write ? (options.read ? O_RDWR : O_WRONLY) : O_RDONLY;
   if (options.create) flags |= O_CREAT;
+  if (options.append) flags |= O_APPEND;
   struct stat status;
   const Result<int> fd =
       OpenAtOnce(calls_, native.value, flags, options.user_only ? kUserOnly : kEveryone, status);

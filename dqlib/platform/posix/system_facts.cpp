@@ -1,15 +1,188 @@
 #include "dqlib/platform/system_facts.h"
 
+#include <cerrno>
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <netdb.h>
+#include <pwd.h>
+#include <sstream>
+#include <sys/utsname.h>
+#include <unistd.h>
+#include <vector>
+
 #include "dqlib/platform/posix/system_services.h"
 
 namespace dq::platform::posix {
 namespace {
 
-/// Without a window system there is no screen to ask; this is the resolution and the scheme that
+std::string Variable(const char* name) {
+  const char* const value = std::getenv(name);
+  return value == nullptr ? "" : value;
+}
+
+/// The user's entry in the list of users: name or home directory.
+std::string UserEntry(char* passwd::*field) {
+  std::vector<char> buffer(16384);
+  passwd entry{};
+  passwd* found = nullptr;
+  if (getpwuid_r(geteuid(), &entry, buffer.data(), buffer.size(), &found) != 0 ||
+      found == nullptr) {
+    return {};
+  }
+  return found->*field;
+}
+
+std::string Home() {
+  const std::string home = Variable("HOME");
+  return home.empty() ? UserEntry(&passwd::pw_dir) : home;
+}
+
+/// A directory of the desktop's base directory rules, which count only absolute paths.
+std::string BaseDirectory(const char* variable, const char* below_home) {
+  const std::string path = Variable(variable);
+  return path.starts_with('/') ? path : Home() + below_home;
+}
+
+std::string ConfigDirectory() { return BaseDirectory("XDG_CONFIG_HOME", "/.config"); }
+std::string DataDirectory() { return BaseDirectory("XDG_DATA_HOME", "/.local/share"); }
+
+/// A list of directories with colons between them; never empty.
+std::vector<std::string> DirectoryList(const char* variable, const char* fallback) {
+  std::string list = Variable(variable);
+  if (list.empty()) list = fallback;
+  std::vector<std::string> directories;
+  std::istringstream stream(list);
+  for (std::string directory; std::getline(stream, directory, ':');) {
+    if (directory.starts_with('/')) directories.push_back(directory);
+  }
+  if (directories.empty()) directories.emplace_back(fallback);
+  return directories;
+}
+
+/// The value of `key` in a file of lines `key=value`; with a section, only below its `[section]`.
+std::string ReadKey(const std::string& path, const std::string& section, const std::string& key) {
+  std::ifstream file(path);
+  bool inside = section.empty();
+  for (std::string line; std::getline(file, line);) {
+    if (line.starts_with('[')) inside = line == section;
+    if (inside && line.starts_with(key + "=")) return line.substr(key.size() + 1);
+  }
+  return {};
+}
+
+/// A folder of the user's own that the desktop keeps a list of: `NAME="$HOME/Folder"`.
+std::string UserFolder(const char* name, const char* below_home) {
+  std::string value = ReadKey(ConfigDirectory() + "/user-dirs.dirs", "", name);
+  if (value.size() > 2 && value.front() == '"' && value.back() == '"') {
+    value = value.substr(1, value.size() - 2);
+    if (value.starts_with("$HOME")) value = Home() + value.substr(5);
+    while (value.size() > 1 && value.back() == '/') value.pop_back();
+    if (value.starts_with('/')) return value;
+  }
+  return Home() + below_home;
+}
+
+/// The command of a program's desktop entry, without the places for what it is to open.
+std::string DesktopCommand(const std::string& entry) {
+  std::vector<std::string> directories =
+      DirectoryList("XDG_DATA_DIRS", "/usr/local/share:/usr/share");
+  directories.insert(directories.begin(), DataDirectory());
+  for (const std::string& directory : directories) {
+    std::string command = ReadKey(directory + "/applications/" + entry, "[Desktop Entry]", "Exec");
+    if (command.empty()) continue;
+    for (std::size_t place = command.find('%'); place != command.npos;
+         place = command.find('%', place)) {
+      const bool literal = command.compare(place, 2, "%%") == 0;
+      command.erase(place, literal ? 1 : 2);
+      if (literal) ++place;
+    }
+    while (!command.empty() && command.back() == ' ') command.pop_back();
+    return command;
+  }
+  return {};
+}
+
+/// Without a window system there is no screen to ask; resolution and colours are those that
 /// desktops start from. A host with a screen puts its own service in place.
-class ScreenlessFacts : public SystemFacts {
+class PosixFacts : public SystemFacts {
  public:
   int VerticalPixelsPerInch() override { return 96; }
+
+  Result<SystemVersion> Version() override {
+    utsname name{};
+    if (uname(&name) != 0) return ErrorFromErrno(errno);
+    SystemVersion version;
+    std::istringstream release(name.release);
+    char dot = 0;
+    release >> version.major >> dot >> version.minor >> dot >> version.build;
+    return version;
+  }
+
+  std::string UserName() override {
+    const std::string name = UserEntry(&passwd::pw_name);
+    return name.empty() ? std::to_string(geteuid()) : name;
+  }
+
+  std::string ComputerName() override {
+    const std::string name = NodeName();
+    return name.substr(0, name.find('.'));
+  }
+
+  std::string HostName() override {
+    const std::string name = NodeName();
+    const addrinfo hints{.ai_flags = AI_CANONNAME,
+                         .ai_family = AF_UNSPEC,
+                         .ai_socktype = 0,
+                         .ai_protocol = 0,
+                         .ai_addrlen = 0,
+                         .ai_addr = nullptr,
+                         .ai_canonname = nullptr,
+                         .ai_next = nullptr};
+    addrinfo* found = nullptr;
+    if (getaddrinfo(name.c_str(), nullptr, &hints, &found) != 0) return name;
+    const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> owner(found, freeaddrinfo);
+    return found->ai_canonname == nullptr ? name : found->ai_canonname;
+  }
+
+  bool IsAdministrator() override { return geteuid() == 0; }
+
+  std::string FolderPath(int folder) override {
+    switch (folder) {
+      case FOLDER_DESKTOP:
+        return UserFolder("XDG_DESKTOP_DIR", "/Desktop");
+      case FOLDER_PROGRAMS:
+        return DataDirectory() + "/applications";
+      case FOLDER_PERSONAL:
+        return UserFolder("XDG_DOCUMENTS_DIR", "/Documents");
+      case FOLDER_STARTUP:
+        return ConfigDirectory() + "/autostart";
+      case FOLDER_TEMPLATES:
+        return UserFolder("XDG_TEMPLATES_DIR", "/Templates");
+      case FOLDER_APPDATA:
+        return ConfigDirectory();
+      case FOLDER_LOCAL_APPDATA:
+        return DataDirectory();
+      case FOLDER_COMMON_APPDATA:
+        return DirectoryList("XDG_CONFIG_DIRS", "/etc/xdg").front();
+      case FOLDER_PROFILE:
+        return Home();
+      default:
+        return {};
+    }
+  }
+
+  std::string WebBrowserCommand() override {
+    const std::vector<std::string> lists = {ConfigDirectory() + "/mimeapps.list",
+                                            DataDirectory() + "/applications/mimeapps.list",
+                                            "/usr/share/applications/mimeapps.list"};
+    for (const std::string& list : lists) {
+      const std::string entries = ReadKey(list, "[Default Applications]", "x-scheme-handler/http");
+      const std::string command = DesktopCommand(entries.substr(0, entries.find(';')));
+      if (!command.empty()) return command;
+    }
+    return Variable("BROWSER");
+  }
 
   COLORREF Color(int index) override {
     switch (index) {
@@ -23,12 +196,18 @@ class ScreenlessFacts : public SystemFacts {
         return 0;
     }
   }
+
+ private:
+  static std::string NodeName() {
+    utsname name{};
+    return uname(&name) == 0 ? name.nodename : "localhost";
+  }
 };
 
 }  // namespace
 
 SystemFacts& SystemFactsService() {
-  static ScreenlessFacts& facts = *new ScreenlessFacts;
+  static PosixFacts& facts = *new PosixFacts;
   return facts;
 }
 
