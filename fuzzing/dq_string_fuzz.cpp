@@ -341,6 +341,10 @@ class Runner {
         Same(std::string(text_.GetField(argument, index).View()), Field(plain_, first, index));
         Same(std::string(text_.GetDelimitedField(argument, second.c_str(), index).View()),
              DelimitedField(plain_, first, second, index));
+        if (!Page().IsLeadByte(static_cast<unsigned char>(ch))) {
+          Same(std::string(text_.GetField(ch, index).View()),
+               Field(plain_, std::string(1, ch), index));
+        }
         std::string unused = plain_;
         Same(text_.GetFieldCount(argument), 1 + Replace(unused, first, "", true, false));
         break;

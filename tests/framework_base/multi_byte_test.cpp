@@ -62,12 +62,19 @@ TEST(MultiByte, EverySearchAgreesWithAPlainOne) {
   }
 }
 
-TEST(MultiByte, CountsAByteInCrowdsAndFarApart) {
+TEST(MultiByte, CountsABytesPlacesInCrowdsAndFarApart) {
   std::string text;
+  std::vector<std::size_t> places;
   for (const std::size_t distance : {1, 2, 3, 255, 256, 1023, 1024, 5000}) {
-    for (int i = 0; i < 700; ++i) text.append(distance - 1, 'x').append(";");
+    for (int i = 0; i < 300; ++i) {
+      text.append(distance - 1, 'x').append(";");
+      places.push_back(text.size() - 1);
+    }
   }
-  EXPECT_EQ(Searcher(";").Count(text), 8u * 700);
+  const Searcher searcher(";");
+  EXPECT_EQ(searcher.Count(text), places.size());
+  for (std::size_t i = 0; i < places.size(); i += 7) EXPECT_EQ(searcher.FindAt(text, i), places[i]);
+  EXPECT_EQ(searcher.FindAt(text, places.size()), npos);
 }
 
 TEST(MultiByte, RepetitiveTextsTakeLinearTime) {
