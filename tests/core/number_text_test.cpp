@@ -47,15 +47,11 @@ TEST(FormatNumber, TakesTheItemsOfTheUsersLocale) {
       {german, "1234.5", "1.235"},
       {german, "1234,5", "(stays)"},
       {With(LOCALE_SDECIMAL, ""), "1234.5", "1,23450"},
-      {With(LOCALE_IDIGITS, "0"), "2.5", "3"},
       {With(LOCALE_IDIGITS, "-1"), "2.5", "(stays)"},
       {With(LOCALE_IDIGITS, "2147483647"), "2.5", "(stays)"},
       {With(LOCALE_ILZERO, "0"), "0.5", ".50"},
-      {With(LOCALE_SGROUPING, "0"), "1234567", "1234567"},
       {With(LOCALE_SGROUPING, "3;2;0"), "1234567", "1,234,567"},
       {With(LOCALE_INEGNUMBER, "0"), "-1", "(1)"},
-      {kUs, "", "(stays)"},
-      {kUs, "12x", "(stays)"},
       {kUs, "1,234.5", "(stays)"},
   };
   for (const auto& c : cases) {
@@ -71,8 +67,6 @@ TEST(FormatNumber, UsesTheGivenSeparatorsOnlyForThoseThatCantBeRead) {
   EXPECT_EQ(Format("1234.5", '!', '?'), "1,234.50");
   locale.items.erase(LOCALE_STHOUSAND);
   EXPECT_EQ(Format("1234.5", '!', '?'), "1?234.50");
-  locale.items.clear();
-  EXPECT_EQ(Format("1234.5", '.', ' '), "1 234.50");
 }
 
 TEST(FormatNumber, LeavesATextWhoseResultHasNoRoom) {

@@ -10,18 +10,13 @@ TEST(DatePictures, TranslateElementsAndQuoteText) {
     const char* pattern;
     const char* picture;
   } const cases[] = {
-      {"%m/%d/%Y", "MM/dd/yyyy"},
-      {"%-d.%-m.%y", "d.M.yy"},
-      {"%#d/%#m", "d/M"},
-      {"%e. %b %Y", "d. MMM yyyy"},
-      {"%0e %_d %0k", "dd d HH"},
+      {"%0e %_d %-m %#m %0k", "dd d M M HH"},
       {"%A %a %B %h %G %g", "dddd ddd MMMM MMM yyyy yy"},
       {"%D %F", "MM/dd/yy yyyy-MM-dd"},
       {"%T %R", "HH:mm:ss HH:mm"},
       {"%k:%M %l:%M %P", "H:mm h:mm tt"},
       {"%Oy/%Om/%Od %EY", "yy/MM/dd yyyy"},
       {"%I:%M:%S %p %Z", "hh:mm:ss tt"},
-      {"%Z %I:%M", "hh:mm"},
       {"%H %Z:%M", "HH:mm"},
       {"%n%H%t%M%%", "HH mm%"},
       {"kl. %H.%M %z", "'kl'. HH.mm"},
@@ -33,10 +28,8 @@ TEST(DatePictures, TranslateElementsAndQuoteText) {
        "a\x83[' MM"},
       {"%H o'clock", "HH 'o''clock'"},
       {"%H'%M''", "HH''mm''''"},
-      {"", ""},
       {"%", ""},
       {"%H%-", "HH"},
-      {"%Q%H%j", "HH"},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(TimePicture({.time = c.pattern}), c.picture) << c.pattern;
@@ -58,16 +51,13 @@ TEST(DatePictures, LongDateIsTheDateOfTheDateAndTimeWithFullNames) {
     const char* date_time;
     const char* picture;
   } const cases[] = {
-      {"%a %d %b %Y %T %Z", "dddd dd MMMM yyyy"},
       {"%a %b %e %H:%M:%S %Y", "dddd MMMM d yyyy"},
       {"%a, %d %b %Y, %X", "dddd, dd MMMM yyyy"},
       {"%Y. %b. %-e., %A, %H:%M:%S %Z", "yyyy. MMMM. d., dddd"},
-      {"%x (%a) %r", "dd.MM.yyyy (dddd)"},
       {"%T, %d.%m.%Y", "dd.MM.yyyy"},
       {"%d-%m-%Y ora %H:%M", "dd-MM-yyyy"},
       {"%Y\xE5\xB9\xB4%d\xE6\x97\xA5 %H\xE6\x99\x82%M\xE5\x88\x86",
        "yyyy'\xE5\xB9\xB4'dd'\xE6\x97\xA5'"},
-      {"%H:%M", "dd.MM.yyyy"},
       {"", "dd.MM.yyyy"},
   };
   for (const auto& c : cases) {
