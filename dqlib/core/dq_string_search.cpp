@@ -163,9 +163,9 @@ int CDQString::ReverseFind(const char* text, int start) const {
   const std::string_view wanted = OrEmpty(text);
   if (wanted.empty() || IsEmpty()) return -1;
   const std::size_t first = ReverseStart(start, GetLength());
-  if (first == 0) return -1;
+  // The part that a hit may cover: from index 1 to the end of one at `first`.
   const std::size_t hit =
-      multi_byte::ReverseFindBytes(View().substr(1, first - 1 + wanted.size()), wanted);
+      multi_byte::ReverseFindBytes(View().substr(1, first + wanted.size() - 1), wanted);
   return hit == npos ? -1 : static_cast<int>(hit + 1);
 }
 

@@ -137,6 +137,7 @@ TEST(DQString, FindsForward) {
 
   const TwoByteCharacters page;
   const CDQString wide(std::string(kA) + "xa" + kSo + "\\");
+  EXPECT_EQ(wide.Find('\x83'), -1) << "no half of a character";
   EXPECT_EQ(wide.FindNoCase('A'), 3);
   EXPECT_EQ(wide.FindNoCase("A"), 3);
   EXPECT_EQ(wide.Find("\\"), 6);
@@ -193,6 +194,8 @@ TEST(DQString, ReplacesWhatItFinds) {
   EXPECT_EQ(text, "bb-A-a");
   EXPECT_EQ(text.FindReplaceNoCase("a", "b"), 2);
   EXPECT_EQ(text, "bb-b-b");
+  EXPECT_EQ(text.FindReplace("b", "c", false), 1);
+  EXPECT_EQ(text, "cb-b-b");
 }
 
 TEST(DQString, ReplacesByPartsOfItself) {
