@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "dqlib/frame/output_message.h"
-#include "dqlib/framework/windows/win_thread.h"
+#include "dqlib/framework/windows/win_app.h"
 
 namespace dq::testing {
 
