@@ -256,13 +256,16 @@ class SpawnSettings {
   posix_spawn_file_actions_t actions_;
 };
 
+/// One count for the tables of all kinds, so that a handle names one thing only.
+std::atomic<HANDLE> g_next_handle = kNoHandle + 1;
+
 /// What handles of one kind name.
 template <typename T>
 class HandleTable {
  public:
   HANDLE Add(std::shared_ptr<T> object) {
     static_assert(sizeof(HANDLE) == 8, "numbers must not run out");
-    const HANDLE handle = next_.fetch_add(1, std::memory_order_relaxed);
+    const HANDLE handle = g_next_handle.fetch_add(1, std::memory_order_relaxed);
     const std::lock_guard lock(mutex_);
     objects_.emplace(handle, std::move(object));
     return handle;
@@ -280,9 +283,6 @@ class HandleTable {
   }
 
  private:
-  /// Of all kinds, so that a handle names one thing only.
-  static inline std::atomic<HANDLE> next_ = kNoHandle + 1;
-
   std::mutex mutex_;
   std::unordered_map<HANDLE, std::shared_ptr<T>> objects_;
 };
