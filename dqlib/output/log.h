@@ -64,8 +64,8 @@ class CDQLog : public CObject {
 
 /// Appends one entry, of two lines, to a log file: date and time, then the text. `maxKilobytes`
 /// above 0 makes a file of that size or larger start over, the opposite of what `CDQLog` does.
-/// Returns 1, or -1 if a text is null or the file can't be opened or written; another writer who
-/// has it open keeps this one waiting for up to a second.
+/// Returns 1, or -1 if a text is null or the file can't be opened or written, also because another
+/// writer has it open just then.
 int DQLIB_WriteLogFile(const char* path, const char* text, long maxKilobytes);
 
 }  // namespace dq

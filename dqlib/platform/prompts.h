@@ -45,7 +45,8 @@ BoxButton DefaultBoxButton(UINT type);
 
 namespace platform {
 
-/// Asks the person. Calls block until there is an answer; on the thread that calls.
+/// Asks the person. Calls block until there is an answer; on the thread that calls, which may be
+/// any.
 class Prompts {
  public:
   Prompts() = default;
@@ -53,10 +54,11 @@ class Prompts {
   Prompts& operator=(const Prompts&) = delete;
   virtual ~Prompts();
 
-  /// Shows `text` with the buttons and icon of `type` (a sum of `BoxType` values; unknown bits are
-  /// ignored, an unknown set of buttons counts as `BOX_OK`) and returns the `BoxButton` pressed.
-  /// `help_id` names the help topic of the box; 0 and -1 are none.
-  virtual int Show(std::string_view text, UINT type, UINT help_id) = 0;
+  /// Shows `text` under `caption`, which may be empty, with the buttons and icon of `type` (a sum
+  /// of `BoxType` values; unknown bits are ignored, an unknown set of buttons counts as `BOX_OK`)
+  /// and returns the `BoxButton` pressed. `help_id` names the help topic of the box; 0 and -1 are
+  /// none.
+  virtual int Show(std::string_view caption, std::string_view text, UINT type, UINT help_id) = 0;
 };
 
 }  // namespace platform

@@ -32,9 +32,16 @@ constexpr StringRow kStrings[] = {
     {IDS_READ_PIPE_FAILED, "Read pipe failed: "},
     {IDS_UNKNOWN_OS_ERROR, "Unknown OS Error"},
     {IDS_UNDER_CONSTRUCTION, "This Feature is Under Construction."},
+    {IDS_LOG_OPEN_FAILED, "Unable to open Log file for writing"},
+    {IDS_LOG_CAPTION, "Log"},
+    {IDS_LOG_TOO_LONG, "Log file length has exceeded the maximum limit"},
+    {IDS_LOG_WARNING_CAPTION, "Log- Warning"},
     {IDS_START_TASK, "Start Task: On %s"},
     {IDS_END_TASK, "End Task: On %s"},
     {IDS_SYSTEM_ERROR_WITH_FILE, "Error: %s\nFile: %s,  Line %d"},
+    {IDS_SYSTEM_RESOURCES_LOW,
+     "The system is critically low of %s resources.\r\n Close some windows and try the operation "
+     "again."},
     {IDS_OUTPUT_MESSAGE_OUT_OF_MEMORY, "Out of memory, could not create CDQOutputMessage.\n"},
 };
 

@@ -53,7 +53,7 @@ std::string ReadAll(int descriptor) {
     }
     setpgid(0, 0);
   }
-  _exit(System().prompts->Show(text, type, 0));
+  _exit(System().prompts->Show("", text, type, 0));
 }
 
 Outcome Show(Setting setting, std::string_view text, UINT type, std::string_view input = {}) {

@@ -16,8 +16,12 @@ struct ShownBox {
   std::string text;
   UINT type = 0;
   UINT help_id = 0;
+  std::string caption = {};
 
-  friend bool operator==(const ShownBox&, const ShownBox&) = default;
+  /// Boxes alike but for their captions, which few tests ask for.
+  friend bool operator==(const ShownBox& left, const ShownBox& right) {
+    return left.text == right.text && left.type == right.type && left.help_id == right.help_id;
+  }
 };
 
 /// The platform's prompts for its lifetime. Boxes are left by the buttons of the script, one each,
@@ -27,8 +31,8 @@ class ScriptedPrompts : public platform::Prompts {
   ScriptedPrompts(std::initializer_list<BoxButton> script = {})
       : script_(script), scope_(With(this)) {}
 
-  int Show(std::string_view text, UINT type, UINT help_id) override {
-    shown.push_back({std::string(text), type, help_id});
+  int Show(std::string_view caption, std::string_view text, UINT type, UINT help_id) override {
+    shown.push_back({std::string(text), type, help_id, std::string(caption)});
     if (script_.empty()) return DefaultBoxButton(type);
     const BoxButton button = script_.front();
     script_.pop_front();

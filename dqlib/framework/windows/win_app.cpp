@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <optional>
@@ -113,7 +112,7 @@ CString CWinApp::ProfileFile() const { return app_name_ + ".ini"; }
 UINT CWinApp::GetProfileInt(const char* section, const char* entry, int fallback) {
   if (registry_key_.IsEmpty()) {
     const auto text = Profiles().Read(ProfileFile().View(), OrEmpty(section), OrEmpty(entry));
-    return static_cast<UINT>(text ? std::atoi(text->c_str()) : fallback);
+    return static_cast<UINT>(text ? detail::ProfileNumber(*text) : fallback);
   }
   const auto data = ReadValue(ProfileKey(section), entry, REGISTRY_DWORD);
   if (!data || data->size() != kDwordSize) return static_cast<UINT>(fallback);
@@ -144,6 +143,8 @@ CString CWinApp::GetProfileString(const char* section, const char* entry, const 
 }
 
 BOOL CWinApp::WriteProfileString(const char* section, const char* entry, const char* value) {
+  const bool named = OrEmpty(section).find_first_not_of('\\') != std::string_view::npos;
+  if (entry == nullptr && !named) return 0;
   if (registry_key_.IsEmpty()) {
     using Text = std::optional<std::string_view>;
     return Profiles()
@@ -187,6 +188,16 @@ BOOL CWinApp::WriteProfileBinary(const char* section, const char* entry, const B
     return WriteProfileString(section, entry, EncodeBytes(bytes).c_str());
   }
   return WriteValue(ProfileKey(section), entry, REGISTRY_BINARY, bytes);
+}
+
+int detail::ProfileNumber(std::string_view text) {
+  const bool negative = text.starts_with('-');
+  if (negative || text.starts_with('+')) text.remove_prefix(1);
+  UINT number = 0;
+  for (; !text.empty() && text[0] >= '0' && text[0] <= '9'; text.remove_prefix(1)) {
+    number = number * 10 + static_cast<UINT>(text[0] - '0');
+  }
+  return static_cast<int>(negative ? 0 - number : number);
 }
 
 CWinApp* AfxGetApp() { return g_app; }

@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include <string_view>
+
 #include "dqlib/framework/windows/win_thread.h"
 
 namespace dq {
@@ -33,7 +35,8 @@ class CWinApp : public CWinThread {
   UINT GetProfileInt(const char* section, const char* entry, int fallback);
   BOOL WriteProfileInt(const char* section, const char* entry, int value);
   CString GetProfileString(const char* section, const char* entry, const char* fallback = nullptr);
-  /// A null value deletes the entry, a null entry the section with all below it.
+  /// A null value deletes the entry, a null entry the section with all below it; a section without
+  /// a name, which would be all of the program's settings, isn't deleted.
   BOOL WriteProfileString(const char* section, const char* entry, const char* value);
   /// Points `*data` to the bytes, which the caller frees with `delete[]`, and sets `*size`; null, 0
   /// and the result 0 if there are none.
@@ -48,6 +51,12 @@ class CWinApp : public CWinThread {
   CString app_name_;
   CString executable_path_;
 };
+
+namespace detail {
+/// What a profile file's text is as a number: an optional sign and the decimal digits behind it; 0
+/// if there are none. One that is too large wraps.
+int ProfileNumber(std::string_view text);
+}  // namespace detail
 
 /// The program's application object, or null. Any thread.
 CWinApp* AfxGetApp();

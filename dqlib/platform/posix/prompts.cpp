@@ -174,10 +174,11 @@ BoxButton Ask(const Terminal& terminal, UINT type) {
 }
 
 /// Asks on the terminal. Without one, a question takes its default button and its text goes to
-/// standard error as it stands. A terminal has neither icons nor help topics.
+/// standard error as it stands. A terminal has neither captions
+/// nor icons nor help topics.
 class TerminalPrompts : public Prompts {
  public:
-  int Show(std::string_view text, UINT type, UINT) override {
+  int Show(std::string_view, std::string_view text, UINT type, UINT) override {
     const std::lock_guard lock(one_at_a_time_);
     const Terminal terminal;
     if (!terminal.CanAsk()) {

@@ -114,7 +114,7 @@ void FileRegistry::JoinUsers() {
 
 void FileRegistry::ShowNotices(RegistryStore& store) {
   for (const std::string& notice : store.TakeNotices()) {
-    Current().prompts->Show(notice, BOX_OK | BOX_EXCLAMATION, 0);
+    Current().prompts->Show("", notice, BOX_OK | BOX_EXCLAMATION, 0);
   }
 }
 
