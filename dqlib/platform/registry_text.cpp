@@ -86,14 +86,13 @@ bool TakeQuoted(std::string_view& line, std::string& bytes) {
   bytes.clear();
   if (!TakePrefix(line, "\"")) return false;
   for (std::size_t i = 0; i < line.size(); ++i) {
-    const char c = line[i];
-    if (c == '"') {
+    const std::size_t plain = i;
+    while (i < line.size() && line[i] != '"' && line[i] != '\\') ++i;
+    bytes.append(line, plain, i - plain);
+    if (i == line.size()) return false;
+    if (line[i] == '"') {
       line.remove_prefix(i + 1);
       return true;
-    }
-    if (c != '\\') {
-      bytes += c;
-      continue;
     }
     if (++i == line.size()) return false;
     switch (line[i]) {

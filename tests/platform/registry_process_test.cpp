@@ -271,8 +271,9 @@ TEST(RegistryProcess, AChangeThatIsReportedIsSeenByOthersAtOnce) {
 }
 
 TEST(RegistryProcess, AChildOfAForkIsAUserOfItsOwn) {
-  constexpr int kValues = 300;
+  constexpr int kValues = 3'000;
   const TempDirectory directory;
+  Pipe ready;
   auto registry = std::make_unique<FileRegistry>(directory.path());
   const HKEY key = registry->CreateKey(kCurrentUser, "k").value;
   const auto set_all = [&](const std::string& who) {
@@ -282,10 +283,12 @@ TEST(RegistryProcess, AChildOfAForkIsAUserOfItsOwn) {
     return 0;
   };
   const pid_t child = Fork([&] {
+    ready.Send();
     const int result = set_all("child");
     registry.reset();
     return result;
   });
+  EXPECT_TRUE(ready.Receive());
   EXPECT_EQ(set_all("parent"), 0);
   EXPECT_EQ(Wait(child), 0);
   EXPECT_EQ(Dump(*registry, key)[""].size(), std::size_t{2 * kValues});

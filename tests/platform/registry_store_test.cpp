@@ -90,6 +90,13 @@ TEST_F(RegistryStoreTest, ATornJournalIsReadUpToItsLastChangeWithoutAWord) {
     // What comes next stands behind the last whole record, and is there for the next one.
     EXPECT_TRUE(Set(registry, "next", "x").ok()) << cut;
     EXPECT_EQ(Get(*std::make_unique<FileRegistry>(directory.path()), "next"), "x") << cut;
+    const std::string journal = directory.Get("hkcu.journal");
+    RegistryTree tree;
+    EXPECT_EQ(ReplayJournal(std::string_view(journal).substr(kHeader),
+                            DecodeJournalHead(journal)->epoch, kHeader, tree)
+                  .end,
+              journal.size())
+        << cut;
   }
   EXPECT_EQ(whole_before, 4u);
   EXPECT_TRUE(prompts.shown.empty());

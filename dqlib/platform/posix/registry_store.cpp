@@ -156,7 +156,7 @@ Error RegistryStore::Begin(bool writing) {
       CloseJournal();
       continue;
     }
-    const Error error = Synchronise(status.value.size, writing);
+    const Error error = Synchronise(status.value.size);
     if (error.ok()) hold.Keep();
     return error;
   }
@@ -197,7 +197,7 @@ void RegistryStore::CloseJournal() {
   seen_generation_ = 0;
 }
 
-Error RegistryStore::Synchronise(std::uint64_t size, bool writing) {
+Error RegistryStore::Synchronise(std::uint64_t size) {
   const std::uint64_t generation = journal_.Generation();
   if (is_loaded_ && generation != 0 && generation == seen_generation_ && size == end_) return {};
   if (size >= kJournalHeaderSize) {
@@ -215,9 +215,8 @@ Error RegistryStore::Synchronise(std::uint64_t size, bool writing) {
   }
   seen_generation_ = journal_.Generation();
   if (journal_.is_writable() && size > end_ && !damage_.any()) {
-    // The end of a write that was never reported. Reading does as well with it.
-    const Error error = journal_.Truncate(end_);
-    if (!error.ok() && writing) return error;
+    // The end of a write that was never reported. One that stays is written over.
+    static_cast<void>(journal_.Truncate(end_));
   }
   if (damage_.any() && !damage_.is_told) Repair();
   return {};

@@ -103,7 +103,7 @@ class RegistryStore {
   void CloseJournal();
 
   /// With the lock.
-  Error Synchronise(std::uint64_t size, bool writing);
+  Error Synchronise(std::uint64_t size);
   Error TakeInJournal(std::uint64_t size);
   Error MakeHeader();
   Error Load(std::uint64_t journal_size);

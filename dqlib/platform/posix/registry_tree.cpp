@@ -11,18 +11,11 @@ bool IsValueName(std::string_view name) {
 
 bool IsKeyPath(std::string_view path) {
   if (path.size() > kMaxKeyPath || path.find('\0') != std::string_view::npos) return false;
+  if (path.size() <= kMaxKeyName) return true;
   for (std::string_view name = TakeKeyName(path); !name.empty(); name = TakeKeyName(path)) {
     if (name.size() > kMaxKeyName) return false;
   }
   return true;
-}
-
-std::string_view TakeKeyName(std::string_view& path) {
-  while (!path.empty() && path.front() == '\\') path.remove_prefix(1);
-  const std::string_view name = path.substr(0, path.find('\\'));
-  path.remove_prefix(name.size());
-  while (!path.empty() && path.front() == '\\') path.remove_prefix(1);
-  return name;
 }
 
 RegistryTree::RegistryTree() : root_(&NewKey()) {}

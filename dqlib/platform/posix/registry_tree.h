@@ -25,8 +25,13 @@ bool IsValueName(std::string_view name);
 /// Whether all names on a path, which may be empty, are names that keys may have.
 bool IsKeyPath(std::string_view path);
 
-/// Takes the first name off a path, and separators around it; "" at the end of the path.
-std::string_view TakeKeyName(std::string_view& path);
+/// Takes the first name off a path, and separators before it; "" at the end of the path.
+inline std::string_view TakeKeyName(std::string_view& path) {
+  while (!path.empty() && path.front() == '\\') path.remove_prefix(1);
+  const std::string_view name = path.substr(0, path.find('\\'));
+  path.remove_prefix(name.size());
+  return name;
+}
 
 struct TreeValue {
   std::string name;
