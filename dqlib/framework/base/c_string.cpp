@@ -191,13 +191,13 @@ void CString::Format(UINT id, ...) {
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 void CString::FormatV(const char* format, std::va_list arguments) {
   const char* const pattern = format == nullptr ? "" : format;
-  std::va_list again;
-  va_copy(again, arguments);
-  const int size = std::vsnprintf(nullptr, 0, pattern, arguments);
+  std::va_list measured;
+  va_copy(measured, arguments);
+  const int size = std::vsnprintf(nullptr, 0, pattern, measured);
+  va_end(measured);
   // An argument may be this string's own text.
   std::string formatted(static_cast<std::size_t>(std::max(size, 0)), '\0');
-  if (size > 0) std::vsnprintf(formatted.data(), formatted.size() + 1, pattern, again);
-  va_end(again);
+  if (size > 0) std::vsnprintf(formatted.data(), formatted.size() + 1, pattern, arguments);
   text_ = std::move(formatted);
   Commit();
 }
