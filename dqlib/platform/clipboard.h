@@ -18,8 +18,8 @@ enum ClipboardFormat : UINT {
 
 namespace platform {
 
-/// The desktop's clipboard, or, without a desktop, one for the process. On the user-interface
-/// thread.
+/// The clipboard: the desktop's where a host with windows puts it in place, else one for the
+/// process. On the user-interface thread.
 class Clipboard {
  public:
   Clipboard() = default;

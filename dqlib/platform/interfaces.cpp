@@ -1,5 +1,6 @@
 // Out-of-line destructors of the interfaces, so that each has its virtual table in one place.
 
+#include "dqlib/platform/clipboard.h"
 #include "dqlib/platform/clock.h"
 #include "dqlib/platform/console.h"
 #include "dqlib/platform/files.h"
@@ -16,6 +17,7 @@
 
 namespace dq::platform {
 
+Clipboard::~Clipboard() = default;
 Clock::~Clock() = default;
 Console::~Console() = default;
 Console::StopWatch::~StopWatch() = default;

@@ -9,6 +9,7 @@
 
 #pragma once
 
+#include "dqlib/platform/clipboard.h"
 #include "dqlib/platform/clock.h"
 #include "dqlib/platform/console.h"
 #include "dqlib/platform/files.h"
@@ -27,6 +28,7 @@ namespace dq::platform {
 
 /// One of each service. No member is ever null; none is owned.
 struct Platform {
+  Clipboard* clipboard;
   Clock* clock;
   Console* console;
   Files* files;

@@ -245,6 +245,7 @@ class SpawnSettings {
 
   int Spawn(const std::string& program, std::vector<std::string>& arguments, pid_t& number) {
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (std::string& argument : arguments) pointers.push_back(argument.data());
     pointers.push_back(nullptr);
     return posix_spawnp(&number, program.c_str(), &actions_, &attributes_, pointers.data(),

@@ -11,6 +11,7 @@ namespace dq::platform::posix {
 
 class SystemCalls;
 
+Clipboard& SystemClipboard();
 Clock& SystemClock();
 Console& SystemConsole();
 Files& SystemFiles();
