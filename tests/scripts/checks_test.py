@@ -116,6 +116,7 @@ class CheckTest(unittest.TestCase):
             framework: '    {57344, "c"},\n    {57345, "d"},\n',
         }
         self.expect_clean(script, tree)
+        self.expect_clean(script, {**tree, ids: tree[ids].replace("}", "  IDS_HOST = 57346,\n}")})
 
         def changed(path, old, new):
             self.assertIn(old, tree[path])
