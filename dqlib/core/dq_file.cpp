@@ -1,8 +1,12 @@
 #include "dqlib/core/dq_file.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstring>
+#include <string>
+#include <string_view>
+#include <utility>
 
 #include "dqlib/framework/base/file.h"
 #include "dqlib/platform/platform.h"
@@ -10,7 +14,9 @@
 namespace dq {
 namespace {
 
-constexpr int kLongestLine = 10000;
+constexpr std::size_t kLongestLine = 10000;
+constexpr int kLongestRead = 0x7FFFFFFF;
+constexpr int kPiece = 65536;
 
 platform::Files& Files() { return *platform::Current().files; }
 
@@ -20,16 +26,14 @@ platform::Files& Files() { return *platform::Current().files; }
 struct CDQFile::Stream {
   CStdioFile file;
   bool standard_output = false;
-  /// One byte that was read too far, or -1.
+  /// Set by the read that met the end of the file.
   bool at_end = false;
 
-  /// The next byte, or -1 at the end.
+  /// The next character of the text, in which CR LF is LF; -1 at the end.
   int Get() {
-    unsigned char byte = 0;
-    if (standard_output || file.Read(&byte, 1) == 0) {
-      at_end = true;
-      return -1;
-    }
+    int byte = standard_output ? -1 : file.ReadByte();
+    if (byte == '\r' && file.PeekByte() == '\n') byte = file.ReadByte();
+    at_end = byte < 0;
     return byte;
   }
 };
@@ -41,9 +45,9 @@ CDQFile::CDQFile(const CString& path, FileOpenMode mode) { CDQFile::Init(path, m
 CDQFile::~CDQFile() { CDQFile::Close(); }
 
 void CDQFile::Init(const CString& path, FileOpenMode mode) {
+  CDQFile::Close();
   m_eMode = mode;
-  m_strFilePath = ProcessFileName(path);
-  m_pStream.reset();
+  m_strFilePath = path;
 }
 
 bool CDQFile::IsOpen() { return m_pStream != nullptr; }
@@ -61,23 +65,21 @@ bool CDQFile::Open() {
     case FILE_OPEN_STDOUT:
       stream->standard_output = true;
       break;
+    default:
+      return false;
   }
   m_pStream = std::move(stream);
   return true;
 }
 
-void CDQFile::Close() {
-  if (m_pStream == nullptr) return;
+bool CDQFile::Close() try {
+  if (m_pStream == nullptr) return true;
   const std::unique_ptr<Stream> stream = std::move(m_pStream);
-  if (stream->standard_output) {
-    std::fflush(stdout);
-    return;
-  }
-  try {
-    stream->file.Close();
-  } catch (const CFileException&) {
-    // The operation has no result; `Write` has told what it could.
-  }
+  if (stream->standard_output) return std::fflush(stdout) == 0;
+  stream->file.Close();
+  return true;
+} catch (const CFileException&) {
+  return false;
 }
 
 bool CDQFile::Write(const char* text) try {
@@ -95,24 +97,21 @@ bool CDQFile::WriteLine(const char* text) {
   return Write(text) && Write(m_bUseCarrageReturnLineFeed ? "\r\n" : "\n");
 }
 
-int CDQFile::ReadLine(CString& text) try {
+int CDQFile::ReadLine(CString& text) {
   text.Empty();
   if (m_pStream == nullptr) return 0;
-  while (text.GetLength() < kLongestLine) {
-    const int byte = m_pStream->Get();
-    if (byte < 0) break;
-    if (byte == '\n') {
-      // In text mode a CR LF is one line end.
-      if (!text.IsEmpty() && text[text.GetLength() - 1] == '\r') {
-        text = text.Left(text.GetLength() - 1);
-      }
-      break;
+  std::array<char, kLongestLine> line;
+  std::size_t length = 0;
+  try {
+    while (length < line.size()) {
+      const int character = m_pStream->Get();
+      if (character < 0 || character == '\n') break;
+      line[length++] = static_cast<char>(character);
     }
-    text += static_cast<char>(byte);
+  } catch (const CFileException&) {
+    m_pStream->at_end = true;
   }
-  return text.GetLength();
-} catch (const CFileException&) {
-  m_pStream->at_end = true;
+  text = std::string_view(line.data(), length);
   return text.GetLength();
 }
 
@@ -120,18 +119,28 @@ long CDQFile::ReadBytes(char* buffer, long count) try {
   if (m_pStream == nullptr || m_pStream->standard_output || buffer == nullptr || count < 1) {
     return 0;
   }
-  const UINT read = m_pStream->file.Read(buffer, static_cast<UINT>(count));
-  m_pStream->at_end = read < static_cast<UINT>(count);
+  const UINT wanted = static_cast<UINT>(std::min<long long>(count, kLongestRead));
+  const UINT read = m_pStream->file.Read(buffer, wanted);
+  m_pStream->at_end = read < wanted;
   return static_cast<long>(read);
 } catch (const CFileException&) {
   return 0;
 }
 
 int CDQFile::Read(CString& text, int count) {
-  char* const buffer = text.GetBuffer(count);
-  const int read = static_cast<int>(ReadBytes(buffer, count));
-  text.ReleaseBuffer(read);
-  return read;
+  // In pieces, since there may be much less than is asked for.
+  std::string bytes;
+  while (count > 0) {
+    const std::size_t before = bytes.size();
+    const int piece = std::min(count, kPiece);
+    bytes.resize(before + static_cast<std::size_t>(piece));
+    const long read = ReadBytes(bytes.data() + before, piece);
+    bytes.resize(before + static_cast<std::size_t>(read));
+    if (read < piece) break;
+    count -= piece;
+  }
+  text = std::move(bytes);
+  return text.GetLength();
 }
 
 int CDQFile::fseek(long offset, int origin) try {
@@ -156,14 +165,14 @@ bool CDQFile::GetTextList(CStringList& lines) {
 }
 
 bool CDQFile::Write(int number) {
-  CDQString text;
-  text.SetNumber(number);
+  CString text;
+  text.Format("%d", number);
   return Write(static_cast<const char*>(text));
 }
 
 bool CDQFile::Write(long number) {
-  CDQString text;
-  text.SetNumber(number);
+  CString text;
+  text.Format("%ld", number);
   return Write(static_cast<const char*>(text));
 }
 

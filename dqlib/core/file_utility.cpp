@@ -25,6 +25,17 @@ bool IsWindowsForm(std::string_view path) {
   return platform::FormOf(path) == platform::PathForm::kWindows;
 }
 
+/// Paths of the Windows form are compared, and come back, in lower case. A path without a root
+/// takes the form of its base.
+void LowerWindowsForm(CDQString& base, CDQString& path) {
+  const std::string_view text = path.View();
+  const bool rooted =
+      platform::HasDrive(text) || (!text.empty() && platform::IsSeparator(text.front()));
+  const bool windows = IsWindowsForm(base.View());
+  if (windows || ((rooted || base.IsEmpty()) && IsWindowsForm(text))) path.MakeLower();
+  if (windows) base.MakeLower();
+}
+
 void ShowFileError(const char* path, const CFileException& error, bool saving) {
   const CString message =
       CDQFileUtility::GetExceptionErrorMessage(path, &error, saving, IDS_INVALID_FILENAME);
@@ -39,9 +50,8 @@ bool IsDirectory(std::string_view path) {
 /// Where the levels of a directory path begin that can be made: behind the drive, the first
 /// separator, or the server and share of a network path.
 std::size_t FirstLevel(std::string_view path) {
-  constexpr std::size_t kNetworkMark = 2;
-  if (path.size() > kNetworkMark && platform::IsSeparator(path[0]) &&
-      platform::IsSeparator(path[1])) {
+  if (platform::IsNetworkPath(path)) {
+    constexpr std::size_t kNetworkMark = 2;
     const std::size_t server = platform::FindSeparator(path, kNetworkMark);
     const std::size_t share =
         server == path.npos ? path.npos : platform::FindSeparator(path, server + 1);
@@ -49,6 +59,32 @@ std::size_t FirstLevel(std::string_view path) {
   }
   const std::size_t drive = platform::SplitPath(path).drive.size();
   return drive < path.size() && platform::IsSeparator(path[drive]) ? drive + 1 : drive;
+}
+
+void ShowNotCreated(std::string_view directory) {
+  CString message;
+  message.Format(IDS_DIRECTORY_NOT_CREATED, static_cast<const char*>(CString(directory)));
+  AfxMessageBox(message, BOX_OK);
+}
+
+/// Puts new contents in the place of the file's, which `file` has open and keeps others from
+/// writing.
+void ReplaceContents(CFile& file, const char* path, std::string_view bytes) {
+  const auto status = Files().Status(path);
+  if (status.value.attributes & FILE_SYSTEM) {
+    file.Write(bytes.data(), static_cast<UINT>(bytes.size()));
+    return file.Close();
+  }
+  const platform::Error error = Files().Replace(path, bytes, false);
+  if (error.ok()) return file.Abort();
+  if (error.kind != platform::ErrorKind::kAccessDenied) {
+    throw CFileException(CFileException::CauseOf(error), static_cast<LONG>(error.code), path);
+  }
+  // The directory takes no new file, but the file itself may be written.
+  file.SetLength(0);
+  file.Write(bytes.data(), static_cast<UINT>(bytes.size()));
+  file.Flush();
+  file.Close();
 }
 
 /// Message for a cause that has one of its own, else 0.
@@ -105,13 +141,13 @@ void CDQFileUtility::SetFullPath(const char* path) {
   m_strFullPath = path;
 }
 
-DWORD CDQFileUtility::GetFileSize(const char* path) {
+long long CDQFileUtility::GetFileSize(const char* path) {
   if (path == nullptr) return 0;
   const auto file = Files().Open(path, {});
   if (!file.ok()) return 0;
   const auto length = Files().Length(file.value);
   Files().Close(file.value);
-  return static_cast<DWORD>(length.value);
+  return static_cast<long long>(length.value);
 }
 
 CString CDQFileUtility::SearchPath(const char* name) {
@@ -130,6 +166,7 @@ CString CDQFileUtility::GetUniversalName(const char* path) {
   if (colon == name.npos || !CDQSystemInfo::IsWindowsNT()) return name;
   const auto universal = Files().UniversalName(name);
   if (universal.ok()) return universal.value;
+  if (!platform::HasDrive(name)) return name;
   CString share(name);
   share.SetAt(static_cast<int>(colon), '$');
   return CDQSystemInfo::GetComputerName() + "\\" + share;
@@ -157,10 +194,9 @@ bool CDQFileUtility::CreateDirectory(const char* path, bool ask, CStringArray* c
   if (wanted.empty()) return false;
   if (platform::IsSeparator(wanted.back())) wanted.remove_suffix(1);
   if (wanted.empty() || wanted.back() == ':' || IsDirectory(wanted)) return true;
-  const CString shown(wanted);
   if (ask) {
     CString question;
-    question.Format(IDS_DIRECTORY_DOES_NOT_EXIST, static_cast<const char*>(shown));
+    question.Format(IDS_DIRECTORY_DOES_NOT_EXIST, static_cast<const char*>(CString(wanted)));
     if (AfxMessageBox(question, BOX_YES_NO) != BUTTON_YES) return false;
   }
   for (std::size_t level = FirstLevel(wanted); level < wanted.size();) {
@@ -171,14 +207,15 @@ bool CDQFileUtility::CreateDirectory(const char* path, bool ask, CStringArray* c
     const platform::Error error = Files().MakeDirectory(part);
     // Somebody else may have made it meanwhile, which is as good.
     if (!error.ok() && !IsDirectory(part)) {
-      CString message;
-      message.Format(IDS_DIRECTORY_NOT_CREATED, static_cast<const char*>(shown));
-      AfxMessageBox(message, BOX_OK);
+      ShowNotCreated(part);
       return false;
     }
     if (error.ok() && created != nullptr) created->Add(Files().FullPath(part).value);
   }
-  return IsDirectory(wanted);
+  // A server or a share has no level that could be made.
+  if (IsDirectory(wanted)) return true;
+  ShowNotCreated(wanted);
+  return false;
 }
 
 bool CDQFileUtility::CreateFile(const char* path) {
@@ -207,10 +244,9 @@ int CDQFileUtility::WriteFile(const char* path, CString& text) {
 
 int CDQFileUtility::WriteFile(const char* path, const char* text, int length, bool replace,
                               bool addLineEnd) try {
-  const std::string_view bytes(OrEmpty(text).data(), length < 0 ? OrEmpty(text).size()
-                                                     : text == nullptr
-                                                         ? 0
-                                                         : static_cast<std::size_t>(length));
+  const std::string_view bytes = text == nullptr || length < 0
+                                     ? OrEmpty(text)
+                                     : std::string_view(text, static_cast<std::size_t>(length));
   const bool existed = DQLIB_FileExists(path);
   CFile file;
   CDQFileException error;
@@ -222,12 +258,11 @@ int CDQFileUtility::WriteFile(const char* path, const char* text, int length, bo
   std::string written(bytes);
   if (addLineEnd) written += "\r\n";
   if (replace) {
-    // The open file keeps other writers out while the new contents take its place in one step.
-    const platform::Error failed = Files().Replace(path, written, false);
-    file.Abort();
-    if (!failed.ok()) {
+    try {
+      ReplaceContents(file, path, written);
+    } catch (const CFileException&) {
       if (!existed) Files().Delete(path);  // Nothing but the empty file just made.
-      return 0;
+      throw;
     }
   } else {
     file.SeekToEnd();
@@ -292,8 +327,7 @@ void CDQFileUtility::AbbreviateName(char* path, int length, int atLeastName) {
 CString CDQFileUtility::AbsolutePathToRelative(const char* base, const char* path) {
   CDQString from(base);
   CDQString to(path);
-  if (IsWindowsForm(from.View())) from.MakeLower();
-  if (IsWindowsForm(from.View()) || IsWindowsForm(to.View())) to.MakeLower();
+  LowerWindowsForm(from, to);
   if (from.IsEmpty() || to.IsEmpty()) return to;
   if (to.Find(from) >= 0) return "." + to.Mid(from.GetLength());
   const CString drive = platform::SplitPath(from.View()).drive;
@@ -306,11 +340,7 @@ CString CDQFileUtility::AbsolutePathToRelative(const char* base, const char* pat
 CString CDQFileUtility::RelativePathToAbsolute(const char* base, const char* path) {
   CDQString from(base);
   CDQString to(path);
-  const bool windows = from.IsEmpty() ? IsWindowsForm(to.View()) : IsWindowsForm(from.View());
-  if (windows) {
-    from.MakeLower();
-    to.MakeLower();
-  }
+  LowerWindowsForm(from, to);
   if (from.IsEmpty() || to.IsEmpty()) return to;
   if (to.Left(2) == "..") return CString(platform::SplitPath(from.View()).drive) + to.Mid(2);
   if (to.Left(1) == ".") return from + to.Mid(1);
@@ -337,8 +367,11 @@ bool CDQFileUtility::DeleteDirectory(const CString& path, bool recursive) {
     for (const platform::FoundFile& entry : Files().Find(pattern).value) {
       const bool directory = (entry.status.attributes & FILE_DIRECTORY) != 0;
       if (!directory || entry.name == "." || entry.name == "..") continue;
+      const std::string inner = platform::JoinPath(path.View(), entry.name);
+      // Only a link to a directory can be deleted like a file; what it leads to is not ours.
+      if (Files().Delete(inner).ok()) continue;
       // One that resists keeps this one from being deleted too, which the result tells.
-      DeleteDirectory(platform::JoinPath(path.View(), entry.name), true);
+      DeleteDirectory(inner, true);
     }
     DeleteFiles(pattern, kFileAttributes);
   }
@@ -355,6 +388,8 @@ bool CDQFileUtility::DeleteFiles(const CString& pattern, DWORD attributes) {
     const DWORD found = file.status.attributes;
     if ((found & FILE_DIRECTORY) != 0 || (found & attributes) == 0) continue;
     const std::string path = std::string(directory) + file.name;
+    if (Files().Delete(path).ok()) continue;
+    // A link to a read-only file went without this, so that the file itself keeps its bit.
     if ((found & FILE_READ_ONLY) != 0) {
       // If the bit can't be cleared the deletion fails, which is told.
       Files().SetAttributes(path, found & ~static_cast<DWORD>(FILE_READ_ONLY));

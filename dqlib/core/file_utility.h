@@ -33,7 +33,7 @@ class CDQFileUtility {
   const CString& GetFullPath() const { return m_strFullPath; }
 
   /// Bytes of a file; 0 for one that can't be opened.
-  static DWORD GetFileSize(const char* path);
+  static long long GetFileSize(const char* path);
 
   /// The full path of a file that the platform's search finds, or "".
   static CString SearchPath(const char* name);
@@ -42,7 +42,8 @@ class CDQFileUtility {
   static CString GetTempDirectory();
 
   /// The path as other machines of the network know it. One without a colon comes back as it is; a
-  /// local one with a drive gets the form of the drive's administrative share.
+  /// local one with a drive gets the form of the drive's administrative share; one without a drive,
+  /// in which a colon means nothing, comes back too.
   static CString GetUniversalName(const char* path);
 
   /// Name for a temporary file in `directory`, or in the platform's if that is null or empty.
@@ -52,9 +53,9 @@ class CDQFileUtility {
   static CString CreateTempFile(const char* prefix, const char* directory = nullptr,
                                 const char* extension = nullptr);
 
-  /// Makes a directory with all that lead to it. True if it exists then. Asks first if told to;
-  /// `created`, if given, gets the full path of each one made, outermost first. One that can't be
-  /// made is told to the user.
+  /// Makes a directory with all that lead to it. True if it exists then, or is nothing but a drive.
+  /// Asks first if told to, and a no is false; `created`, if given, gets the full path of each one
+  /// made, outermost first. One that can't be made is told to the user.
   static bool CreateDirectory(const char* path, bool ask, CStringArray* created = nullptr);
 
   /// Makes an empty file, or empties the one that is there.
@@ -70,7 +71,9 @@ class CDQFileUtility {
   static int WriteFile(const char* path, CString& text);
   /// Writes `length` bytes (all up to the zero if below 0): in place of the contents, or behind
   /// them if `replace` is false; then CR LF if `addLineEnd`. Returns the length without the line
-  /// end.
+  /// end, so 0 for an empty text too. Contents are replaced in one step, so that a failure leaves
+  /// the former ones, except in a directory that takes no new file. A file that others hold open
+  /// for writing can't be opened.
   static int WriteFile(const char* path, const char* text, int length, bool replace,
                        bool addLineEnd);
 
@@ -89,7 +92,7 @@ class CDQFileUtility {
 
   /// Shortens a path in place for display in `length` characters: it stays if it fits, else it is
   /// the root, "\...\" and as many of the last directories as fit. If not even the file name fits,
-  /// it is the file name if `atLeastName`, else "".
+  /// it is the file name all the same if `atLeastName`, else "".
   static void AbbreviateName(char* path, int length, int atLeastName);
 
   /// The path relative to a base directory, in lower case: "." and what follows the base; or ".."
@@ -104,7 +107,8 @@ class CDQFileUtility {
   /// at the first write that fails; what was written before stays.
   static bool RegisterFileType(const char* typeId, const char* typeName, const char* extension);
 
-  /// Deletes a directory, with all that is in it if `recursive`; read-only files too.
+  /// Deletes a directory, with all that is in it if `recursive`; read-only files too. A link to a
+  /// directory is deleted, and what it leads to stays. False if the directory is still there.
   static bool DeleteDirectory(const CString& path, bool recursive);
   /// Deletes the matching files that have at least one of the attribute bits, read-only ones too.
   /// False if one could not be deleted; the others are.

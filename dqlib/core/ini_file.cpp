@@ -1,10 +1,6 @@
 #include "dqlib/core/ini_file.h"
 
-#include <algorithm>
-#include <cstdlib>
-#include <cstring>
-
-#include "dqlib/core/file_utility.h"
+#include "dqlib/framework/windows/win_app.h"
 #include "dqlib/platform/platform.h"
 
 namespace dq {
@@ -48,19 +44,7 @@ void CDQIniFile::ReadIntKey(const char* section, const char* key, int& value, in
   const auto found = section == nullptr || key == nullptr
                          ? std::nullopt
                          : Profiles().Read(m_strIniFile.View(), section, key);
-  if (!found) {
-    value = fallback;
-    return;
-  }
-  // A number too large wraps, as the platform's own reader has it.
-  const char* text = found->c_str();
-  const bool negative = *text == '-';
-  if (*text == '-' || *text == '+') ++text;
-  DWORD number = 0;
-  for (; *text >= '0' && *text <= '9'; ++text) {
-    number = number * 10 + static_cast<DWORD>(*text - '0');
-  }
-  value = static_cast<int>(negative ? 0 - number : number);
+  value = found ? detail::ProfileNumber(*found) : fallback;
 }
 
 void CDQIniFile::DeleteSection(const char* section) {

@@ -22,8 +22,7 @@ bool CDQLobReader::GetData(CString& out) {
     FileToString(out);
     m_nReadLength = out.GetLength();
   }
-  Close();
-  Init(m_strFilePath, m_eMode);
+  Init(m_strFilePath, m_eMode);  // Which closes.
   return true;
 }
 

@@ -1,11 +1,13 @@
 #include "dqlib/core/registry_tools.h"
 
+#include <algorithm>
 #include <array>
-#include <cstring>
-#include <memory>
 #include <new>
+#include <string>
+#include <string_view>
 
 #include "dqlib/framework/windows/win_app.h"
+#include "dqlib/platform/ascii.h"
 #include "dqlib/platform/platform.h"
 #include "dqlib/resources/string_ids.h"
 
@@ -16,6 +18,8 @@ constexpr std::size_t kLongestText = 260;
 /// Room for one value while it is moved.
 constexpr std::size_t kNameBytes = 512;
 constexpr std::size_t kDataBytes = 7680;
+/// Levels of keys that the platform itself allows.
+constexpr int kDeepest = 512;
 
 platform::Registry& Registry() { return *platform::Current().registry; }
 
@@ -34,18 +38,64 @@ class ScopedKey {
   HKEY key_;
 };
 
-/// Moves values until none is left, or one can't be moved.
-void MoveValues(HKEY source, HKEY target) {
+/// Moves values until none is left, or one is met that is too large. False if the store refuses.
+bool MoveValues(HKEY source, HKEY target) {
   for (;;) {
     const auto value = Registry().EnumValue(source, 0);
-    if (!value.ok() || value.value.data.size() > kDataBytes ||
-        value.value.name.size() >= kNameBytes) {
-      return;
-    }
+    if (!value.ok()) return value.error.kind == platform::ErrorKind::kNotFound;
     const auto& [name, type, data] = value.value;
-    if (!Registry().SetValue(target, name, type, data).ok()) return;
-    if (!Registry().DeleteValue(source, name).ok()) return;
+    if (data.size() > kDataBytes || name.size() >= kNameBytes) return true;
+    if (!Registry().SetValue(target, name, type, data).ok()) return false;
+    // A value that can't be deleted would be found again for ever.
+    if (!Registry().DeleteValue(source, name).ok()) return false;
   }
+}
+
+bool MoveKey(HKEY source, HKEY target, int depth) {
+  if (depth == kDeepest || !MoveValues(source, target)) return false;
+  for (;;) {
+    const auto name = Registry().EnumKey(source, 0);
+    if (!name.ok()) return name.error.kind == platform::ErrorKind::kNotFound;
+    {
+      const ScopedKey to(Registry().CreateKey(target, name.value));
+      const ScopedKey from(Registry().CreateKey(source, name.value));
+      if (!to.ok() || !from.ok() || !MoveKey(from.get(), to.get(), depth + 1)) return false;
+    }
+    if (!Registry().DeleteKey(source, name.value).ok()) return false;
+  }
+}
+
+/// The path with one `\` between its names and none around them.
+std::string Normalized(std::string_view path) {
+  std::string names;
+  while (!path.empty()) {
+    const std::string_view name = path.substr(0, path.find('\\'));
+    path.remove_prefix(std::min(name.size() + 1, path.size()));
+    if (name.empty()) continue;
+    if (!names.empty()) names += '\\';
+    names += name;
+  }
+  return names;
+}
+
+/// Whether the path of `below` leads through `above`.
+bool LeadsThrough(std::string_view below, std::string_view above) {
+  return below.size() > above.size() && below[above.size()] == '\\' &&
+         platform::EqualIgnoringCase(below.substr(0, above.size()), above);
+}
+
+BOOL Rename(HKEY root, const std::string& old_name, const std::string& new_name) {
+  BOOL moved = 0;
+  {
+    const ScopedKey from(Registry().OpenKey(root, old_name));
+    if (!from.ok()) return 0;
+    const ScopedKey to(Registry().CreateKey(root, new_name));
+    if (!to.ok()) return 0;
+    moved = DQLIB_CopyRegistryKey(from.get(), to.get());
+  }
+  // The move is what counts; an empty key that stays is found by whoever looks.
+  if (moved) Registry().DeleteKey(root, old_name);
+  return moved;
 }
 
 }  // namespace
@@ -76,43 +126,22 @@ void DQLIB_AppWriteValueInRegistry(HKEY root, const char* path, const char* name
 }
 
 BOOL DQLIB_CopyRegistryKey(HKEY source, HKEY target) try {
-  MoveValues(source, target);
-  for (;;) {
-    const auto name = Registry().EnumKey(source, 0);
-    if (!name.ok()) return 1;
-    {
-      const ScopedKey to(Registry().CreateKey(target, name.value));
-      const ScopedKey from(Registry().CreateKey(source, name.value));
-      if (!to.ok() || !from.ok()) return 1;
-      if (!DQLIB_CopyRegistryKey(from.get(), to.get())) return 0;
-    }
-    // A key that can't be deleted would be found again for ever.
-    if (!Registry().DeleteKey(source, name.value).ok()) return 1;
-  }
+  // Onto itself, a move would set each value and then delete it.
+  return source == target || MoveKey(source, target, 0);
 } catch (const std::bad_alloc&) {
   return 0;
 }
 
 BOOL DQLIB_RenameRegistryItem(HKEY root, const char* old_name, const char* new_name) {
   if (old_name == nullptr || new_name == nullptr) return 0;
-  if (std::strcmp(old_name, new_name) == 0) return 1;
-  if (CString(old_name).CompareNoCase(new_name) == 0) {
-    CString temporary;
-    temporary.Format("%s%ld", new_name,
-                     static_cast<long>(platform::Current().clock->SecondsSince1970()));
-    return DQLIB_RenameRegistryItem(root, old_name, temporary) &&
-           DQLIB_RenameRegistryItem(root, temporary, new_name);
-  }
-  BOOL moved = 0;
-  {
-    const ScopedKey from(Registry().OpenKey(root, old_name));
-    if (!from.ok()) return 0;
-    const ScopedKey to(Registry().CreateKey(root, new_name));
-    if (!to.ok()) return 0;
-    moved = DQLIB_CopyRegistryKey(from.get(), to.get());
-  }
-  if (moved) Registry().DeleteKey(root, old_name);
-  return moved;
+  const std::string from = Normalized(old_name);
+  const std::string to = Normalized(new_name);
+  if (from == to) return 1;
+  if (from.empty() || to.empty() || LeadsThrough(from, to) || LeadsThrough(to, from)) return 0;
+  // By the store's own rule of case, since a move of a key onto itself would lose its values.
+  if (!platform::EqualIgnoringCase(from, to)) return Rename(root, from, to);
+  const std::string temporary = to + std::to_string(platform::Current().clock->SecondsSince1970());
+  return Rename(root, from, temporary) && Rename(root, temporary, to);
 }
 
 }  // namespace dq

@@ -22,13 +22,16 @@ void DQLIB_AppWriteValueInRegistry(HKEY root, const char* path, const char* name
 
 /// Moves all values and sub-keys from one open key to the other; in spite of its name nothing but
 /// the empty source is left. A value of more than 7,680 bytes, and those that enumerate behind it,
-/// stay behind in the source, but are lost with their key where that is a sub-key. Returns 0 only
-/// if memory runs out. Not atomic: an interrupted move leaves what was moved in the target.
+/// stay behind in the source, but are lost with their key where that is a sub-key. Returns 0 if
+/// memory or the store has no room for more or the store refuses, and where keys nest more than 512
+/// deep, as they do without end if the target lies below the source; what wasn't moved is then
+/// still in the source. Not atomic: an interrupted move leaves what was moved in the target.
 BOOL DQLIB_CopyRegistryKey(HKEY source, HKEY target);
 
-/// Renames a sub-key of `root`; onto another existing key it merges. A change of case goes through
-/// a temporary name, since names that differ by case only are the same. Returns non-zero on
-/// success.
+/// Renames the key at a path below `root`; onto another existing key it merges, and moved values
+/// overwrite those of the same name. A change of case goes through a temporary name, since names
+/// that differ by case only are the same. Returns non-zero on success; 0, with nothing done, for a
+/// key that isn't there, an empty path, and paths of which one leads through the other.
 BOOL DQLIB_RenameRegistryItem(HKEY root, const char* old_name, const char* new_name);
 
 }  // namespace dq

@@ -22,7 +22,10 @@ CString LibraryString(UINT id) {
   return text;
 }
 
-bool IsApp(const CString& code, UINT id) { return code.CompareNoCase(LibraryString(id)) == 0; }
+/// Without a code the host is no application, whatever the string table holds.
+bool IsApp(const CString& code, UINT id) {
+  return !code.IsEmpty() && code.CompareNoCase(LibraryString(id)) == 0;
+}
 
 }  // namespace
 

@@ -140,7 +140,10 @@ class Reader {
   RegistryTextDamage Run() {
     damage_.no_header = TrimBlanks(NextLine()) != kRegistryTextHeader;
     // Without its header the first line may be one that is worth reading.
-    if (damage_.no_header) rest_ = whole_;
+    if (damage_.no_header) {
+      rest_ = whole_;
+      line_number_ = 0;
+    }
     while (!rest_.empty()) ReadLine();
     return damage_;
   }
@@ -150,6 +153,7 @@ class Reader {
     const std::size_t end = std::min(rest_.find('\n'), rest_.size());
     std::string_view line = rest_.substr(0, end);
     rest_.remove_prefix(std::min(end + 1, rest_.size()));
+    ++line_number_;
     if (line.ends_with('\r')) line.remove_suffix(1);
     return line;
   }
@@ -157,6 +161,7 @@ class Reader {
   void ReadLine() {
     const std::string_view line = TrimBlanks(NextLine());
     if (line.empty()) return;
+    const std::size_t number = line_number_;
     bool used = true;
     if (line[0] == ';') {
       sink_.OnComment(line.substr(1));
@@ -165,7 +170,9 @@ class Reader {
     } else {
       used = ReadValue(line);
     }
-    if (!used) ++damage_.lost_lines;
+    if (used) return;
+    ++damage_.lost_lines;
+    sink_.OnLostLine(number);
   }
 
   bool ReadKey(std::string_view line) {
@@ -251,6 +258,7 @@ class Reader {
   const std::string_view whole_ = rest_;
   RegistryTextSink& sink_;
   RegistryTextDamage damage_;
+  std::size_t line_number_ = 0;
   bool in_key_ = false;
   std::string path_;
   std::string name_;
@@ -262,6 +270,7 @@ class Reader {
 
 RegistryTextSink::~RegistryTextSink() = default;
 void RegistryTextSink::OnComment(std::string_view) {}
+void RegistryTextSink::OnLostLine(std::size_t) {}
 
 void AppendRegistryKey(std::string_view path, std::string& text) {
   text += '[';

@@ -51,6 +51,8 @@ class RegistryTextSink {
   virtual bool OnDeletedValue(std::string_view name) = 0;
   /// A line that begins with `;`, without it.
   virtual void OnComment(std::string_view text);
+  /// A line that is lost, by its number from 1; of lines that go on with one another, the first.
+  virtual void OnLostLine(std::size_t number);
 };
 
 /// What a reader could not use.

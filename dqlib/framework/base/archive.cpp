@@ -19,6 +19,9 @@ constexpr WORD kBigIndexTag = 0x7FFF;
 constexpr WORD kClassBit = 0x8000;
 constexpr DWORD kBigClassBit = 0x80000000;
 
+/// Objects within objects.
+constexpr int kDeepest = 1000;
+
 /// Longest name of a class that is read: the framework's own limit.
 constexpr WORD kLongestClassName = 64;
 
@@ -48,6 +51,18 @@ T Take(CArchive& archive) {
   return value;
 }
 
+/// One object within another, for a scope.
+class Deeper {
+ public:
+  explicit Deeper(int& depth) : depth_(depth) { ++depth_; }
+  Deeper(const Deeper&) = delete;
+  Deeper& operator=(const Deeper&) = delete;
+  ~Deeper() { --depth_; }
+
+ private:
+  int& depth_;
+};
+
 }  // namespace
 
 CArchive::CArchive(CFile* file, UINT mode) : m_pFile(file), m_bLoading(mode == load) {
@@ -69,6 +84,7 @@ UINT CArchive::Read(void* buffer, UINT count) {
   while (total < count) {
     if (m_nNext == m_buffer.size()) {
       m_buffer.resize(kBufferSize);
+      m_nNext = kBufferSize;  // Nothing to read if the file throws.
       m_buffer.resize(m_pFile->Read(m_buffer.data(), static_cast<UINT>(m_buffer.size())));
       m_nNext = 0;
       if (m_buffer.empty()) break;
@@ -94,7 +110,9 @@ void CArchive::Flush() {
       m_pFile->Seek(-static_cast<std::int64_t>(m_buffer.size() - m_nNext), CFile::current);
     }
   } else {
-    m_pFile->Write(m_buffer.data(), static_cast<UINT>(m_buffer.size()));
+    // What a file refuses isn't written a second time: a part of it may stand there already.
+    const std::string written = std::exchange(m_buffer, {});
+    m_pFile->Write(written.data(), static_cast<UINT>(written.size()));
   }
   m_buffer.clear();
   m_nNext = 0;
@@ -202,7 +220,7 @@ CArchive& CArchive::operator>>(CString& text) {
   Need(length);
   if (length > 0x7FFFFFFF) throw CArchiveException(CArchiveException::endOfFile);
   char* const buffer = text.GetBuffer(static_cast<int>(length));
-  Read(buffer, length);
+  if (Read(buffer, length) != length) throw CArchiveException(CArchiveException::endOfFile);
   text.ReleaseBuffer(static_cast<int>(length));
   return *this;
 }
@@ -216,8 +234,10 @@ void CArchive::WriteCount(DWORD count) {
 }
 
 DWORD CArchive::ReadCount() {
-  const WORD count = Take<WORD>(*this);
-  return count == 0xFFFF ? Take<DWORD>(*this) : count;
+  DWORD count = Take<WORD>(*this);
+  if (count == 0xFFFF) count = Take<DWORD>(*this);
+  Need(count);
+  return count;
 }
 
 void CArchive::WriteIndex(DWORD index, bool is_class) {
@@ -249,8 +269,11 @@ void CArchive::WriteObject(const CObject* object) {
     WriteIndex(known->second, false);
     return;
   }
+  if (!object->IsSerializable()) throw CArchiveException(CArchiveException::badClass);
+  if (m_nDepth == kDeepest) throw CArchiveException(CArchiveException::generic);
   WriteClass(object->GetRuntimeClass());
   m_stored[object] = m_nNextIndex++;
+  const Deeper deeper(m_nDepth);
   // Storing leaves an object as it is; `Serialize` serves both ways.
   const_cast<CObject*>(object)->Serialize(*this);
 }
@@ -300,11 +323,25 @@ CObject* CArchive::ReadObject(const CRuntimeClass* expected) {
   if (runtime_class == nullptr) throw CArchiveException(CArchiveException::badIndex);
   const UINT schema = tag == kNewClassTag ? m_loaded.back().schema : m_loaded[index].schema;
   require(runtime_class);
+  return ReadNewObject(runtime_class, schema);
+}
+
+CObject* CArchive::ReadNewObject(const CRuntimeClass* runtime_class, UINT schema) {
+  if (m_nDepth == kDeepest) throw CArchiveException(CArchiveException::generic);
   std::unique_ptr<CObject> object(runtime_class->CreateObject());
   if (object == nullptr) throw CArchiveException(CArchiveException::badClass);
+  const std::size_t index = m_loaded.size();
   m_loaded.push_back({object.get(), nullptr, 0});
   const UINT former = std::exchange(m_nObjectSchema, schema);
-  object->Serialize(*this);
+  const Deeper deeper(m_nDepth);
+  try {
+    object->Serialize(*this);
+  } catch (...) {
+    // It goes, and may take along what it holds: no later index leads to any of them.
+    for (std::size_t i = index; i < m_loaded.size(); ++i) m_loaded[i].object = nullptr;
+    m_nObjectSchema = former;
+    throw;
+  }
   m_nObjectSchema = former;
   return object.release();
 }
@@ -315,7 +352,9 @@ std::uint64_t CArchive::Remaining() const {
 }
 
 void CArchive::Need(std::uint64_t bytes) const {
-  if (bytes > Remaining()) throw CArchiveException(CArchiveException::endOfFile);
+  // The file need not be asked for what is here already.
+  if (bytes > m_buffer.size() - m_nNext && bytes > Remaining())
+    throw CArchiveException(CArchiveException::endOfFile);
 }
 
 }  // namespace dq

@@ -10,7 +10,8 @@
 //
 // Loading trusts nothing: every length is checked against what is left of the stream before memory
 // is taken for it, and a stream that doesn't fit throws a `CArchiveException`. Objects that were
-// made before it threw stay with whoever read them.
+// read whole before it threw stay with whoever read them; one that wasn't is deleted. Objects nest
+// at most 1,000 deep, both ways, so that no stream exhausts the stack.
 
 #pragma once
 
@@ -46,7 +47,8 @@ class CArchive {
   void Write(const void* buffer, UINT count);
   /// Writes what is buffered to the file.
   void Flush();
-  /// Flushes and lets go of the file, which stays open.
+  /// Flushes and lets go of the file, which stays open. Nothing is called on the archive
+  /// afterwards.
   void Close();
 
   CArchive& operator<<(BYTE value);
@@ -67,12 +69,15 @@ class CArchive {
   CArchive& operator>>(double& value);
   CArchive& operator>>(CString& text);
 
+  /// The number of things that follow, each of which takes at least one byte: reading throws
+  /// `endOfFile` for a count that the rest of the stream can't hold.
   void WriteCount(DWORD count);
   DWORD ReadCount();
 
-  /// Objects of serial classes, each once however often it is met. Reading gives an object that the
-  /// caller owns if it was new in the stream, and throws `badClass` unless it is of `runtime_class`
-  /// (null allows any), which includes every class the program doesn't know.
+  /// Objects of serial classes, each once however often it is met. Writing throws `badClass` for
+  /// one that isn't of a serial class, which could not be read back. Reading gives an object that
+  /// the caller owns if it was new in the stream, and throws `badClass` unless it is of
+  /// `runtime_class` (null allows any), which includes every class the program doesn't know.
   void WriteObject(const CObject* object);
   CObject* ReadObject(const CRuntimeClass* runtime_class);
 
@@ -87,10 +92,12 @@ class CArchive {
   void WriteClass(const CRuntimeClass* runtime_class);
   const CRuntimeClass* ReadNewClass();
   void WriteIndex(DWORD index, bool is_class);
+  CObject* ReadNewObject(const CRuntimeClass* runtime_class, UINT schema);
 
   CFile* m_pFile;
   bool m_bLoading;
   UINT m_nObjectSchema = 0;
+  int m_nDepth = 0;
   std::string m_buffer;
   std::size_t m_nNext = 0;
   /// What indices stand for: an object or a class each.

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
+#include <new>
 #include <utility>
 
 #include "dqlib/platform/paths.h"
@@ -165,13 +167,20 @@ void CFile::Remove(const char* path) { ThrowIfFailed(Files().Delete(path), path)
 
 CStdioFile::CStdioFile(const char* path, UINT flags) : CFile(path, flags) {}
 
-CStdioFile::~CStdioFile() { Abort(); }
+CStdioFile::~CStdioFile() {
+  try {
+    CStdioFile::Close();
+  } catch (const CFileException&) {
+    // A destructor can't report; who must know calls `Close` before.
+  }
+}
 
 bool CStdioFile::FillBuffer() {
   FlushWritten();
   constexpr std::size_t kBufferSize = 65536;
   m_buffer.resize(kBufferSize);
-  m_buffer.resize(CFile::Read(m_buffer.data(), static_cast<UINT>(m_buffer.size())));
+  m_nNext = kBufferSize;  // Nothing to read if the system refuses.
+  m_buffer.resize(CFile::Read(m_buffer.data(), static_cast<UINT>(kBufferSize)));
   m_nNext = 0;
   return !m_buffer.empty();
 }
@@ -204,14 +213,26 @@ void CStdioFile::FlushWritten() {
 std::int64_t CStdioFile::Seek(std::int64_t offset, UINT from) {
   FlushWritten();
   if (from == current) offset -= static_cast<std::int64_t>(m_buffer.size() - m_nNext);
+  const std::int64_t position = CFile::Seek(offset, from);
   m_buffer.clear();
   m_nNext = 0;
-  return CFile::Seek(offset, from);
+  return position;
 }
 
 std::int64_t CStdioFile::GetPosition() const {
   return CFile::GetPosition() - static_cast<std::int64_t>(m_buffer.size() - m_nNext) +
          static_cast<std::int64_t>(m_written.size());
+}
+
+std::int64_t CStdioFile::GetLength() const {
+  const std::int64_t length = CFile::GetLength();
+  return m_written.empty() ? length : std::max(length, GetPosition());
+}
+
+void CStdioFile::DropBuffers() {
+  m_written.clear();
+  m_buffer.clear();
+  m_nNext = 0;
 }
 
 void CStdioFile::Flush() {
@@ -220,12 +241,18 @@ void CStdioFile::Flush() {
 }
 
 void CStdioFile::Close() {
-  if (IsOpen()) FlushWritten();
+  try {
+    if (IsOpen()) FlushWritten();
+  } catch (const CFileException&) {
+    Abort();
+    throw;
+  }
+  DropBuffers();
   CFile::Close();
 }
 
 void CStdioFile::Abort() {
-  m_written.clear();
+  DropBuffers();
   CFile::Abort();
 }
 
@@ -238,9 +265,11 @@ bool CStdioFile::ReadString(CString& line) {
     const std::size_t stop = std::min(end_of_line, m_buffer.size());
     line += std::string_view(m_buffer).substr(m_nNext, stop - m_nNext);
     m_nNext = std::min(stop + 1, m_buffer.size());
-    if (end_of_line != std::string::npos) break;
+    if (end_of_line == std::string::npos) continue;
+    const int last = line.GetLength() - 1;
+    if (last >= 0 && line[last] == '\r') line = line.Left(last);
+    break;
   }
-  if (!line.IsEmpty() && line[line.GetLength() - 1] == '\r') line = line.Left(line.GetLength() - 1);
   return any;
 }
 
@@ -256,21 +285,37 @@ UINT CMemFile::Read(void* buffer, UINT count) {
   return part;
 }
 
+void CMemFile::Resize(std::int64_t length) {
+  if (static_cast<std::uint64_t>(length) > m_bytes.max_size()) {
+    throw CFileException(CFileException::diskFull);
+  }
+  try {
+    m_bytes.resize(static_cast<std::size_t>(length));
+  } catch (const std::bad_alloc&) {
+    throw CFileException(CFileException::diskFull);
+  }
+}
+
 void CMemFile::Write(const void* buffer, UINT count) {
+  if (m_nPosition > std::numeric_limits<std::int64_t>::max() - count) {
+    throw CFileException(CFileException::diskFull);
+  }
   const std::int64_t stop = m_nPosition + count;
-  if (stop > GetLength()) m_bytes.resize(static_cast<std::size_t>(stop));
+  if (stop > GetLength()) Resize(stop);
   if (count > 0) std::memcpy(m_bytes.data() + m_nPosition, buffer, count);
   m_nPosition = stop;
 }
 
 std::int64_t CMemFile::Seek(std::int64_t offset, UINT from) {
   const std::int64_t origin = from == begin ? 0 : from == current ? m_nPosition : GetLength();
-  if (origin + offset < 0) throw CFileException(CFileException::badSeek);
+  if (offset > std::numeric_limits<std::int64_t>::max() - origin || origin + offset < 0) {
+    throw CFileException(CFileException::badSeek);
+  }
   return m_nPosition = origin + offset;
 }
 
 void CMemFile::SetLength(std::int64_t length) {
-  m_bytes.resize(static_cast<std::size_t>(std::max<std::int64_t>(length, 0)));
+  Resize(std::max<std::int64_t>(length, 0));
   m_nPosition = std::min(m_nPosition, GetLength());
 }
 

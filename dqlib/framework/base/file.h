@@ -91,7 +91,9 @@ class CFile : public CObject {
   CString m_strFileName;
 };
 
-/// A file of text lines, buffered. In text mode, which is the default, CR LF is read as LF.
+/// A file of text lines, buffered. Lines are read with CR LF or LF at their ends; `Read` and the
+/// writing operations leave bytes as they stand. What could not be written is told by `Flush` and
+/// `Close`, not by a destructor.
 class CStdioFile : public CFile {
   DECLARE_DYNAMIC(CStdioFile)
   CStdioFile() = default;
@@ -102,9 +104,21 @@ class CStdioFile : public CFile {
   void Write(const void* buffer, UINT count) override;
   std::int64_t Seek(std::int64_t offset, UINT from) override;
   std::int64_t GetPosition() const override;
+  std::int64_t GetLength() const override;
   void Flush() override;
   void Close() override;
   void Abort() override;
+
+  /// The next byte as 0 to 255, or -1 at the end; `PeekByte` leaves it to be read again.
+  int ReadByte() {
+    const int byte = PeekByte();
+    if (byte >= 0) ++m_nNext;
+    return byte;
+  }
+  int PeekByte() {
+    if (m_nNext == m_buffer.size() && !FillBuffer()) return -1;
+    return static_cast<unsigned char>(m_buffer[m_nNext]);
+  }
 
   /// The next line without its line end; false at the end of the file, with "".
   bool ReadString(CString& line);
@@ -114,13 +128,14 @@ class CStdioFile : public CFile {
  private:
   bool FillBuffer();
   void FlushWritten();
+  void DropBuffers();
 
   std::string m_buffer;
   std::size_t m_nNext = 0;
   std::string m_written;
 };
 
-/// A file in memory.
+/// A file in memory. One that grows past what memory can hold throws `diskFull`.
 class CMemFile : public CFile {
   DECLARE_DYNAMIC(CMemFile)
   CMemFile() = default;
@@ -131,7 +146,7 @@ class CMemFile : public CFile {
   std::int64_t Seek(std::int64_t offset, UINT from) override;
   std::int64_t GetPosition() const override { return m_nPosition; }
   std::int64_t GetLength() const override { return static_cast<std::int64_t>(m_bytes.size()); }
-  /// Grows with zeros.
+  /// Grows with zeros. The position is at most the length afterwards.
   void SetLength(std::int64_t length) override;
   void Flush() override {}
   /// Drops the contents.
@@ -141,6 +156,9 @@ class CMemFile : public CFile {
  protected:
   std::vector<char> m_bytes;
   std::int64_t m_nPosition = 0;
+
+ private:
+  void Resize(std::int64_t length);
 };
 
 }  // namespace dq
