@@ -48,12 +48,14 @@ struct CDQConsoleProgram::Run {
 
   CDQConsoleProgram& program;
   platform::Processes& processes = *platform::Current().processes;
+  HANDLE read_end = kNoHandle;
   detail::LineCutter lines{program.m_bTrimLeft};
 };
 
 CDQConsoleProgram::Run::~Run() {
   processes.Close(program.m_hProcess.exchange(kNoHandle));
-  processes.Close(program.m_hOutputRead.exchange(kNoHandle));
+  program.m_hOutputRead = kNoHandle;
+  CloseEnd(read_end);
   CloseEnd(program.m_hOutputWrite);
   CloseEnd(program.m_hInputRead);
   CloseEnd(program.m_hInputWrite);
@@ -71,7 +73,7 @@ bool CDQConsoleProgram::Run::CreatePipes() {
                    SystemMessage(CREATE_STDOUT_PIPE_ERROR_MESSAGE, output.error));
     return false;
   }
-  program.m_hOutputRead = output.value.read_end;
+  read_end = output.value.read_end;
   program.m_hOutputWrite = output.value.write_end;
   const auto input = processes.CreatePipe();
   if (!input.ok()) {
@@ -100,6 +102,9 @@ bool CDQConsoleProgram::Run::Start(const CString& command_line) {
     return false;
   }
   program.m_nProcessId = started.value.process_id;
+  // The process is shown last: a cancel that sees it finds the pipe to wake too, and one that comes
+  // before has nothing to end.
+  program.m_hOutputRead = read_end;
   program.m_hProcess = started.value.process;
   // The child's end now ends the reading.
   CloseEnd(program.m_hOutputWrite);
@@ -109,7 +114,7 @@ bool CDQConsoleProgram::Run::Start(const CString& command_line) {
 bool CDQConsoleProgram::Run::ReadOutput() {
   const auto buffer = std::make_unique<char[]>(kReadSize);
   for (;;) {
-    const auto read = processes.Read(program.m_hOutputRead, {buffer.get(), kReadSize});
+    const auto read = processes.Read(read_end, {buffer.get(), kReadSize});
     if (read.error.kind == platform::ErrorKind::kBrokenPipe) return true;
     if (!read.ok()) {
       program.Report(CONSOLE_READ_FAILED, SystemMessage(READ_PIPE_ERROR_MESSAGE, read.error));
@@ -197,7 +202,8 @@ int CDQConsoleProgram::RunExecutable(const char* exe, CString& lastOutput, const
   if (!run.Start(command_line)) return 0;
   if (!run.ReadOutput()) return 0;
   // A program that a cancel could not end must not wait for a reader that has left.
-  run.processes.Close(m_hOutputRead.exchange(kNoHandle));
+  m_hOutputRead = kNoHandle;
+  run.CloseEnd(run.read_end);
   // What the program returned, or died by, is for its own output to tell.
   run.processes.Wait(m_hProcess);
   const std::string_view rest = run.lines.Rest();
@@ -210,8 +216,10 @@ int CDQConsoleProgram::RunExecutable(const char* exe, CString& lastOutput, const
 
 void CDQConsoleProgram::CancelProgram() {
   platform::Processes& processes = *platform::Current().processes;
+  const HANDLE process = m_hProcess;
+  if (process == kNoHandle) return;
   // Nothing to tell if it fails: a program that can't be ended, or has gone, is read no more.
-  processes.Terminate(m_hProcess);
+  processes.Terminate(process);
   processes.InterruptRead(m_hOutputRead);
 }
 

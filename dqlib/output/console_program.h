@@ -46,14 +46,17 @@ class CDQConsoleProgram {
 
   /// Runs the program and waits for its end. A null `exe` or `args` keeps the one of the former
   /// call. Reports the command line, masked unless `args` is null, then each line of output; blank
-  /// lines vanish. `lastOutput` gets the last line if it had no line behind it, and else keeps its
-  /// value. Returns 1 if the program ran, whatever its exit code, also when it was cancelled; 0
-  /// after a failure, which has been reported. The child has nothing to read from its standard
-  /// input. Bytes behind a zero are lost up to the end of what the system handed over with it.
+  /// lines vanish. `lastOutput` gets what is left when the output ends, which is its last line, and
+  /// keeps its value if that is blank. Returns 1 if the program ran, whatever its exit code, also
+  /// when it was cancelled; 0 after a failure, which has been reported. The child has nothing to
+  /// read from its standard input. Bytes behind a zero are lost up to the end of the piece of
+  /// `m_nPipeOutputSize` bytes that it stands in. Executable and arguments make up one command
+  /// line, with a blank between them, which is cut again as `platform::StartInfo` tells: a program
+  /// whose path has a blank is given in quotes.
   virtual int RunExecutable(const char* exe, CString& lastOutput, const char* args);
 
   /// Ends the program that runs, with its whole process group, from a thread other than the one
-  /// inside `RunExecutable`. Nothing happens if none runs.
+  /// inside `RunExecutable`. Nothing happens if none runs, or none has been started yet.
   void CancelProgram();
 
   /// Where a complete first line ends: the index of the last character of the run of line ends
