@@ -1,51 +1,51 @@
-// One option: what an options file tells of it, and its values.
+// One option of an options file.
 
 #pragma once
 
-#include <map>
-#include <optional>
-#include <string>
-#include <string_view>
-
-#include "dqlib/dbvocab/dbms.h"
 #include "dqlib/framework/base/c_string.h"
+#include "siblings/options/options_file.h"
 
 namespace dq {
 
-enum class OptionKind { kBool, kInt, kString, kBinary, kDirectory, kColor };
-
-/// A value in the form in which it is kept: "0" or "1", decimal digits, the text itself, bytes, a
-/// path, or a colour as six hexadecimal digits rrggbb.
-using OptionValue = std::string;
+class CDQOptionsServer;
 
 /// An option of an options file. Owned by the options server; valid until its file is removed.
+/// Another reading of the file changes it in place, or drops it if the file has it no longer.
 class CDQOption {
  public:
+  CDQOption(CDQOptionsServer& server, OptionDefinition definition, CString file);
+  CDQOption(const CDQOption&) = delete;
+  CDQOption& operator=(const CDQOption&) = delete;
   virtual ~CDQOption();
 
-  int GetID() const { return m_nID; }
-  OptionKind GetKind() const { return m_eKind; }
+  int GetID() const { return m_definition.id; }
+  OptionKind GetKind() const { return m_definition.kind; }
   /// The name by which programs look it up.
   const CString& GetName() const { return m_strName; }
   /// The label that dialogs show.
   const CString& GetShortName() const { return m_strShortName; }
+  /// Whether it has a value of its own for each platform.
+  bool IsPerPlatform() const { return !m_definition.platform_fallbacks.empty(); }
+  /// What the file says.
+  const OptionDefinition& GetDefinition() const { return m_definition; }
+  /// The file, as it was named to the server.
+  const CString& GetFile() const { return m_strFile; }
 
-  /// The current value for the platform in force; see `CDQOptionsServer`.
+  /// The current value for the platform in force, as the server's operations of the same names.
   bool GetBool() const;
   int GetInt() const;
   CString GetString() const;
 
  private:
   friend class CDQOptionsServer;
+  /// Takes over what a new reading of the file says.
+  void SetDefinition(OptionDefinition definition);
 
-  int m_nID = 0;
-  OptionKind m_eKind = OptionKind::kString;
+  CDQOptionsServer& m_server;
+  OptionDefinition m_definition;
   CString m_strName;
   CString m_strShortName;
-  OptionValue m_default;
-  /// Whether the option has a value of its own for each platform.
-  bool m_bPerPlatform = false;
-  std::map<DBMS, OptionValue> m_platformDefaults;
+  CString m_strFile;
 };
 
 /// A text option by its id, to be read at once.

@@ -98,6 +98,36 @@ class TextTest(unittest.TestCase):
                                  (1, b"", f"dqtool: no string with id {number}\n".encode()))
 
 
+class OptionTest(unittest.TestCase):
+    def test_a_value_that_is_set_is_there_in_the_next_process(self):
+        with tempfile.TemporaryDirectory() as config:
+            environment = {**os.environ, "XDG_CONFIG_HOME": config}
+            for words, status, out in [
+                (["get", "50144"], 0, b"1400\n"),
+                (["set", "50144", "12"], 0, b""),
+                (["get", "50144"], 0, b"12\n"),
+                (["set", "50144", "x"], 1, b""),
+                (["set", "50144", "2147483648"], 1, b""),
+                (["set", "1", "12"], 1, b""),
+                (["get", "99999999999"], 1, b""),
+                (["set", "50186", "0aF"], 1, b""),
+                (["set", "50186", "0aFf"], 0, b""),
+                (["get", "50186"], 0, b"0aff\n"),
+                (["get", "x"], 2, b""),
+                (["--platform", "acme", "list"], 2, b""),
+                (["--platform", "oracle", "get", "50390"], 0, b"/\n"),
+                (["set", "50255", "a\tb\nc"], 0, b""),
+                (["get", "50255"], 0, b"a\tb\nc\n"),
+            ]:
+                with self.subTest(words=words):
+                    result = dqtool("option", *words, env=environment)
+                    self.assertEqual(result[:2], (status, out))
+                    self.assertEqual(result[2].startswith(b"dqtool: "), status != 0)
+            listing = dqtool("option", "list", env=environment)[1].splitlines()
+            self.assertIn(b"50255\tstring\toutput_log_file\ta\\x09b\\x0ac", listing)
+            self.assertIn(b"52500\tbool\tsyntax_coloring\t1", listing)
+
+
 class RunTest(unittest.TestCase):
     def setUp(self):
         self.directory = os.path.realpath(self.enterContext(tempfile.TemporaryDirectory()))

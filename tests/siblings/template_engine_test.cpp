@@ -1,0 +1,90 @@
+#include "siblings/options/template_engine.h"
+
+#include <string>
+#include <vector>
+
+#include "gmock/gmock.h"
+#include "gtest/gtest.h"
+
+namespace dq {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+
+class TemplateEngine : public ::testing::Test {
+ protected:
+  TemplateEngine() {
+    engine.SetReportSink([this](const CString& message) { reports.emplace_back(message.View()); });
+  }
+  CDQTemplateEngine engine;
+  std::vector<std::string> reports;
+};
+
+std::string Unknown(const std::string& name) {
+  return "DQTemplateEngine::Process - Variable  '" + name + "' is not in the dictionary.";
+}
+
+std::string Malformed(const std::string& text) {
+  return "DQTemplateEngine::Process - Malformed variable encountered in input string '" + text +
+         "'.";
+}
+
+TEST_F(TemplateEngine, ReplacesVariablesAndReportsTheRest) {
+  engine.SetVariable("$$name$$", "old");
+  engine.SetVariable("$$name$$", "EMP");
+  engine.SetVariable("$$self$$", "$$name$$");
+  engine.SetVariable("$$null$$", nullptr);
+  engine.SetVariable("$$$x$$", "dollar");
+  const struct {
+    const char* text;
+    std::string result;
+    std::vector<std::string> reports;
+  } cases[] = {
+      {nullptr, "", {}},
+      {"no marks, $1 $ each", "no marks, $1 $ each", {}},
+      {"$$name$$", "EMP", {}},
+      {"<$$name$$$$name$$.$$null$$>", "<EMPEMP.>", {}},
+      {"$$self$$", "$$name$$", {}},
+      {"$$Name$$", "$$Name$$", {Unknown("$$Name$$")}},
+      {"$$a$$ $$name$$ $$b$$", "$$a$$ EMP $$b$$", {Unknown("$$a$$"), Unknown("$$b$$")}},
+      {"$$name$$ $$open", "EMP $$open", {Malformed("$$name$$ $$open")}},
+      {"end$$", "end$$", {Malformed("end$$")}},
+      {"$$$$", "$$$$", {Unknown("$$$$")}},
+      {"$$$x$$", "dollar", {}},
+      {"$$name$$$", "EMP$", {}},
+      {"cost $$5 and $$name$$",
+       "cost $$5 and $$name$$",
+       {Unknown("$$5 and $$"), Malformed("cost $$5 and $$name$$")}},
+  };
+  for (const auto& each : cases) {
+    reports.clear();
+    SCOPED_TRACE(each.result);
+    EXPECT_EQ(engine.ResolveVariableString(each.text), each.result.c_str());
+    EXPECT_THAT(reports, ElementsAreArray(each.reports));
+  }
+}
+
+TEST_F(TemplateEngine, StoresOnlyUnderNamesThatATextCanNeed) {
+  for (const char* name : {"name", "$$name", "name$$", "$$$", "$$", "", " $$name$$", "$$name$$ ",
+                           "$$a$$b$$", "$$a$$$", "$$$$$"}) {
+    reports.clear();
+    EXPECT_FALSE(engine.SetVariable(name, "value")) << name;
+    EXPECT_FALSE(engine.HasVariable(name)) << name;
+    EXPECT_THAT(reports, ElementsAre("DQTemplateEngine::SetVariable - Attempting to set malformed "
+                                     "variable '" +
+                                     std::string(name) + "'."));
+  }
+  EXPECT_FALSE(engine.SetVariable(nullptr, "value"));
+  EXPECT_TRUE(engine.SetVariable("$$$$", "empty name"));
+  EXPECT_EQ(engine.ResolveVariableString("<$$$$>"), "<empty name>");
+}
+
+TEST_F(TemplateEngine, TakesAMegabyteOfMarks) {
+  const std::string marks(1 << 20, '$');
+  EXPECT_EQ(engine.ResolveVariableString(marks.c_str()).View(), marks);
+  EXPECT_EQ(reports.size(), marks.size() / 4);
+}
+
+}  // namespace
+}  // namespace dq
