@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """No string id is defined twice, and every named id of the library has its text.
 
-From 57344 on texts are the framework's, and a few of them are left to the host. Looks at the enumerators of *_ids.h and the rows of the string tables in the library's and the
-framework's resources.
+From 57344 on texts are the framework's, and a few of them are left to the host. Looks at the
+enumerators of *_ids.h and the rows of the string tables of library and framework.
 """
 
 import re
