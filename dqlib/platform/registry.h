@@ -57,9 +57,9 @@ struct RegistryValue {
 ///
 /// Paths are key names with `\` between them; empty names between are skipped. Names of keys and
 /// values are bytes, keep their spelling and are compared without regard to the case of ASCII
-/// letters. A key name is 1 to 255 bytes, without `\` and zeros, and the whole path of a key at most
-/// 16,383; a value name up to 16,383 bytes, without zeros, and "" is a key's default value. Data are
-/// at most 64 MiB.
+/// letters. A key name is 1 to 255 bytes, without `\` and zeros, and the whole path of a key at
+/// most 16,383; a value name up to 16,383 bytes, without zeros, and "" is a key's default value.
+/// Data are at most 64 MiB.
 ///
 /// What a call reports as done survives the death of the process at any later moment, and other
 /// processes see it at once. Any thread. Errors: `kNotFound` for a key, value or index that isn't
