@@ -192,6 +192,7 @@ TEST_F(ProcessesTest, AProcessClosedBeforeItsEndIsReapedThen) {
 TEST_F(ProcessesTest, HandlesOutOfDateOrOfAnotherKindAreErrors) {
   const Pipe pipe = MakePipe();
   const HANDLE process = Start("true").process;
+  EXPECT_GT(process, pipe.write_end);  // one count for all
   processes_.Wait(process);
   char buffer[8];
   EXPECT_FALSE(processes_.Read(pipe.write_end, buffer).ok());
