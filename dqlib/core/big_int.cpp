@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cassert>
+#include <cstdlib>
 #include <iostream>
+#include <limits>
+#include <stdexcept>
 
 namespace dq {
 namespace {
@@ -18,12 +21,12 @@ constexpr int kBigDivisor = 11;
 
 CDQBigInt::CDQBigInt() : m_digits(kFirstCapacity, '0') {}
 
-CDQBigInt::CDQBigInt(int number) : CDQBigInt(static_cast<std::int64_t>(number)) {}
+CDQBigInt::CDQBigInt(int number) : CDQBigInt(static_cast<long long>(number)) {}
 
-CDQBigInt::CDQBigInt(std::int64_t number) : m_bNegative(number < 0), m_nDigits(0) {
+CDQBigInt::CDQBigInt(long long number) : m_bNegative(number < 0), m_nDigits(0) {
   m_digits.resize(kFirstCapacity, '0');
   // The lowest 64-bit number has no positive counterpart among the signed ones.
-  std::uint64_t rest = static_cast<std::uint64_t>(number);
+  auto rest = static_cast<unsigned long long>(number);
   if (m_bNegative) rest = 0 - rest;
   do {
     addSigDigit(static_cast<int>(rest % 10));
@@ -35,6 +38,9 @@ CDQBigInt::CDQBigInt(const std::string& text) {
   if (text.empty()) {
     m_digits.assign(kFirstCapacity, '0');
     return;
+  }
+  if (text.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
+    throw std::length_error("CDQBigInt");
   }
   m_bNegative = text.front() == '-';
   const auto first = text.begin() + (m_bNegative ? 1 : 0);
@@ -54,6 +60,13 @@ CDQBigInt& CDQBigInt::operator=(const CDQBigInt& other) {
     m_digits = other.m_digits;
     m_nDigits = other.m_nDigits;
   }
+  return *this;
+}
+
+CDQBigInt& CDQBigInt::Take(CDQBigInt& result) {
+  m_bNegative = result.m_bNegative;
+  m_digits.swap(result.m_digits);
+  m_nDigits = result.m_nDigits;
   return *this;
 }
 
@@ -118,7 +131,7 @@ CDQBigInt& CDQBigInt::operator-=(const CDQBigInt& other) {
     CDQBigInt difference(other);
     difference -= *this;
     difference.m_bNegative = !difference.m_bNegative;
-    return *this = difference;
+    return Take(difference);
   }
   int borrow = 0;
   for (int i = 0; i < size(); ++i) {
@@ -164,7 +177,7 @@ CDQBigInt& CDQBigInt::operator*=(const CDQBigInt& other) {
   }
   product.m_bNegative = IsNeg() != other.IsNeg();
   product.Normalize();
-  return *this = product;
+  return Take(product);
 }
 
 CDQBigInt& CDQBigInt::operator/=(int divisor) {
@@ -190,7 +203,7 @@ CDQBigInt& CDQBigInt::operator/=(const CDQBigInt& other) {
   DivideHelp(*this, other, quotient, remainder);
   quotient.m_bNegative = negative;
   quotient.Normalize();
-  return *this = quotient;
+  return Take(quotient);
 }
 
 CDQBigInt& CDQBigInt::operator%=(const CDQBigInt& other) {
@@ -199,7 +212,7 @@ CDQBigInt& CDQBigInt::operator%=(const CDQBigInt& other) {
   const bool negative = IsNeg() != other.IsNeg();
   DivideHelp(*this, other, quotient, remainder);
   remainder.m_bNegative = negative;
-  return *this = remainder;
+  return Take(remainder);
 }
 
 int CDQBigInt::getDigit(int index) const {
@@ -250,10 +263,12 @@ void CDQBigInt::DivideHelp(const CDQBigInt& lhs, const CDQBigInt& rhs, CDQBigInt
   CDQBigInt rest(lhs);
   quotient.m_digits.assign(static_cast<std::size_t>(shifts) + 1, '0');
   quotient.m_nDigits = shifts + 1;
+  const int divisor = rhs.getDigit(rhs.size() - 1);
   // The digit above the shifted divisor belongs to the guess: the rest may have one more.
   for (int shift = shifts; shift >= 0; --shift) {
     const int top = rest.getDigit(shift + rhs.size()) * 10 + rest.getDigit(shift + rhs.size() - 1);
-    int guess = std::min(9, top / rhs.getDigit(rhs.size() - 1));
+    // Only texts that are no numbers have a top digit of 0; they must not end the process.
+    int guess = divisor == 0 ? 9 : std::min(9, top / divisor);
     while (guess > 0 && rest.IsBelowProduct(rhs, guess, shift)) --guess;
     rest.SubtractProduct(rhs, guess, shift);
     quotient.changeDigit(shift, guess);
@@ -261,7 +276,7 @@ void CDQBigInt::DivideHelp(const CDQBigInt& lhs, const CDQBigInt& rhs, CDQBigInt
   quotient.Normalize();
   rest.m_bNegative = false;
   rest.Normalize();
-  remainder = rest;
+  remainder.Take(rest);
 }
 
 bool CDQBigInt::IsBelowProduct(const CDQBigInt& number, int factor, int shift) const {
@@ -286,39 +301,46 @@ void CDQBigInt::SubtractProduct(const CDQBigInt& number, int factor, int shift) 
 
 CDQBigInt operator+(const CDQBigInt& left, const CDQBigInt& right) {
   CDQBigInt result(left);
-  return result += right;
+  result += right;
+  return result;
 }
 
 CDQBigInt operator-(const CDQBigInt& left, const CDQBigInt& right) {
   CDQBigInt result(left);
-  return result -= right;
+  result -= right;
+  return result;
 }
 
 CDQBigInt operator*(const CDQBigInt& left, const CDQBigInt& right) {
   CDQBigInt result(left);
-  return result *= right;
+  result *= right;
+  return result;
 }
 
 CDQBigInt operator*(const CDQBigInt& left, int right) {
   CDQBigInt result(left);
-  return result *= right;
+  result *= right;
+  return result;
 }
 
 CDQBigInt operator*(int left, const CDQBigInt& right) { return right * left; }
 
 CDQBigInt operator/(const CDQBigInt& left, const CDQBigInt& right) {
   CDQBigInt result(left);
-  return result /= right;
+  result /= right;
+  return result;
 }
 
 CDQBigInt operator/(const CDQBigInt& left, int right) {
   CDQBigInt result(left);
-  return result /= right;
+  result /= right;
+  return result;
 }
 
 CDQBigInt operator%(const CDQBigInt& left, const CDQBigInt& right) {
   CDQBigInt result(left);
-  return result %= right;
+  result %= right;
+  return result;
 }
 
 std::istream& operator>>(std::istream& in, CDQBigInt& number) {

@@ -7,7 +7,6 @@
 #pragma once
 
 #include <compare>
-#include <cstdint>
 #include <iosfwd>
 #include <string>
 #include <vector>
@@ -18,21 +17,23 @@ namespace dq {
 /// paper, but with rules of its own that stored values and callers rely on:
 ///  - The remainder of a smaller number by a larger one is the larger one: 3 % 5 is 5.
 ///  - The sign of a remainder follows that of the quotient, and a remainder of zero can be
-///  negative,
-///    which is then not equal to 0: 7 % -7. Multiplying a zero by a negative `int` gives one too.
+///    negative, which is then not equal to 0: 7 % -7. Multiplying a zero by a negative `int` gives
+///    one too, "-0".
 ///  - Conversion to `int` reads the last six digits.
-///  - A text is not checked: callers do that first. Other characters make what they make.
-/// A divisor of zero as a `CDQBigInt`, other than for 0 / 0, is the caller's error. A value: not
-/// for several threads at once, unless const.
+///  - A text is not checked: callers do that first. Other characters become digits out of the
+///    range 0 to 9, which print as they came and reckon as they can.
+/// A divisor of zero as a `CDQBigInt`, other than for 0 / 0, which is 1, is the caller's error. A
+/// value: not for several threads at once, unless const.
 class CDQBigInt {
  public:
   /// The number 0.
   CDQBigInt();
   CDQBigInt(int number);
-  CDQBigInt(std::int64_t number);
+  CDQBigInt(long long number);
   /// A text of digits with an optional leading "-"; "" is 0, and so are "-" and "-0".
   explicit CDQBigInt(const std::string& text);
   CDQBigInt(const CDQBigInt& other);
+  /// The error that `/= 0` leaves stays with its object.
   CDQBigInt& operator=(const CDQBigInt& other);
   ~CDQBigInt() = default;
 
@@ -62,7 +63,10 @@ class CDQBigInt {
   void changeDigit(int index, int value);
   void addSigDigit(int value);
   bool IsNeg() const { return m_bNegative; }
+  /// Drops leading zeros; zero becomes positive.
   void Normalize();
+  /// Assigns a result that isn't needed any more.
+  CDQBigInt& Take(CDQBigInt& result);
   /// Below 0, 0 or above 0, signs left aside.
   int CompareMagnitude(const CDQBigInt& other) const;
   /// Whether this magnitude is below that of `number` times a digit times 10 to the power `shift`.
@@ -102,7 +106,8 @@ CDQBigInt operator/(const CDQBigInt& left, const CDQBigInt& right);
 CDQBigInt operator/(const CDQBigInt& left, int right);
 CDQBigInt operator%(const CDQBigInt& left, const CDQBigInt& right);
 
-/// Reads a word and makes a number of it; writes `toString()`.
+/// Reads a word and makes a number of it, which stays as it is at the end of the stream; writes
+/// `toString()`.
 std::istream& operator>>(std::istream& in, CDQBigInt& number);
 std::ostream& operator<<(std::ostream& out, const CDQBigInt& number);
 

@@ -26,6 +26,8 @@ class CDQClipboardWriter {
  protected:
   /// Where a writer tells its user that the clipboard can't be had. The base does nothing.
   virtual void OnFailedToOpenClipBoard();
+  /// The window that such a message belongs to, or null.
+  CWnd* GetOwner() const { return m_pOwner; }
 
  private:
   CWnd* m_pOwner;

@@ -1,6 +1,7 @@
 #include "dqlib/output/log.h"
 
-#include <cstring>
+#include <algorithm>
+#include <limits>
 #include <mutex>
 
 #include "dqlib/core/system_info.h"
@@ -26,28 +27,38 @@ CString LoadText(UINT id) {
   return text;
 }
 
-/// The thread of one warning: `parameter` is a flag of its own hold on the log's storage.
+/// The thread of one warning: `parameter` is a hold of its own on what it shares with the log.
 UINT Warn(void* parameter) {
-  const std::unique_ptr<std::shared_ptr<std::atomic<bool>>> warn(
-      static_cast<std::shared_ptr<std::atomic<bool>>*>(parameter));
-  const std::lock_guard lock(WarningMutex());
-  **warn = false;
-  const int answer = AfxMessageBoxWithCaption(LoadText(IDS_LOG_TOO_LONG),
-                                              LoadText(IDS_LOG_WARNING_CAPTION), BOX_OK_CANCEL);
-  if (answer == BUTTON_OK) **warn = true;
+  const std::unique_ptr<std::shared_ptr<detail::LogWarning>> hold(
+      static_cast<std::shared_ptr<detail::LogWarning>*>(parameter));
+  detail::LogWarning& warning = **hold;
+  {
+    const std::lock_guard lock(WarningMutex());
+    warning.may_warn = false;
+    const int answer = AfxMessageBoxWithCaption(LoadText(IDS_LOG_TOO_LONG),
+                                                LoadText(IDS_LOG_WARNING_CAPTION), BOX_OK_CANCEL);
+    if (answer == BUTTON_OK) warning.may_warn = true;
+  }
+  --warning.under_way;
+  warning.under_way.notify_all();
   return 0;
+}
+
+/// The size by which a log starts over, from the two halves as a search gives them.
+std::int64_t FoundSize(std::uint64_t size) {
+  return static_cast<std::int64_t>(size & 0xFFFFFFFF) - static_cast<std::int64_t>(size >> 32);
 }
 
 }  // namespace
 
 IMPLEMENT_SERIAL(CDQLog, CObject, 1)
 
-CDQLog::CDQLog() : m_pWarn(std::make_shared<std::atomic<bool>>(false)) {}
+CDQLog::CDQLog() : m_pWarning(std::make_shared<detail::LogWarning>(false)) {}
 
 CDQLog::CDQLog(const CString& name, DWORD maxKilobytes, bool warn)
     : m_strLogFileName(name),
       m_nMaxFileSize(maxKilobytes),
-      m_pWarn(std::make_shared<std::atomic<bool>>(warn)) {
+      m_pWarning(std::make_shared<detail::LogWarning>(warn)) {
   Initialize();
 }
 
@@ -59,7 +70,9 @@ void CDQLog::Serialize(CArchive& archive) { CObject::Serialize(archive); }
 
 void CDQLog::Initialize() {
   if (m_nMaxFileSize == 0) m_nMaxFileSize = kDefaultKilobytes;
-  m_nMaxFileSize *= kBytesInKilobyte;
+  constexpr DWORD kMost = std::numeric_limits<DWORD>::max();
+  m_nMaxFileSize =
+      m_nMaxFileSize > kMost / kBytesInKilobyte ? kMost : m_nMaxFileSize * kBytesInKilobyte;
   if (!m_bUseLog || m_strLogFileName.IsEmpty()) return;
   auto file = std::make_unique<CFile>();
   constexpr UINT kFlags = CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite |
@@ -94,11 +107,22 @@ void CDQLog::LogMessage(const CString& text) {
 }
 
 void CDQLog::DisplayWarningMessage() {
-  if (!*m_pWarn || m_pFile == nullptr) return;
+  if (!m_pWarning->may_warn || m_pFile == nullptr) return;
   if (m_pFile->GetLength() <= m_nMaxFileSize) return;
-  *m_pWarn = false;
-  auto hold = std::make_unique<std::shared_ptr<std::atomic<bool>>>(m_pWarn);
-  if (AfxBeginThread(&Warn, hold.get())) hold.release();
+  m_pWarning->may_warn = false;
+  auto hold = std::make_unique<std::shared_ptr<detail::LogWarning>>(m_pWarning);
+  ++m_pWarning->under_way;
+  if (AfxBeginThread(&Warn, hold.get())) {
+    static_cast<void>(hold.release());
+  } else {
+    --m_pWarning->under_way;
+  }
+}
+
+void CDQLog::WaitForWarning() const {
+  for (int count = m_pWarning->under_way; count != 0; count = m_pWarning->under_way) {
+    m_pWarning->under_way.wait(count);
+  }
 }
 
 bool CDQLog::ClearLogFile() {
@@ -112,8 +136,10 @@ int DQLIB_WriteLogFile(const char* path, const char* text, long maxKilobytes) tr
   CFileStatus status;
   const bool exists = CFile::GetStatus(path, status) != 0;
   if (!exists) flags |= CFile::modeCreate;
-  const std::int64_t limit = std::int64_t{maxKilobytes} * kBytesInKilobyte;
-  if (limit > 0 && exists && static_cast<std::int64_t>(status.m_size) >= limit) {
+  const std::int64_t limit =
+      std::clamp<std::int64_t>(maxKilobytes, 0, std::numeric_limits<std::int32_t>::max()) *
+      kBytesInKilobyte;
+  if (limit > 0 && exists && FoundSize(status.m_size) >= limit) {
     flags |= CFile::modeCreate;
   }
   const CString entry = CDQSystemInfo::GetCurrentDateTime(DATE_SHORT) + "\r\n" + text + "\r\n";

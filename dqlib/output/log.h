@@ -10,6 +10,17 @@
 
 namespace dq {
 
+namespace detail {
+/// What a log and the threads of its warnings share.
+struct LogWarning {
+  explicit LogWarning(bool warn) : may_warn(warn) {}
+  /// Whether a warning may be shown.
+  std::atomic<bool> may_warn;
+  /// Threads that show one or wait for their turn.
+  std::atomic<int> under_way = 0;
+};
+}  // namespace detail
+
 /// A log that stays open. Its size is watched, not limited: when it outgrows its limit the user is
 /// warned, and the log goes on. Entries of several processes that write one log don't mix. The
 /// object is used by one thread at a time; its warning runs on a thread of its own, and one warning
@@ -26,9 +37,9 @@ class CDQLog : public CObject {
 
   void Serialize(CArchive& archive) override;
 
-  /// Opens the file for appending and turns the maximum from kilobytes into bytes, so it runs once
-  /// for an object. A file that can't be opened is told to the user, and there is no log then.
-  /// Without a name, or with `SetUseLog(false)`, nothing is opened.
+  /// Opens the file for appending and turns the maximum from kilobytes into bytes, 4 GiB less one
+  /// at most, so it runs once for an object. A file that can't be opened is told to the user, and
+  /// there is no log then. Without a name, or with `SetUseLog(false)`, nothing is opened.
   void Initialize();
 
   /// Write one line: the short date and the time, two blanks, the text, CR LF. An empty text, or an
@@ -38,6 +49,12 @@ class CDQLog : public CObject {
   void LogMessage(const CString& text);
   void LogMessage(UINT stringId, const char* arg);
   void LogMessage(UINT stringId, const char* arg1, const char* arg2);
+
+  /// Whether there is a file to write to.
+  bool HasFile() const { return m_pFile != nullptr; }
+  /// Waits until no warning of this log stands any more: a program that is about to end would take
+  /// the warning with it.
+  void WaitForWarning() const;
 
   /// Empties the file, if there is one. Returns true.
   bool ClearLogFile();
@@ -58,12 +75,14 @@ class CDQLog : public CObject {
   bool m_bUseLog = true;
   DWORD m_nMaxFileSize = 1000;
   std::unique_ptr<CFile> m_pFile;
-  /// Whether a warning may be shown; shared with the warning's thread, which may outlive the log.
-  std::shared_ptr<std::atomic<bool>> m_pWarn;
+  /// Shared with the warning's thread, which may outlive the log.
+  std::shared_ptr<detail::LogWarning> m_pWarning;
 };
 
 /// Appends one entry, of two lines, to a log file: date and time, then the text. `maxKilobytes`
-/// above 0 makes a file of that size or larger start over, the opposite of what `CDQLog` does.
+/// above 0 makes a file of that size or larger start over, the opposite of what `CDQLog` does. The
+/// size that counts is the low 32 bits less what is above them, so files of 4 GiB and more pass for
+/// small ones; tools that keep such logs rely on their not being started over.
 /// Returns 1, or -1 if a text is null or the file can't be opened or written, also because another
 /// writer has it open just then.
 int DQLIB_WriteLogFile(const char* path, const char* text, long maxKilobytes);

@@ -51,8 +51,8 @@ class SystemFacts {
 
   virtual Result<SystemVersion> Version() = 0;
 
-  /// Names as the system has them; the machine's without its domain, the host's as the network
-  /// knows it.
+  /// Names as the system has them; the machine's without its domain, the host's with it if
+  /// the system keeps it so. Answers at once, without the network.
   virtual std::string UserName() = 0;
   virtual std::string ComputerName() = 0;
   virtual std::string HostName() = 0;

@@ -53,7 +53,8 @@ Parts Cut(DATE date) {
 bool IsInRange(DATE date) {
   static const DATE first = static_cast<DATE>(platform::DaysFromOrigin(kFirstYear, 1, 1));
   static const DATE behind = static_cast<DATE>(platform::DaysFromOrigin(kLastYear, 12, 31) + 1);
-  return date > first - 1 && date < behind;
+  // What rounds up to the second behind the last one is out of range too.
+  return date > first - 1 && date < behind - 0.5 / kSecondsInDay;
 }
 
 }  // namespace

@@ -3,10 +3,9 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
-#include <memory>
-#include <netdb.h>
 #include <pwd.h>
 #include <sstream>
+#include <string_view>
 #include <sys/utsname.h>
 #include <unistd.h>
 #include <vector>
@@ -38,10 +37,21 @@ std::string Home() {
   return home.empty() ? UserEntry(&passwd::pw_dir) : home;
 }
 
+/// A directory below the user's; "" for a user without one.
+std::string BelowHome(std::string_view below) {
+  const std::string home = Home();
+  return home.empty() ? home : home + std::string(below);
+}
+
 /// A directory of the desktop's base directory rules, which count only absolute paths.
 std::string BaseDirectory(const char* variable, const char* below_home) {
   const std::string path = Variable(variable);
-  return path.starts_with('/') ? path : Home() + below_home;
+  return path.starts_with('/') ? path : BelowHome(below_home);
+}
+
+/// An entry of a directory; "" without the directory.
+std::string Below(const std::string& directory, const char* entry) {
+  return directory.empty() ? directory : directory + entry;
 }
 
 std::string ConfigDirectory() { return BaseDirectory("XDG_CONFIG_HOME", "/.config"); }
@@ -76,11 +86,11 @@ std::string UserFolder(const char* name, const char* below_home) {
   std::string value = ReadKey(ConfigDirectory() + "/user-dirs.dirs", "", name);
   if (value.size() > 2 && value.front() == '"' && value.back() == '"') {
     value = value.substr(1, value.size() - 2);
-    if (value.starts_with("$HOME")) value = Home() + value.substr(5);
+    if (value.starts_with("$HOME")) value = BelowHome(std::string_view(value).substr(5));
     while (value.size() > 1 && value.back() == '/') value.pop_back();
     if (value.starts_with('/')) return value;
   }
-  return Home() + below_home;
+  return BelowHome(below_home);
 }
 
 /// The command of a program's desktop entry, without the places for what it is to open.
@@ -130,19 +140,8 @@ class PosixFacts : public SystemFacts {
   }
 
   std::string HostName() override {
-    const std::string name = NodeName();
-    const addrinfo hints{.ai_flags = AI_CANONNAME,
-                         .ai_family = AF_UNSPEC,
-                         .ai_socktype = 0,
-                         .ai_protocol = 0,
-                         .ai_addrlen = 0,
-                         .ai_addr = nullptr,
-                         .ai_canonname = nullptr,
-                         .ai_next = nullptr};
-    addrinfo* found = nullptr;
-    if (getaddrinfo(name.c_str(), nullptr, &hints, &found) != 0) return name;
-    const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> owner(found, freeaddrinfo);
-    return found->ai_canonname == nullptr ? name : found->ai_canonname;
+    // The network's own idea of the name would be worth a wait for a name server.
+    return NodeName();
   }
 
   bool IsAdministrator() override { return geteuid() == 0; }
@@ -152,11 +151,11 @@ class PosixFacts : public SystemFacts {
       case FOLDER_DESKTOP:
         return UserFolder("XDG_DESKTOP_DIR", "/Desktop");
       case FOLDER_PROGRAMS:
-        return DataDirectory() + "/applications";
+        return Below(DataDirectory(), "/applications");
       case FOLDER_PERSONAL:
         return UserFolder("XDG_DOCUMENTS_DIR", "/Documents");
       case FOLDER_STARTUP:
-        return ConfigDirectory() + "/autostart";
+        return Below(ConfigDirectory(), "/autostart");
       case FOLDER_TEMPLATES:
         return UserFolder("XDG_TEMPLATES_DIR", "/Templates");
       case FOLDER_APPDATA:
