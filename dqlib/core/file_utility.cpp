@@ -42,6 +42,9 @@ void ShowFileError(const char* path, const CFileException& error, bool saving) {
   AfxMessageBox(message + "\n");
 }
 
+/// Whether a path with this name could lead out of its directory, where nothing may be deleted.
+bool HasSeparator(std::string_view name) { return platform::FindSeparator(name) != name.npos; }
+
 bool IsDirectory(std::string_view path) {
   const auto status = Files().Status(path);
   return status.ok() && (status.value.attributes & FILE_DIRECTORY) != 0;
@@ -366,7 +369,8 @@ bool CDQFileUtility::DeleteDirectory(const CString& path, bool recursive) {
     const std::string pattern = platform::JoinPath(path.View(), "*.*");
     for (const platform::FoundFile& entry : Files().Find(pattern).value) {
       const bool directory = (entry.status.attributes & FILE_DIRECTORY) != 0;
-      if (!directory || entry.name == "." || entry.name == "..") continue;
+      if (!directory || entry.name == "." || entry.name == ".." || HasSeparator(entry.name))
+        continue;
       const std::string inner = platform::JoinPath(path.View(), entry.name);
       // Only a link to a directory can be deleted like a file; what it leads to is not ours.
       if (Files().Delete(inner).ok()) continue;
@@ -387,6 +391,10 @@ bool CDQFileUtility::DeleteFiles(const CString& pattern, DWORD attributes) {
   for (const platform::FoundFile& file : Files().Find(text).value) {
     const DWORD found = file.status.attributes;
     if ((found & FILE_DIRECTORY) != 0 || (found & attributes) == 0) continue;
+    if (HasSeparator(file.name)) {
+      all = false;
+      continue;
+    }
     const std::string path = std::string(directory) + file.name;
     if (Files().Delete(path).ok()) continue;
     // A link to a read-only file went without this, so that the file itself keeps its bit.

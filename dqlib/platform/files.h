@@ -135,7 +135,8 @@ class Files {
 
   /// Entries of a directory whose names match the last part of `pattern` by `MatchesPattern`. "."
   /// and ".." are among them where the pattern matches. `kNotFound` if nothing matches. Sorted by
-  /// name.
+  /// name. An entry whose name holds a separator is left out: on POSIX a name may hold `\`, and no
+  /// path reaches that entry.
   virtual Result<std::vector<FoundFile>> Find(std::string_view pattern) = 0;
 
   virtual std::string CurrentDirectory() = 0;

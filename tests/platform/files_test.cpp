@@ -249,6 +249,7 @@ TEST_F(FilesTest, FindGivesSortedMatchesWithTheirStatus) {
   dir.Put(".hidden", "");
   fs::create_directory(dir / "d.sql");
   fs::create_symlink("nowhere", dir / "dead");
+  dir.Put("..\\plain", "a name that would lead to another file");
   using testing::ElementsAre;
   EXPECT_THAT(Names(dir / "*.*"),
               ElementsAre(".", "..", ".hidden", "a.sql", "b.SQL", "d.sql", "dead", "plain"));

@@ -439,6 +439,8 @@ Result<std::vector<FoundFile>> PosixFiles::Find(std::string_view pattern) {
     if (entry == nullptr && errno != 0) return LastError();
     if (entry == nullptr) break;
     const std::string_view name(entry->d_name);
+    // A path with such a name would lead elsewhere.
+    if (FindSeparator(name) != std::string_view::npos) continue;
     if (!MatchesPattern(name, name_pattern)) continue;
     struct stat status;
     const int directory_fd = ::dirfd(entries.get());
