@@ -26,7 +26,9 @@ def tests(root):
             named.update(f"tests/{words[0]}/{word}" for word in words[1:])
         elif function == "dqlib_python_test":
             named.add(f"tests/{words[0]}")
-    for path in _tree.files(root, ("_test.cpp", "_test.py"), "tests"):
+        else:
+            named.update(f"tests/{word}" for word in words)
+    for path in _tree.files(root, (".cpp", "_test.py"), "tests"):
         if path not in named:
             yield path, "tests/CMakeLists.txt"
 

@@ -9,16 +9,17 @@ import re
 import _tree
 
 PATTERNS = [
-    r"\b[Tt]he spe[c]\b",
-    r"[Ss]pecificatio[n]",
+    r"\bthe spe[c]\b",
+    r"specificatio[n]",
     r"\bspe[c]\.md",
-    r"\bParts? [1-9]\.[0-9]",
+    # With a capital, for any file may have a part 2.
+    r"(?-i:\bParts? [1-9])",
     r"/wor[k]/",
-    r"\b[Tt]he issu[e]\b",
-    r"\b[Ii]ssu[e] #?[0-9]",
-    r"\b[Rr]ulin[g]s?\b",
+    r"\bthe issu[e]\b",
+    r"\bissu[e] #?[0-9]",
+    r"\brulin[g]s?\b",
 ]
-FORBIDDEN = re.compile("|".join(PATTERNS))
+FORBIDDEN = re.compile("|".join(PATTERNS), re.IGNORECASE)
 
 
 def main():

@@ -38,9 +38,12 @@ PEER = "benchmarks/"
 PLATFORM_CONDITION = re.compile(
     r"^\s*#\s*(?:if|ifdef|ifndef|elif|elifdef|elifndef)\b.*\b"
     r"(_WIN32|_WIN64|WIN32|_MSC_VER|__MINGW\w*|__CYGWIN__|__linux\w*|linux|__unix\w*|unix"
-    r"|__APPLE__|__MACH__|__ANDROID__|__FreeBSD__|__NetBSD__|__OpenBSD__|__sun|_POSIX_\w+)\b",
+    r"|__APPLE__|__MACH__|__ANDROID__|__FreeBSD__|__NetBSD__|__OpenBSD__|__sun|__GLIBC\w*|__BIONIC__|_POSIX_\w+|_XOPEN_\w+"
+    r"|_GNU_SOURCE)\b",
     re.MULTILINE,
 )
+
+HAS_INCLUDE = re.compile(r"\b__has_include(?:_next)?\s*\(\s*<([^>\n]*)>")
 
 SYSTEM_CALL = re.compile(
     r"(?<![\w.>:])(?:::)?"
@@ -74,6 +77,10 @@ def check(path, code):
                 yield line, f"<{name}> belongs into dqlib/platform/"
     for match in PLATFORM_CONDITION.finditer(code):
         yield line_of(code, match.start(1)), f"#if on {match[1]} belongs into dqlib/platform/"
+    for match in HAS_INCLUDE.finditer(code):
+        if match[1] not in STANDARD:
+            yield (line_of(code, match.start(1)),
+                   f"asking for <{match[1]}> belongs into dqlib/platform/")
     if path.startswith(PEER):
         return
     for match in SYSTEM_CALL.finditer(code):
