@@ -7,14 +7,14 @@
 
 #include "dqlib/framework/base/multi_byte.h"
 #include "dqlib/framework/base/random.h"
+#include "dqlib/framework/base/text.h"
 #include "dqlib/platform/platform.h"
 
 namespace dq {
 namespace {
 
+using detail::Byte;
 using platform::CodePage;
-
-unsigned char Byte(char character) { return static_cast<unsigned char>(character); }
 
 std::size_t Size(int number) { return static_cast<std::size_t>(std::max(number, 0)); }
 

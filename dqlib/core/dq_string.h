@@ -134,7 +134,8 @@ class CDQString : public CString {
   /// Adds the tokens between any of the delimiter characters at the end of `out`, which isn't
   /// emptied, and returns how many there were. No token is empty. The string itself is cut behind
   /// its first token, as the run-time's tokeniser leaves it: split a copy to keep the text.
-  /// Delimiters before the first token stay, and a text of delimiters alone stays whole.
+  /// Delimiters before the first token stay, and a text of delimiters alone stays whole. What is
+  /// behind a zero byte is lost.
   int Split(const char* delimiters, CStringArray& out);
 
   /// Takes over a fixed field of `size` bytes, which needs no zero, up to its first zero, without

@@ -7,21 +7,19 @@
 
 #include "dqlib/core/dq_string.h"
 #include "dqlib/framework/base/multi_byte.h"
+#include "dqlib/framework/base/text.h"
 
 namespace dq {
 namespace {
 
+using detail::Byte;
+using detail::OrEmpty;
+using detail::ToIndex;
 using multi_byte::npos;
 using multi_byte::Searcher;
 using platform::CodePage;
 
-std::string_view OrEmpty(const char* text) { return text == nullptr ? "" : text; }
-
 std::size_t Start(int start) { return static_cast<std::size_t>(std::max(start, 0)); }
-
-int ToIndex(std::size_t position) { return position == npos ? -1 : static_cast<int>(position); }
-
-unsigned char Byte(char character) { return static_cast<unsigned char>(character); }
 
 /// Bytes that a string can have.
 constexpr std::size_t kLongest = std::numeric_limits<int>::max();
@@ -179,13 +177,16 @@ int CDQString::ReverseFindNoCase(const char* text, int start) const {
   const std::size_t first = ReverseStart(start, GetLength());
   const std::string_view searched = View().substr(0, first + wanted.size());
   const std::string lower = multi_byte::Lower(wanted);
-  if (multi_byte::CurrentCodePage().IsSingleByte()) {
+  const CodePage& page = multi_byte::CurrentCodePage();
+  const auto is_lead = [&page](char byte) { return page.IsLeadByte(Byte(byte)); };
+  if (std::ranges::none_of(searched, is_lead)) {
     return ToIndex(multi_byte::ReverseFindBytes(multi_byte::Lower(searched), lower));
   }
   // Each position is taken for the start of a character, so the cases differ from one to the next.
   if (wanted.size() > searched.size()) return -1;
   for (std::size_t at = searched.size() - wanted.size() + 1; at-- > 0;) {
-    if (multi_byte::Lower(searched.substr(at, wanted.size())) == lower) return ToIndex(at);
+    const std::string_view part = searched.substr(at, wanted.size());
+    if (multi_byte::IsLowerForm(part, lower, page)) return ToIndex(at);
   }
   return -1;
 }
@@ -264,16 +265,25 @@ CDQString CDQString::GetDelimitedField(const char* open, const char* close, int 
   if (opening.empty() || closing.empty()) return {};
   const Searcher find_opening(opening);
   const Searcher find_closing(closing);
-  const bool is_single_byte = multi_byte::CurrentCodePage().IsSingleByte();
+  const CodePage& page = multi_byte::CurrentCodePage();
   std::size_t position = 0;
   std::size_t end = 0;
+  std::size_t walk = 0;
+  // Whether the walk over the characters that led to `end` begins one at `start`.
+  const auto passes = [&](std::size_t start) {
+    if (page.IsSingleByte()) return true;
+    while (walk < start) walk += page.CharacterSize(View().substr(walk));
+    return walk == start;
+  };
   for (int i = 0; i <= index; ++i) {
     const std::size_t hit = find_opening.Find(View(), position);
     if (hit == npos) break;
     const std::size_t start = hit + opening.size();
-    // A closing that is still ahead is the next one; with two-byte characters it depends on where
-    // the walk begins.
-    if (i == 0 || end < start || !is_single_byte) end = find_closing.Find(View(), start);
+    // A closing that is still ahead on the same walk is the next one.
+    if (i == 0 || end < start || !passes(start)) {
+      end = find_closing.Find(View(), start);
+      walk = start;
+    }
     if (end == npos) break;
     if (i == index) return View().substr(start, end - start);
     position = hit + closing.size();
@@ -282,7 +292,8 @@ CDQString CDQString::GetDelimitedField(const char* open, const char* close, int 
 }
 
 int CDQString::Split(const char* delimiters, CStringArray& out) {
-  const std::string_view text = View();
+  // The tokeniser works on zero-ended text.
+  const std::string_view text = View().substr(0, View().find('\0'));
   multi_byte::Tokenizer tokens(text, OrEmpty(delimiters));
   TokenRoom room(out);
   std::string_view token;

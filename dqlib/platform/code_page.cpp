@@ -126,30 +126,28 @@ CodePage::CodePage(UINT number) : number_(number) {
   }
 }
 
-void CodePage::LowerInPlace(char* text, std::size_t size) const {
+void CodePage::ChangeCase(const std::array<unsigned char, 256>& bytes, bool to_lower, char* text,
+                          std::size_t size) const {
   const std::span<const WideLetters> wide = WideLettersOf(number_);
+  const auto from = to_lower ? &WideLetters::upper : &WideLetters::lower;
+  const auto to = to_lower ? &WideLetters::lower : &WideLetters::upper;
   for (std::size_t i = 0; i < size;) {
     const std::size_t character = CharacterSize({text + i, size - i});
     if (character == 1) {
-      text[i] = static_cast<char>(Lower(static_cast<unsigned char>(text[i])));
+      text[i] = static_cast<char>(bytes[static_cast<unsigned char>(text[i])]);
     } else {
-      ChangeWideCase(wide, &WideLetters::upper, &WideLetters::lower, text + i);
+      ChangeWideCase(wide, from, to, text + i);
     }
     i += character;
   }
 }
 
+void CodePage::LowerInPlace(char* text, std::size_t size) const {
+  ChangeCase(lower_, true, text, size);
+}
+
 void CodePage::UpperInPlace(char* text, std::size_t size) const {
-  const std::span<const WideLetters> wide = WideLettersOf(number_);
-  for (std::size_t i = 0; i < size;) {
-    const std::size_t character = CharacterSize({text + i, size - i});
-    if (character == 1) {
-      text[i] = static_cast<char>(Upper(static_cast<unsigned char>(text[i])));
-    } else {
-      ChangeWideCase(wide, &WideLetters::lower, &WideLetters::upper, text + i);
-    }
-    i += character;
-  }
+  ChangeCase(upper_, false, text, size);
 }
 
 }  // namespace dq::platform

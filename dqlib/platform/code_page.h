@@ -56,6 +56,10 @@ class CodePage {
 
   explicit CodePage(UINT number);
 
+  /// Changes one-byte characters by the table `bytes`, and the others by the page's letters.
+  void ChangeCase(const std::array<unsigned char, 256>& bytes, bool to_lower, char* text,
+                  std::size_t size) const;
+
   UINT number_;
   bool single_byte_ = true;
   std::array<unsigned char, 256> flags_{};

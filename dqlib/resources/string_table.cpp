@@ -1,7 +1,5 @@
 #include "dqlib/resources/string_table.h"
 
-#include <algorithm>
-
 namespace dq {
 namespace {
 
@@ -45,11 +43,7 @@ constexpr StringRow kStrings[] = {
     {IDS_OUTPUT_MESSAGE_OUT_OF_MEMORY, "Out of memory, could not create CDQOutputMessage.\n"},
 };
 
-constexpr bool IsStrictlySorted() {
-  return std::ranges::adjacent_find(kStrings, std::ranges::greater_equal{}, &StringRow::id) ==
-         std::ranges::end(kStrings);
-}
-static_assert(IsStrictlySorted(), "strings are sorted by id, and no id stands twice");
+static_assert(IsStrictlySorted(kStrings), "strings are sorted by id, and no id stands twice");
 
 }  // namespace
 

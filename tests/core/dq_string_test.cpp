@@ -129,6 +129,8 @@ TEST(DQString, FindsForward) {
   EXPECT_EQ(text.FindNoCase("tWO", 5), -1);
   EXPECT_EQ(text.FindNoCase('t'), 4) << "only the upper case is there";
   EXPECT_EQ(text.FindNoCase('O', 1), 6) << "only the lower case is there";
+  EXPECT_EQ(CDQString("xAa").FindNoCase('a'), 1) << "the first of both cases";
+  EXPECT_EQ(CDQString("xaA").FindNoCase('A'), 1);
   EXPECT_EQ(text.FindNoCase('z'), -1);
   EXPECT_EQ(text.FindWhiteSpace(), 3);
   EXPECT_EQ(text.ReverseFindWhiteSpace(), 8);
@@ -163,6 +165,8 @@ TEST(DQString, OnlyTheCaselessReverseSearchSeesIndexZero) {
   const TwoByteCharacters page;
   EXPECT_EQ(CDQString("x\x83\x41y").ReverseFind("A"), 2) << "by byte";
   EXPECT_EQ(CDQString("x\x83\x41y").ReverseFindNoCase("a"), 2);
+  EXPECT_EQ(CDQString("\x82\x60yY").ReverseFindNoCase("\x82\x81Y"), 0) << "wide letters";
+  EXPECT_EQ(CDQString("\x82\x82\x60").ReverseFindNoCase("\x82\x81"), 1);
   EXPECT_EQ(CDQString(kA).ReverseFind('A'), -1) << "by character";
 }
 
@@ -263,6 +267,12 @@ TEST(DQString, DelimitedFieldsBeginAnewInsideTheFormerOne) {
   // Many openings before the only closing take linear time.
   const CDQString openings(std::string(1'000'000, '<') + ">");
   EXPECT_EQ(openings.GetDelimitedField("<", ">", 999'998), "<");
+  const TwoByteCharacters page;
+  EXPECT_EQ(openings.GetDelimitedField("<", ">", 999'998), "<");
+  // From inside a character, the walk to the closing is another one.
+  const CDQString wide("\x83\x83\x83\x83>a>");
+  EXPECT_EQ(wide.GetDelimitedField("\x83\x83", ">", 0), "\x83\x83");
+  EXPECT_EQ(wide.GetDelimitedField("\x83\x83", ">", 1), "\x83>a");
 }
 
 TEST(DQString, SplitAddsTokensAndCutsTheString) {
@@ -274,7 +284,8 @@ TEST(DQString, SplitAddsTokensAndCutsTheString) {
   } const cases[] = {
       {"a,,b", ",", {"a", "b"}, "a"}, {",a,b", ",", {"a", "b"}, ",a"},
       {",,", ",", {}, ",,"},          {"a b;c", "; ", {"a", "b", "c"}, "a"},
-      {"a,b", "", {"a,b"}, "a,b"},    {"a\0b,c"sv, ",", {"a\0b"sv, "c"}, "a\0b"sv},
+      {"a,b", "", {"a,b"}, "a,b"},    {"a\0b,c"sv, ",", {"a"}, "a"},
+      {",\0a"sv, ",", {}, ","},
   };
   for (const auto& c : cases) {
     CStringArray out;

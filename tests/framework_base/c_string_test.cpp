@@ -65,6 +65,15 @@ TEST(CString, ChangesByPartsOfItself) {
   }
 }
 
+TEST(CString, FormatThrowsWhereTheTextWouldBeTooLong) {
+  ResourceModule module;
+  module.AddString(50000, "%2147483648d");
+  const CDynLinkLibrary link(&module);
+  CString text("kept");
+  EXPECT_THROW(text.Format(50000u, 1), std::bad_alloc);
+  EXPECT_EQ(text, "kept");
+}
+
 TEST(CString, BufferIsZeroedAndJoinsTheValueOnRelease) {
   CString text("abc");
   char* buffer = text.GetBuffer(40);

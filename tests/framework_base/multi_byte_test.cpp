@@ -94,6 +94,18 @@ TEST(MultiByte, RepetitiveTextsTakeLinearTime) {
     EXPECT_EQ(NoCaseWalk(around, Upper(wanted)).Find(0), hit);
     EXPECT_EQ(ReverseFindBytes(around, wanted), hit);
   }
+  // Nor does one that meets the bytes at every place, and never at the start of a character.
+  test::ScriptedLocale locale;
+  ASSERT_TRUE(locale.SetCodePage(932));
+  std::string wide;
+  for (std::size_t i = 0; i < kSize / 2; ++i)
+    wide +=
+        "\x83"
+        "a";
+  const std::string halves = wide.substr(1, kSize / 2);
+  EXPECT_EQ(Find(wide, halves), npos);
+  EXPECT_EQ(Find(wide + "a" + wide, halves), npos);
+  EXPECT_EQ(Find(wide + halves, halves), kSize);
 }
 
 TEST(MultiByte, TokensAreCutBetweenCharacters) {

@@ -10,20 +10,18 @@
 
 #include "dqlib/framework/base/multi_byte.h"
 #include "dqlib/framework/base/resource_chain.h"
+#include "dqlib/framework/base/text.h"
 
 namespace dq {
 namespace {
 
-std::string_view OrEmpty(const char* text) { return text == nullptr ? "" : text; }
+using detail::OrEmpty;
+using detail::ToIndex;
 
 /// A length that callers can have as an `int`; one that is too long counts as out of memory.
 std::size_t Checked(std::size_t length) {
   if (length > static_cast<std::size_t>(std::numeric_limits<int>::max())) throw std::bad_alloc();
   return length;
-}
-
-int ToIndex(std::size_t position) {
-  return position == multi_byte::npos ? -1 : static_cast<int>(position);
 }
 
 }  // namespace
@@ -195,9 +193,11 @@ void CString::FormatV(const char* format, std::va_list arguments) {
   va_copy(measured, arguments);
   const int size = std::vsnprintf(nullptr, 0, pattern, measured);
   va_end(measured);
+  // The run-time refuses what doesn't fit an int.
+  if (size < 0) throw std::bad_alloc();
   // An argument may be this string's own text.
-  std::string formatted(static_cast<std::size_t>(std::max(size, 0)), '\0');
-  if (size > 0) std::vsnprintf(formatted.data(), formatted.size() + 1, pattern, arguments);
+  std::string formatted(static_cast<std::size_t>(size), '\0');
+  std::vsnprintf(formatted.data(), formatted.size() + 1, pattern, arguments);
   text_ = std::move(formatted);
   Commit();
 }

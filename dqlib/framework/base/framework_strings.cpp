@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/base/resource_module.h"
 
@@ -24,11 +22,7 @@ constexpr StringRow kStrings[] = {
     {61734, "An error occurred while %1 was written."},
 };
 
-constexpr bool IsStrictlySorted() {
-  return std::ranges::adjacent_find(kStrings, std::ranges::greater_equal{}, &StringRow::id) ==
-         std::ranges::end(kStrings);
-}
-static_assert(IsStrictlySorted(), "strings are sorted by id, and no id stands twice");
+static_assert(IsStrictlySorted(kStrings), "strings are sorted by id, and no id stands twice");
 static_assert(std::begin(kStrings)->id >= kFirstId && std::rbegin(kStrings)->id <= kLastId,
               "the framework has a block of ids of its own");
 

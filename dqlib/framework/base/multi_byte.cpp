@@ -5,12 +5,13 @@
 #include <iterator>
 #include <vector>
 
+#include "dqlib/framework/base/text.h"
 #include "dqlib/platform/platform.h"
 
 namespace dq::multi_byte {
 namespace {
 
-unsigned char Byte(char character) { return static_cast<unsigned char>(character); }
+using detail::Byte;
 
 /// Effort on false starts that a plain search may spend per byte of its way before it gives up.
 constexpr std::size_t kEffortPerByte = 8;
@@ -21,10 +22,14 @@ bool IsFutile(std::size_t effort, std::size_t way, std::size_t wanted) {
   return effort / kEffortPerByte > way + wanted;
 }
 
-/// Where the range from `wanted`, of `size` elements, first stands in another; its end if nowhere.
-/// Never goes back in the text (the search of Knuth, Morris and Pratt): linear whatever the texts.
-template <typename Iterator, typename Wanted>
-Iterator FindWithTable(Iterator first, Iterator last, Wanted wanted, std::ptrdiff_t size) {
+constexpr auto kAnyPlace = [](const auto&) { return true; };
+
+/// Where the range from `wanted`, of `size` elements, first stands in another at a place that
+/// `accepts`, which is asked about rising places; its end if nowhere. Never goes back in the text
+/// (the search of Knuth, Morris and Pratt): linear whatever the texts.
+template <typename Iterator, typename Wanted, typename Accepts>
+Iterator FindWithTable(Iterator first, Iterator last, Wanted wanted, std::ptrdiff_t size,
+                       Accepts accepts) {
   // For each start of what is wanted, how much of its end is a shorter start.
   std::vector<std::ptrdiff_t> borders(static_cast<std::size_t>(size));
   const auto extend = [&](std::ptrdiff_t matched, char next) {
@@ -40,15 +45,19 @@ Iterator FindWithTable(Iterator first, Iterator last, Wanted wanted, std::ptrdif
   std::ptrdiff_t matched = 0;
   for (; first != last; ++first) {
     matched = extend(matched, *first);
-    if (matched == size) return first - (size - 1);
+    if (matched < size) continue;
+    if (accepts(first - (size - 1))) return first - (size - 1);
+    matched = borders[static_cast<std::size_t>(size - 1)];
   }
   return last;
 }
 
-/// `wanted`, which isn't empty, in `text` at or behind `start`, by bytes. Looking for the first
-/// byte and comparing the rest beats searches with tables where hits are dense, and is as fast
-/// elsewhere.
-std::size_t FindBytes(std::string_view text, std::string_view wanted, std::size_t start) {
+/// `wanted`, which isn't empty, in `text` at or behind `start`, by bytes, at a place that
+/// `accepts`, which is asked about rising places. Looking for the first byte and comparing the rest
+/// beats searches with tables where hits are dense, and is as fast elsewhere.
+template <typename Accepts>
+std::size_t FindBytes(std::string_view text, std::string_view wanted, std::size_t start,
+                      Accepts accepts) {
   if (start > text.size() || wanted.size() > text.size() - start) return npos;
   const std::size_t size = wanted.size();
   const char* const first = text.data() + start;
@@ -59,13 +68,16 @@ std::size_t FindBytes(std::string_view text, std::string_view wanted, std::size_
         std::memchr(at, Byte(wanted.front()), static_cast<std::size_t>(end - at)));
     if (at == nullptr) return npos;
     if (at[size - 1] != wanted.back()) continue;
-    if (std::memcmp(at, wanted.data(), size) == 0)
-      return static_cast<std::size_t>(at - text.data());
+    const auto place = static_cast<std::size_t>(at - text.data());
+    if (std::memcmp(at, wanted.data(), size) == 0 && accepts(place)) return place;
     effort += size;
     if (IsFutile(effort, static_cast<std::size_t>(at - first), size)) {
-      const std::string_view rest = text.substr(static_cast<std::size_t>(at - text.data()));
-      const auto hit = FindWithTable(rest.begin(), rest.end(), wanted.begin(), std::ssize(wanted));
-      return hit == rest.end() ? npos : static_cast<std::size_t>(&*hit - text.data());
+      const char* const last = text.data() + text.size();
+      const char* const hit =
+          FindWithTable(at, last, wanted.begin(), std::ssize(wanted), [&](const char* found) {
+            return accepts(static_cast<std::size_t>(found - text.data()));
+          });
+      return hit == last ? npos : static_cast<std::size_t>(hit - text.data());
     }
   }
   return npos;
@@ -104,15 +116,13 @@ Searcher::Searcher(std::string_view wanted, const platform::CodePage& page)
 std::size_t Searcher::FindText(std::string_view text, std::size_t start) const {
   if (start > text.size()) return npos;
   if (wanted_.empty()) return start;
-  std::size_t hit = FindBytes(text, wanted_, start);
-  if (page_.IsSingleByte()) return hit;
+  if (page_.IsSingleByte()) return FindBytes(text, wanted_, start, kAnyPlace);
   // A hit counts only where a character begins, so walk the characters up to it.
-  for (std::size_t at = start; hit != npos;) {
+  std::size_t at = start;
+  return FindBytes(text, wanted_, start, [&](std::size_t hit) {
     while (at < hit) at += page_.CharacterSize(text.substr(at));
-    if (at == hit) return hit;
-    hit = FindBytes(text, wanted_, at);
-  }
-  return npos;
+    return at == hit;
+  });
 }
 
 std::size_t Searcher::Count(std::string_view text) const {
@@ -281,12 +291,25 @@ std::size_t ReverseFindBytes(std::string_view text, std::string_view wanted) {
     effort += wanted.size();
     if (IsFutile(effort, last - at, wanted.size())) {
       const auto rest = text.rend() - static_cast<std::ptrdiff_t>(at + wanted.size());
-      const auto hit = FindWithTable(rest, text.rend(), wanted.rbegin(), std::ssize(wanted));
+      const auto hit =
+          FindWithTable(rest, text.rend(), wanted.rbegin(), std::ssize(wanted), kAnyPlace);
       return hit == text.rend() ? npos
                                 : static_cast<std::size_t>(text.rend() - hit) - wanted.size();
     }
   }
   return npos;
+}
+
+bool IsLowerForm(std::string_view text, std::string_view lower, const platform::CodePage& page) {
+  while (!text.empty()) {
+    const std::size_t size = page.CharacterSize(text);
+    char character[2] = {text.front(), text[size - 1]};
+    page.LowerInPlace(character, size);
+    if (!lower.starts_with(std::string_view(character, size))) return false;
+    text.remove_prefix(size);
+    lower.remove_prefix(size);
+  }
+  return lower.empty();
 }
 
 int Compare(std::string_view left, std::string_view right) {

@@ -137,6 +137,9 @@ std::size_t ReverseFind(std::string_view text, char character);
 /// Linear time.
 std::size_t ReverseFindBytes(std::string_view text, std::string_view wanted);
 
+/// Whether `lower` is `text` in lower case in the code page. Stops at the first difference.
+bool IsLowerForm(std::string_view text, std::string_view lower, const platform::CodePage& page);
+
 /// Compares by unsigned bytes; below 0, 0 or above 0.
 int Compare(std::string_view left, std::string_view right);
 

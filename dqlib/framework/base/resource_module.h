@@ -8,6 +8,8 @@
 
 #pragma once
 
+#include <algorithm>
+#include <functional>
 #include <map>
 #include <span>
 #include <string>
@@ -22,6 +24,12 @@ struct StringRow {
   UINT id;
   std::string_view text;
 };
+
+/// True if the rows are sorted by id and no id stands twice, as a table must be.
+constexpr bool IsStrictlySorted(std::span<const StringRow> rows) {
+  return std::ranges::adjacent_find(rows, std::ranges::greater_equal{}, &StringRow::id) ==
+         rows.end();
+}
 
 /// A module whose resources are in memory. Fill it before others use it: it takes no lock.
 class ResourceModule : public platform::Module {

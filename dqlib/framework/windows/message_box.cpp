@@ -1,13 +1,14 @@
 #include "dqlib/framework/windows/message_box.h"
 
 #include "dqlib/framework/base/resource_chain.h"
+#include "dqlib/framework/base/text.h"
 #include "dqlib/framework/windows/win_app.h"
 #include "dqlib/platform/platform.h"
 
 namespace dq {
 namespace {
 
-std::string_view OrEmpty(const char* text) { return text == nullptr ? "" : text; }
+using detail::OrEmpty;
 
 std::string_view AppCaption() {
   const CWinApp* const app = AfxGetApp();

@@ -6,19 +6,20 @@
 #include <memory>
 #include <optional>
 
+#include "dqlib/framework/base/text.h"
 #include "dqlib/platform/paths.h"
 #include "dqlib/platform/platform.h"
 
 namespace dq {
 namespace {
 
+using detail::OrEmpty;
+
 std::atomic<CWinApp*> g_app = nullptr;
 
 platform::Registry& Registry() { return *platform::Current().registry; }
 
 platform::ProfileFiles& Profiles() { return *platform::Current().profile_files; }
-
-std::string_view OrEmpty(const char* text) { return text == nullptr ? "" : text; }
 
 /// A value of the current user's registry, if it is there and of that type.
 std::optional<std::string> ReadValue(const CString& path, const char* entry, DWORD type) {
