@@ -19,8 +19,9 @@ enum eFontStyle {
 };
 
 /// Brushes, pens, fonts and pictures that painting code shares. Each is made when it is first asked
-/// for and lives until the process ends, so pointers stay valid; nothing may be used from the
-/// destructor of a static object. For the user-interface thread.
+/// for and lives until the process ends, so pointers stay valid. The one instance is itself a
+/// static object: nothing may be used from the constructor or the destructor of another. For the
+/// user-interface thread.
 class CGDIDispenser {
  public:
   /// The one instance.

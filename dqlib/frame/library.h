@@ -21,7 +21,8 @@ enum AttachReason : DWORD {
 void DQLIB_InitializeExtensionDLL();
 
 /// The library's module handle, as its extension module record holds it; null before the process is
-/// attached.
+/// attached. The record takes up no run-time classes: those of a library that is linked statically
+/// enter the program's own list, and there is no moment to move them out of it.
 HINSTANCE DQLIB_GetInstanceHandle();
 
 /// The library's entry point. In a program that links the library statically it runs by itself,

@@ -5,14 +5,9 @@
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/base/trace.h"
 #include "dqlib/framework/windows/win_thread.h"
-#include "dqlib/resources/string_ids.h"
 
 namespace dq {
 namespace {
-
-OutputMessageType KnownType(OutputMessageType type) {
-  return type < OUTPUT_PROGRAM_INFO || type > OUTPUT_TASK_END ? OUTPUT_PROGRAM_INFO : type;
-}
 
 CString LoadText(UINT id) {
   CString text;
@@ -23,7 +18,7 @@ CString LoadText(UINT id) {
 }  // namespace
 
 CDQOutputMessage::CDQOutputMessage(OutputMessageType type, const char* text, bool auto_delete)
-    : m_eType(KnownType(type)), m_strText(text), m_bAutoDelete(auto_delete) {}
+    : m_eType(KnownOutputMessageType(type)), m_strText(text), m_bAutoDelete(auto_delete) {}
 
 CDQOutputMessage::~CDQOutputMessage() = default;
 
@@ -57,7 +52,7 @@ void CDQOutputMessage::SendErrorMessage(const char* text, const char* target) {
   Send(target != nullptr ? 1 : 0);
 }
 
-void CDQOutputMessage::SetType(OutputMessageType type) { m_eType = KnownType(type); }
+void CDQOutputMessage::SetType(OutputMessageType type) { m_eType = KnownOutputMessageType(type); }
 
 void CDQOutputMessage::SetText(const char* text) { m_strText = text; }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "dqlib/framework/base/c_string.h"
+#include "dqlib/resources/string_ids.h"
 
 namespace dq {
 
@@ -30,6 +31,39 @@ enum OutputMessageType : int {
   OUTPUT_TASK_END = 7,
 };
 
+enum class OutputMessageKind { kInformation, kWarning, kError, kTaskStart, kTaskEnd };
+
+/// How messages of a type are shown.
+struct OutputMessageTraits {
+  OutputMessageKind kind;
+  /// The source that is shown with the message; null for the marks of a task.
+  const char* family;
+  /// For the marks of a task, the string that is shown in its place, filled with the time; else 0.
+  UINT source_id;
+};
+
+inline constexpr OutputMessageTraits kOutputMessageTraits[] = {
+    {OutputMessageKind::kInformation, "Program", 0},
+    {OutputMessageKind::kWarning, "Program", 0},
+    {OutputMessageKind::kError, "Program", 0},
+    {OutputMessageKind::kInformation, "DBMS", 0},
+    {OutputMessageKind::kWarning, "DBMS", 0},
+    {OutputMessageKind::kError, "DBMS", 0},
+    {OutputMessageKind::kTaskStart, nullptr, IDS_START_TASK},
+    {OutputMessageKind::kTaskEnd, nullptr, IDS_END_TASK},
+};
+
+/// The type itself if it is one, else 0.
+constexpr OutputMessageType KnownOutputMessageType(int type) {
+  const bool known = type >= OUTPUT_PROGRAM_INFO && type <= OUTPUT_TASK_END;
+  return known ? static_cast<OutputMessageType>(type) : OUTPUT_PROGRAM_INFO;
+}
+
+/// The traits of a type; of type 0 if it isn't one.
+constexpr const OutputMessageTraits& GetOutputMessageTraits(int type) {
+  return kOutputMessageTraits[KnownOutputMessageType(type)];
+}
+
 /// One message with its type. The send operations block until the main window of the calling thread
 /// has taken the message, also from a worker; without a main window they set the fields and deliver
 /// nothing.
@@ -40,12 +74,13 @@ class CDQOutputMessage {
                             const char* text = nullptr, bool auto_delete = false);
   CDQOutputMessage(const CDQOutputMessage&) = default;
   CDQOutputMessage& operator=(const CDQOutputMessage&) = default;
-  virtual ~CDQOutputMessage();
 
   /// A new message that the caller owns, unless it is auto delete and has been sent. Null, and a
   /// line in the trace log, when memory runs out.
   static CDQOutputMessage* CreateOutputMessage(OutputMessageType type, const char* text,
                                                bool auto_delete);
+
+  // The send operations come first among the virtual functions, in this order.
 
   /// Send as program information (type 0). The form with an id loads the string.
   virtual void SendInfoMessage(UINT id);
@@ -54,6 +89,8 @@ class CDQOutputMessage {
   /// set.
   virtual void SendErrorMessage(UINT id, const char* target);
   virtual void SendErrorMessage(const char* text, const char* target);
+
+  virtual ~CDQOutputMessage();
 
   OutputMessageType GetType() const { return m_eType; }
   void SetType(OutputMessageType type);

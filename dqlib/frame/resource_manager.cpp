@@ -94,7 +94,7 @@ CBitmap* GetPicture(UINT id) {
 
 IMPLEMENT_DYNAMIC(CDQResourceManager, CObject)
 
-// Both are ready before any code runs, so that the first user may be a static object.
+// Both are constant at the start, so that neither is set back once the instance is made.
 constinit CDQResourceManager* CDQResourceManager::s_pDQResourceManager = nullptr;
 constinit CDQGlobalResourceCleaner<CDQResourceManager> CDQResourceManager::s_cleaner;
 

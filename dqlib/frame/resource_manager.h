@@ -8,8 +8,9 @@
 namespace dq {
 
 /// Hands out the pictures of the family. One instance, made on first use and deleted when the
-/// process ends. Everything it returns belongs to `CGDIDispenser::g_`. For the user-interface
-/// thread.
+/// process ends. Everything it returns belongs to `CGDIDispenser::g_`, so neither may be used from
+/// the constructor or the destructor of a static object: there the instance may be gone. For the
+/// user-interface thread.
 class CDQResourceManager : public CObject {
   DECLARE_DYNAMIC(CDQResourceManager)
   static CDQResourceManager* GetInstance();

@@ -16,7 +16,9 @@ struct NetworkError {
   std::string provider;
 };
 
-/// The network layer of the process. Any thread.
+/// The network layer of the process. Any thread. A POSIX system has no providers that report errors
+/// by themselves: there the layer knows what the host's own code records on the thread with
+/// `posix::RecordNetworkError`, and nothing else.
 class Network {
  public:
   Network() = default;

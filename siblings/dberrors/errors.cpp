@@ -4,8 +4,7 @@
 
 namespace dq {
 
-ErrorRecord::ErrorRecord(const char* description, long code, int line)
-    : description_(description), code_(code), line_(line) {}
+ErrorRecord::ErrorRecord(const char* description) : description_(description) {}
 
 ErrorRecord::~ErrorRecord() = default;
 

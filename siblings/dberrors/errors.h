@@ -13,20 +13,15 @@ namespace dq {
 /// One error of a database.
 class ErrorRecord {
  public:
-  /// `line` counts from 1; 0 if the error has no place in a script.
-  explicit ErrorRecord(const char* description, long code = 0, int line = 0);
+  explicit ErrorRecord(const char* description);
   virtual ~ErrorRecord();
 
   /// The database's text. Virtual, because a driver may fetch it when it is asked for, and may
   /// throw.
   virtual CString GetErrorDescription() const;
-  long GetErrorCode() const { return code_; }
-  int GetErrorLine() const { return line_; }
 
  private:
   CString description_;
-  long code_;
-  int line_;
 };
 
 /// Errors in the order in which they came, to be taken one by one. Not for several threads at once.

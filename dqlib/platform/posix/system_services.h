@@ -38,8 +38,8 @@ std::unique_ptr<ProfileFiles> MakeProfileFiles(SystemCalls& calls);
 /// The one mapping of errno to an error value; 0 is success.
 Error ErrorFromErrno(int number);
 
-/// Makes `error` the calling thread's last network error. For code that talks to a network provider
-/// and was refused.
+/// Makes `error` the calling thread's last network error. For a host's code that talks to a network
+/// provider and was refused; the library itself talks to none.
 void RecordNetworkError(NetworkError error);
 
 }  // namespace dq::platform::posix
