@@ -11,18 +11,21 @@ struct Counted : CObject {
   int& deleted_;
 };
 
-TEST(Cleaners, DeleteTheirObjectAndSoDoesACopy) {
+TEST(Cleaners, DeleteTheirObjectAndSoDoCopies) {
   int deleted = 0;
   CDQObjCleaner original;
   original.SetObject(new Counted(deleted));
   {
     CDQObjCleaner copy(original);
+    CDQObjCleaner assigned;
+    original.SetObject(new Counted(deleted));
+    assigned = original;
     CDQGlobalResourceCleaner<Counted> typed;
     typed.SetObject(new Counted(deleted));
     original.SetObject(nullptr);
     EXPECT_EQ(deleted, 0);
   }
-  EXPECT_EQ(deleted, 2);
+  EXPECT_EQ(deleted, 3);
 }
 
 }  // namespace

@@ -38,6 +38,12 @@ TEST(Library, EntryPointAttachesAndTakesNothingDown) {
     EXPECT_EQ(platform.modules.named, row.asked) << row.reason;
     EXPECT_EQ(DQLIB_GetInstanceHandle(), library) << row.reason;
   }
+  const int before = CountLinks();
+  for (int calls = 1; calls <= 2; ++calls) {
+    DQLIB_InitializeExtensionDLL();
+    EXPECT_EQ(CountLinks(), before + calls);
+    EXPECT_EQ(CDynLinkLibrary::head()->resources(), library);
+  }
 }
 
 }  // namespace

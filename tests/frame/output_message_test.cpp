@@ -1,14 +1,71 @@
 #include "dqlib/frame/output_message.h"
 
+#include <algorithm>
 #include <atomic>
+#include <cstdlib>
+#include <new>
 #include <thread>
+#include <utility>
 
+#include "dqlib/framework/base/text.h"
+#include "dqlib/framework/base/trace.h"
 #include "dqlib/resources/string_ids.h"
 #include "gtest/gtest.h"
 #include "tests/support/main_window.h"
 
+namespace {
+
+/// The next allocation of the thread fails, once.
+thread_local bool t_fails_next_new = false;
+
+}  // namespace
+
+// Not inlined, lest the compiler takes one without the other for a mismatch.
+[[gnu::noinline]] void* operator new(std::size_t size) {
+  if (!std::exchange(t_fails_next_new, false)) {
+    if (void* const memory = std::malloc(std::max<std::size_t>(size, 1))) return memory;
+  }
+  throw std::bad_alloc();
+}
+
+[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+
 namespace dq {
 namespace {
+
+TEST(OutputMessageTraits, TellSourceAndKind) {
+  using enum OutputMessageKind;
+  const struct {
+    int type;
+    OutputMessageKind kind;
+    std::string_view family;
+    UINT id;
+  } cases[] = {
+      {0, kInformation, "Program", 0},  {1, kWarning, "Program", 0},
+      {2, kError, "Program", 0},        {3, kInformation, "DBMS", 0},
+      {4, kWarning, "DBMS", 0},         {5, kError, "DBMS", 0},
+      {6, kTaskStart, "", 44030},       {7, kTaskEnd, "", 44031},
+      {-1, kInformation, "Program", 0}, {8, kInformation, "Program", 0},
+  };
+  for (const auto& row : cases) {
+    const OutputMessageTraits& traits = GetOutputMessageTraits(row.type);
+    EXPECT_EQ(traits.kind, row.kind) << row.type;
+    EXPECT_EQ(detail::OrEmpty(traits.family), row.family) << row.type;
+    EXPECT_EQ(traits.source_id, row.id) << row.type;
+  }
+}
+
+TEST(CDQOutputMessage, IsNullAndTracedWhenMemoryRunsOut) {
+  std::string traced;
+  traced.reserve(100);
+  const TraceSink former = SetTraceSink([&](std::string_view text) { traced += text; });
+  t_fails_next_new = true;
+  EXPECT_EQ(CDQOutputMessage::CreateOutputMessage(OUTPUT_DBMS_INFO, "text", false), nullptr);
+  SetTraceSink(former);
+  EXPECT_FALSE(t_fails_next_new);
+  EXPECT_EQ(traced, "Out of memory, could not create CDQOutputMessage.\n");
+}
 
 TEST(CDQOutputMessage, WithoutAMainWindowJustSetsItsFields) {
   CDQOutputMessage message(static_cast<OutputMessageType>(8), "old");

@@ -15,7 +15,9 @@ namespace {
 using testing::ShownBox;
 
 struct BrokenPrompts : testing::ScriptedPrompts {
-  int Show(std::string_view, UINT, UINT) override { throw std::runtime_error("no screen"); }
+  int Show(std::string_view, std::string_view, UINT, UINT) override {
+    throw std::runtime_error("no screen");
+  }
 };
 
 /// Two modules with a string each under the same id; the first is current.
@@ -67,6 +69,28 @@ TEST_F(Resources, BoxesShowTheStringOfTheModule) {
   EXPECT_THROW(DQAfxMessageBox(100, BOX_OK, 0, &other_), std::runtime_error);
   EXPECT_THROW(MessageBoxA(&other_, 100, BOX_OK), std::runtime_error);
   EXPECT_EQ(AfxGetResourceHandle(), &current_);
+}
+
+TEST_F(Resources, DirectOperationsTakeNullForTheSystem) {
+  const std::string picture = WriteDib({{1, 1}, {0}});
+  const std::string pointer = std::string(4, '\0') + picture;
+  const auto fill = [&](ResourceModule& module, WORD id) {
+    module.AddResource(RESOURCE_BITMAP, id, picture);
+    module.AddResource(RESOURCE_CURSOR, id, pointer);
+    module.AddResource(RESOURCE_ICON, id, pointer);
+  };
+  fill(platform_.modules.system, 7);
+  fill(current_, 8);
+  for (const auto& [module, id] : {std::pair<HINSTANCE, UINT>{nullptr, 7}, {&current_, 8}}) {
+    const UINT foreign = 15 - id;
+    CBitmap bitmap;
+    EXPECT_TRUE(DQLoadBitmap(bitmap, id, module)) << id;
+    EXPECT_NE(DQLoadCursor(id, module), nullptr) << id;
+    EXPECT_NE(DQLoadIcon(id, module), nullptr) << id;
+    EXPECT_FALSE(DQLoadBitmap(bitmap, foreign, module)) << id;
+    EXPECT_EQ(DQLoadCursor(foreign, module), nullptr) << id;
+    EXPECT_EQ(DQLoadIcon(foreign, module), nullptr) << id;
+  }
 }
 
 TEST_F(Resources, FindsRecordsByTypeAndLowWord) {
