@@ -32,10 +32,10 @@ class Console {
   /// it. Children are not affected.
   virtual void PrepareStreams() = 0;
 
-  /// From now on a request to end the program (Ctrl-C, the terminal's hang-up, a request to
-  /// terminate) doesn't end it but calls `on_stop`, on a thread of the watch's own, once for each
-  /// request; those that come during a call may count as one. Requests that the program was started
-  /// to ignore stay ignored. One watch at a time. Null if the system is out of resources.
+  /// From now on a request to end the program (Ctrl-C, Ctrl-\, the terminal's hang-up, a request
+  /// to terminate) doesn't end it but calls `on_stop`, on a thread of the watch's own, once for
+  /// each request; those that come during a call may count as one. Requests that the program was
+  /// started to ignore stay ignored. One watch at a time. Null if the system is out of resources.
   virtual std::unique_ptr<StopWatch> WatchStopRequests(std::function<void()> on_stop) = 0;
 };
 

@@ -4,6 +4,7 @@
 #include <csignal>
 #include <future>
 #include <gtest/gtest.h>
+#include <pthread.h>
 #include <unistd.h>
 
 #include "dqlib/platform/platform.h"
@@ -18,7 +19,7 @@ void (*PresentHandler(int signal_number))(int) {
 }
 
 TEST(Console, StopRequestCallsTheWatchInsteadOfEndingTheProgram) {
-  for (const int signal_number : {SIGINT, SIGTERM, SIGHUP}) {
+  for (const int signal_number : {SIGINT, SIGQUIT, SIGTERM, SIGHUP}) {
     std::promise<void> stopped;
     auto watch = System().console->WatchStopRequests([&stopped] { stopped.set_value(); });
     ASSERT_NE(watch, nullptr);
@@ -37,6 +38,25 @@ TEST(Console, RequestsThatWereIgnoredStayIgnored) {
     EXPECT_EQ(PresentHandler(SIGHUP), SIG_IGN);
   }
   std::signal(SIGHUP, former);
+}
+
+TEST(Console, NoWatchAndNothingLeftBehindWithoutAThread) {
+  const int lowest_free = dup(STDIN_FILENO);
+  ASSERT_NE(lowest_free, -1);
+  close(lowest_free);
+  pthread_attr_t former, huge;
+  ASSERT_EQ(pthread_getattr_default_np(&former), 0);
+  ASSERT_EQ(pthread_getattr_default_np(&huge), 0);
+  ASSERT_EQ(pthread_attr_setstacksize(&huge, std::size_t{1} << 47), 0);
+  ASSERT_EQ(pthread_setattr_default_np(&huge), 0);
+  EXPECT_EQ(System().console->WatchStopRequests([] { ADD_FAILURE(); }), nullptr);
+  pthread_setattr_default_np(&former);
+  EXPECT_EQ(PresentHandler(SIGTERM), SIG_DFL);
+  const int still_free = dup(STDIN_FILENO);
+  EXPECT_EQ(still_free, lowest_free);
+  close(still_free);
+  pthread_attr_destroy(&huge);
+  pthread_attr_destroy(&former);
 }
 
 TEST(Console, WatchEndsThoughMoreRequestsThanAPipeHoldsWait) {

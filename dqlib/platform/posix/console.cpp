@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <exception>
 #include <fcntl.h>
 #include <thread>
 #include <unistd.h>
@@ -14,7 +15,7 @@
 namespace dq::platform {
 namespace {
 
-constexpr std::array kStopSignals = {SIGINT, SIGTERM, SIGHUP};
+constexpr std::array kStopSignals = {SIGINT, SIGQUIT, SIGTERM, SIGHUP};
 
 /// What the signal handler tells the watch's thread, and what its destructor does.
 constexpr char kStopAsked = 's';
@@ -51,8 +52,9 @@ class SignalWatch : public Console::StopWatch {
  public:
   SignalWatch(int read_end, int write_end, std::function<void()> on_stop)
       : read_end_(read_end), write_end_(write_end), on_stop_(std::move(on_stop)) {
-    g_wake = write_end_;
+    // First, because it may fail, and nothing is to be taken back then.
     thread_ = std::thread([this] { Run(); });
+    g_wake = write_end_;
     const struct sigaction action = Handler(OnStopSignal);
     for (std::size_t i = 0; i < kStopSignals.size(); ++i) {
       if (IsIgnored(kStopSignals[i])) continue;
@@ -111,7 +113,13 @@ class PosixConsole : public Console {
     if (pipe2(ends, O_CLOEXEC) != 0) return nullptr;
     // Only the writer must not wait: it may be a signal handler.
     fcntl(ends[1], F_SETFL, O_NONBLOCK);
-    return std::make_unique<SignalWatch>(ends[0], ends[1], std::move(on_stop));
+    try {
+      return std::make_unique<SignalWatch>(ends[0], ends[1], std::move(on_stop));
+    } catch (const std::exception&) {
+      close(ends[0]);
+      close(ends[1]);
+      return nullptr;
+    }
   }
 };
 
