@@ -28,7 +28,8 @@ struct Pipe {
   HANDLE write_end = kNoHandle;
 };
 
-/// What a child is started with.
+/// What a child is started with. Its priority is this process's: more takes a privilege that users
+/// lack on some systems, and would let a busy client slow down the tool that waits for it.
 struct StartInfo {
   /// The program and its arguments as one text. Where the system wants single arguments: blanks and
   /// tabs separate, '...' and "..." group and vanish, a backslash is literal except before a quote,
