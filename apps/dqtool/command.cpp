@@ -45,10 +45,31 @@ void PrintLine(std::string_view line) {
 
 int Complain(std::string_view text) {
   std::string line = "dqtool: ";
-  line.append(text).push_back('\n');
+  line.append(OnOneLine(text)).push_back('\n');
   // There is no other place to complain of a failure to complain.
   std::fwrite(line.data(), 1, line.size(), stderr);
   return kNo;
+}
+
+std::string OnOneLine(std::string_view text) {
+  constexpr std::string_view digits = "0123456789abcdef";
+  std::string line;
+  for (const char each : text) {
+    const auto byte = static_cast<unsigned char>(each);
+    if (byte < 0x20 || byte == 0x7F) {
+      line.append("\\x").append({digits[byte >> 4], digits[byte & 0xF]});
+    } else {
+      line += each;
+    }
+  }
+  return line;
+}
+
+bool AsksForHelp(std::string_view word) { return word == "--help" || word == "-h"; }
+
+void RefuseOption(const std::string& word) {
+  if (AsksForHelp(word)) throw HelpWanted();
+  throw WrongUsage("no option " + word);
 }
 
 }  // namespace dqtool

@@ -12,6 +12,7 @@
 
 #pragma once
 
+#include <exception>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -37,7 +38,11 @@ class WrongUsage : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Thrown when standard output takes no more. Nobody is left to tell, but the status says it.
+/// Thrown by a command that is asked for its help among its options.
+class HelpWanted : public std::exception {};
+
+/// Thrown when standard output takes no more, with the reason. It is told on standard error, which
+/// may go elsewhere.
 class OutputClosed : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -68,7 +73,17 @@ std::vector<const Command*> AllCommands();
 /// written.
 void PrintLine(std::string_view line);
 
-/// Says `dqtool: TEXT` on standard error and returns `kNo`.
+/// Says `dqtool: TEXT` on standard error, by `OnOneLine`, and returns `kNo`.
 int Complain(std::string_view text);
+
+/// The text as one line: whatever a terminal would take for a command is written as `\xHH`.
+std::string OnOneLine(std::string_view text);
+
+/// Whether the word is that for help.
+bool AsksForHelp(std::string_view word);
+
+/// For an option that the command doesn't know: throws `HelpWanted` if it is that for help, else
+/// `WrongUsage`.
+[[noreturn]] void RefuseOption(const std::string& word);
 
 }  // namespace dqtool

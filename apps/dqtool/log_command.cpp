@@ -47,7 +47,7 @@ Options Parse(Words words) {
       options.kilobytes = ParseKilobytes(words[1]);
       words = words.subspan(1);
     } else {
-      throw WrongUsage("no option " + word);
+      RefuseOption(word);
     }
   }
   if (given.size() != 2) throw WrongUsage("a FILE and a TEXT are needed");

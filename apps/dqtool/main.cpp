@@ -15,8 +15,6 @@
 namespace dqtool {
 namespace {
 
-bool AsksForHelp(std::string_view word) { return word == "--help" || word == "-h"; }
-
 std::string UsageLine(const Command& command) {
   return std::string("usage: dqtool ") + command.name + (*command.usage != '\0' ? " " : "") +
          command.usage;
@@ -66,6 +64,7 @@ int Dispatch(const std::vector<std::string>& words) {
   if (words.empty()) throw WrongUsage("a COMMAND is needed");
   const Words rest(words.begin() + 1, words.end());
   if (AsksForHelp(words[0]) || words[0] == "help") {
+    if (rest.size() > 1) throw WrongUsage("help is for one COMMAND at a time");
     if (rest.empty()) {
       PrintHelp();
     } else {
@@ -74,12 +73,12 @@ int Dispatch(const std::vector<std::string>& words) {
     return kYes;
   }
   const Command& command = FindCommand(words[0]);
-  if (!rest.empty() && AsksForHelp(rest[0])) {
+  try {
+    if (!rest.empty() && AsksForHelp(rest[0])) throw HelpWanted();
+    return command.run(rest);
+  } catch (const HelpWanted&) {
     PrintHelp(command);
     return kYes;
-  }
-  try {
-    return command.run(rest);
   } catch (const WrongUsage& wrong) {
     Complain(std::string(command.name) + ": " + wrong.what());
     Complain(UsageLine(command));

@@ -10,20 +10,6 @@
 namespace dqtool {
 namespace {
 
-/// One line of a value: whatever a terminal would take for a command is written as `\xHH`.
-std::string OnOneLine(std::string_view value) {
-  std::string line;
-  for (const char each : value) {
-    const auto byte = static_cast<unsigned char>(each);
-    if (byte < 0x20 || byte == 0x7F) {
-      line.append("\\x").append(dq::HexOfBytes({&each, 1}));
-    } else {
-      line += each;
-    }
-  }
-  return line;
-}
-
 std::string Shown(const dq::CDQOption& option) {
   const dq::OptionValue value = dq::CDQOptionsServer::GetObject()->GetValue(option.GetID());
   return option.GetKind() == dq::OptionKind::kBinary ? dq::HexOfBytes(value) : value;
@@ -32,7 +18,7 @@ std::string Shown(const dq::CDQOption& option) {
 /// The option with the id; null, which has been said, if there is none.
 const dq::CDQOption* FindOption(const std::string& word) {
   if (word.empty() || word.find_first_not_of("0123456789") != std::string::npos) {
-    throw WrongUsage("ID is a number, not '" + OnOneLine(word) + "'");
+    throw WrongUsage("ID is a number, not '" + word + "'");
   }
   // A number that is too large is that of no option.
   const bool fits = dq::IsOptionValue(dq::OptionKind::kInt, word);
@@ -66,7 +52,7 @@ int Set(const std::string& id, const std::string& word) {
   const auto value = kind == dq::OptionKind::kBinary ? dq::BytesOfHex(word) : std::optional(word);
   if (!value || !dq::IsOptionValue(kind, *value)) {
     return Complain("option " + id + " takes a value of the kind " +
-                    std::string(dq::KindWord(kind)) + ", not '" + OnOneLine(word) + "'");
+                    std::string(dq::KindWord(kind)) + ", not '" + word + "'");
   }
   if (dq::CDQOptionsServer::GetObject()->SetValue(option->GetID(), *value)) return kYes;
   return Complain("option " + id + " could not be kept");
@@ -77,7 +63,7 @@ int RunOption(Words words) {
   server.AddOptions("DQSyntax.Dqo", 52500, 52639, true, true);
   if (words.size() >= 2 && words[0] == "--platform") {
     const auto platform = dq::PlatformOfWord(words[1]);
-    if (!platform) throw WrongUsage("no platform " + OnOneLine(words[1]));
+    if (!platform) throw WrongUsage("no platform " + words[1]);
     server.SetPlatform(*platform);
     words = words.subspan(2);
   }

@@ -116,7 +116,7 @@ Options Parse(Words words) {
       options.directory = words[1];
       words = words.subspan(1);
     } else {
-      throw WrongUsage("no option " + words[0]);
+      RefuseOption(words[0]);
     }
   }
   if (words.empty()) throw WrongUsage("a PROGRAM is needed");
@@ -159,7 +159,8 @@ const Command kRun{
     "  --dir DIR    the program's working directory\n"
     "  --keep-left  keep the blanks at the start of lines\n"
     "\n"
-    "The exit status is 0 when the program ran, whatever its own was. A failure is told as\n"
+    "The exit status is 0 when the program ran, whatever its own was, and 1 when it was stopped\n"
+    "by a signal to dqtool or because standard output takes no more. A failure is told as\n"
     "'dqtool: CODE: TEXT': -3 it could not be started, -4 a pipe could not be made, -5 reading\n"
     "failed, -6 no program.\n",
     RunProgram};

@@ -68,7 +68,7 @@ int RunTemplate(Words words) {
     } else if (word == "--") {
       options_end = true;
     } else if (word != "--set" && word != "--file") {
-      throw WrongUsage("no option " + word);
+      RefuseOption(word);
     } else if (words.size() < 2) {
       throw WrongUsage(word + (word == "--set" ? " needs NAME=VALUE" : " needs a FILE"));
     } else {

@@ -30,10 +30,7 @@ std::string Fill(std::string_view text, Words words, std::size_t& unused) {
     text.remove_prefix(percent);
     if (text.empty()) break;
     const std::string_view place = PlaceAt(text);
-    if (text.starts_with("%%")) {
-      filled.push_back('%');
-      text.remove_prefix(2);
-    } else if (place.empty() || words.empty()) {
+    if (place.empty() || words.empty()) {
       const std::size_t size = std::max<std::size_t>(place.size(), 1);
       filled.append(text.substr(0, size));
       text.remove_prefix(size);
@@ -73,7 +70,7 @@ int PrintText(Words words) {
 const Command kText{
     "text", "ID [ARG ...]", "Prints a string of the library by its number.",
     "Each ARG fills the next place of the string (%s, %d, %ld, %1, %2, %c) as text; places\n"
-    "without an ARG stay as they are. '%%' is printed as '%'.\n",
+    "without an ARG stay as they are.\n",
     PrintText};
 
 }  // namespace
