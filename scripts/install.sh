@@ -6,9 +6,10 @@ set -euo pipefail
 packages_of() {
   case "$1" in
     build) echo g++ cmake ninja-build ccache python3 sqlite3 util-linux ;;
-    check) echo libgtest-dev libgmock-dev clang-format-14 locales git ;;
-    bench) echo libbenchmark-dev libabsl-dev libglib2.0-dev libsqlite3-dev qtbase5-dev pkg-config ;;
-    fuzz) echo clang-14 libclang-rt-14-dev ;;
+    check) echo libgtest-dev libgmock-dev clang-format-14 locales git libgmp-dev ;;
+    bench) echo libbenchmark-dev libabsl-dev libglib2.0-dev libsqlite3-dev qtbase5-dev pkg-config \
+      libgmp-dev libspdlog-dev libctemplate-dev ;;
+    fuzz) echo clang-14 libclang-rt-14-dev libgmp-dev ;;
     lint) echo clang-tidy-14 libgtest-dev libgmock-dev ;;
     *)
       echo "install.sh: no group of packages named $1" >&2

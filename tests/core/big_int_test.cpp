@@ -1,0 +1,157 @@
+#include "dqlib/core/big_int.h"
+
+#include <climits>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <vector>
+
+namespace dq {
+namespace {
+
+CDQBigInt Big(const char* text) { return CDQBigInt(std::string(text)); }
+
+TEST(BigInt, TextsThatMakeNumbers) {
+  const struct {
+    const char* text;
+    const char* shown;
+    int number;
+  } cases[] = {
+      {"", "0", 0},
+      {"-", "0", 0},
+      {"-0", "0", 0},
+      {"000", "0", 0},
+      {"-007", "-7", -7},
+      {"123456", "123456", 123456},
+      {"1234567", "1234567", 234567},
+      {"-1234567", "-1234567", -234567},
+      {"-5-3", "-5-3", -473},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(Big(c.text).toString(), c.shown) << c.text;
+    EXPECT_EQ(static_cast<int>(Big(c.text)), c.number) << c.text;
+  }
+  EXPECT_TRUE(Big("-0") == 0 && CDQBigInt() == Big(""));
+  EXPECT_EQ(CDQBigInt(INT_MIN).toString(), "-2147483648");
+  EXPECT_EQ(CDQBigInt(LLONG_MIN).toString(), "-9223372036854775808");
+}
+
+TEST(BigInt, StreamsReadAWordAndStayAtTheEnd) {
+  std::istringstream in(" -12\t34x ");
+  std::ostringstream out;
+  CDQBigInt number;
+  while (in >> number) out << number << ';';
+  EXPECT_EQ(out.str(), "-12;34" + std::string(1, 'x') + ";");
+  EXPECT_EQ(number.toString(), "34x");
+}
+
+TEST(BigInt, OrdersByValue) {
+  const std::vector<CDQBigInt> ascending = {Big("-100"), -99, -98, -1,        0,
+                                            1,           9,   10,  Big("11"), Big("100")};
+  for (std::size_t i = 0; i < ascending.size(); ++i) {
+    for (std::size_t j = 0; j < ascending.size(); ++j) {
+      const CDQBigInt& a = ascending[i];
+      const CDQBigInt& b = ascending[j];
+      EXPECT_TRUE((a < b) == (i < j) && (a > b) == (i > j) && (a <= b) == (i <= j) &&
+                  (a >= b) == (i >= j) && (a == b) == (i == j) && (a != b) == (i != j))
+          << a << ' ' << b;
+    }
+  }
+}
+
+TEST(BigInt, DividesWithItsOwnRemainders) {
+  const struct {
+    const char* dividend;
+    const char* divisor;
+    const char* quotient;
+    const char* remainder;
+  } cases[] = {
+      {"7", "2", "3", "1"},
+      {"-7", "2", "-3", "-1"},
+      {"7", "-2", "-3", "-1"},
+      {"-7", "-2", "3", "1"},
+      {"10", "5", "2", "0"},
+      {"7", "7", "1", "0"},
+      {"7", "-7", "-1", "-0"},
+      {"-10", "5", "-2", "-0"},
+      // A smaller number leaves the larger one.
+      {"3", "5", "0", "5"},
+      {"-3", "5", "0", "-5"},
+      {"0", "5", "0", "5"},
+      {"0", "0", "1", "0"},
+      // The guess from two digits is too high, and 10.
+      {"100000000000000000000", "19999999999", "5000000000", "5000000000"},
+      {"899999999999", "90000000001", "9", "89999999990"},
+      {"1000000007000000049", "1000000007", "1000000000", "49"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ((Big(c.dividend) / Big(c.divisor)).toString(), c.quotient) << c.dividend;
+    EXPECT_EQ((Big(c.dividend) % Big(c.divisor)).toString(), c.remainder) << c.dividend;
+  }
+}
+
+TEST(BigInt, NegativeZerosAreLessThanZeroAndHarmless) {
+  const CDQBigInt zero = Big("7") % Big("-7");
+  EXPECT_TRUE(zero != 0 && zero < 0);
+  EXPECT_EQ((CDQBigInt(0) * -1).toString(), "-0");
+  EXPECT_EQ((CDQBigInt(0) * CDQBigInt(-1)).toString(), "0");
+  EXPECT_EQ((CDQBigInt(-1) / 2).toString(), "0");
+  for (const int other : {-5, 5}) {
+    EXPECT_TRUE(other + zero == other && zero + other == other && other - zero == other &&
+                zero - other == -other && CDQBigInt(other) - 0 == other &&
+                other + CDQBigInt(0) == other)
+        << other;
+  }
+}
+
+TEST(BigInt, IntOperandsGiveWhatNumbersGive) {
+  const int operands[] = {INT_MIN, -1000, -100, -11, -10, -2,  -1,  1,
+                          2,       7,     10,   11,  99,  100, 101, INT_MAX};
+  for (const char* const text : {"1", "-9", "99999", "-12345678901234567890"}) {
+    for (const int operand : operands) {
+      EXPECT_EQ(Big(text) * operand, Big(text) * CDQBigInt(operand)) << text << ' ' << operand;
+      EXPECT_EQ(operand * Big(text), Big(text) * operand) << text << ' ' << operand;
+      EXPECT_EQ(Big(text) / operand, Big(text) / CDQBigInt(operand)) << text << ' ' << operand;
+    }
+    EXPECT_EQ(Big(text) / 0, Big(text));
+    EXPECT_EQ(Big(text) * 0, 0);
+  }
+}
+
+TEST(BigInt, TakesItselfAsOperand) {
+  for (const char* const text : {"5", "-95", "-12345678901234567890"}) {
+    CDQBigInt sum = Big(text);
+    EXPECT_EQ(sum += sum, Big(text) * 2);
+    CDQBigInt difference = Big(text);
+    EXPECT_EQ((difference -= difference).toString(), "0");
+    CDQBigInt product = Big(text);
+    EXPECT_EQ(product *= product, Big(text) * Big(text));
+    CDQBigInt quotient = Big(text);
+    EXPECT_EQ(quotient /= quotient, 1);
+    CDQBigInt remainder = Big(text);
+    EXPECT_EQ(remainder %= remainder, 0);
+  }
+}
+
+TEST(BigInt, TextsThatAreNoNumbersDoNoHarm) {
+  const char* const texts[] = {"x",
+                               "1-2",
+                               "/5",
+                               "\xFF\xFF",
+                               "::::",
+                               "a\x80"
+                               "9",
+                               "-/0"};
+  for (const char* const left : texts) {
+    for (const char* const right : texts) {
+      CDQBigInt number = Big(left);
+      (((number += Big(right)) -= Big("14")) *= Big(right)) *= -7;
+      // The sum has a top digit of 0 for some.
+      const CDQBigInt divisor = Big(right) + Big("14");
+      if (divisor == 0) continue;
+      EXPECT_NE((number / divisor % Big(right)).toString(), "");
+    }
+  }
+}
+
+}  // namespace
+}  // namespace dq

@@ -1,0 +1,306 @@
+#include "dqlib/output/log.h"
+
+#include <condition_variable>
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <mutex>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "dqlib/framework/base/resource_chain.h"
+#include "dqlib/framework/base/resource_module.h"
+#include "tests/support/forwarding_files.h"
+#include "tests/support/manual_clock.h"
+#include "tests/support/scripted_locale.h"
+#include "tests/support/scripted_prompts.h"
+#include "tests/support/temp_directory.h"
+
+namespace dq {
+namespace {
+
+using test::TempDirectory;
+using testing::ScriptedPrompts;
+using testing::ShownBox;
+
+constexpr char kTime[] = "2/3/2001 04:05:06.007";
+
+/// Boxes that stand until the test answers them. Any thread.
+class StandingPrompts : public platform::Prompts {
+ public:
+  int Show(std::string_view caption, std::string_view text, UINT type, UINT) override {
+    std::unique_lock lock(mutex_);
+    boxes_.push_back(std::string(caption) + "|" + std::string(text) + "|" + std::to_string(type));
+    changed_.notify_all();
+    changed_.wait(lock, [this] { return answer_ != 0; });
+    return std::exchange(answer_, 0);
+  }
+  /// Waits until so many boxes have been shown.
+  void AwaitBox(std::size_t count) {
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [&] { return boxes_.size() >= count; });
+  }
+  void Answer(BoxButton button) {
+    const std::lock_guard lock(mutex_);
+    answer_ = button;
+    changed_.notify_all();
+  }
+  std::vector<std::string> boxes() {
+    const std::lock_guard lock(mutex_);
+    return boxes_;
+  }
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::vector<std::string> boxes_;
+  int answer_ = 0;
+};
+
+/// Files whose writes and found sizes a test falsifies.
+class FaultyFiles : public test::ForwardingFiles {
+ public:
+  platform::Error failure;
+  std::uint64_t found_size = 0;
+
+  platform::Error Write(HANDLE file, std::string_view bytes) override {
+    return failure.ok() ? ForwardingFiles::Write(file, bytes) : failure;
+  }
+  platform::Result<platform::FileStatus> Status(std::string_view path) override {
+    auto status = ForwardingFiles::Status(path);
+    if (found_size != 0) status.value.size = found_size;
+    return status;
+  }
+};
+
+class LogTest : public ::testing::Test {
+ protected:
+  LogTest() { locale_.items[LOCALE_SSHORTDATE] = "M/d/yyyy"; }
+
+  static std::string Line(std::string_view text) {
+    return std::string(kTime) + "  " + std::string(text) + "\r\n";
+  }
+
+  TempDirectory directory_;
+  const std::string path_ = directory_ / "x.log";
+  testing::ManualClock clock_;
+  test::ScriptedLocale locale_;
+  FaultyFiles files_;
+  StandingPrompts standing_;
+
+ private:
+  platform::Platform Services() {
+    platform::Platform services = platform::Current();
+    services.clock = &clock_;
+    services.files = &files_;
+    services.prompts = &standing_;
+    return services;
+  }
+  const platform::ScopedPlatform scope_{Services()};
+};
+
+TEST_F(LogTest, WritesOneStampedLineAnEntryBehindWhatIsThere) {
+  ResourceModule module;
+  module.AddString(50100, "plain");
+  module.AddString(50101, "%1 and %2");
+  const CDynLinkLibrary link(&module);
+  directory_.Put("x.log", "old\r\n");
+  CDQLog log(path_.c_str(), 0, false);
+  EXPECT_EQ(log.GetMaxFileSize(), 1'024'000U);
+  log.LogMessage("");
+  log.LogMessage(50999);
+  log.LogMessage(50100);
+  log.LogMessage(50101, "one");
+  log.LogMessage(50101, "one", "two");
+  log.SetUseLog(false);
+  log.LogMessage("unheard");
+  log.SetUseLog(true);
+  log.LogMessage("heard");
+  EXPECT_EQ(directory_.Get("x.log"),
+            "old\r\n" + Line("plain") + Line("one and %2") + Line("one and two") + Line("heard"));
+  EXPECT_TRUE(log.ClearLogFile());
+  log.LogMessage("again");
+  EXPECT_EQ(directory_.Get("x.log"), Line("again"));
+}
+
+TEST_F(LogTest, WithoutAFileEveryCallDoesNothing) {
+  ScriptedPrompts prompts;
+  CDQLog unnamed("", 1, true);
+  CDQLog unused;
+  unused.SetLogFileName(path_.c_str());
+  unused.SetUseLog(false);
+  unused.SetMaxFileSize(0xFFFFFFFF / 1024 + 1);
+  unused.Initialize();
+  unused.SetUseLog(true);
+  EXPECT_EQ(unused.GetMaxFileSize(), 0xFFFFFFFF);
+  EXPECT_TRUE(prompts.shown.empty());
+
+  CDQLog on_directory(directory_.path().c_str(), 1, true);
+  EXPECT_THAT(prompts.shown,
+              ::testing::ElementsAre(ShownBox{"Unable to open Log file for writing", BOX_OK, 0}));
+  EXPECT_EQ(prompts.shown[0].caption, "Log");
+  for (CDQLog* const log : {&unnamed, &unused, &on_directory}) {
+    EXPECT_FALSE(log->HasFile());
+    log->LogMessage("text");
+    EXPECT_TRUE(log->ClearLogFile());
+  }
+  EXPECT_EQ(directory_.Count(), 0U);
+}
+
+TEST_F(LogTest, WarnsWhenTheFileIsLargerThanItsLimitOnly) {
+  for (const std::size_t excess : {0U, 1U}) {
+    directory_.Put("x.log", std::string(1024 + excess - Line("text").size(), '-'));
+    CDQLog log(path_.c_str(), 1, true);
+    CDQLog silent(path_.c_str(), 1, false);
+    log.LogMessage("text");
+    if (excess != 0) {
+      standing_.AwaitBox(1);
+      standing_.Answer(BUTTON_OK);
+    }
+    log.WaitForWarning();
+    silent.LogMessage("text");
+    silent.WaitForWarning();
+  }
+  EXPECT_THAT(
+      standing_.boxes(),
+      ::testing::ElementsAre("Log- Warning|Log file length has exceeded the maximum limit|1"));
+}
+
+TEST_F(LogTest, OneWarningStandsWhileTheLogGoesOn) {
+  directory_.Put("x.log", std::string(1024, '-'));
+  auto log = std::make_unique<CDQLog>(path_.c_str(), 1, true);
+  std::string written(1024, '-');
+  const auto write = [&] {
+    log->LogMessage("text");
+    written += Line("text");
+  };
+  write();
+  standing_.AwaitBox(1);
+  write();
+  write();
+  EXPECT_EQ(standing_.boxes().size(), 1U);
+  standing_.Answer(BUTTON_OK);
+  log->WaitForWarning();
+
+  write();  // OK has armed it again.
+  standing_.AwaitBox(2);
+  standing_.Answer(BUTTON_CANCEL);
+  log->WaitForWarning();
+  write();  // Cancel has silenced it.
+  log->WaitForWarning();
+  EXPECT_EQ(standing_.boxes().size(), 2U);
+
+  // One box at a time, and each may outlive its log.
+  CDQLog other(path_.c_str(), 1, true);
+  log = std::make_unique<CDQLog>(path_.c_str(), 1, true);
+  write();
+  standing_.AwaitBox(3);
+  log.reset();
+  other.LogMessage("text");
+  EXPECT_EQ(standing_.boxes().size(), 3U);
+  standing_.Answer(BUTTON_OK);
+  standing_.AwaitBox(4);
+  standing_.Answer(BUTTON_CANCEL);
+  other.WaitForWarning();
+  EXPECT_EQ(directory_.Get("x.log"), written + Line("text"));
+}
+
+TEST_F(LogTest, TellsOfAFullDiskAndGoesOnAfterwards) {
+  CDQLog log(path_.c_str(), 1, true);
+  files_.failure = {.kind = platform::ErrorKind::kNoSpace, .code = 28};
+  try {
+    log.LogMessage("lost");
+    ADD_FAILURE() << "nothing thrown";
+  } catch (const CFileException& failure) {
+    EXPECT_EQ(failure.m_cause, CFileException::diskFull);
+  }
+  EXPECT_EQ(DQLIB_WriteLogFile(path_.c_str(), "lost", 0), -1);
+  files_.failure = {};
+  log.LogMessage("kept");
+  EXPECT_EQ(directory_.Get("x.log"), Line("kept"));
+}
+
+TEST_F(LogTest, StaysWithItsFileWhenThatIsRotatedAwayOrRemoved) {
+  CDQLog log(path_.c_str(), 1, true);
+  std::filesystem::rename(path_, directory_ / "x.log.1");
+  log.LogMessage("rotated");
+  EXPECT_EQ(directory_.Get("x.log.1"), Line("rotated"));
+  std::filesystem::remove(directory_ / "x.log.1");
+  log.LogMessage("removed");
+  EXPECT_EQ(directory_.Count(), 0U);
+}
+
+TEST_F(LogTest, TwoProcessesLoseNoLine) {
+  constexpr int kLines = 1000;
+  const auto write = [this](const char* text) {
+    CDQLog log(path_.c_str(), 0, false);
+    for (int i = 0; i < kLines; ++i) log.LogMessage(text);
+  };
+  const pid_t child = ::fork();
+  if (child == 0) {
+    write("child");
+    ::_exit(0);
+  }
+  write("parent");
+  int status = -1;
+  EXPECT_EQ(::waitpid(child, &status, 0), child);
+  EXPECT_EQ(status, 0);
+  std::string text = directory_.Get("x.log");
+  int lines[2] = {};
+  for (bool found = true; found;) {
+    found = false;
+    for (const bool parent : {false, true}) {
+      const std::string line = Line(parent ? "parent" : "child");
+      if (!text.ends_with(line)) continue;
+      text.resize(text.size() - line.size());
+      ++lines[parent];
+      found = true;
+    }
+  }
+  EXPECT_EQ(text, "");
+  EXPECT_THAT(lines, ::testing::ElementsAre(kLines, kLines));
+}
+
+TEST_F(LogTest, WriteLogFileStartsOverAtItsLimit) {
+  const std::string entry = std::string(kTime) + "\r\none\ntwo\r\n";
+  struct {
+    std::size_t size;
+    long maximum;
+    std::uint64_t found;
+    bool restarts;
+  } const cases[] = {
+      {1023, 1, 0, false},
+      {1024, 1, 0, true},
+      {1024, 0, 0, false},
+      {1024, -1, 0, false},
+      {1024, std::numeric_limits<long>::min(), 0, false},
+      {1024, std::numeric_limits<long>::max(), 0, false},
+      // What is above 32 bits is taken off.
+      {1024, 1, (1ULL << 32) + 1024, false},
+      {1024, 1, (1ULL << 32) + 1025, true},
+      {1024, 1, (1ULL << 32) - 1, true},
+  };
+  for (const auto& c : cases) {
+    const std::string old(c.size, '-');
+    directory_.Put("x.log", old);
+    files_.found_size = c.found;
+    EXPECT_EQ(DQLIB_WriteLogFile(path_.c_str(), "one\ntwo", c.maximum), 1);
+    EXPECT_EQ(directory_.Get("x.log"), (c.restarts ? "" : old) + entry)
+        << c.size << ' ' << c.maximum << ' ' << c.found;
+  }
+}
+
+TEST_F(LogTest, WriteLogFileMakesTheFileOrSaysMinusOne) {
+  EXPECT_EQ(DQLIB_WriteLogFile(path_.c_str(), "", 1), 1);
+  EXPECT_EQ(directory_.Get("x.log"), std::string(kTime) + "\r\n\r\n");
+  CFile held(path_.c_str(), CFile::modeWrite);
+  EXPECT_EQ(DQLIB_WriteLogFile(path_.c_str(), "text", 0), -1) << "while another writes";
+  EXPECT_EQ(DQLIB_WriteLogFile(directory_.path().c_str(), "text", 0), -1);
+  EXPECT_EQ(DQLIB_WriteLogFile((directory_ / "no/x.log").c_str(), "text", 0), -1);
+  EXPECT_EQ(DQLIB_WriteLogFile("", "text", 0), -1);
+  EXPECT_EQ(DQLIB_WriteLogFile(nullptr, "text", 0), -1);
+  EXPECT_EQ(DQLIB_WriteLogFile(path_.c_str(), nullptr, 0), -1);
+}
+
+}  // namespace
+}  // namespace dq
