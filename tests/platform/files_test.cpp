@@ -1,6 +1,9 @@
 #include "dqlib/platform/files.h"
 
+#include <algorithm>
+#include <csignal>
 #include <filesystem>
+#include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <memory>
@@ -156,6 +159,116 @@ TEST_F(FilesTest, ReplaceAndCopySurviveTheFailureOfEachCall) {
   calls.WriteAtMost(1000);
   EXPECT_TRUE(failing->Replace(dir / "to", large, false).ok());
   EXPECT_EQ(dir.Get("to"), large);
+}
+
+TEST_F(FilesTest, OtherChangesReportTheFailureOfEachCall) {
+  test::FailingSystemCalls calls;
+  const std::unique_ptr<Files> failing = posix::MakeFiles(calls);
+  using Change = std::function<Error()>;
+  const auto append = [&]() -> Error {
+    const OpenOptions options{.write = true, .append = true, .deny_write = true};
+    const Result<HANDLE> file = failing->Open(dir / "a", options);
+    if (!file.ok()) return file.error;
+    const Error error = failing->Write(file.value, "+");
+    failing->Close(file.value);
+    return error;
+  };
+  const std::pair<Change, const char*> rows[] = {
+      {append, "a+,(none)"},
+      {[&] { return failing->Rename(dir / "a", dir / "b"); }, "(none),a"},
+      {[&] { return failing->Delete(dir / "a"); }, "(none),(none)"},
+      {[&] { return failing->Replace(dir / "link", "new", false); }, "new,(none)"},
+      {[&] { return failing->SetModified(dir / "a", 1000); }, "a,(none)"},
+      {[&] { return failing->SetAttributes(dir / "a", FILE_READ_ONLY); }, "a,(none)"},
+      {[&] { return failing->RemoveDirectory(dir / "sub"); }, "a,(none)"},
+  };
+  for (const auto& [change, done] : rows) {
+    bool failed = true;
+    for (int call = 1; failed; ++call) {
+      fs::remove(dir / "a");
+      fs::remove(dir / "b");
+      dir.Put("a", "a");
+      fs::create_directory(dir / "sub");
+      if (!fs::is_symlink(dir / "link")) fs::create_symlink("a", dir / "link");
+      calls.Fail(call, EIO);
+      const Error error = change();
+      failed = calls.failed();
+      calls.Fail(0, 0);
+      const std::string now = dir.Get("a") + "," + dir.Get("b");
+      EXPECT_TRUE(now == done || (now == "a,(none)" && !error.ok())) << done << " at " << call;
+      EXPECT_TRUE(fs::is_symlink(dir / "link"));
+      EXPECT_TRUE(failed || error.ok()) << done;
+    }
+  }
+}
+
+/// Runs `work` in this many processes, which `stop` kills or, if it does nothing, come to their
+/// end.
+void InProcesses(
+    int count, const std::function<void(int)>& work,
+    const std::function<void(pid_t)>& stop = [](pid_t) {}) {
+  std::vector<pid_t> children;
+  for (int i = 0; i < count; ++i) {
+    const pid_t child = fork();
+    if (child == 0) {
+      work(i);
+      _exit(0);
+    }
+    children.push_back(child);
+  }
+  for (const pid_t child : children) {
+    stop(child);
+    waitpid(child, nullptr, 0);
+  }
+}
+
+TEST_F(FilesTest, NothingThatIsAppendedIsLostToThoseWhoReplace) {
+  constexpr int kProcesses = 4;
+  constexpr int kLines = 200;
+  const std::string path = dir.Put("log", "");
+  const OpenOptions alone{.write = true, .append = true, .deny_write = true};
+  InProcesses(kProcesses, [&](int process) {
+    for (int line = 0; line < kLines; ++line) {
+      Result<HANDLE> file = files.Open(path, alone);
+      while (file.error.kind == ErrorKind::kBusy) file = files.Open(path, alone);
+      const std::string text(1, static_cast<char>('a' + process));
+      std::string bytes;
+      if (process % 2 == 0) {
+        files.Write(file.value, text);
+      } else if (files.ReadAll(path, bytes).ok()) {
+        files.Replace(path, bytes + text, false);
+      }
+      files.Close(file.value);
+    }
+  });
+  const std::string log = dir.Get("log");
+  for (const char process : {'a', 'b', 'c', 'd'}) {
+    EXPECT_EQ(std::count(log.begin(), log.end(), process), kLines) << process;
+  }
+}
+
+TEST_F(FilesTest, WhatKilledWritersLeaveIsRemovedButNotWhatLiveOnesFill) {
+  const std::string large(4'000'000, 'x');
+  dir.Put(".dq1-2-x.tmp", "not ours");
+  const auto replace = [&](int process) {
+    const std::string path = dir / std::to_string(process);
+    while (files.Replace(path, large, false).ok()) continue;
+    dir.Put("failed", "");
+  };
+  const auto stop = [](pid_t child) {
+    usleep(1000);  // any moment will do
+    kill(child, SIGKILL);
+  };
+  constexpr std::size_t kWithoutLeftovers = 5;
+  constexpr int kRounds = 10;
+  for (int i = 0; i < kRounds || dir.Count() <= kWithoutLeftovers; ++i) {
+    ASSERT_LT(i, 50 * kRounds) << "no writer was killed while it filled a file";
+    InProcesses(4, replace, stop);
+  }
+  EXPECT_TRUE(files.Replace(dir / "0", "last", false).ok());
+  for (const char* other : {"1", "2", "3"}) dir.Put(other, "");
+  EXPECT_EQ(dir.Count(), kWithoutLeftovers);
+  EXPECT_EQ(dir.Get("0") + dir.Get("failed"), "last(none)");
 }
 
 TEST_F(FilesTest, ReadAllHasTheWholeOfAnyFile) {

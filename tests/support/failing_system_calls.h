@@ -52,6 +52,21 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
   int ChangeMode(int fd, mode_t mode) override {
     return Fails() ? -1 : SystemCalls::ChangeMode(fd, mode);
   }
+  int ChangeMode(const char* path, mode_t mode) override {
+    return Fails() ? -1 : SystemCalls::ChangeMode(path, mode);
+  }
+  int ChangeOwner(int fd, uid_t user, gid_t group) override {
+    return Fails() ? -1 : SystemCalls::ChangeOwner(fd, user, group);
+  }
+  int SetTimes(int fd, const timespec (&times)[2]) override {
+    return Fails() ? -1 : SystemCalls::SetTimes(fd, times);
+  }
+  int SetTimes(const char* path, const timespec (&times)[2]) override {
+    return Fails() ? -1 : SystemCalls::SetTimes(path, times);
+  }
+  int LockRange(int fd, int command, struct flock* lock) override {
+    return lock->l_type != F_UNLCK && Fails() ? -1 : SystemCalls::LockRange(fd, command, lock);
+  }
   int Lock(int fd, int operation) override {
     // Giving up a lock works always too.
     return (operation & LOCK_UN) == 0 && Fails() ? -1 : SystemCalls::Lock(fd, operation);
@@ -64,6 +79,15 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
   }
   int Rename(const char* from, const char* to) override {
     return Fails() ? -1 : SystemCalls::Rename(from, to);
+  }
+  int RenameToNew(const char* from, const char* to) override {
+    return Fails() ? -1 : SystemCalls::RenameToNew(from, to);
+  }
+  ssize_t ReadLink(const char* path, char* target, std::size_t size) override {
+    return Fails() ? -1 : SystemCalls::ReadLink(path, target, size);
+  }
+  int RemoveDirectory(const char* path) override {
+    return Fails() ? -1 : SystemCalls::RemoveDirectory(path);
   }
   int Unlink(const char* path) override { return Fails() ? -1 : SystemCalls::Unlink(path); }
   int MakeDirectory(const char* path, mode_t mode) override {

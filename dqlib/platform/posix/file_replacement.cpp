@@ -3,8 +3,15 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <ctime>
+#include <dirent.h>
 #include <fcntl.h>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <sys/file.h>
+#include <tuple>
 #include <unistd.h>
 
 #include "dqlib/platform/posix/system_services.h"
@@ -23,7 +30,7 @@ Error FillFile(SystemCalls& calls, const Replacement& replacement, int fd,
     // Only a privileged user can give a file away. For others it stays their own, with the same
     // permissions, as with any program that writes a file anew.
     if (old.st_uid != ::geteuid() || old.st_gid != ::getegid()) {
-      static_cast<void>(::fchown(fd, old.st_uid, old.st_gid) == 0);
+      static_cast<void>(calls.ChangeOwner(fd, old.st_uid, old.st_gid));
     }
     const mode_t mode = old.st_mode & 07777;
     if (mode != kWhileFilled && calls.ChangeMode(fd, mode) != 0) return ErrorFromErrno(errno);
@@ -34,29 +41,107 @@ Error FillFile(SystemCalls& calls, const Replacement& replacement, int fd,
   return {};
 }
 
+/// A file that is being filled.
+struct Temporary {
+  std::string path;
+  FileDescriptor file;
+};
+
+// Temporary files that are made up have names of this form, a number of the process, one of the
+// file and one of the time, which differs from that of a dead process of the same number. As long
+// as their process lives they are locked, by which leftovers are told from them: the process could
+// be one of another machine.
+constexpr char kNameFormat[] = ".dq%x-%x-%lx.tmp";
+
+std::string TemporaryBeside(const std::string& target) {
+  static std::atomic<unsigned> counter = 0;
+  timespec now{};
+  ::clock_gettime(CLOCK_MONOTONIC, &now);
+  char name[64];
+  std::snprintf(name, sizeof name, kNameFormat, static_cast<unsigned>(::getpid()),
+                counter.fetch_add(1), static_cast<unsigned long>(now.tv_nsec));
+  return DirectoryOf(target) + '/' + name;
+}
+
+bool IsTemporaryName(const char* name) {
+  unsigned process = 0;
+  unsigned file = 0;
+  unsigned long time = 0;
+  if (std::sscanf(name, kNameFormat, &process, &file, &time) != 3) return false;
+  char exact[64];
+  std::snprintf(exact, sizeof exact, kNameFormat, process, file, time);
+  return std::strcmp(name, exact) == 0;
+}
+
+/// Whether this is the process's first replacement in the directory, as far as that is remembered.
+bool IsFirstIn(SystemCalls& calls, const std::string& directory) {
+  constexpr std::size_t kMostRemembered = 1000;
+  static std::mutex mutex;
+  static auto& known = *new std::set<std::tuple<std::string, dev_t, ino_t>>;
+  struct stat status;
+  if (calls.Status(directory.c_str(), &status) != 0) return false;
+  const std::lock_guard lock(mutex);
+  if (known.size() >= kMostRemembered) known.clear();
+  return known.emplace(directory, status.st_dev, status.st_ino).second;
+}
+
+/// Removes the temporary files of dead processes. What can't be removed harms nothing.
+void RemoveLeftovers(SystemCalls& calls, const std::string& directory) {
+  const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(directory.c_str()), ::closedir);
+  while (const dirent* const entry = entries ? ::readdir(entries.get()) : nullptr) {
+    if (!IsTemporaryName(entry->d_name)) continue;
+    const std::string path = directory + '/' + entry->d_name;
+    const Result<int> fd = OpenFile(calls, path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+    if (!fd.ok()) continue;
+    const FileDescriptor file(calls, fd.value);
+    if (calls.Lock(file.get(), LOCK_EX | LOCK_NB) != 0) continue;
+    static_cast<void>(calls.Unlink(path.c_str()));
+  }
+}
+
+Result<Temporary> MakeTemporary(SystemCalls& calls, const Replacement& replacement) {
+  constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW;
+  constexpr int kAttempts = 10;
+  const mode_t mode = replacement.old ? kWhileFilled : replacement.mode;
+  const bool made_up = replacement.temporary.empty();
+  const std::string directory = DirectoryOf(replacement.target);
+  if (made_up && IsFirstIn(calls, directory)) RemoveLeftovers(calls, directory);
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    Temporary temporary;
+    temporary.path = made_up ? TemporaryBeside(replacement.target) : replacement.temporary;
+    const Result<int> fd = OpenFile(calls, temporary.path, kFlags, mode);
+    if (!fd.ok()) return fd.error;
+    temporary.file = FileDescriptor(calls, fd.value);
+    if (!made_up) return temporary;
+    // Between making and locking, somebody may take the file for a leftover.
+    const bool taken = calls.Lock(fd.value, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    struct stat status;
+    if (!taken && calls.StatusOf(fd.value, &status) == 0 && status.st_nlink > 0) return temporary;
+    static_cast<void>(calls.Unlink(temporary.path.c_str()));
+  }
+  return ErrorFromErrno(EBUSY);
+}
+
 }  // namespace
 
 Error ReplaceFile(SystemCalls& calls, const Replacement& replacement,
                   const std::function<Error(int fd)>& write) {
-  const char* const temporary = replacement.temporary.c_str();
-  const mode_t mode = replacement.old ? kWhileFilled : replacement.mode;
-  const Result<int> fd =
-      OpenFile(calls, replacement.temporary, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, mode);
-  if (!fd.ok()) return fd.error;
   Error error;
   {
-    const FileDescriptor file(calls, fd.value);
-    error = FillFile(calls, replacement, file.get(), write);
-  }
-  if (error.ok() && replacement.only_new) {
-    error = RenameToNew(replacement.temporary, replacement.target);
-  } else if (error.ok() && calls.Rename(temporary, replacement.target.c_str()) != 0) {
-    error = ErrorFromErrno(errno);
-  }
-  if (!error.ok()) {
-    // The first error is the one to tell; a file that can't be removed harms nothing.
-    static_cast<void>(calls.Unlink(temporary));
-    return error;
+    const Result<Temporary> made = MakeTemporary(calls, replacement);
+    if (!made.ok()) return made.error;
+    const std::string& temporary = made.value.path;
+    error = FillFile(calls, replacement, made.value.file.get(), write);
+    if (error.ok() && replacement.only_new) {
+      error = RenameToNew(calls, temporary, replacement.target);
+    } else if (error.ok() && calls.Rename(temporary.c_str(), replacement.target.c_str()) != 0) {
+      error = ErrorFromErrno(errno);
+    }
+    if (!error.ok()) {
+      // The first error is the one to tell; a file that can't be removed harms nothing.
+      static_cast<void>(calls.Unlink(temporary.c_str()));
+      return error;
+    }
   }
   if (!replacement.sync_directory) return {};
   error = SyncDirectory(calls, DirectoryOf(replacement.target));
@@ -64,25 +149,14 @@ Error ReplaceFile(SystemCalls& calls, const Replacement& replacement,
   return error.code == EINVAL || error.code == EACCES ? Error{} : error;
 }
 
-Error RenameToNew(const std::string& from, const std::string& to) {
-#ifdef RENAME_NOREPLACE
-  if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return {};
+Error RenameToNew(SystemCalls& calls, const std::string& from, const std::string& to) {
+  if (calls.RenameToNew(from.c_str(), to.c_str()) == 0) return {};
   if (errno != EINVAL && errno != ENOSYS) return ErrorFromErrno(errno);
-#endif
   // The file system can't do it in one step.
   struct stat status;
   if (::lstat(to.c_str(), &status) == 0) return ErrorFromErrno(EEXIST);
-  return ::rename(from.c_str(), to.c_str()) == 0 ? Error{} : ErrorFromErrno(errno);
-}
-
-std::string TemporaryBeside(const std::string& target) {
-  static std::atomic<unsigned> counter = 0;
-  timespec now{};
-  ::clock_gettime(CLOCK_MONOTONIC, &now);  // differs from that of a dead process of the same id
-  char name[64];
-  std::snprintf(name, sizeof name, "/.dq%x-%x-%lx.tmp", static_cast<unsigned>(::getpid()),
-                counter.fetch_add(1), static_cast<unsigned long>(now.tv_nsec));
-  return DirectoryOf(target) + name;
+  if (errno != ENOENT) return ErrorFromErrno(errno);
+  return calls.Rename(from.c_str(), to.c_str()) == 0 ? Error{} : ErrorFromErrno(errno);
 }
 
 std::string DirectoryOf(const std::string& path) {

@@ -13,9 +13,11 @@ namespace dq::platform::posix {
 
 /// How `ReplaceFile` works.
 struct Replacement {
-  /// The file, which is no link, and the new one's name until it is complete. Both lie in one
-  /// directory, and there is no file of the temporary name.
+  /// The file, which is no link.
   std::string target;
+  /// The new one's name until it is complete, in the same directory. There is no file of that name,
+  /// nor does anyone else make one. If empty, `ReplaceFile` makes up a name, and removes what
+  /// processes that died meanwhile have left under such names in the directory.
   std::string temporary;
   /// That of the old file, whose owner and permissions the new one gets; none if there is none.
   std::optional<struct stat> old;
@@ -35,10 +37,7 @@ Error ReplaceFile(SystemCalls& calls, const Replacement& replacement,
                   const std::function<Error(int fd)>& write);
 
 /// Renames a file or directory; `kAlreadyExists` if `to` is there.
-Error RenameToNew(const std::string& from, const std::string& to);
-
-/// A name for a temporary file beside `target` that nobody else makes at this moment.
-std::string TemporaryBeside(const std::string& target);
+Error RenameToNew(SystemCalls& calls, const std::string& from, const std::string& to);
 
 /// The directory of a path, "." if it has none.
 std::string DirectoryOf(const std::string& path);

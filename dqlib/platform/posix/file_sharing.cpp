@@ -33,54 +33,80 @@ unsigned Random() {
   return static_cast<unsigned>(generator());
 }
 
-void Register(int fd, Role role, bool readable) {
+/// Whether the last call says that this file system has no locks, so that nothing can be denied.
+bool HasNoLocks() {
+  return errno == EINVAL || errno == ENOLCK || errno == ENOSYS || errno == ENOTSUP;
+}
+
+Error Register(SystemCalls& calls, int fd, Role role, bool readable) {
   struct flock lock = LockOf(role, readable ? F_RDLCK : F_WRLCK, 0, 1);
   const off_t first = readable ? 0 : static_cast<off_t>(Random() % kRange);
   for (off_t i = 0; i < kRange; ++i) {
     lock.l_start = LockOf(role, F_RDLCK, (first + i) % kRange, 1).l_start;
-    if (::fcntl(fd, F_OFD_SETLK, &lock) == 0) return;
-    // Without locks in this file system, nothing can be registered.
-    if (errno != EAGAIN && errno != EACCES && errno != EINTR) return;
-  }
-}
-
-bool OthersHave(int fd, Role role) {
-  struct flock lock = LockOf(role, F_WRLCK, 0, kRange);
-  return ::fcntl(fd, F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
-}
-
-void Unregister(int fd) {
-  struct flock lock = LockOf(Role::kReader, F_UNLCK, 0, kRange * 4);
-  static_cast<void>(::fcntl(fd, F_OFD_SETLK, &lock));  // giving up locks doesn't fail
-}
-
-bool Conflicts(int fd, const OpenOptions& options) {
-  if (OthersHave(fd, Role::kReadDenier)) return true;
-  if (options.write && OthersHave(fd, Role::kWriteDenier)) return true;
-  if ((options.deny_write || options.deny_read) && OthersHave(fd, Role::kWriter)) return true;
-  return options.deny_read && OthersHave(fd, Role::kReader);
-}
-
-}  // namespace
-
-Error ShareFile(int fd, const OpenOptions& options) {
-  // Everyone registers first and looks then. So of two that exclude each other one sees the other
-  // in any case; where both see each other, they try again at different times.
-  constexpr int kAttempts = 6;
-  for (int attempt = 0; attempt < kAttempts; ++attempt) {
-    if (attempt > 0) ::usleep(100 + Random() % 1000);
-    if (options.read) Register(fd, Role::kReader, options.read);
-    if (options.write) Register(fd, Role::kWriter, options.read);
-    if (options.deny_write) Register(fd, Role::kWriteDenier, options.read);
-    if (options.deny_read) Register(fd, Role::kReadDenier, options.read);
-    if (!Conflicts(fd, options)) return {};
-    Unregister(fd);
+    if (calls.LockRange(fd, F_OFD_SETLK, &lock) == 0 || HasNoLocks()) return {};
+    if (errno != EAGAIN && errno != EACCES && errno != EINTR) return ErrorFromErrno(errno);
   }
   return ErrorFromErrno(EBUSY);
 }
 
-Error CheckReadable(int fd) {
-  return OthersHave(fd, Role::kReadDenier) ? ErrorFromErrno(EBUSY) : Error{};
+/// `kBusy` if others have registered for that.
+Error CheckNoOthers(SystemCalls& calls, int fd, Role role) {
+  struct flock lock = LockOf(role, F_WRLCK, 0, kRange);
+  while (calls.LockRange(fd, F_OFD_GETLK, &lock) != 0) {
+    if (HasNoLocks()) return {};
+    if (errno != EINTR) return ErrorFromErrno(errno);
+  }
+  return lock.l_type == F_UNLCK ? Error{} : ErrorFromErrno(EBUSY);
+}
+
+void Unregister(SystemCalls& calls, int fd) {
+  struct flock lock = LockOf(Role::kReader, F_UNLCK, 0, kRange * 4);
+  static_cast<void>(calls.LockRange(fd, F_OFD_SETLK, &lock));  // giving up locks doesn't fail
+}
+
+/// Each role, and whether a file so opened takes it and excludes it.
+struct Claim {
+  Role role;
+  bool takes;
+  bool excludes;
+};
+
+Error TryToShare(SystemCalls& calls, int fd, const OpenOptions& options) {
+  const Claim claims[] = {
+      {Role::kReader, options.read, options.deny_read},
+      {Role::kWriter, options.write, options.deny_write || options.deny_read},
+      {Role::kWriteDenier, options.deny_write, options.write},
+      {Role::kReadDenier, options.deny_read, true},
+  };
+  Error error;
+  for (const Claim& claim : claims) {
+    if (error.ok() && claim.takes) error = Register(calls, fd, claim.role, options.read);
+  }
+  for (const Claim& claim : claims) {
+    if (error.ok() && claim.excludes) error = CheckNoOthers(calls, fd, claim.role);
+  }
+  return error;
+}
+
+}  // namespace
+
+Error ShareFile(SystemCalls& calls, int fd, const OpenOptions& options) {
+  // Everyone registers first and looks then. So of two that exclude each other one sees the other
+  // in any case; where both see each other, they try again at different times.
+  constexpr int kAttempts = 6;
+  Error error;
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    if (attempt > 0) ::usleep(100 + Random() % 1000);
+    error = TryToShare(calls, fd, options);
+    if (error.ok()) return {};
+    Unregister(calls, fd);
+    if (error.code != EBUSY) break;
+  }
+  return error;
+}
+
+Error CheckReadable(SystemCalls& calls, int fd) {
+  return CheckNoOthers(calls, fd, Role::kReadDenier);
 }
 
 }  // namespace dq::platform::posix

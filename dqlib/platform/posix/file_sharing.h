@@ -3,15 +3,16 @@
 #pragma once
 
 #include "dqlib/platform/files.h"
+#include "dqlib/platform/posix/system_calls.h"
 
 namespace dq::platform::posix {
 
 /// Registers an open ordinary file with what it is opened for and what it denies to others. `kBusy`
 /// if that and what others have registered exclude each other. Where the file system has no locks,
 /// nothing is denied.
-Error ShareFile(int fd, const OpenOptions& options);
+Error ShareFile(SystemCalls& calls, int fd, const OpenOptions& options);
 
 /// `kBusy` if someone denies reading. For a file that is read at once and closed.
-Error CheckReadable(int fd);
+Error CheckReadable(SystemCalls& calls, int fd);
 
 }  // namespace dq::platform::posix

@@ -128,6 +128,40 @@ struct OpenedFile {
   bool ordinary = false;
 };
 
+/// Opens a file and claims for it what the options say.
+///
+/// Claiming may wait for somebody who puts a new file in the place of this one. Then what is
+/// written to the file that is open now would be lost, and what is denied for it denied to nobody.
+Error OpenShared(SystemCalls& calls, const std::string& native, int flags,
+                 const OpenOptions& options, OpenedFile& opened) {
+  constexpr int kAttempts = 100;
+  const bool must_stay = options.write || options.deny_write || options.deny_read;
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    struct stat status;
+    struct stat now;
+    const Result<int> fd =
+        OpenAtOnce(calls, native, flags, options.user_only ? kUserOnly : kEveryone, status);
+    if (!fd.ok()) return fd.error;
+    FileDescriptor file(calls, fd.value);
+    if (options.write && IsReadOnly(status)) return ErrorFromErrno(EACCES);
+    opened.ordinary = S_ISREG(status.st_mode);
+    if (opened.ordinary) {
+      if (const Error error = ShareFile(calls, file.get(), options); !error.ok()) return error;
+    }
+    bool same = true;
+    if (opened.ordinary && must_stay) {
+      const bool found = calls.Status(native.c_str(), &now) == 0;
+      if (!found && errno != ENOENT) return LastError();
+      same = found && now.st_dev == status.st_dev && now.st_ino == status.st_ino;
+    }
+    if (same) {
+      opened.descriptor = std::move(file);
+      return {};
+    }
+  }
+  return ErrorFromErrno(EBUSY);
+}
+
 class PosixFiles : public Files {
  public:
   explicit PosixFiles(SystemCalls& calls) : calls_(calls) {}
@@ -192,18 +226,12 @@ Result<HANDLE> PosixFiles::Open(std::string_view path, const OpenOptions& option
   int flags = options.write ? (options.read ? O_RDWR : O_WRONLY) : O_RDONLY;
   if (options.create) flags |= O_CREAT;
   if (options.append) flags |= O_APPEND;
-  struct stat status;
-  const Result<int> fd =
-      OpenAtOnce(calls_, native.value, flags, options.user_only ? kUserOnly : kEveryone, status);
-  if (!fd.ok()) return fd.error;
   auto opened = std::make_shared<OpenedFile>();
-  opened->descriptor = FileDescriptor(calls_, fd.value);
-  opened->ordinary = S_ISREG(status.st_mode);
-  if (options.write && IsReadOnly(status)) return ErrorFromErrno(EACCES);
-  if (opened->ordinary) {
-    if (const Error error = ShareFile(fd.value, options); !error.ok()) return error;
-    // Not by the flag that opens, so that a file that someone else holds isn't emptied.
-    if (options.truncate && calls_.Truncate(fd.value, 0) != 0) return LastError();
+  const Error error = OpenShared(calls_, native.value, flags, options, *opened);
+  if (!error.ok()) return error;
+  // Not by the flag that opens, so that a file that someone else holds isn't emptied.
+  if (opened->ordinary && options.truncate && calls_.Truncate(opened->descriptor.get(), 0) != 0) {
+    return LastError();
   }
   const std::lock_guard lock(mutex_);
   files_.emplace(++last_handle_, std::move(opened));
@@ -288,7 +316,7 @@ Error PosixFiles::ReadAll(std::string_view path, std::string& bytes) {
     error = fd.error;
     if (fd.ok()) {
       const FileDescriptor file(calls_, fd.value);
-      if (S_ISREG(status.st_mode)) error = CheckReadable(fd.value);
+      if (S_ISREG(status.st_mode)) error = CheckReadable(calls_, fd.value);
       if (error.ok() && status.st_size > static_cast<off_t>(kMaxWholeFile)) {
         error = ErrorFromErrno(EFBIG);
       }
@@ -302,11 +330,10 @@ Error PosixFiles::ReadAll(std::string_view path, std::string& bytes) {
 Error PosixFiles::Replace(std::string_view path, std::string_view bytes, bool user_only) {
   const Result<std::string> native = NativePath(path);
   if (!native.ok()) return native.error;
-  const Result<std::string> target = FollowLinks(native.value);
+  const Result<std::string> target = FollowLinks(native.value, calls_);
   if (!target.ok()) return target.error;
   Replacement replacement;
   replacement.target = target.value;
-  replacement.temporary = TemporaryBeside(target.value);
   replacement.mode = user_only ? kUserOnly : kEveryone;
   struct stat old;
   if (calls_.Status(target.value.c_str(), &old) == 0) {
@@ -338,14 +365,15 @@ Error PosixFiles::SetAttributes(std::string_view path, DWORD attributes) {
   constexpr mode_t kAllWrite = S_IWUSR | S_IWGRP | S_IWOTH;
   const mode_t mode = status.st_mode & 07777;
   // Taking it back gives the right to write to the user alone: whether others had it is not known.
-  return ResultOf(::chmod(native.value.c_str(), read_only ? mode & ~kAllWrite : mode | S_IWUSR));
+  return ResultOf(
+      calls_.ChangeMode(native.value.c_str(), read_only ? mode & ~kAllWrite : mode | S_IWUSR));
 }
 
 Error PosixFiles::SetModified(std::string_view path, std::int64_t seconds) {
   const Result<std::string> native = NativePath(path);
   if (!native.ok()) return native.error;
   const timespec times[] = {{0, UTIME_OMIT}, {static_cast<time_t>(seconds), 0}};
-  return ResultOf(::utimensat(AT_FDCWD, native.value.c_str(), times, 0));
+  return ResultOf(calls_.SetTimes(native.value.c_str(), times));
 }
 
 Error PosixFiles::Delete(std::string_view path) {
@@ -366,7 +394,7 @@ Error PosixFiles::Rename(std::string_view from, std::string_view to) {
   struct stat status;
   if (::lstat(native_from.value.c_str(), &status) != 0) return LastError();
   if (native_from.value == native_to.value) return {};
-  const Error error = RenameToNew(native_from.value, native_to.value);
+  const Error error = RenameToNew(calls_, native_from.value, native_to.value);
   if (error.code != EXDEV || !S_ISREG(status.st_mode)) return error;
   // To another volume a file goes as a copy.
   if (const Error copied = Copy(from, to, false); !copied.ok()) return copied;
@@ -383,9 +411,9 @@ Error PosixFiles::Copy(std::string_view from, std::string_view to, bool overwrit
   if (!fd.ok()) return fd.error;
   const FileDescriptor file(calls_, fd.value);
   if (!S_ISREG(status.st_mode)) return ErrorFromErrno(EINVAL);
-  if (const Error error = CheckReadable(file.get()); !error.ok()) return error;
+  if (const Error error = CheckReadable(calls_, file.get()); !error.ok()) return error;
 
-  const Result<std::string> target = FollowLinks(native_to.value);
+  const Result<std::string> target = FollowLinks(native_to.value, calls_);
   if (!target.ok()) return target.error;
   struct stat old;
   if (calls_.Status(target.value.c_str(), &old) == 0) {
@@ -400,14 +428,13 @@ Error PosixFiles::Copy(std::string_view from, std::string_view to, bool overwrit
   // The copy has the time of its source, and its rights but those to run as someone else.
   Replacement replacement;
   replacement.target = target.value;
-  replacement.temporary = TemporaryBeside(target.value);
   replacement.mode = kUserOnly;
   replacement.only_new = !overwrite;
   return ReplaceFile(calls_, replacement, [&](int copy) {
     const Error copied = CopyBytes(calls_, file.get(), copy);
     if (!copied.ok()) return copied;
     const timespec times[] = {{0, UTIME_OMIT}, status.st_mtim};
-    if (::futimens(copy, times) != 0) return LastError();
+    if (calls_.SetTimes(copy, times) != 0) return LastError();
     return ResultOf(calls_.ChangeMode(copy, status.st_mode & 0777));
   });
 }
@@ -421,7 +448,7 @@ Error PosixFiles::MakeDirectory(std::string_view path) {
 Error PosixFiles::RemoveDirectory(std::string_view path) {
   const Result<std::string> native = NativePath(path);
   if (!native.ok()) return native.error;
-  return ResultOf(::rmdir(native.value.c_str()));
+  return ResultOf(calls_.RemoveDirectory(native.value.c_str()));
 }
 
 Result<std::vector<FoundFile>> PosixFiles::Find(std::string_view pattern) {

@@ -20,12 +20,16 @@ Result<std::string> NativePath(std::string_view path) {
   return native;
 }
 
-Result<std::string> FollowLinks(std::string path) {
+Result<std::string> FollowLinks(std::string path, SystemCalls& calls) {
   constexpr int kMaxLinks = 40;
   for (int links = 0; links < kMaxLinks; ++links) {
     char target[kMaxPath + 1];
-    const ssize_t size = ::readlink(path.c_str(), target, sizeof target);
-    if (size < 0) return path;  // no link; whatever else is wrong, using the path will tell
+    const ssize_t size = calls.ReadLink(path.c_str(), target, sizeof target);
+    if (size < 0 && errno == EINTR) continue;
+    // No link, or nothing there. A link that can't be read must not be taken for the file itself,
+    // which would be put in its place.
+    if (size < 0 && (errno == EINVAL || errno == ENOENT)) return path;
+    if (size < 0) return ErrorFromErrno(errno);
     const std::string_view link(target, static_cast<std::size_t>(size));
     if (link.starts_with('/')) {
       path = link;

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "dqlib/platform/error.h"
+#include "dqlib/platform/posix/system_calls.h"
 
 namespace dq::platform::posix {
 
@@ -17,6 +17,6 @@ inline constexpr std::size_t kMaxPath = 4095;
 Result<std::string> NativePath(std::string_view path);
 
 /// The file that a path names when links at its end are followed, whether it exists or not.
-Result<std::string> FollowLinks(std::string path);
+Result<std::string> FollowLinks(std::string path, SystemCalls& calls = RealSystemCalls());
 
 }  // namespace dq::platform::posix

@@ -4,6 +4,8 @@
 #pragma once
 
 #include <cstddef>
+#include <ctime>
+#include <fcntl.h>
 #include <span>
 #include <string>
 #include <string_view>
@@ -34,15 +36,26 @@ class SystemCalls {
   virtual int Sync(int fd);
   virtual int Truncate(int fd, off_t size);
   virtual int ChangeMode(int fd, mode_t mode);
+  virtual int ChangeMode(const char* path, mode_t mode);
+  virtual int ChangeOwner(int fd, uid_t user, gid_t group);
+  /// Locks of ranges of bytes: `F_OFD_SETLK` or `F_OFD_GETLK`.
+  virtual int LockRange(int fd, int command, struct flock* lock);
+  /// Times of the last access and the last change.
+  virtual int SetTimes(int fd, const timespec (&times)[2]);
+  virtual int SetTimes(const char* path, const timespec (&times)[2]);
   virtual int Lock(int fd, int operation);
   virtual int StatusOf(int fd, struct stat* status);
   virtual int Status(const char* path, struct stat* status);
   virtual int Rename(const char* from, const char* to);
   virtual int Link(const char* from, const char* to);
   virtual int Unlink(const char* path);
+  /// `EEXIST` if `to` is there, `ENOSYS` or `EINVAL` if that can't be done in one step.
+  virtual int RenameToNew(const char* from, const char* to);
+  virtual ssize_t ReadLink(const char* path, char* target, std::size_t size);
   virtual int MakeDirectory(const char* path, mode_t mode);
   virtual void* Map(std::size_t size, int protection, int fd);
   virtual int Unmap(void* address, std::size_t size);
+  virtual int RemoveDirectory(const char* path);
 };
 
 /// The system itself. Any thread.
