@@ -64,7 +64,6 @@ ssize_t SystemCalls::PositionedWrite(int fd, const void* data, std::size_t size,
 int SystemCalls::Sync(int fd) { return ::fsync(fd); }
 int SystemCalls::Truncate(int fd, off_t size) { return ::ftruncate(fd, size); }
 int SystemCalls::ChangeMode(int fd, mode_t mode) { return ::fchmod(fd, mode); }
-int SystemCalls::Lock(int fd, int operation) { return ::flock(fd, operation); }
 int SystemCalls::ChangeMode(const char* path, mode_t mode) { return ::chmod(path, mode); }
 int SystemCalls::ChangeOwner(int fd, uid_t user, gid_t group) { return ::fchown(fd, user, group); }
 int SystemCalls::LockRange(int fd, int command, struct flock* lock) {
@@ -74,11 +73,10 @@ int SystemCalls::SetTimes(int fd, const timespec (&times)[2]) { return ::futimen
 int SystemCalls::SetTimes(const char* path, const timespec (&times)[2]) {
   return ::utimensat(AT_FDCWD, path, times, 0);
 }
+int SystemCalls::Lock(int fd, int operation) { return ::flock(fd, operation); }
 int SystemCalls::StatusOf(int fd, struct stat* status) { return ::fstat(fd, status); }
 int SystemCalls::Status(const char* path, struct stat* status) { return ::stat(path, status); }
 int SystemCalls::Rename(const char* from, const char* to) { return ::rename(from, to); }
-int SystemCalls::Link(const char* from, const char* to) { return ::link(from, to); }
-int SystemCalls::Unlink(const char* path) { return ::unlink(path); }
 int SystemCalls::RenameToNew(const char* from, const char* to) {
 #ifdef RENAME_NOREPLACE
   return ::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE);
@@ -91,10 +89,12 @@ int SystemCalls::RenameToNew(const char* from, const char* to) {
 ssize_t SystemCalls::ReadLink(const char* path, char* target, std::size_t size) {
   return ::readlink(path, target, size);
 }
+int SystemCalls::Link(const char* from, const char* to) { return ::link(from, to); }
+int SystemCalls::Unlink(const char* path) { return ::unlink(path); }
 int SystemCalls::MakeDirectory(const char* path, mode_t mode) { return ::mkdir(path, mode); }
+int SystemCalls::RemoveDirectory(const char* path) { return ::rmdir(path); }
 void* SystemCalls::Map(std::size_t size, int protection, int fd) {
   return ::mmap(nullptr, size, protection, MAP_SHARED, fd, 0);
-int SystemCalls::RemoveDirectory(const char* path) { return ::rmdir(path); }
 }
 int SystemCalls::Unmap(void* address, std::size_t size) { return ::munmap(address, size); }
 

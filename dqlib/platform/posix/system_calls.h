@@ -47,15 +47,15 @@ class SystemCalls {
   virtual int StatusOf(int fd, struct stat* status);
   virtual int Status(const char* path, struct stat* status);
   virtual int Rename(const char* from, const char* to);
-  virtual int Link(const char* from, const char* to);
-  virtual int Unlink(const char* path);
   /// `EEXIST` if `to` is there, `ENOSYS` or `EINVAL` if that can't be done in one step.
   virtual int RenameToNew(const char* from, const char* to);
   virtual ssize_t ReadLink(const char* path, char* target, std::size_t size);
+  virtual int Link(const char* from, const char* to);
+  virtual int Unlink(const char* path);
   virtual int MakeDirectory(const char* path, mode_t mode);
+  virtual int RemoveDirectory(const char* path);
   virtual void* Map(std::size_t size, int protection, int fd);
   virtual int Unmap(void* address, std::size_t size);
-  virtual int RemoveDirectory(const char* path);
 };
 
 /// The system itself. Any thread.
