@@ -5,11 +5,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <mutex>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/base/resource_module.h"
+#include "tests/support/forked_process.h"
 #include "tests/support/forwarding_files.h"
 #include "tests/support/manual_clock.h"
 #include "tests/support/scripted_locale.h"
@@ -236,15 +235,9 @@ TEST_F(LogTest, TwoProcessesLoseNoLine) {
     CDQLog log(path_.c_str(), 0, false);
     for (int i = 0; i < kLines; ++i) log.LogMessage(text);
   };
-  const pid_t child = ::fork();
-  if (child == 0) {
-    write("child");
-    ::_exit(0);
-  }
+  test::ForkedProcess child([&] { write("child"); });
   write("parent");
-  int status = -1;
-  EXPECT_EQ(::waitpid(child, &status, 0), child);
-  EXPECT_EQ(status, 0);
+  EXPECT_TRUE(child.EndsWell());
   std::string text = directory_.Get("x.log");
   int lines[2] = {};
   for (bool found = true; found;) {
