@@ -264,7 +264,10 @@ int CDQFileUtility::WriteFile(const char* path, const char* text, int length, bo
     try {
       ReplaceContents(file, path, written);
     } catch (const CFileException&) {
-      if (!existed) Files().Delete(path);  // Nothing but the empty file just made.
+      // What was just made goes again, unless it is whole and only may not be on the disk yet.
+      std::string now;
+      const bool whole = Files().ReadAll(path, now).ok() && now == written;
+      if (!existed && !whole) Files().Delete(path);
       throw;
     }
   } else {
@@ -352,7 +355,10 @@ CString CDQFileUtility::RelativePathToAbsolute(const char* base, const char* pat
 
 bool CDQFileUtility::RegisterFileType(const char* typeId, const char* typeName,
                                       const char* extension) {
-  const CString program = platform::Current().modules->FileName(nullptr);
+  if (OrEmpty(typeId).empty()) return false;
+  CString program = platform::Current().modules->FileName(nullptr);
+  // There is no short form of a path that would do without.
+  if (program.Find(' ') >= 0) program = "\"" + program + "\"";
   const CString shell = CString(typeId) + "\\shell\\open\\";
   if (!SetFileTypeValue(typeId, typeName)) return false;
   if (!SetFileTypeValue(shell + "ddeexec", "[open(\"%1\")]")) return false;
@@ -360,7 +366,7 @@ bool CDQFileUtility::RegisterFileType(const char* typeId, const char* typeName,
   const std::string_view type = OrEmpty(extension);
   if (type.empty()) return true;
   if (type.front() != '.') return false;
-  if (FileTypeValue(type) == OrEmpty(typeId).data() && !OrEmpty(typeId).empty()) return true;
+  if (FileTypeValue(type) == typeId) return true;
   return SetFileTypeValue(type, typeId);
 }
 

@@ -104,7 +104,7 @@ class CDQFileUtility {
   static CString RelativePathToAbsolute(const char* base, const char* path);
 
   /// Enters a file type, so that the desktop opens files with the extension in this program. False
-  /// at the first write that fails; what was written before stays.
+  /// for a type without an id, and at the first write that fails; what was written before stays.
   static bool RegisterFileType(const char* typeId, const char* typeName, const char* extension);
 
   /// Deletes a directory, with all that is in it if `recursive`; read-only files too. A link to a
