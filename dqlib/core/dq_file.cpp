@@ -182,11 +182,18 @@ bool CDQFile::Write(double number) {
   return Write(static_cast<const char*>(text));
 }
 
-bool CDQFile::FileToString(CString& text) {
+bool CDQFile::FileToString(CString& text) try {
+  // What was written belongs to the file, though it may not be there yet.
+  if (m_pStream != nullptr && m_eMode == FILE_OPEN_WRITE) {
+    m_pStream->file.Seek(0, CFile::current);
+  }
   std::string bytes;
   const bool read = Files().ReadAll(m_strFilePath.View(), bytes).ok();
   text = read ? std::string_view(bytes) : std::string_view();
   return read;
+} catch (const CFileException&) {
+  text.Empty();
+  return false;
 }
 
 bool CDQFile::FastFileCopy(const char* target) {
