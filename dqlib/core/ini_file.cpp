@@ -1,5 +1,8 @@
 #include "dqlib/core/ini_file.h"
 
+#include <string>
+#include <vector>
+
 #include "dqlib/framework/windows/win_app.h"
 #include "dqlib/platform/platform.h"
 
@@ -11,6 +14,13 @@ constexpr char kLineFeedMark[] = "</N/>";
 constexpr int kLongestValue = 2047;
 
 platform::ProfileFiles& Profiles() { return *platform::Current().profile_files; }
+
+/// The names as the system gives them, each with a zero behind it and another one at the end.
+std::string BufferOf(const std::vector<std::string>& names) {
+  std::string buffer;
+  for (const std::string& name : names) buffer.append(name) += '\0';
+  return buffer += '\0';
+}
 
 }  // namespace
 
@@ -56,20 +66,16 @@ void CDQIniFile::DeleteSection(const char* section) {
 void CDQIniFile::DeleteKey(const char* section, const char* key) { WriteKey(section, key, 0); }
 
 void CDQIniFile::EnumSections(CStringList& sections) {
-  for (const std::string& name : Profiles().Sections(m_strIniFile.View())) {
-    sections.AddTail(name);
-  }
+  ParseIniBuffer(BufferOf(Profiles().Sections(m_strIniFile.View())).c_str(), sections);
 }
 
 void CDQIniFile::EnumKeys(const char* section, CStringList& keys) {
   if (section == nullptr) return;
-  for (const std::string& name : Profiles().Keys(m_strIniFile.View(), section)) {
-    keys.AddTail(name);
-  }
+  ParseIniBuffer(BufferOf(Profiles().Keys(m_strIniFile.View(), section)).c_str(), keys);
 }
 
 void CDQIniFile::ParseIniBuffer(const char* buffer, CStringList& names) {
-  while (*buffer != '\0') {
+  while (buffer != nullptr && *buffer != '\0') {
     const CString name(buffer);
     names.AddTail(name);
     buffer += name.GetLength() + 1;

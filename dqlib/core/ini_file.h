@@ -40,8 +40,8 @@ class CDQIniFile {
   void EnumSections(CStringList& sections);
   void EnumKeys(const char* section, CStringList& keys);
 
-  /// Adds the zero-ended names of a buffer that ends in two zeros at the tail of the list; empty
-  /// names are left out.
+  /// Adds the zero-ended names of a buffer that ends in two zeros at the tail of the list; an empty
+  /// name ends it too. Nothing for null.
   static void ParseIniBuffer(const char* buffer, CStringList& names);
 
  private:
