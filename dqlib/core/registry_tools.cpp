@@ -38,30 +38,34 @@ class ScopedKey {
   HKEY key_;
 };
 
-/// Moves values until none is left, or one is met that is too large. False if the store refuses.
-bool MoveValues(HKEY source, HKEY target) {
+/// Moves values until none is left, or one is met that is too large or refused, which stays.
+void MoveValues(HKEY source, HKEY target) {
   for (;;) {
     const auto value = Registry().EnumValue(source, 0);
-    if (!value.ok()) return value.error.kind == platform::ErrorKind::kNotFound;
+    if (!value.ok()) return;
     const auto& [name, type, data] = value.value;
-    if (data.size() > kDataBytes || name.size() >= kNameBytes) return true;
-    if (!Registry().SetValue(target, name, type, data).ok()) return false;
+    if (data.size() > kDataBytes || name.size() >= kNameBytes) return;
+    if (!Registry().SetValue(target, name, type, data).ok()) return;
     // A value that can't be deleted would be found again for ever.
-    if (!Registry().DeleteValue(source, name).ok()) return false;
+    if (!Registry().DeleteValue(source, name).ok()) return;
   }
 }
 
+/// False if the keys are nested too deep, which those are that a key is moved below itself.
 bool MoveKey(HKEY source, HKEY target, int depth) {
-  if (depth == kDeepest || !MoveValues(source, target)) return false;
+  if (depth == kDeepest) return false;
+  MoveValues(source, target);
   for (;;) {
     const auto name = Registry().EnumKey(source, 0);
-    if (!name.ok()) return name.error.kind == platform::ErrorKind::kNotFound;
+    if (!name.ok()) return true;
     {
       const ScopedKey to(Registry().CreateKey(target, name.value));
       const ScopedKey from(Registry().CreateKey(source, name.value));
-      if (!to.ok() || !from.ok() || !MoveKey(from.get(), to.get(), depth + 1)) return false;
+      if (!to.ok() || !from.ok()) return true;
+      if (!MoveKey(from.get(), to.get(), depth + 1)) return false;
     }
-    if (!Registry().DeleteKey(source, name.value).ok()) return false;
+    // With the values that stayed in it. A key that can't be deleted would be found again for ever.
+    if (!Registry().DeleteKey(source, name.value).ok()) return true;
   }
 }
 
