@@ -274,7 +274,7 @@ bool CStdioFile::ReadString(CString& line) {
 }
 
 void CStdioFile::WriteString(const char* text) {
-  Write(text, static_cast<UINT>(std::strlen(text)));
+  if (text != nullptr) Write(text, static_cast<UINT>(std::strlen(text)));
 }
 
 UINT CMemFile::Read(void* buffer, UINT count) {

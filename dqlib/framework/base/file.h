@@ -122,7 +122,7 @@ class CStdioFile : public CFile {
 
   /// The next line without its line end; false at the end of the file, with "".
   bool ReadString(CString& line);
-  /// Writes the text as it stands.
+  /// Writes the text as it stands; nothing for null.
   void WriteString(const char* text);
 
  private:
