@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "dqlib/framework/base/registry_key.h"
 #include "dqlib/framework/windows/win_app.h"
 #include "dqlib/platform/ascii.h"
 #include "dqlib/platform/platform.h"
@@ -23,28 +24,13 @@ constexpr int kDeepest = 512;
 
 platform::Registry& Registry() { return *platform::Current().registry; }
 
-/// An open key for a scope.
-class ScopedKey {
- public:
-  explicit ScopedKey(const platform::Result<HKEY>& opened) : key_(opened.value) {}
-  ScopedKey(const ScopedKey&) = delete;
-  ScopedKey& operator=(const ScopedKey&) = delete;
-  ~ScopedKey() { Registry().CloseKey(key_); }
-
-  HKEY get() const { return key_; }
-  bool ok() const { return key_ != kNoKey; }
-
- private:
-  HKEY key_;
-};
-
 /// Moves values until none is left, or one is met that is too large or refused, which stays.
 void MoveValues(HKEY source, HKEY target) {
   for (;;) {
     const auto value = Registry().EnumValue(source, 0);
     if (!value.ok()) return;
+    if (IsTooLargeToMove(value.value)) return;
     const auto& [name, type, data] = value.value;
-    if (data.size() > kDataBytes || name.size() >= kNameBytes) return;
     if (!Registry().SetValue(target, name, type, data).ok()) return;
     // A value that can't be deleted would be found again for ever.
     if (!Registry().DeleteValue(source, name).ok()) return;
@@ -59,8 +45,8 @@ bool MoveKey(HKEY source, HKEY target, int depth) {
     const auto name = Registry().EnumKey(source, 0);
     if (!name.ok()) return true;
     {
-      const ScopedKey to(Registry().CreateKey(target, name.value));
-      const ScopedKey from(Registry().CreateKey(source, name.value));
+      const RegistryKey to(Registry().CreateKey(target, name.value));
+      const RegistryKey from(Registry().CreateKey(source, name.value));
       if (!to.ok() || !from.ok()) return true;
       if (!MoveKey(from.get(), to.get(), depth + 1)) return false;
     }
@@ -91,9 +77,9 @@ bool LeadsThrough(std::string_view below, std::string_view above) {
 BOOL Rename(HKEY root, const std::string& old_name, const std::string& new_name) {
   BOOL moved = 0;
   {
-    const ScopedKey from(Registry().OpenKey(root, old_name));
+    const RegistryKey from(Registry().OpenKey(root, old_name));
     if (!from.ok()) return 0;
-    const ScopedKey to(Registry().CreateKey(root, new_name));
+    const RegistryKey to(Registry().CreateKey(root, new_name));
     if (!to.ok()) return 0;
     moved = DQLIB_CopyRegistryKey(from.get(), to.get());
   }
@@ -113,7 +99,7 @@ CString AppRegistryRoot() {
 
 CString DQLIB_AppFindValueInRegistry(HKEY root, const char* path, const char* name) {
   if (path == nullptr || name == nullptr) return {};
-  const ScopedKey key(Registry().OpenKey(root, path));
+  const RegistryKey key(Registry().OpenKey(root, path));
   if (!key.ok()) return {};
   std::array<char, kLongestText + 1> data{};
   const auto read = Registry().ReadValue(key.get(), name, std::span(data).first(kLongestText));
@@ -123,7 +109,7 @@ CString DQLIB_AppFindValueInRegistry(HKEY root, const char* path, const char* na
 void DQLIB_AppWriteValueInRegistry(HKEY root, const char* path, const char* name, const char* text,
                                    int length) {
   if (path == nullptr || name == nullptr || text == nullptr || length < 0) return;
-  const ScopedKey key(Registry().CreateKey(root, path));
+  const RegistryKey key(Registry().CreateKey(root, path));
   if (!key.ok()) return;
   // Failures are not reported: callers write state that is nice to have.
   Registry().SetValue(key.get(), name, REGISTRY_STRING, {text, static_cast<std::size_t>(length)});
@@ -146,6 +132,10 @@ BOOL DQLIB_RenameRegistryItem(HKEY root, const char* old_name, const char* new_n
   if (!platform::EqualIgnoringCase(from, to)) return Rename(root, from, to);
   const std::string temporary = to + std::to_string(platform::Current().clock->SecondsSince1970());
   return Rename(root, from, temporary) && Rename(root, temporary, to);
+}
+
+bool IsTooLargeToMove(const platform::RegistryValue& value) {
+  return value.data.size() > kDataBytes || value.name.size() >= kNameBytes;
 }
 
 }  // namespace dq

@@ -36,4 +36,7 @@ BOOL DQLIB_CopyRegistryKey(HKEY source, HKEY target);
 /// key that isn't there, an empty path, and paths of which one leads through the other.
 BOOL DQLIB_RenameRegistryItem(HKEY root, const char* old_name, const char* new_name);
 
+/// Whether a value is one that the moves above leave or lose.
+bool IsTooLargeToMove(const platform::RegistryValue& value);
+
 }  // namespace dq

@@ -1,6 +1,8 @@
 #include "dqlib/frame/application_info.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <string>
 
 #include "dqlib/frame/library.h"
 #include "dqlib/frame/switch_resource_handle.h"
@@ -78,12 +80,19 @@ CString CDQApplicationInfo::GetExecutableDirectory() {
 }
 
 bool CDQApplicationInfo::RunningFromNetwork() {
-  // A path of the platform's own form has no drive to ask for: the path itself says where it lies.
+  platform::Files& files = *platform::Current().files;
   const CString path = GetExecutablePath();
-  const bool has_drives = platform::FormOf(path.View()) == platform::PathForm::kWindows;
-  const std::string drive =
-      has_drives ? platform::SplitPath(path.View()).drive : std::string(path.View());
-  const UINT kind = platform::Current().files->KindOfDrive(drive);
+  UINT kind = DRIVE_KIND_NO_ROOT;
+  if (platform::FormOf(path.View()) == platform::PathForm::kWindows) {
+    kind = files.KindOfDrive(platform::SplitPath(path.View()).drive);
+  } else {
+    // A path of the platform's own form has no drive to ask for: where it lies is told by itself,
+    // or by the nearest directory above that is there.
+    std::string place = files.FullPath(path.View()).value;
+    while ((kind = files.KindOfDrive(place)) == DRIVE_KIND_NO_ROOT && place.size() > 1) {
+      place.resize(std::max<std::size_t>(platform::FindLastSeparator(place), 1));
+    }
+  }
   return kind == DRIVE_KIND_REMOTE || kind == DRIVE_KIND_UNKNOWN || kind == DRIVE_KIND_NO_ROOT;
 }
 

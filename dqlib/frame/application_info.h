@@ -36,7 +36,8 @@ class CDQApplicationInfo : public CDQVersionInfo {
   /// Its directory, without a separator at the end; "" if the path has none.
   CString GetExecutableDirectory();
 
-  /// True if the executable's drive is remote, unknown or has no root. Asked anew each time.
+  /// True if the executable's drive is remote, unknown or has no root, as it is for a network path;
+  /// for a path without drives, if the volume it lies on is. Asked anew each time.
   bool RunningFromNetwork();
 
   /// The name of the options file, without a directory: the options server knows where. From the

@@ -286,7 +286,7 @@ UINT CMemFile::Read(void* buffer, UINT count) {
 }
 
 void CMemFile::Resize(std::int64_t length) {
-  if (static_cast<std::uint64_t>(length) > m_bytes.max_size()) {
+  if (length > kLongest) {
     throw CFileException(CFileException::diskFull);
   }
   try {

@@ -135,9 +135,13 @@ class CStdioFile : public CFile {
   std::string m_written;
 };
 
-/// A file in memory. One that grows past what memory can hold throws `diskFull`.
+/// A file in memory, of at most `kLongest` bytes. One that grows past that, or what memory can
+/// hold, throws `diskFull`.
 class CMemFile : public CFile {
   DECLARE_DYNAMIC(CMemFile)
+  /// Lengths in archives and profiles are of 32 bits.
+  static constexpr std::int64_t kLongest = 0x7FFFFFFF;
+
   CMemFile() = default;
 
   bool IsOpen() const override { return true; }

@@ -5,7 +5,10 @@
 #include <cstring>
 #include <memory>
 #include <optional>
+#include <string>
+#include <utility>
 
+#include "dqlib/framework/base/registry_key.h"
 #include "dqlib/framework/base/text.h"
 #include "dqlib/platform/paths.h"
 #include "dqlib/platform/platform.h"
@@ -23,41 +26,21 @@ platform::ProfileFiles& Profiles() { return *platform::Current().profile_files; 
 
 /// A value of the current user's registry, if it is there and of that type.
 std::optional<std::string> ReadValue(const CString& path, const char* entry, DWORD type) {
-  const auto key = Registry().OpenKey(kCurrentUser, path.View());
+  const RegistryKey key(Registry().OpenKey(kCurrentUser, path.View()));
   if (!key.ok()) return std::nullopt;
-  std::string data;
-  auto read = Registry().ReadValue(key.value, OrEmpty(entry), {});
-  // Another process may make the value larger between the two calls.
-  while (read.error.kind == platform::ErrorKind::kBufferTooSmall) {
-    data.resize(read.value.size);
-    read = Registry().ReadValue(key.value, OrEmpty(entry), data);
-  }
-  Registry().CloseKey(key.value);
-  if (!read.ok() || read.value.type != type) return std::nullopt;
-  data.resize(read.value.size);
-  return data;
+  auto value = ReadRegistryValue(key.get(), OrEmpty(entry));
+  if (!value.ok() || value.value.type != type) return std::nullopt;
+  return std::move(value.value.data);
 }
 
 BOOL WriteValue(const CString& path, const char* entry, DWORD type, std::string_view data) {
-  const auto key = Registry().CreateKey(kCurrentUser, path.View());
-  if (!key.ok()) return 0;
-  const bool set = Registry().SetValue(key.value, OrEmpty(entry), type, data).ok();
-  Registry().CloseKey(key.value);
-  return set ? 1 : 0;
+  const RegistryKey key(Registry().CreateKey(kCurrentUser, path.View()));
+  return key.ok() && Registry().SetValue(key.get(), OrEmpty(entry), type, data).ok();
 }
 
-/// Deletes a key with all below it. One that isn't there is no failure.
-platform::Error DeleteTree(const CString& path) {
-  const auto key = Registry().OpenKey(kCurrentUser, path.View());
-  if (key.error.kind == platform::ErrorKind::kNotFound) return {};
-  platform::Error error = key.error;
-  while (error.ok()) {
-    const auto name = Registry().EnumKey(key.value, 0);
-    if (!name.ok()) break;
-    error = DeleteTree(path + "\\" + CString(name.value));
-  }
-  Registry().CloseKey(key.value);
-  return error.ok() ? Registry().DeleteKey(kCurrentUser, path.View()) : error;
+/// What isn't there needn't be deleted.
+BOOL WasDeleted(const platform::Error& error) {
+  return error.ok() || error.kind == platform::ErrorKind::kNotFound;
 }
 
 /// Bytes as a profile file keeps them: two letters each, the lower half first.
@@ -153,15 +136,15 @@ BOOL CWinApp::WriteProfileString(const char* section, const char* entry, const c
                value == nullptr ? Text() : Text(value))
         .ok();
   }
-  if (entry == nullptr) return DeleteTree(ProfileKey(section)).ok();
+  if (entry == nullptr) {
+    return WasDeleted(DeleteRegistryTree(kCurrentUser, std::string(ProfileKey(section).View())));
+  }
   if (value != nullptr) {
     const std::string_view with_zero(value, std::strlen(value) + 1);
     return WriteValue(ProfileKey(section), entry, REGISTRY_STRING, with_zero);
   }
-  const auto key = Registry().OpenKey(kCurrentUser, ProfileKey(section).View());
-  const platform::Error error = key.ok() ? Registry().DeleteValue(key.value, entry) : key.error;
-  Registry().CloseKey(key.value);
-  return error.ok() || error.kind == platform::ErrorKind::kNotFound;
+  const RegistryKey key(Registry().OpenKey(kCurrentUser, ProfileKey(section).View()));
+  return WasDeleted(key.ok() ? Registry().DeleteValue(key.get(), entry) : key.error());
 }
 
 BOOL CWinApp::GetProfileBinary(const char* section, const char* entry, BYTE** data, UINT* size) {

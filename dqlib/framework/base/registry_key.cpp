@@ -1,0 +1,43 @@
+#include "dqlib/framework/base/registry_key.h"
+
+#include "dqlib/platform/platform.h"
+
+namespace dq {
+namespace {
+
+platform::Registry& Registry() { return *platform::Current().registry; }
+
+}  // namespace
+
+RegistryKey::~RegistryKey() { Registry().CloseKey(opened_.value); }
+
+platform::Result<platform::RegistryValue> ReadRegistryValue(HKEY key, std::string_view name) {
+  platform::RegistryValue value;
+  value.name = name;
+  auto read = Registry().ReadValue(key, name, {});
+  // Another process may make the value larger between the two calls.
+  while (read.error.kind == platform::ErrorKind::kBufferTooSmall) {
+    value.data.resize(read.value.size);
+    read = Registry().ReadValue(key, name, value.data);
+  }
+  if (!read.ok()) return read.error;
+  value.type = read.value.type;
+  value.data.resize(read.value.size);
+  return value;
+}
+
+platform::Error DeleteRegistryTree(HKEY root, const std::string& path) {
+  platform::Error error;
+  {
+    const RegistryKey key(Registry().OpenKey(root, path));
+    error = key.error();
+    while (error.ok()) {
+      const auto name = Registry().EnumKey(key.get(), 0);
+      if (!name.ok()) break;
+      error = DeleteRegistryTree(key.get(), name.value);
+    }
+  }
+  return error.ok() ? Registry().DeleteKey(root, path) : error;
+}
+
+}  // namespace dq
