@@ -1,0 +1,416 @@
+#include "dqlib/core/file_utility.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "dqlib/core/system_info.h"
+#include "dqlib/framework/base/random.h"
+#include "tests/support/forwarding_files.h"
+#include "tests/support/manual_clock.h"
+#include "tests/support/own_settings.h"
+#include "tests/support/registry_dump.h"
+#include "tests/support/scripted_platform.h"
+#include "tests/support/scripted_prompts.h"
+
+namespace dq {
+namespace {
+
+namespace fs = std::filesystem;
+using Utility = CDQFileUtility;
+using test::TempDirectory;
+using testing::ScriptedPrompts;
+using testing::ShownBox;
+
+std::string Joined(const CStringList& list) {
+  std::string joined;
+  for (POSITION position = list.GetHeadPosition(); position != nullptr;) {
+    joined += list.GetNext(position).View();
+    joined += '|';
+  }
+  return joined;
+}
+
+/// Services of which one is the test's.
+template <typename Service>
+platform::Platform With(Service* platform::Platform::*member, Service* service) {
+  platform::Platform services = platform::Current();
+  services.*member = service;
+  return services;
+}
+
+TEST(FileUtility, PathsAreCutAndJoinedInBothForms) {
+  for (const auto& [path, drive, directory, name, extension] :
+       {std::tuple{"c:\\data\\a.b.sql", "c:", "\\data\\", "a.b", ".sql"},
+        {"\\\\server\\share\\x", "", "\\\\server\\share\\", "x", ""},
+        {"/data/x/.profile", "", "/data/x/", "", ".profile"},
+        {"c:x/y\\z", "c:", "x/y\\", "z", ""}}) {
+    const Utility parts(path);
+    EXPECT_STREQ(parts.GetDrive(), drive);
+    EXPECT_STREQ(parts.GetDirectory(), directory);
+    EXPECT_STREQ(parts.GetFileName(), name);
+    EXPECT_STREQ(parts.GetExtension(), extension);
+    EXPECT_STREQ(parts.GetFullPath(), path);
+    EXPECT_STREQ(Utility::MakePath(drive, directory, name, extension), path);
+  }
+  EXPECT_STREQ(Utility::MakePath("c", "data", "x", "sql"), "c:data\\x.sql");
+  EXPECT_STREQ(Utility::MakePath(nullptr, "/data", "x", "sql"), "/data/x.sql");
+}
+
+TEST(FileUtility, RelativePathsAndBack) {
+  struct Row {
+    const char* base;
+    const char* path;
+    const char* relative;
+    const char* absolute;
+  };
+  for (const Row& row : {
+           Row{"c:\\data\\app", "C:\\Data\\App\\sql\\a.sql", ".\\sql\\a.sql",
+               "c:\\data\\app\\sql\\a.sql"},
+           Row{"c:\\data\\app", "C:\\other\\a.sql", "..\\other\\a.sql", "c:\\other\\a.sql"},
+           Row{"c:\\data\\app", "C:other", "..\\other", "c:\\other"},
+           Row{"C:\\Data\\App", "D:\\X", "d:\\x", "d:\\x"},
+           Row{"c:\\data\\app", "c:\\data\\application\\x", ".lication\\x",
+               "c:\\data\\application\\x"},
+           Row{"c:\\data\\app", "", "", ""},
+           Row{"", "C:\\X", "c:\\x", "c:\\x"},
+           // Without a drive there is none that a path could contain.
+           Row{"\\\\Server\\Share", "D:\\X", "d:\\x", "d:\\x"},
+           Row{"\\\\Server\\Share", "\\\\SERVER\\share\\X", ".\\x", "\\\\server\\share\\x"},
+           Row{"/data/App", "/data/App/Sql/A.sql", "./Sql/A.sql", "/data/App/Sql/A.sql"},
+           Row{"/data/App", "/data/app/x", "/data/app/x", "/data/app/x"},
+           Row{"/data/App", "D:\\X", "d:\\x", "d:\\x"},
+       }) {
+    EXPECT_STREQ(Utility::AbsolutePathToRelative(row.base, row.path), row.relative) << row.path;
+    EXPECT_STREQ(Utility::RelativePathToAbsolute(row.base, row.relative), row.absolute) << row.path;
+  }
+  EXPECT_STREQ(Utility::RelativePathToAbsolute("C:\\Data", ".\\Sub\\A"), "c:\\data\\sub\\a");
+  EXPECT_STREQ(Utility::RelativePathToAbsolute("/Data", ".\\Sub"), "/Data\\Sub");
+  EXPECT_STREQ(Utility::AbsolutePathToRelative(nullptr, nullptr), "");
+}
+
+TEST(FileUtility, UniversalNamesAreAdministrativeSharesOfDrives) {
+  struct Shares : test::ForwardingFiles {
+    platform::Result<std::string> UniversalName(std::string_view path) override {
+      if (path.starts_with("z:")) return "\\\\files\\all" + std::string(path.substr(2));
+      return platform::Error{platform::ErrorKind::kUnsupported, 0};
+    }
+  } files;
+  const platform::ScopedPlatform scope(With<platform::Files>(&platform::Platform::files, &files));
+  const CString machine = CDQSystemInfo::GetComputerName();
+  EXPECT_EQ(machine.Left(2), "\\\\");
+  for (const auto& [path, expected] :
+       {std::pair<const char*, CString>{"c:\\a:b", machine + "\\c$\\a:b"},
+        {"z:\\x", "\\\\files\\all\\x"},
+        {"\\\\server\\share\\x", "\\\\server\\share\\x"},
+        {"/home/a:b", "/home/a:b"},
+        {"x", "x"},
+        {"", ""},
+        {nullptr, ""}}) {
+    EXPECT_EQ(Utility::GetUniversalName(path), expected);
+  }
+}
+
+TEST(FileUtility, NamesOfTemporaryFilesDontCollide) {
+  const TempDirectory directory;
+  const CString made = Utility::CreateTempFile("prefix", directory.path().c_str());
+  EXPECT_EQ(Utility(made).GetFileName().Left(3), "pre");
+  EXPECT_TRUE(DQLIB_FileExists(made));
+  EXPECT_EQ(Utility::CreateTempFile("x", (directory / "none").c_str()), "");
+  EXPECT_EQ(
+      Utility(Utility::CreateTempFile(nullptr, directory.path().c_str())).GetFileName().Left(3),
+      "TMP");
+
+  testing::ManualClock clock;
+  clock.seconds = 77;
+  const platform::ScopedPlatform scope(With<platform::Clock>(&platform::Platform::clock, &clock));
+  SeedRandom(77);
+  const int number = NextRandom();
+  for (int taken = 0; taken < 3; ++taken) {
+    char name[32];
+    std::snprintf(name, sizeof name, "TMP%X.sql", static_cast<unsigned>(number + taken));
+    const CString path = Utility::CreateTempFile("", directory.path().c_str(), "sql");
+    EXPECT_EQ(path.View(), directory / name) << "in one second";
+    EXPECT_FALSE(DQLIB_FileExists(path)) << "only the name is made";
+    Utility::CreateFile(path);
+  }
+  EXPECT_STREQ(Utility::CreateTempFile("p", "c:\\t", "x").Left(6), "c:\\t\\p");
+}
+
+TEST(FileUtility, DirectoriesAreMadeFromTheOutside) {
+  const TempDirectory directory;
+  const std::string path = directory / "a//b/c/";
+  const std::string question =
+      "The directory " + directory / "a//b/c" + " does not exist.  Do you want to create it?";
+  {
+    ScriptedPrompts prompts{BUTTON_NO, BUTTON_YES};
+    CStringArray created;
+    EXPECT_FALSE(Utility::CreateDirectory(path.c_str(), true, &created));
+    EXPECT_EQ(created.GetSize(), 0);
+    EXPECT_TRUE(Utility::CreateDirectory(path.c_str(), true, &created));
+    ASSERT_EQ(created.GetSize(), 3);
+    EXPECT_EQ(created[0].View(), directory / "a");
+    EXPECT_EQ(created[2].View(), directory / "a/b/c");
+    EXPECT_TRUE(Utility::CreateDirectory(path.c_str(), true, &created));
+    EXPECT_EQ(created.GetSize(), 3);
+    EXPECT_EQ(prompts.shown,
+              (std::vector<ShownBox>{{question, BOX_YES_NO}, {question, BOX_YES_NO}}));
+  }
+  for (const char* nothing : {"c:", "c:\\", "/"}) {
+    EXPECT_TRUE(Utility::CreateDirectory(nothing, true)) << nothing;
+  }
+  EXPECT_TRUE(Utility::CreateDirectory(("/" + directory / "d/e").c_str(), false)) << "no share";
+  const std::string file = directory.Put("file", "");
+  for (const auto& [wanted, level] :
+       {std::pair{file + "/x/y", file},
+        {std::string("c:\\x\\y"), std::string("c:\\x")},
+        {std::string("\\\\srv\\share\\x\\y"), std::string("\\\\srv\\share\\x")}}) {
+    ScriptedPrompts prompts;
+    EXPECT_FALSE(Utility::CreateDirectory(wanted.c_str(), false));
+    ASSERT_EQ(prompts.shown.size(), 1u);
+    EXPECT_EQ(prompts.shown[0].text, "The directory " + level + " could not be created.");
+  }
+}
+
+TEST(FileUtility, WritesReplaceOrAppendAndReportTheTextsLength) {
+  const TempDirectory directory;
+  const std::string path = directory / "f";
+  struct Row {
+    const char* text;
+    int length;
+    bool replace;
+    bool add_line_end;
+    int result;
+    std::string contents;
+  };
+  using namespace std::string_literals;
+  for (const Row& row : std::vector<Row>{{"one", -1, false, true, 3, "one\r\n"},
+                                         {"two", 2, false, false, 2, "one\r\ntw"},
+                                         {"", -1, true, true, 0, "\r\n"},
+                                         {"a\0b", 3, true, false, 3, "a\0b"s},
+                                         {nullptr, 9, true, false, 0, ""}}) {
+    EXPECT_EQ(Utility::WriteFile(path.c_str(), row.text, row.length, row.replace, row.add_line_end),
+              row.result);
+    EXPECT_EQ(directory.Get("f"), row.contents);
+  }
+  CString text = "all";
+  EXPECT_EQ(Utility::WriteFile(path.c_str(), text), 3);
+  EXPECT_EQ(Utility::GetFileSize(path.c_str()), 3);
+  EXPECT_EQ(Utility::WriteFile("/dev/null", text), 3);
+  EXPECT_FALSE(fs::is_regular_file("/dev/null"));
+  EXPECT_TRUE(Utility::ReadFile(text, path.c_str()));
+  EXPECT_EQ(text, "all");
+  EXPECT_FALSE(Utility::ReadFile(text, directory.path().c_str()));
+  EXPECT_EQ(text, "");
+  EXPECT_EQ(Utility::GetFileSize((directory / "none").c_str()), 0);
+  EXPECT_EQ(Utility::GetFileSize(nullptr), 0);
+}
+
+TEST(FileUtility, ADiskThatFillsUpLeavesTheFormerContents) {
+  struct FullDisk : test::ForwardingFiles {
+    platform::Error Replace(std::string_view path, std::string_view bytes, bool only) override {
+      if (in_place) ForwardingFiles::Replace(path, bytes, only);
+      return error;
+    }
+    platform::Error error{platform::ErrorKind::kNoSpace, ENOSPC};
+    bool in_place = false;
+  } files;
+  const platform::ScopedPlatform scope(With<platform::Files>(&platform::Platform::files, &files));
+  const TempDirectory directory;
+  const std::string path = directory.Put("f", "old");
+  EXPECT_EQ(Utility::WriteFile(path.c_str(), "new", -1, true, false), 0);
+  EXPECT_EQ(directory.Get("f"), "old");
+  EXPECT_EQ(Utility::WriteFile((directory / "g").c_str(), "new", -1, true, false), 0);
+  EXPECT_EQ(directory.Count(), 1u);
+  files.in_place = true;
+  EXPECT_EQ(Utility::WriteFile((directory / "g").c_str(), "new", -1, true, false), 0);
+  EXPECT_EQ(directory.Get("g"), "new") << "the file is whole but its directory can't be synced";
+  files.in_place = false;
+  files.error = {platform::ErrorKind::kAccessDenied, EACCES};
+  EXPECT_EQ(Utility::WriteFile(path.c_str(), "in", -1, true, false), 2);
+  EXPECT_EQ(directory.Get("f"), "in") << "in a directory that takes no new file";
+}
+
+TEST(FileUtility, FailedOpensAreToldWithTheirCause) {
+  const TempDirectory directory;
+  const std::string missing = directory / "no/f";
+  const std::string file = directory.Put("f", "x");
+  CFile held(file.c_str(), CFile::modeWrite | CFile::shareExclusive);
+  ScriptedPrompts prompts;
+  EXPECT_EQ(Utility::WriteFile(missing.c_str(), "x", -1, true, false), 0);
+  EXPECT_FALSE(Utility::EmptyFile(file.c_str()));
+  EXPECT_EQ(Utility::OpenFile(file.c_str(), CFile::modeRead, true), nullptr);
+  EXPECT_EQ(Utility::OpenFile(file.c_str(), CFile::modeRead, false), nullptr);
+  const std::vector<ShownBox> expected = {
+      {missing + "\nThe path or the file name is not valid.\n", 0},
+      {file + " can not be written.  It is protected or in use.\n", 0},
+      {file + " can not be read.  It is protected or in use.", 0}};
+  ASSERT_EQ(prompts.shown.size(), 3u);
+  for (std::size_t i = 0; i < 3; ++i) EXPECT_EQ(prompts.shown[i].text, expected[i].text);
+  EXPECT_EQ(directory.Get("f"), "x");
+
+  const CArchiveException other;
+  EXPECT_EQ(Utility::GetExceptionErrorMessage("p", &other, true, 61697),
+            "Failed to open document.");
+  EXPECT_EQ(Utility::GetExceptionErrorMessage("p", nullptr, true, 61696), "Invalid filename.");
+  held.Close();
+  EXPECT_TRUE(Utility::EmptyFile(file.c_str()));
+  EXPECT_EQ(directory.Get("f"), "");
+  EXPECT_NE(Utility::OpenFile(file.c_str(), CFile::modeRead, true), nullptr);
+}
+
+TEST(FileUtility, ListsHaveTheEntriesWithAnyOfTheAttributes) {
+  const TempDirectory directory;
+  for (const char* name : {"a.SQL", "b", ".hidden"}) directory.Put(name, "");
+  fs::create_directory(directory / "dir");
+  fs::permissions(directory / "b", fs::perms::owner_read);
+  struct Row {
+    const char* pattern;
+    DWORD attributes;
+    bool found;
+    const char* names;
+  };
+  for (const Row& row :
+       {Row{"/*.*", FILE_ARCHIVE, true, ".hidden|a.SQL|b|"},
+        Row{"\\*", FILE_DIRECTORY, true, "dir|"}, Row{"/*.sql", FILE_ARCHIVE, true, "a.SQL|"},
+        Row{"/*.*", FILE_READ_ONLY | FILE_HIDDEN, true, ".hidden|b|"},
+        Row{"/a*", FILE_DIRECTORY, true, ""}, Row{"/x*", FILE_ARCHIVE, false, ""}}) {
+    CStringList list;
+    EXPECT_EQ(Utility::ListFiles((directory.path() + row.pattern).c_str(), list, row.attributes),
+              row.found);
+    EXPECT_EQ(Joined(list), row.names) << row.pattern;
+  }
+  CStringList list;
+  EXPECT_FALSE(Utility::ListFiles("", list, FILE_ARCHIVE));
+  EXPECT_FALSE(Utility::ListFiles(nullptr, list, FILE_ARCHIVE));
+}
+
+TEST(FileUtility, DeletingTakesReadOnlyFilesAndLeavesWhatLinksLeadTo) {
+  const TempDirectory directory;
+  const std::string tree = directory / "tree";
+  fs::create_directories(tree + "/sub/deep");
+  directory.Put("tree/sub/deep/.hidden", "");
+  directory.Put("tree/read_only", "");
+  directory.Put("kept", "k");
+  fs::permissions(tree + "/read_only", fs::perms::owner_read);
+  fs::permissions(directory / "kept", fs::perms::owner_read);
+  fs::create_directory(directory / "outside");
+  directory.Put("outside/file", "o");
+  fs::create_directory_symlink(directory / "outside", tree + "/link");
+  fs::create_symlink(directory / "kept", tree + "/file_link");
+  fs::create_directories(directory / "hostile/..\\outside");
+  directory.Put("hostile/..\\outside\\file", "");
+  EXPECT_FALSE(Utility::DeleteDirectory((directory / "hostile").c_str(), true));
+  EXPECT_TRUE(Utility::DeleteFiles((directory / "hostile/*").c_str(), ~DWORD{0}));
+  EXPECT_EQ(directory.Get("outside/file"), "o") << "names with a separator lead elsewhere";
+  EXPECT_FALSE(Utility::DeleteDirectory(tree.c_str(), false)) << "it isn't empty";
+  EXPECT_TRUE(Utility::DeleteDirectory(tree.c_str(), true));
+  EXPECT_FALSE(DQLIB_FileExists(tree.c_str()));
+  EXPECT_EQ(directory.Get("outside/file"), "o");
+  EXPECT_TRUE(DQLIB_FileReadOnly((directory / "kept").c_str()));
+
+  struct Stubborn : test::ForwardingFiles {
+    platform::Error Delete(std::string_view path) override {
+      if (path.ends_with("2")) return {platform::ErrorKind::kAccessDenied, EACCES};
+      return ForwardingFiles::Delete(path);
+    }
+  } files;
+  const platform::ScopedPlatform scope(With<platform::Files>(&platform::Platform::files, &files));
+  for (const char* name : {"f1", "f2", "f3"}) directory.Put(name, "");
+  EXPECT_FALSE(Utility::DeleteFiles((directory / "f*").c_str(), FILE_ARCHIVE));
+  EXPECT_EQ(directory.Get("f1") + directory.Get("f2") + directory.Get("f3"), "(none)(none)");
+  EXPECT_TRUE(Utility::DeleteFiles((directory / "x*").c_str(), FILE_ARCHIVE));
+}
+
+TEST(FileUtility, NamesForDisplayKeepRootAndLastDirectories) {
+  struct Row {
+    const char* path;
+    int length;
+    int at_least_name;
+    const char* expected;
+  };
+  for (const Row& row :
+       {Row{"c:\\one\\two\\three.sql", 20, 1, "c:\\one\\two\\three.sql"},
+        Row{"c:\\first\\two\\three.sql", 21, 1, "c:\\...\\two\\three.sql"},
+        Row{"c:\\one\\two\\three.sql", 18, 1, "c:\\...\\three.sql"},
+        Row{"c:\\one\\two\\three.sql", 10, 1, "three.sql"},
+        Row{"c:\\one\\two\\three.sql", 5, 1, "three.sql"}, Row{"c:\\one\\two\\three.sql", 5, 0, ""},
+        Row{"/one/two/three.sql", 17, 0, "/.../three.sql"},
+        Row{"\\\\srv\\all\\first\\x.sql", 20, 0, "\\\\srv\\all\\...\\x.sql"},
+        Row{"longest.sql", 3, 1, "longest.sql"}, Row{"", -1, 1, ""}}) {
+    std::string path = row.path;
+    Utility::AbbreviateName(path.data(), row.length, row.at_least_name);
+    EXPECT_STREQ(path.c_str(), row.expected) << row.length;
+  }
+}
+
+TEST(FileUtility, FileTypesAreRegisteredUpToTheFirstRefusal) {
+  const testing::ScriptedPlatform platform;
+  platform::Registry& registry = *platform::Current().registry;
+  EXPECT_TRUE(Utility::RegisterFileType("DQScript", "SQL Script", ""));
+  EXPECT_FALSE(Utility::RegisterFileType("DQScript", "SQL Script", "sql"));
+  EXPECT_FALSE(Utility::RegisterFileType(nullptr, "SQL Script", ".sql"));
+  EXPECT_FALSE(Utility::RegisterFileType("", "SQL Script", ".sql"));
+  for (int again = 0; again < 2; ++again) {
+    EXPECT_TRUE(Utility::RegisterFileType("DQScript", "SQL Script", ".sql"));
+  }
+  const auto text = [](const char* bytes) {
+    return std::map<std::string, test::DumpedValue>{
+        {"", {REGISTRY_STRING, std::string(bytes) + '\0'}}};
+  };
+  const test::RegistryDump expected = {{"", {}},
+                                       {"DQScript", text("SQL Script")},
+                                       {"DQScript\\shell", {}},
+                                       {"DQScript\\shell\\open", {}},
+                                       {"DQScript\\shell\\open\\ddeexec", text("[open(\"%1\")]")},
+                                       {"DQScript\\shell\\open\\command", text("/opt/host \"%1\"")},
+                                       {".sql", text("DQScript")}};
+  EXPECT_EQ(test::Dump(registry, kClassesRoot), expected);
+
+  struct BlankModules : testing::ScriptedModules {
+    std::string FileName(const platform::Module*) override { return "/opt/my host"; }
+  } modules;
+  const platform::ScopedPlatform scope(
+      With<platform::Modules>(&platform::Platform::modules, &modules));
+  EXPECT_TRUE(Utility::RegisterFileType("DQScript", "SQL Script", ""));
+  EXPECT_EQ(test::Dump(registry, kClassesRoot)["DQScript\\shell\\open\\command"],
+            text("\"/opt/my host\" \"%1\""));
+}
+
+TEST(FileUtility, ModulesAndLineEnds) {
+  const testing::ScriptedPlatform platform;
+  CString directory = "old";
+  CString drive = "old";
+  DQLIB_GetModuleDirectory(nullptr, directory);
+  DQLIB_GetModuleDriveSpec(nullptr, drive);
+  EXPECT_EQ(directory + "," + drive, "/opt,");
+  struct Windows : platform::Modules {
+    std::string FileName(const platform::Module*) override { return path; }
+    const platform::Module& System() override { return *static_cast<platform::Module*>(nullptr); }
+    std::string path = "c:\\bin\\tool.exe";
+  } modules;
+  const platform::ScopedPlatform scope(
+      With<platform::Modules>(&platform::Platform::modules, &modules));
+  DQLIB_GetModuleDirectory(nullptr, directory);
+  DQLIB_GetModuleDriveSpec(nullptr, drive);
+  EXPECT_EQ(directory + "," + drive, "c:\\bin,c:");
+  modules.path = "tool.exe";
+  DQLIB_GetModuleDirectory(nullptr, directory);
+  DQLIB_GetModuleDriveSpec(nullptr, drive);
+  EXPECT_EQ(directory + "," + drive, "c:\\bin,c:");
+  for (const auto& [text, position] : {std::pair{"", -1},
+                                       {"abc", 2},
+                                       {"a\nb", 1},
+                                       {"a\r\n\f\x1a"
+                                        "b\n",
+                                        4},
+                                       {"\nb", 0},
+                                       {"a\n", 1},
+                                       {static_cast<const char*>(nullptr), -1}}) {
+    EXPECT_EQ(GetEndOfLinePosition(text), position);
+  }
+}
+
+}  // namespace
+}  // namespace dq

@@ -1,0 +1,175 @@
+#include "dqlib/core/registry_tools.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "dqlib/framework/base/registry_key.h"
+#include "dqlib/framework/windows/win_app.h"
+#include "tests/support/memory_registry.h"
+#include "tests/support/own_settings.h"
+#include "tests/support/registry_dump.h"
+
+namespace dq {
+namespace {
+
+using test::Dump;
+using test::RegistryDump;
+
+constexpr char kRoot[] = "Software\\Velmora\\Test";
+
+/// Keys of the real registry, below one that is empty at first.
+class RegistryTools : public testing::Test {
+ protected:
+  ~RegistryTools() override {
+    registry.CloseKey(root);
+    DeleteRegistryTree(kCurrentUser, kRoot);
+  }
+
+  void Set(const char* path, const char* name, std::string_view data,
+           DWORD type = REGISTRY_BINARY) {
+    const HKEY key = registry.CreateKey(root, path).value;
+    EXPECT_TRUE(registry.SetValue(key, name, type, data).ok());
+    registry.CloseKey(key);
+  }
+  RegistryDump All() { return Dump(registry, root); }
+
+  platform::Registry& registry = *platform::Current().registry;
+  HKEY root = registry.CreateKey(kCurrentUser, kRoot).value;
+};
+
+TEST_F(RegistryTools, TextsOfUpTo260BytesAreFoundWhateverTheirKind) {
+  struct Row {
+    std::string data;
+    DWORD type;
+    std::string expected;
+  };
+  for (const Row& row : std::vector<Row>{
+           {"", REGISTRY_STRING, ""},
+           {"text", REGISTRY_STRING, "text"},
+           {std::string("text\0more", 9), REGISTRY_EXPAND_STRING, "text"},
+           {std::string(259, 'x'), REGISTRY_STRING, std::string(259, 'x')},
+           {std::string(260, 'x'), REGISTRY_BINARY, std::string(260, 'x')},
+           {std::string(261, 'x'), REGISTRY_STRING, ""},
+           {std::string("AB\0\0", 4), REGISTRY_DWORD, "AB"},
+       }) {
+    Set("k", "v", row.data, row.type);
+    EXPECT_EQ(DQLIB_AppFindValueInRegistry(root, "k", "V").View(), row.expected);
+  }
+  EXPECT_EQ(DQLIB_AppFindValueInRegistry(root, "k", "missing"), "");
+  EXPECT_EQ(DQLIB_AppFindValueInRegistry(root, "missing", "v"), "");
+  EXPECT_EQ(DQLIB_AppFindValueInRegistry(root, nullptr, "v"), "");
+  EXPECT_EQ(DQLIB_AppFindValueInRegistry(root, "k", nullptr), "");
+}
+
+TEST_F(RegistryTools, TextsAreWrittenInTheLengthThatIsGiven) {
+  DQLIB_AppWriteValueInRegistry(root, "a\\b", "with zero", "xyz", 4);
+  DQLIB_AppWriteValueInRegistry(root, "a\\b", "without", "xyz", 2);
+  DQLIB_AppWriteValueInRegistry(root, "a\\b", "negative", "xyz", -1);
+  DQLIB_AppWriteValueInRegistry(root, "a\\b", "null", nullptr, 1);
+  DQLIB_AppWriteValueInRegistry(root, nullptr, "null", "x", 1);
+  const RegistryDump expected = {{"", {}},
+                                 {"a", {}},
+                                 {"a\\b",
+                                  {{"with zero", {REGISTRY_STRING, std::string("xyz\0", 4)}},
+                                   {"without", {REGISTRY_STRING, "xy"}}}}};
+  EXPECT_EQ(All(), expected);
+  EXPECT_EQ(DQLIB_AppFindValueInRegistry(root, "a\\b", "without"), "xy");
+}
+
+TEST_F(RegistryTools, ACopyMovesAllAndLeavesTheSourceEmpty) {
+  Set("from", "", "default", REGISTRY_STRING);
+  Set("from", "most", std::string(7680, 'x'), 0x1234);
+  Set("from", "none", "", REGISTRY_NONE);
+  Set("from\\one\\two", "deep", "1");
+  Set("from\\empty", "gone", "");
+  Set("to", "", "overwritten");
+  Set("to\\one", "kept", "2");
+  const HKEY from = registry.OpenKey(root, "from").value;
+  const HKEY to = registry.OpenKey(root, "to").value;
+  EXPECT_TRUE(DQLIB_CopyRegistryKey(from, to));
+  const RegistryDump expected = {{"", {}},
+                                 {"from", {}},
+                                 {"to",
+                                  {{"", {REGISTRY_STRING, "default"}},
+                                   {"most", {0x1234, std::string(7680, 'x')}},
+                                   {"none", {REGISTRY_NONE, ""}}}},
+                                 {"to\\one", {{"kept", {REGISTRY_BINARY, "2"}}}},
+                                 {"to\\one\\two", {{"deep", {REGISTRY_BINARY, "1"}}}},
+                                 {"to\\empty", {{"gone", {REGISTRY_BINARY, ""}}}}};
+  EXPECT_EQ(All(), expected);
+  EXPECT_TRUE(DQLIB_CopyRegistryKey(to, to));
+  EXPECT_EQ(All(), expected) << "a move of a key onto itself";
+  registry.CloseKey(from);
+  registry.CloseKey(to);
+}
+
+TEST_F(RegistryTools, AValueOf7681BytesStaysInTheTopKeyAndIsLostInASubKey) {
+  Set("from", "much", std::string(7681, 'x'));
+  Set("from\\sub", "much", std::string(7681, 'x'));
+  const HKEY from = registry.OpenKey(root, "from").value;
+  const HKEY to = registry.CreateKey(root, "to").value;
+  EXPECT_TRUE(DQLIB_CopyRegistryKey(from, to));
+  const RegistryDump expected = {{"", {}},
+                                 {"from", {{"much", {REGISTRY_BINARY, std::string(7681, 'x')}}}},
+                                 {"to", {}},
+                                 {"to\\sub", {}}};
+  EXPECT_EQ(All(), expected);
+  registry.CloseKey(from);
+  registry.CloseKey(to);
+}
+
+TEST_F(RegistryTools, ARenameMovesMergesOrChangesCase) {
+  const std::map<std::string, test::DumpedValue> values = {{"v", {REGISTRY_BINARY, "1"}}};
+  const auto tree = [&](const std::string& name) {
+    return RegistryDump{{"", {}}, {name, values}, {name + "\\sub", values}};
+  };
+  Set("Name", "v", "1");
+  Set("Name\\sub", "v", "1");
+  struct Row {
+    const char* from;
+    const char* to;
+    BOOL result;
+    const char* after;
+  };
+  for (const Row& row : {Row{"Name", "Name", 1, "Name"}, Row{"Name", "\\Name\\", 1, "Name"},
+                         Row{"missing", "missing", 1, "Name"}, Row{"missing", "x", 0, "Name"},
+                         Row{"Name", "NAME", 1, "NAME"}, Row{"name\\", "nAmE", 1, "nAmE"},
+                         Row{"nAmE", "Name\\below", 0, "nAmE"}, Row{"nAmE\\sub", "nAmE", 0, "nAmE"},
+                         Row{"", "x", 0, "nAmE"}, Row{"nAmE", "", 0, "nAmE"},
+                         Row{nullptr, "x", 0, "nAmE"}, Row{"name", "other", 1, "other"}}) {
+    EXPECT_EQ(DQLIB_RenameRegistryItem(root, row.from, row.to) != 0, row.result != 0) << row.to;
+    EXPECT_EQ(All(), tree(row.after)) << row.to;
+  }
+  Set("target", "v", "old");
+  Set("target", "w", "kept");
+  EXPECT_TRUE(DQLIB_RenameRegistryItem(root, "other", "target"));
+  RegistryDump merged = tree("target");
+  merged["target"]["w"] = {REGISTRY_BINARY, "kept"};
+  EXPECT_EQ(All(), merged);
+}
+
+TEST(RegistryMoves, AStoreThatRefusesEndsTheMoveWhichIsNoFailure) {
+  test::MemoryRegistry registry;
+  platform::Platform services = platform::Current();
+  services.registry = &registry;
+  const platform::ScopedPlatform scope(services);
+  registry.SetValue(registry.CreateKey(kCurrentUser, "from\\sub").value, "v", REGISTRY_BINARY, "1");
+  registry.CreateKey(kCurrentUser, "to\\sub");
+  registry.refusal = {platform::ErrorKind::kNoSpace, 0};
+  EXPECT_TRUE(DQLIB_RenameRegistryItem(kCurrentUser, "from", "to"));
+  EXPECT_EQ(Dump(registry)["from\\sub"].count("v"), 1u);
+  registry.refusal = {};
+  const HKEY from = registry.OpenKey(kCurrentUser, "from").value;
+  const HKEY below = registry.CreateKey(from, "sub\\below").value;
+  EXPECT_FALSE(DQLIB_CopyRegistryKey(from, below)) << "a move into itself ends";
+}
+
+TEST(RegistryRoot, IsThatOfTheApplication) {
+  EXPECT_EQ(AppRegistryRoot(), "Software\\Velmora\\\\");
+  const CWinApp app("My Tool");
+  EXPECT_EQ(AppRegistryRoot(), "Software\\Velmora\\My Tool\\");
+}
+
+}  // namespace
+}  // namespace dq

@@ -1,0 +1,152 @@
+#include "dqlib/framework/base/file.h"
+
+#include <gtest/gtest.h>
+#include <limits>
+#include <string>
+
+#include "tests/support/forwarding_files.h"
+#include "tests/support/temp_directory.h"
+
+namespace dq {
+namespace {
+
+using test::TempDirectory;
+
+/// The cause of what `operation` throws, `none` if it doesn't.
+template <typename Operation>
+int CauseOf(Operation operation) {
+  try {
+    operation();
+  } catch (const CFileException& error) {
+    return error.m_cause;
+  }
+  return CFileException::none;
+}
+
+TEST(File, OpenFlagsMakeEmptyKeepAndShare) {
+  const TempDirectory directory;
+  const std::string path = directory / "f";
+  CFileException error;
+  CFile file;
+  EXPECT_FALSE(file.Open(path.c_str(), CFile::modeRead, &error));
+  EXPECT_EQ(error.m_cause, CFileException::fileNotFound);
+  EXPECT_EQ(error.m_lOsError, ENOENT);
+  EXPECT_STREQ(error.m_strFileName, path.c_str());
+  EXPECT_FALSE(file.Open(nullptr, CFile::modeRead));
+
+  directory.Put("f", "old");
+  {
+    CFile kept(path.c_str(), CFile::modeCreate | CFile::modeNoTruncate | CFile::modeReadWrite);
+    EXPECT_EQ(kept.GetLength(), 3);
+    CFile appender(path.c_str(), CFile::modeWrite | CFile::modeAppend);
+    kept.SeekToEnd();
+    kept.Write("er", 2);
+    appender.Write("!", 1);
+  }
+  EXPECT_EQ(directory.Get("f"), "older!");
+  CFile alone(path.c_str(), 0x1021);
+  EXPECT_EQ(directory.Get("f"), "");
+  EXPECT_EQ(CauseOf([&] { CFile second(path.c_str(), CFile::modeWrite); }),
+            CFileException::sharingViolation);
+}
+
+TEST(File, PositionsLengthsAndBadSeeks) {
+  const TempDirectory directory;
+  CFile on_disk((directory / "f").c_str(), CFile::modeCreate | CFile::modeReadWrite);
+  CMemFile in_memory;
+  for (CFile* file : {&on_disk, static_cast<CFile*>(&in_memory)}) {
+    file->Write("0123456789", 10);
+    EXPECT_EQ(file->Seek(-4, CFile::end), 6);
+    char buffer[16] = {};
+    EXPECT_EQ(file->Read(buffer, sizeof buffer), 4u);
+    EXPECT_STREQ(buffer, "6789");
+    EXPECT_EQ(CauseOf([&] { file->Seek(-1, CFile::begin); }), CFileException::badSeek);
+    EXPECT_EQ(file->GetPosition(), 10);
+    file->Seek(2, CFile::end);
+    file->Write("x", 1);
+    EXPECT_EQ(file->GetLength(), 13);
+    file->SetLength(3);
+    EXPECT_EQ(file->GetPosition(), 3);
+    EXPECT_EQ(file->GetLength(), 3);
+  }
+  constexpr std::int64_t kFar = std::numeric_limits<std::int64_t>::max();
+  in_memory.Seek(kFar, CFile::begin);
+  EXPECT_EQ(CauseOf([&] { in_memory.Seek(1, CFile::current); }), CFileException::badSeek);
+  EXPECT_EQ(CauseOf([&] { in_memory.Write("x", 1); }), CFileException::diskFull);
+  EXPECT_EQ(CauseOf([&] { in_memory.SetLength(kFar); }), CFileException::diskFull);
+  char byte = 0;
+  EXPECT_EQ(in_memory.Read(&byte, 1), 0u);
+  EXPECT_EQ(in_memory.GetLength(), 3);
+}
+
+TEST(File, StatusRenameAndRemove) {
+  const TempDirectory directory;
+  const std::string path = directory.Put("f", "abc");
+  CFileStatus status;
+  ASSERT_TRUE(CFile::GetStatus(path.c_str(), status));
+  EXPECT_EQ(status.m_size, 3u);
+  EXPECT_EQ(status.m_attribute, DWORD{FILE_ARCHIVE});
+  status.m_attribute |= FILE_READ_ONLY;
+  status.m_mtime = 1'000'000'000;
+  CFile::SetStatus(path.c_str(), status);
+  CFileStatus changed;
+  ASSERT_TRUE(CFile::GetStatus(path.c_str(), changed));
+  EXPECT_EQ(changed.m_attribute, DWORD{FILE_ARCHIVE | FILE_READ_ONLY});
+  EXPECT_EQ(changed.m_mtime, 1'000'000'000);
+  EXPECT_EQ(CauseOf([&] { CFile::Remove(path.c_str()); }), CFileException::accessDenied);
+  const std::string renamed = directory / "g";
+  CFile::Rename(path.c_str(), renamed.c_str());
+  EXPECT_FALSE(CFile::GetStatus(path.c_str(), status));
+}
+
+TEST(StdioFile, LinesEndInLfOrCrLfAcrossBuffers) {
+  const TempDirectory directory;
+  const std::string wide(65535, 'x');
+  const std::string path = directory.Put("f", wide + "\r\n\r\na\rb\n\r\r\nlast\r");
+  CStdioFile file(path.c_str(), CFile::modeRead);
+  CString line;
+  for (const std::string& expected :
+       {wide, std::string(), std::string("a\rb"), std::string("\r"), std::string("last\r")}) {
+    EXPECT_TRUE(file.ReadString(line));
+    EXPECT_EQ(line.View(), expected);
+  }
+  EXPECT_FALSE(file.ReadString(line));
+  EXPECT_TRUE(line.IsEmpty());
+}
+
+TEST(StdioFile, ReadsAndWritesMixAtOnePosition) {
+  const TempDirectory directory;
+  const std::string path = directory.Put("f", "one\ntwo\nthree\n");
+  {
+    CStdioFile file(path.c_str(), CFile::modeReadWrite);
+    CString line;
+    file.ReadString(line);
+    EXPECT_EQ(file.GetPosition(), 4);
+    file.WriteString("2");
+    EXPECT_EQ(file.PeekByte(), 'w');
+    EXPECT_EQ(file.ReadByte(), 'w');
+    file.SeekToEnd();
+    file.WriteString("four");
+    EXPECT_EQ(file.GetLength(), 18);
+  }
+  EXPECT_EQ(directory.Get("f"), "one\n2wo\nthree\nfour") << "what is dropped unclosed is written";
+}
+
+TEST(StdioFile, AFullDiskIsToldByCloseAndLeavesTheFileClosed) {
+  struct FullDisk : test::ForwardingFiles {
+    platform::Error Write(HANDLE, std::string_view) override {
+      return {platform::ErrorKind::kNoSpace, ENOSPC};
+    }
+  } files;
+  platform::Platform services = platform::Current();
+  services.files = &files;
+  const platform::ScopedPlatform scope(services);
+  const TempDirectory directory;
+  CStdioFile file((directory / "f").c_str(), CFile::modeCreate | CFile::modeWrite);
+  file.WriteString("lost");
+  EXPECT_EQ(CauseOf([&] { file.Close(); }), CFileException::diskFull);
+  EXPECT_FALSE(file.IsOpen());
+}
+
+}  // namespace
+}  // namespace dq

@@ -1,0 +1,62 @@
+// An object for archives: a value, a text, bytes and two more objects.
+
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "dqlib/framework/base/archive.h"
+
+namespace dq::test {
+
+class SerialNode : public CObject {
+  DECLARE_SERIAL(SerialNode)
+ public:
+  SerialNode() { ++made; }
+
+  void Serialize(CArchive& archive) override {
+    if (archive.IsStoring()) {
+      archive << number << text;
+      archive.WriteCount(static_cast<DWORD>(bytes.size()));
+      archive.Write(bytes.data(), static_cast<UINT>(bytes.size()));
+      archive << next << other;
+      return;
+    }
+    schema = archive.GetObjectSchema();
+    archive >> number >> text;
+    bytes.resize(archive.ReadCount());
+    if (archive.Read(bytes.data(), static_cast<UINT>(bytes.size())) != bytes.size()) {
+      throw CArchiveException(CArchiveException::endOfFile);
+    }
+    next = static_cast<SerialNode*>(Read(archive, RUNTIME_CLASS(SerialNode), next_owner));
+    other = Read(archive, nullptr, other_owner);
+  }
+
+  /// Reads an object and keeps it in `owner` if it was new in the stream.
+  static CObject* Read(CArchive& archive, const CRuntimeClass* expected,
+                       std::unique_ptr<CObject>& owner) {
+    const int before = made;
+    CObject* const object = archive.ReadObject(expected);
+    if (made != before) owner.reset(object);
+    return object;
+  }
+
+  inline static int made = 0;
+  WORD number = 0;
+  CString text;
+  std::string bytes;
+  SerialNode* next = nullptr;
+  CObject* other = nullptr;
+  UINT schema = 0;
+  std::unique_ptr<CObject> next_owner;
+  std::unique_ptr<CObject> other_owner;
+};
+inline CObject* SerialNode::CreateObject() { return std::make_unique<SerialNode>().release(); }
+inline const CRuntimeClass SerialNode::classSerialNode("SerialNode", VERSIONABLE_SCHEMA | 3,
+                                                       &SerialNode::CreateObject,
+                                                       RUNTIME_CLASS(CObject));
+inline const CRuntimeClass* SerialNode::GetRuntimeClass() const {
+  return RUNTIME_CLASS(SerialNode);
+}
+
+}  // namespace dq::test
