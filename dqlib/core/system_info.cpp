@@ -20,6 +20,18 @@ constexpr int kLongestDate = 79;
 
 platform::SystemFacts& Facts() { return *platform::Current().system_facts; }
 
+/// A number with zeros before it up to the width, and what stands behind it unless that is zero.
+void AppendDigits(std::string& text, int number, int width, char behind) {
+  char digits[8];
+  int length = 0;
+  do {
+    digits[length++] = static_cast<char>('0' + number % 10);
+    number /= 10;
+  } while (number != 0 || length < width);
+  while (length > 0) text += digits[--length];
+  if (behind != '\0') text += behind;
+}
+
 SYSTEMTIME Now() { return platform::Current().clock->LocalTime(); }
 
 /// A value of a key of this machine, of any length; "" if there is none.
@@ -164,9 +176,13 @@ CString CDQSystemInfo::GetFormattedDate(const COleDateTime& time, DWORD flags) {
 
 CString CDQSystemInfo::GetFormattedTime(const SYSTEMTIME* time, bool milliseconds) {
   const SYSTEMTIME shown = time == nullptr ? Now() : *time;
-  CDQString text;
-  text.Format("%02i:%02i:%02i.%03i", shown.wHour, shown.wMinute, shown.wSecond,
-              shown.wMilliseconds);
+  // "HH:MM:SS.mmm"; every line of a log asks for it.
+  std::string digits;
+  AppendDigits(digits, shown.wHour, 2, ':');
+  AppendDigits(digits, shown.wMinute, 2, ':');
+  AppendDigits(digits, shown.wSecond, 2, '.');
+  AppendDigits(digits, shown.wMilliseconds, 3, '\0');
+  CDQString text(digits);
   const int place = milliseconds ? GetMilliSecPos(text) : -1;
   if (place >= 0) {
     CString inserted;

@@ -101,8 +101,11 @@ void CDQLog::LogMessage(UINT stringId, const char* arg1, const char* arg2) {
 void CDQLog::LogMessage(const CString& text) {
   if (!m_bUseLog || m_pFile == nullptr || text.IsEmpty()) return;
   // One write, so that the lines of several processes don't mix.
-  const CString line = CDQSystemInfo::GetCurrentDateTime(DATE_SHORT) + "  " + text + "\r\n";
-  m_pFile->Write(static_cast<const char*>(line), static_cast<UINT>(line.GetLength()));
+  const CString stamp = CDQSystemInfo::GetCurrentDateTime(DATE_SHORT);
+  std::string line;
+  line.reserve(stamp.View().size() + text.View().size() + 4);
+  line.append(stamp.View()).append("  ").append(text.View()).append("\r\n");
+  m_pFile->Write(line.data(), static_cast<UINT>(line.size()));
   DisplayWarningMessage();
 }
 

@@ -1,15 +1,18 @@
 #include "dqlib/platform/date_text.h"
 
-#include <cstdio>
-
 namespace dq::platform {
 namespace {
 
 bool IsLeapYear(int year) { return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0); }
 
+/// Decimal digits of a number that isn't negative, with zeros before them up to the width.
 std::string Padded(int number, std::size_t width) {
-  char text[16];
-  std::snprintf(text, sizeof text, "%0*d", static_cast<int>(width), number);
+  std::string text;
+  do {
+    text.insert(text.begin(), static_cast<char>('0' + number % 10));
+    number /= 10;
+  } while (number != 0);
+  if (text.size() < width) text.insert(0, width - text.size(), '0');
   return text;
 }
 
