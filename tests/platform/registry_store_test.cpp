@@ -106,9 +106,11 @@ TEST_F(RegistryStoreTest, ADamagedSnapshotIsSalvagedKeptAndToldOnce) {
   const TempDirectory full;
   Fill(full, true);
   const std::string bytes = full.Get("hkcu.reg");
+  const std::string journal = full.Get("hkcu.journal");
   for (std::size_t cut = 0; cut < bytes.size(); ++cut) {
     const TempDirectory directory;
     directory.Put("hkcu.reg", bytes.substr(0, cut));
+    directory.Put("hkcu.journal", journal);
     directory.Put("hkcu.reg.bad", "of last time");
     ScriptedPrompts prompts;
     RegistryDump salvaged;
@@ -141,7 +143,8 @@ TEST_F(RegistryStoreTest, AJournalDamagedInTheMiddleLosesOnlyWhatIsDamaged) {
   Fill(full, false);
   const std::string bytes = full.Get("hkcu.journal");
   for (const Case& c :
-       {Case{"header", 3, ""}, Case{"epoch", 9, ""}, Case{"record", bytes.find("two"), "two"}}) {
+       {Case{"header", 3, ""}, Case{"epoch", 9, ""}, Case{"record", bytes.find("two"), "two"},
+        Case{"last record", bytes.find("three"), "three"}}) {
     const TempDirectory directory;
     std::string damaged = bytes;
     damaged[c.at] ^= 1;
@@ -195,17 +198,177 @@ TEST_F(RegistryStoreTest, OnlyTheLastUserFolds) {
   EXPECT_EQ(Get(*std::make_unique<FileRegistry>(directory.path()), "a"), "1");
 }
 
-TEST_F(RegistryStoreTest, FilesThatAreDeletedMeanwhileAreMadeAgain) {
-  const TempDirectory outer;
-  const std::string files = outer / "registry";
-  FileRegistry registry(files);
-  EXPECT_TRUE(Set(registry, "old", "x").ok());
-  std::filesystem::remove_all(files);
-  // The files are the truth: the key went with them.
-  EXPECT_EQ(Set(registry, "new", "y").kind, ErrorKind::kNotFound);
-  EXPECT_TRUE(Set(registry, "new", "y").ok());
-  EXPECT_EQ(Get(registry, "old"), "(error 1)");
-  EXPECT_EQ(Get(*std::make_unique<FileRegistry>(files), "new"), "y");
+/// Something that happens to the files of a store from outside.
+struct Mishap {
+  const char* what;
+  std::function<void(const TempDirectory&)> strike;
+  /// Whether it does no harm either if who knows less comes first.
+  bool any_order = true;
+};
+
+void Cut(const TempDirectory& directory, const char* file, std::size_t size) {
+  std::filesystem::resize_file(directory / file, size);
+}
+
+const Mishap kMishaps[] = {
+    {"journal emptied", [](const TempDirectory& d) { Cut(d, "hkcu.journal", 0); }},
+    {"header cut", [](const TempDirectory& d) { Cut(d, "hkcu.journal", 50); }},
+    {"records cut off", [](const TempDirectory& d) { Cut(d, "hkcu.journal", kHeader); }},
+    {"record cut", [](const TempDirectory& d) { Cut(d, "hkcu.journal", kHeader + 40); }},
+    {"journal deleted",
+     [](const TempDirectory& d) { std::filesystem::remove(d / "hkcu.journal"); }},
+    {"journal trashed",
+     [](const TempDirectory& d) { d.Put("hkcu.journal", std::string(500, 'x')); }},
+    {"everything deleted",
+     [](const TempDirectory& d) {
+       for (const auto& entry : std::filesystem::directory_iterator(d.path())) {
+         std::filesystem::remove(entry);
+       }
+     }},
+    {"begun anew by another",
+     [](const TempDirectory& d) {
+       std::filesystem::remove(d / "hkcu.journal");
+       EXPECT_TRUE(Set(*std::make_unique<FileRegistry>(d.path()), "of another", "x").ok());
+     },
+     false},
+};
+
+TEST_F(RegistryStoreTest, WhatARunningProcessKnowsOutlivesItsFiles) {
+  for (const Mishap& mishap : kMishaps) {
+    for (const bool behind_sees_it_first : {false, true}) {
+      if (behind_sees_it_first && !mishap.any_order) continue;
+      const TempDirectory directory;
+      ScriptedPrompts prompts;
+      FileRegistry registry(directory.path());
+      FileRegistry behind(directory.path());
+      const HKEY key = Key(registry);
+      EXPECT_TRUE(Set(registry, "gone", "x").ok());
+      EXPECT_EQ(Get(behind, "gone"), "x");
+      EXPECT_TRUE(registry.DeleteValue(key, "gone").ok());
+      EXPECT_TRUE(Set(registry, "old", "y").ok());
+      mishap.strike(directory);
+      EXPECT_TRUE(!behind_sees_it_first || Set(behind, "more", "z").ok()) << mishap.what;
+      EXPECT_EQ(Read(registry, key, "old"), "y") << mishap.what;
+      EXPECT_TRUE(Set(registry, "new", "n").ok()) << mishap.what;
+      EXPECT_GE(prompts.shown.size(), 1u) << mishap.what;
+      const TempDirectory copy;
+      CopyFiles(directory, copy);
+      FileRegistry next(copy.path());
+      EXPECT_EQ(Get(next, "old"), "y") << mishap.what;
+      EXPECT_EQ(Get(next, "new"), "n") << mishap.what;
+      EXPECT_EQ(Get(next, "more"), behind_sees_it_first ? "z" : "(error 1)") << mishap.what;
+      EXPECT_EQ(Get(next, "gone"), "(error 1)") << mishap.what;
+      EXPECT_EQ(Dump(behind), Dump(next)) << mishap.what;
+      EXPECT_EQ(Dump(registry), Dump(next)) << mishap.what;
+    }
+  }
+}
+
+TEST_F(RegistryStoreTest, WhatIsMissingWhenAStoreIsOpenedIsTold) {
+  struct Case {
+    const char* what;
+    std::function<void(const TempDirectory&)> strike;
+    const char* kept;
+  };
+  const Case cases[] = {
+      {"no snapshot", [](const TempDirectory& d) { std::filesystem::remove(d / "hkcu.reg"); },
+       "(error 1)"},
+      {"no journal", [](const TempDirectory& d) { std::filesystem::remove(d / "hkcu.journal"); },
+       "two"},
+      {"short journal", [](const TempDirectory& d) { Cut(d, "hkcu.journal", 63); }, "two"},
+  };
+  for (const Case& c : cases) {
+    const TempDirectory directory;
+    Fill(directory, true);
+    c.strike(directory);
+    ScriptedPrompts prompts;
+    {
+      FileRegistry registry(directory.path());
+      EXPECT_EQ(Get(registry, "two"), c.kept) << c.what;
+      EXPECT_EQ(prompts.shown.size(), 1u) << c.what;
+      EXPECT_TRUE(Set(registry, "new", "x").ok()) << c.what;
+      // A second time, in the same process, is news again.
+      Cut(directory, "hkcu.journal", 0);
+      EXPECT_EQ(Get(registry, "new"), "x") << c.what;
+      EXPECT_EQ(prompts.shown.size(), 2u) << c.what;
+    }
+    FileRegistry again(directory.path());
+    EXPECT_EQ(Get(again, "new"), "x") << c.what;
+    EXPECT_EQ(prompts.shown.size(), 2u) << c.what;
+  }
+}
+
+TEST_F(RegistryStoreTest, WhatIsNoStoreIsAnErrorAtOnce) {
+  for (const char* file : {"hkcu.reg", "hkcu.journal"}) {
+    for (const bool is_pipe : {true, false}) {
+      const TempDirectory directory;
+      if (is_pipe) {
+        ASSERT_EQ(::mkfifo((directory / file).c_str(), 0600), 0);
+      } else {
+        directory.Put(file, "");
+        Cut(directory, file, std::size_t{4} << 40);
+      }
+      FileRegistry registry(directory.path());
+      EXPECT_FALSE(registry.OpenKey(kCurrentUser, "").ok()) << file << is_pipe;
+      EXPECT_FALSE(Set(registry, "a", "1").ok()) << file << is_pipe;
+      std::filesystem::remove(directory / file);
+      EXPECT_TRUE(Set(registry, "a", "1").ok()) << file << is_pipe;
+    }
+  }
+}
+
+TEST_F(RegistryStoreTest, NobodyElseCanReadTheFiles) {
+  const TempDirectory directory;
+  Fill(directory, true);
+  const std::string bait = directory.Put("bait", "bait");
+  std::filesystem::create_symlink(bait, directory / "hkcu.reg.tmp");
+  for (const char* file : {"hkcu.reg", "hkcu.journal", "."}) {
+    ::chmod((directory / file).c_str(), 0777);
+  }
+  for (const char* kept : {"before", "after"}) {
+    FileRegistry registry(directory.path());
+    EXPECT_TRUE(Set(registry, kept, "x").ok());
+    EXPECT_EQ(directory.Mode("hkcu.reg"), 0600u) << kept;
+    EXPECT_EQ(directory.Mode("hkcu.journal"), 0600u) << kept;
+    EXPECT_EQ(directory.Mode("."), 0700u) << kept;
+  }
+  EXPECT_EQ(directory.Get("bait"), "bait");
+}
+
+TEST_F(RegistryStoreTest, AWriterThatWasStoppedStopsNobodyForEver) {
+  class Impatient : public SystemCalls {
+    void Pause(unsigned) override {}
+  } calls;
+  const TempDirectory directory;
+  FileRegistry registry(directory.path(), calls);
+  EXPECT_TRUE(Set(registry, "a", "1").ok());
+  const FileDescriptor stopped(calls, ::open((directory / "hkcu.journal").c_str(), O_RDONLY));
+  ASSERT_EQ(::flock(stopped.get(), LOCK_EX), 0);
+  EXPECT_EQ(Set(registry, "a", "2").kind, ErrorKind::kBusy);
+  ASSERT_EQ(::flock(stopped.get(), LOCK_UN), 0);
+  EXPECT_TRUE(Set(registry, "a", "2").ok());
+}
+
+TEST_F(RegistryStoreTest, ASyncThatFailsIsMadeUpForLater) {
+  class Unsynced : public SystemCalls {
+   public:
+    int Sync(int fd) override {
+      ++syncs;
+      errno = EIO;
+      return fails ? -1 : SystemCalls::Sync(fd);
+    }
+    bool fails = true;
+    int syncs = 0;
+  } calls;
+  const TempDirectory directory;
+  FileRegistry registry(directory.path(), calls);
+  EXPECT_TRUE(Set(registry, "a", "1").ok());
+  EXPECT_FALSE(registry.Leave().ok());
+  EXPECT_FALSE(registry.Flush().ok());
+  calls.fails = false;
+  calls.syncs = 0;
+  EXPECT_TRUE(registry.Leave().ok());
+  EXPECT_GE(calls.syncs, 2) << "the journal, and the directory that it was made in";
 }
 
 /// What is done in turn, and what the registry holds afterwards.

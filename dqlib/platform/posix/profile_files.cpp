@@ -1,6 +1,5 @@
 #include "dqlib/platform/profile_files.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
@@ -8,7 +7,6 @@
 #include <new>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include "dqlib/platform/paths.h"
 #include "dqlib/platform/posix/file_replacement.h"
@@ -63,21 +61,6 @@ std::string TemporaryFor(const std::string& file) {
   return DirectoryOf(file) + name;
 }
 
-/// Waits for the lock of a file, but not for ever.
-Error LockForWriting(SystemCalls& calls, int fd) {
-  constexpr useconds_t kFirstWait = 50;
-  constexpr useconds_t kLongestWait = 2000;
-  constexpr long kPatience = 20'000'000;
-  useconds_t wait = kFirstWait;
-  for (long waited = 0;; waited += wait) {
-    if (calls.Lock(fd, LOCK_EX | LOCK_NB) == 0) return {};
-    if (errno == EINTR) continue;
-    if (errno != EWOULDBLOCK || waited >= kPatience) return LastError();
-    ::usleep(wait);
-    wait = std::min(wait * 2, kLongestWait);
-  }
-}
-
 /// A profile file that no other writer changes meanwhile.
 ///
 /// The lock is on the file itself, which a write replaces by a new one. So who has waited for it
@@ -90,7 +73,7 @@ class LockedProfile {
   Error Open(bool create) {
     for (;;) {
       if (const Error error = OpenOnce(create); !error.ok()) return error;
-      if (const Error error = LockForWriting(calls_, file_.get()); !error.ok()) return error;
+      if (const Error error = LockFile(calls_, file_.get(), LOCK_EX); !error.ok()) return error;
       struct stat now;
       if (calls_.StatusOf(file_.get(), &status_) != 0) return LastError();
       if (calls_.Status(path_.c_str(), &now) != 0) {

@@ -109,6 +109,11 @@ void FileRegistry::JoinUsers() {
   const Result<int> fd = OpenFile(calls_, directory_, O_RDONLY | O_DIRECTORY);
   if (!fd.ok()) return;
   users_ = FileDescriptor(calls_, fd.value);
+  struct stat status;
+  if (calls_.StatusOf(users_.get(), &status) == 0 && (status.st_mode & 077) != 0) {
+    // Another owner's can't be changed.
+    static_cast<void>(calls_.ChangeMode(users_.get(), status.st_mode & 0700));
+  }
   static_cast<void>(calls_.Lock(users_.get(), LOCK_SH | LOCK_NB));
 }
 

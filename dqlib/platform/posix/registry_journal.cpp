@@ -58,21 +58,53 @@ std::optional<JournalChange> DecodeContent(std::string_view content) {
   return change;
 }
 
-/// Whether a record's head stands at the front of `bytes`, and fits into them with its content.
-bool IsRecordHead(std::string_view bytes, std::uint64_t place) {
-  if (bytes.size() < kRecordHeadSize) return false;
+/// What stands at a place of a journal.
+struct Found {
+  enum {
+    kNothing,
+    /// A head whose content isn't all there: the begin of a record.
+    kTorn,
+    /// A whole record of another epoch, left from earlier use of the space.
+    kForeign,
+    /// As long as a record, and its content is not what was written.
+    kDamaged,
+    kRecord,
+  } kind = kNothing;
+  std::uint64_t epoch = 0;
+  std::string_view content{};
+};
+
+/// Looks at the front of `bytes`; no epoch means any. The contents of others aren't looked at.
+Found FindAt(std::string_view bytes, std::optional<std::uint64_t> epoch, std::uint64_t place) {
+  if (bytes.size() < kRecordHeadSize || NumberAt<std::uint64_t>(bytes, 16) != place ||
+      NumberAt<std::uint32_t>(bytes, 24) != Checksum(bytes.substr(0, 24))) {
+    return {};
+  }
   const std::size_t size = NumberAt<std::uint32_t>(bytes, 0);
-  return size <= kMaxContent && size <= bytes.size() - kRecordHeadSize &&
-         NumberAt<std::uint64_t>(bytes, 16) == place &&
-         NumberAt<std::uint32_t>(bytes, 24) == Checksum(bytes.substr(0, 24));
+  if (size > kMaxContent) return {};
+  Found found{.epoch = NumberAt<std::uint64_t>(bytes, 8)};
+  if (size > bytes.size() - kRecordHeadSize) {
+    found.kind = Found::kTorn;
+    return found;
+  }
+  found.content = bytes.substr(kRecordHeadSize, size);
+  if (epoch && *epoch != found.epoch) {
+    found.kind = Found::kForeign;
+  } else {
+    const bool is_good = NumberAt<std::uint32_t>(bytes, 4) == Checksum(found.content);
+    found.kind = is_good ? Found::kRecord : Found::kDamaged;
+  }
+  return found;
 }
 
-/// The bytes of the valid record at the front of `bytes`, or "".
-std::string_view RecordAt(std::string_view bytes, std::uint64_t place) {
-  if (!IsRecordHead(bytes, place)) return {};
-  const std::size_t size = NumberAt<std::uint32_t>(bytes, 0);
-  if (NumberAt<std::uint32_t>(bytes, 4) != Checksum(bytes.substr(kRecordHeadSize, size))) return {};
-  return bytes.substr(0, kRecordHeadSize + size);
+/// Whether bytes that aren't empty, with no record in them, are what a write that was never
+/// reported or a journal that was emptied may leave: less than a head, a head without all of its
+/// content, room that the system hadn't filled yet, or records of another epoch.
+bool IsHarmlessTail(std::string_view bytes, std::uint64_t epoch, std::uint64_t place) {
+  if (bytes.size() < kRecordHeadSize) return true;
+  const Found found = FindAt(bytes, epoch, place);
+  return found.kind == Found::kTorn || found.kind == Found::kForeign ||
+         bytes.find_first_not_of('\0') == std::string_view::npos;
 }
 
 }  // namespace
@@ -146,32 +178,35 @@ JournalReplay ReplayJournal(std::string_view bytes, std::uint64_t epoch, std::ui
                             RegistryTree& tree) {
   JournalReplay replay;
   replay.end = place;
-  bool in_gap = false;
+  std::size_t whole = 0;
   for (std::size_t at = 0; at < bytes.size();) {
-    const std::string_view record = RecordAt(bytes.substr(at), place + at);
-    std::optional<JournalChange> change;
-    if (!record.empty() && NumberAt<std::uint64_t>(record, 8) == epoch) {
-      change = DecodeContent(record.substr(kRecordHeadSize));
+    const Found found = FindAt(bytes.substr(at), epoch, place + at);
+    const std::size_t next = at + kRecordHeadSize + found.content.size();
+    if (found.kind == Found::kRecord) {
+      if (const std::optional<JournalChange> change = DecodeContent(found.content)) {
+        if (at > whole) ++replay.gaps;
+        ApplyChange(*change, tree);
+        ++replay.records;
+        whole = next;
+      }
     }
-    if (!change) {
-      in_gap = true;
-      ++at;
-      continue;
-    }
-    if (in_gap) ++replay.gaps;
-    in_gap = false;
-    ApplyChange(*change, tree);
-    at += record.size();
-    ++replay.records;
-    replay.end = place + at;
+    // A head that is good tells where the next one is, even if its content isn't. No byte of a
+    // content is then looked at twice, whatever the bytes are.
+    at = found.kind == Found::kRecord || found.kind == Found::kDamaged ? next : at + 1;
+  }
+  replay.end = place + whole;
+  if (whole < bytes.size() && !IsHarmlessTail(bytes.substr(whole), epoch, replay.end)) {
+    ++replay.gaps;
+    replay.end = place + bytes.size();
   }
   return replay;
 }
 
 std::optional<std::uint64_t> FindJournalEpoch(std::string_view bytes, std::uint64_t place) {
-  for (std::size_t at = 0; at < bytes.size(); ++at) {
-    const std::string_view record = RecordAt(bytes.substr(at), place + at);
-    if (!record.empty()) return NumberAt<std::uint64_t>(record, 8);
+  for (std::size_t at = 0; at < bytes.size();) {
+    const Found found = FindAt(bytes.substr(at), std::nullopt, place + at);
+    if (found.kind == Found::kRecord) return found.epoch;
+    at += found.kind == Found::kDamaged ? kRecordHeadSize + found.content.size() : 1;
   }
   return std::nullopt;
 }

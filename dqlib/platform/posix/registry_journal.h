@@ -85,15 +85,17 @@ void ApplyChange(const JournalChange& change, RegistryTree& tree);
 struct JournalReplay {
   /// Records that were applied.
   std::size_t records = 0;
-  /// Where the last of them ends, as a place in the file.
+  /// Where the next one goes, as a place in the file: behind the last of them and behind damage.
   std::uint64_t end = 0;
-  /// Stretches of bytes between records that are none.
+  /// Stretches of bytes that are damaged: between records, or behind the last one.
   std::size_t gaps = 0;
 };
 
 /// Applies the records in `bytes`, which begin at `place` of the file, to `tree`. After bytes that
-/// are no record, the next valid record is looked for; bytes with none behind them are the torn
-/// end of a write that was never reported, and no gap. Any bytes are safe.
+/// are no record, the next valid record is looked for. Bytes behind the last one are no gap if they
+/// are the begin of a record, which is a write that was never reported, or left from earlier use of
+/// the space; a record that is all there and whose content has changed was reported. Any bytes are
+/// safe, and take time in proportion to their number.
 JournalReplay ReplayJournal(std::string_view bytes, std::uint64_t epoch, std::uint64_t place,
                             RegistryTree& tree);
 

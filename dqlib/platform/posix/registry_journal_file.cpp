@@ -6,7 +6,9 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/mman.h>
+#include <utility>
 
+#include "dqlib/platform/posix/registry_page.h"
 #include "dqlib/platform/posix/system_services.h"
 
 namespace dq::platform::posix {
@@ -14,26 +16,42 @@ namespace {
 
 /// What is mapped; the system rounds it up to its pages.
 constexpr std::size_t kMappedSize = kJournalHeaderSize;
-constexpr mode_t kUserOnly = 0600;
+static_assert(kMappedSize <= kMaxGuardedSize);
 
 }  // namespace
+
+Result<struct stat> OpenStoreFile(SystemCalls& calls, const std::string& path, int flags,
+                                  FileDescriptor& file) {
+  constexpr mode_t kUserOnly = 0600;
+  // A pipe in the place of the file is neither waited for nor read.
+  const Result<int> fd = OpenFile(calls, path, flags | O_NONBLOCK | O_NOCTTY, kUserOnly);
+  if (!fd.ok()) return fd.error;
+  FileDescriptor opened(calls, fd.value);
+  struct stat status;
+  if (calls.StatusOf(opened.get(), &status) != 0) return ErrorFromErrno(errno);
+  if (!S_ISREG(status.st_mode)) return ErrorFromErrno(EINVAL);
+  if (static_cast<std::uint64_t>(status.st_size) > kMaxStoreFile) return ErrorFromErrno(EFBIG);
+  // What others may read or write without need. Another owner's file can't be changed.
+  if ((status.st_mode & 07177) != 0) {
+    static_cast<void>(calls.ChangeMode(opened.get(), status.st_mode & kUserOnly));
+  }
+  file = std::move(opened);
+  return status;
+}
 
 JournalFile::~JournalFile() { Close(); }
 
 Error JournalFile::Open(const std::string& path, bool writable) {
   Close();
-  const Result<int> fd = writable ? OpenFile(calls_, path, O_RDWR | O_CREAT, kUserOnly)
-                                  : OpenFile(calls_, path, O_RDONLY);
-  if (!fd.ok()) return fd.error;
-  file_ = FileDescriptor(calls_, fd.value);
+  const Result<struct stat> opened =
+      OpenStoreFile(calls_, path, writable ? O_RDWR | O_CREAT : O_RDONLY, file_);
+  if (!opened.ok()) return opened.error;
   writable_ = writable;
   return {};
 }
 
 void JournalFile::Close() {
-  // Nothing depends on the outcome: the page is only read.
-  if (page_ != nullptr) static_cast<void>(calls_.Unmap(page_, kMappedSize));
-  page_ = nullptr;
+  UnmapGeneration();
   file_ = FileDescriptor();
   writable_ = false;
 }
@@ -49,17 +67,27 @@ Result<JournalFile::Status> JournalFile::GetStatus() const {
 }
 
 void JournalFile::MapGeneration() {
-  if (page_ != nullptr) return;
+  if (page_ != nullptr && MappedGeneration() != 0) return;
+  // A page that was replaced by zeros stays so, also when the file has grown again.
+  UnmapGeneration();
   void* const page = calls_.Map(kMappedSize, PROT_READ, file_.get());
-  if (page != MAP_FAILED) page_ = page;
+  if (page == MAP_FAILED) return;
+  if (GuardPage(page)) {
+    page_ = page;
+  } else {
+    static_cast<void>(calls_.Unmap(page, kMappedSize));
+  }
 }
 
-std::uint64_t JournalFile::Generation() const {
-  if (page_ == nullptr) {
-    std::string header;
-    const Error error = Read(0, kJournalHeaderSize, header);
-    return error.ok() && header.size() == kJournalHeaderSize ? DecodeGeneration(header) : 0;
-  }
+void JournalFile::UnmapGeneration() {
+  if (page_ == nullptr) return;
+  UnguardPage(page_);
+  // Nothing depends on the outcome: the page is only read.
+  static_cast<void>(calls_.Unmap(page_, kMappedSize));
+  page_ = nullptr;
+}
+
+std::uint64_t JournalFile::MappedGeneration() const {
   auto* const number =
       reinterpret_cast<std::uint64_t*>(static_cast<char*>(page_) + kJournalGenerationOffset);
   const std::uint64_t stored = std::atomic_ref(*number).load(std::memory_order_acquire);
@@ -68,6 +96,15 @@ std::uint64_t JournalFile::Generation() const {
   } else {
     return DecodeGeneration({static_cast<const char*>(page_), kJournalHeaderSize});
   }
+}
+
+std::uint64_t JournalFile::Generation() const {
+  if (page_ != nullptr) {
+    if (const std::uint64_t generation = MappedGeneration(); generation != 0) return generation;
+  }
+  std::string header;
+  const Error error = Read(0, kJournalHeaderSize, header);
+  return error.ok() && header.size() == kJournalHeaderSize ? DecodeGeneration(header) : 0;
 }
 
 Error JournalFile::SetGeneration(std::uint64_t generation) {

@@ -12,6 +12,15 @@
 
 namespace dq::platform::posix {
 
+/// The largest file that a store reads or writes.
+inline constexpr std::uint64_t kMaxStoreFile = std::uint64_t{1} << 30;
+
+/// Opens a file of a store, and takes from it all rights but the user's to read and write. Fails
+/// with `kInvalidArgument` for what is no ordinary file, and with `kOther` for a larger one than
+/// any store has; `file` is the open file otherwise.
+Result<struct stat> OpenStoreFile(SystemCalls& calls, const std::string& path, int flags,
+                                  FileDescriptor& file);
+
 /// One opening of a journal. The file stays the same as long as the store lives: it is emptied and
 /// never replaced, so that its lock and its mapped generation mean the same to everyone.
 ///
@@ -31,7 +40,8 @@ class JournalFile {
   bool is_open() const { return file_.is_open(); }
   bool is_writable() const { return writable_; }
 
-  /// Waits until nobody else has the journal, or until nobody writes it where it can only be read.
+  /// Waits until nobody else has the journal, or until nobody writes it where it can only be read;
+  /// after some 20 seconds `kBusy`.
   Error Lock();
   Error Unlock();
 
@@ -43,7 +53,7 @@ class JournalFile {
   Result<Status> GetStatus() const;
 
   /// Makes the generation readable without a system call, where the system can. The file must have
-  /// its header.
+  /// its header. Should someone cut the file short later, the generation reads as 0.
   void MapGeneration();
   /// The number that tells whether others have changed the file; needs no lock. 0 if it can't be
   /// read, which is no generation.
@@ -57,6 +67,9 @@ class JournalFile {
   Error Sync();
 
  private:
+  void UnmapGeneration();
+  std::uint64_t MappedGeneration() const;
+
   SystemCalls& calls_;
   FileDescriptor file_;
   bool writable_ = false;

@@ -4,14 +4,20 @@
 #include <cerrno>
 #include <chrono>
 #include <fcntl.h>
+#include <new>
+#include <stdexcept>
 #include <utility>
 
+#include "dqlib/platform/posix/file_replacement.h"
 #include "dqlib/platform/posix/system_services.h"
 
 namespace dq::platform::posix {
 namespace {
 
 constexpr mode_t kUserOnly = 0600;
+/// How many times a journal may have been emptied while someone slept. An epoch that is further
+/// away is that of a journal which was begun anew, because those begin with the time.
+constexpr std::uint64_t kManyEpochs = std::uint64_t{1} << 16;
 constexpr std::string_view kSnapshot = ".reg";
 constexpr std::string_view kJournal = ".journal";
 /// A journal that is shorter isn't worth writing a snapshot for.
@@ -71,56 +77,97 @@ bool RegistryStore::IsCurrent() const {
   return is_without_journal_ && calls_.Status(FilePath(kJournal).c_str(), &status) != 0;
 }
 
-Error RegistryStore::Refresh() {
+void RegistryStore::FileDamage::Set(bool found, bool gone) {
+  if (!found) {
+    *this = {};
+    return;
+  }
+  is_found = true;
+  is_gone = gone;
+}
+
+template <typename Work>
+Error RegistryStore::Run(Work work) {
   const std::lock_guard files(file_mutex_);
-  const Error error = Begin(false);
-  if (error.ok()) Hold hold(*this);
-  return error;
+  try {
+    return work();
+  } catch (const std::bad_alloc&) {
+  } catch (const std::length_error&) {
+  }
+  // A change may be in the journal and not in the tree.
+  is_loaded_ = is_loaded_ && must_fold_;
+  CloseJournal();
+  return ErrorFromErrno(ENOMEM);
+}
+
+Error RegistryStore::Refresh() {
+  return Run([&] {
+    const Error error = Begin(false);
+    if (error.ok()) Hold hold(*this);
+    return error;
+  });
 }
 
 Error RegistryStore::Change(const Planner& plan, const Finisher& finish) {
-  const std::lock_guard files(file_mutex_);
-  if (const Error error = Begin(true); !error.ok()) return error;
-  const Hold hold(*this);
-  JournalChange change;
-  const Result<bool> is_needed = plan(*tree_, change);
-  if (!is_needed.ok()) return is_needed.error;
-  if (is_needed.value) {
-    if (const Error error = Append(change); !error.ok()) return error;
-  }
-  if (finish) {
-    const std::lock_guard tree(tree_mutex_);
-    finish(*tree_);
-  }
-  // The change is made whether the fold succeeds or not; a fold that fails leaves it in the
-  // journal.
-  if (HasGrown() && !Fold().ok()) next_fold_ = 2 * end_;
-  return {};
+  return Run([&]() -> Error {
+    if (const Error error = Begin(true); !error.ok()) return error;
+    const Hold hold(*this);
+    if (must_fold_) {
+      if (const Error error = Fold(); !error.ok()) return error;
+    }
+    JournalChange change;
+    const Result<bool> is_needed = plan(*tree_, change);
+    if (!is_needed.ok()) return is_needed.error;
+    if (is_needed.value) {
+      if (const Error error = Append(change); !error.ok()) return error;
+    }
+    if (finish) {
+      const std::lock_guard tree(tree_mutex_);
+      finish(*tree_);
+    }
+    // The change is made whether the fold succeeds or not; a fold that fails leaves it in the
+    // journal.
+    if (HasGrown() && !Fold().ok()) next_fold_ = 2 * end_;
+    return {};
+  });
 }
 
 Error RegistryStore::Flush() {
-  const std::lock_guard files(file_mutex_);
-  if (!journal_.is_open() || !journal_.is_writable()) return {};
+  return Run([&]() -> Error {
+    if (!needs_sync_ && !directory_needs_sync_ && !must_fold_) {
+      // Others' changes, which this process has seen and may have reported.
+      return journal_.is_open() && journal_.is_writable() ? journal_.Sync() : Error{};
+    }
+    if (const Error error = Begin(false); !error.ok()) return error;
+    const Hold hold(*this);
+    return SyncAll();
+  });
+}
+
+Error RegistryStore::Leave(bool last_user) {
+  return Run([&]() -> Error {
+    if (!journal_.is_open() && !needs_sync_ && !directory_needs_sync_ && !must_fold_) return {};
+    Error error = Begin(false);
+    if (error.ok()) {
+      const Hold hold(*this);
+      if (last_user && journal_.is_writable() && end_ > kJournalHeaderSize) {
+        static_cast<void>(Fold());  // what it doesn't do is in the journal, and synced next
+      }
+      if (needs_sync_ || directory_needs_sync_ || must_fold_) error = SyncAll();
+    }
+    CloseJournal();
+    return error;
+  });
+}
+
+Error RegistryStore::SyncAll() {
+  if (!journal_.is_writable()) return {};
+  if (must_fold_) return Fold();
   if (const Error error = journal_.Sync(); !error.ok()) return error;
   needs_sync_ = false;
   if (!directory_needs_sync_) return {};
   const Error error = SyncDirectory(calls_, names_.directory);
   directory_needs_sync_ = !error.ok();
-  return error;
-}
-
-Error RegistryStore::Leave(bool last_user) {
-  const std::lock_guard files(file_mutex_);
-  if (!journal_.is_open()) return {};
-  Error error = Begin(false);
-  if (error.ok()) {
-    const Hold hold(*this);
-    const bool is_folded =
-        last_user && journal_.is_writable() && end_ > kJournalHeaderSize && Fold().ok();
-    if (!is_folded && needs_sync_) error = journal_.Sync();
-    needs_sync_ = false;
-  }
-  CloseJournal();
   return error;
 }
 
@@ -177,6 +224,8 @@ Error RegistryStore::OpenJournal(bool writing) {
   struct stat status;
   if (calls_.Status(names_.directory.c_str(), &status) != 0) return error;
   if (const Error load_error = Load(0); !load_error.ok()) return load_error;
+  // Whoever hands over settings that can't be written needn't give a journal.
+  damage_.journal = {};
   TellOfDamage();
   const std::lock_guard tree(tree_mutex_);
   is_without_journal_ = true;
@@ -199,57 +248,104 @@ void RegistryStore::CloseJournal() {
 
 Error RegistryStore::Synchronise(std::uint64_t size) {
   const std::uint64_t generation = journal_.Generation();
-  if (is_loaded_ && generation != 0 && generation == seen_generation_ && size == end_) return {};
+  if (is_loaded_ && generation != 0 && generation == seen_generation_ && size == end_ &&
+      !must_fold_) {
+    return {};
+  }
   if (size >= kJournalHeaderSize) {
     if (const Error error = TakeInJournal(size); !error.ok()) return error;
-  } else {
-    if (journal_.is_writable()) {
-      if (const Error error = MakeHeader(); !error.ok()) return error;
-      size = kJournalHeaderSize;
+  } else if (is_loaded_ && HasState()) {
+    damage_.journal.Set(true, size == 0);
+    must_fold_ = true;
+  } else if (const Error error = Load(size); !error.ok()) {
+    return error;
+  } else if (journal_.is_writable()) {
+    must_fold_ = damage_.any();
+    if (!must_fold_) {
+      if (const Error made = WriteHeader({.epoch = epoch_}); !made.ok()) return made;
+      directory_needs_sync_ = true;
     }
-    if (const Error error = Load(size); !error.ok()) return error;
   }
-  if (size >= kJournalHeaderSize) {
-    const std::lock_guard tree(tree_mutex_);
-    journal_.MapGeneration();
-  }
-  seen_generation_ = journal_.Generation();
   if (journal_.is_writable() && size > end_ && !damage_.any()) {
     // The end of a write that was never reported. One that stays is written over.
     static_cast<void>(journal_.Truncate(end_));
   }
-  if (damage_.any() && !damage_.is_told) Repair();
+  if (must_fold_ || !damage_.is_told()) Repair();
+  const std::uint64_t now = journal_.Generation();
+  if (now != 0) {
+    const std::lock_guard tree(tree_mutex_);
+    journal_.MapGeneration();
+  }
+  seen_generation_ = now;
   return {};
 }
 
 Error RegistryStore::TakeInJournal(std::uint64_t size) {
-  std::string bytes;
-  if (const Error error = journal_.Read(0, kJournalHeaderSize, bytes); !error.ok()) return error;
-  const std::optional<JournalHeader> header = DecodeJournalHead(bytes);
-  if (!is_loaded_ || !header) return Load(size);
-  if (header->former_epoch == epoch_ && header->former_size == end_) {
-    // The tree is the one that went into the snapshot.
-    epoch_ = header->epoch;
-    end_ = kJournalHeaderSize;
+  if (!is_loaded_) return Load(size);
+  const Result<bool> is_followed = FollowHeader(size);
+  if (!is_followed.ok()) return is_followed.error;
+  if (!is_followed.value) return Load(size);
+  if (size < end_) {
+    damage_.journal.Set(true, false);
+    must_fold_ = true;
+    return {};
   }
-  if (header->epoch != epoch_ || size < end_) return Load(size);
+  std::string bytes;
   if (const Error error = journal_.Read(end_, size - end_, bytes); !error.ok()) return error;
   const std::lock_guard tree(tree_mutex_);
   const JournalReplay replay = ReplayJournal(bytes, epoch_, end_, *tree_);
   end_ = replay.end;
-  damage_.in_journal |= replay.gaps > 0;
+  if (replay.gaps > 0) damage_.journal.Set(true, false);
   return {};
 }
 
-Error RegistryStore::MakeHeader() {
-  std::string bytes = EncodeJournalHead({.epoch = FreshNumber()});
+Result<bool> RegistryStore::FollowHeader(std::uint64_t& size) {
+  std::string bytes;
+  if (const Error error = journal_.Read(0, kJournalHeaderSize, bytes); !error.ok()) return error;
+  const std::optional<JournalHeader> header = DecodeJournalHead(bytes);
+  if (!header) {
+    if (const Error error = journal_.Read(0, size, bytes); !error.ok()) return error;
+    const auto records = std::string_view(bytes).substr(std::min(bytes.size(), kJournalHeaderSize));
+    const std::optional<std::uint64_t> epoch = FindJournalEpoch(records, kJournalHeaderSize);
+    if (epoch && *epoch != epoch_) return false;
+    if (!epoch) size = 0;
+    damage_.journal.Set(true, false);
+    must_fold_ = true;
+    return true;
+  }
+  if (header->epoch == epoch_) return true;
+  const bool is_next = header->former_epoch == epoch_;
+  const bool is_later = header->epoch > epoch_ && header->epoch - epoch_ < kManyEpochs;
+  // Only what was begun without knowledge lacks what is here; a merge by another has it, or more.
+  const bool is_anew = header->former_epoch == 0 || header->former_size == kJournalHeaderSize;
+  if (is_next ? end_ < header->former_size : is_later || !is_anew || !HasState()) return false;
+  if (!is_next || end_ > header->former_size) {
+    // Someone who had seen less than this tree has begun the journal that was lost anew. What has
+    // been added since goes on top of what is here.
+    damage_.journal.Set(true, false);
+    must_fold_ = true;
+    has_merged_ = true;
+  }
+  // Else the tree is the one that went into the snapshot.
+  epoch_ = header->epoch;
+  end_ = kJournalHeaderSize;
+  return true;
+}
+
+bool RegistryStore::HasState() const {
+  return snapshot_size_ > 0 || end_ > kJournalHeaderSize || must_fold_;
+}
+
+Error RegistryStore::WriteHeader(const JournalHeader& header) {
+  const std::uint64_t generation = FreshNumber();
+  std::string bytes = EncodeJournalHead(header);
   bytes.resize(kJournalGenerationOffset);
-  bytes += EncodeGeneration(FreshNumber());
+  bytes += EncodeGeneration(generation);
   bytes.resize(kJournalHeaderSize);
   const Error error = journal_.Write(0, bytes);
   // What was written of it is overwritten by the next one to come.
   if (!error.ok()) static_cast<void>(journal_.Truncate(0));
-  directory_needs_sync_ = true;
+  if (error.ok()) seen_generation_ = generation;
   return error;
 }
 
@@ -268,8 +364,14 @@ Error RegistryStore::Load(std::uint64_t journal_size) {
   const JournalReplay replay = ReplayJournal(records, epoch_, kJournalHeaderSize, *loaded.tree);
   end_ = replay.end;
   is_loaded_ = true;
-  damage_.in_snapshot = loaded.damaged;
-  damage_.in_journal = replay.gaps > 0 || (!journal.empty() && !header);
+  must_fold_ = false;
+  has_merged_ = false;
+  // A journal that was emptied has its snapshot, and a snapshot its journal, which is older.
+  const bool is_snapshot_lost = snapshot_size_ == 0 && header && header->former_epoch != 0;
+  const bool is_journal_lost = snapshot_size_ > 0 && journal_size < kJournalHeaderSize;
+  damage_.snapshot.Set(loaded.damaged || is_snapshot_lost, !loaded.damaged);
+  damage_.journal.Set(replay.gaps > 0 || (!journal.empty() && !header) || is_journal_lost,
+                      journal_size == 0);
   damage_.values_kept = loaded.values;
   damage_.lines_lost = loaded.lost_lines;
 
@@ -280,19 +382,17 @@ Error RegistryStore::Load(std::uint64_t journal_size) {
 }
 
 Error RegistryStore::LoadSnapshot(LoadedSnapshot& loaded) {
-  const Result<int> fd = OpenFile(calls_, FilePath(kSnapshot), O_RDONLY);
-  if (fd.error.kind == ErrorKind::kNotFound) {
+  FileDescriptor file;
+  const Result<struct stat> opened = OpenStoreFile(calls_, FilePath(kSnapshot), O_RDONLY, file);
+  if (opened.error.kind == ErrorKind::kNotFound) {
     loaded.tree = std::make_unique<RegistryTree>();
     snapshot_size_ = 0;
     return {};
   }
-  if (!fd.ok()) return fd.error;
-  const FileDescriptor file(calls_, fd.value);
-  struct stat status;
-  if (calls_.StatusOf(file.get(), &status) != 0) return ErrorFromErrno(errno);
+  if (!opened.ok()) return opened.error;
   std::string text;
   const Error error =
-      ReadFullyAt(calls_, file.get(), static_cast<std::size_t>(status.st_size), 0, text);
+      ReadFullyAt(calls_, file.get(), static_cast<std::size_t>(opened.value.st_size), 0, text);
   if (!error.ok()) return error;
   loaded = ReadSnapshot(text, names_.root);
   snapshot_size_ = text.size();
@@ -309,6 +409,7 @@ Error RegistryStore::AnnounceChange() {
 
 Error RegistryStore::Append(const JournalChange& change) {
   EncodeJournalRecord(change, epoch_, end_, record_);
+  if (end_ + record_.size() > kMaxStoreFile) return ErrorFromErrno(EFBIG);
   Error error = AnnounceChange();
   if (error.ok()) {
     error = journal_.Write(end_, record_);
@@ -333,53 +434,57 @@ Error RegistryStore::Fold() {
   if (const Error error = WriteSnapshotFile(); !error.ok()) return error;
   if (const Error error = EmptyJournal(); !error.ok()) return error;
   damage_ = {};
+  must_fold_ = false;
+  has_merged_ = false;
   next_fold_ = 0;
   return {};
 }
 
 Error RegistryStore::WriteSnapshotFile() {
   const std::string path = FilePath(kSnapshot);
-  const std::string temporary = path + ".tmp";
-  const Result<int> fd = OpenFile(calls_, temporary, O_WRONLY | O_CREAT | O_TRUNC, kUserOnly);
-  if (!fd.ok()) return fd.error;
-  const FileDescriptor file(calls_, fd.value);
+  const Replacement replacement{
+      .target = path, .temporary = path + ".tmp", .old = std::nullopt, .mode = kUserOnly};
+  // One that a dead process has left isn't written into: others may have it open.
+  if (calls_.Unlink(replacement.temporary.c_str()) != 0 && errno != ENOENT) {
+    return ErrorFromErrno(errno);
+  }
   std::uint64_t size = 0;
-  Error error = WriteSnapshot(*tree_, names_.root, [&](std::string_view piece) {
-    size += piece.size();
-    return WriteFully(calls_, file.get(), piece);
-  });
-  if (error.ok()) error = SyncFile(calls_, file.get());
-  if (error.ok() && calls_.Rename(temporary.c_str(), path.c_str()) != 0) {
-    error = ErrorFromErrno(errno);
-  }
-  if (!error.ok()) {
-    // One that stays is overwritten by the next.
-    static_cast<void>(calls_.Unlink(temporary.c_str()));
-    return error;
-  }
-  snapshot_size_ = size;
   // The journal must not be emptied before the disk has the snapshot under its name.
-  error = SyncDirectory(calls_, names_.directory);
-  if (error.ok()) directory_needs_sync_ = false;
-  return error;
+  const Error error = ReplaceFile(calls_, replacement, [&](int fd) {
+    return WriteSnapshot(*tree_, names_.root, [&](std::string_view piece) {
+      size += piece.size();
+      // It could be written, but not read again.
+      return size > kMaxStoreFile ? ErrorFromErrno(EFBIG) : WriteFully(calls_, fd, piece);
+    });
+  });
+  if (!error.ok()) return error;
+  snapshot_size_ = size;
+  directory_needs_sync_ = false;
+  return {};
 }
 
 Error RegistryStore::EmptyJournal() {
-  if (const Error error = AnnounceChange(); !error.ok()) return error;
-  const JournalHeader header{.epoch = epoch_ + 1, .former_epoch = epoch_, .former_size = end_};
-  if (const Error error = journal_.Write(0, EncodeJournalHead(header)); !error.ok()) {
+  // Others at the end of this epoch have the same tree, unless it has been merged: then nobody has.
+  const std::uint64_t former = has_merged_ ? epoch_ + 1 : epoch_;
+  const JournalHeader header{
+      .epoch = former + 1, .former_epoch = former, .former_size = has_merged_ ? 0 : end_};
+  if (must_fold_) {
+    // There may be no header whose generation could be counted up.
+    if (const Error error = WriteHeader(header); !error.ok()) return error;
+  } else if (const Error error = AnnounceChange(); !error.ok()) {
+    return error;
+  } else if (const Error written = journal_.Write(0, EncodeJournalHead(header)); !written.ok()) {
     // The records stay good: they give the snapshot once more. A header that is torn now, and
     // can't be written again either, is found to be damaged and its epoch in the records.
     static_cast<void>(journal_.Write(0, EncodeJournalHead({.epoch = epoch_})));
-    return error;
+    return written;
   }
   epoch_ = header.epoch;
   end_ = kJournalHeaderSize;
   // Records that stay are none of this epoch, and the next writer cuts them off.
   static_cast<void>(journal_.Truncate(end_));
   // Lost, this leaves the old journal, whose records give the snapshot once more.
-  static_cast<void>(journal_.Sync());
-  needs_sync_ = false;
+  needs_sync_ = !journal_.Sync().ok();
   return {};
 }
 
@@ -391,28 +496,25 @@ void RegistryStore::Repair() {
 }
 
 Error RegistryStore::KeepDamaged() {
-  if (damage_.in_snapshot && damage_.snapshot_copy.empty()) {
-    Result<std::string> copy = KeepCopy(kSnapshot);
-    if (!copy.ok()) return copy.error;
-    damage_.snapshot_copy = std::move(copy.value);
-  }
-  if (damage_.in_journal && damage_.journal_copy.empty()) {
-    Result<std::string> copy = KeepCopy(kJournal);
-    if (!copy.ok()) return copy.error;
-    damage_.journal_copy = std::move(copy.value);
-  }
-  return {};
+  const Error error = KeepDamaged(kSnapshot, damage_.snapshot);
+  return error.ok() ? KeepDamaged(kJournal, damage_.journal) : error;
+}
+
+Error RegistryStore::KeepDamaged(std::string_view extension, FileDamage& damage) {
+  if (!damage.is_found || damage.is_gone || !damage.copy.empty()) return {};
+  Result<std::string> copy = KeepCopy(extension);
+  if (copy.ok()) damage.copy = std::move(copy.value);
+  return copy.error;
 }
 
 Result<std::string> RegistryStore::KeepCopy(std::string_view extension) {
   const std::string path = FilePath(extension);
-  const Result<int> fd = OpenFile(calls_, path, O_RDONLY);
-  if (!fd.ok()) return fd.error;
-  const FileDescriptor file(calls_, fd.value);
-  struct stat status;
-  if (calls_.StatusOf(file.get(), &status) != 0) return ErrorFromErrno(errno);
+  FileDescriptor file;
+  const Result<struct stat> opened = OpenStoreFile(calls_, path, O_RDONLY, file);
+  if (!opened.ok()) return opened.error;
   std::string bytes;
-  Error error = ReadFullyAt(calls_, file.get(), static_cast<std::size_t>(status.st_size), 0, bytes);
+  Error error =
+      ReadFullyAt(calls_, file.get(), static_cast<std::size_t>(opened.value.st_size), 0, bytes);
   if (!error.ok()) return error;
   for (int number = 0; number < kMaxCopies; ++number) {
     std::string copy = path + ".bad";
@@ -432,24 +534,28 @@ Result<std::string> RegistryStore::KeepCopy(std::string_view extension) {
 }
 
 void RegistryStore::TellOfDamage() {
-  if (!damage_.any() || damage_.is_told) return;
-  damage_.is_told = true;
-  const auto whereabouts = [](const std::string& copy) {
-    return copy.empty() ? std::string("The damaged file is still in its place.")
-                        : "The damaged file has been kept as " + copy + ".";
+  const auto whereabouts = [](const FileDamage& damage) {
+    if (damage.is_gone) return std::string("There was nothing of the file to keep.");
+    return damage.copy.empty() ? std::string("The damaged file is still in its place.")
+                               : "The damaged file has been kept as " + damage.copy + ".";
   };
-  if (damage_.in_snapshot) {
-    notices_.push_back("The file " + FilePath(kSnapshot) +
-                       " of your settings was damaged. What could be read of it is kept: " +
-                       std::to_string(damage_.values_kept) + " values. " +
-                       std::to_string(damage_.lines_lost) + " lines could not be read.\n\n" +
-                       whereabouts(damage_.snapshot_copy));
+  const auto is_news = [](FileDamage& damage) {
+    return damage.is_found && !std::exchange(damage.is_told, true);
+  };
+  if (is_news(damage_.snapshot)) {
+    notices_.push_back(
+        "The file " + FilePath(kSnapshot) + " of your settings was " +
+        (damage_.snapshot.is_gone ? "missing" : "damaged") +
+        ". What could be read of it is kept: " + std::to_string(damage_.values_kept) + " values. " +
+        std::to_string(damage_.lines_lost) + " lines could not be read.\n\n" +
+        whereabouts(damage_.snapshot));
   }
-  if (damage_.in_journal) {
-    notices_.push_back("The file " + FilePath(kJournal) +
-                       " of your latest settings was damaged. The changes that could be read of "
-                       "it are kept.\n\n" +
-                       whereabouts(damage_.journal_copy));
+  if (is_news(damage_.journal)) {
+    notices_.push_back("The file " + FilePath(kJournal) + " of your latest settings was " +
+                       (damage_.journal.is_gone ? "missing" : "damaged") +
+                       ". The changes that could be read of it, or that this program knew, are "
+                       "kept.\n\n" +
+                       whereabouts(damage_.journal));
   }
 }
 

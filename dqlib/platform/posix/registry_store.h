@@ -7,6 +7,10 @@
 // system. When the journal has grown it is folded: a new snapshot is written beside the old one,
 // synced and renamed over it, and the journal is emptied under a new epoch. Death at any moment of
 // that leaves a snapshot and a journal that give the same state.
+//
+// Files that are damaged, cut short or deleted from outside are no reason to forget anything: what
+// can still be read is kept, a store that has the changes in memory writes them back, the damaged
+// file stays beside the new one as a copy, and the person is told.
 
 #pragma once
 
@@ -79,20 +83,33 @@ class RegistryStore {
  private:
   class Hold;
 
-  /// What lies in the place of good files.
+  /// What is known of a damaged file, from when it is found until a fold has written a good one.
+  struct FileDamage {
+    bool is_found = false;
+    /// There is no file, or nothing of it to keep.
+    bool is_gone = false;
+    bool is_told = false;
+    /// Where it was copied to; "" before that.
+    std::string copy;
+
+    void Set(bool found, bool gone);
+  };
   struct Damage {
-    bool in_snapshot = false;
-    bool in_journal = false;
+    FileDamage snapshot;
+    FileDamage journal;
     std::size_t values_kept = 0;
     std::size_t lines_lost = 0;
-    /// Where the damaged files were copied to; "" before that.
-    std::string snapshot_copy;
-    std::string journal_copy;
-    bool is_told = false;
 
-    bool any() const { return in_snapshot || in_journal; }
+    bool any() const { return snapshot.is_found || journal.is_found; }
+    bool is_told() const {
+      return (!snapshot.is_found || snapshot.is_told) && (!journal.is_found || journal.is_told);
+    }
   };
 
+  /// Runs one of the operations. One that there is no memory for leaves the files as they are and
+  /// is an error.
+  template <typename Work>
+  Error Run(Work work);
   std::string FilePath(std::string_view extension) const;
 
   /// Locks the journal and brings the tree up to date; for `writing`, the journal can be written
@@ -105,7 +122,11 @@ class RegistryStore {
   /// With the lock.
   Error Synchronise(std::uint64_t size);
   Error TakeInJournal(std::uint64_t size);
-  Error MakeHeader();
+  /// Whether the journal goes on from what the tree has; sets from where, and `size` to 0 if
+  /// nothing of the journal can be read.
+  Result<bool> FollowHeader(std::uint64_t& size);
+  bool HasState() const;
+  Error WriteHeader(const JournalHeader& header);
   Error Load(std::uint64_t journal_size);
   Error LoadSnapshot(LoadedSnapshot& loaded);
   Error AnnounceChange();
@@ -114,10 +135,12 @@ class RegistryStore {
   bool HasGrown() const;
   Error Fold();
   Error WriteSnapshotFile();
+  Error SyncAll();
   Error EmptyJournal();
 
   void Repair();
   Error KeepDamaged();
+  Error KeepDamaged(std::string_view extension, FileDamage& damage);
   Result<std::string> KeepCopy(std::string_view extension);
   void TellOfDamage();
 
@@ -140,6 +163,10 @@ class RegistryStore {
   std::uint64_t epoch_ = 0;
   std::uint64_t end_ = 0;
   bool is_loaded_ = false;
+  /// The tree has what the files have lost; nothing is appended before a fold has written it.
+  bool must_fold_ = false;
+  /// The tree has changes that two journals had, so that no other process has the same one.
+  bool has_merged_ = false;
   bool needs_sync_ = false;
   bool directory_needs_sync_ = false;
   std::uint64_t snapshot_size_ = 0;

@@ -1,5 +1,6 @@
 #include "dqlib/platform/posix/system_calls.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstdlib>
@@ -74,6 +75,7 @@ int SystemCalls::SetTimes(const char* path, const timespec (&times)[2]) {
   return ::utimensat(AT_FDCWD, path, times, 0);
 }
 int SystemCalls::Lock(int fd, int operation) { return ::flock(fd, operation); }
+void SystemCalls::Pause(unsigned microseconds) { ::usleep(microseconds); }
 int SystemCalls::StatusOf(int fd, struct stat* status) { return ::fstat(fd, status); }
 int SystemCalls::Status(const char* path, struct stat* status) { return ::stat(path, status); }
 int SystemCalls::Rename(const char* from, const char* to) { return ::rename(from, to); }
@@ -157,8 +159,17 @@ Error SyncFile(SystemCalls& calls, int fd) {
 }
 
 Error LockFile(SystemCalls& calls, int fd, int operation) {
-  if (Uninterrupted([&] { return calls.Lock(fd, operation); }) < 0) return LastError();
-  return {};
+  const int attempt = operation == LOCK_UN ? operation : operation | LOCK_NB;
+  constexpr unsigned kFirstWait = 50;
+  constexpr unsigned kLongestWait = 2000;
+  constexpr unsigned kPatience = 20'000'000;
+  unsigned wait = kFirstWait;
+  for (unsigned waited = 0;; waited += wait) {
+    if (Uninterrupted([&] { return calls.Lock(fd, attempt); }) == 0) return {};
+    if (errno != EWOULDBLOCK || waited >= kPatience) return LastError();
+    calls.Pause(wait);
+    wait = std::min(wait * 2, kLongestWait);
+  }
 }
 
 Error SyncDirectory(SystemCalls& calls, const std::string& path) {

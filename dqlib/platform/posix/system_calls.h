@@ -44,6 +44,8 @@ class SystemCalls {
   virtual int SetTimes(int fd, const timespec (&times)[2]);
   virtual int SetTimes(const char* path, const timespec (&times)[2]);
   virtual int Lock(int fd, int operation);
+  /// Lets some time pass, less if a signal comes.
+  virtual void Pause(unsigned microseconds);
   virtual int StatusOf(int fd, struct stat* status);
   virtual int Status(const char* path, struct stat* status);
   virtual int Rename(const char* from, const char* to);
@@ -85,7 +87,9 @@ class FileDescriptor {
 ///
 /// `OpenFile` gives the descriptor or the error. `WriteFully` writes all bytes; if it fails, some
 /// of them may have been written. `ReadFully` reads up to the end of the file if that comes first,
-/// and replaces `bytes`. `LockFile` waits for an advisory lock (`LOCK_EX` or `LOCK_SH`).
+/// and replaces `bytes`. `LockFile` gets an advisory lock (`LOCK_EX` or `LOCK_SH`) or gives it
+/// back (`LOCK_UN`); it waits some 20 seconds for others, so that one that was stopped doesn't stop
+/// everyone for ever, and fails with `kBusy` then.
 Result<int> OpenFile(SystemCalls& calls, const std::string& path, int flags, mode_t mode = 0);
 Error WriteFully(SystemCalls& calls, int fd, std::string_view bytes);
 Error WriteFullyAt(SystemCalls& calls, int fd, std::string_view bytes, off_t offset);
