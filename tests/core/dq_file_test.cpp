@@ -99,17 +99,6 @@ TEST(DQFile, WritesNumbersTextsAndLineEndsOfBothKinds) {
   }
 }
 
-TEST(DQFile, StandardOutputTakesText) {
-  CDQFile output("", FILE_OPEN_STDOUT);
-  testing::internal::CaptureStdout();
-  EXPECT_TRUE(output.Open());
-  EXPECT_TRUE(output.WriteLine("said"));
-  CString text;
-  EXPECT_EQ(output.ReadLine(text), 0);
-  EXPECT_TRUE(output.Close());
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "said\n");
-}
-
 TEST(DQFile, WholeFilesAndAttributes) {
   const TempDirectory directory;
   CDQFile file(directory.Put("f", "a\r\nb").c_str(), FILE_OPEN_READ);

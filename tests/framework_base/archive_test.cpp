@@ -255,16 +255,5 @@ TEST(Archive, WrongDirectionsAndClassesThatCantBeReadBackAreRefused) {
   EXPECT_THROW(loading << byte, CArchiveException);
 }
 
-TEST(Archive, ClosingALoadGivesBackWhatWasReadAhead) {
-  CMemFile file;
-  file.Write("12345678", 8);
-  file.SeekToBegin();
-  CArchive archive(&file, CArchive::load);
-  DWORD value = 0;
-  archive >> value;
-  archive.Close();
-  EXPECT_EQ(file.GetPosition(), 4);
-}
-
 }  // namespace
 }  // namespace dq

@@ -79,26 +79,6 @@ TEST(File, PositionsLengthsAndBadSeeks) {
   EXPECT_EQ(in_memory.GetLength(), 3);
 }
 
-TEST(File, StatusRenameAndRemove) {
-  const TempDirectory directory;
-  const std::string path = directory.Put("f", "abc");
-  CFileStatus status;
-  ASSERT_TRUE(CFile::GetStatus(path.c_str(), status));
-  EXPECT_EQ(status.m_size, 3u);
-  EXPECT_EQ(status.m_attribute, DWORD{FILE_ARCHIVE});
-  status.m_attribute |= FILE_READ_ONLY;
-  status.m_mtime = 1'000'000'000;
-  CFile::SetStatus(path.c_str(), status);
-  CFileStatus changed;
-  ASSERT_TRUE(CFile::GetStatus(path.c_str(), changed));
-  EXPECT_EQ(changed.m_attribute, DWORD{FILE_ARCHIVE | FILE_READ_ONLY});
-  EXPECT_EQ(changed.m_mtime, 1'000'000'000);
-  EXPECT_EQ(CauseOf([&] { CFile::Remove(path.c_str()); }), CFileException::accessDenied);
-  const std::string renamed = directory / "g";
-  CFile::Rename(path.c_str(), renamed.c_str());
-  EXPECT_FALSE(CFile::GetStatus(path.c_str(), status));
-}
-
 TEST(StdioFile, LinesEndInLfOrCrLfAcrossBuffers) {
   const TempDirectory directory;
   const std::string wide(65535, 'x');
