@@ -10,7 +10,8 @@ INSTALL = os.path.realpath(os.path.join(os.path.dirname(__file__), "..", "..", "
                                         "install.sh"))
 
 with open(INSTALL, encoding="utf-8") as script:
-    BENCH = re.search(r"^ +bench\) echo (.*) ;;$", script.read(), re.MULTILINE)[1].split()
+    BENCH = re.search(r"^ +bench\) echo (.*?) ;;$", script.read(),
+                      re.MULTILINE | re.DOTALL)[1].replace("\\\n", " ").split()
 
 # A package is installed if a file of its name is in $MACHINE/has; apt-get brings those of
 # $MACHINE/offers, to which "update" adds those of $MACHINE/news.
