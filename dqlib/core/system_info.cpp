@@ -163,10 +163,24 @@ CString CDQSystemInfo::GetCurrentDateTime(DWORD flags) {
 CString CDQSystemInfo::GetFormattedDate(const SYSTEMTIME* time, DWORD flags) {
   const DWORD item = (flags & DATE_LONG) != 0 ? LOCALE_SLONGDATE : LOCALE_SSHORTDATE;
   const CString picture = CDQLocaleInfo::GetInfo(item, "", LOCALE_USER_DEFAULT);
-  const std::string text = platform::LayOutDate(time == nullptr ? Now() : *time, picture.View(),
-                                                *platform::Current().locale, LOCALE_USER_DEFAULT);
-  // The platform gives no date at all if it has no room for it.
-  return text.size() > kLongestDate ? CString() : CString(text);
+  const SYSTEMTIME shown = time == nullptr ? Now() : *time;
+  platform::Locale* const locale = platform::Current().locale;
+  // A log asks for the same date line after line.
+  struct LaidOut {
+    platform::Locale* locale = nullptr;
+    CString picture;
+    SYSTEMTIME date;
+    CString text;
+  };
+  thread_local LaidOut last;
+  if (last.locale != locale || last.picture != picture || last.date.wYear != shown.wYear ||
+      last.date.wMonth != shown.wMonth || last.date.wDay != shown.wDay) {
+    const std::string text =
+        platform::LayOutDate(shown, picture.View(), *locale, LOCALE_USER_DEFAULT);
+    // The platform gives no date at all if it has no room for it.
+    last = {locale, picture, shown, text.size() > kLongestDate ? CString() : CString(text)};
+  }
+  return last.text;
 }
 
 CString CDQSystemInfo::GetFormattedDate(const COleDateTime& time, DWORD flags) {
@@ -194,7 +208,10 @@ CString CDQSystemInfo::GetFormattedTime(const SYSTEMTIME* time, bool millisecond
 
 CString CDQSystemInfo::GetFormattedDateTime(const SYSTEMTIME* time, DWORD flags) {
   const SYSTEMTIME shown = time == nullptr ? Now() : *time;
-  return GetFormattedDate(&shown, flags) + " " + GetFormattedTime(&shown, false);
+  CString text = GetFormattedDate(&shown, flags);
+  text += ' ';
+  text += GetFormattedTime(&shown, false);
+  return text;
 }
 
 int CDQSystemInfo::GetMilliSecPos(const char* time) {
