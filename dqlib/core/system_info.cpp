@@ -165,7 +165,8 @@ CString CDQSystemInfo::GetFormattedDate(const SYSTEMTIME* time, DWORD flags) {
   const CString picture = CDQLocaleInfo::GetInfo(item, "", LOCALE_USER_DEFAULT);
   const SYSTEMTIME shown = time == nullptr ? Now() : *time;
   platform::Locale* const locale = platform::Current().locale;
-  // A log asks for the same date line after line.
+  // A log asks for the same date line after line. One with names in it is laid out each time, since
+  // they may change while the picture stays.
   struct LaidOut {
     platform::Locale* locale = nullptr;
     CString picture;
@@ -173,8 +174,11 @@ CString CDQSystemInfo::GetFormattedDate(const SYSTEMTIME* time, DWORD flags) {
     CString text;
   };
   thread_local LaidOut last;
-  if (last.locale != locale || last.picture != picture || last.date.wYear != shown.wYear ||
-      last.date.wMonth != shown.wMonth || last.date.wDay != shown.wDay) {
+  const bool has_names = picture.View().find("ddd") != std::string_view::npos ||
+                         picture.View().find("MMM") != std::string_view::npos;
+  if (has_names || last.locale != locale || last.picture != picture ||
+      last.date.wYear != shown.wYear || last.date.wMonth != shown.wMonth ||
+      last.date.wDay != shown.wDay) {
     const std::string text =
         platform::LayOutDate(shown, picture.View(), *locale, LOCALE_USER_DEFAULT);
     // The platform gives no date at all if it has no room for it.

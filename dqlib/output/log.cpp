@@ -135,19 +135,19 @@ bool CDQLog::ClearLogFile() {
 
 int DQLIB_WriteLogFile(const char* path, const char* text, long maxKilobytes) try {
   if (path == nullptr || text == nullptr) return -1;
-  UINT flags = CFile::modeWrite | CFile::shareDenyWrite;
   CFileStatus status;
   const bool exists = CFile::GetStatus(path, status) != 0;
-  if (!exists) flags |= CFile::modeCreate;
   const std::int64_t limit =
       std::clamp<std::int64_t>(maxKilobytes, 0, std::numeric_limits<std::int32_t>::max()) *
       kBytesInKilobyte;
-  if (limit > 0 && exists && FoundSize(status.m_size) >= limit) {
-    flags |= CFile::modeCreate;
-  }
   const CString entry = CDQSystemInfo::GetCurrentDateTime(DATE_SHORT) + "\r\n" + text + "\r\n";
   CFile file;
-  if (!file.Open(path, flags)) return -1;
+  // Nothing is emptied before the file is held: another process may be writing its entry just now.
+  constexpr UINT kFlags = CFile::modeWrite | CFile::shareDenyWrite | CFile::modeNoTruncate;
+  if (!file.Open(path, kFlags | (exists ? 0 : UINT{CFile::modeCreate}))) return -1;
+  if (limit > 0 && CFile::GetStatus(path, status) && FoundSize(status.m_size) >= limit) {
+    file.SetLength(0);
+  }
   file.SeekToEnd();
   file.Write(static_cast<const char*>(entry), static_cast<UINT>(entry.GetLength()));
   file.Close();

@@ -43,10 +43,18 @@ std::string BelowHome(std::string_view below) {
   return home.empty() ? home : home + std::string(below);
 }
 
+/// Where the desktop's data lie if nothing else is said.
+constexpr char kDataDirectories[] = "/usr/local/share:/usr/share";
+
+std::string WithoutLastSlashes(std::string path) {
+  while (path.size() > 1 && path.back() == '/') path.pop_back();
+  return path;
+}
+
 /// A directory of the desktop's base directory rules, which count only absolute paths.
 std::string BaseDirectory(const char* variable, const char* below_home) {
   const std::string path = Variable(variable);
-  return path.starts_with('/') ? path : BelowHome(below_home);
+  return path.starts_with('/') ? WithoutLastSlashes(path) : BelowHome(below_home);
 }
 
 /// An entry of a directory; "" without the directory.
@@ -59,14 +67,14 @@ std::string DataDirectory() { return BaseDirectory("XDG_DATA_HOME", "/.local/sha
 
 /// A list of directories with colons between them; never empty.
 std::vector<std::string> DirectoryList(const char* variable, const char* fallback) {
-  std::string list = Variable(variable);
-  if (list.empty()) list = fallback;
   std::vector<std::string> directories;
-  std::istringstream stream(list);
-  for (std::string directory; std::getline(stream, directory, ':');) {
-    if (directory.starts_with('/')) directories.push_back(directory);
+  for (const std::string& list : {Variable(variable), std::string(fallback)}) {
+    if (!directories.empty()) break;
+    std::istringstream stream(list);
+    for (std::string directory; std::getline(stream, directory, ':');) {
+      if (directory.starts_with('/')) directories.push_back(WithoutLastSlashes(directory));
+    }
   }
-  if (directories.empty()) directories.emplace_back(fallback);
   return directories;
 }
 
@@ -76,7 +84,11 @@ std::string ReadKey(const std::string& path, const std::string& section, const s
   bool inside = section.empty();
   for (std::string line; std::getline(file, line);) {
     if (line.starts_with('[')) inside = line == section;
-    if (inside && line.starts_with(key + "=")) return line.substr(key.size() + 1);
+    if (!inside || !line.starts_with(key)) continue;
+    const std::size_t equals = line.find_first_not_of(' ', key.size());
+    if (equals == line.npos || line[equals] != '=') continue;
+    const std::size_t value = line.find_first_not_of(' ', equals + 1);
+    return value == line.npos ? std::string() : line.substr(value);
   }
   return {};
 }
@@ -86,7 +98,8 @@ std::string UserFolder(const char* name, const char* below_home) {
   std::string value = ReadKey(ConfigDirectory() + "/user-dirs.dirs", "", name);
   if (value.size() > 2 && value.front() == '"' && value.back() == '"') {
     value = value.substr(1, value.size() - 2);
-    if (value.starts_with("$HOME")) value = BelowHome(std::string_view(value).substr(5));
+    if (value.starts_with("$HOME/") || value == "$HOME")
+      value = BelowHome(std::string_view(value).substr(5));
     while (value.size() > 1 && value.back() == '/') value.pop_back();
     if (value.starts_with('/')) return value;
   }
@@ -95,8 +108,7 @@ std::string UserFolder(const char* name, const char* below_home) {
 
 /// The command of a program's desktop entry, without the places for what it is to open.
 std::string DesktopCommand(const std::string& entry) {
-  std::vector<std::string> directories =
-      DirectoryList("XDG_DATA_DIRS", "/usr/local/share:/usr/share");
+  std::vector<std::string> directories = DirectoryList("XDG_DATA_DIRS", kDataDirectories);
   directories.insert(directories.begin(), DataDirectory());
   for (const std::string& directory : directories) {
     std::string command = ReadKey(directory + "/applications/" + entry, "[Desktop Entry]", "Exec");
@@ -172,13 +184,20 @@ class PosixFacts : public SystemFacts {
   }
 
   std::string WebBrowserCommand() override {
-    const std::vector<std::string> lists = {ConfigDirectory() + "/mimeapps.list",
-                                            DataDirectory() + "/applications/mimeapps.list",
-                                            "/usr/share/applications/mimeapps.list"};
-    for (const std::string& list : lists) {
-      const std::string entries = ReadKey(list, "[Default Applications]", "x-scheme-handler/http");
-      const std::string command = DesktopCommand(entries.substr(0, entries.find(';')));
-      if (!command.empty()) return command;
+    std::vector<std::string> directories = DirectoryList("XDG_CONFIG_DIRS", "/etc/xdg");
+    directories.insert(directories.begin(), ConfigDirectory());
+    directories.push_back(Below(DataDirectory(), "/applications"));
+    for (const std::string& data : DirectoryList("XDG_DATA_DIRS", kDataDirectories)) {
+      directories.push_back(Below(data, "/applications"));
+    }
+    for (const std::string& directory : directories) {
+      // The first program of the list that is installed is the one.
+      std::istringstream entries(ReadKey(Below(directory, "/mimeapps.list"),
+                                         "[Default Applications]", "x-scheme-handler/http"));
+      for (std::string entry; std::getline(entries, entry, ';');) {
+        const std::string command = DesktopCommand(entry);
+        if (!command.empty()) return command;
+      }
     }
     return Variable("BROWSER");
   }
