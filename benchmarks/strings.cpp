@@ -51,7 +51,7 @@ void BenchReplace(const std::string& density, std::size_t distance) {
       {"shrink", "$$x", "$$x", "v", false},
       {"equal, in place", "$$x", "$$x", "val", false},
       {"byte for byte, in place", ";", ";", ",", false},
-      {"long texts", "<placeholder of the name>", "<placeholder of the name>",
+      {"long texts", "<name of the next customer>", "<name of the next customer>",
        "a value that has some length, too", false},
       {"grow", "$$X", "$$x", "value", true},
       {"equal, in place", "$$X", "$$x", "val", true},
