@@ -54,6 +54,9 @@ std::string Store(const std::vector<std::unique_ptr<CObject>>& objects) {
 
 }  // namespace
 
+// The form without a throw belongs to the same family, or the two would not fit together.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return std::malloc(size); }
+
 void* operator new(std::size_t size) {
   Require(size <= g_limit);
   if (void* const memory = std::malloc(size)) return memory;
