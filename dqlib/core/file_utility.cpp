@@ -5,6 +5,8 @@
 
 #include "dqlib/core/system_info.h"
 #include "dqlib/framework/base/random.h"
+#include "dqlib/framework/base/registry_key.h"
+#include "dqlib/framework/base/text.h"
 #include "dqlib/framework/windows/message_box.h"
 #include "dqlib/platform/paths.h"
 #include "dqlib/platform/platform.h"
@@ -19,7 +21,7 @@ constexpr DWORD kFileAttributes = FILE_READ_ONLY | FILE_HIDDEN | FILE_SYSTEM | F
 
 platform::Files& Files() { return *platform::Current().files; }
 
-std::string_view OrEmpty(const char* text) { return text == nullptr ? "" : text; }
+using detail::OrEmpty;
 
 bool IsWindowsForm(std::string_view path) {
   return platform::FormOf(path) == platform::PathForm::kWindows;
@@ -112,22 +114,18 @@ UINT CauseMessage(int cause, bool saving) {
 /// The default value of a key below the root of file types.
 bool SetFileTypeValue(const CString& key_path, const CString& text) {
   platform::Registry& registry = *platform::Current().registry;
-  const auto key = registry.CreateKey(kClassesRoot, key_path.View());
-  if (!key.ok()) return false;
+  const RegistryKey key(registry.CreateKey(kClassesRoot, key_path.View()));
   const std::string_view with_zero(text, static_cast<std::size_t>(text.GetLength()) + 1);
-  const bool set = registry.SetValue(key.value, "", REGISTRY_STRING, with_zero).ok();
-  registry.CloseKey(key.value);
-  return set;
+  return key.ok() && registry.SetValue(key.get(), "", REGISTRY_STRING, with_zero).ok();
 }
 
 CString FileTypeValue(const CString& key_path) {
   constexpr std::size_t kLongest = 520;
   platform::Registry& registry = *platform::Current().registry;
-  const auto key = registry.OpenKey(kClassesRoot, key_path.View());
+  const RegistryKey key(registry.OpenKey(kClassesRoot, key_path.View()));
   if (!key.ok()) return {};
   char data[kLongest + 1] = {};
-  const auto read = registry.ReadValue(key.value, "", std::span(data, kLongest));
-  registry.CloseKey(key.value);
+  const auto read = registry.ReadValue(key.get(), "", std::span(data, kLongest));
   return read.ok() ? CString(data) : CString();
 }
 

@@ -7,10 +7,8 @@
 #include <string_view>
 
 #include "dqlib/framework/base/registry_key.h"
-#include "dqlib/framework/windows/win_app.h"
 #include "dqlib/platform/ascii.h"
 #include "dqlib/platform/platform.h"
-#include "dqlib/resources/string_ids.h"
 
 namespace dq {
 namespace {
@@ -89,13 +87,6 @@ BOOL Rename(HKEY root, const std::string& old_name, const std::string& new_name)
 }
 
 }  // namespace
-
-CString AppRegistryRoot() {
-  CString root;
-  root.LoadString(IDS_REGISTRY_ROOT);
-  const CWinApp* const app = AfxGetApp();
-  return root + (app == nullptr ? "" : app->GetAppName()) + "\\";
-}
 
 CString DQLIB_AppFindValueInRegistry(HKEY root, const char* path, const char* name) {
   if (path == nullptr || name == nullptr) return {};

@@ -7,10 +7,6 @@
 
 namespace dq {
 
-/// "Software\Velmora\<application's name>\": the path of the application's root key below the
-/// current user; "" instead of the name without an application object.
-CString AppRegistryRoot();
-
 /// The text of a value of any type, up to its first zero; "" if there is none, if it is longer than
 /// 260 bytes, or if a name is null. A missing value and an empty one can't be told apart.
 CString DQLIB_AppFindValueInRegistry(HKEY root, const char* path, const char* name);

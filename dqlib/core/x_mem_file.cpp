@@ -34,7 +34,9 @@ void CXMemFile::Serialize(CArchive& archive) {
   archive >> length;
   if (length > archive.Remaining()) throw CArchiveException(CArchiveException::endOfFile);
   SetLength(length);
-  if (length > 0) archive.Read(m_bytes.data(), length);
+  if (archive.Read(m_bytes.data(), length) != length) {
+    throw CArchiveException(CArchiveException::endOfFile);
+  }
 }
 
 }  // namespace dq

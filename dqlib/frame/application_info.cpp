@@ -19,10 +19,11 @@ constexpr char kOptionsExtension[] = ".dqo";
 
 CString LibraryString(UINT id) {
   const CDQSwitchResourceHandle library(DQLIB_GetInstanceHandle());
-  CString text;
-  text.LoadString(id);
-  return text;
+  return detail::LoadText(id);
 }
+
+/// The number at the start of the text, 0 if there is none.
+int Number(const CString& text) { return static_cast<int>(std::strtol(text, nullptr, 10)); }
 
 /// Without a code the host is no application, whatever the string table holds.
 bool IsApp(const CString& code, UINT id) {
@@ -142,18 +143,18 @@ void CDQApplicationInfo::RetrieveVersionInfo() {
     if (version[i] != '.') continue;
     switch (++dots) {
       case 1:
-        m_nMajorVersion = std::atoi(version.Left(i));
+        m_nMajorVersion = Number(version.Left(i));
         first_dot = i;
         break;
       case 2:
         m_strShortVersion = version.Left(i);
         // From the character before the second dot, not behind the first: one digit is all that is
         // read of the minor version.
-        m_nMinorVersion = std::atoi(version.Mid(i - 1, i - first_dot));
+        m_nMinorVersion = Number(version.Mid(i - 1, i - first_dot));
         break;
       case 3:
         m_strMediumVersion = version.Left(i);
-        m_nBuildNumber = std::atoi(version.Mid(i + 1));
+        m_nBuildNumber = Number(version.Mid(i + 1));
         break;
       default:
         break;

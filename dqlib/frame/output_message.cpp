@@ -7,16 +7,6 @@
 #include "dqlib/framework/windows/win_thread.h"
 
 namespace dq {
-namespace {
-
-CString LoadText(UINT id) {
-  CString text;
-  text.LoadString(id);
-  return text;
-}
-
-}  // namespace
-
 CDQOutputMessage::CDQOutputMessage(OutputMessageType type, const char* text, bool auto_delete)
     : m_eType(KnownOutputMessageType(type)), m_strText(text), m_bAutoDelete(auto_delete) {}
 
@@ -33,7 +23,7 @@ CDQOutputMessage* CDQOutputMessage::CreateOutputMessage(OutputMessageType type, 
   }
 }
 
-void CDQOutputMessage::SendInfoMessage(UINT id) { SendInfoMessage(LoadText(id)); }
+void CDQOutputMessage::SendInfoMessage(UINT id) { SendInfoMessage(detail::LoadText(id)); }
 
 void CDQOutputMessage::SendInfoMessage(const char* text) {
   m_strText = text;
@@ -42,7 +32,7 @@ void CDQOutputMessage::SendInfoMessage(const char* text) {
 }
 
 void CDQOutputMessage::SendErrorMessage(UINT id, const char* target) {
-  SendErrorMessage(LoadText(id), target);
+  SendErrorMessage(detail::LoadText(id), target);
 }
 
 void CDQOutputMessage::SendErrorMessage(const char* text, const char* target) {

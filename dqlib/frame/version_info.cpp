@@ -1,5 +1,6 @@
 #include "dqlib/frame/version_info.h"
 
+#include "dqlib/framework/base/little_endian.h"
 #include "dqlib/platform/platform.h"
 
 namespace dq {
@@ -8,15 +9,6 @@ namespace {
 constexpr int kLongestPath = 259;
 
 platform::VersionResources& Versions() { return *platform::Current().version_resources; }
-
-/// A number of four bytes, lowest first.
-DWORD ReadDword(std::string_view bytes) {
-  DWORD value = 0;
-  for (std::size_t i = 4; i > 0; --i) {
-    value = value << 8 | static_cast<unsigned char>(bytes[i - 1]);
-  }
-  return value;
-}
 
 }  // namespace
 
@@ -57,7 +49,7 @@ BOOL CDQVersionInfo::GetVersionInfo() {
   const auto translation =
       Versions().Query({m_pVersionBlock, m_nVersionBlockSize}, "\\VarFileInfo\\Translation");
   if (!translation || translation->size() < sizeof(DWORD)) return 0;
-  m_dwTranslation = ReadDword(*translation);
+  m_dwTranslation = detail::FromLittleEndian<DWORD>(*translation);
   return 1;
 }
 

@@ -1,8 +1,10 @@
 #include "siblings/options/option_store.h"
 
+#include <utility>
+
+#include "dqlib/framework/base/registry_key.h"
 #include "dqlib/framework/windows/win_app.h"
 #include "dqlib/platform/platform.h"
-#include "dqlib/resources/string_ids.h"
 
 namespace dq::detail {
 namespace {
@@ -10,13 +12,7 @@ namespace {
 platform::Registry& Registry() { return *platform::Current().registry; }
 
 /// Path of the section below the current user.
-std::string SectionPath() {
-  CString root;
-  root.LoadString(IDS_REGISTRY_ROOT);
-  std::string path(root.View());
-  if (const CWinApp* const app = AfxGetApp(); app != nullptr) path += app->GetAppName();
-  return path + "\\Options";
-}
+CString SectionPath() { return AppRegistryRoot() + "Options"; }
 
 std::string ValueName(const OptionDefinition& option, DBMS platform) {
   std::string name = std::to_string(option.id);
@@ -24,44 +20,27 @@ std::string ValueName(const OptionDefinition& option, DBMS platform) {
   return name;
 }
 
-struct ReadValue {
-  DWORD type = REGISTRY_NONE;
-  std::string data;
-};
-
-std::optional<ReadValue> ReadRegistry(HKEY root, std::string_view path, std::string_view name) {
-  const auto key = Registry().OpenKey(root, path);
+std::optional<platform::RegistryValue> ReadRegistry(HKEY root, std::string_view path,
+                                                    std::string_view name) {
+  const RegistryKey key(Registry().OpenKey(root, path));
   if (!key.ok()) return std::nullopt;
-  // Most values fit at the first try.
-  std::string data(64, '\0');
-  auto read = Registry().ReadValue(key.value, name, data);
-  // Another process may make the value larger between two calls.
-  while (read.error.kind == platform::ErrorKind::kBufferTooSmall) {
-    data.resize(read.value.size);
-    read = Registry().ReadValue(key.value, name, data);
-  }
-  Registry().CloseKey(key.value);
-  if (!read.ok()) return std::nullopt;
-  data.resize(read.value.size);
-  return ReadValue{read.value.type, std::move(data)};
+  auto value = ReadRegistryValue(key.get(), name);
+  return value.ok() ? std::optional(std::move(value.value)) : std::nullopt;
 }
 
 }  // namespace
 
 std::optional<OptionValue> ReadKeptOption(const OptionDefinition& option, DBMS platform) {
-  const auto kept = ReadRegistry(kCurrentUser, SectionPath(), ValueName(option, platform));
+  const auto kept = ReadRegistry(kCurrentUser, SectionPath().View(), ValueName(option, platform));
   return kept ? ReadKeptValue(option.kind, kept->type, kept->data) : std::nullopt;
 }
 
 platform::Error KeepOption(const OptionDefinition& option, DBMS platform,
                            const OptionValue& value) {
-  const auto key = Registry().CreateKey(kCurrentUser, SectionPath());
-  if (!key.ok()) return key.error;
+  const RegistryKey key(Registry().CreateKey(kCurrentUser, SectionPath().View()));
+  if (!key.ok()) return key.error();
   const KeptValue kept = KeepOptionValue(option.kind, value);
-  const platform::Error error =
-      Registry().SetValue(key.value, ValueName(option, platform), kept.type, kept.data);
-  Registry().CloseKey(key.value);
-  return error;
+  return Registry().SetValue(key.get(), ValueName(option, platform), kept.type, kept.data);
 }
 
 std::optional<OptionValue> ReadMachineOption(const OptionDefinition& option) {

@@ -4,12 +4,12 @@
 #include <charconv>
 #include <cstdint>
 
+#include "dqlib/framework/base/little_endian.h"
 #include "dqlib/platform/ascii.h"
 
 namespace dq {
 namespace {
 
-constexpr std::size_t kDwordSize = 4;
 constexpr std::size_t kColorDigits = 6;
 
 struct KindRow {
@@ -121,12 +121,8 @@ std::optional<std::string> BytesOfHex(std::string_view digits) {
 KeptValue KeepOptionValue(OptionKind kind, const OptionValue& value) {
   if (kind == OptionKind::kBinary) return {REGISTRY_BINARY, value};
   if (IsTextKind(kind)) return {REGISTRY_STRING, value + '\0'};
-  const auto number = static_cast<std::uint32_t>(OptionNumber(value));
-  std::string data;
-  for (std::size_t i = 0; i < kDwordSize; ++i) {
-    data += static_cast<char>(number >> 8 * i & 0xFF);
-  }
-  return {REGISTRY_DWORD, data};
+  const auto number = static_cast<DWORD>(OptionNumber(value));
+  return {REGISTRY_DWORD, std::string(detail::AsText(detail::ToLittleEndian(number)))};
 }
 
 std::optional<OptionValue> ReadKeptValue(OptionKind kind, DWORD type, std::string_view data) {
@@ -139,12 +135,8 @@ std::optional<OptionValue> ReadKeptValue(OptionKind kind, DWORD type, std::strin
     // The zero behind a text may or may not be part of the data.
     if (value.ends_with('\0')) value.pop_back();
   } else {
-    if (type != REGISTRY_DWORD || data.size() != kDwordSize) return std::nullopt;
-    std::uint32_t number = 0;
-    for (std::size_t i = kDwordSize; i > 0; --i) {
-      number = number << 8 | static_cast<unsigned char>(data[i - 1]);
-    }
-    value = std::to_string(static_cast<std::int32_t>(number));
+    if (type != REGISTRY_DWORD || data.size() != sizeof(DWORD)) return std::nullopt;
+    value = std::to_string(static_cast<std::int32_t>(detail::FromLittleEndian<DWORD>(data)));
   }
   return IsOptionValue(kind, value) ? std::optional(value) : std::nullopt;
 }

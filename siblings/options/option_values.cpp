@@ -1,5 +1,6 @@
 // The values of options, as the options server reads and changes them.
 
+#include "dqlib/framework/base/error_text.h"
 #include "dqlib/framework/base/trace.h"
 #include "siblings/options/option_store.h"
 #include "siblings/options/options_server.h"
@@ -42,8 +43,8 @@ bool CDQOptionsServer::SetValue(int id, const OptionValue& value) {
     return true;
   }
   m_unkept[{id, platform}] = value;
-  AfxTrace("Option " + std::to_string(id) + " could not be kept: error " +
-           std::to_string(error.code) + "\n");
+  AfxTrace("Option " + std::to_string(id) + " could not be kept: " + detail::ErrorText(error) +
+           "\n");
   return false;
 }
 

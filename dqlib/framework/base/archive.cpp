@@ -8,6 +8,8 @@
 #include <memory>
 #include <utility>
 
+#include "dqlib/framework/base/little_endian.h"
+
 namespace dq {
 namespace {
 
@@ -26,29 +28,18 @@ constexpr int kDeepest = 1000;
 constexpr WORD kLongestClassName = 64;
 
 template <typename T>
-std::array<char, sizeof(T)> ToLittleEndian(T value) {
-  std::array<char, sizeof(T)> bytes;
-  for (std::size_t i = 0; i < sizeof(T); ++i) bytes[i] = static_cast<char>(value >> 8 * i & 0xFF);
-  return bytes;
-}
-
-template <typename T>
 void Put(CArchive& archive, T value) {
-  const auto bytes = ToLittleEndian(value);
+  const auto bytes = detail::ToLittleEndian(value);
   archive.Write(bytes.data(), static_cast<UINT>(bytes.size()));
 }
 
 template <typename T>
 T Take(CArchive& archive) {
-  std::array<unsigned char, sizeof(T)> bytes;
+  std::array<char, sizeof(T)> bytes;
   if (archive.Read(bytes.data(), sizeof(T)) != sizeof(T)) {
     throw CArchiveException(CArchiveException::endOfFile);
   }
-  T value = 0;
-  for (std::size_t i = 0; i < sizeof(T); ++i) {
-    value = static_cast<T>(value | static_cast<T>(bytes[i]) << 8 * i);
-  }
-  return value;
+  return detail::FromLittleEndian<T>(detail::AsText(bytes));
 }
 
 /// One object within another, for a scope.

@@ -277,6 +277,12 @@ void FillPlaces(CString& result, UINT id, std::initializer_list<const char*> tex
 
 }  // namespace
 
+CString detail::LoadText(UINT id) {
+  CString text;
+  text.LoadString(id);
+  return text;
+}
+
 void AfxFormatString1(CString& result, UINT id, const char* text1) {
   FillPlaces(result, id, {text1});
 }

@@ -145,6 +145,11 @@ inline bool operator<(const CString& left, const CString& right) {
 inline bool operator<(const CString& left, const char* right) { return left.Compare(right) < 0; }
 inline bool operator<(const char* left, const CString& right) { return right.Compare(left) > 0; }
 
+namespace detail {
+/// The string with the id by the chain of resource modules; "" if no module has it.
+CString LoadText(UINT id);
+}  // namespace detail
+
 /// Replaces `%1`, and `%2` in the second form, in the string with the id by the texts, in one pass:
 /// what is inserted is not looked at again, and every other `%` stays. `result` becomes "" if there
 /// is no such string.

@@ -5,6 +5,7 @@
 #include <tuple>
 #include <utility>
 
+#include "dqlib/framework/base/little_endian.h"
 #include "dqlib/platform/platform.h"
 
 namespace dq {
@@ -20,11 +21,11 @@ constexpr unsigned Byte(std::string_view bytes, std::size_t at) {
 }
 
 constexpr WORD ReadWord(std::string_view bytes, std::size_t at) {
-  return static_cast<WORD>(Byte(bytes, at) | Byte(bytes, at + 1) << 8);
+  return detail::FromLittleEndian<WORD>(bytes.substr(at));
 }
 
 constexpr DWORD ReadDword(std::string_view bytes, std::size_t at) {
-  return ReadWord(bytes, at) | static_cast<DWORD>(ReadWord(bytes, at + 2)) << 16;
+  return detail::FromLittleEndian<DWORD>(bytes.substr(at));
 }
 
 /// Blue, green, red: the order of palettes and of 24-bit pixels.
@@ -32,8 +33,9 @@ constexpr COLORREF ReadColor(std::string_view bytes, std::size_t at) {
   return Byte(bytes, at) << 16 | Byte(bytes, at + 1) << 8 | Byte(bytes, at + 2);
 }
 
-void AppendLittleEndian(std::string& bytes, DWORD value, int size) {
-  for (int i = 0; i < size; ++i) bytes += static_cast<char>(value >> 8 * i & 0xFF);
+template <std::unsigned_integral T>
+void Append(T value, std::string& bytes) {
+  bytes += detail::AsText(detail::ToLittleEndian(value));
 }
 
 /// Bytes of a row, which is filled up to a multiple of 4.
@@ -252,11 +254,11 @@ std::string WriteDib(const BitmapDescription& picture) {
   const auto row_size = static_cast<std::size_t>(RowSize(width, 24));
   std::string bytes;
   bytes.reserve(kDibHeaderSize + row_size * height);
-  AppendLittleEndian(bytes, kDibHeaderSize, 4);
-  AppendLittleEndian(bytes, static_cast<DWORD>(picture.size.cx), 4);
-  AppendLittleEndian(bytes, static_cast<DWORD>(picture.size.cy), 4);
-  AppendLittleEndian(bytes, 1, 2);
-  AppendLittleEndian(bytes, 24, 2);
+  Append(DWORD{kDibHeaderSize}, bytes);
+  Append(static_cast<DWORD>(picture.size.cx), bytes);
+  Append(static_cast<DWORD>(picture.size.cy), bytes);
+  Append(WORD{1}, bytes);
+  Append(WORD{24}, bytes);
   bytes.resize(kDibHeaderSize, '\0');  // No compression, size of the data implied, no palette.
   for (std::size_t y = height; y-- > 0;) {
     for (std::size_t x = 0; x < width; ++x) {

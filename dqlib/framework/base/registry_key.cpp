@@ -14,8 +14,11 @@ RegistryKey::~RegistryKey() { Registry().CloseKey(opened_.value); }
 platform::Result<platform::RegistryValue> ReadRegistryValue(HKEY key, std::string_view name) {
   platform::RegistryValue value;
   value.name = name;
-  auto read = Registry().ReadValue(key, name, {});
-  // Another process may make the value larger between the two calls.
+  // Most values fit at the first try.
+  constexpr std::size_t kUsualSize = 64;
+  value.data.resize(kUsualSize);
+  auto read = Registry().ReadValue(key, name, value.data);
+  // Another process may make the value larger between two calls.
   while (read.error.kind == platform::ErrorKind::kBufferTooSmall) {
     value.data.resize(read.value.size);
     read = Registry().ReadValue(key, name, value.data);

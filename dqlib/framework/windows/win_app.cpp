@@ -8,10 +8,12 @@
 #include <string>
 #include <utility>
 
+#include "dqlib/framework/base/little_endian.h"
 #include "dqlib/framework/base/registry_key.h"
 #include "dqlib/framework/base/text.h"
 #include "dqlib/platform/paths.h"
 #include "dqlib/platform/platform.h"
+#include "dqlib/resources/string_ids.h"
 
 namespace dq {
 namespace {
@@ -66,8 +68,6 @@ std::optional<std::string> DecodeBytes(std::string_view text) {
   return bytes;
 }
 
-constexpr std::size_t kDwordSize = 4;
-
 }  // namespace
 
 IMPLEMENT_DYNAMIC(CWinApp, CWinThread)
@@ -99,12 +99,8 @@ UINT CWinApp::GetProfileInt(const char* section, const char* entry, int fallback
     return static_cast<UINT>(text ? detail::ProfileNumber(*text) : fallback);
   }
   const auto data = ReadValue(ProfileKey(section), entry, REGISTRY_DWORD);
-  if (!data || data->size() != kDwordSize) return static_cast<UINT>(fallback);
-  UINT value = 0;
-  for (std::size_t i = kDwordSize; i > 0; --i) {
-    value = value << 8 | static_cast<unsigned char>((*data)[i - 1]);
-  }
-  return value;
+  if (!data || data->size() != sizeof(UINT)) return static_cast<UINT>(fallback);
+  return detail::FromLittleEndian<UINT>(*data);
 }
 
 BOOL CWinApp::WriteProfileInt(const char* section, const char* entry, int value) {
@@ -113,10 +109,8 @@ BOOL CWinApp::WriteProfileInt(const char* section, const char* entry, int value)
     text.Format("%d", value);
     return WriteProfileString(section, entry, text);
   }
-  const UINT bits = static_cast<UINT>(value);
-  char data[kDwordSize];
-  for (std::size_t i = 0; i < kDwordSize; ++i) data[i] = static_cast<char>(bits >> 8 * i & 0xFF);
-  return WriteValue(ProfileKey(section), entry, REGISTRY_DWORD, {data, kDwordSize});
+  const auto data = detail::ToLittleEndian(static_cast<UINT>(value));
+  return WriteValue(ProfileKey(section), entry, REGISTRY_DWORD, detail::AsText(data));
 }
 
 CString CWinApp::GetProfileString(const char* section, const char* entry, const char* fallback) {
@@ -185,5 +179,10 @@ int detail::ProfileNumber(std::string_view text) {
 }
 
 CWinApp* AfxGetApp() { return g_app; }
+
+CString AppRegistryRoot() {
+  const CWinApp* const app = AfxGetApp();
+  return detail::LoadText(IDS_REGISTRY_ROOT) + (app == nullptr ? "" : app->GetAppName()) + "\\";
+}
 
 }  // namespace dq

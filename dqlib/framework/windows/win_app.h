@@ -61,4 +61,9 @@ int ProfileNumber(std::string_view text);
 /// The program's application object, or null. Any thread.
 CWinApp* AfxGetApp();
 
+/// "Software\Velmora\<application's name>\": the path below the current user under which the
+/// library keeps its settings; "" instead of the name without an application object. It is the
+/// program's profile root too, if the host sets the registry key name "Velmora".
+CString AppRegistryRoot();
+
 }  // namespace dq

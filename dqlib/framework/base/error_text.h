@@ -1,0 +1,15 @@
+// Errors of the system in words.
+
+#pragma once
+
+#include <string>
+
+#include "dqlib/platform/error.h"
+
+namespace dq::detail {
+
+/// The system's own text for the error without a line end; for one that it has no text for "not
+/// found", if the error says no more than that, or "error" and its number.
+std::string ErrorText(const platform::Error& error);
+
+}  // namespace dq::detail
