@@ -39,7 +39,7 @@ Options Parse(Words words) {
   for (; !words.empty(); words = words.subspan(2)) {
     const std::string& name = words[0];
     if (name != "--app" && name != "--exe" && name != "--file-version") {
-      throw WrongUsage("no option " + name);
+      RefuseOption(name);
     }
     if (words.size() < 2) throw WrongUsage(name + " needs a value");
     if (name == "--app") options.code = words[1];
@@ -50,7 +50,7 @@ Options Parse(Words words) {
 }
 
 void Print(std::string_view name, std::string_view value) {
-  PrintLine(std::string(name) + '\t' + std::string(value));
+  PrintLine(std::string(name) + '\t' + OnOneLine(value));
 }
 
 void Print(std::string_view name, bool value) {
@@ -105,7 +105,7 @@ int PrintIdentity(Words words) {
 const Command kIdentity{
     "identity", "[--app CODE] [--exe PATH] [--file-version V]",
     "Prints what the library takes its host for.",
-    "Lines are NAME<TAB>VALUE.\n"
+    "Lines are NAME<TAB>VALUE, control characters as '\\xHH'.\n"
     "\n"
     "  --app CODE        the host's application code\n"
     "  --exe PATH        the host's executable, which need not exist; this program's by default\n"

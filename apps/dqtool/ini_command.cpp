@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "apps/dqtool/command.h"
-#include "apps/dqtool/error_text.h"
 #include "dqlib/core/file_utility.h"
 #include "dqlib/core/ini_file.h"
+#include "dqlib/framework/base/error_text.h"
 #include "dqlib/platform/platform.h"
 
 namespace dqtool {
@@ -86,12 +86,13 @@ int RunIni(Words words) {
     std::string bytes;
     const Error error = services.files->ReadAll(path.View(), bytes);
     if (error.ok() || error.kind == dq::platform::ErrorKind::kNotFound) return true;
-    Complain("ini: " + words[0] + ": " + ErrorText(error));
+    Complain("ini: " + words[0] + ": " + dq::detail::ErrorText(error));
     return false;
   };
   const auto written = [&] {
-    return profiles.error.ok() ? int{kYes}
-                               : Complain("ini: " + words[0] + ": " + ErrorText(profiles.error));
+    return profiles.error.ok()
+               ? int{kYes}
+               : Complain("ini: " + words[0] + ": " + dq::detail::ErrorText(profiles.error));
   };
   if (action == "get") {
     RequireWords(words, 4, "a SECTION and a KEY");

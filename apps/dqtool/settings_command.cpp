@@ -8,9 +8,10 @@
 #include <vector>
 
 #include "apps/dqtool/command.h"
-#include "apps/dqtool/error_text.h"
 #include "apps/dqtool/settings_text.h"
 #include "dqlib/core/registry_tools.h"
+#include "dqlib/framework/base/error_text.h"
+#include "dqlib/framework/base/little_endian.h"
 #include "dqlib/framework/base/registry_key.h"
 #include "dqlib/platform/ascii.h"
 #include "dqlib/platform/platform.h"
@@ -59,14 +60,11 @@ std::vector<std::string> Texts(const RegistryValue& value) {
     }
     return texts;
   }
-  const bool number = (value.type == dq::REGISTRY_DWORD && data.size() == 4) ||
-                      (value.type == dq::REGISTRY_QWORD && data.size() == 8);
-  if (number) {
-    std::uint64_t sum = 0;
-    for (std::size_t i = data.size(); i > 0; --i) {
-      sum = sum << 8 | static_cast<unsigned char>(data[i - 1]);
-    }
-    return {std::to_string(sum)};
+  if (value.type == dq::REGISTRY_DWORD && data.size() == sizeof(DWORD)) {
+    return {std::to_string(dq::detail::FromLittleEndian<DWORD>(data))};
+  }
+  if (value.type == dq::REGISTRY_QWORD && data.size() == sizeof(std::uint64_t)) {
+    return {std::to_string(dq::detail::FromLittleEndian<std::uint64_t>(data))};
   }
   return {dq::HexOfBytes(data)};
 }
@@ -86,7 +84,7 @@ std::string KeyPath(std::string_view word) {
 }
 
 int Refused(const std::string& what, const Error& error) {
-  return Complain("settings: " + what + ": " + ErrorText(error));
+  return Complain("settings: " + what + ": " + dq::detail::ErrorText(error));
 }
 
 int NoKey(const std::string& path, const Error& error) {
@@ -217,17 +215,20 @@ int Export() {
 
 int Import(const std::string& file) {
   std::string text;
-  Error error = dq::platform::Current().files->ReadAll(file, text);
+  const Error error = dq::platform::Current().files->ReadAll(file, text);
   if (!error.ok()) return Refused(file, error);
-  const BadLines bad = ImportSettings(text, error);
+  std::vector<SettingsChange> changes;
+  const BadLines bad = ReadSettings(text, changes);
   if (bad.no_header) Complain("settings: " + file + ": line 1: the header is missing");
   for (const std::size_t number : bad.numbers) {
     Complain("settings: " + file + ": line " + std::to_string(number) + " can't be used");
   }
-  if (bad.no_header || !bad.numbers.empty()) {
-    return Complain("settings: nothing was imported");
-  }
-  return error.ok() ? int{kYes} : Refused("import stopped", error);
+  if (bad.any()) return Complain("settings: nothing was imported");
+  const auto [refused, not_undone] = MakeChanges(changes);
+  if (refused.ok()) return kYes;
+  Refused(file, refused);
+  return not_undone.ok() ? Complain("settings: nothing was imported")
+                         : Refused("a part of it was imported and can't be undone", not_undone);
 }
 
 int RunSettings(Words words) {
@@ -262,7 +263,9 @@ const Command kSettings{
     "  rename  give the key another name, or move it where NEW is a path; onto an existing key it\n"
     "          merges\n"
     "  export  print the whole tree in the registry editor's text format\n"
-    "  import  make what such a file says; with a line that can't be used, nothing of it\n"
+    "  import  make what such a file says; with a line that can't be used, nothing of it;\n"
+    "          if the store refuses a change, those before it are undone, which only a store that\n"
+    "          refuses that too, or the end of the program in between, prevents\n"
     "\n"
     "Kinds are string, expand, binary, dword, qword, multi, none, or a number.\n",
     RunSettings};

@@ -21,8 +21,8 @@ constexpr std::string_view kRootName = "HKEY_CURRENT_USER";
 dq::platform::Registry& Registry() { return *dq::platform::Current().registry; }
 
 /// The end of an enumeration is no failure.
-Error Unless(ErrorKind expected, const Error& error) {
-  return error.kind == expected ? Error{} : error;
+Error UnlessNotFound(const Error& error) {
+  return error.kind == ErrorKind::kNotFound ? Error{} : error;
 }
 
 Error ExportKey(HKEY key, const std::string& path, std::string& text) {
@@ -33,7 +33,7 @@ Error ExportKey(HKEY key, const std::string& path, std::string& text) {
   for (; value.ok(); value = Registry().EnumValue(key, values.size())) {
     values.push_back(std::move(value.value));
   }
-  Error error = Unless(ErrorKind::kNotFound, value.error);
+  Error error = UnlessNotFound(value.error);
   std::ranges::sort(values, {}, &dq::platform::RegistryValue::name);
   for (const auto& each : values) {
     dq::platform::AppendRegistryValue(each.name, each.type, each.data, text);
@@ -43,27 +43,17 @@ Error ExportKey(HKEY key, const std::string& path, std::string& text) {
   for (; error.ok() && name.ok(); name = Registry().EnumKey(key, names.size())) {
     names.push_back(std::move(name.value));
   }
-  if (error.ok()) error = Unless(ErrorKind::kNotFound, name.error);
+  if (error.ok()) error = UnlessNotFound(name.error);
   std::ranges::sort(names);
   for (const std::string& each : names) {
     if (!error.ok()) break;
     const dq::RegistryKey below(Registry().OpenKey(key, each));
     // One that another process has deleted meanwhile is left out.
     error = below.ok() ? ExportKey(below.get(), path + '\\' + each, text)
-                       : Unless(ErrorKind::kNotFound, below.error());
+                       : UnlessNotFound(below.error());
   }
   return error;
 }
-
-/// One line of a text. Without a name it concerns the key: to make it, or to delete it with all
-/// below it. A value without data is deleted.
-struct Change {
-  std::string path;
-  bool deleted = false;
-  std::optional<std::string> name = std::nullopt;
-  DWORD type = 0;
-  std::string data = {};
-};
 
 bool IsKeyPath(std::string_view path) {
   constexpr std::size_t kLongestName = 255;
@@ -105,7 +95,7 @@ class Gatherer : public dq::platform::RegistryTextSink {
   }
   void OnLostLine(std::size_t number) override { bad.push_back(number); }
 
-  std::vector<Change> changes;
+  std::vector<SettingsChange> changes;
   std::vector<std::size_t> bad;
 
  private:
@@ -126,20 +116,6 @@ class Gatherer : public dq::platform::RegistryTextSink {
   std::string path_;
 };
 
-Error Make(const Change& change) {
-  if (!change.name && change.deleted) {
-    return Unless(ErrorKind::kNotFound, dq::DeleteRegistryTree(dq::kCurrentUser, change.path));
-  }
-  const dq::RegistryKey key(change.deleted ? Registry().OpenKey(dq::kCurrentUser, change.path)
-                                           : Registry().CreateKey(dq::kCurrentUser, change.path));
-  Error error = key.error();
-  if (error.ok() && change.name) {
-    error = change.deleted ? Registry().DeleteValue(key.get(), *change.name)
-                           : Registry().SetValue(key.get(), *change.name, change.type, change.data);
-  }
-  return change.deleted ? Unless(ErrorKind::kNotFound, error) : error;
-}
-
 }  // namespace
 
 Error ExportSettings(std::string& text) {
@@ -148,15 +124,11 @@ Error ExportSettings(std::string& text) {
   return ExportKey(dq::kCurrentUser, std::string(kRootName), text);
 }
 
-BadLines ImportSettings(std::string_view text, Error& error) {
+BadLines ReadSettings(std::string_view text, std::vector<SettingsChange>& changes) {
   Gatherer gatherer;
   const bool no_header = dq::platform::ReadRegistryText(text, gatherer).no_header;
-  if (no_header || !gatherer.bad.empty()) return {no_header, std::move(gatherer.bad)};
-  for (const Change& change : gatherer.changes) {
-    error = Make(change);
-    if (!error.ok()) break;
-  }
-  return {};
+  changes = std::move(gatherer.changes);
+  return {no_header, std::move(gatherer.bad)};
 }
 
 }  // namespace dqtool

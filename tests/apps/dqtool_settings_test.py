@@ -4,6 +4,8 @@ dqtool_settings_test.py DQTOOL
 """
 
 import os
+import resource
+import signal
 import stat
 import sys
 import tempfile
@@ -94,6 +96,32 @@ class SettingsTest(OwnSettings):
         self.refuses(["settings", "import", headless], f"settings: {headless}: line 1: the header")
         self.refuses(["settings", "import", "none.reg"], "settings: none.reg: No such file")
         self.prints(["settings", "list"], [])
+
+    def test_an_import_that_the_store_refuses_in_the_middle_is_undone(self):
+        self.prints(["settings", "import", self.put("f.reg", b"REGEDIT4\n[HKEY_CURRENT_USER\\K]\n"
+                     b'"a"="1"\n"b"=hex:01\n[HKEY_CURRENT_USER\\D\\Sub]\n"x"=dword:7\n'
+                     b"[HKEY_CURRENT_USER\\D\\Empty]\n")], [])
+        before = self.dqtool("settings", "export")
+        much = self.put("g.reg", b"REGEDIT4\n[HKEY_CURRENT_USER\\K]\n"
+                        b'"a"="2"\n"A"="3"\n"b"=-\n"none"=-\n"new"="n"\n'
+                        b"[-HKEY_CURRENT_USER\\D]\n[HKEY_CURRENT_USER\\D\\Sub]\n\"y\"=\"y\"\n"
+                        b'[HKEY_CURRENT_USER\\N\\M]\n"c"="c"\n"much"="' + b"x" * 100000 + b'"\n')
+
+        def small_files():
+            # What the store writes past that is refused instead of ending the program.
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (50000, 50000))
+
+        status, out, err = dqtool_runner.dqtool(
+            "settings", "import", much, cwd=self.directory, env=self.environment,
+            preexec_fn=small_files, restore_signals=False)
+        self.assertEqual((status, out, err.decode()),
+                         (1, b"", f"dqtool: settings: {much}: File too large\n"
+                          "dqtool: settings: nothing was imported\n"))
+        self.assertEqual(self.dqtool("settings", "export"), before)
+        self.prints(["settings", "import", much], [])
+        self.prints(["settings", "get", "K", "a"], ["3"])
+        self.prints(["settings", "list", "D/Sub"], ["y\tstring\ty"])
 
     def test_keys_are_renamed_moved_and_merged_unless_that_would_lose_values(self):
         self.prints(["settings", "set", "A/Old/Sub", "x", "1"], [])
