@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "dqlib/framework/base/error_text.h"
+#include "dqlib/framework/base/text.h"
 #include "dqlib/framework/base/trace.h"
 #include "dqlib/platform/ascii.h"
 #include "dqlib/platform/paths.h"
@@ -17,7 +19,7 @@ constexpr int kCommandDelimiter = 50390;
 /// Many times the largest file there is; beyond that it isn't an options file.
 constexpr std::uint64_t kLargestFile = 16 << 20;
 
-std::string_view OrEmpty(const char* text) { return text == nullptr ? "" : text; }
+using detail::OrEmpty;
 
 std::string LowerCase(std::string_view text) {
   std::string lower(text);
@@ -27,20 +29,11 @@ std::string LowerCase(std::string_view text) {
 
 void Trace(std::string_view text) { AfxTrace(std::string(text) + "\n"); }
 
-/// The text of a failure of the system, without a line end.
-std::string Describe(const platform::Error& error) {
-  std::string text = platform::Current()
-                         .system_errors->Describe(error.code)
-                         .value_or("error " + std::to_string(error.code));
-  text.erase(text.find_last_not_of("\r\n") + 1);
-  return text;
-}
-
 std::vector<CString> DefaultDirectories() {
   const std::string program = platform::Current().modules->FileName(nullptr);
   const platform::PathParts parts = platform::SplitPath(program);
   const std::string directory = parts.drive + parts.directory;
-  return {directory, platform::JoinPath(directory, "../share/dqlib/options"), DQLIB_RESOURCE_DIR};
+  return {directory, platform::JoinPath(directory, DQLIB_OPTIONS_FROM_PROGRAM), DQLIB_RESOURCE_DIR};
 }
 
 }  // namespace
@@ -106,7 +99,7 @@ bool CDQOptionsServer::ReadFile(const std::string& file, bool required, std::str
     }
     if (error.ok()) error = files.ReadAll(each, text);
     if (!error.ok()) {
-      Trace(each + ": " + Describe(error));
+      Trace(each + ": " + detail::ErrorText(error));
       return false;
     }
     if (const auto wrong = ReadOptionsText(text, contents)) {

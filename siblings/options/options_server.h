@@ -41,8 +41,8 @@ class CDQOptionsServer {
 
   /// Directories in which options files without a directory are looked for, the first one first,
   /// and reads the library's own file anew from there. At first these are the program's directory,
-  /// the directory "../share/dqlib/options" from there, and the one of the tree that the library
-  /// was built from.
+  /// the one where the files are installed, "../share/dqlib/options" from there, and the one of the
+  /// tree that the library was built from.
   void SetOptionsDirectories(std::vector<CString> directories);
 
   /// Registers the options of a file whose ids are in the range, ends included, and sets the file's

@@ -1,0 +1,45 @@
+"""An installed dqtool, and where it looks for the options files.
+
+dqtool_install_test.py CMAKE BUILD_TREE
+"""
+
+import os
+import subprocess
+import sys
+import tempfile
+import unittest
+
+CMAKE, BUILD_TREE = sys.argv[1:3]
+OPTION = "dqoptions 1\noption 7 string where\nlabel \"l\"\ndefault \"%s\"\n"
+
+
+class InstallTest(unittest.TestCase):
+    def test_options_are_those_beside_the_program_then_the_installed_then_the_trees(self):
+        prefix = self.enterContext(tempfile.TemporaryDirectory())
+        subprocess.run([CMAKE, "--install", BUILD_TREE, "--prefix", prefix], check=True,
+                       stdout=subprocess.DEVNULL)
+
+        def option(*words):
+            return subprocess.run(
+                [os.path.join(prefix, "bin", "dqtool"), "option", *words], cwd="/", check=True,
+                capture_output=True, text=True, env={**os.environ, "HOME": prefix,
+                                                     "XDG_CONFIG_HOME": prefix}).stdout
+
+        def place(directory, default):
+            with open(os.path.join(prefix, directory, "DQLib.dqo"), "w", encoding="ascii") as file:
+                file.write(OPTION % default)
+
+        listed = option("list").splitlines()
+        self.assertIn("50144\tint\toutput_pane_entries\t1400", listed)
+        self.assertIn("52500\tbool\tsyntax_coloring\t1", listed)
+        place("share/dqlib/options", "installed")
+        self.assertEqual(option("get", "7"), "installed\n")
+        place("bin", "beside")
+        self.assertEqual(option("get", "7"), "beside\n")
+        for directory in ["bin", "share/dqlib/options"]:
+            os.remove(os.path.join(prefix, directory, "DQLib.dqo"))
+        self.assertEqual(option("list").splitlines(), listed)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])
