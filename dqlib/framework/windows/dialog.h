@@ -1,0 +1,78 @@
+// Dialogs: windows made from templates, run until the person leaves them.
+
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "dqlib/framework/windows/data_exchange.h"
+#include "dqlib/framework/windows/dialog_template.h"
+
+namespace dq {
+
+/// A dialog. Its template names the controls, which it makes and owns.
+class CDialog : public CWnd {
+  DECLARE_DYNAMIC(CDialog)
+  CDialog() = default;
+  /// By the id of its template. `parent` owns the window; null means the thread's main window.
+  explicit CDialog(UINT template_id, CWnd* parent = nullptr);
+  ~CDialog() override;
+
+  /// Uses a template that isn't in a resource module, copied, for `DoModal`.
+  void InitModalIndirect(DialogTemplate dialog, CWnd* parent = nullptr);
+
+  /// Shows the dialog and returns when it is closed: the result given to `EndDialog`, or -1 if the
+  /// window couldn't be made. Its parent's top-level window is disabled meanwhile. The platform's
+  /// prompts run it, unless a window layer does (see `WindowObserver::RunsDialogs`); one that they
+  /// leave open is cancelled. A dialog whose own handler destroys it ends with `IDCANCEL`. Runs may
+  /// be nested, but not of the same object: then -1.
+  virtual int DoModal();
+
+  /// Makes the window without running it, as a child of `parent` if `child`, and else owned by it.
+  /// `OnInitDialog` runs. False if there is no such template.
+  bool Create(UINT template_id, CWnd* parent, bool child = false);
+  bool CreateIndirect(const DialogTemplate& dialog, CWnd* parent, bool child = false);
+
+  /// Closes a modal run with the result; a run that is closed already keeps its first result.
+  /// During `OnInitDialog` the dialog isn't shown at all. A dialog that isn't run is only hidden.
+  void EndDialog(int result);
+  UINT GetTemplateId() const { return template_id_; }
+
+  /// Moves the focus to the next or previous control that takes it.
+  void NextDlgCtrl();
+  void PrevDlgCtrl();
+  void GotoDlgCtrl(CWnd* control);
+
+  BOOL DestroyWindow() override;
+
+ protected:
+  /// Called when the controls are there, before the dialog is shown; the base moves the variables
+  /// to the controls. 0 says that it has set the focus itself.
+  virtual BOOL OnInitDialog();
+  /// The base moves the controls to the variables and, if that succeeds, closes with `IDOK`.
+  virtual void OnOK();
+  /// The base closes with `IDCANCEL`.
+  virtual void OnCancel();
+
+  BOOL OnCommand(WPARAM wparam, LPARAM lparam) override;
+  BOOL OnCmdMsg(UINT id, int code, void* extra, void* handler_info) override;
+  LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
+
+ private:
+  class View;
+
+  bool Open(const DialogTemplate& dialog, CWnd* parent, bool child);
+  void MakeControls(const DialogTemplate& dialog);
+  int RunModal(CWnd* parent);
+  void RunUntilClosed();
+
+  UINT template_id_ = 0;
+  CWnd* modal_parent_ = nullptr;
+  std::unique_ptr<DialogTemplate> own_template_;
+  std::vector<std::unique_ptr<CWnd>> controls_;
+  bool running_ = false;
+  bool closed_ = false;
+  int result_ = -1;
+};
+
+}  // namespace dq

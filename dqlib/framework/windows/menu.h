@@ -1,0 +1,147 @@
+// Menus: items by position and command id, with submenus.
+//
+// A menu is a handle to a tree of items; a `CMenu` object is attached to it. Items that pop up a
+// submenu hold its handle. As data of a resource of type 4 it is a text:
+//
+//   popup "&File"
+//     item 43538 "&Open...\tCtrl+O"
+//     separator
+//     item 43539 "E&xit" checked grayed
+//   end
+//
+// Texts are written as in `dialog_template.h`.
+
+#pragma once
+
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "dqlib/framework/base/c_string.h"
+#include "dqlib/framework/base/object.h"
+#include "dqlib/platform/types.h"
+
+namespace dq {
+
+class CWnd;
+
+/// A menu by its handle: an opaque number, never reused while the process lives.
+struct MenuHandle;
+using HMENU = MenuHandle*;
+
+/// Bits that describe an item, and say how operations find one.
+enum MenuFlag : UINT {
+  MF_BYCOMMAND = 0,
+  MF_ENABLED = 0,
+  MF_STRING = 0,
+  MF_UNCHECKED = 0,
+  MF_GRAYED = 0x1,
+  MF_DISABLED = 0x2,
+  MF_CHECKED = 0x8,
+  MF_POPUP = 0x10,
+  MF_OWNERDRAW = 0x100,
+  MF_BYPOSITION = 0x400,
+  MF_SEPARATOR = 0x800,
+};
+
+/// A menu. For the user-interface thread. An operation on an item takes its command id, which is
+/// looked for in submenus too, or with `MF_BYPOSITION` its position from 0; without a menu or such
+/// an item it answers false, -1, 0 or "" and does nothing.
+class CMenu : public CObject {
+  DECLARE_DYNAMIC(CMenu)
+  CMenu() = default;
+  /// Destroys the menu that it is attached to.
+  ~CMenu() override;
+
+  bool CreateMenu();
+  bool CreatePopupMenu();
+  /// The menu with the id from the chain of resource modules, and from a text. False if there is
+  /// none or it breaks the form, or if the object has a menu already.
+  bool LoadMenu(UINT id);
+  bool LoadMenuIndirect(std::string_view text);
+  /// Destroys the menu and its submenus; their handles are dead.
+  bool DestroyMenu();
+
+  HMENU GetSafeHmenu() const { return m_hMenu; }
+  /// Takes over a handle. False if it is dead or the object has one.
+  bool Attach(HMENU menu);
+  /// Gives its handle away.
+  HMENU Detach();
+  /// The object that is attached to a handle, or null.
+  static CMenu* FromHandlePermanent(HMENU menu);
+  /// The object of a handle; one that is kept until the thread has no message left to handle if
+  /// none is attached. Null for a dead handle.
+  static CMenu* FromHandle(HMENU menu);
+
+  /// How many items; -1 without a menu.
+  int GetMenuItemCount() const;
+  /// The command id at the position; 0 for a separator, -1 for a popup, and -1 if there is no item.
+  UINT GetMenuItemID(int position) const;
+  /// Flags of the item, the count of a popup's items in the second byte; -1 if there is no item.
+  UINT GetMenuState(UINT item, UINT flags) const;
+  /// The item's text: "" for one that its owner draws. The second form returns the length.
+  CString GetMenuString(UINT item, UINT flags) const;
+  int GetMenuString(UINT item, CString& text, UINT flags) const;
+  CMenu* GetSubMenu(int position) const;
+  /// What the owner of an item that it draws has put there; null otherwise.
+  void* GetItemData(UINT item, UINT flags) const;
+
+  /// Add an item at the end, or before another one (at the end if there is no such). With
+  /// `MF_POPUP`, `id` is the submenu's handle, which the menu takes over; with `MF_OWNERDRAW`,
+  /// `text` is the owner's data. False without a menu or for a dead submenu.
+  bool AppendMenu(UINT flags, std::uintptr_t id = 0, const char* text = nullptr);
+  bool InsertMenu(UINT item, UINT flags, std::uintptr_t id = 0, const char* text = nullptr);
+  /// Replaces an item; a submenu that it had is destroyed.
+  bool ModifyMenu(UINT item, UINT flags, std::uintptr_t id = 0, const char* text = nullptr);
+  /// Takes the item out and destroys its submenu.
+  bool DeleteMenu(UINT item, UINT flags);
+  /// Takes the item out; its submenu's handle lives on and belongs to the caller.
+  bool RemoveMenu(UINT item, UINT flags);
+
+  /// Return the former flags, -1 if there is no item.
+  UINT CheckMenuItem(UINT item, UINT flags);
+  UINT EnableMenuItem(UINT item, UINT flags);
+  /// Marks one of a range of items by a radio mark.
+  bool CheckMenuRadioItem(UINT first, UINT last, UINT item, UINT flags);
+  void SetDefaultItem(UINT item, bool by_position);
+  UINT GetDefaultItem() const;
+
+  /// Brings all items up to date by their handlers: those of `target` and its route. With
+  /// `auto_disable`, commands without a handler are disabled.
+  void UpdateItems(class CCmdTarget& target, bool auto_disable = true);
+
+  /// Null without a menu. Read only.
+  HMENU m_hMenu = nullptr;
+};
+
+/// One key combination for a command.
+struct Accelerator {
+  bool control = false;
+  bool shift = false;
+  bool alt = false;
+  /// The key's number: that of its upper-case letter or digit, or a virtual key number.
+  WORD key = 0;
+  WORD command = 0;
+};
+
+/// Key combinations for commands. As data of a resource of type 9 a text of lines "ctrl+shift+F
+/// 44412"; keys are letters, digits, F1 to F24, and Ins, Del, Home, End, PgUp, PgDn, Left, Right,
+/// Up, Down, Tab, Esc, Enter, Space, Back.
+class AcceleratorTable {
+ public:
+  /// By the chain of resource modules, and from a text. False, and an empty table, if there is none
+  /// or it breaks the form.
+  bool Load(UINT id);
+  bool Read(std::string_view text);
+  std::span<const Accelerator> entries() const { return entries_; }
+  /// The command of a combination, 0 if there is none.
+  WORD Find(WORD key, bool control, bool shift, bool alt) const;
+  /// Sends `window` the command of a combination by `WM_COMMAND`, with 1 in the high word of its
+  /// first argument. False if there is none.
+  bool Translate(CWnd& window, WORD key, bool control, bool shift, bool alt) const;
+
+ private:
+  std::vector<Accelerator> entries_;
+};
+
+}  // namespace dq
