@@ -21,6 +21,11 @@ enum WindowMessage : UINT {
   WM_GETMINMAXINFO = 0x0024,
   WM_NOTIFY = 0x004E,
   WM_HELP = 0x0053,
+  /// To an edit control or the edit part of one: select from the first argument to the second.
+  EM_SETSEL = 0x00B1,
+  /// To a button: its check mark (0 none, 1 set, 2 undetermined), and to set it.
+  BM_GETCHECK = 0x00F0,
+  BM_SETCHECK = 0x00F1,
   WM_KEYDOWN = 0x0100,
   WM_KEYUP = 0x0101,
   WM_CHAR = 0x0102,
@@ -29,6 +34,8 @@ enum WindowMessage : UINT {
   WM_TIMER = 0x0113,
   WM_MDIDESTROY = 0x0221,
   WM_MDIACTIVATE = 0x0222,
+  /// The thread is idle: items that show commands are to be brought up to date.
+  WM_IDLEUPDATECMDUI = 0x0363,
   /// Private numbers of window classes begin here, and those of applications.
   WM_USER = 0x0400,
   WM_APP = 0x8000,

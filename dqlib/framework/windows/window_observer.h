@@ -11,6 +11,8 @@ enum class WindowChange {
   kCreated,
   /// The handle is dead; the object may be in its destructor.
   kDestroyed,
+  /// Another object has taken the window over; the handle is the same.
+  kReplaced,
   kText,
   kRectangle,
   kShown,
