@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "dqlib/core/file_utility.h"
 #include "dqlib/framework/windows/win_app.h"
 #include "dqlib/platform/platform.h"
 
@@ -66,11 +67,12 @@ void CDQIniFile::DeleteSection(const char* section) {
 void CDQIniFile::DeleteKey(const char* section, const char* key) { WriteKey(section, key, 0); }
 
 void CDQIniFile::EnumSections(CStringList& sections) {
+  if (CDQFileUtility::GetFileSize(m_strIniFile) == 0) return;
   ParseIniBuffer(BufferOf(Profiles().Sections(m_strIniFile.View())).c_str(), sections);
 }
 
 void CDQIniFile::EnumKeys(const char* section, CStringList& keys) {
-  if (section == nullptr) return;
+  if (section == nullptr || CDQFileUtility::GetFileSize(m_strIniFile) == 0) return;
   ParseIniBuffer(BufferOf(Profiles().Keys(m_strIniFile.View(), section)).c_str(), keys);
 }
 

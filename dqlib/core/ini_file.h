@@ -36,7 +36,9 @@ class CDQIniFile {
   /// for one that was never set.
   void DeleteKey(const char* section, const char* key);
 
-  /// Add names at the tail of the list, which isn't emptied. None for a file that isn't there.
+  /// Add names at the tail of the list, which isn't emptied. None for a file that isn't there or is
+  /// empty. That is asked of the path as it stands, while a profile file without a directory is one
+  /// among the user's settings: enumerations are for files that callers name by their whole path.
   void EnumSections(CStringList& sections);
   void EnumKeys(const char* section, CStringList& keys);
 

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "tests/support/temp_directory.h"
+#include "tests/support/own_settings.h"
 
 namespace dq {
 namespace {
@@ -80,6 +80,13 @@ TEST_F(IniFile, EnumerationsAppendToTheList) {
   ini.EnumKeys("B", names);
   ini.EnumKeys(nullptr, names);
   EXPECT_EQ(Joined(names), "first|b|a|y|x|");
+
+  CDQIniFile bare("bare.ini");
+  bare.WriteKey("s", "k", "v");
+  EXPECT_EQ(Value("s", "k"), "(none)");
+  names.RemoveAll();
+  bare.EnumSections(names);
+  EXPECT_TRUE(names.IsEmpty()) << "the current directory has no such file";
 }
 
 TEST_F(IniFile, ABufferOfNamesEndsInTwoZeros) {
