@@ -8,6 +8,7 @@
 #include "dqlib/core/lob_reader.h"
 #include "dqlib/framework/base/file.h"
 #include "dqlib/framework/base/string_collections.h"
+#include "tests/support/rows.h"
 #include "tests/support/temp_directory.h"
 
 namespace dq {
@@ -32,20 +33,17 @@ TEST(DQFile, LinesLoseTheirEndsAndLongOnesComeInPieces) {
   const TempDirectory directory;
   const std::string x9999(9999, 'x');
   const std::string x10000(10000, 'x');
-  struct Row {
-    std::string contents;
-    std::vector<std::string> lines;
-  };
-  for (const Row& row : std::vector<Row>{{"", {}},
-                                         {"\n", {""}},
-                                         {"a\r\nb\rc\n\nd", {"a", "b\rc", "", "d"}},
-                                         {"a\r", {"a\r"}},
-                                         {"a\r\r\n", {"a\r"}},
-                                         {x9999 + "\r\ny", {x9999, "y"}},
-                                         {x10000, {x10000}},
-                                         {x10000 + "\ny", {x10000, "", "y"}},
-                                         {x10000 + x10000 + "y\n", {x10000, x10000, "y"}}}) {
-    EXPECT_EQ(Lines(directory, row.contents), row.lines) << row.contents.substr(0, 20);
+  for (const auto& [contents, lines] : test::Rows<std::string, std::vector<std::string>>{
+           {"", {}},
+           {"\n", {""}},
+           {"a\r\nb\rc\n\nd", {"a", "b\rc", "", "d"}},
+           {"a\r", {"a\r"}},
+           {"a\r\r\n", {"a\r"}},
+           {x9999 + "\r\ny", {x9999, "y"}},
+           {x10000, {x10000}},
+           {x10000 + "\ny", {x10000, "", "y"}},
+           {x10000 + x10000 + "y\n", {x10000, x10000, "y"}}}) {
+    EXPECT_EQ(Lines(directory, contents), lines) << contents.substr(0, 20);
   }
 }
 
@@ -94,6 +92,7 @@ TEST(DQFile, WritesNumbersTextsAndLineEndsOfBothKinds) {
   ASSERT_TRUE(full.Open());
   full.Write("lost");
   EXPECT_FALSE(full.Close());
+  EXPECT_FALSE(full.IsOpen());
   for (const FileOpenMode mode : {FILE_OPEN_READ, FILE_OPEN_WRITE}) {
     EXPECT_FALSE(CDQFile((directory / "no/f").c_str(), mode).Open());
   }

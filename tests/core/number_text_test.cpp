@@ -3,6 +3,7 @@
 #include <string>
 
 #include "dqlib/core/dq_string.h"
+#include "tests/support/rows.h"
 #include "tests/support/scripted_locale.h"
 
 namespace dq {
@@ -34,30 +35,26 @@ TEST(FormatNumber, TakesTheItemsOfTheUsersLocale) {
   Items german = kUs;
   german[LOCALE_SDECIMAL] = ",";
   german[LOCALE_STHOUSAND] = ".";
-  struct {
-    Items items;
-    const char* number;
-    const char* text;
-  } const cases[] = {
-      {kUs, "1234.5", "1,234.50"},
-      {kUs, "-1234.565", "-1,234.57"},
-      // Without a decimal separator there are no decimal places.
-      {kUs, "1234", "1,234"},
-      // The separator that is looked for is the locale's, while a number has a point everywhere.
-      {german, "1234.5", "1.235"},
-      {german, "1234,5", "(stays)"},
-      {With(LOCALE_SDECIMAL, ""), "1234.5", "1,23450"},
-      {With(LOCALE_IDIGITS, "-1"), "2.5", "(stays)"},
-      {With(LOCALE_IDIGITS, "2147483647"), "2.5", "(stays)"},
-      {With(LOCALE_ILZERO, "0"), "0.5", ".50"},
-      {With(LOCALE_SGROUPING, "3;2;0"), "1234567", "1,234,567"},
-      {With(LOCALE_INEGNUMBER, "0"), "-1", "(1)"},
-      {kUs, "1,234.5", "(stays)"},
-  };
-  for (const auto& c : cases) {
+  for (const auto& [items, number, text] : test::Rows<Items, const char*, const char*>{
+           {kUs, "1234.5", "1,234.50"},
+           {kUs, "-1234.565", "-1,234.57"},
+           // Without a decimal separator there are no decimal places.
+           {kUs, "1234", "1,234"},
+           // The separator that is looked for is the locale's, while a number has a point
+           // everywhere.
+           {german, "1234.5", "1.235"},
+           {german, "1234,5", "(stays)"},
+           {With(LOCALE_SDECIMAL, ""), "1234.5", "1,23450"},
+           {With(LOCALE_IDIGITS, "-1"), "2.5", "(stays)"},
+           {With(LOCALE_IDIGITS, "2147483647"), "2.5", "(stays)"},
+           {With(LOCALE_ILZERO, "0"), "0.5", ".50"},
+           {With(LOCALE_SGROUPING, "3;2;0"), "1234567", "1,234,567"},
+           {With(LOCALE_INEGNUMBER, "0"), "-1", "(1)"},
+           {kUs, "1,234.5", "(stays)"},
+       }) {
     test::ScriptedLocale locale;
-    locale.items = c.items;
-    EXPECT_EQ(Format(c.number), c.text) << c.number;
+    locale.items = items;
+    EXPECT_EQ(Format(number), text) << number;
   }
 }
 

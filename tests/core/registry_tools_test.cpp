@@ -5,17 +5,16 @@
 #include <vector>
 
 #include "dqlib/framework/base/registry_key.h"
-#include "dqlib/framework/windows/win_app.h"
 #include "tests/support/memory_registry.h"
 #include "tests/support/own_settings.h"
 #include "tests/support/registry_dump.h"
+#include "tests/support/rows.h"
 
 namespace dq {
 namespace {
 
 using test::Dump;
 using test::RegistryDump;
-
 constexpr char kRoot[] = "Software\\Velmora\\Test";
 
 /// Keys of the real registry, below one that is empty at first.
@@ -39,12 +38,7 @@ class RegistryTools : public testing::Test {
 };
 
 TEST_F(RegistryTools, TextsOfUpTo260BytesAreFoundWhateverTheirKind) {
-  struct Row {
-    std::string data;
-    DWORD type;
-    std::string expected;
-  };
-  for (const Row& row : std::vector<Row>{
+  for (const auto& [data, type, expected] : test::Rows<std::string, DWORD, std::string>{
            {"", REGISTRY_STRING, ""},
            {"text", REGISTRY_STRING, "text"},
            {std::string("text\0more", 9), REGISTRY_EXPAND_STRING, "text"},
@@ -53,8 +47,8 @@ TEST_F(RegistryTools, TextsOfUpTo260BytesAreFoundWhateverTheirKind) {
            {std::string(261, 'x'), REGISTRY_STRING, ""},
            {std::string("AB\0\0", 4), REGISTRY_DWORD, "AB"},
        }) {
-    Set("k", "v", row.data, row.type);
-    EXPECT_EQ(DQLIB_AppFindValueInRegistry(root, "k", "V").View(), row.expected);
+    Set("k", "v", data, type);
+    EXPECT_EQ(DQLIB_AppFindValueInRegistry(root, "k", "V").View(), expected);
   }
   EXPECT_EQ(DQLIB_AppFindValueInRegistry(root, "k", "missing"), "");
   EXPECT_EQ(DQLIB_AppFindValueInRegistry(root, "missing", "v"), "");
@@ -126,20 +120,21 @@ TEST_F(RegistryTools, ARenameMovesMergesOrChangesCase) {
   };
   Set("Name", "v", "1");
   Set("Name\\sub", "v", "1");
-  struct Row {
-    const char* from;
-    const char* to;
-    BOOL result;
-    const char* after;
-  };
-  for (const Row& row : {Row{"Name", "Name", 1, "Name"}, Row{"Name", "\\Name\\", 1, "Name"},
-                         Row{"missing", "missing", 1, "Name"}, Row{"missing", "x", 0, "Name"},
-                         Row{"Name", "NAME", 1, "NAME"}, Row{"name\\", "nAmE", 1, "nAmE"},
-                         Row{"nAmE", "Name\\below", 0, "nAmE"}, Row{"nAmE\\sub", "nAmE", 0, "nAmE"},
-                         Row{"", "x", 0, "nAmE"}, Row{"nAmE", "", 0, "nAmE"},
-                         Row{nullptr, "x", 0, "nAmE"}, Row{"name", "other", 1, "other"}}) {
-    EXPECT_EQ(DQLIB_RenameRegistryItem(root, row.from, row.to) != 0, row.result != 0) << row.to;
-    EXPECT_EQ(All(), tree(row.after)) << row.to;
+  for (const auto& [from, to, result, after] :
+       test::Rows<const char*, const char*, BOOL, const char*>{{"Name", "Name", 1, "Name"},
+                                                               {"Name", "\\Name\\", 1, "Name"},
+                                                               {"missing", "missing", 1, "Name"},
+                                                               {"missing", "x", 0, "Name"},
+                                                               {"Name", "NAME", 1, "NAME"},
+                                                               {"name\\", "nAmE", 1, "nAmE"},
+                                                               {"nAmE", "Name\\below", 0, "nAmE"},
+                                                               {"nAmE\\sub", "nAmE", 0, "nAmE"},
+                                                               {"", "x", 0, "nAmE"},
+                                                               {"nAmE", "", 0, "nAmE"},
+                                                               {nullptr, "x", 0, "nAmE"},
+                                                               {"name", "other", 1, "other"}}) {
+    EXPECT_EQ(DQLIB_RenameRegistryItem(root, from, to) != 0, result != 0) << to;
+    EXPECT_EQ(All(), tree(after)) << to;
   }
   Set("target", "v", "old");
   Set("target", "w", "kept");
@@ -163,12 +158,6 @@ TEST(RegistryMoves, AStoreThatRefusesEndsTheMoveWhichIsNoFailure) {
   const HKEY from = registry.OpenKey(kCurrentUser, "from").value;
   const HKEY below = registry.CreateKey(from, "sub\\below").value;
   EXPECT_FALSE(DQLIB_CopyRegistryKey(from, below)) << "a move into itself ends";
-}
-
-TEST(RegistryRoot, IsThatOfTheApplication) {
-  EXPECT_EQ(AppRegistryRoot(), "Software\\Velmora\\\\");
-  const CWinApp app("My Tool");
-  EXPECT_EQ(AppRegistryRoot(), "Software\\Velmora\\My Tool\\");
 }
 
 }  // namespace

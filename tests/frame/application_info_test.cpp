@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "dqlib/framework/windows/win_app.h"
+#include "tests/support/rows.h"
 #include "tests/support/scripted_platform.h"
 
 namespace dq {
@@ -25,52 +26,43 @@ class ApplicationInfo : public ::testing::Test {
 };
 
 TEST_F(ApplicationInfo, VersionNumbersAreCutAtTheDots) {
-  struct Row {
-    const char* version;
-    const char* medium;
-    const char* short_version;
-    int major;
-    int minor;
-    int build;
-  };
-  for (const Row& row :
-       {Row{"7.1.2.3", "7.1.2", "7.1", 7, 1, 3}, Row{"7.12.0.0", "7.12.0", "7.12", 7, 2, 0},
-        Row{"7.10.5.44", "7.10.5", "7.10", 7, 0, 44}, Row{"7.1", "", "", 7, 0, 0},
-        Row{"7", "", "", 0, 0, 0}, Row{"", "", "", 0, 0, 0}, Row{"1..2.3.4", "1..2", "1.", 1, 0, 3},
-        Row{"12.3.4", "", "12.3", 12, 3, 0}}) {
-    SetVersion({{"FileVersion", row.version}, {"ProductName", "Tool"}});
+  for (const auto& [version, medium, short_version, major, minor, build] :
+       test::Rows<const char*, const char*, const char*, int, int, int>{
+           {"7.1.2.3", "7.1.2", "7.1", 7, 1, 3},
+           {"7.12.0.0", "7.12.0", "7.12", 7, 2, 0},
+           {"7.10.5.44", "7.10.5", "7.10", 7, 0, 44},
+           {"7.1", "", "", 7, 0, 0},
+           {"7", "", "", 0, 0, 0},
+           {"", "", "", 0, 0, 0},
+           {"1..2.3.4", "1..2", "1.", 1, 0, 3},
+           {"12.3.4", "", "12.3", 12, 3, 0}}) {
+    SetVersion({{"FileVersion", version}, {"ProductName", "Tool"}});
     CDQApplicationInfo info;
-    EXPECT_STREQ(info.GetLongVersionNumber(), row.version);
-    EXPECT_STREQ(info.GetMediumVersionNumber(), row.medium) << row.version;
-    EXPECT_STREQ(info.GetShortVersionNumber(), row.short_version) << row.version;
-    EXPECT_EQ(info.GetMajorVersionNumber(), row.major) << row.version;
-    EXPECT_EQ(info.GetMinorVersionNumber(), row.minor) << row.version;
-    EXPECT_EQ(info.GetBuildNumber(), row.build) << row.version;
+    EXPECT_STREQ(info.GetLongVersionNumber(), version);
+    EXPECT_STREQ(info.GetMediumVersionNumber(), medium) << version;
+    EXPECT_STREQ(info.GetShortVersionNumber(), short_version) << version;
+    EXPECT_EQ(info.GetMajorVersionNumber(), major) << version;
+    EXPECT_EQ(info.GetMinorVersionNumber(), minor) << version;
+    EXPECT_EQ(info.GetBuildNumber(), build) << version;
     EXPECT_STREQ(info.GetProductName(), "Tool");
   }
 }
 
 TEST_F(ApplicationInfo, TheExecutableGivesDirectoryKeyAndOptionsFile) {
-  struct Row {
-    const char* path;
-    const char* directory;
-    const char* key;
-    const char* options;
-    bool network;
-  };
-  for (const Row& row :
-       {Row{"c:\\bin\\TOOL.EXE", "c:\\bin", "TOOL", "TOOL.dqo", false},
-        Row{"tool.exe", "", "tool", "tool.dqo", false},
-        Row{"\\\\server\\share\\tool.v2.exe", "\\\\server\\share", "tool.v2", "tool.v2.dqo", true},
-        Row{"/tmp/tool", "/tmp", "tool", "tool.dqo", false}}) {
+  for (const auto& [path, directory, key, options, network] :
+       test::Rows<const char*, const char*, const char*, const char*, bool>{
+           {"c:\\bin\\TOOL.EXE", "c:\\bin", "TOOL", "TOOL.dqo", false},
+           {"tool.exe", "", "tool", "tool.dqo", false},
+           {"\\\\server\\share\\tool.v2.exe", "\\\\server\\share", "tool.v2", "tool.v2.dqo", true},
+           {"/tmp/tool", "/tmp", "tool", "tool.dqo", false}}) {
     CWinApp app("name");
-    app.SetExecutablePath(row.path);
+    app.SetExecutablePath(path);
     CDQApplicationInfo info;
-    EXPECT_STREQ(info.GetExecutablePath(), row.path);
-    EXPECT_STREQ(info.GetExecutableDirectory(), row.directory);
-    EXPECT_STREQ(info.GetRegistryKey(), row.key);
-    EXPECT_STREQ(info.GetOptionsFile(), row.options);
-    EXPECT_EQ(info.RunningFromNetwork(), row.network) << row.path;
+    EXPECT_STREQ(info.GetExecutablePath(), path);
+    EXPECT_STREQ(info.GetExecutableDirectory(), directory);
+    EXPECT_STREQ(info.GetRegistryKey(), key);
+    EXPECT_STREQ(info.GetOptionsFile(), options);
+    EXPECT_EQ(info.RunningFromNetwork(), network) << path;
   }
   CWinApp app("name");
   app.SetExecutablePath(std::string(300, 'x').c_str());
@@ -78,22 +70,22 @@ TEST_F(ApplicationInfo, TheExecutableGivesDirectoryKeyAndOptionsFile) {
 }
 
 TEST_F(ApplicationInfo, TheCodeDecidesTheOptionsFileBeforeTheExecutable) {
-  struct Row {
-    const char* code;
-    const char* options;
-    int which;
-  };
-  for (const Row& row : {Row{"Lumen SQL", "LumenSQL.dqo", 1}, Row{"lUMEN sql", "LumenSQL.dqo", 1},
-                         Row{"LumenSQL", "host.dqo", 0}, Row{"Velmora Delta Keeper", "host.dqo", 2},
-                         Row{"QUILLBASE", "Quill.dqo", 3}, Row{"velmora pacer", "DQPacer.dqo", 4},
-                         Row{"DQPacer", "host.dqo", 0}, Row{"", "host.dqo", 0}}) {
-    CDQApplicationInfo::SetAppCode(row.code);
+  for (const auto& [code, options, which] :
+       test::Rows<const char*, const char*, int>{{"Lumen SQL", "LumenSQL.dqo", 1},
+                                                 {"lUMEN sql", "LumenSQL.dqo", 1},
+                                                 {"LumenSQL", "host.dqo", 0},
+                                                 {"Velmora Delta Keeper", "host.dqo", 2},
+                                                 {"QUILLBASE", "Quill.dqo", 3},
+                                                 {"velmora pacer", "DQPacer.dqo", 4},
+                                                 {"DQPacer", "host.dqo", 0},
+                                                 {"", "host.dqo", 0}}) {
+    CDQApplicationInfo::SetAppCode(code);
     CDQApplicationInfo info;
-    EXPECT_STREQ(info.GetOptionsFile(), row.options) << row.code;
-    EXPECT_EQ(CDQApplicationInfo::IsAppLumenSql(), row.which == 1) << row.code;
-    EXPECT_EQ(CDQApplicationInfo::IsAppDeltaKeeper(), row.which == 2) << row.code;
-    EXPECT_EQ(CDQApplicationInfo::IsAppQuillbase(), row.which == 3) << row.code;
-    EXPECT_EQ(CDQApplicationInfo::IsAppDQPacer(), row.which == 4) << row.code;
+    EXPECT_STREQ(info.GetOptionsFile(), options) << code;
+    EXPECT_EQ(CDQApplicationInfo::IsAppLumenSql(), which == 1) << code;
+    EXPECT_EQ(CDQApplicationInfo::IsAppDeltaKeeper(), which == 2) << code;
+    EXPECT_EQ(CDQApplicationInfo::IsAppQuillbase(), which == 3) << code;
+    EXPECT_EQ(CDQApplicationInfo::IsAppDQPacer(), which == 4) << code;
     info.SetOptionsFile("own.dqo");
     EXPECT_STREQ(info.GetOptionsFile(), "own.dqo");
   }

@@ -3,6 +3,7 @@
 #include "dqlib/framework/base/resource_chain.h"
 #include "gtest/gtest.h"
 #include "siblings/pictures/pictures.h"
+#include "tests/support/rows.h"
 #include "tests/support/scripted_platform.h"
 
 namespace dq {
@@ -26,23 +27,18 @@ TEST(CGDIDispenser, MakesItsFontsOnce) {
   platform.facts.pixels_per_inch = 120;
   CGDIDispenser dispenser;
   const LOGFONT& stock = *GetStockFont(DQRESOURCES_GetVarStockFont());
-  const struct {
-    eFontStyle style;
-    LONG height;
-    LONG weight;
-    int underline;
-    std::string face;
-  } cases[] = {{FONT_PLAIN, stock.lfHeight, stock.lfWeight, 0, stock.lfFaceName},
-               {FONT_BOLD, stock.lfHeight, 700, 0, stock.lfFaceName},
-               {FONT_UNDERLINE, stock.lfHeight, stock.lfWeight, 1, stock.lfFaceName},
-               {FONT_TITLE, -13, 700, 0, "MS Sans Serif"}};
-  for (const auto& row : cases) {
-    CFont* const font = dispenser.GetDefaultFont(row.style);
-    EXPECT_EQ(font->GetLogFont().lfHeight, row.height) << row.style;
-    EXPECT_EQ(font->GetLogFont().lfWeight, row.weight) << row.style;
-    EXPECT_EQ(font->GetLogFont().lfUnderline, row.underline) << row.style;
-    EXPECT_EQ(font->GetLogFont().lfFaceName, row.face) << row.style;
-    EXPECT_EQ(dispenser.GetDefaultFont(row.style), font) << row.style;
+  for (const auto& [style, height, weight, underline, face] :
+       test::Rows<eFontStyle, LONG, LONG, int, std::string>{
+           {FONT_PLAIN, stock.lfHeight, stock.lfWeight, 0, stock.lfFaceName},
+           {FONT_BOLD, stock.lfHeight, 700, 0, stock.lfFaceName},
+           {FONT_UNDERLINE, stock.lfHeight, stock.lfWeight, 1, stock.lfFaceName},
+           {FONT_TITLE, -13, 700, 0, "MS Sans Serif"}}) {
+    CFont* const font = dispenser.GetDefaultFont(style);
+    EXPECT_EQ(font->GetLogFont().lfHeight, height) << style;
+    EXPECT_EQ(font->GetLogFont().lfWeight, weight) << style;
+    EXPECT_EQ(font->GetLogFont().lfUnderline, underline) << style;
+    EXPECT_EQ(font->GetLogFont().lfFaceName, face) << style;
+    EXPECT_EQ(dispenser.GetDefaultFont(style), font) << style;
   }
   platform.facts.pixels_per_inch = 96;
   EXPECT_EQ(CGDIDispenser().GetDefaultFont(FONT_TITLE)->GetLogFont().lfHeight, -11);

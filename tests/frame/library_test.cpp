@@ -3,6 +3,7 @@
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/resources/string_table.h"
 #include "gtest/gtest.h"
+#include "tests/support/rows.h"
 #include "tests/support/scripted_platform.h"
 
 namespace dq {
@@ -19,24 +20,20 @@ TEST(Library, EntryPointAttachesAndTakesNothingDown) {
   EXPECT_EQ(DQLIB_GetInstanceHandle(), library);
   ASSERT_NE(CDynLinkLibrary::head(), nullptr);
   EXPECT_EQ(CDynLinkLibrary::head()->resources(), library);
-  const struct {
-    HINSTANCE module;
-    DWORD reason;
-    int result;
-    int links;
-    std::vector<HINSTANCE> asked;
-  } cases[] = {
-      {library, PROCESS_ATTACH, 1, 1, {library}}, {nullptr, PROCESS_ATTACH, 0, 0, {nullptr}},
-      {library, THREAD_ATTACH, 1, 0, {}},         {library, THREAD_DETACH, 1, 0, {}},
-      {library, PROCESS_DETACH, 1, 0, {library}},
-  };
-  for (const auto& row : cases) {
+  for (const auto& [module, reason, result, links, asked] :
+       test::Rows<HINSTANCE, DWORD, int, int, std::vector<HINSTANCE>>{
+           {library, PROCESS_ATTACH, 1, 1, {library}},
+           {nullptr, PROCESS_ATTACH, 0, 0, {nullptr}},
+           {library, THREAD_ATTACH, 1, 0, {}},
+           {library, THREAD_DETACH, 1, 0, {}},
+           {library, PROCESS_DETACH, 1, 0, {library}},
+       }) {
     testing::ScriptedPlatform platform;
     const int before = CountLinks();
-    EXPECT_EQ(DQLIB_EntryPoint(row.module, row.reason, nullptr), row.result) << row.reason;
-    EXPECT_EQ(CountLinks(), before + row.links) << row.reason;
-    EXPECT_EQ(platform.modules.named, row.asked) << row.reason;
-    EXPECT_EQ(DQLIB_GetInstanceHandle(), library) << row.reason;
+    EXPECT_EQ(DQLIB_EntryPoint(module, reason, nullptr), result) << reason;
+    EXPECT_EQ(CountLinks(), before + links) << reason;
+    EXPECT_EQ(platform.modules.named, asked) << reason;
+    EXPECT_EQ(DQLIB_GetInstanceHandle(), library) << reason;
   }
   const int before = CountLinks();
   for (int calls = 1; calls <= 2; ++calls) {

@@ -12,6 +12,7 @@
 #include "dqlib/resources/string_ids.h"
 #include "gtest/gtest.h"
 #include "tests/support/main_window.h"
+#include "tests/support/rows.h"
 
 namespace {
 
@@ -36,23 +37,23 @@ namespace {
 
 TEST(OutputMessageTraits, TellSourceAndKind) {
   using enum OutputMessageKind;
-  const struct {
-    int type;
-    OutputMessageKind kind;
-    std::string_view family;
-    UINT id;
-  } cases[] = {
-      {0, kInformation, "Program", 0},  {1, kWarning, "Program", 0},
-      {2, kError, "Program", 0},        {3, kInformation, "DBMS", 0},
-      {4, kWarning, "DBMS", 0},         {5, kError, "DBMS", 0},
-      {6, kTaskStart, "", 44030},       {7, kTaskEnd, "", 44031},
-      {-1, kInformation, "Program", 0}, {8, kInformation, "Program", 0},
-  };
-  for (const auto& row : cases) {
-    const OutputMessageTraits& traits = GetOutputMessageTraits(row.type);
-    EXPECT_EQ(traits.kind, row.kind) << row.type;
-    EXPECT_EQ(detail::OrEmpty(traits.family), row.family) << row.type;
-    EXPECT_EQ(traits.source_id, row.id) << row.type;
+  for (const auto& [type, kind, family, id] :
+       test::Rows<int, OutputMessageKind, std::string_view, UINT>{
+           {0, kInformation, "Program", 0},
+           {1, kWarning, "Program", 0},
+           {2, kError, "Program", 0},
+           {3, kInformation, "DBMS", 0},
+           {4, kWarning, "DBMS", 0},
+           {5, kError, "DBMS", 0},
+           {6, kTaskStart, "", 44030},
+           {7, kTaskEnd, "", 44031},
+           {-1, kInformation, "Program", 0},
+           {8, kInformation, "Program", 0},
+       }) {
+    const OutputMessageTraits& traits = GetOutputMessageTraits(type);
+    EXPECT_EQ(traits.kind, kind) << type;
+    EXPECT_EQ(detail::OrEmpty(traits.family), family) << type;
+    EXPECT_EQ(traits.source_id, id) << type;
   }
 }
 

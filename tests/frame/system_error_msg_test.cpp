@@ -2,6 +2,7 @@
 
 #include "gtest/gtest.h"
 #include "tests/support/main_window.h"
+#include "tests/support/rows.h"
 #include "tests/support/scripted_platform.h"
 #include "tests/support/scripted_prompts.h"
 
@@ -49,27 +50,22 @@ TEST(NetworkErrorHandler, ShowsWhatItCanFindOut) {
   using platform::NetworkError;
   const std::string long_text(256, 'x');
   const std::string cut(255, 'x');
-  const struct {
-    DWORD code;
-    platform::Result<NetworkError> last;
-    int result;
-    std::string text;
-  } cases[] = {
-      {5, NetworkError{9, "unused", "unused"}, 1, "Network error 5.\r\n"},
-      {0xFFFFFFFF, {}, 1, "Network error -1.\r\n"},
-      {1208, NetworkError{9, "no %s route", "Acme%d"}, 1,
-       "Acme%d failed with error code9.\r\nno %s route"},
-      {1208, NetworkError{0xFFFFFFFF, long_text, long_text}, 1,
-       cut + " failed with error code-1.\r\n" + cut},
-      {1208, platform::Error{ErrorKind::kNotFound, 61}, 0,
-       "WNetGetLastError failed with error 61."},
-  };
-  for (const auto& row : cases) {
+  for (const auto& [code, last, result, text] :
+       test::Rows<DWORD, platform::Result<NetworkError>, int, std::string>{
+           {5, NetworkError{9, "unused", "unused"}, 1, "Network error 5.\r\n"},
+           {0xFFFFFFFF, {}, 1, "Network error -1.\r\n"},
+           {1208, NetworkError{9, "no %s route", "Acme%d"}, 1,
+            "Acme%d failed with error code9.\r\nno %s route"},
+           {1208, NetworkError{0xFFFFFFFF, long_text, long_text}, 1,
+            cut + " failed with error code-1.\r\n" + cut},
+           {1208, platform::Error{ErrorKind::kNotFound, 61}, 0,
+            "WNetGetLastError failed with error 61."},
+       }) {
     testing::ScriptedPlatform platform;
     testing::ScriptedPrompts prompts;
-    platform.network.last = row.last;
-    EXPECT_EQ(NetworkErrorHandler(row.code), row.result) << row.text;
-    EXPECT_EQ(prompts.shown, (std::vector<ShownBox>{{row.text, 16, 0}}));
+    platform.network.last = last;
+    EXPECT_EQ(NetworkErrorHandler(code), result) << text;
+    EXPECT_EQ(prompts.shown, (std::vector<ShownBox>{{text, 16, 0}}));
   }
 }
 

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tests/support/rows.h"
 #include "tests/support/serial_node.h"
 
 namespace dq {
@@ -105,12 +106,8 @@ TEST(Archive, ValuesAreLittleEndianByteForByte) {
 }
 
 TEST(Archive, LengthsAndCountsGrowAtTheirLimits) {
-  struct Row {
-    DWORD size;
-    std::string_view text_head;
-    std::string_view count_head;
-  };
-  for (const Row& row : std::vector<Row>{
+  for (const auto& [size, text_head, count_head] :
+       test::Rows<DWORD, std::string_view, std::string_view>{
            {0, "\0"sv, "\0\0"sv},
            {254, "\xFE"sv, "\xFE\0"sv},
            {255, "\xFF\xFF\0"sv, "\xFF\0"sv},
@@ -119,17 +116,17 @@ TEST(Archive, LengthsAndCountsGrowAtTheirLimits) {
            {0xFFFF, "\xFF\xFF\xFF\xFF\xFF\0\0"sv, "\xFF\xFF\xFF\xFF\0\0"sv},
            {0x10000, "\xFF\xFF\xFF\0\0\1\0"sv, "\xFF\xFF\0\0\1\0"sv},
        }) {
-    const CString text('x', static_cast<int>(row.size));
+    const CString text('x', static_cast<int>(size));
     const std::string stored = Stored([&](CArchive& archive) { archive << text; });
-    EXPECT_EQ(stored.substr(0, stored.size() - row.size), row.text_head) << row.size;
-    std::string counted = Stored([&](CArchive& archive) { archive.WriteCount(row.size); });
-    EXPECT_EQ(counted, row.count_head) << row.size;
-    EXPECT_EQ(CauseOf(stored + counted + std::string(row.size, 'y'),
+    EXPECT_EQ(stored.substr(0, stored.size() - size), text_head) << size;
+    std::string counted = Stored([&](CArchive& archive) { archive.WriteCount(size); });
+    EXPECT_EQ(counted, count_head) << size;
+    EXPECT_EQ(CauseOf(stored + counted + std::string(size, 'y'),
                       [&](CArchive& archive) {
                         CString read;
                         archive >> read;
                         EXPECT_EQ(read, text);
-                        EXPECT_EQ(archive.ReadCount(), row.size);
+                        EXPECT_EQ(archive.ReadCount(), size);
                       }),
               CArchiveException::none);
   }

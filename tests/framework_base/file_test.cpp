@@ -4,7 +4,6 @@
 #include <limits>
 #include <string>
 
-#include "tests/support/forwarding_files.h"
 #include "tests/support/temp_directory.h"
 
 namespace dq {
@@ -110,22 +109,6 @@ TEST(StdioFile, ReadsAndWritesMixAtOnePosition) {
     EXPECT_EQ(file.GetLength(), 18);
   }
   EXPECT_EQ(directory.Get("f"), "one\n2wo\nthree\nfour") << "what is dropped unclosed is written";
-}
-
-TEST(StdioFile, AFullDiskIsToldByCloseAndLeavesTheFileClosed) {
-  struct FullDisk : test::ForwardingFiles {
-    platform::Error Write(HANDLE, std::string_view) override {
-      return {platform::ErrorKind::kNoSpace, ENOSPC};
-    }
-  } files;
-  platform::Platform services = platform::Current();
-  services.files = &files;
-  const platform::ScopedPlatform scope(services);
-  const TempDirectory directory;
-  CStdioFile file((directory / "f").c_str(), CFile::modeCreate | CFile::modeWrite);
-  file.WriteString("lost");
-  EXPECT_EQ(CauseOf([&] { file.Close(); }), CFileException::diskFull);
-  EXPECT_FALSE(file.IsOpen());
 }
 
 }  // namespace

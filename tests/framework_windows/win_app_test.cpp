@@ -81,11 +81,12 @@ TEST_P(Profile, NullsDeleteAnEntryOrASectionAndNeverAllOfIt) {
 TEST(ProfileInRegistry, StandsUnderTheApplicationsKeyInTheKindsThatCallersKnow) {
   CWinApp app("tool");
   app.SetRegistryKey("Velmora");
+  EXPECT_EQ(AppRegistryRoot(), "Software\\Velmora\\tool\\");
   app.WriteProfileInt("s", "n", -2);
   app.WriteProfileString("s", "t", "x");
   app.WriteProfileBinary("s", "b", reinterpret_cast<const BYTE*>("y"), 1);
   platform::Registry& registry = *platform::Current().registry;
-  const HKEY key = registry.OpenKey(kCurrentUser, "Software\\Velmora\\tool\\s").value;
+  const HKEY key = registry.OpenKey(kCurrentUser, (AppRegistryRoot() + "s").View()).value;
   const test::RegistryDump expected = {{"",
                                         {{"n", {REGISTRY_DWORD, "\xFE\xFF\xFF\xFF"}},
                                          {"t", {REGISTRY_STRING, std::string("x\0", 2)}},

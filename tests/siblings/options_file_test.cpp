@@ -3,6 +3,7 @@
 #include <string>
 
 #include "gtest/gtest.h"
+#include "tests/support/rows.h"
 
 namespace dq {
 namespace {
@@ -44,52 +45,47 @@ TEST(OptionsFile, RefusesWhatBreaksTheFormAndSaysWhere) {
   const std::string head = "dqoptions 1\n";
   const std::string option = head + "option 7 int n\n";
   const std::string whole = option + "label \"l\"\ndefault 1\n";
-  const struct {
-    std::string text;
-    std::size_t line;
-    const char* part;
-  } cases[] = {
-      {"", 1, "missing"},
-      {"option 7 int n\n", 1, "missing"},
-      {"dqoptions 2\n", 1, "version"},
-      {"\xEF\xBB\xBF" + head, 1, "character"},
-      {head + "options\n", 2, "unknown word 'options'"},
-      {head + "\"option\" 7 int n\n", 2, "text where"},
-      {head + "option -7 int n\n", 2, "id"},
-      {head + "option 07 int n\n", 2, "id"},
-      {head + "option 2147483648 int n\n", 2, "id"},
-      {head + "option 7 float n\n", 2, "kind"},
-      {head + "option 7 int 7n\n", 2, "name"},
-      {whole + "option 7 int m\n", 5, "id"},
-      {whole + "option 8 int N\n", 5, "name"},
-      {option + "default 1\n", 4, "n has no label"},
-      {option + "label \"l\"\noption 8 int m\n", 4, "n has no default"},
-      {head + "label \"l\"\n", 2, "without its option"},
-      {whole + "default 2\n", 5, "second default"},
-      {whole + "default oracle 2\ndefault oracle 2\n", 6, "platform"},
-      {whole + "default acme 2\n", 5, "platform"},
-      {option + "default \"1\"\n", 3, "kind int"},
-      {option + "default 1 # remark\n", 3, "character"},
-      {head + "option 7 bool n\ndefault 2\n", 3, "kind bool"},
-      {head + "option 7 string n\ndefault x\n", 3, "kind string"},
-      {head + "option 7 string n\ndefault \"\\x00\"\n", 3, "kind string"},
-      {head + "option 7 string n\ndefault \"a\n", 3, "closing quote"},
-      {head + "option 7 string n\ndefault \"\\x4\"\n", 3, "escape"},
-      {head + "option 7 string n\ndefault \"a\"\"b\"\n", 3, "blank"},
-      {head + "option 7 string n\ndefault \"\x1b\"\n", 3, "control"},
-      {head + "option 7 color n\ndefault 12345\n", 3, "kind color"},
-      {head + "option 7 binary n\ndefault 123\n", 3, "kind binary"},
-      {head + "option 7 binary n\nmachine \"K\" \"v\"\n", 3, "binary"},
-      {head + "variable a directory b\n", 2, "'variable' takes"},
-      {head + "variable a string \"1\"\nvariable a string \"2\"\n", 3, "second variable"},
-  };
-  for (const auto& each : cases) {
-    SCOPED_TRACE(each.text);
+  for (const auto& [text, line, part] : test::Rows<std::string, std::size_t, const char*>{
+           {"", 1, "missing"},
+           {"option 7 int n\n", 1, "missing"},
+           {"dqoptions 2\n", 1, "version"},
+           {"\xEF\xBB\xBF" + head, 1, "character"},
+           {head + "options\n", 2, "unknown word 'options'"},
+           {head + "\"option\" 7 int n\n", 2, "text where"},
+           {head + "option -7 int n\n", 2, "id"},
+           {head + "option 07 int n\n", 2, "id"},
+           {head + "option 2147483648 int n\n", 2, "id"},
+           {head + "option 7 float n\n", 2, "kind"},
+           {head + "option 7 int 7n\n", 2, "name"},
+           {whole + "option 7 int m\n", 5, "id"},
+           {whole + "option 8 int N\n", 5, "name"},
+           {option + "default 1\n", 4, "n has no label"},
+           {option + "label \"l\"\noption 8 int m\n", 4, "n has no default"},
+           {head + "label \"l\"\n", 2, "without its option"},
+           {whole + "default 2\n", 5, "second default"},
+           {whole + "default oracle 2\ndefault oracle 2\n", 6, "platform"},
+           {whole + "default acme 2\n", 5, "platform"},
+           {option + "default \"1\"\n", 3, "kind int"},
+           {option + "default 1 # remark\n", 3, "character"},
+           {head + "option 7 bool n\ndefault 2\n", 3, "kind bool"},
+           {head + "option 7 string n\ndefault x\n", 3, "kind string"},
+           {head + "option 7 string n\ndefault \"\\x00\"\n", 3, "kind string"},
+           {head + "option 7 string n\ndefault \"a\n", 3, "closing quote"},
+           {head + "option 7 string n\ndefault \"\\x4\"\n", 3, "escape"},
+           {head + "option 7 string n\ndefault \"a\"\"b\"\n", 3, "blank"},
+           {head + "option 7 string n\ndefault \"\x1b\"\n", 3, "control"},
+           {head + "option 7 color n\ndefault 12345\n", 3, "kind color"},
+           {head + "option 7 binary n\ndefault 123\n", 3, "kind binary"},
+           {head + "option 7 binary n\nmachine \"K\" \"v\"\n", 3, "binary"},
+           {head + "variable a directory b\n", 2, "'variable' takes"},
+           {head + "variable a string \"1\"\nvariable a string \"2\"\n", 3, "second variable"},
+       }) {
+    SCOPED_TRACE(text);
     OptionsFile file;
-    const auto error = ReadOptionsText(each.text, file);
+    const auto error = ReadOptionsText(text, file);
     ASSERT_TRUE(error);
-    EXPECT_EQ(error->line, each.line) << error->text;
-    EXPECT_NE(error->text.find(each.part), std::string::npos) << error->text;
+    EXPECT_EQ(error->line, line) << error->text;
+    EXPECT_NE(error->text.find(part), std::string::npos) << error->text;
     EXPECT_TRUE(file.options.empty() && file.variables.empty());
   }
 }

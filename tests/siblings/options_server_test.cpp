@@ -11,6 +11,7 @@
 #include "siblings/options/option_data_array.h"
 #include "tests/support/memory_registry.h"
 #include "tests/support/registry_dump.h"
+#include "tests/support/rows.h"
 #include "tests/support/scripted_prompts.h"
 #include "tests/support/temp_directory.h"
 
@@ -209,22 +210,18 @@ TEST_F(OptionsServer, ChangesNothingForAFileItCannotTake) {
                 "option 10 int b\nlabel \"l\"\ndefault 1\n");
   directory.Put("named.dqo", "dqoptions 1\noption 20 int FLAG\nlabel \"l\"\ndefault 1\n");
   const std::string path = directory.path();
-  const struct {
-    const char* file;
-    std::string reason;
-  } cases[] = {
-      {"broken.dqo", path + "/broken.dqo(6): 'option' takes an id, a kind and a name\n"},
-      {"taken.dqo", path + "/taken.dqo: option 10 is one of own.dqo\n"},
-      {"named.dqo", path + "/named.dqo: option 20 has the name of option 10\n"},
-      {"absent.dqo", "The options file 'absent.dqo' could not be found.\n"},
-      {nullptr, "The options file '' could not be found.\n"},
-      {path.c_str(), path + ": no options file\n"},
-      {"/dev/zero", "/dev/zero: no options file\n"},
-  };
-  for (const auto& each : cases) {
+  for (const auto& [file, reason] : test::Rows<const char*, std::string>{
+           {"broken.dqo", path + "/broken.dqo(6): 'option' takes an id, a kind and a name\n"},
+           {"taken.dqo", path + "/taken.dqo: option 10 is one of own.dqo\n"},
+           {"named.dqo", path + "/named.dqo: option 20 has the name of option 10\n"},
+           {"absent.dqo", "The options file 'absent.dqo' could not be found.\n"},
+           {nullptr, "The options file '' could not be found.\n"},
+           {path.c_str(), path + ": no options file\n"},
+           {"/dev/zero", "/dev/zero: no options file\n"},
+       }) {
     traced.clear();
-    EXPECT_FALSE(Add(each.file)) << each.reason;
-    EXPECT_EQ(traced, each.reason);
+    EXPECT_FALSE(Add(file)) << reason;
+    EXPECT_EQ(traced, reason);
     EXPECT_EQ(server.GetOptionByID(20), nullptr);
   }
   EXPECT_TRUE(Add("absent.dqo", 1, 100, false));
