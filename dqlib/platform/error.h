@@ -1,4 +1,7 @@
-// How operations of the platform seam report failure: as values, never as exceptions.
+// How operations of the platform seam report failure: as values, never as exceptions. That goes for
+// want of memory too, wherever an operation returns an `Error` or a `Result`: it has then done
+// nothing. Operations that return a plain value have no place for an error; there want of memory is
+// `std::bad_alloc`, as it would be in the caller that copies the value.
 
 #pragma once
 

@@ -102,6 +102,9 @@ class Files {
   virtual Result<std::size_t> Read(HANDLE file, std::span<char> buffer) = 0;
   /// Writes all bytes.
   virtual Error Write(HANDLE file, std::string_view bytes) = 0;
+  /// The same, and the position behind the bytes: in a file open for appending, its length right
+  /// after this write. 0 for what has no positions, as a pipe.
+  virtual Result<std::uint64_t> WriteAndTell(HANDLE file, std::string_view bytes);
   /// The new position. A position before the file's begin is `kInvalidArgument`.
   virtual Result<std::uint64_t> Seek(HANDLE file, std::int64_t offset, SeekOrigin origin) = 0;
   virtual Result<std::uint64_t> Length(HANDLE file) = 0;

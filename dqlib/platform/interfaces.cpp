@@ -1,4 +1,5 @@
-// Out-of-line destructors of the interfaces, so that each has its virtual table in one place.
+// Out-of-line destructors of the interfaces, so that each has its virtual table in one place, and
+// what they offer on top of their own operations.
 
 #include "dqlib/platform/clipboard.h"
 #include "dqlib/platform/clock.h"
@@ -22,6 +23,11 @@ Clock::~Clock() = default;
 Console::~Console() = default;
 Console::StopWatch::~StopWatch() = default;
 Files::~Files() = default;
+Result<std::uint64_t> Files::WriteAndTell(HANDLE file, std::string_view bytes) {
+  const Error error = Write(file, bytes);
+  if (!error.ok()) return error;
+  return Seek(file, 0, SeekOrigin::kCurrent).value;
+}
 Locale::~Locale() = default;
 Module::~Module() = default;
 Modules::~Modules() = default;

@@ -165,6 +165,15 @@ TEST_F(FilesTest, OtherChangesReportTheFailureOfEachCall) {
   test::FailingSystemCalls calls;
   const std::unique_ptr<Files> failing = posix::MakeFiles(calls);
   using Change = std::function<Error()>;
+  const auto to_other_volume = [&] {
+    calls.SplitVolumes();
+    return failing->Rename(dir / "a", dir / "b");
+  };
+  const auto find_all = [&]() -> Error {
+    const auto found = failing->Find(dir / "*");
+    EXPECT_TRUE(!found.ok() || found.value.size() == dir.Count() + 2) << "a list lacks no entry";
+    return found.error;
+  };
   const auto append = [&]() -> Error {
     const OpenOptions options{.write = true, .append = true, .deny_write = true};
     const Result<HANDLE> file = failing->Open(dir / "a", options);
@@ -176,6 +185,12 @@ TEST_F(FilesTest, OtherChangesReportTheFailureOfEachCall) {
   const std::pair<Change, const char*> rows[] = {
       {append, "a+,(none)"},
       {[&] { return failing->Rename(dir / "a", dir / "b"); }, "(none),a"},
+      {to_other_volume, "(none),a"},
+      {[&] { return failing->Copy(dir / "a", dir / "b", false); }, "a,a"},
+      {[&] { return failing->MakeDirectory(dir / "made"); }, "a,(none)"},
+      {[&] { return failing->MakeTempFile(dir.path(), "x").error; }, "a,(none)"},
+      {find_all, "a,(none)"},
+      {[&] { return failing->Volume(dir.path()).error; }, "a,(none)"},
       {[&] { return failing->Delete(dir / "a"); }, "(none),(none)"},
       {[&] { return failing->Replace(dir / "link", "new", false); }, "new,(none)"},
       {[&] { return failing->SetModified(dir / "a", 1000); }, "a,(none)"},
@@ -187,6 +202,7 @@ TEST_F(FilesTest, OtherChangesReportTheFailureOfEachCall) {
     for (int call = 1; failed; ++call) {
       fs::remove(dir / "a");
       fs::remove(dir / "b");
+      fs::remove(dir / "made");
       dir.Put("a", "a");
       fs::create_directory(dir / "sub");
       if (!fs::is_symlink(dir / "link")) fs::create_symlink("a", dir / "link");
@@ -339,20 +355,6 @@ TEST_F(FilesTest, RenameAndCopyDoNotOverwriteUnasked) {
   EXPECT_EQ(dir.Get("b"), "(none)");
   EXPECT_EQ(files.Copy(dir.path(), dir / "e", false).kind, ErrorKind::kAccessDenied);
   EXPECT_EQ(dir.Count(), 3u);
-}
-
-TEST_F(FilesTest, RenameReachesAnotherVolume) {
-  if (files.Volume("/dev/shm").value.serial_number ==
-          files.Volume(dir.path()).value.serial_number ||
-      access("/dev/shm", W_OK) != 0) {
-    GTEST_SKIP() << "there is no second volume";
-  }
-  const std::string there = "/dev/shm/dqlib_test_" + std::to_string(getpid());
-  EXPECT_TRUE(files.Rename(dir.Put("a", "x"), there).ok());
-  EXPECT_EQ(dir.Get("a"), "(none)");
-  EXPECT_TRUE(files.Rename(there, dir / "b").ok());
-  EXPECT_EQ(dir.Get("b"), "x");
-  EXPECT_EQ(files.Status(there).error.kind, ErrorKind::kNotFound);
 }
 
 TEST_F(FilesTest, FindGivesSortedMatchesWithTheirStatus) {

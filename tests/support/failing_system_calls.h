@@ -12,6 +12,7 @@
 #include <limits>
 #include <sys/file.h>
 #include <sys/mman.h>
+#include <utility>
 
 #include "dqlib/platform/posix/system_calls.h"
 
@@ -28,41 +29,15 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
   }
   /// Each write takes one byte less than it is given, and at most this many.
   void WriteAtMost(std::size_t bytes) { most_ = bytes; }
+  /// The next new name is on another volume.
+  void SplitVolumes() { split_ = true; }
   bool failed() const { return failed_; }
 
-  int Open(const char* path, int flags, mode_t mode) override {
-    return Fails() ? -1 : SystemCalls::Open(path, flags, mode);
-  }
-  ssize_t Read(int fd, void* data, std::size_t size) override {
-    return Fails() ? -1 : SystemCalls::Read(fd, data, size);
-  }
   ssize_t Write(int fd, const void* data, std::size_t size) override {
     return Fails() ? -1 : SystemCalls::Write(fd, data, Less(size));
   }
-  ssize_t PositionedRead(int fd, void* data, std::size_t size, off_t offset) override {
-    return Fails() ? -1 : SystemCalls::PositionedRead(fd, data, size, offset);
-  }
   ssize_t PositionedWrite(int fd, const void* data, std::size_t size, off_t offset) override {
     return Fails() ? -1 : SystemCalls::PositionedWrite(fd, data, Less(size), offset);
-  }
-  int Sync(int fd) override { return Fails() ? -1 : SystemCalls::Sync(fd); }
-  int Truncate(int fd, off_t size) override {
-    return Fails() ? -1 : SystemCalls::Truncate(fd, size);
-  }
-  int ChangeMode(int fd, mode_t mode) override {
-    return Fails() ? -1 : SystemCalls::ChangeMode(fd, mode);
-  }
-  int ChangeMode(const char* path, mode_t mode) override {
-    return Fails() ? -1 : SystemCalls::ChangeMode(path, mode);
-  }
-  int ChangeOwner(int fd, uid_t user, gid_t group) override {
-    return Fails() ? -1 : SystemCalls::ChangeOwner(fd, user, group);
-  }
-  int SetTimes(int fd, const timespec (&times)[2]) override {
-    return Fails() ? -1 : SystemCalls::SetTimes(fd, times);
-  }
-  int SetTimes(const char* path, const timespec (&times)[2]) override {
-    return Fails() ? -1 : SystemCalls::SetTimes(path, times);
   }
   int LockRange(int fd, int command, struct flock* lock) override {
     return lock->l_type != F_UNLCK && Fails() ? -1 : SystemCalls::LockRange(fd, command, lock);
@@ -71,31 +46,59 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
     // Giving up a lock works always too.
     return (operation & LOCK_UN) == 0 && Fails() ? -1 : SystemCalls::Lock(fd, operation);
   }
-  int StatusOf(int fd, struct stat* status) override {
-    return Fails() ? -1 : SystemCalls::StatusOf(fd, status);
-  }
-  int Status(const char* path, struct stat* status) override {
-    return Fails() ? -1 : SystemCalls::Status(path, status);
-  }
-  int Rename(const char* from, const char* to) override {
-    return Fails() ? -1 : SystemCalls::Rename(from, to);
-  }
   int RenameToNew(const char* from, const char* to) override {
-    return Fails() ? -1 : SystemCalls::RenameToNew(from, to);
-  }
-  ssize_t ReadLink(const char* path, char* target, std::size_t size) override {
-    return Fails() ? -1 : SystemCalls::ReadLink(path, target, size);
-  }
-  int RemoveDirectory(const char* path) override {
-    return Fails() ? -1 : SystemCalls::RemoveDirectory(path);
-  }
-  int Unlink(const char* path) override { return Fails() ? -1 : SystemCalls::Unlink(path); }
-  int MakeDirectory(const char* path, mode_t mode) override {
-    return Fails() ? -1 : SystemCalls::MakeDirectory(path, mode);
+    if (Fails()) return -1;
+    if (!std::exchange(split_, false)) return SystemCalls::RenameToNew(from, to);
+    errno = EXDEV;
+    return -1;
   }
   void* Map(std::size_t size, int protection, int fd) override {
     return Fails() ? MAP_FAILED : SystemCalls::Map(size, protection, fd);
   }
+  char* RealPath(const char* path, char* real) override {
+    return Fails() ? nullptr : SystemCalls::RealPath(path, real);
+  }
+  char* CurrentDirectory(char* path, std::size_t size) override {
+    return Fails() ? nullptr : SystemCalls::CurrentDirectory(path, size);
+  }
+  DIR* OpenDirectory(const char* path) override {
+    return Fails() ? nullptr : SystemCalls::OpenDirectory(path);
+  }
+  const dirent* ReadDirectory(DIR* directory) override {
+    return Fails() ? nullptr : SystemCalls::ReadDirectory(directory);
+  }
+
+  // The others all alike: -1 or what the system says.
+#define DQ_FAILING(returned, Name, parameters, ...) \
+  returned Name parameters override { return Fails() ? -1 : SystemCalls::Name(__VA_ARGS__); }
+  DQ_FAILING(int, Open, (const char* path, int flags, mode_t mode), path, flags, mode)
+  DQ_FAILING(ssize_t, Read, (int fd, void* data, std::size_t size), fd, data, size)
+  DQ_FAILING(ssize_t, PositionedRead, (int fd, void* data, std::size_t size, off_t offset), fd,
+             data, size, offset)
+  DQ_FAILING(off_t, Seek, (int fd, off_t offset, int whence), fd, offset, whence)
+  DQ_FAILING(int, GetFlags, (int fd), fd)
+  DQ_FAILING(int, SetFlags, (int fd, int flags), fd, flags)
+  DQ_FAILING(int, Sync, (int fd), fd)
+  DQ_FAILING(int, Truncate, (int fd, off_t size), fd, size)
+  DQ_FAILING(int, ChangeMode, (int fd, mode_t mode), fd, mode)
+  DQ_FAILING(int, ChangeMode, (const char* path, mode_t mode), path, mode)
+  DQ_FAILING(int, ChangeOwner, (int fd, uid_t user, gid_t group), fd, user, group)
+  DQ_FAILING(int, SetTimes, (int fd, const timespec (&times)[2]), fd, times)
+  DQ_FAILING(int, SetTimes, (const char* path, const timespec (&times)[2]), path, times)
+  DQ_FAILING(int, StatusOf, (int fd, struct stat* status), fd, status)
+  DQ_FAILING(int, Status, (const char* path, struct stat* status), path, status)
+  DQ_FAILING(int, LinkStatus, (const char* path, struct stat* status), path, status)
+  DQ_FAILING(int, StatusAt, (int directory, const char* name, struct stat* status, int flags),
+             directory, name, status, flags)
+  DQ_FAILING(int, VolumeStatus, (const char* path, struct statvfs* status), path, status)
+  DQ_FAILING(int, ChangeDirectory, (const char* path), path)
+  DQ_FAILING(int, Rename, (const char* from, const char* to), from, to)
+  DQ_FAILING(ssize_t, ReadLink, (const char* path, char* target, std::size_t size), path, target,
+             size)
+  DQ_FAILING(int, Unlink, (const char* path), path)
+  DQ_FAILING(int, MakeDirectory, (const char* path, mode_t mode), path, mode)
+  DQ_FAILING(int, RemoveDirectory, (const char* path), path)
+#undef DQ_FAILING
 
  private:
   bool Fails() {
@@ -112,6 +115,7 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
   int countdown_ = 0;
   int error_ = 0;
   bool failed_ = false;
+  bool split_ = false;
   std::size_t most_ = kAny;
 };
 

@@ -1,6 +1,8 @@
 #include "dqlib/platform/clipboard.h"
 
+#include <exception>
 #include <mutex>
+#include <utility>
 
 #include "dqlib/platform/posix/system_services.h"
 
@@ -11,11 +13,14 @@ namespace {
 /// this one.
 class ProcessClipboard : public Clipboard {
  public:
-  Error Set(UINT format, std::string_view data) override {
+  Error Set(UINT format, std::string_view data) override try {
+    std::string copy(data);
     const std::lock_guard lock(mutex_);
     format_ = format;
-    data_ = data;
+    data_ = std::move(copy);
     return {};
+  } catch (const std::exception&) {
+    return ErrorOfException();
   }
 
   std::optional<std::string> Get(UINT format) override {

@@ -5,9 +5,8 @@
 #include <cstdio>
 #include <cstring>
 #include <ctime>
-#include <dirent.h>
+#include <exception>
 #include <fcntl.h>
-#include <memory>
 #include <mutex>
 #include <set>
 #include <sys/file.h>
@@ -87,10 +86,10 @@ bool IsFirstIn(SystemCalls& calls, const std::string& directory) {
 
 /// Removes the temporary files of dead processes. What can't be removed harms nothing.
 void RemoveLeftovers(SystemCalls& calls, const std::string& directory) {
-  const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(directory.c_str()), ::closedir);
-  while (const dirent* const entry = entries ? ::readdir(entries.get()) : nullptr) {
-    if (!IsTemporaryName(entry->d_name)) continue;
-    const std::string path = directory + '/' + entry->d_name;
+  DirectoryReader entries(calls, directory);
+  while (const char* const name = entries.Next()) {
+    if (!IsTemporaryName(name)) continue;
+    const std::string path = directory + '/' + name;
     const Result<int> fd = OpenFile(calls, path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
     if (!fd.ok()) continue;
     const FileDescriptor file(calls, fd.value);
@@ -127,11 +126,16 @@ Result<Temporary> MakeTemporary(SystemCalls& calls, const Replacement& replaceme
 Error ReplaceFile(SystemCalls& calls, const Replacement& replacement,
                   const std::function<Error(int fd)>& write) {
   Error error;
+  const std::string directory = DirectoryOf(replacement.target);
   {
     const Result<Temporary> made = MakeTemporary(calls, replacement);
     if (!made.ok()) return made.error;
     const std::string& temporary = made.value.path;
-    error = FillFile(calls, replacement, made.value.file.get(), write);
+    try {
+      error = FillFile(calls, replacement, made.value.file.get(), write);
+    } catch (const std::exception&) {
+      error = ErrorOfException();
+    }
     if (error.ok() && replacement.only_new) {
       error = RenameToNew(calls, temporary, replacement.target);
     } else if (error.ok() && calls.Rename(temporary.c_str(), replacement.target.c_str()) != 0) {
@@ -144,9 +148,14 @@ Error ReplaceFile(SystemCalls& calls, const Replacement& replacement,
     }
   }
   if (!replacement.sync_directory) return {};
-  error = SyncDirectory(calls, DirectoryOf(replacement.target));
+  error = SyncDirectory(calls, directory);
   // Not every file system can sync directories, and not every directory may be read.
-  return error.code == EINVAL || error.code == EACCES ? Error{} : error;
+  if (error.code == EINVAL || error.code == EACCES) return {};
+  // A new file can be taken back; an old one is gone.
+  if (!error.ok() && replacement.only_new) {
+    static_cast<void>(calls.Unlink(replacement.target.c_str()));
+  }
+  return error;
 }
 
 Error RenameToNew(SystemCalls& calls, const std::string& from, const std::string& to) {
@@ -154,7 +163,7 @@ Error RenameToNew(SystemCalls& calls, const std::string& from, const std::string
   if (errno != EINVAL && errno != ENOSYS) return ErrorFromErrno(errno);
   // The file system can't do it in one step.
   struct stat status;
-  if (::lstat(to.c_str(), &status) == 0) return ErrorFromErrno(EEXIST);
+  if (calls.LinkStatus(to.c_str(), &status) == 0) return ErrorFromErrno(EEXIST);
   if (errno != ENOENT) return ErrorFromErrno(errno);
   return calls.Rename(from.c_str(), to.c_str()) == 0 ? Error{} : ErrorFromErrno(errno);
 }

@@ -32,7 +32,7 @@ struct Replacement {
 
 /// Calls `write` to fill the new file, and puts it in place once it is on the disk. If that fails,
 /// the old file is there and the new one isn't; only if syncing the directory fails, the new one
-/// may be there.
+/// may be there in the place of an old one.
 Error ReplaceFile(SystemCalls& calls, const Replacement& replacement,
                   const std::function<Error(int fd)>& write);
 

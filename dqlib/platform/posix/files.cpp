@@ -4,11 +4,10 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <dirent.h>
+#include <exception>
 #include <fcntl.h>
 #include <memory>
 #include <mutex>
-#include <new>
 #include <random>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -17,6 +16,7 @@
 #include "dqlib/platform/modules.h"
 #include "dqlib/platform/paths.h"
 #include "dqlib/platform/posix/file_replacement.h"
+#include "dqlib/platform/posix/file_search.h"
 #include "dqlib/platform/posix/file_sharing.h"
 #include "dqlib/platform/posix/native_path.h"
 #include "dqlib/platform/posix/system_calls.h"
@@ -50,22 +50,6 @@ std::string_view NameOf(std::string_view native) {
   return native.substr(native.rfind('/') + 1);  // npos + 1 is 0
 }
 
-FileStatus Describe(std::string_view name, const struct stat& status) {
-  FileStatus described;
-  described.size = S_ISREG(status.st_mode) ? static_cast<std::uint64_t>(status.st_size) : 0;
-  if (S_ISDIR(status.st_mode)) {
-    described.attributes = FILE_DIRECTORY;
-  } else {
-    described.attributes = S_ISREG(status.st_mode) ? FILE_ARCHIVE : FILE_SYSTEM;
-  }
-  if ((status.st_mode & S_IWUSR) == 0) described.attributes |= FILE_READ_ONLY;
-  if (name.starts_with('.') && name != "." && name != "..") described.attributes |= FILE_HIDDEN;
-  described.modified = status.st_mtim.tv_sec;
-  described.accessed = status.st_atim.tv_sec;
-  described.changed = status.st_ctim.tv_sec;
-  return described;
-}
-
 /// Opens without waiting for the other end of a pipe. What is read or written later may wait.
 Result<int> OpenAtOnce(SystemCalls& calls, const std::string& native, int flags, mode_t mode,
                        struct stat& status) {
@@ -75,15 +59,15 @@ Result<int> OpenAtOnce(SystemCalls& calls, const std::string& native, int flags,
   if (calls.StatusOf(file.get(), &status) != 0) return LastError();
   if (S_ISDIR(status.st_mode)) return Error{ErrorKind::kAccessDenied, EISDIR};
   if (!S_ISREG(status.st_mode)) {
-    const int former = ::fcntl(file.get(), F_GETFL);
-    if (former < 0 || ::fcntl(file.get(), F_SETFL, former & ~O_NONBLOCK) != 0) return LastError();
+    const int former = calls.GetFlags(file.get());
+    if (former < 0 || calls.SetFlags(file.get(), former & ~O_NONBLOCK) != 0) return LastError();
   }
   return file.Release();
 }
 
 /// Reads from the file's position to its end. An ordinary file ends where it did when it was
 /// opened, unless it says that it has no bytes, as those do that the system makes up.
-Error ReadToEnd(SystemCalls& calls, int fd, const struct stat& status, std::string& bytes) try {
+Error ReadToEnd(SystemCalls& calls, int fd, const struct stat& status, std::string& bytes) {
   // A string is filled with zeros as it grows; in steps of this size they don't leave the cache.
   constexpr std::size_t kStep = 256 * 1024;
   const std::size_t expected =
@@ -105,8 +89,6 @@ Error ReadToEnd(SystemCalls& calls, int fd, const struct stat& status, std::stri
   }
   bytes.resize(size);
   return {};
-} catch (const std::bad_alloc&) {
-  return ErrorFromErrno(ENOMEM);
 }
 
 Error CopyBytes(SystemCalls& calls, int from, int to) {
@@ -169,6 +151,7 @@ class PosixFiles : public Files {
   Result<HANDLE> Open(std::string_view path, const OpenOptions& options) override;
   Result<std::size_t> Read(HANDLE file, std::span<char> buffer) override;
   Error Write(HANDLE file, std::string_view bytes) override;
+  Result<std::uint64_t> WriteAndTell(HANDLE file, std::string_view bytes) override;
   Result<std::uint64_t> Seek(HANDLE file, std::int64_t offset, SeekOrigin origin) override;
   Result<std::uint64_t> Length(HANDLE file) override;
   Error SetLength(HANDLE file, std::uint64_t length) override;
@@ -217,7 +200,7 @@ PosixFiles::OpenedPtr PosixFiles::Opened(HANDLE file) {
   return found == files_.end() ? nullptr : found->second;
 }
 
-Result<HANDLE> PosixFiles::Open(std::string_view path, const OpenOptions& options) {
+Result<HANDLE> PosixFiles::Open(std::string_view path, const OpenOptions& options) try {
   const Result<std::string> native = NativePath(path);
   if (!native.ok()) return native.error;
   if ((!options.read && !options.write) || (options.truncate && !options.write)) {
@@ -226,19 +209,34 @@ Result<HANDLE> PosixFiles::Open(std::string_view path, const OpenOptions& option
   int flags = options.write ? (options.read ? O_RDWR : O_WRONLY) : O_RDONLY;
   if (options.create) flags |= O_CREAT;
   if (options.append) flags |= O_APPEND;
-  auto opened = std::make_shared<OpenedFile>();
-  const Error error = OpenShared(calls_, native.value, flags, options, *opened);
-  if (!error.ok()) return error;
-  // Not by the flag that opens, so that a file that someone else holds isn't emptied.
-  if (opened->ordinary && options.truncate && calls_.Truncate(opened->descriptor.get(), 0) != 0) {
-    return LastError();
+  const auto opened = std::make_shared<OpenedFile>();
+  HANDLE handle = kNoHandle;
+  {
+    // Before the file is made or emptied, because there may be no memory for it afterwards.
+    const std::lock_guard lock(mutex_);
+    handle = ++last_handle_;
+    files_.emplace(handle, opened);
   }
+  Error error;
+  try {
+    error = OpenShared(calls_, native.value, flags, options, *opened);
+  } catch (const std::exception&) {
+    error = ErrorOfException();
+  }
+  // Not by the flag that opens, so that a file that someone else holds isn't emptied.
+  if (error.ok() && opened->ordinary && options.truncate &&
+      calls_.Truncate(opened->descriptor.get(), 0) != 0) {
+    error = LastError();
+  }
+  if (error.ok()) return handle;
   const std::lock_guard lock(mutex_);
-  files_.emplace(++last_handle_, std::move(opened));
-  return last_handle_;
+  files_.erase(handle);
+  return error;
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Result<std::size_t> PosixFiles::Read(HANDLE file, std::span<char> buffer) {
+Result<std::size_t> PosixFiles::Read(HANDLE file, std::span<char> buffer) try {
   const OpenedPtr opened = Opened(file);
   if (!opened) return kBadHandle;
   std::size_t done = 0;
@@ -252,48 +250,68 @@ Result<std::size_t> PosixFiles::Read(HANDLE file, std::span<char> buffer) {
     if (count == 0 || !opened->ordinary) break;
   }
   return done;
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Error PosixFiles::Write(HANDLE file, std::string_view bytes) {
+Error PosixFiles::Write(HANDLE file, std::string_view bytes) try {
   const OpenedPtr opened = Opened(file);
   return opened ? WriteFully(calls_, opened->descriptor.get(), bytes) : kBadHandle;
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Result<std::uint64_t> PosixFiles::Seek(HANDLE file, std::int64_t offset, SeekOrigin origin) {
+Result<std::uint64_t> PosixFiles::WriteAndTell(HANDLE file, std::string_view bytes) {
+  const OpenedPtr opened = Opened(file);
+  if (!opened) return kBadHandle;
+  const int fd = opened->descriptor.get();
+  if (const Error error = WriteFully(calls_, fd, bytes); !error.ok()) return error;
+  return static_cast<std::uint64_t>(std::max<off_t>(calls_.Seek(fd, 0, SEEK_CUR), 0));
+}
+
+Result<std::uint64_t> PosixFiles::Seek(HANDLE file, std::int64_t offset, SeekOrigin origin) try {
   const OpenedPtr opened = Opened(file);
   if (!opened) return kBadHandle;
   const int whence = origin == SeekOrigin::kBegin     ? SEEK_SET
                      : origin == SeekOrigin::kCurrent ? SEEK_CUR
                                                       : SEEK_END;
-  const off_t position = ::lseek(opened->descriptor.get(), offset, whence);
+  const off_t position = calls_.Seek(opened->descriptor.get(), offset, whence);
   if (position < 0) return LastError();
   return static_cast<std::uint64_t>(position);
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Result<std::uint64_t> PosixFiles::Length(HANDLE file) {
+Result<std::uint64_t> PosixFiles::Length(HANDLE file) try {
   const OpenedPtr opened = Opened(file);
   struct stat status;
   if (!opened) return kBadHandle;
   if (calls_.StatusOf(opened->descriptor.get(), &status) != 0) return LastError();
   return static_cast<std::uint64_t>(status.st_size);
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Error PosixFiles::SetLength(HANDLE file, std::uint64_t length) {
+Error PosixFiles::SetLength(HANDLE file, std::uint64_t length) try {
   const OpenedPtr opened = Opened(file);
   if (!opened) return kBadHandle;
   if (length > static_cast<std::uint64_t>(INT64_MAX)) return ErrorFromErrno(EINVAL);
   return ResultOf(calls_.Truncate(opened->descriptor.get(), static_cast<off_t>(length)));
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Error PosixFiles::Flush(HANDLE file) {
+Error PosixFiles::Flush(HANDLE file) try {
   const OpenedPtr opened = Opened(file);
   if (!opened) return kBadHandle;
   const Error error = ResultOf(calls_.Sync(opened->descriptor.get()));
   // Pipes and terminals have no disk.
   return !opened->ordinary && error.code == EINVAL ? Error{} : error;
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Error PosixFiles::Close(HANDLE file) {
+Error PosixFiles::Close(HANDLE file) try {
   OpenedPtr opened;
   {
     const std::lock_guard lock(mutex_);
@@ -305,9 +323,11 @@ Error PosixFiles::Close(HANDLE file) {
   const int fd = opened->descriptor.Release();
   // An interrupted close has closed.
   return calls_.Close(fd) == 0 || errno == EINTR ? Error{} : LastError();
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Error PosixFiles::ReadAll(std::string_view path, std::string& bytes) {
+Error PosixFiles::ReadAll(std::string_view path, std::string& bytes) try {
   const Result<std::string> native = NativePath(path);
   Error error = native.error;
   if (error.ok()) {
@@ -325,9 +345,12 @@ Error PosixFiles::ReadAll(std::string_view path, std::string& bytes) {
   }
   if (!error.ok()) bytes.clear();
   return error;
+} catch (const std::exception&) {
+  bytes.clear();
+  return ErrorOfException();
 }
 
-Error PosixFiles::Replace(std::string_view path, std::string_view bytes, bool user_only) {
+Error PosixFiles::Replace(std::string_view path, std::string_view bytes, bool user_only) try {
   const Result<std::string> native = NativePath(path);
   if (!native.ok()) return native.error;
   const Result<std::string> target = FollowLinks(native.value, calls_);
@@ -345,17 +368,21 @@ Error PosixFiles::Replace(std::string_view path, std::string_view bytes, bool us
     return LastError();
   }
   return ReplaceFile(calls_, replacement, [&](int fd) { return WriteFully(calls_, fd, bytes); });
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Result<FileStatus> PosixFiles::Status(std::string_view path) {
+Result<FileStatus> PosixFiles::Status(std::string_view path) try {
   const Result<std::string> native = NativePath(path);
   if (!native.ok()) return native.error;
   struct stat status;
   if (calls_.Status(native.value.c_str(), &status) != 0) return LastError();
-  return Describe(NameOf(native.value), status);
+  return DescribeFile(NameOf(native.value), status);
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Error PosixFiles::SetAttributes(std::string_view path, DWORD attributes) {
+Error PosixFiles::SetAttributes(std::string_view path, DWORD attributes) try {
   const Result<std::string> native = NativePath(path);
   if (!native.ok()) return native.error;
   struct stat status;
@@ -367,41 +394,53 @@ Error PosixFiles::SetAttributes(std::string_view path, DWORD attributes) {
   // Taking it back gives the right to write to the user alone: whether others had it is not known.
   return ResultOf(
       calls_.ChangeMode(native.value.c_str(), read_only ? mode & ~kAllWrite : mode | S_IWUSR));
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Error PosixFiles::SetModified(std::string_view path, std::int64_t seconds) {
+Error PosixFiles::SetModified(std::string_view path, std::int64_t seconds) try {
   const Result<std::string> native = NativePath(path);
   if (!native.ok()) return native.error;
   const timespec times[] = {{0, UTIME_OMIT}, {static_cast<time_t>(seconds), 0}};
   return ResultOf(calls_.SetTimes(native.value.c_str(), times));
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Error PosixFiles::Delete(std::string_view path) {
+Error PosixFiles::Delete(std::string_view path) try {
   const Result<std::string> native = NativePath(path);
   if (!native.ok()) return native.error;
   struct stat status;
-  if (::lstat(native.value.c_str(), &status) != 0) return LastError();
+  if (calls_.LinkStatus(native.value.c_str(), &status) != 0) return LastError();
   if (S_ISDIR(status.st_mode)) return {ErrorKind::kAccessDenied, EISDIR};
   if (IsReadOnly(status)) return ErrorFromErrno(EACCES);
   return ResultOf(calls_.Unlink(native.value.c_str()));
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Error PosixFiles::Rename(std::string_view from, std::string_view to) {
+Error PosixFiles::Rename(std::string_view from, std::string_view to) try {
   const Result<std::string> native_from = NativePath(from);
   const Result<std::string> native_to = NativePath(to);
   if (!native_from.ok()) return native_from.error;
   if (!native_to.ok()) return native_to.error;
   struct stat status;
-  if (::lstat(native_from.value.c_str(), &status) != 0) return LastError();
+  if (calls_.LinkStatus(native_from.value.c_str(), &status) != 0) return LastError();
   if (native_from.value == native_to.value) return {};
   const Error error = RenameToNew(calls_, native_from.value, native_to.value);
   if (error.code != EXDEV || !S_ISREG(status.st_mode)) return error;
   // To another volume a file goes as a copy.
   if (const Error copied = Copy(from, to, false); !copied.ok()) return copied;
-  return ResultOf(calls_.Unlink(native_from.value.c_str()));
+  if (calls_.Unlink(native_from.value.c_str()) == 0) return {};
+  const Error unlinked = LastError();
+  // A file that stays isn't renamed, and what it was copied to goes again.
+  static_cast<void>(calls_.Unlink(native_to.value.c_str()));
+  return unlinked;
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Error PosixFiles::Copy(std::string_view from, std::string_view to, bool overwrite) {
+Error PosixFiles::Copy(std::string_view from, std::string_view to, bool overwrite) try {
   const Result<std::string> source = NativePath(from);
   const Result<std::string> native_to = NativePath(to);
   if (!source.ok()) return source.error;
@@ -437,63 +476,46 @@ Error PosixFiles::Copy(std::string_view from, std::string_view to, bool overwrit
     if (calls_.SetTimes(copy, times) != 0) return LastError();
     return ResultOf(calls_.ChangeMode(copy, status.st_mode & 0777));
   });
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Error PosixFiles::MakeDirectory(std::string_view path) {
+Error PosixFiles::MakeDirectory(std::string_view path) try {
   const Result<std::string> native = NativePath(path);
   if (!native.ok()) return native.error;
   return ResultOf(calls_.MakeDirectory(native.value.c_str(), 0777));
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Error PosixFiles::RemoveDirectory(std::string_view path) {
+Error PosixFiles::RemoveDirectory(std::string_view path) try {
   const Result<std::string> native = NativePath(path);
   if (!native.ok()) return native.error;
   return ResultOf(calls_.RemoveDirectory(native.value.c_str()));
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Result<std::vector<FoundFile>> PosixFiles::Find(std::string_view pattern) {
+Result<std::vector<FoundFile>> PosixFiles::Find(std::string_view pattern) try {
   const Result<std::string> native = NativePath(pattern);
   if (!native.ok()) return native.error;
-  const std::string name_pattern(NameOf(native.value));
-  std::string directory = native.value.substr(0, native.value.size() - name_pattern.size());
-  if (directory.empty()) directory = "./";
-  const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(directory.c_str()), ::closedir);
-  if (!entries) return LastError();
-  std::vector<FoundFile> found;
-  for (;;) {
-    errno = 0;
-    const dirent* const entry = ::readdir(entries.get());
-    if (entry == nullptr && errno != 0) return LastError();
-    if (entry == nullptr) break;
-    const std::string_view name(entry->d_name);
-    // A path with such a name would lead elsewhere.
-    if (FindSeparator(name) != std::string_view::npos) continue;
-    if (!MatchesPattern(name, name_pattern)) continue;
-    struct stat status;
-    const int directory_fd = ::dirfd(entries.get());
-    // A link that leads nowhere is found as itself; an entry that is gone by now isn't found.
-    if (::fstatat(directory_fd, entry->d_name, &status, 0) != 0 &&
-        ::fstatat(directory_fd, entry->d_name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
-      continue;
-    }
-    found.push_back({std::string(name), Describe(name, status)});
-  }
-  if (found.empty()) return ErrorFromErrno(ENOENT);
-  std::sort(found.begin(), found.end(),
-            [](const FoundFile& left, const FoundFile& right) { return left.name < right.name; });
-  return found;
+  return FindFiles(calls_, native.value);
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
 std::string PosixFiles::CurrentDirectory() {
   char buffer[kMaxPath + 1];
-  const char* const directory = ::getcwd(buffer, sizeof buffer);
+  const char* const directory = calls_.CurrentDirectory(buffer, sizeof buffer);
   return directory == nullptr ? "" : directory;
 }
 
-Error PosixFiles::SetCurrentDirectory(std::string_view path) {
+Error PosixFiles::SetCurrentDirectory(std::string_view path) try {
   const Result<std::string> native = NativePath(path);
   if (!native.ok()) return native.error;
-  return ResultOf(::chdir(native.value.c_str()));
+  return ResultOf(calls_.ChangeDirectory(native.value.c_str()));
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
 std::string PosixFiles::TempDirectory() {
@@ -503,7 +525,8 @@ std::string PosixFiles::TempDirectory() {
   return directory;
 }
 
-Result<std::string> PosixFiles::MakeTempFile(std::string_view directory, std::string_view prefix) {
+Result<std::string> PosixFiles::MakeTempFile(std::string_view directory,
+                                             std::string_view prefix) try {
   constexpr unsigned kNumbers = 0xFFFF;
   if (FindSeparator(prefix) != std::string_view::npos) return ErrorFromErrno(EINVAL);
   if (directory.empty()) return ErrorFromErrno(ENOENT);
@@ -522,9 +545,11 @@ Result<std::string> PosixFiles::MakeTempFile(std::string_view directory, std::st
     if (fd.error.code != EEXIST) return fd.error;
   }
   return ErrorFromErrno(EEXIST);
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Result<std::string> PosixFiles::FullPath(std::string_view path) {
+Result<std::string> PosixFiles::FullPath(std::string_view path) try {
   if (path.size() > kMaxPath) return Error{ErrorKind::kInvalidArgument, ENAMETOOLONG};
   if (path.empty() || path.find('\0') != std::string_view::npos) return ErrorFromErrno(EINVAL);
   const bool rooted = IsSeparator(path.front()) || HasDrive(path);
@@ -533,9 +558,11 @@ Result<std::string> PosixFiles::FullPath(std::string_view path) {
   std::string full = platform::FullPath(path, current);
   if (full.size() > kMaxPath) return Error{ErrorKind::kInvalidArgument, ENAMETOOLONG};
   return full;
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Result<std::string> PosixFiles::SearchPath(std::string_view name) {
+Result<std::string> PosixFiles::SearchPath(std::string_view name) try {
   const Result<std::string> native = NativePath(name);
   if (!native.ok()) return native.error;
   std::vector<std::string> directories;
@@ -555,16 +582,24 @@ Result<std::string> PosixFiles::SearchPath(std::string_view name) {
   for (const std::string& directory : directories) {
     const std::string candidate = JoinPath(directory, native.value);
     struct stat status;
-    if (::stat(candidate.c_str(), &status) == 0 && !S_ISDIR(status.st_mode)) {
-      return FullPath(candidate);
+    if (calls_.Status(candidate.c_str(), &status) == 0) {
+      if (!S_ISDIR(status.st_mode)) return FullPath(candidate);
+    } else if (errno == EIO || errno == ENOMEM) {
+      // The next directory may have another file of that name. One that may not be entered, and
+      // one that isn't there, has none.
+      return LastError();
     }
   }
   return ErrorFromErrno(ENOENT);
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Result<std::string> PosixFiles::UniversalName(std::string_view path) {
+Result<std::string> PosixFiles::UniversalName(std::string_view path) try {
   const Result<std::string> native = NativePath(path);
-  return native.ok() ? UniversalNameOf(native.value) : native.error;
+  return native.ok() ? UniversalNameOf(calls_, native.value) : native.error;
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
 UINT PosixFiles::KindOfDrive(std::string_view drive) {
@@ -572,12 +607,14 @@ UINT PosixFiles::KindOfDrive(std::string_view drive) {
   if (IsNetworkPath(drive)) return DRIVE_KIND_REMOTE;
   if (FormOf(drive) == PathForm::kWindows) return DRIVE_KIND_FIXED;
   const Result<std::string> native = NativePath(drive);
-  return native.ok() ? KindOfVolume(native.value) : UINT{DRIVE_KIND_UNKNOWN};
+  return native.ok() ? KindOfVolume(calls_, native.value) : UINT{DRIVE_KIND_UNKNOWN};
 }
 
-Result<VolumeFacts> PosixFiles::Volume(std::string_view path) {
+Result<VolumeFacts> PosixFiles::Volume(std::string_view path) try {
   const Result<std::string> native = NativePath(path);
-  return native.ok() ? VolumeOf(native.value) : native.error;
+  return native.ok() ? VolumeOf(calls_, native.value) : native.error;
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "dqlib/platform/posix/mount_table.h"
 
 #include <algorithm>
-#include <fstream>
 #include <iterator>
 #include <vector>
 
@@ -100,9 +99,10 @@ std::optional<std::string> NetworkPath(const Mount& mount, std::string_view full
   return path;
 }
 
-std::string ReadMountTable() {
-  std::ifstream file("/proc/self/mountinfo", std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(file), {});
+Result<std::string> ReadMountTable(SystemCalls& calls) {
+  Result<std::string> table = ReadText(calls, "/proc/self/mountinfo");
+  if (table.error.kind == ErrorKind::kNotFound) return std::string();
+  return table;
 }
 
 }  // namespace dq::platform::posix

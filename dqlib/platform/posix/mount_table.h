@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "dqlib/platform/posix/system_calls.h"
+
 namespace dq::platform::posix {
 
 /// One mounted file system.
@@ -26,7 +28,7 @@ bool IsRemote(const Mount& mount);
 /// `\\server\share\...` for a path on that mount; no value if that isn't shared in such a form.
 std::optional<std::string> NetworkPath(const Mount& mount, std::string_view full_path);
 
-/// The system's own table.
-std::string ReadMountTable();
+/// The system's own table; "" where the system has none.
+Result<std::string> ReadMountTable(SystemCalls& calls);
 
 }  // namespace dq::platform::posix

@@ -23,6 +23,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "dqlib/platform/posix/system_calls.h"
 #include "dqlib/platform/posix/system_services.h"
 
 namespace dq::platform::posix {
@@ -141,7 +142,8 @@ void PipeEnd::InterruptRead() const {
 /// that also stands round ending it.
 class Child : public std::enable_shared_from_this<Child> {
  public:
-  explicit Child(pid_t number) : number_(number) {}
+  /// Before any other call, the number of the process.
+  void Begin(pid_t number) { number_ = number; }
 
   Result<int> Wait();
   Error Terminate();
@@ -152,7 +154,7 @@ class Child : public std::enable_shared_from_this<Child> {
   /// Takes the end from the system. No value if it hasn't come and `options` is WNOHANG.
   std::optional<Result<int>> Reap(int options) const;
 
-  const pid_t number_;
+  pid_t number_ = 0;
   std::mutex mutex_;
   std::condition_variable ended_;
   bool waited_for_ = false;
@@ -325,15 +327,23 @@ class PosixProcesses final : public Processes {
   std::vector<std::shared_ptr<Child>> unabandoned_;
 };
 
-Result<Pipe> PosixProcesses::CreatePipe() {
+Result<Pipe> PosixProcesses::CreatePipe() try {
   std::array<int, 2> numbers;
   if (pipe2(numbers.data(), O_CLOEXEC) != 0) return ErrorFromErrno(errno);
-  const auto write_end = std::make_shared<PipeEnd>(numbers[1], -1);
+  FileDescriptor reader(RealSystemCalls(), numbers[0]);
+  FileDescriptor writer(RealSystemCalls(), numbers[1]);
+  const auto write_end = std::make_shared<PipeEnd>(writer.get(), -1);
   const int error = errno;
-  const auto read_end = std::make_shared<PipeEnd>(numbers[0], eventfd(0, EFD_CLOEXEC));
+  static_cast<void>(writer.Release());
+  FileDescriptor wake(RealSystemCalls(), eventfd(0, EFD_CLOEXEC));
+  const auto read_end = std::make_shared<PipeEnd>(reader.get(), wake.get());
+  static_cast<void>(reader.Release());
+  static_cast<void>(wake.Release());
   if (!write_end->valid()) return ErrorFromErrno(error);
   if (!read_end->valid() || !read_end->can_read()) return ErrorFromErrno(errno);
   return Pipe{.read_end = ends_.Add(read_end), .write_end = ends_.Add(write_end)};
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
 int PosixProcesses::RedirectStandardHandles(const StartInfo& info, SpawnSettings& settings) {
@@ -349,7 +359,7 @@ int PosixProcesses::RedirectStandardHandles(const StartInfo& info, SpawnSettings
   return settings.CloseOthers();
 }
 
-Result<StartedProcess> PosixProcesses::Start(const StartInfo& info) {
+Result<StartedProcess> PosixProcesses::Start(const StartInfo& info) try {
   constexpr char kZero = '\0';
   if (info.command_line.find(kZero) != std::string::npos ||
       info.directory.find(kZero) != std::string::npos) {
@@ -370,10 +380,24 @@ Result<StartedProcess> PosixProcesses::Start(const StartInfo& info) {
       if (error) return ErrorFromErrno(error.value());
     }
   }
+  // Known before it runs, because there may be no memory for that afterwards.
+  const auto child = std::make_shared<Child>();
+  const HANDLE handle = children_.Add(child);
   pid_t number = 0;
-  if (const int error = settings.Spawn(program, arguments, number)) return ErrorFromErrno(error);
-  return StartedProcess{.process = children_.Add(std::make_shared<Child>(number)),
-                        .process_id = static_cast<DWORD>(number)};
+  int error = ENOMEM;
+  try {
+    error = settings.Spawn(program, arguments, number);
+  } catch (const std::bad_alloc&) {
+    // Only what comes before the process is made takes memory.
+  }
+  if (error != 0) {
+    children_.Remove(handle);
+    return ErrorFromErrno(error);
+  }
+  child->Begin(number);
+  return StartedProcess{.process = handle, .process_id = static_cast<DWORD>(number)};
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
 void PosixProcesses::Close(HANDLE handle) {

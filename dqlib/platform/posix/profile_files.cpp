@@ -3,8 +3,8 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
+#include <exception>
 #include <fcntl.h>
-#include <new>
 #include <sys/file.h>
 #include <sys/stat.h>
 
@@ -26,7 +26,7 @@ constexpr off_t kMaxProfile = off_t{256} << 20;
 Error LastError() { return ErrorFromErrno(errno); }
 
 /// The path as the system has it, links followed.
-Result<std::string> Locate(std::string_view path) {
+Result<std::string> Locate(SystemCalls& calls, std::string_view path) {
   Result<std::string> native = NativePath(path);
   if (!native.ok()) return native;
   if (FindSeparator(path) == std::string_view::npos) {
@@ -34,7 +34,7 @@ Result<std::string> Locate(std::string_view path) {
     if (!directory.ok()) return directory.error;
     native.value = directory.value + "/velmora/" + native.value;
   }
-  return FollowLinks(std::move(native.value));
+  return FollowLinks(std::move(native.value), calls);
 }
 
 /// The text of an open file, and what else is known of it.
@@ -42,11 +42,7 @@ Error ReadOpenFile(SystemCalls& calls, int fd, std::string& text, struct stat& s
   if (calls.StatusOf(fd, &status) != 0) return LastError();
   if (!S_ISREG(status.st_mode)) return ErrorFromErrno(EINVAL);
   if (status.st_size > kMaxProfile) return ErrorFromErrno(EFBIG);
-  try {
-    return ReadFullyAt(calls, fd, static_cast<std::size_t>(status.st_size), 0, text);
-  } catch (const std::bad_alloc&) {
-    return ErrorFromErrno(ENOMEM);
-  }
+  return ReadFullyAt(calls, fd, static_cast<std::size_t>(status.st_size), 0, text);
 }
 
 /// The name under which a file is written anew, always the same one, so that what a writer leaves
@@ -68,6 +64,14 @@ std::string TemporaryFor(const std::string& file) {
 class LockedProfile {
  public:
   LockedProfile(SystemCalls& calls, std::string path) : calls_(calls), path_(std::move(path)) {}
+  LockedProfile(const LockedProfile&) = delete;
+  LockedProfile& operator=(const LockedProfile&) = delete;
+
+  /// Removes a file that was made for a write that has failed since.
+  ~LockedProfile() {
+    // An empty file means the same as none, so that it may stay if it can't be removed.
+    if (made_ && locked_) static_cast<void>(calls_.Unlink(path_.c_str()));
+  }
 
   /// A file that doesn't exist is made, empty, if `create`; else `kNotFound`.
   Error Open(bool create) {
@@ -102,11 +106,8 @@ class LockedProfile {
     return ReplaceFile(calls_, replacement, [&](int fd) { return WriteFully(calls_, fd, text); });
   }
 
-  /// Removes a file that was made for a write that has failed since.
-  void Undo() {
-    // An empty file means the same as none, so that it may stay if it can't be removed.
-    if (made_ && locked_) static_cast<void>(calls_.Unlink(path_.c_str()));
-  }
+  /// What was written stays.
+  void Keep() { made_ = false; }
 
  private:
   Error OpenOnce(bool create) {
@@ -165,7 +166,7 @@ std::string_view PosixProfileFiles::Text(std::string_view path) {
   thread_local std::string text;
   constexpr std::size_t kMostKept = 1 << 20;
   if (text.capacity() > kMostKept) text = {};
-  const Result<std::string> located = Locate(path);
+  const Result<std::string> located = Locate(calls_, path);
   if (!located.ok()) return {};
   const Result<int> fd = OpenFile(calls_, located.value, O_RDONLY | O_NONBLOCK | O_NOCTTY);
   if (!fd.ok()) return {};
@@ -184,13 +185,13 @@ bool Change(std::string& text, std::string_view section, std::optional<std::stri
 
 Error PosixProfileFiles::Write(std::string_view path, std::string_view section,
                                std::optional<std::string_view> key,
-                               std::optional<std::string_view> value) {
+                               std::optional<std::string_view> value) try {
   const bool sets = key && value;
   if (!IsProfileSectionName(section) || (key && !IsProfileKeyName(*key)) ||
       (sets && !IsProfileValue(*value))) {
     return ErrorFromErrno(EINVAL);
   }
-  const Result<std::string> located = Locate(path);
+  const Result<std::string> located = Locate(calls_, path);
   if (!located.ok()) return located.error;
   LockedProfile profile(calls_, located.value);
   Error error = profile.Open(sets);
@@ -204,8 +205,10 @@ Error PosixProfileFiles::Write(std::string_view path, std::string_view section,
   if (error.ok()) error = profile.Read(text);
   if (error.ok() && IsWideProfile(text)) error = {ErrorKind::kUnsupported, EILSEQ};
   if (error.ok() && Change(text, section, key, value)) error = profile.Replace(text);
-  if (!error.ok()) profile.Undo();
+  if (error.ok()) profile.Keep();
   return error;
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
 }  // namespace

@@ -62,6 +62,9 @@ ssize_t SystemCalls::PositionedRead(int fd, void* data, std::size_t size, off_t 
 ssize_t SystemCalls::PositionedWrite(int fd, const void* data, std::size_t size, off_t offset) {
   return ::pwrite(fd, data, size, offset);
 }
+off_t SystemCalls::Seek(int fd, off_t offset, int whence) { return ::lseek(fd, offset, whence); }
+int SystemCalls::GetFlags(int fd) { return ::fcntl(fd, F_GETFL); }
+int SystemCalls::SetFlags(int fd, int flags) { return ::fcntl(fd, F_SETFL, flags); }
 int SystemCalls::Sync(int fd) { return ::fsync(fd); }
 int SystemCalls::Truncate(int fd, off_t size) { return ::ftruncate(fd, size); }
 int SystemCalls::ChangeMode(int fd, mode_t mode) { return ::fchmod(fd, mode); }
@@ -78,6 +81,19 @@ int SystemCalls::Lock(int fd, int operation) { return ::flock(fd, operation); }
 void SystemCalls::Pause(unsigned microseconds) { ::usleep(microseconds); }
 int SystemCalls::StatusOf(int fd, struct stat* status) { return ::fstat(fd, status); }
 int SystemCalls::Status(const char* path, struct stat* status) { return ::stat(path, status); }
+int SystemCalls::LinkStatus(const char* path, struct stat* status) { return ::lstat(path, status); }
+int SystemCalls::StatusAt(int directory, const char* name, struct stat* status, int flags) {
+  return ::fstatat(directory, name, status, flags);
+}
+int SystemCalls::VolumeStatus(const char* path, struct statvfs* status) {
+  return ::statvfs(path, status);
+}
+char* SystemCalls::RealPath(const char* path, char* real) { return ::realpath(path, real); }
+char* SystemCalls::CurrentDirectory(char* path, std::size_t size) { return ::getcwd(path, size); }
+int SystemCalls::ChangeDirectory(const char* path) { return ::chdir(path); }
+DIR* SystemCalls::OpenDirectory(const char* path) { return ::opendir(path); }
+const dirent* SystemCalls::ReadDirectory(DIR* directory) { return ::readdir(directory); }
+int SystemCalls::CloseDirectory(DIR* directory) { return ::closedir(directory); }
 int SystemCalls::Rename(const char* from, const char* to) { return ::rename(from, to); }
 int SystemCalls::RenameToNew(const char* from, const char* to) {
 #ifdef RENAME_NOREPLACE
@@ -119,6 +135,26 @@ FileDescriptor::~FileDescriptor() {
   if (fd_ >= 0) static_cast<void>(calls_->Close(fd_));
 }
 
+DirectoryReader::DirectoryReader(SystemCalls& calls, const std::string& path)
+    : calls_(calls), directory_(calls.OpenDirectory(path.c_str())) {
+  if (directory_ == nullptr) error_ = LastError();
+}
+
+DirectoryReader::~DirectoryReader() {
+  // Nothing was written.
+  if (directory_ != nullptr) static_cast<void>(calls_.CloseDirectory(directory_));
+}
+
+const char* DirectoryReader::Next() {
+  if (!error_.ok()) return nullptr;
+  errno = 0;
+  const dirent* const entry = calls_.ReadDirectory(directory_);
+  if (entry == nullptr && errno != 0) error_ = LastError();
+  return entry == nullptr ? nullptr : entry->d_name;
+}
+
+int DirectoryReader::fd() const { return ::dirfd(directory_); }
+
 Result<int> OpenFile(SystemCalls& calls, const std::string& path, int flags, mode_t mode) {
   const int fd = Uninterrupted([&] { return calls.Open(path.c_str(), flags, mode); });
   if (fd < 0) return LastError();
@@ -151,6 +187,22 @@ Error ReadFullyAt(SystemCalls& calls, int fd, std::size_t size, off_t offset, st
   }
   bytes.resize(done);
   return {};
+}
+
+Result<std::string> ReadText(SystemCalls& calls, const std::string& path) {
+  constexpr std::size_t kMost = std::size_t{16} << 20;
+  const Result<int> fd = OpenFile(calls, path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
+  if (!fd.ok()) return fd.error;
+  const FileDescriptor file(calls, fd.value);
+  std::string text;
+  char piece[4096];
+  for (;;) {
+    const ssize_t count = Uninterrupted([&] { return calls.Read(fd.value, piece, sizeof piece); });
+    if (count < 0) return LastError();
+    if (count == 0) return text;
+    text.append(piece, static_cast<std::size_t>(count));
+    if (text.size() > kMost) return ErrorFromErrno(EFBIG);
+  }
 }
 
 Error SyncFile(SystemCalls& calls, int fd) {

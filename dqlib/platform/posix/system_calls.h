@@ -5,11 +5,13 @@
 
 #include <cstddef>
 #include <ctime>
+#include <dirent.h>
 #include <fcntl.h>
 #include <span>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <sys/types.h>
 #include <utility>
 
@@ -33,6 +35,10 @@ class SystemCalls {
   virtual ssize_t Write(int fd, const void* data, std::size_t size);
   virtual ssize_t PositionedRead(int fd, void* data, std::size_t size, off_t offset);
   virtual ssize_t PositionedWrite(int fd, const void* data, std::size_t size, off_t offset);
+  virtual off_t Seek(int fd, off_t offset, int whence);
+  /// `F_GETFL` and `F_SETFL`.
+  virtual int GetFlags(int fd);
+  virtual int SetFlags(int fd, int flags);
   virtual int Sync(int fd);
   virtual int Truncate(int fd, off_t size);
   virtual int ChangeMode(int fd, mode_t mode);
@@ -48,6 +54,19 @@ class SystemCalls {
   virtual void Pause(unsigned microseconds);
   virtual int StatusOf(int fd, struct stat* status);
   virtual int Status(const char* path, struct stat* status);
+  /// That of a link itself.
+  virtual int LinkStatus(const char* path, struct stat* status);
+  /// `fstatat`.
+  virtual int StatusAt(int directory, const char* name, struct stat* status, int flags);
+  virtual int VolumeStatus(const char* path, struct statvfs* status);
+  /// `realpath` into a buffer of `PATH_MAX` bytes.
+  virtual char* RealPath(const char* path, char* real);
+  virtual char* CurrentDirectory(char* path, std::size_t size);
+  virtual int ChangeDirectory(const char* path);
+  virtual DIR* OpenDirectory(const char* path);
+  /// Null at the end, and with errno set if it fails.
+  virtual const dirent* ReadDirectory(DIR* directory);
+  virtual int CloseDirectory(DIR* directory);
   virtual int Rename(const char* from, const char* to);
   /// `EEXIST` if `to` is there, `ENOSYS` or `EINVAL` if that can't be done in one step.
   virtual int RenameToNew(const char* from, const char* to);
@@ -83,17 +102,41 @@ class FileDescriptor {
   int fd_ = -1;
 };
 
+/// The names of a directory's entries, one after the other.
+class DirectoryReader {
+ public:
+  /// `error()` tells whether it could be opened.
+  DirectoryReader(SystemCalls& calls, const std::string& path);
+  DirectoryReader(const DirectoryReader&) = delete;
+  DirectoryReader& operator=(const DirectoryReader&) = delete;
+  ~DirectoryReader();
+
+  /// The next name, which lasts until the next call; null at the end or if reading fails, which
+  /// `error()` tells apart.
+  const char* Next();
+  Error error() const { return error_; }
+  /// The open directory, for `StatusAt`.
+  int fd() const;
+
+ private:
+  SystemCalls& calls_;
+  DIR* directory_;
+  Error error_;
+};
+
 /// The calls again with interruptions and short counts seen to.
 ///
 /// `OpenFile` gives the descriptor or the error. `WriteFully` writes all bytes; if it fails, some
-/// of them may have been written. `ReadFully` reads up to the end of the file if that comes first,
-/// and replaces `bytes`. `LockFile` gets an advisory lock (`LOCK_EX` or `LOCK_SH`) or gives it
-/// back (`LOCK_UN`); it waits some 20 seconds for others, so that one that was stopped doesn't stop
-/// everyone for ever, and fails with `kBusy` then.
+/// of them may have been written. `ReadFullyAt` reads up to the end of the file if that comes
+/// first, and replaces `bytes`; `ReadText` reads a file to its end, also one that tells no size,
+/// and fails with `kNoSpace` for one of more than 16 MiB. `LockFile` gets an advisory lock
+/// (`LOCK_EX` or `LOCK_SH`) or gives it back (`LOCK_UN`); it waits some 20 seconds for others, so
+/// that one that was stopped doesn't stop everyone for ever, and fails with `kBusy` then.
 Result<int> OpenFile(SystemCalls& calls, const std::string& path, int flags, mode_t mode = 0);
 Error WriteFully(SystemCalls& calls, int fd, std::string_view bytes);
 Error WriteFullyAt(SystemCalls& calls, int fd, std::string_view bytes, off_t offset);
 Error ReadFullyAt(SystemCalls& calls, int fd, std::size_t size, off_t offset, std::string& bytes);
+Result<std::string> ReadText(SystemCalls& calls, const std::string& path);
 Error SyncFile(SystemCalls& calls, int fd);
 Error LockFile(SystemCalls& calls, int fd, int operation);
 

@@ -3,6 +3,10 @@
 #include <cerrno>
 #include <climits>
 #include <cstring>
+#include <exception>
+#include <new>
+#include <stdexcept>
+#include <system_error>
 
 #include "dqlib/platform/posix/system_services.h"
 
@@ -89,6 +93,20 @@ Error ErrorFromErrno(int number) {
     if (mapping.number == number) return {mapping.kind, code};
   }
   return {ErrorKind::kOther, code};
+}
+
+Error ErrorOfException() noexcept {
+  try {
+    throw;
+  } catch (const std::bad_alloc&) {
+    return ErrorFromErrno(ENOMEM);
+  } catch (const std::length_error&) {
+    return ErrorFromErrno(ENOMEM);
+  } catch (const std::system_error& error) {
+    return ErrorFromErrno(error.code().value());
+  } catch (const std::exception&) {
+    return ErrorFromErrno(EIO);
+  }
 }
 
 SystemErrors& SystemErrorTexts() {

@@ -2,7 +2,7 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <fstream>
+#include <exception>
 #include <pwd.h>
 #include <sstream>
 #include <string_view>
@@ -10,6 +10,7 @@
 #include <unistd.h>
 #include <vector>
 
+#include "dqlib/platform/posix/system_calls.h"
 #include "dqlib/platform/posix/system_services.h"
 
 namespace dq::platform::posix {
@@ -80,7 +81,8 @@ std::vector<std::string> DirectoryList(const char* variable, const char* fallbac
 
 /// The value of `key` in a file of lines `key=value`; with a section, only below its `[section]`.
 std::string ReadKey(const std::string& path, const std::string& section, const std::string& key) {
-  std::ifstream file(path);
+  // One that can't be read says as little as one that isn't there.
+  std::istringstream file(ReadText(RealSystemCalls(), path).value);
   bool inside = section.empty();
   for (std::string line; std::getline(file, line);) {
     if (line.starts_with('[')) inside = line == section;
@@ -131,7 +133,7 @@ class PosixFacts : public SystemFacts {
  public:
   int VerticalPixelsPerInch() override { return 96; }
 
-  Result<SystemVersion> Version() override {
+  Result<SystemVersion> Version() override try {
     utsname name{};
     if (uname(&name) != 0) return ErrorFromErrno(errno);
     SystemVersion version;
@@ -139,6 +141,8 @@ class PosixFacts : public SystemFacts {
     char dot = 0;
     release >> version.major >> dot >> version.minor >> dot >> version.build;
     return version;
+  } catch (const std::exception&) {
+    return ErrorOfException();
   }
 
   std::string UserName() override {

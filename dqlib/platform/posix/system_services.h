@@ -38,6 +38,12 @@ std::unique_ptr<ProfileFiles> MakeProfileFiles(SystemCalls& calls);
 /// The one mapping of errno to an error value; 0 is success.
 Error ErrorFromErrno(int number);
 
+/// The error for the exception that is being handled, which goes no further: want of memory is
+/// `ENOMEM`, what the standard library has from the system keeps its number. To be called in a
+/// handler only. Every operation of a service that returns an error ends in it; one that returns
+/// a plain value has no place for an error, and lets want of memory through as any value does.
+Error ErrorOfException() noexcept;
+
 /// Makes `error` the calling thread's last network error. For a host's code that talks to a network
 /// provider and was refused; the library itself talks to none.
 void RecordNetworkError(NetworkError error);
