@@ -38,14 +38,20 @@ struct Pipe {
   }
   void CloseReader() { Close(ends[0]); }
   void CloseWriter() { Close(ends[1]); }
-  void Send() const {
-    const Message message{};
+  void Send(std::string_view text = "") const {
+    Message message{};
+    text.copy(message.data(), message.size() - 1);
     if (::write(ends[1], message.data(), message.size()) != kMessageSize) ::_exit(3);
   }
   /// False at the end of the pipe.
   bool Receive() const {
     Message message;
     return ::read(ends[0], message.data(), message.size()) == kMessageSize;
+  }
+  std::string ReceiveText() const {
+    Message message{};
+    if (::read(ends[0], message.data(), message.size()) != kMessageSize) return "";
+    return message.data();
   }
   /// Lets the sender be only a few messages ahead.
   void KeepShort() const { EXPECT_GE(::fcntl(ends[1], F_SETPIPE_SZ, 4'096), 0); }
@@ -240,6 +246,117 @@ TEST(RegistryProcess, NothingIsLostAmongEightWriters) {
   for (const pid_t writer : writers) EXPECT_EQ(Wait(writer), 0);
   FileRegistry registry(directory.path());
   EXPECT_EQ(Dump(registry)["Shared\\Key"].size(), std::size_t{kWriters * kValues});
+}
+
+/// A process with a registry of its own that does what it is told.
+class Worker {
+ public:
+  explicit Worker(const std::string& directory) {
+    id_ = Fork([&] {
+      FileRegistry registry(directory);
+      std::string command;
+      while (!(command = orders_.ReceiveText()).empty()) {
+        const HKEY key = registry.CreateKey(kCurrentUser, "k").value;
+        const bool deletes = command[0] == '-';
+        const Error error = deletes ? registry.DeleteValue(key, command.substr(1))
+                                    : registry.SetValue(key, command, 1, command);
+        registry.CloseKey(key);
+        reports_.Send(error.ok() ? "done" : "failed");
+      }
+      return 0;
+    });
+  }
+  Worker(const Worker&) = delete;
+  Worker& operator=(const Worker&) = delete;
+  ~Worker() {
+    orders_.Send("");
+    EXPECT_EQ(Wait(id_), 0);
+  }
+  /// Sets a value of this name, or deletes it behind a `-`.
+  void Do(const std::string& command) {
+    orders_.Send(command);
+    EXPECT_EQ(reports_.ReceiveText(), "done") << command;
+  }
+
+ private:
+  Pipe orders_;
+  Pipe reports_;
+  pid_t id_;
+};
+
+TEST(RegistryProcess, AJournalRemovedUnderSeveralProgramsLosesNothingOfAny) {
+  dq::testing::ScriptedPrompts prompts;
+  const char* const removals[] = {"hkcu.journal", "hkcu.reg", "moved"};
+  const int orders[][3] = {{0, 1, 2}, {2, 1, 0}, {1, 0, 2}, {1, 2, 0}};
+  for (const char* removal : removals) {
+    for (const auto& order : orders) {
+      for (const bool folded : {false, true}) {
+        SCOPED_TRACE(::testing::Message() << removal << order[0] << order[1] << folded);
+        const TempDirectory directory;
+        {
+          std::vector<std::unique_ptr<Worker>> workers;
+          for (int i = 0; i < 3; ++i) workers.push_back(std::make_unique<Worker>(directory.path()));
+          // The first one is behind, and the last one ahead of all.
+          workers[0]->Do("a");
+          workers[1]->Do("b");
+          workers[2]->Do("c");
+          workers[2]->Do("gone");
+          workers[2]->Do("-gone");
+          std::filesystem::rename(directory / "hkcu.journal", directory / "moved");
+          if (removal != removals[2]) std::filesystem::remove(directory / "moved");
+          if (removal == removals[1]) std::filesystem::remove(directory / "hkcu.reg");
+          {
+            Worker stranger(directory.path());
+            stranger.Do("new");
+            if (folded) stranger.Do("x" + std::string(200, 'x'));
+            stranger.Do("-new");
+            for (const int each : order) {
+              workers[static_cast<std::size_t>(each)]->Do("then" + std::to_string(each));
+            }
+            stranger.Do("last");
+          }
+        }
+        FileRegistry registry(directory.path());
+        std::string names;
+        const RegistryDump dump = Dump(registry);
+        for (const auto& [name, value] : dump.at("k")) names += name.substr(0, 5) + " ";
+        EXPECT_EQ(names,
+                  folded ? "a b c last then0 then1 then2 xxxxx " : "a b c last then0 then1 then2 ");
+      }
+    }
+  }
+}
+
+TEST(RegistryProcess, AJournalRemovedAgainAndAgainUnderWritersLosesNothing) {
+  constexpr int kWriters = 4;
+  constexpr int kValues = 400;
+  const TempDirectory directory;
+  Pipe ready;
+  Pipe go;
+  std::vector<pid_t> writers;
+  for (int writer = 0; writer < kWriters; ++writer) {
+    writers.push_back(Fork([&] {
+      dq::testing::ScriptedPrompts prompts;
+      FileRegistry registry(directory.path());
+      const HKEY key = registry.CreateKey(kCurrentUser, "k").value;
+      for (int i = 0; i < kValues; ++i) {
+        const std::string name = std::to_string(writer) + "_" + std::to_string(i);
+        if (!registry.SetValue(key, name, REGISTRY_STRING, name).ok()) return 1;
+        if (writer == 0 && i % 40 == 20) {
+          std::filesystem::remove(directory / "hkcu.journal");
+        }
+      }
+      ready.Send();
+      if (!go.Receive()) return 2;
+      return registry.Leave().ok() ? 0 : 3;
+    }));
+  }
+  for (int writer = 0; writer < kWriters; ++writer) EXPECT_TRUE(ready.Receive());
+  for (int writer = 0; writer < kWriters; ++writer) go.Send();
+  for (const pid_t writer : writers) EXPECT_EQ(Wait(writer), 0);
+  dq::testing::ScriptedPrompts prompts;
+  FileRegistry registry(directory.path());
+  EXPECT_EQ(Dump(registry)["k"].size(), std::size_t{kWriters * kValues});
 }
 
 TEST(RegistryProcess, AChangeThatIsReportedIsSeenByOthersAtOnce) {

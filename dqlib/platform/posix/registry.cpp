@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <utility>
@@ -118,12 +119,19 @@ void FileRegistry::JoinUsers() {
 }
 
 void FileRegistry::ShowNotices(RegistryStore& store) {
-  for (const std::string& notice : store.TakeNotices()) {
-    Current().prompts->Show("", notice, BOX_OK | BOX_EXCLAMATION, 0);
+  std::vector<std::string> notices = store.TakeNotices();
+  try {
+    while (!notices.empty()) {
+      Current().prompts->Show("", notices.front(), BOX_OK | BOX_EXCLAMATION, 0);
+      notices.erase(notices.begin());
+    }
+  } catch (const std::exception&) {
+    // What the call has done is done; the next one tells it.
+    store.ReturnNotices(std::move(notices));
   }
 }
 
-Result<HKEY> FileRegistry::OpenKey(HKEY key, std::string_view path) {
+Result<HKEY> FileRegistry::OpenKey(HKEY key, std::string_view path) try {
   if (!IsKeyPath(path)) return Invalid();
   return WithKey(key, [&](TreeKey& from, int root) -> Result<HKEY> {
     TreeKey* const found = stores_[static_cast<std::size_t>(root)]->tree().FindKey(from, path);
@@ -132,9 +140,11 @@ Result<HKEY> FileRegistry::OpenKey(HKEY key, std::string_view path) {
     if (number == kNoKey) return ErrorFromErrno(EMFILE);
     return number;
   });
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Result<HKEY> FileRegistry::CreateKey(HKEY key, std::string_view path) {
+Result<HKEY> FileRegistry::CreateKey(HKEY key, std::string_view path) try {
   Result<HKEY> opened = OpenKey(key, path);
   if (opened.error.kind != ErrorKind::kNotFound) return opened;
   std::string whole;
@@ -145,6 +155,8 @@ Result<HKEY> FileRegistry::CreateKey(HKEY key, std::string_view path) {
         root = handles_.RootOf(key);
         whole = Below(from, path);
         if (whole.size() > kMaxKeyPath) return Invalid();
+        // A key that is made must be had too.
+        if (!handles_.Reserve()) return ErrorFromErrno(EMFILE);
         change = {.operation = JournalOperation::kCreateKey, .path = whole};
         return tree.FindKey(from, path) == nullptr;
       },
@@ -154,6 +166,8 @@ Result<HKEY> FileRegistry::CreateKey(HKEY key, std::string_view path) {
   if (!error.ok()) return error;
   if (opened.value == kNoKey) return ErrorFromErrno(EMFILE);
   return opened.value;
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
 void FileRegistry::CloseKey(HKEY key) {
@@ -162,7 +176,7 @@ void FileRegistry::CloseKey(HKEY key) {
 }
 
 Result<RegistryValueInfo> FileRegistry::ReadValue(HKEY key, std::string_view name,
-                                                  std::span<char> data) {
+                                                  std::span<char> data) try {
   if (!IsValueName(name)) return Invalid();
   return WithKey(key, [&](TreeKey& from, int) -> Result<RegistryValueInfo> {
     const TreeValue* const value = RegistryTree::FindValue(from, name);
@@ -175,9 +189,12 @@ Result<RegistryValueInfo> FileRegistry::ReadValue(HKEY key, std::string_view nam
     }
     return info;
   });
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Error FileRegistry::SetValue(HKEY key, std::string_view name, DWORD type, std::string_view data) {
+Error FileRegistry::SetValue(HKEY key, std::string_view name, DWORD type,
+                             std::string_view data) try {
   if (!IsValueName(name) || data.size() > kMaxValueData) return Invalid();
   std::string path;
   return Change(key, [&](RegistryTree&, TreeKey& from, JournalChange& change) -> Result<bool> {
@@ -185,9 +202,11 @@ Error FileRegistry::SetValue(HKEY key, std::string_view name, DWORD type, std::s
     change = {JournalOperation::kSetValue, path, name, type, data};
     return true;
   });
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Error FileRegistry::DeleteValue(HKEY key, std::string_view name) {
+Error FileRegistry::DeleteValue(HKEY key, std::string_view name) try {
   if (!IsValueName(name)) return Invalid();
   std::string path;
   return Change(key, [&](RegistryTree&, TreeKey& from, JournalChange& change) -> Result<bool> {
@@ -196,9 +215,11 @@ Error FileRegistry::DeleteValue(HKEY key, std::string_view name) {
     change = {.operation = JournalOperation::kDeleteValue, .path = path, .name = name};
     return true;
   });
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Error FileRegistry::DeleteKey(HKEY key, std::string_view path) {
+Error FileRegistry::DeleteKey(HKEY key, std::string_view path) try {
   std::string_view rest = path;
   if (!IsKeyPath(path) || TakeKeyName(rest).empty()) return Invalid();
   std::string whole;
@@ -210,21 +231,27 @@ Error FileRegistry::DeleteKey(HKEY key, std::string_view path) {
     change = {.operation = JournalOperation::kDeleteKey, .path = whole};
     return true;
   });
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Result<RegistryValue> FileRegistry::EnumValue(HKEY key, std::size_t index) {
+Result<RegistryValue> FileRegistry::EnumValue(HKEY key, std::size_t index) try {
   return WithKey(key, [&](TreeKey& from, int) -> Result<RegistryValue> {
     if (index >= from.values.size()) return NotFound();
     const TreeValue& value = from.values[index];
     return RegistryValue{value.name, value.type, value.data};
   });
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
-Result<std::string> FileRegistry::EnumKey(HKEY key, std::size_t index) {
+Result<std::string> FileRegistry::EnumKey(HKEY key, std::size_t index) try {
   return WithKey(key, [&](TreeKey& from, int) -> Result<std::string> {
     if (index >= from.children.size()) return NotFound();
     return std::string(from.children[index].name);
   });
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
 Error FileRegistry::Flush() {

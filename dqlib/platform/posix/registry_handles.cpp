@@ -34,15 +34,23 @@ TreeKey* RegistryHandles::Find(HKEY number, RegistryTree& tree) const {
   return slot->key;
 }
 
+bool RegistryHandles::Reserve() {
+  if (!unused_.empty()) return true;
+  if (slots_.size() >= kMaxSlots) return false;
+  if (slots_.size() == slots_.capacity()) slots_.reserve(2 * slots_.size() + 8);
+  // Closing takes no memory then.
+  unused_.reserve(slots_.capacity());
+  return true;
+}
+
 HKEY RegistryHandles::Open(int root, TreeKey& key) {
+  if (!Reserve()) return kNoKey;
   std::size_t index = slots_.size();
   if (!unused_.empty()) {
     index = unused_.back();
     unused_.pop_back();
-  } else if (index < kMaxSlots) {
-    slots_.emplace_back();
   } else {
-    return kNoKey;
+    slots_.emplace_back();
   }
   slots_[index] = {((kFirstOpening + last_opening_++) << kSlotBits) | index, root, &key, key.id};
   return slots_[index].number;
@@ -56,11 +64,19 @@ void RegistryHandles::Close(HKEY number) {
 }
 
 void RegistryHandles::Move(int root, RegistryTree& to) {
-  for (Slot& slot : slots_) {
-    if (slot.number == kNoKey || slot.root != root || slot.key == nullptr) continue;
-    const bool is_alive = slot.key->id == slot.id;
-    slot.key = is_alive ? to.FindKey(to.root(), RegistryTree::PathOf(*slot.key)) : nullptr;
-    if (slot.key != nullptr) slot.id = slot.key->id;
+  std::vector<TreeKey*> found(slots_.size());
+  const auto moves = [&](const Slot& slot) {
+    return slot.number != kNoKey && slot.root == root && slot.key != nullptr;
+  };
+  for (std::size_t i = 0; i < slots_.size(); ++i) {
+    const Slot& slot = slots_[i];
+    if (!moves(slot) || slot.key->id != slot.id) continue;
+    found[i] = to.FindKey(to.root(), RegistryTree::PathOf(*slot.key));
+  }
+  for (std::size_t i = 0; i < slots_.size(); ++i) {
+    if (!moves(slots_[i])) continue;
+    slots_[i].key = found[i];
+    if (found[i] != nullptr) slots_[i].id = found[i]->id;
   }
 }
 

@@ -21,11 +21,15 @@ class RegistryHandles {
   /// The key of a number in the tree of its root, or null if it isn't open or the key was deleted.
   TreeKey* Find(HKEY number, RegistryTree& tree) const;
 
+  /// Makes room for one more, so that opening the next one takes no memory. False if too many are
+  /// open.
+  bool Reserve();
   /// `kNoKey` if too many are open.
   HKEY Open(int root, TreeKey& key);
   void Close(HKEY number);
 
-  /// Moves the numbers of a root to the keys at the same paths of another tree.
+  /// Moves the numbers of a root to the keys at the same paths of another tree. Without memory none
+  /// has moved.
   void Move(int root, RegistryTree& to);
 
  private:

@@ -135,6 +135,10 @@ std::uint64_t DecodeGeneration(std::string_view header) {
   return NumberAt<std::uint64_t>(header, kJournalGenerationOffset);
 }
 
+bool IsTakenOver(std::string_view header, std::uint64_t size) {
+  return NumberAt<std::uint64_t>(header, kJournalTakenOverOffset) == size;
+}
+
 void EncodeJournalRecord(const JournalChange& change, std::uint64_t epoch, std::uint64_t place,
                          std::string& bytes) {
   bytes.assign(kRecordHeadSize, '\0');

@@ -8,6 +8,8 @@
 //   24  u64 how many bytes that one had, header and all
 //   32  u32 checksum of bytes 0 to 31
 //   40  u64 generation: changes before every change of the file
+//   48  u64 how many bytes the file had when all of it was taken over into another journal, because
+//       this one was no longer at its path
 //
 // A record:
 //
@@ -42,6 +44,7 @@ inline constexpr std::size_t kJournalHeaderSize = 64;
 /// The part of the header that is written at once and has the checksum.
 inline constexpr std::size_t kJournalHeadSize = 36;
 inline constexpr std::size_t kJournalGenerationOffset = 40;
+inline constexpr std::size_t kJournalTakenOverOffset = 48;
 
 struct JournalHeader {
   std::uint64_t epoch = 0;
@@ -57,6 +60,8 @@ std::optional<JournalHeader> DecodeJournalHead(std::string_view bytes);
 std::string EncodeGeneration(std::uint64_t generation);
 /// The generation in a header, which must be whole.
 std::uint64_t DecodeGeneration(std::string_view header);
+/// Whether a header, which must be whole, says that this many bytes were taken over.
+bool IsTakenOver(std::string_view header, std::uint64_t size);
 
 enum class JournalOperation : std::uint8_t {
   kCreateKey = 1,

@@ -46,8 +46,17 @@ Error JournalFile::Open(const std::string& path, bool writable) {
   const Result<struct stat> opened =
       OpenStoreFile(calls_, path, writable ? O_RDWR | O_CREAT : O_RDONLY, file_);
   if (!opened.ok()) return opened.error;
+  path_ = path;
   writable_ = writable;
   return {};
+}
+
+void JournalFile::MoveTo(JournalFile& other) {
+  other.Close();
+  UnmapGeneration();
+  std::swap(other.file_, file_);
+  std::swap(other.path_, path_);
+  std::swap(other.writable_, writable_);
 }
 
 void JournalFile::Close() {
@@ -62,8 +71,28 @@ Error JournalFile::Unlock() { return LockFile(calls_, file_.get(), LOCK_UN); }
 
 Result<JournalFile::Status> JournalFile::GetStatus() const {
   struct stat status;
+  struct stat there;
   if (calls_.StatusOf(file_.get(), &status) != 0) return ErrorFromErrno(errno);
-  return Status{static_cast<std::uint64_t>(status.st_size), status.st_nlink == 0};
+  bool displaced = status.st_nlink == 0;
+  if (!displaced) {
+    const bool found = calls_.Status(path_.c_str(), &there) == 0;
+    if (!found && errno != ENOENT) return ErrorFromErrno(errno);
+    displaced = !found || there.st_dev != status.st_dev || there.st_ino != status.st_ino;
+  }
+  return Status{static_cast<std::uint64_t>(status.st_size), displaced};
+}
+
+Error JournalFile::SetTakenOver(std::uint64_t size) {
+  const std::uint64_t generation = Generation();
+  const Error error = Write(kJournalTakenOverOffset, EncodeGeneration(size));
+  // Those who only read look at nothing else.
+  return error.ok() ? SetGeneration(generation + 1) : error;
+}
+
+Result<bool> JournalFile::IsTakenOver(std::uint64_t size) const {
+  std::string header;
+  if (const Error error = Read(0, kJournalHeaderSize, header); !error.ok()) return error;
+  return header.size() == kJournalHeaderSize && posix::IsTakenOver(header, size);
 }
 
 void JournalFile::MapGeneration() {

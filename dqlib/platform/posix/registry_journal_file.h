@@ -22,7 +22,8 @@ Result<struct stat> OpenStoreFile(SystemCalls& calls, const std::string& path, i
                                   FileDescriptor& file);
 
 /// One opening of a journal. The file stays the same as long as the store lives: it is emptied and
-/// never replaced, so that its lock and its mapped generation mean the same to everyone.
+/// never replaced, so that its lock and its mapped generation mean the same to everyone. If someone
+/// else removes it, those who have it open still share it.
 ///
 /// One thread at a time, except `Generation`, which any thread may call while no other opens or
 /// closes the file.
@@ -37,6 +38,8 @@ class JournalFile {
   Error Open(const std::string& path, bool writable);
   /// Closes it, which gives back its lock too.
   void Close();
+  /// Gives up the file with its lock to `other`, which is closed first.
+  void MoveTo(JournalFile& other);
   bool is_open() const { return file_.is_open(); }
   bool is_writable() const { return writable_; }
 
@@ -47,10 +50,16 @@ class JournalFile {
 
   struct Status {
     std::uint64_t size = 0;
-    /// Someone deleted the file: what is written to it is seen by no one.
-    bool deleted = false;
+    /// Someone deleted or moved the file, or put another in its place: what is written to it is
+    /// seen only by those who have it open.
+    bool displaced = false;
   };
   Result<Status> GetStatus() const;
+
+  /// Tells all who have a displaced file open, whose lock is held, that another journal has all of
+  /// it now; or asks whether that is so.
+  Error SetTakenOver(std::uint64_t size);
+  Result<bool> IsTakenOver(std::uint64_t size) const;
 
   /// Makes the generation readable without a system call, where the system can. The file must have
   /// its header. Should someone cut the file short later, the generation reads as 0.
@@ -72,6 +81,7 @@ class JournalFile {
 
   SystemCalls& calls_;
   FileDescriptor file_;
+  std::string path_;
   bool writable_ = false;
   /// The first page of the file, or null.
   void* page_ = nullptr;

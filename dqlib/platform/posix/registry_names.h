@@ -46,21 +46,46 @@ inline std::uint64_t LoadUpTo8(const char* bytes, std::size_t size) {
 
 }  // namespace detail
 
-/// A hash that is equal for names that are the same. It sets the bit that tells the cases of a
-/// letter apart in every byte, eight at a time; that some other bytes then hash alike does no harm.
+/// Numbers of this process that nobody else knows.
+struct HashSecret {
+  std::uint64_t first;
+  std::uint64_t second;
+};
+HashSecret MakeHashSecret();
+inline const HashSecret& Secret() {
+  static const HashSecret secret = MakeHashSecret();
+  return secret;
+}
+
+/// Both halves of a product in one number.
+inline std::uint64_t MixProduct(std::uint64_t a, std::uint64_t b) {
+  __extension__ using Product = unsigned __int128;
+  const Product product = Product{a} * b;
+  return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
+}
+
+/// The letters A to Z among eight bytes made small, and nothing else.
+inline std::uint64_t LowerWord(std::uint64_t word) {
+  constexpr std::uint64_t kOnes = 0x0101010101010101;
+  const std::uint64_t low = word & (kOnes * 0x7F);
+  const std::uint64_t from_a = low + kOnes * (0x80 - 'A');
+  const std::uint64_t behind_z = low + kOnes * (0x7F - 'Z');
+  const std::uint64_t letters = (from_a ^ behind_z) & ~word & (kOnes * 0x80);
+  return word | letters >> 2;
+}
+
+/// A hash that is equal for names that are the same. It differs from process to process, so that
+/// nobody can make up a file of names whose hashes are all equal, which would take time in the
+/// square of their number.
 inline std::uint32_t HashName(std::string_view name) {
-  constexpr std::uint64_t kCaseBits = 0x2020202020202020;
-  constexpr std::uint64_t kMixer = 0x9E3779B97F4A7C15;
-  const auto mix = [](std::uint64_t hash, std::uint64_t word) {
-    hash = (hash ^ (word | kCaseBits)) * kMixer;
-    return hash ^ hash >> 32;
-  };
   const char* bytes = name.data();
   std::size_t left = name.size();
-  std::uint64_t hash = left * kMixer;
-  for (; left > 8; left -= 8, bytes += 8) hash = mix(hash, detail::LoadUpTo8(bytes, 8));
-  // Names often differ in their last bytes, which a product carries to its highest bits only.
-  hash = mix(hash, detail::LoadUpTo8(bytes, left)) * kMixer;
+  const HashSecret& secret = Secret();
+  std::uint64_t hash = secret.first ^ left;
+  for (; left > 8; left -= 8, bytes += 8) {
+    hash = MixProduct(hash ^ LowerWord(detail::LoadUpTo8(bytes, 8)), secret.second);
+  }
+  hash = MixProduct(hash ^ LowerWord(detail::LoadUpTo8(bytes, left)), secret.second);
   return static_cast<std::uint32_t>(hash >> 32);
 }
 
@@ -93,13 +118,21 @@ class NameTable {
     return kNone;
   }
 
-  /// Adds an item whose name isn't there yet.
+  /// Adds an item whose name isn't there yet. Without memory nothing has changed.
   Item& Add(Item item) {
+    const std::size_t size = items_.size() + 1;
+    std::vector<std::uint32_t> slots;
+    if (slots_.empty() ? size > kFewItems : size * 2 > slots_.size()) {
+      std::size_t count = 4 * kFewItems;
+      while (count < size * 4) count *= 2;
+      slots.assign(count, kFree);
+    }
     items_.push_back(std::move(item));
-    if (slots_.empty() ? items_.size() > kFewItems : items_.size() * 2 > slots_.size()) {
-      Rehash();
+    if (!slots.empty()) {
+      slots_.swap(slots);
+      for (std::size_t i = 0; i < size; ++i) Insert(i);
     } else if (!slots_.empty()) {
-      Insert(items_.size() - 1);
+      Insert(size - 1);
     }
     return items_.back();
   }
@@ -130,13 +163,6 @@ class NameTable {
     std::size_t slot = Home(items_[index].hash);
     while (slots_[slot] != kFree) slot = Next(slot);
     slots_[slot] = static_cast<std::uint32_t>(index);
-  }
-
-  void Rehash() {
-    std::size_t size = 4 * kFewItems;
-    while (size < items_.size() * 4) size *= 2;
-    slots_.assign(size, kFree);
-    for (std::size_t i = 0; i < items_.size(); ++i) Insert(i);
   }
 
   std::size_t SlotOf(std::size_t index) const {

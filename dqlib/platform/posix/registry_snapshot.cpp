@@ -116,6 +116,9 @@ Error WriteSnapshot(const RegistryTree& tree, std::string_view root_name,
     return error;
   };
   for (Walk walk(tree.root()); walk.key() != nullptr; walk.Next()) {
+    // The line of a key makes those above it. One line for each key of a long path would be as many
+    // bytes as the square of that path.
+    if (walk.key()->values.size() == 0 && walk.key()->children.size() > 0) continue;
     piece += kRegistryTextLineEnd;
     path.assign(root_name);
     path += walk.path();

@@ -1,6 +1,7 @@
 // The snapshot of a registry root: the whole tree as a text that the registry editor can read.
 //
-// It is the text export format, one key line for every key, and ends in a comment line that tells
+// It is the text export format, with a key line for every key that has values or nothing below it,
+// which makes those above it, and ends in a comment line that tells
 // how many values it has and the checksum of all before that line, so that missing and changed
 // bytes are found:
 //

@@ -3,9 +3,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <exception>
 #include <fcntl.h>
-#include <new>
-#include <stdexcept>
 #include <utility>
 
 #include "dqlib/platform/posix/file_replacement.h"
@@ -91,13 +90,13 @@ Error RegistryStore::Run(Work work) {
   const std::lock_guard files(file_mutex_);
   try {
     return work();
-  } catch (const std::bad_alloc&) {
-  } catch (const std::length_error&) {
+  } catch (const std::exception&) {
+    // The tree may have half of what was read. The journal stays open: it may be all that there is
+    // of the changes.
+    is_loaded_ = is_loaded_ && must_fold_;
+    seen_generation_ = 0;
+    return ErrorOfException();
   }
-  // A change may be in the journal and not in the tree.
-  is_loaded_ = is_loaded_ && must_fold_;
-  CloseJournal();
-  return ErrorFromErrno(ENOMEM);
 }
 
 Error RegistryStore::Refresh() {
@@ -134,10 +133,8 @@ Error RegistryStore::Change(const Planner& plan, const Finisher& finish) {
 
 Error RegistryStore::Flush() {
   return Run([&]() -> Error {
-    if (!needs_sync_ && !directory_needs_sync_ && !must_fold_) {
-      // Others' changes, which this process has seen and may have reported.
-      return journal_.is_open() && journal_.is_writable() ? journal_.Sync() : Error{};
-    }
+    // Others' changes too, which this process has seen and may have reported.
+    if (!journal_.is_open() && !needs_sync_ && !directory_needs_sync_ && !must_fold_) return {};
     if (const Error error = Begin(false); !error.ok()) return error;
     const Hold hold(*this);
     return SyncAll();
@@ -176,6 +173,11 @@ std::vector<std::string> RegistryStore::TakeNotices() {
   return std::exchange(notices_, {});
 }
 
+void RegistryStore::ReturnNotices(std::vector<std::string> notices) {
+  const std::lock_guard files(file_mutex_);
+  notices_.swap(notices);
+}
+
 std::string RegistryStore::FilePath(std::string_view extension) const {
   std::string path = names_.directory;
   path += '/';
@@ -199,8 +201,8 @@ Error RegistryStore::Begin(bool writing) {
     Hold hold(*this);
     const Result<JournalFile::Status> status = journal_.GetStatus();
     if (!status.ok()) return status.error;
-    if (status.value.deleted) {
-      CloseJournal();
+    if (status.value.displaced) {
+      if (const Error error = TakeOver(status.value.size); !error.ok()) return error;
       continue;
     }
     const Error error = Synchronise(status.value.size);
@@ -208,6 +210,44 @@ Error RegistryStore::Begin(bool writing) {
     return error;
   }
   return ErrorFromErrno(EBUSY);
+}
+
+Error RegistryStore::TakeOver(std::uint64_t size) {
+  if (!journal_.is_writable() || (!is_loaded_ && size < kJournalHeaderSize)) {
+    // Who only reads has changed nothing, and those who write see to what is in this journal.
+    CloseJournal();
+    return {};
+  }
+  const Result<bool> is_taken_over = journal_.IsTakenOver(size);
+  if (!is_taken_over.ok()) return is_taken_over.error;
+  if (is_taken_over.value && !must_fold_) {
+    is_loaded_ = false;
+    CloseJournal();
+    return {};
+  }
+  if (size >= kJournalHeaderSize && !is_taken_over.value) {
+    if (const Error error = TakeInJournal(size); !error.ok()) return error;
+  }
+  // What was in a snapshot that is gone too, another one may still know.
+  const bool is_complete = !damage_.snapshot.is_gone;
+  if (!is_complete) epoch_ = FreshNumber();
+  JournalFile displaced(calls_);
+  {
+    const std::lock_guard tree(tree_mutex_);
+    journal_.MoveTo(displaced);
+    seen_generation_ = 0;
+  }
+  // Its lock is held on, so that no two go over at once.
+  must_fold_ = true;
+  if (const Error error = OpenJournalFile(true); !error.ok()) return error;
+  if (const Error error = journal_.Lock(); !error.ok()) return error;
+  const Hold hold(*this);
+  const Result<JournalFile::Status> status = journal_.GetStatus();
+  if (!status.ok()) return status.error;
+  if (status.value.displaced) return {};  // once more, from there
+  if (const Error error = Synchronise(status.value.size); !error.ok()) return error;
+  // As long as that isn't written, the tree has it, and so has everyone else's.
+  return must_fold_ || !is_complete ? Error{} : displaced.SetTakenOver(size);
 }
 
 Error RegistryStore::OpenJournal(bool writing) {
@@ -282,9 +322,9 @@ Error RegistryStore::Synchronise(std::uint64_t size) {
 
 Error RegistryStore::TakeInJournal(std::uint64_t size) {
   if (!is_loaded_) return Load(size);
-  const Result<bool> is_followed = FollowHeader(size);
-  if (!is_followed.ok()) return is_followed.error;
-  if (!is_followed.value) return Load(size);
+  const Result<Sequel> sequel = FollowHeader(size);
+  if (!sequel.ok()) return sequel.error;
+  if (sequel.value != Sequel::kGoesOn) return Load(size, sequel.value == Sequel::kIsForeign);
   if (size < end_) {
     damage_.journal.Set(true, false);
     must_fold_ = true;
@@ -299,37 +339,49 @@ Error RegistryStore::TakeInJournal(std::uint64_t size) {
   return {};
 }
 
-Result<bool> RegistryStore::FollowHeader(std::uint64_t& size) {
+Result<RegistryStore::Sequel> RegistryStore::FollowHeader(std::uint64_t& size) {
   std::string bytes;
   if (const Error error = journal_.Read(0, kJournalHeaderSize, bytes); !error.ok()) return error;
   const std::optional<JournalHeader> header = DecodeJournalHead(bytes);
-  if (!header) {
-    if (const Error error = journal_.Read(0, size, bytes); !error.ok()) return error;
-    const auto records = std::string_view(bytes).substr(std::min(bytes.size(), kJournalHeaderSize));
-    const std::optional<std::uint64_t> epoch = FindJournalEpoch(records, kJournalHeaderSize);
-    if (epoch && *epoch != epoch_) return false;
-    if (!epoch) size = 0;
-    damage_.journal.Set(true, false);
-    must_fold_ = true;
-    return true;
-  }
-  if (header->epoch == epoch_) return true;
-  const bool is_next = header->former_epoch == epoch_;
-  const bool is_later = header->epoch > epoch_ && header->epoch - epoch_ < kManyEpochs;
-  // Only what was begun without knowledge lacks what is here; a merge by another has it, or more.
-  const bool is_anew = header->former_epoch == 0 || header->former_size == kJournalHeaderSize;
-  if (is_next ? end_ < header->former_size : is_later || !is_anew || !HasState()) return false;
-  if (!is_next || end_ > header->former_size) {
+  if (header) return Compare(*header);
+  if (const Error error = journal_.Read(0, size, bytes); !error.ok()) return error;
+  const auto records = std::string_view(bytes).substr(std::min(bytes.size(), kJournalHeaderSize));
+  const std::optional<std::uint64_t> epoch = FindJournalEpoch(records, kJournalHeaderSize);
+  if (epoch && *epoch != epoch_) return Sequel::kIsForeign;
+  if (!epoch) size = 0;
+  damage_.journal.Set(true, false);
+  must_fold_ = true;
+  return Sequel::kGoesOn;
+}
+
+RegistryStore::Sequel RegistryStore::Compare(const JournalHeader& header) {
+  if (header.epoch == epoch_) return Sequel::kGoesOn;
+  const bool is_next = header.former_epoch == epoch_;
+  // A merge leaves one epoch out, because nobody else has its tree.
+  const bool is_same_tree = is_next && header.epoch == epoch_ + 1;
+  const bool is_later = header.epoch > epoch_ && header.epoch - epoch_ < kManyEpochs;
+  if (is_next ? end_ < header.former_size : is_later || !HasState()) return Sequel::kIsLater;
+  if (is_next && end_ == header.former_size && !is_same_tree) return Sequel::kIsLater;
+  // What was begun without knowledge and not folded since has all its changes.
+  const bool is_anew = header.former_epoch == 0 || header.former_size == kJournalHeaderSize;
+  if (!is_same_tree && !is_anew) return Sequel::kIsForeign;
+  if (!is_next || end_ > header.former_size) {
     // Someone who had seen less than this tree has begun the journal that was lost anew. What has
     // been added since goes on top of what is here.
     damage_.journal.Set(true, false);
     must_fold_ = true;
-    has_merged_ = true;
+    BeginMerge();
   }
   // Else the tree is the one that went into the snapshot.
-  epoch_ = header->epoch;
+  epoch_ = header.epoch;
   end_ = kJournalHeaderSize;
-  return true;
+  return Sequel::kGoesOn;
+}
+
+void RegistryStore::BeginMerge() {
+  if (std::exchange(has_merged_, true)) return;
+  merged_epoch_ = epoch_;
+  merged_end_ = end_;
 }
 
 bool RegistryStore::HasState() const {
@@ -349,7 +401,7 @@ Error RegistryStore::WriteHeader(const JournalHeader& header) {
   return error;
 }
 
-Error RegistryStore::Load(std::uint64_t journal_size) {
+Error RegistryStore::Load(std::uint64_t journal_size, bool unites) {
   LoadedSnapshot loaded;
   if (const Error error = LoadSnapshot(loaded); !error.ok()) return error;
   std::string journal;
@@ -359,15 +411,21 @@ Error RegistryStore::Load(std::uint64_t journal_size) {
   const std::optional<JournalHeader> header = DecodeJournalHead(journal);
   const std::string_view records =
       std::string_view(journal).substr(std::min(journal.size(), kJournalHeaderSize));
-  epoch_ = header ? header->epoch
-                  : FindJournalEpoch(records, kJournalHeaderSize).value_or(FreshNumber());
-  const JournalReplay replay = ReplayJournal(records, epoch_, kJournalHeaderSize, *loaded.tree);
-  end_ = replay.end;
-  is_loaded_ = true;
-  must_fold_ = false;
-  has_merged_ = false;
+  const std::uint64_t epoch =
+      header ? header->epoch
+             : FindJournalEpoch(records, kJournalHeaderSize).value_or(FreshNumber());
+  const JournalReplay replay = ReplayJournal(records, epoch, kJournalHeaderSize, *loaded.tree);
   // A journal that was emptied has its snapshot, and a snapshot its journal, which is older.
   const bool is_snapshot_lost = snapshot_size_ == 0 && header && header->former_epoch != 0;
+  must_fold_ = false;
+  if (is_loaded_ && (unites || is_snapshot_lost)) {
+    if (const Error error = Unite(*loaded.tree); !error.ok()) return error;
+  }
+  has_merged_ = false;
+  if (must_fold_) BeginMerge();
+  epoch_ = epoch;
+  end_ = replay.end;
+  is_loaded_ = true;
   const bool is_journal_lost = snapshot_size_ > 0 && journal_size < kJournalHeaderSize;
   damage_.snapshot.Set(loaded.damaged || is_snapshot_lost, !loaded.damaged);
   damage_.journal.Set(replay.gaps > 0 || (!journal.empty() && !header) || is_journal_lost,
@@ -378,6 +436,25 @@ Error RegistryStore::Load(std::uint64_t journal_size) {
   const std::lock_guard tree(tree_mutex_);
   if (tree_replaced_) tree_replaced_(*tree_, *loaded.tree);
   tree_ = std::move(loaded.tree);
+  return {};
+}
+
+Error RegistryStore::Unite(RegistryTree& loaded) {
+  if (loaded.AddMissing(*tree_) == 0) return {};
+  const std::string path = FilePath(kSnapshot);
+  std::string notice = "The files of your settings beside " + path +
+                       " were replaced while a program used them. The settings of both are kept; "
+                       "where they differ, those of the new files hold.\n\n";
+  if (journal_.is_writable()) {
+    const Result<std::string> former = KeepBeside(path + ".former", [&](int fd) {
+      return WriteSnapshot(*tree_, names_.root,
+                           [&](std::string_view piece) { return WriteFully(calls_, fd, piece); });
+    });
+    if (!former.ok()) return former.error;
+    notice += "The former settings have been kept as " + former.value + ".";
+  }
+  notices_.push_back(std::move(notice));
+  must_fold_ = true;
   return {};
 }
 
@@ -418,10 +495,16 @@ Error RegistryStore::Append(const JournalChange& change) {
   }
   if (!error.ok()) return error;
   needs_sync_ = true;
+  try {
+    const std::lock_guard tree(tree_mutex_);
+    ApplyChange(change, *tree_);
+  } catch (const std::exception&) {
+    // Nobody has read the record yet, because that takes the lock.
+    static_cast<void>(journal_.Truncate(end_));
+    throw;
+  }
   end_ += record_.size();
   if (record_.capacity() > kFoldSize) record_ = {};
-  const std::lock_guard tree(tree_mutex_);
-  ApplyChange(change, *tree_);
   return {};
 }
 
@@ -429,7 +512,7 @@ bool RegistryStore::HasGrown() const {
   return end_ > std::max({kFoldSize, snapshot_size_, next_fold_});
 }
 
-Error RegistryStore::Fold() {
+Error RegistryStore::Fold() try {
   if (const Error error = KeepDamaged(); !error.ok()) return error;
   if (const Error error = WriteSnapshotFile(); !error.ok()) return error;
   if (const Error error = EmptyJournal(); !error.ok()) return error;
@@ -438,6 +521,9 @@ Error RegistryStore::Fold() {
   has_merged_ = false;
   next_fold_ = 0;
   return {};
+} catch (const std::exception&) {
+  // The change before it is made all the same.
+  return ErrorOfException();
 }
 
 Error RegistryStore::WriteSnapshotFile() {
@@ -465,9 +551,10 @@ Error RegistryStore::WriteSnapshotFile() {
 
 Error RegistryStore::EmptyJournal() {
   // Others at the end of this epoch have the same tree, unless it has been merged: then nobody has.
-  const std::uint64_t former = has_merged_ ? epoch_ + 1 : epoch_;
-  const JournalHeader header{
-      .epoch = former + 1, .former_epoch = former, .former_size = has_merged_ ? 0 : end_};
+  const JournalHeader header{.epoch = has_merged_ ? epoch_ + 2 : epoch_ + 1,
+                             .former_epoch = has_merged_ ? merged_epoch_ : epoch_,
+                             .former_size = has_merged_ ? merged_end_ : end_};
+  const std::string former_head = EncodeJournalHead({.epoch = epoch_});
   if (must_fold_) {
     // There may be no header whose generation could be counted up.
     if (const Error error = WriteHeader(header); !error.ok()) return error;
@@ -476,7 +563,7 @@ Error RegistryStore::EmptyJournal() {
   } else if (const Error written = journal_.Write(0, EncodeJournalHead(header)); !written.ok()) {
     // The records stay good: they give the snapshot once more. A header that is torn now, and
     // can't be written again either, is found to be damaged and its epoch in the records.
-    static_cast<void>(journal_.Write(0, EncodeJournalHead({.epoch = epoch_})));
+    static_cast<void>(journal_.Write(0, former_head));
     return written;
   }
   epoch_ = header.epoch;
@@ -513,21 +600,31 @@ Result<std::string> RegistryStore::KeepCopy(std::string_view extension) {
   const Result<struct stat> opened = OpenStoreFile(calls_, path, O_RDONLY, file);
   if (!opened.ok()) return opened.error;
   std::string bytes;
-  Error error =
+  const Error error =
       ReadFullyAt(calls_, file.get(), static_cast<std::size_t>(opened.value.st_size), 0, bytes);
   if (!error.ok()) return error;
+  return KeepBeside(path + ".bad", [&](int fd) { return WriteFully(calls_, fd, bytes); });
+}
+
+Result<std::string> RegistryStore::KeepBeside(const std::string& name,
+                                              const std::function<Error(int fd)>& write) {
   for (int number = 0; number < kMaxCopies; ++number) {
-    std::string copy = path + ".bad";
-    if (number > 0) copy += "." + std::to_string(number);
-    const Result<int> copy_fd = OpenFile(calls_, copy, O_WRONLY | O_CREAT | O_EXCL, kUserOnly);
-    if (copy_fd.error.kind == ErrorKind::kAlreadyExists) continue;
-    if (!copy_fd.ok()) return copy_fd.error;
-    const FileDescriptor copy_file(calls_, copy_fd.value);
-    error = WriteFully(calls_, copy_file.get(), bytes);
-    if (error.ok()) error = SyncFile(calls_, copy_file.get());
-    if (error.ok()) return copy;
-    // The damaged file is still in its place; part of a copy is of no use.
-    static_cast<void>(calls_.Unlink(copy.c_str()));
+    std::string path = name;
+    if (number > 0) path += "." + std::to_string(number);
+    const Result<int> fd = OpenFile(calls_, path, O_WRONLY | O_CREAT | O_EXCL, kUserOnly);
+    if (fd.error.kind == ErrorKind::kAlreadyExists) continue;
+    if (!fd.ok()) return fd.error;
+    const FileDescriptor file(calls_, fd.value);
+    Error error;
+    try {
+      error = write(file.get());
+    } catch (const std::exception&) {
+      error = ErrorOfException();
+    }
+    if (error.ok()) error = SyncFile(calls_, file.get());
+    if (error.ok()) return path;
+    // What it was to keep is still in its place; part of it is of no use.
+    static_cast<void>(calls_.Unlink(path.c_str()));
     return error;
   }
   return ErrorFromErrno(EEXIST);
@@ -539,9 +636,7 @@ void RegistryStore::TellOfDamage() {
     return damage.copy.empty() ? std::string("The damaged file is still in its place.")
                                : "The damaged file has been kept as " + damage.copy + ".";
   };
-  const auto is_news = [](FileDamage& damage) {
-    return damage.is_found && !std::exchange(damage.is_told, true);
-  };
+  const auto is_news = [](const FileDamage& damage) { return damage.is_found && !damage.is_told; };
   if (is_news(damage_.snapshot)) {
     notices_.push_back(
         "The file " + FilePath(kSnapshot) + " of your settings was " +
@@ -549,6 +644,7 @@ void RegistryStore::TellOfDamage() {
         ". What could be read of it is kept: " + std::to_string(damage_.values_kept) + " values. " +
         std::to_string(damage_.lines_lost) + " lines could not be read.\n\n" +
         whereabouts(damage_.snapshot));
+    damage_.snapshot.is_told = true;
   }
   if (is_news(damage_.journal)) {
     notices_.push_back("The file " + FilePath(kJournal) + " of your latest settings was " +
@@ -556,6 +652,7 @@ void RegistryStore::TellOfDamage() {
                        ". The changes that could be read of it, or that this program knew, are "
                        "kept.\n\n" +
                        whereabouts(damage_.journal));
+    damage_.journal.is_told = true;
   }
 }
 

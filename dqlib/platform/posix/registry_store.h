@@ -8,6 +8,14 @@
 // synced and renamed over it, and the journal is emptied under a new epoch. Death at any moment of
 // that leaves a snapshot and a journal that give the same state.
 //
+// A journal that was deleted, moved or replaced is still shared by those who have it open. Whoever
+// of them notices first, under its lock, reads it to its end, puts all of it into the journal that
+// is at the path now, and marks the old one as taken over; the others find the mark and load. So
+// it doesn't matter who of them knew how much, nor what was begun anew meanwhile. A journal that
+// was begun anew and never folded has all changes since, which go on top. Where it has been folded,
+// both states are united: the newer file's values stand, the older state is kept as a file beside,
+// and the person is told.
+//
 // Files that are damaged, cut short or deleted from outside are no reason to forget anything: what
 // can still be read is kept, a store that has the changes in memory writes them back, the damaged
 // file stays beside the new one as a copy, and the person is told.
@@ -79,6 +87,8 @@ class RegistryStore {
 
   /// What the person must be told of, each once.
   std::vector<std::string> TakeNotices();
+  /// Takes back those that could not be told.
+  void ReturnNotices(std::vector<std::string> notices);
 
  private:
   class Hold;
@@ -122,12 +132,27 @@ class RegistryStore {
   /// With the lock.
   Error Synchronise(std::uint64_t size);
   Error TakeInJournal(std::uint64_t size);
-  /// Whether the journal goes on from what the tree has; sets from where, and `size` to 0 if
-  /// nothing of the journal can be read.
-  Result<bool> FollowHeader(std::uint64_t& size);
+  /// How the journal goes on from what the tree has.
+  enum class Sequel {
+    /// From `end_` on.
+    kGoesOn,
+    /// The files have all that the tree has.
+    kIsLater,
+    /// Both have what the other one may lack.
+    kIsForeign,
+  };
+  /// Sets from where it goes on, and `size` to 0 if nothing of the journal can be read.
+  Result<Sequel> FollowHeader(std::uint64_t& size);
+  Sequel Compare(const JournalHeader& header);
+  /// The state of a tree that others had at the end of an epoch.
+  void BeginMerge();
   bool HasState() const;
   Error WriteHeader(const JournalHeader& header);
-  Error Load(std::uint64_t journal_size);
+  /// `unites`: with what the tree has and the files haven't.
+  Error Load(std::uint64_t journal_size, bool unites = false);
+  Error Unite(RegistryTree& loaded);
+  /// With the lock of a journal that is displaced: goes over to the one at its path.
+  Error TakeOver(std::uint64_t size);
   Error LoadSnapshot(LoadedSnapshot& loaded);
   Error AnnounceChange();
   Error Append(const JournalChange& change);
@@ -142,6 +167,9 @@ class RegistryStore {
   Error KeepDamaged();
   Error KeepDamaged(std::string_view extension, FileDamage& damage);
   Result<std::string> KeepCopy(std::string_view extension);
+  /// Makes a file beside, under a name that is free, and returns its path.
+  Result<std::string> KeepBeside(const std::string& name,
+                                 const std::function<Error(int fd)>& write);
   void TellOfDamage();
 
   SystemCalls& calls_;
@@ -167,6 +195,9 @@ class RegistryStore {
   bool must_fold_ = false;
   /// The tree has changes that two journals had, so that no other process has the same one.
   bool has_merged_ = false;
+  /// What this one's was before that.
+  std::uint64_t merged_epoch_ = 0;
+  std::uint64_t merged_end_ = 0;
   bool needs_sync_ = false;
   bool directory_needs_sync_ = false;
   std::uint64_t snapshot_size_ = 0;

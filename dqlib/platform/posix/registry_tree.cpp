@@ -1,9 +1,22 @@
 #include "dqlib/platform/posix/registry_tree.h"
 
 #include <algorithm>
+#include <exception>
+#include <random>
 #include <utility>
 
 namespace dq::platform::posix {
+
+HashSecret MakeHashSecret() {
+  constexpr HashSecret kFallback{0x9E3779B97F4A7C15, 0xD6E8FEB86659FD93};
+  try {
+    std::random_device random;
+    const auto word = [&] { return std::uint64_t{random()} << 32 | random(); };
+    return {word(), word() | 1};
+  } catch (const std::exception&) {
+    return kFallback;  // a system without random numbers is slow at worst
+  }
+}
 
 bool IsValueName(std::string_view name) {
   return name.size() <= kMaxValueName && name.find('\0') == std::string_view::npos;
@@ -61,16 +74,16 @@ TreeKey& RegistryTree::MakeKey(TreeKey& from, std::string_view path) {
 }
 
 void RegistryTree::DeleteKey(TreeKey& key) {
-  TreeChild self{key.name, HashName(key.name), &key};
-  key.parent->children.Remove(key.parent->children.Find(self.name, self.hash));
+  // All that takes memory first, so that without it nothing has changed.
   std::vector<TreeKey*> doomed{&key};
-  while (!doomed.empty()) {
-    TreeKey* const dead = doomed.back();
-    doomed.pop_back();
-    for (const TreeChild& child : dead->children) doomed.push_back(child.key);
-    *dead = TreeKey{};
-    unused_.push_back(dead);
+  for (std::size_t i = 0; i < doomed.size(); ++i) {
+    const auto& children = doomed[i]->children;
+    for (const TreeChild& child : children) doomed.push_back(child.key);
   }
+  unused_.insert(unused_.end(), doomed.begin(), doomed.end());
+  const TreeChild self{key.name, HashName(key.name), &key};
+  key.parent->children.Remove(key.parent->children.Find(self.name, self.hash));
+  for (TreeKey* const dead : doomed) *dead = TreeKey{};
 }
 
 const TreeValue* RegistryTree::FindValue(const TreeKey& key, std::string_view name) {
@@ -86,8 +99,8 @@ void RegistryTree::SetValue(TreeKey& key, std::string_view name, DWORD type,
     key.values.Add({std::string(name), hash, type, std::string(data)});
     return;
   }
-  key.values[index].type = type;
   key.values[index].data = data;
+  key.values[index].type = type;
 }
 
 bool RegistryTree::DeleteValue(TreeKey& key, std::string_view name) {
@@ -95,6 +108,30 @@ bool RegistryTree::DeleteValue(TreeKey& key, std::string_view name) {
   if (index == NameTable<TreeValue>::kNone) return false;
   key.values.Remove(index);
   return true;
+}
+
+std::size_t RegistryTree::AddMissing(const RegistryTree& other) {
+  std::size_t differing = 0;
+  std::vector<std::pair<const TreeKey*, TreeKey*>> rest{{other.root_, root_}};
+  while (!rest.empty()) {
+    const auto [from, to] = rest.back();
+    rest.pop_back();
+    for (const TreeValue& value : from->values) {
+      const TreeValue* const here = FindValue(*to, value.name);
+      if (here == nullptr) {
+        SetValue(*to, value.name, value.type, value.data);
+        ++differing;
+      } else if (here->type != value.type || here->data != value.data) {
+        ++differing;
+      }
+    }
+    for (const TreeChild& child : from->children) {
+      const bool is_new = to->children.Find(child.name, child.hash) == NameTable<TreeChild>::kNone;
+      if (is_new) ++differing;
+      rest.emplace_back(child.key, &MakeKey(*to, child.name));
+    }
+  }
+  return differing;
 }
 
 std::string RegistryTree::PathOf(const TreeKey& key) {

@@ -76,6 +76,10 @@ class RegistryTree {
   /// Deletes a key that isn't the root, with all below it.
   void DeleteKey(TreeKey& key);
 
+  /// Adds what another tree has and this one hasn't; where both have a value, this one's stays.
+  /// Returns how many values and keys were missing or are others.
+  std::size_t AddMissing(const RegistryTree& other);
+
   static const TreeValue* FindValue(const TreeKey& key, std::string_view name);
   /// Sets a value; one that exists keeps the spelling of its name.
   static void SetValue(TreeKey& key, std::string_view name, DWORD type, std::string_view data);
