@@ -11,7 +11,7 @@
 //
 // A control's line is: its word, id, text, left, top, width, height in pixels of the client area,
 // then any of the flags. Texts are in quotes, with `\n`, `\t`, `\"` and `\\` in them. Empty lines
-// and what follows a `#` at a line's beginning are nothing. Words of controls, with the window
+// and those that begin with `#` are nothing. Words of controls, with the window
 // class that each makes: text (Static), group and button, defbutton, check, radio (Button), edit
 // (Edit), list (ListBox), checklist (CheckListBox), combo (ComboBox), spin (Spin), and `class
 // "Name"` before the id for any other.
@@ -71,5 +71,8 @@ using WindowFactory = std::unique_ptr<class CWnd> (*)(const ControlTemplate& con
 /// Enters a window class for templates; the name's case counts. A later one replaces an earlier
 /// one. Before dialogs are opened, on the user-interface thread.
 void RegisterControlClass(std::string_view window_class, WindowFactory make);
+
+/// The window object for a control, of its class; a plain window for a class that isn't entered.
+std::unique_ptr<class CWnd> MakeControl(const ControlTemplate& control);
 
 }  // namespace dq

@@ -9,7 +9,8 @@
 //     item 43539 "E&xit" checked grayed
 //   end
 //
-// Texts are written as in `dialog_template.h`.
+// Texts are written as in `dialog_template.h`; ids are 1 to 65535, popups are nested at most 32
+// deep, and both kinds of items may be `grayed`.
 
 #pragma once
 
@@ -40,6 +41,8 @@ enum MenuFlag : UINT {
   MF_CHECKED = 0x8,
   MF_POPUP = 0x10,
   MF_OWNERDRAW = 0x100,
+  /// The item's check mark is a radio mark.
+  MF_RADIOCHECK = 0x200,
   MF_BYPOSITION = 0x400,
   MF_SEPARATOR = 0x800,
 };
@@ -59,18 +62,18 @@ class CMenu : public CObject {
   /// none or it breaks the form, or if the object has a menu already.
   bool LoadMenu(UINT id);
   bool LoadMenuIndirect(std::string_view text);
-  /// Destroys the menu and its submenus; their handles are dead.
+  /// Destroys the menu and its submenus; their handles are dead. False without a menu.
   bool DestroyMenu();
 
   HMENU GetSafeHmenu() const { return m_hMenu; }
-  /// Takes over a handle. False if it is dead or the object has one.
+  /// Takes over a handle. False if it is dead, another object has it, or this one has a menu.
   bool Attach(HMENU menu);
   /// Gives its handle away.
   HMENU Detach();
   /// The object that is attached to a handle, or null.
   static CMenu* FromHandlePermanent(HMENU menu);
-  /// The object of a handle; one that is kept until the thread has no message left to handle if
-  /// none is attached. Null for a dead handle.
+  /// The object attached to a handle, or if there is none, one that lives as long as the menu does.
+  /// Null for a dead handle.
   static CMenu* FromHandle(HMENU menu);
 
   /// How many items; -1 without a menu.
@@ -88,26 +91,34 @@ class CMenu : public CObject {
 
   /// Add an item at the end, or before another one (at the end if there is no such). With
   /// `MF_POPUP`, `id` is the submenu's handle, which the menu takes over; with `MF_OWNERDRAW`,
-  /// `text` is the owner's data. False without a menu or for a dead submenu.
+  /// `text` is the owner's data. A submenu may hang in several menus; the first of them that is
+  /// destroyed takes it along, and it isn't there for the others then. False without a menu, for a
+  /// dead submenu, and for one that has this menu in it.
   bool AppendMenu(UINT flags, std::uintptr_t id = 0, const char* text = nullptr);
   bool InsertMenu(UINT item, UINT flags, std::uintptr_t id = 0, const char* text = nullptr);
-  /// Replaces an item; a submenu that it had is destroyed.
+  /// Replaces an item; a submenu that it had is destroyed, unless the new item has the same. False,
+  /// and no change, as before and if there is no such item.
   bool ModifyMenu(UINT item, UINT flags, std::uintptr_t id = 0, const char* text = nullptr);
   /// Takes the item out and destroys its submenu.
   bool DeleteMenu(UINT item, UINT flags);
   /// Takes the item out; its submenu's handle lives on and belongs to the caller.
   bool RemoveMenu(UINT item, UINT flags);
 
-  /// Return the former flags, -1 if there is no item.
+  /// Return the former flags of the kind, -1 if there is no item. A mark by the first is a check
+  /// mark.
   UINT CheckMenuItem(UINT item, UINT flags);
   UINT EnableMenuItem(UINT item, UINT flags);
-  /// Marks one of a range of items by a radio mark.
+  /// Marks one of a range of items by a radio mark and takes the mark from the others. The range is
+  /// that of positions, or of command ids in the menu that has `item`. False without that one.
   bool CheckMenuRadioItem(UINT first, UINT last, UINT item, UINT flags);
+  /// The item that a double click on the menu chooses; there is none if `item` isn't in the menu.
   void SetDefaultItem(UINT item, bool by_position);
+  /// Its command id (-1 for a popup), or -1.
   UINT GetDefaultItem() const;
 
   /// Brings all items up to date by their handlers: those of `target` and its route. With
-  /// `auto_disable`, commands without a handler are disabled.
+  /// `auto_disable`, commands without a handler are disabled. Handlers may change the menus, and
+  /// destroy them; they must leave `target`.
   void UpdateItems(class CCmdTarget& target, bool auto_disable = true);
 
   /// Null without a menu. Read only.
@@ -126,7 +137,8 @@ struct Accelerator {
 
 /// Key combinations for commands. As data of a resource of type 9 a text of lines "ctrl+shift+F
 /// 44412"; keys are letters, digits, F1 to F24, and Ins, Del, Home, End, PgUp, PgDn, Left, Right,
-/// Up, Down, Tab, Esc, Enter, Space, Back.
+/// Up, Down, Tab, Esc, Enter, Space, Back, in any case. Where a combination stands twice, the first
+/// counts.
 class AcceleratorTable {
  public:
   /// By the chain of resource modules, and from a text. False, and an empty table, if there is none
