@@ -49,8 +49,8 @@ std::string MachineValue(const char* path, const char* name) {
 /// "<application data>\" and, with an application object, its registry key name and `below`.
 CString DataPath(bool create, const CString& below) {
   CString path = CDQSystemInfo::GetSpecialFolderPath(FOLDER_APPDATA, create);
-  // For a user without a home there is nothing to make, least of all at the root.
-  const bool has_folder = !path.IsEmpty();
+  // A user without a home has no place for data, least of all at the root.
+  if (path.IsEmpty()) return path;
   const char separator = platform::SeparatorFor(path.View());
   path += separator;
   if (const CWinApp* const app = AfxGetApp()) {
@@ -59,7 +59,7 @@ CString DataPath(bool create, const CString& below) {
     path += below;
     path += separator;
   }
-  if (create && has_folder) CDQFileUtility::CreateDirectory(path, false);
+  if (create) CDQFileUtility::CreateDirectory(path, false);
   return path;
 }
 

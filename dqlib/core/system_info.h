@@ -63,7 +63,8 @@ class CDQSystemInfo {
   static CString GetSpecialFolderPath(int folder, bool create, CWnd* owner = nullptr);
 
   /// "<application data>\<registry key name>\<application's name without white space>\"; without an
-  /// application object just the folder and a separator. Made, without a question, if `create`.
+  /// application object just the folder and a separator. Made, without a question, if `create`; ""
+  /// for a user without such a folder.
   static CString GetAppDataPath(bool create);
   /// "<application data>\<registry key name>\Shared\", likewise.
   static CString GetSharedDataPath(bool create);

@@ -96,12 +96,12 @@ TEST_F(SystemInfoTest, NamesFoldersByTheApplication) {
   EXPECT_TRUE(std::filesystem::is_directory(folder + "/Some Maker/Shared"));
   EXPECT_EQ(CDQSystemInfo::GetSpecialFolderPath(99, true), "");
 
-  // Nothing is made at the root for a user without a home.
-  testing::ScriptedPrompts prompts;
+  // A user without a home has no place, least of all at the root.
   platform_.facts.folders.clear();
-  app.SetRegistryKey("dqlib_test_maker");
-  CDQSystemInfo::GetAppDataPath(true);
-  EXPECT_FALSE(std::filesystem::exists("/dqlib_test_maker"));
+  for (const bool create : {false, true}) {
+    EXPECT_EQ(CDQSystemInfo::GetAppDataPath(create), "");
+    EXPECT_EQ(CDQSystemInfo::GetSharedDataPath(create), "");
+  }
 }
 
 TEST_F(SystemInfoTest, GivesTheMachineTheLookOfAShare) {
