@@ -6,12 +6,19 @@
 
 #pragma once
 
-#include <compare>
+#include <concepts>
+#include <cstdint>
 #include <iosfwd>
 #include <string>
 #include <vector>
 
 namespace dq {
+
+namespace detail {
+/// Integers that an `int` may not hold.
+template <typename T>
+concept WideInteger = std::same_as<T, long> || std::same_as<T, long long>;
+}  // namespace detail
 
 /// A signed integer of any length. Reading and writing text is linear; arithmetic is as exact as on
 /// paper, but with rules of its own that stored values and callers rely on:
@@ -29,6 +36,7 @@ class CDQBigInt {
   /// The number 0.
   CDQBigInt();
   CDQBigInt(int number);
+  CDQBigInt(long number) : CDQBigInt(static_cast<long long>(number)) {}
   CDQBigInt(long long number);
   /// A text of digits with an optional leading "-"; "" is 0, and so are "-" and "-0".
   explicit CDQBigInt(const std::string& text);
@@ -54,6 +62,15 @@ class CDQBigInt {
   /// A divisor of 0 leaves the number, and the error is remembered inside.
   CDQBigInt& operator/=(int divisor);
   CDQBigInt& operator%=(const CDQBigInt& other);
+  /// A wide operand is made a number, so that nothing of it is lost on the way to an `int`.
+  template <detail::WideInteger T>
+  CDQBigInt& operator*=(T factor) {
+    return *this *= CDQBigInt(factor);
+  }
+  template <detail::WideInteger T>
+  CDQBigInt& operator/=(T divisor) {
+    return *this /= CDQBigInt(divisor);
+  }
 
  private:
   int size() const { return m_nDigits; }
@@ -105,6 +122,18 @@ CDQBigInt operator*(int left, const CDQBigInt& right);
 CDQBigInt operator/(const CDQBigInt& left, const CDQBigInt& right);
 CDQBigInt operator/(const CDQBigInt& left, int right);
 CDQBigInt operator%(const CDQBigInt& left, const CDQBigInt& right);
+template <detail::WideInteger T>
+CDQBigInt operator*(const CDQBigInt& left, T right) {
+  return left * CDQBigInt(right);
+}
+template <detail::WideInteger T>
+CDQBigInt operator*(T left, const CDQBigInt& right) {
+  return CDQBigInt(left) * right;
+}
+template <detail::WideInteger T>
+CDQBigInt operator/(const CDQBigInt& left, T right) {
+  return left / CDQBigInt(right);
+}
 
 /// Reads a word and makes a number of it, which stays as it is at the end of the stream; writes
 /// `toString()`.

@@ -33,6 +33,9 @@ TEST(BigInt, TextsThatMakeNumbers) {
   EXPECT_TRUE(Big("-0") == 0 && CDQBigInt() == Big(""));
   EXPECT_EQ(CDQBigInt(INT_MIN).toString(), "-2147483648");
   EXPECT_EQ(CDQBigInt(LLONG_MIN).toString(), "-9223372036854775808");
+  EXPECT_EQ(CDQBigInt(std::int64_t{INT64_MAX}).toString(), "9223372036854775807");
+  EXPECT_TRUE(Big("3") * 5'000'000'000L == 15'000'000'000LL &&
+              5'000'000'000L * Big("3") / 5L == 3'000'000'000L);
 }
 
 TEST(BigInt, StreamsReadAWordAndStayAtTheEnd) {
