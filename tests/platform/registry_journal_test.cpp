@@ -62,19 +62,6 @@ TEST(Checksum, IsTheCastagnoliOneInPiecesOfAnySize) {
   }
 }
 
-TEST(RegistryJournal, ATornTailIsDroppedAtEveryByte) {
-  const Records records(kChanges);
-  for (std::size_t cut = 0; cut <= records.bytes.size(); ++cut) {
-    RegistryTree tree;
-    const JournalReplay replay = Replay(records.bytes.substr(0, cut), tree);
-    std::size_t whole = 0;
-    while (whole < records.ends.size() && records.ends[whole] <= cut) ++whole;
-    EXPECT_EQ(replay.records, whole) << cut;
-    EXPECT_EQ(replay.end, kJournalHeaderSize + (whole == 0 ? 0 : records.ends[whole - 1]));
-    EXPECT_EQ(replay.gaps, 0u) << cut;
-  }
-}
-
 TEST(RegistryJournal, ADamagedByteCostsOneRecord) {
   const Records records(kChanges);
   for (std::size_t at = 0; at < records.bytes.size(); ++at) {
@@ -178,6 +165,28 @@ TEST(RegistrySnapshot, EveryMissingAndEveryChangedByteIsFound) {
     EXPECT_TRUE(salvaged.damaged) << at;
     EXPECT_GE(salvaged.values, 1u) << at;
   }
+}
+
+TEST(RegistrySnapshot, NamesAndPathsMadeToBeSlowTakeLinearTimeAndRoom) {
+  // All names are of the same length and differ in nothing but the bit that tells cases apart.
+  constexpr int kBits = 17;
+  std::string text = "REGEDIT4\n[ROOT]\n";
+  for (int number = 0; number < 1 << kBits; ++number) {
+    text += '"';
+    for (int bit = 0; bit < kBits; ++bit) text += (number >> bit & 1) != 0 ? '1' : '\x11';
+    text += "\"=hex:\n";
+  }
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(ReadSnapshot(text, "ROOT").values, std::size_t{1} << kBits);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
+
+  RegistryTree deep;
+  std::string path = "a";
+  while (path.size() + 2 <= kMaxKeyPath) path += "\\a";
+  EXPECT_EQ(RegistryTree::PathOf(deep.MakeKey(deep.root(), path)), path);
+  EXPECT_LT(TextOf(deep).size(), path.size() + 100);
+  deep.DeleteKey(*deep.FindKey(deep.root(), "a"));
+  EXPECT_EQ(deep.root().children.size(), 0u);
 }
 
 }  // namespace

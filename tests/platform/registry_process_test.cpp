@@ -290,39 +290,35 @@ TEST(RegistryProcess, AJournalRemovedUnderSeveralProgramsLosesNothingOfAny) {
   const int orders[][3] = {{0, 1, 2}, {2, 1, 0}, {1, 0, 2}, {1, 2, 0}};
   for (const char* removal : removals) {
     for (const auto& order : orders) {
-      for (const bool folded : {false, true}) {
-        SCOPED_TRACE(::testing::Message() << removal << order[0] << order[1] << folded);
-        const TempDirectory directory;
+      SCOPED_TRACE(::testing::Message() << removal << order[0] << order[1]);
+      const TempDirectory directory;
+      {
+        std::vector<std::unique_ptr<Worker>> workers;
+        for (int i = 0; i < 3; ++i) workers.push_back(std::make_unique<Worker>(directory.path()));
+        // The first one is behind, and the last one ahead of all.
+        workers[0]->Do("a");
+        workers[1]->Do("b");
+        workers[2]->Do("c");
+        workers[2]->Do("gone");
+        workers[2]->Do("-gone");
+        std::filesystem::rename(directory / "hkcu.journal", directory / "moved");
+        if (removal != removals[2]) std::filesystem::remove(directory / "moved");
+        if (removal == removals[1]) std::filesystem::remove(directory / "hkcu.reg");
         {
-          std::vector<std::unique_ptr<Worker>> workers;
-          for (int i = 0; i < 3; ++i) workers.push_back(std::make_unique<Worker>(directory.path()));
-          // The first one is behind, and the last one ahead of all.
-          workers[0]->Do("a");
-          workers[1]->Do("b");
-          workers[2]->Do("c");
-          workers[2]->Do("gone");
-          workers[2]->Do("-gone");
-          std::filesystem::rename(directory / "hkcu.journal", directory / "moved");
-          if (removal != removals[2]) std::filesystem::remove(directory / "moved");
-          if (removal == removals[1]) std::filesystem::remove(directory / "hkcu.reg");
-          {
-            Worker stranger(directory.path());
-            stranger.Do("new");
-            if (folded) stranger.Do("x" + std::string(200, 'x'));
-            stranger.Do("-new");
-            for (const int each : order) {
-              workers[static_cast<std::size_t>(each)]->Do("then" + std::to_string(each));
-            }
-            stranger.Do("last");
+          Worker stranger(directory.path());
+          stranger.Do("new");
+          stranger.Do("-new");
+          for (const int each : order) {
+            workers[static_cast<std::size_t>(each)]->Do("then" + std::to_string(each));
           }
+          stranger.Do("last");
         }
-        FileRegistry registry(directory.path());
-        std::string names;
-        const RegistryDump dump = Dump(registry);
-        for (const auto& [name, value] : dump.at("k")) names += name.substr(0, 5) + " ";
-        EXPECT_EQ(names,
-                  folded ? "a b c last then0 then1 then2 xxxxx " : "a b c last then0 then1 then2 ");
       }
+      FileRegistry registry(directory.path());
+      std::string names;
+      const RegistryDump dump = Dump(registry);
+      for (const auto& [name, value] : dump.at("k")) names += name.substr(0, 5) + " ";
+      EXPECT_EQ(names, "a b c last then0 then1 then2 ");
     }
   }
 }

@@ -260,6 +260,27 @@ TEST_F(RegistryStoreTest, WhatARunningProcessKnowsOutlivesItsFiles) {
   }
 }
 
+TEST_F(RegistryStoreTest, AJournalBegunAnewAndFoldedIsUnitedWithWhatAProgramKnew) {
+  const TempDirectory directory;
+  ScriptedPrompts prompts;
+  FileRegistry registry(directory.path());
+  EXPECT_TRUE(Set(registry, "mine", "1").ok() && Set(registry, "both", "old").ok());
+  std::filesystem::remove(directory / "hkcu.journal");
+  FileRegistry stranger(directory.path());
+  EXPECT_TRUE(Set(stranger, "theirs", "2").ok() && Set(stranger, "both", "new").ok());
+  for (int i = 0; i < 4; ++i) EXPECT_TRUE(Set(stranger, "large", std::string(345'000, 'x')).ok());
+  ASSERT_TRUE(std::filesystem::exists(directory / "hkcu.reg"));
+  EXPECT_TRUE(Set(registry, "next", "3").ok());
+  for (FileRegistry* each : {&registry, &stranger}) {
+    EXPECT_EQ(Get(*each, "mine") + Get(*each, "theirs") + Get(*each, "both") + Get(*each, "next"),
+              "12new3");
+  }
+  const std::string former = directory.Get("hkcu.reg.former");
+  EXPECT_NE(former.find("\"both\"=hex:6f,6c,64"), std::string::npos) << "is there to look up";
+  ASSERT_GE(prompts.shown.size(), 1u);
+  EXPECT_NE(prompts.shown[0].text.find(directory / "hkcu.reg.former"), std::string::npos);
+}
+
 TEST_F(RegistryStoreTest, WhatIsMissingWhenAStoreIsOpenedIsTold) {
   struct Case {
     const char* what;

@@ -153,26 +153,6 @@ TEST_F(RegistryTest, ABufferThatIsTooSmallIsLeftAloneAndToldTheSize) {
   EXPECT_EQ(buffer, "abc");
 }
 
-TEST_F(RegistryTest, DeletingTheFirstOnesEmptiesAKey) {
-  constexpr std::size_t kCount = 1'000;
-  const HKEY key = Make("k");
-  for (std::size_t i = 0; i < kCount; ++i) {
-    ASSERT_TRUE(registry_.SetValue(key, "v" + std::to_string(i), 1, "").ok());
-    ASSERT_TRUE(registry_.CreateKey(key, "k" + std::to_string(i)).ok());
-  }
-  std::set<std::string> names;
-  while (registry_.EnumValue(key, 0).ok()) {
-    const std::string name = registry_.EnumValue(key, 0).value.name;
-    EXPECT_TRUE(names.insert(name).second && registry_.DeleteValue(key, name).ok());
-  }
-  while (registry_.EnumKey(key, 0).ok()) {
-    const std::string name = registry_.EnumKey(key, 0).value;
-    EXPECT_TRUE(names.insert(name).second && registry_.DeleteKey(key, name).ok());
-  }
-  EXPECT_EQ(names.size(), 2 * kCount);
-  EXPECT_EQ(Dump(other_), (RegistryDump{{"", {}}, {"k", {}}}));
-}
-
 TEST_F(RegistryTest, EachRootIsATreeOfTheUsersOwn) {
   for (const HKEY root : {kClassesRoot, kCurrentUser, kLocalMachine}) {
     const HKEY key = registry_.CreateKey(root, "Same").value;

@@ -68,26 +68,5 @@ TEST(RegistryTree, ADeletedKeyIsNoOtherKeyThatIsMadeLater) {
   EXPECT_EQ(tree.FindKey(tree.root(), "a\\b\\c")->values.size(), 0u);
 }
 
-TEST(RegistryTree, TheDeepestPathIsMadeAndDeletedWithoutTheStack) {
-  RegistryTree tree;
-  std::string path = "a";
-  while (path.size() + 2 <= kMaxKeyPath) path += "\\a";
-  ASSERT_TRUE(IsKeyPath(path));
-  EXPECT_EQ(RegistryTree::PathOf(tree.MakeKey(tree.root(), path)), path);
-  tree.DeleteKey(*tree.FindKey(tree.root(), "a"));
-  EXPECT_EQ(tree.root().children.size(), 0u);
-}
-
-TEST(RegistryTree, NamesAreWithinTheirLimits) {
-  EXPECT_TRUE(IsKeyPath(""));
-  EXPECT_TRUE(IsKeyPath("a\\" + std::string(kMaxKeyName, 'k')));
-  EXPECT_FALSE(IsKeyPath("a\\" + std::string(kMaxKeyName + 1, 'k')));
-  EXPECT_FALSE(IsKeyPath(std::string_view("a\0b", 3)));
-  EXPECT_FALSE(IsKeyPath(std::string(kMaxKeyPath + 1, '\\')));
-  EXPECT_TRUE(IsValueName(std::string(kMaxValueName, '\\')));
-  EXPECT_FALSE(IsValueName(std::string(kMaxValueName + 1, 'v')));
-  EXPECT_FALSE(IsValueName(std::string_view("\0", 1)));
-}
-
 }  // namespace
 }  // namespace dq::platform::posix

@@ -16,7 +16,7 @@ namespace {
 constexpr mode_t kUserOnly = 0600;
 /// How many times a journal may have been emptied while someone slept. An epoch that is further
 /// away is that of a journal which was begun anew, because those begin with the time.
-constexpr std::uint64_t kManyEpochs = std::uint64_t{1} << 16;
+constexpr std::uint64_t kManyEpochs = std::uint64_t{1} << 12;
 constexpr std::string_view kSnapshot = ".reg";
 constexpr std::string_view kJournal = ".journal";
 /// A journal that is shorter isn't worth writing a snapshot for.
