@@ -7,6 +7,7 @@
 #include "dqlib/core/system_info.h"
 #include "dqlib/framework/windows/message_box.h"
 #include "dqlib/framework/windows/win_thread.h"
+#include "dqlib/platform/platform.h"
 #include "dqlib/resources/string_ids.h"
 
 namespace dq {
@@ -44,6 +45,28 @@ UINT Warn(void* parameter) {
   return 0;
 }
 
+std::uint64_t NextSerial() {
+  static std::atomic<std::uint64_t> last = 0;
+  return ++last;
+}
+
+/// The line that a thread wrote last. What is written in the same millisecond to the same log
+/// begins alike, so the stamp stays and only the text behind it is replaced.
+struct LastLine {
+  std::uint64_t log = 0;
+  SYSTEMTIME time;
+  std::size_t stamp_size = 0;
+  std::string bytes;
+  /// Bytes that can be written in that millisecond without asking how long the file is.
+  std::uint64_t free = 0;
+};
+
+/// More than all other writers together bring into a file within a millisecond.
+constexpr std::uint64_t kMostOfOthers = 64 * 1024 * 1024;
+
+/// More than an ordinary line: not kept once it is written.
+constexpr std::size_t kLongLine = 65536;
+
 /// The size by which a log starts over, from the two halves as a search gives them.
 std::int64_t FoundSize(std::uint64_t size) {
   return static_cast<std::int64_t>(size & 0xFFFFFFFF) - static_cast<std::int64_t>(size >> 32);
@@ -53,12 +76,14 @@ std::int64_t FoundSize(std::uint64_t size) {
 
 IMPLEMENT_SERIAL(CDQLog, CObject, 1)
 
-CDQLog::CDQLog() : m_pWarning(std::make_shared<detail::LogWarning>(false)) {}
+CDQLog::CDQLog()
+    : m_pWarning(std::make_shared<detail::LogWarning>(false)), m_nSerial(NextSerial()) {}
 
 CDQLog::CDQLog(const CString& name, DWORD maxKilobytes, bool warn)
     : m_strLogFileName(name),
       m_nMaxFileSize(maxKilobytes),
-      m_pWarning(std::make_shared<detail::LogWarning>(warn)) {
+      m_pWarning(std::make_shared<detail::LogWarning>(warn)),
+      m_nSerial(NextSerial()) {
   Initialize();
 }
 
@@ -84,6 +109,11 @@ void CDQLog::Initialize() {
   m_pFile = std::move(file);
 }
 
+void CDQLog::SetMaxFileSize(DWORD size) {
+  m_nMaxFileSize = size;
+  m_nSerial = NextSerial();
+}
+
 void CDQLog::LogMessage(UINT stringId) { LogMessage(LoadText(stringId)); }
 
 void CDQLog::LogMessage(UINT stringId, const char* arg) {
@@ -100,19 +130,42 @@ void CDQLog::LogMessage(UINT stringId, const char* arg1, const char* arg2) {
 
 void CDQLog::LogMessage(const CString& text) {
   if (!m_bUseLog || m_pFile == nullptr || text.IsEmpty()) return;
-  // One write, so that the lines of several processes don't mix.
-  const CString stamp = CDQSystemInfo::GetCurrentDateTime(DATE_SHORT);
-  std::string line;
-  line.reserve(stamp.View().size() + text.View().size() + 4);
-  line.append(stamp.View()).append("  ").append(text.View()).append("\r\n");
-  m_pFile->Write(line.data(), static_cast<UINT>(line.size()));
-  DisplayWarningMessage();
+  thread_local LastLine line;
+  const platform::Platform& services = platform::Current();
+  const SYSTEMTIME now = services.clock->LocalTime();
+  if (line.log != m_nSerial || line.time != now) {
+    line.log = 0;
+    line.bytes = CDQSystemInfo::GetFormattedDateTime(&now, DATE_SHORT).View();
+    line.bytes += "  ";
+    line.stamp_size = line.bytes.size();
+    line.free = 0;
+    line.time = now;
+    line.log = m_nSerial;
+  }
+  line.bytes.resize(line.stamp_size);
+  line.bytes.append(text.View()).append("\r\n");
+  // One write, so that the lines of several writers don't mix.
+  platform::Result<std::uint64_t> written = std::uint64_t{0};
+  const bool asks = m_pWarning->may_warn && line.free < line.bytes.size();
+  if (asks) {
+    written = services.files->WriteAndTell(m_pFile->m_hFile, line.bytes);
+  } else {
+    written.error = services.files->Write(m_pFile->m_hFile, line.bytes);
+  }
+  line.free -= std::min<std::uint64_t>(line.free, line.bytes.size());
+  if (line.bytes.size() > kLongLine) line = {};
+  if (!written.ok()) {
+    throw CFileException(CFileException::CauseOf(written.error),
+                         static_cast<LONG>(written.error.code), m_strLogFileName);
+  }
+  if (!asks) return;
+  const std::uint64_t near = written.value + kMostOfOthers;
+  if (m_nMaxFileSize > near) line.free = m_nMaxFileSize - near;
+  DisplayWarningMessage(written.value);
 }
 
-void CDQLog::DisplayWarningMessage() {
-  if (!m_pWarning->may_warn || m_pFile == nullptr) return;
-  if (m_pFile->GetLength() <= m_nMaxFileSize) return;
-  m_pWarning->may_warn = false;
+void CDQLog::DisplayWarningMessage(std::uint64_t length) {
+  if (length <= m_nMaxFileSize || !m_pWarning->may_warn.exchange(false)) return;
   auto hold = std::make_unique<std::shared_ptr<detail::LogWarning>>(m_pWarning);
   ++m_pWarning->under_way;
   if (AfxBeginThread(&Warn, hold.get())) {

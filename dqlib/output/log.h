@@ -22,9 +22,9 @@ struct LogWarning {
 }  // namespace detail
 
 /// A log that stays open. Its size is watched, not limited: when it outgrows its limit the user is
-/// warned, and the log goes on. Entries of several processes that write one log don't mix. The
-/// object is used by one thread at a time; its warning runs on a thread of its own, and one warning
-/// stands at a time in a process.
+/// warned, and the log goes on. Entries of several processes that write one log don't mix. Any
+/// thread may call `LogMessage`, several at once too; all else is for one thread at a time. The
+/// warning runs on a thread of its own, and one warning stands at a time in a process.
 class CDQLog : public CObject {
   DECLARE_SERIAL(CDQLog)
   /// Without a file: set the name and call `Initialize`. Such a log never warns.
@@ -44,7 +44,8 @@ class CDQLog : public CObject {
 
   /// Write one line: the short date and the time, two blanks, the text, CR LF. An empty text, or an
   /// id without a string, writes nothing. The last two fill %1 and %2. Throw a `CFileException` if
-  /// the system refuses the write.
+  /// the system refuses the write. The date is laid out once a millisecond, so a locale that
+  /// changes shows from the next one on.
   void LogMessage(UINT stringId);
   void LogMessage(const CString& text);
   void LogMessage(UINT stringId, const char* arg);
@@ -66,10 +67,11 @@ class CDQLog : public CObject {
   void SetUseLog(bool use) { m_bUseLog = use; }
   /// Kilobytes until `Initialize` has run, bytes afterwards.
   DWORD GetMaxFileSize() const { return m_nMaxFileSize; }
-  void SetMaxFileSize(DWORD size) { m_nMaxFileSize = size; }
+  void SetMaxFileSize(DWORD size);
 
  private:
-  void DisplayWarningMessage();
+  /// `length` is the file's, right behind the line that has been written.
+  void DisplayWarningMessage(std::uint64_t length);
 
   CString m_strLogFileName;
   bool m_bUseLog = true;
@@ -77,6 +79,8 @@ class CDQLog : public CObject {
   std::unique_ptr<CFile> m_pFile;
   /// Shared with the warning's thread, which may outlive the log.
   std::shared_ptr<detail::LogWarning> m_pWarning;
+  /// Tells this log from every other of the process, and from itself with another maximum.
+  std::uint64_t m_nSerial;
 };
 
 /// Appends one entry, of two lines, to a log file: date and time, then the text. `maxKilobytes`

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <mutex>
+#include <thread>
 
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/base/resource_module.h"
@@ -109,6 +110,8 @@ TEST_F(LogTest, WritesOneStampedLineAnEntryBehindWhatIsThere) {
   log.LogMessage("");
   log.LogMessage(50999);
   log.LogMessage(50100);
+  log.LogMessage(50999, "one");
+  log.LogMessage(50999, "one", "two");
   log.LogMessage(50101, "one");
   log.LogMessage(50101, "one", "two");
   log.SetUseLog(false);
@@ -229,29 +232,62 @@ TEST_F(LogTest, StaysWithItsFileWhenThatIsRotatedAwayOrRemoved) {
   EXPECT_EQ(directory_.Count(), 0U);
 }
 
-TEST_F(LogTest, TwoProcessesLoseNoLine) {
-  constexpr int kLines = 1000;
-  const auto write = [this](const char* text) {
+TEST_F(LogTest, TwoWritersLoseNoEntry) {
+  static constexpr int kEntries = 300;
+  const auto log_apart = [this](const char* text) {
     CDQLog log(path_.c_str(), 0, false);
-    for (int i = 0; i < kLines; ++i) log.LogMessage(text);
+    for (int i = 0; i < kEntries; ++i) log.LogMessage(text);
   };
-  test::ForkedProcess child([&] { write("child"); });
-  write("parent");
-  EXPECT_TRUE(child.EndsWell());
-  std::string text = directory_.Get("x.log");
-  int lines[2] = {};
-  for (bool found = true; found;) {
-    found = false;
-    for (const bool parent : {false, true}) {
-      const std::string line = Line(parent ? "parent" : "child");
-      if (!text.ends_with(line)) continue;
-      text.resize(text.size() - line.size());
-      ++lines[parent];
-      found = true;
+  const auto once = [this](const char* text) {
+    for (int done = 0; done < kEntries;) done += DQLIB_WriteLogFile(path_.c_str(), text, 0) == 1;
+  };
+  const auto expect_all = [this](const std::string& between) {
+    std::string text = directory_.Get("x.log");
+    int entries[2] = {};
+    for (const char* const writer : {"one", "two", "one"}) {
+      const std::string entry = kTime + between + writer + "\r\n";
+      for (std::size_t at = 0; (at = text.find(entry, at)) != text.npos;
+           text.erase(at, entry.size()))
+        ++entries[*writer == 't'];
     }
+    EXPECT_EQ(text, "");
+    EXPECT_THAT(entries, ::testing::ElementsAre(kEntries, kEntries));
+    std::filesystem::remove(path_);
+  };
+  for (const bool at_once : {false, true}) {
+    const auto write = [&](const char* text) { at_once ? once(text) : log_apart(text); };
+    test::ForkedProcess child([&] { write("one"); });
+    write("two");
+    EXPECT_TRUE(child.EndsWell());
+    expect_all(at_once ? "\r\n" : "  ");
   }
-  EXPECT_EQ(text, "");
-  EXPECT_THAT(lines, ::testing::ElementsAre(kLines, kLines));
+  CDQLog shared(path_.c_str(), 0, true);
+  const auto write = [&](const char* text) {
+    for (int i = 0; i < kEntries; ++i) shared.LogMessage(text);
+  };
+  std::thread other(write, "one");
+  write("two");
+  other.join();
+  expect_all("  ");
+}
+
+TEST_F(LogTest, WhatOthersWriteCountsFromTheNextMillisecondAtTheLatest) {
+  CDQLog log(path_.c_str(), 128 * 1024, true);
+  log.LogMessage("far from the maximum");
+  std::filesystem::resize_file(path_, 128 * 1024 * 1024);
+  ++clock_.local_time.wMilliseconds;
+  log.LogMessage("above");
+  standing_.AwaitBox(1);
+  standing_.Answer(BUTTON_OK);
+  log.WaitForWarning();
+  log.ClearLogFile();
+  log.SetMaxFileSize(0xFFFFFFFF);
+  log.LogMessage("far");
+  log.SetMaxFileSize(1);
+  log.LogMessage("above");
+  standing_.AwaitBox(2);
+  standing_.Answer(BUTTON_CANCEL);
+  log.WaitForWarning();
 }
 
 TEST_F(LogTest, WriteLogFileStartsOverAtItsLimit) {
