@@ -22,8 +22,13 @@ class PosixClock : public Clock {
   SYSTEMTIME LocalTime() override {
     timespec now{};
     clock_gettime(CLOCK_REALTIME, &now);
-    std::tm parts{};
-    localtime_r(&now.tv_sec, &parts);
+    // Who writes line after line asks for the same second again and again.
+    thread_local std::time_t second = -1;
+    thread_local std::tm parts{};
+    if (second != now.tv_sec) {
+      localtime_r(&now.tv_sec, &parts);
+      second = now.tv_sec;
+    }
     return {.wYear = static_cast<WORD>(parts.tm_year + 1900),
             .wMonth = static_cast<WORD>(parts.tm_mon + 1),
             .wDayOfWeek = static_cast<WORD>(parts.tm_wday),
