@@ -5,30 +5,27 @@
 #include <sstream>
 #include <vector>
 
+#include "tests/support/rows.h"
+
 namespace dq {
 namespace {
 
 CDQBigInt Big(const char* text) { return CDQBigInt(std::string(text)); }
 
 TEST(BigInt, TextsThatMakeNumbers) {
-  const struct {
-    const char* text;
-    const char* shown;
-    int number;
-  } cases[] = {
-      {"", "0", 0},
-      {"-", "0", 0},
-      {"-0", "0", 0},
-      {"000", "0", 0},
-      {"-007", "-7", -7},
-      {"123456", "123456", 123456},
-      {"1234567", "1234567", 234567},
-      {"-1234567", "-1234567", -234567},
-      {"-5-3", "-5-3", -473},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(Big(c.text).toString(), c.shown) << c.text;
-    EXPECT_EQ(static_cast<int>(Big(c.text)), c.number) << c.text;
+  for (const auto& [text, shown, number] : test::Rows<const char*, const char*, int>{
+           {"", "0", 0},
+           {"-", "0", 0},
+           {"-0", "0", 0},
+           {"000", "0", 0},
+           {"-007", "-7", -7},
+           {"123456", "123456", 123456},
+           {"1234567", "1234567", 234567},
+           {"-1234567", "-1234567", -234567},
+           {"-5-3", "-5-3", -473},
+       }) {
+    EXPECT_EQ(Big(text).toString(), shown) << text;
+    EXPECT_EQ(static_cast<int>(Big(text)), number) << text;
   }
   EXPECT_TRUE(Big("-0") == 0 && CDQBigInt() == Big(""));
   EXPECT_EQ(CDQBigInt(INT_MIN).toString(), "-2147483648");
@@ -62,33 +59,28 @@ TEST(BigInt, OrdersByValue) {
 }
 
 TEST(BigInt, DividesWithItsOwnRemainders) {
-  const struct {
-    const char* dividend;
-    const char* divisor;
-    const char* quotient;
-    const char* remainder;
-  } cases[] = {
-      {"7", "2", "3", "1"},
-      {"-7", "2", "-3", "-1"},
-      {"7", "-2", "-3", "-1"},
-      {"-7", "-2", "3", "1"},
-      {"10", "5", "2", "0"},
-      {"7", "7", "1", "0"},
-      {"7", "-7", "-1", "-0"},
-      {"-10", "5", "-2", "-0"},
-      // A smaller number leaves the larger one.
-      {"3", "5", "0", "5"},
-      {"-3", "5", "0", "-5"},
-      {"0", "5", "0", "5"},
-      {"0", "0", "1", "0"},
-      // The guess from two digits is too high, and 10.
-      {"100000000000000000000", "19999999999", "5000000000", "5000000000"},
-      {"899999999999", "90000000001", "9", "89999999990"},
-      {"1000000007000000049", "1000000007", "1000000000", "49"},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ((Big(c.dividend) / Big(c.divisor)).toString(), c.quotient) << c.dividend;
-    EXPECT_EQ((Big(c.dividend) % Big(c.divisor)).toString(), c.remainder) << c.dividend;
+  for (const auto& [dividend, divisor, quotient, remainder] :
+       test::Rows<const char*, const char*, const char*, const char*>{
+           {"7", "2", "3", "1"},
+           {"-7", "2", "-3", "-1"},
+           {"7", "-2", "-3", "-1"},
+           {"-7", "-2", "3", "1"},
+           {"10", "5", "2", "0"},
+           {"7", "7", "1", "0"},
+           {"7", "-7", "-1", "-0"},
+           {"-10", "5", "-2", "-0"},
+           // A smaller number leaves the larger one.
+           {"3", "5", "0", "5"},
+           {"-3", "5", "0", "-5"},
+           {"0", "5", "0", "5"},
+           {"0", "0", "1", "0"},
+           // The guess from two digits is too high, and 10.
+           {"100000000000000000000", "19999999999", "5000000000", "5000000000"},
+           {"899999999999", "90000000001", "9", "89999999990"},
+           {"1000000007000000049", "1000000007", "1000000000", "49"},
+       }) {
+    EXPECT_EQ((Big(dividend) / Big(divisor)).toString(), quotient) << dividend;
+    EXPECT_EQ((Big(dividend) % Big(divisor)).toString(), remainder) << dividend;
   }
 }
 
@@ -122,28 +114,17 @@ TEST(BigInt, IntOperandsGiveWhatNumbersGive) {
 
 TEST(BigInt, TakesItselfAsOperand) {
   for (const char* const text : {"5", "-95", "-12345678901234567890"}) {
-    CDQBigInt sum = Big(text);
-    EXPECT_EQ(sum += sum, Big(text) * 2);
-    CDQBigInt difference = Big(text);
-    EXPECT_EQ((difference -= difference).toString(), "0");
-    CDQBigInt product = Big(text);
-    EXPECT_EQ(product *= product, Big(text) * Big(text));
-    CDQBigInt quotient = Big(text);
-    EXPECT_EQ(quotient /= quotient, 1);
-    CDQBigInt remainder = Big(text);
-    EXPECT_EQ(remainder %= remainder, 0);
+    CDQBigInt x[] = {Big(text), Big(text), Big(text), Big(text), Big(text)};
+    EXPECT_EQ(x[0] += x[0], Big(text) * 2);
+    EXPECT_EQ((x[1] -= x[1]).toString(), "0");
+    EXPECT_EQ(x[2] *= x[2], Big(text) * Big(text));
+    EXPECT_EQ(x[3] /= x[3], 1);
+    EXPECT_EQ(x[4] %= x[4], 0);
   }
 }
 
 TEST(BigInt, TextsThatAreNoNumbersDoNoHarm) {
-  const char* const texts[] = {"x",
-                               "1-2",
-                               "/5",
-                               "\xFF\xFF",
-                               "::::",
-                               "a\x80"
-                               "9",
-                               "-/0"};
+  const char* const texts[] = {"x", "1-2", "/5", "\xFF\xFF", "::::", "a\x80", "-/0"};
   for (const char* const left : texts) {
     for (const char* const right : texts) {
       CDQBigInt number = Big(left);

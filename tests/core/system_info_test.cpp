@@ -6,6 +6,7 @@
 #include "dqlib/framework/windows/win_app.h"
 #include "tests/support/manual_clock.h"
 #include "tests/support/memory_registry.h"
+#include "tests/support/rows.h"
 #include "tests/support/scripted_locale.h"
 #include "tests/support/scripted_platform.h"
 #include "tests/support/scripted_prompts.h"
@@ -48,6 +49,7 @@ TEST_F(SystemInfoTest, ReadsTheVersionOrShowsWhyNot) {
   EXPECT_TRUE(!info.IsWindows95() && CDQSystemInfo::IsWindowsNT() && !info.IsTerminalServer());
   EXPECT_TRUE(prompts.shown.empty());
   EXPECT_TRUE(CDQSystemInfo::IsSufficientResources());
+  EXPECT_STREQ(CDQSystemInfo::GetComputerName(), "\\\\TIGER");
 
   platform_.facts.version = platform::Error{platform::ErrorKind::kOther, 5};
   platform_.errors.texts[5] = "No version";
@@ -104,10 +106,6 @@ TEST_F(SystemInfoTest, NamesFoldersByTheApplication) {
   }
 }
 
-TEST_F(SystemInfoTest, GivesTheMachineTheLookOfAShare) {
-  EXPECT_STREQ(CDQSystemInfo::GetComputerName(), "\\\\TIGER");
-}
-
 TEST_F(SystemInfoTest, WritesDatesAndTimesByTheUsersLocale) {
   locale_.items = {{LOCALE_SSHORTDATE, "dd.MM.yy"},
                    {LOCALE_SLONGDATE, "dddd, d. MMMM yyyy"},
@@ -140,12 +138,14 @@ TEST_F(SystemInfoTest, WritesDatesAndTimesByTheUsersLocale) {
 }
 
 TEST_F(SystemInfoTest, MillisecondsGoBehindTheSecondsUnlessTheyAreThere) {
-  const struct {
-    const char* time;
-    int place;
-  } cases[] = {{"12:34:56", 8}, {"1:2:3 PM", 5}, {"12:34:56.789", -1}, {"1.2.2001 1:2", 12},
-               {"", -1},        {"12", -1},      {nullptr, -1}};
-  for (const auto& c : cases) EXPECT_EQ(CDQSystemInfo::GetMilliSecPos(c.time), c.place);
+  for (const auto& [time, place] : test::Rows<const char*, int>{{"12:34:56", 8},
+                                                                {"1:2:3 PM", 5},
+                                                                {"12:34:56.789", -1},
+                                                                {"1.2.2001 1:2", 12},
+                                                                {"", -1},
+                                                                {"12", -1},
+                                                                {nullptr, -1}})
+    EXPECT_EQ(CDQSystemInfo::GetMilliSecPos(time), place);
 }
 
 }  // namespace

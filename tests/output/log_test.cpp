@@ -12,6 +12,7 @@
 #include "tests/support/forked_process.h"
 #include "tests/support/forwarding_files.h"
 #include "tests/support/manual_clock.h"
+#include "tests/support/rows.h"
 #include "tests/support/scripted_locale.h"
 #include "tests/support/scripted_prompts.h"
 #include "tests/support/temp_directory.h"
@@ -40,7 +41,9 @@ class StandingPrompts : public platform::Prompts {
     std::unique_lock lock(mutex_);
     changed_.wait(lock, [&] { return boxes_.size() >= count; });
   }
-  void Answer(BoxButton button) {
+  /// Answers once so many boxes have been shown.
+  void Answer(std::size_t count, BoxButton button) {
+    AwaitBox(count);
     const std::lock_guard lock(mutex_);
     answer_ = button;
     changed_.notify_all();
@@ -156,8 +159,7 @@ TEST_F(LogTest, WarnsWhenTheFileIsLargerThanItsLimitOnly) {
     CDQLog silent(path_.c_str(), 1, false);
     log.LogMessage("text");
     if (excess != 0) {
-      standing_.AwaitBox(1);
-      standing_.Answer(BUTTON_OK);
+      standing_.Answer(1, BUTTON_OK);
     }
     log.WaitForWarning();
     silent.LogMessage("text");
@@ -181,12 +183,11 @@ TEST_F(LogTest, OneWarningStandsWhileTheLogGoesOn) {
   write();
   write();
   EXPECT_EQ(standing_.boxes().size(), 1U);
-  standing_.Answer(BUTTON_OK);
+  standing_.Answer(1, BUTTON_OK);
   log->WaitForWarning();
 
   write();  // OK has armed it again.
-  standing_.AwaitBox(2);
-  standing_.Answer(BUTTON_CANCEL);
+  standing_.Answer(2, BUTTON_CANCEL);
   log->WaitForWarning();
   write();  // Cancel has silenced it.
   log->WaitForWarning();
@@ -200,9 +201,8 @@ TEST_F(LogTest, OneWarningStandsWhileTheLogGoesOn) {
   log.reset();
   other.LogMessage("text");
   EXPECT_EQ(standing_.boxes().size(), 3U);
-  standing_.Answer(BUTTON_OK);
-  standing_.AwaitBox(4);
-  standing_.Answer(BUTTON_CANCEL);
+  standing_.Answer(3, BUTTON_OK);
+  standing_.Answer(4, BUTTON_CANCEL);
   other.WaitForWarning();
   EXPECT_EQ(directory_.Get("x.log"), written + Line("text"));
 }
@@ -277,45 +277,38 @@ TEST_F(LogTest, WhatOthersWriteCountsFromTheNextMillisecondAtTheLatest) {
   std::filesystem::resize_file(path_, 128 * 1024 * 1024);
   ++clock_.local_time.wMilliseconds;
   log.LogMessage("above");
-  standing_.AwaitBox(1);
-  standing_.Answer(BUTTON_OK);
+  standing_.Answer(1, BUTTON_OK);
   log.WaitForWarning();
   log.ClearLogFile();
   log.SetMaxFileSize(0xFFFFFFFF);
   log.LogMessage("far");
   log.SetMaxFileSize(1);
   log.LogMessage("above");
-  standing_.AwaitBox(2);
-  standing_.Answer(BUTTON_CANCEL);
+  standing_.Answer(2, BUTTON_CANCEL);
   log.WaitForWarning();
 }
 
 TEST_F(LogTest, WriteLogFileStartsOverAtItsLimit) {
   const std::string entry = std::string(kTime) + "\r\none\ntwo\r\n";
-  struct {
-    std::size_t size;
-    long maximum;
-    std::uint64_t found;
-    bool restarts;
-  } const cases[] = {
-      {1023, 1, 0, false},
-      {1024, 1, 0, true},
-      {1024, 0, 0, false},
-      {1024, -1, 0, false},
-      {1024, std::numeric_limits<long>::min(), 0, false},
-      {1024, std::numeric_limits<long>::max(), 0, false},
-      // What is above 32 bits is taken off.
-      {1024, 1, (1ULL << 32) + 1024, false},
-      {1024, 1, (1ULL << 32) + 1025, true},
-      {1024, 1, (1ULL << 32) - 1, true},
-  };
-  for (const auto& c : cases) {
-    const std::string old(c.size, '-');
+  for (const auto& [size, maximum, found, restarts] :
+       test::Rows<std::size_t, long, std::uint64_t, bool>{
+           {1023, 1, 0, false},
+           {1024, 1, 0, true},
+           {1024, 0, 0, false},
+           {1024, -1, 0, false},
+           {1024, std::numeric_limits<long>::min(), 0, false},
+           {1024, std::numeric_limits<long>::max(), 0, false},
+           // What is above 32 bits is taken off.
+           {1024, 1, (1ULL << 32) + 1024, false},
+           {1024, 1, (1ULL << 32) + 1025, true},
+           {1024, 1, (1ULL << 32) - 1, true},
+       }) {
+    const std::string old(size, '-');
     directory_.Put("x.log", old);
-    files_.found_size = c.found;
-    EXPECT_EQ(DQLIB_WriteLogFile(path_.c_str(), "one\ntwo", c.maximum), 1);
-    EXPECT_EQ(directory_.Get("x.log"), (c.restarts ? "" : old) + entry)
-        << c.size << ' ' << c.maximum << ' ' << c.found;
+    files_.found_size = found;
+    EXPECT_EQ(DQLIB_WriteLogFile(path_.c_str(), "one\ntwo", maximum), 1);
+    EXPECT_EQ(directory_.Get("x.log"), (restarts ? "" : old) + entry)
+        << size << ' ' << maximum << ' ' << found;
   }
 }
 
@@ -324,10 +317,10 @@ TEST_F(LogTest, WriteLogFileMakesTheFileOrSaysMinusOne) {
   EXPECT_EQ(directory_.Get("x.log"), std::string(kTime) + "\r\n\r\n");
   CFile held(path_.c_str(), CFile::modeWrite);
   EXPECT_EQ(DQLIB_WriteLogFile(path_.c_str(), "text", 0), -1) << "while another writes";
-  EXPECT_EQ(DQLIB_WriteLogFile(directory_.path().c_str(), "text", 0), -1);
-  EXPECT_EQ(DQLIB_WriteLogFile((directory_ / "no/x.log").c_str(), "text", 0), -1);
-  EXPECT_EQ(DQLIB_WriteLogFile("", "text", 0), -1);
-  EXPECT_EQ(DQLIB_WriteLogFile(nullptr, "text", 0), -1);
+  const std::string nowhere = directory_ / "no/x.log";
+  for (const char* const path :
+       {directory_.path().c_str(), nowhere.c_str(), "", static_cast<const char*>(nullptr)})
+    EXPECT_EQ(DQLIB_WriteLogFile(path, "text", 0), -1);
   EXPECT_EQ(DQLIB_WriteLogFile(path_.c_str(), nullptr, 0), -1);
 }
 

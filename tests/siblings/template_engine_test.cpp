@@ -5,6 +5,7 @@
 
 #include "gmock/gmock.h"
 #include "gtest/gtest.h"
+#include "tests/support/rows.h"
 
 namespace dq {
 namespace {
@@ -36,32 +37,28 @@ TEST_F(TemplateEngine, ReplacesVariablesAndReportsTheRest) {
   engine.SetVariable("$$self$$", "$$name$$");
   engine.SetVariable("$$null$$", nullptr);
   engine.SetVariable("$$$x$$", "dollar");
-  const struct {
-    const char* text;
-    std::string result;
-    std::vector<std::string> reports;
-  } cases[] = {
-      {nullptr, "", {}},
-      {"no marks, $1 $ each", "no marks, $1 $ each", {}},
-      {"$$name$$", "EMP", {}},
-      {"<$$name$$$$name$$.$$null$$>", "<EMPEMP.>", {}},
-      {"$$self$$", "$$name$$", {}},
-      {"$$Name$$", "$$Name$$", {Unknown("$$Name$$")}},
-      {"$$a$$ $$name$$ $$b$$", "$$a$$ EMP $$b$$", {Unknown("$$a$$"), Unknown("$$b$$")}},
-      {"$$name$$ $$open", "EMP $$open", {Malformed("$$name$$ $$open")}},
-      {"end$$", "end$$", {Malformed("end$$")}},
-      {"$$$$", "$$$$", {Unknown("$$$$")}},
-      {"$$$x$$", "dollar", {}},
-      {"$$name$$$", "EMP$", {}},
-      {"cost $$5 and $$name$$",
-       "cost $$5 and $$name$$",
-       {Unknown("$$5 and $$"), Malformed("cost $$5 and $$name$$")}},
-  };
-  for (const auto& each : cases) {
+  for (const auto& [text, result, expected] :
+       test::Rows<const char*, std::string, std::vector<std::string>>{
+           {nullptr, "", {}},
+           {"no marks, $1 $ each", "no marks, $1 $ each", {}},
+           {"$$name$$", "EMP", {}},
+           {"<$$name$$$$name$$.$$null$$>", "<EMPEMP.>", {}},
+           {"$$self$$", "$$name$$", {}},
+           {"$$Name$$", "$$Name$$", {Unknown("$$Name$$")}},
+           {"$$a$$ $$name$$ $$b$$", "$$a$$ EMP $$b$$", {Unknown("$$a$$"), Unknown("$$b$$")}},
+           {"$$name$$ $$open", "EMP $$open", {Malformed("$$name$$ $$open")}},
+           {"end$$", "end$$", {Malformed("end$$")}},
+           {"$$$$", "$$$$", {Unknown("$$$$")}},
+           {"$$$x$$", "dollar", {}},
+           {"$$name$$$", "EMP$", {}},
+           {"cost $$5 and $$name$$",
+            "cost $$5 and $$name$$",
+            {Unknown("$$5 and $$"), Malformed("cost $$5 and $$name$$")}},
+       }) {
     reports.clear();
-    SCOPED_TRACE(each.result);
-    EXPECT_EQ(engine.ResolveVariableString(each.text), each.result.c_str());
-    EXPECT_THAT(reports, ElementsAreArray(each.reports));
+    SCOPED_TRACE(result);
+    EXPECT_EQ(engine.ResolveVariableString(text), result.c_str());
+    EXPECT_THAT(reports, ElementsAreArray(expected));
   }
 }
 
