@@ -34,7 +34,9 @@ Modules::~Modules() = default;
 Network::~Network() = default;
 Processes::~Processes() = default;
 ProfileFiles::~ProfileFiles() = default;
+DialogView::~DialogView() = default;
 Prompts::~Prompts() = default;
+void Prompts::RunDialog(DialogView&) {}
 Registry::~Registry() = default;
 SystemErrors::~SystemErrors() = default;
 SystemFacts::~SystemFacts() = default;

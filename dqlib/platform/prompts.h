@@ -5,6 +5,7 @@
 #include <span>
 #include <string_view>
 
+#include "dqlib/platform/dialog_view.h"
 #include "dqlib/platform/types.h"
 
 namespace dq {
@@ -59,6 +60,10 @@ class Prompts {
   /// and returns the `BoxButton` pressed. `help_id` names the help topic of the box; 0 and -1 are
   /// none.
   virtual int Show(std::string_view caption, std::string_view text, UINT type, UINT help_id) = 0;
+
+  /// Runs the open dialog until it is closed, or there is nobody who answers; the dialog cancels
+  /// what is left open. The base leaves it at once.
+  virtual void RunDialog(DialogView& dialog);
 };
 
 }  // namespace platform

@@ -14,7 +14,9 @@ class CountingWnd : public CWnd {
   int count = 0;
 
  private:
-  LRESULT WindowProc(UINT, WPARAM, LPARAM) override { return ++count; }
+  LRESULT WindowProc(UINT message, WPARAM, LPARAM) override {
+    return message == WM_CREATE ? 0 : ++count;
+  }
 };
 
 /// Modules that put the program at a path of the test's.
@@ -90,7 +92,7 @@ TEST(WorkerThread, SendsToTheMainWindowOfTheThreadThatBeganItWhileThatJoins) {
         EXPECT_EQ(AfxGetMainWnd(), parameter);
         EXPECT_NE(AfxGetThread(), nullptr);
         EXPECT_NE(AfxGetThread(), AfxGetApp());
-        for (int round = 1; round <= 50; ++round) EXPECT_EQ(AfxGetMainWnd()->SendMessage(1), round);
+        for (int round = 1; round <= 50; ++round) EXPECT_EQ(AfxGetMainWnd()->SendMessage(WM_APP), round);
         return 0;
       },
       &window);

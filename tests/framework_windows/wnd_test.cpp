@@ -17,8 +17,15 @@ class TestWnd : public CWnd {
  public:
   using Handler = std::function<LRESULT(UINT, WPARAM, LPARAM)>;
 
-  explicit TestWnd(Handler handler = {}) : handler_(std::move(handler)) { CreateWnd("Test"); }
-  ~TestWnd() override { DestroyWindow(); }
+  /// The handler gets neither the first message nor the last one.
+  explicit TestWnd(Handler handler = {}) {
+    CreateWnd("Test");
+    handler_ = std::move(handler);
+  }
+  ~TestWnd() override {
+    handler_ = nullptr;
+    DestroyWindow();
+  }
 
  private:
   LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
@@ -28,7 +35,7 @@ class TestWnd : public CWnd {
   Handler handler_;
 };
 
-void PumpUntil(const std::atomic<bool>& done) {
+void PumpSentUntil(const std::atomic<bool>& done) {
   while (!done) {
     if (PumpSentMessages() == 0) std::this_thread::yield();
   }
@@ -116,7 +123,7 @@ TEST(Wnd, SendersAreReleasedWhenTheWindowEndsUnpumped) {
     for (int wait = 0; wait < round; ++wait) std::this_thread::yield();
     window.DestroyWindow();
     first.join();
-    PumpUntil(other_answered);  // the other window's sender still gets its answer
+    PumpSentUntil(other_answered);  // the other window's sender still gets its answer
     second.join();
   }
 }
@@ -161,7 +168,7 @@ TEST(Wnd, ThreadsThatSendToEachOtherServeEachOther) {
       EXPECT_EQ(SendToWindow(other.handle, 0, 5, 0), 6);
     }
     self.done = true;
-    PumpUntil(other.done);
+    PumpSentUntil(other.done);
   };
   std::thread left(run, 0);
   std::thread right(run, 1);
@@ -208,7 +215,7 @@ TEST(Wnd, ExceptionOfAServedHandlerWaitsForTheAnswerToTheOwnSend) {
       return partner_answered = true;
     });
     partner = mine.GetSafeHwnd();
-    PumpUntil(done);
+    PumpSentUntil(done);
   });
   while (partner == nullptr) std::this_thread::yield();
   EXPECT_THROW(SendToWindow(partner, 1, 0, 0), std::runtime_error);

@@ -21,6 +21,7 @@ class MainWindow : public CWnd {
  public:
   MainWindow() {
     CreateWnd("TestMainWindow");
+    messages.clear();
     app.m_pMainWnd = this;
   }
 

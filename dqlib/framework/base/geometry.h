@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include <algorithm>
+
 #include "dqlib/platform/types.h"
 
 namespace dq {
@@ -52,5 +54,20 @@ struct CRect {
   }
   friend bool operator==(const CRect&, const CRect&) = default;
 };
+
+/// What both rectangles cover; all 0 if that has no area.
+inline CRect Intersect(const CRect& a, const CRect& b) {
+  const CRect both{std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
+                   std::min(a.bottom, b.bottom)};
+  return both.IsRectEmpty() ? CRect{} : both;
+}
+
+/// The smallest rectangle with both; one without area doesn't count.
+inline CRect Unite(const CRect& a, const CRect& b) {
+  if (a.IsRectEmpty()) return b.IsRectEmpty() ? CRect{} : b;
+  if (b.IsRectEmpty()) return a;
+  return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
+          std::max(a.bottom, b.bottom)};
+}
 
 }  // namespace dq

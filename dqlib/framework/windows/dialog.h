@@ -43,7 +43,9 @@ class CDialog : public CWnd {
   void PrevDlgCtrl();
   void GotoDlgCtrl(CWnd* control);
 
-  BOOL DestroyWindow() override;
+  /// What the dialog doesn't handle goes on to its parent or owner, and to the thread, unless it is
+  /// a command of one of its own buttons.
+  BOOL OnCmdMsg(UINT id, int code, void* extra, void* handler_info) override;
 
  protected:
   /// Called when the controls are there, before the dialog is shown; the base moves the variables
@@ -54,16 +56,14 @@ class CDialog : public CWnd {
   /// The base closes with `IDCANCEL`.
   virtual void OnCancel();
 
-  BOOL OnCommand(WPARAM wparam, LPARAM lparam) override;
-  BOOL OnCmdMsg(UINT id, int code, void* extra, void* handler_info) override;
+  bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override;
   LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
 
  private:
   class View;
 
   bool Open(const DialogTemplate& dialog, CWnd* parent, bool child);
-  void MakeControls(const DialogTemplate& dialog);
-  int RunModal(CWnd* parent);
+  int RunModal(const DialogTemplate& dialog, CWnd* parent);
   void RunUntilClosed();
 
   UINT template_id_ = 0;
@@ -71,6 +71,8 @@ class CDialog : public CWnd {
   std::unique_ptr<DialogTemplate> own_template_;
   std::vector<std::unique_ptr<CWnd>> controls_;
   bool running_ = false;
+  /// The first control gets the focus when the dialog is shown.
+  bool first_focus_ = false;
   bool closed_ = false;
   int result_ = -1;
 };

@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include <memory>
+
 #include "dqlib/framework/windows/menu.h"
 #include "dqlib/framework/windows/wnd.h"
 
@@ -48,39 +50,57 @@ class CMDIChildWnd;
 /// A frame with child frames in its client window, one of them active.
 class CMDIFrameWnd : public CFrameWnd {
   DECLARE_DYNCREATE(CMDIFrameWnd)
+  CMDIFrameWnd();
+  ~CMDIFrameWnd() override;
 
   /// The window that the child frames lie in; made with the first of them.
   CWnd* GetMDIClient();
   /// The active child frame, or null.
   CMDIChildWnd* MDIGetActive() const;
-  /// Makes the child frame the active one: the former gets `WM_MDIACTIVATE` and then the new one,
-  /// each with the handles of both, former first.
+  /// Makes the child frame the active one, by sending the client window `WM_MDIACTIVATE` with its
+  /// handle. Then the former child frame and the new one get that message with the handles of both,
+  /// the former first.
   void MDIActivate(CMDIChildWnd* child);
   /// The next child frame in order becomes active.
   void MDINext();
   CFrameWnd* GetActiveFrame() override;
 
+  /// Commands go to the active child frame first.
   BOOL OnCmdMsg(UINT id, int code, void* extra, void* handler_info) override;
+
+ protected:
+  LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
 
  private:
   friend class CMDIChildWnd;
-  CWnd client_;
+  class Client;
+
+  void Activate(CMDIChildWnd* child);
+
+  std::unique_ptr<Client> client_;
   HWND active_child_ = nullptr;
 };
 
 /// A child frame.
 class CMDIChildWnd : public CFrameWnd {
   DECLARE_DYNCREATE(CMDIChildWnd)
+  CMDIChildWnd() = default;
+  ~CMDIChildWnd() override;
 
   /// Makes it in the parent's client window and makes it the active one.
   bool Create(const char* class_name, const char* caption, const CRect& place,
               CMDIFrameWnd* parent);
   CMDIFrameWnd* GetMDIFrame() const;
-  /// Ends the child frame; the next one becomes active.
+  /// Ends the child frame by sending the client window `WM_MDIDESTROY` with its handle; the next
+  /// one becomes active.
   void MDIDestroy();
   void MDIActivate();
 
-  BOOL DestroyWindow() override;
+  /// Commands go to the active view and then to the child frame.
+  BOOL OnCmdMsg(UINT id, int code, void* extra, void* handler_info) override;
+
+ protected:
+  LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
 };
 
 }  // namespace dq

@@ -11,9 +11,9 @@
 //
 //   bool CGoDlg::CallMapped(const HandlerKey& key, HandlerArguments& arguments) {
 //     static constexpr MessageMapEntry kEntries[] = {
-//         OnCommand<&CGoDlg::OnBrowse>(204),
-//         OnUpdateCommand<&CGoDlg::OnUpdateBrowse>(204),
-//         OnMessage<&CGoDlg::OnDone>(WM_APP + 1),
+//         CommandEntry<&CGoDlg::OnBrowse>(204),
+//         UpdateEntry<&CGoDlg::OnUpdateBrowse>(204),
+//         MessageEntry<&CGoDlg::OnDone>(WM_APP + 1),
 //     };
 //     return CallEntry(kEntries, *this, key, arguments) || CDialog::CallMapped(key, arguments);
 //   }
@@ -73,32 +73,36 @@ struct ClassOfMember<Result (Class::*)(Arguments...)> {
   using type = Class;
 };
 
+/// Calls a handler that commands or notifications go to; false if it declines.
+template <auto handler, typename Class, typename... Arguments>
+bool CallOrDecline(Class& object, Arguments... arguments) {
+  if constexpr (std::is_void_v<decltype((object.*handler)(arguments...))>) {
+    (object.*handler)(arguments...);
+    return true;
+  } else {
+    return (object.*handler)(arguments...) != 0;
+  }
+}
+
 /// Calls a handler with what its signature takes: nothing, the id, the `CCmdUI`, the header of a
 /// notification with a place for the result, or both arguments of the message. One that returns a
 /// BOOL declines by 0; one for a message returns the message's result.
 template <auto handler>
 bool CallHandler(CCmdTarget& target, UINT id, HandlerArguments& arguments) {
-  using Class = typename ClassOfMember<decltype(handler)>::type;
+  using Handler = decltype(handler);
+  using Class = typename ClassOfMember<Handler>::type;
   Class& object = static_cast<Class&>(target);
-  const auto call = [&](auto... values) {
-    if constexpr (std::is_void_v<decltype((object.*handler)(values...))>) {
-      (object.*handler)(values...);
-      return true;
-    } else {
-      return (object.*handler)(values...) != 0;
-    }
-  };
-  if constexpr (std::is_invocable_r_v<LRESULT, decltype(handler), Class&, WPARAM, LPARAM>) {
+  if constexpr (std::is_invocable_r_v<LRESULT, Handler, Class&, WPARAM, LPARAM>) {
     arguments.result = (object.*handler)(arguments.wparam, arguments.lparam);
     return true;
-  } else if constexpr (std::is_invocable_v<decltype(handler), Class&, NMHDR*, LRESULT*>) {
-    return call(arguments.header, &arguments.result);
-  } else if constexpr (std::is_invocable_v<decltype(handler), Class&, CCmdUI*>) {
-    return call(arguments.ui);
-  } else if constexpr (std::is_invocable_v<decltype(handler), Class&, UINT>) {
-    return call(id);
+  } else if constexpr (std::is_invocable_v<Handler, Class&, NMHDR*, LRESULT*>) {
+    return CallOrDecline<handler>(object, arguments.header, &arguments.result);
+  } else if constexpr (std::is_invocable_v<Handler, Class&, CCmdUI*>) {
+    return CallOrDecline<handler>(object, arguments.ui);
+  } else if constexpr (std::is_invocable_v<Handler, Class&, UINT>) {
+    return CallOrDecline<handler>(object, id);
   } else {
-    return call();
+    return CallOrDecline<handler>(object);
   }
 }
 
@@ -107,39 +111,39 @@ bool CallHandler(CCmdTarget& target, UINT id, HandlerArguments& arguments) {
 /// A command of a menu, a tool bar or a button: `void f()`, `void f(UINT id)`, or with a BOOL
 /// result, by which it declines.
 template <auto handler>
-constexpr MessageMapEntry OnCommandRange(UINT first_id, UINT last_id) {
+constexpr MessageMapEntry CommandRangeEntry(UINT first_id, UINT last_id) {
   return {WM_COMMAND, CN_COMMAND, first_id, last_id, &detail::CallHandler<handler>};
 }
 template <auto handler>
-constexpr MessageMapEntry OnCommand(UINT id) {
-  return OnCommandRange<handler>(id, id);
+constexpr MessageMapEntry CommandEntry(UINT id) {
+  return CommandRangeEntry<handler>(id, id);
 }
 
 /// The update of what shows a command: `void f(CCmdUI*)`.
 template <auto handler>
-constexpr MessageMapEntry OnUpdateCommandRange(UINT first_id, UINT last_id) {
+constexpr MessageMapEntry UpdateRangeEntry(UINT first_id, UINT last_id) {
   return {WM_COMMAND, CN_UPDATE_COMMAND_UI, first_id, last_id, &detail::CallHandler<handler>};
 }
 template <auto handler>
-constexpr MessageMapEntry OnUpdateCommand(UINT id) {
-  return OnUpdateCommandRange<handler>(id, id);
+constexpr MessageMapEntry UpdateEntry(UINT id) {
+  return UpdateRangeEntry<handler>(id, id);
 }
 
 /// A notification of a control to its parent by `WM_COMMAND`: as a command.
 template <auto handler>
-constexpr MessageMapEntry OnControl(int code, UINT id) {
+constexpr MessageMapEntry ControlEntry(int code, UINT id) {
   return {WM_COMMAND, code, id, id, &detail::CallHandler<handler>};
 }
 
 /// A notification by `WM_NOTIFY`: `void f(NMHDR*, LRESULT*)`.
 template <auto handler>
-constexpr MessageMapEntry OnNotification(int code, UINT id) {
+constexpr MessageMapEntry NotificationEntry(int code, UINT id) {
   return {WM_NOTIFY, code, id, id, &detail::CallHandler<handler>};
 }
 
 /// A message: `LRESULT f(WPARAM, LPARAM)`.
 template <auto handler>
-constexpr MessageMapEntry OnMessage(UINT message) {
+constexpr MessageMapEntry MessageEntry(UINT message) {
   return {message, 0, 0, 0, &detail::CallHandler<handler>};
 }
 

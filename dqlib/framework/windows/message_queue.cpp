@@ -1,12 +1,15 @@
 #include "dqlib/framework/windows/message_queue.h"
 
+#include <algorithm>
 #include <bit>
+#include <chrono>
 #include <exception>
-#include <optional>
+#include <limits>
 #include <unordered_map>
 #include <utility>
 
 #include "dqlib/framework/windows/wnd.h"
+#include "dqlib/platform/platform.h"
 
 namespace dq {
 namespace {
@@ -14,11 +17,24 @@ namespace {
 /// Handles count up from here, so that a small number is never one by chance.
 constexpr std::uintptr_t kFirstHandle = 0x10000;
 
+/// Bounds of a timer's interval: shorter ones would keep the thread busy, and longer ones couldn't
+/// be told from the past on a clock that wraps.
+constexpr UINT kShortestInterval = 10;
+constexpr UINT kLongestInterval = std::numeric_limits<std::int32_t>::max();
+
 struct WindowRecord {
   CWnd* window = nullptr;
   MessageQueue* owner = nullptr;
   std::string class_name;
+  /// How many of its messages are in the owner's queue, and of its timers.
+  std::size_t posted = 0;
+  std::size_t timers = 0;
 };
+
+DWORD Now() { return platform::Current().clock->TickCount(); }
+
+/// Milliseconds from one reading of the clock to another, negative if that lies before.
+std::int32_t Between(DWORD from, DWORD to) { return static_cast<std::int32_t>(to - from); }
 
 }  // namespace
 
@@ -38,7 +54,7 @@ struct MessageQueue::Shared {
   std::uintptr_t next_handle = kFirstHandle;
 
   /// With the lock held: the live window of the handle, or null.
-  const WindowRecord* Find(HWND window) const {
+  WindowRecord* Find(HWND window) {
     const auto found = windows.find(window);
     return found == windows.end() ? nullptr : &found->second;
   }
@@ -74,9 +90,14 @@ HWND MessageQueue::AddWindow(CWnd* window, std::string class_name) {
   if (owner == nullptr) return nullptr;
   const Lock lock(All().mutex);
   const HWND handle = std::bit_cast<HWND>(All().next_handle++);
-  All().windows[handle] = {window, owner, std::move(class_name)};
+  All().windows[handle] = {window, owner, std::move(class_name), 0, 0};
   ++owner->windows_;
   return handle;
+}
+
+void MessageQueue::ReplaceWindow(HWND handle, CWnd* window) {
+  const Lock lock(All().mutex);
+  if (WindowRecord* const record = All().Find(handle)) record->window = window;
 }
 
 bool MessageQueue::RemoveWindow(HWND window) {
@@ -90,8 +111,16 @@ bool MessageQueue::RemoveWindow(HWND window) {
     CompleteLocked(sent->answered);
     return true;
   });
+  owner.Forget(window, record->posted, record->timers);
   All().windows.erase(window);
   return true;
+}
+
+void MessageQueue::Forget(HWND window, std::size_t posted, std::size_t timers) {
+  if (posted > 0)
+    std::erase_if(posted_, [=](const MSG& message) { return message.hwnd == window; });
+  if (timers > 0)
+    std::erase_if(timers_, [=](const Timer& timer) { return timer.window == window; });
 }
 
 CWnd* MessageQueue::FindWindow(HWND window) {
@@ -125,6 +154,95 @@ LRESULT MessageQueue::Send(HWND window, UINT message, WPARAM wparam, LPARAM lpar
   record->owner->wake_.notify_one();
   own->WaitLocked(lock, sent.answered);
   return sent.result;
+}
+
+bool MessageQueue::Post(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+  const Lock lock(All().mutex);
+  WindowRecord* const record = All().Find(window);
+  if (record == nullptr) return false;
+  record->owner->posted_.push_back({window, message, wparam, lparam});
+  ++record->posted;
+  record->owner->wake_.notify_one();
+  return true;
+}
+
+bool MessageQueue::SetTimer(HWND window, UINT id, UINT milliseconds) {
+  const DWORD interval = std::clamp(milliseconds, kShortestInterval, kLongestInterval);
+  const DWORD due = Now() + interval;
+  const Lock lock(All().mutex);
+  WindowRecord* const record = All().Find(window);
+  if (record == nullptr) return false;
+  std::vector<Timer>& timers = record->owner->timers_;
+  const auto same = std::ranges::find_if(
+      timers, [=](const Timer& timer) { return timer.window == window && timer.id == id; });
+  if (same != timers.end()) {
+    *same = {window, id, interval, due};
+  } else {
+    timers.push_back({window, id, interval, due});
+    ++record->timers;
+  }
+  return true;
+}
+
+bool MessageQueue::KillTimer(HWND window, UINT id) {
+  const Lock lock(All().mutex);
+  WindowRecord* const record = All().Find(window);
+  if (record == nullptr || record->timers == 0) return false;
+  const std::size_t killed = std::erase_if(record->owner->timers_, [=](const Timer& timer) {
+    return timer.window == window && timer.id == id;
+  });
+  record->timers -= killed;
+  return killed > 0;
+}
+
+std::optional<MSG> MessageQueue::Take() {
+  ServeWaiting();
+  {
+    const Lock lock(All().mutex);
+    if (!posted_.empty()) {
+      const MSG message = posted_.front();
+      posted_.pop_front();
+      if (WindowRecord* const record = All().Find(message.hwnd)) --record->posted;
+      return message;
+    }
+    if (quit_) {
+      const MSG message{nullptr, WM_QUIT, static_cast<WPARAM>(*quit_), 0};
+      quit_.reset();
+      return message;
+    }
+    if (timers_.empty()) return std::nullopt;
+  }
+  return TakeTimer();
+}
+
+std::optional<MSG> MessageQueue::TakeTimer() {
+  const DWORD now = Now();
+  const Lock lock(All().mutex);
+  const auto first = std::ranges::min_element(
+      timers_, {}, [=](const Timer& timer) { return Between(now, timer.due); });
+  if (first == timers_.end() || Between(now, first->due) > 0) return std::nullopt;
+  first->due += first->interval;
+  if (Between(now, first->due) <= 0) first->due = now + first->interval;
+  return MSG{first->window, WM_TIMER, first->id, 0};
+}
+
+DWORD MessageQueue::UntilNextTimer() const {
+  const DWORD now = Now();
+  std::int32_t wait = std::numeric_limits<std::int32_t>::max();
+  for (const Timer& timer : timers_) wait = std::min(wait, std::max(0, Between(now, timer.due)));
+  return static_cast<DWORD>(wait);
+}
+
+void MessageQueue::WaitForWork(DWORD milliseconds) {
+  Lock lock(All().mutex);
+  const DWORD wait = std::min(milliseconds, UntilNextTimer());
+  wake_.wait_for(lock, std::chrono::milliseconds(wait),
+                 [this] { return !sent_.empty() || !posted_.empty() || quit_.has_value(); });
+}
+
+void MessageQueue::PostQuit(int code) {
+  const Lock lock(All().mutex);
+  quit_ = code;
 }
 
 int MessageQueue::ServeWaiting() {

@@ -1,13 +1,15 @@
-// The messages that wait for a thread's windows, and the register of all windows.
+// The messages that wait for a thread's windows, its timers, and the register of all windows.
 
 #pragma once
 
 #include <condition_variable>
 #include <deque>
 #include <mutex>
+#include <optional>
 #include <string>
+#include <vector>
 
-#include "dqlib/platform/types.h"
+#include "dqlib/framework/windows/window_messages.h"
 
 namespace dq {
 
@@ -42,7 +44,10 @@ class MessageQueue {
 
   /// Enters a window of the calling thread and returns its handle; null if the thread has no queue.
   static HWND AddWindow(CWnd* window, std::string class_name);
-  /// Ends a handle and releases its senders with 0. False if it is dead already.
+  /// Another object becomes the window of a handle.
+  static void ReplaceWindow(HWND handle, CWnd* window);
+  /// Ends a handle, drops its timers and posted messages and releases its senders with 0. False if
+  /// it is dead already.
   static bool RemoveWindow(HWND window);
   /// The window of a handle, null if it is dead. Any thread; only the window's own may use it.
   static CWnd* FindWindow(HWND window);
@@ -53,10 +58,24 @@ class MessageQueue {
 
   /// Sends to a window of another thread and waits for its answer; 0 if it is dead or dies first.
   static LRESULT Send(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+  /// Queues for the window's thread. False if it is dead. Any thread.
+  static bool Post(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+
+  /// On the window's thread: starts a timer or starts it anew; false if the window is dead.
+  static bool SetTimer(HWND window, UINT id, UINT milliseconds);
+  static bool KillTimer(HWND window, UINT id);
 
   /// On the queue's thread: serves the messages that wait now, not those that come meanwhile, and
   /// returns how many there were.
   int ServeWaiting();
+  /// On the queue's thread: serves what others have sent, and takes the next message out: a posted
+  /// one, then `WM_QUIT` if the thread shall end, then that of the timer which is due longest. No
+  /// value if nothing waits.
+  std::optional<MSG> Take();
+  /// Waits until there is something to serve or take, at most so many milliseconds.
+  void WaitForWork(DWORD milliseconds);
+  /// Has `Take` give `WM_QUIT` with the code once there is no posted message.
+  void PostQuit(int code);
 
   /// Waits on the calling thread until another has called `Complete`; one thread per completion.
   static void Wait(Completion& completion);
@@ -66,13 +85,26 @@ class MessageQueue {
   using Lock = std::unique_lock<std::mutex>;
   struct SentMessage;
   struct Shared;
+  struct Timer {
+    HWND window;
+    UINT id;
+    DWORD interval;
+    /// Reading of the platform's clock.
+    DWORD due;
+  };
 
   static Shared& All();
   static void CompleteLocked(Completion& completion);
   void ServeFirst(Lock& lock);
   void WaitLocked(Lock& lock, Completion& completion);
+  std::optional<MSG> TakeTimer();
+  DWORD UntilNextTimer() const;
+  void Forget(HWND window, std::size_t posted, std::size_t timers);
 
   std::deque<SentMessage*> sent_;
+  std::deque<MSG> posted_;
+  std::vector<Timer> timers_;
+  std::optional<int> quit_;
   std::condition_variable wake_;
   std::size_t windows_ = 0;
 };

@@ -1,5 +1,6 @@
 #include "dqlib/framework/windows/win_thread.h"
 
+#include <algorithm>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -10,14 +11,121 @@
 namespace dq {
 namespace {
 
+/// How long a condition may hold unnoticed, in milliseconds.
+constexpr DWORD kLongestWait = 100;
+
 thread_local CWinThread* t_thread = nullptr;
+
+enum class Pumped { kNothing, kMessage, kQuit };
+
+/// Handles the next message of the queue. `code` takes that of the thread's end.
+Pumped PumpOne(MessageQueue& queue, int& code) {
+  std::optional<MSG> message = queue.Take();
+  if (!message) return Pumped::kNothing;
+  if (message->message == WM_QUIT) {
+    code = static_cast<int>(message->wParam);
+    return Pumped::kQuit;
+  }
+  if (t_thread != nullptr && t_thread->PreTranslateMessage(&*message) != 0) return Pumped::kMessage;
+  if (CWnd* const window = MessageQueue::FindOwnWindow(message->hwnd)) {
+    window->WindowProc(message->message, message->wParam, message->lParam);
+  }
+  return Pumped::kMessage;
+}
+
+bool Idle(LONG count) { return t_thread != nullptr && t_thread->OnIdle(count) != 0; }
 
 }  // namespace
 
-IMPLEMENT_DYNAMIC(CWinThread, CObject)
+IMPLEMENT_DYNAMIC(CWinThread, CCmdTarget)
 
 CWinThread::~CWinThread() {
   if (t_thread == this) t_thread = nullptr;
+}
+
+int CWinThread::Run() {
+  MessageQueue* const queue = MessageQueue::Current();
+  if (queue == nullptr) return 0;
+  for (int code = 0, idled = 0;;) {
+    switch (PumpOne(*queue, code)) {
+      case Pumped::kQuit:
+        return code;
+      case Pumped::kMessage:
+        idled = 0;
+        break;
+      case Pumped::kNothing:
+        if (idled >= 0) idled = OnIdle(idled) != 0 ? idled + 1 : -1;
+        if (idled < 0) queue->WaitForWork(kForever);
+        break;
+    }
+  }
+}
+
+BOOL CWinThread::PreTranslateMessage(MSG* message) {
+  CWnd* window = MessageQueue::FindOwnWindow(message->hwnd);
+  while (window != nullptr) {
+    CWnd* const parent = window->GetParent();
+    if (window->PreTranslateMessage(message) != 0) return 1;
+    window = parent;
+  }
+  return 0;
+}
+
+BOOL CWinThread::OnIdle(LONG count) {
+  if (count == 0 && m_pMainWnd != nullptr) {
+    m_pMainWnd->SendMessage(WM_IDLEUPDATECMDUI, 1);
+    m_pMainWnd->SendMessageToDescendants(WM_IDLEUPDATECMDUI, 1);
+  }
+  return 0;
+}
+
+int PumpUntilIdle() {
+  MessageQueue* const queue = MessageQueue::Current();
+  if (queue == nullptr) return 0;
+  int handled = 0;
+  for (int code = 0, idled = 0;;) {
+    switch (PumpOne(*queue, code)) {
+      case Pumped::kQuit:
+        queue->PostQuit(code);
+        return handled;
+      case Pumped::kMessage:
+        ++handled;
+        idled = 0;
+        break;
+      case Pumped::kNothing:
+        if (!Idle(idled++)) return handled;
+        break;
+    }
+  }
+}
+
+bool PumpUntil(const std::function<bool()>& condition, DWORD milliseconds) {
+  MessageQueue* const queue = MessageQueue::Current();
+  platform::Clock& clock = *platform::Current().clock;
+  const DWORD start = clock.TickCount();
+  int code = 0;
+  int idled = 0;
+  while (!condition()) {
+    const DWORD passed = clock.TickCount() - start;
+    if (queue == nullptr || (milliseconds != kForever && passed >= milliseconds)) return false;
+    switch (PumpOne(*queue, code)) {
+      case Pumped::kQuit:
+        queue->PostQuit(code);
+        return false;
+      case Pumped::kMessage:
+        idled = 0;
+        break;
+      case Pumped::kNothing:
+        if (idled >= 0) idled = Idle(idled) ? idled + 1 : -1;
+        if (idled < 0) queue->WaitForWork(std::min(kLongestWait, milliseconds - passed));
+        break;
+    }
+  }
+  return true;
+}
+
+void PostQuitMessage(int code) {
+  if (MessageQueue* const queue = MessageQueue::Current()) queue->PostQuit(code);
 }
 
 CWinThread* AfxGetThread() { return t_thread; }

@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include <functional>
+#include <limits>
 #include <memory>
 
 #include "dqlib/framework/windows/wnd.h"
@@ -11,10 +13,20 @@ namespace dq {
 /// A thread that the framework knows. The program's first one is its `CWinApp` (see
 /// `win_app.h`); others are begun by
 /// `AfxBeginThread`.
-class CWinThread : public CObject {
+class CWinThread : public CCmdTarget {
   DECLARE_DYNAMIC(CWinThread)
   CWinThread() = default;
   ~CWinThread() override;
+
+  /// Handles messages until the thread is told to end by `PostQuitMessage`, and returns its code.
+  virtual int Run();
+  /// Looks at a queued message before it is dispatched; true keeps it from that. The base asks the
+  /// message's window and the windows above it.
+  virtual BOOL PreTranslateMessage(MSG* message);
+  /// Called each time there is no message left, with `count` from 0 on, until it returns 0 or
+  /// another message comes. The base has the main window and its descendants bring up to date what
+  /// shows commands (`WM_IDLEUPDATECMDUI`), on the first call.
+  virtual BOOL OnIdle(LONG count);
 
   /// The thread's main window, which application messages go to; null if it has none. A thread
   /// begun by another gets that one's, which must then outlive what the thread does. Not owned.
@@ -54,6 +66,22 @@ class WorkerThread {
 /// Runs `procedure(parameter)` on a new thread that the framework knows; its result is dropped. No
 /// thread if the procedure is null or the system can't have another.
 WorkerThread AfxBeginThread(UINT (*procedure)(void*), void* parameter);
+
+/// A wait without end.
+inline constexpr DWORD kForever = std::numeric_limits<DWORD>::max();
+
+/// Handles the calling thread's messages, and timers that are due, until there is nothing left and
+/// the thread has idled; returns how many it handled. Each is dropped if its window has ended. A
+/// thread that is told to end stays so, and handles nothing more here.
+int PumpUntilIdle();
+
+/// Handles messages as they come until `condition` holds: it is asked first, after each message,
+/// and at least every tenth of a second. False if the time is up first (by the platform's clock),
+/// or if the thread is told to end; then it stays so.
+bool PumpUntil(const std::function<bool()>& condition, DWORD milliseconds = kForever);
+
+/// Has the loop that runs on the calling thread end with the code, once no posted message is left.
+void PostQuitMessage(int code);
 
 /// Handles the messages that other threads have sent to windows of the calling thread and that
 /// wait; returns how many there were. What is sent meanwhile waits for the next call.

@@ -1,40 +1,466 @@
 #include "dqlib/framework/windows/wnd.h"
 
+#include <algorithm>
+#include <limits>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "dqlib/framework/windows/data_exchange.h"
+#include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/message_queue.h"
+#include "dqlib/framework/windows/screen.h"
+#include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/framework/windows/win_thread.h"
 
 namespace dq {
+namespace {
 
-IMPLEMENT_DYNAMIC(CWnd, CObject)
+/// Children that are looked at one by one before an index of them is made.
+constexpr int kWalkedChildren = 16;
+
+thread_local constinit detail::UiState t_ui;
+CSize g_screen{1920, 1080};
+
+LONG Clamp(long long value) {
+  return static_cast<LONG>(std::clamp<long long>(value, std::numeric_limits<LONG>::min(),
+                                                 std::numeric_limits<LONG>::max()));
+}
+
+bool IsOwn(const CWnd* window) {
+  return window != nullptr && MessageQueue::FindOwnWindow(window->GetSafeHwnd()) == window;
+}
+
+}  // namespace
+
+namespace detail {
+
+UiState& CurrentUi() { return t_ui; }
+
+}  // namespace detail
+
+/// The first child of each id. Ids that stand twice make it useless once a child goes.
+struct CWnd::ChildIndex {
+  std::unordered_map<int, CWnd*> first;
+  bool has_doubles = false;
+
+  void Add(CWnd* child) { has_doubles |= !first.emplace(child->id_, child).second; }
+};
+
+IMPLEMENT_DYNAMIC(CWnd, CCmdTarget)
+
+WindowObserver::~WindowObserver() = default;
+
+WindowObserver* GetWindowObserver() { return t_ui.observer; }
+
+WindowObserver* SetWindowObserver(WindowObserver* observer) {
+  return std::exchange(t_ui.observer, observer);
+}
+
+CSize GetScreenSize() { return g_screen; }
+
+void SetScreenSize(const CSize& size) { g_screen = size; }
+
+CWnd::CWnd() = default;
 
 CWnd::~CWnd() {
-  DestroyWindow();
+  CWnd::DestroyWindow();
+  // It may be ending already, in one of its own handlers.
+  if (m_hWnd != nullptr) TakeDownTree();
   CWinThread* const thread = AfxGetThread();
   if (thread != nullptr && thread->m_pMainWnd == this) thread->m_pMainWnd = nullptr;
 }
 
 bool CWnd::CreateWnd(const char* class_name) {
-  if (MessageQueue::FindWindow(m_hWnd) != nullptr) return false;
-  m_hWnd = MessageQueue::AddWindow(this, class_name == nullptr ? "" : class_name);
-  return m_hWnd != nullptr;
+  return CreateWnd(WindowCreation{.class_name = class_name == nullptr ? "" : class_name});
 }
 
-bool CWnd::DestroyWindow() { return MessageQueue::RemoveWindow(m_hWnd.exchange(nullptr)); }
+bool CWnd::CreateWnd(const WindowCreation& creation) {
+  if (MessageQueue::FindWindow(m_hWnd) != nullptr) return false;
+  for (const CWnd* above : {creation.parent, creation.owner}) {
+    if (above != nullptr && (!IsOwn(above) || above->destroying_)) return false;
+  }
+  m_hWnd = MessageQueue::AddWindow(this, std::string(creation.class_name));
+  if (m_hWnd == nullptr) return false;
+  class_name_ = creation.class_name;
+  id_ = creation.id;
+  visible_ = creation.visible;
+  enabled_ = creation.enabled;
+  place_ = creation.place;
+  state_ = SIZE_RESTORED;
+  placement_ = {};
+  OnSetText(std::string(creation.text).c_str());
+  Link(creation.parent, creation.parent == nullptr ? nullptr : creation.parent->last_child_);
+  if (creation.parent == nullptr && creation.owner != nullptr) {
+    owner_ = creation.owner;
+    next_owned_ = std::exchange(owner_->first_owned_, this);
+  }
+  const HWND made = m_hWnd;
+  const std::size_t ended = t_ui.ended;
+  Changed(WindowChange::kCreated);
+  const LRESULT result = WindowProc(WM_CREATE, 0, reinterpret_cast<LPARAM>(&creation));
+  if (ended != t_ui.ended && MessageQueue::FindOwnWindow(made) != this) return false;
+  if (result != -1) return true;
+  DestroyWindow();
+  return false;
+}
 
-LRESULT CWnd::SendMessage(UINT message, WPARAM wparam, LPARAM lparam) {
-  return SendToWindow(m_hWnd, message, wparam, lparam);
+BOOL CWnd::DestroyWindow() {
+  if (m_hWnd == nullptr || destroying_) return 0;
+  const HWND self = m_hWnd;
+  if (MessageQueue::FindOwnWindow(self) != this) {
+    // Its thread has ended, or another one drops it: nobody is left to be told.
+    TakeDownTree();
+    return 0;
+  }
+  destroying_ = true;
+  while (CWnd* const owned = first_owned_) {
+    first_owned_ = std::exchange(owned->next_owned_, nullptr);
+    owned->owner_ = nullptr;
+    owned->DestroyWindow();
+    if (MessageQueue::FindOwnWindow(self) != this) return 1;
+  }
+  std::vector<HWND> tree{self};
+  for (std::size_t at = 0; at < tree.size(); ++at) {
+    CWnd* const window = MessageQueue::FindOwnWindow(tree[at]);
+    if (window == nullptr) continue;
+    window->destroying_ = true;
+    window->WindowProc(WM_DESTROY, 0, 0);
+    // The handler may have ended it; what it had below is gone then.
+    if (MessageQueue::FindOwnWindow(tree[at]) != window) continue;
+    for (CWnd* child = window->first_child_; child != nullptr; child = child->next_) {
+      tree.push_back(child->m_hWnd);
+    }
+  }
+  if (MessageQueue::FindOwnWindow(self) == this) TakeDownTree();
+  return 1;
+}
+
+void CWnd::TakeDownTree() {
+  const HWND self = m_hWnd;
+  const bool was_alive = MessageQueue::FindOwnWindow(self) == this;
+  while (first_child_ != nullptr) {
+    CWnd* leaf = first_child_;
+    while (leaf->first_child_ != nullptr) leaf = leaf->first_child_;
+    leaf->TakeDown();
+    // The child's last call may have dropped this one.
+    if (was_alive && MessageQueue::FindOwnWindow(self) != this) return;
+  }
+  TakeDown();
+}
+
+void CWnd::TakeDown() {
+  while (CWnd* const owned = first_owned_) {
+    first_owned_ = std::exchange(owned->next_owned_, nullptr);
+    owned->owner_ = nullptr;
+  }
+  const HWND self = m_hWnd.exchange(nullptr);
+  for (HWND* const kept : {&t_ui.focus, &t_ui.capture, &t_ui.active}) {
+    if (*kept == self) *kept = nullptr;
+  }
+  Unlink();
+  destroying_ = false;
+  children_by_id_.reset();
+  const bool was_alive = MessageQueue::RemoveWindow(self);
+  ++t_ui.ended;
+  if (!was_alive) return;
+  Changed(WindowChange::kDestroyed);
+  PostNcDestroy();
 }
 
 CWnd* CWnd::FromHandle(HWND window) { return MessageQueue::FindWindow(window); }
 
-LRESULT CWnd::WindowProc(UINT, WPARAM, LPARAM) { return 0; }
+// ---- The tree
 
-LRESULT SendToWindow(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-  if (CWnd* own = MessageQueue::FindOwnWindow(window)) {
-    return own->WindowProc(message, wparam, lparam);
+void CWnd::Link(CWnd* parent, CWnd* after) {
+  parent_ = parent;
+  if (parent == nullptr) return;
+  previous_ = after;
+  next_ = after == nullptr ? parent->first_child_ : after->next_;
+  (previous_ == nullptr ? parent->first_child_ : previous_->next_) = this;
+  (next_ == nullptr ? parent->last_child_ : next_->previous_) = this;
+  if (parent->children_by_id_ == nullptr) return;
+  if (next_ == nullptr) {
+    parent->children_by_id_->Add(this);
+  } else {
+    parent->children_by_id_.reset();
   }
-  return MessageQueue::Send(window, message, wparam, lparam);
 }
+
+void CWnd::Unlink() {
+  if (owner_ != nullptr) {
+    CWnd** place = &owner_->first_owned_;
+    while (*place != nullptr && *place != this) place = &(*place)->next_owned_;
+    if (*place == this) *place = next_owned_;
+    owner_ = next_owned_ = nullptr;
+  }
+  if (parent_ == nullptr) return;
+  (previous_ == nullptr ? parent_->first_child_ : previous_->next_) = next_;
+  (next_ == nullptr ? parent_->last_child_ : next_->previous_) = previous_;
+  if (ChildIndex* const index = parent_->children_by_id_.get()) {
+    if (index->has_doubles) {
+      parent_->children_by_id_.reset();
+    } else {
+      index->first.erase(id_);
+    }
+  }
+  parent_ = next_ = previous_ = nullptr;
+}
+
+void CWnd::SetDlgCtrlID(int id) {
+  id_ = id;
+  if (parent_ != nullptr) parent_->children_by_id_.reset();
+}
+
+CWnd* CWnd::SetParent(CWnd* parent) {
+  if (m_hWnd == nullptr || parent == this || destroying_) return nullptr;
+  if (parent != nullptr && (!IsOwn(parent) || parent->destroying_ || IsChild(parent))) {
+    return nullptr;
+  }
+  CWnd* const former = parent_;
+  Unlink();
+  Link(parent, parent == nullptr ? nullptr : parent->last_child_);
+  Changed(WindowChange::kOrder);
+  return former;
+}
+
+CWnd* CWnd::GetTopLevelParent() {
+  CWnd* window = this;
+  while (window->parent_ != nullptr) window = window->parent_;
+  return window;
+}
+
+CFrameWnd* CWnd::GetParentFrame() const {
+  for (CWnd* above = parent_; above != nullptr; above = above->parent_) {
+    if (CFrameWnd* const frame = DYNAMIC_DOWNCAST(CFrameWnd, above)) return frame;
+  }
+  return nullptr;
+}
+
+CWnd* CWnd::GetDlgItem(int id) const {
+  if (children_by_id_ == nullptr) {
+    int walked = 0;
+    for (CWnd* child = first_child_; child != nullptr; child = child->next_) {
+      if (child->id_ == id) return child;
+      if (++walked == kWalkedChildren) break;
+    }
+    if (walked < kWalkedChildren) return nullptr;
+    children_by_id_ = std::make_unique<ChildIndex>();
+    for (CWnd* child = first_child_; child != nullptr; child = child->next_) {
+      children_by_id_->Add(child);
+    }
+  }
+  const auto found = children_by_id_->first.find(id);
+  return found == children_by_id_->first.end() ? nullptr : found->second;
+}
+
+bool CWnd::IsChild(const CWnd* other) const {
+  for (; other != nullptr; other = other->parent_) {
+    if (other->parent_ == this) return true;
+  }
+  return false;
+}
+
+void CWnd::SetWindowOrder(CWnd* after) {
+  if (parent_ == nullptr || after == this || (after != nullptr && after->parent_ != parent_)) {
+    return;
+  }
+  CWnd* const parent = parent_;
+  Unlink();
+  Link(parent, after);
+  Changed(WindowChange::kOrder);
+}
+
+// ---- Text and place
+
+void CWnd::SetWindowText(const char* text) {
+  OnSetText(text == nullptr ? "" : text);
+  if (m_hWnd != nullptr) Changed(WindowChange::kText);
+}
+
+void CWnd::MoveWindow(const CRect& place, bool repaint) {
+  MoveWindow(place.left, place.top, place.Width(), place.Height(), repaint);
+}
+
+void CWnd::MoveWindow(int x, int y, int width, int height, bool repaint) {
+  if (m_hWnd == nullptr) return;
+  const CRect place{x, y, Clamp(static_cast<long long>(x) + std::max(0, width)),
+                    Clamp(static_cast<long long>(y) + std::max(0, height))};
+  const bool moved = place.TopLeft() != place_.TopLeft();
+  const bool sized = place.Size() != place_.Size();
+  const HWND self = m_hWnd;
+  const std::size_t ended = t_ui.ended;
+  const auto gone = [&] {
+    return ended != t_ui.ended && MessageQueue::FindOwnWindow(self) != this;
+  };
+  if (moved || sized) {
+    place_ = place;
+    Changed(WindowChange::kRectangle);
+  }
+  if (moved) WindowProc(WM_MOVE, 0, MakeLParam(place.left, place.top));
+  if (gone()) return;
+  if (sized) SendSize();
+  if (!gone() && repaint) Invalidate();
+}
+
+void CWnd::SendSize() {
+  const CRect client = GetClientRect();
+  const bool iconic = IsIconic();
+  WindowProc(WM_SIZE, state_, iconic ? 0 : MakeLParam(client.right, client.bottom));
+}
+
+CRect CWnd::GetWindowRect() const {
+  CRect rect = place_;
+  for (const CWnd* above = parent_; above != nullptr; above = above->parent_) {
+    rect.OffsetRect(above->place_.left + above->frame_widths_.left,
+                    above->place_.top + above->frame_widths_.top);
+  }
+  return rect;
+}
+
+CRect CWnd::GetClientRect() const {
+  return {0, 0, std::max(0, place_.Width() - frame_widths_.left - frame_widths_.right),
+          std::max(0, place_.Height() - frame_widths_.top - frame_widths_.bottom)};
+}
+
+void CWnd::SetFrameWidths(const CRect& widths) {
+  if (m_hWnd == nullptr || widths == frame_widths_) return;
+  frame_widths_ = widths;
+  Changed(WindowChange::kRectangle);
+  SendSize();
+}
+
+CPoint CWnd::ClientToScreen(const CPoint& point) const {
+  const CRect rect = GetWindowRect();
+  return {point.x + rect.left + frame_widths_.left, point.y + rect.top + frame_widths_.top};
+}
+
+CPoint CWnd::ScreenToClient(const CPoint& point) const {
+  const CPoint origin = ClientToScreen({});
+  return {point.x - origin.x, point.y - origin.y};
+}
+
+CRect CWnd::ScreenToClient(const CRect& rect) const {
+  const CPoint origin = ClientToScreen({});
+  return {rect.left - origin.x, rect.top - origin.y, rect.right - origin.x, rect.bottom - origin.y};
+}
+
+void CWnd::Invalidate(bool erase) { InvalidateRect(GetClientRect(), erase); }
+
+void CWnd::InvalidateRect(const CRect& rect, bool erase) {
+  if (m_hWnd == nullptr) return;
+  const CRect part = Intersect(rect, GetClientRect());
+  update_ = Unite(update_, part);
+  erase_ = erase_ || erase;
+  Changed(WindowChange::kInvalidated);
+}
+
+CRect CWnd::GetUpdateRect(bool* erase) const {
+  if (erase != nullptr) *erase = erase_;
+  return update_;
+}
+
+void CWnd::ValidateRect() {
+  update_ = {};
+  erase_ = false;
+}
+
+void CWnd::SetMenu(CMenu* menu) {
+  if (m_hWnd == nullptr) return;
+  menu_ = menu;
+  Changed(WindowChange::kMenu);
+}
+
+// ---- Dialogs
+
+BOOL CWnd::UpdateData(BOOL save) {
+  if (m_hWnd == nullptr || exchanging_) return 0;
+  CDataExchange exchange(this, save != 0);
+  const HWND self = m_hWnd;
+  const std::size_t ended = t_ui.ended;
+  exchanging_ = true;
+  BOOL done = 1;
+  try {
+    DoDataExchange(&exchange);
+  } catch (const CException&) {
+    // Whoever failed has told the user.
+    done = 0;
+  } catch (...) {
+    exchanging_ = false;
+    throw;
+  }
+  if (ended != t_ui.ended && MessageQueue::FindOwnWindow(self) != this) return 0;
+  exchanging_ = false;
+  return done;
+}
+
+void CWnd::DoDataExchange(CDataExchange*) {}
+
+void CWnd::SetDlgItemText(int id, const char* text) {
+  if (CWnd* const control = GetDlgItem(id)) control->SetWindowText(text);
+}
+
+CString CWnd::GetDlgItemText(int id) const {
+  const CWnd* const control = GetDlgItem(id);
+  return control == nullptr ? CString() : control->GetWindowText();
+}
+
+void CWnd::SetDlgItemInt(int id, int value) { SetDlgItemText(id, std::to_string(value).c_str()); }
+
+void CWnd::CheckDlgButton(int id, int check) {
+  if (CWnd* const button = GetDlgItem(id)) {
+    button->SendMessage(BM_SETCHECK, static_cast<WPARAM>(check));
+  }
+}
+
+int CWnd::IsDlgButtonChecked(int id) const {
+  CWnd* const button = GetDlgItem(id);
+  return button == nullptr ? 0 : static_cast<int>(button->SendMessage(BM_GETCHECK));
+}
+
+void CWnd::CheckRadioButton(int first_id, int last_id, int id) {
+  for (int at = first_id; at <= last_id; ++at) CheckDlgButton(at, at == id ? 1 : 0);
+}
+
+int CWnd::GetCheckedRadioButton(int first_id, int last_id) const {
+  for (int at = first_id; at <= last_id; ++at) {
+    if (IsDlgButtonChecked(at) != 0) return at;
+  }
+  return 0;
+}
+
+bool CWnd::SubclassDlgItem(int id, CWnd* parent) {
+  CWnd* const former = parent == nullptr ? nullptr : parent->GetDlgItem(id);
+  if (m_hWnd != nullptr || former == nullptr || former->destroying_) return false;
+  OnSubclassed(*former);
+  text_ = former->text_;
+  class_name_ = former->class_name_;
+  id_ = former->id_;
+  place_ = former->place_;
+  frame_widths_ = former->frame_widths_;
+  placement_ = former->placement_;
+  state_ = former->state_;
+  visible_ = former->visible_;
+  enabled_ = former->enabled_;
+  CWnd* const after = former->previous_;
+  former->Unlink();
+  Link(parent, after);
+  parent->children_by_id_.reset();
+  for (CWnd* child = former->first_child_; child != nullptr; child = child->next_) {
+    child->parent_ = this;
+  }
+  first_child_ = std::exchange(former->first_child_, nullptr);
+  last_child_ = std::exchange(former->last_child_, nullptr);
+  former->children_by_id_.reset();
+  m_hWnd = former->m_hWnd.exchange(nullptr);
+  MessageQueue::ReplaceWindow(m_hWnd, this);
+  Changed(WindowChange::kReplaced);
+  return true;
+}
+
+void CWnd::Describe(platform::DialogControl&) const {}
+bool CWnd::Enter(std::string_view) { return false; }
+bool CWnd::Press() { return false; }
 
 int GetWindowClassName(HWND window, char* buffer, int size) {
   if (buffer == nullptr || size < 1) return 0;

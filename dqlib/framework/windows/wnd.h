@@ -254,6 +254,8 @@ class CWnd : public CCmdTarget {
   void Link(CWnd* parent, CWnd* after);
   void Unlink();
   void SetState(UINT state);
+  void SendSize();
+  void TakeDownTree();
   void TakeDown();
   static void LeaveFocus(const CWnd& window);
 

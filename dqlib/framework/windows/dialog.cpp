@@ -1,0 +1,275 @@
+#include "dqlib/framework/windows/dialog.h"
+
+#include <utility>
+
+#include "dqlib/framework/windows/dialog_controls.h"
+#include "dqlib/framework/windows/message_queue.h"
+#include "dqlib/framework/windows/screen.h"
+#include "dqlib/framework/windows/win_thread.h"
+#include "dqlib/platform/platform.h"
+
+namespace dq {
+namespace {
+
+constexpr const char kDialogClass[] = "#32770";
+
+/// Disables the window that a modal dialog belongs to, and enables it and makes it the active one
+/// again.
+class DisabledOwner {
+ public:
+  explicit DisabledOwner(CWnd* owner) {
+    if (owner == nullptr || !owner->IsWindowEnabled()) return;
+    owner_ = owner->GetSafeHwnd();
+    owner->EnableWindow(false);
+  }
+  DisabledOwner(const DisabledOwner&) = delete;
+  DisabledOwner& operator=(const DisabledOwner&) = delete;
+  ~DisabledOwner() {
+    CWnd* const owner = MessageQueue::FindOwnWindow(owner_);
+    if (owner == nullptr) return;
+    owner->EnableWindow(true);
+    if (MessageQueue::FindOwnWindow(owner_) == owner) owner->SetActiveWindow();
+  }
+
+ private:
+  HWND owner_ = nullptr;
+};
+
+/// The middle of the owner, or of the screen without one.
+CRect Centered(const CSize& size, const CWnd* owner) {
+  const CSize screen = GetScreenSize();
+  const CRect around =
+      owner == nullptr ? CRect{0, 0, screen.cx, screen.cy} : owner->GetWindowRect();
+  const LONG left = around.left + (around.Width() - size.cx) / 2;
+  const LONG top = around.top + (around.Height() - size.cy) / 2;
+  return {left, top, left + size.cx, top + size.cy};
+}
+
+bool TakesFocus(const CWnd& control) {
+  return control.IsShown() && control.IsWindowEnabled() &&
+         detail::KindOfControl(control) != platform::DialogControlKind::kText &&
+         detail::KindOfControl(control) != platform::DialogControlKind::kOther;
+}
+
+}  // namespace
+
+IMPLEMENT_DYNAMIC(CDialog, CWnd)
+
+/// The dialog as the prompts see it. It holds the handle, because handlers may end the dialog.
+class CDialog::View : public platform::DialogView {
+ public:
+  explicit View(CDialog& dialog) : dialog_(dialog), window_(dialog.GetSafeHwnd()) {}
+
+  std::string Caption() override {
+    return IsOpen() ? std::string(dialog_.GetWindowText()) : std::string();
+  }
+
+  std::vector<platform::DialogControl> Controls() override {
+    PumpUntilIdle();
+    if (!IsOpen()) return {};
+    return detail::DescribeControls(dialog_);
+  }
+
+  bool Enter(int id, std::string_view value) override {
+    CWnd* const control = Usable(id);
+    const bool taken = control != nullptr && control->Enter(value);
+    PumpUntilIdle();
+    return taken;
+  }
+
+  bool Press(int id) override {
+    CWnd* const control = Usable(id);
+    bool taken = control != nullptr && control->Press();
+    // A dialog without such a button takes the keys for it all the same.
+    if (!taken && IsOpen() && dialog_.GetDlgItem(id) == nullptr && (id == IDOK || id == IDCANCEL)) {
+      dialog_.SendMessage(WM_COMMAND, static_cast<WPARAM>(id));
+      taken = true;
+    }
+    PumpUntilIdle();
+    return taken;
+  }
+
+  bool IsOpen() override {
+    return MessageQueue::FindOwnWindow(window_) == &dialog_ && !dialog_.closed_;
+  }
+
+ private:
+  CWnd* Usable(int id) {
+    if (!IsOpen()) return nullptr;
+    CWnd* const control = detail::FindControl(dialog_, id);
+    if (control == nullptr || !control->IsWindowVisible()) return nullptr;
+    for (const CWnd* window = control; window != &dialog_; window = window->GetParent()) {
+      if (!window->IsWindowEnabled()) return nullptr;
+    }
+    return control;
+  }
+
+  CDialog& dialog_;
+  HWND window_;
+};
+
+CDialog::CDialog(UINT template_id, CWnd* parent)
+    : template_id_(template_id), modal_parent_(parent) {}
+
+CDialog::~CDialog() {
+  // While the controls are still there: their parent goes first.
+  CDialog::DestroyWindow();
+}
+
+void CDialog::InitModalIndirect(DialogTemplate dialog, CWnd* parent) {
+  own_template_ = std::make_unique<DialogTemplate>(std::move(dialog));
+  modal_parent_ = parent;
+}
+
+int CDialog::DoModal() {
+  if (running_ || GetSafeHwnd() != nullptr) return -1;
+  CWnd* const parent = modal_parent_ != nullptr ? modal_parent_ : AfxGetMainWnd();
+  if (own_template_ != nullptr) return RunModal(*own_template_, parent);
+  const std::optional<DialogTemplate> found = FindDialogTemplate(template_id_);
+  return found ? RunModal(*found, parent) : -1;
+}
+
+int CDialog::RunModal(const DialogTemplate& dialog, CWnd* parent) {
+  CWnd* const owner = parent == nullptr ? nullptr : parent->GetTopLevelParent();
+  // However the run is left, by an exception too.
+  struct End {
+    CDialog& dialog;
+    ~End() {
+      dialog.running_ = false;
+      dialog.DestroyWindow();
+      dialog.controls_.clear();
+    }
+  };
+  running_ = true;
+  closed_ = false;
+  result_ = IDCANCEL;
+  const DisabledOwner disabled(owner);
+  const End end{*this};
+  if (!Open(dialog, owner, false)) return closed_ ? result_ : -1;
+  if (!closed_) {
+    ShowWindow(SW_SHOW);
+    RunUntilClosed();
+  }
+  return result_;
+}
+
+void CDialog::RunUntilClosed() {
+  View view(*this);
+  const WindowObserver* const observer = GetWindowObserver();
+  if (observer != nullptr && observer->RunsDialogs()) {
+    PumpUntil([&view] { return !view.IsOpen(); });
+  } else {
+    platform::Current().prompts->RunDialog(view);
+  }
+  if (view.IsOpen()) OnCancel();
+  if (view.IsOpen()) EndDialog(IDCANCEL);
+}
+
+bool CDialog::Create(UINT template_id, CWnd* parent, bool child) {
+  const std::optional<DialogTemplate> found = FindDialogTemplate(template_id);
+  if (!found) return false;
+  template_id_ = template_id;
+  return CreateIndirect(*found, parent, child);
+}
+
+bool CDialog::CreateIndirect(const DialogTemplate& dialog, CWnd* parent, bool child) {
+  if (running_ || GetSafeHwnd() != nullptr || (child && parent == nullptr)) return false;
+  controls_.clear();
+  return Open(dialog, parent, child);
+}
+
+bool CDialog::Open(const DialogTemplate& dialog, CWnd* parent, bool child) {
+  WindowCreation creation{.class_name = kDialogClass, .text = dialog.caption, .visible = false};
+  if (child) {
+    creation.parent = parent;
+    creation.place = {0, 0, dialog.size.cx, dialog.size.cy};
+  } else {
+    creation.owner = parent;
+    creation.place = Centered(dialog.size, parent);
+  }
+  if (!CreateWnd(creation)) return false;
+  const HWND self = GetSafeHwnd();
+  detail::MakeControls(dialog, *this, controls_);
+  const bool choose_focus = OnInitDialog() != 0;
+  if (MessageQueue::FindOwnWindow(self) != this) return false;
+  if (choose_focus && !child) first_focus_ = true;
+  return true;
+}
+
+BOOL CDialog::OnInitDialog() {
+  UpdateData(0);
+  return 1;
+}
+
+void CDialog::EndDialog(int result) {
+  if (!running_) {
+    ShowWindow(SW_HIDE);
+  } else if (!closed_) {
+    closed_ = true;
+    result_ = result;
+  }
+}
+
+void CDialog::OnOK() {
+  if (UpdateData(1) != 0) EndDialog(IDOK);
+}
+
+void CDialog::OnCancel() { EndDialog(IDCANCEL); }
+
+bool CDialog::CallMapped(const HandlerKey& key, HandlerArguments& arguments) {
+  static constexpr MessageMapEntry kEntries[] = {
+      CommandEntry<&CDialog::OnOK>(IDOK),
+      CommandEntry<&CDialog::OnCancel>(IDCANCEL),
+  };
+  return CallEntry(kEntries, *this, key, arguments) || CWnd::CallMapped(key, arguments);
+}
+
+BOOL CDialog::OnCmdMsg(UINT id, int code, void* extra, void* handler_info) {
+  if (CWnd::OnCmdMsg(id, code, extra, handler_info) != 0) return 1;
+  if (code != CN_COMMAND && code != CN_UPDATE_COMMAND_UI) return 0;
+  // What a dialog doesn't handle itself is no command of others while the id is one of its buttons.
+  if (GetDlgItem(static_cast<int>(id)) != nullptr && code == CN_COMMAND) return 0;
+  CWnd* const above = GetParent() != nullptr ? GetParent() : GetOwner();
+  if (above != nullptr && above->OnCmdMsg(id, code, extra, handler_info) != 0) return 1;
+  CWinThread* const thread = AfxGetThread();
+  return thread == nullptr ? 0 : thread->OnCmdMsg(id, code, extra, handler_info);
+}
+
+LRESULT CDialog::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
+  if (message == WM_CLOSE) {
+    OnCancel();
+    return 0;
+  }
+  if (message == WM_SHOWWINDOW && wparam != 0 && std::exchange(first_focus_, false)) {
+    NextDlgCtrl();
+  }
+  return CWnd::DefWindowProc(message, wparam, lparam);
+}
+
+void CDialog::NextDlgCtrl() {
+  CWnd* const focus = GetFocus();
+  const bool inside = focus != nullptr && focus->GetParent() == this;
+  CWnd* control = inside ? focus : nullptr;
+  do {
+    control = control == nullptr ? GetTopWindow() : control->GetNextWindow();
+    if (control != nullptr && TakesFocus(*control)) break;
+    if (control == nullptr && !inside) return;
+  } while (control != focus);
+  if (control != nullptr) control->SetFocus();
+}
+
+void CDialog::PrevDlgCtrl() {
+  CWnd* const focus = GetFocus();
+  CWnd* last = nullptr;
+  for (CWnd* control = GetTopWindow(); control != nullptr; control = control->GetNextWindow()) {
+    if (control == focus && last != nullptr) break;
+    if (TakesFocus(*control)) last = control;
+  }
+  if (last != nullptr) last->SetFocus();
+}
+
+void CDialog::GotoDlgCtrl(CWnd* control) {
+  if (control != nullptr) control->SetFocus();
+}
+
+}  // namespace dq

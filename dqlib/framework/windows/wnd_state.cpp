@@ -1,0 +1,174 @@
+// Windows: visibility, enabling, focus, and the state that a placement describes.
+
+#include <algorithm>
+
+#include "dqlib/framework/windows/message_queue.h"
+#include "dqlib/framework/windows/screen.h"
+#include "dqlib/framework/windows/ui_state.h"
+#include "dqlib/framework/windows/wnd.h"
+
+namespace dq {
+namespace {
+
+/// What a show command asks for.
+struct Showing {
+  bool visible = true;
+  /// A `SizeType`, or -1 to keep the state.
+  int state = -1;
+  bool activate = true;
+};
+
+Showing ShowingOf(int command) {
+  switch (command) {
+    case SW_HIDE:
+      return {.visible = false, .activate = false};
+    case SW_SHOWNORMAL:
+    case SW_RESTORE:
+      return {.state = SIZE_RESTORED};
+    case SW_SHOWNOACTIVATE:
+      return {.state = SIZE_RESTORED, .activate = false};
+    case SW_SHOWMAXIMIZED:
+      return {.state = SIZE_MAXIMIZED};
+    case SW_SHOWMINIMIZED:
+    case SW_MINIMIZE:
+    case SW_SHOWMINNOACTIVE:
+      return {.state = SIZE_MINIMIZED, .activate = false};
+    case SW_SHOWNA:
+      return {.activate = false};
+    default:
+      return {};
+  }
+}
+
+/// Hands one of the thread's single places, as the focus, to a window; returns the former one.
+CWnd* Hand(HWND& place, HWND window) {
+  CWnd* const former = MessageQueue::FindOwnWindow(place);
+  place = window;
+  return former;
+}
+
+}  // namespace
+
+bool CWnd::IsWindowVisible() const {
+  if (m_hWnd == nullptr) return false;
+  const CWnd* window = this;
+  while (window != nullptr && window->visible_) window = window->parent_;
+  return window == nullptr;
+}
+
+bool CWnd::ShowWindow(int command) {
+  if (m_hWnd == nullptr) return false;
+  const Showing showing = ShowingOf(command);
+  const bool was_visible = visible_;
+  const HWND self = m_hWnd;
+  const auto gone = [&] { return MessageQueue::FindOwnWindow(self) != this; };
+  if (visible_ != showing.visible) {
+    visible_ = showing.visible;
+    if (!visible_) LeaveFocus(*this);
+    if (gone()) return was_visible;
+    Changed(WindowChange::kShown);
+    WindowProc(WM_SHOWWINDOW, visible_ ? 1 : 0, 0);
+  }
+  if (!gone() && showing.state >= 0) SetState(static_cast<UINT>(showing.state));
+  if (!gone() && showing.activate && parent_ == nullptr) SetActiveWindow();
+  return was_visible;
+}
+
+void CWnd::SetState(UINT state) {
+  if (state == state_) return;
+  if (state_ == SIZE_RESTORED) placement_.rcNormalPosition = place_;
+  state_ = state;
+  if (state == SIZE_MAXIMIZED) {
+    const CSize screen = GetScreenSize();
+    place_ = parent_ != nullptr ? parent_->GetClientRect() : CRect{0, 0, screen.cx, screen.cy};
+  } else {
+    place_ = placement_.rcNormalPosition;
+  }
+  Changed(WindowChange::kRectangle);
+  SendSize();
+}
+
+bool CWnd::GetWindowPlacement(WINDOWPLACEMENT* placement) const {
+  if (m_hWnd == nullptr || placement == nullptr) return false;
+  *placement = placement_;
+  placement->length = sizeof(WINDOWPLACEMENT);
+  if (state_ == SIZE_RESTORED) placement->rcNormalPosition = place_;
+  placement->showCmd = state_ == SIZE_RESTORED    ? SW_SHOWNORMAL
+                       : state_ == SIZE_MINIMIZED ? SW_SHOWMINIMIZED
+                                                  : SW_SHOWMAXIMIZED;
+  return true;
+}
+
+bool CWnd::SetWindowPlacement(const WINDOWPLACEMENT* placement) {
+  if (m_hWnd == nullptr || placement == nullptr) return false;
+  if (placement->length != sizeof(WINDOWPLACEMENT)) return false;
+  const HWND self = m_hWnd;
+  const WINDOWPLACEMENT wanted = *placement;
+  placement_ = wanted;
+  if (state_ == SIZE_RESTORED) MoveWindow(wanted.rcNormalPosition);
+  if (MessageQueue::FindOwnWindow(self) == this) ShowWindow(static_cast<int>(wanted.showCmd));
+  return true;
+}
+
+bool CWnd::EnableWindow(bool enable) {
+  if (m_hWnd == nullptr) return false;
+  const bool was_disabled = !enabled_;
+  if (enabled_ == enable) return was_disabled;
+  const HWND self = m_hWnd;
+  enabled_ = enable;
+  if (!enable) LeaveFocus(*this);
+  if (MessageQueue::FindOwnWindow(self) != this) return was_disabled;
+  Changed(WindowChange::kEnabled);
+  WindowProc(WM_ENABLE, enable ? 1 : 0, 0);
+  return was_disabled;
+}
+
+void CWnd::LeaveFocus(const CWnd& window) {
+  CWnd* const focus = GetFocus();
+  if (focus == nullptr || (focus != &window && !window.IsChild(focus))) return;
+  detail::CurrentUi().focus = nullptr;
+  focus->Changed(WindowChange::kFocus);
+  focus->WindowProc(WM_KILLFOCUS, 0, 0);
+}
+
+CWnd* CWnd::SetFocus() {
+  CWnd* const former = GetFocus();
+  if (m_hWnd == nullptr || former == this) return former;
+  for (const CWnd* window = this; window != nullptr; window = window->parent_) {
+    if (!window->visible_ || !window->enabled_ || window->destroying_) return former;
+  }
+  const HWND self = m_hWnd;
+  const HWND other = detail::CurrentUi().focus;
+  detail::CurrentUi().focus = self;
+  if (former != nullptr) {
+    former->Changed(WindowChange::kFocus);
+    former->WindowProc(WM_KILLFOCUS, reinterpret_cast<WPARAM>(self), 0);
+  }
+  // The former one's handler may have moved the focus on, or ended windows.
+  if (detail::CurrentUi().focus == self && MessageQueue::FindOwnWindow(self) == this) {
+    Changed(WindowChange::kFocus);
+    WindowProc(WM_SETFOCUS, reinterpret_cast<WPARAM>(other), 0);
+  }
+  return MessageQueue::FindOwnWindow(other);
+}
+
+CWnd* CWnd::GetFocus() { return MessageQueue::FindOwnWindow(detail::CurrentUi().focus); }
+
+CWnd* CWnd::SetCapture() {
+  return m_hWnd == nullptr ? GetCapture() : Hand(detail::CurrentUi().capture, m_hWnd);
+}
+
+CWnd* CWnd::GetCapture() { return MessageQueue::FindOwnWindow(detail::CurrentUi().capture); }
+
+void CWnd::ReleaseCapture() { detail::CurrentUi().capture = nullptr; }
+
+CWnd* CWnd::SetActiveWindow() {
+  if (m_hWnd == nullptr || detail::CurrentUi().active == m_hWnd) return GetActiveWindow();
+  CWnd* const former = Hand(detail::CurrentUi().active, m_hWnd);
+  Changed(WindowChange::kActive);
+  return former;
+}
+
+CWnd* CWnd::GetActiveWindow() { return MessageQueue::FindOwnWindow(detail::CurrentUi().active); }
+
+}  // namespace dq

@@ -1,0 +1,292 @@
+#include <functional>
+#include <gtest/gtest.h>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "dqlib/framework/windows/frame_wnd.h"
+#include "dqlib/framework/windows/screen.h"
+#include "tests/support/main_window.h"
+
+namespace dq {
+namespace {
+
+/// Every message that test windows get, as "id:message".
+using Log = std::vector<std::string>;
+
+/// A window that keeps what it is sent and runs a handler of the test's for a message.
+class LogWnd : public CWnd {
+ public:
+  LogWnd(Log& log, CWnd* parent, int id) : log_(log) {
+    CreateWnd({.class_name = "Test", .place = {0, 0, 100, 50}, .parent = parent, .id = id});
+    log_.clear();
+  }
+  ~LogWnd() override { DestroyWindow(); }
+
+  std::map<UINT, std::function<void()>> on;
+  int ended = 0;
+
+  LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
+    log_.push_back(std::to_string(GetDlgCtrlID()) + ":" + std::to_string(message));
+    const auto handler = on.find(message);
+    if (handler != on.end()) handler->second();
+    return CWnd::WindowProc(message, wparam, lparam);
+  }
+  void PostNcDestroy() override { ++ended; }
+
+ private:
+  Log& log_;
+};
+
+TEST(WindowTree, KeepsChildrenInOrderAndFindsThemByTheirIds) {
+  Log log;
+  LogWnd top(log, nullptr, 1);
+  std::vector<std::unique_ptr<LogWnd>> children;
+  for (int id = 0; id < 100; ++id) children.push_back(std::make_unique<LogWnd>(log, &top, id % 60));
+  EXPECT_EQ(top.GetDlgItem(7), children[7].get()) << "the first of two";
+  children[7]->SetWindowOrder(children[99].get());
+  EXPECT_EQ(top.GetDlgItem(7), children[67].get());
+  children[67].reset();
+  EXPECT_EQ(top.GetDlgItem(7), children[7].get());
+  children[7]->SetDlgCtrlID(777);
+  EXPECT_EQ(top.GetDlgItem(7), nullptr);
+  EXPECT_EQ(top.GetDlgItem(777), children[7].get());
+  int count = 0;
+  for (const CWnd* child = top.GetTopWindow(); child != nullptr; child = child->GetNextWindow()) {
+    ++count;
+    EXPECT_EQ(child->GetParent(), &top);
+    EXPECT_TRUE(child->GetNextWindow() == nullptr ||
+                child->GetNextWindow()->GetPrevWindow() == child);
+  }
+  EXPECT_EQ(count, 99);
+  EXPECT_EQ(top.SetParent(children[3].get()), nullptr) << "not below itself";
+  EXPECT_EQ(top.GetParent(), nullptr);
+  EXPECT_EQ(children[3]->SetParent(children[4].get()), &top);
+  EXPECT_TRUE(top.IsChild(children[3].get()));
+  EXPECT_EQ(children[3]->GetTopLevelParent(), &top);
+}
+
+TEST(WindowTree, EndsParentsFirstAndTellsTheLastToChildren) {
+  Log log;
+  LogWnd top(log, nullptr, 1);
+  LogWnd left(log, &top, 2);
+  LogWnd inner(log, &left, 3);
+  LogWnd right(log, &top, 4);
+  CWnd owned;
+  ASSERT_TRUE(owned.CreateWnd({.class_name = "Popup", .owner = &top}));
+  top.on[WM_DESTROY] = [&] {
+    EXPECT_FALSE(top.DestroyWindow()) << "it is ending already";
+    EXPECT_EQ(top.GetDlgItem(4), &right) << "the children are still there";
+    CWnd late;
+    EXPECT_FALSE(late.CreateWnd({.class_name = "Late", .parent = &top}));
+  };
+  left.on[WM_DESTROY] = [&] { right.DestroyWindow(); };
+  log.clear();
+  EXPECT_TRUE(top.DestroyWindow());
+  EXPECT_EQ(log, (Log{"1:2", "2:2", "4:2", "3:2"}));
+  for (const LogWnd* window : {&top, &left, &inner, &right}) {
+    EXPECT_EQ(window->GetSafeHwnd(), nullptr);
+    EXPECT_EQ(window->ended, 1);
+  }
+  EXPECT_EQ(owned.GetSafeHwnd(), nullptr);
+}
+
+TEST(WindowTree, ObjectsMayGoInAnyOrderAndInTheirOwnHandlers) {
+  Log log;
+  auto top = std::make_unique<LogWnd>(log, nullptr, 1);
+  auto child = std::make_unique<LogWnd>(log, top.get(), 2);
+  auto inner = std::make_unique<LogWnd>(log, child.get(), 3);
+  top->on[WM_DESTROY] = [&] { inner.reset(); };
+  child->on[WM_SIZE] = [&] { top->DestroyWindow(); };
+  child->MoveWindow(1, 2, 30, 40);
+  EXPECT_EQ(inner, nullptr);
+  EXPECT_EQ(child->GetSafeHwnd(), nullptr);
+  top = std::make_unique<LogWnd>(log, nullptr, 1);
+  child = std::make_unique<LogWnd>(log, top.get(), 2);
+  child->on[WM_DESTROY] = [&] { top.reset(); };
+  top->DestroyWindow();
+  EXPECT_EQ(top, nullptr);
+  EXPECT_EQ(child->GetSafeHwnd(), nullptr);
+}
+
+TEST(WindowTree, SendsToDescendantsThatAreStillThere) {
+  Log log;
+  LogWnd top(log, nullptr, 1);
+  LogWnd first(log, &top, 2);
+  LogWnd inner(log, &first, 3);
+  LogWnd second(log, &top, 4);
+  LogWnd third(log, &top, 5);
+  top.SendMessageToDescendants(WM_APP);
+  EXPECT_EQ(log, (Log{"2:32768", "3:32768", "4:32768", "5:32768"}));
+  inner.on[WM_USER] = [&] { second.DestroyWindow(); };
+  log.clear();
+  top.SendMessageToDescendants(WM_USER);
+  EXPECT_EQ(log, (Log{"2:1024", "3:1024", "4:2", "5:1024"}));
+}
+
+TEST(WindowTree, RectanglesFollowParentsAndFrames) {
+  Log log;
+  LogWnd top(log, nullptr, 1);
+  LogWnd child(log, &top, 2);
+  LogWnd inner(log, &child, 3);
+  top.SetFrameWidths({4, 20, 4, 4});
+  top.MoveWindow(100, 200, 300, 150);
+  child.MoveWindow(10, 10, 80, -5);
+  inner.MoveWindow({1, 2, 11, 22});
+  EXPECT_EQ(top.GetClientRect(), (CRect{0, 0, 292, 126}));
+  EXPECT_EQ(child.GetWindowRect(), (CRect{114, 230, 194, 230})) << "a negative height counts as 0";
+  EXPECT_EQ(inner.GetWindowRect(), (CRect{115, 232, 125, 252}));
+  EXPECT_EQ(top.ScreenToClient(inner.GetWindowRect()), (CRect{11, 12, 21, 32}));
+  log.clear();
+  child.MoveWindow(10, 10, 80, 0);
+  EXPECT_EQ(log, Log{}) << "nothing has changed";
+  child.MoveWindow(11, 10, 80, 0);
+  child.MoveWindow(11, 10, 90, 7);
+  EXPECT_EQ(log, (Log{"2:3", "2:5"}));
+  child.MoveWindow(2147483000, 0, 2147483000, 1);
+  EXPECT_EQ(child.GetPlace().right, 2147483647);
+}
+
+TEST(WindowTree, FocusGoesToWhatIsVisibleAndEnabled) {
+  Log log;
+  LogWnd top(log, nullptr, 1);
+  LogWnd child(log, &top, 2);
+  LogWnd other(log, &top, 3);
+  child.SetFocus();
+  EXPECT_EQ(CWnd::GetFocus(), &child);
+  log.clear();
+  EXPECT_EQ(other.SetFocus(), &child);
+  EXPECT_EQ(log, (Log{"2:8", "3:7"}));
+  child.EnableWindow(false);
+  child.SetFocus();
+  EXPECT_EQ(CWnd::GetFocus(), &other);
+  EXPECT_TRUE(top.ShowWindow(SW_HIDE));
+  EXPECT_EQ(CWnd::GetFocus(), nullptr) << "it was below a window that is hidden";
+  EXPECT_FALSE(other.IsWindowVisible());
+  EXPECT_TRUE(other.IsShown());
+  top.ShowWindow(SW_SHOW);
+  // A handler that moves the focus on has the last word.
+  other.on[WM_KILLFOCUS] = [&] { top.SetFocus(); };
+  other.SetFocus();
+  child.EnableWindow();
+  child.SetFocus();
+  EXPECT_EQ(CWnd::GetFocus(), &top);
+  top.DestroyWindow();
+  EXPECT_EQ(CWnd::GetFocus(), nullptr);
+}
+
+TEST(WindowTree, PlacementKeepsTheNormalRectangle) {
+  Log log;
+  LogWnd top(log, nullptr, 1);
+  top.MoveWindow(10, 20, 300, 200);
+  top.ShowWindow(SW_SHOWMAXIMIZED);
+  EXPECT_TRUE(top.IsZoomed());
+  EXPECT_EQ(top.GetWindowRect().Size(), GetScreenSize());
+  WINDOWPLACEMENT placement;
+  ASSERT_TRUE(top.GetWindowPlacement(&placement));
+  EXPECT_EQ(placement.showCmd, SW_SHOWMAXIMIZED);
+  EXPECT_EQ(placement.rcNormalPosition, (CRect{10, 20, 310, 220}));
+  top.ShowWindow(SW_MINIMIZE);
+  log.clear();
+  top.ShowWindow(SW_RESTORE);
+  EXPECT_EQ(top.GetWindowRect(), (CRect{10, 20, 310, 220}));
+  EXPECT_EQ(log, (Log{"1:5"}));
+  placement.rcNormalPosition = {1, 2, 31, 42};
+  EXPECT_TRUE(top.SetWindowPlacement(&placement));
+  EXPECT_TRUE(top.IsZoomed());
+  top.ShowWindow(SW_SHOWNORMAL);
+  EXPECT_EQ(top.GetWindowRect(), (CRect{1, 2, 31, 42}));
+  placement.length = 40;
+  EXPECT_FALSE(top.SetWindowPlacement(&placement));
+  EXPECT_FALSE(CWnd().GetWindowPlacement(&placement));
+}
+
+// ---- Commands
+
+constexpr UINT kOpen = 40001;
+constexpr UINT kClose = 40002;
+
+/// A target with handlers for two commands, which counts what it handles.
+class Target : public CWnd {
+ public:
+  Target() { CreateWnd("Target"); }
+  int opened = 0;
+  int messages = 0;
+  bool enabled = true;
+  bool takes = true;
+
+ protected:
+  bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override {
+    static constexpr MessageMapEntry kEntries[] = {
+        CommandEntry<&Target::OnOpen>(kOpen),
+        UpdateEntry<&Target::OnUpdateOpen>(kOpen),
+        CommandRangeEntry<&Target::OnRange>(kClose, kClose + 9),
+        MessageEntry<&Target::OnApp>(WM_APP + 7),
+    };
+    return CallEntry(kEntries, *this, key, arguments) || CWnd::CallMapped(key, arguments);
+  }
+
+ private:
+  void OnOpen() { ++opened; }
+  void OnUpdateOpen(CCmdUI* ui) { ui->Enable(enabled ? 1 : 0); }
+  BOOL OnRange(UINT id) {
+    if (takes) opened += static_cast<int>(id);
+    return takes ? 1 : 0;
+  }
+  LRESULT OnApp(WPARAM wparam, LPARAM lparam) {
+    ++messages;
+    return static_cast<LRESULT>(wparam) + lparam;
+  }
+};
+
+TEST(Commands, GoToTheActiveViewThenTheFrameThenTheApplication) {
+  testing::MainWindow main;
+  CFrameWnd frame;
+  ASSERT_TRUE(frame.Create("Frame", "caption", {0, 0, 10, 10}));
+  Target view;
+  frame.SetActiveView(&view);
+  EXPECT_TRUE(frame.OnCmdMsg(kOpen, CN_COMMAND, nullptr, nullptr));
+  frame.SendMessage(WM_COMMAND, kOpen);
+  EXPECT_EQ(view.opened, 2);
+  int asked = 0;
+  EXPECT_TRUE(frame.OnCmdMsg(kClose + 9, CN_COMMAND, nullptr, &asked));
+  EXPECT_FALSE(frame.OnCmdMsg(kClose + 10, CN_COMMAND, nullptr, &asked));
+  EXPECT_EQ(view.opened, 2) << "asking calls nothing";
+  view.enabled = false;
+  frame.SendMessage(WM_COMMAND, kOpen);
+  EXPECT_EQ(view.opened, 2) << "a disabled command isn't run from a menu";
+  view.takes = false;
+  EXPECT_FALSE(frame.OnCmdMsg(kClose, CN_COMMAND, nullptr, nullptr)) << "the handler declines";
+  EXPECT_EQ(view.SendMessage(WM_APP + 7, 3, 4), 7);
+  view.DestroyWindow();
+  EXPECT_EQ(frame.GetActiveView(), nullptr);
+  EXPECT_FALSE(frame.OnCmdMsg(kOpen, CN_COMMAND, nullptr, nullptr));
+}
+
+TEST(Commands, ChildFramesAreActiveOneAtATime) {
+  CMDIFrameWnd frame;
+  ASSERT_TRUE(frame.Create("Frame", "caption", {0, 0, 300, 200}));
+  CMDIChildWnd first;
+  CMDIChildWnd second;
+  Target view;
+  ASSERT_TRUE(first.Create("Child", "one", {}, &frame));
+  ASSERT_TRUE(second.Create("Child", "two", {}, &frame));
+  EXPECT_EQ(frame.MDIGetActive(), &second);
+  EXPECT_EQ(first.GetMDIFrame(), &frame);
+  first.SetActiveView(&view);
+  EXPECT_FALSE(frame.OnCmdMsg(kOpen, CN_COMMAND, nullptr, nullptr));
+  frame.MDINext();
+  EXPECT_EQ(frame.GetActiveFrame(), &first);
+  EXPECT_TRUE(frame.OnCmdMsg(kOpen, CN_COMMAND, nullptr, nullptr));
+  frame.MoveWindow(0, 0, 400, 300);
+  EXPECT_EQ(frame.GetMDIClient()->GetPlace(), (CRect{0, 0, 400, 300}));
+  first.MDIDestroy();
+  EXPECT_EQ(first.GetSafeHwnd(), nullptr);
+  EXPECT_EQ(frame.MDIGetActive(), &second);
+  frame.DestroyWindow();
+  EXPECT_EQ(second.GetSafeHwnd(), nullptr);
+  EXPECT_EQ(frame.GetActiveFrame(), &frame);
+}
+
+}  // namespace
+}  // namespace dq
