@@ -12,6 +12,7 @@ constexpr StringRow kStrings[] = {
     {61697, "Failed to open document."},
     {61712, "Please enter an integer."},
     {61714, "Please enter an integer between %1 and %2."},
+    {61716, "Please enter no more than %1 characters."},
     {61718, "Please enter an integer between 0 and 255."},
     {61719, "Please enter a positive integer."},
     {61729, "%1\nThe path or the file name is not valid."},

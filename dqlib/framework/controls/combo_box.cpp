@@ -1,0 +1,143 @@
+#include "dqlib/framework/controls/combo_box.h"
+
+#include <algorithm>
+
+namespace dq {
+
+IMPLEMENT_DYNAMIC(CComboBox, CWnd)
+
+int CComboBox::GetLBText(int index, CString& text) const {
+  text = GetLBText(index);
+  return GetLBTextLen(index);
+}
+
+int CComboBox::GetLBTextLen(int index) const {
+  return rows_.Has(index) ? static_cast<int>(rows_.Text(index).size()) : -1;
+}
+
+int CComboBox::SetCurSel(int index) {
+  if (!rows_.Has(index)) index = -1;
+  const bool same = index == current_ && OnGetText().View() == rows_.Text(index);
+  current_ = index;
+  if (same) return index;
+  if (!list_only_) text_.Set(rows_.Text(index));
+  TellText();
+  return index;
+}
+
+void CComboBox::TellText() {
+  Tell(WindowChange::kSelection);
+  Tell(WindowChange::kText);
+}
+
+int CComboBox::SelectString(int after, const char* text) {
+  const int found = FindString(after, text);
+  return found < 0 ? -1 : SetCurSel(found);
+}
+
+DWORD CComboBox::GetEditSel() const {
+  if (list_only_ || text_.last() > 0xFFFF) return 0xFFFFFFFF;
+  return static_cast<DWORD>(text_.first()) | static_cast<DWORD>(text_.last()) << 16;
+}
+
+bool CComboBox::SetEditSel(int start, int end) {
+  if (list_only_) return false;
+  if (text_.Select(start, end)) Tell(WindowChange::kSelection);
+  return true;
+}
+
+bool CComboBox::LimitText(int bytes) {
+  text_.SetLimit(static_cast<UINT>(std::max(0, bytes)));
+  Tell(WindowChange::kContent);
+  return true;
+}
+
+void CComboBox::ShowDropDown(bool show) {
+  if (show == dropped_) return;
+  dropped_ = show;
+  Tell(WindowChange::kContent);
+}
+
+int CComboBox::GetDroppedWidth() const { return std::max(dropped_width_, GetPlace().Width()); }
+
+int CComboBox::SetDroppedWidth(UINT width) {
+  // As much as a screen coordinate may be.
+  constexpr UINT kMost = 0x7FFF;
+  dropped_width_ = static_cast<int>(std::min(width, kMost));
+  Tell(WindowChange::kContent);
+  return GetDroppedWidth();
+}
+
+void CComboBox::GetDroppedControlRect(CRect* rect) const {
+  *rect = GetWindowRect();
+  rect->right = rect->left + GetDroppedWidth();
+}
+
+bool CComboBox::Choose(int index) {
+  if (!TakesInput() || !rows_.Has(index)) return false;
+  const bool other = index != current_;
+  SetCurSel(index);
+  if (other) Notify(CBN_SELCHANGE);
+  return true;
+}
+
+void CComboBox::Describe(platform::DialogControl& control) const {
+  RowControl::Describe(control);
+  control.kind = platform::DialogControlKind::kCombo;
+  control.items = rows_.Texts();
+  control.editable = !list_only_;
+  control.value = OnGetText().View();
+}
+
+bool CComboBox::Enter(std::string_view value) {
+  if (list_only_) return Choose(rows_.FindNamed(value));
+  const bool is_control = std::any_of(value.begin(), value.end(), [](char character) {
+    return static_cast<unsigned char>(character) < ' ';
+  });
+  if (!TakesInput() || is_control) return false;
+  const int row = rows_.FindExact(-1, value);
+  if (row >= 0 && rows_.Text(row) == value) return Choose(row);
+  if (value.size() > text_.limit()) return false;
+  if (text_.text() == value) return true;
+  text_.Set(value);
+  text_.Select(text_.size(), text_.size());
+  current_ = -1;
+  TellText();
+  Notify(CBN_EDITCHANGE);
+  return true;
+}
+
+LRESULT CComboBox::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
+  if (message != EM_SETSEL) return RowControl::DefWindowProc(message, wparam, lparam);
+  return SetEditSel(static_cast<int>(wparam), static_cast<int>(lparam)) ? 1 : 0;
+}
+
+CString CComboBox::OnGetText() const {
+  return list_only_ ? CString(rows_.Text(current_)) : CString(text_.text());
+}
+
+void CComboBox::OnSetText(const char* text) {
+  if (list_only_) return;
+  const bool moved = text_.first() != 0 || text_.last() != 0;
+  const bool left = current_ >= 0 && rows_.Text(current_).compare(text) != 0;
+  text_.Set(text);
+  if (left) current_ = -1;
+  if (moved || left) Tell(WindowChange::kSelection);
+}
+
+void CComboBox::OnRowsGone() {
+  text_.Set("");
+  TellText();
+}
+
+void CComboBox::OnSubclassed(CWnd& former) {
+  RowControl::OnSubclassed(former);
+  if (const CComboBox* const combo = DYNAMIC_DOWNCAST(CComboBox, &former)) {
+    text_ = combo->text_;
+    list_only_ = combo->list_only_;
+    dropped_ = combo->dropped_;
+    dropped_width_ = combo->dropped_width_;
+  }
+}
+
+}  // namespace dq

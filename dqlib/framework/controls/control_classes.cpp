@@ -1,0 +1,101 @@
+// The window classes of the controls, as dialog templates name them.
+
+#include <algorithm>
+
+#include "dqlib/framework/controls/button.h"
+#include "dqlib/framework/controls/combo_box.h"
+#include "dqlib/framework/controls/edit.h"
+#include "dqlib/framework/controls/list_box.h"
+#include "dqlib/framework/controls/spin_button.h"
+#include "dqlib/framework/controls/static.h"
+#include "dqlib/framework/controls/tool_tip.h"
+
+namespace dq {
+namespace {
+
+/// The most bytes that may be entered; 0 for any.
+UINT Limit(const ControlTemplate& control) {
+  return static_cast<UINT>(std::max(0, control.Number("limit", 0)));
+}
+
+/// A control with what all have alike.
+template <typename Class, typename... Arguments>
+std::unique_ptr<Class> Make(const ControlTemplate& from, Arguments... arguments) {
+  auto control = std::make_unique<Class>(arguments...);
+  control->SetBeginsGroup(from.Has("group"));
+  return control;
+}
+
+std::unique_ptr<CWnd> MakeStatic(const ControlTemplate& from) { return Make<CStatic>(from); }
+
+std::unique_ptr<CWnd> MakeButton(const ControlTemplate& from) {
+  static constexpr struct {
+    std::string_view word;
+    ButtonKind kind;
+  } kKinds[] = {
+      {"group", ButtonKind::kGroup},       {"button", ButtonKind::kPush},
+      {"defbutton", ButtonKind::kDefault}, {"check", ButtonKind::kCheck},
+      {"radio", ButtonKind::kRadio},
+  };
+  ButtonKind kind = ButtonKind::kPush;
+  for (const auto& row : kKinds) {
+    if (row.word == from.word) kind = row.kind;
+  }
+  return Make<CButton>(from, kind);
+}
+
+std::unique_ptr<CWnd> MakeEdit(const ControlTemplate& from) {
+  auto edit = Make<CEdit>(from, EditStyle{.multi_line = from.Has("multiline"),
+                                          .password = from.Has("password"),
+                                          .read_only = from.Has("readonly"),
+                                          .number = from.Has("number")});
+  edit->LimitText(Limit(from));
+  return edit;
+}
+
+ListStyle ListStyleOf(const ControlTemplate& from) {
+  return {.sorted = from.Has("sorted"), .multiple = from.Has("multiple")};
+}
+
+std::unique_ptr<CWnd> MakeList(const ControlTemplate& from) {
+  return Make<CListBox>(from, ListStyleOf(from));
+}
+
+std::unique_ptr<CWnd> MakeCheckList(const ControlTemplate& from) {
+  return Make<CCheckListBox>(from, ListStyleOf(from));
+}
+
+std::unique_ptr<CWnd> MakeCombo(const ControlTemplate& from) {
+  auto combo = Make<CComboBox>(
+      from, ComboStyle{.list_only = from.Has("droplist"), .sorted = from.Has("sorted")});
+  combo->LimitText(static_cast<int>(Limit(from)));
+  return combo;
+}
+
+std::unique_ptr<CWnd> MakeSpin(const ControlTemplate& from) {
+  return Make<CSpinButtonCtrl>(from, from.Has("buddy"));
+}
+
+std::unique_ptr<CWnd> MakeToolTip(const ControlTemplate& from) { return Make<CToolTipCtrl>(from); }
+
+}  // namespace
+
+bool detail::RegisterControlClasses() {
+  RegisterControlClass("Static", &MakeStatic);
+  RegisterControlClass("Edit", &MakeEdit);
+  RegisterControlClass("Button", &MakeButton);
+  RegisterControlClass("ListBox", &MakeList);
+  RegisterControlClass("CheckListBox", &MakeCheckList);
+  RegisterControlClass("ComboBox", &MakeCombo);
+  RegisterControlClass("Spin", &MakeSpin);
+  RegisterControlClass("ToolTip", &MakeToolTip);
+  return true;
+}
+
+}  // namespace dq
+
+/// Enters the classes. Programs are linked with this symbol required, which brings in this file.
+extern "C" {
+extern const bool dqlib_controls;
+const bool dqlib_controls = dq::detail::RegisterControlClasses();
+}

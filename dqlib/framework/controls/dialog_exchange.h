@@ -1,0 +1,56 @@
+// The exchange of values between controls and variables, called in `CWnd::DoDataExchange`; see
+// `data_exchange.h`.
+//
+// All take the control by its id. With `m_bSaveAndValidate` they move the control's value to the
+// variable, and else the variable to the control. A control that isn't there, or isn't of the kind
+// that the function is for, throws `CNotSupportedException`. What a person has entered wrongly is
+// shown in a message box, and then the exchange fails: the variable stays what it was.
+
+#pragma once
+
+#include "dqlib/framework/base/c_string.h"
+#include "dqlib/framework/windows/data_exchange.h"
+
+namespace dq {
+
+/// Has the variable's object take the place of the control, the first time: see
+/// `CWnd::SubclassDlgItem`.
+void DDX_Control(CDataExchange* exchange, int id, CWnd& control);
+
+/// A text, or a decimal number in 32-bit range, with blanks and tabs around it; a zero doesn't
+/// have a sign. At most 32 characters are read. Types without a sign take a number below 0 modulo
+/// 2^32, as they always have; a byte takes 0 to 255. An empty text isn't a number.
+void DDX_Text(CDataExchange* exchange, int id, CString& value);
+void DDX_Text(CDataExchange* exchange, int id, BYTE& value);
+void DDX_Text(CDataExchange* exchange, int id, short& value);
+void DDX_Text(CDataExchange* exchange, int id, int& value);
+void DDX_Text(CDataExchange* exchange, int id, UINT& value);
+void DDX_Text(CDataExchange* exchange, int id, long& value);
+void DDX_Text(CDataExchange* exchange, int id, unsigned long& value);
+
+/// The mark of a check box: 0, 1 or 2.
+void DDX_Check(CDataExchange* exchange, int id, int& value);
+/// Which radio button of the group that begins with `id` is marked, from 0, or -1 for none.
+void DDX_Radio(CDataExchange* exchange, int id, int& value);
+
+/// The text of a combo box. To the control, the first row that begins with the text
+/// (`DDX_CBString`) or is the text, case ignored, is chosen; without one, the text goes to the edit
+/// part.
+void DDX_CBString(CDataExchange* exchange, int id, CString& value);
+void DDX_CBStringExact(CDataExchange* exchange, int id, CString& value);
+/// The chosen row, or -1.
+void DDX_CBIndex(CDataExchange* exchange, int id, int& value);
+
+/// The text of a list box's selected row, or ""; to the control, the first row that begins with the
+/// text is selected, if there is one.
+void DDX_LBString(CDataExchange* exchange, int id, CString& value);
+void DDX_LBIndex(CDataExchange* exchange, int id, int& value);
+
+/// Fails the exchange for a value saved that isn't in the range, ends included. For the control
+/// prepared last.
+void DDV_MinMaxInt(CDataExchange* exchange, int value, int minimum, int maximum);
+/// Fails the exchange for a saved text of more bytes. To the control, its edit control takes no
+/// more from a person.
+void DDV_MaxChars(CDataExchange* exchange, const CString& value, int most);
+
+}  // namespace dq

@@ -1,0 +1,64 @@
+#include "dqlib/framework/controls/edit_text.h"
+
+#include <new>
+
+#include "dqlib/framework/base/multi_byte.h"
+#include "dqlib/framework/controls/control.h"
+
+namespace dq::detail {
+
+void EditText::Set(std::string_view text) {
+  text_ = text;
+  anchor_ = caret_ = 0;
+}
+
+bool EditText::Select(int start, int end) {
+  const int former_anchor = anchor_;
+  const int former_caret = caret_;
+  if (start < 0) {
+    anchor_ = caret_ = last();
+  } else {
+    anchor_ = ClipToText(text_, start);
+    caret_ = ClipToText(text_, end);
+  }
+  return anchor_ != former_anchor || caret_ != former_caret;
+}
+
+void EditText::Replace(std::string_view text) {
+  const std::size_t removed = static_cast<std::size_t>(last() - first());
+  if (text.size() > kNoLimit - (text_.size() - removed)) throw std::bad_alloc();
+  const int at = first();
+  text_.replace(static_cast<std::size_t>(at), removed, text);
+  anchor_ = caret_ = at + static_cast<int>(text.size());
+}
+
+std::size_t EditText::ReplaceWithin(std::string_view text) {
+  const std::size_t kept = text_.size() - static_cast<std::size_t>(last() - first());
+  const std::size_t room = limit_ > kept ? limit_ - kept : 0;
+  std::size_t size = text.size();
+  if (size > room) {
+    const platform::CodePage& page = multi_byte::CurrentCodePage();
+    for (size = 0; size < text.size();) {
+      const std::string_view rest = text.substr(size);
+      const std::size_t step = rest.starts_with("\r\n") ? 2 : page.CharacterSize(rest);
+      if (size + step > room) break;
+      size += step;
+    }
+  }
+  if (size > 0) Replace(text.substr(0, size));
+  return size;
+}
+
+bool EditText::Backspace() {
+  if (first() == last()) {
+    const std::string_view before =
+        std::string_view(text_).substr(0, static_cast<std::size_t>(caret_));
+    if (before.empty()) return false;
+    anchor_ =
+        before.ends_with("\r\n") ? caret_ - 2 : static_cast<int>(multi_byte::LastCharacter(before));
+  }
+  Replace("");
+  return true;
+}
+
+}  // namespace dq::detail

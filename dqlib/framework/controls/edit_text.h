@@ -1,0 +1,47 @@
+// The text of an edit control or of a combo box's edit part, with its selection.
+
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "dqlib/platform/types.h"
+
+namespace dq::detail {
+
+/// A text without zeros, a selection in it, and how much a person may enter. Places are bytes.
+class EditText {
+ public:
+  /// As much as a text can have.
+  static constexpr UINT kNoLimit = 0x7FFFFFFE;
+
+  const std::string& text() const { return text_; }
+  /// The selection's ends, the lower one first.
+  int first() const { return anchor_ < caret_ ? anchor_ : caret_; }
+  int last() const { return anchor_ < caret_ ? caret_ : anchor_; }
+  int size() const { return static_cast<int>(text_.size()); }
+
+  UINT limit() const { return limit_; }
+  /// 0 takes the limit away.
+  void SetLimit(UINT limit) { limit_ = limit == 0 || limit > kNoLimit ? kNoLimit : limit; }
+
+  /// Replaces all, without regard to the limit; the caret stands at the beginning.
+  void Set(std::string_view text);
+  /// Selects; the caret is at `end`, which is the text's end if it is negative. A negative `start`
+  /// drops the selection and leaves the caret at its higher end. False if that changes nothing.
+  bool Select(int start, int end);
+  /// Replaces what is selected, without regard to the limit; the caret stands behind the new text.
+  void Replace(std::string_view text);
+  /// The same with as many characters of `text` as the limit leaves room for; how many bytes.
+  std::size_t ReplaceWithin(std::string_view text);
+  /// Removes what is selected, or else the character before the caret. False if there is none.
+  bool Backspace();
+
+ private:
+  std::string text_;
+  int anchor_ = 0;
+  int caret_ = 0;
+  UINT limit_ = kNoLimit;
+};
+
+}  // namespace dq::detail

@@ -1,0 +1,94 @@
+#include "dqlib/framework/controls/row_control.h"
+
+#include <utility>
+
+#include "dqlib/framework/base/text.h"
+
+namespace dq {
+
+int RowControl::AddString(const char* text) {
+  const std::string_view added = detail::OrEmpty(text);
+  return InsertString(sorted_ ? rows_.SortedPlace(added) : -1, text);
+}
+
+int RowControl::InsertString(int index, const char* text) {
+  if (index == -1) index = rows_.size();
+  if (index < 0 || index > rows_.size()) return -1;
+  rows_.Insert(index, detail::OrEmpty(text));
+  if (index <= current_) ++current_;
+  Tell(WindowChange::kContent);
+  return index;
+}
+
+int RowControl::DeleteString(int index) {
+  if (!rows_.Has(index)) return -1;
+  const bool was_current = index == current_;
+  rows_.Erase(index);
+  if (was_current) {
+    current_ = -1;
+  } else if (index < current_) {
+    --current_;
+  }
+  Tell(WindowChange::kContent);
+  if (was_current) OnRowsGone();
+  return rows_.size();
+}
+
+void RowControl::ResetContent() {
+  rows_.Clear();
+  current_ = -1;
+  Tell(WindowChange::kContent);
+  OnRowsGone();
+}
+
+int RowControl::SetItemData(int index, std::uintptr_t data) {
+  if (!rows_.Has(index)) return -1;
+  rows_[index].data = data;
+  return 0;
+}
+
+std::uintptr_t RowControl::GetItemData(int index) const {
+  return rows_.Has(index) ? rows_[index].data : ~std::uintptr_t{0};
+}
+
+int RowControl::SetItemDataPtr(int index, void* data) {
+  return SetItemData(index, reinterpret_cast<std::uintptr_t>(data));
+}
+
+void* RowControl::GetItemDataPtr(int index) const {
+  return rows_.Has(index) ? reinterpret_cast<void*>(rows_[index].data) : nullptr;
+}
+
+int RowControl::FindString(int after, const char* text) const {
+  return rows_.FindPrefix(after, detail::OrEmpty(text));
+}
+
+int RowControl::FindStringExact(int after, const char* text) const {
+  return rows_.FindExact(after, detail::OrEmpty(text));
+}
+
+bool RowControl::NamedRows(std::string_view lines, std::vector<bool>& named) const {
+  named.assign(static_cast<std::size_t>(rows_.size()), false);
+  for (const std::string_view line : detail::SplitLines(lines)) {
+    const int first = rows_.FindNamed(line);
+    if (first < 0) return false;
+    int row = first;
+    while (named[static_cast<std::size_t>(row)]) {
+      row = rows_.FindExact(row, rows_.Text(row));
+      if (row == first) break;
+    }
+    named[static_cast<std::size_t>(row)] = true;
+  }
+  return true;
+}
+
+void RowControl::OnSubclassed(CWnd& former) {
+  Control::OnSubclassed(former);
+  if (auto* const control = dynamic_cast<RowControl*>(&former)) {
+    rows_ = std::move(control->rows_);
+    current_ = std::exchange(control->current_, -1);
+    sorted_ = control->sorted_;
+  }
+}
+
+}  // namespace dq

@@ -1,0 +1,80 @@
+#include "dqlib/framework/controls/row_store.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <random>
+
+#include "dqlib/framework/base/multi_byte.h"
+#include "dqlib/framework/controls/list_box.h"
+
+namespace dq {
+namespace {
+
+TEST(RowStore, AnswersAsAPlainListOfTextsDoes) {
+  constexpr unsigned kSeed = 20261;
+  std::mt19937 random(kSeed);
+  detail::RowStore store;
+  std::vector<std::string> plain;
+  const auto find = [&](int after, auto matches) {
+    const int count = static_cast<int>(plain.size());
+    if (after < 0 || after >= count) after = -1;
+    for (int step = 1; step <= count; ++step) {
+      const int at = (after + step) % count;
+      if (matches(multi_byte::Lower(plain[static_cast<std::size_t>(at)]))) return at;
+    }
+    return -1;
+  };
+  for (int step = 0; step < 20'000; ++step) {
+    const int at = static_cast<int>(random() % (plain.size() + 1));
+    const std::string text(random() % 3, "aAbB"[random() % 4]);
+    const std::string lower = multi_byte::Lower(text);
+    if (random() % 8 < 3 && at < store.size()) {
+      store.Erase(at);
+      plain.erase(plain.begin() + at);
+    } else if (plain.size() < 60) {
+      store.Insert(at, text);
+      plain.insert(plain.begin() + at, text);
+      ASSERT_EQ(store[at].data, 0U) << "a row that is used again begins anew";
+      store[at].data = 1;
+    }
+    ASSERT_EQ(store.FindExact(at, text),
+              find(at, [&](const std::string& row) { return row == lower; }))
+        << kSeed << ' ' << step;
+    ASSERT_EQ(
+        store.FindPrefix(at, text),
+        find(at, [&](const std::string& row) { return !lower.empty() && row.starts_with(lower); }))
+        << kSeed << ' ' << step;
+  }
+  EXPECT_EQ(store.Texts(), plain);
+}
+
+TEST(RowStore, SortedListPutsEqualsBehindEachOtherAndKeepsTheSelectedRow) {
+  CListBox list(ListStyle{.sorted = true});
+  for (const char* text : {"b", "C", "a", "B", "c", "A"}) {
+    const int index = list.AddString(text);
+    EXPECT_STREQ(list.GetText(index), text);
+    if (list.GetCount() == 1) list.SetCurSel(0);
+  }
+  const char* const sorted[] = {"a", "A", "b", "B", "C", "c"};
+  for (int at = 0; at < 6; ++at) EXPECT_STREQ(list.GetText(at), sorted[at]);
+  EXPECT_EQ(list.GetCurSel(), 2);
+  EXPECT_EQ(list.InsertString(0, "z"), 0);
+  EXPECT_EQ(list.GetCurSel(), 3);
+  EXPECT_EQ(list.DeleteString(1), 6);
+  EXPECT_EQ(list.GetCurSel(), 2);
+  EXPECT_EQ(list.DeleteString(2), 5);
+  EXPECT_EQ(list.GetCurSel(), -1);
+  for (const int bad : {-2, 99}) {
+    EXPECT_EQ(list.InsertString(bad, "x"), -1);
+    EXPECT_EQ(list.DeleteString(bad), -1);
+    EXPECT_EQ(list.SetCurSel(bad), -1);
+    EXPECT_EQ(list.SetItemData(bad, 1), -1);
+    EXPECT_EQ(list.GetItemData(bad), ~std::uintptr_t{0});
+    EXPECT_EQ(list.GetTextLen(bad), -1);
+    EXPECT_EQ(list.GetSel(bad), -1);
+    EXPECT_EQ(list.SetTopIndex(bad), -1);
+  }
+}
+
+}  // namespace
+}  // namespace dq

@@ -1,0 +1,41 @@
+// Keeps what windows tell their observer.
+//
+//   RecordingObserver observer;
+//   edit.LimitText(3);
+//   EXPECT_EQ(observer.Take(edit), std::vector{WindowChange::kContent});
+
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include "dqlib/framework/windows/wnd.h"
+
+namespace dq::testing {
+
+/// The calling thread's observer for its lifetime.
+class RecordingObserver : public WindowObserver {
+ public:
+  RecordingObserver() : former_(SetWindowObserver(this)) {}
+  ~RecordingObserver() override { SetWindowObserver(former_); }
+
+  void OnWindowChange(CWnd& window, WindowChange change) override {
+    changes.emplace_back(&window, change);
+  }
+
+  /// The changes of one window, in order; all that was recorded is forgotten.
+  std::vector<WindowChange> Take(const CWnd& window) {
+    std::vector<WindowChange> taken;
+    for (const auto& [changed, change] : std::exchange(changes, {})) {
+      if (changed == &window) taken.push_back(change);
+    }
+    return taken;
+  }
+
+  std::vector<std::pair<const CWnd*, WindowChange>> changes;
+
+ private:
+  WindowObserver* former_;
+};
+
+}  // namespace dq::testing
