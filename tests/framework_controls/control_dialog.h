@@ -19,22 +19,8 @@ namespace dq::testing {
 /// Lists and combo boxes have the rows "One", "Two", "Three"; the second radio button begins no
 /// group, the third one does.
 struct ControlDialog : CWnd {
-  enum Id {
-    kStatic = 1,
-    kEdit,
-    kSpin,
-    kCheck,
-    kRadio,
-    kRadio2,
-    kRadio3,
-    kList,
-    kMarks,
-    kCombo,
-    kDropList,
-    kPush,
-    kMany,
-    kMissing
-  };
+  enum Id { kStatic = 1, kEdit, kSpin, kCheck, kRadio, kRadio2, kRadio3, kPush };
+  enum RowsId { kList = 20, kMany, kMarks, kCombo, kDropList, kMissing };
   using Codes = std::vector<std::pair<int, int>>;
 
   ControlDialog() {

@@ -8,6 +8,8 @@
 namespace dq {
 namespace {
 
+using enum testing::ControlDialog::Id;
+using enum testing::ControlDialog::RowsId;
 using testing::ControlDialog;
 
 /// Moves the edit control's text to a number; the help id of the box that failed it, or 0.
@@ -18,7 +20,7 @@ UINT Save(const char* text, Value& value) {
   testing::ScriptedPrompts prompts;
   CDataExchange exchange(&dialog, true);
   try {
-    DDX_Text(&exchange, ControlDialog::kEdit, value);
+    DDX_Text(&exchange, kEdit, value);
     return 0;
   } catch (const CUserException&) {
     EXPECT_EQ(CWnd::GetFocus(), &dialog.edit());
@@ -69,10 +71,9 @@ TEST(DialogExchange, ControlsAndVariablesExchangeTheirValues) {
     int loaded;
     int saved;
   } numbers[] = {
-      {DDX_Check, ControlDialog::kCheck, 2, 2},   {DDX_Check, ControlDialog::kCheck, 7, 0},
-      {DDX_Radio, ControlDialog::kRadio, 1, 1},   {DDX_Radio, ControlDialog::kRadio, 2, -1},
-      {DDX_CBIndex, ControlDialog::kCombo, 2, 2}, {DDX_CBIndex, ControlDialog::kCombo, 9, -1},
-      {DDX_LBIndex, ControlDialog::kList, 1, 1},  {DDX_LBIndex, ControlDialog::kList, -1, -1},
+      {DDX_Check, kCheck, 2, 2},  {DDX_Check, kCheck, 7, 0},    {DDX_Radio, kRadio, 1, 1},
+      {DDX_Radio, kRadio, 2, -1}, {DDX_CBIndex, kCombo, 2, 2},  {DDX_CBIndex, kCombo, 9, -1},
+      {DDX_LBIndex, kList, 1, 1}, {DDX_LBIndex, kList, -1, -1},
   };
   for (const auto& row : numbers) {
     int value = row.loaded;
@@ -86,14 +87,10 @@ TEST(DialogExchange, ControlsAndVariablesExchangeTheirValues) {
     const char* loaded;
     const char* saved;
   } texts[] = {
-      {DDX_CBString, ControlDialog::kCombo, "t", "Two"},
-      {DDX_CBString, ControlDialog::kCombo, "", ""},
-      {DDX_CBStringExact, ControlDialog::kCombo, "t", "t"},
-      {DDX_CBStringExact, ControlDialog::kCombo, "three", "Three"},
-      {DDX_CBStringExact, ControlDialog::kDropList, "one", "One"},
-      {DDX_CBStringExact, ControlDialog::kDropList, "none", "One"},
-      {DDX_LBString, ControlDialog::kList, "th", "Three"},
-      {DDX_Text, ControlDialog::kEdit, "any text", "any text"},
+      {DDX_CBString, kCombo, "t", "Two"},           {DDX_CBString, kCombo, "", ""},
+      {DDX_CBStringExact, kCombo, "t", "t"},        {DDX_CBStringExact, kCombo, "three", "Three"},
+      {DDX_CBStringExact, kDropList, "one", "One"}, {DDX_CBStringExact, kDropList, "none", "One"},
+      {DDX_LBString, kList, "th", "Three"},         {DDX_Text, kEdit, "any text", "any text"},
   };
   for (const auto& row : texts) {
     CString value = row.loaded;
@@ -102,7 +99,7 @@ TEST(DialogExchange, ControlsAndVariablesExchangeTheirValues) {
     EXPECT_STREQ(value, row.saved) << row.id << ": " << row.loaded;
   }
   int number = -3;
-  DDX_Text(&load, ControlDialog::kEdit, number);
+  DDX_Text(&load, kEdit, number);
   EXPECT_STREQ(dialog.edit().GetWindowText(), "-3");
   DDV_MaxChars(&load, "", 4);
   EXPECT_EQ(dialog.edit().GetLimitText(), 4U);
@@ -131,16 +128,16 @@ TEST(DialogExchange, ControlThatIsNotThereOrOfAnotherKindIsRefused) {
   int number = 0;
   CString text;
   CEdit edit;
-  for (const int id : {ControlDialog::kMissing, ControlDialog::kStatic}) {
+  for (const int id : {int{kMissing}, int{kStatic}}) {
     EXPECT_THROW(DDX_Check(&load, id, number), CNotSupportedException);
     EXPECT_THROW(DDX_CBString(&load, id, text), CNotSupportedException);
     EXPECT_THROW(DDX_LBIndex(&load, id, number), CNotSupportedException);
   }
-  EXPECT_THROW(DDX_Text(&load, ControlDialog::kMissing, text), CNotSupportedException);
-  EXPECT_THROW(DDX_Control(&load, ControlDialog::kMissing, edit), CNotSupportedException);
-  DDX_Control(&load, ControlDialog::kEdit, edit);
-  DDX_Control(&load, ControlDialog::kEdit, edit);
-  EXPECT_EQ(dialog.GetDlgItem(ControlDialog::kEdit), &edit);
+  EXPECT_THROW(DDX_Text(&load, kMissing, text), CNotSupportedException);
+  EXPECT_THROW(DDX_Control(&load, kMissing, edit), CNotSupportedException);
+  DDX_Control(&load, kEdit, edit);
+  DDX_Control(&load, kEdit, edit);
+  EXPECT_EQ(dialog.GetDlgItem(kEdit), &edit);
 }
 
 }  // namespace
