@@ -35,12 +35,13 @@ struct DialogControl {
   DialogControlKind kind = DialogControlKind::kOther;
   /// What it is called: its own text for buttons and checks, the text before it for others. Marks
   /// of mnemonics ("&") are left out.
-  std::string label;
+  std::string label = {};
   /// Its value in the form that `DialogView::Enter` takes.
-  std::string value;
-  std::vector<std::string> items;
+  std::string value = {};
+  std::vector<std::string> items = {};
   bool visible = true;
   bool enabled = true;
+  /// Several items can be chosen, or the text has several lines.
   bool multiple = false;
   bool editable = false;
   bool is_default = false;

@@ -4,6 +4,7 @@
 #include "dqlib/platform/clipboard.h"
 #include "dqlib/platform/clock.h"
 #include "dqlib/platform/console.h"
+#include "dqlib/platform/dialog_view.h"
 #include "dqlib/platform/files.h"
 #include "dqlib/platform/locale.h"
 #include "dqlib/platform/modules.h"
@@ -22,6 +23,7 @@ Clipboard::~Clipboard() = default;
 Clock::~Clock() = default;
 Console::~Console() = default;
 Console::StopWatch::~StopWatch() = default;
+DialogView::~DialogView() = default;
 Files::~Files() = default;
 Result<std::uint64_t> Files::WriteAndTell(HANDLE file, std::string_view bytes) {
   const Error error = Write(file, bytes);
@@ -34,9 +36,7 @@ Modules::~Modules() = default;
 Network::~Network() = default;
 Processes::~Processes() = default;
 ProfileFiles::~ProfileFiles() = default;
-DialogView::~DialogView() = default;
 Prompts::~Prompts() = default;
-void Prompts::RunDialog(DialogView&) {}
 Registry::~Registry() = default;
 SystemErrors::~SystemErrors() = default;
 SystemFacts::~SystemFacts() = default;

@@ -46,6 +46,8 @@ BoxButton DefaultBoxButton(UINT type);
 
 namespace platform {
 
+class DialogView;
+
 /// Asks the person. Calls block until there is an answer; on the thread that calls, which may be
 /// any.
 class Prompts {
@@ -61,9 +63,10 @@ class Prompts {
   /// none.
   virtual int Show(std::string_view caption, std::string_view text, UINT type, UINT help_id) = 0;
 
-  /// Runs the open dialog until it is closed, or there is nobody who answers; the dialog cancels
-  /// what is left open. The base leaves it at once.
-  virtual void RunDialog(DialogView& dialog);
+  /// Has the person answer the open dialog, until it is closed or there is nobody who answers; who
+  /// opened it cancels what is left open. Handlers of the dialog may ask questions and run dialogs
+  /// meanwhile.
+  virtual void RunDialog(DialogView& dialog) = 0;
 };
 
 }  // namespace platform

@@ -36,6 +36,7 @@ class StandingPrompts : public platform::Prompts {
     changed_.wait(lock, [this] { return answer_ != 0; });
     return std::exchange(answer_, 0);
   }
+  void RunDialog(platform::DialogView&) override {}
   /// Waits until so many boxes have been shown.
   void AwaitBox(std::size_t count) {
     std::unique_lock lock(mutex_);

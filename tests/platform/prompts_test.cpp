@@ -1,6 +1,8 @@
 #include "dqlib/platform/prompts.h"
 
+#include <algorithm>
 #include <fcntl.h>
+#include <functional>
 #include <gtest/gtest.h>
 #include <stdlib.h>
 #include <string>
@@ -8,6 +10,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "dqlib/platform/dialog_view.h"
 #include "dqlib/platform/platform.h"
 
 namespace dq::platform {
@@ -34,9 +37,9 @@ std::string ReadAll(int descriptor) {
   return all;
 }
 
-/// In a child: takes the place in the setting and leaves with the button that was pressed.
-[[noreturn]] void ShowInChild(Setting setting, int terminal, int error_pipe, std::string_view text,
-                              UINT type) {
+/// In a child: takes the place in the setting, asks and leaves with the result.
+[[noreturn]] void AskInChild(Setting setting, int terminal, int error_pipe,
+                             const std::function<int()>& ask) {
   alarm(20);  // an endless question ends as a failure
   setsid();
   const int nothing = open("/dev/null", O_RDONLY);
@@ -53,10 +56,10 @@ std::string ReadAll(int descriptor) {
     }
     setpgid(0, 0);
   }
-  _exit(System().prompts->Show("", text, type, 0));
+  _exit(ask());
 }
 
-Outcome Show(Setting setting, std::string_view text, UINT type, std::string_view input = {}) {
+Outcome Ask(Setting setting, std::string_view input, const std::function<int()>& ask) {
   const int master = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
   grantpt(master);
   unlockpt(master);
@@ -68,7 +71,7 @@ Outcome Show(Setting setting, std::string_view text, UINT type, std::string_view
   if (child == 0) {
     close(master);
     close(error_pipe[0]);
-    ShowInChild(setting, terminal, error_pipe[1], text, type);
+    AskInChild(setting, terminal, error_pipe[1], ask);
   }
   close(terminal);
   close(error_pipe[1]);
@@ -79,6 +82,90 @@ Outcome Show(Setting setting, std::string_view text, UINT type, std::string_view
   waitpid(child, &status, 0);
   if (WIFEXITED(status)) outcome.button = WEXITSTATUS(status);
   return outcome;
+}
+
+Outcome Show(Setting setting, std::string_view text, UINT type, std::string_view input = {}) {
+  return Ask(setting, input, [&] { return System().prompts->Show("", text, type, 0); });
+}
+
+/// A dialog whose OK is refused while the name is "bad". Help asks a question of its own.
+class LoginDialog : public DialogView {
+ public:
+  std::string Caption() override { return "Log\x1bin"; }
+  std::vector<DialogControl> Controls() override { return controls_; }
+  bool Enter(int id, std::string_view value) override {
+    const auto found = std::ranges::find(controls_, id, &DialogControl::id);
+    if (id == 13 && value != "2") return false;
+    found->value = id == 13 ? "db" : value;
+    if (id == 12) values_ += std::string(value) + ';';
+    return true;
+  }
+  bool Press(int id) override {
+    if (id == 9) System().prompts->Show("", "Helped", BOX_OK, 0);
+    pressed = id == 1 && controls_[1].value == "bad" ? 0 : id == 9 ? 0 : id;
+    return true;
+  }
+  bool IsOpen() override { return pressed == 0; }
+  /// The values as they stand, and the pressed button.
+  int Run() {
+    System().prompts->RunDialog(*this);
+    std::string state = "<";
+    for (const DialogControl& each : controls_) state += each.value + '|';
+    state += std::to_string(values_.size()) + ">\n";
+    EXPECT_GT(write(STDERR_FILENO, state.data(), state.size()), 0);
+    return pressed;
+  }
+  int pressed = 0;
+
+ private:
+  using Kind = DialogControlKind;
+  std::vector<DialogControl> controls_{
+      {.id = -1, .kind = Kind::kText, .label = "Name"},
+      {.id = 10, .kind = Kind::kEdit, .label = "Name", .value = "sa"},
+      {.id = 11, .kind = Kind::kEdit, .label = "Note", .value = "a\nb", .multiple = true},
+      {.id = 12, .kind = Kind::kEdit, .label = "Password", .secret = true},
+      {.id = 13, .kind = Kind::kList, .label = "Server", .items = {"dev", "db"}},
+      {.id = 14, .kind = Kind::kCheck, .label = "Keep", .value = "0"},
+      {.id = 15, .kind = Kind::kEdit, .label = "Hidden", .visible = false},
+      {.id = 1, .kind = Kind::kButton, .label = "OK", .is_default = true},
+      {.id = 2, .kind = Kind::kButton, .label = "Cancel"},
+      {.id = 9, .kind = Kind::kButton, .label = "Help..."},
+  };
+  std::string values_;
+};
+
+TEST(Prompts, DialogIsAskedControlByControlAndAgainWhileItStaysOpen) {
+  const struct {
+    std::string_view input;
+    int button;
+    std::string_view state;
+  } rows[] = {
+      {"\n\n\n\n\n\n", 1, "<|sa|a\r\nb|||0|"},
+      {"me\nx\\ny\\\\\nsecret\n7\n2\nyes\nc\n", 2, "<|me|x\r\ny\\|secret|db|1|"},
+      {"\"\"\n\n\n\n\nhelp\n\n\n\n\n\n\n\nok\n", 1, "<||a\r\nb||"},
+      {"bad\n\n\n\n\n\ngood\n\n\n\n\nO\n", 1, "<|good|"},
+      {"bad\n\x04", 0, "<|bad|"},
+      {"\n\n\n1\n1\n1\n1\n1\n1\n1\n1\n1\n1\n2\n\n\n", 0, "<|sa|"},
+  };
+  for (const auto& row : rows) {
+    LoginDialog dialog;
+    const Outcome outcome = Ask(Setting::kTerminal, row.input, [&] { return dialog.Run(); });
+    EXPECT_EQ(outcome.button, row.button) << row.input;
+    EXPECT_NE(outcome.terminal.find(row.state), std::string::npos) << outcome.terminal;
+  }
+}
+
+TEST(Prompts, DialogShowsValuesAndChoicesButNoSecret) {
+  LoginDialog dialog;
+  const Outcome outcome = Ask(Setting::kTerminal, "\n\n\n\n\n\n", [&] { return dialog.Run(); });
+  EXPECT_NE(outcome.terminal.find("Log?in\r\nName [sa]: Note [a\\nb]: Password: \r\n"
+                                  "  1 dev\r\n  2 db\r\nServer: Keep [no]: "
+                                  "[OK] / Cancel / Help...: "),
+            std::string::npos)
+      << outcome.terminal;
+  const Outcome nobody = Ask(Setting::kNoTerminal, "", [&] { return dialog.Run(); });
+  EXPECT_EQ(nobody.button, 0);
+  EXPECT_TRUE(nobody.standard_error.starts_with("Log\x1bin\n<")) << nobody.standard_error;
 }
 
 TEST(Prompts, WithoutATerminalTheDefaultIsTakenAndTheTextGoesToStandardError) {

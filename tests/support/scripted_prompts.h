@@ -1,12 +1,14 @@
-// Message boxes that a test answers beforehand and looks at afterwards.
+// Message boxes and dialogs that a test answers beforehand and looks at afterwards.
 
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <initializer_list>
 #include <string>
 #include <vector>
 
+#include "dqlib/platform/dialog_script.h"
 #include "dqlib/platform/platform.h"
 
 namespace dq::testing {
@@ -25,7 +27,8 @@ struct ShownBox {
 };
 
 /// The platform's prompts for its lifetime. Boxes are left by the buttons of the script, one each,
-/// and by their default buttons when it has come to its end. For one thread.
+/// and by their default buttons when it has come to its end. Dialogs are left open, which cancels
+/// them, unless `on_dialog` or `dialog_script` says otherwise. For one thread.
 class ScriptedPrompts : public platform::Prompts {
  public:
   ScriptedPrompts(std::initializer_list<BoxButton> script = {})
@@ -39,6 +42,22 @@ class ScriptedPrompts : public platform::Prompts {
     return button;
   }
 
+  void RunDialog(platform::DialogView& dialog) override {
+    dialogs.push_back(dialog.Caption());
+    if (on_dialog) {
+      on_dialog(dialog);
+    } else {
+      dialog_script.Play(dialog);
+    }
+  }
+
+  /// Answers each dialog.
+  std::function<void(platform::DialogView&)> on_dialog;
+  /// Played to the dialogs where `on_dialog` isn't set.
+  platform::DialogScript dialog_script;
+
+  /// The captions of the dialogs that were run.
+  std::vector<std::string> dialogs;
   /// The boxes in the order in which they were shown.
   std::vector<ShownBox> shown;
 

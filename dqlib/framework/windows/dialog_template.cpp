@@ -1,12 +1,9 @@
 #include "dqlib/framework/windows/dialog_template.h"
 
 #include <algorithm>
-#include <functional>
 #include <limits>
-#include <map>
 
 #include "dqlib/framework/windows/resource_text.h"
-#include "dqlib/framework/windows/wnd.h"
 #include "dqlib/platform/modules.h"
 
 namespace dq {
@@ -131,13 +128,6 @@ class TemplateReader {
   bool has_size_ = false;
 };
 
-using Factories = std::map<std::string, WindowFactory, std::less<>>;
-
-Factories& ControlFactories() {
-  static Factories& factories = *new Factories;
-  return factories;
-}
-
 }  // namespace
 
 bool ControlTemplate::Has(std::string_view flag) const {
@@ -164,16 +154,6 @@ std::optional<DialogTemplate> ReadDialogTemplate(std::string_view text, std::str
 std::optional<DialogTemplate> FindDialogTemplate(UINT id) {
   const std::optional<std::string_view> data = detail::FindResourceData(id, RESOURCE_DIALOG);
   return data ? ReadDialogTemplate(*data) : std::nullopt;
-}
-
-void RegisterControlClass(std::string_view window_class, WindowFactory make) {
-  ControlFactories().insert_or_assign(std::string(window_class), make);
-}
-
-std::unique_ptr<CWnd> MakeControl(const ControlTemplate& control) {
-  const auto found = ControlFactories().find(control.window_class);
-  if (found == ControlFactories().end()) return std::make_unique<CWnd>();
-  return found->second(control);
 }
 
 }  // namespace dq

@@ -72,7 +72,4 @@ using WindowFactory = std::unique_ptr<class CWnd> (*)(const ControlTemplate& con
 /// one. Before dialogs are opened, on the user-interface thread.
 void RegisterControlClass(std::string_view window_class, WindowFactory make);
 
-/// The window object for a control, of its class; a plain window for a class that isn't entered.
-std::unique_ptr<class CWnd> MakeControl(const ControlTemplate& control);
-
 }  // namespace dq

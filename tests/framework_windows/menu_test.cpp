@@ -1,0 +1,222 @@
+#include "dqlib/framework/windows/menu.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <utility>
+
+#include "dqlib/framework/base/resource_chain.h"
+#include "dqlib/framework/base/resource_module.h"
+#include "dqlib/framework/windows/cmd_target.h"
+#include "dqlib/framework/windows/tool_bar.h"
+
+namespace dq {
+namespace {
+
+constexpr UINT kNone = 0xFFFFFFFF;
+constexpr std::string_view kFileMenu =
+    "popup \"&File\"\n"
+    "  item 10 \"&Open\\tCtrl+O\"\n"
+    "  popup \"&Recent\" grayed\n    item 11 \"A\" checked grayed\n  end\n"
+    "end\nseparator\nitem 12 \"&Help\"\n";
+
+std::uintptr_t Id(HMENU menu) { return reinterpret_cast<std::uintptr_t>(menu); }
+
+/// "id:text" of the items, with those of popups in parentheses.
+std::string Dump(const CMenu& menu) {
+  std::string dump;
+  for (int at = 0; at < menu.GetMenuItemCount(); ++at) {
+    if (at > 0) dump += ' ';
+    dump += std::to_string(static_cast<int>(menu.GetMenuItemID(at))) + ':' +
+            std::string(menu.GetMenuString(static_cast<UINT>(at), MF_BYPOSITION));
+    if (const CMenu* submenu = menu.GetSubMenu(at)) dump += '(' + Dump(*submenu) + ')';
+  }
+  return dump;
+}
+
+TEST(Menu, TextGivesItemsAndABrokenOneNone) {
+  CMenu menu;
+  ASSERT_TRUE(menu.LoadMenuIndirect(kFileMenu));
+  EXPECT_EQ(Dump(menu), "-1:&File(10:&Open\tCtrl+O -1:&Recent(11:A)) 0: 12:&Help");
+  EXPECT_EQ(menu.GetMenuState(11, MF_BYCOMMAND), UINT{MF_CHECKED | MF_GRAYED});
+  EXPECT_EQ(menu.GetMenuState(0, MF_BYPOSITION), UINT{MF_POPUP | 0x200});
+  EXPECT_FALSE(menu.LoadMenuIndirect(kFileMenu)) << "it has a menu";
+  std::string deep;
+  for (int level = 0; level < 33; ++level) deep += "popup \"x\"\n";
+  std::string ends;
+  for (int level = 0; level < 33; ++level) ends += "end\n";
+  for (const std::string& text : {std::string("popup \"x\"\n"), std::string("end\n"), deep + ends,
+                                  std::string("item 0 \"x\"\n"), std::string("item 1 \"x\n"),
+                                  std::string("item 1 \"x\\q\"\n"), std::string("item 65536 \"\""),
+                                  std::string("item 1 \"x\" green\n"), std::string("entry\n"),
+                                  std::string("separator 3\n")}) {
+    CMenu broken;
+    EXPECT_FALSE(broken.LoadMenuIndirect(text)) << text;
+    EXPECT_EQ(broken.GetMenuItemCount(), -1);
+  }
+}
+
+TEST(Menu, ItemsAreFoundByCommandInSubmenusAndByPosition) {
+  CMenu menu;
+  ASSERT_TRUE(menu.LoadMenuIndirect(kFileMenu));
+  EXPECT_TRUE(menu.InsertMenu(11, MF_STRING, 20, "B"));
+  EXPECT_TRUE(menu.InsertMenu(999, MF_STRING, 21, "End"));
+  int data = 0;
+  EXPECT_TRUE(menu.ModifyMenu(12, MF_OWNERDRAW, 12, reinterpret_cast<const char*>(&data)));
+  EXPECT_EQ(menu.GetItemData(12, MF_BYCOMMAND), &data);
+  EXPECT_EQ(Dump(menu), "-1:&File(10:&Open\tCtrl+O -1:&Recent(20:B 11:A)) 0: 12: 21:End");
+  EXPECT_EQ(menu.CheckMenuItem(20, MF_CHECKED), 0U);
+  EXPECT_EQ(menu.CheckMenuItem(20, MF_UNCHECKED), UINT{MF_CHECKED});
+  EXPECT_TRUE(menu.CheckMenuRadioItem(11, 20, 20, MF_BYCOMMAND));
+  EXPECT_EQ(menu.GetMenuState(11, 0), UINT{MF_GRAYED});
+  EXPECT_EQ(menu.GetMenuState(20, 0), UINT{MF_CHECKED | MF_RADIOCHECK});
+  menu.SetDefaultItem(21, false);
+  EXPECT_TRUE(menu.DeleteMenu(0, MF_BYPOSITION));
+  EXPECT_EQ(menu.GetDefaultItem(), 21U);
+  EXPECT_EQ(menu.CheckMenuItem(20, MF_CHECKED), kNone);
+  EXPECT_FALSE(menu.DeleteMenu(3, MF_BYPOSITION));
+  EXPECT_EQ(Dump(menu), "0: 12: 21:End");
+}
+
+TEST(Menu, RemovedSubmenusLiveAndDeletedOnesAreDead) {
+  CMenu menu;
+  ASSERT_TRUE(menu.LoadMenuIndirect(kFileMenu));
+  const HMENU file = menu.GetSubMenu(0)->GetSafeHmenu();
+  const HMENU recent = menu.GetSubMenu(0)->GetSubMenu(1)->GetSafeHmenu();
+  const UINT at_first = MF_BYPOSITION;
+  EXPECT_TRUE(menu.ModifyMenu(0, at_first | MF_POPUP | MF_OWNERDRAW, Id(file), nullptr))
+      << "the same submenu isn't destroyed";
+  EXPECT_TRUE(menu.RemoveMenu(0, at_first));
+  CMenu kept;
+  CMenu second;
+  EXPECT_TRUE(kept.Attach(file));
+  EXPECT_FALSE(second.Attach(file));
+  EXPECT_EQ(CMenu::FromHandle(file), &kept);
+  EXPECT_TRUE(kept.DeleteMenu(1, MF_BYPOSITION));
+  EXPECT_EQ(CMenu::FromHandle(recent), nullptr);
+  EXPECT_FALSE(menu.AppendMenu(MF_POPUP, Id(recent), "dead"));
+  ASSERT_TRUE(menu.AppendMenu(MF_POPUP, Id(file), "back"));
+  EXPECT_FALSE(kept.AppendMenu(MF_POPUP, Id(menu.GetSafeHmenu()), "circle"));
+  EXPECT_FALSE(kept.AppendMenu(MF_POPUP, Id(file), "itself"));
+  EXPECT_TRUE(menu.DestroyMenu());
+  EXPECT_EQ(kept.GetSafeHmenu(), nullptr) << "it went with the whole";
+  EXPECT_EQ(kept.GetMenuItemCount(), -1);
+  EXPECT_FALSE(kept.AppendMenu(MF_STRING, 1, "x"));
+}
+
+TEST(Menu, ManyWaysToASubmenuAndDeepNestingAreHarmless) {
+  // Each of 60 menus pops up the next one twice; then 2,000 follow in one line.
+  CMenu menu;
+  menu.CreateMenu();
+  HMENU last = menu.GetSafeHmenu();
+  for (int level = 0; level < 2060; ++level) {
+    CMenu next;
+    next.CreatePopupMenu();
+    const HMENU handle = next.Detach();
+    for (int way = 0; way < (level < 60 ? 2 : 1); ++way) {
+      ASSERT_TRUE(CMenu::FromHandle(last)->AppendMenu(MF_POPUP, Id(handle), ""));
+    }
+    last = handle;
+  }
+  EXPECT_EQ(menu.GetMenuState(5, MF_BYCOMMAND), kNone);
+  EXPECT_FALSE(CMenu::FromHandle(last)->AppendMenu(MF_POPUP, Id(menu.GetSafeHmenu()), ""));
+}
+
+/// Commands 10 to 19 have handlers; the update of 11 removes its item, that of 14 the menu.
+class Handlers : public CCmdTarget {
+ public:
+  explicit Handlers(CMenu* menu = nullptr) : menu_(menu) {}
+  BOOL OnCmdMsg(UINT id, int code, void* extra, void*) override {
+    if (id < 10 || id > 19) return 0;
+    if (code == CN_COMMAND) return 1;
+    auto& ui = *static_cast<CCmdUI*>(extra);
+    updated += std::to_string(id) + ' ';
+    if (id == 10) ui.SetCheck(1);
+    if (id == 12) ui.Enable(0);
+    if (id == 13) ui.SetRadio(1);
+    if (id == 14 && menu_ != nullptr) menu_->DestroyMenu();
+    if (id == 11 && menu_ != nullptr) ui.m_pMenu->RemoveMenu(ui.m_nIndex, MF_BYPOSITION);
+    return id != 15;
+  }
+  std::string updated;
+
+ private:
+  CMenu* menu_;
+};
+
+TEST(Menu, UpdateReachesEveryItemWhileHandlersChangeTheMenu) {
+  CMenu menu;
+  ASSERT_TRUE(menu.LoadMenuIndirect(
+      "item 10 \"\"\nitem 11 \"\"\nitem 12 \"\"\npopup \"\"\nitem 13 \"\"\nend\nitem 15 \"\"\n"
+      "item 30 \"\"\n"));
+  Handlers handlers(&menu);
+  menu.UpdateItems(handlers);
+  EXPECT_EQ(handlers.updated, "10 11 12 15 13 ");
+  EXPECT_EQ(menu.GetMenuState(10, 0), UINT{MF_CHECKED});
+  EXPECT_EQ(menu.GetMenuState(12, 0), UINT{MF_GRAYED | MF_DISABLED});
+  EXPECT_EQ(menu.GetMenuState(13, 0), UINT{MF_CHECKED | MF_RADIOCHECK});
+  EXPECT_EQ(menu.GetMenuState(15, 0), 0U);
+  EXPECT_EQ(menu.GetMenuState(30, 0), UINT{MF_GRAYED | MF_DISABLED});
+  EXPECT_EQ(Dump(menu), "10: 12: -1:(13:) 15: 30:");
+  menu.InsertMenu(0, MF_BYPOSITION, 14, "");
+  menu.UpdateItems(handlers);
+  EXPECT_EQ(menu.GetSafeHmenu(), nullptr);
+}
+
+TEST(AcceleratorTable, CombinationsHaveCommands) {
+  AcceleratorTable table;
+  ASSERT_TRUE(table.Read("# keys\nctrl+shift+f 44412\nF24 1\nALT+pgup 2\nctrl+Shift+F 3\n"));
+  EXPECT_EQ(table.Find('F', true, true, false), 44412);
+  EXPECT_EQ(table.Find('F', true, false, false), 0);
+  EXPECT_EQ(table.Find(0x87, false, false, false), 1);
+  EXPECT_EQ(table.Find(0x21, false, false, true), 2);
+  for (const char* text : {"F25 1", "ctrl+ 1", "ctrl+ctrl+A 1", "A", "A 0", "A 65536", "A 1 2",
+                           "meta+A 1", "A 99999999999"}) {
+    EXPECT_FALSE(table.Read(text)) << text;
+    EXPECT_TRUE(table.entries().empty());
+  }
+}
+
+/// Counts changes of content.
+struct ContentObserver : WindowObserver {
+  ContentObserver() : former(SetWindowObserver(this)) {}
+  ~ContentObserver() override { SetWindowObserver(former); }
+  void OnWindowChange(CWnd&, WindowChange change) override {
+    changes += change == WindowChange::kContent ? 1 : 0;
+  }
+  WindowObserver* former;
+  int changes = 0;
+};
+
+TEST(ToolBar, ResourceGivesButtonsAndEveryChangeIsTold) {
+  const WORD commands[] = {10, 0, 12, 30};
+  ResourceModule module;
+  const std::string data = WriteToolBarTemplate({20, 19}, commands);
+  module.AddResource(RESOURCE_TOOLBAR, 5, data);
+  module.AddResource(RESOURCE_TOOLBAR, 6, data.substr(0, data.size() - 1));
+  module.AddResource(RESOURCE_TOOLBAR, 7, "\x02" + data.substr(1));
+  const CDynLinkLibrary link(&module);
+  ContentObserver observer;
+  CToolBar bar;
+  EXPECT_TRUE(bar.LoadToolBar(5));
+  for (const UINT broken : {6U, 7U, 8U}) EXPECT_FALSE(bar.LoadToolBar(broken));
+  EXPECT_EQ(std::exchange(observer.changes, 0), 1);
+  EXPECT_EQ(bar.GetPictureSize(), (CSize{20, 19}));
+  EXPECT_EQ(bar.GetItemCount(), 4);
+  EXPECT_EQ(bar.CommandToIndex(12), 2);
+  for (const UINT none : {0U, 99U}) EXPECT_EQ(bar.CommandToIndex(none), -1);
+  for (const int none : {-1, 1, 4}) EXPECT_EQ(bar.GetItemID(none), 0U);
+  Handlers handlers;
+  bar.OnUpdateCmdUI(handlers, true);
+  bar.OnUpdateCmdUI(handlers, true);
+  EXPECT_EQ(bar.GetButton(0), (ToolBarButton{10, true, 1, false}));
+  EXPECT_EQ(bar.GetButton(2), (ToolBarButton{12, false, 0, false}));
+  EXPECT_FALSE(bar.GetButton(3).enabled);
+  bar.PressButton(0, true);
+  bar.PressButton(2, true);
+  bar.EnableButton(0, false);
+  EXPECT_EQ(observer.changes, 5);
+  EXPECT_EQ(bar.GetButton(0), (ToolBarButton{10, false, 1, false}));
+}
+
+}  // namespace
+}  // namespace dq
