@@ -4,7 +4,10 @@
 
 #include "dqlib/frame/switch_resource_handle.h"
 #include "dqlib/framework/base/multi_byte.h"
+#include "dqlib/framework/windows/dialog.h"
+#include "dqlib/framework/windows/menu.h"
 #include "dqlib/framework/windows/message_box.h"
+#include "dqlib/framework/windows/tool_bar.h"
 #include "dqlib/framework/windows/wnd.h"
 #include "dqlib/resources/string_ids.h"
 
@@ -26,6 +29,21 @@ bool DQLoadBitmap(CBitmap& bitmap, UINT id, HINSTANCE module) {
 HCURSOR DQLoadCursor(UINT id, HINSTANCE module) { return LoadCursor(module, id); }
 
 HICON DQLoadIcon(UINT id, HINSTANCE module) { return LoadIcon(module, id); }
+
+bool DQLoadMenu(CMenu& menu, UINT id, HINSTANCE module) {
+  const HRSRC record = DQFindMenuResource(module, id);
+  return record != nullptr && menu.LoadMenuIndirect(record->data);
+}
+
+bool DQLoadToolBar(CToolBar& bar, UINT id, HINSTANCE module) {
+  const CDQSwitchResourceHandle scope(module);
+  return bar.LoadToolBar(id);
+}
+
+int DQDoModalDialog(CDialog& dialog, HINSTANCE module) {
+  const CDQSwitchResourceHandle scope(module);
+  return dialog.DoModal();
+}
 
 int DQLoadString(CString& text, UINT id, HINSTANCE module) {
   if (id == kNoText) {

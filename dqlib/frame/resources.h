@@ -1,4 +1,5 @@
-// Resources from a given module: strings, pictures, pointers, and the search for records.
+// Resources from a given module: strings, pictures, pointers, menus, dialogs, and the search for
+// records.
 //
 // The last argument, or the first of a search, is a module. Operations marked "switched" make it
 // the current resource module for the length of the call, so that null means the one that is
@@ -12,11 +13,23 @@
 
 namespace dq {
 
+class CDialog;
+class CMenu;
+class CToolBar;
+
 /// Direct. Attaches the picture to the object; true on success.
 bool DQLoadBitmap(CBitmap& bitmap, UINT id, HINSTANCE module);
 /// Direct. Null if there is none.
 HCURSOR DQLoadCursor(UINT id, HINSTANCE module);
 HICON DQLoadIcon(UINT id, HINSTANCE module);
+
+/// Direct. Attaches the menu to the object; true on success. False, and no change, if there is none
+/// or it breaks its form, or if the object has a menu.
+bool DQLoadMenu(CMenu& menu, UINT id, HINSTANCE module);
+/// Switched. Loads the buttons of the tool bar; true on success.
+bool DQLoadToolBar(CToolBar& bar, UINT id, HINSTANCE module);
+/// Switched. Runs the dialog by its own `DoModal` and returns that one's result.
+int DQDoModalDialog(CDialog& dialog, HINSTANCE module);
 
 /// Switched. Loads a string; 0, and "", if there is none. The id -1 means "no text": the result is
 /// 1 and `text` is "", whatever the module.

@@ -4,6 +4,9 @@
 
 #include "dqlib/frame/switch_resource_handle.h"
 #include "dqlib/framework/base/resource_chain.h"
+#include "dqlib/framework/windows/dialog.h"
+#include "dqlib/framework/windows/menu.h"
+#include "dqlib/framework/windows/tool_bar.h"
 #include "dqlib/framework/windows/wnd.h"
 #include "gtest/gtest.h"
 #include "tests/support/scripted_platform.h"
@@ -143,6 +146,38 @@ TEST(DQCompareClassName, ComparesTheFirst32BytesWithoutCase) {
   EXPECT_FALSE(DQCompareClassName(handle, nullptr));
   window.DestroyWindow();
   EXPECT_FALSE(DQCompareClassName(handle, ""));
+}
+
+/// A dialog whose run looks for a string, and may throw.
+struct RunDialog : CDialog {
+  int DoModal() override {
+    text.LoadString(100);
+    if (throws) throw std::runtime_error("no screen");
+    return 7;
+  }
+  CString text;
+  bool throws = false;
+};
+
+TEST_F(Resources, MenusAreDirectAndToolBarsAndDialogsAreSwitched) {
+  const WORD commands[] = {5};
+  current_.AddResource(RESOURCE_MENU, 3, "item 1 \"a\"\n");
+  current_.AddResource(RESOURCE_TOOLBAR, 3, WriteToolBarTemplate({1, 1}, commands));
+  CMenu menu;
+  EXPECT_FALSE(DQLoadMenu(menu, 3, nullptr)) << "the system's own has none";
+  EXPECT_FALSE(DQLoadMenu(menu, 3, &other_));
+  EXPECT_TRUE(DQLoadMenu(menu, 3, &current_));
+  EXPECT_EQ(menu.GetMenuItemCount(), 1);
+  CToolBar bar;
+  EXPECT_TRUE(DQLoadToolBar(bar, 3, nullptr));
+  EXPECT_EQ(bar.GetItemID(0), 5U);
+  RunDialog dialog;
+  EXPECT_EQ(DQDoModalDialog(dialog, nullptr), 7);
+  EXPECT_EQ(dialog.text, "current %1");
+  dialog.throws = true;
+  EXPECT_THROW(DQDoModalDialog(dialog, &other_), std::runtime_error);
+  EXPECT_EQ(dialog.text, "other %1 %2 %1");
+  EXPECT_EQ(AfxGetResourceHandle(), &current_);
 }
 
 }  // namespace
