@@ -23,15 +23,19 @@ CDQBigInt::CDQBigInt() : m_digits(kFirstCapacity, '0') {}
 
 CDQBigInt::CDQBigInt(int number) : CDQBigInt(static_cast<long long>(number)) {}
 
-CDQBigInt::CDQBigInt(long long number) : m_bNegative(number < 0), m_nDigits(0) {
+CDQBigInt::CDQBigInt(long long number)
+    // The lowest 64-bit number has no positive counterpart among the signed ones.
+    : CDQBigInt(number < 0 ? 0 - static_cast<unsigned long long>(number)
+                           : static_cast<unsigned long long>(number)) {
+  m_bNegative = number < 0;
+}
+
+CDQBigInt::CDQBigInt(unsigned long long number) : m_nDigits(0) {
   m_digits.resize(kFirstCapacity, '0');
-  // The lowest 64-bit number has no positive counterpart among the signed ones.
-  auto rest = static_cast<unsigned long long>(number);
-  if (m_bNegative) rest = 0 - rest;
   do {
-    addSigDigit(static_cast<int>(rest % 10));
-    rest /= 10;
-  } while (rest != 0);
+    addSigDigit(static_cast<int>(number % 10));
+    number /= 10;
+  } while (number != 0);
 }
 
 CDQBigInt::CDQBigInt(const std::string& text) {

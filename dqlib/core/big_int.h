@@ -14,10 +14,17 @@
 
 namespace dq {
 
+class CDQBigInt;
+
 namespace detail {
 /// Integers that an `int` may not hold.
 template <typename T>
-concept WideInteger = std::same_as<T, long> || std::same_as<T, long long>;
+concept WideInteger = std::integral<T> &&
+    (sizeof(T) > sizeof(int) || (sizeof(T) == sizeof(int) && std::unsigned_integral<T>));
+/// A big integer and a plain one, in either order.
+template <typename L, typename R>
+concept BigAndPlain = (std::same_as<L, CDQBigInt> && std::integral<R>) ||
+                      (std::integral<L> && std::same_as<R, CDQBigInt>);
 }  // namespace detail
 
 /// A signed integer of any length. Reading and writing text is linear; arithmetic is as exact as on
@@ -36,17 +43,23 @@ class CDQBigInt {
   /// The number 0.
   CDQBigInt();
   CDQBigInt(int number);
-  CDQBigInt(long number) : CDQBigInt(static_cast<long long>(number)) {}
   CDQBigInt(long long number);
+  CDQBigInt(unsigned long long number);
+  /// Any other integer, without a loss.
+  template <std::signed_integral T>
+  CDQBigInt(T number) : CDQBigInt(static_cast<long long>(number)) {}
+  template <std::unsigned_integral T>
+  CDQBigInt(T number) : CDQBigInt(static_cast<unsigned long long>(number)) {}
   /// A text of digits with an optional leading "-"; "" is 0, and so are "-" and "-0".
-  explicit CDQBigInt(const std::string& text);
+  CDQBigInt(const std::string& text);
   CDQBigInt(const CDQBigInt& other);
   /// The error that `/= 0` leaves stays with its object.
   CDQBigInt& operator=(const CDQBigInt& other);
   ~CDQBigInt() = default;
 
-  /// The number modulo a million, with its sign. Dialogs with six places rely on it.
-  explicit operator int() const;
+  /// The number modulo a million, with its sign. Dialogs with six places rely on it. What isn't
+  /// declared here, such as unary minus, reckons with this `int`.
+  operator int() const;
 
   /// "-" if negative, then the digits.
   std::string toString() const;
@@ -134,6 +147,53 @@ template <detail::WideInteger T>
 CDQBigInt operator/(const CDQBigInt& left, T right) {
   return left / CDQBigInt(right);
 }
+template <std::integral T>
+CDQBigInt operator/(T left, const CDQBigInt& right) {
+  return CDQBigInt(left) / right;
+}
+
+// Between a big integer and a plain one the plain one becomes big. Without these the big one could
+// as well become an `int`, of its last six digits.
+template <typename L, typename R>
+requires detail::BigAndPlain<L, R> CDQBigInt operator+(const L& left, const R& right) {
+  CDQBigInt result(left);
+  result += right;
+  return result;
+}
+template <typename L, typename R>
+requires detail::BigAndPlain<L, R> CDQBigInt operator-(const L& left, const R& right) {
+  CDQBigInt result(left);
+  result -= right;
+  return result;
+}
+template <typename L, typename R>
+requires detail::BigAndPlain<L, R> CDQBigInt operator%(const L& left, const R& right) {
+  CDQBigInt result(left);
+  result %= right;
+  return result;
+}
+template <typename L, typename R>
+requires detail::BigAndPlain<L, R>
+bool operator==(const L& left, const R& right) {
+  return static_cast<const CDQBigInt&>(left).equals(right);
+}
+template <typename L, typename R>
+requires detail::BigAndPlain<L, R>
+bool operator!=(const L& left, const R& right) { return !(left == right); }
+template <typename L, typename R>
+requires detail::BigAndPlain<L, R>
+bool operator<(const L& left, const R& right) {
+  return static_cast<const CDQBigInt&>(left).lessThan(right);
+}
+template <typename L, typename R>
+requires detail::BigAndPlain<L, R>
+bool operator>(const L& left, const R& right) { return right < left; }
+template <typename L, typename R>
+requires detail::BigAndPlain<L, R>
+bool operator<=(const L& left, const R& right) { return !(left > right); }
+template <typename L, typename R>
+requires detail::BigAndPlain<L, R>
+bool operator>=(const L& left, const R& right) { return !(left < right); }
 
 /// Reads a word and makes a number of it, which stays as it is at the end of the stream; writes
 /// `toString()`.

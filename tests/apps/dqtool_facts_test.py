@@ -86,9 +86,13 @@ class FactsTest(unittest.TestCase):
             (["system", "x"], 2, "", "dqtool: system: it takes no words\n"),
         ]:
             self.check(words, status, out, err)
+        # Without its locale a program writes as in the United States.
+        odd = {**ENVIRONMENT, "LC_ALL": "xx_YY.UTF-8"}
+        self.assertEqual(dqtool("log", self.log, "no locale", env=odd), (0, b"", b""))
         with open(self.log, "rb") as file:
             self.assertRegex(file.read(),
-                             rb"\A" + STAMP + rb"\r\n\r\n" + STAMP + rb"  two words\r\n\Z")
+                             rb"\A" + STAMP + rb"\r\n\r\n" + STAMP + rb"  two words\r\n" + STAMP +
+                             rb"  no locale\r\n\Z")
 
     def test_a_log_grows_beyond_its_maximum_and_one_written_at_once_starts_over(self):
         with open(self.log, "wb") as file:

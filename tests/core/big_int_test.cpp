@@ -31,8 +31,33 @@ TEST(BigInt, TextsThatMakeNumbers) {
   EXPECT_EQ(CDQBigInt(INT_MIN).toString(), "-2147483648");
   EXPECT_EQ(CDQBigInt(LLONG_MIN).toString(), "-9223372036854775808");
   EXPECT_EQ(CDQBigInt(std::int64_t{INT64_MAX}).toString(), "9223372036854775807");
-  EXPECT_TRUE(Big("3") * 5'000'000'000L == 15'000'000'000LL &&
-              5'000'000'000L * Big("3") / 5L == 3'000'000'000L);
+  const std::string text = "12";
+  const CDQBigInt implicit = text;
+  const int back = implicit;
+  EXPECT_EQ(back, 12);
+}
+
+TEST(BigInt, OperandsOfAllIntegerTypesKeepTheirValue) {
+  const CDQBigInt one = 1;
+  const auto check = [&](auto number, const char* shown) {
+    const CDQBigInt big = number;
+    EXPECT_EQ(big.toString(), shown);
+    for (const CDQBigInt& same :
+         {one * number, number * one, one + (number - one), number + one - 1, big / one}) {
+      EXPECT_EQ(same.toString(), shown);
+    }
+    CDQBigInt x = big;
+    ((((x *= number) /= number) += number) -= number) %= big * 2;
+    EXPECT_TRUE(x == big * 2 && big / number == 1 && number / big == 1);
+    EXPECT_TRUE(number == big && big == number && !(big != number) && big <= number &&
+                number >= big && number < big + 1 && big - 1 < number && big + 1 > number);
+  };
+  check(short{7}, "7");
+  check(4'294'967'295U, "4294967295");
+  check(5'000'000'000L, "5000000000");
+  check(18'446'744'073'709'551'615UL, "18446744073709551615");
+  check(LLONG_MAX, "9223372036854775807");
+  check(ULLONG_MAX, "18446744073709551615");
 }
 
 TEST(BigInt, StreamsReadAWordAndStayAtTheEnd) {
