@@ -65,6 +65,16 @@ void Print(std::string_view name, Number number) {
 void PrintAll() {
   using Info = dq::CDQApplicationInfo;
   Info info;
+  Print("LanguageString", info.GetLanguageString().View());
+  Print("VersionString", info.GetVersionString().View());
+  Print("Comments", info.GetComments().View());
+  Print("CompanyName", info.GetCompanyName().View());
+  Print("FileDescription", info.GetFileDescription().View());
+  Print("InternalName", info.GetInternalName().View());
+  Print("LegalCopyright", info.GetLegalCopyright().View());
+  Print("LegalTrademarks", info.GetLegalTrademarks().View());
+  Print("OriginalFileName", info.GetOriginalFileName().View());
+  Print("ProductVersion", info.GetProductVersion().View());
   Print("AppCode", Info::GetAppCode().View());
   Print("Title", info.GetTitle().View());
   Print("ExecutablePath", info.GetExecutablePath().View());
@@ -105,7 +115,8 @@ int PrintIdentity(Words words) {
 const Command kIdentity{
     "identity", "[--app CODE] [--exe PATH] [--file-version V]",
     "Prints what the library takes its host for.",
-    "Lines are NAME<TAB>VALUE, control characters as '\\xHH'.\n"
+    "Lines are NAME<TAB>VALUE, control characters as '\\xHH'. The first ones are of the version\n"
+    "resource that V replaces, without its product name, which stands further down.\n"
     "\n"
     "  --app CODE        the host's application code\n"
     "  --exe PATH        the host's executable, which need not exist; this program's by default\n"

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "apps/dqtool/command.h"
-#include "dqlib/core/file_utility.h"
 #include "dqlib/core/ini_file.h"
 #include "dqlib/framework/base/error_text.h"
 #include "dqlib/platform/platform.h"
@@ -73,7 +72,9 @@ int RunIni(Words words) {
   if (words.empty()) throw WrongUsage("a FILE is needed");
   if (words.size() < 2) throw WrongUsage("get, set, delete-key, delete-section, sections or keys?");
   // Without a directory the library would look among the user's settings.
-  const CString path = dq::CDQFileUtility::GetFullPath(words[0].c_str());
+  const auto full = dq::platform::Current().files->FullPath(words[0]);
+  if (!full.ok()) return Complain("ini: " + words[0] + ": " + dq::detail::ErrorText(full.error));
+  const CString path = full.value;
   const std::string& action = words[1];
   RememberingProfiles profiles;
   dq::platform::Platform services = dq::platform::Current();

@@ -89,7 +89,7 @@ int Refused(const std::string& what, const Error& error) {
 
 int NoKey(const std::string& path, const Error& error) {
   if (error.kind == ErrorKind::kNotFound) return Complain("settings: no key " + path);
-  return Refused(path, error);
+  return Refused(path.empty() ? "the root" : path, error);
 }
 
 /// All values of a key, or all names of its sub-keys, sorted by name.

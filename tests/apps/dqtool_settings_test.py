@@ -161,6 +161,9 @@ class IniTest(OwnSettings):
 
     def test_files_that_cant_be_read_or_written_are_told(self):
         self.refuses(["ini", "none/f.ini", "set", "S", "K", "V"], "ini: none/f.ini: No such file")
+        long_name = "x" * 5000
+        for words in [["set", "S", "K", "V"], ["sections"], ["get", "S", "K"]]:
+            self.refuses(["ini", long_name, *words], f"ini: {long_name}: File name too long")
         self.refuses(["ini", "/dev/full", "set", "S", "K", "V"], "ini: /dev/full: ")
         for words in [["set", "S", "K", "V"], ["sections"], ["keys", "S"], ["get", "S", "K"]]:
             self.refuses(["ini", self.directory, *words], f"ini: {self.directory}: ")
@@ -177,9 +180,12 @@ class IdentityTest(OwnSettings):
         lines = self.identity("--app", "QUILLBASE", "--exe", "C:\\Bin\\Tool.exe",
                               "--file-version", "7.12.3.4")
         self.assertEqual(list(lines.items()), [
-            ("AppCode", "QUILLBASE"), ("Title", ""), ("ExecutablePath", "C:\\Bin\\Tool.exe"),
-            ("ExecutableDirectory", "C:\\Bin"), ("RunningFromNetwork", "false"),
-            ("OptionsFile", "Quill.dqo"), ("RegistryKey", "Tool"), ("ProductName", ""),
+            ("LanguageString", "040904b0"), ("VersionString", "7.12.3.4"), ("Comments", ""),
+            ("CompanyName", ""), ("FileDescription", ""), ("InternalName", ""),
+            ("LegalCopyright", ""), ("LegalTrademarks", ""), ("OriginalFileName", ""),
+            ("ProductVersion", ""), ("AppCode", "QUILLBASE"), ("Title", ""),
+            ("ExecutablePath", "C:\\Bin\\Tool.exe"), ("ExecutableDirectory", "C:\\Bin"),
+            ("RunningFromNetwork", "false"), ("OptionsFile", "Quill.dqo"), ("RegistryKey", "Tool"), ("ProductName", ""),
             ("SplashIDB", "0"), ("LongVersionNumber", "7.12.3.4"),
             ("MediumVersionNumber", "7.12.3"), ("ShortVersionNumber", "7.12"),
             ("MajorVersionNumber", "7"), ("MinorVersionNumber", "2"), ("BuildNumber", "4"),
@@ -190,10 +196,12 @@ class IdentityTest(OwnSettings):
         self.assertEqual(self.identity()["ExecutablePath"], dqtool_runner.DQTOOL)
         self.assertEqual(self.identity()["OptionsFile"], "dqtool.dqo")
         tool = self.put("tool", b"")
-        self.put("tool.version", b"FileVersion=1.2.3.4\nProductName=The Tool\n")
+        self.put("tool.version", b"FileVersion=1.2.3.4\nProductName=The Tool\n"
+                 b"LegalCopyright=Ours\nTranslation=0407,04e4\n")
         lines = self.identity("--exe", tool)
         self.assertEqual((lines["ProductName"], lines["ShortVersionNumber"], lines["OptionsFile"],
                           lines["RunningFromNetwork"]), ("The Tool", "1.2", "tool.dqo", "false"))
+        self.assertEqual((lines["LanguageString"], lines["LegalCopyright"]), ("040704e4", "Ours"))
 
 
 class PathTest(OwnSettings):
