@@ -1,0 +1,6 @@
+-- Create $$object_type$$ $$object_name$$ on a table of $$object_owner$$
+ALTER TABLE $$object_owner$$.<table_name>
+  ADD CONSTRAINT $$object_name$$
+  FOREIGN KEY (<column_name>, <column_name>)
+  REFERENCES $$object_owner$$.<referenced_table> (<referenced_column>, <referenced_column>)
+go

@@ -1,0 +1,26 @@
+-- Create $$object_type$$ $$object_owner$$.$$object_name$$
+CREATE PROCEDURE $$object_owner$$.$$object_name$$
+  @<input_parameter>   <data_type>,
+  @<optional_parameter> <data_type> = <default_value>,
+  @<output_parameter>  <data_type> OUTPUT
+AS
+BEGIN
+  DECLARE @error_number int
+
+  SELECT @<output_parameter> = <expression>
+    FROM $$object_owner$$.<table_name>
+    WHERE <column_name> = @<input_parameter>
+
+  SELECT @error_number = @@error
+  IF @error_number != 0
+  BEGIN
+    RAISERROR <message_number> '<message_text>'
+    RETURN @error_number
+  END
+
+  RETURN 0
+END
+go
+
+GRANT EXECUTE ON $$object_owner$$.$$object_name$$ TO <user_name>
+go

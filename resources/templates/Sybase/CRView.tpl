@@ -1,0 +1,12 @@
+-- Create $$object_type$$ $$object_owner$$.$$object_name$$
+CREATE VIEW $$object_owner$$.$$object_name$$
+  (<view_column>, <view_column>)
+AS
+  SELECT <column_name>, <column_name>
+    FROM $$object_owner$$.<table_name>
+    WHERE <condition>
+  WITH CHECK OPTION
+go
+
+GRANT SELECT ON $$object_owner$$.$$object_name$$ TO <user_name>
+go
