@@ -1,0 +1,8 @@
+-- Create $$object_type$$ $$object_name$$ on a table of $$object_owner$$
+-- Behind UNIQUE: CLUSTERED or NONCLUSTERED.
+ALTER TABLE $$object_owner$$.<table_name>
+  ADD CONSTRAINT $$object_name$$
+  UNIQUE NONCLUSTERED (<column_name>, <column_name>)
+  WITH FILLFACTOR = <fill_percentage>
+  ON <filegroup_name>
+go
