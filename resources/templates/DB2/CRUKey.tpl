@@ -1,0 +1,6 @@
+-- Create $$object_type$$ $$object_name$$ on a table of $$object_owner$$
+-- The columns are NOT NULL.
+ALTER TABLE $$object_owner$$.<table_name>
+  ADD CONSTRAINT $$object_name$$
+  UNIQUE (<column_name>, <column_name>)
+;
