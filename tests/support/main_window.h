@@ -21,7 +21,6 @@ class MainWindow : public CWnd {
  public:
   MainWindow() {
     CreateWnd("TestMainWindow");
-    messages.clear();
     app.m_pMainWnd = this;
   }
 
@@ -31,12 +30,14 @@ class MainWindow : public CWnd {
   }
 
   CWinApp app{"test"};
+  /// Those of applications.
   std::vector<SentMessage> messages;
   /// Called while the sender waits.
   std::function<void(const SentMessage&)> on_message;
 
  protected:
   LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
+    if (message < WM_USER) return CWnd::WindowProc(message, wparam, lparam);
     messages.push_back({message, wparam, lparam});
     if (on_message) on_message(messages.back());
     return 0;

@@ -286,7 +286,8 @@ const CRuntimeClass* CArchive::ReadNewClass() {
   return runtime_class;
 }
 
-CObject* CArchive::ReadObject(const CRuntimeClass* expected) {
+CObject* CArchive::ReadObject(const CRuntimeClass* expected, bool* is_new) {
+  if (is_new != nullptr) *is_new = false;
   const WORD tag = Take<WORD>(*this);
   DWORD index = tag & ~kClassBit;
   bool is_class = (tag & kClassBit) != 0;
@@ -314,7 +315,9 @@ CObject* CArchive::ReadObject(const CRuntimeClass* expected) {
   if (runtime_class == nullptr) throw CArchiveException(CArchiveException::badIndex);
   const UINT schema = tag == kNewClassTag ? m_loaded.back().schema : m_loaded[index].schema;
   require(runtime_class);
-  return ReadNewObject(runtime_class, schema);
+  CObject* const object = ReadNewObject(runtime_class, schema);
+  if (is_new != nullptr) *is_new = true;
+  return object;
 }
 
 CObject* CArchive::ReadNewObject(const CRuntimeClass* runtime_class, UINT schema) {

@@ -76,10 +76,11 @@ class CArchive {
 
   /// Objects of serial classes, each once however often it is met. Writing throws `badClass` for
   /// one that isn't of a serial class, which could not be read back. Reading gives an object that
-  /// the caller owns if it was new in the stream, and throws `badClass` unless it is of
-  /// `runtime_class` (null allows any), which includes every class the program doesn't know.
+  /// the caller owns if it was new in the stream, which `is_new`, if not null, tells, and throws
+  /// `badClass` unless it is of `runtime_class` (null allows any), which includes every class the
+  /// program doesn't know.
   void WriteObject(const CObject* object);
-  CObject* ReadObject(const CRuntimeClass* runtime_class);
+  CObject* ReadObject(const CRuntimeClass* runtime_class, bool* is_new = nullptr);
 
   /// The schema with which the object being loaded was stored.
   UINT GetObjectSchema() const { return m_nObjectSchema; }

@@ -1,10 +1,58 @@
 #include "dqlib/framework/base/exception.h"
 
+#include <algorithm>
+#include <string_view>
+
+#include "dqlib/platform/platform.h"
+
 namespace dq {
+namespace {
+
+/// Strings of the framework that describe causes: the cause is added.
+constexpr UINT kFileCauses = 61840;
+constexpr UINT kArchiveCauses = 61860;
+
+CString DescribeCause(UINT first, int cause, int last, UINT& help_id) {
+  // A number that is no cause is an error like any that has none.
+  constexpr int kGeneric = 1;
+  help_id = first + static_cast<UINT>(cause >= 0 && cause <= last ? cause : kGeneric);
+  return detail::LoadText(help_id);
+}
+
+}  // namespace
 
 IMPLEMENT_DYNAMIC(CException, CObject)
 IMPLEMENT_DYNAMIC(CFileException, CException)
 IMPLEMENT_DYNAMIC(CArchiveException, CException)
+
+BOOL CException::GetErrorMessage(char* text, UINT size, UINT* help_id) const {
+  UINT id = 0;
+  const CString words = DescribeError(id);
+  if (help_id != nullptr) *help_id = id;
+  if (size > 0) {
+    const std::string_view fitting = words.View().substr(0, size - 1);
+    *std::ranges::copy(fitting, text).out = '\0';
+  }
+  return words.IsEmpty() ? 0 : 1;
+}
+
+CString CException::DescribeError(UINT&) const { return {}; }
+
+CString CFileException::DescribeError(UINT& help_id) const {
+  CString words = DescribeCause(kFileCauses, m_cause, endOfFile, help_id);
+  if (m_cause == generic && m_lOsError > 0) {
+    const auto system =
+        platform::Current().system_errors->Describe(static_cast<DWORD>(m_lOsError));
+    std::string_view known = system ? std::string_view(*system) : std::string_view();
+    known = known.substr(0, known.find_last_not_of("\r\n. ") + 1);
+    if (!known.empty()) words = known;
+  }
+  return words;
+}
+
+CString CArchiveException::DescribeError(UINT& help_id) const {
+  return DescribeCause(kArchiveCauses, m_cause, badSchema, help_id);
+}
 
 CFileException::CFileException(int cause, LONG os_error, const char* file_name)
     : m_cause(cause), m_lOsError(os_error), m_strFileName(file_name) {}

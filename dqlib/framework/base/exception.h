@@ -15,6 +15,15 @@ class CException : public CObject {
   CException() = default;
   CException(const CException&) : CObject() {}
   CException& operator=(const CException&) { return *this; }
+
+  /// What went wrong, in words to stand within a sentence: without a full stop or a line end. Fills
+  /// `text`, of `size` bytes with the zero, with as much of it as there is room for, and `help_id`,
+  /// if not null, with the help topic. False, "" and topic 0 if the exception has no words.
+  BOOL GetErrorMessage(char* text, UINT size, UINT* help_id = nullptr) const;
+
+ protected:
+  /// The words, and in `help_id` the string that they come from; the base has none.
+  virtual CString DescribeError(UINT& help_id) const;
 };
 
 /// A failed operation on a file.
@@ -50,6 +59,10 @@ class CFileException : public CException {
   int m_cause;
   LONG m_lOsError;
   CString m_strFileName;
+
+ protected:
+  /// Of an error without a cause of its own, the system's words if it has some.
+  CString DescribeError(UINT& help_id) const override;
 };
 
 /// A stream of objects that doesn't hold what is read from it, or can't be read or written.
@@ -71,6 +84,9 @@ class CArchiveException : public CException {
   CArchiveException& operator=(const CArchiveException&) = default;
 
   int m_cause;
+
+ protected:
+  CString DescribeError(UINT& help_id) const override;
 };
 
 }  // namespace dq

@@ -2,7 +2,9 @@
 
 #include <cmath>
 
+#include "dqlib/framework/base/date_time_text.h"
 #include "dqlib/platform/date_text.h"
+#include "dqlib/platform/platform.h"
 
 namespace dq {
 namespace {
@@ -10,13 +12,6 @@ namespace {
 constexpr int kFirstYear = 100;
 constexpr int kLastYear = 9999;
 constexpr int kSecondsInDay = 86400;
-
-struct Parts {
-  int year = 0;
-  int month = 0;
-  int day = 0;
-  int second_of_day = 0;
-};
 
 /// Seconds from the origin, rounded; the fraction of a date before the origin counts away from it
 /// although time goes forwards.
@@ -37,15 +32,18 @@ DATE ToDays(std::int64_t seconds) {
   return days < 0 ? static_cast<double>(days) - fraction : static_cast<double>(days) + fraction;
 }
 
-Parts Cut(DATE date) {
+detail::DateTimeParts Cut(DATE date) {
   const std::int64_t seconds = ToSeconds(date);
   std::int64_t days = seconds / kSecondsInDay;
-  Parts parts;
-  parts.second_of_day = static_cast<int>(seconds % kSecondsInDay);
-  if (parts.second_of_day < 0) {
-    parts.second_of_day += kSecondsInDay;
+  int time = static_cast<int>(seconds % kSecondsInDay);
+  if (time < 0) {
+    time += kSecondsInDay;
     --days;
   }
+  detail::DateTimeParts parts;
+  parts.hour = time / 3600;
+  parts.minute = time / 60 % 60;
+  parts.second = time % 60;
   platform::DateFromDays(static_cast<long>(days), parts.year, parts.month, parts.day);
   return parts;
 }
@@ -59,6 +57,12 @@ bool IsInRange(DATE date) {
 
 }  // namespace
 
+bool detail::DateTimeParts::Exists() const {
+  return year >= kFirstYear && year <= kLastYear && month >= 1 && month <= 12 && day >= 1 &&
+         day <= platform::DaysInMonth(year, month) && hour >= 0 && hour <= 23 && minute >= 0 &&
+         minute <= 59 && second >= 0 && second <= 59;
+}
+
 COleDateTime::COleDateTime(DATE date) : m_dt(date), m_status(IsInRange(date) ? valid : invalid) {}
 
 COleDateTime::COleDateTime(const SYSTEMTIME& time) {
@@ -70,16 +74,17 @@ COleDateTime::COleDateTime(int year, int month, int day, int hour, int minute, i
 }
 
 bool COleDateTime::SetDateTime(int year, int month, int day, int hour, int minute, int second) {
+  const detail::DateTimeParts parts{year, month, day, hour, minute, second};
   m_status = invalid;
-  if (year < kFirstYear || year > kLastYear || month < 1 || month > 12 || day < 1 ||
-      day > platform::DaysInMonth(year, month) || hour < 0 || hour > 23 || minute < 0 ||
-      minute > 59 || second < 0 || second > 59) {
-    return false;
-  }
-  const std::int64_t days = platform::DaysFromOrigin(year, month, day);
-  m_dt = ToDays(days * kSecondsInDay + hour * 3600 + minute * 60 + second);
-  m_status = valid;
+  if (!parts.Exists()) return false;
+  Take(parts);
   return true;
+}
+
+void COleDateTime::Take(const detail::DateTimeParts& parts) {
+  const std::int64_t days = platform::DaysFromOrigin(parts.year, parts.month, parts.day);
+  m_dt = ToDays(days * kSecondsInDay + parts.hour * 3600 + parts.minute * 60 + parts.second);
+  m_status = valid;
 }
 
 bool COleDateTime::SetTime(int hour, int minute, int second) {
@@ -88,14 +93,14 @@ bool COleDateTime::SetTime(int hour, int minute, int second) {
 
 bool COleDateTime::GetAsSystemTime(SYSTEMTIME& time) const {
   if (m_status != valid) return false;
-  const Parts parts = Cut(m_dt);
+  const detail::DateTimeParts parts = Cut(m_dt);
   time = {.wYear = static_cast<WORD>(parts.year),
           .wMonth = static_cast<WORD>(parts.month),
           .wDayOfWeek = static_cast<WORD>(platform::DayOfWeek(parts.year, parts.month, parts.day)),
           .wDay = static_cast<WORD>(parts.day),
-          .wHour = static_cast<WORD>(parts.second_of_day / 3600),
-          .wMinute = static_cast<WORD>(parts.second_of_day / 60 % 60),
-          .wSecond = static_cast<WORD>(parts.second_of_day % 60),
+          .wHour = static_cast<WORD>(parts.hour),
+          .wMinute = static_cast<WORD>(parts.minute),
+          .wSecond = static_cast<WORD>(parts.second),
           .wMilliseconds = 0};
   return true;
 }
@@ -106,30 +111,42 @@ int COleDateTime::GetMonth() const { return m_status == valid ? Cut(m_dt).month 
 
 int COleDateTime::GetDay() const { return m_status == valid ? Cut(m_dt).day : -1; }
 
-int COleDateTime::GetHour() const {
-  return m_status == valid ? Cut(m_dt).second_of_day / 3600 : -1;
-}
+int COleDateTime::GetHour() const { return m_status == valid ? Cut(m_dt).hour : -1; }
 
-int COleDateTime::GetMinute() const {
-  return m_status == valid ? Cut(m_dt).second_of_day / 60 % 60 : -1;
-}
+int COleDateTime::GetMinute() const { return m_status == valid ? Cut(m_dt).minute : -1; }
 
-int COleDateTime::GetSecond() const {
-  return m_status == valid ? Cut(m_dt).second_of_day % 60 : -1;
-}
+int COleDateTime::GetSecond() const { return m_status == valid ? Cut(m_dt).second : -1; }
 
 int COleDateTime::GetDayOfWeek() const {
   if (m_status != valid) return -1;
-  const Parts parts = Cut(m_dt);
+  const detail::DateTimeParts parts = Cut(m_dt);
   return platform::DayOfWeek(parts.year, parts.month, parts.day) + 1;
 }
 
 int COleDateTime::GetDayOfYear() const {
   if (m_status != valid) return -1;
-  const Parts parts = Cut(m_dt);
+  const detail::DateTimeParts parts = Cut(m_dt);
   return static_cast<int>(platform::DaysFromOrigin(parts.year, parts.month, parts.day) -
                           platform::DaysFromOrigin(parts.year, 1, 1)) +
          1;
+}
+
+COleDateTime COleDateTime::GetCurrentTime() {
+  return COleDateTime(platform::Current().clock->LocalTime());
+}
+
+bool COleDateTime::ParseDateTime(const char* text, DWORD flags, DWORD language) {
+  m_status = invalid;
+  const auto parts = detail::ReadDateTime(text != nullptr ? text : "", flags, language);
+  if (!parts) return false;
+  Take(*parts);
+  return true;
+}
+
+CString COleDateTime::Format(const char* format) const {
+  if (format == nullptr || *format == '\0' || m_status == null) return {};
+  if (m_status != valid) return "Invalid DateTime";
+  return detail::LayOutDateTime(Cut(m_dt), format);
 }
 
 }  // namespace dq

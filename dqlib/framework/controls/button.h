@@ -26,6 +26,7 @@ class CButton : public Control {
   std::vector<CButton*> GroupButtons() const;
 
   void Describe(platform::DialogControl& control) const override;
+  bool IsTabStop() const override { return kind_ != ButtonKind::kGroup; }
   /// A person enters the mark, "0", "1" or "2"; a radio button takes "0" only if it has no mark.
   bool Enter(std::string_view value) override;
   /// A person presses it: a check goes on to its next state, a radio button takes the mark from the

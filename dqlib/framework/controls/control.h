@@ -17,6 +17,8 @@ class Control : public CWnd {
   bool BeginsGroup() const { return begins_group_; }
   void SetBeginsGroup(bool begins) { begins_group_ = begins; }
 
+  bool IsTabStop() const override { return true; }
+
  protected:
   void OnSubclassed(CWnd& former) override;
 

@@ -122,6 +122,7 @@ void CEdit::Describe(platform::DialogControl& control) const {
   control.kind =
       style_.read_only ? platform::DialogControlKind::kText : platform::DialogControlKind::kEdit;
   control.editable = !style_.read_only;
+  control.multiple = style_.multi_line;
   control.secret = style_.password;
   control.value = style_.password ? std::string() : text_.text();
 }

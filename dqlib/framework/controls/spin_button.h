@@ -10,6 +10,7 @@ namespace dq {
 /// The range is 0 to 100 at first; where its first end is the larger one, steps go the other way.
 class CSpinButtonCtrl : public Control {
   DECLARE_DYNAMIC(CSpinButtonCtrl)
+  bool IsTabStop() const override { return false; }
   /// With `auto_buddy` the control before it becomes its buddy when the window is made.
   explicit CSpinButtonCtrl(bool auto_buddy = false) : auto_buddy_(auto_buddy) {}
 

@@ -10,6 +10,7 @@ namespace dq {
 class CStatic : public Control {
   DECLARE_DYNAMIC(CStatic)
   void Describe(platform::DialogControl& control) const override;
+  bool IsTabStop() const override { return false; }
 };
 
 }  // namespace dq

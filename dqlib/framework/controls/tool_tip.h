@@ -12,6 +12,7 @@ namespace dq {
 /// their handles; those of windows that ended are dropped when others come.
 class CToolTipCtrl : public Control {
   DECLARE_DYNAMIC(CToolTipCtrl)
+  bool IsTabStop() const override { return false; }
 
   /// Makes the window, owned by the parent's top-level window.
   bool Create(CWnd* parent);

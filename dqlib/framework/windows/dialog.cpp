@@ -46,9 +46,7 @@ CRect Centered(const CSize& size, const CWnd* owner) {
 }
 
 bool TakesFocus(const CWnd& control) {
-  return control.IsShown() && control.IsWindowEnabled() &&
-         detail::KindOfControl(control) != platform::DialogControlKind::kText &&
-         detail::KindOfControl(control) != platform::DialogControlKind::kOther;
+  return control.IsTabStop() && control.IsShown() && control.IsWindowEnabled();
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "dqlib/framework/base/multi_byte.h"
 #include "dqlib/framework/windows/dialog.h"
 
 namespace dq {
@@ -20,10 +21,13 @@ std::map<std::string, WindowFactory, std::less<>>& Factories() {
 
 /// A label without marks of mnemonics, nor the colon and blanks at its end.
 std::string PlainLabel(std::string_view text) {
+  const platform::CodePage& page = multi_byte::CurrentCodePage();
   std::string plain;
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    if (text[at] == '&' && ++at == text.size()) break;
-    plain += text[at];
+  for (bool marked = false; !text.empty();) {
+    const std::size_t size = page.CharacterSize(text);
+    marked = text.front() == '&' && !marked;
+    if (!marked) plain += text.substr(0, size);
+    text.remove_prefix(size);
   }
   while (!plain.empty() && (plain.back() == ' ' || plain.back() == ':')) plain.pop_back();
   return plain;
@@ -54,7 +58,7 @@ void AddControls(const CWnd& parent, bool visible, bool enabled,
     const std::string text = PlainLabel(static_cast<const char*>(child->GetWindowText()));
     if (IsLabelledByItself(control.kind)) {
       control.label = text;
-      label = control.kind == DialogControlKind::kText ? text : std::string();
+      label = child->GetWindowClass() == "Static" ? text : std::string();
     } else if (control.label.empty()) {
       control.label = std::exchange(label, {});
     }
@@ -102,12 +106,6 @@ CWnd* FindControl(const CWnd& dialog, int id) {
     if (CWnd* const control = FindControl(*child, id)) return control;
   }
   return nullptr;
-}
-
-DialogControlKind KindOfControl(const CWnd& control) {
-  DialogControl description;
-  control.Describe(description);
-  return description.kind;
 }
 
 }  // namespace detail

@@ -24,6 +24,4 @@ std::vector<platform::DialogControl> DescribeControls(const CWnd& dialog);
 /// The first control with the id, in the dialog or in those child dialogs of it that are visible.
 CWnd* FindControl(const CWnd& dialog, int id);
 
-platform::DialogControlKind KindOfControl(const CWnd& control);
-
 }  // namespace dq::detail

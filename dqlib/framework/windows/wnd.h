@@ -213,6 +213,8 @@ class CWnd : public CCmdTarget {
   virtual bool Enter(std::string_view value);
   /// A person presses it. The base takes no press.
   virtual bool Press();
+  /// Whether a dialog's focus stops at it on its way from control to control.
+  virtual bool IsTabStop() const { return false; }
 
   /// Null while the window isn't made. Read only.
   std::atomic<HWND> m_hWnd = nullptr;

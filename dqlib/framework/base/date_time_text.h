@@ -1,0 +1,37 @@
+// Dates and times to texts and back, by rules that are the same on every machine.
+
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "dqlib/framework/base/c_string.h"
+#include "dqlib/platform/types.h"
+
+namespace dq::detail {
+
+/// A date from year 100 to 9999 and a time of day. Default: the origin of all dates.
+struct DateTimeParts {
+  int year = 1899;
+  int month = 12;
+  int day = 30;
+  int hour = 0;
+  int minute = 0;
+  int second = 0;
+
+  /// Whether there are such a date and such a time.
+  bool Exists() const;
+};
+
+/// Lays out parts that exist by a format of `%` codes (see `COleDateTime::Format`).
+CString LayOutDateTime(const DateTimeParts& parts, std::string_view format);
+
+/// Reads a date, a time or both (see `COleDateTime::ParseDateTime`); what the text doesn't tell has
+/// its default. No value if it can't be read.
+std::optional<DateTimeParts> ReadDateTime(std::string_view text, DWORD flags, DWORD locale);
+
+/// A name of the locale without the blanks that some locales pad their names with, which would keep
+/// a name that was printed from being read; "" if it can't be had.
+std::string LocaleName(DWORD item, DWORD locale);
+
+}  // namespace dq::detail

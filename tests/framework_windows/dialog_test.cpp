@@ -1,0 +1,213 @@
+#include "dqlib/framework/windows/dialog.h"
+
+#include <functional>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+
+#include "dqlib/framework/controls/button.h"
+#include "dqlib/framework/controls/dialog_exchange.h"
+#include "dqlib/framework/controls/edit.h"
+#include "tests/support/main_window.h"
+#include "tests/support/scripted_prompts.h"
+
+namespace dq {
+namespace {
+
+constexpr const char kTemplate[] =
+    "caption \"Go To\"\n"
+    "size 200 80\n"
+    "text -1 \"&Line Number:\" 8 8 60 14\n"
+    "edit 100 \"\" 72 8 60 14\n"
+    "check 101 \"&Wrap\" 8 24 60 14\n"
+    "button 102 \"&More\" 72 24 60 14\n"
+    "edit 103 \"\" 72 40 60 14 disabled\n"
+    "defbutton 1 \"OK\" 8 56 50 14\n"
+    "button 2 \"Cancel\" 72 56 50 14\n";
+
+/// A dialog with a number from 1 to 20 and a mark.
+class GotoDlg : public CDialog {
+ public:
+  explicit GotoDlg(CWnd* parent = nullptr) {
+    InitModalIndirect(ReadDialogTemplate(kTemplate).value(), parent);
+  }
+  ~GotoDlg() override { DestroyWindow(); }
+
+  int line = 5;
+  int wrap = 0;
+  int exchanged = 0;
+  std::function<void()> on_more;
+  std::function<void()> on_init;
+
+ protected:
+  BOOL OnInitDialog() override {
+    CDialog::OnInitDialog();
+    if (on_init) on_init();
+    return 1;
+  }
+  void DoDataExchange(CDataExchange* exchange) override {
+    ++exchanged;
+    EXPECT_FALSE(UpdateData(0)) << "an exchange doesn't begin within another";
+    DDX_Control(exchange, 100, edit_);
+    DDX_Text(exchange, 100, line);
+    DDV_MinMaxInt(exchange, line, 1, 20);
+    DDX_Check(exchange, 101, wrap);
+  }
+  bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override {
+    static constexpr MessageMapEntry kEntries[] = {CommandEntry<&GotoDlg::OnMore>(102)};
+    return CallEntry(kEntries, *this, key, arguments) || CDialog::CallMapped(key, arguments);
+  }
+
+ private:
+  void OnMore() {
+    if (on_more) on_more();
+  }
+  CEdit edit_;
+};
+
+/// Prompts that answer a dialog by a function of the test's.
+class AnsweringPrompts : public testing::ScriptedPrompts {
+ public:
+  void RunDialog(platform::DialogView& dialog) override {
+    if (answer) answer(dialog);
+  }
+  std::function<void(platform::DialogView&)> answer;
+};
+
+TEST(Dialog, ShowsItsControlsAndTakesWhatIsEntered) {
+  testing::MainWindow main;
+  AnsweringPrompts prompts;
+  GotoDlg dialog;
+  prompts.answer = [&](platform::DialogView& view) {
+    EXPECT_FALSE(main.IsWindowEnabled());
+    EXPECT_EQ(view.Caption(), "Go To");
+    EXPECT_EQ(CWnd::GetFocus(), dialog.GetDlgItem(100));
+    const std::vector<platform::DialogControl> controls = view.Controls();
+    ASSERT_EQ(controls.size(), 7U);
+    EXPECT_EQ(controls[1].label, "Line Number");
+    EXPECT_EQ(controls[1].value, "5");
+    EXPECT_EQ(controls[2].label, "Wrap");
+    EXPECT_FALSE(controls[4].enabled);
+    EXPECT_TRUE(view.Enter(100, "12"));
+    EXPECT_FALSE(view.Enter(103, "x")) << "it is disabled";
+    EXPECT_FALSE(view.Enter(9999, "x"));
+    EXPECT_FALSE(view.Press(100));
+    EXPECT_TRUE(view.Enter(101, "1"));
+    EXPECT_TRUE(view.Press(IDOK));
+    EXPECT_FALSE(view.IsOpen());
+    EXPECT_FALSE(view.Press(IDOK)) << "it is closed";
+  };
+  EXPECT_EQ(dialog.DoModal(), IDOK);
+  EXPECT_EQ(dialog.line, 12);
+  EXPECT_EQ(dialog.wrap, 1);
+  EXPECT_TRUE(main.IsWindowEnabled());
+  EXPECT_EQ(dialog.GetSafeHwnd(), nullptr);
+  prompts.answer = nullptr;
+  EXPECT_EQ(dialog.DoModal(), IDCANCEL) << "what is left open is cancelled";
+}
+
+TEST(Dialog, AnExchangeThatFailsHalfWayTellsOnceAndKeepsTheRest) {
+  AnsweringPrompts prompts;
+  GotoDlg dialog;
+  const struct {
+    const char* entered;
+    const char* text;
+  } cases[] = {{"x", "Please enter an integer."},
+               {"0", "Please enter an integer between 1 and 20."},
+               {"", "Please enter an integer."}};
+  prompts.answer = [&](platform::DialogView& view) {
+    view.Enter(101, "1");
+    for (const auto& [entered, text] : cases) {
+      dialog.GetDlgItem(101)->SetFocus();
+      view.Enter(100, entered);
+      EXPECT_TRUE(view.Press(IDOK));
+      ASSERT_TRUE(view.IsOpen()) << entered;
+      EXPECT_EQ(prompts.shown.back().text, text);
+      EXPECT_EQ(CWnd::GetFocus(), dialog.GetDlgItem(100));
+      EXPECT_EQ(dialog.wrap, 0) << "what comes behind isn't moved";
+    }
+    EXPECT_TRUE(view.Press(IDCANCEL));
+  };
+  EXPECT_EQ(dialog.DoModal(), IDCANCEL);
+  EXPECT_EQ(prompts.shown.size(), 3U);
+}
+
+TEST(Dialog, MayCloseItselfInAnyOfItsHandlers) {
+  AnsweringPrompts prompts;
+  {
+    GotoDlg dialog;
+    dialog.on_init = [&] { dialog.EndDialog(7); };
+    prompts.answer = [](platform::DialogView&) { FAIL() << "it is never shown"; };
+    EXPECT_EQ(dialog.DoModal(), 7);
+  }
+  const auto press_more = [](platform::DialogView& view) { view.Press(102); };
+  {
+    GotoDlg dialog;
+    dialog.on_more = [&] { dialog.DestroyWindow(); };
+    prompts.answer = press_more;
+    EXPECT_EQ(dialog.DoModal(), IDCANCEL);
+  }
+  {
+    GotoDlg dialog;
+    dialog.on_more = [&] {
+      dialog.EndDialog(3);
+      dialog.EndDialog(4);
+      EXPECT_EQ(dialog.DoModal(), -1) << "it runs already";
+    };
+    EXPECT_EQ(dialog.DoModal(), 3);
+  }
+}
+
+TEST(Dialog, RunsWithinAnotherAndGivesItTheScreenBack) {
+  testing::MainWindow main;
+  AnsweringPrompts prompts;
+  GotoDlg outer;
+  int inner_result = 0;
+  outer.on_more = [&] {
+    GotoDlg inner(&outer);
+    prompts.answer = [&](platform::DialogView& view) {
+      EXPECT_FALSE(outer.IsWindowEnabled());
+      view.Press(IDOK);
+    };
+    inner_result = static_cast<int>(inner.DoModal());
+  };
+  prompts.answer = [](platform::DialogView& view) {
+    view.Press(102);
+    view.Press(IDOK);
+  };
+  EXPECT_EQ(outer.DoModal(), IDOK);
+  EXPECT_EQ(inner_result, IDOK);
+  EXPECT_EQ(CWnd::GetActiveWindow(), &main);
+}
+
+TEST(Dialog, RunsTheMessageLoopUnderAWindowLayer) {
+  class Layer : public WindowObserver {
+   public:
+    void OnWindowChange(CWnd&, WindowChange) override {}
+    bool RunsDialogs() const override { return true; }
+  } layer;
+  WindowObserver* const former = SetWindowObserver(&layer);
+  GotoDlg outer;
+  GotoDlg inner;
+  outer.on_init = [&] { outer.PostMessage(WM_COMMAND, 102); };
+  outer.on_more = [&] {
+    inner.on_init = [&] {
+      outer.EndDialog(9);  // the outer one is closed first, and ends last
+      inner.PostMessage(WM_CLOSE);
+    };
+    EXPECT_EQ(inner.DoModal(), IDCANCEL);
+  };
+  EXPECT_EQ(outer.DoModal(), 9);
+  SetWindowObserver(former);
+}
+
+TEST(Dialog, WithoutATemplateDoesNotRun) {
+  EXPECT_EQ(CDialog(64999).DoModal(), -1);
+  GotoDlg dialog;
+  EXPECT_FALSE(dialog.Create(64999, nullptr));
+  EXPECT_FALSE(dialog.UpdateData());
+  EXPECT_EQ(dialog.exchanged, 0);
+}
+
+}  // namespace
+}  // namespace dq
