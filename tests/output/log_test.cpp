@@ -127,6 +127,10 @@ TEST_F(LogTest, WritesOneStampedLineAnEntryBehindWhatIsThere) {
   EXPECT_TRUE(log.ClearLogFile());
   log.LogMessage("again");
   EXPECT_EQ(directory_.Get("x.log"), Line("again"));
+  locale_.items[LOCALE_SSHORTDATE] = "dd.MM.yy";
+  ++clock_.local_time.wMilliseconds;
+  log.LogMessage("German");
+  EXPECT_EQ(directory_.Get("x.log"), Line("again") + "03.02.01 04:05:06.008  German\r\n");
 }
 
 TEST_F(LogTest, WithoutAFileEveryCallDoesNothing) {
