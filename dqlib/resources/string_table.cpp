@@ -1,5 +1,10 @@
 #include "dqlib/resources/string_table.h"
 
+#include <functional>
+#include <string>
+
+#include "dqlib/resources/dialogs.h"
+
 namespace dq {
 namespace {
 
@@ -17,6 +22,7 @@ constexpr StringRow kStrings[] = {
     {IDS_DIRECTORY_DOES_NOT_EXIST, "The directory %s does not exist.  Do you want to create it?"},
     {IDS_DIRECTORY_NOT_CREATED, "The directory %s could not be created."},
     {IDS_REGISTRY_ROOT, "Software\\Velmora\\"},
+    {IDS_WHITE_SPACE_TRIMMED, "Whitespace characters was trimmed from the string %s"},
     {IDS_APP_DELTA_KEEPER, "Velmora Delta Keeper"},
     {IDS_LUMEN_SQL_OPTIONS_FILE, "LumenSQL"},
     {IDS_QUILLBASE_OPTIONS_FILE, "Quill"},
@@ -29,6 +35,7 @@ constexpr StringRow kStrings[] = {
     {IDS_CREATE_PROCESS_FAILED, "Create process failed: "},
     {IDS_READ_PIPE_FAILED, "Read pipe failed: "},
     {IDS_UNKNOWN_OS_ERROR, "Unknown OS Error"},
+    {IDS_VALUE_BETWEEN, "Enter a value between %s and %s\n"},
     {IDS_UNDER_CONSTRUCTION, "This Feature is Under Construction."},
     {IDS_LOG_OPEN_FAILED, "Unable to open Log file for writing"},
     {IDS_LOG_CAPTION, "Log"},
@@ -41,6 +48,17 @@ constexpr StringRow kStrings[] = {
      "The system is critically low of %s resources.\r\n Close some windows and try the operation "
      "again."},
     {IDS_OUTPUT_MESSAGE_OUT_OF_MEMORY, "Out of memory, could not create CDQOutputMessage.\n"},
+    {IDS_OPTIONS_NO_COLOR, "Please enter a color as six hexadecimal digits, rrggbb, or nothing."},
+    {IDS_OPTIONS_NO_BYTES, "Please enter bytes as pairs of hexadecimal digits."},
+    {IDS_OPTIONS_NOT_KEPT, "The options could not be kept. They hold until the program is closed."},
+    {IDS_OPTIONS_PAGE_EDITOR, "Editor"},
+    {IDS_OPTIONS_PAGE_FORMATTER, "SQL Formatter"},
+    {IDS_OPTIONS_PAGE_NAMES, "Names and Scripts"},
+    {IDS_OPTIONS_PAGE_OUTPUT, "Output Pane"},
+    {IDS_OPTIONS_PAGE_FAVORITES, "Favorites"},
+    {IDS_OPTIONS_PAGE_JOBS, "Jobs"},
+    {IDS_OPTIONS_CASES, "As written|Upper case|Lower case"},
+    {IDS_OPTIONS_OVERWRITE_POLICIES, "Save it first|Discard it|Ask"},
 };
 
 static_assert(IsStrictlySorted(kStrings), "strings are sorted by id, and no id stands twice");
@@ -50,8 +68,14 @@ static_assert(IsStrictlySorted(kStrings), "strings are sorted by id, and no id s
 std::span<const StringRow> StringTable() { return kStrings; }
 
 const ResourceModule& LibraryResources() {
-  static const ResourceModule* const module = new ResourceModule(kStrings);
-  return *module;
+  static const ResourceModule& module = [] {
+    ResourceModule& made = *new ResourceModule(kStrings);
+    for (const DialogRow& row : DialogTable()) {
+      made.AddResource(RESOURCE_DIALOG, row.id, std::string(row.text));
+    }
+    return std::ref(made);
+  }();
+  return module;
 }
 
 }  // namespace dq

@@ -42,6 +42,14 @@ bool CDQOptionDataArray::SetValue(int index, const OptionValue& value) {
   return true;
 }
 
+void CDQOptionDataArray::LoadOptions() {
+  for (Entry& each : m_entries) {
+    const ScopedPlatformChoice choice(Server(), each.platform);
+    each.value = Server().GetValue(each.id);
+    each.changed = false;
+  }
+}
+
 bool CDQOptionDataArray::SaveOptions() {
   bool saved = true;
   for (Entry& each : m_entries) {

@@ -4,6 +4,8 @@
 //   page.AddOption(50180, true, true);
 //   page.SetValue(0, "1");
 //   page.SaveOptions();
+//
+// A dialog shows an option by a control that has the option's id.
 
 #pragma once
 
@@ -13,6 +15,9 @@
 #include "siblings/options/options_server.h"
 
 namespace dq {
+
+class CDataExchange;
+class CWnd;
 
 /// Working values of some options. For the user-interface thread.
 class CDQOptionDataArray {
@@ -30,6 +35,17 @@ class CDQOptionDataArray {
   const OptionValue& GetValue(int index) const { return At(index).value; }
   /// Changes the working value alone. False, and no change, if it is none of the option's kind.
   bool SetValue(int index, const OptionValue& value);
+
+  /// Takes the current values as the working values, and drops what was changed.
+  void LoadOptions();
+
+  /// Moves working values between the array and the controls of the window that have the options'
+  /// ids, called in `CWnd::DoDataExchange`. Options without a control take no part. A button shows
+  /// a value by its mark, a combo box without an edit part a number by the row with that index and
+  /// a text by its row, any other control the value's text, bytes as pairs of hexadecimal digits. A
+  /// text that is no value of the option's kind is told to the person, and fails the exchange; what
+  /// was moved before it stays moved.
+  void DoDataExchange(CDataExchange* exchange, CWnd* window);
 
   /// Sets every option whose working value was changed since it was added or saved; so a second
   /// call in a row, which dialogs make, writes nothing. False if the server refused one.
