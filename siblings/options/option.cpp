@@ -18,6 +18,7 @@ void CDQOption::SetDefinition(OptionDefinition definition) {
   m_definition = std::move(definition);
   m_strName = m_definition.name;
   m_strShortName = m_definition.label;
+  m_lastReading = {};
 }
 
 bool CDQOption::GetBool() const { return m_server.GetBool(GetID()); }

@@ -2,6 +2,9 @@
 
 #pragma once
 
+#include <cstdint>
+#include <string>
+
 #include "dqlib/framework/base/c_string.h"
 #include "siblings/options/options_file.h"
 
@@ -41,11 +44,21 @@ class CDQOption {
   /// Takes over what a new reading of the file says.
   void SetDefinition(OptionDefinition definition);
 
+  /// A number that was read, and what it holds for.
+  struct Reading {
+    /// The registry's; 0 for no reading.
+    std::uint64_t stamp = 0;
+    DBMS platform = DBMS_NONE;
+    std::string root;
+    int value = 0;
+  };
+
   CDQOptionsServer& m_server;
   OptionDefinition m_definition;
   CString m_strName;
   CString m_strShortName;
   CString m_strFile;
+  mutable Reading m_lastReading;
 };
 
 /// A text option by its id, to be read at once.

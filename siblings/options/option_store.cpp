@@ -3,8 +3,10 @@
 #include <utility>
 
 #include "dqlib/framework/base/registry_key.h"
+#include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/windows/win_app.h"
 #include "dqlib/platform/platform.h"
+#include "dqlib/resources/string_ids.h"
 
 namespace dq::detail {
 namespace {
@@ -29,6 +31,20 @@ std::optional<platform::RegistryValue> ReadRegistry(HKEY root, std::string_view 
 }
 
 }  // namespace
+
+std::string OptionRoot() { return std::string(AppRegistryRoot().View()); }
+
+bool IsOptionRoot(std::string_view root) {
+  // The parts of `AppRegistryRoot`, one behind the other.
+  const CWinApp* const app = AfxGetApp();
+  const std::string_view parts[] = {AfxFindString(IDS_REGISTRY_ROOT).value_or(""),
+                                    app == nullptr ? "" : app->GetAppName(), "\\"};
+  for (const std::string_view part : parts) {
+    if (!root.starts_with(part)) return false;
+    root.remove_prefix(part.size());
+  }
+  return root.empty();
+}
 
 std::optional<OptionValue> ReadKeptOption(const OptionDefinition& option, DBMS platform) {
   const auto kept = ReadRegistry(kCurrentUser, SectionPath().View(), ValueName(option, platform));

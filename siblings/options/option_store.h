@@ -6,6 +6,8 @@
 #pragma once
 
 #include <optional>
+#include <string>
+#include <string_view>
 
 #include "dqlib/platform/error.h"
 #include "siblings/options/options_file.h"
@@ -15,6 +17,11 @@ namespace dq::detail {
 /// The value that was kept for the platform, or for all with `DBMS_NONE`; none if there is none or
 /// it is no value of the option's kind, as an earlier release or another program may have left one.
 std::optional<OptionValue> ReadKeptOption(const OptionDefinition& option, DBMS platform);
+
+/// Where values are kept: the application's root key.
+std::string OptionRoot();
+/// Whether that is the root now. Takes no memory.
+bool IsOptionRoot(std::string_view root);
 
 platform::Error KeepOption(const OptionDefinition& option, DBMS platform, const OptionValue& value);
 

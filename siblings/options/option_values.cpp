@@ -2,6 +2,7 @@
 
 #include "dqlib/framework/base/error_text.h"
 #include "dqlib/framework/base/trace.h"
+#include "dqlib/platform/platform.h"
 #include "siblings/options/option_store.h"
 #include "siblings/options/options_server.h"
 
@@ -42,10 +43,39 @@ bool CDQOptionsServer::SetValue(int id, const OptionValue& value) {
     m_unkept.erase({id, platform});
     return true;
   }
-  m_unkept[{id, platform}] = value;
+  Hold(*option, platform, value);
   AfxTrace("Option " + std::to_string(id) + " could not be kept: " + detail::ErrorText(error) +
            "\n");
   return false;
+}
+
+void CDQOptionsServer::Hold(const CDQOption& option, DBMS platform, const OptionValue& value) {
+  m_unkept[{option.GetID(), platform}] = value;
+  option.m_lastReading = {};
+}
+
+bool CDQOptionsServer::HoldValue(int id, const OptionValue& value) {
+  const CDQOption* const option = GetOptionByID(id);
+  if (option == nullptr || !IsOptionValue(option->GetKind(), value)) return false;
+  Hold(*option, PlatformFor(*option, m_ePlatform), value);
+  return true;
+}
+
+int CDQOptionsServer::NumberOf(const CDQOption& option) const {
+  CDQOption::Reading& last = option.m_lastReading;
+  const DBMS own = PlatformFor(option, m_ePlatform);
+  // Values of the machine are below another root.
+  const bool is_user_only = option.GetDefinition().machine_key.empty();
+  const std::uint64_t stamp = is_user_only ? platform::Current().registry->Stamp(kCurrentUser) : 0;
+  if (stamp != 0 && last.stamp == stamp && last.platform == own &&
+      detail::IsOptionRoot(last.root)) {
+    return last.value;
+  }
+  const int value = OptionNumber(ValueOf(option, m_ePlatform));
+  if (stamp == 0) return value;
+  // What was changed since the stamp was taken changes the next one.
+  last = {stamp, own, detail::OptionRoot(), value};
+  return value;
 }
 
 bool CDQOptionsServer::GetBool(int id) { return GetInt(id) != 0; }
@@ -55,7 +85,7 @@ int CDQOptionsServer::GetInt(int id) {
   if (option == nullptr) return 0;
   const bool is_number =
       option->GetKind() == OptionKind::kBool || option->GetKind() == OptionKind::kInt;
-  return is_number ? OptionNumber(ValueOf(*option, m_ePlatform)) : 0;
+  return is_number ? NumberOf(*option) : 0;
 }
 
 CString CDQOptionsServer::GetString(int id) {

@@ -24,7 +24,8 @@ namespace dq {
 
 /// The options of a process. For the user-interface thread.
 ///
-/// Values are read from the registry each time, so what another process sets holds at once. A value
+/// What another process sets holds at once: a value is read from the registry each time, a number
+/// each time that anything there has changed, so that inner loops may ask for it. A value
 /// there that is none of the option's kind counts as absent. An id that isn't registered reads as
 /// false, 0, "" or no data, and setting it changes nothing.
 class CDQOptionsServer {
@@ -74,6 +75,11 @@ class CDQOptionsServer {
   OptionValue GetValue(int id);
   bool SetValue(int id, const OptionValue& value);
 
+  /// Lets the value hold for this process alone, in place of the one that is kept, until another
+  /// one is set and kept. False, and no change, if there is no such option or it is no value for
+  /// it.
+  bool HoldValue(int id, const OptionValue& value);
+
   /// The option, or null.
   CDQOption* GetOptionByID(int id);
   /// -1 for an unknown name, compared without regard to case; "" for an unknown id.
@@ -121,6 +127,8 @@ class CDQOptionsServer {
   void ForgetName(const CDQOption& option);
   void SetVariables(const OptionsFile& contents, const std::string& path, bool shared);
   OptionValue ValueOf(const CDQOption& option, DBMS platform) const;
+  int NumberOf(const CDQOption& option) const;
+  void Hold(const CDQOption& option, DBMS platform, const OptionValue& value);
   /// The platform whose values the option has for a platform.
   static DBMS PlatformFor(const CDQOption& option, DBMS platform);
   bool SetOfKind(int id, OptionKind kind, const OptionValue& value);
@@ -130,7 +138,7 @@ class CDQOptionsServer {
   /// Ids by lower-case names.
   std::map<std::string, int, std::less<>> m_ids;
   std::vector<Registration> m_registrations;
-  /// Values that the registry refused.
+  /// Values that the registry refused, or that are not for it.
   std::map<OfPlatform, OptionValue> m_unkept;
   /// What `GetBinary` points to.
   std::map<int, OptionValue> m_binaries;

@@ -254,6 +254,12 @@ Result<std::string> FileRegistry::EnumKey(HKEY key, std::size_t index) try {
   return ErrorOfException();
 }
 
+std::uint64_t FileRegistry::Stamp(HKEY key) {
+  const std::lock_guard lock(mutex_);
+  const int root = handles_.RootOf(key);
+  return root < 0 ? 0 : stores_[static_cast<std::size_t>(root)]->Stamp();
+}
+
 Error FileRegistry::Flush() {
   Error first;
   for (const auto& store : stores_) {

@@ -37,6 +37,7 @@ class FileRegistry : public Registry {
   Error DeleteKey(HKEY key, std::string_view path) override;
   Result<RegistryValue> EnumValue(HKEY key, std::size_t index) override;
   Result<std::string> EnumKey(HKEY key, std::size_t index) override;
+  std::uint64_t Stamp(HKEY key) override;
   Error Flush() override;
 
   /// Syncs and closes the files; the last user of a store folds its journal into the snapshot.

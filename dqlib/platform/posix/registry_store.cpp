@@ -76,6 +76,17 @@ bool RegistryStore::IsCurrent() const {
   return is_without_journal_ && calls_.Status(FilePath(kJournal).c_str(), &status) != 0;
 }
 
+std::uint64_t RegistryStore::Stamp() {
+  static std::atomic<std::uint64_t> last_stamp = 0;
+  if (!journal_.is_open() || !IsCurrent()) return 0;
+  const std::uint64_t generation = seen_generation_.load(std::memory_order_acquire);
+  if (stamped_generation_ != generation) {
+    stamped_generation_ = generation;
+    stamp_ = ++last_stamp;
+  }
+  return stamp_;
+}
+
 void RegistryStore::FileDamage::Set(bool found, bool gone) {
   if (!found) {
     *this = {};
@@ -434,6 +445,7 @@ Error RegistryStore::Load(std::uint64_t journal_size, bool unites) {
   damage_.lines_lost = loaded.lost_lines;
 
   const std::lock_guard tree(tree_mutex_);
+  stamped_generation_ = 0;
   if (tree_replaced_) tree_replaced_(*tree_, *loaded.tree);
   tree_ = std::move(loaded.tree);
   return {};
@@ -497,6 +509,8 @@ Error RegistryStore::Append(const JournalChange& change) {
   needs_sync_ = true;
   try {
     const std::lock_guard tree(tree_mutex_);
+    // The change has been announced, and some thread may have asked for a stamp already.
+    stamped_generation_ = 0;
     ApplyChange(change, *tree_);
   } catch (const std::exception&) {
     // Nobody has read the record yet, because that takes the lock.

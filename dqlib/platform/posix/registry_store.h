@@ -75,6 +75,9 @@ class RegistryStore {
   RegistryTree& tree() { return *tree_; }
   /// Whether the tree has everything that anyone has reported. With the mutex held.
   bool IsCurrent() const;
+  /// A number that only this state of the tree has in the process; 0 unless the tree is current by
+  /// the journal. With the mutex held.
+  std::uint64_t Stamp();
 
   /// Opens the store if need be and takes in what others have changed.
   Error Refresh();
@@ -187,6 +190,10 @@ class RegistryStore {
   bool is_without_journal_ = false;
   /// The generation that the tree is up to date with; 0 for none.
   std::atomic<std::uint64_t> seen_generation_ = 0;
+  /// The number that was given to the state of the tree, and the generation it was given at; 0 if
+  /// the tree has changed since. Changed with the mutex held.
+  std::uint64_t stamp_ = 0;
+  std::uint64_t stamped_generation_ = 0;
   /// The journal that the tree is up to date with, and up to which of its bytes.
   std::uint64_t epoch_ = 0;
   std::uint64_t end_ = 0;
