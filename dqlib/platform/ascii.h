@@ -12,6 +12,11 @@ constexpr char AsciiLower(char character) {
                                               : character;
 }
 
+constexpr char AsciiUpper(char character) {
+  return character >= 'a' && character <= 'z' ? static_cast<char>(character - ('a' - 'A'))
+                                              : character;
+}
+
 /// Whether the texts are equal but for the case of ASCII letters.
 constexpr bool EqualIgnoringCase(std::string_view left, std::string_view right) {
   return left.size() == right.size() &&

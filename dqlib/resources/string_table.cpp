@@ -4,6 +4,7 @@
 #include <string>
 
 #include "dqlib/resources/dialogs.h"
+#include "dqlib/resources/sql_word_lists.h"
 
 namespace dq {
 namespace {
@@ -30,6 +31,14 @@ constexpr StringRow kStrings[] = {
     {IDS_APP_QUILLBASE, "Quillbase"},
     {IDS_APP_PACER, "Velmora Pacer"},
     {IDS_APP_LUMEN_SQL, "Lumen SQL"},
+    {IDS_DEFAULT_KEYWORD, "DEFAULT"},
+    {IDS_ORACLE_NAME_SYMBOLS, "_$#()"},
+    {IDS_ORACLE_WORDS_DELIMITER, ","},
+    {IDS_ORACLE_WORDS, kOracleWords},
+    {IDS_SQL_SERVER_WORDS_DELIMITER, ","},
+    {IDS_SQL_SERVER_WORDS, kSqlServerWords},
+    {IDS_SYBASE_WORDS_DELIMITER, ","},
+    {IDS_SYBASE_WORDS, kSybaseWords},
     {IDS_CREATE_STDIN_PIPE_FAILED, "Create STDIN pipe failed: "},
     {IDS_CREATE_STDOUT_PIPE_FAILED, "Create STDOUT pipe failed: "},
     {IDS_CREATE_PROCESS_FAILED, "Create process failed: "},
