@@ -1,7 +1,6 @@
 #include "dqlib/workspace/window_info.h"
 
 #include <array>
-#include <unordered_set>
 #include <utility>
 
 namespace dq {
@@ -88,12 +87,12 @@ void CDQWindowInfoArray::Serialize(CArchive& archive) {
     return;
   }
   std::vector<std::unique_ptr<CDQWindowInfo>> loaded;
-  std::unordered_set<const CObject*> known;
   for (DWORD left = archive.ReadCount(); left > 0; --left) {
-    CObject* const object = archive.ReadObject(RUNTIME_CLASS(CDQWindowInfo));
-    // Null, or a record that stands in the stream twice and can't be owned twice.
+    bool is_new = false;
+    CObject* const object = archive.ReadObject(RUNTIME_CLASS(CDQWindowInfo), &is_new);
     if (object == nullptr) throw CArchiveException(CArchiveException::badClass);
-    if (!known.insert(object).second) throw CArchiveException(CArchiveException::badIndex);
+    // A record that stands in the stream twice can't be owned twice.
+    if (!is_new) throw CArchiveException(CArchiveException::badIndex);
     loaded.emplace_back(static_cast<CDQWindowInfo*>(object));
   }
   m_infos = std::move(loaded);

@@ -1,0 +1,191 @@
+#include <gtest/gtest.h>
+#include <string>
+
+#include "dqlib/framework/windows/registered_message.h"
+#include "dqlib/framework/windows/win_app.h"
+#include "dqlib/toolkit/flex_dialog.h"
+#include "dqlib/toolkit/flex_form_view.h"
+#include "dqlib/toolkit/flex_mdi_child_wnd.h"
+#include "dqlib/toolkit/flex_property_page.h"
+#include "dqlib/toolkit/flex_property_sheet.h"
+#include "tests/support/scripted_prompts.h"
+
+namespace dq {
+namespace {
+
+DialogTemplate Form(const char* caption) {
+  std::string text = "caption \"";
+  text += caption;
+  text += "\"\nsize 300 200\nedit 20 \"\" 10 10 100 20\ndefbutton 1 \"OK\" 10 50 50 20\n";
+  return *ReadDialogTemplate(text + "button 12321 \"Apply\" 70 50 50 20\n");
+}
+
+struct Dialog : CNSFlexDialog {
+  Dialog() { InitModalIndirect(Form("Subject")); }
+  void OnApplyChanges(void* subject) override {
+    ++*static_cast<int*>(subject);
+    modified = IsModified();
+  }
+  void DoDataExchange(CDataExchange* exchange) override {
+    if (exchange->m_bSaveAndValidate && GetDlgItemText(20) == "bad") exchange->Fail();
+  }
+  bool modified = false;
+};
+
+TEST(FlexDialog, AppliesToItsSubjectWhenTheControlsAgree) {
+  CWinApp app("test");
+  testing::ScriptedPrompts prompts;
+  Dialog dialog;
+  int subject = 0;
+  dialog.SetSubject(&subject);
+  dialog.AddFlexConstraint(20, NSFlexExpandRight, NSFlexVerticallyFixed);
+  prompts.on_dialog = [&](platform::DialogView& view) {
+    EXPECT_EQ(dialog.GetMinTrackSize(), (CSize{300, 200}));
+    dialog.MoveWindow(0, 0, 350, 250);
+    EXPECT_EQ(dialog.GetDlgItem(20)->GetPlace(), (CRect{10, 10, 160, 30}));
+    EXPECT_FALSE(view.Press(ID_APPLY_NOW)) << "nothing to apply yet";
+    dialog.SetModified();
+    view.Enter(20, "bad");
+    EXPECT_TRUE(view.Press(ID_APPLY_NOW));
+    view.Press(IDOK);
+    EXPECT_TRUE(view.IsOpen() && dialog.IsModified());
+    EXPECT_EQ(subject, 0);
+    view.Enter(20, "good");
+    EXPECT_TRUE(view.Press(ID_APPLY_NOW));
+    EXPECT_TRUE(dialog.modified && !dialog.IsModified());
+    EXPECT_EQ(subject, 1);
+    view.Press(IDOK);
+  };
+  EXPECT_EQ(dialog.DoModal(), IDOK);
+  EXPECT_EQ(subject, 2);
+}
+
+TEST(FlexMdiChildWnd, IsNoSmallerThanItsViewWithTheFrameAround) {
+  CWinApp app("test");
+  CMDIFrameWnd main;
+  ASSERT_TRUE(main.Create("Main", "", {0, 0, 1000, 1000}));
+  CNSFlexMDIChildWnd child;
+  ASSERT_TRUE(child.Create("Child", "", {0, 0, 308, 230}, &main));
+  child.SetFrameWidths({4, 26, 4, 4});
+  CDocument document;
+  CNSFlexFormView view(Form("Form"));
+  view.AddFlexConstraint(1, NSFlexShiftRight, NSFlexShiftDown);
+  ASSERT_TRUE(view.Create(&child, CNSFlexMDIChildWnd::kViewId, &document));
+  EXPECT_EQ(child.GetActiveView(), &view);
+  view.OnInitialUpdate();
+  MINMAXINFO info{};
+  child.SendMessage(WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&info));
+  EXPECT_EQ(info.ptMinTrackSize, (CPoint{308, 230}));
+  child.MoveWindow(0, 0, 318, 250);
+  EXPECT_EQ(view.GetPlace(), (CRect{0, 0, 310, 220}));
+  EXPECT_EQ(view.GetDlgItem(1)->GetPlace(), (CRect{20, 70, 70, 90}));
+  EXPECT_EQ(CNSFlexMDIChildWnd::SetMinTrackSizeMessage(),
+            RegisterWindowMessage("cnsflexmdichildwnd::setmintracksize"));
+}
+
+struct Page : CNSFlexPropertyPage {
+  Page(const char* caption, std::string& calls)
+      : CNSFlexPropertyPage(Form(caption)), name(caption), log(calls) {
+    AddFlexConstraint(20, NSFlexExpandRight, NSFlexExpandDown);
+  }
+  BOOL Answer(const char* call) {
+    log += name + call;
+    return refuses != call;
+  }
+  BOOL OnSetActive() override { return Answer("+ "); }
+  BOOL OnKillActive() override { return Answer("- "); }
+  BOOL OnApply() override { return Answer("! "); }
+  void OnUpdate(CView*, LPARAM hint, CObject*) override { log += name + std::to_string(hint); }
+  std::string name;
+  std::string& log;
+  std::string refuses;
+};
+
+TEST(FlexPropertySheet, AsksItsPagesInOrderAndStaysAtTheFirstThatRefuses) {
+  CWinApp app("test");
+  testing::ScriptedPrompts prompts;
+  std::string log;
+  Page a("a", log);
+  Page b("b", log);
+  Page c("c", log);
+  struct Sheet : CNSFlexPropertySheet {
+    using CNSFlexPropertySheet::CNSFlexPropertySheet;
+    void OnApplyChanges(void* subject) override { *static_cast<std::string*>(subject) += "S "; }
+  } sheet("Sheet");
+  for (Page* page : {&a, &b, &c}) ASSERT_TRUE(sheet.AddPage(page));
+  EXPECT_FALSE(sheet.AddPage(&a));
+  sheet.SetSubject(&log);
+  a.refuses = "+ ";
+  const auto took = [&log](const char* expected) {
+    EXPECT_EQ(log, expected);
+    log.clear();
+  };
+  prompts.on_dialog = [&](platform::DialogView& view) {
+    took("a+ b+ ");
+    EXPECT_EQ(sheet.GetActivePage(), &b) << "a page that refuses leaves the place to the next";
+    a.refuses.clear();
+    EXPECT_TRUE(view.Enter(CPropertySheet::kTabControlId, "1"));
+    took("b- a+ ");
+    EXPECT_FALSE(b.IsShown());
+    a.refuses = "- ";
+    EXPECT_TRUE(view.Enter(CPropertySheet::kTabControlId, "b"));
+    EXPECT_FALSE(view.Enter(CPropertySheet::kTabControlId, "4"));
+    took("a- ");
+    EXPECT_EQ(sheet.GetActivePage(), &a);
+    a.refuses.clear();
+    b.refuses = "! ";
+    view.Press(IDOK);
+    took("a- a! b! b+ ");
+    EXPECT_TRUE(view.IsOpen());
+    EXPECT_EQ(sheet.GetActivePage(), &b);
+    b.refuses.clear();
+    c.SetModified();
+    view.Press(ID_APPLY_NOW);
+    took("b- a! b! S b+ ");
+    EXPECT_FALSE(c.IsModified() || view.Press(ID_APPLY_NOW));
+    const CRect before = b.GetDlgItem(20)->GetPlace();
+    const CRect button = sheet.GetDlgItem(IDOK)->GetPlace();
+    const CSize size = sheet.GetWindowRect().Size();
+    sheet.MoveWindow(0, 0, size.cx + 30, size.cy + 40);
+    EXPECT_EQ(b.GetDlgItem(20)->GetPlace().Size(),
+              (CSize{before.Width() + 30, before.Height() + 40}));
+    EXPECT_EQ(sheet.GetDlgItem(IDOK)->GetPlace().left, button.left + 30);
+    const CRect client = sheet.GetClientRect();
+    EXPECT_EQ(sheet.GetSizeGripRect(),
+              (CRect{client.right - 16, client.bottom - 16, client.right, client.bottom}));
+    sheet.ShowWindow(SW_SHOWMAXIMIZED);
+    EXPECT_TRUE(sheet.GetSizeGripRect().IsRectEmpty());
+    view.Press(IDOK);
+  };
+  EXPECT_EQ(sheet.DoModal(), IDOK);
+  took("b- a! b! S ");
+  EXPECT_EQ(CPropertySheet("none").DoModal(), -1);
+}
+
+TEST(FlexPropertySheetView, ShowsADocumentOnItsPages) {
+  CWinApp app("test");
+  CFrameWnd frame;
+  ASSERT_TRUE(frame.Create("Frame", "", {0, 0, 500, 500}));
+  std::string log;
+  CDocument document;
+  auto page = std::make_unique<Page>("p", log);
+  CNSFlexPropertySheetView view;
+  view.GetSheet().AddPage(page.get());
+  ASSERT_TRUE(view.Create(&frame, {0, 0, 10, 10}, 1, &document));
+  EXPECT_EQ(page->GetView(), nullptr);
+  view.OnInitialUpdate();
+  EXPECT_EQ(page->GetView(), &view);
+  EXPECT_EQ(page->GetDocument(), &document);
+  EXPECT_EQ(view.GetMinTrackSize(), view.GetSheet().GetMinTrackSize());
+  document.UpdateAllViews(nullptr, 7);
+  document.UpdateAllViews(&view, 8);
+  EXPECT_EQ(log, "p+ p0p7");
+  view.MoveWindow(5, 5, 600, 400);
+  EXPECT_EQ(view.GetSizeGripRect(), (CRect{584, 384, 600, 400}));
+  page.reset();
+  EXPECT_EQ(view.GetSheet().GetPageCount(), 0);
+  view.MoveWindow(5, 5, 700, 400);
+}
+
+}  // namespace
+}  // namespace dq

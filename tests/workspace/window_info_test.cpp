@@ -1,0 +1,99 @@
+#include "dqlib/workspace/window_info.h"
+
+#include <gtest/gtest.h>
+#include <string>
+
+namespace dq {
+namespace {
+
+/// A file of given bytes.
+struct Bytes : CMemFile {
+  explicit Bytes(const std::string& bytes = {}) {
+    Write(bytes.data(), static_cast<UINT>(bytes.size()));
+    Seek(0, 0);
+  }
+  std::string Text() const { return {m_bytes.begin(), m_bytes.end()}; }
+};
+
+template <typename Value>
+std::string Stored(Value& value) {
+  Bytes file;
+  CArchive archive(&file, CArchive::store);
+  value.Serialize(archive);
+  archive.Close();
+  return file.Text();
+}
+
+template <typename Value>
+void Load(const std::string& bytes, Value& value) {
+  Bytes file(bytes);
+  CArchive archive(&file, CArchive::load);
+  value.Serialize(archive);
+}
+
+std::unique_ptr<CDQWindowInfo> Sample() {
+  auto info = std::make_unique<CDQWindowInfo>(3, -2, "n");
+  info->SetUserData("ab");
+  info->SetUserData2("");
+  info->SetWndPlacement({.length = 1,
+                         .flags = 2,
+                         .showCmd = SW_SHOWMAXIMIZED,
+                         .ptMinPosition = {-1, 5},
+                         .ptMaxPosition = {6, 7},
+                         .rcNormalPosition = {8, 9, 10, 0x01020304}});
+  info->SetActive(true);
+  return info;
+}
+
+TEST(WindowInfo, FormIsExactAndTornStreamsAreRefused) {
+  const auto number = [](unsigned value) {
+    std::string bytes;
+    for (int i = 0; i < 4; ++i) bytes += static_cast<char>(value >> 8 * i & 0xFF);
+    return bytes;
+  };
+  std::string expected = number(3) + number(0xFFFFFFFE) + "\1n" + "\2ab" + std::string(1, '\0');
+  for (const unsigned value : {44u, 2u, 3u, 0xFFFFFFFFu, 5u, 6u, 7u, 8u, 9u, 10u, 0x01020304u}) {
+    expected += number(value);
+  }
+  expected += '\1';
+  const auto info = Sample();
+  EXPECT_EQ(Stored(*info), expected);
+  EXPECT_TRUE(info->Zoomed() && !info->Iconized());
+
+  CDQWindowInfo loaded;
+  EXPECT_EQ(loaded.GetType() + loaded.GetSubtype(), -2);
+  std::string other_length = expected;
+  other_length[14] = 99;
+  Load(other_length, loaded);
+  EXPECT_EQ(Stored(loaded), expected) << "whatever length is stored, it is 44 afterwards";
+  for (std::size_t size = 0; size < expected.size(); ++size) {
+    EXPECT_THROW(Load(expected.substr(0, size), loaded), CArchiveException) << size;
+  }
+}
+
+TEST(WindowInfoArray, OwnsItsRecordsAndRefusesAStreamThatIsNoneOfThem) {
+  CDQWindowInfoArray infos;
+  EXPECT_EQ(infos.Add(Sample()), 0);
+  EXPECT_EQ(infos.Add(std::make_unique<CDQWindowInfo>()), 1);
+  const std::string bytes = Stored(infos);
+  CDQWindowInfoArray loaded;
+  loaded.Add(Sample());
+  for (std::size_t size = 0; size < bytes.size(); ++size) {
+    EXPECT_THROW(Load(bytes.substr(0, size), loaded), CArchiveException) << size;
+  }
+  // The second object is the first one again, then null.
+  const std::size_t second = bytes.size() - 58;
+  ASSERT_EQ(bytes.substr(second, 2), "\x01\x80");
+  for (const char* tag : {"\2", "\0"}) {
+    EXPECT_THROW(Load(bytes.substr(0, second) + tag[0] + std::string(70, '\0'), loaded),
+                 CArchiveException);
+  }
+  EXPECT_EQ(loaded.GetSize(), 1);
+  Load(bytes, loaded);
+  EXPECT_EQ(Stored(loaded), bytes);
+  loaded.RemoveAt(0);
+  EXPECT_EQ(loaded[0]->GetType(), -1);
+}
+
+}  // namespace
+}  // namespace dq

@@ -1,0 +1,118 @@
+#include "dqlib/workspace/window_state.h"
+
+#include <gtest/gtest.h>
+#include <limits>
+
+#include "dqlib/framework/windows/screen.h"
+#include "dqlib/framework/windows/win_app.h"
+#include "tests/support/own_settings.h"
+
+namespace dq {
+namespace {
+
+struct WindowState : ::testing::Test {
+  WindowState() { window.CreateWnd({.class_name = "Main", .place = kPlace}); }
+
+  static constexpr CRect kPlace{100, 120, 500, 420};
+  CWinApp app{"window state"};
+  CWnd window;
+};
+
+TEST_F(WindowState, PlacementComesBackFromTenValues) {
+  const WINDOWPLACEMENT wanted{.flags = 2,
+                               .showCmd = SW_SHOWMAXIMIZED,
+                               .ptMinPosition = {-5, -6},
+                               .ptMaxPosition = {7, 8},
+                               .rcNormalPosition = {-10, 20, 300, 400}};
+  ASSERT_TRUE(window.SetWindowPlacement(&wanted));
+  DQLIB_SaveWindowPlacement("Main", &window);
+  const struct {
+    const char* entry;
+    int value;
+  } rows[] = {{"wp.showCmd", 3},          {"wp.flags", 2},           {"wp.ptMinPosition.x", -5},
+              {"wp.ptMinPosition.y", -6}, {"wp.ptMaxPosition.x", 7}, {"wp.ptMaxPosition.y", 8},
+              {"wp.left", -10},           {"wp.right", 300},         {"wp.top", 20},
+              {"wp.bottom", 400}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(static_cast<int>(app.GetProfileInt("Main", row.entry, 999)), row.value) << row.entry;
+  }
+  CWnd other;
+  other.CreateWnd({.class_name = "Main", .place = kPlace});
+  EXPECT_TRUE(DQLIB_RestoreWindowPlacement("Main", &other));
+  EXPECT_TRUE(other.IsZoomed());
+  WINDOWPLACEMENT restored;
+  other.GetWindowPlacement(&restored);
+  EXPECT_EQ(restored, wanted);
+  WINDOWPLACEMENT partly;
+  app.WriteProfileInt("Partly", "wp.top", 55);
+  DQLIB_GetWindowPlacement("Partly", &partly);
+  WINDOWPLACEMENT expected;
+  expected.rcNormalPosition.top = 55;
+  EXPECT_EQ(partly, expected);
+}
+
+TEST_F(WindowState, WindowIsNeverRestoredOffScreen) {
+  constexpr int kMin = std::numeric_limits<int>::min();
+  constexpr int kMax = std::numeric_limits<int>::max();
+  const CSize screen = GetScreenSize();
+  const struct {
+    CRect stored;
+    bool restored;
+  } rows[] = {{{screen.cx, 0, screen.cx + 9, 9}, false},
+              {{screen.cx - 1, screen.cy - 1, screen.cx + 9, screen.cy + 9}, true},
+              {{-9, -9, 0, 5}, false},
+              {{-9, -9, 1, 1}, true},
+              {{5, 5, 5, 9}, false},
+              {{kMax, kMax, kMin, kMin}, false},
+              {{kMin, kMin, kMax, kMax}, true}};
+  for (const auto& [stored, restored] : rows) {
+    window.MoveWindow(kPlace);
+    app.WriteProfileInt("Off", "wp.left", stored.left);
+    app.WriteProfileInt("Off", "wp.right", stored.right);
+    app.WriteProfileInt("Off", "wp.top", stored.top);
+    app.WriteProfileInt("Off", "wp.bottom", stored.bottom);
+    EXPECT_EQ(DQLIB_RestoreWindowPlacement("Off", &window), restored) << stored.left;
+    EXPECT_EQ(window.GetPlace() == kPlace, !restored) << stored.left;
+  }
+  window.MoveWindow(kPlace);
+  EXPECT_TRUE(DQLIB_RestoreWindowPlacement("No such section", &window));
+  EXPECT_EQ(window.GetPlace(), kPlace);
+  CWnd none;
+  for (CWnd* bad : {static_cast<CWnd*>(nullptr), &none}) {
+    DQLIB_SaveWindowPlacement("None", bad);
+    EXPECT_FALSE(DQLIB_RestoreWindowPlacement("None", bad));
+  }
+  EXPECT_FALSE(DQLIB_RestoreWindowPlacement(nullptr, &window));
+}
+
+TEST_F(WindowState, CreateStructKeepsWhatIsntStored) {
+  constexpr int kChoose = std::numeric_limits<int>::min();
+  CREATESTRUCT create{.x = kChoose, .y = 20, .cx = kChoose, .cy = 40};
+  DQLIB_SetCreateStructPlacement("No such section", &create);
+  EXPECT_EQ(create.x, kChoose);
+  EXPECT_EQ(create.cx, kChoose);
+  app.WriteProfileInt("Create", "wp.left", 5);
+  app.WriteProfileInt("Create", "wp.right", 25);
+  app.WriteProfileInt("Create", "wp.top", 10);
+  DQLIB_SetCreateStructPlacement("Create", &create);
+  EXPECT_EQ(create.x, 5);
+  EXPECT_EQ(create.cx, 20);
+  EXPECT_EQ(create.y, 10);
+  EXPECT_EQ(create.cy, 50) << "the bottom edge stays";
+}
+
+TEST(WindowStateWithoutApplication, DoesNothing) {
+  CWnd window;
+  window.CreateWnd({.class_name = "Main", .place = {1, 2, 3, 4}});
+  CREATESTRUCT create{.x = 1, .y = 2, .cx = 3, .cy = 4};
+  WINDOWPLACEMENT placement;
+  DQLIB_SaveWindowPlacement("Main", &window);
+  DQLIB_GetWindowPlacement("Main", &placement);
+  DQLIB_SetCreateStructPlacement("Main", &create);
+  EXPECT_EQ(placement, WINDOWPLACEMENT());
+  EXPECT_EQ(create.cx, 3);
+  EXPECT_FALSE(DQLIB_RestoreWindowPlacement("Main", &window));
+}
+
+}  // namespace
+}  // namespace dq
