@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "dqlib/core/data_exchange.h"
 #include "dqlib/core/dq_file.h"
 #include "dqlib/core/dq_string.h"
 #include "dqlib/core/file_utility.h"
@@ -11,6 +12,9 @@
 #include "dqlib/core/locale_info.h"
 #include "dqlib/core/registry_tools.h"
 #include "dqlib/core/x_mem_file.h"
+#include "dqlib/datetime/date_time_fmt_def.h"
+#include "dqlib/datetime/date_time_fmt_dictionary.h"
+#include "dqlib/datetime/predefined_formats.h"
 #include "dqlib/frame/application_info.h"
 #include "dqlib/frame/cleaner.h"
 #include "dqlib/frame/gdi_dispenser.h"
@@ -29,6 +33,7 @@
 #include "dqlib/framework/base/geometry.h"
 #include "dqlib/framework/base/multi_byte.h"
 #include "dqlib/framework/base/object.h"
+#include "dqlib/framework/base/ole_date_time.h"
 #include "dqlib/framework/base/random.h"
 #include "dqlib/framework/base/registry_key.h"
 #include "dqlib/framework/base/resource_chain.h"
@@ -44,3 +49,9 @@
 #include "dqlib/platform/platform.h"
 #include "dqlib/resources/string_ids.h"
 #include "dqlib/resources/string_table.h"
+#include "dqlib/toolkit/child_dialog.h"
+#include "dqlib/toolkit/dialog.h"
+#include "dqlib/toolkit/library_options_dialog.h"
+#include "dqlib/toolkit/option_lists.h"
+#include "dqlib/toolkit/options_dialog.h"
+#include "dqlib/toolkit/sft_tabs_dialog.h"

@@ -40,7 +40,7 @@ LONG AddControls(const CDQOption& option, bool named, LONG top, DialogTemplate& 
   CRect place{kLabelWidth + kMargin, top, kPageWidth - kMargin, top + kLine};
   if (named) {
     place.bottom = top + kListHeight;
-    page.controls.push_back({"ComboBox", id, "", place, "combo", {"dropdown"}});
+    page.controls.push_back({"ComboBox", id, "", place, "combo", {"droplist"}});
   } else {
     page.controls.push_back({"Edit", id, "", place, "edit", {}});
   }
