@@ -22,6 +22,9 @@ constexpr std::uintptr_t kFirstHandle = 0x10000;
 constexpr UINT kShortestInterval = 10;
 constexpr UINT kLongestInterval = std::numeric_limits<std::int32_t>::max();
 
+/// Room for so many posted messages is kept for the next ones.
+constexpr std::size_t kKeptMessages = 1024;
+
 struct WindowRecord {
   CWnd* window = nullptr;
   MessageQueue* owner = nullptr;
@@ -116,9 +119,32 @@ bool MessageQueue::RemoveWindow(HWND window) {
   return true;
 }
 
+MSG MessageQueue::PostedMessages::Pop() {
+  const MSG message = messages_[next_++];
+  if (next_ == messages_.size()) {
+    next_ = 0;
+    if (messages_.capacity() > kKeptMessages) {
+      messages_ = {};
+    } else {
+      messages_.clear();
+    }
+  } else if (next_ > kKeptMessages && next_ > messages_.size() / 2) {
+    // A queue that never runs empty: move the rest down, once for as many as were taken.
+    messages_.erase(messages_.begin(), messages_.begin() + static_cast<std::ptrdiff_t>(next_));
+    next_ = 0;
+  }
+  return message;
+}
+
+void MessageQueue::PostedMessages::Forget(HWND window) {
+  const auto first = messages_.begin() + static_cast<std::ptrdiff_t>(next_);
+  messages_.erase(std::remove_if(first, messages_.end(),
+                                 [=](const MSG& message) { return message.hwnd == window; }),
+                  messages_.end());
+}
+
 void MessageQueue::Forget(HWND window, std::size_t posted, std::size_t timers) {
-  if (posted > 0)
-    std::erase_if(posted_, [=](const MSG& message) { return message.hwnd == window; });
+  if (posted > 0) posted_.Forget(window);
   if (timers > 0)
     std::erase_if(timers_, [=](const Timer& timer) { return timer.window == window; });
 }
@@ -160,7 +186,7 @@ bool MessageQueue::Post(HWND window, UINT message, WPARAM wparam, LPARAM lparam)
   const Lock lock(All().mutex);
   WindowRecord* const record = All().Find(window);
   if (record == nullptr) return false;
-  record->owner->posted_.push_back({window, message, wparam, lparam});
+  record->owner->posted_.Push({window, message, wparam, lparam});
   ++record->posted;
   record->owner->wake_.notify_one();
   return true;
@@ -200,8 +226,7 @@ std::optional<MSG> MessageQueue::Take() {
   {
     const Lock lock(All().mutex);
     if (!posted_.empty()) {
-      const MSG message = posted_.front();
-      posted_.pop_front();
+      const MSG message = posted_.Pop();
       if (WindowRecord* const record = All().Find(message.hwnd)) --record->posted;
       return message;
     }

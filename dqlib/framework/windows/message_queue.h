@@ -93,6 +93,20 @@ class MessageQueue {
     DWORD due;
   };
 
+  /// Messages in order. One block of memory, so that a flood of them leaves none behind.
+  class PostedMessages {
+   public:
+    bool empty() const { return next_ == messages_.size(); }
+    void Push(const MSG& message) { messages_.push_back(message); }
+    MSG Pop();
+    void Forget(HWND window);
+
+   private:
+    std::vector<MSG> messages_;
+    /// Those before it are taken out.
+    std::size_t next_ = 0;
+  };
+
   static Shared& All();
   static void CompleteLocked(Completion& completion);
   void ServeFirst(Lock& lock);
@@ -102,7 +116,7 @@ class MessageQueue {
   void Forget(HWND window, std::size_t posted, std::size_t timers);
 
   std::deque<SentMessage*> sent_;
-  std::deque<MSG> posted_;
+  PostedMessages posted_;
   std::vector<Timer> timers_;
   std::optional<int> quit_;
   std::condition_variable wake_;
