@@ -1,9 +1,24 @@
 #include "dqlib/framework/base/ole_date_time.h"
 
 #include <array>
+#include <chrono>
 #include <cmath>
+#include <cstdlib>
+#include <ctime>
 #include <gtest/gtest.h>
 #include <limits>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "dqlib/platform/platform.h"
+#include "dqlib/platform/posix/system_services.h"
+#include "tests/support/manual_clock.h"
+#include "tests/support/rows.h"
+#include "tests/support/temp_directory.h"
+
+/// Where `LOCPATH` is set, the C library's `newlocale` never frees its copy of it.
+extern "C" const char* __lsan_default_suppressions() { return "leak:argz_add_sep"; }
 
 namespace dq {
 namespace {
@@ -65,6 +80,189 @@ TEST(OleDateTime, WhatIsNotOnTheCalendarIsInvalid) {
   }
   EXPECT_TRUE(time.SetTime(23, 59, 59));
   EXPECT_EQ(time.GetStatus(), COleDateTime::valid);
+}
+
+/// A directory with the locales of the tests, compiled once.
+const std::string& LocaleDirectory() {
+  static const test::TempDirectory directory;
+  static const bool compiled = [] {
+    for (const std::string name : {"de_DE", "ja_JP"}) {
+      const std::string command = "localedef -i " + name + " -f UTF-8 '" +
+                                  (directory / (name + ".UTF-8")) + "' 2>/dev/null";
+      // The command's status tells of missing categories, too.
+      static_cast<void>(std::system(command.c_str()));
+    }
+    return true;
+  }();
+  static_cast<void>(compiled);
+  return directory.path();
+}
+
+/// The system's locale by a name, and a clock that stands still in 2001.
+class WithLocale {
+ public:
+  explicit WithLocale(const std::string& name) {
+    const test::ScopedVariable path("LOCPATH", LocaleDirectory());
+    const test::ScopedVariable all("LC_ALL", name == "C" ? name : name + ".UTF-8");
+    locale_ = platform::posix::MakeLocale();
+    locale_->Item(LOCALE_SSHORTDATE, LOCALE_USER_DEFAULT);
+    platform::Platform services = platform::Current();
+    services.locale = locale_.get();
+    services.clock = &clock_;
+    scope_.emplace(services);
+  }
+
+ private:
+  testing::ManualClock clock_;
+  std::unique_ptr<platform::Locale> locale_;
+  std::optional<platform::ScopedPlatform> scope_;
+};
+
+std::string Text(const COleDateTime& time) {
+  return time.GetStatus() == COleDateTime::valid
+             ? std::string(time.Format("%Y-%m-%d %H:%M:%S").View())
+             : "invalid";
+}
+
+std::string Read(const char* text, DWORD flags = 0, DWORD language = LANG_USER_DEFAULT) {
+  COleDateTime time;
+  const bool read = time.ParseDateTime(text, flags, language);
+  EXPECT_EQ(read, time.GetStatus() == COleDateTime::valid);
+  return Text(time);
+}
+
+TEST(OleDateTime, PrintsItsPartsAndTheLocalesNames) {
+  const COleDateTime time(1993, 4, 3, 17, 5, 9);
+  const COleDateTime early(100, 3, 1, 0, 0, 0);
+  for (const auto& [name, format, late, first] :
+       test::Rows<const char*, const char*, const char*, const char*>{
+           {"C", "%Y-%m-%d %H:%M:%S", "1993-04-03 17:05:09", "0100-03-01 00:00:00"},
+           {"C", "%#Y-%#m-%#d %#H:%#M:%#S %y %#y", "1993-4-3 17:5:9 93 93", "100-3-1 0:0:0 00 0"},
+           {"C", "%I %#I %p %j %#j %w %U %W", "05 5 PM 093 93 6 13 13", "12 12 AM 060 60 1 09 09"},
+           {"C", "%#c|%c|%x|%X|%#x",
+            "Saturday, April 03, 1993 17:05:09|04/03/93 17:05:09|04/03/93|"
+            "17:05:09|Saturday, April 03, 1993",
+            "Monday, March 01, 0100 00:00:00|03/01/00 00:00:00|"
+            "03/01/00|00:00:00|Monday, March 01, 0100"},
+           {"C", "%a %#A %b%%%Z%q%#q%", "Sat Saturday Apr%%q%#q%", "Mon Monday Mar%%q%#q%"},
+           {"de_DE", "%a %A %b %B %I %p", "Sa Samstag Apr April 05 PM",
+            "Mo Montag M\xC3\xA4r M\xC3\xA4rz 12 AM"},
+           {"ja_JP", "%A %b %B %p", "土曜日 4月 4月 午後", "月曜日 3月 3月 午前"}}) {
+    const WithLocale locale(name);
+    EXPECT_EQ(time.Format(format), late) << name << " " << format;
+    EXPECT_EQ(early.Format(format), first) << name << " " << format;
+  }
+  const std::string many(1000, 'x');
+  EXPECT_EQ(time.Format((many + "%d" + many).c_str()).View(), many + "03" + many);
+  EXPECT_TRUE(time.Format("").IsEmpty() && time.Format(nullptr).IsEmpty());
+  EXPECT_EQ(COleDateTime(1e9).Format("%d"), "Invalid DateTime");
+}
+
+TEST(OleDateTime, ReadsDatesAndTimes) {
+  const WithLocale locale("C");
+  for (const auto& [text, value] :
+       test::Rows<const char*, const char*>{{"4/3/1993", "1993-04-03 00:00:00"},
+                                            {" 1993-04-03 05:34:00 PM ", "1993-04-03 17:34:00"},
+                                            {"13/12/29", "2029-12-13 00:00:00"},
+                                            {"1/2/30", "1930-01-02 00:00:00"},
+                                            {"4.3", "2001-04-03 00:00:00"},
+                                            {"12 Apr", "2001-04-12 00:00:00"},
+                                            {"apr 3, 1993 5:34pm", "1993-04-03 17:34:00"},
+                                            {"3-APRIL-93", "1993-04-03 00:00:00"},
+                                            {"0100/12/31", "0100-12-31 00:00:00"},
+                                            {"2000-02-29 23:59:59", "2000-02-29 23:59:59"},
+                                            {"12:30", "1899-12-30 12:30:00"},
+                                            {"12:30 am", "1899-12-30 00:30:00"},
+                                            {"0:30:01 PM", "1899-12-30 12:30:01"},
+                                            {"12:00 PM", "1899-12-30 12:00:00"},
+                                            {"13:30 AM", "1899-12-30 13:30:00"}}) {
+    EXPECT_EQ(Read(text), value) << text;
+  }
+  for (const char* text : {"",
+                           " ",
+                           "4",
+                           "1993",
+                           "2/30/2001",
+                           "02/30/01",
+                           "31/04/2001",
+                           "1900-02-29",
+                           "1993-13-13",
+                           "0099-01-01",
+                           "10000-01-01",
+                           "1-1-10000",
+                           "4/3/1993 24:00",
+                           "5:60",
+                           "5:3:60",
+                           "5",
+                           "5 PM",
+                           "5:30 XM",
+                           "5:30 PM PM",
+                           "4//3/1993",
+                           "4/3/1993/",
+                           "Apr Apr 1993",
+                           "Apr 1993",
+                           "001/2/1993",
+                           "4/3/1993 5:30 x",
+                           "5:30\xFF",
+                           "1 2 3 4 5 6 7 8 9 1 2 3",
+                           "Marching 3"}) {
+    EXPECT_EQ(Read(text), "invalid") << text;
+  }
+  EXPECT_EQ(Read(nullptr), "invalid");
+  // The fixed order, in which "00" is a year.
+  for (const auto& [text, value] :
+       test::Rows<const char*, const char*>{{"00-04-03", "2000-04-03 00:00:00"},
+                                            {"2001-25-12", "2001-12-25 00:00:00"},
+                                            {"1993-Apr-3", "1993-04-03 00:00:00"},
+                                            {"Apr-3-1993", "invalid"}}) {
+    EXPECT_EQ(Read(text, LOCALE_NOUSEROVERRIDE, LANG_SYSTEM_DEFAULT), value) << text;
+  }
+  EXPECT_EQ(Read("4/3/1993 5:34", VAR_TIMEVALUEONLY, 0), "1899-12-30 05:34:00");
+  EXPECT_EQ(Read("4/3/1993 5:34", VAR_DATEVALUEONLY), "1993-04-03 00:00:00");
+}
+
+TEST(OleDateTime, ReadsInTheLocalesOrderAndLanguage) {
+  for (const auto& [name, text, value] : test::Rows<const char*, const char*, const char*>{
+           {"de_DE", "3.4.1993 17:34", "1993-04-03 17:34:00"},
+           {"de_DE", "4/13", "2001-04-13 00:00:00"},
+           {"de_DE", "3. M\xC3\xA4rz 1993", "1993-03-03 00:00:00"},
+           {"de_DE", "3-DEZ-93", "1993-12-03 00:00:00"},
+           {"de_DE", "3 march 1993 5:00 pm", "1993-03-03 17:00:00"},
+           {"ja_JP", "93/4/3", "1993-04-03 00:00:00"},
+           {"ja_JP", "1993-11月-3 5:34 午後", "1993-11-03 17:34:00"},
+           {"ja_JP", "3 Apr 1993", "1993-04-03 00:00:00"},
+           {"ja_JP", "1993-13月-3", "invalid"}}) {
+    const WithLocale locale(name);
+    EXPECT_EQ(Read(text), value) << name << " " << text;
+  }
+}
+
+TEST(OleDateTime, PrintsAndReadsTheWholeCalendar) {
+  using std::chrono::days;
+  const WithLocale locale("C");
+  std::array<char, 100> expected;
+  const std::chrono::sys_days behind(std::chrono::year(10000) / 1 / 1);
+  std::chrono::sys_days day(std::chrono::year(100) / 1 / 1);
+  // Steps of a prime number of days and of seconds, so that all of both come up.
+  for (int seconds = 0; day < behind; day += days(101), seconds = (seconds + 40'009) % 86'400) {
+    const std::chrono::year_month_day date(day);
+    std::tm parts{};
+    parts.tm_year = static_cast<int>(date.year()) - 1900;
+    parts.tm_mon = static_cast<int>(static_cast<unsigned>(date.month())) - 1;
+    parts.tm_mday = static_cast<int>(static_cast<unsigned>(date.day()));
+    parts.tm_wday = static_cast<int>(std::chrono::weekday(day).c_encoding());
+    parts.tm_yday = static_cast<int>((day - std::chrono::sys_days(date.year() / 1 / 1)).count());
+    parts.tm_hour = seconds / 3600;
+    parts.tm_min = seconds / 60 % 60;
+    parts.tm_sec = seconds % 60;
+    const COleDateTime time(parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday, parts.tm_hour,
+                            parts.tm_min, parts.tm_sec);
+    std::strftime(expected.data(), expected.size(), "%m/%d/%y %H:%M:%S %I %p %a %j %U %W %w %B",
+                  &parts);
+    ASSERT_EQ(time.Format("%c %I %p %a %j %U %W %w %B"), expected.data());
+    ASSERT_EQ(Read(time.Format("%Y-%m-%d %I:%M:%S %p")), Text(time));
+    ASSERT_EQ(Read(time.Format("%d %b %Y %X")), Text(time));
+  }
 }
 
 }  // namespace

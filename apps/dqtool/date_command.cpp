@@ -1,0 +1,172 @@
+// dqtool date: date-time formats.
+
+#include <array>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "apps/dqtool/command.h"
+#include "dqlib/core/dq_string.h"
+#include "dqlib/datetime/date_time_fmt_def.h"
+#include "dqlib/datetime/date_time_fmt_dictionary.h"
+#include "dqlib/datetime/predefined_formats.h"
+
+namespace dqtool {
+namespace {
+
+using dq::CLGDateTimeFmtDef;
+using dq::DATETIME_FMTTYPE;
+
+/// What a subcommand was given: the values of its options, and the other words.
+struct Arguments {
+  std::vector<std::pair<std::string, std::string>> options;
+  std::vector<std::string> words;
+
+  const std::string* Find(std::string_view name) const {
+    for (const auto& [option, value] : options) {
+      if (option == name) return &value;
+    }
+    return nullptr;
+  }
+
+  const std::string& Get(const std::string& name) const {
+    const std::string* value = Find(name);
+    if (value == nullptr) throw WrongUsage(name + " is needed");
+    return *value;
+  }
+};
+
+/// Formats may begin with a dash, so they stand alone or behind "--".
+Arguments Sort(Words words, std::vector<std::string_view> options) {
+  Arguments arguments;
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    const std::string& word = words[i];
+    if (word == "--") {
+      arguments.words.insert(arguments.words.end(),
+                             std::next(words.begin(), static_cast<std::ptrdiff_t>(i) + 1),
+                             words.end());
+      break;
+    }
+    if (!word.starts_with('-')) {
+      arguments.words.push_back(word);
+      continue;
+    }
+    bool known = false;
+    for (const std::string_view option : options) known = known || word == option;
+    if (!known) RefuseOption(word);
+    if (++i == words.size()) throw WrongUsage(word + " needs a value");
+    arguments.options.emplace_back(word, words[i]);
+  }
+  return arguments;
+}
+
+dq::CString OneFormat(const Arguments& arguments) {
+  if (arguments.words.size() != 1) throw WrongUsage("one FORMAT is needed");
+  return arguments.words.front();
+}
+
+DATETIME_FMTTYPE NotationOf(const std::string& name) {
+  if (name == "display") return dq::DTF_DISP;
+  if (name == "ole") return dq::DTF_OLE;
+  if (name == "locale") return dq::DTF_WIN;
+  throw WrongUsage("a notation is display, ole or locale, not '" + name + "'");
+}
+
+int CodeOf(const std::string& text) {
+  if (text.empty() || text.size() > 4 ||
+      text.find_first_not_of("0123456789") != std::string::npos) {
+    throw WrongUsage("a data type code is a number, not '" + text + "'");
+  }
+  return std::stoi(text);
+}
+
+void PrintFields(std::initializer_list<std::string_view> fields) {
+  std::string line;
+  for (const std::string_view field : fields) line.append(line.empty() ? "" : "\t").append(field);
+  PrintLine(line);
+}
+
+int PrintCells() {
+  const dq::detail::DictionaryUse<dq::CLGDateTimeFmtDictionary> dictionary;
+  for (dq::POSITION position = dictionary->GetFirstEntry(); position != nullptr;) {
+    const dq::CLGDateTimeFmtCell& cell = *dictionary->GetNext(position);
+    PrintFields({std::to_string(cell.GetDateTimeElementType()),
+                 cell.GetDateTimeElementFmt(dq::DTF_DISP).View(),
+                 cell.GetDateTimeElementFmt(dq::DTF_OLE).View(),
+                 cell.GetDateTimeElementFmt(dq::DTF_WIN).View(), cell.GetDescription().View(),
+                 cell.GetExample().View()});
+  }
+  return kYes;
+}
+
+int PrintFormats() {
+  for (const dq::PredefinedDateTimeFmt& row : dq::kPredefinedDateTimeFmts) {
+    PrintFields({std::to_string(row.type), row.example, row.disp, row.ole, row.win});
+  }
+  return kYes;
+}
+
+int Convert(const Arguments& arguments) {
+  const DATETIME_FMTTYPE from = NotationOf(arguments.Get("--from"));
+  const DATETIME_FMTTYPE to = NotationOf(arguments.Get("--to"));
+  const dq::CString format = OneFormat(arguments);
+  dq::CString result;
+  if (!CLGDateTimeFmtDef::GetDateTimeFmt(from, format, to, result)) {
+    return Complain("date: can't be converted: '" + std::string(format.View()) + "'");
+  }
+  PrintLine(result.View());
+  return kYes;
+}
+
+int IsValid(const Arguments& arguments) {
+  const std::string* notation = arguments.Find("--notation");
+  const bool valid =
+      notation != nullptr
+          ? CLGDateTimeFmtDef::IsValidDateTimeFmt(OneFormat(arguments), NotationOf(*notation))
+          : CLGDateTimeFmtDef::IsValidDateTimeFmt(OneFormat(arguments));
+  PrintLine(valid ? "true" : "false");
+  return valid ? kYes : kNo;
+}
+
+int PrintPart(const Arguments& arguments) {
+  const int code = CodeOf(arguments.Get("--code"));
+  PrintLine(CLGDateTimeFmtDef(OneFormat(arguments)).GetFmtDateTime(code, dq::DTF_DISP).View());
+  return kYes;
+}
+
+int RunDate(Words words) {
+  if (words.empty()) throw WrongUsage("cells, formats, notation, valid or part is needed");
+  const std::string& name = words.front();
+  const Words rest = words.subspan(1);
+  if (name == "cells" || name == "formats") {
+    if (!Sort(rest, {}).words.empty()) throw WrongUsage(name + " takes no words");
+    return name == "cells" ? PrintCells() : PrintFormats();
+  }
+  if (name == "notation") return Convert(Sort(rest, {"--from", "--to"}));
+  if (name == "valid") return IsValid(Sort(rest, {"--notation"}));
+  if (name == "part") return PrintPart(Sort(rest, {"--code"}));
+  throw WrongUsage("date can't do " + name);
+}
+
+const Command kDate{
+    "date",
+    "cells | formats | notation --from N --to N FORMAT | valid FORMAT [--notation N] |\n"
+    "                   part --code CODE FORMAT",
+    "Lists, checks and translates date-time formats.",
+    "N is a notation: display (MM/DD/YYYY), ole (%m/%d/%Y) or locale (MM/dd/yyyy). A FORMAT that\n"
+    "begins with '-' stands behind '--'.\n"
+    "\n"
+    "cells     the elements of formats: kind, display, ole and locale code, description, example\n"
+    "formats   the predefined formats: data type, example, display, ole and locale format\n"
+    "notation  the format in another notation\n"
+    "valid     'true' or 'false', which is the exit status too: whether it is a format in the\n"
+    "          notation, or in any\n"
+    "part      what a column of data type CODE shows of a display format: the date for 5 and\n"
+    "          19, the time for 26, all for 6, 20 and 27, nothing for any other\n",
+    RunDate};
+
+}  // namespace
+}  // namespace dqtool

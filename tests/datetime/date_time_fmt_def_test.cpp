@@ -1,0 +1,168 @@
+#include "dqlib/datetime/date_time_fmt_def.h"
+
+#include <gtest/gtest.h>
+#include <iterator>
+#include <string>
+
+#include "dqlib/datetime/predefined_formats.h"
+#include "tests/support/rows.h"
+#include "tests/support/scripted_locale.h"
+
+namespace dq {
+namespace {
+
+/// The texts in display, OLE and locale notation, the type and the number of cells.
+std::string Summary(const CLGDateTimeFmtDef& def) {
+  std::string text;
+  for (const DATETIME_FMTTYPE notation : {DTF_DISP, DTF_OLE, DTF_WIN}) {
+    text += std::string(def.GetFmtDateTime(notation).View()) + "|";
+  }
+  return text + std::to_string(def.GetType()) + "|" +
+         std::to_string(def.GetFmtElementList().GetCount());
+}
+
+CLGDateTimeFmtDef Predefined(int row) {
+  const PredefinedDateTimeFmt& fmt = kPredefinedDateTimeFmts[row - 1];
+  return {fmt.type, "", "", fmt.example, fmt.disp, fmt.ole, fmt.win};
+}
+
+TEST(DateTimeFmtDef, KeepsOnlyWhatTheDictionaryKnows) {
+  for (const auto& [fmt, summary] : test::Rows<const char*, const char*>{
+           {"MM/DD/YYYY HH24:MI:SS",
+            "MM/DD/YYYY HH24:MI:SS|%m/%d/%Y %H:%M:%S|MM/dd/yyyy HH:mm:ss|6|11"},
+           {"%m/%d/%Y", "MM/DD/YYYY|%m/%d/%Y|MM/dd/yyyy|5|5"},
+           {"MM/XX/YYYY", "MM//YYYY|%m//%Y|MM//yyyy|5|4"},
+           {"DAY, DDD", "DAY, DDD|%A, %j|dddd, |-1|4"},
+           {"hh12:mi AM", "hh12:mi AM|%#I:%#M %p|h:m tt|26|5"},
+           {"/;- ", "/;- |/;- |/;- |-1|4"},
+           {"MM\xFF\x80/MM", "/MM|/%m|/MM|5|2"},
+           {nullptr, "|||-1|0"}}) {
+    const CLGDateTimeFmtDef def(fmt);
+    EXPECT_EQ(Summary(def), summary);
+    EXPECT_EQ(def.GetDateTimeType(), def.GetType());
+    CLGDateTimeFmtDef copy("YYYY");
+    copy = def;
+    EXPECT_EQ(Summary(copy), summary);
+    EXPECT_EQ(Summary(CLGDateTimeFmtDef(&def.GetFmtElementList())), summary);
+  }
+  std::string many;
+  for (int i = 0; i < 2000; ++i) many += "MM-";
+  EXPECT_EQ(CLGDateTimeFmtDef(many.c_str()).GetFmtElementList().GetCount(), 4000);
+}
+
+TEST(DateTimeFmtDef, AnswersTheWholeFromItsTextsAndPartsFromItsCells) {
+  for (const auto& [row, code, notation, text] :
+       test::Rows<int, int, int, const char*>{{1, 5, DTF_DISP, "MM/DD/YYYY"},
+                                              {1, 26, DTF_DISP, "HH12:MI:SS AM"},
+                                              {1, 27, DTF_WIN, "MM/dd/yyyy hh:mm:ss tt"},
+                                              {1, 7, DTF_DISP, ""},
+                                              {1, 5, 9, "MM/DD/YYYY"},
+                                              {10, 20, DTF_OLE, "%#c"},
+                                              {18, 19, DTF_OLE, "%d-%b-%y"},
+                                              {18, 26, DTF_DISP, "HH12:MI:SS AM"},
+                                              {18, 6, DTF_OLE, "%d-%b-%y"},
+                                              {19, 5, DTF_OLE, "%A, %B %#d, %Y"},
+                                              {19, 6, DTF_OLE, "%#c"}}) {
+    EXPECT_EQ(Predefined(row).GetFmtDateTime(code, static_cast<DATETIME_FMTTYPE>(notation)), text)
+        << row << " " << code;
+  }
+  // Only right ends are trimmed.
+  const CLGDateTimeFmtDef time_first("HH24:MI:SS MM/DD/YYYY  AM");
+  EXPECT_EQ(time_first.GetFmtDateTime(5, DTF_DISP), " MM/DD/YYYY");
+  EXPECT_EQ(time_first.GetFmtDateTime(26, DTF_DISP), "HH24:MI:SS AM");
+
+  CLGDateTimeFmtDef def = Predefined(12);
+  def.SetFmtTitle("Short ");
+  EXPECT_EQ(def.GetFmtDefTitle(), "Short 4/3/1993");
+  def.SetFmtDateTime("changed", DTF_OLE);
+  def.SetFmtDateTime("lost", static_cast<DATETIME_FMTTYPE>(-1));
+  EXPECT_EQ(Summary(def), "MM/DD/YYYY|changed|MM/dd/yyyy|5|5");
+  EXPECT_EQ(def.GetFmtMonth(DTF_OLE), "%m");
+  EXPECT_TRUE(def.GetFmtCellAMPM() == nullptr && def.GetFmtAMPM(DTF_OLE) == "");
+}
+
+TEST(DateTimeFmtDef, TranslatesUntilATextIsNoElement) {
+  for (const auto& [from, source, to, converted, result] :
+       test::Rows<int, const char*, int, bool, const char*>{
+           {DTF_WIN, "M/d/yyyy h:mm:ss tt", DTF_DISP, true, "mm/dd/YYYY hh12:MI:SS AM"},
+           {DTF_WIN, "HH:mm:ss.fff", DTF_DISP, true, "HH24:MI:SS"},
+           {DTF_WIN, "ff.fHH", DTF_DISP, true, "HH24"},
+           {DTF_WIN, "HHf", DTF_DISP, false, ""},
+           {DTF_WIN, "dd'.'MM", DTF_DISP, false, ""},
+           {DTF_WIN, "dddd, MMMM d", DTF_DISP, true, "DAY,D MONTH dd"},
+           {DTF_DISP, "DAY, MONTH dd", DTF_WIN, false, "dddd,"},
+           {DTF_OLE, "%m/%q/%Y", DTF_DISP, false, "MM/"},
+           {DTF_DISP, "D-DDD", DTF_WIN, true, "-"},
+           {7, "MM", 8, true, "MM"},
+           {DTF_DISP, "", DTF_OLE, false, ""}}) {
+    CString text;
+    EXPECT_EQ(CLGDateTimeFmtDef::GetDateTimeFmt(static_cast<DATETIME_FMTTYPE>(from), source,
+                                                static_cast<DATETIME_FMTTYPE>(to), text),
+              converted)
+        << source;
+    EXPECT_EQ(text, result) << source;
+  }
+}
+
+TEST(DateTimeFmtDef, IsValidWhereEveryTextIsAnElement) {
+  for (const auto& [fmt, display, ole, win] :
+       test::Rows<const char*, bool, bool, bool>{{"MM/dd/yyyy hh:mm:ss tt", false, false, true},
+                                                 {"MM, DD", true, false, false},
+                                                 {"%#c", false, false, false},
+                                                 {"%#m  %p", false, true, false},
+                                                 {"///", true, true, true},
+                                                 {"", false, false, false}}) {
+    EXPECT_EQ(CLGDateTimeFmtDef::IsValidDateTimeFmt(fmt, DTF_DISP), display) << fmt;
+    EXPECT_EQ(CLGDateTimeFmtDef::IsValidDateTimeFmt(fmt, DTF_OLE), ole) << fmt;
+    EXPECT_EQ(CLGDateTimeFmtDef::IsValidDateTimeFmt(fmt, DTF_WIN), win) << fmt;
+    EXPECT_EQ(CLGDateTimeFmtDef::IsValidDateTimeFmt(fmt), display || ole || win) << fmt;
+  }
+}
+
+TEST(DateTimeFmtDef, TakesTheUsersFormatFromTheLocale) {
+  for (const auto& [date, time, texts] : test::Rows<const char*, const char*, const char*>{
+           {"M/d/yyyy", "h:mm:ss tt",
+            "mm/dd/YYYY|hh12:MI:SS AM|mm/dd/YYYY hh12:MI:SS AM|mm/dd/YYYY hh12:MI:SS AM|4"},
+           {"dd.MM.yy", "HH:mm:ss",
+            "DD.MM.YY|HH24:MI:SS|DD.MM.YY HH24:MI:SS|DD.MM.YY HH24:MI:SS|2"},
+           {"yyyy'年'MM'月'dd'日'", "HH:mm", "!|HH24:MI|!|!|4"}}) {
+    test::ScriptedLocale locale;
+    locale.items = {{LOCALE_SSHORTDATE, date}, {LOCALE_STIMEFORMAT, time}};
+    std::string all;
+    for (const int code : {5, 26, 6, 19}) {
+      CString text;
+      if (!CLGDateTimeFmtDef::GetLocaleDateTimeFmt(code, text, DTF_DISP)) text += '!';
+      all += std::string(text.View()) + "|";
+    }
+    EXPECT_EQ(all + (CLGDateTimeFmtDef::IsLocaleTwoDigitYear() ? "2" : "4"), texts);
+  }
+}
+
+TEST(DateTimeFmtDefList, FindsByTheTextOfOneNotation) {
+  CLGDateTimeFmtDefList list;
+  for (int row = 1; row <= static_cast<int>(std::size(kPredefinedDateTimeFmts)); ++row) {
+    list.AddTail(new CLGDateTimeFmtDef(Predefined(row)));
+  }
+  for (const auto& [fmt, row] : test::Rows<const char*, int>{{"MM/DD/YYYY", 11},
+                                                             {"%m/%d/%Y", 11},
+                                                             {"%I:%M:%S %p", 20},
+                                                             {"hh24:mi:ss", 23},
+                                                             {"%#c", 0},
+                                                             {"MM/dd/yyyy", 0},
+                                                             {"mm/dd/yyyy", 0},
+                                                             {"", 0}}) {
+    EXPECT_EQ(list.FindDateTimeFmt(fmt), row == 0 ? nullptr : list[row - 1]) << fmt;
+  }
+  list.InsertDateTimeFmt("YYYY");
+  list.InsertDateTimeFmt("YYYY");
+  CLGDateTimeFmtDefList copy;
+  copy.InsertDateTimeFmt("DD");
+  copy = list;
+  list.RemoveAll();
+  EXPECT_TRUE(list.IsEmpty());
+  EXPECT_EQ(copy.GetCount(), 25);
+  EXPECT_EQ(copy.FindDateTimeFmt("YYYY"), copy[23]);
+}
+
+}  // namespace
+}  // namespace dq
