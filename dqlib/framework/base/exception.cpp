@@ -41,8 +41,7 @@ CString CException::DescribeError(UINT&) const { return {}; }
 CString CFileException::DescribeError(UINT& help_id) const {
   CString words = DescribeCause(kFileCauses, m_cause, endOfFile, help_id);
   if (m_cause == generic && m_lOsError > 0) {
-    const auto system =
-        platform::Current().system_errors->Describe(static_cast<DWORD>(m_lOsError));
+    const auto system = platform::Current().system_errors->Describe(static_cast<DWORD>(m_lOsError));
     std::string_view known = system ? std::string_view(*system) : std::string_view();
     known = known.substr(0, known.find_last_not_of("\r\n. ") + 1);
     if (!known.empty()) words = known;
