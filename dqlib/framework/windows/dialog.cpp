@@ -238,8 +238,9 @@ LRESULT CDialog::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
     OnCancel();
     return 0;
   }
-  if (message == WM_SHOWWINDOW && wparam != 0 && std::exchange(first_focus_, false)) {
-    NextDlgCtrl();
+  if (message == WM_SHOWWINDOW && wparam != 0) {
+    if (std::exchange(first_focus_, false)) NextDlgCtrl();
+    GotoDlgCtrl(MessageQueue::FindOwnWindow(std::exchange(wanted_focus_, nullptr)));
   }
   return CWnd::DefWindowProc(message, wparam, lparam);
 }
@@ -267,7 +268,12 @@ void CDialog::PrevDlgCtrl() {
 }
 
 void CDialog::GotoDlgCtrl(CWnd* control) {
-  if (control != nullptr) control->SetFocus();
+  if (control == nullptr) return;
+  if (IsWindowVisible()) {
+    control->SetFocus();
+  } else {
+    wanted_focus_ = control->GetSafeHwnd();
+  }
 }
 
 }  // namespace dq

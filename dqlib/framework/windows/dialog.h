@@ -38,7 +38,8 @@ class CDialog : public CWnd {
   void EndDialog(int result);
   UINT GetTemplateId() const { return template_id_; }
 
-  /// Moves the focus to the next or previous control that takes it.
+  /// Moves the focus to the next or previous control that takes it, or to the given one, before
+  /// the dialog is shown as soon as it is.
   void NextDlgCtrl();
   void PrevDlgCtrl();
   void GotoDlgCtrl(CWnd* control);
@@ -73,6 +74,8 @@ class CDialog : public CWnd {
   bool running_ = false;
   /// The first control gets the focus when the dialog is shown.
   bool first_focus_ = false;
+  /// The control that gets it then.
+  HWND wanted_focus_ = nullptr;
   bool closed_ = false;
   int result_ = -1;
 };
