@@ -147,6 +147,8 @@ CDQConsoleProgram& CDQConsoleProgram::operator=(const CDQConsoleProgram& other) 
   m_strExecutable = other.m_strExecutable;
   m_strArguments = other.m_strArguments;
   m_strCurrentDirectory = other.m_strCurrentDirectory;
+  m_nSecretFirst = other.m_nSecretFirst;
+  m_nSecretLength = other.m_nSecretLength;
   if (this != &other) std::memcpy(m_szPipeBuffer, other.m_szPipeBuffer, sizeof m_szPipeBuffer);
   m_hProcess = other.m_hProcess.load();
   m_nProcessId = other.m_nProcessId;
@@ -168,15 +170,33 @@ int CDQConsoleProgram::Report(int code, const char* text) const {
   return m_pCallback == nullptr ? 0 : m_pCallback(code, text);
 }
 
+void CDQConsoleProgram::HideInReport(int first, int length) {
+  m_nSecretFirst = first;
+  m_nSecretLength = length;
+}
+
 CString CDQConsoleProgram::MaskedCommandLine(const CString& command_line) const {
   CDQString masked(command_line);
-  // A line without the word passes the test too: it asks for "user/password@server" all the same.
-  if (masked.Find("USERID") != 0) {
-    const int slash = masked.Find('/');
-    const int at = masked.Find('@');
-    if (slash >= 0 && at > slash + 1) {
-      masked.FindReplace(masked.Mid(slash + 1, at - slash - 1), "****");
+  // What stands between the marks, if they ask for that.
+  struct Marked {
+    int first;
+    int end;
+  };
+  const auto find_marked = [&masked] {
+    const Marked marked{masked.Find('/') + 1, masked.Find('@')};
+    // A line without the word passes the test too: it asks for "user/password@server" all the same.
+    const bool holds = masked.Find("USERID") != 0 && marked.first > 0 && marked.end > marked.first;
+    return holds ? marked : Marked{0, 0};
+  };
+  Marked marked = find_marked();
+  if (m_nSecretFirst < marked.first || m_nSecretFirst + m_nSecretLength > marked.end) {
+    if (m_nSecretLength > 0) {
+      masked = masked.Left(m_nSecretFirst) + "****" + masked.Mid(m_nSecretFirst + m_nSecretLength);
+      marked = find_marked();
     }
+  }
+  if (marked.end > 0) {
+    masked.FindReplace(masked.Mid(marked.first, marked.end - marked.first), "****");
   }
   const int option = masked.Find("-P");
   if (option >= 0) {

@@ -76,10 +76,15 @@ class CDQConsoleProgram {
   static CString READ_PIPE_ERROR_MESSAGE;
   static void InitLocalStr();
 
+  /// Calls the feedback procedure, if there is one, and returns its result.
+  int Report(int code, const char* text) const;
+  /// Where a secret stands in the command lines to come, in bytes: what the masking by marks
+  /// doesn't cover there is masked too. A length of 0 ends that.
+  void HideInReport(int first, int length);
+
  private:
   struct Run;
 
-  int Report(int code, const char* text) const;
   CString MaskedCommandLine(const CString& command_line) const;
 
   ConsoleCallback m_pCallback = nullptr;
@@ -90,6 +95,8 @@ class CDQConsoleProgram {
   CString m_strExecutable;
   CString m_strArguments;
   CString m_strCurrentDirectory;
+  int m_nSecretFirst = 0;
+  int m_nSecretLength = 0;
   char m_szPipeBuffer[256] = {};
   std::atomic<HANDLE> m_hProcess = kNoHandle;
   DWORD m_nProcessId = 0;
