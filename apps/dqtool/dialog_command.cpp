@@ -6,6 +6,7 @@
 #include <string>
 
 #include "apps/dqtool/command.h"
+#include "dqlib/dbvocab/object_info_dialog.h"
 #include "dqlib/frame/library.h"
 #include "dqlib/frame/switch_resource_handle.h"
 #include "dqlib/platform/dialog_script.h"
@@ -21,7 +22,14 @@ struct DialogRow {
   int (*run)();
 };
 
+/// The dialog on an object that is none yet, of no platform.
+int NameObject() {
+  dq::CDBObjectInfo object;
+  return dq::CDBObjectInfoDlg(&object, dq::DBMS_NONE, 0, "", false, "").DoModal();
+}
+
 constexpr DialogRow kDialogs[] = {
+    {dq::CDBObjectInfoDlg::kTemplateId, NameObject},
     {dq::CDQLibraryOptionsDlg::kTemplateId, [] { return dq::CDQLibraryOptionsDlg().DoModal(); }},
 };
 

@@ -2,12 +2,16 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <thread>
 
 #include "apps/dqtool/command.h"
+#include "apps/dqtool/number_word.h"
+#include "dqlib/dbvocab/db_utility.h"
 #include "dqlib/framework/base/c_string.h"
 #include "dqlib/output/console_program.h"
 #include "dqlib/platform/platform.h"
@@ -95,12 +99,47 @@ int OnFeedback(int code, const char* text) {
   return 0;
 }
 
+/// Whom the program is to be connected as.
+struct Connection {
+  std::string user;
+  std::string password_file;
+  std::string datasource;
+  int mode = dq::CDQDBUtility::kNormal;
+};
+
 struct Options {
   std::string directory;
   bool keep_left = false;
+  std::optional<Connection> connection;
   std::string program;
   std::string arguments;
 };
+
+/// Takes an option that has a word behind it; null is none. False if it isn't such an option.
+bool TakeOption(const std::string& option, const std::string* word, Options& options) {
+  const auto need = [&](const char* what) {
+    if (word == nullptr) throw WrongUsage(option + " needs a " + what);
+    return *word;
+  };
+  const auto connection = [&]() -> Connection& {
+    if (!options.connection) options.connection.emplace();
+    return *options.connection;
+  };
+  if (option == "--dir") {
+    options.directory = need("DIR");
+  } else if (option == "--user") {
+    connection().user = need("U");
+  } else if (option == "--password-file") {
+    connection().password_file = need("F");
+  } else if (option == "--datasource") {
+    connection().datasource = need("D");
+  } else if (option == "--auth") {
+    connection().mode = ReadNumber<int>(need("MODE"), "MODE");
+  } else {
+    return false;
+  }
+  return true;
+}
 
 Options Parse(Words words) {
   Options options;
@@ -111,9 +150,7 @@ Options Parse(Words words) {
     }
     if (words[0] == "--keep-left") {
       options.keep_left = true;
-    } else if (words[0] == "--dir") {
-      if (words.size() < 2) throw WrongUsage("--dir needs a DIR");
-      options.directory = words[1];
+    } else if (TakeOption(words[0], words.size() > 1 ? &words[1] : nullptr, options)) {
       words = words.subspan(1);
     } else {
       RefuseOption(words[0]);
@@ -126,9 +163,49 @@ Options Parse(Words words) {
   return options;
 }
 
+/// The first line of the file; no value, which has been said, if there is none.
+std::optional<std::string> ReadPassword(const std::string& path) {
+  std::string text;
+  const dq::platform::Error error = dq::platform::Current().files->ReadAll(path, text);
+  if (!error.ok()) {
+    const auto reason = dq::platform::Current().system_errors->Describe(error.code);
+    std::string complaint = "run: cannot read " + path + ": " + reason.value_or("");
+    Complain(complaint.erase(complaint.find_last_not_of("\r\n: ") + 1));
+    return std::nullopt;
+  }
+  return text.substr(0, text.find_first_of(std::string_view("\r\n\0", 3)));
+}
+
+/// The program that the options ask for; null, which has been said, if its password can't be read.
+std::unique_ptr<dq::CDQConsoleProgram> MakeProgram(const Options& options) {
+  if (!options.connection) return std::make_unique<dq::CDQConsoleProgram>();
+  auto utility = std::make_unique<dq::CDQDBUtility>();
+  utility->SetUser(options.connection->user.c_str());
+  utility->SetDatasource(options.connection->datasource.c_str());
+  utility->SetAuthenticationMode(options.connection->mode);
+  if (!options.connection->password_file.empty()) {
+    const std::optional<std::string> password = ReadPassword(options.connection->password_file);
+    if (!password) return nullptr;
+    utility->SetPassword(password->c_str());
+  }
+  return utility;
+}
+
+int Run(dq::CDQConsoleProgram& program, const Options& options) {
+  dq::CString last;
+  if (!options.connection) {
+    return program.RunExecutable(options.program.c_str(), last, options.arguments.c_str());
+  }
+  const bool has_arguments = !options.arguments.empty();
+  const std::string command = options.program + (has_arguments ? " " + options.arguments : "");
+  return program.RunExecutable(command.c_str(), last, nullptr);
+}
+
 int RunProgram(Words words) {
   const Options options = Parse(words);
-  dq::CDQConsoleProgram program;
+  const std::unique_ptr<dq::CDQConsoleProgram> made = MakeProgram(options);
+  if (made == nullptr) return kNo;
+  dq::CDQConsoleProgram& program = *made;
   program.SetCallback(OnFeedback);
   program.SetCurrentDirectory(options.directory.c_str());
   program.EnableTrimLeft(!options.keep_left);
@@ -140,8 +217,7 @@ int RunProgram(Words words) {
     g_feedback = {.canceller = &canceller, .output_failure = {}};
     const auto watch =
         dq::platform::Current().console->WatchStopRequests([&canceller] { canceller.Cancel(); });
-    dq::CString last;
-    result = program.RunExecutable(options.program.c_str(), last, options.arguments.c_str());
+    result = Run(program, options);
     cancelled = canceller.WasAsked();
   }
   if (!g_feedback.output_failure.empty()) return Complain(g_feedback.output_failure);
@@ -150,7 +226,9 @@ int RunProgram(Words words) {
 }
 
 const Command kRun{
-    "run", "[--dir DIR] [--keep-left] PROGRAM [ARGUMENTS]",
+    "run",
+    "[--dir DIR] [--keep-left] [--user U] [--password-file F] [--datasource D] [--auth MODE] "
+    "PROGRAM [ARGUMENTS]",
     "Runs a console program and prints its output line by line.",
     "The command line comes first, with passwords masked: what stands between the first '/'\n"
     "and the first '@', and what follows '-P'. Blank lines are left out. ARGUMENTS is one text;\n"
@@ -158,6 +236,15 @@ const Command kRun{
     "\n"
     "  --dir DIR    the program's working directory\n"
     "  --keep-left  keep the blanks at the start of lines\n"
+    "\n"
+    "With one of the following, U/PASSWORD@D goes behind PROGRAM and ARGUMENTS, and the password\n"
+    "is masked wherever it stands in the command line:\n"
+    "\n"
+    "  --user U           the user\n"
+    "  --password-file F  the password is the first line of the file\n"
+    "  --datasource D     the database\n"
+    "  --auth MODE        above 0 puts that in quotes, with AS SYSDBA behind it for 2 and\n"
+    "                     AS SYSOPER for 4\n"
     "\n"
     "The exit status is 0 when the program ran, whatever its own was, and 1 when it was stopped\n"
     "by a signal to dqtool or because standard output takes no more. A failure is told as\n"

@@ -1,0 +1,92 @@
+// dqtool types, type-text, platform-text: what platforms and kinds of objects are called.
+
+#include <cmath>
+#include <string>
+
+#include "apps/dqtool/command.h"
+#include "apps/dqtool/number_word.h"
+#include "apps/dqtool/platform_word.h"
+#include "dqlib/dbvocab/object_type_list.h"
+#include "dqlib/frame/application_info.h"
+
+namespace dqtool {
+namespace {
+
+double ReadVersion(Words& words) {
+  if (words.empty()) throw WrongUsage("--version needs a V");
+  const auto version = ReadNumber<double>(words[0], "V");
+  if (!std::isfinite(version)) throw WrongUsage("V is a number, not '" + words[0] + "'");
+  words = words.subspan(1);
+  return version;
+}
+
+int RunTypes(Words words) {
+  dq::ObjectTypeQuery query;
+  bool has_platform = false;
+  while (!words.empty()) {
+    const std::string& word = words[0];
+    words = words.subspan(1);
+    if (word == "--platform") {
+      query.platform = TakePlatform(words);
+      has_platform = true;
+    } else if (word == "--version") {
+      query.version = ReadVersion(words);
+    } else if (word == "--reduced") {
+      query.reduced = true;
+    } else if (word == "--app") {
+      if (words.empty()) throw WrongUsage("--app needs a CODE");
+      dq::CDQApplicationInfo::SetAppCode(words[0].c_str());
+      words = words.subspan(1);
+    } else {
+      RefuseOption(word);
+    }
+  }
+  if (!has_platform) throw WrongUsage("--platform P is needed");
+  query.lumen_sql = dq::CDQApplicationInfo::IsAppLumenSql();
+  for (const dq::ObjectTypeEntry& entry : dq::ListObjectTypes(query)) {
+    PrintLine(std::to_string(entry.type) + '\t' + entry.text);
+  }
+  return kYes;
+}
+
+const Command kTypes{
+    "types", "--platform P [--version V] [--reduced] [--app CODE]",
+    "Lists the kinds of objects of a platform.",
+    "Prints a line VALUE<TAB>TEXT for each, in the order of lists. Platforms are 'none',\n"
+    "'sybase', 'sqlserver', 'db2', 'oracle' and 'db2os390'.\n"
+    "\n"
+    "  --version V  the server's version as a number, 0 without it: 8.17 for an 8.1.7\n"
+    "  --reduced    without indexes, tables, views, sequences and synonyms\n"
+    "  --app CODE   the application that the list is for\n",
+    RunTypes};
+
+int RunTypeText(Words words) {
+  if (words.empty()) throw WrongUsage("a VALUE is needed");
+  const auto type = static_cast<dq::OBJECTTYPES>(ReadNumber<int>(words[0], "VALUE"));
+  words = words.subspan(1);
+  dq::DBMS platform = dq::DBMS_NONE;
+  while (!words.empty()) {
+    if (words[0] != "--platform") RefuseOption(words[0]);
+    words = words.subspan(1);
+    platform = TakePlatform(words);
+  }
+  PrintLine(dq::GetObjectTypeText(type, platform).View());
+  return kYes;
+}
+
+const Command kTypeText{
+    "type-text", "VALUE [--platform P]", "Prints what a kind of objects is called.",
+    "VALUE is the kind's number. Without a platform it is 'none'.\n", RunTypeText};
+
+int RunPlatformText(Words words) {
+  const dq::DBMS platform = TakePlatform(words);
+  if (!words.empty()) throw WrongUsage("one P is needed");
+  PrintLine(dq::GetDBMSText(platform).View());
+  return kYes;
+}
+
+const Command kPlatformText{"platform-text", "P", "Prints what a platform is called.", "",
+                            RunPlatformText};
+
+}  // namespace
+}  // namespace dqtool
