@@ -1,0 +1,191 @@
+#include "dqlib/dbvocab/object_info_map.h"
+
+#include <cstdint>
+#include <gtest/gtest.h>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <vector>
+
+#include "dqlib/framework/base/archive.h"
+#include "tests/support/forwarding_files.h"
+#include "tests/support/rows.h"
+#include "tests/support/scripted_prompts.h"
+#include "tests/support/temp_directory.h"
+
+namespace dq {
+namespace {
+
+using namespace std::string_literals;
+using testing::ShownBox;
+
+/// Keys "a" and "r" share a bucket, and so do "b" and the one whose first byte counts as negative.
+const std::string kKnownFile =
+    "\4\0"
+    "\1r\xFF\xFF\1\0\x0D\0CDBObjectInfo\x23\0\0\0\1O\1N"
+    "\1a\0\0"
+    "\2\xE4x\1\x80\x28\0\0\0\3own\4name"
+    "\1b\1\x80\xFF\xFF\xFF\xFF\0\0"s;
+
+void FillWithKnown(CDBObjectInfoMap& map) {
+  map.Insert("a", nullptr);
+  map.Insert("b", new CDBObjectInfo);
+  map.Insert("r", new CDBObjectInfo(OT_INDEX, "replaced", "replaced"));
+  map.Insert("\xE4x", new CDBAObjectInfo(OT_VIEW, "own", "name", "datasource"));
+  map.Insert("r", new CDBObjectInfo(OT_TABLE, "O", "N"));
+}
+
+/// "key=owner.name " for each entry, in order.
+std::string Contents(const CDBObjectInfoMap& map) {
+  std::string contents;
+  for (POSITION position = map.GetStartPosition(); position != nullptr;) {
+    CString key;
+    CObject* object = nullptr;
+    map.GetNextAssoc(position, key, object);
+    contents += std::string(key) + '=';
+    if (auto* const info = DYNAMIC_DOWNCAST(CDBObjectInfo, object)) {
+      contents += std::string(info->GetOwner()) + '.' + std::string(info->GetName());
+    }
+    contents += ' ';
+  }
+  return contents;
+}
+
+class ObjectInfoMapTest : public ::testing::Test {
+ protected:
+  test::TempDirectory files_;
+  testing::ScriptedPrompts prompts_;
+};
+
+TEST_F(ObjectInfoMapTest, FileHasTheFormOfEarlierReleasesByteForByte) {
+  CDBObjectInfoMap map;
+  FillWithKnown(map);
+  ASSERT_TRUE(map.Save((files_ / "map").c_str()));
+  EXPECT_EQ(files_.Get("map"), kKnownFile);
+  EXPECT_FALSE(map.IsLoaded());
+
+  CDBObjectInfoMap loaded;
+  loaded.Insert("r", new CDBObjectInfo(OT_INDEX, "old", "old"));
+  loaded.Insert("z", new CDBObjectInfo(OT_INDEX, "kept", "kept"));
+  ASSERT_TRUE(loaded.Load((files_ / "map").c_str()));
+  EXPECT_TRUE(loaded.IsLoaded());
+  EXPECT_EQ(Contents(loaded), "z=kept.kept a= r=O.N b=. \xE4x=own.name ");
+  CDBObjectInfo* found = nullptr;
+  ASSERT_TRUE(loaded.Find("\xE4x", found));
+  EXPECT_EQ(found->GetObjectType(), OT_VIEW);
+  EXPECT_FALSE(loaded.Find("R", found));
+}
+
+TEST_F(ObjectInfoMapTest, WalkSkipsWhatWasRemovedBehindIt) {
+  CMapStringToOb map;
+  for (const char* key : {"a", "b", "r"}) map.SetAt(key, nullptr);
+  std::string walked;
+  for (POSITION position = map.GetStartPosition(); position != nullptr;) {
+    CString key;
+    CObject* object = nullptr;
+    map.GetNextAssoc(position, key, object);
+    walked += key;
+    EXPECT_TRUE(map.RemoveKey(key));
+    EXPECT_FALSE(map.RemoveKey(key));
+    map.SetAt("new", nullptr);
+  }
+  EXPECT_EQ(walked, "rab");
+  EXPECT_EQ(map.GetCount(), 1);
+}
+
+TEST_F(ObjectInfoMapTest, FileThatDoesNotHoldAMapChangesNothing) {
+  const std::string class_tag = "\xFF\xFF\1\0"s;
+  const std::string object = class_tag + "\x0D\0CDBObjectInfo\1\0\0\0\0\0"s;
+  constexpr const char* kTooSoon = "The file ended too soon";
+  constexpr const char* kBadClass = "The file has an object of an unexpected class";
+  constexpr const char* kNoObject = "The file refers to an object that it does not have";
+  std::vector<std::tuple<std::string, std::string>> rows = {
+      {"\xFF\xFF\xFF\xFF\xFF\xFF"s + std::string(100, '\0'), kTooSoon},
+      {"\4\0"s + "\0\0\0\0\0\0\0\0"s, kTooSoon},
+      {"\1\0\1k"s + class_tag + "\7\0Unknown\0\0"s, kBadClass},
+      {"\1\0\1k\xFF\xFF\0\0\x0E\0CMapStringToOb\0\0"s, kBadClass},
+      {"\1\0\1k\5\0"s, kNoObject},
+      {"\2\0\1k"s + object + "\1l\1\0"s, kNoObject},  // a class, not an object
+      {"\1\0\1k"s + class_tag + "\x0D\0CDBObjectInfo\1\0\0\0\xFF\xFF\xFF\xFF\xFF\xFF\xFF"s,
+       kTooSoon},
+  };
+  for (std::size_t size = 1; size < kKnownFile.size(); ++size) {
+    rows.emplace_back(kKnownFile.substr(0, size), kTooSoon);
+  }
+  CDBObjectInfoMap map;
+  map.Insert("a", new CDBObjectInfo(OT_TABLE, "stays", "here"));
+  const std::string path = files_ / "bad";
+  for (const auto& [bytes, cause] : rows) {
+    files_.Put("bad", bytes);
+    EXPECT_FALSE(map.Load(path.c_str())) << bytes;
+    ASSERT_FALSE(prompts_.shown.empty());
+    EXPECT_EQ(prompts_.shown.back().text,
+              "Error:  Failed to read object map file '" + path + "'.\nCause: " + cause + ".")
+        << ::testing::PrintToString(bytes);
+  }
+  EXPECT_EQ(prompts_.shown.size(), rows.size());
+  EXPECT_EQ(Contents(map), "a=stays.here ");
+  EXPECT_FALSE(map.IsLoaded());
+}
+
+TEST_F(ObjectInfoMapTest, SharedAndReplacedObjectsOfAFileAreOwnedOnce) {
+  const std::string object = "\xFF\xFF\1\0\x0D\0CDBObjectInfo\1\0\0\0\1o\1n"s;
+  const std::string again = "\1\x80\1\0\0\0\1p\1q"s;
+  files_.Put("map", "\5\0\1k"s + object + "\1k"s + again + "\1l\2\0\1m\2\0\1m\3\0"s);
+  CDBObjectInfoMap map;
+  ASSERT_TRUE(map.Load((files_ / "map").c_str()));
+  EXPECT_EQ(Contents(map), "k=p.q l=o.n m=p.q ");
+}
+
+TEST_F(ObjectInfoMapTest, FailuresOfTheSystemAreShownWithTheirCause) {
+  struct Broken : test::ForwardingFiles {
+    platform::Result<std::size_t> Read(HANDLE, std::span<char>) override { return error; }
+    platform::Error Write(HANDLE, std::string_view) override { return error; }
+    platform::Error error{platform::ErrorKind::kNoSpace, 28};
+  };
+  CDBObjectInfoMap map;
+  FillWithKnown(map);
+  EXPECT_FALSE(map.Load((files_ / "missing").c_str()));
+  EXPECT_TRUE(prompts_.shown.empty());
+  EXPECT_TRUE(map.Load(files_.Put("empty", "").c_str()));
+  EXPECT_TRUE(map.IsLoaded());
+
+  const std::string known = files_.Put("known", kKnownFile);
+  EXPECT_FALSE(map.Save((files_ / "missing/map").c_str()));
+  EXPECT_FALSE(map.Load(files_.path().c_str()));
+  Broken broken;
+  platform::Platform services = platform::Current();
+  services.files = &broken;
+  const platform::ScopedPlatform scope(services);
+  EXPECT_FALSE(map.Save((files_ / "full").c_str()));
+  EXPECT_FALSE(map.Load(known.c_str()));
+  const auto box = [&](const char* what, const std::string& path, const char* cause) {
+    return ShownBox{
+        "Error:  Failed to "s + what + " object map file '" + path + "'.\nCause: " + cause + ".",
+        BOX_STOP};
+  };
+  EXPECT_EQ(prompts_.shown, (std::vector{
+                                box("create", files_ / "missing/map", "The file was not found"),
+                                box("open", files_.path(), "Access to the file was denied"),
+                                box("write", files_ / "full", "The disk is full"),
+                                box("read", known, "The disk is full"),
+                            }));
+  EXPECT_EQ(map.GetCount(), 4);
+}
+
+TEST(Exceptions, WordsAreCutToTheBuffer) {
+  for (const auto& [size, expected] :
+       test::Rows<UINT, std::string>{{255, "Too many files are open"}, {9, "Too many"}, {1, ""}}) {
+    char text[255] = "?";
+    UINT help_id = 0;
+    EXPECT_TRUE(CFileException(CFileException::tooManyOpenFiles).GetErrorMessage(text, size));
+    EXPECT_EQ(text, expected);
+    EXPECT_FALSE(CException().GetErrorMessage(text, size, &help_id));
+    EXPECT_STREQ(text, "");
+    EXPECT_TRUE(CArchiveException(99).GetErrorMessage(text, size, &help_id));
+    EXPECT_EQ(help_id, 61861U) << "what is no cause is an error without one";
+  }
+}
+
+}  // namespace
+}  // namespace dq

@@ -1,0 +1,229 @@
+#include "dqlib/dbvocab/object_info.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "dqlib/dbvocab/object_info_dialog.h"
+#include "dqlib/dbvocab/object_type_list.h"
+#include "siblings/options/options_server.h"
+#include "tests/support/main_window.h"
+#include "tests/support/own_settings.h"
+#include "tests/support/rows.h"
+#include "tests/support/scripted_prompts.h"
+
+namespace dq {
+namespace {
+
+using namespace std::string_view_literals;
+using testing::ScriptedPrompts;
+using testing::ShownBox;
+
+TEST(ObjectInfo, IsValidWithNameAndTheOwnerThatItsTypeNeeds) {
+  for (const auto& [type, owner, name, valid] :
+       test::Rows<int, const char*, const char*, bool>{{OT_TABLE, "", "T", false},
+                                                       {OT_TABLE, "O", "T", true},
+                                                       {OT_TABLE, "O", "", false},
+                                                       {OT_USER, "", "U", true},
+                                                       {OT_USER, "", "", false},
+                                                       {OT_REDO_LOG_GROUP, "", "1", true},
+                                                       {53, "", "x", true},
+                                                       {54, "", "x", false},
+                                                       {OT_ANONYMOUS_BLOCK, "", "", true},
+                                                       {OT_NONE, "O", "N", false}}) {
+    const CDBObjectInfo object(static_cast<OBJECTTYPES>(type), owner, name);
+    EXPECT_EQ(object.IsValid(), valid) << type << owner << '.' << name;
+  }
+}
+
+TEST(ObjectInfo, FullNameSplitsAtTheFirstDotWhateverTheQuotes) {
+  for (const auto& [text, owner, name] :
+       test::Rows<const char*, const char*, const char*>{{"a.b.c", "a", "b.c"},
+                                                         {"a", "", "a"},
+                                                         {".b", "", "b"},
+                                                         {"", "", ""},
+                                                         {"\"a.b\".c", "\"a", "b\".c"}}) {
+    CDBObjectInfo object(OT_NODEGROUP, "former", "former");
+    object.SetFullName(text);
+    EXPECT_STREQ(object.GetOwner(), owner) << text;
+    EXPECT_STREQ(object.GetName(), name) << text;
+    EXPECT_EQ(object.GetDefaultTitle().View(), "Nodegroup " + std::string(owner) + "." + name);
+    EXPECT_STREQ(object.GetObjectTypeString(true), "NODEGROUP");
+  }
+}
+
+TEST(ObjectTypes, ListsFollowPlatformVersionAndPurpose) {
+  const auto list = [](const ObjectTypeQuery& query) {
+    std::string values;
+    for (const auto& entry : ListObjectTypes(query)) {
+      values += std::to_string(entry.type) + ' ';
+      // Lists call packages and user messages by names of their own.
+      const CString text = GetObjectTypeText(entry.type, query.platform);
+      const bool differs = entry.type == OT_PACKAGE || entry.type == OT_USER_MESSAGE;
+      EXPECT_EQ(differs ? text.View() : entry.text, text.View());
+    }
+    return values;
+  };
+  const std::string tables = "16 35 40 ", all = "21 37 2 50 51 52 ";
+  const std::string oracle = "49 3 9 46 14 45 ", views = "80 81 ", outlines = "87 19 20 22 ";
+  const std::string rest = "36 43 44 38 ", snapshots = "32 33 ", sequences = "31 34 ";
+  for (const auto& [query, values] : test::Rows<ObjectTypeQuery, std::string>{
+           {{DBMS_SYBASE, 12.5}, tables + all + "1 7 12 48 15 18 25 28 30 38 11 39 26 "},
+           {{DBMS_SQLSERVER, 6.5}, tables + all + "1 7 12 48 15 18 25 28 30 38 11 39 "},
+           {{DBMS_SQLSERVER, 7.0}, tables + all + "1 7 12 48 15 79 18 25 28 30 38 11 39 "},
+           {{DBMS_SQLSERVER, 8.0, true}, all + "1 7 12 48 14 15 79 18 25 28 30 38 11 39 "},
+           {{DBMS_ORACLE, 8.05},
+            tables + all + oracle + outlines + "88 26 27 " + snapshots + rest + sequences},
+           {{DBMS_ORACLE, 8.17},
+            tables + all + oracle + views + outlines + "88 26 27 " + rest + sequences},
+           {{DBMS_ORACLE, 10.2, true, true}, all + oracle + views + outlines + "26 27 " + rest},
+           {{DBMS_DB2, 7}, tables + all + "14 11 1 19 38 15 41 42 36 43 31 "},
+           {{DBMS_DB2OS390, 7, true}, all + "14 11 1 7 42 36 34 "},
+           {{DBMS_NONE},
+            tables + all + "1 12 48 15 18 28 30 11 39 38 " + oracle + "19 20 22 88 26 27 " +
+                snapshots + "36 43 44 19 " + sequences}}) {
+    EXPECT_EQ(list(query), values) << query.platform << ' ' << query.version;
+  }
+}
+
+TEST(ObjectTypes, TemplatesAreReadUpToTheirFirstZeroAndFilledIn) {
+  const test::TempDirectory files;
+  CDQOptionsServer& server = *CDQOptionsServer::GetObject();
+  server.SetVariable("$$template_root$$", files.path().c_str());
+  std::filesystem::create_directory(files / "Oracle");
+  files.Put("Oracle/CRView.tpl",
+            "-- $$object_type$$\nVIEW $$object_owner$$.$$object_name$$\0rest"sv);
+  ScriptedPrompts prompts;
+  const CDBObjectInfo view(OT_VIEW, "SCOTT", "V");
+  EXPECT_STREQ(view.GetCreationTemplate(DBMS_ORACLE), "-- View\nVIEW SCOTT.V");
+  EXPECT_EQ(server.GetPlatform(), DBMS_ORACLE);
+  EXPECT_STREQ(CDBObjectInfo(OT_VIEW, "", "V").GetCreationTemplate(DBMS_ORACLE), "");
+  EXPECT_STREQ(CDBObjectInfo(OT_ALIAS, "O", "A").GetCreationTemplate(DBMS_ORACLE), "");
+  EXPECT_STREQ(view.GetCreationTemplate(DBMS_NONE), "");
+  EXPECT_TRUE(prompts.shown.empty());
+  EXPECT_STREQ(CDBObjectInfo(OT_TABLE, "O", "T").GetCreationTemplate(DBMS_ORACLE), "");
+  EXPECT_EQ(prompts.shown, (std::vector<ShownBox>{{"Error:  Failed to open the template file '" +
+                                                       files.path() + "\\Oracle\\CRTable.tpl'.",
+                                                   BOX_STOP}}));
+}
+
+TEST(ObjectTypeCombo, ChoosesByTheTextOnThePlatformAndTellsWhatItLacks) {
+  CWnd window;
+  window.CreateWnd("Dialog");
+  CDQObjectTypeCombo combo;
+  combo.CreateWnd({.class_name = "ComboBox", .parent = &window, .id = 5});
+  ScriptedPrompts prompts;
+  combo.AddObjectType("A text that is much wider than the combo box", OT_NONE);
+  EXPECT_GT(combo.GetDroppedWidth(), 200);
+  EXPECT_TRUE(combo.LoadObjectTypes(DBMS_ORACLE, 8.1, OT_PACKAGE_BODY, true));
+  EXPECT_STREQ(combo.GetWindowText(), "Package Body");
+  for (const OBJECTTYPES type : {OT_NONE, OT_PACKAGE, OT_USER_MESSAGE, OT_TABLE}) {
+    combo.SetCurrentSelection(type, DBMS_ORACLE);
+    EXPECT_STREQ(combo.GetWindowText(), "Package Body");
+  }
+  const auto box = [](const std::string& type) {
+    return ShownBox{
+        "The object type '" + type + "' is not valid for the currently selected platform (Oracle).",
+        BOX_INFORMATION};
+  };
+  EXPECT_EQ(prompts.shown, (std::vector{box("Package"), box("Unknown"), box("Table")}));
+
+  CDataExchange load(&window, false);
+  CDataExchange save(&window, true);
+  for (const auto& [loaded, saved] : test::Rows<OBJECTTYPES, OBJECTTYPES>{
+           {OT_VIEW, OT_NONE}, {OT_TYPE, OT_TYPE}, {OT_PACKAGE, OT_NONE}, {OT_ROLE, OT_ROLE}}) {
+    OBJECTTYPES type = loaded;
+    DDX_ObjectType(&load, 5, type);
+    DDX_ObjectType(&save, 5, type);
+    EXPECT_EQ(type, saved) << loaded;
+  }
+  window.DestroyWindow();
+}
+
+TEST(ObjectInfoDialog, EditsTheObject) {
+  struct HelpingWindow : testing::MainWindow {
+    LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
+      if (message == WM_COMMANDHELP) helped = lparam;
+      return MainWindow::WindowProc(message, wparam, lparam);
+    }
+    LPARAM helped = 0;
+  };
+  HelpingWindow main;
+  const std::string specific = "P.0123456789012345678901234567890";
+  struct Row {
+    CDBObjectInfo object;
+    DBMS platform;
+    const char* script;
+    bool detach_shown;
+    const char* focus_text;
+    int result;
+    const char* title;
+  };
+  const Row rows[] = {
+      {{OT_TABLE, "", "T"}, DBMS_ORACLE, "2757=X", true, "T", IDCANCEL, "Table SCOTT.T"},
+      {{OT_TABLE, "O", "T"},
+       DBMS_ORACLE,
+       "2754=View\n2756=P\npress 1",
+       true,
+       "T",
+       IDOK,
+       "View P.T"},
+      {{OT_PROCEDURE, "O", specific.c_str()},
+       DBMS_DB2,
+       "press 1",
+       true,
+       "P",
+       IDOK,
+       "Procedure O.P"},
+      {{OT_NODEGROUP, "", ""},
+       DBMS_DB2OS390,
+       "2757=G\npress 1",
+       false,
+       "",
+       IDOK,
+       "Nodegroup SCOTT.G"},
+      {{OT_ANONYMOUS_BLOCK, "", ""}, DBMS_ORACLE, "press 1", true, "", IDOK, "Anonymous Block ."},
+      {{OT_TABLE, "O", "T"}, DBMS_ORACLE, "press 3019\npress 1", true, "T", IDOK, "Unknown ."},
+      {{OT_NONE, "O", "T"},
+       DBMS_ORACLE,
+       "press 9\npress 2",
+       false,
+       nullptr,
+       IDCANCEL,
+       "Unknown O.T"},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.title);
+    CDBObjectInfo object(row.object);
+    ScriptedPrompts prompts;
+    platform::DialogScript script;
+    ASSERT_FALSE(platform::DialogScript::Read(row.script, script));
+    prompts.on_dialog = [&](platform::DialogView& dialog) {
+      for (const auto& control : dialog.Controls()) {
+        if (control.id != CDBObjectInfoDlg::kDetach) continue;
+        EXPECT_EQ(control.visible, row.detach_shown);
+      }
+      CWnd* const focus = CWnd::GetFocus();
+      ASSERT_NE(focus, nullptr);
+      EXPECT_EQ(focus->GetDlgCtrlID(), row.focus_text == nullptr ? 2754 : 2757);
+      if (row.focus_text != nullptr) {
+        EXPECT_STREQ(focus->GetWindowText(), row.focus_text);
+      }
+      script.Play(dialog);
+      EXPECT_FALSE(script.problem()) << script.problem()->text;
+    };
+    main.helped = 0;
+    EXPECT_EQ(object.SetPropertiesDlg(row.platform, 8.1, "SCOTT", nullptr, false, row.title),
+              row.result == IDOK);
+    EXPECT_EQ(prompts.dialogs, std::vector<std::string>{row.title});
+    EXPECT_EQ(object.GetDefaultTitle(), row.title);
+    EXPECT_TRUE(prompts.shown.empty());
+    EXPECT_EQ(main.helped, row.object.GetObjectType() == OT_NONE ? 133784 : 0);
+  }
+}
+
+}  // namespace
+}  // namespace dq
