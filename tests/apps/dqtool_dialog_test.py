@@ -31,7 +31,8 @@ class DialogTest(unittest.TestCase):
         return self.dqtool("option", "get", option)[1].decode().rstrip("\n")
 
     def test_every_option_but_bytes_is_on_a_page_and_is_kept(self):
-        self.assertEqual(self.dqtool("dialog", "--list"), (0, b"2712\tObject Type Information\n44510\tOptions\n", b""))
+        self.assertEqual(self.dqtool("dialog", "--list"),
+                         (0, b"2712\tObject Type Information\n44510\tOptions\n", b""))
         given = {"bool": "1", "string": "a b", "directory": "/tmp", "color": "00ff80"}
         numbers = {"50198": ("Discard it", "1"), "50241": ("3", "2"), "50242": ("Upper case", "1"),
                    "50244": ("1", "0"), "50245": ("Lower case", "2")}
