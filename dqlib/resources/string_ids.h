@@ -53,6 +53,7 @@ enum StringId : UINT {
   IDS_END_TASK = 44031,
   IDS_SYSTEM_ERROR_WITH_FILE = 44088,
   IDS_SYSTEM_RESOURCES_LOW = 44089,
+  IDS_DAY_MONTH_ORDER = 44114,
 
   // 44500 to 44799: numbers assigned here to texts that had none.
   IDS_OUTPUT_MESSAGE_OUT_OF_MEMORY = 44500,

@@ -62,6 +62,9 @@ constexpr StringRow kStrings[] = {
     {IDS_SYSTEM_RESOURCES_LOW,
      "The system is critically low of %s resources.\r\n Close some windows and try the operation "
      "again."},
+    {IDS_DAY_MONTH_ORDER,
+     "The order of day and month is not correct. Data Editor will automatically change the "
+     "order."},
     {IDS_OUTPUT_MESSAGE_OUT_OF_MEMORY, "Out of memory, could not create CDQOutputMessage.\n"},
     {IDS_OPTIONS_NO_COLOR, "Please enter a color as six hexadecimal digits, rrggbb, or nothing."},
     {IDS_OPTIONS_NO_BYTES, "Please enter bytes as pairs of hexadecimal digits."},
