@@ -92,7 +92,8 @@ TEST(WorkerThread, SendsToTheMainWindowOfTheThreadThatBeganItWhileThatJoins) {
         EXPECT_EQ(AfxGetMainWnd(), parameter);
         EXPECT_NE(AfxGetThread(), nullptr);
         EXPECT_NE(AfxGetThread(), AfxGetApp());
-        for (int round = 1; round <= 50; ++round) EXPECT_EQ(AfxGetMainWnd()->SendMessage(WM_APP), round);
+        for (int round = 1; round <= 50; ++round)
+          EXPECT_EQ(AfxGetMainWnd()->SendMessage(WM_APP), round);
         return 0;
       },
       &window);
