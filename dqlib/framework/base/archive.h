@@ -16,10 +16,10 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "dqlib/framework/base/exception.h"
@@ -108,7 +108,7 @@ class CArchive {
     UINT schema = 0;
   };
   std::vector<Entry> m_loaded;
-  std::map<const void*, DWORD> m_stored;
+  std::unordered_map<const void*, DWORD> m_stored;
   DWORD m_nNextIndex = 1;
 };
 
