@@ -8,7 +8,7 @@ packages_of() {
     build) echo g++ cmake ninja-build ccache python3 sqlite3 util-linux ;;
     check) echo libgtest-dev libgmock-dev clang-format-14 locales git libgmp-dev ;;
     bench) echo libbenchmark-dev libabsl-dev libglib2.0-dev libsqlite3-dev qtbase5-dev pkg-config \
-      libgmp-dev libfmt-dev libspdlog-dev libctemplate-dev libwxgtk3.2-dev ;;
+      libgmp-dev libfmt-dev libicu-dev libhowardhinnant-date-dev libspdlog-dev libctemplate-dev libwxgtk3.2-dev ;;
     fuzz) echo clang-14 libclang-rt-14-dev libgmp-dev ;;
     lint) echo clang-tidy-14 libgtest-dev libgmock-dev ;;
     *)

@@ -51,8 +51,7 @@ CLGDateTime::CLGDateTime(const char* text, CLGDateTimeFmtDef* def) : m_pFormat(d
 
 CString CLGDateTime::Format(int code, CLGDateTimeFmtDef* def) {
   if (def == nullptr || m_value.GetStatus() == COleDateTime::invalid) return {};
-  constexpr int kTime = 26;
-  if (def->GetDateTimeType() != kTime && def->GetFmtYear(DTF_DISP).GetLength() == 2) {
+  if (def->PrintsTwoDigitYear()) {
     m_value.SetDateTime(m_value.GetYear() % 100 + 1900, m_value.GetMonth(), m_value.GetDay(),
                         m_value.GetHour(), m_value.GetMinute(), m_value.GetSecond());
     // 29 February of a century that has one may have no such day in 1900.

@@ -72,7 +72,7 @@ class CDQDateTimeFmtTransfer : public CObject {
   /// dropped without a word; separators stay. Always true.
   static bool ParseDateTimeFmt(const char* source, DATETIMEFMTTYPE from, char* target,
                                DATETIMEFMTTYPE to);
-  static constexpr int kLongestGrowth = 6;
+  static constexpr int kLongestGrowth = 4;
 };
 
 }  // namespace dq

@@ -190,6 +190,10 @@ void CLGDateTimeFmtDef::GenerateDateTimeFmtCellList(const CString& fmt) {
   });
 }
 
+bool CLGDateTimeFmtDef::PrintsTwoDigitYear() const {
+  return m_nType != 26 && GetFmtYear(DTF_DISP).GetLength() == 2;
+}
+
 const CLGDateTimeFmtCell* CLGDateTimeFmtDef::FirstCell(DATETIMETYPE kind) const {
   CConstPtrArrayIterT<CLGDateTimeFmtCell> walk(m_cells);
   const CLGDateTimeFmtCell* cell = walk.Next();

@@ -63,6 +63,10 @@ class CLGDateTimeFmtDef : public CObject {
   /// The title and the example right behind it.
   CString GetFmtDefTitle() const { return m_strTitle + m_strExample; }
 
+  /// Whether values that are printed by the format are moved to 1900 to 1999 first: it isn't stored
+  /// as a time, and its year has two digits.
+  bool PrintsTwoDigitYear() const;
+
   const CLGDateTimeFmtCellList& GetFmtElementList() const { return m_cells; }
   /// The stored type, a data type code.
   int GetDateTimeType() const { return m_nType; }

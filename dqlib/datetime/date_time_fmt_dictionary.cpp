@@ -9,6 +9,7 @@ namespace {
 
 CLGDateTimeFmtDictionary* g_dictionary = nullptr;
 int g_uses = 0;
+bool g_has_added_entries = false;
 
 CDQDateTimeFmtDictionary* g_small_dictionary = nullptr;
 int g_small_uses = 0;
@@ -32,9 +33,13 @@ CLGDateTimeFmtDictionary::CLGDateTimeFmtDictionary() {
   for (const auto& row : detail::kDateTimeCells) {
     INSERT_DICTIONARY(row.kind, row.disp, row.ole, row.win, row.description, row.example);
   }
+  g_has_added_entries = false;
 }
 
-CLGDateTimeFmtDictionary::~CLGDateTimeFmtDictionary() { g_dictionary = nullptr; }
+CLGDateTimeFmtDictionary::~CLGDateTimeFmtDictionary() {
+  g_dictionary = nullptr;
+  g_has_added_entries = false;
+}
 
 CLGDateTimeFmtDictionary* CLGDateTimeFmtDictionary::Instance() {
   if (g_dictionary == nullptr) g_dictionary = new CLGDateTimeFmtDictionary;
@@ -46,7 +51,12 @@ void CLGDateTimeFmtDictionary::Release() {
   if (--g_uses == 0) delete this;
 }
 
-void CLGDateTimeFmtDictionary::AddEntry(CLGDateTimeFmtCell* cell) { entries_.AddTail(cell); }
+void CLGDateTimeFmtDictionary::AddEntry(CLGDateTimeFmtCell* cell) {
+  entries_.AddTail(cell);
+  g_has_added_entries = true;
+}
+
+bool CLGDateTimeFmtDictionary::HasAddedEntries() { return g_has_added_entries; }
 
 void CLGDateTimeFmtDictionary::INSERT_DICTIONARY(DATETIMETYPE kind, const char* disp,
                                                  const char* ole, const char* win,

@@ -23,6 +23,9 @@ class CLGDateTimeFmtDictionary : public CObject {
   /// Adds a cell, not null, behind the others and owns it from now on.
   void AddEntry(CLGDateTimeFmtCell* cell);
 
+  /// Whether the dictionary that exists has more cells than it is built with.
+  static bool HasAddedEntries();
+
   /// The first cell whose code is exactly this one, or null. The first form compares the OLE code
   /// and the display code of each cell and never the locale's, since "MM", "dd" and "mm" mean other
   /// things there: texts in locale notation are converted first. The second form compares the code

@@ -1,6 +1,8 @@
 #include "dqlib/datetime/date_time_format.h"
 
+#include <algorithm>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "dqlib/datetime/data_type.h"
@@ -16,6 +18,12 @@ constexpr const char kDoubleByteOracleDefault[] = "YYYY/MM/DD HH24:MI:SS";
 constexpr const char kDb2Default[] = "YYYY-MM-DD HH24:MI:SS";
 
 constexpr char kBlank = ' ';
+
+/// Where the "." stands that milliseconds follow; `npos` if there is none.
+std::size_t FindMilliSecond(std::string_view text) {
+  const std::size_t colon = text.rfind(':');
+  return colon == text.npos ? colon : text.find('.', colon);
+}
 
 /// No option.
 constexpr UINT kNoOption = static_cast<UINT>(-1);
@@ -146,47 +154,32 @@ CLGDateTimeFmtDef* CLGDateTimeFormat::FindDateTimeFmt(const CString& fmt) const 
 
 int CLGDateTimeFormat::FormatDateTime(int code, const CString& in, CString& out,
                                       const CString& in_fmt, const CString& out_fmt) {
-  // `out` may be one of the others.
-  const CString value = in;
-  CString result = value;
-  int done = 0;
-  if (value != GetSqlFragment(SQL_FRAGMENT_NULL_TEXT)) {
-    std::unique_ptr<CLGDateTimeFmtDef> source;
-    if (!in_fmt.IsEmpty()) {
-      source = std::make_unique<CLGDateTimeFmtDef>(in_fmt);
-      const CString part = source->GetFmtDateTime(code, DTF_DISP);
-      if (part != in_fmt) source = std::make_unique<CLGDateTimeFmtDef>(part);
-    }
-    std::unique_ptr<CLGDateTimeFmtDef> target;
-    if (!out_fmt.IsEmpty()) target = std::make_unique<CLGDateTimeFmtDef>(out_fmt);
-    CLGDateTime date_time;
-    done = date_time.ParseDateTime(value, source.get()) != 0 ? 1 : 0;
-    if (done != 0) result = date_time.Format(code, target.get());
-  }
-  out = result;
-  return done;
+  return m_conversions.Convert(code, in, out, in_fmt, out_fmt);
 }
 
 void CLGDateTimeFormat::ExtractMilliSecond(const CString& in, CString& rest, CString& ms) {
-  const std::string text(in);
-  const std::size_t colon = text.rfind(':');
-  const std::size_t point = colon == std::string::npos ? colon : text.find('.', colon);
-  if (point == std::string::npos) {
-    rest = text;
-    ms = "";
+  const std::string_view text = in.View();
+  const std::size_t point = FindMilliSecond(text);
+  const std::size_t end = std::min(text.find(kBlank, point), text.size());
+  if (point == text.npos) {
+    rest = in;
+    ms.Empty();
     return;
   }
-  const std::size_t end = std::min(text.find(kBlank, point), text.size());
-  ms = text.substr(point + 1, end - point - 1);
-  rest = text.substr(0, point) + text.substr(end);
+  // Either may be the text itself.
+  const std::string digits(text.substr(point + 1, end - point - 1));
+  std::string others(text.substr(0, point));
+  others += text.substr(end);
+  rest = others;
+  ms = digits;
 }
 
 void CLGDateTimeFormat::InsertMilliSecond(CString& out, const CString& text, const CString& ms) {
-  std::string result(text);
+  std::string result(text.View());
   const std::size_t colon = result.rfind(':');
-  if (!ms.IsEmpty() && colon != std::string::npos) {
+  if (!ms.IsEmpty() && colon != result.npos) {
     const std::size_t blank = std::min(result.find(kBlank, colon), result.size());
-    result.insert(blank, "." + std::string(ms));
+    result.insert(blank, "." + std::string(ms.View()));
   }
   out = result;
 }
@@ -230,6 +223,9 @@ void CLGMilliSecondDateTimeFormat::PreInitDBMSDefaultDateTimeFmt(const CString& 
 
 int CLGMilliSecondDateTimeFormat::FormatDateTime(int code, const CString& in, CString& out,
                                                  const CString& in_fmt, const CString& out_fmt) {
+  if (FindMilliSecond(in.View()) == std::string_view::npos) {
+    return CLGDateTimeFormat::FormatDateTime(code, in, out, in_fmt, out_fmt);
+  }
   const CString value = in;
   CString rest;
   CString ms;

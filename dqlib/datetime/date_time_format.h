@@ -9,6 +9,7 @@
 #pragma once
 
 #include "dqlib/datetime/date_time.h"
+#include "dqlib/datetime/date_time_conversion.h"
 #include "dqlib/dbvocab/dbms_factory.h"
 
 namespace dq {
@@ -108,6 +109,7 @@ class CLGDateTimeFormat {
   /// Copies of the default that stand in for choices; they lie in neither list.
   CLGDateTimeFmtDefList m_copies;
   CLGDateTimeFmtDef* m_choices[kKinds] = {};
+  detail::DateTimeConversions m_conversions;
 };
 
 /// Oracle's: a date there always holds a time, so the data type of a column doesn't count.

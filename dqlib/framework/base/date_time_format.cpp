@@ -43,10 +43,12 @@ class Output {
     Put(static_cast<char>('0' + number % 10));
   }
 
-  CString Take() {
+  /// All of it; valid until more is put.
+  std::string_view View() {
     const std::string_view text(buffer_.data(), used_);
-    if (long_text_.empty()) return {text};
-    return {std::move(long_text_ += text)};
+    if (long_text_.empty()) return text;
+    Spill();
+    return long_text_;
   }
 
  private:
@@ -207,7 +209,13 @@ std::string LocaleName(DWORD item, DWORD locale) {
 CString LayOutDateTime(const DateTimeParts& parts, std::string_view format) {
   Output output;
   Layout(output, parts).Write(format);
-  return output.Take();
+  return output.View();
+}
+
+void LayOutDateTime(const DateTimeParts& parts, std::string_view format, CString& text) {
+  Output output;
+  Layout(output, parts).Write(format);
+  text = output.View();
 }
 
 }  // namespace dq::detail

@@ -259,6 +259,18 @@ class Reader {
 
 }  // namespace
 
+int EnglishMonth(std::string_view name) {
+  int number = 0;
+  for (const std::string_view month : kEnglishMonths) {
+    ++number;
+    if ((name.size() == 3 || name.size() == month.size()) &&
+        platform::EqualIgnoringCase(name, month.substr(0, name.size()))) {
+      return number;
+    }
+  }
+  return 0;
+}
+
 std::optional<DateTimeParts> ReadDateTime(std::string_view text, DWORD flags, DWORD locale) {
   DateTimeParts parts;
   if (!Reader(flags, locale == 0 ? LOCALE_USER_DEFAULT : locale).Read(text, parts)) return {};

@@ -25,10 +25,16 @@ struct DateTimeParts {
 
 /// Lays out parts that exist by a format of `%` codes (see `COleDateTime::Format`).
 CString LayOutDateTime(const DateTimeParts& parts, std::string_view format);
+/// The same into `text`, whose memory is used again where it has room.
+void LayOutDateTime(const DateTimeParts& parts, std::string_view format, CString& text);
 
 /// Reads a date, a time or both (see `COleDateTime::ParseDateTime`); what the text doesn't tell has
 /// its default. No value if it can't be read.
 std::optional<DateTimeParts> ReadDateTime(std::string_view text, DWORD flags, DWORD locale);
+
+/// The number of the month with this English name, in full or by its first three letters, in either
+/// case; 0 if there is none.
+int EnglishMonth(std::string_view name);
 
 /// A name of the locale without the blanks that some locales pad their names with, which would keep
 /// a name that was printed from being read; "" if it can't be had.
