@@ -257,9 +257,9 @@ TEST(OleDateTime, PrintsAndReadsTheWholeCalendar) {
     parts.tm_sec = seconds % 60;
     const COleDateTime time(parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday, parts.tm_hour,
                             parts.tm_min, parts.tm_sec);
-    // By a pointer: the compiler warns of two-digit years in a literal.
-    const char* const codes = "%m/%d/%y %H:%M:%S %I %p %a %j %U %W %w %B";
-    std::strftime(expected.data(), expected.size(), codes, &parts);
+    // No literal, since the compiler warns of two-digit years in one.
+    const std::string codes = "%m/%d/%y %H:%M:%S %I %p %a %j %U %W %w %B";
+    std::strftime(expected.data(), expected.size(), codes.c_str(), &parts);
     ASSERT_EQ(time.Format("%c %I %p %a %j %U %W %w %B"), expected.data());
     ASSERT_EQ(Read(time.Format("%Y-%m-%d %I:%M:%S %p")), Text(time));
     ASSERT_EQ(Read(time.Format("%d %b %Y %X")), Text(time));
