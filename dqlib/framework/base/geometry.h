@@ -7,6 +7,18 @@
 #include "dqlib/platform/types.h"
 
 namespace dq {
+namespace detail {
+
+/// Sums and differences of coordinates wrap at the ends of the range: any number may come from a
+/// caller or a file, and a window far off the screen is no reason to stop.
+constexpr LONG WrappingSum(LONG a, LONG b) {
+  return static_cast<LONG>(static_cast<DWORD>(a) + static_cast<DWORD>(b));
+}
+constexpr LONG WrappingDifference(LONG a, LONG b) {
+  return static_cast<LONG>(static_cast<DWORD>(a) - static_cast<DWORD>(b));
+}
+
+}  // namespace detail
 
 /// A point; `x` grows to the right and `y` downwards.
 struct CPoint {
@@ -14,8 +26,8 @@ struct CPoint {
   LONG y = 0;
 
   void Offset(LONG dx, LONG dy) {
-    x += dx;
-    y += dy;
+    x = detail::WrappingSum(x, dx);
+    y = detail::WrappingSum(y, dy);
   }
   friend bool operator==(const CPoint&, const CPoint&) = default;
 };
@@ -35,19 +47,19 @@ struct CRect {
   LONG right = 0;
   LONG bottom = 0;
 
-  LONG Width() const { return right - left; }
-  LONG Height() const { return bottom - top; }
+  LONG Width() const { return detail::WrappingDifference(right, left); }
+  LONG Height() const { return detail::WrappingDifference(bottom, top); }
   CSize Size() const { return {Width(), Height()}; }
   CPoint TopLeft() const { return {left, top}; }
 
   /// True if it has no area.
-  bool IsRectEmpty() const { return Width() <= 0 || Height() <= 0; }
+  bool IsRectEmpty() const { return right <= left || bottom <= top; }
   void SetRect(LONG l, LONG t, LONG r, LONG b) { *this = {l, t, r, b}; }
   void OffsetRect(LONG dx, LONG dy) {
-    left += dx;
-    right += dx;
-    top += dy;
-    bottom += dy;
+    left = detail::WrappingSum(left, dx);
+    right = detail::WrappingSum(right, dx);
+    top = detail::WrappingSum(top, dy);
+    bottom = detail::WrappingSum(bottom, dy);
   }
   bool PtInRect(const CPoint& point) const {
     return point.x >= left && point.x < right && point.y >= top && point.y < bottom;
