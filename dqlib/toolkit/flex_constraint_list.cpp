@@ -11,8 +11,6 @@ namespace dq {
 namespace {
 
 constexpr const char kComboClass[] = "ComboBox";
-/// Asks a combo box for the rectangle of its list when that is dropped down.
-constexpr UINT kGetDroppedRect = 0x0152;
 /// Before this version of the platform a combo box is moved with its dropped-down list.
 constexpr DWORD kFirstVersionWithoutList = 4;
 
@@ -129,7 +127,7 @@ bool CNSFlexConstraintList::Capture() {
     CRect rect = control->GetWindowRect();
     if (with_lists && control->GetWindowClass() == kComboClass) {
       CRect list;
-      control->SendMessage(kGetDroppedRect, 0, reinterpret_cast<LPARAM>(&list));
+      control->SendMessage(CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(&list));
       rect.bottom = ToCoordinate(rect.bottom + 0LL + Extent(list.top, list.bottom));
     }
     m_records[i].design = m_pHost->ScreenToClient(rect);

@@ -189,6 +189,17 @@ TEST(Controls, ControlThatTakesAPlaceTakesWhatWasThere) {
   EXPECT_EQ(dialog.spin().GetBuddy(), &edit);
 }
 
+TEST(Controls, ComboBoxAnswersWhereItLiesDroppedDown) {
+  ControlDialog dialog;
+  dialog.MoveWindow(100, 100, 500, 500);
+  dialog.combo().SetDroppedWidth(300);
+  CRect rect;
+  const LPARAM address = reinterpret_cast<LPARAM>(&rect);
+  EXPECT_EQ(dialog.combo().SendMessage(CB_GETDROPPEDCONTROLRECT, 0, address), 1);
+  EXPECT_EQ(rect, (CRect{110, 120, 410, 160}));
+  EXPECT_EQ(dialog.combo().SendMessage(CB_GETDROPPEDCONTROLRECT), 0);
+}
+
 TEST(Controls, EveryWindowClassOfTemplatesMakesItsControl) {
   const struct {
     const char* window_class;

@@ -197,6 +197,7 @@ TEST(ToolBar, ResourceGivesButtonsAndEveryChangeIsTold) {
   const CDynLinkLibrary link(&module);
   ContentObserver observer;
   CToolBar bar;
+  ASSERT_TRUE(bar.Create(nullptr, 1));
   EXPECT_TRUE(bar.LoadToolBar(5));
   for (const UINT broken : {6U, 7U, 8U}) EXPECT_FALSE(bar.LoadToolBar(broken));
   EXPECT_EQ(std::exchange(observer.changes, 0), 1);

@@ -91,6 +91,22 @@ TEST(WindowTree, EndsParentsFirstAndTellsTheLastToChildren) {
   EXPECT_EQ(owned.GetSafeHwnd(), nullptr);
 }
 
+TEST(WindowTree, EndsWhatDescendantsOwnAlsoAfterAnotherObjectTookTheirPlace) {
+  Log log;
+  LogWnd top(log, nullptr, 1);
+  auto child = std::make_unique<LogWnd>(log, &top, 2);
+  CWnd owned;
+  ASSERT_TRUE(owned.CreateWnd({.class_name = "Popup", .owner = child.get()}));
+  child->InvalidateRect({1, 1, 5, 5});
+  CWnd taker;
+  ASSERT_TRUE(taker.SubclassDlgItem(2, &top));
+  child.reset();
+  EXPECT_EQ(owned.GetOwner(), &taker);
+  EXPECT_EQ(taker.GetUpdateRect(), (CRect{1, 1, 5, 5}));
+  top.DestroyWindow();
+  EXPECT_EQ(owned.GetSafeHwnd(), nullptr);
+}
+
 TEST(WindowTree, ObjectsMayGoInAnyOrderAndInTheirOwnHandlers) {
   Log log;
   auto top = std::make_unique<LogWnd>(log, nullptr, 1);
@@ -145,6 +161,11 @@ TEST(WindowTree, RectanglesFollowParentsAndFrames) {
   EXPECT_EQ(log, (Log{"2:3", "2:5"}));
   child.MoveWindow(2147483000, 0, 2147483000, 1);
   EXPECT_EQ(child.GetPlace().right, 2147483647);
+  inner.MoveWindow(2147483000, -2147483647, 2147483647, 2147483647);
+  EXPECT_EQ(inner.ScreenToClient(inner.ClientToScreen({3, 4})), (CPoint{3, 4})) << "they wrap";
+  LogWnd whole(log, nullptr, 4);
+  whole.SetFrameWidths({-2147483647 - 1, 0, 2147483647, 0});
+  EXPECT_EQ(whole.GetClientRect().Width(), 101);
 }
 
 TEST(WindowTree, FocusGoesToWhatIsVisibleAndEnabled) {

@@ -128,6 +128,33 @@ TEST(Wnd, SendersAreReleasedWhenTheWindowEndsUnpumped) {
   }
 }
 
+TEST(Wnd, SendThatIsBeingHandledIsAnsweredAndTheOthersReleasedWhenTheHandlerEndsTheWindow) {
+  for (int round = 0; round < 50; ++round) {
+    TestWnd* self = nullptr;
+    std::atomic<int> started = 0;
+    TestWnd window([&](UINT, WPARAM, LPARAM) {
+      while (started < 3) std::this_thread::yield();
+      self->DestroyWindow();
+      return 7;
+    });
+    self = &window;
+    const HWND handle = window.GetSafeHwnd();
+    std::atomic<int> answered = 0;
+    std::atomic<LRESULT> sum = 0;
+    const auto send = [&] {
+      ++started;
+      sum += SendToWindow(handle, 1, 0, 0);
+      ++answered;
+    };
+    std::thread senders[] = {std::thread(send), std::thread(send), std::thread(send)};
+    while (answered < 3) {
+      if (PumpSentMessages() == 0) std::this_thread::yield();
+    }
+    for (std::thread& sender : senders) sender.join();
+    EXPECT_EQ(sum, 7);
+  }
+}
+
 TEST(Wnd, SendersAreReleasedAndHandlesDeadWhenTheThreadEnds) {
   for (int round = 0; round < 100; ++round) {
     CWnd window;

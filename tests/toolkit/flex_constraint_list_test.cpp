@@ -66,8 +66,7 @@ TEST(FlexGrowth, IsNeverNegative) {
 
 struct Control : CWnd {
   LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
-    constexpr UINT kGetDroppedRect = 0x0152;
-    if (message == kGetDroppedRect) reinterpret_cast<CRect*>(lparam)->SetRect(0, 5, 10, 45);
+    if (message == CB_GETDROPPEDCONTROLRECT) reinterpret_cast<CRect*>(lparam)->SetRect(0, 5, 10, 45);
     if (message == WM_MOVE && on_move) on_move();
     return CWnd::WindowProc(message, wparam, lparam);
   }

@@ -70,7 +70,7 @@ int CComboBox::SetDroppedWidth(UINT width) {
 
 void CComboBox::GetDroppedControlRect(CRect* rect) const {
   *rect = GetWindowRect();
-  rect->right = rect->left + GetDroppedWidth();
+  rect->right = detail::WrappingSum(rect->left, GetDroppedWidth());
 }
 
 bool CComboBox::Choose(int index) {
@@ -108,8 +108,16 @@ bool CComboBox::Enter(std::string_view value) {
 }
 
 LRESULT CComboBox::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
-  if (message != EM_SETSEL) return RowControl::DefWindowProc(message, wparam, lparam);
-  return SetEditSel(static_cast<int>(wparam), static_cast<int>(lparam)) ? 1 : 0;
+  switch (message) {
+    case EM_SETSEL:
+      return SetEditSel(static_cast<int>(wparam), static_cast<int>(lparam)) ? 1 : 0;
+    case CB_GETDROPPEDCONTROLRECT:
+      if (lparam == 0) return 0;
+      GetDroppedControlRect(reinterpret_cast<CRect*>(lparam));
+      return 1;
+    default:
+      return RowControl::DefWindowProc(message, wparam, lparam);
+  }
 }
 
 CString CComboBox::OnGetText() const {

@@ -37,7 +37,7 @@ CWnd* CFrameWnd::GetActiveView() const { return MessageQueue::FindOwnWindow(acti
 void CFrameWnd::SetActiveView(CWnd* view) {
   const HWND former = active_view_;
   active_view_ = view == nullptr ? nullptr : view->GetSafeHwnd();
-  if (former != active_view_) Changed(WindowChange::kActive);
+  if (former != active_view_ && GetSafeHwnd() != nullptr) Changed(WindowChange::kActive);
 }
 
 void CFrameWnd::SetMessageText(const char* text) {

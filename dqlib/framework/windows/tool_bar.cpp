@@ -94,7 +94,7 @@ bool CToolBar::LoadToolBar(UINT id) {
 void CToolBar::SetButtons(std::span<const WORD> commands) {
   buttons_.clear();
   for (const WORD command : commands) buttons_.push_back({.command = command});
-  Changed(WindowChange::kContent);
+  if (GetSafeHwnd() != nullptr) Changed(WindowChange::kContent);
 }
 
 UINT CToolBar::GetItemID(int position) const { return GetButton(position).command; }
@@ -108,7 +108,7 @@ int CToolBar::CommandToIndex(UINT command) const {
 void CToolBar::SetPictureSize(const CSize& size) {
   if (picture_size_ == size) return;
   picture_size_ = size;
-  Changed(WindowChange::kContent);
+  if (GetSafeHwnd() != nullptr) Changed(WindowChange::kContent);
 }
 
 ToolBarButton CToolBar::GetButton(int position) const {
@@ -121,7 +121,7 @@ bool CToolBar::IsButton(int position) const { return GetItemID(position) != 0; }
 void CToolBar::SetButton(int position, const ToolBarButton& state) {
   if (!IsButton(position) || GetButton(position) == state) return;
   buttons_[static_cast<std::size_t>(position)] = state;
-  Changed(WindowChange::kContent);
+  if (GetSafeHwnd() != nullptr) Changed(WindowChange::kContent);
 }
 
 void CToolBar::EnableButton(int position, bool enable) {

@@ -32,6 +32,9 @@ enum WindowMessage : UINT {
   WM_INITDIALOG = 0x0110,
   WM_COMMAND = 0x0111,
   WM_TIMER = 0x0113,
+  /// To a combo box: puts its rectangle on the screen with the list dropped down into the `CRect`
+  /// to which the second argument points. 1, or 0 without such a pointer.
+  CB_GETDROPPEDCONTROLRECT = 0x0152,
   WM_MDIDESTROY = 0x0221,
   WM_MDIACTIVATE = 0x0222,
   /// The thread is idle: items that show commands are to be brought up to date.

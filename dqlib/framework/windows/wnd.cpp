@@ -114,17 +114,12 @@ BOOL CWnd::DestroyWindow() {
     return 0;
   }
   destroying_ = true;
-  while (CWnd* const owned = first_owned_) {
-    first_owned_ = std::exchange(owned->next_owned_, nullptr);
-    owned->owner_ = nullptr;
-    owned->DestroyWindow();
-    if (MessageQueue::FindOwnWindow(self) != this) return 1;
-  }
   std::vector<HWND> tree{self};
   for (std::size_t at = 0; at < tree.size(); ++at) {
     CWnd* const window = MessageQueue::FindOwnWindow(tree[at]);
     if (window == nullptr) continue;
     window->destroying_ = true;
+    if (!window->DestroyOwned()) continue;
     window->WindowProc(WM_DESTROY, 0, 0);
     // The handler may have ended it; what it had below is gone then.
     if (MessageQueue::FindOwnWindow(tree[at]) != window) continue;
@@ -134,6 +129,18 @@ BOOL CWnd::DestroyWindow() {
   }
   if (MessageQueue::FindOwnWindow(self) == this) TakeDownTree();
   return 1;
+}
+
+/// Ends the windows that it owns. False if it is gone itself then.
+bool CWnd::DestroyOwned() {
+  const HWND self = m_hWnd;
+  while (CWnd* const owned = first_owned_) {
+    first_owned_ = std::exchange(owned->next_owned_, nullptr);
+    owned->owner_ = nullptr;
+    owned->DestroyWindow();
+    if (MessageQueue::FindOwnWindow(self) != this) return false;
+  }
+  return true;
 }
 
 void CWnd::TakeDownTree() {
@@ -159,7 +166,7 @@ void CWnd::TakeDown() {
     if (*kept == self) *kept = nullptr;
   }
   Unlink();
-  destroying_ = false;
+  destroying_ = exchanging_ = false;
   children_by_id_.reset();
   const bool was_alive = MessageQueue::RemoveWindow(self);
   ++t_ui.ended;
@@ -312,15 +319,18 @@ void CWnd::SendSize() {
 CRect CWnd::GetWindowRect() const {
   CRect rect = place_;
   for (const CWnd* above = parent_; above != nullptr; above = above->parent_) {
-    rect.OffsetRect(above->place_.left + above->frame_widths_.left,
-                    above->place_.top + above->frame_widths_.top);
+    rect.OffsetRect(above->place_.left, above->place_.top);
+    rect.OffsetRect(above->frame_widths_.left, above->frame_widths_.top);
   }
   return rect;
 }
 
 CRect CWnd::GetClientRect() const {
-  return {0, 0, std::max(0, place_.Width() - frame_widths_.left - frame_widths_.right),
-          std::max(0, place_.Height() - frame_widths_.top - frame_widths_.bottom)};
+  const auto inner = [](LONG extent, LONG first, LONG second) {
+    return Clamp(std::max(0LL, 0LL + extent - first - second));
+  };
+  return {0, 0, inner(place_.Width(), frame_widths_.left, frame_widths_.right),
+          inner(place_.Height(), frame_widths_.top, frame_widths_.bottom)};
 }
 
 void CWnd::SetFrameWidths(const CRect& widths) {
@@ -331,18 +341,22 @@ void CWnd::SetFrameWidths(const CRect& widths) {
 }
 
 CPoint CWnd::ClientToScreen(const CPoint& point) const {
-  const CRect rect = GetWindowRect();
-  return {point.x + rect.left + frame_widths_.left, point.y + rect.top + frame_widths_.top};
+  CPoint on_screen = GetWindowRect().TopLeft();
+  on_screen.Offset(frame_widths_.left, frame_widths_.top);
+  on_screen.Offset(point.x, point.y);
+  return on_screen;
 }
 
 CPoint CWnd::ScreenToClient(const CPoint& point) const {
-  const CPoint origin = ClientToScreen({});
-  return {point.x - origin.x, point.y - origin.y};
+  const CRect at{point.x, point.y, point.x, point.y};
+  return ScreenToClient(at).TopLeft();
 }
 
 CRect CWnd::ScreenToClient(const CRect& rect) const {
   const CPoint origin = ClientToScreen({});
-  return {rect.left - origin.x, rect.top - origin.y, rect.right - origin.x, rect.bottom - origin.y};
+  using detail::WrappingDifference;
+  return {WrappingDifference(rect.left, origin.x), WrappingDifference(rect.top, origin.y),
+          WrappingDifference(rect.right, origin.x), WrappingDifference(rect.bottom, origin.y)};
 }
 
 void CWnd::Invalidate(bool erase) { InvalidateRect(GetClientRect(), erase); }
@@ -378,6 +392,9 @@ BOOL CWnd::UpdateData(BOOL save) {
   CDataExchange exchange(this, save != 0);
   const HWND self = m_hWnd;
   const std::size_t ended = t_ui.ended;
+  const auto gone = [&] {
+    return ended != t_ui.ended && MessageQueue::FindOwnWindow(self) != this;
+  };
   exchanging_ = true;
   BOOL done = 1;
   try {
@@ -386,10 +403,10 @@ BOOL CWnd::UpdateData(BOOL save) {
     // Whoever failed has told the user.
     done = 0;
   } catch (...) {
-    exchanging_ = false;
+    if (!gone()) exchanging_ = false;
     throw;
   }
-  if (ended != t_ui.ended && MessageQueue::FindOwnWindow(self) != this) return 0;
+  if (gone()) return 0;
   exchanging_ = false;
   return done;
 }
@@ -439,6 +456,8 @@ bool CWnd::SubclassDlgItem(int id, CWnd* parent) {
   place_ = former->place_;
   frame_widths_ = former->frame_widths_;
   placement_ = former->placement_;
+  update_ = former->update_;
+  erase_ = former->erase_;
   state_ = former->state_;
   visible_ = former->visible_;
   enabled_ = former->enabled_;
@@ -452,6 +471,10 @@ bool CWnd::SubclassDlgItem(int id, CWnd* parent) {
   first_child_ = std::exchange(former->first_child_, nullptr);
   last_child_ = std::exchange(former->last_child_, nullptr);
   former->children_by_id_.reset();
+  first_owned_ = std::exchange(former->first_owned_, nullptr);
+  for (CWnd* owned = first_owned_; owned != nullptr; owned = owned->next_owned_) {
+    owned->owner_ = this;
+  }
   m_hWnd = former->m_hWnd.exchange(nullptr);
   MessageQueue::ReplaceWindow(m_hWnd, this);
   Changed(WindowChange::kReplaced);

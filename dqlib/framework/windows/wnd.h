@@ -257,6 +257,7 @@ class CWnd : public CCmdTarget {
   void Unlink();
   void SetState(UINT state);
   void SendSize();
+  bool DestroyOwned();
   void TakeDownTree();
   void TakeDown();
   static void LeaveFocus(const CWnd& window);

@@ -64,9 +64,9 @@ bool CWnd::ShowWindow(int command) {
   const auto gone = [&] { return MessageQueue::FindOwnWindow(self) != this; };
   if (visible_ != showing.visible) {
     visible_ = showing.visible;
+    Changed(WindowChange::kShown);
     if (!visible_) LeaveFocus(*this);
     if (gone()) return was_visible;
-    Changed(WindowChange::kShown);
     WindowProc(WM_SHOWWINDOW, visible_ ? 1 : 0, 0);
   }
   if (!gone() && showing.state >= 0) SetState(static_cast<UINT>(showing.state));
@@ -116,9 +116,9 @@ bool CWnd::EnableWindow(bool enable) {
   if (enabled_ == enable) return was_disabled;
   const HWND self = m_hWnd;
   enabled_ = enable;
+  Changed(WindowChange::kEnabled);
   if (!enable) LeaveFocus(*this);
   if (MessageQueue::FindOwnWindow(self) != this) return was_disabled;
-  Changed(WindowChange::kEnabled);
   WindowProc(WM_ENABLE, enable ? 1 : 0, 0);
   return was_disabled;
 }
