@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
+#include <thread>
 
 #include "dqlib/framework/controls/button.h"
 #include "dqlib/framework/controls/dialog_exchange.h"
@@ -71,6 +72,11 @@ class AnsweringPrompts : public testing::ScriptedPrompts {
   void RunDialog(platform::DialogView& dialog) override {
     if (answer) answer(dialog);
   }
+  int Show(std::string_view caption, std::string_view text, UINT type, UINT help_id) override {
+    if (on_show) on_show();
+    return ScriptedPrompts::Show(caption, text, type, help_id);
+  }
+  std::function<void()> on_show;
   std::function<void(platform::DialogView&)> answer;
 };
 
@@ -158,13 +164,31 @@ TEST(Dialog, MayCloseItselfInAnyOfItsHandlers) {
   }
 }
 
+TEST(Dialog, ThatEndsInItsOwnExchangeCanRunAnew) {
+  GotoDlg dialog;
+  AnsweringPrompts prompts;
+  prompts.on_show = [&] { dialog.DestroyWindow(); };
+  prompts.answer = [](platform::DialogView& view) {
+    view.Enter(100, "x");
+    view.Press(IDOK);
+    EXPECT_FALSE(view.IsOpen());
+  };
+  EXPECT_EQ(dialog.DoModal(), IDCANCEL);
+  prompts.answer = [](platform::DialogView& view) { EXPECT_TRUE(view.Press(IDOK)); };
+  EXPECT_EQ(dialog.DoModal(), IDOK);
+  CWnd elsewhere;
+  std::thread([&] { elsewhere.CreateWnd("Main"); }).join();
+  EXPECT_EQ(GotoDlg(&elsewhere).DoModal(), -1) << "no parent of this thread";
+  EXPECT_TRUE(elsewhere.IsWindowEnabled());
+}
+
 TEST(Dialog, RunsWithinAnotherAndGivesItTheScreenBack) {
   testing::MainWindow main;
   AnsweringPrompts prompts;
   GotoDlg outer;
   int inner_result = 0;
   outer.on_more = [&] {
-    GotoDlg inner(&outer);
+    GotoDlg inner;  // without a parent, the dialog that runs is it
     prompts.answer = [&](platform::DialogView& view) {
       EXPECT_FALSE(outer.IsWindowEnabled());
       view.Press(IDOK);

@@ -121,13 +121,19 @@ void CDialog::InitModalIndirect(DialogTemplate dialog, CWnd* parent) {
 
 int CDialog::DoModal() {
   if (running_ || GetSafeHwnd() != nullptr) return -1;
-  CWnd* const parent = modal_parent_ != nullptr ? modal_parent_ : AfxGetMainWnd();
+  // Over the dialog that runs already: a person mustn't close that one meanwhile.
+  CWnd* const active = GetActiveWindow();
+  const CDialog* const outer = DYNAMIC_DOWNCAST(CDialog, active);
+  CWnd* const above = outer != nullptr && outer->running_ ? active : AfxGetMainWnd();
+  CWnd* const parent = modal_parent_ != nullptr ? modal_parent_ : above;
   if (own_template_ != nullptr) return RunModal(*own_template_, parent);
   const std::optional<DialogTemplate> found = FindDialogTemplate(template_id_);
   return found ? RunModal(*found, parent) : -1;
 }
 
 int CDialog::RunModal(const DialogTemplate& dialog, CWnd* parent) {
+  // The main window may be another thread's.
+  if (parent != nullptr && MessageQueue::FindOwnWindow(parent->GetSafeHwnd()) != parent) return -1;
   CWnd* const owner = parent == nullptr ? nullptr : parent->GetTopLevelParent();
   // However the run is left, by an exception too.
   struct End {

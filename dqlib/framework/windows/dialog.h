@@ -14,7 +14,8 @@ namespace dq {
 class CDialog : public CWnd {
   DECLARE_DYNAMIC(CDialog)
   CDialog() = default;
-  /// By the id of its template. `parent` owns the window; null means the thread's main window.
+  /// By the id of its template. `parent` owns the window; null means the active window if that is a
+  /// dialog that runs, and else the thread's main window.
   explicit CDialog(UINT template_id, CWnd* parent = nullptr);
   ~CDialog() override;
 
