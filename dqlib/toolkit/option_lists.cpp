@@ -16,15 +16,18 @@ void CDQOptionChecklist::LoadOptions(CDQOptionDataArray& options) {
   }
 }
 
-void CDQOptionChecklist::StoreChecks() {
+bool CDQOptionChecklist::StoreChecks() {
+  bool stored = true;
   for (int row = 0; m_pOptions != nullptr && row < GetCount(); ++row) {
-    m_pOptions->SetValue(static_cast<int>(GetItemData(row)), GetCheck(row) != 0 ? "1" : "0");
+    const int at = static_cast<int>(GetItemData(row));
+    stored = m_pOptions->SetValue(at, GetCheck(row) != 0 ? "1" : "0") && stored;
   }
+  return stored;
 }
 
 bool CDQOptionChecklist::SaveOptions() {
-  StoreChecks();
-  return m_pOptions == nullptr || m_pOptions->SaveOptions();
+  const bool stored = StoreChecks();
+  return (m_pOptions == nullptr || m_pOptions->SaveOptions()) && stored;
 }
 
 void CDQOptionMultiList::AddList(UINT title_id, std::span<const UINT> option_ids) {
@@ -59,8 +62,8 @@ void CDQOptionMultiList::OnComboSelChange() {
 }
 
 bool CDQOptionMultiList::SaveOptions() {
-  if (m_pList != nullptr) m_pList->StoreChecks();
-  return m_arrays.SaveOptions();
+  const bool stored = m_pList == nullptr || m_pList->StoreChecks();
+  return m_arrays.SaveOptions() && stored;
 }
 
 }  // namespace dq

@@ -16,8 +16,8 @@ class CDQOptionChecklist : public CCheckListBox {
   DECLARE_DYNAMIC(CDQOptionChecklist)
   /// Shows the array's boolean options with their working values, one row each.
   void LoadOptions(CDQOptionDataArray& options);
-  /// Takes the marks as working values of the array that is shown.
-  void StoreChecks();
+  /// Takes the marks as working values of the array that is shown. False if an option is gone.
+  bool StoreChecks();
   /// `StoreChecks`, and keeps the array's options. False if one was refused.
   bool SaveOptions();
 

@@ -113,6 +113,8 @@ bool CDQSftTabsDialog::Leave() {
 }
 
 bool CDQSftTabsDialog::Open(int index) {
+  // A page that was asked may have taken itself or others out.
+  if (GetPage(index) == nullptr) return false;
   CDQSftTabsPage& page = *GetPage(index);
   const HWND self = GetSafeHwnd();
   const bool made = page.CreateIn(this, m_nPlaceID);

@@ -1,0 +1,238 @@
+#include <functional>
+#include <gtest/gtest.h>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "dqlib/frame/library.h"
+#include "dqlib/framework/base/resource_chain.h"
+#include "dqlib/framework/base/resource_module.h"
+#include "dqlib/framework/controls/dialog_exchange.h"
+#include "dqlib/toolkit/option_lists.h"
+#include "dqlib/toolkit/sft_tabs_dialog.h"
+#include "tests/support/main_window.h"
+#include "tests/support/memory_registry.h"
+#include "tests/support/scripted_prompts.h"
+#include "tests/support/temp_directory.h"
+
+namespace dq {
+namespace {
+
+/// A module of the test's, current and in the chain for the test: dialog 3000 with tabs, 3001 to
+/// 3003 as pages.
+class Dialogs : public ::testing::Test {
+ protected:
+  Dialogs() : former_(AfxGetResourceHandle()) {
+    AddDialog(3000,
+              "caption \"Sheet\"\nsize 300 200\nclass \"TabStrip\" 2900 \"\" 0 0 90 200\n"
+              "text 2901 \"\" 100 5 190 150 hidden\ndefbutton 1 \"OK\" 0 180 50 14\n");
+    for (const WORD id : {WORD{3001}, WORD{3002}, WORD{3003}}) {
+      AddDialog(id, "size 190 150\nedit 10 \"\" 0 0 50 14\nbutton 2 \"Cancel\" 0 20 50 14\n");
+    }
+    AfxSetResourceHandle(&module_);
+  }
+  ~Dialogs() override { AfxSetResourceHandle(former_); }
+
+  void AddDialog(WORD id, const char* text) { module_.AddResource(RESOURCE_DIALOG, id, text); }
+
+  ResourceModule module_;
+  CDynLinkLibrary link_{&module_};
+  testing::MainWindow main_;
+  testing::ScriptedPrompts prompts_;
+
+ private:
+  HINSTANCE former_;
+};
+
+using Log = std::vector<std::string>;
+
+/// Writes what it is asked and told.
+struct Page : CDQSftTabsPage {
+  Page(Log& to, UINT id, const char* title) : CDQSftTabsPage(id, title), log(to), name(title) {}
+  void ActivatePage() override { log.push_back("show " + name); }
+  bool ClosePossible() override {
+    log.push_back("ask " + name);
+    if (on_ask) on_ask();
+    return closes;
+  }
+  void OnOK() override { log.push_back("ok " + name); }
+  void OnCancel() override { log.push_back("cancel " + name); }
+
+  Log& log;
+  std::string name;
+  bool closes = true;
+  std::function<void()> on_ask;
+};
+
+TEST_F(Dialogs, OkAsksEachPageInOrderAndStaysAtTheFirstThatRefusesThenTellsEach) {
+  Log log;
+  CDQSftTabsDialog sheet(3000);
+  Page a(log, 3001, "a"), off(log, 3002, "off"), b(log, 3002, "b"), c(log, 3003, "c");
+  for (Page* const page : {&a, &off, &b, &c}) ASSERT_GE(sheet.AddPage(*page), 0);
+  sheet.EnableTab(1, false);
+  EXPECT_FALSE(sheet.SetActivePage(1));
+  b.closes = false;
+  prompts_.on_dialog = [&](platform::DialogView& view) {
+    EXPECT_EQ(sheet.AddPage(a), -1);
+    EXPECT_EQ(a.GetPlace(), (CRect{100, 5, 290, 155})) << "where the placeholder lies";
+    EXPECT_FALSE(view.Enter(2900, "off"));
+    EXPECT_TRUE(view.Enter(2900, "c"));
+    EXPECT_EQ(log, (Log{"show a", "ask a", "show c"}));
+    log.clear();
+    EXPECT_TRUE(view.Press(IDOK));
+    ASSERT_TRUE(view.IsOpen());
+    EXPECT_EQ(log, (Log{"ask a", "ask b", "show b"}));
+    EXPECT_EQ(sheet.GetActivePage(), 2);
+    EXPECT_TRUE(b.IsShown() && !c.IsShown() && !a.IsShown());
+    EXPECT_FALSE(view.Enter(2900, "a")) << "it can't be left";
+    b.closes = true;
+    log.clear();
+    EXPECT_TRUE(view.Press(IDOK));
+  };
+  EXPECT_EQ(sheet.DoModal(), IDOK);
+  EXPECT_EQ(log, (Log{"ask a", "ask b", "ask c", "ok a", "ok b", "ok c"}));
+  log.clear();
+  prompts_.on_dialog = [&](platform::DialogView& view) {
+    EXPECT_EQ(sheet.GetActivePage(), 2);
+    EXPECT_TRUE(view.Press(IDCANCEL)) << "of the page, which is the dialog's";
+  };
+  EXPECT_EQ(sheet.DoModal(), IDCANCEL);
+  EXPECT_EQ(log, (Log{"show b", "cancel a", "cancel b", "cancel c"}));
+}
+
+TEST_F(Dialogs, PagesMayGoOrEndTheDialogWhileTheyAreAsked) {
+  for (const bool whole : {false, true}) {
+    Log log;
+    CDQSftTabsDialog sheet(3000);
+    Page first(log, 3001, "first");
+    auto last = std::make_unique<Page>(log, 3002, "last");
+    sheet.AddPage(first);
+    sheet.AddPage(*last);
+    first.on_ask = [&] { whole ? static_cast<void>(sheet.DestroyWindow()) : last.reset(); };
+    prompts_.on_dialog = [&](platform::DialogView& view) {
+      EXPECT_FALSE(view.Enter(2900, "last"));
+      EXPECT_EQ(view.IsOpen(), !whole);
+      if (!whole) view.Press(IDOK);
+    };
+    EXPECT_EQ(sheet.DoModal(), whole ? IDCANCEL : IDOK);
+    EXPECT_EQ(log.back(), whole ? "ask first" : "ok first");
+    EXPECT_EQ(sheet.GetPageCount(), whole ? 2 : 1);
+  }
+}
+
+TEST_F(Dialogs, CollectionShowsOneChildAndMovesItsValuesOnly) {
+  struct Child : CDQChildDialog {
+    explicit Child(UINT id) : CDQChildDialog(id) {}
+    void DoDataExchange(CDataExchange* exchange) override { DDX_Text(exchange, 10, number); }
+    int number = 1;
+  };
+  CWnd host;
+  host.CreateWnd("Host");
+  Child first(3001), second(3002), missing(3999);
+  CDQChildDialogCollection all;
+  EXPECT_EQ(all.Add(first), 0);
+  EXPECT_EQ(all.Add(second), 1);
+  EXPECT_FALSE(all.Show(0)) << "it isn't made";
+  EXPECT_TRUE(all.UpdateData(true)) << "none is shown";
+  ASSERT_TRUE(all.CreateAll(&host, 77));
+  EXPECT_FALSE(first.IsShown() || second.IsShown());
+  EXPECT_TRUE(all.ShowById(3002));
+  EXPECT_FALSE(all.Show(2) || all.ShowById(3999));
+  EXPECT_EQ(all.GetShown(), 1);
+  EXPECT_TRUE(second.IsShown() && !first.IsShown());
+  first.SetDlgItemText(10, "x");
+  second.SetDlgItemText(10, "8");
+  EXPECT_TRUE(all.UpdateData(true));
+  EXPECT_EQ(second.number, 8);
+  all.Show(0);
+  EXPECT_FALSE(all.UpdateData(true));
+  EXPECT_EQ(prompts_.shown.size(), 1U);
+  first.number = second.number = 5;
+  EXPECT_TRUE(all.UpdateData(false));
+  EXPECT_EQ(first.GetDlgItemText(10), second.GetDlgItemText(10));
+  all.Enable(false);
+  EXPECT_FALSE(first.IsWindowEnabled() || second.IsWindowEnabled());
+  EXPECT_TRUE(all.Show(-1) && !first.IsShown());
+  all.Add(missing);
+  EXPECT_FALSE(all.CreateAll(&host, 77));
+}
+
+TEST_F(Dialogs, NamedModuleIsSearchedFirstAndLeftWhenTheRunThrows) {
+  ResourceModule named;
+  named.AddResource(RESOURCE_DIALOG, 3000, "caption \"Named\"\nsize 9 9\n");
+  struct Dialog : CDQDialog {
+    Dialog() : CDQDialog(3000) {}
+    BOOL OnInitDialog() override {
+      opened_with = AfxGetResourceHandle();
+      if (throws) throw std::runtime_error("no");
+      return CDQDialog::OnInitDialog();
+    }
+    HINSTANCE opened_with = nullptr;
+    bool throws = false;
+  } dialog;
+  EXPECT_EQ(DQDoModalDialog(dialog, &named), IDCANCEL);
+  dialog.throws = true;
+  EXPECT_THROW(DQDoModalDialog(dialog, &named), std::runtime_error);
+  EXPECT_EQ(dialog.opened_with, &named);
+  EXPECT_EQ(AfxGetResourceHandle(), &module_);
+  EXPECT_TRUE(main_.IsWindowEnabled());
+  EXPECT_EQ(dialog.GetSafeHwnd(), nullptr);
+  dialog.throws = false;
+  EXPECT_EQ(DQDoModalDialog(dialog, nullptr), IDCANCEL);
+  EXPECT_EQ(dialog.opened_with, DQLIB_GetInstanceHandle());
+  EXPECT_EQ(prompts_.dialogs, (std::vector<std::string>{"Named", "Sheet"}));
+}
+
+TEST_F(Dialogs, OptionListsKeepMarksOfAllTheirArrays) {
+  test::MemoryRegistry registry;
+  platform::Platform services = platform::Current();
+  services.registry = &registry;
+  const platform::ScopedPlatform scope(services);
+  test::TempDirectory directory;
+  directory.Put("own.dqo",
+                "dqoptions 1\noption 10 bool a\nlabel \"A flag\"\ndefault 1\n"
+                "option 11 int n\nlabel \"l\"\ndefault 3\n"
+                "option 12 bool b\nlabel \"Another\"\ndefault 0\n"
+                "option 13 bool c\nlabel \"Third\"\ndefault 0\n");
+  directory.Put("DQLib.dqo", "dqoptions 1\n");
+  CDQOptionsServer& server = *CDQOptionsServer::GetObject();
+  server.SetOptionsDirectories({directory.path().c_str()});
+  ASSERT_TRUE(server.AddOptions("own.dqo", 1, 100, true, false));
+  module_.AddString(500, "General");
+  module_.AddString(501, "More");
+  const UINT general[] = {10, 11, 99, 12};
+  const UINT more[] = {13};
+  CComboBox combo(ComboStyle{.list_only = true});
+  CDQOptionChecklist list;
+  EXPECT_TRUE(list.SaveOptions()) << "nothing is shown";
+  CDQOptionMultiList lists;
+  lists.OnComboSelChange();
+  lists.AddList(500, general);
+  lists.AddList(501, more);
+  lists.SetControls(combo, list);
+  EXPECT_STREQ(combo.GetWindowText(), "General");
+  ASSERT_EQ(list.GetCount(), 2) << "the flags that there are";
+  EXPECT_STREQ(list.GetText(0), "A flag");
+  EXPECT_TRUE(list.GetCheck(0) == 1 && list.GetCheck(1) == 0);
+  list.SetCheck(0, 0);
+  combo.SetCurSel(1);
+  lists.OnComboSelChange();
+  ASSERT_EQ(list.GetCount(), 1);
+  list.SetCheck(0, 1);
+  combo.SetCurSel(0);
+  lists.OnComboSelChange();
+  EXPECT_EQ(list.GetCheck(0), 0) << "a mark stays while another list is shown";
+  list.SetCheck(1, 1);
+  EXPECT_TRUE(server.GetBool(10) && !server.GetBool(12)) << "nothing is kept yet";
+  combo.SetCurSel(-1);
+  lists.OnComboSelChange();
+  EXPECT_TRUE(lists.SaveOptions());
+  EXPECT_TRUE(!server.GetBool(10) && server.GetBool(12) && server.GetBool(13));
+  server.RemoveOptions("own.dqo", 1, 100);
+  list.SetCheck(0, 1);
+  EXPECT_FALSE(list.SaveOptions()) << "the options are gone";
+}
+
+}  // namespace
+}  // namespace dq
