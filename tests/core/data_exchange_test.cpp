@@ -6,6 +6,7 @@
 #include "dqlib/framework/controls/edit.h"
 #include "gmock/gmock.h"
 #include "gtest/gtest.h"
+#include "tests/framework_controls/control_dialog.h"
 #include "tests/support/scripted_prompts.h"
 
 namespace dq {
@@ -113,6 +114,78 @@ TEST_F(DataExchange, TrimsTextsAndHoldsRanges) {
   ASSERT_EQ(prompts.shown.size(), 2U);
   EXPECT_EQ(prompts.shown[0].text, "Whitespace characters was trimmed from the string a b");
   EXPECT_EQ(prompts.shown[1].text, "Enter a value between 5 and 6\n");
+  EXPECT_EQ(prompts.shown[1].type, BOX_OK);
+}
+
+enum class Color { kRed, kGreen, kBlue, kNone = 9 };
+
+TEST(DataExchangeOfRows, MovesWhatIsChosenAndLeavesTheVariableWithoutAChoice) {
+  using enum testing::ControlDialog::Id;
+  using enum testing::ControlDialog::RowsId;
+  testing::ControlDialog dialog;
+  CDataExchange load(&dialog, false);
+  CDataExchange save(&dialog, true);
+  const struct {
+    void (*exchange)(CDataExchange*, int, Color&);
+    int id;
+    Color loaded;
+    Color saved;
+  } enums[] = {{DQDDX_CBEnum<Color>, kDropList, Color::kBlue, Color::kBlue},
+               {DQDDX_CBEnum<Color>, kCombo, Color::kNone, Color::kNone},
+               {DQDDX_RadioEnum<Color>, kRadio, Color::kGreen, Color::kGreen},
+               {DQDDX_RadioEnum<Color>, kRadio, Color::kBlue, Color::kNone}};
+  for (const auto& row : enums) {
+    Color value = row.loaded;
+    row.exchange(&load, row.id, value);
+    EXPECT_EQ(value, row.loaded);
+    value = Color::kNone;
+    row.exchange(&save, row.id, value);
+    EXPECT_EQ(value, row.saved) << row.id;
+  }
+  const struct {
+    int id;
+    const char* loaded;
+    const char* saved;
+  } texts[] = {{kCombo, "two", "Two"},
+               {kCombo, "Tw", "Tw"},
+               {kDropList, "Three", "Three"},
+               {kDropList, "Tw", "Three"}};
+  for (const auto& row : texts) {
+    CString text = row.loaded;
+    DQDDX_CBStringExact(&load, row.id, text);
+    DQDDX_CBStringExact(&save, row.id, text);
+    EXPECT_STREQ(text, row.saved) << row.id << row.loaded;
+  }
+  CStringList list;
+  for (const char* text : {"b", "a", "b"}) list.AddTail(text);
+  DQDDX_StringList(&load, kList, list);
+  EXPECT_EQ(dialog.list().GetCount(), 3);
+  DQDDX_StringList(&save, kList, list);
+  EXPECT_EQ(list.GetCount(), 3);
+  EXPECT_EQ(list.GetHead(), "b");
+  bool check = true;
+  DQDDX_Check(&load, kCheck, check);
+  dialog.CheckDlgButton(kCheck, 2);
+  check = false;
+  DQDDX_Check(&save, kCheck, check);
+  EXPECT_TRUE(check) << "undetermined counts as set";
+  testing::ScriptedPrompts prompts;
+  BYTE byte = 7;
+  dialog.edit().SetWindowText("256");
+  EXPECT_THROW(DQDDX_CustomNumber(&save, kEdit, byte), CUserException);
+  EXPECT_EQ(byte, 7);
+  EXPECT_THAT(prompts.shown, ElementsAre(testing::ShownBox{
+                                 "Please enter an integer between 0 and 255.", 0, 61718}));
+  Color color = Color::kRed;
+  CString text;
+  for (const int id : {int{kMissing}, int{kStatic}}) {
+    EXPECT_THROW(DQDDX_CBEnum(&save, id, color), CNotSupportedException);
+    EXPECT_THROW(DQDDX_RadioEnum(&save, id, color), CNotSupportedException);
+    EXPECT_THROW(DQDDX_StringList(&save, id, list), CNotSupportedException);
+    EXPECT_THROW(DQDDX_CBStringExact(&save, id, text), CNotSupportedException);
+    EXPECT_THROW(DQDDX_Check(&save, id, check), CNotSupportedException);
+  }
+  EXPECT_EQ(list.GetCount(), 3);
 }
 
 }  // namespace
