@@ -211,6 +211,17 @@ TEST(Dialog, RunsTheMessageLoopUnderAWindowLayer) {
     bool RunsDialogs() const override { return true; }
   } layer;
   WindowObserver* const former = SetWindowObserver(&layer);
+  {
+    GotoDlg ended;
+    GotoDlg within;
+    ended.on_init = [&] { ended.PostMessage(WM_COMMAND, 102); };
+    ended.on_more = [&] {
+      within.on_init = [&] { within.PostMessage(WM_COMMAND, 102); };
+      within.on_more = [&] { ended.DestroyWindow(); };
+      EXPECT_EQ(within.DoModal(), IDCANCEL) << "it ends with the one it stands over";
+    };
+    EXPECT_EQ(ended.DoModal(), IDCANCEL);
+  }
   GotoDlg outer;
   GotoDlg inner;
   outer.on_init = [&] { outer.PostMessage(WM_COMMAND, 102); };

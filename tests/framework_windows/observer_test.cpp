@@ -83,6 +83,14 @@ TEST(WindowObserver, IsToldOfEveryChangeInTheOrderOfTheChanges) {
   tree.frame.SetActiveView(&tree.first);
   tree.frame.SetMessageText("ready");
   EXPECT_EQ(observer.Take(tree.frame), (std::vector{kActive, kContent}));
+  CMDIFrameWnd frame;
+  ASSERT_TRUE(frame.Create("Frame", "", {}));
+  CMDIChildWnd children[2];
+  for (CMDIChildWnd& child : children) ASSERT_TRUE(child.Create("Child", "", {}, &frame));
+  observer.changes.clear();
+  children[0].MDIActivate();
+  children[0].MDIActivate();
+  EXPECT_EQ(observer.Take(frame), std::vector{kActive});
 }
 
 TEST(WindowObserver, IsToldNothingOfWhatIsNoWindow) {
