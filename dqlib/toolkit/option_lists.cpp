@@ -39,6 +39,8 @@ void CDQOptionMultiList::AddList(UINT title_id, std::span<const UINT> option_ids
 void CDQOptionMultiList::SetControls(CComboBox& combo, CDQOptionChecklist& list) {
   m_pCombo = &combo;
   m_pList = &list;
+  // Of an earlier run, which may have been cancelled, nothing is left.
+  for (int at = 0; at < m_arrays.GetSize(); ++at) m_arrays.GetArray(at)->LoadOptions();
   combo.ResetContent();
   for (std::size_t at = 0; at < m_titles.size(); ++at) {
     const int row = combo.AddString(detail::LoadText(m_titles[at]));

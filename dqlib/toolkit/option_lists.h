@@ -35,8 +35,9 @@ class CDQOptionMultiList {
   /// Adds an entry: the string with the id, by the chain of resource modules, and an array of the
   /// options, of which those that there aren't are left out. Before `SetControls`.
   void AddList(UINT title_id, std::span<const UINT> option_ids);
-  /// Names the controls, fills the combo box with the entries and shows the first. They must
-  /// outlive their use here.
+  /// Names the controls, when their dialog opens: takes the options' current values as the working
+  /// values, fills the combo box with the entries and shows the first. They must outlive their use
+  /// here.
   void SetControls(CComboBox& combo, CDQOptionChecklist& list);
   /// Another entry is chosen: its array is shown. What is marked so far stays a working value.
   void OnComboSelChange();

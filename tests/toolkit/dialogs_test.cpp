@@ -218,6 +218,11 @@ TEST_F(Dialogs, OptionListsKeepMarksOfAllTheirArrays) {
   list.SetCheck(0, 0);
   combo.SetCurSel(1);
   lists.OnComboSelChange();
+  lists.SetControls(combo, list);
+  EXPECT_EQ(list.GetCheck(0), 1) << "what a cancelled run has marked is gone";
+  list.SetCheck(0, 0);
+  combo.SetCurSel(1);
+  lists.OnComboSelChange();
   ASSERT_EQ(list.GetCount(), 1);
   list.SetCheck(0, 1);
   combo.SetCurSel(0);
