@@ -236,6 +236,18 @@ TEST(Dialog, RunsTheMessageLoopUnderAWindowLayer) {
   SetWindowObserver(former);
 }
 
+TEST(Dialog, HandlersThatThrowWhileItIsClosedDoNotEndTheProgram) {
+  class ThrowingDlg : public GotoDlg {
+    LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
+      if (message == WM_DESTROY) throw CUserException();
+      return GotoDlg::WindowProc(message, wparam, lparam);
+    }
+  } dialog;
+  AnsweringPrompts prompts;
+  prompts.answer = [](platform::DialogView& view) { view.Press(IDOK); };
+  EXPECT_EQ(dialog.DoModal(), IDOK);
+}
+
 TEST(Dialog, WithoutATemplateDoesNotRun) {
   EXPECT_EQ(CDialog(64999).DoModal(), -1);
   GotoDlg dialog;

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "dqlib/framework/base/trace.h"
 #include "dqlib/framework/windows/dialog_controls.h"
 #include "dqlib/framework/windows/message_queue.h"
 #include "dqlib/framework/windows/screen.h"
@@ -12,6 +13,17 @@ namespace dq {
 namespace {
 
 constexpr const char kDialogClass[] = "#32770";
+
+/// Runs a step of clearing up. A handler that throws then would end the program, because the step
+/// runs in a destructor; the run's own result or exception goes on instead.
+template <typename Step>
+void ClearUp(Step step) {
+  try {
+    step();
+  } catch (...) {
+    AfxTrace("A handler failed while a dialog was closed.\n");
+  }
+}
 
 /// Disables the window that a modal dialog belongs to, and enables it and makes it the active one
 /// again.
@@ -25,10 +37,12 @@ class DisabledOwner {
   DisabledOwner(const DisabledOwner&) = delete;
   DisabledOwner& operator=(const DisabledOwner&) = delete;
   ~DisabledOwner() {
-    CWnd* const owner = MessageQueue::FindOwnWindow(owner_);
-    if (owner == nullptr) return;
-    owner->EnableWindow(true);
-    if (MessageQueue::FindOwnWindow(owner_) == owner) owner->SetActiveWindow();
+    ClearUp([this] {
+      CWnd* const owner = MessageQueue::FindOwnWindow(owner_);
+      if (owner == nullptr) return;
+      owner->EnableWindow(true);
+      if (MessageQueue::FindOwnWindow(owner_) == owner) owner->SetActiveWindow();
+    });
   }
 
  private:
@@ -140,7 +154,7 @@ int CDialog::RunModal(const DialogTemplate& dialog, CWnd* parent) {
     CDialog& dialog;
     ~End() {
       dialog.running_ = false;
-      dialog.DestroyWindow();
+      ClearUp([this] { dialog.DestroyWindow(); });
       dialog.controls_.clear();
     }
   };

@@ -436,12 +436,14 @@ int CWnd::IsDlgButtonChecked(int id) const {
 }
 
 void CWnd::CheckRadioButton(int first_id, int last_id, int id) {
-  for (int at = first_id; at <= last_id; ++at) CheckDlgButton(at, at == id ? 1 : 0);
+  for (long long at = first_id; at <= last_id; ++at) {
+    CheckDlgButton(static_cast<int>(at), at == id ? 1 : 0);
+  }
 }
 
 int CWnd::GetCheckedRadioButton(int first_id, int last_id) const {
-  for (int at = first_id; at <= last_id; ++at) {
-    if (IsDlgButtonChecked(at) != 0) return at;
+  for (long long at = first_id; at <= last_id; ++at) {
+    if (IsDlgButtonChecked(static_cast<int>(at)) != 0) return static_cast<int>(at);
   }
   return 0;
 }
