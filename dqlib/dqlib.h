@@ -17,6 +17,7 @@
 #include "dqlib/datetime/date_time_fmt_def.h"
 #include "dqlib/datetime/date_time_fmt_dictionary.h"
 #include "dqlib/datetime/date_time_format.h"
+#include "dqlib/datetime/format_dialog.h"
 #include "dqlib/datetime/predefined_formats.h"
 #include "dqlib/dbvocab/db_utility.h"
 #include "dqlib/dbvocab/dbms.h"
@@ -75,3 +76,4 @@
 #include "dqlib/toolkit/option_lists.h"
 #include "dqlib/toolkit/options_dialog.h"
 #include "dqlib/toolkit/sft_tabs_dialog.h"
+#include "dqlib/toolkit/tool_tip_combo_box.h"

@@ -26,6 +26,50 @@ defbutton 1 "OK" 280 326 84 24
 button 2 "Cancel" 372 326 84 24
 button 9 "&Help" 464 326 84 24
 )"},
+    {44530, R"(caption "Date/Time Format Builder"
+size 460 414
+text -1 "&Predefined formats:" 8 10 200 14
+combo 44531 "" 8 28 310 160 droplist
+defbutton 1 "OK" 338 8 114 24
+button 2 "Cancel" 338 38 114 24
+button 44552 "Cu&stomize" 338 68 114 24
+button 9 "&Help" 338 98 114 24
+group 44553 "Customize" 8 130 444 276
+text -1 "&Day:" 20 152 54 14
+combo 44532 "" 76 150 70 160 droplist
+text -1 "followed by:" 150 152 66 14
+combo 44539 "" 218 150 48 160 droplist
+text -1 "&Month:" 20 178 54 14
+combo 44533 "" 76 176 70 160 droplist
+text -1 "followed by:" 150 178 66 14
+combo 44540 "" 218 176 48 160 droplist
+text -1 "&Year:" 20 204 54 14
+combo 44534 "" 76 202 70 160 droplist
+text -1 "followed by:" 150 204 66 14
+combo 44541 "" 218 202 48 160 droplist
+text -1 "H&our:" 284 152 64 14
+combo 44535 "" 350 150 90 160 droplist
+text -1 "Mi&nute:" 284 178 64 14
+combo 44536 "" 350 176 90 160 droplist
+text -1 "Se&cond:" 284 204 64 14
+combo 44537 "" 350 202 90 160 droplist
+text -1 "&AM/PM:" 284 230 64 14
+combo 44538 "" 350 228 90 160 droplist
+group -1 "Date order" 20 256 246 90
+radio 44542 "Day Month Year" 28 274 116 14 group
+radio 44543 "Day Year Month" 146 274 116 14
+radio 44544 "Month Day Year" 28 298 116 14
+radio 44545 "Month Year Day" 146 298 116 14
+radio 44546 "Year Month Day" 28 322 116 14
+radio 44547 "Year Day Month" 146 322 116 14
+group -1 "Date and time order" 284 256 156 90
+radio 44548 "Date Time" 292 274 116 14 group
+radio 44549 "Time Date" 292 298 116 14
+text -1 "Format:" 20 356 54 14 group
+edit 44550 "" 76 354 364 18 readonly
+text -1 "Example:" 20 382 54 14
+edit 44551 "" 76 380 364 18 readonly
+)"},
 };
 
 }  // namespace

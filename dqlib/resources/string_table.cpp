@@ -10,6 +10,9 @@ namespace dq {
 namespace {
 
 constexpr StringRow kStrings[] = {
+    {IDS_FORMAT_CUSTOMIZE_TIP, "Switch between building a format and choosing a predefined one"},
+    {IDS_FORMAT_CUSTOMIZE, "Cu&stomize"},
+    {IDS_FORMAT_USE_PREDEFINED, "U&se Predefined"},
     {IDS_NETWORK_ERROR, "Network error %ld.\r\n%s"},
     {IDS_NETWORK_PROVIDER_ERROR, "%s failed with error code%d.\r\n%s"},
     {IDS_NETWORK_LAST_ERROR_FAILED, "WNetGetLastError failed with error %ld."},
