@@ -6,6 +6,8 @@
 #include <string>
 
 #include "apps/dqtool/command.h"
+#include "dqlib/datetime/data_type.h"
+#include "dqlib/datetime/format_dialog.h"
 #include "dqlib/dbvocab/object_info_dialog.h"
 #include "dqlib/frame/library.h"
 #include "dqlib/frame/switch_resource_handle.h"
@@ -16,21 +18,34 @@
 namespace dqtool {
 namespace {
 
-/// A dialog that can be run: the id of its template, and how it is run with its result.
+/// A dialog that can be run: the id of its template, and how it is run with its result. What it
+/// gives the host is put into `answer`, if it is more than what is kept.
 struct DialogRow {
   unsigned id;
-  int (*run)();
+  int (*run)(std::string& answer);
 };
 
 /// The dialog on an object that is none yet, of no platform.
-int NameObject() {
+int NameObject(std::string&) {
   dq::CDBObjectInfo object;
   return dq::CDBObjectInfoDlg(&object, dq::DBMS_NONE, 0, "", false, "").DoModal();
 }
 
+/// The dialog on the user's own format of dates with times, which no option keeps.
+int BuildFormat(std::string& answer) {
+  constexpr int kCode = dq::DATATYPE_DATETIME;
+  constexpr dq::UINT kNoOption = 0;
+  dq::CLGOracleDateTimeFormat format(kNoOption, 0);
+  const int result = dq::CLGDateTimeFormatDlg(&format, kCode).DoModal();
+  answer = format.GetDispDateTimeFmt(kCode, dq::CLGDateTimeFormat::DFK_CURRENT).View();
+  return result;
+}
+
 constexpr DialogRow kDialogs[] = {
     {dq::CDBObjectInfoDlg::kTemplateId, NameObject},
-    {dq::CDQLibraryOptionsDlg::kTemplateId, [] { return dq::CDQLibraryOptionsDlg().DoModal(); }},
+    {dq::CDQLibraryOptionsDlg::kTemplateId,
+     [](std::string&) { return dq::CDQLibraryOptionsDlg().DoModal(); }},
+    {dq::CLGDateTimeFormatDlg::kTemplateId, BuildFormat},
 };
 
 /// Answers dialogs by the script, and message boxes by their default buttons.
@@ -92,10 +107,15 @@ std::optional<std::string> ReadScript(const std::string& path) {
   return std::nullopt;
 }
 
-int TellResult(int result) {
+/// Runs the dialog and tells how it was left, and with what.
+int RunAndTell(const DialogRow& dialog) {
+  std::string answer;
+  const int result = dialog.run(answer);
   if (result == -1) return Complain("dialog: it could not be opened");
   PrintLine(result == dq::IDOK ? "ok" : "cancel");
-  return result == dq::IDOK ? kYes : kNo;
+  if (result != dq::IDOK) return kNo;
+  if (!answer.empty()) PrintLine(answer);
+  return kYes;
 }
 
 int RunByScript(const DialogRow& dialog, const std::string& path) {
@@ -111,7 +131,7 @@ int RunByScript(const DialogRow& dialog, const std::string& path) {
   dq::platform::Platform services = dq::platform::Current();
   services.prompts = &prompts;
   const dq::platform::ScopedPlatform scope(services);
-  const int status = TellResult(dialog.run());
+  const int status = RunAndTell(dialog);
   if (const auto& problem = prompts.script().problem()) return tell(*problem);
   if (prompts.script().IsDone()) return status;
   return Complain("dialog: " + name + ": the dialog was closed before the script's end");
@@ -122,7 +142,7 @@ int RunDialog(Words words) {
   if (words.empty()) throw WrongUsage("an ID or --list is needed");
   if (words[0].starts_with('-')) RefuseOption(words[0]);
   const DialogRow& dialog = FindDialog(words[0]);
-  if (words.size() == 1) return TellResult(dialog.run());
+  if (words.size() == 1) return RunAndTell(dialog);
   if (words[1] != "--script") {
     if (words[1].starts_with('-')) RefuseOption(words[1]);
     throw WrongUsage("one ID is needed");
@@ -135,7 +155,8 @@ const Command kDialog{
     "dialog", "--list | ID [--script FILE]", "Runs a dialog of the library.",
     "'--list' prints a line ID<TAB>CAPTION for each dialog. A dialog is answered at the terminal,\n"
     "or by the script in FILE ('-' is standard input); where there is neither, it is cancelled.\n"
-    "Prints 'ok', with status 0, or 'cancel', with status 1, as the dialog was left.\n"
+    "Prints 'ok', with status 0, or 'cancel', with status 1, as the dialog was left. Behind the\n"
+    "'ok' of the date-time format builder, the next line is the format in display notation.\n"
     "\n"
     "A script has one step on a line; lines that begin with '#' are nothing:\n"
     "\n"

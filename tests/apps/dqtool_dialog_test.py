@@ -11,6 +11,7 @@ import unittest
 import dqtool_runner
 
 OPTIONS = "44510"
+BUILDER = "44530"
 
 
 class DialogTest(unittest.TestCase):
@@ -22,17 +23,18 @@ class DialogTest(unittest.TestCase):
     def dqtool(self, *words):
         return dqtool_runner.dqtool(*words, cwd=self.directory, env=self.environment)
 
-    def play(self, *steps):
+    def play(self, *steps, dialog=OPTIONS):
         with open(os.path.join(self.directory, "script"), "w", encoding="ascii") as file:
             file.write("".join(step + "\n" for step in steps))
-        return self.dqtool("dialog", OPTIONS, "--script", "script")
+        return self.dqtool("dialog", dialog, "--script", "script")
 
     def value(self, option):
         return self.dqtool("option", "get", option)[1].decode().rstrip("\n")
 
     def test_every_option_but_bytes_is_on_a_page_and_is_kept(self):
         self.assertEqual(self.dqtool("dialog", "--list"),
-                         (0, b"2712\tObject Type Information\n44510\tOptions\n", b""))
+                         (0, b"2712\tObject Type Information\n44510\tOptions\n"
+                             b"44530\tDate/Time Format Builder\n", b""))
         given = {"bool": "1", "string": "a b", "directory": "/tmp", "color": "00ff80"}
         numbers = {"50198": ("Discard it", "1"), "50241": ("3", "2"), "50242": ("Upper case", "1"),
                    "50244": ("1", "0"), "50245": ("Lower case", "2")}
@@ -74,6 +76,15 @@ class DialogTest(unittest.TestCase):
                  b"dqtool: dialog: script: the dialog was closed before the script's end\n")):
             self.assertEqual(self.play("2900=Editor", *steps), (1, b"cancel\n", complaint), steps)
             self.assertEqual(self.value("50183"), "4", steps)
+
+    def test_the_format_builder_prints_the_format_that_is_built_or_chosen(self):
+        for steps, printed in (
+                (["44531=1993-4-3 5:34:00 PM", "press 1"], "YYYY-mm-dd hh12:MI:SS AM"),
+                (["press 44552", "44532=DD", "44539=-", "44533=MON", "44540= ", "44542=1",
+                  "44535=HH24", "press 1"], "DD-MON YYYY HH24:MI:SS")):
+            self.assertEqual(self.play(*steps, dialog=BUILDER),
+                             (0, f"ok\n{printed}\n".encode(), b""), steps)
+        self.assertEqual(self.play("press 2", dialog=BUILDER), (1, b"cancel\n", b""))
 
     def test_what_makes_no_sense_opens_nothing(self):
         self.assertEqual(self.play("50183=9", "what"),
