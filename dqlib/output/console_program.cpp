@@ -189,6 +189,7 @@ CString CDQConsoleProgram::MaskedCommandLine(const CString& command_line) const 
     return holds ? marked : Marked{0, 0};
   };
   Marked marked = find_marked();
+  const CString secret = masked.Mid(m_nSecretFirst, m_nSecretLength);
   if (m_nSecretFirst < marked.first || m_nSecretFirst + m_nSecretLength > marked.end) {
     if (m_nSecretLength > 0) {
       masked = masked.Left(m_nSecretFirst) + "****" + masked.Mid(m_nSecretFirst + m_nSecretLength);
@@ -198,6 +199,8 @@ CString CDQConsoleProgram::MaskedCommandLine(const CString& command_line) const 
   if (marked.end > 0) {
     masked.FindReplace(masked.Mid(marked.first, marked.end - marked.first), "****");
   }
+  // Wherever else it stands; asterisks in the place of asterisks would only tell how many.
+  if (secret.SpanIncluding("*") != secret) masked.FindReplace(secret, "****");
   const int option = masked.Find("-P");
   if (option >= 0) {
     for (int i = option + 2; i < masked.GetLength(); ++i) {

@@ -79,7 +79,8 @@ class CDQConsoleProgram {
   /// Calls the feedback procedure, if there is one, and returns its result.
   int Report(int code, const char* text) const;
   /// Where a secret stands in the command lines to come, in bytes: what the masking by marks
-  /// doesn't cover there is masked too. A length of 0 ends that.
+  /// doesn't cover there is masked too, and so is the secret wherever else it stands. A length of 0
+  /// ends that.
   void HideInReport(int first, int length);
 
  private:
