@@ -1,5 +1,6 @@
 // dqtool run: runs a console program and prints what it reports, line by line.
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <memory>
@@ -102,7 +103,7 @@ int OnFeedback(int code, const char* text) {
 /// Whom the program is to be connected as.
 struct Connection {
   std::string user;
-  std::string password_file;
+  std::optional<std::string> password_file;
   std::string datasource;
   int mode = dq::CDQDBUtility::kNormal;
 };
@@ -163,7 +164,7 @@ Options Parse(Words words) {
   return options;
 }
 
-/// The first line of the file; no value, which has been said, if there is none.
+/// The first line of the file; no value, which has been said, if there is none or it is no text.
 std::optional<std::string> ReadPassword(const std::string& path) {
   std::string text;
   const dq::platform::Error error = dq::platform::Current().files->ReadAll(path, text);
@@ -173,7 +174,10 @@ std::optional<std::string> ReadPassword(const std::string& path) {
     Complain(complaint.erase(complaint.find_last_not_of("\r\n: ") + 1));
     return std::nullopt;
   }
-  return text.substr(0, text.find_first_of(std::string_view("\r\n\0", 3)));
+  text.resize(std::min(text.find_first_of("\r\n"), text.size()));
+  if (text.find('\0') == std::string::npos) return text;
+  Complain("run: the password in " + path + " has a zero byte");
+  return std::nullopt;
 }
 
 /// The program that the options ask for; null, which has been said, if its password can't be read.
@@ -183,8 +187,8 @@ std::unique_ptr<dq::CDQConsoleProgram> MakeProgram(const Options& options) {
   utility->SetUser(options.connection->user.c_str());
   utility->SetDatasource(options.connection->datasource.c_str());
   utility->SetAuthenticationMode(options.connection->mode);
-  if (!options.connection->password_file.empty()) {
-    const std::optional<std::string> password = ReadPassword(options.connection->password_file);
+  if (options.connection->password_file) {
+    const std::optional<std::string> password = ReadPassword(*options.connection->password_file);
     if (!password) return nullptr;
     utility->SetPassword(password->c_str());
   }

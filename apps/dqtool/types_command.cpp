@@ -79,8 +79,8 @@ const Command kTypeText{
     "VALUE is the kind's number. Without a platform it is 'none'.\n", RunTypeText};
 
 int RunPlatformText(Words words) {
+  if (words.size() != 1) throw WrongUsage("one P is needed");
   const dq::DBMS platform = TakePlatform(words);
-  if (!words.empty()) throw WrongUsage("one P is needed");
   PrintLine(dq::GetDBMSText(platform).View());
   return kYes;
 }

@@ -27,6 +27,7 @@ class ObjectsTest(unittest.TestCase):
             (["platform-text", "sqlserver"], 0, b"SQL Server\n"),
             (["platform-text", "db2os390"], 0, b"DB/2\n"),
             (["platform-text", "mysql"], 2, b""),
+            (["platform-text"], 2, b""),
             (["type-text", "42", "--platform", "db2os390"], 0, b"Stogroup\n"),
             (["type-text", "43"], 0, b"Type\n"),
             (["type-text", "-1"], 0, b"Unknown\n"),
@@ -105,7 +106,11 @@ class ObjectsTest(unittest.TestCase):
                 self.assertEqual((status, err), (0, b""))
                 self.assertNotIn(b"tiger", out)
                 self.assertTrue(out.endswith(end), out)
-        self.assertEqual(dqtool("run", "--password-file", self.path("none"), "true")[0], 1)
+        self.assertEqual(dqtool("run", "--password-file", self.path("empty", b""), "--user", "u",
+                                "echo"), (0, b"echo u \nu\n", b""))
+        for path in ["", self.path("none"), self.directory, self.path("zero", b"ab\0c\n")]:
+            status, out, err = dqtool("run", "--password-file", path, "--user", "u", "echo")
+            self.assertEqual((status, out, err.count(b"\n")), (1, b"", 1), path)
         self.assertEqual(dqtool("run", "--auth", "high", "true")[0], 2)
 
 
