@@ -1,5 +1,6 @@
 // dqtool quote: quotes names where a platform needs it.
 
+#include <cstdio>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -90,7 +91,9 @@ int RunQuote(Words words) {
     quoting->Quote(name);
     PrintLine(name);
   }
-  return std::cin.bad() ? Complain("quote: cannot read standard input") : kYes;
+  // The stream, which works on C's own, takes a failure for the end.
+  const bool has_failed = std::cin.bad() || std::ferror(stdin) != 0;
+  return has_failed ? Complain("quote: cannot read standard input") : kYes;
 }
 
 const Command kQuote{

@@ -79,6 +79,12 @@ class NamesTest(unittest.TestCase):
                                 capture_output=True, env=self.environment, timeout=60)
         self.assertEqual((result.returncode, result.stdout, result.stderr),
                          (0, b'A\n"a"\n\n"B\0"\n"last"\n', b""))
+        directory = os.open("/", os.O_RDONLY)
+        self.addCleanup(os.close, directory)
+        result = subprocess.run([DQTOOL, "quote", "--platform", "db2"], stdin=directory,
+                                capture_output=True, env=self.environment, timeout=60)
+        self.assertEqual((result.returncode, result.stdout, result.stderr),
+                         (1, b"", b"dqtool: quote: cannot read standard input\n"))
 
     def test_options_hold_for_one_run_and_those_the_user_keeps_for_all(self):
         quote = ["quote", "--platform", "oracle", "emp"]
