@@ -66,7 +66,8 @@ TEST(FlexGrowth, IsNeverNegative) {
 
 struct Control : CWnd {
   LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
-    if (message == CB_GETDROPPEDCONTROLRECT) reinterpret_cast<CRect*>(lparam)->SetRect(0, 5, 10, 45);
+    if (message == CB_GETDROPPEDCONTROLRECT)
+      reinterpret_cast<CRect*>(lparam)->SetRect(0, 5, 10, 45);
     if (message == WM_MOVE && on_move) on_move();
     return CWnd::WindowProc(message, wparam, lparam);
   }
