@@ -96,7 +96,14 @@ TEST(ObjectTypes, TemplatesAreReadUpToTheirFirstZeroAndFilledIn) {
   std::filesystem::create_directory(files / "Oracle");
   files.Put("Oracle/CRView.tpl",
             "-- $$object_type$$\nVIEW $$object_owner$$.$$object_name$$\0rest"sv);
-  ScriptedPrompts prompts;
+  struct PlatformAtBox : ScriptedPrompts {
+    int Show(std::string_view caption, std::string_view text, UINT type, UINT help_id) override {
+      platform = CDQOptionsServer::GetObject()->GetPlatform();
+      return ScriptedPrompts::Show(caption, text, type, help_id);
+    }
+    DBMS platform = DBMS_NONE;
+  };
+  PlatformAtBox prompts;
   const CDBObjectInfo view(OT_VIEW, "SCOTT", "V");
   EXPECT_STREQ(view.GetCreationTemplate(DBMS_ORACLE), "-- View\nVIEW SCOTT.V");
   EXPECT_EQ(server.GetPlatform(), DBMS_ORACLE);
@@ -104,7 +111,10 @@ TEST(ObjectTypes, TemplatesAreReadUpToTheirFirstZeroAndFilledIn) {
   EXPECT_STREQ(CDBObjectInfo(OT_ALIAS, "O", "A").GetCreationTemplate(DBMS_ORACLE), "");
   EXPECT_STREQ(view.GetCreationTemplate(DBMS_NONE), "");
   EXPECT_TRUE(prompts.shown.empty());
+  server.SetPlatform(DBMS_DB2);
   EXPECT_STREQ(CDBObjectInfo(OT_TABLE, "O", "T").GetCreationTemplate(DBMS_ORACLE), "");
+  EXPECT_EQ(prompts.platform, DBMS_DB2) << "the file is looked for before the platform changes";
+  EXPECT_EQ(server.GetPlatform(), DBMS_ORACLE);
   EXPECT_EQ(prompts.shown, (std::vector<ShownBox>{{"Error:  Failed to open the template file '" +
                                                        files.path() + "\\Oracle\\CRTable.tpl'.",
                                                    BOX_STOP}}));
@@ -120,6 +130,7 @@ TEST(ObjectTypeCombo, ChoosesByTheTextOnThePlatformAndTellsWhatItLacks) {
   EXPECT_GT(combo.GetDroppedWidth(), 200);
   EXPECT_TRUE(combo.LoadObjectTypes(DBMS_ORACLE, 8.1, OT_PACKAGE_BODY, true));
   EXPECT_STREQ(combo.GetWindowText(), "Package Body");
+  EXPECT_EQ(combo.FindStringExact(-1, "Procedure"), 1) << "behind the row that was there";
   for (const OBJECTTYPES type : {OT_NONE, OT_PACKAGE, OT_USER_MESSAGE, OT_TABLE}) {
     combo.SetCurrentSelection(type, DBMS_ORACLE);
     EXPECT_STREQ(combo.GetWindowText(), "Package Body");
