@@ -7,6 +7,7 @@
 #include "apps/dqtool/number_word.h"
 #include "apps/dqtool/platform_word.h"
 #include "dqlib/dbvocab/object_info.h"
+#include "dqlib/framework/base/file.h"
 #include "siblings/options/options_server.h"
 
 namespace dqtool {
@@ -49,13 +50,22 @@ Wish Parse(Words words) {
   return wish;
 }
 
+/// For a script without text. A template that can't be opened has been told of, an empty one not.
+int TellOfNoText(const dq::CString& template_path) {
+  const dq::CString path = dq::CDQOptionsServer::GetObject()->ResolveVariableString(template_path);
+  dq::CFile file;
+  if (!file.Open(path, dq::CFile::modeRead | dq::CFile::shareDenyNone)) return kNo;
+  return Complain("creation-template: no text in " + std::string(path.View()));
+}
+
 int RunCreationTemplate(Words words) {
   const Wish wish = Parse(words);
   const dq::CDBObjectInfo object(*wish.type, wish.owner.c_str(), wish.name.c_str());
   if (!object.IsValid()) {
     return Complain("creation-template: no object of this type with this owner and name");
   }
-  if (dq::GetCreationTemplatePath(*wish.platform, *wish.type).IsEmpty()) {
+  const dq::CString path = dq::GetCreationTemplatePath(*wish.platform, *wish.type);
+  if (path.IsEmpty()) {
     return Complain("creation-template: the platform has no template of this type");
   }
   if (wish.root) {
@@ -63,8 +73,7 @@ int RunCreationTemplate(Words words) {
   }
   const dq::CString text = object.GetCreationTemplate(*wish.platform);
   std::string_view lines = text.View();
-  // A file that can't be read has been told of.
-  if (lines.empty()) return kNo;
+  if (lines.empty()) return TellOfNoText(path);
   if (lines.ends_with('\n')) lines.remove_suffix(1);
   PrintLine(lines);
   return kYes;
