@@ -1,18 +1,21 @@
 // dqtool date: date-time formats.
 
-#include <array>
+#include <cstdio>
 #include <iterator>
-#include <optional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "apps/dqtool/command.h"
-#include "dqlib/core/dq_string.h"
+#include "apps/dqtool/platform_word.h"
+#include "dqlib/datetime/data_type.h"
 #include "dqlib/datetime/date_time_fmt_def.h"
 #include "dqlib/datetime/date_time_fmt_dictionary.h"
+#include "dqlib/datetime/date_time_format.h"
 #include "dqlib/datetime/predefined_formats.h"
+#include "siblings/options/options_server.h"
 
 namespace dqtool {
 namespace {
@@ -137,8 +140,64 @@ int PrintPart(const Arguments& arguments) {
   return kYes;
 }
 
+/// The formats of the platform that the options name.
+std::unique_ptr<dq::CLGDateTimeFormat> FormatsOf(const Arguments& arguments) {
+  const std::string& word = arguments.Get("--platform");
+  Words words(&word, 1);
+  const dq::DBMS platform = TakePlatform(words);
+  constexpr int kDateFormatOption = 60000;
+  dq::CDQOptionsServer::GetObject()->AddOptions("dqtool.dqo", kDateFormatOption, kDateFormatOption,
+                                                true, false);
+  std::unique_ptr<dq::CLGDateTimeFormat> format(
+      dq::CDateTimeFormatFactory(platform, kDateFormatOption, 0).CreateObject());
+  if (format == nullptr) throw WrongUsage("no date-time formats for " + word);
+  return format;
+}
+
+/// Takes a line without its end off standard input; false at its end.
+bool ReadLine(std::string& line) {
+  line.clear();
+  int character = 0;
+  while ((character = std::getc(stdin)) != EOF) {
+    if (character == '\n') return true;
+    line += static_cast<char>(character);
+  }
+  return !line.empty();
+}
+
+int ConvertValues(const Arguments& arguments) {
+  const auto format = FormatsOf(arguments);
+  const std::string* const word = arguments.Find("--code");
+  const int code = word != nullptr ? CodeOf(*word) : dq::DATATYPE_DATETIME;
+  const dq::CString in_format = arguments.Get("--in");
+  const dq::CString out_format = arguments.Get("--out");
+  int status = kYes;
+  dq::CString out;
+  const auto convert = [&](const std::string& value) {
+    if (format->FormatDateTime(code, value, out, in_format, out_format) == 0) status = kNo;
+    PrintLine(out.View());
+  };
+  for (const std::string& value : arguments.words) convert(value);
+  if (!arguments.words.empty()) return status;
+  for (std::string line; ReadLine(line);) convert(line);
+  return std::ferror(stdin) == 0 ? status : Complain("date: standard input can't be read");
+}
+
+int PrintChoices(const Arguments& arguments) {
+  if (!arguments.words.empty()) throw WrongUsage("default takes no words");
+  const auto format = FormatsOf(arguments);
+  for (const auto& [name, kind] : {std::pair("current", dq::CLGDateTimeFormat::DFK_CURRENT),
+                                   std::pair("saved", dq::CLGDateTimeFormat::DFK_SAVED),
+                                   std::pair("default", dq::CLGDateTimeFormat::DFK_DBMS_DEFAULT)}) {
+    PrintFields({name, format->GetDispDateTimeFmt(dq::DATATYPE_DATETIME, kind).View()});
+  }
+  return kYes;
+}
+
 int RunDate(Words words) {
-  if (words.empty()) throw WrongUsage("cells, formats, notation, valid or part is needed");
+  if (words.empty()) {
+    throw WrongUsage("cells, formats, notation, valid, part, convert or default is needed");
+  }
   const std::string& name = words.front();
   const Words rest = words.subspan(1);
   if (name == "cells" || name == "formats") {
@@ -148,14 +207,20 @@ int RunDate(Words words) {
   if (name == "notation") return Convert(Sort(rest, {"--from", "--to"}));
   if (name == "valid") return IsValid(Sort(rest, {"--notation"}));
   if (name == "part") return PrintPart(Sort(rest, {"--code"}));
+  if (name == "convert") {
+    return ConvertValues(Sort(rest, {"--platform", "--code", "--in", "--out"}));
+  }
+  if (name == "default") return PrintChoices(Sort(rest, {"--platform"}));
   throw WrongUsage("date can't do " + name);
 }
 
 const Command kDate{
     "date",
     "cells | formats | notation --from N --to N FORMAT | valid FORMAT [--notation N] |\n"
-    "                   part --code CODE FORMAT",
-    "Lists, checks and translates date-time formats.",
+    "                   part --code CODE FORMAT |\n"
+    "                   convert --platform P [--code CODE] --in FORMAT --out FORMAT [VALUE ...] |\n"
+    "                   default --platform P",
+    "Lists, checks and translates date-time formats, and converts values by them.",
     "N is a notation: display (MM/DD/YYYY), ole (%m/%d/%Y) or locale (MM/dd/yyyy). A FORMAT that\n"
     "begins with '-' stands behind '--'.\n"
     "\n"
@@ -165,7 +230,12 @@ const Command kDate{
     "valid     'true' or 'false', which is the exit status too: whether it is a format in the\n"
     "          notation, or in any\n"
     "part      what a column of data type CODE shows of a display format: the date for 5 and\n"
-    "          19, the time for 26, all for 6, 20 and 27, nothing for any other\n",
+    "          19, the time for 26, all for 6, 20 and 27, nothing for any other\n"
+    "convert   each VALUE, or each line of standard input, from one display or ole format to\n"
+    "          the other, as platform P does for a column of data type CODE, 6 unless given; a\n"
+    "          value that can't be read comes back as it is, and the exit status is 1\n"
+    "default   the current, the saved and the default format of the platform; option 60000\n"
+    "          keeps the saved one, which at first is that of the locale\n",
     RunDate};
 
 }  // namespace

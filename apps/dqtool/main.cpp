@@ -20,6 +20,16 @@ std::string UsageLine(const Command& command) {
          command.usage;
 }
 
+/// Calls `say` with each line of the text.
+template <typename Say>
+void SayLines(std::string_view text, Say say) {
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    say(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+}
+
 void PrintHelp() {
   PrintLine("usage: dqtool COMMAND [WORD ...]");
   PrintLine("");
@@ -44,13 +54,8 @@ void PrintHelp(const Command& command) {
   PrintLine(UsageLine(command));
   PrintLine("");
   PrintLine(command.summary);
-  std::string_view rest = command.help;
-  if (!rest.empty()) PrintLine("");
-  while (!rest.empty()) {
-    const std::size_t end = std::min(rest.find('\n'), rest.size());
-    PrintLine(rest.substr(0, end));
-    rest.remove_prefix(std::min(end + 1, rest.size()));
-  }
+  if (*command.help != '\0') PrintLine("");
+  SayLines(command.help, PrintLine);
 }
 
 const Command& FindCommand(const std::string& name) {
@@ -81,7 +86,7 @@ int Dispatch(const std::vector<std::string>& words) {
     return kYes;
   } catch (const WrongUsage& wrong) {
     Complain(std::string(command.name) + ": " + wrong.what());
-    Complain(UsageLine(command));
+    SayLines(UsageLine(command), Complain);
     return kWrongUsage;
   }
 }

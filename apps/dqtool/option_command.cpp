@@ -61,6 +61,7 @@ int Set(const std::string& id, const std::string& word) {
 int RunOption(Words words) {
   dq::CDQOptionsServer& server = *dq::CDQOptionsServer::GetObject();
   server.AddOptions("DQSyntax.Dqo", 52500, 52639, true, true);
+  server.AddOptions("dqtool.dqo", 60000, 60099, true, false);
   if (words.size() >= 2 && words[0] == "--platform") {
     const auto platform = dq::PlatformOfWord(words[1]);
     if (!platform) throw WrongUsage("no platform " + words[1]);

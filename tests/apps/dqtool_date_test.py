@@ -3,7 +3,10 @@
 dqtool_date_test.py DQTOOL
 """
 
+import os
+import subprocess
 import sys
+import tempfile
 import unittest
 
 import dqtool_runner
@@ -46,11 +49,51 @@ class DateTest(unittest.TestCase):
             self.assertEqual(found[:2], (status, "" if out is None else out + "\n"), words)
             self.assertEqual(out is None, found[2].startswith("dqtool: date: can't be"), words)
 
+    def test_values_are_converted_by_the_platforms_habits(self):
+        us, iso = "MM/DD/YYYY HH12:MI:SS AM", "YYYY-MM-DD HH24:MI:SS"
+        for platform, code, formats, values, status, out in [
+            ("oracle", [], (us, iso), ["04/03/1993 05:34:00 PM", "x", "[NULL]"], 1,
+             ["1993-04-03 17:34:00", "x", "[NULL]"]),
+            ("oracle", ["--code", "5"], (us, iso), ["04/03/1993"], 0, ["1993-04-03 00:00:00"]),
+            ("db2", ["--code", "5"], (us, iso), ["04/03/1993"], 0, ["1993-04-03"]),
+            ("sqlserver", [], (iso, us), ["1993-04-03 17:34:00.5"], 0,
+             ["04/03/1993 05:34:00.5 PM"]),
+        ]:
+            with tempfile.TemporaryDirectory() as directory:
+                words = ["convert", "--platform", platform, *code, "--in", formats[0], "--out",
+                         formats[1]]
+                env = {**os.environ, "XDG_CONFIG_HOME": directory}
+                expected = (status, "".join(line + "\n" for line in out).encode(), b"")
+                self.assertEqual(dqtool_runner.dqtool("date", *words, *values, env=env), expected)
+                lines = subprocess.run([dqtool_runner.DQTOOL, "date", *words], env=env,
+                                       input="\n".join(values).encode(), capture_output=True,
+                                       timeout=60)
+                self.assertEqual((lines.returncode, lines.stdout, lines.stderr), expected)
+
+    def test_the_locales_format_is_kept_in_the_option(self):
+        with tempfile.TemporaryDirectory() as directory:
+            env = {**os.environ, "XDG_CONFIG_HOME": directory, "LC_ALL": "C"}
+            for kept, chosen in [(None, "mm/dd/YYYY hh12:MI:SS AM"), ("DD.MM.YY", "DD.MM.YY"),
+                                 ("no format", "YYYY-MM-DD HH24:MI:SS")]:
+                if kept is not None:
+                    dqtool_runner.dqtool("option", "set", "60000", kept, env=env)
+                status, out, err = dqtool_runner.dqtool("date", "default", "--platform", "db2",
+                                                        env=env)
+                self.assertEqual((status, out.decode(), err), (
+                    0, f"current\t{chosen}\nsaved\t{chosen}\ndefault\tYYYY-MM-DD HH24:MI:SS\n",
+                    b""))
+                self.assertEqual(dqtool_runner.dqtool("option", "get", "60000", env=env)[1],
+                                 (kept or chosen).encode() + b"\n")
+
     def test_senseless_words_are_refused(self):
         for words in [[], ["x"], ["cells", "x"], ["valid"], ["valid", "a", "b"],
                       ["valid", "MM", "--notation"], ["valid", "MM", "--notation", "win"],
                       ["notation", "--from", "ole", "%m"], ["part", "MM"],
-                      ["part", "--code", "99999999999", "MM"], ["part", "--code", "-1", "MM"]]:
+                      ["part", "--code", "99999999999", "MM"], ["part", "--code", "-1", "MM"],
+                      ["default"], ["default", "--platform", "x"],
+                      ["default", "--platform", "db2", "x"],
+                      ["convert", "--platform", "db2", "--in", "MM"],
+                      ["convert", "--in", "MM", "--out", "MM", "1"]]:
             status, out, err = date(*words)
             self.assertEqual((status, out), (2, ""), words)
             self.assertTrue(err.startswith("dqtool: date: "), err)
