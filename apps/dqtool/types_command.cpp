@@ -1,28 +1,40 @@
 // dqtool types, type-text, platform-text: what platforms and kinds of objects are called.
 
+#include <charconv>
 #include <cmath>
 #include <string>
+#include <system_error>
 
 #include "apps/dqtool/command.h"
 #include "apps/dqtool/number_word.h"
 #include "apps/dqtool/platform_word.h"
 #include "dqlib/dbvocab/object_type_list.h"
+#include "dqlib/dbvocab/version_string.h"
 #include "dqlib/frame/application_info.h"
 
 namespace dqtool {
 namespace {
 
-double ReadVersion(Words& words) {
-  if (words.empty()) throw WrongUsage("--version needs a V");
-  const auto version = ReadNumber<double>(words[0], "V");
-  if (!std::isfinite(version)) throw WrongUsage("V is a number, not '" + words[0] + "'");
-  words = words.subspan(1);
+/// A number as it is, any other text as the platform's servers call themselves.
+double ReadVersion(const std::string& word, dq::DBMS platform) {
+  double version = 0;
+  const char* const end = word.data() + word.size();
+  const auto [stop, error] = std::from_chars(word.data(), end, version);
+  if (error != std::errc() || stop != end) {
+    const dq::CDQDBVersionString text(word.c_str(), platform);
+    if (text.FindOneOf("0123456789") != 0) {
+      throw WrongUsage("V is a version, not '" + word + "'");
+    }
+    version = static_cast<double>(text);
+  }
+  if (!std::isfinite(version)) throw WrongUsage("V is a version, not '" + word + "'");
   return version;
 }
 
 int RunTypes(Words words) {
   dq::ObjectTypeQuery query;
   bool has_platform = false;
+  const std::string* version = nullptr;
   while (!words.empty()) {
     const std::string& word = words[0];
     words = words.subspan(1);
@@ -30,7 +42,9 @@ int RunTypes(Words words) {
       query.platform = TakePlatform(words);
       has_platform = true;
     } else if (word == "--version") {
-      query.version = ReadVersion(words);
+      if (words.empty()) throw WrongUsage("--version needs a V");
+      version = &words[0];
+      words = words.subspan(1);
     } else if (word == "--reduced") {
       query.reduced = true;
     } else if (word == "--app") {
@@ -42,6 +56,7 @@ int RunTypes(Words words) {
     }
   }
   if (!has_platform) throw WrongUsage("--platform P is needed");
+  if (version != nullptr) query.version = ReadVersion(*version, query.platform);
   query.lumen_sql = dq::CDQApplicationInfo::IsAppLumenSql();
   for (const dq::ObjectTypeEntry& entry : dq::ListObjectTypes(query)) {
     PrintLine(std::to_string(entry.type) + '\t' + entry.text);
@@ -55,7 +70,7 @@ const Command kTypes{
     "Prints a line VALUE<TAB>TEXT for each, in the order of lists. Platforms are 'none',\n"
     "'sybase', 'sqlserver', 'db2', 'oracle' and 'db2os390'.\n"
     "\n"
-    "  --version V  the server's version as a number, 0 without it: 8.17 for an 8.1.7\n"
+    "  --version V  the server's version, 0 without it: 8.1.7, or 8.17 as a number\n"
     "  --reduced    without indexes, tables, views, sequences and synonyms\n"
     "  --app CODE   the application that the list is for\n",
     RunTypes};

@@ -50,9 +50,11 @@ class ObjectsTest(unittest.TestCase):
             return dqtool("types", "--platform", *words)[1].splitlines()
         self.assertEqual(types("db2os390", "--reduced")[-4:],
                          [b"7\tDatabase", b"42\tStogroup", b"36\tTablespace", b"34\tSynonym"])
-        self.assertIn(b"80\tMaterialized View", types("oracle", "--version", "8.17"))
+        for version in ["8.17", "8.1.7", "Oracle8i Release 8.1.7.0.0"]:
+            self.assertIn(b"80\tMaterialized View", types("oracle", "--version", version))
         self.assertIn(b"32\tSnapshot", types("oracle", "--version", "8.05"))
         self.assertIn(b"88\tRedo Log Group", types("oracle"))
+        self.assertEqual(dqtool("types", "--platform", "oracle", "--version", "new")[:2], (2, b""))
         code = dqtool("text", "43913")[1].decode().strip()
         self.assertNotIn(b"88\tRedo Log Group", types("oracle", "--app", code), code)
 
