@@ -9,6 +9,8 @@
 namespace dq::detail {
 namespace {
 
+constexpr std::size_t npos = std::string_view::npos;
+
 constexpr int kDecimals = 6;
 constexpr std::uint64_t kMillion = 1'000'000;
 
@@ -34,14 +36,12 @@ double LeadingNumberOfAny(std::string_view text) {
   text = multi_byte::TrimLeft(text);
   const bool is_negative = text.starts_with('-');
   if (is_negative || text.starts_with('+')) text.remove_prefix(1);
-  // A second sign makes it no number.
-  if (text.starts_with('-')) return 0;
-  auto format = std::chars_format::general;
-  if (text.starts_with("0x") || text.starts_with("0X")) {
-    format = std::chars_format::hex;
-    text.remove_prefix(2);
-    if (text.starts_with('-')) return 0;
-  }
+  const bool is_hex = text.starts_with("0x") || text.starts_with("0X");
+  if (is_hex) text.remove_prefix(2);
+  // A second sign makes it no number. Words that begin as "infinity" or "nan" do are none either.
+  const std::string_view digits = is_hex ? "0123456789abcdefABCDEF." : "0123456789.";
+  if (text.empty() || digits.find(text.front()) == npos) return 0;
+  const auto format = is_hex ? std::chars_format::hex : std::chars_format::general;
   double number = 0;
   const auto read = std::from_chars(text.data(), text.data() + text.size(), number, format);
   if (read.ec != std::errc{}) return 0;
@@ -93,7 +93,7 @@ double LeadingNumber(std::string_view text) {
     }
   }
   constexpr std::string_view kGoesOn = "eExX";
-  const bool goes_on = at < text.size() && kGoesOn.find(text[at]) != std::string_view::npos;
+  const bool goes_on = at < text.size() && kGoesOn.find(text[at]) != npos;
   if (count == 0 || goes_on) return text.empty() ? 0 : LeadingNumberOfAny(text);
   return static_cast<double>(digits) / kPowers[decimals];
 }

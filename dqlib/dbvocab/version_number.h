@@ -26,7 +26,7 @@ class VersionNumberText {
 std::size_t SignificantLength(double number);
 
 /// The number at the start of a text, as `strtod` reads it in the "C" locale; 0 if there is none,
-/// and for a number that no double can hold.
+/// for a number that no double can hold, and for the words "infinity" and "nan".
 double LeadingNumber(std::string_view text);
 
 }  // namespace dq::detail
