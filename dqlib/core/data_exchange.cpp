@@ -1,8 +1,6 @@
 #include "dqlib/core/data_exchange.h"
 
 #include <algorithm>
-#include <charconv>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -34,18 +32,6 @@ void ExchangeNumber(CDataExchange* exchange, int id, Number& value) {
   } else {
     DDX_Text(exchange, id, value);
   }
-}
-
-/// No value if the text isn't a number in the range.
-std::optional<long long> ReadNumber(std::string_view text) {
-  text = SkipBlanks(text.substr(0, kNumberCharacters));
-  const bool begins_with_zero = text.starts_with('0');
-  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
-  long long number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || (number == 0 && !begins_with_zero)) return std::nullopt;
-  text.remove_prefix(static_cast<std::size_t>(end - text.data()));
-  return SkipBlanks(text).empty() ? std::optional(number) : std::nullopt;
 }
 
 [[noreturn]] void RefuseNumber(CDataExchange& exchange) {
@@ -80,16 +66,7 @@ void DQDDX_Text(CDataExchange* exchange, int id, unsigned long& value) {
 }
 
 void DQDDX_Text(CDataExchange* exchange, int id, long long& value) {
-  CWnd* const control = exchange->PrepareEditCtrl(id);
-  if (!exchange->m_bSaveAndValidate) {
-    control->SetWindowText(std::to_string(value).c_str());
-  } else if (IsLeftEmpty(*exchange, id)) {
-    value = 0;
-  } else {
-    const std::optional<long long> number = ReadNumber(control->GetWindowText().View());
-    if (!number) RefuseNumber(*exchange);
-    value = *number;
-  }
+  ExchangeNumber(exchange, id, value);
 }
 
 void DQDDX_Text(CDataExchange* exchange, int id, CDQBigInt& value) {

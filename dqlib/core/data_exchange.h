@@ -13,10 +13,8 @@
 
 namespace dq {
 
-/// A decimal number in the control's text, of which at most 32 characters are read. Blanks and tabs
-/// may stand around it, and nothing but them is 0: fields that a person leaves empty rely on it. A
-/// zero has no sign. Types without a sign take a number below 0 modulo 2^32; `long` and `unsigned
-/// long` have 32 bits here. What doesn't fit is refused.
+/// A decimal number in the control's text, read as `DDX_Text` does, but for one thing: nothing but
+/// blanks and tabs is 0, because fields that a person leaves empty rely on it.
 void DQDDX_Text(CDataExchange* exchange, int id, BYTE& value);
 void DQDDX_Text(CDataExchange* exchange, int id, short& value);
 void DQDDX_Text(CDataExchange* exchange, int id, int& value);

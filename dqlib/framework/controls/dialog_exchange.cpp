@@ -4,6 +4,8 @@
 #include <charconv>
 #include <limits>
 #include <optional>
+#include <type_traits>
+#include <utility>
 
 #include "dqlib/framework/controls/button.h"
 #include "dqlib/framework/controls/combo_box.h"
@@ -29,35 +31,44 @@ std::string_view SkipBlanks(std::string_view text) {
   return text.substr(std::min(text.find_first_not_of(" \t"), text.size()));
 }
 
-/// A sign and its number.
+/// A sign and its number, or the largest one for a number beyond that.
 struct ReadNumber {
   bool negative = false;
   unsigned long long magnitude = 0;
 };
 
+/// As the run-time's reading of a number has always done it, so white space of any kind may stand
+/// between the blanks and the sign. No value for a text that is no number.
 std::optional<ReadNumber> Read(std::string_view text) {
   text = SkipBlanks(text);
+  const bool begins_with_zero = text.starts_with('0');
+  text = text.substr(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
   ReadNumber number;
-  const bool is_signed = text.starts_with('-') || text.starts_with('+');
   number.negative = text.starts_with('-');
-  if (is_signed) text.remove_prefix(1);
+  if (number.negative || text.starts_with('+')) text.remove_prefix(1);
   const auto [end, error] =
       std::from_chars(text.data(), text.data() + text.size(), number.magnitude);
-  if (error != std::errc() || (number.magnitude == 0 && is_signed)) return std::nullopt;
+  if (error == std::errc::result_out_of_range) {
+    number.magnitude = std::numeric_limits<unsigned long long>::max();
+  } else if (error != std::errc() || (number.magnitude == 0 && !begins_with_zero)) {
+    return std::nullopt;
+  }
   text.remove_prefix(static_cast<std::size_t>(end - text.data()));
   if (!SkipBlanks(text).empty()) return std::nullopt;
   return number;
 }
 
-/// A number of the type with the values of `Range`.
+/// The number as the run-time gives it: beyond the range of `Range` its end, and for types without
+/// a sign always the upper one.
 template <typename Range>
-std::optional<Range> Fit(const ReadNumber& number) {
-  constexpr unsigned long long kMost = std::numeric_limits<Range>::max();
-  if (number.magnitude > kMost + (std::is_signed_v<Range> && number.negative ? 1 : 0)) {
-    return std::nullopt;
-  }
-  const auto value = static_cast<long long>(number.magnitude);
-  return static_cast<Range>(number.negative ? -value : value);
+Range Saturated(const ReadNumber& number) {
+  using Limits = std::numeric_limits<Range>;
+  using Unsigned = std::make_unsigned_t<Range>;
+  const bool below = std::is_signed_v<Range> && number.negative;
+  const unsigned long long most = static_cast<Unsigned>(Limits::max()) + (below ? 1ULL : 0ULL);
+  if (number.magnitude > most) return below ? Limits::min() : Limits::max();
+  const auto value = static_cast<Unsigned>(number.magnitude);
+  return static_cast<Range>(number.negative ? Unsigned{0} - value : value);
 }
 
 [[noreturn]] void Fail(CDataExchange& exchange, UINT text_id) {
@@ -70,20 +81,20 @@ void SetTextIfOther(CWnd& control, std::string_view text) {
   if (control.GetWindowText() != wanted) control.SetWindowText(wanted);
 }
 
-/// Exchanges a number that is read in the range of `Range` and then fits `most`.
+/// Exchanges a number that is read in the range of `Range`, and refused if it is none of `Value`.
 template <typename Range, typename Value>
-void ExchangeNumber(CDataExchange& exchange, int id, Value& value, UINT failure_text,
-                    Range most = std::numeric_limits<Range>::max()) {
+void ExchangeNumber(CDataExchange& exchange, int id, Value& value, UINT failure_text) {
   CWnd* const control = exchange.PrepareEditCtrl(id);
   if (!exchange.m_bSaveAndValidate) {
     SetTextIfOther(*control, std::to_string(static_cast<Range>(value)));
     return;
   }
-  const std::optional<ReadNumber> number =
+  const std::optional<ReadNumber> read =
       Read(control->GetWindowText().View().substr(0, kNumberCharacters));
-  const std::optional<Range> fitting = number ? Fit<Range>(*number) : std::nullopt;
-  if (!fitting || *fitting > most) Fail(exchange, failure_text);
-  value = static_cast<Value>(*fitting);
+  if (!read) Fail(exchange, failure_text);
+  const Range number = Saturated<Range>(*read);
+  if (!std::in_range<Value>(number)) Fail(exchange, failure_text);
+  value = static_cast<Value>(number);
 }
 
 /// The control of the kind.
@@ -112,15 +123,15 @@ void DDX_Text(CDataExchange* exchange, int id, CString& value) {
 }
 
 void DDX_Text(CDataExchange* exchange, int id, BYTE& value) {
-  ExchangeNumber<UINT>(*exchange, id, value, kNoByte, 255);
+  ExchangeNumber<UINT>(*exchange, id, value, kNoByte);
 }
 
 void DDX_Text(CDataExchange* exchange, int id, short& value) {
-  ExchangeNumber<short>(*exchange, id, value, kNoInteger);
+  ExchangeNumber<LONG>(*exchange, id, value, kNoInteger);
 }
 
 void DDX_Text(CDataExchange* exchange, int id, int& value) {
-  ExchangeNumber<int>(*exchange, id, value, kNoInteger);
+  ExchangeNumber<LONG>(*exchange, id, value, kNoInteger);
 }
 
 void DDX_Text(CDataExchange* exchange, int id, UINT& value) {
@@ -133,6 +144,10 @@ void DDX_Text(CDataExchange* exchange, int id, long& value) {
 
 void DDX_Text(CDataExchange* exchange, int id, unsigned long& value) {
   ExchangeNumber<DWORD>(*exchange, id, value, kNotPositive);
+}
+
+void DDX_Text(CDataExchange* exchange, int id, long long& value) {
+  ExchangeNumber<long long>(*exchange, id, value, kNoInteger);
 }
 
 void DDX_Check(CDataExchange* exchange, int id, int& value) {

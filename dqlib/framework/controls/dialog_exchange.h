@@ -17,9 +17,11 @@ namespace dq {
 /// `CWnd::SubclassDlgItem`.
 void DDX_Control(CDataExchange* exchange, int id, CWnd& control);
 
-/// A text, or a decimal number in 32-bit range, with blanks and tabs around it; a zero doesn't
-/// have a sign. At most 32 characters are read. Types without a sign take a number below 0 modulo
-/// 2^32, as they always have; a byte takes 0 to 255. An empty text isn't a number.
+/// A text, or a decimal number, with blanks and tabs around it; a zero doesn't have a sign. At most
+/// 32 characters are read, as a `long`, for types without a sign as an `unsigned long`, both of 32
+/// bits here, or as a `long long`: a number beyond that is the range's end. A short or a byte
+/// beyond its own range is refused. Types without a sign take a number below 0 modulo 2^32, as they
+/// always have. An empty text isn't a number.
 void DDX_Text(CDataExchange* exchange, int id, CString& value);
 void DDX_Text(CDataExchange* exchange, int id, BYTE& value);
 void DDX_Text(CDataExchange* exchange, int id, short& value);
@@ -27,6 +29,7 @@ void DDX_Text(CDataExchange* exchange, int id, int& value);
 void DDX_Text(CDataExchange* exchange, int id, UINT& value);
 void DDX_Text(CDataExchange* exchange, int id, long& value);
 void DDX_Text(CDataExchange* exchange, int id, unsigned long& value);
+void DDX_Text(CDataExchange* exchange, int id, long long& value);
 
 /// The mark of a check box: 0, 1 or 2.
 void DDX_Check(CDataExchange* exchange, int id, int& value);
