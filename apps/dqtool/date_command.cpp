@@ -1,5 +1,6 @@
 // dqtool date: date-time formats.
 
+#include <charconv>
 #include <cstdio>
 #include <iterator>
 #include <memory>
@@ -79,11 +80,13 @@ DATETIME_FMTTYPE NotationOf(const std::string& name) {
 }
 
 int CodeOf(const std::string& text) {
-  if (text.empty() || text.size() > 4 ||
-      text.find_first_not_of("0123456789") != std::string::npos) {
+  int code = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, code);
+  if (error != std::errc() || stop != end) {
     throw WrongUsage("a data type code is a number, not '" + text + "'");
   }
-  return std::stoi(text);
+  return code;
 }
 
 void PrintFields(std::initializer_list<std::string_view> fields) {

@@ -44,6 +44,8 @@ class DateTest(unittest.TestCase):
             (["valid", ""], 1, "false"),
             (["part", "--code", "26", "MM/DD/YYYY HH12:MI:SS AM"], 0, "HH12:MI:SS AM"),
             (["part", "--code", "7", "MM"], 0, ""),
+            (["part", "--code", "-1", "MM"], 0, ""),
+            (["part", "--code", "20005", "MM"], 0, ""),
         ]:
             found = date(*words)
             self.assertEqual(found[:2], (status, "" if out is None else out + "\n"), words)
@@ -89,7 +91,7 @@ class DateTest(unittest.TestCase):
         for words in [[], ["x"], ["cells", "x"], ["valid"], ["valid", "a", "b"],
                       ["valid", "MM", "--notation"], ["valid", "MM", "--notation", "win"],
                       ["notation", "--from", "ole", "%m"], ["part", "MM"],
-                      ["part", "--code", "99999999999", "MM"], ["part", "--code", "-1", "MM"],
+                      ["part", "--code", "99999999999", "MM"], ["part", "--code", "5x", "MM"],
                       ["default"], ["default", "--platform", "x"],
                       ["default", "--platform", "db2", "x"],
                       ["convert", "--platform", "db2", "--in", "MM"],
