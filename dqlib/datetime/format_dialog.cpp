@@ -240,7 +240,7 @@ void CLGDateTimeFormatDlg::ShowText(ControlId id, const CString& text) {
 
 void CLGDateTimeFormatDlg::OnOK() {
   constexpr auto kCurrent = CLGDateTimeFormat::DFK_CURRENT;
-  if (m_bCustomize) {
+  if (m_bCustomize && m_pFormat != nullptr) {
     const CString fmt = GenerateDateTimeFmt();
     m_pFormat->InsertCustomizedDateTimeFmt(fmt);
     m_pFormat->SetDateTimeFmt(fmt, kCurrent);

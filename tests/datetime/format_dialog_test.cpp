@@ -148,7 +148,12 @@ TEST_F(FormatDialog, OkMakesTheFormatTheCurrentOneAndAddsWhatWasBuilt) {
   EXPECT_EQ(chosen, format_.FindDateTimeFmt(own)) << "the format's own, not the dialog's copy";
   EXPECT_EQ(Run(own, 26, ok), IDCANCEL) << "the current one isn't among the times";
   EXPECT_EQ(Run(own, 7, ok), IDCANCEL);
-  EXPECT_EQ(Dlg(nullptr, 6).DoModal(), IDCANCEL);
+  Dlg none(nullptr, 6);
+  prompts_.on_dialog = [&none](platform::DialogView& view) {
+    none.SendMessage(WM_COMMAND, Dlg::kCustomize, 0);
+    view.Press(IDOK);
+  };
+  EXPECT_EQ(none.DoModal(), IDCANCEL);
 }
 
 }  // namespace
