@@ -67,6 +67,8 @@ class CLGDateTimeFmtDef : public CObject {
   /// as a time, and its year has two digits.
   bool PrintsTwoDigitYear() const;
 
+  /// The cells, for overrides of `GenerateDateTimeFmtCellList` to add to.
+  CLGDateTimeFmtCellList& GetFmtElementList() { return m_cells; }
   const CLGDateTimeFmtCellList& GetFmtElementList() const { return m_cells; }
   /// The stored type, a data type code.
   int GetDateTimeType() const { return m_nType; }
