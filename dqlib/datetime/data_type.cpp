@@ -57,6 +57,22 @@ bool CDQDataType::DataTypeNeedQuote(int code) {
   return std::ranges::find(kQuotedTypes, code) != std::end(kQuotedTypes);
 }
 
+int detail::DateTimeClassOf(int code) {
+  switch (code) {
+    case DATATYPE_DATE:
+    case DATATYPE_DATE_ONLY:
+      return DATATYPE_DATE;
+    case DATATYPE_TIME:
+      return DATATYPE_TIME;
+    case DATATYPE_DATETIME:
+    case DATATYPE_TIMESTAMP:
+    case DATATYPE_DATETIME_TIMESTAMP:
+      return DATATYPE_DATETIME;
+    default:
+      return 0;
+  }
+}
+
 const char* GetSqlFragment(int position) {
   return position < 0 || position >= kSqlFragments ? nullptr : kFragments[position];
 }

@@ -21,6 +21,14 @@ enum DateTimeCode : int {
   DATATYPE_DATETIME_TIMESTAMP = 27,
 };
 
+namespace detail {
+
+/// What columns of a data type hold: `DATATYPE_DATE`, `DATATYPE_TIME` or `DATATYPE_DATETIME`; 0 for
+/// a code that is none of dates and times.
+int DateTimeClassOf(int code);
+
+}  // namespace detail
+
 /// Positions in the table of words that the library itself reads.
 enum SqlFragment : int { SQL_FRAGMENT_NULL_TEXT = 1, SQL_FRAGMENT_BLANK = 8 };
 

@@ -1,20 +1,18 @@
 #include "dqlib/datetime/date_time.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "dqlib/datetime/date_time_cells.h"
 #include "dqlib/datetime/date_time_fmt_dictionary.h"
 #include "dqlib/framework/windows/message_box.h"
 #include "dqlib/resources/string_ids.h"
 
 namespace dq {
 namespace {
-
-/// What values are cut at, as formats are.
-constexpr std::string_view kValueSeparators = " /-,;:.";
-constexpr std::string_view kTransferSeparators = "/-,.;: ";
 
 /// The number at the beginning of a text, 0 if there is none.
 long NumberOf(const CString& text) { return std::strtol(text, nullptr, 10); }
@@ -75,7 +73,7 @@ int CLGDateTime::ParseDateTime(const char* text, const CLGDateTimeFmtDef* def) {
 void CLGDateTime::ExtractDateTimeStr(const char* text, CStringList& tokens) const {
   std::string_view rest = text == nullptr ? std::string_view() : std::string_view(text);
   while (!rest.empty()) {
-    const std::size_t end = std::min(rest.find_first_of(kValueSeparators), rest.size());
+    const std::size_t end = std::min(rest.find_first_of(detail::kDateTimeSeparators), rest.size());
     if (end > 0) tokens.AddTail(CString(rest.substr(0, end)));
     rest.remove_prefix(end);
     if (rest.empty()) break;
@@ -140,7 +138,8 @@ bool CDQDateTimeFmtTransfer::ParseDateTimeFmt(const char* source, DATETIMEFMTTYP
   } else {
     const detail::DictionaryUse<CDQDateTimeFmtDictionary> dictionary;
     while (!rest.empty()) {
-      const std::size_t end = std::min(rest.find_first_of(kTransferSeparators), rest.size());
+      const std::size_t end =
+          std::min(rest.find_first_of(detail::kDateTimeSeparators), rest.size());
       const auto* const cell =
           end == 0 ? nullptr : dictionary->GetEntry(CString(rest.substr(0, end)), from);
       if (cell != nullptr) result += cell->GetDateTimeElementFmt(to);

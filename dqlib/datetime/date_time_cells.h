@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include <string_view>
+
 #include "dqlib/datetime/date_time_fmt_cell.h"
 
 namespace dq::detail {
@@ -47,5 +49,8 @@ inline constexpr DateTimeCellRow kDateTimeCells[] = {
     {DTT_DATESEP, " ", " ", " ", "Blank space separator", ""},
     {DTT_TIMESEP, ":", ":", ":", "Colon Time separator", ""},
 };
+
+/// What formats and values are cut at: the separators among the elements.
+inline constexpr std::string_view kDateTimeSeparators = " /-,;:.";
 
 }  // namespace dq::detail

@@ -4,18 +4,19 @@
 
 #include "dqlib/datetime/data_type.h"
 #include "dqlib/datetime/date_time.h"
+#include "dqlib/datetime/date_time_cells.h"
 #include "dqlib/datetime/date_time_fmt_dictionary.h"
 #include "dqlib/framework/base/date_time_text.h"
 
 namespace dq::detail {
 namespace {
 
-constexpr std::string_view kSeparators = " /-,;:.";
-
 /// No text, for an element.
 constexpr int kNone = -1;
 
-bool IsSeparator(char character) { return kSeparators.find(character) != kSeparators.npos; }
+bool IsSeparator(char character) {
+  return kDateTimeSeparators.find(character) != kDateTimeSeparators.npos;
+}
 
 /// Up to so many digits as a number; `kNone` for any other text.
 int PlainNumber(std::string_view text, std::size_t most_digits) {

@@ -6,6 +6,8 @@
 #include <string_view>
 
 #include "dqlib/core/locale_info.h"
+#include "dqlib/datetime/data_type.h"
+#include "dqlib/datetime/date_time_cells.h"
 #include "dqlib/datetime/date_time_fmt_dictionary.h"
 
 namespace dq {
@@ -13,14 +15,12 @@ namespace {
 
 using Dictionary = detail::DictionaryUse<CLGDateTimeFmtDictionary>;
 
-constexpr std::string_view kSeparators = " /-,;:.;";
-
 /// Calls `visit` with each text before a separator or the end, and with the separator or "". Stops
 /// and returns false as soon as `visit` does.
 template <typename Visit>
 bool Scan(std::string_view text, Visit visit) {
   while (!text.empty()) {
-    const std::size_t end = std::min(text.find_first_of(kSeparators), text.size());
+    const std::size_t end = std::min(text.find_first_of(detail::kDateTimeSeparators), text.size());
     const std::string_view separator = text.substr(end, 1);
     if (!visit(CString(text.substr(0, end)), CString(separator))) return false;
     text.remove_prefix(end + separator.size());
@@ -111,7 +111,8 @@ void CLGDateTimeFmtDef::SetFmtDateTime(const CString& fmt, DATETIME_FMTTYPE nota
 }
 
 CString CLGDateTimeFmtDef::GetFmtDateTime(int code, DATETIME_FMTTYPE notation) const {
-  if (code == 6 || code == 20 || code == 27) return GetFmtDateTime(notation);
+  const int wanted = detail::DateTimeClassOf(code);
+  if (wanted == DATATYPE_DATETIME) return GetFmtDateTime(notation);
   CString date;
   CString time;
   CConstPtrArrayIterT<CLGDateTimeFmtCell> walk(m_cells);
@@ -139,8 +140,8 @@ CString CLGDateTimeFmtDef::GetFmtDateTime(int code, DATETIME_FMTTYPE notation) c
   }
   TrimBlanks(date);
   TrimBlanks(time);
-  if (code == 5 || code == 19) return date;
-  return code == 26 ? time : CString();
+  if (wanted == DATATYPE_DATE) return date;
+  return wanted == DATATYPE_TIME ? time : CString();
 }
 
 const CString& CLGDateTimeFmtDef::GetFmtDateTime(DATETIME_FMTTYPE notation) const {
@@ -163,8 +164,8 @@ int CLGDateTimeFmtDef::GetType() const {
     date = date || (kind >= DTT_DAY && kind <= DTT_YEAR);
     time = time || (kind >= DTT_HOUR && kind <= DTT_AMPM);
   }
-  if (date) return time ? 6 : 5;
-  return time ? 26 : -1;
+  if (date) return time ? DATATYPE_DATETIME : DATATYPE_DATE;
+  return time ? DATATYPE_TIME : -1;
 }
 
 void CLGDateTimeFmtDef::GenerateDateTimeFmtStr(CLGDateTimeFmtCellList* cells) {
@@ -191,7 +192,7 @@ void CLGDateTimeFmtDef::GenerateDateTimeFmtCellList(const CString& fmt) {
 }
 
 bool CLGDateTimeFmtDef::PrintsTwoDigitYear() const {
-  return m_nType != 26 && GetFmtYear(DTF_DISP).GetLength() == 2;
+  return m_nType != DATATYPE_TIME && GetFmtYear(DTF_DISP).GetLength() == 2;
 }
 
 const CLGDateTimeFmtCell* CLGDateTimeFmtDef::FirstCell(DATETIMETYPE kind) const {
@@ -220,8 +221,9 @@ bool CLGDateTimeFmtDef::GetDateTimeFmt(DATETIME_FMTTYPE from, const CString& sou
 }
 
 bool CLGDateTimeFmtDef::GetLocaleDateTimeFmt(int code, CString& result, DATETIME_FMTTYPE to) {
-  const CString picture = code == 26 ? CDQLocaleInfo::GetTimeFormat()
-                                     : CDQLocaleInfo::GetDateFormat(LOCALE_SSHORTDATE, code != 5);
+  const CString picture = code == DATATYPE_TIME ? CDQLocaleInfo::GetTimeFormat()
+                                                : CDQLocaleInfo::GetDateFormat(
+                                                      LOCALE_SSHORTDATE, code != DATATYPE_DATE);
   return GetDateTimeFmt(DTF_WIN, picture, to, result);
 }
 

@@ -17,7 +17,8 @@ constexpr const char kMonthFirstDefault[] = "MM/DD/YYYY HH12:MI:SS AM";
 constexpr const char kDoubleByteOracleDefault[] = "YYYY/MM/DD HH24:MI:SS";
 constexpr const char kDb2Default[] = "YYYY-MM-DD HH24:MI:SS";
 
-constexpr char kBlank = ' ';
+/// What ends milliseconds.
+std::string_view Blank() { return GetSqlFragment(SQL_FRAGMENT_BLANK); }
 
 /// Where the "." stands that milliseconds follow; `npos` if there is none.
 std::size_t FindMilliSecond(std::string_view text) {
@@ -160,7 +161,7 @@ int CLGDateTimeFormat::FormatDateTime(int code, const CString& in, CString& out,
 void CLGDateTimeFormat::ExtractMilliSecond(const CString& in, CString& rest, CString& ms) {
   const std::string_view text = in.View();
   const std::size_t point = FindMilliSecond(text);
-  const std::size_t end = std::min(text.find(kBlank, point), text.size());
+  const std::size_t end = std::min(text.find(Blank(), point), text.size());
   if (point == text.npos) {
     rest = in;
     ms.Empty();
@@ -178,7 +179,7 @@ void CLGDateTimeFormat::InsertMilliSecond(CString& out, const CString& text, con
   std::string result(text.View());
   const std::size_t colon = result.rfind(':');
   if (!ms.IsEmpty() && colon != result.npos) {
-    const std::size_t blank = std::min(result.find(kBlank, colon), result.size());
+    const std::size_t blank = std::min(result.find(Blank(), colon), result.size());
     result.insert(blank, "." + std::string(ms.View()));
   }
   out = result;

@@ -16,22 +16,6 @@ constexpr std::string_view kPaddedHours24 = "HH24";
 
 }  // namespace
 
-int DateTimeClassOf(int code) {
-  switch (code) {
-    case DATATYPE_DATE:
-    case DATATYPE_DATE_ONLY:
-      return DATATYPE_DATE;
-    case DATATYPE_TIME:
-      return DATATYPE_TIME;
-    case DATATYPE_DATETIME:
-    case DATATYPE_TIMESTAMP:
-    case DATATYPE_DATETIME_TIMESTAMP:
-      return DATATYPE_DATETIME;
-    default:
-      return 0;
-  }
-}
-
 DateTimeFmtParts DateTimeFmtParts::Of(const CLGDateTimeFmtCellList& cells) {
   DateTimeFmtParts parts;
   DATETIMETYPE date[kSeparators] = {};

@@ -6,10 +6,6 @@
 
 namespace dq::detail {
 
-/// What columns of a data type hold: `DATATYPE_DATE`, `DATATYPE_TIME` or `DATATYPE_DATETIME`; 0 for
-/// a code that is none of dates and times.
-int DateTimeClassOf(int code);
-
 /// The elements of a format by their codes in display notation, "" for one that isn't chosen.
 struct DateTimeFmtParts {
   /// The orders of a date, in the order in which a person is offered them.
