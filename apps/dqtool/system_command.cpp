@@ -21,7 +21,9 @@ int RunSystem(Words words) {
   const auto print = [](const char* name, const dq::CString& value) {
     PrintLine(std::string(name) + "\t" + std::string(value.View()));
   };
-  const auto print_truth = [&](const char* name, bool value) { print(name, value ? "1" : "0"); };
+  const auto print_truth = [&](const char* name, bool value) {
+    print(name, value ? "true" : "false");
+  };
   const dq::CString time = CDQSystemInfo::GetFormattedTime(nullptr, true);
 
   print("OSVersionInfo", VersionText(info.GetOSVersionInfo()));
