@@ -164,6 +164,39 @@ TEST(Dialog, MayCloseItselfInAnyOfItsHandlers) {
   }
 }
 
+TEST(Dialog, IsNotShownWithHalfOfItsValuesAndMayHaveSetItsFocus) {
+  class FirstDlg : public GotoDlg {
+   public:
+    int missing = 104;
+    BOOL focus_first = 0;
+
+   protected:
+    BOOL OnInitDialog() override {
+      CDialog::OnInitDialog();
+      GetDlgItem(101)->SetFocus();
+      return focus_first;
+    }
+    void DoDataExchange(CDataExchange* exchange) override {
+      CString text;
+      DDX_Text(exchange, missing, text);
+    }
+  } dialog;
+  AnsweringPrompts prompts;
+  int shown = 0;
+  prompts.answer = [&](platform::DialogView&) {
+    ++shown;
+    EXPECT_EQ(CWnd::GetFocus(), dialog.GetDlgItem(dialog.focus_first != 0 ? 100 : 101));
+  };
+  EXPECT_EQ(dialog.DoModal(), -1);
+  EXPECT_EQ(shown, 0);
+  dialog.missing = 103;
+  for (const BOOL first : {0, 1}) {
+    dialog.focus_first = first;
+    EXPECT_EQ(dialog.DoModal(), IDCANCEL);
+  }
+  EXPECT_EQ(shown, 2);
+}
+
 TEST(Dialog, ThatEndsInItsOwnExchangeCanRunAnew) {
   GotoDlg dialog;
   AnsweringPrompts prompts;

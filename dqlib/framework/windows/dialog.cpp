@@ -63,6 +63,12 @@ bool TakesFocus(const CWnd& control) {
   return control.IsTabStop() && control.IsShown() && control.IsWindowEnabled();
 }
 
+void FocusFirst(const CWnd& dialog) {
+  CWnd* control = dialog.GetTopWindow();
+  while (control != nullptr && !TakesFocus(*control)) control = control->GetNextWindow();
+  if (control != nullptr) control->SetFocus();
+}
+
 }  // namespace
 
 IMPLEMENT_DYNAMIC(CDialog, CWnd)
@@ -215,8 +221,10 @@ bool CDialog::Open(const DialogTemplate& dialog, CWnd* parent, bool child) {
 }
 
 BOOL CDialog::OnInitDialog() {
-  UpdateData(0);
-  return 1;
+  if (UpdateData(0) != 0) return 1;
+  // Half of its values are missing: a person mustn't answer by the rest.
+  EndDialog(-1);
+  return 0;
 }
 
 void CDialog::EndDialog(int result) {
@@ -259,7 +267,7 @@ LRESULT CDialog::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
     return 0;
   }
   if (message == WM_SHOWWINDOW && wparam != 0) {
-    if (std::exchange(first_focus_, false)) NextDlgCtrl();
+    if (std::exchange(first_focus_, false)) FocusFirst(*this);
     GotoDlgCtrl(MessageQueue::FindOwnWindow(std::exchange(wanted_focus_, nullptr)));
   }
   return CWnd::DefWindowProc(message, wparam, lparam);

@@ -51,7 +51,8 @@ class CDialog : public CWnd {
 
  protected:
   /// Called when the controls are there, before the dialog is shown; the base moves the variables
-  /// to the controls. 0 says that it has set the focus itself.
+  /// to the controls, and closes a run with -1 if that fails. 0 says that it has set the focus
+  /// itself; else the first control that takes it gets it.
   virtual BOOL OnInitDialog();
   /// The base moves the controls to the variables and, if that succeeds, closes with `IDOK`.
   virtual void OnOK();
