@@ -7,7 +7,9 @@
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/base/resource_module.h"
 #include "dqlib/framework/windows/cmd_target.h"
+#include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/tool_bar.h"
+#include "dqlib/framework/windows/win_app.h"
 
 namespace dq {
 namespace {
@@ -132,7 +134,10 @@ class Handlers : public CCmdTarget {
     updated += std::to_string(id) + ' ';
     if (id == 10) ui.SetCheck(1);
     if (id == 12) ui.Enable(0);
-    if (id == 13) ui.SetRadio(1);
+    if (id == 13) {
+      ui.SetRadio(1);
+      ui.SetText("r");
+    }
     if (id == 14 && menu_ != nullptr) menu_->DestroyMenu();
     if (id == 11 && menu_ != nullptr) ui.m_pMenu->RemoveMenu(ui.m_nIndex, MF_BYPOSITION);
     return id != 15;
@@ -156,7 +161,7 @@ TEST(Menu, UpdateReachesEveryItemWhileHandlersChangeTheMenu) {
   EXPECT_EQ(menu.GetMenuState(13, 0), UINT{MF_CHECKED | MF_RADIOCHECK});
   EXPECT_EQ(menu.GetMenuState(15, 0), 0U);
   EXPECT_EQ(menu.GetMenuState(30, 0), UINT{MF_GRAYED | MF_DISABLED});
-  EXPECT_EQ(Dump(menu), "10: 12: -1:(13:) 15: 30:");
+  EXPECT_EQ(Dump(menu), "10: 12: -1:(13:r) 15: 30:");
   menu.InsertMenu(0, MF_BYPOSITION, 14, "");
   menu.UpdateItems(handlers);
   EXPECT_EQ(menu.GetSafeHmenu(), nullptr);
@@ -217,6 +222,30 @@ TEST(ToolBar, ResourceGivesButtonsAndEveryChangeIsTold) {
   bar.EnableButton(0, false);
   EXPECT_EQ(observer.changes, 5);
   EXPECT_EQ(bar.GetButton(0), (ToolBarButton{10, false, 1, false}));
+}
+
+TEST(ToolBar, IsBroughtUpToDateByTheFrameAroundItWhileItIsInSightAndTheThreadIdle) {
+  struct Frame : CFrameWnd {
+    BOOL OnCmdMsg(UINT id, int code, void* extra, void* info) override {
+      return handlers.OnCmdMsg(id, code, extra, info);
+    }
+    Handlers handlers;
+  } frame;
+  CWinApp app("idle");
+  ASSERT_TRUE(frame.Create("Frame", "", {}));
+  app.m_pMainWnd = &frame;
+  CToolBar bar;
+  ASSERT_TRUE(bar.Create(&frame));
+  const WORD commands[] = {10, 12, 30};
+  bar.SetButtons(commands);
+  bar.ShowWindow(SW_HIDE);
+  PumpUntilIdle();
+  EXPECT_EQ(frame.handlers.updated, "");
+  bar.ShowWindow(SW_SHOW);
+  PumpUntilIdle();
+  EXPECT_EQ(frame.handlers.updated, "10 12 ");
+  EXPECT_EQ(bar.GetButton(0).checked, 1);
+  EXPECT_FALSE(bar.GetButton(1).enabled || bar.GetButton(2).enabled);
 }
 
 }  // namespace

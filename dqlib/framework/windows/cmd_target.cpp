@@ -1,5 +1,7 @@
 #include "dqlib/framework/windows/cmd_target.h"
 
+#include <utility>
+
 #include "dqlib/framework/windows/menu.h"
 #include "dqlib/framework/windows/wnd.h"
 
@@ -24,9 +26,13 @@ BOOL CCmdTarget::OnCmdMsg(UINT id, int code, void* extra, void* handler_info) {
   arguments.only_ask = handler_info != nullptr;
   if (code != CN_UPDATE_COMMAND_UI) return CallMapped({WM_COMMAND, code, id}, arguments) ? 1 : 0;
   arguments.ui = static_cast<CCmdUI*>(extra);
+  // Without an item there is nothing that a handler could bring up to date.
+  if (arguments.ui == nullptr && !arguments.only_ask) return 0;
   if (arguments.ui != nullptr) arguments.ui->m_bContinueRouting = false;
   if (!CallMapped({WM_COMMAND, code, id}, arguments)) return 0;
-  return arguments.ui == nullptr || !arguments.ui->m_bContinueRouting ? 1 : 0;
+  const bool goes_on =
+      arguments.ui != nullptr && std::exchange(arguments.ui->m_bContinueRouting, false);
+  return goes_on ? 0 : 1;
 }
 
 CCmdUI::~CCmdUI() = default;
@@ -63,7 +69,7 @@ void CCmdUI::SetText(const char* text) {
   if (m_pMenu != nullptr) {
     if (m_pSubMenu != nullptr) return;
     const UINT state = m_pMenu->GetMenuState(m_nIndex, MF_BYPOSITION);
-    const UINT kept = state & (MF_CHECKED | MF_DISABLED | MF_GRAYED);
+    const UINT kept = state & (MF_CHECKED | MF_RADIOCHECK | MF_DISABLED | MF_GRAYED);
     m_pMenu->ModifyMenu(m_nIndex, MF_BYPOSITION | MF_STRING | kept, m_nID, text);
   } else if (m_pOther != nullptr) {
     m_pOther->SetWindowText(text);

@@ -24,7 +24,7 @@ class CFrameWnd : public CWnd {
   /// The active child frame, or the frame itself.
   virtual CFrameWnd* GetActiveFrame() { return this; }
 
-  /// Key combinations of the frame; see `PreTranslateMessage`.
+  /// Key combinations of the frame; see `AcceleratorTable::Translate`.
   bool LoadAccelTable(UINT id) { return accelerators_.Load(id); }
   const AcceleratorTable& GetAccelTable() const { return accelerators_; }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/resource_text.h"
 #include "dqlib/framework/windows/window_messages.h"
 #include "dqlib/platform/modules.h"
@@ -161,6 +162,15 @@ void CToolBar::OnUpdateCmdUI(CCmdTarget& target, bool disable_if_no_handler) {
     ui.m_nIndexMax = static_cast<UINT>(GetItemCount());
     ui.DoUpdate(target, disable_if_no_handler);
   }
+}
+
+LRESULT CToolBar::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
+  if (message == WM_IDLEUPDATECMDUI) {
+    CFrameWnd* const frame = GetParentFrame();
+    if (frame != nullptr && IsWindowVisible()) OnUpdateCmdUI(*frame, wparam != 0);
+    return 0;
+  }
+  return CWnd::DefWindowProc(message, wparam, lparam);
 }
 
 }  // namespace dq
