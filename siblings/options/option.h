@@ -69,8 +69,8 @@ class CDQStringOption {
   /// Reads the current value. False if there is no such option or it holds no value.
   bool Load();
   const CString& GetString() const { return m_strValue; }
-  /// The value as a colour ("rrggbb" in hexadecimal); `fallback` if it is none.
-  COLORREF GetColorRef(COLORREF fallback) const;
+  /// The value as a colour ("rrggbb" in hexadecimal); `fallback`, black by itself, if it is none.
+  COLORREF GetColorRef(COLORREF fallback = 0) const;
 
  private:
   int m_nID;
