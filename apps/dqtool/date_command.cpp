@@ -169,11 +169,12 @@ bool ReadLine(std::string& line) {
 }
 
 int ConvertValues(const Arguments& arguments) {
-  const auto format = FormatsOf(arguments);
   const std::string* const word = arguments.Find("--code");
   const int code = word != nullptr ? CodeOf(*word) : dq::DATATYPE_DATETIME;
   const dq::CString in_format = arguments.Get("--in");
   const dq::CString out_format = arguments.Get("--out");
+  // Last, for it may write the option.
+  const auto format = FormatsOf(arguments);
   int status = kYes;
   dq::CString out;
   const auto convert = [&](const std::string& value) {

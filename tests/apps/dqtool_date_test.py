@@ -96,9 +96,13 @@ class DateTest(unittest.TestCase):
                       ["default", "--platform", "db2", "x"],
                       ["convert", "--platform", "db2", "--in", "MM"],
                       ["convert", "--in", "MM", "--out", "MM", "1"]]:
-            status, out, err = date(*words)
-            self.assertEqual((status, out), (2, ""), words)
-            self.assertTrue(err.startswith("dqtool: date: "), err)
+            with tempfile.TemporaryDirectory() as directory:
+                env = {**os.environ, "XDG_CONFIG_HOME": directory}
+                status, out, err = dqtool_runner.dqtool("date", *words, env=env)
+                self.assertEqual((status, out), (2, b""), words)
+                self.assertTrue(err.startswith(b"dqtool: date: "), err)
+                self.assertEqual(dqtool_runner.dqtool("option", "get", "60000", env=env)[1],
+                                 b"\n", words)
 
 
 if __name__ == "__main__":
