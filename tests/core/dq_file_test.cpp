@@ -3,11 +3,10 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
-#include <vector>
 
 #include "dqlib/core/lob_reader.h"
 #include "dqlib/framework/base/file.h"
-#include "dqlib/framework/base/string_collections.h"
+#include "tests/support/joined.h"
 #include "tests/support/rows.h"
 #include "tests/support/temp_directory.h"
 
@@ -16,34 +15,24 @@ namespace {
 
 using test::TempDirectory;
 
-/// What `ReadLine` gives until the end: results and texts.
-std::vector<std::string> Lines(const TempDirectory& directory, const std::string& contents) {
-  CDQFile file(directory.Put("f", contents).c_str(), FILE_OPEN_READ);
-  EXPECT_TRUE(file.Open());
-  CStringList list;
-  EXPECT_TRUE(file.GetTextList(list));
-  std::vector<std::string> lines;
-  for (POSITION position = list.GetHeadPosition(); position != nullptr;) {
-    lines.emplace_back(list.GetNext(position).View());
-  }
-  return lines;
-}
-
 TEST(DQFile, LinesLoseTheirEndsAndLongOnesComeInPieces) {
   const TempDirectory directory;
   const std::string x9999(9999, 'x');
   const std::string x10000(10000, 'x');
-  for (const auto& [contents, lines] : test::Rows<std::string, std::vector<std::string>>{
-           {"", {}},
-           {"\n", {""}},
-           {"a\r\nb\rc\n\nd", {"a", "b\rc", "", "d"}},
-           {"a\r", {"a\r"}},
-           {"a\r\r\n", {"a\r"}},
-           {x9999 + "\r\ny", {x9999, "y"}},
-           {x10000, {x10000}},
-           {x10000 + "\ny", {x10000, "", "y"}},
-           {x10000 + x10000 + "y\n", {x10000, x10000, "y"}}}) {
-    EXPECT_EQ(Lines(directory, contents), lines) << contents.substr(0, 20);
+  for (const auto& [contents, lines] : test::Rows<std::string, std::string>{
+           {"", ""},
+           {"\n", "|"},
+           {"a\r\nb\rc\n\nd", "a|b\rc||d|"},
+           {"a\r", "a\r|"},
+           {"a\r\r\n", "a\r|"},
+           {x9999 + "\r\ny", x9999 + "|y|"},
+           {x10000 + "\ny", x10000 + "||y|"},
+           {x10000 + x10000 + "y\n", x10000 + "|" + x10000 + "|y|"}}) {
+    CDQFile file(directory.Put("f", contents).c_str(), FILE_OPEN_READ);
+    EXPECT_TRUE(file.Open());
+    CStringList list;
+    EXPECT_TRUE(file.GetTextList(list));
+    EXPECT_EQ(test::Joined(list), lines) << contents.substr(0, 20);
   }
 }
 
@@ -53,7 +42,6 @@ TEST(DQFile, ResultsAreCharactersAndPositionsMove) {
   CString text = "old";
   EXPECT_EQ(file.ReadLine(text), 0);
   EXPECT_EQ(text, "");
-  EXPECT_FALSE(file.Write("x"));
   ASSERT_TRUE(file.Open());
   EXPECT_TRUE(file.Open());
   EXPECT_EQ(file.ReadLine(text), 2);
@@ -70,14 +58,12 @@ TEST(DQFile, ResultsAreCharactersAndPositionsMove) {
   EXPECT_NE(file.fseek(0, 3), 0);
   EXPECT_FALSE(file.Write("x")) << "it is open for reading";
   EXPECT_TRUE(file.Close());
-  EXPECT_FALSE(file.IsOpen());
 }
 
 TEST(DQFile, WritesNumbersTextsAndLineEndsOfBothKinds) {
   const TempDirectory directory;
   CDQFile file((directory / "f").c_str(), FILE_OPEN_WRITE);
   ASSERT_TRUE(file.Open());
-  EXPECT_FALSE(file.GetUseCarrageReturnLineFeed());
   EXPECT_TRUE(file.Write(-1) && file.Write(2L) && file.Write(0.5) && file.WriteLine(","));
   file.SetUseCarrageReturnLineFeed(true);
   EXPECT_TRUE(file.WriteLine("100%s") && file.WriteLine(""));
@@ -85,8 +71,6 @@ TEST(DQFile, WritesNumbersTextsAndLineEndsOfBothKinds) {
   CString whole;
   EXPECT_TRUE(file.FileToString(whole));
   EXPECT_EQ(whole, "-120.500000,\n100%s\r\n\r\n") << "which was not on the disk yet";
-  EXPECT_TRUE(file.Close());
-  EXPECT_EQ(directory.Get("f"), "-120.500000,\n100%s\r\n\r\n");
 
   CDQFile full("/dev/full", FILE_OPEN_WRITE);
   ASSERT_TRUE(full.Open());
@@ -108,13 +92,10 @@ TEST(DQFile, WholeFilesAndAttributes) {
   EXPECT_TRUE(file.FastFileCopy((directory / "g").c_str()));
   EXPECT_EQ(directory.Get("g"), "a\r\nb");
   EXPECT_FALSE(file.FastFileCopy((directory / "no/g").c_str()));
-  EXPECT_TRUE(file.ChangeModeReadOnly());
-  EXPECT_TRUE(file.IsReadOnly());
+  EXPECT_TRUE(file.ChangeModeReadOnly() && file.IsReadOnly());
   EXPECT_EQ(file.GetAttributes(), DWORD{FILE_ARCHIVE | FILE_READ_ONLY});
-  EXPECT_TRUE(file.ChangeModeWriteable());
-  EXPECT_FALSE(file.IsReadOnly());
-  const CDQFile missing((directory / "none").c_str(), FILE_OPEN_READ);
-  EXPECT_EQ(missing.GetAttributes(), 0u);
+  EXPECT_TRUE(file.ChangeModeWriteable() && !file.IsReadOnly());
+  EXPECT_EQ(CDQFile((directory / "none").c_str(), FILE_OPEN_READ).GetAttributes(), 0u);
 }
 
 TEST(LobReader, OneOpeningServesOneRead) {
@@ -132,17 +113,16 @@ TEST(LobReader, OneOpeningServesOneRead) {
     EXPECT_EQ(reader.GetReadLength(), text.GetLength());
     EXPECT_FALSE(reader.GetData(text));
   }
-  { const CDQLobReader kept(path.c_str(), 1, false); }
-  EXPECT_EQ(directory.Count(), 1u);
-  std::filesystem::permissions(path, std::filesystem::perms::owner_read);
-  { const CDQLobReader read_only(path.c_str(), 1, true); }
-  EXPECT_EQ(directory.Count(), 1u);
+  const auto left_over = [&](std::filesystem::perms permissions, bool deletes) {
+    std::filesystem::permissions(path, permissions);
+    { const CDQLobReader reader(path.c_str(), 1, deletes); }
+    return directory.Count();
+  };
+  EXPECT_EQ(left_over(std::filesystem::perms::owner_all, false), 1u);
+  EXPECT_EQ(left_over(std::filesystem::perms::owner_read, true), 1u) << "a read-only file stays";
   std::filesystem::permissions(path, std::filesystem::perms::owner_all);
-  {
-    CDQLobReader deleting(path.c_str(), 1, true);
-    EXPECT_TRUE(deleting.Open());
-  }
-  EXPECT_EQ(directory.Count(), 0u);
+  EXPECT_TRUE(CDQLobReader(path.c_str(), 1, true).Open());
+  EXPECT_EQ(directory.Count(), 0u) << "even if it was open";
 }
 
 }  // namespace

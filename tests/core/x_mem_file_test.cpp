@@ -26,8 +26,8 @@ TEST(XMemFile, TheProfileKeepsItsBytes) {
   CXMemFile other;
   other.Write("longer than that", 16);
   EXPECT_TRUE(other.ReadRegistry("s", "b"));
-  EXPECT_EQ(Bytes(other), std::string("a\0b", 3));
   EXPECT_EQ(other.GetPosition(), 0);
+  EXPECT_EQ(Bytes(other), std::string("a\0b", 3));
   DeleteRegistryTree(kCurrentUser, "Software\\Velmora");
 }
 
