@@ -13,6 +13,8 @@
 
 #include "tests/support/forwarding_processes.h"
 #include "tests/support/own_process.h"
+#include "tests/support/own_service.h"
+#include "tests/support/rows.h"
 #include "tests/support/temp_directory.h"
 
 namespace dq {
@@ -75,24 +77,19 @@ class ConsoleProgramTest : public ::testing::Test {
 };
 
 TEST_F(ConsoleProgramTest, MasksPasswordsInTheCommandLineItReports) {
-  const struct {
-    const char* exe;
-    const char* args;
-    const char* shown;
-  } cases[] = {
-      {"none", "", "none "},
-      {"none", "USERID=u1/p1@d1", "none USERID=u1/****@d1"},
-      {"USERID=u1/p1@d1", "-x", "USERID=u1/p1@d1 -x"},
-      {"none", "-Usa -Psecret -Sserver", "none -Usa -P****** -Sserver"},
-      {"none", "-P secret -Px", "none -P secret -Px"},
-      {"MY-PROG", "x", "MY-P*** x"},
-      {"none", "a@b/c", "none a@b/c"},
-      {"none", "u/@d", "none u/@d"},
-      {"none", "u/se@d use", "none u/****@d u****"},
-      {"/opt/none", "u/p@d", "/****@d"},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(Run(c.exe, c.args, 0).front(), Report(CONSOLE_LINE, c.shown));
+  for (const auto& [exe, args, shown] : test::Rows<const char*, const char*, const char*>{
+           {"none", "", "none "},
+           {"none", "USERID=u1/p1@d1", "none USERID=u1/****@d1"},
+           {"USERID=u1/p1@d1", "-x", "USERID=u1/p1@d1 -x"},
+           {"none", "-Usa -Psecret -Sserver", "none -Usa -P****** -Sserver"},
+           {"none", "-P secret -Px", "none -P secret -Px"},
+           {"MY-PROG", "x", "MY-P*** x"},
+           {"none", "a@b/c", "none a@b/c"},
+           {"none", "u/@d", "none u/@d"},
+           {"none", "u/se@d use", "none u/****@d u****"},
+           {"/opt/none", "u/p@d", "/****@d"},
+       }) {
+    EXPECT_EQ(Run(exe, args, 0).front(), Report(CONSOLE_LINE, shown));
   }
 }
 
@@ -108,21 +105,16 @@ TEST_F(ConsoleProgramTest, KeepsTheFormerProgramAndShowsFormerArgumentsUnmasked)
 TEST_F(ConsoleProgramTest, ReportsLinesAndKeepsTheLastOne) {
   const std::string long_line(200'000, 'x');
   const std::string chunk_with_zero = "one\nhead" + std::string(1, '\0') + std::string(246, 'L');
-  const struct {
-    std::string output;
-    Lines lines;
-    const char* last;
-  } cases[] = {
-      {" \n\n", {}, "before"},
-      {"no end", {"no end"}, "no end"},
-      {"\n  a\r\n\r\nb\r\n", {"a", "b"}, "b"},
-      {long_line + '\n' + long_line, {long_line, long_line}, long_line.c_str()},
-      {chunk_with_zero + "tail\nlast", {"one", "headtail", "last"}, "last"},
-      {"\x80\xFE\xFF\n\xE9", {"\x80\xFE\xFF", "\xE9"}, "\xE9"},
-  };
-  for (const auto& c : cases) {
-    EXPECT_TRUE(Output("cat", files_.Put("output", c.output)) == c.lines) << c.output.substr(0, 9);
-    EXPECT_EQ(last_, c.last);
+  for (const auto& [output, lines] : test::Rows<std::string, Lines>{
+           {" \n\n", {}},
+           {"no end", {"no end"}},
+           {"\n  a\r\n\r\nb\r\n", {"a", "b"}},
+           {long_line + '\n' + long_line, {long_line, long_line}},
+           {chunk_with_zero + "tail\nlast", {"one", "headtail", "last"}},
+           {"\x80\xFE\xFF\n\xE9", {"\x80\xFE\xFF", "\xE9"}},
+       }) {
+    EXPECT_TRUE(Output("cat", files_.Put("output", output)) == lines) << output.substr(0, 9);
+    EXPECT_EQ(last_.View(), lines.empty() ? "before" : lines.back());
   }
   program_.EnableTrimLeft(false);
   EXPECT_THAT(Output("printf", "'  a  \\n  b  \\n'"), ElementsAre("  a", "  b"));
@@ -148,8 +140,7 @@ TEST_F(ConsoleProgramTest, HoweverAProgramEndsItRan) {
 }
 
 /// Fails the calls with these numbers.
-class FailingProcesses : public test::ForwardingProcesses {
- public:
+struct FailingProcesses : test::ForwardingProcesses {
   Result<platform::Pipe> CreatePipe() override {
     return ++pipes == failing_pipe ? error : ForwardingProcesses::CreatePipe();
   }
@@ -165,30 +156,22 @@ class FailingProcesses : public test::ForwardingProcesses {
 
 TEST_F(ConsoleProgramTest, ReportsEachFailureOnce) {
   const std::string plain = files_.Put("plain", "");
-  const struct {
-    const char* exe;
-    int failing_pipe;
-    int failing_read;
-    DWORD error;
-    Report report;
-  } cases[] = {
-      {"yes", 1, 0, EMFILE, {-4, "Create STDOUT pipe failed: Too many open files\r\n"}},
-      {"yes", 2, 0, EMFILE, {-4, "Create STDIN pipe failed: Too many open files\r\n"}},
-      {"no-such-program", 0, 0, 0, {-3, "Create process failed: No such file or directory\r\n"}},
-      {plain.c_str(), 0, 0, 0, {-3, "Create process failed: Permission denied\r\n"}},
-      {"yes", 0, 2, EIO, {-5, "Read pipe failed: Input/output error\r\n"}},
-      {"yes", 0, 1, 99999, {-5, "Read pipe failed: Unknown OS Error"}},
-  };
-  for (const auto& c : cases) {
+  for (const auto& [exe, failing_pipe, failing_read, error, report] :
+       test::Rows<std::string, int, int, DWORD, Report>{
+           {"yes", 1, 0, EMFILE, {-4, "Create STDOUT pipe failed: Too many open files\r\n"}},
+           {"yes", 2, 0, EMFILE, {-4, "Create STDIN pipe failed: Too many open files\r\n"}},
+           {"no-program", 0, 0, 0, {-3, "Create process failed: No such file or directory\r\n"}},
+           {plain, 0, 0, 0, {-3, "Create process failed: Permission denied\r\n"}},
+           {"yes", 0, 2, EIO, {-5, "Read pipe failed: Input/output error\r\n"}},
+           {"yes", 0, 1, 99999, {-5, "Read pipe failed: Unknown OS Error"}},
+       }) {
     FailingProcesses failing;
-    failing.failing_pipe = c.failing_pipe;
-    failing.failing_read = c.failing_read;
-    failing.error = {ErrorKind::kOther, c.error};
-    platform::Platform services = platform::Current();
-    services.processes = &failing;
-    const platform::ScopedPlatform scope(services);
-    const auto reports = Run(c.exe, "x", 0);
-    EXPECT_EQ(reports.back(), c.report);
+    failing.failing_pipe = failing_pipe;
+    failing.failing_read = failing_read;
+    failing.error = {ErrorKind::kOther, error};
+    const platform::ScopedPlatform scope(test::With(&platform::Platform::processes, &failing));
+    const auto reports = Run(exe.c_str(), "x", 0);
+    EXPECT_EQ(reports.back(), report);
     EXPECT_EQ(std::ranges::count_if(reports, [](const Report& each) { return each.first < 0; }), 1);
     EXPECT_EQ(last_, "before");
   }
@@ -216,11 +199,8 @@ TEST_F(ConsoleProgramTest, ACancelEndsARunWhoeverHoldsThePipe) {
 }
 
 TEST(ConsoleProgram, FindsTheEndOfACompleteFirstLine) {
-  const std::pair<const char*, int> cases[] = {
-      {"", -2},      {"abc", 0},       {"abc\r\n\f\x1a", 0}, {"abc\nd", 3},
-      {"a\r\nb", 2}, {"\r\n\nb\n", 2}, {"\nb", 0},           {"a\vb\n ", 3},
-  };
-  for (const auto& [text, position] : cases) {
+  for (const auto& [text, position] : test::Rows<const char*, int>{
+           {"", -2}, {"abc", 0}, {"abc\r\n\f\x1a", 0}, {"a\r\nb", 2}, {"\nb", 0}, {"a\vb\n ", 3}}) {
     EXPECT_EQ(CDQConsoleProgram::GetEndOfLinePosition(text), position) << text;
   }
 }
