@@ -80,11 +80,12 @@ TEST(WindowTree, EndsParentsFirstAndTellsTheLastToChildren) {
     CWnd late;
     EXPECT_FALSE(late.CreateWnd({.class_name = "Late", .parent = &top}));
   };
+  LogWnd last(log, &top, 5);
   left.on[WM_DESTROY] = [&] { right.DestroyWindow(); };
   log.clear();
   EXPECT_TRUE(top.DestroyWindow());
-  EXPECT_EQ(log, (Log{"1:2", "2:2", "4:2", "3:2"}));
-  for (const LogWnd* window : {&top, &left, &inner, &right}) {
+  EXPECT_EQ(log, (Log{"1:2", "2:2", "4:2", "3:2", "5:2"}));
+  for (const LogWnd* window : {&top, &left, &inner, &right, &last}) {
     EXPECT_EQ(window->GetSafeHwnd(), nullptr);
     EXPECT_EQ(window->ended, 1);
   }

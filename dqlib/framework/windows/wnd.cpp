@@ -114,17 +114,20 @@ BOOL CWnd::DestroyWindow() {
     return 0;
   }
   destroying_ = true;
-  std::vector<HWND> tree{self};
-  for (std::size_t at = 0; at < tree.size(); ++at) {
-    CWnd* const window = MessageQueue::FindOwnWindow(tree[at]);
+  // The last one is the next to be told.
+  std::vector<HWND> waiting{self};
+  while (!waiting.empty()) {
+    const HWND next = waiting.back();
+    waiting.pop_back();
+    CWnd* const window = MessageQueue::FindOwnWindow(next);
     if (window == nullptr) continue;
     window->destroying_ = true;
     if (!window->DestroyOwned()) continue;
     window->WindowProc(WM_DESTROY, 0, 0);
     // The handler may have ended it; what it had below is gone then.
-    if (MessageQueue::FindOwnWindow(tree[at]) != window) continue;
-    for (CWnd* child = window->first_child_; child != nullptr; child = child->next_) {
-      tree.push_back(child->m_hWnd);
+    if (MessageQueue::FindOwnWindow(next) != window) continue;
+    for (CWnd* child = window->last_child_; child != nullptr; child = child->previous_) {
+      waiting.push_back(child->m_hWnd);
     }
   }
   if (MessageQueue::FindOwnWindow(self) == this) TakeDownTree();
