@@ -43,7 +43,6 @@ TEST(OutputMessageTraits, TellSourceAndKind) {
            {1, kWarning, "Program", 0},
            {2, kError, "Program", 0},
            {3, kInformation, "DBMS", 0},
-           {4, kWarning, "DBMS", 0},
            {5, kError, "DBMS", 0},
            {6, kTaskStart, "", 44030},
            {7, kTaskEnd, "", 44031},
@@ -80,33 +79,29 @@ TEST(CDQOutputMessage, WithoutAMainWindowJustSetsItsFields) {
 }
 
 TEST(CDQOutputMessage, IsWithTheMainWindowWhenTheSendReturns) {
-  const struct {
-    std::function<void(CDQOutputMessage&)> send;
-    WPARAM first;
-    int type;
-    const char* text;
-    const char* target;
-  } cases[] = {
-      {[](auto& m) { m.SendInfoMessage("hello"); }, 0, 0, "hello", "kept"},
-      {[](auto& m) { m.SendInfoMessage(IDS_UNKNOWN_OS_ERROR); }, 0, 0, "Unknown OS Error", "kept"},
-      {[](auto& m) { m.SendErrorMessage("bad", ""); }, 1, 2, "bad", ""},
-      {[](auto& m) { m.SendErrorMessage("bad", nullptr); }, 0, 2, "bad", "kept"},
-      {[](auto& m) { m.SendErrorMessage(IDS_UNKNOWN_OS_ERROR, "T"); }, 1, 2, "Unknown OS Error",
-       "T"},
-      {[](auto& m) { m.SendErrorMessage(m.GetTarget(), m.GetTarget()); }, 1, 2, "kept", "kept"},
-  };
-  for (const auto& row : cases) {
+  using Send = void (*)(CDQOutputMessage&);
+  constexpr UINT kId = IDS_UNKNOWN_OS_ERROR;
+  for (const auto& [send, first, type, text, target] :
+       test::Rows<Send, WPARAM, int, const char*, const char*>{
+           {[](auto& m) { m.SendInfoMessage("hello"); }, 0, 0, "hello", "kept"},
+           {[](auto& m) { m.SendInfoMessage(kId); }, 0, 0, "Unknown OS Error", "kept"},
+           {[](auto& m) { m.SendErrorMessage("bad", ""); }, 1, 2, "bad", ""},
+           {[](auto& m) { m.SendErrorMessage("bad", nullptr); }, 0, 2, "bad", "kept"},
+           {[](auto& m) { m.SendErrorMessage(kId, "T"); }, 1, 2, "Unknown OS Error", "T"},
+           {[](auto& m) { m.SendErrorMessage(m.GetTarget(), m.GetTarget()); }, 1, 2, "kept",
+            "kept"},
+       }) {
     testing::MainWindow window;
     CDQOutputMessage message(OUTPUT_DBMS_ERROR, "old");
     message.SendErrorMessage("first", "kept");
-    row.send(message);
-    ASSERT_EQ(window.messages.size(), 2U) << row.text;
-    EXPECT_EQ(window.messages[1].message, 33801U) << row.text;
-    EXPECT_EQ(window.messages[1].first, row.first) << row.text;
-    EXPECT_EQ(&testing::MainWindow::Output(window.messages[1]), &message) << row.text;
-    EXPECT_EQ(message.GetType(), row.type) << row.text;
-    EXPECT_EQ(message.GetText(), row.text);
-    EXPECT_EQ(message.GetTarget(), row.target) << row.text;
+    send(message);
+    ASSERT_EQ(window.messages.size(), 2U) << text;
+    EXPECT_EQ(window.messages[1].message, 33801U) << text;
+    EXPECT_EQ(window.messages[1].first, first) << text;
+    EXPECT_EQ(&testing::MainWindow::Output(window.messages[1]), &message) << text;
+    EXPECT_EQ(message.GetType(), type) << text;
+    EXPECT_EQ(message.GetText(), text);
+    EXPECT_EQ(message.GetTarget(), target) << text;
   }
 }
 
