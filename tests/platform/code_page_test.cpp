@@ -7,6 +7,8 @@
 #include <string>
 #include <wctype.h>
 
+#include "tests/support/rows.h"
+
 namespace dq::platform {
 namespace {
 
@@ -81,56 +83,49 @@ TEST(CodePage, SingleBytesHaveTheCaseAndClassOfTheirCharacters) {
 }
 
 TEST(CodePage, OnlyFullWidthLatinLettersBehindTheLeadBytesHaveCase) {
-  struct {
-    UINT page;
-    std::set<int> edges;  // Where lead bytes begin or end, going up.
-  } const cases[] = {{932, {0x81, 0xA0, 0xE0, 0xFD}},
-                     {936, {0x81, 0xFF}},
-                     {949, {0x81, 0xFF}},
-                     {950, {0x81, 0xFF}},
-                     {0, {}},
-                     {1252, {}}};
-  for (const auto& c : cases) {
+  // Where lead bytes begin or end, going up.
+  for (const auto& [number, edges] :
+       test::Rows<UINT, std::set<int>>{{932, {0x81, 0xA0, 0xE0, 0xFD}},
+                                       {936, {0x81, 0xFF}},
+                                       {949, {0x81, 0xFF}},
+                                       {950, {0x81, 0xFF}},
+                                       {0, {}},
+                                       {1252, {}}}) {
+    const CodePage& page = *CodePage::Get(number);
     std::set<std::string> upper;
     std::set<std::string> lower;
-    for (unsigned i = 0; i < 26 && !c.edges.empty(); ++i) {
-      upper.insert(Encode(c.page, 0xFF21 + i));
-      lower.insert(Encode(c.page, 0xFF41 + i));
-      EXPECT_EQ(Lower(c.page, Encode(c.page, 0xFF21 + i)), Encode(c.page, 0xFF41 + i));
-      EXPECT_EQ(Upper(c.page, Encode(c.page, 0xFF41 + i)), Encode(c.page, 0xFF21 + i));
+    for (unsigned i = 0; i < 26 && !edges.empty(); ++i) {
+      upper.insert(Encode(number, 0xFF21 + i));
+      lower.insert(Encode(number, 0xFF41 + i));
+      EXPECT_EQ(Lower(number, Encode(number, 0xFF21 + i)), Encode(number, 0xFF41 + i));
+      EXPECT_EQ(Upper(number, Encode(number, 0xFF41 + i)), Encode(number, 0xFF21 + i));
     }
-    EXPECT_EQ(CodePage::Get(c.page)->IsSingleByte(), c.edges.empty());
+    EXPECT_EQ(page.IsSingleByte(), edges.empty());
     bool lead = false;
     for (int byte = 0; byte < 0x100; ++byte) {
-      lead ^= c.edges.contains(byte);
-      EXPECT_EQ(CodePage::Get(c.page)->IsLeadByte(static_cast<unsigned char>(byte)), lead)
-          << c.page << " byte " << byte;
+      lead ^= edges.contains(byte);
+      EXPECT_EQ(page.IsLeadByte(static_cast<unsigned char>(byte)), lead)
+          << number << " byte " << byte;
       for (int trail = 0; trail < 0x100 && lead; ++trail) {
         const std::string pair = {static_cast<char>(byte), static_cast<char>(trail)};
-        SCOPED_TRACE(testing::Message() << c.page << ' ' << testing::PrintToString(pair));
-        EXPECT_EQ(Lower(c.page, pair) != pair, upper.contains(pair));
-        EXPECT_EQ(Upper(c.page, pair) != pair, lower.contains(pair));
+        SCOPED_TRACE(testing::Message() << number << ' ' << testing::PrintToString(pair));
+        EXPECT_EQ(Lower(number, pair) != pair, upper.contains(pair));
+        EXPECT_EQ(Upper(number, pair) != pair, lower.contains(pair));
       }
     }
   }
 }
 
 TEST(CodePage, CaseChangesByCharacter) {
-  EXPECT_EQ(Upper(932,
-                  "a\x83"
-                  "abc"),
-            "A\x83"
-            "aBC");                           // A second byte that looks like a letter.
-  EXPECT_EQ(Upper(936, "ab\x81"), "AB\x81");  // A lead byte at the very end.
-  EXPECT_EQ(Upper(1252,
-                  "stra\xDF"
-                  "e \xFF"),
-            "STRA\xDF"
-            "E \x9F");
-  EXPECT_EQ(Upper(0, "gr\xC3\xBC\xC3\x9F"), "GR\xC3\xBC\xC3\x9F");
-  EXPECT_EQ(CodePage::Get(932)->CharacterSize("\x83"
-                                              "a"),
-            2U);
+  for (const auto& [page, text, upper] : test::Rows<UINT, const char*, const char*>{
+           {932, "a\x83\x61\x62\x63",
+            "A\x83\x61\x42\x43"},      // a second byte that looks like a letter
+           {936, "ab\x81", "AB\x81"},  // a lead byte at the very end
+           {1252, "ra\xDF \xFF", "RA\xDF \x9F"},
+           {0, "gr\xC3\xBC\xC3\x9F", "GR\xC3\xBC\xC3\x9F"}}) {
+    EXPECT_EQ(Upper(page, text), upper);
+  }
+  EXPECT_EQ(CodePage::Get(932)->CharacterSize("\x83\x61"), 2U);
   EXPECT_EQ(CodePage::Get(932)->CharacterSize("\x83"), 1U);
 }
 

@@ -26,8 +26,7 @@ TEST(SplitCommandLine, CutsAtBlanksAndTakesQuotesAway) {
       {"'a\\'b' \"a\\\"b\"", {"a'b", "a\"b"}},
       {"C:\\dir\\file a\\ b \\\\", {"C:\\dir\\file", "a\\", "b", "\\\\"}},
       {"$HOME *.sql ~ `x` ; | > #c", {"$HOME", "*.sql", "~", "`x`", ";", "|", ">", "#c"}},
-      {"'no end", {"no end"}},
-  };
+      {"'no end", {"no end"}}};
   for (const auto& [line, expected] : cases) EXPECT_EQ(Split(line), expected) << line;
 }
 

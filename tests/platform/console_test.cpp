@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "dqlib/platform/platform.h"
+#include "tests/support/own_process.h"
 
 namespace dq::platform {
 namespace {
@@ -41,9 +42,7 @@ TEST(Console, RequestsThatWereIgnoredStayIgnored) {
 }
 
 TEST(Console, NoWatchAndNothingLeftBehindWithoutAThread) {
-  const int lowest_free = dup(STDIN_FILENO);
-  ASSERT_NE(lowest_free, -1);
-  close(lowest_free);
+  const auto descriptors = test::OpenDescriptors();
   pthread_attr_t former, huge;
   ASSERT_EQ(pthread_getattr_default_np(&former), 0);
   ASSERT_EQ(pthread_getattr_default_np(&huge), 0);
@@ -52,9 +51,7 @@ TEST(Console, NoWatchAndNothingLeftBehindWithoutAThread) {
   EXPECT_EQ(System().console->WatchStopRequests([] { ADD_FAILURE(); }), nullptr);
   pthread_setattr_default_np(&former);
   EXPECT_EQ(PresentHandler(SIGTERM), SIG_DFL);
-  const int still_free = dup(STDIN_FILENO);
-  EXPECT_EQ(still_free, lowest_free);
-  close(still_free);
+  EXPECT_EQ(test::OpenDescriptors(), descriptors);
   pthread_attr_destroy(&huge);
   pthread_attr_destroy(&former);
 }

@@ -2,38 +2,37 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/rows.h"
+
 namespace dq::platform::posix {
 namespace {
 
+using Pairs = test::Rows<const char*, const char*>;
+
 TEST(DatePictures, TranslateElementsAndQuoteText) {
-  struct {
-    const char* pattern;
-    const char* picture;
-  } const cases[] = {
-      {"%0e %_d %-m %#m %0k", "dd d M M HH"},
-      {"%A %a %B %h %G %g", "dddd ddd MMMM MMM yyyy yy"},
-      {"%D %F", "MM/dd/yy yyyy-MM-dd"},
-      {"%T %R", "HH:mm:ss HH:mm"},
-      {"%k:%M %l:%M %P", "H:mm h:mm tt"},
-      {"%Oy/%Om/%Od %EY", "yy/MM/dd yyyy"},
-      {"%I:%M:%S %p %Z", "hh:mm:ss tt"},
-      {"%H %Z:%M", "HH:mm"},
-      {"%n%H%t%M%%", "HH mm%"},
-      {"kl. %H.%M %z", "'kl'. HH.mm"},
-      {"%Y\xE5\xB9\xB4%m\xE6\x9C\x88", "yyyy'\xE5\xB9\xB4'MM'\xE6\x9C\x88'"},
-      // The second byte of a two-byte character may look like a letter or a bracket.
-      {"%Y\x83"
-       "a\x83[ %m",
-       "yyyy'\x83"
-       "a\x83[' MM"},
-      {"%H o'clock", "HH 'o''clock'"},
-      {"%H'%M''", "HH''mm''''"},
-      {"%", ""},
-      {"%H%-", "HH"},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(TimePicture({.time = c.pattern}), c.picture) << c.pattern;
-    EXPECT_EQ(ShortDatePicture({.date = c.pattern}), c.picture) << c.pattern;
+  for (const auto& [pattern, picture] :
+       Pairs{{"%0e %_d %-m %#m %0k", "dd d M M HH"},
+             {"%A %a %B %h %G %g", "dddd ddd MMMM MMM yyyy yy"},
+             {"%D %F", "MM/dd/yy yyyy-MM-dd"},
+             {"%T %R", "HH:mm:ss HH:mm"},
+             {"%k:%M %l:%M %P", "H:mm h:mm tt"},
+             {"%Oy/%Om/%Od %EY", "yy/MM/dd yyyy"},
+             {"%I:%M:%S %p %Z", "hh:mm:ss tt"},
+             {"%H %Z:%M", "HH:mm"},
+             {"%n%H%t%M%%", "HH mm%"},
+             {"kl. %H.%M %z", "'kl'. HH.mm"},
+             {"%Y\xE5\xB9\xB4%m\xE6\x9C\x88", "yyyy'\xE5\xB9\xB4'MM'\xE6\x9C\x88'"},
+             // The second byte of a two-byte character may look like a letter or a bracket.
+             {"%Y\x83"
+              "a\x83[ %m",
+              "yyyy'\x83"
+              "a\x83[' MM"},
+             {"%H o'clock", "HH 'o''clock'"},
+             {"%H'%M''", "HH''mm''''"},
+             {"%", ""},
+             {"%H%-", "HH"}}) {
+    EXPECT_EQ(TimePicture({.time = pattern}), picture) << pattern;
+    EXPECT_EQ(ShortDatePicture({.date = pattern}), picture) << pattern;
   }
 }
 
@@ -47,22 +46,17 @@ TEST(DatePictures, FollowPatternsThatNameOthers) {
 }
 
 TEST(DatePictures, LongDateIsTheDateOfTheDateAndTimeWithFullNames) {
-  struct {
-    const char* date_time;
-    const char* picture;
-  } const cases[] = {
-      {"%a %b %e %H:%M:%S %Y", "dddd MMMM d yyyy"},
-      {"%a, %d %b %Y, %X", "dddd, dd MMMM yyyy"},
-      {"%Y. %b. %-e., %A, %H:%M:%S %Z", "yyyy. MMMM. d., dddd"},
-      {"%T, %d.%m.%Y", "dd.MM.yyyy"},
-      {"%d-%m-%Y ora %H:%M", "dd-MM-yyyy"},
-      {"%Y\xE5\xB9\xB4%d\xE6\x97\xA5 %H\xE6\x99\x82%M\xE5\x88\x86",
-       "yyyy'\xE5\xB9\xB4'dd'\xE6\x97\xA5'"},
-      {"", "dd.MM.yyyy"},
-  };
-  for (const auto& c : cases) {
-    const DatePatterns patterns{.date_time = c.date_time, .date = "%d.%m.%Y", .time = "%T"};
-    EXPECT_EQ(LongDatePicture(patterns), c.picture) << c.date_time;
+  for (const auto& [date_time, picture] :
+       Pairs{{"%a %b %e %H:%M:%S %Y", "dddd MMMM d yyyy"},
+             {"%a, %d %b %Y, %X", "dddd, dd MMMM yyyy"},
+             {"%Y. %b. %-e., %A, %H:%M:%S %Z", "yyyy. MMMM. d., dddd"},
+             {"%T, %d.%m.%Y", "dd.MM.yyyy"},
+             {"%d-%m-%Y ora %H:%M", "dd-MM-yyyy"},
+             {"%Y\xE5\xB9\xB4%d\xE6\x97\xA5 %H\xE6\x99\x82%M\xE5\x88\x86",
+              "yyyy'\xE5\xB9\xB4'dd'\xE6\x97\xA5'"},
+             {"", "dd.MM.yyyy"}}) {
+    const DatePatterns patterns{.date_time = date_time, .date = "%d.%m.%Y", .time = "%T"};
+    EXPECT_EQ(LongDatePicture(patterns), picture) << date_time;
   }
 }
 
@@ -76,15 +70,10 @@ TEST(DatePictures, SeparatorIsWhatStandsBetweenTheFirstTwoElements) {
 }
 
 TEST(DatePictures, TellTheOrderOfTheDateAndTheClock) {
-  struct {
-    const char* picture;
-    const char* order;
-  } const dates[] = {
-      {"M/d/yyyy", "0"},        {"d.M.yy", "1"},       {"yyyy-MM-dd", "2"},
-      {"yy dd. MM", "2"},       {"dddd, MMMM d", "0"}, {"dddd dd MMM yyyy", "1"},
-      {"'yd' M 'd'/dd/y", "0"}, {"dddd", "1"},
-  };
-  for (const auto& c : dates) EXPECT_EQ(DateOrder(c.picture), c.order) << c.picture;
+  const Pairs orders = {{"M/d/yyyy", "0"},        {"d.M.yy", "1"},       {"yyyy-MM-dd", "2"},
+                        {"yy dd. MM", "2"},       {"dddd, MMMM d", "0"}, {"dddd dd MMM yyyy", "1"},
+                        {"'yd' M 'd'/dd/y", "0"}, {"dddd", "1"}};
+  for (const auto& [picture, order] : orders) EXPECT_EQ(DateOrder(picture), order) << picture;
   EXPECT_TRUE(HasTwentyFourHours("'h' H:mm"));
   EXPECT_FALSE(HasTwentyFourHours("'H' h''mm tt"));
 }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/rows.h"
 #include "tests/support/scripted_locale.h"
 
 namespace dq::platform {
@@ -14,35 +15,28 @@ TEST(DateText, LaysOutPictures) {
                   {LOCALE_SMONTHNAME1 + 2, "March"},
                   {LOCALE_SABBREVMONTHNAME1 + 2, "Mar"}};
   const SYSTEMTIME date{.wYear = 2004, .wMonth = 3, .wDay = 1};
-  const struct {
-    const char* picture;
-    const char* text;
-  } cases[] = {
-      {"d/M/y", "1/3/4"},
-      {"dd.MM.yy", "01.03.04"},
-      {"ddd, MMM yyyy", "Mon, Mar 2004"},
-      {"dddddMMMMMyyyyy", "MondayMarch2004"},
-      {"yyy", "2004"},
-      {"d 'de' MMMM", "1 de March"},
-      {"d 'o''clock' ''M", "1 o'clock 3"},
-      {"''''d", "'1"},
-      {"'d", "d"},
-      {"'", ""},
-      {"", ""},
-      {"x\xC3\xA9h", "x\xC3\xA9h"},
+  const auto lay_out = [&locale](const SYSTEMTIME& time, const char* picture) {
+    return LayOutDate(time, picture, locale, LOCALE_USER_DEFAULT);
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(LayOutDate(date, c.picture, locale, LOCALE_USER_DEFAULT), c.text) << c.picture;
-  }
-  EXPECT_EQ(LayOutDate({.wYear = 2003, .wMonth = 2, .wDay = 29}, "d", locale, LOCALE_USER_DEFAULT),
-            "");
-  EXPECT_EQ(LayOutDate({}, "d", locale, LOCALE_USER_DEFAULT), "");
+  const test::Rows<const char*, const char*> rows = {{"d/M/y", "1/3/4"},
+                                                     {"dd.MM.yy", "01.03.04"},
+                                                     {"yyy", "2004"},
+                                                     {"ddd, MMM y", "Mon, Mar 4"},
+                                                     {"d 'de' MMMM", "1 de March"},
+                                                     {"dddddMMMMMyyyyy", "MondayMarch2004"},
+                                                     {"d 'o''clock' ''M", "1 o'clock 3"},
+                                                     {"''''d", "'1"},
+                                                     {"'d", "d"},
+                                                     {"'", ""},
+                                                     {"", ""},
+                                                     {"x\xC3\xA9h", "x\xC3\xA9h"}};
+  for (const auto& [picture, text] : rows) EXPECT_EQ(lay_out(date, picture), text) << picture;
+  EXPECT_EQ(lay_out({.wYear = 2003, .wMonth = 2, .wDay = 29}, "d"), "");
+  EXPECT_EQ(lay_out({}, "d"), "");
 }
 
 TEST(DateText, CountsEveryDayOnce) {
-  int year = 100;
-  int month = 1;
-  int day = 1;
+  int year = 100, month = 1, day = 1;
   int week_day = DayOfWeek(year, month, day);
   for (long days = DaysFromOrigin(year, month, day); year < 2500; ++days) {
     int back[3] = {};

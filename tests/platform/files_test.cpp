@@ -1,24 +1,23 @@
 #include "dqlib/platform/files.h"
 
-#include <algorithm>
-#include <csignal>
 #include <filesystem>
 #include <functional>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <memory>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "dqlib/platform/posix/mount_table.h"
 #include "dqlib/platform/posix/system_services.h"
 #include "tests/support/failing_system_calls.h"
+#include "tests/support/forked_process.h"
+#include "tests/support/rows.h"
 #include "tests/support/temp_directory.h"
 
 namespace dq::platform {
 namespace {
 
 namespace fs = std::filesystem;
+using test::Rows;
 
 struct FilesTest : testing::Test {
   test::TempDirectory dir;
@@ -73,38 +72,30 @@ TEST_F(FilesTest, ShareModesHoldWithinAndBetweenProcesses) {
   const OpenOptions read_deny_write{.deny_write = true};
   const OpenOptions write_deny_write{.read = false, .write = true, .deny_write = true};
   const OpenOptions exclusive{.deny_read = true};
-  struct Row {
-    const char* rule;
-    OpenOptions first;
-    OpenOptions second;
-    bool allowed;
-  };
-  const Row rows[] = {
-      {"readers", read, read, true},
-      {"writers", write, write, true},
-      {"reader and writer", read, both, true},
-      {"one that denies, and a reader", write_deny_write, read, true},
-      {"one that denies, and a writer", read_deny_write, write, false},
-      {"a writer, and one that denies", both, read_deny_write, false},
-      {"two readers that deny writing", read_deny_write, read_deny_write, true},
-      {"two writers that deny writing", write_deny_write, write_deny_write, false},
-      {"one alone, and a reader", exclusive, read, false},
-      {"a reader, and one alone", read, exclusive, false},
-      {"two alone", exclusive, exclusive, false},
-      {"one alone, and a writer", exclusive, write, false},
-  };
-  for (const Row& row : rows) {
-    const ErrorKind expected = row.allowed ? ErrorKind::kNone : ErrorKind::kBusy;
-    const Result<HANDLE> first = files.Open(path, row.first);
-    ASSERT_TRUE(first.ok()) << row.rule;
-    EXPECT_EQ(TryOpen(path, row.second), expected) << row.rule;
-    const pid_t child = fork();
-    if (child == 0) _exit(TryOpen(path, row.second) == expected ? 0 : 1);
-    int status = -1;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0) << row.rule << ", in another process";
+  for (const auto& [rule, first_options, second, allowed] :
+       Rows<const char*, OpenOptions, OpenOptions, bool>{
+           {"readers", read, read, true},
+           {"writers", write, write, true},
+           {"reader and writer", read, both, true},
+           {"one that denies, and a reader", write_deny_write, read, true},
+           {"one that denies, and a writer", read_deny_write, write, false},
+           {"a writer, and one that denies", both, read_deny_write, false},
+           {"two readers that deny writing", read_deny_write, read_deny_write, true},
+           {"two writers that deny writing", write_deny_write, write_deny_write, false},
+           {"one alone, and a reader", exclusive, read, false},
+           {"a reader, and one alone", read, exclusive, false},
+           {"two alone", exclusive, exclusive, false},
+           {"one alone, and a writer", exclusive, write, false}}) {
+    SCOPED_TRACE(rule);
+    const ErrorKind expected = allowed ? ErrorKind::kNone : ErrorKind::kBusy;
+    const Result<HANDLE> first = files.Open(path, first_options);
+    ASSERT_TRUE(first.ok());
+    EXPECT_EQ(TryOpen(path, second), expected);
+    const OpenOptions& others = second;
+    test::ForkedProcess other([&] { EXPECT_EQ(TryOpen(path, others), expected); });
+    EXPECT_TRUE(other.EndsWell());
     EXPECT_TRUE(files.Close(first.value).ok());
-    EXPECT_EQ(TryOpen(path, row.second), ErrorKind::kNone) << row.rule << ", after closing";
+    EXPECT_EQ(TryOpen(path, second), ErrorKind::kNone) << "after closing";
   }
   // What is denied isn't emptied either.
   const HANDLE holder = files.Open(path, exclusive).value;
@@ -132,39 +123,11 @@ TEST_F(FilesTest, ReplaceKeepsPermissionsAndLinks) {
   EXPECT_EQ(dir.Count(), 4u);
 }
 
-TEST_F(FilesTest, ReplaceAndCopySurviveTheFailureOfEachCall) {
+TEST_F(FilesTest, ChangesAreDoneOrNotWhicheverCallFails) {
   test::FailingSystemCalls calls;
   const std::unique_ptr<Files> failing = posix::MakeFiles(calls);
   const std::string large(700'000, 'n');
-  dir.Put("from", large);
-  for (const int error : {EIO, ENOSPC, EACCES, EINTR}) {
-    for (const bool copies : {false, true}) {
-      int call = 1;
-      for (;; ++call) {
-        dir.Put("to", "old");
-        calls.Fail(call, error);
-        const Error result = copies ? failing->Copy(dir / "from", dir / "to", true)
-                                    : failing->Replace(dir / "to", large, false);
-        const bool failed = calls.failed();
-        calls.Fail(0, 0);
-        const std::string now = dir.Get("to");
-        EXPECT_TRUE(now == large || (now == "old" && !result.ok())) << error << " at " << call;
-        EXPECT_TRUE(result.ok() || static_cast<int>(result.code) == error);
-        if (!failed) break;
-      }
-      EXPECT_GT(call, 5);
-    }
-  }
-  EXPECT_EQ(dir.Count(), 2u) << "temporary files are left";
-  calls.WriteAtMost(1000);
-  EXPECT_TRUE(failing->Replace(dir / "to", large, false).ok());
-  EXPECT_EQ(dir.Get("to"), large);
-}
-
-TEST_F(FilesTest, OtherChangesReportTheFailureOfEachCall) {
-  test::FailingSystemCalls calls;
-  const std::unique_ptr<Files> failing = posix::MakeFiles(calls);
-  using Change = std::function<Error()>;
+  dir.Put("large", large);
   const auto to_other_volume = [&] {
     calls.SplitVolumes();
     return failing->Rename(dir / "a", dir / "b");
@@ -182,60 +145,48 @@ TEST_F(FilesTest, OtherChangesReportTheFailureOfEachCall) {
     failing->Close(file.value);
     return error;
   };
-  const std::pair<Change, const char*> rows[] = {
+  const std::pair<std::function<Error()>, std::string> rows[] = {
       {append, "a+,(none)"},
       {[&] { return failing->Rename(dir / "a", dir / "b"); }, "(none),a"},
       {to_other_volume, "(none),a"},
       {[&] { return failing->Copy(dir / "a", dir / "b", false); }, "a,a"},
+      {[&] { return failing->Copy(dir / "large", dir / "a", true); }, large + ",(none)"},
+      {[&] { return failing->Replace(dir / "a", large, false); }, large + ",(none)"},
+      {[&] { return failing->Replace(dir / "link", "new", false); }, "new,(none)"},
       {[&] { return failing->MakeDirectory(dir / "made"); }, "a,(none)"},
       {[&] { return failing->MakeTempFile(dir.path(), "x").error; }, "a,(none)"},
       {find_all, "a,(none)"},
       {[&] { return failing->Volume(dir.path()).error; }, "a,(none)"},
       {[&] { return failing->Delete(dir / "a"); }, "(none),(none)"},
-      {[&] { return failing->Replace(dir / "link", "new", false); }, "new,(none)"},
       {[&] { return failing->SetModified(dir / "a", 1000); }, "a,(none)"},
       {[&] { return failing->SetAttributes(dir / "a", FILE_READ_ONLY); }, "a,(none)"},
       {[&] { return failing->RemoveDirectory(dir / "sub"); }, "a,(none)"},
   };
-  for (const auto& [change, done] : rows) {
-    bool failed = true;
-    for (int call = 1; failed; ++call) {
-      fs::remove(dir / "a");
-      fs::remove(dir / "b");
-      fs::remove(dir / "made");
-      dir.Put("a", "a");
-      fs::create_directory(dir / "sub");
-      if (!fs::is_symlink(dir / "link")) fs::create_symlink("a", dir / "link");
-      calls.Fail(call, EIO);
-      const Error error = change();
-      failed = calls.failed();
-      calls.Fail(0, 0);
-      const std::string now = dir.Get("a") + "," + dir.Get("b");
-      EXPECT_TRUE(now == done || (now == "a,(none)" && !error.ok())) << done << " at " << call;
-      EXPECT_TRUE(fs::is_symlink(dir / "link"));
-      EXPECT_TRUE(failed || error.ok()) << done;
+  for (const auto& row : rows) {
+    for (const int error : {EIO, ENOSPC, EACCES, EINTR}) {
+      bool failed = true;
+      for (int call = 1; failed; ++call) {
+        SCOPED_TRACE(testing::Message() << &row - rows << ", error " << error << " at " << call);
+        for (const char* name : {"a", "b", "made"}) fs::remove(dir / name);
+        dir.Put("a", "a");
+        fs::create_directory(dir / "sub");
+        if (!fs::is_symlink(dir / "link")) fs::create_symlink("a", dir / "link");
+        calls.Fail(call, error);
+        const Error result = row.first();
+        failed = calls.failed();
+        calls.Fail(0, 0);
+        const std::string now = dir.Get("a") + "," + dir.Get("b");
+        EXPECT_TRUE(now == row.second || (now == "a,(none)" && !result.ok()));
+        EXPECT_TRUE(fs::is_symlink(dir / "link"));
+        EXPECT_TRUE(result.ok() || (failed && static_cast<int>(result.code) == error));
+        EXPECT_TRUE(failed || call > 1) << "no call is made";
+        EXPECT_EQ(Names(dir / ".dq*").size(), 0u) << "temporary files are left";
+      }
     }
   }
-}
-
-/// Runs `work` in this many processes, which `stop` kills or, if it does nothing, come to their
-/// end.
-void InProcesses(
-    int count, const std::function<void(int)>& work,
-    const std::function<void(pid_t)>& stop = [](pid_t) {}) {
-  std::vector<pid_t> children;
-  for (int i = 0; i < count; ++i) {
-    const pid_t child = fork();
-    if (child == 0) {
-      work(i);
-      _exit(0);
-    }
-    children.push_back(child);
-  }
-  for (const pid_t child : children) {
-    stop(child);
-    waitpid(child, nullptr, 0);
-  }
+  calls.WriteAtMost(1000);
+  EXPECT_TRUE(failing->Replace(dir / "to", large, false).ok());
+  EXPECT_EQ(dir.Get("to"), large);
 }
 
 TEST_F(FilesTest, NothingThatIsAppendedIsLostToThoseWhoReplace) {
@@ -243,7 +194,7 @@ TEST_F(FilesTest, NothingThatIsAppendedIsLostToThoseWhoReplace) {
   constexpr int kLines = 200;
   const std::string path = dir.Put("log", "");
   const OpenOptions alone{.write = true, .append = true, .deny_write = true};
-  InProcesses(kProcesses, [&](int process) {
+  EXPECT_TRUE(test::AllEndWell(kProcesses, [&](int process) {
     for (int line = 0; line < kLines; ++line) {
       Result<HANDLE> file = files.Open(path, alone);
       while (file.error.kind == ErrorKind::kBusy) file = files.Open(path, alone);
@@ -256,7 +207,7 @@ TEST_F(FilesTest, NothingThatIsAppendedIsLostToThoseWhoReplace) {
       }
       files.Close(file.value);
     }
-  });
+  }));
   const std::string log = dir.Get("log");
   for (const char process : {'a', 'b', 'c', 'd'}) {
     EXPECT_EQ(std::count(log.begin(), log.end(), process), kLines) << process;
@@ -266,25 +217,25 @@ TEST_F(FilesTest, NothingThatIsAppendedIsLostToThoseWhoReplace) {
 TEST_F(FilesTest, WhatKilledWritersLeaveIsRemovedButNotWhatLiveOnesFill) {
   const std::string large(4'000'000, 'x');
   dir.Put(".dq1-2-x.tmp", "not ours");
-  const auto replace = [&](int process) {
-    const std::string path = dir / std::to_string(process);
-    while (files.Replace(path, large, false).ok()) continue;
-    dir.Put("failed", "");
-  };
-  const auto stop = [](pid_t child) {
-    usleep(1000);  // any moment will do
-    kill(child, SIGKILL);
-  };
   constexpr std::size_t kWithoutLeftovers = 5;
   constexpr int kRounds = 10;
   for (int i = 0; i < kRounds || dir.Count() <= kWithoutLeftovers; ++i) {
     ASSERT_LT(i, 50 * kRounds) << "no writer was killed while it filled a file";
-    InProcesses(4, replace, stop);
+    std::deque<test::ForkedProcess> writers;
+    for (const char* name : {"0", "1", "2", "3"}) {
+      writers.emplace_back([&, name] {
+        while (files.Replace(dir / name, large, false).ok()) continue;
+      });
+    }
+    for (test::ForkedProcess& writer : writers) {
+      usleep(1000);  // any moment will do
+      EXPECT_TRUE(writer.Kill()) << "a call failed";
+    }
   }
   EXPECT_TRUE(files.Replace(dir / "0", "last", false).ok());
   for (const char* other : {"1", "2", "3"}) dir.Put(other, "");
   EXPECT_EQ(dir.Count(), kWithoutLeftovers);
-  EXPECT_EQ(dir.Get("0") + dir.Get("failed"), "last(none)");
+  EXPECT_EQ(dir.Get("0"), "last");
 }
 
 TEST_F(FilesTest, ReadAllHasTheWholeOfAnyFile) {
@@ -459,23 +410,17 @@ TEST(MountTable, KnowsThePathsOfOtherMachines) {
       "31 21 0:41 / /mnt/n rw - tmpfs none rw\n"
       "32 21 0:42 / /mnt/n rw - nfs4 host:/export/home rw\n"
       "33 21 0:42 /team /mnt/team rw - nfs4 host:/export rw";
-  struct Row {
-    const char* path;
-    std::optional<std::string> universal;
-  };
-  const Row rows[] = {
-      {"/mnt/my disk/a/b", "\\\\server\\share\\a\\b"},
-      {"/mnt/my disk", "\\\\server\\share"},
-      {"/mnt/n/x", "\\\\host\\export\\home\\x"},
-      {"/mnt/team/x", "\\\\host\\export\\team\\x"},
-      {"/mnt/nx", {}},
-      {"/", {}},
-  };
-  for (const Row& row : rows) {
-    const auto mount = posix::FindMount(kTable, row.path);
-    ASSERT_TRUE(mount) << row.path;
-    EXPECT_EQ(posix::NetworkPath(*mount, row.path), row.universal) << row.path;
-    EXPECT_EQ(posix::IsRemote(*mount), row.universal.has_value()) << row.path;
+  for (const auto& [path, universal] : Rows<const char*, std::optional<std::string>>{
+           {"/mnt/my disk/a/b", "\\\\server\\share\\a\\b"},
+           {"/mnt/my disk", "\\\\server\\share"},
+           {"/mnt/n/x", "\\\\host\\export\\home\\x"},
+           {"/mnt/team/x", "\\\\host\\export\\team\\x"},
+           {"/mnt/nx", {}},
+           {"/", {}}}) {
+    const auto mount = posix::FindMount(kTable, path);
+    ASSERT_TRUE(mount) << path;
+    EXPECT_EQ(posix::NetworkPath(*mount, path), universal) << path;
+    EXPECT_EQ(posix::IsRemote(*mount), universal.has_value()) << path;
   }
   EXPECT_FALSE(posix::FindMount("", "/"));
 }

@@ -5,6 +5,7 @@
 #include <set>
 
 #include "dqlib/platform/platform.h"
+#include "tests/support/rows.h"
 
 namespace dq::platform {
 namespace {
@@ -17,28 +18,26 @@ DWORD Number(std::string_view data, std::size_t at, int bytes) {
   return number;
 }
 
-TEST(Modules, EveryModuleHasTheProgramsPath) {
+TEST(Modules, EachHasTheProgramsPathAndTheSystemsNothingButPictures) {
   Modules& modules = *System().modules;
   EXPECT_EQ(modules.FileName(nullptr), std::filesystem::canonical("/proc/self/exe"));
   EXPECT_EQ(modules.FileName(&modules.System()), modules.FileName(nullptr));
+  EXPECT_EQ(modules.System().Find(RESOURCE_CURSOR, 32517), nullptr);
+  EXPECT_EQ(modules.System().Find(RESOURCE_BITMAP, 32512), nullptr);
+  EXPECT_EQ(modules.System().String(32512), std::nullopt);
 }
 
 TEST(StockPictures, EachIsThereWithItsGroupAndUnlikeTheOthers) {
-  const struct {
-    WORD type;
-    WORD group_type;
-    int first;
-    int last;
-  } rows[] = {{RESOURCE_CURSOR, RESOURCE_GROUP_CURSOR, 32512, 32516},
-              {RESOURCE_CURSOR, RESOURCE_GROUP_CURSOR, 32640, 32651},
-              {RESOURCE_ICON, RESOURCE_GROUP_ICON, 32512, 32518}};
   std::set<std::string_view> different;
-  for (const auto& row : rows) {
-    for (int id = row.first; id <= row.last; ++id) {
+  for (const auto& [type, group_type, first, last] :
+       test::Rows<WORD, WORD, int, int>{{RESOURCE_CURSOR, RESOURCE_GROUP_CURSOR, 32512, 32516},
+                                        {RESOURCE_CURSOR, RESOURCE_GROUP_CURSOR, 32640, 32651},
+                                        {RESOURCE_ICON, RESOURCE_GROUP_ICON, 32512, 32518}}) {
+    for (int id = first; id <= last; ++id) {
       SCOPED_TRACE(id);
       const auto name = static_cast<WORD>(id);
-      const Resource* picture = System().modules->System().Find(row.type, name);
-      const Resource* group = System().modules->System().Find(row.group_type, name);
+      const Resource* picture = System().modules->System().Find(type, name);
+      const Resource* group = System().modules->System().Find(group_type, name);
       ASSERT_NE(picture, nullptr);
       ASSERT_NE(group, nullptr);
       ASSERT_EQ(picture->data.size(), 4u + 40 + 32 * 32 * 3);
@@ -53,22 +52,11 @@ TEST(StockPictures, EachIsThereWithItsGroupAndUnlikeTheOthers) {
 TEST(StockPictures, DataIsTheHotSpotAndABottomUpBitmap) {
   const Module& system = System().modules->System();
   const std::string_view up = system.Find(RESOURCE_CURSOR, 32516)->data;
-  const struct {
-    std::size_t at;
-    int bytes;
-    DWORD value;
-  } fields[] = {{0, 2, 16},  {2, 2, 0},  {4, 4, 40}, {8, 4, 32},
-                {12, 4, 32}, {16, 2, 1}, {18, 2, 24}};
-  for (const auto& field : fields) EXPECT_EQ(Number(up, field.at, field.bytes), field.value);
+  const test::Rows<std::size_t, int, DWORD> fields = {
+      {0, 2, 16}, {2, 2, 0}, {4, 4, 40}, {8, 4, 32}, {12, 4, 32}, {16, 2, 1}, {18, 2, 24}};
+  for (const auto& [at, bytes, value] : fields) EXPECT_EQ(Number(up, at, bytes), value) << at;
   EXPECT_EQ(Number(up, 44 + (23 * 32 + 8) * 3, 3), 0x000000u) << "at 8, 8 from the top";
   EXPECT_EQ(Number(up, 44 + (8 * 32 + 8) * 3, 3), 0xFFFFFFu);
-}
-
-TEST(Modules, SystemHasNothingElse) {
-  const Module& system = System().modules->System();
-  EXPECT_EQ(system.Find(RESOURCE_CURSOR, 32517), nullptr);
-  EXPECT_EQ(system.Find(RESOURCE_BITMAP, 32512), nullptr);
-  EXPECT_EQ(system.String(32512), std::nullopt);
 }
 
 }  // namespace

@@ -2,50 +2,36 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/rows.h"
+
 namespace dq::platform {
 namespace {
 
+using test::Rows;
+
 TEST(Paths, HaveTheFormTheyShow) {
-  struct Row {
-    const char* path;
-    PathForm form;
-  };
-  const Row rows[] = {
-      {"c:\\data", PathForm::kWindows},
-      {"C:/data", PathForm::kWindows},
-      {"c:", PathForm::kWindows},
-      {"a\\b", PathForm::kWindows},
-      {"\\\\srv\\s", PathForm::kWindows},
-      {"a\\b/c", PathForm::kPosix},
-      {"/a", PathForm::kPosix},
-      {"a", PathForm::kPosix},
-      {"", PathForm::kPosix},
-      {"1:\\/", PathForm::kPosix},
-      {"ab:c", PathForm::kPosix},
-  };
-  for (const Row& row : rows) EXPECT_EQ(FormOf(row.path), row.form) << row.path;
+  for (const char* path : {"c:\\data", "C:/data", "c:", "a\\b", "\\\\srv\\s"}) {
+    EXPECT_EQ(FormOf(path), PathForm::kWindows) << path;
+  }
+  for (const char* path : {"a\\b/c", "/a", "a", "", "1:\\/", "ab:c"}) {
+    EXPECT_EQ(FormOf(path), PathForm::kPosix) << path;
+  }
 }
 
 TEST(Paths, AreCutIntoDriveDirectoryNameAndExtension) {
-  struct Row {
-    const char* path;
-    PathParts parts;
-  };
-  const Row rows[] = {
-      {"c:\\bin\\tool.exe", {"c:", "\\bin\\", "tool", ".exe"}},
-      {"C:/bin\\a.b.c", {"C:", "/bin\\", "a.b", ".c"}},
-      {"c:tool", {"c:", "", "tool", ""}},
-      {"\\\\srv\\share\\x.y\\tool", {"", "\\\\srv\\share\\x.y\\", "tool", ""}},
-      {"/usr/lib.d/", {"", "/usr/lib.d/", "", ""}},
-      {"/home/.profile", {"", "/home/", "", ".profile"}},
-      {"", {"", "", "", ""}},
-  };
-  for (const Row& row : rows) {
-    const PathParts parts = SplitPath(row.path);
-    EXPECT_EQ(parts.drive, row.parts.drive) << row.path;
-    EXPECT_EQ(parts.directory, row.parts.directory) << row.path;
-    EXPECT_EQ(parts.name, row.parts.name) << row.path;
-    EXPECT_EQ(parts.extension, row.parts.extension) << row.path;
+  for (const auto& [path, expected] : Rows<const char*, PathParts>{
+           {"c:\\bin\\tool.exe", {"c:", "\\bin\\", "tool", ".exe"}},
+           {"C:/bin\\a.b.c", {"C:", "/bin\\", "a.b", ".c"}},
+           {"c:tool", {"c:", "", "tool", ""}},
+           {"\\\\srv\\share\\x.y\\tool", {"", "\\\\srv\\share\\x.y\\", "tool", ""}},
+           {"/usr/lib.d/", {"", "/usr/lib.d/", "", ""}},
+           {"/home/.profile", {"", "/home/", "", ".profile"}},
+           {"", {"", "", "", ""}}}) {
+    const PathParts parts = SplitPath(path);
+    EXPECT_EQ(parts.drive, expected.drive) << path;
+    EXPECT_EQ(parts.directory, expected.directory) << path;
+    EXPECT_EQ(parts.name, expected.name) << path;
+    EXPECT_EQ(parts.extension, expected.extension) << path;
   }
 }
 
@@ -77,59 +63,43 @@ TEST(Paths, AreJoinedWithWhatIsMissing) {
 }
 
 TEST(Paths, AreMadeFullByTheirText) {
-  struct Row {
-    const char* path;
-    const char* current;
-    const char* full;
-  };
-  const Row rows[] = {
-      {"c:\\data\\.\\x\\..\\a.sql", "/w", "c:\\data\\a.sql"},
-      {"C:/data//a", "/w", "C:\\data\\a"},
-      {"c:\\..\\..", "/w", "c:\\"},
-      {"c:x", "/w", "c:\\x"},
-      {"c:\\data\\", "/w", "c:\\data\\"},
-      {"\\\\srv\\share\\..\\..\\a", "/w", "\\\\srv\\share\\a"},
-      {"\\data\\..\\x", "/w", "\\x"},
-      {"/a/./b/../../../c/", "/w", "/c/"},
-      {"a\\b", "/w", "/w/a/b"},
-      {"../x", "/w/v", "/w/x"},
-      {"x", "/", "/x"},
-      {".", "/w/", "/w"},
-      {"..", "/", "/"},
-      {"sub/x", "c:\\w", "c:\\w\\sub\\x"},
-      {"...", "/w", "/w/..."},
-  };
-  for (const Row& row : rows) EXPECT_EQ(FullPath(row.path, row.current), row.full) << row.path;
+  using Text = const char*;
+  for (const auto& [path, current, full] :
+       Rows<Text, Text, Text>{{"c:\\data\\.\\x\\..\\a.sql", "/w", "c:\\data\\a.sql"},
+                              {"C:/data//a", "/w", "C:\\data\\a"},
+                              {"c:\\..\\..", "/w", "c:\\"},
+                              {"c:x", "/w", "c:\\x"},
+                              {"c:\\data\\", "/w", "c:\\data\\"},
+                              {"\\\\srv\\share\\..\\..\\a", "/w", "\\\\srv\\share\\a"},
+                              {"\\data\\..\\x", "/w", "\\x"},
+                              {"/a/./b/../../../c/", "/w", "/c/"},
+                              {"a\\b", "/w", "/w/a/b"},
+                              {"../x", "/w/v", "/w/x"},
+                              {"x", "/", "/x"},
+                              {".", "/w/", "/w"},
+                              {"..", "/", "/"},
+                              {"sub/x", "c:\\w", "c:\\w\\sub\\x"},
+                              {"...", "/w", "/w/..."}}) {
+    EXPECT_EQ(FullPath(path, current), full) << path;
+  }
 }
 
 TEST(Paths, NamesMatchPatterns) {
-  struct Row {
-    const char* name;
-    const char* pattern;
-    bool matches;
-  };
-  const Row rows[] = {
-      {"README", "*.*", true},
-      {".", "*.*", true},
-      {"a.SQL", "*.sql", true},
-      {"a.sql", "A.SQL", true},
-      {"asql", "*.sql", false},
-      {"a.sql.bak", "*.sql", false},
-      {"a", "?", true},
-      {"", "?", false},
-      {"", "*", true},
-      {"ab", "?", false},
-      {"\xC3\xA9", "?", true},
-      {"abcabd", "*ab?", true},
-      {"mississippi", "*iss*ip*", true},
-      {"aab", "*ab", true},
-      {"ab", "ab*?", false},
-      {"a.b", "*.*.*", false},
-      {"x", "", false},
-      {"", "", true},
-  };
-  for (const Row& row : rows) {
-    EXPECT_EQ(MatchesPattern(row.name, row.pattern), row.matches) << row.name << " " << row.pattern;
+  using Names = std::vector<const char*>;
+  for (const auto& [pattern, names, others] :
+       Rows<const char*, Names, Names>{{"*.*", {"README", "."}, {}},
+                                       {"*.sql", {"a.SQL"}, {"asql", "a.sql.bak"}},
+                                       {"A.SQL", {"a.sql"}, {}},
+                                       {"?", {"a", "\xC3\xA9"}, {"", "ab"}},
+                                       {"*ab?", {"abcabd"}, {}},
+                                       {"*iss*ip*", {"mississippi"}, {}},
+                                       {"*ab", {"aab"}, {}},
+                                       {"ab*?", {}, {"ab"}},
+                                       {"*.*.*", {}, {"a.b"}},
+                                       {"*", {""}, {}},
+                                       {"", {""}, {"x"}}}) {
+    for (const char* name : names) EXPECT_TRUE(MatchesPattern(name, pattern)) << name << pattern;
+    for (const char* name : others) EXPECT_FALSE(MatchesPattern(name, pattern)) << name << pattern;
   }
   // A pattern made to try every split takes time only in the product of the lengths.
   std::string stars;

@@ -4,12 +4,13 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <random>
-#include <signal.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "dqlib/platform/posix/system_services.h"
 #include "tests/support/failing_system_calls.h"
+#include "tests/support/forked_process.h"
+#include "tests/support/own_process.h"
+#include "tests/support/rows.h"
 #include "tests/support/temp_directory.h"
 
 namespace dq::platform {
@@ -73,15 +74,15 @@ TEST_F(ProfileFilesTest, AFileWithoutDirectoryLiesInTheUsersConfiguration) {
 
 TEST_F(ProfileFilesTest, BadInputIsRefusedAndChangesNothing) {
   dir.Put("a.ini", "[s]\r\nk=v\r\n");
-  const auto kind = [&](std::string_view section, std::optional<std::string_view> key,
-                        std::optional<std::string_view> value) {
-    return profiles.Write(path, section, key, value).kind;
-  };
-  EXPECT_EQ(kind("", "k", "v"), ErrorKind::kInvalidArgument);
-  EXPECT_EQ(kind("s", "", "v"), ErrorKind::kInvalidArgument);
-  EXPECT_EQ(kind("s", "k=", "v"), ErrorKind::kInvalidArgument);
-  EXPECT_EQ(kind("s", "k", "a\n[t]"), ErrorKind::kInvalidArgument);
-  EXPECT_EQ(kind("s", "k", std::string_view("\0", 1)), ErrorKind::kInvalidArgument);
+  using Text = std::string_view;
+  for (const auto& [section, key, value] :
+       test::Rows<Text, Text, Text>{{"", "k", "v"},
+                                    {"s", "", "v"},
+                                    {"s", "k=", "v"},
+                                    {"s", "k", "a\n[t]"},
+                                    {"s", "k", Text("\0", 1)}}) {
+    EXPECT_EQ(profiles.Write(path, section, key, value).kind, ErrorKind::kInvalidArgument);
+  }
   EXPECT_EQ(dir.Get("a.ini"), "[s]\r\nk=v\r\n");
   EXPECT_EQ(profiles.Write(dir / "none/a.ini", "s", "k", "v").kind, ErrorKind::kNotFound);
   EXPECT_EQ(profiles.Write("c:\\a.ini", "s", "k", "v").kind, ErrorKind::kNotFound);
@@ -94,7 +95,7 @@ TEST_F(ProfileFilesTest, BadInputIsRefusedAndChangesNothing) {
   EXPECT_EQ(profiles.Write(dir / "pipe", "s", "k", "v").kind, ErrorKind::kInvalidArgument);
   EXPECT_EQ(profiles.Read(dir / "pipe", "s", "k"), std::nullopt);
   fs::permissions(path, fs::perms{0400});
-  EXPECT_EQ(kind("s", "k", "new"), ErrorKind::kAccessDenied);
+  EXPECT_EQ(profiles.Write(path, "s", "k", "new").kind, ErrorKind::kAccessDenied);
 }
 
 TEST_F(ProfileFilesTest, SurviveTheFailureOfEachCall) {
@@ -106,6 +107,7 @@ TEST_F(ProfileFilesTest, SurviveTheFailureOfEachCall) {
     for (const bool exists : {true, false}) {
       int call = 1;
       for (;; ++call) {
+        SCOPED_TRACE(testing::Message() << error << " at " << call);
         fs::remove_all(dir / "config");
         if (exists) {
           fs::create_directories(dir / "config/velmora");
@@ -116,20 +118,16 @@ TEST_F(ProfileFilesTest, SurviveTheFailureOfEachCall) {
         const bool failed = calls.failed();
         calls.Fail(0, 0);
         const std::string now = dir.Get("config/velmora/a.ini");
-        if (result.ok()) {
-          EXPECT_EQ(now, "[s]\r\nk=new\r\n") << error << " at " << call;
-        } else if (exists) {
-          EXPECT_EQ(now, old) << error << " at " << call;
-        } else {
-          // An empty file means the same as none; it is left only where the lock on it failed.
-          EXPECT_TRUE(now == "(none)" || now == "") << now << error << " at " << call;
-        }
-        EXPECT_TRUE(result.ok() || static_cast<int>(result.code) == error)
-            << error << " at " << call;
-        EXPECT_TRUE(failing->Write("a.ini", "s", "k", "new").ok()) << error << " at " << call;
-        EXPECT_EQ(failing->Read("a.ini", "s", "k"), "new") << error << " at " << call;
+        // An empty file means the same as none; it is left only where the lock on it failed.
+        EXPECT_TRUE(result.ok() ? now == "[s]\r\nk=new\r\n"
+                    : exists    ? now == old
+                                : now == "(none)" || now == "")
+            << now;
+        EXPECT_TRUE(result.ok() || static_cast<int>(result.code) == error);
+        EXPECT_TRUE(failing->Write("a.ini", "s", "k", "new").ok());
+        EXPECT_EQ(failing->Read("a.ini", "s", "k"), "new");
         const fs::directory_iterator entries(dir / "config/velmora");
-        EXPECT_EQ(std::distance(begin(entries), end(entries)), 1) << error << " at " << call;
+        EXPECT_EQ(std::distance(begin(entries), end(entries)), 1);
         if (!failed) break;
       }
       EXPECT_GT(call, 8) << "calls are made";
@@ -137,70 +135,45 @@ TEST_F(ProfileFilesTest, SurviveTheFailureOfEachCall) {
   }
 }
 
-/// Runs work in a child process, and exits with 0 if it returns true.
-template <typename Work>
-pid_t Spawn(Work work) {
-  const pid_t child = fork();
-  if (child == 0) _exit(work() ? 0 : 1);
-  return child;
-}
-
 TEST_F(ProfileFilesTest, EightProcessesLoseNothing) {
   constexpr int kProcesses = 8;
   constexpr int kKeys = 50;
-  std::vector<pid_t> children;
-  for (int process = 0; process < kProcesses; ++process) {
-    children.push_back(Spawn([&, process] {
-      bool ok = true;
-      for (int i = 0; i < kKeys; ++i) {
-        const std::string key = std::to_string(process) + "_" + std::to_string(i);
-        ok = profiles.Write(path, "s" + std::to_string(process % 3), key, key).ok() && ok;
-      }
-      return ok;
-    }));
-  }
-  for (const pid_t child : children) {
-    int status = -1;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
-  }
+  const auto key = [](int process, int i) { return std::to_string(process * kKeys + i); };
+  const auto section = [](int process) { return "s" + std::to_string(process % 3); };
+  EXPECT_TRUE(test::AllEndWell(kProcesses, [&](int process) {
+    for (int i = 0; i < kKeys; ++i) {
+      EXPECT_TRUE(profiles.Write(path, section(process), key(process, i), "v").ok());
+    }
+  }));
   for (int process = 0; process < kProcesses; ++process) {
     for (int i = 0; i < kKeys; ++i) {
-      const std::string key = std::to_string(process) + "_" + std::to_string(i);
-      ASSERT_EQ(profiles.Read(path, "s" + std::to_string(process % 3), key), key);
+      ASSERT_EQ(profiles.Read(path, section(process), key(process, i)), "v");
     }
   }
   EXPECT_EQ(dir.Count(), 1u);
 }
 
 TEST_F(ProfileFilesTest, AKilledWriterLeavesTheOldOrTheNewFile) {
-  // The writer counts up in two keys of one value, by turns, and tells each number through a pipe
-  // once it is written. Comments around make the file large enough to be torn.
+  // The writer counts up in two keys of one value, by turns, and tells each number once it is
+  // written. Comments around make the file large enough to be torn.
   const std::string comment = ";" + std::string(40'000, 'c') + "\n";
   dir.Put("a.ini", comment + "[s]\na=0\nb=0\n[end]\nlast=1\n" + comment);
   const unsigned seed = std::random_device{}();
   SCOPED_TRACE(seed);
   std::minstd_rand random(seed);
+  std::atomic<int>& reported = test::MakeSharedCount();
   int start = 0;
   for (int round = 0; round < 100; ++round) {
-    int pipe_ends[2];
-    ASSERT_EQ(pipe(pipe_ends), 0);
-    const pid_t child = Spawn([&] {
+    test::ForkedProcess writer([&] {
       for (int number = start + 1;; ++number) {
-        const std::string text = std::to_string(number);
-        if (!profiles.Write(path, "s", number % 2 == 0 ? "a" : "b", text).ok()) return false;
-        if (write(pipe_ends[1], &number, sizeof number) != sizeof number) return false;
+        const char* const key = number % 2 == 0 ? "a" : "b";
+        ASSERT_TRUE(profiles.Write(path, "s", key, std::to_string(number)).ok());
+        reported = number;
       }
     });
-    close(pipe_ends[1]);
-    int reported = start;
-    ASSERT_EQ(read(pipe_ends[0], &reported, sizeof reported), ssize_t{sizeof reported});
+    ASSERT_TRUE(test::Eventually([&] { return reported > start; }));
     usleep(static_cast<useconds_t>(random() % 3000));
-    kill(child, SIGKILL);
-    waitpid(child, nullptr, 0);
-    while (read(pipe_ends[0], &reported, sizeof reported) == ssize_t{sizeof reported}) {
-    }
-    close(pipe_ends[0]);
+    EXPECT_TRUE(writer.Kill());
     const int a = std::stoi(profiles.Read(path, "s", "a").value_or("-1"));
     const int b = std::stoi(profiles.Read(path, "s", "b").value_or("-1"));
     start = std::max(a, b);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/rows.h"
+
 namespace dq::platform {
 namespace {
 
@@ -31,12 +33,7 @@ TEST(ProfileText, FindsValues) {
       "late=3\r\n"
       "[broken\r\n"
       "k=4";
-  struct Row {
-    const char* section;
-    const char* key;
-    std::optional<std::string_view> value;
-  };
-  const Row rows[] = {
+  const test::Rows<const char*, const char*, std::optional<std::string_view>> rows = {
       {"Main", "plain", "a b"},  {"MAIN", " PADDED ", "x y"},
       {"Main", "double", " a "}, {"Main", "single", "b"},
       {"Main", "mixed", "\"c'"}, {"Main", "one", "\""},
@@ -45,11 +42,9 @@ TEST(ProfileText, FindsValues) {
       {"Main", "", {}},          {"Main", "twice", "first"},
       {"spaced", "k", "1"},      {"x]y", "k", "2"},
       {"Main", "late", {}},      {"Main", "k", {}},
-      {"broken", "k", {}},       {"none", "k", {}},
-  };
-  for (const Row& row : rows) {
-    EXPECT_EQ(FindProfileValue(text, row.section, row.key), row.value)
-        << row.section << " " << row.key;
+      {"broken", "k", {}},       {"none", "k", {}}};
+  for (const auto& [section, key, value] : rows) {
+    EXPECT_EQ(FindProfileValue(text, section, key), value) << section << " " << key;
   }
   EXPECT_EQ(ProfileSections(text), (Names{"Main", "Spaced", "x]y"}));
   EXPECT_EQ(ProfileKeys(text, "main"), (Names{"plain", "Padded", "double", "single", "mixed", "one",

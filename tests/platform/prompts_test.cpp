@@ -5,16 +5,18 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <stdlib.h>
-#include <string>
 #include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include "dqlib/platform/dialog_view.h"
 #include "dqlib/platform/platform.h"
+#include "tests/support/rows.h"
 
 namespace dq::platform {
 namespace {
+
+using test::Rows;
 
 enum class Setting { kTerminal, kOnlyControllingTerminal, kBackground, kNoTerminal };
 
@@ -135,23 +137,17 @@ class LoginDialog : public DialogView {
 };
 
 TEST(Prompts, DialogIsAskedControlByControlAndAgainWhileItStaysOpen) {
-  const struct {
-    std::string_view input;
-    int button;
-    std::string_view state;
-  } rows[] = {
-      {"\n\n\n\n\n\n", 1, "<|sa|a\r\nb|||0|"},
-      {"me\nx\\ny\\\\\nsecret\n7\n2\nyes\nc\n", 2, "<|me|x\r\ny\\|secret|db|1|"},
-      {"\"\"\n\n\n\n\nhelp\n\n\n\n\n\n\n\nok\n", 1, "<||a\r\nb||"},
-      {"bad\n\n\n\n\n\ngood\n\n\n\n\nO\n", 1, "<|good|"},
-      {"bad\n\x04", 0, "<|bad|"},
-      {"\n\n\n1\n1\n1\n1\n1\n1\n1\n1\n1\n1\n2\n\n\n", 0, "<|sa|"},
-  };
-  for (const auto& row : rows) {
+  for (const auto& [input, button, state] : Rows<std::string_view, int, std::string_view>{
+           {"\n\n\n\n\n\n", 1, "<|sa|a\r\nb|||0|"},
+           {"me\nx\\ny\\\\\nsecret\n7\n2\nyes\nc\n", 2, "<|me|x\r\ny\\|secret|db|1|"},
+           {"\"\"\n\n\n\n\nhelp\n\n\n\n\n\n\n\nok\n", 1, "<||a\r\nb||"},
+           {"bad\n\n\n\n\n\ngood\n\n\n\n\nO\n", 1, "<|good|"},
+           {"bad\n\x04", 0, "<|bad|"},
+           {"\n\n\n1\n1\n1\n1\n1\n1\n1\n1\n1\n1\n2\n\n\n", 0, "<|sa|"}}) {
     LoginDialog dialog;
-    const Outcome outcome = Ask(Setting::kTerminal, row.input, [&] { return dialog.Run(); });
-    EXPECT_EQ(outcome.button, row.button) << row.input;
-    EXPECT_NE(outcome.terminal.find(row.state), std::string::npos) << outcome.terminal;
+    const Outcome outcome = Ask(Setting::kTerminal, input, [&] { return dialog.Run(); });
+    EXPECT_EQ(outcome.button, button) << input;
+    EXPECT_NE(outcome.terminal.find(state), std::string::npos) << outcome.terminal;
   }
 }
 
@@ -168,58 +164,41 @@ TEST(Prompts, DialogShowsValuesAndChoicesButNoSecret) {
   EXPECT_TRUE(nobody.standard_error.starts_with("Log\x1bin\n<")) << nobody.standard_error;
 }
 
-TEST(Prompts, WithoutATerminalTheDefaultIsTakenAndTheTextGoesToStandardError) {
-  const struct {
-    UINT type;
-    int button;
-  } rows[] = {
-      {BOX_OK, BUTTON_OK},
-      {BOX_OK_CANCEL | BOX_QUESTION, BUTTON_OK},
-      {BOX_OK_CANCEL | BOX_DEFAULT_SECOND, BUTTON_CANCEL},
-      {BOX_ABORT_RETRY_IGNORE | BOX_DEFAULT_THIRD | BOX_STOP, BUTTON_IGNORE},
-      {BOX_YES_NO_CANCEL | BOX_DEFAULT_SECOND, BUTTON_NO},
-      {BOX_YES_NO | BOX_DEFAULT_THIRD, BUTTON_YES},
-      {BOX_RETRY_CANCEL, BUTTON_RETRY},
-      {BOX_OK | BOX_DEFAULT_SECOND, BUTTON_OK},
-      {0xFFFFF00F, BUTTON_OK},
-  };
-  for (const auto& row : rows) {
-    const Outcome outcome = Show(Setting::kNoTerminal, "Delete\x01 it?", row.type, "n\n");
-    EXPECT_EQ(outcome.button, row.button) << row.type;
-    EXPECT_EQ(outcome.standard_error, "Delete\x01 it?\n");
+TEST(Prompts, AnswerIsAWordOrItsFirstLetterAndElseTheDefaultIsTaken) {
+  constexpr UINT kNo = BOX_YES_NO | BOX_DEFAULT_SECOND;
+  constexpr std::string_view kTenLines = "x\nx\nx\nx\nx\nx\nx\nx\nx\nx\ny\n";
+  for (const auto& [setting, type, input, button] : Rows<Setting, UINT, std::string_view, int>{
+           {Setting::kTerminal, BOX_YES_NO_CANCEL, "n\n", BUTTON_NO},
+           {Setting::kTerminal, BOX_YES_NO_CANCEL, "cANCEL\n", BUTTON_CANCEL},
+           {Setting::kTerminal, BOX_ABORT_RETRY_IGNORE, " Retry \n", BUTTON_RETRY},
+           {Setting::kTerminal, BOX_YES_NO, "\n", BUTTON_YES},
+           {Setting::kTerminal, kNo, "\n", BUTTON_NO},
+           {Setting::kTerminal, kNo, "perhaps\nye\ny\n", BUTTON_YES},
+           {Setting::kTerminal, kNo, "\x04", BUTTON_NO},
+           {Setting::kTerminal, kNo, kTenLines, BUTTON_NO},
+           {Setting::kTerminal, BOX_YES_NO, "what\n\x04", BUTTON_YES},
+           {Setting::kTerminal, BOX_OK, "fine\n", BUTTON_OK},
+           {Setting::kOnlyControllingTerminal, kNo, "y\n", BUTTON_YES},
+           {Setting::kBackground, kNo, "y\n", BUTTON_NO},
+           {Setting::kNoTerminal, BOX_OK, "n\n", BUTTON_OK},
+           {Setting::kNoTerminal, BOX_OK_CANCEL | BOX_QUESTION, "n\n", BUTTON_OK},
+           {Setting::kNoTerminal, BOX_OK_CANCEL | BOX_DEFAULT_SECOND, "", BUTTON_CANCEL},
+           {Setting::kNoTerminal, BOX_ABORT_RETRY_IGNORE | BOX_DEFAULT_THIRD | BOX_STOP, "",
+            BUTTON_IGNORE},
+           {Setting::kNoTerminal, BOX_YES_NO_CANCEL | BOX_DEFAULT_SECOND, "", BUTTON_NO},
+           {Setting::kNoTerminal, BOX_YES_NO | BOX_DEFAULT_THIRD, "n\n", BUTTON_YES},
+           {Setting::kNoTerminal, BOX_RETRY_CANCEL, "", BUTTON_RETRY},
+           {Setting::kNoTerminal, BOX_OK | BOX_DEFAULT_SECOND, "", BUTTON_OK},
+           {Setting::kNoTerminal, 0xFFFFF00F, "", BUTTON_OK}}) {
+    SCOPED_TRACE(testing::Message() << static_cast<int>(setting) << ' ' << type << ' ' << input);
+    const Outcome outcome = Show(setting, "Sure\x01?", type, input);
+    EXPECT_EQ(outcome.button, button);
+    const bool asks = setting == Setting::kTerminal || setting == Setting::kOnlyControllingTerminal;
+    EXPECT_EQ(outcome.terminal.find("Sure??") != std::string::npos, asks);
+    EXPECT_EQ(outcome.standard_error, asks ? "" : "Sure\x01?\n");
   }
   EXPECT_EQ(Show(Setting::kNoTerminal, "No such file\r\n", BOX_OK).standard_error,
             "No such file\r\n");
-}
-
-TEST(Prompts, AnswerIsAWordOrItsFirstLetter) {
-  const struct {
-    UINT type;
-    std::string_view input;
-    int button;
-  } rows[] = {
-      {BOX_YES_NO_CANCEL, "n\n", BUTTON_NO},
-      {BOX_YES_NO_CANCEL, "cANCEL\n", BUTTON_CANCEL},
-      {BOX_ABORT_RETRY_IGNORE, " Retry \n", BUTTON_RETRY},
-      {BOX_YES_NO, "\n", BUTTON_YES},
-      {BOX_YES_NO | BOX_DEFAULT_SECOND, "\n", BUTTON_NO},
-      {BOX_YES_NO | BOX_DEFAULT_SECOND, "perhaps\nye\ny\n", BUTTON_YES},
-      {BOX_YES_NO | BOX_DEFAULT_SECOND, "\x04", BUTTON_NO},
-      {BOX_YES_NO, "what\n\x04", BUTTON_YES},
-      {BOX_OK, "fine\n", BUTTON_OK},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(Show(Setting::kTerminal, "Sure?", row.type, row.input).button, row.button)
-        << row.type << ' ' << row.input;
-  }
-}
-
-TEST(Prompts, QuestionEndsAfterTenSenselessAnswers) {
-  std::string input;
-  for (int line = 0; line < 10; ++line) input += "x\n";
-  EXPECT_EQ(
-      Show(Setting::kTerminal, "Sure?", BOX_YES_NO | BOX_DEFAULT_SECOND, input + "y\n").button,
-      BUTTON_NO);
 }
 
 TEST(Prompts, TerminalShowsTextAndButtonsAndIsNotSteered) {
@@ -227,21 +206,6 @@ TEST(Prompts, TerminalShowsTextAndButtonsAndIsNotSteered) {
       Show(Setting::kTerminal, "a\r\nb\x1b[2Jc", BOX_YES_NO_CANCEL | 0x100, "\n");
   EXPECT_NE(outcome.terminal.find("a\r\nb?[2Jc\r\nYes / [No] / Cancel: "), std::string::npos)
       << outcome.terminal;
-  EXPECT_EQ(outcome.standard_error, "");
-}
-
-TEST(Prompts, ControllingTerminalIsAskedWhenStandardHandlesAreElsewhere) {
-  const Outcome outcome =
-      Show(Setting::kOnlyControllingTerminal, "Sure?", BOX_YES_NO | BOX_DEFAULT_SECOND, "y\n");
-  EXPECT_EQ(outcome.button, BUTTON_YES);
-  EXPECT_NE(outcome.terminal.find("Sure?"), std::string::npos);
-}
-
-TEST(Prompts, ProcessInTheBackgroundTakesTheDefaultInsteadOfBeingStopped) {
-  const Outcome outcome =
-      Show(Setting::kBackground, "Sure?", BOX_YES_NO | BOX_DEFAULT_SECOND, "y\n");
-  EXPECT_EQ(outcome.button, BUTTON_NO);
-  EXPECT_EQ(outcome.standard_error, "Sure?\n");
 }
 
 }  // namespace

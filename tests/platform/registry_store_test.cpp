@@ -2,7 +2,6 @@
 
 #include "dqlib/platform/posix/registry_store.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <filesystem>
@@ -13,18 +12,20 @@
 #include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
-#include <vector>
 
 #include "dqlib/platform/posix/registry.h"
 #include "tests/support/failing_system_calls.h"
+#include "tests/support/forked_process.h"
 #include "tests/support/registry_dump.h"
+#include "tests/support/rows.h"
 #include "tests/support/scripted_prompts.h"
 #include "tests/support/temp_directory.h"
 
 namespace dq::platform::posix {
 namespace {
+
+namespace fs = std::filesystem;
 
 using dq::testing::ScriptedPrompts;
 using test::Dump;
@@ -33,6 +34,7 @@ using test::RegistryDump;
 using test::TempDirectory;
 
 constexpr std::size_t kHeader = kJournalHeaderSize;
+const std::string kLarge(345'000, 'x');
 
 HKEY Key(Registry& registry, std::string_view path = "k") {
   return registry.CreateKey(kCurrentUser, path).value;
@@ -53,9 +55,10 @@ std::string Get(Registry& registry, std::string_view name) {
   return data;
 }
 
-/// Leaves the files of a registry as they are now in `copy`, as a process that is killed would.
-void CopyFiles(const TempDirectory& from, const TempDirectory& copy) {
-  std::filesystem::copy(from.path(), copy.path());
+/// What a program finds that opens the files now.
+RegistryDump DumpOf(const std::string& files) {
+  FileRegistry registry(files);
+  return Dump(registry);
 }
 
 /// A directory with three values in its journal, or in its snapshot.
@@ -64,20 +67,21 @@ void Fill(const TempDirectory& directory, bool in_snapshot) {
   FileRegistry registry(work.path());
   for (const char* name : {"one", "two", "three"}) EXPECT_TRUE(Set(registry, name, name).ok());
   EXPECT_TRUE(!in_snapshot || registry.Leave().ok());
-  CopyFiles(work, directory);
+  fs::copy(work.path(), directory.path());  // as a process that is killed leaves them
 }
 
 /// Works in memory, where syncing thousands of times takes no time.
-class RegistryStoreTest : public ::testing::Test {
+struct RegistryStoreTest : ::testing::Test {
   const test::ScopedVariable in_memory_{"TMPDIR",
                                         ::access("/dev/shm", W_OK) == 0 ? "/dev/shm" : "/tmp"};
+  const TempDirectory directory_;
+  ScriptedPrompts prompts_;
 };
 
 TEST_F(RegistryStoreTest, ATornJournalIsReadUpToItsLastChangeWithoutAWord) {
   const TempDirectory full;
   Fill(full, false);
   const std::string bytes = full.Get("hkcu.journal");
-  ScriptedPrompts prompts;
   std::size_t whole_before = 0;
   for (std::size_t cut = 0; cut <= bytes.size(); ++cut) {
     const TempDirectory directory;
@@ -99,7 +103,7 @@ TEST_F(RegistryStoreTest, ATornJournalIsReadUpToItsLastChangeWithoutAWord) {
         << cut;
   }
   EXPECT_EQ(whole_before, 4u);
-  EXPECT_TRUE(prompts.shown.empty());
+  EXPECT_TRUE(prompts_.shown.empty());
 }
 
 TEST_F(RegistryStoreTest, ADamagedSnapshotIsSalvagedKeptAndToldOnce) {
@@ -123,7 +127,7 @@ TEST_F(RegistryStoreTest, ADamagedSnapshotIsSalvagedKeptAndToldOnce) {
       ASSERT_EQ(prompts.shown.size(), 1u) << cut;
       EXPECT_EQ(prompts.shown[0].type, UINT{BOX_EXCLAMATION});
       EXPECT_NE(prompts.shown[0].text.find(directory / "hkcu.reg.bad.1"), std::string::npos);
-      EXPECT_EQ(Dump(*std::make_unique<FileRegistry>(directory.path())), Dump(registry));
+      EXPECT_EQ(DumpOf(directory.path()), Dump(registry));
     }
     EXPECT_EQ(directory.Get("hkcu.reg.bad.1"), bytes.substr(0, cut));
     EXPECT_EQ(directory.Mode("hkcu.reg.bad.1"), 0600u);
@@ -134,39 +138,33 @@ TEST_F(RegistryStoreTest, ADamagedSnapshotIsSalvagedKeptAndToldOnce) {
 }
 
 TEST_F(RegistryStoreTest, AJournalDamagedInTheMiddleLosesOnlyWhatIsDamaged) {
-  struct Case {
-    const char* what;
-    std::size_t at;
-    const char* lost;
-  };
   const TempDirectory full;
   Fill(full, false);
   const std::string bytes = full.Get("hkcu.journal");
-  for (const Case& c :
-       {Case{"header", 3, ""}, Case{"epoch", 9, ""}, Case{"record", bytes.find("two"), "two"},
-        Case{"last record", bytes.find("three"), "three"}}) {
+  for (const auto& [lost, at] : test::Rows<std::string, std::size_t>{
+           {"", 3}, {"", 9}, {"two", bytes.find("two")}, {"three", bytes.find("three")}}) {
+    SCOPED_TRACE(at);
     const TempDirectory directory;
     std::string damaged = bytes;
-    damaged[c.at] ^= 1;
+    damaged[at] ^= 1;
     directory.Put("hkcu.journal", damaged);
     ScriptedPrompts prompts;
     FileRegistry registry(directory.path());
     for (const std::string name : {"one", "two", "three"}) {
-      EXPECT_EQ(Get(registry, name), name == c.lost ? "(error 1)" : name) << c.what;
+      EXPECT_EQ(Get(registry, name), name == lost ? "(error 1)" : name);
     }
-    ASSERT_EQ(prompts.shown.size(), 1u) << c.what;
-    EXPECT_EQ(directory.Get("hkcu.journal.bad"), damaged) << c.what;
+    ASSERT_EQ(prompts.shown.size(), 1u);
+    EXPECT_EQ(directory.Get("hkcu.journal.bad"), damaged);
     EXPECT_TRUE(Set(registry, "next", "x").ok());
-    EXPECT_EQ(Dump(*std::make_unique<FileRegistry>(directory.path())), Dump(registry));
-    EXPECT_EQ(prompts.shown.size(), 1u) << c.what;
+    EXPECT_EQ(DumpOf(directory.path()), Dump(registry));
+    EXPECT_EQ(prompts.shown.size(), 1u);
   }
 }
 
 TEST_F(RegistryStoreTest, AGrownJournalIsFoldedWhileOthersHaveItOpen) {
-  const TempDirectory directory;
-  FileRegistry writer(directory.path());
-  FileRegistry reader(directory.path());
-  FileRegistry sleeper(directory.path());
+  FileRegistry writer(directory_.path());
+  FileRegistry reader(directory_.path());
+  FileRegistry sleeper(directory_.path());
   EXPECT_TRUE(Set(sleeper, "first", "x").ok());
   const HKEY asleep = sleeper.OpenKey(kCurrentUser, "k").value;
   const HKEY doomed = Key(sleeper, "doomed");
@@ -177,8 +175,8 @@ TEST_F(RegistryStoreTest, AGrownJournalIsFoldedWhileOthersHaveItOpen) {
     ASSERT_TRUE(Set(i % 2 ? writer : reader, "v" + std::to_string(i % 60), data).ok());
     ASSERT_EQ(Get(i % 2 ? reader : writer, "v" + std::to_string(i % 60)), data);
   }
-  EXPECT_LT(std::filesystem::file_size(directory / "hkcu.journal"), 3u << 20);
-  EXPECT_GT(std::filesystem::file_size(directory / "hkcu.reg"), 600'000u);
+  EXPECT_LT(fs::file_size(directory_ / "hkcu.journal"), 3u << 20);
+  EXPECT_GT(fs::file_size(directory_ / "hkcu.reg"), 600'000u);
   EXPECT_EQ(Read(sleeper, asleep, "v59").size(), 10'000u);
   EXPECT_EQ(Read(sleeper, doomed, "v"), "(error 1)");
   EXPECT_TRUE(sleeper.SetValue(asleep, "last", 1, "x").ok());
@@ -186,53 +184,47 @@ TEST_F(RegistryStoreTest, AGrownJournalIsFoldedWhileOthersHaveItOpen) {
 }
 
 TEST_F(RegistryStoreTest, OnlyTheLastUserFolds) {
-  const TempDirectory directory;
-  auto first = std::make_unique<FileRegistry>(directory.path());
-  auto second = std::make_unique<FileRegistry>(directory.path());
+  auto first = std::make_unique<FileRegistry>(directory_.path());
+  auto second = std::make_unique<FileRegistry>(directory_.path());
   EXPECT_TRUE(Set(*first, "a", "1").ok());
   EXPECT_EQ(Get(*second, "a"), "1");
   first.reset();
-  EXPECT_EQ(directory.Get("hkcu.reg"), "(none)");
+  EXPECT_EQ(directory_.Get("hkcu.reg"), "(none)");
   second.reset();
-  EXPECT_EQ(std::filesystem::file_size(directory / "hkcu.journal"), kHeader);
-  EXPECT_EQ(Get(*std::make_unique<FileRegistry>(directory.path()), "a"), "1");
+  EXPECT_EQ(fs::file_size(directory_ / "hkcu.journal"), kHeader);
+  EXPECT_EQ(Get(*std::make_unique<FileRegistry>(directory_.path()), "a"), "1");
 }
 
 /// Something that happens to the files of a store from outside.
-struct Mishap {
-  const char* what;
-  std::function<void(const TempDirectory&)> strike;
-};
+using Mishap = std::function<void(const TempDirectory&)>;
 
-void Cut(const TempDirectory& directory, const char* file, std::size_t size) {
-  std::filesystem::resize_file(directory / file, size);
+Mishap CutTo(std::size_t size) {
+  return [=](const TempDirectory& d) { fs::resize_file(d / "hkcu.journal", size); };
+}
+Mishap Removed(const std::string& file) {
+  return [=](const TempDirectory& d) { fs::remove(d / file); };
+}
+void Trash(const TempDirectory& d) { d.Put("hkcu.journal", std::string(500, 'x')); }
+void RemoveAll(const TempDirectory& d) {
+  for (const auto& entry : fs::directory_iterator(d.path())) fs::remove(entry);
+}
+void BeginAnew(const TempDirectory& d) {
+  fs::remove(d / "hkcu.journal");
+  EXPECT_TRUE(Set(*std::make_unique<FileRegistry>(d.path()), "of another", "x").ok());
 }
 
-const Mishap kMishaps[] = {
-    {"journal emptied", [](const TempDirectory& d) { Cut(d, "hkcu.journal", 0); }},
-    {"header cut", [](const TempDirectory& d) { Cut(d, "hkcu.journal", 50); }},
-    {"records cut off", [](const TempDirectory& d) { Cut(d, "hkcu.journal", kHeader); }},
-    {"record cut", [](const TempDirectory& d) { Cut(d, "hkcu.journal", kHeader + 40); }},
-    {"journal deleted",
-     [](const TempDirectory& d) { std::filesystem::remove(d / "hkcu.journal"); }},
-    {"journal trashed",
-     [](const TempDirectory& d) { d.Put("hkcu.journal", std::string(500, 'x')); }},
-    {"everything deleted",
-     [](const TempDirectory& d) {
-       for (const auto& entry : std::filesystem::directory_iterator(d.path())) {
-         std::filesystem::remove(entry);
-       }
-     }},
-    {"begun anew by another",
-     [](const TempDirectory& d) {
-       std::filesystem::remove(d / "hkcu.journal");
-       EXPECT_TRUE(Set(*std::make_unique<FileRegistry>(d.path()), "of another", "x").ok());
-     }},
-};
-
 TEST_F(RegistryStoreTest, WhatARunningProcessKnowsOutlivesItsFiles) {
-  for (const Mishap& mishap : kMishaps) {
+  for (const auto& [what, strike] :
+       test::Rows<const char*, Mishap>{{"journal emptied", CutTo(0)},
+                                       {"header cut", CutTo(50)},
+                                       {"records cut off", CutTo(kHeader)},
+                                       {"record cut", CutTo(kHeader + 40)},
+                                       {"journal deleted", Removed("hkcu.journal")},
+                                       {"journal trashed", Trash},
+                                       {"everything deleted", RemoveAll},
+                                       {"begun anew by another", BeginAnew}}) {
     for (const bool behind_sees_it_first : {false, true}) {
+      SCOPED_TRACE(what);
       const TempDirectory directory;
       ScriptedPrompts prompts;
       FileRegistry registry(directory.path());
@@ -242,76 +234,98 @@ TEST_F(RegistryStoreTest, WhatARunningProcessKnowsOutlivesItsFiles) {
       EXPECT_EQ(Get(behind, "gone"), "x");
       EXPECT_TRUE(registry.DeleteValue(key, "gone").ok());
       EXPECT_TRUE(Set(registry, "old", "y").ok());
-      mishap.strike(directory);
-      EXPECT_TRUE(!behind_sees_it_first || Set(behind, "more", "z").ok()) << mishap.what;
-      EXPECT_EQ(Read(registry, key, "old"), "y") << mishap.what;
-      EXPECT_TRUE(Set(registry, "new", "n").ok()) << mishap.what;
-      EXPECT_GE(prompts.shown.size(), 1u) << mishap.what;
+      strike(directory);
+      EXPECT_TRUE(!behind_sees_it_first || Set(behind, "more", "z").ok());
+      EXPECT_EQ(Read(registry, key, "old"), "y");
+      EXPECT_TRUE(Set(registry, "new", "n").ok());
+      EXPECT_GE(prompts.shown.size(), 1u);
       const TempDirectory copy;
-      CopyFiles(directory, copy);
+      fs::copy(directory.path(), copy.path());
       FileRegistry next(copy.path());
-      EXPECT_EQ(Get(next, "old"), "y") << mishap.what;
-      EXPECT_EQ(Get(next, "new"), "n") << mishap.what;
-      EXPECT_EQ(Get(next, "more"), behind_sees_it_first ? "z" : "(error 1)") << mishap.what;
-      EXPECT_EQ(Get(next, "gone"), "(error 1)") << mishap.what;
-      EXPECT_EQ(Dump(behind), Dump(next)) << mishap.what;
-      EXPECT_EQ(Dump(registry), Dump(next)) << mishap.what;
+      EXPECT_EQ(Get(next, "old"), "y");
+      EXPECT_EQ(Get(next, "new"), "n");
+      EXPECT_EQ(Get(next, "more"), behind_sees_it_first ? "z" : "(error 1)");
+      EXPECT_EQ(Get(next, "gone"), "(error 1)");
+      EXPECT_EQ(Dump(behind), Dump(next));
+      EXPECT_EQ(Dump(registry), Dump(next));
     }
   }
 }
 
 TEST_F(RegistryStoreTest, AJournalBegunAnewAndFoldedIsUnitedWithWhatAProgramKnew) {
-  const TempDirectory directory;
-  ScriptedPrompts prompts;
-  FileRegistry registry(directory.path());
+  FileRegistry registry(directory_.path());
   EXPECT_TRUE(Set(registry, "mine", "1").ok() && Set(registry, "both", "old").ok());
-  std::filesystem::remove(directory / "hkcu.journal");
-  FileRegistry stranger(directory.path());
+  fs::remove(directory_ / "hkcu.journal");
+  FileRegistry stranger(directory_.path());
   EXPECT_TRUE(Set(stranger, "theirs", "2").ok() && Set(stranger, "both", "new").ok());
-  for (int i = 0; i < 4; ++i) EXPECT_TRUE(Set(stranger, "large", std::string(345'000, 'x')).ok());
-  ASSERT_TRUE(std::filesystem::exists(directory / "hkcu.reg"));
+  for (int i = 0; i < 4; ++i) EXPECT_TRUE(Set(stranger, "large", kLarge).ok());
+  ASSERT_TRUE(fs::exists(directory_ / "hkcu.reg"));
   EXPECT_TRUE(Set(registry, "next", "3").ok());
   for (FileRegistry* each : {&registry, &stranger}) {
     EXPECT_EQ(Get(*each, "mine") + Get(*each, "theirs") + Get(*each, "both") + Get(*each, "next"),
               "12new3");
   }
-  const std::string former = directory.Get("hkcu.reg.former");
+  const std::string former = directory_.Get("hkcu.reg.former");
   EXPECT_NE(former.find("\"both\"=hex:6f,6c,64"), std::string::npos) << "is there to look up";
-  ASSERT_GE(prompts.shown.size(), 1u);
-  EXPECT_NE(prompts.shown[0].text.find(directory / "hkcu.reg.former"), std::string::npos);
+  ASSERT_GE(prompts_.shown.size(), 1u);
+  EXPECT_NE(prompts_.shown[0].text.find(directory_ / "hkcu.reg.former"), std::string::npos);
+}
+
+TEST_F(RegistryStoreTest, AJournalRemovedUnderSeveralProgramsLosesNothingOfAny) {
+  for (const std::string removal : {"hkcu.journal", "hkcu.reg", "moved"}) {
+    for (const std::string order : {"012", "210", "102", "120"}) {
+      SCOPED_TRACE(removal + order);
+      const TempDirectory directory;
+      {
+        // The first one is behind, and the last one ahead of all.
+        FileRegistry programs[] = {FileRegistry(directory.path()), FileRegistry(directory.path()),
+                                   FileRegistry(directory.path())};
+        for (std::size_t i : {0u, 1u, 2u})
+          EXPECT_TRUE(Set(programs[i], std::string(1, "abc"[i]), "x").ok());
+        EXPECT_TRUE(Set(programs[2], "gone", "x").ok());
+        EXPECT_TRUE(programs[2].DeleteValue(Key(programs[2]), "gone").ok());
+        fs::rename(directory / "hkcu.journal", directory / "moved");
+        if (removal != "moved") fs::remove(directory / "moved");
+        if (removal == "hkcu.reg") fs::remove(directory / "hkcu.reg");
+        FileRegistry stranger(directory.path());
+        EXPECT_TRUE(Set(stranger, "new", "x").ok());
+        EXPECT_TRUE(stranger.DeleteValue(Key(stranger), "new").ok());
+        for (const char each : order) {
+          EXPECT_TRUE(Set(programs[each - '0'], std::string("then") + each, "x").ok());
+        }
+        EXPECT_TRUE(Set(stranger, "last", "x").ok());
+      }
+      std::string names;
+      const RegistryDump dump = DumpOf(directory.path());
+      for (const auto& [name, value] : dump.at("k")) names += name + " ";
+      EXPECT_EQ(names, "a b c last then0 then1 then2 ");
+    }
+  }
 }
 
 TEST_F(RegistryStoreTest, WhatIsMissingWhenAStoreIsOpenedIsTold) {
-  struct Case {
-    const char* what;
-    std::function<void(const TempDirectory&)> strike;
-    const char* kept;
-  };
-  const Case cases[] = {
-      {"no snapshot", [](const TempDirectory& d) { std::filesystem::remove(d / "hkcu.reg"); },
-       "(error 1)"},
-      {"no journal", [](const TempDirectory& d) { std::filesystem::remove(d / "hkcu.journal"); },
-       "two"},
-      {"short journal", [](const TempDirectory& d) { Cut(d, "hkcu.journal", 63); }, "two"},
-  };
-  for (const Case& c : cases) {
+  for (const auto& [what, strike, kept] : test::Rows<const char*, Mishap, const char*>{
+           {"no snapshot", Removed("hkcu.reg"), "(error 1)"},
+           {"no journal", Removed("hkcu.journal"), "two"},
+           {"short journal", CutTo(63), "two"}}) {
+    SCOPED_TRACE(what);
     const TempDirectory directory;
     Fill(directory, true);
-    c.strike(directory);
+    strike(directory);
     ScriptedPrompts prompts;
     {
       FileRegistry registry(directory.path());
-      EXPECT_EQ(Get(registry, "two"), c.kept) << c.what;
-      EXPECT_EQ(prompts.shown.size(), 1u) << c.what;
-      EXPECT_TRUE(Set(registry, "new", "x").ok()) << c.what;
+      EXPECT_EQ(Get(registry, "two"), kept);
+      EXPECT_EQ(prompts.shown.size(), 1u);
+      EXPECT_TRUE(Set(registry, "new", "x").ok());
       // A second time, in the same process, is news again.
-      Cut(directory, "hkcu.journal", 0);
-      EXPECT_EQ(Get(registry, "new"), "x") << c.what;
-      EXPECT_EQ(prompts.shown.size(), 2u) << c.what;
+      CutTo(0)(directory);
+      EXPECT_EQ(Get(registry, "new"), "x");
+      EXPECT_EQ(prompts.shown.size(), 2u);
     }
     FileRegistry again(directory.path());
-    EXPECT_EQ(Get(again, "new"), "x") << c.what;
-    EXPECT_EQ(prompts.shown.size(), 2u) << c.what;
+    EXPECT_EQ(Get(again, "new"), "x");
+    EXPECT_EQ(prompts.shown.size(), 2u);
   }
 }
 
@@ -323,43 +337,41 @@ TEST_F(RegistryStoreTest, WhatIsNoStoreIsAnErrorAtOnce) {
         ASSERT_EQ(::mkfifo((directory / file).c_str(), 0600), 0);
       } else {
         directory.Put(file, "");
-        Cut(directory, file, std::size_t{4} << 40);
+        fs::resize_file(directory / file, std::size_t{4} << 40);
       }
       FileRegistry registry(directory.path());
       EXPECT_FALSE(registry.OpenKey(kCurrentUser, "").ok()) << file << is_pipe;
       EXPECT_FALSE(Set(registry, "a", "1").ok()) << file << is_pipe;
-      std::filesystem::remove(directory / file);
+      fs::remove(directory / file);
       EXPECT_TRUE(Set(registry, "a", "1").ok()) << file << is_pipe;
     }
   }
 }
 
 TEST_F(RegistryStoreTest, NobodyElseCanReadTheFiles) {
-  const TempDirectory directory;
-  Fill(directory, true);
-  const std::string bait = directory.Put("bait", "bait");
-  std::filesystem::create_symlink(bait, directory / "hkcu.reg.tmp");
+  Fill(directory_, true);
+  const std::string bait = directory_.Put("bait", "bait");
+  fs::create_symlink(bait, directory_ / "hkcu.reg.tmp");
   for (const char* file : {"hkcu.reg", "hkcu.journal", "."}) {
-    ::chmod((directory / file).c_str(), 0777);
+    ::chmod((directory_ / file).c_str(), 0777);
   }
   for (const char* kept : {"before", "after"}) {
-    FileRegistry registry(directory.path());
+    FileRegistry registry(directory_.path());
     EXPECT_TRUE(Set(registry, kept, "x").ok());
-    EXPECT_EQ(directory.Mode("hkcu.reg"), 0600u) << kept;
-    EXPECT_EQ(directory.Mode("hkcu.journal"), 0600u) << kept;
-    EXPECT_EQ(directory.Mode("."), 0700u) << kept;
+    EXPECT_EQ(directory_.Mode("hkcu.reg"), 0600u) << kept;
+    EXPECT_EQ(directory_.Mode("hkcu.journal"), 0600u) << kept;
+    EXPECT_EQ(directory_.Mode("."), 0700u) << kept;
   }
-  EXPECT_EQ(directory.Get("bait"), "bait");
+  EXPECT_EQ(directory_.Get("bait"), "bait");
 }
 
 TEST_F(RegistryStoreTest, AWriterThatWasStoppedStopsNobodyForEver) {
   class Impatient : public SystemCalls {
     void Pause(unsigned) override {}
   } calls;
-  const TempDirectory directory;
-  FileRegistry registry(directory.path(), calls);
+  FileRegistry registry(directory_.path(), calls);
   EXPECT_TRUE(Set(registry, "a", "1").ok());
-  const FileDescriptor stopped(calls, ::open((directory / "hkcu.journal").c_str(), O_RDONLY));
+  const FileDescriptor stopped(calls, ::open((directory_ / "hkcu.journal").c_str(), O_RDONLY));
   ASSERT_EQ(::flock(stopped.get(), LOCK_EX), 0);
   EXPECT_EQ(Set(registry, "a", "2").kind, ErrorKind::kBusy);
   ASSERT_EQ(::flock(stopped.get(), LOCK_UN), 0);
@@ -377,8 +389,7 @@ TEST_F(RegistryStoreTest, ASyncThatFailsIsMadeUpForLater) {
     bool fails = true;
     int syncs = 0;
   } calls;
-  const TempDirectory directory;
-  FileRegistry registry(directory.path(), calls);
+  FileRegistry registry(directory_.path(), calls);
   EXPECT_TRUE(Set(registry, "a", "1").ok());
   EXPECT_FALSE(registry.Leave().ok());
   EXPECT_FALSE(registry.Flush().ok());
@@ -391,44 +402,39 @@ TEST_F(RegistryStoreTest, ASyncThatFailsIsMadeUpForLater) {
 /// What is done in turn, and what the registry holds afterwards.
 struct Step {
   const char* what;
-  std::function<Error(Registry&)> run;
+  std::function<Error(FileRegistry&)> run;
 };
 
 constexpr std::size_t kFoldingStep = 10;
-const std::vector<Step>& Steps() {
-  static const std::string large(345'000, 'x');
-  static const std::vector<Step> steps = {
-      {"create", [](Registry& r) { return r.CreateKey(kCurrentUser, "k\\sub").error; }},
-      {"set", [](Registry& r) { return Set(r, "a", "1"); }},
-      {"set another", [](Registry& r) { return Set(r, "b", "2"); }},
-      {"change", [](Registry& r) { return Set(r, "a", "3"); }},
-      {"delete value", [](Registry& r) { return r.DeleteValue(Key(r), "b"); }},
-      {"delete key", [](Registry& r) { return r.DeleteKey(kCurrentUser, "k\\sub"); }},
-      {"grow 1", [](Registry& r) { return Set(r, "large", large); }},
-      {"grow 2", [](Registry& r) { return Set(r, "large", large + "2"); }},
-      {"grow 3", [](Registry& r) { return Set(r, "large", large + "3"); }},
-      {"shrink", [](Registry& r) { return r.DeleteValue(Key(r), "large"); }},
-      {"fold", [](Registry& r) { return Set(r, "b", std::string(20'000, 'y')); }},
-      {"flush", [](Registry& r) { return r.Flush(); }},
-      {"leave", [](Registry& r) { return static_cast<FileRegistry&>(r).Leave(); }},
-      {"set after leaving", [](Registry& r) { return Set(r, "c", "5"); }},
-  };
-  return steps;
-}
+const Step kSteps[] = {
+    {"create", [](auto& r) { return r.CreateKey(kCurrentUser, "k\\sub").error; }},
+    {"set", [](auto& r) { return Set(r, "a", "1"); }},
+    {"set another", [](auto& r) { return Set(r, "b", "2"); }},
+    {"change", [](auto& r) { return Set(r, "a", "3"); }},
+    {"delete value", [](auto& r) { return r.DeleteValue(Key(r), "b"); }},
+    {"delete key", [](auto& r) { return r.DeleteKey(kCurrentUser, "k\\sub"); }},
+    {"grow 1", [](auto& r) { return Set(r, "large", kLarge); }},
+    {"grow 2", [](auto& r) { return Set(r, "large", kLarge + "2"); }},
+    {"grow 3", [](auto& r) { return Set(r, "large", kLarge + "3"); }},
+    {"shrink", [](auto& r) { return r.DeleteValue(Key(r), "large"); }},
+    {"fold", [](auto& r) { return Set(r, "b", std::string(20'000, 'y')); }},
+    {"flush", [](auto& r) { return r.Flush(); }},
+    {"leave", [](auto& r) { return r.Leave(); }},
+    {"set after leaving", [](auto& r) { return Set(r, "c", "5"); }},
+};
 
 TEST_F(RegistryStoreTest, AnySystemCallMayFailAndNothingElseChanges) {
   RegistryDump expected;
   {
     const TempDirectory directory;
     FileRegistry registry(directory.path());
-    for (const Step& step : Steps()) {
+    for (const Step& step : kSteps) {
       ASSERT_TRUE(step.run(registry).ok()) << step.what;
-      const bool is_folded = std::filesystem::exists(directory / "hkcu.reg");
-      ASSERT_EQ(is_folded, &step >= &Steps()[kFoldingStep]) << step.what;
+      const bool is_folded = fs::exists(directory / "hkcu.reg");
+      ASSERT_EQ(is_folded, &step >= &kSteps[kFoldingStep]) << step.what;
     }
     expected = Dump(registry);
   }
-  ScriptedPrompts prompts;
   for (const int error : {EIO, ENOSPC, EACCES}) {
     test::FailingSystemCalls calls;
     int failures = 0;
@@ -437,13 +443,13 @@ TEST_F(RegistryStoreTest, AnySystemCallMayFailAndNothingElseChanges) {
       FileRegistry registry(directory / "made/registry", calls);
       calls.Fail(number, error);
       std::string trace = "call " + std::to_string(number) + ", errno " + std::to_string(error);
-      for (const Step& step : Steps()) {
+      for (const Step& step : kSteps) {
         const auto state = [&] {
           const TempDirectory copy;
-          if (std::filesystem::exists(directory / "made/registry")) {
-            std::filesystem::copy(directory / "made/registry", copy.path());
+          if (fs::exists(directory / "made/registry")) {
+            fs::copy(directory / "made/registry", copy.path());
           }
-          return Dump(*std::make_unique<FileRegistry>(copy.path()));
+          return DumpOf(copy.path());
         };
         const RegistryDump before = number % 5 == 0 ? state() : RegistryDump();
         if (step.run(registry).ok()) continue;
@@ -454,37 +460,14 @@ TEST_F(RegistryStoreTest, AnySystemCallMayFailAndNothingElseChanges) {
         EXPECT_TRUE(step.run(registry).ok()) << trace << ": again " << step.what;
       }
       EXPECT_EQ(Dump(registry), expected) << trace;
-      EXPECT_EQ(Dump(*std::make_unique<FileRegistry>(directory / "made/registry")), expected)
-          << trace;
+      EXPECT_EQ(DumpOf(directory / "made/registry"), expected) << trace;
       if (!calls.failed()) break;
       calls.Fail(0, 0);
     }
     EXPECT_GT(failures, 20) << error;
   }
-  EXPECT_TRUE(prompts.shown.empty());
+  EXPECT_TRUE(prompts_.shown.empty());
 }
-
-/// A disk with room for so many bytes more; a write takes what still fits.
-class FullDisk : public SystemCalls {
- public:
-  explicit FullDisk(std::size_t bytes) : room(bytes) {}
-  ssize_t Write(int fd, const void* data, std::size_t size) override {
-    return Take(size) == 0 ? -1 : SystemCalls::Write(fd, data, taken_);
-  }
-  ssize_t PositionedWrite(int fd, const void* data, std::size_t size, off_t offset) override {
-    return Take(size) == 0 ? -1 : SystemCalls::PositionedWrite(fd, data, taken_, offset);
-  }
-  std::size_t room;
-
- private:
-  std::size_t Take(std::size_t size) {
-    taken_ = std::min(size, room);
-    room -= taken_;
-    if (taken_ == 0) errno = ENOSPC;
-    return taken_;
-  }
-  std::size_t taken_ = 0;
-};
 
 /// Sets values until there is no room, and checks that those reported are there, also for others.
 /// Returns how many there are.
@@ -500,7 +483,7 @@ int FillUp(FileRegistry& registry, const std::string& files) {
   const RegistryDump dump = Dump(registry);
   EXPECT_EQ(dump.contains("k") ? dump.at("k").size() : 0u, static_cast<std::size_t>(count));
   // Without room for a journal not even reading has an answer.
-  EXPECT_TRUE(dump.empty() || Dump(*std::make_unique<FileRegistry>(files)) == dump);
+  EXPECT_TRUE(dump.empty() || DumpOf(files) == dump);
   return count;
 }
 
@@ -508,16 +491,18 @@ TEST_F(RegistryStoreTest, AFullDiskIsToldAndLosesNothing) {
   // At each byte that a write can end at: in the header, the generation, and the first records.
   for (std::size_t room = 0; room < 3'000; room += room < 300 ? 1 : 97) {
     const TempDirectory directory;
-    FullDisk disk(room);
+    test::FailingSystemCalls disk;
+    disk.LeaveRoom(room);
     FileRegistry registry(directory.path(), disk);
     FillUp(registry, directory.path());
-    disk.room = 1 << 20;
+    disk.LeaveRoom(1 << 20);
     EXPECT_TRUE(Set(registry, "room again", "x").ok()) << room;
     EXPECT_EQ(Get(*std::make_unique<FileRegistry>(directory.path()), "room again"), "x") << room;
   }
   // In the middle of folds, whose snapshots have no room any more.
   const TempDirectory directory;
-  FullDisk disk(std::size_t{3} << 20);
+  test::FailingSystemCalls disk;
+  disk.LeaveRoom(std::size_t{3} << 20);
   EXPECT_GT(FillUp(*std::make_unique<FileRegistry>(directory.path(), disk), directory.path()), 990);
   EXPECT_EQ(directory.Get("hkcu.reg.tmp"), "(none)");
 
@@ -531,15 +516,11 @@ TEST_F(RegistryStoreTest, AFullDiskIsToldAndLosesNothing) {
 
 /// Runs `work` in a child without the rights of the administrator.
 void RunAsNobody(const std::function<void()>& work) {
-  const pid_t child = ::fork();
-  if (child == 0) {
-    if (::getuid() == 0 && (::setgid(65'534) != 0 || ::setuid(65'534) != 0)) ::_exit(2);
+  test::ForkedProcess child([&] {
+    ASSERT_TRUE(::getuid() != 0 || (::setgid(65'534) == 0 && ::setuid(65'534) == 0));
     work();
-    ::_exit(::testing::Test::HasFailure() ? 1 : 0);
-  }
-  int status = 0;
-  ASSERT_EQ(::waitpid(child, &status, 0), child);
-  EXPECT_EQ(status, 0);
+  });
+  EXPECT_TRUE(child.EndsWell());
 }
 
 TEST_F(RegistryStoreTest, ADirectoryThatCannotBeWrittenCanStillBeRead) {
@@ -549,7 +530,7 @@ TEST_F(RegistryStoreTest, ADirectoryThatCannotBeWrittenCanStillBeRead) {
     for (const char* file : {"hkcu.reg", "hkcu.journal"}) {
       ::chmod((directory / file).c_str(), 0444);
     }
-    if (!has_journal) std::filesystem::remove(directory / "hkcu.journal");
+    if (!has_journal) fs::remove(directory / "hkcu.journal");
     ::chmod(directory.path().c_str(), 0555);
     RunAsNobody([&] {
       FileRegistry registry(directory.path());
@@ -575,36 +556,29 @@ TEST_F(RegistryStoreTest, ADirectoryThatCannotBeWrittenCanStillBeRead) {
   EXPECT_EQ(homeless.CreateKey(kCurrentUser, "k").error.kind, ErrorKind::kNotFound);
 }
 
-TEST_F(RegistryStoreTest, WithoutAMappingChangesAreSeenAllTheSame) {
+TEST_F(RegistryStoreTest, WithoutMappingsAndUnlockingChangesAreSeenAllTheSame) {
   class NoMapping : public SystemCalls {
     void* Map(std::size_t, int, int) override { return reinterpret_cast<void*>(-1); }
-  } calls;
-  const TempDirectory directory;
-  FileRegistry plain(directory.path());
-  FileRegistry unmapped(directory.path(), calls);
-  for (int i = 0; i < 10; ++i) {
-    EXPECT_TRUE(Set(plain, "v", std::to_string(i)).ok());
-    EXPECT_EQ(Get(unmapped, "v"), std::to_string(i));
-    EXPECT_TRUE(Set(unmapped, "w", std::to_string(i)).ok());
-    EXPECT_EQ(Get(plain, "w"), std::to_string(i));
-  }
-}
-
-TEST_F(RegistryStoreTest, ALockThatCannotBeGivenBackStopsNobody) {
+  } unmapped;
   class Sticky : public SystemCalls {
     int Lock(int fd, int operation) override {
       if (operation != LOCK_UN) return SystemCalls::Lock(fd, operation);
       errno = EIO;
       return -1;
     }
-  } calls;
-  const TempDirectory directory;
-  FileRegistry sticky(directory.path(), calls);
-  const HKEY key = Key(sticky);
-  EXPECT_TRUE(sticky.SetValue(key, "v", 1, "x").ok());
-  FileRegistry other(directory.path());
-  EXPECT_TRUE(Set(other, "w", "y").ok());
-  EXPECT_EQ(Read(sticky, key, "w"), "y");
+  } sticky;
+  for (SystemCalls* calls :
+       {static_cast<SystemCalls*>(&unmapped), static_cast<SystemCalls*>(&sticky)}) {
+    const TempDirectory directory;
+    FileRegistry plain(directory.path());
+    FileRegistry broken(directory.path(), *calls);
+    for (int i = 0; i < 10; ++i) {
+      EXPECT_TRUE(Set(plain, "v", std::to_string(i)).ok());
+      EXPECT_EQ(Get(broken, "v"), std::to_string(i));
+      EXPECT_TRUE(Set(broken, "w", std::to_string(i)).ok());
+      EXPECT_EQ(Get(plain, "w"), std::to_string(i));
+    }
+  }
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "dqlib/platform/registry.h"
+#include "tests/support/rows.h"
 
 namespace dq::platform {
 namespace {
@@ -29,14 +30,7 @@ class Listing : public RegistryTextSink {
   }
 };
 
-struct WrittenCase {
-  std::string_view name;
-  DWORD type;
-  std::string_view data;
-  const char* line;
-};
-
-constexpr WrittenCase kWritten[] = {
+const test::Rows<std::string_view, DWORD, std::string_view, const char*> kWritten = {
     {"", REGISTRY_STRING, {"x\0", 2}, "@=\"x\"\r\n"},
     {"a", REGISTRY_STRING, {"\0", 1}, "\"a\"=\"\"\r\n"},
     {"q\"\\%\xE4\n\r",
@@ -60,14 +54,14 @@ constexpr WrittenCase kWritten[] = {
 };
 
 TEST(RegistryText, EveryValueIsWrittenInItsFormAndReadBack) {
-  for (const WrittenCase& c : kWritten) {
+  for (const auto& [name, type, data, expected_line] : kWritten) {
     std::string line;
-    AppendRegistryValue(c.name, c.type, c.data, line);
-    EXPECT_EQ(line, c.line);
+    AppendRegistryValue(name, type, data, line);
+    EXPECT_EQ(line, expected_line);
     Listing listing;
     EXPECT_FALSE(ReadRegistryText("REGEDIT4\r\n[k]\r\n" + line, listing).any()) << line;
     const std::string expected =
-        "value " + std::string(c.name) + "|" + std::to_string(c.type) + "|" + std::string(c.data);
+        "value " + std::string(name) + "|" + std::to_string(type) + "|" + std::string(data);
     ASSERT_EQ(listing.found.size(), 2u) << line;
     EXPECT_EQ(listing.found[1], expected);
   }
@@ -100,29 +94,16 @@ TEST(RegistryText, WhatOthersWriteIsUnderstood) {
 }
 
 TEST(RegistryText, LinesWithoutSenseAreLeftOutAndCounted) {
-  for (const char* line : {"\"a",
-                           "\"a\"",
-                           "\"a\"x",
-                           "\"a\"=\"x",
-                           "\"a\"=\"x\"y",
-                           "\"a\"=\"x\\",
-                           "\"a\"=dword:",
-                           "\"a\"=dword:123456789",
-                           "\"a\"=dword:0x1",
-                           "\"a\"=dword:-1",
-                           "\"a\"=hex:1",
-                           "\"a\"=hex:01,",
-                           "\"a\"=hex:0102",
-                           "\"a\"=hex:0g",
-                           "\"a\"=hex(:01",
-                           "\"a\"=hex(1 :01",
-                           "\"a\"=hex()01",
-                           "\"a\"=hex:01,\\",
-                           "[H",
-                           "x",
-                           "\xFF\xFE"}) {
+  std::vector<std::string> lines = {"\"a",         "\"a\"", "\"a\"x",   "\"a\"=\"x", "\"a\"=\"x\"y",
+                                    "\"a\"=\"x\\", "[HKEY", "nonsense", "\xFF\xFE"};
+  for (const char* value :
+       {"dword:", "dword:123456789", "dword:0x1", "dword:-1", "hex:1", "hex:01,", "hex:0102",
+        "hex:0g", "hex(:01", "hex(1 :01", "hex()01", "hex:01,\\"}) {
+    lines.push_back(std::string("\"a\"=") + value);
+  }
+  for (const std::string& line : lines) {
     Listing listing;
-    const std::string text = "REGEDIT4\n[H]\n" + std::string(line) + "\n[H\\b]\n@=\"y\"\n";
+    const std::string text = "REGEDIT4\n[H]\n" + line + "\n[H\\b]\n@=\"y\"\n";
     EXPECT_EQ(ReadRegistryText(text, listing).lost_lines, 1u) << line;
     const std::vector<std::string> expected = {"key H", "key H\\b",
                                                std::string("value |1|y\0", 11)};

@@ -73,42 +73,35 @@ struct Fixture {
   const std::string journal = directory / "registry/hkcu.journal";
 };
 
-struct Operation {
-  const char* what;
-  std::function<Error(Fixture&)> run;
-};
+Error OpenAndClose(Files& files, std::string_view path, const OpenOptions& options) {
+  const Result<HANDLE> file = files.Open(path, options);
+  if (file.ok()) files.Close(file.value);
+  return file.error;
+}
+Error TakeOver(Fixture& f) {
+  ::unlink(f.journal.c_str());
+  return f.registry.SetValue(f.key, "new", 1, "n");
+}
 
-const Operation kOperations[] = {
-    {"create", [](Fixture& f) { return f.registry.CreateKey(f.key, "a\\b").error; }},
-    {"set", [](Fixture& f) { return f.registry.SetValue(f.key, "new", 1, kLong); }},
-    {"change", [](Fixture& f) { return f.registry.SetValue(f.key, "v", 1, kLarge); }},
-    {"delete value", [](Fixture& f) { return f.registry.DeleteValue(f.key, "v"); }},
-    {"delete key", [](Fixture& f) { return f.registry.DeleteKey(kCurrentUser, "k\\sub"); }},
-    {"leave", [](Fixture& f) { return f.registry.Leave(); }},
-    {"take over",
-     [](Fixture& f) {
-       ::unlink(f.journal.c_str());
-       return f.registry.SetValue(f.key, "new", 1, "n");
-     }},
-    {"profile", [](Fixture& f) { return f.profiles.Write(f.old, "s", "k", "new"); }},
-    {"new profile", [](Fixture& f) { return f.profiles.Write(f.made, "s", "k", "new"); }},
-    {"replace", [](Fixture& f) { return f.files.Replace(f.old, "new", false); }},
-    {"copy", [](Fixture& f) { return f.files.Copy(f.old, f.made, false); }},
-    {"rename", [](Fixture& f) { return f.files.Rename(f.old, f.made); }},
-    {"delete", [](Fixture& f) { return f.files.Delete(f.old); }},
-    {"find", [](Fixture& f) { return f.files.Find(f.all).error; }},
+const std::pair<const char*, std::function<Error(Fixture&)>> kOperations[] = {
+    {"create", [](auto& f) { return f.registry.CreateKey(f.key, "a\\b").error; }},
+    {"set", [](auto& f) { return f.registry.SetValue(f.key, "new", 1, kLong); }},
+    {"change", [](auto& f) { return f.registry.SetValue(f.key, "v", 1, kLarge); }},
+    {"delete value", [](auto& f) { return f.registry.DeleteValue(f.key, "v"); }},
+    {"delete key", [](auto& f) { return f.registry.DeleteKey(kCurrentUser, "k\\sub"); }},
+    {"leave", [](auto& f) { return f.registry.Leave(); }},
+    {"take over", TakeOver},
+    {"profile", [](auto& f) { return f.profiles.Write(f.old, "s", "k", "new"); }},
+    {"new profile", [](auto& f) { return f.profiles.Write(f.made, "s", "k", "new"); }},
+    {"replace", [](auto& f) { return f.files.Replace(f.old, "new", false); }},
+    {"copy", [](auto& f) { return f.files.Copy(f.old, f.made, false); }},
+    {"rename", [](auto& f) { return f.files.Rename(f.old, f.made); }},
+    {"delete", [](auto& f) { return f.files.Delete(f.old); }},
+    {"find", [](auto& f) { return f.files.Find(f.all).error; }},
     {"open",
-     [](Fixture& f) {
-       const auto file = f.files.Open(f.made, {.write = true, .create = true});
-       if (file.ok()) f.files.Close(file.value);
-       return file.error;
-     }},
+     [](auto& f) { return OpenAndClose(f.files, f.made, {.write = true, .create = true}); }},
     {"empty",
-     [](Fixture& f) {
-       const auto file = f.files.Open(f.old, {.write = true, .truncate = true});
-       if (file.ok()) f.files.Close(file.value);
-       return file.error;
-     }},
+     [](auto& f) { return OpenAndClose(f.files, f.old, {.write = true, .truncate = true}); }},
 };
 
 /// All files but the store's, and what a program finds in the store if this one is killed now.
@@ -129,10 +122,10 @@ std::map<std::string, std::string> State(const Fixture& fixture) {
 
 TEST(WantOfMemory, IsAnErrorThatChangesNothing) {
   dq::testing::ScriptedPrompts prompts;
-  for (const Operation& operation : kOperations) {
+  for (const auto& [what, run] : kOperations) {
     bool failed = true;
     for (int allocation = 1; failed; ++allocation) {
-      SCOPED_TRACE(::testing::Message() << operation.what << " at " << allocation);
+      SCOPED_TRACE(::testing::Message() << what << " at " << allocation);
       Fixture fixture;
       fixture.directory.Put("a.ini", "; c\n[s]\nk=old\n");
       EXPECT_TRUE(fixture.registry.SetValue(fixture.key, "v", 1, "old").ok());
@@ -140,7 +133,7 @@ TEST(WantOfMemory, IsAnErrorThatChangesNothing) {
       const auto before = State(fixture);
       t_failed = false;
       t_countdown = allocation;
-      const Error error = operation.run(fixture);
+      const Error error = run(fixture);
       t_countdown = 0;
       failed = t_failed;
       EXPECT_TRUE(failed || error.ok());
@@ -149,7 +142,7 @@ TEST(WantOfMemory, IsAnErrorThatChangesNothing) {
         // What a removed journal had is in the program that knew it.
         const auto now = State(fixture);
         EXPECT_TRUE(now == before || !fixture.registry.Flush().ok() || State(fixture) == before);
-        EXPECT_TRUE(operation.run(fixture).ok());
+        EXPECT_TRUE(run(fixture).ok());
       }
     }
   }

@@ -29,15 +29,17 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
   }
   /// Each write takes one byte less than it is given, and at most this many.
   void WriteAtMost(std::size_t bytes) { most_ = bytes; }
+  /// The disk has room for so many bytes more; a write takes what still fits.
+  void LeaveRoom(std::size_t bytes) { room_ = bytes; }
   /// The next new name is on another volume.
   void SplitVolumes() { split_ = true; }
   bool failed() const { return failed_; }
 
   ssize_t Write(int fd, const void* data, std::size_t size) override {
-    return Fails() ? -1 : SystemCalls::Write(fd, data, Less(size));
+    return Takes(size) ? SystemCalls::Write(fd, data, size) : -1;
   }
   ssize_t PositionedWrite(int fd, const void* data, std::size_t size, off_t offset) override {
-    return Fails() ? -1 : SystemCalls::PositionedWrite(fd, data, Less(size), offset);
+    return Takes(size) ? SystemCalls::PositionedWrite(fd, data, size, offset) : -1;
   }
   int LockRange(int fd, int command, struct flock* lock) override {
     return lock->l_type != F_UNLCK && Fails() ? -1 : SystemCalls::LockRange(fd, command, lock);
@@ -107,8 +109,14 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
     errno = error_;
     return true;
   }
-  std::size_t Less(std::size_t size) const {
-    return most_ == kAny || size < 2 ? size : std::min(size - 1, most_);
+  /// Lessens the size to what a write takes.
+  bool Takes(std::size_t& size) {
+    if (Fails()) return false;
+    if (most_ != kAny && size > 1) size = std::min(size - 1, most_);
+    size = std::min(size, room_);
+    room_ -= size;
+    if (size == 0) errno = ENOSPC;
+    return size > 0;
   }
 
   static constexpr std::size_t kAny = std::numeric_limits<std::size_t>::max();
@@ -117,6 +125,7 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
   bool failed_ = false;
   bool split_ = false;
   std::size_t most_ = kAny;
+  std::size_t room_ = kAny;
 };
 
 }  // namespace dq::test

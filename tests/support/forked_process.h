@@ -1,12 +1,19 @@
-// Work in a second process that begins with this one's state.
+// Work in other processes that begin with this one's state.
 //
-//   ForkedProcess child([&] { ... });
+//   std::atomic<int>& done = MakeSharedCount();
+//   ForkedProcess child([&] { EXPECT_TRUE(Work()); ++done; });
 //   ... work at the same time ...
 //   EXPECT_TRUE(child.EndsWell());
 
 #pragma once
 
-#include <sys/types.h>
+#include <algorithm>
+#include <atomic>
+#include <csignal>
+#include <deque>
+#include <gtest/gtest.h>
+#include <new>
+#include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -19,19 +26,38 @@ class ForkedProcess {
   explicit ForkedProcess(Work work) : id_(::fork()) {
     if (id_ != 0) return;
     work();
-    ::_exit(0);
+    ::_exit(::testing::Test::HasFailure() ? 1 : 0);
   }
   ForkedProcess(const ForkedProcess&) = delete;
   ForkedProcess& operator=(const ForkedProcess&) = delete;
 
-  /// Waits for the end, once; whether the process started and did all its work.
-  bool EndsWell() {
-    int status = -1;
-    return id_ > 0 && ::waitpid(id_, &status, 0) == id_ && status == 0;
-  }
+  /// Waits for the end, once; whether the process started and did all its work as was expected.
+  bool EndsWell() { return Status() == 0; }
+  /// Kills it, once; false if it had come to its end.
+  bool Kill() { return ::kill(id_, SIGKILL) == 0 && Status() == SIGKILL; }
 
  private:
+  int Status() const {
+    int status = -1;
+    return id_ > 0 && ::waitpid(id_, &status, 0) == id_ ? status : -1;
+  }
+
   pid_t id_;
 };
+
+/// Whether so many processes, which work at the same time and are told their numbers, all end well.
+template <typename Work>
+bool AllEndWell(int count, Work work) {
+  std::deque<ForkedProcess> children;
+  for (int i = 0; i < count; ++i) children.emplace_back([&] { work(i); });
+  return std::ranges::count_if(children, &ForkedProcess::EndsWell) == count;
+}
+
+/// A count from 0, shared with the processes that are forked from now on; it stays to the end.
+inline std::atomic<int>& MakeSharedCount() {
+  void* const page = ::mmap(nullptr, sizeof(std::atomic<int>), PROT_READ | PROT_WRITE,
+                            MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+  return *new (page) std::atomic<int>(0);
+}
 
 }  // namespace dq::test
