@@ -48,7 +48,8 @@ std::string MachineValue(const char* path, const char* name) {
 
 /// "<application data>\" and, with an application object, its registry key name and `below`.
 CString DataPath(bool create, const CString& below) {
-  CString path = CDQSystemInfo::GetSpecialFolderPath(FOLDER_APPDATA, create);
+  // The folder is made with what is below it, so that a failure is told once.
+  CString path = CDQSystemInfo::GetSpecialFolderPath(FOLDER_APPDATA, false);
   // A user without a home has no place for data, least of all at the root.
   if (path.IsEmpty()) return path;
   const char separator = platform::SeparatorFor(path.View());
