@@ -106,20 +106,15 @@ TEST(LobReader, OneOpeningServesOneRead) {
     CDQLobReader reader(path.c_str(), chunk, false);
     CString text = "old";
     EXPECT_FALSE(reader.GetData(text));
-    EXPECT_EQ(reader.GetReadLength(), 0);
     ASSERT_TRUE(reader.Open());
     EXPECT_TRUE(reader.GetData(text));
     EXPECT_EQ(text, expected);
     EXPECT_EQ(reader.GetReadLength(), text.GetLength());
     EXPECT_FALSE(reader.GetData(text));
   }
-  const auto left_over = [&](std::filesystem::perms permissions, bool deletes) {
-    std::filesystem::permissions(path, permissions);
-    { const CDQLobReader reader(path.c_str(), 1, deletes); }
-    return directory.Count();
-  };
-  EXPECT_EQ(left_over(std::filesystem::perms::owner_all, false), 1u);
-  EXPECT_EQ(left_over(std::filesystem::perms::owner_read, true), 1u) << "a read-only file stays";
+  std::filesystem::permissions(path, std::filesystem::perms::owner_read);
+  { const CDQLobReader deleting(path.c_str(), 1, true); }
+  EXPECT_EQ(directory.Count(), 1u) << "a read-only file stays";
   std::filesystem::permissions(path, std::filesystem::perms::owner_all);
   EXPECT_TRUE(CDQLobReader(path.c_str(), 1, true).Open());
   EXPECT_EQ(directory.Count(), 0u) << "even if it was open";

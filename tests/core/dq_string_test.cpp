@@ -65,13 +65,6 @@ TEST(DQString, WritesNumbersAndRealOnesByWidthAndPrecision) {
   }
 }
 
-TEST(DQString, InsertsDeletesAndReplacesAtAPlace) {
-  EXPECT_EQ(CDQString("ab").Insert(5, "x"), "ab   x");
-  EXPECT_EQ(CDQString("ab").Insert(0, 'x').Insert(5, ""), "xab");
-  EXPECT_EQ(CDQString("abc").Delete(3, 1).Delete(1, -1), "a");
-  EXPECT_EQ(CDQString("abc").Replace(4, 1, "x"), "abc x");
-}
-
 TEST(DQString, RemovesCharactersWithoutTouchingHalves) {
   CDQString tabs("ab\tc\t");
   EXPECT_EQ(tabs.ReplaceTabs(4), 2);
@@ -82,42 +75,19 @@ TEST(DQString, RemovesCharactersWithoutTouchingHalves) {
   EXPECT_EQ(wide.Delete('\\').Delete('A').Delete('\x83').View(), std::string(kSo) + kA);
 }
 
-TEST(DQString, MakesNamesProperAndPlural) {
-  EXPECT_EQ(CDQString("hELLO wORLD").MakeProper(), "Hello World");
-  EXPECT_EQ(CDQString("a\tb  1c_d").MakeProper(), "A\tB  1c_d");
-  const TwoByteCharacters page;
-  EXPECT_EQ(CDQString("A \x83\x61").MakeProper(), "A \x83\x61");
-  for (const auto& [name, plural] :
-       test::Rows<const char*, const char*>{{"", ""},
-                                            {"Table", "Tables"},
-                                            {"Index", "Indexes"},
-                                            {"CLASS", "CLASSes"},
-                                            {"QUERY", "QUERies"},
-                                            // Ends with no letter s.
-                                            {"\x83\x73", "\x83\x73s"}}) {
-    EXPECT_EQ(CDQString(name).MakePlural(), plural);
-  }
-}
-
-TEST(DQString, FindsForward) {
+TEST(DQString, FindsForwardByCharacterAndWithoutCaseTheFirstOfBoth) {
   const CDQString text("one Two, one");
-  EXPECT_EQ(text.Find("one", 1), 9);
-  EXPECT_EQ(text.Find('o', 12), -1);
   EXPECT_EQ(text.Find("", 12), 12);
   EXPECT_EQ(text.Find("", 13), -1) << "past the end";
   EXPECT_EQ(text.FindNoCase("tWO"), 4);
-  EXPECT_EQ(text.FindNoCase('t'), 4) << "only the upper case is there";
-  EXPECT_EQ(text.FindNoCase('O', 1), 6) << "only the lower case is there";
-  EXPECT_EQ(CDQString("xAa").FindNoCase('a'), 1) << "the first of both cases";
+  EXPECT_EQ(CDQString("xAa").FindNoCase('a'), 1);
   EXPECT_EQ(text.FindWhiteSpace(), 3);
   EXPECT_EQ(text.ReverseFindWhiteSpace(), 8);
   EXPECT_EQ(text.FindCharLower(), 0);
   EXPECT_EQ(CDQString("AB").FindCharLower(), -1);
-
   const TwoByteCharacters page;
   const CDQString wide(std::string(kA) + "xa" + kSo + "\\");
   EXPECT_EQ(wide.Find('\x83'), -1) << "no half of a character";
-  EXPECT_EQ(wide.FindNoCase('A'), 3);
   EXPECT_EQ(wide.FindNoCase("A"), 3);
   EXPECT_EQ(wide.Find("A", 1), 1) << "the walk begins where it is told to";
 }
@@ -125,87 +95,36 @@ TEST(DQString, FindsForward) {
 TEST(DQString, OnlyTheCaselessReverseSearchSeesIndexZero) {
   EXPECT_EQ(CDQString("abxx").ReverseFind("ab"), -1);
   EXPECT_EQ(CDQString("abxx").ReverseFindNoCase("AB"), 0);
-  const CDQString text("xabxab");
-  EXPECT_EQ(text.ReverseFind("ab", 4), 4);
-  EXPECT_EQ(text.ReverseFind("ab", 3), 1);
-  EXPECT_EQ(text.ReverseFind("ab", 6), 4) << "past the end is the end";
-  EXPECT_EQ(text.ReverseFindNoCase("AB", 3), 1);
-  EXPECT_EQ(text.ReverseFindNoCase('B'), 5);
-  EXPECT_EQ(text.ReverseFindNoCase(""), -1);
-
   const TwoByteCharacters page;
   EXPECT_EQ(CDQString("x\x83\x41y").ReverseFind("A"), 2) << "by byte";
-  EXPECT_EQ(CDQString("x\x83\x41y").ReverseFindNoCase("a"), 2);
   EXPECT_EQ(CDQString("\x82\x60yY").ReverseFindNoCase("\x82\x81Y"), 0) << "wide letters";
   EXPECT_EQ(CDQString(kA).ReverseFind('A'), -1) << "by character";
 }
 
-TEST(DQString, ReplacesWhatItFinds) {
-  for (const auto& [text, find, with, exact, no_case] :
-       test::Rows<const char*, const char*, const char*, const char*, const char*>{
-           {"abcABC", "bc", "", "aABC", "aA"},
-           // What was inserted is not searched again.
-           {"aAaa", "a", "aa", "aaAaaaa", "aaaaaaaa"},
-           {"aaaaa", "aa", "b", "bba", "bba"},
-           {"abc", "", "x", "abc", "abc"},
-       }) {
-    CDQString exactly(text);
-    CDQString caseless(text);
-    exactly.FindReplace(find, with);
-    caseless.FindReplaceNoCase(find, with);
-    EXPECT_EQ(exactly, exact) << text << " " << find;
-    EXPECT_EQ(caseless, no_case) << text << " " << find;
-  }
-  CDQString text("a-A-a");
-  EXPECT_EQ(text.FindReplace("a", "bb", false), 1);
-  EXPECT_EQ(text.FindReplaceNoCase("a", "b"), 2);
-  EXPECT_EQ(text, "bb-b-b");
-  const TwoByteCharacters page;
-  text = std::string(kA) + "A" + kSo + "a";
-  EXPECT_EQ(text.FindReplaceNoCase("\\", "/"), 0);
-  EXPECT_EQ(text.FindReplaceNoCase("A", "."), 2);
-  EXPECT_EQ(text.FindReplace(kSo, "\\"), 1);
-  EXPECT_EQ(text.View(), std::string(kA) + ".\\.");
+TEST(DQString, WhatWasInsertedIsNotSearchedAgain) {
+  CDQString text("aAaa");
+  EXPECT_EQ(text.FindReplace("a", "aa"), 3);
+  EXPECT_EQ(text, "aaAaaaa");
+  EXPECT_EQ(text.FindReplaceNoCase("a", "ab", false), 1);
+  EXPECT_EQ(text.FindReplaceNoCase("AB", "-"), 1);
+  EXPECT_EQ(text, "-aAaaaa");
 }
 
 TEST(DQString, FieldsKeepTheirBlanksAndMayBeEmpty) {
-  const TwoByteCharacters page;
-  for (const auto& [text, delimiter, fields] :
-       test::Rows<std::string, const char*, std::vector<std::string>>{
-           {" a ,, c", ",", {" a ", "", " c"}},
-           {"", ",", {""}},
-           {",", ",", {"", ""}},
-           {"abc", "", {"abc"}},
-           {"a::b:::c", "::", {"a", "b", ":c"}},
-           {std::string(kSo) + "\\" + kA, "\\", {kSo, kA}},
-       }) {
-    const CDQString string(text);
-    const int count = static_cast<int>(fields.size());
-    EXPECT_EQ(string.GetFieldCount(delimiter), count) << text;
-    for (int i = 0; i < count; ++i) {
-      EXPECT_EQ(string.GetField(delimiter, i).View(), fields[i]) << text << " " << i;
-    }
-    EXPECT_EQ(string.GetField(delimiter, count), "");
-    EXPECT_EQ(string.GetField(delimiter, 2147483647), "");
-  }
+  const CDQString text(" a ,, c");
+  EXPECT_EQ(text.GetFieldCount(","), 3);
+  EXPECT_EQ(text.GetField(",", 0) + "|" + text.GetField(",", 1) + "|" + text.GetField(',', 2),
+            " a || c");
+  EXPECT_EQ(text.GetField(",", 2147483647), "");
+  EXPECT_EQ(CDQString("").GetFieldCount(","), 1);
 }
 
 TEST(DQString, DelimitedFieldsBeginAnewInsideTheFormerOne) {
-  for (const auto& [text, open, close, index, field] :
-       test::Rows<const char*, const char*, const char*, int, const char*>{
-           {"x<a>y<b>z", "<", ">", 1, "b"},
-           {"x<a>y<b>z", "<", ">", 2, ""},
-           {"x<a", "<", ">", 0, ""},
-           {"<a<b>", "<", ">", 0, "a<b"},
-           {"<a<b>", "<", ">", 1, "b"},
-           {"<a>", "", ">", 0, ""},
-           {"<a>", "<", "", 0, ""},
-           // The next search begins behind an opening taken to be as long as the closing.
-           {"((a)b)", "(", "b)", 1, ""},
-           {"((((a)", "((", ")", 2, "a"},
-       }) {
-    EXPECT_EQ(CDQString(text).GetDelimitedField(open, close, index), field) << text << index;
-  }
+  EXPECT_EQ(CDQString("<a<b>").GetDelimitedField("<", ">", 0), "a<b");
+  EXPECT_EQ(CDQString("<a<b>").GetDelimitedField("<", ">", 1), "b");
+  // The next search begins behind an opening taken to be as long as the closing.
+  EXPECT_EQ(CDQString("((a)b)").GetDelimitedField("(", "b)", 1), "");
+  EXPECT_EQ(CDQString("((((a)").GetDelimitedField("((", ")", 2), "a");
   // Many openings before the only closing take linear time.
   const CDQString openings(std::string(1'000'000, '<') + ">");
   EXPECT_EQ(openings.GetDelimitedField("<", ">", 999'998), "<");
@@ -219,9 +138,6 @@ TEST(DQString, SplitAddsTokensAndCutsTheString) {
   for (const auto& [text, delimiters, tokens, left] :
        test::Rows<std::string_view, const char*, std::vector<std::string_view>, std::string_view>{
            {",a,,b", ",", {"a", "b"}, ",a"},
-           {",,", ",", {}, ",,"},
-           {"a b;c", "; ", {"a", "b", "c"}, "a"},
-           {"a,b", "", {"a,b"}, "a,b"},
            {"a\0b,c"sv, ",", {"a"}, "a"},
            {",\0a"sv, ",", {}, ","}}) {
     CStringArray out;

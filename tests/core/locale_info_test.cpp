@@ -1,7 +1,6 @@
 #include "dqlib/core/locale_info.h"
 
 #include <gtest/gtest.h>
-#include <memory>
 
 #include "tests/support/rows.h"
 #include "tests/support/scripted_locale.h"
@@ -37,11 +36,6 @@ TEST(LocaleInfo, JoinsDateAndTimePatternsByABlank) {
                "dddd, MMMM dd, yyyy h:mm:ss tt");
   locale.items.clear();
   EXPECT_STREQ(CDQLocaleInfo::GetDateFormat(LOCALE_SSHORTDATE, true), " ");
-}
-
-TEST(LocaleInfo, CanBeCreatedByItsRunTimeClass) {
-  const std::unique_ptr<CObject> info(CRuntimeClass::FromName("CDQLocaleInfo")->CreateObject());
-  EXPECT_TRUE(info->IsKindOf(RUNTIME_CLASS(CDQLocaleInfo)));
 }
 
 }  // namespace

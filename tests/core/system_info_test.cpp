@@ -112,7 +112,6 @@ TEST_F(SystemInfoTest, WritesDatesAndTimesByTheUsersLocale) {
                    {LOCALE_SDAYNAME1 + 5, "Samstag"},
                    {LOCALE_SDAYNAME1 + 6, "Sonntag"},
                    {LOCALE_SMONTHNAME1 + 1, "Februar"}};
-  EXPECT_STREQ(CDQSystemInfo::GetCurrentDate(DATE_SHORT), "03.02.01");
   EXPECT_STREQ(CDQSystemInfo::GetCurrentDate(DATE_LONG), "Samstag, 3. Februar 2001");
   EXPECT_STREQ(CDQSystemInfo::GetCurrentDateTime(DATE_SHORT), "03.02.01 04:05:06.007");
   const SYSTEMTIME time{1996, 2, 0, 29, 23, 59, 58, 999};
@@ -135,7 +134,6 @@ TEST_F(SystemInfoTest, MillisecondsGoBehindTheSecondsUnlessTheyAreThere) {
                                                                 {"12:34:56.789", -1},
                                                                 {"1.2.2001 1:2", 12},
                                                                 {"", -1},
-                                                                {"12", -1},
                                                                 {nullptr, -1}})
     EXPECT_EQ(CDQSystemInfo::GetMilliSecPos(time), place);
 }
