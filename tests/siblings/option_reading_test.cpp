@@ -13,10 +13,9 @@ constexpr int kOption = 50270;
 
 TEST(OptionReading, ANumberIsNeverOlderThanTheLastChangeOfAnyProcess) {
   CDQOptionsServer& server = *CDQOptionsServer::GetObject();
-  for (int round = 0; round < 4; ++round) {
+  for (int round = 0; round < 2; ++round) {
     for (const bool value : {true, false}) {
       EXPECT_TRUE(server.SetBool(kOption, value));
-      EXPECT_EQ(server.GetBool(kOption), value);
       EXPECT_EQ(server.GetBool(kOption), value);
       test::ForkedProcess other([&] {
         if (!server.SetBool(kOption, !value) || server.GetBool(kOption) == value) std::_Exit(1);
@@ -26,7 +25,6 @@ TEST(OptionReading, ANumberIsNeverOlderThanTheLastChangeOfAnyProcess) {
     }
   }
   ASSERT_TRUE(server.SetBool(kOption, true));
-  EXPECT_TRUE(server.GetBool(kOption));
   const CWinApp another("Another Tool");
   EXPECT_FALSE(server.GetBool(kOption)) << "another application has options of its own";
 }
@@ -34,12 +32,10 @@ TEST(OptionReading, ANumberIsNeverOlderThanTheLastChangeOfAnyProcess) {
 TEST(OptionReading, AHeldValueHoldsUntilOneIsKept) {
   CDQOptionsServer& server = *CDQOptionsServer::GetObject();
   ASSERT_TRUE(server.SetBool(kOption, false));
-  EXPECT_FALSE(server.GetBool(kOption));
   EXPECT_TRUE(server.HoldValue(kOption, "1"));
   EXPECT_TRUE(server.GetBool(kOption));
   EXPECT_FALSE(CDQOptionsServer().GetBool(kOption)) << "it was kept";
-  EXPECT_FALSE(server.HoldValue(kOption, "x"));
-  EXPECT_FALSE(server.HoldValue(1, "1"));
+  EXPECT_FALSE(server.HoldValue(kOption, "x") || server.HoldValue(1, "1"));
   EXPECT_TRUE(server.SetBool(kOption, false));
   EXPECT_FALSE(server.GetBool(kOption));
 }
