@@ -1,6 +1,7 @@
 #include "dqlib/frame/application_info.h"
 
 #include <gtest/gtest.h>
+#include <sstream>
 
 #include "dqlib/framework/windows/win_app.h"
 #include "tests/support/rows.h"
@@ -26,37 +27,35 @@ class ApplicationInfo : public ::testing::Test {
 };
 
 TEST_F(ApplicationInfo, VersionNumbersAreCutAtTheDots) {
-  for (const auto& [version, medium, short_version, major, minor, build] :
-       test::Rows<const char*, const char*, const char*, int, int, int>{
-           {"7.1.2.3", "7.1.2", "7.1", 7, 1, 3},
-           {"7.10.5.44", "7.10.5", "7.10", 7, 0, 44},
-           {"7.1", "", "", 7, 0, 0},
-           {"", "", "", 0, 0, 0},
-           {"1..2.3.4", "1..2", "1.", 1, 0, 3},
-           {"12.3.4", "", "12.3", 12, 3, 0}}) {
+  for (const auto& [version, expected] :
+       test::Rows<const char*, const char*>{{"7.1.2.3", "7.1.2|7.1|7|1|3"},
+                                            {"7.10.5.44", "7.10.5|7.10|7|0|44"},
+                                            {"7.1", "||7|0|0"},
+                                            {"", "||0|0|0"},
+                                            {"1..2.3.4", "1..2|1.|1|0|3"},
+                                            {"12.3.4", "|12.3|12|3|0"}}) {
     SetVersion({{"FileVersion", version}});
     CDQApplicationInfo info;
     EXPECT_STREQ(info.GetLongVersionNumber(), version);
-    EXPECT_STREQ(info.GetMediumVersionNumber(), medium) << version;
-    EXPECT_STREQ(info.GetShortVersionNumber(), short_version) << version;
-    EXPECT_EQ(info.GetMajorVersionNumber(), major) << version;
-    EXPECT_EQ(info.GetMinorVersionNumber(), minor) << version;
-    EXPECT_EQ(info.GetBuildNumber(), build) << version;
+    std::ostringstream parts;
+    parts << info.GetMediumVersionNumber().View() << '|' << info.GetShortVersionNumber().View()
+          << '|' << info.GetMajorVersionNumber() << '|' << info.GetMinorVersionNumber() << '|'
+          << info.GetBuildNumber();
+    EXPECT_EQ(parts.str(), expected) << version;
   }
 }
 
 TEST_F(ApplicationInfo, TheExecutableGivesDirectoryKeyAndOptionsFile) {
-  for (const auto& [path, directory, key, options, network] :
-       test::Rows<const char*, const char*, const char*, const char*, bool>{
-           {"c:\\bin\\TOOL.EXE", "c:\\bin", "TOOL", "TOOL.dqo", false},
-           {"\\\\server\\share\\tool.v2.exe", "\\\\server\\share", "tool.v2", "tool.v2.dqo", true},
-           {"/tmp/tool", "/tmp", "tool", "tool.dqo", false}}) {
+  for (const auto& [path, facts, network] : test::Rows<const char*, const char*, bool>{
+           {"c:\\bin\\TOOL.EXE", "c:\\bin|TOOL|TOOL.dqo", false},
+           {"\\\\server\\share\\tool.v2.exe", "\\\\server\\share|tool.v2|tool.v2.dqo", true},
+           {"/tmp/tool", "/tmp|tool|tool.dqo", false}}) {
     CWinApp app("name");
     app.SetExecutablePath(path);
     CDQApplicationInfo info;
-    EXPECT_STREQ(info.GetExecutableDirectory(), directory);
-    EXPECT_STREQ(info.GetRegistryKey(), key);
-    EXPECT_STREQ(info.GetOptionsFile(), options);
+    EXPECT_EQ(
+        info.GetExecutableDirectory() + "|" + info.GetRegistryKey() + "|" + info.GetOptionsFile(),
+        facts);
     EXPECT_EQ(info.RunningFromNetwork(), network) << path;
   }
   CWinApp app("name");
