@@ -169,7 +169,7 @@ TEST(WindowTree, RectanglesFollowParentsAndFrames) {
   EXPECT_EQ(whole.GetClientRect().Width(), 101);
 }
 
-TEST(WindowTree, FocusGoesToWhatIsVisibleAndEnabled) {
+TEST(WindowTree, FocusGoesToWhatIsEnabledAndLeavesWhatIsHidden) {
   Log log;
   LogWnd top(log, nullptr, 1);
   LogWnd child(log, &top, 2);

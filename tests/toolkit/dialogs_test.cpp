@@ -121,6 +121,27 @@ TEST_F(Dialogs, PagesMayGoOrEndTheDialogWhileTheyAreAsked) {
   }
 }
 
+TEST_F(Dialogs, PageThatRefusesHasTheFocusOnWhatIsWrong) {
+  struct NumberPage : CDQSftTabsPage {
+    NumberPage() : CDQSftTabsPage(3001, "n") {}
+    void DoDataExchange(CDataExchange* exchange) override { DDX_Text(exchange, 10, number); }
+    int number = 1;
+  } first, second;
+  CDQSftTabsDialog sheet(3000);
+  sheet.AddPage(first);
+  sheet.AddPage(second);
+  prompts_.on_dialog = [&](platform::DialogView& view) {
+    EXPECT_TRUE(view.Enter(2900, "2"));
+    EXPECT_TRUE(view.Enter(2900, "1"));
+    second.SetDlgItemText(10, "x");
+    EXPECT_TRUE(view.Press(IDOK));
+    ASSERT_TRUE(view.IsOpen());
+    EXPECT_EQ(sheet.GetActivePage(), 1);
+    EXPECT_EQ(CWnd::GetFocus(), second.GetDlgItem(10));
+  };
+  EXPECT_EQ(sheet.DoModal(), IDCANCEL);
+}
+
 TEST_F(Dialogs, CollectionShowsOneChildAndMovesItsValuesOnly) {
   struct Child : CDQChildDialog {
     explicit Child(UINT id) : CDQChildDialog(id) {}

@@ -156,7 +156,7 @@ class CWnd : public CCmdTarget {
   bool EnableWindow(bool enable = true);
   bool IsWindowEnabled() const { return enabled_; }
   /// Gives it the keyboard: `WM_KILLFOCUS` to the former window, `WM_SETFOCUS` to this one. Returns
-  /// the former. Nothing happens if it or one above is disabled, or a hidden child window.
+  /// the former. Nothing happens if it or one above is disabled; a hidden one can have it.
   CWnd* SetFocus();
   /// The window of the calling thread that has the focus, or null.
   static CWnd* GetFocus();

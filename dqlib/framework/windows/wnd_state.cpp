@@ -135,9 +135,8 @@ CWnd* CWnd::SetFocus() {
   CWnd* const former = GetFocus();
   if (m_hWnd == nullptr || former == this) return former;
   for (const CWnd* window = this; window != nullptr; window = window->parent_) {
-    // A dialog that isn't shown yet has its focus set all the same.
-    const bool takes = window->visible_ || window->parent_ == nullptr;
-    if (!takes || !window->enabled_ || window->destroying_) return former;
+    // Whether it is visible doesn't count: dialogs and pages set the focus before they are shown.
+    if (!window->enabled_ || window->destroying_) return former;
   }
   const HWND self = m_hWnd;
   const HWND other = detail::CurrentUi().focus;
