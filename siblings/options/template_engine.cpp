@@ -68,8 +68,9 @@ void CDQTemplateEngine::Process(std::string_view text, std::string& result) {
 void CDQTemplateEngine::Report(UINT id, std::string_view subject) const {
   CString message;
   message.Format(id, std::string(subject).c_str());
-  if (m_sink) {
-    m_sink(message);
+  // A sink may put another one in its own place.
+  if (const TemplateReportSink sink = m_sink) {
+    sink(message);
   } else {
     AfxTrace((message + "\n").View());
   }

@@ -36,7 +36,8 @@ class CDQTemplateEngine {
   /// rest of the text stays. Null counts as "". Linear in the text and the result.
   CString ResolveVariableString(const char* text);
 
-  /// Replaces where reports go, null by the default, the trace log. Returns the former one.
+  /// Replaces where reports go, null by the default, the trace log. Returns the former one. A sink
+  /// may call the engine, this operation included.
   TemplateReportSink SetReportSink(TemplateReportSink sink);
 
  private:

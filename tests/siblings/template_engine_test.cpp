@@ -73,6 +73,17 @@ TEST_F(TemplateEngine, StoresOnlyUnderNamesThatATextCanNeed) {
   EXPECT_EQ(engine.ResolveVariableString("<$$$$>"), "<empty name>");
 }
 
+TEST_F(TemplateEngine, ASinkMayPutAnotherOneInItsPlace) {
+  TemplateReportSink former = engine.SetReportSink(nullptr);
+  engine.SetReportSink([this, former](const CString& message) {
+    engine.SetReportSink(former);
+    reports.push_back("once");
+    former(message);
+  });
+  EXPECT_EQ(engine.ResolveVariableString("$$a$$$$b$$"), "$$a$$$$b$$");
+  EXPECT_THAT(reports, ElementsAre("once", Unknown("$$a$$"), Unknown("$$b$$")));
+}
+
 TEST_F(TemplateEngine, TakesAMegabyteOfMarks) {
   for (const int more : {0, 1, 2, 3}) {
     const std::string marks((1 << 20) + more, '$');
