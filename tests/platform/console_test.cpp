@@ -33,11 +33,10 @@ TEST(Console, StopRequestCallsTheWatchInsteadOfEndingTheProgram) {
 
 TEST(Console, RequestsThatWereIgnoredStayIgnored) {
   const auto former = std::signal(SIGHUP, SIG_IGN);
-  {
-    const auto watch = System().console->WatchStopRequests([] { ADD_FAILURE(); });
-    raise(SIGHUP);
-    EXPECT_EQ(PresentHandler(SIGHUP), SIG_IGN);
-  }
+  auto watch = System().console->WatchStopRequests([] { ADD_FAILURE(); });
+  raise(SIGHUP);
+  EXPECT_EQ(PresentHandler(SIGHUP), SIG_IGN);
+  watch.reset();
   std::signal(SIGHUP, former);
 }
 

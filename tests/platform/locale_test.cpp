@@ -1,14 +1,13 @@
 #include "dqlib/platform/locale.h"
 
-#include <cstdlib>
-#include <filesystem>
 #include <gtest/gtest.h>
 #include <locale.h>
 #include <string>
 #include <vector>
 
 #include "dqlib/platform/posix/system_services.h"
-#include "tests/support/temp_directory.h"
+#include "tests/support/rows.h"
+#include "tests/support/system_locale.h"
 
 /// Where `LOCPATH` is set, the C library's `newlocale` never frees its copy of it.
 extern "C" const char* __lsan_default_suppressions() { return "leak:argz_add_sep"; }
@@ -17,15 +16,6 @@ namespace dq::platform {
 namespace {
 
 using test::ScopedVariable;
-
-/// Compiles a locale into the directory. The command's status tells of missing categories, too.
-bool Compile(const test::TempDirectory& directory, const std::string& name,
-             const std::string& options) {
-  const std::string target = directory / (name + ".UTF-8");
-  const std::string command = "localedef " + options + " -f UTF-8 '" + target + "' 2>/dev/null";
-  static_cast<void>(std::system(command.c_str()));
-  return std::filesystem::exists(target + "/LC_NUMERIC");
-}
 
 /// The texts of the items, each with a bar behind it.
 std::string Texts(Locale& locale, const std::vector<DWORD>& items, DWORD id = LOCALE_USER_DEFAULT) {
@@ -65,29 +55,23 @@ TEST(Locale, IsUsEnglishWithoutALocaleOfItsOwn) {
 }
 
 TEST(Locale, TakesItsItemsFromTheEnvironmentOnce) {
-  const test::TempDirectory directory;
-  for (const char* name : {"de_DE", "ja_JP", "en_IN"}) {
-    ASSERT_TRUE(Compile(directory, name, std::string("-i ") + name)) << name;
+  for (const std::string name : {"de_DE", "ja_JP", "en_IN"}) {
+    test::CompileLocale(name, "-i " + name);
   }
-  struct {
-    const char* name;
-    const char* definition;
-    const char* numbers;
-  } const number_cases[] = {
-      {"fr_FR", "copy \"fr_FR\"", ",|\xE2\x80\xAF|3;0|;|2|1|1|"},
-      {"de_AT", "copy \"de_DE\"", ",|.|3;0|;|2|1|1|"},
-      {"unm_US", "copy \"unm_US\"", ".|\xE2\x80\xAF|2;2;2;3;0|,|2|1|1|"},
-      {"xx_XX", "decimal_point \",\"\nthousands_sep \".\"\ngrouping 3;2;2;-1",
-       ",|.|3;2;2|;|2|1|1|"},
-  };
   const std::string former = setlocale(LC_ALL, nullptr);
-  const ScopedVariable path("LOCPATH", directory.path());
+  const ScopedVariable path("LOCPATH", test::LocaleDirectory().path());
   const ScopedVariable all("LC_ALL", "");
-  for (const auto& c : number_cases) {
-    const std::string text = std::string("LC_NUMERIC\n") + c.definition + "\nEND LC_NUMERIC\n";
-    ASSERT_TRUE(Compile(directory, c.name, "-c -i '" + directory.Put("source", text) + "'"));
-    const ScopedVariable numeric("LC_NUMERIC", std::string(c.name) + ".UTF-8");
-    EXPECT_EQ(Texts(*posix::MakeLocale(), kNumbers), c.numbers) << c.name;
+  for (const auto& [name, definition, numbers] : test::Rows<std::string, std::string, const char*>{
+           {"fr_FR", "copy \"fr_FR\"", ",|\xE2\x80\xAF|3;0|;|2|1|1|"},
+           {"de_AT", "copy \"de_DE\"", ",|.|3;0|;|2|1|1|"},
+           {"unm_US", "copy \"unm_US\"", ".|\xE2\x80\xAF|2;2;2;3;0|,|2|1|1|"},
+           {"xx_XX", "decimal_point \",\"\nthousands_sep \".\"\ngrouping 3;2;2;-1",
+            ",|.|3;2;2|;|2|1|1|"}}) {
+    const std::string source =
+        test::LocaleDirectory().Put("source", "LC_NUMERIC\n" + definition + "\nEND LC_NUMERIC\n");
+    test::CompileLocale(name, "-c -i '" + source + "'");
+    const ScopedVariable numeric("LC_NUMERIC", name + ".UTF-8");
+    EXPECT_EQ(Texts(*posix::MakeLocale(), kNumbers), numbers) << name;
   }
 
   // Each category has a variable of its own; LANG stands for the rest, and LC_ALL goes before all.

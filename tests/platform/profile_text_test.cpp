@@ -53,48 +53,40 @@ TEST(ProfileText, FindsValues) {
 }
 
 TEST(ProfileText, ChangesOnlyTheLinesConcerned) {
-  struct Row {
-    const char* rule;
-    std::string before;
-    const char* section;
-    std::optional<const char*> key;
-    std::optional<const char*> value;
-    std::string after;
-  };
-  const Row rows[] = {
-      {"new file", "", "S", "k", "v", "[S]\r\nk=v\r\n"},
-      {"mark alone", "\xEF\xBB\xBF", "S", "k", "v", "\xEF\xBB\xBF[S]\r\nk=v\r\n"},
-      {"value", "[s]\n Key = old \n;c\n", "S", "KEY", "v", "[s]\nKey=v\n;c\n"},
-      {"same value", "[s]\n k = v \n", "s", "k", "v", "[s]\n k = v \n"},
-      {"blank kept", "[s]\nk=v\n", "s", "k", " v ", "[s]\nk= v \n"},
-      {"last line", "[s]\rk=1\r;c", "s", "k", "2", "[s]\rk=2\r;c"},
-      {"first twin", "[s]\nk=1\nk=2\n[s]\nk=3\n", "s", "k", "v", "[s]\nk=v\nk=2\n[s]\nk=3\n"},
-      {"behind last key", "[s]\na=1\n\n; of t\n[t]\n", "s", "k", "v",
-       "[s]\na=1\nk=v\n\n; of t\n[t]\n"},
-      {"first key", "[s]\n;c\n[t]\nk=1\n", "s", "k", "v", "[s]\nk=v\n;c\n[t]\nk=1\n"},
-      {"no line end", "[s]\na=1", "s", "k", "v", "[s]\na=1\nk=v\n"},
-      {"no line end at all", "[s]", "s", "k", "v", "[s]\r\nk=v\r\n"},
-      {"neighbour's line end", "[r]\r\n[s]\na=1\n[t]\r\n", "s", "k", "v",
-       "[r]\r\n[s]\na=1\nk=v\n[t]\r\n"},
-      {"new section", "[r]\ra=1\r", "s", "k", "v", "[r]\ra=1\r[s]\rk=v\r"},
-      {"keys before sections", "k=1\n", "s", "k", "v", "k=1\n[s]\nk=v\n"},
-      {"delete key", "[s]\nk=1\n;c\nK = 2\na=1", "s", "k", {}, "[s]\n;c\na=1"},
-      {"delete no key", "[s]\nk=1\n", "s", "j", {}, "[s]\nk=1\n"},
-      {"delete section",
-       "\xEF\xBB\xBF[s]\r\nk=1\r\n;c\r\n[t]\nk=1\n[S]\rk=2",
-       "s",
-       {},
-       {},
-       "\xEF\xBB\xBF;c\r\n[t]\nk=1\n"},
-      {"delete no section", "[s]\nk=1\n", "k", {}, {}, "[s]\nk=1\n"},
-  };
-  for (const Row& row : rows) {
-    std::string text = row.before;
-    const bool changed = !row.key     ? DeleteProfileSection(text, row.section)
-                         : !row.value ? DeleteProfileKey(text, row.section, *row.key)
-                                      : SetProfileValue(text, row.section, *row.key, *row.value);
-    EXPECT_EQ(text, row.after) << row.rule;
-    EXPECT_EQ(changed, row.before != row.after) << row.rule;
+  using Text = std::optional<const char*>;
+  for (const auto& [rule, before, section, key, value, after] :
+       test::Rows<const char*, std::string, const char*, Text, Text, std::string>{
+           {"new file", "", "S", "k", "v", "[S]\r\nk=v\r\n"},
+           {"mark alone", "\xEF\xBB\xBF", "S", "k", "v", "\xEF\xBB\xBF[S]\r\nk=v\r\n"},
+           {"value", "[s]\n Key = old \n;c\n", "S", "KEY", "v", "[s]\nKey=v\n;c\n"},
+           {"same value", "[s]\n k = v \n", "s", "k", "v", "[s]\n k = v \n"},
+           {"blank kept", "[s]\nk=v\n", "s", "k", " v ", "[s]\nk= v \n"},
+           {"last line", "[s]\rk=1\r;c", "s", "k", "2", "[s]\rk=2\r;c"},
+           {"first twin", "[s]\nk=1\nk=2\n[s]\nk=3\n", "s", "k", "v", "[s]\nk=v\nk=2\n[s]\nk=3\n"},
+           {"behind last key", "[s]\na=1\n\n; of t\n[t]\n", "s", "k", "v",
+            "[s]\na=1\nk=v\n\n; of t\n[t]\n"},
+           {"first key", "[s]\n;c\n[t]\nk=1\n", "s", "k", "v", "[s]\nk=v\n;c\n[t]\nk=1\n"},
+           {"no line end", "[s]\na=1", "s", "k", "v", "[s]\na=1\nk=v\n"},
+           {"no line end at all", "[s]", "s", "k", "v", "[s]\r\nk=v\r\n"},
+           {"neighbour's line end", "[r]\r\n[s]\na=1\n[t]\r\n", "s", "k", "v",
+            "[r]\r\n[s]\na=1\nk=v\n[t]\r\n"},
+           {"new section", "[r]\ra=1\r", "s", "k", "v", "[r]\ra=1\r[s]\rk=v\r"},
+           {"keys before sections", "k=1\n", "s", "k", "v", "k=1\n[s]\nk=v\n"},
+           {"delete key", "[s]\nk=1\n;c\nK = 2\na=1", "s", "k", {}, "[s]\n;c\na=1"},
+           {"delete no key", "[s]\nk=1\n", "s", "j", {}, "[s]\nk=1\n"},
+           {"delete section",
+            "\xEF\xBB\xBF[s]\r\nk=1\r\n;c\r\n[t]\nk=1\n[S]\rk=2",
+            "s",
+            {},
+            {},
+            "\xEF\xBB\xBF;c\r\n[t]\nk=1\n"},
+           {"delete no section", "[s]\nk=1\n", "k", {}, {}, "[s]\nk=1\n"}}) {
+    std::string text = before;
+    const bool changed = !key     ? DeleteProfileSection(text, section)
+                         : !value ? DeleteProfileKey(text, section, *key)
+                                  : SetProfileValue(text, section, *key, *value);
+    EXPECT_EQ(text, after) << rule;
+    EXPECT_EQ(changed, before != after) << rule;
   }
 }
 

@@ -139,6 +139,10 @@ class LoginDialog : public DialogView {
 TEST(Prompts, DialogIsAskedControlByControlAndAgainWhileItStaysOpen) {
   for (const auto& [input, button, state] : Rows<std::string_view, int, std::string_view>{
            {"\n\n\n\n\n\n", 1, "<|sa|a\r\nb|||0|"},
+           // Values and choices are shown, but no secret.
+           {"\n\n\n\n\n\n", 1,
+            "Log?in\r\nName [sa]: Note [a\\nb]: Password: \r\n  1 dev\r\n  2 db\r\n"
+            "Server: Keep [no]: [OK] / Cancel / Help...: "},
            {"me\nx\\ny\\\\\nsecret\n7\n2\nyes\nc\n", 2, "<|me|x\r\ny\\|secret|db|1|"},
            {"\"\"\n\n\n\n\nhelp\n\n\n\n\n\n\n\nok\n", 1, "<||a\r\nb||"},
            {"bad\n\n\n\n\n\ngood\n\n\n\n\nO\n", 1, "<|good|"},
@@ -149,16 +153,7 @@ TEST(Prompts, DialogIsAskedControlByControlAndAgainWhileItStaysOpen) {
     EXPECT_EQ(outcome.button, button) << input;
     EXPECT_NE(outcome.terminal.find(state), std::string::npos) << outcome.terminal;
   }
-}
-
-TEST(Prompts, DialogShowsValuesAndChoicesButNoSecret) {
   LoginDialog dialog;
-  const Outcome outcome = Ask(Setting::kTerminal, "\n\n\n\n\n\n", [&] { return dialog.Run(); });
-  EXPECT_NE(outcome.terminal.find("Log?in\r\nName [sa]: Note [a\\nb]: Password: \r\n"
-                                  "  1 dev\r\n  2 db\r\nServer: Keep [no]: "
-                                  "[OK] / Cancel / Help...: "),
-            std::string::npos)
-      << outcome.terminal;
   const Outcome nobody = Ask(Setting::kNoTerminal, "", [&] { return dialog.Run(); });
   EXPECT_EQ(nobody.button, 0);
   EXPECT_TRUE(nobody.standard_error.starts_with("Log\x1bin\n<")) << nobody.standard_error;

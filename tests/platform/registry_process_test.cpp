@@ -24,7 +24,7 @@ namespace {
 using test::Dump;
 using test::Eventually;
 using test::RegistryDump;
-using test::TempDirectory;
+using TempDirectory = test::MemoryDirectory;
 
 /// One call that changes the registry.
 struct Change {
@@ -109,8 +109,6 @@ TEST(RegistryProcess, WhatAKilledWriterHadReportedIsThere) {
   constexpr int kKills = 300;
   constexpr unsigned kSeed = 4'711;
   std::mt19937 random(kSeed);
-  const test::ScopedVariable in_memory("TMPDIR",
-                                       ::access("/dev/shm", W_OK) == 0 ? "/dev/shm" : "/tmp");
   const TempDirectory directory;
   dq::testing::ScriptedPrompts prompts;
   RegistryDump state{{"", {}}};

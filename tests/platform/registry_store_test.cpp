@@ -31,7 +31,7 @@ using dq::testing::ScriptedPrompts;
 using test::Dump;
 using test::Read;
 using test::RegistryDump;
-using test::TempDirectory;
+using TempDirectory = test::MemoryDirectory;
 
 constexpr std::size_t kHeader = kJournalHeaderSize;
 const std::string kLarge(345'000, 'x');
@@ -70,10 +70,7 @@ void Fill(const TempDirectory& directory, bool in_snapshot) {
   fs::copy(work.path(), directory.path());  // as a process that is killed leaves them
 }
 
-/// Works in memory, where syncing thousands of times takes no time.
 struct RegistryStoreTest : ::testing::Test {
-  const test::ScopedVariable in_memory_{"TMPDIR",
-                                        ::access("/dev/shm", W_OK) == 0 ? "/dev/shm" : "/tmp"};
   const TempDirectory directory_;
   ScriptedPrompts prompts_;
 };
@@ -93,14 +90,12 @@ TEST_F(RegistryStoreTest, ATornJournalIsReadUpToItsLastChangeWithoutAWord) {
     whole_before = whole;
     // What comes next stands behind the last whole record, and is there for the next one.
     EXPECT_TRUE(Set(registry, "next", "x").ok()) << cut;
-    EXPECT_EQ(Get(*std::make_unique<FileRegistry>(directory.path()), "next"), "x") << cut;
+    EXPECT_EQ(DumpOf(directory.path()), Dump(registry)) << cut;
     const std::string journal = directory.Get("hkcu.journal");
     RegistryTree tree;
-    EXPECT_EQ(ReplayJournal(std::string_view(journal).substr(kHeader),
-                            DecodeJournalHead(journal)->epoch, kHeader, tree)
-                  .end,
-              journal.size())
-        << cut;
+    const auto records = std::string_view(journal).substr(kHeader);
+    const auto epoch = DecodeJournalHead(journal)->epoch;
+    EXPECT_EQ(ReplayJournal(records, epoch, kHeader, tree).end, journal.size()) << cut;
   }
   EXPECT_EQ(whole_before, 4u);
   EXPECT_TRUE(prompts_.shown.empty());
@@ -117,23 +112,18 @@ TEST_F(RegistryStoreTest, ADamagedSnapshotIsSalvagedKeptAndToldOnce) {
     directory.Put("hkcu.journal", journal);
     directory.Put("hkcu.reg.bad", "of last time");
     ScriptedPrompts prompts;
-    RegistryDump salvaged;
-    {
-      FileRegistry registry(directory.path());
-      salvaged = Dump(registry);
-      for (const auto& [path, values] : salvaged) {
-        for (const auto& [name, value] : values) EXPECT_EQ(name, value.second) << cut;
-      }
-      ASSERT_EQ(prompts.shown.size(), 1u) << cut;
-      EXPECT_EQ(prompts.shown[0].type, UINT{BOX_EXCLAMATION});
-      EXPECT_NE(prompts.shown[0].text.find(directory / "hkcu.reg.bad.1"), std::string::npos);
-      EXPECT_EQ(DumpOf(directory.path()), Dump(registry));
+    SCOPED_TRACE(cut);
+    const RegistryDump salvaged = DumpOf(directory.path());
+    for (const auto& [path, values] : salvaged) {
+      for (const auto& [name, value] : values) EXPECT_EQ(name, value.second);
     }
+    ASSERT_EQ(prompts.shown.size(), 1u);
+    EXPECT_EQ(prompts.shown[0].type, UINT{BOX_EXCLAMATION});
+    EXPECT_NE(prompts.shown[0].text.find(directory / "hkcu.reg.bad.1"), std::string::npos);
     EXPECT_EQ(directory.Get("hkcu.reg.bad.1"), bytes.substr(0, cut));
     EXPECT_EQ(directory.Mode("hkcu.reg.bad.1"), 0600u);
-    FileRegistry again(directory.path());
-    EXPECT_EQ(Dump(again), salvaged) << cut;
-    EXPECT_EQ(prompts.shown.size(), 1u) << cut;
+    EXPECT_EQ(DumpOf(directory.path()), salvaged);
+    EXPECT_EQ(prompts.shown.size(), 1u);
   }
 }
 
@@ -241,13 +231,12 @@ TEST_F(RegistryStoreTest, WhatARunningProcessKnowsOutlivesItsFiles) {
       EXPECT_GE(prompts.shown.size(), 1u);
       const TempDirectory copy;
       fs::copy(directory.path(), copy.path());
-      FileRegistry next(copy.path());
-      EXPECT_EQ(Get(next, "old"), "y");
-      EXPECT_EQ(Get(next, "new"), "n");
-      EXPECT_EQ(Get(next, "more"), behind_sees_it_first ? "z" : "(error 1)");
-      EXPECT_EQ(Get(next, "gone"), "(error 1)");
-      EXPECT_EQ(Dump(behind), Dump(next));
-      EXPECT_EQ(Dump(registry), Dump(next));
+      RegistryDump next = DumpOf(copy.path());
+      EXPECT_EQ(next["k"]["old"].second + next["k"]["new"].second, "yn");
+      EXPECT_EQ(next["k"].contains("more"), behind_sees_it_first);
+      EXPECT_FALSE(next["k"].contains("gone"));
+      EXPECT_EQ(Dump(behind), next);
+      EXPECT_EQ(Dump(registry), next);
     }
   }
 }
@@ -400,11 +389,7 @@ TEST_F(RegistryStoreTest, ASyncThatFailsIsMadeUpForLater) {
 }
 
 /// What is done in turn, and what the registry holds afterwards.
-struct Step {
-  const char* what;
-  std::function<Error(FileRegistry&)> run;
-};
-
+using Step = std::pair<const char*, std::function<Error(FileRegistry&)>>;
 constexpr std::size_t kFoldingStep = 10;
 const Step kSteps[] = {
     {"create", [](auto& r) { return r.CreateKey(kCurrentUser, "k\\sub").error; }},
@@ -429,9 +414,9 @@ TEST_F(RegistryStoreTest, AnySystemCallMayFailAndNothingElseChanges) {
     const TempDirectory directory;
     FileRegistry registry(directory.path());
     for (const Step& step : kSteps) {
-      ASSERT_TRUE(step.run(registry).ok()) << step.what;
+      ASSERT_TRUE(step.second(registry).ok()) << step.first;
       const bool is_folded = fs::exists(directory / "hkcu.reg");
-      ASSERT_EQ(is_folded, &step >= &kSteps[kFoldingStep]) << step.what;
+      ASSERT_EQ(is_folded, &step >= &kSteps[kFoldingStep]) << step.first;
     }
     expected = Dump(registry);
   }
@@ -440,27 +425,27 @@ TEST_F(RegistryStoreTest, AnySystemCallMayFailAndNothingElseChanges) {
     int failures = 0;
     for (int number = 1;; ++number) {
       const TempDirectory directory;
-      FileRegistry registry(directory / "made/registry", calls);
+      const std::string files = directory / "made/registry";
+      FileRegistry registry(files, calls);
       calls.Fail(number, error);
-      std::string trace = "call " + std::to_string(number) + ", errno " + std::to_string(error);
       for (const Step& step : kSteps) {
+        SCOPED_TRACE(::testing::Message()
+                     << "call " << number << ", errno " << error << step.first);
         const auto state = [&] {
           const TempDirectory copy;
-          if (fs::exists(directory / "made/registry")) {
-            fs::copy(directory / "made/registry", copy.path());
-          }
+          if (fs::exists(files)) fs::copy(files, copy.path());
           return DumpOf(copy.path());
         };
         const RegistryDump before = number % 5 == 0 ? state() : RegistryDump();
-        if (step.run(registry).ok()) continue;
+        if (step.second(registry).ok()) continue;
         ++failures;
-        EXPECT_TRUE(calls.failed()) << trace << ": " << step.what;
+        EXPECT_TRUE(calls.failed());
         // The call that failed has done nothing, and does it when it is made again.
-        EXPECT_TRUE(number % 5 != 0 || state() == before) << trace << ": " << step.what;
-        EXPECT_TRUE(step.run(registry).ok()) << trace << ": again " << step.what;
+        EXPECT_TRUE(number % 5 != 0 || state() == before);
+        EXPECT_TRUE(step.second(registry).ok());
       }
-      EXPECT_EQ(Dump(registry), expected) << trace;
-      EXPECT_EQ(DumpOf(directory / "made/registry"), expected) << trace;
+      EXPECT_EQ(Dump(registry), expected) << number;
+      EXPECT_EQ(DumpOf(files), expected) << number;
       if (!calls.failed()) break;
       calls.Fail(0, 0);
     }
@@ -528,7 +513,7 @@ TEST_F(RegistryStoreTest, ADirectoryThatCannotBeWrittenCanStillBeRead) {
     const TempDirectory directory;
     Fill(directory, true);
     for (const char* file : {"hkcu.reg", "hkcu.journal"}) {
-      ::chmod((directory / file).c_str(), 0444);
+      fs::permissions(directory / file, fs::perms{0444});
     }
     if (!has_journal) fs::remove(directory / "hkcu.journal");
     ::chmod(directory.path().c_str(), 0555);

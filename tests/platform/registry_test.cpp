@@ -34,11 +34,8 @@ class RegistryTest : public ::testing::Test {
 };
 
 TEST_F(RegistryTest, ValuesOfEveryTypeAndSizeComeBackAndStay) {
-  const std::string all_bytes = [] {
-    std::string bytes;
-    for (int i = 0; i < 256; ++i) bytes += static_cast<char>(i);
-    return bytes;
-  }();
+  std::string all_bytes;
+  for (int i = 0; i < 256; ++i) all_bytes += static_cast<char>(i);
   const HKEY key = Make("Types");
   RegistryDump expected{{"", {}}, {"Types", {}}};
   const auto set = [&](const std::string& name, DWORD type, const std::string& data) {

@@ -13,14 +13,11 @@ namespace {
 
 using posix::ErrorFromErrno;
 
-TEST(SystemErrors, TextIsTheSystemsOwnWithLineEnd) {
+TEST(SystemErrors, TextIsTheSystemsOwnWithLineEndOrNone) {
   for (const int number : {ENOENT, EACCES, EPIPE, 0}) {
     const std::string expected = std::string(std::strerror(number)) + "\r\n";
     EXPECT_EQ(System().system_errors->Describe(static_cast<DWORD>(number)), expected) << number;
   }
-}
-
-TEST(SystemErrors, UnknownNumberHasNoText) {
   for (const DWORD code : {4095u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
     EXPECT_EQ(System().system_errors->Describe(code), std::nullopt) << code;
   }
@@ -50,7 +47,6 @@ TEST(Network, LastErrorIsWhatTheThreadRecorded) {
   std::thread([] {
     posix::RecordNetworkError({5, "refused", "LAN"});
     const Result<NetworkError> error = System().network->LastError();
-    ASSERT_TRUE(error.ok());
     EXPECT_EQ(error.value.code, 5u);
     EXPECT_EQ(error.value.description, "refused");
     EXPECT_EQ(error.value.provider, "LAN");

@@ -73,21 +73,23 @@ TEST(SystemFacts, TellsWhoAndWhere) {
   ASSERT_EQ(::gethostname(host, sizeof host - 1), 0);
   EXPECT_EQ(facts.HostName(), host);
   EXPECT_EQ(facts.ComputerName(), std::string(host).substr(0, std::string(host).find('.')));
-  EXPECT_TRUE(facts.Version().ok());
   EXPECT_GT(facts.Version().value.major, 0U);
 }
 
 TEST(Clock, KnowsTheTimeOfDayInTheUsersZone) {
   const SYSTEMTIME time = System().clock->LocalTime();
   const std::time_t now = static_cast<std::time_t>(System().clock->SecondsSince1970());
-  std::tm parts{};
-  parts.tm_year = time.wYear - 1900;
-  parts.tm_mon = time.wMonth - 1;
-  parts.tm_mday = time.wDay;
-  parts.tm_hour = time.wHour;
-  parts.tm_min = time.wMinute;
-  parts.tm_sec = time.wSecond;
-  parts.tm_isdst = -1;
+  std::tm parts{time.wSecond,
+                time.wMinute,
+                time.wHour,
+                time.wDay,
+                time.wMonth - 1,
+                time.wYear - 1900,
+                0,
+                0,
+                -1,
+                0,
+                nullptr};
   EXPECT_NEAR(std::difftime(now, std::mktime(&parts)), 0, 60);
   EXPECT_EQ(parts.tm_wday, time.wDayOfWeek);
   EXPECT_LT(time.wMilliseconds, 1000);

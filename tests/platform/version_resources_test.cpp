@@ -32,9 +32,7 @@ TEST_F(VersionResourcesTest, ComeFromTheTextFileBesideTheProgram) {
   EXPECT_EQ(resources.Query(block, "\\StringFileInfo\\040904b0\\FileVersion"), "7.1.2.3");
   EXPECT_EQ(resources.Query(block, "\\STRINGFILEINFO\\040904B0\\productname"), "A=B");
   for (const char* query :
-       {"\\StringFileInfo\\040904b0\\Comments",
-        "\\StringFileInfo\\040704b0\\"
-        "FileVersion",
+       {"\\StringFileInfo\\040904b0\\Comments", "\\StringFileInfo\\040704b0\\FileVersion",
         "\\StringFileInfo\\040904b0", "\\", "", "\\StringFileInfo\\04x904b0\\FileVersion"}) {
     EXPECT_EQ(resources.Query(block, query), std::nullopt) << query;
   }

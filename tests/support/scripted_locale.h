@@ -7,6 +7,7 @@
 #include <string>
 
 #include "dqlib/platform/platform.h"
+#include "tests/support/own_service.h"
 
 namespace dq::test {
 
@@ -31,14 +32,8 @@ class ScriptedLocale : public platform::Locale {
   }
 
  private:
-  platform::Platform WithThis() {
-    platform::Platform services = platform::Current();
-    services.locale = this;
-    return services;
-  }
-
   const platform::CodePage* code_page_ = platform::CodePage::Get(0);
-  platform::ScopedPlatform scope_{WithThis()};
+  platform::ScopedPlatform scope_{With(&platform::Platform::locale, this)};
 };
 
 }  // namespace dq::test

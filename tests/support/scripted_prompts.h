@@ -10,6 +10,7 @@
 
 #include "dqlib/platform/dialog_script.h"
 #include "dqlib/platform/platform.h"
+#include "tests/support/own_service.h"
 
 namespace dq::testing {
 
@@ -32,7 +33,7 @@ struct ShownBox {
 class ScriptedPrompts : public platform::Prompts {
  public:
   ScriptedPrompts(std::initializer_list<BoxButton> script = {})
-      : script_(script), scope_(With(this)) {}
+      : script_(script), scope_(test::With(&platform::Platform::prompts, this)) {}
 
   int Show(std::string_view caption, std::string_view text, UINT type, UINT help_id) override {
     shown.push_back({std::string(text), type, help_id, std::string(caption)});
@@ -62,12 +63,6 @@ class ScriptedPrompts : public platform::Prompts {
   std::vector<ShownBox> shown;
 
  private:
-  static platform::Platform With(Prompts* prompts) {
-    platform::Platform platform = platform::Current();
-    platform.prompts = prompts;
-    return platform;
-  }
-
   std::deque<BoxButton> script_;
   platform::ScopedPlatform scope_;
 };

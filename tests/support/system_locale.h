@@ -14,20 +14,18 @@
 
 namespace dq::test {
 
-/// A directory with the locales of the tests, compiled once.
-inline const std::string& LocaleDirectory() {
+/// Where the tests' locales are compiled.
+inline const TempDirectory& LocaleDirectory() {
   static const TempDirectory directory;
-  static const bool compiled = [] {
-    for (const std::string name : {"de_DE", "ja_JP"}) {
-      const std::string command = "localedef -i " + name + " -f UTF-8 '" +
-                                  (directory / (name + ".UTF-8")) + "' 2>/dev/null";
-      // The command's status tells of missing categories, too.
-      static_cast<void>(std::system(command.c_str()));
-    }
-    return true;
-  }();
-  static_cast<void>(compiled);
-  return directory.path();
+  return directory;
+}
+
+/// Compiles a locale. The command's status tells of missing categories, too, and is left alone.
+inline void CompileLocale(const std::string& name, const std::string& options) {
+  const std::string path = LocaleDirectory() / (name + ".UTF-8");
+  if (std::filesystem::exists(path)) return;
+  const std::string command = "localedef " + options + " -f UTF-8 '" + path + "' 2>/dev/null";
+  static_cast<void>(std::system(command.c_str()));
 }
 
 /// A locale of the system ("C", "de_DE" or "ja_JP"), and a clock that stands still in 2001, in
@@ -35,7 +33,8 @@ inline const std::string& LocaleDirectory() {
 class SystemLocale {
  public:
   explicit SystemLocale(const std::string& name) {
-    const ScopedVariable path("LOCPATH", LocaleDirectory());
+    if (name != "C") CompileLocale(name, "-i " + name);
+    const ScopedVariable path("LOCPATH", LocaleDirectory().path());
     const ScopedVariable all("LC_ALL", name == "C" ? name : name + ".UTF-8");
     locale_ = platform::posix::MakeLocale();
     locale_->Item(LOCALE_SSHORTDATE, LOCALE_USER_DEFAULT);

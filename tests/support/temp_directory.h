@@ -10,13 +10,15 @@
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace dq::test {
 
 class TempDirectory {
  public:
-  TempDirectory() {
-    path_ = (std::filesystem::temp_directory_path() / "dqlib_test_XXXXXX").string();
+  explicit TempDirectory(
+      const std::filesystem::path& where = std::filesystem::temp_directory_path()) {
+    path_ = (where / "dqlib_test_XXXXXX").string();
     if (::mkdtemp(path_.data()) == nullptr) throw std::runtime_error("no directory " + path_);
   }
   TempDirectory(const TempDirectory&) = delete;
@@ -55,6 +57,12 @@ class TempDirectory {
 
  private:
   std::string path_;
+};
+
+/// One in memory, if the system has room for files there: syncing thousands of times takes no time.
+class MemoryDirectory : public TempDirectory {
+ public:
+  MemoryDirectory() : TempDirectory(::access("/dev/shm", W_OK) == 0 ? "/dev/shm" : "/tmp") {}
 };
 
 /// Sets a variable of the environment for its lifetime.
