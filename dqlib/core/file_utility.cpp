@@ -369,21 +369,26 @@ bool CDQFileUtility::RegisterFileType(const char* typeId, const char* typeName,
 }
 
 bool CDQFileUtility::DeleteDirectory(const CString& path, bool recursive) {
+  // Nothing but the search would know a directory by no name: the current one.
+  if (path.IsEmpty()) return false;
+  // Only a link to a directory can be deleted like a file; what it leads to is not ours. With a
+  // separator at its end a path is that of what it leads to.
+  const std::string_view whole = path.View();
+  std::string_view link = whole;
+  while (link.size() > 1 && platform::IsSeparator(link.back())) link.remove_suffix(1);
+  if (IsDirectory(whole) && Files().Delete(link).ok()) return true;
   if (recursive) {
-    const std::string pattern = platform::JoinPath(path.View(), "*.*");
+    const std::string pattern = platform::JoinPath(whole, "*.*");
     for (const platform::FoundFile& entry : Files().Find(pattern).value) {
       const bool directory = (entry.status.attributes & FILE_DIRECTORY) != 0;
       if (!directory || entry.name == "." || entry.name == ".." || HasSeparator(entry.name))
         continue;
-      const std::string inner = platform::JoinPath(path.View(), entry.name);
-      // Only a link to a directory can be deleted like a file; what it leads to is not ours.
-      if (Files().Delete(inner).ok()) continue;
       // One that resists keeps this one from being deleted too, which the result tells.
-      DeleteDirectory(inner, true);
+      DeleteDirectory(platform::JoinPath(whole, entry.name), true);
     }
     DeleteFiles(pattern, kFileAttributes);
   }
-  return Files().RemoveDirectory(path.View()).ok();
+  return Files().RemoveDirectory(whole).ok();
 }
 
 bool CDQFileUtility::DeleteFiles(const CString& pattern, DWORD attributes) {

@@ -255,6 +255,17 @@ TEST(FileUtility, DeletingTakesReadOnlyFilesAndLeavesWhatLinksLeadTo) {
   EXPECT_FALSE(DQLIB_FileExists(tree.c_str()));
   EXPECT_EQ(directory.Get("outside/file"), "o");
   EXPECT_TRUE(DQLIB_FileReadOnly((directory / "kept").c_str()));
+  const fs::path here = fs::current_path();
+  fs::current_path(directory / "outside");
+  EXPECT_FALSE(Utility::DeleteDirectory("", true));
+  fs::current_path(here);
+  EXPECT_EQ(directory.Get("outside/file"), "o") << "no name is not the current directory";
+  for (const char* const link : {"itself", "itself/"}) {
+    fs::create_directory_symlink(directory / "outside", directory / "itself");
+    EXPECT_TRUE(Utility::DeleteDirectory((directory / link).c_str(), true)) << link;
+    EXPECT_FALSE(fs::is_symlink(directory / "itself")) << link;
+    EXPECT_EQ(directory.Get("outside/file"), "o") << link;
+  }
 
   struct Stubborn : test::ForwardingFiles {
     platform::Error Delete(std::string_view path) override {
