@@ -121,6 +121,8 @@ TEST(Dialog, AnExchangeThatFailsHalfWayTellsOnceAndKeepsTheRest) {
   } cases[] = {{"x", "Please enter an integer."},
                {"0", "Please enter an integer between 1 and 20."},
                {"", "Please enter an integer."}};
+  dialog.on_more = [] { ADD_FAILURE() << "the exchange isn't over"; };
+  prompts.on_show = [&] { dialog.GetDlgItem(102)->Press(); };
   prompts.answer = [&](platform::DialogView& view) {
     view.Enter(101, "1");
     for (const auto& [entered, text] : cases) {

@@ -5,7 +5,8 @@
 //     DDV_MinMaxInt(exchange, line_, 1, line_count_);
 //   }
 //
-// `CWnd::UpdateData` runs it. The functions for the controls stand in
+// `CWnd::UpdateData` runs it. What controls notify the window of meanwhile, as when the focus moves
+// to the one that fails, is dropped. The functions for the controls stand in
 // `framework/controls/dialog_exchange.h`.
 
 #pragma once

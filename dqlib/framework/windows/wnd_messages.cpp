@@ -90,7 +90,10 @@ BOOL CWnd::OnWndMsg(UINT message, WPARAM wparam, LPARAM lparam, LRESULT* result)
 
 BOOL CWnd::OnCommand(WPARAM wparam, LPARAM lparam) {
   const UINT id = LoWord(wparam);
-  if (lparam != 0) return OnCmdMsg(id, HiWord(wparam), nullptr, nullptr);
+  if (lparam != 0) {
+    // A handler would find half of the values in the variables and half in the controls.
+    return exchanging_ ? 1 : OnCmdMsg(id, HiWord(wparam), nullptr, nullptr);
+  }
   // A menu item or accelerator: what shows the command may be out of date, so it is asked first.
   EnabledTest test;
   test.m_nID = id;
