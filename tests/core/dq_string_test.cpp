@@ -107,7 +107,8 @@ TEST(DQString, WhatWasInsertedIsNotSearchedAgain) {
   EXPECT_EQ(text, "aaAaaaa");
   EXPECT_EQ(text.FindReplaceNoCase("a", "ab", false), 1);
   EXPECT_EQ(text.FindReplaceNoCase("AB", "-"), 1);
-  EXPECT_EQ(text, "-aAaaaa");
+  EXPECT_EQ(text.FindReplace("a", "b", false), 1);
+  EXPECT_EQ(text, "-bAaaaa");
 }
 
 TEST(DQString, FieldsKeepTheirBlanksAndMayBeEmpty) {

@@ -12,6 +12,7 @@
 #include "tests/support/forked_process.h"
 #include "tests/support/forwarding_files.h"
 #include "tests/support/manual_clock.h"
+#include "tests/support/own_service.h"
 #include "tests/support/rows.h"
 #include "tests/support/scripted_locale.h"
 #include "tests/support/scripted_prompts.h"
@@ -92,14 +93,9 @@ class LogTest : public ::testing::Test {
   StandingPrompts standing_;
 
  private:
-  platform::Platform Services() {
-    platform::Platform services = platform::Current();
-    services.clock = &clock_;
-    services.files = &files_;
-    services.prompts = &standing_;
-    return services;
-  }
-  const platform::ScopedPlatform scope_{Services()};
+  const platform::ScopedPlatform time_{test::With(&platform::Platform::clock, &clock_)};
+  const platform::ScopedPlatform disk_{test::With(&platform::Platform::files, &files_)};
+  const platform::ScopedPlatform person_{test::With(&platform::Platform::prompts, &standing_)};
 };
 
 TEST_F(LogTest, WritesOneStampedLineAnEntryBehindWhatIsThere) {

@@ -20,10 +20,5 @@ TEST(Pictures, CanAllBeToldApart) {
   EXPECT_EQ(bitmap.GetSafeHandle(), last);
 }
 
-TEST(Pictures, NameStockFontsOfEvenAndOfOwnWidths) {
-  EXPECT_EQ(GetStockFont(DQRESOURCES_GetFixedStockFont())->lfPitchAndFamily & 3, 1);
-  EXPECT_EQ(GetStockFont(DQRESOURCES_GetVarStockFont())->lfPitchAndFamily & 3, 2);
-}
-
 }  // namespace
 }  // namespace dq
