@@ -121,13 +121,10 @@ TEST_F(SystemInfoTest, WritesDatesAndTimesByTheUsersLocale) {
 }
 
 TEST_F(SystemInfoTest, MillisecondsGoBehindTheSecondsUnlessTheyAreThere) {
-  for (const auto& [time, place] : test::Rows<const char*, int>{{"12:34:56", 8},
-                                                                {"1:2:3 PM", 5},
-                                                                {"12:34:56.789", -1},
-                                                                {"1.2.2001 1:2", 12},
-                                                                {"", -1},
-                                                                {nullptr, -1}})
-    EXPECT_EQ(CDQSystemInfo::GetMilliSecPos(time), place);
+  constexpr std::pair<const char*, int> kTimes[] = {
+      {"12:34:56", 8},      {"1:2:3 PM", 5}, {"12:34:56.789", -1},
+      {"1.2.2001 1:2", 12}, {"", -1},        {nullptr, -1}};
+  for (const auto& [time, place] : kTimes) EXPECT_EQ(CDQSystemInfo::GetMilliSecPos(time), place);
 }
 
 }  // namespace

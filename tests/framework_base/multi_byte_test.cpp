@@ -102,23 +102,5 @@ TEST(MultiByte, RepetitiveTextsTakeLinearTime) {
   EXPECT_EQ(Find(wide + "a" + wide, halves), kSize);
 }
 
-TEST(MultiByte, TokensAreCutBetweenCharacters) {
-  for (const auto& [page, text, delimiters, expected] :
-       test::Rows<UINT, const char*, const char*, const char*>{
-           {0, ",a,,b,", ",", "a|b|"},
-           {0, "abcdefg, hi; j,", ",; ", "abcdefg|hi|j|"},
-           // The second byte of a character is no delimiter, and one of two bytes can be one.
-           {932, "a\x83\\x\\c", "\\", "a\x83\\x|c|"},
-           {932, "\x83\x41x\x83\x41\x83\\", "\x83\x41", "x|\x83\\|"},
-       }) {
-    test::ScriptedLocale locale;
-    ASSERT_TRUE(locale.SetCodePage(page));
-    std::string tokens;
-    Tokenizer tokenizer(text, delimiters);
-    for (std::string_view token; tokenizer.Next(token);) tokens.append(token) += '|';
-    EXPECT_EQ(tokens, expected);
-  }
-}
-
 }  // namespace
 }  // namespace dq::multi_byte

@@ -1,10 +1,10 @@
 #include "dqlib/framework/base/ole_date_time.h"
 
 #include <array>
-#include <chrono>
 #include <cmath>
 #include <ctime>
 #include <gtest/gtest.h>
+#include <iomanip>
 #include <limits>
 #include <sstream>
 #include <string>
@@ -56,13 +56,10 @@ TEST(OleDateTime, WhatIsNotOnTheCalendarIsInvalid) {
                 time.GetDayOfWeek() == -1 && time.GetDayOfYear() == -1);
   }
   COleDateTime time;
-  for (const auto& [year, month, day, hour, minute, second] :
-       test::Rows<int, int, int, int, int, int>{{99, 1, 1, 0, 0, 0},
-                                                {2001, 2, 29, 0, 0, 0},
-                                                {2001, 13, 1, 0, 0, 0},
-                                                {2001, 1, 1, 24, 0, 0},
-                                                {2001, 1, 1, 0, 60, 0},
-                                                {2001, 1, 1, 0, 0, -1}}) {
+  constexpr std::tuple<int, int, int, int, int, int> kParts[] = {
+      {99, 1, 1, 0, 0, 0},    {2001, 2, 29, 0, 0, 0}, {2001, 13, 1, 0, 0, 0},
+      {2001, 1, 1, 24, 0, 0}, {2001, 1, 1, 0, 60, 0}, {2001, 1, 1, 0, 0, -1}};
+  for (const auto& [year, month, day, hour, minute, second] : kParts) {
     EXPECT_FALSE(time.SetDateTime(year, month, day, hour, minute, second)) << year << month << day;
     EXPECT_EQ(time.GetStatus(), COleDateTime::invalid);
   }
@@ -111,17 +108,18 @@ TEST(OleDateTime, PrintsItsPartsAndTheLocalesNames) {
 
 TEST(OleDateTime, ReadsDatesAndTimes) {
   const test::SystemLocale locale("C");
-  for (const auto& [text, value] :
-       test::Rows<const char*, const char*>{{" 1993-04-03 05:34:00 PM ", "1993-04-03 17:34:00"},
-                                            {"13/12/29", "2029-12-13 00:00:00"},
-                                            {"1/2/30", "1930-01-02 00:00:00"},
-                                            {"4.3", "2001-04-03 00:00:00"},
-                                            {"12 Apr", "2001-04-12 00:00:00"},
-                                            {"apr 3, 1993 5:34pm", "1993-04-03 17:34:00"},
-                                            {"3-APRIL-93", "1993-04-03 00:00:00"},
-                                            {"12:30 am", "1899-12-30 00:30:00"},
-                                            {"0:30:01 PM", "1899-12-30 12:30:01"},
-                                            {"13:30 AM", "1899-12-30 13:30:00"}}) {
+  constexpr std::pair<const char*, const char*> kDates[] = {
+      {" 1993-04-03 05:34:00 PM ", "1993-04-03 17:34:00"},
+      {"13/12/29", "2029-12-13 00:00:00"},
+      {"1/2/30", "1930-01-02 00:00:00"},
+      {"4.3", "2001-04-03 00:00:00"},
+      {"12 Apr", "2001-04-12 00:00:00"},
+      {"apr 3, 1993 5:34pm", "1993-04-03 17:34:00"},
+      {"3-APRIL-93", "1993-04-03 00:00:00"},
+      {"12:30 am", "1899-12-30 00:30:00"},
+      {"0:30:01 PM", "1899-12-30 12:30:01"},
+      {"13:30 AM", "1899-12-30 13:30:00"}};
+  for (const auto& [text, value] : kDates) {
     EXPECT_EQ(Read(text), value) << text;
   }
   std::istringstream no_dates(
@@ -133,11 +131,12 @@ TEST(OleDateTime, ReadsDatesAndTimes) {
   }
   EXPECT_EQ(Read(nullptr), "invalid");
   // The fixed order, in which "00" is a year.
-  for (const auto& [text, value] :
-       test::Rows<const char*, const char*>{{"00-04-03", "2000-04-03 00:00:00"},
-                                            {"2001-25-12", "2001-12-25 00:00:00"},
-                                            {"1993-Apr-3", "1993-04-03 00:00:00"},
-                                            {"Apr-3-1993", "invalid"}}) {
+  constexpr std::pair<const char*, const char*> kFixedOrder[] = {
+      {"00-04-03", "2000-04-03 00:00:00"},
+      {"2001-25-12", "2001-12-25 00:00:00"},
+      {"1993-Apr-3", "1993-04-03 00:00:00"},
+      {"Apr-3-1993", "invalid"}};
+  for (const auto& [text, value] : kFixedOrder) {
     EXPECT_EQ(Read(text, LOCALE_NOUSEROVERRIDE, LANG_SYSTEM_DEFAULT), value) << text;
   }
   EXPECT_EQ(Read("4/3/1993 5:34", VAR_TIMEVALUEONLY, 0), "1899-12-30 05:34:00");
@@ -160,32 +159,18 @@ TEST(OleDateTime, ReadsInTheLocalesOrderAndLanguage) {
 }
 
 TEST(OleDateTime, PrintsAndReadsTheWholeCalendar) {
-  using std::chrono::days;
   const test::SystemLocale locale("C");
-  std::array<char, 100> expected;
-  const std::chrono::sys_days behind(std::chrono::year(10000) / 1 / 1);
-  std::chrono::sys_days day(std::chrono::year(100) / 1 / 1);
+  constexpr std::time_t kFirst = -59'011'459'200;
+  constexpr std::time_t kBehind = 253'402'300'800;
   // Steps of a prime number of days and of seconds, so that all of both come up.
-  for (int seconds = 0; day < behind; day += days(101), seconds = (seconds + 40'009) % 86'400) {
-    const std::chrono::year_month_day date(day);
+  for (std::time_t when = kFirst; when < kBehind; when += 101 * 86'400 + 40'009) {
     std::tm parts{};
-    parts.tm_year = static_cast<int>(date.year()) - 1900;
-    parts.tm_mon = static_cast<int>(static_cast<unsigned>(date.month())) - 1;
-    parts.tm_mday = static_cast<int>(static_cast<unsigned>(date.day()));
-    parts.tm_wday = static_cast<int>(std::chrono::weekday(day).c_encoding());
-    parts.tm_yday = static_cast<int>((day - std::chrono::sys_days(date.year() / 1 / 1)).count());
-    parts.tm_hour = seconds / 3600;
-    parts.tm_min = seconds / 60 % 60;
-    parts.tm_sec = seconds % 60;
+    ::gmtime_r(&when, &parts);
     const COleDateTime time(parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday, parts.tm_hour,
                             parts.tm_min, parts.tm_sec);
-    std::strftime(expected.data(), expected.size(), "%m/%d/", &parts);
-    std::string wanted = expected.data();
-    // The compiler warns of a year of two digits in a format.
-    wanted += std::to_string(11'900 + parts.tm_year).substr(3);
-    std::strftime(expected.data(), expected.size(), " %H:%M:%S %I %p %a %j %U %W %w %B", &parts);
-    wanted += expected.data();
-    ASSERT_EQ(time.Format("%c %I %p %a %j %U %W %w %B"), wanted.c_str());
+    std::ostringstream wanted;
+    wanted << std::put_time(&parts, "%m/%d/%y %H:%M:%S %I %p %a %j %U %W %w %B");
+    ASSERT_EQ(time.Format("%c %I %p %a %j %U %W %w %B"), wanted.str().c_str());
     ASSERT_EQ(Read(time.Format("%Y-%m-%d %I:%M:%S %p")), Text(time));
     ASSERT_EQ(Read(time.Format("%d %b %Y %X")), Text(time));
   }

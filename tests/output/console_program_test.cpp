@@ -20,8 +20,6 @@
 namespace dq {
 namespace {
 
-using platform::Error;
-using platform::ErrorKind;
 using platform::Result;
 using ::testing::ElementsAre;
 
@@ -139,19 +137,17 @@ TEST_F(ConsoleProgramTest, HoweverAProgramEndsItRan) {
               ElementsAre("early", "late"));
 }
 
-/// Fails the calls with these numbers.
+/// Fails the calls with these numbers, from 1.
 struct FailingProcesses : test::ForwardingProcesses {
   Result<platform::Pipe> CreatePipe() override {
-    return ++pipes == failing_pipe ? error : ForwardingProcesses::CreatePipe();
+    return --failing_pipe == 0 ? error : ForwardingProcesses::CreatePipe();
   }
   Result<std::size_t> Read(HANDLE read_end, std::span<char> buffer) override {
-    return ++reads == failing_read ? error : ForwardingProcesses::Read(read_end, buffer);
+    return --failing_read == 0 ? error : ForwardingProcesses::Read(read_end, buffer);
   }
-  int pipes = 0;
   int failing_pipe = 0;
-  int reads = 0;
   int failing_read = 0;
-  Error error;
+  platform::Error error;
 };
 
 TEST_F(ConsoleProgramTest, ReportsEachFailureOnce) {
@@ -168,7 +164,7 @@ TEST_F(ConsoleProgramTest, ReportsEachFailureOnce) {
     FailingProcesses failing;
     failing.failing_pipe = failing_pipe;
     failing.failing_read = failing_read;
-    failing.error = {ErrorKind::kOther, error};
+    failing.error = {platform::ErrorKind::kOther, error};
     const platform::ScopedPlatform scope(test::With(&platform::Platform::processes, &failing));
     const auto reports = Run(exe.c_str(), "x", 0);
     EXPECT_EQ(reports.back(), report);
