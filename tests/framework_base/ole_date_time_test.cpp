@@ -164,8 +164,7 @@ TEST(OleDateTime, PrintsAndReadsTheWholeCalendar) {
   constexpr std::time_t kBehind = 253'402'300'800;
   // Steps of a prime number of days and of seconds, so that all of both come up.
   for (std::time_t when = kFirst; when < kBehind; when += 101 * 86'400 + 40'009) {
-    std::tm parts{};
-    ::gmtime_r(&when, &parts);
+    const std::tm parts = *std::gmtime(&when);
     const COleDateTime time(parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday, parts.tm_hour,
                             parts.tm_min, parts.tm_sec);
     std::ostringstream wanted;
