@@ -1,19 +1,20 @@
 #include "dqlib/datetime/date_time_conversion.h"
 
+#include <array>
 #include <chrono>
 #include <ctime>
 #include <gtest/gtest.h>
 #include <memory>
 #include <random>
+#include <regex>
 #include <string>
-#include <vector>
+#include <string_view>
 
 #include "dqlib/datetime/date_time_cells.h"
 #include "dqlib/datetime/date_time_fmt_dictionary.h"
 #include "dqlib/datetime/date_time_format.h"
 #include "dqlib/datetime/predefined_formats.h"
 #include "tests/support/plain_date_conversion.h"
-#include "tests/support/rows.h"
 #include "tests/support/scripted_prompts.h"
 #include "tests/support/system_locale.h"
 
@@ -26,64 +27,55 @@ namespace {
 /// Formats and values for them, good and bad.
 class Generator {
  public:
-  int Below(int count) { return static_cast<int>(random_() % static_cast<unsigned>(count)); }
+  std::size_t Below(std::size_t count) { return random_() % count; }
+  const auto& Pick(const auto& list) { return list[Below(std::size(list))]; }
 
   std::string Format() {
     std::string fmt;
-    for (int left = Below(9); left > 0; --left) {
-      const int row = Below(30);
-      if (row >= 28) {
-        fmt += row == 28 ? "XX" : "";
-      } else {
-        fmt += Below(8) == 0 ? detail::kDateTimeCells[row].ole : detail::kDateTimeCells[row].disp;
-      }
-      if (Below(4) != 0) fmt += kSeparators[Below(7)];
+    for (std::size_t left = Below(9); left > 0; --left) {
+      const detail::DateTimeCellRow& row = Pick(detail::kDateTimeCells);
+      fmt += Below(20) == 0 ? "XX" : Below(8) == 0 ? row.ole : row.disp;
+      if (Below(4) != 0) fmt += kBytes[Below(7)];
     }
     return fmt;
   }
 
-  std::string Value(const char* fmt, int code) {
+  std::string Value(const std::string& fmt, int code) {
     std::string text;
-    const CLGDateTimeFmtDef def(CLGDateTimeFmtDef(fmt).GetFmtDateTime(code, DTF_DISP));
+    const CLGDateTimeFmtDef def(CLGDateTimeFmtDef(fmt.c_str()).GetFmtDateTime(code, DTF_DISP));
     CConstPtrArrayIterT<CLGDateTimeFmtCell> walk(def.GetFmtElementList());
     while (const CLGDateTimeFmtCell* cell = walk.Next()) text += Element(*cell);
-    for (int left = Below(3) == 0 ? Below(4) : 0; left > 0 && !text.empty(); --left) {
-      const auto at = static_cast<std::size_t>(Below(static_cast<int>(text.size())));
-      if (Below(3) == 0) {
-        text.resize(at);
-      } else {
-        text[at] = kBytes[static_cast<std::size_t>(Below(static_cast<int>(kBytes.size())))];
-      }
+    for (std::size_t left = Below(3) == 0 ? Below(4) : 0; left > 0 && !text.empty(); --left) {
+      const std::size_t at = Below(text.size());
+      text[at] = Pick(kBytes);
+      if (Below(3) == 0) text.resize(at);
     }
     return text;
   }
 
  private:
-  static constexpr char kSeparators[] = " /-,.;:";
   static constexpr std::string_view kBytes{" /-,.;:0129aAmMpP\t\xFF\0", 21};
+  static constexpr std::string_view kMonths[] = {"Apr",        "MAY", "december", "Dez",
+                                                 "M\xC3\xA4r", "4月", "Mayo",     ""};
+  static constexpr std::string_view kMarkers[] = {"AM", "pm", "PM", "午後", "XM", ""};
 
   std::string Element(const CLGDateTimeFmtCell& cell) {
-    static const std::vector<std::string> months = {"Apr",        "MAY", "december", "Dez",
-                                                    "M\xC3\xA4r", "4月", "Mayo",     ""};
-    static const std::vector<std::string> markers = {"AM", "pm", "PM", "午後", "XM", ""};
     switch (cell.GetDateTimeElementType()) {
       case DTT_DATESEP:
       case DTT_TIMESEP:
         return std::string(cell.GetDetail().View());
       case DTT_AMPM:
-        return markers[static_cast<std::size_t>(Below(6))];
+        return std::string(Pick(kMarkers));
       case DTT_YEAR:
-        return Below(2) == 0 ? Number(100) : Number(10'100);
+        return Number(Below(2) == 0 ? 100 : 10'100);
       case DTT_MONTH:
-        return Below(3) == 0 ? months[static_cast<std::size_t>(Below(8))] : Number(14);
-      case DTT_DAY:
-        return Number(33);
+        return Below(3) == 0 ? std::string(Pick(kMonths)) : Number(14);
       default:
         return Number(Below(3) == 0 ? 62 : 25);
     }
   }
 
-  std::string Number(int count) {
+  std::string Number(std::size_t count) {
     const std::string text = std::to_string(Below(count));
     return text.size() < 2 && Below(2) == 0 ? "0" + text : text;
   }
@@ -99,22 +91,21 @@ TEST(DateTimeConversion, DoesWhatThePlainWalkDoes) {
     const test::SystemLocale locale(name);
     CLGDB2DateTimeFormat format(1, 8);
     for (int pair = 0; pair < 700; ++pair) {
-      const int code = std::vector{
-          6, 5, 26, 19, 20, 7}[static_cast<std::size_t>(generator.Below(pair % 2 == 0 ? 1 : 6))];
+      const int code = pair % 2 == 0 ? 6 : generator.Pick(std::array{6, 5, 26, 19, 20, 7});
       const std::string in_fmt =
-          pair % 3 == 0 ? kPredefinedDateTimeFmts[generator.Below(23)].disp : generator.Format();
+          pair % 3 == 0 ? generator.Pick(kPredefinedDateTimeFmts).disp : generator.Format();
       const std::string out_fmt = generator.Format();
       for (int count = 0; count < 6; ++count) {
-        const std::string in = generator.Value(in_fmt.c_str(), code);
+        const std::string in = generator.Value(in_fmt, code);
+        SCOPED_TRACE(in + " | " + in_fmt + " | " + out_fmt + " | " + std::to_string(code));
         CString expected;
         testing::ScriptedPrompts plain_prompts;
         const int result = test::ConvertPlainly(code, in, expected, in_fmt, out_fmt);
         testing::ScriptedPrompts prompts;
         CString out = "former";
-        ASSERT_EQ(format.FormatDateTime(code, in, out, in_fmt, out_fmt), result)
-            << in << " | " << in_fmt << " | " << out_fmt << " | " << code;
-        ASSERT_EQ(out, expected) << in << " | " << in_fmt << " | " << out_fmt << " | " << code;
-        ASSERT_EQ(prompts.shown, plain_prompts.shown) << in << " | " << in_fmt;
+        ASSERT_EQ(format.FormatDateTime(code, in, out, in_fmt, out_fmt), result);
+        ASSERT_EQ(out, expected);
+        ASSERT_EQ(prompts.shown, plain_prompts.shown);
         converted += result;
       }
     }
@@ -125,19 +116,18 @@ TEST(DateTimeConversion, DoesWhatThePlainWalkDoes) {
 TEST(DateTimeConversion, SeesElementsThatAreAddedAndDropsTheDictionary) {
   const test::SystemLocale locale("C");
   CLGDB2DateTimeFormat format(1, 8);
-  for (const char* expected : {"01/", "01/1993y", "01/"}) {
-    // Lives as long as the format isn't as it was.
-    std::unique_ptr<detail::DictionaryUse<CLGDateTimeFmtDictionary>> use;
-    if (std::string(expected).ends_with('y')) {
-      use = std::make_unique<detail::DictionaryUse<CLGDateTimeFmtDictionary>>();
-      CLGDateTimeFmtDictionary* const dictionary = CLGDateTimeFmtDictionary::Instance();
-      dictionary->AddEntry(new CLGDateTimeFmtCell(DTT_YEAR, "QQ", "%Yy", "", "", ""));
-      dictionary->Release();
+  // A year of two letters counts as one of two digits.
+  for (const std::string expected : {"01/", "01/1993y", "01/"}) {
+    // Is used as long as the format isn't as it was.
+    CLGDateTimeFmtDictionary* used = nullptr;
+    if (expected.ends_with('y')) {
+      used = CLGDateTimeFmtDictionary::Instance();
+      used->AddEntry(new CLGDateTimeFmtCell(DTT_YEAR, "QQ", "%Yy", nullptr, "", ""));
     }
     CString out;
     EXPECT_EQ(format.FormatDateTime(6, "1993-01-02", out, "YYYY-MM-DD", "MM/QQ"), 1);
-    // A year of two letters counts as one of two digits.
     EXPECT_EQ(out, expected);
+    if (used != nullptr) used->Release();
   }
 }
 
@@ -160,86 +150,56 @@ TEST(DateTimeConversion, AMessageMayLeadToOtherConversions) {
   EXPECT_EQ(prompts.shown.size(), 1U);
 }
 
-/// A predefined format, and what the C library, which knows nothing of it, prints it by.
-struct Predefined {
-  int row;
-  const char* c_format;
-};
+/// The predefined format as the C library, which knows nothing of it, takes it.
+std::string ForLibrary(const PredefinedDateTimeFmt& fmt) {
+  const std::string day = "%A, %B %#d, %Y";
+  std::string text = fmt.ole != std::string("%#c") ? fmt.ole : fmt.type == 5 ? day : day + " %T";
+  text = std::regex_replace(text, std::regex("#"), "-");
+  return std::regex_replace(text, std::regex("%Y"), "%04Y");
+}
 
-constexpr Predefined kFourDigits[] = {{1, "%m/%d/%04Y %I:%M:%S %p"},
-                                      {2, "%-m/%-d/%04Y %-I:%M:%S %p"},
-                                      {4, "%04Y-%m-%d %I:%M:%S %p"},
-                                      {5, "%04Y-%-m-%-d %-I:%M:%S %p"},
-                                      {6, "%04Y-%m-%d %H:%M:%S"},
-                                      {7, "%d-%b-%04Y %I:%M:%S %p"},
-                                      {8, "%-d-%b-%04Y %-I:%M:%S %p"},
-                                      {10, "%A, %B %-d, %04Y %H:%M:%S"},
-                                      {11, "%m/%d/%04Y"},
-                                      {12, "%m/%d/%04Y"},
-                                      {14, "%04Y-%m-%d"},
-                                      {15, "%04Y-%-m-%-d"},
-                                      {16, "%d-%b-%04Y"},
-                                      {17, "%-d-%b-%04Y"},
-                                      {19, "%A, %B %-d, %04Y"}};
-constexpr Predefined kTwoDigits[] = {
-    {3, "%m/%d/%y %I:%M:%S %p"}, {9, "%d-%b-%y %I:%M:%S %p"}, {13, "%m/%d/%y"}, {18, "%d-%b-%y"}};
-
-CString Print(const char* c_format, const std::tm& parts) {
+std::string Print(const std::string& format, std::time_t time) {
   char text[100];
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
-  return {text, static_cast<int>(std::strftime(text, sizeof text, c_format, &parts))};
+  return {text, std::strftime(text, sizeof text, format.c_str(), std::gmtime(&time))};
 #pragma GCC diagnostic pop
 }
 
-/// Days so many apart from a standard format to the predefined one and back.
-void GoThroughCalendar(const Predefined& predefined, int first_year, int last_year, int step,
-                       bool c_names) {
-  CLGDB2DateTimeFormat format(1, 8);
-  const PredefinedDateTimeFmt& fmt = kPredefinedDateTimeFmts[predefined.row - 1];
-  const std::chrono::sys_days end(std::chrono::year(last_year) / 12 / 31);
-  int seconds = 0;
-  // Formats begin on days of their own.
-  for (auto day = std::chrono::sys_days(std::chrono::year(first_year) / 1 / 1) +
-                  std::chrono::days(predefined.row % step);
-       day <= end; day += std::chrono::days(step), seconds = (seconds + 40'009) % 86'400) {
-    const std::chrono::year_month_day date(day);
-    std::tm parts{};
-    parts.tm_year = static_cast<int>(date.year()) - 1900;
-    parts.tm_mon = static_cast<int>(static_cast<unsigned>(date.month())) - 1;
-    parts.tm_mday = static_cast<int>(static_cast<unsigned>(date.day()));
-    parts.tm_wday = static_cast<int>(std::chrono::weekday(day).c_encoding());
-    parts.tm_hour = seconds / 3600;
-    parts.tm_min = seconds / 60 % 60;
-    parts.tm_sec = seconds % 60;
-    const CString standard_fmt = "YYYY-MM-DD HH24:MI:SS";
-    const CString standard = Print(fmt.type == 5 ? "%04Y-%m-%d" : "%04Y-%m-%d %H:%M:%S", parts);
-    CString text;
-    CString back;
-    format.FormatDateTime(fmt.type, standard, text, standard_fmt, fmt.disp);
-    if (c_names) {
-      const CString expected = Print(predefined.c_format, parts);
-      // 1900 has no such day.
-      const bool missing = text == "" && standard.View().starts_with("2000-02-29") &&
-                           std::string(predefined.c_format).find("%y") != std::string::npos;
-      ASSERT_TRUE(text == expected || missing) << text << " not " << expected;
-      text = expected;
-    }
-    format.FormatDateTime(fmt.type, text, back, fmt.disp, standard_fmt);
-    ASSERT_EQ(back, standard) << text << ", predefined format " << predefined.row;
-  }
+std::time_t FirstSecond(int year) {
+  using namespace std::chrono;
+  return sys_seconds(sys_days(std::chrono::year(year) / 1 / 1)).time_since_epoch().count();
 }
 
 TEST(DateTimeConversion, TakesPredefinedFormatsThereAndBack) {
   const test::ScopedVariable zone("TZ", "America/St_Johns");
-  {
-    const test::SystemLocale locale("C");
-    for (const Predefined& fmt : kFourDigits) GoThroughCalendar(fmt, 100, 9999, 101, true);
-    for (const Predefined& fmt : kTwoDigits) GoThroughCalendar(fmt, 1950, 2049, 1, true);
-  }
-  for (const char* name : {"de_DE", "ja_JP"}) {
+  const CString standard_fmt = "YYYY-MM-DD HH24:MI:SS";
+  CLGDB2DateTimeFormat format(1, 8);
+  for (const std::string name : {"C", "de_DE", "ja_JP"}) {
     const test::SystemLocale locale(name);
-    for (const Predefined& fmt : kFourDigits) GoThroughCalendar(fmt, 100, 9999, 997, false);
+    for (const PredefinedDateTimeFmt& fmt : kPredefinedDateTimeFmts) {
+      const std::string c_format = ForLibrary(fmt);
+      const bool two_digits = c_format.find("%y") != c_format.npos;
+      if (fmt.type == 26 || (two_digits && name != "C")) continue;
+      const std::time_t end = FirstSecond(two_digits ? 2050 : 10'000);
+      // No time of day comes soon again.
+      const std::time_t step = two_digits ? 80'009 : name == "C" ? 8'766'409 : 86'140'817;
+      for (std::time_t time = FirstSecond(two_digits ? 1950 : 100); time < end; time += step) {
+        const CString standard = Print(fmt.type == 5 ? "%04Y-%m-%d" : "%04Y-%m-%d %T", time);
+        CString text;
+        format.FormatDateTime(fmt.type, standard, text, standard_fmt, fmt.disp);
+        if (name == "C") {
+          const CString expected = Print(c_format, time);
+          // 1900 has no such day.
+          const bool missing = two_digits && standard.View().starts_with("2000-02-29");
+          ASSERT_EQ(text, missing ? "" : expected);
+          text = expected;
+        }
+        CString back;
+        format.FormatDateTime(fmt.type, text, back, fmt.disp, standard_fmt);
+        ASSERT_EQ(back, standard) << text << " by " << fmt.disp;
+      }
+    }
   }
 }
 

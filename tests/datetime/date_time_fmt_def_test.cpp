@@ -4,6 +4,7 @@
 #include <iterator>
 #include <string>
 
+#include "dqlib/datetime/date_time_fmt_dictionary.h"
 #include "dqlib/datetime/predefined_formats.h"
 #include "tests/support/rows.h"
 #include "tests/support/scripted_locale.h"
@@ -31,36 +32,29 @@ TEST(DateTimeFmtDef, KeepsOnlyWhatTheDictionaryKnows) {
            {"MM/DD/YYYY HH24:MI:SS",
             "MM/DD/YYYY HH24:MI:SS|%m/%d/%Y %H:%M:%S|MM/dd/yyyy HH:mm:ss|6|11"},
            {"%m/%d/%Y", "MM/DD/YYYY|%m/%d/%Y|MM/dd/yyyy|5|5"},
-           {"MM/XX/YYYY", "MM//YYYY|%m//%Y|MM//yyyy|5|4"},
            {"DAY, DDD", "DAY, DDD|%A, %j|dddd, |-1|4"},
+           {"MM/XX/YYYY", "MM//YYYY|%m//%Y|MM//yyyy|5|4"},
            {"hh12:mi AM", "hh12:mi AM|%#I:%#M %p|h:m tt|26|5"},
-           {"/;- ", "/;- |/;- |/;- |-1|4"},
            {"MM\xFF\x80/MM", "/MM|/%m|/MM|5|2"},
            {nullptr, "|||-1|0"}}) {
     const CLGDateTimeFmtDef def(fmt);
     EXPECT_EQ(Summary(def), summary);
-    EXPECT_EQ(def.GetDateTimeType(), def.GetType());
     CLGDateTimeFmtDef copy("YYYY");
     copy = def;
     EXPECT_EQ(Summary(copy), summary);
     EXPECT_EQ(Summary(CLGDateTimeFmtDef(&def.GetFmtElementList())), summary);
   }
-  std::string many;
-  for (int i = 0; i < 2000; ++i) many += "MM-";
-  EXPECT_EQ(CLGDateTimeFmtDef(many.c_str()).GetFmtElementList().GetCount(), 4000);
 }
 
 TEST(DateTimeFmtDef, AnswersTheWholeFromItsTextsAndPartsFromItsCells) {
   for (const auto& [row, code, notation, text] :
        test::Rows<int, int, int, const char*>{{1, 5, DTF_DISP, "MM/DD/YYYY"},
-                                              {1, 26, DTF_DISP, "HH12:MI:SS AM"},
                                               {1, 27, DTF_WIN, "MM/dd/yyyy hh:mm:ss tt"},
                                               {1, 7, DTF_DISP, ""},
                                               {1, 5, 9, "MM/DD/YYYY"},
                                               {10, 20, DTF_OLE, "%#c"},
                                               {18, 19, DTF_OLE, "%d-%b-%y"},
                                               {18, 26, DTF_DISP, "HH12:MI:SS AM"},
-                                              {18, 6, DTF_OLE, "%d-%b-%y"},
                                               {19, 5, DTF_OLE, "%A, %B %#d, %Y"},
                                               {19, 6, DTF_OLE, "%#c"}}) {
     EXPECT_EQ(Predefined(row).GetFmtDateTime(code, static_cast<DATETIME_FMTTYPE>(notation)), text)
@@ -77,45 +71,33 @@ TEST(DateTimeFmtDef, AnswersTheWholeFromItsTextsAndPartsFromItsCells) {
   def.SetFmtDateTime("changed", DTF_OLE);
   def.SetFmtDateTime("lost", static_cast<DATETIME_FMTTYPE>(-1));
   EXPECT_EQ(Summary(def), "MM/DD/YYYY|changed|MM/dd/yyyy|5|5");
-  EXPECT_EQ(def.GetFmtMonth(DTF_OLE), "%m");
-  EXPECT_TRUE(def.GetFmtCellAMPM() == nullptr && def.GetFmtAMPM(DTF_OLE) == "");
+  EXPECT_EQ(def.GetFmtMonth(DTF_OLE) + def.GetFmtAMPM(DTF_OLE), "%m");
 }
 
 TEST(DateTimeFmtDef, TranslatesUntilATextIsNoElement) {
-  for (const auto& [from, source, to, converted, result] :
-       test::Rows<int, const char*, int, bool, const char*>{
-           {DTF_WIN, "M/d/yyyy h:mm:ss tt", DTF_DISP, true, "mm/dd/YYYY hh12:MI:SS AM"},
-           {DTF_WIN, "HH:mm:ss.fff", DTF_DISP, true, "HH24:MI:SS"},
-           {DTF_WIN, "ff.fHH", DTF_DISP, true, "HH24"},
-           {DTF_WIN, "HHf", DTF_DISP, false, ""},
-           {DTF_WIN, "dd'.'MM", DTF_DISP, false, ""},
-           {DTF_WIN, "dddd, MMMM d", DTF_DISP, true, "DAY,D MONTH dd"},
-           {DTF_DISP, "DAY, MONTH dd", DTF_WIN, false, "dddd,"},
-           {DTF_OLE, "%m/%q/%Y", DTF_DISP, false, "MM/"},
-           {DTF_DISP, "D-DDD", DTF_WIN, true, "-"},
-           {7, "MM", 8, true, "MM"},
-           {DTF_DISP, "", DTF_OLE, false, ""}}) {
+  for (const auto& [from, source, is_valid, to, converted, result] :
+       test::Rows<int, const char*, bool, int, bool, const char*>{
+           {DTF_WIN, "M/d/yyyy h:mm:ss tt", true, DTF_DISP, true, "mm/dd/YYYY hh12:MI:SS AM"},
+           {DTF_WIN, "HH:mm:ss.fff", false, DTF_DISP, true, "HH24:MI:SS"},
+           {DTF_WIN, "ff.fHH", false, DTF_DISP, true, "HH24"},
+           {DTF_WIN, "dd'.'MM", false, DTF_DISP, false, ""},
+           {DTF_WIN, "dddd, MMMM d", true, DTF_DISP, true, "DAY,D MONTH dd"},
+           {DTF_DISP, "DAY, MONTH dd", true, DTF_WIN, false, "dddd,"},
+           {DTF_OLE, "%#m/%q/%Y", false, DTF_DISP, false, "mm/"},
+           {DTF_OLE, "%#c", false, DTF_DISP, false, ""},
+           {DTF_DISP, "D-DDD", true, DTF_WIN, true, "-"},
+           {DTF_DISP, "///", true, DTF_WIN, false, ""},
+           {7, "MM", true, 8, true, "MM"},
+           {DTF_DISP, "", false, DTF_OLE, false, ""}}) {
+    const auto notation = static_cast<DATETIME_FMTTYPE>(from);
     CString text;
-    EXPECT_EQ(CLGDateTimeFmtDef::GetDateTimeFmt(static_cast<DATETIME_FMTTYPE>(from), source,
-                                                static_cast<DATETIME_FMTTYPE>(to), text),
+    EXPECT_EQ(CLGDateTimeFmtDef::GetDateTimeFmt(notation, source, static_cast<DATETIME_FMTTYPE>(to),
+                                                text),
               converted)
         << source;
     EXPECT_EQ(text, result) << source;
-  }
-}
-
-TEST(DateTimeFmtDef, IsValidWhereEveryTextIsAnElement) {
-  for (const auto& [fmt, display, ole, win] :
-       test::Rows<const char*, bool, bool, bool>{{"MM/dd/yyyy hh:mm:ss tt", false, false, true},
-                                                 {"MM, DD", true, false, false},
-                                                 {"%#c", false, false, false},
-                                                 {"%#m  %p", false, true, false},
-                                                 {"///", true, true, true},
-                                                 {"", false, false, false}}) {
-    EXPECT_EQ(CLGDateTimeFmtDef::IsValidDateTimeFmt(fmt, DTF_DISP), display) << fmt;
-    EXPECT_EQ(CLGDateTimeFmtDef::IsValidDateTimeFmt(fmt, DTF_OLE), ole) << fmt;
-    EXPECT_EQ(CLGDateTimeFmtDef::IsValidDateTimeFmt(fmt, DTF_WIN), win) << fmt;
-    EXPECT_EQ(CLGDateTimeFmtDef::IsValidDateTimeFmt(fmt), display || ole || win) << fmt;
+    EXPECT_EQ(CLGDateTimeFmtDef::IsValidDateTimeFmt(source, notation), is_valid) << source;
+    EXPECT_EQ(CLGDateTimeFmtDef::IsValidDateTimeFmt(source), is_valid) << "in any notation";
   }
 }
 
@@ -149,19 +131,41 @@ TEST(DateTimeFmtDefList, FindsByTheTextOfOneNotation) {
                                                              {"hh24:mi:ss", 23},
                                                              {"%#c", 0},
                                                              {"MM/dd/yyyy", 0},
-                                                             {"mm/dd/yyyy", 0},
                                                              {"", 0}}) {
     EXPECT_EQ(list.FindDateTimeFmt(fmt), row == 0 ? nullptr : list[row - 1]) << fmt;
   }
   list.InsertDateTimeFmt("YYYY");
   list.InsertDateTimeFmt("YYYY");
-  CLGDateTimeFmtDefList copy;
-  copy.InsertDateTimeFmt("DD");
-  copy = list;
-  list.RemoveAll();
-  EXPECT_TRUE(list.IsEmpty());
-  EXPECT_EQ(copy.GetCount(), 25);
-  EXPECT_EQ(copy.FindDateTimeFmt("YYYY"), copy[23]);
+  EXPECT_EQ(list.GetCount(), 25);
+  EXPECT_EQ(list.FindDateTimeFmt("YYYY"), list[23]);
+}
+
+TEST(DateTimeFmtDictionary, FindsTheFirstCellWithExactlyTheCode) {
+  const detail::DictionaryUse<CLGDateTimeFmtDictionary> dictionary;
+  // The notation -1 stands for all but that of locales.
+  for (const auto& [code, notation, found] : test::Rows<const char*, int, const char*>{
+           {"mm", -1, "Single digit month of the year"},
+           {"%m", -1, "Double digit month of the year"},
+           {"Mm", -1, "none"},
+           {"hh", -1, "none"},
+           {"", -1, "none"},
+           {"hh", DTF_WIN, "Double digit hours of the day(1 to 12)"},
+           {"mm", DTF_WIN, "Double digit minutes of the hour"},
+           {"mm", 3, "Single digit month of the year"},
+           {"%m", DTF_DISP, "none"},
+           {"", DTF_WIN, "Number of days in the week"}}) {
+    const CLGDateTimeFmtCell* const cell =
+        notation < 0 ? dictionary->GetEntry(code)
+                     : dictionary->GetEntry(code, static_cast<DATETIME_FMTTYPE>(notation));
+    EXPECT_EQ(cell != nullptr ? cell->GetDescription() : "none", found) << code << " " << notation;
+  }
+}
+
+TEST(DateTimeFmtCell, TakesAnyOtherNotationForDisplayAndWritesNothing) {
+  CLGDateTimeFmtCell cell(DTT_DAY, "disp", "ole", "win", "text", "7");
+  const auto unknown = static_cast<DATETIME_FMTTYPE>(3);
+  cell.SetDateTimeElementFmt("x", unknown);
+  EXPECT_EQ(cell.GetDateTimeElementFmt(unknown), "disp");
 }
 
 }  // namespace

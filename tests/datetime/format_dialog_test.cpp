@@ -1,11 +1,11 @@
 #include "dqlib/datetime/format_dialog.h"
 
 #include <gtest/gtest.h>
-#include <map>
 
 #include "tests/support/manual_clock.h"
 #include "tests/support/own_settings.h"
 #include "tests/support/recording_observer.h"
+#include "tests/support/rows.h"
 #include "tests/support/scripted_prompts.h"
 
 namespace dq {
@@ -15,27 +15,20 @@ using detail::DateTimeFmtParts;
 using Dlg = CLGDateTimeFormatDlg;
 
 TEST(FormatBuilder, BuildsAFormatFromTheElementsOfAnother) {
-  constexpr struct {
-    const char* from;
-    int code;
-    const char* built;
-  } kRows[] = {
-      {"MM/DD/YYYY HH12:MI:SS AM", 27, "MM/DD/YYYY HH12:MI:SS AM"},
-      {"MM/DD/YYYY HH12:MI:SS AM", 5, "MM/DD/YYYY"},
-      {"MM/DD/YYYY HH12:MI:SS AM", 19, "MM/DD/YYYY"},
-      {"MM/DD/YYYY HH12:MI:SS AM", 26, "HH12:MI:SS AM"},
-      {"MM/DD/YYYY HH12:MI:SS AM", 4, ""},
-      {"HH24:MI:SS YYYY-MM.DD", 6, "HH24:MI:SS YYYY-MM.DD"},
-      {"HH24:MI:SS AM", 26, "HH24:MI:SS"},
-      {"hh24:MI:SS AM", 26, "hh24:MI:SS AM"},
-      {"DAY, MONTH dd, YYYY HH24:MI", 6, "MONTH dd,YYYY HH24:MI:"},
-      {"MM/YYYY HH24:MI:SS", 6, " HH24:MI:SS"},
-      {"", 6, " ::"},
-  };
-  for (const auto& row : kRows) {
+  for (const auto& [from, code, built] : test::Rows<const char*, int, const char*>{
+           {"MM/DD/YYYY HH12:MI:SS AM", 27, "MM/DD/YYYY HH12:MI:SS AM"},
+           {"MM/DD/YYYY HH12:MI:SS AM", 19, "MM/DD/YYYY"},
+           {"MM/DD/YYYY HH12:MI:SS AM", 26, "HH12:MI:SS AM"},
+           {"MM/DD/YYYY HH12:MI:SS AM", 4, ""},
+           {"HH24:MI:SS YYYY-MM.DD", 6, "HH24:MI:SS YYYY-MM.DD"},
+           {"HH24:MI:SS AM", 26, "HH24:MI:SS"},
+           {"hh24:MI:SS AM", 26, "hh24:MI:SS AM"},
+           {"DAY, MONTH dd, YYYY HH24:MI", 6, "MONTH dd,YYYY HH24:MI:"},
+           {"MM/YYYY HH24:MI:SS", 6, " HH24:MI:SS"},
+           {"", 6, " ::"}}) {
     const DateTimeFmtParts parts =
-        DateTimeFmtParts::Of(CLGDateTimeFmtDef(row.from).GetFmtElementList());
-    EXPECT_EQ(parts.GenerateDateTimeFmt(row.code), row.built) << row.from << ' ' << row.code;
+        DateTimeFmtParts::Of(CLGDateTimeFmtDef(from).GetFmtElementList());
+    EXPECT_EQ(parts.GenerateDateTimeFmt(code), built) << from << ' ' << code;
   }
   DateTimeFmtParts parts = DateTimeFmtParts::Of(CLGDateTimeFmtDef("DD.MM-YY").GetFmtElementList());
   parts.separators[DTT_MONTH] = "";
@@ -60,14 +53,9 @@ class FormatDialog : public ::testing::Test {
     }
     return {};
   }
-  static platform::Platform With(platform::Clock& clock) {
-    platform::Platform services = platform::Current();
-    services.clock = &clock;
-    return services;
-  }
 
   testing::ManualClock clock_;
-  platform::ScopedPlatform scope_{With(clock_)};
+  platform::ScopedPlatform scope_{test::With(&platform::Platform::clock, &clock_)};
   testing::ScriptedPrompts prompts_;
   CLGOracleDateTimeFormat format_{0, 0};
 };
@@ -103,20 +91,18 @@ TEST_F(FormatDialog, ShowsWhatIsBuiltFourTimesASecondWithThePresentTime) {
 }
 
 TEST_F(FormatDialog, DisablesWhatTheColumnDoesNotHold) {
-  const std::map<int, std::vector<int>> usable = {
-      {5, {Dlg::kDay, Dlg::kYearSeparator, Dlg::kFirstDateOrder, Dlg::kAMPM}},
-      {26, {Dlg::kHour, Dlg::kAMPM}},
-      {19,
-       {Dlg::kDay, Dlg::kYearSeparator, Dlg::kFirstDateOrder, Dlg::kTimeDate, Dlg::kHour,
-        Dlg::kAMPM}},
-  };
-  for (const auto& [code, ids] : usable) {
-    Run("MM/DD/YYYY HH12:MI:SS AM", code, [&, wanted = ids](platform::DialogView& view) {
+  for (const auto& [code, disabled] :
+       test::Rows<int, std::vector<int>>{{5, {Dlg::kPredefined, Dlg::kTimeDate, Dlg::kHour}},
+                                         {26,
+                                          {Dlg::kPredefined, Dlg::kDay, Dlg::kYearSeparator,
+                                           Dlg::kFirstDateOrder, Dlg::kTimeDate}},
+                                         {19, {Dlg::kPredefined}}}) {
+    Run("MM/DD/YYYY HH12:MI:SS AM", code, [&, wanted = disabled](platform::DialogView& view) {
       view.Press(Dlg::kCustomize);
       std::vector<int> found;
       for (const int id : {Dlg::kPredefined, Dlg::kDay, Dlg::kYearSeparator, Dlg::kFirstDateOrder,
                            Dlg::kTimeDate, Dlg::kHour, Dlg::kAMPM}) {
-        if (Find(view, id).enabled) found.push_back(id);
+        if (!Find(view, id).enabled) found.push_back(id);
       }
       EXPECT_EQ(found, wanted);
       view.Press(Dlg::kCustomize);
