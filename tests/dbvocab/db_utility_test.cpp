@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
+#include "tests/support/rows.h"
 #include "tests/support/temp_directory.h"
 
 namespace dq {
@@ -21,43 +22,32 @@ int Record(int code, const char* text) {
 }
 
 TEST(DBUtility, PutsTheConnectionBehindTheCommandAndHidesThePassword) {
-  const struct {
-    const char* command;
-    const char* user;
-    const char* password;
-    const char* datasource;
-    int mode;
-    const char* output;
-    const char* reported;
-  } rows[] = {
-      {"echo a", "", "", "", 0, "a", "echo a  "},
-      {"echo", "u", "p", "d", 0, "u/p@d", "echo u/****@d "},
-      {"echo", "u", "u", "d", 0, "u/u@d", "echo ****/****@d "},
-      {"echo", "u", "secret", "", 0, "u/secret", "echo u/**** "},
-      {"echo", "u", "a/b@c", "d", 0, "u/a/b@c@d", "echo u/****@d "},
-      {"echo @f", "u", "secret", "d", 0, "@f u/secret@d", "echo @f u/****@d "},
-      {"/bin/echo", "u", "secret", "d", 0, "u/secret@d", "/****@d "},
-      {"env USERID=1 echo", "u", "secret", "d", 0, "u/secret@d", "env USERID=1 echo u/****@d "},
-      {"echo a:secret", "u", "secret", "", 0, "a:secret u/secret", "echo a:**** u/**** "},
-      {"echo @secret", "u", "secret", "d", 0, "@secret u/secret@d", "echo @**** u/****@d "},
-      {"echo @*", "u", "*", "", 0, "@* u/*", "echo @* u/**** "},
-      {"echo", "u", "", "d", 1, "u@d", "echo 'u@d' "},
-      {"echo", "u", "p", "d", 2, "u/p@d AS SYSDBA", "echo 'u/****@d AS SYSDBA' "},
-      {"echo", "", "p", "", 4, "/p AS SYSOPER", "echo '/**** AS SYSOPER' "},
-      {"echo", "u", "p", "d", -1, "u/p@d", "echo u/****@d "},
-  };
+  using Text = const char*;
   CDQDBUtility utility;
   utility.SetCallback(Record);
-  for (const auto& row : rows) {
-    utility.SetUser(row.user);
-    utility.SetPassword(row.password);
-    utility.SetDatasource(row.datasource);
-    utility.SetAuthenticationMode(row.mode);
+  for (const auto& [command, user, password, datasource, mode, printed, reported] :
+       test::Rows<Text, Text, Text, Text, int, Text, std::string>{
+           {"echo a", "", "", "", 0, "a", "echo a  "},
+           {"echo", "u", "p", "d", 0, "u/p@d", "echo u/****@d "},
+           {"echo", "u", "u", "d", 0, "u/u@d", "echo ****/****@d "},
+           {"echo a:secret", "u", "secret", "", -1, "a:secret u/secret", "echo a:**** u/**** "},
+           {"echo", "u", "a/b@c", "d", 0, "u/a/b@c@d", "echo u/****@d "},
+           {"/bin/echo", "u", "secret", "d", 0, "u/secret@d", "/****@d "},
+           {"env USERID=1 echo", "u", "secret", "d", 0, "u/secret@d",
+            "env USERID=1 echo u/****@d "},
+           {"echo @*", "u", "*", "", 0, "@* u/*", "echo @* u/**** "},
+           {"echo", "u", "", "d", 1, "u@d", "echo 'u@d' "},
+           {"echo", "u", "p", "d", 2, "u/p@d AS SYSDBA", "echo 'u/****@d AS SYSDBA' "},
+           {"echo", "", "p", "", 4, "/p AS SYSOPER", "echo '/**** AS SYSOPER' "}}) {
+    utility.SetUser(user);
+    utility.SetPassword(password);
+    utility.SetDatasource(datasource);
+    utility.SetAuthenticationMode(mode);
     CString output;
     g_reports.clear();
-    EXPECT_EQ(utility.RunExecutable(row.command, output, nullptr), 1) << row.reported;
-    EXPECT_STREQ(output, row.output);
-    EXPECT_EQ(g_reports, std::string(row.reported) + "|1");
+    EXPECT_EQ(utility.RunExecutable(command, output, nullptr), 1) << reported;
+    EXPECT_EQ(output, printed);
+    EXPECT_EQ(g_reports, reported + "|1");
   }
 }
 
@@ -65,7 +55,6 @@ TEST(DBUtility, NullCommandIsNoProgramWhateverRanBefore) {
   const test::TempDirectory files;
   CDQDBUtility utility;
   CString output;
-  EXPECT_EQ(utility.RunExecutable(nullptr, output, nullptr), 0);
   EXPECT_EQ(utility.RunExecutable("pwd -P", output, files.path().c_str()), 1);
   EXPECT_EQ(output.View(), std::filesystem::canonical(files.path()).string());
   utility.SetCallback(Record);

