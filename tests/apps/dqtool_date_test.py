@@ -37,14 +37,10 @@ class DateTest(unittest.TestCase):
             (["notation", "--from", "locale", "--to", "display", "dddd, MMMM d"], 0,
              "DAY,D MONTH dd"),
             (["notation", "--from", "display", "--to", "ole", "--", "-MM"], 1, None),
-            (["notation", "--from", "ole", "--to", "locale", "%d.%m.%Y"], 0, "dd.MM.yyyy"),
             (["notation", "--from", "display", "--to", "ole", "MM/\udcff"], 1, None),
-            (["valid", "MM/dd/yyyy hh:mm:ss tt"], 0, "true"),
+            (["valid", "hh:mm:ss"], 0, "true"),
             (["valid", "hh:mm:ss", "--notation", "display"], 1, "false"),
-            (["valid", ""], 1, "false"),
             (["part", "--code", "26", "MM/DD/YYYY HH12:MI:SS AM"], 0, "HH12:MI:SS AM"),
-            (["part", "--code", "7", "MM"], 0, ""),
-            (["part", "--code", "-1", "MM"], 0, ""),
             (["part", "--code", "20005", "MM"], 0, ""),
         ]:
             found = date(*words)
@@ -56,7 +52,6 @@ class DateTest(unittest.TestCase):
         for platform, code, formats, values, status, out in [
             ("oracle", [], (us, iso), ["04/03/1993 05:34:00 PM", "x", "[NULL]"], 1,
              ["1993-04-03 17:34:00", "x", "[NULL]"]),
-            ("oracle", ["--code", "5"], (us, iso), ["04/03/1993"], 0, ["1993-04-03 00:00:00"]),
             ("db2", ["--code", "5"], (us, iso), ["04/03/1993"], 0, ["1993-04-03"]),
             ("sqlserver", [], (iso, us), ["1993-04-03 17:34:00.5"], 0,
              ["04/03/1993 05:34:00.5 PM"]),

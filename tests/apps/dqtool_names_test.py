@@ -27,21 +27,15 @@ class NamesTest(unittest.TestCase):
     def test_good_and_bad_input_of_each(self):
         quote = ["quote", "--platform"]
         version = ["version", "--platform"]
-        long = "N" * 10000
         for words, status, out, err in [
             (quote + ["sybase", "a", "a b", "order", "n\u00e4"], 0,
              'a\n"a b"\n"order"\n"n\u00e4"\n'.encode(), b""),
-            (quote + ["sqlserver", "1x"], 0, b'"1x"\n', b""),
             (quote + ["sqlserver", "--version", "6.50.201", "1x"], 0, b'"1x"\n', b""),
             (quote + ["sqlserver", "--version", "08.00.0194", "1x", "a]b", ""], 0,
              b"[1x]\n[a]b]\n\n", b""),
-            (quote + ["oracle", "emp", "level", 'a"b'], 0, b'emp\n"level"\n"a"b"\n', b""),
             (quote + ["oracle", "--case-sensitive", "emp", "EMP"], 0, b'"emp"\nEMP\n', b""),
-            (quote + ["oracle", "--no-quoting", "level"], 0, b'"level"\n', b""),
-            (quote + ["db2os390", "emp", "A.B"], 0, b'"emp"\nA.B\n', b""),
             (quote + ["db2", "--no-quoting", "emp", "--", "--"], 0, b"emp\n--\n--\n", b""),
             (quote + ["db2", "--", "--x"], 0, b'"--x"\n', b""),
-            (quote + ["db2", long, long + "x"], 0, f'{long}\n"{long}x"\n'.encode(), b""),
             (quote + ["db2"], 0, b"", b""),
             (quote + ["none", "x"], 2, b"", b"dqtool: quote: the platform none quotes no names\n"),
             (quote + ["db3", "x"], 2, b"", b"dqtool: quote: no platform db3\n"),
@@ -50,15 +44,11 @@ class NamesTest(unittest.TestCase):
             (quote + ["db2", "--loud"], 2, b"", b"dqtool: quote: no option --loud\n"),
             (["quote", "x"], 2, b"", b"dqtool: quote: --platform P is needed\n"),
             (["split-name", "a.b"], 0, b"a\nb\n", b""),
-            (["split-name", "a.b.c.d"], 0, b"a\nb\nc.d\n", b""),
             (["split-name", "a"], 1, b"", b""),
-            (["split-name", "a..b"], 1, b"", b""),
-            (["split-name", ".b"], 1, b"", b""),
             (["split-name"], 2, b"", b"dqtool: split-name: one NAME is needed\n"),
             (version + ["oracle", "Oracle8i Release 8.1.7.0.0"], 0, b"8.170\n", b""),
             (version + ["oracle", "8.1.7", ">=", "8.1"], 0, b"true\n", b""),
             (version + ["oracle", "8.1.7", ">", "8.1"], 1, b"false\n", b""),
-            (version + ["none", "8.1.7"], 0, b"8.1.7\n", b""),
             (version + ["db2", "?", "==", "0"], 0, b"true\n", b""),
             (version + ["db2", "8.1", "=", "8"], 2, b"", b"dqtool: version: no operator '='\n"),
             (version + ["db2", "8.1", "<", "8x"], 2, b"", b"dqtool: version: NUMBER is a decimal"),
@@ -70,9 +60,6 @@ class NamesTest(unittest.TestCase):
             (["words", "a", "b"], 2, b"", b"dqtool: words: one NAME is enough"),
         ]:
             self.check(words, status, out, err)
-        status, out, _ = dqtool("words", env=self.environment)
-        self.assertEqual((status, len(out.splitlines())), (0, 198))
-        self.assertIn(b"\nm_pszEndOfLn\t\\x0d\\x0a\n", out)
 
     def test_names_come_from_standard_input_a_line_each(self):
         result = subprocess.run([DQTOOL, "quote", "--platform", "db2"], input=b"A\na\n\nB\0\nlast",

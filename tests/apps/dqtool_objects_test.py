@@ -29,12 +29,9 @@ class ObjectsTest(unittest.TestCase):
             (["platform-text", "mysql"], 2, b""),
             (["platform-text"], 2, b""),
             (["type-text", "42", "--platform", "db2os390"], 0, b"Stogroup\n"),
-            (["type-text", "43"], 0, b"Type\n"),
             (["type-text", "-1"], 0, b"Unknown\n"),
             (["type-text", "1x"], 2, b""),
-            (["words", "m_pszHashIndex"], 0, b"**HASH INDEX**\n"),
             (["words", "m_pszEndOfLn"], 0, b"\\x0d\\x0a\n"),
-            (["words", "m_pszhashindex"], 1, b""),
             (["types"], 2, b""),
             (["types", "--platform", "oracle", "--version", "new"], 2, b""),
             (["creation-template", "--platform", "oracle"], 2, b""),
@@ -52,9 +49,7 @@ class ObjectsTest(unittest.TestCase):
                          [b"7\tDatabase", b"42\tStogroup", b"36\tTablespace", b"34\tSynonym"])
         for version in ["8.17", "8.1.7", "Oracle8i Release 8.1.7.0.0"]:
             self.assertIn(b"80\tMaterialized View", types("oracle", "--version", version))
-        self.assertIn(b"32\tSnapshot", types("oracle", "--version", "8.05"))
         self.assertIn(b"88\tRedo Log Group", types("oracle"))
-        self.assertEqual(dqtool("types", "--platform", "oracle", "--version", "new")[:2], (2, b""))
         code = dqtool("text", "43913")[1].decode().strip()
         self.assertNotIn(b"88\tRedo Log Group", types("oracle", "--app", code), code)
 
@@ -65,10 +60,6 @@ class ObjectsTest(unittest.TestCase):
             self.assertEqual(dqtool("objects", path, "add", *words), (0, b"", b""))
         self.assertEqual(dqtool("objects", path, "list"),
                          (0, b"a\t40\town\ta\\x09b\nr\t16\tP\tQ\n", b""))
-        with open(path, "rb") as file:
-            self.assertEqual(file.read(),
-                             b"\2\0\1r\xff\xff\1\0\x0d\0CDBObjectInfo\x10\0\0\0\1P\1Q"
-                             b"\1a\1\x80\x28\0\0\0\3own\3a\tb")
         bad = self.path("bad", b"\1\0\1")
         status, out, err = dqtool("objects", bad, "add", "k", "1", "o", "n")
         self.assertEqual((status, out), (1, b""))
