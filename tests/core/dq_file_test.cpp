@@ -71,6 +71,8 @@ TEST(DQFile, WritesNumbersTextsAndLineEndsOfBothKinds) {
   CString whole;
   EXPECT_TRUE(file.FileToString(whole));
   EXPECT_EQ(whole, "-120.500000,\n100%s\r\n\r\n") << "which was not on the disk yet";
+  EXPECT_TRUE(file.Close());
+  EXPECT_EQ(directory.Get("f"), std::string(whole.View()));
 
   CDQFile full("/dev/full", FILE_OPEN_WRITE);
   ASSERT_TRUE(full.Open());
