@@ -253,8 +253,9 @@ bool CDialog::CallMapped(const HandlerKey& key, HandlerArguments& arguments) {
 BOOL CDialog::OnCmdMsg(UINT id, int code, void* extra, void* handler_info) {
   if (CWnd::OnCmdMsg(id, code, extra, handler_info) != 0) return 1;
   if (code != CN_COMMAND && code != CN_UPDATE_COMMAND_UI) return 0;
-  // What a dialog doesn't handle itself is no command of others while the id is one of its buttons.
-  if (GetDlgItem(static_cast<int>(id)) != nullptr && code == CN_COMMAND) return 0;
+  constexpr UINT kFirstCommand = 0x8000;
+  constexpr UINT kLastCommand = 0xEFFF;
+  if (id < kFirstCommand || id > kLastCommand) return 0;
   CWnd* const above = GetParent() != nullptr ? GetParent() : GetOwner();
   if (above != nullptr && above->OnCmdMsg(id, code, extra, handler_info) != 0) return 1;
   CWinThread* const thread = AfxGetThread();

@@ -45,8 +45,8 @@ class CDialog : public CWnd {
   void PrevDlgCtrl();
   void GotoDlgCtrl(CWnd* control);
 
-  /// What the dialog doesn't handle goes on to its parent or owner, and to the thread, unless it is
-  /// a command of one of its own buttons.
+  /// What the dialog doesn't handle goes on to its parent or owner, and to the thread, if it is a
+  /// command with an id from 0x8000 to 0xEFFF; ids below are those of controls.
   BOOL OnCmdMsg(UINT id, int code, void* extra, void* handler_info) override;
 
  protected:
