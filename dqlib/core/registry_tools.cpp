@@ -108,7 +108,7 @@ void DQLIB_AppWriteValueInRegistry(HKEY root, const char* path, const char* name
 
 BOOL DQLIB_CopyRegistryKey(HKEY source, HKEY target) try {
   // Onto itself, a move would set each value and then delete it.
-  return source == target || MoveKey(source, target, 0);
+  return Registry().IsSameKey(source, target) || MoveKey(source, target, 0);
 } catch (const std::bad_alloc&) {
   return 0;
 }

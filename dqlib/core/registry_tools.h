@@ -17,13 +17,13 @@ void DQLIB_AppWriteValueInRegistry(HKEY root, const char* path, const char* name
                                    int length);
 
 /// Moves all values and sub-keys from one open key to the other; in spite of its name nothing but
-/// the empty source is left. A value of more than 7,680 bytes, or that the store refuses, and those
-/// that enumerate behind it, stay behind in the source, but are lost with their key where that is a
-/// sub-key; a sub-key that can't be made in the target or deleted from the source stays, and so do
-/// those behind it. That is no failure: who must know looks what is left in the source. Returns 0
-/// only if memory has no room, and where keys nest more than 512 deep, as they do without end if
-/// the target lies below the source. Not atomic: an interrupted move leaves what was moved in the
-/// target.
+/// the empty source is left. Onto the same key nothing changes. A value of more than 7,680 bytes,
+/// or that the store refuses, and those that enumerate behind it, stay behind in the source, but
+/// are lost with their key where that is a sub-key; a sub-key that can't be made in the target or
+/// deleted from the source stays, and so do those behind it. That is no failure: who must know
+/// looks what is left in the source. Returns 0 only if memory has no room, and where keys nest more
+/// than 512 deep, as they do without end if the target lies below the source. Not atomic: an
+/// interrupted move leaves what was moved in the target.
 BOOL DQLIB_CopyRegistryKey(HKEY source, HKEY target);
 
 /// Renames the key at a path below `root`; onto another existing key it merges, and moved values

@@ -78,6 +78,8 @@ class Registry {
   virtual Result<HKEY> CreateKey(HKEY key, std::string_view path) = 0;
   /// Closes an opened key; a root, a closed key and `kNoKey` are ignored.
   virtual void CloseKey(HKEY key) = 0;
+  /// Whether both are open and stand for one and the same key.
+  virtual bool IsSameKey(HKEY one, HKEY other) = 0;
 
   /// Reads a value into `data`. If it doesn't fit, the error is `kBufferTooSmall`, nothing is
   /// written, and the result tells the type and the size all the same.

@@ -35,9 +35,9 @@ class RegistryTools : public testing::Test {
     const HKEY from = registry.OpenKey(root, "from").value;
     const HKEY to = registry.CreateKey(root, "to").value;
     EXPECT_TRUE(DQLIB_CopyRegistryKey(from, to));
-    EXPECT_TRUE(DQLIB_CopyRegistryKey(to, to)) << "which changes nothing";
-    registry.CloseKey(from);
-    registry.CloseKey(to);
+    const HKEY same = registry.OpenKey(root, "TO").value;
+    EXPECT_TRUE(DQLIB_CopyRegistryKey(to, same)) << "which changes nothing";
+    for (const HKEY key : {from, to, same}) registry.CloseKey(key);
   }
   RegistryDump All() { return Dump(registry, root); }
 

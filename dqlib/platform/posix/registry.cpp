@@ -175,6 +175,18 @@ void FileRegistry::CloseKey(HKEY key) {
   handles_.Close(key);
 }
 
+bool FileRegistry::IsSameKey(HKEY one, HKEY other) try {
+  return WithKey(one,
+                 [&](const TreeKey& key, int root) -> Result<bool> {
+                   const auto& store = stores_[static_cast<std::size_t>(root)];
+                   return handles_.RootOf(other) == root &&
+                          handles_.Find(other, store->tree()) == &key;
+                 })
+      .value;
+} catch (const std::exception&) {
+  return false;
+}
+
 Result<RegistryValueInfo> FileRegistry::ReadValue(HKEY key, std::string_view name,
                                                   std::span<char> data) try {
   if (!IsValueName(name)) return Invalid();

@@ -30,6 +30,7 @@ class FileRegistry : public Registry {
   Result<HKEY> OpenKey(HKEY key, std::string_view path) override;
   Result<HKEY> CreateKey(HKEY key, std::string_view path) override;
   void CloseKey(HKEY key) override;
+  bool IsSameKey(HKEY one, HKEY other) override;
   Result<RegistryValueInfo> ReadValue(HKEY key, std::string_view name,
                                       std::span<char> data) override;
   Error SetValue(HKEY key, std::string_view name, DWORD type, std::string_view data) override;
