@@ -17,11 +17,7 @@
 namespace dq {
 namespace {
 
-using ::testing::ContainsRegex;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::Not;
-using ::testing::StartsWith;
+using namespace ::testing;
 
 constexpr DBMS kPlatforms[] = {DBMS_SYBASE, DBMS_SQLSERVER, DBMS_DB2, DBMS_ORACLE, DBMS_DB2OS390};
 

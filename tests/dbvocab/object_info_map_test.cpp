@@ -54,6 +54,11 @@ std::string Contents(const CDBObjectInfoMap& map) {
 
 class ObjectInfoMapTest : public ::testing::Test {
  protected:
+  static ShownBox Failure(const char* what, const std::string& path, const std::string& cause) {
+    return {
+        "Error:  Failed to "s + what + " object map file '" + path + "'.\nCause: " + cause + ".",
+        BOX_STOP};
+  }
   test::TempDirectory files_;
   testing::ScriptedPrompts prompts_;
 };
@@ -95,19 +100,17 @@ TEST_F(ObjectInfoMapTest, WalkSkipsWhatWasRemovedBehindIt) {
 }
 
 TEST_F(ObjectInfoMapTest, FileThatDoesNotHoldAMapChangesNothing) {
-  const std::string class_tag = "\xFF\xFF\1\0"s;
-  const std::string object = class_tag + "\x0D\0CDBObjectInfo\1\0\0\0\0\0"s;
+  const std::string object = "\xFF\xFF\1\0\x0D\0CDBObjectInfo\1\0\0\0"s;
   constexpr const char* kTooSoon = "The file ended too soon";
   constexpr const char* kBadClass = "The file has an object of an unexpected class";
   constexpr const char* kNoObject = "The file refers to an object that it does not have";
   std::vector<std::tuple<std::string, std::string>> rows = {
       {"\xFF\xFF\xFF\xFF\xFF\xFF"s + std::string(100, '\0'), kTooSoon},
-      {"\1\0\1k"s + class_tag + "\7\0Unknown\0\0"s, kBadClass},
+      {"\1\0\1k\xFF\xFF\1\0\7\0Unknown\0\0"s, kBadClass},
       {"\1\0\1k\xFF\xFF\0\0\x0E\0CMapStringToOb\0\0"s, kBadClass},
       {"\1\0\1k\5\0"s, kNoObject},
-      {"\2\0\1k"s + object + "\1l\1\0"s, kNoObject},  // a class, not an object
-      {"\1\0\1k"s + class_tag + "\x0D\0CDBObjectInfo\1\0\0\0\xFF\xFF\xFF\xFF\xFF\xFF\xFF"s,
-       kTooSoon},
+      {"\2\0\1k"s + object + "\0\0\1l\1\0"s, kNoObject},  // a class, not an object
+      {"\1\0\1k"s + object + "\xFF\xFF\xFF\xFF\xFF\xFF\xFF"s, kTooSoon},
   };
   for (std::size_t size = 1; size < kKnownFile.size(); ++size) {
     rows.emplace_back(kKnownFile.substr(0, size), kTooSoon);
@@ -115,15 +118,13 @@ TEST_F(ObjectInfoMapTest, FileThatDoesNotHoldAMapChangesNothing) {
   CDBObjectInfoMap map;
   map.Insert("a", new CDBObjectInfo(OT_TABLE, "stays", "here"));
   const std::string path = files_ / "bad";
+  std::vector<ShownBox> expected;
   for (const auto& [bytes, cause] : rows) {
     files_.Put("bad", bytes);
     EXPECT_FALSE(map.Load(path.c_str())) << bytes;
-    ASSERT_FALSE(prompts_.shown.empty());
-    EXPECT_EQ(prompts_.shown.back().text,
-              "Error:  Failed to read object map file '" + path + "'.\nCause: " + cause + ".")
-        << ::testing::PrintToString(bytes);
+    expected.push_back(Failure("read", path, cause));
   }
-  EXPECT_EQ(prompts_.shown.size(), rows.size());
+  EXPECT_EQ(prompts_.shown, expected);
   EXPECT_EQ(Contents(map), "a=stays.here ");
   EXPECT_FALSE(map.IsLoaded());
 }
@@ -157,17 +158,11 @@ TEST_F(ObjectInfoMapTest, FailuresOfTheSystemAreShownWithTheirCause) {
   const platform::ScopedPlatform scope(test::With(&platform::Platform::files, &broken));
   EXPECT_FALSE(map.Save((files_ / "full").c_str()));
   EXPECT_FALSE(map.Load(known.c_str()));
-  const auto box = [&](const char* what, const std::string& path, const char* cause) {
-    return ShownBox{
-        "Error:  Failed to "s + what + " object map file '" + path + "'.\nCause: " + cause + ".",
-        BOX_STOP};
-  };
-  EXPECT_EQ(prompts_.shown, (std::vector{
-                                box("create", files_ / "missing/map", "The file was not found"),
-                                box("open", files_.path(), "Access to the file was denied"),
-                                box("write", files_ / "full", "The disk is full"),
-                                box("read", known, "The disk is full"),
-                            }));
+  EXPECT_EQ(prompts_.shown,
+            (std::vector{Failure("create", files_ / "missing/map", "The file was not found"),
+                         Failure("open", files_.path(), "Access to the file was denied"),
+                         Failure("write", files_ / "full", "The disk is full"),
+                         Failure("read", known, "The disk is full")}));
   EXPECT_EQ(map.GetCount(), 4);
 }
 
