@@ -149,9 +149,6 @@ TEST(IdentifierName, UnwrapsAndSplits) {
     EXPECT_EQ(GetThreePartName(name, a, b, c), three) << name;
     EXPECT_EQ(a + "|" + b + "|" + c, three_parts) << name;
   }
-  CString text = "a,,b";
-  EXPECT_EQ(ParseDelimString(text, ';') + "|" + text, "|a,,b");
-  EXPECT_EQ(ParseDelimString(text, ',') + "|" + text, "a|,b");
 }
 
 TEST(IdentifierName, QuoteCharactersGoByPlatformAndVersion) {
