@@ -10,6 +10,8 @@
 #include "dqlib/framework/controls/dialog_exchange.h"
 #include "dqlib/framework/controls/edit.h"
 #include "tests/support/main_window.h"
+#include "tests/support/recording_observer.h"
+#include "tests/support/rows.h"
 #include "tests/support/scripted_prompts.h"
 
 namespace dq {
@@ -37,13 +39,13 @@ class GotoDlg : public CDialog {
   int line = 5;
   int wrap = 0;
   int exchanged = 0;
-  std::function<void()> on_more;
-  std::function<void()> on_init;
+  std::function<void()> on_more = [] {};
+  std::function<void()> on_init = [] {};
 
  protected:
   BOOL OnInitDialog() override {
     CDialog::OnInitDialog();
-    if (on_init) on_init();
+    on_init();
     return 1;
   }
   void DoDataExchange(CDataExchange* exchange) override {
@@ -60,39 +62,25 @@ class GotoDlg : public CDialog {
   }
 
  private:
-  void OnMore() {
-    if (on_more) on_more();
-  }
+  void OnMore() { on_more(); }
   CEdit edit_;
 };
 
-/// Prompts that answer a dialog by a function of the test's.
-class AnsweringPrompts : public testing::ScriptedPrompts {
- public:
-  void RunDialog(platform::DialogView& dialog) override {
-    if (answer) answer(dialog);
-  }
-  int Show(std::string_view caption, std::string_view text, UINT type, UINT help_id) override {
-    if (on_show) on_show();
-    return ScriptedPrompts::Show(caption, text, type, help_id);
-  }
-  std::function<void()> on_show;
-  std::function<void(platform::DialogView&)> answer;
-};
+using View = platform::DialogView;
+void PressMore(View& view) { view.Press(102); }
+void PressOk(View& view) { view.Press(IDOK); }
 
 TEST(Dialog, ShowsItsControlsAndTakesWhatIsEntered) {
   testing::MainWindow main;
-  AnsweringPrompts prompts;
+  testing::ScriptedPrompts prompts;
   GotoDlg dialog;
-  prompts.answer = [&](platform::DialogView& view) {
+  prompts.on_dialog = [&](View& view) {
     EXPECT_FALSE(main.IsWindowEnabled());
     EXPECT_EQ(view.Caption(), "Go To");
     EXPECT_EQ(CWnd::GetFocus(), dialog.GetDlgItem(100));
     const std::vector<platform::DialogControl> controls = view.Controls();
     ASSERT_EQ(controls.size(), 7U);
-    EXPECT_EQ(controls[1].label, "Line Number");
-    EXPECT_EQ(controls[1].value, "5");
-    EXPECT_EQ(controls[2].label, "Wrap");
+    EXPECT_EQ(controls[1].label + controls[1].value + controls[2].label, "Line Number5Wrap");
     EXPECT_FALSE(controls[4].enabled);
     EXPECT_TRUE(view.Enter(100, "12"));
     EXPECT_FALSE(view.Enter(103, "x")) << "it is disabled";
@@ -108,24 +96,20 @@ TEST(Dialog, ShowsItsControlsAndTakesWhatIsEntered) {
   EXPECT_EQ(dialog.wrap, 1);
   EXPECT_TRUE(main.IsWindowEnabled());
   EXPECT_EQ(dialog.GetSafeHwnd(), nullptr);
-  prompts.answer = nullptr;
+  prompts.on_dialog = nullptr;
   EXPECT_EQ(dialog.DoModal(), IDCANCEL) << "what is left open is cancelled";
 }
 
 TEST(Dialog, AnExchangeThatFailsHalfWayTellsOnceAndKeepsTheRest) {
-  AnsweringPrompts prompts;
+  testing::ScriptedPrompts prompts;
   GotoDlg dialog;
-  const struct {
-    const char* entered;
-    const char* text;
-  } cases[] = {{"x", "Please enter an integer."},
-               {"0", "Please enter an integer between 1 and 20."},
-               {"", "Please enter an integer."}};
   dialog.on_more = [] { ADD_FAILURE() << "the exchange isn't over"; };
-  prompts.on_show = [&] { dialog.GetDlgItem(102)->Press(); };
-  prompts.answer = [&](platform::DialogView& view) {
+  prompts.on_box = [&] { dialog.GetDlgItem(102)->Press(); };
+  prompts.on_dialog = [&](View& view) {
     view.Enter(101, "1");
-    for (const auto& [entered, text] : cases) {
+    for (const auto& [entered, text] :
+         test::Rows<const char*, const char*>{{"x", "Please enter an integer."},
+                                              {"0", "Please enter an integer between 1 and 20."}}) {
       dialog.GetDlgItem(101)->SetFocus();
       view.Enter(100, entered);
       EXPECT_TRUE(view.Press(IDOK));
@@ -137,42 +121,28 @@ TEST(Dialog, AnExchangeThatFailsHalfWayTellsOnceAndKeepsTheRest) {
     EXPECT_TRUE(view.Press(IDCANCEL));
   };
   EXPECT_EQ(dialog.DoModal(), IDCANCEL);
-  EXPECT_EQ(prompts.shown.size(), 3U);
+  EXPECT_EQ(prompts.shown.size(), 2U);
 }
 
 TEST(Dialog, MayCloseItselfInAnyOfItsHandlers) {
-  AnsweringPrompts prompts;
-  {
-    GotoDlg dialog;
-    dialog.on_init = [&] { dialog.EndDialog(7); };
-    prompts.answer = [](platform::DialogView&) { FAIL() << "it is never shown"; };
-    EXPECT_EQ(dialog.DoModal(), 7);
-  }
-  const auto press_more = [](platform::DialogView& view) { view.Press(102); };
-  {
-    GotoDlg dialog;
-    dialog.on_more = [&] { dialog.DestroyWindow(); };
-    prompts.answer = press_more;
-    EXPECT_EQ(dialog.DoModal(), IDCANCEL);
-  }
-  {
-    GotoDlg dialog;
-    dialog.on_more = [&] {
-      dialog.EndDialog(3);
-      dialog.EndDialog(4);
-      EXPECT_EQ(dialog.DoModal(), -1) << "it runs already";
-    };
-    EXPECT_EQ(dialog.DoModal(), 3);
-  }
+  testing::ScriptedPrompts prompts;
+  prompts.on_dialog = PressMore;
+  GotoDlg dialog;
+  dialog.on_more = [&] { dialog.DestroyWindow(); };
+  EXPECT_EQ(dialog.DoModal(), IDCANCEL);
+  dialog.on_more = [&] {
+    dialog.EndDialog(3);
+    dialog.EndDialog(4);
+    EXPECT_EQ(dialog.DoModal(), -1) << "it runs already";
+  };
+  EXPECT_EQ(dialog.DoModal(), 3);
+  dialog.on_init = [&] { dialog.EndDialog(7); };
+  EXPECT_EQ(dialog.DoModal(), 7);
+  EXPECT_EQ(prompts.dialogs.size(), 2U) << "the last one is never shown";
 }
 
 TEST(Dialog, IsNotShownWithHalfOfItsValuesAndMayHaveSetItsFocus) {
-  class FirstDlg : public GotoDlg {
-   public:
-    int missing = 104;
-    BOOL focus_first = 0;
-
-   protected:
+  struct FirstDlg : GotoDlg {
     BOOL OnInitDialog() override {
       CDialog::OnInitDialog();
       GetDlgItem(101)->SetFocus();
@@ -182,110 +152,97 @@ TEST(Dialog, IsNotShownWithHalfOfItsValuesAndMayHaveSetItsFocus) {
       CString text;
       DDX_Text(exchange, missing, text);
     }
+    int missing = 104;
+    BOOL focus_first = 0;
   } dialog;
-  AnsweringPrompts prompts;
-  int shown = 0;
-  prompts.answer = [&](platform::DialogView&) {
-    ++shown;
+  testing::ScriptedPrompts prompts;
+  prompts.on_dialog = [&](View&) {
     EXPECT_EQ(CWnd::GetFocus(), dialog.GetDlgItem(dialog.focus_first != 0 ? 100 : 101));
   };
   EXPECT_EQ(dialog.DoModal(), -1);
-  EXPECT_EQ(shown, 0);
   dialog.missing = 103;
   for (const BOOL first : {0, 1}) {
     dialog.focus_first = first;
     EXPECT_EQ(dialog.DoModal(), IDCANCEL);
   }
-  EXPECT_EQ(shown, 2);
+  EXPECT_EQ(prompts.dialogs.size(), 2U);
 }
 
 TEST(Dialog, ThatEndsInItsOwnExchangeCanRunAnew) {
   GotoDlg dialog;
-  AnsweringPrompts prompts;
-  prompts.on_show = [&] { dialog.DestroyWindow(); };
-  prompts.answer = [](platform::DialogView& view) {
+  testing::ScriptedPrompts prompts;
+  prompts.on_box = [&] { dialog.DestroyWindow(); };
+  prompts.on_dialog = [](View& view) {
     view.Enter(100, "x");
     view.Press(IDOK);
     EXPECT_FALSE(view.IsOpen());
   };
   EXPECT_EQ(dialog.DoModal(), IDCANCEL);
-  prompts.answer = [](platform::DialogView& view) { EXPECT_TRUE(view.Press(IDOK)); };
+  prompts.on_dialog = PressOk;
   EXPECT_EQ(dialog.DoModal(), IDOK);
-  CWnd elsewhere;
-  std::thread([&] { elsewhere.CreateWnd("Main"); }).join();
-  EXPECT_EQ(GotoDlg(&elsewhere).DoModal(), -1) << "no parent of this thread";
-  EXPECT_TRUE(elsewhere.IsWindowEnabled());
 }
 
 TEST(Dialog, RunsWithinAnotherAndGivesItTheScreenBack) {
   testing::MainWindow main;
-  AnsweringPrompts prompts;
+  testing::ScriptedPrompts prompts;
   GotoDlg outer;
-  int inner_result = 0;
   outer.on_more = [&] {
     GotoDlg inner;  // without a parent, the dialog that runs is it
-    prompts.answer = [&](platform::DialogView& view) {
+    prompts.on_dialog = [&](View& view) {
       EXPECT_FALSE(outer.IsWindowEnabled());
       view.Press(IDOK);
     };
-    inner_result = static_cast<int>(inner.DoModal());
+    EXPECT_EQ(inner.DoModal(), IDOK);
   };
-  prompts.answer = [](platform::DialogView& view) {
+  prompts.on_dialog = [](View& view) {
     view.Press(102);
     view.Press(IDOK);
   };
   EXPECT_EQ(outer.DoModal(), IDOK);
-  EXPECT_EQ(inner_result, IDOK);
+  EXPECT_EQ(prompts.dialogs.size(), 2U);
   EXPECT_EQ(CWnd::GetActiveWindow(), &main);
 }
 
 TEST(Dialog, RunsTheMessageLoopUnderAWindowLayer) {
-  class Layer : public WindowObserver {
-   public:
-    void OnWindowChange(CWnd&, WindowChange) override {}
+  struct Layer : testing::RecordingObserver {
     bool RunsDialogs() const override { return true; }
   } layer;
-  WindowObserver* const former = SetWindowObserver(&layer);
-  {
-    GotoDlg ended;
-    GotoDlg within;
-    ended.on_init = [&] { ended.PostMessage(WM_COMMAND, 102); };
-    ended.on_more = [&] {
-      within.on_init = [&] { within.PostMessage(WM_COMMAND, 102); };
-      within.on_more = [&] { ended.DestroyWindow(); };
-      EXPECT_EQ(within.DoModal(), IDCANCEL) << "it ends with the one it stands over";
-    };
-    EXPECT_EQ(ended.DoModal(), IDCANCEL);
-  }
+  const auto on_post = [](GotoDlg& dialog, std::function<void()> act) {
+    dialog.on_init = [&dialog] { dialog.PostMessage(WM_COMMAND, 102); };
+    dialog.on_more = std::move(act);
+  };
   GotoDlg outer;
   GotoDlg inner;
-  outer.on_init = [&] { outer.PostMessage(WM_COMMAND, 102); };
-  outer.on_more = [&] {
-    inner.on_init = [&] {
-      outer.EndDialog(9);  // the outer one is closed first, and ends last
-      inner.PostMessage(WM_CLOSE);
-    };
-    EXPECT_EQ(inner.DoModal(), IDCANCEL);
+  on_post(inner, [&] { outer.DestroyWindow(); });
+  on_post(outer,
+          [&] { EXPECT_EQ(inner.DoModal(), IDCANCEL) << "it ends with the one it stands over"; });
+  EXPECT_EQ(outer.DoModal(), IDCANCEL);
+  inner.on_init = [&] {
+    outer.EndDialog(9);  // the outer one is closed first, and ends last
+    inner.PostMessage(WM_CLOSE);
   };
   EXPECT_EQ(outer.DoModal(), 9);
-  SetWindowObserver(former);
 }
 
 TEST(Dialog, HandlersThatThrowWhileItIsClosedDoNotEndTheProgram) {
-  class ThrowingDlg : public GotoDlg {
+  struct ThrowingDlg : GotoDlg {
     LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
       if (message == WM_DESTROY) throw CUserException();
       return GotoDlg::WindowProc(message, wparam, lparam);
     }
   } dialog;
-  AnsweringPrompts prompts;
-  prompts.answer = [](platform::DialogView& view) { view.Press(IDOK); };
+  testing::ScriptedPrompts prompts;
+  prompts.on_dialog = PressOk;
   EXPECT_EQ(dialog.DoModal(), IDOK);
 }
 
-TEST(Dialog, WithoutATemplateDoesNotRun) {
+TEST(Dialog, WithoutATemplateOrAParentOfItsThreadDoesNotRun) {
   EXPECT_EQ(CDialog(64999).DoModal(), -1);
-  GotoDlg dialog;
+  CWnd elsewhere;
+  std::thread([&] { elsewhere.CreateWnd("Main"); }).join();
+  GotoDlg dialog(&elsewhere);
+  EXPECT_EQ(dialog.DoModal(), -1);
+  EXPECT_TRUE(elsewhere.IsWindowEnabled());
   EXPECT_FALSE(dialog.Create(64999, nullptr));
   EXPECT_FALSE(dialog.UpdateData());
   EXPECT_EQ(dialog.exchanged, 0);

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 #include <string>
-#include <utility>
 
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/base/resource_module.h"
@@ -10,6 +9,8 @@
 #include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/tool_bar.h"
 #include "dqlib/framework/windows/win_app.h"
+#include "tests/support/recording_observer.h"
+#include "tests/support/rows.h"
 
 namespace dq {
 namespace {
@@ -43,14 +44,10 @@ TEST(Menu, TextGivesItemsAndABrokenOneNone) {
   EXPECT_EQ(menu.GetMenuState(0, MF_BYPOSITION), UINT{MF_POPUP | 0x200});
   EXPECT_FALSE(menu.LoadMenuIndirect(kFileMenu)) << "it has a menu";
   std::string deep;
-  for (int level = 0; level < 33; ++level) deep += "popup \"x\"\n";
-  std::string ends;
-  for (int level = 0; level < 33; ++level) ends += "end\n";
-  for (const std::string& text : {std::string("popup \"x\"\n"), std::string("end\n"), deep + ends,
-                                  std::string("item 0 \"x\"\n"), std::string("item 1 \"x\n"),
-                                  std::string("item 1 \"x\\q\"\n"), std::string("item 65536 \"\""),
-                                  std::string("item 1 \"x\" green\n"), std::string("entry\n"),
-                                  std::string("separator 3\n")}) {
+  for (int level = 0; level < 33; ++level) deep.insert(0, "popup \"x\"\n").append("end\n");
+  for (const char* text : {"popup \"x\"\n", "end\n", deep.c_str(), "item 0 \"x\"\n", "item 1 \"x\n",
+                           "item 1 \"x\\q\"\n", "item 65536 \"\"", "item 1 \"x\" green\n",
+                           "entry\n", "separator 3\n"}) {
     CMenu broken;
     EXPECT_FALSE(broken.LoadMenuIndirect(text)) << text;
     EXPECT_EQ(broken.GetMenuItemCount(), -1);
@@ -84,10 +81,9 @@ TEST(Menu, RemovedSubmenusLiveAndDeletedOnesAreDead) {
   ASSERT_TRUE(menu.LoadMenuIndirect(kFileMenu));
   const HMENU file = menu.GetSubMenu(0)->GetSafeHmenu();
   const HMENU recent = menu.GetSubMenu(0)->GetSubMenu(1)->GetSafeHmenu();
-  const UINT at_first = MF_BYPOSITION;
-  EXPECT_TRUE(menu.ModifyMenu(0, at_first | MF_POPUP | MF_OWNERDRAW, Id(file), nullptr))
+  EXPECT_TRUE(menu.ModifyMenu(0, UINT{MF_BYPOSITION} | MF_POPUP | MF_OWNERDRAW, Id(file), nullptr))
       << "the same submenu isn't destroyed";
-  EXPECT_TRUE(menu.RemoveMenu(0, at_first));
+  EXPECT_TRUE(menu.RemoveMenu(0, MF_BYPOSITION));
   CMenu kept;
   CMenu second;
   EXPECT_TRUE(kept.Attach(file));
@@ -101,7 +97,6 @@ TEST(Menu, RemovedSubmenusLiveAndDeletedOnesAreDead) {
   EXPECT_FALSE(kept.AppendMenu(MF_POPUP, Id(file), "itself"));
   EXPECT_TRUE(menu.DestroyMenu());
   EXPECT_EQ(kept.GetSafeHmenu(), nullptr) << "it went with the whole";
-  EXPECT_EQ(kept.GetMenuItemCount(), -1);
   EXPECT_FALSE(kept.AppendMenu(MF_STRING, 1, "x"));
 }
 
@@ -134,10 +129,8 @@ class Handlers : public CCmdTarget {
     updated += std::to_string(id) + ' ';
     if (id == 10) ui.SetCheck(1);
     if (id == 12) ui.Enable(0);
-    if (id == 13) {
-      ui.SetRadio(1);
-      ui.SetText("r");
-    }
+    if (id == 13) ui.SetRadio(1);
+    if (id == 13) ui.SetText("r");
     if (id == 14 && menu_ != nullptr) menu_->DestroyMenu();
     if (id == 11 && menu_ != nullptr) ui.m_pMenu->RemoveMenu(ui.m_nIndex, MF_BYPOSITION);
     return id != 15;
@@ -156,11 +149,11 @@ TEST(Menu, UpdateReachesEveryItemWhileHandlersChangeTheMenu) {
   Handlers handlers(&menu);
   menu.UpdateItems(handlers);
   EXPECT_EQ(handlers.updated, "10 11 12 15 13 ");
-  EXPECT_EQ(menu.GetMenuState(10, 0), UINT{MF_CHECKED});
-  EXPECT_EQ(menu.GetMenuState(12, 0), UINT{MF_GRAYED | MF_DISABLED});
-  EXPECT_EQ(menu.GetMenuState(13, 0), UINT{MF_CHECKED | MF_RADIOCHECK});
-  EXPECT_EQ(menu.GetMenuState(15, 0), 0U);
-  EXPECT_EQ(menu.GetMenuState(30, 0), UINT{MF_GRAYED | MF_DISABLED});
+  constexpr UINT kOff = MF_GRAYED | MF_DISABLED;
+  for (const auto& [id, state] : test::Rows<UINT, UINT>{
+           {10, MF_CHECKED}, {12, kOff}, {13, MF_CHECKED | MF_RADIOCHECK}, {15, 0}, {30, kOff}}) {
+    EXPECT_EQ(menu.GetMenuState(id, 0), state) << id;
+  }
   EXPECT_EQ(Dump(menu), "10: 12: -1:(13:r) 15: 30:");
   menu.InsertMenu(0, MF_BYPOSITION, 14, "");
   menu.UpdateItems(handlers);
@@ -181,17 +174,6 @@ TEST(AcceleratorTable, CombinationsHaveCommands) {
   }
 }
 
-/// Counts changes of content.
-struct ContentObserver : WindowObserver {
-  ContentObserver() : former(SetWindowObserver(this)) {}
-  ~ContentObserver() override { SetWindowObserver(former); }
-  void OnWindowChange(CWnd&, WindowChange change) override {
-    changes += change == WindowChange::kContent ? 1 : 0;
-  }
-  WindowObserver* former;
-  int changes = 0;
-};
-
 TEST(ToolBar, ResourceGivesButtonsAndEveryChangeIsTold) {
   const WORD commands[] = {10, 0, 12, 30};
   ResourceModule module;
@@ -200,16 +182,16 @@ TEST(ToolBar, ResourceGivesButtonsAndEveryChangeIsTold) {
   module.AddResource(RESOURCE_TOOLBAR, 6, data.substr(0, data.size() - 1));
   module.AddResource(RESOURCE_TOOLBAR, 7, "\x02" + data.substr(1));
   const CDynLinkLibrary link(&module);
-  ContentObserver observer;
+  testing::RecordingObserver observer;
   CToolBar bar;
   ASSERT_TRUE(bar.Create(nullptr, 1));
+  observer.changes.clear();
   EXPECT_TRUE(bar.LoadToolBar(5));
   for (const UINT broken : {6U, 7U, 8U}) EXPECT_FALSE(bar.LoadToolBar(broken));
-  EXPECT_EQ(std::exchange(observer.changes, 0), 1);
+  EXPECT_EQ(observer.Take(bar), std::vector(1, WindowChange::kContent));
   EXPECT_EQ(bar.GetPictureSize(), (CSize{20, 19}));
-  EXPECT_EQ(bar.GetItemCount(), 4);
-  EXPECT_EQ(bar.CommandToIndex(12), 2);
-  for (const UINT none : {0U, 99U}) EXPECT_EQ(bar.CommandToIndex(none), -1);
+  for (const auto& [id, index] : test::Rows<UINT, int>{{12, 2}, {0, -1}, {99, -1}})
+    EXPECT_EQ(bar.CommandToIndex(id), index);
   for (const int none : {-1, 1, 4}) EXPECT_EQ(bar.GetItemID(none), 0U);
   Handlers handlers;
   bar.OnUpdateCmdUI(handlers, true);
@@ -220,7 +202,7 @@ TEST(ToolBar, ResourceGivesButtonsAndEveryChangeIsTold) {
   bar.PressButton(0, true);
   bar.PressButton(2, true);
   bar.EnableButton(0, false);
-  EXPECT_EQ(observer.changes, 5);
+  EXPECT_EQ(observer.Take(bar), std::vector(5, WindowChange::kContent));
   EXPECT_EQ(bar.GetButton(0), (ToolBarButton{10, false, 1, false}));
 }
 

@@ -7,7 +7,7 @@
 
 #include "dqlib/framework/windows/win_app.h"
 #include "tests/support/manual_clock.h"
-#include "tests/support/scripted_platform.h"
+#include "tests/support/own_service.h"
 
 namespace dq {
 namespace {
@@ -33,35 +33,30 @@ using Got = std::vector<std::string>;
 
 TEST(MessageLoop, PostedMessagesComeInOrderAndOnlyToLiveWindows) {
   LoopWnd window;
-  auto other = std::make_unique<LoopWnd>();
+  LoopWnd other;
   for (const UINT message : {WM_APP + 1U, WM_APP + 2U}) {
-    EXPECT_TRUE(window.PostMessage(message, 5));
-    EXPECT_TRUE(other->PostMessage(message));
+    EXPECT_TRUE(window.PostMessage(message, 5) && other.PostMessage(message));
   }
-  const HWND dead = other->GetSafeHwnd();
-  other->DestroyWindow();
-  EXPECT_FALSE(PostToWindow(dead, WM_APP, 0, 0));
-  EXPECT_FALSE(other->PostMessage(WM_APP));
+  const HWND dead = other.GetSafeHwnd();
+  other.DestroyWindow();
+  EXPECT_FALSE(PostToWindow(dead, WM_APP, 0, 0) || other.PostMessage(WM_APP));
   EXPECT_EQ(window.got, Got{});
   EXPECT_EQ(PumpUntilIdle(), 2);
   EXPECT_EQ(window.got, (Got{"32769/5", "32770/5"}));
-  EXPECT_EQ(other->got, Got{});
+  EXPECT_EQ(other.got, Got{});
 }
 
 TEST(MessageLoop, TimersComeByTheClockBehindPostedMessages) {
   testing::ManualClock clock(0xFFFFFFF0);  // the clock wraps meanwhile
-  platform::Platform platform = platform::Current();
-  platform.clock = &clock;
-  const platform::ScopedPlatform scope(platform);
+  const platform::ScopedPlatform scope(test::With(&platform::Platform::clock, &clock));
   LoopWnd window;
   EXPECT_EQ(window.SetTimer(1, 250), 1U);
   EXPECT_EQ(window.SetTimer(2, 3), 2U) << "acts as 10";
   EXPECT_EQ(window.SetTimer(3, static_cast<UINT>(-1)), 3U) << "acts as the longest";
   const auto pumped = [&](DWORD passed) {
     clock.Advance(passed);
-    window.got.clear();
     PumpUntilIdle();
-    return window.got;
+    return std::exchange(window.got, {});
   };
   EXPECT_EQ(pumped(9), Got{});
   EXPECT_EQ(pumped(1), Got{"275/2"});
@@ -85,7 +80,7 @@ class IdleApp : public CWinApp {
   IdleApp() : CWinApp("idle") {}
   std::vector<LONG> idled;
   LONG until = 2;
-  std::function<bool(MSG*)> pre_translate;
+  UINT dropped = 0;
 
   BOOL OnIdle(LONG count) override {
     idled.push_back(count);
@@ -93,7 +88,7 @@ class IdleApp : public CWinApp {
     return count < until ? 1 : 0;
   }
   BOOL PreTranslateMessage(MSG* message) override {
-    return pre_translate && pre_translate(message) ? 1 : CWinApp::PreTranslateMessage(message);
+    return message->message == dropped ? 1 : CWinApp::PreTranslateMessage(message);
   }
 };
 
@@ -104,7 +99,7 @@ TEST(MessageLoop, IdlesUntilItWantsNoMoreAndAnewAfterAMessage) {
   PumpUntilIdle();
   EXPECT_EQ(app.idled, (std::vector<LONG>{0, 1, 2}));
   EXPECT_EQ(window.got, Got{"867/1"}) << "what shows commands is brought up to date";
-  app.pre_translate = [](MSG* message) { return message->message == WM_APP + 1; };
+  app.dropped = WM_APP + 1;
   window.got.clear();
   window.PostMessage(WM_APP + 1);
   window.PostMessage(WM_APP + 2);

@@ -4,36 +4,15 @@
 #include <thread>
 
 #include "dqlib/framework/windows/win_app.h"
-#include "dqlib/platform/platform.h"
+#include "tests/support/main_window.h"
+#include "tests/support/rows.h"
+#include "tests/support/scripted_platform.h"
 
 namespace dq {
 namespace {
 
-class CountingWnd : public CWnd {
- public:
-  int count = 0;
-
- private:
-  LRESULT WindowProc(UINT message, WPARAM, LPARAM) override {
-    return message == WM_CREATE ? 0 : ++count;
-  }
-};
-
-/// Modules that put the program at a path of the test's.
-class ProgramAt : public platform::Modules {
- public:
-  explicit ProgramAt(std::string path) : path_(std::move(path)) {}
-  std::string FileName(const platform::Module*) override { return path_; }
-  const platform::Module& System() override { return platform::System().modules->System(); }
-
- private:
-  std::string path_;
-};
-
 TEST(WinApp, IsTheThreadsObjectWhileItLives) {
   EXPECT_EQ(AfxGetApp(), nullptr);
-  EXPECT_EQ(AfxGetThread(), nullptr);
-  EXPECT_EQ(AfxGetMainWnd(), nullptr);
   {
     CWinApp app("Job  Runner");
     EXPECT_EQ(AfxGetApp(), &app);
@@ -53,55 +32,40 @@ TEST(WinApp, IsTheThreadsObjectWhileItLives) {
   EXPECT_EQ(AfxGetThread(), nullptr);
 }
 
-TEST(WinApp, NameRegistryKeyAndPathAreThreeThings) {
-  CWinApp app(" Job  Runner ");
-  EXPECT_STREQ(app.GetAppName(), " Job  Runner ");
-  app.SetRegistryKey("Maker");
-  EXPECT_STREQ(app.GetRegistryKeyName(), "Maker");
-  EXPECT_EQ(app.GetExecutablePath(), platform::System().modules->FileName(nullptr).c_str());
-  app.SetExecutablePath("C:\\Tools\\other.exe");
-  EXPECT_STREQ(app.GetExecutablePath(), "C:\\Tools\\other.exe");
-  EXPECT_STREQ(app.GetAppName(), " Job  Runner ");
-}
-
 TEST(WinApp, WithoutANameItHasTheExecutablesBaseName) {
-  const struct {
-    const char* path;
-    const char* name;
-  } rows[] = {{"/usr/bin/tool", "tool"},
-              {"/opt/v1.2/my tool.bin", "my tool"},
-              {"C:\\Tools\\Job.Runner.exe", "Job.Runner"},
-              {"tool.", "tool"},
-              {"", ""}};
-  for (const auto& row : rows) {
-    ProgramAt modules(row.path);
-    platform::Platform services = platform::System();
-    services.modules = &modules;
-    const platform::ScopedPlatform scope(services);
-    EXPECT_STREQ(CWinApp().GetAppName(), row.name) << row.path;
+  testing::ScriptedPlatform platform;
+  for (const auto& [path, name] :
+       test::Rows<const char*, const char*>{{"/usr/bin/tool", "tool"},
+                                            {"/opt/v1.2/my tool.bin", "my tool"},
+                                            {"C:\\Tools\\Job.Runner.exe", "Job.Runner"},
+                                            {"tool.", "tool"},
+                                            {"", ""}}) {
+    platform.modules.path = path;
+    CWinApp app;
+    EXPECT_STREQ(app.GetExecutablePath(), path);
+    app.SetExecutablePath("/bin/other");
+    app.SetRegistryKey("Maker");
+    EXPECT_STREQ(app.GetAppName(), name);
   }
+  EXPECT_STREQ(CWinApp(" Job  Runner ").GetAppName(), " Job  Runner ");
 }
 
 TEST(WorkerThread, SendsToTheMainWindowOfTheThreadThatBeganItWhileThatJoins) {
-  CWinApp app("Test");
-  CountingWnd window;
-  window.CreateWnd("Main");
-  app.m_pMainWnd = &window;
+  testing::MainWindow main;
   WorkerThread worker = AfxBeginThread(
       [](void* parameter) -> UINT {
         EXPECT_EQ(AfxGetMainWnd(), parameter);
         EXPECT_NE(AfxGetThread(), nullptr);
         EXPECT_NE(AfxGetThread(), AfxGetApp());
-        for (int round = 1; round <= 50; ++round)
-          EXPECT_EQ(AfxGetMainWnd()->SendMessage(WM_APP), round);
+        for (int round = 0; round < 50; ++round) AfxGetMainWnd()->SendMessage(WM_APP);
         return 0;
       },
-      &window);
+      static_cast<CWnd*>(&main));
   EXPECT_TRUE(worker);
   worker.Join();
   EXPECT_FALSE(worker);
   worker.Join();
-  EXPECT_EQ(window.count, 50);
+  EXPECT_EQ(main.messages.size(), 50U);
 }
 
 TEST(WorkerThread, GoesOnByItselfWhenItIsDropped) {

@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "dqlib/framework/windows/win_thread.h"
+#include "tests/support/rows.h"
 
 namespace dq {
 namespace {
@@ -35,10 +36,15 @@ class TestWnd : public CWnd {
   Handler handler_;
 };
 
-void PumpSentUntil(const std::atomic<bool>& done) {
-  while (!done) {
-    if (PumpSentMessages() == 0) std::this_thread::yield();
-  }
+template <typename Condition>
+void WaitUntil(Condition condition) {
+  while (!condition()) std::this_thread::yield();
+}
+
+/// Meanwhile what other threads send is handled.
+template <typename Condition>
+void PumpSentUntil(Condition condition) {
+  WaitUntil([&] { return PumpSentMessages() == 0 && condition(); });
 }
 
 TEST(Wnd, HandleIsAliveFromCreationToDestructionAndNeverUsedAgain) {
@@ -50,7 +56,6 @@ TEST(Wnd, HandleIsAliveFromCreationToDestructionAndNeverUsedAgain) {
     const HWND handle = window.GetSafeHwnd();
     EXPECT_TRUE(handles.insert(handle).second);
     EXPECT_FALSE(window.CreateWnd("Edit"));
-    EXPECT_EQ(window.GetSafeHwnd(), handle);
     EXPECT_EQ(CWnd::FromHandle(handle), &window);
     EXPECT_TRUE(window.DestroyWindow());
     EXPECT_EQ(window.GetSafeHwnd(), nullptr);
@@ -61,47 +66,31 @@ TEST(Wnd, HandleIsAliveFromCreationToDestructionAndNeverUsedAgain) {
 
 TEST(Wnd, ClassNameIsCutToTheBuffer) {
   TestWnd window;
-  const struct {
-    int size;
-    int length;
-    const char* text;
-  } rows[] = {{32, 4, "Test"}, {5, 4, "Test"}, {4, 3, "Tes"},
-              {1, 0, ""},      {0, 0, "???"},  {-1, 0, "???"}};
-  for (const auto& row : rows) {
+  const HWND handle = window.GetSafeHwnd();
+  const test::Rows<int, int, const char*> rows = {
+      {5, 4, "Test"}, {4, 3, "Tes"}, {1, 0, ""}, {0, 0, "???"}, {-1, 0, "???"}};
+  for (const auto& [size, length, text] : rows) {
     char buffer[40] = "???";
-    EXPECT_EQ(GetWindowClassName(window.GetSafeHwnd(), buffer, row.size), row.length) << row.size;
-    EXPECT_STREQ(buffer, row.text) << row.size;
+    EXPECT_EQ(GetWindowClassName(handle, buffer, size), length) << size;
+    EXPECT_STREQ(buffer, text) << size;
   }
-  EXPECT_EQ(GetWindowClassName(window.GetSafeHwnd(), nullptr, 5), 0);
-  const HWND dead = window.GetSafeHwnd();
+  EXPECT_EQ(GetWindowClassName(handle, nullptr, 5), 0);
   window.DestroyWindow();
   char buffer[8] = "???";
-  EXPECT_EQ(GetWindowClassName(dead, buffer, 8), 0);
+  EXPECT_EQ(GetWindowClassName(handle, buffer, 8), 0);
   EXPECT_STREQ(buffer, "");
 }
 
-TEST(Wnd, SendOnTheOwnThreadIsACall) {
-  TestWnd window([](UINT message, WPARAM wparam, LPARAM lparam) {
+TEST(Wnd, SendOnTheOwnThreadIsACallThatIsAnsweredEvenIfItEndsTheWindow) {
+  TestWnd window([&](UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message == 4) window.DestroyWindow();
     return static_cast<LRESULT>(message) * 100 + static_cast<LRESULT>(wparam) * 10 + lparam;
   });
+  const HWND handle = window.GetSafeHwnd();
   EXPECT_EQ(window.SendMessage(1, 2, 3), 123);
-  EXPECT_EQ(SendToWindow(window.GetSafeHwnd(), 4, 5, 6), 456);
-  const HWND dead = window.GetSafeHwnd();
-  window.DestroyWindow();
+  EXPECT_EQ(SendToWindow(handle, 4, 5, 6), 456);
   EXPECT_EQ(window.SendMessage(1, 2, 3), 0);
-  EXPECT_EQ(SendToWindow(dead, 1, 2, 3), 0);
-  EXPECT_EQ(SendToWindow(nullptr, 1, 2, 3), 0);
-}
-
-TEST(Wnd, WindowMayEndInItsOwnHandlerAndStillAnswers) {
-  TestWnd* self = nullptr;
-  TestWnd window([&](UINT, WPARAM, LPARAM) {
-    self->DestroyWindow();
-    return 7;
-  });
-  self = &window;
-  EXPECT_EQ(window.SendMessage(1), 7);
-  EXPECT_EQ(window.SendMessage(1), 0);
+  for (const HWND dead : {handle, HWND{nullptr}}) EXPECT_EQ(SendToWindow(dead, 1, 2, 3), 0);
 }
 
 TEST(Wnd, SendersAreReleasedWhenTheWindowEndsUnpumped) {
@@ -109,35 +98,31 @@ TEST(Wnd, SendersAreReleasedWhenTheWindowEndsUnpumped) {
     TestWnd window;
     TestWnd other([](UINT, WPARAM, LPARAM) { return 9; });
     std::atomic<int> started = 0;
-    std::atomic<bool> other_answered = false;
+    std::atomic<int> answered = 0;
     const auto send = [&](HWND target, LRESULT answer) {
       ++started;
       EXPECT_EQ(SendToWindow(target, 1, 0, 0), answer);
+      ++answered;
     };
     std::thread first(send, window.GetSafeHwnd(), 0);
-    std::thread second([&] {
-      send(other.GetSafeHwnd(), 9);
-      other_answered = true;
-    });
-    while (started < 2) std::this_thread::yield();
+    std::thread second(send, other.GetSafeHwnd(), 9);
+    WaitUntil([&] { return started == 2; });
     for (int wait = 0; wait < round; ++wait) std::this_thread::yield();
     window.DestroyWindow();
     first.join();
-    PumpSentUntil(other_answered);  // the other window's sender still gets its answer
+    PumpSentUntil([&] { return answered == 2; });  // the other window answers still
     second.join();
   }
 }
 
 TEST(Wnd, SendThatIsBeingHandledIsAnsweredAndTheOthersReleasedWhenTheHandlerEndsTheWindow) {
   for (int round = 0; round < 50; ++round) {
-    TestWnd* self = nullptr;
     std::atomic<int> started = 0;
     TestWnd window([&](UINT, WPARAM, LPARAM) {
-      while (started < 3) std::this_thread::yield();
-      self->DestroyWindow();
+      WaitUntil([&] { return started == 3; });
+      window.DestroyWindow();
       return 7;
     });
-    self = &window;
     const HWND handle = window.GetSafeHwnd();
     std::atomic<int> answered = 0;
     std::atomic<LRESULT> sum = 0;
@@ -147,9 +132,7 @@ TEST(Wnd, SendThatIsBeingHandledIsAnsweredAndTheOthersReleasedWhenTheHandlerEnds
       ++answered;
     };
     std::thread senders[] = {std::thread(send), std::thread(send), std::thread(send)};
-    while (answered < 3) {
-      if (PumpSentMessages() == 0) std::this_thread::yield();
-    }
+    PumpSentUntil([&] { return answered == 3; });
     for (std::thread& sender : senders) sender.join();
     EXPECT_EQ(sum, 7);
   }
@@ -163,10 +146,10 @@ TEST(Wnd, SendersAreReleasedAndHandlesDeadWhenTheThreadEnds) {
     std::thread owner([&] {
       window.CreateWnd("Test");
       handle = window.GetSafeHwnd();
-      while (!sending) std::this_thread::yield();
+      WaitUntil([&] { return sending.load(); });
       for (int wait = 0; wait < round; ++wait) std::this_thread::yield();
     });
-    while (handle == nullptr) std::this_thread::yield();
+    WaitUntil([&] { return handle != nullptr; });
     sending = true;
     EXPECT_EQ(SendToWindow(handle, 1, 0, 0), 0);
     owner.join();
@@ -190,12 +173,10 @@ TEST(Wnd, ThreadsThatSendToEachOtherServeEachOther) {
       return hops == 0 ? 1 : 1 + SendToWindow(other.handle, 0, hops - 1, 0);
     });
     self.handle = window.GetSafeHwnd();
-    while (other.handle == nullptr) std::this_thread::yield();
-    for (int round = 0; round < 200; ++round) {
-      EXPECT_EQ(SendToWindow(other.handle, 0, 5, 0), 6);
-    }
+    WaitUntil([&] { return other.handle != nullptr; });
+    for (int round = 0; round < 200; ++round) EXPECT_EQ(SendToWindow(other.handle, 0, 5, 0), 6);
     self.done = true;
-    PumpSentUntil(other.done);
+    PumpSentUntil([&] { return other.done.load(); });
   };
   std::thread left(run, 0);
   std::thread right(run, 1);
@@ -223,9 +204,7 @@ TEST(Wnd, PumpLeavesWhatIsSentMeanwhileForTheNextCall) {
     total += handled;
   }
   stop = true;
-  while (ended < 2) {
-    if (PumpSentMessages() == 0) std::this_thread::yield();
-  }
+  PumpSentUntil([&] { return ended == 2; });
   first.join();
   second.join();
   EXPECT_EQ(PumpSentMessages(), 0);
@@ -242,9 +221,9 @@ TEST(Wnd, ExceptionOfAServedHandlerWaitsForTheAnswerToTheOwnSend) {
       return partner_answered = true;
     });
     partner = mine.GetSafeHwnd();
-    PumpSentUntil(done);
+    PumpSentUntil([&] { return done.load(); });
   });
-  while (partner == nullptr) std::this_thread::yield();
+  WaitUntil([&] { return partner != nullptr; });
   EXPECT_THROW(SendToWindow(partner, 1, 0, 0), std::runtime_error);
   EXPECT_TRUE(partner_answered);
   done = true;

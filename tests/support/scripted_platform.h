@@ -18,9 +18,10 @@ namespace dq::testing {
 struct ScriptedModules : platform::Modules {
   std::string FileName(const platform::Module* module) override {
     named.push_back(module);
-    return "/opt/host";
+    return path;
   }
   const platform::Module& System() override { return system; }
+  std::string path = "/opt/host";
   ResourceModule system;
   std::vector<const platform::Module*> named;
 };

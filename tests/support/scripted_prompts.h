@@ -37,6 +37,7 @@ class ScriptedPrompts : public platform::Prompts {
 
   int Show(std::string_view caption, std::string_view text, UINT type, UINT help_id) override {
     shown.push_back({std::string(text), type, help_id, std::string(caption)});
+    if (on_box) on_box();
     if (script_.empty()) return DefaultBoxButton(type);
     const BoxButton button = script_.front();
     script_.pop_front();
@@ -52,6 +53,8 @@ class ScriptedPrompts : public platform::Prompts {
     }
   }
 
+  /// Called while a box is shown.
+  std::function<void()> on_box;
   /// Answers each dialog.
   std::function<void(platform::DialogView&)> on_dialog;
   /// Played to the dialogs where `on_dialog` isn't set.
