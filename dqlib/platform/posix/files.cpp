@@ -15,6 +15,7 @@
 
 #include "dqlib/platform/modules.h"
 #include "dqlib/platform/paths.h"
+#include "dqlib/platform/posix/file_bytes.h"
 #include "dqlib/platform/posix/file_replacement.h"
 #include "dqlib/platform/posix/file_search.h"
 #include "dqlib/platform/posix/file_sharing.h"
@@ -26,11 +27,7 @@
 namespace dq::platform::posix {
 namespace {
 
-constexpr mode_t kUserOnly = 0600;
 constexpr mode_t kEveryone = 0666;
-
-/// More fits neither a text nor what anyone waits for.
-constexpr std::size_t kMaxWholeFile = 0x7FFFFFFF;
 
 /// A directory where a file is asked for is something that can't be had, not a wrong argument.
 Error ForFile(Error error) {
@@ -63,45 +60,6 @@ Result<int> OpenAtOnce(SystemCalls& calls, const std::string& native, int flags,
     if (former < 0 || calls.SetFlags(file.get(), former & ~O_NONBLOCK) != 0) return LastError();
   }
   return file.Release();
-}
-
-/// Reads from the file's position to its end. An ordinary file ends where it did when it was
-/// opened, unless it says that it has no bytes, as those do that the system makes up.
-Error ReadToEnd(SystemCalls& calls, int fd, const struct stat& status, std::string& bytes) {
-  // A string is filled with zeros as it grows; in steps of this size they don't leave the cache.
-  constexpr std::size_t kStep = 256 * 1024;
-  const std::size_t expected =
-      S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) : 0;
-  std::size_t size = 0;
-  if (bytes.size() > expected) bytes.resize(expected);
-  bytes.reserve(expected);
-  for (;;) {
-    if (size == bytes.size()) {
-      const std::size_t step = std::clamp(size, std::size_t{4096}, kStep);
-      bytes.resize(expected > size ? std::min(expected, size + kStep) : size + step);
-    }
-    const ssize_t count = calls.Read(fd, bytes.data() + size, bytes.size() - size);
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return LastError();
-    size += static_cast<std::size_t>(count);
-    if (size > kMaxWholeFile) return ErrorFromErrno(EFBIG);
-    if (count == 0 || size == expected) break;
-  }
-  bytes.resize(size);
-  return {};
-}
-
-Error CopyBytes(SystemCalls& calls, int from, int to) {
-  constexpr std::size_t kStep = 256 * 1024;
-  const auto buffer = std::make_unique<char[]>(kStep);
-  for (;;) {
-    const ssize_t count = calls.Read(from, buffer.get(), kStep);
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return LastError();
-    if (count == 0) return {};
-    const std::string_view bytes(buffer.get(), static_cast<std::size_t>(count));
-    if (const Error error = WriteFully(calls, to, bytes); !error.ok()) return error;
-  }
 }
 
 /// A file that is open, shared by its handle and the operation that is under way.
@@ -337,9 +295,6 @@ Error PosixFiles::ReadAll(std::string_view path, std::string& bytes) try {
     if (fd.ok()) {
       const FileDescriptor file(calls_, fd.value);
       if (S_ISREG(status.st_mode)) error = CheckReadable(calls_, fd.value);
-      if (error.ok() && status.st_size > static_cast<off_t>(kMaxWholeFile)) {
-        error = ErrorFromErrno(EFBIG);
-      }
       if (error.ok()) error = ReadToEnd(calls_, fd.value, status, bytes);
     }
   }

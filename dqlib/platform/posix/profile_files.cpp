@@ -18,8 +18,6 @@
 namespace dq::platform::posix {
 namespace {
 
-constexpr mode_t kUserOnly = 0600;
-
 /// A file that is larger is no profile.
 constexpr off_t kMaxProfile = off_t{256} << 20;
 

@@ -22,7 +22,6 @@ static_assert(kMappedSize <= kMaxGuardedSize);
 
 Result<struct stat> OpenStoreFile(SystemCalls& calls, const std::string& path, int flags,
                                   FileDescriptor& file) {
-  constexpr mode_t kUserOnly = 0600;
   // A pipe in the place of the file is neither waited for nor read.
   const Result<int> fd = OpenFile(calls, path, flags | O_NONBLOCK | O_NOCTTY, kUserOnly);
   if (!fd.ok()) return fd.error;

@@ -13,7 +13,6 @@
 namespace dq::platform::posix {
 namespace {
 
-constexpr mode_t kUserOnly = 0600;
 /// How many times a journal may have been emptied while someone slept. An epoch that is further
 /// away is that of a journal which was begun anew, because those begin with the time.
 constexpr std::uint64_t kManyEpochs = std::uint64_t{1} << 12;
@@ -23,7 +22,6 @@ constexpr std::string_view kJournal = ".journal";
 constexpr std::uint64_t kFoldSize = std::uint64_t{1} << 20;
 /// Someone who deletes the journal as often as this while one call opens it won't stop.
 constexpr int kOpenAttempts = 100;
-constexpr int kMaxCopies = 1000;
 /// The generation of a store that nobody can change.
 constexpr std::uint64_t kFixedGeneration = 1;
 
@@ -85,15 +83,6 @@ std::uint64_t RegistryStore::Stamp() {
     stamp_ = ++last_stamp;
   }
   return stamp_;
-}
-
-void RegistryStore::FileDamage::Set(bool found, bool gone) {
-  if (!found) {
-    *this = {};
-    return;
-  }
-  is_found = true;
-  is_gone = gone;
 }
 
 template <typename Work>
@@ -458,7 +447,7 @@ Error RegistryStore::Unite(RegistryTree& loaded) {
                        " were replaced while a program used them. The settings of both are kept; "
                        "where they differ, those of the new files hold.\n\n";
   if (journal_.is_writable()) {
-    const Result<std::string> former = KeepBeside(path + ".former", [&](int fd) {
+    const Result<std::string> former = KeepBeside(calls_, path + ".former", [&](int fd) {
       return WriteSnapshot(*tree_, names_.root,
                            [&](std::string_view piece) { return WriteFully(calls_, fd, piece); });
     });
@@ -597,77 +586,11 @@ void RegistryStore::Repair() {
 }
 
 Error RegistryStore::KeepDamaged() {
-  const Error error = KeepDamaged(kSnapshot, damage_.snapshot);
-  return error.ok() ? KeepDamaged(kJournal, damage_.journal) : error;
-}
-
-Error RegistryStore::KeepDamaged(std::string_view extension, FileDamage& damage) {
-  if (!damage.is_found || damage.is_gone || !damage.copy.empty()) return {};
-  Result<std::string> copy = KeepCopy(extension);
-  if (copy.ok()) damage.copy = std::move(copy.value);
-  return copy.error;
-}
-
-Result<std::string> RegistryStore::KeepCopy(std::string_view extension) {
-  const std::string path = FilePath(extension);
-  FileDescriptor file;
-  const Result<struct stat> opened = OpenStoreFile(calls_, path, O_RDONLY, file);
-  if (!opened.ok()) return opened.error;
-  std::string bytes;
-  const Error error =
-      ReadFullyAt(calls_, file.get(), static_cast<std::size_t>(opened.value.st_size), 0, bytes);
-  if (!error.ok()) return error;
-  return KeepBeside(path + ".bad", [&](int fd) { return WriteFully(calls_, fd, bytes); });
-}
-
-Result<std::string> RegistryStore::KeepBeside(const std::string& name,
-                                              const std::function<Error(int fd)>& write) {
-  for (int number = 0; number < kMaxCopies; ++number) {
-    std::string path = name;
-    if (number > 0) path += "." + std::to_string(number);
-    const Result<int> fd = OpenFile(calls_, path, O_WRONLY | O_CREAT | O_EXCL, kUserOnly);
-    if (fd.error.kind == ErrorKind::kAlreadyExists) continue;
-    if (!fd.ok()) return fd.error;
-    const FileDescriptor file(calls_, fd.value);
-    Error error;
-    try {
-      error = write(file.get());
-    } catch (const std::exception&) {
-      error = ErrorOfException();
-    }
-    if (error.ok()) error = SyncFile(calls_, file.get());
-    if (error.ok()) return path;
-    // What it was to keep is still in its place; part of it is of no use.
-    static_cast<void>(calls_.Unlink(path.c_str()));
-    return error;
-  }
-  return ErrorFromErrno(EEXIST);
+  return damage_.Keep(calls_, FilePath(kSnapshot), FilePath(kJournal));
 }
 
 void RegistryStore::TellOfDamage() {
-  const auto whereabouts = [](const FileDamage& damage) {
-    if (damage.is_gone) return std::string("There was nothing of the file to keep.");
-    return damage.copy.empty() ? std::string("The damaged file is still in its place.")
-                               : "The damaged file has been kept as " + damage.copy + ".";
-  };
-  const auto is_news = [](const FileDamage& damage) { return damage.is_found && !damage.is_told; };
-  if (is_news(damage_.snapshot)) {
-    notices_.push_back(
-        "The file " + FilePath(kSnapshot) + " of your settings was " +
-        (damage_.snapshot.is_gone ? "missing" : "damaged") +
-        ". What could be read of it is kept: " + std::to_string(damage_.values_kept) + " values. " +
-        std::to_string(damage_.lines_lost) + " lines could not be read.\n\n" +
-        whereabouts(damage_.snapshot));
-    damage_.snapshot.is_told = true;
-  }
-  if (is_news(damage_.journal)) {
-    notices_.push_back("The file " + FilePath(kJournal) + " of your latest settings was " +
-                       (damage_.journal.is_gone ? "missing" : "damaged") +
-                       ". The changes that could be read of it, or that this program knew, are "
-                       "kept.\n\n" +
-                       whereabouts(damage_.journal));
-    damage_.journal.is_told = true;
-  }
+  damage_.Tell(FilePath(kSnapshot), FilePath(kJournal), notices_);
 }
 
 }  // namespace dq::platform::posix

@@ -33,6 +33,7 @@
 #include <vector>
 
 #include "dqlib/platform/error.h"
+#include "dqlib/platform/posix/registry_damage.h"
 #include "dqlib/platform/posix/registry_journal.h"
 #include "dqlib/platform/posix/registry_journal_file.h"
 #include "dqlib/platform/posix/registry_snapshot.h"
@@ -96,29 +97,6 @@ class RegistryStore {
  private:
   class Hold;
 
-  /// What is known of a damaged file, from when it is found until a fold has written a good one.
-  struct FileDamage {
-    bool is_found = false;
-    /// There is no file, or nothing of it to keep.
-    bool is_gone = false;
-    bool is_told = false;
-    /// Where it was copied to; "" before that.
-    std::string copy;
-
-    void Set(bool found, bool gone);
-  };
-  struct Damage {
-    FileDamage snapshot;
-    FileDamage journal;
-    std::size_t values_kept = 0;
-    std::size_t lines_lost = 0;
-
-    bool any() const { return snapshot.is_found || journal.is_found; }
-    bool is_told() const {
-      return (!snapshot.is_found || snapshot.is_told) && (!journal.is_found || journal.is_told);
-    }
-  };
-
   /// Runs one of the operations. One that there is no memory for leaves the files as they are and
   /// is an error.
   template <typename Work>
@@ -168,11 +146,6 @@ class RegistryStore {
 
   void Repair();
   Error KeepDamaged();
-  Error KeepDamaged(std::string_view extension, FileDamage& damage);
-  Result<std::string> KeepCopy(std::string_view extension);
-  /// Makes a file beside, under a name that is free, and returns its path.
-  Result<std::string> KeepBeside(const std::string& name,
-                                 const std::function<Error(int fd)>& write);
   void TellOfDamage();
 
   SystemCalls& calls_;
@@ -212,7 +185,7 @@ class RegistryStore {
   std::uint64_t next_fold_ = 0;
   unsigned forks_;
   std::string record_;
-  Damage damage_;
+  StoreDamage damage_;
   std::vector<std::string> notices_;
 };
 

@@ -232,11 +232,11 @@ Error SyncDirectory(SystemCalls& calls, const std::string& path) {
 }
 
 Error MakeDirectories(SystemCalls& calls, const std::string& path) {
-  constexpr mode_t kUserOnly = 0700;
+  constexpr mode_t kUserDirectory = 0700;
   for (std::size_t end = path.find('/', 1);; end = path.find('/', end + 1)) {
     const std::string directory = path.substr(0, end);
     struct stat status;
-    if (calls.MakeDirectory(directory.c_str(), kUserOnly) != 0) {
+    if (calls.MakeDirectory(directory.c_str(), kUserDirectory) != 0) {
       // A directory that exists may be reported by any error that forbids to make one there.
       const int why = errno;
       if (calls.Status(directory.c_str(), &status) != 0) {

@@ -124,6 +124,9 @@ class DirectoryReader {
   Error error_;
 };
 
+/// The mode of a file with settings or secrets.
+inline constexpr mode_t kUserOnly = 0600;
+
 /// The calls again with interruptions and short counts seen to.
 ///
 /// `OpenFile` gives the descriptor or the error. `WriteFully` writes all bytes; if it fails, some
