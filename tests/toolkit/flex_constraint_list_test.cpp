@@ -6,8 +6,9 @@
 #include <limits>
 
 #include "dqlib/framework/windows/wnd.h"
-#include "dqlib/platform/platform.h"
 #include "dqlib/toolkit/flex_host.h"
+#include "tests/support/rows.h"
+#include "tests/support/scripted_platform.h"
 
 namespace dq {
 namespace {
@@ -15,20 +16,13 @@ namespace {
 TEST(FlexPlace, EachEdgeMovesByItsOwnTruncatedShareOfTheGrowth) {
   constexpr LONG kMax = std::numeric_limits<LONG>::max();
   constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
-  const struct {
-    float first, second;
-    LONG growth, first_by, second_by;
-  } rows[] = {{0, 0, 10, 0, 0},        {0, 1, 10, 0, 10},      {1, 1, 10, 10, 10},
-              {0.5, 0.5, 10, 5, 5},    {0.5, 1, 3, 1, 3},      {-0.5, 2, 3, -1, 6},
-              {0.7f, 0.3f, 10, 6, 3},  {kNan, kNan, 10, 0, 0}, {1e30f, 1, kMax, kMax - 7, kMax - 9},
-              {-1e30f, 1, 1, -kMax, 1}};
-  for (const auto& row : rows) {
-    const CNSFlexHorizontalConstraint across(row.first, row.second);
-    const CNSFlexVerticalConstraint down(row.first, row.second);
-    const CRect moved = FlexPlace({7, 7, 9, 9}, across, down, {row.growth, row.growth});
-    const LONG first = 7 + row.first_by;
-    const LONG second = 9 + row.second_by;
-    EXPECT_EQ(moved, (CRect{first, first, second, second})) << row.first << " " << row.growth;
+  const test::Rows<float, float, LONG, LONG, LONG> rows = {
+      {0, 1, 10, 7, 19},           {0.5, 0.5, 10, 12, 14}, {-0.5, 2, 3, 6, 15},
+      {0.7f, 0.3f, 10, 13, 12},    {kNan, kNan, 10, 7, 9}, {1e30f, 1, kMax, kMax, kMax},
+      {-1e30f, 1, 1, 7 - kMax, 10}};
+  for (const auto& [first, second, growth, near, far] : rows) {
+    const CRect moved = FlexPlace({7, 7, 9, 9}, {first, second}, {first, second}, {growth, growth});
+    EXPECT_EQ(moved, (CRect{near, near, far, far})) << first << " " << growth;
   }
 }
 
@@ -143,26 +137,9 @@ TEST(FlexConstraintList, ControlsAndTheirChildrenAreErasedAndMinimisedHostsLeftA
 }
 
 TEST(FlexConstraintList, ComboBoxesTakeTheirListsAlongOnOldPlatforms) {
-  struct OldSystem : platform::SystemFacts {
-    explicit OldSystem(DWORD version) : major(version) {}
-    int VerticalPixelsPerInch() override { return 96; }
-    platform::Result<platform::SystemVersion> Version() override {
-      return platform::SystemVersion{.major = major};
-    }
-    std::string UserName() override { return {}; }
-    std::string ComputerName() override { return {}; }
-    std::string HostName() override { return {}; }
-    bool IsAdministrator() override { return false; }
-    std::string FolderPath(int) override { return {}; }
-    std::string WebBrowserCommand() override { return {}; }
-    COLORREF Color(int) override { return 0; }
-    DWORD major;
-  };
+  testing::ScriptedPlatform platform;
   for (const DWORD major : {3u, 4u}) {
-    OldSystem system(major);
-    platform::Platform services = platform::Current();
-    services.system_facts = &system;
-    const platform::ScopedPlatform scope(services);
+    platform.facts.version = platform::SystemVersion{.major = major};
     Host host;
     host.Add(1);
     host.Add(2);
@@ -175,20 +152,16 @@ TEST(FlexConstraintList, ComboBoxesTakeTheirListsAlongOnOldPlatforms) {
 
 TEST(FlexConstraintList, HandlersMayEndControlsAndTheHostInAPass) {
   for (const bool whole : {false, true}) {
-    auto host = std::make_unique<Host>();
-    for (const UINT id : {1u, 2u, 3u}) host->Add(id);
-    host->InitFlex();
-    host->controls[0].on_move = [&host, whole] {
-      if (whole) {
-        host->DestroyWindow();
-      } else {
-        host->controls[0].DestroyWindow();
-        host->controls[1].DestroyWindow();
-      }
+    Host host;
+    for (const UINT id : {1u, 2u, 3u}) host.Add(id);
+    host.InitFlex();
+    host.controls[0].on_move = [&host, whole] {
+      if (whole) host.DestroyWindow();
+      for (Control* control : {&host.controls[0], &host.controls[1]}) control->DestroyWindow();
     };
-    host->Resize(130, 150);
-    EXPECT_EQ(host->GetSafeHwnd() == nullptr, whole);
-    EXPECT_EQ(host->controls[2].GetPlace(), whole ? kDesign : kMoved);
+    host.Resize(130, 150);
+    EXPECT_EQ(host.GetSafeHwnd() == nullptr, whole);
+    EXPECT_EQ(host.controls[2].GetPlace(), whole ? kDesign : kMoved);
   }
 }
 
