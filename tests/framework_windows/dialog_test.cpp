@@ -29,20 +29,12 @@ constexpr const char kTemplate[] =
     "button 2 \"Cancel\" 72 56 50 14\n";
 
 /// A dialog with a number from 1 to 20 and a mark.
-class GotoDlg : public CDialog {
- public:
+struct GotoDlg : CDialog {
   explicit GotoDlg(CWnd* parent = nullptr) {
     InitModalIndirect(ReadDialogTemplate(kTemplate).value(), parent);
   }
   ~GotoDlg() override { DestroyWindow(); }
 
-  int line = 5;
-  int wrap = 0;
-  int exchanged = 0;
-  std::function<void()> on_more = [] {};
-  std::function<void()> on_init = [] {};
-
- protected:
   BOOL OnInitDialog() override {
     CDialog::OnInitDialog();
     on_init();
@@ -51,7 +43,7 @@ class GotoDlg : public CDialog {
   void DoDataExchange(CDataExchange* exchange) override {
     ++exchanged;
     EXPECT_FALSE(UpdateData(0)) << "an exchange doesn't begin within another";
-    DDX_Control(exchange, 100, edit_);
+    DDX_Control(exchange, 100, edit);
     DDX_Text(exchange, 100, line);
     DDV_MinMaxInt(exchange, line, 1, 20);
     DDX_Check(exchange, 101, wrap);
@@ -60,10 +52,14 @@ class GotoDlg : public CDialog {
     static constexpr MessageMapEntry kEntries[] = {CommandEntry<&GotoDlg::OnMore>(102)};
     return CallEntry(kEntries, *this, key, arguments) || CDialog::CallMapped(key, arguments);
   }
-
- private:
   void OnMore() { on_more(); }
-  CEdit edit_;
+
+  CEdit edit;
+  int line = 5;
+  int wrap = 0;
+  int exchanged = 0;
+  std::function<void()> on_more = [] {};
+  std::function<void()> on_init = [] {};
 };
 
 using View = platform::DialogView;
@@ -82,12 +78,9 @@ TEST(Dialog, ShowsItsControlsAndTakesWhatIsEntered) {
     ASSERT_EQ(controls.size(), 7U);
     EXPECT_EQ(controls[1].label + controls[1].value + controls[2].label, "Line Number5Wrap");
     EXPECT_FALSE(controls[4].enabled);
-    EXPECT_TRUE(view.Enter(100, "12"));
     EXPECT_FALSE(view.Enter(103, "x")) << "it is disabled";
-    EXPECT_FALSE(view.Enter(9999, "x"));
-    EXPECT_FALSE(view.Press(100));
-    EXPECT_TRUE(view.Enter(101, "1"));
-    EXPECT_TRUE(view.Press(IDOK));
+    EXPECT_FALSE(view.Enter(9999, "x") || view.Press(100));
+    EXPECT_TRUE(view.Enter(100, "12") && view.Enter(101, "1") && view.Press(IDOK));
     EXPECT_FALSE(view.IsOpen());
     EXPECT_FALSE(view.Press(IDOK)) << "it is closed";
   };

@@ -16,24 +16,19 @@ using testing::ShownBox;
 
 constexpr UINT kId = 50100;
 
-TEST(MessageBox, ShowsTheTextAndAnswersTheButton) {
-  ScriptedPrompts prompts = {BUTTON_NO};
-  EXPECT_EQ(AfxMessageBox("Go on?", BOX_YES_NO | BOX_QUESTION, 77), BUTTON_NO);
-  EXPECT_EQ(AfxMessageBox(static_cast<const char*>(nullptr)), BUTTON_OK);
-  EXPECT_THAT(prompts.shown,
-              ElementsAre(ShownBox{"Go on?", BOX_YES_NO | BOX_QUESTION, 77}, ShownBox{"", 0, 0}));
-}
-
-TEST(MessageBox, IdShowsTheStringOfTheChainAndIsItsOwnHelpTopic) {
+TEST(MessageBox, ShowsATextOrTheStringOfAnIdWhichIsItsOwnHelpTopic) {
   ResourceModule module;
   module.AddString(kId, "100% done");
   const CDynLinkLibrary link(&module);
-  ScriptedPrompts prompts;
+  ScriptedPrompts prompts = {BUTTON_NO};
+  EXPECT_EQ(AfxMessageBox("Go on?", BOX_YES_NO | BOX_QUESTION, 77), BUTTON_NO);
+  EXPECT_EQ(AfxMessageBox(static_cast<const char*>(nullptr)), BUTTON_OK);
   AfxMessageBox(kId, BOX_STOP);
   AfxMessageBox(kId, BOX_OK, 0);
   AfxMessageBox(kId + 1, BOX_OK, kNoHelp);
   EXPECT_THAT(prompts.shown,
-              ElementsAre(ShownBox{"100% done", BOX_STOP, kId}, ShownBox{"100% done", BOX_OK, 0},
+              ElementsAre(ShownBox{"Go on?", BOX_YES_NO | BOX_QUESTION, 77}, ShownBox{"", 0, 0},
+                          ShownBox{"100% done", BOX_STOP, kId}, ShownBox{"100% done", BOX_OK, 0},
                           ShownBox{"", BOX_OK, kId + 1}));
 }
 

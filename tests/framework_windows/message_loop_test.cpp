@@ -12,24 +12,22 @@
 namespace dq {
 namespace {
 
-class LoopWnd : public CWnd {
- public:
+using Got = std::vector<std::string>;
+
+struct LoopWnd : CWnd {
   LoopWnd() { CreateWnd("Test"); }
   ~LoopWnd() override { DestroyWindow(); }
-
-  std::vector<std::string> got;
-  std::function<void(UINT)> on_message;
-
-  LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
+  LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM) override {
     if (message != WM_CREATE && message != WM_DESTROY) {
       got.push_back(std::to_string(message) + "/" + std::to_string(wparam));
-      if (on_message) on_message(message);
+      on_message(message);
     }
-    return CWnd::WindowProc(message, wparam, lparam);
+    return 0;
   }
-};
 
-using Got = std::vector<std::string>;
+  Got got;
+  std::function<void(UINT)> on_message = [](UINT) {};
+};
 
 TEST(MessageLoop, PostedMessagesComeInOrderAndOnlyToLiveWindows) {
   LoopWnd window;
@@ -75,8 +73,7 @@ TEST(MessageLoop, TimersComeByTheClockBehindPostedMessages) {
 }
 
 /// An application that counts how often it idles.
-class IdleApp : public CWinApp {
- public:
+struct IdleApp : CWinApp {
   IdleApp() : CWinApp("idle") {}
   std::vector<LONG> idled;
   LONG until = 2;

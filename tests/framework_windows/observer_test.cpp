@@ -28,7 +28,6 @@ struct Tree {
   CWnd inner;
   CWnd other;
   CMenu menu;
-  CToolBar bar;
 };
 
 TEST(WindowObserver, IsToldOfEveryChangeInTheOrderOfTheChanges) {
@@ -37,9 +36,7 @@ TEST(WindowObserver, IsToldOfEveryChangeInTheOrderOfTheChanges) {
     CWnd Tree::*window;
     std::vector<WindowChange> told;
   } rows[] = {
-      {[](Tree& t) { t.other.CreateWnd({.class_name = "T", .parent = &t.frame}); },
-       &Tree::other,
-       {kCreated}},
+      {[](Tree& t) { t.other.CreateWnd("Test"); }, &Tree::other, {kCreated}},
       {[](Tree& t) { t.frame.DestroyWindow(); }, &Tree::inner, {kDestroyed}},
       {[](Tree& t) { t.other.SubclassDlgItem(1, &t.frame); }, &Tree::other, {kReplaced}},
       {[](Tree& t) { t.first.SetWindowText("x"); }, &Tree::first, {kText}},
@@ -47,8 +44,6 @@ TEST(WindowObserver, IsToldOfEveryChangeInTheOrderOfTheChanges) {
       {[](Tree& t) { t.first.MoveWindow(1, 0, 12, 10); }, &Tree::first, {kRectangle, kInvalidated}},
       {[](Tree& t) { t.first.SetFrameWidths(kWidths); }, &Tree::first, {kRectangle}},
       {[](Tree& t) { t.first.ShowWindow(SW_SHOWMAXIMIZED); }, &Tree::first, {kRectangle}},
-      {[](Tree& t) { t.first.ShowWindow(SW_SHOWNA); }, &Tree::first, {}},
-      {[](Tree& t) { t.first.ShowWindow(SW_HIDE); }, &Tree::first, {kShown}},
       {[](Tree& t) { t.first.ShowWindow(SW_HIDE); }, &Tree::inner, {kFocus}},
       {[](Tree& t) { t.inner.ShowWindow(SW_HIDE); }, &Tree::inner, {kShown, kFocus}},
       {[](Tree& t) { t.inner.EnableWindow(false); }, &Tree::inner, {kEnabled, kFocus}},
@@ -58,7 +53,6 @@ TEST(WindowObserver, IsToldOfEveryChangeInTheOrderOfTheChanges) {
       {[](Tree& t) { t.first.Invalidate(); }, &Tree::first, {kInvalidated}},
       {[](Tree& t) { t.first.SetWindowOrder(&t.second); }, &Tree::first, {kOrder}},
       {[](Tree& t) { t.inner.SetParent(&t.second); }, &Tree::inner, {kOrder}},
-      {[](Tree& t) { t.inner.SetParent(nullptr); }, &Tree::inner, {kOrder}},
       {[](Tree& t) { t.first.SetMenu(&t.menu); }, &Tree::first, {kMenu}},
       {[](Tree& t) { t.first.SetActiveWindow(); }, &Tree::first, {kActive}},
   };
@@ -70,8 +64,7 @@ TEST(WindowObserver, IsToldOfEveryChangeInTheOrderOfTheChanges) {
   }
   Tree tree;
   testing::RecordingObserver observer;
-  tree.frame.SetActiveView(&tree.first);
-  tree.frame.SetActiveView(&tree.first);
+  for (int twice = 0; twice < 2; ++twice) tree.frame.SetActiveView(&tree.first);
   tree.frame.SetMessageText("ready");
   EXPECT_EQ(observer.Take(tree.frame), (std::vector{kActive, kContent}));
   CMDIFrameWnd frame;
@@ -79,8 +72,7 @@ TEST(WindowObserver, IsToldOfEveryChangeInTheOrderOfTheChanges) {
   CMDIChildWnd children[2];
   for (CMDIChildWnd& child : children) ASSERT_TRUE(child.Create("Child", "", {}, &frame));
   observer.changes.clear();
-  children[0].MDIActivate();
-  children[0].MDIActivate();
+  for (int twice = 0; twice < 2; ++twice) children[0].MDIActivate();
   EXPECT_EQ(observer.Take(frame), std::vector{kActive});
 }
 

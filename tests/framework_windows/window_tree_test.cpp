@@ -15,86 +15,82 @@ namespace {
 using Log = std::vector<std::string>;
 
 /// A window that keeps what it is sent and runs a handler of the test's for a message.
-class LogWnd : public CWnd {
- public:
-  LogWnd(Log& log, CWnd* parent, int id) : log_(log) {
+struct LogWnd : CWnd {
+  LogWnd(Log& to, CWnd* parent, int id) : log(to) {
     CreateWnd({.class_name = "Test", .place = {0, 0, 100, 50}, .parent = parent, .id = id});
-    log_.clear();
+    log.clear();
   }
   ~LogWnd() override { DestroyWindow(); }
 
-  std::map<UINT, std::function<void()>> on;
-  int ended = 0;
-
   LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
-    log_.push_back(std::to_string(GetDlgCtrlID()) + ":" + std::to_string(message));
-    const auto handler = on.find(message);
-    if (handler != on.end()) handler->second();
+    log.push_back(std::to_string(GetDlgCtrlID()) + ":" + std::to_string(message));
+    if (on.contains(message)) on[message]();
     return CWnd::WindowProc(message, wparam, lparam);
   }
   void PostNcDestroy() override { ++ended; }
 
- private:
-  Log& log_;
+  Log& log;
+  std::map<UINT, std::function<void()>> on;
+  int ended = 0;
 };
 
+/// The windows 1, below it 2, 4 and 5, and 3 below 2.
 struct WindowTree : ::testing::Test {
   Log log;
   LogWnd top{log, nullptr, 1};
+  LogWnd child{log, &top, 2};
+  LogWnd inner{log, &child, 3};
+  LogWnd second{log, &top, 4};
+  LogWnd third{log, &top, 5};
 };
 
 TEST_F(WindowTree, KeepsChildrenInOrderAndFindsThemByTheirIds) {
+  LogWnd parent(log, nullptr, 1);
   std::vector<std::unique_ptr<LogWnd>> children;
-  for (int id = 0; id < 100; ++id) children.push_back(std::make_unique<LogWnd>(log, &top, id % 60));
-  EXPECT_EQ(top.GetDlgItem(7), children[7].get()) << "the first of two";
+  for (int i = 0; i < 100; ++i) children.push_back(std::make_unique<LogWnd>(log, &parent, i % 60));
+  EXPECT_EQ(parent.GetDlgItem(7), children[7].get()) << "the first of two";
   children[7]->SetWindowOrder(children[99].get());
-  EXPECT_EQ(top.GetDlgItem(7), children[67].get());
+  EXPECT_EQ(parent.GetDlgItem(7), children[67].get());
   children[67].reset();
-  EXPECT_EQ(top.GetDlgItem(7), children[7].get());
+  EXPECT_EQ(parent.GetDlgItem(7), children[7].get());
   children[7]->SetDlgCtrlID(777);
-  EXPECT_EQ(top.GetDlgItem(7), nullptr);
+  EXPECT_EQ(parent.GetDlgItem(7), nullptr);
   int count = 0;
-  for (const CWnd* child = top.GetTopWindow(); child != nullptr; child = child->GetNextWindow()) {
+  for (const CWnd* at = parent.GetTopWindow(); at != nullptr; at = at->GetNextWindow()) {
     ++count;
-    EXPECT_EQ(child->GetParent(), &top);
-    EXPECT_TRUE(child->GetNextWindow() == nullptr ||
-                child->GetNextWindow()->GetPrevWindow() == child);
+    EXPECT_EQ(at->GetParent(), &parent);
+    EXPECT_TRUE(at->GetNextWindow() == nullptr || at->GetNextWindow()->GetPrevWindow() == at);
   }
   EXPECT_EQ(count, 99);
-  EXPECT_EQ(top.SetParent(children[3].get()), nullptr) << "not below itself";
-  EXPECT_EQ(children[3]->SetParent(children[4].get()), &top);
-  EXPECT_EQ(children[3]->GetTopLevelParent(), &top);
+  EXPECT_EQ(parent.SetParent(children[3].get()), nullptr) << "not below itself";
+  EXPECT_EQ(children[3]->SetParent(children[4].get()), &parent);
+  EXPECT_EQ(children[3]->GetTopLevelParent(), &parent);
 }
 
 TEST_F(WindowTree, EndsParentsFirstAndTellsTheLastToChildren) {
-  LogWnd left(log, &top, 2);
-  LogWnd inner(log, &left, 3);
-  LogWnd right(log, &top, 4);
   top.on[WM_DESTROY] = [&] {
     EXPECT_FALSE(top.DestroyWindow()) << "it is ending already";
-    EXPECT_EQ(top.GetDlgItem(4), &right) << "the children are still there";
+    EXPECT_EQ(top.GetDlgItem(4), &second) << "the children are still there";
     CWnd late;
     EXPECT_FALSE(late.CreateWnd({.class_name = "Late", .parent = &top}));
   };
-  LogWnd last(log, &top, 5);
-  left.on[WM_DESTROY] = [&] { right.DestroyWindow(); };
-  log.clear();
+  child.on[WM_DESTROY] = [&] { second.DestroyWindow(); };
   EXPECT_TRUE(top.DestroyWindow());
   EXPECT_EQ(log, (Log{"1:2", "2:2", "4:2", "3:2", "5:2"}));
-  for (const LogWnd* window : {&top, &left, &inner, &right, &last}) {
+  for (const LogWnd* window : {&top, &child, &inner, &second, &third}) {
     EXPECT_EQ(window->GetSafeHwnd(), nullptr);
     EXPECT_EQ(window->ended, 1);
   }
 }
 
 TEST_F(WindowTree, EndsWhatDescendantsOwnAlsoAfterAnotherObjectTookTheirPlace) {
-  auto child = std::make_unique<LogWnd>(log, &top, 2);
+  auto former = std::make_unique<LogWnd>(log, &top, 6);
   CWnd owned;
-  ASSERT_TRUE(owned.CreateWnd({.class_name = "Popup", .owner = child.get()}));
-  child->InvalidateRect({1, 1, 5, 5});
+  ASSERT_TRUE(owned.CreateWnd({.class_name = "Popup", .owner = former.get()}));
+  former->InvalidateRect({1, 1, 5, 5});
   CWnd taker;
-  ASSERT_TRUE(taker.SubclassDlgItem(2, &top));
-  child.reset();
+  ASSERT_TRUE(taker.SubclassDlgItem(6, &top));
+  former.reset();
   EXPECT_EQ(owned.GetOwner(), &taker);
   EXPECT_EQ(taker.GetUpdateRect(), (CRect{1, 1, 5, 5}));
   top.DestroyWindow();
@@ -102,13 +98,12 @@ TEST_F(WindowTree, EndsWhatDescendantsOwnAlsoAfterAnotherObjectTookTheirPlace) {
 }
 
 TEST_F(WindowTree, ObjectsMayGoInAnyOrderAndInTheirOwnHandlers) {
-  LogWnd child(log, &top, 2);
-  auto inner = std::make_unique<LogWnd>(log, &child, 3);
-  top.on[WM_DESTROY] = [&] { inner.reset(); };
-  child.on[WM_SIZE] = [&] { top.DestroyWindow(); };
-  child.MoveWindow(1, 2, 30, 40);
-  EXPECT_EQ(inner, nullptr);
-  EXPECT_EQ(child.GetSafeHwnd(), nullptr);
+  auto lowest = std::make_unique<LogWnd>(log, &inner, 6);
+  top.on[WM_DESTROY] = [&] { lowest.reset(); };
+  inner.on[WM_SIZE] = [&] { top.DestroyWindow(); };
+  inner.MoveWindow(1, 2, 30, 40);
+  EXPECT_EQ(lowest, nullptr);
+  EXPECT_EQ(inner.GetSafeHwnd(), nullptr);
   auto other = std::make_unique<LogWnd>(log, nullptr, 1);
   LogWnd below(log, other.get(), 2);
   below.on[WM_DESTROY] = [&] { other.reset(); };
@@ -118,18 +113,12 @@ TEST_F(WindowTree, ObjectsMayGoInAnyOrderAndInTheirOwnHandlers) {
 }
 
 TEST_F(WindowTree, SendsToDescendantsThatAreStillThere) {
-  LogWnd first(log, &top, 2);
-  LogWnd inner(log, &first, 3);
-  LogWnd second(log, &top, 4);
-  LogWnd third(log, &top, 5);
   inner.on[WM_USER] = [&] { second.DestroyWindow(); };
   top.SendMessageToDescendants(WM_USER);
   EXPECT_EQ(log, (Log{"2:1024", "3:1024", "4:2", "5:1024"}));
 }
 
 TEST_F(WindowTree, RectanglesFollowParentsAndFrames) {
-  LogWnd child(log, &top, 2);
-  LogWnd inner(log, &child, 3);
   top.SetFrameWidths({4, 20, 4, 4});
   top.MoveWindow(100, 200, 300, 150);
   child.MoveWindow(10, 10, 80, -5);
@@ -154,23 +143,20 @@ TEST_F(WindowTree, RectanglesFollowParentsAndFrames) {
 }
 
 TEST_F(WindowTree, FocusGoesToWhatIsEnabledAndLeavesWhatIsHidden) {
-  LogWnd child(log, &top, 2);
-  LogWnd other(log, &top, 3);
   child.SetFocus();
-  EXPECT_EQ(CWnd::GetFocus(), &child);
   log.clear();
-  EXPECT_EQ(other.SetFocus(), &child);
-  EXPECT_EQ(log, (Log{"2:8", "3:7"}));
+  EXPECT_EQ(second.SetFocus(), &child);
+  EXPECT_EQ(log, (Log{"2:8", "4:7"}));
   child.EnableWindow(false);
   child.SetFocus();
-  EXPECT_EQ(CWnd::GetFocus(), &other);
+  EXPECT_EQ(CWnd::GetFocus(), &second);
   EXPECT_TRUE(top.ShowWindow(SW_HIDE));
   EXPECT_EQ(CWnd::GetFocus(), nullptr) << "it was below a window that is hidden";
-  EXPECT_TRUE(other.IsShown() && !other.IsWindowVisible());
+  EXPECT_TRUE(second.IsShown() && !second.IsWindowVisible());
   top.ShowWindow(SW_SHOW);
   // A handler that moves the focus on has the last word.
-  other.on[WM_KILLFOCUS] = [&] { top.SetFocus(); };
-  other.SetFocus();
+  second.on[WM_KILLFOCUS] = [&] { top.SetFocus(); };
+  second.SetFocus();
   child.EnableWindow();
   child.SetFocus();
   EXPECT_EQ(CWnd::GetFocus(), &top);
@@ -207,14 +193,8 @@ constexpr UINT kOpen = 40001;
 constexpr UINT kClose = 40002;
 
 /// A target with handlers for two commands, which counts what it handles.
-class Target : public CWnd {
- public:
+struct Target : CWnd {
   Target() { CreateWnd("Target"); }
-  int opened = 0;
-  bool enabled = true;
-  bool takes = true;
-
- protected:
   bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override {
     static constexpr MessageMapEntry kEntries[] = {
         CommandEntry<&Target::OnOpen>(kOpen),
@@ -224,15 +204,13 @@ class Target : public CWnd {
     };
     return CallEntry(kEntries, *this, key, arguments) || CWnd::CallMapped(key, arguments);
   }
-
- private:
   void OnOpen() { ++opened; }
   void OnUpdateOpen(CCmdUI* ui) { ui->Enable(enabled ? 1 : 0); }
-  BOOL OnRange(UINT id) {
-    if (takes) opened += static_cast<int>(id);
-    return takes ? 1 : 0;
-  }
+  BOOL OnRange(UINT id) { return id == kClose ? 0 : 1; }
   LRESULT OnApp(WPARAM wparam, LPARAM lparam) { return static_cast<LRESULT>(wparam) + lparam; }
+
+  int opened = 0;
+  bool enabled = true;
 };
 
 TEST(Commands, GoToTheActiveViewThenTheFrameThenTheApplication) {
@@ -250,7 +228,7 @@ TEST(Commands, GoToTheActiveViewThenTheFrameThenTheApplication) {
   view.enabled = false;
   frame.SendMessage(WM_COMMAND, kOpen);
   EXPECT_EQ(view.opened, 1) << "a disabled command isn't run from a menu";
-  view.takes = false;
+  EXPECT_TRUE(frame.OnCmdMsg(kClose + 9, CN_COMMAND, nullptr, nullptr));
   EXPECT_FALSE(frame.OnCmdMsg(kClose, CN_COMMAND, nullptr, nullptr)) << "the handler declines";
   EXPECT_EQ(view.SendMessage(WM_APP + 7, 3, 4), 7);
   view.DestroyWindow();

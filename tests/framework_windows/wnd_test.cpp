@@ -14,26 +14,23 @@ namespace dq {
 namespace {
 
 /// A window whose handler the test gives.
-class TestWnd : public CWnd {
- public:
+struct TestWnd : CWnd {
   using Handler = std::function<LRESULT(UINT, WPARAM, LPARAM)>;
 
   /// The handler gets neither the first message nor the last one.
   explicit TestWnd(Handler handler = {}) {
     CreateWnd("Test");
-    handler_ = std::move(handler);
+    on_message = std::move(handler);
   }
   ~TestWnd() override {
-    handler_ = nullptr;
+    on_message = nullptr;
     DestroyWindow();
   }
-
- private:
-  LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
-    return handler_ ? handler_(message, wparam, lparam) : CWnd::WindowProc(message, wparam, lparam);
+  LRESULT WindowProc(UINT message, WPARAM first, LPARAM second) override {
+    return on_message ? on_message(message, first, second) : 0;
   }
 
-  Handler handler_;
+  Handler on_message;
 };
 
 template <typename Condition>
@@ -75,9 +72,8 @@ TEST(Wnd, ClassNameIsCutToTheBuffer) {
     EXPECT_STREQ(buffer, text) << size;
   }
   EXPECT_EQ(GetWindowClassName(handle, nullptr, 5), 0);
-  window.DestroyWindow();
   char buffer[8] = "???";
-  EXPECT_EQ(GetWindowClassName(handle, buffer, 8), 0);
+  EXPECT_EQ(GetWindowClassName(nullptr, buffer, 8), 0);
   EXPECT_STREQ(buffer, "");
 }
 
