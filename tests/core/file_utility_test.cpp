@@ -318,9 +318,8 @@ TEST(FileUtility, FileTypesAreRegisteredUpToTheFirstRefusal) {
                                        {".sql", text("DQScript")}};
   EXPECT_EQ(test::Dump(registry, kClassesRoot), expected);
 
-  struct BlankModules : testing::ScriptedModules {
-    std::string FileName(const platform::Module*) override { return "/opt/my host"; }
-  } modules;
+  testing::ScriptedModules modules;
+  modules.path = "/opt/my host";
   const platform::ScopedPlatform scope(test::With(&platform::Platform::modules, &modules));
   EXPECT_TRUE(Utility::RegisterFileType("DQScript", "SQL Script", ""));
   EXPECT_EQ(test::Dump(registry, kClassesRoot)["DQScript\\shell\\open\\command"],
