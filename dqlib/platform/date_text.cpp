@@ -1,7 +1,11 @@
 #include "dqlib/platform/date_text.h"
 
+#include <cstdint>
+
 namespace dq::platform {
 namespace {
+
+constexpr int kDaysIn400Years = 146097;
 
 bool IsLeapYear(int year) { return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0); }
 
@@ -23,7 +27,6 @@ std::string Name(Locale& locale, DWORD locale_id, DWORD first, int index) {
 /// Days from 0000-03-01 to the first of a month, years beginning in March so that a leap day is the
 /// last of its year.
 long DaysFromMarch(int year, int month, int day) {
-  constexpr int kDaysIn400Years = 146097;
   const int shifted = month > 2 ? year : year - 1;
   const int era = shifted / 400;
   const int year_of_era = shifted - era * 400;
@@ -47,16 +50,18 @@ long DaysFromOrigin(int year, int month, int day) {
 }
 
 void DateFromDays(long days, int& year, int& month, int& day) {
-  const long shifted = days + kOrigin;
-  const long era = shifted / 146097;
-  const int day_of_era = static_cast<int>(shifted - era * 146097);
-  const int year_of_era =
-      (day_of_era - day_of_era / 1460 + day_of_era / 36524 - day_of_era / 146096) / 365;
-  const int day_of_year = day_of_era - (365 * year_of_era + year_of_era / 4 - year_of_era / 100);
-  const int month_from_march = (5 * day_of_year + 2) / 153;
-  day = day_of_year - (153 * month_from_march + 2) / 5 + 1;
-  month = month_from_march + (month_from_march < 10 ? 3 : -9);
-  year = static_cast<int>(era) * 400 + year_of_era + (month <= 2 ? 1 : 0);
+  // By Neri and Schneider, "Euclidean affine functions and their application to calendar
+  // algorithms": quotients by multiplication, years from March on.
+  const auto quarters = 4 * static_cast<std::uint32_t>(days + kOrigin) + 3;
+  const std::uint32_t century = quarters / kDaysIn400Years;
+  const std::uint32_t quarters_of_century = quarters % kDaysIn400Years | 3;
+  const std::uint64_t years = std::uint64_t{2939745} * quarters_of_century;
+  const std::uint32_t day_of_year = static_cast<std::uint32_t>(years) / 2939745 / 4;
+  const std::uint32_t months = 2141 * day_of_year + 197913;
+  const bool is_behind_december = day_of_year >= 306;
+  day = static_cast<int>((months & 0xFFFF) / 2141) + 1;
+  month = static_cast<int>(months >> 16) - (is_behind_december ? 12 : 0);
+  year = static_cast<int>(100 * century + (years >> 32)) + (is_behind_december ? 1 : 0);
 }
 
 int DayOfWeek(int year, int month, int day) {

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -9,6 +10,16 @@
 
 namespace dq::detail {
 namespace {
+
+/// The numbers below 100, two digits each.
+constexpr auto kPairs = [] {
+  std::array<char, 200> pairs{};
+  for (std::size_t i = 0; i < pairs.size(); ++i) {
+    const std::size_t number = i / 2;
+    pairs[i] = static_cast<char>('0' + (i % 2 == 0 ? number / 10 : number % 10));
+  }
+  return pairs;
+}();
 
 /// Collects a short text without allocating, and any longer one behind it.
 class Output {
@@ -24,8 +35,8 @@ class Output {
       long_text_ += text;
       return;
     }
-    std::copy(text.begin(), text.end(), buffer_.begin() + static_cast<std::ptrdiff_t>(used_));
-    used_ += text.size();
+    // For markers and names cheaper than a call.
+    for (const char character : text) buffer_[used_++] = character;
   }
 
   /// A number of at most `width` digits, with zeros before it up to the width unless it is bare.
@@ -39,8 +50,10 @@ class Output {
 
   /// A number below 100.
   void PutTwo(int number, bool bare) {
-    if (number >= 10 || !bare) Put(static_cast<char>('0' + number / 10));
-    Put(static_cast<char>('0' + number % 10));
+    if (buffer_.size() - used_ < 2) Spill();
+    const char* const pair = kPairs.data() + 2 * static_cast<std::size_t>(number);
+    if (number >= 10 || !bare) buffer_[used_++] = pair[0];
+    buffer_[used_++] = pair[1];
   }
 
   /// All of it; valid until more is put.
@@ -99,7 +112,12 @@ class Layout {
         output_.PutTwo(parts_.year % 100, bare);
         return true;
       case 'Y':
-        output_.Put(parts_.year, 4, bare);
+        if (bare) {
+          output_.Put(parts_.year, 4, true);
+        } else {
+          output_.PutTwo(parts_.year / 100, false);
+          output_.PutTwo(parts_.year % 100, false);
+        }
         return true;
       case 'H':
         output_.PutTwo(parts_.hour, bare);
@@ -198,12 +216,14 @@ class Layout {
 }  // namespace
 
 std::string LocaleName(DWORD item, DWORD locale) {
-  std::string name = platform::Current().locale->Item(item, locale).value_or("");
+  std::optional<std::string> found = platform::Current().locale->Item(item, locale);
+  if (!found) return {};
+  std::string& name = *found;
   if (!name.empty() && (name.front() == ' ' || name.back() == ' ')) {
     name.erase(name.find_last_not_of(' ') + 1);
     name.erase(0, name.find_first_not_of(' '));
   }
-  return name;
+  return std::move(name);
 }
 
 CString LayOutDateTime(const DateTimeParts& parts, std::string_view format) {

@@ -13,14 +13,6 @@ constexpr int kFirstYear = 100;
 constexpr int kLastYear = 9999;
 constexpr int kSecondsInDay = 86400;
 
-/// Seconds from the origin, rounded; the fraction of a date before the origin counts away from it
-/// although time goes forwards.
-std::int64_t ToSeconds(DATE date) {
-  const double days = std::trunc(date);
-  const double time = std::fabs(date - days);
-  return static_cast<std::int64_t>(days) * kSecondsInDay + std::llround(time * kSecondsInDay);
-}
-
 DATE ToDays(std::int64_t seconds) {
   std::int64_t days = seconds / kSecondsInDay;
   std::int64_t time = seconds % kSecondsInDay;
@@ -32,19 +24,21 @@ DATE ToDays(std::int64_t seconds) {
   return days < 0 ? static_cast<double>(days) - fraction : static_cast<double>(days) + fraction;
 }
 
+/// The fraction of a date before the origin counts away from it although time goes forwards.
 detail::DateTimeParts Cut(DATE date) {
-  const std::int64_t seconds = ToSeconds(date);
-  std::int64_t days = seconds / kSecondsInDay;
-  int time = static_cast<int>(seconds % kSecondsInDay);
-  if (time < 0) {
-    time += kSecondsInDay;
-    --days;
+  auto days = static_cast<long>(date);
+  const double seconds = std::fabs(date - static_cast<double>(days)) * kSecondsInDay;
+  int time = static_cast<int>(seconds);
+  if (seconds - time >= 0.5) ++time;
+  if (time == kSecondsInDay) {
+    time = 0;
+    ++days;
   }
   detail::DateTimeParts parts;
   parts.hour = time / 3600;
   parts.minute = time / 60 % 60;
   parts.second = time % 60;
-  platform::DateFromDays(static_cast<long>(days), parts.year, parts.month, parts.day);
+  platform::DateFromDays(days, parts.year, parts.month, parts.day);
   return parts;
 }
 

@@ -5,11 +5,11 @@
 #include <cstdlib>
 #include <langinfo.h>
 #include <locale.h>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <type_traits>
+#include <unordered_map>
 
 #include "dqlib/platform/posix/date_pictures.h"
 #include "dqlib/platform/posix/system_services.h"
@@ -17,7 +17,7 @@
 namespace dq::platform::posix {
 namespace {
 
-using Items = std::map<DWORD, std::string>;
+using Items = std::unordered_map<DWORD, std::string>;
 
 struct FreeLocale {
   void operator()(locale_t locale) const { freelocale(locale); }
