@@ -10,15 +10,15 @@ std::optional<DialogTemplate> CDQChildDialog::MakeTemplate() {
   return FindDialogTemplate(GetTemplateId());
 }
 
-bool CDQChildDialog::CreateIn(CWnd* parent, int placeholder_id) {
+bool CDQChildDialog::CreateIn(CWnd* parent, int site_id) {
   if (GetSafeHwnd() != nullptr) return true;
   if (parent == nullptr) return false;
   const CDQSwitchResourceHandle scope(ResourceModule());
   const std::optional<DialogTemplate> pattern = MakeTemplate();
   if (!pattern || !CreateIndirect(*pattern, parent, true)) return false;
-  if (CWnd* const placeholder = parent->GetDlgItem(placeholder_id)) {
-    MoveWindow(placeholder->GetPlace());
-    SetWindowOrder(placeholder);
+  if (CWnd* const site = parent->GetDlgItem(site_id)) {
+    MoveWindow(site->GetPlace());
+    SetWindowOrder(site);
   }
   return true;
 }
@@ -43,9 +43,9 @@ CDQChildDialog* CDQChildDialogCollection::GetAt(int index) const {
   return index >= 0 && index < GetSize() ? m_children[static_cast<std::size_t>(index)] : nullptr;
 }
 
-bool CDQChildDialogCollection::CreateAll(CWnd* parent, int placeholder_id) {
+bool CDQChildDialogCollection::CreateAll(CWnd* parent, int site_id) {
   for (CDQChildDialog* const child : m_children) {
-    if (!child->CreateIn(parent, placeholder_id)) return false;
+    if (!child->CreateIn(parent, site_id)) return false;
   }
   return true;
 }

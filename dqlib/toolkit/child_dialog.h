@@ -17,7 +17,7 @@ class CDQChildDialog : public CDQDialog {
   /// Makes its window in `parent`, over the control with the id and next behind it; without such a
   /// control at the client area's corner, in its own size and last. True if it is there already;
   /// false if there is no template or the window isn't made.
-  bool CreateIn(CWnd* parent, int placeholder_id);
+  bool CreateIn(CWnd* parent, int site_id);
 
   /// For a change that others make: whether the person may use it at all.
   virtual void EnableChild(bool enable) { EnableWindow(enable); }
@@ -51,7 +51,7 @@ class CDQChildDialogCollection {
   CDQChildDialog* GetAt(int index) const;
 
   /// Makes all windows. False at the first that can't be made.
-  bool CreateAll(CWnd* parent, int placeholder_id);
+  bool CreateAll(CWnd* parent, int site_id);
 
   /// Shows the one with the index, and no other; -1 hides all. The second form takes the id of its
   /// template. False, and no change, if there is none, or its window isn't made.

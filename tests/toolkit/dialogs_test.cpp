@@ -84,7 +84,7 @@ TEST_F(Dialogs, OkAsksEachPageInOrderAndStaysAtTheFirstThatRefusesThenTellsEach)
   b.closes = false;
   prompts_.on_dialog = [&](platform::DialogView& view) {
     EXPECT_EQ(sheet.AddPage(a), -1);
-    EXPECT_EQ(a.GetPlace(), (CRect{100, 5, 290, 155})) << "where the placeholder lies";
+    EXPECT_EQ(a.GetPlace(), (CRect{100, 5, 290, 155})) << "where the control lies";
     EXPECT_FALSE(view.Enter(2900, "off"));
     EXPECT_TRUE(view.Enter(2900, "c"));
     took("a+ a? c+ ");
