@@ -124,7 +124,8 @@ MSG MessageQueue::PostedMessages::Pop() {
   if (next_ == messages_.size()) {
     next_ = 0;
     if (messages_.capacity() > kKeptMessages) {
-      messages_ = {};
+      // Not `{}`, which would keep the memory.
+      messages_ = std::vector<MSG>();
     } else {
       messages_.clear();
     }

@@ -163,7 +163,8 @@ std::string_view PosixProfileFiles::Text(std::string_view path) {
   // Kept, so that reading many keys doesn't make the memory anew for each.
   thread_local std::string text;
   constexpr std::size_t kMostKept = 1 << 20;
-  if (text.capacity() > kMostKept) text = {};
+  // An assignment would keep the memory.
+  if (text.capacity() > kMostKept) std::string().swap(text);
   const Result<std::string> located = Locate(calls_, path);
   if (!located.ok()) return {};
   const Result<int> fd = OpenFile(calls_, located.value, O_RDONLY | O_NONBLOCK | O_NOCTTY);

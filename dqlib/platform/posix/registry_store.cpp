@@ -507,7 +507,8 @@ Error RegistryStore::Append(const JournalChange& change) {
     throw;
   }
   end_ += record_.size();
-  if (record_.capacity() > kFoldSize) record_ = {};
+  // An assignment would keep the memory.
+  if (record_.capacity() > kFoldSize) std::string().swap(record_);
   return {};
 }
 
