@@ -2,6 +2,9 @@
 
 #pragma once
 
+#include <compare>
+#include <concepts>
+
 #include "dqlib/framework/base/c_string.h"
 
 namespace dq {
@@ -15,7 +18,7 @@ struct GUID {
   friend bool operator==(const GUID&, const GUID&) = default;
 };
 
-/// One identifier and its texts.
+/// One identifier and its texts. Compares with another, and with a text, by the registry form.
 class CDQGuid {
  public:
   CDQGuid() = default;
@@ -36,6 +39,15 @@ class CDQGuid {
   CString GetRegistryString() const;
   /// The registry form; valid until the object changes.
   operator const char*() const { return m_strText; }
+
+  template <std::convertible_to<const char*> Text>
+  friend bool operator==(const CDQGuid& left, const Text& right) {
+    return left.m_strText == static_cast<const char*>(right);
+  }
+  template <std::convertible_to<const char*> Text>
+  friend std::strong_ordering operator<=>(const CDQGuid& left, const Text& right) {
+    return left.m_strText <=> static_cast<const char*>(right);
+  }
 
  private:
   GUID m_guid;

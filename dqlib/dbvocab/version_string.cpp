@@ -107,7 +107,7 @@ double CDQDBVersionString::AtPrecisionOf(double number) const {
   return detail::LeadingNumber(View().substr(0, detail::SignificantLength(number)));
 }
 
-const CDQDBVersionString& CDQDBVersionString::Cached(const char* text) const {
+const CDQDBVersionString& CDQDBVersionString::CachedText(const char* text) const {
   return GetCachedDBMSVersion(text, m_eDBMS);
 }
 

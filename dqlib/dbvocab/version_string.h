@@ -6,10 +6,26 @@
 
 #pragma once
 
+#include <compare>
+#include <concepts>
+#include <type_traits>
+
 #include "dqlib/dbvocab/dbms.h"
 #include "dqlib/framework/base/c_string.h"
 
 namespace dq {
+
+class CDQDBVersionString;
+
+namespace detail {
+template <class T>
+concept VersionNumber =
+    !std::is_class_v<T> && !std::is_pointer_v<T> && std::convertible_to<T, double>;
+/// Any text but a version.
+template <class T>
+concept VersionText = std::convertible_to<const T&, CString> && !VersionNumber<T> &&
+                      !std::derived_from<T, CDQDBVersionString>;
+}  // namespace detail
 
 /// A server's version. The text is the version in the form of its platform: what stands before the
 /// first dot, a dot, and the first two (SQL Server) or three of the characters behind it, further
@@ -38,36 +54,34 @@ class CDQDBVersionString : public CString {
   /// The whole text as a number.
   operator double() const { return GetVersionNumber(); }
 
-  bool operator<(double number) const { return AtPrecisionOf(number) < number; }
-  bool operator<=(double number) const { return AtPrecisionOf(number) <= number; }
-  bool operator>(double number) const { return AtPrecisionOf(number) > number; }
-  bool operator>=(double number) const { return AtPrecisionOf(number) >= number; }
-  bool operator==(double number) const { return AtPrecisionOf(number) == number; }
-  bool operator!=(double number) const { return AtPrecisionOf(number) != number; }
+  /// With a number of any type. `<`, `<=`, `>`, `>=` and `!=` come from these, and so does an
+  /// exchange of the sides: 8.1 <= version is version >= 8.1.
+  template <detail::VersionNumber Number>
+  bool operator==(Number number) const {
+    return AtPrecisionOf(static_cast<double>(number)) == static_cast<double>(number);
+  }
+  template <detail::VersionNumber Number>
+  std::partial_ordering operator<=>(Number number) const {
+    return AtPrecisionOf(static_cast<double>(number)) <=> static_cast<double>(number);
+  }
 
   /// With the other's number: "8.170" is equal to "8.1", but "8.1" isn't equal to "8.170".
-  bool operator<(const CDQDBVersionString& other) const { return *this < other.GetVersionNumber(); }
-  bool operator<=(const CDQDBVersionString& other) const {
-    return *this <= other.GetVersionNumber();
-  }
-  bool operator>(const CDQDBVersionString& other) const { return *this > other.GetVersionNumber(); }
-  bool operator>=(const CDQDBVersionString& other) const {
-    return *this >= other.GetVersionNumber();
-  }
   bool operator==(const CDQDBVersionString& other) const {
     return *this == other.GetVersionNumber();
   }
-  bool operator!=(const CDQDBVersionString& other) const {
-    return *this != other.GetVersionNumber();
+  std::partial_ordering operator<=>(const CDQDBVersionString& other) const {
+    return *this <=> other.GetVersionNumber();
   }
 
   /// With the version that the text is on this one's platform, by `GetCachedDBMSVersion`.
-  bool operator<(const char* text) const { return *this < Cached(text); }
-  bool operator<=(const char* text) const { return *this <= Cached(text); }
-  bool operator>(const char* text) const { return *this > Cached(text); }
-  bool operator>=(const char* text) const { return *this >= Cached(text); }
-  bool operator==(const char* text) const { return *this == Cached(text); }
-  bool operator!=(const char* text) const { return *this != Cached(text); }
+  template <detail::VersionText Text>
+  bool operator==(const Text& text) const {
+    return *this == Cached(text);
+  }
+  template <detail::VersionText Text>
+  std::partial_ordering operator<=>(const Text& text) const {
+    return *this <=> Cached(text);
+  }
 
   /// The version itself, unchanged: callers write them, and a version has no sum.
   const CDQDBVersionString& operator+(double) const { return *this; }
@@ -82,7 +96,15 @@ class CDQDBVersionString : public CString {
   void FormatVersionStr();
   /// As much of the text as the number needs, as a number.
   double AtPrecisionOf(double number) const;
-  const CDQDBVersionString& Cached(const char* text) const;
+  template <class Text>
+  const CDQDBVersionString& Cached(const Text& text) const {
+    if constexpr (std::convertible_to<const Text&, const char*>) {
+      return CachedText(text);
+    } else {
+      return CachedText(CString(text));
+    }
+  }
+  const CDQDBVersionString& CachedText(const char* text) const;
 
   DBMS m_eDBMS;
 };

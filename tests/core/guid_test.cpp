@@ -15,6 +15,8 @@ TEST(Guid, ShowsItsForms) {
   EXPECT_EQ(guid.GetGUID(),
             (GUID{0x12ABCD, 0x234, 0xF678, {0x9A, 0xBC, 0xDE, 0xF0, 0x12, 0x34, 0x56, 0x7F}}));
   EXPECT_STREQ(CDQGuid(guid.GetGUID()), guid);
+  EXPECT_TRUE(CDQGuid(guid.GetGUID()) == guid && guid == CString(guid) && CDQGuid() < guid);
+  EXPECT_TRUE(guid == "{0012ABCD-0234-F678-9ABC-DEF01234567F}" && guid > "{0012" && "{1" > guid);
   EXPECT_STREQ(CDQGuid(), "{00000000-0000-0000-0000-000000000000}");
 }
 

@@ -61,8 +61,21 @@ TEST(VersionString, ComparesAtThePrecisionOfTheRightSide) {
     };
     EXPECT_TRUE(all(version, number) && all(version, other) && all(version, right.c_str()))
         << text << " " << number;
+    EXPECT_TRUE(all(version, CString(right)) && all(version, std::string_view(right))) << text;
+    const auto turned = [order = order](auto&& n, auto&& v) {
+      return (n > v) == (order < 0) && (n >= v) == (order <= 0) && (n < v) == (order > 0) &&
+             (n <= v) == (order >= 0) && (n == v) == (order == 0) && (n != v) == (order != 0);
+    };
+    EXPECT_TRUE(turned(number, version) && turned(right.c_str(), version)) << text;
     EXPECT_TRUE(&(version + 1.0) == &version && &(version - 1.0) == &version);
   }
+}
+
+TEST(VersionString, ComparesWithNumbersOfAnyType) {
+  enum Release { SEVEN = 7 };
+  const CDQDBVersionString version("8.170", DBMS_ORACLE);
+  EXPECT_TRUE(version >= 8 && version == 8L && version < 9u && version > SEVEN && version != 0);
+  EXPECT_TRUE(8 <= version && 8.1 == version && !(8.1 < version) && 9 > version);
 }
 
 TEST(VersionString, BannersAreNeverMisordered) {

@@ -97,6 +97,51 @@ TEST(CString, SearchesTrimsAndSpans) {
   EXPECT_GT(CString("\xE9").Compare("z"), 0) << "bytes are unsigned";
 }
 
+/// Every comparison of the two, in either order, is that of `order`, below 0, 0 or above 0.
+template <class Left, class Right>
+bool Ordered(const Left& left, const Right& right, int order) {
+  const auto is = [](const auto& a, const auto& b, int expected) {
+    return (a < b) == (expected < 0) && (a <= b) == (expected <= 0) && (a > b) == (expected > 0) &&
+           (a >= b) == (expected >= 0) && (a == b) == (expected == 0) &&
+           (a != b) == (expected != 0);
+  };
+  return is(left, right, order) && is(right, left, -order);
+}
+
+TEST(CString, ComparesItsBytesWithEveryKindOfText) {
+  for (const auto& [text, other, order] :
+       test::Rows<const char*, const char*, int>{{"b", "a", 1},
+                                                 {"a", "b", -1},
+                                                 {"ab", "a", 1},
+                                                 {"", "", 0},
+                                                 {"ab", "ab", 0},
+                                                 {"\xE9", "z", 1},
+                                                 {kLong, "a text that", 1}}) {
+    const CString left(text);
+    EXPECT_TRUE(Ordered(left, CString(other), order)) << text << " / " << other;
+    EXPECT_TRUE(Ordered(left, other, order)) << text << " / " << other;
+    EXPECT_TRUE(Ordered(left, std::string_view(other), order)) << text << " / " << other;
+    EXPECT_TRUE(Ordered(left, std::string(other), order)) << text << " / " << other;
+  }
+  char array[] = "a";
+  EXPECT_TRUE(Ordered(CString("b"), array, 1) && Ordered(CString(), nullptr, 0));
+  EXPECT_TRUE(Ordered(CString("a\0b"sv), "a", 1) && Ordered(CString("a\0b"sv), "a\0b"sv, 0));
+  EXPECT_EQ("a"sv + CString("b") + "c"sv + std::string("d") + 'e', "abcde");
+}
+
+// What belongs to the standard's views stays theirs in this namespace, and an index is any integer.
+static_assert("ab"sv == "ab" && "ab" < "b"sv);
+template <class Left, class Right>
+concept HasSum = requires(Left left, Right right) {
+  left + right;
+};
+static_assert(!HasSum<std::string_view, const char*> && HasSum<std::string_view, CString>);
+static_assert(requires(CString text, std::ptrdiff_t place) {
+  text[place];
+  text[0UL];
+  text['\0'];
+});
+
 TEST(CString, GoesByCharacterWhereThereAreLeadBytes) {
   test::ScriptedLocale locale;
   ASSERT_TRUE(locale.SetCodePage(932));

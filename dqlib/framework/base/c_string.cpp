@@ -229,9 +229,7 @@ std::string& CString::Storage() {
 
 void CString::Commit() { length_ = Checked(text_.size()); }
 
-namespace {
-
-CString Concatenate(std::string_view left, std::string_view right) {
+CString CString::Sum(std::string_view left, std::string_view right) {
   std::string sum;
   sum.reserve(left.size() + right.size());
   sum += left;
@@ -239,23 +237,25 @@ CString Concatenate(std::string_view left, std::string_view right) {
   return CString(std::move(sum));
 }
 
-}  // namespace
-
 CString operator+(const CString& left, const CString& right) {
-  return Concatenate(left.View(), right.View());
+  return CString::Sum(left.View(), right.View());
 }
 
 CString operator+(const CString& left, const char* right) {
-  return Concatenate(left.View(), OrEmpty(right));
+  return CString::Sum(left.View(), OrEmpty(right));
 }
 
 CString operator+(const char* left, const CString& right) {
-  return Concatenate(OrEmpty(left), right.View());
+  return CString::Sum(OrEmpty(left), right.View());
 }
 
-CString operator+(const CString& left, char right) { return Concatenate(left.View(), {&right, 1}); }
+CString operator+(const CString& left, char right) {
+  return CString::Sum(left.View(), {&right, 1});
+}
 
-CString operator+(char left, const CString& right) { return Concatenate({&left, 1}, right.View()); }
+CString operator+(char left, const CString& right) {
+  return CString::Sum({&left, 1}, right.View());
+}
 
 namespace {
 

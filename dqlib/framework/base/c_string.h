@@ -6,13 +6,23 @@
 
 #pragma once
 
+#include <compare>
+#include <concepts>
 #include <cstdarg>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 #include "dqlib/platform/types.h"
 
 namespace dq {
+
+namespace detail {
+/// A text that brings its length, as `std::string_view` and `std::string` do.
+template <class T>
+concept SizedText =
+    std::convertible_to<const T&, std::string_view> && !std::convertible_to<const T&, const char*>;
+}  // namespace detail
 
 /// 8-bit text in the process's multi-byte code page, with a zero behind its last byte. Indices and
 /// lengths are bytes, of type `int`; a text is at most 2^31 - 1 bytes long. It may hold zeros; an
@@ -48,7 +58,11 @@ class CString {
 
   /// The byte at an index from 0 to the length (the zero behind the text).
   char GetAt(int index) const { return text_[static_cast<std::size_t>(index)]; }
-  char operator[](int index) const { return GetAt(index); }
+  /// The same for an index of any integer type.
+  template <std::integral Index>
+  char operator[](Index index) const {
+    return text_[static_cast<std::size_t>(index)];
+  }
   /// Replaces the byte at an index below the length.
   void SetAt(int index, char character);
 
@@ -65,6 +79,44 @@ class CString {
   /// Compares by unsigned bytes, `CompareNoCase` by their lower-case forms: below 0, 0 or above 0.
   int Compare(const char* text) const;
   int CompareNoCase(const char* text) const;
+
+  /// Comparisons by unsigned bytes, of all bytes; a null `const char*` counts as "". `<`, `<=`,
+  /// `>`,
+  /// `>=`, `!=` and an exchange of the sides come from these.
+  friend bool operator==(const CString& left, const CString& right) {
+    return left.View() == right.View();
+  }
+  friend bool operator==(const CString& left, const char* right) {
+    return left.Compare(right) == 0;
+  }
+  template <detail::SizedText Text>
+  friend bool operator==(const CString& left, const Text& right) {
+    return left.View() == std::string_view(right);
+  }
+  friend std::strong_ordering operator<=>(const CString& left, const CString& right) {
+    return left.View() <=> right.View();
+  }
+  friend std::strong_ordering operator<=>(const CString& left, const char* right) {
+    return left.Compare(right) <=> 0;
+  }
+  template <detail::SizedText Text>
+  friend std::strong_ordering operator<=>(const CString& left, const Text& right) {
+    return left.View() <=> std::string_view(right);
+  }
+
+  friend CString operator+(const CString& left, const CString& right);
+  friend CString operator+(const CString& left, const char* right);
+  friend CString operator+(const char* left, const CString& right);
+  friend CString operator+(const CString& left, char right);
+  friend CString operator+(char left, const CString& right);
+  template <detail::SizedText Text>
+  friend CString operator+(const CString& left, const Text& right) {
+    return Sum(left.View(), right);
+  }
+  template <detail::SizedText Text>
+  friend CString operator+(const Text& left, const CString& right) {
+    return Sum(left, right.View());
+  }
 
   /// Parts of the text. A start or count out of range is clipped; a negative one counts as 0.
   CString Mid(int first) const;
@@ -118,32 +170,12 @@ class CString {
 
  private:
   CString& Append(std::string_view text);
+  static CString Sum(std::string_view left, std::string_view right);
 
   std::string text_;
   /// Bytes of `text_` that belong to the value; fewer than it holds while a buffer is out.
   std::size_t length_ = 0;
 };
-
-CString operator+(const CString& left, const CString& right);
-CString operator+(const CString& left, const char* right);
-CString operator+(const char* left, const CString& right);
-CString operator+(const CString& left, char right);
-CString operator+(char left, const CString& right);
-
-/// Comparisons by unsigned bytes; a null `const char*` counts as "".
-inline bool operator==(const CString& left, const CString& right) {
-  return left.View() == right.View();
-}
-inline bool operator==(const CString& left, const char* right) { return left.Compare(right) == 0; }
-inline bool operator==(const char* left, const CString& right) { return right.Compare(left) == 0; }
-inline bool operator!=(const CString& left, const CString& right) { return !(left == right); }
-inline bool operator!=(const CString& left, const char* right) { return !(left == right); }
-inline bool operator!=(const char* left, const CString& right) { return !(left == right); }
-inline bool operator<(const CString& left, const CString& right) {
-  return left.View() < right.View();
-}
-inline bool operator<(const CString& left, const char* right) { return left.Compare(right) < 0; }
-inline bool operator<(const char* left, const CString& right) { return right.Compare(left) > 0; }
 
 namespace detail {
 /// The string with the id by the chain of resource modules; "" if no module has it.
