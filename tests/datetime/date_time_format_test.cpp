@@ -118,7 +118,8 @@ TEST(DateTimeFormat, ACopyHasChoicesInItsOwnLists) {
   const auto source = Make(DBMS_ORACLE);
   source->SetDateTimeFmt("YYYY;MM", CLGDateTimeFormat::DFK_CURRENT);
   CLGDB2DateTimeFormat copy(*source);
-  copy = copy;
+  const CLGDB2DateTimeFormat& same = copy;
+  copy = same;
   EXPECT_EQ(Choices(copy), "|YYYY;MM|MM/DD/YYYY HH12:MI:SS AM|MM/DD/YYYY HH12:MI:SS AM");
   EXPECT_EQ(copy.GetDateTimeFmtPtr(CLGDateTimeFormat::DFK_CURRENT),
             copy.GetCustomizedDateTimeFmtList()[0]);

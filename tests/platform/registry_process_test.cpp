@@ -160,7 +160,7 @@ TEST(RegistryProcess, NothingIsLostAmongWritersNorWhenTheJournalIsRemovedAgainAn
     const TempDirectory directory;
     const dq::testing::ScriptedPrompts prompts;
     std::atomic<int>& ready = test::MakeSharedCount();
-    EXPECT_TRUE(test::AllEndWell(writers, [&](int writer) {
+    const auto write = [&, writers = writers, values = values, removes = removes](int writer) {
       FileRegistry registry(directory.path());
       const HKEY key = registry.CreateKey(kCurrentUser, "Shared\\Key").value;
       for (int i = 0; i < values; ++i) {
@@ -175,7 +175,8 @@ TEST(RegistryProcess, NothingIsLostAmongWritersNorWhenTheJournalIsRemovedAgainAn
       // All the others are done: everything is there, in a process that was there all the time.
       EXPECT_TRUE(removes || Dump(registry, key)[""].size() == total);
       EXPECT_TRUE(registry.Leave().ok());
-    }));
+    };
+    EXPECT_TRUE(test::AllEndWell(writers, write));
     FileRegistry registry(directory.path());
     EXPECT_EQ(Dump(registry)["Shared\\Key"].size(), total);
   }
