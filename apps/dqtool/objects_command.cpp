@@ -8,7 +8,7 @@
 #include "apps/dqtool/command.h"
 #include "apps/dqtool/number_word.h"
 #include "dqlib/dbvocab/object_info_map.h"
-#include "dqlib/framework/base/file.h"
+#include "dqlib/platform/platform.h"
 
 namespace dqtool {
 namespace {
@@ -16,10 +16,10 @@ namespace {
 int List(const std::string& path) {
   dq::CDBObjectInfoMap map;
   if (!map.Load(path.c_str())) {
-    dq::CFileStatus status;
+    const auto status = dq::platform::Current().files->Status(path);
     // What is there, and can't be read, has been told of.
-    const bool is_there = dq::CFile::GetStatus(path.c_str(), status) != 0;
-    return is_there ? kNo : Complain("objects: there is no file " + path);
+    const bool is_missing = status.error.kind == dq::platform::ErrorKind::kNotFound;
+    return is_missing ? Complain("objects: there is no file " + path) : kNo;
   }
   // The map's own order turns round with each pass through a file.
   std::map<dq::CString, dq::CObject*> objects;
@@ -41,12 +41,12 @@ int List(const std::string& path) {
 int Add(const std::string& path, Words words) {
   const auto type = static_cast<dq::OBJECTTYPES>(ReadNumber<int>(words[1], "TYPE"));
   dq::CDBObjectInfoMap map;
-  dq::CFileStatus status;
-  if (dq::CFile::GetStatus(path.c_str(), status) && !map.Load(path.c_str())) return kNo;
-  map.Insert(
-      words[0].c_str(),
-      std::make_unique<dq::CDBObjectInfo>(type, words[2].c_str(), words[3].c_str()).release());
-  return map.Save(path.c_str()) ? kYes : kNo;
+  const bool done = map.Update(path.c_str(), [&] {
+    map.Insert(
+        words[0].c_str(),
+        std::make_unique<dq::CDBObjectInfo>(type, words[2].c_str(), words[3].c_str()).release());
+  });
+  return done ? kYes : kNo;
 }
 
 int RunObjects(Words words) {

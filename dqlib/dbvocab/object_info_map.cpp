@@ -50,15 +50,29 @@ std::vector<LoadedEntry> ReadEntries(CArchive& archive) {
 
 }  // namespace
 
-CDBObjectInfoMap::~CDBObjectInfoMap() {
-  VisitObjects([](CObject* object) { delete object; });
-}
+CDBObjectInfoMap::~CDBObjectInfoMap() { CDBObjectInfoMap::RemoveAll(); }
 
 void CDBObjectInfoMap::Insert(const char* key, CDBObjectInfo* object) {
   CDBObjectInfo* former = nullptr;
   if (Find(key, former) && former == object) return;
-  SetAt(key, object);
+  std::unique_ptr<CDBObjectInfo> owned(object);
+  CMapStringToOb::SetAt(key, object);
+  static_cast<void>(owned.release());
+  // Last, for the key may be a part of it.
   delete former;
+}
+
+bool CDBObjectInfoMap::RemoveKey(const char* key) {
+  CDBObjectInfo* former = nullptr;
+  if (!Find(key, former)) return false;
+  CMapStringToOb::RemoveKey(key);
+  delete former;
+  return true;
+}
+
+void CDBObjectInfoMap::RemoveAll() {
+  VisitObjects([](CObject* object) { delete object; });
+  CMapStringToOb::RemoveAll();
 }
 
 bool CDBObjectInfoMap::Find(const char* key, CDBObjectInfo*& object) const {
@@ -79,44 +93,66 @@ void CDBObjectInfoMap::Serialize(CArchive& archive) {
 }
 
 bool CDBObjectInfoMap::Save(const char* path) {
-  CFile file;
+  CReplacingFile file;
   CFileException failure;
   constexpr UINT kFlags = CFile::modeCreate | CFile::shareExclusive | CFile::modeReadWrite;
   if (!file.Open(path, kFlags, &failure)) {
     ShowFailure(IDS_OBJECT_MAP_CREATE_FAILED, path, failure);
     return false;
   }
-  try {
-    CArchive archive(&file, CArchive::store);
-    Serialize(archive);
-    archive.Close();
-    file.Close();
-  } catch (const CException& error) {
-    ShowFailure(IDS_OBJECT_MAP_WRITE_FAILED, path, error);
-    return false;
-  }
-  return true;
+  return Write(file);
 }
 
 bool CDBObjectInfoMap::Load(const char* path) {
-  CFileStatus status;
-  if (!CFile::GetStatus(path, status)) return false;
   CFile file;
   CFileException failure;
   if (!file.Open(path, CFile::modeRead | CFile::shareDenyWrite, &failure)) {
+    if (failure.m_cause == CFileException::fileNotFound) return false;
     ShowFailure(IDS_OBJECT_MAP_OPEN_FAILED, path, failure);
     return false;
   }
+  return Read(file);
+}
+
+bool CDBObjectInfoMap::Update(const char* path, const std::function<void()>& change) {
+  CReplacingFile file;
+  CFileException failure;
+  constexpr UINT kFlags = CFile::modeCreate | CFile::modeNoTruncate | CFile::shareExclusive |
+                          CFile::shareWait | CFile::modeReadWrite;
+  if (!file.Open(path, kFlags, &failure)) {
+    const bool missing = failure.m_cause == CFileException::fileNotFound;
+    ShowFailure(missing ? IDS_OBJECT_MAP_CREATE_FAILED : IDS_OBJECT_MAP_OPEN_FAILED, path, failure);
+    return false;
+  }
+  if (!Read(file)) return false;
+  change();
+  return Write(file);
+}
+
+bool CDBObjectInfoMap::Read(CFile& file) {
   try {
     if (file.GetLength() > 0) {
       CArchive archive(&file, CArchive::load);
       Serialize(archive);
     }
   } catch (const CException& error) {
-    ShowFailure(IDS_OBJECT_MAP_READ_FAILED, path, error);
+    ShowFailure(IDS_OBJECT_MAP_READ_FAILED, file.GetFilePath(), error);
     return false;
   }
   m_bLoaded = true;
+  return true;
+}
+
+bool CDBObjectInfoMap::Write(CReplacingFile& file) {
+  try {
+    CArchive archive(&file, CArchive::store);
+    Serialize(archive);
+    archive.Close();
+    file.Close();
+  } catch (const CException& error) {
+    ShowFailure(IDS_OBJECT_MAP_WRITE_FAILED, file.GetFilePath(), error);
+    return false;
+  }
   return true;
 }
 

@@ -53,6 +53,11 @@ struct OpenOptions {
   bool deny_read = false;
   /// Only the user may read and write a file that is made: for secrets and settings.
   bool user_only = false;
+  /// For who reads a file and puts a new one in its place by `ReplaceAndClose`, with `write` and
+  /// what keeps others out meanwhile. A file that is made is removed again by `Close`.
+  bool replace = false;
+  /// How many milliseconds to wait for others that hold the file before it is `kBusy`.
+  DWORD patience = 0;
 };
 
 enum class SeekOrigin { kBegin, kCurrent, kEnd };
@@ -120,6 +125,11 @@ class Files {
   /// whole; it keeps the permissions of the old one, and a link stays a link.
   virtual Error ReadAll(std::string_view path, std::string& bytes) = 0;
   virtual Error Replace(std::string_view path, std::string_view bytes, bool user_only) = 0;
+  /// The same in the place of a file that was opened with `replace`, which is closed in any case:
+  /// so nobody who keeps to share modes changes it between reading and replacing. Owner and
+  /// permissions stay. If it fails the old file is there, or none if opening has made it; `kBusy`
+  /// if somebody else has put another file in its place. What is no ordinary file is written to.
+  virtual Error ReplaceAndClose(HANDLE file, std::string_view bytes) = 0;
 
   virtual Result<FileStatus> Status(std::string_view path) = 0;
   /// Only `FILE_READ_ONLY` can be changed; other bits are ignored.

@@ -65,6 +65,13 @@ class ObjectsTest(unittest.TestCase):
         self.assertEqual((status, out), (1, b""))
         self.assertIn(b"Failed to read object map file", err)
         self.assertEqual(os.path.getsize(bad), 3)
+        loop = self.path("loop")
+        os.symlink("loop", loop)
+        for words in [["list"], ["add", "k", "1", "o", "n"]]:
+            status, out, err = dqtool("objects", loop, *words)
+            self.assertEqual((status, out), (1, b""), words)
+            self.assertIn(b"Failed to open object map file", err)
+            self.assertNotIn(b"there is no file", err)
 
     def test_creation_template(self):
         os.mkdir(self.path("Oracle"))

@@ -1,6 +1,8 @@
 #include "dqlib/dbvocab/object_info_map.h"
 
+#include <cerrno>
 #include <cstdint>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
 #include <string_view>
@@ -8,6 +10,9 @@
 #include <vector>
 
 #include "dqlib/framework/base/archive.h"
+#include "dqlib/platform/posix/system_services.h"
+#include "tests/support/failing_system_calls.h"
+#include "tests/support/forked_process.h"
 #include "tests/support/forwarding_files.h"
 #include "tests/support/own_service.h"
 #include "tests/support/rows.h"
@@ -82,6 +87,152 @@ TEST_F(ObjectInfoMapTest, FileHasTheFormOfEarlierReleasesByteForByte) {
   EXPECT_EQ(found->GetObjectType(), OT_VIEW);
 }
 
+TEST_F(ObjectInfoMapTest, FileIsTheOldOrTheNewOneWheneverSavingEnds) {
+  struct Dying : test::FailingSystemCalls {
+    int Sync(int fd) override { return Next() ? test::FailingSystemCalls::Sync(fd) : -1; }
+    int Rename(const char* from, const char* to) override {
+      return Next() ? test::FailingSystemCalls::Rename(from, to) : -1;
+    }
+    ssize_t Write(int fd, const void* data, std::size_t size) override {
+      WriteAtMost(20);
+      return Next() ? test::FailingSystemCalls::Write(fd, data, size) : -1;
+    }
+    int Truncate(int fd, off_t size) override {
+      return Next() ? test::FailingSystemCalls::Truncate(fd, size) : -1;
+    }
+    bool Next() {
+      if (--calls_left == 0) ::_exit(0);
+      return true;
+    }
+    int calls_left = 0;
+  };
+  const std::string old = "\1\0\1o\0\0"s;
+  CDBObjectInfoMap map;
+  FillWithKnown(map);
+  Dying calls;
+  const auto files = platform::posix::MakeFiles(calls);
+  const platform::ScopedPlatform scope(test::With(&platform::Platform::files, files.get()));
+  const auto save = [&] {
+    files_.Put("map", old);
+    return map.Save((files_ / "map").c_str());
+  };
+  int died = 0;
+  for (bool done = false; !done; ++died) {
+    test::ForkedProcess child([&] {
+      calls.calls_left = died + 1;
+      if (save()) ::_exit(1);
+    });
+    done = !child.EndsWell();
+    const std::string now = files_.Get("map");
+    EXPECT_TRUE(now == kKnownFile || (!done && now == old)) << died;
+  }
+  EXPECT_GT(died, 7) << "writes, a sync and a rename";
+
+  bool failed = true;
+  for (int call = 1; failed; ++call) {
+    prompts_.shown.clear();
+    calls.Fail(call, ENOSPC);
+    const bool saved = save();
+    failed = calls.failed();
+    calls.Fail(0, 0);
+    const std::string now = files_.Get("map");
+    EXPECT_TRUE(now == kKnownFile || (!saved && now == old)) << call;
+    EXPECT_EQ(prompts_.shown.size(), saved ? 0U : 1U) << call;
+  }
+  calls.LeaveRoom(50);
+  EXPECT_FALSE(save());
+  EXPECT_EQ(files_.Get("map"), old);
+  EXPECT_FALSE(map.Save((files_ / "new").c_str()));
+  EXPECT_EQ(files_.Get("new"), "(none)");
+}
+
+TEST_F(ObjectInfoMapTest, SavingKeepsOthersOutAndLinkAndModeOfTheFile) {
+  struct Watched : test::ForwardingFiles {
+    platform::Result<HANDLE> Open(std::string_view path,
+                                  const platform::OpenOptions& options) override {
+      EXPECT_TRUE(options.read && options.write && options.create && options.deny_read);
+      return ForwardingFiles::Open(path, options);
+    }
+    platform::Error ReplaceAndClose(HANDLE file, std::string_view bytes) override {
+      EXPECT_EQ(ForwardingFiles::Open(watched_path, {}).error.kind, platform::ErrorKind::kBusy);
+      return ForwardingFiles::ReplaceAndClose(file, bytes);
+    }
+    std::string watched_path;
+  };
+  Watched watched;
+  watched.watched_path = files_.Put("map", "old");
+  ::chmod(watched.watched_path.c_str(), 0640);
+  ASSERT_EQ(::symlink("map", (files_ / "link").c_str()), 0);
+  CDBObjectInfoMap map;
+  FillWithKnown(map);
+  {
+    const platform::ScopedPlatform scope(test::With(&platform::Platform::files, &watched));
+    EXPECT_TRUE(map.Save((files_ / "link").c_str()));
+  }
+  EXPECT_TRUE(std::filesystem::is_symlink(files_ / "link"));
+  EXPECT_EQ(files_.Get("map"), kKnownFile);
+  EXPECT_EQ(files_.Mode("map"), 0640u);
+  const CFile reader(watched.watched_path.c_str(), CFile::modeRead);
+  EXPECT_FALSE(map.Save(watched.watched_path.c_str()));
+  EXPECT_EQ(prompts_.shown,
+            (std::vector{Failure("create", watched.watched_path, "The file is in use")}));
+}
+
+TEST_F(ObjectInfoMapTest, UpdateHoldsTheFileAndWritesOverNothingUnread) {
+  const std::string path = files_ / "map";
+  constexpr int kProcesses = 4;
+  constexpr int kKeys = 10;
+  EXPECT_TRUE(test::AllEndWell(kProcesses, [&](int process) {
+    for (int i = 0; i < kKeys; ++i) {
+      CDBObjectInfoMap map;
+      const std::string key = std::to_string(process * kKeys + i);
+      EXPECT_TRUE(map.Update(path.c_str(), [&] { map.SetAt(key.c_str(), new CDBObjectInfo); }));
+    }
+  }));
+  CDBObjectInfoMap map;
+  ASSERT_TRUE(map.Load(path.c_str()));
+  EXPECT_EQ(map.GetCount(), kProcesses * kKeys);
+
+  const std::string bad = files_.Put("bad", "\1\0\1"s);
+  const std::string unreachable = files_ / "loop";
+  ASSERT_EQ(::symlink("loop", unreachable.c_str()), 0);
+  const std::string missing = files_ / "missing/map";
+  for (const std::string& each : {bad, unreachable, missing}) {
+    EXPECT_FALSE(map.Update(each.c_str(), [] { FAIL() << "nothing was read"; }));
+  }
+  EXPECT_FALSE(map.Load(unreachable.c_str()));
+  EXPECT_EQ(files_.Get("bad"), "\1\0\1"s);
+  EXPECT_EQ(prompts_.shown, (std::vector{Failure("read", bad, "The file ended too soon"),
+                                         Failure("open", unreachable, "The path is not valid"),
+                                         Failure("create", missing, "The file was not found"),
+                                         Failure("open", unreachable, "The path is not valid")}));
+}
+
+TEST_F(ObjectInfoMapTest, WhatIsDroppedIsDeleted) {
+  struct Counted : CDBObjectInfo {
+    explicit Counted(int& count) : CDBObjectInfo(OT_TABLE, "owner", "key"), left(++count) {}
+    ~Counted() override { --left; }
+    int& left;
+  };
+  int left = 0;
+  CDBObjectInfoMap map;
+  auto* const first = new Counted(left);
+  map.SetAt("key", first);
+  map.SetAt("key", first);
+  EXPECT_EQ(left, 1);
+  // The key is a part of the object that goes.
+  const CString& key = first->GetName();
+  map.SetAt(key, new Counted(left));
+  EXPECT_EQ(left, 1);
+  EXPECT_TRUE(map.RemoveKey("key"));
+  EXPECT_FALSE(map.RemoveKey("key"));
+  EXPECT_EQ(left, 0);
+  for (const char* each : {"a", "b"}) map.SetAt(each, new Counted(left));
+  map.RemoveAll();
+  EXPECT_EQ(left, 0);
+  EXPECT_TRUE(map.IsEmpty());
+}
+
 TEST_F(ObjectInfoMapTest, WalkSkipsWhatWasRemovedBehindIt) {
   CMapStringToOb map;
   for (const char* key : {"a", "b", "r"}) map.SetAt(key, nullptr);
@@ -141,7 +292,10 @@ TEST_F(ObjectInfoMapTest, SharedAndReplacedObjectsOfAFileAreOwnedOnce) {
 TEST_F(ObjectInfoMapTest, FailuresOfTheSystemAreShownWithTheirCause) {
   struct Broken : test::ForwardingFiles {
     platform::Result<std::size_t> Read(HANDLE, std::span<char>) override { return error; }
-    platform::Error Write(HANDLE, std::string_view) override { return error; }
+    platform::Error ReplaceAndClose(HANDLE file, std::string_view) override {
+      Close(file);
+      return error;
+    }
     platform::Error error{platform::ErrorKind::kNoSpace, 28};
   };
   CDBObjectInfoMap map;

@@ -27,6 +27,7 @@ class ForwardingFiles : public platform::Files {
   DQ_FORWARDED(Error, ReadAll, (std::string_view path, std::string& bytes), path, bytes)
   DQ_FORWARDED(Error, Replace, (std::string_view path, std::string_view bytes, bool user_only),
                path, bytes, user_only)
+  DQ_FORWARDED(Error, ReplaceAndClose, (HANDLE file, std::string_view bytes), file, bytes)
   DQ_FORWARDED(Result<platform::FileStatus>, Status, (std::string_view path), path)
   DQ_FORWARDED(Error, SetAttributes, (std::string_view path, DWORD attributes), path, attributes)
   DQ_FORWARDED(Error, SetModified, (std::string_view path, std::int64_t seconds), path, seconds)

@@ -40,6 +40,8 @@ platform::OpenOptions OptionsFor(UINT flags) {
   options.append = (flags & CFile::modeAppend) != 0;
   options.deny_write = share == CFile::shareExclusive || share == CFile::shareDenyWrite;
   options.deny_read = share == CFile::shareExclusive;
+  constexpr DWORD kPatience = 20'000;
+  if ((flags & CFile::shareWait) != 0) options.patience = kPatience;
   return options;
 }
 
@@ -57,6 +59,7 @@ CFileStatus ToStatus(const char* path, const platform::FileStatus& found) {
 }  // namespace
 
 IMPLEMENT_DYNAMIC(CFile, CObject)
+IMPLEMENT_DYNAMIC(CReplacingFile, CFile)
 IMPLEMENT_DYNAMIC(CStdioFile, CFile)
 IMPLEMENT_DYNAMIC(CMemFile, CFile)
 
@@ -71,8 +74,12 @@ CFile::~CFile() {
 }
 
 BOOL CFile::Open(const char* path, UINT flags, CFileException* error) {
+  return OpenAs(path, OptionsFor(flags), error);
+}
+
+BOOL CFile::OpenAs(const char* path, const platform::OpenOptions& options, CFileException* error) {
   m_strFileName = path;
-  const auto opened = Files().Open(m_strFileName.View(), OptionsFor(flags));
+  const auto opened = Files().Open(m_strFileName.View(), options);
   if (!opened.ok()) {
     if (error != nullptr) {
       *error = CFileException(CFileException::CauseOf(opened.error),
@@ -164,6 +171,33 @@ void CFile::Rename(const char* from, const char* to) {
 }
 
 void CFile::Remove(const char* path) { ThrowIfFailed(Files().Delete(path), path); }
+
+BOOL CReplacingFile::Open(const char* path, UINT flags, CFileException* error) {
+  platform::OpenOptions options = OptionsFor(flags);
+  options.write = true;
+  options.truncate = false;
+  options.replace = true;
+  return OpenAs(path, options, error);
+}
+
+void CReplacingFile::Write(const void* buffer, UINT count) {
+  m_contents.append(static_cast<const char*>(buffer), count);
+}
+
+void CReplacingFile::SetLength(std::int64_t) {
+  throw CFileException(CFileException::accessDenied, -1, m_strFileName);
+}
+
+void CReplacingFile::Close() {
+  const HANDLE file = std::exchange(m_hFile, kNoHandle);
+  const std::string contents = std::exchange(m_contents, {});
+  if (file != kNoHandle) ThrowIfFailed(Files().ReplaceAndClose(file, contents), m_strFileName);
+}
+
+void CReplacingFile::Abort() {
+  m_contents.clear();
+  CFile::Abort();
+}
 
 CStdioFile::CStdioFile(const char* path, UINT flags) : CFile(path, flags) {}
 

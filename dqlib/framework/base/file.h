@@ -44,6 +44,9 @@ class CFile : public CObject {
     typeText = 0x4000,        ///< Used by `CStdioFile` only.
     /// Every write goes to the end, in one step that no other writer comes between.
     modeAppend = 0x100000,
+    /// Waits for others that have the file open in a way that excludes this one, some 20 seconds at
+    /// most; without, such a file is refused at once.
+    shareWait = 0x200000,
   };
   enum SeekPosition : UINT { begin = 0, current = 1, end = 2 };
 
@@ -88,7 +91,36 @@ class CFile : public CObject {
   HANDLE m_hFile = kNoHandle;
 
  protected:
+  /// Opens by the platform's options; result and error are those of `Open`.
+  BOOL OpenAs(const char* path, const platform::OpenOptions& options, CFileException* error);
+
   CString m_strFileName;
+};
+
+/// A file that is written anew as a whole: until `Close`, and if anything fails or the process
+/// dies, the old one is there, whole. `Read`, `Seek` and the length are those of the old one, so
+/// that who changes a file reads it through the same object, with others kept out by a share mode;
+/// what is written, one behind the other, is the new one.
+///
+///   CReplacingFile file;
+///   if (file.Open(path, CFile::modeCreate | CFile::modeReadWrite | CFile::shareExclusive)) ...
+///   file.Write(bytes, size);
+///   file.Close();
+class CReplacingFile : public CFile {
+  DECLARE_DYNAMIC(CReplacingFile)
+  /// As the base's, for reading and writing. The file isn't emptied.
+  BOOL Open(const char* path, UINT flags, CFileException* error = nullptr) override;
+  void Write(const void* buffer, UINT count) override;
+  /// Throws `accessDenied`: the new file is as long as what is written.
+  void SetLength(std::int64_t length) override;
+  /// Puts the new file in the place of the old one, on the disk. Owner and permissions stay, and so
+  /// does a link. A throw leaves the file closed.
+  void Close() override;
+  /// Leaves the old file; one that was made goes again. So does the destructor.
+  void Abort() override;
+
+ private:
+  std::string m_contents;
 };
 
 /// A file of text lines, buffered. Lines are read with CR LF or LF at their ends; `Read` and the

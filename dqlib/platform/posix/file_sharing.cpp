@@ -1,9 +1,9 @@
 #include "dqlib/platform/posix/file_sharing.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <random>
-#include <unistd.h>
 
 #include "dqlib/platform/posix/system_services.h"
 
@@ -90,19 +90,21 @@ Error TryToShare(SystemCalls& calls, int fd, const OpenOptions& options) {
 
 }  // namespace
 
-Error ShareFile(SystemCalls& calls, int fd, const OpenOptions& options) {
+Error ShareFile(SystemCalls& calls, int fd, const OpenOptions& options,
+                std::chrono::steady_clock::time_point deadline) {
   // Everyone registers first and looks then. So of two that exclude each other one sees the other
   // in any case; where both see each other, they try again at different times.
   constexpr int kAttempts = 6;
-  Error error;
-  for (int attempt = 0; attempt < kAttempts; ++attempt) {
-    if (attempt > 0) ::usleep(100 + Random() % 1000);
-    error = TryToShare(calls, fd, options);
+  constexpr int kLongestWait = 16;
+  for (int attempt = 1;; ++attempt) {
+    const Error error = TryToShare(calls, fd, options);
     if (error.ok()) return {};
     Unregister(calls, fd);
-    if (error.code != EBUSY) break;
+    const bool in_time = attempt < kAttempts || std::chrono::steady_clock::now() < deadline;
+    if (error.code != EBUSY || !in_time) return error;
+    const int longer = std::clamp(attempt - kAttempts, 1, kLongestWait);
+    calls.Pause(100 + Random() % (1000 * static_cast<unsigned>(longer)));
   }
-  return error;
 }
 
 Error CheckReadable(SystemCalls& calls, int fd) {

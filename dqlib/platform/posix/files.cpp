@@ -20,6 +20,7 @@
 #include "dqlib/platform/posix/file_search.h"
 #include "dqlib/platform/posix/file_sharing.h"
 #include "dqlib/platform/posix/native_path.h"
+#include "dqlib/platform/posix/opened_file.h"
 #include "dqlib/platform/posix/system_calls.h"
 #include "dqlib/platform/posix/system_services.h"
 #include "dqlib/platform/posix/volumes.h"
@@ -29,77 +30,12 @@ namespace {
 
 constexpr mode_t kEveryone = 0666;
 
-/// A directory where a file is asked for is something that can't be had, not a wrong argument.
-Error ForFile(Error error) {
-  if (error.code == EISDIR) error.kind = ErrorKind::kAccessDenied;
-  return error;
-}
-
-Error LastError() { return ForFile(ErrorFromErrno(errno)); }
+Error LastError() { return ErrorOfFile(errno); }
 
 Error ResultOf(int returned) { return returned == 0 ? Error{} : LastError(); }
 
-bool IsReadOnly(const struct stat& status) {
-  return S_ISREG(status.st_mode) && (status.st_mode & S_IWUSR) == 0;
-}
-
 std::string_view NameOf(std::string_view native) {
   return native.substr(native.rfind('/') + 1);  // npos + 1 is 0
-}
-
-/// Opens without waiting for the other end of a pipe. What is read or written later may wait.
-Result<int> OpenAtOnce(SystemCalls& calls, const std::string& native, int flags, mode_t mode,
-                       struct stat& status) {
-  const Result<int> opened = OpenFile(calls, native, flags | O_NONBLOCK | O_NOCTTY, mode);
-  if (!opened.ok()) return ForFile(opened.error);
-  FileDescriptor file(calls, opened.value);
-  if (calls.StatusOf(file.get(), &status) != 0) return LastError();
-  if (S_ISDIR(status.st_mode)) return Error{ErrorKind::kAccessDenied, EISDIR};
-  if (!S_ISREG(status.st_mode)) {
-    const int former = calls.GetFlags(file.get());
-    if (former < 0 || calls.SetFlags(file.get(), former & ~O_NONBLOCK) != 0) return LastError();
-  }
-  return file.Release();
-}
-
-/// A file that is open, shared by its handle and the operation that is under way.
-struct OpenedFile {
-  FileDescriptor descriptor;
-  bool ordinary = false;
-};
-
-/// Opens a file and claims for it what the options say.
-///
-/// Claiming may wait for somebody who puts a new file in the place of this one. Then what is
-/// written to the file that is open now would be lost, and what is denied for it denied to nobody.
-Error OpenShared(SystemCalls& calls, const std::string& native, int flags,
-                 const OpenOptions& options, OpenedFile& opened) {
-  constexpr int kAttempts = 100;
-  const bool must_stay = options.write || options.deny_write || options.deny_read;
-  for (int attempt = 0; attempt < kAttempts; ++attempt) {
-    struct stat status;
-    struct stat now;
-    const Result<int> fd =
-        OpenAtOnce(calls, native, flags, options.user_only ? kUserOnly : kEveryone, status);
-    if (!fd.ok()) return fd.error;
-    FileDescriptor file(calls, fd.value);
-    if (options.write && IsReadOnly(status)) return ErrorFromErrno(EACCES);
-    opened.ordinary = S_ISREG(status.st_mode);
-    if (opened.ordinary) {
-      if (const Error error = ShareFile(calls, file.get(), options); !error.ok()) return error;
-    }
-    bool same = true;
-    if (opened.ordinary && must_stay) {
-      const bool found = calls.Status(native.c_str(), &now) == 0;
-      if (!found && errno != ENOENT) return LastError();
-      same = found && now.st_dev == status.st_dev && now.st_ino == status.st_ino;
-    }
-    if (same) {
-      opened.descriptor = std::move(file);
-      return {};
-    }
-  }
-  return ErrorFromErrno(EBUSY);
 }
 
 class PosixFiles : public Files {
@@ -118,6 +54,7 @@ class PosixFiles : public Files {
 
   Error ReadAll(std::string_view path, std::string& bytes) override;
   Error Replace(std::string_view path, std::string_view bytes, bool user_only) override;
+  Error ReplaceAndClose(HANDLE file, std::string_view bytes) override;
   Result<FileStatus> Status(std::string_view path) override;
   Error SetAttributes(std::string_view path, DWORD attributes) override;
   Error SetModified(std::string_view path, std::int64_t seconds) override;
@@ -141,8 +78,9 @@ class PosixFiles : public Files {
  private:
   using OpenedPtr = std::shared_ptr<OpenedFile>;
 
-  /// Null for a handle that is closed or never was open.
+  /// Null for a handle that is closed or never was open. `Forget` makes it one.
   OpenedPtr Opened(HANDLE file);
+  OpenedPtr Forget(HANDLE file);
 
   SystemCalls& calls_;
   std::mutex mutex_;
@@ -156,6 +94,15 @@ PosixFiles::OpenedPtr PosixFiles::Opened(HANDLE file) {
   const std::lock_guard lock(mutex_);
   const auto found = files_.find(file);
   return found == files_.end() ? nullptr : found->second;
+}
+
+PosixFiles::OpenedPtr PosixFiles::Forget(HANDLE file) {
+  const std::lock_guard lock(mutex_);
+  const auto found = files_.find(file);
+  if (found == files_.end()) return nullptr;
+  const OpenedPtr opened = std::move(found->second);
+  files_.erase(found);
+  return opened;
 }
 
 Result<HANDLE> PosixFiles::Open(std::string_view path, const OpenOptions& options) try {
@@ -177,7 +124,8 @@ Result<HANDLE> PosixFiles::Open(std::string_view path, const OpenOptions& option
   }
   Error error;
   try {
-    error = OpenShared(calls_, native.value, flags, options, *opened);
+    const mode_t mode = options.user_only ? kUserOnly : kEveryone;
+    error = OpenShared(calls_, native.value, flags, mode, options, *opened);
   } catch (const std::exception&) {
     error = ErrorOfException();
   }
@@ -270,17 +218,8 @@ Error PosixFiles::Flush(HANDLE file) try {
 }
 
 Error PosixFiles::Close(HANDLE file) try {
-  OpenedPtr opened;
-  {
-    const std::lock_guard lock(mutex_);
-    const auto found = files_.find(file);
-    if (found == files_.end()) return kBadHandle;
-    opened = std::move(found->second);
-    files_.erase(found);
-  }
-  const int fd = opened->descriptor.Release();
-  // An interrupted close has closed.
-  return calls_.Close(fd) == 0 || errno == EINTR ? Error{} : LastError();
+  const OpenedPtr opened = Forget(file);
+  return opened ? CloseOpened(calls_, *opened) : kBadHandle;
 } catch (const std::exception&) {
   return ErrorOfException();
 }
@@ -323,6 +262,16 @@ Error PosixFiles::Replace(std::string_view path, std::string_view bytes, bool us
     return LastError();
   }
   return ReplaceFile(calls_, replacement, [&](int fd) { return WriteFully(calls_, fd, bytes); });
+} catch (const std::exception&) {
+  return ErrorOfException();
+}
+
+Error PosixFiles::ReplaceAndClose(HANDLE file, std::string_view bytes) try {
+  const OpenedPtr opened = Forget(file);
+  if (!opened) return kBadHandle;
+  const Error error = ReplaceOpened(calls_, *opened, bytes);
+  const Error closed = CloseOpened(calls_, *opened);
+  return error.ok() ? closed : error;
 } catch (const std::exception&) {
   return ErrorOfException();
 }
