@@ -1,6 +1,7 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <limits>
+#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -72,6 +73,51 @@ TEST(MessageLoop, TimersComeByTheClockBehindPostedMessages) {
   EXPECT_EQ(pumped(5000), Got{});
 }
 
+TEST(MessageLoop, OneCallServesEachTimerOnceHoweverSlowTheHandlersAre) {
+  testing::ManualClock clock;
+  const platform::ScopedPlatform scope(test::With(&platform::Platform::clock, &clock));
+  LoopWnd window;
+  bool first = true;
+  window.on_message = [&](UINT) {
+    clock.Advance(50);
+    if (window.got.back() == "275/3") window.SetTimer(3, 10);
+    if (window.got.back() == "275/4" && std::exchange(first, false)) window.SetTimer(5, 10);
+    // Else a loop without end would hang the test.
+    for (UINT id = 1; id < 6 && window.got.size() > 20; ++id) window.KillTimer(id);
+  };
+  window.SetTimer(1, 10);
+  window.SetTimer(2, 90);  // due while the others are served
+  window.SetTimer(3, 20);
+  window.SetTimer(4, 20);
+  clock.Advance(20);
+  EXPECT_EQ(PumpUntilIdle(), 4);
+  EXPECT_EQ(window.got, (Got{"275/1", "275/3", "275/4", "275/2"}));
+  window.got.clear();
+  EXPECT_EQ(PumpUntilIdle(), 5);
+  EXPECT_EQ(window.got, (Got{"275/1", "275/3", "275/4", "275/5", "275/2"}));
+}
+
+TEST(MessageLoop, MessagesAndTimersOfWindowsThatEndAreGoneAndThoseOfOthersStay) {
+  testing::ManualClock clock;
+  const platform::ScopedPlatform scope(test::With(&platform::Platform::clock, &clock));
+  LoopWnd kept;
+  // More than the queue keeps of dead windows, some of them taken out before.
+  std::vector<std::unique_ptr<LoopWnd>> windows;
+  for (WPARAM i = 0; i < 3000; ++i) {
+    windows.push_back(std::make_unique<LoopWnd>());
+    windows.back()->SetTimer(1, 10);
+    windows.back()->PostMessage(WM_APP, i);
+    if (i % 1000 == 999) kept.PostMessage(WM_APP, i);
+  }
+  kept.SetTimer(1, 10);
+  kept.SetTimer(2, 10);
+  windows.resize(1);
+  clock.Advance(10);
+  EXPECT_EQ(PumpUntilIdle(), 7);
+  EXPECT_EQ(kept.got, (Got{"32768/999", "32768/1999", "32768/2999", "275/1", "275/2"}));
+  EXPECT_EQ(windows[0]->got, (Got{"32768/0", "275/1"}));
+}
+
 /// An application that counts how often it idles.
 struct IdleApp : CWinApp {
   IdleApp() : CWinApp("idle") {}
@@ -96,8 +142,22 @@ TEST(MessageLoop, IdlesUntilItWantsNoMoreAndAnewAfterAMessage) {
   PumpUntilIdle();
   EXPECT_EQ(app.idled, (std::vector<LONG>{0, 1, 2}));
   EXPECT_EQ(window.got, Got{"867/1"}) << "what shows commands is brought up to date";
-  app.dropped = WM_APP + 1;
+  // The handler may end the main window; one of another thread isn't this thread's to update.
+  auto dying = std::make_unique<LoopWnd>();
+  app.m_pMainWnd = dying.get();
+  dying->on_message = [&](UINT) { dying.reset(); };
+  PumpUntilIdle();
+  EXPECT_EQ(app.m_pMainWnd, nullptr);
+  app.m_pMainWnd = &window;
   window.got.clear();
+  std::thread([main = app.m_pMainWnd] {
+    CWinThread worker;
+    worker.m_pMainWnd = main;
+    AfxSetThread(&worker);
+    PumpUntilIdle();
+  }).join();
+  EXPECT_EQ(window.got, Got{});
+  app.dropped = WM_APP + 1;
   window.PostMessage(WM_APP + 1);
   window.PostMessage(WM_APP + 2);
   EXPECT_EQ(PumpUntilIdle(), 2);

@@ -29,15 +29,9 @@ struct WindowRecord {
   CWnd* window = nullptr;
   MessageQueue* owner = nullptr;
   std::string class_name;
-  /// How many of its messages are in the owner's queue, and of its timers.
+  /// How many of its messages are in the owner's queue.
   std::size_t posted = 0;
-  std::size_t timers = 0;
 };
-
-DWORD Now() { return platform::Current().clock->TickCount(); }
-
-/// Milliseconds from one reading of the clock to another, negative if that lies before.
-std::int32_t Between(DWORD from, DWORD to) { return static_cast<std::int32_t>(to - from); }
 
 }  // namespace
 
@@ -61,6 +55,7 @@ struct MessageQueue::Shared {
     const auto found = windows.find(window);
     return found == windows.end() ? nullptr : &found->second;
   }
+  bool IsAlive(HWND window) const { return windows.contains(window); }
 };
 
 MessageQueue::Shared& MessageQueue::All() {
@@ -93,7 +88,7 @@ HWND MessageQueue::AddWindow(CWnd* window, std::string class_name) {
   if (owner == nullptr) return nullptr;
   const Lock lock(All().mutex);
   const HWND handle = std::bit_cast<HWND>(All().next_handle++);
-  All().windows[handle] = {window, owner, std::move(class_name), 0, 0};
+  All().windows[handle] = {window, owner, std::move(class_name), 0};
   ++owner->windows_;
   return handle;
 }
@@ -114,12 +109,31 @@ bool MessageQueue::RemoveWindow(HWND window) {
     CompleteLocked(sent->answered);
     return true;
   });
-  owner.Forget(window, record->posted, record->timers);
+  const auto first = owner.timers_.lower_bound({window, 0});
+  auto last = first;
+  for (; last != owner.timers_.end() && last->first.first == window; ++last) {
+    owner.due_.erase(last->second.due);
+  }
+  owner.timers_.erase(first, last);
+  const std::size_t posted = record->posted;
   All().windows.erase(window);
+  owner.posted_.AddDead(posted, All());
   return true;
 }
 
-MSG MessageQueue::PostedMessages::Pop() {
+std::optional<MSG> MessageQueue::PostedMessages::Pop(Shared& shared) {
+  while (!empty()) {
+    const MSG message = Next();
+    if (WindowRecord* const record = shared.Find(message.hwnd)) {
+      --record->posted;
+      return message;
+    }
+    --dead_;
+  }
+  return std::nullopt;
+}
+
+MSG MessageQueue::PostedMessages::Next() {
   const MSG message = messages_[next_++];
   if (next_ == messages_.size()) {
     next_ = 0;
@@ -137,17 +151,16 @@ MSG MessageQueue::PostedMessages::Pop() {
   return message;
 }
 
-void MessageQueue::PostedMessages::Forget(HWND window) {
+void MessageQueue::PostedMessages::AddDead(std::size_t count, const Shared& shared) {
+  dead_ += count;
+  // One pass for as many as it takes out.
+  if (dead_ <= kKeptMessages || dead_ <= (messages_.size() - next_) / 2) return;
   const auto first = messages_.begin() + static_cast<std::ptrdiff_t>(next_);
-  messages_.erase(std::remove_if(first, messages_.end(),
-                                 [=](const MSG& message) { return message.hwnd == window; }),
-                  messages_.end());
-}
-
-void MessageQueue::Forget(HWND window, std::size_t posted, std::size_t timers) {
-  if (posted > 0) posted_.Forget(window);
-  if (timers > 0)
-    std::erase_if(timers_, [=](const Timer& timer) { return timer.window == window; });
+  messages_.erase(
+      std::remove_if(first, messages_.end(),
+                     [&shared](const MSG& message) { return !shared.IsAlive(message.hwnd); }),
+      messages_.end());
+  dead_ = 0;
 }
 
 CWnd* MessageQueue::FindWindow(HWND window) {
@@ -193,77 +206,84 @@ bool MessageQueue::Post(HWND window, UINT message, WPARAM wparam, LPARAM lparam)
   return true;
 }
 
+std::int64_t MessageQueue::ReadClock() {
+  const DWORD reading = platform::Current().clock->TickCount();
+  // With its sign: another clock, put in force since, may be behind.
+  now_ += static_cast<std::int32_t>(reading - std::exchange(reading_, reading));
+  return now_;
+}
+
+void MessageQueue::Schedule(const TimerName& name, Timer& timer, std::int64_t due) {
+  timer.due = {due, ++scheduled_};
+  due_.emplace(timer.due, name);
+}
+
 bool MessageQueue::SetTimer(HWND window, UINT id, UINT milliseconds) {
   const DWORD interval = std::clamp(milliseconds, kShortestInterval, kLongestInterval);
-  const DWORD due = Now() + interval;
   const Lock lock(All().mutex);
-  WindowRecord* const record = All().Find(window);
+  const WindowRecord* const record = All().Find(window);
   if (record == nullptr) return false;
-  std::vector<Timer>& timers = record->owner->timers_;
-  const auto same = std::ranges::find_if(
-      timers, [=](const Timer& timer) { return timer.window == window && timer.id == id; });
-  if (same != timers.end()) {
-    *same = {window, id, interval, due};
-  } else {
-    timers.push_back({window, id, interval, due});
-    ++record->timers;
-  }
+  MessageQueue& owner = *record->owner;
+  const auto [timer, is_new] = owner.timers_.try_emplace({window, id});
+  if (!is_new) owner.due_.erase(timer->second.due);
+  timer->second.interval = interval;
+  owner.Schedule(timer->first, timer->second, owner.ReadClock() + interval);
   return true;
 }
 
 bool MessageQueue::KillTimer(HWND window, UINT id) {
   const Lock lock(All().mutex);
-  WindowRecord* const record = All().Find(window);
-  if (record == nullptr || record->timers == 0) return false;
-  const std::size_t killed = std::erase_if(record->owner->timers_, [=](const Timer& timer) {
-    return timer.window == window && timer.id == id;
-  });
-  record->timers -= killed;
-  return killed > 0;
+  const WindowRecord* const record = All().Find(window);
+  if (record == nullptr) return false;
+  MessageQueue& owner = *record->owner;
+  const auto timer = owner.timers_.find({window, id});
+  if (timer == owner.timers_.end()) return false;
+  owner.due_.erase(timer->second.due);
+  owner.timers_.erase(timer);
+  return true;
 }
 
-std::optional<MSG> MessageQueue::Take() {
+std::optional<MSG> MessageQueue::Take(Round* round) {
   ServeWaiting();
-  {
-    const Lock lock(All().mutex);
-    if (!posted_.empty()) {
-      const MSG message = posted_.Pop();
-      if (WindowRecord* const record = All().Find(message.hwnd)) --record->posted;
-      return message;
-    }
-    if (quit_) {
-      const MSG message{nullptr, WM_QUIT, static_cast<WPARAM>(*quit_), 0};
-      quit_.reset();
-      return message;
-    }
-    if (timers_.empty()) return std::nullopt;
-  }
-  return TakeTimer();
-}
-
-std::optional<MSG> MessageQueue::TakeTimer() {
-  const DWORD now = Now();
   const Lock lock(All().mutex);
-  const auto first = std::ranges::min_element(
-      timers_, {}, [=](const Timer& timer) { return Between(now, timer.due); });
-  if (first == timers_.end() || Between(now, first->due) > 0) return std::nullopt;
-  first->due += first->interval;
-  if (Between(now, first->due) <= 0) first->due = now + first->interval;
-  return MSG{first->window, WM_TIMER, first->id, 0};
+  if (const std::optional<MSG> message = posted_.Pop(All())) return message;
+  if (!quit_) return TakeTimer(round);
+  const MSG message{nullptr, WM_QUIT, static_cast<WPARAM>(*quit_), 0};
+  quit_.reset();
+  return message;
 }
 
-DWORD MessageQueue::UntilNextTimer() const {
-  const DWORD now = Now();
-  std::int32_t wait = std::numeric_limits<std::int32_t>::max();
-  for (const Timer& timer : timers_) wait = std::min(wait, std::max(0, Between(now, timer.due)));
-  return static_cast<DWORD>(wait);
+std::optional<MSG> MessageQueue::TakeTimer(Round* round) {
+  if (due_.empty()) return std::nullopt;
+  const std::int64_t now = ReadClock();
+  auto first = round == nullptr ? due_.begin() : due_.lower_bound(round->from);
+  for (; first != due_.end() && first->first.first <= now; ++first) {
+    const auto [due, scheduled] = first->first;
+    if (round != nullptr) round->from = first->first;
+    if (round != nullptr && scheduled > round->begun) continue;
+    const TimerName name = first->second;
+    Timer& timer = timers_.at(name);
+    due_.erase(first);
+    // One that is late comes once.
+    Schedule(name, timer, due + timer.interval > now ? due + timer.interval : now + timer.interval);
+    return MSG{name.first, WM_TIMER, name.second, 0};
+  }
+  return std::nullopt;
 }
 
 void MessageQueue::WaitForWork(DWORD milliseconds) {
   Lock lock(All().mutex);
-  const DWORD wait = std::min(milliseconds, UntilNextTimer());
+  std::int64_t wait = milliseconds;
+  if (!due_.empty()) {
+    wait = std::min(wait, std::max(std::int64_t{0}, due_.begin()->first.first - ReadClock()));
+  }
   wake_.wait_for(lock, std::chrono::milliseconds(wait),
                  [this] { return !sent_.empty() || !posted_.empty() || quit_.has_value(); });
+}
+
+bool MessageQueue::IsToEnd() {
+  const Lock lock(All().mutex);
+  return quit_.has_value();
 }
 
 void MessageQueue::PostQuit(int code) {

@@ -3,10 +3,14 @@
 #pragma once
 
 #include <condition_variable>
+#include <cstdint>
 #include <deque>
+#include <limits>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "dqlib/framework/windows/window_messages.h"
@@ -61,6 +65,17 @@ class MessageQueue {
   /// Queues for the window's thread. False if it is dead. Any thread.
   static bool Post(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
 
+  /// When a timer is due, by a clock that doesn't wrap, and in which order those of one moment
+  /// come.
+  using Moment = std::pair<std::int64_t, std::uint64_t>;
+
+  /// What a pump that serves each timer once knows of them: see `BeginRound`.
+  struct Round {
+    std::uint64_t begun = 0;
+    /// Those that are due before are done with in this round.
+    Moment from{std::numeric_limits<std::int64_t>::min(), 0};
+  };
+
   /// On the window's thread: starts a timer or starts it anew; false if the window is dead.
   static bool SetTimer(HWND window, UINT id, UINT milliseconds);
   static bool KillTimer(HWND window, UINT id);
@@ -70,12 +85,16 @@ class MessageQueue {
   int ServeWaiting();
   /// On the queue's thread: serves what others have sent, and takes the next message out: a posted
   /// one, then `WM_QUIT` if the thread shall end, then that of the timer which is due longest. No
-  /// value if nothing waits.
-  std::optional<MSG> Take();
+  /// value if nothing waits. With a round, a timer that was served or started since it began waits
+  /// for the next one.
+  std::optional<MSG> Take(Round* round = nullptr);
+  Round BeginRound() const { return {.begun = scheduled_}; }
   /// Waits until there is something to serve or take, at most so many milliseconds.
   void WaitForWork(DWORD milliseconds);
   /// Has `Take` give `WM_QUIT` with the code once there is no posted message.
   void PostQuit(int code);
+  /// Whether the thread shall end: `WM_QUIT` waits.
+  bool IsToEnd();
 
   /// Waits on the calling thread until another has called `Complete`; one thread per completion.
   static void Wait(Completion& completion);
@@ -85,39 +104,49 @@ class MessageQueue {
   using Lock = std::unique_lock<std::mutex>;
   struct SentMessage;
   struct Shared;
+  using TimerName = std::pair<HWND, UINT>;
   struct Timer {
-    HWND window;
-    UINT id;
     DWORD interval;
-    /// Reading of the platform's clock.
-    DWORD due;
+    Moment due;
   };
 
-  /// Messages in order. One block of memory, so that a flood of them leaves none behind.
+  /// Messages in order. One block of memory, so that a flood of them leaves none behind. Those of a
+  /// window that ends stay until they are taken or too many are dead, so that many windows end in
+  /// linear time.
   class PostedMessages {
    public:
     bool empty() const { return next_ == messages_.size(); }
     void Push(const MSG& message) { messages_.push_back(message); }
-    MSG Pop();
-    void Forget(HWND window);
+    /// The next one whose window lives; no value if there is none.
+    std::optional<MSG> Pop(Shared& shared);
+    void AddDead(std::size_t count, const Shared& shared);
 
    private:
+    MSG Next();
+
     std::vector<MSG> messages_;
     /// Those before it are taken out.
     std::size_t next_ = 0;
+    std::size_t dead_ = 0;
   };
 
   static Shared& All();
   static void CompleteLocked(Completion& completion);
   void ServeFirst(Lock& lock);
   void WaitLocked(Lock& lock, Completion& completion);
-  std::optional<MSG> TakeTimer();
-  DWORD UntilNextTimer() const;
-  void Forget(HWND window, std::size_t posted, std::size_t timers);
+  std::optional<MSG> TakeTimer(Round* round);
+  std::int64_t ReadClock();
+  void Schedule(const TimerName& name, Timer& timer, std::int64_t due);
 
   std::deque<SentMessage*> sent_;
   PostedMessages posted_;
-  std::vector<Timer> timers_;
+  std::map<TimerName, Timer> timers_;
+  std::map<Moment, TimerName> due_;
+  /// How many times a timer was given the moment when it is due.
+  std::uint64_t scheduled_ = 0;
+  /// The last reading of the platform's clock, and the same without the wraps.
+  DWORD reading_ = 0;
+  std::int64_t now_ = 0;
   std::optional<int> quit_;
   std::condition_variable wake_;
   std::size_t windows_ = 0;

@@ -19,8 +19,8 @@ thread_local CWinThread* t_thread = nullptr;
 enum class Pumped { kNothing, kMessage, kQuit };
 
 /// Handles the next message of the queue. `code` takes that of the thread's end.
-Pumped PumpOne(MessageQueue& queue, int& code) {
-  std::optional<MSG> message = queue.Take();
+Pumped PumpOne(MessageQueue& queue, int& code, MessageQueue::Round* round = nullptr) {
+  std::optional<MSG> message = queue.Take(round);
   if (!message) return Pumped::kNothing;
   if (message->message == WM_QUIT) {
     code = static_cast<int>(message->wParam);
@@ -62,19 +62,22 @@ int CWinThread::Run() {
 }
 
 BOOL CWinThread::PreTranslateMessage(MSG* message) {
-  CWnd* window = MessageQueue::FindOwnWindow(message->hwnd);
-  while (window != nullptr) {
-    CWnd* const parent = window->GetParent();
+  // By handle, because what one window does with it may end those above.
+  for (HWND next = message->hwnd; CWnd* const window = MessageQueue::FindOwnWindow(next);) {
+    const CWnd* const parent = window->GetParent();
+    next = parent == nullptr ? nullptr : parent->GetSafeHwnd();
     if (window->PreTranslateMessage(message) != 0) return 1;
-    window = parent;
   }
   return 0;
 }
 
 BOOL CWinThread::OnIdle(LONG count) {
-  if (count == 0 && m_pMainWnd != nullptr) {
-    m_pMainWnd->SendMessage(WM_IDLEUPDATECMDUI, 1);
-    m_pMainWnd->SendMessageToDescendants(WM_IDLEUPDATECMDUI, 1);
+  // Another thread's main window is that one's to bring up to date.
+  const HWND main = m_pMainWnd == nullptr ? nullptr : m_pMainWnd->GetSafeHwnd();
+  if (count != 0 || MessageQueue::FindOwnWindow(main) == nullptr) return 0;
+  SendToWindow(main, WM_IDLEUPDATECMDUI, 1, 0);
+  if (CWnd* const window = MessageQueue::FindOwnWindow(main)) {
+    window->SendMessageToDescendants(WM_IDLEUPDATECMDUI, 1);
   }
   return 0;
 }
@@ -82,9 +85,10 @@ BOOL CWinThread::OnIdle(LONG count) {
 int PumpUntilIdle() {
   MessageQueue* const queue = MessageQueue::Current();
   if (queue == nullptr) return 0;
+  MessageQueue::Round round = queue->BeginRound();
   int handled = 0;
   for (int code = 0, idled = 0;;) {
-    switch (PumpOne(*queue, code)) {
+    switch (PumpOne(*queue, code, &round)) {
       case Pumped::kQuit:
         queue->PostQuit(code);
         return handled;

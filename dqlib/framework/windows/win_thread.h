@@ -25,7 +25,7 @@ class CWinThread : public CCmdTarget {
   virtual BOOL PreTranslateMessage(MSG* message);
   /// Called each time there is no message left, with `count` from 0 on, until it returns 0 or
   /// another message comes. The base has the main window and its descendants bring up to date what
-  /// shows commands (`WM_IDLEUPDATECMDUI`), on the first call.
+  /// shows commands (`WM_IDLEUPDATECMDUI`), on the first call, if that window is the thread's own.
   virtual BOOL OnIdle(LONG count);
 
   /// The thread's main window, which application messages go to; null if it has none. A thread
@@ -71,8 +71,9 @@ WorkerThread AfxBeginThread(UINT (*procedure)(void*), void* parameter);
 inline constexpr DWORD kForever = std::numeric_limits<DWORD>::max();
 
 /// Handles the calling thread's messages, and timers that are due, until there is nothing left and
-/// the thread has idled; returns how many it handled. Each is dropped if its window has ended. A
-/// thread that is told to end stays so, and handles nothing more here.
+/// the thread has idled; returns how many it handled. Each is dropped if its window has ended. One
+/// call serves each timer once at most, and none that is started meanwhile, so that it ends however
+/// slow their handlers are. A thread that is told to end stays so, and handles nothing more here.
 int PumpUntilIdle();
 
 /// Handles messages as they come until `condition` holds: it is asked first, after each message,
