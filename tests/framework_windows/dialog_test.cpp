@@ -168,9 +168,12 @@ TEST(Dialog, IsNotShownWithHalfOfItsValuesAndMayHaveSetItsFocus) {
   EXPECT_EQ(prompts.dialogs.size(), 2U);
 }
 
-TEST(Dialog, RunsWithinAnotherAndGivesItTheScreenBack) {
+TEST(Dialog, RunsWithinAnotherAndGivesItTheScreenAndTheFocusBack) {
   testing::MainWindow main;
   testing::ScriptedPrompts prompts;
+  CEdit field;
+  ASSERT_TRUE(field.CreateWnd({.class_name = "Edit", .parent = &main, .id = 5}));
+  field.SetFocus();
   GotoDlg outer;
   outer.on_more = [&] {
     GotoDlg inner;  // without a parent, the dialog that runs is it
@@ -179,14 +182,71 @@ TEST(Dialog, RunsWithinAnotherAndGivesItTheScreenBack) {
       view.Press(IDOK);
     };
     EXPECT_EQ(inner.DoModal(), IDOK);
+    EXPECT_EQ(CWnd::GetFocus(), outer.GetDlgItem(101));
+    EXPECT_EQ(CWnd::GetActiveWindow(), &outer);
+    // Over the main window, which is disabled already.
+    prompts.on_dialog = PressOk;
+    EXPECT_EQ(GotoDlg(&main).DoModal(), IDOK);
+    EXPECT_EQ(CWnd::GetFocus(), outer.GetDlgItem(101));
+    EXPECT_EQ(CWnd::GetActiveWindow(), &outer);
   };
-  prompts.on_dialog = [](View& view) {
+  prompts.on_dialog = [&](View& view) {
+    outer.GetDlgItem(101)->SetFocus();
     view.Press(102);
     view.Press(IDOK);
   };
   EXPECT_EQ(outer.DoModal(), IDOK);
-  EXPECT_EQ(prompts.dialogs.size(), 2U);
+  EXPECT_EQ(prompts.dialogs.size(), 3U);
   EXPECT_EQ(CWnd::GetActiveWindow(), &main);
+  EXPECT_EQ(CWnd::GetFocus(), &field);
+  // What takes the focus meanwhile keeps it, and what can't have it any more doesn't get it.
+  prompts.on_dialog = [&](View&) { field.EnableWindow(false); };
+  EXPECT_EQ(outer.DoModal(), IDCANCEL);
+  EXPECT_EQ(CWnd::GetFocus(), nullptr);
+}
+
+TEST(Dialog, ClosesWhenTheThreadIsToldToEnd) {
+  CWinApp app("quit");
+  testing::ScriptedPrompts prompts;
+  GotoDlg outer;
+  GotoDlg inner;
+  inner.on_more = [] { PostQuitMessage(3); };
+  outer.on_more = [&] {
+    prompts.on_dialog = PressMore;
+    EXPECT_EQ(inner.DoModal(), IDCANCEL);
+  };
+  prompts.on_dialog = [&](View& view) {
+    EXPECT_TRUE(view.Press(102));
+    EXPECT_FALSE(view.IsOpen());
+    EXPECT_FALSE(view.Press(IDOK) || view.Enter(100, "7"));
+    EXPECT_TRUE(view.Controls().empty());
+  };
+  EXPECT_EQ(outer.DoModal(), IDCANCEL);
+  EXPECT_EQ(outer.DoModal(), IDCANCEL) << "the thread is still to end";
+  EXPECT_EQ(prompts.dialogs.size(), 2U);
+  EXPECT_EQ(app.Run(), 3);
+}
+
+TEST(Dialog, MayBeDroppedByItsOwnHandlers) {
+  struct DroppedDlg : GotoDlg {
+    LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
+      const LRESULT result = GotoDlg::WindowProc(message, wparam, lparam);
+      if (message == at) delete this;
+      return result;
+    }
+    void PostNcDestroy() override {
+      if (at == 0) delete this;
+    }
+    UINT at = 0;
+  };
+  testing::ScriptedPrompts prompts;
+  prompts.on_dialog = PressOk;
+  for (const auto& [at, result] : test::Rows<UINT, int>{
+           {WM_CREATE, -1}, {WM_SHOWWINDOW, IDCANCEL}, {WM_COMMAND, IDCANCEL}, {0, IDOK}}) {
+    auto* const dialog = new DroppedDlg;
+    dialog->at = at;
+    EXPECT_EQ(dialog->DoModal(), result) << at;
+  }
 }
 
 TEST(Dialog, RunsTheMessageLoopUnderAWindowLayer) {

@@ -4,8 +4,11 @@
 #include <string>
 #include <vector>
 
+#include "dqlib/framework/windows/dialog.h"
+#include "dqlib/framework/windows/doc_view.h"
 #include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/screen.h"
+#include "dqlib/framework/windows/tool_bar.h"
 #include "tests/support/main_window.h"
 
 namespace dq {
@@ -172,11 +175,6 @@ TEST_F(WindowTree, PlacementKeepsTheNormalRectangle) {
   ASSERT_TRUE(top.GetWindowPlacement(&placement));
   EXPECT_EQ(placement.showCmd, SW_SHOWMAXIMIZED);
   EXPECT_EQ(placement.rcNormalPosition, (CRect{10, 20, 310, 220}));
-  top.ShowWindow(SW_MINIMIZE);
-  log.clear();
-  top.ShowWindow(SW_RESTORE);
-  EXPECT_EQ(top.GetWindowRect(), (CRect{10, 20, 310, 220}));
-  EXPECT_EQ(log, (Log{"1:5"}));
   placement.rcNormalPosition = {1, 2, 31, 42};
   EXPECT_TRUE(top.SetWindowPlacement(&placement));
   EXPECT_TRUE(top.IsZoomed());
@@ -185,6 +183,49 @@ TEST_F(WindowTree, PlacementKeepsTheNormalRectangle) {
   placement.length = 40;
   EXPECT_FALSE(top.SetWindowPlacement(&placement));
   EXPECT_FALSE(CWnd().GetWindowPlacement(&placement));
+}
+
+TEST_F(WindowTree, RestoringGivesWhatAMinimisedWindowWasBefore) {
+  constexpr CRect kNormal{10, 20, 310, 220};
+  const CRect full{0, 0, GetScreenSize().cx, GetScreenSize().cy};
+  // The commands, and the last state as the placement has it: show command and flags.
+  const struct {
+    std::vector<int> commands;
+    UINT show;
+    UINT flags;
+    CRect place;
+  } rows[] = {
+      {{SW_SHOWMAXIMIZED}, 3, 0, full},
+      {{SW_SHOWMAXIMIZED, SW_RESTORE}, 1, 0, kNormal},
+      {{SW_SHOWMAXIMIZED, SW_MINIMIZE}, 2, 2, kNormal},
+      {{SW_SHOWMAXIMIZED, SW_MINIMIZE, SW_RESTORE}, 3, 2, full},
+      {{SW_SHOWMAXIMIZED, SW_SHOWMINNOACTIVE, SW_SHOWMINIMIZED, SW_RESTORE}, 3, 2, full},
+      {{SW_SHOWMAXIMIZED, SW_MINIMIZE, SW_SHOW}, 2, 2, kNormal},
+      {{SW_SHOWMAXIMIZED, SW_MINIMIZE, SW_SHOWNORMAL}, 1, 0, kNormal},
+      {{SW_SHOWMAXIMIZED, SW_MINIMIZE, SW_SHOWNOACTIVATE}, 1, 0, kNormal},
+      {{SW_SHOWMAXIMIZED, SW_MINIMIZE, SW_RESTORE, SW_RESTORE}, 1, 0, kNormal},
+      {{SW_SHOWMAXIMIZED, SW_RESTORE, SW_MINIMIZE, SW_RESTORE}, 1, 0, kNormal},
+      {{SW_MINIMIZE}, 2, 0, kNormal},
+      {{SW_MINIMIZE, SW_RESTORE}, 1, 0, kNormal},
+      {{SW_MINIMIZE, SW_SHOWMAXIMIZED, SW_RESTORE}, 1, 0, kNormal},
+      {{SW_RESTORE}, 1, 0, kNormal},
+  };
+  for (const auto& row : rows) {
+    LogWnd window(log, nullptr, 1);
+    window.MoveWindow(kNormal);
+    for (const int command : row.commands) window.ShowWindow(command);
+    WINDOWPLACEMENT placement;
+    ASSERT_TRUE(window.GetWindowPlacement(&placement));
+    EXPECT_EQ(placement.showCmd, row.show) << &row - rows;
+    EXPECT_EQ(placement.flags, row.flags) << &row - rows;
+    EXPECT_EQ(window.GetWindowRect(), row.place) << &row - rows;
+    EXPECT_EQ(placement.rcNormalPosition, kNormal) << &row - rows;
+    // Another window takes the placement over, and what it is restored to.
+    LogWnd other(log, nullptr, 2);
+    EXPECT_TRUE(other.SetWindowPlacement(&placement));
+    for (LogWnd* each : {&window, &other}) each->ShowWindow(SW_RESTORE);
+    EXPECT_EQ(other.GetWindowRect(), window.GetWindowRect()) << &row - rows;
+  }
 }
 
 // ---- Commands
@@ -234,6 +275,95 @@ TEST(Commands, GoToTheActiveViewThenTheFrameThenTheApplication) {
   view.DestroyWindow();
   EXPECT_EQ(frame.GetActiveView(), nullptr);
   EXPECT_FALSE(frame.OnCmdMsg(kOpen, CN_COMMAND, nullptr, nullptr));
+}
+
+/// Something that handles the commands 33001 and on whose letters it is given, and says by its name
+/// that it did.
+template <typename Base>
+struct Stop : Base {
+  using Base::Base;
+  bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override {
+    if (key.message != WM_COMMAND || key.code != CN_COMMAND ||
+        handles.find(static_cast<char>(key.id - 33001 + 'a')) == std::string::npos) {
+      return Base::CallMapped(key, arguments);
+    }
+    if (!arguments.only_ask) *asked += name;
+    return true;
+  }
+  std::string handles;
+  char name = '?';
+  std::string* asked = nullptr;
+};
+
+TEST(Commands, GoFromWhereTheyAreSentUpToTheApplication) {
+  std::string asked;
+  Stop<CWinApp> app("routes");
+  Stop<CMDIFrameWnd> main;
+  Stop<CMDIChildWnd> child;
+  Stop<CMDIChildWnd> other;
+  Stop<CView> view;
+  Stop<CDocument> document;
+  Stop<CDialog> dialog;
+  CToolBar bars[2];
+  ASSERT_TRUE(main.Create("Frame", "", {}));
+  for (CMDIChildWnd* each : {&other, &child}) ASSERT_TRUE(each->Create("Child", "", {}, &main));
+  ASSERT_TRUE(view.Create(&child, {}, 1, &document));
+  ASSERT_TRUE(dialog.CreateIndirect({}, &main));
+  const auto set = [&asked](auto& stop, char name, const char* handles) {
+    stop.name = name;
+    stop.handles = handles;
+    stop.asked = &asked;
+  };
+  set(app, 'A', "abcdefgh");
+  set(main, 'M', "abcdef");
+  set(dialog, 'D', "ah");
+  set(child, 'C', "abd");
+  set(document, 'T', "abe");
+  set(view, 'V', "a");
+  set(other, 'O', "g");
+  // The windows to which each command is sent, and who gets it. '-': nobody.
+  const struct {
+    CWnd* to;
+    const char* got;
+  } rows[] = {
+      {&main, "VTACTAAA-"}, {&child, "VTACTAAA-"}, {&other, "AAAAAAOA-"}, {&dialog, "DTACTAAD-"}};
+  for (const auto& row : rows) {
+    std::string got;
+    for (UINT id = 33001; id < 33010; ++id) {
+      asked.clear();
+      row.to->SendMessage(WM_COMMAND, id);
+      got += asked.empty() ? "-" : asked;
+    }
+    EXPECT_EQ(got, row.got) << &row - rows;
+  }
+  // Without a child frame that is active, the main frame's own come first.
+  child.MDIDestroy();
+  other.MDIDestroy();
+  asked.clear();
+  for (UINT id = 33001; id < 33010; ++id) main.SendMessage(WM_COMMAND, id);
+  EXPECT_EQ(asked, "MMMMMMAA");
+}
+
+TEST(Commands, ButtonsOfAChildFrameAreEnabledForTheApplicationsCommands) {
+  std::string asked;
+  Stop<CWinApp> app("buttons");
+  app.handles = "a";
+  CMDIFrameWnd main;
+  CMDIChildWnd child;
+  CToolBar bar;
+  ASSERT_TRUE(main.Create("Frame", "", {}) && child.Create("Child", "", {}, &main));
+  ASSERT_TRUE(bar.Create(&child));
+  const WORD commands[] = {33001, 33002};
+  bar.SetButtons(commands);
+  app.m_pMainWnd = &main;
+  PumpUntilIdle();
+  EXPECT_TRUE(bar.GetButton(0).enabled);
+  EXPECT_FALSE(bar.GetButton(1).enabled);
+  app.asked = &asked;
+  app.name = 'A';
+  EXPECT_TRUE(bar.ClickButton(0));
+  EXPECT_FALSE(bar.ClickButton(1));
+  EXPECT_EQ(asked, "A");
 }
 
 TEST(Commands, ChildFramesAreActiveOneAtATime) {

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "dqlib/framework/windows/menu.h"
+#include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/framework/windows/wnd.h"
 
 namespace dq {
@@ -78,8 +79,13 @@ void CCmdUI::SetText(const char* text) {
 
 bool CCmdUI::DoUpdate(CCmdTarget& target, bool disable_if_no_handler) {
   m_bEnableChanged = false;
+  const detail::Watched route(target);
+  const HMENU menu = m_pMenu == nullptr ? nullptr : m_pMenu->GetSafeHmenu();
+  const HWND other = m_pOther == nullptr ? nullptr : m_pOther->GetSafeHwnd();
   const bool updated = target.OnCmdMsg(m_nID, CN_UPDATE_COMMAND_UI, this, nullptr) != 0;
-  if (disable_if_no_handler && !m_bEnableChanged) {
+  if (m_pMenu != nullptr && CMenu::FromHandle(menu) != m_pMenu) return updated;
+  if (other != nullptr && CWnd::FromHandle(other) != m_pOther) return updated;
+  if (disable_if_no_handler && !m_bEnableChanged && route.IsThere()) {
     int asked = 0;
     Enable(target.OnCmdMsg(m_nID, CN_COMMAND, nullptr, &asked));
   }

@@ -17,7 +17,8 @@ class CCmdTarget : public CObject {
   /// Handles a command or hands it on along the target's route. `code` is a `CommandCode` or a
   /// notification code. With `CN_UPDATE_COMMAND_UI`, `extra` is the `CCmdUI*`. With a
   /// `handler_info` that isn't null nothing is called: it only asks whether there is a handler.
-  /// Returns whether the command was, or would be, handled.
+  /// Returns whether the command was, or would be, handled. A handler may end the windows on the
+  /// route; one that does for its own mustn't decline.
   virtual BOOL OnCmdMsg(UINT id, int code, void* extra, void* handler_info);
 
  protected:
@@ -43,8 +44,9 @@ class CCmdUI {
   virtual void SetText(const char* text);
 
   /// Has the target bring the item up to date. With `disable_if_no_handler`, an item whose update
-  /// nobody handles is enabled if its command has a handler and disabled if not. False if nobody
-  /// handled the update.
+  /// nobody handles is enabled if its command has a handler and disabled if not. The handler may
+  /// end the target, if that is a window, and the item's menu or control. False if nobody handled
+  /// the update.
   bool DoUpdate(CCmdTarget& target, bool disable_if_no_handler);
   /// Has the update go on to the next target of the route.
   void ContinueRouting() { m_bContinueRouting = true; }

@@ -6,6 +6,7 @@
 #include "dqlib/framework/windows/dialog_controls.h"
 #include "dqlib/framework/windows/message_queue.h"
 #include "dqlib/framework/windows/screen.h"
+#include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/framework/windows/win_thread.h"
 #include "dqlib/platform/platform.h"
 
@@ -25,27 +26,36 @@ void ClearUp(Step step) {
   }
 }
 
+HWND HandleOf(const CWnd* window) { return window == nullptr ? nullptr : window->GetSafeHwnd(); }
+
 /// Disables the window that a modal dialog belongs to, and enables it and makes it the active one
-/// again.
+/// again. What had the focus before gets it back, unless something else has it by then; where the
+/// owner is left alone, the former window becomes the active one.
 class DisabledOwner {
  public:
-  explicit DisabledOwner(CWnd* owner) {
+  explicit DisabledOwner(CWnd* owner)
+      : focus_(HandleOf(CWnd::GetFocus())), active_(HandleOf(CWnd::GetActiveWindow())) {
     if (owner == nullptr || !owner->IsWindowEnabled()) return;
-    owner_ = owner->GetSafeHwnd();
+    owner_ = active_ = owner->GetSafeHwnd();
     owner->EnableWindow(false);
   }
   DisabledOwner(const DisabledOwner&) = delete;
   DisabledOwner& operator=(const DisabledOwner&) = delete;
   ~DisabledOwner() {
     ClearUp([this] {
-      CWnd* const owner = MessageQueue::FindOwnWindow(owner_);
-      if (owner == nullptr) return;
-      owner->EnableWindow(true);
-      if (MessageQueue::FindOwnWindow(owner_) == owner) owner->SetActiveWindow();
+      if (CWnd* const owner = MessageQueue::FindOwnWindow(owner_)) owner->EnableWindow(true);
+      CWnd* const active = MessageQueue::FindOwnWindow(active_);
+      if (active != nullptr && (owner_ != nullptr || CWnd::GetActiveWindow() == nullptr)) {
+        active->SetActiveWindow();
+      }
+      CWnd* const focus = MessageQueue::FindOwnWindow(focus_);
+      if (focus != nullptr && CWnd::GetFocus() == nullptr) focus->SetFocus();
     });
   }
 
  private:
+  HWND focus_;
+  HWND active_;
   HWND owner_ = nullptr;
 };
 
@@ -73,10 +83,31 @@ void FocusFirst(const CWnd& dialog) {
 
 IMPLEMENT_DYNAMIC(CDialog, CWnd)
 
+/// A modal run. It outlives the dialog where a handler drops that.
+struct CDialog::Run {
+  /// Null once it is dropped.
+  CDialog* dialog;
+  bool closed = false;
+  int result = IDCANCEL;
+
+  explicit Run(CDialog& of) : dialog(&of) { of.run_ = this; }
+  Run(const Run&) = delete;
+  Run& operator=(const Run&) = delete;
+  /// However the run is left, by an exception too.
+  ~Run() {
+    if (dialog != nullptr) ClearUp([this] { dialog->DestroyWindow(); });
+    // It may have dropped itself now.
+    if (dialog == nullptr) return;
+    dialog->controls_.clear();
+    dialog->run_ = nullptr;
+  }
+};
+
 /// The dialog as the prompts see it. It holds the handle, because handlers may end the dialog.
 class CDialog::View : public platform::DialogView {
  public:
-  explicit View(CDialog& dialog) : dialog_(dialog), window_(dialog.GetSafeHwnd()) {}
+  View(CDialog& dialog, const Run& run)
+      : dialog_(dialog), run_(run), window_(dialog.GetSafeHwnd()) {}
 
   std::string Caption() override {
     return IsOpen() ? std::string(dialog_.GetWindowText()) : std::string();
@@ -107,8 +138,10 @@ class CDialog::View : public platform::DialogView {
     return taken;
   }
 
-  bool IsOpen() override {
-    return MessageQueue::FindOwnWindow(window_) == &dialog_ && !dialog_.closed_;
+  /// For the person, it is closed when the thread is told to end.
+  bool IsOpen() override { return IsLeftOpen() && !MessageQueue::Current()->IsToEnd(); }
+  bool IsLeftOpen() const {
+    return MessageQueue::FindOwnWindow(window_) == &dialog_ && !run_.closed;
   }
 
  private:
@@ -123,6 +156,7 @@ class CDialog::View : public platform::DialogView {
   }
 
   CDialog& dialog_;
+  const Run& run_;
   HWND window_;
 };
 
@@ -132,21 +166,24 @@ CDialog::CDialog(UINT template_id, CWnd* parent)
 CDialog::~CDialog() {
   // While the controls are still there: their parent goes first.
   CDialog::DestroyWindow();
+  if (run_ != nullptr) run_->dialog = nullptr;
 }
 
 void CDialog::InitModalIndirect(DialogTemplate dialog, CWnd* parent) {
-  own_template_ = std::make_unique<DialogTemplate>(std::move(dialog));
+  own_template_ = std::make_shared<const DialogTemplate>(std::move(dialog));
   modal_parent_ = parent;
 }
 
 int CDialog::DoModal() {
-  if (running_ || GetSafeHwnd() != nullptr) return -1;
+  if (run_ != nullptr || GetSafeHwnd() != nullptr) return -1;
   // Over the dialog that runs already: a person mustn't close that one meanwhile.
   CWnd* const active = GetActiveWindow();
   const CDialog* const outer = DYNAMIC_DOWNCAST(CDialog, active);
-  CWnd* const above = outer != nullptr && outer->running_ ? active : AfxGetMainWnd();
+  CWnd* const above = outer != nullptr && outer->run_ != nullptr ? active : AfxGetMainWnd();
   CWnd* const parent = modal_parent_ != nullptr ? modal_parent_ : above;
-  if (own_template_ != nullptr) return RunModal(*own_template_, parent);
+  // A handler may set another one meanwhile.
+  const std::shared_ptr<const DialogTemplate> own = own_template_;
+  if (own != nullptr) return RunModal(*own, parent);
   const std::optional<DialogTemplate> found = FindDialogTemplate(template_id_);
   return found ? RunModal(*found, parent) : -1;
 }
@@ -155,38 +192,25 @@ int CDialog::RunModal(const DialogTemplate& dialog, CWnd* parent) {
   // The main window may be another thread's.
   if (parent != nullptr && MessageQueue::FindOwnWindow(parent->GetSafeHwnd()) != parent) return -1;
   CWnd* const owner = parent == nullptr ? nullptr : parent->GetTopLevelParent();
-  // However the run is left, by an exception too.
-  struct End {
-    CDialog& dialog;
-    ~End() {
-      dialog.running_ = false;
-      ClearUp([this] { dialog.DestroyWindow(); });
-      dialog.controls_.clear();
-    }
-  };
-  running_ = true;
-  closed_ = false;
-  result_ = IDCANCEL;
+  const HWND owner_window = HandleOf(owner);
   const DisabledOwner disabled(owner);
-  const End end{*this};
-  if (!Open(dialog, owner, false)) return closed_ ? result_ : -1;
-  if (!closed_) {
-    ShowWindow(SW_SHOW);
-    RunUntilClosed();
-  }
-  return result_;
-}
-
-void CDialog::RunUntilClosed() {
-  View view(*this);
+  Run run(*this);
+  if (owner != nullptr && MessageQueue::FindOwnWindow(owner_window) != owner) return -1;
+  if (!Open(dialog, owner, false)) return run.closed ? run.result : -1;
+  if (run.closed) return run.result;
+  View view(*this, run);
+  ShowWindow(SW_SHOW);
   const WindowObserver* const observer = GetWindowObserver();
-  if (observer != nullptr && observer->RunsDialogs()) {
+  if (!view.IsOpen()) {
+    // A handler has closed it while it came up, or the thread is about to end.
+  } else if (observer != nullptr && observer->RunsDialogs()) {
     PumpUntil([&view] { return !view.IsOpen(); });
   } else {
     platform::Current().prompts->RunDialog(view);
   }
-  if (view.IsOpen()) OnCancel();
-  if (view.IsOpen()) EndDialog(IDCANCEL);
+  if (view.IsLeftOpen()) OnCancel();
+  if (view.IsLeftOpen()) EndDialog(IDCANCEL);
+  return run.result;
 }
 
 bool CDialog::Create(UINT template_id, CWnd* parent, bool child) {
@@ -197,7 +221,7 @@ bool CDialog::Create(UINT template_id, CWnd* parent, bool child) {
 }
 
 bool CDialog::CreateIndirect(const DialogTemplate& dialog, CWnd* parent, bool child) {
-  if (running_ || GetSafeHwnd() != nullptr || (child && parent == nullptr)) return false;
+  if (run_ != nullptr || GetSafeHwnd() != nullptr || (child && parent == nullptr)) return false;
   controls_.clear();
   return Open(dialog, parent, child);
 }
@@ -212,10 +236,10 @@ bool CDialog::Open(const DialogTemplate& dialog, CWnd* parent, bool child) {
     creation.place = Centered(dialog.size, parent);
   }
   if (!CreateWnd(creation)) return false;
-  const HWND self = GetSafeHwnd();
-  detail::MakeControls(dialog, *this, controls_);
+  const detail::Watched self(*this);
+  if (!detail::MakeControls(dialog, *this, controls_)) return false;
   const bool choose_focus = OnInitDialog() != 0;
-  if (MessageQueue::FindOwnWindow(self) != this) return false;
+  if (!self.IsThere()) return false;
   if (choose_focus && !child) first_focus_ = true;
   return true;
 }
@@ -228,11 +252,11 @@ BOOL CDialog::OnInitDialog() {
 }
 
 void CDialog::EndDialog(int result) {
-  if (!running_) {
+  if (run_ == nullptr) {
     ShowWindow(SW_HIDE);
-  } else if (!closed_) {
-    closed_ = true;
-    result_ = result;
+  } else if (!run_->closed) {
+    run_->closed = true;
+    run_->result = result;
   }
 }
 
@@ -251,7 +275,9 @@ bool CDialog::CallMapped(const HandlerKey& key, HandlerArguments& arguments) {
 }
 
 BOOL CDialog::OnCmdMsg(UINT id, int code, void* extra, void* handler_info) {
+  const detail::Watched self(*this);
   if (CWnd::OnCmdMsg(id, code, extra, handler_info) != 0) return 1;
+  if (!self.IsThere()) return 0;
   if (code != CN_COMMAND && code != CN_UPDATE_COMMAND_UI) return 0;
   constexpr UINT kFirstCommand = 0x8000;
   constexpr UINT kLastCommand = 0xEFFF;
@@ -268,7 +294,9 @@ LRESULT CDialog::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
     return 0;
   }
   if (message == WM_SHOWWINDOW && wparam != 0) {
+    const detail::Watched self(*this);
     if (std::exchange(first_focus_, false)) FocusFirst(*this);
+    if (!self.IsThere()) return 0;
     GotoDlgCtrl(MessageQueue::FindOwnWindow(std::exchange(wanted_focus_, nullptr)));
   }
   return CWnd::DefWindowProc(message, wparam, lparam);

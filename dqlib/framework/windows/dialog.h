@@ -25,8 +25,9 @@ class CDialog : public CWnd {
   /// Shows the dialog and returns when it is closed: the result given to `EndDialog`, or -1 if the
   /// window couldn't be made. Its parent's top-level window is disabled meanwhile. The platform's
   /// prompts run it, unless a window layer does (see `WindowObserver::RunsDialogs`); one that they
-  /// leave open is cancelled. A dialog whose own handler destroys it ends with `IDCANCEL`. Runs may
-  /// be nested, but not of the same object: then -1.
+  /// leave open is cancelled, and so is one that runs when the thread is told to end. A dialog
+  /// whose own handler destroys it, or drops the object, ends with `IDCANCEL`. Runs may be nested,
+  /// but not of the same object: then -1. The window that had the focus gets it back.
   virtual int DoModal();
 
   /// Makes the window without running it, as a child of `parent` if `child`, and else owned by it.
@@ -64,22 +65,21 @@ class CDialog : public CWnd {
 
  private:
   class View;
+  struct Run;
 
   bool Open(const DialogTemplate& dialog, CWnd* parent, bool child);
   int RunModal(const DialogTemplate& dialog, CWnd* parent);
-  void RunUntilClosed();
 
   UINT template_id_ = 0;
   CWnd* modal_parent_ = nullptr;
-  std::unique_ptr<DialogTemplate> own_template_;
+  std::shared_ptr<const DialogTemplate> own_template_;
   std::vector<std::unique_ptr<CWnd>> controls_;
-  bool running_ = false;
+  /// The modal run that is under way.
+  Run* run_ = nullptr;
   /// The first control gets the focus when the dialog is shown.
   bool first_focus_ = false;
   /// The control that gets it then.
   HWND wanted_focus_ = nullptr;
-  bool closed_ = false;
-  int result_ = -1;
 };
 
 }  // namespace dq

@@ -7,6 +7,7 @@
 
 #include "dqlib/framework/base/multi_byte.h"
 #include "dqlib/framework/windows/dialog.h"
+#include "dqlib/framework/windows/ui_state.h"
 
 namespace dq {
 namespace {
@@ -74,8 +75,9 @@ void RegisterControlClass(std::string_view window_class, WindowFactory make) {
 
 namespace detail {
 
-void MakeControls(const DialogTemplate& pattern, CWnd& dialog,
+bool MakeControls(const DialogTemplate& pattern, CWnd& dialog,
                   std::vector<std::unique_ptr<CWnd>>& controls) {
+  const Watched parent(dialog);
   controls.reserve(controls.size() + pattern.controls.size());
   for (const ControlTemplate& control : pattern.controls) {
     const auto factory = Factories().find(control.window_class);
@@ -89,8 +91,10 @@ void MakeControls(const DialogTemplate& pattern, CWnd& dialog,
                        .id = control.id,
                        .visible = !control.Has("hidden"),
                        .enabled = !control.Has("disabled")});
+    if (!parent.IsThere()) return false;
     controls.push_back(std::move(window));
   }
+  return true;
 }
 
 std::vector<DialogControl> DescribeControls(const CWnd& dialog) {

@@ -13,8 +13,8 @@
 namespace dq::detail {
 
 /// Makes the controls in `dialog` and puts their objects into `controls`. A window class that
-/// nobody has registered makes a plain window.
-void MakeControls(const DialogTemplate& pattern, CWnd& dialog,
+/// nobody has registered makes a plain window. False if a handler has ended the dialog.
+bool MakeControls(const DialogTemplate& pattern, CWnd& dialog,
                   std::vector<std::unique_ptr<CWnd>>& controls);
 
 /// Every control, those of child dialogs in their places. Labels of controls without a text of

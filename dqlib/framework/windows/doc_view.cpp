@@ -5,6 +5,7 @@
 
 #include "dqlib/framework/windows/dialog_controls.h"
 #include "dqlib/framework/windows/frame_wnd.h"
+#include "dqlib/framework/windows/ui_state.h"
 
 namespace dq {
 
@@ -12,7 +13,24 @@ IMPLEMENT_DYNCREATE(CDocument, CCmdTarget)
 IMPLEMENT_DYNAMIC(CView, CWnd)
 IMPLEMENT_DYNAMIC(CFormView, CView)
 
+/// A walk through the views. Those that go meanwhile are null in it.
+struct CDocument::Update {
+  CDocument& document;
+  std::vector<CView*> views;
+  bool document_gone = false;
+
+  explicit Update(CDocument& of) : document(of), views(of.m_views) {
+    document.m_updates.push_back(this);
+  }
+  Update(const Update&) = delete;
+  Update& operator=(const Update&) = delete;
+  ~Update() {
+    if (!document_gone) document.m_updates.pop_back();
+  }
+};
+
 CDocument::~CDocument() {
+  for (Update* const update : m_updates) update->document_gone = true;
   for (CView* const view : m_views) view->m_pDocument = nullptr;
 }
 
@@ -24,14 +42,19 @@ void CDocument::AddView(CView* view) {
 }
 
 void CDocument::RemoveView(CView* view) {
-  if (std::erase(m_views, view) > 0) view->m_pDocument = nullptr;
+  if (view == nullptr || view->m_pDocument != this) return;
+  std::erase(m_views, view);
+  view->m_pDocument = nullptr;
+  for (Update* const update : m_updates) {
+    std::ranges::replace(update->views, view, static_cast<CView*>(nullptr));
+  }
 }
 
 void CDocument::UpdateAllViews(CView* sender, LPARAM hint, CObject* object) {
-  const std::vector<CView*> views = m_views;
-  for (CView* const view : views) {
-    const bool stays = std::find(m_views.begin(), m_views.end(), view) != m_views.end();
-    if (stays && view != sender) view->OnUpdate(sender, hint, object);
+  Update update(*this);
+  for (std::size_t at = 0; !update.document_gone && at < update.views.size(); ++at) {
+    CView* const view = update.views[at];
+    if (view != nullptr && view != sender) view->OnUpdate(sender, hint, object);
   }
 }
 
@@ -58,8 +81,11 @@ void CView::OnInitialUpdate() { OnUpdate(nullptr, 0, nullptr); }
 void CView::OnUpdate(CView*, LPARAM, CObject*) { Invalidate(); }
 
 BOOL CView::OnCmdMsg(UINT id, int code, void* extra, void* handler_info) {
+  const detail::Watched self(*this);
   if (CWnd::OnCmdMsg(id, code, extra, handler_info) != 0) return 1;
-  return m_pDocument == nullptr ? 0 : m_pDocument->OnCmdMsg(id, code, extra, handler_info);
+  return !self.IsThere() || m_pDocument == nullptr
+             ? 0
+             : m_pDocument->OnCmdMsg(id, code, extra, handler_info);
 }
 
 LRESULT CView::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
@@ -95,14 +121,15 @@ bool CFormView::Create(CWnd* parent, int id, CDocument* document) {
                   .id = id})) {
     return false;
   }
-  detail::MakeControls(*form, *this, m_controls);
+  if (!detail::MakeControls(*form, *this, m_controls)) return false;
   Attach(document);
   return true;
 }
 
 void CFormView::OnInitialUpdate() {
+  const detail::Watched self(*this);
   UpdateData(0);
-  CView::OnInitialUpdate();
+  if (self.IsThere()) CView::OnInitialUpdate();
 }
 
 }  // namespace dq

@@ -28,11 +28,15 @@ class CDocument : public CCmdTarget {
 
   /// Tells all views but the sender, which may be null, that the document has changed. What `hint`
   /// and `object` mean is between the document and its views. Views may come and go meanwhile: one
-  /// that goes isn't told, one that comes neither. The document must stay.
+  /// that goes isn't told, one that comes neither. If the document goes, no more are told.
   void UpdateAllViews(CView* sender, LPARAM hint = 0, CObject* object = nullptr);
 
  private:
+  struct Update;
+
   std::vector<CView*> m_views;
+  /// Those that are under way, the innermost last.
+  std::vector<Update*> m_updates;
 };
 
 /// A window that shows a document in a frame.

@@ -2,6 +2,7 @@
 
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/windows/message_queue.h"
+#include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/framework/windows/win_app.h"
 
 namespace dq {
@@ -54,9 +55,13 @@ void CFrameWnd::UpdateMenu() {
 }
 
 BOOL CFrameWnd::OnCmdMsg(UINT id, int code, void* extra, void* handler_info) {
+  // One that declines may have ended the frame.
+  const detail::Watched self(*this);
   CWnd* const view = GetActiveView();
   if (view != nullptr && view->OnCmdMsg(id, code, extra, handler_info) != 0) return 1;
+  if (!self.IsThere()) return 0;
   if (CWnd::OnCmdMsg(id, code, extra, handler_info) != 0) return 1;
+  if (!self.IsThere()) return 0;
   CWinApp* const app = AfxGetApp();
   return app == nullptr ? 0 : app->OnCmdMsg(id, code, extra, handler_info);
 }
@@ -124,14 +129,18 @@ CFrameWnd* CMDIFrameWnd::GetActiveFrame() {
 }
 
 BOOL CMDIFrameWnd::OnCmdMsg(UINT id, int code, void* extra, void* handler_info) {
+  const detail::Watched self(*this);
   CMDIChildWnd* const child = MDIGetActive();
   if (child != nullptr && child->OnCmdMsg(id, code, extra, handler_info) != 0) return 1;
+  if (!self.IsThere()) return 0;
   return CFrameWnd::OnCmdMsg(id, code, extra, handler_info);
 }
 
 LRESULT CMDIFrameWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
   if (message == WM_SIZE && wparam != SIZE_MINIMIZED && client_ != nullptr) {
+    const detail::Watched self(*this);
     client_->MoveWindow(GetClientRect());
+    if (!self.IsThere()) return 0;
   }
   return CFrameWnd::DefWindowProc(message, wparam, lparam);
 }
@@ -148,8 +157,9 @@ bool CMDIChildWnd::Create(const char* class_name, const char* caption, const CRe
                   .parent = client})) {
     return false;
   }
+  const detail::Watched self(*this);
   parent->MDIActivate(this);
-  return GetSafeHwnd() != nullptr;
+  return self.IsThere();
 }
 
 CMDIFrameWnd* CMDIChildWnd::GetMDIFrame() const {
@@ -165,13 +175,6 @@ void CMDIChildWnd::MDIDestroy() {
 
 void CMDIChildWnd::MDIActivate() {
   if (CMDIFrameWnd* const frame = GetMDIFrame()) frame->MDIActivate(this);
-}
-
-BOOL CMDIChildWnd::OnCmdMsg(UINT id, int code, void* extra, void* handler_info) {
-  // The application comes behind the main frame, which this one's commands go on to.
-  CWnd* const view = GetActiveView();
-  if (view != nullptr && view->OnCmdMsg(id, code, extra, handler_info) != 0) return 1;
-  return CWnd::OnCmdMsg(id, code, extra, handler_info);
 }
 
 LRESULT CMDIChildWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {

@@ -81,7 +81,8 @@ class CMDIFrameWnd : public CFrameWnd {
   HWND active_child_ = nullptr;
 };
 
-/// A child frame.
+/// A child frame. Commands sent to it go where those of any frame do; those of the main frame come
+/// to the application first by the active child frame, then by the main frame itself.
 class CMDIChildWnd : public CFrameWnd {
   DECLARE_DYNCREATE(CMDIChildWnd)
   CMDIChildWnd() = default;
@@ -95,9 +96,6 @@ class CMDIChildWnd : public CFrameWnd {
   /// one becomes active.
   void MDIDestroy();
   void MDIActivate();
-
-  /// Commands go to the active view and then to the child frame.
-  BOOL OnCmdMsg(UINT id, int code, void* extra, void* handler_info) override;
 
  protected:
   LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;

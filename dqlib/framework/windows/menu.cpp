@@ -7,6 +7,7 @@
 #include "dqlib/framework/windows/cmd_target.h"
 #include "dqlib/framework/windows/menu_model.h"
 #include "dqlib/framework/windows/resource_text.h"
+#include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/platform/modules.h"
 
 namespace dq {
@@ -105,6 +106,7 @@ int NextToUpdate(const CCmdUI& updated, const MenuModel& menu) {
 
 /// Brings the items of one menu up to date and adds its submenus to `found`.
 void UpdateLevel(HMENU handle, CCmdTarget& target, bool auto_disable, std::vector<HMENU>& found) {
+  const detail::Watched route(target);
   const MenuModel* menu = FindMenu(handle);
   for (int index = 0; menu != nullptr && index < static_cast<int>(menu->items.size());) {
     const MenuItem& item = menu->items[static_cast<std::size_t>(index)];
@@ -119,6 +121,7 @@ void UpdateLevel(HMENU handle, CCmdTarget& target, bool auto_disable, std::vecto
     ui.m_nIndexMax = static_cast<UINT>(menu->items.size());
     ui.m_pMenu = CMenu::FromHandle(handle);
     ui.DoUpdate(target, auto_disable);
+    if (!route.IsThere()) return;
     menu = FindMenu(handle);
     if (menu != nullptr) index = NextToUpdate(ui, *menu);
   }
@@ -289,9 +292,10 @@ UINT CMenu::GetDefaultItem() const {
 
 void CMenu::UpdateItems(CCmdTarget& target, bool auto_disable) {
   // By handles alone, because handlers may end any menu and this object with it.
+  const detail::Watched route(target);
   std::vector<HMENU> found{m_hMenu};
   std::set<HMENU> updated;
-  while (!found.empty()) {
+  while (!found.empty() && route.IsThere()) {
     const HMENU menu = found.back();
     found.pop_back();
     if (updated.insert(menu).second) UpdateLevel(menu, target, auto_disable, found);

@@ -117,8 +117,8 @@ class CMenu : public CObject {
   UINT GetDefaultItem() const;
 
   /// Brings all items up to date by their handlers: those of `target` and its route. With
-  /// `auto_disable`, commands without a handler are disabled. Handlers may change the menus, and
-  /// destroy them; they must leave `target`.
+  /// `auto_disable`, commands without a handler are disabled. Handlers may change the menus,
+  /// destroy them, and end `target` if that is a window, which ends the update.
   void UpdateItems(class CCmdTarget& target, bool auto_disable = true);
 
   /// Null without a menu. Read only.

@@ -4,9 +4,13 @@
 #include <charconv>
 #include <utility>
 
+#include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/platform/dialog_view.h"
 
 namespace dq {
+
+using detail::Watched;
+
 namespace {
 
 // Pixels.
@@ -15,17 +19,6 @@ constexpr LONG kButtonWidth = 75;
 constexpr LONG kButtonHeight = 23;
 constexpr LONG kTabsHeight = 24;
 constexpr LONG kPageBorder = 4;
-
-/// A window that handlers may end while it is at work.
-class Watched {
- public:
-  explicit Watched(const CWnd& window) : window_(&window), handle_(window.GetSafeHwnd()) {}
-  bool IsThere() const { return CWnd::FromHandle(handle_) == window_; }
-
- private:
-  const CWnd* window_;
-  HWND handle_;
-};
 
 CRect PagePlace(const CRect& tabs) {
   return {tabs.left + kPageBorder, tabs.top + kTabsHeight, tabs.right - kPageBorder,

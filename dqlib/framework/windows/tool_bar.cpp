@@ -4,6 +4,7 @@
 
 #include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/resource_text.h"
+#include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/framework/windows/window_messages.h"
 #include "dqlib/platform/modules.h"
 
@@ -32,7 +33,7 @@ void AddWord(std::string& data, std::size_t word) {
 /// A button while it is brought up to date.
 class ButtonUI : public CCmdUI {
  public:
-  explicit ButtonUI(CToolBar& bar) : bar_(bar) { m_pOther = &bar; }
+  explicit ButtonUI(CToolBar& bar) : bar_(bar), watched_(bar) { m_pOther = &bar; }
 
   void Enable(BOOL on) override {
     m_bEnableChanged = true;
@@ -47,10 +48,11 @@ class ButtonUI : public CCmdUI {
 
  private:
   int Position() const { return static_cast<int>(m_nIndex); }
-  /// False once a handler has replaced the buttons.
-  bool HasButton() const { return bar_.GetItemID(Position()) == m_nID; }
+  /// False once a handler has replaced the buttons or ended the bar.
+  bool HasButton() const { return watched_.IsThere() && bar_.GetItemID(Position()) == m_nID; }
 
   CToolBar& bar_;
+  detail::Watched watched_;
 };
 
 }  // namespace
@@ -154,7 +156,10 @@ bool CToolBar::ClickButton(int position) {
 }
 
 void CToolBar::OnUpdateCmdUI(CCmdTarget& target, bool disable_if_no_handler) {
-  for (int position = 0; position < GetItemCount(); ++position) {
+  const detail::Watched self(*this);
+  const detail::Watched route(target);
+  for (int position = 0; self.IsThere() && route.IsThere() && position < GetItemCount();
+       ++position) {
     if (!IsButton(position)) continue;
     ButtonUI ui(*this);
     ui.m_nID = GetItemID(position);

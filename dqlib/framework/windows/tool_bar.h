@@ -74,8 +74,8 @@ class CToolBar : public CWnd {
   bool ClickButton(int position);
 
   /// Brings all buttons up to date by the handlers of `target` and its route. Handlers may replace
-  /// the buttons; they must leave the bar and `target`. Called with the frame around the bar when
-  /// the thread is idle (`WM_IDLEUPDATECMDUI`), if the bar is visible.
+  /// the buttons, and end the bar, and `target` if that is a window. Called with the frame around
+  /// the bar when the thread is idle (`WM_IDLEUPDATECMDUI`), if the bar is visible.
   void OnUpdateCmdUI(CCmdTarget& target, bool disable_if_no_handler);
 
  protected:

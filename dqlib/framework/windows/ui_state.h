@@ -8,6 +8,8 @@
 
 namespace dq {
 
+class CCmdTarget;
+class CWnd;
 class WindowObserver;
 
 namespace detail {
@@ -24,6 +26,22 @@ struct UiState {
 };
 
 UiState& CurrentUi();
+
+/// A window that is at work while handlers, which may end it, are called. Once it isn't there,
+/// nothing of it may be touched. A target of commands that is no window can't be watched, nor can a
+/// window that isn't made: both count as there.
+class Watched {
+ public:
+  explicit Watched(const CWnd& window);
+  explicit Watched(const CCmdTarget& target);
+
+  bool IsThere() const;
+
+ private:
+  const CWnd* window_;
+  HWND handle_;
+  std::size_t ended_;
+};
 
 }  // namespace detail
 }  // namespace dq

@@ -84,6 +84,12 @@ enum ShowCommand : int {
   SW_RESTORE = 9,
 };
 
+/// Bits of `WINDOWPLACEMENT::flags`.
+enum PlacementFlag : UINT {
+  /// Of a minimised window: `SW_RESTORE` makes it maximised, as it was before.
+  WPF_RESTORETOMAXIMIZED = 2,
+};
+
 /// Ids that every program uses alike.
 enum CommonId : int {
   IDOK = 1,

@@ -37,14 +37,57 @@ namespace detail {
 
 UiState& CurrentUi() { return t_ui; }
 
+Watched::Watched(const CWnd& window)
+    : window_(&window), handle_(window.GetSafeHwnd()), ended_(t_ui.ended) {}
+
+Watched::Watched(const CCmdTarget& target)
+    : window_(DYNAMIC_DOWNCAST(CWnd, const_cast<CCmdTarget*>(&target))),
+      handle_(window_ == nullptr ? nullptr : window_->GetSafeHwnd()),
+      ended_(t_ui.ended) {}
+
+bool Watched::IsThere() const {
+  return handle_ == nullptr || ended_ == t_ui.ended ||
+         MessageQueue::FindOwnWindow(handle_) == window_;
+}
+
 }  // namespace detail
 
-/// The first child of each id. Ids that stand twice make it useless once a child goes.
-struct CWnd::ChildIndex {
-  std::unordered_map<int, CWnd*> first;
-  bool has_doubles = false;
+using detail::Watched;
 
-  void Add(CWnd* child) { has_doubles |= !first.emplace(child->id_, child).second; }
+/// The first child of each id, and how many have it. What would take a walk through the children is
+/// answered by false: then the index is of no use any more.
+struct CWnd::ChildIndex {
+  struct Entry {
+    CWnd* first;
+    std::size_t count;
+  };
+  std::unordered_map<int, Entry> entries;
+
+  /// `is_last`: no child with the id stands behind it.
+  bool Add(CWnd* child, bool is_last) {
+    const auto [entry, is_new] = entries.try_emplace(child->id_, Entry{child, 0});
+    ++entry->second.count;
+    return is_new || is_last;
+  }
+
+  /// Before the child leaves its place.
+  bool Remove(const CWnd* child) {
+    const auto entry = entries.find(child->id_);
+    if (--entry->second.count == 0) {
+      entries.erase(entry);
+      return true;
+    }
+    if (entry->second.first != child) return true;
+    CWnd* next = child->next_;
+    for (int walked = 0; next != nullptr && walked < kWalkedChildren; ++walked) {
+      if (next->id_ == child->id_) {
+        entry->second.first = next;
+        return true;
+      }
+      next = next->next_;
+    }
+    return false;
+  }
 };
 
 IMPLEMENT_DYNAMIC(CWnd, CCmdTarget)
@@ -94,12 +137,12 @@ bool CWnd::CreateWnd(const WindowCreation& creation) {
   if (creation.parent == nullptr && creation.owner != nullptr) {
     owner_ = creation.owner;
     next_owned_ = std::exchange(owner_->first_owned_, this);
+    if (next_owned_ != nullptr) next_owned_->previous_owned_ = this;
   }
-  const HWND made = m_hWnd;
-  const std::size_t ended = t_ui.ended;
+  const Watched made(*this);
   Changed(WindowChange::kCreated);
   const LRESULT result = WindowProc(WM_CREATE, 0, reinterpret_cast<LPARAM>(&creation));
-  if (ended != t_ui.ended && MessageQueue::FindOwnWindow(made) != this) return false;
+  if (!made.IsThere()) return false;
   if (result != -1) return true;
   DestroyWindow();
   return false;
@@ -136,34 +179,42 @@ BOOL CWnd::DestroyWindow() {
 
 /// Ends the windows that it owns. False if it is gone itself then.
 bool CWnd::DestroyOwned() {
-  const HWND self = m_hWnd;
+  const Watched self(*this);
   while (CWnd* const owned = first_owned_) {
-    first_owned_ = std::exchange(owned->next_owned_, nullptr);
-    owned->owner_ = nullptr;
+    owned->LeaveOwner();
     owned->DestroyWindow();
-    if (MessageQueue::FindOwnWindow(self) != this) return false;
+    if (!self.IsThere()) return false;
   }
   return true;
+}
+
+void CWnd::LeaveOwner() {
+  if (owner_ == nullptr) return;
+  (previous_owned_ == nullptr ? owner_->first_owned_ : previous_owned_->next_owned_) = next_owned_;
+  if (next_owned_ != nullptr) next_owned_->previous_owned_ = previous_owned_;
+  owner_ = next_owned_ = previous_owned_ = nullptr;
 }
 
 void CWnd::TakeDownTree() {
   const HWND self = m_hWnd;
   const bool was_alive = MessageQueue::FindOwnWindow(self) == this;
-  while (first_child_ != nullptr) {
-    CWnd* leaf = first_child_;
-    while (leaf->first_child_ != nullptr) leaf = leaf->first_child_;
-    leaf->TakeDown();
-    // The child's last call may have dropped this one.
-    if (was_alive && MessageQueue::FindOwnWindow(self) != this) return;
+  for (CWnd* at = this;;) {
+    while (at->first_child_ != nullptr) at = at->first_child_;
+    if (at == this) break;
+    CWnd* const parent = at->parent_;
+    const HWND parent_handle = parent->m_hWnd;
+    at->TakeDown();
+    at = parent;
+    // The child's last call may have dropped this one, or any above the child.
+    if (!was_alive) continue;
+    if (MessageQueue::FindOwnWindow(self) != this) return;
+    if (MessageQueue::FindOwnWindow(parent_handle) != parent) at = this;
   }
   TakeDown();
 }
 
 void CWnd::TakeDown() {
-  while (CWnd* const owned = first_owned_) {
-    first_owned_ = std::exchange(owned->next_owned_, nullptr);
-    owned->owner_ = nullptr;
-  }
+  while (first_owned_ != nullptr) first_owned_->LeaveOwner();
   const HWND self = m_hWnd.exchange(nullptr);
   for (HWND* const kept : {&t_ui.focus, &t_ui.capture, &t_ui.active}) {
     if (*kept == self) *kept = nullptr;
@@ -189,37 +240,25 @@ void CWnd::Link(CWnd* parent, CWnd* after) {
   next_ = after == nullptr ? parent->first_child_ : after->next_;
   (previous_ == nullptr ? parent->first_child_ : previous_->next_) = this;
   (next_ == nullptr ? parent->last_child_ : next_->previous_) = this;
-  if (parent->children_by_id_ == nullptr) return;
-  if (next_ == nullptr) {
-    parent->children_by_id_->Add(this);
-  } else {
-    parent->children_by_id_.reset();
-  }
+  ChildIndex* const index = parent->children_by_id_.get();
+  if (index != nullptr && !index->Add(this, next_ == nullptr)) parent->children_by_id_.reset();
 }
 
 void CWnd::Unlink() {
-  if (owner_ != nullptr) {
-    CWnd** place = &owner_->first_owned_;
-    while (*place != nullptr && *place != this) place = &(*place)->next_owned_;
-    if (*place == this) *place = next_owned_;
-    owner_ = next_owned_ = nullptr;
-  }
+  LeaveOwner();
   if (parent_ == nullptr) return;
+  ChildIndex* const index = parent_->children_by_id_.get();
+  if (index != nullptr && !index->Remove(this)) parent_->children_by_id_.reset();
   (previous_ == nullptr ? parent_->first_child_ : previous_->next_) = next_;
   (next_ == nullptr ? parent_->last_child_ : next_->previous_) = previous_;
-  if (ChildIndex* const index = parent_->children_by_id_.get()) {
-    if (index->has_doubles) {
-      parent_->children_by_id_.reset();
-    } else {
-      index->first.erase(id_);
-    }
-  }
   parent_ = next_ = previous_ = nullptr;
 }
 
 void CWnd::SetDlgCtrlID(int id) {
+  ChildIndex* const index = parent_ == nullptr ? nullptr : parent_->children_by_id_.get();
+  const bool left = index == nullptr || index->Remove(this);
   id_ = id;
-  if (parent_ != nullptr) parent_->children_by_id_.reset();
+  if (index != nullptr && !(left && index->Add(this, false))) parent_->children_by_id_.reset();
 }
 
 CWnd* CWnd::SetParent(CWnd* parent) {
@@ -257,11 +296,11 @@ CWnd* CWnd::GetDlgItem(int id) const {
     if (walked < kWalkedChildren) return nullptr;
     children_by_id_ = std::make_unique<ChildIndex>();
     for (CWnd* child = first_child_; child != nullptr; child = child->next_) {
-      children_by_id_->Add(child);
+      children_by_id_->Add(child, true);
     }
   }
-  const auto found = children_by_id_->first.find(id);
-  return found == children_by_id_->first.end() ? nullptr : found->second;
+  const auto found = children_by_id_->entries.find(id);
+  return found == children_by_id_->entries.end() ? nullptr : found->second.first;
 }
 
 bool CWnd::IsChild(const CWnd* other) const {
@@ -298,19 +337,15 @@ void CWnd::MoveWindow(int x, int y, int width, int height, bool repaint) {
                     Clamp(static_cast<long long>(y) + std::max(0, height))};
   const bool moved = place.TopLeft() != place_.TopLeft();
   const bool sized = place.Size() != place_.Size();
-  const HWND self = m_hWnd;
-  const std::size_t ended = t_ui.ended;
-  const auto gone = [&] {
-    return ended != t_ui.ended && MessageQueue::FindOwnWindow(self) != this;
-  };
+  const Watched self(*this);
   if (moved || sized) {
     place_ = place;
     Changed(WindowChange::kRectangle);
   }
   if (moved) WindowProc(WM_MOVE, 0, MakeLParam(place.left, place.top));
-  if (gone()) return;
+  if (!self.IsThere()) return;
   if (sized) SendSize();
-  if (!gone() && repaint) Invalidate();
+  if (self.IsThere() && repaint) Invalidate();
 }
 
 void CWnd::SendSize() {
@@ -393,11 +428,7 @@ void CWnd::SetMenu(CMenu* menu) {
 BOOL CWnd::UpdateData(BOOL save) {
   if (m_hWnd == nullptr || exchanging_) return 0;
   CDataExchange exchange(this, save != 0);
-  const HWND self = m_hWnd;
-  const std::size_t ended = t_ui.ended;
-  const auto gone = [&] {
-    return ended != t_ui.ended && MessageQueue::FindOwnWindow(self) != this;
-  };
+  const Watched self(*this);
   exchanging_ = true;
   BOOL done = 1;
   try {
@@ -406,10 +437,10 @@ BOOL CWnd::UpdateData(BOOL save) {
     // Whoever failed has told the user.
     done = 0;
   } catch (...) {
-    if (!gone()) exchanging_ = false;
+    if (self.IsThere()) exchanging_ = false;
     throw;
   }
-  if (gone()) return 0;
+  if (!self.IsThere()) return 0;
   exchanging_ = false;
   return done;
 }
@@ -451,6 +482,18 @@ int CWnd::GetCheckedRadioButton(int first_id, int last_id) const {
   return 0;
 }
 
+/// Among the children of its parent.
+void CWnd::TakePlaceOf(CWnd& former) {
+  parent_ = std::exchange(former.parent_, nullptr);
+  previous_ = std::exchange(former.previous_, nullptr);
+  next_ = std::exchange(former.next_, nullptr);
+  (previous_ == nullptr ? parent_->first_child_ : previous_->next_) = this;
+  (next_ == nullptr ? parent_->last_child_ : next_->previous_) = this;
+  if (parent_->children_by_id_ == nullptr) return;
+  CWnd*& first = parent_->children_by_id_->entries.at(id_).first;
+  if (first == &former) first = this;
+}
+
 bool CWnd::SubclassDlgItem(int id, CWnd* parent) {
   CWnd* const former = parent == nullptr ? nullptr : parent->GetDlgItem(id);
   if (m_hWnd != nullptr || former == nullptr || former->destroying_) return false;
@@ -466,10 +509,7 @@ bool CWnd::SubclassDlgItem(int id, CWnd* parent) {
   state_ = former->state_;
   visible_ = former->visible_;
   enabled_ = former->enabled_;
-  CWnd* const after = former->previous_;
-  former->Unlink();
-  Link(parent, after);
-  parent->children_by_id_.reset();
+  TakePlaceOf(*former);
   for (CWnd* child = former->first_child_; child != nullptr; child = child->next_) {
     child->parent_ = this;
   }
@@ -482,6 +522,7 @@ bool CWnd::SubclassDlgItem(int id, CWnd* parent) {
   }
   m_hWnd = former->m_hWnd.exchange(nullptr);
   MessageQueue::ReplaceWindow(m_hWnd, this);
+  ++t_ui.ended;
   Changed(WindowChange::kReplaced);
   return true;
 }

@@ -140,7 +140,8 @@ class CWnd : public CCmdTarget {
   CRect ScreenToClient(const CRect& rect) const;
 
   /// Shows, hides, minimises, maximises; a `ShowCommand`. Sends `WM_SHOWWINDOW` when visibility
-  /// changes, and `WM_SIZE` as the state changes. Returns whether it was visible.
+  /// changes, and `WM_SIZE` as the state changes. `SW_RESTORE` makes a minimised window what it was
+  /// before, `SW_SHOWNORMAL` neither minimised nor maximised. Returns whether it was visible.
   bool ShowWindow(int command);
   /// Its own state, and whether it and all its ancestors are visible.
   bool IsShown() const { return visible_; }
@@ -257,6 +258,8 @@ class CWnd : public CCmdTarget {
   void Unlink();
   void SetState(UINT state);
   void SendSize();
+  void LeaveOwner();
+  void TakePlaceOf(CWnd& former);
   bool DestroyOwned();
   void TakeDownTree();
   void TakeDown();
@@ -277,6 +280,7 @@ class CWnd : public CCmdTarget {
   /// Windows that this one owns.
   CWnd* first_owned_ = nullptr;
   CWnd* next_owned_ = nullptr;
+  CWnd* previous_owned_ = nullptr;
   CMenu* menu_ = nullptr;
   /// The children by id, once somebody has asked for one.
   mutable std::unique_ptr<ChildIndex> children_by_id_;

@@ -5,6 +5,7 @@
 #include "dqlib/framework/windows/cmd_target.h"
 #include "dqlib/framework/windows/message_queue.h"
 #include "dqlib/framework/windows/screen.h"
+#include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/framework/windows/wnd.h"
 
 namespace dq {
@@ -95,10 +96,11 @@ BOOL CWnd::OnCommand(WPARAM wparam, LPARAM lparam) {
     return exchanging_ ? 1 : OnCmdMsg(id, HiWord(wparam), nullptr, nullptr);
   }
   // A menu item or accelerator: what shows the command may be out of date, so it is asked first.
+  const detail::Watched self(*this);
   EnabledTest test;
   test.m_nID = id;
   OnCmdMsg(id, CN_UPDATE_COMMAND_UI, &test, nullptr);
-  if (!test.enabled) return 1;
+  if (!test.enabled || !self.IsThere()) return 1;
   return OnCmdMsg(id, CN_COMMAND, nullptr, nullptr);
 }
 

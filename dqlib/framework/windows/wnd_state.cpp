@@ -8,6 +8,9 @@
 #include "dqlib/framework/windows/wnd.h"
 
 namespace dq {
+
+using detail::Watched;
+
 namespace {
 
 /// What a show command asks for.
@@ -18,13 +21,14 @@ struct Showing {
   bool activate = true;
 };
 
-Showing ShowingOf(int command) {
+Showing ShowingOf(int command, bool minimized_from_maximized) {
   switch (command) {
     case SW_HIDE:
       return {.visible = false, .activate = false};
     case SW_SHOWNORMAL:
-    case SW_RESTORE:
       return {.state = SIZE_RESTORED};
+    case SW_RESTORE:
+      return {.state = minimized_from_maximized ? int{SIZE_MAXIMIZED} : int{SIZE_RESTORED}};
     case SW_SHOWNOACTIVATE:
       return {.state = SIZE_RESTORED, .activate = false};
     case SW_SHOWMAXIMIZED:
@@ -58,25 +62,30 @@ bool CWnd::IsWindowVisible() const {
 
 bool CWnd::ShowWindow(int command) {
   if (m_hWnd == nullptr) return false;
-  const Showing showing = ShowingOf(command);
+  const Showing showing =
+      ShowingOf(command, IsIconic() && (placement_.flags & WPF_RESTORETOMAXIMIZED) != 0);
   const bool was_visible = visible_;
-  const HWND self = m_hWnd;
-  const auto gone = [&] { return MessageQueue::FindOwnWindow(self) != this; };
+  const Watched self(*this);
   if (visible_ != showing.visible) {
     visible_ = showing.visible;
     Changed(WindowChange::kShown);
     if (!visible_) LeaveFocus(*this);
-    if (gone()) return was_visible;
+    if (!self.IsThere()) return was_visible;
     WindowProc(WM_SHOWWINDOW, visible_ ? 1 : 0, 0);
   }
-  if (!gone() && showing.state >= 0) SetState(static_cast<UINT>(showing.state));
-  if (!gone() && showing.activate && parent_ == nullptr) SetActiveWindow();
+  if (self.IsThere() && showing.state >= 0) SetState(static_cast<UINT>(showing.state));
+  if (self.IsThere() && showing.activate && parent_ == nullptr) SetActiveWindow();
   return was_visible;
 }
 
 void CWnd::SetState(UINT state) {
   if (state == state_) return;
   if (state_ == SIZE_RESTORED) placement_.rcNormalPosition = place_;
+  if (state == SIZE_MINIMIZED && IsZoomed()) {
+    placement_.flags |= WPF_RESTORETOMAXIMIZED;
+  } else if (state != SIZE_MAXIMIZED) {
+    placement_.flags &= ~static_cast<UINT>(WPF_RESTORETOMAXIMIZED);
+  }
   state_ = state;
   if (state == SIZE_MAXIMIZED) {
     const CSize screen = GetScreenSize();
@@ -102,11 +111,14 @@ bool CWnd::GetWindowPlacement(WINDOWPLACEMENT* placement) const {
 bool CWnd::SetWindowPlacement(const WINDOWPLACEMENT* placement) {
   if (m_hWnd == nullptr || placement == nullptr) return false;
   if (placement->length != sizeof(WINDOWPLACEMENT)) return false;
-  const HWND self = m_hWnd;
+  const Watched self(*this);
   const WINDOWPLACEMENT wanted = *placement;
   placement_ = wanted;
   if (state_ == SIZE_RESTORED) MoveWindow(wanted.rcNormalPosition);
-  if (MessageQueue::FindOwnWindow(self) == this) ShowWindow(static_cast<int>(wanted.showCmd));
+  if (self.IsThere()) ShowWindow(static_cast<int>(wanted.showCmd));
+  if (!self.IsThere()) return true;
+  const UINT was_maximized = IsIconic() ? placement_.flags & WPF_RESTORETOMAXIMIZED : 0;
+  placement_.flags = wanted.flags | was_maximized;
   return true;
 }
 
@@ -114,11 +126,11 @@ bool CWnd::EnableWindow(bool enable) {
   if (m_hWnd == nullptr) return false;
   const bool was_disabled = !enabled_;
   if (enabled_ == enable) return was_disabled;
-  const HWND self = m_hWnd;
+  const Watched self(*this);
   enabled_ = enable;
   Changed(WindowChange::kEnabled);
   if (!enable) LeaveFocus(*this);
-  if (MessageQueue::FindOwnWindow(self) != this) return was_disabled;
+  if (!self.IsThere()) return was_disabled;
   WindowProc(WM_ENABLE, enable ? 1 : 0, 0);
   return was_disabled;
 }
