@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # build.sh PRESET TARGET...: configures a preset's tree where that is needed and builds the targets.
-# Quiet: what the tools say goes to build/PRESET.log, and to standard error only after a failure.
-# Two runs at the same time take turns.
+# Shows a bar on standard error; what the tools say goes to build/PRESET.log, and to standard error
+# only after a failure. Two runs at the same time take turns.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -11,21 +11,23 @@ tree="build/$preset"
 log="build/$preset.log"
 mkdir -p build
 
+# Precompiled headers come from the cache too, and so does what another clone of the tree compiled.
+export CCACHE_SLOPPINESS=pch_defines,time_macros CCACHE_BASEDIR="$PWD" CCACHE_NOHASHDIR=1
+
 exec 9>"build/$preset.lock"
 flock 9
 
-run() {
-  if ! "$@" >>"$log" 2>&1 </dev/null 9>&-; then
-    cat "$log" >&2
-    echo "build.sh: failed: $*" >&2
-    exit 1
-  fi
+fail() {
+  cat "$log" >&2
+  echo "build.sh: failed: $*" >&2
+  exit 1
 }
 
 : >"$log"
 # A tree notices changes of the CMake files by itself, but not of the presets.
 if [[ ! -f "$tree/build.ninja" || CMakePresets.json -nt "$tree/build.ninja" ]]; then
-  run cmake --preset "$preset"
+  cmake --preset "$preset" >>"$log" 2>&1 </dev/null 9>&- || fail "cmake --preset $preset"
   touch "$tree/build.ninja"
 fi
-run cmake --build "$tree" --target "$@"
+cmake --build "$tree" --target "$@" 2>&1 </dev/null 9>&- | tee -a "$log" |
+  scripts/progress.py "Building $preset" >/dev/null || fail "cmake --build $tree --target $*"

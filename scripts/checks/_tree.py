@@ -53,12 +53,31 @@ def code_only(text, keep_strings=False):
     return _TOKEN.sub(blank, text)
 
 
+def literals(text):
+    """A match for each text in quotes, and each character, outside of comments."""
+    return (match for match in _TOKEN.finditer(text) if not match.group(0).startswith(("//", "/*")))
+
+
 def includes(code):
     """(line number, file name, is in angle brackets) of each #include of `code_only` text."""
     for number, line in enumerate(code.split("\n"), 1):
         match = re.match(r'\s*#\s*include\s*(?:<([^>]*)>|"([^"]*)")', line)
         if match:
             yield number, match.group(1) or match.group(2), match.group(1) is not None
+
+
+def read_levels(root):
+    """Room name -> level, the lowest being 0."""
+    text = read(root, "docs/architecture.md")
+    match = re.search(r"<!-- levels -->\s*```\w*\n(.*?)```", text, re.DOTALL)
+    if not match:
+        sys.exit("docs/architecture.md: no list of levels behind '<!-- levels -->'")
+    lines = [line for line in match.group(1).split("\n") if line.strip()]
+    levels = {}
+    for level, line in enumerate(reversed(lines)):
+        for room in line.split("|"):
+            levels[room.strip()] = level
+    return levels
 
 
 def finish(complaints):

@@ -4,29 +4,12 @@
 Checks dqlib/, siblings/ and apps/. Each line of the list is a level, its rooms separated by "|".
 """
 
-import re
-import sys
-
 import _tree
 
 # The platform enumeration alone, which every room may name.
 FREE = {"dqlib/dbvocab/dbms.h"}
 # Everything that a host may see; only hosts include it.
 UMBRELLA = "dqlib/dqlib.h"
-
-
-def read_levels(root):
-    """Room name -> level, the lowest being 0."""
-    text = _tree.read(root, "docs/architecture.md")
-    match = re.search(r"<!-- levels -->\s*```\w*\n(.*?)```", text, re.DOTALL)
-    if not match:
-        sys.exit("docs/architecture.md: no list of levels behind '<!-- levels -->'")
-    lines = [line for line in match.group(1).split("\n") if line.strip()]
-    levels = {}
-    for level, line in enumerate(reversed(lines)):
-        for room in line.split("|"):
-            levels[room.strip()] = level
-    return levels
 
 
 def room_of(path, levels):
@@ -42,7 +25,7 @@ def room_of(path, levels):
 
 def main():
     root = _tree.root_argument()
-    levels = read_levels(root)
+    levels = _tree.read_levels(root)
     complaints = []
     for top in ("dqlib", "siblings", "apps"):
         for path in _tree.files(root, _tree.SOURCE_SUFFIXES, top):
