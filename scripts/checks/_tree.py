@@ -5,7 +5,7 @@ import re
 import sys
 
 SOURCE_SUFFIXES = (".h", ".cpp")
-SKIPPED_DIRECTORIES = {".git", "build", "__pycache__"}
+SKIPPED = {".git", "build", "__pycache__"}
 
 
 def root_argument():
@@ -17,9 +17,10 @@ def files(root, suffixes=None, below=""):
     """Paths of the tree's files below a directory, relative to the root, with '/', sorted."""
     found = []
     for directory, subdirectories, names in os.walk(os.path.join(root, below)):
-        subdirectories[:] = [d for d in subdirectories if d not in SKIPPED_DIRECTORIES]
+        subdirectories[:] = [d for d in subdirectories if d not in SKIPPED]
         for name in names:
-            if suffixes is None or name.endswith(suffixes):
+            # In a second work tree ".git" is a file.
+            if name not in SKIPPED and (suffixes is None or name.endswith(suffixes)):
                 path = os.path.relpath(os.path.join(directory, name), root)
                 found.append(path.replace(os.sep, "/"))
     return sorted(found)
