@@ -28,20 +28,32 @@ const dq::CDQOption* FindOption(const std::string& word) {
   return option;
 }
 
+/// Whether the value that was read last is the one that is kept. What is to say has been said.
+bool WasRead() { return dq::CDQOptionsServer::GetObject()->GetReadError().ok(); }
+
 int List() {
   dq::CDQOptionsServer& server = *dq::CDQOptionsServer::GetObject();
+  bool read = true;
   for (const int id : server.GetOptionIDs()) {
     const dq::CDQOption& option = *server.GetOptionByID(id);
-    PrintLine(std::to_string(id) + "\t" + std::string(dq::KindWord(option.GetKind())) + "\t" +
-              std::string(option.GetName().View()) + "\t" + OnOneLine(Shown(option)));
+    const std::string shown = Shown(option);
+    if (WasRead()) {
+      PrintLine(std::to_string(id) + "\t" + std::string(dq::KindWord(option.GetKind())) + "\t" +
+                std::string(option.GetName().View()) + "\t" + OnOneLine(shown));
+    } else {
+      read = false;
+    }
   }
-  return server.GetOptionIDs().empty() ? Complain("option: no options file was read") : kYes;
+  if (server.GetOptionIDs().empty()) return Complain("option: no options file was read");
+  return read ? kYes : kNo;
 }
 
 int Get(const std::string& id) {
   const dq::CDQOption* const option = FindOption(id);
   if (option == nullptr) return kNo;
-  PrintLine(Shown(*option));
+  const std::string shown = Shown(*option);
+  if (!WasRead()) return kNo;
+  PrintLine(shown);
   return kYes;
 }
 

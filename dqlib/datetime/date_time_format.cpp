@@ -66,10 +66,12 @@ void CLGDateTimeFormat::LoadRegistryDateTimeFmt(CString& fmt) {
   CDQOptionsServer& options = *CDQOptionsServer::GetObject();
   const int id = static_cast<int>(m_nOptionId);
   fmt = options.GetString(id);
+  const platform::Error read = options.GetReadError();
   if (!fmt.IsEmpty()) return;
   // What could be translated of the locale's format is kept even if not all of it could be.
   CLGDateTimeFmtDef::GetLocaleDateTimeFmt(DATATYPE_DATETIME, fmt, DTF_DISP);
-  options.SetString(id, fmt);
+  // One that is there and could not be read isn't written over.
+  if (read.ok()) options.SetString(id, fmt);
 }
 
 void CLGDateTimeFormat::InitDBMSDefaultDateTimeFmt(const CString& fmt) {

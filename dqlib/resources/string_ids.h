@@ -72,6 +72,7 @@ enum StringId : UINT {
   // 44510 is a dialog.
   IDS_OPTIONS_CASES = 44511,
   IDS_OPTIONS_OVERWRITE_POLICIES = 44512,
+  IDS_SETTINGS_NOT_READ = 44513,
 
   // Strings of the framework's own module, and the host's title, which its own module has.
   IDS_APP_TITLE = 57344,

@@ -80,6 +80,8 @@ constexpr StringRow kStrings[] = {
     {IDS_OPTIONS_PAGE_JOBS, "Jobs"},
     {IDS_OPTIONS_CASES, "As written|Upper case|Lower case"},
     {IDS_OPTIONS_OVERWRITE_POLICIES, "Save it first|Discard it|Ask"},
+    {IDS_SETTINGS_NOT_READ,
+     "Settings could not be read. Until they can, their defaults hold.\nCause: %s."},
 };
 
 static_assert(IsStrictlySorted(kStrings), "strings are sorted by id, and no id stands twice");

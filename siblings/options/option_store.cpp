@@ -4,6 +4,7 @@
 
 #include "dqlib/framework/base/registry_key.h"
 #include "dqlib/framework/base/resource_chain.h"
+#include "dqlib/framework/windows/settings_failure.h"
 #include "dqlib/framework/windows/win_app.h"
 #include "dqlib/platform/platform.h"
 #include "dqlib/resources/string_ids.h"
@@ -22,12 +23,10 @@ std::string ValueName(const OptionDefinition& option, DBMS platform) {
   return name;
 }
 
-std::optional<platform::RegistryValue> ReadRegistry(HKEY root, std::string_view path,
-                                                    std::string_view name) {
+platform::Result<platform::RegistryValue> ReadRegistry(HKEY root, std::string_view path,
+                                                       std::string_view name) {
   const RegistryKey key(Registry().OpenKey(root, path));
-  if (!key.ok()) return std::nullopt;
-  auto value = ReadRegistryValue(key.get(), name);
-  return value.ok() ? std::optional(std::move(value.value)) : std::nullopt;
+  return key.ok() ? ReadRegistryValue(key.get(), name) : key.error();
 }
 
 }  // namespace
@@ -46,9 +45,12 @@ bool IsOptionRoot(std::string_view root) {
   return root.empty();
 }
 
-std::optional<OptionValue> ReadKeptOption(const OptionDefinition& option, DBMS platform) {
+FoundOption ReadKeptOption(const OptionDefinition& option, DBMS platform) {
   const auto kept = ReadRegistry(kCurrentUser, SectionPath().View(), ValueName(option, platform));
-  return kept ? ReadKeptValue(option.kind, kept->type, kept->data) : std::nullopt;
+  const platform::Error failure = NoteSettingsReading(SettingsStore::kUser, kept.error);
+  if (!failure.ok()) return failure;
+  if (!kept.ok()) return std::optional<OptionValue>();
+  return ReadKeptValue(option.kind, kept.value.type, kept.value.data);
 }
 
 platform::Error KeepOption(const OptionDefinition& option, DBMS platform,
@@ -59,13 +61,17 @@ platform::Error KeepOption(const OptionDefinition& option, DBMS platform,
   return Registry().SetValue(key.get(), ValueName(option, platform), kept.type, kept.data);
 }
 
-std::optional<OptionValue> ReadMachineOption(const OptionDefinition& option) {
-  if (option.machine_key.empty()) return std::nullopt;
+FoundOption ReadMachineOption(const OptionDefinition& option) {
+  std::optional<OptionValue> found;
+  if (option.machine_key.empty()) return found;
   const auto entry = ReadRegistry(kLocalMachine, option.machine_key, option.machine_value);
-  if (!entry || entry->type != REGISTRY_STRING) return std::nullopt;
-  OptionValue value = entry->data;
+  const platform::Error failure = NoteSettingsReading(SettingsStore::kMachine, entry.error);
+  if (!failure.ok()) return failure;
+  if (!entry.ok() || entry.value.type != REGISTRY_STRING) return found;
+  OptionValue value = entry.value.data;
   if (value.ends_with('\0')) value.pop_back();
-  return IsOptionValue(option.kind, value) ? std::optional(value) : std::nullopt;
+  if (IsOptionValue(option.kind, value)) found = std::move(value);
+  return found;
 }
 
 }  // namespace dq::detail

@@ -14,9 +14,13 @@
 
 namespace dq::detail {
 
+/// A value that was looked for: none if there is none; an error if it could not be read, which has
+/// been told then.
+using FoundOption = platform::Result<std::optional<OptionValue>>;
+
 /// The value that was kept for the platform, or for all with `DBMS_NONE`; none if there is none or
 /// it is no value of the option's kind, as an earlier release or another program may have left one.
-std::optional<OptionValue> ReadKeptOption(const OptionDefinition& option, DBMS platform);
+FoundOption ReadKeptOption(const OptionDefinition& option, DBMS platform);
 
 /// Where values are kept: the application's root key.
 std::string OptionRoot();
@@ -27,6 +31,6 @@ platform::Error KeepOption(const OptionDefinition& option, DBMS platform, const 
 
 /// The value that the machine's part of the registry gives, where the options file names one there;
 /// none if it isn't there as a text or is no value of the option's kind.
-std::optional<OptionValue> ReadMachineOption(const OptionDefinition& option);
+FoundOption ReadMachineOption(const OptionDefinition& option);
 
 }  // namespace dq::detail

@@ -13,18 +13,27 @@ DBMS CDQOptionsServer::PlatformFor(const CDQOption& option, DBMS platform) {
 }
 
 OptionValue CDQOptionsServer::ValueOf(const CDQOption& option, DBMS platform) const {
+  m_readError = {};
+  return LookUp(option, platform);
+}
+
+OptionValue CDQOptionsServer::LookUp(const CDQOption& option, DBMS platform) const {
   const OptionDefinition& definition = option.GetDefinition();
   const DBMS own = PlatformFor(option, platform);
   if (const auto unkept = m_unkept.find({option.GetID(), own}); unkept != m_unkept.end()) {
     return unkept->second;
   }
-  if (const auto kept = detail::ReadKeptOption(definition, own)) return *kept;
+  const auto found = [this](detail::FoundOption option_value) {
+    if (!option_value.ok()) m_readError = option_value.error;
+    return option_value.value;
+  };
+  if (const auto kept = found(detail::ReadKeptOption(definition, own))) return *kept;
   if (own != DBMS_NONE) {
     const auto fallback = definition.platform_fallbacks.find(own);
-    return fallback == definition.platform_fallbacks.end() ? ValueOf(option, DBMS_NONE)
+    return fallback == definition.platform_fallbacks.end() ? LookUp(option, DBMS_NONE)
                                                            : fallback->second;
   }
-  return detail::ReadMachineOption(definition).value_or(definition.fallback);
+  return found(detail::ReadMachineOption(definition)).value_or(definition.fallback);
 }
 
 OptionValue CDQOptionsServer::GetValue(int id) {
@@ -37,7 +46,7 @@ bool CDQOptionsServer::SetValue(int id, const OptionValue& value) {
   if (option == nullptr || !IsOptionValue(option->GetKind(), value)) return false;
   const DBMS platform = PlatformFor(*option, m_ePlatform);
   const bool unkept = m_unkept.contains({id, platform});
-  if (!unkept && ValueOf(*option, platform) == value) return true;
+  if (!unkept && ValueOf(*option, platform) == value && m_readError.ok()) return true;
   const platform::Error error = detail::KeepOption(option->GetDefinition(), platform, value);
   if (error.ok()) {
     m_unkept.erase({id, platform});
@@ -69,10 +78,11 @@ int CDQOptionsServer::NumberOf(const CDQOption& option) const {
   const std::uint64_t stamp = is_user_only ? platform::Current().registry->Stamp(kCurrentUser) : 0;
   if (stamp != 0 && last.stamp == stamp && last.platform == own &&
       detail::IsOptionRoot(last.root)) {
+    m_readError = {};
     return last.value;
   }
   const int value = OptionNumber(ValueOf(option, m_ePlatform));
-  if (stamp == 0) return value;
+  if (stamp == 0 || !m_readError.ok()) return value;
   // What was changed since the stamp was taken changes the next one.
   last = {stamp, own, detail::OptionRoot(), value};
   return value;

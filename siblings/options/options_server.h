@@ -17,6 +17,7 @@
 #include <utility>
 #include <vector>
 
+#include "dqlib/platform/error.h"
 #include "siblings/options/option.h"
 #include "siblings/options/template_engine.h"
 
@@ -26,8 +27,11 @@ namespace dq {
 ///
 /// What another process sets holds at once: a value is read from the registry each time, a number
 /// each time that anything there has changed, so that inner loops may ask for it. A value
-/// there that is none of the option's kind counts as absent. An id that isn't registered reads as
-/// false, 0, "" or no data, and setting it changes nothing.
+/// there that is none of the option's kind counts as absent. One that can't be read is answered as
+/// if it were absent too, but the person is told, once until the registry can be read again or
+/// fails in another way, and `GetReadError` has the reason. An id that isn't registered reads as
+/// false, 0,
+/// "" or no data, and setting it changes nothing.
 class CDQOptionsServer {
  public:
   /// The process's one instance, made on first use, which lives until the process ends.
@@ -74,6 +78,9 @@ class CDQOptionsServer {
   /// The same for a value of any kind.
   OptionValue GetValue(int id);
   bool SetValue(int id, const OptionValue& value);
+
+  /// Why the value that was read last is perhaps not the one that is kept; no error if it is.
+  const platform::Error& GetReadError() const { return m_readError; }
 
   /// Lets the value hold for this process alone, in place of the one that is kept, until another
   /// one is set and kept. False, and no change, if there is no such option or it is no value for
@@ -127,6 +134,8 @@ class CDQOptionsServer {
   void ForgetName(const CDQOption& option);
   void SetVariables(const OptionsFile& contents, const std::string& path, bool shared);
   OptionValue ValueOf(const CDQOption& option, DBMS platform) const;
+  /// `ValueOf`, which adds to the error of this reading.
+  OptionValue LookUp(const CDQOption& option, DBMS platform) const;
   int NumberOf(const CDQOption& option) const;
   void Hold(const CDQOption& option, DBMS platform, const OptionValue& value);
   /// The platform whose values the option has for a platform.
@@ -144,6 +153,7 @@ class CDQOptionsServer {
   std::map<int, OptionValue> m_binaries;
   CDQTemplateEngine m_engine;
   DBMS m_ePlatform = DBMS_NONE;
+  mutable platform::Error m_readError;
 };
 
 }  // namespace dq

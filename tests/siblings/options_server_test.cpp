@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "dqlib/framework/base/drawing.h"
+#include "dqlib/framework/base/registry_key.h"
 #include "dqlib/framework/base/trace.h"
 #include "dqlib/framework/windows/win_app.h"
 #include "gmock/gmock.h"
@@ -160,6 +161,36 @@ TEST_F(OptionsServer, HoldsForTheProcessWhatTheRegistryRefuses) {
   registry.refusal = {};
   EXPECT_TRUE(server.SetInt(11, 8));
   EXPECT_EQ(Kept()[kSection].count("11"), 1U);
+}
+
+TEST_F(OptionsServer, TellsOnceThatAValueCannotBeReadAndAsksAgain) {
+  testing::ScriptedPrompts prompts;
+  const testing::ShownBox told{
+      "Settings could not be read. Until they can, their defaults hold.\n"
+      "Cause: Device or resource busy.",
+      BOX_EXCLAMATION};
+  const RegistryKey machine(registry.CreateKey(kLocalMachine, "Software\\M"));
+  registry.SetValue(machine.get(), "Dir", REGISTRY_STRING, "/opt");
+  ASSERT_TRUE(server.SetInt(11, 8) && server.SetString(12, "x"));
+  for (const std::size_t boxes : {2U, 4U}) {
+    registry.unreadable = {platform::ErrorKind::kBusy, 16};
+    EXPECT_EQ(server.GetString(12), "abc");
+    EXPECT_EQ(server.GetReadError().code, 16U);
+    EXPECT_EQ(server.GetInt(11), boxes == 2 ? -5 : 8) << "the last time it had not changed";
+    EXPECT_EQ(app.GetProfileInt("Options", "11", 7), 7U);
+    EXPECT_EQ(server.GetString(16), "none");
+    EXPECT_EQ(server.GetReadError().code, 16U);
+    registry.unreadable = {};
+    EXPECT_EQ(server.GetInt(11), 8) << "a default was remembered";
+    EXPECT_EQ(server.GetString(16), "/opt");
+    EXPECT_TRUE(server.GetReadError().ok());
+    EXPECT_EQ(prompts.shown, std::vector(boxes, told)) << "the user's part and the machine's";
+  }
+  registry.unreadable = {platform::ErrorKind::kBusy, 16};
+  EXPECT_TRUE(server.SetString(12, "abc")) << "the default, which isn't known to be in force";
+  registry.unreadable = {};
+  EXPECT_EQ(Kept()[kSection].count("12"), 1U);
+  EXPECT_EQ(server.GetString(12), "abc");
 }
 
 TEST_F(OptionsServer, RegistersARangeOfAFileOnceAndRemovesIt) {

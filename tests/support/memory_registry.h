@@ -18,6 +18,8 @@ class MemoryRegistry : private MemoryDirectory, public platform::posix::FileRegi
 
   /// While it is set, every change fails with it.
   platform::Error refusal;
+  /// While it is set, no value can be read, and this is why.
+  platform::Error unreadable;
   /// Changes of values that were done.
   int changes = 0;
 
@@ -26,6 +28,10 @@ class MemoryRegistry : private MemoryDirectory, public platform::posix::FileRegi
     auto opened = OpenKey(key, path);
     if (!opened.ok()) opened.error = refusal;
     return opened;
+  }
+  platform::Result<platform::RegistryValueInfo> ReadValue(HKEY key, std::string_view name,
+                                                          std::span<char> data) override {
+    return unreadable.ok() ? FileRegistry::ReadValue(key, name, data) : unreadable;
   }
   platform::Error SetValue(HKEY key, std::string_view name, DWORD type,
                            std::string_view data) override {

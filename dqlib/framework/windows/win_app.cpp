@@ -11,6 +11,7 @@
 #include "dqlib/framework/base/little_endian.h"
 #include "dqlib/framework/base/registry_key.h"
 #include "dqlib/framework/base/text.h"
+#include "dqlib/framework/windows/settings_failure.h"
 #include "dqlib/platform/paths.h"
 #include "dqlib/platform/platform.h"
 #include "dqlib/resources/string_ids.h"
@@ -26,11 +27,12 @@ platform::Registry& Registry() { return *platform::Current().registry; }
 
 platform::ProfileFiles& Profiles() { return *platform::Current().profile_files; }
 
-/// A value of the current user's registry, if it is there and of that type.
+/// A value of the current user's registry, if it is there, can be read and is of that type.
 std::optional<std::string> ReadValue(const CString& path, const char* entry, DWORD type) {
   const RegistryKey key(Registry().OpenKey(kCurrentUser, path.View()));
-  if (!key.ok()) return std::nullopt;
-  auto value = ReadRegistryValue(key.get(), OrEmpty(entry));
+  platform::Result<platform::RegistryValue> value = key.error();
+  if (key.ok()) value = ReadRegistryValue(key.get(), OrEmpty(entry));
+  NoteSettingsReading(SettingsStore::kUser, value.error);
   if (!value.ok() || value.value.type != type) return std::nullopt;
   return std::move(value.value.data);
 }
