@@ -80,6 +80,15 @@ class NamesTest(unittest.TestCase):
         self.check(["option", "get", "50270"], 0, b"0\n")
         self.check(["option", "set", "50270", "1"], 0, b"")
         self.check(quote, 0, b'"emp"\n')
+        kept = os.path.join(self.environment["XDG_CONFIG_HOME"], "velmora", "registry", "hkcu.reg")
+        for name in os.listdir(os.path.dirname(kept)):
+            if name.startswith("hkcu"):
+                os.remove(os.path.join(os.path.dirname(kept), name))
+        os.mkdir(kept)
+        for words in [["list"], ["get", "50270"]]:
+            status, out, err = dqtool("option", *words, env=self.environment)
+            self.assertEqual((status, out), (1, b""), words)
+            self.assertEqual(err.count(b"Settings could not be read"), 1, err)
 
 
 if __name__ == "__main__":

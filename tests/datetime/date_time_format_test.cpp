@@ -6,9 +6,12 @@
 
 #include "dqlib/datetime/data_type.h"
 #include "siblings/options/options_server.h"
+#include "tests/support/memory_registry.h"
+#include "tests/support/own_service.h"
 #include "tests/support/own_settings.h"
 #include "tests/support/rows.h"
 #include "tests/support/scripted_locale.h"
+#include "tests/support/scripted_prompts.h"
 #include "tests/support/system_locale.h"
 
 namespace dq {
@@ -52,6 +55,16 @@ TEST(DateTimeFormat, IsSeededFromTheLocaleOnce) {
   locale.items[LOCALE_SSHORTDATE] = "dd.MM.yy";
   EXPECT_EQ(Choices(*Make(DBMS_DB2, 60001)), "|DD.MM.YY HH24:MI|DD.MM.YY HH24:MI" + preset)
       << "without an option";
+
+  test::MemoryRegistry registry;
+  const platform::ScopedPlatform scope(test::With(&platform::Platform::registry, &registry));
+  testing::ScriptedPrompts prompts;
+  EXPECT_TRUE(options.SetString(kOption, "YYYY/DD"));
+  registry.unreadable = {platform::ErrorKind::kBusy, 16};
+  EXPECT_EQ(Choices(*Make(DBMS_DB2)), "|DD.MM.YY HH24:MI|DD.MM.YY HH24:MI" + preset);
+  EXPECT_EQ(prompts.shown.size(), 1U);
+  registry.unreadable = {};
+  EXPECT_EQ(options.GetString(kOption), "YYYY/DD") << "what was not read is not written over";
 }
 
 TEST(DateTimeFormat, PlatformsDifferInNameNumberAndDefault) {
