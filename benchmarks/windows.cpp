@@ -1,5 +1,6 @@
-// Windows: a tree of them made, laid out and ended in linear time; a layout pass against wxSizer on
-// the same grid; and posted messages that leave no memory behind.
+// Windows: a tree of them made, laid out and ended in linear time, and so with messages, timers,
+// owners, ids and nesting; rows, menus and pages as well; a layout pass against wxSizer on the same
+// grid; and posted messages that leave no memory behind.
 
 #include <atomic>
 #include <chrono>
@@ -8,11 +9,15 @@
 #include <malloc.h>
 #include <memory>
 #include <new>
+#include <string>
 #include <unistd.h>
 #include <vector>
 #include <wx/sizer.h>
 
 #include "benchmarks/ratio.h"
+#include "dqlib/framework/controls/list_box.h"
+#include "dqlib/framework/windows/menu.h"
+#include "dqlib/framework/windows/property_sheet.h"
 #include "dqlib/framework/windows/win_app.h"
 #include "dqlib/toolkit/flex_host.h"
 
@@ -150,6 +155,126 @@ void Linear() {
   Check(tree[3] < 4 * tree[2] && flat[3] < 4 * flat[2], "linear time");
 }
 
+/// Many windows of which each has something that its end takes along.
+class Windows {
+ public:
+  enum Kind { kPosted, kTimers, kOwned, kNested, kSubclassed, kSameIds };
+
+  Windows(Kind kind, int count) {
+    top_.CreateWnd("Top");
+    dq::CWnd* above = &top_;
+    for (int i = 0; i < count; ++i) {
+      const bool owned = kind == kOwned;
+      auto& window = *windows_.emplace_back(std::make_unique<dq::CWnd>());
+      window.CreateWnd({.class_name = "Test",
+                        .parent = owned ? nullptr : above,
+                        .owner = owned ? &top_ : nullptr,
+                        .id = kind == kSameIds ? i % 10 : i});
+      if (kind == kPosted) window.PostMessage(dq::WM_USER);
+      if (kind == kTimers) window.SetTimer(1, 3'600'000);
+      if (kind == kNested) above = &window;
+    }
+    for (int i = 0; kind == kSubclassed && i < count; ++i) {
+      dq::CWnd& former = *windows_[static_cast<std::size_t>(i)];
+      auto taker = std::make_unique<dq::CWnd>();
+      taker->SubclassDlgItem(former.GetDlgCtrlID(), &top_);
+      windows_[static_cast<std::size_t>(i)] = std::move(taker);
+    }
+  }
+  /// The oldest first; a nested chain goes with its top.
+  ~Windows() {
+    for (auto& window : windows_) {
+      window->DestroyWindow();
+      top_.GetDlgItem(3);
+    }
+    top_.DestroyWindow();
+    dq::PumpUntilIdle();
+  }
+
+  void Grow(int) {}
+
+ private:
+  dq::CWnd top_;
+  std::vector<std::unique_ptr<dq::CWnd>> windows_;
+};
+
+/// Rows of a list: put in at the front, sought without success, named by a person, taken out again.
+class Rows {
+ public:
+  explicit Rows(int count) {
+    dq::CListBox list(dq::ListStyle{.multiple = true});
+    list.CreateWnd("ListBox");
+    std::string all;
+    for (int i = 0; i < count; ++i) {
+      const std::string text = "row " + std::to_string(i % (count / 2));
+      list.InsertString(0, text.c_str());
+      all += text + "\n";
+    }
+    list.Enter(all);
+    if (list.GetSelCount() != count) std::abort();
+    while (list.GetCount() > 0) list.DeleteString(0);
+  }
+  void Grow(int) {}
+};
+
+/// Items of a menu: put in, brought up to date and taken out from the first to the last.
+class Items {
+ public:
+  explicit Items(int count) {
+    struct : dq::CCmdTarget {
+    } target;
+    dq::CMenu menu;
+    menu.CreateMenu();
+    for (int i = 0; i < count; ++i) {
+      menu.AppendMenu(dq::MF_STRING, static_cast<std::uintptr_t>(i % 60'000 + 1), "item");
+    }
+    menu.UpdateItems(target);
+    while (menu.DeleteMenu(0, dq::MF_BYPOSITION)) continue;
+  }
+  void Grow(int) {}
+};
+
+/// Pages of a sheet: each says that it is modified, and all go.
+class Pages {
+ public:
+  explicit Pages(int count) {
+    dq::CPropertySheet sheet("sheet");
+    std::vector<std::unique_ptr<dq::CPropertyPage>> pages;
+    for (int i = 0; i < count; ++i) {
+      sheet.AddPage(pages.emplace_back(std::make_unique<dq::CPropertyPage>(1U)).get());
+    }
+    for (auto& page : pages) page->SetModified();
+    for (auto& page : pages) page.reset();
+  }
+  void Grow(int) {}
+};
+
+/// Prints the time for each of many things and ten times as many, and holds it to be about the
+/// same: quadratic time would be ten times as much for each.
+template <typename Many, typename... Arguments>
+void IsLinear(const char* what, int count, Arguments... arguments) {
+  const double few = PerWindow<Many>(count, arguments..., count);
+  const double many = PerWindow<Many>(10 * count, arguments..., 10 * count);
+  std::printf("%-32s ns each: %6d %8.0f   %7d %8.0f\n", what, count, few, 10 * count, many);
+  Check(many < 4 * few, what);
+}
+
+void Ends() {
+  constexpr struct {
+    const char* what;
+    Windows::Kind kind;
+  } kRows[] = {{"windows with posted messages", Windows::kPosted},
+               {"windows with timers", Windows::kTimers},
+               {"windows of one owner", Windows::kOwned},
+               {"windows one in the other", Windows::kNested},
+               {"controls that are subclassed", Windows::kSubclassed},
+               {"windows with the same ids", Windows::kSameIds}};
+  for (const auto& row : kRows) IsLinear<Windows>(row.what, 4'000, row.kind);
+  IsLinear<Rows>("rows of a list", 4'000);
+  IsLinear<Items>("items of a menu", 4'000);
+  IsLinear<Pages>("pages of a sheet", 4'000);
+}
+
 void LayoutPass() {
   Grid grid(kColumns, kRows);
   // Boxes in a box: the peer's own grid looks its items up one by one from the first.
@@ -216,6 +341,7 @@ int main() {
   dq::CWinApp app("windows_bench");
   PostedMessages();
   Linear();
+  Ends();
   LayoutPass();
   return bench::Finish();
 }

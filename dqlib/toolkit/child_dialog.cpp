@@ -1,6 +1,7 @@
 #include "dqlib/toolkit/child_dialog.h"
 
 #include "dqlib/frame/switch_resource_handle.h"
+#include "dqlib/framework/windows/ui_state.h"
 
 namespace dq {
 
@@ -16,11 +17,13 @@ bool CDQChildDialog::CreateIn(CWnd* parent, int site_id) {
   const CDQSwitchResourceHandle scope(ResourceModule());
   const std::optional<DialogTemplate> pattern = MakeTemplate();
   if (!pattern || !CreateIndirect(*pattern, parent, true)) return false;
-  if (CWnd* const site = parent->GetDlgItem(site_id)) {
-    MoveWindow(site->GetPlace());
-    SetWindowOrder(site);
-  }
-  return true;
+  CWnd* const site = parent->GetDlgItem(site_id);
+  if (site == nullptr) return true;
+  const detail::Watched self(*this);
+  const detail::Watched beside(*site);
+  MoveWindow(site->GetPlace());
+  if (self.IsThere() && beside.IsThere()) SetWindowOrder(site);
+  return self.IsThere();
 }
 
 bool CDQChildDialog::CallMapped(const HandlerKey& key, HandlerArguments& arguments) {

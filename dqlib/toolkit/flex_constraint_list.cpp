@@ -38,12 +38,6 @@ bool MovesCombosWithTheirLists() {
   return version.ok() && version.value.major < kFirstVersionWithoutList;
 }
 
-/// Whether `window` still is the window of the handle; `ended` is what was counted before handlers
-/// were called.
-bool IsStill(const CWnd* window, HWND handle, std::size_t ended) {
-  return ended == detail::CurrentUi().ended || CWnd::FromHandle(handle) == window;
-}
-
 void InvalidateWithChildren(CWnd& control) {
   control.Invalidate();
   for (CWnd* child = control.GetTopWindow(); child != nullptr; child = child->GetNextWindow()) {
@@ -143,7 +137,7 @@ void CNSFlexConstraintList::Resize(int cx, int cy) {
   if (m_records.empty() || !m_sizeDesign || !Capture()) return;
   const CSize growth = FlexGrowth(*m_sizeDesign, {cx, cy});
   CWnd* const host = m_pHost;
-  const HWND host_handle = host->GetSafeHwnd();
+  const detail::Watched watched(*host);
   for (std::size_t i = 0; i < m_nCaptured; ++i) {
     const Record& record = m_records[i];
     const int id = record.id;
@@ -151,12 +145,11 @@ void CNSFlexConstraintList::Resize(int cx, int cy) {
     if (control == nullptr) continue;
     const CRect place = FlexPlace(record.design, *record.horizontal, *record.vertical, growth);
     // The controls' own handlers run here. They may end any window, the host and this list too.
-    const HWND handle = control->GetSafeHwnd();
-    const std::size_t ended = detail::CurrentUi().ended;
+    const detail::Watched moved(*control);
     control->MoveWindow(place.left, place.top, Extent(place.left, place.right),
                         Extent(place.top, place.bottom), false);
-    if (!IsStill(host, host_handle, ended)) return;
-    if (IsStill(control, handle, ended)) InvalidateWithChildren(*control);
+    if (!watched.IsThere()) return;
+    if (moved.IsThere()) InvalidateWithChildren(*control);
   }
 }
 

@@ -1,11 +1,15 @@
 #include "dqlib/toolkit/flex_dialog.h"
 
+#include "dqlib/framework/windows/ui_state.h"
+
 namespace dq {
 
 IMPLEMENT_DYNAMIC(CNSFlexDialog, CDialog)
 
 BOOL CNSFlexDialog::OnInitDialog() {
+  const detail::Watched self(*this);
   const BOOL choose_focus = CDialog::OnInitDialog();
+  if (!self.IsThere()) return 0;
   InitFlex();
   SetModified(0);
   return choose_focus;
@@ -18,9 +22,9 @@ void CNSFlexDialog::SetModified(BOOL modified) {
 
 bool CNSFlexDialog::Apply() {
   if (UpdateData(1) == 0) return false;
-  const HWND self = GetSafeHwnd();
+  const detail::Watched self(*this);
   OnApplyChanges(m_pSubject);
-  if (FromHandle(self) != this) return false;
+  if (!self.IsThere()) return false;
   SetModified(0);
   return true;
 }

@@ -1,5 +1,7 @@
 #include "dqlib/toolkit/flex_property_page.h"
 
+#include "dqlib/framework/windows/ui_state.h"
+
 namespace dq {
 
 IMPLEMENT_DYNAMIC(CNSFlexPropertyPage, CPropertyPage)
@@ -19,7 +21,9 @@ CDocument* CNSFlexPropertyPage::GetDocument() const {
 void CNSFlexPropertyPage::OnUpdate(CView*, LPARAM, CObject*) {}
 
 BOOL CNSFlexPropertyPage::OnInitDialog() {
+  const detail::Watched self(*this);
   const BOOL choose_focus = CPropertyPage::OnInitDialog();
+  if (!self.IsThere()) return 0;
   InitFlex();
   return choose_focus;
 }

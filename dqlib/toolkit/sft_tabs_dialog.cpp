@@ -46,7 +46,8 @@ int CDQSftTabsDialog::AddPage(CDQSftTabsPage& page) {
 }
 
 void CDQSftTabsDialog::RemovePage(const CDQSftTabsPage& page) {
-  const auto found = std::ranges::find(m_pages, &page, &Entry::page);
+  const auto found = m_pages.back().page == &page ? m_pages.end() - 1
+                                                  : std::ranges::find(m_pages, &page, &Entry::page);
   const int index = static_cast<int>(found - m_pages.begin());
   m_pages.erase(found);
   if (CDQTabStrip* const tabs = Tabs()) tabs->DeleteString(index);
@@ -74,7 +75,9 @@ void CDQSftTabsDialog::EnableTab(int index, bool enable) {
 }
 
 BOOL CDQSftTabsDialog::OnInitDialog() {
+  const HWND self = GetSafeHwnd();
   const BOOL focus = CDQDialog::OnInitDialog();
+  if (!IsStill(self)) return 0;
   if (CDQTabStrip* const tabs = Tabs()) {
     tabs->ResetContent();
     for (int at = 0; at < GetPageCount(); ++at) {
@@ -122,19 +125,22 @@ bool CDQSftTabsDialog::Open(int index) {
   CDQSftTabsPage* const former = GetPage(m_nActive);
   m_nActive = index;
   if (CDQTabStrip* const tabs = Tabs()) tabs->SetCurSel(index);
+  const auto stays = [&] { return IsStill(self) && GetPage(m_nActive) == &page; };
   if (former != nullptr) former->ShowWindow(SW_HIDE);
-  page.ShowWindow(SW_SHOW);
-  page.ActivatePage();
-  return IsStill(self) && m_nActive == index;
+  if (stays()) page.ShowWindow(SW_SHOW);
+  if (stays()) page.ActivatePage();
+  return stays();
 }
 
 template <typename Call>
 bool CDQSftTabsDialog::ForEachPage(Call call) {
   const HWND self = GetSafeHwnd();
-  for (int at = 0; at < GetPageCount(); ++at) {
-    if (!IsTabEnabled(at)) continue;
-    const bool go_on = call(at);
+  for (int at = 0; at < GetPageCount();) {
+    const CDQSftTabsPage* const page = GetPage(at);
+    const bool go_on = !IsTabEnabled(at) || call(at);
     if (!IsStill(self) || !go_on) return false;
+    // One that has dropped itself leaves its place to the next.
+    if (GetPage(at) == page) ++at;
   }
   return true;
 }

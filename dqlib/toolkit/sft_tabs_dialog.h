@@ -10,7 +10,7 @@
 
 #pragma once
 
-#include <vector>
+#include <deque>
 
 #include "dqlib/toolkit/child_dialog.h"
 
@@ -114,7 +114,8 @@ class CDQSftTabsDialog : public CDQDialog {
   bool IsStill(HWND self) const { return self != nullptr && FromHandle(self) == this; }
   void OnTabWished();
 
-  std::vector<Entry> m_pages;
+  /// Pages go in constant time from either end.
+  std::deque<Entry> m_pages;
   int m_nTabsID;
   int m_nPlaceID;
   int m_nActive = -1;

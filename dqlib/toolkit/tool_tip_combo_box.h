@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include <vector>
+#include <deque>
 
 #include "dqlib/framework/controls/combo_box.h"
 
@@ -39,7 +39,7 @@ class CToolTipComboBox : public CComboBox {
   /// Keeps what belongs to the row just added.
   int Keep(int index, const char* tip, std::uintptr_t data);
 
-  std::vector<CString> m_tips;
+  std::deque<CString> m_tips;
 };
 
 }  // namespace dq

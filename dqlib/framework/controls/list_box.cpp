@@ -104,7 +104,7 @@ void CListBox::Describe(platform::DialogControl& control) const {
 bool CListBox::Enter(std::string_view value) {
   if (!multiple_) return Choose(rows_.FindNamed(value));
   std::vector<bool> named;
-  if (!TakesInput() || !NamedRows(value, named)) return false;
+  if (!TakesInput() || !rows_.FindAllNamed(value, named)) return false;
   bool changed = false;
   for (int at = 0; at < rows_.size(); ++at) {
     const bool selected = named[static_cast<std::size_t>(at)];
@@ -173,7 +173,7 @@ void CCheckListBox::Describe(platform::DialogControl& control) const {
 
 bool CCheckListBox::Enter(std::string_view value) {
   std::vector<bool> named;
-  if (!TakesInput() || !NamedRows(value, named)) return false;
+  if (!TakesInput() || !rows_.FindAllNamed(value, named)) return false;
   std::vector<int> changes;
   for (int at = 0; at < rows_.size(); ++at) {
     if (named[static_cast<std::size_t>(at)] == (GetCheck(at) == 1)) continue;

@@ -67,21 +67,6 @@ int RowControl::FindStringExact(int after, const char* text) const {
   return rows_.FindExact(after, detail::OrEmpty(text));
 }
 
-bool RowControl::NamedRows(std::string_view lines, std::vector<bool>& named) const {
-  named.assign(static_cast<std::size_t>(rows_.size()), false);
-  for (const std::string_view line : detail::SplitLines(lines)) {
-    const int first = rows_.FindNamed(line);
-    if (first < 0) return false;
-    int row = first;
-    while (named[static_cast<std::size_t>(row)]) {
-      row = rows_.FindExact(row, rows_.Text(row));
-      if (row == first) break;
-    }
-    named[static_cast<std::size_t>(row)] = true;
-  }
-  return true;
-}
-
 void RowControl::OnSubclassed(CWnd& former) {
   Control::OnSubclassed(former);
   if (auto* const control = dynamic_cast<RowControl*>(&former)) {

@@ -57,9 +57,6 @@ class RowControl : public Control {
     }
     return lines;
   }
-  /// Which rows a person names, one a line; false if there is no such row. Of rows with the same
-  /// text, each line names another one.
-  bool NamedRows(std::string_view lines, std::vector<bool>& named) const;
 
   detail::RowStore rows_;
   int current_ = -1;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <unordered_map>
 
 #include "dqlib/framework/base/multi_byte.h"
 #include "dqlib/framework/controls/control.h"
@@ -16,6 +17,8 @@ std::uint32_t HashOf(std::string_view lower) {
 }  // namespace
 
 void RowStore::Insert(int index, std::string_view text) {
+  // Before the rows move: the text may be one of theirs.
+  const std::uint32_t hash = HashOf(multi_byte::Lower(text));
   std::uint32_t slot = static_cast<std::uint32_t>(slots_.size());
   if (free_slots_.empty()) {
     slots_.push_back({std::string(text)});
@@ -24,13 +27,12 @@ void RowStore::Insert(int index, std::string_view text) {
     slots_[slot].text = text;
     free_slots_.pop_back();
   }
-  order_.insert(order_.begin() + index, slot);
-  hashes_.insert(hashes_.begin() + index, HashOf(multi_byte::Lower(text)));
+  order_.insert(order_.begin() + index, {slot, hash});
 }
 
 int RowStore::SortedPlace(std::string_view text) const {
-  const auto behind = [this](std::string_view wanted, std::uint32_t slot) {
-    return multi_byte::CompareNoCase(wanted, slots_[slot].text) < 0;
+  const auto behind = [this](std::string_view wanted, const Entry& entry) {
+    return multi_byte::CompareNoCase(wanted, slots_[entry.slot].text) < 0;
   };
   // Rows that come in order are the usual case.
   if (order_.empty() || !behind(text, order_.back())) return size();
@@ -39,11 +41,10 @@ int RowStore::SortedPlace(std::string_view text) const {
 }
 
 void RowStore::Erase(int index) {
-  const std::uint32_t slot = order_[static_cast<std::size_t>(index)];
+  const std::uint32_t slot = order_[static_cast<std::size_t>(index)].slot;
   slots_[slot] = {};
   free_slots_.push_back(slot);
   order_.erase(order_.begin() + index);
-  hashes_.erase(hashes_.begin() + index);
 }
 
 void RowStore::Clear() { *this = {}; }
@@ -76,7 +77,7 @@ int RowStore::FindExact(int after, std::string_view text) const {
   const std::string lower = multi_byte::Lower(text);
   const std::uint32_t hash = HashOf(lower);
   return FindBehind(after, [&](int at) {
-    if (hashes_[static_cast<std::size_t>(at)] != hash) return false;
+    if (order_[static_cast<std::size_t>(at)].hash != hash) return false;
     const std::string_view row = Text(at);
     return row.size() == lower.size() && multi_byte::IsLowerForm(row, lower, page);
   });
@@ -87,10 +88,30 @@ int RowStore::FindNamed(std::string_view name) const {
   return found >= 0 ? found : IndexFromNumber(name, size());
 }
 
+bool RowStore::FindAllNamed(std::string_view lines, std::vector<bool>& named) const {
+  named.assign(order_.size(), false);
+  // The rows of each text, the last first, down to those that are named already.
+  std::unordered_map<std::string, std::vector<int>> rows;
+  for (int at = size() - 1; at >= 0; --at) rows[multi_byte::Lower(Text(at))].push_back(at);
+  for (const std::string_view line : SplitLines(lines)) {
+    const auto found = rows.find(multi_byte::Lower(line));
+    int row = found == rows.end() ? IndexFromNumber(line, size()) : found->second.back();
+    if (row < 0) return false;
+    // Once all are named, a further line names the last one again.
+    while (found != rows.end() && found->second.size() > 1 &&
+           named[static_cast<std::size_t>(row)]) {
+      found->second.pop_back();
+      row = found->second.back();
+    }
+    named[static_cast<std::size_t>(row)] = true;
+  }
+  return true;
+}
+
 std::vector<std::string> RowStore::Texts() const {
   std::vector<std::string> texts;
   texts.reserve(order_.size());
-  for (const std::uint32_t slot : order_) texts.push_back(slots_[slot].text);
+  for (const Entry& entry : order_) texts.push_back(slots_[entry.slot].text);
   return texts;
 }
 

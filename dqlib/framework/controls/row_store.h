@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,8 +13,9 @@
 
 namespace dq::detail {
 
-/// Rows in an order, by index from 0. Adding at the end takes constant time; putting one in between
-/// or taking one out moves 8 bytes for each row behind it, wherever the row itself lies.
+/// Rows in an order, by index from 0. Adding and taking out at either end takes constant time; in
+/// between, 8 bytes move for each row behind or before it, whichever are fewer, wherever the row
+/// itself lies.
 class RowStore {
  public:
   struct Row {
@@ -24,8 +26,10 @@ class RowStore {
 
   int size() const { return static_cast<int>(order_.size()); }
   bool Has(int index) const { return index >= 0 && index < size(); }
-  Row& operator[](int index) { return slots_[order_[static_cast<std::size_t>(index)]]; }
-  const Row& operator[](int index) const { return slots_[order_[static_cast<std::size_t>(index)]]; }
+  Row& operator[](int index) { return slots_[order_[static_cast<std::size_t>(index)].slot]; }
+  const Row& operator[](int index) const {
+    return slots_[order_[static_cast<std::size_t>(index)].slot];
+  }
   /// "" for a row that isn't there.
   std::string_view Text(int index) const {
     return Has(index) ? std::string_view((*this)[index].text) : std::string_view();
@@ -45,18 +49,26 @@ class RowStore {
 
   /// The row that a person names by its text or by its number from 1, or -1.
   int FindNamed(std::string_view name) const;
+  /// Marks in `named`, one for each row, those that a person names by one line each; false if there
+  /// is no such row. Of rows with the same text, each line names another one.
+  bool FindAllNamed(std::string_view lines, std::vector<bool>& named) const;
 
   std::vector<std::string> Texts() const;
 
  private:
+  /// Where the row lies, and the hash of its text in lower case.
+  struct Entry {
+    std::uint32_t slot;
+    std::uint32_t hash;
+  };
+
   template <typename Matches>
   int FindBehind(int after, Matches matches) const;
 
   std::vector<Row> slots_;
   std::vector<std::uint32_t> free_slots_;
-  /// The slots of the rows, and hashes of their texts in lower case, by index.
-  std::vector<std::uint32_t> order_;
-  std::vector<std::uint32_t> hashes_;
+  /// By index.
+  std::deque<Entry> order_;
 };
 
 }  // namespace dq::detail

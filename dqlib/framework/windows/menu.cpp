@@ -40,7 +40,9 @@ bool MakeItem(const MenuModel& menu, UINT flags, std::uintptr_t id, const char* 
   item.flags = flags & kItemFlags;
   if ((flags & MF_POPUP) != 0) {
     item.submenu = reinterpret_cast<HMENU>(id);
-    if (FindMenu(item.submenu) == nullptr || detail::IsInMenu(item.submenu, menu)) return false;
+    MenuModel* const submenu = FindMenu(item.submenu);
+    if (submenu == nullptr || detail::IsInMenu(item.submenu, menu)) return false;
+    submenu->is_submenu = true;
   } else if ((flags & MF_SEPARATOR) == 0) {
     item.id = static_cast<UINT>(id);
   }

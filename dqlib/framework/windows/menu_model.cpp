@@ -77,6 +77,7 @@ bool DestroyMenuTree(HMENU menu) {
 
 bool IsInMenu(HMENU outer, const MenuModel& inner) {
   if (FindMenu(outer) == &inner) return true;
+  if (!inner.is_submenu) return false;
   return static_cast<bool>(
       Walk(outer, [&inner](const MenuItem& item) { return FindMenu(item.submenu) == &inner; }));
 }

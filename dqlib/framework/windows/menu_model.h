@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <string>
 #include <vector>
@@ -25,7 +26,8 @@ struct MenuItem {
 
 /// One menu.
 struct MenuModel {
-  std::vector<MenuItem> items;
+  /// Items are put in and taken out at both ends in constant time.
+  std::deque<MenuItem> items;
   /// Of the default item, or -1.
   int default_position = -1;
   /// The object that is attached, or null.
@@ -33,6 +35,8 @@ struct MenuModel {
   /// Those that stand in for it, made when somebody asks; more than one only if the former has been
   /// attached to another menu.
   std::vector<std::unique_ptr<CMenu>> temporary;
+  /// Whether it ever hung in another menu: one that didn't can't be below any.
+  bool is_submenu = false;
   /// The last search that came by; see `FindCommand`.
   std::uint64_t seen = 0;
 };

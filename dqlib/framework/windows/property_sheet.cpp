@@ -59,8 +59,10 @@ std::optional<DialogTemplate> CPropertyPage::Template() const {
 }
 
 void CPropertyPage::SetModified(BOOL modified) {
-  m_bModified = modified != 0;
-  if (m_pSheet != nullptr) m_pSheet->ShowModified();
+  const bool was_modified = std::exchange(m_bModified, modified != 0);
+  if (m_pSheet == nullptr) return;
+  if (m_bModified != was_modified) m_pSheet->CountModified(m_bModified);
+  m_pSheet->ShowModified();
 }
 
 BOOL CPropertyPage::OnSetActive() {
@@ -134,11 +136,17 @@ bool CPropertySheet::AddPage(CPropertyPage* page) {
   if (page == nullptr || page->m_pSheet != nullptr) return false;
   m_pages.push_back(page);
   page->m_pSheet = this;
+  if (page->m_bModified) CountModified(true);
   return true;
 }
 
 void CPropertySheet::Forget(CPropertyPage* page) {
-  std::erase(m_pages, page);
+  if (m_pages.back() == page) {
+    m_pages.pop_back();
+  } else {
+    m_pages.erase(std::find(m_pages.begin(), m_pages.end(), page));
+  }
+  if (page->m_bModified) CountModified(false);
   if (m_pActive == page) m_pActive = nullptr;
   ShowModified();
 }
@@ -276,14 +284,19 @@ void CPropertySheet::OnPageSetActive(CPropertyPage*) {}
 bool CPropertySheet::OnApply() {
   const Watched self(*this);
   if (m_pActive != nullptr && m_pActive->OnKillActive() == 0) return false;
-  for (int i = 0; self.IsThere() && i < GetPageCount(); ++i) {
+  for (int i = 0; i < GetPageCount();) {
     CPropertyPage* const page = GetPage(i);
-    if (page->GetSafeHwnd() == nullptr || page->OnApply() != 0) continue;
-    if (self.IsThere() && GetPageIndex(page) >= 0 && page != m_pActive) Activate(page);
-    return false;
+    const bool applied = page->GetSafeHwnd() == nullptr || page->OnApply() != 0;
+    if (!self.IsThere()) return false;
+    if (!applied) {
+      if (GetPageIndex(page) >= 0 && page != m_pActive) Activate(page);
+      return false;
+    }
+    // One that has dropped itself leaves its place to the next.
+    if (GetPage(i) == page) ++i;
   }
-  if (!self.IsThere()) return false;
   for (CPropertyPage* const page : m_pages) page->m_bModified = false;
+  m_nModified = 0;
   SetModified(0);
   return true;
 }
@@ -298,11 +311,13 @@ void CPropertySheet::OnApplyNow() {
 
 void CPropertySheet::OnCancel() {
   const Watched self(*this);
-  for (int i = 0; self.IsThere() && i < GetPageCount(); ++i) {
+  for (int i = 0; i < GetPageCount();) {
     CPropertyPage* const page = GetPage(i);
     if (page->GetSafeHwnd() != nullptr) page->OnCancel();
+    if (!self.IsThere()) return;
+    if (GetPage(i) == page) ++i;
   }
-  if (self.IsThere()) CDialog::OnCancel();
+  CDialog::OnCancel();
 }
 
 void CPropertySheet::SetModified(BOOL modified) {
@@ -310,10 +325,7 @@ void CPropertySheet::SetModified(BOOL modified) {
   ShowModified();
 }
 
-bool CPropertySheet::IsModified() const {
-  return m_bModified || std::any_of(m_pages.begin(), m_pages.end(),
-                                    [](const CPropertyPage* page) { return page->m_bModified; });
-}
+bool CPropertySheet::IsModified() const { return m_bModified || m_nModified > 0; }
 
 void CPropertySheet::ShowModified() {
   if (CWnd* const button = GetDlgItem(ID_APPLY_NOW)) button->EnableWindow(IsModified());

@@ -2,8 +2,8 @@
 
 #pragma once
 
+#include <deque>
 #include <memory>
-#include <vector>
 
 #include "dqlib/framework/windows/dialog.h"
 
@@ -121,13 +121,17 @@ class CPropertySheet : public CDialog {
   bool Activate(CPropertyPage* page);
   bool Show(CPropertyPage* page);
   void ShowModified();
+  /// Counts a page in or out of those that are modified.
+  void CountModified(bool modified) { m_nModified += modified ? 1 : -1; }
   void Forget(CPropertyPage* page);
   CRect TabsPlace() const;
 
   CString m_strCaption;
   CWnd* m_pSheetParent;
   int m_nFirstPage;
-  std::vector<CPropertyPage*> m_pages;
+  /// Pages go in constant time from either end.
+  std::deque<CPropertyPage*> m_pages;
+  int m_nModified = 0;
   CPropertyPage* m_pActive = nullptr;
   std::unique_ptr<Tabs> m_pTabs;
   bool m_bModified = false;
