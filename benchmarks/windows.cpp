@@ -198,7 +198,7 @@ class Windows {
   std::vector<std::unique_ptr<dq::CWnd>> windows_;
 };
 
-/// Rows of a list: put in at the front, sought without success, named by a person, taken out again.
+/// Rows of a list: put in at the front, named by a person, taken out again.
 class Rows {
  public:
   explicit Rows(int count) {
@@ -263,13 +263,13 @@ void Ends() {
   constexpr struct {
     const char* what;
     Windows::Kind kind;
-  } kRows[] = {{"windows with posted messages", Windows::kPosted},
+  } kEnds[] = {{"windows with posted messages", Windows::kPosted},
                {"windows with timers", Windows::kTimers},
                {"windows of one owner", Windows::kOwned},
                {"windows one in the other", Windows::kNested},
                {"controls that are subclassed", Windows::kSubclassed},
                {"windows with the same ids", Windows::kSameIds}};
-  for (const auto& row : kRows) IsLinear<Windows>(row.what, 4'000, row.kind);
+  for (const auto& row : kEnds) IsLinear<Windows>(row.what, 4'000, row.kind);
   IsLinear<Rows>("rows of a list", 4'000);
   IsLinear<Items>("items of a menu", 4'000);
   IsLinear<Pages>("pages of a sheet", 4'000);

@@ -6,6 +6,7 @@
 
 #include "dqlib/framework/base/multi_byte.h"
 #include "dqlib/framework/controls/list_box.h"
+#include "tests/support/rows.h"
 
 namespace dq {
 namespace {
@@ -45,6 +46,33 @@ TEST(RowStore, AnswersAsAPlainListOfTextsDoes) {
     ASSERT_EQ(store.FindPrefix(at, text), find(at, begins)) << kSeed << ' ' << step;
   }
   EXPECT_EQ(store.Texts(), plain);
+}
+
+TEST(RowStore, PersonNamesRowsByOneLineEachAndEqualOnesOneAfterTheOther) {
+  detail::RowStore store;
+  for (const char* text : {"a", "B", "A", "2", "a"}) store.Insert(store.size(), text);
+  // A row's own text may be added, wherever the rows lie then.
+  for (int i = 0; i < 20; ++i) store.Insert(store.size(), store.Text(1));
+  for (int i = 0; i < 20; ++i) store.Erase(5);
+  EXPECT_EQ(store.FindExact(1, "b"), 1) << "they are all gone";
+  for (const auto& [lines, marks] : test::Rows<const char*, const char*>{{"", "....."},
+                                                                         {"a", "x...."},
+                                                                         {"A\na", "x.x.."},
+                                                                         {"a\r\nA\na", "x.x.x"},
+                                                                         {"a\na\na\na", "x.x.x"},
+                                                                         {"1\na", "x.x.."},
+                                                                         {"2\nb", ".x.x."},
+                                                                         {"5", "....x"},
+                                                                         {"6", ""},
+                                                                         {"0", ""},
+                                                                         {"a\nc", ""}}) {
+    std::vector<bool> named;
+    std::string got;
+    if (store.FindAllNamed(lines, named)) {
+      for (const bool each : named) got += each ? 'x' : '.';
+    }
+    EXPECT_EQ(got, marks) << lines;
+  }
 }
 
 TEST(RowStore, SortedListPutsEqualsBehindEachOtherAndKeepsTheSelectedRow) {

@@ -230,8 +230,9 @@ TEST(Dialog, ClosesWhenTheThreadIsToldToEnd) {
 TEST(Dialog, MayBeDroppedByItsOwnHandlers) {
   struct DroppedDlg : GotoDlg {
     LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
+      const bool drops = message == at;
       const LRESULT result = GotoDlg::WindowProc(message, wparam, lparam);
-      if (message == at) delete this;
+      if (drops) delete this;
       return result;
     }
     void PostNcDestroy() override {

@@ -1,6 +1,8 @@
 #include "dqlib/framework/windows/menu.h"
 
+#include <functional>
 #include <gtest/gtest.h>
+#include <memory>
 #include <string>
 
 #include "dqlib/framework/base/resource_chain.h"
@@ -200,6 +202,64 @@ TEST(ToolBar, ResourceGivesButtonsAndEveryChangeIsTold) {
   bar.EnableButton(0, false);
   EXPECT_EQ(observer.Take(bar), std::vector(5, WindowChange::kContent));
   EXPECT_EQ(bar.GetButton(0), (ToolBarButton{10, false, 1, false}));
+}
+
+TEST(Updates, MayEndWhatCalledThem) {
+  struct Frame : CFrameWnd {
+    bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override {
+      if (key.code == CN_UPDATE_COMMAND_UI && !arguments.only_ask) {
+        updated += std::to_string(key.id) + ' ';
+        if (key.id == 10) end();
+        return key.id != 10;
+      }
+      return CFrameWnd::CallMapped(key, arguments);
+    }
+    void PostNcDestroy() override {
+      if (deletes_itself) delete this;
+    }
+    std::string& updated;
+    std::function<void()> end;
+    bool deletes_itself = false;
+    explicit Frame(std::string& to) : updated(to) {}
+  };
+  const WORD commands[] = {9, 10, 11};
+  enum { kFrame, kObject, kBar, kMenu };
+  for (const int what : {kFrame, kObject, kBar, kMenu}) {
+    std::string updated;
+    auto* const frame = new Frame(updated);
+    ASSERT_TRUE(frame->Create("Frame", "", {}));
+    auto bar = std::make_unique<CToolBar>();
+    ASSERT_TRUE(bar->Create(frame));
+    bar->SetButtons(commands);
+    CMenu menu;
+    ASSERT_TRUE(
+        menu.LoadMenuIndirect("item 9 \"\"\npopup \"\"\nitem 10 \"\"\nitem 11 \"\"\nend\n"));
+    frame->SetMenu(&menu);
+    frame->deletes_itself = what == kObject;
+    frame->end = [&] {
+      if (what == kBar) bar.reset();
+      if (what == kMenu) menu.DestroyMenu();
+      if (what == kFrame || what == kObject) frame->DestroyWindow();
+    };
+    const HWND handle = frame->GetSafeHwnd();
+    // The bar goes by the message that an idle thread sends it, and the menu by its frame.
+    if (what == kMenu) {
+      frame->UpdateMenu();
+    } else {
+      bar->SendMessage(WM_IDLEUPDATECMDUI, 1);
+    }
+    EXPECT_EQ(updated, "9 10 ") << what;
+    if (what == kFrame || what == kObject) {
+      EXPECT_EQ(CWnd::FromHandle(handle), nullptr);
+    }
+    if (what != kObject) delete frame;
+    // The same by a command of a menu, whose update ends the frame before it is run.
+    auto* const second = new Frame(updated);
+    ASSERT_TRUE(second->Create("Frame", "", {}));
+    second->deletes_itself = true;
+    second->end = [&] { second->DestroyWindow(); };
+    second->SendMessage(WM_COMMAND, 10);
+  }
 }
 
 TEST(ToolBar, IsBroughtUpToDateByTheFrameAroundItWhileItIsInSightAndTheThreadIdle) {

@@ -58,13 +58,26 @@ TEST_F(WindowTree, KeepsChildrenInOrderAndFindsThemByTheirIds) {
   EXPECT_EQ(parent.GetDlgItem(7), children[7].get());
   children[7]->SetDlgCtrlID(777);
   EXPECT_EQ(parent.GetDlgItem(7), nullptr);
+  children[7]->SetDlgCtrlID(8);
+  EXPECT_EQ(parent.GetDlgItem(8), children[8].get());
+  CWnd taker;
+  ASSERT_TRUE(taker.SubclassDlgItem(9, &parent));
+  EXPECT_EQ(parent.GetDlgItem(9), &taker);
+  EXPECT_EQ(taker.GetPrevWindow(), children[8].get());
+  EXPECT_EQ(taker.GetNextWindow(), children[10].get());
+  EXPECT_TRUE(taker.DestroyWindow());
+  EXPECT_EQ(parent.GetDlgItem(9), children[69].get());
+  EXPECT_TRUE(children[69]->DestroyWindow());
+  EXPECT_EQ(parent.GetDlgItem(9), nullptr);
+  children[70]->SetWindowOrder(nullptr);
+  EXPECT_EQ(parent.GetDlgItem(10), children[70].get()) << "the first now";
   int count = 0;
   for (const CWnd* at = parent.GetTopWindow(); at != nullptr; at = at->GetNextWindow()) {
     ++count;
     EXPECT_EQ(at->GetParent(), &parent);
     EXPECT_TRUE(at->GetNextWindow() == nullptr || at->GetNextWindow()->GetPrevWindow() == at);
   }
-  EXPECT_EQ(count, 99);
+  EXPECT_EQ(count, 97);
   EXPECT_EQ(parent.SetParent(children[3].get()), nullptr) << "not below itself";
   EXPECT_EQ(children[3]->SetParent(children[4].get()), &parent);
   EXPECT_EQ(children[3]->GetTopLevelParent(), &parent);
@@ -113,6 +126,48 @@ TEST_F(WindowTree, ObjectsMayGoInAnyOrderAndInTheirOwnHandlers) {
   other->DestroyWindow();
   EXPECT_EQ(other, nullptr);
   EXPECT_EQ(below.GetSafeHwnd(), nullptr);
+}
+
+TEST_F(WindowTree, WindowsOfOneOwnerEndWithItFromTheLastAndEachMayGoBefore) {
+  LogWnd owner(log, nullptr, 1);
+  std::vector<std::unique_ptr<CWnd>> owned;
+  for (int id = 0; id < 6; ++id) {
+    owned.push_back(std::make_unique<CWnd>());
+    ASSERT_TRUE(owned.back()->CreateWnd({.class_name = "Popup", .owner = &owner, .id = id}));
+  }
+  for (const std::size_t first : {0U, 3U, 5U}) EXPECT_TRUE(owned[first]->DestroyWindow());
+  CWnd late;
+  ASSERT_TRUE(late.CreateWnd({.class_name = "Popup", .owner = &owner}));
+  owned[2].reset();
+  EXPECT_EQ(late.GetOwner(), &owner);
+  owner.DestroyWindow();
+  for (const std::size_t last : {1U, 4U}) EXPECT_EQ(owned[last]->GetSafeHwnd(), nullptr);
+  EXPECT_EQ(late.GetSafeHwnd(), nullptr);
+}
+
+TEST_F(WindowTree, ChainOfWindowsEndsFromItsLastAndItsLastCallsMayDropTheOnesAbove) {
+  struct Link : CWnd {
+    void PostNcDestroy() override {
+      ended->push_back(GetDlgCtrlID());
+      if (drops != nullptr) drops->reset();
+    }
+    std::vector<int>* ended = nullptr;
+    std::unique_ptr<Link>* drops = nullptr;
+  };
+  std::vector<int> ended;
+  std::vector<std::unique_ptr<Link>> chain;
+  CWnd* above = &top;
+  for (int id = 0; id < 6; ++id) {
+    chain.push_back(std::make_unique<Link>());
+    chain.back()->ended = &ended;
+    ASSERT_TRUE(chain.back()->CreateWnd({.class_name = "Link", .parent = above, .id = id}));
+    above = chain.back().get();
+  }
+  chain[5]->drops = &chain[3];
+  chain[0]->DestroyWindow();
+  EXPECT_EQ(ended, (std::vector{5, 4, 2, 1, 0}));
+  EXPECT_EQ(chain[3], nullptr);
+  EXPECT_FALSE(top.IsChild(chain[0].get()));
 }
 
 TEST_F(WindowTree, SendsToDescendantsThatAreStillThere) {

@@ -8,6 +8,7 @@
 #include "dqlib/toolkit/flex_mdi_child_wnd.h"
 #include "dqlib/toolkit/flex_property_page.h"
 #include "dqlib/toolkit/flex_property_sheet.h"
+#include "tests/support/rows.h"
 #include "tests/support/scripted_prompts.h"
 
 namespace dq {
@@ -89,15 +90,19 @@ struct Page : CNSFlexPropertyPage {
   }
   BOOL Answer(const char* call) {
     log += name + call;
-    return refuses != call;
+    const bool agrees = refuses != call;
+    if (goes_at == call) delete this;
+    return agrees;
   }
   BOOL OnSetActive() override { return Answer("+ "); }
   BOOL OnKillActive() override { return Answer("- "); }
   BOOL OnApply() override { return Answer("! "); }
+  void OnCancel() override { Answer("x "); }
   void OnUpdate(CView*, LPARAM hint, CObject*) override { log += name + std::to_string(hint); }
   std::string name;
   std::string& log;
   std::string refuses;
+  std::string goes_at;
 };
 
 TEST(FlexPropertySheet, AsksItsPagesInOrderAndStaysAtTheFirstThatRefuses) {
@@ -159,6 +164,45 @@ TEST(FlexPropertySheet, AsksItsPagesInOrderAndStaysAtTheFirstThatRefuses) {
   EXPECT_EQ(sheet.DoModal(), IDOK);
   took("b- a! b! S ");
   EXPECT_EQ(CPropertySheet("none").DoModal(), -1);
+}
+
+TEST(FlexPropertySheet, PagesMayDropThemselvesAndCountAsModifiedUntilThen) {
+  CWinApp app("test");
+  testing::ScriptedPrompts prompts;
+  // What the second of three pages goes at and refuses, the button, and who is told what.
+  for (const auto& [goes_at, refuses, button, told] :
+       test::Rows<const char*, const char*, int, const char*>{
+           {"! ", "", IDOK, "c- a! b! c! "},
+           {"! ", "! ", IDOK, "c- a! b! ax cx "},
+           {"x ", "", IDCANCEL, "ax bx cx "},
+           {"+ ", "", IDCANCEL, "c- b+ c+ ax cx "},
+           {"- ", "", IDOK, "c- b+ b- c+ c- a! c! "}}) {
+    std::string log;
+    auto* const a = new Page("a", log);
+    auto* const b = new Page("b", log);
+    Page c("c", log);
+    CPropertySheet sheet("Sheet", nullptr, 0);
+    for (Page* page : {a, b, &c}) ASSERT_TRUE(sheet.AddPage(page));
+    prompts.on_dialog = [&](platform::DialogView& view) {
+      for (const int page : {1, 2}) sheet.SetActivePage(page);
+      log.clear();
+      EXPECT_FALSE(sheet.GetDlgItem(ID_APPLY_NOW)->IsWindowEnabled());
+      for (const BOOL modified : {1, 1, 0, 1}) b->SetModified(modified);
+      b->goes_at = goes_at;
+      b->refuses = refuses;
+      const std::string at = goes_at;
+      if (at == "+ " || at == "- ") sheet.SetActivePage(1);
+      if (at == "- ") sheet.SetActivePage(2);
+      EXPECT_EQ(sheet.IsModified(), sheet.GetPageCount() == 3);
+      EXPECT_EQ(sheet.GetDlgItem(ID_APPLY_NOW)->IsWindowEnabled(), sheet.GetPageCount() == 3);
+      view.Press(button);
+    };
+    sheet.DoModal();
+    EXPECT_EQ(log, told) << goes_at << refuses;
+    EXPECT_EQ(sheet.GetPageCount(), 2);
+    EXPECT_FALSE(sheet.IsModified());
+    delete a;
+  }
 }
 
 TEST(FlexPropertySheetView, ShowsADocumentOnItsPages) {
