@@ -8,6 +8,7 @@
 
 #include "dqlib/datetime/date_time_cells.h"
 #include "dqlib/datetime/date_time_fmt_dictionary.h"
+#include "dqlib/framework/base/date_time_text.h"
 #include "dqlib/framework/windows/message_box.h"
 #include "dqlib/resources/string_ids.h"
 
@@ -36,6 +37,28 @@ bool AssignTokens(const CStringList& tokens, const CLGDateTimeFmtCellList& cells
     }
   }
   return true;
+}
+
+/// Adds what stands between separators, and each separator. Where a token begins with a name,
+/// separators are a part of it as far as the name goes, `name_length` bytes.
+template <typename NameLength>
+void CutTokens(const char* text, NameLength name_length, CStringList& tokens) {
+  std::string_view rest = text == nullptr ? std::string_view() : std::string_view(text);
+  while (!rest.empty()) {
+    const std::size_t name = name_length(rest);
+    const std::size_t end =
+        std::min(rest.find_first_of(detail::kDateTimeSeparators, name), rest.size());
+    if (end > 0) tokens.AddTail(CString(rest.substr(0, end)));
+    rest.remove_prefix(end);
+    if (rest.empty()) break;
+    tokens.AddTail(CString(rest.substr(0, 1)));
+    rest.remove_prefix(1);
+  }
+}
+
+/// Whether there may be a name in the text.
+bool HasLetters(std::string_view text) {
+  return text.find_first_not_of("0123456789 /-,;:.") != std::string_view::npos;
 }
 
 }  // namespace
@@ -67,19 +90,22 @@ int CLGDateTime::ParseDateTime(const char* text, const CLGDateTimeFmtDef* def) {
   }
   CStringList tokens;
   ExtractDateTimeStr(text, tokens);
-  return ParseDateTimeWithExactMatch(tokens, def != nullptr ? def : m_pFormat);
+  const CLGDateTimeFmtDef* const format = def != nullptr ? def : m_pFormat;
+  if (ParseDateTimeWithExactMatch(tokens, format) != 0) return 1;
+  // In some locales names hold separators.
+  if (!HasLetters(text)) return 0;
+  const auto name_length = [](std::string_view rest) {
+    return detail::NameLength(rest, detail::kDateTimeSeparators);
+  };
+  CStringList named_tokens;
+  CutTokens(text, name_length, named_tokens);
+  const bool other = named_tokens.GetCount() != tokens.GetCount();
+  return other ? ParseDateTimeWithExactMatch(named_tokens, format) : 0;
 }
 
 void CLGDateTime::ExtractDateTimeStr(const char* text, CStringList& tokens) const {
-  std::string_view rest = text == nullptr ? std::string_view() : std::string_view(text);
-  while (!rest.empty()) {
-    const std::size_t end = std::min(rest.find_first_of(detail::kDateTimeSeparators), rest.size());
-    if (end > 0) tokens.AddTail(CString(rest.substr(0, end)));
-    rest.remove_prefix(end);
-    if (rest.empty()) break;
-    tokens.AddTail(CString(rest.substr(0, 1)));
-    rest.remove_prefix(1);
-  }
+  CutTokens(
+      text, [](std::string_view) { return std::size_t{0}; }, tokens);
 }
 
 int CLGDateTime::ParseDateTimeWithExactMatch(const CStringList& tokens,
@@ -87,26 +113,32 @@ int CLGDateTime::ParseDateTimeWithExactMatch(const CStringList& tokens,
   Elements elements;
   if (def == nullptr || !AssignTokens(tokens, def->GetFmtElementList(), elements)) return 0;
   auto& [day, month, year, hour, minute, second, marker] = elements;
-  COleDateTime date;
-  COleDateTime time;
+  detail::DateTimeParts parts;
   const bool has_date = !day.IsEmpty() && !month.IsEmpty() && !year.IsEmpty();
   const bool has_time = !hour.IsEmpty() && !minute.IsEmpty();
   if (has_date) {
     CheckMisOrderedDateMonth(month, day);
     Make4DigitYear(year);
     const CString text = year + "-" + month + "-" + day;
-    if (!date.ParseDateTime(text, LOCALE_NOUSEROVERRIDE, LANG_SYSTEM_DEFAULT)) return 0;
+    const auto date = detail::ReadDateTime(text.View(), LOCALE_NOUSEROVERRIDE, LANG_SYSTEM_DEFAULT,
+                                           detail::Reading::kExact);
+    if (!date) return 0;
+    parts = *date;
   }
   if (has_time) {
     CString text = hour + ":" + minute;
     if (!second.IsEmpty()) text += ":" + second;
     text += " " + marker;
     text.TrimRight();
-    if (!time.ParseDateTime(text, VAR_TIMEVALUEONLY, 0)) return 0;
+    const auto time =
+        detail::ReadDateTime(text.View(), VAR_TIMEVALUEONLY, 0, detail::Reading::kExact);
+    if (!time) return 0;
+    parts.hour = time->hour;
+    parts.minute = time->minute;
+    parts.second = time->second;
   }
   if (!has_date && !has_time) return 0;
-  m_value.SetDateTime(date.GetYear(), date.GetMonth(), date.GetDay(), time.GetHour(),
-                      time.GetMinute(), time.GetSecond());
+  m_value.SetDateTime(parts.year, parts.month, parts.day, parts.hour, parts.minute, parts.second);
   return 1;
 }
 

@@ -32,9 +32,11 @@ class CLGDateTime : public CObject {
   /// Reads a text by the format, or by the one kept if `def` is null; non-zero on success. Text and
   /// format are walked token by token until one of them ends: elements are taken as they come, a
   /// separator of the date must be the format's, colons and weekdays are passed over whatever they
-  /// are. There must be a whole date or an hour and a minute; a time alone is on 1899-12-30, a date
-  /// alone at midnight. On failure the value stays as it was. Without any format the text is read
-  /// by the user's locale, and failure leaves an invalid value.
+  /// are. A text that can't be read so is tried with the names of the user's locale as one token
+  /// each, for they may hold separators ("3-janv.-1993"). There must be a whole date or an hour and
+  /// a minute; a time alone is on 1899-12-30, a date alone at midnight. On failure the value stays
+  /// as it was. Without any format the text is read by the user's locale, and failure leaves an
+  /// invalid value.
   virtual int ParseDateTime(const char* text, const CLGDateTimeFmtDef* def);
 
   int GetDay() const { return m_value.GetDay(); }

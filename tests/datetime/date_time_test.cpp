@@ -69,14 +69,42 @@ TEST(DateTime, ReadsTokenByTokenAlongTheFormat) {
              {"1993-04-03", "MM/DD/YYYY", "0"},
              {"04//1993", "MM/DD/YYYY", "0"},
              {"2001", "YYYY-MM-DD", "0"},
+             // What only plain reading takes.
+             {"01/002/2001", "MM/DD/YYYY", "0"},
+             {"1/\t2/2001", "MM/DD/YYYY", "0"},
+             {"005:34", "HH24:MI", "0"},
+             {"05:34:00 P", "HH12:MI:SS AM", "0"},
+             {"4-2001", "MM-YYYY", "0"},
+             {"5 PM", "HH12 AM", "0"},
              {"04/\xFF\x80/1993", "MM/DD/YYYY", "0"},
              {"04/03/1993", "", "0"},
              {"", "MM/DD/YYYY", "0"}}) {
       EXPECT_EQ(Read(text, fmt), value) << name << " " << text << " by " << fmt;
     }
   }
-  const test::SystemLocale german("de_DE");
-  EXPECT_EQ(Read("3.M\xC3\xA4r.1993", "DD.MON.YYYY"), "1993-03-03 00:00:00");
+}
+
+TEST(DateTime, ReadsNamesOfTheLocaleThatHoldSeparators) {
+  constexpr char kNamed[] = "DD-MON-YYYY HH12:MI:SS AM";
+  constexpr char kFull[] = "DAY, MONTH dd, YYYY";
+  for (const auto& [name, fmt, text, value] :
+       test::Rows<const char*, const char*, const char*, const char*>{
+           {"de_DE", "DD.MON.YYYY", "3.M\xC3\xA4r.1993", "1993-03-03 00:00:00"},
+           {"fr_FR", kNamed, "03-oct.-1993 05:34:00 PM", "1993-10-03 17:34:00"},
+           {"fr_FR", "DD-MON.YYYY", "03-oct.1993", "1993-10-03 00:00:00"},
+           {"fr_FR", "DD/MON/YYYY", "03/octobre/1993", "1993-10-03 00:00:00"},
+           {"fr_FR", "DY DD/MM/YYYY", "sam. 02/01/1993", "1993-01-02 00:00:00"},
+           {"fr_FR", kNamed, "03-oct.1993 05:34:00 PM", "0"},
+           {"mn_MN", kNamed, "03-11-р сар-1993 05:34:00 PM", "1993-11-03 17:34:00"},
+           {"mn_MN", "MON 'DD' YYYY", "1-р сар 03 1993", "0"},
+           {"sq_AL", kFull, "e shtunë, prill 3, 1993", "1993-04-03 00:00:00"},
+           {"es_CR", "HH12:MI:SS AM", "05:34:00 p.m.", "1899-12-30 17:34:00"},
+           {"es_CR", "HH12:MI:SS AM", "05:34:00 P.M.", "1899-12-30 17:34:00"},
+           // Another month has that name in English.
+           {"st_ZA", "DD-MON-YYYY", "03-Jan-1993", "1993-06-03 00:00:00"}}) {
+    const test::SystemLocale locale(name);
+    EXPECT_EQ(Read(text, fmt), value) << name << " " << text << " by " << fmt;
+  }
 }
 
 TEST(DateTime, ReadsByTheFormatKeptOrByTheLocale) {

@@ -64,19 +64,25 @@ class COleDateTime {
   /// The present date and time of day in the user's time zone, to the second.
   static COleDateTime GetCurrentTime();
 
-  /// Reads a date, a time or a date, blanks and a time; a date alone is its midnight, a time alone
-  /// is on 1899-12-30. False, and an invalid value, for anything else; null reads as "".
+  /// Reads a date, a time or both, with blanks or a comma between; a date alone is its midnight, a
+  /// time alone is on 1899-12-30. False, and an invalid value, for anything else; null reads as "".
   ///
-  /// A date is year, month and day, or month and day of the present year, with blanks, or one of
-  /// "/-.," and any blanks, between them. A year of three or four digits may come first; else the
-  /// order is that of the locale's short date. A month may be a name, in full or short, of the
-  /// locale or in English. What is no date in that order is read with month and day exchanged. A
-  /// year of one or two digits is from 1930 to 2029.
+  /// A date is year, month and day, month and year (of the first of the month), or month and day of
+  /// the present year, with blanks, or one of "/-.," and any blanks, between them; nothing need
+  /// stand between a number and the name of a month. A year of three or four digits may come
+  /// first; else the order is that of the locale's short date. What is no date in that order is
+  /// read as year, month, day if all are numbers, then with month and day exchanged. A month may be
+  /// a name, in full or short, of the locale, or else in English. A year of one or two digits is
+  /// from 1930 to 2029; month and year take one of more.
   ///
-  /// A time is "h:mm" or "h:mm:ss", from 0 to 23 hours, with an "AM" or "PM", or the locale's
-  /// marker, behind it, which hours above 12 take no notice of; with hour 0, it is 0 or 12.
+  /// A time is "h:mm" or "h:mm:ss", from 0 to 23 hours, with an "AM", "PM", "A" or "P", or the
+  /// locale's marker, behind it, which hours above 12 take no notice of; with hour 0, it is 0
+  /// or 12. With a marker, the hour may stand alone. Where the locale's date separator isn't ".",
+  /// numbers between full stops are a time ("10.20"), unless they are a date with a year of three
+  /// or four digits.
   ///
-  /// Names are compared without regard to the case of ASCII letters. `flags` are those above;
+  /// Blanks are " ", tabs, CR and LF. Names are compared without regard to the case of ASCII
+  /// letters. Leading zeros that no element has are passed over. `flags` are those above;
   /// `language` is a locale identifier, and 0 is the user's.
   bool ParseDateTime(const char* text, DWORD flags = 0, DWORD language = LANG_USER_DEFAULT);
 
