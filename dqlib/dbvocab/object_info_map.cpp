@@ -53,13 +53,11 @@ std::vector<LoadedEntry> ReadEntries(CArchive& archive) {
 CDBObjectInfoMap::~CDBObjectInfoMap() { CDBObjectInfoMap::RemoveAll(); }
 
 void CDBObjectInfoMap::Insert(const char* key, CDBObjectInfo* object) {
-  CDBObjectInfo* former = nullptr;
-  if (Find(key, former) && former == object) return;
   std::unique_ptr<CDBObjectInfo> owned(object);
-  CMapStringToOb::SetAt(key, object);
+  CObject* const former = Exchange(key, object);
   static_cast<void>(owned.release());
   // Last, for the key may be a part of it.
-  delete former;
+  if (former != object) delete former;
 }
 
 bool CDBObjectInfoMap::RemoveKey(const char* key) {

@@ -102,8 +102,9 @@ void CArchive::Flush() {
     }
   } else {
     // What a file refuses isn't written a second time: a part of it may stand there already.
-    const std::string written = std::exchange(m_buffer, {});
+    std::string written = std::exchange(m_buffer, {});
     m_pFile->Write(written.data(), static_cast<UINT>(written.size()));
+    m_buffer = std::move(written);  // for its memory
   }
   m_buffer.clear();
   m_nNext = 0;
@@ -256,14 +257,20 @@ void CArchive::WriteObject(const CObject* object) {
     *this << kNullTag;
     return;
   }
-  if (const auto known = m_stored.find(object); known != m_stored.end()) {
+  const auto [known, is_new] = m_stored.try_emplace(object, 0);
+  if (!is_new) {
     WriteIndex(known->second, false);
     return;
   }
-  if (!object->IsSerializable()) throw CArchiveException(CArchiveException::badClass);
-  if (m_nDepth == kDeepest) throw CArchiveException(CArchiveException::generic);
+  if (!object->IsSerializable() || m_nDepth == kDeepest) {
+    m_stored.erase(known);
+    throw CArchiveException(object->IsSerializable() ? CArchiveException::generic
+                                                     : CArchiveException::badClass);
+  }
+  // Which stays where it is when the class is entered too.
+  DWORD& index = known->second;
   WriteClass(object->GetRuntimeClass());
-  m_stored[object] = m_nNextIndex++;
+  index = m_nNextIndex++;
   const Deeper deeper(m_nDepth);
   // Storing leaves an object as it is; `Serialize` serves both ways.
   const_cast<CObject*>(object)->Serialize(*this);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <functional>
+#include <utility>
 
 #include "dqlib/framework/base/archive.h"
 #include "dqlib/framework/base/text.h"
@@ -37,14 +38,14 @@ bool CMapStringToOb::Lookup(const char* key, CObject*& object) const {
   return true;
 }
 
-void CMapStringToOb::SetAt(const char* key, CObject* object) {
-  const std::string_view text = detail::OrEmpty(key);
-  if (const auto found = m_entries.find(text); found != m_entries.end()) {
-    found->second.object = object;
-    return;
-  }
-  m_entries.emplace(text, Entry{object, m_nNext, kNowhere});
+void CMapStringToOb::SetAt(const char* key, CObject* object) { Exchange(key, object); }
+
+CObject* CMapStringToOb::Exchange(const char* key, CObject* object) {
+  const auto [entry, is_new] =
+      m_entries.try_emplace(std::string(detail::OrEmpty(key)), Entry{object, m_nNext, kNowhere});
+  if (!is_new) return std::exchange(entry->second.object, object);
   ++m_nNext;
+  return nullptr;
 }
 
 bool CMapStringToOb::RemoveKey(const char* key) {
@@ -63,14 +64,17 @@ void CMapStringToOb::RemoveAll() {
 void CMapStringToOb::Reserve(std::size_t count) { m_entries.reserve(count); }
 
 std::vector<const CMapStringToOb::Entries::value_type*> CMapStringToOb::InOrder() const {
-  std::array<std::vector<const Entries::value_type*>, kBuckets> buckets;
-  for (const auto& entry : m_entries) buckets[BucketOf(entry.first)].push_back(&entry);
+  // With their numbers, so that sorting stays within the buckets.
+  using Numbered = std::pair<std::uint64_t, const Entries::value_type*>;
+  std::array<std::vector<Numbered>, kBuckets> buckets;
+  for (const auto& entry : m_entries) {
+    buckets[BucketOf(entry.first)].emplace_back(entry.second.number, &entry);
+  }
   std::vector<const Entries::value_type*> order;
   order.reserve(m_entries.size());
   for (auto& bucket : buckets) {
-    std::ranges::sort(bucket, std::greater(),
-                      [](const auto* entry) { return entry->second.number; });
-    order.insert(order.end(), bucket.begin(), bucket.end());
+    std::ranges::sort(bucket, std::greater(), &Numbered::first);
+    for (const Numbered& each : bucket) order.push_back(each.second);
   }
   return order;
 }

@@ -51,6 +51,8 @@ class CMapStringToOb : public CObject {
   void Serialize(CArchive& archive) override;
 
  protected:
+  /// `SetAt`, which returns the object that the key had; null if it had none.
+  CObject* Exchange(const char* key, CObject* object);
   /// Calls `visit(object)` for each object, in no order.
   template <typename Visit>
   void VisitObjects(Visit visit) const {
