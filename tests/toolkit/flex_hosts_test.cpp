@@ -8,7 +8,6 @@
 #include "dqlib/toolkit/flex_mdi_child_wnd.h"
 #include "dqlib/toolkit/flex_property_page.h"
 #include "dqlib/toolkit/flex_property_sheet.h"
-#include "tests/support/rows.h"
 #include "tests/support/scripted_prompts.h"
 
 namespace dq {
@@ -170,13 +169,17 @@ TEST(FlexPropertySheet, PagesMayDropThemselvesAndCountAsModifiedUntilThen) {
   CWinApp app("test");
   testing::ScriptedPrompts prompts;
   // What the second of three pages goes at and refuses, the button, and who is told what.
-  for (const auto& [goes_at, refuses, button, told] :
-       test::Rows<const char*, const char*, int, const char*>{
-           {"! ", "", IDOK, "c- a! b! c! "},
-           {"! ", "! ", IDOK, "c- a! b! ax cx "},
-           {"x ", "", IDCANCEL, "ax bx cx "},
-           {"+ ", "", IDCANCEL, "c- b+ c+ ax cx "},
-           {"- ", "", IDOK, "c- b+ b- c+ c- a! c! "}}) {
+  const struct {
+    std::string goes_at;
+    const char* refuses;
+    int button;
+    const char* told;
+  } rows[] = {{"! ", "", IDOK, "c- a! b! c! "},
+              {"! ", "! ", IDOK, "c- a! b! ax cx "},
+              {"x ", "", IDCANCEL, "ax bx cx "},
+              {"+ ", "", IDCANCEL, "c- b+ c+ ax cx "},
+              {"- ", "", IDOK, "c- b+ b- c+ c- a! c! "}};
+  for (const auto& row : rows) {
     std::string log;
     auto* const a = new Page("a", log);
     auto* const b = new Page("b", log);
@@ -188,17 +191,16 @@ TEST(FlexPropertySheet, PagesMayDropThemselvesAndCountAsModifiedUntilThen) {
       log.clear();
       EXPECT_FALSE(sheet.GetDlgItem(ID_APPLY_NOW)->IsWindowEnabled());
       for (const BOOL modified : {1, 1, 0, 1}) b->SetModified(modified);
-      b->goes_at = goes_at;
-      b->refuses = refuses;
-      const std::string at = goes_at;
-      if (at == "+ " || at == "- ") sheet.SetActivePage(1);
-      if (at == "- ") sheet.SetActivePage(2);
+      b->goes_at = row.goes_at;
+      b->refuses = row.refuses;
+      if (row.goes_at == "+ " || row.goes_at == "- ") sheet.SetActivePage(1);
+      if (row.goes_at == "- ") sheet.SetActivePage(2);
       EXPECT_EQ(sheet.IsModified(), sheet.GetPageCount() == 3);
       EXPECT_EQ(sheet.GetDlgItem(ID_APPLY_NOW)->IsWindowEnabled(), sheet.GetPageCount() == 3);
-      view.Press(button);
+      view.Press(row.button);
     };
     sheet.DoModal();
-    EXPECT_EQ(log, told) << goes_at << refuses;
+    EXPECT_EQ(log, row.told) << row.goes_at << row.refuses;
     EXPECT_EQ(sheet.GetPageCount(), 2);
     EXPECT_FALSE(sheet.IsModified());
     delete a;
