@@ -9,6 +9,8 @@
 
 #include "dqlib/dbvocab/object_info_dialog.h"
 #include "dqlib/dbvocab/object_type_list.h"
+#include "dqlib/dbvocab/sql_string.h"
+#include "dqlib/platform/checksum.h"
 #include "siblings/options/options_server.h"
 #include "tests/support/main_window.h"
 #include "tests/support/own_settings.h"
@@ -47,6 +49,22 @@ TEST(ObjectInfo, FullNameSplitsAtTheFirstDotWhateverTheQuotes) {
     EXPECT_EQ(object.GetDefaultTitle().View(), "Nodegroup " + std::string(owner) + "." + name);
     EXPECT_EQ(object.GetObjectTypeString(true), "NODEGROUP");
   }
+}
+
+TEST(ObjectTypes, TextsTemplatesAndWordsAreAsTheyAlwaysWere) {
+  std::string texts, paths, words;
+  for (int type = -1; type < 100; ++type) {
+    for (const DBMS platform :
+         {DBMS_NONE, DBMS_SYBASE, DBMS_SQLSERVER, DBMS_DB2, DBMS_ORACLE, DBMS_DB2OS390}) {
+      texts += GetObjectTypeText(static_cast<OBJECTTYPES>(type), platform) + "\n";
+      paths += GetCreationTemplatePath(platform, static_cast<OBJECTTYPES>(type)) + "\n";
+    }
+  }
+  for (const SqlWord& each : SqlWords()) words += each.name + ("=" + *each.value) + "\n";
+  EXPECT_EQ(SqlWords().size(), 198U);
+  EXPECT_EQ(platform::Checksum(texts), 0x7B9DDD35U);
+  EXPECT_EQ(platform::Checksum(paths), 0xB0A3A558U);
+  EXPECT_EQ(platform::Checksum(words), 0x702640D6U);
 }
 
 TEST(ObjectTypes, ListsFollowPlatformVersionAndPurpose) {

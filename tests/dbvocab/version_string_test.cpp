@@ -74,7 +74,8 @@ TEST(VersionString, ComparesAtThePrecisionOfTheRightSide) {
 TEST(VersionString, ComparesWithNumbersOfAnyType) {
   enum Release { SEVEN = 7 };
   const CDQDBVersionString version("8.170", DBMS_ORACLE);
-  EXPECT_TRUE(version >= 8 && version > 8L && version != 8 && version < 9u && version > SEVEN && version != 0);
+  EXPECT_TRUE(version >= 8 && version > 8L && version != 8 && version < 9u && version > SEVEN &&
+              version != 0);
   EXPECT_TRUE(8 <= version && 8.1 == version && !(8.1 < version) && 9 > version);
 }
 
