@@ -92,6 +92,11 @@ constexpr Conversion kConversions[] = {
      "%m/%d/%Y %I:%M:%S %p", "%Y-%m-%d %H:%M:%S", "MM/dd/yyyy hh:mm:ss a", "yyyy-MM-dd HH:mm:ss"},
     {"to the user", 6, "YYYY-MM-DD HH24:MI:SS", "MM/DD/YYYY HH12:MI:SS AM", "%Y-%m-%d %H:%M:%S",
      "%m/%d/%Y %I:%M:%S %p", "yyyy-MM-dd HH:mm:ss", "MM/dd/yyyy hh:mm:ss a"},
+    // Three times the same, since only what a format says last counts.
+    {"of a long format", 6, "YYYY-MM-DD HH24:MI:SS, YYYY-MM-DD HH24:MI:SS, YYYY-MM-DD HH24:MI:SS",
+     "YYYY-MM-DD HH24:MI:SS", "%Y-%m-%d %H:%M:%S, %Y-%m-%d %H:%M:%S, %Y-%m-%d %H:%M:%S",
+     "%Y-%m-%d %H:%M:%S", "yyyy-MM-dd HH:mm:ss, yyyy-MM-dd HH:mm:ss, yyyy-MM-dd HH:mm:ss",
+     "yyyy-MM-dd HH:mm:ss"},
     {"names of months", 5, "DD-MON-YYYY", "YYYY-MM-DD", "%d-%b-%Y", "%Y-%m-%d", "dd-MMM-yyyy",
      "yyyy-MM-dd"}};
 

@@ -166,11 +166,8 @@ int DateTimeConversion::Walk(const CString& in, CString& out) {
 
 int DateTimeConversions::Convert(int code, const CString& in, CString& out, const CString& in_fmt,
                                  const CString& out_fmt) {
-  // A format that is longer than any of use isn't worth its memory, and one that was made of
-  // elements which somebody has added lasts no longer than they do.
-  constexpr int kLongest = 64;
-  if (in_fmt.GetLength() > kLongest || out_fmt.GetLength() > kLongest ||
-      CLGDateTimeFmtDictionary::HasAddedEntries()) {
+  // What was made of elements that somebody has added lasts no longer than they do.
+  if (CLGDateTimeFmtDictionary::HasAddedEntries()) {
     return DateTimeConversion(code, in_fmt, out_fmt).Convert(in, out);
   }
   return Find(code, in_fmt, out_fmt)->Convert(in, out);

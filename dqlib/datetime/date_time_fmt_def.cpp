@@ -30,10 +30,14 @@ bool Scan(std::string_view text, Visit visit) {
 
 /// A locale picture without fractions of seconds: no other element has an "f".
 std::string WithoutFractions(std::string_view text) {
-  std::string whole(text);
-  if (whole.find(".f") == std::string::npos) return whole;
-  for (std::size_t at = 0; (at = whole.find(".f", at)) != std::string::npos;) whole.erase(at, 1);
-  std::erase(whole, 'f');
+  std::string whole;
+  bool found = false;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool fraction = text[i] == '.' && text.substr(i + 1, 1) == "f";
+    found = found || fraction;
+    if (!fraction) whole += text[i];
+  }
+  if (found) std::erase(whole, 'f');
   return whole;
 }
 
@@ -242,6 +246,16 @@ bool CLGDateTimeFmtDef::IsValidDateTimeFmt(const CString& fmt, DATETIME_FMTTYPE 
 bool CLGDateTimeFmtDef::IsValidDateTimeFmt(const CString& fmt) {
   return IsValidDateTimeFmt(fmt, DTF_DISP) || IsValidDateTimeFmt(fmt, DTF_WIN) ||
          IsValidDateTimeFmt(fmt, DTF_OLE);
+}
+
+CString CLGDateTimeFmtDef::FindUnknownElement(const CString& fmt) {
+  const Dictionary dictionary;
+  CString unknown;
+  Scan(fmt.View(), [&](const CString& token, const CString&) {
+    if (dictionary->GetEntry(token) == nullptr) unknown = token;
+    return unknown.IsEmpty();
+  });
+  return unknown;
 }
 
 void CLGDateTimeFmtDefList::InsertDateTimeFmt(const CString& fmt) {

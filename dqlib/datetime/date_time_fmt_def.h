@@ -113,6 +113,10 @@ class CLGDateTimeFmtDef : public CObject {
   static bool IsValidDateTimeFmt(const CString& fmt, DATETIME_FMTTYPE notation);
   static bool IsValidDateTimeFmt(const CString& fmt);
 
+  /// The first text between separators that a definition made of a format in display or OLE
+  /// notation leaves out, for hosts that refuse such a format; "" if there is none.
+  static CString FindUnknownElement(const CString& fmt);
+
  private:
   const CLGDateTimeFmtCell* FirstCell(DATETIMETYPE kind) const;
   CString FirstCode(DATETIMETYPE kind, DATETIME_FMTTYPE notation) const;

@@ -80,6 +80,7 @@ TEST(DateTimeFmtDef, TranslatesUntilATextIsNoElement) {
            {DTF_WIN, "M/d/yyyy h:mm:ss tt", true, DTF_DISP, true, "mm/dd/YYYY hh12:MI:SS AM"},
            {DTF_WIN, "HH:mm:ss.fff", false, DTF_DISP, true, "HH24:MI:SS"},
            {DTF_WIN, "ff.fHH", false, DTF_DISP, true, "HH24"},
+           {DTF_WIN, "..fHH.ff.", false, DTF_DISP, true, "D.HH24."},
            {DTF_WIN, "dd'.'MM", false, DTF_DISP, false, ""},
            {DTF_WIN, "dddd, MMMM d", true, DTF_DISP, true, "DAY,D MONTH dd"},
            {DTF_DISP, "DAY, MONTH dd", true, DTF_WIN, false, "dddd,"},
@@ -118,6 +119,18 @@ TEST(DateTimeFmtDef, TakesTheUsersFormatFromTheLocale) {
   }
 }
 
+TEST(DateTimeFmtDef, TellsTheElementThatItDropped) {
+  for (const auto& [fmt, element] : test::Rows<const char*, const char*>{{"MM/DD/YYYY HH24:MI", ""},
+                                                                         {"%m/DD", ""},
+                                                                         {"///", ""},
+                                                                         {"MM/XX/ZZ", "XX"},
+                                                                         {"MM/dd/yyyy", "yyyy"},
+                                                                         {"nonsense", "nonsense"},
+                                                                         {"", ""}}) {
+    EXPECT_EQ(CLGDateTimeFmtDef::FindUnknownElement(fmt), element) << fmt;
+  }
+}
+
 TEST(DateTimeFmtDefList, FindsByTheTextOfOneNotation) {
   CLGDateTimeFmtDefList list;
   for (int row = 1; row <= static_cast<int>(std::size(kPredefinedDateTimeFmts)); ++row) {
@@ -136,6 +149,58 @@ TEST(DateTimeFmtDefList, FindsByTheTextOfOneNotation) {
   list.InsertDateTimeFmt("YYYY");
   EXPECT_EQ(list.GetCount(), 25);
   EXPECT_EQ(list.FindDateTimeFmt("YYYY"), list[23]);
+}
+
+TEST(DateTimeFmtDictionary, HoldsItsCellsInOrder) {
+  std::string all;
+  const detail::DictionaryUse<CLGDateTimeFmtDictionary> dictionary;
+  const detail::DictionaryUse<CDQDateTimeFmtDictionary> small;
+  for (POSITION position = dictionary->GetFirstEntry(); position != nullptr;) {
+    const CLGDateTimeFmtCell& cell = *dictionary->GetNext(position);
+    const CString codes = cell.GetDateTimeElementFmt(DTF_DISP) + "|" +
+                          cell.GetDateTimeElementFmt(DTF_OLE) + "|" +
+                          cell.GetDateTimeElementFmt(DTF_WIN);
+    all += std::to_string(cell.GetDateTimeElementType()) + "|" + std::string(codes.View()) + "|" +
+           std::string((cell.GetDescription() + "|" + cell.GetExample()).View()) + "\n";
+    // The small one has all that locales have, too.
+    const auto* const other = small->GetEntry(cell.GetDetail(), DTF_DISP);
+    CString small_codes;
+    if (other != nullptr) {
+      small_codes = other->GetDateTimeElementFmt(DTF_DISP) + "|" +
+                    other->GetDateTimeElementFmt(DTF_OLE) + "|" +
+                    other->GetDateTimeElementFmt(DTF_WIN);
+    }
+    EXPECT_TRUE(small_codes == codes || (other == nullptr && codes.Right(1) == "|")) << codes;
+  }
+  EXPECT_EQ(all,
+            "1|mm|%#m|M|Single digit month of the year|7\n"
+            "1|MM|%m|MM|Double digit month of the year|07\n"
+            "1|MON|%b|MMM|Three letter abbrev. of the month|JAN\n"
+            "1|MONTH|%B|MMMM|Full name of the month|MARCH\n"
+            "0|dd|%#d|d|Single digit day of the month|6\n"
+            "0|DD|%d|dd|Double digit day of the month|06\n"
+            "9|DY|%a|ddd|Three letter abbrev day of the week|WED\n"
+            "9|DAY|%A|dddd|Full name of the weekday|FRIDAY\n"
+            "9|D|%w||Number of days in the week|3\n"
+            "9|DDD|%j||Number of days in the year|234\n"
+            "2|YY|%y|yy|Last two digits of the year|01\n"
+            "2|YYYY|%Y|yyyy|Four digit year|2001\n"
+            "3|hh12|%#I|h|Single digit hours of the day(1 to 12)|4\n"
+            "3|HH12|%I|hh|Double digit hours of the day(1 to 12)|04\n"
+            "3|hh24|%#H|H|Single digit hours of the day(0 to 23)|7\n"
+            "3|HH24|%H|HH|Double digit hours of the day(0 to 23)|07\n"
+            "4|mi|%#M|m|Single digit minutes of the hour|1\n"
+            "4|MI|%M|mm|Double digit minutes of the hour|01\n"
+            "5|ss|%#S|s|Single digit seconds of the minute|9\n"
+            "5|SS|%S|ss|Double digit seconds of the minute|09\n"
+            "6|AM|%p|tt|Display AM or PM|AM\n"
+            "7|/|/|/|Forward slash separator|\n"
+            "7|-|-|-|Dash separator|\n"
+            "7|,|,|,|Comma separator|\n"
+            "7|.|.|.|Period separator|\n"
+            "7|;|;|;|Semicolon separator|\n"
+            "7| | | |Blank space separator|\n"
+            "8|:|:|:|Colon Time separator|\n");
 }
 
 TEST(DateTimeFmtDictionary, FindsTheFirstCellWithExactlyTheCode) {

@@ -126,6 +126,51 @@ TEST(DateTimeFormat, ChoosesByTextAndInsertsWhatNoListHas) {
             "%m/%d/%Y %I:%M:%S %p");
 }
 
+TEST(DateTimeFormat, HasThePredefinedFormatsInOrder) {
+  std::string all;
+  const auto format = Make(DBMS_DB2);
+  const CLGDateTimeFmtDefList& list = format->GetPredefinedDateTimeFmtList();
+  for (int i = 0; i < list.GetSize(); ++i) {
+    const CLGDateTimeFmtDef& def = *list[i];
+    all += std::to_string(def.GetDateTimeType());
+    for (const CString& text : {def.GetFmtDefTitle(), def.GetFmtDateTime(DTF_DISP),
+                                def.GetFmtDateTime(DTF_OLE), def.GetFmtDateTime(DTF_WIN)}) {
+      all += "|" + std::string(text.View());
+    }
+    all += "\n";
+  }
+  EXPECT_EQ(
+      all,
+      "6|04/03/1993 05:34:00 PM|MM/DD/YYYY HH12:MI:SS AM|%m/%d/%Y %I:%M:%S %p|MM/dd/yyyy hh:mm:ss "
+      "tt\n"
+      "6|4/3/1993 5:34:00 PM|mm/dd/YYYY hh12:MI:SS AM|%#m/%#d/%Y %#I:%M:%S %p|M/d/yyyy h:mm:ss tt\n"
+      "6|04/03/93 05:34:00 PM|MM/DD/YY HH12:MI:SS AM|%m/%d/%y %I:%M:%S %p|MM/dd/yy hh:mm:ss tt\n"
+      "6|1993-04-03 05:34:00 PM|YYYY-MM-DD HH12:MI:SS AM|%Y-%m-%d %I:%M:%S %p|yyyy-MM-dd hh:mm:ss "
+      "tt\n"
+      "6|1993-4-3 5:34:00 PM|YYYY-mm-dd hh12:MI:SS AM|%Y-%#m-%#d %#I:%M:%S %p|yyyy-M-d h:mm:ss tt\n"
+      "6|1993-04-03 17:34:00|YYYY-MM-DD HH24:MI:SS|%Y-%m-%d %H:%M:%S|yyyy-MM-dd HH:mm:ss\n"
+      "6|03-Apr-1993 05:34:00 PM|DD-MON-YYYY HH12:MI:SS AM|%d-%b-%Y %I:%M:%S %p|dd-MMM-yyyy "
+      "h:mm:ss tt\n"
+      "6|3-Apr-1993 5:34:00 PM|dd-MON-YYYY hh12:MI:SS AM|%#d-%b-%Y %#I:%M:%S %p|d-MMM-yyyy "
+      "hh:mm:ss tt\n"
+      "6|03-Apr-93 05:34:00 PM|DD-MON-YY HH12:MI:SS AM|%d-%b-%y %I:%M:%S %p|dd-MMM-yy hh:mm:ss tt\n"
+      "6|Saturday, April 3, 1993 05:34:00|DAY, MONTH dd, YYYY HH24:MI:SS|%#c|dddd, MMMM d, yyyy "
+      "HH:mm:ss\n"
+      "5|04/03/1993|MM/DD/YYYY|%m/%d/%Y|MM/dd/yyyy\n"
+      "5|4/3/1993|MM/DD/YYYY|%m/%d/%Y|MM/dd/yyyy\n"
+      "5|04/03/93|MM/DD/YY|%m/%d/%y|MM/dd/yy\n"
+      "5|1993-04-03|YYYY-MM-DD|%Y-%m-%d|yyyy-MM-dd\n"
+      "5|1993-4-3|YYYY-mm-dd|%Y-%#m-%#d|yyyy-M-d\n"
+      "5|03-Apr-1993|DD-MON-YYYY|%d-%b-%Y|dd-MMM-yyyy\n"
+      "5|3-Apr-1993|dd-MON-YYYY|%#d-%b-%Y|d-MMM-yyyy\n"
+      "5|03-Apr-93|DD-MON-YY HH12:MI:SS AM|%d-%b-%y|dd-MMM-yy\n"
+      "5|Saturday, April 3, 1993|DAY, MONTH dd, YYYY|%#c|dddd, MMMM d, yyyy\n"
+      "26|05:04:03 PM|HH12:MI:SS AM|%I:%M:%S %p|hh:mm:ss tt\n"
+      "26|5:4:3 PM|hh12:mi:ss AM|%I:%M %p|hh:mm tt\n"
+      "26|17:04:03|HH24:MI:SS|%H:%M|HH:mm\n"
+      "26|17:4:3|hh24:mi:ss|%I:%M:%S %p|hh:mm:ss tt\n");
+}
+
 TEST(DateTimeFormat, ACopyHasChoicesInItsOwnLists) {
   EXPECT_TRUE(CDQOptionsServer::GetObject()->SetString(kOption, "no format"));
   const auto source = Make(DBMS_ORACLE);
@@ -189,7 +234,15 @@ TEST(DataType, QuotesElevenTypesAndNamesFortyWords) {
     if (CDQDataType::DataTypeNeedQuote(code)) quoted += std::to_string(code) + " ";
   }
   EXPECT_EQ(quoted, "4 5 6 10 11 12 19 20 25 26 30 ");
-  EXPECT_STREQ(GetSqlFragment(39), "TIMESTAMP WITH LOCAL TIME ZONE");
+  std::string words;
+  for (int position = 0; position < 40; ++position) {
+    words += std::string(GetSqlFragment(position)) + "|";
+  }
+  EXPECT_EQ(words,
+            "NULL|[NULL]|IS NULL|DEFAULT|=| AND|(|)| |.|,|'|;|USE|BEGIN TRAN|COMMIT "
+            "TRAN|ROLLBACK|ROLLBACK TRAN|BEGIN|END|COMMIT|INSERT|INSERT "
+            "INTO|UPDATE|DELETE|SELECT|SET|WHERE|FROM|VALUES|NCHAR|VARCHAR|NVARCHAR|VARCHAR2|ID|"
+            "EMPID|TID|TIMESTAMP|TIMESTAMP WITH TIME ZONE|TIMESTAMP WITH LOCAL TIME ZONE|");
   EXPECT_TRUE(GetSqlFragment(-1) == nullptr && GetSqlFragment(40) == nullptr);
 }
 
