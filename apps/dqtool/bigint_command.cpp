@@ -16,67 +16,60 @@ bool IsNumber(std::string_view text) {
   return !text.empty() && text.find_first_not_of("0123456789") == text.npos;
 }
 
-int Answer(bool yes) {
-  PrintLine(yes ? "true" : "false");
-  return yes ? kYes : kNo;
+int NoNumber(const std::string& word) { return Complain("no number: '" + word + "'"); }
+
+/// As text, for numbers of JSON are too short.
+int Print(const Arguments& arguments, const CDQBigInt& number) {
+  const std::string text = number.toString();
+  return PrintAnswer(arguments, text, {{"result", text}});
 }
 
-int Print(const CDQBigInt& number) {
-  PrintLine(number.toString());
-  return kYes;
-}
-
-int Reckon(const CDQBigInt& left, char operation, const CDQBigInt& right) {
-  switch (operation) {
+int Reckon(const Arguments& arguments) {
+  const std::string& operation = arguments.words[1];
+  if (operation.size() != 1 || operation.find_first_of("+-*/%<=") == std::string::npos) {
+    throw WrongUsage("OPERATION is one of + - * / % < =, not '" + operation + "'");
+  }
+  for (const std::string& word : {arguments.words[0], arguments.words[2]}) {
+    if (!IsNumber(word)) return NoNumber(word);
+  }
+  const CDQBigInt left(arguments.words[0]);
+  const CDQBigInt right(arguments.words[2]);
+  switch (operation[0]) {
     case '+':
-      return Print(left + right);
+      return Print(arguments, left + right);
     case '-':
-      return Print(left - right);
+      return Print(arguments, left - right);
     case '*':
-      return Print(left * right);
-    case '/':
-      return Print(left / right);
-    case '%':
-      return Print(left % right);
+      return Print(arguments, left * right);
     case '<':
-      return Answer(left < right);
+      return PrintTruth(arguments, left < right);
+    case '=':
+      return PrintTruth(arguments, left == right);
     default:
-      return Answer(left == right);
+      break;
   }
+  if (right == 0) return Complain("division by zero");
+  return Print(arguments, operation == "/" ? left / right : left % right);
 }
 
-int RunBigInt(Words words) {
-  const bool to_int = words.size() == 2 && words[1] == "int";
-  if (!to_int && (words.size() != 3 || words[1].size() != 1 ||
-                  words[1].find_first_of("+-*/%<=") == std::string::npos)) {
-    throw WrongUsage("what is needed is A, one of + - * / % < =, and B, or A and int");
-  }
-  for (const std::string& word : {words.front(), words.back()}) {
-    if (to_int && word == "int") continue;
-    if (!IsNumber(word)) return Complain("bigint: no number: '" + word + "'");
-  }
-  const CDQBigInt left(words[0]);
-  if (to_int) {
-    PrintLine(std::to_string(static_cast<int>(left)));
-    return kYes;
-  }
-  const char operation = words[1][0];
-  const CDQBigInt right(words[2]);
-  if ((operation == '/' || operation == '%') && right == 0) {
-    return Complain("bigint: division by zero");
-  }
-  return Reckon(left, operation, right);
+int PrintInt(const Arguments& arguments) {
+  if (!IsNumber(arguments.words[0])) return NoNumber(arguments.words[0]);
+  const int number = static_cast<int>(CDQBigInt(arguments.words[0]));
+  return PrintAnswer(arguments, std::to_string(number), {{"result", number}});
 }
 
 const Command kBigInt{
-    "bigint", "A OPERATION B | A int", "Reckons with integers of any length.",
+    "bigint",
+    "Reckons with integers of any length.",
     "OPERATION is one of + - * / % < =. '<' and '=' print 'true' or 'false', which is the exit\n"
     "status too. 'int' prints the last six digits as a number. A and B are decimal digits with\n"
     "an optional '-' before them.\n"
     "\n"
     "The remainder of a number by a larger one is the larger one, and its sign is that of the\n"
-    "quotient, also for a remainder of zero.\n",
-    RunBigInt};
+    "quotient, also for a remainder of zero.\n"
+    "\n"
+    "JSON: {\"result\"}, a text, true or false, or for 'int' a number.\n",
+    {{"A OPERATION B", Reckon, {kJson}}, {"A int", PrintInt, {kJson}}}};
 
 }  // namespace
 }  // namespace dqtool

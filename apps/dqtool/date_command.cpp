@@ -1,21 +1,21 @@
 // dqtool date: date-time formats.
 
-#include <charconv>
-#include <cstdio>
-#include <iterator>
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
+#include "apps/common/content.h"
 #include "apps/dqtool/command.h"
-#include "apps/dqtool/platform_word.h"
+#include "apps/dqtool/host_options.h"
+#include "apps/dqtool/vocabulary.h"
 #include "dqlib/datetime/data_type.h"
 #include "dqlib/datetime/date_time_fmt_def.h"
 #include "dqlib/datetime/date_time_fmt_dictionary.h"
 #include "dqlib/datetime/date_time_format.h"
 #include "dqlib/datetime/predefined_formats.h"
+#include "dqlib/platform/ascii.h"
 #include "siblings/options/options_server.h"
 
 namespace dqtool {
@@ -24,223 +24,198 @@ namespace {
 using dq::CLGDateTimeFmtDef;
 using dq::DATETIME_FMTTYPE;
 
-/// What a subcommand was given: the values of its options, and the other words.
-struct Arguments {
-  std::vector<std::pair<std::string, std::string>> options;
-  std::vector<std::string> words;
-
-  const std::string* Find(std::string_view name) const {
-    for (const auto& [option, value] : options) {
-      if (option == name) return &value;
-    }
-    return nullptr;
+DATETIME_FMTTYPE NotationOf(const std::string& word) {
+  constexpr std::pair<const char*, DATETIME_FMTTYPE> kNotations[] = {
+      {"display", dq::DTF_DISP}, {"ole", dq::DTF_OLE}, {"locale", dq::DTF_WIN}};
+  std::vector<std::string> names;
+  for (const auto& [name, notation] : kNotations) {
+    if (dq::platform::EqualIgnoringCase(word, name)) return notation;
+    names.emplace_back(name);
   }
-
-  const std::string& Get(const std::string& name) const {
-    const std::string* value = Find(name);
-    if (value == nullptr) throw WrongUsage(name + " is needed");
-    return *value;
-  }
-};
-
-/// Formats may begin with a dash, so they stand alone or behind "--".
-Arguments Sort(Words words, std::vector<std::string_view> options) {
-  Arguments arguments;
-  for (std::size_t i = 0; i < words.size(); ++i) {
-    const std::string& word = words[i];
-    if (word == "--") {
-      arguments.words.insert(arguments.words.end(),
-                             std::next(words.begin(), static_cast<std::ptrdiff_t>(i) + 1),
-                             words.end());
-      break;
-    }
-    if (!word.starts_with('-')) {
-      arguments.words.push_back(word);
-      continue;
-    }
-    bool known = false;
-    for (const std::string_view option : options) known = known || word == option;
-    if (!known) RefuseOption(word);
-    if (++i == words.size()) throw WrongUsage(word + " needs a value");
-    arguments.options.emplace_back(word, words[i]);
-  }
-  return arguments;
+  throw WrongUsage("a notation is display, ole or locale, not '" + word + "'" +
+                   DidYouMean(word, names));
 }
 
-dq::CString OneFormat(const Arguments& arguments) {
-  if (arguments.words.size() != 1) throw WrongUsage("one FORMAT is needed");
-  return arguments.words.front();
-}
-
-DATETIME_FMTTYPE NotationOf(const std::string& name) {
-  if (name == "display") return dq::DTF_DISP;
-  if (name == "ole") return dq::DTF_OLE;
-  if (name == "locale") return dq::DTF_WIN;
-  throw WrongUsage("a notation is display, ole or locale, not '" + name + "'");
-}
-
-int CodeOf(const std::string& text) {
-  int code = 0;
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, code);
-  if (error != std::errc() || stop != end) {
-    throw WrongUsage("a data type code is a number, not '" + text + "'");
-  }
-  return code;
-}
-
-void PrintFields(std::initializer_list<std::string_view> fields) {
-  std::string line;
-  for (const std::string_view field : fields) line.append(line.empty() ? "" : "\t").append(field);
-  PrintLine(line);
-}
-
-int PrintCells() {
+int PrintCells(const Arguments& arguments) {
   const dq::detail::DictionaryUse<dq::CLGDateTimeFmtDictionary> dictionary;
+  Listing listing(arguments);
   for (dq::POSITION position = dictionary->GetFirstEntry(); position != nullptr;) {
     const dq::CLGDateTimeFmtCell& cell = *dictionary->GetNext(position);
-    PrintFields({std::to_string(cell.GetDateTimeElementType()),
-                 cell.GetDateTimeElementFmt(dq::DTF_DISP).View(),
-                 cell.GetDateTimeElementFmt(dq::DTF_OLE).View(),
-                 cell.GetDateTimeElementFmt(dq::DTF_WIN).View(), cell.GetDescription().View(),
-                 cell.GetExample().View()});
+    listing.Add({{"kind", int{cell.GetDateTimeElementType()}},
+                 {"display", cell.GetDateTimeElementFmt(dq::DTF_DISP).View()},
+                 {"ole", cell.GetDateTimeElementFmt(dq::DTF_OLE).View()},
+                 {"locale", cell.GetDateTimeElementFmt(dq::DTF_WIN).View()},
+                 {"description", cell.GetDescription().View()},
+                 {"example", cell.GetExample().View()}});
   }
-  return kYes;
+  return listing.End();
 }
 
-int PrintFormats() {
+int PrintFormats(const Arguments& arguments) {
+  Listing listing(arguments);
   for (const dq::PredefinedDateTimeFmt& row : dq::kPredefinedDateTimeFmts) {
-    PrintFields({std::to_string(row.type), row.example, row.disp, row.ole, row.win});
+    listing.Add({{"code", int{row.type}},
+                 {"example", row.example},
+                 {"display", row.disp},
+                 {"ole", row.ole},
+                 {"locale", row.win}});
   }
-  return kYes;
+  return listing.End();
 }
 
-int Convert(const Arguments& arguments) {
+int Translate(const Arguments& arguments) {
   const DATETIME_FMTTYPE from = NotationOf(arguments.Get("--from"));
   const DATETIME_FMTTYPE to = NotationOf(arguments.Get("--to"));
-  const dq::CString format = OneFormat(arguments);
+  const dq::CString format = arguments.words[0];
   dq::CString result;
   if (!CLGDateTimeFmtDef::GetDateTimeFmt(from, format, to, result)) {
-    return Complain("date: can't be converted: '" + std::string(format.View()) + "'");
+    return Complain("can't be converted: '" + arguments.words[0] + "'");
   }
-  PrintLine(result.View());
-  return kYes;
+  return PrintAnswer(arguments, result.View(), {{"format", result.View()}});
 }
 
 int IsValid(const Arguments& arguments) {
-  const std::string* notation = arguments.Find("--notation");
-  const bool valid =
-      notation != nullptr
-          ? CLGDateTimeFmtDef::IsValidDateTimeFmt(OneFormat(arguments), NotationOf(*notation))
-          : CLGDateTimeFmtDef::IsValidDateTimeFmt(OneFormat(arguments));
-  PrintLine(valid ? "true" : "false");
-  return valid ? kYes : kNo;
+  const dq::CString format = arguments.words[0];
+  const std::string* const notation = arguments.Find("--notation");
+  return PrintTruth(arguments, notation != nullptr ? CLGDateTimeFmtDef::IsValidDateTimeFmt(
+                                                         format, NotationOf(*notation))
+                                                   : CLGDateTimeFmtDef::IsValidDateTimeFmt(format));
 }
 
 int PrintPart(const Arguments& arguments) {
-  const int code = CodeOf(arguments.Get("--code"));
-  PrintLine(CLGDateTimeFmtDef(OneFormat(arguments)).GetFmtDateTime(code, dq::DTF_DISP).View());
-  return kYes;
+  const int code = ReadNumber<int>(arguments.Get("--code"), "CODE");
+  const dq::CString format = arguments.words[0];
+  if (!CLGDateTimeFmtDef::IsValidDateTimeFmt(format)) {
+    return Complain("no format: '" + arguments.words[0] + "'");
+  }
+  const dq::CString part = CLGDateTimeFmtDef(format).GetFmtDateTime(code, dq::DTF_DISP);
+  return PrintAnswer(arguments, part.View(), {{"format", part.View()}});
 }
 
-/// The formats of the platform that the options name.
-std::unique_ptr<dq::CLGDateTimeFormat> FormatsOf(const Arguments& arguments) {
-  const std::string& word = arguments.Get("--platform");
-  Words words(&word, 1);
-  const dq::DBMS platform = TakePlatform(words);
-  constexpr int kDateFormatOption = 60000;
-  dq::CDQOptionsServer::GetObject()->AddOptions("dqtool.dqo", kDateFormatOption, kDateFormatOption,
-                                                true, false);
-  std::unique_ptr<dq::CLGDateTimeFormat> format(
+/// The formats of the platform that the options name. Nothing is kept of them.
+std::unique_ptr<dq::CLGDateTimeFormat> FormatsOf(dq::DBMS platform) {
+  dq::CDQOptionsServer& options = HostOptions();
+  const dq::CString kept = options.GetString(kDateFormatOption);
+  if (kept.IsEmpty()) {
+    // Made without one, they keep that of the locale, where a question changes nothing.
+    dq::CString format;
+    CLGDateTimeFmtDef::GetLocaleDateTimeFmt(dq::DATATYPE_DATETIME, format, dq::DTF_DISP);
+    options.HoldValue(kDateFormatOption, std::string(format.View()));
+  } else if (!CLGDateTimeFmtDef::IsValidDateTimeFmt(kept)) {
+    Complain("option " + std::to_string(kDateFormatOption) + " holds no format: '" +
+             std::string(kept.View()) + "'");
+  }
+  return std::unique_ptr<dq::CLGDateTimeFormat>(
       dq::CDateTimeFormatFactory(platform, kDateFormatOption, 0).CreateObject());
-  if (format == nullptr) throw WrongUsage("no date-time formats for " + word);
+}
+
+dq::DBMS PlatformWithFormats(const Arguments& arguments) {
+  const std::string word = arguments.Get("--platform");
+  const dq::DBMS platform = PlatformOf(word);
+  if (platform == dq::DBMS_NONE) throw WrongUsage("no date-time formats for " + word);
+  return platform;
+}
+
+/// A format that values are read or printed by.
+dq::CString FormatFor(const Arguments& arguments, const char* option) {
+  const std::string word = arguments.Get(option);
+  const dq::CString format = word;
+  const bool valid = CLGDateTimeFmtDef::IsValidDateTimeFmt(format, dq::DTF_DISP) ||
+                     CLGDateTimeFmtDef::IsValidDateTimeFmt(format, dq::DTF_OLE);
+  if (!valid)
+    throw WrongUsage(std::string(option) + " is no display or ole format: '" + word + "'");
   return format;
 }
 
-/// Takes a line without its end off standard input; false at its end.
-bool ReadLine(std::string& line) {
-  line.clear();
-  int character = 0;
-  while ((character = std::getc(stdin)) != EOF) {
-    if (character == '\n') return true;
-    line += static_cast<char>(character);
-  }
-  return !line.empty();
+int CodeOfValues(const Arguments& arguments) {
+  const std::string* const word = arguments.Find("--code");
+  if (word == nullptr) return dq::DATATYPE_DATETIME;
+  const int code = ReadNumber<int>(*word, "CODE");
+  constexpr int kCodes[] = {5, 6, 19, 20, 26, 27};
+  if (std::ranges::find(kCodes, code) != std::end(kCodes)) return code;
+  throw WrongUsage("CODE is 5, 6, 19, 20, 26 or 27, not '" + *word + "'");
 }
 
 int ConvertValues(const Arguments& arguments) {
-  const std::string* const word = arguments.Find("--code");
-  const int code = word != nullptr ? CodeOf(*word) : dq::DATATYPE_DATETIME;
-  const dq::CString in_format = arguments.Get("--in");
-  const dq::CString out_format = arguments.Get("--out");
-  // Last, for it may write the option.
-  const auto format = FormatsOf(arguments);
+  const int code = CodeOfValues(arguments);
+  const dq::CString in_format = FormatFor(arguments, "--in");
+  const dq::CString out_format = FormatFor(arguments, "--out");
+  const auto formats = FormatsOf(PlatformWithFormats(arguments));
   int status = kYes;
+  Listing listing(arguments);
   dq::CString out;
   const auto convert = [&](const std::string& value) {
-    if (format->FormatDateTime(code, value, out, in_format, out_format) == 0) status = kNo;
-    PrintLine(out.View());
+    const bool read = formats->FormatDateTime(code, value, out, in_format, out_format) != 0;
+    if (!read) {
+      status = kNo;
+      Complain("'" + value + "' can't be read by " + std::string(in_format.View()));
+    }
+    listing.Add(out.View(), {{"value", value}, {"result", out.View()}, {"converted", read}});
   };
   for (const std::string& value : arguments.words) convert(value);
-  if (!arguments.words.empty()) return status;
-  for (std::string line; ReadLine(line);) convert(line);
-  return std::ferror(stdin) == 0 ? status : Complain("date: standard input can't be read");
+  if (arguments.words.empty()) {
+    for (std::string line; dqapps::ReadInputLine(line);) convert(line);
+    if (dqapps::EndOfInputLines() != kYes) return kNo;
+  }
+  return listing.End(status);
 }
 
 int PrintChoices(const Arguments& arguments) {
-  if (!arguments.words.empty()) throw WrongUsage("default takes no words");
-  const auto format = FormatsOf(arguments);
-  for (const auto& [name, kind] : {std::pair("current", dq::CLGDateTimeFormat::DFK_CURRENT),
-                                   std::pair("saved", dq::CLGDateTimeFormat::DFK_SAVED),
-                                   std::pair("default", dq::CLGDateTimeFormat::DFK_DBMS_DEFAULT)}) {
-    PrintFields({name, format->GetDispDateTimeFmt(dq::DATATYPE_DATETIME, kind).View()});
+  const auto formats = FormatsOf(PlatformWithFormats(arguments));
+  using Formats = dq::CLGDateTimeFormat;
+  Listing listing(arguments);
+  for (const auto& [name, kind] :
+       {std::pair("current", Formats::DFK_CURRENT), std::pair("saved", Formats::DFK_SAVED),
+        std::pair("default", Formats::DFK_DBMS_DEFAULT)}) {
+    const dq::CString format = formats->GetDispDateTimeFmt(dq::DATATYPE_DATETIME, kind);
+    listing.Add({{"choice", name}, {"format", format.View()}});
   }
-  return kYes;
+  return listing.End();
 }
 
-int RunDate(Words words) {
-  if (words.empty()) {
-    throw WrongUsage("cells, formats, notation, valid, part, convert or default is needed");
-  }
-  const std::string& name = words.front();
-  const Words rest = words.subspan(1);
-  if (name == "cells" || name == "formats") {
-    if (!Sort(rest, {}).words.empty()) throw WrongUsage(name + " takes no words");
-    return name == "cells" ? PrintCells() : PrintFormats();
-  }
-  if (name == "notation") return Convert(Sort(rest, {"--from", "--to"}));
-  if (name == "valid") return IsValid(Sort(rest, {"--notation"}));
-  if (name == "part") return PrintPart(Sort(rest, {"--code"}));
-  if (name == "convert") {
-    return ConvertValues(Sort(rest, {"--platform", "--code", "--in", "--out"}));
-  }
-  if (name == "default") return PrintChoices(Sort(rest, {"--platform"}));
-  throw WrongUsage("date can't do " + name);
-}
+constexpr Option kFormatsOf{"--platform", "P", "sybase, sqlserver, db2, oracle or db2os390",
+                            Times::kOnce};
+constexpr Option kCode{"--code", "CODE", "the data type of the column: 5, 6, 19, 20, 26 or 27"};
 
 const Command kDate{
     "date",
-    "cells | formats | notation --from N --to N FORMAT | valid FORMAT [--notation N] |\n"
-    "                   part --code CODE FORMAT |\n"
-    "                   convert --platform P [--code CODE] --in FORMAT --out FORMAT [VALUE ...] |\n"
-    "                   default --platform P",
     "Lists, checks and translates date-time formats, and converts values by them.",
-    "N is a notation: display (MM/DD/YYYY), ole (%m/%d/%Y) or locale (MM/dd/yyyy). A FORMAT that\n"
-    "begins with '-' stands behind '--'.\n"
-    "\n"
     "cells     the elements of formats: kind, display, ole and locale code, description, example\n"
     "formats   the predefined formats: data type, example, display, ole and locale format\n"
     "notation  the format in another notation\n"
     "valid     'true' or 'false', which is the exit status too: whether it is a format in the\n"
     "          notation, or in any\n"
-    "part      what a column of data type CODE shows of a display format: the date for 5 and\n"
-    "          19, the time for 26, all for 6, 20 and 27, nothing for any other\n"
+    "part      what a column of data type CODE shows of a format in display notation: the date\n"
+    "          for 5 and 19, the time for 26, all for 6, 20 and 27, nothing for any other\n"
     "convert   each VALUE, or each line of standard input, from one display or ole format to\n"
-    "          the other, as platform P does for a column of data type CODE, 6 unless given; a\n"
-    "          value that can't be read comes back as it is, and the exit status is 1\n"
+    "          the other, as platform P does for a column of data type CODE; a value that can't\n"
+    "          be read comes back as it is and is told, and the exit status is 1\n"
     "default   the current, the saved and the default format of the platform; option 60000\n"
-    "          keeps the saved one, which at first is that of the locale\n",
-    RunDate};
+    "          keeps the saved one, and without it that is the locale's\n"
+    "\n"
+    "A notation N is display (MM/DD/YYYY), ole (%m/%d/%Y) or locale (MM/dd/yyyy).\n"
+    "\n"
+    "JSON: cells [{\"kind\", \"display\", \"ole\", \"locale\", \"description\", \"example\"}],\n"
+    "formats [{\"code\", \"example\", \"display\", \"ole\", \"locale\"}], notation and part\n"
+    "{\"format\"}, valid {\"result\"}, convert [{\"value\", \"result\", \"converted\"}],\n"
+    "default [{\"choice\", \"format\"}].\n",
+    {{"cells", PrintCells, {kJson}},
+     {"formats", PrintFormats, {kJson}},
+     {"notation FORMAT",
+      Translate,
+      {{"--from", "N", "the notation that FORMAT is in", Times::kOnce},
+       {"--to", "N", "the notation that it is wanted in", Times::kOnce},
+       kJson}},
+     {"valid FORMAT", IsValid, {{"--notation", "N", "the notation; any without it"}, kJson}},
+     {"part FORMAT", PrintPart, {{"--code", "CODE", kCode.help, Times::kOnce}, kJson}},
+     {"convert [VALUE ...]",
+      ConvertValues,
+      {kFormatsOf,
+       kCode,
+       {"--in", "FORMAT", "what values are read by", Times::kOnce},
+       {"--out", "FORMAT", "what they are printed by", Times::kOnce},
+       kJson}},
+     {"default", PrintChoices, {kFormatsOf, kJson}}}};
 
 }  // namespace
 }  // namespace dqtool

@@ -1,22 +1,28 @@
 // dqtool dialog: runs a dialog of the library at the terminal or by a script.
 
-#include <charconv>
-#include <cstdio>
+#include <algorithm>
 #include <optional>
+#include <set>
 #include <string>
+#include <vector>
 
+#include "apps/common/content.h"
 #include "apps/dqtool/command.h"
 #include "dqlib/datetime/data_type.h"
 #include "dqlib/datetime/format_dialog.h"
 #include "dqlib/dbvocab/object_info_dialog.h"
 #include "dqlib/frame/library.h"
 #include "dqlib/frame/switch_resource_handle.h"
+#include "dqlib/platform/ascii.h"
 #include "dqlib/platform/dialog_script.h"
 #include "dqlib/platform/platform.h"
 #include "dqlib/toolkit/library_options_dialog.h"
 
 namespace dqtool {
 namespace {
+
+using dq::platform::DialogControl;
+using dq::platform::DialogControlKind;
 
 /// A dialog that can be run: the id of its template, and how it is run with its result. What it
 /// gives the host is put into `answer`, if it is more than what is kept.
@@ -65,65 +71,53 @@ class ScriptPrompts : public dq::platform::Prompts {
   dq::platform::DialogScript script_;
 };
 
-/// "ID<TAB>CAPTION" for each dialog.
-int List() {
+std::string CaptionOf(const DialogRow& row) {
   const dq::CDQSwitchResourceHandle scope(dq::DQLIB_GetInstanceHandle());
-  for (const DialogRow& row : kDialogs) {
-    const std::optional<dq::DialogTemplate> found = dq::FindDialogTemplate(row.id);
-    PrintLine(std::to_string(row.id) + "\t" + OnOneLine(found ? found->caption : ""));
-  }
-  return kYes;
+  const std::optional<dq::DialogTemplate> found = dq::FindDialogTemplate(row.id);
+  return found ? found->caption : std::string();
 }
 
+int List(const Arguments& arguments) {
+  Listing listing(arguments);
+  for (const DialogRow& row : kDialogs) {
+    listing.Add({{"id", row.id}, {"caption", CaptionOf(row)}});
+  }
+  return listing.End();
+}
+
+/// By its id or its caption, in any case.
 const DialogRow& FindDialog(const std::string& word) {
-  unsigned id = 0;
-  const char* const end = word.data() + word.size();
-  const auto [stop, error] = std::from_chars(word.data(), end, id);
-  if (error == std::errc() && stop == end) {
-    for (const DialogRow& row : kDialogs) {
-      if (row.id == id) return row;
+  std::vector<std::string> names;
+  for (const DialogRow& row : kDialogs) {
+    names.push_back(CaptionOf(row));
+    if (word == std::to_string(row.id) || dq::platform::EqualIgnoringCase(word, names.back())) {
+      return row;
     }
   }
-  throw WrongUsage("no dialog " + word + ", as --list shows");
-}
-
-/// What the file, or standard input for "-", holds; no value, which has been said, if it can't be
-/// read.
-std::optional<std::string> ReadScript(const std::string& path) {
-  std::string text;
-  if (path == "-") {
-    char buffer[4096];
-    std::size_t size = 0;
-    while ((size = std::fread(buffer, 1, sizeof(buffer), stdin)) > 0) text.append(buffer, size);
-    if (std::ferror(stdin) == 0) return text;
-    Complain("dialog: cannot read standard input");
-    return std::nullopt;
-  }
-  const dq::platform::Error error = dq::platform::Current().files->ReadAll(path, text);
-  if (error.ok()) return text;
-  const auto reason = dq::platform::Current().system_errors->Describe(error.code);
-  std::string complaint = "dialog: cannot read " + path + ": " + reason.value_or("");
-  Complain(complaint.erase(complaint.find_last_not_of("\r\n: ") + 1));
-  return std::nullopt;
+  throw WrongUsage("no dialog '" + word + "', as --list shows" + DidYouMean(word, names));
 }
 
 /// Runs the dialog and tells how it was left, and with what.
-int RunAndTell(const DialogRow& dialog) {
+int RunAndTell(const Arguments& arguments, const DialogRow& dialog) {
   std::string answer;
   const int result = dialog.run(answer);
-  if (result == -1) return Complain("dialog: it could not be opened");
-  PrintLine(result == dq::IDOK ? "ok" : "cancel");
-  if (result != dq::IDOK) return kNo;
-  if (!answer.empty()) PrintLine(answer);
-  return kYes;
+  if (result == -1) return Complain("it could not be opened");
+  const bool ok = result == dq::IDOK;
+  Fields fields = {{"result", ok ? "ok" : "cancel"}};
+  std::string lines = ok ? "ok" : "cancel";
+  if (ok && !answer.empty()) {
+    lines += '\n' + answer;
+    fields.emplace_back("answer", answer);
+  }
+  return PrintAnswer(arguments, lines, fields, ok ? kYes : kNo);
 }
 
-int RunByScript(const DialogRow& dialog, const std::string& path) {
-  const std::optional<std::string> text = ReadScript(path);
+int RunByScript(const Arguments& arguments, const DialogRow& dialog, const std::string& path) {
+  const std::optional<std::string> text = dqapps::ReadContent(path);
   if (!text) return kNo;
-  const std::string name = path == "-" ? "standard input" : path;
+  const std::string name = dqapps::NameOfInput(path);
   const auto tell = [&name](const dq::platform::DialogScript::Problem& problem) {
-    return Complain("dialog: " + name + ":" + std::to_string(problem.line) + ": " + problem.text);
+    return Complain(name + ":" + std::to_string(problem.line) + ": " + problem.text);
   };
   dq::platform::DialogScript script;
   if (const auto problem = dq::platform::DialogScript::Read(*text, script)) return tell(*problem);
@@ -131,32 +125,110 @@ int RunByScript(const DialogRow& dialog, const std::string& path) {
   dq::platform::Platform services = dq::platform::Current();
   services.prompts = &prompts;
   const dq::platform::ScopedPlatform scope(services);
-  const int status = RunAndTell(dialog);
+  const int status = RunAndTell(arguments, dialog);
   if (const auto& problem = prompts.script().problem()) return tell(*problem);
   if (prompts.script().IsDone()) return status;
-  return Complain("dialog: " + name + ": the dialog was closed before the script's end");
+  return Complain(name + ": the dialog was closed before the script's end");
 }
 
-int RunDialog(Words words) {
-  if (words.size() == 1 && words[0] == "--list") return List();
-  if (words.empty()) throw WrongUsage("an ID or --list is needed");
-  if (words[0].starts_with('-')) RefuseOption(words[0]);
-  const DialogRow& dialog = FindDialog(words[0]);
-  if (words.size() == 1) return RunAndTell(dialog);
-  if (words[1] != "--script") {
-    if (words[1].starts_with('-')) RefuseOption(words[1]);
-    throw WrongUsage("one ID is needed");
+/// Shows what a dialog has instead of answering it.
+class ControlLister : public ScriptPrompts {
+ public:
+  explicit ControlLister(Listing& listing) : ScriptPrompts({}), listing_(listing) {}
+
+  void RunDialog(dq::platform::DialogView& dialog) override {
+    // A list that other controls come and go with is one of pages.
+    const std::vector<DialogControl> first = dialog.Controls();
+    const auto pages = std::ranges::find_if(first, [](const DialogControl& control) {
+      return control.kind == DialogControlKind::kList && control.visible && !control.multiple;
+    });
+    List(first, true);
+    if (pages != first.end()) {
+      for (std::size_t page = 1; page <= pages->items.size(); ++page) {
+        if (dialog.Enter(pages->id, std::to_string(page))) List(dialog.Controls(), true);
+      }
+    }
+    List(dialog.Controls(), false);
   }
-  if (words.size() != 3) throw WrongUsage("--script needs one FILE");
-  return RunByScript(dialog, words[2]);
+
+ private:
+  /// Those that weren't before.
+  void List(const std::vector<DialogControl>& controls, bool visible) {
+    for (const DialogControl& control : controls) {
+      const char* const kind = KindOf(control);
+      if (kind == nullptr || control.visible != visible) continue;
+      if (!listed_.insert(control.id).second) continue;
+      const char* const state = !visible ? "hidden" : control.enabled ? "shown" : "disabled";
+      const std::string value = control.secret ? std::string() : control.value;
+      listing_.Add({{"id", control.id},
+                    {"kind", kind},
+                    {"label", control.label},
+                    {"value", value},
+                    {"state", state},
+                    {"items", control.items}});
+    }
+  }
+
+  /// Null for what a script has nothing to do with.
+  static const char* KindOf(const DialogControl& control) {
+    switch (control.kind) {
+      case DialogControlKind::kButton:
+        return "button";
+      case DialogControlKind::kCheck:
+        return "check";
+      case DialogControlKind::kRadio:
+        return "radio";
+      case DialogControlKind::kEdit:
+        return control.multiple ? "lines" : "text";
+      case DialogControlKind::kList:
+        return control.multiple ? "choices" : "list";
+      case DialogControlKind::kCombo:
+        return control.editable ? "combo" : "list";
+      case DialogControlKind::kText:
+      case DialogControlKind::kOther:
+        break;
+    }
+    return nullptr;
+  }
+
+  Listing& listing_;
+  std::set<int> listed_;
+};
+
+int ListControls(const Arguments& arguments, const DialogRow& dialog) {
+  Listing listing(arguments);
+  ControlLister prompts(listing);
+  dq::platform::Platform services = dq::platform::Current();
+  services.prompts = &prompts;
+  const dq::platform::ScopedPlatform scope(services);
+  std::string answer;
+  if (dialog.run(answer) == -1) return Complain("it could not be opened");
+  return listing.End();
+}
+
+int RunDialog(const Arguments& arguments) {
+  const bool lists = arguments.Has("--list");
+  const bool controls = arguments.Has("--controls");
+  const std::string* const script = arguments.Find("--script");
+  if (lists && (controls || script != nullptr || !arguments.words.empty())) {
+    throw WrongUsage("--list stands alone");
+  }
+  if (lists) return List(arguments);
+  if (arguments.words.empty()) throw WrongUsage("a DIALOG or --list is needed");
+  const DialogRow& dialog = FindDialog(arguments.words[0]);
+  if (controls && script != nullptr) throw WrongUsage("either --controls or --script");
+  if (controls) return ListControls(arguments, dialog);
+  return script == nullptr ? RunAndTell(arguments, dialog)
+                           : RunByScript(arguments, dialog, *script);
 }
 
 const Command kDialog{
-    "dialog", "--list | ID [--script FILE]", "Runs a dialog of the library.",
-    "'--list' prints a line ID<TAB>CAPTION for each dialog. A dialog is answered at the terminal,\n"
-    "or by the script in FILE ('-' is standard input); where there is neither, it is cancelled.\n"
-    "Prints 'ok', with status 0, or 'cancel', with status 1, as the dialog was left. Behind the\n"
-    "'ok' of the date-time format builder, the next line is the format in display notation.\n"
+    "dialog",
+    "Runs a dialog of the library.",
+    "DIALOG is an id or a caption, as '--list' shows them in lines ID<TAB>CAPTION. It is answered\n"
+    "at the terminal or by a script; where there is neither, it is cancelled. Prints 'ok', with\n"
+    "status 0, or 'cancel', with status 1, as the dialog was left. Behind the 'ok' of the\n"
+    "date-time format builder, the next line is the format in display notation.\n"
     "\n"
     "A script has one step on a line; lines that begin with '#' are nothing:\n"
     "\n"
@@ -165,8 +237,24 @@ const Command kDialog{
     "  press ID   presses the button; 1 is OK and 2 is Cancel\n"
     "\n"
     "A step that the dialog doesn't take ends the script, and what is open is cancelled. Message\n"
-    "boxes are left by their default buttons, and their texts go to standard error.\n",
-    RunDialog};
+    "boxes are left by their default buttons, and their texts go to standard error.\n"
+    "\n"
+    "'--controls' opens the dialog, prints a line\n"
+    "ID<TAB>KIND<TAB>LABEL<TAB>VALUE<TAB>STATE<TAB>ITEM... for each control, and cancels it.\n"
+    "A KIND is button, check, radio, text, lines, list, choices (a list of which several rows can\n"
+    "be chosen) or combo (a list that takes other texts too). Of a dialog with pages the list of\n"
+    "pages comes first, and its controls come page by page: a script enters the page before them.\n"
+    "A STATE is shown, disabled or hidden; other steps, as the press of a button, may change it.\n"
+    "\n"
+    "JSON: --list [{\"id\", \"caption\"}], --controls [{\"id\", \"kind\", \"label\", \"value\",\n"
+    "\"state\", \"items\"}], else {\"result\"} with \"ok\" or \"cancel\", and the format as\n"
+    "\"answer\".\n",
+    {{"[DIALOG]",
+      RunDialog,
+      {{"--list", "", "list the dialogs"},
+       {"--controls", "", "list the controls of the dialog"},
+       {"--script", "FILE", "answer the dialog by the script in FILE"},
+       kJson}}}};
 
 }  // namespace
 }  // namespace dqtool

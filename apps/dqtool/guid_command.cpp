@@ -8,25 +8,28 @@
 namespace dqtool {
 namespace {
 
-int RunGuid(Words words) {
-  if (words.size() != 1) throw WrongUsage("one TEXT is needed");
-  const dq::CDQGuid guid(words[0].c_str());
+int RunGuid(const Arguments& arguments) {
+  const std::string& word = arguments.words[0];
+  const dq::CDQGuid guid(word.c_str());
   // A text that can't be read leaves the value, so the value tells.
-  if (guid.GetODLString().CompareNoCase(words[0].c_str()) != 0) {
-    return Complain("guid: no identifier: '" + words[0] + "'");
+  if (guid.GetODLString().CompareNoCase(word.c_str()) != 0) {
+    return Complain("no identifier: '" + word + "'");
   }
-  for (const dq::CString& form :
-       {guid.GetODLString(), guid.GetStructString(), guid.GetRegistryString()}) {
-    PrintLine(form.View());
-  }
-  return kYes;
+  const std::string odl(guid.GetODLString().View());
+  const std::string members(guid.GetStructString().View());
+  const std::string registry(guid.GetRegistryString().View());
+  return PrintAnswer(arguments, odl + '\n' + members + '\n' + registry,
+                     {{"odl", odl}, {"struct", members}, {"registry", registry}});
 }
 
 const Command kGuid{
-    "guid", "TEXT", "Prints an identifier in its three forms.",
+    "guid",
+    "Prints an identifier in its three forms.",
     "TEXT is 01234567-89AB-CDEF-0123-456789ABCDEF, in either case. What is printed\n"
-    "are that form, the members of the structure, and the form of the registry.\n",
-    RunGuid};
+    "are that form, the members of the structure, and the form of the registry.\n"
+    "\n"
+    "JSON: {\"odl\", \"struct\", \"registry\"}.\n",
+    {{"TEXT", RunGuid, {kJson}}}};
 
 }  // namespace
 }  // namespace dqtool

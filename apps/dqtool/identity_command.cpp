@@ -1,12 +1,11 @@
 // dqtool identity: what the library takes its host for.
 
-#include <concepts>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "apps/dqtool/command.h"
+#include "apps/dqtool/vocabulary.h"
 #include "dqlib/frame/application_info.h"
 #include "dqlib/framework/windows/win_app.h"
 #include "dqlib/platform/platform.h"
@@ -28,100 +27,87 @@ class OtherProgram : public dq::platform::Modules {
   std::string path_;
 };
 
-struct Options {
-  std::string code;
-  std::string executable;
-  std::optional<std::string> version;
-};
-
-Options Parse(Words words) {
-  Options options;
-  for (; !words.empty(); words = words.subspan(2)) {
-    const std::string& name = words[0];
-    if (name != "--app" && name != "--exe" && name != "--file-version") {
-      RefuseOption(name);
-    }
-    if (words.size() < 2) throw WrongUsage(name + " needs a value");
-    if (name == "--app") options.code = words[1];
-    if (name == "--exe") options.executable = words[1];
-    if (name == "--file-version") options.version = words[1];
-  }
-  return options;
-}
-
-void Print(std::string_view name, std::string_view value) {
-  PrintLine(std::string(name) + '\t' + OnOneLine(value));
-}
-
-void Print(std::string_view name, bool value) {
-  Print(name, std::string_view(value ? "true" : "false"));
-}
-
-template <std::integral Number>
-void Print(std::string_view name, Number number) {
-  Print(name, std::string_view(std::to_string(number)));
-}
-
-void PrintAll() {
+Fields AllFacts() {
   using Info = dq::CDQApplicationInfo;
   Info info;
-  Print("LanguageString", info.GetLanguageString().View());
-  Print("VersionString", info.GetVersionString().View());
-  Print("Comments", info.GetComments().View());
-  Print("CompanyName", info.GetCompanyName().View());
-  Print("FileDescription", info.GetFileDescription().View());
-  Print("InternalName", info.GetInternalName().View());
-  Print("LegalCopyright", info.GetLegalCopyright().View());
-  Print("LegalTrademarks", info.GetLegalTrademarks().View());
-  Print("OriginalFileName", info.GetOriginalFileName().View());
-  Print("ProductVersion", info.GetProductVersion().View());
-  Print("AppCode", Info::GetAppCode().View());
-  Print("Title", info.GetTitle().View());
-  Print("ExecutablePath", info.GetExecutablePath().View());
-  Print("ExecutableDirectory", info.GetExecutableDirectory().View());
-  Print("RunningFromNetwork", info.RunningFromNetwork());
-  Print("OptionsFile", info.GetOptionsFile().View());
-  Print("RegistryKey", info.GetRegistryKey().View());
-  Print("ProductName", info.GetProductName().View());
-  Print("SplashIDB", info.GetSplashIDB());
-  Print("LongVersionNumber", info.GetLongVersionNumber().View());
-  Print("MediumVersionNumber", info.GetMediumVersionNumber().View());
-  Print("ShortVersionNumber", info.GetShortVersionNumber().View());
-  Print("MajorVersionNumber", info.GetMajorVersionNumber());
-  Print("MinorVersionNumber", info.GetMinorVersionNumber());
-  Print("BuildNumber", info.GetBuildNumber());
-  Print("IsAppLumenSql", Info::IsAppLumenSql());
-  Print("IsAppDeltaKeeper", Info::IsAppDeltaKeeper());
-  Print("IsAppQuillbase", Info::IsAppQuillbase());
-  Print("IsAppDQPacer", Info::IsAppDQPacer());
+  return {
+      {"LanguageString", info.GetLanguageString().View()},
+      {"VersionString", info.GetVersionString().View()},
+      {"Comments", info.GetComments().View()},
+      {"CompanyName", info.GetCompanyName().View()},
+      {"FileDescription", info.GetFileDescription().View()},
+      {"InternalName", info.GetInternalName().View()},
+      {"LegalCopyright", info.GetLegalCopyright().View()},
+      {"LegalTrademarks", info.GetLegalTrademarks().View()},
+      {"OriginalFileName", info.GetOriginalFileName().View()},
+      {"ProductVersion", info.GetProductVersion().View()},
+      {"AppCode", Info::GetAppCode().View()},
+      {"Title", info.GetTitle().View()},
+      {"ExecutablePath", info.GetExecutablePath().View()},
+      {"ExecutableDirectory", info.GetExecutableDirectory().View()},
+      {"RunningFromNetwork", info.RunningFromNetwork()},
+      {"OptionsFile", info.GetOptionsFile().View()},
+      {"RegistryKey", info.GetRegistryKey().View()},
+      {"ProductName", info.GetProductName().View()},
+      {"SplashIDB", info.GetSplashIDB()},
+      {"LongVersionNumber", info.GetLongVersionNumber().View()},
+      {"MediumVersionNumber", info.GetMediumVersionNumber().View()},
+      {"ShortVersionNumber", info.GetShortVersionNumber().View()},
+      {"MajorVersionNumber", info.GetMajorVersionNumber()},
+      {"MinorVersionNumber", info.GetMinorVersionNumber()},
+      {"BuildNumber", info.GetBuildNumber()},
+      {"IsAppLumenSql", Info::IsAppLumenSql()},
+      {"IsAppDeltaKeeper", Info::IsAppDeltaKeeper()},
+      {"IsAppQuillbase", Info::IsAppQuillbase()},
+      {"IsAppDQPacer", Info::IsAppDQPacer()},
+  };
 }
 
-int PrintIdentity(Words words) {
-  const Options options = Parse(words);
+/// Numbers with dots between.
+bool IsFileVersion(std::string_view text) {
+  char before = '.';
+  for (const char each : text) {
+    const bool is_digit = each >= '0' && each <= '9';
+    if (!is_digit && (each != '.' || before == '.')) return false;
+    before = each;
+  }
+  return before != '.';
+}
+
+int PrintIdentity(const Arguments& arguments) {
+  const std::string* const version = arguments.Find("--file-version");
+  if (version != nullptr && !IsFileVersion(*version)) {
+    throw WrongUsage("V is numbers with dots between, not '" + *version + "'");
+  }
+  if (const std::string* const code = arguments.Find("--app")) SetApplication(*code);
   dq::platform::Platform services = dq::platform::Current();
-  OtherProgram other(options.executable);
-  if (!options.executable.empty()) services.modules = &other;
+  OtherProgram other(arguments.Get("--exe"));
+  if (arguments.Has("--exe")) {
+    if (arguments.Get("--exe").empty()) throw WrongUsage("PATH is empty");
+    services.modules = &other;
+  }
   const dq::platform::ScopedPlatform scope(services);
   dq::AfxGetApp()->SetExecutablePath(services.modules->FileName(nullptr).c_str());
-  if (options.version) {
+  if (version != nullptr) {
     services.version_resources->SetTable(services.modules->FileName(nullptr),
-                                         {{"FileVersion", *options.version}});
+                                         {{"FileVersion", *version}});
   }
-  dq::CDQApplicationInfo::SetAppCode(options.code.c_str());
-  PrintAll();
-  return kYes;
+  return PrintFacts(arguments, AllFacts());
 }
 
 const Command kIdentity{
-    "identity", "[--app CODE] [--exe PATH] [--file-version V]",
+    "identity",
     "Prints what the library takes its host for.",
     "Lines are NAME<TAB>VALUE, control characters as '\\xHH'. The first ones are of the version\n"
     "resource that V replaces, without its product name, which stands further down.\n"
     "\n"
-    "  --app CODE        the host's application code\n"
-    "  --exe PATH        the host's executable, which need not exist; this program's by default\n"
-    "  --file-version V  its version, in place of what it or PATH.version carries\n",
-    PrintIdentity};
+    "JSON: one object, with the names of the lines.\n",
+    {{"",
+      PrintIdentity,
+      {{"--app", "CODE", "the host's application code, one of those that the library knows"},
+       {"--exe", "PATH", "the host's executable, which need not exist; this program's by default"},
+       {"--file-version", "V", "its version, in place of what it or PATH.version carries"},
+       kJson}}}};
 
 }  // namespace
 }  // namespace dqtool

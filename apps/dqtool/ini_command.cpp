@@ -1,10 +1,13 @@
 // dqtool ini: reads and changes private profile files.
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "apps/common/content.h"
 #include "apps/dqtool/command.h"
 #include "dqlib/core/ini_file.h"
 #include "dqlib/framework/base/error_text.h"
@@ -42,110 +45,151 @@ class RememberingProfiles : public dq::platform::ProfileFiles {
   dq::platform::ProfileFiles& target_ = *dq::platform::Current().profile_files;
 };
 
-int PrintNames(const CStringList& names) {
-  for (dq::POSITION position = names.GetHeadPosition(); position != nullptr;) {
-    PrintLine(names.GetNext(position).View());
+/// One file, and the store that the library reads it from.
+class IniFile {
+ public:
+  /// For reading: "-" is standard input. False from `ok` has been said.
+  static std::unique_ptr<IniFile> ToRead(const std::string& word) {
+    if (word.empty()) throw WrongUsage("FILE is empty");
+    auto file = std::make_unique<IniFile>(word, std::make_unique<dqapps::InputFile>(word));
+    if (!file->input_->ok()) return nullptr;
+    std::string bytes;
+    const Error error = dq::platform::Current().files->ReadAll(file->path_.View(), bytes);
+    if (error.ok() || error.kind == dq::platform::ErrorKind::kNotFound) return file;
+    Complain(file->name_ + ": " + dq::detail::ErrorText(error));
+    return nullptr;
   }
-  return kYes;
+
+  IniFile(const std::string& word, std::unique_ptr<dqapps::InputFile> input)
+      : input_(std::move(input)), name_(dqapps::NameOfInput(word)) {
+    const std::string& path = input_ != nullptr ? input_->path() : word;
+    // Without a directory the library would look among the user's settings.
+    const auto full = dq::platform::Current().files->FullPath(path);
+    error_ = full.error;
+    if (full.ok()) path_ = full.value;
+    file_.SetIniFile(path_);
+  }
+
+  /// Has the library write, and tells a failure.
+  template <typename Write>
+  static int Change(const std::string& word, Write write) {
+    if (word.empty()) throw WrongUsage("FILE is empty");
+    if (word == "-")
+      throw WrongUsage("standard input can't be changed; for a file of that name: ./-");
+    IniFile file(word, nullptr);
+    RememberingProfiles profiles;
+    dq::platform::Platform services = dq::platform::Current();
+    services.profile_files = &profiles;
+    const dq::platform::ScopedPlatform scope(services);
+    if (file.error_.ok()) {
+      write(file.file_);
+      file.error_ = profiles.error;
+    }
+    return file.error_.ok() ? int{kYes}
+                            : Complain(file.name_ + ": " + dq::detail::ErrorText(file.error_));
+  }
+
+  CDQIniFile& file() { return file_; }
+  const std::string& name() const { return name_; }
+
+ private:
+  std::unique_ptr<dqapps::InputFile> input_;
+  std::string name_;
+  CString path_;
+  Error error_;
+  CDQIniFile file_{""};
+};
+
+int PrintNames(const Arguments& arguments, const CStringList& names) {
+  Listing listing(arguments);
+  for (dq::POSITION position = names.GetHeadPosition(); position != nullptr;) {
+    const CString name = names.GetNext(position);
+    listing.Add(name.View(), {{"name", name.View()}});
+  }
+  return listing.End();
 }
 
-int PrintValue(CDQIniFile& file, const std::string& section, const std::string& key) {
+int Get(const Arguments& arguments) {
+  const auto file = IniFile::ToRead(arguments.words[0]);
+  if (file == nullptr) return kNo;
+  const std::string& section = arguments.words[1];
+  const std::string& key = arguments.words[2];
   CString value;
   CString again;
-  file.ReadKey(section.c_str(), key.c_str(), value, "0");
-  file.ReadKey(section.c_str(), key.c_str(), again, "1");
+  file->file().ReadKey(section.c_str(), key.c_str(), value, "0");
+  file->file().ReadKey(section.c_str(), key.c_str(), again, "1");
   // Only what isn't there is once the one fallback and once the other.
-  if (value != again) return Complain("ini: no key " + key + " in section " + section);
-  PrintLine(value.View());
-  return kYes;
+  if (value != again) {
+    return Complain(file->name() + ": no key " + key + " in section " + section);
+  }
+  return PrintAnswer(arguments, value.View(), {{"value", value.View()}});
 }
 
-void RequireWords(Words words, std::size_t count, const char* needed) {
-  if (words.size() != count) throw WrongUsage(words[1] + " needs " + needed);
+int PrintSections(const Arguments& arguments) {
+  const auto file = IniFile::ToRead(arguments.words[0]);
+  if (file == nullptr) return kNo;
+  CStringList names;
+  file->file().EnumSections(names);
+  return PrintNames(arguments, names);
+}
+
+int PrintKeys(const Arguments& arguments) {
+  const auto file = IniFile::ToRead(arguments.words[0]);
+  if (file == nullptr) return kNo;
+  CStringList names;
+  file->file().EnumKeys(arguments.words[1].c_str(), names);
+  return PrintNames(arguments, names);
 }
 
 void RequireName(const std::string& name) {
   if (name.empty()) throw WrongUsage("a name is empty");
 }
 
-int RunIni(Words words) {
-  if (words.empty()) throw WrongUsage("a FILE is needed");
-  if (words.size() < 2) throw WrongUsage("get, set, delete-key, delete-section, sections or keys?");
-  // Without a directory the library would look among the user's settings.
-  const auto full = dq::platform::Current().files->FullPath(words[0]);
-  if (!full.ok()) return Complain("ini: " + words[0] + ": " + dq::detail::ErrorText(full.error));
-  const CString path = full.value;
-  const std::string& action = words[1];
-  RememberingProfiles profiles;
-  dq::platform::Platform services = dq::platform::Current();
-  services.profile_files = &profiles;
-  const dq::platform::ScopedPlatform scope(services);
-  CDQIniFile file(path);
-  CStringList names;
+int Set(const Arguments& arguments) {
+  const std::vector<std::string>& words = arguments.words;
+  RequireName(words[1]);
+  RequireName(words[2]);
+  return IniFile::Change(words[0], [&words](CDQIniFile& file) {
+    file.WriteKey(words[1].c_str(), words[2].c_str(), words[3].c_str());
+  });
+}
 
-  const auto reading = [&] {
-    std::string bytes;
-    const Error error = services.files->ReadAll(path.View(), bytes);
-    if (error.ok() || error.kind == dq::platform::ErrorKind::kNotFound) return true;
-    Complain("ini: " + words[0] + ": " + dq::detail::ErrorText(error));
-    return false;
-  };
-  const auto written = [&] {
-    return profiles.error.ok()
-               ? int{kYes}
-               : Complain("ini: " + words[0] + ": " + dq::detail::ErrorText(profiles.error));
-  };
-  if (action == "get") {
-    RequireWords(words, 4, "a SECTION and a KEY");
-    return reading() ? PrintValue(file, words[2], words[3]) : kNo;
-  }
-  if (action == "sections") {
-    RequireWords(words, 2, "no more words");
-    if (!reading()) return kNo;
-    file.EnumSections(names);
-    return PrintNames(names);
-  }
-  if (action == "keys") {
-    RequireWords(words, 3, "a SECTION");
-    if (!reading()) return kNo;
-    file.EnumKeys(words[2].c_str(), names);
-    return PrintNames(names);
-  }
-  if (action == "set") {
-    RequireWords(words, 5, "a SECTION, a KEY and a VALUE");
-    RequireName(words[2]);
-    RequireName(words[3]);
-    file.WriteKey(words[2].c_str(), words[3].c_str(), words[4].c_str());
-    return written();
-  }
-  if (action == "delete-key") {
-    RequireWords(words, 4, "a SECTION and a KEY");
-    RequireName(words[2]);
-    RequireName(words[3]);
-    file.DeleteKey(words[2].c_str(), words[3].c_str());
-    return written();
-  }
-  if (action == "delete-section") {
-    RequireWords(words, 3, "a SECTION");
-    RequireName(words[2]);
-    file.DeleteSection(words[2].c_str());
-    return written();
-  }
-  throw WrongUsage("no action " + action);
+int DeleteKey(const Arguments& arguments) {
+  const std::vector<std::string>& words = arguments.words;
+  RequireName(words[1]);
+  RequireName(words[2]);
+  return IniFile::Change(
+      words[0], [&words](CDQIniFile& file) { file.DeleteKey(words[1].c_str(), words[2].c_str()); });
+}
+
+int DeleteSection(const Arguments& arguments) {
+  const std::vector<std::string>& words = arguments.words;
+  RequireName(words[1]);
+  return IniFile::Change(words[0],
+                         [&words](CDQIniFile& file) { file.DeleteSection(words[1].c_str()); });
 }
 
 const Command kIni{
-    "ini", "FILE get S K | set S K V | delete-key S K | delete-section S | sections | keys S",
+    "ini",
     "Reads and changes private profile files.",
     "S is a section, K a key and V its value. The case of names doesn't count.\n"
     "\n"
     "  get             print the value, at most 2047 bytes of it; absent keys are a no\n"
     "  set             write the value; line feeds stand as </N/>, carriage returns are dropped\n"
-    "  delete-key      reset the key: its value becomes 0, because an absent key reads as never "
-    "set\n"
+    "  delete-key      reset the key: its value becomes 0, because an absent key reads as never\n"
+    "                  set\n"
     "  delete-section  remove the section with all its keys\n"
-    "  sections, keys  print names in the order of the file\n",
-    RunIni};
+    "  sections, keys  print names in the order of the file\n"
+    "\n"
+    "What is only read may be '-', standard input. A file that isn't there reads as empty.\n"
+    "\n"
+    "JSON: get {\"value\"}, sections and keys [{\"name\"}].\n",
+    {{"FILE get S K", Get, {kJson}},
+     {"FILE set S K V", Set},
+     {"FILE delete-key S K", DeleteKey},
+     {"FILE delete-section S", DeleteSection},
+     {"FILE sections", PrintSections, {kJson}},
+     {"FILE keys S", PrintKeys, {kJson}}}};
 
 }  // namespace
 }  // namespace dqtool

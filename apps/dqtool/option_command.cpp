@@ -3,105 +3,137 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "apps/dqtool/command.h"
+#include "apps/dqtool/host_options.h"
+#include "apps/dqtool/vocabulary.h"
+#include "dqlib/datetime/date_time_fmt_def.h"
 #include "siblings/options/options_server.h"
 
 namespace dqtool {
 namespace {
 
-std::string Shown(const dq::CDQOption& option) {
-  const dq::OptionValue value = dq::CDQOptionsServer::GetObject()->GetValue(option.GetID());
+/// The options server, for the platform that the arguments name.
+dq::CDQOptionsServer& ServerFor(const Arguments& arguments) {
+  dq::CDQOptionsServer& server = HostOptions();
+  if (const std::string* const word = arguments.Find("--platform")) {
+    server.SetPlatform(PlatformOf(*word));
+  }
+  return server;
+}
+
+std::string Shown(dq::CDQOptionsServer& server, const dq::CDQOption& option) {
+  const dq::OptionValue value = server.GetValue(option.GetID());
   return option.GetKind() == dq::OptionKind::kBinary ? dq::HexOfBytes(value) : value;
 }
 
-/// The option with the id; null, which has been said, if there is none.
-const dq::CDQOption* FindOption(const std::string& word) {
-  if (word.empty() || word.find_first_not_of("0123456789") != std::string::npos) {
-    throw WrongUsage("ID is a number, not '" + word + "'");
-  }
-  // A number that is too large is that of no option.
-  const bool fits = dq::IsOptionValue(dq::OptionKind::kInt, word);
-  const dq::CDQOption* const option =
-      fits ? dq::CDQOptionsServer::GetObject()->GetOptionByID(dq::OptionNumber(word)) : nullptr;
-  if (option == nullptr) Complain("no option with id " + word);
-  return option;
+Fields FieldsOf(const dq::CDQOption& option, const std::string& shown) {
+  return {{"id", option.GetID()},
+          {"kind", dq::KindWord(option.GetKind())},
+          {"name", option.GetName().View()},
+          {"value", shown}};
 }
 
-/// Whether the value that was read last is the one that is kept. What is to say has been said.
-bool WasRead() { return dq::CDQOptionsServer::GetObject()->GetReadError().ok(); }
+/// The option with the number or name; null, which has been said, if there is none.
+const dq::CDQOption* FindOption(dq::CDQOptionsServer& server, const std::string& word) {
+  const bool is_number = !word.empty() && word.find_first_not_of("0123456789") == std::string::npos;
+  if (is_number) {
+    // A number that is too large is that of no option.
+    const bool fits = dq::IsOptionValue(dq::OptionKind::kInt, word);
+    const dq::CDQOption* const option =
+        fits ? server.GetOptionByID(dq::OptionNumber(word)) : nullptr;
+    if (option == nullptr) Complain("no option with id " + word);
+    return option;
+  }
+  if (const dq::CDQOption* const option =
+          server.GetOptionByID(server.GetOptionIDByName(word.c_str()))) {
+    return option;
+  }
+  std::vector<std::string> names;
+  for (const int id : server.GetOptionIDs())
+    names.emplace_back(server.GetOptionNameByID(id).View());
+  throw WrongUsage("ID is an option's number or name, not '" + word + "'" +
+                   DidYouMean(word, names));
+}
 
-int List() {
-  dq::CDQOptionsServer& server = *dq::CDQOptionsServer::GetObject();
-  bool read = true;
+int List(const Arguments& arguments) {
+  dq::CDQOptionsServer& server = ServerFor(arguments);
+  Listing listing(arguments);
   for (const int id : server.GetOptionIDs()) {
     const dq::CDQOption& option = *server.GetOptionByID(id);
-    const std::string shown = Shown(option);
-    if (WasRead()) {
-      PrintLine(std::to_string(id) + "\t" + std::string(dq::KindWord(option.GetKind())) + "\t" +
-                std::string(option.GetName().View()) + "\t" + OnOneLine(shown));
-    } else {
-      read = false;
-    }
+    listing.Add(FieldsOf(option, Shown(server, option)));
   }
-  if (server.GetOptionIDs().empty()) return Complain("option: no options file was read");
-  return read ? kYes : kNo;
+  return listing.End(server.GetOptionIDs().empty() ? Complain("no options file was read") : kYes);
 }
 
-int Get(const std::string& id) {
-  const dq::CDQOption* const option = FindOption(id);
+int Get(const Arguments& arguments) {
+  dq::CDQOptionsServer& server = ServerFor(arguments);
+  const dq::CDQOption* const option = FindOption(server, arguments.words[0]);
   if (option == nullptr) return kNo;
-  const std::string shown = Shown(*option);
-  if (!WasRead()) return kNo;
-  PrintLine(shown);
-  return kYes;
+  const std::string shown = Shown(server, *option);
+  return PrintAnswer(arguments, shown, FieldsOf(*option, shown));
 }
 
-int Set(const std::string& id, const std::string& word) {
-  const dq::CDQOption* const option = FindOption(id);
+/// What the option takes, for complaints.
+std::string Wanted(const dq::CDQOption& option) {
+  const dq::OptionDefinition& definition = option.GetDefinition();
+  if (!definition.range) {
+    return "a value of the kind " + std::string(dq::KindWord(option.GetKind()));
+  }
+  return "a number from " + std::to_string(definition.range->first) + " to " +
+         std::to_string(definition.range->second);
+}
+
+int Set(const Arguments& arguments) {
+  dq::CDQOptionsServer& server = ServerFor(arguments);
+  const dq::CDQOption* const option = FindOption(server, arguments.words[0]);
   if (option == nullptr) return kNo;
-  const dq::OptionKind kind = option->GetKind();
-  const auto value = kind == dq::OptionKind::kBinary ? dq::BytesOfHex(word) : std::optional(word);
-  if (!value || !dq::IsOptionValue(kind, *value)) {
-    return Complain("option " + id + " takes a value of the kind " +
-                    std::string(dq::KindWord(kind)) + ", not '" + word + "'");
+  const std::string& word = arguments.words[1];
+  const bool is_binary = option->GetKind() == dq::OptionKind::kBinary;
+  const auto value = is_binary ? dq::BytesOfHex(word) : std::optional(word);
+  const std::string subject = "option " + std::to_string(option->GetID());
+  if (!value || !dq::IsValueOf(option->GetDefinition(), *value)) {
+    return Complain(subject + " takes " + Wanted(*option) + ", not '" + word + "'");
   }
-  if (dq::CDQOptionsServer::GetObject()->SetValue(option->GetID(), *value)) return kYes;
-  return Complain("option " + id + " could not be kept");
+  if (option->GetID() == kDateFormatOption && !word.empty() &&
+      !dq::CLGDateTimeFmtDef::IsValidDateTimeFmt(word, dq::DTF_DISP)) {
+    return Complain(subject + " takes a format in display notation, not '" + word + "'");
+  }
+  return server.SetValue(option->GetID(), *value) ? int{kYes}
+                                                  : Complain(subject + " could not be kept");
 }
 
-int RunOption(Words words) {
-  dq::CDQOptionsServer& server = *dq::CDQOptionsServer::GetObject();
-  server.AddOptions("DQSyntax.Dqo", 52500, 52639, true, true);
-  server.AddOptions("dqtool.dqo", 60000, 60099, true, false);
-  if (words.size() >= 2 && words[0] == "--platform") {
-    const auto platform = dq::PlatformOfWord(words[1]);
-    if (!platform) throw WrongUsage("no platform " + words[1]);
-    server.SetPlatform(*platform);
-    words = words.subspan(2);
-  }
-  if (words.empty()) throw WrongUsage("list, get or set is needed");
-  if (words[0] == "list" && words.size() == 1) return List();
-  if (words[0] == "get" && words.size() == 2) return Get(words[1]);
-  if (words[0] == "set" && words.size() == 3) return Set(words[1], words[2]);
-  throw WrongUsage("list, get ID or set ID VALUE, not that");
+int Unset(const Arguments& arguments) {
+  dq::CDQOptionsServer& server = ServerFor(arguments);
+  const dq::CDQOption* const option = FindOption(server, arguments.words[0]);
+  if (option == nullptr) return kNo;
+  if (server.UnsetValue(option->GetID())) return kYes;
+  return Complain("option " + std::to_string(option->GetID()) + " could not be reset");
 }
+
+constexpr Option kValuesOf{"--platform", "P",
+                           "the value for none, sybase, sqlserver, db2, oracle or db2os390, of\n"
+                           "options that have one for each"};
 
 const Command kOption{
-    "option", "[--platform NAME] list | get ID | set ID VALUE",
-    "Shows and changes options by number.",
+    "option",
+    "Shows and changes options by number or name.",
     "'list' prints a line ID<TAB>KIND<TAB>NAME<TAB>VALUE for each option, control characters as\n"
-    "'\\xHH'. 'get' prints the value as it is. 'set' keeps it for this user. Values by kind:\n"
+    "'\\xHH'. 'get' prints the value as it is. 'set' keeps it for this user, and 'unset' lets the\n"
+    "default hold again. An ID is an option's number or its name. Values by kind:\n"
     "\n"
     "  bool               0 or 1\n"
-    "  int                a number from -2147483648 to 2147483647\n"
+    "  int                a number from -2147483648 to 2147483647, or of the option's own range\n"
     "  string, directory  a text\n"
     "  binary             bytes, two hexadecimal digits each\n"
     "  color              rrggbb in hexadecimal, or nothing\n"
     "\n"
-    "  --platform NAME    the value for sybase, sqlserver, db2, oracle or db2os390, of options\n"
-    "                     that have one for each\n",
-    RunOption};
+    "JSON: [{\"id\", \"kind\", \"name\", \"value\"}], or one such object for 'get'.\n",
+    {{"list", List, {kValuesOf, kJson}},
+     {"get ID", Get, {kValuesOf, kJson}},
+     {"set ID VALUE", Set, {kValuesOf}},
+     {"unset ID", Unset, {kValuesOf}}}};
 
 }  // namespace
 }  // namespace dqtool

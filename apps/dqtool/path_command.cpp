@@ -8,33 +8,38 @@
 namespace dqtool {
 namespace {
 
-int PrintPath(Words words) {
-  if (words.empty()) throw WrongUsage("relative, absolute or universal is needed");
-  const std::string& form = words[0];
-  const bool universal = form == "universal";
-  if (!universal && form != "relative" && form != "absolute") {
-    throw WrongUsage("relative, absolute or universal is needed, not '" + form + "'");
-  }
-  if (words.size() != (universal ? 2 : 3)) {
-    throw WrongUsage(form + (universal ? " needs a PATH" : " needs a BASE and a PATH"));
-  }
-  using Utility = dq::CDQFileUtility;
-  const dq::CString path =
-      universal            ? Utility::GetUniversalName(words[1].c_str())
-      : form == "relative" ? Utility::AbsolutePathToRelative(words[1].c_str(), words[2].c_str())
-                           : Utility::RelativePathToAbsolute(words[1].c_str(), words[2].c_str());
-  PrintLine(path.View());
-  return kYes;
+using Utility = dq::CDQFileUtility;
+
+int Print(const Arguments& arguments, const dq::CString& path) {
+  return PrintAnswer(arguments, path.View(), {{"path", path.View()}});
+}
+
+int PrintRelative(const Arguments& arguments) {
+  return Print(arguments, Utility::AbsolutePathToRelative(arguments.words[0].c_str(),
+                                                          arguments.words[1].c_str()));
+}
+
+int PrintAbsolute(const Arguments& arguments) {
+  return Print(arguments, Utility::RelativePathToAbsolute(arguments.words[0].c_str(),
+                                                          arguments.words[1].c_str()));
+}
+
+int PrintUniversal(const Arguments& arguments) {
+  return Print(arguments, Utility::GetUniversalName(arguments.words[0].c_str()));
 }
 
 const Command kPath{
-    "path", "relative|absolute BASE PATH | universal PATH", "Prints another form of a path.",
-    "A relative path is '.' and what follows BASE, or '..' and what follows BASE's drive; one "
-    "that\n"
-    "is neither stays as it is. 'absolute' is the opposite. Paths with drives or backslashes come\n"
-    "in lower case. 'universal' is the path as other machines know it: a share, or the drive's\n"
-    "administrative share; a path without a colon stays as it is.\n",
-    PrintPath};
+    "path",
+    "Prints another form of a path.",
+    "A relative path is '.' and what follows BASE, or '..' and what follows BASE's drive; one\n"
+    "that is neither stays as it is. 'absolute' is the opposite. Paths with drives or backslashes\n"
+    "come in lower case. 'universal' is the path as other machines know it: a share, or the\n"
+    "drive's administrative share; a path without a colon stays as it is.\n"
+    "\n"
+    "JSON: {\"path\"}.\n",
+    {{"relative BASE PATH", PrintRelative, {kJson}},
+     {"absolute BASE PATH", PrintAbsolute, {kJson}},
+     {"universal PATH", PrintUniversal, {kJson}}}};
 
 }  // namespace
 }  // namespace dqtool

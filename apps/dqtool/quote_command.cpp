@@ -1,13 +1,11 @@
 // dqtool quote: quotes names where a platform needs it.
 
-#include <cstdio>
-#include <iostream>
 #include <memory>
-#include <optional>
 #include <string>
 
+#include "apps/common/content.h"
 #include "apps/dqtool/command.h"
-#include "apps/dqtool/platform_word.h"
+#include "apps/dqtool/vocabulary.h"
 #include "dqlib/dbvocab/identifier_name.h"
 #include "dqlib/dbvocab/quote_name.h"
 #include "dqlib/dbvocab/version_string.h"
@@ -18,39 +16,6 @@ namespace {
 
 constexpr int kOracleLowerCaseNames = 50270;
 constexpr int kQuoteNames = 50274;
-
-struct Wish {
-  std::optional<dq::DBMS> platform;
-  std::string version;
-  bool is_case_sensitive = false;
-  bool has_no_quoting = false;
-};
-
-/// Takes the options off the front of the words.
-Wish TakeWish(Words& words) {
-  Wish wish;
-  while (!words.empty() && words[0].starts_with("-") && words[0] != "-") {
-    const std::string& word = words[0];
-    words = words.subspan(1);
-    if (word == "--") break;
-    if (word == "--case-sensitive") {
-      wish.is_case_sensitive = true;
-    } else if (word == "--no-quoting") {
-      wish.has_no_quoting = true;
-    } else if (word == "--platform") {
-      wish.platform = TakePlatform(words);
-    } else if (word == "--version") {
-      if (words.empty()) throw WrongUsage("--version needs a V");
-      wish.version = words[0];
-      words = words.subspan(1);
-    } else {
-      RefuseOption(word);
-    }
-  }
-  if (!wish.platform) throw WrongUsage("--platform P is needed");
-  if (*wish.platform == dq::DBMS_NONE) throw WrongUsage("the platform none quotes no names");
-  return wish;
-}
 
 std::unique_ptr<dq::QuoteName> QuotingOf(dq::DBMS platform, const std::string& version) {
   switch (platform) {
@@ -76,39 +41,46 @@ std::unique_ptr<dq::QuoteName> QuotingOf(dq::DBMS platform, const std::string& v
   return nullptr;
 }
 
-int RunQuote(Words words) {
-  const Wish wish = TakeWish(words);
+int RunQuote(const Arguments& arguments) {
+  const dq::DBMS platform = PlatformOf(arguments.Get("--platform"));
+  if (platform == dq::DBMS_NONE) throw WrongUsage("the platform none quotes no names");
+  const std::string version = arguments.Get("--version");
+  if (arguments.Has("--version")) VersionOf(version, platform);
   dq::CDQOptionsServer& options = *dq::CDQOptionsServer::GetObject();
-  if (wish.is_case_sensitive) options.HoldValue(kOracleLowerCaseNames, "1");
-  if (wish.has_no_quoting) options.HoldValue(kQuoteNames, "0");
-  const std::unique_ptr<dq::QuoteName> quoting = QuotingOf(*wish.platform, wish.version);
-  for (std::string name : words) {
-    quoting->Quote(name);
-    PrintLine(name);
+  if (arguments.Has("--case-sensitive")) options.HoldValue(kOracleLowerCaseNames, "1");
+  if (arguments.Has("--no-quoting")) options.HoldValue(kQuoteNames, "0");
+  const std::unique_ptr<dq::QuoteName> quoting = QuotingOf(platform, version);
+  Listing listing(arguments);
+  const auto quote = [&](const std::string& name) {
+    std::string quoted = name;
+    quoting->Quote(quoted);
+    listing.Add(quoted, {{"name", name}, {"quoted", quoted}});
+  };
+  for (const std::string& name : arguments.words) quote(name);
+  if (arguments.words.empty()) {
+    for (std::string name; dqapps::ReadInputLine(name);) quote(name);
+    if (dqapps::EndOfInputLines() != kYes) return kNo;
   }
-  if (!words.empty()) return kYes;
-  for (std::string name; std::getline(std::cin, name);) {
-    quoting->Quote(name);
-    PrintLine(name);
-  }
-  // The stream, which works on C's own, takes a failure for the end.
-  const bool has_failed = std::cin.bad() || std::ferror(stdin) != 0;
-  return has_failed ? Complain("quote: cannot read standard input") : kYes;
+  return listing.End();
 }
 
 const Command kQuote{
-    "quote", "--platform P [--version V] [--case-sensitive] [--no-quoting] [NAME ...]",
+    "quote",
     "Quotes names where a platform needs it.",
     "Prints each NAME, or each line of standard input without any, in quotes if its characters\n"
-    "need it or it is a reserved word. '--' ends the options.\n"
+    "need it or it is a reserved word.\n"
     "\n"
-    "  --platform P      sybase, sqlserver, db2, oracle or db2os390\n"
-    "  --version V       the server's version; above 6.5, SQL Server has square brackets\n"
-    "  --case-sensitive  lower-case letters of Oracle names need quotes\n"
-    "  --no-quoting      no quotes but on Oracle\n"
+    "Without --case-sensitive and --no-quoting, what the user has set as options 50270 and 50274\n"
+    "holds.\n"
     "\n"
-    "Without the last two, what the user has set as options 50270 and 50274 holds.\n",
-    RunQuote};
+    "JSON: [{\"name\", \"quoted\"}].\n",
+    {{"[NAME ...]",
+      RunQuote,
+      {{"--platform", "P", "sybase, sqlserver, db2, oracle or db2os390", Times::kOnce},
+       {"--version", "V", "the server's version; above 6.5, SQL Server has square brackets"},
+       {"--case-sensitive", "", "lower-case letters of Oracle names need quotes"},
+       {"--no-quoting", "", "no quotes but on Oracle"},
+       kJson}}}};
 
 }  // namespace
 }  // namespace dqtool

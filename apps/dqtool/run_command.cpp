@@ -9,9 +9,10 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <vector>
 
+#include "apps/common/content.h"
 #include "apps/dqtool/command.h"
-#include "apps/dqtool/number_word.h"
 #include "dqlib/dbvocab/db_utility.h"
 #include "dqlib/framework/base/c_string.h"
 #include "dqlib/output/console_program.h"
@@ -70,30 +71,33 @@ class Canceller {
 /// What the feedback procedure, which is handed no pointer, works on.
 struct Feedback {
   Canceller* canceller = nullptr;
-  /// Why standard output takes no more; "" while it does.
-  std::string output_failure;
+  /// What a failed start names: the program, without its arguments, and its folder.
+  std::string program;
+  std::string folder;
+  /// That standard output takes no more.
+  std::optional<OutputClosed> output_closed;
 };
 Feedback g_feedback;
 
-std::string_view WithoutLineEnd(std::string_view text) {
-  return text.substr(0, text.find_last_not_of("\r\n") + 1);
-}
-
 void OnFailure(int code, const char* text) {
   // The one failure without a text.
-  if (text == nullptr) text = "No program to run";
-  Complain(std::to_string(code) + ": " + std::string(WithoutLineEnd(text)));
+  std::string complaint = text == nullptr ? "No program to run" : text;
+  complaint.erase(complaint.find_last_not_of("\r\n") + 1);
+  if (code == dq::CONSOLE_START_FAILED) {
+    complaint += ": '" + g_feedback.program + "' in '" + g_feedback.folder + "'";
+  }
+  Complain(std::to_string(code) + ": " + complaint);
 }
 
 int OnFeedback(int code, const char* text) {
   if (code != dq::CONSOLE_LINE) {
     OnFailure(code, text);
-  } else if (g_feedback.output_failure.empty()) {
+  } else if (!g_feedback.output_closed) {
     try {
       PrintLine(text);
     } catch (const OutputClosed& closed) {
       // Nobody listens, so the program has nobody to run for.
-      g_feedback.output_failure = closed.what();
+      g_feedback.output_closed = closed;
       g_feedback.canceller->Cancel();
     }
   }
@@ -116,67 +120,43 @@ struct Options {
   std::string arguments;
 };
 
-/// Takes an option that has a word behind it; null is none. False if it isn't such an option.
-bool TakeOption(const std::string& option, const std::string* word, Options& options) {
-  const auto need = [&](const char* what) {
-    if (word == nullptr) throw WrongUsage(option + " needs a " + what);
-    return *word;
-  };
-  const auto connection = [&]() -> Connection& {
-    if (!options.connection) options.connection.emplace();
-    return *options.connection;
-  };
-  if (option == "--dir") {
-    options.directory = need("DIR");
-  } else if (option == "--user") {
-    connection().user = need("U");
-  } else if (option == "--password-file") {
-    connection().password_file = need("F");
-  } else if (option == "--datasource") {
-    connection().datasource = need("D");
-  } else if (option == "--auth") {
-    connection().mode = ReadNumber<int>(need("MODE"), "MODE");
-  } else {
-    return false;
-  }
-  return true;
-}
+constexpr Option kUser{"--user", "U", "the user"};
+constexpr Option kPasswordFile{"--password-file", "F",
+                               "the password is the first line of the file"};
+constexpr Option kDatasource{"--datasource", "D", "the database"};
+constexpr Option kAuth{"--auth", "MODE",
+                       "0, or above 0 puts that in quotes, with AS SYSDBA behind it for 2 and\n"
+                       "AS SYSOPER for 4"};
 
-Options Parse(Words words) {
-  Options options;
-  for (; !words.empty() && words[0].starts_with('-'); words = words.subspan(1)) {
-    if (words[0] == "--") {
-      words = words.subspan(1);
-      break;
-    }
-    if (words[0] == "--keep-left") {
-      options.keep_left = true;
-    } else if (TakeOption(words[0], words.size() > 1 ? &words[1] : nullptr, options)) {
-      words = words.subspan(1);
-    } else {
-      RefuseOption(words[0]);
-    }
+Options OptionsOf(const Arguments& arguments) {
+  Options options{.directory = arguments.Get("--dir"),
+                  .keep_left = arguments.Has("--keep-left"),
+                  .connection = std::nullopt,
+                  .program = arguments.words[0],
+                  .arguments = arguments.words.size() > 1 ? arguments.words[1] : ""};
+  if (arguments.Has("--dir") && options.directory.empty()) throw WrongUsage("DIR is empty");
+  for (const Option& option : {kUser, kPasswordFile, kDatasource, kAuth}) {
+    if (arguments.Has(option.name)) options.connection.emplace();
   }
-  if (words.empty()) throw WrongUsage("a PROGRAM is needed");
-  if (words.size() > 2) throw WrongUsage("ARGUMENTS is one text; put it in quotes");
-  options.program = words[0];
-  if (words.size() == 2) options.arguments = words[1];
+  if (!options.connection) return options;
+  options.connection->user = arguments.Get(kUser.name);
+  options.connection->datasource = arguments.Get(kDatasource.name);
+  if (const std::string* const file = arguments.Find(kPasswordFile.name)) {
+    options.connection->password_file = *file;
+  }
+  if (const std::string* const mode = arguments.Find(kAuth.name)) {
+    options.connection->mode = ReadNumber<int>(*mode, kAuth.value, 0, dq::CDQDBUtility::kSysOper);
+  }
   return options;
 }
 
 /// The first line of the file; no value, which has been said, if there is none or it is no text.
 std::optional<std::string> ReadPassword(const std::string& path) {
-  std::string text;
-  const dq::platform::Error error = dq::platform::Current().files->ReadAll(path, text);
-  if (!error.ok()) {
-    const auto reason = dq::platform::Current().system_errors->Describe(error.code);
-    std::string complaint = "run: cannot read " + path + ": " + reason.value_or("");
-    Complain(complaint.erase(complaint.find_last_not_of("\r\n: ") + 1));
-    return std::nullopt;
-  }
-  text.resize(std::min(text.find_first_of("\r\n"), text.size()));
-  if (text.find('\0') == std::string::npos) return text;
-  Complain("run: the password in " + path + " has a zero byte");
+  std::optional<std::string> text = dqapps::ReadContent(path);
+  if (!text) return text;
+  text->resize(std::min(text->find_first_of("\r\n"), text->size()));
+  if (text->find('\0') == std::string::npos) return text;
+  Complain("the password in " + dqapps::NameOfInput(path) + " has a zero byte");
   return std::nullopt;
 }
 
@@ -205,56 +185,90 @@ int Run(dq::CDQConsoleProgram& program, const Options& options) {
   return program.RunExecutable(command.c_str(), last, nullptr);
 }
 
-int RunProgram(Words words) {
-  const Options options = Parse(words);
+/// What a start that failed is told by.
+void NoteNames(const Options& options) {
+  std::vector<std::string> words;
+  dq::platform::SplitCommandLine(options.program, words);
+  g_feedback.program = words.empty() ? options.program : words[0];
+  dq::platform::Files& files = *dq::platform::Current().files;
+  const auto full = files.FullPath(options.directory);
+  g_feedback.folder = options.directory.empty() ? files.CurrentDirectory()
+                      : full.ok()               ? full.value
+                                                : options.directory;
+}
+
+/// The status of a program that `env` and shells have.
+int StatusOf(const dq::CDQConsoleProgram& program, bool has_run) {
+  constexpr int kNotExecutable = 126;
+  constexpr int kNotFound = 127;
+  if (has_run) return program.GetExitCode();
+  const dq::platform::Error& error = program.GetStartError();
+  if (error.ok()) return kNo;
+  return error.kind == dq::platform::ErrorKind::kNotFound ? kNotFound : kNotExecutable;
+}
+
+int RunProgram(const Arguments& arguments) {
+  const Options options = OptionsOf(arguments);
   const std::unique_ptr<dq::CDQConsoleProgram> made = MakeProgram(options);
   if (made == nullptr) return kNo;
   dq::CDQConsoleProgram& program = *made;
   program.SetCallback(OnFeedback);
   program.SetCurrentDirectory(options.directory.c_str());
   program.EnableTrimLeft(!options.keep_left);
+  NoteNames(options);
 
-  int result = 0;
+  bool has_run = false;
   bool cancelled = false;
   {
     Canceller canceller(program);
-    g_feedback = {.canceller = &canceller, .output_failure = {}};
+    g_feedback.canceller = &canceller;
     const auto watch =
         dq::platform::Current().console->WatchStopRequests([&canceller] { canceller.Cancel(); });
-    result = Run(program, options);
+    has_run = Run(program, options) == 1;
     cancelled = canceller.WasAsked();
   }
-  if (!g_feedback.output_failure.empty()) return Complain(g_feedback.output_failure);
-  if (cancelled) return Complain("run: stopped");
-  return result == 1 ? kYes : kNo;
+  if (g_feedback.output_closed) throw OutputClosed(*g_feedback.output_closed);
+  if (cancelled) return Complain("stopped");
+  return StatusOf(program, has_run);
 }
 
 const Command kRun{
     "run",
-    "[--dir DIR] [--keep-left] [--user U] [--password-file F] [--datasource D] [--auth MODE] "
-    "PROGRAM [ARGUMENTS]",
     "Runs a console program and prints its output line by line.",
-    "The command line comes first, with passwords masked: what stands between the first '/'\n"
-    "and the first '@', and what follows '-P'. Blank lines are left out. ARGUMENTS is one text;\n"
-    "blanks separate, quotes group, and nothing is expanded. Options end at PROGRAM.\n"
+    "The command line comes first, with passwords masked (see below). Blank lines are left out.\n"
+    "ARGUMENTS is one text; blanks separate, quotes group, and nothing is expanded. Options stand\n"
+    "before PROGRAM; what is behind it is the program's.\n"
     "\n"
-    "  --dir DIR    the program's working directory\n"
-    "  --keep-left  keep the blanks at the start of lines\n"
+    "With --user, --password-file, --datasource or --auth, U/PASSWORD@D goes behind PROGRAM and\n"
+    "ARGUMENTS.\n"
     "\n"
-    "With one of the following, U/PASSWORD@D goes behind PROGRAM and ARGUMENTS, and the password\n"
-    "is masked wherever it stands in the command line:\n"
+    "What is masked in the command line that is printed:\n"
     "\n"
-    "  --user U           the user\n"
-    "  --password-file F  the password is the first line of the file\n"
-    "  --datasource D     the database\n"
-    "  --auth MODE        above 0 puts that in quotes, with AS SYSDBA behind it for 2 and\n"
-    "                     AS SYSOPER for 4\n"
+    "  scott/tiger@ora1     what stands between the first '/' and the first '@', and the same\n"
+    "                       text wherever it stands\n"
+    "  -Psecret             what is glued to the first '-P'\n"
+    "  --password-file F    the password from the file, wherever it stands\n"
     "\n"
-    "The exit status is 0 when the program ran, whatever its own was, and 1 when it was stopped\n"
-    "by a signal to dqtool or because standard output takes no more. A failure is told as\n"
-    "'dqtool: CODE: TEXT': -3 it could not be started, -4 a pipe could not be made, -5 reading\n"
-    "failed, -6 no program.\n",
-    RunProgram};
+    "All else stays open: '-P secret' with a blank between, '-psecret', '--password=secret', a\n"
+    "second '-P' or another 'u/p@d', a password with a blank in it, and what the program prints\n"
+    "itself. An '@' or a '/' before the password (a path, a script '@x.sql') moves the first "
+    "form.\n"
+    "A line that begins with USERID isn't masked by the first form. Other users of the machine\n"
+    "see a program's arguments while it runs. So give a password by --password-file, or by a file\n"
+    "or variable of the environment that the program reads itself.\n"
+    "\n"
+    "The exit status is the program's own, or 128 and the number of the signal that it died by;\n"
+    "127 if the program isn't found, 126 if it can't be started otherwise; 1 if dqtool itself\n"
+    "failed or was stopped by a signal. A failure is told as 'dqtool: run: CODE: TEXT': -3 it\n"
+    "could not be started, -4 a pipe could not be made, -5 reading failed, -6 no program.\n",
+    {{"PROGRAM [ARGUMENTS]",
+      RunProgram,
+      {{"--dir", "DIR", "the program's working directory"},
+       {"--keep-left", "", "keep the blanks at the start of lines"},
+       kUser,
+       kPasswordFile,
+       kDatasource,
+       kAuth}}}};
 
 }  // namespace
 }  // namespace dqtool

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "apps/common/content.h"
 #include "apps/dqtool/command.h"
 #include "apps/dqtool/settings_text.h"
 #include "dqlib/core/registry_tools.h"
@@ -69,6 +71,12 @@ std::vector<std::string> Texts(const RegistryValue& value) {
   return {dq::HexOfBytes(data)};
 }
 
+/// As an answer has it.
+Value ValueOf(const RegistryValue& value) {
+  std::vector<std::string> texts = Texts(value);
+  return value.type == dq::REGISTRY_MULTI_STRING ? Value(texts) : Value(texts.front());
+}
+
 /// A key's path from the root, with one `\` between names, whatever is between them in the word.
 std::string KeyPath(std::string_view word) {
   std::string path;
@@ -84,11 +92,11 @@ std::string KeyPath(std::string_view word) {
 }
 
 int Refused(const std::string& what, const Error& error) {
-  return Complain("settings: " + what + ": " + dq::detail::ErrorText(error));
+  return Complain(what + ": " + dq::detail::ErrorText(error));
 }
 
 int NoKey(const std::string& path, const Error& error) {
-  if (error.kind == ErrorKind::kNotFound) return Complain("settings: no key " + path);
+  if (error.kind == ErrorKind::kNotFound) return Complain("no key " + path);
   return Refused(path.empty() ? "the root" : path, error);
 }
 
@@ -111,7 +119,8 @@ Error ReadKeys(HKEY key, std::vector<std::string>& names) {
   return name.error.kind == ErrorKind::kNotFound ? Error{} : name.error;
 }
 
-int List(const std::string& path) {
+int List(const Arguments& arguments) {
+  const std::string path = KeyPath(arguments.words.empty() ? "" : arguments.words[0]);
   const RegistryKey key(Registry().OpenKey(dq::kCurrentUser, path));
   if (!key.ok()) return NoKey(path, key.error());
   std::vector<RegistryValue> values;
@@ -119,30 +128,36 @@ int List(const std::string& path) {
   Error error = ReadValues(key.get(), values);
   if (error.ok()) error = ReadKeys(key.get(), names);
   if (!error.ok()) return Refused(path, error);
+  Listing listing(arguments);
   for (const RegistryValue& value : values) {
-    std::string line = OnOneLine(value.name) + '\t' + KindWord(value.type);
-    const std::vector<std::string> texts = Texts(value);
-    if (texts.empty()) line += '\t';
-    for (const std::string& text : texts) line += '\t' + OnOneLine(text);
-    PrintLine(line);
+    listing.Add({{"name", value.name}, {"kind", KindWord(value.type)}, {"value", ValueOf(value)}});
   }
-  for (const std::string& name : names) PrintLine('[' + OnOneLine(name) + ']');
-  return kYes;
+  for (const std::string& name : names) listing.Add('[' + OnOneLine(name) + ']', {{"key", name}});
+  return listing.End();
 }
 
-int Get(const std::string& path, const std::string& name) {
+int Get(const Arguments& arguments) {
+  const std::string path = KeyPath(arguments.words[0]);
+  const std::string& name = arguments.words[1];
   const RegistryKey key(Registry().OpenKey(dq::kCurrentUser, path));
   if (!key.ok()) return NoKey(path, key.error());
   const auto value = dq::ReadRegistryValue(key.get(), name);
   if (value.error.kind == ErrorKind::kNotFound) {
-    return Complain("settings: no value " + name + " in " + path);
+    return Complain("no value " + name + " in " + path);
   }
   if (!value.ok()) return Refused(path, value.error);
+  if (arguments.Has(kJson.name)) {
+    return PrintAnswer(arguments, "",
+                       {{"kind", KindWord(value.value.type)}, {"value", ValueOf(value.value)}});
+  }
   for (const std::string& text : Texts(value.value)) PrintLine(text);
   return kYes;
 }
 
-int Set(const std::string& path, const std::string& name, const std::string& text) {
+int Set(const Arguments& arguments) {
+  const std::string path = KeyPath(arguments.words[0]);
+  const std::string& name = arguments.words[1];
+  const std::string& text = arguments.words[2];
   const RegistryKey key(Registry().CreateKey(dq::kCurrentUser, path));
   Error error = key.error();
   if (error.ok()) {
@@ -152,18 +167,21 @@ int Set(const std::string& path, const std::string& name, const std::string& tex
   return error.ok() ? int{kYes} : Refused(path, error);
 }
 
-int DeleteKey(const std::string& path) {
+int DeleteKey(const Arguments& arguments) {
+  const std::string path = KeyPath(arguments.words[0]);
   if (path.empty()) throw WrongUsage("KEY is the root, which stays");
   const Error error = dq::DeleteRegistryTree(dq::kCurrentUser, path);
   return error.ok() ? int{kYes} : NoKey(path, error);
 }
 
-int DeleteValue(const std::string& path, const std::string& name) {
+int DeleteValue(const Arguments& arguments) {
+  const std::string path = KeyPath(arguments.words[0]);
+  const std::string& name = arguments.words[1];
   const RegistryKey key(Registry().OpenKey(dq::kCurrentUser, path));
   if (!key.ok()) return NoKey(path, key.error());
   const Error error = Registry().DeleteValue(key.get(), name);
   if (error.kind == ErrorKind::kNotFound) {
-    return Complain("settings: no value " + name + " in " + path);
+    return Complain("no value " + name + " in " + path);
   }
   return error.ok() ? int{kYes} : Refused(path, error);
 }
@@ -184,7 +202,9 @@ std::string KeyWithTooMuch(const std::string& path) {
   return {};
 }
 
-int Rename(const std::string& path, const std::string& word) {
+int Rename(const Arguments& arguments) {
+  const std::string path = KeyPath(arguments.words[0]);
+  const std::string& word = arguments.words[1];
   if (path.empty()) throw WrongUsage("KEY is the root, which stays");
   std::string target = KeyPath(word);
   if (target.empty()) throw WrongUsage("NEW is empty");
@@ -195,17 +215,17 @@ int Rename(const std::string& path, const std::string& word) {
     if (!key.ok()) return NoKey(path, key.error());
   }
   if (const std::string key = KeyWithTooMuch(path); !key.empty()) {
-    return Complain("settings: " + key + " holds a value that is too large to be moved");
+    return Complain(key + " holds a value that is too large to be moved");
   }
   const bool moved =
       dq::DQLIB_RenameRegistryItem(dq::kCurrentUser, path.c_str(), target.c_str()) != 0;
   // A move counts what the store refuses as done, but then the key is still there.
   const bool same = dq::platform::EqualIgnoringCase(path, target);
   if (moved && (same || !RegistryKey(Registry().OpenKey(dq::kCurrentUser, path)).ok())) return kYes;
-  return Complain("settings: " + path + " could not be renamed to " + target);
+  return Complain(path + " could not be renamed to " + target);
 }
 
-int Export() {
+int Export(const Arguments&) {
   std::string text;
   if (const Error error = ExportSettings(text); !error.ok()) return Refused("export", error);
   text.pop_back();  // `PrintLine` ends the last line.
@@ -213,44 +233,26 @@ int Export() {
   return kYes;
 }
 
-int Import(const std::string& file) {
-  std::string text;
-  const Error error = dq::platform::Current().files->ReadAll(file, text);
-  if (!error.ok()) return Refused(file, error);
+int Import(const Arguments& arguments) {
+  const std::optional<std::string> text = dqapps::ReadContent(arguments.words[0]);
+  if (!text) return kNo;
+  const std::string file = dqapps::NameOfInput(arguments.words[0]);
   std::vector<SettingsChange> changes;
-  const BadLines bad = ReadSettings(text, changes);
-  if (bad.no_header) Complain("settings: " + file + ": line 1: the header is missing");
+  const BadLines bad = ReadSettings(*text, changes);
+  if (bad.no_header) Complain(file + ": line 1: the header is missing");
   for (const std::size_t number : bad.numbers) {
-    Complain("settings: " + file + ": line " + std::to_string(number) + " can't be used");
+    Complain(file + ": line " + std::to_string(number) + " can't be used");
   }
-  if (bad.any()) return Complain("settings: nothing was imported");
+  if (bad.any()) return Complain("nothing was imported");
   const auto [refused, not_undone] = MakeChanges(changes);
   if (refused.ok()) return kYes;
   Refused(file, refused);
-  return not_undone.ok() ? Complain("settings: nothing was imported")
+  return not_undone.ok() ? Complain("nothing was imported")
                          : Refused("a part of it was imported and can't be undone", not_undone);
-}
-
-int RunSettings(Words words) {
-  if (words.empty()) throw WrongUsage("list, get, set, delete, rename, export or import is needed");
-  const std::string& action = words[0];
-  const std::size_t count = words.size() - 1;
-  const std::string path = KeyPath(count > 0 ? words[1] : "");
-  if (action == "list" && count <= 1) return List(path);
-  if (action == "get" && count == 2) return Get(path, words[2]);
-  if (action == "set" && count == 3) return Set(path, words[2], words[3]);
-  if (action == "delete" && count == 1) return DeleteKey(path);
-  if (action == "delete" && count == 2) return DeleteValue(path, words[2]);
-  if (action == "rename" && count == 2) return Rename(path, words[2]);
-  if (action == "export" && count == 0) return Export();
-  if (action == "import" && count == 1) return Import(words[1]);
-  throw WrongUsage("'" + action + "' with " + std::to_string(count) + " words makes no sense");
 }
 
 const Command kSettings{
     "settings",
-    "list [KEY] | get KEY NAME | set KEY NAME VALUE | delete KEY [NAME] | rename KEY NEW | export "
-    "| import FILE",
     "Shows and changes the settings of the user.",
     "KEY is a path from the root of the user's tree, with '\\' or '/' between names. NAME is a\n"
     "value's, and '' the default value's.\n"
@@ -267,8 +269,19 @@ const Command kSettings{
     "          if the store refuses a change, those before it are undone, which only a store that\n"
     "          refuses that too, or the end of the program in between, prevents\n"
     "\n"
-    "Kinds are string, expand, binary, dword, qword, multi, none, or a number.\n",
-    RunSettings};
+    "Kinds are string, expand, binary, dword, qword, multi, none, or a number.\n"
+    "\n"
+    "JSON: list [{\"name\", \"kind\", \"value\"}, ..., {\"key\"}, ...], get {\"kind\", "
+    "\"value\"};\n"
+    "the value of a multi is an array of texts, any other the text that is printed.\n",
+    {{"list [KEY]", List, {kJson}},
+     {"get KEY NAME", Get, {kJson}},
+     {"set KEY NAME VALUE", Set},
+     {"delete KEY", DeleteKey},
+     {"delete KEY NAME", DeleteValue},
+     {"rename KEY NEW", Rename},
+     {"export", Export},
+     {"import FILE", Import}}};
 
 }  // namespace
 }  // namespace dqtool

@@ -15,49 +15,52 @@ std::string VersionText(const dq::OSVERSIONINFO& version) {
          "." + std::to_string(version.dwBuildNumber);
 }
 
-int RunSystem(Words words) {
-  if (!words.empty()) throw WrongUsage("it takes no words");
+int RunSystem(const Arguments& arguments) {
   const CDQSystemInfo info;
-  const auto print = [](const char* name, const dq::CString& value) {
-    PrintLine(std::string(name) + "\t" + std::string(value.View()));
+  Fields facts;
+  const auto add = [&facts](const char* name, const dq::CString& value) {
+    facts.emplace_back(name, value.View());
   };
-  const auto print_truth = [&](const char* name, bool value) {
-    print(name, value ? "true" : "false");
+  const auto add_value = [&facts](const char* name, const Value& value) {
+    facts.emplace_back(name, value);
   };
   const dq::CString time = CDQSystemInfo::GetFormattedTime(nullptr, true);
 
-  print("OSVersionInfo", VersionText(info.GetOSVersionInfo()));
-  print("UserName", CDQSystemInfo::GetUserName());
-  print("ComputerName", CDQSystemInfo::GetComputerName());
-  print("HostName", CDQSystemInfo::GetHostName());
-  print("SpecialFolderPath", CDQSystemInfo::GetSpecialFolderPath(dq::FOLDER_APPDATA, false));
-  print("AppDataPath", CDQSystemInfo::GetAppDataPath(false));
-  print("SharedDataPath", CDQSystemInfo::GetSharedDataPath(false));
-  print("DefaultWebBrowser", CDQSystemInfo::GetDefaultWebBrowser());
-  print("DefaultWebBrowserType", std::to_string(CDQSystemInfo::GetDefaultWebBrowserType()));
-  print("CurrentDate", CDQSystemInfo::GetCurrentDate(dq::DATE_SHORT));
-  print("TickCount", CDQSystemInfo::GetTickCount());
-  print("CurrentDateTime", CDQSystemInfo::GetCurrentDateTime(dq::DATE_SHORT));
-  print("FormattedDate", CDQSystemInfo::GetFormattedDate(
-                             static_cast<const dq::SYSTEMTIME*>(nullptr), dq::DATE_LONG));
-  print("FormattedTime", time);
-  print("FormattedDateTime", CDQSystemInfo::GetFormattedDateTime(nullptr, dq::DATE_LONG));
-  print("MilliSecPos", std::to_string(CDQSystemInfo::GetMilliSecPos(time)));
-  print_truth("IsWindows95", info.IsWindows95());
-  print_truth("IsWindowsNT", CDQSystemInfo::IsWindowsNT());
-  print_truth("IsTerminalServer", info.IsTerminalServer());
-  print_truth("IsIE4Installed", CDQSystemInfo::IsIE4Installed());
-  print_truth("IsCurrentUserAdmin", CDQSystemInfo::IsCurrentUserAdmin());
-  print_truth("IsSufficientResources", CDQSystemInfo::IsSufficientResources());
-  return kYes;
+  add("OSVersionInfo", VersionText(info.GetOSVersionInfo()));
+  add("UserName", CDQSystemInfo::GetUserName());
+  add("ComputerName", CDQSystemInfo::GetComputerName());
+  add("HostName", CDQSystemInfo::GetHostName());
+  add("SpecialFolderPath", CDQSystemInfo::GetSpecialFolderPath(dq::FOLDER_APPDATA, false));
+  add("AppDataPath", CDQSystemInfo::GetAppDataPath(false));
+  add("SharedDataPath", CDQSystemInfo::GetSharedDataPath(false));
+  add("DefaultWebBrowser", CDQSystemInfo::GetDefaultWebBrowser());
+  add_value("DefaultWebBrowserType", int{CDQSystemInfo::GetDefaultWebBrowserType()});
+  add("CurrentDate", CDQSystemInfo::GetCurrentDate(dq::DATE_SHORT));
+  add("TickCount", CDQSystemInfo::GetTickCount());
+  add("CurrentDateTime", CDQSystemInfo::GetCurrentDateTime(dq::DATE_SHORT));
+  add("FormattedDate",
+      CDQSystemInfo::GetFormattedDate(static_cast<const dq::SYSTEMTIME*>(nullptr), dq::DATE_LONG));
+  add("FormattedTime", time);
+  add("FormattedDateTime", CDQSystemInfo::GetFormattedDateTime(nullptr, dq::DATE_LONG));
+  add_value("MilliSecPos", int{CDQSystemInfo::GetMilliSecPos(time)});
+  add_value("IsWindows95", info.IsWindows95());
+  add_value("IsWindowsNT", CDQSystemInfo::IsWindowsNT());
+  add_value("IsTerminalServer", info.IsTerminalServer());
+  add_value("IsIE4Installed", CDQSystemInfo::IsIE4Installed());
+  add_value("IsCurrentUserAdmin", CDQSystemInfo::IsCurrentUserAdmin());
+  add_value("IsSufficientResources", CDQSystemInfo::IsSufficientResources());
+  return PrintFacts(arguments, facts);
 }
 
 const Command kSystem{
-    "system", "", "Prints what the library knows of the machine and the user.",
+    "system",
+    "Prints what the library knows of the machine and the user.",
     "Lines of a name, a tab and a value. SpecialFolderPath is the folder of application data,\n"
     "Formatted... are the present time with the long date, and MilliSecPos is that of\n"
-    "FormattedTime.\n",
-    RunSystem};
+    "FormattedTime.\n"
+    "\n"
+    "JSON: one object, with the names of the lines.\n",
+    {{"", RunSystem, {kJson}}}};
 
 }  // namespace
 }  // namespace dqtool

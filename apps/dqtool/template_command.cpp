@@ -3,8 +3,8 @@
 #include <optional>
 #include <string>
 
+#include "apps/common/content.h"
 #include "apps/dqtool/command.h"
-#include "dqlib/platform/platform.h"
 #include "siblings/options/template_engine.h"
 
 namespace dqtool {
@@ -29,70 +29,56 @@ class Teller {
 
 void Set(dq::CDQTemplateEngine& engine, const std::string& setting) {
   const std::size_t equals = setting.find('=');
-  if (equals == std::string::npos)
+  if (equals == std::string::npos || equals == 0) {
     throw WrongUsage("--set needs NAME=VALUE, not '" + setting + "'");
+  }
   engine.SetVariable(("$$" + setting.substr(0, equals) + "$$").c_str(),
                      setting.c_str() + equals + 1);
 }
 
 /// The file's text; no value, which has been said, if there is none.
 std::optional<std::string> ReadText(const std::string& path) {
-  std::string text;
-  const dq::platform::Error error = dq::platform::Current().files->ReadAll(path, text);
-  if (!error.ok()) {
-    const auto reason = dq::platform::Current().system_errors->Describe(error.code);
-    std::string complaint = "template: cannot read " + path + ": " + reason.value_or("");
-    Complain(complaint.erase(complaint.find_last_not_of("\r\n: ") + 1));
-    return std::nullopt;
-  }
-  if (text.find('\0') != std::string::npos) {
-    Complain("template: no text: " + path);
+  std::optional<std::string> text = dqapps::ReadContent(path);
+  if (!text) return text;
+  if (text->find('\0') != std::string::npos) {
+    Complain("no text: " + dqapps::NameOfInput(path));
     return std::nullopt;
   }
   // The last line's end is printed with the line.
-  if (text.ends_with('\n')) text.pop_back();
+  if (text->ends_with('\n')) text->pop_back();
   return text;
 }
 
-int RunTemplate(Words words) {
+int RunTemplate(const Arguments& arguments) {
+  const std::string* const file = arguments.Find("--file");
+  if (arguments.words.empty() == (file == nullptr)) {
+    throw WrongUsage("either a TEXT or --file is needed");
+  }
   dq::CDQTemplateEngine engine;
   const Teller teller(engine);
-  std::optional<std::string> file;
-  std::optional<std::string> text;
-  bool options_end = false;
-  for (; !words.empty(); words = words.subspan(1)) {
-    const std::string& word = words[0];
-    if (options_end || !word.starts_with("--")) {
-      if (text) throw WrongUsage("TEXT is one text; put it in quotes");
-      text = word;
-    } else if (word == "--") {
-      options_end = true;
-    } else if (word != "--set" && word != "--file") {
-      RefuseOption(word);
-    } else if (words.size() < 2) {
-      throw WrongUsage(word + (word == "--set" ? " needs NAME=VALUE" : " needs a FILE"));
-    } else {
-      if (word == "--set") Set(engine, words[1]);
-      if (word == "--file") file = words[1];
-      words = words.subspan(1);
-    }
+  for (const auto& [option, value] : arguments.options) {
+    if (option == "--set") Set(engine, value);
   }
-  if (text.has_value() == file.has_value()) throw WrongUsage("either a TEXT or --file is needed");
-  if (file) text = ReadText(*file);
+  const std::optional<std::string> text = file != nullptr ? ReadText(*file) : arguments.words[0];
   if (!text) return kNo;
-  PrintLine(engine.ResolveVariableString(text->c_str()).View());
-  return teller.told() ? kNo : kYes;
+  const dq::CString result = engine.ResolveVariableString(text->c_str());
+  return PrintAnswer(arguments, result.View(), {{"text", result.View()}},
+                     teller.told() ? kNo : kYes);
 }
 
 const Command kTemplate{
-    "template", "[--set NAME=VALUE ...] [--file FILE | TEXT]", "Replaces the variables of a text.",
+    "template",
+    "Replaces the variables of a text.",
     "A variable is $$NAME$$ in the text; marks pair from left to right. One that isn't set stays\n"
     "as it is and is told on standard error, and the exit status is 1.\n"
     "\n"
-    "  --set NAME=VALUE  the value of a variable, named without its marks\n"
-    "  --file FILE       the text is that of a file\n"
-    "  --                what follows is no option\n",
-    RunTemplate};
+    "JSON: {\"text\"}.\n",
+    {{"[TEXT]",
+      RunTemplate,
+      {{"--set", "NAME=VALUE", "the value of a variable, named without its marks",
+        Times::kAnyNumber},
+       {"--file", "FILE", "the text is that of a file"},
+       kJson}}}};
 
 }  // namespace
 }  // namespace dqtool

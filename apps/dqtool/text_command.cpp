@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -22,7 +23,7 @@ std::string_view PlaceAt(std::string_view text) {
 
 /// Fills the places in turn, one with each word; a place without a word stays. `unused` gets the
 /// number of words without a place.
-std::string Fill(std::string_view text, Words words, std::size_t& unused) {
+std::string Fill(std::string_view text, std::span<const std::string> words, std::size_t& unused) {
   std::string filled;
   while (!text.empty()) {
     const std::size_t percent = std::min(text.find('%'), text.size());
@@ -44,9 +45,8 @@ std::string Fill(std::string_view text, Words words, std::size_t& unused) {
   return filled;
 }
 
-int PrintText(Words words) {
-  if (words.empty()) throw WrongUsage("an ID is needed");
-  const std::string& word = words[0];
+int PrintText(const Arguments& arguments) {
+  const std::string& word = arguments.words[0];
   if (word.empty() || word.find_first_not_of("0123456789") != std::string::npos) {
     throw WrongUsage("ID is a number, not '" + word + "'");
   }
@@ -59,19 +59,21 @@ int PrintText(Words words) {
     return Complain("no string with id " + word);
   }
   std::size_t unused = 0;
-  const std::string filled = Fill(text.View(), words.subspan(1), unused);
+  const std::string filled = Fill(text.View(), std::span(arguments.words).subspan(1), unused);
   if (unused != 0) {
     throw WrongUsage(std::to_string(unused) + " ARG more than the string has places");
   }
-  PrintLine(filled);
-  return kYes;
+  return PrintAnswer(arguments, filled, {{"id", id}, {"text", filled}});
 }
 
 const Command kText{
-    "text", "ID [ARG ...]", "Prints a string of the library by its number.",
+    "text",
+    "Prints a string of the library by its number.",
     "Each ARG fills the next place of the string (%s, %d, %ld, %1, %2, %c) as text; places\n"
-    "without an ARG stay as they are.\n",
-    PrintText};
+    "without an ARG stay as they are.\n"
+    "\n"
+    "JSON: {\"id\", \"text\"}.\n",
+    {{"ID [ARG ...]", PrintText, {kJson}}}};
 
 }  // namespace
 }  // namespace dqtool

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "apps/dqtool/command.h"
-#include "apps/dqtool/platform_word.h"
+#include "apps/dqtool/vocabulary.h"
 #include "dqlib/dbvocab/version_string.h"
 
 namespace dqtool {
@@ -37,38 +37,29 @@ double NumberOf(const std::string& word) {
   return number;
 }
 
-int RunVersion(Words words) {
-  if (words.empty()) throw WrongUsage("--platform P and a TEXT are needed");
-  if (words[0] != "--platform") {
-    if (words[0].starts_with("-")) RefuseOption(words[0]);
-    throw WrongUsage("--platform P is needed first");
-  }
-  words = words.subspan(1);
-  const dq::DBMS platform = TakePlatform(words);
-  if (words.size() != 1 && words.size() != 3) {
-    throw WrongUsage("what is needed is TEXT, or TEXT OP NUMBER");
-  }
-  const CDQDBVersionString version(words[0].c_str(), platform);
-  if (words.size() == 1) {
-    PrintLine(version.View());
-    return kYes;
-  }
-  const auto* const found = std::ranges::find(kOperators, words[1], &Operator::word);
-  if (found == std::end(kOperators)) throw WrongUsage("no operator '" + words[1] + "'");
-  const bool holds = found->compare(version, NumberOf(words[2]));
-  PrintLine(holds ? "true" : "false");
-  return holds ? kYes : kNo;
+int PrintVersion(const Arguments& arguments) {
+  const CDQDBVersionString version(arguments.words[0].c_str(),
+                                   PlatformOf(arguments.Get("--platform")));
+  return PrintAnswer(arguments, version.View(), {{"version", version.View()}});
+}
+
+int Compare(const Arguments& arguments) {
+  const CDQDBVersionString version(arguments.words[0].c_str(),
+                                   PlatformOf(arguments.Get("--platform")));
+  const auto* const found = std::ranges::find(kOperators, arguments.words[1], &Operator::word);
+  if (found == std::end(kOperators)) throw WrongUsage("no operator '" + arguments.words[1] + "'");
+  return PrintTruth(arguments, found->compare(version, NumberOf(arguments.words[2])));
 }
 
 const Command kVersion{
-    "version", "--platform P TEXT [OP NUMBER]",
+    "version",
     "Tells the version of a server from what it calls itself.",
     "Prints the version as a short decimal number. With <, <=, >, >=, == or != and a NUMBER,\n"
-    "prints 'true' or 'false' and ends with status 0 or 1; the version is cut to as many places "
-    "as\n"
-    "the number has, so that 8.1 is met by every 8.1.x. P is none, sybase, sqlserver, db2, oracle\n"
-    "or db2os390.\n",
-    RunVersion};
+    "prints 'true' or 'false' and ends with status 0 or 1; the version is cut to as many places\n"
+    "as the number has, so that 8.1 is met by every 8.1.x.\n"
+    "\n"
+    "JSON: {\"version\"}, or {\"result\"} for a comparison.\n",
+    {{"TEXT", PrintVersion, {kPlatform, kJson}}, {"TEXT OP NUMBER", Compare, {kPlatform, kJson}}}};
 
 }  // namespace
 }  // namespace dqtool

@@ -1,32 +1,46 @@
 // dqtool words: the words of SQL that tools share.
 
 #include <string>
+#include <vector>
 
 #include "apps/dqtool/command.h"
 #include "dqlib/dbvocab/sql_string.h"
+#include "dqlib/platform/ascii.h"
 
 namespace dqtool {
 namespace {
 
-int RunWords(Words words) {
-  if (words.size() > 1) throw WrongUsage("one NAME is enough");
-  if (!words.empty() && words[0].starts_with('-')) RefuseOption(words[0]);
+int RunWords(const Arguments& arguments) {
+  Listing listing(arguments);
   for (const dq::SqlWord& word : dq::SqlWords()) {
-    const std::string value = OnOneLine(word.value->View());
-    if (words.empty()) {
-      PrintLine(std::string(word.name) + '\t' + value);
-    } else if (words[0] == word.name) {
-      PrintLine(value);
-      return kYes;
-    }
+    listing.Add({{"name", word.name}, {"word", word.value->View()}});
   }
-  return words.empty() ? kYes : Complain("words: no word is named " + words[0]);
+  return listing.End();
 }
 
-const Command kWords{"words", "[NAME]", "Prints the words of SQL, or one of them.",
-                     "Prints a line NAME<TAB>WORD for each, or the word of one NAME, whose case\n"
-                     "counts. Control characters are shown as \\xHH.\n",
-                     RunWords};
+int RunWord(const Arguments& arguments) {
+  const std::string& name = arguments.words[0];
+  const dq::SqlWord* found = nullptr;
+  std::vector<std::string> names;
+  for (const dq::SqlWord& word : dq::SqlWords()) {
+    names.emplace_back(word.name);
+    if (dq::platform::EqualIgnoringCase(name, word.name)) found = &word;
+  }
+  if (found == nullptr) {
+    return Complain("no word is named " + (name.empty() ? "''" : name) + DidYouMean(name, names));
+  }
+  return PrintAnswer(arguments, OnOneLine(found->value->View()),
+                     {{"name", found->name}, {"word", found->value->View()}});
+}
+
+const Command kWords{
+    "words",
+    "Prints the words of SQL, or one of them.",
+    "Prints a line NAME<TAB>WORD for each, or the word of one NAME, in any case. Control\n"
+    "characters are shown as \\xHH.\n"
+    "\n"
+    "JSON: [{\"name\", \"word\"}, ...], or one such object for a NAME.\n",
+    {{"", RunWords, {kJson}}, {"NAME", RunWord, {kJson}}}};
 
 }  // namespace
 }  // namespace dqtool

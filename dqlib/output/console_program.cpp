@@ -97,6 +97,7 @@ bool CDQConsoleProgram::Run::Start(const CString& command_line) {
   info.standard_error = program.m_hOutputWrite;
   const auto started = processes.Start(info);
   if (!started.ok()) {
+    program.m_startError = started.error;
     program.Report(CONSOLE_START_FAILED,
                    SystemMessage(CREATE_PROCESS_ERROR_MESSAGE, started.error));
     return false;
@@ -152,6 +153,8 @@ CDQConsoleProgram& CDQConsoleProgram::operator=(const CDQConsoleProgram& other) 
   if (this != &other) std::memcpy(m_szPipeBuffer, other.m_szPipeBuffer, sizeof m_szPipeBuffer);
   m_hProcess = other.m_hProcess.load();
   m_nProcessId = other.m_nProcessId;
+  m_nExitCode = other.m_nExitCode;
+  m_startError = other.m_startError;
   m_bTrimLeft = other.m_bTrimLeft;
   return *this;
 }
@@ -214,6 +217,8 @@ CString CDQConsoleProgram::MaskedCommandLine(const CString& command_line) const 
 int CDQConsoleProgram::RunExecutable(const char* exe, CString& lastOutput, const char* args) {
   if (exe != nullptr) m_strExecutable = exe;
   if (args != nullptr) m_strArguments = args;
+  m_nExitCode = -1;
+  m_startError = {};
   if (m_strExecutable.IsEmpty()) {
     Report(CONSOLE_NO_EXECUTABLE, nullptr);
     return 0;
@@ -227,8 +232,9 @@ int CDQConsoleProgram::RunExecutable(const char* exe, CString& lastOutput, const
   // A program that a cancel could not end must not wait for a reader that has left.
   m_hOutputRead = kNoHandle;
   run.CloseEnd(run.read_end);
-  // What the program returned, or died by, is for its own output to tell.
-  run.processes.Wait(m_hProcess);
+  // What the program returned, or died by, is no part of the result.
+  const auto ended = run.processes.Wait(m_hProcess);
+  if (ended.ok()) m_nExitCode = ended.value;
   const std::string_view rest = run.lines.Rest();
   if (!rest.empty()) {
     Report(CONSOLE_LINE, rest.data());

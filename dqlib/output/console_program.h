@@ -1,5 +1,15 @@
-// Runs a console program to its end and hands its output on line by line, with the passwords in its
-// command line masked.
+// Runs a console program to its end and hands its output on line by line, with passwords in its
+// command line masked where they stand in one of two forms:
+//
+//   scott/tiger@ora1   what is between the first "/" and the first "@" becomes "****", there and
+//                      wherever the same text stands; not in a line that begins with "USERID"
+//   -Psecret           what follows the first "-P" up to the next white space becomes "*"s
+//
+// All else stays as it is: "-P secret", "-psecret", "--password=secret", a second "-P" or another
+// "u/p@d", the rest of a password behind a blank; and a "/" or "@" that stands further in front (a
+// path, a script's "@x.sql") takes the first form's place. The child's arguments can be seen by
+// other users of the machine anyway. A caller that knows the secret says where it stands by
+// `HideInReport`, as `CDQDBUtility` does; safer still is a program that reads it from a file.
 //
 //   CDQConsoleProgram program;
 //   program.SetCallback([](int code, const char* text) { ... return 0; });
@@ -55,6 +65,12 @@ class CDQConsoleProgram {
   /// whose path has a blank is given in quotes.
   virtual int RunExecutable(const char* exe, CString& lastOutput, const char* args);
 
+  /// What the program of the last call returned, or 128 plus the number of the signal that it died
+  /// by; -1 if none ran to its end.
+  int GetExitCode() const { return m_nExitCode; }
+  /// Why the program of the last call could not be started; no error if it was.
+  const platform::Error& GetStartError() const { return m_startError; }
+
   /// Ends the program that runs, with its whole process group, from a thread other than the one
   /// inside `RunExecutable`. Nothing happens if none runs, or none has been started yet.
   void CancelProgram();
@@ -101,6 +117,8 @@ class CDQConsoleProgram {
   char m_szPipeBuffer[256] = {};
   std::atomic<HANDLE> m_hProcess = kNoHandle;
   DWORD m_nProcessId = 0;
+  int m_nExitCode = -1;
+  platform::Error m_startError;
   bool m_bTrimLeft = true;
 };
 

@@ -13,10 +13,12 @@ UMBRELLA = "dqlib/dqlib.h"
 
 
 def room_of(path, levels):
-    """(level, room) of a file, or None. Each sibling and each host is a room of its own."""
+    """(level, room) of a file, or None. Each sibling and each host is a room of its own, some with
+    a level of its own."""
     parts = path.split("/")
     if parts[0] in ("siblings", "apps"):
-        return levels[parts[0]], "/".join(parts[:2])
+        room = "/".join(parts[:2])
+        return levels.get(room, levels[parts[0]]), room
     if parts[0] != "dqlib" or len(parts) < 3:
         return None
     room = "/".join(parts[1:3]) if parts[1] == "framework" else parts[1]

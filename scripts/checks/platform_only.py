@@ -29,7 +29,7 @@ THIRD_PARTIES = {
     "tests": r"(gtest|gmock)/",
     "fuzzing": r"fuzzer/|gmp\.h$",
     "benchmarks": r"(benchmark|absl)/",
-    "apps": r"sqlite3\.h$|Q[A-Z]\w*$|Qt",
+    "apps": r"sqlite3\.h$|Q[A-Z]\w*$|Qt|CLI/|nlohmann/",
 }
 
 # A benchmark may call the system where that is the peer it measures.

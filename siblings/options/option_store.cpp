@@ -61,6 +61,13 @@ platform::Error KeepOption(const OptionDefinition& option, DBMS platform,
   return Registry().SetValue(key.get(), ValueName(option, platform), kept.type, kept.data);
 }
 
+platform::Error ForgetOption(const OptionDefinition& option, DBMS platform) {
+  const RegistryKey key(Registry().OpenKey(kCurrentUser, SectionPath().View()));
+  platform::Error error = key.error();
+  if (error.ok()) error = Registry().DeleteValue(key.get(), ValueName(option, platform));
+  return error.kind == platform::ErrorKind::kNotFound ? platform::Error{} : error;
+}
+
 FoundOption ReadMachineOption(const OptionDefinition& option) {
   std::optional<OptionValue> found;
   if (option.machine_key.empty()) return found;

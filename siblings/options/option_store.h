@@ -29,6 +29,9 @@ bool IsOptionRoot(std::string_view root);
 
 platform::Error KeepOption(const OptionDefinition& option, DBMS platform, const OptionValue& value);
 
+/// Takes the kept value away; one that isn't there is no error.
+platform::Error ForgetOption(const OptionDefinition& option, DBMS platform);
+
 /// The value that the machine's part of the registry gives, where the options file names one there;
 /// none if it isn't there as a text or is no value of the option's kind.
 FoundOption ReadMachineOption(const OptionDefinition& option);

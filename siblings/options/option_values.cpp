@@ -58,6 +58,16 @@ bool CDQOptionsServer::SetValue(int id, const OptionValue& value) {
   return false;
 }
 
+bool CDQOptionsServer::UnsetValue(int id) {
+  const CDQOption* const option = GetOptionByID(id);
+  if (option == nullptr) return false;
+  const DBMS platform = PlatformFor(*option, m_ePlatform);
+  if (!detail::ForgetOption(option->GetDefinition(), platform).ok()) return false;
+  m_unkept.erase({id, platform});
+  option->m_lastReading = {};
+  return true;
+}
+
 void CDQOptionsServer::Hold(const CDQOption& option, DBMS platform, const OptionValue& value) {
   m_unkept[{option.GetID(), platform}] = value;
   option.m_lastReading = {};

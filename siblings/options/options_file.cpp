@@ -81,6 +81,7 @@ class Reader {
     if (first.text == "variable") return ReadVariable();
     if (first.text == "label") return ReadLabel();
     if (first.text == "default") return ReadDefault();
+    if (first.text == "range") return ReadRange();
     if (first.text == "machine") return ReadMachine();
     return Fail("unknown word '" + first.text + "'");
   }
@@ -178,6 +179,11 @@ class Reader {
     if (!std::exchange(in_option_, false)) return true;
     if (!has_label_) return Fail("option " + option_.name + " has no label");
     if (!has_default_) return Fail("option " + option_.name + " has no default");
+    bool fits = IsValueOf(option_, option_.fallback);
+    for (const auto& [platform, value] : option_.platform_fallbacks) {
+      fits = fits && IsValueOf(option_, value);
+    }
+    if (!fits) return Fail("option " + option_.name + " has a default out of its range");
     file_.options.push_back(std::move(option_));
     return true;
   }
@@ -224,6 +230,18 @@ class Reader {
     return true;
   }
 
+  bool ReadRange() {
+    if (!in_option_ || option_.range || option_.kind != OptionKind::kInt) {
+      return Fail("a range without its option, which is of the kind int");
+    }
+    const bool fits = tokens_.size() == 3 && !tokens_[1].quoted && !tokens_[2].quoted &&
+                      IsOptionValue(OptionKind::kInt, tokens_[1].text) &&
+                      IsOptionValue(OptionKind::kInt, tokens_[2].text);
+    if (!fits) return Fail("'range' takes two numbers");
+    option_.range = {OptionNumber(tokens_[1].text), OptionNumber(tokens_[2].text)};
+    return option_.range->first <= option_.range->second || Fail("a range that holds no number");
+  }
+
   bool ReadMachine() {
     if (!in_option_ || !option_.machine_key.empty()) {
       return Fail("a value of the machine without its option");
@@ -266,6 +284,13 @@ class Reader {
 };
 
 }  // namespace
+
+bool IsValueOf(const OptionDefinition& option, std::string_view value) {
+  if (!IsOptionValue(option.kind, value)) return false;
+  if (!option.range) return true;
+  const int number = OptionNumber(value);
+  return number >= option.range->first && number <= option.range->second;
+}
 
 std::optional<OptionsFileError> ReadOptionsText(std::string_view text, OptionsFile& file) {
   file = {};

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "siblings/options/option_value.h"
@@ -21,6 +22,8 @@ struct OptionDefinition {
   std::string name;
   std::string label;
   OptionValue fallback;
+  /// Of numbers: the least and the greatest that make sense, ends included.
+  std::optional<std::pair<int, int>> range;
   /// Not empty if the option has a value of its own for each platform.
   std::map<DBMS, OptionValue> platform_fallbacks;
   /// Key below the local machine and value whose text, if there is one, goes before the default; ""
@@ -28,6 +31,9 @@ struct OptionDefinition {
   std::string machine_key;
   std::string machine_value;
 };
+
+/// Whether the text is a value of the option's kind and in its range.
+bool IsValueOf(const OptionDefinition& option, std::string_view value);
 
 /// A variable for templates.
 struct OptionVariable {

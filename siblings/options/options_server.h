@@ -82,6 +82,10 @@ class CDQOptionsServer {
   /// Why the value that was read last is perhaps not the one that is kept; no error if it is.
   const platform::Error& GetReadError() const { return m_readError; }
 
+  /// Takes back what was set, kept or held, so that the default holds again. False, and no change,
+  /// if there is no such option or the registry refuses.
+  bool UnsetValue(int id);
+
   /// Lets the value hold for this process alone, in place of the one that is kept, until another
   /// one is set and kept. False, and no change, if there is no such option or it is no value for
   /// it.

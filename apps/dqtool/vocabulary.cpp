@@ -1,0 +1,108 @@
+#include "apps/dqtool/vocabulary.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <system_error>
+#include <vector>
+
+#include "dqlib/dbvocab/object_type_list.h"
+#include "dqlib/dbvocab/version_string.h"
+#include "dqlib/frame/application_info.h"
+#include "dqlib/frame/resources.h"
+#include "dqlib/platform/ascii.h"
+#include "dqlib/resources/string_ids.h"
+#include "siblings/options/option_value.h"
+
+namespace dqtool {
+namespace {
+
+constexpr dq::DBMS kPlatforms[] = {dq::DBMS_NONE, dq::DBMS_SYBASE, dq::DBMS_SQLSERVER,
+                                   dq::DBMS_DB2,  dq::DBMS_ORACLE, dq::DBMS_DB2OS390};
+/// Above it no number is in use.
+constexpr int kLastType = 88;
+
+std::string Lower(std::string word) {
+  std::ranges::transform(word, word.begin(), dq::platform::AsciiLower);
+  return word;
+}
+
+/// What the kinds are called on the platform, in lists first.
+std::vector<dq::ObjectTypeEntry> TypesOf(dq::DBMS platform, std::vector<dq::CString>& texts) {
+  std::vector<dq::ObjectTypeEntry> types =
+      dq::ListObjectTypes({.platform = platform, .version = 100});
+  for (int number = 1; number <= kLastType; ++number) {
+    const auto type = static_cast<dq::OBJECTTYPES>(number);
+    texts.push_back(dq::GetObjectTypeText(type, platform));
+    if (texts.back() != dq::GetObjectTypeText(dq::OT_NONE, platform)) {
+      types.push_back({texts.back().View().data(), type});
+    }
+  }
+  return types;
+}
+
+}  // namespace
+
+dq::DBMS PlatformOf(const std::string& word) {
+  if (const auto platform = dq::PlatformOfWord(Lower(word))) return *platform;
+  std::vector<std::string> names;
+  for (const dq::DBMS platform : kPlatforms) names.emplace_back(dq::PlatformWord(platform));
+  throw WrongUsage("no platform " + (word.empty() ? "''" : word) + DidYouMean(word, names));
+}
+
+dq::OBJECTTYPES TypeOf(const std::string& word, dq::DBMS platform) {
+  int number = 0;
+  const char* const end = word.data() + word.size();
+  const auto [stop, error] = std::from_chars(word.data(), end, number);
+  if (error == std::errc() && stop == end) return static_cast<dq::OBJECTTYPES>(number);
+  std::vector<dq::DBMS> platforms = {platform};
+  platforms.insert(platforms.end(), std::begin(kPlatforms), std::end(kPlatforms));
+  std::vector<std::string> names;
+  for (const dq::DBMS each : platforms) {
+    std::vector<dq::CString> texts;
+    texts.reserve(kLastType);
+    for (const dq::ObjectTypeEntry& entry : TypesOf(each, texts)) {
+      if (dq::platform::EqualIgnoringCase(word, entry.text)) return entry.type;
+      names.emplace_back(entry.text);
+    }
+  }
+  throw WrongUsage("no kind of objects '" + word + "', by number or name" +
+                   DidYouMean(word, names));
+}
+
+double VersionOf(const std::string& word, dq::DBMS platform) {
+  double version = 0;
+  const char* const end = word.data() + word.size();
+  const auto [stop, error] = std::from_chars(word.data(), end, version, std::chars_format::fixed);
+  if (error != std::errc() || stop != end) {
+    const dq::CDQDBVersionString text(word.c_str(), platform);
+    if (text.FindOneOf("0123456789") != 0) {
+      throw WrongUsage("V is a version, not '" + word + "'");
+    }
+    version = static_cast<double>(text);
+  }
+  if (!std::isfinite(version) || version < 0) {
+    throw WrongUsage("V is a version, not '" + word + "'");
+  }
+  return version;
+}
+
+void SetApplication(const std::string& code) {
+  std::vector<std::string> codes;
+  for (const dq::UINT id : {dq::IDS_APP_LUMEN_SQL, dq::IDS_APP_DELTA_KEEPER, dq::IDS_APP_QUILLBASE,
+                            dq::IDS_APP_PACER}) {
+    dq::CString text;
+    dq::DQLoadString(text, id, nullptr);
+    codes.emplace_back(text.View());
+    if (dq::platform::EqualIgnoringCase(code, codes.back())) {
+      // As it was given: the tests of the library don't mind the case.
+      dq::CDQApplicationInfo::SetAppCode(code.c_str());
+      return;
+    }
+  }
+  std::string known;
+  for (const std::string& each : codes) known += (known.empty() ? "'" : ", '") + each + "'";
+  throw WrongUsage("no application '" + code + "'; there are " + known);
+}
+
+}  // namespace dqtool
