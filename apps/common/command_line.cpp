@@ -115,15 +115,22 @@ std::string NeededOf(const std::vector<Place>& places) {
 [[noreturn]] void RefuseWords(std::span<const Form> forms, Words words) {
   const Form* nearest = nullptr;
   std::size_t most = 0;
+  std::size_t nearest_size = 0;
   std::vector<std::string> literals;
   std::optional<std::size_t> literal_at;
   for (const Form& form : forms) {
     const std::vector<Place> places = PlacesOf(form);
     const Fit fit = FitOf(places, words);
-    if (fit.literals_fit && (nearest == nullptr || fit.literals >= most)) {
-      // Of forms that fit alike, the last one with too few words would ask for most.
-      if (nearest == nullptr || fit.literals > most || fit.too_many) nearest = &form;
-      most = fit.literals;
+    if (fit.literals_fit) {
+      // Of forms that fit alike, the shortest that has room for the words, else the longest.
+      const bool has_room = nearest_size >= words.size();
+      const bool is_nearer =
+          has_room ? !fit.too_many && places.size() < nearest_size : places.size() > nearest_size;
+      if (nearest == nullptr || fit.literals > most || (fit.literals == most && is_nearer)) {
+        nearest = &form;
+        nearest_size = places.size();
+      }
+      most = std::max(most, fit.literals);
     }
     for (std::size_t i = 0; i < places.size(); ++i) {
       if (!places[i].IsLiteral()) continue;

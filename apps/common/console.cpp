@@ -33,10 +33,11 @@ void SetComplainer(std::string_view program, std::string_view command) {
   }
 }
 
+std::string ByComplainer(std::string_view text) { return Complainer() + std::string(text); }
+
 int Complain(std::string_view text) {
   text = text.substr(0, text.find_last_not_of("\r\n") + 1);
-  std::string line = Complainer();
-  line.append(OnOneLine(text)).push_back('\n');
+  const std::string line = ByComplainer(OnOneLine(text)) + '\n';
   // There is no other place to complain of a failure to complain.
   std::fwrite(line.data(), 1, line.size(), stderr);
   return kNo;

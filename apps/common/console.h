@@ -42,6 +42,9 @@ void PrintLine(std::string_view line);
 /// What stands before each complaint: the program, and the command that runs. "" takes it away.
 void SetComplainer(std::string_view program, std::string_view command);
 
+/// `PROGRAM: COMMAND: TEXT`.
+std::string ByComplainer(std::string_view text);
+
 /// Says `PROGRAM: COMMAND: TEXT` on standard error, by `OnOneLine`, and returns `kNo`. Line ends
 /// behind the text are dropped.
 int Complain(std::string_view text);

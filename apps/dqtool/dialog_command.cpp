@@ -147,6 +147,8 @@ class ControlLister : public ScriptPrompts {
       for (std::size_t page = 1; page <= pages->items.size(); ++page) {
         if (dialog.Enter(pages->id, std::to_string(page))) List(dialog.Controls(), true);
       }
+      // The page that is shown last is kept, so it is the one that was.
+      dialog.Enter(pages->id, pages->value);
     }
     List(dialog.Controls(), false);
   }

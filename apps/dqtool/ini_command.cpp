@@ -53,8 +53,9 @@ class IniFile {
     if (word.empty()) throw WrongUsage("FILE is empty");
     auto file = std::make_unique<IniFile>(word, std::make_unique<dqapps::InputFile>(word));
     if (!file->input_->ok()) return nullptr;
+    Error error = file->error_;
     std::string bytes;
-    const Error error = dq::platform::Current().files->ReadAll(file->path_.View(), bytes);
+    if (error.ok()) error = dq::platform::Current().files->ReadAll(file->path_.View(), bytes);
     if (error.ok() || error.kind == dq::platform::ErrorKind::kNotFound) return file;
     Complain(file->name_ + ": " + dq::detail::ErrorText(error));
     return nullptr;

@@ -18,7 +18,9 @@ class TellingPrompts : public dq::platform::Prompts {
  public:
   int Show(std::string_view caption, std::string_view text, dq::UINT type,
            dq::UINT help_id) override {
-    if (dq::BoxButtons(type).size() > 1) return target_.Show(caption, text, type, help_id);
+    if (dq::BoxButtons(type).size() > 1) {
+      return target_.Show(caption, dqapps::ByComplainer(text), type, help_id);
+    }
     for (; !text.empty(); text.remove_prefix(std::min(text.find('\n') + 1, text.size()))) {
       dqapps::Complain(text.substr(0, text.find('\n')));
       if (text.find('\n') == text.npos) break;

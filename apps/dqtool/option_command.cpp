@@ -57,14 +57,24 @@ const dq::CDQOption* FindOption(dq::CDQOptionsServer& server, const std::string&
                    DidYouMean(word, names));
 }
 
+/// Whether the value that was read last is the one that is kept. What is to say has been said.
+bool WasRead(const dq::CDQOptionsServer& server) { return server.GetReadError().ok(); }
+
 int List(const Arguments& arguments) {
   dq::CDQOptionsServer& server = ServerFor(arguments);
+  if (server.GetOptionIDs().empty()) return Complain("no options file was read");
+  int status = kYes;
   Listing listing(arguments);
   for (const int id : server.GetOptionIDs()) {
     const dq::CDQOption& option = *server.GetOptionByID(id);
-    listing.Add(FieldsOf(option, Shown(server, option)));
+    const std::string shown = Shown(server, option);
+    if (WasRead(server)) {
+      listing.Add(FieldsOf(option, shown));
+    } else {
+      status = kNo;
+    }
   }
-  return listing.End(server.GetOptionIDs().empty() ? Complain("no options file was read") : kYes);
+  return listing.End(status);
 }
 
 int Get(const Arguments& arguments) {
@@ -72,6 +82,7 @@ int Get(const Arguments& arguments) {
   const dq::CDQOption* const option = FindOption(server, arguments.words[0]);
   if (option == nullptr) return kNo;
   const std::string shown = Shown(server, *option);
+  if (!WasRead(server)) return kNo;
   return PrintAnswer(arguments, shown, FieldsOf(*option, shown));
 }
 

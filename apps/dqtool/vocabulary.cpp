@@ -76,7 +76,8 @@ double VersionOf(const std::string& word, dq::DBMS platform) {
   const auto [stop, error] = std::from_chars(word.data(), end, version, std::chars_format::fixed);
   if (error != std::errc() || stop != end) {
     const dq::CDQDBVersionString text(word.c_str(), platform);
-    if (text.FindOneOf("0123456789") != 0) {
+    const std::string_view major = text.View().substr(0, text.View().find('.'));
+    if (major.empty() || major.find_first_not_of("0123456789") != major.npos) {
       throw WrongUsage("V is a version, not '" + word + "'");
     }
     version = static_cast<double>(text);

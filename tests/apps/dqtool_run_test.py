@@ -6,12 +6,9 @@ dqtool_run_test.py DQTOOL
 import os
 import signal
 import subprocess
-import sys
-import tempfile
 import time
-import unittest
 
-from dqtool_runner import DQTOOL, dqtool
+import transcript
 
 
 def is_running(process_id):
@@ -32,70 +29,81 @@ def wait_until(condition):
     return False
 
 
-class RunTest(unittest.TestCase):
-    def setUp(self):
-        self.directory = os.path.realpath(self.enterContext(tempfile.TemporaryDirectory()))
-
-    def script(self, text):
+class RunTest(transcript.TranscriptTest):
+    def script(self, text, name="program"):
         """A program that does what the shell script says."""
-        path = os.path.join(self.directory, "program")
-        with open(path, "w", encoding="utf-8") as file:
-            file.write("#!/bin/sh\n" + text)
-        os.chmod(path, 0o700)
-        return path
+        return self.path(name, b"#!/bin/sh\n" + text.encode(), 0o700)
 
-    def start(self, program, **options):
-        return subprocess.Popen([DQTOOL, "run", program], stdin=subprocess.DEVNULL,
-                                stderr=subprocess.PIPE, **options)
+    def start(self, program):
+        return subprocess.Popen([transcript.DQTOOL, "run", program], stdin=subprocess.DEVNULL,
+                                stdout=subprocess.PIPE, stderr=subprocess.PIPE)
 
-    def test_prints_the_masked_command_line_and_then_the_output(self):
-        for words, expected in [
-            (["echo", "-Usa -Psecret -Sserver"],
-             b"echo -Usa -P****** -Sserver\n-Usa -Psecret -Sserver\n"),
-            (["echo", "scott/tiger@ora1"], b"echo scott/****@ora1\nscott/tiger@ora1\n"),
-            (["echo"], b"echo \n"),
-            (["--", "echo", "--dir"], b"echo --dir\n--dir\n"),
-            (["echo", "--keep-left"], b"echo --keep-left\n--keep-left\n"),
-        ]:
-            with self.subTest(words=words):
-                self.assertEqual(dqtool("run", *words), (0, expected, b""))
+    def test_lines_masks_and_ends(self):
+        os.mkdir(self.path("sub"))
+        self.script("pwd; printf '  a\\n\\n  b\\n  c'", "blanks")
+        self.script("echo said; echo too >&2; exit 3", "three")
+        self.script("echo said; kill -9 $$", "killed")
+        self.script("exit 255", "last")
+        self.path("plain", b"")
+        self.play(r"""
+            run echo '-Usa -Psecret -Sserver' => echo -Usa -P****** -Sserver\n-Usa -Psecret -Sserver
+            run echo '-Usa -P secret' => echo -Usa -P secret\n-Usa -P secret
+            run echo '-psecret --password=secret' => echo -psecret --password=secret\n-psecret --password=secret
+            run echo '-Pone -Ptwo a/b@c d/e@f' => echo -P*** -Ptwo a/****@c d/e@f\n-Pone -Ptwo a/b@c d/e@f
+            run echo scott/tiger@ora1 => echo scott/****@ora1\nscott/tiger@ora1
+            run -- echo --dir => echo --dir\n--dir
+            run echo --keep-left => echo --keep-left\n--keep-left
+            run echo -- => echo --\n--
+            run --dir=sub $D/blanks => $D/blanks\x20\n$D/sub\na\nb\n  c
+            run --keep-left --dir $D/sub $D/blanks => $D/blanks\x20\n$D/sub\n  a\n  b\n  c
+            run sh '-c "exit 1"' =>1 sh -c "exit 1"
+            run '' =>1 ! -6: No program to run
+            run =>2 ! a PROGRAM is needed
+            run --dir =>2 ! --dir needs a DIR
+            run --dir '' true =>2 ! DIR is empty
+            run --loud echo =>2 ! no option --loud
+            run --kep-left echo =>2 ! no option --kep-left; did you mean '--keep-left'?
+            run echo two words =>2 ! ARGUMENTS is one text; put it in quotes
+            run --auth high true =>2 ! MODE is a number from 0 to 4, not 'high'
+            run --auth 5 true =>2 ! MODE is a number from 0 to 4, not '5'
+            run --password-file '' --user u echo =>1 ! cannot read '': No such file or directory
+            run --password-file none --user u echo =>1 ! cannot read none: No such file or directory
+            run --password-file $D --user u echo =>1 ! cannot read $D: Is a directory
+            zero := ab\0c\n
+            run --password-file zero --user u echo =>1 ! the password in zero has a zero byte
+            run --password-file - --user u echo < => echo u\x20\nu
+            run --password-file - --user u echo < tiger\nx => echo u/****\x20\nu/tiger
+            """)
+        failed = "dqtool: run: -3: Create process failed: %s: '%s' in '%s'\n"
+        here, missing = self.directory, self.path("missing")
+        for words, status, out, err in [
+                (["three"], 3, b"said\ntoo\n", ""), (["killed"], 137, b"said\n", ""),
+                (["last"], 255, b"", ""),
+                (["missing -Psecret"], 127, b"", failed % ("No such file or directory", missing, here)),
+                (["plain"], 126, b"", failed % ("Permission denied", self.path("plain"), here)),
+                (["--dir", missing, "three"], 127, b"",
+                 failed % ("No such file or directory", self.path("three"), missing))]:
+            words[-1] = self.path(words[-1])
+            found = self.dqtool("run", *words)
+            self.assertEqual((found[0], found[1].partition(b"\n")[2], found[2].decode()),
+                             (status, out, err), words)
 
-    def test_directory_and_left_blanks(self):
-        program = self.script("pwd; printf '  a\\n\\n  b\\n  c'")
-        header = f"{program} \n".encode()
-        elsewhere = os.path.join(self.directory, "sub")
-        os.mkdir(elsewhere)
-        self.assertEqual(dqtool("run", "--dir", elsewhere, program),
-                         (0, header + elsewhere.encode() + b"\na\nb\n  c\n", b""))
-        self.assertEqual(dqtool("run", "--keep-left", "--dir", elsewhere, program),
-                         (0, header + elsewhere.encode() + b"\n  a\n  b\n  c\n", b""))
+    def test_a_connection_never_shows_the_password(self):
+        secret = self.path("secret", b"tiger@/x\r\nsecond line\n")
+        length = self.path("length.sh", b'for last; do :; done; echo "${#last}"\n')
+        for words, end in [
+                (["--user", "scott"], b" scott \n5\n"),
+                (["--user", "scott", "--password-file", secret], b" scott/**** \n14\n"),
+                (["--user=scott", "--password-file", secret, "--datasource", "ora1", "--auth", "2"],
+                 b"@ora1 AS SYSDBA' \n29\n")]:
+            status, out, err = self.dqtool("run", *words, "sh", length)
+            self.assertEqual((status, err), (0, b""))
+            self.assertNotIn(b"tiger", out)
+            self.assertTrue(out.endswith(end), out)
 
-    def test_status_is_0_whatever_the_programs_own_is(self):
-        for end in ["exit 3", "kill -9 $$"]:
-            with self.subTest(end=end):
-                program = self.script(f"echo said; echo too >&2; {end}")
-                self.assertEqual(dqtool("run", program),
-                                 (0, f"{program} \nsaid\ntoo\n".encode(), b""))
-
-    def test_a_failure_is_told_with_code_and_text(self):
-        missing = os.path.join(self.directory, "missing")
-        plain = os.path.join(self.directory, "plain")
-        with open(plain, "w", encoding="ascii"):
-            pass
-        failed = b"dqtool: -3: Create process failed: "
-        for words, err in [
-            ([missing], failed + b"No such file or directory\n"),
-            ([plain], failed + b"Permission denied\n"),
-            (["--dir", missing, "echo"], failed + b"No such file or directory\n"),
-        ]:
-            with self.subTest(words=words):
-                self.assertEqual(dqtool("run", *words),
-                                 (1, words[-1].encode() + b" \n", err))
-        self.assertEqual(dqtool("run", ""), (1, b"", b"dqtool: -6: No program to run\n"))
-
-    def test_lines_come_as_they_are_printed(self):
+    def test_lines_come_as_they_are_printed_and_whole(self):
         program = self.script("echo one; echo two; sleep 60")
-        process = self.start(program, stdout=subprocess.PIPE)
+        process = self.start(program)
         try:
             self.assertEqual(process.stdout.readline(), f"{program} \n".encode())
             # "two" has come, so "one" is a line; "two" itself waits for what follows.
@@ -103,63 +111,38 @@ class RunTest(unittest.TestCase):
         finally:
             process.terminate()
             process.communicate()
-
-    def test_bytes_from_80h_on_and_long_lines_arrive_whole(self):
-        data = os.path.join(self.directory, "data")
         lines = [bytes(range(0x80, 0x100)), b"x" * 1_000_000, "Größe €".encode(), b"end"]
-        with open(data, "wb") as file:
-            file.write(b"\n".join(lines) + b"\n")
-        status, out, err = dqtool("run", "cat", data)
-        self.assertEqual((status, err), (0, b""))
-        self.assertEqual(out.splitlines()[1:], lines)
+        status, out, err = self.dqtool("run", "cat", self.path("data", b"\n".join(lines) + b"\n"))
+        self.assertEqual((status, out.splitlines()[1:], err), (0, lines, b""))
 
     def test_a_request_to_stop_ends_the_program_with_its_children(self):
-        ids = os.path.join(self.directory, "ids")
+        ids = self.path("ids")
         program = self.script(f"sleep 300 & echo $! $$ >{ids}.new; mv {ids}.new {ids}\n"
                               "echo begun; echo more; wait")
         for number in [signal.SIGINT, signal.SIGQUIT, signal.SIGTERM, signal.SIGHUP]:
-            with self.subTest(signal=number):
-                process = self.start(program, stdout=subprocess.PIPE)
-                self.assertTrue(wait_until(lambda: os.path.exists(ids)))
-                with open(ids, encoding="ascii") as file:
-                    children = file.read().split()
-                os.remove(ids)
-                process.send_signal(number)
-                _, err = process.communicate(timeout=60)
-                self.assertEqual((process.returncode, err), (1, b"dqtool: run: stopped\n"))
-                for child in children:
-                    self.assertTrue(wait_until(lambda: not is_running(child)), child)
+            process = self.start(program)
+            self.assertTrue(wait_until(lambda: os.path.exists(ids)))
+            with open(ids, encoding="ascii") as file:
+                children = file.read().split()
+            os.remove(ids)
+            process.send_signal(number)
+            _, err = process.communicate(timeout=60)
+            self.assertEqual((process.returncode, err), (1, b"dqtool: run: stopped\n"), number)
+            for child in children:
+                self.assertTrue(wait_until(lambda: not is_running(child)), child)
 
     def test_output_that_nobody_reads_ends_the_program(self):
-        ids = os.path.join(self.directory, "ids")
-        program = self.script(f"echo $$ >{ids}; while echo flood; do :; done; sleep 300")
-        process = self.start(program, stdout=subprocess.PIPE)
+        ids = self.path("ids")
+        process = self.start(self.script(f"echo $$ >{ids}; while echo flood; do :; done; sleep 300"))
         process.stdout.readline()
         process.stdout.close()
-        _, err = process.communicate(timeout=60)
-        self.assertEqual((process.returncode, err),
-                         (1, b"dqtool: standard output: Broken pipe\n"))
+        err = process.stderr.read()
+        process.stderr.close()
+        self.assertEqual((process.wait(60), err), (141, b""))
         with open(ids, encoding="ascii") as file:
             child = file.read().strip()
         self.assertTrue(wait_until(lambda: not is_running(child)))
 
-    def test_closed_standard_streams_are_no_trap(self):
-        # With number 1 free, the first file that is opened would be taken for standard output.
-        def status(redirection, *words):
-            return subprocess.run(["sh", "-c", f'"$@" {redirection}', "sh", DQTOOL, *words],
-                                  capture_output=True, timeout=60, check=False)
-        closed = status(">&-", "run", "echo", "hello")
-        self.assertEqual((closed.returncode, closed.stderr),
-                         (1, b"dqtool: standard output: Bad file descriptor\n"))
-        for redirection in ["<&-", "2>&-", "<&- 2>&-"]:
-            with self.subTest(redirection=redirection):
-                fine = status(redirection, "run", "echo", "hello")
-                self.assertEqual((fine.returncode, fine.stdout), (0, b"echo hello\nhello\n"))
-        self.assertEqual(status(">&- 2>&- <&-", "text", "44020").returncode, 1)
-        full = status(">/dev/full", "text", "44020")
-        self.assertEqual((full.returncode, full.stderr),
-                         (1, b"dqtool: standard output: No space left on device\n"))
-
 
 if __name__ == "__main__":
-    unittest.main(argv=sys.argv[:1])
+    transcript.main()

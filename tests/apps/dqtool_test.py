@@ -1,109 +1,706 @@
-"""dqtool as a shell sees it: standard output, standard error, exit status.
+"""dqtool at a shell prompt, its commands but for run.
 
 dqtool_test.py DQTOOL
 """
 
+import json
 import os
 import re
-import sys
-import tempfile
-import unittest
+import resource
+import signal
+import stat
+import subprocess
 
-from dqtool_runner import dqtool
+import transcript
+
+STAMP = rb"\d{1,2}/\d{1,2}/\d{4} \d\d:\d\d:\d\d\.\d{3}"
 
 
-class UsageTest(unittest.TestCase):
-    def test_wrong_usage_is_status_2_and_says_why_on_standard_error_only(self):
-        for words, complaint in [
-            ([], b"dqtool: a COMMAND is needed\n"),
-            (["nonsense"], b"dqtool: no command named nonsense\n"),
-            (["help", "nonsense"], b"dqtool: no command named nonsense\n"),
-            (["help", "run", "text"], b"dqtool: help is for one COMMAND at a time\n"),
-            (["--help", "run", "text"], b"dqtool: help is for one COMMAND at a time\n"),
-            (["no\x1b[2J\n\x7f"], b"dqtool: no command named no\\x1b[2J\\x0a\\x7f\n"),
-            (["run"], b"dqtool: run: a PROGRAM is needed\n"),
-            (["run", "--dir"], b"dqtool: run: --dir needs a DIR\n"),
-            (["run", "--loud", "echo"], b"dqtool: run: no option --loud\n"),
-            (["run", "echo", "two", "words"], b"dqtool: run: ARGUMENTS is one text"),
-            (["text"], b"dqtool: text: an ID is needed\n"),
-            (["text", "12x"], b"dqtool: text: ID is a number, not '12x'\n"),
-            (["text", "-1"], b"dqtool: text: ID is a number, not '-1'\n"),
-            (["text", "44020", "more"], b"dqtool: text: 1 ARG more than the string has places\n"),
-        ]:
-            with self.subTest(words=words):
-                status, out, err = dqtool(*words)
-                self.assertEqual((status, out), (2, b""))
-                self.assertTrue(err.startswith(complaint), err)
-                for line in err.splitlines():
-                    self.assertTrue(line.startswith(b"dqtool: "), line)
+class FactsTest(transcript.TranscriptTest):
+    def test_bigint(self):
+        self.play(r"""
+            bigint 123456789012345678901234567890 + 1 => 123456789012345678901234567891
+            bigint -5 - -5 => 0
+            bigint 99999999999 '*' -10 => -999999999990
+            bigint -7 / 2 => -3
+            bigint 7 % -7 => -0
+            bigint 3 % 5 --json => {"result":"5"}
+            bigint -2 '<' 1 => true
+            bigint 1 '<' 1 =>1 false
+            bigint -0 = 000 --json => {"result":true}
+            bigint -1234567 int => -234567
+            bigint -1234567 INT --json => {"result":-234567}
+            bigint 1 / -0 =>1 ! division by zero
+            bigint 0 % 0 =>1 ! division by zero
+            bigint 1-2 + 1 =>1 ! no number: '1-2'
+            bigint 1 + - =>1 ! no number: '-'
+            bigint '' int =>1 ! no number: ''
+            bigint 1 ^ 1 =>2 ! OPERATION is one of + - * / % < =, not '^'
+            bigint 1 =>2 ! an A, an OPERATION and a B are needed
+            """)
 
-    def test_help_lists_the_commands_and_each_command_has_its_own(self):
-        status, listing, err = dqtool("--help")
+    def test_template(self):
+        self.play(r"""
+            t.sql := DROP $$a$$;\n$$a$$\n
+            zeros := a\0b
+            template --set a=x=y '<$$a$$$$a$$>' => <x=yx=y>
+            template --file t.sql --set=a=B => DROP B;\nB
+            template --set a=1 --set b= '$$a$$$$b$$.' => 1.
+            template --file - --set a=B --json < $$a$$\n\xff => {"text":{"hex":"420aff"}}
+            template -- --set => --set
+            template --set a=B '$$A$$ $$a$$' =>1 $$A$$ B ! DQTemplateEngine::Process - Variable  '$$A$$' is not in the dictionary.
+            template 'cost $$5' =>1 cost $$5 ! DQTemplateEngine::Process - Malformed variable encountered in input string 'cost $$5'.
+            template --set 'a$$b=B' x =>1 x ! DQTemplateEngine::SetVariable - Attempting to set malformed variable '$$a$$b$$'.
+            template --file zeros =>1 ! no text: zeros
+            template --file none =>1 ! cannot read none: No such file or directory
+            template --file '' =>1 ! cannot read '': No such file or directory
+            template --set a x =>2 ! --set needs NAME=VALUE, not 'a'
+            template --set =a x =>2 ! --set needs NAME=VALUE, not '=a'
+            template --file =>2 ! --file needs a FILE
+            template --file a --file b =>2 ! --file stands twice
+            template -x =>2 ! no option -x; a word that begins with '-' stands behind '--'
+            template =>2 ! either a TEXT or --file is needed
+            template --file t.sql x =>2 ! either a TEXT or --file is needed
+            """)
+
+    def test_guids_and_paths(self):
+        self.play(r"""
+            guid 0012abcd-0234-F678-9abc-def01234567f => 0012ABCD-0234-F678-9ABC-DEF01234567F\n0X0012ABCD, 0X0234, 0XF678, 0X9A, 0XBC, 0XDE, 0XF0, 0X12, 0X34, 0X56, 0X7F\n{0012ABCD-0234-F678-9ABC-DEF01234567F}
+            guid --json 0012abcd-0234-F678-9abc-def01234567f => {"odl":"0012ABCD-0234-F678-9ABC-DEF01234567F","struct":"0X0012ABCD, 0X0234, 0XF678, 0X9A, 0XBC, 0XDE, 0XF0, 0X12, 0X34, 0X56, 0X7F","registry":"{0012ABCD-0234-F678-9ABC-DEF01234567F}"}
+            guid {0012abcd-0234-F678-9abc-def01234567f} =>1 ! no identifier: '{0012abcd-0234-F678-9abc-def01234567f}'
+            guid '' =>1 ! no identifier: ''
+            guid =>2 ! a TEXT is needed
+            guid a b =>2 ! TEXT is one text; put it in quotes
+            path relative 'c:\\data\\app' 'C:\\Data\\App\\sql\\a.sql' => .\\sql\\a.sql
+            path Relative 'c:\\data\\app' 'C:\\other\\a.sql' => ..\\other\\a.sql
+            path absolute 'c:\\data\\app' '..\\other\\a.sql' --json => {"path":"c:\\\\other\\\\a.sql"}
+            path relative /data/App /data/App/A.sql => ./A.sql
+            path universal /data/App => /data/App
+            path universal '' => ""
+            path =>2 ! relative, absolute or universal is needed
+            path relativ x y =>2 ! relative, absolute or universal is needed, not 'relativ'; did you mean 'relative'?
+            path relative x =>2 ! a BASE and a PATH are needed
+            path universal x y =>2 ! PATH is one text; put it in quotes
+            """)
+        self.assertRegex(self.dqtool("path", "universal", "c:\\data")[1].decode(),
+                         r"^\\\\[^\\]+\\c\$\\data\n$")
+
+    def test_texts(self):
+        self.play(r"""
+            text 44020 => This Feature is Under Construction.
+            text 44030 ora1 --json => {"id":44030,"text":"Start Task: On ora1"}
+            text 44030 => Start Task: On %s
+            text 44030 '' => Start Task: On\x20
+            text 44030 %d%s => Start Task: On %d%s
+            text 44030 -- -x => Start Task: On -x
+            text 23550 'not a number' => WNetGetLastError failed with error not a number.
+            text 23528 net 5 => net failed with error code5.\r\n%s
+            text 44088 a b 7 => Error: a\nFile: b,  Line 7
+            text 61714 1 9 => Please enter an integer between 1 and 9.
+            text 0 =>1 ! no string with id 0
+            text 4294967295 =>1 ! no string with id 4294967295
+            text 99999999999999999999 =>1 ! no string with id 99999999999999999999
+            text =>2 ! an ID is needed
+            text 12x =>2 ! ID is a number, not '12x'
+            text -1 =>2 ! ID is a number, not '-1'
+            text '' =>2 ! ID is a number, not ''
+            text 44020 more =>2 ! 1 ARG more than the string has places
+            """)
+
+    def test_logs(self):
+        self.play(r"""
+            log --once x.log '' =>
+            log x.log '' =>
+            log x.log 'two words' =>
+            log x.log =>2 ! a FILE and a TEXT are needed
+            log x.log x --max -1 =>2 ! KB is a number from 0 to 4294967295, not '-1'
+            log '' x =>2 ! FILE is empty
+            log --once $D x =>1 ! cannot write $D
+            log $D x =>1 ! Unable to open Log file for writing...
+            log none/x.log x =>1 ! Unable to open Log file for writing...
+            log /dev/full x =>1 ! cannot write /dev/full: No space left on device
+            """)
+        # Without its locale a program writes as in the United States.
+        self.environment["LC_ALL"] = "xx_YY.UTF-8"
+        self.assertEqual(self.dqtool("log", "x.log", "no locale"), (0, b"", b""))
+        with open(self.path("x.log"), "rb") as file:
+            self.assertRegex(file.read(), rb"\A" + STAMP + rb"\r\n\r\n" + STAMP +
+                             rb"  two words\r\n" + STAMP + rb"  no locale\r\n\Z")
+        self.path("x.log", b"-" * 1024)
+        status, _, err = self.dqtool("log", "--max", "1", "x.log", "text")
+        self.assertEqual(status, 0)
+        self.assertTrue(err.startswith(b"dqtool: log: Log file length has exceeded the maximum"))
+        self.assertGreater(os.path.getsize(self.path("x.log")), 1024)
+        self.assertEqual(self.dqtool("log", "--once", "--max=1", "x.log", "text"), (0, b"", b""))
+        with open(self.path("x.log"), "rb") as file:
+            self.assertRegex(file.read(), rb"\A" + STAMP + rb"\r\ntext\r\n\Z")
+        self.assertRegex(self.dqtool("log", "-", "text")[1], rb"\A" + STAMP + rb"  text\r\n\Z")
+
+    def test_system_and_identity_are_a_name_and_a_value_a_line(self):
+        status, out, err = self.dqtool("system")
         self.assertEqual((status, err), (0, b""))
-        self.assertEqual(dqtool("help"), (0, listing, b""))
-        commands = re.findall(rb"^  (\w+) ", listing, re.MULTILINE)
-        self.assertEqual(commands, sorted(commands))
-        self.assertLessEqual({b"run", b"text"}, set(commands))
-        for command in commands:
-            status, out, err = dqtool(command.decode(), "--help")
+        facts = dict(line.split("\t") for line in out.decode().splitlines())
+        self.assertEqual(len(facts), 22)
+        self.assertEqual(facts["SpecialFolderPath"], self.path("config"))
+        self.assertEqual(facts["ComputerName"][:2], "\\\\")
+        self.assertRegex(facts["CurrentDateTime"].encode(), rb"\A" + STAMP + rb"\Z")
+        self.assertEqual((facts["MilliSecPos"], facts["IsWindows95"], facts["IsWindowsNT"]),
+                         ("-1", "false", "true"))
+        as_json = json.loads(self.dqtool("system", "--json")[1])
+        self.assertEqual((list(as_json), as_json["IsWindowsNT"]), (list(facts), True))
+
+        def identity(*words):
+            status, out, err = self.dqtool("identity", *words)
             self.assertEqual((status, err), (0, b""))
-            self.assertTrue(out.startswith(b"usage: dqtool " + command), out)
-            self.assertEqual(dqtool("help", command.decode()), (0, out, b""))
-        self.assertEqual(dqtool("run", "--keep-left", "-h"), dqtool("run", "--help"))
+            return dict(line.split("\t") for line in out.decode().splitlines())
+        self.assertEqual(list(identity("--app", "QUILLBASE", "--exe", "C:\\Bin\\Tool.exe",
+                                       "--file-version", "7.12.3.4").items()), [
+            ("LanguageString", "040904b0"), ("VersionString", "7.12.3.4"), ("Comments", ""),
+            ("CompanyName", ""), ("FileDescription", ""), ("InternalName", ""),
+            ("LegalCopyright", ""), ("LegalTrademarks", ""), ("OriginalFileName", ""),
+            ("ProductVersion", ""), ("AppCode", "QUILLBASE"), ("Title", ""),
+            ("ExecutablePath", "C:\\Bin\\Tool.exe"), ("ExecutableDirectory", "C:\\Bin"),
+            ("RunningFromNetwork", "false"), ("OptionsFile", "Quill.dqo"), ("RegistryKey", "Tool"),
+            ("ProductName", ""), ("SplashIDB", "0"), ("LongVersionNumber", "7.12.3.4"),
+            ("MediumVersionNumber", "7.12.3"), ("ShortVersionNumber", "7.12"),
+            ("MajorVersionNumber", "7"), ("MinorVersionNumber", "2"), ("BuildNumber", "4"),
+            ("IsAppLumenSql", "false"), ("IsAppDeltaKeeper", "false"),
+            ("IsAppQuillbase", "true"), ("IsAppDQPacer", "false")])
+        self.assertEqual(identity()["ExecutablePath"], transcript.DQTOOL)
+        tool = self.path("tool", b"")
+        self.path("tool.version", b"FileVersion=1.2.3.4\nProductName=The Tool\nTranslation=0407,04e4\n")
+        found = identity("--exe", tool)
+        self.assertEqual((found["ProductName"], found["ShortVersionNumber"], found["OptionsFile"],
+                          found["LanguageString"]), ("The Tool", "1.2", "tool.dqo", "040704e4"))
+        self.assertEqual(json.loads(self.dqtool("identity", "--json")[1])["SplashIDB"], 0)
+        self.play(r"""
+            system x =>2 ! it takes no words
+            identity x =>2 ! it takes no words
+            identity --exe =>2 ! --exe needs a PATH
+            identity --exe '' =>2 ! PATH is empty
+            identity --app Foo =>2 ! no application 'Foo'; there are 'Lumen SQL', 'Velmora Delta Keeper', 'Quillbase', 'Velmora Pacer'
+            identity --file-version 7.x =>2 ! V is numbers with dots between, not '7.x'
+            identity --file-version 7. =>2 ! V is numbers with dots between, not '7.'
+            """)
 
 
-class TextTest(unittest.TestCase):
-    def test_prints_a_string_with_its_places_filled_in_turn(self):
-        for words, expected in [
-            (["44020"], "This Feature is Under Construction.\n"),
-            (["44030", "ora1"], "Start Task: On ora1\n"),
-            (["44030"], "Start Task: On %s\n"),
-            (["44030", ""], "Start Task: On \n"),
-            (["44030", "%d%s"], "Start Task: On %d%s\n"),
-            (["23550", "not a number"], "WNetGetLastError failed with error not a number.\n"),
-            (["23528", "net", "5"], "net failed with error code5.\r\n%s\n"),
-            (["44088", "a", "b", "7"], "Error: a\nFile: b,  Line 7\n"),
-            (["61714", "1", "9"], "Please enter an integer between 1 and 9.\n"),
-        ]:
-            with self.subTest(words=words):
-                self.assertEqual(dqtool("text", *words), (0, expected.encode(), b""))
+class WordsTest(transcript.TranscriptTest):
+    def test_platforms_and_kinds_of_objects(self):
+        self.play(r"""
+            platform-text SQLServer => SQL Server
+            platform-text db2os390 --json => {"text":"DB/2"}
+            platform-text mysql =>2 ! no platform mysql
+            platform-text orcale =>2 ! no platform orcale; did you mean 'oracle'?
+            platform-text '' =>2 ! no platform ''
+            platform-text =>2 ! a P is needed
+            type-text 42 --platform db2os390 => Stogroup
+            type-text STOGROUP --platform db2os390 --json => {"value":42,"text":"Stogroup"}
+            type-text stogroup => Nodegroup
+            type-text -1 => Unknown
+            type-text tabel =>2 ! no kind of objects 'tabel', by number or name; did you mean 'Table'?
+            type-text 1x =>2 ! no kind of objects '1x', by number or name
+            type-text 99999999999 =>2 ! no kind of objects '99999999999', by number or name
+            type-text 1 --platform =>2 ! --platform needs a P
+            types =>2 ! --platform P is needed
+            types --platform oracle --version new =>2 ! V is a version, not 'new'
+            types --platform oracle --version -1 =>2 ! V is a version, not '-1'
+            types --platform oracle --version 1e999 =>2 ! V is a version, not '1e999'
+            types --platform oracle --app '' =>2 ! no application ''; there are 'Lumen SQL'...
+            words m_pszof => OF
+            words m_pszendofln => \\x0d\\x0a
+            words M_PSZENDOFLN --json => {"name":"m_pszEndOfLn","word":"\\r\\n"}
+            words of =>1 ! no word is named of
+            words m_pszoff =>1 ! no word is named m_pszoff; did you mean 'm_pszof'?
+            words a b =>2 ! NAME is one text; put it in quotes
+            """)
 
-    def test_unknown_id_is_no(self):
-        for number in ["0", "1", "4294967295", "4294967296", "99999999999999999999"]:
-            with self.subTest(number=number):
-                self.assertEqual(dqtool("text", number),
-                                 (1, b"", f"dqtool: no string with id {number}\n".encode()))
+        def types(*words):
+            return self.dqtool("types", "--platform", *words)[1].splitlines()
+        self.assertEqual(types("db2os390", "--reduced")[-4:],
+                         [b"7\tDatabase", b"42\tStogroup", b"36\tTablespace", b"34\tSynonym"])
+        for version in ["8.17", "8.1.7", "Oracle8i Release 8.1.7.0.0"]:
+            self.assertIn(b"80\tMaterialized View", types("oracle", "--version", version))
+        self.assertIn(b"88\tRedo Log Group", types("oracle"))
+        self.assertNotIn(b"88\tRedo Log Group", types("oracle", "--app", "lumen sql"))
+        self.assertEqual(json.loads(self.dqtool("types", "--platform", "db2", "--json")[1])[0],
+                         {"value": 16, "text": "Index"})
+        lines = self.dqtool("words")[1].splitlines()
+        self.assertEqual((len(lines), lines[0], lines[-1]),
+                         (198, b"m_pszMlsLabel\tMLSLABEL", b"m_pszYes\tY"))
+
+    def test_names_and_versions(self):
+        self.play(r"""
+            quote --platform sybase a 'a b' order 'n\xc3\xa4' => a\n"a b"\n"order"\n"n\xc3\xa4"
+            quote --platform sqlserver --version 6.50.201 1x => "1x"
+            quote 1x a]b --platform sqlserver '' --version 08.00.0194 => [1x]\n[a]b]\n
+            quote --platform oracle --case-sensitive emp EMP => "emp"\nEMP
+            quote --platform=DB2 --no-quoting emp ++ [a,b] -- -- --json => emp\n++\n[a,b]\n--\n--json
+            quote --platform db2 -- --x => "--x"
+            quote --platform db2 =>
+            quote --platform db2 --json < => []
+            quote --platform db2 --json < a\n\xff => [\n{"name":"a","quoted":"\\"a\\""},\n{"name":{"hex":"ff"},"quoted":{"hex":"22ff22"}}\n]
+            quote --platform db2 < A\na\n\nB\0\nlast => A\n"a"\n\n"B\0"\n"last"
+            quote --platform none x =>2 ! the platform none quotes no names
+            quote --platform db3 x =>2 ! no platform db3; did you mean 'db2'?
+            quote --platform =>2 ! --platform needs a P
+            quote --platform= x =>2 ! no platform ''
+            quote --platform db2 --platform db2 x =>2 ! --platform stands twice
+            quote --platform db2 --version =>2 ! --version needs a V
+            quote --platform sqlserver --version x y =>2 ! V is a version, not 'x'
+            quote --platform db2 --json=1 x =>2 ! --json takes no value
+            quote --platform db2 --lout =>2 ! no option --lout
+            quote --platfrom db2 x =>2 ! no option --platfrom; did you mean '--platform'?
+            quote x =>2 ! --platform P is needed
+            option get 50270 => 0
+            option set 50270 1 =>
+            quote --platform oracle emp => "emp"
+            split-name a.b => a\nb
+            split-name a.b.c.d --json => {"parts":["a","b","c.d"]}
+            split-name a =>1
+            split-name =>2 ! a NAME is needed
+            version --platform oracle 'Oracle8i Release 8.1.7.0.0' => 8.170
+            version 8.1.7 --platform oracle --json => {"version":"8.17"}
+            version --platform oracle 8.1.7 >= 8.1 => true
+            version --platform oracle 8.1.7 '>' 8.1 --json =>1 {"result":false}
+            version --platform db2 ? == 0 => true
+            version --platform db2 8.1 = 8 =>2 ! no operator '='
+            version --platform db2 8.1 '<' 8x =>2 ! NUMBER is a decimal number, not '8x'
+            version --platform db2 8.1 '<' nan =>2 ! NUMBER is a decimal number, not 'nan'
+            version --platform db2 =>2 ! a TEXT is needed
+            version --platform db2 8 '<' =>2 ! a TEXT, an OP and a NUMBER are needed
+            version 8.1 =>2 ! --platform P is needed
+            """)
+        with open(self.directory + "/x", "w", encoding="ascii"):
+            directory = os.open("/", os.O_RDONLY)
+        self.addCleanup(os.close, directory)
+        for words in [["quote", "--platform", "db2"], ["template", "--file", "-"],
+                      ["date", "convert", "--platform", "db2", "--in", "DD", "--out", "DD"]]:
+            self.assertEqual(self.dqtool(*words, stdin_file=directory),
+                             (1, b"", f"dqtool: {words[0]}: cannot read standard input\n".encode()))
+
+    def test_objects_and_their_templates(self):
+        os.mkdir(self.path("Oracle"))
+        os.symlink("loop", self.path("loop"))
+        self.play(r"""
+            Oracle/CRTable.tpl := CREATE TABLE $$object_owner$$.$$object_name$$\n
+            Oracle/CRProc.tpl := 
+            creation-template --platform oracle --root $D --type Table --owner SCOTT --name EMP => CREATE TABLE SCOTT.EMP
+            creation-template --platform oracle --root $D --type 35 --owner S --name E --json => {"text":"CREATE TABLE S.E"}
+            creation-template --platform oracle --root $D --type 35 --name E =>1 ! no object of this type with this owner and name
+            creation-template --platform oracle --root $D --type 1 --name E --owner O =>1 ! the platform has no template of this type
+            creation-template --platform oracle --root $D --type 40 --name E --owner O =>1 ! Error:  Failed to open the template file '$D\\Oracle\\CRView.tpl'.
+            creation-template --platform oracle --root $D --type 21 --name E --owner O =>1 ! no text in $D\\Oracle\\CRProc.tpl
+            creation-template --platform oracle --type viw =>2 ! no kind of objects 'viw', by number or name; did you mean 'View'?
+            creation-template --platform oracle =>2 ! --type TYPE is needed
+            objects map list =>1 ! there is no file map
+            objects map add r table O N =>
+            objects map add a 40 own 'a\tb' =>
+            objects map add r 16 P Q =>
+            objects map list => a\t40\town\ta\\x09b\nr\t16\tP\tQ
+            objects map list --json => [\n{"key":"a","type":40,"owner":"own","name":"a\\tb"},\n{"key":"r","type":16,"owner":"P","name":"Q"}\n]
+            objects - list < =>
+            bad := \1\0\1
+            objects bad add k 1 o n =>1 ! Error:  Failed to read object map file 'bad'...
+            objects bad list =>1 ! Error:  Failed to read object map file 'bad'...
+            objects loop list =>1 ! Error:  Failed to open object map file 'loop'...
+            objects loop add k 1 o n =>1 ! Error:  Failed to open object map file 'loop'...
+            objects map add k 1x o n =>2 ! no kind of objects '1x', by number or name
+            objects map add k =>2 ! a FILE, a KEY, a TYPE, an OWNER and a NAME are needed
+            objects '' list =>2 ! FILE is empty
+            objects - add k 1 o n =>2 ! standard input can't be changed; for a file of that name: ./-
+            objects map =>2 ! list or add is needed
+            objects =>2 ! a FILE is needed, and list or add
+            """)
+        self.assertEqual(os.path.getsize(self.path("bad")), 3)
+        with open(self.path("map"), "rb") as file:
+            self.assertEqual(self.dqtool("objects", "-", "list", stdin=file.read())[1],
+                             b"a\t40\town\ta\\x09b\nr\t16\tP\tQ\n")
+
+    def test_dates(self):
+        self.play(r"""
+            date notation --from LOCALE --to display 'dddd, MMMM d' => DAY,D MONTH dd
+            date notation --from ole --to display %Y --json => {"format":"YYYY"}
+            date notation --from display --to ole -- -MM =>1 ! can't be converted: '-MM'
+            date notation --from display --to ole 'MM/\xff' =>1 ! can't be converted: 'MM/\xff'
+            date notation --from ole %m =>2 ! --to N is needed
+            date notation --from win --to ole %m =>2 ! a notation is display, ole or locale, not 'win'
+            date valid hh:mm:ss => true
+            date valid hh:mm:ss --notation display --json =>1 {"result":false}
+            date valid MM --notation ol =>2 ! a notation is display, ole or locale, not 'ol'; did you mean 'ole'?
+            date valid MM --notation =>2 ! --notation needs an N
+            date valid =>2 ! a FORMAT is needed
+            date valid a b =>2 ! FORMAT is one text; put it in quotes
+            date part --code 26 'MM/DD/YYYY HH12:MI:SS AM' => HH12:MI:SS AM
+            date part --code 20005 MM => ""
+            date part --code 5 nonsense =>1 ! no format: 'nonsense'
+            date part --code 99999999999 MM =>2 ! CODE is a number, not '99999999999'
+            date part MM =>2 ! --code CODE is needed
+            date part MM --code 5 --platform db2 =>2 ! --platform is no option of this form
+            date convert --platform oracle --in 'MM/DD/YYYY HH12:MI:SS AM' --out 'YYYY-MM-DD HH24:MI:SS' '04/03/1993 05:34:00 PM' => 1993-04-03 17:34:00
+            date convert --platform oracle --in MM/DD/YYYY --out YYYY x [NULL] =>1 x\n[NULL] ! 'x' can't be read by MM/DD/YYYY\n'[NULL]' can't be read by MM/DD/YYYY
+            date convert --platform DB2 --code 5 --in 'MM/DD/YYYY HH12:MI:SS AM' --out 'YYYY-MM-DD HH24:MI:SS' < 04/03/1993\n04/04/1993 => 1993-04-03\n1993-04-04
+            date convert --platform sqlserver --in 'YYYY-MM-DD HH24:MI:SS' --out 'MM/DD/YYYY HH12:MI:SS AM' '1993-04-03 17:34:00.5' => 04/03/1993 05:34:00.5 PM
+            date convert --platform sybase --in DD/MM/YYYY --out YYYY --json 3/4/1993 => [\n{"value":"3/4/1993","result":"1993","converted":true}\n]
+            date convert --platform db2 --in nonsense --out MM 1 =>2 ! --in is no display or ole format: 'nonsense'
+            date convert --platform db2 --in MM --out '' 1 =>2 ! --out is no display or ole format: ''
+            date convert --platform db2 --in MM --out MM --code 7 1 =>2 ! CODE is 5, 6, 19, 20, 26 or 27, not '7'
+            date convert --platform db2 --in MM =>2 ! --out FORMAT is needed
+            date convert --platform none --in MM --out MM 1 =>2 ! no date-time formats for none
+            date convert --in MM --out MM 1 =>2 ! --platform P is needed
+            date default --platform db2 => current\tmm/dd/YYYY hh12:MI:SS AM\nsaved\tmm/dd/YYYY hh12:MI:SS AM\ndefault\tYYYY-MM-DD HH24:MI:SS
+            option get 60000 => ""
+            settings list =>
+            option set 60000 DD.MM.YY =>
+            date default --platform db2 --json => [\n{"choice":"current","format":"DD.MM.YY"},\n{"choice":"saved","format":"DD.MM.YY"},\n{"choice":"default","format":"YYYY-MM-DD HH24:MI:SS"}\n]
+            option set date_format 'no format' =>1 ! option 60000 takes a format in display notation, not 'no format'
+            settings set Software/Velmora/dqtool/Options 60000 'no format' =>
+            date default --platform db2 => current\tYYYY-MM-DD HH24:MI:SS\nsaved\tYYYY-MM-DD HH24:MI:SS\ndefault\tYYYY-MM-DD HH24:MI:SS ! option 60000 holds no format: 'no format'
+            date default =>2 ! --platform P is needed
+            date default --platform db2 x =>2 ! default takes no words
+            date cells x =>2 ! cells takes no words
+            date x =>2 ! cells, formats, notation, valid, part, convert or default is needed, not 'x'
+            date =>2 ! cells, formats, notation, valid, part, convert or default is needed
+            """)
+        for name, count, rows in [
+                ("cells", 28, {0: "1\tmm\t%#m\tM\tSingle digit month of the year\t7",
+                               8: "9\tD\t%w\t\tNumber of days in the week\t3",
+                               27: "8\t:\t:\t:\tColon Time separator\t"}),
+                ("formats", 23, {11: "5\t4/3/1993\tMM/DD/YYYY\t%m/%d/%Y\tMM/dd/yyyy",
+                                 17: "5\t03-Apr-93\tDD-MON-YY HH12:MI:SS AM\t%d-%b-%y\tdd-MMM-yy",
+                                 22: "26\t17:4:3\thh24:mi:ss\t%I:%M:%S %p\thh:mm:ss tt"})]:
+            status, out, err = self.dqtool("date", name)
+            lines = out.decode().splitlines()
+            self.assertEqual((status, len(lines), err), (0, count, b""))
+            self.assertEqual({number: lines[number] for number in rows}, rows)
 
 
-class OptionTest(unittest.TestCase):
-    def test_a_value_that_is_set_is_there_in_the_next_process(self):
-        with tempfile.TemporaryDirectory() as config:
-            environment = {**os.environ, "XDG_CONFIG_HOME": config}
-            for words, status, out in [
-                (["get", "50144"], 0, b"1400\n"),
-                (["set", "50144", "12"], 0, b""),
-                (["get", "50144"], 0, b"12\n"),
-                (["set", "50144", "x"], 1, b""),
-                (["set", "50144", "2147483648"], 1, b""),
-                (["set", "1", "12"], 1, b""),
-                (["get", "99999999999"], 1, b""),
-                (["set", "50186", "0aF"], 1, b""),
-                (["set", "50186", "0aFf"], 0, b""),
-                (["get", "50186"], 0, b"0aff\n"),
-                (["get", "x"], 2, b""),
-                (["--platform", "acme", "list"], 2, b""),
-                (["--platform", "oracle", "get", "50390"], 0, b"/\n"),
-                (["set", "50255", "a\tb\nc"], 0, b""),
-                (["get", "50255"], 0, b"a\tb\nc\n"),
-            ]:
-                with self.subTest(words=words):
-                    result = dqtool("option", *words, env=environment)
-                    self.assertEqual(result[:2], (status, out))
-                    self.assertEqual(result[2].startswith(b"dqtool: "), status != 0)
-            listing = dqtool("option", "list", env=environment)[1].splitlines()
-            self.assertIn(b"50255\tstring\toutput_log_file\ta\\x09b\\x0ac", listing)
-            self.assertIn(b"52500\tbool\tsyntax_coloring\t1", listing)
+class StoresTest(transcript.TranscriptTest):
+    def test_options(self):
+        self.play(r"""
+            option get 50144 => 1400
+            option set OUTPUT_pane_entries 12 =>
+            option get 50144 --json => {"id":50144,"kind":"int","name":"output_pane_entries","value":"12"}
+            option unset 50144 =>
+            option get output_pane_entries => 1400
+            option unset 50144 =>
+            option set 50144 x =>1 ! option 50144 takes a number from 0 to 2147483647, not 'x'
+            option set 50144 2147483648 =>1 ! option 50144 takes a number from 0 to 2147483647, not '2147483648'
+            option set 50198 3 =>1 ! option 50198 takes a number from 0 to 2, not '3'
+            option set 50198 -1 =>1 ! option 50198 takes a number from 0 to 2, not '-1'
+            option set 50184 2 =>1 ! option 50184 takes a value of the kind bool, not '2'
+            option set 50186 0aF =>1 ! option 50186 takes a value of the kind binary, not '0aF'
+            option set 50186 0aFf =>
+            option get 50186 => 0aff
+            option set 1 12 =>1 ! no option with id 1
+            option get 99999999999 =>1 ! no option with id 99999999999
+            option get output_log_fiel =>2 ! ID is an option's number or name, not 'output_log_fiel'; did you mean 'output_log_file'?
+            option get '' =>2 ! ID is an option's number or name, not ''
+            option --platform acme list =>2 ! no platform acme
+            option get 50390 --platform Oracle => /
+            option --platform oracle set 50390 go =>
+            option get 50390 --platform oracle => go
+            option unset 50390 --platform oracle =>
+            option get 50390 --platform oracle => /
+            option set 50255 'a\tb\nc' =>
+            option get 50255 => a\tb\nc
+            option get =>2 ! an ID is needed
+            option set 1 =>2 ! an ID and a VALUE are needed
+            option list x =>2 ! list takes no words
+            option lits =>2 ! list, get, set or unset is needed, not 'lits'; did you mean 'list'?
+            option =>2 ! list, get, set or unset is needed
+            """)
+        lines = self.dqtool("option", "list")[1].splitlines()
+        self.assertIn(b"50255\tstring\toutput_log_file\ta\\x09b\\x0ac", lines)
+        self.assertIn(b"52500\tbool\tsyntax_coloring\t1", lines)
+        self.assertIn({"id": 50255, "kind": "string", "name": "output_log_file", "value": "a\tb\nc"},
+                      json.loads(self.dqtool("option", "list", "--json")[1]))
+
+        kept = self.path("config/velmora/registry/hkcu.reg")
+        for name in ["hkcu.reg", "hkcu.journal"]:
+            if os.path.exists(self.path("config/velmora/registry/" + name)):
+                os.remove(self.path("config/velmora/registry/" + name))
+        os.mkdir(kept)
+        self.play(r"""
+            option list =>1 ! Settings could not be read...
+            option get 50270 --json =>1 ! Settings could not be read...
+            """)
+
+    def test_settings(self):
+        self.play(r"""
+            settings list =>
+            settings list --json => []
+            settings set Soft/Tool Name 'C:\\data' =>
+            settings set '\\Soft\\tool\\' '' 'a\tb\nc' =>
+            settings set 'Soft\\Tool/Sub' x '' =>
+            settings list => [Soft]
+            settings LIST soft/TOOL => \tstring\ta\\x09b\\x0ac\nName\tstring\tC:\\data\n[Sub]
+            settings list soft/TOOL --json => [\n{"name":"","kind":"string","value":"a\\tb\\nc"},\n{"name":"Name","kind":"string","value":"C:\\\\data"},\n{"key":"Sub"}\n]
+            settings get Soft/Tool NAME --json => {"kind":"string","value":"C:\\\\data"}
+            settings get Soft/Tool '' => a\tb\nc
+            settings get Soft/Tool none =>1 ! no value none in Soft\\Tool
+            settings list none =>1 ! no key none
+            settings delete Soft/Tool Name =>
+            settings delete Soft/Tool Name =>1 ! no value Name in Soft\\Tool
+            settings delete Soft =>
+            settings delete Soft =>1 ! no key Soft
+            settings list =>
+            settings set A/Old/Sub x 1 =>
+            settings rename a/old New =>
+            settings rename A/New NEW =>
+            settings list A => [NEW]
+            settings set B kept 2 =>
+            settings rename 'A\\New' /B =>
+            settings list B => kept\tstring\t2\n[Sub]
+            settings get B/Sub x => 1
+            settings rename 'A\\New' C =>1 ! no key A\\New
+            settings rename B B/Sub =>1 ! B could not be renamed to B\\Sub
+            settings set K N =>2 ! a KEY, a NAME and a VALUE are needed
+            settings delete / =>2 ! KEY is the root, which stays
+            settings rename '' X =>2 ! KEY is the root, which stays
+            settings rename K '\\' =>2 ! NEW is empty
+            settings export K =>2 ! export takes no words
+            settings clear =>2 ! list, get, set, delete, rename, export or import is needed, not 'clear'
+            settings =>2 ! list, get, set, delete, rename, export or import is needed
+            """)
+        self.dqtool("settings", "set", "B/Sub", "much", "x" * 7680)
+        self.play(r"""
+            settings rename B C =>1 ! B\\Sub holds a value that is too large to be moved
+            settings list B => kept\tstring\t2\n[Sub]
+            """)
+        registry = self.path("config/velmora/registry")
+        self.assertEqual({stat.S_IMODE(os.stat(os.path.join(registry, name)).st_mode)
+                          for name in os.listdir(registry)}, {0o600})
+
+    def test_settings_are_imported_whole_or_not_at_all(self):
+        kinds = (b"REGEDIT4\r\n\r\n[HKEY_CURRENT_USER]\r\n\r\n[HKEY_CURRENT_USER\\K]\r\n"
+                 b'"a"="text"\r\n"b"=hex(2):25,48,25,00\r\n"c"=hex:00,ff\r\n"d"=dword:fffffffe\r\n'
+                 b'"e"=hex(b):01,00,00,00,00,00,00,80\r\n"f"=hex(7):78,00,79,00,00\r\n'
+                 b'"g"=hex(0):\r\n"h"=hex(1234):41\r\n"i"=hex(4):01\r\n')
+        self.assertEqual(self.dqtool("settings", "import", "-", stdin=kinds), (0, b"", b""))
+        self.assertEqual(self.dqtool("settings", "export"), (0, kinds, b""))
+        bad = b"REGEDIT4\n[HKEY_CURRENT_USER\\K]\n\"a\"=\"x\"\nnonsense\n\"b\"=hex:01,\\\n  02,\\\n  0g\n"
+        self.path("bad", bad + b"\"c\"=hex:1\n[HKEY_LOCAL_MACHINE\\K]\n\"d\"=\"x\"\n"
+                  b"[-HKEY_CURRENT_USER]\n[HKEY_CURRENT_USER\\" + b"n" * 256 + b"]\n")
+        self.play(r"""
+            settings list K => a\tstring\ttext\nb\texpand\t%H%\nc\tbinary\t00ff\nd\tdword\t4294967294\ne\tqword\t9223372036854775809\nf\tmulti\tx\ty\ng\tnone\t\nh\t4660\t41\ni\tdword\t01
+            settings get K f => x\ny
+            settings get K f --json => {"kind":"multi","value":["x","y"]}
+            g.reg := REGEDIT4\n[HKEY_CURRENT_USER\\K]\n"a"=-\n"none"=-\n[-HKEY_CURRENT_USER\\None]\n[HKEY_CURRENT_USER\\L\\M]\n[-HKEY_CURRENT_USER\\L]\n
+            settings import g.reg =>
+            settings get K a =>1 ! no value a in K
+            settings list => [K]
+            settings import bad =>1 ! bad: line 4 can't be used\nbad: line 5 can't be used\nbad: line 8 can't be used\nbad: line 9 can't be used\nbad: line 10 can't be used\nbad: line 11 can't be used\nbad: line 12 can't be used\nnothing was imported
+            headless := [HKEY_CURRENT_USER\\K]\n"a"="x"\n
+            settings import headless =>1 ! headless: line 1: the header is missing\nnothing was imported
+            settings import none.reg =>1 ! cannot read none.reg: No such file or directory
+            settings import $D =>1 ! cannot read $D: Is a directory
+            settings get K a =>1 ! no value a in K
+            d.reg := REGEDIT4\n[HKEY_CURRENT_USER\\D\\Sub]\n"x"=dword:7\n[HKEY_CURRENT_USER\\D\\Empty]\n
+            settings import d.reg =>
+            """)
+        before = self.dqtool("settings", "export")
+        much = self.path("much.reg", b"REGEDIT4\n[HKEY_CURRENT_USER\\K]\n"
+                         b'"a"="2"\n"A"="3"\n"b"=-\n"none"=-\n"new"="n"\n'
+                         b"[-HKEY_CURRENT_USER\\D]\n[HKEY_CURRENT_USER\\D\\Sub]\n\"y\"=\"y\"\n"
+                         b'[HKEY_CURRENT_USER\\N\\M]\n"c"="c"\n"much"="' + b"x" * 100000 + b'"\n')
+
+        def small_files():
+            # What the store writes past that is refused instead of ending the program.
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (50000, 50000))
+
+        status, out, err = self.dqtool("settings", "import", much, preexec_fn=small_files,
+                                       restore_signals=False)
+        self.assertEqual((status, out, err.decode()),
+                         (1, b"", f"dqtool: settings: {much}: File too large\n"
+                          "dqtool: settings: nothing was imported\n"))
+        self.assertEqual(self.dqtool("settings", "export"), before)
+        self.play(r"""
+            settings import much.reg =>
+            settings get K a => 3
+            settings list D/Sub => y\tstring\ty
+            """)
+
+    def test_profile_files(self):
+        self.play(r"""
+            ini f.ini sections =>
+            ini f.ini set S K 'one\r\ntwo' =>
+            ini f.ini set T L '' =>
+            ini f.ini get s k => one\ntwo
+            ini f.ini get s k --json => {"value":"one\\ntwo"}
+            ini f.ini get T L => ""
+            ini f.ini sections => S\nT
+            ini f.ini keys S --json => [\n{"name":"K"}\n]
+            ini - get S K < [S]\nK=1\n => 1
+            ini - sections < [S]\nK=1\n => S
+            ini f.ini delete-key S K =>
+            ini f.ini get S K => 0
+            ini f.ini delete-section S =>
+            ini f.ini get S K =>1 ! f.ini: no key K in section S
+            ini f.ini set T L 0 =>
+            ini f.ini get T L => 0
+            ini f.ini set T L 1 =>
+            ini f.ini get T L => 1
+            ini none/f.ini set S K V =>1 ! none/f.ini: No such file or directory
+            ini $D set S K V =>1 ! $D: Is a directory
+            ini $D sections =>1 ! $D: Is a directory
+            ini $D get S K =>1 ! $D: Is a directory
+            ini /dev/full set S K V =>1 ! /dev/full: ...
+            ini f.ini set 'S]\n[T' K V =>1 ! f.ini: Invalid argument
+            ini f.ini set '' K V =>2 ! a name is empty
+            ini f.ini get S =>2 ! a FILE, an S and a K are needed
+            ini f.ini gte S K =>2 ! get, set, delete-key, delete-section, sections or keys is needed, not 'gte'; did you mean 'get'?
+            ini - set S K V =>2 ! standard input can't be changed; for a file of that name: ./-
+            ini '' keys S =>2 ! FILE is empty
+            ini f.ini =>2 ! get, set, delete-key, delete-section, sections or keys is needed
+            ini =>2 ! a FILE is needed, and get, set, delete-key, delete-section, sections or keys
+            """)
+        with open(self.path("f.ini"), "rb") as file:
+            self.assertEqual(file.read(), b"[T]\r\nL=1\r\n")
+        name = "x" * 5000
+        for words in [["set", "S", "K", "V"], ["sections"]]:
+            self.assertEqual(self.dqtool("ini", name, *words),
+                             (1, b"", f"dqtool: ini: {name}: File name too long\n".encode()))
+
+    def test_questions_and_wrong_usage_write_nothing(self):
+        for words in ["date default --platform db2", "date convert --platform db2 --in D --out D 1",
+                      "option list", "option get 50144", "option unset 50144", "settings list",
+                      "settings export", "system", "identity", "types --platform db2", "words",
+                      "dialog --list", "dialog options --controls", "dialog options",
+                      "ini f.ini get S K", "ini f.ini sections", "objects m list",
+                      "quote --platform oracle a", "option set 1 1", "option set 50198 9"]:
+            self.dqtool(*words.split(" "))
+            self.assertEqual(self.dqtool("settings", "list"), (0, b"", b""), words)
+        self.assertLessEqual(set(os.listdir(self.directory)), {"config"})
+
+
+class DialogTest(transcript.TranscriptTest):
+    def play_dialog(self, dialog, *steps):
+        self.path("script", "".join(step + "\n" for step in steps).encode())
+        return self.dqtool("dialog", dialog, "--script", "script")
+
+    def test_every_option_but_bytes_is_on_a_page_and_is_kept(self):
+        given = {"bool": "1", "string": "a b", "directory": "/tmp", "color": "00ff80"}
+        numbers = {"50198": ("Discard it", "1"), "50241": ("3", "2"), "50242": ("Upper case", "1"),
+                   "50244": ("1", "0"), "50245": ("Lower case", "2")}
+        listed = [line.split("\t") for line in
+                  self.dqtool("dialog", "options", "--controls")[1].decode().splitlines()]
+        self.assertEqual(listed[0], ["2900", "list", "Page", "Editor", "shown", "Editor",
+                                     "SQL Formatter", "Names and Scripts", "Output Pane",
+                                     "Favorites", "Jobs"])
+        order = [line[0] for line in listed]
+        pages = dict(zip(["50180", "50241", "50270", "50144", "50135", "50230"], listed[0][5:]))
+        script, wanted = [], {"50391": "5"}
+        for line in sorted(self.dqtool("option", "list")[1].decode().splitlines(),
+                           key=lambda line: order.index(line[:5]) if line[:5] in order else -1):
+            option, kind = line.split("\t")[:2]
+            if kind == "binary" or int(option) >= 50391:
+                continue
+            shown, wanted[option] = numbers.get(option, (given.get(kind, " +07 "),
+                                                         given.get(kind, "7")))
+            script += [f"2900={pages[option]}"] if option in pages else []
+            script.append(f"{option}={shown}")
+        self.assertEqual(self.play_dialog("44510", *script, "press 1"), (0, b"ok\n", b""))
+        kept = dict(line.split("\t")[::3] for line in
+                    self.dqtool("option", "list")[1].decode().splitlines())
+        self.assertEqual({option: kept[option] for option in wanted}, wanted)
+        # It opens with the page that it was closed with.
+        self.assertEqual(self.play_dialog("OPTIONS", "50231=/x", "press 1"), (0, b"ok\n", b""))
+
+    def test_nothing_is_kept_of_a_dialog_that_is_not_left_by_ok(self):
+        number = b"dqtool: dialog: Please enter an integer.\n"
+        takes_not = b"dqtool: dialog: script:3: control %d isn't there or doesn't take the value\n"
+        for steps, complaint in (
+                (["50183=9", "2900=2", "press 2"], b""),
+                (["50183=9", "2900=2"], b""),
+                (["50183=9", "2900=2", "50246=x", "press 1"], number),
+                (["50183=x", "2900=2"], number + takes_not % 2900),
+                (["50183=9", "50246=1"], takes_not % 50246),
+                (["50183=9", "press 2", "# end", "press 1"],
+                 b"dqtool: dialog: script: the dialog was closed before the script's end\n")):
+            self.assertEqual(self.play_dialog("44510", "2900=Editor", *steps),
+                             (1, b"cancel\n", complaint), steps)
+            self.assertEqual(self.dqtool("option", "get", "50183")[1], b"4\n", steps)
+
+    def test_dialogs(self):
+        self.play(r"""
+            dialog --list => 2712\tObject Type Information\n44510\tOptions\n44530\tDate/Time Format Builder
+            dialog 2712 --script - < 2754=Table\n2756=O\n2757=T\npress 1 => ok
+            dialog 'date/time FORMAT builder' --script - < 44531=1993-4-3 5:34:00 PM\npress 1 => ok\nYYYY-mm-dd hh12:MI:SS AM
+            dialog 44530 --script - --json < press 44552\n44532=DD\n44539=-\n44533=MON\n44540= \n44542=1\n44535=HH24\npress 1 => {"result":"ok","answer":"DD-MON YYYY HH24:MI:SS"}
+            dialog 44530 --script - < press 2 =>1 cancel
+            dialog 44510 --script - --json < =>1 {"result":"cancel"}
+            dialog 44510 --script - < 50183=9\nwhat =>1 ! standard input:2: neither 'id=value' nor 'press id'
+            dialog 44510 --script none =>1 ! cannot read none: No such file or directory
+            dialog 1 =>2 ! no dialog '1', as --list shows
+            dialog Optoins =>2 ! no dialog 'Optoins', as --list shows; did you mean 'Options'?
+            dialog =>2 ! a DIALOG or --list is needed
+            dialog 44510 --what =>2 ! no option --what
+            dialog 44510 --script =>2 ! --script needs a FILE
+            dialog 44510 --script a --controls =>2 ! either --controls or --script
+            dialog 44510 --list =>2 ! --list stands alone
+            dialog 44510 1 =>2 ! DIALOG is one text; put it in quotes
+            """)
+        controls = json.loads(self.dqtool("dialog", "44530", "--controls", "--json")[1])
+        self.assertIn({"id": 44552, "kind": "button", "label": "Customize", "value": "",
+                       "state": "shown", "items": []}, controls)
+        self.assertEqual([each["state"] for each in controls if each["id"] == 44533], ["hidden"])
+
+
+class ProgramTest(transcript.TranscriptTest):
+    def test_help_version_and_what_is_none(self):
+        listing = self.dqtool("--help")
+        self.assertEqual((listing[0], listing[2]), (0, b""))
+        for words in [["help"], ["HELP"], ["-h"], ["help", "--help"]]:
+            self.assertEqual(self.dqtool(*words), listing)
+        commands = re.findall(r"^  ([\w-]+) ", listing[1].decode(), re.MULTILINE)
+        self.assertEqual(commands, sorted(commands))
+        self.assertEqual(len(commands), 23)
+        for command in commands:
+            status, out, err = self.dqtool(command, "--help")
+            self.assertEqual((status, err), (0, b""))
+            self.assertTrue(out.startswith(f"usage: dqtool {command}".encode()), out)
+            self.assertEqual(self.dqtool("help", command.upper()), (0, out, b""))
+            self.assertEqual(self.dqtool(command, "--nonsense")[0], 2)
+            # What prints JSON says in which form.
+            self.assertEqual(b"[--json]" in out, b"JSON: " in out, command)
+        self.assertEqual(self.dqtool("date", "x", "--in", "y", "-h"), self.dqtool("date", "--help"))
+        self.play(r"""
+            --version => dqtool 7.1.0
+            nonsense =>2 ! dqtool: no command named nonsense
+            settigns =>2 ! dqtool: no command named settigns; did you mean 'settings'?
+            'no\x1b[2J\n\x7f' =>2 ! dqtool: no command named no\\x1b[2J\\x0a\\x7f
+            help nonsense =>2 ! dqtool: no command named nonsense
+            help run text =>2 ! dqtool: help is for one COMMAND at a time
+            --hepl =>2 ! dqtool: no option --hepl before a COMMAND; did you mean '--help'?
+            """)
+        self.assertEqual(self.dqtool(), (2, b"", b"dqtool: a COMMAND is needed\n"
+                                                 b"dqtool: 'dqtool --help' lists the commands\n"))
+
+    def test_standard_streams_that_are_closed_or_full_are_told(self):
+        def status(redirection, *words):
+            result = subprocess.run(["sh", "-c", f'"$@" {redirection}', "sh", transcript.DQTOOL,
+                                     *words], capture_output=True, timeout=60, check=False)
+            return result.returncode, result.stdout, result.stderr
+        self.assertEqual(status(">/dev/full", "text", "44020"),
+                         (1, b"", b"dqtool: text: standard output: No space left on device\n"))
+        self.assertEqual(status(">&-", "text", "44020"),
+                         (1, b"", b"dqtool: text: standard output: Bad file descriptor\n"))
+        self.assertEqual(status(">&- 2>&- <&-", "text", "44020")[0], 1)
+        # With number 1 free, the first file that is opened would be taken for standard output.
+        self.assertEqual(status(">&-", "run", "echo", "hello"),
+                         (1, b"", b"dqtool: run: standard output: Bad file descriptor\n"))
+        for redirection in ["<&-", "2>&-", "<&- 2>&-"]:
+            self.assertEqual(status(redirection, "run", "echo", "hello")[:2],
+                             (0, b"echo hello\nhello\n"), redirection)
+        for words in [["words"], ["words", "--json"], ["date", "cells"]]:
+            read_end, write_end = os.pipe()
+            os.close(read_end)
+            result = subprocess.run([transcript.DQTOOL, *words], stdout=write_end, timeout=60,
+                                    stderr=subprocess.PIPE, check=False)
+            os.close(write_end)
+            self.assertEqual((result.returncode, result.stderr), (141, b""), words)
 
 
 if __name__ == "__main__":
-    unittest.main(argv=sys.argv[:1])
+    transcript.main()

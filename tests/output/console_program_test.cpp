@@ -125,8 +125,17 @@ TEST_F(ConsoleProgramTest, GivesTheChildADirectoryAndNothingToRead) {
 }
 
 TEST_F(ConsoleProgramTest, HoweverAProgramEndsItRan) {
+  EXPECT_EQ(program_.GetExitCode(), -1);
   EXPECT_THAT(ScriptOutput("echo a; exit 3"), ElementsAre("a"));
-  EXPECT_THAT(ScriptOutput("echo a; kill -SEGV $$"), ElementsAre("a"));
+  EXPECT_EQ(program_.GetExitCode(), 3);
+  EXPECT_THAT(ScriptOutput("echo a; kill -9 $$"), ElementsAre("a"));
+  EXPECT_EQ(program_.GetExitCode(), 128 + 9);
+  EXPECT_EQ(CDQConsoleProgram(program_).GetExitCode(), 128 + 9);
+  Run("/nowhere/none", "", 0);
+  EXPECT_EQ(program_.GetExitCode(), -1);
+  EXPECT_EQ(program_.GetStartError().kind, platform::ErrorKind::kNotFound);
+  Run("true", "", 1);
+  EXPECT_TRUE(program_.GetStartError().ok() && program_.GetExitCode() == 0);
   // The pipe ends before the program does, which is waited for.
   EXPECT_THAT(ScriptOutput("echo a; exec >&- 2>&-; sleep 0.1; : > " + files_ / "mark"),
               ElementsAre("a"));

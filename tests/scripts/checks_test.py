@@ -48,6 +48,7 @@ class CheckTest(unittest.TestCase):
             ("dqlib/platform/clock.h", "dqlib/dbvocab/dbms.h"),
             ("apps/dqtool/a.cpp", "dqlib/editor/b.h"),
             ("apps/dqtool/a.cpp", "dqlib/dqlib.h"),
+            ("apps/dqtool/a.cpp", "apps/common/b.h"),
         ]:
             self.expect_clean(script, {path: f'#include "{include}"\n'})
         self.expect_clean(script, {"dqlib/core/a.h": '// #include "dqlib/output/b.h"\n'})
@@ -58,6 +59,7 @@ class CheckTest(unittest.TestCase):
             ("siblings/options/a.h", "siblings/pictures/b.h"),
             ("siblings/options/a.h", "dqlib/frame/b.h"),
             ("apps/dqtool/a.cpp", "apps/jobserver/b.h"),
+            ("apps/common/a.cpp", "apps/dqtool/b.h"),
             ("dqlib/output/a.h", "dqlib/dbvocab/object_type.h"),
             ("dqlib/output/a.h", "dqlib/dqlib.h"),
             ("dqlib/core/a.h", "dqlib/nowhere/b.h"),

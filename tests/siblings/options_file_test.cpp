@@ -14,7 +14,7 @@ TEST(OptionsFile, ReadsEveryKindOfValue) {
       "variable root directory \"../templates\"\n"
       "variable maker string \"V\\\\\\\"\\n\\x41\"\n"
       "option 7 bool On\n\tlabel \"An \xC3\xA4 on\"\n\tdefault 1\n"
-      "option 8 int low\nlabel \"\"\ndefault -2147483648\n"
+      "option 8 int low\nlabel \"\"\ndefault -2147483648\nrange -2147483648 5\n"
       "option 9 string end\nmachine \"Software\\\\V\" \"End\"\n"
       "label \"l\"\ndefault oracle \"/\"\ndefault \"# no remark\"\n"
       "option 10 color ink\nlabel \"l\"\ndefault oracle none\ndefault 0aF1c2\n"
@@ -30,6 +30,9 @@ TEST(OptionsFile, ReadsEveryKindOfValue) {
   EXPECT_EQ(file.options[0].name, "On");
   EXPECT_EQ(file.options[0].label, "An \xC3\xA4 on");
   EXPECT_EQ(file.options[1].fallback, "-2147483648");
+  EXPECT_TRUE(IsValueOf(file.options[1], "5") && !IsValueOf(file.options[1], "6") &&
+              IsValueOf(file.options[1], "-2147483648") && !IsValueOf(file.options[1], "x") &&
+              !IsValueOf(file.options[0], "5"));
   EXPECT_EQ(file.options[2].fallback, "# no remark");
   EXPECT_EQ(file.options[2].platform_fallbacks.at(DBMS_ORACLE), "/");
   EXPECT_EQ(file.options[2].machine_key, "Software\\V");
@@ -60,6 +63,13 @@ TEST(OptionsFile, RefusesWhatBreaksTheFormAndSaysWhere) {
            {option + "label \"l\"\noption 8 int m\n", 4, "n has no default"},
            {head + "label \"l\"\n", 2, "without its option"},
            {whole + "default 2\n", 5, "second default"},
+           {whole + "range 2 3\n", 6, "n has a default out of its range"},
+           {whole + "range 0 1\ndefault oracle 2\n", 7, "n has a default out of its range"},
+           {whole + "range 0 1\nrange 0 1\n", 6, "a range without its option"},
+           {whole + "range 1\n", 5, "'range' takes two numbers"},
+           {whole + "range 0 x\n", 5, "'range' takes two numbers"},
+           {whole + "range 1 0\n", 5, "a range that holds no number"},
+           {head + "option 7 bool n\nrange 0 1\n", 3, "a range without its option"},
            {whole + "default oracle 2\ndefault oracle 2\n", 6, "platform"},
            {whole + "default acme 2\n", 5, "platform"},
            {option + "default \"1\"\n", 3, "kind int"},

@@ -97,6 +97,11 @@ TEST_F(OptionsServer, KeepsValuesByKindInTheRegistry) {
   registry.changes = 0;
   EXPECT_TRUE(other.SetInt(11, -2));
   EXPECT_EQ(registry.changes, 0) << "the value in force is not written again";
+  EXPECT_TRUE(other.UnsetValue(11) && other.UnsetValue(11) && !other.UnsetValue(99));
+  EXPECT_FALSE(Kept()[kSection].contains("11"));
+  EXPECT_EQ(other.GetInt(11), -5);
+  EXPECT_TRUE(other.HoldValue(11, "-2") && other.UnsetValue(11));
+  EXPECT_EQ(other.GetInt(11), -5);
 }
 
 TEST_F(OptionsServer, RefusesValuesOfAnotherKindAndUnknownIds) {

@@ -1,0 +1,88 @@
+"""Transcripts: what dqtool answers to command lines, a row each.
+
+    WORDS [< INPUT] => [STATUS] [OUTPUT] [! COMPLAINT]
+    FILE := CONTENT
+
+A row of the first kind runs dqtool in a directory of its own, with settings of its own; the status
+stands right behind "=>" unless it is 0. Output and complaint are without their last line end. A
+complaint is without "dqtool: COMMAND: " before each line, unless it begins with "dqtool: "; "..."
+at its end stands for any rest. With status 2 only its first line is told: how to use the command
+follows. A row of the second kind makes a file. Words are cut as by a shell; escapes of Python stand
+for bytes everywhere, $D for the directory, and "" for an empty line.
+"""
+
+import codecs
+import os
+import shlex
+import subprocess
+import sys
+import tempfile
+import unittest
+
+DQTOOL = os.path.realpath(sys.argv[1])
+
+
+class TranscriptTest(unittest.TestCase):
+    def setUp(self):
+        self.directory = os.path.realpath(self.enterContext(tempfile.TemporaryDirectory()))
+        self.environment = {**os.environ, "HOME": self.directory, "LC_ALL": "C", "TZ": "UTC",
+                            "XDG_CONFIG_HOME": os.path.join(self.directory, "config")}
+
+    def dqtool(self, *words, stdin=b"", **options):
+        """(exit status, standard output, standard error) as bytes, for lines are 8-bit."""
+        if "stdin_file" in options:
+            options["stdin"] = options.pop("stdin_file")
+        else:
+            options["input"] = stdin
+        result = subprocess.run([DQTOOL, *words], capture_output=True, timeout=60,
+                                cwd=self.directory, env=self.environment, **options)
+        return result.returncode, result.stdout, result.stderr
+
+    def path(self, name, content=None, mode=None):
+        path = os.path.join(self.directory, name)
+        if content is not None:
+            with open(path, "wb") as file:
+                file.write(content)
+        if mode is not None:
+            os.chmod(path, mode)
+        return path
+
+    def decoded(self, text):
+        return codecs.escape_decode(text.replace("$D", self.directory).encode())[0]
+
+    def play(self, transcript):
+        for row in transcript.strip().splitlines():
+            with self.subTest(row[:150]):
+                if " :=" in row:
+                    name, _, content = row.partition(" :=")
+                    self.path(name.strip(), self.decoded(content.removeprefix(" ")))
+                elif row.strip():
+                    self.play_row(row.strip())
+
+    def play_row(self, row):
+        line, _, expected = row.partition(" =>")
+        line, _, stdin = (line + " ").partition(" < ")
+        words = [self.decoded(word) for word in shlex.split(line)]
+        status = int(expected[0]) if expected[:1].isdigit() else 0
+        out, _, complaint = expected[1 if status else 0:].partition("! ")
+        out = self.decoded(out.strip(" "))
+        found = self.dqtool(*words, stdin=self.decoded(stdin.removesuffix(" ")))
+        self.assertEqual(found[:2], (status, b"\n" if out == b'""' else out + b"\n" if out else b""),
+                         found[2])
+        prefix = b"dqtool: " + words[0] + b": "
+        wanted = b"\n".join(each if each.startswith(b"dqtool: ") else prefix + each
+                            for each in self.decoded(complaint).split(b"\n"))
+        lines = found[2].removesuffix(b"\n").split(b"\n")
+        for each in lines if found[2] else []:
+            self.assertTrue(each.startswith(b"dqtool: "), each)
+        if status == 2:
+            self.assertGreater(len(lines), 1)
+            lines = lines[:1]
+        if wanted.endswith(b"..."):
+            self.assertEqual(b"\n".join(lines)[:len(wanted) - 3], wanted[:-3])
+        else:
+            self.assertEqual(b"\n".join(lines), wanted if complaint else b"")
+
+
+def main():
+    unittest.main(argv=sys.argv[:1])
