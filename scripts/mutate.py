@@ -49,7 +49,7 @@ def directory_of(room):
 
 
 class Program:
-    """A test program, or a test in Python: its command, and the names of its slow tests."""
+    """A test program, or a test in Python: its command, its tests, and which of them are slow."""
 
     def __init__(self, name, command, environment, source):
         self.name = name
@@ -57,6 +57,7 @@ class Program:
         self.command = command
         self.environment = environment
         self.is_gtest = name.endswith("_test") and not command[-1].endswith(".py")
+        self.tests = []
         self.slow = []
         self.seconds = {"quick": 0.0, "slow": 0.0}
 
@@ -66,6 +67,14 @@ class Program:
         if part == "slow":
             return self.command + ["--gtest_filter=" + ":".join(self.slow)] if self.slow else None
         return self.command + ["--gtest_filter=-" + ":".join(self.slow)]
+
+
+def tests_of(report):
+    """(name, what is told) of each test in a report of GoogleTest."""
+    with open(report, encoding="utf-8") as file:
+        for suite in json.load(file)["testsuites"]:
+            for test in suite["testsuite"]:
+                yield f"{suite['name']}.{test['name']}", test
 
 
 class Copy:
@@ -112,14 +121,24 @@ class Copy:
     def build(self, *targets, jobs=1):
         return self.run(["ninja", "-C", self.tree, f"-j{jobs}", *targets], self.home)
 
-    def test(self, program, part, limit):
-        """Whether a part of a program's tests passes within so many seconds."""
+    def test(self, program, part, limit, noticed):
+        """Whether a part of a program's tests passes within so many seconds. With `noticed`, all of
+        its tests run, and the names of those that fail are put in."""
         command = [word.replace(program.source, self.source) for word in program.filtered(part)]
-        if program.is_gtest:
+        report = os.path.join(self.home, "report.json")
+        if program.is_gtest and noticed is not None:
+            command = command + ["--gtest_brief=1", "--gtest_output=json:" + report]
+            if os.path.exists(report):
+                os.remove(report)
+        elif program.is_gtest:
             command = command + ["--gtest_fail_fast", "--gtest_brief=1"]
         environment = {name: value.replace(program.source, self.source)
                        for name, value in program.environment.items()}
-        return self.confined(command, environment, limit) == 0
+        passes = self.confined(command, environment, limit) == 0
+        # What ends the program leaves no report.
+        if noticed is not None and not passes and os.path.exists(report):
+            noticed.update(name for name, test in tests_of(report) if test.get("failures"))
+        return passes
 
     def confined(self, command, environment, limit):
         """The exit status of a command that can write to this copy and to a new /tmp only, and of
@@ -171,12 +190,12 @@ def measure(copy, programs):
             raise Failure(f"{program.name} fails in the unchanged tree: {' '.join(command)}")
         program.seconds["quick"] = time.monotonic() - began
         if program.is_gtest:
-            for suite in json.load(open(report, encoding="utf-8"))["testsuites"]:
-                for test in suite["testsuite"]:
-                    seconds = float(test["time"].rstrip("s"))
-                    if seconds > SLOW_SECONDS:
-                        program.slow.append(f"{suite['name']}.{test['name']}")
-                        program.seconds["slow"] += seconds
+            for name, test in tests_of(report):
+                seconds = float(test["time"].rstrip("s"))
+                program.tests.append(name)
+                if seconds > SLOW_SECONDS:
+                    program.slow.append(name)
+                    program.seconds["slow"] += seconds
             program.seconds["quick"] -= program.seconds["slow"]
 
 
@@ -198,8 +217,9 @@ def steps_for(room, programs, levels):
     return own, steps
 
 
-def fate(copy, mutant, text, own, steps):
-    """"killed by ...", "survived", or "invalid" where it doesn't compile."""
+def fate(copy, mutant, text, own, steps, noticed):
+    """"killed by ...", "survived", or "invalid" where it doesn't compile. `noticed`, if not None,
+    gets the names of the room's own tests that notice."""
     copy.write(mutant.path, mutant.applied(text).encode("utf-8", "surrogateescape"))
     try:
         targets = [f"bin/{program.name}" for program in own] or ["all"]
@@ -211,14 +231,24 @@ def fate(copy, mutant, text, own, steps):
                 if copy.build("all").returncode != 0:
                     return "invalid"
                 everything = True
-            if not copy.test(program, part, 10 + 4 * program.seconds[part]):
+            if not copy.test(program, part, 10 + 4 * program.seconds[part],
+                             noticed if program in own else None):
                 return f"killed by {program.name}"
         return "survived"
     finally:
         copy.write(mutant.path, text.encode("utf-8", "surrogateescape"))
 
 
-def mutate_room(room, copies, programs, levels, count, seed, equivalents):
+def print_tests(own, tallies):
+    """Which of the room's own tests noticed how many changes, and how many of them alone."""
+    for program in own:
+        for name in program.tests:
+            alone = sum(1 for tally in tallies if tally == {name})
+            print(f"{sum(name in tally for tally in tallies):5}{alone:5} alone  {name}")
+
+
+def mutate_room(room, copies, programs, levels, words, seed, equivalents):
+    count = words.count
     directory = directory_of(room)
     paths = sorted(path for path in git_files()
                    if path.startswith(directory + "/") and path.endswith((".h", ".cpp")))
@@ -234,11 +264,16 @@ def mutate_room(room, copies, programs, levels, count, seed, equivalents):
         free.put(copy)
     fates = collections.Counter()
     survivors = []
+    tallies = []
 
     def try_one(mutant):
         copy = free.get()
         try:
-            return mutant, fate(copy, mutant, texts[mutant.path], own, steps)
+            noticed = set() if words.tests else None
+            end = fate(copy, mutant, texts[mutant.path], own, steps, noticed)
+            if noticed:
+                tallies.append(noticed)
+            return mutant, end
         finally:
             free.put(copy)
 
@@ -269,6 +304,8 @@ def mutate_room(room, copies, programs, levels, count, seed, equivalents):
     for mutant in sorted(survivors, key=lambda each: (each.path, each.start)):
         before, after = mutant.before_and_after(texts[mutant.path])
         print(f"{mutant.path}:{mutant.line(texts[mutant.path])}: {mutant.kind}\n- {before}\n+ {after}")
+    if words.tests:
+        print_tests(own, tallies)
     rate = 100 * fates["killed"] // tried if tried else 100
     print(f"{room}: {tried} mutants, {fates['killed']} killed, {fates['survived']} survived: "
           f"{rate} in 100", flush=True)
@@ -280,17 +317,23 @@ def main():
                         help="a room by the name of its library, as core or framework_base, or a host")
     parser.add_argument("--count", type=int, default=50, help="mutants of each room (50)")
     parser.add_argument("--seed", type=int, help="draws the same mutants again")
+    parser.add_argument("--jobs", type=int, default=os.cpu_count() or 1,
+                        help="how many at a time (one for each processor)")
+    parser.add_argument("--tests", action="store_true",
+                        help="tells of each test of the room how many changes it notices")
     words = parser.parse_args()
     for room in words.rooms:
         if directory_of(room) is None:
             parser.error(f"no room named {room}")
     seed = words.seed if words.seed is not None else random.SystemRandom().randrange(10000)
 
-    copies = [Copy(number) for number in range(os.cpu_count() or 1)]
+    copies = [Copy(number) for number in range(words.jobs)]
     wanted = git_files()
     wanted = {path for path in wanted if os.path.isfile(os.path.join(ROOT, path))}
+    # All at once, so that they are alike even if somebody works on the tree.
     for copy in copies:
         copy.refresh(wanted)
+    for copy in copies:
         built = copy.build("all", jobs=len(copies))
         if built.returncode != 0:
             raise Failure(built.stdout)
@@ -306,7 +349,7 @@ def main():
         equivalents = mutation.read_equivalents(open(listed, encoding="utf-8").read())
     print(f"seed {seed}", flush=True)
     for room in rooms:
-        mutate_room(room, copies, programs, levels, words.count, seed, equivalents)
+        mutate_room(room, copies, programs, levels, words, seed, equivalents)
 
 
 try:
