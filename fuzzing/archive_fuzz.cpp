@@ -1,27 +1,20 @@
 // Any bytes as a stream of objects. What loads is stored and loads the same again, and no single
 // piece of memory is larger than what the stream accounts for.
 
-#include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <new>
-#include <string>
-#include <string_view>
 #include <vector>
 
+#include "fuzzing/fuzzing.h"
 #include "tests/support/serial_node.h"
 
+namespace dq::fuzz {
 namespace {
 
-using namespace dq;
 using test::SerialNode;
 
 /// The most that one piece of memory may have.
 std::size_t g_limit = SIZE_MAX;
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
 
 /// Loads objects up to the end or the first that doesn't fit.
 std::vector<std::unique_ptr<CObject>> Load(std::string_view stream) {
@@ -53,26 +46,26 @@ std::string Store(const std::vector<std::unique_ptr<CObject>>& objects) {
 }
 
 }  // namespace
+}  // namespace dq::fuzz
 
 // The form without a throw belongs to the same family, or the two would not fit together.
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return std::malloc(size); }
 
 void* operator new(std::size_t size) {
-  Require(size <= g_limit);
+  dq::fuzz::Require(size <= dq::fuzz::g_limit);
   if (void* const memory = std::malloc(size)) return memory;
   throw std::bad_alloc();
 }
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void dq::fuzz::Try(std::string_view bytes) {
   constexpr std::size_t kBuffers = 16384;
   // The table of indices has an entry for two bytes, and doubles as it grows.
   constexpr std::size_t kMemoryPerByte = 64;
-  g_limit = kBuffers + size * kMemoryPerByte;
-  const auto objects = Load({reinterpret_cast<const char*>(data), size});
+  g_limit = kBuffers + bytes.size() * kMemoryPerByte;
+  const auto objects = Load(bytes);
   g_limit = SIZE_MAX;
   const std::string stored = Store(objects);
   Require(Store(Load(stored)) == stored);
-  return 0;
 }

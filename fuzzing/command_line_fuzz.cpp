@@ -1,10 +1,9 @@
 // A command line of any bytes is cut without harm, and arguments that are quoted come out again.
 
-#include <cstdint>
-#include <cstdlib>
-
 #include "dqlib/platform/processes.h"
+#include "fuzzing/fuzzing.h"
 
+namespace dq::fuzz {
 namespace {
 
 /// Groups with "...". A backslash at the end would hide the closing quote, so it stands behind it.
@@ -21,8 +20,7 @@ std::string Quote(std::string_view argument) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string_view text(reinterpret_cast<const char*>(data), size);
+void Try(std::string_view text) {
   std::vector<std::string> arguments;
   dq::platform::SplitCommandLine(text, arguments);
   std::string line;
@@ -31,6 +29,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   arguments.emplace_back(text);
   std::vector<std::string> again;
   dq::platform::SplitCommandLine(line, again);
-  if (again != arguments) std::abort();
-  return 0;
+  Require(again == arguments);
 }
+
+}  // namespace dq::fuzz

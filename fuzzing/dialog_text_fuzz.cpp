@@ -1,21 +1,13 @@
 // Any text as a dialog template, a menu, key combinations and a script. What is read holds the
 // promises of the form, and a text that breaks it leaves nothing.
 
-#include <algorithm>
-#include <cstdint>
-#include <cstdlib>
-#include <string>
-#include <string_view>
-
 #include "dqlib/framework/windows/dialog_template.h"
 #include "dqlib/framework/windows/menu.h"
 #include "dqlib/platform/dialog_script.h"
+#include "fuzzing/fuzzing.h"
 
+namespace dq::fuzz {
 namespace {
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
 
 int Depth(const dq::CMenu& menu) {
   int deepest = 0;
@@ -28,8 +20,7 @@ int Depth(const dq::CMenu& menu) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string_view text(reinterpret_cast<const char*>(data), size);
+void Try(std::string_view text) {
   std::string error;
   const auto dialog = dq::ReadDialogTemplate(text, &error);
   Require(dialog.has_value() == error.empty());
@@ -51,5 +42,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   dq::platform::DialogScript script;
   if (dq::platform::DialogScript::Read(text, script)) Require(script.IsDone());
-  return 0;
 }
+
+}  // namespace dq::fuzz

@@ -1,34 +1,30 @@
 // Any text as a number, in any format. Input: places, leading zero, grouping, negative order, then
 // the number.
 
-#include <algorithm>
-#include <cstdint>
-#include <cstdlib>
-#include <string_view>
-
 #include "dqlib/platform/locale.h"
+#include "fuzzing/fuzzing.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  if (size < 4) return 0;
-  dq::platform::NumberFormat format{.decimal_places = data[0],
-                                    .leading_zero = data[1] % 2 != 0,
-                                    .grouping = data[2],
+void dq::fuzz::Try(std::string_view input) {
+  if (input.size() < 4) return;
+  const auto setting = [&](int at) { return static_cast<unsigned char>(input[at]); };
+  dq::platform::NumberFormat format{.decimal_places = setting(0),
+                                    .leading_zero = setting(1) % 2 != 0,
+                                    .grouping = setting(2),
                                     .decimal_separator = ".",
                                     .thousands_separator = "",
-                                    .negative_order = data[3]};
-  const std::string_view number(reinterpret_cast<const char*>(data) + 4, size - 4);
+                                    .negative_order = setting(3)};
+  const std::string_view number = input.substr(4);
   const auto text = dq::platform::LayOutNumber(number, format);
-  if (!text) return 0;
+  if (!text) return;
 
   // What is laid out is a number again, and laying it out once more changes nothing.
   format.negative_order = 1;
   const auto plain = dq::platform::LayOutNumber(number, format);
-  if (!plain || dq::platform::LayOutNumber(*plain, format) != plain) std::abort();
+  Require(plain && platform::LayOutNumber(*plain, format) == plain);
 
   // Separators are all that grouping adds.
   format.thousands_separator = ",";
   auto grouped = dq::platform::LayOutNumber(number, format);
   std::erase(*grouped, ',');
-  if (grouped != plain) std::abort();
-  return 0;
+  Require(grouped == plain);
 }

@@ -1,21 +1,12 @@
 // Any bytes as an object map: either the map stays as it is, or what has been loaded is stored and
 // loads the same again.
 
-#include <cstdint>
-#include <cstdlib>
-#include <string>
-#include <string_view>
-
 #include "dqlib/dbvocab/object_info_map.h"
 #include "dqlib/framework/base/archive.h"
+#include "fuzzing/fuzzing.h"
 
+namespace dq::fuzz {
 namespace {
-
-using namespace dq;
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
 
 bool Load(CDBObjectInfoMap& map, std::string_view stream) {
   CMemFile file;
@@ -60,13 +51,13 @@ std::string Contents(const CDBObjectInfoMap& map) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void Try(std::string_view bytes) {
   CDBObjectInfoMap map;
   map.Insert("k", new CDBObjectInfo(OT_TABLE, "SCOTT", "EMP"));
   const std::string before = Contents(map);
-  if (!Load(map, {reinterpret_cast<const char*>(data), size})) {
+  if (!Load(map, bytes)) {
     Require(Contents(map) == before);
-    return 0;
+    return;
   }
   // Entries of a bucket are stored the newest first, so that each pass turns them round.
   const std::string stored = Store(map);
@@ -74,5 +65,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Require(Load(once, stored) && once.GetCount() == map.GetCount());
   CDBObjectInfoMap twice;
   Require(Load(twice, Store(once)) && Contents(twice) == Contents(map));
-  return 0;
 }
+
+}  // namespace dq::fuzz

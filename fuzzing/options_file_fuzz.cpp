@@ -1,25 +1,12 @@
 // Any text as an options file. What is read holds the promises of the form, and a file that breaks
 // it gives nothing.
 
-#include <algorithm>
-#include <cstdint>
-#include <cstdlib>
 #include <set>
-#include <string>
-#include <string_view>
 
+#include "fuzzing/fuzzing.h"
 #include "siblings/options/options_file.h"
 
-namespace {
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
-
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string_view text(reinterpret_cast<const char*>(data), size);
+void dq::fuzz::Try(std::string_view text) {
   dq::OptionsFile file;
   if (const auto error = dq::ReadOptionsText(text, file)) {
     const auto lines = std::ranges::count(text, '\n') + 2;
@@ -27,7 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Require(!error->text.empty());
     Require(std::ranges::none_of(error->text, [](char each) { return each < ' '; }));
     Require(file.options.empty() && file.variables.empty());
-    return 0;
+    return;
   }
   std::set<int> ids;
   for (const dq::OptionDefinition& each : file.options) {
@@ -41,5 +28,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Require(dq::ReadKeptValue(each.kind, kept.type, kept.data) == each.fallback);
     Require(!dq::ReadKeptValue(each.kind, kept.type + 1, kept.data));
   }
-  return 0;
 }

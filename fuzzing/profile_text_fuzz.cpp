@@ -1,28 +1,13 @@
 // Any text as a profile file, read and changed. Input: lines with the change (`s` sets a key, `k`
 // deletes a key, `d` a section), section, key and value, then the text.
 
-#include <algorithm>
-#include <cstdint>
-#include <cstdlib>
-#include <string>
-#include <string_view>
-
 #include "dqlib/platform/profile_text.h"
+#include "fuzzing/fuzzing.h"
 
+namespace dq::fuzz {
 namespace {
 
-using namespace dq::platform;
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
-
-std::string_view TakeLine(std::string_view& input) {
-  const std::size_t end = std::min(input.find('\n'), input.size());
-  const std::string_view line = input.substr(0, end);
-  input.remove_prefix(std::min(end + 1, input.size()));
-  return line;
-}
+using namespace platform;
 
 /// What a value is read back as.
 std::string_view ReadBack(std::string_view value) {
@@ -72,8 +57,7 @@ void RequireOnlyLinesRemoved(std::string_view before, std::string_view after) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  std::string_view input(reinterpret_cast<const char*>(data), size);
+void Try(std::string_view input) {
   const std::string_view change = TakeLine(input);
   const std::string_view section = TakeLine(input);
   const std::string_view key = TakeLine(input);
@@ -85,7 +69,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       Require(FindProfileValue(before, name, each).has_value());
     }
   }
-  if (!IsProfileSectionName(section) || !IsProfileKeyName(key) || !IsProfileValue(value)) return 0;
+  if (!IsProfileSectionName(section) || !IsProfileKeyName(key) || !IsProfileValue(value)) return;
 
   std::string after = before;
   bool changed = false;
@@ -106,5 +90,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     RequireOnlyLinesRemoved(before, after);
   }
   Require(changed == (before != after));
-  return 0;
 }
+
+}  // namespace dq::fuzz

@@ -1,15 +1,13 @@
 // Journals of the registry: any bytes are replayed, as they are and with the checksums put right,
 // so that what stands behind those is reached too.
 
-#include <algorithm>
 #include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <string>
 
 #include "dqlib/platform/checksum.h"
 #include "dqlib/platform/posix/registry_journal.h"
+#include "fuzzing/fuzzing.h"
 
+namespace dq::fuzz {
 namespace {
 
 using dq::platform::posix::JournalReplay;
@@ -45,23 +43,21 @@ std::string WithChecksums(std::string_view input) {
 void Replay(std::string_view bytes) {
   RegistryTree tree;
   const JournalReplay replay = ReplayJournal(bytes, kEpoch, kJournalHeaderSize, tree);
-  if (replay.end < kJournalHeaderSize || replay.end > kJournalHeaderSize + bytes.size()) {
-    std::abort();
-  }
+  Require(replay.end >= kJournalHeaderSize && replay.end <= kJournalHeaderSize + bytes.size());
   // What stands behind the last record adds nothing.
   RegistryTree same;
   const std::string_view used = bytes.substr(0, replay.end - kJournalHeaderSize);
-  if (ReplayJournal(used, kEpoch, kJournalHeaderSize, same).records != replay.records) std::abort();
+  Require(ReplayJournal(used, kEpoch, kJournalHeaderSize, same).records == replay.records);
 }
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+void Try(std::string_view bytes) {
   static_cast<void>(dq::platform::posix::DecodeJournalHead(bytes));
-  const std::string_view records = bytes.substr(std::min(size, kJournalHeaderSize));
+  const std::string_view records = bytes.substr(std::min(bytes.size(), kJournalHeaderSize));
   static_cast<void>(dq::platform::posix::FindJournalEpoch(records, kJournalHeaderSize));
   Replay(records);
   Replay(WithChecksums(bytes));
-  return 0;
 }
+
+}  // namespace dq::fuzz

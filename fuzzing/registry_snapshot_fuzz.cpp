@@ -2,12 +2,11 @@
 // whole.
 
 #include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <string>
 
 #include "dqlib/platform/posix/registry_snapshot.h"
+#include "fuzzing/fuzzing.h"
 
+namespace dq::fuzz {
 namespace {
 
 using dq::platform::Error;
@@ -22,17 +21,17 @@ std::string Written(const dq::platform::posix::RegistryTree& tree) {
     text += piece;
     return Error{};
   });
-  if (!error.ok()) std::abort();
+  Require(error.ok());
   return text;
 }
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string_view text(reinterpret_cast<const char*>(data), size);
+void Try(std::string_view text) {
   const LoadedSnapshot loaded = ReadSnapshot(text, kRoot);
   const std::string written = Written(*loaded.tree);
   const LoadedSnapshot again = ReadSnapshot(written, kRoot);
-  if (again.damaged || Written(*again.tree) != written) std::abort();
-  return 0;
+  Require(!again.damaged && Written(*again.tree) == written);
 }
+
+}  // namespace dq::fuzz

@@ -1,15 +1,11 @@
 // Reads a tool bar resource; what can be read comes back the same from its own written form.
 
-#include <cstdint>
-#include <cstdlib>
-
 #include "dqlib/framework/windows/tool_bar.h"
+#include "fuzzing/fuzzing.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+void dq::fuzz::Try(std::string_view bytes) {
   const auto bar = dq::ReadToolBarTemplate(bytes);
-  if (!bar) return 0;
+  if (!bar) return;
   const std::string again = dq::WriteToolBarTemplate(bar->picture_size, bar->commands);
-  if (!bytes.starts_with(again)) std::abort();
-  return 0;
+  Require(bytes.starts_with(again));
 }

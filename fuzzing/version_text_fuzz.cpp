@@ -1,25 +1,22 @@
 // Any text as a server's version on every platform. Input: the text.
 
 #include <cmath>
-#include <cstdint>
-#include <cstdlib>
-#include <string>
 
 #include "dqlib/dbvocab/version_string.h"
+#include "fuzzing/fuzzing.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string text(reinterpret_cast<const char*>(data), size);
+void dq::fuzz::Try(std::string_view input) {
+  const std::string text(input);
   for (const dq::DBMS platform : {dq::DBMS_NONE, dq::DBMS_SYBASE, dq::DBMS_SQLSERVER, dq::DBMS_DB2,
                                   dq::DBMS_ORACLE, dq::DBMS_DB2OS390}) {
     const dq::CDQDBVersionString version(text.c_str(), platform);
-    if (version.View().size() > size) std::abort();
+    Require(version.View().size() <= text.size());
     const double number = static_cast<double>(version);
-    if (!std::isfinite(number)) std::abort();
+    Require(std::isfinite(number));
     for (const double other : {number, 0.0, 6.5, 8.1, 1e300, -0.5}) {
       const int holds = (version < other) + (version == other) + (version > other);
-      if (holds != 1) std::abort();
-      if ((version == other) == (version != other)) std::abort();
+      Require(holds == 1);
+      Require((version == other) != (version != other));
     }
   }
-  return 0;
 }
