@@ -19,10 +19,11 @@ python3 "$here/make_rows.py" "$login" >"$directory/rows.sql"
 # client END OPTIONS ARGUMENTS: the client runs with the arguments and must have printed the line
 # END last, which it does only if no statement failed.
 client() {
-  local end="$1" arguments="${*: -1}" options=("${@:2:$#-2}") output
+  local end="$1" arguments="${*: -1}" options=("${@:2:$#-2}") output status=0
   output="$directory/output.txt"
-  "$dqtool" run --dir "$directory" "${options[@]}" sqlite3 "-batch -bail $arguments" | tee "$output"
-  if [[ "$(tail -n 1 "$output")" != "$end" ]]; then
+  "$dqtool" run --dir "$directory" "${options[@]}" sqlite3 "-batch -bail $arguments" | tee "$output" ||
+    status=$?
+  if ((status != 0)) || [[ "$(tail -n 1 "$output")" != "$end" ]]; then
     echo "run.sh: a script has not come to its end" >&2
     exit 1
   fi
