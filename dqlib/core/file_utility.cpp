@@ -28,14 +28,16 @@ bool IsWindowsForm(std::string_view path) {
 }
 
 /// Paths of the Windows form are compared, and come back, in lower case. A path without a root
-/// takes the form of its base.
-void LowerWindowsForm(CDQString& base, CDQString& path) {
+/// takes the form of its base. Whether both have one form.
+bool LowerWindowsForm(CDQString& base, CDQString& path) {
   const std::string_view text = path.View();
   const bool rooted =
       platform::HasDrive(text) || (!text.empty() && platform::IsSeparator(text.front()));
   const bool windows = IsWindowsForm(base.View());
-  if (windows || ((rooted || base.IsEmpty()) && IsWindowsForm(text))) path.MakeLower();
+  const bool path_windows = rooted || base.IsEmpty() ? IsWindowsForm(text) : windows;
+  if (path_windows) path.MakeLower();
   if (windows) base.MakeLower();
+  return windows == path_windows;
 }
 
 void ShowFileError(const char* path, const CFileException& error, bool saving) {
@@ -251,8 +253,10 @@ int CDQFileUtility::WriteFile(const char* path, const char* text, int length, bo
   const bool existed = DQLIB_FileExists(path);
   CFile file;
   CDQFileException error;
-  const UINT create = existed ? 0U : UINT{CFile::modeCreate};
-  if (!file.Open(path, CFile::modeWrite | CFile::shareDenyWrite | create, &error)) {
+  // What is appended and fails goes again.
+  const UINT flags =
+      (existed ? 0U : UINT{CFile::modeCreate}) | (replace ? 0U : UINT{CFile::modeAppend});
+  if (!file.Open(path, CFile::modeWrite | CFile::shareDenyWrite | flags, &error)) {
     ShowFileError(path, error, true);
     return 0;
   }
@@ -269,7 +273,6 @@ int CDQFileUtility::WriteFile(const char* path, const char* text, int length, bo
       throw;
     }
   } else {
-    file.SeekToEnd();
     file.Write(written.data(), static_cast<UINT>(written.size()));
     file.Flush();
     file.Close();
@@ -331,8 +334,8 @@ void CDQFileUtility::AbbreviateName(char* path, int length, int atLeastName) {
 CString CDQFileUtility::AbsolutePathToRelative(const char* base, const char* path) {
   CDQString from(base);
   CDQString to(path);
-  LowerWindowsForm(from, to);
-  if (from.IsEmpty() || to.IsEmpty()) return to;
+  const bool comparable = LowerWindowsForm(from, to);
+  if (from.IsEmpty() || to.IsEmpty() || !comparable) return to;
   if (to.Find(from) >= 0) return "." + to.Mid(from.GetLength());
   const CString drive = platform::SplitPath(from.View()).drive;
   if (drive.IsEmpty() || to.Find(drive) < 0) return to;

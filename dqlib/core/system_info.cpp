@@ -9,6 +9,7 @@
 #include "dqlib/framework/windows/win_app.h"
 #include "dqlib/platform/date_text.h"
 #include "dqlib/platform/paths.h"
+#include "dqlib/platform/per_thread.h"
 #include "dqlib/platform/platform.h"
 
 namespace dq {
@@ -174,18 +175,18 @@ CString CDQSystemInfo::GetFormattedDate(const SYSTEMTIME* time, DWORD flags) {
     SYSTEMTIME date;
     CString text;
   };
-  thread_local LaidOut last;
+  const platform::ThreadKept<LaidOut> last;
   const bool has_names = picture.View().find("ddd") != std::string_view::npos ||
                          picture.View().find("MMM") != std::string_view::npos;
-  if (has_names || last.locale != locale || last.picture != picture ||
-      last.date.wYear != shown.wYear || last.date.wMonth != shown.wMonth ||
-      last.date.wDay != shown.wDay) {
+  if (has_names || last->locale != locale || last->picture != picture ||
+      last->date.wYear != shown.wYear || last->date.wMonth != shown.wMonth ||
+      last->date.wDay != shown.wDay) {
     const std::string text =
         platform::LayOutDate(shown, picture.View(), *locale, LOCALE_USER_DEFAULT);
     // The platform gives no date at all if it has no room for it.
-    last = {locale, picture, shown, text.size() > kLongestDate ? CString() : CString(text)};
+    *last = {locale, picture, shown, text.size() > kLongestDate ? CString() : CString(text)};
   }
-  return last.text;
+  return last->text;
 }
 
 CString CDQSystemInfo::GetFormattedDate(const COleDateTime& time, DWORD flags) {

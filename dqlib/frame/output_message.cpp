@@ -1,6 +1,7 @@
 #include "dqlib/frame/output_message.h"
 
 #include <new>
+#include <utility>
 
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/base/trace.h"
@@ -36,9 +37,11 @@ void CDQOutputMessage::SendErrorMessage(UINT id, const char* target) {
 }
 
 void CDQOutputMessage::SendErrorMessage(const char* text, const char* target) {
-  m_strText = text;
-  m_eType = OUTPUT_PROGRAM_ERROR;
+  // Either may be the text or the target that the message has.
+  CString new_text(text);
   if (target != nullptr) m_strTarget = target;
+  m_strText = std::move(new_text);
+  m_eType = OUTPUT_PROGRAM_ERROR;
   Send(target != nullptr ? 1 : 0);
 }
 

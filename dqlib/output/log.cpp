@@ -7,6 +7,7 @@
 #include "dqlib/core/system_info.h"
 #include "dqlib/framework/windows/message_box.h"
 #include "dqlib/framework/windows/win_thread.h"
+#include "dqlib/platform/per_thread.h"
 #include "dqlib/platform/platform.h"
 #include "dqlib/resources/string_ids.h"
 
@@ -45,24 +46,14 @@ UINT Warn(void* parameter) {
   return 0;
 }
 
-std::uint64_t NextSerial() {
-  static std::atomic<std::uint64_t> last = 0;
-  return ++last;
-}
-
-/// The line that a thread wrote last. What is written in the same millisecond to the same log
-/// begins alike, so the stamp stays and only the text behind it is replaced.
+/// The line that a thread wrote last. What is written in the same millisecond begins alike, so the
+/// stamp stays and only the text behind it is replaced.
 struct LastLine {
-  std::uint64_t log = 0;
   SYSTEMTIME time;
+  /// 0 if there is none.
   std::size_t stamp_size = 0;
   std::string bytes;
-  /// Bytes that can be written in that millisecond without asking how long the file is.
-  std::uint64_t free = 0;
 };
-
-/// More than all other writers together bring into a file within a millisecond.
-constexpr std::uint64_t kMostOfOthers = 64 * 1024 * 1024;
 
 /// More than an ordinary line: not kept once it is written.
 constexpr std::size_t kLongLine = 65536;
@@ -76,14 +67,12 @@ std::int64_t FoundSize(std::uint64_t size) {
 
 IMPLEMENT_SERIAL(CDQLog, CObject, 1)
 
-CDQLog::CDQLog()
-    : m_pWarning(std::make_shared<detail::LogWarning>(false)), m_nSerial(NextSerial()) {}
+CDQLog::CDQLog() : m_pWarning(std::make_shared<detail::LogWarning>(false)) {}
 
 CDQLog::CDQLog(const CString& name, DWORD maxKilobytes, bool warn)
     : m_strLogFileName(name),
       m_nMaxFileSize(maxKilobytes),
-      m_pWarning(std::make_shared<detail::LogWarning>(warn)),
-      m_nSerial(NextSerial()) {
+      m_pWarning(std::make_shared<detail::LogWarning>(warn)) {
   Initialize();
 }
 
@@ -109,11 +98,6 @@ void CDQLog::Initialize() {
   m_pFile = std::move(file);
 }
 
-void CDQLog::SetMaxFileSize(DWORD size) {
-  m_nMaxFileSize = size;
-  m_nSerial = NextSerial();
-}
-
 void CDQLog::LogMessage(UINT stringId) { LogMessage(LoadText(stringId)); }
 
 void CDQLog::LogMessage(UINT stringId, const char* arg) {
@@ -130,37 +114,25 @@ void CDQLog::LogMessage(UINT stringId, const char* arg1, const char* arg2) {
 
 void CDQLog::LogMessage(const CString& text) {
   if (!m_bUseLog || m_pFile == nullptr || text.IsEmpty()) return;
-  thread_local LastLine line;
+  const platform::ThreadKept<LastLine> line;
   const platform::Platform& services = platform::Current();
   const SYSTEMTIME now = services.clock->LocalTime();
-  if (line.log != m_nSerial || line.time != now) {
-    line.log = 0;
-    line.bytes = CDQSystemInfo::GetFormattedDateTime(&now, DATE_SHORT).View();
-    line.bytes += "  ";
-    line.stamp_size = line.bytes.size();
-    line.free = 0;
-    line.time = now;
-    line.log = m_nSerial;
+  if (line->stamp_size == 0 || line->time != now) {
+    line->stamp_size = 0;
+    line->bytes = CDQSystemInfo::GetFormattedDateTime(&now, DATE_SHORT).View();
+    line->bytes += "  ";
+    line->stamp_size = line->bytes.size();
+    line->time = now;
   }
-  line.bytes.resize(line.stamp_size);
-  line.bytes.append(text.View()).append("\r\n");
+  line->bytes.resize(line->stamp_size);
+  line->bytes.append(text.View()).append("\r\n");
   // One write, so that the lines of several writers don't mix.
-  platform::Result<std::uint64_t> written = std::uint64_t{0};
-  const bool asks = m_pWarning->may_warn && line.free < line.bytes.size();
-  if (asks) {
-    written = services.files->WriteAndTell(m_pFile->m_hFile, line.bytes);
-  } else {
-    written.error = services.files->Write(m_pFile->m_hFile, line.bytes);
-  }
-  line.free -= std::min<std::uint64_t>(line.free, line.bytes.size());
-  if (line.bytes.size() > kLongLine) line = {};
+  const auto written = services.files->WriteAndTell(m_pFile->m_hFile, line->bytes);
+  if (line->bytes.size() > kLongLine) *line = {};
   if (!written.ok()) {
     throw CFileException(CFileException::CauseOf(written.error),
                          static_cast<LONG>(written.error.code), m_strLogFileName);
   }
-  if (!asks) return;
-  const std::uint64_t near = written.value + kMostOfOthers;
-  if (m_nMaxFileSize > near) line.free = m_nMaxFileSize - near;
   DisplayWarningMessage(written.value);
 }
 
@@ -196,12 +168,12 @@ int DQLIB_WriteLogFile(const char* path, const char* text, long maxKilobytes) tr
   const CString entry = CDQSystemInfo::GetCurrentDateTime(DATE_SHORT) + "\r\n" + text + "\r\n";
   CFile file;
   // Nothing is emptied before the file is held: another process may be writing its entry just now.
-  constexpr UINT kFlags = CFile::modeWrite | CFile::shareDenyWrite | CFile::modeNoTruncate;
+  constexpr UINT kFlags =
+      CFile::modeWrite | CFile::shareDenyWrite | CFile::modeNoTruncate | CFile::modeAppend;
   if (!file.Open(path, kFlags | (exists ? 0 : UINT{CFile::modeCreate}))) return -1;
   if (limit > 0 && CFile::GetStatus(path, status) && FoundSize(status.m_size) >= limit) {
     file.SetLength(0);
   }
-  file.SeekToEnd();
   file.Write(static_cast<const char*>(entry), static_cast<UINT>(entry.GetLength()));
   file.Close();
   return 1;

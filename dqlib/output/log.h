@@ -44,8 +44,8 @@ class CDQLog : public CObject {
 
   /// Write one line: the short date and the time, two blanks, the text, CR LF. An empty text, or an
   /// id without a string, writes nothing. The last two fill %1 and %2. Throw a `CFileException` if
-  /// the system refuses the write. The date is laid out once a millisecond, so a locale that
-  /// changes shows from the next one on.
+  /// the system refuses the write, which leaves no part of the line then. The date is laid out once
+  /// a millisecond, so a locale that changes shows from the next one on.
   void LogMessage(UINT stringId);
   void LogMessage(const CString& text);
   void LogMessage(UINT stringId, const char* arg);
@@ -67,7 +67,7 @@ class CDQLog : public CObject {
   void SetUseLog(bool use) { m_bUseLog = use; }
   /// Kilobytes until `Initialize` has run, bytes afterwards.
   DWORD GetMaxFileSize() const { return m_nMaxFileSize; }
-  void SetMaxFileSize(DWORD size);
+  void SetMaxFileSize(DWORD size) { m_nMaxFileSize = size; }
 
  private:
   /// `length` is the file's, right behind the line that has been written.
@@ -79,8 +79,6 @@ class CDQLog : public CObject {
   std::unique_ptr<CFile> m_pFile;
   /// Shared with the warning's thread, which may outlive the log.
   std::shared_ptr<detail::LogWarning> m_pWarning;
-  /// Tells this log from every other of the process, and from itself with another maximum.
-  std::uint64_t m_nSerial;
 };
 
 /// Appends one entry, of two lines, to a log file: date and time, then the text. `maxKilobytes`

@@ -27,7 +27,8 @@ class Console {
   virtual ~Console();
 
   /// Makes the standard streams safe; to be called first in `main`. A write whose reader is gone
-  /// fails from now on, where the system would end the program. A stream that is closed is put on a
+  /// fails from now on, and so does one beyond the user's limit for the size of files, where the
+  /// system would end the program. A stream that is closed is put on a
   /// file that refuses what the stream is for, so that nothing else the program opens is taken for
   /// it. Children are not affected.
   virtual void PrepareStreams() = 0;

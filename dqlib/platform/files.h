@@ -43,7 +43,8 @@ struct OpenOptions {
   /// Empties a file that exists.
   bool truncate = false;
   /// Every write goes to the end of the file as it is then, in one step that no other writer comes
-  /// between; for writing only.
+  /// between; for writing only. Of a write that fails nothing stays, but where another writer has
+  /// added to the file meanwhile. Several threads may write at once.
   bool append = false;
   /// Fails with `kBusy` while someone else has the file open for writing, and keeps others from
   /// opening it for writing; `deny_read` asks for it alone and keeps them from opening it at all.
@@ -92,8 +93,9 @@ struct VolumeFacts {
 /// The file system. Paths may use both separators; on POSIX a path with a drive or of the network
 /// is not found. A path is at most 4,095 bytes and holds no zero, else `kInvalidArgument`. A
 /// directory where a file is asked for is `kAccessDenied`, and so is writing to a file that is
-/// read-only, also for users whom the system would let. Any thread; one thread at a time may use
-/// one open file.
+/// read-only, also for users whom the system would let. Nothing is written by a link that someone
+/// who is neither the user nor the directory's owner has put into a directory for everybody: that
+/// too is `kAccessDenied`. Any thread; one thread at a time may use one open file.
 class Files {
  public:
   Files() = default;

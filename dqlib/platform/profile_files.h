@@ -16,11 +16,12 @@ namespace dq::platform {
 /// Names of sections and keys are compared without regard to the case of ASCII letters and without
 /// blanks around them. On reading, blanks around a value and one pair of quotes (' or ") around it
 /// are dropped. Writing changes only the line concerned: comments, order, unknown lines and the
-/// line ends of every other line stay byte for byte. A new key goes behind the last key of its
-/// section, a new section to the end of the file, both with the line end that the file uses, CR LF
-/// in a new one. A path without a directory lies in the user's configuration directory. Every call
-/// reads the file as it is then; a write replaces it atomically and keeps out other writers
-/// meanwhile, so that none is lost. Files that are made may be read by the user only. Any thread.
+/// line ends of every other line stay byte for byte. A new key goes to the end of its section,
+/// before the blank lines there, a new section to the end of the file, both with the line end that
+/// the file uses, CR LF in a new one. A path without a directory lies in the user's configuration
+/// directory. Every call reads the file as it is then; a write replaces it atomically and keeps out
+/// other writers meanwhile, so that none is lost. Files that are made may be read by the user only.
+/// Any thread.
 class ProfileFiles {
  public:
   ProfileFiles() = default;

@@ -231,10 +231,12 @@ bool SetProfileValue(std::string& text, std::string_view section, std::string_vi
                  {"[" + std::string(Trim(section)) + "]", std::string(key) + "=" + wanted});
     return true;
   }
-  Line last_key = line;
+  // Blank lines at the end of a section set it off from the next one.
+  Line last = line;
   while (lines.Next(line) && line.kind != LineKind::kSection) {
+    if (!Trim(std::string_view(text).substr(line.begin, line.end - line.begin)).empty())
+      last = line;
     if (line.kind != LineKind::kKey) continue;
-    last_key = line;
     if (!EqualIgnoringCase(line.name, key)) continue;
     if (line.value == value) return false;
     const std::string replaced = std::string(line.name) + "=" + wanted;
@@ -242,7 +244,7 @@ bool SetProfileValue(std::string& text, std::string_view section, std::string_vi
     text.replace(line.begin, line.end - line.begin, replaced);
     return true;
   }
-  InsertBehind(text, last_key, {std::string(key) + "=" + wanted});
+  InsertBehind(text, last, {std::string(key) + "=" + wanted});
   return true;
 }
 

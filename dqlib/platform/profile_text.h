@@ -38,9 +38,10 @@ std::vector<std::string> ProfileKeys(std::string_view text, std::string_view sec
 /// Changes of a text, which keep every byte of the lines that they don't concern. Each returns
 /// whether the text has changed.
 
-/// Sets a key: in its line, which keeps its spelling of the name; in a new line behind the last key
-/// of the section; or in a new section at the end. A new line has the line end of the one before
-/// it, else that of the first line, else CR LF. Names and value are as the tests above have them.
+/// Sets a key: in its line, which keeps its spelling of the name; in a new line at the end of the
+/// section, before the blank lines there; or in a new section at the end. A new line has the line
+/// end of the one before it, else that of the first line, else CR LF. Names and value are as the
+/// tests above have them.
 bool SetProfileValue(std::string& text, std::string_view section, std::string_view key,
                      std::string_view value);
 

@@ -47,6 +47,9 @@ TEST(FileUtility, RelativePathsAndBack) {
     EXPECT_STREQ(Utility::AbsolutePathToRelative(base, path), relative) << path;
     EXPECT_STREQ(Utility::RelativePathToAbsolute(base, relative), absolute) << path;
   }
+  EXPECT_STREQ(Utility::AbsolutePathToRelative("c:\\data", "/home/User/c:/X"), "/home/User/c:/X");
+  EXPECT_STREQ(Utility::RelativePathToAbsolute("c:\\data", "/home/User/X"), "/home/User/X");
+  EXPECT_STREQ(Utility::AbsolutePathToRelative("/Data", "C:\\Data\\X"), "c:\\data\\x");
   EXPECT_STREQ(Utility::RelativePathToAbsolute("C:\\Data", ".\\Sub\\A"), "c:\\data\\sub\\a");
   EXPECT_STREQ(Utility::RelativePathToAbsolute("/Data", ".\\Sub"), "/Data\\Sub");
   EXPECT_STREQ(Utility::AbsolutePathToRelative(nullptr, nullptr), "");

@@ -5,10 +5,14 @@
 #include <future>
 #include <gtest/gtest.h>
 #include <pthread.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
+#include "dqlib/platform/files.h"
 #include "dqlib/platform/platform.h"
+#include "tests/support/forked_process.h"
 #include "tests/support/own_process.h"
+#include "tests/support/temp_directory.h"
 
 namespace dq::platform {
 namespace {
@@ -69,6 +73,26 @@ TEST(Console, WatchEndsThoughMoreRequestsThanAPipeHoldsWait) {
   go_on.set_value();
   watch.reset();
   EXPECT_GE(calls, 2);
+}
+
+TEST(Console, AWriteBeyondTheLimitOfFilesFails) {
+  const test::TempDirectory dir;
+  test::ForkedProcess child([&] {
+    System().console->PrepareStreams();
+    EXPECT_NE(PresentHandler(SIGXFSZ), SIG_IGN) << "a child would inherit it";
+    const rlimit limit{1000, 1000};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    Files& files = *System().files;
+    EXPECT_EQ(files.Replace(dir / "a", std::string(1001, 'x'), false).code, DWORD{EFBIG});
+    const HANDLE log =
+        files.Open(dir / "log", {.write = true, .create = true, .append = true}).value;
+    EXPECT_TRUE(files.Write(log, std::string(990, 'x')).ok());
+    EXPECT_EQ(files.Write(log, "this is torn").code, DWORD{EFBIG});
+    EXPECT_EQ(files.Length(log).value, 990u);
+    EXPECT_TRUE(files.Write(log, "whole").ok());
+  });
+  EXPECT_TRUE(child.EndsWell());
+  EXPECT_EQ(dir.Count(), 1u);
 }
 
 TEST(Console, WriteWithoutAReaderFailsAndChildrenAreNotAffected) {

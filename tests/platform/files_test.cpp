@@ -1,6 +1,7 @@
 #include "dqlib/platform/files.h"
 
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <gmock/gmock.h>
 #include <memory>
@@ -8,6 +9,7 @@
 
 #include "dqlib/platform/posix/mount_table.h"
 #include "dqlib/platform/posix/system_services.h"
+#include "dqlib/platform/profile_files.h"
 #include "tests/support/failing_system_calls.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/rows.h"
@@ -242,6 +244,83 @@ TEST_F(FilesTest, ChangesAreDoneOrNotWhicheverCallFails) {
   calls.WriteAtMost(1000);
   EXPECT_TRUE(failing->Replace(dir / "to", large, false).ok());
   EXPECT_EQ(dir.Get("to"), large);
+}
+
+TEST_F(FilesTest, WhatAFullDiskRefusesToAppendLeavesNothing) {
+  test::FailingSystemCalls calls;
+  const std::unique_ptr<Files> full = posix::MakeFiles(calls);
+  for (const auto& [most, room, other, left] :
+       Rows<std::size_t, std::size_t, const char*, std::string>{
+           {99, 5, "", "old,"},
+           {2, 5, "", "old,"},
+           {99, 0, "", "old,"},
+           {99, 5, "other's ", "old,lost other's "},
+       }) {
+    const std::string path = dir.Put("log", "old,");
+    const OpenOptions options{.read = false, .write = true, .append = true};
+    const HANDLE file = full->Open(path, options).value;
+    calls.WriteAtMost(most);
+    calls.LeaveRoom(room);
+    calls.AfterWrites([&, text = other] { std::ofstream(path, std::ios::app) << text; });
+    EXPECT_EQ(full->WriteAndTell(file, "lost line").error.kind, ErrorKind::kNoSpace);
+    calls.LeaveRoom(1 << 20);
+    EXPECT_EQ(dir.Get("log"), left) << most << ' ' << room;
+    EXPECT_EQ(full->WriteAndTell(file, "kept").value, left.size() + 4);
+    EXPECT_EQ(dir.Get("log"), left + "kept");
+    full->Close(file);
+  }
+}
+
+TEST_F(FilesTest, NothingIsWrittenByAnothersLinkInADirectoryForEverybody) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root can make links of others";
+  constexpr uid_t kOther = 12345;
+  ProfileFiles& profiles = *System().profile_files;
+  const std::string shared = dir / "shared";
+  const std::string link = shared + "/link";
+  fs::create_directory(shared);
+  for (const auto& [directory_mode, directory_owner, owner, target, refused] :
+       Rows<mode_t, uid_t, uid_t, const char*, bool>{
+           {01777, 0, kOther, "../a", true},
+           {01777, 0, kOther, "none", true},
+           {01777, kOther, kOther, "../a", false},
+           {01777, kOther, 0, "../a", false},
+           {01775, 0, kOther, "../a", false},
+           {0777, 0, kOther, "../a", false},
+       }) {
+    SCOPED_TRACE(testing::Message() << std::oct << directory_mode << ' ' << owner);
+    dir.Put("a", "[s]\nk=v\n");
+    fs::remove(link);
+    fs::create_symlink(target, link);
+    ASSERT_EQ(lchown(link.c_str(), owner, 0), 0);
+    ASSERT_EQ(chown(shared.c_str(), directory_owner, 0), 0);
+    ASSERT_EQ(chmod(shared.c_str(), directory_mode), 0);
+    const ErrorKind expected = refused ? ErrorKind::kAccessDenied : ErrorKind::kNone;
+    EXPECT_EQ(TryOpen(link, {.read = false, .write = true, .create = true}), expected);
+    EXPECT_EQ(files.SetAttributes(link, FILE_READ_ONLY).kind, expected);
+    EXPECT_EQ(files.SetAttributes(link, 0).kind, expected);
+    EXPECT_EQ(files.SetModified(link, 1000).kind, expected);
+    EXPECT_EQ(profiles.Write(link, "s", "k", "w").kind, expected);
+    EXPECT_EQ(files.Copy(dir / "a", link, true).kind,
+              refused ? expected : ErrorKind::kInvalidArgument);
+    EXPECT_EQ(dir.Get("a"), refused ? "[s]\nk=v\n" : "[s]\nk=w\n");
+    EXPECT_EQ(files.Replace(link, "new", false).kind, expected);
+    EXPECT_EQ(dir.Get("a"), refused ? "[s]\nk=v\n" : "new");
+    EXPECT_EQ(profiles.Read(link, "s", "k").has_value(), refused && target[0] == '.')
+        << "reading follows";
+  }
+  EXPECT_EQ(dir.Get("shared/none"), "(none)");
+}
+
+TEST_F(FilesTest, AWriterFollowsTheSystemsOwnLinksToPipes) {
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  const HANDLE pipe =
+      files.Open("/dev/fd/" + std::to_string(ends[1]), {.read = false, .write = true}).value;
+  EXPECT_TRUE(files.Write(pipe, "x").ok());
+  char byte = 0;
+  EXPECT_EQ(read(ends[0], &byte, 1), 1);
+  files.Close(pipe);
+  for (const int end : ends) close(end);
 }
 
 TEST_F(FilesTest, NothingThatIsAppendedIsLostToThoseWhoReplace) {

@@ -135,6 +135,14 @@ TEST_F(ProfileFilesTest, SurviveTheFailureOfEachCall) {
   }
 }
 
+TEST_F(ProfileFilesTest, ATemporaryNameThatIsTakenBlocksNoWrite) {
+  // The name under which a.ini is written anew. A directory there can't be removed like a file.
+  fs::create_directory(dir / ".dq65abe8b5491700c0.tmp");
+  EXPECT_TRUE(profiles.Write(path, "s", "k", "v").ok());
+  EXPECT_EQ(dir.Get("a.ini"), "[s]\r\nk=v\r\n");
+  EXPECT_EQ(dir.Count(), 2u);
+}
+
 TEST_F(ProfileFilesTest, EightProcessesLoseNothing) {
   constexpr int kProcesses = 8;
   constexpr int kKeys = 50;

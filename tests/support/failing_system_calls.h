@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <functional>
 #include <limits>
 #include <sys/file.h>
 #include <sys/mman.h>
@@ -31,12 +32,18 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
   void WriteAtMost(std::size_t bytes) { most_ = bytes; }
   /// The disk has room for so many bytes more; a write takes what still fits.
   void LeaveRoom(std::size_t bytes) { room_ = bytes; }
+  /// Something happens after the next write that takes a part.
+  void AfterWrites(std::function<void()> happens) { happens_ = std::move(happens); }
   /// The next new name is on another volume.
   void SplitVolumes() { split_ = true; }
   bool failed() const { return failed_; }
 
   ssize_t Write(int fd, const void* data, std::size_t size) override {
-    return Takes(size) ? SystemCalls::Write(fd, data, size) : -1;
+    const std::size_t wanted = size;
+    if (!Takes(size)) return -1;
+    const ssize_t count = SystemCalls::Write(fd, data, size);
+    if (size < wanted && happens_) std::exchange(happens_, {})();
+    return count;
   }
   ssize_t PositionedWrite(int fd, const void* data, std::size_t size, off_t offset) override {
     return Takes(size) ? SystemCalls::PositionedWrite(fd, data, size, offset) : -1;
@@ -124,6 +131,7 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
   int error_ = 0;
   bool failed_ = false;
   bool split_ = false;
+  std::function<void()> happens_;
   std::size_t most_ = kAny;
   std::size_t room_ = kAny;
 };

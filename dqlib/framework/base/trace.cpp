@@ -7,7 +7,8 @@ namespace dq {
 namespace {
 
 TraceSink& Sink() {
-  static TraceSink sink;
+  // Never destroyed: destructors of static objects may trace.
+  static TraceSink& sink = *new TraceSink;
   return sink;
 }
 

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "dqlib/framework/windows/wnd.h"
+#include "dqlib/platform/per_thread.h"
 #include "dqlib/platform/platform.h"
 
 namespace dq {
@@ -72,16 +73,7 @@ MessageQueue::~MessageQueue() {
   for (SentMessage* sent : sent_) CompleteLocked(sent->answered);
 }
 
-MessageQueue* MessageQueue::Current() {
-  static thread_local bool gone = false;
-  struct Holder {
-    MessageQueue queue;
-    ~Holder() { gone = true; }
-  };
-  if (gone) return nullptr;
-  static thread_local Holder holder;
-  return &holder.queue;
-}
+MessageQueue* MessageQueue::Current() { return platform::PerThread<MessageQueue>(); }
 
 HWND MessageQueue::AddWindow(CWnd* window, std::string class_name) {
   MessageQueue* const owner = Current();

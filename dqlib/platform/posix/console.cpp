@@ -33,7 +33,7 @@ void OnStopSignal(int) {
 }
 
 // A handler, and not "ignore", because that would be passed on to children.
-void OnBrokenPipe(int) {}
+void OnRefusedWrite(int) {}
 
 bool IsIgnored(int signal_number) {
   struct sigaction present {};
@@ -103,9 +103,10 @@ class PosixConsole : public Console {
       // The lowest number that is free is the stream's, since those below it are open by now.
       open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
     }
-    if (IsIgnored(SIGPIPE)) return;
-    const struct sigaction action = Handler(OnBrokenPipe);
-    sigaction(SIGPIPE, &action, nullptr);
+    const struct sigaction action = Handler(OnRefusedWrite);
+    for (const int refusal : {SIGPIPE, SIGXFSZ}) {
+      if (!IsIgnored(refusal)) sigaction(refusal, &action, nullptr);
+    }
   }
 
   std::unique_ptr<StopWatch> WatchStopRequests(std::function<void()> on_stop) override {

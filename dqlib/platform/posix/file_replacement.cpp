@@ -102,16 +102,27 @@ Result<Temporary> MakeTemporary(SystemCalls& calls, const Replacement& replaceme
   constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW;
   constexpr int kAttempts = 10;
   const mode_t mode = replacement.old ? kWhileFilled : replacement.mode;
-  const bool made_up = replacement.temporary.empty();
-  const std::string directory = DirectoryOf(replacement.target);
-  if (made_up && IsFirstIn(calls, directory)) RemoveLeftovers(calls, directory);
-  for (int attempt = 0; attempt < kAttempts; ++attempt) {
-    Temporary temporary;
-    temporary.path = made_up ? TemporaryBeside(replacement.target) : replacement.temporary;
+  Temporary temporary;
+  if (!replacement.temporary.empty()) {
+    // What is there and can't be removed somebody else has made, which must not keep this one from
+    // writing.
+    static_cast<void>(calls.Unlink(replacement.temporary.c_str()));
+    temporary.path = replacement.temporary;
     const Result<int> fd = OpenFile(calls, temporary.path, kFlags, mode);
+    if (fd.ok()) {
+      temporary.file = FileDescriptor(calls, fd.value);
+      return temporary;
+    }
+    if (fd.error.code != EEXIST) return fd.error;
+  }
+  const std::string directory = DirectoryOf(replacement.target);
+  if (IsFirstIn(calls, directory)) RemoveLeftovers(calls, directory);
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    temporary.path = TemporaryBeside(replacement.target);
+    const Result<int> fd = OpenFile(calls, temporary.path, kFlags, mode);
+    if (fd.error.code == EEXIST) continue;
     if (!fd.ok()) return fd.error;
     temporary.file = FileDescriptor(calls, fd.value);
-    if (!made_up) return temporary;
     // Between making and locking, somebody may take the file for a leftover.
     const bool taken = calls.Lock(fd.value, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
     struct stat status;

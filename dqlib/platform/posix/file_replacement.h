@@ -15,8 +15,9 @@ namespace dq::platform::posix {
 struct Replacement {
   /// The file, which is no link.
   std::string target;
-  /// The new one's name until it is complete, in the same directory. There is no file of that name,
-  /// nor does anyone else make one. If empty, `ReplaceFile` makes up a name, and removes what
+  /// The new one's name until it is complete, in the same directory. Nobody else uses it now, so
+  /// that a file of that name is what a writer has left that died, and goes. If there is one that
+  /// can't be removed, or if this is empty, `ReplaceFile` makes up a name, and removes what
   /// processes that died meanwhile have left under such names in the directory.
   std::string temporary;
   /// That of the old file, whose owner and permissions the new one gets; none if there is none.

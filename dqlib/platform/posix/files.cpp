@@ -124,8 +124,10 @@ Result<HANDLE> PosixFiles::Open(std::string_view path, const OpenOptions& option
   }
   Error error;
   try {
+    auto appending = options.append ? std::make_unique<std::mutex>() : nullptr;
     const mode_t mode = options.user_only ? kUserOnly : kEveryone;
     error = OpenShared(calls_, native.value, flags, mode, options, *opened);
+    opened->appending = std::move(appending);
   } catch (const std::exception&) {
     error = ErrorOfException();
   }
@@ -162,17 +164,19 @@ Result<std::size_t> PosixFiles::Read(HANDLE file, std::span<char> buffer) try {
 
 Error PosixFiles::Write(HANDLE file, std::string_view bytes) try {
   const OpenedPtr opened = Opened(file);
-  return opened ? WriteFully(calls_, opened->descriptor.get(), bytes) : kBadHandle;
+  return opened ? WriteOpened(calls_, *opened, bytes, nullptr) : kBadHandle;
 } catch (const std::exception&) {
   return ErrorOfException();
 }
 
-Result<std::uint64_t> PosixFiles::WriteAndTell(HANDLE file, std::string_view bytes) {
+Result<std::uint64_t> PosixFiles::WriteAndTell(HANDLE file, std::string_view bytes) try {
   const OpenedPtr opened = Opened(file);
   if (!opened) return kBadHandle;
-  const int fd = opened->descriptor.get();
-  if (const Error error = WriteFully(calls_, fd, bytes); !error.ok()) return error;
-  return static_cast<std::uint64_t>(std::max<off_t>(calls_.Seek(fd, 0, SEEK_CUR), 0));
+  std::uint64_t position = 0;
+  if (const Error error = WriteOpened(calls_, *opened, bytes, &position); !error.ok()) return error;
+  return position;
+} catch (const std::exception&) {
+  return ErrorOfException();
 }
 
 Result<std::uint64_t> PosixFiles::Seek(HANDLE file, std::int64_t offset, SeekOrigin origin) try {
@@ -289,15 +293,17 @@ Result<FileStatus> PosixFiles::Status(std::string_view path) try {
 Error PosixFiles::SetAttributes(std::string_view path, DWORD attributes) try {
   const Result<std::string> native = NativePath(path);
   if (!native.ok()) return native.error;
+  const Result<std::string> target = FollowLinks(native.value, calls_);
+  if (!target.ok()) return target.error;
   struct stat status;
-  if (calls_.Status(native.value.c_str(), &status) != 0) return LastError();
+  if (calls_.Status(target.value.c_str(), &status) != 0) return LastError();
   const bool read_only = (attributes & FILE_READ_ONLY) != 0;
   if (read_only == ((status.st_mode & S_IWUSR) == 0)) return {};
   constexpr mode_t kAllWrite = S_IWUSR | S_IWGRP | S_IWOTH;
   const mode_t mode = status.st_mode & 07777;
   // Taking it back gives the right to write to the user alone: whether others had it is not known.
   return ResultOf(
-      calls_.ChangeMode(native.value.c_str(), read_only ? mode & ~kAllWrite : mode | S_IWUSR));
+      calls_.ChangeMode(target.value.c_str(), read_only ? mode & ~kAllWrite : mode | S_IWUSR));
 } catch (const std::exception&) {
   return ErrorOfException();
 }
@@ -305,8 +311,10 @@ Error PosixFiles::SetAttributes(std::string_view path, DWORD attributes) try {
 Error PosixFiles::SetModified(std::string_view path, std::int64_t seconds) try {
   const Result<std::string> native = NativePath(path);
   if (!native.ok()) return native.error;
+  const Result<std::string> target = FollowLinks(native.value, calls_);
+  if (!target.ok()) return target.error;
   const timespec times[] = {{0, UTIME_OMIT}, {static_cast<time_t>(seconds), 0}};
-  return ResultOf(calls_.SetTimes(native.value.c_str(), times));
+  return ResultOf(calls_.SetTimes(target.value.c_str(), times));
 } catch (const std::exception&) {
   return ErrorOfException();
 }

@@ -2,12 +2,29 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "dqlib/platform/paths.h"
+#include "dqlib/platform/posix/file_replacement.h"
 #include "dqlib/platform/posix/system_services.h"
 
 namespace dq::platform::posix {
+namespace {
+
+/// Whether a link may be followed to a file that is written.
+Error CheckLink(SystemCalls& calls, const std::string& path) {
+  struct stat directory;
+  struct stat link;
+  if (calls.Status(DirectoryOf(path).c_str(), &directory) != 0) return ErrorFromErrno(errno);
+  constexpr mode_t kShared = S_ISVTX | S_IWOTH;
+  if ((directory.st_mode & kShared) != kShared) return {};
+  if (calls.LinkStatus(path.c_str(), &link) != 0) return ErrorFromErrno(errno);
+  const bool trusted = link.st_uid == ::geteuid() || link.st_uid == directory.st_uid;
+  return trusted ? Error{} : ErrorFromErrno(EACCES);
+}
+
+}  // namespace
 
 Result<std::string> NativePath(std::string_view path) {
   if (path.size() > kMaxPath) return Error{ErrorKind::kInvalidArgument, ENAMETOOLONG};
@@ -30,6 +47,7 @@ Result<std::string> FollowLinks(std::string path, SystemCalls& calls) {
     // which would be put in its place.
     if (size < 0 && (errno == EINVAL || errno == ENOENT)) return path;
     if (size < 0) return ErrorFromErrno(errno);
+    if (const Error error = CheckLink(calls, path); !error.ok()) return error;
     const std::string_view link(target, static_cast<std::size_t>(size));
     if (link.starts_with('/')) {
       path = link;

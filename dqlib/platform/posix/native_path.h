@@ -16,7 +16,10 @@ inline constexpr std::size_t kMaxPath = 4095;
 /// zero; `kNotFound` for "", and for drives and network paths, which don't exist here.
 Result<std::string> NativePath(std::string_view path);
 
-/// The file that a path names when links at its end are followed, whether it exists or not.
+/// The file that a path names when links at its end are followed, whether it exists or not. For
+/// whoever writes there: in a directory where everybody may make files and nobody remove another's,
+/// a link of someone who is neither this user nor the directory's owner may be a trap, and is
+/// `kAccessDenied`.
 Result<std::string> FollowLinks(std::string path, SystemCalls& calls = RealSystemCalls());
 
 }  // namespace dq::platform::posix

@@ -4,27 +4,30 @@
 #include <optional>
 #include <utility>
 
+#include "dqlib/platform/per_thread.h"
 #include "dqlib/platform/posix/system_services.h"
 
 namespace dq::platform::posix {
 namespace {
 
-std::optional<NetworkError>& Recorded() {
-  static thread_local std::optional<NetworkError> error;
-  return error;
-}
+struct Recorded {
+  std::optional<NetworkError> error;
+};
 
 class RecordingNetwork : public Network {
  public:
   Result<NetworkError> LastError() override {
-    if (!Recorded()) return ErrorFromErrno(ENODATA);
-    return *Recorded();
+    const Recorded* const recorded = PerThread<Recorded>();
+    if (recorded == nullptr || !recorded->error) return ErrorFromErrno(ENODATA);
+    return *recorded->error;
   }
 };
 
 }  // namespace
 
-void RecordNetworkError(NetworkError error) { Recorded() = std::move(error); }
+void RecordNetworkError(NetworkError error) {
+  if (Recorded* const recorded = PerThread<Recorded>()) recorded->error = std::move(error);
+}
 
 Network& SystemNetwork() {
   static RecordingNetwork& network = *new RecordingNetwork;

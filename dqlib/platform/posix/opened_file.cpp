@@ -1,5 +1,6 @@
 #include "dqlib/platform/posix/opened_file.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <fcntl.h>
@@ -24,12 +25,26 @@ Result<bool> IsAt(SystemCalls& calls, const std::string& native, const struct st
   return errno == ENOENT ? Result<bool>(false) : LastError();
 }
 
+/// Opens a file by a path that ends in no link, nor gets one meanwhile.
+Result<int> OpenToWrite(SystemCalls& calls, const std::string& native, int flags, mode_t mode,
+                        struct stat& status) {
+  const Result<std::string> target = FollowLinks(native, calls);
+  if (!target.ok()) return target.error;
+  // The system has links that lead to pipes and terminals, with names that aren't paths.
+  if (target.value != native && calls.Status(native.c_str(), &status) == 0 &&
+      !S_ISREG(status.st_mode)) {
+    return OpenAtOnce(calls, native, flags, mode, status);
+  }
+  return OpenAtOnce(calls, target.value, flags | O_NOFOLLOW, mode, status);
+}
+
 /// Opens a file that is to be replaced, and notes whether that made it.
 Result<int> OpenToReplace(SystemCalls& calls, const std::string& native, int flags, mode_t mode,
                           struct stat& status, OpenedFile& opened) {
   Result<std::string> target = FollowLinks(native, calls);
   if (!target.ok()) return target.error;
   opened.target = std::move(target.value);
+  flags |= O_NOFOLLOW;
   const Result<int> fd = OpenAtOnce(calls, opened.target, flags & ~O_CREAT, mode, status);
   if (fd.error.code != ENOENT || (flags & O_CREAT) == 0) return fd;
   const Result<int> made = OpenAtOnce(calls, opened.target, flags | O_EXCL, mode, status);
@@ -76,7 +91,8 @@ Error OpenShared(SystemCalls& calls, const std::string& native, int flags, mode_
     struct stat status;
     const Result<int> fd = options.replace
                                ? OpenToReplace(calls, native, flags, mode, status, opened)
-                               : OpenAtOnce(calls, native, flags, mode, status);
+                           : options.write ? OpenToWrite(calls, native, flags, mode, status)
+                                           : OpenAtOnce(calls, native, flags, mode, status);
     if (options.replace && fd.error.code == EEXIST) continue;  // someone else was faster
     if (!fd.ok()) return fd.error;
     opened.descriptor = FileDescriptor(calls, fd.value);
@@ -94,6 +110,18 @@ Error OpenShared(SystemCalls& calls, const std::string& native, int flags, mode_
     if (!error.ok()) return error;
   }
   return ErrorFromErrno(EBUSY);
+}
+
+Error WriteOpened(SystemCalls& calls, OpenedFile& opened, std::string_view bytes,
+                  std::uint64_t* position) {
+  const int fd = opened.descriptor.get();
+  const bool appends = opened.appending != nullptr;
+  const auto lock = appends ? std::unique_lock(*opened.appending) : std::unique_lock<std::mutex>();
+  const Error error = appends ? AppendFully(calls, fd, bytes) : WriteFully(calls, fd, bytes);
+  if (error.ok() && position != nullptr) {
+    *position = static_cast<std::uint64_t>(std::max<off_t>(calls.Seek(fd, 0, SEEK_CUR), 0));
+  }
+  return error;
 }
 
 Error ReplaceOpened(SystemCalls& calls, OpenedFile& opened, std::string_view bytes) {

@@ -2,6 +2,9 @@
 
 #pragma once
 
+#include <cstdint>
+#include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
@@ -26,6 +29,9 @@ Result<int> OpenAtOnce(SystemCalls& calls, const std::string& native, int flags,
 struct OpenedFile {
   FileDescriptor descriptor;
   bool ordinary = false;
+  /// Of one that is open for appending: held by whoever writes, so that the position is that of the
+  /// last write.
+  std::unique_ptr<std::mutex> appending;
   /// Of one that is to be replaced: its path, links followed, and whether opening has made it.
   std::string target;
   bool made = false;
@@ -34,6 +40,10 @@ struct OpenedFile {
 /// Opens a file and claims for it what the options say. One that is made gets the mode.
 Error OpenShared(SystemCalls& calls, const std::string& native, int flags, mode_t mode,
                  const OpenOptions& options, OpenedFile& opened);
+
+/// Writes all bytes, and tells the position behind them if asked to.
+Error WriteOpened(SystemCalls& calls, OpenedFile& opened, std::string_view bytes,
+                  std::uint64_t* position);
 
 /// `Files::ReplaceAndClose` but for the closing.
 Error ReplaceOpened(SystemCalls& calls, OpenedFile& opened, std::string_view bytes);

@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 
 #include "dqlib/platform/paths.h"
+#include "dqlib/platform/per_thread.h"
 #include "dqlib/platform/posix/file_replacement.h"
 #include "dqlib/platform/posix/native_path.h"
 #include "dqlib/platform/posix/system_calls.h"
@@ -23,8 +24,8 @@ constexpr off_t kMaxProfile = off_t{256} << 20;
 
 Error LastError() { return ErrorFromErrno(errno); }
 
-/// The path as the system has it, links followed.
-Result<std::string> Locate(SystemCalls& calls, std::string_view path) {
+/// The path as the system has it.
+Result<std::string> Locate(std::string_view path) {
   Result<std::string> native = NativePath(path);
   if (!native.ok()) return native;
   if (FindSeparator(path) == std::string_view::npos) {
@@ -32,7 +33,7 @@ Result<std::string> Locate(SystemCalls& calls, std::string_view path) {
     if (!directory.ok()) return directory.error;
     native.value = directory.value + "/velmora/" + native.value;
   }
-  return FollowLinks(std::move(native.value), calls);
+  return native;
 }
 
 /// The text of an open file, and what else is known of it.
@@ -100,7 +101,6 @@ class LockedProfile {
     replacement.old = status_;
     // What one key says may be lost with the power, as long as the file stays whole.
     replacement.sync_directory = false;
-    if (calls_.Unlink(replacement.temporary.c_str()) != 0 && errno != ENOENT) return LastError();
     return ReplaceFile(calls_, replacement, [&](int fd) { return WriteFully(calls_, fd, text); });
   }
 
@@ -131,13 +131,20 @@ class LockedProfile {
   bool locked_ = false;
 };
 
+/// The text of the file that a thread read last. Kept, so that reading many keys doesn't make the
+/// memory anew for each.
+struct ReadProfile {
+  std::string text;
+};
+
 class PosixProfileFiles : public ProfileFiles {
  public:
   explicit PosixProfileFiles(SystemCalls& calls) : calls_(calls) {}
 
   std::optional<std::string> Read(std::string_view path, std::string_view section,
                                   std::string_view key) override {
-    const auto value = FindProfileValue(Text(path), section, key);
+    const ThreadKept<ReadProfile> read;
+    const auto value = FindProfileValue(Text(path, *read), section, key);
     return value ? std::optional<std::string>(*value) : std::nullopt;
   }
 
@@ -145,33 +152,34 @@ class PosixProfileFiles : public ProfileFiles {
               std::optional<std::string_view> value) override;
 
   std::vector<std::string> Sections(std::string_view path) override {
-    return ProfileSections(Text(path));
+    const ThreadKept<ReadProfile> read;
+    return ProfileSections(Text(path, *read));
   }
 
   std::vector<std::string> Keys(std::string_view path, std::string_view section) override {
-    return ProfileKeys(Text(path), section);
+    const ThreadKept<ReadProfile> read;
+    return ProfileKeys(Text(path, *read), section);
   }
 
  private:
-  /// The file's text, valid until the thread's next call; "" if it can't be read.
-  std::string_view Text(std::string_view path);
+  /// The file's text, which is read into `read`; "" if it can't be read.
+  std::string_view Text(std::string_view path, ReadProfile& read);
 
   SystemCalls& calls_;
 };
 
-std::string_view PosixProfileFiles::Text(std::string_view path) {
-  // Kept, so that reading many keys doesn't make the memory anew for each.
-  thread_local std::string text;
+std::string_view PosixProfileFiles::Text(std::string_view path, ReadProfile& read) {
   constexpr std::size_t kMostKept = 1 << 20;
   // An assignment would keep the memory.
-  if (text.capacity() > kMostKept) std::string().swap(text);
-  const Result<std::string> located = Locate(calls_, path);
+  if (read.text.capacity() > kMostKept) std::string().swap(read.text);
+  const Result<std::string> located = Locate(path);
   if (!located.ok()) return {};
   const Result<int> fd = OpenFile(calls_, located.value, O_RDONLY | O_NONBLOCK | O_NOCTTY);
   if (!fd.ok()) return {};
   const FileDescriptor file(calls_, fd.value);
   struct stat status;
-  return ReadOpenFile(calls_, file.get(), text, status).ok() ? text : std::string_view{};
+  const Error error = ReadOpenFile(calls_, file.get(), read.text, status);
+  return error.ok() ? read.text : std::string_view{};
 }
 
 /// Changes the text; false if it says that already.
@@ -190,7 +198,8 @@ Error PosixProfileFiles::Write(std::string_view path, std::string_view section,
       (sets && !IsProfileValue(*value))) {
     return ErrorFromErrno(EINVAL);
   }
-  const Result<std::string> located = Locate(calls_, path);
+  Result<std::string> located = Locate(path);
+  if (located.ok()) located = FollowLinks(std::move(located.value), calls_);
   if (!located.ok()) return located.error;
   LockedProfile profile(calls_, located.value);
   Error error = profile.Open(sets);

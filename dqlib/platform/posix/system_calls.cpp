@@ -117,7 +117,8 @@ void* SystemCalls::Map(std::size_t size, int protection, int fd) {
 int SystemCalls::Unmap(void* address, std::size_t size) { return ::munmap(address, size); }
 
 SystemCalls& RealSystemCalls() {
-  static SystemCalls calls;
+  // Never destroyed: destructors of static objects may write.
+  static SystemCalls& calls = *new SystemCalls;
   return calls;
 }
 
@@ -165,6 +166,27 @@ Error WriteFully(SystemCalls& calls, int fd, std::string_view bytes) {
   return WriteInPieces(bytes, [&](const char* data, std::size_t size, std::size_t) {
     return calls.Write(fd, data, size);
   });
+}
+
+Error AppendFully(SystemCalls& calls, int fd, std::string_view bytes) {
+  off_t begin = -1;
+  std::size_t written = 0;
+  const Error error =
+      WriteInPieces(bytes, [&](const char* data, std::size_t size, std::size_t done) {
+        const ssize_t count = calls.Write(fd, data, size);
+        if (count <= 0) return count;
+        written = done + static_cast<std::size_t>(count);
+        if (done == 0 && written < size) begin = calls.Seek(fd, 0, SEEK_CUR) - count;
+        return count;
+      });
+  if (error.ok() || written == 0 || begin < 0) return error;
+  struct stat status;
+  const off_t end = begin + static_cast<off_t>(written);
+  const bool stands_alone = calls.Seek(fd, 0, SEEK_CUR) == end &&
+                            calls.StatusOf(fd, &status) == 0 && status.st_size == end;
+  // The failure to write is the one to tell.
+  if (stands_alone) static_cast<void>(calls.Truncate(fd, begin));
+  return error;
 }
 
 Error WriteFullyAt(SystemCalls& calls, int fd, std::string_view bytes, off_t offset) {

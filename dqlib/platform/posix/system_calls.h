@@ -130,13 +130,16 @@ inline constexpr mode_t kUserOnly = 0600;
 /// The calls again with interruptions and short counts seen to.
 ///
 /// `OpenFile` gives the descriptor or the error. `WriteFully` writes all bytes; if it fails, some
-/// of them may have been written. `ReadFullyAt` reads up to the end of the file if that comes
+/// of them may have been written. `AppendFully`, for a file open for appending, takes back what it
+/// has written if it fails, unless another writer's bytes stand behind or between them by then; it
+/// is for one thread at a time. `ReadFullyAt` reads up to the end of the file if that comes
 /// first, and replaces `bytes`; `ReadText` reads a file to its end, also one that tells no size,
 /// and fails with `kNoSpace` for one of more than 16 MiB. `LockFile` gets an advisory lock
 /// (`LOCK_EX` or `LOCK_SH`) or gives it back (`LOCK_UN`); it waits some 20 seconds for others, so
 /// that one that was stopped doesn't stop everyone for ever, and fails with `kBusy` then.
 Result<int> OpenFile(SystemCalls& calls, const std::string& path, int flags, mode_t mode = 0);
 Error WriteFully(SystemCalls& calls, int fd, std::string_view bytes);
+Error AppendFully(SystemCalls& calls, int fd, std::string_view bytes);
 Error WriteFullyAt(SystemCalls& calls, int fd, std::string_view bytes, off_t offset);
 Error ReadFullyAt(SystemCalls& calls, int fd, std::size_t size, off_t offset, std::string& bytes);
 Result<std::string> ReadText(SystemCalls& calls, const std::string& path);
