@@ -137,11 +137,12 @@ CDQFileUtility::CDQFileUtility(const char* path) { SetFullPath(path); }
 
 void CDQFileUtility::SetFullPath(const char* path) {
   const platform::PathParts parts = platform::SplitPath(OrEmpty(path));
+  // The first, since the path may be one of the other parts.
+  m_strFullPath = path;
   m_strDrive = parts.drive;
   m_strDirectory = parts.directory;
   m_strFileName = parts.name;
   m_strExtension = parts.extension;
-  m_strFullPath = path;
 }
 
 long long CDQFileUtility::GetFileSize(const char* path) {
@@ -193,7 +194,9 @@ CString CDQFileUtility::CreateTempFile(const char* prefix, const char* directory
 }
 
 bool CDQFileUtility::CreateDirectory(const char* path, bool ask, CStringArray* created) {
-  std::string_view wanted = OrEmpty(path);
+  // A copy, because it may be one of the texts that have been created.
+  const std::string whole(OrEmpty(path));
+  std::string_view wanted = whole;
   if (wanted.empty()) return false;
   if (platform::IsSeparator(wanted.back())) wanted.remove_suffix(1);
   if (wanted.empty() || wanted.back() == ':' || IsDirectory(wanted)) return true;

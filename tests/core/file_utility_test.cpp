@@ -55,6 +55,25 @@ TEST(FileUtility, RelativePathsAndBack) {
   EXPECT_STREQ(Utility::AbsolutePathToRelative(nullptr, nullptr), "");
 }
 
+TEST(FileUtility, TakesItsOwnTextsAndThoseItAddsTo) {
+  Utility utility("c:\\data\\a.sql");
+  utility.SetFullPath(utility.GetDirectory());
+  EXPECT_EQ(utility.GetFullPath() + '|' + utility.GetDirectory(), "\\data\\|\\data\\");
+  utility.SetFullPath(utility.GetFullPath());
+  EXPECT_EQ(utility.GetFullPath(), "\\data\\");
+
+  const TempDirectory directory;
+  platform::Files& files = *platform::Current().files;
+  const std::string former = files.CurrentDirectory();
+  ASSERT_TRUE(files.SetCurrentDirectory(directory.path()).ok());
+  CStringArray created;
+  created.Add("a/b/c/d");
+  EXPECT_TRUE(Utility::CreateDirectory(created[0], false, &created));
+  EXPECT_EQ(created.GetSize(), 5);
+  EXPECT_TRUE(DQLIB_FileExists((directory / "a/b/c/d").c_str()));
+  EXPECT_TRUE(files.SetCurrentDirectory(former).ok());
+}
+
 TEST(FileUtility, UniversalNamesAreAdministrativeSharesOfDrives) {
   struct Shares : test::ForwardingFiles {
     platform::Result<std::string> UniversalName(std::string_view path) override {

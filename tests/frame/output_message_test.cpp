@@ -85,6 +85,9 @@ TEST(CDQOutputMessage, IsWithTheMainWindowWhenTheSendReturns) {
            {[](auto& m) { m.SendErrorMessage(kId, "T"); }, 1, 2, "Unknown OS Error", "T"},
            {[](auto& m) { m.SendErrorMessage(m.GetTarget(), m.GetTarget()); }, 1, 2, "kept",
             "kept"},
+           {[](auto& m) { m.SendErrorMessage(m.GetTarget(), m.GetText()); }, 1, 2, "kept", "first"},
+           {[](auto& m) { m.SendErrorMessage("of more bytes than before", m.GetText()); }, 1, 2,
+            "of more bytes than before", "first"},
        }) {
     testing::MainWindow window;
     CDQOutputMessage message(OUTPUT_DBMS_ERROR, "old");

@@ -1,12 +1,16 @@
 #include "dqlib/output/log.h"
 
 #include <condition_variable>
+#include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <mutex>
 #include <thread>
 
+#include "dqlib/core/ini_file.h"
+#include "dqlib/core/system_info.h"
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/base/resource_module.h"
 #include "tests/support/forked_process.h"
@@ -225,6 +229,42 @@ TEST_F(LogTest, StaysWithItsFileWhenThatIsRotatedAwayOrRemoved) {
   std::filesystem::remove(directory_ / "x.log.1");
   log.LogMessage("removed");
   EXPECT_EQ(directory_.Count(), 0U);
+}
+
+/// Works as late as the end of its thread, or of the process.
+struct AtEnd {
+  std::function<void()> work;
+  ~AtEnd() { work(); }
+};
+
+TEST_F(LogTest, ServesTheDestructorsThatRunLast) {
+  locale_.items[LOCALE_SLONGDATE] = "'on' dd/MM/yyyy 'by the calendar'";
+  directory_.Put("a.ini", "[s]\nk=a value of more bytes than a short text has room for\n");
+  const auto use = [&](const char* who) {
+    CString value;
+    CDQIniFile((directory_ / "a.ini").c_str()).ReadKey("s", "k", value, "");
+    const CString date = CDQSystemInfo::GetFormattedDate(&clock_.local_time, DATE_LONG);
+    CDQLog(path_.c_str(), 1, true).LogMessage(CString(who) + ' ' + date + ' ' + value);
+  };
+  // Each is made before the thread's caches are, so it ends after them.
+  const auto run = [&] {
+    static AtEnd of_process{[use] { use("process"); }};
+    thread_local AtEnd of_thread{[use] { use("main thread"); }};
+    std::thread([use] {
+      thread_local AtEnd of_worker{[use] { use("worker"); }};
+      use("early");
+    }).join();
+    use("early");
+    std::exit(of_process.work && of_thread.work ? 0 : 1);
+  };
+  EXPECT_EXIT(run(), ::testing::ExitedWithCode(0), "");
+  std::string expected;
+  for (const char* const who : {"early", "worker", "early", "main thread", "process"}) {
+    expected += Line(std::string(who) +
+                     " on 03/02/2001 by the calendar "
+                     "a value of more bytes than a short text has room for");
+  }
+  EXPECT_EQ(directory_.Get("x.log"), expected);
 }
 
 TEST_F(LogTest, TwoWritersLoseNoEntry) {
