@@ -17,7 +17,7 @@ constexpr std::string_view kRoot = "HKEY_CURRENT_USER";
 
 std::string Written(const dq::platform::posix::RegistryTree& tree) {
   std::string text;
-  const Error error = WriteSnapshot(tree, kRoot, [&](std::string_view piece) {
+  const Error error = WriteSnapshot(tree, kRoot, std::nullopt, [&](std::string_view piece) {
     text += piece;
     return Error{};
   });

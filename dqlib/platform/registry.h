@@ -62,9 +62,16 @@ struct RegistryValue {
 /// Data are at most 64 MiB.
 ///
 /// What a call reports as done survives the death of the process at any later moment, and other
-/// processes see it at once. Any thread. Errors: `kNotFound` for a key, value or index that isn't
-/// there, and for a handle that is closed or whose key was deleted; `kInvalidArgument` for names
-/// and paths against the rules; `kNoSpace`, `kAccessDenied` and others from the store.
+/// processes see it at once. Reading makes no files where there are none. Any thread.
+///
+/// Errors: `kNotFound` for a key, value or index that isn't there, for a handle that is closed or
+/// whose key was deleted, and where there is no place for a store at all; never for a store that is
+/// there and can't be had. That is `kBusy` if another process holds it, `kAccessDenied` if it is
+/// another user's, `kNoSpace` for a full disk and for want of memory (code `ENOMEM`), else `kOther`
+/// and what the system says. `kInvalidArgument` also stands for names and paths against the rules.
+///
+/// A call waits for other processes at most 20 seconds. When that was in vain, the calls of the
+/// next 20 seconds try once and don't wait.
 class Registry {
  public:
   Registry() = default;

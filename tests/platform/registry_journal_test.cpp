@@ -16,7 +16,7 @@ constexpr std::uint64_t kEpoch = 7;
 
 std::string TextOf(const RegistryTree& tree) {
   std::string text;
-  const Error error = WriteSnapshot(tree, "ROOT", [&](std::string_view piece) {
+  const Error error = WriteSnapshot(tree, "ROOT", std::nullopt, [&](std::string_view piece) {
     text += piece;
     return Error{};
   });
@@ -122,14 +122,53 @@ TEST(RegistryJournal, ReplayingOverAnyLaterStateGivesTheLastOne) {
 }
 
 TEST(RegistryJournal, AHeaderIsWholeOrNone) {
-  const std::string head = EncodeJournalHead({1, 2, 3});
-  ASSERT_EQ(head.size(), kJournalHeadSize);
-  EXPECT_EQ(DecodeJournalHead(head)->former_size, 3u);
-  for (std::size_t at = 0; at < head.size(); ++at) {
-    std::string damaged = head;
+  const std::string header = EncodeJournalHeader({1, 2, 3, 4}, 5);
+  ASSERT_EQ(header.size(), 64u);
+  EXPECT_EQ(DecodeGeneration(header), 5u);
+  EXPECT_EQ(DecodeJournalHead(header)->former_size, 3u);
+  EXPECT_EQ(DecodeJournalHead(header)->snapshot_epoch, 4u);
+  for (std::size_t at = 0; at < header.size(); ++at) {
+    std::string damaged = header;
     damaged[at] = static_cast<char>(damaged[at] ^ 1);
-    EXPECT_FALSE(DecodeJournalHead(damaged)) << at;
-    EXPECT_FALSE(DecodeJournalHead(head.substr(0, at)));
+    const auto read = DecodeJournalHead(damaged);
+    const auto cut = DecodeJournalHead(header.substr(0, at));
+    EXPECT_EQ(read.has_value(), at >= 36) << at;
+    EXPECT_EQ(cut.has_value(), at >= 36) << at;
+    if (!read || !cut) continue;
+    // Generation and mark change alone; the snapshot is named by bytes that are all good or not.
+    const bool is_apart = at >= 40 && at < 56;
+    EXPECT_EQ(read->snapshot_epoch, is_apart ? 4u : 0u) << at;
+    EXPECT_EQ(cut->snapshot_epoch, 0u) << at;
+  }
+}
+
+TEST(RegistrySnapshot, TheSecondLineTellsItsEpochsAndOthersMayLackIt) {
+  RegistryTree tree;
+  RegistryTree::SetValue(tree.root(), "", REGISTRY_DWORD, "abcd");
+  const std::string line = "; epochs ffffffffffffffff a 40 123456789abcdef0\r\n";
+  const std::string begin = "REGEDIT4\r\n";
+  const std::string rest = "\r\n[ROOT]\r\n@=dword:64636261\r\n; 1 values, checksum ";
+  std::string text;
+  const auto take = [&](std::string_view piece) {
+    text += piece;
+    return Error{};
+  };
+  EXPECT_TRUE(WriteSnapshot(tree, "ROOT",
+                            SnapshotEpochs{0xFFFFFFFFFFFFFFFF, 0xA, 0x40, 0x123456789ABCDEF0}, take)
+                  .ok());
+  EXPECT_EQ(text, begin + line + rest + "8b75086b\r\n");
+  const auto epochs = ReadSnapshot(text, "ROOT").epochs;
+  ASSERT_TRUE(epochs);
+  EXPECT_EQ(epochs->epoch, 0xFFFFFFFFFFFFFFFF);
+  EXPECT_EQ(epochs->folded_epoch, 10u);
+  EXPECT_EQ(epochs->folded_size, 64u);
+  EXPECT_EQ(epochs->next_epoch, 0x123456789ABCDEF0u);
+  const LoadedSnapshot former = ReadSnapshot(begin + rest + "8cf8ebe5\r\n", "ROOT");
+  EXPECT_FALSE(former.damaged || former.epochs);
+  for (const char* head : {"REGEDIT4", "REGEDIT4\r\n; epochs", "REGEDIT4\r\n; epochs 1 2 3",
+                           "REGEDIT4\r\n; epochs 1 2 3 x", "REGEDIT4\r\n; epochs 1 2 3 4",
+                           "REGEDIT4\r\n; epochs 1 2 3 11112222333344445\r\n"}) {
+    EXPECT_FALSE(FindSnapshotEpochs(head)) << head;
   }
 }
 

@@ -6,6 +6,7 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 #include <vector>
@@ -112,9 +113,12 @@ TEST(RegistryProcess, WhatAKilledWriterHadReportedIsThere) {
   const TempDirectory directory;
   dq::testing::ScriptedPrompts prompts;
   RegistryDump state{{"", {}}};
+  const bool is_given = ::chown(directory.path().c_str(), 1'234, 1'234) == 0;
+  std::string former;
   std::atomic<int>& reported = test::MakeSharedCount();
   std::atomic<int>& seen = test::MakeSharedCount();
   int killed_at_work = 0;
+  int set_aside = 0;
   for (int kill = 0; kill < kKills; ++kill) {
     Plan plan(state);
     const std::size_t least = 1 + random() % 150;
@@ -148,7 +152,30 @@ TEST(RegistryProcess, WhatAKilledWriterHadReportedIsThere) {
     // One more may be done, and not reported any more.
     if (dump != state && next != plan.changes.end()) Apply(*next, state);
     ASSERT_EQ(dump, state) << "kill " << kill << " of seed " << kSeed << " after " << reported;
+    ASSERT_TRUE(prompts.shown.empty());
+    for (const auto& entry : std::filesystem::directory_iterator(directory.path())) {
+      struct stat status {};
+      ASSERT_EQ(::lstat(entry.path().c_str(), &status), 0);
+      EXPECT_TRUE(!is_given || status.st_uid == 1'234u) << entry.path();
+    }
+    // A snapshot of another time stays as it is: nothing of the journal gets into it.
+    const std::string snapshot = directory.Get("hkcu.reg");
+    if (kill % 10 != 0 || snapshot == former) continue;
+    if (kill > 0 && former != "(none)") {
+      const TempDirectory mixed;
+      mixed.Put("hkcu.reg", former);
+      const RegistryDump alone = Dump(*std::make_unique<FileRegistry>(mixed.path()));
+      mixed.Put("hkcu.reg", former);
+      mixed.Put("hkcu.journal", directory.Get("hkcu.journal"));
+      prompts.shown.clear();
+      EXPECT_EQ(Dump(*std::make_unique<FileRegistry>(mixed.path())), alone) << kill;
+      EXPECT_EQ(prompts.shown.size(), 1u);
+      ++set_aside;
+    }
+    prompts.shown.clear();
+    former = snapshot;
   }
+  EXPECT_GT(set_aside, 5);
   EXPECT_GT(killed_at_work, kKills / 2);
   EXPECT_TRUE(prompts.shown.empty());
 }

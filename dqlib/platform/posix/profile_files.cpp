@@ -11,6 +11,7 @@
 #include "dqlib/platform/paths.h"
 #include "dqlib/platform/per_thread.h"
 #include "dqlib/platform/posix/file_replacement.h"
+#include "dqlib/platform/posix/lock_patience.h"
 #include "dqlib/platform/posix/native_path.h"
 #include "dqlib/platform/posix/system_calls.h"
 #include "dqlib/platform/posix/system_services.h"
@@ -62,7 +63,11 @@ std::string TemporaryFor(const std::string& file) {
 /// looks whether the file still is the one at that path, and otherwise begins again.
 class LockedProfile {
  public:
-  LockedProfile(SystemCalls& calls, std::string path) : calls_(calls), path_(std::move(path)) {}
+  LockedProfile(SystemCalls& calls, LockPatience& patience, std::string path)
+      : calls_(calls),
+        patience_(patience),
+        path_(std::move(path)),
+        directory_(DirectoryOf(path_)) {}
   LockedProfile(const LockedProfile&) = delete;
   LockedProfile& operator=(const LockedProfile&) = delete;
 
@@ -74,9 +79,11 @@ class LockedProfile {
 
   /// A file that doesn't exist is made, empty, if `create`; else `kNotFound`.
   Error Open(bool create) {
+    const std::chrono::nanoseconds deadline = patience_.Deadline(path_);
     for (;;) {
       if (const Error error = OpenOnce(create); !error.ok()) return error;
-      if (const Error error = LockFile(calls_, file_.get(), LOCK_EX); !error.ok()) return error;
+      const Error error = patience_.Lock(file_.get(), LOCK_EX, deadline, path_);
+      if (!error.ok()) return error;
       struct stat now;
       if (calls_.StatusOf(file_.get(), &status_) != 0) return LastError();
       if (calls_.Status(path_.c_str(), &now) != 0) {
@@ -120,11 +127,17 @@ class LockedProfile {
     }
     if (!fd.ok()) return fd.error;
     file_ = FileDescriptor(calls_, fd.value);
-    return {};
+    if (!made_) return {};
+    const Error error = GiveToOwnerOf(calls_, fd.value, directory_);
+    // A file whose owner could not read it is worse than none.
+    if (!error.ok()) static_cast<void>(calls_.Unlink(path_.c_str()));
+    return error;
   }
 
   SystemCalls& calls_;
+  LockPatience& patience_;
   std::string path_;
+  std::string directory_;
   FileDescriptor file_;
   struct stat status_ {};
   bool made_ = false;
@@ -139,7 +152,7 @@ struct ReadProfile {
 
 class PosixProfileFiles : public ProfileFiles {
  public:
-  explicit PosixProfileFiles(SystemCalls& calls) : calls_(calls) {}
+  explicit PosixProfileFiles(SystemCalls& calls) : calls_(calls), patience_(calls) {}
 
   std::optional<std::string> Read(std::string_view path, std::string_view section,
                                   std::string_view key) override {
@@ -166,6 +179,7 @@ class PosixProfileFiles : public ProfileFiles {
   std::string_view Text(std::string_view path, ReadProfile& read);
 
   SystemCalls& calls_;
+  LockPatience patience_;
 };
 
 std::string_view PosixProfileFiles::Text(std::string_view path, ReadProfile& read) {
@@ -201,7 +215,7 @@ Error PosixProfileFiles::Write(std::string_view path, std::string_view section,
   Result<std::string> located = Locate(path);
   if (located.ok()) located = FollowLinks(std::move(located.value), calls_);
   if (!located.ok()) return located.error;
-  LockedProfile profile(calls_, located.value);
+  LockedProfile profile(calls_, patience_, located.value);
   Error error = profile.Open(sets);
   if (error.kind == ErrorKind::kNotFound && sets && FindSeparator(path) == std::string_view::npos) {
     // The directory for settings belongs to this program, unlike those that callers name.

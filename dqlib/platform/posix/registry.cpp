@@ -43,10 +43,11 @@ std::string Below(const TreeKey& key, std::string_view path) {
 }  // namespace
 
 FileRegistry::FileRegistry(std::string directory, SystemCalls& calls)
-    : calls_(calls), directory_(std::move(directory)) {
+    : calls_(calls), patience_(calls), directory_(std::move(directory)) {
   for (std::size_t root = 0; root < kRoots; ++root) {
     stores_[root] = std::make_unique<RegistryStore>(
-        calls, RegistryStoreNames{directory_, kRootNames[root].file, kRootNames[root].name}, mutex_,
+        calls, patience_,
+        RegistryStoreNames{directory_, kRootNames[root].file, kRootNames[root].name}, mutex_,
         [this, root](RegistryTree&, RegistryTree& to) {
           handles_.Move(static_cast<int>(root), to);
         });
@@ -59,14 +60,15 @@ FileRegistry::~FileRegistry() {
 }
 
 template <typename Read>
-auto FileRegistry::WithKey(HKEY key, Read read) -> decltype(read(std::declval<TreeKey&>(), 0)) {
+auto FileRegistry::WithKey(HKEY key, Read read, Deadline deadline)
+    -> decltype(read(std::declval<TreeKey&>(), 0)) {
   std::unique_lock lock(mutex_);
   const int root = handles_.RootOf(key);
   if (root < 0) return NotFound();
   RegistryStore& store = *stores_[static_cast<std::size_t>(root)];
   if (!store.IsCurrent()) {
     lock.unlock();
-    if (const Error error = Refresh(root); !error.ok()) return error;
+    if (const Error error = Refresh(root, deadline); !error.ok()) return error;
     lock.lock();
   }
   TreeKey* const found = handles_.Find(key, store.tree());
@@ -75,7 +77,8 @@ auto FileRegistry::WithKey(HKEY key, Read read) -> decltype(read(std::declval<Tr
 }
 
 template <typename Plan>
-Error FileRegistry::Change(HKEY key, Plan plan, const RegistryStore::Finisher& finish) {
+Error FileRegistry::Change(HKEY key, Plan plan, const RegistryStore::Finisher& finish,
+                           Deadline deadline) {
   std::unique_lock lock(mutex_);
   const int root = handles_.RootOf(key);
   lock.unlock();
@@ -87,15 +90,16 @@ Error FileRegistry::Change(HKEY key, Plan plan, const RegistryStore::Finisher& f
     if (found == nullptr) return NotFound();
     return plan(tree, *found, change);
   };
-  const Error error = store.Change(std::cref(planner), finish);
+  const Error error =
+      store.Change(std::cref(planner), finish, deadline ? *deadline : patience_.Deadline());
   JoinUsers();
   ShowNotices(store);
   return error;
 }
 
-Error FileRegistry::Refresh(int root) {
+Error FileRegistry::Refresh(int root, Deadline deadline) {
   RegistryStore& store = *stores_[static_cast<std::size_t>(root)];
-  const Error error = store.Refresh();
+  const Error error = store.Refresh(deadline ? *deadline : patience_.Deadline());
   JoinUsers();
   ShowNotices(store);
   return error;
@@ -131,21 +135,27 @@ void FileRegistry::ShowNotices(RegistryStore& store) {
   }
 }
 
-Result<HKEY> FileRegistry::OpenKey(HKEY key, std::string_view path) try {
+Result<HKEY> FileRegistry::OpenBy(HKEY key, std::string_view path, Deadline deadline) {
   if (!IsKeyPath(path)) return Invalid();
-  return WithKey(key, [&](TreeKey& from, int root) -> Result<HKEY> {
+  const auto open = [&](TreeKey& from, int root) -> Result<HKEY> {
     TreeKey* const found = stores_[static_cast<std::size_t>(root)]->tree().FindKey(from, path);
     if (found == nullptr) return NotFound();
     const HKEY number = handles_.Open(root, *found);
     if (number == kNoKey) return ErrorFromErrno(EMFILE);
     return number;
-  });
+  };
+  return WithKey(key, open, deadline);
+}
+
+Result<HKEY> FileRegistry::OpenKey(HKEY key, std::string_view path) try {
+  return OpenBy(key, path, std::nullopt);
 } catch (const std::exception&) {
   return ErrorOfException();
 }
 
 Result<HKEY> FileRegistry::CreateKey(HKEY key, std::string_view path) try {
-  Result<HKEY> opened = OpenKey(key, path);
+  const Deadline deadline = patience_.Deadline();
+  Result<HKEY> opened = OpenBy(key, path, deadline);
   if (opened.error.kind != ErrorKind::kNotFound) return opened;
   std::string whole;
   int root = 0;
@@ -162,7 +172,8 @@ Result<HKEY> FileRegistry::CreateKey(HKEY key, std::string_view path) try {
       },
       [&](RegistryTree& tree) {
         opened.value = handles_.Open(root, *tree.FindKey(tree.root(), whole));
-      });
+      },
+      deadline);
   if (!error.ok()) return error;
   if (opened.value == kNoKey) return ErrorFromErrno(EMFILE);
   return opened.value;
@@ -273,9 +284,10 @@ std::uint64_t FileRegistry::Stamp(HKEY key) {
 }
 
 Error FileRegistry::Flush() {
+  const std::chrono::nanoseconds deadline = patience_.Deadline();
   Error first;
   for (const auto& store : stores_) {
-    const Error error = store->Flush();
+    const Error error = store->Flush(deadline);
     if (first.ok()) first = error;
   }
   return first;
@@ -292,9 +304,10 @@ Error FileRegistry::Leave() {
     }
     users_ = FileDescriptor();
   }
+  const std::chrono::nanoseconds deadline = patience_.Deadline();
   Error first;
   for (const auto& store : stores_) {
-    const Error error = store->Leave(is_last);
+    const Error error = store->Leave(is_last, deadline);
     if (first.ok()) first = error;
     ShowNotices(*store);
   }

@@ -3,12 +3,14 @@
 #pragma once
 
 #include <array>
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
 
+#include "dqlib/platform/posix/lock_patience.h"
 #include "dqlib/platform/posix/registry_handles.h"
 #include "dqlib/platform/posix/registry_store.h"
 #include "dqlib/platform/posix/system_calls.h"
@@ -47,18 +49,24 @@ class FileRegistry : public Registry {
 
  private:
   static constexpr std::size_t kRoots = 3;
+  /// Until when a call waits for other processes; none where it needn't ask them.
+  using Deadline = std::optional<std::chrono::nanoseconds>;
 
+  Result<HKEY> OpenBy(HKEY key, std::string_view path, Deadline deadline);
   /// Runs `read(key, root)` on an open key whose tree is up to date, with the mutex held.
   template <typename Read>
-  auto WithKey(HKEY key, Read read) -> decltype(read(std::declval<TreeKey&>(), 0));
+  auto WithKey(HKEY key, Read read, Deadline deadline = std::nullopt)
+      -> decltype(read(std::declval<TreeKey&>(), 0));
   /// Plans a change below an open key with `plan(key, change)` and makes it.
   template <typename Plan>
-  Error Change(HKEY key, Plan plan, const RegistryStore::Finisher& finish = nullptr);
-  Error Refresh(int root);
+  Error Change(HKEY key, Plan plan, const RegistryStore::Finisher& finish = nullptr,
+               Deadline deadline = std::nullopt);
+  Error Refresh(int root, Deadline deadline);
   void JoinUsers();
   void ShowNotices(RegistryStore& store);
 
   SystemCalls& calls_;
+  LockPatience patience_;
   const std::string directory_;
 
   /// Guards the trees of the stores and the handles.

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <utility>
 
+#include "dqlib/platform/posix/file_replacement.h"
 #include "dqlib/platform/posix/registry_journal_file.h"
 #include "dqlib/platform/posix/system_services.h"
 
@@ -30,15 +31,23 @@ Error KeepFile(SystemCalls& calls, const std::string& path, FileDamage& damage) 
   return copy.error;
 }
 
+/// Where the file is that was damaged, or whatever `what` calls it.
+std::string KeptAs(const FileDamage& damage, const std::string& what) {
+  if (damage.is_gone) return "There was nothing of the file to keep.";
+  return "The " + what + " file " +
+         (damage.copy.empty() ? "is still in its place." : "has been kept as " + damage.copy + ".");
+}
+
 }  // namespace
 
-void FileDamage::Set(bool found, bool gone) {
+void FileDamage::Set(bool found, bool gone, bool foreign) {
   if (!found) {
     *this = {};
     return;
   }
   is_found = true;
   is_gone = gone;
+  is_foreign = foreign;
 }
 
 Error StoreDamage::Keep(SystemCalls& calls, const std::string& snapshot_path,
@@ -49,28 +58,35 @@ Error StoreDamage::Keep(SystemCalls& calls, const std::string& snapshot_path,
 
 void StoreDamage::Tell(const std::string& snapshot_path, const std::string& journal_path,
                        std::vector<std::string>& notices) {
-  const auto whereabouts = [](const FileDamage& damage) {
-    if (damage.is_gone) return std::string("There was nothing of the file to keep.");
-    return damage.copy.empty() ? std::string("The damaged file is still in its place.")
-                               : "The damaged file has been kept as " + damage.copy + ".";
-  };
   const auto is_news = [](const FileDamage& damage) { return damage.is_found && !damage.is_told; };
-  if (is_news(snapshot)) {
+  if (is_news(snapshot) && snapshot.is_foreign) {
+    notices.push_back("The file " + snapshot_path +
+                      " of your settings was replaced while a program used it, by one of another "
+                      "time. The settings that the program knew hold.\n\n" +
+                      KeptAs(snapshot, "replaced"));
+  } else if (is_news(snapshot)) {
     notices.push_back("The file " + snapshot_path + " of your settings was " +
                       (snapshot.is_gone ? "missing" : "damaged") +
                       ". What could be read of it is kept: " + std::to_string(values_kept) +
                       " values. " + std::to_string(lines_lost) + " lines could not be read.\n\n" +
-                      whereabouts(snapshot));
-    snapshot.is_told = true;
+                      KeptAs(snapshot, "damaged"));
   }
-  if (is_news(journal)) {
+  if (is_news(journal) && journal.is_foreign) {
+    notices.push_back("The file " + journal_path + " of your latest settings and the file " +
+                      snapshot_path +
+                      " are of different times, as if one of them came from a backup. The settings "
+                      "of " +
+                      snapshot_path + " hold, and none of the other file is mixed into them.\n\n" +
+                      KeptAs(journal, "other"));
+  } else if (is_news(journal)) {
     notices.push_back("The file " + journal_path + " of your latest settings was " +
                       (journal.is_gone ? "missing" : "damaged") +
                       ". The changes that could be read of it, or that this program knew, are "
                       "kept.\n\n" +
-                      whereabouts(journal));
-    journal.is_told = true;
+                      KeptAs(journal, "damaged"));
   }
+  snapshot.is_told = snapshot.is_found;
+  journal.is_told = journal.is_found;
 }
 
 Result<std::string> KeepBeside(SystemCalls& calls, const std::string& name,
@@ -84,7 +100,8 @@ Result<std::string> KeepBeside(SystemCalls& calls, const std::string& name,
     const FileDescriptor file(calls, fd.value);
     Error error;
     try {
-      error = write(file.get());
+      error = GiveToOwnerOf(calls, file.get(), DirectoryOf(path));
+      if (error.ok()) error = write(file.get());
     } catch (const std::exception&) {
       error = ErrorOfException();
     }

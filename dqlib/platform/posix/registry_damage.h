@@ -17,11 +17,13 @@ struct FileDamage {
   bool is_found = false;
   /// There is no file, or nothing of it to keep.
   bool is_gone = false;
+  /// Its bytes are good, but it doesn't go with the other file.
+  bool is_foreign = false;
   bool is_told = false;
   /// Where it was copied to; "" before that.
   std::string copy;
 
-  void Set(bool found, bool gone);
+  void Set(bool found, bool gone, bool foreign = false);
 };
 
 /// The same of both files of a root.

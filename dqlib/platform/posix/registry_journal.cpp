@@ -7,6 +7,7 @@ namespace {
 
 constexpr std::string_view kMagic = "DQREGJ1\n";
 constexpr std::size_t kRecordHeadSize = 28;
+constexpr std::size_t kJournalSnapshotOffset = 56;
 constexpr std::size_t kMaxContent = kMaxValueData + kMaxValueName + kMaxKeyPath + 64;
 
 template <typename Number>
@@ -109,20 +110,34 @@ bool IsHarmlessTail(std::string_view bytes, std::uint64_t epoch, std::uint64_t p
 
 }  // namespace
 
-std::string EncodeJournalHead(const JournalHeader& header) {
+std::string EncodeJournalHeader(const JournalHeader& header, std::uint64_t generation) {
   std::string bytes(kMagic);
   PutNumber(header.epoch, bytes);
   PutNumber(header.former_epoch, bytes);
   PutNumber(header.former_size, bytes);
-  PutNumber(Checksum(bytes), bytes);
-  return bytes;
+  std::string snapshot;
+  PutNumber(header.snapshot_epoch, snapshot);
+  const std::uint32_t checksum = Checksum(bytes);
+  PutNumber(checksum, bytes);
+  PutNumber(Checksum(snapshot, checksum), bytes);
+  PutNumber(generation, bytes);
+  bytes.resize(kJournalSnapshotOffset);
+  return bytes + snapshot;
 }
 
 std::optional<JournalHeader> DecodeJournalHead(std::string_view bytes) {
   if (bytes.size() < kJournalHeadSize || !bytes.starts_with(kMagic)) return std::nullopt;
-  if (NumberAt<std::uint32_t>(bytes, 32) != Checksum(bytes.substr(0, 32))) return std::nullopt;
-  return JournalHeader{NumberAt<std::uint64_t>(bytes, 8), NumberAt<std::uint64_t>(bytes, 16),
+  const std::uint32_t checksum = Checksum(bytes.substr(0, 32));
+  if (NumberAt<std::uint32_t>(bytes, 32) != checksum) return std::nullopt;
+  JournalHeader header{NumberAt<std::uint64_t>(bytes, 8), NumberAt<std::uint64_t>(bytes, 16),
                        NumberAt<std::uint64_t>(bytes, 24)};
+  // Whoever knows nothing of snapshots that are named leaves these bytes as they are.
+  if (bytes.size() >= kJournalHeaderSize &&
+      NumberAt<std::uint32_t>(bytes, kJournalHeadSize) ==
+          Checksum(bytes.substr(kJournalSnapshotOffset, 8), checksum)) {
+    header.snapshot_epoch = NumberAt<std::uint64_t>(bytes, kJournalSnapshotOffset);
+  }
+  return header;
 }
 
 std::string EncodeGeneration(std::uint64_t generation) {

@@ -7,9 +7,11 @@
 //   16  u64 the epoch of the journal that was emptied, 0 for a new one
 //   24  u64 how many bytes that one had, header and all
 //   32  u32 checksum of bytes 0 to 31
+//   36  u32 checksum of bytes 0 to 31 and 56 to 63; else those name no snapshot
 //   40  u64 generation: changes before every change of the file
 //   48  u64 how many bytes the file had when all of it was taken over into another journal, because
 //       this one was no longer at its path
+//   56  u64 the epoch of the snapshot that this journal goes on from; 0 for none
 //
 // A record:
 //
@@ -41,7 +43,7 @@
 namespace dq::platform::posix {
 
 inline constexpr std::size_t kJournalHeaderSize = 64;
-/// The part of the header that is written at once and has the checksum.
+/// The part of the header that it can't be read without.
 inline constexpr std::size_t kJournalHeadSize = 36;
 inline constexpr std::size_t kJournalGenerationOffset = 40;
 inline constexpr std::size_t kJournalTakenOverOffset = 48;
@@ -50,10 +52,11 @@ struct JournalHeader {
   std::uint64_t epoch = 0;
   std::uint64_t former_epoch = 0;
   std::uint64_t former_size = 0;
+  std::uint64_t snapshot_epoch = 0;
 };
 
-/// The first `kJournalHeadSize` bytes of a journal.
-std::string EncodeJournalHead(const JournalHeader& header);
+/// The header of a journal with a generation, `kJournalHeaderSize` bytes.
+std::string EncodeJournalHeader(const JournalHeader& header, std::uint64_t generation);
 /// No value if the bytes are no header, or damaged.
 std::optional<JournalHeader> DecodeJournalHead(std::string_view bytes);
 

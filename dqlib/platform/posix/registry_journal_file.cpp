@@ -8,6 +8,7 @@
 #include <sys/mman.h>
 #include <utility>
 
+#include "dqlib/platform/posix/file_replacement.h"
 #include "dqlib/platform/posix/registry_page.h"
 #include "dqlib/platform/posix/system_services.h"
 
@@ -43,11 +44,39 @@ JournalFile::~JournalFile() { Close(); }
 Error JournalFile::Open(const std::string& path, bool writable) {
   Close();
   const Result<struct stat> opened =
-      OpenStoreFile(calls_, path, writable ? O_RDWR | O_CREAT : O_RDONLY, file_);
+      OpenStoreFile(calls_, path, writable ? O_RDWR : O_RDONLY, file_);
   if (!opened.ok()) return opened.error;
   path_ = path;
   writable_ = writable;
   return {};
+}
+
+Error JournalFile::Make(const std::string& path) {
+  // Several may make it at once. Who finds it gone again each time meets a link to nowhere, which
+  // isn't followed.
+  constexpr int kAttempts = 10;
+  const std::string directory = DirectoryOf(path);
+  std::string own_path = path;
+  Error error;
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    error = Open(path, true);
+    if (error.code != ENOENT) return error;
+    FileDescriptor made;
+    error = OpenStoreFile(calls_, path, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW, made).error;
+    if (error.code == EEXIST) continue;
+    if (!error.ok()) return error;
+    error = GiveToOwnerOf(calls_, made.get(), directory);
+    if (!error.ok()) {
+      // A file whose owner could not read it is worse than none.
+      static_cast<void>(calls_.Unlink(path.c_str()));
+      return error;
+    }
+    file_ = std::move(made);
+    path_.swap(own_path);
+    writable_ = true;
+    return {};
+  }
+  return error;
 }
 
 void JournalFile::MoveTo(JournalFile& other) {
@@ -64,9 +93,11 @@ void JournalFile::Close() {
   writable_ = false;
 }
 
-Error JournalFile::Lock() { return LockFile(calls_, file_.get(), writable_ ? LOCK_EX : LOCK_SH); }
+Error JournalFile::Lock(std::chrono::nanoseconds deadline) {
+  return patience_.Lock(file_.get(), writable_ ? LOCK_EX : LOCK_SH, deadline);
+}
 
-Error JournalFile::Unlock() { return LockFile(calls_, file_.get(), LOCK_UN); }
+Error JournalFile::Unlock() { return LockFile(calls_, file_.get(), LOCK_UN, {}); }
 
 Result<JournalFile::Status> JournalFile::GetStatus() const {
   struct stat status;

@@ -2,11 +2,13 @@
 
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
 #include "dqlib/platform/error.h"
+#include "dqlib/platform/posix/lock_patience.h"
 #include "dqlib/platform/posix/registry_journal.h"
 #include "dqlib/platform/posix/system_calls.h"
 
@@ -29,13 +31,15 @@ Result<struct stat> OpenStoreFile(SystemCalls& calls, const std::string& path, i
 /// closes the file.
 class JournalFile {
  public:
-  explicit JournalFile(SystemCalls& calls) : calls_(calls) {}
+  JournalFile(SystemCalls& calls, LockPatience& patience) : calls_(calls), patience_(patience) {}
   JournalFile(const JournalFile&) = delete;
   JournalFile& operator=(const JournalFile&) = delete;
   ~JournalFile();
 
-  /// Opens the file; for writing, makes it if it isn't there.
+  /// Opens the file.
   Error Open(const std::string& path, bool writable);
+  /// Opens it for writing, and makes it if it isn't there, for the owner of its directory.
+  Error Make(const std::string& path);
   /// Closes it, which gives back its lock too.
   void Close();
   /// Gives up the file with its lock to `other`, which is closed first.
@@ -44,8 +48,8 @@ class JournalFile {
   bool is_writable() const { return writable_; }
 
   /// Waits until nobody else has the journal, or until nobody writes it where it can only be read;
-  /// after some 20 seconds `kBusy`.
-  Error Lock();
+  /// at the deadline `kBusy`.
+  Error Lock(std::chrono::nanoseconds deadline);
   Error Unlock();
 
   struct Status {
@@ -80,6 +84,7 @@ class JournalFile {
   std::uint64_t MappedGeneration() const;
 
   SystemCalls& calls_;
+  LockPatience& patience_;
   FileDescriptor file_;
   std::string path_;
   bool writable_ = false;

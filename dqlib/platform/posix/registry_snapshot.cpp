@@ -1,5 +1,6 @@
 #include "dqlib/platform/posix/registry_snapshot.h"
 
+#include <charconv>
 #include <cstdint>
 #include <cstdio>
 #include <utility>
@@ -15,12 +16,26 @@ namespace {
 constexpr std::size_t kPieceSize = std::size_t{256} << 10;
 
 constexpr std::string_view kTrailerBegin = "; ";
+constexpr std::string_view kEpochsBegin = "; epochs ";
 
 std::string Trailer(std::size_t values, std::uint32_t checksum) {
   char line[64];
   const int size =
       std::snprintf(line, sizeof line, "; %zu values, checksum %08x\r\n", values, checksum);
   return std::string(line, static_cast<std::size_t>(size));
+}
+
+void AppendEpochs(const SnapshotEpochs& epochs, std::string& text) {
+  text += kEpochsBegin;
+  const auto append = [&text](std::uint64_t number, std::string_view behind) {
+    char digits[16];
+    text.append(digits, std::to_chars(digits, digits + sizeof digits, number, 16).ptr);
+    text += behind;
+  };
+  append(epochs.epoch, " ");
+  append(epochs.folded_epoch, " ");
+  append(epochs.folded_size, " ");
+  append(epochs.next_epoch, kRegistryTextLineEnd);
 }
 
 /// Keeps a walk over a tree of any depth off the stack of calls.
@@ -103,9 +118,10 @@ bool IsWhole(std::string_view text, std::size_t values) {
 }  // namespace
 
 Error WriteSnapshot(const RegistryTree& tree, std::string_view root_name,
-                    const SnapshotWriter& write) {
+                    const std::optional<SnapshotEpochs>& epochs, const SnapshotWriter& write) {
   std::string piece(kRegistryTextHeader);
   piece += kRegistryTextLineEnd;
+  if (epochs) AppendEpochs(*epochs, piece);
   std::string path;
   std::size_t values = 0;
   std::uint32_t checksum = 0;
@@ -144,7 +160,22 @@ LoadedSnapshot ReadSnapshot(std::string_view text, std::string_view root_name) {
   loaded.lost_lines = damage.lost_lines + (whole_lines < text.size() ? 1 : 0);
   loaded.values = loader.values();
   loaded.damaged = damage.any() || !IsWhole(text, loaded.values);
+  loaded.epochs = FindSnapshotEpochs(text.substr(0, kSnapshotHeadSize));
   return loaded;
+}
+
+std::optional<SnapshotEpochs> FindSnapshotEpochs(std::string_view head) {
+  const std::size_t line = head.find('\n') + 1;
+  if (!head.substr(line).starts_with(kEpochsBegin)) return std::nullopt;
+  const char* at = head.data() + line + kEpochsBegin.size();
+  const char* const end = head.data() + head.size();
+  std::uint64_t numbers[4];
+  for (std::uint64_t& number : numbers) {
+    const auto [stop, error] = std::from_chars(at, end, number, 16);
+    if (error != std::errc() || stop == end) return std::nullopt;
+    at = stop + 1;  // one blank, or the end of the line
+  }
+  return SnapshotEpochs{numbers[0], numbers[1], numbers[2], numbers[3]};
 }
 
 }  // namespace dq::platform::posix

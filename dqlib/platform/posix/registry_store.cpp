@@ -7,7 +7,6 @@
 #include <fcntl.h>
 #include <utility>
 
-#include "dqlib/platform/posix/file_replacement.h"
 #include "dqlib/platform/posix/system_services.h"
 
 namespace dq::platform::posix {
@@ -16,24 +15,48 @@ namespace {
 /// How many times a journal may have been emptied while someone slept. An epoch that is further
 /// away is that of a journal which was begun anew, because those begin with the time.
 constexpr std::uint64_t kManyEpochs = std::uint64_t{1} << 12;
-constexpr std::string_view kSnapshot = ".reg";
-constexpr std::string_view kJournal = ".journal";
-/// A journal that is shorter isn't worth writing a snapshot for.
-constexpr std::uint64_t kFoldSize = std::uint64_t{1} << 20;
 /// Someone who deletes the journal as often as this while one call opens it won't stop.
 constexpr int kOpenAttempts = 100;
 /// The generation of a store that nobody can change.
 constexpr std::uint64_t kFixedGeneration = 1;
 
-/// A number that no earlier journal or generation of these files had.
-std::uint64_t FreshNumber() {
+/// The place of the first record of a journal that its snapshot doesn't have; no value if the two
+/// are of different times.
+std::optional<std::uint64_t> FirstRecord(const LoadedSnapshot& snapshot, std::uint64_t epoch,
+                                         const std::optional<JournalHeader>& header) {
+  // What can't be read of a damaged snapshot may be its epochs.
+  if (snapshot.damaged) return kJournalHeaderSize;
+  constexpr std::optional<std::uint64_t> kFromTheBegin = kJournalHeaderSize;
+  const std::uint64_t named = header ? header->snapshot_epoch : 0;
+  if (!snapshot.epochs) {
+    // There is none, or it is one of an earlier version, whose journals name none.
+    return named != 0 && snapshot.is_there ? std::nullopt : kFromTheBegin;
+  }
+  const SnapshotEpochs& epochs = *snapshot.epochs;
+  if (epoch == epochs.next_epoch) {
+    return header && named != epochs.epoch ? std::nullopt : kFromTheBegin;
+  }
+  if (epoch != epochs.folded_epoch) return std::nullopt;
+  return std::max<std::uint64_t>(epochs.folded_size, kJournalHeaderSize);
+}
+
+/// Replays what of a journal counts.
+JournalReplay Replay(std::string_view journal, std::optional<std::uint64_t> first,
+                     std::uint64_t epoch, RegistryTree& tree) {
+  if (first && *first < journal.size()) {
+    return ReplayJournal(journal.substr(*first), epoch, *first, tree);
+  }
+  return {.end = first.value_or(kJournalHeaderSize)};
+}
+
+}  // namespace
+
+std::uint64_t RegistryStore::FreshNumber() {
   const auto now = std::chrono::system_clock::now().time_since_epoch();
   return static_cast<std::uint64_t>(
              std::chrono::duration_cast<std::chrono::nanoseconds>(now).count()) |
          std::uint64_t{1} << 62;
 }
-
-}  // namespace
 
 /// Gives the journal's lock back at the end of its scope.
 class RegistryStore::Hold {
@@ -54,13 +77,14 @@ class RegistryStore::Hold {
   bool is_kept_ = false;
 };
 
-RegistryStore::RegistryStore(SystemCalls& calls, RegistryStoreNames names, std::mutex& tree_mutex,
-                             TreeReplaced tree_replaced)
+RegistryStore::RegistryStore(SystemCalls& calls, LockPatience& patience, RegistryStoreNames names,
+                             std::mutex& tree_mutex, TreeReplaced tree_replaced)
     : calls_(calls),
+      patience_(patience),
       names_(std::move(names)),
       tree_mutex_(tree_mutex),
       tree_replaced_(std::move(tree_replaced)),
-      journal_(calls),
+      journal_(calls, patience),
       tree_(std::make_unique<RegistryTree>()),
       forks_(ForkCount()) {}
 
@@ -71,7 +95,8 @@ bool RegistryStore::IsCurrent() const {
   if (seen == 0) return false;
   if (journal_.is_open()) return journal_.Generation() == seen;
   struct stat status;
-  return is_without_journal_ && calls_.Status(FilePath(kJournal).c_str(), &status) != 0;
+  return is_without_journal_ && calls_.Status(FilePath(kJournal).c_str(), &status) != 0 &&
+         errno == ENOENT;
 }
 
 std::uint64_t RegistryStore::Stamp() {
@@ -86,8 +111,10 @@ std::uint64_t RegistryStore::Stamp() {
 }
 
 template <typename Work>
-Error RegistryStore::Run(Work work) {
+Error RegistryStore::Run(std::chrono::nanoseconds deadline, Work work) {
   const std::lock_guard files(file_mutex_);
+  // Who had the mutex may have waited in vain.
+  deadline_ = std::min(deadline, patience_.Deadline());
   try {
     return work();
   } catch (const std::exception&) {
@@ -99,16 +126,17 @@ Error RegistryStore::Run(Work work) {
   }
 }
 
-Error RegistryStore::Refresh() {
-  return Run([&] {
+Error RegistryStore::Refresh(std::chrono::nanoseconds deadline) {
+  return Run(deadline, [&] {
     const Error error = Begin(false);
     if (error.ok()) Hold hold(*this);
     return error;
   });
 }
 
-Error RegistryStore::Change(const Planner& plan, const Finisher& finish) {
-  return Run([&]() -> Error {
+Error RegistryStore::Change(const Planner& plan, const Finisher& finish,
+                            std::chrono::nanoseconds deadline) {
+  return Run(deadline, [&]() -> Error {
     if (const Error error = Begin(true); !error.ok()) return error;
     const Hold hold(*this);
     if (must_fold_) {
@@ -131,8 +159,8 @@ Error RegistryStore::Change(const Planner& plan, const Finisher& finish) {
   });
 }
 
-Error RegistryStore::Flush() {
-  return Run([&]() -> Error {
+Error RegistryStore::Flush(std::chrono::nanoseconds deadline) {
+  return Run(deadline, [&]() -> Error {
     // Others' changes too, which this process has seen and may have reported.
     if (!journal_.is_open() && !needs_sync_ && !directory_needs_sync_ && !must_fold_) return {};
     if (const Error error = Begin(false); !error.ok()) return error;
@@ -141,11 +169,13 @@ Error RegistryStore::Flush() {
   });
 }
 
-Error RegistryStore::Leave(bool last_user) {
-  return Run([&]() -> Error {
-    if (!journal_.is_open() && !needs_sync_ && !directory_needs_sync_ && !must_fold_) return {};
-    Error error = Begin(false);
-    if (error.ok()) {
+Error RegistryStore::Leave(bool last_user, std::chrono::nanoseconds deadline) {
+  return Run(deadline, [&]() -> Error {
+    const bool owes = needs_sync_ || directory_needs_sync_ || must_fold_;
+    if (!journal_.is_open() && !owes) return {};
+    // Who owes nothing waits for nobody.
+    Error error = last_user || owes ? Begin(false) : Error{};
+    if (error.ok() && (last_user || owes)) {
       const Hold hold(*this);
       if (last_user && journal_.is_writable() && end_ > kJournalHeaderSize) {
         static_cast<void>(Fold());  // what it doesn't do is in the journal, and synced next
@@ -187,6 +217,16 @@ std::string RegistryStore::FilePath(std::string_view extension) const {
 }
 
 Error RegistryStore::Begin(bool writing) {
+  Error error = OpenUpToDate(writing);
+  // A file that can't be had doesn't mean that what it holds doesn't exist. Without a home there
+  // is nothing.
+  if (error.kind == ErrorKind::kNotFound && !names_.directory.empty()) {
+    error.kind = ErrorKind::kOther;
+  }
+  return error;
+}
+
+Error RegistryStore::OpenUpToDate(bool writing) {
   if (forks_ != ForkCount()) {
     // The lock of the open file is the parent's as well.
     CloseJournal();
@@ -197,7 +237,7 @@ Error RegistryStore::Begin(bool writing) {
       const Error error = OpenJournal(writing);
       if (!error.ok() || is_without_journal_) return error;
     }
-    if (const Error error = journal_.Lock(); !error.ok()) return error;
+    if (const Error error = journal_.Lock(deadline_); !error.ok()) return error;
     Hold hold(*this);
     const Result<JournalFile::Status> status = journal_.GetStatus();
     if (!status.ok()) return status.error;
@@ -231,7 +271,7 @@ Error RegistryStore::TakeOver(std::uint64_t size) {
   // What was in a snapshot that is gone too, another one may still know.
   const bool is_complete = !damage_.snapshot.is_gone;
   if (!is_complete) epoch_ = FreshNumber();
-  JournalFile displaced(calls_);
+  JournalFile displaced(calls_, patience_);
   {
     const std::lock_guard tree(tree_mutex_);
     journal_.MoveTo(displaced);
@@ -239,8 +279,8 @@ Error RegistryStore::TakeOver(std::uint64_t size) {
   }
   // Its lock is held on, so that no two go over at once.
   must_fold_ = true;
-  if (const Error error = OpenJournalFile(true); !error.ok()) return error;
-  if (const Error error = journal_.Lock(); !error.ok()) return error;
+  if (const Error error = MakeJournal(); !error.ok()) return error;
+  if (const Error error = journal_.Lock(deadline_); !error.ok()) return error;
   const Hold hold(*this);
   const Result<JournalFile::Status> status = journal_.GetStatus();
   if (!status.ok()) return status.error;
@@ -253,18 +293,24 @@ Error RegistryStore::TakeOver(std::uint64_t size) {
 Error RegistryStore::OpenJournal(bool writing) {
   if (names_.directory.empty()) return ErrorFromErrno(ENOENT);
   Error error = OpenJournalFile(true);
-  if (error.kind == ErrorKind::kNotFound) {
-    error = MakeDirectories(calls_, names_.directory);
-    if (error.ok()) error = OpenJournalFile(true);
+  if (error.code == ENOENT) {
+    if (!writing && !(is_loaded_ && HasState())) {
+      struct stat status;
+      const bool has_snapshot = calls_.LinkStatus(FilePath(kSnapshot).c_str(), &status) == 0;
+      if (!has_snapshot && errno != ENOENT) return ErrorFromErrno(errno);
+      // Who only reads leaves nothing where nothing is.
+      if (!has_snapshot) return LoadWithoutJournal();
+    }
+    error = MakeJournal();
   }
   if (error.ok() || writing || error.kind != ErrorKind::kAccessDenied) return error;
-
   const Error read_error = OpenJournalFile(false);
-  if (read_error.ok() || read_error.kind != ErrorKind::kNotFound) return read_error;
-  struct stat status;
-  if (calls_.Status(names_.directory.c_str(), &status) != 0) return error;
-  if (const Error load_error = Load(0); !load_error.ok()) return load_error;
   // Whoever hands over settings that can't be written needn't give a journal.
+  return read_error.code == ENOENT ? LoadWithoutJournal() : read_error;
+}
+
+Error RegistryStore::LoadWithoutJournal() {
+  if (const Error error = Load(0); !error.ok()) return error;
   damage_.journal = {};
   TellOfDamage();
   const std::lock_guard tree(tree_mutex_);
@@ -277,6 +323,19 @@ Error RegistryStore::OpenJournalFile(bool writable) {
   CloseJournal();
   const std::lock_guard tree(tree_mutex_);
   return journal_.Open(FilePath(kJournal), writable);
+}
+
+Error RegistryStore::MakeJournal() {
+  CloseJournal();
+  const std::string path = FilePath(kJournal);
+  const auto make = [&] {
+    const std::lock_guard tree(tree_mutex_);
+    return journal_.Make(path);
+  };
+  Error error = make();
+  if (error.code != ENOENT) return error;
+  error = MakeDirectories(calls_, names_.directory);
+  return error.ok() ? make() : error;
 }
 
 void RegistryStore::CloseJournal() {
@@ -373,6 +432,7 @@ RegistryStore::Sequel RegistryStore::Compare(const JournalHeader& header) {
     BeginMerge();
   }
   // Else the tree is the one that went into the snapshot.
+  snapshot_epoch_ = header.snapshot_epoch;
   epoch_ = header.epoch;
   end_ = kJournalHeaderSize;
   return Sequel::kGoesOn;
@@ -390,11 +450,7 @@ bool RegistryStore::HasState() const {
 
 Error RegistryStore::WriteHeader(const JournalHeader& header) {
   const std::uint64_t generation = FreshNumber();
-  std::string bytes = EncodeJournalHead(header);
-  bytes.resize(kJournalGenerationOffset);
-  bytes += EncodeGeneration(generation);
-  bytes.resize(kJournalHeaderSize);
-  const Error error = journal_.Write(0, bytes);
+  const Error error = journal_.Write(0, EncodeJournalHeader(header, generation));
   // What was written of it is overwritten by the next one to come.
   if (!error.ok()) static_cast<void>(journal_.Truncate(0));
   if (error.ok()) seen_generation_ = generation;
@@ -411,25 +467,38 @@ Error RegistryStore::Load(std::uint64_t journal_size, bool unites) {
   const std::optional<JournalHeader> header = DecodeJournalHead(journal);
   const std::string_view records =
       std::string_view(journal).substr(std::min(journal.size(), kJournalHeaderSize));
-  const std::uint64_t epoch =
-      header ? header->epoch
-             : FindJournalEpoch(records, kJournalHeaderSize).value_or(FreshNumber());
-  const JournalReplay replay = ReplayJournal(records, epoch, kJournalHeaderSize, *loaded.tree);
+  const std::optional<std::uint64_t> known =
+      header ? header->epoch : FindJournalEpoch(records, kJournalHeaderSize);
+  const std::uint64_t epoch = known.value_or(FreshNumber());
+  // Where nothing tells which journal it is, nothing of it can be used.
+  const std::optional<std::uint64_t> first =
+      known ? FirstRecord(loaded, epoch, header) : kJournalHeaderSize;
+  const JournalReplay replay = Replay(journal, first, epoch, *loaded.tree);
   // A journal that was emptied has its snapshot, and a snapshot its journal, which is older.
-  const bool is_snapshot_lost = snapshot_size_ == 0 && header && header->former_epoch != 0;
-  must_fold_ = false;
-  if (is_loaded_ && (unites || is_snapshot_lost)) {
+  const bool is_snapshot_lost =
+      snapshot_size_ == 0 && header && (header->former_epoch != 0 || header->snapshot_epoch != 0);
+  // A fold was broken off, and of its journal less has reached the disk than of its snapshot. New
+  // records would stand where those stood that the snapshot has.
+  must_fold_ = first && *first > kJournalHeaderSize && journal.size() < *first;
+  if (is_loaded_ && (unites || is_snapshot_lost || !first)) {
     if (const Error error = Unite(*loaded.tree); !error.ok()) return error;
   }
   has_merged_ = false;
-  if (must_fold_) BeginMerge();
-  epoch_ = epoch;
+  if (must_fold_ || !first) BeginMerge();
+  if (!first) {
+    // Whoever has the tree of the journal that is set aside must take over the snapshot.
+    must_fold_ = true;
+    merged_epoch_ = epoch;
+    merged_end_ = 0;
+  }
+  epoch_ = first ? epoch : FreshNumber();
   end_ = replay.end;
+  snapshot_epoch_ = loaded.epochs ? loaded.epochs->epoch : 0;
   is_loaded_ = true;
   const bool is_journal_lost = snapshot_size_ > 0 && journal_size < kJournalHeaderSize;
   damage_.snapshot.Set(loaded.damaged || is_snapshot_lost, !loaded.damaged);
-  damage_.journal.Set(replay.gaps > 0 || (!journal.empty() && !header) || is_journal_lost,
-                      journal_size == 0);
+  damage_.journal.Set(replay.gaps > 0 || (!journal.empty() && !header) || is_journal_lost || !first,
+                      journal_size == 0, !first);
   damage_.values_kept = loaded.values;
   damage_.lines_lost = loaded.lost_lines;
 
@@ -448,7 +517,7 @@ Error RegistryStore::Unite(RegistryTree& loaded) {
                        "where they differ, those of the new files hold.\n\n";
   if (journal_.is_writable()) {
     const Result<std::string> former = KeepBeside(calls_, path + ".former", [&](int fd) {
-      return WriteSnapshot(*tree_, names_.root,
+      return WriteSnapshot(*tree_, names_.root, std::nullopt,
                            [&](std::string_view piece) { return WriteFully(calls_, fd, piece); });
     });
     if (!former.ok()) return former.error;
@@ -462,7 +531,7 @@ Error RegistryStore::Unite(RegistryTree& loaded) {
 Error RegistryStore::LoadSnapshot(LoadedSnapshot& loaded) {
   FileDescriptor file;
   const Result<struct stat> opened = OpenStoreFile(calls_, FilePath(kSnapshot), O_RDONLY, file);
-  if (opened.error.kind == ErrorKind::kNotFound) {
+  if (opened.error.code == ENOENT) {
     loaded.tree = std::make_unique<RegistryTree>();
     snapshot_size_ = 0;
     return {};
@@ -473,6 +542,7 @@ Error RegistryStore::LoadSnapshot(LoadedSnapshot& loaded) {
       ReadFullyAt(calls_, file.get(), static_cast<std::size_t>(opened.value.st_size), 0, text);
   if (!error.ok()) return error;
   loaded = ReadSnapshot(text, names_.root);
+  loaded.is_there = true;
   snapshot_size_ = text.size();
   return {};
 }
@@ -510,88 +580,6 @@ Error RegistryStore::Append(const JournalChange& change) {
   // An assignment would keep the memory.
   if (record_.capacity() > kFoldSize) std::string().swap(record_);
   return {};
-}
-
-bool RegistryStore::HasGrown() const {
-  return end_ > std::max({kFoldSize, snapshot_size_, next_fold_});
-}
-
-Error RegistryStore::Fold() try {
-  if (const Error error = KeepDamaged(); !error.ok()) return error;
-  if (const Error error = WriteSnapshotFile(); !error.ok()) return error;
-  if (const Error error = EmptyJournal(); !error.ok()) return error;
-  damage_ = {};
-  must_fold_ = false;
-  has_merged_ = false;
-  next_fold_ = 0;
-  return {};
-} catch (const std::exception&) {
-  // The change before it is made all the same.
-  return ErrorOfException();
-}
-
-Error RegistryStore::WriteSnapshotFile() {
-  const std::string path = FilePath(kSnapshot);
-  const Replacement replacement{
-      .target = path, .temporary = path + ".tmp", .old = std::nullopt, .mode = kUserOnly};
-  // One that a dead process has left isn't written into: others may have it open.
-  if (calls_.Unlink(replacement.temporary.c_str()) != 0 && errno != ENOENT) {
-    return ErrorFromErrno(errno);
-  }
-  std::uint64_t size = 0;
-  // The journal must not be emptied before the disk has the snapshot under its name.
-  const Error error = ReplaceFile(calls_, replacement, [&](int fd) {
-    return WriteSnapshot(*tree_, names_.root, [&](std::string_view piece) {
-      size += piece.size();
-      // It could be written, but not read again.
-      return size > kMaxStoreFile ? ErrorFromErrno(EFBIG) : WriteFully(calls_, fd, piece);
-    });
-  });
-  if (!error.ok()) return error;
-  snapshot_size_ = size;
-  directory_needs_sync_ = false;
-  return {};
-}
-
-Error RegistryStore::EmptyJournal() {
-  // Others at the end of this epoch have the same tree, unless it has been merged: then nobody has.
-  const JournalHeader header{.epoch = has_merged_ ? epoch_ + 2 : epoch_ + 1,
-                             .former_epoch = has_merged_ ? merged_epoch_ : epoch_,
-                             .former_size = has_merged_ ? merged_end_ : end_};
-  const std::string former_head = EncodeJournalHead({.epoch = epoch_});
-  if (must_fold_) {
-    // There may be no header whose generation could be counted up.
-    if (const Error error = WriteHeader(header); !error.ok()) return error;
-  } else if (const Error error = AnnounceChange(); !error.ok()) {
-    return error;
-  } else if (const Error written = journal_.Write(0, EncodeJournalHead(header)); !written.ok()) {
-    // The records stay good: they give the snapshot once more. A header that is torn now, and
-    // can't be written again either, is found to be damaged and its epoch in the records.
-    static_cast<void>(journal_.Write(0, former_head));
-    return written;
-  }
-  epoch_ = header.epoch;
-  end_ = kJournalHeaderSize;
-  // Records that stay are none of this epoch, and the next writer cuts them off.
-  static_cast<void>(journal_.Truncate(end_));
-  // Lost, this leaves the old journal, whose records give the snapshot once more.
-  needs_sync_ = !journal_.Sync().ok();
-  return {};
-}
-
-void RegistryStore::Repair() {
-  const bool is_kept = journal_.is_writable() && KeepDamaged().ok();
-  TellOfDamage();
-  // Everything is in the tree; if the files can't be written now, the next fold writes them.
-  if (is_kept) static_cast<void>(Fold());
-}
-
-Error RegistryStore::KeepDamaged() {
-  return damage_.Keep(calls_, FilePath(kSnapshot), FilePath(kJournal));
-}
-
-void RegistryStore::TellOfDamage() {
-  damage_.Tell(FilePath(kSnapshot), FilePath(kJournal), notices_);
 }
 
 }  // namespace dq::platform::posix

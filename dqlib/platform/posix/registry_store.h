@@ -23,6 +23,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -33,6 +34,7 @@
 #include <vector>
 
 #include "dqlib/platform/error.h"
+#include "dqlib/platform/posix/lock_patience.h"
 #include "dqlib/platform/posix/registry_damage.h"
 #include "dqlib/platform/posix/registry_journal.h"
 #include "dqlib/platform/posix/registry_journal_file.h"
@@ -66,8 +68,9 @@ class RegistryStore {
   /// Called with the mutex held once the change is made.
   using Finisher = std::function<void(RegistryTree& tree)>;
 
-  RegistryStore(SystemCalls& calls, RegistryStoreNames names, std::mutex& tree_mutex,
-                TreeReplaced tree_replaced);
+  /// `patience` is shared by all stores of a registry.
+  RegistryStore(SystemCalls& calls, LockPatience& patience, RegistryStoreNames names,
+                std::mutex& tree_mutex, TreeReplaced tree_replaced);
   RegistryStore(const RegistryStore&) = delete;
   RegistryStore& operator=(const RegistryStore&) = delete;
   ~RegistryStore();
@@ -80,14 +83,18 @@ class RegistryStore {
   /// the journal. With the mutex held.
   std::uint64_t Stamp();
 
-  /// Opens the store if need be and takes in what others have changed.
-  Error Refresh();
-  Error Change(const Planner& plan, const Finisher& finish);
+  // Each of these waits for others' locks until its deadline, or until then not at all if that was
+  // in vain shortly before; then it fails with `kBusy`.
+
+  /// Opens the store if need be and takes in what others have changed. Makes no files where there
+  /// is nothing to read.
+  Error Refresh(std::chrono::nanoseconds deadline);
+  Error Change(const Planner& plan, const Finisher& finish, std::chrono::nanoseconds deadline);
   /// Puts everything reported on the disk.
-  Error Flush();
+  Error Flush(std::chrono::nanoseconds deadline);
   /// Syncs and closes the files, folds the journal first if no one else uses it. The next call
   /// opens them again.
-  Error Leave(bool last_user);
+  Error Leave(bool last_user, std::chrono::nanoseconds deadline);
 
   /// What the person must be told of, each once.
   std::vector<std::string> TakeNotices();
@@ -97,17 +104,28 @@ class RegistryStore {
  private:
   class Hold;
 
+  static constexpr std::string_view kSnapshot = ".reg";
+  static constexpr std::string_view kJournal = ".journal";
+  /// A journal that is shorter isn't worth writing a snapshot for.
+  static constexpr std::uint64_t kFoldSize = std::uint64_t{1} << 20;
+  /// A number that no earlier journal, snapshot or generation of these files had.
+  static std::uint64_t FreshNumber();
+
   /// Runs one of the operations. One that there is no memory for leaves the files as they are and
   /// is an error.
   template <typename Work>
-  Error Run(Work work);
+  Error Run(std::chrono::nanoseconds deadline, Work work);
   std::string FilePath(std::string_view extension) const;
 
   /// Locks the journal and brings the tree up to date; for `writing`, the journal can be written
   /// then. `Hold` gives the lock back.
   Error Begin(bool writing);
+  Error OpenUpToDate(bool writing);
   Error OpenJournal(bool writing);
   Error OpenJournalFile(bool writable);
+  Error MakeJournal();
+  /// For who only reads, where there is no journal and none may be made.
+  Error LoadWithoutJournal();
   void CloseJournal();
 
   /// With the lock.
@@ -140,7 +158,14 @@ class RegistryStore {
 
   bool HasGrown() const;
   Error Fold();
+  /// Finds out whether somebody has put another snapshot in the place of the one that is known.
+  Error CheckSnapshot();
+  /// Whose a new snapshot is, and who may read and write it: as the former one, else the journal.
+  Result<struct stat> OwnerOfSnapshot() const;
+  Error GiveTo(const struct stat& owner, int fd);
+  /// `snapshot_epoch` is then that of the new one.
   Error WriteSnapshotFile();
+  std::uint64_t NextEpoch() const;
   Error SyncAll();
   Error EmptyJournal();
 
@@ -149,17 +174,20 @@ class RegistryStore {
   void TellOfDamage();
 
   SystemCalls& calls_;
+  LockPatience& patience_;
   const RegistryStoreNames names_;
   std::mutex& tree_mutex_;
   const TreeReplaced tree_replaced_;
 
   /// Guards all below; taken before the tree's mutex.
   std::mutex file_mutex_;
+  /// Until when the operation that runs waits for others.
+  std::chrono::nanoseconds deadline_{};
   /// Opened and closed with both mutexes held.
   JournalFile journal_;
   /// Changed with both mutexes held.
   std::unique_ptr<RegistryTree> tree_;
-  /// The directory can't be written and has no journal. Changed with both mutexes held.
+  /// There is no journal, and nothing or only a snapshot to read. Changed with both mutexes held.
   bool is_without_journal_ = false;
   /// The generation that the tree is up to date with; 0 for none.
   std::atomic<std::uint64_t> seen_generation_ = 0;
@@ -181,6 +209,8 @@ class RegistryStore {
   bool needs_sync_ = false;
   bool directory_needs_sync_ = false;
   std::uint64_t snapshot_size_ = 0;
+  /// That of the snapshot; 0 if there is none or it doesn't tell.
+  std::uint64_t snapshot_epoch_ = 0;
   /// A fold that failed is tried again when the journal is longer than this.
   std::uint64_t next_fold_ = 0;
   unsigned forks_;

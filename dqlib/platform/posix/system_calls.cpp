@@ -79,6 +79,9 @@ int SystemCalls::SetTimes(const char* path, const timespec (&times)[2]) {
 }
 int SystemCalls::Lock(int fd, int operation) { return ::flock(fd, operation); }
 void SystemCalls::Pause(unsigned microseconds) { ::usleep(microseconds); }
+std::chrono::nanoseconds SystemCalls::MonotonicTime() {
+  return std::chrono::steady_clock::now().time_since_epoch();
+}
 int SystemCalls::StatusOf(int fd, struct stat* status) { return ::fstat(fd, status); }
 int SystemCalls::Status(const char* path, struct stat* status) { return ::stat(path, status); }
 int SystemCalls::LinkStatus(const char* path, struct stat* status) { return ::lstat(path, status); }
@@ -232,15 +235,16 @@ Error SyncFile(SystemCalls& calls, int fd) {
   return {};
 }
 
-Error LockFile(SystemCalls& calls, int fd, int operation) {
+Error LockFile(SystemCalls& calls, int fd, int operation, std::chrono::nanoseconds deadline) {
   const int attempt = operation == LOCK_UN ? operation : operation | LOCK_NB;
   constexpr unsigned kFirstWait = 50;
   constexpr unsigned kLongestWait = 2000;
-  constexpr unsigned kPatience = 20'000'000;
   unsigned wait = kFirstWait;
-  for (unsigned waited = 0;; waited += wait) {
+  for (;;) {
     if (Uninterrupted([&] { return calls.Lock(fd, attempt); }) == 0) return {};
-    if (errno != EWOULDBLOCK || waited >= kPatience) return LastError();
+    const Error error = LastError();
+    // A pause may take far longer than it was asked for, so only the clock tells what was waited.
+    if (error.code != EWOULDBLOCK || calls.MonotonicTime() >= deadline) return error;
     calls.Pause(wait);
     wait = std::min(wait * 2, kLongestWait);
   }
@@ -252,6 +256,36 @@ Error SyncDirectory(SystemCalls& calls, const std::string& path) {
   const FileDescriptor directory(calls, fd.value);
   return SyncFile(calls, directory.get());
 }
+
+Error GiveToOwnerOf(SystemCalls& calls, int fd, const std::string& directory) {
+  if (::geteuid() != 0) return {};
+  struct stat above;
+  struct stat own;
+  if (calls.Status(directory.c_str(), &above) != 0 || calls.StatusOf(fd, &own) != 0) {
+    return LastError();
+  }
+  if (above.st_uid == own.st_uid) return {};
+  return calls.ChangeOwner(fd, above.st_uid, above.st_gid) == 0 ? Error{} : LastError();
+}
+
+namespace {
+
+/// The same for a directory that was made just now, which goes again if that fails.
+Error GiveDirectory(SystemCalls& calls, const std::string& path) {
+  if (::geteuid() != 0) return {};
+  const std::size_t slash = path.rfind('/');
+  const Result<int> fd = OpenFile(calls, path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
+  Error error = fd.error;
+  if (fd.ok()) {
+    const FileDescriptor directory(calls, fd.value);
+    error = GiveToOwnerOf(calls, fd.value, slash == 0 ? "/" : path.substr(0, slash));
+  }
+  // The error is the one to tell, whether the directory can be removed or not.
+  if (!error.ok()) static_cast<void>(calls.RemoveDirectory(path.c_str()));
+  return error;
+}
+
+}  // namespace
 
 Error MakeDirectories(SystemCalls& calls, const std::string& path) {
   constexpr mode_t kUserDirectory = 0700;
@@ -265,6 +299,8 @@ Error MakeDirectories(SystemCalls& calls, const std::string& path) {
         return ErrorFromErrno(why == EEXIST ? errno : why);
       }
       if (!S_ISDIR(status.st_mode)) return ErrorFromErrno(ENOTDIR);
+    } else if (const Error error = GiveDirectory(calls, directory); !error.ok()) {
+      return error;
     }
     if (end == std::string::npos) return {};
   }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <ctime>
 #include <dirent.h>
@@ -52,6 +53,8 @@ class SystemCalls {
   virtual int Lock(int fd, int operation);
   /// Lets some time pass, less if a signal comes.
   virtual void Pause(unsigned microseconds);
+  /// Time since some fixed moment, which never runs backwards whatever happens to the time of day.
+  virtual std::chrono::nanoseconds MonotonicTime();
   virtual int StatusOf(int fd, struct stat* status);
   virtual int Status(const char* path, struct stat* status);
   /// That of a link itself.
@@ -135,8 +138,8 @@ inline constexpr mode_t kUserOnly = 0600;
 /// is for one thread at a time. `ReadFullyAt` reads up to the end of the file if that comes
 /// first, and replaces `bytes`; `ReadText` reads a file to its end, also one that tells no size,
 /// and fails with `kNoSpace` for one of more than 16 MiB. `LockFile` gets an advisory lock
-/// (`LOCK_EX` or `LOCK_SH`) or gives it back (`LOCK_UN`); it waits some 20 seconds for others, so
-/// that one that was stopped doesn't stop everyone for ever, and fails with `kBusy` then.
+/// (`LOCK_EX` or `LOCK_SH`) or gives it back (`LOCK_UN`). It waits for others until
+/// `MonotonicTime` reaches the deadline and fails with `kBusy` then, but tries once in any case.
 Result<int> OpenFile(SystemCalls& calls, const std::string& path, int flags, mode_t mode = 0);
 Error WriteFully(SystemCalls& calls, int fd, std::string_view bytes);
 Error AppendFully(SystemCalls& calls, int fd, std::string_view bytes);
@@ -144,12 +147,18 @@ Error WriteFullyAt(SystemCalls& calls, int fd, std::string_view bytes, off_t off
 Error ReadFullyAt(SystemCalls& calls, int fd, std::size_t size, off_t offset, std::string& bytes);
 Result<std::string> ReadText(SystemCalls& calls, const std::string& path);
 Error SyncFile(SystemCalls& calls, int fd);
-Error LockFile(SystemCalls& calls, int fd, int operation);
+Error LockFile(SystemCalls& calls, int fd, int operation, std::chrono::nanoseconds deadline);
 
 /// Puts the entries of a directory on the disk.
 Error SyncDirectory(SystemCalls& calls, const std::string& path);
 
-/// Makes a directory and those above it, for the user only. One that exists is left as it is.
+/// Gives a new file or directory to the owner of the directory that it lies in, if an administrator
+/// has made it: what is written below another user's home must not lock that user out. Without the
+/// rights of an administrator it does nothing.
+Error GiveToOwnerOf(SystemCalls& calls, int fd, const std::string& directory);
+
+/// Makes a directory and those above it, for the user only, or for the owner of the directory above
+/// as `GiveToOwnerOf` does. One that exists is left as it is.
 Error MakeDirectories(SystemCalls& calls, const std::string& path);
 
 /// How many forks lie between the process that was started and this one. Open files are shared over
