@@ -1,5 +1,5 @@
 // The registry against stores that hold settings elsewhere: one change made durable, one value
-// read, a large store opened.
+// read, a large store opened; and settings imported key by key.
 
 #include "dqlib/platform/posix/registry.h"
 
@@ -16,7 +16,9 @@
 #include <string>
 #include <vector>
 
+#include "apps/dqtool/settings_changes.h"
 #include "benchmarks/ratio.h"
+#include "dqlib/platform/platform.h"
 
 namespace {
 
@@ -211,6 +213,34 @@ void CompareOpening(const Directory& directory) {
           5);
 }
 
+/// Keys within keys against as many bytes of paths side by side.
+void CompareImport(const Directory& directory) {
+  constexpr std::size_t kLevels = 2'000;
+  std::vector<dqtool::SettingsChange> nested;
+  std::vector<dqtool::SettingsChange> flat;
+  for (std::size_t level = 1; level <= kLevels; ++level) {
+    std::string path = "Deep";
+    for (std::size_t i = 1; i < level; ++i) path += "\\k";
+    nested.push_back({.path = path});
+    // Long names, because a path of one name may not be as long.
+    std::string side = std::to_string(level);
+    side.resize(path.size(), 'x');
+    for (std::size_t i = 200; i + 1 < side.size(); i += 200) side[i] = '\\';
+    flat.push_back({.path = side});
+  }
+  FileRegistry deep(directory / "deep");
+  FileRegistry wide(directory / "wide");
+  const auto import = [](FileRegistry& registry, const auto& changes) {
+    dq::platform::Platform services = dq::platform::Current();
+    services.registry = &registry;
+    const dq::platform::ScopedPlatform scope(services);
+    Require(dqtool::MakeChanges(changes).refused.ok(), "import");
+    Require(registry.Flush().ok(), "Flush");
+  };
+  bench::Ratio("settings: 2,000 nested keys imported", "the same bytes of flat keys", 10.0)
+      .Run([&] { import(deep, nested); }, [&] { import(wide, flat); }, 3);
+}
+
 }  // namespace
 
 int main() {
@@ -218,5 +248,6 @@ int main() {
   CompareChanges(directory);
   CompareReads(directory);
   CompareOpening(directory);
+  CompareImport(directory);
   return bench::Finish();
 }

@@ -1,6 +1,7 @@
 #include "apps/dqtool/settings_changes.h"
 
 #include <algorithm>
+#include <memory>
 #include <ranges>
 #include <utility>
 #include <vector>
@@ -57,16 +58,22 @@ Error NoteTree(const std::string& path, std::vector<SettingsChange>& undo) {
 
 /// Adds what deletes the first key of the path that isn't there; nothing if all are.
 Error NoteMissing(const std::string& path, std::vector<SettingsChange>& undo) {
-  for (std::size_t end = 0; end < path.size();) {
-    end = std::min(path.find('\\', end + 1), path.size());
-    const std::string part = path.substr(0, end);
-    const RegistryKey key(Registry().OpenKey(dq::kCurrentUser, part));
-    if (key.ok()) continue;
-    if (key.error().kind != ErrorKind::kNotFound) return key.error();
-    undo.push_back({.path = part, .deleted = true});
-    break;
+  {
+    const RegistryKey whole(Registry().OpenKey(dq::kCurrentUser, path));
+    if (whole.error().kind != ErrorKind::kNotFound) return whole.error();
   }
-  return {};
+  // From key to key, because each path from the root would be looked up from there.
+  auto above = std::make_unique<RegistryKey>(Registry().OpenKey(dq::kCurrentUser, ""));
+  for (std::size_t end = 0; above->ok() && end < path.size();) {
+    const std::size_t begin = end;
+    end = std::min(path.find('\\', end + 1), path.size());
+    const std::string_view name = std::string_view(path).substr(begin, end - begin);
+    above = std::make_unique<RegistryKey>(Registry().OpenKey(above->get(), name));
+    if (above->error().kind != ErrorKind::kNotFound) continue;
+    undo.push_back({.path = path.substr(0, end), .deleted = true});
+    return {};
+  }
+  return above->error();
 }
 
 /// Adds what undoes the change, as things stand.
