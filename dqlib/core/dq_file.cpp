@@ -28,6 +28,8 @@ struct CDQFile::Stream {
   bool standard_output = false;
   /// Set by the read that met the end of the file.
   bool at_end = false;
+  /// Whether reading a line has failed.
+  bool failed = false;
 
   /// The next character of the text, in which CR LF is LF; -1 at the end.
   int Get() {
@@ -109,7 +111,7 @@ int CDQFile::ReadLine(CString& text) {
       line[length++] = static_cast<char>(character);
     }
   } catch (const CFileException&) {
-    m_pStream->at_end = true;
+    m_pStream->at_end = m_pStream->failed = true;
   }
   text = std::string_view(line.data(), length);
   return text.GetLength();
@@ -161,7 +163,7 @@ bool CDQFile::GetTextList(CStringList& lines) {
     if (length == 0 && m_pStream->at_end) break;
     lines.AddTail(line);
   }
-  return true;
+  return !m_pStream->failed;
 }
 
 bool CDQFile::Write(int number) {

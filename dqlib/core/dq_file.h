@@ -48,6 +48,7 @@ class CDQFile {
   /// By the run-time's rules: 0 on success; origins 0 begin, 1 current, 2 end.
   virtual int fseek(long offset, int origin);
   /// Adds all lines from here to the list's tail; no empty line behind the last line end.
+  /// False if it isn't open or could not be read to its end.
   virtual bool GetTextList(CStringList& lines);
 
   bool Write(int number);

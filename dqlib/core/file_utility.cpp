@@ -189,7 +189,9 @@ CString CDQFileUtility::CreateTempFile(const char* prefix, const char* directory
     CString name;
     name.Format("%s%X.%s", stem, static_cast<UINT>(number), extension);
     const CString path = platform::JoinPath(where, name.View());
-    if (!DQLIB_FileExists(path)) return path;
+    const platform::Error error = Files().Status(path.View()).error;
+    if (error.kind == platform::ErrorKind::kNotFound) return path;
+    if (!error.ok()) return {};
   }
 }
 
@@ -253,7 +255,8 @@ int CDQFileUtility::WriteFile(const char* path, const char* text, int length, bo
   const std::string_view bytes = text == nullptr || length < 0
                                      ? OrEmpty(text)
                                      : std::string_view(text, static_cast<std::size_t>(length));
-  const bool existed = DQLIB_FileExists(path);
+  // A file whose status can't be read may be there, and isn't this one's to remove.
+  const bool existed = Files().Status(OrEmpty(path)).error.kind != platform::ErrorKind::kNotFound;
   CFile file;
   CDQFileException error;
   // What is appended and fails goes again.
@@ -402,8 +405,9 @@ bool CDQFileUtility::DeleteFiles(const CString& pattern, DWORD attributes) {
   const std::size_t separator = platform::FindLastSeparator(text);
   const std::string_view directory =
       separator == text.npos ? std::string_view() : text.substr(0, separator + 1);
-  bool all = true;
-  for (const platform::FoundFile& file : Files().Find(text).value) {
+  const auto matching = Files().Find(text);
+  bool all = matching.ok() || matching.error.kind == platform::ErrorKind::kNotFound;
+  for (const platform::FoundFile& file : matching.value) {
     const DWORD found = file.status.attributes;
     if ((found & FILE_DIRECTORY) != 0 || (found & attributes) == 0) continue;
     if (HasSeparator(file.name)) {

@@ -111,7 +111,7 @@ class CDQFileUtility {
   /// directory is deleted, and what it leads to stays. False if the directory is still there.
   static bool DeleteDirectory(const CString& path, bool recursive);
   /// Deletes the matching files that have at least one of the attribute bits, read-only ones too.
-  /// False if one could not be deleted; the others are.
+  /// False if one could not be deleted, while the others are, or if they could not be searched for.
   static bool DeleteFiles(const CString& pattern, DWORD attributes);
 
   /// Opens a file, or returns null, and tells the user if asked to.

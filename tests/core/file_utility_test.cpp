@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "dqlib/core/dq_file.h"
 #include "dqlib/core/system_info.h"
 #include "dqlib/framework/base/random.h"
 #include "tests/support/forwarding_files.h"
@@ -300,6 +301,30 @@ TEST(FileUtility, DeletingTakesReadOnlyFilesAndLeavesWhatLinksLeadTo) {
   EXPECT_FALSE(Utility::DeleteFiles((directory / "f*").c_str(), FILE_ARCHIVE));
   EXPECT_EQ(directory.Get("f1") + directory.Get("f2") + directory.Get("f3"), "(none)(none)");
   EXPECT_TRUE(Utility::DeleteFiles((directory / "x*").c_str(), FILE_ARCHIVE));
+}
+
+TEST(FileUtility, AFailureIsNeitherAnAbsenceNorASuccess) {
+  struct Broken : test::ForwardingFiles {
+    static platform::Error Fails() { return {platform::ErrorKind::kOther, EIO}; }
+    platform::Result<platform::FileStatus> Status(std::string_view) override { return Fails(); }
+    platform::Result<std::vector<platform::FoundFile>> Find(std::string_view) override {
+      return Fails();
+    }
+    platform::Result<std::size_t> Read(HANDLE, std::span<char>) override { return Fails(); }
+    platform::Error ReadAll(std::string_view, std::string&) override { return Fails(); }
+    platform::Error Replace(std::string_view, std::string_view, bool) override { return Fails(); }
+  } files;
+  const platform::ScopedPlatform scope(test::With(kFiles, &files));
+  const TempDirectory directory;
+  const std::string path = directory.Put("f", "old");
+  EXPECT_EQ(Utility::WriteFile(path.c_str(), "new", -1, true, false), 0);
+  EXPECT_EQ(directory.Get("f"), "old");
+  EXPECT_EQ(Utility::CreateTempFile("x", directory.path().c_str(), "sql"), "");
+  EXPECT_FALSE(Utility::DeleteFiles((directory / "*").c_str(), FILE_ARCHIVE));
+  CDQFile file(path.c_str(), FILE_OPEN_READ);
+  CStringList lines;
+  EXPECT_TRUE(file.Open());
+  EXPECT_FALSE(file.GetTextList(lines));
 }
 
 TEST(FileUtility, NamesForDisplayKeepRootAndLastDirectories) {
