@@ -70,7 +70,8 @@ void PrintOptions(const Command& command) {
     }
   }
   // What is most of all the same stands last.
-  std::ranges::stable_partition(rows, [](const auto& row) { return row.first != kJson.name; });
+  std::stable_partition(rows.begin(), rows.end(),
+                        [](const auto& row) { return row.first != kJson.name; });
   if (!rows.empty()) PrintLine("");
   for (const auto& [name, text] : rows) PrintRow(name, widest, text);
 }

@@ -291,7 +291,8 @@ class Parser {
 };
 
 void CheckOptions(const Form& form, const Arguments& arguments) {
-  for (const auto& [name, value] : arguments.options) {
+  for (const auto& given : arguments.options) {
+    const std::string& name = given.first;
     const bool known = std::ranges::any_of(
         form.options, [&name](const Option& option) { return name == option.name; });
     if (!known) throw WrongUsageOfForm(name + " is no option of this form", form);

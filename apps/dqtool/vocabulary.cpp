@@ -70,16 +70,18 @@ dq::OBJECTTYPES TypeOf(const std::string& word, dq::DBMS platform) {
                    DidYouMean(word, names));
 }
 
+bool HoldsVersion(const dq::CDQDBVersionString& version) {
+  const std::string_view major = version.View().substr(0, version.View().find('.'));
+  return !major.empty() && major.find_first_not_of("0123456789") == major.npos;
+}
+
 double VersionOf(const std::string& word, dq::DBMS platform) {
   double version = 0;
   const char* const end = word.data() + word.size();
   const auto [stop, error] = std::from_chars(word.data(), end, version, std::chars_format::fixed);
   if (error != std::errc() || stop != end) {
     const dq::CDQDBVersionString text(word.c_str(), platform);
-    const std::string_view major = text.View().substr(0, text.View().find('.'));
-    if (major.empty() || major.find_first_not_of("0123456789") != major.npos) {
-      throw WrongUsage("V is a version, not '" + word + "'");
-    }
+    if (!HoldsVersion(text)) throw WrongUsage("V is a version, not '" + word + "'");
     version = static_cast<double>(text);
   }
   if (!std::isfinite(version) || version < 0) {

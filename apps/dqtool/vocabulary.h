@@ -7,6 +7,7 @@
 #include "apps/dqtool/command.h"
 #include "dqlib/dbvocab/dbms.h"
 #include "dqlib/dbvocab/object_types.h"
+#include "dqlib/dbvocab/version_string.h"
 
 namespace dqtool {
 
@@ -19,6 +20,9 @@ dq::DBMS PlatformOf(const std::string& word);
 /// The kind of objects: by its number, or by what it is called on the platform or, if no kind is
 /// called so there, on another one, in any case. Throws `WrongUsage` if it is neither.
 dq::OBJECTTYPES TypeOf(const std::string& word, dq::DBMS platform);
+
+/// Whether a version could be read: numbers stand before its first dot.
+bool HoldsVersion(const dq::CDQDBVersionString& version);
 
 /// A server's version: a number as it is, any other text as the platform's servers call themselves.
 /// Throws `WrongUsage` if it is none.

@@ -262,7 +262,9 @@ class WordsTest(transcript.TranscriptTest):
             version 8.1.7 --platform oracle --json => {"version":"8.17"}
             version --platform oracle 8.1.7 >= 8.1 => true
             version --platform oracle 8.1.7 '>' 8.1 --json =>1 {"result":false}
-            version --platform db2 ? == 0 => true
+            version --platform db2 ? == 0 => true ! no version in '?'
+            version --platform oracle nonsense => nonsense ! no version in 'nonsense'
+            version --platform db2 8.1 '<' 1e5 =>2 ! NUMBER is a decimal number, not '1e5'
             version --platform db2 8.1 = 8 =>2 ! no operator '='
             version --platform db2 8.1 '<' 8x =>2 ! NUMBER is a decimal number, not '8x'
             version --platform db2 8.1 '<' nan =>2 ! NUMBER is a decimal number, not 'nan'
@@ -305,6 +307,8 @@ class WordsTest(transcript.TranscriptTest):
             objects loop list =>1 ! Error:  Failed to open object map file 'loop'...
             objects loop add k 1 o n =>1 ! Error:  Failed to open object map file 'loop'...
             objects map add k 1x o n =>2 ! no kind of objects '1x', by number or name
+            objects map add k 0 o n =>2 ! no kind of objects has the number 0
+            objects map add k 89 o n =>2 ! no kind of objects has the number 89
             objects map add k =>2 ! a FILE, a KEY, a TYPE, an OWNER and a NAME are needed
             objects '' list =>2 ! FILE is empty
             objects - add k 1 o n =>2 ! standard input can't be changed; for a file of that name: ./-
