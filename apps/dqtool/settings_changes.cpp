@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <ranges>
 #include <utility>
 #include <vector>
 
@@ -112,8 +111,8 @@ SettingsRefusal MakeChanges(std::span<const SettingsChange> changes) {
     if (!refusal.refused.ok()) break;
   }
   if (refusal.refused.ok()) return refusal;
-  for (const auto& steps : std::views::reverse(undo)) {
-    for (const SettingsChange& step : steps) {
+  for (auto steps = undo.rbegin(); steps != undo.rend(); ++steps) {
+    for (const SettingsChange& step : *steps) {
       const Error error = Make(step);
       if (refusal.not_undone.ok()) refusal.not_undone = error;
     }
