@@ -1,42 +1,36 @@
 #include "dqlib/platform/posix/registry_journal.h"
 
-#include <chrono>
-#include <gtest/gtest.h>
-#include <string>
-#include <vector>
-
 #include "dqlib/platform/checksum.h"
 #include "dqlib/platform/posix/registry_snapshot.h"
 #include "dqlib/platform/registry.h"
+#include "tests/support/testing.h"
 
 namespace dq::platform::posix {
 namespace {
 
 constexpr std::uint64_t kEpoch = 7;
 
-std::string TextOf(const RegistryTree& tree) {
+std::string TextOf(const RegistryTree& tree,
+                   const std::optional<SnapshotEpochs>& epochs = std::nullopt) {
   std::string text;
-  const Error error = WriteSnapshot(tree, "ROOT", std::nullopt, [&](std::string_view piece) {
+  const auto take = [&](std::string_view piece) {
     text += piece;
     return Error{};
-  });
-  EXPECT_TRUE(error.ok());
+  };
+  EXPECT_TRUE(WriteSnapshot(tree, "ROOT", epochs, take).ok());
   return text;
 }
 
 /// Records of changes, one behind the other from the begin of a journal.
-struct Records {
-  explicit Records(const std::vector<JournalChange>& changes) {
-    for (const JournalChange& change : changes) {
-      std::string record;
-      EncodeJournalRecord(change, kEpoch, kJournalHeaderSize + bytes.size(), record);
-      bytes += record;
-      ends.push_back(bytes.size());
-    }
-  }
+std::string Records(const std::vector<JournalChange>& changes) {
   std::string bytes;
-  std::vector<std::size_t> ends;
-};
+  for (const JournalChange& change : changes) {
+    std::string record;
+    EncodeJournalRecord(change, kEpoch, kJournalHeaderSize + bytes.size(), record);
+    bytes += record;
+  }
+  return bytes;
+}
 
 JournalReplay Replay(std::string_view bytes, RegistryTree& tree) {
   return ReplayJournal(bytes, kEpoch, kJournalHeaderSize, tree);
@@ -62,61 +56,60 @@ TEST(Checksum, IsTheCastagnoliOneInPiecesOfAnySize) {
 }
 
 TEST(RegistryJournal, ADamagedByteCostsOneRecord) {
-  const Records records(kChanges);
-  for (std::size_t at = 0; at < records.bytes.size(); ++at) {
-    std::string bytes = records.bytes;
+  const std::string records = Records(kChanges);
+  for (std::size_t at = 0; at < records.size(); ++at) {
+    std::string bytes = records;
     bytes[at] = static_cast<char>(bytes[at] ^ 0x10);
     RegistryTree tree;
     const JournalReplay replay = Replay(bytes, tree);
     EXPECT_EQ(replay.records, kChanges.size() - 1) << at;
     EXPECT_EQ(replay.gaps, 1u) << at << ": it was reported, even as the last one";
+    EXPECT_EQ(replay.end, 64 + records.size()) << at;
   }
 }
 
 TEST(RegistryJournal, RecordsCountInTheirOwnJournalAndPlaceOnly) {
-  const Records inner({{JournalOperation::kCreateKey, "inner"}});
-  const Records outer({{JournalOperation::kSetValue, "k", "v", 1, inner.bytes},
-                       {JournalOperation::kCreateKey, "last"}});
+  const std::string inner = Records({{JournalOperation::kCreateKey, "inner"}});
+  const std::string outer = Records(
+      {{JournalOperation::kSetValue, "k", "v", 1, inner}, {JournalOperation::kCreateKey, "last"}});
   // The record in the value must not come to light when the one around it is damaged.
-  std::string bytes = outer.bytes;
+  std::string bytes = outer;
   bytes[0] ^= 1;
   RegistryTree tree;
   EXPECT_EQ(Replay(bytes, tree).records, 1u);
   EXPECT_EQ(tree.FindKey(tree.root(), "inner"), nullptr);
-  const JournalReplay former = ReplayJournal(outer.bytes, kEpoch + 1, kJournalHeaderSize, tree);
+  const JournalReplay former = ReplayJournal(outer, kEpoch + 1, kJournalHeaderSize, tree);
   EXPECT_EQ(former.records, 0u);
   EXPECT_EQ(former.gaps, 0u) << "what earlier use leaves behind is no damage";
-  EXPECT_EQ(Replay(outer.bytes + std::string(5'000, '\0'), tree).gaps, 0u);
-  EXPECT_EQ(ReplayJournal(outer.bytes, kEpoch, kJournalHeaderSize + 1, tree).records, 0u);
+  EXPECT_EQ(Replay(outer + std::string(5'000, '\0'), tree).gaps, 0u);
+  EXPECT_EQ(ReplayJournal(outer, kEpoch, kJournalHeaderSize + 1, tree).records, 0u);
   EXPECT_EQ(FindJournalEpoch(bytes, kJournalHeaderSize), kEpoch);
 }
 
 TEST(RegistryJournal, BytesThatOverlapAsRecordsAreReadInLinearTime) {
-  // Heads side by side, each with all the bytes behind it as content that isn't the right one.
-  constexpr std::size_t kSize = 16 << 20;
+  // Heads side by side, each with all the bytes behind it as content that isn't the right one: who
+  // looked at all of it for each would take half an hour.
+  constexpr std::size_t kSize = 4 << 20;
   std::string bytes;
   while (bytes.size() + 28 <= kSize) {
-    const struct {
-      std::uint64_t size, epoch, place;
-    } head{kSize - bytes.size() - 28, kEpoch, kJournalHeaderSize + bytes.size()};
+    const std::uint64_t head[]{kSize - bytes.size() - 28, kEpoch,
+                               kJournalHeaderSize + bytes.size()};
     const std::string_view text(reinterpret_cast<const char*>(&head), sizeof head);
     const std::uint32_t sum = Checksum(text);
     bytes.append(text).append(reinterpret_cast<const char*>(&sum), sizeof sum);
   }
   RegistryTree tree;
-  const auto begin = std::chrono::steady_clock::now();
   EXPECT_EQ(Replay(bytes, tree).records, 0u);
   EXPECT_FALSE(FindJournalEpoch(bytes, kJournalHeaderSize));
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30));
 }
 
 TEST(RegistryJournal, ReplayingOverAnyLaterStateGivesTheLastOne) {
   RegistryTree whole;
-  Replay(Records(kChanges).bytes, whole);
+  Replay(Records(kChanges), whole);
   for (std::size_t count = 0; count <= kChanges.size(); ++count) {
     RegistryTree tree;
     for (std::size_t i = 0; i < count; ++i) ApplyChange(kChanges[i], tree);
-    Replay(Records(kChanges).bytes, tree);
+    Replay(Records(kChanges), tree);
     EXPECT_EQ(TextOf(tree), TextOf(whole)) << count;
   }
 }
@@ -145,18 +138,12 @@ TEST(RegistryJournal, AHeaderIsWholeOrNone) {
 TEST(RegistrySnapshot, TheSecondLineTellsItsEpochsAndOthersMayLackIt) {
   RegistryTree tree;
   RegistryTree::SetValue(tree.root(), "", REGISTRY_DWORD, "abcd");
-  const std::string line = "; epochs ffffffffffffffff a 40 123456789abcdef0\r\n";
   const std::string begin = "REGEDIT4\r\n";
   const std::string rest = "\r\n[ROOT]\r\n@=dword:64636261\r\n; 1 values, checksum ";
-  std::string text;
-  const auto take = [&](std::string_view piece) {
-    text += piece;
-    return Error{};
-  };
-  EXPECT_TRUE(WriteSnapshot(tree, "ROOT",
-                            SnapshotEpochs{0xFFFFFFFFFFFFFFFF, 0xA, 0x40, 0x123456789ABCDEF0}, take)
-                  .ok());
-  EXPECT_EQ(text, begin + line + rest + "8b75086b\r\n");
+  const std::string text =
+      TextOf(tree, SnapshotEpochs{0xFFFFFFFFFFFFFFFF, 0xA, 0x40, 0x123456789ABCDEF0});
+  EXPECT_EQ(text,
+            begin + "; epochs ffffffffffffffff a 40 123456789abcdef0\r\n" + rest + "8b75086b\r\n");
   const auto epochs = ReadSnapshot(text, "ROOT").epochs;
   ASSERT_TRUE(epochs);
   EXPECT_EQ(epochs->epoch, 0xFFFFFFFFFFFFFFFF);
@@ -203,9 +190,7 @@ TEST(RegistrySnapshot, NamesAndPathsMadeToBeSlowTakeLinearTimeAndRoom) {
     for (int bit = 0; bit < kBits; ++bit) text += (number >> bit & 1) != 0 ? '1' : '\x11';
     text += "\"=hex:\n";
   }
-  const auto begin = std::chrono::steady_clock::now();
   EXPECT_EQ(ReadSnapshot(text, "ROOT").values, std::size_t{1} << kBits);
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
 
   RegistryTree deep;
   std::string path = "a";

@@ -2,32 +2,19 @@
 
 #include "dqlib/platform/posix/registry_store.h"
 
-#include <cerrno>
-#include <chrono>
 #include <csignal>
-#include <cstdio>
 #include <fcntl.h>
-#include <filesystem>
-#include <fstream>
-#include <functional>
-#include <gtest/gtest.h>
-#include <memory>
-#include <string>
 #include <sys/file.h>
-#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "dqlib/platform/posix/registry.h"
 #include "dqlib/platform/posix/system_services.h"
 #include "dqlib/platform/profile_files.h"
 #include "tests/support/failing_system_calls.h"
 #include "tests/support/forked_process.h"
-#include "tests/support/registry_dump.h"
-#include "tests/support/rows.h"
+#include "tests/support/registry_user.h"
 #include "tests/support/scripted_prompts.h"
-#include "tests/support/temp_directory.h"
 
 namespace dq::platform::posix {
 namespace {
@@ -35,161 +22,97 @@ namespace {
 namespace fs = std::filesystem;
 
 using dq::testing::ScriptedPrompts;
-using test::Dump;
-using test::Read;
-using test::RegistryDump;
+using test::Found;
+using test::Rows;
 using TempDirectory = test::MemoryDirectory;
+using User = test::RegistryUser;
 
-constexpr std::size_t kHeader = kJournalHeaderSize;
-const std::string kLarge(345'000, 'x');
-
-HKEY Key(Registry& registry, std::string_view path = "k") {
-  return registry.CreateKey(kCurrentUser, path).value;
-}
-
-Error Set(Registry& registry, std::string_view name, std::string_view data) {
-  const Result<HKEY> key = registry.CreateKey(kCurrentUser, "k");
-  if (!key.ok()) return key.error;
-  const Error error = registry.SetValue(key.value, name, REGISTRY_BINARY, data);
-  registry.CloseKey(key.value);
-  return error;
-}
-
-std::string Get(Registry& registry, std::string_view name) {
-  const HKEY key = registry.OpenKey(kCurrentUser, "k").value;
-  const std::string data = Read(registry, key, name);
-  registry.CloseKey(key);
-  return data;
-}
-
-/// What a program finds that opens the files now.
-RegistryDump DumpOf(const std::string& files) {
-  FileRegistry registry(files);
-  return Dump(registry);
-}
-
-/// A directory with three values in its journal, or in its snapshot.
-void Fill(const TempDirectory& directory, bool in_snapshot) {
-  const TempDirectory work;
-  FileRegistry registry(work.path());
-  for (const char* name : {"one", "two", "three"}) EXPECT_TRUE(Set(registry, name, name).ok());
-  EXPECT_TRUE(!in_snapshot || registry.Leave().ok());
-  fs::copy(work.path(), directory.path());  // as a process that is killed leaves them
-}
+constexpr const char* kFilled = "k: one=one three=three two=two ";
 
 struct RegistryStoreTest : ::testing::Test {
+  /// Three values in the journal, or in the snapshot.
+  static void Fill(const TempDirectory& directory, bool in_snapshot) {
+    const TempDirectory work;
+    User user(work.path());
+    user.Do(in_snapshot ? "one=one two=two three=three leave" : "one=one two=two three=three");
+    fs::copy(work.path(), directory.path());  // as a process that is killed leaves them
+  }
+  /// Whether the person was told so often since the last question, and the last time of this.
+  bool Told(std::size_t times, std::string_view text = "") {
+    const auto shown = std::exchange(prompts_.shown, {});
+    return shown.size() == times && (times == 0 || (shown.back().text.find(text) != text.npos &&
+                                                    shown.back().type == BOX_EXCLAMATION));
+  }
+
   const TempDirectory directory_;
   ScriptedPrompts prompts_;
 };
 
-TEST_F(RegistryStoreTest, ATornJournalIsReadUpToItsLastChangeWithoutAWord) {
-  const TempDirectory full;
-  Fill(full, false);
-  const std::string bytes = full.Get("hkcu.journal");
-  std::size_t whole_before = 0;
-  for (std::size_t cut = 0; cut <= bytes.size(); ++cut) {
-    const TempDirectory directory;
-    directory.Put("hkcu.journal", bytes.substr(0, cut));
-    FileRegistry registry(directory.path());
-    const RegistryDump dump = Dump(registry);
-    const std::size_t whole = dump.size() == 1 ? 0 : 1 + dump.at("k").size();
-    EXPECT_GE(whole, whole_before) << cut;
-    whole_before = whole;
-    // What comes next stands behind the last whole record, and is there for the next one.
-    EXPECT_TRUE(Set(registry, "next", "x").ok()) << cut;
-    EXPECT_EQ(DumpOf(directory.path()), Dump(registry)) << cut;
-    const std::string journal = directory.Get("hkcu.journal");
-    RegistryTree tree;
-    const auto records = std::string_view(journal).substr(kHeader);
-    const auto epoch = DecodeJournalHead(journal)->epoch;
-    EXPECT_EQ(ReplayJournal(records, epoch, kHeader, tree).end, journal.size()) << cut;
-  }
-  EXPECT_EQ(whole_before, 4u);
-  EXPECT_TRUE(prompts_.shown.empty());
-}
-
-TEST_F(RegistryStoreTest, ADamagedSnapshotIsSalvagedKeptAndToldOnce) {
-  const TempDirectory full;
-  Fill(full, true);
-  const std::string bytes = full.Get("hkcu.reg");
-  const std::string journal = full.Get("hkcu.journal");
-  for (std::size_t cut = 0; cut < bytes.size(); ++cut) {
-    const TempDirectory directory;
-    directory.Put("hkcu.reg", bytes.substr(0, cut));
-    directory.Put("hkcu.journal", journal);
-    directory.Put("hkcu.reg.bad", "of last time");
-    ScriptedPrompts prompts;
-    SCOPED_TRACE(cut);
-    const RegistryDump salvaged = DumpOf(directory.path());
-    for (const auto& [path, values] : salvaged) {
-      for (const auto& [name, value] : values) EXPECT_EQ(name, value.second);
+TEST_F(RegistryStoreTest, AFileThatIsCutOffIsReadUpToItsLastChange) {
+  for (const std::string file : {"hkcu.journal", "hkcu.reg"}) {
+    const bool is_snapshot = file == "hkcu.reg";
+    const TempDirectory whole;
+    Fill(whole, is_snapshot);
+    const std::string bytes = whole.Get(file);
+    std::string states;
+    for (std::size_t cut = 0; cut < bytes.size(); ++cut) {
+      SCOPED_TRACE(file + " cut to " + std::to_string(cut));
+      const TempDirectory directory;
+      fs::copy(whole.path(), directory.path());
+      fs::resize_file(directory / file, cut);
+      directory.Put("hkcu.reg.bad", "of last time");
+      User user(directory.path());
+      const std::string all = user.All();
+      if (!states.ends_with("|" + all)) states += "|" + all;
+      // A journal ends anywhere when a writer is killed; a snapshot doesn't, and it is kept.
+      EXPECT_TRUE(Told(is_snapshot ? 1 : 0, "kept as " + directory / "hkcu.reg.bad.1."));
+      EXPECT_EQ(directory.Get("hkcu.reg.bad.1"), is_snapshot ? bytes.substr(0, cut) : "(none)");
+      EXPECT_EQ(directory.Mode("hkcu.reg.bad.1"), is_snapshot ? 0600u : 0u);
+      // What comes next stands behind the last whole record, and is there for the next one.
+      user.Do("z=next");
+      EXPECT_TRUE(directory.Get("hkcu.journal").ends_with(std::string("z\3\0\0\0next", 9)));
+      EXPECT_EQ(Found(directory.path()), (all.empty() ? "k: " : all) + "z=next ");
+      EXPECT_TRUE(Told(0));
     }
-    ASSERT_EQ(prompts.shown.size(), 1u);
-    EXPECT_EQ(prompts.shown[0].type, UINT{BOX_EXCLAMATION});
-    EXPECT_NE(prompts.shown[0].text.find(directory / "hkcu.reg.bad.1"), std::string::npos);
-    EXPECT_EQ(directory.Get("hkcu.reg.bad.1"), bytes.substr(0, cut));
-    EXPECT_EQ(directory.Mode("hkcu.reg.bad.1"), 0600u);
-    EXPECT_EQ(DumpOf(directory.path()), salvaged);
-    EXPECT_EQ(prompts.shown.size(), 1u);
-  }
-}
-
-TEST_F(RegistryStoreTest, AJournalDamagedInTheMiddleLosesOnlyWhatIsDamaged) {
-  const TempDirectory full;
-  Fill(full, false);
-  const std::string bytes = full.Get("hkcu.journal");
-  for (const auto& [lost, at] : test::Rows<std::string, std::size_t>{
-           {"", 3}, {"", 9}, {"two", bytes.find("two")}, {"three", bytes.find("three")}}) {
-    SCOPED_TRACE(at);
-    const TempDirectory directory;
-    std::string damaged = bytes;
-    damaged[at] ^= 1;
-    directory.Put("hkcu.journal", damaged);
-    ScriptedPrompts prompts;
-    FileRegistry registry(directory.path());
-    for (const std::string name : {"one", "two", "three"}) {
-      EXPECT_EQ(Get(registry, name), name == lost ? "(error 1)" : name);
-    }
-    ASSERT_EQ(prompts.shown.size(), 1u);
-    EXPECT_EQ(directory.Get("hkcu.journal.bad"), damaged);
-    EXPECT_TRUE(Set(registry, "next", "x").ok());
-    EXPECT_EQ(DumpOf(directory.path()), Dump(registry));
-    EXPECT_EQ(prompts.shown.size(), 1u);
+    EXPECT_EQ(states + (is_snapshot ? "" : "|" + std::string(kFilled)),
+              "||k: |k: one=one |k: one=one two=two |" + std::string(kFilled));
   }
 }
 
 TEST_F(RegistryStoreTest, AGrownJournalIsFoldedWhileOthersHaveItOpen) {
-  FileRegistry writer(directory_.path());
-  FileRegistry reader(directory_.path());
-  FileRegistry sleeper(directory_.path());
-  EXPECT_TRUE(Set(sleeper, "first", "x").ok());
+  User users[] = {User(directory_.path()), User(directory_.path())};
+  User sleeper(directory_.path());
+  sleeper.Do("first=x +k\\doomed");
   const HKEY asleep = sleeper.OpenKey(kCurrentUser, "k").value;
-  const HKEY doomed = Key(sleeper, "doomed");
-  EXPECT_TRUE(writer.DeleteKey(kCurrentUser, "doomed").ok());
-  // Four folds and more; the reader follows each, the sleeper wakes when all are over.
-  for (int i = 0; i < 700; ++i) {
-    const std::string data(10'000, static_cast<char>('a' + i % 26));
-    ASSERT_TRUE(Set(i % 2 ? writer : reader, "v" + std::to_string(i % 60), data).ok());
-    ASSERT_EQ(Get(i % 2 ? reader : writer, "v" + std::to_string(i % 60)), data);
+  const HKEY doomed = sleeper.OpenKey(asleep, "doomed").value;
+  users[0].Do("!k\\doomed");
+  // The reader follows each fold, the sleeper wakes when all are over.
+  std::string folds;
+  for (std::uintmax_t i = 0, size = 0; i < 48; ++i) {
+    const std::string value = "v" + std::to_string(i % 4) + "=#" + std::to_string(90'000 + i);
+    users[i % 2].Do(value);
+    ASSERT_NE(users[(i + 1) % 2].All().find(" " + value + " "), std::string::npos) << i;
+    const std::uintmax_t now = fs::file_size(directory_ / "hkcu.journal");
+    if (now < std::exchange(size, now)) folds += std::to_string(i) + " ";
   }
-  EXPECT_LT(fs::file_size(directory_ / "hkcu.journal"), 3u << 20);
-  EXPECT_GT(fs::file_size(directory_ / "hkcu.reg"), 600'000u);
-  EXPECT_EQ(Read(sleeper, asleep, "v59").size(), 10'000u);
-  EXPECT_EQ(Read(sleeper, doomed, "v"), "(error 1)");
+  EXPECT_EQ(folds, "11 24 37 ") << "at 1 MiB, and then where it is longer than the snapshot";
+  EXPECT_EQ(test::Read(sleeper, asleep, "first"), "x");
+  EXPECT_EQ(test::Read(sleeper, doomed, "v"), "(error 1)");
   EXPECT_TRUE(sleeper.SetValue(asleep, "last", 1, "x").ok());
-  EXPECT_EQ(Dump(writer), Dump(sleeper));
+  const std::string all = "k: first=x last=x v0=#90044 v1=#90045 v2=#90046 v3=#90047 ";
+  for (User* user : {&users[0], &users[1], &sleeper}) EXPECT_EQ(user->All(), all);
 }
 
 TEST_F(RegistryStoreTest, OnlyTheLastUserFolds) {
-  auto first = std::make_unique<FileRegistry>(directory_.path());
-  auto second = std::make_unique<FileRegistry>(directory_.path());
-  EXPECT_TRUE(Set(*first, "a", "1").ok());
-  EXPECT_EQ(Get(*second, "a"), "1");
+  auto first = std::make_unique<User>(directory_.path());
+  auto second = std::make_unique<User>(directory_.path());
+  first->Do("a=1");
+  EXPECT_EQ(second->All(), "k: a=1 ");
   first.reset();
   EXPECT_EQ(directory_.Get("hkcu.reg"), "(none)");
   second.reset();
-  EXPECT_EQ(fs::file_size(directory_ / "hkcu.journal"), kHeader);
-  EXPECT_EQ(Get(*std::make_unique<FileRegistry>(directory_.path()), "a"), "1");
+  EXPECT_EQ(fs::file_size(directory_ / "hkcu.journal"), 64u);
+  EXPECT_EQ(User(directory_.path()).All(), "k: a=1 ");
 }
 
 /// Something that happens to the files of a store from outside.
@@ -207,60 +130,49 @@ void RemoveAll(const TempDirectory& d) {
 }
 void BeginAnew(const TempDirectory& d) {
   fs::remove(d / "hkcu.journal");
-  EXPECT_TRUE(Set(*std::make_unique<FileRegistry>(d.path()), "of another", "x").ok());
+  User(d.path()).Do("another=x");
 }
 
 TEST_F(RegistryStoreTest, WhatARunningProcessKnowsOutlivesItsFiles) {
-  for (const auto& [what, strike] :
-       test::Rows<const char*, Mishap>{{"journal emptied", CutTo(0)},
-                                       {"header cut", CutTo(50)},
-                                       {"records cut off", CutTo(kHeader)},
-                                       {"record cut", CutTo(kHeader + 40)},
-                                       {"journal deleted", Removed("hkcu.journal")},
-                                       {"journal trashed", Trash},
-                                       {"everything deleted", RemoveAll},
-                                       {"begun anew by another", BeginAnew}}) {
-    for (const bool behind_sees_it_first : {false, true}) {
-      SCOPED_TRACE(what);
+  for (const auto& [what, strike, others] :
+       Rows<const char*, Mishap, std::string>{{"journal emptied", CutTo(0), "k: "},
+                                              {"header cut", CutTo(50), "k: "},
+                                              {"records cut off", CutTo(64), "k: "},
+                                              {"record cut", CutTo(104), "k: "},
+                                              {"journal deleted", Removed("hkcu.journal"), "k: "},
+                                              {"journal trashed", Trash, "k: "},
+                                              {"everything deleted", RemoveAll, "k: "},
+                                              {"begun anew", BeginAnew, "k: another=x "}}) {
+    for (const std::string more : {"", "more=z "}) {
+      SCOPED_TRACE(what + more);
       const TempDirectory directory;
-      ScriptedPrompts prompts;
-      FileRegistry registry(directory.path());
-      FileRegistry behind(directory.path());
-      const HKEY key = Key(registry);
-      EXPECT_TRUE(Set(registry, "gone", "x").ok());
-      EXPECT_EQ(Get(behind, "gone"), "x");
-      EXPECT_TRUE(registry.DeleteValue(key, "gone").ok());
-      EXPECT_TRUE(Set(registry, "old", "y").ok());
+      User user(directory.path());
+      User behind(directory.path());
+      user.Do("gone=x");
+      EXPECT_EQ(behind.All(), "k: gone=x ");
+      user.Do("-gone old=y");
       strike(directory);
-      EXPECT_TRUE(!behind_sees_it_first || Set(behind, "more", "z").ok());
-      EXPECT_EQ(Read(registry, key, "old"), "y");
-      EXPECT_TRUE(Set(registry, "new", "n").ok());
-      EXPECT_GE(prompts.shown.size(), 1u);
-      const TempDirectory copy;
-      fs::copy(directory.path(), copy.path());
-      RegistryDump next = DumpOf(copy.path());
-      EXPECT_EQ(next["k"]["old"].second + next["k"]["new"].second, "yn");
-      EXPECT_EQ(next["k"].contains("more"), behind_sees_it_first);
-      EXPECT_FALSE(next["k"].contains("gone"));
-      EXPECT_EQ(Dump(behind), next);
-      EXPECT_EQ(Dump(registry), next);
+      behind.Do(more);
+      user.Do("new=n");
+      EXPECT_FALSE(Told(0));
+      const std::string all = others + more + "new=n old=y ";
+      EXPECT_EQ(Found(directory.path()), all);
+      EXPECT_EQ(behind.All(), all);
+      EXPECT_EQ(user.All(), all);
     }
   }
 }
 
 TEST_F(RegistryStoreTest, AJournalBegunAnewAndFoldedIsUnitedWithWhatAProgramKnew) {
-  FileRegistry registry(directory_.path());
-  EXPECT_TRUE(Set(registry, "mine", "1").ok() && Set(registry, "both", "old").ok());
+  User user(directory_.path());
+  user.Do("mine=1 both=old");
   fs::remove(directory_ / "hkcu.journal");
-  FileRegistry stranger(directory_.path());
-  EXPECT_TRUE(Set(stranger, "theirs", "2").ok() && Set(stranger, "both", "new").ok());
-  for (int i = 0; i < 4; ++i) EXPECT_TRUE(Set(stranger, "large", kLarge).ok());
+  User stranger(directory_.path());
+  stranger.Do("theirs=2 both=new l=#345000 l=#345000 l=#345000 l=#345000 -l");
   ASSERT_TRUE(fs::exists(directory_ / "hkcu.reg"));
-  EXPECT_TRUE(Set(registry, "next", "3").ok());
-  for (FileRegistry* each : {&registry, &stranger}) {
-    EXPECT_EQ(Get(*each, "mine") + Get(*each, "theirs") + Get(*each, "both") + Get(*each, "next"),
-              "12new3");
-  }
+  user.Do("next=3");
+  EXPECT_EQ(user.All(), "k: both=new mine=1 next=3 theirs=2 ");
+  EXPECT_EQ(stranger.All(), user.All());
   const std::string former = directory_.Get("hkcu.reg.former");
   EXPECT_NE(former.find("\"both\"=hex:6f,6c,64"), std::string::npos) << "is there to look up";
   ASSERT_GE(prompts_.shown.size(), 1u);
@@ -270,31 +182,23 @@ TEST_F(RegistryStoreTest, AJournalBegunAnewAndFoldedIsUnitedWithWhatAProgramKnew
 TEST_F(RegistryStoreTest, AJournalRemovedUnderSeveralProgramsLosesNothingOfAny) {
   for (const std::string removal : {"hkcu.journal", "hkcu.reg", "moved"}) {
     for (const std::string order : {"012", "210", "102", "120"}) {
-      SCOPED_TRACE(removal + order);
       const TempDirectory directory;
       {
         // The first one is behind, and the last one ahead of all.
-        FileRegistry programs[] = {FileRegistry(directory.path()), FileRegistry(directory.path()),
-                                   FileRegistry(directory.path())};
-        for (std::size_t i : {0u, 1u, 2u})
-          EXPECT_TRUE(Set(programs[i], std::string(1, "abc"[i]), "x").ok());
-        EXPECT_TRUE(Set(programs[2], "gone", "x").ok());
-        EXPECT_TRUE(programs[2].DeleteValue(Key(programs[2]), "gone").ok());
+        User users[] = {User(directory.path()), User(directory.path()), User(directory.path())};
+        users[0].Do("a=x");
+        users[1].Do("b=x");
+        users[2].Do("c=x gone=x -gone");
         fs::rename(directory / "hkcu.journal", directory / "moved");
         if (removal != "moved") fs::remove(directory / "moved");
         if (removal == "hkcu.reg") fs::remove(directory / "hkcu.reg");
-        FileRegistry stranger(directory.path());
-        EXPECT_TRUE(Set(stranger, "new", "x").ok());
-        EXPECT_TRUE(stranger.DeleteValue(Key(stranger), "new").ok());
-        for (const char each : order) {
-          EXPECT_TRUE(Set(programs[each - '0'], std::string("then") + each, "x").ok());
-        }
-        EXPECT_TRUE(Set(stranger, "last", "x").ok());
+        User stranger(directory.path());
+        stranger.Do("new=x -new");
+        for (const char each : order) users[each - '0'].Do(std::string("then") + each + "=x");
+        stranger.Do("last=x");
       }
-      std::string names;
-      const RegistryDump dump = DumpOf(directory.path());
-      for (const auto& [name, value] : dump.at("k")) names += name + " ";
-      EXPECT_EQ(names, "a b c last then0 then1 then2 ");
+      EXPECT_EQ(User(directory.path()).All(), "k: a=x b=x c=x last=x then0=x then1=x then2=x ")
+          << removal << order;
     }
   }
 }
@@ -303,121 +207,106 @@ TEST_F(RegistryStoreTest, AJournalRemovedUnderSeveralProgramsLosesNothingOfAny) 
 std::string OfEarlierVersion(std::string bytes) {
   if (bytes.starts_with("DQREGJ1")) return bytes.replace(36, 4, 4, '\0').replace(56, 8, 8, '\0');
   std::string text;
-  const Error error = WriteSnapshot(*ReadSnapshot(bytes, "HKEY_CURRENT_USER").tree,
-                                    "HKEY_CURRENT_USER", std::nullopt, [&](std::string_view piece) {
-                                      text += piece;
-                                      return Error{};
-                                    });
-  EXPECT_TRUE(error.ok());
+  const auto take = [&](std::string_view piece) {
+    text += piece;
+    return Error{};
+  };
+  const LoadedSnapshot loaded = ReadSnapshot(bytes, "HKEY_CURRENT_USER");
+  EXPECT_TRUE(WriteSnapshot(*loaded.tree, "HKEY_CURRENT_USER", std::nullopt, take).ok());
   return text;
 }
 
 TEST_F(RegistryStoreTest, SnapshotAndJournalOfDifferentTimesAreNotMixed) {
-  std::string file[6];
-  enum { kJournal0, kSnapshot1, kJournal1Begun, kJournal1, kSnapshot2, kJournal2 };
-  {
-    FileRegistry registry(directory_.path());
-    const auto save = [&](int snapshot, int journal) {
-      if (snapshot >= 0) file[snapshot] = directory_.Get("hkcu.reg");
-      if (journal >= 0) file[journal] = directory_.Get("hkcu.journal");
-    };
-    EXPECT_TRUE(Set(registry, "a", "1").ok());
-    save(-1, kJournal0);
-    EXPECT_TRUE(registry.Leave().ok());
-    EXPECT_TRUE(Set(registry, "b", "1").ok());
-    save(kSnapshot1, kJournal1Begun);
-    EXPECT_TRUE(Set(registry, "b", "2").ok());
-    save(-1, kJournal1);
-    EXPECT_TRUE(registry.Leave().ok());
-    EXPECT_TRUE(Set(registry, "a", "3").ok());
-    save(kSnapshot2, kJournal2);
+  // The journal behind each change, and each snapshot.
+  std::vector<std::string> journal;
+  std::vector<std::string> snapshot;
+  User user(directory_.path());
+  for (const char* step : {"a=1", "leave", "b=1", "b=2", "leave", "a=3"}) {
+    user.Do(step);
+    const bool is_fold = step == std::string("leave");
+    (is_fold ? snapshot : journal).push_back(directory_.Get(is_fold ? "hkcu.reg" : "hkcu.journal"));
   }
   const auto earlier = OfEarlierVersion;
-  for (const auto& [what, snapshot, journal, values, is_told] :
-       test::Rows<const char*, std::string, std::string, std::string, bool>{
-           {"first pair", file[kSnapshot1], file[kJournal1], "1,2", false},
-           {"second pair", file[kSnapshot2], file[kJournal2], "3,2", false},
-           {"both earlier", earlier(file[kSnapshot1]), earlier(file[kJournal1]), "1,2", false},
-           {"first fold broken off", file[kSnapshot1], file[kJournal0], "1,(error 1)", false},
-           {"second fold broken off", file[kSnapshot2], file[kJournal1], "1,2", false},
-           {"folded, less of it", file[kSnapshot2], file[kJournal1Begun], "1,2", false},
-           {"old snapshot", file[kSnapshot1], file[kJournal2], "1,(error 1)", true},
-           {"old journal", file[kSnapshot2], file[kJournal0], "1,2", true},
-           {"earlier snapshot", earlier(file[kSnapshot1]), file[kJournal2], "1,(error 1)", true},
-           {"earlier journal", file[kSnapshot2], earlier(file[kJournal2]), "1,2", true}}) {
+  for (const auto& [what, text, bytes, values, is_told] :
+       Rows<const char*, std::string, std::string, std::string, bool>{
+           {"first pair", snapshot[0], journal[2], "k: a=1 b=2 ", false},
+           {"second pair", snapshot[1], journal[3], "k: a=3 b=2 ", false},
+           {"both earlier", earlier(snapshot[0]), earlier(journal[2]), "k: a=1 b=2 ", false},
+           {"first fold broken off", snapshot[0], journal[0], "k: a=1 ", false},
+           {"second fold broken off", snapshot[1], journal[2], "k: a=1 b=2 ", false},
+           {"folded, less of it", snapshot[1], journal[1], "k: a=1 b=2 ", false},
+           {"old snapshot", snapshot[0], journal[3], "k: a=1 ", true},
+           {"old journal", snapshot[1], journal[0], "k: a=1 b=2 ", true},
+           {"earlier snapshot", earlier(snapshot[0]), journal[3], "k: a=1 ", true},
+           {"earlier journal", snapshot[1], earlier(journal[3]), "k: a=1 b=2 ", true}}) {
     SCOPED_TRACE(what);
     const TempDirectory directory;
-    directory.Put("hkcu.reg", snapshot);
-    directory.Put("hkcu.journal", journal);
-    ScriptedPrompts prompts;
-    for (const char* next : {"(error 1)", "x"}) {
-      FileRegistry registry(directory.path());
-      EXPECT_EQ(Get(registry, "a") + "," + Get(registry, "b"), values);
-      EXPECT_EQ(Get(registry, "next"), next);
-      EXPECT_EQ(prompts.shown.size(), is_told ? 1u : 0u);
-      EXPECT_TRUE(Set(registry, "next", "x").ok());
-      // As after a kill, with the journal that goes on.
-      const TempDirectory copy;
-      fs::copy(directory.path(), copy.path());
-      EXPECT_EQ(DumpOf(copy.path()), Dump(registry));
+    directory.Put("hkcu.reg", text);
+    directory.Put("hkcu.journal", bytes);
+    for (const std::string next : {"", "next=x "}) {
+      User registry(directory.path());
+      EXPECT_EQ(registry.All(), values + next);
+      EXPECT_TRUE(Told(is_told && next.empty() ? 1 : 0,
+                       directory / "hkcu.reg are of different times, as if one of them"));
+      registry.Do("next=x");
+      EXPECT_EQ(Found(directory.path()), values + "next=x ");
     }
-    EXPECT_EQ(directory.Get("hkcu.journal.bad"), is_told ? journal : "(none)");
-    if (!is_told) continue;
-    EXPECT_NE(prompts.shown[0].text.find("of different times"), std::string::npos);
-    EXPECT_NE(prompts.shown[0].text.find("hkcu.journal.bad"), std::string::npos);
+    EXPECT_EQ(directory.Get("hkcu.journal.bad"), is_told ? bytes : "(none)");
   }
 }
 
 TEST_F(RegistryStoreTest, ASnapshotPutUnderARunningProgramIsKeptAsideAndTold) {
-  FileRegistry registry(directory_.path());
-  EXPECT_TRUE(Set(registry, "a", "old").ok() && registry.Leave().ok());
+  User user(directory_.path());
+  user.Do("a=old leave");
   const std::string backup = directory_.Get("hkcu.reg");
-  EXPECT_TRUE(Set(registry, "a", "new").ok() && registry.Leave().ok());
-  EXPECT_TRUE(Set(registry, "b", "x").ok());
-  for (const bool another_opens_it : {false, true}) {
-    prompts_.shown.clear();
-    directory_.Put("hkcu.reg", backup);
-    if (another_opens_it) {
-      EXPECT_EQ(Get(*std::make_unique<FileRegistry>(directory_.path()), "a"), "old");
-      EXPECT_EQ(Get(registry, "a") + Get(registry, "b"), "oldx")
-          << "the newer file's, and the rest";
-      EXPECT_NE(directory_.Get("hkcu.reg.former").find("\"a\"=hex:6e,65,77"), std::string::npos);
-      EXPECT_EQ(prompts_.shown.size(), 2u);
-    } else {
-      EXPECT_TRUE(registry.Leave().ok());
-      EXPECT_EQ(Get(registry, "a") + Get(registry, "b"), "newx");
-      EXPECT_EQ(directory_.Get("hkcu.reg.bad"), backup);
-      ASSERT_EQ(prompts_.shown.size(), 1u);
-      EXPECT_NE(prompts_.shown[0].text.find("hkcu.reg.bad"), std::string::npos);
-      EXPECT_TRUE(Set(registry, "b", "x").ok());
-    }
-    EXPECT_EQ(DumpOf(directory_.path()), Dump(registry));
-  }
+  user.Do("a=new leave b=x");
+  directory_.Put("hkcu.reg", backup);
+  user.Do("leave");
+  EXPECT_EQ(user.All(), "k: a=new b=x ");
+  EXPECT_EQ(directory_.Get("hkcu.reg.bad"), backup);
+  EXPECT_TRUE(Told(1, "The replaced file has been kept as " + directory_ / "hkcu.reg.bad."));
+  user.Do("b=x");
+  directory_.Put("hkcu.reg", backup);
+  EXPECT_EQ(User(directory_.path()).All(), "k: a=old ");
+  EXPECT_EQ(user.All(), "k: a=old b=x ") << "the newer file's, and the rest";
+  EXPECT_NE(directory_.Get("hkcu.reg.former").find("\"a\"=hex:6e,65,77"), std::string::npos);
+  EXPECT_TRUE(Told(2, "have been kept as " + directory_ / "hkcu.reg.former."));
+  EXPECT_EQ(Found(directory_.path()), user.All());
 }
 
-TEST_F(RegistryStoreTest, WhatIsMissingWhenAStoreIsOpenedIsTold) {
-  for (const auto& [what, strike, kept] : test::Rows<const char*, Mishap, const char*>{
-           {"no snapshot", Removed("hkcu.reg"), "(error 1)"},
-           {"no journal", Removed("hkcu.journal"), "two"},
-           {"short journal", CutTo(63), "two"}}) {
-    SCOPED_TRACE(what);
+TEST_F(RegistryStoreTest, WhatIsMissingOrDamagedWhenAStoreIsOpenedIsToldAndKept) {
+  const auto changed = [](const char* what) -> Mishap {
+    return [=](const TempDirectory& d) {
+      std::string bytes = d.Get("hkcu.journal");
+      bytes[bytes.find(what)] ^= 1;
+      d.Put("hkcu.journal", bytes);
+    };
+  };
+  const std::string journal = "hkcu.journal of your latest settings was ";
+  for (const auto& [in_snapshot, strike, told, left] : Rows<bool, Mishap, std::string, std::string>{
+           {true, Removed("hkcu.reg"), "hkcu.reg of your settings was missing.", "k: "},
+           {true, Removed("hkcu.journal"), journal + "missing.", kFilled},
+           {true, CutTo(63), "The damaged file has been kept as ", kFilled},
+           {false, changed("REG"), journal + "damaged.", kFilled},
+           {false, changed("two"), journal + "damaged.", "k: one=one three=three "},
+           {false, changed("three"), "hkcu.journal.bad.", "k: one=one two=two "}}) {
     const TempDirectory directory;
-    Fill(directory, true);
+    Fill(directory, in_snapshot);
     strike(directory);
-    ScriptedPrompts prompts;
-    {
-      FileRegistry registry(directory.path());
-      EXPECT_EQ(Get(registry, "two"), kept);
-      EXPECT_EQ(prompts.shown.size(), 1u);
-      EXPECT_TRUE(Set(registry, "new", "x").ok());
-      // A second time, in the same process, is news again.
-      CutTo(0)(directory);
-      EXPECT_EQ(Get(registry, "new"), "x");
-      EXPECT_EQ(prompts.shown.size(), 2u);
-    }
-    FileRegistry again(directory.path());
-    EXPECT_EQ(Get(again, "new"), "x");
-    EXPECT_EQ(prompts.shown.size(), 2u);
+    const std::string damaged = directory.Get("hkcu.journal");
+    User user(directory.path());
+    user.Do("z=new");
+    EXPECT_EQ(user.All(), left + "z=new ");
+    EXPECT_TRUE(Told(1, told)) << told;
+    const bool is_kept = damaged != "(none)" && left != "k: ";
+    EXPECT_EQ(directory.Get("hkcu.journal.bad"), is_kept ? damaged : "(none)");
+    EXPECT_EQ(Found(directory.path()), left + "z=new ");
+    // A second time, in the same process, is news again.
+    CutTo(0)(directory);
+    EXPECT_EQ(user.All(), left + "z=new ");
+    EXPECT_TRUE(Told(1, "There was nothing of the file to keep."));
+    EXPECT_EQ(Found(directory.path()), left + "z=new ");
+    EXPECT_TRUE(Told(0));
   }
 }
 
@@ -425,63 +314,88 @@ TEST_F(RegistryStoreTest, WhatIsNoStoreIsAnErrorAtOnce) {
   for (const char* file : {"hkcu.reg", "hkcu.journal"}) {
     for (const bool is_pipe : {true, false}) {
       const TempDirectory directory;
+      User user(directory.path());
       if (is_pipe) {
         ASSERT_EQ(::mkfifo((directory / file).c_str(), 0600), 0);
       } else {
         directory.Put(file, "");
-        fs::resize_file(directory / file, std::size_t{4} << 40);
+        fs::resize_file(directory / file, (std::size_t{1} << 30) + 1);
       }
-      FileRegistry registry(directory.path());
-      EXPECT_FALSE(registry.OpenKey(kCurrentUser, "").ok()) << file << is_pipe;
-      EXPECT_FALSE(Set(registry, "a", "1").ok()) << file << is_pipe;
-      fs::remove(directory / file);
-      EXPECT_TRUE(Set(registry, "a", "1").ok()) << file << is_pipe;
+      const std::string error = is_pipe ? "(error 4)" : "(error 7)";
+      EXPECT_EQ(user.All(), error) << file;
+      EXPECT_FALSE(user.Try("a=1").ok()) << file;
+      RemoveAll(directory);
+      user.Do("a=1");
     }
   }
 }
 
 TEST_F(RegistryStoreTest, NobodyElseCanReadTheFiles) {
   Fill(directory_, true);
-  const std::string bait = directory_.Put("bait", "bait");
-  fs::create_symlink(bait, directory_ / "hkcu.reg.tmp");
+  directory_.Put("bait", "bait");
+  fs::create_symlink(directory_ / "bait", directory_ / "hkcu.reg.tmp");
   fs::create_symlink(directory_ / "made", directory_ / "hklm.journal");
   for (const char* file : {"hkcu.reg", "hkcu.journal", "."}) {
     ::chmod((directory_ / file).c_str(), 0777);
   }
-  for (const char* kept : {"before", "after"}) {
-    FileRegistry registry(directory_.path());
-    EXPECT_TRUE(Set(registry, kept, "x").ok());
-    EXPECT_EQ(directory_.Mode("hkcu.reg"), 0600u) << kept;
-    EXPECT_EQ(directory_.Mode("hkcu.journal"), 0600u) << kept;
-    EXPECT_EQ(directory_.Mode("."), 0700u) << kept;
+  User user(directory_.path());
+  for (const char* steps : {"x=before", "x=after leave"}) {
+    user.Do(steps);
+    EXPECT_EQ(directory_.Mode("hkcu.reg"), 0600u) << steps;
+    EXPECT_EQ(directory_.Mode("hkcu.journal"), 0600u) << steps;
+    EXPECT_EQ(directory_.Mode("."), 0700u) << steps;
   }
   EXPECT_EQ(directory_.Get("bait"), "bait");
   // Nor does anyone make files elsewhere through them, or keep them from being written.
-  FileRegistry registry(directory_.path());
-  EXPECT_EQ(registry.CreateKey(kLocalMachine, "k").error.kind, ErrorKind::kAlreadyExists);
+  EXPECT_EQ(user.CreateKey(kLocalMachine, "k").error.kind, ErrorKind::kAlreadyExists);
   EXPECT_EQ(directory_.Get("made"), "(none)");
   fs::remove(directory_ / "hkcu.reg.tmp");
   fs::create_directory(directory_ / "hkcu.reg.tmp");
-  EXPECT_TRUE(Set(registry, "late", "x").ok() && registry.Leave().ok());
+  user.Do("late=x leave");
   EXPECT_NE(directory_.Get("hkcu.reg").find("\"late\"=hex:78"), std::string::npos);
 }
 
+/// Calls of which some kinds fail with a number, unless it is 0, and whose pauses take no time.
+struct BrokenCalls : SystemCalls {
+  int Open(const char* path, int flags, mode_t mode) override {
+    if (!std::string_view(path).ends_with(closed)) return SystemCalls::Open(path, flags, mode);
+    errno = open;
+    return open != 0 ? -1 : SystemCalls::Open(path, flags, mode);
+  }
+  int Sync(int fd) override {
+    ++syncs;
+    errno = sync;
+    return sync != 0 ? -1 : SystemCalls::Sync(fd);
+  }
+  int ChangeOwner(int fd, uid_t user, gid_t group) override {
+    errno = give;
+    return give != 0 ? -1 : SystemCalls::ChangeOwner(fd, user, group);
+  }
+  void* Map(std::size_t size, int protection, int fd) override {
+    return map != 0 ? reinterpret_cast<void*>(-1) : SystemCalls::Map(size, protection, fd);
+  }
+  int Lock(int fd, int operation) override {
+    if (unlock == 0 || operation != LOCK_UN) return SystemCalls::Lock(fd, operation);
+    errno = unlock;
+    return -1;
+  }
+  void Pause(unsigned microseconds) override { now += std::chrono::microseconds(4 * microseconds); }
+  std::chrono::nanoseconds MonotonicTime() override { return now; }
+  long Seconds() const { return now / std::chrono::seconds(1); }
+
+  std::string_view closed;
+  int open = 0, sync = 0, syncs = 0, give = 0, map = 0, unlock = 0;
+  std::chrono::nanoseconds now{};
+};
+
 TEST_F(RegistryStoreTest, AWriterThatWasStoppedStopsNobodyForEver) {
-  class SlowPauses : public SystemCalls {
-   public:
-    void Pause(unsigned microseconds) override {
-      now += std::chrono::microseconds(4 * microseconds);
-    }
-    std::chrono::nanoseconds MonotonicTime() override { return now; }
-    std::chrono::nanoseconds now{};
-    int Seconds() const { return static_cast<int>(now / std::chrono::seconds(1)); }
-  } calls;
+  BrokenCalls calls;
   Fill(directory_, false);
   directory_.Put("a.ini", "[s]\nk=1\n");
   const auto profiles = MakeProfileFiles(calls);
-  FileRegistry registry(directory_.path(), calls);
-  FileRegistry late(directory_.path(), calls);
-  EXPECT_TRUE(Set(registry, "a", "1").ok());
+  User user(directory_.path(), calls);
+  User late(directory_.path(), calls);
+  user.Do("one=1");
   // One who is stopped while holding the locks.
   const FileDescriptor stopped(calls, ::open((directory_ / "hkcu.journal").c_str(), O_RDONLY));
   const FileDescriptor other(calls, ::open((directory_ / "a.ini").c_str(), O_RDONLY));
@@ -492,10 +406,10 @@ TEST_F(RegistryStoreTest, AWriterThatWasStoppedStopsNobodyForEver) {
     EXPECT_EQ(late.CreateKey(kCurrentUser, "k").error.kind, ErrorKind::kBusy);
   }
   EXPECT_EQ(calls.Seconds(), 20) << "for all of them together";
-  EXPECT_TRUE(late.Leave().ok()) << "it has done nothing";
-  EXPECT_EQ(Get(registry, "a"), "1") << "what is known needs no lock";
-  EXPECT_EQ(Set(registry, "a", "2").kind, ErrorKind::kBusy);
-  EXPECT_EQ(registry.Leave().kind, ErrorKind::kBusy);
+  late.Do("leave");
+  EXPECT_EQ(user.All(), "k: one=1 three=three two=two ") << "what is known needs no lock";
+  EXPECT_EQ(user.Try("one=2").kind, ErrorKind::kBusy);
+  EXPECT_EQ(user.Leave().kind, ErrorKind::kBusy);
   EXPECT_EQ(calls.Seconds(), 40) << "leaving doesn't wait again";
   for (int i = 0; i < 9; ++i) {
     EXPECT_EQ(profiles->Write(directory_ / "a.ini", "s", "k", "2").kind, ErrorKind::kBusy);
@@ -503,282 +417,203 @@ TEST_F(RegistryStoreTest, AWriterThatWasStoppedStopsNobodyForEver) {
   EXPECT_EQ(calls.Seconds(), 60);
   // What is free is had at once; another time it is worth while to wait again.
   ASSERT_EQ(::flock(stopped.get(), LOCK_UN), 0);
-  EXPECT_TRUE(Set(registry, "a", "2").ok());
+  user.Do("one=2");
   ASSERT_EQ(::flock(stopped.get(), LOCK_EX), 0);
-  EXPECT_EQ(Set(registry, "a", "3").kind, ErrorKind::kBusy);
+  EXPECT_EQ(user.Try("one=3").kind, ErrorKind::kBusy);
   EXPECT_EQ(calls.Seconds(), 80);
   calls.now += std::chrono::seconds(20);
-  EXPECT_EQ(Set(registry, "a", "3").kind, ErrorKind::kBusy);
+  EXPECT_EQ(user.Try("one=3").kind, ErrorKind::kBusy);
   EXPECT_EQ(calls.Seconds(), 120);
-}
-
-/// Whose a file is, and with which rights.
-std::string OwnerOf(const std::string& path) {
-  struct stat status {};
-  if (::lstat(path.c_str(), &status) != 0) return "(none)";
-  char text[32];
-  std::snprintf(text, sizeof text, "%u:%u %o", status.st_uid, status.st_gid,
-                status.st_mode & 07777u);
-  return text;
 }
 
 TEST_F(RegistryStoreTest, WhatAnAdministratorWritesStaysTheUsers) {
   if (::geteuid() != 0) GTEST_SKIP() << "only an administrator can give files away";
   ASSERT_EQ(::chown(directory_.path().c_str(), 1'234, 4'321), 0);
   const std::string files = directory_ / ".config/velmora";
-  const auto in_child = [&](SystemCalls& calls, const char* name) {
-    FileRegistry registry(files, calls);
-    Error error = Set(registry, name, "x");
-    const Error left = registry.Leave();
-    return error.ok() ? left : error;
+  const auto owner_of = [&](const std::string& file) {
+    struct stat status {};
+    EXPECT_EQ(::lstat((files + file).c_str(), &status), 0) << file;
+    return std::to_string(status.st_uid) + ":" + std::to_string(status.st_gid) + " " +
+           std::to_string(status.st_mode & 0777);
   };
-  class Ungiving : public SystemCalls {
-    int ChangeOwner(int, uid_t, gid_t) override {
-      errno = EPERM;
-      return -1;
-    }
-  } ungiving;
-  EXPECT_EQ(in_child(ungiving, "never").kind, ErrorKind::kAccessDenied);
+  BrokenCalls ungiving;
+  ungiving.give = EPERM;
+  EXPECT_EQ(User(files, ungiving).Try("never=x leave").kind, ErrorKind::kAccessDenied);
   EXPECT_EQ(directory_.Count(), 0u) << "what its owner couldn't read isn't left there";
-  SystemCalls& calls = RealSystemCalls();
-  EXPECT_TRUE(in_child(calls, "a").ok());
-  EXPECT_TRUE(MakeProfileFiles(calls)->Write(files + "/a.ini", "s", "k", "v").ok());
-  for (const auto& [file, owner] :
-       test::Rows<const char*, const char*>{{"/..", "1234:4321 700"},
-                                            {"", "1234:4321 700"},
-                                            {"/hkcu.journal", "1234:4321 600"},
-                                            {"/hkcu.reg", "1234:4321 600"},
-                                            {"/a.ini", "1234:4321 600"}}) {
-    EXPECT_EQ(OwnerOf(files + file), owner) << file;
+  User(files).Do("a=x leave");
+  EXPECT_TRUE(MakeProfileFiles(RealSystemCalls())->Write(files + "/a.ini", "s", "k", "v").ok());
+  for (const char* directory : {"/..", ""}) EXPECT_EQ(owner_of(directory), "1234:4321 448");
+  for (const char* file : {"/hkcu.journal", "/hkcu.reg", "/a.ini"}) {
+    EXPECT_EQ(owner_of(file), "1234:4321 384") << file;
   }
   // As they were, rather than as the directory is.
   ASSERT_EQ(::chown((files + "/hkcu.reg").c_str(), 77, 88), 0);
   ASSERT_EQ(::chmod((files + "/hkcu.reg").c_str(), 0400), 0);
-  EXPECT_TRUE(in_child(calls, "b").ok());
-  EXPECT_EQ(OwnerOf(files + "/hkcu.reg"), "77:88 400");
-  EXPECT_TRUE(in_child(ungiving, "c").ok()) << "it is in the journal";
-  EXPECT_EQ(OwnerOf(files + "/hkcu.reg"), "77:88 400");
+  User(files).Do("b=x leave");
+  EXPECT_EQ(owner_of("/hkcu.reg"), "77:88 256");
+  User(files, ungiving).Do("c=x leave");  // it is in the journal
+  EXPECT_EQ(owner_of("/hkcu.reg"), "77:88 256");
   std::ofstream(files + "/hkcu.reg", std::ios::app) << "damage";
-  EXPECT_EQ(DumpOf(files).at("k").size(), 3u);
-  EXPECT_EQ(OwnerOf(files + "/hkcu.reg.bad"), "1234:4321 600");
+  EXPECT_EQ(User(files).All(), "k: a=x b=x c=x ");
+  EXPECT_EQ(owner_of("/hkcu.reg.bad"), "1234:4321 384");
 }
 
 TEST_F(RegistryStoreTest, WhoOnlyReadsLeavesNothingWhereNothingIs) {
   const std::string files = directory_ / "fresh/registry";
-  {
-    FileRegistry reader(files);
-    for (int twice = 0; twice < 2; ++twice) {
-      EXPECT_TRUE(reader.OpenKey(kCurrentUser, "").ok());
-      EXPECT_EQ(reader.OpenKey(kLocalMachine, "k").error.kind, ErrorKind::kNotFound);
-      EXPECT_EQ(reader.ReadValue(kCurrentUser, "v", {}).error.kind, ErrorKind::kNotFound);
-      EXPECT_EQ(reader.EnumKey(kClassesRoot, 0).error.kind, ErrorKind::kNotFound);
-      EXPECT_TRUE(reader.Flush().ok() && reader.Leave().ok());
-      EXPECT_EQ(directory_.Count(), 0u);
-    }
-    EXPECT_EQ(Get(reader, "v"), "(error 1)");
-    FileRegistry writer(files);
-    EXPECT_TRUE(Set(writer, "v", "x").ok());
-    EXPECT_EQ(Get(reader, "v"), "x");
-    EXPECT_EQ(reader.EnumKey(kLocalMachine, 0).error.kind, ErrorKind::kNotFound);
+  User reader(files);
+  for (int twice = 0; twice < 2; ++twice) {
+    EXPECT_EQ(reader.All(), "");
+    EXPECT_EQ(reader.OpenKey(kLocalMachine, "k").error.kind, ErrorKind::kNotFound);
+    EXPECT_EQ(reader.ReadValue(kCurrentUser, "v", {}).error.kind, ErrorKind::kNotFound);
+    EXPECT_EQ(reader.EnumKey(kClassesRoot, 0).error.kind, ErrorKind::kNotFound);
+    reader.Do("flush leave");
+    EXPECT_EQ(directory_.Count(), 0u);
   }
+  EXPECT_EQ(reader.All(), "");
+  User writer(files);
+  writer.Do("v=x");
+  EXPECT_EQ(reader.All(), "k: v=x ");
+  EXPECT_EQ(reader.EnumKey(kLocalMachine, 0).error.kind, ErrorKind::kNotFound);
   EXPECT_EQ(directory_.Get("fresh/registry/hklm.journal"), "(none)");
   // A reader that knows what was there puts it back.
-  FileRegistry reader(files);
-  EXPECT_EQ(Get(reader, "v"), "x");
-  EXPECT_TRUE(reader.Leave().ok());
+  reader.Do("leave");
   fs::remove_all(directory_ / "fresh");
-  EXPECT_EQ(Get(reader, "v"), "x");
-  EXPECT_EQ(Get(*std::make_unique<FileRegistry>(files), "v"), "x");
-  fs::remove_all(directory_ / "fresh");
-  EXPECT_EQ(Get(reader, "v"), "x");
+  EXPECT_EQ(reader.All(), "k: v=x ");
+  EXPECT_EQ(Found(files), "k: v=x ");
 }
 
 TEST_F(RegistryStoreTest, WhatCannotBeReadIsNeverToldAsAbsent) {
-  class Closed : public SystemCalls {
-   public:
-    int Open(const char* path, int flags, mode_t mode) override {
-      if (!std::string_view(path).ends_with(file)) return SystemCalls::Open(path, flags, mode);
-      errno = error;
-      return -1;
-    }
-    std::string_view file;
-    int error = 0;
-  } calls;
+  BrokenCalls calls;
   Fill(directory_, true);
-  for (const auto& [error, kind] : test::Rows<int, ErrorKind>{{EACCES, ErrorKind::kAccessDenied},
-                                                              {EPERM, ErrorKind::kAccessDenied},
-                                                              {ENOTDIR, ErrorKind::kOther},
-                                                              {ENXIO, ErrorKind::kOther},
-                                                              {EIO, ErrorKind::kOther},
-                                                              {ENOMEM, ErrorKind::kNoSpace},
-                                                              {EMFILE, ErrorKind::kNoSpace}}) {
+  for (const auto& [error, kind] : Rows<int, ErrorKind>{{EACCES, ErrorKind::kAccessDenied},
+                                                        {ENOTDIR, ErrorKind::kOther},
+                                                        {EIO, ErrorKind::kOther},
+                                                        {EMFILE, ErrorKind::kNoSpace}}) {
     for (const char* file : {"hkcu.journal", "hkcu.reg"}) {
-      SCOPED_TRACE(::testing::Message() << file << error);
-      calls.file = file;
-      calls.error = error;
-      FileRegistry registry(directory_.path(), calls);
-      EXPECT_EQ(registry.OpenKey(kCurrentUser, "none").error.kind, kind);
-      EXPECT_EQ(registry.ReadValue(kCurrentUser, "none", {}).error.kind, kind);
-      EXPECT_EQ(registry.EnumValue(kCurrentUser, 0).error.kind, kind);
-      EXPECT_EQ(registry.CreateKey(kCurrentUser, "none").error.kind, kind);
-      EXPECT_EQ(registry.DeleteValue(kCurrentUser, "none").kind, kind);
+      calls.closed = file;
+      calls.open = error;
+      User user(directory_.path(), calls);
+      EXPECT_EQ(user.OpenKey(kCurrentUser, "none").error.kind, kind) << file;
+      EXPECT_EQ(user.ReadValue(kCurrentUser, "none", {}).error.kind, kind) << file;
+      EXPECT_EQ(user.EnumValue(kCurrentUser, 0).error.kind, kind) << file;
+      EXPECT_EQ(user.CreateKey(kCurrentUser, "none").error.kind, kind) << file;
+      EXPECT_EQ(user.DeleteValue(kCurrentUser, "none").kind, kind) << file;
     }
   }
-  const std::string file = directory_.Put("file", "");
-  FileRegistry below(file + "/registry");
+  User below(directory_.Put("file", "") + "/registry");
   EXPECT_EQ(below.OpenKey(kCurrentUser, "k").error.kind, ErrorKind::kOther);
 }
 
 TEST_F(RegistryStoreTest, ASyncThatFailsIsMadeUpForLater) {
-  class Unsynced : public SystemCalls {
-   public:
-    int Sync(int fd) override {
-      ++syncs;
-      errno = EIO;
-      return fails ? -1 : SystemCalls::Sync(fd);
-    }
-    bool fails = true;
-    int syncs = 0;
-  } calls;
-  FileRegistry registry(directory_.path(), calls);
-  EXPECT_TRUE(Set(registry, "a", "1").ok());
-  EXPECT_FALSE(registry.Leave().ok());
-  EXPECT_FALSE(registry.Flush().ok());
-  calls.fails = false;
-  calls.syncs = 0;
-  EXPECT_TRUE(registry.Leave().ok());
+  BrokenCalls calls;
+  calls.sync = EIO;
+  User user(directory_.path(), calls);
+  user.Do("a=1");
+  EXPECT_FALSE(user.Leave().ok() || user.Flush().ok());
+  calls.sync = calls.syncs = 0;
+  user.Do("leave");
   EXPECT_GE(calls.syncs, 2) << "the journal, and the directory that it was made in";
 }
 
-/// What is done in turn, and what the registry holds afterwards.
-using Step = std::pair<const char*, std::function<Error(FileRegistry&)>>;
-constexpr std::size_t kFoldingStep = 10;
-const Step kSteps[] = {
-    {"create", [](auto& r) { return r.CreateKey(kCurrentUser, "k\\sub").error; }},
-    {"set", [](auto& r) { return Set(r, "a", "1"); }},
-    {"set another", [](auto& r) { return Set(r, "b", "2"); }},
-    {"change", [](auto& r) { return Set(r, "a", "3"); }},
-    {"delete value", [](auto& r) { return r.DeleteValue(Key(r), "b"); }},
-    {"delete key", [](auto& r) { return r.DeleteKey(kCurrentUser, "k\\sub"); }},
-    {"grow 1", [](auto& r) { return Set(r, "large", kLarge); }},
-    {"grow 2", [](auto& r) { return Set(r, "large", kLarge + "2"); }},
-    {"grow 3", [](auto& r) { return Set(r, "large", kLarge + "3"); }},
-    {"shrink", [](auto& r) { return r.DeleteValue(Key(r), "large"); }},
-    {"fold", [](auto& r) { return Set(r, "b", std::string(20'000, 'y')); }},
-    {"flush", [](auto& r) { return r.Flush(); }},
-    {"leave", [](auto& r) { return r.Leave(); }},
-    {"set after leaving", [](auto& r) { return Set(r, "c", "5"); }},
+/// What is done in turn, and what is there then. Files are folded by leaving, and by growth.
+const std::vector<std::pair<std::string, std::string>> kSteps = {
+    {"+k\\sub", "k: k\\sub: "},
+    {"a=1", "k: a=1 k\\sub: "},
+    {"b=2", "k: a=1 b=2 k\\sub: "},
+    {"a=3", "k: a=3 b=2 k\\sub: "},
+    {"-b", "k: a=3 k\\sub: "},
+    {"!k\\sub", "k: a=3 "},
+    {"leave", "k: a=3 "},
+    {"l=#1040000", "k: a=3 l=#1040000 "},
+    {"-l", "k: a=3 "},
+    {"b=#20000", "k: a=3 b=#20000 "},
+    {"flush", "k: a=3 b=#20000 "},
+    {"leave", "k: a=3 b=#20000 "},
+    {"c=5", "k: a=3 b=#20000 c=5 "},
 };
 
 TEST_F(RegistryStoreTest, AnySystemCallMayFailAndNothingElseChanges) {
-  RegistryDump expected;
-  {
-    const TempDirectory directory;
-    FileRegistry registry(directory.path());
-    for (const Step& step : kSteps) {
-      ASSERT_TRUE(step.second(registry).ok()) << step.first;
-      const bool is_folded = fs::exists(directory / "hkcu.reg");
-      ASSERT_EQ(is_folded, &step >= &kSteps[kFoldingStep]) << step.first;
-    }
-    expected = Dump(registry);
-  }
-  for (const int error : {EIO, EDQUOT, EACCES}) {
+  for (const auto& [error, steps, least] :
+       Rows<int, std::size_t, int>{{EIO, kSteps.size(), 40}, {EACCES, 7, 20}}) {
     test::FailingSystemCalls calls;
     int failures = 0;
-    for (int number = 1;; ++number) {
+    for (int number = 1, failed = true; failed; ++number) {
       const TempDirectory directory;
       const std::string files = directory / "made/registry";
-      FileRegistry registry(files, calls);
+      User user(files, calls);
       calls.Fail(number, error);
-      for (const Step& step : kSteps) {
-        SCOPED_TRACE(::testing::Message()
-                     << "call " << number << ", errno " << error << step.first);
-        const auto state = [&] {
-          const TempDirectory copy;
-          if (fs::exists(files)) fs::copy(files, copy.path());
-          return DumpOf(copy.path());
-        };
-        const RegistryDump before = number % 5 == 0 ? state() : RegistryDump();
-        if (step.second(registry).ok()) continue;
-        ++failures;
-        EXPECT_TRUE(calls.failed());
-        // The call that failed has done nothing, and does it when it is made again.
-        EXPECT_TRUE(number % 5 != 0 || state() == before);
-        EXPECT_TRUE(step.second(registry).ok());
+      std::string before;
+      for (std::size_t i = 0; i < steps; ++i) {
+        const auto& [step, after] = kSteps[i];
+        if (!user.Try(step).ok()) {
+          ++failures;
+          // The call that failed has done nothing, and does it when it is made again.
+          EXPECT_EQ(Found(files), before) << number << step;
+          user.Do(step);
+        }
+        before = after;
+        if (calls.failed() && step == "leave") break;
       }
-      EXPECT_EQ(Dump(registry), expected) << number;
-      EXPECT_EQ(DumpOf(files), expected) << number;
-      if (!calls.failed()) break;
+      failed = calls.failed();
       calls.Fail(0, 0);
+      EXPECT_EQ(user.All(), before) << number;
+      EXPECT_EQ(Found(files), before) << number;
     }
-    EXPECT_GT(failures, 20) << error;
+    EXPECT_GT(failures, least) << error;
   }
-  EXPECT_TRUE(prompts_.shown.empty());
+  EXPECT_TRUE(Told(0));
 }
 
 /// Sets values until there is no room, and checks that those reported are there, also for others.
 /// Returns how many there are.
-int FillUp(FileRegistry& registry, const std::string& files) {
-  int count = 0;
+int FillUp(const std::string& files, SystemCalls& calls) {
+  User user(files, calls);
   Error error;
-  while (count < 10'000) {
-    error = Set(registry, "v" + std::to_string(count), std::string(1'000, 'x'));
-    if (!error.ok()) break;
-    ++count;
+  std::string all = "k: ";
+  int count = -1;
+  for (; error.ok() && count < 10'000; ++count) {
+    const std::string value = std::to_string(100'001 + count) + "=#1000 ";
+    error = user.Try(value);
+    if (error.ok()) all += value;
   }
   EXPECT_EQ(error.kind, ErrorKind::kNoSpace);
-  const RegistryDump dump = Dump(registry);
-  EXPECT_EQ(dump.contains("k") ? dump.at("k").size() : 0u, static_cast<std::size_t>(count));
   // Without room for a journal not even reading has an answer.
-  EXPECT_TRUE(dump.empty() || DumpOf(files) == dump);
+  EXPECT_TRUE(count == 0 || (user.All() == all && Found(files) == all)) << count;
   return count;
 }
 
 TEST_F(RegistryStoreTest, AFullDiskIsToldAndLosesNothing) {
   // At each byte that a write can end at: in the header, the generation, and the first records.
-  for (std::size_t room = 0; room < 3'000; room += room < 300 ? 1 : 97) {
+  test::FailingSystemCalls disk;
+  for (std::size_t room = 0; room < 2'000; room += room < 230 ? 1 : 97) {
     const TempDirectory directory;
-    test::FailingSystemCalls disk;
     disk.LeaveRoom(room);
-    FileRegistry registry(directory.path(), disk);
-    FillUp(registry, directory.path());
+    FillUp(directory.path(), disk);
     disk.LeaveRoom(1 << 20);
-    EXPECT_TRUE(Set(registry, "room again", "x").ok()) << room;
-    EXPECT_EQ(Get(*std::make_unique<FileRegistry>(directory.path()), "room again"), "x") << room;
+    User(directory.path(), disk).Do("again=x");
+    EXPECT_NE(User(directory.path()).All().find("again=x "), std::string::npos) << room;
   }
   // In the middle of folds, whose snapshots have no room any more.
-  const TempDirectory directory;
-  test::FailingSystemCalls disk;
   disk.LeaveRoom(std::size_t{3} << 20);
-  EXPECT_GT(FillUp(*std::make_unique<FileRegistry>(directory.path(), disk), directory.path()), 990);
-  EXPECT_EQ(directory.Count(), 1u) << "no half of a snapshot is left";
+  EXPECT_GT(FillUp(directory_.path(), disk), 990);
   // A limit of the size of files, in appending and in folding.
   test::ForkedProcess limited([] {
     const rlimit limit{1'400'000, 1'400'000};
     ASSERT_TRUE(::signal(SIGXFSZ, SIG_IGN) != SIG_ERR && ::setrlimit(RLIMIT_FSIZE, &limit) == 0);
     const TempDirectory files;
-    EXPECT_GT(FillUp(*std::make_unique<FileRegistry>(files.path()), files.path()), 1'000);
+    EXPECT_GT(FillUp(files.path(), RealSystemCalls()), 1'000);
   });
   EXPECT_TRUE(limited.EndsWell());
-
-  // A real file system, where the machine lets one be mounted.
-  const TempDirectory mounted;
-  if (::mount("tmpfs", mounted.path().c_str(), "tmpfs", 0, "size=2m") == 0) {
-    EXPECT_GT(FillUp(*std::make_unique<FileRegistry>(mounted.path()), mounted.path()), 500);
-    EXPECT_EQ(::umount(mounted.path().c_str()), 0);
-  }
-}
-
-/// Runs `work` in a child without the rights of the administrator.
-void RunAsNobody(const std::function<void()>& work) {
-  test::ForkedProcess child([&] {
-    ASSERT_TRUE(::getuid() != 0 || (::setgid(65'534) == 0 && ::setuid(65'534) == 0));
-    work();
-  });
-  EXPECT_TRUE(child.EndsWell());
 }
 
 TEST_F(RegistryStoreTest, ADirectoryThatCannotBeWrittenCanStillBeRead) {
+  const auto as_nobody = [](const std::function<void()>& work) {
+    test::ForkedProcess child([&] {
+      ASSERT_TRUE(::getuid() != 0 || (::setgid(65'534) == 0 && ::setuid(65'534) == 0));
+      work();
+    });
+    EXPECT_TRUE(child.EndsWell());
+  };
   for (const bool has_journal : {false, true}) {
     const TempDirectory directory;
     Fill(directory, true);
@@ -787,51 +622,38 @@ TEST_F(RegistryStoreTest, ADirectoryThatCannotBeWrittenCanStillBeRead) {
     }
     if (!has_journal) fs::remove(directory / "hkcu.journal");
     ::chmod(directory.path().c_str(), 0555);
-    RunAsNobody([&] {
-      FileRegistry registry(directory.path());
-      EXPECT_EQ(Get(registry, "two"), "two");
-      EXPECT_EQ(registry.OpenKey(kLocalMachine, "k").error.kind, ErrorKind::kNotFound);
-      EXPECT_EQ(registry.SetValue(registry.OpenKey(kCurrentUser, "k").value, "two", 1, "x").kind,
-                ErrorKind::kAccessDenied);
-      EXPECT_EQ(registry.CreateKey(kLocalMachine, "k").error.kind, ErrorKind::kAccessDenied);
-      EXPECT_EQ(Get(registry, "two"), "two");
-      FileRegistry none(directory / "none");
-      EXPECT_TRUE(none.OpenKey(kCurrentUser, "").ok());
-      EXPECT_EQ(none.CreateKey(kCurrentUser, "k").error.kind, ErrorKind::kAccessDenied);
+    as_nobody([&] {
+      User user(directory.path());
+      EXPECT_EQ(user.All(), kFilled);
+      EXPECT_EQ(user.OpenKey(kLocalMachine, "k").error.kind, ErrorKind::kNotFound);
+      EXPECT_EQ(user.Try("two=x").kind, ErrorKind::kAccessDenied);
+      EXPECT_EQ(user.CreateKey(kLocalMachine, "k").error.kind, ErrorKind::kAccessDenied);
+      EXPECT_EQ(user.All(), kFilled);
+      User none(directory / "none");
+      EXPECT_EQ(none.All(), "");
+      EXPECT_EQ(none.Try("a=x").kind, ErrorKind::kAccessDenied);
     });
     ::chmod(directory.path().c_str(), 0755);
     ::chmod((directory / "hkcu.reg").c_str(), 0);
-    RunAsNobody([&] {
-      FileRegistry registry(directory.path());
-      EXPECT_EQ(registry.OpenKey(kCurrentUser, "").error.kind, ErrorKind::kAccessDenied)
-          << "a snapshot that can't be read is not an empty one";
-    });
+    // A snapshot that can't be read is not an empty one.
+    as_nobody([&] { EXPECT_EQ(User(directory.path()).All(), "(error 3)"); });
   }
-  FileRegistry homeless("");
-  EXPECT_EQ(homeless.CreateKey(kCurrentUser, "k").error.kind, ErrorKind::kNotFound);
+  EXPECT_EQ(User("").Try("a=x").kind, ErrorKind::kNotFound);
 }
 
 TEST_F(RegistryStoreTest, WithoutMappingsAndUnlockingChangesAreSeenAllTheSame) {
-  class NoMapping : public SystemCalls {
-    void* Map(std::size_t, int, int) override { return reinterpret_cast<void*>(-1); }
-  } unmapped;
-  class Sticky : public SystemCalls {
-    int Lock(int fd, int operation) override {
-      if (operation != LOCK_UN) return SystemCalls::Lock(fd, operation);
-      errno = EIO;
-      return -1;
-    }
-  } sticky;
-  for (SystemCalls* calls :
-       {static_cast<SystemCalls*>(&unmapped), static_cast<SystemCalls*>(&sticky)}) {
+  for (const auto& [map, unlock] : Rows<int, int>{{ENODEV, 0}, {0, EIO}}) {
     const TempDirectory directory;
-    FileRegistry plain(directory.path());
-    FileRegistry broken(directory.path(), *calls);
-    for (int i = 0; i < 10; ++i) {
-      EXPECT_TRUE(Set(plain, "v", std::to_string(i)).ok());
-      EXPECT_EQ(Get(broken, "v"), std::to_string(i));
-      EXPECT_TRUE(Set(broken, "w", std::to_string(i)).ok());
-      EXPECT_EQ(Get(plain, "w"), std::to_string(i));
+    BrokenCalls calls;
+    calls.map = map;
+    calls.unlock = unlock;
+    User plain(directory.path());
+    User broken(directory.path(), calls);
+    for (const std::string i : {"0", "1", "2"}) {
+      plain.Do("v=" + i);
+      broken.Do("w=" + i);
+      EXPECT_EQ(broken.All(), "k: v=" + i + " w=" + i + " ");
+      EXPECT_EQ(plain.All(), broken.All());
     }
   }
 }

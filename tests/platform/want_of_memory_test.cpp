@@ -1,20 +1,10 @@
 // The stores and the files when there is no memory: each allocation of each operation fails once.
 
-#include <cerrno>
-#include <cstdlib>
-#include <filesystem>
-#include <functional>
-#include <gtest/gtest.h>
-#include <map>
-#include <memory>
-#include <new>
 #include <unistd.h>
 
-#include "dqlib/platform/posix/registry.h"
 #include "dqlib/platform/posix/system_services.h"
-#include "tests/support/registry_dump.h"
+#include "tests/support/registry_user.h"
 #include "tests/support/scripted_prompts.h"
-#include "tests/support/temp_directory.h"
 
 namespace {
 
@@ -55,18 +45,30 @@ void* AllocateOrThrow(std::size_t size) {
 namespace dq::platform::posix {
 namespace {
 
-using test::TempDirectory;
+using test::MemoryDirectory;
 
-const std::string kLong(99, 'n');
-const std::string kLarge(1'100'000, 'x');
-
+/// A store, and a profile.
 struct Fixture {
-  TempDirectory directory;
-  FileRegistry registry{directory / "registry"};
+  /// As the files are to begin with.
+  explicit Fixture(const MemoryDirectory& prepared) {
+    std::filesystem::copy(prepared.path(), directory / "registry");
+    directory.Put("a.ini", "; c\n[s]\nk=old\n");
+    key = registry.OpenKey(kCurrentUser, "k").value;
+  }
+  /// All files but the store's, and what a program finds in the store if this one is killed now.
+  std::string State() const {
+    std::string state = test::Found(directory / "registry");
+    for (const char* name : {"a.ini", "made"}) state += std::string(name) + directory.Get(name);
+    return state + std::to_string(directory.Count());
+  }
+
+  const MemoryDirectory directory;
+  test::RegistryUser registry{directory / "registry"};
   Files& files = *System().files;
   ProfileFiles& profiles = *System().profile_files;
-  HKEY key = registry.CreateKey(kCurrentUser, "k").value;
+  HKEY key = kNoKey;
   // Made before any allocation fails.
+  const std::string large = std::string(9'000, 'n');
   const std::string old = directory / "a.ini";
   const std::string made = directory / "made";
   const std::string all = directory / "*";
@@ -84,9 +86,9 @@ Error TakeOver(Fixture& f) {
 }
 
 const std::pair<const char*, std::function<Error(Fixture&)>> kOperations[] = {
+    {"fold", [](auto& f) { return f.registry.SetValue(f.key, "v", 1, f.large); }},
     {"create", [](auto& f) { return f.registry.CreateKey(f.key, "a\\b").error; }},
-    {"set", [](auto& f) { return f.registry.SetValue(f.key, "new", 1, kLong); }},
-    {"change", [](auto& f) { return f.registry.SetValue(f.key, "v", 1, kLarge); }},
+    {"set", [](auto& f) { return f.registry.SetValue(f.key, "new", 1, f.large); }},
     {"delete value", [](auto& f) { return f.registry.DeleteValue(f.key, "v"); }},
     {"delete key", [](auto& f) { return f.registry.DeleteKey(kCurrentUser, "k\\sub"); }},
     {"leave", [](auto& f) { return f.registry.Leave(); }},
@@ -104,46 +106,33 @@ const std::pair<const char*, std::function<Error(Fixture&)>> kOperations[] = {
      [](auto& f) { return OpenAndClose(f.files, f.old, {.write = true, .truncate = true}); }},
 };
 
-/// All files but the store's, and what a program finds in the store if this one is killed now.
-std::map<std::string, std::string> State(const Fixture& fixture) {
-  std::map<std::string, std::string> state;
-  for (const auto& entry : std::filesystem::directory_iterator(fixture.directory.path())) {
-    const std::string name = entry.path().filename().string();
-    state[name] = entry.is_directory() ? "" : fixture.directory.Get(name);
-  }
-  const TempDirectory copy;
-  std::filesystem::copy(fixture.directory / "registry", copy.path());
-  for (const auto& [path, values] : test::Dump(*std::make_unique<FileRegistry>(copy.path()))) {
-    state[path + "\\"] = "";
-    for (const auto& [name, value] : values) state[path + "\\" + name] = value.second;
-  }
-  return state;
-}
-
 TEST(WantOfMemory, IsAnErrorThatChangesNothing) {
-  dq::testing::ScriptedPrompts prompts;
+  const dq::testing::ScriptedPrompts prompts;
   for (const auto& [what, run] : kOperations) {
+    // A journal that the next change folds, or a small one.
+    const MemoryDirectory work;
+    const MemoryDirectory prepared;
+    test::RegistryUser user(work.path());
+    user.Do(what == std::string("fold") ? "l=#1040000 -l v=old +k\\sub" : "v=old +k\\sub");
+    std::filesystem::copy(work.path(), prepared.path());
+    std::string before;
     bool failed = true;
     for (int allocation = 1; failed; ++allocation) {
       SCOPED_TRACE(::testing::Message() << what << " at " << allocation);
-      Fixture fixture;
-      fixture.directory.Put("a.ini", "; c\n[s]\nk=old\n");
-      EXPECT_TRUE(fixture.registry.SetValue(fixture.key, "v", 1, "old").ok());
-      EXPECT_TRUE(fixture.registry.CreateKey(fixture.key, "sub").ok());
-      const auto before = State(fixture);
+      Fixture fixture(prepared);
+      if (before.empty()) before = fixture.State();
       t_failed = false;
       t_countdown = allocation;
       const Error error = run(fixture);
       t_countdown = 0;
       failed = t_failed;
       EXPECT_TRUE(failed || error.ok());
-      if (!error.ok()) {
-        EXPECT_EQ(error.code, DWORD{ENOMEM});
-        // What a removed journal had is in the program that knew it.
-        const auto now = State(fixture);
-        EXPECT_TRUE(now == before || !fixture.registry.Flush().ok() || State(fixture) == before);
-        EXPECT_TRUE(run(fixture).ok());
-      }
+      if (error.ok()) continue;
+      EXPECT_EQ(error.code, DWORD{ENOMEM});
+      // What a removed journal had is in the program that knew it.
+      EXPECT_TRUE(fixture.State() == before || !fixture.registry.Flush().ok() ||
+                  fixture.State() == before);
+      EXPECT_TRUE(run(fixture).ok());
     }
   }
 }

@@ -7,15 +7,11 @@
 
 #pragma once
 
-#include <algorithm>
-#include <cerrno>
-#include <functional>
-#include <limits>
 #include <sys/file.h>
 #include <sys/mman.h>
-#include <utility>
 
 #include "dqlib/platform/posix/system_calls.h"
+#include "tests/support/testing.h"
 
 namespace dq::test {
 
@@ -57,63 +53,54 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
   }
   int RenameToNew(const char* from, const char* to) override {
     if (Fails()) return -1;
-    if (!std::exchange(split_, false)) return SystemCalls::RenameToNew(from, to);
-    errno = EXDEV;
-    return -1;
-  }
-  void* Map(std::size_t size, int protection, int fd) override {
-    return Fails() ? MAP_FAILED : SystemCalls::Map(size, protection, fd);
-  }
-  char* RealPath(const char* path, char* real) override {
-    return Fails() ? nullptr : SystemCalls::RealPath(path, real);
-  }
-  char* CurrentDirectory(char* path, std::size_t size) override {
-    return Fails() ? nullptr : SystemCalls::CurrentDirectory(path, size);
-  }
-  DIR* OpenDirectory(const char* path) override {
-    return Fails() ? nullptr : SystemCalls::OpenDirectory(path);
-  }
-  const dirent* ReadDirectory(DIR* directory) override {
-    return Fails() ? nullptr : SystemCalls::ReadDirectory(directory);
+    return std::exchange(split_, false) ? Say(EXDEV) : SystemCalls::RenameToNew(from, to);
   }
 
-  // The others all alike: -1 or what the system says.
-#define DQ_FAILING(returned, Name, parameters, ...) \
-  returned Name parameters override { return Fails() ? -1 : SystemCalls::Name(__VA_ARGS__); }
-  DQ_FAILING(int, Open, (const char* path, int flags, mode_t mode), path, flags, mode)
-  DQ_FAILING(ssize_t, Read, (int fd, void* data, std::size_t size), fd, data, size)
-  DQ_FAILING(ssize_t, PositionedRead, (int fd, void* data, std::size_t size, off_t offset), fd,
-             data, size, offset)
-  DQ_FAILING(off_t, Seek, (int fd, off_t offset, int whence), fd, offset, whence)
-  DQ_FAILING(int, GetFlags, (int fd), fd)
-  DQ_FAILING(int, SetFlags, (int fd, int flags), fd, flags)
-  DQ_FAILING(int, Sync, (int fd), fd)
-  DQ_FAILING(int, Truncate, (int fd, off_t size), fd, size)
-  DQ_FAILING(int, ChangeMode, (int fd, mode_t mode), fd, mode)
-  DQ_FAILING(int, ChangeMode, (const char* path, mode_t mode), path, mode)
-  DQ_FAILING(int, ChangeOwner, (int fd, uid_t user, gid_t group), fd, user, group)
-  DQ_FAILING(int, SetTimes, (int fd, const timespec (&times)[2]), fd, times)
-  DQ_FAILING(int, SetTimes, (const char* path, const timespec (&times)[2]), path, times)
-  DQ_FAILING(int, StatusOf, (int fd, struct stat* status), fd, status)
-  DQ_FAILING(int, Status, (const char* path, struct stat* status), path, status)
-  DQ_FAILING(int, LinkStatus, (const char* path, struct stat* status), path, status)
-  DQ_FAILING(int, StatusAt, (int directory, const char* name, struct stat* status, int flags),
-             directory, name, status, flags)
-  DQ_FAILING(int, VolumeStatus, (const char* path, struct statvfs* status), path, status)
-  DQ_FAILING(int, ChangeDirectory, (const char* path), path)
-  DQ_FAILING(int, Rename, (const char* from, const char* to), from, to)
-  DQ_FAILING(ssize_t, ReadLink, (const char* path, char* target, std::size_t size), path, target,
-             size)
-  DQ_FAILING(int, Unlink, (const char* path), path)
-  DQ_FAILING(int, MakeDirectory, (const char* path, mode_t mode), path, mode)
-  DQ_FAILING(int, RemoveDirectory, (const char* path), path)
+  // The others all alike: that they failed, or what the system says.
+  using Times = const timespec (&)[2];
+  using Stat = struct stat*;
+#define DQ_FAILING(returned, failure, Name, parameters, ...) \
+  returned Name parameters override { return Fails() ? failure : SystemCalls::Name(__VA_ARGS__); }
+  DQ_FAILING(void*, MAP_FAILED, Map, (std::size_t size, int how, int fd), size, how, fd)
+  DQ_FAILING(char*, nullptr, RealPath, (const char* path, char* real), path, real)
+  DQ_FAILING(char*, nullptr, CurrentDirectory, (char* path, std::size_t size), path, size)
+  DQ_FAILING(DIR*, nullptr, OpenDirectory, (const char* path), path)
+  DQ_FAILING(const dirent*, nullptr, ReadDirectory, (DIR * directory), directory)
+  DQ_FAILING(int, -1, Open, (const char* path, int flags, mode_t mode), path, flags, mode)
+  DQ_FAILING(ssize_t, -1, Read, (int fd, void* to, std::size_t size), fd, to, size)
+  DQ_FAILING(ssize_t, -1, PositionedRead, (int f, void* to, std::size_t n, off_t at), f, to, n, at)
+  DQ_FAILING(off_t, -1, Seek, (int fd, off_t offset, int whence), fd, offset, whence)
+  DQ_FAILING(int, -1, GetFlags, (int fd), fd)
+  DQ_FAILING(int, -1, SetFlags, (int fd, int flags), fd, flags)
+  DQ_FAILING(int, -1, Sync, (int fd), fd)
+  DQ_FAILING(int, -1, Truncate, (int fd, off_t size), fd, size)
+  DQ_FAILING(int, -1, ChangeMode, (int fd, mode_t mode), fd, mode)
+  DQ_FAILING(int, -1, ChangeMode, (const char* path, mode_t mode), path, mode)
+  DQ_FAILING(int, -1, ChangeOwner, (int fd, uid_t user, gid_t group), fd, user, group)
+  DQ_FAILING(int, -1, SetTimes, (int fd, Times times), fd, times)
+  DQ_FAILING(int, -1, SetTimes, (const char* path, Times times), path, times)
+  DQ_FAILING(int, -1, StatusOf, (int fd, Stat status), fd, status)
+  DQ_FAILING(int, -1, Status, (const char* path, Stat status), path, status)
+  DQ_FAILING(int, -1, LinkStatus, (const char* path, Stat status), path, status)
+  DQ_FAILING(int, -1, StatusAt, (int fd, const char* path, Stat to, int how), fd, path, to, how)
+  DQ_FAILING(int, -1, VolumeStatus, (const char* path, struct statvfs* to), path, to)
+  DQ_FAILING(int, -1, ChangeDirectory, (const char* path), path)
+  DQ_FAILING(int, -1, Rename, (const char* from, const char* to), from, to)
+  DQ_FAILING(ssize_t, -1, ReadLink, (const char* path, char* to, std::size_t size), path, to, size)
+  DQ_FAILING(int, -1, Unlink, (const char* path), path)
+  DQ_FAILING(int, -1, MakeDirectory, (const char* path, mode_t mode), path, mode)
+  DQ_FAILING(int, -1, RemoveDirectory, (const char* path), path)
 #undef DQ_FAILING
 
  private:
+  static int Say(int error) {
+    errno = error;
+    return -1;
+  }
   bool Fails() {
     if (countdown_ == 0 || --countdown_ > 0) return false;
     failed_ = true;
-    errno = error_;
+    Say(error_);
     return true;
   }
   /// Lessens the size to what a write takes.
@@ -122,11 +109,11 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
     if (most_ != kAny && size > 1) size = std::min(size - 1, most_);
     size = std::min(size, room_);
     room_ -= size;
-    if (size == 0) errno = ENOSPC;
+    if (size == 0) Say(ENOSPC);
     return size > 0;
   }
 
-  static constexpr std::size_t kAny = std::numeric_limits<std::size_t>::max();
+  static constexpr auto kAny = static_cast<std::size_t>(-1);
   int countdown_ = 0;
   int error_ = 0;
   bool failed_ = false;

@@ -7,15 +7,13 @@
 
 #pragma once
 
-#include <algorithm>
-#include <atomic>
 #include <csignal>
 #include <deque>
-#include <gtest/gtest.h>
-#include <new>
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include "tests/support/testing.h"
 
 namespace dq::test {
 

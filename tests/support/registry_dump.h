@@ -2,11 +2,8 @@
 
 #pragma once
 
-#include <map>
-#include <string>
-#include <utility>
-
 #include "dqlib/platform/registry.h"
+#include "tests/support/testing.h"
 
 namespace dq::test {
 
