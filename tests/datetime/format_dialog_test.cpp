@@ -1,12 +1,10 @@
 #include "dqlib/datetime/format_dialog.h"
 
-#include <gtest/gtest.h>
-
 #include "tests/support/manual_clock.h"
 #include "tests/support/own_settings.h"
 #include "tests/support/recording_observer.h"
-#include "tests/support/rows.h"
 #include "tests/support/scripted_prompts.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
@@ -91,20 +89,15 @@ TEST_F(FormatDialog, ShowsWhatIsBuiltFourTimesASecondWithThePresentTime) {
 }
 
 TEST_F(FormatDialog, DisablesWhatTheColumnDoesNotHold) {
-  for (const auto& [code, disabled] :
-       test::Rows<int, std::vector<int>>{{5, {Dlg::kPredefined, Dlg::kTimeDate, Dlg::kHour}},
-                                         {26,
-                                          {Dlg::kPredefined, Dlg::kDay, Dlg::kYearSeparator,
-                                           Dlg::kFirstDateOrder, Dlg::kTimeDate}},
-                                         {19, {Dlg::kPredefined}}}) {
-    Run("MM/DD/YYYY HH12:MI:SS AM", code, [&, wanted = disabled](platform::DialogView& view) {
+  constexpr int kControls[] = {Dlg::kPredefined,    Dlg::kDay,      Dlg::kYearSeparator,
+                               Dlg::kLastDateOrder, Dlg::kTimeDate, Dlg::kHour,
+                               Dlg::kAMPM};
+  for (const auto& [code, enabled] : {std::pair(5, "-+++--+"), {26, "-----++"}, {19, "-++++++"}}) {
+    Run("MM/DD/YYYY HH12:MI:SS AM", code, [&, wanted = enabled](platform::DialogView& view) {
       view.Press(Dlg::kCustomize);
-      std::vector<int> found;
-      for (const int id : {Dlg::kPredefined, Dlg::kDay, Dlg::kYearSeparator, Dlg::kFirstDateOrder,
-                           Dlg::kTimeDate, Dlg::kHour, Dlg::kAMPM}) {
-        if (!Find(view, id).enabled) found.push_back(id);
-      }
-      EXPECT_EQ(found, wanted);
+      std::string found;
+      for (const int id : kControls) found += Find(view, id).enabled ? '+' : '-';
+      EXPECT_EQ(found, wanted) << "but for hours, the marker is the hours' matter";
       view.Press(Dlg::kCustomize);
       EXPECT_TRUE(Find(view, Dlg::kPredefined).enabled);
     });
@@ -114,22 +107,20 @@ TEST_F(FormatDialog, DisablesWhatTheColumnDoesNotHold) {
 TEST_F(FormatDialog, OkMakesTheFormatTheCurrentOneAndAddsWhatWasBuilt) {
   const char* const own = "dd/MM/YYYY hh24:MI:SS";
   const auto ok = [](platform::DialogView& view) { view.Press(IDOK); };
+  const auto build = [](platform::DialogView& view) {
+    view.Press(Dlg::kCustomize);
+    view.Press(IDOK);
+  };
   format_.InsertCustomizedDateTimeFmt(own);
   const int before = format_.GetCustomizedDateTimeFmtList().GetSize();
-  EXPECT_EQ(Run(own, 6,
-                [](platform::DialogView& view) {
-                  view.Press(Dlg::kCustomize);
-                  view.Press(IDOK);
-                }),
-            IDOK);
+  EXPECT_EQ(Run(own, 6, build), IDOK);
   EXPECT_EQ(format_.GetCustomizedDateTimeFmtList().GetSize(), before + 1) << "though it is known";
-  EXPECT_EQ(Run("YYYY-MM-DD HH24:MI:SS", 6,
-                [&](platform::DialogView& view) {
-                  EXPECT_EQ(Find(view, Dlg::kPredefined).value, "1993-04-03 17:34:00");
-                  EXPECT_TRUE(view.Enter(Dlg::kPredefined, own)) << "it has no title";
-                  view.Press(IDOK);
-                }),
-            IDOK);
+  const auto choose = [&](platform::DialogView& view) {
+    EXPECT_EQ(Find(view, Dlg::kPredefined).value, "1993-04-03 17:34:00");
+    EXPECT_TRUE(view.Enter(Dlg::kPredefined, own)) << "it has no title";
+    view.Press(IDOK);
+  };
+  EXPECT_EQ(Run("YYYY-MM-DD HH24:MI:SS", 6, choose), IDOK);
   const auto* const chosen = format_.GetDateTimeFmtPtr(CLGDateTimeFormat::DFK_CURRENT);
   EXPECT_EQ(chosen, format_.FindDateTimeFmt(own)) << "the format's own, not the dialog's copy";
   EXPECT_EQ(Run(own, 26, ok), IDCANCEL) << "the current one isn't among the times";

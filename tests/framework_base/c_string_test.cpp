@@ -1,15 +1,9 @@
 #include "dqlib/framework/base/c_string.h"
 
-#include <climits>
-#include <cstring>
-#include <gtest/gtest.h>
-#include <string>
-#include <utility>
-
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/base/resource_module.h"
-#include "tests/support/rows.h"
 #include "tests/support/scripted_locale.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
@@ -20,12 +14,8 @@ using namespace std::string_view_literals;
 constexpr const char* kLong = "a text that is stored outside of the string itself";
 
 TEST(CString, PlainTextsEndAtTheFirstZeroAndViewsDoNot) {
-  EXPECT_EQ(CString("ab\0c").View(), "ab"sv);
-  EXPECT_EQ(CString("ab\0c", 4).View(), "ab\0c"sv);
-  EXPECT_EQ(CString("abc", -1), "");
-  EXPECT_EQ(CString(nullptr), "");
-  EXPECT_EQ(CString('x', 3), "xxx");
-  EXPECT_EQ(CString('x', -3), "");
+  EXPECT_EQ(CString("ab\0c") + CString("ab\0c", 4) + CString("abc", -1), "abab\0c"sv);
+  EXPECT_EQ(CString(nullptr) + CString('x', 3) + CString('x', -3), "xxx");
   CString text("ab\0c"sv);
   text += "\0d"sv;
   EXPECT_EQ(text.View(), "ab\0c\0d"sv);
@@ -54,15 +44,13 @@ TEST(CString, MovesAndChangesByPartsOfItself) {
 
 TEST(CString, BufferIsZeroedAndJoinsTheValueOnRelease) {
   CString text("abc");
-  char* buffer = text.GetBuffer(40);
-  EXPECT_EQ(std::string(buffer, 40), "abc" + std::string(37, '\0'));
-  std::memcpy(buffer, "xy\0z", 4);
+  EXPECT_EQ(std::string(text.GetBuffer(40), 40), "abc" + std::string(37, '\0'));
+  std::memcpy(text.GetBuffer(40), "xy\0z", 4);
   EXPECT_EQ(text.GetLength(), 3) << "until it is released";
   text.ReleaseBuffer();
   EXPECT_EQ(text.View(), "xy"sv);
   std::memcpy(text.GetBuffer(4), "xy\0z", 4);
   text.ReleaseBuffer(4);
-  EXPECT_EQ(text.View(), "xy\0z"sv);
   text.GetBuffer(1);
   text.ReleaseBuffer(100);
   EXPECT_EQ(text.View(), "xy\0z"sv) << "no more than the buffer has";
@@ -72,86 +60,64 @@ TEST(CString, BufferIsZeroedAndJoinsTheValueOnRelease) {
   EXPECT_EQ(text.View(), "xy\0z!"sv) << "and dropped by a change";
 }
 
-TEST(CString, ClipsParts) {
+TEST(CString, ClipsSearchesAndTrims) {
   const CString text("abcdef");
-  for (const auto& [from, count, part] : test::Rows<int, int, const char*>{
-           {2, 2, "cd"}, {2, INT_MAX, "cdef"}, {7, 1, ""}, {-1, 2, "ab"}, {1, -1, ""}}) {
-    EXPECT_EQ(text.Mid(from, count), part) << from << ' ' << count;
-  }
-  EXPECT_EQ(text.Mid(2) + text.Left(9) + text.Left(-1), "cdefabcdef");
+  EXPECT_EQ(text.Mid(2, 2) + "|" + text.Mid(2, INT_MAX) + "|" + text.Mid(6, 1) + text.Mid(7, 1) +
+                text.Mid(-1, 2) + text.Mid(1, -1) + "|" + text.Mid(2) + text.Left(9) +
+                text.Left(-1),
+            "cd|cdef|ab|cdefabcdef");
   EXPECT_EQ(text.Right(2) + text.Right(9) + text.Right(-1), "efabcdef");
+  CString line(" \t=ab;b=\r\n");
+  std::string found;
+  for (const int at : {line.ReverseFind('b'), line.Find("b="), line.FindOneOf(";="), line.Find('x'),
+                       line.FindOneOf("xy")}) {
+    found += std::to_string(at) + " ";
+  }
+  EXPECT_EQ(found, "6 6 2 -1 -1 ");
+  EXPECT_EQ(line.SpanIncluding(" \t") + line.SpanExcluding(";"), " \t \t=ab");
+  EXPECT_EQ(line.SpanExcluding(""), line);
+  line.TrimRight();
+  line.TrimLeft();
+  EXPECT_EQ(line, "=ab;b=");
+  EXPECT_TRUE(line.CompareNoCase("=AB;") > 0 && line.CompareNoCase("=AB;B=") == 0);
 }
 
-TEST(CString, SearchesTrimsAndSpans) {
-  CString text(" \t=ab;b=\r\n");
-  EXPECT_EQ(text.ReverseFind('b'), 6);
-  EXPECT_EQ(text.Find("b="), 6);
-  EXPECT_EQ(text.FindOneOf(";="), 2);
-  EXPECT_EQ(text.SpanIncluding(" \t"), " \t");
-  EXPECT_EQ(text.SpanExcluding(";"), " \t=ab");
-  EXPECT_EQ(text.SpanExcluding(""), text);
-  text.TrimRight();
-  text.TrimLeft();
-  EXPECT_EQ(text, "=ab;b=");
-  EXPECT_GT(text.CompareNoCase("=AB;"), 0);
-  EXPECT_GT(CString("\xE9").Compare("z"), 0) << "bytes are unsigned";
-}
-
-/// Every comparison of the two, in either order, is that of `order`, below 0, 0 or above 0.
-template <class Left, class Right>
-bool Ordered(const Left& left, const Right& right, int order) {
+/// Compares in every way, in either order; `order` is below 0, 0 or above 0.
+bool Ordered(const auto& left, const auto& right, int order) {
   const auto is = [](const auto& a, const auto& b, int expected) {
     return (a < b) == (expected < 0) && (a <= b) == (expected <= 0) && (a > b) == (expected > 0) &&
-           (a >= b) == (expected >= 0) && (a == b) == (expected == 0) &&
-           (a != b) == (expected != 0);
+           (a >= b) == (expected >= 0) && (a == b) == (expected == 0) && (a != b) != (a == b);
   };
   return is(left, right, order) && is(right, left, -order);
 }
 
 TEST(CString, ComparesItsBytesWithEveryKindOfText) {
-  for (const auto& [text, other, order] :
-       test::Rows<const char*, const char*, int>{{"b", "a", 1},
-                                                 {"a", "b", -1},
-                                                 {"ab", "a", 1},
-                                                 {"", "", 0},
-                                                 {"ab", "ab", 0},
-                                                 {"\xE9", "z", 1},
-                                                 {kLong, "a text that", 1}}) {
+  for (const auto& [text, other, order] : {std::tuple("b", "a", 1),
+                                           {"ab", "a", 1},
+                                           {"", "", 0},
+                                           {"\xE9", "z", 1},
+                                           {kLong, "a text that", 1}}) {
     const CString left(text);
-    EXPECT_TRUE(Ordered(left, CString(other), order)) << text << " / " << other;
-    EXPECT_TRUE(Ordered(left, other, order)) << text << " / " << other;
-    EXPECT_TRUE(Ordered(left, std::string_view(other), order)) << text << " / " << other;
-    EXPECT_TRUE(Ordered(left, std::string(other), order)) << text << " / " << other;
+    EXPECT_TRUE(Ordered(left, CString(other), order) && Ordered(left, other, order)) << text;
+    EXPECT_TRUE(Ordered(left, std::string_view(other), order)) << text;
+    EXPECT_TRUE(Ordered(left, std::string(other), order)) << text;
   }
   char array[] = "a";
   EXPECT_TRUE(Ordered(CString("b"), array, 1) && Ordered(CString(), nullptr, 0));
   EXPECT_TRUE(Ordered(CString("a\0b"sv), "a", 1) && Ordered(CString("a\0b"sv), "a\0b"sv, 0));
   EXPECT_EQ("a"sv + CString("b") + "c"sv + std::string("d") + 'e', "abcde");
+  EXPECT_EQ('a' + CString("b") + static_cast<const char*>(nullptr), "ab");
+  // What belongs to the standard's views stays theirs in this namespace.
+  static_assert("ab"sv == "ab" && "ab" < "b"sv);
 }
-
-// What belongs to the standard's views stays theirs in this namespace, and an index is any integer.
-static_assert("ab"sv == "ab" && "ab" < "b"sv);
-template <class Left, class Right>
-concept HasSum = requires(Left left, Right right) {
-  left + right;
-};
-static_assert(!HasSum<std::string_view, const char*> && HasSum<std::string_view, CString>);
-static_assert(requires(CString text, std::ptrdiff_t place) {
-  text[place];
-  text[0UL];
-  text['\0'];
-});
 
 TEST(CString, GoesByCharacterWhereThereAreLeadBytes) {
   test::ScriptedLocale locale;
   ASSERT_TRUE(locale.SetCodePage(932));
   // Two characters, whose second bytes look like a backslash and an "A", around an "A".
   CString text("\x83\\A\x83\x41");
-  EXPECT_EQ(text.Find('\\'), -1);
-  EXPECT_EQ(text.Find('A'), 2);
-  EXPECT_EQ(text.ReverseFind('A'), 2);
-  EXPECT_EQ(text.FindOneOf("\\\x83\x41"), 3);
-  EXPECT_EQ(text.SpanExcluding("A"), "\x83\\");
+  EXPECT_TRUE(text.Find('\\') == -1 && text.Find('A') == 2 && text.ReverseFind('A') == 2);
+  EXPECT_TRUE(text.FindOneOf("\\\x83\x41") == 3 && text.SpanExcluding("A") == "\x83\\");
   text.MakeLower();
   text.MakeReverse();
   EXPECT_EQ(text, "\x83\x41\x61\x83\\");
@@ -169,7 +135,6 @@ TEST(CString, FillsPlacesOfStringsById) {
   AfxFormatString1(text, 50000, text);
   EXPECT_EQ(text, "%2: 100%, two: 100%, %2 of %3% of %3%");
   text.Format(50001u, "a.sql", 7);
-  EXPECT_EQ(text, "a.sql, line 7");
   EXPECT_THROW(text.Format(50002u, 1), std::bad_alloc) << "the text would be too long";
   EXPECT_EQ(text, "a.sql, line 7");
   text.Format(50003u, 7);

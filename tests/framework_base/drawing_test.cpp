@@ -1,9 +1,8 @@
 #include "dqlib/framework/base/drawing.h"
 
-#include <climits>
-
-#include "gtest/gtest.h"
+#include "dqlib/platform/checksum.h"
 #include "tests/support/scripted_platform.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
@@ -18,13 +17,7 @@ std::string Number(std::int64_t value, int size = 4) {
 }
 
 struct Header {
-  std::int64_t size = 40;
-  std::int64_t width = 3;
-  std::int64_t height = 2;
-  std::int64_t planes = 1;
-  std::int64_t bits = 24;
-  std::int64_t compression = 0;
-  std::int64_t colors = 0;
+  std::int64_t size = 40, width = 3, height = 2, planes = 1, bits = 24, compression = 0, colors = 0;
 
   std::string Bytes() const {
     return Number(size) + Number(width) + Number(height) + Number(planes, 2) + Number(bits, 2) +
@@ -46,29 +39,26 @@ TEST(ReadDib, TakesEveryDepthAndBothDirections) {
       Header{.bits = 8, .colors = 2}.Bytes() + kPalette + "\1\1" + std::string("\0_\0\1\1_", 6),
       Header{}.Bytes() + bottom + top + "junk behind it",
       Header{.colors = 2}.Bytes() + kPalette + bottom + top,
-      Header{.height = -2}.Bytes() + top + bottom,
-  };
+      Header{.height = -2}.Bytes() + top + bottom};
   for (const std::string& bytes : cases) {
     const auto picture = ReadDib(bytes);
     ASSERT_NE(picture, nullptr) << bytes;
-    EXPECT_EQ(picture->size, (CSize{3, 2})) << bytes;
-    EXPECT_EQ(picture->pixels, kPixels) << bytes;
+    EXPECT_TRUE(picture->size == (CSize{3, 2}) && picture->pixels == kPixels) << bytes;
   }
 }
 
 TEST(ReadDib, RefusesWhatMakesNoSense) {
-  const Header headers[] = {
-      {.size = 12},
-      {.width = 0},
-      {.height = INT_MIN},
-      {.width = INT_MAX, .height = INT_MAX, .bits = 1},
-      {.planes = 2},
-      {.bits = 16},
-      {.bits = 8, .compression = 1, .colors = 2},
-      {.bits = 1, .colors = 3},
-      {.colors = UINT_MAX},
-      {.bits = 8, .colors = 1},  // the rows name a second colour
-  };
+  const Header headers[] = {{.size = 12},
+                            {.width = 0},
+                            {.height = 0},
+                            {.height = INT_MIN},
+                            {.width = INT_MAX, .height = INT_MAX, .bits = 1},
+                            {.planes = 2},
+                            {.bits = 16},
+                            {.bits = 8, .compression = 1, .colors = 2},
+                            {.bits = 1, .colors = 3},
+                            {.colors = UINT_MAX},
+                            {.bits = 8, .colors = 1}};  // the rows name a second colour
   for (const Header& header : headers) {
     EXPECT_EQ(ReadDib(header.Bytes() + std::string(64, '\1')), nullptr) << &header - headers;
   }
@@ -85,8 +75,8 @@ TEST(WriteDib, IsReadBackAtEveryRowPadding) {
     ASSERT_NE(read, nullptr) << width;
     EXPECT_EQ(read->pixels, picture.pixels) << width;
   }
-  for (std::size_t count : {5U, 7U}) {
-    EXPECT_EQ(WriteDib({{3, 2}, std::vector<COLORREF>(count, kRed)}), "") << count;
+  for (const auto& [width, count] : {std::pair(3, 5U), {3, 7U}, {3, 9U}, {0, 0U}}) {
+    EXPECT_EQ(WriteDib({{width, 2}, std::vector<COLORREF>(count, kRed)}), "") << count;
   }
 }
 
@@ -108,16 +98,25 @@ TEST(LoadCursor, GivesOnePointerForOneResource) {
   module.AddResource(RESOURCE_CURSOR, 6, Number(0));
   const HCURSOR cursor = LoadCursor(&module, 5);
   ASSERT_NE(cursor, nullptr);
-  EXPECT_EQ(cursor->hot_spot, (CPoint{2, 0x8000}));
-  EXPECT_EQ(cursor->picture.pixels, kPixels);
-  EXPECT_EQ(LoadCursor(&module, 5), cursor);
-  EXPECT_NE(LoadIcon(&module, 5), cursor);
-  for (UINT id : {6U, 7U}) EXPECT_EQ(LoadCursor(&module, id), nullptr) << id;
+  EXPECT_TRUE(cursor->hot_spot == (CPoint{2, 0x8000}) && cursor->picture.pixels == kPixels);
+  EXPECT_TRUE(LoadCursor(&module, 5) == cursor && LoadIcon(&module, 5) != cursor);
+  EXPECT_TRUE(LoadCursor(&module, 6) == nullptr && LoadCursor(&module, 7) == nullptr);
 
   // A changed module, or another one at its address, is not taken for the first.
   module.AddResource(RESOURCE_CURSOR, 5, Number(1) + kOneBit);
   EXPECT_EQ(LoadCursor(&module, 5)->hot_spot, (CPoint{1, 0}));
   EXPECT_EQ(cursor->hot_spot, (CPoint{2, 0x8000}));
+}
+
+TEST(StockFonts, AreAsTheyAlwaysWere) {
+  std::ostringstream all;
+  for (int number = 0; number < 20; ++number) {
+    const LOGFONT* const font = GetStockFont(number);
+    if (font == nullptr) continue;
+    all << number << ' ' << font->lfHeight << ' ' << font->lfWidth << ' ' << font->lfWeight << ' '
+        << int{font->lfCharSet} << ' ' << int{font->lfPitchAndFamily} << font->lfFaceName << '\n';
+  }
+  EXPECT_EQ(platform::Checksum(all.str()), 0x3124EA62U) << all.str();
 }
 
 }  // namespace

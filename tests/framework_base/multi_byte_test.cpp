@@ -1,35 +1,26 @@
 #include "dqlib/framework/base/multi_byte.h"
 
-#include <functional>
-#include <gtest/gtest.h>
-#include <string>
-#include <vector>
-
-#include "tests/support/rows.h"
 #include "tests/support/scripted_locale.h"
+#include "tests/support/testing.h"
 
 namespace dq::multi_byte {
 namespace {
 
 /// Calls `check` with every text of up to `longest` bytes from the alphabet.
 void ForEachText(std::string_view alphabet, std::size_t longest,
-                 const std::function<void(const std::string&)>& check) {
-  const std::function<void(std::string)> extend = [&](const std::string& text) {
-    check(text);
-    if (text.size() == longest) return;
-    for (const char character : alphabet) extend(text + character);
-  };
-  extend("");
+                 const std::function<void(const std::string&)>& check,
+                 const std::string& begun = "") {
+  check(begun);
+  if (begun.size() == longest) return;
+  for (const char character : alphabet) ForEachText(alphabet, longest, check, begun + character);
 }
 
 /// Where `wanted` begins, going by character from `start`: the rule, word for word.
 std::size_t PlainFind(const std::string& text, const std::string& wanted, std::size_t start) {
-  for (std::size_t at = start; at <= text.size();) {
-    if (text.compare(at, wanted.size(), wanted) == 0) return at;
-    if (at == text.size()) break;
-    at += CurrentCodePage().CharacterSize(std::string_view(text).substr(at));
+  while (start < text.size() && !text.substr(start).starts_with(wanted)) {
+    start += CurrentCodePage().CharacterSize(std::string_view(text).substr(start));
   }
-  return npos;
+  return start < text.size() || wanted.empty() ? start : npos;
 }
 
 TEST(MultiByte, EverySearchAgreesWithAPlainOne) {
@@ -82,15 +73,14 @@ TEST(MultiByte, RepetitiveTextsTakeLinearTime) {
   const std::string half(kSize / 2, 'a');
   const std::string quarter(kSize / 4, 'a');
   for (const std::string& wanted : {half + "b", "b" + half, quarter + "b" + quarter}) {
-    EXPECT_EQ(Find(text, wanted), npos);
-    EXPECT_EQ(NoCaseWalk(text, wanted).Find(0), npos);
-    EXPECT_EQ(ReverseFindBytes(text, wanted), npos);
     // What is there is found, far as it is.
     const std::string around = text + wanted + text;
     const std::size_t hit = around.find('b') - wanted.find('b');
-    EXPECT_EQ(Find(around, wanted), hit);
-    EXPECT_EQ(NoCaseWalk(around, Upper(wanted)).Find(0), hit);
-    EXPECT_EQ(ReverseFindBytes(around, wanted), hit);
+    for (const auto& [in, place] : {std::pair(&text, npos), {&around, hit}}) {
+      EXPECT_EQ(Find(*in, wanted), place);
+      EXPECT_EQ(NoCaseWalk(*in, Upper(wanted)).Find(0), place);
+      EXPECT_EQ(ReverseFindBytes(*in, wanted), place);
+    }
   }
   // Nor does one that meets the bytes at every place, and never at the start of a character.
   test::ScriptedLocale locale;

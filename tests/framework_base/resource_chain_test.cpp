@@ -1,10 +1,8 @@
 #include "dqlib/framework/base/resource_chain.h"
 
-#include <gtest/gtest.h>
-#include <memory>
-#include <thread>
-
 #include "dqlib/framework/base/resource_module.h"
+#include "dqlib/platform/checksum.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
@@ -45,6 +43,12 @@ TEST_F(ResourceChain, StringIsTheCurrentModulesThenTheNewestThenTheFrameworks) {
   EXPECT_EQ(AfxFindString(61696), "Invalid filename.");
   current_.AddString(61696, "own");
   EXPECT_EQ(AfxFindString(61696), "own");
+  std::string all;
+  for (UINT id = 0; id < 70'000; ++id) {
+    const auto text = FrameworkModule().String(id);
+    if (text) all += std::to_string(id) + "=" + std::string(*text) + "\n";
+  }
+  EXPECT_EQ(platform::Checksum(all), 0x1B4B36ADU) << all;
 }
 
 TEST_F(ResourceChain, DroppingALinkUncoversOlderOnes) {
@@ -75,6 +79,30 @@ TEST_F(ResourceChain, WorkersLoadStringsWhileTheCurrentModuleIsSwitched) {
     AfxSetResourceHandle(round % 2 == 0 ? &current_ : nullptr);
   }
   worker.join();
+}
+
+TEST(ResourceModule, AddedOnesReplaceTheTablesAndArentTheCallers) {
+  constexpr StringRow kTable[] = {{15, "fifteen"}, {16, "sixteen"}, {40, "forty"}};
+  ResourceModule module(kTable);
+  module.AddString(16, "added");
+  module.AddString(17, "new");
+  module.AddString(160, "x");
+  std::string strings, blocks;
+  for (UINT id = 0; id < 200; ++id) {
+    if (const auto text = module.String(id)) strings += std::string(*text) + " ";
+    if (module.Find(RESOURCE_STRING, static_cast<WORD>(id))) blocks += std::to_string(id) + " ";
+  }
+  EXPECT_EQ(strings, "fifteen added new forty x ");
+  EXPECT_EQ(blocks, "1 2 3 11 ") << "of sixteen strings each, one of which is there";
+
+  std::string data("\0picture", 8);
+  module.AddResource(RESOURCE_BITMAP, 7, data);
+  data.assign(8, 'x');
+  ASSERT_NE(module.Find(RESOURCE_BITMAP, 7), nullptr);
+  EXPECT_EQ(module.Find(RESOURCE_BITMAP, 7)->data, std::string_view("\0picture", 8));
+  EXPECT_TRUE(!module.Find(RESOURCE_BITMAP, 8) && !module.Find(RESOURCE_ICON, 7));
+  module.AddResource(RESOURCE_BITMAP, 7, "changed");
+  EXPECT_EQ(module.Find(RESOURCE_BITMAP, 7)->data, "changed");
 }
 
 }  // namespace

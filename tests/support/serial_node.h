@@ -12,8 +12,6 @@ namespace dq::test {
 class SerialNode : public CObject {
   DECLARE_SERIAL(SerialNode)
  public:
-  SerialNode() { ++made; }
-
   void Serialize(CArchive& archive) override {
     if (archive.IsStoring()) {
       archive << number << text;
@@ -35,13 +33,12 @@ class SerialNode : public CObject {
   /// Reads an object and keeps it in `owner` if it was new in the stream.
   static CObject* Read(CArchive& archive, const CRuntimeClass* expected,
                        std::unique_ptr<CObject>& owner) {
-    const int before = made;
-    CObject* const object = archive.ReadObject(expected);
-    if (made != before) owner.reset(object);
+    bool is_new = false;
+    CObject* const object = archive.ReadObject(expected, &is_new);
+    if (is_new) owner.reset(object);
     return object;
   }
 
-  inline static int made = 0;
   WORD number = 0;
   CString text;
   std::string bytes;
