@@ -1,32 +1,63 @@
+// Dialogs, the templates they are made from, and message boxes.
+
 #include "dqlib/framework/windows/dialog.h"
 
-#include <functional>
-#include <gtest/gtest.h>
-#include <memory>
-#include <string>
-#include <thread>
-
+#include "dqlib/framework/base/resource_chain.h"
+#include "dqlib/framework/base/resource_module.h"
 #include "dqlib/framework/controls/button.h"
 #include "dqlib/framework/controls/dialog_exchange.h"
 #include "dqlib/framework/controls/edit.h"
+#include "dqlib/framework/windows/message_box.h"
+#include "dqlib/framework/windows/screen.h"
 #include "tests/support/main_window.h"
 #include "tests/support/recording_observer.h"
-#include "tests/support/rows.h"
 #include "tests/support/scripted_prompts.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
 
+TEST(DialogTemplate, TextGivesControlsAndABrokenOneNamesItsLine) {
+  const auto dialog = ReadDialogTemplate(
+      "caption \"A \\\"b\\\"\"\r\nsize 260 120\r\n# c\r\n\r\n"
+      "edit 2757 \"x\\n\" 72 -8 120 14 limit=30 hidden\r\nclass \"Tree\" -1 \"\" 0 0 1 2\r\n");
+  ASSERT_TRUE(dialog && dialog->controls.size() == 2U);
+  EXPECT_EQ(dialog->caption, "A \"b\"");
+  EXPECT_EQ(dialog->size, (CSize{260, 120}));
+  const ControlTemplate& edit = dialog->controls[0];
+  EXPECT_EQ(edit.window_class + edit.text + edit.word + dialog->controls[1].window_class,
+            "Editx\neditTree");
+  EXPECT_EQ(edit.place, (CRect{72, -8, 192, 6}));
+  EXPECT_TRUE(edit.Has("hidden") && !edit.Has("limit"));
+  EXPECT_EQ(edit.Number("limit", 0) + edit.Number("lim", 7), 37);
+
+  EXPECT_TRUE(
+      ReadDialogTemplate("size 32767 0\nedit 65535 \"\" -32767 32767 0 32767\n"
+                         "text -1 \"\t\\t\\\\\" 0 0 0 0 limit=0\n"));
+  for (const char* line :
+       {"caption \"a\"", "size 1", "size 1 -1", "size 1 2", "tree 1 \"\" 0 0 0 0",
+        "edit 1 \"\" 0 0 0", "edit 1 x 0 0 0 0", "edit 65536 \"\" 0 0 0 0", "edit -2 \"\" 0 0 0 0",
+        "edit 1 \"\" -32768 0 0 0", "edit 1 \"\" 0 0 0 32768", "edit 1 \"\" 0 0 0 0 limit=x",
+        "edit 1 \"\" 0 0 0 0 limit=-1", "edit 1 \"\" 0 0 0 0 shiny", "class \"\" 1 \"\" 0 0 0 0",
+        "edit 1 \"\x01\" 0 0 0 0", "edit 1 \"\x7F\" 0 0 0 0", "\"edit\" 1"}) {
+    std::string error;
+    EXPECT_FALSE(ReadDialogTemplate("caption \"\"\nsize 1 1\n" + std::string(line), &error))
+        << line;
+    EXPECT_TRUE(error.starts_with("line 3: ")) << error;
+  }
+  EXPECT_FALSE(ReadDialogTemplate("caption \"no size\"\n"));
+}
+
 constexpr const char kTemplate[] =
     "caption \"Go To\"\n"
     "size 200 80\n"
-    "text -1 \"&Line Number:\" 8 8 60 14\n"
+    "text -1 \"&Line && Number: \" 8 8 60 14\n"
     "edit 100 \"\" 72 8 60 14\n"
     "check 101 \"&Wrap\" 8 24 60 14\n"
     "button 102 \"&More\" 72 24 60 14\n"
     "edit 103 \"\" 72 40 60 14 disabled\n"
     "defbutton 1 \"OK\" 8 56 50 14\n"
-    "button 2 \"Cancel\" 72 56 50 14\n";
+    "button 2 \"Cancel\" 72 56 50 14 hidden\n";
 
 /// A dialog with a number from 1 to 20 and a mark.
 struct GotoDlg : CDialog {
@@ -38,13 +69,12 @@ struct GotoDlg : CDialog {
   BOOL OnInitDialog() override {
     CDialog::OnInitDialog();
     on_init();
-    return 1;
+    return chooses_focus;
   }
   void DoDataExchange(CDataExchange* exchange) override {
-    ++exchanged;
     EXPECT_FALSE(UpdateData(0)) << "an exchange doesn't begin within another";
     DDX_Control(exchange, 100, edit);
-    DDX_Text(exchange, 100, line);
+    DDX_Text(exchange, missing, line);
     DDV_MinMaxInt(exchange, line, 1, 20);
     DDX_Check(exchange, 101, wrap);
   }
@@ -57,7 +87,8 @@ struct GotoDlg : CDialog {
   CEdit edit;
   int line = 5;
   int wrap = 0;
-  int exchanged = 0;
+  int missing = 100;
+  BOOL chooses_focus = 1;
   std::function<void()> on_more = [] {};
   std::function<void()> on_init = [] {};
 };
@@ -66,18 +97,27 @@ using View = platform::DialogView;
 void PressMore(View& view) { view.Press(102); }
 void PressOk(View& view) { view.Press(IDOK); }
 
-TEST(Dialog, ShowsItsControlsAndTakesWhatIsEntered) {
+/// A main window and prompts.
+struct Dialog : ::testing::Test {
   testing::MainWindow main;
   testing::ScriptedPrompts prompts;
-  GotoDlg dialog;
+  GotoDlg dialog, inner;
+};
+
+TEST_F(Dialog, ShowsItsControlsAndTakesWhatIsEntered) {
+  main.MoveWindow(100, 100, 500, 300);
   prompts.on_dialog = [&](View& view) {
     EXPECT_FALSE(main.IsWindowEnabled());
-    EXPECT_EQ(view.Caption(), "Go To");
+    EXPECT_EQ(dialog.GetWindowRect(), (CRect{250, 210, 450, 290})) << "in the middle";
     EXPECT_EQ(CWnd::GetFocus(), dialog.GetDlgItem(100));
-    const std::vector<platform::DialogControl> controls = view.Controls();
-    ASSERT_EQ(controls.size(), 7U);
-    EXPECT_EQ(controls[1].label + controls[1].value + controls[2].label, "Line Number5Wrap");
-    EXPECT_FALSE(controls[4].enabled);
+    std::string shown = view.Caption();
+    for (const platform::DialogControl& each : view.Controls()) {
+      shown += "\n" + std::to_string(each.id) + " " + each.label + "=" + each.value +
+               (each.enabled ? "" : " disabled") + (each.visible ? "" : " hidden");
+    }
+    EXPECT_EQ(shown,
+              "Go To\n-1 Line & Number=\n100 Line & Number=5\n101 Wrap=0\n102 More=\n"
+              "103 = disabled\n1 OK=\n2 Cancel= hidden");
     EXPECT_FALSE(view.Enter(103, "x")) << "it is disabled";
     EXPECT_FALSE(view.Enter(9999, "x") || view.Press(100));
     EXPECT_TRUE(view.Enter(100, "12") && view.Enter(101, "1") && view.Press(IDOK));
@@ -85,17 +125,14 @@ TEST(Dialog, ShowsItsControlsAndTakesWhatIsEntered) {
     EXPECT_FALSE(view.Press(IDOK)) << "it is closed";
   };
   EXPECT_EQ(dialog.DoModal(), IDOK);
-  EXPECT_EQ(dialog.line, 12);
-  EXPECT_EQ(dialog.wrap, 1);
+  EXPECT_EQ(dialog.line * 10 + dialog.wrap, 121);
   EXPECT_TRUE(main.IsWindowEnabled());
   EXPECT_EQ(dialog.GetSafeHwnd(), nullptr);
   prompts.on_dialog = nullptr;
   EXPECT_EQ(dialog.DoModal(), IDCANCEL) << "what is left open is cancelled";
 }
 
-TEST(Dialog, AnExchangeThatFailsHalfWayTellsOnceAndKeepsTheRest) {
-  testing::ScriptedPrompts prompts;
-  GotoDlg dialog;
+TEST_F(Dialog, AnExchangeThatFailsHalfWayTellsOnceAndKeepsTheRest) {
   dialog.on_more = [] { ADD_FAILURE() << "the exchange isn't over"; };
   prompts.on_box = [&] { dialog.GetDlgItem(102)->Press(); };
   prompts.on_dialog = [&](View& view) {
@@ -109,17 +146,16 @@ TEST(Dialog, AnExchangeThatFailsHalfWayTellsOnceAndKeepsTheRest) {
       ASSERT_TRUE(view.IsOpen()) << entered;
       EXPECT_EQ(prompts.shown.back().text, text);
       EXPECT_EQ(CWnd::GetFocus(), dialog.GetDlgItem(100));
+      EXPECT_EQ(dialog.edit.GetSel(), 0x10000U) << "what is wrong is selected";
       EXPECT_EQ(dialog.wrap, 0) << "what comes behind isn't moved";
     }
-    EXPECT_TRUE(view.Press(IDCANCEL));
+    EXPECT_TRUE(view.Press(IDCANCEL) || dialog.SendMessage(WM_CLOSE) == 0);
   };
   EXPECT_EQ(dialog.DoModal(), IDCANCEL);
   EXPECT_EQ(prompts.shown.size(), 2U);
 }
 
-TEST(Dialog, MayCloseItselfInAnyOfItsHandlersAndInItsExchangeAndRunAnew) {
-  testing::ScriptedPrompts prompts;
-  GotoDlg dialog;
+TEST_F(Dialog, MayCloseItselfInAnyOfItsHandlersAndInItsExchangeAndRunAnew) {
   prompts.on_box = [&] { dialog.DestroyWindow(); };
   prompts.on_dialog = [](View& view) {
     view.Enter(100, "x");
@@ -141,96 +177,96 @@ TEST(Dialog, MayCloseItselfInAnyOfItsHandlersAndInItsExchangeAndRunAnew) {
   EXPECT_EQ(prompts.dialogs.size(), 3U) << "the last one is never shown";
 }
 
-TEST(Dialog, IsNotShownWithHalfOfItsValuesAndMayHaveSetItsFocus) {
-  struct FirstDlg : GotoDlg {
-    BOOL OnInitDialog() override {
-      CDialog::OnInitDialog();
-      GetDlgItem(101)->SetFocus();
-      return focus_first;
-    }
-    void DoDataExchange(CDataExchange* exchange) override {
-      CString text;
-      DDX_Text(exchange, missing, text);
-    }
-    int missing = 104;
-    BOOL focus_first = 0;
-  } dialog;
-  testing::ScriptedPrompts prompts;
-  prompts.on_dialog = [&](View&) {
-    EXPECT_EQ(CWnd::GetFocus(), dialog.GetDlgItem(dialog.focus_first != 0 ? 100 : 101));
-  };
+TEST_F(Dialog, IsNotShownWithHalfOfItsValuesAndMayHaveSetItsFocus) {
+  dialog.missing = 999;
   EXPECT_EQ(dialog.DoModal(), -1);
-  dialog.missing = 103;
-  for (const BOOL first : {0, 1}) {
-    dialog.focus_first = first;
+  dialog.missing = 100;
+  dialog.on_init = [&] { dialog.GetDlgItem(101)->SetFocus(); };
+  for (const BOOL chooses : {0, 1}) {
+    dialog.chooses_focus = chooses;
+    prompts.on_dialog = [&](View&) {
+      EXPECT_EQ(CWnd::GetFocus(), dialog.GetDlgItem(chooses != 0 ? 100 : 101));
+    };
     EXPECT_EQ(dialog.DoModal(), IDCANCEL);
   }
   EXPECT_EQ(prompts.dialogs.size(), 2U);
 }
 
-TEST(Dialog, RunsWithinAnotherAndGivesItTheScreenAndTheFocusBack) {
-  testing::MainWindow main;
-  testing::ScriptedPrompts prompts;
+TEST_F(Dialog, MovesTheFocusAroundItsControlsThatTakeIt) {
+  prompts.on_dialog = [&](View&) {
+    std::string way;
+    const auto go = [&](void (CDialog::*step)()) {
+      (dialog.*step)();
+      way += std::to_string(CWnd::GetFocus()->GetDlgCtrlID()) + " ";
+    };
+    for (int steps = 0; steps < 4; ++steps) go(&CDialog::NextDlgCtrl);
+    for (int steps = 0; steps < 5; ++steps) go(&CDialog::PrevDlgCtrl);
+    EXPECT_EQ(way, "101 102 1 100 1 102 101 100 1 ");
+    dialog.GotoDlgCtrl(dialog.GetDlgItem(102));
+    EXPECT_EQ(CWnd::GetFocus(), dialog.GetDlgItem(102));
+  };
+  dialog.DoModal();
+  dialog.on_init = [&] { dialog.GotoDlgCtrl(dialog.GetDlgItem(102)); };
+  prompts.on_dialog = [&](View&) { EXPECT_EQ(CWnd::GetFocus(), dialog.GetDlgItem(102)); };
+  dialog.DoModal();
+}
+
+TEST_F(Dialog, RunsWithinAnotherAndGivesItTheScreenAndTheFocusBack) {
   CEdit field;
   ASSERT_TRUE(field.CreateWnd({.class_name = "Edit", .parent = &main, .id = 5}));
   field.SetFocus();
-  GotoDlg outer;
-  outer.on_more = [&] {
-    GotoDlg inner;  // without a parent, the dialog that runs is it
+  dialog.on_more = [&] {
+    // Without a parent, the dialog that runs is it.
     prompts.on_dialog = [&](View& view) {
-      EXPECT_FALSE(outer.IsWindowEnabled());
+      EXPECT_FALSE(dialog.IsWindowEnabled());
       view.Press(IDOK);
     };
-    EXPECT_EQ(inner.DoModal(), IDOK);
-    EXPECT_EQ(CWnd::GetFocus(), outer.GetDlgItem(101));
-    EXPECT_EQ(CWnd::GetActiveWindow(), &outer);
     // Over the main window, which is disabled already.
-    prompts.on_dialog = PressOk;
-    EXPECT_EQ(GotoDlg(&main).DoModal(), IDOK);
-    EXPECT_EQ(CWnd::GetFocus(), outer.GetDlgItem(101));
-    EXPECT_EQ(CWnd::GetActiveWindow(), &outer);
+    GotoDlg over_main(&main);
+    for (GotoDlg* each : {&inner, &over_main}) {
+      EXPECT_EQ(each->DoModal(), IDOK);
+      EXPECT_EQ(CWnd::GetFocus(), dialog.GetDlgItem(101));
+      EXPECT_EQ(CWnd::GetActiveWindow(), &dialog);
+      prompts.on_dialog = PressOk;
+    }
   };
   prompts.on_dialog = [&](View& view) {
-    outer.GetDlgItem(101)->SetFocus();
+    dialog.GetDlgItem(101)->SetFocus();
     view.Press(102);
     view.Press(IDOK);
   };
-  EXPECT_EQ(outer.DoModal(), IDOK);
+  EXPECT_EQ(dialog.DoModal(), IDOK);
   EXPECT_EQ(prompts.dialogs.size(), 3U);
   EXPECT_EQ(CWnd::GetActiveWindow(), &main);
   EXPECT_EQ(CWnd::GetFocus(), &field);
-  // What takes the focus meanwhile keeps it, and what can't have it any more doesn't get it.
+  // What can't have the focus any more doesn't get it.
   prompts.on_dialog = [&](View&) { field.EnableWindow(false); };
-  EXPECT_EQ(outer.DoModal(), IDCANCEL);
+  EXPECT_EQ(dialog.DoModal(), IDCANCEL);
   EXPECT_EQ(CWnd::GetFocus(), nullptr);
 }
 
-TEST(Dialog, ClosesWhenTheThreadIsToldToEnd) {
-  CWinApp app("quit");
-  testing::ScriptedPrompts prompts;
-  GotoDlg outer;
-  GotoDlg inner;
+TEST_F(Dialog, ClosesWhenTheThreadIsToldToEnd) {
   inner.on_more = [] { PostQuitMessage(3); };
-  outer.on_more = [&] {
+  dialog.on_more = [&] {
     prompts.on_dialog = PressMore;
     EXPECT_EQ(inner.DoModal(), IDCANCEL);
   };
   prompts.on_dialog = [&](View& view) {
     EXPECT_TRUE(view.Press(102));
-    EXPECT_FALSE(view.IsOpen());
-    EXPECT_FALSE(view.Press(IDOK) || view.Enter(100, "7"));
+    EXPECT_FALSE(view.IsOpen() || view.Press(IDOK) || view.Enter(100, "7"));
     EXPECT_TRUE(view.Controls().empty());
   };
-  EXPECT_EQ(outer.DoModal(), IDCANCEL);
-  EXPECT_EQ(outer.DoModal(), IDCANCEL) << "the thread is still to end";
+  EXPECT_EQ(dialog.DoModal(), IDCANCEL);
+  EXPECT_EQ(dialog.DoModal(), IDCANCEL) << "the thread is still to end";
   EXPECT_EQ(prompts.dialogs.size(), 2U);
-  EXPECT_EQ(app.Run(), 3);
+  EXPECT_EQ(main.app.Run(), 3);
 }
 
-TEST(Dialog, MayBeDroppedByItsOwnHandlers) {
+TEST_F(Dialog, MayBeDroppedByItsOwnHandlersWhichMayThrowWhileItIsClosed) {
   struct DroppedDlg : GotoDlg {
     LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
       const bool drops = message == at;
+      if (drops && message == WM_DESTROY) throw CUserException();
       const LRESULT result = GotoDlg::WindowProc(message, wparam, lparam);
       if (drops) delete this;
       return result;
@@ -240,59 +276,68 @@ TEST(Dialog, MayBeDroppedByItsOwnHandlers) {
     }
     UINT at = 0;
   };
-  testing::ScriptedPrompts prompts;
   prompts.on_dialog = PressOk;
-  for (const auto& [at, result] : test::Rows<UINT, int>{
-           {WM_CREATE, -1}, {WM_SHOWWINDOW, IDCANCEL}, {WM_COMMAND, IDCANCEL}, {0, IDOK}}) {
-    auto* const dialog = new DroppedDlg;
-    dialog->at = at;
-    EXPECT_EQ(dialog->DoModal(), result) << at;
+  for (const auto& [at, result] : test::Rows<UINT, int>{{WM_CREATE, -1},
+                                                        {WM_SHOWWINDOW, IDCANCEL},
+                                                        {WM_COMMAND, IDCANCEL},
+                                                        {WM_DESTROY, IDOK},
+                                                        {0, IDOK}}) {
+    auto* const dropped = new DroppedDlg;
+    dropped->at = at;
+    EXPECT_EQ(dropped->DoModal(), result) << at;
+    if (at == WM_DESTROY) delete dropped;
   }
 }
 
-TEST(Dialog, RunsTheMessageLoopUnderAWindowLayer) {
+TEST_F(Dialog, RunsTheMessageLoopUnderAWindowLayer) {
   struct Layer : testing::RecordingObserver {
     bool RunsDialogs() const override { return true; }
   } layer;
-  const auto on_post = [](GotoDlg& dialog, std::function<void()> act) {
-    dialog.on_init = [&dialog] { dialog.PostMessage(WM_COMMAND, 102); };
-    dialog.on_more = std::move(act);
+  for (GotoDlg* each : {&dialog, &inner}) {
+    each->on_init = [each] { each->PostMessage(WM_COMMAND, 102); };
+  }
+  inner.on_more = [&] { dialog.DestroyWindow(); };
+  dialog.on_more = [&] {
+    EXPECT_EQ(inner.DoModal(), IDCANCEL) << "it ends with the one it stands over";
   };
-  GotoDlg outer;
-  GotoDlg inner;
-  on_post(inner, [&] { outer.DestroyWindow(); });
-  on_post(outer,
-          [&] { EXPECT_EQ(inner.DoModal(), IDCANCEL) << "it ends with the one it stands over"; });
-  EXPECT_EQ(outer.DoModal(), IDCANCEL);
+  EXPECT_EQ(dialog.DoModal(), IDCANCEL);
   inner.on_init = [&] {
-    outer.EndDialog(9);  // the outer one is closed first, and ends last
+    dialog.EndDialog(9);  // it is closed first, and ends last
     inner.PostMessage(WM_CLOSE);
   };
-  EXPECT_EQ(outer.DoModal(), 9);
+  EXPECT_EQ(dialog.DoModal(), 9);
 }
 
-TEST(Dialog, HandlersThatThrowWhileItIsClosedDoNotEndTheProgram) {
-  struct ThrowingDlg : GotoDlg {
-    LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
-      if (message == WM_DESTROY) throw CUserException();
-      return GotoDlg::WindowProc(message, wparam, lparam);
-    }
-  } dialog;
-  testing::ScriptedPrompts prompts;
-  prompts.on_dialog = PressOk;
-  EXPECT_EQ(dialog.DoModal(), IDOK);
-}
-
-TEST(Dialog, WithoutATemplateOrAParentOfItsThreadDoesNotRun) {
+TEST_F(Dialog, WithoutATemplateOrAParentOfItsThreadDoesNotRun) {
   EXPECT_EQ(CDialog(64999).DoModal(), -1);
   CWnd elsewhere;
   std::thread([&] { elsewhere.CreateWnd("Main"); }).join();
-  GotoDlg dialog(&elsewhere);
-  EXPECT_EQ(dialog.DoModal(), -1);
+  GotoDlg lost(&elsewhere);
+  EXPECT_EQ(lost.DoModal(), -1);
   EXPECT_TRUE(elsewhere.IsWindowEnabled());
-  EXPECT_FALSE(dialog.Create(64999, nullptr));
-  EXPECT_FALSE(dialog.UpdateData());
-  EXPECT_EQ(dialog.exchanged, 0);
+  EXPECT_FALSE(lost.Create(64999, nullptr) || lost.UpdateData());
+}
+
+TEST(MessageBox, ShowsATextOrTheStringOfAnIdWhichIsItsOwnHelpTopic) {
+  ResourceModule module;
+  module.AddString(50100, "100% done");
+  const CDynLinkLibrary link(&module);
+  CWinApp app("Boxes");
+  testing::ScriptedPrompts prompts = {BUTTON_NO};
+  EXPECT_EQ(AfxMessageBox("Go on?", BOX_YES_NO | BOX_QUESTION, 77), BUTTON_NO);
+  EXPECT_EQ(AfxMessageBox(static_cast<const char*>(nullptr)), BUTTON_OK);
+  AfxMessageBox(50100, BOX_STOP);
+  AfxMessageBox(50100, BOX_OK, 0);
+  AfxMessageBox(50101, BOX_OK, kNoHelp);
+  AfxMessageBoxWithCaption("text", "caption", BOX_STOP);
+  std::string shown;
+  for (const testing::ShownBox& box : prompts.shown) {
+    shown += box.caption + "|" + box.text + "|" + std::to_string(box.type) + "|" +
+             std::to_string(box.help_id) + "\n";
+  }
+  EXPECT_EQ(shown,
+            "Boxes|Go on?|36|77\nBoxes||0|0\nBoxes|100% done|16|50100\nBoxes|100% done|0|0\n"
+            "Boxes||0|50101\ncaption|text|16|0\n");
 }
 
 }  // namespace

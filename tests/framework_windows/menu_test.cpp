@@ -1,93 +1,100 @@
-#include "dqlib/framework/windows/menu.h"
+// Menus, tool bars and accelerators, and how they are brought up to date.
 
-#include <functional>
-#include <gtest/gtest.h>
-#include <memory>
-#include <string>
+#include "dqlib/framework/windows/menu.h"
 
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/base/resource_module.h"
-#include "dqlib/framework/windows/cmd_target.h"
 #include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/tool_bar.h"
-#include "dqlib/framework/windows/win_app.h"
+#include "tests/support/main_window.h"
 #include "tests/support/recording_observer.h"
-#include "tests/support/rows.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
 
 constexpr UINT kNone = 0xFFFFFFFF;
-constexpr std::string_view kFileMenu =
-    "popup \"&File\"\n"
-    "  item 10 \"&Open\\tCtrl+O\"\n"
-    "  popup \"&Recent\" grayed\n    item 11 \"A\" checked grayed\n  end\n"
-    "end\nseparator\nitem 12 \"&Help\"\n";
 
 std::uintptr_t Id(HMENU menu) { return reinterpret_cast<std::uintptr_t>(menu); }
 
-/// "id:text" of the items, with those of popups in parentheses.
+/// "id:text" of the items, those of popups in parentheses with their number, and "+" with the other
+/// flags.
 std::string Dump(const CMenu& menu) {
-  std::string dump;
+  std::ostringstream dump;
   for (int at = 0; at < menu.GetMenuItemCount(); ++at) {
-    if (at > 0) dump += ' ';
-    dump += std::to_string(static_cast<int>(menu.GetMenuItemID(at))) + ':' +
-            std::string(menu.GetMenuString(static_cast<UINT>(at), MF_BYPOSITION));
-    if (const CMenu* submenu = menu.GetSubMenu(at)) dump += '(' + Dump(*submenu) + ')';
+    const auto position = static_cast<UINT>(at);
+    dump << (at > 0 ? " " : "") << std::dec << static_cast<int>(menu.GetMenuItemID(at)) << ':'
+         << menu.GetMenuString(position, MF_BYPOSITION).View();
+    UINT state = menu.GetMenuState(position, MF_BYPOSITION);
+    if (const CMenu* submenu = menu.GetSubMenu(at)) {
+      dump << '(' << Dump(*submenu) << ')' << (state >> 8);
+      state &= 0xFF ^ MF_POPUP;
+    }
+    if (state != 0) dump << '+' << std::hex << state;
   }
-  return dump;
+  return dump.str();
 }
 
-TEST(Menu, TextGivesItemsAndABrokenOneNone) {
+/// Of two commands and the menus "File" and "Recent".
+struct Menu : ::testing::Test {
+  Menu() {
+    EXPECT_TRUE(menu.LoadMenuIndirect(
+        "popup \"&File\"\n  item 10 \"&Open\\tCtrl+O\"\n"
+        "  popup \"&Recent\" grayed\n    item 11 \"A\" checked grayed\n  end\n"
+        "end\nseparator\nitem 12 \"&Help\"\n"));
+  }
   CMenu menu;
-  ASSERT_TRUE(menu.LoadMenuIndirect(kFileMenu));
-  EXPECT_EQ(Dump(menu), "-1:&File(10:&Open\tCtrl+O -1:&Recent(11:A)) 0: 12:&Help");
-  EXPECT_EQ(menu.GetMenuState(11, MF_BYCOMMAND), UINT{MF_CHECKED | MF_GRAYED});
-  EXPECT_EQ(menu.GetMenuState(0, MF_BYPOSITION), UINT{MF_POPUP | 0x200});
-  EXPECT_FALSE(menu.LoadMenuIndirect(kFileMenu)) << "it has a menu";
-  std::string deep;
-  for (int level = 0; level < 33; ++level) deep.insert(0, "popup \"x\"\n").append("end\n");
-  for (const char* text : {"popup \"x\"\n", "end\n", deep.c_str(), "item 0 \"x\"\n", "item 1 \"x\n",
+};
+
+TEST_F(Menu, TextGivesItemsAndABrokenOneNone) {
+  EXPECT_EQ(Dump(menu), "-1:&File(10:&Open\tCtrl+O -1:&Recent(11:A+9)1+1)2 0:+800 12:&Help");
+  EXPECT_FALSE(menu.LoadMenuIndirect("")) << "it has a menu";
+  for (const int levels : {32, 33}) {
+    std::string deep;
+    for (int level = 0; level < levels; ++level) deep.insert(0, "popup \"x\"\n").append("end\n");
+    EXPECT_EQ(CMenu().LoadMenuIndirect(deep), levels == 32);
+  }
+  EXPECT_TRUE(CMenu().LoadMenuIndirect("item 65535 \"\""));
+  for (const char* text : {"popup \"x\"\n", "end\n", "item 0 \"x\"\n", "item 1 \"x\n",
                            "item 1 \"x\\q\"\n", "item 65536 \"\"", "item 1 \"x\" green\n",
-                           "entry\n", "separator 3\n"}) {
+                           "entry\n", "separator 3\n", "popup \"x\" checked\nend\n"}) {
     CMenu broken;
     EXPECT_FALSE(broken.LoadMenuIndirect(text)) << text;
     EXPECT_EQ(broken.GetMenuItemCount(), -1);
   }
 }
 
-TEST(Menu, ItemsAreFoundByCommandInSubmenusAndByPosition) {
-  CMenu menu;
-  ASSERT_TRUE(menu.LoadMenuIndirect(kFileMenu));
+TEST_F(Menu, ItemsAreFoundByCommandInSubmenusAndByPosition) {
   EXPECT_TRUE(menu.InsertMenu(11, MF_STRING, 20, "B"));
   EXPECT_TRUE(menu.InsertMenu(999, MF_STRING, 21, "End"));
   int data = 0;
   EXPECT_TRUE(menu.ModifyMenu(12, MF_OWNERDRAW, 12, reinterpret_cast<const char*>(&data)));
   EXPECT_EQ(menu.GetItemData(12, MF_BYCOMMAND), &data);
-  EXPECT_EQ(Dump(menu), "-1:&File(10:&Open\tCtrl+O -1:&Recent(20:B 11:A)) 0: 12: 21:End");
   EXPECT_EQ(menu.CheckMenuItem(20, MF_CHECKED), 0U);
   EXPECT_EQ(menu.CheckMenuItem(20, MF_UNCHECKED), UINT{MF_CHECKED});
   EXPECT_TRUE(menu.CheckMenuRadioItem(11, 20, 20, MF_BYCOMMAND));
-  EXPECT_EQ(menu.GetMenuState(11, 0), UINT{MF_GRAYED});
-  EXPECT_EQ(menu.GetMenuState(20, 0), UINT{MF_CHECKED | MF_RADIOCHECK});
+  EXPECT_EQ(menu.EnableMenuItem(21, MF_GRAYED), 0U);
+  EXPECT_EQ(Dump(menu),
+            "-1:&File(10:&Open\tCtrl+O -1:&Recent(20:B+208 11:A+1)2+1)2 0:+800 12:+100 21:End+1");
+  EXPECT_TRUE(menu.CheckMenuRadioItem(2, 3, 3, MF_BYPOSITION));
+  EXPECT_EQ(menu.GetMenuState(3, MF_BYPOSITION), UINT{MF_CHECKED | MF_RADIOCHECK | MF_GRAYED});
   menu.SetDefaultItem(21, false);
+  EXPECT_TRUE(menu.InsertMenu(3, MF_BYPOSITION, 22, "Before"));
   EXPECT_TRUE(menu.DeleteMenu(0, MF_BYPOSITION));
-  EXPECT_FALSE(menu.DeleteMenu(3, MF_BYPOSITION));
-  EXPECT_EQ(Dump(menu), "0: 12: 21:End");
-  EXPECT_EQ(menu.GetDefaultItem(), 21U);
+  EXPECT_FALSE(menu.DeleteMenu(4, MF_BYPOSITION));
+  EXPECT_EQ(menu.GetDefaultItem(), 21U) << "the same one wherever it lies";
   EXPECT_EQ(menu.CheckMenuItem(20, MF_CHECKED), kNone);
+  EXPECT_TRUE(menu.DeleteMenu(21, MF_BYCOMMAND));
+  EXPECT_EQ(menu.GetDefaultItem(), kNone);
 }
 
-TEST(Menu, RemovedSubmenusLiveAndDeletedOnesAreDead) {
-  CMenu menu;
-  ASSERT_TRUE(menu.LoadMenuIndirect(kFileMenu));
+TEST_F(Menu, RemovedSubmenusLiveAndDeletedOnesAreDead) {
   const HMENU file = menu.GetSubMenu(0)->GetSafeHmenu();
   const HMENU recent = menu.GetSubMenu(0)->GetSubMenu(1)->GetSafeHmenu();
   EXPECT_TRUE(menu.ModifyMenu(0, UINT{MF_BYPOSITION} | MF_POPUP | MF_OWNERDRAW, Id(file), nullptr))
       << "the same submenu isn't destroyed";
   EXPECT_TRUE(menu.RemoveMenu(0, MF_BYPOSITION));
-  CMenu kept;
-  CMenu second;
+  CMenu kept, second;
   EXPECT_TRUE(kept.Attach(file));
   EXPECT_FALSE(second.Attach(file));
   EXPECT_TRUE(kept.DeleteMenu(1, MF_BYPOSITION));
@@ -101,10 +108,8 @@ TEST(Menu, RemovedSubmenusLiveAndDeletedOnesAreDead) {
   EXPECT_FALSE(kept.AppendMenu(MF_STRING, 1, "x"));
 }
 
-TEST(Menu, ManyWaysToASubmenuAndDeepNestingAreHarmless) {
+TEST_F(Menu, ManyWaysToASubmenuAndDeepNestingAreHarmless) {
   // Each of 60 menus pops up the next one twice; then 2,000 follow in one line.
-  CMenu menu;
-  menu.CreateMenu();
   HMENU last = menu.GetSafeHmenu();
   for (int level = 0; level < 2060; ++level) {
     CMenu next;
@@ -119,8 +124,9 @@ TEST(Menu, ManyWaysToASubmenuAndDeepNestingAreHarmless) {
   EXPECT_FALSE(CMenu::FromHandle(last)->AppendMenu(MF_POPUP, Id(menu.GetSafeHmenu()), ""));
 }
 
-/// Commands 10 to 19 have handlers; the update of 11 removes its item, that of 14 the menu.
-struct Handlers : CCmdTarget {
+/// Handles the commands 10 to 19, keeps which are brought up to date and does something to some.
+struct Frame : CFrameWnd {
+  Frame() { Create("Frame", "", {}); }
   BOOL OnCmdMsg(UINT id, int code, void* extra, void*) override {
     if (id < 10 || id > 19) return 0;
     if (code == CN_COMMAND) return 1;
@@ -130,43 +136,101 @@ struct Handlers : CCmdTarget {
     if (id == 12) ui.Enable(0);
     if (id == 13) ui.SetRadio(1);
     if (id == 13) ui.SetText("r");
-    if (id == 14) menu->DestroyMenu();
+    if (id == 14) end();
     if (id == 11) ui.m_pMenu->RemoveMenu(ui.m_nIndex, MF_BYPOSITION);
     return id != 15;
   }
-  std::string updated;
-  CMenu* menu = nullptr;
+  void PostNcDestroy() override {
+    if (deletes_itself) delete this;
+  }
+  static inline std::string updated;
+  std::function<void()> end;
+  bool deletes_itself = false;
 };
 
-TEST(Menu, UpdateReachesEveryItemWhileHandlersChangeTheMenu) {
+TEST(Updates, ReachEveryItemWhileHandlersChangeTheMenu) {
   CMenu menu;
   ASSERT_TRUE(menu.LoadMenuIndirect(
       "item 10 \"\"\nitem 11 \"\"\nitem 12 \"\"\npopup \"\"\nitem 13 \"\"\nend\nitem 15 \"\"\n"
       "item 30 \"\"\n"));
-  Handlers handlers;
-  handlers.menu = &menu;
-  menu.UpdateItems(handlers);
-  EXPECT_EQ(handlers.updated, "10 11 12 15 13 ");
-  constexpr UINT kOff = MF_GRAYED | MF_DISABLED;
-  for (const auto& [id, state] : test::Rows<UINT, UINT>{
-           {10, MF_CHECKED}, {12, kOff}, {13, MF_CHECKED | MF_RADIOCHECK}, {15, 0}, {30, kOff}}) {
-    EXPECT_EQ(menu.GetMenuState(id, 0), state) << id;
+  Frame frame;
+  Frame::updated.clear();
+  menu.UpdateItems(frame);
+  EXPECT_EQ(Frame::updated, "10 11 12 15 13 ");
+  EXPECT_EQ(Dump(menu), "10:+8 12:+3 -1:(13:r+208)1 15: 30:+3");
+}
+
+TEST(Updates, MayEndWhatCalledThem) {
+  const WORD commands[] = {9, 10, 14, 15};
+  enum { kFrame, kObject, kCommand, kBar, kMenu };
+  for (const int what : {kFrame, kObject, kCommand, kBar, kMenu}) {
+    auto* const frame = new Frame;
+    auto bar = std::make_unique<CToolBar>();
+    ASSERT_TRUE(bar->Create(frame));
+    bar->SetButtons(commands);
+    CMenu menu;
+    ASSERT_TRUE(menu.LoadMenuIndirect(
+        "item 9 \"\"\npopup \"\"\nitem 10 \"\"\nitem 14 \"\"\nitem 15 \"\"\nend\n"));
+    frame->SetMenu(&menu);
+    frame->deletes_itself = what == kObject || what == kCommand;
+    frame->end = [&] {
+      if (what == kBar) bar.reset();
+      if (what == kMenu) menu.DestroyMenu();
+      if (what < kBar) frame->DestroyWindow();
+    };
+    const HWND handle = frame->GetSafeHwnd();
+    Frame::updated.clear();
+    // The bar goes by the message that an idle thread sends it, and the menu by its frame.
+    if (what == kMenu) {
+      frame->UpdateMenu();
+    } else if (what == kCommand) {
+      frame->SendMessage(WM_COMMAND, 14);
+    } else {
+      bar->SendMessage(WM_IDLEUPDATECMDUI, 1);
+    }
+    EXPECT_EQ(Frame::updated, what == kCommand ? "14 " : "10 14 ") << what;
+    EXPECT_EQ(CWnd::FromHandle(handle) == nullptr, what < kBar);
+    if (what != kObject && what != kCommand) delete frame;
   }
-  EXPECT_EQ(Dump(menu), "10: 12: -1:(13:r) 15: 30:");
-  menu.InsertMenu(0, MF_BYPOSITION, 14, "");
-  menu.UpdateItems(handlers);
-  EXPECT_EQ(menu.GetSafeHmenu(), nullptr);
 }
 
 TEST(AcceleratorTable, CombinationsHaveCommands) {
+  testing::MainWindow main;
   AcceleratorTable table;
-  ASSERT_TRUE(table.Read("# keys\nctrl+shift+f 44412\nF24 1\nALT+pgup 2\nctrl+Shift+F 3\n"));
-  EXPECT_EQ(table.Find('F', true, true, false), 44412);
-  EXPECT_EQ(table.Find('F', true, false, false), 0);
-  EXPECT_EQ(table.Find(0x87, false, false, false), 1);
-  EXPECT_EQ(table.Find(0x21, false, false, true), 2);
-  for (const char* text : {"F25 1", "ctrl+ 1", "ctrl+ctrl+A 1", "A", "A 0", "A 65536", "A 1 2",
-                           "meta+A 1", "A 99999999999"}) {
+  ASSERT_TRUE(table.Read("# keys\nctrl+shift+f 44412\nF24 65535\nALT+z 2\ncTrl+Shift+F 3\n9 7\n"));
+  for (const auto& [key, control, shift, alt, command] :
+       test::Rows<WORD, bool, bool, bool, WORD>{{'F', true, true, false, 44412},
+                                                {'F', true, false, false, 0},
+                                                {'F', true, true, true, 0},
+                                                {0x87, false, false, false, 65535},
+                                                {'Z', false, false, true, 2},
+                                                {'9', false, false, false, 7}}) {
+    EXPECT_EQ(table.Find(key, control, shift, alt), command) << key;
+    EXPECT_EQ(table.Translate(main, key, control, shift, alt), command != 0);
+  }
+  for (const auto& [name, key] : test::Rows<std::string, WORD>{{"bACK", 8},
+                                                               {"Tab", 9},
+                                                               {"Enter", 13},
+                                                               {"Esc", 27},
+                                                               {"Space", 32},
+                                                               {"PgUp", 33},
+                                                               {"PgDn", 34},
+                                                               {"End", 35},
+                                                               {"Home", 36},
+                                                               {"Left", 37},
+                                                               {"Up", 38},
+                                                               {"Right", 39},
+                                                               {"Down", 40},
+                                                               {"Ins", 45},
+                                                               {"Del", 46},
+                                                               {"a", 65},
+                                                               {"0", 48},
+                                                               {"F1", 112}}) {
+    ASSERT_TRUE(table.Read(name + " 1")) << name;
+    EXPECT_EQ(table.entries()[0].key, key) << name;
+  }
+  for (const char* text : {"F25 1", "F0 1", "ctrl+ 1", "ctrl+ctrl+A 1", "A", "A 0", "A 65536",
+                           "A 1 2", "meta+A 1", "A 99999999999", ": 1", "[ 1"}) {
     EXPECT_FALSE(table.Read(text)) << text;
     EXPECT_TRUE(table.entries().empty());
   }
@@ -176,13 +240,15 @@ TEST(ToolBar, ResourceGivesButtonsAndEveryChangeIsTold) {
   const WORD commands[] = {10, 0, 12, 30};
   ResourceModule module;
   const std::string data = WriteToolBarTemplate({20, 19}, commands);
+  EXPECT_EQ(data, std::string("\1\0\24\0\23\0\4\0\n\0\0\0\14\0\36\0", 16));
   module.AddResource(RESOURCE_TOOLBAR, 5, data);
   module.AddResource(RESOURCE_TOOLBAR, 6, data.substr(0, data.size() - 1));
   module.AddResource(RESOURCE_TOOLBAR, 7, "\x02" + data.substr(1));
   const CDynLinkLibrary link(&module);
   testing::RecordingObserver observer;
+  Frame frame;
   CToolBar bar;
-  ASSERT_TRUE(bar.Create(nullptr, 1));
+  ASSERT_TRUE(bar.Create(&frame, 1));
   observer.changes.clear();
   EXPECT_TRUE(bar.LoadToolBar(5));
   for (const UINT broken : {6U, 7U, 8U}) EXPECT_FALSE(bar.LoadToolBar(broken));
@@ -191,98 +257,25 @@ TEST(ToolBar, ResourceGivesButtonsAndEveryChangeIsTold) {
   for (const auto& [id, index] : test::Rows<UINT, int>{{12, 2}, {0, -1}, {99, -1}})
     EXPECT_EQ(bar.CommandToIndex(id), index);
   for (const int none : {-1, 1, 4}) EXPECT_EQ(bar.GetItemID(none), 0U);
-  Handlers handlers;
-  bar.OnUpdateCmdUI(handlers, true);
-  bar.OnUpdateCmdUI(handlers, true);
+  // It is brought up to date by the frame around it while it is in sight and the thread idle.
+  CWinApp app("idle");
+  app.m_pMainWnd = &frame;
+  Frame::updated.clear();
+  bar.ShowWindow(SW_HIDE);
+  PumpUntilIdle();
+  EXPECT_EQ(Frame::updated, "");
+  bar.ShowWindow(SW_SHOW);
+  for (int twice = 0; twice < 2; ++twice) PumpUntilIdle();
+  EXPECT_EQ(Frame::updated, "10 12 10 12 ");
   EXPECT_EQ(bar.GetButton(0), (ToolBarButton{10, true, 1, false}));
   EXPECT_EQ(bar.GetButton(2), (ToolBarButton{12, false, 0, false}));
   EXPECT_FALSE(bar.GetButton(3).enabled);
   bar.PressButton(0, true);
   bar.PressButton(2, true);
+  EXPECT_EQ(bar.GetButton(0), (ToolBarButton{10, true, 1, true}));
   bar.EnableButton(0, false);
-  EXPECT_EQ(observer.Take(bar), std::vector(5, WindowChange::kContent));
-  EXPECT_EQ(bar.GetButton(0), (ToolBarButton{10, false, 1, false}));
-}
-
-TEST(Updates, MayEndWhatCalledThem) {
-  struct Frame : CFrameWnd {
-    bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override {
-      if (key.code == CN_UPDATE_COMMAND_UI && !arguments.only_ask) {
-        updated += std::to_string(key.id) + ' ';
-        if (key.id == 10) end();
-        return key.id != 10;
-      }
-      return CFrameWnd::CallMapped(key, arguments);
-    }
-    void PostNcDestroy() override {
-      if (deletes_itself) delete this;
-    }
-    std::string& updated;
-    std::function<void()> end;
-    bool deletes_itself = false;
-    explicit Frame(std::string& to) : updated(to) {}
-  };
-  const WORD commands[] = {9, 10, 11};
-  enum { kFrame, kObject, kBar, kMenu };
-  for (const int what : {kFrame, kObject, kBar, kMenu}) {
-    std::string updated;
-    auto* const frame = new Frame(updated);
-    ASSERT_TRUE(frame->Create("Frame", "", {}));
-    auto bar = std::make_unique<CToolBar>();
-    ASSERT_TRUE(bar->Create(frame));
-    bar->SetButtons(commands);
-    CMenu menu;
-    ASSERT_TRUE(
-        menu.LoadMenuIndirect("item 9 \"\"\npopup \"\"\nitem 10 \"\"\nitem 11 \"\"\nend\n"));
-    frame->SetMenu(&menu);
-    frame->deletes_itself = what == kObject;
-    frame->end = [&] {
-      if (what == kBar) bar.reset();
-      if (what == kMenu) menu.DestroyMenu();
-      if (what == kFrame || what == kObject) frame->DestroyWindow();
-    };
-    const HWND handle = frame->GetSafeHwnd();
-    // The bar goes by the message that an idle thread sends it, and the menu by its frame.
-    if (what == kMenu) {
-      frame->UpdateMenu();
-    } else {
-      bar->SendMessage(WM_IDLEUPDATECMDUI, 1);
-    }
-    EXPECT_EQ(updated, "9 10 ") << what;
-    if (what == kFrame || what == kObject) {
-      EXPECT_EQ(CWnd::FromHandle(handle), nullptr);
-    }
-    if (what != kObject) delete frame;
-    // The same by a command of a menu, whose update ends the frame before it is run.
-    auto* const second = new Frame(updated);
-    ASSERT_TRUE(second->Create("Frame", "", {}));
-    second->deletes_itself = true;
-    second->end = [&] { second->DestroyWindow(); };
-    second->SendMessage(WM_COMMAND, 10);
-  }
-}
-
-TEST(ToolBar, IsBroughtUpToDateByTheFrameAroundItWhileItIsInSightAndTheThreadIdle) {
-  struct Frame : CFrameWnd {
-    BOOL OnCmdMsg(UINT id, int code, void* extra, void* info) override {
-      return handlers.OnCmdMsg(id, code, extra, info);
-    }
-    Handlers handlers;
-  } frame;
-  CWinApp app("idle");
-  ASSERT_TRUE(frame.Create("Frame", "", {}));
-  app.m_pMainWnd = &frame;
-  CToolBar bar;
-  ASSERT_TRUE(bar.Create(&frame));
-  const WORD commands[] = {10, 12, 30};
-  bar.SetButtons(commands);
-  bar.ShowWindow(SW_HIDE);
-  PumpUntilIdle();
-  EXPECT_EQ(frame.handlers.updated, "");
-  bar.ShowWindow(SW_SHOW);
-  PumpUntilIdle();
-  EXPECT_EQ(frame.handlers.updated, "10 12 ");
-  EXPECT_FALSE(bar.GetButton(1).enabled || bar.GetButton(2).enabled);
+  bar.CheckButton(0, 3);
+  EXPECT_EQ(bar.GetButton(0), (ToolBarButton{10, false, 2, false}));
 }
 
 }  // namespace

@@ -1,37 +1,198 @@
-#include <functional>
-#include <gtest/gtest.h>
-#include <limits>
-#include <memory>
-#include <string>
-#include <thread>
-#include <vector>
+// Messages that are sent and posted, on one thread and between threads, timers and the loop.
 
 #include "dqlib/framework/windows/win_app.h"
 #include "tests/support/manual_clock.h"
 #include "tests/support/own_service.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
 
-using Got = std::vector<std::string>;
-
+/// A window that keeps what it is sent, as "message/first ", and answers by the test's handler.
 struct LoopWnd : CWnd {
-  LoopWnd() { CreateWnd("Test"); }
-  ~LoopWnd() override { DestroyWindow(); }
-  LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM) override {
-    if (message != WM_CREATE && message != WM_DESTROY) {
-      got.push_back(std::to_string(message) + "/" + std::to_string(wparam));
-      on_message(message);
-    }
-    return 0;
-  }
+  using Handler = std::function<LRESULT(UINT, WPARAM, LPARAM)>;
 
-  Got got;
-  std::function<void(UINT)> on_message = [](UINT) {};
+  /// The handler gets neither the first message nor the last one.
+  explicit LoopWnd(Handler handler = {}) : on_message(std::move(handler)) { CreateWnd("Test"); }
+  ~LoopWnd() override { DestroyWindow(); }
+  LRESULT WindowProc(UINT message, WPARAM first, LPARAM second) override {
+    if (message == WM_CREATE || message == WM_DESTROY) return 0;
+    got += std::to_string(message) + "/" + std::to_string(first) + " ";
+    return on_message ? on_message(message, first, second) : 0;
+  }
+  std::string Take() { return std::exchange(got, {}); }
+
+  std::string got;
+  Handler on_message;
 };
 
-TEST(MessageLoop, PostedMessagesComeInOrderAndOnlyToLiveWindows) {
+template <typename Condition>
+void WaitUntil(Condition condition) {
+  while (!condition()) std::this_thread::yield();
+}
+
+/// Meanwhile what other threads send is handled.
+template <typename Condition>
+void PumpSentUntil(Condition condition) {
+  WaitUntil([&] { return PumpSentMessages() == 0 && condition(); });
+}
+
+TEST(Handle, IsAliveFromCreationToDestructionAndNeverUsedAgain) {
+  std::set<HWND> handles;
+  CWnd window;
+  EXPECT_FALSE(window.DestroyWindow());
+  for (int round = 0; round < 100; ++round) {
+    ASSERT_TRUE(window.CreateWnd("Edit"));
+    const HWND handle = window.GetSafeHwnd();
+    EXPECT_TRUE(handles.insert(handle).second);
+    EXPECT_FALSE(window.CreateWnd("Edit"));
+    EXPECT_EQ(CWnd::FromHandle(handle), &window);
+    EXPECT_TRUE(window.DestroyWindow());
+    EXPECT_EQ(CWnd::FromHandle(handle), CWnd::FromHandle(window.GetSafeHwnd()));
+  }
+}
+
+TEST(Handle, GivesTheClassNameCutToTheBuffer) {
+  const LoopWnd window;
+  const HWND handle = window.GetSafeHwnd();
+  for (const auto& [of, size, length, text] :
+       test::Rows<HWND, int, int, const char*>{{handle, 5, 4, "Test"},
+                                               {handle, 4, 3, "Tes"},
+                                               {handle, 1, 0, ""},
+                                               {handle, 0, 0, "???"},
+                                               {handle, -1, 0, "???"},
+                                               {nullptr, 8, 0, ""}}) {
+    char buffer[40] = "???";
+    EXPECT_EQ(GetWindowClassName(of, buffer, size), length) << size;
+    EXPECT_STREQ(buffer, text) << size;
+  }
+  EXPECT_EQ(GetWindowClassName(handle, nullptr, 5), 0);
+}
+
+TEST(Send, OnTheOwnThreadIsACallThatIsAnsweredEvenIfItEndsTheWindow) {
+  LoopWnd window([&](UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message == 4) window.DestroyWindow();
+    return static_cast<LRESULT>(message) * 100 + static_cast<LRESULT>(wparam) * 10 + lparam;
+  });
+  const HWND handle = window.GetSafeHwnd();
+  EXPECT_EQ(window.SendMessage(3, 2, 1), 321);
+  EXPECT_EQ(SendToWindow(handle, 4, 5, 6), 456);
+  for (const HWND dead : {handle, HWND{nullptr}}) EXPECT_EQ(SendToWindow(dead, 1, 2, 3), 0);
+}
+
+TEST(Send, OneThatIsBeingHandledIsAnsweredAndTheOthersReleasedWhenTheWindowEnds) {
+  for (int round = 0; round < 200; ++round) {
+    const bool ends_unpumped = round % 2 == 0;
+    std::atomic<int> started = 0;
+    std::atomic<int> answered = 0;
+    std::atomic<LRESULT> sum = 0;
+    LoopWnd window([&](UINT, WPARAM, LPARAM) { return window.DestroyWindow(), 7; });
+    LoopWnd other([](UINT, WPARAM, LPARAM) { return 90; });
+    const auto send = [&](HWND target) {
+      ++started;
+      sum += SendToWindow(target, WM_APP, 0, 0);
+      ++answered;
+    };
+    const std::jthread senders[] = {std::jthread(send, window.GetSafeHwnd()),
+                                    std::jthread(send, window.GetSafeHwnd()),
+                                    std::jthread(send, other.GetSafeHwnd())};
+    WaitUntil([&] { return started == 3; });
+    for (int wait = 0; wait < round; ++wait) std::this_thread::yield();
+    if (ends_unpumped) window.DestroyWindow();
+    PumpSentUntil([&] { return answered == 3; });
+    EXPECT_EQ(sum, ends_unpumped ? 90 : 97);
+  }
+}
+
+TEST(Send, IsReleasedAndTheHandleDeadWhenTheThreadEnds) {
+  for (int round = 0; round < 100; ++round) {
+    CWnd window;
+    std::atomic<HWND> handle = nullptr;
+    std::atomic<bool> sending = false;
+    std::thread owner([&] {
+      window.CreateWnd("Test");
+      handle = window.GetSafeHwnd();
+      WaitUntil([&] { return sending.load(); });
+      for (int wait = 0; wait < round; ++wait) std::this_thread::yield();
+    });
+    WaitUntil([&] { return handle != nullptr; });
+    sending = true;
+    EXPECT_EQ(SendToWindow(handle, WM_APP, 0, 0), 0);
+    owner.join();
+    EXPECT_EQ(CWnd::FromHandle(handle), nullptr);
+    EXPECT_FALSE(window.DestroyWindow());
+    EXPECT_TRUE(window.CreateWnd("Test")) << "again, for this thread";
+  }
+}
+
+TEST(Send, ThreadsThatSendToEachOtherServeEachOther) {
+  std::atomic<HWND> handles[2] = {};
+  std::atomic<int> done = 0;
+  // Each message is passed on to the other side with one hop less, and the answers count them.
+  const auto run = [&](int mine) {
+    const std::atomic<HWND>& other = handles[1 - mine];
+    const LoopWnd window([&](UINT, WPARAM hops, LPARAM) -> LRESULT {
+      return hops == 0 ? 1 : 1 + SendToWindow(other, 0, hops - 1, 0);
+    });
+    handles[mine] = window.GetSafeHwnd();
+    WaitUntil([&] { return other != nullptr; });
+    for (int round = 0; round < 200; ++round) EXPECT_EQ(SendToWindow(other, 0, 5, 0), 6);
+    ++done;
+    PumpSentUntil([&] { return done == 2; });
+  };
+  const std::jthread left(run, 0);
+  run(1);
+}
+
+TEST(Send, PumpLeavesWhatIsSentMeanwhileForTheNextCall) {
+  std::atomic<bool> stop = false;
+  // Each handling gives the other sender the time to send again.
+  LoopWnd window([&](UINT, WPARAM, LPARAM) {
+    for (int wait = 0; wait < 300; ++wait) std::this_thread::yield();
+    return 0;
+  });
+  std::atomic<int> ended = 0;
+  const auto flood = [&] {
+    while (!stop) window.SendMessage(WM_APP);
+    ++ended;
+  };
+  const std::jthread floods[] = {std::jthread(flood), std::jthread(flood)};
+  for (int total = 0; total < 500;) {
+    const int handled = PumpSentMessages();
+    EXPECT_LE(handled, 2);
+    total += handled;
+  }
+  stop = true;
+  PumpSentUntil([&] { return ended == 2; });
+}
+
+TEST(Send, ExceptionOfAServedHandlerWaitsForTheAnswerToTheOwnSend) {
+  std::atomic<HWND> partner = nullptr;
+  std::atomic<bool> done = false;
+  LoopWnd window([](UINT, WPARAM, LPARAM) -> LRESULT { throw std::runtime_error("served"); });
+  bool partner_answered = false;  // written before the answer, read after it
+  const std::jthread other([&] {
+    const LoopWnd mine([&](UINT, WPARAM, LPARAM) {
+      EXPECT_EQ(window.SendMessage(WM_APP), 0);
+      return partner_answered = true;
+    });
+    partner = mine.GetSafeHwnd();
+    PumpSentUntil([&] { return done.load(); });
+  });
+  WaitUntil([&] { return partner != nullptr; });
+  EXPECT_THROW(SendToWindow(partner, WM_APP, 0, 0), std::runtime_error);
+  EXPECT_TRUE(partner_answered);
+  done = true;
+}
+
+/// Time is moved by hand.
+struct MessageLoop : ::testing::Test {
+  testing::ManualClock clock{0xFFFFFFF0};  // it wraps meanwhile
+  const platform::ScopedPlatform scope{test::With(&platform::Platform::clock, &clock)};
   LoopWnd window;
+};
+
+TEST_F(MessageLoop, PostedMessagesComeInOrderAndOnlyToLiveWindows) {
   LoopWnd other;
   for (const UINT message : {WM_APP + 1U, WM_APP + 2U}) {
     EXPECT_TRUE(window.PostMessage(message, 5) && other.PostMessage(message));
@@ -39,51 +200,45 @@ TEST(MessageLoop, PostedMessagesComeInOrderAndOnlyToLiveWindows) {
   const HWND dead = other.GetSafeHwnd();
   other.DestroyWindow();
   EXPECT_FALSE(PostToWindow(dead, WM_APP, 0, 0) || other.PostMessage(WM_APP));
-  EXPECT_EQ(window.got, Got{});
   EXPECT_EQ(PumpUntilIdle(), 2);
-  EXPECT_EQ(window.got, (Got{"32769/5", "32770/5"}));
-  EXPECT_EQ(other.got, Got{});
+  EXPECT_EQ(window.got + other.got, "32769/5 32770/5 ");
 }
 
-TEST(MessageLoop, TimersComeByTheClockBehindPostedMessages) {
-  testing::ManualClock clock(0xFFFFFFF0);  // the clock wraps meanwhile
-  const platform::ScopedPlatform scope(test::With(&platform::Platform::clock, &clock));
-  LoopWnd window;
+TEST_F(MessageLoop, TimersComeByTheClockBehindPostedMessages) {
   EXPECT_EQ(window.SetTimer(1, 250), 1U);
   EXPECT_EQ(window.SetTimer(2, 3), 2U) << "acts as 10";
   EXPECT_EQ(window.SetTimer(3, static_cast<UINT>(-1)), 3U) << "acts as the longest";
   const auto pumped = [&](DWORD passed) {
     clock.Advance(passed);
     PumpUntilIdle();
-    return std::exchange(window.got, {});
+    return window.Take();
   };
-  EXPECT_EQ(pumped(9), Got{});
-  EXPECT_EQ(pumped(1), Got{"275/2"});
-  EXPECT_EQ(pumped(200), Got{"275/2"}) << "one that is late comes once";
+  EXPECT_EQ(pumped(9), "");
+  EXPECT_EQ(pumped(1), "275/2 ");
+  EXPECT_EQ(pumped(200), "275/2 ") << "one that is late comes once";
+  EXPECT_EQ(pumped(9), "");
   window.PostMessage(WM_APP);
-  EXPECT_EQ(pumped(40), (Got{"32768/0", "275/2", "275/1"}));
+  EXPECT_EQ(pumped(31), "32768/0 275/2 275/1 ");
   EXPECT_EQ(window.SetTimer(1, 1000), 1U) << "starts it anew";
   EXPECT_TRUE(window.KillTimer(2));
   EXPECT_FALSE(window.KillTimer(2));
-  EXPECT_EQ(pumped(999), Got{});
-  EXPECT_EQ(pumped(1), Got{"275/1"});
-  EXPECT_EQ(pumped(std::numeric_limits<std::int32_t>::max()), (Got{"275/1", "275/3"}));
+  EXPECT_EQ(pumped(999), "");
+  EXPECT_EQ(pumped(1), "275/1 ");
+  EXPECT_EQ(pumped(std::numeric_limits<std::int32_t>::max()), "275/1 275/3 ");
   window.DestroyWindow();
   EXPECT_EQ(window.SetTimer(1, 10), 0U);
-  EXPECT_EQ(pumped(5000), Got{});
+  EXPECT_EQ(pumped(5000), "");
 }
 
-TEST(MessageLoop, OneCallServesEachTimerOnceHoweverSlowTheHandlersAre) {
-  testing::ManualClock clock;
-  const platform::ScopedPlatform scope(test::With(&platform::Platform::clock, &clock));
-  LoopWnd window;
+TEST_F(MessageLoop, OneCallServesEachTimerOnceHoweverSlowTheHandlersAre) {
   bool first = true;
-  window.on_message = [&](UINT) {
+  window.on_message = [&](UINT, WPARAM timer, LPARAM) {
     clock.Advance(50);
-    if (window.got.back() == "275/3") window.SetTimer(3, 10);
-    if (window.got.back() == "275/4" && std::exchange(first, false)) window.SetTimer(5, 10);
+    if (timer == 3) window.SetTimer(3, 10);
+    if (timer == 4 && std::exchange(first, false)) window.SetTimer(5, 10);
     // Else a loop without end would hang the test.
-    for (UINT id = 1; id < 6 && window.got.size() > 20; ++id) window.KillTimer(id);
+    for (UINT id = 1; id < 6 && window.got.size() > 120; ++id) window.KillTimer(id);
+    return 0;
   };
   window.SetTimer(1, 10);
   window.SetTimer(2, 90);  // due while the others are served
@@ -91,42 +246,38 @@ TEST(MessageLoop, OneCallServesEachTimerOnceHoweverSlowTheHandlersAre) {
   window.SetTimer(4, 20);
   clock.Advance(20);
   EXPECT_EQ(PumpUntilIdle(), 4);
-  EXPECT_EQ(window.got, (Got{"275/1", "275/3", "275/4", "275/2"}));
-  window.got.clear();
+  EXPECT_EQ(window.Take(), "275/1 275/3 275/4 275/2 ");
   EXPECT_EQ(PumpUntilIdle(), 5);
-  EXPECT_EQ(window.got, (Got{"275/1", "275/3", "275/4", "275/5", "275/2"}));
+  EXPECT_EQ(window.Take(), "275/1 275/3 275/4 275/5 275/2 ");
 }
 
-TEST(MessageLoop, MessagesAndTimersOfWindowsThatEndAreGoneAndThoseOfOthersStay) {
-  testing::ManualClock clock;
-  const platform::ScopedPlatform scope(test::With(&platform::Platform::clock, &clock));
-  LoopWnd kept;
+TEST_F(MessageLoop, MessagesAndTimersOfWindowsThatEndAreGoneAndThoseOfOthersStay) {
   // More than the queue keeps of dead windows, some of them taken out before.
   std::vector<std::unique_ptr<LoopWnd>> windows;
   for (WPARAM i = 0; i < 3000; ++i) {
     windows.push_back(std::make_unique<LoopWnd>());
     windows.back()->SetTimer(1, 10);
     windows.back()->PostMessage(WM_APP, i);
-    if (i % 1000 == 999) kept.PostMessage(WM_APP, i);
+    if (i % 1000 == 999) window.PostMessage(WM_APP, i);
   }
-  kept.SetTimer(1, 10);
-  kept.SetTimer(2, 10);
+  window.SetTimer(1, 10);
+  window.SetTimer(2, 10);
   windows.resize(1);
   clock.Advance(10);
   EXPECT_EQ(PumpUntilIdle(), 7);
-  EXPECT_EQ(kept.got, (Got{"32768/999", "32768/1999", "32768/2999", "275/1", "275/2"}));
-  EXPECT_EQ(windows[0]->got, (Got{"32768/0", "275/1"}));
+  EXPECT_EQ(window.got, "32768/999 32768/1999 32768/2999 275/1 275/2 ");
+  EXPECT_EQ(windows[0]->got, "32768/0 275/1 ");
 }
 
-/// An application that counts how often it idles.
+/// An application that keeps how often it idles, and drops a message.
 struct IdleApp : CWinApp {
   IdleApp() : CWinApp("idle") {}
-  std::vector<LONG> idled;
+  std::string idled;
   LONG until = 2;
   UINT dropped = 0;
 
   BOOL OnIdle(LONG count) override {
-    idled.push_back(count);
+    idled += std::to_string(count);
     CWinApp::OnIdle(count);
     return count < until ? 1 : 0;
   }
@@ -135,60 +286,54 @@ struct IdleApp : CWinApp {
   }
 };
 
-TEST(MessageLoop, IdlesUntilItWantsNoMoreAndAnewAfterAMessage) {
+TEST_F(MessageLoop, IdlesUntilItWantsNoMoreAndAnewAfterAMessage) {
   IdleApp app;
-  LoopWnd window;
   app.m_pMainWnd = &window;
   PumpUntilIdle();
-  EXPECT_EQ(app.idled, (std::vector<LONG>{0, 1, 2}));
-  EXPECT_EQ(window.got, Got{"867/1"}) << "what shows commands is brought up to date";
-  // The handler may end the main window; one of another thread isn't this thread's to update.
-  auto dying = std::make_unique<LoopWnd>();
-  app.m_pMainWnd = dying.get();
-  dying->on_message = [&](UINT) { dying.reset(); };
-  PumpUntilIdle();
-  EXPECT_EQ(app.m_pMainWnd, nullptr);
-  app.m_pMainWnd = &window;
-  window.got.clear();
-  std::thread([main = app.m_pMainWnd] {
+  EXPECT_EQ(app.idled + ": " + window.Take(), "012: 867/1 ") << "what shows commands is updated";
+  app.dropped = WM_APP + 1;
+  window.PostMessage(WM_APP + 1);
+  window.PostMessage(WM_APP + 2);
+  EXPECT_EQ(PumpUntilIdle(), 2);
+  EXPECT_EQ(window.Take(), "32770/0 867/1 ");
+  // One of another thread isn't this thread's to update; and the handler may end the main window.
+  std::jthread([main = app.m_pMainWnd] {
     CWinThread worker;
     worker.m_pMainWnd = main;
     AfxSetThread(&worker);
     PumpUntilIdle();
   }).join();
-  EXPECT_EQ(window.got, Got{});
-  app.dropped = WM_APP + 1;
-  window.PostMessage(WM_APP + 1);
-  window.PostMessage(WM_APP + 2);
-  EXPECT_EQ(PumpUntilIdle(), 2);
-  EXPECT_EQ(window.got, (Got{"32770/0", "867/1"}));
+  EXPECT_EQ(window.got, "");
+  auto dying = std::make_unique<LoopWnd>();
+  app.m_pMainWnd = dying.get();
+  dying->on_message = [&](UINT, WPARAM, LPARAM) { return dying.reset(), 0; };
+  PumpUntilIdle();
+  EXPECT_EQ(app.m_pMainWnd, nullptr);
 }
 
-TEST(MessageLoop, EndsWithTheCodeBehindPostedMessagesAndLeavesNestedLoops) {
+TEST_F(MessageLoop, EndsWithTheCodeBehindPostedMessagesAndLeavesNestedLoops) {
   IdleApp app;
   app.until = 0;
-  LoopWnd window;
-  bool nested_ended = false;
-  window.on_message = [&](UINT message) {
-    if (message != WM_APP) return;
+  window.on_message = [&](UINT message, WPARAM, LPARAM) {
+    if (message != WM_APP) return 0;
     PostQuitMessage(7);
     window.PostMessage(WM_APP + 1);
-    nested_ended = !PumpUntil([] { return false; });
+    EXPECT_FALSE(PumpUntil([] { return false; }));
+    return 0;
   };
   window.PostMessage(WM_APP);
   EXPECT_EQ(app.Run(), 7);
-  EXPECT_TRUE(nested_ended);
-  EXPECT_EQ(window.got, (Got{"32768/0", "32769/0"}));
+  EXPECT_EQ(window.got, "32768/0 32769/0 ");
 }
 
-TEST(MessageLoop, WaitsForWhatOtherThreadsPostAndSend) {
+TEST(PumpUntil, WaitsForWhatOtherThreadsPostAndSend) {
   IdleApp app;
-  LoopWnd window;
   constexpr int kMessages = 2000;
   int posted = 0;
   int sent = 0;
-  window.on_message = [&](UINT message) { ++(message == WM_APP ? posted : sent); };
-  std::vector<std::thread> threads;
+  LoopWnd window(
+      [&](UINT message, WPARAM, LPARAM) { return ++(message == WM_APP ? posted : sent); });
+  std::vector<std::jthread> threads;
   for (int i = 0; i < 4; ++i) {
     threads.emplace_back([&window] {
       for (int at = 0; at < kMessages; ++at) window.PostMessage(WM_APP);
@@ -196,7 +341,6 @@ TEST(MessageLoop, WaitsForWhatOtherThreadsPostAndSend) {
     });
   }
   EXPECT_TRUE(PumpUntil([&] { return posted == 4 * kMessages && sent == 200; }));
-  for (std::thread& thread : threads) thread.join();
   EXPECT_FALSE(PumpUntil([] { return false; }, 20)) << "the time is up";
 }
 

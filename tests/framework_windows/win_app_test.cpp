@@ -1,60 +1,128 @@
+// The application object with its profile, and worker threads.
+
 #include "dqlib/framework/windows/win_app.h"
 
-#include <gtest/gtest.h>
-#include <limits>
-#include <memory>
-#include <string>
-#include <vector>
-
 #include "dqlib/framework/base/registry_key.h"
+#include "tests/support/main_window.h"
 #include "tests/support/own_settings.h"
 #include "tests/support/registry_dump.h"
+#include "tests/support/scripted_platform.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
 
 using test::own_settings;
 
+TEST(WinApp, IsTheThreadsObjectWhileItLives) {
+  EXPECT_EQ(AfxGetApp(), nullptr);
+  {
+    CWinApp app("Job  Runner");
+    EXPECT_EQ(AfxGetThread(), &app);
+    std::thread([&] {
+      EXPECT_EQ(AfxGetThread(), nullptr) << "a thread that the framework doesn't know";
+      EXPECT_EQ(AfxGetApp(), &app);
+    }).join();
+    auto window = std::make_unique<CWnd>();
+    app.m_pMainWnd = window.get();
+    EXPECT_EQ(AfxGetMainWnd(), window.get());
+    window.reset();
+    EXPECT_EQ(AfxGetMainWnd(), nullptr);
+  }
+  EXPECT_EQ(AfxGetApp(), nullptr);
+  EXPECT_EQ(AfxGetThread(), nullptr);
+}
+
+TEST(WinApp, WithoutANameItHasTheExecutablesBaseName) {
+  testing::ScriptedPlatform platform;
+  for (const auto& [path, name] :
+       test::Rows<const char*, const char*>{{"/usr/bin/tool", "tool"},
+                                            {"/opt/v1.2/my tool.bin", "my tool"},
+                                            {"C:\\Tools\\Job.Runner.exe", "Job.Runner"},
+                                            {"tool.", "tool"},
+                                            {"", ""}}) {
+    platform.modules.path = path;
+    CWinApp app;
+    EXPECT_STREQ(app.GetExecutablePath(), path);
+    app.SetExecutablePath("/bin/other");
+    app.SetRegistryKey("Maker");
+    EXPECT_STREQ(app.GetAppName(), name);
+  }
+  EXPECT_STREQ(CWinApp(" Job  Runner ").GetAppName(), " Job  Runner ");
+}
+
+TEST(WorkerThread, SendsToTheMainWindowOfTheThreadThatBeganItWhileThatJoins) {
+  testing::MainWindow main;
+  WorkerThread worker = AfxBeginThread(
+      [](void* parameter) -> UINT {
+        EXPECT_EQ(AfxGetMainWnd(), parameter);
+        EXPECT_NE(AfxGetThread(), nullptr);
+        EXPECT_NE(AfxGetThread(), AfxGetApp());
+        for (int round = 0; round < 50; ++round) AfxGetMainWnd()->SendMessage(WM_APP);
+        return 0;
+      },
+      static_cast<CWnd*>(&main));
+  EXPECT_TRUE(worker);
+  for (int twice = 0; twice < 2; ++twice) worker.Join();
+  EXPECT_FALSE(worker);
+  EXPECT_EQ(main.messages.size(), 50U);
+}
+
+TEST(WorkerThread, GoesOnByItselfWhenItIsDropped) {
+  std::atomic<int> step = 0;
+  const auto procedure = [](void* parameter) -> UINT {
+    auto& shared = *static_cast<std::atomic<int>*>(parameter);
+    while (shared == 0) std::this_thread::yield();
+    shared = 2;
+    return 0;
+  };
+  AfxBeginThread(procedure, &step);
+  step = 1;
+  while (step != 2) std::this_thread::yield();
+  EXPECT_FALSE(AfxBeginThread(nullptr, nullptr));
+}
+
 /// The profile in the registry (true) or, without a registry key, in a profile file.
-class Profile : public testing::TestWithParam<bool> {
- protected:
+struct Profile : ::testing::TestWithParam<bool> {
   Profile() {
     if (GetParam()) app.SetRegistryKey("Velmora");
+    std::filesystem::create_directory(own_settings.directory / "velmora");
   }
   ~Profile() override {
     DeleteRegistryTree(kCurrentUser, "Software\\Velmora");
     std::filesystem::remove(own_settings.directory / "velmora/tool.ini");
   }
-
-  std::vector<BYTE> Binary(const char* section, const char* entry) {
+  std::string Text(const char* section, const char* entry) {
+    return std::string(app.GetProfileString(section, entry, "gone"));
+  }
+  std::string Binary(const char* section, const char* entry) {
     BYTE* data = nullptr;
     UINT size = 1;
     const BOOL found = app.GetProfileBinary(section, entry, &data, &size);
     const std::unique_ptr<BYTE[]> owner(data);
     EXPECT_EQ(found != 0, data != nullptr);
-    return {data, data + size};
+    return found != 0 ? std::string(data, data + size) : "gone";
   }
-
   CWinApp app{"tool"};
 };
-INSTANTIATE_TEST_SUITE_P(Stores, Profile, testing::Bool());
+INSTANTIATE_TEST_SUITE_P(Stores, Profile, ::testing::Bool());
 
 TEST_P(Profile, ValuesComeBackAndAbsentOnesGiveTheFallback) {
   EXPECT_EQ(app.GetProfileInt("s", "n", -7), static_cast<UINT>(-7));
-  EXPECT_EQ(app.GetProfileString("s", "n", "none"), "none");
+  EXPECT_EQ(Text("s", "n") + Binary("s", "n"), "gonegone");
   EXPECT_EQ(app.GetProfileString("s", "n"), "");
   for (const int number : {0, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()}) {
     EXPECT_TRUE(app.WriteProfileInt("s", "n", number));
     EXPECT_EQ(app.GetProfileInt("S", "N", 5), static_cast<UINT>(number));
   }
   EXPECT_TRUE(app.WriteProfileString("Search\\Find What", "Find0", "a=b \xC3\xA4"));
-  EXPECT_EQ(app.GetProfileString("Search\\Find What", "Find0"), "a=b \xC3\xA4");
-  for (const std::vector<BYTE>& bytes :
-       {std::vector<BYTE>{}, std::vector<BYTE>{0, 0x1F, 0xFF}, std::vector<BYTE>(7681, 0xA5)}) {
-    EXPECT_TRUE(app.WriteProfileBinary("s", "b", bytes.data(), static_cast<UINT>(bytes.size())));
+  EXPECT_EQ(Text("Search\\Find What", "Find0"), "a=b \xC3\xA4");
+  for (const std::string& bytes :
+       {std::string(), std::string("\0\x1F\xFF", 3), std::string(7681, '\xA5')}) {
+    EXPECT_TRUE(app.WriteProfileBinary("s", "b", reinterpret_cast<const BYTE*>(bytes.data()),
+                                       static_cast<UINT>(bytes.size())));
     EXPECT_EQ(Binary("s", "b"), bytes);
   }
-  EXPECT_EQ(Binary("s", "missing"), std::vector<BYTE>{});
 }
 
 TEST_P(Profile, NullsDeleteAnEntryOrASectionAndNeverAllOfIt) {
@@ -63,55 +131,46 @@ TEST_P(Profile, NullsDeleteAnEntryOrASectionAndNeverAllOfIt) {
   }
   app.WriteProfileString("a\\deep", "z", "3");
   for (int twice = 0; twice < 2; ++twice) EXPECT_TRUE(app.WriteProfileString("a", "x", nullptr));
-  EXPECT_EQ(app.GetProfileString("a", "x", "gone") + app.GetProfileString("a", "y"), "gone2");
+  EXPECT_EQ(Text("a", "x") + Text("a", "y"), "gone2");
   for (int twice = 0; twice < 2; ++twice) {
     EXPECT_TRUE(app.WriteProfileString("a", nullptr, nullptr));
   }
-  EXPECT_EQ(app.GetProfileString("a", "y", "gone"), "gone");
   // In the registry a section nests; in a file its name is only a name.
-  EXPECT_EQ(app.GetProfileString("a\\deep", "z", "gone"), GetParam() ? "gone" : "3");
+  EXPECT_EQ(Text("a", "y") + Text("a\\deep", "z"), GetParam() ? "gonegone" : "gone3");
   for (const char* nothing : {static_cast<const char*>(nullptr), "", "\\"}) {
     EXPECT_FALSE(app.WriteProfileString(nothing, nullptr, nullptr));
   }
-  EXPECT_EQ(app.GetProfileString("b", "y"), "2");
+  EXPECT_EQ(Text("b", "y"), "2");
 }
 
-TEST(ProfileInRegistry, StandsUnderTheApplicationsKeyInTheKindsThatCallersKnow) {
-  CWinApp app("tool");
-  app.SetRegistryKey("Velmora");
-  EXPECT_EQ(AppRegistryRoot(), "Software\\Velmora\\tool\\");
+TEST_P(Profile, HasTheFormsThatOtherReadersKnow) {
   app.WriteProfileInt("s", "n", -2);
   app.WriteProfileString("s", "t", "x");
   app.WriteProfileBinary("s", "b", reinterpret_cast<const BYTE*>("y"), 1);
+  if (!GetParam()) {
+    EXPECT_EQ(own_settings.directory.Get("velmora/tool.ini"), "[s]\r\nn=-2\r\nt=x\r\nb=JH\r\n");
+    own_settings.directory.Put(
+        "velmora/tool.ini",
+        "[s]\r\nn= -12x\r\nm=x\r\np=+9:\r\nw=4294967297\r\nb=A\r\nc=Az\r\nd=QA\r\n");
+    for (const auto& [entry, number] :
+         test::Rows<const char*, int>{{"n", -12}, {"m", 0}, {"p", 9}, {"w", 1}}) {
+      EXPECT_EQ(app.GetProfileInt("s", entry, 5), static_cast<UINT>(number)) << entry;
+    }
+    EXPECT_EQ(Binary("s", "b") + Binary("s", "c") + Binary("s", "d"), "gonegonegone");
+    return;
+  }
+  EXPECT_EQ(AppRegistryRoot(), "Software\\Velmora\\tool\\");
   platform::Registry& registry = *platform::Current().registry;
   const HKEY key = registry.OpenKey(kCurrentUser, (AppRegistryRoot() + "s").View()).value;
-  const test::RegistryDump expected = {{"",
-                                        {{"n", {REGISTRY_DWORD, "\xFE\xFF\xFF\xFF"}},
-                                         {"t", {REGISTRY_STRING, std::string("x\0", 2)}},
-                                         {"b", {REGISTRY_BINARY, "y"}}}}};
-  EXPECT_EQ(test::Dump(registry, key), expected);
+  EXPECT_EQ(test::Dump(registry, key),
+            (test::RegistryDump{{"",
+                                 {{"n", {REGISTRY_DWORD, "\xFE\xFF\xFF\xFF"}},
+                                  {"t", {REGISTRY_STRING, std::string("x\0", 2)}},
+                                  {"b", {REGISTRY_BINARY, "y"}}}}}));
   registry.CloseKey(key);
-  EXPECT_EQ(app.GetProfileInt("s", "t", 3), 3u) << "a value of another kind isn't there";
-  EXPECT_EQ(app.GetProfileString("s", "n", "none"), "none");
-  EXPECT_EQ(own_settings.directory.Mode("velmora/registry/hkcu.journal"), 0600u);
-  DeleteRegistryTree(kCurrentUser, "Software\\Velmora");
-}
-
-TEST(ProfileInFile, TextsThatArentNumbersOrBytes) {
-  std::filesystem::create_directory(own_settings.directory / "velmora");
-  own_settings.directory.Put("velmora/tool.ini",
-                             "[s]\r\nn= -12x\r\nm=x\r\nw=4294967297\r\nb=A\r\nc=Az\r\n");
-  CWinApp app("tool");
-  EXPECT_EQ(app.GetProfileInt("s", "n", 5), static_cast<UINT>(-12));
-  EXPECT_EQ(app.GetProfileInt("s", "m", 5), 0u);
-  EXPECT_EQ(app.GetProfileInt("s", "w", 5), 1u);
-  BYTE* data = nullptr;
-  UINT size = 1;
-  for (const char* entry : {"b", "c"}) {
-    EXPECT_FALSE(app.GetProfileBinary("s", entry, &data, &size));
-  }
-  EXPECT_EQ(size, 0u);
-  std::filesystem::remove(own_settings.directory / "velmora/tool.ini");
+  EXPECT_EQ(app.GetProfileInt("s", "t", 3), 3U) << "a value of another kind isn't there";
+  EXPECT_EQ(Text("s", "n"), "gone");
+  EXPECT_EQ(own_settings.directory.Mode("velmora/registry/hkcu.journal"), 0600U);
 }
 
 }  // namespace

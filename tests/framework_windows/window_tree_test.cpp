@@ -1,86 +1,88 @@
-#include <functional>
-#include <gtest/gtest.h>
-#include <map>
-#include <string>
-#include <vector>
+// The tree of windows, what its observer is told, and the way of commands through it.
 
 #include "dqlib/framework/windows/dialog.h"
 #include "dqlib/framework/windows/doc_view.h"
 #include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/screen.h"
 #include "dqlib/framework/windows/tool_bar.h"
-#include "tests/support/main_window.h"
+#include "dqlib/framework/windows/win_app.h"
+#include "tests/support/recording_observer.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
 
-/// Every message that test windows get, as "id:message".
-using Log = std::vector<std::string>;
-
-/// A window that keeps what it is sent and runs a handler of the test's for a message.
+/// A window that tells every message it gets as "id:message " and runs the test's handlers.
 struct LogWnd : CWnd {
-  LogWnd(Log& to, CWnd* parent, int id) : log(to) {
+  static inline std::string log;
+
+  LogWnd() = default;
+  LogWnd(CWnd* parent, int id) {
     CreateWnd({.class_name = "Test", .place = {0, 0, 100, 50}, .parent = parent, .id = id});
     log.clear();
   }
   ~LogWnd() override { DestroyWindow(); }
 
   LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
-    log.push_back(std::to_string(GetDlgCtrlID()) + ":" + std::to_string(message));
+    log += std::to_string(GetDlgCtrlID()) + ":" + std::to_string(message) + " ";
     if (on.contains(message)) on[message]();
     return CWnd::WindowProc(message, wparam, lparam);
   }
-  void PostNcDestroy() override { ++ended; }
+  void PostNcDestroy() override {
+    log += std::to_string(GetDlgCtrlID()) + ". ";
+    if (drops != nullptr) drops->reset();
+  }
+  std::string Take() { return std::exchange(log, {}); }
 
-  Log& log;
   std::map<UINT, std::function<void()>> on;
-  int ended = 0;
+  std::unique_ptr<LogWnd>* drops = nullptr;
 };
 
 /// The windows 1, below it 2, 4 and 5, and 3 below 2.
 struct WindowTree : ::testing::Test {
-  Log log;
-  LogWnd top{log, nullptr, 1};
-  LogWnd child{log, &top, 2};
-  LogWnd inner{log, &child, 3};
-  LogWnd second{log, &top, 4};
-  LogWnd third{log, &top, 5};
+  LogWnd top{nullptr, 1}, child{&top, 2}, inner{&child, 3}, second{&top, 4}, third{&top, 5};
 };
 
-TEST_F(WindowTree, KeepsChildrenInOrderAndFindsThemByTheirIds) {
-  LogWnd parent(log, nullptr, 1);
-  std::vector<std::unique_ptr<LogWnd>> children;
-  for (int i = 0; i < 100; ++i) children.push_back(std::make_unique<LogWnd>(log, &parent, i % 60));
-  EXPECT_EQ(parent.GetDlgItem(7), children[7].get()) << "the first of two";
-  children[7]->SetWindowOrder(children[99].get());
-  EXPECT_EQ(parent.GetDlgItem(7), children[67].get());
-  children[67].reset();
-  EXPECT_EQ(parent.GetDlgItem(7), children[7].get());
-  children[7]->SetDlgCtrlID(777);
-  EXPECT_EQ(parent.GetDlgItem(7), nullptr);
-  children[7]->SetDlgCtrlID(8);
-  EXPECT_EQ(parent.GetDlgItem(8), children[8].get());
-  CWnd taker;
-  ASSERT_TRUE(taker.SubclassDlgItem(9, &parent));
-  EXPECT_EQ(parent.GetDlgItem(9), &taker);
-  EXPECT_EQ(taker.GetPrevWindow(), children[8].get());
-  EXPECT_EQ(taker.GetNextWindow(), children[10].get());
-  EXPECT_TRUE(taker.DestroyWindow());
-  EXPECT_EQ(parent.GetDlgItem(9), children[69].get());
-  EXPECT_TRUE(children[69]->DestroyWindow());
-  EXPECT_EQ(parent.GetDlgItem(9), nullptr);
-  children[70]->SetWindowOrder(nullptr);
-  EXPECT_EQ(parent.GetDlgItem(10), children[70].get()) << "the first now";
-  int count = 0;
-  for (const CWnd* at = parent.GetTopWindow(); at != nullptr; at = at->GetNextWindow()) {
-    ++count;
-    EXPECT_EQ(at->GetParent(), &parent);
-    EXPECT_TRUE(at->GetNextWindow() == nullptr || at->GetNextWindow()->GetPrevWindow() == at);
+TEST_F(WindowTree, KeepsChildrenInOrderAndFindsTheFirstOfAnIdHoweverTheyChange) {
+  std::mt19937 random(20261);
+  std::vector<std::unique_ptr<LogWnd>> plain;
+  LogWnd parent(nullptr, 1);
+  for (int step = 0; step < 4000; ++step) {
+    const int id = static_cast<int>(random() % 40);
+    const auto at = plain.begin() + static_cast<int>(random() % (plain.size() + 1));
+    const auto has_id = [id](const auto& each) { return each->GetDlgCtrlID() == id; };
+    const auto first = std::ranges::find_if(plain, has_id);
+    ASSERT_EQ(parent.GetDlgItem(id), first == plain.end() ? nullptr : first->get()) << step;
+    const unsigned what = random() % 16;
+    if (at == plain.end() || (what < 6 && plain.size() < 70)) {
+      plain.push_back(std::make_unique<LogWnd>(&parent, id));
+    } else if (what < 10) {
+      plain.erase(at);
+    } else if (what < 12) {
+      (*at)->SetDlgCtrlID(id);
+    } else if (what < 14) {
+      (*at)->SetWindowOrder(plain.back().get());
+      std::rotate(at, at + 1, plain.end());
+    } else if (what < 15) {
+      (*at)->SetWindowOrder(nullptr);
+      std::rotate(plain.begin(), at, at + 1);
+    } else if (first != plain.end()) {
+      auto taker = std::make_unique<LogWnd>();
+      ASSERT_TRUE(taker->SubclassDlgItem(id, &parent));
+      *first = std::move(taker);
+    }
+    const CWnd* child_at = parent.GetTopWindow();
+    const CWnd* before = nullptr;
+    for (const auto& each : plain) {
+      ASSERT_EQ(child_at, each.get()) << step;
+      ASSERT_TRUE(each->GetPrevWindow() == before && each->GetParent() == &parent) << step;
+      child_at = (before = child_at)->GetNextWindow();
+    }
+    ASSERT_EQ(child_at, nullptr) << step;
   }
-  EXPECT_EQ(count, 97);
-  EXPECT_EQ(parent.SetParent(children[3].get()), nullptr) << "not below itself";
-  EXPECT_EQ(children[3]->SetParent(children[4].get()), &parent);
-  EXPECT_EQ(children[3]->GetTopLevelParent(), &parent);
+  EXPECT_EQ(child.SetParent(&inner), nullptr) << "not below itself";
+  EXPECT_EQ(inner.SetParent(&third), &child);
+  EXPECT_EQ(inner.GetTopLevelParent(), &top);
 }
 
 TEST_F(WindowTree, EndsParentsFirstAndTellsTheLastToChildren) {
@@ -92,88 +94,65 @@ TEST_F(WindowTree, EndsParentsFirstAndTellsTheLastToChildren) {
   };
   child.on[WM_DESTROY] = [&] { second.DestroyWindow(); };
   EXPECT_TRUE(top.DestroyWindow());
-  EXPECT_EQ(log, (Log{"1:2", "2:2", "4:2", "3:2", "5:2"}));
+  EXPECT_EQ(top.Take(), "1:2 2:2 4:2 4. 3:2 5:2 3. 2. 5. 1. ");
   for (const LogWnd* window : {&top, &child, &inner, &second, &third}) {
     EXPECT_EQ(window->GetSafeHwnd(), nullptr);
-    EXPECT_EQ(window->ended, 1);
   }
 }
 
-TEST_F(WindowTree, EndsWhatDescendantsOwnAlsoAfterAnotherObjectTookTheirPlace) {
-  auto former = std::make_unique<LogWnd>(log, &top, 6);
-  CWnd owned;
-  ASSERT_TRUE(owned.CreateWnd({.class_name = "Popup", .owner = former.get()}));
+TEST_F(WindowTree, OwnedWindowsEndWithTheirOwnerFromTheLastAndEachMayGoBefore) {
+  auto former = std::make_unique<LogWnd>(&top, 6);
+  std::vector<std::unique_ptr<LogWnd>> owned;
+  for (int id = 10; id < 16; ++id) {
+    owned.push_back(std::make_unique<LogWnd>());
+    ASSERT_TRUE(owned.back()->CreateWnd({.class_name = "P", .owner = former.get(), .id = id}));
+    if (id == 14) {
+      for (const std::size_t first : {0U, 4U}) EXPECT_TRUE(owned[first]->DestroyWindow());
+      owned[2].reset();
+    }
+  }
+  // What another object takes the place of keeps what it owns, and what is to be drawn.
   former->InvalidateRect({1, 1, 5, 5});
   CWnd taker;
   ASSERT_TRUE(taker.SubclassDlgItem(6, &top));
   former.reset();
-  EXPECT_EQ(owned.GetOwner(), &taker);
+  EXPECT_EQ(owned[1]->GetOwner(), &taker);
   EXPECT_EQ(taker.GetUpdateRect(), (CRect{1, 1, 5, 5}));
+  for (LogWnd* window : {&child, &second, &third}) window->DestroyWindow();
+  top.Take();
   top.DestroyWindow();
-  EXPECT_EQ(owned.GetSafeHwnd(), nullptr);
+  EXPECT_EQ(top.Take(), "1:2 15:2 15. 13:2 13. 11:2 11. 1. ");
 }
 
 TEST_F(WindowTree, ObjectsMayGoInAnyOrderAndInTheirOwnHandlers) {
-  auto lowest = std::make_unique<LogWnd>(log, &inner, 6);
+  auto lowest = std::make_unique<LogWnd>(&inner, 6);
   top.on[WM_DESTROY] = [&] { lowest.reset(); };
   inner.on[WM_SIZE] = [&] { top.DestroyWindow(); };
   inner.MoveWindow(1, 2, 30, 40);
   EXPECT_EQ(lowest, nullptr);
   EXPECT_EQ(inner.GetSafeHwnd(), nullptr);
-  auto other = std::make_unique<LogWnd>(log, nullptr, 1);
-  LogWnd below(log, other.get(), 2);
+  auto other = std::make_unique<LogWnd>(nullptr, 1);
+  LogWnd below(other.get(), 2);
   below.on[WM_DESTROY] = [&] { other.reset(); };
   other->DestroyWindow();
   EXPECT_EQ(other, nullptr);
   EXPECT_EQ(below.GetSafeHwnd(), nullptr);
-}
-
-TEST_F(WindowTree, WindowsOfOneOwnerEndWithItFromTheLastAndEachMayGoBefore) {
-  LogWnd owner(log, nullptr, 1);
-  std::vector<std::unique_ptr<CWnd>> owned;
+  // Of a chain, the last one drops one above it.
+  std::vector<std::unique_ptr<LogWnd>> chain;
   for (int id = 0; id < 6; ++id) {
-    owned.push_back(std::make_unique<CWnd>());
-    ASSERT_TRUE(owned.back()->CreateWnd({.class_name = "Popup", .owner = &owner, .id = id}));
-  }
-  for (const std::size_t first : {0U, 3U, 5U}) EXPECT_TRUE(owned[first]->DestroyWindow());
-  CWnd late;
-  ASSERT_TRUE(late.CreateWnd({.class_name = "Popup", .owner = &owner}));
-  owned[2].reset();
-  EXPECT_EQ(late.GetOwner(), &owner);
-  owner.DestroyWindow();
-  for (const std::size_t last : {1U, 4U}) EXPECT_EQ(owned[last]->GetSafeHwnd(), nullptr);
-  EXPECT_EQ(late.GetSafeHwnd(), nullptr);
-}
-
-TEST_F(WindowTree, ChainOfWindowsEndsFromItsLastAndItsLastCallsMayDropTheOnesAbove) {
-  struct Link : CWnd {
-    void PostNcDestroy() override {
-      ended->push_back(GetDlgCtrlID());
-      if (drops != nullptr) drops->reset();
-    }
-    std::vector<int>* ended = nullptr;
-    std::unique_ptr<Link>* drops = nullptr;
-  };
-  std::vector<int> ended;
-  std::vector<std::unique_ptr<Link>> chain;
-  CWnd* above = &top;
-  for (int id = 0; id < 6; ++id) {
-    chain.push_back(std::make_unique<Link>());
-    chain.back()->ended = &ended;
-    ASSERT_TRUE(chain.back()->CreateWnd({.class_name = "Link", .parent = above, .id = id}));
-    above = chain.back().get();
+    chain.push_back(std::make_unique<LogWnd>(id == 0 ? nullptr : chain.back().get(), id));
   }
   chain[5]->drops = &chain[3];
   chain[0]->DestroyWindow();
-  EXPECT_EQ(ended, (std::vector{5, 4, 2, 1, 0}));
-  EXPECT_EQ(chain[3], nullptr);
-  EXPECT_FALSE(top.IsChild(chain[0].get()));
+  EXPECT_EQ(top.Take(), "0:2 1:2 2:2 3:2 4:2 5:2 5. 4. 2. 1. 0. ");
 }
 
 TEST_F(WindowTree, SendsToDescendantsThatAreStillThere) {
   inner.on[WM_USER] = [&] { second.DestroyWindow(); };
   top.SendMessageToDescendants(WM_USER);
-  EXPECT_EQ(log, (Log{"2:1024", "3:1024", "4:2", "5:1024"}));
+  EXPECT_EQ(top.Take(), "2:1024 3:1024 4:2 4. 5:1024 ");
+  top.SendMessageToDescendants(WM_USER, 0, 0, false);
+  EXPECT_EQ(top.Take(), "2:1024 5:1024 ");
 }
 
 TEST_F(WindowTree, RectanglesFollowParentsAndFrames) {
@@ -185,26 +164,25 @@ TEST_F(WindowTree, RectanglesFollowParentsAndFrames) {
   EXPECT_EQ(child.GetWindowRect(), (CRect{114, 230, 194, 230})) << "a negative height counts as 0";
   EXPECT_EQ(inner.GetWindowRect(), (CRect{115, 232, 125, 252}));
   EXPECT_EQ(top.ScreenToClient(inner.GetWindowRect()), (CRect{11, 12, 21, 32}));
-  log.clear();
+  top.Take();
   child.MoveWindow(10, 10, 80, 0);
-  EXPECT_EQ(log, Log{}) << "nothing has changed";
+  EXPECT_EQ(top.Take(), "") << "nothing has changed";
   child.MoveWindow(11, 10, 80, 0);
   child.MoveWindow(11, 10, 90, 7);
-  EXPECT_EQ(log, (Log{"2:3", "2:5"}));
+  EXPECT_EQ(top.Take(), "2:3 2:5 ");
   child.MoveWindow(2147483000, 0, 2147483000, 1);
   EXPECT_EQ(child.GetPlace().right, 2147483647);
   inner.MoveWindow(2147483000, -2147483647, 2147483647, 2147483647);
   EXPECT_EQ(inner.ScreenToClient(inner.ClientToScreen({3, 4})), (CPoint{3, 4})) << "they wrap";
-  LogWnd whole(log, nullptr, 4);
-  whole.SetFrameWidths({-2147483647 - 1, 0, 2147483647, 0});
-  EXPECT_EQ(whole.GetClientRect().Width(), 101);
+  third.SetFrameWidths({-2147483647 - 1, 0, 2147483647, 0});
+  EXPECT_EQ(third.GetClientRect().Width(), 101);
 }
 
 TEST_F(WindowTree, FocusGoesToWhatIsEnabledAndLeavesWhatIsHidden) {
   child.SetFocus();
-  log.clear();
+  top.Take();
   EXPECT_EQ(second.SetFocus(), &child);
-  EXPECT_EQ(log, (Log{"2:8", "4:7"}));
+  EXPECT_EQ(top.Take(), "2:8 4:7 ");
   child.EnableWindow(false);
   child.SetFocus();
   EXPECT_EQ(CWnd::GetFocus(), &second);
@@ -212,125 +190,177 @@ TEST_F(WindowTree, FocusGoesToWhatIsEnabledAndLeavesWhatIsHidden) {
   EXPECT_EQ(CWnd::GetFocus(), nullptr) << "it was below a window that is hidden";
   EXPECT_TRUE(second.IsShown() && !second.IsWindowVisible());
   top.ShowWindow(SW_SHOW);
+  EXPECT_EQ(top.Take(), "2:10 4:8 1:24 1:24 ");
   // A handler that moves the focus on has the last word.
   second.on[WM_KILLFOCUS] = [&] { top.SetFocus(); };
   second.SetFocus();
   child.EnableWindow();
   child.SetFocus();
   EXPECT_EQ(CWnd::GetFocus(), &top);
+  EXPECT_EQ(second.SetCapture(), nullptr);
+  EXPECT_EQ(third.SetCapture(), &second);
   top.DestroyWindow();
-  EXPECT_EQ(CWnd::GetFocus(), nullptr);
+  EXPECT_TRUE(CWnd::GetFocus() == nullptr && CWnd::GetCapture() == nullptr);
 }
 
-TEST_F(WindowTree, PlacementKeepsTheNormalRectangle) {
-  top.MoveWindow(10, 20, 300, 200);
-  top.ShowWindow(SW_SHOWMAXIMIZED);
+TEST_F(WindowTree, PlacementKeepsTheNormalRectangleAndWhatAMinimisedWindowWasBefore) {
+  constexpr CRect kNormal{10, 20, 310, 220};
+  constexpr CRect kFull{0, 0, 1920, 1080};
+  // The commands, and the last state as the placement has it: show command and flags.
+  const test::Rows<std::vector<int>, UINT, UINT> rows = {
+      {{SW_SHOWMAXIMIZED}, 3, 0},
+      {{SW_SHOWMAXIMIZED, SW_RESTORE}, 1, 0},
+      {{SW_SHOWMAXIMIZED, SW_MINIMIZE}, 2, 2},
+      {{SW_SHOWMAXIMIZED, SW_MINIMIZE, SW_RESTORE}, 3, 2},
+      {{SW_SHOWMAXIMIZED, SW_SHOWMINNOACTIVE, SW_SHOWMINIMIZED, SW_RESTORE}, 3, 2},
+      {{SW_SHOWMAXIMIZED, SW_MINIMIZE, SW_SHOW}, 2, 2},
+      {{SW_SHOWMAXIMIZED, SW_MINIMIZE, SW_SHOWNORMAL}, 1, 0},
+      {{SW_SHOWMAXIMIZED, SW_MINIMIZE, SW_SHOWNOACTIVATE}, 1, 0},
+      {{SW_SHOWMAXIMIZED, SW_MINIMIZE, SW_RESTORE, SW_RESTORE}, 1, 0},
+      {{SW_SHOWMAXIMIZED, SW_RESTORE, SW_MINIMIZE, SW_RESTORE}, 1, 0},
+      {{SW_MINIMIZE}, 2, 0},
+      {{SW_MINIMIZE, SW_RESTORE}, 1, 0},
+      {{SW_MINIMIZE, SW_SHOWMAXIMIZED, SW_RESTORE}, 1, 0},
+      {{SW_MINIMIZE, SW_SHOWNA}, 2, 0},
+      {{SW_RESTORE}, 1, 0},
+  };
   WINDOWPLACEMENT placement;
-  ASSERT_TRUE(top.GetWindowPlacement(&placement));
-  placement.rcNormalPosition = {1, 2, 31, 42};
-  EXPECT_TRUE(top.SetWindowPlacement(&placement));
-  EXPECT_TRUE(top.IsZoomed());
-  top.ShowWindow(SW_SHOWNORMAL);
-  EXPECT_EQ(top.GetWindowRect(), (CRect{1, 2, 31, 42}));
+  for (const auto& [commands, show, flags] : rows) {
+    LogWnd window(nullptr, 1);
+    LogWnd other(nullptr, 2);
+    window.MoveWindow(kNormal);
+    for (const int command : commands) window.ShowWindow(command);
+    ASSERT_TRUE(window.GetWindowPlacement(&placement));
+    EXPECT_THAT(std::pair(placement.showCmd, placement.flags), ::testing::Pair(show, flags));
+    EXPECT_EQ(window.GetWindowRect(), show == 3 ? kFull : kNormal);
+    EXPECT_EQ(placement.rcNormalPosition, kNormal);
+    // Another window takes the placement over, and what it is restored to.
+    EXPECT_TRUE(other.SetWindowPlacement(&placement));
+    for (LogWnd* each : {&window, &other}) each->ShowWindow(SW_RESTORE);
+    EXPECT_EQ(other.GetWindowRect(), window.GetWindowRect());
+  }
+  child.ShowWindow(SW_SHOWMAXIMIZED);
+  EXPECT_EQ(child.GetPlace(), (CRect{0, 0, 100, 50})) << "as large as its parent";
   placement.length = 40;
   EXPECT_FALSE(top.SetWindowPlacement(&placement));
   EXPECT_FALSE(CWnd().GetWindowPlacement(&placement));
 }
 
-TEST_F(WindowTree, RestoringGivesWhatAMinimisedWindowWasBefore) {
-  constexpr CRect kNormal{10, 20, 310, 220};
-  const CRect full{0, 0, GetScreenSize().cx, GetScreenSize().cy};
-  // The commands, and the last state as the placement has it: show command and flags.
-  const struct {
-    std::vector<int> commands;
-    UINT show;
-    UINT flags;
-    CRect place;
-  } rows[] = {
-      {{SW_SHOWMAXIMIZED}, 3, 0, full},
-      {{SW_SHOWMAXIMIZED, SW_RESTORE}, 1, 0, kNormal},
-      {{SW_SHOWMAXIMIZED, SW_MINIMIZE}, 2, 2, kNormal},
-      {{SW_SHOWMAXIMIZED, SW_MINIMIZE, SW_RESTORE}, 3, 2, full},
-      {{SW_SHOWMAXIMIZED, SW_SHOWMINNOACTIVE, SW_SHOWMINIMIZED, SW_RESTORE}, 3, 2, full},
-      {{SW_SHOWMAXIMIZED, SW_MINIMIZE, SW_SHOW}, 2, 2, kNormal},
-      {{SW_SHOWMAXIMIZED, SW_MINIMIZE, SW_SHOWNORMAL}, 1, 0, kNormal},
-      {{SW_SHOWMAXIMIZED, SW_MINIMIZE, SW_SHOWNOACTIVATE}, 1, 0, kNormal},
-      {{SW_SHOWMAXIMIZED, SW_MINIMIZE, SW_RESTORE, SW_RESTORE}, 1, 0, kNormal},
-      {{SW_SHOWMAXIMIZED, SW_RESTORE, SW_MINIMIZE, SW_RESTORE}, 1, 0, kNormal},
-      {{SW_MINIMIZE}, 2, 0, kNormal},
-      {{SW_MINIMIZE, SW_RESTORE}, 1, 0, kNormal},
-      {{SW_MINIMIZE, SW_SHOWMAXIMIZED, SW_RESTORE}, 1, 0, kNormal},
-      {{SW_RESTORE}, 1, 0, kNormal},
-  };
-  for (const auto& row : rows) {
-    LogWnd window(log, nullptr, 1);
-    window.MoveWindow(kNormal);
-    for (const int command : row.commands) window.ShowWindow(command);
-    WINDOWPLACEMENT placement;
-    ASSERT_TRUE(window.GetWindowPlacement(&placement));
-    EXPECT_EQ(placement.showCmd, row.show) << &row - rows;
-    EXPECT_EQ(placement.flags, row.flags) << &row - rows;
-    EXPECT_EQ(window.GetWindowRect(), row.place) << &row - rows;
-    EXPECT_EQ(placement.rcNormalPosition, kNormal) << &row - rows;
-    // Another window takes the placement over, and what it is restored to.
-    LogWnd other(log, nullptr, 2);
-    EXPECT_TRUE(other.SetWindowPlacement(&placement));
-    for (LogWnd* each : {&window, &other}) each->ShowWindow(SW_RESTORE);
-    EXPECT_EQ(other.GetWindowRect(), window.GetWindowRect()) << &row - rows;
+// ---- The observer
+
+/// A frame with the windows 1 and 2, and 3 below 1.
+struct Tree {
+  Tree() {
+    frame.CreateWnd({.class_name = "Frame", .place = {0, 0, 100, 100}});
+    first.CreateWnd({.class_name = "Test", .place = {0, 0, 10, 10}, .parent = &frame, .id = 1});
+    second.CreateWnd({.class_name = "Test", .parent = &frame, .id = 2});
+    inner.CreateWnd({.class_name = "Test", .parent = &first, .id = 3});
+    inner.SetFocus();
   }
+  CFrameWnd frame;
+  CWnd first, second, inner, other;
+  CMenu menu;
+};
+
+TEST(WindowObserver, IsToldOfEveryChangeInTheOrderOfTheChanges) {
+  using enum WindowChange;
+  using Changes = std::vector<WindowChange>;
+  const test::Rows<void (*)(Tree&), CWnd Tree::*, Changes> rows = {
+      {[](Tree& t) { t.other.CreateWnd("Test"); }, &Tree::other, {kCreated}},
+      {[](Tree& t) { t.frame.DestroyWindow(); }, &Tree::inner, {kDestroyed}},
+      {[](Tree& t) { t.other.SubclassDlgItem(1, &t.frame); }, &Tree::other, {kReplaced}},
+      {[](Tree& t) { t.first.SetWindowText("x"); }, &Tree::first, {kText}},
+      {[](Tree& t) { t.first.MoveWindow(0, 0, 10, 10, false); }, &Tree::first, {}},
+      {[](Tree& t) { t.first.MoveWindow(1, 0, 12, 10); }, &Tree::first, {kRectangle, kInvalidated}},
+      {[](Tree& t) {
+         t.first.SetFrameWidths({1, 1, 1, 1});
+       },
+       &Tree::first,
+       {kRectangle}},
+      {[](Tree& t) { t.first.ShowWindow(SW_SHOWMAXIMIZED); }, &Tree::first, {kRectangle}},
+      {[](Tree& t) { t.first.ShowWindow(SW_HIDE); }, &Tree::inner, {kFocus}},
+      {[](Tree& t) { t.inner.ShowWindow(SW_HIDE); }, &Tree::inner, {kShown, kFocus}},
+      {[](Tree& t) { t.inner.EnableWindow(false); }, &Tree::inner, {kEnabled, kFocus}},
+      {[](Tree& t) { t.inner.EnableWindow(); }, &Tree::inner, {}},
+      {[](Tree& t) { t.second.SetFocus(); }, &Tree::inner, {kFocus}},
+      {[](Tree& t) { t.second.SetFocus(); }, &Tree::second, {kFocus}},
+      {[](Tree& t) { t.first.Invalidate(); }, &Tree::first, {kInvalidated}},
+      {[](Tree& t) { t.first.SetWindowOrder(&t.second); }, &Tree::first, {kOrder}},
+      {[](Tree& t) { t.inner.SetParent(&t.second); }, &Tree::inner, {kOrder}},
+      {[](Tree& t) { t.first.SetMenu(&t.menu); }, &Tree::first, {kMenu}},
+      {[](Tree& t) { t.first.SetActiveWindow(); }, &Tree::first, {kActive}},
+      // What is no window tells nothing.
+      {[](Tree& t) { t.other.SetWindowText("x"); }, &Tree::other, {}},
+      {[](Tree& t) { t.other.MoveWindow(1, 2, 3, 4); }, &Tree::other, {}},
+      {[](Tree& t) { t.other.ShowWindow(SW_SHOW); }, &Tree::other, {}},
+      {[](Tree& t) { t.other.EnableWindow(false); }, &Tree::other, {}},
+      {[](Tree& t) { t.other.Invalidate(); }, &Tree::other, {}},
+  };
+  int row = 0;
+  for (const auto& [act, window, told] : rows) {
+    Tree tree;
+    testing::RecordingObserver observer;
+    act(tree);
+    EXPECT_EQ(observer.Take(tree.*window), told) << row;
+    ++row;
+  }
+  Tree tree;
+  testing::RecordingObserver observer;
+  for (int twice = 0; twice < 2; ++twice) tree.frame.SetActiveView(&tree.first);
+  tree.frame.SetMessageText("ready");
+  EXPECT_EQ(observer.Take(tree.frame), (Changes{kActive, kContent}));
+  CFrameWnd no_frame;
+  no_frame.SetActiveView(&tree.first);
+  CToolBar no_bar;
+  no_bar.SetPictureSize({4, 4});
+  EXPECT_TRUE(observer.changes.empty());
 }
 
 // ---- Commands
 
-constexpr UINT kOpen = 40001;
-constexpr UINT kClose = 40002;
-
-/// A target with handlers for two commands, which counts what it handles.
+/// Has handlers for the commands 1, whose update disables it, and 2 to 11, of which 2 declines.
 struct Target : CWnd {
   Target() { CreateWnd("Target"); }
   bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override {
     static constexpr MessageMapEntry kEntries[] = {
-        CommandEntry<&Target::OnOpen>(kOpen),
-        UpdateEntry<&Target::OnUpdateOpen>(kOpen),
-        CommandRangeEntry<&Target::OnRange>(kClose, kClose + 9),
-        MessageEntry<&Target::OnApp>(WM_APP + 7),
-    };
+        CommandEntry<&Target::OnOpen>(1), UpdateEntry<&Target::OnUpdateOpen>(1),
+        CommandRangeEntry<&Target::OnRange>(2, 11), MessageEntry<&Target::OnApp>(WM_APP + 7)};
     return CallEntry(kEntries, *this, key, arguments) || CWnd::CallMapped(key, arguments);
   }
-  void OnOpen() { ++opened; }
+  void OnOpen() { called += "open "; }
   void OnUpdateOpen(CCmdUI* ui) { ui->Enable(enabled ? 1 : 0); }
-  BOOL OnRange(UINT id) { return id == kClose ? 0 : 1; }
+  BOOL OnRange(UINT id) { return called += std::to_string(id) + " ", id == 2 ? 0 : 1; }
   LRESULT OnApp(WPARAM wparam, LPARAM lparam) { return static_cast<LRESULT>(wparam) + lparam; }
 
-  int opened = 0;
+  std::string called;
   bool enabled = true;
 };
 
-TEST(Commands, GoToTheActiveViewThenTheFrameThenTheApplication) {
-  testing::MainWindow main;
+TEST(Commands, CallTheHandlersOfTheMapsUnlessTheyAreDisabledOrOnlyAskedFor) {
   CFrameWnd frame;
   ASSERT_TRUE(frame.Create("Frame", "caption", {0, 0, 10, 10}));
   Target view;
   frame.SetActiveView(&view);
-  frame.SendMessage(WM_COMMAND, kOpen);
-  EXPECT_EQ(view.opened, 1);
+  for (const bool enabled : {true, false}) {
+    view.enabled = enabled;
+    frame.SendMessage(WM_COMMAND, 1);
+    frame.SendMessage(WM_COMMAND, 1, 1);  // of a control
+  }
+  EXPECT_EQ(view.called, "open open open ");
   int asked = 0;
-  EXPECT_TRUE(frame.OnCmdMsg(kClose + 9, CN_COMMAND, nullptr, &asked));
-  EXPECT_FALSE(frame.OnCmdMsg(kClose + 10, CN_COMMAND, nullptr, &asked));
-  EXPECT_EQ(view.opened, 1) << "asking calls nothing";
-  view.enabled = false;
-  frame.SendMessage(WM_COMMAND, kOpen);
-  EXPECT_EQ(view.opened, 1) << "a disabled command isn't run from a menu";
-  EXPECT_TRUE(frame.OnCmdMsg(kClose + 9, CN_COMMAND, nullptr, nullptr));
-  EXPECT_FALSE(frame.OnCmdMsg(kClose, CN_COMMAND, nullptr, nullptr)) << "the handler declines";
+  for (const auto& [id, there, taken] :
+       test::Rows<UINT, BOOL, BOOL>{{1, 1, 1}, {2, 1, 0}, {11, 1, 1}, {12, 0, 0}}) {
+    EXPECT_EQ(frame.OnCmdMsg(id, CN_COMMAND, nullptr, &asked), there) << id;
+    EXPECT_EQ(frame.OnCmdMsg(id, CN_COMMAND, nullptr, nullptr), taken) << id;
+  }
+  EXPECT_EQ(view.called, "open open open open 2 11 ");
   EXPECT_EQ(view.SendMessage(WM_APP + 7, 3, 4), 7);
   view.DestroyWindow();
   EXPECT_EQ(frame.GetActiveView(), nullptr);
-  EXPECT_FALSE(frame.OnCmdMsg(kOpen, CN_COMMAND, nullptr, nullptr));
+  EXPECT_FALSE(frame.OnCmdMsg(1, CN_COMMAND, nullptr, nullptr));
 }
 
-/// Something that handles the commands 33001 and on whose letters it is given, and says by its name
-/// that it did.
+/// Handles the commands 33001 and on whose letters it is given, and says by its name that it did.
 template <typename Base>
 struct Stop : Base {
   using Base::Base;
@@ -339,32 +369,27 @@ struct Stop : Base {
         handles.find(static_cast<char>(key.id - 33001 + 'a')) == std::string::npos) {
       return Base::CallMapped(key, arguments);
     }
-    if (!arguments.only_ask) *asked += name;
+    if (!arguments.only_ask) LogWnd::log += name;
     return true;
   }
   std::string handles;
   char name = '?';
-  std::string* asked = nullptr;
 };
 
 TEST(Commands, GoFromWhereTheyAreSentUpToTheApplication) {
-  std::string asked;
   Stop<CWinApp> app("routes");
   Stop<CMDIFrameWnd> main;
-  Stop<CMDIChildWnd> child;
-  Stop<CMDIChildWnd> other;
+  Stop<CMDIChildWnd> child, other;
   Stop<CView> view;
   Stop<CDocument> document;
   Stop<CDialog> dialog;
-  CToolBar bars[2];
   ASSERT_TRUE(main.Create("Frame", "", {}));
   for (CMDIChildWnd* each : {&other, &child}) ASSERT_TRUE(each->Create("Child", "", {}, &main));
   ASSERT_TRUE(view.Create(&child, {}, 1, &document));
   ASSERT_TRUE(dialog.CreateIndirect({}, &main));
-  const auto set = [&asked](auto& stop, char name, const char* handles) {
+  const auto set = [](auto& stop, char name, const char* handles) {
     stop.name = name;
     stop.handles = handles;
-    stop.asked = &asked;
   };
   set(app, 'A', "abcdefgh");
   set(main, 'M', "abcdef");
@@ -373,68 +398,63 @@ TEST(Commands, GoFromWhereTheyAreSentUpToTheApplication) {
   set(document, 'T', "abe");
   set(view, 'V', "a");
   set(other, 'O', "g");
-  // The windows to which each command is sent, and who gets it. '-': nobody.
-  const struct {
-    CWnd* to;
-    const char* got;
-  } rows[] = {
-      {&main, "VTACTAAA-"}, {&child, "VTACTAAA-"}, {&other, "AAAAAAOA-"}, {&dialog, "DTACTAAD-"}};
-  for (const auto& row : rows) {
+  const auto sent = [](CWnd& to) {
     std::string got;
     for (UINT id = 33001; id < 33010; ++id) {
-      asked.clear();
-      row.to->SendMessage(WM_COMMAND, id);
-      got += asked.empty() ? "-" : asked;
+      LogWnd::log.clear();
+      to.SendMessage(WM_COMMAND, id);
+      got += LogWnd::log.empty() ? "-" : LogWnd::log;
     }
-    EXPECT_EQ(got, row.got) << &row - rows;
-  }
-  // Without a child frame that is active, the main frame's own come first.
-  child.MDIDestroy();
-  other.MDIDestroy();
-  asked.clear();
-  for (UINT id = 33001; id < 33010; ++id) main.SendMessage(WM_COMMAND, id);
-  EXPECT_EQ(asked, "MMMMMMAA");
-}
-
-TEST(Commands, ButtonsOfAChildFrameAreEnabledForTheApplicationsCommands) {
-  std::string asked;
-  Stop<CWinApp> app("buttons");
-  app.handles = "a";
-  CMDIFrameWnd main;
-  CMDIChildWnd child;
+    return got;
+  };
+  EXPECT_EQ(sent(main) + sent(child) + sent(other) + sent(dialog),
+            "VTACTAAA-VTACTAAA-AAAAAAOA-DTACTAAD-");
+  // A bar's buttons are enabled for the commands that are handled somewhere.
   CToolBar bar;
-  ASSERT_TRUE(main.Create("Frame", "", {}) && child.Create("Child", "", {}, &main));
   ASSERT_TRUE(bar.Create(&child));
-  const WORD commands[] = {33001, 33002};
+  const WORD commands[] = {33008, 33009};
   bar.SetButtons(commands);
   app.m_pMainWnd = &main;
   PumpUntilIdle();
-  EXPECT_TRUE(bar.GetButton(0).enabled);
-  EXPECT_FALSE(bar.GetButton(1).enabled);
-  app.asked = &asked;
-  app.name = 'A';
-  EXPECT_TRUE(bar.ClickButton(0));
-  EXPECT_FALSE(bar.ClickButton(1));
-  EXPECT_EQ(asked, "A");
+  LogWnd::log.clear();
+  EXPECT_TRUE(bar.ClickButton(0) && !bar.ClickButton(1));
+  EXPECT_EQ(LogWnd::log, "A");
+  // Without a child frame that is active, the main frame's own come first.
+  child.MDIDestroy();
+  other.MDIDestroy();
+  EXPECT_EQ(sent(main), "MMMMMMAA-");
 }
 
 TEST(Commands, ChildFramesAreActiveOneAtATime) {
   CMDIFrameWnd frame;
   ASSERT_TRUE(frame.Create("Frame", "caption", {0, 0, 300, 200}));
-  CMDIChildWnd first;
-  CMDIChildWnd second;
-  Target view;
-  for (CMDIChildWnd* child : {&first, &second}) child->Create("Child", "", {}, &frame);
-  EXPECT_EQ(frame.MDIGetActive(), &second);
-  first.SetActiveView(&view);
-  EXPECT_FALSE(frame.OnCmdMsg(kOpen, CN_COMMAND, nullptr, nullptr));
+  LogWnd::log.clear();
+  struct Child : CMDIChildWnd {
+    LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
+      const auto name = [](auto window) {
+        const CWnd* const child = CWnd::FromHandle(reinterpret_cast<HWND>(window));
+        return child == nullptr ? std::string("none") : std::string(child->GetWindowText());
+      };
+      if (message == WM_MDIACTIVATE) LogWnd::log += name(wparam) + ">" + name(lparam) + " ";
+      return CMDIChildWnd::WindowProc(message, wparam, lparam);
+    }
+  } children[3];
+  for (const int i : {0, 1, 2}) {
+    ASSERT_TRUE(children[i].Create("Child", std::to_string(i).c_str(), {}, &frame));
+  }
+  EXPECT_EQ(std::exchange(LogWnd::log, {}), "none>0 0>1 0>1 1>2 1>2 ");
+  testing::RecordingObserver observer;
   frame.MDINext();
-  EXPECT_EQ(frame.GetActiveFrame(), &first);
-  EXPECT_TRUE(frame.OnCmdMsg(kOpen, CN_COMMAND, nullptr, nullptr));
+  for (int twice = 0; twice < 2; ++twice) children[1].MDIActivate();
+  EXPECT_EQ(observer.Take(frame), std::vector(2, WindowChange::kActive));
+  frame.MDINext();
+  EXPECT_EQ(std::exchange(LogWnd::log, {}), "2>0 2>0 0>1 0>1 1>2 1>2 ");
   frame.MoveWindow(0, 0, 400, 300);
   EXPECT_EQ(frame.GetMDIClient()->GetPlace(), (CRect{0, 0, 400, 300}));
-  first.MDIDestroy();
-  EXPECT_EQ(frame.MDIGetActive(), &second);
+  for (const int next : {1, 0}) {
+    frame.MDIGetActive()->MDIDestroy();
+    EXPECT_EQ(frame.GetActiveFrame(), &children[next]);
+  }
   frame.DestroyWindow();
   EXPECT_EQ(frame.GetActiveFrame(), &frame);
 }

@@ -240,7 +240,7 @@ bool CDialog::Open(const DialogTemplate& dialog, CWnd* parent, bool child) {
   if (!detail::MakeControls(dialog, *this, controls_)) return false;
   const bool choose_focus = OnInitDialog() != 0;
   if (!self.IsThere()) return false;
-  if (choose_focus && !child) first_focus_ = true;
+  first_focus_ = choose_focus && !child;
   return true;
 }
 
