@@ -2,46 +2,45 @@
 
 #pragma once
 
-#include <functional>
-#include <utility>
-#include <vector>
-
 #include "dqlib/framework/controls/button.h"
 #include "dqlib/framework/controls/combo_box.h"
 #include "dqlib/framework/controls/edit.h"
 #include "dqlib/framework/controls/list_box.h"
 #include "dqlib/framework/controls/spin_button.h"
-#include "dqlib/framework/controls/static.h"
 #include "dqlib/framework/controls/tool_tip.h"
+#include "dqlib/framework/windows/dialog_controls.h"
+#include "tests/support/testing.h"
 
 namespace dq::testing {
 
 /// Lists and combo boxes have the rows "One", "Two", "Three"; the second radio button begins no
-/// group, the third one does.
+/// group, the third does.
 struct ControlDialog : CWnd {
   enum Id { kStatic = 1, kEdit, kSpin, kCheck, kRadio, kRadio2, kRadio3, kPush };
   enum RowsId { kList = 20, kMany, kMarks, kCombo, kDropList, kMissing };
-  using Codes = std::vector<std::pair<int, int>>;
 
   ControlDialog() {
     CreateWnd("Dialog");
-    Add<CStatic>(kStatic, "Static");
-    Add<CEdit>(kEdit, "Edit", EditStyle{.multi_line = true});
-    Add<CSpinButtonCtrl>(kSpin, "Spin", true);
-    Add<CButton>(kCheck, "Button", ButtonKind::kThreeState);
-    Add<CButton>(kRadio, "Button", ButtonKind::kRadio).SetBeginsGroup(true);
-    Add<CButton>(kRadio2, "Button", ButtonKind::kRadio);
-    Add<CButton>(kRadio3, "Button", ButtonKind::kRadio).SetBeginsGroup(true);
-    AddRows(Add<CListBox>(kList, "ListBox"));
-    AddRows(Add<CCheckListBox>(kMarks, "CheckListBox"));
-    AddRows(Add<CComboBox>(kCombo, "ComboBox"));
-    AddRows(Add<CComboBox>(kDropList, "ComboBox", ComboStyle{.list_only = true}));
-    Add<CButton>(kPush, "Button");
-    AddRows(Add<CListBox>(kMany, "ListBox", ListStyle{.multiple = true}));
+    const auto pattern = ReadDialogTemplate(
+        "size 9 9\ntext 1 \"\" 0 0 1 1\nedit 2 \"\" 0 0 1 1 multiline\n"
+        "spin 3 \"\" 0 0 1 1 buddy\ncheck 4 \"\" 0 0 1 1\nradio 5 \"\" 0 0 1 1 group\n"
+        "radio 6 \"\" 0 0 1 1\nradio 7 \"\" 0 0 1 1 group\nlist 20 \"\" 0 0 1 1\n"
+        "checklist 22 \"\" 0 0 1 1\ncombo 23 \"\" 10 20 80 40\ncombo 24 \"\" 0 0 1 1 droplist\n"
+        "button 8 \"\" 0 0 1 1\nlist 21 \"\" 0 0 1 1 multiple\n");
+    detail::MakeControls(pattern.value(), *this, controls);
+    Get<CButton>(kCheck).SetKind(ButtonKind::kThreeState);
+    for (const int id : {kList, kMany, kMarks, kCombo, kDropList}) {
+      for (const char* text : {"One", "Two", "Three"}) Get<RowControl>(id).AddString(text);
+    }
     tips.Create(this);
     codes.clear();
   }
   ~ControlDialog() override { DestroyWindow(); }
+  BOOL OnCommand(WPARAM wparam, LPARAM) override {
+    codes.emplace_back(LoWord(wparam), HiWord(wparam));
+    if (handler) handler(LoWord(wparam));
+    return 1;
+  }
 
   template <typename Class>
   Class& Get(int id) {
@@ -54,32 +53,11 @@ struct ControlDialog : CWnd {
   CComboBox& combo() { return Get<CComboBox>(kCombo); }
 
   /// Ids and codes of the notifications.
-  Codes codes;
+  std::vector<std::pair<int, int>> codes;
   /// Called with each.
   std::function<void(int id)> handler;
   CToolTipCtrl tips;
   std::vector<std::unique_ptr<CWnd>> controls;
-
- protected:
-  BOOL OnCommand(WPARAM wparam, LPARAM) override {
-    codes.emplace_back(LoWord(wparam), HiWord(wparam));
-    if (handler) handler(LoWord(wparam));
-    return 1;
-  }
-
- private:
-  template <typename Class, typename... Arguments>
-  Class& Add(int id, const char* window_class, Arguments... arguments) {
-    auto control = std::make_unique<Class>(arguments...);
-    Class& added = *control;
-    added.CreateWnd(
-        {.class_name = window_class, .place = {10, 20, 90, 60}, .parent = this, .id = id});
-    controls.push_back(std::move(control));
-    return added;
-  }
-  static void AddRows(RowControl& control) {
-    for (const char* text : {"One", "Two", "Three"}) control.AddString(text);
-  }
 };
 
 }  // namespace dq::testing

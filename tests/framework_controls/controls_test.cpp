@@ -1,38 +1,87 @@
-// All controls: what they tell, and that they may end while they tell it.
+// All controls: what they show and tell, that they may end while they tell it, and the exchange of
+// values with them.
 
-#include <gtest/gtest.h>
-
+#include "dqlib/framework/controls/dialog_exchange.h"
 #include "dqlib/framework/windows/dialog.h"
 #include "tests/framework_controls/control_dialog.h"
 #include "tests/support/recording_observer.h"
-#include "tests/support/rows.h"
+#include "tests/support/scripted_locale.h"
+#include "tests/support/scripted_prompts.h"
 
 namespace dq {
 namespace {
 
-using enum testing::ControlDialog::Id;
-using enum testing::ControlDialog::RowsId;
-using testing::ControlDialog;
 using testing::RecordingObserver;
+
+using testing::ControlDialog;
+using enum ControlDialog::Id;
+using enum ControlDialog::RowsId;
+
+/// Kind by number, what else is said of it, its items and its value.
+std::string Described(const CWnd& control) {
+  platform::DialogControl shown;
+  control.Describe(shown);
+  std::string text = std::to_string(static_cast<int>(shown.kind));
+  if (shown.editable) text += " editable";
+  if (shown.multiple) text += " multiple";
+  if (shown.secret) text += " secret";
+  if (shown.is_default) text += " default";
+  for (const std::string& item : shown.items) text += " " + item;
+  return text + " =" + shown.value;
+}
+
+TEST(Controls, AreMadeByTheWordsOfTemplatesAndDescribeThemselves) {
+  const test::Rows<std::string, const char*> rows = {
+      {"text 1 \"t\" 0 0 1 1", "CStatic 0 ="},
+      {"group 1 \"t\" 0 0 1 1", "CButton 0 ="},
+      {"button 1 \"t\" 0 0 1 1", "CButton 1 ="},
+      {"defbutton 1 \"t\" 0 0 1 1", "CButton 1 default ="},
+      {"check 1 \"t\" 0 0 1 1", "CButton 2 =0"},
+      {"radio 1 \"t\" 0 0 1 1", "CButton 3 =0"},
+      {"edit 1 \"t\" 0 0 1 1 limit=2 number", "CEdit 4 editable =t"},
+      {"edit 1 \"t\" 0 0 1 1 multiline password", "CEdit 4 editable multiple secret ="},
+      {"edit 1 \"t\" 0 0 1 1 readonly", "CEdit 0 =t"},
+      {"list 1 \"t\" 0 0 1 1", "CListBox 5 b a ="},
+      {"list 1 \"t\" 0 0 1 1 multiple sorted", "CListBox 5 multiple a b ="},
+      {"checklist 1 \"t\" 0 0 1 1", "CCheckListBox 5 multiple b a ="},
+      {"combo 1 \"t\" 0 0 1 1 limit=2", "CComboBox 6 editable b a =t"},
+      {"combo 1 \"t\" 0 0 1 1 droplist sorted", "CComboBox 6 a b ="},
+      {"spin 1 \"t\" 0 0 1 1", "CSpinButtonCtrl 7 ="},
+      {"class \"ToolTip\" 1 \"t\" 0 0 1 1", "CToolTipCtrl 7 ="},
+  };
+  for (const auto& [line, made] : rows) {
+    CDialog dialog;
+    ASSERT_TRUE(dialog.CreateIndirect(*ReadDialogTemplate("size 9 9\n" + line), nullptr));
+    CWnd& control = *dialog.GetTopWindow();
+    if (auto* const has_rows = dynamic_cast<RowControl*>(&control)) {
+      for (const char* text : {"b", "a"}) has_rows->AddString(text);
+    }
+    EXPECT_EQ(control.GetRuntimeClass()->m_lpszClassName + (" " + Described(control)), made)
+        << line;
+    if (line.find("limit=2") != std::string::npos) {
+      EXPECT_FALSE(control.Enter("100") || (line.ends_with("number") && control.Enter("x")));
+      EXPECT_TRUE(control.Enter("10"));
+    }
+  }
+}
 
 TEST(Controls, EveryChangeReachesTheObserver) {
   using Dialog = ControlDialog;
   using enum WindowChange;
-  const struct {
-    int id;
-    void (*act)(Dialog&);
-    std::vector<WindowChange> told;
-  } rows[] = {
+  const test::Rows<int, void (*)(Dialog&), std::vector<WindowChange>> rows = {
       {kStatic, [](Dialog& d) { d.SetDlgItemText(kStatic, "x"); }, {kText}},
       {kEdit, [](Dialog& d) { d.edit().ReplaceSel("abc"); }, {kText, kSelection}},
       {kEdit, [](Dialog& d) { d.edit().SetSel(0, 0); }, {}},
       {kEdit, [](Dialog& d) { d.edit().LimitText(3); }, {kContent}},
+      {kEdit, [](Dialog& d) { d.edit().SetReadOnly(true); }, {kContent}},
       {kEdit, [](Dialog& d) { d.edit().Type("x"); }, {kText, kSelection}},
       {kSpin, [](Dialog& d) { d.spin().SetRange(1, 9); }, {kContent}},
+      {kSpin, [](Dialog& d) { d.spin().Step(1); }, {kContent}},
       {kEdit, [](Dialog& d) { d.spin().SetPos(5); }, {kText}},
       {kCheck, [](Dialog& d) { d.CheckDlgButton(kCheck, 2); }, {kContent}},
       {kCheck, [](Dialog& d) { d.CheckDlgButton(kCheck, 0); }, {}},
       {kList, [](Dialog& d) { d.list().AddString("x"); }, {kContent}},
+      {kList, [](Dialog& d) { d.list().DeleteString(0); }, {kContent}},
       {kList, [](Dialog& d) { d.list().ResetContent(); }, {kContent, kSelection}},
       {kList, [](Dialog& d) { d.list().SetCurSel(1); }, {kSelection}},
       {kList, [](Dialog& d) { d.list().SetTopIndex(1); }, {kContent}},
@@ -45,16 +94,19 @@ TEST(Controls, EveryChangeReachesTheObserver) {
       {kCombo, [](Dialog& d) { d.combo().ShowDropDown(); }, {kContent}},
       {kCombo, [](Dialog& d) { d.combo().SetDroppedWidth(300); }, {kContent}},
   };
-  for (const auto& row : rows) {
+  int row = 0;
+  for (const auto& [id, act, told] : rows) {
     ControlDialog dialog;
     RecordingObserver observer;
-    row.act(dialog);
-    EXPECT_EQ(observer.Take(*dialog.GetDlgItem(row.id)), row.told) << &row - rows;
+    act(dialog);
+    EXPECT_EQ(observer.Take(*dialog.GetDlgItem(id)), told) << row;
+    ++row;
   }
   ControlDialog dialog;
   RecordingObserver observer;
   dialog.tips.AddTool(&dialog.edit(), "tip");
   dialog.tips.UpdateTipText("other", &dialog.edit());
+  EXPECT_EQ(dialog.tips.GetText(&dialog.edit()) + dialog.tips.GetText(&dialog.list()), "other");
   dialog.tips.Activate(false);
   dialog.tips.DelTool(&dialog.edit());
   EXPECT_EQ(observer.Take(dialog.tips), std::vector(4, kContent));
@@ -82,6 +134,7 @@ const struct PersonRow {
     {kRadio, [](CWnd& c) { return c.Enter("0"); }, true, {}, "0"},
     {kPush, [](CWnd& c) { return c.Press(); }, true, {BN_CLICKED}, ""},
     {kPush, [](CWnd& c) { return c.EnableWindow(false) || c.Press(); }, false, {}, ""},
+    {kList, [](CWnd& c) { return c.Press(); }, false, {}, ""},
     {kList, [](CWnd& c) { return c.Enter("two"); }, true, {LBN_SELCHANGE}, "Two"},
     {kList, [](CWnd& c) { return c.Enter("3"); }, true, {LBN_SELCHANGE}, "Three"},
     {kList, [](CWnd& c) { return c.Enter("4"); }, false, {}, ""},
@@ -100,12 +153,10 @@ TEST(Controls, ParentIsToldOfWhatAPersonDoes) {
     ControlDialog dialog;
     CWnd& control = *dialog.GetDlgItem(row.id);
     EXPECT_EQ(row.act(control), row.taken);
-    ControlDialog::Codes codes;
+    std::vector<std::pair<int, int>> codes;
     for (const int code : row.codes) codes.emplace_back(row.id, code);
     EXPECT_EQ(dialog.codes, codes);
-    platform::DialogControl shown;
-    control.Describe(shown);
-    EXPECT_EQ(shown.value, row.value);
+    EXPECT_TRUE(Described(control).ends_with(std::string("=") + row.value)) << Described(control);
   }
 }
 
@@ -129,13 +180,17 @@ TEST(Controls, RadioButtonTakesTheMarkFromItsGroupOnly) {
   for (const int id : {kRadio3, kRadio, kRadio2}) dialog.GetDlgItem(id)->Press();
   EXPECT_FALSE(dialog.IsDlgButtonChecked(kRadio));
   EXPECT_TRUE(dialog.IsDlgButtonChecked(kRadio2) && dialog.IsDlgButtonChecked(kRadio3));
+  EXPECT_EQ(dialog.GetCheckedRadioButton(kRadio, kRadio3), kRadio2);
+  dialog.CheckRadioButton(kRadio, kRadio3, kRadio3);
+  EXPECT_EQ(dialog.GetCheckedRadioButton(kRadio, kRadio3), kRadio3);
+  EXPECT_EQ(dialog.GetCheckedRadioButton(kRadio, kRadio2), 0);
 }
 
 TEST(Controls, SpinKeepsTheBuddysNumberInItsRange) {
   ControlDialog dialog;
-  dialog.edit().SetWindowText("30");
+  dialog.SetDlgItemInt(kEdit, 30);
   dialog.spin().SetRange(10, 50);
-  EXPECT_STREQ(dialog.edit().GetWindowText(), "30");
+  EXPECT_EQ(dialog.GetDlgItemText(kEdit), "30");
   for (const auto& [position, typed, steps, text] :
        test::Rows<int, const char*, int, const char*>{{60, nullptr, 0, "50"},
                                                       {-1, nullptr, 0, "10"},
@@ -166,48 +221,199 @@ TEST(Controls, ControlThatTakesAPlaceTakesWhatWasThere) {
   CComboBox combo;
   CCheckListBox marks;
   CListBox other;
-  ASSERT_TRUE(edit.SubclassDlgItem(kEdit, &dialog));
-  ASSERT_TRUE(combo.SubclassDlgItem(kCombo, &dialog));
-  ASSERT_TRUE(marks.SubclassDlgItem(kMarks, &dialog));
-  ASSERT_TRUE(other.SubclassDlgItem(kStatic, &dialog));
-  EXPECT_EQ(edit.GetLineCount(), 2);
-  EXPECT_TRUE(edit.GetModify());
+  ASSERT_TRUE(edit.SubclassDlgItem(kEdit, &dialog) && combo.SubclassDlgItem(kCombo, &dialog));
+  ASSERT_TRUE(marks.SubclassDlgItem(kMarks, &dialog) && other.SubclassDlgItem(kStatic, &dialog));
+  EXPECT_TRUE(edit.GetModify() && edit.GetLineCount() == 2 && dialog.spin().GetBuddy() == &edit);
   EXPECT_EQ(combo.GetCurSel(), 1);
   EXPECT_EQ(combo.GetEditSel(), 0x20001U);
-  EXPECT_EQ(marks.GetCheck(2), 1);
-  EXPECT_EQ(other.GetCount(), 0);
-  EXPECT_EQ(dialog.spin().GetBuddy(), &edit);
+  EXPECT_EQ(marks.GetCheck(2) + 10 * other.GetCount(), 1);
 }
 
 TEST(Controls, ComboBoxAnswersWhereItLiesDroppedDown) {
   ControlDialog dialog;
   dialog.MoveWindow(100, 100, 500, 500);
-  dialog.combo().SetDroppedWidth(300);
-  CRect rect;
-  dialog.combo().SendMessage(CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(&rect));
-  EXPECT_EQ(rect, (CRect{110, 120, 410, 160}));
+  for (const auto& [width, right] : test::Rows<UINT, LONG>{{300, 410}, {30, 190}}) {
+    dialog.combo().SetDroppedWidth(width);
+    CRect rect;
+    dialog.combo().SendMessage(CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(&rect));
+    EXPECT_EQ(rect, (CRect{110, 120, right, 160}));
+  }
   EXPECT_EQ(dialog.combo().SendMessage(CB_GETDROPPEDCONTROLRECT), 0);
 }
 
-TEST(Controls, EveryWindowClassOfTemplatesMakesItsControl) {
-  DialogTemplate pattern;
-  for (const char* window_class :
-       {"Static", "Edit", "Button", "ListBox", "Spin", "ComboBox", "ToolTip", "CheckListBox"}) {
-    pattern.controls.emplace_back().window_class = window_class;
+TEST(Edit, SelectionFollowsItsRules) {
+  const test::Rows<int, int, DWORD> rows = {{0, -1, 0x50000}, {-1, 4, 0x30003}, {4, 2, 0x40002},
+                                            {9, 9, 0x50005},  {2, 99, 0x50002}, {-7, 0, 0x30003}};
+  for (const auto& [start, end, selected] : rows) {
+    CEdit edit;
+    edit.SetWindowText("hello");
+    edit.SetSel(3, 1);
+    edit.SetSel(start, end);
+    EXPECT_EQ(edit.GetSel(), selected) << start << ", " << end;
   }
-  pattern.controls[1].flags = {"limit=2", "number"};
-  CDialog dialog;
-  ASSERT_TRUE(dialog.CreateIndirect(pattern, nullptr));
-  std::string made;
-  for (const CWnd* at = dialog.GetTopWindow(); at != nullptr; at = at->GetNextWindow()) {
-    made += std::string(at->GetRuntimeClass()->m_lpszClassName) + ' ';
+}
+
+TEST(Edit, TakesFromAPersonWhatItsStyleAndLimitAllow) {
+  const EditStyle plain, lines{.multi_line = true}, digits{.number = true},
+      fixed{.read_only = true};
+  const test::Rows<EditStyle, const char*, bool, const char*> rows = {
+      {plain, "x\r\ny", true, "axd"},       {plain, "\r", false, "abcd"},
+      {plain, "\t", false, "abcd"},         {plain, "\b", true, "ad"},
+      {plain, "12345678", true, "a12345d"}, {lines, "\r", true, "a\r\nd"},
+      {lines, "\n\n", true, "a\r\n\r\nd"},  {lines, "1234\n", true, "a1234d"},
+      {digits, "09", true, "a09d"},         {digits, "1x", false, "abcd"},
+      {digits, "/", false, "abcd"},         {digits, ":", false, "abcd"},
+      {fixed, "x", false, "abcd"},          {fixed, "\b", false, "abcd"},
+      {plain, "\x1F", false, "abcd"},       {plain, " ", true, "a d"},
+  };
+  for (const auto& [style, typed, taken, text] : rows) {
+    CEdit edit(style);
+    edit.CreateWnd({.class_name = "Edit", .text = "abcd"});
+    edit.LimitText(7);
+    edit.SetSel(1, 3);
+    EXPECT_EQ(edit.Type(typed), taken) << typed;
+    EXPECT_STREQ(edit.GetWindowText(), text) << typed;
+    EXPECT_EQ(edit.GetModify(), taken) << typed;
+    edit.SetSel(0, -1);
+    edit.ReplaceSel("longer than the limit");
+    EXPECT_EQ(edit.GetWindowTextLength(), 21) << "the program isn't limited";
   }
-  EXPECT_EQ(made,
-            "CStatic CEdit CButton CListBox CSpinButtonCtrl CComboBox CToolTipCtrl "
-            "CCheckListBox ");
-  CWnd& edit = *dialog.GetTopWindow()->GetNextWindow();
-  EXPECT_FALSE(edit.Enter("100") || edit.Enter("x"));
-  EXPECT_TRUE(edit.Enter("10"));
+}
+
+TEST(Edit, BackspaceTakesAWholeCharacterOrLineEnd) {
+  test::ScriptedLocale locale;
+  ASSERT_TRUE(locale.SetCodePage(932));
+  CEdit edit(EditStyle{.multi_line = true});
+  edit.CreateWnd({.class_name = "Edit", .text = "a\r\n\x83\x41"});
+  edit.SetSel(4, 4);
+  EXPECT_EQ(edit.GetSel(), 0x30003U) << "not inside a character";
+  edit.SetSel(9, 9);
+  for (const char* text : {"a\r\n", "a", ""}) {
+    EXPECT_TRUE(edit.Type("\b"));
+    EXPECT_STREQ(edit.GetWindowText(), text);
+  }
+  EXPECT_FALSE(edit.Type("\b"));
+}
+
+TEST(Edit, LinesAreFoundByPlaceAndNumber) {
+  CEdit edit(EditStyle{.multi_line = true});
+  edit.SetWindowText("ab\r\n\r\nc\nd");
+  std::string lines;
+  for (int at = 0; at < 10; ++at) lines += std::to_string(edit.LineFromChar(at));
+  EXPECT_EQ(lines, "0000112222");
+  edit.SetSel(7, 9);
+  EXPECT_THAT((std::vector{edit.GetLineCount(), edit.LineIndex(1), edit.LineIndex(3),
+                           edit.LineIndex(), edit.LineFromChar(-1)}),
+              ::testing::ElementsAre(3, 4, -1, 6, 2));
+}
+
+// ---- The exchange of values
+
+/// What the texts of the edit control are saved as, or "#" and the help id of the box that refuses.
+template <typename Value>
+std::string Saved(std::initializer_list<const char*> texts) {
+  std::string result;
+  for (const char* text : texts) {
+    ControlDialog dialog;
+    dialog.edit().SetWindowText(text);
+    testing::ScriptedPrompts prompts;
+    CDataExchange exchange(&dialog, true);
+    Value value = 77;
+    try {
+      DDX_Text(&exchange, kEdit, value);
+      result += std::to_string(value) + " ";
+    } catch (const CUserException&) {
+      EXPECT_TRUE(CWnd::GetFocus() == &dialog.edit() && value == 77);
+      result += "#" + std::to_string(prompts.shown.at(0).help_id) + " ";
+    }
+  }
+  return result;
+}
+
+TEST(DialogExchange, NumbersAreReadAsTheRunTimeReadsThem) {
+  EXPECT_EQ(Saved<int>({"0", " \t-12 ", "+5", "007", " \n5", "-2147483648", "2147483648",
+                        "-2147483649 ", "99999999999999999999999"}),
+            "0 -12 5 7 5 -2147483648 2147483647 -2147483648 2147483647 ");
+  EXPECT_EQ(
+      Saved<int>({"", "  ", "x", "1 2", "0x1", "-0", "+-1", "-", "\n0", "99999999999999999999x"}),
+      "#61712 #61712 #61712 #61712 #61712 #61712 #61712 #61712 #61712 #61712 ");
+  EXPECT_EQ(Saved<short>({"32767", "-32768", "32768", "9999999999"}),
+            "32767 -32768 #61712 #61712 ");
+  EXPECT_EQ(Saved<UINT>({"4294967296", "-1", "-4294967295", "-4294967296", ""}),
+            "4294967295 4294967295 1 4294967295 #61719 ");
+  EXPECT_EQ(Saved<BYTE>({"255", "256", "9999999999", "-1", "a"}),
+            "255 #61718 #61718 #61718 #61718 ");
+  EXPECT_EQ(Saved<long>({"-2147483649", ""}), "-2147483648 #61712 ");
+  EXPECT_EQ(Saved<unsigned long>({"4294967295", ""}), "4294967295 #61719 ");
+  EXPECT_EQ(Saved<long long>({"-9223372036854775809", ""}), "-9223372036854775808 #61712 ");
+}
+
+TEST(DialogExchange, ControlsAndVariablesExchangeTheirValues) {
+  ControlDialog dialog;
+  CDataExchange load(&dialog, false);
+  CDataExchange save(&dialog, true);
+  const test::Rows<void (*)(CDataExchange*, int, int&), int, int, int> numbers = {
+      {DDX_Check, kCheck, 2, 2},  {DDX_Check, kCheck, 7, 0},    {DDX_Radio, kRadio, 1, 1},
+      {DDX_Radio, kRadio, 2, -1}, {DDX_CBIndex, kCombo, 2, 2},  {DDX_CBIndex, kCombo, 9, -1},
+      {DDX_LBIndex, kList, 1, 1}, {DDX_LBIndex, kList, -1, -1}, {DDX_Text, kEdit, -3, -3},
+  };
+  for (const auto& [exchange, id, loaded, saved] : numbers) {
+    int value = loaded;
+    exchange(&load, id, value);
+    exchange(&save, id, value);
+    EXPECT_EQ(value, saved) << id << ": " << loaded;
+  }
+  const test::Rows<void (*)(CDataExchange*, int, CString&), int, const char*, const char*> texts = {
+      {DDX_CBString, kCombo, "t", "Two"},           {DDX_CBString, kCombo, "", ""},
+      {DDX_CBStringExact, kCombo, "t", "t"},        {DDX_CBStringExact, kCombo, "three", "Three"},
+      {DDX_CBStringExact, kDropList, "one", "One"}, {DDX_CBStringExact, kDropList, "none", "One"},
+      {DDX_LBString, kList, "th", "Three"},         {DDX_Text, kEdit, "any text", "any text"},
+  };
+  for (const auto& [exchange, id, loaded, saved] : texts) {
+    CString value = loaded;
+    exchange(&load, id, value);
+    exchange(&save, id, value);
+    EXPECT_STREQ(value, saved) << id << ": " << loaded;
+  }
+  DDV_MaxChars(&load, "", 4);
+  EXPECT_EQ(dialog.edit().GetLimitText(), 4U);
+}
+
+TEST(DialogExchange, ValidationShowsItsBoxOnSavingOnly) {
+  ControlDialog dialog;
+  testing::ScriptedPrompts prompts;
+  CDataExchange load(&dialog, false);
+  CDataExchange save(&dialog, true);
+  DDV_MinMaxInt(&load, 9, 1, 5);
+  for (const int inside : {1, 5}) DDV_MinMaxInt(&save, inside, 1, 5);
+  DDV_MaxChars(&save, "abc", 3);
+  EXPECT_TRUE(prompts.shown.empty());
+  for (const int outside : {0, 6}) {
+    EXPECT_THROW(DDV_MinMaxInt(&save, outside, 1, 5), CUserException);
+  }
+  EXPECT_THROW(DDV_MaxChars(&save, "abcd", 3), CUserException);
+  const testing::ShownBox range{"Please enter an integer between 1 and 5.", BOX_EXCLAMATION, 61714};
+  EXPECT_THAT(prompts.shown,
+              ::testing::ElementsAre(range, range,
+                                     testing::ShownBox{"Please enter no more than 3 characters.",
+                                                       BOX_EXCLAMATION, 61716}));
+}
+
+TEST(DialogExchange, ControlThatIsNotThereOrOfAnotherKindIsRefused) {
+  ControlDialog dialog;
+  CDataExchange load(&dialog, false);
+  int number = 0;
+  CString text;
+  CEdit edit;
+  for (const int id : {int{kMissing}, int{kStatic}}) {
+    EXPECT_THROW(DDX_Check(&load, id, number), CNotSupportedException);
+    EXPECT_THROW(DDX_CBString(&load, id, text), CNotSupportedException);
+    EXPECT_THROW(DDX_LBIndex(&load, id, number), CNotSupportedException);
+  }
+  EXPECT_THROW(DDX_Text(&load, kMissing, text), CNotSupportedException);
+  EXPECT_THROW(DDX_Control(&load, kMissing, edit), CNotSupportedException);
+  for (int twice = 0; twice < 2; ++twice) DDX_Control(&load, kEdit, edit);
+  EXPECT_EQ(dialog.GetDlgItem(kEdit), &edit);
 }
 
 }  // namespace
