@@ -1,10 +1,3 @@
-#include <functional>
-#include <gtest/gtest.h>
-#include <memory>
-#include <stdexcept>
-#include <string>
-#include <utility>
-
 #include "dqlib/frame/library.h"
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/base/resource_module.h"
@@ -16,6 +9,7 @@
 #include "tests/support/own_service.h"
 #include "tests/support/scripted_prompts.h"
 #include "tests/support/temp_directory.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
