@@ -6,7 +6,6 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include "dqlib/platform/posix/system_services.h"
@@ -24,6 +23,7 @@ namespace fs = std::filesystem;
 using dq::testing::ScriptedPrompts;
 using test::Found;
 using test::Rows;
+using test::Shell;
 using TempDirectory = test::MemoryDirectory;
 using User = test::RegistryUser;
 
@@ -104,58 +104,37 @@ TEST_F(RegistryStoreTest, AGrownJournalIsFoldedWhileOthersHaveItOpen) {
 }
 
 TEST_F(RegistryStoreTest, OnlyTheLastUserFolds) {
-  auto first = std::make_unique<User>(directory_.path());
-  auto second = std::make_unique<User>(directory_.path());
-  first->Do("a=1");
-  EXPECT_EQ(second->All(), "k: a=1 ");
-  first.reset();
+  User first(directory_.path());
+  User second(directory_.path());
+  first.Do("a=1");
+  EXPECT_EQ(second.All(), "k: a=1 ");
+  first.Do("leave");
   EXPECT_EQ(directory_.Get("hkcu.reg"), "(none)");
-  second.reset();
+  second.Do("leave");
   EXPECT_EQ(fs::file_size(directory_ / "hkcu.journal"), 64u);
-  EXPECT_EQ(User(directory_.path()).All(), "k: a=1 ");
-}
-
-/// Something that happens to the files of a store from outside.
-using Mishap = std::function<void(const TempDirectory&)>;
-
-Mishap CutTo(std::size_t size) {
-  return [=](const TempDirectory& d) { fs::resize_file(d / "hkcu.journal", size); };
-}
-Mishap Removed(const std::string& file) {
-  return [=](const TempDirectory& d) { fs::remove(d / file); };
-}
-void Trash(const TempDirectory& d) { d.Put("hkcu.journal", std::string(500, 'x')); }
-void RemoveAll(const TempDirectory& d) {
-  for (const auto& entry : fs::directory_iterator(d.path())) fs::remove(entry);
-}
-void BeginAnew(const TempDirectory& d) {
-  fs::remove(d / "hkcu.journal");
-  User(d.path()).Do("another=x");
+  EXPECT_EQ(Found(directory_.path()), "k: a=1 ");
 }
 
 TEST_F(RegistryStoreTest, WhatARunningProcessKnowsOutlivesItsFiles) {
-  for (const auto& [what, strike, others] :
-       Rows<const char*, Mishap, std::string>{{"journal emptied", CutTo(0), "k: "},
-                                              {"header cut", CutTo(50), "k: "},
-                                              {"records cut off", CutTo(64), "k: "},
-                                              {"record cut", CutTo(104), "k: "},
-                                              {"journal deleted", Removed("hkcu.journal"), "k: "},
-                                              {"journal trashed", Trash, "k: "},
-                                              {"everything deleted", RemoveAll, "k: "},
-                                              {"begun anew", BeginAnew, "k: another=x "}}) {
+  for (const std::string strike :
+       {"truncate -s 0 hkcu.journal", "truncate -s 50 hkcu.journal", "truncate -s 64 hkcu.journal",
+        "truncate -s 104 hkcu.journal", "rm hkcu.journal", "yes | head -c 500 > hkcu.journal",
+        "rm *", "rm hkcu.journal # and another begins it anew"}) {
     for (const std::string more : {"", "more=z "}) {
-      SCOPED_TRACE(what + more);
+      SCOPED_TRACE(strike + more);
       const TempDirectory directory;
       User user(directory.path());
       User behind(directory.path());
       user.Do("gone=x");
       EXPECT_EQ(behind.All(), "k: gone=x ");
       user.Do("-gone old=y");
-      strike(directory);
+      Shell(directory.path(), strike);
+      const std::string others = strike.ends_with("anew") ? "another=x " : "";
+      User(directory.path()).Do(others);
       behind.Do(more);
       user.Do("new=n");
       EXPECT_FALSE(Told(0));
-      const std::string all = others + more + "new=n old=y ";
+      const std::string all = "k: " + others + more + "new=n old=y ";
       EXPECT_EQ(Found(directory.path()), all);
       EXPECT_EQ(behind.All(), all);
       EXPECT_EQ(user.All(), all);
@@ -180,7 +159,7 @@ TEST_F(RegistryStoreTest, AJournalBegunAnewAndFoldedIsUnitedWithWhatAProgramKnew
 }
 
 TEST_F(RegistryStoreTest, AJournalRemovedUnderSeveralProgramsLosesNothingOfAny) {
-  for (const std::string removal : {"hkcu.journal", "hkcu.reg", "moved"}) {
+  for (const char* removal : {"rm hkcu.journal", "rm hkcu.*", "mv hkcu.journal moved"}) {
     for (const std::string order : {"012", "210", "102", "120"}) {
       const TempDirectory directory;
       {
@@ -189,15 +168,13 @@ TEST_F(RegistryStoreTest, AJournalRemovedUnderSeveralProgramsLosesNothingOfAny) 
         users[0].Do("a=x");
         users[1].Do("b=x");
         users[2].Do("c=x gone=x -gone");
-        fs::rename(directory / "hkcu.journal", directory / "moved");
-        if (removal != "moved") fs::remove(directory / "moved");
-        if (removal == "hkcu.reg") fs::remove(directory / "hkcu.reg");
+        Shell(directory.path(), removal);
         User stranger(directory.path());
         stranger.Do("new=x -new");
         for (const char each : order) users[each - '0'].Do(std::string("then") + each + "=x");
         stranger.Do("last=x");
       }
-      EXPECT_EQ(User(directory.path()).All(), "k: a=x b=x c=x last=x then0=x then1=x then2=x ")
+      EXPECT_EQ(Found(directory.path()), "k: a=x b=x c=x last=x then0=x then1=x then2=x ")
           << removal << order;
     }
   }
@@ -275,24 +252,19 @@ TEST_F(RegistryStoreTest, ASnapshotPutUnderARunningProgramIsKeptAsideAndTold) {
 }
 
 TEST_F(RegistryStoreTest, WhatIsMissingOrDamagedWhenAStoreIsOpenedIsToldAndKept) {
-  const auto changed = [](const char* what) -> Mishap {
-    return [=](const TempDirectory& d) {
-      std::string bytes = d.Get("hkcu.journal");
-      bytes[bytes.find(what)] ^= 1;
-      d.Put("hkcu.journal", bytes);
-    };
-  };
   const std::string journal = "hkcu.journal of your latest settings was ";
-  for (const auto& [in_snapshot, strike, told, left] : Rows<bool, Mishap, std::string, std::string>{
-           {true, Removed("hkcu.reg"), "hkcu.reg of your settings was missing.", "k: "},
-           {true, Removed("hkcu.journal"), journal + "missing.", kFilled},
-           {true, CutTo(63), "The damaged file has been kept as ", kFilled},
-           {false, changed("REG"), journal + "damaged.", kFilled},
-           {false, changed("two"), journal + "damaged.", "k: one=one three=three "},
-           {false, changed("three"), "hkcu.journal.bad.", "k: one=one two=two "}}) {
+  for (const auto& [in_snapshot, strike, told, left] :
+       Rows<bool, const char*, std::string, std::string>{
+           {true, "rm hkcu.reg", "hkcu.reg of your settings was missing.", "k: "},
+           {true, "rm hkcu.journal", journal + "missing.", kFilled},
+           {true, "truncate -s 63 hkcu.journal", "The damaged file has been kept as ", kFilled},
+           {false, "sed -i s/REG/ReG/ hkcu.journal", journal + "damaged.", kFilled},
+           {false, "sed -i s/two/tvo/ hkcu.journal", journal + "damaged.",
+            "k: one=one three=three "},
+           {false, "sed -i s/three/tiree/ hkcu.journal", "journal.bad.", "k: one=one two=two "}}) {
     const TempDirectory directory;
     Fill(directory, in_snapshot);
-    strike(directory);
+    Shell(directory.path(), strike);
     const std::string damaged = directory.Get("hkcu.journal");
     User user(directory.path());
     user.Do("z=new");
@@ -302,7 +274,7 @@ TEST_F(RegistryStoreTest, WhatIsMissingOrDamagedWhenAStoreIsOpenedIsToldAndKept)
     EXPECT_EQ(directory.Get("hkcu.journal.bad"), is_kept ? damaged : "(none)");
     EXPECT_EQ(Found(directory.path()), left + "z=new ");
     // A second time, in the same process, is news again.
-    CutTo(0)(directory);
+    fs::resize_file(directory / "hkcu.journal", 0);
     EXPECT_EQ(user.All(), left + "z=new ");
     EXPECT_TRUE(Told(1, "There was nothing of the file to keep."));
     EXPECT_EQ(Found(directory.path()), left + "z=new ");
@@ -311,85 +283,50 @@ TEST_F(RegistryStoreTest, WhatIsMissingOrDamagedWhenAStoreIsOpenedIsToldAndKept)
 }
 
 TEST_F(RegistryStoreTest, WhatIsNoStoreIsAnErrorAtOnce) {
-  for (const char* file : {"hkcu.reg", "hkcu.journal"}) {
-    for (const bool is_pipe : {true, false}) {
-      const TempDirectory directory;
-      User user(directory.path());
-      if (is_pipe) {
-        ASSERT_EQ(::mkfifo((directory / file).c_str(), 0600), 0);
-      } else {
-        directory.Put(file, "");
-        fs::resize_file(directory / file, (std::size_t{1} << 30) + 1);
-      }
-      const std::string error = is_pipe ? "(error 4)" : "(error 7)";
-      EXPECT_EQ(user.All(), error) << file;
-      EXPECT_FALSE(user.Try("a=1").ok()) << file;
-      RemoveAll(directory);
-      user.Do("a=1");
-    }
+  for (const auto& [made, error] :
+       Rows<const char*, const char*>{{"mkfifo hkcu.reg", "(error 4)"},
+                                      {"mkfifo hkcu.journal", "(error 4)"},
+                                      {"truncate -s 1073741825 hkcu.reg", "(error 7)"},
+                                      {"truncate -s 1073741825 hkcu.journal", "(error 7)"}}) {
+    const TempDirectory directory;
+    User user(directory.path());
+    Shell(directory.path(), made);
+    EXPECT_EQ(user.All(), error) << made;
+    EXPECT_FALSE(user.Try("a=1").ok()) << made;
+    Shell(directory.path(), "rm hkcu.*");
+    user.Do("a=1");
   }
 }
 
 TEST_F(RegistryStoreTest, NobodyElseCanReadTheFiles) {
+  const std::string& files = directory_.path();
   Fill(directory_, true);
   directory_.Put("bait", "bait");
-  fs::create_symlink(directory_ / "bait", directory_ / "hkcu.reg.tmp");
-  fs::create_symlink(directory_ / "made", directory_ / "hklm.journal");
-  for (const char* file : {"hkcu.reg", "hkcu.journal", "."}) {
-    ::chmod((directory_ / file).c_str(), 0777);
-  }
-  User user(directory_.path());
+  Shell(files,
+        "ln -s bait hkcu.reg.tmp; ln -s made hklm.journal; chmod 777 hkcu.reg hkcu.journal .");
+  User user(files);
   for (const char* steps : {"x=before", "x=after leave"}) {
     user.Do(steps);
-    EXPECT_EQ(directory_.Mode("hkcu.reg"), 0600u) << steps;
-    EXPECT_EQ(directory_.Mode("hkcu.journal"), 0600u) << steps;
-    EXPECT_EQ(directory_.Mode("."), 0700u) << steps;
+    EXPECT_EQ(Shell(files, "stat -c %a hkcu.reg hkcu.journal ."), "600\n600\n700\n") << steps;
   }
   EXPECT_EQ(directory_.Get("bait"), "bait");
   // Nor does anyone make files elsewhere through them, or keep them from being written.
   EXPECT_EQ(user.CreateKey(kLocalMachine, "k").error.kind, ErrorKind::kAlreadyExists);
   EXPECT_EQ(directory_.Get("made"), "(none)");
-  fs::remove(directory_ / "hkcu.reg.tmp");
-  fs::create_directory(directory_ / "hkcu.reg.tmp");
+  Shell(files, "rm hkcu.reg.tmp; mkdir hkcu.reg.tmp");
   user.Do("late=x leave");
   EXPECT_NE(directory_.Get("hkcu.reg").find("\"late\"=hex:78"), std::string::npos);
 }
 
-/// Calls of which some kinds fail with a number, unless it is 0, and whose pauses take no time.
-struct BrokenCalls : SystemCalls {
-  int Open(const char* path, int flags, mode_t mode) override {
-    if (!std::string_view(path).ends_with(closed)) return SystemCalls::Open(path, flags, mode);
-    errno = open;
-    return open != 0 ? -1 : SystemCalls::Open(path, flags, mode);
-  }
-  int Sync(int fd) override {
-    ++syncs;
-    errno = sync;
-    return sync != 0 ? -1 : SystemCalls::Sync(fd);
-  }
-  int ChangeOwner(int fd, uid_t user, gid_t group) override {
-    errno = give;
-    return give != 0 ? -1 : SystemCalls::ChangeOwner(fd, user, group);
-  }
-  void* Map(std::size_t size, int protection, int fd) override {
-    return map != 0 ? reinterpret_cast<void*>(-1) : SystemCalls::Map(size, protection, fd);
-  }
-  int Lock(int fd, int operation) override {
-    if (unlock == 0 || operation != LOCK_UN) return SystemCalls::Lock(fd, operation);
-    errno = unlock;
-    return -1;
-  }
-  void Pause(unsigned microseconds) override { now += std::chrono::microseconds(4 * microseconds); }
-  std::chrono::nanoseconds MonotonicTime() override { return now; }
-  long Seconds() const { return now / std::chrono::seconds(1); }
-
-  std::string_view closed;
-  int open = 0, sync = 0, syncs = 0, give = 0, map = 0, unlock = 0;
-  std::chrono::nanoseconds now{};
-};
-
 TEST_F(RegistryStoreTest, AWriterThatWasStoppedStopsNobodyForEver) {
-  BrokenCalls calls;
+  struct SlowPauses : SystemCalls {
+    void Pause(unsigned microseconds) override {
+      now += 4 * std::chrono::microseconds(microseconds);
+    }
+    std::chrono::nanoseconds MonotonicTime() override { return now; }
+    long Seconds() const { return now / std::chrono::seconds(1); }
+    std::chrono::nanoseconds now{};
+  } calls;
   Fill(directory_, false);
   directory_.Put("a.ini", "[s]\nk=1\n");
   const auto profiles = MakeProfileFiles(calls);
@@ -428,34 +365,28 @@ TEST_F(RegistryStoreTest, AWriterThatWasStoppedStopsNobodyForEver) {
 
 TEST_F(RegistryStoreTest, WhatAnAdministratorWritesStaysTheUsers) {
   if (::geteuid() != 0) GTEST_SKIP() << "only an administrator can give files away";
-  ASSERT_EQ(::chown(directory_.path().c_str(), 1'234, 4'321), 0);
+  Shell(directory_.path(), "chown 1234:4321 .");
   const std::string files = directory_ / ".config/velmora";
-  const auto owner_of = [&](const std::string& file) {
-    struct stat status {};
-    EXPECT_EQ(::lstat((files + file).c_str(), &status), 0) << file;
-    return std::to_string(status.st_uid) + ":" + std::to_string(status.st_gid) + " " +
-           std::to_string(status.st_mode & 0777);
+  const auto owners = [&](const std::string& names) {
+    return Shell(files, "stat -c '%u:%g %a' " + names);
   };
-  BrokenCalls ungiving;
-  ungiving.give = EPERM;
+  test::FailingSystemCalls ungiving;
+  ungiving.FailEach("ChangeOwner", EPERM);
   EXPECT_EQ(User(files, ungiving).Try("never=x leave").kind, ErrorKind::kAccessDenied);
   EXPECT_EQ(directory_.Count(), 0u) << "what its owner couldn't read isn't left there";
   User(files).Do("a=x leave");
   EXPECT_TRUE(MakeProfileFiles(RealSystemCalls())->Write(files + "/a.ini", "s", "k", "v").ok());
-  for (const char* directory : {"/..", ""}) EXPECT_EQ(owner_of(directory), "1234:4321 448");
-  for (const char* file : {"/hkcu.journal", "/hkcu.reg", "/a.ini"}) {
-    EXPECT_EQ(owner_of(file), "1234:4321 384") << file;
-  }
+  EXPECT_EQ(owners(".. ."), "1234:4321 700\n1234:4321 700\n");
+  EXPECT_EQ(owners("hkcu.journal hkcu.reg a.ini"), "1234:4321 600\n1234:4321 600\n1234:4321 600\n");
   // As they were, rather than as the directory is.
-  ASSERT_EQ(::chown((files + "/hkcu.reg").c_str(), 77, 88), 0);
-  ASSERT_EQ(::chmod((files + "/hkcu.reg").c_str(), 0400), 0);
+  Shell(files, "chown 77:88 hkcu.reg; chmod 400 hkcu.reg");
   User(files).Do("b=x leave");
-  EXPECT_EQ(owner_of("/hkcu.reg"), "77:88 256");
+  EXPECT_EQ(owners("hkcu.reg"), "77:88 400\n");
   User(files, ungiving).Do("c=x leave");  // it is in the journal
-  EXPECT_EQ(owner_of("/hkcu.reg"), "77:88 256");
-  std::ofstream(files + "/hkcu.reg", std::ios::app) << "damage";
+  EXPECT_EQ(owners("hkcu.reg"), "77:88 400\n");
+  Shell(files, "echo damage >> hkcu.reg");
   EXPECT_EQ(User(files).All(), "k: a=x b=x c=x ");
-  EXPECT_EQ(owner_of("/hkcu.reg.bad"), "1234:4321 384");
+  EXPECT_EQ(owners("hkcu.reg.bad"), "1234:4321 600\n");
 }
 
 TEST_F(RegistryStoreTest, WhoOnlyReadsLeavesNothingWhereNothingIs) {
@@ -483,21 +414,19 @@ TEST_F(RegistryStoreTest, WhoOnlyReadsLeavesNothingWhereNothingIs) {
 }
 
 TEST_F(RegistryStoreTest, WhatCannotBeReadIsNeverToldAsAbsent) {
-  BrokenCalls calls;
+  test::FailingSystemCalls calls;
   Fill(directory_, true);
-  for (const auto& [error, kind] : Rows<int, ErrorKind>{{EACCES, ErrorKind::kAccessDenied},
-                                                        {ENOTDIR, ErrorKind::kOther},
-                                                        {EIO, ErrorKind::kOther},
-                                                        {EMFILE, ErrorKind::kNoSpace}}) {
+  for (const auto& [number, kind] : Rows<int, ErrorKind>{{EACCES, ErrorKind::kAccessDenied},
+                                                         {ENOTDIR, ErrorKind::kOther},
+                                                         {EMFILE, ErrorKind::kNoSpace}}) {
     for (const char* file : {"hkcu.journal", "hkcu.reg"}) {
-      calls.closed = file;
-      calls.open = error;
+      calls.FailEach("Open", number, file);
       User user(directory_.path(), calls);
-      EXPECT_EQ(user.OpenKey(kCurrentUser, "none").error.kind, kind) << file;
-      EXPECT_EQ(user.ReadValue(kCurrentUser, "none", {}).error.kind, kind) << file;
-      EXPECT_EQ(user.EnumValue(kCurrentUser, 0).error.kind, kind) << file;
-      EXPECT_EQ(user.CreateKey(kCurrentUser, "none").error.kind, kind) << file;
-      EXPECT_EQ(user.DeleteValue(kCurrentUser, "none").kind, kind) << file;
+      for (const Error& error : {user.OpenKey(kCurrentUser, "none").error,
+                                 user.ReadValue(kCurrentUser, "none", {}).error,
+                                 user.EnumValue(kCurrentUser, 0).error, user.Try("none=x")}) {
+        EXPECT_EQ(error.kind, kind) << file;
+      }
     }
   }
   User below(directory_.Put("file", "") + "/registry");
@@ -505,12 +434,15 @@ TEST_F(RegistryStoreTest, WhatCannotBeReadIsNeverToldAsAbsent) {
 }
 
 TEST_F(RegistryStoreTest, ASyncThatFailsIsMadeUpForLater) {
-  BrokenCalls calls;
-  calls.sync = EIO;
+  struct : test::FailingSystemCalls {
+    int Sync(int fd) override { return ++syncs, FailingSystemCalls::Sync(fd); }
+    int syncs = 0;
+  } calls;
+  calls.FailEach("Sync", EIO);
   User user(directory_.path(), calls);
   user.Do("a=1");
   EXPECT_FALSE(user.Leave().ok() || user.Flush().ok());
-  calls.sync = calls.syncs = 0;
+  calls.FailEach("Sync", calls.syncs = 0);
   user.Do("leave");
   EXPECT_GE(calls.syncs, 2) << "the journal, and the directory that it was made in";
 }
@@ -617,11 +549,8 @@ TEST_F(RegistryStoreTest, ADirectoryThatCannotBeWrittenCanStillBeRead) {
   for (const bool has_journal : {false, true}) {
     const TempDirectory directory;
     Fill(directory, true);
-    for (const char* file : {"hkcu.reg", "hkcu.journal"}) {
-      fs::permissions(directory / file, fs::perms{0444});
-    }
     if (!has_journal) fs::remove(directory / "hkcu.journal");
-    ::chmod(directory.path().c_str(), 0555);
+    Shell(directory.path(), "chmod 444 hkcu.*; chmod 555 .");
     as_nobody([&] {
       User user(directory.path());
       EXPECT_EQ(user.All(), kFilled);
@@ -633,8 +562,7 @@ TEST_F(RegistryStoreTest, ADirectoryThatCannotBeWrittenCanStillBeRead) {
       EXPECT_EQ(none.All(), "");
       EXPECT_EQ(none.Try("a=x").kind, ErrorKind::kAccessDenied);
     });
-    ::chmod(directory.path().c_str(), 0755);
-    ::chmod((directory / "hkcu.reg").c_str(), 0);
+    Shell(directory.path(), "chmod 755 .; chmod 0 hkcu.reg");
     // A snapshot that can't be read is not an empty one.
     as_nobody([&] { EXPECT_EQ(User(directory.path()).All(), "(error 3)"); });
   }
@@ -642,11 +570,10 @@ TEST_F(RegistryStoreTest, ADirectoryThatCannotBeWrittenCanStillBeRead) {
 }
 
 TEST_F(RegistryStoreTest, WithoutMappingsAndUnlockingChangesAreSeenAllTheSame) {
-  for (const auto& [map, unlock] : Rows<int, int>{{ENODEV, 0}, {0, EIO}}) {
+  for (const char* call : {"Map", "Unlock"}) {
     const TempDirectory directory;
-    BrokenCalls calls;
-    calls.map = map;
-    calls.unlock = unlock;
+    test::FailingSystemCalls calls;
+    calls.FailEach(call, EIO);
     User plain(directory.path());
     User broken(directory.path(), calls);
     for (const std::string i : {"0", "1", "2"}) {

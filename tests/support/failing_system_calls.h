@@ -32,6 +32,13 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
   void AfterWrites(std::function<void()> happens) { happens_ = std::move(happens); }
   /// The next new name is on another volume.
   void SplitVolumes() { split_ = true; }
+  /// Each call of this name fails from now on, opening only of paths with this end; 0 ends that.
+  /// "Unlock" is a name too.
+  void FailEach(std::string_view name, int error, std::string_view path_end = "") {
+    broken_ = error != 0 ? name : "";
+    broken_error_ = error;
+    broken_end_ = path_end;
+  }
   bool failed() const { return failed_; }
 
   ssize_t Write(int fd, const void* data, std::size_t size) override {
@@ -48,8 +55,14 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
     return lock->l_type != F_UNLCK && Fails() ? -1 : SystemCalls::LockRange(fd, command, lock);
   }
   int Lock(int fd, int operation) override {
-    // Giving up a lock works always too.
-    return (operation & LOCK_UN) == 0 && Fails() ? -1 : SystemCalls::Lock(fd, operation);
+    // Giving up a lock works always too, but for who wants to see what happens then.
+    const bool gives_up = (operation & LOCK_UN) != 0;
+    if (gives_up ? IsBroken("Unlock") : Fails()) return -1;
+    return SystemCalls::Lock(fd, operation);
+  }
+  int Open(const char* path, int flags, mode_t mode) override {
+    const bool is_meant = std::string_view(path).ends_with(broken_end_);
+    return Fails(is_meant ? "Open" : "-") ? -1 : SystemCalls::Open(path, flags, mode);
   }
   int RenameToNew(const char* from, const char* to) override {
     if (Fails()) return -1;
@@ -59,14 +72,15 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
   // The others all alike: that they failed, or what the system says.
   using Times = const timespec (&)[2];
   using Stat = struct stat*;
-#define DQ_FAILING(returned, failure, Name, parameters, ...) \
-  returned Name parameters override { return Fails() ? failure : SystemCalls::Name(__VA_ARGS__); }
+#define DQ_FAILING(returned, failure, Name, parameters, ...)        \
+  returned Name parameters override {                               \
+    return Fails(#Name) ? failure : SystemCalls::Name(__VA_ARGS__); \
+  }
   DQ_FAILING(void*, MAP_FAILED, Map, (std::size_t size, int how, int fd), size, how, fd)
   DQ_FAILING(char*, nullptr, RealPath, (const char* path, char* real), path, real)
   DQ_FAILING(char*, nullptr, CurrentDirectory, (char* path, std::size_t size), path, size)
   DQ_FAILING(DIR*, nullptr, OpenDirectory, (const char* path), path)
   DQ_FAILING(const dirent*, nullptr, ReadDirectory, (DIR * directory), directory)
-  DQ_FAILING(int, -1, Open, (const char* path, int flags, mode_t mode), path, flags, mode)
   DQ_FAILING(ssize_t, -1, Read, (int fd, void* to, std::size_t size), fd, to, size)
   DQ_FAILING(ssize_t, -1, PositionedRead, (int f, void* to, std::size_t n, off_t at), f, to, n, at)
   DQ_FAILING(off_t, -1, Seek, (int fd, off_t offset, int whence), fd, offset, whence)
@@ -97,7 +111,9 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
     errno = error;
     return -1;
   }
-  bool Fails() {
+  bool IsBroken(std::string_view name) const { return name == broken_ && Say(broken_error_) != 0; }
+  bool Fails(std::string_view name = "-") {
+    if (IsBroken(name)) return true;
     if (countdown_ == 0 || --countdown_ > 0) return false;
     failed_ = true;
     Say(error_);
@@ -116,6 +132,9 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
   static constexpr auto kAny = static_cast<std::size_t>(-1);
   int countdown_ = 0;
   int error_ = 0;
+  std::string_view broken_;
+  std::string_view broken_end_;
+  int broken_error_ = 0;
   bool failed_ = false;
   bool split_ = false;
   std::function<void()> happens_;
