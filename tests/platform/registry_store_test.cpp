@@ -29,6 +29,11 @@ using User = test::RegistryUser;
 
 constexpr const char* kFilled = "k: one=one three=three two=two ";
 
+constexpr const char* kUnited =
+    "The files of your settings beside D/hkcu.reg were replaced while a program used them. The "
+    "settings of both are kept; where they differ, those of the new files hold.\n\nThe former "
+    "settings have been kept as D/hkcu.reg.former.~";
+
 struct RegistryStoreTest : ::testing::Test {
   /// Three values in the journal, or in the snapshot.
   static void Fill(const TempDirectory& directory, bool in_snapshot) {
@@ -37,11 +42,16 @@ struct RegistryStoreTest : ::testing::Test {
     user.Do(in_snapshot ? "one=one two=two three=three leave" : "one=one two=two three=three");
     fs::copy(work.path(), directory.path());  // as a process that is killed leaves them
   }
-  /// Whether the person was told so often since the last question, and the last time of this.
-  bool Told(std::size_t times, std::string_view text = "") {
-    const auto shown = std::exchange(prompts_.shown, {});
-    return shown.size() == times && (times == 0 || (shown.back().text.find(text) != text.npos &&
-                                                    shown.back().type == BOX_EXCLAMATION));
+  /// What the person was told of files in a directory, D, since the last question.
+  std::string Told(const TempDirectory& directory) {
+    std::string told;
+    for (const auto& box : std::exchange(prompts_.shown, {})) {
+      EXPECT_EQ(box.type, UINT{BOX_EXCLAMATION});
+      told += box.text + "~";
+    }
+    const std::string& path = directory.path();
+    for (std::size_t at; (at = told.find(path)) != told.npos;) told.replace(at, path.size(), "D");
+    return told;
   }
 
   const TempDirectory directory_;
@@ -65,14 +75,17 @@ TEST_F(RegistryStoreTest, AFileThatIsCutOffIsReadUpToItsLastChange) {
       const std::string all = user.All();
       if (!states.ends_with("|" + all)) states += "|" + all;
       // A journal ends anywhere when a writer is killed; a snapshot doesn't, and it is kept.
-      EXPECT_TRUE(Told(is_snapshot ? 1 : 0, "kept as " + directory / "hkcu.reg.bad.1."));
+      const std::string told = Told(directory);
+      EXPECT_EQ(told.ends_with("The damaged file has been kept as D/hkcu.reg.bad.1.~"),
+                is_snapshot);
+      EXPECT_EQ(told.empty(), !is_snapshot);
       EXPECT_EQ(directory.Get("hkcu.reg.bad.1"), is_snapshot ? bytes.substr(0, cut) : "(none)");
       EXPECT_EQ(directory.Mode("hkcu.reg.bad.1"), is_snapshot ? 0600u : 0u);
       // What comes next stands behind the last whole record, and is there for the next one.
       user.Do("z=next");
       EXPECT_TRUE(directory.Get("hkcu.journal").ends_with(std::string("z\3\0\0\0next", 9)));
       EXPECT_EQ(Found(directory.path()), (all.empty() ? "k: " : all) + "z=next ");
-      EXPECT_TRUE(Told(0));
+      EXPECT_EQ(Told(directory), "");
     }
     EXPECT_EQ(states + (is_snapshot ? "" : "|" + std::string(kFilled)),
               "||k: |k: one=one |k: one=one two=two |" + std::string(kFilled));
@@ -133,7 +146,7 @@ TEST_F(RegistryStoreTest, WhatARunningProcessKnowsOutlivesItsFiles) {
       User(directory.path()).Do(others);
       behind.Do(more);
       user.Do("new=n");
-      EXPECT_FALSE(Told(0));
+      EXPECT_NE(Told(directory), "");
       const std::string all = "k: " + others + more + "new=n old=y ";
       EXPECT_EQ(Found(directory.path()), all);
       EXPECT_EQ(behind.All(), all);
@@ -154,8 +167,7 @@ TEST_F(RegistryStoreTest, AJournalBegunAnewAndFoldedIsUnitedWithWhatAProgramKnew
   EXPECT_EQ(stranger.All(), user.All());
   const std::string former = directory_.Get("hkcu.reg.former");
   EXPECT_NE(former.find("\"both\"=hex:6f,6c,64"), std::string::npos) << "is there to look up";
-  ASSERT_GE(prompts_.shown.size(), 1u);
-  EXPECT_NE(prompts_.shown[0].text.find(directory_ / "hkcu.reg.former"), std::string::npos);
+  EXPECT_EQ(Told(directory_), kUnited);
 }
 
 TEST_F(RegistryStoreTest, AJournalRemovedUnderSeveralProgramsLosesNothingOfAny) {
@@ -194,6 +206,10 @@ std::string OfEarlierVersion(std::string bytes) {
 }
 
 TEST_F(RegistryStoreTest, SnapshotAndJournalOfDifferentTimesAreNotMixed) {
+  constexpr const char* kOfDifferentTimes =
+      "The file D/hkcu.journal of your latest settings and the file D/hkcu.reg are of different "
+      "times, as if one of them came from a backup. The settings of D/hkcu.reg hold, and none of "
+      "the other file is mixed into them.\n\nThe other file has been kept as D/hkcu.journal.bad.~";
   // The journal behind each change, and each snapshot.
   std::vector<std::string> journal;
   std::vector<std::string> snapshot;
@@ -223,8 +239,7 @@ TEST_F(RegistryStoreTest, SnapshotAndJournalOfDifferentTimesAreNotMixed) {
     for (const std::string next : {"", "next=x "}) {
       User registry(directory.path());
       EXPECT_EQ(registry.All(), values + next);
-      EXPECT_TRUE(Told(is_told && next.empty() ? 1 : 0,
-                       directory / "hkcu.reg are of different times, as if one of them"));
+      EXPECT_EQ(Told(directory), is_told && next.empty() ? kOfDifferentTimes : "");
       registry.Do("next=x");
       EXPECT_EQ(Found(directory.path()), values + "next=x ");
     }
@@ -241,27 +256,43 @@ TEST_F(RegistryStoreTest, ASnapshotPutUnderARunningProgramIsKeptAsideAndTold) {
   user.Do("leave");
   EXPECT_EQ(user.All(), "k: a=new b=x ");
   EXPECT_EQ(directory_.Get("hkcu.reg.bad"), backup);
-  EXPECT_TRUE(Told(1, "The replaced file has been kept as " + directory_ / "hkcu.reg.bad."));
+  EXPECT_EQ(Told(directory_),
+            "The file D/hkcu.reg of your settings was replaced while a program used it, by one of "
+            "another time. The settings that the program knew hold.\n\nThe replaced file has been "
+            "kept as D/hkcu.reg.bad.~");
   user.Do("b=x");
   directory_.Put("hkcu.reg", backup);
   EXPECT_EQ(User(directory_.path()).All(), "k: a=old ");
   EXPECT_EQ(user.All(), "k: a=old b=x ") << "the newer file's, and the rest";
   EXPECT_NE(directory_.Get("hkcu.reg.former").find("\"a\"=hex:6e,65,77"), std::string::npos);
-  EXPECT_TRUE(Told(2, "have been kept as " + directory_ / "hkcu.reg.former."));
+  EXPECT_TRUE(Told(directory_).ends_with(kUnited));
   EXPECT_EQ(Found(directory_.path()), user.All());
 }
 
 TEST_F(RegistryStoreTest, WhatIsMissingOrDamagedWhenAStoreIsOpenedIsToldAndKept) {
-  const std::string journal = "hkcu.journal of your latest settings was ";
+  const auto journal = [](const std::string& how, const std::string& kept) {
+    return "The file D/hkcu.journal of your latest settings was " + how +
+           ". The changes that could be read of it, or that this program knew, are kept.\n\n" +
+           kept;
+  };
+  const auto snapshot = [](const std::string& how) {
+    return "The file D/hkcu.reg of your settings was " + how + " lines could not be read.\n\n";
+  };
+  const std::string nothing = "There was nothing of the file to keep.~";
+  const std::string kept = "The damaged file has been kept as D/hkcu.";
+  const std::string lacks_reg = snapshot("missing. What could be read of it is kept: 0 values. 0");
+  const std::string bad_reg = snapshot("damaged. What could be read of it is kept: 2 values. 1");
+  const std::string bad_journal = journal("damaged", kept + "journal.bad.~");
   for (const auto& [in_snapshot, strike, told, left] :
        Rows<bool, const char*, std::string, std::string>{
-           {true, "rm hkcu.reg", "hkcu.reg of your settings was missing.", "k: "},
-           {true, "rm hkcu.journal", journal + "missing.", kFilled},
-           {true, "truncate -s 63 hkcu.journal", "The damaged file has been kept as ", kFilled},
-           {false, "sed -i s/REG/ReG/ hkcu.journal", journal + "damaged.", kFilled},
-           {false, "sed -i s/two/tvo/ hkcu.journal", journal + "damaged.",
-            "k: one=one three=three "},
-           {false, "sed -i s/three/tiree/ hkcu.journal", "journal.bad.", "k: one=one two=two "}}) {
+           {true, "rm hkcu.reg", lacks_reg + nothing, "k: "},
+           {true, "sed -i s/\\\"=hex:6f/::/ hkcu.reg", bad_reg + kept + "reg.bad.~",
+            "k: three=three two=two "},
+           {true, "rm hkcu.journal", journal("missing", nothing), kFilled},
+           {true, "truncate -s 63 hkcu.journal", bad_journal, kFilled},
+           {false, "sed -i s/REG/ReG/ hkcu.journal", bad_journal, kFilled},
+           {false, "sed -i s/two/tvo/ hkcu.journal", bad_journal, "k: one=one three=three "},
+           {false, "sed -i s/three/tiree/ hkcu.journal", bad_journal, "k: one=one two=two "}}) {
     const TempDirectory directory;
     Fill(directory, in_snapshot);
     Shell(directory.path(), strike);
@@ -269,16 +300,16 @@ TEST_F(RegistryStoreTest, WhatIsMissingOrDamagedWhenAStoreIsOpenedIsToldAndKept)
     User user(directory.path());
     user.Do("z=new");
     EXPECT_EQ(user.All(), left + "z=new ");
-    EXPECT_TRUE(Told(1, told)) << told;
-    const bool is_kept = damaged != "(none)" && left != "k: ";
+    EXPECT_EQ(Told(directory), told);
+    const bool is_kept = told.ends_with("journal.bad.~");
     EXPECT_EQ(directory.Get("hkcu.journal.bad"), is_kept ? damaged : "(none)");
     EXPECT_EQ(Found(directory.path()), left + "z=new ");
     // A second time, in the same process, is news again.
     fs::resize_file(directory / "hkcu.journal", 0);
     EXPECT_EQ(user.All(), left + "z=new ");
-    EXPECT_TRUE(Told(1, "There was nothing of the file to keep."));
+    EXPECT_EQ(Told(directory), journal("missing", nothing));
     EXPECT_EQ(Found(directory.path()), left + "z=new ");
-    EXPECT_TRUE(Told(0));
+    EXPECT_EQ(Told(directory), "");
   }
 }
 
@@ -493,7 +524,7 @@ TEST_F(RegistryStoreTest, AnySystemCallMayFailAndNothingElseChanges) {
     }
     EXPECT_GT(failures, least) << error;
   }
-  EXPECT_TRUE(Told(0));
+  EXPECT_EQ(Told(directory_), "");
 }
 
 /// Sets values until there is no room, and checks that those reported are there, also for others.

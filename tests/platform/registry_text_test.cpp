@@ -74,7 +74,7 @@ TEST(RegistryText, WhatOthersWriteIsUnderstoodAndLinesWithoutSenseAreLeftOutAndC
   for (const auto& [lines, found] : test::Rows<std::string, std::string>{
            {"\n ; note\n[-H\\gone]\n", "comment  note~no key H\\gone~"},
            {"  \"a\" = \"x\" \n\"b\"=-\n", "a|1|x\0~no value b~"s},
-           {"@=dword:1\n\"d\"=hex:0A,\\\n0b, 0c\n", "|4|\1\0\0\0~d|3|\n\v\f~"s}}) {
+           {"@=dword:1\n\"d\"=hex: 0A\t,\\\n\t0b, 0c \n", "|4|\1\0\0\0~d|3|\n\v\f~"s}}) {
     const Listing listing("REGEDIT4\n[H]\n" + lines);
     EXPECT_TRUE(listing.found == "key H~" + found && !listing.damage.any()) << listing.found;
   }
