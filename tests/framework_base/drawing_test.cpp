@@ -16,30 +16,26 @@ std::string Number(std::int64_t value, int size = 4) {
   return bytes;
 }
 
-struct Header {
-  std::int64_t size = 40, width = 3, height = 2, planes = 1, bits = 24, compression = 0, colors = 0;
-
-  std::string Bytes() const {
-    return Number(size) + Number(width) + Number(height) + Number(planes, 2) + Number(bits, 2) +
-           Number(compression) + std::string(12, '\0') + Number(colors) + Number(0);
-  }
-};
+std::string Header(int bits, std::int64_t colors = 0, int height = 2) {
+  return Number(40) + Number(3) + Number(height) + Number(1, 2) + Number(bits, 2) +
+         std::string(16, '\0') + Number(colors) + Number(0);
+}
 
 /// A picture of 3 by 2: red, blue, blue above blue, blue, red.
 const std::vector<COLORREF> kPixels = {kRed, kBlue, kBlue, kBlue, kBlue, kRed};
 const std::string kPalette("\0\0\xFF\0\xFF\0\0\0", 8);
-const std::string kOneBit = Header{.bits = 1}.Bytes() + kPalette + "\xC0___\x60___";
+const std::string kOneBit = Header(1) + kPalette + "\xC0___\x60___";
 
 TEST(ReadDib, TakesEveryDepthAndBothDirections) {
   const std::string top("\0\0\xFF\xFF\0\0\xFF\0\0___", 12);
   const std::string bottom("\xFF\0\0\xFF\0\0\0\0\xFF___", 12);
   const std::string cases[] = {
       kOneBit,
-      Header{.bits = 4}.Bytes() + kPalette + std::string(14 * 4, 'x') + "\x11\x0F__\x01\x1F__",
-      Header{.bits = 8, .colors = 2}.Bytes() + kPalette + "\1\1" + std::string("\0_\0\1\1_", 6),
-      Header{}.Bytes() + bottom + top + "junk behind it",
-      Header{.colors = 2}.Bytes() + kPalette + bottom + top,
-      Header{.height = -2}.Bytes() + top + bottom};
+      Header(4) + kPalette + std::string(14 * 4, 'x') + "\x11\x0F__\x01\x1F__",
+      Header(8, 2) + kPalette + "\1\1" + std::string("\0_\0\1\1_", 6),
+      Header(24) + bottom + top + "junk behind it",
+      Header(24, 2) + kPalette + bottom + top,
+      Header(24, 0, -2) + top + bottom};
   for (const std::string& bytes : cases) {
     const auto picture = ReadDib(bytes);
     ASSERT_NE(picture, nullptr) << bytes;
@@ -48,20 +44,21 @@ TEST(ReadDib, TakesEveryDepthAndBothDirections) {
 }
 
 TEST(ReadDib, RefusesWhatMakesNoSense) {
-  const Header headers[] = {{.size = 12},
-                            {.width = 0},
-                            {.height = 0},
-                            {.height = INT_MIN},
-                            {.width = INT_MAX, .height = INT_MAX, .bits = 1},
-                            {.planes = 2},
-                            {.bits = 16},
-                            {.bits = 8, .compression = 1, .colors = 2},
-                            {.bits = 1, .colors = 3},
-                            {.colors = UINT_MAX},
-                            {.bits = 8, .colors = 1}};  // the rows name a second colour
-  for (const Header& header : headers) {
-    EXPECT_EQ(ReadDib(header.Bytes() + std::string(64, '\1')), nullptr) << &header - headers;
+  const std::string ones(64, '\1');
+  // Numbers of the header, by their places.
+  for (const auto& [at, size, number] : {std::tuple(0, 4, 12),
+                                         {4, 4, 0},
+                                         {8, 4, 0},
+                                         {8, 4, INT_MIN},
+                                         {12, 2, 2},
+                                         {14, 2, 16},
+                                         {16, 4, 1},
+                                         {32, 4, 3}}) {
+    EXPECT_EQ(ReadDib((kOneBit + ones).replace(at, size, Number(number, size))), nullptr) << at;
   }
+  EXPECT_EQ(ReadDib((kOneBit + ones).replace(4, 8, Number(INT_MAX) + Number(INT_MAX))), nullptr);
+  EXPECT_EQ(ReadDib(Header(24, UINT_MAX) + ones), nullptr);
+  EXPECT_EQ(ReadDib(Header(8, 1) + ones), nullptr) << "the rows name a second colour";
   for (std::size_t size = 0; size < kOneBit.size(); ++size) {
     EXPECT_EQ(ReadDib(std::string_view(kOneBit).substr(0, size)), nullptr) << size << " bytes";
   }
