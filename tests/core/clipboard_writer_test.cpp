@@ -1,9 +1,8 @@
 #include "dqlib/core/clipboard_writer.h"
 
-#include <gtest/gtest.h>
-
 #include "dqlib/framework/windows/wnd.h"
 #include "tests/support/own_service.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {

@@ -1,14 +1,10 @@
 #include "dqlib/core/dq_file.h"
 
-#include <filesystem>
-#include <gtest/gtest.h>
-#include <string>
-
 #include "dqlib/core/lob_reader.h"
 #include "dqlib/framework/base/file.h"
 #include "tests/support/joined.h"
-#include "tests/support/rows.h"
 #include "tests/support/temp_directory.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
@@ -89,8 +85,7 @@ TEST(DQFile, WholeFilesAndAttributes) {
   CDQFile file(directory.Put("f", "a\r\nb").c_str(), FILE_OPEN_READ);
   directory.Put("g", "overwritten");
   CString text;
-  EXPECT_TRUE(file.FileToString(text));
-  EXPECT_EQ(text, "a\r\nb");
+  EXPECT_TRUE(file.FileToString(text) && text == "a\r\nb");
   EXPECT_TRUE(file.FastFileCopy((directory / "g").c_str()));
   EXPECT_EQ(directory.Get("g"), "a\r\nb");
   EXPECT_FALSE(file.FastFileCopy((directory / "no/g").c_str()));

@@ -1,10 +1,5 @@
 #include "dqlib/core/file_utility.h"
 
-#include <filesystem>
-#include <gtest/gtest.h>
-#include <string>
-#include <vector>
-
 #include "dqlib/core/dq_file.h"
 #include "dqlib/core/system_info.h"
 #include "dqlib/framework/base/random.h"
@@ -14,15 +9,16 @@
 #include "tests/support/own_service.h"
 #include "tests/support/own_settings.h"
 #include "tests/support/registry_dump.h"
-#include "tests/support/rows.h"
 #include "tests/support/scripted_platform.h"
 #include "tests/support/scripted_prompts.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
 
 namespace fs = std::filesystem;
 using Utility = CDQFileUtility;
+using test::Rows;
 using test::TempDirectory;
 using testing::ScriptedPrompts;
 using testing::ShownBox;
@@ -32,7 +28,7 @@ constexpr auto kFiles = &platform::Platform::files;
 
 TEST(FileUtility, RelativePathsAndBack) {
   using Text = const char*;
-  for (const auto& [base, path, relative, absolute] : test::Rows<Text, Text, Text, Text>{
+  for (const auto& [base, path, relative, absolute] : Rows<Text, Text, Text, Text>{
            {"c:\\data", "C:\\Data\\sql\\a.sql", ".\\sql\\a.sql", "c:\\data\\sql\\a.sql"},
            {"c:\\data\\app", "C:\\other\\a", "..\\other\\a", "c:\\other\\a"},
            {"c:\\data\\app", "C:other", "..\\other", "c:\\other"},
@@ -158,7 +154,7 @@ TEST(FileUtility, WritesReplaceOrAppendAndReportTheTextsLength) {
   const TempDirectory directory;
   const std::string path = directory / "f";
   for (const auto& [text, length, replace, add_line_end, result, contents] :
-       test::Rows<const char*, int, bool, bool, int, std::string>{
+       Rows<const char*, int, bool, bool, int, std::string>{
            {"one", -1, false, true, 3, "one\r\n"},
            {"two", 2, false, false, 2, "one\r\ntw"},
            {"", -1, true, true, 0, "\r\n"},
@@ -169,14 +165,14 @@ TEST(FileUtility, WritesReplaceOrAppendAndReportTheTextsLength) {
   }
   CString text = "all";
   EXPECT_EQ(Utility::WriteFile(path.c_str(), text), 3);
-  EXPECT_EQ(Utility::GetFileSize(path.c_str()), 3);
   EXPECT_EQ(Utility::WriteFile("/dev/null", text), 3);
   EXPECT_FALSE(fs::is_regular_file("/dev/null"));
-  EXPECT_TRUE(Utility::ReadFile(text, path.c_str()));
-  EXPECT_FALSE(Utility::ReadFile(text, directory.path().c_str()));
-  EXPECT_EQ(text, "");
-  EXPECT_EQ(Utility::GetFileSize((directory / "none").c_str()), 0);
-  EXPECT_EQ(Utility::GetFileSize(nullptr), 0);
+  EXPECT_TRUE(Utility::ReadFile(text, path.c_str()) && text == "all");
+  EXPECT_FALSE(Utility::ReadFile(text, directory.path().c_str()) || text != "");
+  for (const auto& [name, size] :
+       Rows<const char*, int>{{path.c_str(), 3}, {(directory / "none").c_str(), 0}, {nullptr, 0}}) {
+    EXPECT_EQ(Utility::GetFileSize(name), size);
+  }
 }
 
 TEST(FileUtility, ADiskThatFillsUpLeavesTheFormerContents) {
@@ -185,26 +181,25 @@ TEST(FileUtility, ADiskThatFillsUpLeavesTheFormerContents) {
       if (in_place) ForwardingFiles::Replace(path, bytes, only);
       return error;
     }
-    platform::Error error{platform::ErrorKind::kNoSpace, ENOSPC};
+    platform::Error error;
     bool in_place = false;
   } files;
   const platform::ScopedPlatform scope(test::With(kFiles, &files));
   const TempDirectory directory;
   directory.Put("f", "old");
-  const auto write = [&](const char* name) {
-    return Utility::WriteFile((directory / name).c_str(), "new", -1, true, false);
-  };
-  EXPECT_EQ(write("f"), 0);
-  EXPECT_EQ(directory.Get("f"), "old");
-  EXPECT_EQ(write("g"), 0);
-  EXPECT_EQ(directory.Count(), 1u);
-  files.in_place = true;
-  EXPECT_EQ(write("g"), 0);
-  EXPECT_EQ(directory.Get("g"), "new") << "the file is whole but its directory can't be synced";
-  files.in_place = false;
-  files.error = {platform::ErrorKind::kAccessDenied, EACCES};
-  EXPECT_EQ(write("f"), 3);
-  EXPECT_EQ(directory.Get("f"), "new") << "in a directory that takes no new file";
+  const platform::Error full{platform::ErrorKind::kNoSpace, ENOSPC};
+  const platform::Error denied{platform::ErrorKind::kAccessDenied, EACCES};
+  for (const auto& [name, error, in_place, written, contents] :
+       Rows<const char*, platform::Error, bool, int, const char*>{
+           {"f", full, false, 0, "old"},
+           {"g", full, false, 0, "(none)"},
+           {"g", full, true, 0, "new"},        // whole, but its directory can't be synced
+           {"f", denied, false, 3, "new"}}) {  // in a directory that takes no new file
+    files.error = error;
+    files.in_place = in_place;
+    EXPECT_EQ(Utility::WriteFile((directory / name).c_str(), "new", -1, true, false), written);
+    EXPECT_EQ(directory.Get(name), contents) << name;
+  }
 }
 
 TEST(FileUtility, FailedOpensAreToldWithTheirCause) {
@@ -241,7 +236,7 @@ TEST(FileUtility, ListsHaveTheEntriesWithAnyOfTheAttributes) {
   fs::permissions(directory / "b", fs::perms::owner_read);
   CStringList list;
   for (const auto& [pattern, attributes, found, names] :
-       test::Rows<const char*, DWORD, bool, const char*>{
+       Rows<const char*, DWORD, bool, const char*>{
            {"/*.*", FILE_ARCHIVE, true, ".hidden|a.SQL|b|"},
            {"\\*", FILE_DIRECTORY, true, "dir|"},
            {"/*.sql", FILE_ARCHIVE, true, "a.SQL|"},
@@ -258,37 +253,34 @@ TEST(FileUtility, ListsHaveTheEntriesWithAnyOfTheAttributes) {
 TEST(FileUtility, DeletingTakesReadOnlyFilesAndLeavesWhatLinksLeadTo) {
   const TempDirectory directory;
   const std::string tree = directory / "tree";
-  fs::create_directories(tree + "/sub/deep");
-  directory.Put("tree/sub/deep/.hidden", "");
-  directory.Put("tree/read_only", "");
-  directory.Put("kept", "k");
+  for (const char* name : {"tree/sub/deep", "outside", "hostile/..\\outside"}) {
+    fs::create_directories(directory / name);
+  }
+  for (const char* name : {"tree/sub/deep/.hidden", "tree/read_only", "kept", "outside/file",
+                           "hostile/..\\outside\\file"}) {
+    directory.Put(name, "o");
+  }
   fs::permissions(tree + "/read_only", fs::perms::owner_read);
   fs::permissions(directory / "kept", fs::perms::owner_read);
-  fs::create_directory(directory / "outside");
-  directory.Put("outside/file", "o");
   fs::create_directory_symlink(directory / "outside", tree + "/link");
   fs::create_symlink(directory / "kept", tree + "/file_link");
-  fs::create_directories(directory / "hostile/..\\outside");
-  directory.Put("hostile/..\\outside\\file", "");
   EXPECT_FALSE(Utility::DeleteDirectory((directory / "hostile").c_str(), true));
   EXPECT_TRUE(Utility::DeleteFiles((directory / "hostile/*").c_str(), ~DWORD{0}));
   EXPECT_EQ(directory.Get("outside/file"), "o") << "names with a separator lead elsewhere";
   EXPECT_FALSE(Utility::DeleteDirectory(tree.c_str(), false)) << "it isn't empty";
   EXPECT_TRUE(Utility::DeleteDirectory(tree.c_str(), true));
   EXPECT_FALSE(DQLIB_FileExists(tree.c_str()));
-  EXPECT_EQ(directory.Get("outside/file"), "o");
   EXPECT_TRUE(DQLIB_FileReadOnly((directory / "kept").c_str()));
   const fs::path here = fs::current_path();
   fs::current_path(directory / "outside");
-  EXPECT_FALSE(Utility::DeleteDirectory("", true));
+  EXPECT_FALSE(Utility::DeleteDirectory("", true)) << "no name is not the current directory";
   fs::current_path(here);
-  EXPECT_EQ(directory.Get("outside/file"), "o") << "no name is not the current directory";
   for (const char* const link : {"itself", "itself/"}) {
     fs::create_directory_symlink(directory / "outside", directory / "itself");
     EXPECT_TRUE(Utility::DeleteDirectory((directory / link).c_str(), true)) << link;
     EXPECT_FALSE(fs::is_symlink(directory / "itself")) << link;
-    EXPECT_EQ(directory.Get("outside/file"), "o") << link;
   }
+  EXPECT_EQ(directory.Get("outside/file"), "o");
 
   struct Stubborn : test::ForwardingFiles {
     platform::Error Delete(std::string_view path) override {
@@ -329,7 +321,7 @@ TEST(FileUtility, AFailureIsNeitherAnAbsenceNorASuccess) {
 
 TEST(FileUtility, NamesForDisplayKeepRootAndLastDirectories) {
   for (const auto& [path, length, at_least_name, expected] :
-       test::Rows<const char*, int, int, const char*>{
+       Rows<const char*, int, int, const char*>{
            {"c:\\one\\two\\three.sql", 20, 1, "c:\\one\\two\\three.sql"},
            {"c:\\first\\two\\three.sql", 21, 1, "c:\\...\\two\\three.sql"},
            {"c:\\one\\two\\three.sql", 18, 1, "c:\\...\\three.sql"},

@@ -1,15 +1,14 @@
 #include "dqlib/core/ini_file.h"
 
-#include <gtest/gtest.h>
-#include <string>
-
 #include "tests/support/joined.h"
 #include "tests/support/own_settings.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
 
 using test::Joined;
+constexpr const char* kNone = nullptr;
 
 class IniFile : public testing::Test {
  protected:
@@ -33,8 +32,6 @@ TEST_F(IniFile, ValuesOfSeveralLinesFitOnOneAndLoseTheirCarriageReturns) {
 }
 
 TEST_F(IniFile, ValuesAreCutAt2047BytesBeforeTheMarksAreUndone) {
-  ini.WriteKey("s", "k", std::string(2048, 'x').c_str());
-  EXPECT_EQ(Value("s", "k"), std::string(2047, 'x'));
   ini.WriteKey("s", "k", (std::string(2044, 'x') + "\ny").c_str());
   EXPECT_EQ(Value("s", "k"), std::string(2044, 'x') + "</N");
 }
@@ -70,22 +67,17 @@ TEST_F(IniFile, EnumerationsAppendToTheList) {
   ini.EnumSections(names);
   ini.EnumKeys("B", names);
   ini.EnumKeys(nullptr, names);
-  EXPECT_EQ(Joined(names), "first|b|a|y|x|");
+  // A buffer of names ends in two zeros.
+  for (const char* const buffer : {"one\0two\0\0three\0", "\0one\0", "\0", kNone}) {
+    CDQIniFile::ParseIniBuffer(buffer, names);
+  }
+  EXPECT_EQ(Joined(names), "first|b|a|y|x|one|two|");
 
   CDQIniFile bare("bare.ini");
   bare.WriteKey("s", "k", "v");
   names.RemoveAll();
   bare.EnumSections(names);
   EXPECT_TRUE(names.IsEmpty()) << "the current directory has no such file";
-}
-
-TEST_F(IniFile, ABufferOfNamesEndsInTwoZeros) {
-  CStringList names;
-  for (const char* const buffer :
-       {"one\0two\0\0three\0", "\0one\0", "\0", static_cast<const char*>(nullptr)}) {
-    CDQIniFile::ParseIniBuffer(buffer, names);
-  }
-  EXPECT_EQ(Joined(names), "one|two|");
 }
 
 }  // namespace

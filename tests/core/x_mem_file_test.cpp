@@ -1,11 +1,9 @@
 #include "dqlib/core/x_mem_file.h"
 
-#include <gtest/gtest.h>
-#include <string>
-
 #include "dqlib/framework/base/registry_key.h"
 #include "dqlib/framework/windows/win_app.h"
 #include "tests/support/own_settings.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {

@@ -1,21 +1,10 @@
 #include "dqlib/output/console_program.h"
 
-#include <algorithm>
-#include <cerrno>
-#include <filesystem>
-#include <fstream>
-#include <functional>
-#include <gmock/gmock.h>
-#include <string>
-#include <thread>
-#include <utility>
-#include <vector>
-
 #include "tests/support/forwarding_processes.h"
 #include "tests/support/own_process.h"
 #include "tests/support/own_service.h"
-#include "tests/support/rows.h"
 #include "tests/support/temp_directory.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {

@@ -1,13 +1,6 @@
 #include "dqlib/output/log.h"
 
 #include <condition_variable>
-#include <cstdlib>
-#include <filesystem>
-#include <functional>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <mutex>
-#include <thread>
 
 #include "dqlib/core/ini_file.h"
 #include "dqlib/core/system_info.h"
@@ -17,10 +10,10 @@
 #include "tests/support/forwarding_files.h"
 #include "tests/support/manual_clock.h"
 #include "tests/support/own_service.h"
-#include "tests/support/rows.h"
 #include "tests/support/scripted_locale.h"
 #include "tests/support/scripted_prompts.h"
 #include "tests/support/temp_directory.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
@@ -35,35 +28,33 @@ constexpr char kTime[] = "2/3/2001 04:05:06.007";
 class StandingPrompts : public platform::Prompts {
  public:
   int Show(std::string_view caption, std::string_view text, UINT type, UINT) override {
-    std::unique_lock lock(mutex_);
+    const std::lock_guard lock(mutex_);
     boxes_.push_back(std::string(caption) + "|" + std::string(text) + "|" + std::to_string(type));
-    changed_.notify_all();
-    changed_.wait(lock, [this] { return answer_ != 0; });
-    return std::exchange(answer_, 0);
+    shown = boxes_.size();
+    shown.notify_all();
+    answer_.wait(0);
+    return answer_.exchange(0);
   }
   void RunDialog(platform::DialogView&) override {}
   /// Waits until so many boxes have been shown.
   void AwaitBox(std::size_t count) {
-    std::unique_lock lock(mutex_);
-    changed_.wait(lock, [&] { return boxes_.size() >= count; });
+    for (std::size_t now; (now = shown) < count;) shown.wait(now);
   }
   /// Answers once so many boxes have been shown.
   void Answer(std::size_t count, BoxButton button) {
     AwaitBox(count);
-    const std::lock_guard lock(mutex_);
     answer_ = button;
-    changed_.notify_all();
+    answer_.notify_all();
   }
-  std::vector<std::string> boxes() {
-    const std::lock_guard lock(mutex_);
-    return boxes_;
-  }
+  /// Only while none stands.
+  const std::vector<std::string>& boxes() const { return boxes_; }
+
+  std::atomic<std::size_t> shown = 0;
 
  private:
   std::mutex mutex_;
-  std::condition_variable changed_;
   std::vector<std::string> boxes_;
-  int answer_ = 0;
+  std::atomic<int> answer_ = 0;
 };
 
 /// Files whose writes and found sizes a test falsifies.
@@ -181,7 +172,7 @@ TEST_F(LogTest, OneWarningStandsWhileTheLogGoesOn) {
   standing_.AwaitBox(1);
   write();
   write();
-  EXPECT_EQ(standing_.boxes().size(), 1U);
+  EXPECT_EQ(standing_.shown, 1U);
   standing_.Answer(1, BUTTON_OK);
   log->WaitForWarning();
 
@@ -190,7 +181,7 @@ TEST_F(LogTest, OneWarningStandsWhileTheLogGoesOn) {
   log->WaitForWarning();
   write();  // Cancel has silenced it.
   log->WaitForWarning();
-  EXPECT_EQ(standing_.boxes().size(), 2U);
+  EXPECT_EQ(standing_.shown, 2U);
 
   // One box at a time, and each may outlive its log.
   CDQLog other(path_.c_str(), 1, true);
@@ -199,14 +190,14 @@ TEST_F(LogTest, OneWarningStandsWhileTheLogGoesOn) {
   standing_.AwaitBox(3);
   log.reset();
   other.LogMessage("text");
-  EXPECT_EQ(standing_.boxes().size(), 3U);
+  EXPECT_EQ(standing_.shown, 3U);
   standing_.Answer(3, BUTTON_OK);
   standing_.Answer(4, BUTTON_CANCEL);
   other.WaitForWarning();
   EXPECT_EQ(directory_.Get("x.log"), written + Line("text"));
 }
 
-TEST_F(LogTest, TellsOfAFullDiskAndGoesOnAfterwards) {
+TEST_F(LogTest, TellsOfAFullDiskAndStaysWithAFileThatIsRotatedAwayOrRemoved) {
   CDQLog log(path_.c_str(), 1, true);
   files_.failure = {.kind = platform::ErrorKind::kNoSpace, .code = 28};
   try {
@@ -217,15 +208,9 @@ TEST_F(LogTest, TellsOfAFullDiskAndGoesOnAfterwards) {
   }
   EXPECT_EQ(DQLIB_WriteLogFile(path_.c_str(), "lost", 0), -1);
   files_.failure = {};
-  log.LogMessage("kept");
-  EXPECT_EQ(directory_.Get("x.log"), Line("kept"));
-}
-
-TEST_F(LogTest, StaysWithItsFileWhenThatIsRotatedAwayOrRemoved) {
-  CDQLog log(path_.c_str(), 1, true);
   std::filesystem::rename(path_, directory_ / "x.log.1");
-  log.LogMessage("rotated");
-  EXPECT_EQ(directory_.Get("x.log.1"), Line("rotated"));
+  log.LogMessage("kept");
+  EXPECT_EQ(directory_.Get("x.log.1"), Line("kept"));
   std::filesystem::remove(directory_ / "x.log.1");
   log.LogMessage("removed");
   EXPECT_EQ(directory_.Count(), 0U);
@@ -267,43 +252,38 @@ TEST_F(LogTest, ServesTheDestructorsThatRunLast) {
   EXPECT_EQ(directory_.Get("x.log"), expected);
 }
 
-TEST_F(LogTest, TwoWritersLoseNoEntry) {
+TEST_F(LogTest, WritersLoseNoEntry) {
   static constexpr int kEntries = 300;
-  const auto log_to = [](CDQLog& log, const char* text) {
+  const auto with = [](CDQLog& log, const char* text) {
     for (int i = 0; i < kEntries; ++i) log.LogMessage(text);
   };
-  const auto once = [this](const char* text) {
+  const auto at_once = [&](const char* text) {
     for (int done = 0; done < kEntries;) done += DQLIB_WriteLogFile(path_.c_str(), text, 0) == 1;
   };
-  const auto expect_all = [this](const std::string& between) {
-    std::string text = directory_.Get("x.log");
-    for (const char* const writer : {"one", "two"}) {
-      const std::string entry = kTime + between + writer + "\r\n";
-      int entries = 0;
-      for (std::size_t at = 0; (at = text.find(entry, at)) != text.npos; ++entries) {
-        text.erase(at, entry.size());
-      }
-      EXPECT_EQ(entries, kEntries) << writer;
-    }
-    EXPECT_EQ(text, "");
-    std::filesystem::remove(path_);
-  };
-  for (const bool at_once : {false, true}) {
-    const auto write = [&](const char* text) {
-      if (at_once) return once(text);
+  {
+    CDQLog shared(path_.c_str(), 0, true);
+    test::ForkedProcess child([&] {
       CDQLog own(path_.c_str(), 0, false);
-      log_to(own, text);
-    };
-    test::ForkedProcess child([&] { write("one"); });
-    write("two");
+      with(own, "one");
+    });
+    std::thread other([&] { with(shared, "two"); });
+    with(shared, "three");
+    other.join();
     EXPECT_TRUE(child.EndsWell());
-    expect_all(at_once ? "\r\n" : "  ");
   }
-  CDQLog shared(path_.c_str(), 0, true);
-  std::thread other([&] { log_to(shared, "one"); });
-  log_to(shared, "two");
-  other.join();
-  expect_all("  ");
+  test::ForkedProcess child([&] { at_once("four"); });
+  at_once("five");
+  EXPECT_TRUE(child.EndsWell());
+  std::string text = directory_.Get("x.log");
+  for (const std::string writer : {"  one", "  two", "  three", "\r\nfour", "\r\nfive"}) {
+    const std::string entry = kTime + writer + "\r\n";
+    int entries = 0;
+    for (std::size_t at = 0; (at = text.find(entry, at)) != text.npos; ++entries) {
+      text.erase(at, entry.size());
+    }
+    EXPECT_EQ(entries, kEntries) << writer;
+  }
+  EXPECT_EQ(text, "");
 }
 
 TEST_F(LogTest, WhatOthersWriteCountsFromTheNextMillisecondAtTheLatest) {

@@ -1,39 +1,31 @@
-#include <gmock/gmock.h>
-
 #include "dqlib/platform/platform.h"
+#include "tests/support/testing.h"
 
 namespace dq::platform {
 namespace {
 
-using Arguments = std::vector<std::string>;
-
-Arguments Split(std::string_view command_line) {
-  Arguments arguments{"of a former call"};
-  SplitCommandLine(command_line, arguments);
-  return arguments;
-}
-
 TEST(SplitCommandLine, CutsAtBlanksAndTakesQuotesAway) {
-  const std::pair<const char*, Arguments> cases[] = {
-      {"", {}},
-      {" \t ", {}},
-      {" \tsqlite3  sales.db\t-batch ", {"sqlite3", "sales.db", "-batch"}},
-      {"'one arg' \"and another\"", {"one arg", "and another"}},
-      {"a'b c'\"d e\"f", {"ab cd ef"}},
-      {"'' x \"\"", {"", "x", ""}},
-      {"'say \"hi\"' \"it's\"", {"say \"hi\"", "it's"}},
-      {"\\'a \\\"b", {"'a", "\"b"}},
-      {"'a\\'b' \"a\\\"b\"", {"a'b", "a\"b"}},
-      {"C:\\dir\\file a\\ b \\\\", {"C:\\dir\\file", "a\\", "b", "\\\\"}},
-      {"$HOME *.sql ~ `x` ; | > #c", {"$HOME", "*.sql", "~", "`x`", ";", "|", ">", "#c"}},
-      {"'no end", {"no end"}}};
-  for (const auto& [line, expected] : cases) EXPECT_EQ(Split(line), expected) << line;
-}
-
-TEST(SplitCommandLine, TakesNoTrailByteForABackslash) {
   Locale& locale = *Current().locale;
-  ASSERT_TRUE(locale.SetCodePage(932));
-  EXPECT_EQ(Split("\"\x95\\\" b"), (Arguments{"\x95\\", "b"}));
+  for (const auto& [page, line, expected] : test::Rows<UINT, const char*, std::vector<std::string>>{
+           {0, "", {}},
+           {0, " \t ", {}},
+           {0, " \tsqlite3  sales.db\t-batch ", {"sqlite3", "sales.db", "-batch"}},
+           {0, "'one arg' \"and another\"", {"one arg", "and another"}},
+           {0, "a'b c'\"d e\"f", {"ab cd ef"}},
+           {0, "'' x \"\"", {"", "x", ""}},
+           {0, "'say \"hi\"' \"it's\"", {"say \"hi\"", "it's"}},
+           {0, "\\'a \\\"b", {"'a", "\"b"}},
+           {0, "'a\\'b' \"a\\\"b\"", {"a'b", "a\"b"}},
+           {0, "C:\\dir\\file a\\ b \\\\", {"C:\\dir\\file", "a\\", "b", "\\\\"}},
+           {0, "$HOME *.sql ~ `x` ; | > #c", {"$HOME", "*.sql", "~", "`x`", ";", "|", ">", "#c"}},
+           {0, "'no end", {"no end"}},
+           // A second byte that looks like a backslash is none.
+           {932, "\"\x95\\\" b", {"\x95\\", "b"}}}) {
+    ASSERT_TRUE(locale.SetCodePage(page));
+    std::vector<std::string> arguments{"of a former call"};
+    SplitCommandLine(line, arguments);
+    EXPECT_EQ(arguments, expected) << line;
+  }
   ASSERT_TRUE(locale.SetCodePage(0));
 }
 

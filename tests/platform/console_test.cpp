@@ -1,9 +1,7 @@
 #include "dqlib/platform/console.h"
 
-#include <cerrno>
 #include <csignal>
 #include <future>
-#include <gtest/gtest.h>
 #include <pthread.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -13,6 +11,7 @@
 #include "tests/support/forked_process.h"
 #include "tests/support/own_process.h"
 #include "tests/support/temp_directory.h"
+#include "tests/support/testing.h"
 
 namespace dq::platform {
 namespace {
@@ -33,13 +32,10 @@ TEST(Console, StopRequestCallsTheWatchInsteadOfEndingTheProgram) {
     watch.reset();
     EXPECT_EQ(PresentHandler(signal_number), SIG_DFL) << signal_number;
   }
-}
-
-TEST(Console, RequestsThatWereIgnoredStayIgnored) {
   const auto former = std::signal(SIGHUP, SIG_IGN);
   auto watch = System().console->WatchStopRequests([] { ADD_FAILURE(); });
   raise(SIGHUP);
-  EXPECT_EQ(PresentHandler(SIGHUP), SIG_IGN);
+  EXPECT_EQ(PresentHandler(SIGHUP), SIG_IGN) << "what was ignored stays so";
   watch.reset();
   std::signal(SIGHUP, former);
 }
@@ -75,17 +71,20 @@ TEST(Console, WatchEndsThoughMoreRequestsThanAPipeHoldsWait) {
   EXPECT_GE(calls, 2);
 }
 
-TEST(Console, AWriteBeyondTheLimitOfFilesFails) {
+TEST(Console, WritesThatTheSystemWouldKillForFailAndChildrenInheritNothing) {
   const test::TempDirectory dir;
   test::ForkedProcess child([&] {
     System().console->PrepareStreams();
-    EXPECT_NE(PresentHandler(SIGXFSZ), SIG_IGN) << "a child would inherit it";
+    for (const int number : {SIGXFSZ, SIGPIPE}) EXPECT_NE(PresentHandler(number), SIG_IGN);
+    int ends[2];
+    EXPECT_EQ(pipe(ends) + close(ends[0]), 0);
+    EXPECT_TRUE(write(ends[1], "x", 1) == -1 && errno == EPIPE);
     const rlimit limit{1000, 1000};
     setrlimit(RLIMIT_FSIZE, &limit);
     Files& files = *System().files;
     EXPECT_EQ(files.Replace(dir / "a", std::string(1001, 'x'), false).code, DWORD{EFBIG});
-    const HANDLE log =
-        files.Open(dir / "log", {.write = true, .create = true, .append = true}).value;
+    const OpenOptions options{.write = true, .create = true, .append = true};
+    const HANDLE log = files.Open(dir / "log", options).value;
     EXPECT_TRUE(files.Write(log, std::string(990, 'x')).ok());
     EXPECT_EQ(files.Write(log, "this is torn").code, DWORD{EFBIG});
     EXPECT_EQ(files.Length(log).value, 990u);
@@ -93,19 +92,6 @@ TEST(Console, AWriteBeyondTheLimitOfFilesFails) {
   });
   EXPECT_TRUE(child.EndsWell());
   EXPECT_EQ(dir.Count(), 1u);
-}
-
-TEST(Console, WriteWithoutAReaderFailsAndChildrenAreNotAffected) {
-  const auto former = PresentHandler(SIGPIPE);
-  System().console->PrepareStreams();
-  int ends[2];
-  ASSERT_EQ(pipe(ends), 0);
-  close(ends[0]);
-  EXPECT_EQ(write(ends[1], "x", 1), -1);
-  EXPECT_EQ(errno, EPIPE);
-  EXPECT_NE(PresentHandler(SIGPIPE), SIG_IGN) << "a child would inherit it";
-  close(ends[1]);
-  std::signal(SIGPIPE, former);
 }
 
 }  // namespace

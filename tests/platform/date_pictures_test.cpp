@@ -1,8 +1,6 @@
 #include "dqlib/platform/posix/date_pictures.h"
 
-#include <gtest/gtest.h>
-
-#include "tests/support/rows.h"
+#include "tests/support/testing.h"
 
 namespace dq::platform::posix {
 namespace {
@@ -10,27 +8,28 @@ namespace {
 using Pairs = test::Rows<const char*, const char*>;
 
 TEST(DatePictures, TranslateElementsAndQuoteText) {
-  for (const auto& [pattern, picture] :
-       Pairs{{"%0e %_d %-m %#m %0k", "dd d M M HH"},
-             {"%A %a %B %h %G %g", "dddd ddd MMMM MMM yyyy yy"},
-             {"%D %F", "MM/dd/yy yyyy-MM-dd"},
-             {"%T %R", "HH:mm:ss HH:mm"},
-             {"%k:%M %l:%M %P", "H:mm h:mm tt"},
-             {"%Oy/%Om/%Od %EY", "yy/MM/dd yyyy"},
-             {"%I:%M:%S %p %Z", "hh:mm:ss tt"},
-             {"%H %Z:%M", "HH:mm"},
-             {"%n%H%t%M%%", "HH mm%"},
-             {"kl. %H.%M %z", "'kl'. HH.mm"},
-             {"%Y\xE5\xB9\xB4%m\xE6\x9C\x88", "yyyy'\xE5\xB9\xB4'MM'\xE6\x9C\x88'"},
-             // The second byte of a two-byte character may look like a letter or a bracket.
-             {"%Y\x83"
-              "a\x83[ %m",
-              "yyyy'\x83"
-              "a\x83[' MM"},
-             {"%H o'clock", "HH 'o''clock'"},
-             {"%H'%M''", "HH''mm''''"},
-             {"%", ""},
-             {"%H%-", "HH"}}) {
+  const Pairs rows = {
+      {"%0e %_d %-m %#m %0k", "dd d M M HH"},
+      {"%A %a %B %h %G %g", "dddd ddd MMMM MMM yyyy yy"},
+      {"%D %F", "MM/dd/yy yyyy-MM-dd"},
+      {"%T %R", "HH:mm:ss HH:mm"},
+      {"%k:%M %l:%M %P", "H:mm h:mm tt"},
+      {"%Oy/%Om/%Od %EY", "yy/MM/dd yyyy"},
+      {"%I:%M:%S %p %Z", "hh:mm:ss tt"},
+      {"%H %Z:%M", "HH:mm"},
+      {"%n%H%t%M%%", "HH mm%"},
+      {"kl. %H.%M %z", "'kl'. HH.mm"},
+      {"%Y\xE5\xB9\xB4%m\xE6\x9C\x88", "yyyy'\xE5\xB9\xB4'MM'\xE6\x9C\x88'"},
+      // The second byte of a two-byte character may look like a letter or a bracket.
+      {"%Y\x83"
+       "a\x83[ %m",
+       "yyyy'\x83"
+       "a\x83[' MM"},
+      {"%H o'clock", "HH 'o''clock'"},
+      {"%H'%M''", "HH''mm''''"},
+      {"%", ""},
+      {"%H%-", "HH"}};
+  for (const auto& [pattern, picture] : rows) {
     EXPECT_EQ(TimePicture({.time = pattern}), picture) << pattern;
     EXPECT_EQ(ShortDatePicture({.date = pattern}), picture) << pattern;
   }
@@ -60,20 +59,24 @@ TEST(DatePictures, LongDateIsTheDateOfTheDateAndTimeWithFullNames) {
   }
 }
 
-TEST(DatePictures, SeparatorIsWhatStandsBetweenTheFirstTwoElements) {
-  EXPECT_EQ(PictureSeparator("d.M.yyyy", "dMy", "/"), ".");
-  EXPECT_EQ(PictureSeparator("d. M. yyyy", "dMy", "/"), ". ");
-  EXPECT_EQ(PictureSeparator("'kl'. HH.mm", "Hhm", ":"), ".");
-  for (const char* picture : {"yyyy'J'MM", "yyyy", "yyyy.", "", "tt"}) {
-    EXPECT_EQ(PictureSeparator(picture, "dMy", "/"), "/") << picture;
+TEST(DatePictures, TellTheSeparatorOfTheFirstTwoElementsAndTheOrderOfAll) {
+  using Text = const char*;
+  const test::Rows<Text, Text, Text> rows = {{"M/d/yyyy", "/", "0"},
+                                             {"d.M.yy", ".", "1"},
+                                             {"yyyy-MM-dd", "-", "2"},
+                                             {"yy dd. MM", " ", "2"},
+                                             {"d. M. yyyy", ". ", "1"},
+                                             {"dddd, MMMM d", ", ", "0"},
+                                             {"dddd dd MMM yyyy", " ", "1"},
+                                             {"'yd' M 'd'/dd/y", "|", "0"},
+                                             {"dddd", "|", "1"},
+                                             {"yyyy'J'MM", "|", "2"},
+                                             {"yyyy.", "|", "2"}};
+  for (const auto& [picture, separator, order] : rows) {
+    EXPECT_EQ(DateOrder(picture), order) << picture;
+    EXPECT_EQ(PictureSeparator(picture, "dMy", "|"), separator) << picture;
   }
-}
-
-TEST(DatePictures, TellTheOrderOfTheDateAndTheClock) {
-  const Pairs orders = {{"M/d/yyyy", "0"},        {"d.M.yy", "1"},       {"yyyy-MM-dd", "2"},
-                        {"yy dd. MM", "2"},       {"dddd, MMMM d", "0"}, {"dddd dd MMM yyyy", "1"},
-                        {"'yd' M 'd'/dd/y", "0"}, {"dddd", "1"}};
-  for (const auto& [picture, order] : orders) EXPECT_EQ(DateOrder(picture), order) << picture;
+  EXPECT_EQ(PictureSeparator("'kl'. HH.mm", "Hhm", ":"), ".");
   EXPECT_TRUE(HasTwentyFourHours("'h' H:mm"));
   EXPECT_FALSE(HasTwentyFourHours("'H' h''mm tt"));
 }

@@ -1,9 +1,7 @@
 #include "dqlib/platform/date_text.h"
 
-#include <gtest/gtest.h>
-
-#include "tests/support/rows.h"
 #include "tests/support/scripted_locale.h"
+#include "tests/support/testing.h"
 
 namespace dq::platform {
 namespace {
@@ -15,24 +13,25 @@ TEST(DateText, LaysOutPictures) {
                   {LOCALE_SMONTHNAME1 + 2, "March"},
                   {LOCALE_SABBREVMONTHNAME1 + 2, "Mar"}};
   const SYSTEMTIME date{.wYear = 2004, .wMonth = 3, .wDay = 1};
-  const auto lay_out = [&locale](const SYSTEMTIME& time, const char* picture) {
-    return LayOutDate(time, picture, locale, LOCALE_USER_DEFAULT);
-  };
-  const test::Rows<const char*, const char*> rows = {{"d/M/y", "1/3/4"},
-                                                     {"dd.MM.yy", "01.03.04"},
-                                                     {"yyy", "2004"},
-                                                     {"ddd, MMM y", "Mon, Mar 4"},
-                                                     {"d 'de' MMMM", "1 de March"},
-                                                     {"dddddMMMMMyyyyy", "MondayMarch2004"},
-                                                     {"d 'o''clock' ''M", "1 o'clock 3"},
-                                                     {"''''d", "'1"},
-                                                     {"'d", "d"},
-                                                     {"'", ""},
-                                                     {"", ""},
-                                                     {"x\xC3\xA9h", "x\xC3\xA9h"}};
-  for (const auto& [picture, text] : rows) EXPECT_EQ(lay_out(date, picture), text) << picture;
-  EXPECT_EQ(lay_out({.wYear = 2003, .wMonth = 2, .wDay = 29}, "d"), "");
-  EXPECT_EQ(lay_out({}, "d"), "");
+  const SYSTEMTIME never{.wYear = 2003, .wMonth = 2, .wDay = 29};
+  const test::Rows<SYSTEMTIME, const char*, const char*> rows = {
+      {date, "d/M/y", "1/3/4"},
+      {date, "dd.MM.yy", "01.03.04"},
+      {date, "yyy", "2004"},
+      {date, "ddd, MMM y", "Mon, Mar 4"},
+      {date, "d 'de' MMMM", "1 de March"},
+      {date, "dddddMMMMMyyyyy", "MondayMarch2004"},
+      {date, "d 'o''clock' ''M", "1 o'clock 3"},
+      {date, "''''d", "'1"},
+      {date, "'d", "d"},
+      {date, "'", ""},
+      {date, "", ""},
+      {date, "x\xC3\xA9h", "x\xC3\xA9h"},
+      {never, "d", ""},
+      {{}, "d", ""}};
+  for (const auto& [time, picture, text] : rows) {
+    EXPECT_EQ(LayOutDate(time, picture, locale, LOCALE_USER_DEFAULT), text) << picture;
+  }
 }
 
 TEST(DateText, CountsEveryDayOnce) {

@@ -1,13 +1,12 @@
 #include "dqlib/platform/dialog_script.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/testing.h"
 
 namespace dq::platform {
 namespace {
 
-/// Takes values and presses of ids below 100; 1 closes it.
-class PlainDialog : public DialogView {
- public:
+/// Takes values and presses of ids below 100; 1 closes it, and 9 opens another.
+struct PlainDialog : DialogView {
   std::string Caption() override { return "Plain"; }
   std::vector<DialogControl> Controls() override { return {}; }
   bool Enter(int id, std::string_view value) override {
@@ -22,20 +21,18 @@ class PlainDialog : public DialogView {
   }
   bool IsOpen() override { return open; }
 
-  std::string log;
-  bool open = true;
   DialogScript* script = nullptr;
   PlainDialog* inner = nullptr;
+  std::string log;
+  bool open = true;
 };
 
 TEST(DialogScript, StepsArePlayedAndOpenedDialogsArePlayedTheNextOnes) {
   DialogScript script;
-  EXPECT_FALSE(
-      DialogScript::Read("# all\n\n 20 = a\\tb\\\\ \r\n21=\npress 9\n22=x\npress 1\n23=y\n"
-                         "press 100\n24=z",
-                         script));
-  PlainDialog outer;
+  EXPECT_FALSE(DialogScript::Read(
+      "# all\n\n 20 = a\\tb\\\\ \r\n21=\npress 9\n22=x\npress 1\n23=y\npress 100\n24=z", script));
   PlainDialog inner;
+  PlainDialog outer;
   outer.script = &script;
   outer.inner = &inner;
   script.Play(outer);
@@ -51,9 +48,7 @@ TEST(DialogScript, LineThatBreaksTheFormIsNamed) {
        {"x=1", "press", "press x", "12", "99999999999=1", "-1=1", "1=\\x", "1=\\", "pressed 1"}) {
     DialogScript script;
     const auto problem = DialogScript::Read("1=2\n" + std::string(line), script);
-    ASSERT_TRUE(problem) << line;
-    EXPECT_EQ(problem->line, 2U);
-    EXPECT_TRUE(script.IsDone());
+    EXPECT_TRUE(problem && problem->line == 2U && script.IsDone()) << line;
   }
 }
 

@@ -1,13 +1,10 @@
 #include "dqlib/platform/locale.h"
 
-#include <gtest/gtest.h>
 #include <locale.h>
-#include <string>
-#include <vector>
 
 #include "dqlib/platform/posix/system_services.h"
-#include "tests/support/rows.h"
 #include "tests/support/system_locale.h"
+#include "tests/support/testing.h"
 
 /// Where `LOCPATH` is set, the C library's `newlocale` never frees its copy of it.
 extern "C" const char* __lsan_default_suppressions() { return "leak:argz_add_sep"; }

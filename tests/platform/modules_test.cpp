@@ -1,11 +1,7 @@
 #include "dqlib/platform/modules.h"
 
-#include <filesystem>
-#include <gtest/gtest.h>
-#include <set>
-
 #include "dqlib/platform/platform.h"
-#include "tests/support/rows.h"
+#include "tests/support/testing.h"
 
 namespace dq::platform {
 namespace {

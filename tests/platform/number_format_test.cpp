@@ -1,8 +1,6 @@
-#include <gtest/gtest.h>
-#include <string_view>
 
 #include "dqlib/platform/locale.h"
-#include "tests/support/rows.h"
+#include "tests/support/testing.h"
 
 namespace dq::platform {
 namespace {

@@ -1,8 +1,6 @@
 #include "dqlib/platform/paths.h"
 
-#include <gtest/gtest.h>
-
-#include "tests/support/rows.h"
+#include "tests/support/testing.h"
 
 namespace dq::platform {
 namespace {
@@ -19,19 +17,18 @@ TEST(Paths, HaveTheFormTheyShow) {
 }
 
 TEST(Paths, AreCutIntoDriveDirectoryNameAndExtension) {
-  for (const auto& [path, expected] : Rows<const char*, PathParts>{
-           {"c:\\bin\\tool.exe", {"c:", "\\bin\\", "tool", ".exe"}},
-           {"C:/bin\\a.b.c", {"C:", "/bin\\", "a.b", ".c"}},
-           {"c:tool", {"c:", "", "tool", ""}},
-           {"\\\\srv\\share\\x.y\\tool", {"", "\\\\srv\\share\\x.y\\", "tool", ""}},
-           {"/usr/lib.d/", {"", "/usr/lib.d/", "", ""}},
-           {"/home/.profile", {"", "/home/", "", ".profile"}},
-           {"", {"", "", "", ""}}}) {
-    const PathParts parts = SplitPath(path);
-    EXPECT_EQ(parts.drive, expected.drive) << path;
-    EXPECT_EQ(parts.directory, expected.directory) << path;
-    EXPECT_EQ(parts.name, expected.name) << path;
-    EXPECT_EQ(parts.extension, expected.extension) << path;
+  for (const auto& [path, expected] :
+       Rows<const char*, const char*>{{"c:\\bin\\tool.exe", "c:|\\bin\\|tool|.exe"},
+                                      {"C:/bin\\a.b.c", "C:|/bin\\|a.b|.c"},
+                                      {"c:tool", "c:||tool|"},
+                                      {"\\\\srv\\share\\x.y\\tool", "|\\\\srv\\share\\x.y\\|tool|"},
+                                      {"/usr/lib.d/", "|/usr/lib.d/||"},
+                                      {"/home/.profile", "|/home/||.profile"},
+                                      {"", "|||"}}) {
+    const auto [drive, directory, name, extension] = SplitPath(path);
+    std::ostringstream parts;
+    parts << drive << '|' << directory << '|' << name << '|' << extension;
+    EXPECT_EQ(parts.str(), expected);
   }
 }
 
@@ -52,34 +49,31 @@ TEST(Paths, AreJoinedWithWhatIsMissing) {
   EXPECT_EQ(MakePath("", "data", "a", "sql"), "data/a.sql");
   EXPECT_EQ(MakePath("", "data\\x", "a", ""), "data\\x\\a");
   EXPECT_EQ(MakePath("", "", "tool", "dqo"), "tool.dqo");
-
-  EXPECT_EQ(JoinPath("c:", "a"), "c:\\a");
-  EXPECT_EQ(JoinPath("c:\\", "a"), "c:\\a");
-  EXPECT_EQ(JoinPath("c:\\data", "\\a"), "c:\\data\\a");
-  EXPECT_EQ(JoinPath("/", "a"), "/a");
-  EXPECT_EQ(JoinPath("data", "a"), "data/a");
-  EXPECT_EQ(JoinPath("data", "a\\b"), "data\\a\\b");
-  EXPECT_EQ(JoinPath("", "a"), "a");
+  const Rows<const char*, const char*, const char*> rows = {
+      {"c:", "a", "c:\\a"}, {"c:\\", "a", "c:\\a"},  {"c:\\data", "\\a", "c:\\data\\a"},
+      {"/", "a", "/a"},     {"data", "a", "data/a"}, {"data", "a\\b", "data\\a\\b"},
+      {"", "a", "a"}};
+  for (const auto& [first, second, joined] : rows) EXPECT_EQ(JoinPath(first, second), joined);
 }
 
 TEST(Paths, AreMadeFullByTheirText) {
   using Text = const char*;
-  for (const auto& [path, current, full] :
-       Rows<Text, Text, Text>{{"c:\\data\\.\\x\\..\\a.sql", "/w", "c:\\data\\a.sql"},
-                              {"C:/data//a", "/w", "C:\\data\\a"},
-                              {"c:\\..\\..", "/w", "c:\\"},
-                              {"c:x", "/w", "c:\\x"},
-                              {"c:\\data\\", "/w", "c:\\data\\"},
-                              {"\\\\srv\\share\\..\\..\\a", "/w", "\\\\srv\\share\\a"},
-                              {"\\data\\..\\x", "/w", "\\x"},
-                              {"/a/./b/../../../c/", "/w", "/c/"},
-                              {"a\\b", "/w", "/w/a/b"},
-                              {"../x", "/w/v", "/w/x"},
-                              {"x", "/", "/x"},
-                              {".", "/w/", "/w"},
-                              {"..", "/", "/"},
-                              {"sub/x", "c:\\w", "c:\\w\\sub\\x"},
-                              {"...", "/w", "/w/..."}}) {
+  const Rows<Text, Text, Text> rows = {{"c:\\data\\.\\x\\..\\a.sql", "/w", "c:\\data\\a.sql"},
+                                       {"C:/data//a", "/w", "C:\\data\\a"},
+                                       {"c:\\..\\..", "/w", "c:\\"},
+                                       {"c:x", "/w", "c:\\x"},
+                                       {"c:\\data\\", "/w", "c:\\data\\"},
+                                       {"\\\\srv\\share\\..\\..\\a", "/w", "\\\\srv\\share\\a"},
+                                       {"\\data\\..\\x", "/w", "\\x"},
+                                       {"/a/./b/../../../c/", "/w", "/c/"},
+                                       {"a\\b", "/w", "/w/a/b"},
+                                       {"../x", "/w/v", "/w/x"},
+                                       {"x", "/", "/x"},
+                                       {".", "/w/", "/w"},
+                                       {"..", "/", "/"},
+                                       {"sub/x", "c:\\w", "c:\\w\\sub\\x"},
+                                       {"...", "/w", "/w/..."}};
+  for (const auto& [path, current, full] : rows) {
     EXPECT_EQ(FullPath(path, current), full) << path;
   }
 }

@@ -1,9 +1,6 @@
 #include "dqlib/platform/prompts.h"
 
-#include <algorithm>
 #include <fcntl.h>
-#include <functional>
-#include <gtest/gtest.h>
 #include <stdlib.h>
 #include <sys/ioctl.h>
 #include <sys/wait.h>
@@ -11,14 +8,14 @@
 
 #include "dqlib/platform/dialog_view.h"
 #include "dqlib/platform/platform.h"
-#include "tests/support/rows.h"
+#include "tests/support/testing.h"
 
 namespace dq::platform {
 namespace {
 
 using test::Rows;
 
-enum class Setting { kTerminal, kOnlyControllingTerminal, kBackground, kNoTerminal };
+enum Setting { kTerminal, kOnlyControllingTerminal, kBackground, kNoTerminal };
 
 struct Outcome {
   /// The button, or -1 if the child didn't answer in time.
@@ -45,11 +42,11 @@ std::string ReadAll(int descriptor) {
   alarm(20);  // an endless question ends as a failure
   setsid();
   const int nothing = open("/dev/null", O_RDONLY);
-  if (setting != Setting::kNoTerminal) ioctl(terminal, TIOCSCTTY, 0);
-  const bool standard = setting == Setting::kTerminal || setting == Setting::kBackground;
+  if (setting != kNoTerminal) ioctl(terminal, TIOCSCTTY, 0);
+  const bool standard = setting == kTerminal || setting == kBackground;
   dup2(standard ? terminal : nothing, STDIN_FILENO);
-  dup2(setting == Setting::kTerminal ? terminal : error_pipe, STDERR_FILENO);
-  if (setting == Setting::kBackground) {
+  dup2(setting == kTerminal ? terminal : error_pipe, STDERR_FILENO);
+  if (setting == kBackground) {
     const pid_t child = fork();
     if (child != 0) {
       int status = 0;
@@ -149,12 +146,12 @@ TEST(Prompts, DialogIsAskedControlByControlAndAgainWhileItStaysOpen) {
            {"bad\n\x04", 0, "<|bad|"},
            {"\n\n\n1\n1\n1\n1\n1\n1\n1\n1\n1\n1\n2\n\n\n", 0, "<|sa|"}}) {
     LoginDialog dialog;
-    const Outcome outcome = Ask(Setting::kTerminal, input, [&] { return dialog.Run(); });
+    const Outcome outcome = Ask(kTerminal, input, [&] { return dialog.Run(); });
     EXPECT_EQ(outcome.button, button) << input;
-    EXPECT_NE(outcome.terminal.find(state), std::string::npos) << outcome.terminal;
+    EXPECT_THAT(outcome.terminal, testing::HasSubstr(std::string(state)));
   }
   LoginDialog dialog;
-  const Outcome nobody = Ask(Setting::kNoTerminal, "", [&] { return dialog.Run(); });
+  const Outcome nobody = Ask(kNoTerminal, "", [&] { return dialog.Run(); });
   EXPECT_EQ(nobody.button, 0);
   EXPECT_TRUE(nobody.standard_error.starts_with("Log\x1bin\n<")) << nobody.standard_error;
 }
@@ -163,44 +160,37 @@ TEST(Prompts, AnswerIsAWordOrItsFirstLetterAndElseTheDefaultIsTaken) {
   constexpr UINT kNo = BOX_YES_NO | BOX_DEFAULT_SECOND;
   constexpr std::string_view kTenLines = "x\nx\nx\nx\nx\nx\nx\nx\nx\nx\ny\n";
   for (const auto& [setting, type, input, button] : Rows<Setting, UINT, std::string_view, int>{
-           {Setting::kTerminal, BOX_YES_NO_CANCEL, "n\n", BUTTON_NO},
-           {Setting::kTerminal, BOX_YES_NO_CANCEL, "cANCEL\n", BUTTON_CANCEL},
-           {Setting::kTerminal, BOX_ABORT_RETRY_IGNORE, " Retry \n", BUTTON_RETRY},
-           {Setting::kTerminal, BOX_YES_NO, "\n", BUTTON_YES},
-           {Setting::kTerminal, kNo, "\n", BUTTON_NO},
-           {Setting::kTerminal, kNo, "perhaps\nye\ny\n", BUTTON_YES},
-           {Setting::kTerminal, kNo, "\x04", BUTTON_NO},
-           {Setting::kTerminal, kNo, kTenLines, BUTTON_NO},
-           {Setting::kTerminal, BOX_YES_NO, "what\n\x04", BUTTON_YES},
-           {Setting::kTerminal, BOX_OK, "fine\n", BUTTON_OK},
-           {Setting::kOnlyControllingTerminal, kNo, "y\n", BUTTON_YES},
-           {Setting::kBackground, kNo, "y\n", BUTTON_NO},
-           {Setting::kNoTerminal, BOX_OK, "n\n", BUTTON_OK},
-           {Setting::kNoTerminal, BOX_OK_CANCEL | BOX_QUESTION, "n\n", BUTTON_OK},
-           {Setting::kNoTerminal, BOX_OK_CANCEL | BOX_DEFAULT_SECOND, "", BUTTON_CANCEL},
-           {Setting::kNoTerminal, BOX_ABORT_RETRY_IGNORE | BOX_DEFAULT_THIRD | BOX_STOP, "",
-            BUTTON_IGNORE},
-           {Setting::kNoTerminal, BOX_YES_NO_CANCEL | BOX_DEFAULT_SECOND, "", BUTTON_NO},
-           {Setting::kNoTerminal, BOX_YES_NO | BOX_DEFAULT_THIRD, "n\n", BUTTON_YES},
-           {Setting::kNoTerminal, BOX_RETRY_CANCEL, "", BUTTON_RETRY},
-           {Setting::kNoTerminal, BOX_OK | BOX_DEFAULT_SECOND, "", BUTTON_OK},
-           {Setting::kNoTerminal, 0xFFFFF00F, "", BUTTON_OK}}) {
+           {kTerminal, BOX_YES_NO_CANCEL, "n\n", BUTTON_NO},
+           {kTerminal, BOX_YES_NO_CANCEL, "cANCEL\n", BUTTON_CANCEL},
+           {kTerminal, BOX_ABORT_RETRY_IGNORE, " Retry \n", BUTTON_RETRY},
+           {kTerminal, BOX_YES_NO, "\n", BUTTON_YES},
+           {kTerminal, kNo, "\n", BUTTON_NO},
+           {kTerminal, kNo, "perhaps\nye\ny\n", BUTTON_YES},
+           {kTerminal, kNo, "\x04", BUTTON_NO},
+           {kTerminal, kNo, kTenLines, BUTTON_NO},
+           {kTerminal, BOX_YES_NO, "what\n\x04", BUTTON_YES},
+           {kTerminal, BOX_OK, "fine\n", BUTTON_OK},
+           {kOnlyControllingTerminal, kNo, "y\n", BUTTON_YES},
+           {kBackground, kNo, "y\n", BUTTON_NO},
+           {kNoTerminal, BOX_OK, "n\n", BUTTON_OK},
+           {kNoTerminal, BOX_OK_CANCEL | BOX_QUESTION, "n\n", BUTTON_OK},
+           {kNoTerminal, BOX_OK_CANCEL | BOX_DEFAULT_SECOND, "", BUTTON_CANCEL},
+           {kNoTerminal, BOX_ABORT_RETRY_IGNORE | BOX_DEFAULT_THIRD | BOX_STOP, "", BUTTON_IGNORE},
+           {kNoTerminal, BOX_YES_NO_CANCEL | BOX_DEFAULT_SECOND, "", BUTTON_NO},
+           {kNoTerminal, BOX_YES_NO | BOX_DEFAULT_THIRD, "n\n", BUTTON_YES},
+           {kNoTerminal, BOX_RETRY_CANCEL, "", BUTTON_RETRY},
+           {kNoTerminal, BOX_OK | BOX_DEFAULT_SECOND, "", BUTTON_OK},
+           {kNoTerminal, 0xFFFFF00F, "", BUTTON_OK}}) {
     SCOPED_TRACE(testing::Message() << static_cast<int>(setting) << ' ' << type << ' ' << input);
     const Outcome outcome = Show(setting, "Sure\x01?", type, input);
     EXPECT_EQ(outcome.button, button);
-    const bool asks = setting == Setting::kTerminal || setting == Setting::kOnlyControllingTerminal;
+    const bool asks = setting == kTerminal || setting == kOnlyControllingTerminal;
     EXPECT_EQ(outcome.terminal.find("Sure??") != std::string::npos, asks);
     EXPECT_EQ(outcome.standard_error, asks ? "" : "Sure\x01?\n");
   }
-  EXPECT_EQ(Show(Setting::kNoTerminal, "No such file\r\n", BOX_OK).standard_error,
-            "No such file\r\n");
-}
-
-TEST(Prompts, TerminalShowsTextAndButtonsAndIsNotSteered) {
-  const Outcome outcome =
-      Show(Setting::kTerminal, "a\r\nb\x1b[2Jc", BOX_YES_NO_CANCEL | 0x100, "\n");
-  EXPECT_NE(outcome.terminal.find("a\r\nb?[2Jc\r\nYes / [No] / Cancel: "), std::string::npos)
-      << outcome.terminal;
+  EXPECT_EQ(Show(kNoTerminal, "No such file\r\n", BOX_OK).standard_error, "No such file\r\n");
+  const Outcome outcome = Show(kTerminal, "a\r\nb\x1b[2Jc", BOX_YES_NO_CANCEL | 0x100, "\n");
+  EXPECT_THAT(outcome.terminal, testing::HasSubstr("a\r\nb?[2Jc\r\nYes / [No] / Cancel: "));
 }
 
 }  // namespace

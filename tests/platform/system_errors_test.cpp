@@ -1,12 +1,9 @@
 #include "dqlib/platform/system_errors.h"
 
-#include <cerrno>
-#include <cstring>
 #include <fcntl.h>
-#include <gtest/gtest.h>
-#include <thread>
 
 #include "dqlib/platform/posix/system_services.h"
+#include "tests/support/testing.h"
 
 namespace dq::platform {
 namespace {
@@ -35,12 +32,15 @@ TEST(SystemErrors, LastErrorIsThatOfTheThreadAndSurvivesAskingForTexts) {
 }
 
 TEST(ErrorFromErrno, KindFollowsWhatCallersDoAboutIt) {
-  EXPECT_TRUE(ErrorFromErrno(0).ok());
-  EXPECT_EQ(ErrorFromErrno(ENOENT).kind, ErrorKind::kNotFound);
-  EXPECT_EQ(ErrorFromErrno(EWOULDBLOCK).kind, ErrorKind::kBusy);
-  EXPECT_EQ(ErrorFromErrno(EOPNOTSUPP).kind, ErrorKind::kUnsupported);
-  EXPECT_EQ(ErrorFromErrno(EIO).kind, ErrorKind::kOther);
-  EXPECT_EQ(ErrorFromErrno(EIO).code, static_cast<DWORD>(EIO));
+  for (const auto& [number, kind] :
+       test::Rows<int, ErrorKind>{{0, ErrorKind::kNone},
+                                  {ENOENT, ErrorKind::kNotFound},
+                                  {EWOULDBLOCK, ErrorKind::kBusy},
+                                  {EOPNOTSUPP, ErrorKind::kUnsupported},
+                                  {EIO, ErrorKind::kOther}}) {
+    EXPECT_EQ(ErrorFromErrno(number).kind, kind) << number;
+    EXPECT_EQ(ErrorFromErrno(number).code, static_cast<DWORD>(number));
+  }
 }
 
 TEST(Network, LastErrorIsWhatTheThreadRecorded) {

@@ -1,12 +1,11 @@
 #include "dqlib/platform/system_facts.h"
 
 #include <ctime>
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include "dqlib/platform/platform.h"
-#include "tests/support/rows.h"
 #include "tests/support/temp_directory.h"
+#include "tests/support/testing.h"
 
 namespace dq::platform {
 namespace {
@@ -79,17 +78,10 @@ TEST(SystemFacts, TellsWhoAndWhere) {
 TEST(Clock, KnowsTheTimeOfDayInTheUsersZone) {
   const SYSTEMTIME time = System().clock->LocalTime();
   const std::time_t now = static_cast<std::time_t>(System().clock->SecondsSince1970());
-  std::tm parts{time.wSecond,
-                time.wMinute,
-                time.wHour,
-                time.wDay,
-                time.wMonth - 1,
-                time.wYear - 1900,
-                0,
-                0,
-                -1,
-                0,
-                nullptr};
+  std::tm parts{};
+  std::tie(parts.tm_sec, parts.tm_min, parts.tm_hour, parts.tm_mday, parts.tm_mon, parts.tm_year,
+           parts.tm_isdst) = std::tuple(time.wSecond, time.wMinute, time.wHour, time.wDay,
+                                        time.wMonth - 1, time.wYear - 1900, -1);
   EXPECT_NEAR(std::difftime(now, std::mktime(&parts)), 0, 60);
   EXPECT_EQ(parts.tm_wday, time.wDayOfWeek);
   EXPECT_LT(time.wMilliseconds, 1000);

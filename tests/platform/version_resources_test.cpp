@@ -1,10 +1,8 @@
 #include "dqlib/platform/version_resources.h"
 
-#include <gtest/gtest.h>
-#include <vector>
-
 #include "dqlib/platform/platform.h"
 #include "tests/support/temp_directory.h"
+#include "tests/support/testing.h"
 
 namespace dq::platform {
 namespace {
