@@ -22,35 +22,49 @@ constexpr int kDeepest = 512;
 
 platform::Registry& Registry() { return *platform::Current().registry; }
 
+enum class Outcome { kMoved, kUnread, kTooDeep };
+
+/// `kMoved` at the end of an enumeration, `kUnread` where it could not be told what is left.
+Outcome AtEnd(const platform::Error& error) {
+  return error.kind == platform::ErrorKind::kNotFound ? Outcome::kMoved : Outcome::kUnread;
+}
+
 /// Moves values until none is left, or one is met that is too large or refused, which stays.
-void MoveValues(HKEY source, HKEY target) {
+Outcome MoveValues(HKEY source, HKEY target) {
   for (;;) {
     const auto value = Registry().EnumValue(source, 0);
-    if (!value.ok()) return;
-    if (IsTooLargeToMove(value.value)) return;
+    if (!value.ok()) return AtEnd(value.error);
+    if (IsTooLargeToMove(value.value)) return Outcome::kMoved;
     const auto& [name, type, data] = value.value;
-    if (!Registry().SetValue(target, name, type, data).ok()) return;
+    if (!Registry().SetValue(target, name, type, data).ok()) return Outcome::kMoved;
     // A value that can't be deleted would be found again for ever.
-    if (!Registry().DeleteValue(source, name).ok()) return;
+    if (!Registry().DeleteValue(source, name).ok()) return Outcome::kMoved;
   }
 }
 
-/// False if the keys are nested too deep, which those are that a key is moved below itself.
-bool MoveKey(HKEY source, HKEY target, int depth) {
-  if (depth == kDeepest) return false;
-  MoveValues(source, target);
+/// `kTooDeep` also where a key is moved below itself, which has no end.
+Outcome MoveKey(HKEY source, HKEY target, int depth) {
+  if (depth == kDeepest) return Outcome::kTooDeep;
+  const Outcome values = MoveValues(source, target);
+  if (values != Outcome::kMoved) return values;
   for (;;) {
     const auto name = Registry().EnumKey(source, 0);
-    if (!name.ok()) return true;
+    if (!name.ok()) return AtEnd(name.error);
     {
       const RegistryKey to(Registry().CreateKey(target, name.value));
       const RegistryKey from(Registry().CreateKey(source, name.value));
-      if (!to.ok() || !from.ok()) return true;
-      if (!MoveKey(from.get(), to.get(), depth + 1)) return false;
+      if (!to.ok() || !from.ok()) return Outcome::kMoved;
+      const Outcome below = MoveKey(from.get(), to.get(), depth + 1);
+      if (below != Outcome::kMoved) return below;
     }
     // With the values that stayed in it. A key that can't be deleted would be found again for ever.
-    if (!Registry().DeleteKey(source, name.value).ok()) return true;
+    if (!Registry().DeleteKey(source, name.value).ok()) return Outcome::kMoved;
   }
+}
+
+/// Onto itself, a move would set each value and then delete it.
+Outcome Move(HKEY source, HKEY target) {
+  return Registry().IsSameKey(source, target) ? Outcome::kMoved : MoveKey(source, target, 0);
 }
 
 /// The path with one `\` between its names and none around them.
@@ -72,18 +86,16 @@ bool LeadsThrough(std::string_view below, std::string_view above) {
          platform::EqualIgnoringCase(below.substr(0, above.size()), above);
 }
 
-BOOL Rename(HKEY root, const std::string& old_name, const std::string& new_name) {
-  BOOL moved = 0;
+bool Rename(HKEY root, const std::string& old_name, const std::string& new_name) {
   {
     const RegistryKey from(Registry().OpenKey(root, old_name));
-    if (!from.ok()) return 0;
+    if (!from.ok()) return false;
     const RegistryKey to(Registry().CreateKey(root, new_name));
-    if (!to.ok()) return 0;
-    moved = DQLIB_CopyRegistryKey(from.get(), to.get());
+    if (!to.ok() || Move(from.get(), to.get()) != Outcome::kMoved) return false;
   }
   // The move is what counts; an empty key that stays is found by whoever looks.
-  if (moved) Registry().DeleteKey(root, old_name);
-  return moved;
+  Registry().DeleteKey(root, old_name);
+  return true;
 }
 
 }  // namespace
@@ -107,13 +119,12 @@ void DQLIB_AppWriteValueInRegistry(HKEY root, const char* path, const char* name
 }
 
 BOOL DQLIB_CopyRegistryKey(HKEY source, HKEY target) try {
-  // Onto itself, a move would set each value and then delete it.
-  return Registry().IsSameKey(source, target) || MoveKey(source, target, 0);
+  return Move(source, target) != Outcome::kTooDeep;
 } catch (const std::bad_alloc&) {
   return 0;
 }
 
-BOOL DQLIB_RenameRegistryItem(HKEY root, const char* old_name, const char* new_name) {
+BOOL DQLIB_RenameRegistryItem(HKEY root, const char* old_name, const char* new_name) try {
   if (old_name == nullptr || new_name == nullptr) return 0;
   const std::string from = Normalized(old_name);
   const std::string to = Normalized(new_name);
@@ -123,6 +134,8 @@ BOOL DQLIB_RenameRegistryItem(HKEY root, const char* old_name, const char* new_n
   if (!platform::EqualIgnoringCase(from, to)) return Rename(root, from, to);
   const std::string temporary = to + std::to_string(platform::Current().clock->SecondsSince1970());
   return Rename(root, from, temporary) && Rename(root, temporary, to);
+} catch (const std::bad_alloc&) {
+  return 0;
 }
 
 bool IsTooLargeToMove(const platform::RegistryValue& value) {

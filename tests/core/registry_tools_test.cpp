@@ -146,5 +146,37 @@ TEST(RegistryMoves, AStoreThatRefusesEndsTheMoveWhichIsNoFailure) {
   EXPECT_FALSE(DQLIB_CopyRegistryKey(from, below)) << "a move into itself ends";
 }
 
+TEST(RegistryMoves, WhatCannotBeReadIsNeitherMovedNorLost) {
+  struct Unreadable : test::MemoryRegistry {
+    platform::Result<platform::RegistryValue> EnumValue(HKEY key, std::size_t index) override {
+      if (--reads_left == 0) return platform::Error{platform::ErrorKind::kBusy, 16};
+      return MemoryRegistry::EnumValue(key, index);
+    }
+    platform::Result<std::string> EnumKey(HKEY key, std::size_t index) override {
+      if (--reads_left == 0) return platform::Error{platform::ErrorKind::kBusy, 16};
+      return MemoryRegistry::EnumKey(key, index);
+    }
+    int reads_left = 0;
+  };
+  for (const char* target : {"to", "FROM"}) {
+    bool failed = true;
+    for (int read = 1; failed; ++read) {
+      Unreadable registry;
+      const platform::ScopedPlatform scope(test::With(&platform::Platform::registry, &registry));
+      for (const char* path : {"from", "from\\sub", "from\\sub\\low"}) {
+        registry.SetValue(registry.CreateKey(kCurrentUser, path).value, path, REGISTRY_BINARY, "1");
+      }
+      registry.reads_left = read;
+      const BOOL renamed = DQLIB_RenameRegistryItem(kCurrentUser, "from", target);
+      failed = registry.reads_left <= 0;
+      EXPECT_EQ(renamed, failed ? 0 : 1) << read;
+      registry.reads_left = 0;
+      std::size_t values = 0;
+      for (const auto& [path, found] : Dump(registry)) values += found.size();
+      EXPECT_EQ(values, 3U) << target << ", read " << read;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace dq
