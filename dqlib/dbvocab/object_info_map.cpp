@@ -1,6 +1,8 @@
 #include "dqlib/dbvocab/object_info_map.h"
 
 #include <memory>
+#include <new>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -17,6 +19,33 @@ void ShowFailure(UINT text_id, const char* path, const CException& error) {
   CString text;
   text.Format(text_id, path, cause);
   AfxMessageBox(text, BOX_STOP);
+}
+
+/// Whether `work` came to its end; if not, the person is told why.
+template <typename Work>
+bool Tried(UINT text_id, const char* path, Work work) {
+  try {
+    work();
+    return true;
+  } catch (const CException& error) {
+    ShowFailure(text_id, path, error);
+  } catch (const std::bad_alloc&) {
+    constexpr auto kNoMemory = static_cast<LONG>(std::errc::not_enough_memory);
+    ShowFailure(text_id, path, CFileException(CFileException::generic, kNoMemory));
+  }
+  return false;
+}
+
+/// Opens a file or tells why it can't be; 0 for what is told of one that isn't there tells nothing.
+bool Opened(CFile& file, const char* path, UINT flags, UINT text_id, UINT missing_id) {
+  CFileException failure;
+  BOOL opened = 0;
+  if (!Tried(text_id, path, [&] { opened = file.Open(path, flags, &failure); })) return false;
+  if (opened) return true;
+  const bool missing = failure.m_cause == CFileException::fileNotFound;
+  const UINT told = missing ? missing_id : text_id;
+  if (told != 0) ShowFailure(told, path, failure);
+  return false;
 }
 
 struct LoadedEntry {
@@ -86,72 +115,55 @@ void CDBObjectInfoMap::Serialize(CArchive& archive) {
     return;
   }
   std::vector<LoadedEntry> entries = ReadEntries(archive);
-  Reserve(static_cast<std::size_t>(GetCount()) + entries.size());
-  for (LoadedEntry& entry : entries) Insert(entry.key, entry.object.release());
+  CDBObjectInfoMap loaded;
+  loaded.Reserve(entries.size());
+  for (LoadedEntry& entry : entries) loaded.Insert(entry.key, entry.object.release());
+  ExchangeAll(loaded);
 }
 
 bool CDBObjectInfoMap::Save(const char* path) {
   CReplacingFile file;
-  CFileException failure;
   constexpr UINT kFlags = CFile::modeCreate | CFile::shareExclusive | CFile::modeReadWrite;
-  if (!file.Open(path, kFlags, &failure)) {
-    ShowFailure(IDS_OBJECT_MAP_CREATE_FAILED, path, failure);
-    return false;
-  }
-  return Write(file);
+  constexpr UINT kFailed = IDS_OBJECT_MAP_CREATE_FAILED;
+  return Opened(file, path, kFlags, kFailed, kFailed) && Write(file, path);
 }
 
 bool CDBObjectInfoMap::Load(const char* path) {
   CFile file;
-  CFileException failure;
-  if (!file.Open(path, CFile::modeRead | CFile::shareDenyWrite, &failure)) {
-    if (failure.m_cause == CFileException::fileNotFound) return false;
-    ShowFailure(IDS_OBJECT_MAP_OPEN_FAILED, path, failure);
-    return false;
-  }
-  return Read(file);
+  constexpr UINT kFlags = CFile::modeRead | CFile::shareDenyWrite;
+  return Opened(file, path, kFlags, IDS_OBJECT_MAP_OPEN_FAILED, 0) && Read(file, path);
 }
 
 bool CDBObjectInfoMap::Update(const char* path, const std::function<void()>& change) {
   CReplacingFile file;
-  CFileException failure;
   constexpr UINT kFlags = CFile::modeCreate | CFile::modeNoTruncate | CFile::shareExclusive |
                           CFile::shareWait | CFile::modeReadWrite;
-  if (!file.Open(path, kFlags, &failure)) {
-    const bool missing = failure.m_cause == CFileException::fileNotFound;
-    ShowFailure(missing ? IDS_OBJECT_MAP_CREATE_FAILED : IDS_OBJECT_MAP_OPEN_FAILED, path, failure);
+  if (!Opened(file, path, kFlags, IDS_OBJECT_MAP_OPEN_FAILED, IDS_OBJECT_MAP_CREATE_FAILED) ||
+      !Read(file, path)) {
     return false;
   }
-  if (!Read(file)) return false;
   change();
-  return Write(file);
+  return Write(file, path);
 }
 
-bool CDBObjectInfoMap::Read(CFile& file) {
-  try {
-    if (file.GetLength() > 0) {
-      CArchive archive(&file, CArchive::load);
-      Serialize(archive);
-    }
-  } catch (const CException& error) {
-    ShowFailure(IDS_OBJECT_MAP_READ_FAILED, file.GetFilePath(), error);
-    return false;
-  }
+bool CDBObjectInfoMap::Read(CFile& file, const char* path) {
+  const auto read = [&] {
+    if (file.GetLength() == 0) return;
+    CArchive archive(&file, CArchive::load);
+    Serialize(archive);
+  };
+  if (!Tried(IDS_OBJECT_MAP_READ_FAILED, path, read)) return false;
   m_bLoaded = true;
   return true;
 }
 
-bool CDBObjectInfoMap::Write(CReplacingFile& file) {
-  try {
+bool CDBObjectInfoMap::Write(CReplacingFile& file, const char* path) {
+  return Tried(IDS_OBJECT_MAP_WRITE_FAILED, path, [&] {
     CArchive archive(&file, CArchive::store);
     Serialize(archive);
     archive.Close();
     file.Close();
-  } catch (const CException& error) {
-    ShowFailure(IDS_OBJECT_MAP_WRITE_FAILED, file.GetFilePath(), error);
-    return false;
-  }
-  return true;
+  });
 }
 
 }  // namespace dq

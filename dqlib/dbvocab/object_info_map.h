@@ -54,8 +54,8 @@ class CDBObjectInfoMap : public CMapStringToOb {
   void Serialize(CArchive& archive) override;
 
  private:
-  bool Read(CFile& file);
-  bool Write(CReplacingFile& file);
+  bool Read(CFile& file, const char* path);
+  bool Write(CReplacingFile& file, const char* path);
 
   bool m_bLoaded = false;
 };

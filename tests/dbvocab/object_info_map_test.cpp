@@ -1,23 +1,14 @@
 #include "dqlib/dbvocab/object_info_map.h"
 
-#include <cerrno>
-#include <cstdint>
-#include <filesystem>
-#include <gtest/gtest.h>
-#include <string>
-#include <string_view>
-#include <tuple>
-#include <vector>
-
 #include "dqlib/framework/base/archive.h"
 #include "dqlib/platform/posix/system_services.h"
+#include "tests/support/failing_memory.h"
 #include "tests/support/failing_system_calls.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/forwarding_files.h"
-#include "tests/support/own_service.h"
-#include "tests/support/rows.h"
 #include "tests/support/scripted_prompts.h"
 #include "tests/support/temp_directory.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
@@ -89,20 +80,15 @@ TEST_F(ObjectInfoMapTest, FileHasTheFormOfEarlierReleasesByteForByte) {
 
 TEST_F(ObjectInfoMapTest, FileIsTheOldOrTheNewOneWheneverSavingEnds) {
   struct Dying : test::FailingSystemCalls {
-    int Sync(int fd) override { return Next() ? test::FailingSystemCalls::Sync(fd) : -1; }
+    int Sync(int fd) override { return Next(), test::FailingSystemCalls::Sync(fd); }
     int Rename(const char* from, const char* to) override {
-      return Next() ? test::FailingSystemCalls::Rename(from, to) : -1;
+      return Next(), test::FailingSystemCalls::Rename(from, to);
     }
     ssize_t Write(int fd, const void* data, std::size_t size) override {
-      WriteAtMost(20);
-      return Next() ? test::FailingSystemCalls::Write(fd, data, size) : -1;
+      return Next(), test::FailingSystemCalls::Write(fd, data, size);
     }
-    int Truncate(int fd, off_t size) override {
-      return Next() ? test::FailingSystemCalls::Truncate(fd, size) : -1;
-    }
-    bool Next() {
+    void Next() {
       if (--calls_left == 0) ::_exit(0);
-      return true;
     }
     int calls_left = 0;
   };
@@ -110,72 +96,81 @@ TEST_F(ObjectInfoMapTest, FileIsTheOldOrTheNewOneWheneverSavingEnds) {
   CDBObjectInfoMap map;
   FillWithKnown(map);
   Dying calls;
+  calls.WriteAtMost(20);
   const auto files = platform::posix::MakeFiles(calls);
   const platform::ScopedPlatform scope(test::With(&platform::Platform::files, files.get()));
-  const auto save = [&] {
-    files_.Put("map", old);
-    return map.Save((files_ / "map").c_str());
-  };
+  // Dies at each call in turn.
   int died = 0;
   for (bool done = false; !done; ++died) {
+    const std::string path = files_.Put("map", old);
     test::ForkedProcess child([&] {
       calls.calls_left = died + 1;
-      if (save()) ::_exit(1);
+      if (map.Save(path.c_str())) ::_exit(1);
     });
     done = !child.EndsWell();
     const std::string now = files_.Get("map");
     EXPECT_TRUE(now == kKnownFile || (!done && now == old)) << died;
   }
   EXPECT_GT(died, 7) << "writes, a sync and a rename";
-
-  bool failed = true;
-  for (int call = 1; failed; ++call) {
-    prompts_.shown.clear();
-    calls.Fail(call, ENOSPC);
-    const bool saved = save();
-    failed = calls.failed();
-    calls.Fail(0, 0);
-    const std::string now = files_.Get("map");
-    EXPECT_TRUE(now == kKnownFile || (!saved && now == old)) << call;
-    EXPECT_EQ(prompts_.shown.size(), saved ? 0U : 1U) << call;
+  // Each call fails in turn, and each allocation.
+  for (const bool of_memory : {false, true}) {
+    bool failed = true;
+    for (int number = 1; failed; ++number) {
+      prompts_.shown.clear();
+      const std::string path = files_.Put("map", old);
+      of_memory ? test::FailAllocation(number) : calls.Fail(number, ENOSPC);
+      const bool saved = map.Save(path.c_str());
+      failed = of_memory ? test::AllocationFailed() : calls.failed();
+      calls.Fail(0, 0);
+      const std::string now = files_.Get("map");
+      EXPECT_TRUE(now == kKnownFile || (!saved && now == old)) << number;
+      EXPECT_EQ(prompts_.shown.size(), saved ? 0U : 1U) << number;
+    }
   }
   calls.LeaveRoom(50);
-  EXPECT_FALSE(save());
-  EXPECT_EQ(files_.Get("map"), old);
   EXPECT_FALSE(map.Save((files_ / "new").c_str()));
   EXPECT_EQ(files_.Get("new"), "(none)");
 }
 
-TEST_F(ObjectInfoMapTest, SavingKeepsOthersOutAndLinkAndModeOfTheFile) {
+TEST_F(ObjectInfoMapTest, LoadingIsAllOrNothingWithoutMemoryToo) {
+  const std::string path = files_.Put("map", kKnownFile);
+  bool failed = true;
+  std::string told;
+  for (int number = 1; failed; ++number) {
+    CDBObjectInfoMap map;
+    map.Insert("r", new CDBObjectInfo(OT_INDEX, "old", "old"));
+    prompts_.shown.clear();
+    test::FailAllocation(number);
+    const bool loaded = map.Load(path.c_str());
+    failed = test::AllocationFailed();
+    EXPECT_EQ(Contents(map), loaded ? "a= r=O.N b=. \xE4x=own.name " : "r=old.old ") << number;
+    EXPECT_EQ(map.IsLoaded(), loaded);
+    EXPECT_EQ(prompts_.shown.size(), loaded ? 0U : 1U) << number;
+    if (!loaded) told = prompts_.shown.at(0).text;
+  }
+  EXPECT_EQ(told, Failure("read", path, "Cannot allocate memory").text);
+}
+
+TEST_F(ObjectInfoMapTest, SavingKeepsOthersOutUntilTheFileIsReplaced) {
   struct Watched : test::ForwardingFiles {
-    platform::Result<HANDLE> Open(std::string_view path,
-                                  const platform::OpenOptions& options) override {
-      EXPECT_TRUE(options.read && options.write && options.create && options.deny_read);
-      return ForwardingFiles::Open(path, options);
-    }
     platform::Error ReplaceAndClose(HANDLE file, std::string_view bytes) override {
-      EXPECT_EQ(ForwardingFiles::Open(watched_path, {}).error.kind, platform::ErrorKind::kBusy);
+      EXPECT_EQ(ForwardingFiles::Open(path, {}).error.kind, platform::ErrorKind::kBusy);
       return ForwardingFiles::ReplaceAndClose(file, bytes);
     }
-    std::string watched_path;
+    std::string path;
   };
   Watched watched;
-  watched.watched_path = files_.Put("map", "old");
-  ::chmod(watched.watched_path.c_str(), 0640);
-  ASSERT_EQ(::symlink("map", (files_ / "link").c_str()), 0);
+  watched.path = files_.Put("map", "old");
   CDBObjectInfoMap map;
   FillWithKnown(map);
   {
     const platform::ScopedPlatform scope(test::With(&platform::Platform::files, &watched));
-    EXPECT_TRUE(map.Save((files_ / "link").c_str()));
+    EXPECT_TRUE(map.Save(watched.path.c_str()));
   }
-  EXPECT_TRUE(std::filesystem::is_symlink(files_ / "link"));
   EXPECT_EQ(files_.Get("map"), kKnownFile);
-  EXPECT_EQ(files_.Mode("map"), 0640u);
-  const CFile reader(watched.watched_path.c_str(), CFile::modeRead);
-  EXPECT_FALSE(map.Save(watched.watched_path.c_str()));
-  EXPECT_EQ(prompts_.shown,
-            (std::vector{Failure("create", watched.watched_path, "The file is in use")}));
+  const CFile reader(watched.path.c_str(), CFile::modeRead);
+  EXPECT_FALSE(map.Save(watched.path.c_str()));
+  EXPECT_EQ(prompts_.shown, std::vector{Failure("create", watched.path, "The file is in use")});
 }
 
 TEST_F(ObjectInfoMapTest, UpdateHoldsTheFileAndWritesOverNothingUnread) {
@@ -233,29 +228,12 @@ TEST_F(ObjectInfoMapTest, WhatIsDroppedIsDeleted) {
   EXPECT_TRUE(map.IsEmpty());
 }
 
-TEST_F(ObjectInfoMapTest, WalkSkipsWhatWasRemovedBehindIt) {
-  CMapStringToOb map;
-  for (const char* key : {"a", "b", "r"}) map.SetAt(key, nullptr);
-  std::string walked;
-  for (POSITION position = map.GetStartPosition(); position != nullptr;) {
-    CString key;
-    CObject* object = nullptr;
-    map.GetNextAssoc(position, key, object);
-    walked += key;
-    EXPECT_TRUE(map.RemoveKey(key));
-    EXPECT_FALSE(map.RemoveKey(key));
-    map.SetAt("new", nullptr);
-  }
-  EXPECT_EQ(walked, "rab");
-  EXPECT_EQ(map.GetCount(), 1);
-}
-
 TEST_F(ObjectInfoMapTest, FileThatDoesNotHoldAMapChangesNothing) {
   const std::string object = "\xFF\xFF\1\0\x0D\0CDBObjectInfo\1\0\0\0"s;
   constexpr const char* kTooSoon = "The file ended too soon";
   constexpr const char* kBadClass = "The file has an object of an unexpected class";
   constexpr const char* kNoObject = "The file refers to an object that it does not have";
-  std::vector<std::tuple<std::string, std::string>> rows = {
+  std::vector<std::pair<std::string, std::string>> rows = {
       {"\xFF\xFF\xFF\xFF\xFF\xFF"s + std::string(100, '\0'), kTooSoon},
       {"\1\0\1k\xFF\xFF\1\0\7\0Unknown\0\0"s, kBadClass},
       {"\1\0\1k\xFF\xFF\0\0\x0E\0CMapStringToOb\0\0"s, kBadClass},
@@ -318,20 +296,6 @@ TEST_F(ObjectInfoMapTest, FailuresOfTheSystemAreShownWithTheirCause) {
                          Failure("write", files_ / "full", "The disk is full"),
                          Failure("read", known, "The disk is full")}));
   EXPECT_EQ(map.GetCount(), 4);
-}
-
-TEST(Exceptions, WordsAreCutToTheBuffer) {
-  for (const auto& [size, expected] :
-       test::Rows<UINT, std::string>{{255, "Too many files are open"}, {9, "Too many"}, {1, ""}}) {
-    char text[255] = "?";
-    UINT help_id = 0;
-    EXPECT_TRUE(CFileException(CFileException::tooManyOpenFiles).GetErrorMessage(text, size));
-    EXPECT_EQ(text, expected);
-    EXPECT_FALSE(CException().GetErrorMessage(text, size, &help_id));
-    EXPECT_STREQ(text, "");
-    EXPECT_TRUE(CArchiveException(99).GetErrorMessage(text, size, &help_id));
-    EXPECT_EQ(help_id, 61861U) << "what is no cause is an error without one";
-  }
 }
 
 }  // namespace

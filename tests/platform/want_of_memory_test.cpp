@@ -3,44 +3,9 @@
 #include <unistd.h>
 
 #include "dqlib/platform/posix/system_services.h"
+#include "tests/support/failing_memory.h"
 #include "tests/support/registry_user.h"
 #include "tests/support/scripted_prompts.h"
-
-namespace {
-
-/// The allocation of this thread that fails, counted down; 0 for none.
-thread_local int t_countdown = 0;
-thread_local bool t_failed = false;
-
-void* Allocate(std::size_t size) noexcept {
-  if (t_countdown > 0 && --t_countdown == 0) {
-    t_failed = true;
-    return nullptr;
-  }
-  return std::malloc(size > 0 ? size : 1);
-}
-
-void* AllocateOrThrow(std::size_t size) {
-  void* const memory = Allocate(size);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-
-}  // namespace
-
-// Not inline, or the compiler sees memory of one kind given back as another.
-[[gnu::noinline]] void* operator new(std::size_t size) { return AllocateOrThrow(size); }
-[[gnu::noinline]] void* operator new[](std::size_t size) { return AllocateOrThrow(size); }
-[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  return Allocate(size);
-}
-[[gnu::noinline]] void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-  return Allocate(size);
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete[](void* memory) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
 
 namespace dq::platform::posix {
 namespace {
@@ -121,11 +86,9 @@ TEST(WantOfMemory, IsAnErrorThatChangesNothing) {
       SCOPED_TRACE(::testing::Message() << what << " at " << allocation);
       Fixture fixture(prepared);
       if (before.empty()) before = fixture.State();
-      t_failed = false;
-      t_countdown = allocation;
+      test::FailAllocation(allocation);
       const Error error = run(fixture);
-      t_countdown = 0;
-      failed = t_failed;
+      failed = test::AllocationFailed();
       EXPECT_TRUE(failed || error.ok());
       if (error.ok()) continue;
       EXPECT_EQ(error.code, DWORD{ENOMEM});

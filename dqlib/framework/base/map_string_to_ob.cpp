@@ -48,6 +48,17 @@ CObject* CMapStringToOb::Exchange(const char* key, CObject* object) {
   return nullptr;
 }
 
+void CMapStringToOb::ExchangeAll(CMapStringToOb& other) {
+  m_entries.reserve(m_entries.size() + other.m_entries.size());
+  // From here on nothing needs memory.
+  for (auto& [key, entry] : other.m_entries) entry.number += m_nNext;
+  m_nNext += other.m_nNext;
+  m_entries.merge(other.m_entries);
+  for (auto& [key, entry] : other.m_entries) {
+    std::swap(m_entries.find(key)->second.object, entry.object);
+  }
+}
+
 bool CMapStringToOb::RemoveKey(const char* key) {
   const auto found = m_entries.find(detail::OrEmpty(key));
   if (found == m_entries.end()) return false;

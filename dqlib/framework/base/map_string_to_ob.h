@@ -53,6 +53,9 @@ class CMapStringToOb : public CObject {
  protected:
   /// `SetAt`, which returns the object that the key had; null if it had none.
   CObject* Exchange(const char* key, CObject* object);
+  /// `Exchange` for each key of another map, in the order in which they were added there; all of
+  /// them or, if memory has no room, none. The other one keeps what was exchanged.
+  void ExchangeAll(CMapStringToOb& other);
   /// Calls `visit(object)` for each object, in no order.
   template <typename Visit>
   void VisitObjects(Visit visit) const {
