@@ -10,17 +10,16 @@ namespace {
 
 constexpr std::size_t kLastLengthBit = 31;
 
-constexpr auto kAsIs = [](char character) { return character; };
-constexpr auto kUpper = [](char character) { return platform::AsciiUpper(character); };
-
 std::uint32_t LengthBit(std::size_t length) {
   return std::uint32_t{1} << std::min(length, kLastLengthBit);
 }
 
-template <typename Fold>
-std::size_t HashOf(std::string_view text, Fold fold) {
+/// The same for every case of a text.
+std::size_t HashOf(std::string_view text) {
   std::uint64_t hash = text.size();
-  for (const char each : text) hash = hash * 31 + static_cast<unsigned char>(fold(each));
+  for (const char each : text) {
+    hash = hash * 31 + static_cast<unsigned char>(platform::AsciiUpper(each));
+  }
   return static_cast<std::size_t>((hash * 0x9E3779B97F4A7C15U) >> 40);
 }
 
@@ -40,30 +39,25 @@ void SqlWordSet::Fill(const CStringList& words) {
   for (std::size_t place = 1; place <= words_.size(); ++place) {
     const std::string& word = words_[place - 1];
     lengths_[static_cast<unsigned char>(word.front())] |= LengthBit(word.size());
-    std::size_t slot = HashOf(word, kAsIs) & (slots_.size() - 1);
+    std::size_t slot = HashOf(word) & (slots_.size() - 1);
     while (slots_[slot] != 0) slot = (slot + 1) & (slots_.size() - 1);
     slots_[slot] = static_cast<std::uint16_t>(place);
   }
 }
 
-template <typename Fold>
-bool SqlWordSet::Has(std::string_view text, Fold fold) const {
+bool SqlWordSet::ContainsUpperOf(std::string_view text) const {
   if (text.empty()) return false;
-  const auto first = static_cast<unsigned char>(fold(text.front()));
+  const auto first = static_cast<unsigned char>(platform::AsciiUpper(text.front()));
   if ((lengths_[first] & LengthBit(text.size())) == 0) return false;
-  for (std::size_t slot = HashOf(text, fold);; ++slot) {
+  for (std::size_t slot = HashOf(text);; ++slot) {
     const std::uint16_t place = slots_[slot & (slots_.size() - 1)];
     if (place == 0) return false;
     const std::string& word = words_[place - 1u];
     if (std::equal(text.begin(), text.end(), word.begin(), word.end(),
-                   [fold](char mine, char its) { return fold(mine) == its; })) {
+                   [](char mine, char its) { return platform::AsciiUpper(mine) == its; })) {
       return true;
     }
   }
 }
-
-bool SqlWordSet::Contains(std::string_view text) const { return Has(text, kAsIs); }
-
-bool SqlWordSet::ContainsUpperOf(std::string_view text) const { return Has(text, kUpper); }
 
 }  // namespace dq::detail

@@ -19,15 +19,10 @@ class SqlWordSet {
   /// Takes the words of a list instead of those it has.
   void Fill(const CStringList& words);
 
-  /// Whether the very text is one of the words.
-  bool Contains(std::string_view text) const;
   /// Whether the text is one of the words once its ASCII letters are in upper case.
   bool ContainsUpperOf(std::string_view text) const;
 
  private:
-  template <typename Fold>
-  bool Has(std::string_view text, Fold fold) const;
-
   std::vector<std::string> words_;
   /// Open addressing with room to spare: places in `words_` from 1 on; 0 is free.
   std::vector<std::uint16_t> slots_;

@@ -1,18 +1,11 @@
 // The creation templates of resources/templates/, as the options lead to them.
 
-#include <algorithm>
-#include <filesystem>
 #include <regex>
-#include <set>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "dqlib/dbvocab/object_info.h"
-#include "gmock/gmock.h"
-#include "gtest/gtest.h"
 #include "siblings/options/options_server.h"
 #include "tests/support/own_settings.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {

@@ -1,11 +1,7 @@
 #include "dqlib/dbvocab/db_utility.h"
 
-#include <filesystem>
-#include <gtest/gtest.h>
-#include <string>
-
-#include "tests/support/rows.h"
 #include "tests/support/temp_directory.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
@@ -13,11 +9,7 @@ namespace {
 std::string g_reports;
 
 int Record(int code, const char* text) {
-  if (g_reports.empty() && text != nullptr) {
-    g_reports = text;
-  } else {
-    g_reports += "|" + std::to_string(code);
-  }
+  g_reports += g_reports.empty() && text != nullptr ? text : "|" + std::to_string(code);
   return 0;
 }
 

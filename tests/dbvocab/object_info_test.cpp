@@ -1,12 +1,5 @@
 #include "dqlib/dbvocab/object_info.h"
 
-#include <algorithm>
-#include <filesystem>
-#include <gtest/gtest.h>
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include "dqlib/dbvocab/object_info_dialog.h"
 #include "dqlib/dbvocab/object_type_list.h"
 #include "dqlib/dbvocab/sql_string.h"
@@ -14,8 +7,8 @@
 #include "siblings/options/options_server.h"
 #include "tests/support/main_window.h"
 #include "tests/support/own_settings.h"
-#include "tests/support/rows.h"
 #include "tests/support/scripted_prompts.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
