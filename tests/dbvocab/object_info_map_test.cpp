@@ -14,7 +14,6 @@ namespace dq {
 namespace {
 
 using namespace std::string_literals;
-using testing::ShownBox;
 
 /// Keys "a" and "r" share a bucket, and so do "b" and the one whose first byte counts as negative.
 const std::string kKnownFile =
@@ -23,132 +22,110 @@ const std::string kKnownFile =
     "\1a\0\0"
     "\2\xE4x\1\x80\x28\0\0\0\3own\4name"
     "\1b\1\x80\xFF\xFF\xFF\xFF\0\0"s;
-
-void FillWithKnown(CDBObjectInfoMap& map) {
-  map.Insert("a", nullptr);
-  map.Insert("b", new CDBObjectInfo);
-  map.Insert("r", new CDBObjectInfo(OT_INDEX, "replaced", "replaced"));
-  map.Insert("\xE4x", new CDBAObjectInfo(OT_VIEW, "own", "name", "datasource"));
-  map.Insert("r", new CDBObjectInfo(OT_TABLE, "O", "N"));
-}
-
-/// "key=owner.name " for each entry, in order.
-std::string Contents(const CDBObjectInfoMap& map) {
-  std::string contents;
-  for (POSITION position = map.GetStartPosition(); position != nullptr;) {
-    CString key;
-    CObject* object = nullptr;
-    map.GetNextAssoc(position, key, object);
-    contents += std::string(key) + '=';
-    if (auto* const info = DYNAMIC_DOWNCAST(CDBObjectInfo, object)) {
-      contents += std::string(info->GetOwner()) + '.' + std::string(info->GetName());
-    }
-    contents += ' ';
-  }
-  return contents;
-}
+const std::string kOldFile = "\1\0\1o\0\0"s;
 
 class ObjectInfoMapTest : public ::testing::Test {
  protected:
-  static ShownBox Failure(const char* what, const std::string& path, const std::string& cause) {
-    return {
-        "Error:  Failed to "s + what + " object map file '" + path + "'.\nCause: " + cause + ".",
-        BOX_STOP};
+  ObjectInfoMapTest() {
+    map_.Insert("a", nullptr);
+    map_.Insert("b", new CDBObjectInfo);
+    map_.Insert("r", new CDBObjectInfo(OT_INDEX, "replaced", "replaced"));
+    map_.Insert("\xE4x", new CDBAObjectInfo(OT_VIEW, "own", "name", "datasource"));
+    map_.Insert("r", new CDBObjectInfo(OT_TABLE, "O", "N"));
   }
+  /// "key=owner.name " for each entry, in order.
+  static std::string Contents(const CDBObjectInfoMap& map) {
+    std::string contents;
+    for (POSITION position = map.GetStartPosition(); position != nullptr;) {
+      CString key;
+      CObject* object = nullptr;
+      map.GetNextAssoc(position, key, object);
+      auto* const info = DYNAMIC_DOWNCAST(CDBObjectInfo, object);
+      const CString name = info == nullptr ? CString() : info->GetOwner() + "." + info->GetName();
+      contents += std::string(key + "=" + name + " ");
+    }
+    return contents;
+  }
+  /// What has been shown since the last time, without what all begin with.
+  std::string Shown() {
+    std::string texts;
+    for (const auto& box : prompts_.shown) {
+      EXPECT_TRUE(box.type == BOX_STOP && box.text.starts_with("Error:  Failed to ")) << box.text;
+      texts += box.text.substr(18) + "\n";
+    }
+    prompts_.shown.clear();
+    return texts;
+  }
+  static std::string Failure(const char* what, const std::string& path, const char* cause) {
+    return what + " object map file '"s + path + "'.\nCause: " + cause + ".\n";
+  }
+
   test::TempDirectory files_;
   testing::ScriptedPrompts prompts_;
+  CDBObjectInfoMap map_;
+  const std::string path_ = files_ / "map";
 };
 
 TEST_F(ObjectInfoMapTest, FileHasTheFormOfEarlierReleasesByteForByte) {
-  CDBObjectInfoMap map;
-  FillWithKnown(map);
-  ASSERT_TRUE(map.Save((files_ / "map").c_str()));
+  ASSERT_TRUE(map_.Save(path_.c_str()));
   EXPECT_EQ(files_.Get("map"), kKnownFile);
-  EXPECT_FALSE(map.IsLoaded());
-
+  EXPECT_FALSE(map_.IsLoaded());
   CDBObjectInfoMap loaded;
   loaded.Insert("r", new CDBObjectInfo(OT_INDEX, "old", "old"));
   loaded.Insert("z", new CDBObjectInfo(OT_INDEX, "kept", "kept"));
-  ASSERT_TRUE(loaded.Load((files_ / "map").c_str()));
+  ASSERT_TRUE(loaded.Load(path_.c_str()));
   EXPECT_TRUE(loaded.IsLoaded());
   EXPECT_EQ(Contents(loaded), "z=kept.kept a= r=O.N b=. \xE4x=own.name ");
   CDBObjectInfo* found = nullptr;
   EXPECT_FALSE(loaded.Find("R", found));
   ASSERT_TRUE(loaded.Find("\xE4x", found));
   EXPECT_EQ(found->GetObjectType(), OT_VIEW);
+  // An object that stands under several keys is owned once.
+  files_.Put("map",
+             "\5\0\1k\xFF\xFF\1\0\x0D\0CDBObjectInfo\1\0\0\0\1o\1n"
+             "\1k\1\x80\1\0\0\0\1p\1q\1l\2\0\1m\2\0\1m\3\0"s);
+  CDBObjectInfoMap shared;
+  ASSERT_TRUE(shared.Load(path_.c_str()));
+  EXPECT_EQ(Contents(shared), "k=p.q l=o.n m=p.q ");
 }
 
-TEST_F(ObjectInfoMapTest, FileIsTheOldOrTheNewOneWheneverSavingEnds) {
-  struct Dying : test::FailingSystemCalls {
-    int Sync(int fd) override { return Next(), test::FailingSystemCalls::Sync(fd); }
-    int Rename(const char* from, const char* to) override {
-      return Next(), test::FailingSystemCalls::Rename(from, to);
-    }
-    ssize_t Write(int fd, const void* data, std::size_t size) override {
-      return Next(), test::FailingSystemCalls::Write(fd, data, size);
-    }
-    void Next() {
-      if (--calls_left == 0) ::_exit(0);
-    }
-    int calls_left = 0;
-  };
-  const std::string old = "\1\0\1o\0\0"s;
-  CDBObjectInfoMap map;
-  FillWithKnown(map);
-  Dying calls;
+TEST_F(ObjectInfoMapTest, EachFailingCallAndAllocationLeavesAWholeFileAndAWholeMap) {
+  test::FailingSystemCalls calls;
   calls.WriteAtMost(20);
-  const auto files = platform::posix::MakeFiles(calls);
-  const platform::ScopedPlatform scope(test::With(&platform::Platform::files, files.get()));
-  // Dies at each call in turn.
-  int died = 0;
-  for (bool done = false; !done; ++died) {
-    const std::string path = files_.Put("map", old);
-    test::ForkedProcess child([&] {
-      calls.calls_left = died + 1;
-      if (map.Save(path.c_str())) ::_exit(1);
-    });
-    done = !child.EndsWell();
-    const std::string now = files_.Get("map");
-    EXPECT_TRUE(now == kKnownFile || (!done && now == old)) << died;
-  }
-  EXPECT_GT(died, 7) << "writes, a sync and a rename";
-  // Each call fails in turn, and each allocation.
+  const auto failing = platform::posix::MakeFiles(calls);
+  const platform::ScopedPlatform scope(test::With(&platform::Platform::files, failing.get()));
+  const char* const path = path_.c_str();
   for (const bool of_memory : {false, true}) {
     bool failed = true;
     for (int number = 1; failed; ++number) {
-      prompts_.shown.clear();
-      const std::string path = files_.Put("map", old);
-      of_memory ? test::FailAllocation(number) : calls.Fail(number, ENOSPC);
-      const bool saved = map.Save(path.c_str());
-      failed = of_memory ? test::AllocationFailed() : calls.failed();
-      calls.Fail(0, 0);
+      failed = false;
+      const auto tried = [&](auto work) {
+        of_memory ? test::FailAllocation(number) : calls.Fail(number, ENOSPC);
+        const bool done = work();
+        failed |= of_memory ? test::AllocationFailed() : calls.failed();
+        calls.Fail(0, 0);
+        return done;
+      };
+      files_.Put("map", kOldFile);
+      const bool saved = tried([&] { return map_.Save(path); });
       const std::string now = files_.Get("map");
-      EXPECT_TRUE(now == kKnownFile || (!saved && now == old)) << number;
-      EXPECT_EQ(prompts_.shown.size(), saved ? 0U : 1U) << number;
+      EXPECT_TRUE(now == kKnownFile || (!saved && now == kOldFile)) << number;
+      EXPECT_EQ(Shown().empty(), saved) << number;
+      files_.Put("map", kKnownFile);
+      CDBObjectInfoMap map;
+      map.Insert("r", new CDBObjectInfo(OT_INDEX, "old", "old"));
+      const bool loaded = tried([&] { return map.Load(path); });
+      EXPECT_EQ(Contents(map), loaded ? "a= r=O.N b=. \xE4x=own.name " : "r=old.old ") << number;
+      EXPECT_EQ(map.IsLoaded(), loaded);
+      const std::string shown = Shown();
+      EXPECT_EQ(shown.empty(), loaded) << number;
+      const bool first = of_memory && number == 1;
+      EXPECT_TRUE(!first || shown == Failure("open", path, "Cannot allocate memory")) << shown;
     }
   }
   calls.LeaveRoom(50);
-  EXPECT_FALSE(map.Save((files_ / "new").c_str()));
+  EXPECT_FALSE(map_.Save((files_ / "new").c_str()));
   EXPECT_EQ(files_.Get("new"), "(none)");
-}
-
-TEST_F(ObjectInfoMapTest, LoadingIsAllOrNothingWithoutMemoryToo) {
-  const std::string path = files_.Put("map", kKnownFile);
-  bool failed = true;
-  std::string told;
-  for (int number = 1; failed; ++number) {
-    CDBObjectInfoMap map;
-    map.Insert("r", new CDBObjectInfo(OT_INDEX, "old", "old"));
-    prompts_.shown.clear();
-    test::FailAllocation(number);
-    const bool loaded = map.Load(path.c_str());
-    failed = test::AllocationFailed();
-    EXPECT_EQ(Contents(map), loaded ? "a= r=O.N b=. \xE4x=own.name " : "r=old.old ") << number;
-    EXPECT_EQ(map.IsLoaded(), loaded);
-    EXPECT_EQ(prompts_.shown.size(), loaded ? 0U : 1U) << number;
-    if (!loaded) told = prompts_.shown.at(0).text;
-  }
-  EXPECT_EQ(told, Failure("read", path, "Cannot allocate memory").text);
 }
 
 TEST_F(ObjectInfoMapTest, SavingKeepsOthersOutUntilTheFileIsReplaced) {
@@ -161,49 +138,41 @@ TEST_F(ObjectInfoMapTest, SavingKeepsOthersOutUntilTheFileIsReplaced) {
   };
   Watched watched;
   watched.path = files_.Put("map", "old");
-  CDBObjectInfoMap map;
-  FillWithKnown(map);
-  {
-    const platform::ScopedPlatform scope(test::With(&platform::Platform::files, &watched));
-    EXPECT_TRUE(map.Save(watched.path.c_str()));
-  }
+  const platform::ScopedPlatform scope(test::With(&platform::Platform::files, &watched));
+  EXPECT_TRUE(map_.Save(path_.c_str()));
   EXPECT_EQ(files_.Get("map"), kKnownFile);
-  const CFile reader(watched.path.c_str(), CFile::modeRead);
-  EXPECT_FALSE(map.Save(watched.path.c_str()));
-  EXPECT_EQ(prompts_.shown, std::vector{Failure("create", watched.path, "The file is in use")});
+  const CFile reader(path_.c_str(), CFile::modeRead);
+  EXPECT_FALSE(map_.Save(path_.c_str()));
+  EXPECT_EQ(Shown(), Failure("create", path_, "The file is in use"));
 }
 
 TEST_F(ObjectInfoMapTest, UpdateHoldsTheFileAndWritesOverNothingUnread) {
-  const std::string path = files_ / "map";
   constexpr int kProcesses = 4;
   constexpr int kKeys = 10;
   EXPECT_TRUE(test::AllEndWell(kProcesses, [&](int process) {
     for (int i = 0; i < kKeys; ++i) {
       CDBObjectInfoMap map;
       const std::string key = std::to_string(process * kKeys + i);
-      EXPECT_TRUE(map.Update(path.c_str(), [&] { map.SetAt(key.c_str(), new CDBObjectInfo); }));
+      EXPECT_TRUE(map.Update(path_.c_str(), [&] { map.SetAt(key.c_str(), new CDBObjectInfo); }));
     }
   }));
   CDBObjectInfoMap map;
-  ASSERT_TRUE(map.Load(path.c_str()));
+  ASSERT_TRUE(map.Load(path_.c_str()));
   EXPECT_EQ(map.GetCount(), kProcesses * kKeys);
 
   const std::string bad = files_.Put("bad", "\1\0\1"s);
-  const std::string unreachable = files_ / "loop";
+  const std::string unreachable = files_ / "loop", missing = files_ / "missing/map";
   ASSERT_EQ(::symlink("loop", unreachable.c_str()), 0);
-  const std::string missing = files_ / "missing/map";
   for (const std::string& each : {bad, unreachable, missing}) {
     EXPECT_FALSE(map.Update(each.c_str(), [] { FAIL() << "nothing was read"; }));
   }
-  EXPECT_FALSE(map.Load(unreachable.c_str()));
   EXPECT_EQ(files_.Get("bad"), "\1\0\1"s);
-  EXPECT_EQ(prompts_.shown, (std::vector{Failure("read", bad, "The file ended too soon"),
-                                         Failure("open", unreachable, "The path is not valid"),
-                                         Failure("create", missing, "The file was not found"),
-                                         Failure("open", unreachable, "The path is not valid")}));
+  EXPECT_EQ(Shown(), Failure("read", bad, "The file ended too soon") +
+                         Failure("open", unreachable, "The path is not valid") +
+                         Failure("create", missing, "The file was not found"));
 }
 
-TEST_F(ObjectInfoMapTest, WhatIsDroppedIsDeleted) {
+TEST_F(ObjectInfoMapTest, WhatIsDroppedIsDeletedAndPassedByInAWalk) {
   struct Counted : CDBObjectInfo {
     explicit Counted(int& count) : CDBObjectInfo(OT_TABLE, "owner", "key"), left(++count) {}
     ~Counted() override { --left; }
@@ -216,16 +185,25 @@ TEST_F(ObjectInfoMapTest, WhatIsDroppedIsDeleted) {
   map.SetAt("key", first);
   EXPECT_EQ(left, 1);
   // The key is a part of the object that goes.
-  const CString& key = first->GetName();
-  map.SetAt(key, new Counted(left));
+  map.SetAt(first->GetName(), new Counted(left));
   EXPECT_EQ(left, 1);
-  EXPECT_TRUE(map.RemoveKey("key"));
-  EXPECT_FALSE(map.RemoveKey("key"));
+  EXPECT_TRUE(map.RemoveKey("key") && !map.RemoveKey("key"));
   EXPECT_EQ(left, 0);
-  for (const char* each : {"a", "b"}) map.SetAt(each, new Counted(left));
+  for (const char* each : {"a", "b", "r"}) map.SetAt(each, new Counted(left));
+  std::string walked;
+  for (POSITION position = map.GetStartPosition(); position != nullptr;) {
+    CString key;
+    CObject* object = nullptr;
+    map.GetNextAssoc(position, key, object);
+    walked += key;
+    EXPECT_TRUE(map.RemoveKey(key) && !map.RemoveKey(key));
+    map.SetAt("new", nullptr);
+  }
+  EXPECT_EQ(walked, "rab");
+  EXPECT_TRUE(left == 0 && map.GetCount() == 1);
+  map.SetAt("a", new Counted(left));
   map.RemoveAll();
-  EXPECT_EQ(left, 0);
-  EXPECT_TRUE(map.IsEmpty());
+  EXPECT_TRUE(left == 0 && map.IsEmpty());
 }
 
 TEST_F(ObjectInfoMapTest, FileThatDoesNotHoldAMapChangesNothing) {
@@ -233,7 +211,7 @@ TEST_F(ObjectInfoMapTest, FileThatDoesNotHoldAMapChangesNothing) {
   constexpr const char* kTooSoon = "The file ended too soon";
   constexpr const char* kBadClass = "The file has an object of an unexpected class";
   constexpr const char* kNoObject = "The file refers to an object that it does not have";
-  std::vector<std::pair<std::string, std::string>> rows = {
+  std::vector<std::pair<std::string, const char*>> rows = {
       {"\xFF\xFF\xFF\xFF\xFF\xFF"s + std::string(100, '\0'), kTooSoon},
       {"\1\0\1k\xFF\xFF\1\0\7\0Unknown\0\0"s, kBadClass},
       {"\1\0\1k\xFF\xFF\0\0\x0E\0CMapStringToOb\0\0"s, kBadClass},
@@ -244,58 +222,44 @@ TEST_F(ObjectInfoMapTest, FileThatDoesNotHoldAMapChangesNothing) {
   for (std::size_t size = 1; size < kKnownFile.size(); ++size) {
     rows.emplace_back(kKnownFile.substr(0, size), kTooSoon);
   }
-  CDBObjectInfoMap map;
-  map.Insert("a", new CDBObjectInfo(OT_TABLE, "stays", "here"));
-  const std::string path = files_ / "bad";
-  std::vector<ShownBox> expected;
+  const std::string before = Contents(map_);
   for (const auto& [bytes, cause] : rows) {
-    files_.Put("bad", bytes);
-    EXPECT_FALSE(map.Load(path.c_str())) << bytes;
-    expected.push_back(Failure("read", path, cause));
+    EXPECT_FALSE(map_.Load(files_.Put("map", bytes).c_str())) << bytes;
+    EXPECT_EQ(Shown(), Failure("read", path_, cause));
   }
-  EXPECT_EQ(prompts_.shown, expected);
-  EXPECT_EQ(Contents(map), "a=stays.here ");
-  EXPECT_FALSE(map.IsLoaded());
-}
-
-TEST_F(ObjectInfoMapTest, SharedAndReplacedObjectsOfAFileAreOwnedOnce) {
-  const std::string object = "\xFF\xFF\1\0\x0D\0CDBObjectInfo\1\0\0\0\1o\1n"s;
-  const std::string again = "\1\x80\1\0\0\0\1p\1q"s;
-  files_.Put("map", "\5\0\1k"s + object + "\1k"s + again + "\1l\2\0\1m\2\0\1m\3\0"s);
-  CDBObjectInfoMap map;
-  ASSERT_TRUE(map.Load((files_ / "map").c_str()));
-  EXPECT_EQ(Contents(map), "k=p.q l=o.n m=p.q ");
+  EXPECT_EQ(Contents(map_), before);
+  EXPECT_FALSE(map_.IsLoaded());
 }
 
 TEST_F(ObjectInfoMapTest, FailuresOfTheSystemAreShownWithTheirCause) {
   struct Broken : test::ForwardingFiles {
     platform::Result<std::size_t> Read(HANDLE, std::span<char>) override { return error; }
-    platform::Error ReplaceAndClose(HANDLE file, std::string_view) override {
-      Close(file);
-      return error;
-    }
     platform::Error error{platform::ErrorKind::kNoSpace, 28};
   };
-  CDBObjectInfoMap map;
-  FillWithKnown(map);
-  EXPECT_FALSE(map.Load((files_ / "missing").c_str()));
-  EXPECT_TRUE(prompts_.shown.empty());
-  EXPECT_TRUE(map.Load(files_.Put("empty", "").c_str()));
-  EXPECT_TRUE(map.IsLoaded());
+  EXPECT_FALSE(map_.Load((files_ / "missing").c_str()));
+  EXPECT_TRUE(map_.Load(files_.Put("empty", "").c_str()));
+  EXPECT_TRUE(map_.IsLoaded() && Shown().empty());
 
-  const std::string known = files_.Put("known", kKnownFile);
-  EXPECT_FALSE(map.Save((files_ / "missing/map").c_str()));
-  EXPECT_FALSE(map.Load(files_.path().c_str()));
+  files_.Put("map", kKnownFile);
+  EXPECT_FALSE(map_.Save((files_ / "missing/map").c_str()));
+  EXPECT_FALSE(map_.Load(files_.path().c_str()));
   Broken broken;
   const platform::ScopedPlatform scope(test::With(&platform::Platform::files, &broken));
-  EXPECT_FALSE(map.Save((files_ / "full").c_str()));
-  EXPECT_FALSE(map.Load(known.c_str()));
-  EXPECT_EQ(prompts_.shown,
-            (std::vector{Failure("create", files_ / "missing/map", "The file was not found"),
-                         Failure("open", files_.path(), "Access to the file was denied"),
-                         Failure("write", files_ / "full", "The disk is full"),
-                         Failure("read", known, "The disk is full")}));
-  EXPECT_EQ(map.GetCount(), 4);
+  EXPECT_FALSE(map_.Load(path_.c_str()));
+  EXPECT_EQ(Shown(), Failure("create", files_ / "missing/map", "The file was not found") +
+                         Failure("open", files_.path(), "Access to the file was denied") +
+                         Failure("read", path_, "The disk is full"));
+  for (const auto& [size, expected] :
+       test::Rows<UINT, const char*>{{255, "Too many files are open"}, {9, "Too many"}, {1, ""}}) {
+    char text[255] = "?";
+    UINT help_id = 0;
+    EXPECT_TRUE(CFileException(CFileException::tooManyOpenFiles).GetErrorMessage(text, size));
+    EXPECT_STREQ(text, expected);
+    EXPECT_FALSE(CException().GetErrorMessage(text, size, &help_id));
+    EXPECT_STREQ(text, "");
+    EXPECT_TRUE(CArchiveException(99).GetErrorMessage(text, size, &help_id));
+    EXPECT_EQ(help_id, 61861U) << "what is no cause is an error without one";
+  }
 }
 
 }  // namespace

@@ -43,20 +43,18 @@ TEST(VersionString, ComparesAtThePrecisionOfTheRightSide) {
                                                                           {"1000.5", 8.1, 1},
                                                                           {"-1", 0.0, -1}}) {
     const CDQDBVersionString version(text, DBMS_NONE);
-    const CDQDBVersionString other(number, DBMS_NONE);
     const std::string right = std::to_string(number);
-    const auto all = [order = order](auto&& v, auto&& n) {
-      return (v < n) == (order < 0) && (v <= n) == (order <= 0) && (v > n) == (order > 0) &&
-             (v >= n) == (order >= 0) && (v == n) == (order == 0) && (v != n) == (order != 0);
+    const auto compared = [](auto&& a, auto&& b) {
+      return a == b ? a <= b && a >= b && !(a != b) ? 0 : 9 : a < b ? -1 : a > b ? 1 : 9;
     };
-    EXPECT_TRUE(all(version, number) && all(version, other) && all(version, right.c_str()))
-        << text << " " << number;
-    EXPECT_TRUE(all(version, CString(right)) && all(version, std::string_view(right))) << text;
-    const auto turned = [order = order](auto&& n, auto&& v) {
-      return (n > v) == (order < 0) && (n >= v) == (order <= 0) && (n < v) == (order > 0) &&
-             (n <= v) == (order >= 0) && (n == v) == (order == 0) && (n != v) == (order != 0);
-    };
-    EXPECT_TRUE(turned(number, version) && turned(right.c_str(), version)) << text;
+    const int orders[] = {compared(version, number),
+                          compared(version, CDQDBVersionString(number, DBMS_NONE)),
+                          compared(version, right.c_str()),
+                          compared(version, CString(right)),
+                          compared(version, std::string_view(right)),
+                          -compared(number, version),
+                          -compared(right.c_str(), version)};
+    EXPECT_THAT(orders, testing::Each(order)) << text << " " << number;
     EXPECT_TRUE(&(version + 1.0) == &version && &(version - 1.0) == &version);
   }
   enum Release { SEVEN = 7 };

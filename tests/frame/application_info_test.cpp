@@ -1,11 +1,8 @@
 #include "dqlib/frame/application_info.h"
 
-#include <gtest/gtest.h>
-#include <sstream>
-
 #include "dqlib/framework/windows/win_app.h"
-#include "tests/support/rows.h"
 #include "tests/support/scripted_platform.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
@@ -37,11 +34,12 @@ TEST_F(ApplicationInfo, VersionNumbersAreCutAtTheDots) {
     SetVersion({{"FileVersion", version}});
     CDQApplicationInfo info;
     EXPECT_STREQ(info.GetLongVersionNumber(), version);
-    std::ostringstream parts;
-    parts << info.GetMediumVersionNumber().View() << '|' << info.GetShortVersionNumber().View()
-          << '|' << info.GetMajorVersionNumber() << '|' << info.GetMinorVersionNumber() << '|'
-          << info.GetBuildNumber();
-    EXPECT_EQ(parts.str(), expected) << version;
+    CString parts = info.GetMediumVersionNumber() + "|" + info.GetShortVersionNumber();
+    for (const int number :
+         {info.GetMajorVersionNumber(), info.GetMinorVersionNumber(), info.GetBuildNumber()}) {
+      parts += ("|" + std::to_string(number)).c_str();
+    }
+    EXPECT_EQ(parts, expected) << version;
   }
 }
 

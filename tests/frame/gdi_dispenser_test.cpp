@@ -1,10 +1,9 @@
 #include "dqlib/frame/gdi_dispenser.h"
 
 #include "dqlib/framework/base/resource_chain.h"
-#include "gtest/gtest.h"
 #include "siblings/pictures/pictures.h"
-#include "tests/support/rows.h"
 #include "tests/support/scripted_platform.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {

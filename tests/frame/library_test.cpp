@@ -2,9 +2,8 @@
 
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/resources/string_table.h"
-#include "gtest/gtest.h"
-#include "tests/support/rows.h"
 #include "tests/support/scripted_platform.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {

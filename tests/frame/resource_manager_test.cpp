@@ -1,12 +1,10 @@
 #include "dqlib/frame/resource_manager.h"
 
-#include <map>
-#include <string>
-
+#include "dqlib/frame/cleaner.h"
 #include "dqlib/frame/gdi_dispenser.h"
 #include "dqlib/platform/checksum.h"
-#include "gtest/gtest.h"
 #include "siblings/pictures/pictures.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
@@ -42,6 +40,28 @@ TEST(CDQResourceManager, MapsObjectTypesToPictures) {
     indices += std::to_string(manager->GetObjectBitmapIndex(type)) + ' ';
   }
   EXPECT_EQ(platform::Checksum(indices), 0xE7308C1EU) << indices;
+}
+
+TEST(Cleaners, DeleteTheirObjectAndSoDoCopies) {
+  struct Counted : CObject {
+    explicit Counted(int& deleted) : deleted_(deleted) {}
+    ~Counted() override { ++deleted_; }
+    int& deleted_;
+  };
+  int deleted = 0;
+  CDQObjCleaner original;
+  original.SetObject(new Counted(deleted));
+  {
+    CDQObjCleaner copy(original);
+    CDQObjCleaner assigned;
+    original.SetObject(new Counted(deleted));
+    assigned = original;
+    CDQGlobalResourceCleaner<Counted> typed;
+    typed.SetObject(new Counted(deleted));
+    original.SetObject(nullptr);
+    EXPECT_EQ(deleted, 0);
+  }
+  EXPECT_EQ(deleted, 3);
 }
 
 }  // namespace

@@ -1,29 +1,20 @@
 #include "dqlib/frame/resources.h"
 
-#include <stdexcept>
-
 #include "dqlib/frame/switch_resource_handle.h"
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/windows/dialog.h"
 #include "dqlib/framework/windows/menu.h"
 #include "dqlib/framework/windows/tool_bar.h"
 #include "dqlib/framework/windows/wnd.h"
-#include "gtest/gtest.h"
 #include "tests/support/joined.h"
-#include "tests/support/rows.h"
 #include "tests/support/scripted_platform.h"
 #include "tests/support/scripted_prompts.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
 
 using testing::ShownBox;
-
-struct BrokenPrompts : testing::ScriptedPrompts {
-  int Show(std::string_view, std::string_view, UINT, UINT) override {
-    throw std::runtime_error("no screen");
-  }
-};
 
 /// Two modules with a string each under the same id; the first is current.
 class Resources : public ::testing::Test {
@@ -42,20 +33,18 @@ class Resources : public ::testing::Test {
 };
 
 TEST_F(Resources, SwitchedOperationsTakeNullForTheCurrentModule) {
-  CString text("old");
-  for (const auto& [id, module, result, expected] :
-       test::Rows<UINT, HINSTANCE, bool, const char*>{{UINT_MAX, &other_, true, ""},
-                                                      {100, nullptr, true, "current %1"},
-                                                      {101, &other_, false, ""}}) {
-    EXPECT_EQ(DQLoadString(text, id, module) != 0, result);
-    EXPECT_EQ(text, expected);
+  CString text("old"), told;
+  for (const auto& [id, module] :
+       test::Rows<UINT, HINSTANCE>{{UINT_MAX, &other_}, {100, nullptr}, {101, &other_}}) {
+    told += DQLoadString(text, id, module) != 0 ? "1" : "0";
+    told += text + "|";
   }
   DQFormatString1(text, 100, "%2", &other_);
-  EXPECT_EQ(text, "other %2 %2 %2");
+  told += text + "|";
   DQFormatString2(text, 100, "a", "b", &other_);
-  EXPECT_EQ(text, "other a b a");
-  EXPECT_EQ(LoadStringA(&other_, 100, text), "other %1 %2 %1");
-  EXPECT_EQ(LoadStringA(&other_, static_cast<UINT>(-1)), "");
+  told += text + "|";
+  told += LoadStringA(&other_, 100, text) + "|" + LoadStringA(&other_, UINT_MAX);
+  EXPECT_EQ(told, "1|1current %1|0|other %2 %2 %2|other a b a|other %1 %2 %1|");
   EXPECT_EQ(AfxGetResourceHandle(), &current_);
   const CDQSwitchResourceHandle keeps(nullptr);
   EXPECT_EQ(AfxGetResourceHandle(), &current_);
@@ -70,8 +59,7 @@ TEST_F(Resources, BoxesShowTheStringOfTheModule) {
   EXPECT_EQ(prompts_.shown, (std::vector<ShownBox>{{"current %1", 4, 12},
                                                    {"other %1 %2 %1", 16, 100},
                                                    {"This Feature is Under Construction.", 0, 0}}));
-
-  const BrokenPrompts broken;
+  prompts_.on_box = [] { throw std::runtime_error("no screen"); };
   EXPECT_THROW(DQAfxMessageBox(100, BOX_OK, 0, &other_), std::runtime_error);
   EXPECT_THROW(MessageBoxA(&other_, 100, BOX_OK), std::runtime_error);
   EXPECT_EQ(AfxGetResourceHandle(), &current_);
@@ -79,14 +67,12 @@ TEST_F(Resources, BoxesShowTheStringOfTheModule) {
 
 TEST_F(Resources, DirectOperationsTakeNullForTheSystem) {
   const std::string picture = WriteDib({{1, 1}, {0}});
-  const std::string pointer = std::string(4, '\0') + picture;
-  const auto fill = [&](ResourceModule& module, WORD id) {
-    module.AddResource(RESOURCE_BITMAP, id, picture);
-    module.AddResource(RESOURCE_CURSOR, id, pointer);
-    module.AddResource(RESOURCE_ICON, id, pointer);
-  };
-  fill(platform_.modules.system, 7);
-  fill(current_, 8);
+  ResourceModule& system = platform_.modules.system;
+  for (const auto& [module, id] : {std::pair<ResourceModule*, WORD>{&system, 7}, {&current_, 8}}) {
+    module->AddResource(RESOURCE_BITMAP, id, picture);
+    module->AddResource(RESOURCE_CURSOR, id, std::string(4, '\0') + picture);
+    module->AddResource(RESOURCE_ICON, id, std::string(4, '\0') + picture);
+  }
   for (const auto& [module, id] : {std::pair<HINSTANCE, UINT>{nullptr, 7}, {&current_, 8}}) {
     for (const UINT each : {7U, 8U}) {
       CBitmap bitmap;
@@ -143,17 +129,6 @@ TEST(DQCompareClassName, ComparesTheFirst32BytesWithoutCase) {
   EXPECT_FALSE(DQCompareClassName(handle, ""));
 }
 
-/// A dialog whose run looks for a string, and may throw.
-struct RunDialog : CDialog {
-  int DoModal() override {
-    text.LoadString(100);
-    if (throws) throw std::runtime_error("no screen");
-    return 7;
-  }
-  CString text;
-  bool throws = false;
-};
-
 TEST_F(Resources, MenusAreDirectAndToolBarsAndDialogsAreSwitched) {
   const WORD commands[] = {5};
   current_.AddResource(RESOURCE_MENU, 3, "item 1 \"a\"\n");
@@ -164,10 +139,15 @@ TEST_F(Resources, MenusAreDirectAndToolBarsAndDialogsAreSwitched) {
   CToolBar bar;
   EXPECT_TRUE(DQLoadToolBar(bar, 3, nullptr));
   EXPECT_EQ(bar.GetItemID(0), 5U);
+  struct RunDialog : CDialog {
+    int DoModal() override {
+      text.LoadString(100);
+      return text == "current %1" ? 7 : throw std::runtime_error("no screen");
+    }
+    CString text;
+  };
   RunDialog dialog;
   EXPECT_EQ(DQDoModalDialog(dialog, nullptr), 7);
-  EXPECT_EQ(dialog.text, "current %1");
-  dialog.throws = true;
   EXPECT_THROW(DQDoModalDialog(dialog, &other_), std::runtime_error);
   EXPECT_EQ(dialog.text, "other %1 %2 %1");
   EXPECT_EQ(AfxGetResourceHandle(), &current_);

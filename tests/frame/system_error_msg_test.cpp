@@ -1,47 +1,38 @@
 #include "dqlib/frame/system_error_msg.h"
 
-#include <sstream>
-
-#include "gtest/gtest.h"
 #include "tests/support/main_window.h"
-#include "tests/support/rows.h"
 #include "tests/support/scripted_platform.h"
 #include "tests/support/scripted_prompts.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
 
 using testing::ShownBox;
 
-TEST(CDQSystemErrorMsg, ReadsTheLastErrorOnce) {
-  testing::ScriptedPlatform platform;
-  platform.errors.last = 2;
-  platform.errors.texts = {{2, "two\r\n"}, {3, "three\r\n"}};
-  CDQSystemErrorMsg message;
-  EXPECT_EQ(message.GetErrorMessage(), "two\r\n");
-  platform.errors.last = 3;
-  EXPECT_EQ(message.GetErrorCode(), 2);
-  EXPECT_EQ(CDQSystemErrorMsg("a.cpp", 7).GetErrorCode(), 3);
-  message.SetErrorCode(4);
-  EXPECT_EQ(message.GetErrorMessage(), "");
-  EXPECT_EQ(RetrieveOSErrorMessage(2), "two\r\n");
-  EXPECT_EQ(RetrieveOSErrorMessage(4), "Unknown OS Error");
-}
-
-TEST(CDQSystemErrorMsg, ShowsThePlaceOnlyIfThereIsOne) {
+TEST(CDQSystemErrorMsg, ReadsTheLastErrorOnceAndShowsThePlaceIfThereIsOne) {
   testing::ScriptedPlatform platform;
   testing::ScriptedPrompts prompts;
   platform.errors.last = 2;
-  platform.errors.texts = {{2, "100%s\r\n"}};
+  platform.errors.texts = {{2, "100%s\r\n"}, {3, "three\r\n"}};
+  CDQSystemErrorMsg message;
+  EXPECT_EQ(message.GetErrorMessage(), "100%s\r\n");
+  platform.errors.last = 3;
+  EXPECT_EQ(message.GetErrorCode(), 2);
+  message.SetErrorCode(4);
+  EXPECT_EQ(message.GetErrorMessage(), "");
+  EXPECT_EQ(RetrieveOSErrorMessage(2), "100%s\r\n");
+  EXPECT_EQ(RetrieveOSErrorMessage(4), "Unknown OS Error");
+  platform.errors.last = 2;
   const std::pair<CDQSystemErrorMsg, const char*> cases[] = {
       {CDQSystemErrorMsg("a%d.cpp", 7), "Error: 100%s\r\n\nFile: a%d.cpp,  Line 7"},
       {CDQSystemErrorMsg("a.cpp", -1), "100%s\r\n"},
       {CDQSystemErrorMsg("", 7), "100%s\r\n"},
-      {CDQSystemErrorMsg(2), "100%s\r\n"},
-      {CDQSystemErrorMsg(3), ""},
+      {CDQSystemErrorMsg(3), "three\r\n"},
+      {CDQSystemErrorMsg(4), ""},
   };
-  for (const auto& [message, text] : cases) {
-    CDQSystemErrorMsg(message).Show();
+  for (const auto& [shown, text] : cases) {
+    CDQSystemErrorMsg(shown).Show();
     EXPECT_EQ(prompts.shown.back(), (ShownBox{text, 48, 0}));
   }
 }
@@ -70,42 +61,33 @@ TEST(NetworkErrorHandler, ShowsWhatItCanFindOut) {
   }
 }
 
-class BrokenRecord : public ErrorRecord {
- public:
-  BrokenRecord() : ErrorRecord("") {}
-  CString GetErrorDescription() const override { throw 7; }
-};
-
-TEST(DQDBErrorHandler, OpensThePaneBeforeEachLine) {
+TEST(DQDBErrorHandler, OpensThePaneBeforeEachLineAndEndsSilently) {
+  struct BrokenRecord : ErrorRecord {
+    BrokenRecord() : ErrorRecord("") {}
+    CString GetErrorDescription() const override { throw 7; }
+  };
+  Errors errors;
+  for (const char* text : {"first", "100%s", "unseen"}) {
+    errors.Add(std::make_unique<ErrorRecord>(text));
+  }
+  errors.Add(std::make_unique<BrokenRecord>());
+  errors.Add(std::make_unique<ErrorRecord>("behind"));
   testing::MainWindow window;
   std::ostringstream told;
   window.on_message = [&](const testing::SentMessage& sent) {
     told << sent.message << ' ' << sent.first << ' ';
     if (sent.message == 33818) {
       told << sent.second << ", ";
-    } else {
-      const CDQOutputMessage& line = testing::MainWindow::Output(sent);
-      told << line.GetType() << ' ' << line.GetText().View() << '\n';
+      return;
     }
-  };
-  Errors errors;
-  for (const char* text : {"first", "100%s"}) errors.Add(std::make_unique<ErrorRecord>(text));
-  DQLIB_DQDBErrorHandler(errors);
-  EXPECT_EQ(told.str(), "33818 0 1, 33801 0 5 first\n33818 0 1, 33801 0 5 100%s\n");
-}
-
-TEST(DQDBErrorHandler, EndsSilentlyAndSurvivesALostMainWindow) {
-  Errors errors;
-  for (int i = 0; i < 3; ++i) errors.Add(std::make_unique<ErrorRecord>("text"));
-  errors.Add(std::make_unique<BrokenRecord>());
-  errors.Add(std::make_unique<ErrorRecord>("behind"));
-  testing::MainWindow window;
-  window.on_message = [&](const testing::SentMessage&) {
+    const CDQOutputMessage& line = testing::MainWindow::Output(sent);
+    told << line.GetType() << ' ' << line.GetText().View() << '\n';
+    if (line.GetText() == "first") return;
     window.DestroyWindow();
     window.app.m_pMainWnd = nullptr;
   };
   EXPECT_NO_THROW(DQLIB_DQDBErrorHandler(errors));
-  EXPECT_EQ(window.messages.size(), 1U);
+  EXPECT_EQ(told.str(), "33818 0 1, 33801 0 5 first\n33818 0 1, 33801 0 5 100%s\n");
   ASSERT_TRUE(errors.MoreErrors());
   EXPECT_EQ(errors.GetNextError().GetErrorDescription(), "behind");
 }

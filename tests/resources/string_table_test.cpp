@@ -1,17 +1,23 @@
 #include "dqlib/resources/string_table.h"
 
-#include "gtest/gtest.h"
+#include "dqlib/platform/checksum.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
 
-TEST(StringTable, HasTheTextsOfOutputMessages) {
-  constexpr StringRow kRows[] = {
-      {44030, "Start Task: On %s"},
-      {44031, "End Task: On %s"},
-      {44500, "Out of memory, could not create CDQOutputMessage.\n"},
-  };
-  for (const auto& [id, text] : kRows) EXPECT_EQ(LibraryResources().String(id), text);
+TEST(LibraryResources, TextsAndDialogsAreAsTheyAlwaysWere) {
+  std::string texts, dialogs;
+  for (UINT id = 0; id <= 0xFFFF; ++id) {
+    const std::string number = std::to_string(id) + "=";
+    if (const auto text = LibraryResources().String(id))
+      texts += number + std::string(*text) + "\n";
+    const platform::Resource* dialog = LibraryResources().Find(5, static_cast<WORD>(id));
+    if (dialog != nullptr) dialogs += number + std::string(dialog->data) + "\n";
+  }
+  EXPECT_EQ(std::ranges::count(texts, '='), 63) << texts;
+  EXPECT_EQ(platform::Checksum(texts), 0x59F8F4B0U) << texts;
+  EXPECT_EQ(platform::Checksum(dialogs), 0x18687881U) << dialogs;
 }
 
 }  // namespace

@@ -1,10 +1,9 @@
-#include <cstdlib>
 
 #include "dqlib/framework/windows/win_app.h"
-#include "gtest/gtest.h"
 #include "siblings/options/options_server.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/own_settings.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {

@@ -1,21 +1,16 @@
 #include "siblings/options/options_server.h"
 
-#include <string>
-#include <vector>
-
 #include "dqlib/framework/base/drawing.h"
 #include "dqlib/framework/base/registry_key.h"
 #include "dqlib/framework/base/trace.h"
 #include "dqlib/framework/windows/win_app.h"
-#include "gmock/gmock.h"
-#include "gtest/gtest.h"
 #include "siblings/options/option_data_array.h"
 #include "tests/support/memory_registry.h"
 #include "tests/support/own_service.h"
 #include "tests/support/registry_dump.h"
-#include "tests/support/rows.h"
 #include "tests/support/scripted_prompts.h"
 #include "tests/support/temp_directory.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {

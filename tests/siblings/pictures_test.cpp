@@ -1,8 +1,6 @@
 #include "siblings/pictures/pictures.h"
 
-#include <set>
-
-#include "gtest/gtest.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {

@@ -1,11 +1,6 @@
 #include "siblings/options/template_engine.h"
 
-#include <string>
-#include <vector>
-
-#include "gmock/gmock.h"
-#include "gtest/gtest.h"
-#include "tests/support/rows.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {

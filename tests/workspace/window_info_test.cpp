@@ -1,7 +1,6 @@
 #include "dqlib/workspace/window_info.h"
 
-#include <gtest/gtest.h>
-#include <string>
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
@@ -34,7 +33,6 @@ void Load(const std::string& bytes, Value& value) {
 std::unique_ptr<CDQWindowInfo> Sample() {
   auto info = std::make_unique<CDQWindowInfo>(3, -2, "n");
   info->SetUserData("ab");
-  info->SetUserData2("");
   info->SetWndPlacement({.length = 1,
                          .flags = 2,
                          .showCmd = SW_SHOWMAXIMIZED,
@@ -46,18 +44,13 @@ std::unique_ptr<CDQWindowInfo> Sample() {
 }
 
 TEST(WindowInfo, FormIsExactAndItsLengthAlwaysThatOfAPlacement) {
-  const auto number = [](unsigned value) {
-    std::string bytes;
-    for (int i = 0; i < 4; ++i) bytes += static_cast<char>(value >> 8 * i & 0xFF);
-    return bytes;
-  };
-  std::string expected = number(3) + number(0xFFFFFFFE) + "\1n" + "\2ab" + std::string(1, '\0');
-  for (const unsigned value : {44u, 2u, 3u, 0xFFFFFFFFu, 5u, 6u, 7u, 8u, 9u, 10u, 0x01020304u}) {
-    expected += number(value);
-  }
-  expected += '\1';
+  using namespace std::string_literals;
+  const std::string expected =
+      "\3\0\0\0\xFE\xFF\xFF\xFF\1n\2ab\0\x2C\0\0\0\2\0\0\0\3\0\0\0\xFF\xFF\xFF\xFF\5\0\0\0"
+      "\6\0\0\0\7\0\0\0\x8\0\0\0\x9\0\0\0\xA\0\0\0\4\3\2\1\1"s;
   const auto info = Sample();
   EXPECT_EQ(Stored(*info), expected);
+  EXPECT_TRUE(info->Zoomed() && !info->Iconized());
   CDQWindowInfo loaded;
   std::string other_length = expected;
   other_length[14] = 99;
@@ -85,6 +78,8 @@ TEST(WindowInfoArray, RefusesTornStreamsAndWhatIsNoneOfItsRecords) {
   EXPECT_EQ(loaded.GetSize(), 1);
   Load(bytes, loaded);
   EXPECT_EQ(Stored(loaded), bytes);
+  loaded.RemoveAt(0);
+  EXPECT_TRUE(loaded.GetSize() == 1 && loaded[0]->GetType() == -1);
 }
 
 }  // namespace

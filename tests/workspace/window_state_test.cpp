@@ -1,13 +1,9 @@
 #include "dqlib/workspace/window_state.h"
 
-#include <gtest/gtest.h>
-#include <limits>
-#include <string>
-
 #include "dqlib/framework/windows/screen.h"
 #include "dqlib/framework/windows/win_app.h"
 #include "tests/support/own_settings.h"
-#include "tests/support/rows.h"
+#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
@@ -18,6 +14,12 @@ constexpr CRect kPlace{100, 120, 500, 420};
 
 struct WindowState : ::testing::Test {
   WindowState() { window.CreateWnd({.class_name = "Main", .place = kPlace}); }
+
+  void Put(const char* section, const std::map<std::string, int>& values) {
+    for (const auto& [name, value] : values) {
+      app.WriteProfileInt(section, ("wp." + name).c_str(), value);
+    }
+  }
 
   CWinApp app{"window state"};
   CWnd window;
@@ -46,7 +48,7 @@ TEST_F(WindowState, PlacementComesBackFromTenValues) {
   other.GetWindowPlacement(&restored);
   EXPECT_EQ(restored, wanted);
   WINDOWPLACEMENT partly;
-  app.WriteProfileInt("Partly", "wp.top", 55);
+  Put("Partly", {{"top", 55}});
   DQLIB_GetWindowPlacement("Partly", &partly);
   WINDOWPLACEMENT expected;
   expected.rcNormalPosition.top = 55;
@@ -65,10 +67,10 @@ TEST_F(WindowState, WindowIsNeverRestoredOffScreen) {
       {{kMin, kMin, kMax, kMax}, true}};
   for (const auto& [stored, restored] : rows) {
     window.MoveWindow(kPlace);
-    app.WriteProfileInt("Off", "wp.left", stored.left);
-    app.WriteProfileInt("Off", "wp.right", stored.right);
-    app.WriteProfileInt("Off", "wp.top", stored.top);
-    app.WriteProfileInt("Off", "wp.bottom", stored.bottom);
+    Put("Off", {{"left", stored.left},
+                {"right", stored.right},
+                {"top", stored.top},
+                {"bottom", stored.bottom}});
     EXPECT_EQ(DQLIB_RestoreWindowPlacement("Off", &window), restored) << stored.left;
     EXPECT_EQ(window.GetPlace() == kPlace, !restored) << stored.left;
   }
@@ -76,11 +78,11 @@ TEST_F(WindowState, WindowIsNeverRestoredOffScreen) {
   EXPECT_TRUE(DQLIB_RestoreWindowPlacement("No such section", &window));
   EXPECT_EQ(window.GetPlace(), kPlace);
   CWnd none;
-  for (CWnd* bad : {static_cast<CWnd*>(nullptr), &none}) {
-    DQLIB_SaveWindowPlacement("None", bad);
-    EXPECT_FALSE(DQLIB_RestoreWindowPlacement("None", bad));
+  for (const auto& [section, bad] :
+       test::Rows<const char*, CWnd*>{{"None", nullptr}, {"None", &none}, {nullptr, &window}}) {
+    DQLIB_SaveWindowPlacement(section, bad);
+    EXPECT_FALSE(DQLIB_RestoreWindowPlacement(section, bad));
   }
-  EXPECT_FALSE(DQLIB_RestoreWindowPlacement(nullptr, &window));
 }
 
 TEST_F(WindowState, CreateStructKeepsWhatIsntStored) {
@@ -88,9 +90,7 @@ TEST_F(WindowState, CreateStructKeepsWhatIsntStored) {
   const auto place = [&create] { return CRect{create.x, create.y, create.cx, create.cy}; };
   DQLIB_SetCreateStructPlacement("No such section", &create);
   EXPECT_EQ(place(), (CRect{kMin, 20, kMin, 40})) << "the system chooses, still";
-  app.WriteProfileInt("Create", "wp.left", 5);
-  app.WriteProfileInt("Create", "wp.right", 25);
-  app.WriteProfileInt("Create", "wp.top", 10);
+  Put("Create", {{"left", 5}, {"right", 25}, {"top", 10}});
   DQLIB_SetCreateStructPlacement("Create", &create);
   EXPECT_EQ(place(), (CRect{5, 10, 20, 50})) << "the bottom edge stays";
 }
