@@ -128,24 +128,6 @@ TEST_F(ObjectInfoMapTest, EachFailingCallAndAllocationLeavesAWholeFileAndAWholeM
   EXPECT_EQ(files_.Get("new"), "(none)");
 }
 
-TEST_F(ObjectInfoMapTest, SavingKeepsOthersOutUntilTheFileIsReplaced) {
-  struct Watched : test::ForwardingFiles {
-    platform::Error ReplaceAndClose(HANDLE file, std::string_view bytes) override {
-      EXPECT_EQ(ForwardingFiles::Open(path, {}).error.kind, platform::ErrorKind::kBusy);
-      return ForwardingFiles::ReplaceAndClose(file, bytes);
-    }
-    std::string path;
-  };
-  Watched watched;
-  watched.path = files_.Put("map", "old");
-  const platform::ScopedPlatform scope(test::With(&platform::Platform::files, &watched));
-  EXPECT_TRUE(map_.Save(path_.c_str()));
-  EXPECT_EQ(files_.Get("map"), kKnownFile);
-  const CFile reader(path_.c_str(), CFile::modeRead);
-  EXPECT_FALSE(map_.Save(path_.c_str()));
-  EXPECT_EQ(Shown(), Failure("create", path_, "The file is in use"));
-}
-
 TEST_F(ObjectInfoMapTest, UpdateHoldsTheFileAndWritesOverNothingUnread) {
   constexpr int kProcesses = 4;
   constexpr int kKeys = 10;
@@ -243,11 +225,19 @@ TEST_F(ObjectInfoMapTest, FailuresOfTheSystemAreShownWithTheirCause) {
   files_.Put("map", kKnownFile);
   EXPECT_FALSE(map_.Save((files_ / "missing/map").c_str()));
   EXPECT_FALSE(map_.Load(files_.path().c_str()));
+  {
+    const CFile reader(path_.c_str(), CFile::modeRead);
+    EXPECT_FALSE(map_.Save(path_.c_str())) << "it keeps others out";
+    const CFile writer(path_.c_str(), CFile::modeWrite);
+    EXPECT_FALSE(map_.Load(path_.c_str())) << "it keeps writers out";
+  }
   Broken broken;
   const platform::ScopedPlatform scope(test::With(&platform::Platform::files, &broken));
   EXPECT_FALSE(map_.Load(path_.c_str()));
   EXPECT_EQ(Shown(), Failure("create", files_ / "missing/map", "The file was not found") +
                          Failure("open", files_.path(), "Access to the file was denied") +
+                         Failure("create", path_, "The file is in use") +
+                         Failure("open", path_, "The file is in use") +
                          Failure("read", path_, "The disk is full"));
   for (const auto& [size, expected] :
        test::Rows<UINT, const char*>{{255, "Too many files are open"}, {9, "Too many"}, {1, ""}}) {

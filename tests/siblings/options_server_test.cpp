@@ -5,8 +5,10 @@
 #include "dqlib/framework/base/trace.h"
 #include "dqlib/framework/windows/win_app.h"
 #include "siblings/options/option_data_array.h"
+#include "tests/support/forked_process.h"
 #include "tests/support/memory_registry.h"
 #include "tests/support/own_service.h"
+#include "tests/support/own_settings.h"
 #include "tests/support/registry_dump.h"
 #include "tests/support/scripted_prompts.h"
 #include "tests/support/temp_directory.h"
@@ -95,7 +97,10 @@ TEST_F(OptionsServer, KeepsValuesByKindInTheRegistry) {
   EXPECT_TRUE(other.UnsetValue(11) && other.UnsetValue(11) && !other.UnsetValue(99));
   EXPECT_FALSE(Kept()[kSection].contains("11"));
   EXPECT_EQ(other.GetInt(11), -5);
-  EXPECT_TRUE(other.HoldValue(11, "-2") && other.UnsetValue(11));
+  EXPECT_FALSE(other.HoldValue(11, "x") || other.HoldValue(1, "1"));
+  EXPECT_TRUE(other.HoldValue(11, "-2") && other.GetInt(11) == -2);
+  EXPECT_EQ(server.GetInt(11), -5) << "it was kept";
+  EXPECT_TRUE(other.UnsetValue(11));
   EXPECT_EQ(other.GetInt(11), -5);
 }
 
@@ -337,6 +342,24 @@ TEST_F(OptionsServer, HasTheShippedOptions) {
   }
   EXPECT_EQ(delimiters, "go go ; / ;  ");
   EXPECT_TRUE(shipped.ResolveVariableString("$$template_root$$").View().ends_with("/templates"));
+}
+
+TEST(OptionReading, ANumberIsNeverOlderThanTheLastChangeOfAnyProcess) {
+  CDQOptionsServer& server = *CDQOptionsServer::GetObject();
+  for (int round = 0; round < 2; ++round) {
+    for (const bool value : {true, false}) {
+      EXPECT_TRUE(server.SetBool(50270, value));
+      EXPECT_EQ(server.GetBool(50270), value);
+      test::ForkedProcess other([&] {
+        if (!server.SetBool(50270, !value) || server.GetBool(50270) == value) std::_Exit(1);
+      });
+      ASSERT_TRUE(other.EndsWell());
+      EXPECT_EQ(server.GetBool(50270), !value);
+    }
+  }
+  ASSERT_TRUE(server.SetBool(50270, true));
+  const CWinApp another("Another Tool");
+  EXPECT_FALSE(server.GetBool(50270)) << "another application has options of its own";
 }
 
 }  // namespace
