@@ -199,9 +199,7 @@ CString CDQConsoleProgram::MaskedCommandLine(const CString& command_line) const 
       marked = find_marked();
     }
   }
-  if (marked.end > 0) {
-    masked.FindReplace(masked.Mid(marked.first, marked.end - marked.first), "****");
-  }
+  masked.FindReplace(masked.Mid(marked.first, marked.end - marked.first), "****");
   // Wherever else it stands; asterisks in the place of asterisks would only tell how many.
   if (secret.SpanIncluding("*") != secret) masked.FindReplace(secret, "****");
   const int option = masked.Find("-P");
