@@ -33,7 +33,11 @@ TEST(DialogTemplate, TextGivesControlsAndABrokenOneNamesItsLine) {
 
   EXPECT_TRUE(
       ReadDialogTemplate("size 32767 0\nedit 65535 \"\" -32767 32767 0 32767\n"
-                         "text -1 \"\t\\t\\\\\" 0 0 0 0 limit=0\n"));
+                         "text -1 \"\t\\t\\\\\" 0 0 0 0 limit=0\n"
+                         "list 1 \"\" 0 0 0 0 hidden disabled group password multiline\n"
+                         "spin 1 \"\" 0 0 0 0 readonly number sorted multiple dropdown\n"
+                         "combo 1 \"\" 0 0 0 0 droplist buddy\n"
+                         "checklist 1 \"\" 0 0 0 0\n"));
   for (const char* line :
        {"caption \"a\"", "size 1", "size 1 -1", "size 1 2", "tree 1 \"\" 0 0 0 0",
         "edit 1 \"\" 0 0 0", "edit 1 x 0 0 0 0", "edit 65536 \"\" 0 0 0 0", "edit -2 \"\" 0 0 0 0",
@@ -118,6 +122,15 @@ TEST_F(Dialog, ShowsItsControlsAndTakesWhatIsEntered) {
     EXPECT_EQ(shown,
               "Go To\n-1 Line & Number=\n100 Line & Number=5\n101 Wrap=0\n102 More=\n"
               "103 = disabled\n1 OK=\n2 Cancel= hidden");
+    int handled = 0;
+    dialog.on_more = [&] { ++handled; };
+    for (const int step : {1, 2, 3}) {
+      dialog.PostMessage(WM_COMMAND, 102);
+      if (step == 1) view.Controls();
+      if (step == 2) view.Enter(100, "6");
+      if (step == 3) view.Press(9999);
+      EXPECT_EQ(handled, step) << "what is posted is handled meanwhile";
+    }
     EXPECT_FALSE(view.Enter(103, "x")) << "it is disabled";
     EXPECT_FALSE(view.Enter(9999, "x") || view.Press(100));
     EXPECT_TRUE(view.Enter(100, "12") && view.Enter(101, "1") && view.Press(IDOK));

@@ -50,6 +50,10 @@ TEST(Handle, IsAliveFromCreationToDestructionAndNeverUsedAgain) {
     EXPECT_TRUE(window.DestroyWindow());
     EXPECT_EQ(CWnd::FromHandle(handle), CWnd::FromHandle(window.GetSafeHwnd()));
   }
+  struct : CWnd {
+    LRESULT WindowProc(UINT message, WPARAM, LPARAM) override { return message == 1 ? -1 : 0; }
+  } refusing;
+  EXPECT_FALSE(refusing.CreateWnd("Edit") || refusing.GetSafeHwnd() != nullptr);
 }
 
 TEST(Handle, GivesTheClassNameCutToTheBuffer) {

@@ -425,6 +425,36 @@ TEST(Commands, GoFromWhereTheyAreSentUpToTheApplication) {
   EXPECT_EQ(sent(main), "MMMMMMAA-");
 }
 
+TEST(Document, TellsTheViewsThatAreStillThereUntilItGoesItself) {
+  struct View : CView {
+    void OnUpdate(CView*, LPARAM hint, CObject*) override {
+      LogWnd::log += std::to_string(id) + ":" + std::to_string(hint) + " ";
+      if (on_update) on_update();
+    }
+    int id = 0;
+    std::function<void()> on_update;
+  };
+  auto document = std::make_unique<CDocument>();
+  CDocument other;
+  std::unique_ptr<View> views[4];
+  LogWnd::log.clear();
+  for (int id = 0; id < 4; ++id) {
+    views[id] = std::make_unique<View>();
+    views[id]->id = id;
+    for (int twice = 0; twice < 2; ++twice) document->AddView(views[id].get());
+  }
+  document->UpdateAllViews(views[1].get(), 7);
+  views[0]->on_update = [&] { views[2].reset(); };
+  document->UpdateAllViews(nullptr, 8);
+  other.AddView(views[3].get());
+  views[0]->on_update = nullptr;
+  document->UpdateAllViews(nullptr, 9);
+  views[0]->on_update = [&] { document.reset(); };
+  document->UpdateAllViews(nullptr);
+  EXPECT_EQ(LogWnd::log, "0:7 2:7 3:7 0:8 1:8 3:8 0:9 1:9 0:0 ");
+  EXPECT_TRUE(views[1]->GetDocument() == nullptr && views[3]->GetDocument() == &other);
+}
+
 TEST(Commands, ChildFramesAreActiveOneAtATime) {
   CMDIFrameWnd frame;
   ASSERT_TRUE(frame.Create("Frame", "caption", {0, 0, 300, 200}));

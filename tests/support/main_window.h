@@ -2,11 +2,9 @@
 
 #pragma once
 
-#include <functional>
-#include <vector>
-
 #include "dqlib/frame/output_message.h"
 #include "dqlib/framework/windows/win_app.h"
+#include "tests/support/testing.h"
 
 namespace dq::testing {
 

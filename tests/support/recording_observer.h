@@ -6,10 +6,8 @@
 
 #pragma once
 
-#include <utility>
-#include <vector>
-
 #include "dqlib/framework/windows/wnd.h"
+#include "tests/support/testing.h"
 
 namespace dq::testing {
 

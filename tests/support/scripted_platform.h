@@ -6,12 +6,9 @@
 
 #pragma once
 
-#include <map>
-#include <string>
-#include <vector>
-
 #include "dqlib/framework/base/resource_module.h"
 #include "dqlib/platform/platform.h"
+#include "tests/support/testing.h"
 
 namespace dq::testing {
 

@@ -2,15 +2,10 @@
 
 #pragma once
 
-#include <deque>
-#include <functional>
-#include <initializer_list>
-#include <string>
-#include <vector>
-
 #include "dqlib/platform/dialog_script.h"
 #include "dqlib/platform/platform.h"
 #include "tests/support/own_service.h"
+#include "tests/support/testing.h"
 
 namespace dq::testing {
 
@@ -40,7 +35,7 @@ class ScriptedPrompts : public platform::Prompts {
     if (on_box) on_box();
     if (script_.empty()) return DefaultBoxButton(type);
     const BoxButton button = script_.front();
-    script_.pop_front();
+    script_.erase(script_.begin());
     return button;
   }
 
@@ -66,7 +61,7 @@ class ScriptedPrompts : public platform::Prompts {
   std::vector<ShownBox> shown;
 
  private:
-  std::deque<BoxButton> script_;
+  std::vector<BoxButton> script_;
   platform::ScopedPlatform scope_;
 };
 
