@@ -132,7 +132,8 @@ TEST_F(RegistryStoreTest, WhatARunningProcessKnowsOutlivesItsFiles) {
   for (const std::string strike :
        {"truncate -s 0 hkcu.journal", "truncate -s 50 hkcu.journal", "truncate -s 64 hkcu.journal",
         "truncate -s 104 hkcu.journal", "rm hkcu.journal", "yes | head -c 500 > hkcu.journal",
-        "rm *", "rm hkcu.journal # and another begins it anew"}) {
+        "head -c 48 /dev/zero | dd of=hkcu.journal conv=notrunc status=none", "rm *",
+        "rm hkcu.journal # and another begins it anew"}) {
     for (const std::string more : {"", "more=z "}) {
       SCOPED_TRACE(strike + more);
       const TempDirectory directory;

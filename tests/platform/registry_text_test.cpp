@@ -19,6 +19,7 @@ struct Listing : RegistryTextSink {
     return Add(name, "|" + std::to_string(type) + "|" + std::string(data));
   }
   void OnComment(std::string_view comment) override { Add("comment ", comment); }
+  void OnLostLine(std::size_t number) override { Add("lost ", std::to_string(number)); }
 
   RegistryTextDamage damage;
   std::string found;
@@ -85,11 +86,11 @@ TEST(RegistryText, WhatOthersWriteIsUnderstoodAndLinesWithoutSenseAreLeftOutAndC
         "@=hex(1 :01", "@=hex()01", "@=HEX:",    "@=hex:01,\\"}) {
     const Listing listing("REGEDIT4\n[H]\n" + line + "\n[H\\b]\n@=\"y\"\n");
     EXPECT_EQ(listing.damage.lost_lines, 1u) << line;
-    EXPECT_EQ(listing.found, "key H~key H\\b~|1|y\0~"s) << line;
+    EXPECT_EQ(listing.found, "key H~lost 3~key H\\b~|1|y\0~"s) << line;
   }
   const Listing headless("@=\"no key\"\n[H]\n@=\"y\"");
   EXPECT_TRUE(headless.damage.no_header && headless.damage.lost_lines == 1);
-  EXPECT_EQ(headless.found, "key H~|1|y\0~"s);
+  EXPECT_EQ(headless.found, "lost 1~key H~|1|y\0~"s);
 }
 
 }  // namespace
