@@ -45,6 +45,20 @@ TEST(RegistryTree, ManyRandomChangesGiveWhatAMapGives) {
   }
 }
 
+TEST(RegistryTree, WhatIsMissingIsAddedAndWhatDiffersIsCounted) {
+  RegistryTree tree;
+  RegistryTree other;
+  for (const char* name : {"same", "type", "data"}) {
+    RegistryTree::SetValue(tree.root(), name, 1, "x");
+    RegistryTree::SetValue(other.root(), name, name[0] == 't' ? 3 : 1, name[0] == 'd' ? "y" : "x");
+  }
+  RegistryTree::SetValue(other.MakeKey(other.root(), "a\\b"), "new", 1, "x");
+  EXPECT_EQ(tree.AddMissing(other), 5u) << "two keys, their value, and two that differ";
+  EXPECT_EQ(tree.AddMissing(other), 2u);
+  EXPECT_EQ(RegistryTree::FindValue(tree.root(), "data")->data, "x");
+  EXPECT_NE(RegistryTree::FindValue(*tree.FindKey(tree.root(), "a\\b"), "new"), nullptr);
+}
+
 TEST(RegistryTree, ADeletedKeyIsNoOtherKeyThatIsMadeLater) {
   RegistryTree tree;
   TreeKey& doomed = tree.MakeKey(tree.root(), "\\a\\\\b\\c\\");
