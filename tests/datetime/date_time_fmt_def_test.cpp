@@ -56,7 +56,8 @@ TEST(DateTimeFmtDef, KeepsOnlyWhatTheDictionaryKnows) {
 TEST(DateTimeFmtDef, AnswersTheWholeFromItsTextsAndPartsFromItsCells) {
   std::string parts;
   for (const auto& [row, code] : {std::pair(1, 5), {1, 7}, {18, 19}, {18, 26}, {19, 5}, {19, 6}}) {
-    parts += Texts([&](auto notation) { return Predefined(row).GetFmtDateTime(code, notation); });
+    const Def def = Predefined(row);
+    parts += Texts([&def, c = code](auto notation) { return def.GetFmtDateTime(c, notation); });
   }
   EXPECT_EQ(parts,
             "MM/DD/YYYY|%m/%d/%Y|MM/dd/yyyy||||DD-MON-YY|%d-%b-%y|dd-MMM-yy|"
