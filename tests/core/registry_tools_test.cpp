@@ -178,5 +178,17 @@ TEST(RegistryMoves, WhatCannotBeReadIsNeitherMovedNorLost) {
   }
 }
 
+TEST(RegistryMoves, AKeyWhoseSubKeysCannotBeListedIsNotDeleted) {
+  test::MemoryRegistry registry;
+  const platform::ScopedPlatform scope(test::With(&platform::Platform::registry, &registry));
+  registry.CreateKey(kCurrentUser, "from\\sub");
+  registry.unlisted = {platform::ErrorKind::kNoSpace, 0};
+  EXPECT_EQ(DeleteRegistryTree(kCurrentUser, "from\\sub").kind, platform::ErrorKind::kNoSpace);
+  registry.unlisted = {};
+  EXPECT_EQ(Dump(registry).count("from\\sub"), 1u);
+  EXPECT_TRUE(DeleteRegistryTree(kCurrentUser, "from").ok());
+  EXPECT_EQ(DeleteRegistryTree(kCurrentUser, "from").kind, platform::ErrorKind::kNotFound);
+}
+
 }  // namespace
 }  // namespace dq

@@ -20,6 +20,8 @@ class MemoryRegistry : private MemoryDirectory, public platform::posix::FileRegi
   platform::Error refusal;
   /// While it is set, no value can be read, and this is why.
   platform::Error unreadable;
+  /// The same for the names of keys.
+  platform::Error unlisted;
   /// Changes of values that were done.
   int changes = 0;
 
@@ -42,6 +44,10 @@ class MemoryRegistry : private MemoryDirectory, public platform::posix::FileRegi
   }
   platform::Error DeleteKey(HKEY key, std::string_view path) override {
     return refusal.ok() ? FileRegistry::DeleteKey(key, path) : refusal;
+  }
+
+  platform::Result<std::string> EnumKey(HKEY key, std::size_t index) override {
+    return unlisted.ok() ? FileRegistry::EnumKey(key, index) : unlisted;
   }
 
  private:

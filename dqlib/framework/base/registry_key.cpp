@@ -36,8 +36,8 @@ platform::Error DeleteRegistryTree(HKEY root, const std::string& path) {
     error = key.error();
     while (error.ok()) {
       const auto name = Registry().EnumKey(key.get(), 0);
-      if (!name.ok()) break;
-      error = DeleteRegistryTree(key.get(), name.value);
+      if (name.error.kind == platform::ErrorKind::kNotFound) break;
+      error = name.ok() ? DeleteRegistryTree(key.get(), name.value) : name.error;
     }
   }
   return error.ok() ? Registry().DeleteKey(root, path) : error;
