@@ -1,7 +1,6 @@
 #include "apps/dqtool/settings_changes.h"
 
 #include <algorithm>
-#include <memory>
 #include <utility>
 #include <vector>
 
@@ -57,22 +56,27 @@ Error NoteTree(const std::string& path, std::vector<SettingsChange>& undo) {
 
 /// Adds what deletes the first key of the path that isn't there; nothing if all are.
 Error NoteMissing(const std::string& path, std::vector<SettingsChange>& undo) {
-  {
-    const RegistryKey whole(Registry().OpenKey(dq::kCurrentUser, path));
-    if (whole.error().kind != ErrorKind::kNotFound) return whole.error();
+  const auto open = [&](std::size_t end) {
+    const auto begin = std::string_view(path).substr(0, end);
+    return RegistryKey(Registry().OpenKey(dq::kCurrentUser, begin)).error();
+  };
+  if (const Error error = open(path.size()); error.kind != ErrorKind::kNotFound) return error;
+  // Where the names end. Behind the first is the root, which is there.
+  std::vector<std::size_t> ends{0};
+  while (ends.back() < path.size()) {
+    ends.push_back(std::min(path.find('\\', ends.back() + 1), path.size()));
   }
-  // From key to key, because each path from the root would be looked up from there.
-  auto above = std::make_unique<RegistryKey>(Registry().OpenKey(dq::kCurrentUser, ""));
-  for (std::size_t end = 0; above->ok() && end < path.size();) {
-    const std::size_t begin = end;
-    end = std::min(path.find('\\', end + 1), path.size());
-    const std::string_view name = std::string_view(path).substr(begin, end - begin);
-    above = std::make_unique<RegistryKey>(Registry().OpenKey(above->get(), name));
-    if (above->error().kind != ErrorKind::kNotFound) continue;
-    undo.push_back({.path = path.substr(0, end), .deleted = true});
-    return {};
+  // From the end in steps that grow, because mostly little is missing of a long path.
+  std::size_t there = 0;
+  std::size_t missing = ends.size() - 1;
+  for (std::size_t step = 1; missing - there > 1; step *= 2) {
+    const std::size_t middle = missing - std::min(step, (missing - there) / 2);
+    const Error error = open(ends[middle]);
+    if (!error.ok() && error.kind != ErrorKind::kNotFound) return error;
+    (error.ok() ? there : missing) = middle;
   }
-  return above->error();
+  undo.push_back({.path = path.substr(0, ends[missing]), .deleted = true});
+  return {};
 }
 
 /// Adds what undoes the change, as things stand.
