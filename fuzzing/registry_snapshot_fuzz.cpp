@@ -28,7 +28,7 @@ std::string Written(const dq::platform::posix::RegistryTree& tree) {
 }  // namespace
 
 void Try(std::string_view text) {
-  const LoadedSnapshot loaded = ReadSnapshot(text, kRoot);
+  const LoadedSnapshot loaded = ReadSnapshot(std::string(text), kRoot);
   const std::string written = Written(*loaded.tree);
   const LoadedSnapshot again = ReadSnapshot(written, kRoot);
   Require(!again.damaged && Written(*again.tree) == written);

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstring>
 
 namespace dq::platform {
 namespace {
@@ -31,9 +32,35 @@ constexpr Tables kTables = MakeTables();
 
 constexpr std::uint32_t Byte(char c) { return static_cast<unsigned char>(c); }
 
+#if defined(__x86_64__)
+__attribute__((target("sse4.2"))) std::uint32_t ChecksumByInstruction(std::string_view bytes,
+                                                                      std::uint32_t before) {
+  std::uint64_t crc = ~before;
+  const char* at = bytes.data();
+  std::size_t left = bytes.size();
+  for (; left >= sizeof(std::uint64_t); left -= sizeof(std::uint64_t)) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, at, sizeof word);
+    crc = __builtin_ia32_crc32di(crc, word);
+    at += sizeof word;
+  }
+  auto rest = static_cast<std::uint32_t>(crc);
+  for (; left > 0; --left) rest = __builtin_ia32_crc32qi(rest, static_cast<unsigned char>(*at++));
+  return ~rest;
+}
+#endif
+
 }  // namespace
 
 std::uint32_t Checksum(std::string_view bytes, std::uint32_t before) {
+#if defined(__x86_64__)
+  static const bool has_instruction = __builtin_cpu_supports("sse4.2") != 0;
+  if (has_instruction) return ChecksumByInstruction(bytes, before);
+#endif
+  return ChecksumByTables(bytes, before);
+}
+
+std::uint32_t ChecksumByTables(std::string_view bytes, std::uint32_t before) {
   std::uint32_t crc = ~before;
   std::size_t i = 0;
   for (; i + kStride <= bytes.size(); i += kStride) {

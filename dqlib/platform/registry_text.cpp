@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstring>
 #include <optional>
 
 #include "dqlib/platform/registry.h"
@@ -69,103 +70,134 @@ std::optional<DWORD> HexNumber(std::string_view text) {
   return number;
 }
 
-std::string_view TrimBlanks(std::string_view text) {
-  while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) text.remove_prefix(1);
-  while (!text.empty() && (text.back() == ' ' || text.back() == '\t')) text.remove_suffix(1);
-  return text;
+/// A stretch of the text. What is decoded takes no more room than what it is made of.
+struct Stretch {
+  char* begin;
+  char* end;
+
+  std::string_view view() const { return {begin, static_cast<std::size_t>(end - begin)}; }
+  bool empty() const { return begin == end; }
+  /// The first of its bytes that is this one, or null.
+  char* Find(char c) const {
+    return static_cast<char*>(std::memchr(begin, c, static_cast<std::size_t>(end - begin)));
+  }
+};
+
+void TrimBlanks(Stretch& text) {
+  const auto is_blank = [](char c) { return c == ' ' || c == '\t'; };
+  while (!text.empty() && is_blank(*text.begin)) ++text.begin;
+  while (!text.empty() && is_blank(text.end[-1])) --text.end;
 }
 
-bool TakePrefix(std::string_view& text, std::string_view prefix) {
-  if (!text.starts_with(prefix)) return false;
-  text.remove_prefix(prefix.size());
+bool TakePrefix(Stretch& text, std::string_view prefix) {
+  if (!text.view().starts_with(prefix)) return false;
+  text.begin += prefix.size();
   return true;
 }
 
-/// Takes a quoted text off the front of `line`.
-bool TakeQuoted(std::string_view& line, std::string& bytes) {
-  bytes.clear();
-  if (!TakePrefix(line, "\"")) return false;
-  for (std::size_t i = 0; i < line.size(); ++i) {
-    const std::size_t plain = i;
-    while (i < line.size() && line[i] != '"' && line[i] != '\\') ++i;
-    bytes.append(line, plain, i - plain);
-    if (i == line.size()) return false;
-    if (line[i] == '"') {
-      line.remove_prefix(i + 1);
+/// Decodes from the first escape on what goes up to a quote, and takes it off `line`.
+bool Unescape(Stretch& line, char* from, char*& end) {
+  end = from;
+  for (; from != line.end; ++from) {
+    char c = *from;
+    if (c == '"') {
+      line.begin = from + 1;
       return true;
     }
-    if (++i == line.size()) return false;
-    switch (line[i]) {
-      case 'n':
-        bytes += '\n';
-        break;
-      case 'r':
-        bytes += '\r';
-        break;
-      default:
-        bytes += line[i];
+    if (c == '\\') {
+      if (++from == line.end) return false;
+      c = *from == 'n' ? '\n' : *from == 'r' ? '\r' : *from;
     }
+    *end++ = c;
   }
   return false;
 }
 
+/// Takes a quoted text off the front of `line`. A byte behind `bytes` is free to write.
+bool TakeQuoted(Stretch& line, Stretch& bytes) {
+  if (!TakePrefix(line, "\"")) return false;
+  bytes = {line.begin, line.Find('"')};
+  if (bytes.end == nullptr) return false;
+  if (char* const escape = bytes.Find('\\')) return Unescape(line, escape, bytes.end);
+  line.begin = bytes.end + 1;
+  return true;
+}
+
 /// Bytes as two digits each with commas between; continuation lines have been joined already.
-bool ReadHex(std::string_view text, std::string& data) {
-  data.clear();
-  std::size_t i = 0;
+bool DecodeHex(Stretch& text) {
+  char* end = text.begin;
+  const char* at = text.begin;
   const auto skip_blanks = [&] {
-    while (i < text.size() && (text[i] == ' ' || text[i] == '\t')) ++i;
+    while (at != text.end && (*at == ' ' || *at == '\t')) ++at;
   };
   skip_blanks();
-  while (i < text.size()) {
-    if (i + 2 > text.size()) return false;
-    const int high = HexDigit(text[i]);
-    const int low = HexDigit(text[i + 1]);
+  while (at != text.end) {
+    if (text.end - at < 2) return false;
+    const int high = HexDigit(at[0]);
+    const int low = HexDigit(at[1]);
     if (high < 0 || low < 0) return false;
-    data += static_cast<char>(high << 4 | low);
-    i += 2;
+    *end++ = static_cast<char>(high << 4 | low);
+    at += 2;
     skip_blanks();
-    if (i == text.size()) return true;
-    if (text[i++] != ',') return false;
+    if (at == text.end) break;
+    if (*at++ != ',') return false;
     skip_blanks();
-    if (i == text.size()) return false;
+    if (at == text.end) return false;
   }
+  text.end = end;
   return true;
 }
 
 class Reader {
  public:
-  Reader(std::string_view text, RegistryTextSink& sink) : rest_(text), sink_(sink) {}
+  Reader(std::span<char> text, RegistryTextSink& sink)
+      : rest_{text.data(), text.data() + text.size()}, sink_(sink) {}
 
   RegistryTextDamage Run() {
-    damage_.no_header = TrimBlanks(NextLine()) != kRegistryTextHeader;
+    const Stretch whole = rest_;
+    damage_.no_header = NextLine().view() != kRegistryTextHeader;
     // Without its header the first line may be one that is worth reading.
     if (damage_.no_header) {
-      rest_ = whole_;
+      rest_ = whole;
       line_number_ = 0;
     }
+    return ReadLines();
+  }
+
+  RegistryTextDamage RunBelowKey() {
+    in_key_ = true;
+    return ReadLines();
+  }
+
+ private:
+  RegistryTextDamage ReadLines() {
     while (!rest_.empty()) ReadLine();
     return damage_;
   }
 
- private:
-  std::string_view NextLine() {
-    const std::size_t end = std::min(rest_.find('\n'), rest_.size());
-    std::string_view line = rest_.substr(0, end);
-    rest_.remove_prefix(std::min(end + 1, rest_.size()));
+  /// The next line without its end and the blanks around it.
+  Stretch NextLine() {
+    Stretch line = rest_;
+    if (char* const end = rest_.empty() ? nullptr : rest_.Find('\n')) {
+      line.end = end;
+      rest_.begin = end + 1;
+    } else {
+      rest_.begin = rest_.end;
+    }
     ++line_number_;
-    if (line.ends_with('\r')) line.remove_suffix(1);
+    if (!line.empty() && line.end[-1] == '\r') --line.end;
+    TrimBlanks(line);
     return line;
   }
 
   void ReadLine() {
-    const std::string_view line = TrimBlanks(NextLine());
+    const Stretch line = NextLine();
     if (line.empty()) return;
     const std::size_t number = line_number_;
     bool used = true;
-    if (line[0] == ';') {
-      sink_.OnComment(line.substr(1));
-    } else if (line[0] == '[') {
+    if (*line.begin == ';') {
+      sink_.OnComment(line.view().substr(1));
+    } else if (*line.begin == '[') {
       used = ReadKey(line);
     } else {
       used = ReadValue(line);
@@ -175,100 +207,113 @@ class Reader {
     sink_.OnLostLine(number);
   }
 
-  bool ReadKey(std::string_view line) {
+  bool ReadKey(Stretch line) {
     in_key_ = false;
-    if (!line.ends_with(']')) return false;
-    line = line.substr(1, line.size() - 2);
+    if (line.end[-1] != ']') return false;
+    ++line.begin;
+    --line.end;
     const bool deleted = TakePrefix(line, "-");
-    path_.clear();
-    for (std::size_t i = 0; i < line.size(); ++i) {
-      const std::string_view here = line.substr(i);
-      if (here.starts_with("\\\\n") || here.starts_with("\\\\r")) {
-        path_ += here[2] == 'n' ? '\n' : '\r';
-        i += 2;
-      } else {
-        path_ += here[0];
+    Stretch path{line.begin, line.begin};
+    while (!line.empty()) {
+      char c = *line.begin++;
+      if (c == '\\' && (TakePrefix(line, "\\n") || TakePrefix(line, "\\r"))) {
+        c = line.begin[-1] == 'n' ? '\n' : '\r';
       }
+      *path.end++ = c;
     }
-    if (deleted) return sink_.OnDeletedKey(path_);
-    in_key_ = sink_.OnKey(path_);
+    if (deleted) return sink_.OnDeletedKey(path.view());
+    in_key_ = sink_.OnKey(path.view());
+    if (in_key_ && sink_.TakesLines()) GiveLines();
     return in_key_;
   }
 
-  bool ReadValue(std::string_view line) {
-    std::string_view rest = line;
-    if (TakePrefix(rest, "@")) {
-      name_.clear();
-    } else if (!TakeQuoted(rest, name_)) {
-      return false;
+  /// Gives all up to the next line that begins with a bracket.
+  void GiveLines() {
+    Stretch lines = rest_;
+    while (!rest_.empty()) {
+      char* const bracket = rest_.Find('[');
+      rest_.begin = bracket == nullptr ? rest_.end : bracket;
+      if (bracket == nullptr || bracket[-1] == '\n') break;
+      ++rest_.begin;
     }
-    rest = TrimBlanks(rest);
-    if (!TakePrefix(rest, "=")) return false;
-    rest = TrimBlanks(rest);
-    // Even below no key, the lines that go on with this one belong to it.
-    DWORD type = REGISTRY_NONE;
-    if (rest == "-") return in_key_ && sink_.OnDeletedValue(name_);
-    return ReadData(rest, type) && in_key_ && sink_.OnValue(name_, type, data_);
+    lines.end = rest_.begin;
+    sink_.OnLines({lines.begin, lines.end});
   }
 
-  bool ReadData(std::string_view rest, DWORD& type) {
-    if (rest.starts_with('"')) {
+  bool ReadValue(Stretch rest) {
+    Stretch name{rest.begin, rest.begin};
+    if (!TakePrefix(rest, "@") && !TakeQuoted(rest, name)) return false;
+    TrimBlanks(rest);
+    if (!TakePrefix(rest, "=")) return false;
+    TrimBlanks(rest);
+    // Even below no key, the lines that go on with this one belong to it.
+    if (rest.view() == "-") return in_key_ && sink_.OnDeletedValue(name.view());
+    DWORD type = REGISTRY_NONE;
+    Stretch data{};
+    return ReadData(rest, type, data) && in_key_ && sink_.OnValue(name.view(), type, data.view());
+  }
+
+  bool ReadData(Stretch rest, DWORD& type, Stretch& data) {
+    if (!rest.empty() && *rest.begin == '"') {
       type = REGISTRY_STRING;
-      if (!TakeQuoted(rest, data_) || !TrimBlanks(rest).empty()) return false;
-      data_ += '\0';
-      return true;
+      if (!TakeQuoted(rest, data)) return false;
+      TrimBlanks(rest);
+      *data.end++ = '\0';
+      return rest.empty();
     }
     if (TakePrefix(rest, "dword:")) {
       type = REGISTRY_DWORD;
-      const std::optional<DWORD> number = HexNumber(rest);
-      if (!number || rest.size() > 8) return false;
-      data_.clear();
-      for (int shift = 0; shift < 32; shift += 8) data_ += static_cast<char>(*number >> shift);
+      const std::optional<DWORD> number = HexNumber(rest.view());
+      if (!number || rest.view().size() > 8) return false;
+      // There is room, because the word before the number is as long.
+      data = {rest.begin - 4, rest.begin};
+      for (int i = 0; i < 4; ++i) data.begin[i] = static_cast<char>(*number >> 8 * i);
       return true;
     }
     if (!TakePrefix(rest, "hex")) return false;
     type = REGISTRY_BINARY;
     if (TakePrefix(rest, "(")) {
-      const std::size_t end = std::min(rest.find(')'), rest.size());
-      const std::optional<DWORD> number = HexNumber(rest.substr(0, end));
+      char* const end = rest.Find(')');
+      if (end == nullptr) return false;
+      const std::optional<DWORD> number = HexNumber(Stretch{rest.begin, end}.view());
       if (!number) return false;
       type = *number;
-      rest.remove_prefix(std::min(end + 1, rest.size()));
+      rest.begin = end + 1;
     }
-    return TakePrefix(rest, ":") && ReadHex(JoinLines(rest), data_);
+    if (!TakePrefix(rest, ":")) return false;
+    data = JoinLines(rest);
+    return DecodeHex(data);
   }
 
   /// The rest of a line with the lines that go on with it, as their last characters tell.
-  std::string_view JoinLines(std::string_view rest) {
-    if (!rest.ends_with('\\')) return rest;
-    joined_.assign(rest.substr(0, rest.size() - 1));
+  Stretch JoinLines(Stretch rest) {
+    if (!rest.view().ends_with('\\')) return rest;
+    --rest.end;
     while (!rest_.empty()) {
       // Any other line than one of digits is no part of this value: what was between is gone.
-      const std::size_t first = rest_.find_first_not_of(" \t");
-      if (first == std::string_view::npos || HexDigit(rest_[first]) < 0) break;
-      const std::string_view line = TrimBlanks(NextLine());
-      const bool more = line.ends_with('\\');
-      joined_ += more ? line.substr(0, line.size() - 1) : line;
+      const std::size_t first = rest_.view().find_first_not_of(" \t");
+      if (first == std::string_view::npos || HexDigit(rest_.begin[first]) < 0) break;
+      Stretch line = NextLine();
+      const bool more = line.view().ends_with('\\');
+      if (more) --line.end;
+      rest.end = std::copy(line.begin, line.end, rest.end);
       if (!more) break;
     }
-    return joined_;
+    return rest;
   }
 
-  std::string_view rest_;
-  const std::string_view whole_ = rest_;
+  /// What hasn't been read; what has may have been written over.
+  Stretch rest_;
   RegistryTextSink& sink_;
   RegistryTextDamage damage_;
   std::size_t line_number_ = 0;
   bool in_key_ = false;
-  std::string path_;
-  std::string name_;
-  std::string data_;
-  std::string joined_;
 };
 
 }  // namespace
 
 RegistryTextSink::~RegistryTextSink() = default;
+void RegistryTextSink::OnLines(std::span<char>) {}
 void RegistryTextSink::OnComment(std::string_view) {}
 void RegistryTextSink::OnLostLine(std::size_t) {}
 
@@ -316,7 +361,16 @@ void AppendRegistryValue(std::string_view name, DWORD type, std::string_view dat
 }
 
 RegistryTextDamage ReadRegistryText(std::string_view text, RegistryTextSink& sink) {
+  std::string copy(text);
+  return ReadRegistryTextInPlace(copy, sink);
+}
+
+RegistryTextDamage ReadRegistryTextInPlace(std::span<char> text, RegistryTextSink& sink) {
   return Reader(text, sink).Run();
+}
+
+RegistryTextDamage ReadRegistryLinesInPlace(std::span<char> lines, RegistryTextSink& sink) {
+  return Reader(lines, sink).RunBelowKey();
 }
 
 }  // namespace dq::platform

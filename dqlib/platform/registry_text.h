@@ -15,6 +15,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -35,7 +36,8 @@ void AppendRegistryKey(std::string_view path, std::string& text);
 void AppendRegistryValue(std::string_view name, DWORD type, std::string_view data,
                          std::string& text);
 
-/// What a reader finds, in the order of the file. Views last as long as the call.
+/// What a reader finds, in the order of the file. Views last as long as the call, unless the reader
+/// says otherwise.
 class RegistryTextSink {
  public:
   RegistryTextSink() = default;
@@ -49,6 +51,10 @@ class RegistryTextSink {
   virtual bool OnDeletedKey(std::string_view path) = 0;
   virtual bool OnValue(std::string_view name, DWORD type, std::string_view data) = 0;
   virtual bool OnDeletedValue(std::string_view name) = 0;
+  /// Whether what stands below the key that was found last is to be given by `OnLines` instead of
+  /// value by value. Lines that are given so aren't counted.
+  virtual bool TakesLines() const { return false; }
+  virtual void OnLines(std::span<char> lines);
   /// A line that begins with `;`, without it.
   virtual void OnComment(std::string_view text);
   /// A line that is lost, by its number from 1; of lines that go on with one another, the first.
@@ -68,5 +74,10 @@ struct RegistryTextDamage {
 /// Reads a text from its header to its end and gives all that makes sense to `sink`; what doesn't
 /// is left out and counted. Any bytes are safe.
 RegistryTextDamage ReadRegistryText(std::string_view text, RegistryTextSink& sink);
+/// The same without a copy of anything: names and data are decoded where they stand, so that their
+/// views last as long as `text`, which is no registry text any more then.
+RegistryTextDamage ReadRegistryTextInPlace(std::span<char> text, RegistryTextSink& sink);
+/// The same for what `OnLines` has given.
+RegistryTextDamage ReadRegistryLinesInPlace(std::span<char> lines, RegistryTextSink& sink);
 
 }  // namespace dq::platform

@@ -52,6 +52,8 @@ TEST(Checksum, IsTheCastagnoliOneInPiecesOfAnySize) {
   EXPECT_EQ(Checksum(kDigits), 0xE3069283u);
   for (std::size_t cut = 0; cut <= kDigits.size(); ++cut) {
     EXPECT_EQ(Checksum(kDigits.substr(cut), Checksum(kDigits.substr(0, cut))), 0xE3069283u);
+    EXPECT_EQ(ChecksumByTables(kDigits.substr(cut), ChecksumByTables(kDigits.substr(0, cut))),
+              0xE3069283u);
   }
 }
 

@@ -421,6 +421,29 @@ TEST_F(RegistryStoreTest, WhatAnAdministratorWritesStaysTheUsers) {
   EXPECT_EQ(owners("hkcu.reg.bad"), "1234:4321 600\n");
 }
 
+TEST_F(RegistryStoreTest, AFoldRemovesWhatIsLeftOfItsOwnSnapshotsByWhomever) {
+  class Others : public SystemCalls {
+    int Open(const char* path, int flags, mode_t mode) override {
+      if (!std::string_view(path).ends_with("-1-2-3.tmp")) {
+        return SystemCalls::Open(path, flags, mode);
+      }
+      errno = EACCES;
+      return -1;
+    }
+  } calls;
+  User user(directory_.path(), calls);
+  user.Do("a=x leave b=x");
+  Shell(directory_.path(),
+        "touch .dqhkcu-1-2-3.tmp .dqhkcu-7-8-9.tmp .dqhklm-1-2-3.tmp .dqhkcu-1-2-3x.tmp "
+        ".dqhkcu-4-5-6.tmp");
+  const int live = ::open((directory_ / ".dqhkcu-4-5-6.tmp").c_str(), O_RDONLY);
+  EXPECT_EQ(::flock(live, LOCK_EX), 0);
+  user.Do("leave");
+  ::close(live);
+  EXPECT_EQ(Shell(directory_.path(), "ls -d .dq*"),
+            ".dqhkcu-1-2-3x.tmp\n.dqhkcu-4-5-6.tmp\n.dqhklm-1-2-3.tmp\n");
+}
+
 TEST_F(RegistryStoreTest, WhoOnlyReadsLeavesNothingWhereNothingIs) {
   const std::string files = directory_ / "fresh/registry";
   User reader(files);
@@ -429,6 +452,8 @@ TEST_F(RegistryStoreTest, WhoOnlyReadsLeavesNothingWhereNothingIs) {
     EXPECT_EQ(reader.OpenKey(kLocalMachine, "k").error.kind, ErrorKind::kNotFound);
     EXPECT_EQ(reader.ReadValue(kCurrentUser, "v", {}).error.kind, ErrorKind::kNotFound);
     EXPECT_EQ(reader.EnumKey(kClassesRoot, 0).error.kind, ErrorKind::kNotFound);
+    EXPECT_EQ(reader.DeleteValue(kCurrentUser, "v").kind, ErrorKind::kNotFound);
+    EXPECT_EQ(reader.DeleteKey(kLocalMachine, "k").kind, ErrorKind::kNotFound);
     reader.Do("flush leave");
     EXPECT_EQ(directory_.Count(), 0u);
   }

@@ -168,5 +168,25 @@ TEST_F(RegistryTest, ThreadsAndOtherOpeningsReadAndWriteAtOnce) {
   }
 }
 
+TEST_F(RegistryTest, AFoldAndTheFirstReadsOfASnapshotGoOnAtOnce) {
+  constexpr int kKeys = 300;
+  for (int i = 0; i < kKeys; ++i) {
+    const HKEY key = Make("shared\\k" + std::to_string(i));
+    EXPECT_TRUE(registry_.SetValue(key, "a \"name\"", 1, {"a \"text\"\0", 9}).ok());
+    registry_.CloseKey(key);
+  }
+  EXPECT_TRUE(registry_.Leave().ok());
+  const std::string large(1'100'000, 'x');
+  FileRegistry fresh(files_);
+  const HKEY key = fresh.OpenKey(kCurrentUser, "shared").value;
+  std::thread folder([&] { EXPECT_TRUE(fresh.SetValue(key, "", 3, large).ok()); });
+  RegistryDump dump = Dump(fresh, key);
+  folder.join();
+  dump.erase("");
+  EXPECT_EQ(dump.size(), std::size_t{kKeys});
+  const test::DumpedValue expected(1, {"a \"text\"\0", 9});
+  for (const auto& [path, values] : dump) EXPECT_EQ(values.at("a \"name\""), expected) << path;
+}
+
 }  // namespace
 }  // namespace dq::platform::posix

@@ -15,7 +15,8 @@ TEST(RegistryTree, NamesDifferInAnythingButTheCaseOfAsciiLetters) {
   EXPECT_EQ(root.values.size(), 11u);
   const TreeValue* const value = RegistryTree::FindValue(root, "a");
   ASSERT_NE(value, nullptr);
-  EXPECT_EQ(value->name + value->data, "aA") << "a value keeps the spelling it was made with";
+  EXPECT_EQ(std::string(value->name).append(value->data), "aA")
+      << "a value keeps the spelling it was made with";
 }
 
 TEST(RegistryTree, ManyRandomChangesGiveWhatAMapGives) {
@@ -33,7 +34,7 @@ TEST(RegistryTree, ManyRandomChangesGiveWhatAMapGives) {
       model[number] = std::to_string(step);
     } else {
       const bool is_first = random() % 2 && key.values.size() > 0;
-      const std::string doomed = is_first ? key.values[0].name : name;
+      const std::string doomed(is_first ? key.values[0].name : name);
       EXPECT_EQ(RegistryTree::DeleteValue(key, doomed), model.erase(doomed.substr(9)) > 0);
     }
     ASSERT_EQ(key.values.size(), model.size()) << step;

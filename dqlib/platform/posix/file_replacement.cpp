@@ -46,23 +46,25 @@ struct Temporary {
   FileDescriptor file;
 };
 
-// Temporary files that are made up have names of this form, a number of the process, one of the
-// file and one of the time, which differs from that of a dead process of the same number. As long
-// as their process lives they are locked, by which leftovers are told from them: the process could
-// be one of another machine.
-constexpr char kNameFormat[] = ".dq%x-%x-%lx.tmp";
+// Temporary files that are made up have names of this form behind their stem, a number of the
+// process, one of the file and one of the time, which differs from that of a dead process of the
+// same number. As long as their process lives they are locked, by which leftovers are told from
+// them: the process could be one of another machine.
+constexpr char kNameFormat[] = "%x-%x-%lx.tmp";
 
-std::string TemporaryBeside(const std::string& target) {
+std::string TemporaryBeside(const std::string& target, const std::string& stem) {
   static std::atomic<unsigned> counter = 0;
   timespec now{};
   ::clock_gettime(CLOCK_MONOTONIC, &now);
   char name[64];
   std::snprintf(name, sizeof name, kNameFormat, static_cast<unsigned>(::getpid()),
                 counter.fetch_add(1), static_cast<unsigned long>(now.tv_nsec));
-  return DirectoryOf(target) + '/' + name;
+  return DirectoryOf(target) + '/' + stem + name;
 }
 
-bool IsTemporaryName(const char* name) {
+bool IsTemporaryName(const char* name, const std::string& stem) {
+  if (!std::string_view(name).starts_with(stem)) return false;
+  name += stem.size();
   unsigned process = 0;
   unsigned file = 0;
   unsigned long time = 0;
@@ -85,13 +87,17 @@ bool IsFirstIn(SystemCalls& calls, const std::string& directory) {
 }
 
 /// Removes the temporary files of dead processes. What can't be removed harms nothing.
-void RemoveLeftovers(SystemCalls& calls, const std::string& directory) {
+void RemoveLeftovers(SystemCalls& calls, const std::string& directory, const std::string& stem) {
   DirectoryReader entries(calls, directory);
   while (const char* const name = entries.Next()) {
-    if (!IsTemporaryName(name)) continue;
+    if (!IsTemporaryName(name, stem)) continue;
     const std::string path = directory + '/' + name;
     const Result<int> fd = OpenFile(calls, path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
-    if (!fd.ok()) continue;
+    if (!fd.ok()) {
+      if (fd.error.kind != ErrorKind::kAccessDenied || stem == kTemporaryStem) continue;
+      static_cast<void>(calls.Unlink(path.c_str()));
+      continue;
+    }
     const FileDescriptor file(calls, fd.value);
     if (calls.Lock(file.get(), LOCK_EX | LOCK_NB) != 0) continue;
     static_cast<void>(calls.Unlink(path.c_str()));
@@ -116,9 +122,10 @@ Result<Temporary> MakeTemporary(SystemCalls& calls, const Replacement& replaceme
     if (fd.error.code != EEXIST) return fd.error;
   }
   const std::string directory = DirectoryOf(replacement.target);
-  if (IsFirstIn(calls, directory)) RemoveLeftovers(calls, directory);
+  if (IsFirstIn(calls, directory)) RemoveLeftovers(calls, directory, kTemporaryStem);
+  if (replacement.stem != kTemporaryStem) RemoveLeftovers(calls, directory, replacement.stem);
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
-    temporary.path = TemporaryBeside(replacement.target);
+    temporary.path = TemporaryBeside(replacement.target, replacement.stem);
     const Result<int> fd = OpenFile(calls, temporary.path, kFlags, mode);
     if (fd.error.code == EEXIST) continue;
     if (!fd.ok()) return fd.error;

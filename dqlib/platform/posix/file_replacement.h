@@ -11,6 +11,8 @@
 
 namespace dq::platform::posix {
 
+inline constexpr const char* kTemporaryStem = ".dq";
+
 /// How `ReplaceFile` works.
 struct Replacement {
   /// The file, which is no link.
@@ -20,6 +22,10 @@ struct Replacement {
   /// can't be removed, or if this is empty, `ReplaceFile` makes up a name, and removes what
   /// processes that died meanwhile have left under such names in the directory.
   std::string temporary;
+  /// What a name that is made up begins with. Whoever sets another holds a lock against all who
+  /// make such files here, so that even those go which can't be opened to see whether they are in
+  /// use, as an administrator may leave them in a user's directory.
+  std::string stem = kTemporaryStem;
   /// That of the old file, whose owner and permissions the new one gets; none if there is none.
   std::optional<struct stat> old;
   /// Permissions of a file that is made, before those that the user's mask takes away.

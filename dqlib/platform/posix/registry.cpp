@@ -231,13 +231,20 @@ Error FileRegistry::SetValue(HKEY key, std::string_view name, DWORD type,
 
 Error FileRegistry::DeleteValue(HKEY key, std::string_view name) try {
   if (!IsValueName(name)) return Invalid();
+  const Deadline deadline = patience_.Deadline();
+  // What isn't there leaves no files where nothing is.
+  const auto find = [&](const TreeKey& from, int) {
+    return RegistryTree::FindValue(from, name) != nullptr ? Error{} : NotFound();
+  };
+  if (const Error error = WithKey(key, find, deadline); !error.ok()) return error;
   std::string path;
-  return Change(key, [&](RegistryTree&, TreeKey& from, JournalChange& change) -> Result<bool> {
+  const auto plan = [&](RegistryTree&, TreeKey& from, JournalChange& change) -> Result<bool> {
     if (RegistryTree::FindValue(from, name) == nullptr) return NotFound();
     path = RegistryTree::PathOf(from);
     change = {.operation = JournalOperation::kDeleteValue, .path = path, .name = name};
     return true;
-  });
+  };
+  return Change(key, plan, nullptr, deadline);
 } catch (const std::exception&) {
   return ErrorOfException();
 }
@@ -245,15 +252,22 @@ Error FileRegistry::DeleteValue(HKEY key, std::string_view name) try {
 Error FileRegistry::DeleteKey(HKEY key, std::string_view path) try {
   std::string_view rest = path;
   if (!IsKeyPath(path) || TakeKeyName(rest).empty()) return Invalid();
+  const Deadline deadline = patience_.Deadline();
+  const auto find = [&](TreeKey& from, int root) {
+    const RegistryTree& tree = stores_[static_cast<std::size_t>(root)]->tree();
+    return tree.FindKey(from, path) != nullptr ? Error{} : NotFound();
+  };
+  if (const Error error = WithKey(key, find, deadline); !error.ok()) return error;
   std::string whole;
-  return Change(key, [&](RegistryTree& tree, TreeKey& from, JournalChange& change) -> Result<bool> {
+  const auto plan = [&](RegistryTree& tree, TreeKey& from, JournalChange& change) -> Result<bool> {
     const TreeKey* const doomed = tree.FindKey(from, path);
     if (doomed == nullptr) return NotFound();
     if (doomed->children.size() > 0) return ErrorFromErrno(EBUSY);
     whole = RegistryTree::PathOf(*doomed);
     change = {.operation = JournalOperation::kDeleteKey, .path = whole};
     return true;
-  });
+  };
+  return Change(key, plan, nullptr, deadline);
 } catch (const std::exception&) {
   return ErrorOfException();
 }
@@ -262,7 +276,7 @@ Result<RegistryValue> FileRegistry::EnumValue(HKEY key, std::size_t index) try {
   return WithKey(key, [&](TreeKey& from, int) -> Result<RegistryValue> {
     if (index >= from.values.size()) return NotFound();
     const TreeValue& value = from.values[index];
-    return RegistryValue{value.name, value.type, value.data};
+    return RegistryValue{std::string(value.name), value.type, std::string(value.data)};
   });
 } catch (const std::exception&) {
   return ErrorOfException();

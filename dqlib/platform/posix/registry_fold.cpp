@@ -72,11 +72,15 @@ std::uint64_t RegistryStore::NextEpoch() const {
 }
 
 Error RegistryStore::WriteSnapshotFile() {
+  DecodeTree();
   const Result<struct stat> owner = OwnerOfSnapshot();
   if (!owner.ok()) return owner.error;
   // Under a name that is made up, because others may have made a file of any that is known.
-  const Replacement replacement{
-      .target = FilePath(kSnapshot), .temporary = {}, .old = owner.value, .mode = kUserOnly};
+  const Replacement replacement{.target = FilePath(kSnapshot),
+                                .temporary = {},
+                                .stem = kTemporaryStem + names_.file + '-',
+                                .old = owner.value,
+                                .mode = kUserOnly};
   std::uint64_t size = 0;
   const SnapshotEpochs epochs{FreshNumber(), epoch_, end_, NextEpoch()};
   // The journal must not be emptied before the disk has the snapshot under its name.

@@ -175,20 +175,20 @@ void EncodeJournalRecord(const JournalChange& change, std::uint64_t epoch, std::
 }
 
 void ApplyChange(const JournalChange& change, RegistryTree& tree) {
-  TreeKey* const key = tree.FindKey(tree.root(), change.path);
+  const auto find = [&] { return tree.FindKey(tree.root(), change.path); };
   switch (change.operation) {
     case JournalOperation::kCreateKey:
-      if (key == nullptr) tree.MakeKey(tree.root(), change.path);
+      tree.MakeKey(tree.root(), change.path);
       break;
     case JournalOperation::kDeleteKey:
-      if (key != nullptr && key != &tree.root()) tree.DeleteKey(*key);
+      if (TreeKey* const key = find(); key != nullptr && key != &tree.root()) tree.DeleteKey(*key);
       break;
     case JournalOperation::kSetValue:
-      RegistryTree::SetValue(key != nullptr ? *key : tree.MakeKey(tree.root(), change.path),
-                             change.name, change.type, change.data);
+      RegistryTree::SetValue(tree.MakeKey(tree.root(), change.path), change.name, change.type,
+                             change.data);
       break;
     case JournalOperation::kDeleteValue:
-      if (key != nullptr) RegistryTree::DeleteValue(*key, change.name);
+      if (TreeKey* const key = find()) RegistryTree::DeleteValue(*key, change.name);
       break;
   }
 }

@@ -118,22 +118,18 @@ class NameTable {
     return kNone;
   }
 
+  /// Makes room, so that up to this many items can be added without memory.
+  void Reserve(std::size_t size) {
+    items_.reserve(size);
+    if (NeedsSlots(size)) MakeSlots(size * 2);
+  }
+
   /// Adds an item whose name isn't there yet. Without memory nothing has changed.
   Item& Add(Item item) {
     const std::size_t size = items_.size() + 1;
-    std::vector<std::uint32_t> slots;
-    if (slots_.empty() ? size > kFewItems : size * 2 > slots_.size()) {
-      std::size_t count = 4 * kFewItems;
-      while (count < size * 4) count *= 2;
-      slots.assign(count, kFree);
-    }
+    if (NeedsSlots(size)) MakeSlots(size * 4);
     items_.push_back(std::move(item));
-    if (!slots.empty()) {
-      slots_.swap(slots);
-      for (std::size_t i = 0; i < size; ++i) Insert(i);
-    } else if (!slots_.empty()) {
-      Insert(size - 1);
-    }
+    if (!slots_.empty()) Insert(size - 1);
     return items_.back();
   }
 
@@ -155,6 +151,17 @@ class NameTable {
  private:
   static constexpr std::size_t kFewItems = 8;
   static constexpr std::uint32_t kFree = 0xFFFFFFFF;
+
+  bool NeedsSlots(std::size_t size) const {
+    return slots_.empty() ? size > kFewItems : size * 2 > slots_.size();
+  }
+
+  void MakeSlots(std::size_t least) {
+    std::size_t count = 4 * kFewItems;
+    while (count < least) count *= 2;
+    slots_ = std::vector<std::uint32_t>(count, kFree);
+    for (std::size_t i = 0; i < items_.size(); ++i) Insert(i);
+  }
 
   std::size_t Home(std::uint32_t hash) const { return hash & (slots_.size() - 1); }
   std::size_t Next(std::size_t slot) const { return (slot + 1) & (slots_.size() - 1); }

@@ -1,8 +1,10 @@
 #include "dqlib/platform/posix/registry_snapshot.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <cstdio>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -75,9 +77,21 @@ class Walk {
   std::string path_;
 };
 
+/// How many values stand in lines that are as they were written.
+std::size_t CountValues(std::string_view lines) {
+  std::size_t values = 0;
+  while (!lines.empty()) {
+    if (lines[0] == '"' || lines[0] == '@') ++values;
+    lines.remove_prefix(std::min(lines.find('\n'), lines.size() - 1) + 1);
+  }
+  return values;
+}
+
 class Loader : public RegistryTextSink {
  public:
-  Loader(RegistryTree& tree, std::string_view root_name) : tree_(tree), root_name_(root_name) {}
+  /// `is_whole`: the text is the one that was written.
+  Loader(RegistryTree& tree, std::string_view root_name, bool is_whole)
+      : tree_(tree), root_name_(root_name), is_whole_(is_whole) {}
 
   bool OnKey(std::string_view path) override {
     key_ = nullptr;
@@ -91,9 +105,16 @@ class Loader : public RegistryTextSink {
 
   bool OnValue(std::string_view name, DWORD type, std::string_view data) override {
     if (!IsValueName(name) || data.size() > kMaxValueData) return false;
-    RegistryTree::SetValue(*key_, name, type, data);
+    RegistryTree::SetKept(*key_, name, type, data);
     ++values_;
     return true;
+  }
+
+  bool TakesLines() const override { return is_whole_; }
+  void OnLines(std::span<char> lines) override {
+    // An empty line stands before the next key.
+    if (lines.size() > kRegistryTextLineEnd.size()) key_->values.SetLines(lines);
+    values_ += CountValues({lines.data(), lines.size()});
   }
 
   bool OnDeletedKey(std::string_view) override { return false; }
@@ -104,15 +125,21 @@ class Loader : public RegistryTextSink {
  private:
   RegistryTree& tree_;
   const std::string_view root_name_;
+  const bool is_whole_;
   TreeKey* key_ = nullptr;
   std::size_t values_ = 0;
 };
 
-/// Whether a snapshot ends as it must with this many values.
-bool IsWhole(std::string_view text, std::size_t values) {
+/// How many values a snapshot says it has; none if its bytes aren't those that were written.
+std::optional<std::size_t> CountIfWhole(std::string_view text) {
   const std::size_t trailer = text.rfind(kTrailerBegin);
-  if (trailer == std::string_view::npos) return false;
-  return text.substr(trailer) == Trailer(values, Checksum(text.substr(0, trailer)));
+  if (trailer == std::string_view::npos) return std::nullopt;
+  const std::string_view line = text.substr(trailer);
+  std::size_t values = 0;
+  // The whole line is compared, so that it doesn't matter where the number ends.
+  std::from_chars(line.data() + kTrailerBegin.size(), line.data() + line.size(), values);
+  if (line != Trailer(values, Checksum(text.substr(0, trailer)))) return std::nullopt;
+  return values;
 }
 
 }  // namespace
@@ -150,17 +177,21 @@ Error WriteSnapshot(const RegistryTree& tree, std::string_view root_name,
   return write(Trailer(values, checksum));
 }
 
-LoadedSnapshot ReadSnapshot(std::string_view text, std::string_view root_name) {
+LoadedSnapshot ReadSnapshot(std::string text, std::string_view root_name) {
   LoadedSnapshot loaded;
   loaded.tree = std::make_unique<RegistryTree>();
-  Loader loader(*loaded.tree, root_name);
+  // All that asks for the text as it is, before it is decoded where it stands.
+  loaded.epochs = FindSnapshotEpochs(std::string_view(text).substr(0, kSnapshotHeadSize));
+  const std::optional<std::size_t> values = CountIfWhole(text);
   // A value in a line that was cut off may have lost its end without a trace.
   const std::size_t whole_lines = text.rfind('\n') + 1;
-  const RegistryTextDamage damage = ReadRegistryText(text.substr(0, whole_lines), loader);
-  loaded.lost_lines = damage.lost_lines + (whole_lines < text.size() ? 1 : 0);
+  const bool is_cut = whole_lines < text.size();
+  Loader loader(*loaded.tree, root_name, values.has_value());
+  const std::span<char> kept = loaded.tree->KeepText(std::move(text));
+  const RegistryTextDamage damage = ReadRegistryTextInPlace(kept.first(whole_lines), loader);
+  loaded.lost_lines = damage.lost_lines + (is_cut ? 1 : 0);
   loaded.values = loader.values();
-  loaded.damaged = damage.any() || !IsWhole(text, loaded.values);
-  loaded.epochs = FindSnapshotEpochs(text.substr(0, kSnapshotHeadSize));
+  loaded.damaged = damage.any() || values != loaded.values;
   return loaded;
 }
 

@@ -65,6 +65,6 @@ inline constexpr std::size_t kSnapshotHeadSize = 128;
 std::optional<SnapshotEpochs> FindSnapshotEpochs(std::string_view head);
 
 /// Reads a snapshot, or what makes sense of one that is damaged. Any bytes are safe.
-LoadedSnapshot ReadSnapshot(std::string_view text, std::string_view root_name);
+LoadedSnapshot ReadSnapshot(std::string text, std::string_view root_name);
 
 }  // namespace dq::platform::posix

@@ -509,7 +509,13 @@ Error RegistryStore::Load(std::uint64_t journal_size, bool unites) {
   return {};
 }
 
+void RegistryStore::DecodeTree() {
+  const std::lock_guard tree(tree_mutex_);
+  tree_->Decode();
+}
+
 Error RegistryStore::Unite(RegistryTree& loaded) {
+  DecodeTree();
   if (loaded.AddMissing(*tree_) == 0) return {};
   const std::string path = FilePath(kSnapshot);
   std::string notice = "The files of your settings beside " + path +
@@ -541,9 +547,9 @@ Error RegistryStore::LoadSnapshot(LoadedSnapshot& loaded) {
   const Error error =
       ReadFullyAt(calls_, file.get(), static_cast<std::size_t>(opened.value.st_size), 0, text);
   if (!error.ok()) return error;
-  loaded = ReadSnapshot(text, names_.root);
-  loaded.is_there = true;
   snapshot_size_ = text.size();
+  loaded = ReadSnapshot(std::move(text), names_.root);
+  loaded.is_there = true;
   return {};
 }
 

@@ -150,6 +150,8 @@ class RegistryStore {
   /// `unites`: with what the tree has and the files haven't.
   Error Load(std::uint64_t journal_size, bool unites = false);
   Error Unite(RegistryTree& loaded);
+  /// Before the tree is read without the mutex, which others may do at the same time.
+  void DecodeTree();
   /// With the lock of a journal that is displaced: goes over to the one at its path.
   Error TakeOver(std::uint64_t size);
   Error LoadSnapshot(LoadedSnapshot& loaded);

@@ -5,7 +5,51 @@
 #include <random>
 #include <utility>
 
+#include "dqlib/platform/registry_text.h"
+
 namespace dq::platform::posix {
+namespace {
+
+void SetKeptValue(NameTable<TreeValue>& values, std::string_view name, DWORD type,
+                  std::string_view data) {
+  const std::uint32_t hash = HashName(name);
+  const std::size_t index = values.Find(name, hash);
+  if (index == NameTable<TreeValue>::kNone) {
+    values.Add({.name = name, .hash = hash, .type = type, .data = data});
+  } else {
+    values[index].data = data;
+    values[index].type = type;
+  }
+}
+
+/// Takes the values of one key.
+class ValueSink : public RegistryTextSink {
+ public:
+  explicit ValueSink(NameTable<TreeValue>& values) : values_(values) {}
+
+  bool OnValue(std::string_view name, DWORD type, std::string_view data) override {
+    if (!IsValueName(name) || data.size() > kMaxValueData) return false;
+    SetKeptValue(values_, name, type, data);
+    return true;
+  }
+  bool OnKey(std::string_view) override { return false; }
+  bool OnDeletedKey(std::string_view) override { return false; }
+  bool OnDeletedValue(std::string_view) override { return false; }
+
+ private:
+  NameTable<TreeValue>& values_;
+};
+
+}  // namespace
+
+void ValueTable::Decode() const {
+  // All that takes memory first, because what has been decoded can't be decoded again.
+  const auto lines = static_cast<std::size_t>(std::count(lines_.begin(), lines_.end(), '\n'));
+  table_.Reserve(table_.size() + lines + 1);
+  ValueSink sink(table_);
+  // The checksum has told that the lines are those that were written, all of which can be read.
+  static_cast<void>(ReadRegistryLinesInPlace(std::exchange(lines_, {}), sink));
+}
 
 HashSecret MakeHashSecret() {
   constexpr HashSecret kFallback{0x9E3779B97F4A7C15, 0xD6E8FEB86659FD93};
@@ -87,26 +131,48 @@ void RegistryTree::DeleteKey(TreeKey& key) {
 }
 
 const TreeValue* RegistryTree::FindValue(const TreeKey& key, std::string_view name) {
-  const std::size_t index = key.values.Find(name, HashName(name));
-  return index == NameTable<TreeValue>::kNone ? nullptr : &key.values[index];
+  const NameTable<TreeValue>& values = key.values.Decoded();
+  const std::size_t index = values.Find(name, HashName(name));
+  return index == NameTable<TreeValue>::kNone ? nullptr : &values[index];
 }
 
 void RegistryTree::SetValue(TreeKey& key, std::string_view name, DWORD type,
                             std::string_view data) {
-  const std::uint32_t hash = HashName(name);
-  const std::size_t index = key.values.Find(name, hash);
-  if (index == NameTable<TreeValue>::kNone) {
-    key.values.Add({std::string(name), hash, type, std::string(data)});
-    return;
+  NameTable<TreeValue>& values = key.values.Decoded();
+  TreeValue value{.hash = HashName(name), .type = type};
+  const std::size_t index = values.Find(name, value.hash);
+  const bool is_new = index == NameTable<TreeValue>::kNone;
+  if (!is_new) name = values[index].name;
+  value.own = std::make_unique_for_overwrite<char[]>(name.size() + data.size());
+  char* const end = std::copy(name.begin(), name.end(), value.own.get());
+  value.name = {value.own.get(), name.size()};
+  value.data = {end, data.size()};
+  std::copy(data.begin(), data.end(), end);
+  if (is_new) {
+    values.Add(std::move(value));
+  } else {
+    values[index] = std::move(value);
   }
-  key.values[index].data = data;
-  key.values[index].type = type;
+}
+
+std::span<char> RegistryTree::KeepText(std::string text) {
+  text_ = std::move(text);
+  return text_;
+}
+
+void RegistryTree::Decode() const {
+  for (const TreeKey& key : keys_) key.values.Decoded();
+}
+
+void RegistryTree::SetKept(TreeKey& key, std::string_view name, DWORD type, std::string_view data) {
+  SetKeptValue(key.values.Decoded(), name, type, data);
 }
 
 bool RegistryTree::DeleteValue(TreeKey& key, std::string_view name) {
-  const std::size_t index = key.values.Find(name, HashName(name));
+  NameTable<TreeValue>& values = key.values.Decoded();
+  const std::size_t index = values.Find(name, HashName(name));
   if (index == NameTable<TreeValue>::kNone) return false;
-  key.values.Remove(index);
+  values.Remove(index);
   return true;
 }
 

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,11 +35,39 @@ inline std::string_view TakeKeyName(std::string_view& path) {
   return name;
 }
 
+/// Name and data are parts of the text that the tree keeps, or of `own`.
 struct TreeValue {
-  std::string name;
+  std::string_view name{};
   std::uint32_t hash = 0;
   DWORD type = 0;
-  std::string data;
+  std::string_view data{};
+  std::unique_ptr<char[]> own{};
+};
+
+/// The values of a key. Those of a snapshot stand as its lines until somebody asks for one.
+class ValueTable {
+ public:
+  std::size_t size() const { return Decoded().size(); }
+  const TreeValue& operator[](std::size_t index) const { return Decoded()[index]; }
+  auto begin() const { return Decoded().begin(); }
+  auto end() const { return Decoded().end(); }
+
+  /// Takes lines that hold values, parts of the text that the tree keeps.
+  void SetLines(std::span<char> lines) {
+    if (!lines_.empty()) Decode();
+    lines_ = lines;
+  }
+  /// The values themselves. Without memory nothing has changed.
+  NameTable<TreeValue>& Decoded() const {
+    if (!lines_.empty()) Decode();
+    return table_;
+  }
+
+ private:
+  void Decode() const;
+
+  mutable std::span<char> lines_;
+  mutable NameTable<TreeValue> table_;
 };
 
 struct TreeKey;
@@ -54,12 +84,13 @@ struct TreeKey {
   TreeKey* parent = nullptr;
   /// Never used twice in a tree; 0 for a key that was deleted.
   std::uint64_t id = 0;
-  NameTable<TreeValue> values;
+  ValueTable values;
   NameTable<TreeChild> children;
 };
 
 /// A tree of keys below a root without a name. Keys stay where they are in memory as long as the
-/// tree; one that was deleted is used again under another id. One thread at a time.
+/// tree; one that was deleted is used again under another id. One thread at a time, and several
+/// only to read, once all is decoded.
 class RegistryTree {
  public:
   RegistryTree();
@@ -80,6 +111,13 @@ class RegistryTree {
   /// Returns how many values and keys were missing or are others.
   std::size_t AddMissing(const RegistryTree& other);
 
+  /// Keeps a text as long as the tree, the only one, for values to be parts of.
+  std::span<char> KeepText(std::string text);
+  /// Decodes the values of all keys.
+  void Decode() const;
+  /// Sets a value to parts of the text that is kept; else like `SetValue`.
+  static void SetKept(TreeKey& key, std::string_view name, DWORD type, std::string_view data);
+
   static const TreeValue* FindValue(const TreeKey& key, std::string_view name);
   /// Sets a value; one that exists keeps the spelling of its name.
   static void SetValue(TreeKey& key, std::string_view name, DWORD type, std::string_view data);
@@ -92,6 +130,7 @@ class RegistryTree {
  private:
   TreeKey& NewKey();
 
+  std::string text_;
   std::deque<TreeKey> keys_;
   std::vector<TreeKey*> unused_;
   std::uint64_t last_id_ = 0;
