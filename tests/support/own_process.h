@@ -2,12 +2,7 @@
 
 #pragma once
 
-#include <chrono>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string>
-#include <thread>
+#include "tests/support/testing.h"
 
 namespace dq::test {
 

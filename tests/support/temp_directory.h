@@ -2,15 +2,10 @@
 
 #pragma once
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <stdexcept>
-#include <string>
-#include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include "tests/support/testing.h"
 
 namespace dq::test {
 
