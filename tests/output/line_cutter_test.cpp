@@ -23,6 +23,7 @@ TEST(LineCutter, GivesLinesWithTextThatSomethingFollows) {
            {" \n \r\n", "", ""},
            {"\n\r\f\x1a  a \r\n\r\n \tb\n", "a| \tb", "  a| \tb"},
            {"a\x1a\r\nb", "a\x1a|b", "a\x1a|b"},
+           {"\x1a\na\nb", "a|b", "a|b"},
            {" a\n\n \n b \n c", "a|b| c", " a| b| c"}}) {
     EXPECT_EQ(Cut(output, 255, true), trimmed) << output;
     EXPECT_EQ(Cut(output, 255, false), whole) << output;
