@@ -62,9 +62,13 @@ class Program:
         self.failing = []
         self.seconds = {"quick": 0.0, "slow": 0.0}
 
+    def target(self):
+        """What is built for it."""
+        return f"bin/{self.name}" if self.is_gtest else "dqtool"
+
     def filtered(self, part):
         if not self.is_gtest:
-            return self.command
+            return self.command + ["--failfast"]
         if part == "slow":
             return self.command + ["--gtest_filter=" + ":".join(self.slow)]
         return self.command + ["--gtest_filter=-" + ":".join(self.slow + self.failing)]
@@ -206,15 +210,19 @@ def measure(copy, programs):
 
 
 def tests_for(room, programs, levels):
-    """The room's own programs, and all that could notice, the own ones first."""
+    """The room's own programs, and all that could notice, the own ones first. A host's own are the
+    tests in Python, those first that are called like one."""
     heights = {name.replace("/", "_"): height for name, height in levels.items()}
 
     def level(name):
         return heights.get(name, heights["siblings"])
 
-    own = [program for program in programs if program.name == room + "_test"]
+    is_host = directory_of(room).startswith("apps")
+    own = ([program for program in programs if program.name == room + "_test"] if not is_host else
+           sorted((program for program in programs if not program.is_gtest),
+                  key=lambda program: not program.name.startswith("dqtool_test")))
     others = [program for program in programs if program not in own]
-    height = level(room) if directory_of(room).startswith("dqlib") or room == "siblings" else 99
+    height = 99 if is_host else level(room)
     above = [program for program in others
              if not program.is_gtest or level(program.name.removesuffix("_test")) >= height]
     return own, own + above
@@ -231,7 +239,7 @@ def fate(copy, mutant, text, own, steps, noticed):
     gets the names of the room's own tests that notice."""
     copy.write(mutant.path, mutant.applied(text).encode("utf-8", "surrogateescape"))
     try:
-        targets = [f"bin/{program.name}" for program in own] or ["all"]
+        targets = sorted({program.target() for program in own}) or ["all"]
         if copy.build(*targets).returncode != 0:
             return "invalid"
         everything = not own
@@ -343,14 +351,15 @@ def main():
     # All at once, so that they are alike even if somebody works on the tree.
     for copy in copies:
         copy.refresh(wanted)
+    only_hosts = words.rooms and all(directory_of(room).startswith("apps") for room in words.rooms)
     for copy in copies:
-        built = copy.build("all", jobs=len(copies))
+        built = copy.build("dqtool" if only_hosts else "all", jobs=len(copies))
         if built.returncode != 0:
             raise Failure(built.stdout)
     programs = copies[0].programs()
     rooms = words.rooms or [program.name.removesuffix("_test") for program in programs
                             if program.is_gtest and directory_of(
-                                program.name.removesuffix("_test"))] + ["dqtool"]
+                                program.name.removesuffix("_test"))] + ["common", "dqtool"]
     levels = mutation.read_levels(ROOT)
     measure(copies[0], {program.name: program for room in rooms
                         for program in tests_for(room, programs, levels)[1]}.values())
