@@ -95,12 +95,18 @@ void PrintHelp(const Program& program, const Command& command) {
   PrintOptions(command);
 }
 
+/// Null if there is none.
+const Command* CommandNamed(const std::string& name) {
+  const auto found = std::ranges::find_if(Table(), [&name](const Command* command) {
+    return dq::platform::EqualIgnoringCase(name, command->name);
+  });
+  return found == Table().end() ? nullptr : *found;
+}
+
 const Command& FindCommand(const std::string& name) {
+  if (const Command* const command = CommandNamed(name)) return *command;
   std::vector<std::string> names = {"help"};
-  for (const Command* command : AllCommands()) {
-    if (dq::platform::EqualIgnoringCase(name, command->name)) return *command;
-    names.emplace_back(command->name);
-  }
+  for (const Command* command : AllCommands()) names.emplace_back(command->name);
   throw WrongUsage("no command named " + name + DidYouMean(name, names));
 }
 
@@ -144,12 +150,19 @@ int Dispatch(const Program& program, Words words) {
   if (AsksForHelp(first) || dq::platform::EqualIgnoringCase(first, "help")) {
     return PrintHelpOf(program, rest);
   }
-  if (first == "--version") {
+  if (dq::platform::EqualIgnoringCase(first, "--version")) {
     if (!rest.empty()) throw WrongUsage("--version takes no words");
     PrintLine(std::string(program.name) + " " + program.version);
     return kYes;
   }
   if (first.starts_with('-')) {
+    // Options may stand before the command too.
+    const auto found = std::ranges::find_if(words, CommandNamed);
+    if (found != words.end()) {
+      std::vector<std::string> others(words.begin(), found);
+      others.insert(others.end(), found + 1, words.end());
+      return RunCommand(program, *CommandNamed(*found), others);
+    }
     throw WrongUsage("no option " + first + " before a COMMAND" +
                      DidYouMean(first, std::vector<std::string>{"--help", "--version"}));
   }

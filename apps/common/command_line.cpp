@@ -350,6 +350,9 @@ std::string UsageOf(const Form& form) {
   return usage;
 }
 
-bool AsksForHelp(std::string_view word) { return word == "--help" || word == "-h"; }
+bool AsksForHelp(std::string_view word) {
+  return dq::platform::EqualIgnoringCase(word, "--help") ||
+         dq::platform::EqualIgnoringCase(word, "-h");
+}
 
 }  // namespace dqapps

@@ -93,7 +93,7 @@ const Form& ReadCommandLine(std::span<const Form> forms, Words words, Arguments&
 /// A form as its usage line shows it: "convert --in FORMAT [VALUE ...]".
 std::string UsageOf(const Form& form);
 
-/// Whether the word is that for help.
+/// Whether the word is that for help, in any case.
 bool AsksForHelp(std::string_view word);
 
 /// The number that the word is; throws `WrongUsage`, with what the word stands for, if it is none

@@ -1,5 +1,6 @@
 #include "apps/common/console.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -41,6 +42,14 @@ int Complain(std::string_view text) {
   // There is no other place to complain of a failure to complain.
   std::fwrite(line.data(), 1, line.size(), stderr);
   return kNo;
+}
+
+void ComplainInLines(std::string_view text) {
+  while (!text.empty()) {
+    const std::size_t size = std::min(text.find('\n'), text.size());
+    Complain(text.substr(0, size));
+    text.remove_prefix(std::min(size + 1, text.size()));
+  }
 }
 
 std::string OnOneLine(std::string_view text) {

@@ -49,6 +49,9 @@ std::string ByComplainer(std::string_view text);
 /// behind the text are dropped.
 int Complain(std::string_view text);
 
+/// Says each line of the text so.
+void ComplainInLines(std::string_view text);
+
 /// The text as one line: whatever a terminal would take for a command is written as `\xHH`.
 std::string OnOneLine(std::string_view text);
 

@@ -9,6 +9,7 @@ namespace dqtool {
 using dqapps::Arguments;
 using dqapps::Command;
 using dqapps::Complain;
+using dqapps::ComplainInLines;
 using dqapps::DidYouMean;
 using dqapps::Fields;
 using dqapps::kJson;

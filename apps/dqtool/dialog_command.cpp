@@ -60,7 +60,7 @@ class ScriptPrompts : public dq::platform::Prompts {
   explicit ScriptPrompts(dq::platform::DialogScript script) : script_(std::move(script)) {}
 
   int Show(std::string_view, std::string_view text, dq::UINT type, dq::UINT) override {
-    Complain(text);
+    ComplainInLines(text);
     return dq::DefaultBoxButton(type);
   }
   void RunDialog(dq::platform::DialogView& dialog) override { script_.Play(dialog); }

@@ -150,9 +150,17 @@ int Set(const Arguments& arguments) {
   const std::vector<std::string>& words = arguments.words;
   RequireName(words[1]);
   RequireName(words[2]);
-  return IniFile::Change(words[0], [&words](CDQIniFile& file) {
+  CString kept;
+  const int status = IniFile::Change(words[0], [&](CDQIniFile& file) {
     file.WriteKey(words[1].c_str(), words[2].c_str(), words[3].c_str());
+    file.ReadKey(words[1].c_str(), words[2].c_str(), kept, "");
   });
+  // The form keeps no blanks and quotes round a value, nor all line ends and lengths.
+  if (status == kYes && kept != words[3].c_str()) {
+    Complain(words[0] + ": key " + words[2] + " in section " + words[1] +
+             " isn't read back as the value given");
+  }
+  return status;
 }
 
 int DeleteKey(const Arguments& arguments) {
@@ -176,7 +184,9 @@ const Command kIni{
     "S is a section, K a key and V its value. The case of names doesn't count.\n"
     "\n"
     "  get             print the value, at most 2047 bytes of it; absent keys are a no\n"
-    "  set             write the value; line feeds stand as </N/>, carriage returns are dropped\n"
+    "  set             write the value; line feeds stand as </N/>, carriage returns are dropped;\n"
+    "                  on reading, blanks and one pair of quotes round it are too, and what so\n"
+    "                  isn't read back as it was given is told on standard error\n"
     "  delete-key      reset the key: its value becomes 0, because an absent key reads as never\n"
     "                  set\n"
     "  delete-section  remove the section with all its keys\n"

@@ -1,6 +1,5 @@
 // dqtool: the library's services at a shell prompt.
 
-#include <algorithm>
 #include <cstdio>
 #include <iterator>
 #include <string>
@@ -21,10 +20,7 @@ class TellingPrompts : public dq::platform::Prompts {
     if (dq::BoxButtons(type).size() > 1) {
       return target_.Show(caption, dqapps::ByComplainer(text), type, help_id);
     }
-    for (; !text.empty(); text.remove_prefix(std::min(text.find('\n') + 1, text.size()))) {
-      dqapps::Complain(text.substr(0, text.find('\n')));
-      if (text.find('\n') == text.npos) break;
-    }
+    dqapps::ComplainInLines(text);
     return dq::DefaultBoxButton(type);
   }
   void RunDialog(dq::platform::DialogView& dialog) override { target_.RunDialog(dialog); }

@@ -14,7 +14,8 @@ int RunSplitName(const Arguments& arguments) {
   if (dq::GetTwoPartName(name, parts[0], parts[1])) {
     parts[2].Empty();
   } else if (!dq::GetThreePartName(name, parts[0], parts[1], parts[2])) {
-    return kNo;
+    return arguments.Has(kJson.name) ? PrintAnswer(arguments, "", {{"parts", Value::Texts()}}, kNo)
+                                     : int{kNo};
   }
   Value::Texts texts;
   std::string lines;
@@ -30,7 +31,8 @@ const Command kSplitName{
     "split-name",
     "Prints the parts of a qualified name.",
     "Prints the two or three parts that dots separate, a line each; what is behind the second dot\n"
-    "is one part. Ends with status 1 if the name has neither two nor three, or one is empty.\n"
+    "is one part. Prints nothing and ends with status 1 if the name has neither two nor three, or\n"
+    "one is empty.\n"
     "\n"
     "JSON: {\"parts\": [...]}.\n",
     {{"NAME", RunSplitName, {kJson}}}};

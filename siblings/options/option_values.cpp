@@ -62,7 +62,12 @@ bool CDQOptionsServer::UnsetValue(int id) {
   const CDQOption* const option = GetOptionByID(id);
   if (option == nullptr) return false;
   const DBMS platform = PlatformFor(*option, m_ePlatform);
-  if (!detail::ForgetOption(option->GetDefinition(), platform).ok()) return false;
+  const platform::Error error = detail::ForgetOption(option->GetDefinition(), platform);
+  if (!error.ok()) {
+    AfxTrace("Option " + std::to_string(id) + " could not be reset: " + detail::ErrorText(error) +
+             "\n");
+    return false;
+  }
   m_unkept.erase({id, platform});
   option->m_lastReading = {};
   return true;

@@ -1,7 +1,5 @@
-"""An installed dqtool, and where it looks for the options files.
-
-dqtool_install_test.py CMAKE BUILD_TREE
-"""
+# dqtool_install_test.py CMAKE BUILD_TREE
+"""An installed dqtool, and where it looks for the options files."""
 
 import os
 import subprocess

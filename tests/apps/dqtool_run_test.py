@@ -1,7 +1,5 @@
-"""dqtool run: the program's lines, how its run ends, and what is left of it.
-
-dqtool_run_test.py DQTOOL
-"""
+# dqtool_run_test.py DQTOOL
+"""dqtool run: the program's lines, how its run ends, and what is left of it."""
 
 import os
 import signal
@@ -58,48 +56,26 @@ class RunTest(transcript.TranscriptTest):
             run --keep-left --dir $D/sub $D/blanks => $D/blanks\x20\n$D/sub\n  a\n  b\n  c
             run sh '-c "exit 1"' =>1 sh -c "exit 1"
             run '' =>1 ! -6: No program to run
-            run =>2 ! a PROGRAM is needed
-            run --dir =>2 ! --dir needs a DIR
             run --dir '' true =>2 ! DIR is empty
-            run --loud echo =>2 ! no option --loud
             run --kep-left echo =>2 ! no option --kep-left; did you mean '--keep-left'?
-            run echo two words =>2 ! ARGUMENTS is one text; put it in quotes
-            run --auth high true =>2 ! MODE is a number from 0 to 4, not 'high'
             run --auth 5 true =>2 ! MODE is a number from 0 to 4, not '5'
-            run --password-file '' --user u echo =>1 ! cannot read '': No such file or directory
             run --password-file none --user u echo =>1 ! cannot read none: No such file or directory
-            run --password-file $D --user u echo =>1 ! cannot read $D: Is a directory
             zero := ab\0c\n
             run --password-file zero --user u echo =>1 ! the password in zero has a zero byte
             run --password-file - --user u echo < => echo u\x20\nu
             run --password-file - --user u echo < tiger\nx => echo u/****\x20\nu/tiger
+            secret := tiger@/x\r\nsecond line\n
+            length := for last; do :; done; echo "${#last}"\n
+            run --user scott sh length => sh length scott\x20\n5
+            run --user scott --password-file secret sh length => sh length scott/****\x20\n14
+            run --user=scott --password-file secret --datasource ora1 --auth 2 sh length => sh length 'scott/****@ora1 AS SYSDBA'\x20\n29
+            run $D/three =>3 $D/three\x20\nsaid\ntoo
+            run $D/killed =>137 $D/killed\x20\nsaid
+            run $D/last =>255 $D/last\x20
+            run '$D/missing -Psecret' =>127 $D/missing -P******\x20 ! -3: Create process failed: No such file or directory: '$D/missing' in '$D'
+            run $D/plain =>126 $D/plain\x20 ! -3: Create process failed: Permission denied: '$D/plain' in '$D'
+            run --dir $D/missing $D/three =>127 $D/three\x20 ! -3: Create process failed: No such file or directory: '$D/three' in '$D/missing'
             """)
-        failed = "dqtool: run: -3: Create process failed: %s: '%s' in '%s'\n"
-        here, missing = self.directory, self.path("missing")
-        for words, status, out, err in [
-                (["three"], 3, b"said\ntoo\n", ""), (["killed"], 137, b"said\n", ""),
-                (["last"], 255, b"", ""),
-                (["missing -Psecret"], 127, b"", failed % ("No such file or directory", missing, here)),
-                (["plain"], 126, b"", failed % ("Permission denied", self.path("plain"), here)),
-                (["--dir", missing, "three"], 127, b"",
-                 failed % ("No such file or directory", self.path("three"), missing))]:
-            words[-1] = self.path(words[-1])
-            found = self.dqtool("run", *words)
-            self.assertEqual((found[0], found[1].partition(b"\n")[2], found[2].decode()),
-                             (status, out, err), words)
-
-    def test_a_connection_never_shows_the_password(self):
-        secret = self.path("secret", b"tiger@/x\r\nsecond line\n")
-        length = self.path("length.sh", b'for last; do :; done; echo "${#last}"\n')
-        for words, end in [
-                (["--user", "scott"], b" scott \n5\n"),
-                (["--user", "scott", "--password-file", secret], b" scott/**** \n14\n"),
-                (["--user=scott", "--password-file", secret, "--datasource", "ora1", "--auth", "2"],
-                 b"@ora1 AS SYSDBA' \n29\n")]:
-            status, out, err = self.dqtool("run", *words, "sh", length)
-            self.assertEqual((status, err), (0, b""))
-            self.assertNotIn(b"tiger", out)
-            self.assertTrue(out.endswith(end), out)
 
     def test_lines_come_as_they_are_printed_and_whole(self):
         program = self.script("echo one; echo two; sleep 60")
@@ -122,8 +98,7 @@ class RunTest(transcript.TranscriptTest):
         for number in [signal.SIGINT, signal.SIGQUIT, signal.SIGTERM, signal.SIGHUP]:
             process = self.start(program)
             self.assertTrue(wait_until(lambda: os.path.exists(ids)))
-            with open(ids, encoding="ascii") as file:
-                children = file.read().split()
+            children = self.content(ids).decode().split()
             os.remove(ids)
             process.send_signal(number)
             _, err = process.communicate(timeout=60)
@@ -139,8 +114,7 @@ class RunTest(transcript.TranscriptTest):
         err = process.stderr.read()
         process.stderr.close()
         self.assertEqual((process.wait(60), err), (141, b""))
-        with open(ids, encoding="ascii") as file:
-            child = file.read().strip()
+        child = self.content(ids).decode().strip()
         self.assertTrue(wait_until(lambda: not is_running(child)))
 
 

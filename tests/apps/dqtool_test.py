@@ -1,15 +1,13 @@
-"""dqtool at a shell prompt, its commands but for run.
-
-dqtool_test.py DQTOOL
-"""
+# dqtool_test.py DQTOOL
+"""dqtool at a shell prompt, its commands but for run."""
 
 import json
 import os
 import re
 import resource
-import signal
 import stat
 import subprocess
+import zlib
 
 import transcript
 
@@ -31,7 +29,6 @@ class FactsTest(transcript.TranscriptTest):
             bigint -1234567 int => -234567
             bigint -1234567 INT --json => {"result":-234567}
             bigint 1 / -0 =>1 ! division by zero
-            bigint 0 % 0 =>1 ! division by zero
             bigint 1-2 + 1 =>1 ! no number: '1-2'
             bigint 1 + - =>1 ! no number: '-'
             bigint '' int =>1 ! no number: ''
@@ -49,17 +46,12 @@ class FactsTest(transcript.TranscriptTest):
             template --file - --set a=B --json < $$a$$\n\xff => {"text":{"hex":"420aff"}}
             template -- --set => --set
             template --set a=B '$$A$$ $$a$$' =>1 $$A$$ B ! DQTemplateEngine::Process - Variable  '$$A$$' is not in the dictionary.
-            template 'cost $$5' =>1 cost $$5 ! DQTemplateEngine::Process - Malformed variable encountered in input string 'cost $$5'.
-            template --set 'a$$b=B' x =>1 x ! DQTemplateEngine::SetVariable - Attempting to set malformed variable '$$a$$b$$'.
             template --file zeros =>1 ! no text: zeros
             template --file none =>1 ! cannot read none: No such file or directory
-            template --file '' =>1 ! cannot read '': No such file or directory
             template --set a x =>2 ! --set needs NAME=VALUE, not 'a'
             template --set =a x =>2 ! --set needs NAME=VALUE, not '=a'
-            template --file =>2 ! --file needs a FILE
             template --file a --file b =>2 ! --file stands twice
             template -x =>2 ! no option -x; a word that begins with '-' stands behind '--'
-            template =>2 ! either a TEXT or --file is needed
             template --file t.sql x =>2 ! either a TEXT or --file is needed
             """)
 
@@ -68,15 +60,10 @@ class FactsTest(transcript.TranscriptTest):
             guid 0012abcd-0234-F678-9abc-def01234567f => 0012ABCD-0234-F678-9ABC-DEF01234567F\n0X0012ABCD, 0X0234, 0XF678, 0X9A, 0XBC, 0XDE, 0XF0, 0X12, 0X34, 0X56, 0X7F\n{0012ABCD-0234-F678-9ABC-DEF01234567F}
             guid --json 0012abcd-0234-F678-9abc-def01234567f => {"odl":"0012ABCD-0234-F678-9ABC-DEF01234567F","struct":"0X0012ABCD, 0X0234, 0XF678, 0X9A, 0XBC, 0XDE, 0XF0, 0X12, 0X34, 0X56, 0X7F","registry":"{0012ABCD-0234-F678-9ABC-DEF01234567F}"}
             guid {0012abcd-0234-F678-9abc-def01234567f} =>1 ! no identifier: '{0012abcd-0234-F678-9abc-def01234567f}'
-            guid '' =>1 ! no identifier: ''
-            guid =>2 ! a TEXT is needed
-            guid a b =>2 ! TEXT is one text; put it in quotes
             path relative 'c:\\data\\app' 'C:\\Data\\App\\sql\\a.sql' => .\\sql\\a.sql
             path Relative 'c:\\data\\app' 'C:\\other\\a.sql' => ..\\other\\a.sql
             path absolute 'c:\\data\\app' '..\\other\\a.sql' --json => {"path":"c:\\\\other\\\\a.sql"}
-            path relative /data/App /data/App/A.sql => ./A.sql
             path universal /data/App => /data/App
-            path universal '' => ""
             path =>2 ! relative, absolute or universal is needed
             path relativ x y =>2 ! relative, absolute or universal is needed, not 'relativ'; did you mean 'relative'?
             path relative x =>2 ! a BASE and a PATH are needed
@@ -93,17 +80,13 @@ class FactsTest(transcript.TranscriptTest):
             text 44030 '' => Start Task: On\x20
             text 44030 %d%s => Start Task: On %d%s
             text 44030 -- -x => Start Task: On -x
-            text 23550 'not a number' => WNetGetLastError failed with error not a number.
             text 23528 net 5 => net failed with error code5.\r\n%s
             text 44088 a b 7 => Error: a\nFile: b,  Line 7
             text 61714 1 9 => Please enter an integer between 1 and 9.
-            text 0 =>1 ! no string with id 0
             text 4294967295 =>1 ! no string with id 4294967295
             text 99999999999999999999 =>1 ! no string with id 99999999999999999999
-            text =>2 ! an ID is needed
             text 12x =>2 ! ID is a number, not '12x'
             text -1 =>2 ! ID is a number, not '-1'
-            text '' =>2 ! ID is a number, not ''
             text 44020 more =>2 ! 1 ARG more than the string has places
             """)
 
@@ -112,71 +95,44 @@ class FactsTest(transcript.TranscriptTest):
             log --once x.log '' =>
             log x.log '' =>
             log x.log 'two words' =>
-            log x.log =>2 ! a FILE and a TEXT are needed
             log x.log x --max -1 =>2 ! KB is a number from 0 to 4294967295, not '-1'
             log '' x =>2 ! FILE is empty
             log --once $D x =>1 ! cannot write $D
             log $D x =>1 ! Unable to open Log file for writing...
-            log none/x.log x =>1 ! Unable to open Log file for writing...
             log /dev/full x =>1 ! cannot write /dev/full: No space left on device
             """)
         # Without its locale a program writes as in the United States.
         self.environment["LC_ALL"] = "xx_YY.UTF-8"
         self.assertEqual(self.dqtool("log", "x.log", "no locale"), (0, b"", b""))
-        with open(self.path("x.log"), "rb") as file:
-            self.assertRegex(file.read(), rb"\A" + STAMP + rb"\r\n\r\n" + STAMP +
-                             rb"  two words\r\n" + STAMP + rb"  no locale\r\n\Z")
+        self.assertRegex(self.content("x.log"), rb"\A" + STAMP + rb"\r\n\r\n" + STAMP +
+                         rb"  two words\r\n" + STAMP + rb"  no locale\r\n\Z")
         self.path("x.log", b"-" * 1024)
         status, _, err = self.dqtool("log", "--max", "1", "x.log", "text")
         self.assertEqual(status, 0)
         self.assertTrue(err.startswith(b"dqtool: log: Log file length has exceeded the maximum"))
         self.assertGreater(os.path.getsize(self.path("x.log")), 1024)
         self.assertEqual(self.dqtool("log", "--once", "--max=1", "x.log", "text"), (0, b"", b""))
-        with open(self.path("x.log"), "rb") as file:
-            self.assertRegex(file.read(), rb"\A" + STAMP + rb"\r\ntext\r\n\Z")
+        self.assertRegex(self.content("x.log"), rb"\A" + STAMP + rb"\r\ntext\r\n\Z")
         self.assertRegex(self.dqtool("log", "-", "text")[1], rb"\A" + STAMP + rb"  text\r\n\Z")
+        self.environment["TMPDIR"] = self.path("none")
+        self.play("log - x =>1 ! cannot write into $D/none/: No such file or directory")
 
     def test_system_and_identity_are_a_name_and_a_value_a_line(self):
-        status, out, err = self.dqtool("system")
-        self.assertEqual((status, err), (0, b""))
-        facts = dict(line.split("\t") for line in out.decode().splitlines())
-        self.assertEqual(len(facts), 22)
-        self.assertEqual(facts["SpecialFolderPath"], self.path("config"))
-        self.assertEqual(facts["ComputerName"][:2], "\\\\")
+        facts = dict(line.split("\t") for line in self.dqtool("system")[1].decode().splitlines())
         self.assertRegex(facts["CurrentDateTime"].encode(), rb"\A" + STAMP + rb"\Z")
-        self.assertEqual((facts["MilliSecPos"], facts["IsWindows95"], facts["IsWindowsNT"]),
-                         ("-1", "false", "true"))
+        self.assertEqual([facts["SpecialFolderPath"], facts["ComputerName"][:2]]
+                         + [facts[name] for name in ["MilliSecPos", "IsWindows95", "IsWindowsNT"]],
+                         [self.path("config"), "\\\\", "-1", "false", "true"])
         as_json = json.loads(self.dqtool("system", "--json")[1])
-        self.assertEqual((list(as_json), as_json["IsWindowsNT"]), (list(facts), True))
-
-        def identity(*words):
-            status, out, err = self.dqtool("identity", *words)
-            self.assertEqual((status, err), (0, b""))
-            return dict(line.split("\t") for line in out.decode().splitlines())
-        self.assertEqual(list(identity("--app", "QUILLBASE", "--exe", "C:\\Bin\\Tool.exe",
-                                       "--file-version", "7.12.3.4").items()), [
-            ("LanguageString", "040904b0"), ("VersionString", "7.12.3.4"), ("Comments", ""),
-            ("CompanyName", ""), ("FileDescription", ""), ("InternalName", ""),
-            ("LegalCopyright", ""), ("LegalTrademarks", ""), ("OriginalFileName", ""),
-            ("ProductVersion", ""), ("AppCode", "QUILLBASE"), ("Title", ""),
-            ("ExecutablePath", "C:\\Bin\\Tool.exe"), ("ExecutableDirectory", "C:\\Bin"),
-            ("RunningFromNetwork", "false"), ("OptionsFile", "Quill.dqo"), ("RegistryKey", "Tool"),
-            ("ProductName", ""), ("SplashIDB", "0"), ("LongVersionNumber", "7.12.3.4"),
-            ("MediumVersionNumber", "7.12.3"), ("ShortVersionNumber", "7.12"),
-            ("MajorVersionNumber", "7"), ("MinorVersionNumber", "2"), ("BuildNumber", "4"),
-            ("IsAppLumenSql", "false"), ("IsAppDeltaKeeper", "false"),
-            ("IsAppQuillbase", "true"), ("IsAppDQPacer", "false")])
-        self.assertEqual(identity()["ExecutablePath"], transcript.DQTOOL)
-        tool = self.path("tool", b"")
-        self.path("tool.version", b"FileVersion=1.2.3.4\nProductName=The Tool\nTranslation=0407,04e4\n")
-        found = identity("--exe", tool)
-        self.assertEqual((found["ProductName"], found["ShortVersionNumber"], found["OptionsFile"],
-                          found["LanguageString"]), ("The Tool", "1.2", "tool.dqo", "040704e4"))
-        self.assertEqual(json.loads(self.dqtool("identity", "--json")[1])["SplashIDB"], 0)
+        self.assertEqual((list(as_json), len(facts), as_json["IsWindowsNT"]),
+                         (list(facts), 22, True))
+        self.assertIn(b"ExecutablePath\t%b\n" % transcript.DQTOOL.encode(),
+                      self.dqtool("identity")[1])
         self.play(r"""
+            identity --app QUILLBASE --exe 'C:\\Bin\\Tool.exe' --file-version 7.12.3.4 => LanguageString\t040904b0\nVersionString\t7.12.3.4\nComments\t\nCompanyName\t\nFileDescription\t\nInternalName\t\nLegalCopyright\t\nLegalTrademarks\t\nOriginalFileName\t\nProductVersion\t\nAppCode\tQUILLBASE\nTitle\t\nExecutablePath\tC:\\Bin\\Tool.exe\nExecutableDirectory\tC:\\Bin\nRunningFromNetwork\tfalse\nOptionsFile\tQuill.dqo\nRegistryKey\tTool\nProductName\t\nSplashIDB\t0\nLongVersionNumber\t7.12.3.4\nMediumVersionNumber\t7.12.3\nShortVersionNumber\t7.12\nMajorVersionNumber\t7\nMinorVersionNumber\t2\nBuildNumber\t4\nIsAppLumenSql\tfalse\nIsAppDeltaKeeper\tfalse\nIsAppQuillbase\ttrue\nIsAppDQPacer\tfalse
+            tool.version := FileVersion=1.2.3.4\nProductName=The Tool\nTranslation=0407,04e4\n
+            identity --exe $D/tool --json => {"LanguageString":"040704e4","VersionString":"1.2.3.4","Comments":"","CompanyName":"","FileDescription":"","InternalName":"","LegalCopyright":"","LegalTrademarks":"","OriginalFileName":"","ProductVersion":"","AppCode":"","Title":"","ExecutablePath":"$D/tool","ExecutableDirectory":"$D","RunningFromNetwork":false,"OptionsFile":"tool.dqo","RegistryKey":"tool","ProductName":"The Tool","SplashIDB":0,"LongVersionNumber":"1.2.3.4","MediumVersionNumber":"1.2.3","ShortVersionNumber":"1.2","MajorVersionNumber":1,"MinorVersionNumber":2,"BuildNumber":4,"IsAppLumenSql":false,"IsAppDeltaKeeper":false,"IsAppQuillbase":false,"IsAppDQPacer":false}
             system x =>2 ! it takes no words
-            identity x =>2 ! it takes no words
-            identity --exe =>2 ! --exe needs a PATH
             identity --exe '' =>2 ! PATH is empty
             identity --app Foo =>2 ! no application 'Foo'; there are 'Lumen SQL', 'Velmora Delta Keeper', 'Quillbase', 'Velmora Pacer'
             identity --file-version 7.x =>2 ! V is numbers with dots between, not '7.x'
@@ -189,10 +145,7 @@ class WordsTest(transcript.TranscriptTest):
         self.play(r"""
             platform-text SQLServer => SQL Server
             platform-text db2os390 --json => {"text":"DB/2"}
-            platform-text mysql =>2 ! no platform mysql
             platform-text orcale =>2 ! no platform orcale; did you mean 'oracle'?
-            platform-text '' =>2 ! no platform ''
-            platform-text =>2 ! a P is needed
             type-text 42 --platform db2os390 => Stogroup
             type-text STOGROUP --platform db2os390 --json => {"value":42,"text":"Stogroup"}
             type-text stogroup => Nodegroup
@@ -200,7 +153,6 @@ class WordsTest(transcript.TranscriptTest):
             type-text tabel =>2 ! no kind of objects 'tabel', by number or name; did you mean 'Table'?
             type-text 1x =>2 ! no kind of objects '1x', by number or name
             type-text 99999999999 =>2 ! no kind of objects '99999999999', by number or name
-            type-text 1 --platform =>2 ! --platform needs a P
             types =>2 ! --platform P is needed
             types --platform oracle --version new =>2 ! V is a version, not 'new'
             types --platform oracle --version -1 =>2 ! V is a version, not '-1'
@@ -211,7 +163,6 @@ class WordsTest(transcript.TranscriptTest):
             words M_PSZENDOFLN --json => {"name":"m_pszEndOfLn","word":"\\r\\n"}
             words of =>1 ! no word is named of
             words m_pszoff =>1 ! no word is named m_pszoff; did you mean 'm_pszof'?
-            words a b =>2 ! NAME is one text; put it in quotes
             """)
 
         def types(*words):
@@ -235,8 +186,6 @@ class WordsTest(transcript.TranscriptTest):
             quote 1x a]b --platform sqlserver '' --version 08.00.0194 => [1x]\n[a]b]\n
             quote --platform oracle --case-sensitive emp EMP => "emp"\nEMP
             quote --platform=DB2 --no-quoting emp ++ [a,b] -- -- --json => emp\n++\n[a,b]\n--\n--json
-            quote --platform db2 -- --x => "--x"
-            quote --platform db2 =>
             quote --platform db2 --json < => []
             quote --platform db2 --json < a\n\xff => [\n{"name":"a","quoted":"\\"a\\""},\n{"name":{"hex":"ff"},"quoted":{"hex":"22ff22"}}\n]
             quote --platform db2 < A\na\n\nB\0\nlast => A\n"a"\n\n"B\0"\n"last"
@@ -245,19 +194,16 @@ class WordsTest(transcript.TranscriptTest):
             quote --platform =>2 ! --platform needs a P
             quote --platform= x =>2 ! no platform ''
             quote --platform db2 --platform db2 x =>2 ! --platform stands twice
-            quote --platform db2 --version =>2 ! --version needs a V
             quote --platform sqlserver --version x y =>2 ! V is a version, not 'x'
             quote --platform db2 --json=1 x =>2 ! --json takes no value
-            quote --platform db2 --lout =>2 ! no option --lout
             quote --platfrom db2 x =>2 ! no option --platfrom; did you mean '--platform'?
-            quote x =>2 ! --platform P is needed
             option get 50270 => 0
             option set 50270 1 =>
             quote --platform oracle emp => "emp"
             split-name a.b => a\nb
             split-name a.b.c.d --json => {"parts":["a","b","c.d"]}
             split-name a =>1
-            split-name =>2 ! a NAME is needed
+            split-name a..b --json =>1 {"parts":[]}
             version --platform oracle 'Oracle8i Release 8.1.7.0.0' => 8.170
             version 8.1.7 --platform oracle --json => {"version":"8.17"}
             version --platform oracle 8.1.7 >= 8.1 => true
@@ -266,14 +212,10 @@ class WordsTest(transcript.TranscriptTest):
             version --platform oracle nonsense => nonsense ! no version in 'nonsense'
             version --platform db2 8.1 '<' 1e5 =>2 ! NUMBER is a decimal number, not '1e5'
             version --platform db2 8.1 = 8 =>2 ! no operator '='
-            version --platform db2 8.1 '<' 8x =>2 ! NUMBER is a decimal number, not '8x'
             version --platform db2 8.1 '<' nan =>2 ! NUMBER is a decimal number, not 'nan'
-            version --platform db2 =>2 ! a TEXT is needed
             version --platform db2 8 '<' =>2 ! a TEXT, an OP and a NUMBER are needed
-            version 8.1 =>2 ! --platform P is needed
             """)
-        with open(self.directory + "/x", "w", encoding="ascii"):
-            directory = os.open("/", os.O_RDONLY)
+        directory = os.open("/", os.O_RDONLY)
         self.addCleanup(os.close, directory)
         for words in [["quote", "--platform", "db2"], ["template", "--file", "-"],
                       ["date", "convert", "--platform", "db2", "--in", "DD", "--out", "DD"]]:
@@ -293,7 +235,6 @@ class WordsTest(transcript.TranscriptTest):
             creation-template --platform oracle --root $D --type 40 --name E --owner O =>1 ! Error:  Failed to open the template file '$D\\Oracle\\CRView.tpl'.
             creation-template --platform oracle --root $D --type 21 --name E --owner O =>1 ! no text in $D\\Oracle\\CRProc.tpl
             creation-template --platform oracle --type viw =>2 ! no kind of objects 'viw', by number or name; did you mean 'View'?
-            creation-template --platform oracle =>2 ! --type TYPE is needed
             objects map list =>1 ! there is no file map
             objects map add r table O N =>
             objects map add a 40 own 'a\tb' =>
@@ -306,51 +247,39 @@ class WordsTest(transcript.TranscriptTest):
             objects bad list =>1 ! Error:  Failed to read object map file 'bad'...
             objects loop list =>1 ! Error:  Failed to open object map file 'loop'...
             objects loop add k 1 o n =>1 ! Error:  Failed to open object map file 'loop'...
-            objects map add k 1x o n =>2 ! no kind of objects '1x', by number or name
             objects map add k 0 o n =>2 ! no kind of objects has the number 0
             objects map add k 89 o n =>2 ! no kind of objects has the number 89
-            objects map add k =>2 ! a FILE, a KEY, a TYPE, an OWNER and a NAME are needed
             objects '' list =>2 ! FILE is empty
             objects - add k 1 o n =>2 ! standard input can't be changed; for a file of that name: ./-
             objects map =>2 ! list or add is needed
             objects =>2 ! a FILE is needed, and list or add
             """)
         self.assertEqual(os.path.getsize(self.path("bad")), 3)
-        with open(self.path("map"), "rb") as file:
-            self.assertEqual(self.dqtool("objects", "-", "list", stdin=file.read())[1],
-                             b"a\t40\town\ta\\x09b\nr\t16\tP\tQ\n")
+        self.assertEqual(self.dqtool("objects", "-", "list", stdin=self.content("map"))[1],
+                         b"a\t40\town\ta\\x09b\nr\t16\tP\tQ\n")
 
     def test_dates(self):
         self.play(r"""
             date notation --from LOCALE --to display 'dddd, MMMM d' => DAY,D MONTH dd
             date notation --from ole --to display %Y --json => {"format":"YYYY"}
             date notation --from display --to ole -- -MM =>1 ! can't be converted: '-MM'
-            date notation --from display --to ole 'MM/\xff' =>1 ! can't be converted: 'MM/\xff'
-            date notation --from ole %m =>2 ! --to N is needed
             date notation --from win --to ole %m =>2 ! a notation is display, ole or locale, not 'win'
             date valid hh:mm:ss => true
             date valid hh:mm:ss --notation display --json =>1 {"result":false}
             date valid MM --notation ol =>2 ! a notation is display, ole or locale, not 'ol'; did you mean 'ole'?
             date valid MM --notation =>2 ! --notation needs an N
-            date valid =>2 ! a FORMAT is needed
-            date valid a b =>2 ! FORMAT is one text; put it in quotes
             date part --code 26 'MM/DD/YYYY HH12:MI:SS AM' => HH12:MI:SS AM
-            date part --code 20005 MM => ""
             date part --code 5 nonsense =>1 ! no format: 'nonsense'
             date part --code 99999999999 MM =>2 ! CODE is a number, not '99999999999'
-            date part MM =>2 ! --code CODE is needed
             date part MM --code 5 --platform db2 =>2 ! --platform is no option of this form
             date convert --platform oracle --in 'MM/DD/YYYY HH12:MI:SS AM' --out 'YYYY-MM-DD HH24:MI:SS' '04/03/1993 05:34:00 PM' => 1993-04-03 17:34:00
             date convert --platform oracle --in MM/DD/YYYY --out YYYY x [NULL] =>1 x\n[NULL] ! 'x' can't be read by MM/DD/YYYY\n'[NULL]' can't be read by MM/DD/YYYY
             date convert --platform DB2 --code 5 --in 'MM/DD/YYYY HH12:MI:SS AM' --out 'YYYY-MM-DD HH24:MI:SS' < 04/03/1993\n04/04/1993 => 1993-04-03\n1993-04-04
-            date convert --platform sqlserver --in 'YYYY-MM-DD HH24:MI:SS' --out 'MM/DD/YYYY HH12:MI:SS AM' '1993-04-03 17:34:00.5' => 04/03/1993 05:34:00.5 PM
             date convert --platform sybase --in DD/MM/YYYY --out YYYY --json 3/4/1993 => [\n{"value":"3/4/1993","result":"1993","converted":true}\n]
             date convert --platform db2 --in nonsense --out MM 1 =>2 ! --in is no display or ole format: 'nonsense'
             date convert --platform db2 --in MM --out '' 1 =>2 ! --out is no display or ole format: ''
             date convert --platform db2 --in MM --out MM --code 7 1 =>2 ! CODE is 5, 6, 19, 20, 26 or 27, not '7'
-            date convert --platform db2 --in MM =>2 ! --out FORMAT is needed
             date convert --platform none --in MM --out MM 1 =>2 ! no date-time formats for none
-            date convert --in MM --out MM 1 =>2 ! --platform P is needed
             date default --platform db2 => current\tmm/dd/YYYY hh12:MI:SS AM\nsaved\tmm/dd/YYYY hh12:MI:SS AM\ndefault\tYYYY-MM-DD HH24:MI:SS
             option get 60000 => ""
             settings list =>
@@ -359,23 +288,13 @@ class WordsTest(transcript.TranscriptTest):
             option set date_format 'no format' =>1 ! option 60000 takes a format in display notation, not 'no format'
             settings set Software/Velmora/dqtool/Options 60000 'no format' =>
             date default --platform db2 => current\tYYYY-MM-DD HH24:MI:SS\nsaved\tYYYY-MM-DD HH24:MI:SS\ndefault\tYYYY-MM-DD HH24:MI:SS ! option 60000 holds no format: 'no format'
-            date default =>2 ! --platform P is needed
             date default --platform db2 x =>2 ! default takes no words
-            date cells x =>2 ! cells takes no words
-            date x =>2 ! cells, formats, notation, valid, part, convert or default is needed, not 'x'
-            date =>2 ! cells, formats, notation, valid, part, convert or default is needed
             """)
-        for name, count, rows in [
-                ("cells", 28, {0: "1\tmm\t%#m\tM\tSingle digit month of the year\t7",
-                               8: "9\tD\t%w\t\tNumber of days in the week\t3",
-                               27: "8\t:\t:\t:\tColon Time separator\t"}),
-                ("formats", 23, {11: "5\t4/3/1993\tMM/DD/YYYY\t%m/%d/%Y\tMM/dd/yyyy",
-                                 17: "5\t03-Apr-93\tDD-MON-YY HH12:MI:SS AM\t%d-%b-%y\tdd-MMM-yy",
-                                 22: "26\t17:4:3\thh24:mi:ss\t%I:%M:%S %p\thh:mm:ss tt"})]:
-            status, out, err = self.dqtool("date", name)
-            lines = out.decode().splitlines()
-            self.assertEqual((status, len(lines), err), (0, count, b""))
-            self.assertEqual({number: lines[number] for number in rows}, rows)
+        for name, count, line in [
+                ("cells", 28, b"1\tmm\t%#m\tM\tSingle digit month of the year\t7"),
+                ("formats", 23, b"5\t03-Apr-93\tDD-MON-YY HH12:MI:SS AM\t%d-%b-%y\tdd-MMM-yy")]:
+            lines = self.dqtool("date", name)[1].splitlines()
+            self.assertEqual((len(lines), lines.count(line)), (count, 1), name)
 
 
 class StoresTest(transcript.TranscriptTest):
@@ -386,9 +305,7 @@ class StoresTest(transcript.TranscriptTest):
             option get 50144 --json => {"id":50144,"kind":"int","name":"output_pane_entries","value":"12"}
             option unset 50144 =>
             option get output_pane_entries => 1400
-            option unset 50144 =>
             option set 50144 x =>1 ! option 50144 takes a number from 0 to 2147483647, not 'x'
-            option set 50144 2147483648 =>1 ! option 50144 takes a number from 0 to 2147483647, not '2147483648'
             option set 50198 3 =>1 ! option 50198 takes a number from 0 to 2, not '3'
             option set 50198 -1 =>1 ! option 50198 takes a number from 0 to 2, not '-1'
             option set 50184 2 =>1 ! option 50184 takes a value of the kind bool, not '2'
@@ -398,8 +315,6 @@ class StoresTest(transcript.TranscriptTest):
             option set 1 12 =>1 ! no option with id 1
             option get 99999999999 =>1 ! no option with id 99999999999
             option get output_log_fiel =>2 ! ID is an option's number or name, not 'output_log_fiel'; did you mean 'output_log_file'?
-            option get '' =>2 ! ID is an option's number or name, not ''
-            option --platform acme list =>2 ! no platform acme
             option get 50390 --platform Oracle => /
             option --platform oracle set 50390 go =>
             option get 50390 --platform oracle => go
@@ -407,11 +322,6 @@ class StoresTest(transcript.TranscriptTest):
             option get 50390 --platform oracle => /
             option set 50255 'a\tb\nc' =>
             option get 50255 => a\tb\nc
-            option get =>2 ! an ID is needed
-            option set 1 =>2 ! an ID and a VALUE are needed
-            option list x =>2 ! list takes no words
-            option lits =>2 ! list, get, set or unset is needed, not 'lits'; did you mean 'list'?
-            option =>2 ! list, get, set or unset is needed
             """)
         lines = self.dqtool("option", "list")[1].splitlines()
         self.assertIn(b"50255\tstring\toutput_log_file\ta\\x09b\\x0ac", lines)
@@ -419,19 +329,17 @@ class StoresTest(transcript.TranscriptTest):
         self.assertIn({"id": 50255, "kind": "string", "name": "output_log_file", "value": "a\tb\nc"},
                       json.loads(self.dqtool("option", "list", "--json")[1]))
 
-        kept = self.path("config/velmora/registry/hkcu.reg")
-        for name in ["hkcu.reg", "hkcu.journal"]:
-            if os.path.exists(self.path("config/velmora/registry/" + name)):
-                os.remove(self.path("config/velmora/registry/" + name))
-        os.mkdir(kept)
+        os.makedirs(self.path("unreadable/velmora/registry/hkcu.reg"))
+        self.environment["XDG_CONFIG_HOME"] = self.path("unreadable")
         self.play(r"""
             option list =>1 ! Settings could not be read...
             option get 50270 --json =>1 ! Settings could not be read...
+            option unset 50270 =>1 ! Option 50270 could not be reset: Invalid argument\noption 50270 could not be reset
+            dialog 44510 --script - < press 2 =>1 cancel ! Settings could not be read. Until they can, their defaults hold.\nCause: Invalid argument...
             """)
 
     def test_settings(self):
         self.play(r"""
-            settings list =>
             settings list --json => []
             settings set Soft/Tool Name 'C:\\data' =>
             settings set '\\Soft\\tool\\' '' 'a\tb\nc' =>
@@ -455,16 +363,10 @@ class StoresTest(transcript.TranscriptTest):
             settings set B kept 2 =>
             settings rename 'A\\New' /B =>
             settings list B => kept\tstring\t2\n[Sub]
-            settings get B/Sub x => 1
             settings rename 'A\\New' C =>1 ! no key A\\New
             settings rename B B/Sub =>1 ! B could not be renamed to B\\Sub
-            settings set K N =>2 ! a KEY, a NAME and a VALUE are needed
             settings delete / =>2 ! KEY is the root, which stays
-            settings rename '' X =>2 ! KEY is the root, which stays
             settings rename K '\\' =>2 ! NEW is empty
-            settings export K =>2 ! export takes no words
-            settings clear =>2 ! list, get, set, delete, rename, export or import is needed, not 'clear'
-            settings =>2 ! list, get, set, delete, rename, export or import is needed
             """)
         self.dqtool("settings", "set", "B/Sub", "much", "x" * 7680)
         self.play(r"""
@@ -496,8 +398,6 @@ class StoresTest(transcript.TranscriptTest):
             settings import bad =>1 ! bad: line 4 can't be used\nbad: line 5 can't be used\nbad: line 8 can't be used\nbad: line 9 can't be used\nbad: line 10 can't be used\nbad: line 11 can't be used\nbad: line 12 can't be used\nnothing was imported
             headless := [HKEY_CURRENT_USER\\K]\n"a"="x"\n
             settings import headless =>1 ! headless: line 1: the header is missing\nnothing was imported
-            settings import none.reg =>1 ! cannot read none.reg: No such file or directory
-            settings import $D =>1 ! cannot read $D: Is a directory
             settings get K a =>1 ! no value a in K
             d.reg := REGEDIT4\n[HKEY_CURRENT_USER\\D\\Sub]\n"x"=dword:7\n[HKEY_CURRENT_USER\\D\\Empty]\n
             settings import d.reg =>
@@ -508,13 +408,8 @@ class StoresTest(transcript.TranscriptTest):
                          b"[-HKEY_CURRENT_USER\\D]\n[HKEY_CURRENT_USER\\D\\Sub]\n\"y\"=\"y\"\n"
                          b'[HKEY_CURRENT_USER\\N\\M]\n"c"="c"\n"much"="' + b"x" * 100000 + b'"\n')
 
-        def small_files():
-            # What the store writes past that is refused instead of ending the program.
-            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-            resource.setrlimit(resource.RLIMIT_FSIZE, (50000, 50000))
-
-        status, out, err = self.dqtool("settings", "import", much, preexec_fn=small_files,
-                                       restore_signals=False)
+        status, out, err = self.dqtool("settings", "import", much, preexec_fn=lambda: (
+            resource.setrlimit(resource.RLIMIT_FSIZE, (50000, 50000))))
         self.assertEqual((status, out, err.decode()),
                          (1, b"", f"dqtool: settings: {much}: File too large\n"
                           "dqtool: settings: nothing was imported\n"))
@@ -528,43 +423,34 @@ class StoresTest(transcript.TranscriptTest):
     def test_profile_files(self):
         self.play(r"""
             ini f.ini sections =>
-            ini f.ini set S K 'one\r\ntwo' =>
+            ini f.ini set S K 'one\r\ntwo' => ! f.ini: key K in section S isn't read back as the value given
             ini f.ini set T L '' =>
             ini f.ini get s k => one\ntwo
             ini f.ini get s k --json => {"value":"one\\ntwo"}
             ini f.ini get T L => ""
+            ini f.ini set T L '"v "' => ! f.ini: key L in section T isn't read back as the value given
+            ini f.ini get T L => v\x20
+            ini f.ini set T L ' v' => ! f.ini: key L in section T isn't read back as the value given
             ini f.ini sections => S\nT
             ini f.ini keys S --json => [\n{"name":"K"}\n]
             ini - get S K < [S]\nK=1\n => 1
-            ini - sections < [S]\nK=1\n => S
             ini f.ini delete-key S K =>
             ini f.ini get S K => 0
             ini f.ini delete-section S =>
             ini f.ini get S K =>1 ! f.ini: no key K in section S
-            ini f.ini set T L 0 =>
-            ini f.ini get T L => 0
             ini f.ini set T L 1 =>
             ini f.ini get T L => 1
             ini none/f.ini set S K V =>1 ! none/f.ini: No such file or directory
             ini $D set S K V =>1 ! $D: Is a directory
             ini $D sections =>1 ! $D: Is a directory
-            ini $D get S K =>1 ! $D: Is a directory
             ini /dev/full set S K V =>1 ! /dev/full: ...
             ini f.ini set 'S]\n[T' K V =>1 ! f.ini: Invalid argument
             ini f.ini set '' K V =>2 ! a name is empty
-            ini f.ini get S =>2 ! a FILE, an S and a K are needed
             ini f.ini gte S K =>2 ! get, set, delete-key, delete-section, sections or keys is needed, not 'gte'; did you mean 'get'?
             ini - set S K V =>2 ! standard input can't be changed; for a file of that name: ./-
             ini '' keys S =>2 ! FILE is empty
-            ini f.ini =>2 ! get, set, delete-key, delete-section, sections or keys is needed
-            ini =>2 ! a FILE is needed, and get, set, delete-key, delete-section, sections or keys
             """)
-        with open(self.path("f.ini"), "rb") as file:
-            self.assertEqual(file.read(), b"[T]\r\nL=1\r\n")
-        name = "x" * 5000
-        for words in [["set", "S", "K", "V"], ["sections"]]:
-            self.assertEqual(self.dqtool("ini", name, *words),
-                             (1, b"", f"dqtool: ini: {name}: File name too long\n".encode()))
+        self.assertEqual(self.content("f.ini"), b"[T]\r\nL=1\r\n")
 
     def test_questions_and_wrong_usage_write_nothing(self):
         for words in ["date default --platform db2", "date convert --platform db2 --in D --out D 1",
@@ -612,19 +498,15 @@ class DialogTest(transcript.TranscriptTest):
         self.assertEqual(self.play_dialog("OPTIONS", "50231=/x", "press 1"), (0, b"ok\n", b""))
 
     def test_nothing_is_kept_of_a_dialog_that_is_not_left_by_ok(self):
-        number = b"dqtool: dialog: Please enter an integer.\n"
-        takes_not = b"dqtool: dialog: script:3: control %d isn't there or doesn't take the value\n"
-        for steps, complaint in (
-                (["50183=9", "2900=2", "press 2"], b""),
-                (["50183=9", "2900=2"], b""),
-                (["50183=9", "2900=2", "50246=x", "press 1"], number),
-                (["50183=x", "2900=2"], number + takes_not % 2900),
-                (["50183=9", "50246=1"], takes_not % 50246),
-                (["50183=9", "press 2", "# end", "press 1"],
-                 b"dqtool: dialog: script: the dialog was closed before the script's end\n")):
-            self.assertEqual(self.play_dialog("44510", "2900=Editor", *steps),
-                             (1, b"cancel\n", complaint), steps)
-            self.assertEqual(self.dqtool("option", "get", "50183")[1], b"4\n", steps)
+        self.play(r"""
+            dialog 44510 --script - < 2900=Editor\n50183=9\n2900=2\npress 2 =>1 cancel
+            dialog 44510 --script - < 2900=Editor\n50183=9\n2900=2 =>1 cancel
+            dialog 44510 --script - < 2900=Editor\n50183=9\n2900=2\n50246=x\npress 1 =>1 cancel ! Please enter an integer.
+            dialog 44510 --script - < 2900=Editor\n50183=x\n2900=2 =>1 cancel ! Please enter an integer.\nstandard input:3: control 2900 isn't there or doesn't take the value
+            dialog 44510 --script - < 2900=Editor\n50183=9\n50246=1 =>1 cancel ! standard input:3: control 50246 isn't there or doesn't take the value
+            dialog 44510 --script - < 2900=Editor\n50183=9\npress 2\n# end\npress 1 =>1 cancel ! standard input: the dialog was closed before the script's end
+            option get 50183 => 4
+            """)
 
     def test_dialogs(self):
         self.play(r"""
@@ -635,15 +517,11 @@ class DialogTest(transcript.TranscriptTest):
             dialog 44530 --script - < press 2 =>1 cancel
             dialog 44510 --script - --json < =>1 {"result":"cancel"}
             dialog 44510 --script - < 50183=9\nwhat =>1 ! standard input:2: neither 'id=value' nor 'press id'
-            dialog 44510 --script none =>1 ! cannot read none: No such file or directory
             dialog 1 =>2 ! no dialog '1', as --list shows
             dialog Optoins =>2 ! no dialog 'Optoins', as --list shows; did you mean 'Options'?
             dialog =>2 ! a DIALOG or --list is needed
-            dialog 44510 --what =>2 ! no option --what
-            dialog 44510 --script =>2 ! --script needs a FILE
             dialog 44510 --script a --controls =>2 ! either --controls or --script
             dialog 44510 --list =>2 ! --list stands alone
-            dialog 44510 1 =>2 ! DIALOG is one text; put it in quotes
             """)
         controls = json.loads(self.dqtool("dialog", "44530", "--controls", "--json")[1])
         self.assertIn({"id": 44552, "kind": "button", "label": "Customize", "value": "",
@@ -655,22 +533,30 @@ class ProgramTest(transcript.TranscriptTest):
     def test_help_version_and_what_is_none(self):
         listing = self.dqtool("--help")
         self.assertEqual((listing[0], listing[2]), (0, b""))
-        for words in [["help"], ["HELP"], ["-h"], ["help", "--help"]]:
+        for words in [["help"], ["HELP"], ["-h"], ["--Help"], ["help", "--help"]]:
             self.assertEqual(self.dqtool(*words), listing)
         commands = re.findall(r"^  ([\w-]+) ", listing[1].decode(), re.MULTILINE)
         self.assertEqual(commands, sorted(commands))
         self.assertEqual(len(commands), 23)
+        checksum = zlib.crc32(listing[1])
         for command in commands:
             status, out, err = self.dqtool(command, "--help")
+            checksum = zlib.crc32(out, checksum)
             self.assertEqual((status, err), (0, b""))
             self.assertTrue(out.startswith(f"usage: dqtool {command}".encode()), out)
             self.assertEqual(self.dqtool("help", command.upper()), (0, out, b""))
             self.assertEqual(self.dqtool(command, "--nonsense")[0], 2)
             # What prints JSON says in which form.
             self.assertEqual(b"[--json]" in out, b"JSON: " in out, command)
+        # Read all of the help again before a new sum is put here.
+        self.assertEqual(checksum, 3840841954)
         self.assertEqual(self.dqtool("date", "x", "--in", "y", "-h"), self.dqtool("date", "--help"))
         self.play(r"""
-            --version => dqtool 7.1.0
+            --VERSION => dqtool 7.1.0
+            --version x =>2 ! dqtool: --version takes no words
+            --json text 44030 ora1 => {"id":44030,"text":"Start Task: On ora1"}
+            --platform=db2 quote a => "a"
+            --jsno TEXT 44030 =>2 ! dqtool: text: no option --jsno; did you mean '--json'?
             nonsense =>2 ! dqtool: no command named nonsense
             settigns =>2 ! dqtool: no command named settigns; did you mean 'settings'?
             'no\x1b[2J\n\x7f' =>2 ! dqtool: no command named no\\x1b[2J\\x0a\\x7f

@@ -1,7 +1,5 @@
-"""The sales example: every line of the client arrives through dqtool, and the password doesn't.
-
-sales_test.py DQTOOL
-"""
+# sales_test.py DQTOOL
+"""The sales example: every line of the client arrives through dqtool, and the password doesn't."""
 
 import os
 import re

@@ -3,12 +3,11 @@
     WORDS [< INPUT] => [STATUS] [OUTPUT] [! COMPLAINT]
     FILE := CONTENT
 
-A row of the first kind runs dqtool in a directory of its own, with settings of its own; the status
-stands right behind "=>" unless it is 0. Output and complaint are without their last line end. A
-complaint is without "dqtool: COMMAND: " before each line, unless it begins with "dqtool: "; "..."
-at its end stands for any rest. With status 2 only its first line is told: how to use the command
-follows. A row of the second kind makes a file. Words are cut as by a shell; escapes of Python stand
-for bytes everywhere, $D for the directory, and "" for an empty line.
+The first kind runs dqtool in a directory and with settings of its own. The status stands right
+behind "=>" unless it is 0. Output and complaint are without their last line end, a complaint without
+"dqtool: COMMAND: " before each line, unless it begins with "dqtool: ", and "..." is any rest. With
+status 2 it is the first line, before how to use the command. The second kind makes a file. Words are
+cut as by a shell; Python's escapes are bytes, $D is the directory, and "" an empty line.
 """
 
 import codecs
@@ -47,6 +46,10 @@ class TranscriptTest(unittest.TestCase):
             os.chmod(path, mode)
         return path
 
+    def content(self, name):
+        with open(self.path(name), "rb") as file:
+            return file.read()
+
     def decoded(self, text):
         return codecs.escape_decode(text.replace("$D", self.directory).encode())[0]
 
@@ -63,8 +66,9 @@ class TranscriptTest(unittest.TestCase):
         line, _, expected = row.partition(" =>")
         line, _, stdin = (line + " ").partition(" < ")
         words = [self.decoded(word) for word in shlex.split(line)]
-        status = int(expected[0]) if expected[:1].isdigit() else 0
-        out, _, complaint = expected[1 if status else 0:].partition("! ")
+        status, _, expected = expected.partition(" ")
+        status = int(status or 0)
+        out, _, complaint = (" " + expected).partition(" ! ")
         out = self.decoded(out.strip(" "))
         found = self.dqtool(*words, stdin=self.decoded(stdin.removesuffix(" ")))
         self.assertEqual(found[:2], (status, b"\n" if out == b'""' else out + b"\n" if out else b""),
@@ -85,4 +89,4 @@ class TranscriptTest(unittest.TestCase):
 
 
 def main():
-    unittest.main(argv=sys.argv[:1])
+    unittest.main(argv=sys.argv[:1] + sys.argv[2:])
