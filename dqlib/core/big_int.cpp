@@ -7,6 +7,8 @@
 #include <limits>
 #include <stdexcept>
 
+#include "dqlib/core/decimal_limbs.h"
+
 namespace dq {
 namespace {
 
@@ -20,6 +22,9 @@ constexpr int kBigDivisor = 11;
 }  // namespace
 
 CDQBigInt::CDQBigInt() : m_digits(kFirstCapacity, '0') {}
+
+CDQBigInt::CDQBigInt(Room room)
+    : m_digits(room.digits, '0'), m_nDigits(static_cast<int>(room.digits)) {}
 
 CDQBigInt::CDQBigInt(int number) : CDQBigInt(static_cast<long long>(number)) {}
 
@@ -165,23 +170,32 @@ CDQBigInt& CDQBigInt::operator*=(int factor) {
 }
 
 CDQBigInt& CDQBigInt::operator*=(const CDQBigInt& other) {
-  CDQBigInt product;
-  const int length = size() + other.size();
-  product.m_digits.assign(static_cast<std::size_t>(length), '0');
-  product.m_nDigits = length;
-  for (int i = 0; i < other.size(); ++i) {
-    const int factor = other.getDigit(i);
+  CDQBigInt product = Product(*this, other);
+  return Take(product);
+}
+
+CDQBigInt CDQBigInt::Product(const CDQBigInt& left, const CDQBigInt& right) {
+  CDQBigInt product(
+      Room{static_cast<std::size_t>(left.size()) + static_cast<std::size_t>(right.size())});
+  if (!detail::MultiplyDigits(left.Digits(), right.Digits(), product.m_digits)) {
+    product.AddProducts(left, right);
+  }
+  product.m_bNegative = left.IsNeg() != right.IsNeg();
+  product.Normalize();
+  return product;
+}
+
+void CDQBigInt::AddProducts(const CDQBigInt& left, const CDQBigInt& right) {
+  for (int i = 0; i < right.size(); ++i) {
+    const int factor = right.getDigit(i);
     int carry = 0;
-    for (int j = 0; j < size(); ++j) {
-      const int sum = product.getDigit(i + j) + getDigit(j) * factor + carry;
-      product.changeDigit(i + j, sum % 10);
+    for (int j = 0; j < left.size(); ++j) {
+      const int sum = getDigit(i + j) + left.getDigit(j) * factor + carry;
+      changeDigit(i + j, sum % 10);
       carry = sum / 10;
     }
-    product.changeDigit(i + size(), carry);
+    changeDigit(i + left.size(), carry);
   }
-  product.m_bNegative = IsNeg() != other.IsNeg();
-  product.Normalize();
-  return Take(product);
 }
 
 CDQBigInt& CDQBigInt::operator/=(int divisor) {
@@ -201,20 +215,22 @@ CDQBigInt& CDQBigInt::operator/=(int divisor) {
 }
 
 CDQBigInt& CDQBigInt::operator/=(const CDQBigInt& other) {
-  CDQBigInt quotient;
-  CDQBigInt remainder;
-  const bool negative = IsNeg() != other.IsNeg();
-  DivideHelp(*this, other, quotient, remainder);
-  quotient.m_bNegative = negative;
-  quotient.Normalize();
+  CDQBigInt quotient = Quotient(*this, other);
   return Take(quotient);
 }
 
+CDQBigInt CDQBigInt::Quotient(const CDQBigInt& left, const CDQBigInt& right) {
+  CDQBigInt quotient(Room{0});
+  DivideHelp(left, right, &quotient, nullptr);
+  quotient.m_bNegative = left.IsNeg() != right.IsNeg();
+  quotient.Normalize();
+  return quotient;
+}
+
 CDQBigInt& CDQBigInt::operator%=(const CDQBigInt& other) {
-  CDQBigInt quotient;
-  CDQBigInt remainder;
+  CDQBigInt remainder(Room{0});
   const bool negative = IsNeg() != other.IsNeg();
-  DivideHelp(*this, other, quotient, remainder);
+  DivideHelp(*this, other, nullptr, &remainder);
   remainder.m_bNegative = negative;
   return Take(remainder);
 }
@@ -249,38 +265,43 @@ void CDQBigInt::Normalize() {
   if (m_nDigits == 1 && getDigit(0) == 0) m_bNegative = false;
 }
 
-/// Quotient and remainder of the magnitudes, by long division; a dividend below the divisor leaves
-/// the divisor as its remainder.
-void CDQBigInt::DivideHelp(const CDQBigInt& lhs, const CDQBigInt& rhs, CDQBigInt& quotient,
-                           CDQBigInt& remainder) {
+/// Quotient and remainder of the magnitudes, each unless it is null; a dividend below the divisor
+/// leaves the divisor as its remainder.
+void CDQBigInt::DivideHelp(const CDQBigInt& lhs, const CDQBigInt& rhs, CDQBigInt* quotient,
+                           CDQBigInt* remainder) {
   const int order = lhs.CompareMagnitude(rhs);
-  if (order < 0) {
-    remainder = rhs;
-    return;
-  }
-  if (order == 0) {
-    quotient = CDQBigInt(1);
+  if (order <= 0) {
+    if (quotient != nullptr) *quotient = CDQBigInt(order == 0 ? 1 : 0);
+    if (remainder != nullptr) *remainder = order == 0 ? CDQBigInt() : rhs;
     return;
   }
   assert(rhs.size() > 1 || rhs.getDigit(0) != 0);
-  const int shifts = lhs.size() - rhs.size();
-  CDQBigInt rest(lhs);
-  quotient.m_digits.assign(static_cast<std::size_t>(shifts) + 1, '0');
-  quotient.m_nDigits = shifts + 1;
+  const auto shifts = static_cast<std::size_t>(lhs.size() - rhs.size());
+  CDQBigInt result(Room{quotient == nullptr ? 0 : shifts + 1});
+  CDQBigInt rest(Room{remainder == nullptr ? 0 : static_cast<std::size_t>(rhs.size())});
+  // Only texts that are no numbers have a top digit of 0, and the number 0.
+  if (rhs.getDigit(rhs.size() - 1) == 0 ||
+      !detail::DivideDigits(lhs.Digits(), rhs.Digits(), result.m_digits, rest.m_digits)) {
+    result = CDQBigInt(Room{shifts + 1});
+    rest = lhs;
+    DivideByDigits(rest, rhs, result);
+    rest.m_bNegative = false;
+  }
+  if (quotient != nullptr) quotient->Take(result).Normalize();
+  if (remainder != nullptr) remainder->Take(rest).Normalize();
+}
+
+/// Long division, digit by digit, which leaves the remainder in `rest`.
+void CDQBigInt::DivideByDigits(CDQBigInt& rest, const CDQBigInt& rhs, CDQBigInt& quotient) {
   const int divisor = rhs.getDigit(rhs.size() - 1);
   // The digit above the shifted divisor belongs to the guess: the rest may have one more.
-  for (int shift = shifts; shift >= 0; --shift) {
+  for (int shift = rest.size() - rhs.size(); shift >= 0; --shift) {
     const int top = rest.getDigit(shift + rhs.size()) * 10 + rest.getDigit(shift + rhs.size() - 1);
-    // Only texts that are no numbers have a top digit of 0; they must not end the process.
     int guess = divisor == 0 ? 9 : std::min(9, top / divisor);
     while (guess > 0 && rest.IsBelowProduct(rhs, guess, shift)) --guess;
     rest.SubtractProduct(rhs, guess, shift);
     quotient.changeDigit(shift, guess);
   }
-  quotient.Normalize();
-  rest.m_bNegative = false;
-  rest.Normalize();
-  remainder.Take(rest);
 }
 
 bool CDQBigInt::IsBelowProduct(const CDQBigInt& number, int factor, int shift) const {
@@ -316,9 +337,7 @@ CDQBigInt operator-(const CDQBigInt& left, const CDQBigInt& right) {
 }
 
 CDQBigInt operator*(const CDQBigInt& left, const CDQBigInt& right) {
-  CDQBigInt result(left);
-  result *= right;
-  return result;
+  return CDQBigInt::Product(left, right);
 }
 
 CDQBigInt operator*(const CDQBigInt& left, int right) {
@@ -330,9 +349,7 @@ CDQBigInt operator*(const CDQBigInt& left, int right) {
 CDQBigInt operator*(int left, const CDQBigInt& right) { return right * left; }
 
 CDQBigInt operator/(const CDQBigInt& left, const CDQBigInt& right) {
-  CDQBigInt result(left);
-  result /= right;
-  return result;
+  return CDQBigInt::Quotient(left, right);
 }
 
 CDQBigInt operator/(const CDQBigInt& left, int right) {

@@ -9,6 +9,7 @@
 #include <concepts>
 #include <cstdint>
 #include <iosfwd>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -86,6 +87,15 @@ class CDQBigInt {
   }
 
  private:
+  friend CDQBigInt operator*(const CDQBigInt& left, const CDQBigInt& right);
+  friend CDQBigInt operator/(const CDQBigInt& left, const CDQBigInt& right);
+
+  /// So many digits, all 0, for a result that is to be normalised.
+  struct Room {
+    std::size_t digits;
+  };
+  explicit CDQBigInt(Room room);
+
   int size() const { return m_nDigits; }
   /// The digit with an index from 0, lowest first, as a number; 0 out of range.
   int getDigit(int index) const;
@@ -103,8 +113,16 @@ class CDQBigInt {
   bool IsBelowProduct(const CDQBigInt& number, int factor, int shift) const;
   /// Subtracts such a product that isn't larger.
   void SubtractProduct(const CDQBigInt& number, int factor, int shift);
-  static void DivideHelp(const CDQBigInt& lhs, const CDQBigInt& rhs, CDQBigInt& quotient,
-                         CDQBigInt& remainder);
+  static void DivideHelp(const CDQBigInt& lhs, const CDQBigInt& rhs, CDQBigInt* quotient,
+                         CDQBigInt* remainder);
+  static CDQBigInt Product(const CDQBigInt& left, const CDQBigInt& right);
+  static CDQBigInt Quotient(const CDQBigInt& left, const CDQBigInt& right);
+  /// What operands of digits alone don't need: steps that reckon with whatever the characters are.
+  void AddProducts(const CDQBigInt& left, const CDQBigInt& right);
+  static void DivideByDigits(CDQBigInt& rest, const CDQBigInt& rhs, CDQBigInt& quotient);
+  std::span<const char> Digits() const {
+    return {m_digits.data(), static_cast<std::size_t>(m_nDigits)};
+  }
 
   bool m_bNegative = false;
   /// The characters "0" to "9", lowest digit first; the vector's length is a capacity.
