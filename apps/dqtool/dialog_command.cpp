@@ -11,11 +11,11 @@
 #include "dqlib/datetime/data_type.h"
 #include "dqlib/datetime/format_dialog.h"
 #include "dqlib/dbvocab/object_info_dialog.h"
-#include "dqlib/frame/library.h"
 #include "dqlib/frame/switch_resource_handle.h"
 #include "dqlib/platform/ascii.h"
 #include "dqlib/platform/dialog_script.h"
 #include "dqlib/platform/platform.h"
+#include "dqlib/resources/library.h"
 #include "dqlib/toolkit/library_options_dialog.h"
 
 namespace dqtool {

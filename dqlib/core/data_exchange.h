@@ -6,6 +6,7 @@
 #pragma once
 
 #include <concepts>
+#include <type_traits>
 
 #include "dqlib/core/big_int.h"
 #include "dqlib/framework/base/string_collections.h"
@@ -28,11 +29,18 @@ void DQDDX_Text(CDataExchange* exchange, int id, long long& value);
 /// reading takes any character; "" is 0.
 void DQDDX_Text(CDataExchange* exchange, int id, CDQBigInt& value);
 
-/// As `DQDDX_Text`, for controls that write numbers in a way of their own.
+namespace detail {
+/// The integer types that `DQDDX_Text` takes.
 template <typename Number>
-requires(std::integral<Number> &&
-         !std::same_as<Number, bool>) void DQDDX_CustomNumber(CDataExchange* exchange, int id,
-                                                              Number& value) {
+concept ExchangedNumber = std::integral<Number> && !std::same_as<Number, bool> &&
+                          requires(CDataExchange * exchange, Number& value) {
+  DQDDX_Text(exchange, 0, value);
+};
+}  // namespace detail
+
+/// As `DQDDX_Text`, for controls that write numbers in a way of their own.
+template <detail::ExchangedNumber Number>
+void DQDDX_CustomNumber(CDataExchange* exchange, int id, Number& value) {
   DQDDX_Text(exchange, id, value);
 }
 
@@ -54,12 +62,14 @@ void DQDDX_StringList(CDataExchange* exchange, int id, CStringList& list);
 /// button in the group that begins with `id`. With nothing chosen the variable stays as it is, for
 /// there is no enumerator for it.
 template <typename Enum>
+requires std::is_enum_v<Enum>
 void DQDDX_CBEnum(CDataExchange* exchange, int id, Enum& value) {
   int index = static_cast<int>(value);
   DDX_CBIndex(exchange, id, index);
   if (index >= 0) value = static_cast<Enum>(index);
 }
 template <typename Enum>
+requires std::is_enum_v<Enum>
 void DQDDX_RadioEnum(CDataExchange* exchange, int id, Enum& value) {
   int index = static_cast<int>(value);
   DDX_Radio(exchange, id, index);

@@ -126,16 +126,11 @@ int CDQString::Find(const char* text, int start) const {
 }
 
 int CDQString::FindNoCase(char ch, int start) const {
-  const CodePage& page = multi_byte::CurrentCodePage();
-  const std::size_t lower =
-      multi_byte::Find(View(), static_cast<char>(page.Lower(Byte(ch))), Start(start));
-  const std::size_t upper =
-      multi_byte::Find(View(), static_cast<char>(page.Upper(Byte(ch))), Start(start));
-  return ToIndex(std::min(lower, upper));
+  return ToIndex(multi_byte::FindNoCase(View(), ch, Start(start)));
 }
 
 int CDQString::FindNoCase(const char* text, int start) const {
-  return ToIndex(multi_byte::NoCaseWalk(View(), OrEmpty(text)).Find(Start(start)));
+  return ToIndex(multi_byte::FindNoCase(View(), OrEmpty(text), Start(start)));
 }
 
 int CDQString::FindWhiteSpace() const {
@@ -175,20 +170,7 @@ int CDQString::ReverseFindNoCase(const char* text, int start) const {
   const std::string_view wanted = OrEmpty(text);
   if (wanted.empty() || IsEmpty()) return -1;
   const std::size_t first = ReverseStart(start, GetLength());
-  const std::string_view searched = View().substr(0, first + wanted.size());
-  const std::string lower = multi_byte::Lower(wanted);
-  const CodePage& page = multi_byte::CurrentCodePage();
-  const auto is_lead = [&page](char byte) { return page.IsLeadByte(Byte(byte)); };
-  if (std::ranges::none_of(searched, is_lead)) {
-    return ToIndex(multi_byte::ReverseFindBytes(multi_byte::Lower(searched), lower));
-  }
-  // Each position is taken for the start of a character, so the cases differ from one to the next.
-  if (wanted.size() > searched.size()) return -1;
-  for (std::size_t at = searched.size() - wanted.size() + 1; at-- > 0;) {
-    const std::string_view part = searched.substr(at, wanted.size());
-    if (multi_byte::IsLowerForm(part, lower, page)) return ToIndex(at);
-  }
-  return -1;
+  return ToIndex(multi_byte::ReverseFindNoCase(View().substr(0, first + wanted.size()), wanted));
 }
 
 int CDQString::FindReplace(const char* find, const char* with, bool all) {

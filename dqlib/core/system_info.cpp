@@ -111,14 +111,10 @@ bool CDQSystemInfo::IsProductSuiteInstalled(const char* suite) {
   return false;
 }
 
-CString CDQSystemInfo::GetSpecialFolderPath(int folder, bool create, HWND /*owner*/) {
+CString CDQSystemInfo::GetSpecialFolderPath(int folder, bool create, CWnd* /*owner*/) {
   const CString path = Facts().FolderPath(folder);
   if (create && !path.IsEmpty()) CDQFileUtility::CreateDirectory(path, false);
   return path;
-}
-
-CString CDQSystemInfo::GetSpecialFolderPath(int folder, bool create, CWnd* owner) {
-  return GetSpecialFolderPath(folder, create, owner == nullptr ? nullptr : owner->GetSafeHwnd());
 }
 
 CString CDQSystemInfo::GetAppDataPath(bool create) {

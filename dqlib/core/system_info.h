@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include <concepts>
+
 #include "dqlib/framework/base/c_string.h"
 #include "dqlib/framework/base/ole_date_time.h"
 #include "dqlib/platform/system_facts.h"
@@ -59,8 +61,13 @@ class CDQSystemInfo {
 
   /// Path of a special folder (a `SpecialFolder`), without a separator at its end, made if
   /// `create`; "" if there is none. The window is the owner of any question, and may be null.
-  static CString GetSpecialFolderPath(int folder, bool create, HWND owner);
   static CString GetSpecialFolderPath(int folder, bool create, CWnd* owner = nullptr);
+  /// A template, so that a null without a type is none of its arguments.
+  template <std::same_as<HWND> Handle>
+  static CString GetSpecialFolderPath(int folder, bool create, Handle /*owner*/) {
+    // Nothing is asked by the services there are.
+    return GetSpecialFolderPath(folder, create);
+  }
 
   /// "<application data>\<registry key name>\<application's name without white space>\"; without an
   /// application object just the folder and a separator. Made, without a question, if `create`; ""

@@ -4,10 +4,10 @@
 #include <string_view>
 
 #include "dqlib/dbvocab/quote_options.h"
-#include "dqlib/frame/library.h"
 #include "dqlib/frame/resources.h"
 #include "dqlib/framework/base/multi_byte.h"
 #include "dqlib/framework/base/text.h"
+#include "dqlib/resources/library.h"
 #include "dqlib/resources/string_ids.h"
 
 namespace dq {

@@ -6,9 +6,9 @@
 
 #include "dqlib/dbvocab/quote_options.h"
 #include "dqlib/dbvocab/sql_word_set.h"
-#include "dqlib/frame/library.h"
 #include "dqlib/frame/resources.h"
 #include "dqlib/framework/base/text.h"
+#include "dqlib/resources/library.h"
 #include "dqlib/resources/string_ids.h"
 
 namespace dq {

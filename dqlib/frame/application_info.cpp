@@ -4,11 +4,11 @@
 #include <cstdlib>
 #include <string>
 
-#include "dqlib/frame/library.h"
 #include "dqlib/frame/switch_resource_handle.h"
 #include "dqlib/framework/windows/win_app.h"
 #include "dqlib/platform/paths.h"
 #include "dqlib/platform/platform.h"
+#include "dqlib/resources/library.h"
 #include "dqlib/resources/string_ids.h"
 
 namespace dq {

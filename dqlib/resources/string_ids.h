@@ -4,7 +4,18 @@
 
 #include "dqlib/platform/types.h"
 
+extern "C" {
+/// Attaches the library before `main`, by being built.
+extern const int dqlib_attach;
+}
+
 namespace dq {
+
+namespace detail {
+/// Texts are found once the library is attached. By this reference every program that has something
+/// to do with them is linked with the library's entry, which no program mentions otherwise.
+[[gnu::used]] inline const int* const kAttach = &dqlib_attach;
+}  // namespace detail
 
 enum StringId : UINT {
   IDS_FORMAT_CUSTOMIZE_TIP = 19744,

@@ -1,8 +1,8 @@
 #include "dqlib/toolkit/dialog.h"
 
-#include "dqlib/frame/library.h"
 #include "dqlib/frame/switch_resource_handle.h"
 #include "dqlib/framework/windows/win_thread.h"
+#include "dqlib/resources/library.h"
 
 namespace dq {
 namespace {

@@ -11,6 +11,7 @@
 
 #pragma once
 
+#include "dqlib/framework/controls/control_classes.h"
 #include "dqlib/framework/windows/dialog.h"
 
 namespace dq {

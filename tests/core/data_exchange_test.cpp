@@ -17,6 +17,22 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using testing::ShownBox;
 
+enum class Choice { kOne };
+
+template <typename Number>
+concept HasCustomNumber = requires(CDataExchange* exchange, Number& value) {
+  DQDDX_CustomNumber(exchange, 7, value);
+};
+template <typename Enum>
+concept HasEnum = requires(CDataExchange* exchange, Enum& value) {
+  DQDDX_CBEnum(exchange, 7, value);
+  DQDDX_RadioEnum(exchange, 7, value);
+};
+static_assert(HasCustomNumber<BYTE> && HasCustomNumber<short> && HasCustomNumber<long long>);
+static_assert(!HasCustomNumber<bool> && !HasCustomNumber<char> && !HasCustomNumber<double>);
+static_assert(!HasCustomNumber<unsigned long long> && !HasCustomNumber<CString>);
+static_assert(HasEnum<Choice> && !HasEnum<double> && !HasEnum<CString>);
+
 /// A window with the edit control 7.
 class DataExchange : public ::testing::Test {
  protected:

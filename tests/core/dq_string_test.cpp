@@ -1,8 +1,11 @@
 #include "dqlib/core/dq_string.h"
 
+#include <algorithm>
 #include <cstring>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <limits>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -99,6 +102,85 @@ TEST(DQString, OnlyTheCaselessReverseSearchSeesIndexZero) {
   EXPECT_EQ(CDQString("x\x83\x41y").ReverseFind("A"), 2) << "by byte";
   EXPECT_EQ(CDQString("\x82\x60yY").ReverseFindNoCase("\x82\x81Y"), 0) << "wide letters";
   EXPECT_EQ(CDQString(kA).ReverseFind('A'), -1) << "by character";
+}
+
+/// The searches as they are told: place by place.
+struct PlainSearch {
+  std::string text;
+  const platform::CodePage& page = platform::Current().locale->code_page();
+
+  std::string Lower(std::string part) const {
+    page.LowerInPlace(part.data(), part.size());
+    return part;
+  }
+  std::size_t SizeAt(std::string_view walked, std::size_t at) const {
+    return page.CharacterSize(walked.substr(at));
+  }
+  int FindNoCase(const std::string& wanted, std::size_t start) const {
+    const std::string lower = Lower(text);
+    for (; start < text.size(); start += SizeAt(lower, start)) {
+      if (lower.compare(start, wanted.size(), Lower(wanted)) == 0) return static_cast<int>(start);
+    }
+    return -1;
+  }
+  int ReverseFindNoCase(const std::string& wanted, std::size_t start) const {
+    for (std::size_t at = std::min(start, text.size() - 1) + 1; at-- > 0;) {
+      if (Lower(text.substr(at, wanted.size())) == Lower(wanted)) return static_cast<int>(at);
+    }
+    return -1;
+  }
+  int FindCharacter(char wanted, std::size_t start, bool no_case, bool last) const {
+    const auto byte = static_cast<unsigned char>(wanted);
+    int hit = -1;
+    for (; start < text.size() && (last || hit < 0); start += SizeAt(text, start)) {
+      const bool same = no_case ? text[start] == static_cast<char>(page.Lower(byte)) ||
+                                      text[start] == static_cast<char>(page.Upper(byte))
+                                : text[start] == wanted;
+      if (same && SizeAt(text, start) == 1) hit = static_cast<int>(start);
+    }
+    return hit;
+  }
+};
+
+TEST(DQString, SearchesAgreeWithPlainOnesInEveryCodePage) {
+  test::ScriptedLocale locale;
+  constexpr unsigned kSeed = 5;
+  std::mt19937 random(kSeed);
+  // Letters of both widths, lead bytes that change with case, and what fills the ways between.
+  constexpr std::string_view kBytes = "aAbBcxxx\x82\x60\x81\x82\x83\x41\xA2\xE5\xA3\x40\xE9\xC9";
+  const auto pick = [&](std::size_t size) {
+    std::string text;
+    while (text.size() < size) text += kBytes[random() % kBytes.size()];
+    return text;
+  };
+  for (int i = 0; i < 40'000; ++i) {
+    constexpr UINT kPages[] = {0, 1252, 932, 936, 949, 950};
+    ASSERT_TRUE(locale.SetCodePage(kPages[i % std::size(kPages)]));
+    PlainSearch plain{pick(1 + random() % 12)};
+    if (i % 8 == 0) {
+      // Ways that are longer than what is looked at first.
+      plain.text = pick(3) + std::string(200 + random() % 400, 'x') + plain.text +
+                   std::string(200 + random() % 400, random() % 2 == 0 ? 'x' : '\x82');
+    }
+    const CDQString text(plain.text);
+    const std::string wanted = random() % 2 == 0
+                                   ? pick(1 + random() % 3)
+                                   : plain.text.substr(random() % plain.text.size(), 4);
+    const std::size_t start = random() % plain.text.size();
+    const int from = static_cast<int>(start);
+    const char ch = wanted[0];
+    const std::string where = "step " + std::to_string(i) + " of seed " + std::to_string(kSeed);
+    ASSERT_EQ(text.FindNoCase(wanted.c_str(), from), plain.FindNoCase(wanted, start)) << where;
+    ASSERT_EQ(text.ReverseFindNoCase(wanted.c_str(), from), plain.ReverseFindNoCase(wanted, start))
+        << where;
+    ASSERT_EQ(text.FindNoCase(ch, from), plain.FindCharacter(ch, start, true, false)) << where;
+    ASSERT_EQ(text.ReverseFind(ch), plain.FindCharacter(ch, 0, false, true)) << where;
+    const std::string other = i % 8 == 0 ? plain.text.substr(0, start) + wanted : wanted;
+    const auto sign = [](int order) { return (order > 0) - (order < 0); };
+    ASSERT_EQ(sign(text.CompareNoCase(other.c_str())),
+              sign(plain.Lower(plain.text).compare(plain.Lower(other))))
+        << where;
+  }
 }
 
 TEST(DQString, WhatWasInsertedIsNotSearchedAgain) {

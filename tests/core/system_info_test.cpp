@@ -90,6 +90,9 @@ TEST_F(SystemInfoTest, NamesFoldersByTheApplication) {
     EXPECT_TRUE(std::filesystem::is_directory(folder + "/Some Maker/" + made));
   }
   EXPECT_EQ(CDQSystemInfo::GetSpecialFolderPath(99, true), "");
+  const CString plain = CDQSystemInfo::GetSpecialFolderPath(FOLDER_APPDATA, true, HWND{});
+  EXPECT_EQ(CDQSystemInfo::GetSpecialFolderPath(26, true, nullptr), plain);
+  EXPECT_EQ(plain, folder);
 
   // A user without a home has no place, least of all at the root.
   platform_.facts.folders.clear();

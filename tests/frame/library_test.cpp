@@ -1,4 +1,4 @@
-#include "dqlib/frame/library.h"
+#include "dqlib/resources/library.h"
 
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/resources/string_table.h"

@@ -50,6 +50,20 @@ int LoadObjects(std::string_view stream, const CRuntimeClass* expected = nullptr
 const std::string kNewClass("\xFF\xFF\3\0\x0A\0SerialNode", 16);
 const std::string kEmptyNode("\0\0\0\0\0\0\0\0\0", 9);
 
+TEST(Archive, SerialClassesHaveAReadingOperator) {
+  Load(kNewClass + kEmptyNode + std::string(2, '\0'), [](CArchive& archive) {
+    SerialNode* node = nullptr;
+    archive >> node;
+    const std::unique_ptr<SerialNode> owner(node);
+    EXPECT_NE(node, nullptr);
+    archive >> node;
+    EXPECT_EQ(node, nullptr) << "an object that is none";
+  });
+  StrictNode* other = nullptr;
+  EXPECT_THROW(Load(kNewClass + kEmptyNode, [&](CArchive& archive) { archive >> other; }),
+               CArchiveException);
+}
+
 TEST(Archive, ValuesAreLittleEndianByteForByte) {
   static constexpr std::int64_t kWide = -0x0102030405060708;
   const std::string stream = Stored([](CArchive& archive) {

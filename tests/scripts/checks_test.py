@@ -110,6 +110,18 @@ class CheckTest(unittest.TestCase):
                        dqlib/frame/core/e.cpp benchmarks/g.cpp""".split():
             self.expect_complaint(script, {**tree, path: ""}, f"{path}: not named in ")
 
+    def test_public_headers(self):
+        script, umbrella = "public_headers.py", "dqlib/dqlib.h"
+        tree = {umbrella: '#include "dqlib/core/a.h"\n#include "siblings/options/b.h"\n',
+                "dqlib/core/a.h": "", "siblings/options/b.h": "", "dqlib/core/a.cpp": "",
+                "dqlib/framework/base/text.h": "", "dqlib/platform/posix/c.h": ""}
+        self.expect_clean(script, tree)
+        for path in ["dqlib/core/c.h", "siblings/pictures/c.h", "dqlib/platform/posix.h"]:
+            self.expect_complaint(script, {**tree, path: ""}, f"{path}: neither included by")
+        self.expect_complaint(
+            script, {**tree, umbrella: tree[umbrella] + '#include "dqlib/framework/base/text.h"\n'},
+            f"{umbrella}: includes dqlib/framework/base/text.h")
+
     def test_text_ids(self):
         script = "text_ids.py"
         ids, table = "dqlib/resources/string_ids.h", "dqlib/resources/string_table.cpp"

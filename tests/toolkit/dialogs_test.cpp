@@ -1,7 +1,7 @@
-#include "dqlib/frame/library.h"
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/base/resource_module.h"
 #include "dqlib/framework/controls/dialog_exchange.h"
+#include "dqlib/resources/library.h"
 #include "dqlib/toolkit/option_lists.h"
 #include "dqlib/toolkit/sft_tabs_dialog.h"
 #include "tests/support/main_window.h"

@@ -293,6 +293,10 @@ const CRuntimeClass* CArchive::ReadNewClass() {
   return runtime_class;
 }
 
+CObject* ReadObjectOf(CArchive& archive, const CRuntimeClass* runtime_class) {
+  return archive.ReadObject(runtime_class);
+}
+
 CObject* CArchive::ReadObject(const CRuntimeClass* expected, bool* is_new) {
   if (is_new != nullptr) *is_new = false;
   const WORD tag = Take<WORD>(*this);

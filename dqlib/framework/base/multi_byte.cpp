@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
 #include <iterator>
 #include <vector>
 
@@ -25,11 +26,12 @@ bool IsFutile(std::size_t effort, std::size_t way, std::size_t wanted) {
 constexpr auto kAnyPlace = [](const auto&) { return true; };
 
 /// Where the range from `wanted`, of `size` elements, first stands in another at a place that
-/// `accepts`, which is asked about rising places; its end if nowhere. Never goes back in the text
+/// `accepts`, which is asked about rising places; its end if nowhere. The searched elements are
+/// folded before they are compared. Never goes back in the text
 /// (the search of Knuth, Morris and Pratt): linear whatever the texts.
-template <typename Iterator, typename Wanted, typename Accepts>
+template <typename Iterator, typename Wanted, typename Accepts, typename Fold = std::identity>
 Iterator FindWithTable(Iterator first, Iterator last, Wanted wanted, std::ptrdiff_t size,
-                       Accepts accepts) {
+                       Accepts accepts, Fold fold = {}) {
   // For each start of what is wanted, how much of its end is a shorter start.
   std::vector<std::ptrdiff_t> borders(static_cast<std::size_t>(size));
   const auto extend = [&](std::ptrdiff_t matched, char next) {
@@ -44,7 +46,7 @@ Iterator FindWithTable(Iterator first, Iterator last, Wanted wanted, std::ptrdif
   }
   std::ptrdiff_t matched = 0;
   for (; first != last; ++first) {
-    matched = extend(matched, *first);
+    matched = extend(matched, fold(*first));
     if (matched < size) continue;
     if (accepts(first - (size - 1))) return first - (size - 1);
     matched = borders[static_cast<std::size_t>(size - 1)];
@@ -81,6 +83,21 @@ std::size_t FindBytes(std::string_view text, std::string_view wanted, std::size_
     }
   }
   return npos;
+}
+
+/// Bytes of the first part that a search looks at which can't be told in advance where to stop.
+constexpr std::size_t kFirstWindow = 256;
+
+/// What `find` finds in a text, at or behind `start`, and `size` bytes long: it is asked for ever
+/// longer beginnings of the text, so that the effort is that of the way to the hit.
+template <typename Find>
+std::size_t FindByWindows(std::string_view text, std::size_t start, std::size_t size, Find find) {
+  for (std::size_t window = kFirstWindow + size;; window *= 2) {
+    const bool is_last = start >= text.size() || window >= text.size() - start;
+    const std::size_t hit =
+        find(is_last ? text : text.substr(0, CharacterStart(text, start + window)));
+    if (hit != npos || is_last) return hit;
+  }
 }
 
 /// Where `byte` stands behind `left` others of its kind; takes off `left` those that it passes.
@@ -271,33 +288,88 @@ std::size_t Find(std::string_view text, std::string_view wanted, std::size_t sta
 
 std::size_t ReverseFind(std::string_view text, char character) {
   const platform::CodePage& page = CurrentCodePage();
-  if (page.IsSingleByte()) return text.rfind(character);
-  std::size_t last = npos;
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t size = page.CharacterSize(text.substr(at));
-    if (size == 1 && text[at] == character) last = at;
-    at += size;
-  }
-  return last;
+  std::size_t at = text.rfind(character);
+  if (page.IsSingleByte()) return at;
+  const auto is_character = [&](std::size_t place) {
+    return page.CharacterSize(text.substr(place)) == 1 && CharacterStart(text, place) == place;
+  };
+  while (at != npos && !is_character(at)) at = at == 0 ? npos : text.rfind(character, at - 1);
+  return at;
 }
 
-std::size_t ReverseFindBytes(std::string_view text, std::string_view wanted) {
+namespace {
+
+/// `ReverseFindBytes` for bytes that are folded before they are compared with what is wanted.
+template <typename Fold>
+std::size_t ReverseFindFolded(std::string_view text, std::string_view wanted, Fold fold) {
   if (wanted.size() > text.size()) return npos;
-  const std::size_t last = text.size() - wanted.size();
+  const std::size_t size = wanted.size();
+  const std::size_t last = text.size() - size;
   std::size_t effort = 0;
   for (std::size_t at = last + 1; at-- > 0;) {
-    if (text[at] != wanted.front() || text[at + wanted.size() - 1] != wanted.back()) continue;
-    if (std::memcmp(text.data() + at, wanted.data(), wanted.size()) == 0) return at;
-    effort += wanted.size();
-    if (IsFutile(effort, last - at, wanted.size())) {
-      const auto rest = text.rend() - static_cast<std::ptrdiff_t>(at + wanted.size());
+    if (fold(text[at]) != wanted.front() || fold(text[at + size - 1]) != wanted.back()) continue;
+    std::size_t equal = 1;
+    while (equal < size && fold(text[at + equal]) == wanted[equal]) ++equal;
+    if (equal == size) return at;
+    effort += equal;
+    if (IsFutile(effort, last - at, size)) {
+      const auto rest = text.rend() - static_cast<std::ptrdiff_t>(at + size);
       const auto hit =
-          FindWithTable(rest, text.rend(), wanted.rbegin(), std::ssize(wanted), kAnyPlace);
-      return hit == text.rend() ? npos
-                                : static_cast<std::size_t>(text.rend() - hit) - wanted.size();
+          FindWithTable(rest, text.rend(), wanted.rbegin(), std::ssize(wanted), kAnyPlace, fold);
+      return hit == text.rend() ? npos : static_cast<std::size_t>(text.rend() - hit) - size;
     }
   }
   return npos;
+}
+
+}  // namespace
+
+std::size_t ReverseFindBytes(std::string_view text, std::string_view wanted) {
+  return ReverseFindFolded(text, wanted, std::identity());
+}
+
+std::size_t ReverseFindNoCase(std::string_view text, std::string_view wanted) {
+  const std::string lower = Lower(wanted);
+  const platform::CodePage& page = CurrentCodePage();
+  const auto fold = [&page](char byte) { return static_cast<char>(page.Lower(Byte(byte))); };
+  if (page.IsSingleByte()) return ReverseFindFolded(text, lower, fold);
+  if (wanted.size() > text.size()) return npos;
+  // Behind the last lead byte all is as in a single-byte page.
+  std::size_t tail = text.size();
+  for (std::size_t size = kFirstWindow + wanted.size(); tail > 0; size *= 2) {
+    const std::size_t first = text.size() - std::min(size, text.size());
+    while (tail > first && !page.IsLeadByte(Byte(text[tail - 1]))) --tail;
+    const std::size_t hit = ReverseFindFolded(text.substr(tail), lower, fold);
+    if (hit != npos) return tail + hit;
+    if (tail > first) break;
+  }
+  // Further on each place is taken for the start of a character, so the cases differ from one to
+  // the next.
+  for (std::size_t at = std::min(tail, text.size() - wanted.size() + 1); at-- > 0;) {
+    if (IsLowerForm(text.substr(at, wanted.size()), lower, page)) return at;
+  }
+  return npos;
+}
+
+std::size_t FindNoCase(std::string_view text, char character, std::size_t start) {
+  const platform::CodePage& page = CurrentCodePage();
+  const char lower = static_cast<char>(page.Lower(Byte(character)));
+  const char upper = static_cast<char>(page.Upper(Byte(character)));
+  if (lower == upper) return Find(text, lower, start);
+  return FindByWindows(text, start, 1, [&](std::string_view window) {
+    return std::min(Find(window, lower, start), Find(window, upper, start));
+  });
+}
+
+std::size_t FindNoCase(std::string_view text, std::string_view wanted, std::size_t start) {
+  if (start > text.size() || wanted.empty()) return start > text.size() ? npos : start;
+  // Case is that of the characters of the whole text.
+  const std::size_t first = CharacterStart(text, start);
+  const auto find = [&](std::string_view window) {
+    const std::size_t hit = NoCaseWalk(window.substr(first), wanted).Find(start - first);
+    return hit == npos ? npos : first + hit;
+  };
+  return FindByWindows(text, start, wanted.size(), find);
 }
 
 bool IsLowerForm(std::string_view text, std::string_view lower, const platform::CodePage& page) {
@@ -317,15 +389,33 @@ int Compare(std::string_view left, std::string_view right) {
   return left.compare(right);
 }
 
+namespace {
+
+int CompareSizes(std::string_view left, std::string_view right) {
+  return left.size() == right.size() ? 0 : left.size() < right.size() ? -1 : 1;
+}
+
+}  // namespace
+
 int CompareNoCase(std::string_view left, std::string_view right) {
   const platform::CodePage& page = CurrentCodePage();
-  if (!page.IsSingleByte()) return Compare(Lower(left), Lower(right));
+  if (!page.IsSingleByte()) {
+    for (std::size_t size = kFirstWindow;; size *= 2) {
+      const std::string one = Lower(left.substr(0, CharacterStart(left, size)));
+      const std::string other = Lower(right.substr(0, CharacterStart(right, size)));
+      const std::size_t common = std::min(one.size(), other.size());
+      const int order = Compare(std::string_view(one).substr(0, common),
+                                std::string_view(other).substr(0, common));
+      if (order != 0) return order;
+      if (size > left.size() || size > right.size()) return CompareSizes(left, right);
+    }
+  }
   const std::size_t common = std::min(left.size(), right.size());
   for (std::size_t i = 0; i < common; ++i) {
     const int difference = page.Lower(Byte(left[i])) - page.Lower(Byte(right[i]));
     if (difference != 0) return difference;
   }
-  return left.size() == right.size() ? 0 : left.size() < right.size() ? -1 : 1;
+  return CompareSizes(left, right);
 }
 
 void MakeLower(std::string& text) { CurrentCodePage().LowerInPlace(text.data(), text.size()); }
@@ -344,16 +434,16 @@ std::string Upper(std::string_view text) {
   return upper;
 }
 
-std::size_t LastCharacter(std::string_view text) {
+std::size_t CharacterStart(std::string_view text, std::size_t place) {
   const platform::CodePage& page = CurrentCodePage();
-  if (page.IsSingleByte()) return text.size() - 1;
-  std::size_t at = 0;
-  for (;;) {
-    const std::size_t next = at + page.CharacterSize(text.substr(at));
-    if (next == text.size()) return at;
-    at = next;
-  }
+  if (page.IsSingleByte() || place >= text.size()) return place;
+  // Behind a byte that can't lead a character begins; lead bytes from there on go in pairs.
+  std::size_t leads = 0;
+  while (leads < place && page.IsLeadByte(Byte(text[place - leads - 1]))) ++leads;
+  return place - leads % 2;
 }
+
+std::size_t LastCharacter(std::string_view text) { return CharacterStart(text, text.size() - 1); }
 
 std::string_view TrimRight(std::string_view text) {
   while (!text.empty() && IsSpace(Byte(text.back()))) text.remove_suffix(1);

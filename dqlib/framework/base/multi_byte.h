@@ -130,12 +130,21 @@ std::size_t Find(std::string_view text, char character, std::size_t start = 0);
 /// `Searcher::Find` for one search.
 std::size_t Find(std::string_view text, std::string_view wanted, std::size_t start = 0);
 
-/// Where `character` last stands.
+/// The same in the lower-case forms of the text and what is wanted; a character is searched for in
+/// both its cases. Linear in the distance to the hit.
+std::size_t FindNoCase(std::string_view text, char character, std::size_t start);
+std::size_t FindNoCase(std::string_view text, std::string_view wanted, std::size_t start);
+
+/// Where `character` last stands. Linear in the distance from the end.
 std::size_t ReverseFind(std::string_view text, char character);
 
 /// Where the bytes `wanted`, which aren't empty, last stand in `text`, whatever the code page.
 /// Linear time.
 std::size_t ReverseFindBytes(std::string_view text, std::string_view wanted);
+
+/// The same, case ignored; each place is taken for the start of a character. Linear in the distance
+/// of the hit from the end; where there are lead bytes, times what begins alike.
+std::size_t ReverseFindNoCase(std::string_view text, std::string_view wanted);
 
 /// Whether `lower` is `text` in lower case in the code page. Stops at the first difference.
 bool IsLowerForm(std::string_view text, std::string_view lower, const platform::CodePage& page);
@@ -151,6 +160,9 @@ void MakeLower(std::string& text);
 void MakeUpper(std::string& text);
 std::string Lower(std::string_view text);
 std::string Upper(std::string_view text);
+
+/// Where the character begins that the byte at a place belongs to; the place itself past the end.
+std::size_t CharacterStart(std::string_view text, std::size_t place);
 
 /// Where the last character of `text`, which isn't empty, begins.
 std::size_t LastCharacter(std::string_view text);

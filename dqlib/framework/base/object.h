@@ -89,6 +89,9 @@ inline CObject* IfKindOf(CObject* object, const CRuntimeClass* runtime_class) {
   return object != nullptr && object->IsKindOf(runtime_class) ? object : nullptr;
 }
 
+/// `archive.ReadObject(runtime_class)`, for where archives aren't known.
+CObject* ReadObjectOf(CArchive& archive, const CRuntimeClass* runtime_class);
+
 }  // namespace dq
 
 // Macros, under the names by which every class of the family declares its run-time class.
@@ -107,8 +110,14 @@ inline CObject* IfKindOf(CObject* object, const CRuntimeClass* runtime_class) {
   DECLARE_DYNAMIC(class_name)         \
   static ::dq::CObject* CreateObject();
 
-/// In a class: as before, and archives can store and load its objects.
-#define DECLARE_SERIAL(class_name) DECLARE_DYNCREATE(class_name)
+/// In a class: as before, and archives can store and load its objects. `archive >> pointer` reads
+/// one as `CArchive::ReadObject` does: null, or an object of the class.
+#define DECLARE_SERIAL(class_name)                                                             \
+  DECLARE_DYNCREATE(class_name)                                                                \
+  friend ::dq::CArchive& operator>>(::dq::CArchive& archive, class_name*& object) {            \
+    object = static_cast<class_name*>(::dq::ReadObjectOf(archive, RUNTIME_CLASS(class_name))); \
+    return archive;                                                                            \
+  }
 
 #define DQ_IMPLEMENT_RUNTIMECLASS(class_name, base_name, schema, create)               \
   const ::dq::CRuntimeClass class_name::class##class_name(#class_name, schema, create, \

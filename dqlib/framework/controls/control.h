@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "dqlib/framework/controls/control_classes.h"
 #include "dqlib/framework/windows/dialog_template.h"
 #include "dqlib/framework/windows/wnd.h"
 #include "dqlib/platform/dialog_view.h"

@@ -1,5 +1,7 @@
 // The window classes of the controls, as dialog templates name them.
 
+#include "dqlib/framework/controls/control_classes.h"
+
 #include <algorithm>
 
 #include "dqlib/framework/controls/button.h"
@@ -94,8 +96,6 @@ bool detail::RegisterControlClasses() {
 
 }  // namespace dq
 
-/// Enters the classes. Programs are linked with this symbol required, which brings in this file.
 extern "C" {
-extern const bool dqlib_controls;
 const bool dqlib_controls = dq::detail::RegisterControlClasses();
 }

@@ -9,6 +9,7 @@
 #pragma once
 
 #include "dqlib/framework/base/c_string.h"
+#include "dqlib/framework/controls/control_classes.h"
 #include "dqlib/framework/windows/data_exchange.h"
 
 namespace dq {

@@ -1,7 +1,8 @@
-#include "dqlib/frame/library.h"
+#include "dqlib/resources/library.h"
 
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/platform/platform.h"
+#include "dqlib/resources/string_ids.h"
 #include "dqlib/resources/string_table.h"
 
 namespace dq {
@@ -48,8 +49,6 @@ int DQLIB_EntryPoint(HINSTANCE module, DWORD reason, void* /*reserved*/) {
 
 }  // namespace dq
 
-/// Attaches the library. Programs are linked with this symbol required, which brings in this file.
 extern "C" {
-extern const int dqlib_attach;
 const int dqlib_attach = dq::DQLIB_EntryPoint(&dq::LibraryResources(), dq::PROCESS_ATTACH, nullptr);
 }
