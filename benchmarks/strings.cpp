@@ -38,6 +38,51 @@ void Require(bool same, const std::string& name) {
   std::exit(2);
 }
 
+/// Walks over all hits, from either end: each step costs the way to the next hit, no more.
+void BenchWalks() {
+  constexpr int kHits = 8'000;
+  std::string source;
+  for (int i = 0; i < kHits; ++i) source += std::string(97, 'x') + "Abc";
+  const CDQString text(source);
+  const std::string lower = [&] {
+    std::string copy = source;
+    for (char& byte : copy) byte = static_cast<char>(std::tolower(byte));
+    return copy;
+  }();
+  int hits = 0;
+  const auto count = [&](auto next) {
+    hits = 0;
+    for (std::ptrdiff_t at = next(std::ptrdiff_t{-1}); at > 0; at = next(at)) ++hits;
+    Require(hits == kHits, "walk");
+  };
+  bench::Ratio("FindNoCase, 8,000 hits in 800 KB", "strcasestr", 0)
+      .Run(
+          [&] {
+            count([&](std::ptrdiff_t at) {
+              return text.FindNoCase("aBC", static_cast<int>(at) + 1);
+            });
+          },
+          [&] {
+            count([&](std::ptrdiff_t at) {
+              const char* const hit = ::strcasestr(source.c_str() + at + 1, "aBC");
+              return hit == nullptr ? -1 : hit - source.c_str();
+            });
+          });
+  bench::Ratio("ReverseFindNoCase, 8,000 hits in 800 KB", "rfind in lower case", 0)
+      .Run(
+          [&] {
+            count([&](std::ptrdiff_t at) {
+              return text.ReverseFindNoCase("aBC", at < 0 ? -1 : static_cast<int>(at) - 1);
+            });
+          },
+          [&] {
+            count([&](std::ptrdiff_t at) {
+              return static_cast<std::ptrdiff_t>(
+                  lower.rfind("abc", at < 0 ? lower.npos : static_cast<std::size_t>(at) - 1));
+            });
+          });
+}
+
 void BenchReplace(const std::string& density, std::size_t distance) {
   struct Case {
     const char* what;
@@ -185,6 +230,7 @@ void BenchTrim(const std::string& density, std::size_t distance) {
 }  // namespace
 
 int main() {
+  BenchWalks();
   const std::string dense = "dense";
   const std::string sparse = "sparse";
   BenchReplace(dense, 16);

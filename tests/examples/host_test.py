@@ -1,14 +1,40 @@
 """The example host: what it prints, and that a project outside the tree can take the tree in.
 
-host_test.py PROGRAM SOURCE_DIRECTORY GENERATOR COMPILER
+host_test.py PROGRAM SOURCE_DIRECTORY GENERATOR COMPILER BUILD_TREE
+
+The build tree is "no" if its archives can't be linked without flags of their own.
 """
 
+import glob
+import os
 import subprocess
 import sys
 import tempfile
 import unittest
 
-PROGRAM, SOURCE, GENERATOR, COMPILER = sys.argv[1:5]
+PROGRAM, SOURCE, GENERATOR, COMPILER, TREE = sys.argv[1:6]
+
+# Each before those that it needs.
+ROOMS = """workspace datetime dbvocab output toolkit core frame options pictures dberrors
+           framework_controls framework_windows resources framework_base platform""".split()
+
+BY_HAND = """
+#include <cstdio>
+#include "dqlib/framework/windows/win_app.h"
+#include "dqlib/resources/string_ids.h"
+#include "dqlib/toolkit/dialog.h"
+int main() {
+  dq::CWinApp app("by_hand");
+  dq::CString text;
+  text.LoadString(dq::IDS_UNKNOWN_OS_ERROR);
+  std::puts(text);
+  dq::CDQDialog dialog(2712);
+  if (!dialog.Create(2712, nullptr)) return 1;
+  for (const int id : {2754, 2756, 1}) {
+    std::puts(dialog.GetDlgItem(id)->GetRuntimeClass()->m_lpszClassName);
+  }
+}
+"""
 
 
 class HostTest(unittest.TestCase):
@@ -26,9 +52,30 @@ class HostTest(unittest.TestCase):
             targets = subprocess.run([*build, "help"], capture_output=True, text=True,
                                      check=True).stdout
             # A dry run, since all of it is compiled by the tree's own build.
-            subprocess.run([*build, "host_example", "--", "-n"], capture_output=True, check=True)
+            commands = subprocess.run([*build, "host_example", "--verbose", "--", "-n"],
+                                      capture_output=True, text=True, check=True).stdout
+        self.assertIn("-Wall", commands)
+        self.assertNotIn("-Werror", commands)
         self.assertNotIn("dqtool", targets)
         self.assertNotIn("_test", targets)
+
+    @unittest.skipIf(TREE == "no", "the archives need flags of their own")
+    def test_has_texts_and_controls_if_linked_by_hand(self):
+        archives = {os.path.basename(path)[len("libdqlib_"):-2]: path
+                    for path in glob.glob(os.path.join(TREE, "**", "libdqlib_*.a"), recursive=True)}
+        self.assertEqual(set(archives) - set(ROOMS), set(), "name the new room")
+        ordered = [archives[room] for room in ROOMS]
+        with tempfile.TemporaryDirectory() as directory:
+            source, made, program = (os.path.join(directory, name)
+                                     for name in ("main.cpp", "main.o", "program"))
+            with open(source, "w", encoding="utf-8") as file:
+                file.write(BY_HAND)
+            subprocess.run([COMPILER, "-std=c++20", "-I", os.path.join(SOURCE, "..", ".."), "-c",
+                            source, "-o", made], check=True)
+            for libraries in (["-Wl,--start-group", *sorted(ordered), "-Wl,--end-group"], ordered):
+                subprocess.run([COMPILER, made, *libraries, "-o", program], check=True)
+                result = subprocess.run([program], capture_output=True, text=True, check=True)
+                self.assertEqual(result.stdout, "Unknown OS Error\nCComboBox\nCEdit\nCButton\n")
 
 
 if __name__ == "__main__":

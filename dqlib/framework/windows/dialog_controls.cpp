@@ -78,12 +78,9 @@ namespace detail {
 
 bool MakeControls(const DialogTemplate& pattern, CWnd& dialog,
                   std::vector<std::unique_ptr<CWnd>>& controls) {
-<<<<<<< HEAD
   const Watched parent(dialog);
-=======
   // Plain windows in the place of all controls would look like a dialog and do nothing.
   if (Factories().empty()) throw std::logic_error("dqlib is linked without control_classes.cpp");
->>>>>>> 44013e9 (Include everything public in dqlib.h, bring the library's entry and controls along with what needs them, and search near the start)
   controls.reserve(controls.size() + pattern.controls.size());
   for (const ControlTemplate& control : pattern.controls) {
     const auto factory = Factories().find(control.window_class);
