@@ -175,8 +175,7 @@ CDQBigInt& CDQBigInt::operator*=(const CDQBigInt& other) {
 }
 
 CDQBigInt CDQBigInt::Product(const CDQBigInt& left, const CDQBigInt& right) {
-  CDQBigInt product(
-      Room{static_cast<std::size_t>(left.size()) + static_cast<std::size_t>(right.size())});
+  CDQBigInt product(Room{detail::ProductDigits(left.Digits().size(), right.Digits().size())});
   if (!detail::MultiplyDigits(left.Digits(), right.Digits(), product.m_digits)) {
     product.AddProducts(left, right);
   }

@@ -22,7 +22,7 @@ constexpr std::size_t kSummands = 1024;
 /// The digit "0" in each byte.
 constexpr Limb kZeros = 0x3030303030303030;
 
-std::size_t LimbsOf(std::size_t digits) { return (digits + kDigits - 1) / kDigits; }
+constexpr std::size_t LimbsOf(std::size_t digits) { return (digits + kDigits - 1) / kDigits; }
 
 using Limbs = std::span<Limb>;
 
@@ -74,8 +74,8 @@ Limb NumberOf(Limb digits) {
 
 /// The other way. Each step takes a quotient, by a multiplication, out of all lanes at once.
 Limb DigitsOf(Limb number) {
-  const Limb high = number / 10'000;
-  const Limb fours = (number - 10'000 * high) | high << 32;
+  const Limb high = number * 109'951'163 >> 40;
+  const Limb fours = number + high * ((Limb{1} << 32) - 10'000);
   const Limb hundreds = fours * 10'486 >> 20 & 0x0000007F0000007F;
   const Limb pairs = fours + hundreds * ((1 << 16) - 100);
   const Limb tens = pairs * 103 >> 10 & 0x000F000F000F000F;
@@ -83,7 +83,7 @@ Limb DigitsOf(Limb number) {
 }
 
 /// Reads digits into their limbs; false if there are other characters.
-bool Read(std::span<const char> digits, Limbs limbs) {
+inline bool Read(std::span<const char> digits, Limbs limbs) {
   Limb others = 0;
   const std::size_t whole = digits.size() / kDigits;
   for (std::size_t i = 0; i < whole; ++i) {
@@ -109,22 +109,28 @@ bool Read(std::span<const char> digits, Limbs limbs) {
   return (others & kNoDigit) == 0;
 }
 
-/// Writes the digits of the limb with an index, as far as there is room for them.
-inline void WriteLimb(Limb limb, std::size_t index, std::span<char> digits) {
-  const std::size_t first = index * kDigits;
-  Limb bytes = DigitsOf(limb) + kZeros;
-  if (first + kDigits <= digits.size()) {
-    Store(bytes, digits.data() + first);
-    return;
+/// Writes the lowest digits, as many as there is room for.
+inline void Write(Limbs limbs, std::span<char> digits) {
+  const std::size_t whole = digits.size() / kDigits;
+  for (std::size_t i = 0; i < whole; ++i) {
+    Store(DigitsOf(limbs[i]) + kZeros, digits.data() + i * kDigits);
   }
-  for (std::size_t i = first; i < digits.size(); ++i) {
-    digits[i] = static_cast<char>(bytes & 0xFF);
+  if (whole * kDigits == digits.size()) return;
+  Limb bytes = DigitsOf(limbs[whole]) + kZeros;
+  for (char& digit : digits.subspan(whole * kDigits)) {
+    digit = static_cast<char>(bytes & 0xFF);
     bytes >>= 8;
   }
 }
 
-void Write(Limbs limbs, std::span<char> digits) {
-  for (std::size_t i = 0; i < LimbsOf(digits.size()); ++i) WriteLimb(limbs[i], i, digits);
+/// Brings all limbs below the base.
+void Carry(Limbs limbs) {
+  Limb carry = 0;
+  for (Limb& limb : limbs) {
+    const Limb sum = limb + carry;
+    carry = sum / kBase;
+    limb = sum - carry * kBase;
+  }
 }
 
 /// Divides by one limb and returns the remainder.
@@ -204,29 +210,46 @@ void DivideByLimbs(Limbs rest, Limbs divisor, Limbs quotient) {
 
 }  // namespace
 
+std::size_t ProductDigits(std::size_t left, std::size_t right) {
+  return (LimbsOf(left) + LimbsOf(right)) * kDigits;
+}
+
 bool MultiplyDigits(std::span<const char> left, std::span<const char> right,
                     std::span<char> product) {
-  LimbRoom rooms[] = {LimbRoom(LimbsOf(left.size())), LimbRoom(LimbsOf(right.size()))};
-  const Limbs one = rooms[0];
-  const Limbs other = rooms[1];
+  LimbRoom left_room(LimbsOf(left.size()));
+  LimbRoom right_room(LimbsOf(right.size()));
+  LimbRoom sum_room(LimbsOf(left.size()) + LimbsOf(right.size()));
+  const Limbs one = left_room;
+  const Limbs other = right_room;
+  const Limbs sum = sum_room;
   if (!Read(left, one) || !Read(right, other)) return false;
-  // Limb by limb of the result, so that a carry, reckoning on and writing overlap.
-  Limb carry = 0;
-  for (std::size_t at = 0; at < one.size() + other.size(); ++at) {
-    Limb sum = carry;
-    carry = 0;
-    const std::size_t last = std::min(at + 1, other.size());
-    std::size_t i = at < one.size() ? 0 : at - one.size() + 1;
-    for (;;) {
-      const std::size_t stop = std::min(last, i + kSummands);
-      for (; i < stop; ++i) sum += other[i] * one[at - i];
-      if (i == last) break;
-      carry += sum / kBase;
-      sum %= kBase;
+  for (Limb& limb : sum) limb = 0;
+  // Two rows at once, which halves the loads and stores of the sums.
+  std::size_t i = 0;
+  for (; i + 1 < other.size(); i += 2) {
+    const Limb low = other[i];
+    const Limb high = other[i + 1];
+    Limb* const row = &sum[i];
+    Limb before = 0;
+    for (std::size_t k = 0; k < one.size(); ++k) {
+      const Limb limb = one[k];
+      row[k] += limb * low + before * high;
+      before = limb;
     }
-    const Limb quotient = sum / kBase;
-    carry += quotient;
-    WriteLimb(sum - quotient * kBase, at, product);
+    row[one.size()] += before * high;
+    if ((i + 2) % kSummands == 0) Carry(sum);
+  }
+  if (i < other.size()) {
+    for (std::size_t k = 0; k < one.size(); ++k) sum[i + k] += one[k] * other[i];
+  }
+  // Carrying waits for itself, so it goes along with the writing.
+  Limb carry = 0;
+  char* to = product.data();
+  for (const Limb limb : sum) {
+    const Limb value = limb + carry;
+    carry = value / kBase;
+    Store(DigitsOf(value - carry * kBase) + kZeros, to);
+    to += kDigits;
   }
   return true;
 }

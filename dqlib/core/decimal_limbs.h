@@ -3,13 +3,17 @@
 
 #pragma once
 
+#include <cstddef>
 #include <span>
 
 namespace dq::detail {
 
-/// Writes the product to `product`, which has as many digits as both factors together. Returns
-/// false, with nothing written, if a factor has a character that is no digit. A factor may be
-/// empty, but doesn't overlap the product.
+/// The room for the product of numbers with so many digits.
+std::size_t ProductDigits(std::size_t left, std::size_t right);
+
+/// Writes the product to `product`, which has just the room that `ProductDigits` says, with zeros
+/// above it. Returns false, with nothing written, if a factor has a character that is no digit. The
+/// product overlaps no factor.
 bool MultiplyDigits(std::span<const char> left, std::span<const char> right,
                     std::span<char> product);
 
