@@ -2,7 +2,9 @@
 
 #include <climits>
 #include <gtest/gtest.h>
+#include <random>
 #include <sstream>
+#include <string>
 
 #include "tests/support/rows.h"
 
@@ -100,6 +102,42 @@ TEST(BigInt, IntOperandsGiveWhatNumbersGiveAndZeroNoError) {
     EXPECT_EQ(Big(text) / 0, Big(text));
     EXPECT_EQ(Big(text) * 0, 0);
   }
+}
+
+TEST(BigInt, ProductsAndQuotientsAreThoseOfSingleDigits) {
+  constexpr unsigned kSeed = 3;
+  std::mt19937 random(kSeed);
+  // Half of the numbers have runs of 0 and 9, which carry and make guesses wrong.
+  const auto digits = [&](std::size_t size, bool runs) {
+    std::string text(1, static_cast<char>('1' + random() % 9));
+    while (text.size() < size) {
+      text += runs && random() % 8 != 0 ? text.back() == '0' ? '0' : '9'
+                                        : static_cast<char>('0' + random() % 10);
+    }
+    return text;
+  };
+  for (int i = 0; i < 3'000; ++i) {
+    const CDQBigInt a(digits(1 + random() % 80, i % 2 == 0));
+    const std::string text = digits(1 + random() % 60, i % 3 == 0);
+    const CDQBigInt b(text);
+    CDQBigInt product;
+    for (const char digit : text) (product *= 10) += a * (digit - '0');
+    ASSERT_EQ(a * b, product) << "step " << i << " of seed " << kSeed;
+    ASSERT_EQ(b * a, product);
+    ASSERT_EQ(product / b, a) << "step " << i << " of seed " << kSeed;
+    ASSERT_EQ(product % b, 0);
+    const CDQBigInt below = b - 1;
+    ASSERT_EQ((product + below) / b, a);
+    if (below != 0) {
+      ASSERT_EQ((product + below) % b, below);
+    }
+  }
+  // More than what is summed up at once.
+  const std::size_t size = 9'000;
+  const CDQBigInt nines(std::string(size, '9'));
+  EXPECT_EQ((nines * nines).toString(),
+            std::string(size - 1, '9') + '8' + std::string(size - 1, '0') + '1');
+  EXPECT_EQ((nines * nines / nines).toString(), nines.toString());
 }
 
 TEST(BigInt, TakesItselfAsOperand) {

@@ -62,7 +62,9 @@ class HostTest(unittest.TestCase):
     @unittest.skipIf(TREE == "no", "the archives need flags of their own")
     def test_has_texts_and_controls_if_linked_by_hand(self):
         archives = {os.path.basename(path)[len("libdqlib_"):-2]: path
-                    for path in glob.glob(os.path.join(TREE, "**", "libdqlib_*.a"), recursive=True)}
+                    for top in ("dqlib", "siblings")
+                    for path in glob.glob(os.path.join(TREE, top, "**", "libdqlib_*.a"),
+                                          recursive=True)}
         self.assertEqual(set(archives) - set(ROOMS), set(), "name the new room")
         ordered = [archives[room] for room in ROOMS]
         with tempfile.TemporaryDirectory() as directory:
