@@ -59,7 +59,7 @@ TEST(Archive, SerialClassesHaveAReadingOperator) {
     archive >> node;
     EXPECT_EQ(node, nullptr) << "an object that is none";
   });
-  StrictNode* other = nullptr;
+  CMapStringToOb* other = nullptr;
   EXPECT_EQ(Load(kNewClass + kEmptyNode, [&](CArchive& archive) { archive >> other; }),
             CArchiveException::badClass);
 }
