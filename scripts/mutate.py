@@ -60,6 +60,7 @@ class Program:
         self.tests = []
         self.slow = []
         self.failing = []
+        self.runs = True
         self.seconds = {"quick": 0.0, "slow": 0.0}
 
     def target(self):
@@ -149,8 +150,10 @@ class Copy:
         """The exit status of a command that can write to this copy and to a new /tmp only, and of
         which nothing is left behind; None if it had no end within the limit."""
         if os.geteuid() == 0:
+            # The shell stays: the first process of a namespace is deaf to signals and gets orphans.
             script = ('mount --bind "$0" "$0" && mount -t tmpfs tmpfs /tmp && '
-                      'mount -o remount,bind,ro / && cd "$1" && shift && exec "$@"')
+                      'mount -o remount,bind,ro / && cd "$1" && shift && HOME=/tmp "$@"; '
+                      'status=$?; exit $status')
             command = ["unshare", "-mpf", "--kill-child", "--mount-proc", "sh", "-c", script,
                        self.home, self.tree, *command]
         try:
@@ -193,8 +196,10 @@ def measure(copy, programs):
             command += ["--gtest_output=json:" + report, "--gtest_brief=1"]
         began = time.monotonic()
         status = copy.confined(command, program.environment, 900)
-        if status != 0 and (not program.is_gtest or not os.path.exists(report)):
-            raise Failure(f"{program.name} fails in the unchanged tree: {' '.join(command)}")
+        program.runs = status == 0 or (program.is_gtest and os.path.exists(report))
+        if not program.runs:
+            print(f"left out, since it fails in the unchanged tree: {program.name}", file=sys.stderr)
+            continue
         program.seconds["quick"] = time.monotonic() - began
         if program.is_gtest:
             for name, test in tests_of(report):
@@ -230,7 +235,7 @@ def tests_for(room, programs, levels):
 
 def steps_for(programs):
     """(program, part) in the order in which they are asked."""
-    return ([(program, "quick") for program in programs] +
+    return ([(program, "quick") for program in programs if program.runs] +
             [(program, "slow") for program in programs if program.slow])
 
 
