@@ -16,6 +16,7 @@ import queue
 import random
 import resource
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -48,6 +49,13 @@ def directory_of(room):
     return None
 
 
+def prepare():
+    """Done in the process of a test: what it may use, and the signals as a terminal's user has them."""
+    resource.setrlimit(resource.RLIMIT_AS, (MEMORY_BYTES, MEMORY_BYTES))
+    for number in (signal.SIGHUP, signal.SIGINT, signal.SIGQUIT):
+        signal.signal(number, signal.SIG_DFL)
+
+
 class Program:
     """A test program, or a test in Python: its command, its tests, and which of them are slow."""
 
@@ -56,7 +64,8 @@ class Program:
         self.source = source  # of the copy that the command names
         self.command = command
         self.environment = environment
-        self.is_gtest = name.endswith("_test") and not command[-1].endswith(".py")
+        self.is_python = any(word.endswith(".py") for word in command)
+        self.is_gtest = name.endswith("_test") and not self.is_python
         self.tests = []
         self.slow = []
         self.failing = []
@@ -65,11 +74,13 @@ class Program:
 
     def target(self):
         """What is built for it."""
-        return f"bin/{self.name}" if self.is_gtest else "dqtool"
+        return "dqtool" if self.is_python else f"bin/{self.name}"
 
     def filtered(self, part):
-        if not self.is_gtest:
+        if self.is_python:
             return self.command + ["--failfast"]
+        if not self.is_gtest:
+            return self.command
         if part == "slow":
             return self.command + ["--gtest_filter=" + ":".join(self.slow)]
         return self.command + ["--gtest_filter=-" + ":".join(self.slow + self.failing)]
@@ -160,9 +171,7 @@ class Copy:
             return subprocess.run(
                 command, cwd=self.tree, env={**os.environ, **environment}, timeout=limit,
                 stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS,
-                                                      (MEMORY_BYTES, MEMORY_BYTES)),
-                check=False).returncode
+                preexec_fn=prepare, check=False).returncode
         except subprocess.TimeoutExpired:
             return None
 
@@ -197,6 +206,8 @@ def measure(copy, programs):
         began = time.monotonic()
         status = copy.confined(command, program.environment, 900)
         program.runs = status == 0 or (program.is_gtest and os.path.exists(report))
+        if not program.runs and program.is_gtest:
+            raise Failure(f"{program.name} ends without a report in the unchanged tree")
         if not program.runs:
             print(f"left out, since it fails in the unchanged tree: {program.name}", file=sys.stderr)
             continue
@@ -224,12 +235,12 @@ def tests_for(room, programs, levels):
 
     is_host = directory_of(room).startswith("apps")
     own = ([program for program in programs if program.name == room + "_test"] if not is_host else
-           sorted((program for program in programs if not program.is_gtest),
+           sorted((program for program in programs if program.is_python),
                   key=lambda program: not program.name.startswith("dqtool_test")))
     others = [program for program in programs if program not in own]
     height = 99 if is_host else level(room)
     above = [program for program in others
-             if not program.is_gtest or level(program.name.removesuffix("_test")) >= height]
+             if program.is_python or level(program.name.removesuffix("_test")) >= height]
     return own, own + above
 
 
