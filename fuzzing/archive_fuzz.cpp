@@ -11,38 +11,30 @@
 namespace dq::fuzz {
 namespace {
 
-using test::SerialNode;
+using Objects = std::vector<std::unique_ptr<CObject>>;
 
 /// The most that one piece of memory may have.
 std::size_t g_limit = SIZE_MAX;
 
 /// Loads objects up to the end or the first that doesn't fit.
-std::vector<std::unique_ptr<CObject>> Load(std::string_view stream) {
-  CMemFile file;
-  file.Write(stream.data(), static_cast<UINT>(stream.size()));
-  file.SeekToBegin();
-  CArchive archive(&file, CArchive::load);
-  std::vector<std::unique_ptr<CObject>> objects;
-  try {
-    while (archive.Remaining() > 0) SerialNode::Read(archive, nullptr, objects.emplace_back());
-  } catch (const CArchiveException&) {
-    objects.pop_back();
-  }
+Objects Load(std::string_view stream) {
+  Objects objects;
+  const bool whole = Loads(stream, [&](CArchive& archive) {
+    while (archive.Remaining() > 0) {
+      test::SerialNode::Read(archive, nullptr, objects.emplace_back());
+    }
+  });
+  if (!whole) objects.pop_back();
   return objects;
 }
 
-std::string Store(const std::vector<std::unique_ptr<CObject>>& objects) {
-  CMemFile file;
-  CArchive archive(&file, CArchive::store);
-  for (const auto& object : objects) {
-    // One that was met before is null here, since its first place owns it.
-    if (object != nullptr) archive << object.get();
-  }
-  archive.Close();
-  std::string bytes(static_cast<std::size_t>(file.GetLength()), '\0');
-  file.SeekToBegin();
-  file.Read(bytes.data(), static_cast<UINT>(bytes.size()));
-  return bytes;
+std::string Store(const Objects& objects) {
+  return Stored([&](CArchive& archive) {
+    for (const auto& object : objects) {
+      // One that was met before is null here, since its first place owns it.
+      if (object != nullptr) archive << object.get();
+    }
+  });
 }
 
 }  // namespace
@@ -64,7 +56,7 @@ void dq::fuzz::Try(std::string_view bytes) {
   // The table of indices has an entry for two bytes, and doubles as it grows.
   constexpr std::size_t kMemoryPerByte = 64;
   g_limit = kBuffers + bytes.size() * kMemoryPerByte;
-  const auto objects = Load(bytes);
+  const Objects objects = Load(bytes);
   g_limit = SIZE_MAX;
   const std::string stored = Store(objects);
   Require(Store(Load(stored)) == stored);

@@ -5,98 +5,66 @@
 #include "dqlib/platform/platform.h"
 #include "fuzzing/fuzzing.h"
 
+namespace dq::fuzz {
 namespace {
-
-using dq::CDQString;
-using dq::fuzz::Require;
-
-constexpr int kLongest = 2000;
-
-class Input {
- public:
-  explicit Input(std::string_view bytes) : bytes_(bytes) {}
-  bool IsEmpty() const { return bytes_.empty(); }
-  int Byte() {
-    if (IsEmpty()) return 0;
-    const auto byte = static_cast<unsigned char>(bytes_.front());
-    bytes_.remove_prefix(1);
-    return byte;
-  }
-  char Character() { return static_cast<char>(std::max(Byte(), 1)); }
-  std::string Text() {
-    std::string text;
-    for (int size = Byte() % 8; size > 0; --size) text += Character();
-    return text;
-  }
-
- private:
-  std::string_view bytes_;
-};
 
 /// What an operation is called with.
 struct Call {
-  int operation;
-  int own;
   std::string first;
   std::string second;
   int number;
   char ch;
+  int at() const { return std::max(number, 0); }
+  bool all() const { return number % 4 != 0; }
 };
 
-/// Runs the operation, whose first argument may be a part of the string.
-int Run(CDQString& text, const Call& call, const char* first) {
-  const int pos = std::max(call.number, 0);
-  const bool all = call.number % 4 != 0;
-  dq::CStringArray tokens;
-  switch (call.operation) {
-    case 0:
-      return (text += first).GetLength();
-    case 1:
-      return text.Insert(pos, first).GetLength();
-    case 2:
-      return text.Delete(pos, call.ch).GetLength();
-    case 3:
-      return text.Delete(call.ch).GetLength();
-    case 4:
-      return text.Replace(pos, call.ch, first).GetLength();
-    case 5:
-      return text.ReplaceTabs(pos % 8);
-    case 6:
-      return text.TrimWhiteSpace();
-    case 7:
-      return text.MakeProper().GetLength();
-    case 8:
-      return text.MakePlural().GetLength();
-    case 9:
-      return text.FindReplace(first, call.second.c_str(), all);
-    case 10:
-      return text.FindReplace(call.second.c_str(), first, all);
-    case 11:
-      return text.FindReplaceNoCase(first, call.second.c_str(), all);
-    case 12:
-      return text.Split(first, tokens);
-    case 13:
-      text.ExtractFromCharBuffer(first, std::min(pos, static_cast<int>(call.first.size())));
-      return 0;
-    default:
-      return 0;
-  }
-}
+/// Changes a string; the first argument may be a part of it.
+using Change = int (*)(CDQString& text, const char* first, const Call& call);
 
-bool StandsAt(const CDQString& text, int place, const std::string& wanted) {
-  return text.View().substr(static_cast<std::size_t>(place)).starts_with(wanted);
-}
+constexpr Change kChanges[] = {
+    [](auto& text, auto* first, auto&) { return (text += first).GetLength(); },
+    [](auto& text, auto* first, auto& call) { return text.Insert(call.at(), first).GetLength(); },
+    [](auto& text, auto*, auto& call) { return text.Delete(call.at(), call.ch).GetLength(); },
+    [](auto& text, auto*, auto& call) { return text.Delete(call.ch).GetLength(); },
+    [](auto& text, auto* first, auto& call) {
+      return text.Replace(call.at(), call.ch, first).GetLength();
+    },
+    [](auto& text, auto*, auto& call) { return text.ReplaceTabs(call.at() % 8); },
+    [](auto& text, auto*, auto&) { return text.TrimWhiteSpace(); },
+    [](auto& text, auto*, auto&) { return text.MakeProper().GetLength(); },
+    [](auto& text, auto*, auto&) { return text.MakePlural().GetLength(); },
+    [](auto& text, auto* first, auto& call) {
+      return text.FindReplace(first, call.second.c_str(), call.all());
+    },
+    [](auto& text, auto* first, auto& call) {
+      return text.FindReplace(call.second.c_str(), first, call.all());
+    },
+    [](auto& text, auto* first, auto& call) {
+      return text.FindReplaceNoCase(first, call.second.c_str(), call.all());
+    },
+    [](auto& text, auto* first, auto&) {
+      CStringArray tokens;
+      return text.Split(first, tokens);
+    },
+    [](auto& text, auto* first, auto& call) {
+      text.ExtractFromCharBuffer(first, std::min(call.at(), static_cast<int>(call.first.size())));
+      return 0;
+    },
+};
 
 /// A hit is one, and case ignored there is one as near.
 void Search(const CDQString& text, const Call& call) {
   const char* const wanted = call.first.c_str();
+  const auto stands_at = [&](int place) {
+    return text.View().substr(static_cast<std::size_t>(place)).starts_with(call.first);
+  };
   const int start = text.IsEmpty() ? 0 : (call.number + 1) % text.GetLength();
   const int hit = text.Find(wanted, start);
+  Require(hit < 0 || (hit >= start && stands_at(hit)));
   const int any_case = text.FindNoCase(wanted, start);
-  Require(hit < 0 || (hit >= start && StandsAt(text, hit, call.first)));
   Require(any_case < 0 || any_case >= start);
   const int last = text.ReverseFind(wanted, call.number);
-  Require(last < 0 || (last > 0 && StandsAt(text, last, call.first)));
+  Require(last < 0 || (last > 0 && stands_at(last)));
   Require(last < 0 || text.ReverseFindNoCase(wanted, call.number) >= last);
   const int character = text.Find(call.ch, start);
   Require(character < 0 || text[character] == call.ch);
@@ -122,27 +90,43 @@ void JoinFields(const CDQString& text, const std::string& delimiter) {
 
 }  // namespace
 
-void dq::fuzz::Try(std::string_view bytes) {
-  Input input(bytes.substr(0, 4096));
+void Try(std::string_view input) {
+  input = input.substr(0, 4096);
+  const auto byte = [&] {
+    const int taken = input.empty() ? 0 : static_cast<unsigned char>(input.front());
+    input.remove_prefix(std::min<std::size_t>(input.size(), 1));
+    return taken;
+  };
+  const auto words = [&] {
+    std::string taken(static_cast<std::size_t>(byte()) % 8, ' ');
+    for (char& each : taken) each = static_cast<char>(std::max(byte(), 1));
+    return taken;
+  };
   const unsigned pages[] = {0, 0, 1252, 932};
-  dq::platform::Current().locale->SetCodePage(pages[input.Byte() % 4]);
+  platform::Current().locale->SetCodePage(pages[byte() % 4]);
   CDQString text;
-  while (!input.IsEmpty()) {
-    Call call{input.Byte() % 18, input.Byte(), input.Text(), input.Text(), 0, ' '};
-    call.number = input.Byte() - 1;
-    call.ch = input.Character();
-    // Now and then a text is a part of the string itself, which makes no difference.
-    const char* argument = call.first.c_str();
-    CDQString same(text);
-    if (call.own % 4 == 0 && !text.IsEmpty()) {
-      argument = static_cast<const char*>(text) + call.own / 4 % text.GetLength();
-      call.first = argument;
+  while (!input.empty()) {
+    const int operation = byte() % 18;
+    const int own = byte();
+    Call call{words(), words(), byte() - 1, static_cast<char>(std::max(byte(), 1))};
+    if (operation < 14) {
+      // Now and then a text is a part of the string itself, which makes no difference.
+      const char* first = call.first.c_str();
+      CDQString same(text);
+      if (own % 4 == 0 && !text.IsEmpty()) {
+        first = static_cast<const char*>(text) + own / 4 % text.GetLength();
+        call.first = first;
+      }
+      const int result = kChanges[operation](text, first, call);
+      Require(result == kChanges[operation](same, call.first.c_str(), call) && text == same);
+      Require(text[text.GetLength()] == '\0');
+    } else if (operation < 17) {
+      Search(text, call);
+    } else {
+      JoinFields(text, call.first);
     }
-    const int result = Run(text, call, argument);
-    Require(result == Run(same, call, call.first.c_str()) && text == same);
-    Require(text[text.GetLength()] == '\0');
-    if (call.operation >= 14 && call.operation < 17) Search(text, call);
-    if (call.operation == 17) JoinFields(text, call.first);
-    if (text.GetLength() > kLongest) text.Delete(kLongest / 2, -1);
+    if (text.GetLength() > 2000) text.Delete(1000, -1);
   }
 }
+
+}  // namespace dq::fuzz

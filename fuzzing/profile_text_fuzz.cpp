@@ -1,6 +1,8 @@
 // Any text as a profile file, read and changed. Input: lines with the change (`s` sets a key, `k`
 // deletes a key, `d` a section), section, key and value, then the text.
 
+#include <map>
+
 #include "dqlib/platform/profile_text.h"
 #include "fuzzing/fuzzing.h"
 
@@ -9,50 +11,31 @@ namespace {
 
 using namespace platform;
 
-/// What a value is read back as.
-std::string_view ReadBack(std::string_view value) {
-  while (!value.empty() && (value.front() == ' ' || value.front() == '\t')) value.remove_prefix(1);
-  while (!value.empty() && (value.back() == ' ' || value.back() == '\t')) value.remove_suffix(1);
-  if (value.size() >= 2 && value.front() == value.back() &&
-      (value.front() == '"' || value.front() == '\'')) {
-    value = value.substr(1, value.size() - 2);
-  }
-  return value;
-}
-
-/// At most a part of one line gave way to something new.
-void RequireOneLineChanged(std::string_view before, std::string_view after) {
-  const std::size_t shorter = std::min(before.size(), after.size());
-  std::size_t front = 0;
-  while (front < shorter && before[front] == after[front]) ++front;
-  std::size_t back = 0;
-  while (back < shorter - front &&
-         before[before.size() - 1 - back] == after[after.size() - 1 - back]) {
-    ++back;
-  }
-  const std::string_view gone = before.substr(front, before.size() - front - back);
-  Require(gone.find_first_of("\r\n") == std::string_view::npos);
-}
-
-/// Nothing but whole lines of keys and sections is gone.
-void RequireOnlyLinesRemoved(std::string_view before, std::string_view after) {
-  if (before.starts_with("\xEF\xBB\xBF")) {
-    Require(after.starts_with("\xEF\xBB\xBF"));
-    before.remove_prefix(3);
-    after.remove_prefix(3);
-  }
-  while (!before.empty()) {
-    std::size_t end = std::min(before.find_first_of("\r\n"), before.size());
-    end += before.substr(end, 2) == "\r\n" ? 2 : end < before.size() ? 1 : 0;
-    const std::string_view line = before.substr(0, end);
-    before.remove_prefix(end);
-    if (after.starts_with(line)) {
-      after.remove_prefix(end);
-    } else {
-      Require(line.find_first_of("=[") != std::string_view::npos);
+/// Every value by section and key, but for those that the change is about.
+std::map<std::string, std::string> Others(std::string_view text, std::string_view section,
+                                          std::string_view key, bool of_section) {
+  std::map<std::string, std::string> values;
+  for (const std::string& name : ProfileSections(text)) {
+    for (const std::string& each : ProfileKeys(text, name)) {
+      const auto value = FindProfileValue(text, name, each);
+      const auto own = FindProfileValue(text, section, of_section ? std::string_view(each) : key);
+      Require(value.has_value());
+      if (!own || own->data() != value->data()) values[name + '\n' + each] = *value;
     }
   }
-  Require(after.empty());
+  return values;
+}
+
+/// The lines that belong to no key and no section.
+std::string Remarks(std::string_view text) {
+  if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
+  std::string remarks;
+  while (!text.empty()) {
+    const std::string_view line = text.substr(0, text.find_first_of("\r\n"));
+    if (!line.empty() && line.find_first_of("=[") == line.npos) remarks.append(line) += '\n';
+    text.remove_prefix(std::min(line.size() + 1, text.size()));
+  }
+  return remarks;
 }
 
 }  // namespace
@@ -62,34 +45,26 @@ void Try(std::string_view input) {
   const std::string_view section = TakeLine(input);
   const std::string_view key = TakeLine(input);
   const std::string_view value = TakeLine(input);
-  const std::string before(input);
-
-  for (const std::string& name : ProfileSections(before)) {
-    for (const std::string& each : ProfileKeys(before, name)) {
-      Require(FindProfileValue(before, name, each).has_value());
-    }
-  }
+  const bool of_section = change != "s" && change != "k";
+  const auto others = Others(input, section, key, of_section);
   if (!IsProfileSectionName(section) || !IsProfileKeyName(key) || !IsProfileValue(value)) return;
 
-  std::string after = before;
+  std::string after(input);
   bool changed = false;
   if (change == "s") {
     changed = SetProfileValue(after, section, key, value);
-    Require(FindProfileValue(after, section, key) == ReadBack(value));
-    RequireOneLineChanged(before, after);
-    std::string again = after;
-    Require(!SetProfileValue(again, section, key, value));
-  } else if (change == "k") {
-    changed = DeleteProfileKey(after, section, key);
-    Require(!FindProfileValue(after, section, key));
-    RequireOnlyLinesRemoved(before, after);
+    const auto found = FindProfileValue(after, section, key);
+    const bool plain = value.find_first_of(" \t\"'") == value.npos;
+    Require(found && (plain ? *found == value : value.find(*found) != value.npos));
+    Require(!SetProfileValue(after, section, key, value));
   } else {
-    changed = DeleteProfileSection(after, section);
+    changed =
+        of_section ? DeleteProfileSection(after, section) : DeleteProfileKey(after, section, key);
     Require(!FindProfileValue(after, section, key));
-    Require(ProfileKeys(after, section).empty());
-    RequireOnlyLinesRemoved(before, after);
+    Require(!of_section || ProfileKeys(after, section).empty());
   }
-  Require(changed == (before != after));
+  Require(changed == (input != after));
+  Require(Others(after, section, key, of_section) == others && Remarks(after) == Remarks(input));
 }
 
 }  // namespace dq::fuzz
