@@ -78,43 +78,6 @@ TEST_F(ProfileFilesTest, BadInputIsRefusedAndChangesNothing) {
   EXPECT_EQ(profiles.Write(path, "s", "k", "new").kind, ErrorKind::kAccessDenied);
 }
 
-TEST_F(ProfileFilesTest, SurviveTheFailureOfEachCall) {
-  test::FailingSystemCalls calls;
-  const std::unique_ptr<ProfileFiles> failing = posix::MakeProfileFiles(calls);
-  const std::string old = "[s]\r\nk=old\r\n";
-  const test::ScopedVariable variable("XDG_CONFIG_HOME", dir / "config");
-  for (const int error : {EIO, ENOSPC, EACCES, EROFS, EINTR}) {
-    for (const bool exists : {true, false}) {
-      int call = 1;
-      for (;; ++call) {
-        SCOPED_TRACE(testing::Message() << error << " at " << call);
-        fs::remove_all(dir / "config");
-        if (exists) {
-          fs::create_directories(dir / "config/velmora");
-          dir.Put("config/velmora/a.ini", old);
-        }
-        calls.Fail(call, error);
-        const Error result = failing->Write("a.ini", "s", "k", "new");
-        const bool failed = calls.failed();
-        calls.Fail(0, 0);
-        const std::string now = dir.Get("config/velmora/a.ini");
-        // An empty file means the same as none; it is left only where the lock on it failed.
-        EXPECT_TRUE(result.ok() ? now == "[s]\r\nk=new\r\n"
-                    : exists    ? now == old
-                                : now == "(none)" || now == "")
-            << now;
-        EXPECT_TRUE(result.ok() || static_cast<int>(result.code) == error);
-        EXPECT_TRUE(failing->Write("a.ini", "s", "k", "new").ok());
-        EXPECT_EQ(failing->Read("a.ini", "s", "k"), "new");
-        const fs::directory_iterator entries(dir / "config/velmora");
-        EXPECT_EQ(std::distance(begin(entries), end(entries)), 1);
-        if (!failed) break;
-      }
-      EXPECT_GT(call, 8) << "calls are made";
-    }
-  }
-}
-
 TEST_F(ProfileFilesTest, ATemporaryNameThatIsTakenBlocksNoWriteAndALeftoverGoes) {
   // The name under which a.ini is written anew. A directory there can't be removed like a file.
   const std::string name = ".dq65abe8b5491700c0.tmp";

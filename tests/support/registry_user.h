@@ -69,6 +69,14 @@ class RegistryUser : public platform::posix::FileRegistry {
   }
 };
 
+/// Puts the files there that a program leaves which is killed after these steps.
+inline void Fill(const std::string& files, const std::string& steps) {
+  const MemoryDirectory work;
+  RegistryUser user(work.path());
+  user.Do(steps);
+  std::filesystem::copy(work.path(), files);
+}
+
 /// What a program finds in the registry if all others are killed now.
 inline std::string Found(const std::string& files) {
   const MemoryDirectory copy;

@@ -1,0 +1,266 @@
+// Files, profiles and the registry when calls of the system fail, and when there is no memory.
+
+#include <csignal>
+#include <sys/resource.h>
+
+#include "dqlib/platform/posix/system_services.h"
+#include "dqlib/platform/profile_files.h"
+#include "tests/support/failing_memory.h"
+#include "tests/support/failing_system_calls.h"
+#include "tests/support/forked_process.h"
+#include "tests/support/registry_user.h"
+#include "tests/support/scripted_prompts.h"
+
+namespace dq::platform::posix {
+namespace {
+
+namespace fs = std::filesystem;
+
+using test::Found;
+using test::Rows;
+using TempDirectory = test::MemoryDirectory;
+using User = test::RegistryUser;
+
+TEST(Failures, ChangesOfFilesAreDoneOrNotWhateverFails) {
+  test::FailingSystemCalls calls;
+  const std::unique_ptr<Files> files = MakeFiles(calls);
+  const std::unique_ptr<ProfileFiles> profiles = MakeProfileFiles(calls);
+  // All that takes memory of the test's own.
+  const TempDirectory dir;
+  const test::ScopedVariable config("XDG_CONFIG_HOME", dir / "made");
+  const std::string a = dir / "a";
+  const std::string b = dir / "b";
+  const std::string link = dir / "link";
+  const std::string made = dir / "made";
+  const std::string sub = dir / "sub";
+  const std::string all = dir / "*";
+  const std::string large(700'000, 'n');
+  const std::string larger = dir.Put("larger", large);
+  std::size_t entries = 0;
+  fs::create_symlink("a", link);
+
+  using Work = std::function<Error(HANDLE)>;
+  const auto open = [&](const std::string& path, const OpenOptions& options, const Work& work) {
+    const Result<HANDLE> file = files->Open(path, options);
+    const Error error = file.ok() ? work(file.value) : file.error;
+    if (file.ok()) files->Close(file.value);
+    return error;
+  };
+  const OpenOptions to_replace{.write = true, .create = true, .deny_read = true, .replace = true};
+  const OpenOptions to_append{.write = true, .append = true, .deny_write = true};
+  const Work append = [&](HANDLE file) { return files->Write(file, "+"); };
+  const Work replace = [&](HANDLE file) { return files->ReplaceAndClose(file, large); };
+  const Work nothing = [](HANDLE) { return Error{}; };
+  const auto to_other_volume = [&] {
+    calls.SplitVolumes();
+    return files->Rename(a, b);
+  };
+  const auto find_all = [&] {
+    const auto found = files->Find(all);
+    EXPECT_TRUE(!found.ok() || found.value.size() == entries) << "a list lacks no entry";
+    return found.error;
+  };
+  const std::pair<std::function<Error()>, std::string> rows[] = {
+      {[&] { return open(a, to_append, append); }, "a+,(none)"},
+      {[&] { return open(link, to_replace, replace); }, large + ",(none)"},
+      {[&] { return open(b, to_replace, replace); }, "a," + large},
+      {[&] { return open(b, {.write = true, .create = true}, nothing); }, "a,"},
+      {[&] { return open(a, {.write = true, .truncate = true}, nothing); }, ",(none)"},
+      {[&] { return files->Rename(a, b); }, "(none),a"},
+      {to_other_volume, "(none),a"},
+      {[&] { return files->Copy(a, b, false); }, "a,a"},
+      {[&] { return files->Copy(larger, a, true); }, large + ",(none)"},
+      {[&] { return files->Replace(a, large, false); }, large + ",(none)"},
+      {[&] { return files->Replace(link, "new", false); }, "new,(none)"},
+      {[&] { return files->MakeDirectory(made); }, "a,(none)"},
+      {[&] { return files->MakeTempFile(dir.path(), "x").error; }, "a,(none)"},
+      {find_all, "a,(none)"},
+      {[&] { return files->Volume(dir.path()).error; }, "a,(none)"},
+      {[&] { return files->Delete(a); }, "(none),(none)"},
+      {[&] { return files->SetModified(a, 1000); }, "a,(none)"},
+      {[&] { return files->SetAttributes(a, FILE_READ_ONLY); }, "a,(none)"},
+      {[&] { return files->RemoveDirectory(sub); }, "a,(none)"},
+      {[&] { return profiles->Write(link, "s", "k", "v"); }, "a\r\n[s]\r\nk=v\r\n,(none)"},
+      {[&] { return profiles->Write(b, "s", "k", "v"); }, "a,[s]\r\nk=v\r\n"},
+      {[&] { return profiles->Write("own.ini", "s", "k", "v"); }, "a,(none)"}};
+  for (const auto& row : rows) {
+    for (const int error : {EIO, ENOSPC, EACCES, EINTR, EROFS, ENOMEM}) {
+      bool failed = true;
+      for (int number = 1; failed; ++number) {
+        SCOPED_TRACE(::testing::Message()
+                     << &row - rows << ", error " << error << " at " << number);
+        for (const std::string& path : {a, b, made}) fs::remove_all(path);
+        dir.Put("a", "a");
+        fs::create_directory(sub);
+        entries = dir.Count() + 2;
+        error == ENOMEM ? test::FailAllocation(number) : calls.Fail(number, error);
+        const Error result = row.first();
+        failed = test::AllocationFailed() || calls.failed();
+        calls.Fail(0, 0);
+        const std::string now = dir.Get("a") + "," + dir.Get("b");
+        // One that was made to be filled, and may not be removed, stays as an empty file.
+        EXPECT_TRUE(now == row.second || (!result.ok() && (now == "a,(none)" || now == "a,")));
+        EXPECT_TRUE(fs::is_symlink(link));
+        EXPECT_TRUE(result.ok() || (failed && static_cast<int>(result.code) == error));
+        EXPECT_TRUE(failed || number > 1) << "no call is made";
+        EXPECT_TRUE(files->Find(dir / ".dq*").value.empty()) << "temporary files are left";
+        EXPECT_TRUE(result.ok() || now == "a," || row.first().ok()) << "when it is made again";
+      }
+    }
+  }
+  calls.WriteAtMost(1000);
+  EXPECT_TRUE(files->Replace(b, large, false).ok());
+  EXPECT_EQ(dir.Get("b"), large);
+}
+
+TEST(Failures, AnyCallMayFailAndNothingElseInTheRegistryChanges) {
+  const testing::ScriptedPrompts prompts;
+  // What is done in turn, and what is there then. Files are folded by leaving, and by growth.
+  const std::pair<const char*, std::string> steps[] = {{"+k\\sub", "k: k\\sub: "},
+                                                       {"a=1", "k: a=1 k\\sub: "},
+                                                       {"b=2", "k: a=1 b=2 k\\sub: "},
+                                                       {"a=3", "k: a=3 b=2 k\\sub: "},
+                                                       {"-b", "k: a=3 k\\sub: "},
+                                                       {"!k\\sub", "k: a=3 "},
+                                                       {"leave", "k: a=3 "},
+                                                       {"l=#1040000", "k: a=3 l=#1040000 "},
+                                                       {"-l", "k: a=3 "},
+                                                       {"b=#20000", "k: a=3 b=#20000 "},
+                                                       {"flush", "k: a=3 b=#20000 "},
+                                                       {"leave", "k: a=3 b=#20000 "},
+                                                       {"c=5", "k: a=3 b=#20000 c=5 "}};
+  for (const auto& [error, count, least] :
+       Rows<int, std::size_t, int>{{EIO, std::size(steps), 40}, {EACCES, 7, 20}}) {
+    test::FailingSystemCalls calls;
+    int failures = 0;
+    for (int number = 1, failed = true; failed; ++number) {
+      const TempDirectory directory;
+      const std::string files = directory / "made/registry";
+      User user(files, calls);
+      calls.Fail(number, error);
+      std::string before;
+      for (const auto& [step, after] : std::span(steps).first(count)) {
+        if (!user.Try(step).ok()) {
+          ++failures;
+          // The call that failed has done nothing, and does it when it is made again.
+          EXPECT_EQ(Found(files), before) << number << step;
+          user.Do(step);
+        }
+        before = after;
+        if (calls.failed() && step == std::string("leave")) break;
+      }
+      failed = calls.failed();
+      calls.Fail(0, 0);
+      EXPECT_EQ(user.All(), before) << number;
+      EXPECT_EQ(Found(files), before) << number;
+    }
+    EXPECT_GT(failures, least) << error;
+  }
+  EXPECT_TRUE(prompts.shown.empty());
+}
+
+TEST(Failures, WantOfMemoryIsAnErrorThatChangesNothingInTheRegistry) {
+  const testing::ScriptedPrompts prompts;
+  const std::string large(9'000, 'n');
+  for (const auto& [what, run] : std::map<std::string, std::function<Error(User&, HKEY)>>{
+           {"fold", [&](User&user, HKEY key) { return user.SetValue(key, "v", 1, large); }},
+           {"create", [](User&user, HKEY key) { return user.CreateKey(key, "a\\b").error; }},
+           {"set", [&](User&user, HKEY key) { return user.SetValue(key, "new", 1, large); }},
+           {"delete value", [](User&user, HKEY key) { return user.DeleteValue(key, "v"); }},
+           {"delete key", [](User&user, HKEY key) { return user.DeleteKey(key, "sub"); }},
+           {"leave", [](User&user, HKEY) { return user.Leave(); }},
+           {"take over", [](User&user, HKEY key) { return user.SetValue(key, "n", 1, "n"); }}}) {
+    // A journal that the next change folds, or a small one.
+    const TempDirectory prepared;
+    test::Fill(prepared.path(),
+               std::string(what == "fold" ? "l=#1040000 -l " : "") + "v=old +k\\sub");
+    bool failed = true;
+    for (int allocation = 1; failed; ++allocation) {
+      SCOPED_TRACE(what + " at " + std::to_string(allocation));
+      const TempDirectory directory;
+      fs::copy(prepared.path(), directory.path());
+      User user(directory.path());
+      const HKEY key = user.OpenKey(kCurrentUser, "k").value;
+      if (what == "take over") fs::remove(directory / "hkcu.journal");
+      test::FailAllocation(allocation);
+      const Error error = run(user, key);
+      failed = test::AllocationFailed();
+      EXPECT_TRUE(error.ok() || (failed && error.code == ENOMEM));
+      if (error.ok()) continue;
+      // What a removed journal had is in the program that knew it.
+      const auto is_as_before = [&] { return Found(directory.path()) == "k: v=old k\\sub: "; };
+      EXPECT_TRUE(is_as_before() || !user.Flush().ok() || is_as_before());
+      EXPECT_TRUE(run(user, key).ok());
+    }
+  }
+}
+
+/// Sets values until there is no room, and checks that those reported are there, also for others.
+/// Returns how many there are.
+int FillUp(const std::string& files, SystemCalls& calls) {
+  User user(files, calls);
+  Error error;
+  std::string all = "k: ";
+  int count = -1;
+  for (; error.ok() && count < 10'000; ++count) {
+    const std::string value = std::to_string(100'001 + count) + "=#1000 ";
+    error = user.Try(value);
+    if (error.ok()) all += value;
+  }
+  EXPECT_EQ(error.kind, ErrorKind::kNoSpace);
+  // Without room for a journal not even reading has an answer.
+  EXPECT_TRUE(count == 0 || (user.All() == all && Found(files) == all)) << count;
+  return count;
+}
+
+TEST(Failures, AFullDiskIsToldAndLosesNothing) {
+  // At each byte that a write can end at: in the header, the generation, and the first records.
+  test::FailingSystemCalls disk;
+  for (std::size_t room = 0; room < 2'000; room += room < 230 ? 1 : 97) {
+    const TempDirectory directory;
+    disk.LeaveRoom(room);
+    FillUp(directory.path(), disk);
+    disk.LeaveRoom(1 << 20);
+    User(directory.path(), disk).Do("again=x");
+    EXPECT_NE(User(directory.path()).All().find("again=x "), std::string::npos) << room;
+  }
+  // In the middle of folds, whose snapshots have no room any more.
+  disk.LeaveRoom(std::size_t{3} << 20);
+  const TempDirectory directory;
+  EXPECT_GT(FillUp(directory.path(), disk), 990);
+  // A limit of the size of files, in appending and in folding.
+  test::ForkedProcess limited([] {
+    const rlimit limit{1'400'000, 1'400'000};
+    ASSERT_TRUE(::signal(SIGXFSZ, SIG_IGN) != SIG_ERR && ::setrlimit(RLIMIT_FSIZE, &limit) == 0);
+    const TempDirectory files;
+    EXPECT_GT(FillUp(files.path(), RealSystemCalls()), 1'000);
+  });
+  EXPECT_TRUE(limited.EndsWell());
+}
+
+TEST(Failures, WhatAFullDiskRefusesToAppendLeavesNothing) {
+  const TempDirectory dir;
+  test::FailingSystemCalls calls;
+  const std::unique_ptr<Files> full = MakeFiles(calls);
+  for (const auto& [most, room, other, left] :
+       Rows<std::size_t, std::size_t, const char*, std::string>{
+           {99, 5, "", "old,"},
+           {2, 5, "", "old,"},
+           {99, 0, "", "old,"},
+           {99, 5, "other's ", "old,lost other's "}}) {
+    const std::string path = dir.Put("log", "old,");
+    const HANDLE file = full->Open(path, {.read = false, .write = true, .append = true}).value;
+    calls.WriteAtMost(most);
+    calls.LeaveRoom(room);
+    calls.AfterWrites([&, text = other] { std::ofstream(path, std::ios::app) << text; });
+    EXPECT_EQ(full->WriteAndTell(file, "lost line").error.kind, ErrorKind::kNoSpace);
+    calls.LeaveRoom(1 << 20);
+    EXPECT_EQ(dir.Get("log"), left) << most << ' ' << room;
+    EXPECT_EQ(full->WriteAndTell(file, "kept").value, left.size() + 4);
+    EXPECT_EQ(dir.Get("log"), left + "kept");
+    full->Close(file);
+  }
+}
+
+}  // namespace
+}  // namespace dq::platform::posix
