@@ -1,5 +1,7 @@
 #include "dqlib/dbvocab/object_info.h"
 
+#include <regex>
+
 #include "dqlib/dbvocab/object_info_dialog.h"
 #include "dqlib/dbvocab/object_type_list.h"
 #include "dqlib/dbvocab/sql_string.h"
@@ -17,6 +19,9 @@ using namespace std::string_view_literals;
 using testing::ScriptedPrompts;
 using testing::ShownBox;
 
+constexpr DBMS kPlatforms[] = {DBMS_NONE, DBMS_SYBASE, DBMS_SQLSERVER,
+                               DBMS_DB2,  DBMS_ORACLE, DBMS_DB2OS390};
+
 TEST(ObjectInfo, IsValidWithNameAndTheOwnerThatItsTypeNeeds) {
   std::string without_owner, without_name;
   for (int number = -2; number < 100; ++number) {
@@ -27,21 +32,24 @@ TEST(ObjectInfo, IsValidWithNameAndTheOwnerThatItsTypeNeeds) {
   }
   EXPECT_EQ(without_owner, "7 8 10 13 15 18 22 25 26 27 29 36 38 41 42 46 49 53 79 88 ");
   EXPECT_EQ(without_name, "49 ");
-  for (const auto& [text, owner, name] : test::Rows<const char*, const char*, const char*>{
-           {"a.b.c", "a", "b.c"}, {".b", "", "b"}, {"", "", ""}, {"\"a.b\".c", "\"a", "b\".c"}}) {
+  for (const auto& [text, owner, title] : test::Rows<const char*, const char*, const char*>{
+           {"a.b.c", "a", "a.b.c"}, {".b", "", ".b"}, {"", "", "."}, {"b", "", ".b"}}) {
     CDBObjectInfo object(OT_NODEGROUP, "former", "former");
     object.SetFullName(text);
-    EXPECT_TRUE(object.GetOwner() == owner && object.GetName() == name) << text;
-    EXPECT_EQ(object.GetDefaultTitle().View(), "Nodegroup " + std::string(owner) + "." + name);
+    EXPECT_EQ(object.GetOwner(), owner) << text;
+    EXPECT_EQ(object.GetDefaultTitle().View(), "Nodegroup " + std::string(title));
     EXPECT_EQ(object.GetObjectTypeString(true), "NODEGROUP");
   }
+  const CDBAObjectInfo object("new", OT_TABLE, "O", "N", "source", "database", "table");
+  EXPECT_EQ(object.GetOwner() + object.GetDatasourceName() + object.GetDatabaseName() +
+                object.GetObjectNewName() + object.GetTableName(),
+            "Osourcedatabasenewtable");
 }
 
 TEST(ObjectTypes, TextsTemplatesAndWordsAreAsTheyAlwaysWere) {
   std::string texts, paths, words;
   for (int type = -1; type < 100; ++type) {
-    for (const DBMS platform :
-         {DBMS_NONE, DBMS_SYBASE, DBMS_SQLSERVER, DBMS_DB2, DBMS_ORACLE, DBMS_DB2OS390}) {
+    for (const DBMS platform : kPlatforms) {
       texts += GetObjectTypeText(static_cast<OBJECTTYPES>(type), platform) + "\n";
       paths += GetCreationTemplatePath(platform, static_cast<OBJECTTYPES>(type)) + "\n";
     }
@@ -85,6 +93,47 @@ TEST(ObjectTypes, ListsFollowPlatformVersionAndPurpose) {
                 snapshots + "36 43 44 19 " + sequences}}) {
     EXPECT_EQ(list(query), values) << query.platform << ' ' << query.version;
   }
+}
+
+std::string Without(const std::string& text, const char* pattern) {
+  return std::regex_replace(text, std::regex(pattern), "");
+}
+
+TEST(ObjectTypes, TemplatesFillInToScriptsThatThePlatformsToolsCanRun) {
+  using namespace ::testing;
+  CDQOptionsServer* const server = CDQOptionsServer::GetObject();
+  std::set<std::string> expected, found;
+  for (const DBMS platform : kPlatforms) {
+    for (int type = OT_NONE; type <= OT_REDO_LOG_GROUP + 1; ++type) {
+      CDBObjectInfo object(static_cast<OBJECTTYPES>(type), "", "NAMED");
+      std::string path(GetCreationTemplatePath(platform, object.GetObjectType()).View());
+      const std::string text(GetCreationTemplateText(platform, object.GetObjectType()).View());
+      SCOPED_TRACE(path);
+      EXPECT_EQ(path.empty(), text.empty());
+      if (path.empty()) continue;
+      std::ranges::replace(path, '\\', '/');
+      expected.insert(path.substr(path.find('/')));
+      EXPECT_THAT(Without(text, "\\$\\$object_(type|owner|name)\\$\\$"), Not(HasSubstr("$$")));
+      EXPECT_TRUE(!object.IsValid() || text.find("$$object_owner$$") == text.npos);
+      if (!object.IsValid()) object.SetOwner("OWNING");
+      const std::string script(object.GetCreationTemplate(platform).View());
+      EXPECT_THAT(script, StartsWith("-- Create "));
+      EXPECT_THAT(script, Not(ContainsRegex("[^\n -~]")));
+      EXPECT_THAT(Without(script, "<[a-z]+(_[a-z]+)*>"), Not(ContainsRegex("[<>\"$]|TODO")));
+      // Places in angle brackets are left to the person, comments to nobody.
+      const std::string code = Without(Without(script, "--[^\n]*\n\n?"), "\n*$");
+      EXPECT_THAT(code, EndsWith("\n" + std::string(server->GetCommandDelimiter(platform).View())));
+      EXPECT_THAT(code, ContainsRegex("CREATE |ADD |PREP |exec sp_(add|grant)"));
+      EXPECT_THAT(code, HasSubstr("NAMED"));
+      EXPECT_EQ(std::ranges::count(code, '('), std::ranges::count(code, ')'));
+      EXPECT_EQ(std::ranges::count(code, '\'') % 2, 0);
+    }
+  }
+  const std::string root(server->ResolveVariableString("$$template_root$$").View());
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
+    if (!entry.is_directory()) found.insert(entry.path().string().substr(root.size()));
+  }
+  EXPECT_EQ(found, expected);
 }
 
 TEST(ObjectTypes, TemplatesAreReadUpToTheirFirstZeroAndFilledIn) {
