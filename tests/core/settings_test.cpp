@@ -1,0 +1,297 @@
+#include "dqlib/core/ini_file.h"
+#include "dqlib/core/registry_tools.h"
+#include "dqlib/core/x_mem_file.h"
+#include "dqlib/framework/base/registry_key.h"
+#include "dqlib/framework/windows/win_app.h"
+#include "tests/support/joined.h"
+#include "tests/support/memory_registry.h"
+#include "tests/support/own_service.h"
+#include "tests/support/own_settings.h"
+#include "tests/support/registry_dump.h"
+#include "tests/support/testing.h"
+
+namespace dq {
+namespace {
+
+using platform::ErrorKind;
+using test::Dump;
+using test::Rows;
+
+class IniFile : public testing::Test {
+ protected:
+  std::string Value(const char* section, const char* key, const char* fallback = "(none)") {
+    CString value;
+    CDQIniFile(ini).ReadKey(section, key, value, fallback);
+    return std::string(value.View());
+  }
+
+  const test::TempDirectory directory;
+  CDQIniFile ini{(directory / "f.ini").c_str()};
+};
+
+TEST_F(IniFile, ValuesOfSeveralLinesFitOnOneAndLoseTheirCarriageReturns) {
+  ini.WriteKey("s", "k", "one\r\ntwo\n\nthree\r");
+  EXPECT_EQ(directory.Get("f.ini"), "[s]\r\nk=one</N/>two</N/></N/>three\r\n");
+  EXPECT_EQ(Value("S", "K"), "one\ntwo\n\nthree");
+  EXPECT_EQ(directory.Mode("f.ini"), 0600u);
+  EXPECT_EQ(Value("s", "missing", "a</N/>b"), "a\nb") << "the fallback is read like a value";
+  EXPECT_EQ(Value("s", "missing", nullptr), "");
+  // Cut at 2047 bytes, before the marks are undone.
+  ini.WriteKey("s", "k", (std::string(2044, 'x') + "\ny").c_str());
+  EXPECT_EQ(Value("s", "k"), std::string(2044, 'x') + "</N");
+}
+
+TEST_F(IniFile, NumbersAreTheDigitsAtTheStart) {
+  directory.Put("f.ini", "[s]\na=12\nb=-3x\nc=+4\nd=x\ne=\nf=- 1\n");
+  std::string all;
+  for (const char* key : {"a", "b", "c", "d", "e", "f", "missing"}) {
+    int value = 0;
+    ini.ReadIntKey("s", key, value, 99);
+    all += std::to_string(value) + " ";
+  }
+  EXPECT_EQ(all, "12 -3 4 0 0 0 99 ");
+  ini.WriteKey("s", "n", INT_MIN);
+  EXPECT_EQ(Value("s", "n"), "-2147483648");
+}
+
+TEST_F(IniFile, DeletingAKeyResetsItAndDeletingASectionRemovesIt) {
+  directory.Put("f.ini", "; note\n[s]\nk=1\n[t]\nk=2\n");
+  ini.DeleteKey("s", "k");
+  EXPECT_EQ(Value("s", "k"), "0");
+  ini.DeleteSection("s");
+  ini.DeleteSection(nullptr);
+  EXPECT_EQ(directory.Get("f.ini"), "; note\n[t]\nk=2\n");
+}
+
+TEST_F(IniFile, EnumerationsAppendToTheList) {
+  CStringList names;
+  ini.EnumSections(names);
+  ini.EnumKeys("s", names);
+  EXPECT_TRUE(names.IsEmpty());
+  directory.Put("f.ini", "[b]\ny=\nx=1\n[a]\n");
+  names.AddTail("first");
+  ini.EnumSections(names);
+  for (const char* section : {"B", static_cast<const char*>(nullptr)}) ini.EnumKeys(section, names);
+  // A buffer of names ends in two zeros.
+  for (const char* buffer : {"one\0two\0\0three\0", "\0one\0", static_cast<const char*>(nullptr)}) {
+    CDQIniFile::ParseIniBuffer(buffer, names);
+  }
+  EXPECT_EQ(test::Joined(names), "first|b|a|y|x|one|two|");
+
+  CDQIniFile bare("bare.ini");
+  bare.WriteKey("s", "k", "v");
+  names.RemoveAll();
+  bare.EnumSections(names);
+  EXPECT_TRUE(names.IsEmpty()) << "the current directory has no such file";
+}
+
+/// What stands below a key: "path{name=type:data ...}...".
+std::string Shown(platform::Registry& registry, HKEY root) {
+  std::string all;
+  for (const auto& [path, values] : Dump(registry, root)) {
+    all += path + "{";
+    for (const auto& [name, value] : values) {
+      all += name + "=" + std::to_string(value.first) + ":" + value.second + " ";
+    }
+    all += "}";
+  }
+  return all;
+}
+
+/// Keys of the real registry, below one that is empty at first.
+class RegistryTools : public testing::Test {
+ protected:
+  static constexpr char kRoot[] = "Software\\Velmora\\Test";
+  ~RegistryTools() override {
+    registry.CloseKey(root);
+    DeleteRegistryTree(kCurrentUser, kRoot);
+  }
+
+  void Set(const char* path, const char* name, std::string_view data,
+           DWORD type = REGISTRY_BINARY) {
+    const RegistryKey key(registry.CreateKey(root, path));
+    EXPECT_TRUE(registry.SetValue(key.get(), name, type, data).ok());
+  }
+  void Copy() {
+    const RegistryKey from(registry.OpenKey(root, "from"));
+    const RegistryKey to(registry.CreateKey(root, "to"));
+    EXPECT_TRUE(DQLIB_CopyRegistryKey(from.get(), to.get()));
+    const RegistryKey same(registry.OpenKey(root, "TO"));
+    EXPECT_TRUE(DQLIB_CopyRegistryKey(to.get(), same.get())) << "which changes nothing";
+  }
+
+  platform::Registry& registry = *platform::Current().registry;
+  HKEY root = registry.CreateKey(kCurrentUser, kRoot).value;
+};
+
+TEST_F(RegistryTools, TextsOfUpTo260BytesAreFoundWhateverTheirKind) {
+  for (const auto& [data, type, expected] : Rows<std::string, DWORD, std::string>{
+           {"", REGISTRY_STRING, ""},
+           {std::string("text\0more", 9), REGISTRY_EXPAND_STRING, "text"},
+           {std::string(260, 'x'), REGISTRY_BINARY, std::string(260, 'x')},
+           {std::string(261, 'x'), REGISTRY_STRING, ""},
+           {std::string("AB\0\0", 4), REGISTRY_DWORD, "AB"}}) {
+    Set("k", "v", data, type);
+    EXPECT_EQ(DQLIB_AppFindValueInRegistry(root, "k", "V").View(), expected);
+  }
+  for (const auto& [path, name] : Rows<const char*, const char*>{
+           {"k", "missing"}, {"missing", "v"}, {nullptr, "v"}, {"k", nullptr}}) {
+    EXPECT_EQ(DQLIB_AppFindValueInRegistry(root, path, name), "");
+  }
+}
+
+TEST_F(RegistryTools, TextsAreWrittenInTheLengthThatIsGiven) {
+  DQLIB_AppWriteValueInRegistry(root, "a\\b", "with zero", "xyz", 4);
+  DQLIB_AppWriteValueInRegistry(root, "a\\b", "without", "xyz", 2);
+  DQLIB_AppWriteValueInRegistry(root, "a\\b", "none", "xyz", 0);
+  DQLIB_AppWriteValueInRegistry(root, "a\\b", "negative", "xyz", -1);
+  DQLIB_AppWriteValueInRegistry(root, "a\\b", "null", nullptr, 1);
+  DQLIB_AppWriteValueInRegistry(root, nullptr, "null", "x", 1);
+  EXPECT_EQ(Shown(registry, root),
+            std::string("{}a{}a\\b{none=1: with zero=1:xyz\0 without=1:xy }", 48));
+}
+
+TEST_F(RegistryTools, ACopyMovesAllAndLeavesTheSourceEmpty) {
+  const std::string most(7680, 'x');
+  Set("from", "", "default", REGISTRY_STRING);
+  Set("from", "most", most, 0x1234);
+  Set("from", "none", "", REGISTRY_NONE);
+  Set("from\\one\\two", "deep", "1");
+  Set("to", "", "overwritten");
+  Set("to\\one", "kept", "2");
+  Copy();
+  EXPECT_EQ(Shown(registry, root), "{}from{}to{=1:default most=4660:" + most +
+                                       " none=0: }to\\one{kept=3:2 }to\\one\\two{deep=3:1 }");
+}
+
+TEST_F(RegistryTools, AValueOf7681BytesStaysInTheTopKeyAndIsLostInASubKey) {
+  const std::string much(7681, 'x');
+  Set("from", "much", much);
+  Set("from\\sub", "much", much);
+  Copy();
+  EXPECT_EQ(Shown(registry, root), "{}from{much=3:" + much + " }to{}to\\sub{}");
+}
+
+TEST_F(RegistryTools, ARenameMovesMergesOrChangesCase) {
+  Set("Name", "v", "1");
+  Set("Name\\sub", "v", "1");
+  const Rows<const char*, const char*, bool, const char*> rows = {
+      {"Name", "Name", true, "Name"},
+      {"missing", "x", false, "Name"},
+      {"Name", "NAME", true, "NAME"},
+      {"name\\", "nAmE", true, "nAmE"},
+      {"nAmE", "Name\\below", false, "nAmE"},
+      {"nAmE\\sub", "nAmE", false, "nAmE"},
+      {"", "x", false, "nAmE"},
+      {"nAmE", "", false, "nAmE"},
+      {nullptr, "x", false, "nAmE"},
+      {"nAmE", nullptr, false, "nAmE"},
+      {"name", "\\other\\", true, "other"}};
+  for (const auto& [from, to, result, after] : rows) {
+    EXPECT_EQ(DQLIB_RenameRegistryItem(root, from, to) != 0, result) << to;
+    EXPECT_EQ(Shown(registry, root),
+              std::string("{}") + after + "{v=3:1 }" + after + "\\sub{v=3:1 }")
+        << to;
+  }
+  Set("target", "v", "old");
+  Set("target", "w", "kept");
+  EXPECT_TRUE(DQLIB_RenameRegistryItem(root, "other", "target"));
+  EXPECT_EQ(Shown(registry, root), "{}target{v=3:1 w=3:kept }target\\sub{v=3:1 }");
+}
+
+/// A registry of the test's own, of which one read may fail, in force while it lives.
+struct ScopedRegistry : test::MemoryRegistry {
+  HKEY Create(const char* path) { return CreateKey(kCurrentUser, path).value; }
+  bool FailsNow() { return --reads_left == 0; }
+  platform::Result<platform::RegistryValue> EnumValue(HKEY key, std::size_t index) override {
+    if (FailsNow()) return platform::Error{ErrorKind::kBusy, 16};
+    return MemoryRegistry::EnumValue(key, index);
+  }
+  platform::Result<std::string> EnumKey(HKEY key, std::size_t index) override {
+    if (FailsNow()) return platform::Error{ErrorKind::kBusy, 16};
+    return MemoryRegistry::EnumKey(key, index);
+  }
+  int reads_left = 0;
+  platform::ScopedPlatform scope{test::With(&platform::Platform::registry, this)};
+};
+
+TEST(RegistryMoves, AStoreThatRefusesEndsTheMoveWhichIsNoFailure) {
+  ScopedRegistry registry;
+  registry.SetValue(registry.Create("from\\sub"), "v", REGISTRY_BINARY, "1");
+  registry.Create("to\\sub");
+  registry.refusal = {ErrorKind::kNoSpace, 0};
+  EXPECT_TRUE(DQLIB_RenameRegistryItem(kCurrentUser, "from", "to"));
+  EXPECT_EQ(Shown(registry, kCurrentUser), "{}from{}from\\sub{v=3:1 }to{}to\\sub{}");
+  registry.refusal = {};
+  EXPECT_FALSE(DQLIB_CopyRegistryKey(registry.Create("from"), registry.Create("from\\sub\\below")))
+      << "a move into itself ends";
+}
+
+TEST(RegistryMoves, WhatCannotBeReadIsNeitherMovedNorLost) {
+  for (const char* target : {"to", "FROM"}) {
+    bool failed = true;
+    for (int read = 1; failed; ++read) {
+      ScopedRegistry registry;
+      for (const char* path : {"from", "from\\sub", "from\\sub\\low"}) {
+        registry.SetValue(registry.Create(path), path, REGISTRY_BINARY, "1");
+      }
+      registry.reads_left = read;
+      const BOOL renamed = DQLIB_RenameRegistryItem(kCurrentUser, "from", target);
+      failed = registry.reads_left <= 0;
+      EXPECT_EQ(renamed, failed ? 0 : 1) << read;
+      registry.reads_left = 0;
+      EXPECT_EQ(std::ranges::count(Shown(registry, kCurrentUser), '='), 3) << target << read;
+    }
+  }
+}
+
+TEST(RegistryMoves, AKeyWhoseSubKeysCannotBeListedIsNotDeleted) {
+  ScopedRegistry registry;
+  registry.Create("from\\sub");
+  registry.unlisted = {ErrorKind::kNoSpace, 0};
+  EXPECT_EQ(DeleteRegistryTree(kCurrentUser, "from\\sub").kind, ErrorKind::kNoSpace);
+  registry.unlisted = {};
+  EXPECT_EQ(Shown(registry, kCurrentUser), "{}from{}from\\sub{}");
+  EXPECT_TRUE(DeleteRegistryTree(kCurrentUser, "from").ok());
+  EXPECT_EQ(DeleteRegistryTree(kCurrentUser, "from").kind, ErrorKind::kNotFound);
+}
+
+std::string Bytes(CXMemFile& file) {
+  return {file.GetBuffer(), static_cast<std::size_t>(file.GetLength())};
+}
+
+TEST(XMemFile, TheProfileKeepsItsBytes) {
+  CXMemFile file, other;
+  EXPECT_FALSE(file.WriteRegistry("s", "b")) << "without an application";
+  CWinApp app("tool");
+  app.SetRegistryKey("Velmora");
+  file.Write("a\0b", 3);
+  EXPECT_FALSE(file.ReadRegistry("s", "b"));
+  EXPECT_EQ(file.GetPosition(), 3) << "a failure leaves the file as it is";
+  EXPECT_TRUE(file.WriteRegistry("s", "b"));
+  other.Write("longer than that", 16);
+  EXPECT_TRUE(other.ReadRegistry("s", "b"));
+  EXPECT_EQ(other.GetPosition(), 0);
+  EXPECT_EQ(Bytes(other), std::string("a\0b", 3));
+  DeleteRegistryTree(kCurrentUser, "Software\\Velmora");
+}
+
+TEST(XMemFile, AnArchiveKeepsALengthAndTheBytes) {
+  CXMemFile file, loaded;
+  file.Write("xyz", 3);
+  CMemFile stream;
+  CArchive storing(&stream, CArchive::store);
+  storing << DWORD{8};
+  file.Serialize(storing);
+  storing.Close();
+  stream.SeekToBegin();
+  CArchive loading(&stream, CArchive::load);
+  loaded.Write("former", 6);
+  EXPECT_THROW(loaded.Serialize(loading), CArchiveException) << "a length past the end";
+  EXPECT_EQ(Bytes(loaded), "former");
+  loaded.Serialize(loading);
+  EXPECT_EQ(Bytes(loaded), "xyz");
+}
+
+}  // namespace
+}  // namespace dq
