@@ -1,7 +1,7 @@
 #include "dqlib/output/console_program.h"
 
+#include "dqlib/output/line_cutter.h"
 #include "tests/support/forwarding_processes.h"
-#include "tests/support/own_process.h"
 #include "tests/support/own_service.h"
 #include "tests/support/temp_directory.h"
 #include "tests/support/testing.h"
@@ -25,7 +25,37 @@ int Record(int code, const char* text) {
   return -1;  // not looked at
 }
 
-/// Every test ends with what it began with: no child, no zombie, no descriptor more.
+/// Keeps what is open, and fails the calls with these numbers, from 1.
+struct WatchedProcesses : test::ForwardingProcesses {
+  Result<platform::Pipe> CreatePipe() override {
+    if (--failing_pipe == 0) return error;
+    const auto pipe = ForwardingProcesses::CreatePipe();
+    open.insert({pipe.value.read_end, pipe.value.write_end});
+    return pipe;
+  }
+  Result<std::size_t> Read(HANDLE read_end, std::span<char> buffer) override {
+    return --failing_read == 0 ? error : ForwardingProcesses::Read(read_end, buffer);
+  }
+  Result<platform::StartedProcess> Start(const platform::StartInfo& info) override {
+    const auto started = ForwardingProcesses::Start(info);
+    if (started.ok()) open.insert(started.value.process);
+    return started;
+  }
+  platform::Error Terminate(HANDLE process) override {
+    return immortal ? error : ForwardingProcesses::Terminate(process);
+  }
+  void Close(HANDLE handle) override {
+    open.erase(handle);
+    ForwardingProcesses::Close(handle);
+  }
+  int failing_pipe = 0;
+  int failing_read = 0;
+  bool immortal = false;
+  platform::Error error;
+  std::set<HANDLE> open;
+};
+
+/// Every test ends with what it began with: no pipe, no process.
 class ConsoleProgramTest : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -33,8 +63,8 @@ class ConsoleProgramTest : public ::testing::Test {
     program_.SetCallback(Record);
   }
   void TearDown() override {
-    EXPECT_TRUE(test::Eventually([] { return test::Children().empty(); })) << test::Children();
-    EXPECT_EQ(test::OpenDescriptors(), descriptors_);
+    EXPECT_THAT(processes_.open, ::testing::IsEmpty());
+    program_.CancelProgram();  // none runs
   }
 
   std::vector<Report> Run(const char* exe, const char* args, int result) {
@@ -55,12 +85,11 @@ class ConsoleProgramTest : public ::testing::Test {
   }
   Lines ScriptOutput(std::string_view text) { return Output("sh", files_.Put("script", text)); }
 
+  WatchedProcesses processes_;
+  const platform::ScopedPlatform scope_{test::With(&platform::Platform::processes, &processes_)};
   CDQConsoleProgram program_;
   CString last_;
   test::TempDirectory files_;
-
- private:
-  const std::ptrdiff_t descriptors_ = test::OpenDescriptors();
 };
 
 TEST_F(ConsoleProgramTest, MasksPasswordsInTheCommandLineItReports) {
@@ -73,9 +102,10 @@ TEST_F(ConsoleProgramTest, MasksPasswordsInTheCommandLineItReports) {
            {"MY-PROG", "x", "MY-P*** x"},
            {"none", "a@b/c", "none a@b/c"},
            {"none", "u/@d", "none u/@d"},
+           {"none", "u@d", "none u@d"},
            {"none", "u/se@d use", "none u/****@d u****"},
            {"/opt/none", "u/p@d", "/****@d"},
-       }) {
+           {"-Px", "", "-P* "}}) {
     EXPECT_EQ(Run(exe, args, 0).front(), Report(CONSOLE_LINE, shown));
   }
 }
@@ -91,20 +121,25 @@ TEST_F(ConsoleProgramTest, KeepsTheFormerProgramAndShowsFormerArgumentsUnmasked)
 
 TEST_F(ConsoleProgramTest, ReportsLinesAndKeepsTheLastOne) {
   const std::string long_line(200'000, 'x');
-  const std::string chunk_with_zero = "one\nhead" + std::string(1, '\0') + std::string(246, 'L');
-  for (const auto& [output, lines] : test::Rows<std::string, Lines>{
-           {" \n\n", {}},
-           {"no end", {"no end"}},
-           {"\n  a\r\n\r\nb\r\n", {"a", "b"}},
-           {long_line + '\n' + long_line, {long_line, long_line}},
-           {chunk_with_zero + "tail\nlast", {"one", "headtail", "last"}},
-           {"\x80\xFE\xFF\n\xE9", {"\x80\xFE\xFF", "\xE9"}},
-       }) {
+  for (const auto& [output, lines] :
+       test::Rows<std::string, Lines>{{" \n\n", {}},
+                                      {"no end", {"no end"}},
+                                      {"\n  a\r\n\r\nb\r\n", {"a", "b"}},
+                                      {long_line + '\n' + long_line, {long_line, long_line}},
+                                      {"\x80\xFE\xFF\n\xE9", {"\x80\xFE\xFF", "\xE9"}}}) {
     EXPECT_TRUE(Output("cat", files_.Put("output", output)) == lines) << output.substr(0, 9);
     EXPECT_EQ(last_.View(), lines.empty() ? "before" : lines.back());
   }
   program_.EnableTrimLeft(false);
   EXPECT_THAT(Output("printf", "'  a  \\n  b  \\n'"), ElementsAre("  a", "  b"));
+  // What is behind a zero is lost with the rest of its piece.
+  const int usual = CDQConsoleProgram::m_nPipeOutputSize;
+  const std::string zero =
+      files_.Put("zero", std::string("ab\0", 3) + std::string(252, 'L') + "end");
+  for (const auto& [size, left] : {std::pair(1000, 0), {254, 1}, {0, 252}, {usual, 0}}) {
+    CDQConsoleProgram::m_nPipeOutputSize = size;
+    EXPECT_THAT(Output("cat", zero), ElementsAre("ab" + std::string(left, 'L') + "end"));
+  }
 }
 
 TEST_F(ConsoleProgramTest, GivesTheChildADirectoryAndNothingToRead) {
@@ -115,38 +150,25 @@ TEST_F(ConsoleProgramTest, GivesTheChildADirectoryAndNothingToRead) {
 
 TEST_F(ConsoleProgramTest, HoweverAProgramEndsItRan) {
   EXPECT_EQ(program_.GetExitCode(), -1);
-  EXPECT_THAT(ScriptOutput("echo a; exit 3"), ElementsAre("a"));
-  EXPECT_EQ(program_.GetExitCode(), 3);
-  EXPECT_THAT(ScriptOutput("echo a; kill -9 $$"), ElementsAre("a"));
-  EXPECT_EQ(program_.GetExitCode(), 128 + 9);
-  EXPECT_EQ(CDQConsoleProgram(program_).GetExitCode(), 128 + 9);
+  for (const auto& [script, lines, code] : test::Rows<const char*, Lines, int>{
+           {"echo a; exit 3", {"a"}, 3},
+           {"echo a; kill -9 $$", {"a"}, 128 + 9},
+           // The pipe ends before the program does, which is waited for.
+           {"echo a; exec >&- 2>&-; sleep 0.1; exit 4", {"a"}, 4},
+           // The program ends before the pipe does, which is read to its end.
+           {"(until grep -q 'State:.Z' /proc/$$/status; do :; done; echo late) & echo early",
+            {"early", "late"},
+            0}}) {
+    EXPECT_EQ(ScriptOutput(script), lines);
+    EXPECT_EQ(program_.GetExitCode(), code) << script;
+    EXPECT_EQ(CDQConsoleProgram(program_).GetExitCode(), code);
+  }
   Run("/nowhere/none", "", 0);
   EXPECT_EQ(program_.GetExitCode(), -1);
   EXPECT_EQ(program_.GetStartError().kind, platform::ErrorKind::kNotFound);
   Run("true", "", 1);
   EXPECT_TRUE(program_.GetStartError().ok() && program_.GetExitCode() == 0);
-  // The pipe ends before the program does, which is waited for.
-  EXPECT_THAT(ScriptOutput("echo a; exec >&- 2>&-; sleep 0.1; : > " + files_ / "mark"),
-              ElementsAre("a"));
-  EXPECT_EQ(files_.Get("mark"), "");
-  // The program ends before the pipe does, which is read to its end.
-  EXPECT_THAT(ScriptOutput("(until grep -q 'State:.Z' /proc/$$/status; do :; done; echo late) &\n"
-                           "echo early\n"),
-              ElementsAre("early", "late"));
 }
-
-/// Fails the calls with these numbers, from 1.
-struct FailingProcesses : test::ForwardingProcesses {
-  Result<platform::Pipe> CreatePipe() override {
-    return --failing_pipe == 0 ? error : ForwardingProcesses::CreatePipe();
-  }
-  Result<std::size_t> Read(HANDLE read_end, std::span<char> buffer) override {
-    return --failing_read == 0 ? error : ForwardingProcesses::Read(read_end, buffer);
-  }
-  int failing_pipe = 0;
-  int failing_read = 0;
-  platform::Error error;
-};
 
 TEST_F(ConsoleProgramTest, ReportsEachFailureOnce) {
   const std::string plain = files_.Put("plain", "");
@@ -159,11 +181,9 @@ TEST_F(ConsoleProgramTest, ReportsEachFailureOnce) {
            {"yes", 0, 2, EIO, {-5, "Read pipe failed: Input/output error\r\n"}},
            {"yes", 0, 1, 99999, {-5, "Read pipe failed: Unknown OS Error"}},
        }) {
-    FailingProcesses failing;
-    failing.failing_pipe = failing_pipe;
-    failing.failing_read = failing_read;
-    failing.error = {platform::ErrorKind::kOther, error};
-    const platform::ScopedPlatform scope(test::With(&platform::Platform::processes, &failing));
+    processes_.failing_pipe = failing_pipe;
+    processes_.failing_read = failing_read;
+    processes_.error = {platform::ErrorKind::kOther, error};
     const auto reports = Run(exe.c_str(), "x", 0);
     EXPECT_EQ(reports.back(), report);
     EXPECT_EQ(std::ranges::count_if(reports, [](const Report& each) { return each.first < 0; }), 1);
@@ -172,22 +192,25 @@ TEST_F(ConsoleProgramTest, ReportsEachFailureOnce) {
 }
 
 TEST_F(ConsoleProgramTest, ACancelEndsARunWhoeverHoldsThePipe) {
-  // A stray process in a session of its own keeps the pipe until the test opens the named pipe.
-  const std::string stray = "mkfifo F; setsid sh -c 'echo ready; exec cat F' & ";
-  const std::string scripts[] = {"echo ready; yes & yes", "echo ready; printf last; exec sleep 600",
-                                 stray + "while :; do echo flood; done"};
   program_.SetCurrentDirectory(files_.path().c_str());
-  for (const std::string& script : scripts) {
+  for (const auto& [script, immortal, last, code] : test::Rows<const char*, bool, const char*, int>{
+           {"echo ready; yes & yes", false, "y", 128 + SIGKILL},
+           {"echo ready; printf last; exec sleep 600", false, "last", 128 + SIGKILL},
+           // What can't be ended finds that nobody reads.
+           {"echo ready; exec yes", true, "y", 128 + SIGPIPE},
+           // A stray process in a session of its own keeps the pipe until the test opens another.
+           {"mkfifo F; setsid sh -c 'echo ready; exec cat F' & while :; do echo flood; done", false,
+            "flood", 128 + SIGKILL}}) {
+    processes_.immortal = immortal;
     std::thread canceller;
     g_on_report = [&](const Report& report) {
       if (report.second != "ready") return;
       canceller = std::thread([copy = program_]() mutable { copy.CancelProgram(); });
     };
-    const Lines lines = ScriptOutput(script);
+    EXPECT_THAT(ScriptOutput(script).back(), ::testing::StartsWith(last));
     ASSERT_TRUE(canceller.joinable());
     canceller.join();
-    EXPECT_EQ(lines.front() == "ready" && lines.back() == "last", script == scripts[1]);
-    program_.CancelProgram();  // none runs
+    EXPECT_EQ(program_.GetExitCode(), code) << script;
   }
   std::ofstream end(files_ / "F");
 }
@@ -196,6 +219,44 @@ TEST(ConsoleProgram, FindsTheEndOfACompleteFirstLine) {
   for (const auto& [text, position] : test::Rows<const char*, int>{
            {"", -2}, {"abc", 0}, {"abc\r\n\f\x1a", 0}, {"a\r\nb", 2}, {"\nb", 0}, {"a\vb\n ", 3}}) {
     EXPECT_EQ(CDQConsoleProgram::GetEndOfLinePosition(text), position) << text;
+  }
+}
+
+/// Each line with "|" behind it, and the rest.
+std::string Cut(std::string_view output, std::size_t chunk, bool trim_left) {
+  detail::LineCutter cutter(trim_left);
+  std::string cut;
+  for (; !output.empty(); output.remove_prefix(std::min(chunk, output.size()))) {
+    cutter.Feed(std::string(output.substr(0, chunk)).c_str());
+    for (std::string_view line; cutter.Next(line);) cut += std::string(line.data()) + '|';
+  }
+  return cut + cutter.Rest().data();
+}
+
+TEST(LineCutter, GivesLinesWithTextThatSomethingFollows) {
+  for (const auto& [output, trimmed, whole] : test::Rows<const char*, const char*, const char*>{
+           {"", "", ""},
+           {"no end ", "no end", "no end"},
+           {" \n \r\n", "", ""},
+           {"\n\r\f\x1a  a \r\n\r\n \tb\n", "a| \tb", "  a| \tb"},
+           {"a\x1a\r\nb", "a\x1a|b", "a\x1a|b"},
+           {"\x1a\na\nb", "a|b", "a|b"},
+           {" a\n\n \n b \n c", "a|b| c", " a| b| c"}}) {
+    EXPECT_EQ(Cut(output, 255, true), trimmed) << output;
+    EXPECT_EQ(Cut(output, 255, false), whole) << output;
+  }
+}
+
+TEST(LineCutter, CutsAllShortOutputsAlikeHoweverTheyArrive) {
+  constexpr std::string_view kAlphabet = "a \n\r\f\x1a";
+  for (int number = 0; number < 6 * 6 * 6 * 6 * 6 * 6; ++number) {
+    std::string output;
+    for (int i = 0, digits = number; i < 6; ++i, digits /= 6) output += kAlphabet[digits % 6];
+    for (const bool trim_left : {true, false}) {
+      const std::string cut = Cut(output, 255, trim_left);
+      ASSERT_TRUE(Cut(output, 1, trim_left) == cut && Cut(output, 2, trim_left) == cut)
+          << ::testing::PrintToString(output);
+    }
   }
 }
 

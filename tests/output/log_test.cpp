@@ -1,13 +1,11 @@
 #include "dqlib/output/log.h"
 
-#include <condition_variable>
-
+#include "dqlib/core/dq_string.h"
 #include "dqlib/core/ini_file.h"
 #include "dqlib/core/system_info.h"
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/base/resource_module.h"
 #include "tests/support/forked_process.h"
-#include "tests/support/forwarding_files.h"
 #include "tests/support/manual_clock.h"
 #include "tests/support/own_service.h"
 #include "tests/support/scripted_locale.h"
@@ -24,52 +22,34 @@ using testing::ShownBox;
 
 constexpr char kTime[] = "2/3/2001 04:05:06.007";
 
-/// Boxes that stand until the test answers them. Any thread.
+/// Boxes that stand until the test answers them. Any thread, one at a time.
 class StandingPrompts : public platform::Prompts {
  public:
   int Show(std::string_view caption, std::string_view text, UINT type, UINT) override {
-    const std::lock_guard lock(mutex_);
-    boxes_.push_back(std::string(caption) + "|" + std::string(text) + "|" + std::to_string(type));
-    shown = boxes_.size();
+    boxes += std::string(caption) + "|" + std::string(text) + "|" + std::to_string(type) + "\n";
+    ++shown;
     shown.notify_all();
     answer_.wait(0);
     return answer_.exchange(0);
   }
   void RunDialog(platform::DialogView&) override {}
   /// Waits until so many boxes have been shown.
-  void AwaitBox(std::size_t count) {
-    for (std::size_t now; (now = shown) < count;) shown.wait(now);
+  void AwaitBox(int count) {
+    for (int now; (now = shown) < count;) shown.wait(now);
   }
   /// Answers once so many boxes have been shown.
-  void Answer(std::size_t count, BoxButton button) {
+  void Answer(int count, BoxButton button) {
     AwaitBox(count);
     answer_ = button;
     answer_.notify_all();
   }
-  /// Only while none stands.
-  const std::vector<std::string>& boxes() const { return boxes_; }
 
-  std::atomic<std::size_t> shown = 0;
+  std::atomic<int> shown = 0;
+  /// Only while none stands.
+  std::string boxes;
 
  private:
-  std::mutex mutex_;
-  std::vector<std::string> boxes_;
   std::atomic<int> answer_ = 0;
-};
-
-/// Files whose writes and found sizes a test falsifies.
-struct FaultyFiles : test::ForwardingFiles {
-  platform::Error failure;
-  std::uint64_t found_size = 0;
-
-  platform::Error Write(HANDLE file, std::string_view bytes) override {
-    return failure.ok() ? ForwardingFiles::Write(file, bytes) : failure;
-  }
-  platform::Result<platform::FileStatus> Status(std::string_view path) override {
-    auto status = ForwardingFiles::Status(path);
-    if (found_size != 0) status.value.size = found_size;
-    return status;
-  }
 };
 
 class LogTest : public ::testing::Test {
@@ -84,12 +64,10 @@ class LogTest : public ::testing::Test {
   const std::string path_ = directory_ / "x.log";
   testing::ManualClock clock_;
   test::ScriptedLocale locale_;
-  FaultyFiles files_;
   StandingPrompts standing_;
 
  private:
   const platform::ScopedPlatform time_{test::With(&platform::Platform::clock, &clock_)};
-  const platform::ScopedPlatform disk_{test::With(&platform::Platform::files, &files_)};
   const platform::ScopedPlatform person_{test::With(&platform::Platform::prompts, &standing_)};
 };
 
@@ -103,8 +81,8 @@ TEST_F(LogTest, WritesOneStampedLineAnEntryBehindWhatIsThere) {
   EXPECT_EQ(log.GetMaxFileSize(), 1'024'000U);
   log.LogMessage("");
   log.LogMessage(50999);
-  log.LogMessage(50100);
   log.LogMessage(50999, "one", "two");
+  log.LogMessage(50100);
   log.LogMessage(50101, "one");
   log.LogMessage(50101, "one", "two");
   log.SetUseLog(false);
@@ -126,12 +104,14 @@ TEST_F(LogTest, WithoutAFileEveryCallDoesNothing) {
   CDQLog unused;
   unused.SetLogFileName(path_.c_str());
   unused.SetUseLog(false);
-  unused.SetMaxFileSize(0xFFFFFFFF / 1024 + 1);
-  unused.Initialize();
+  for (const auto& [kilobytes, bytes] :
+       {std::pair(4194303U, 4294966272U), {4194304U, 4294967295U}}) {
+    unused.SetMaxFileSize(kilobytes);
+    unused.Initialize();
+    EXPECT_EQ(unused.GetMaxFileSize(), bytes);
+  }
   unused.SetUseLog(true);
-  EXPECT_EQ(unused.GetMaxFileSize(), 0xFFFFFFFF);
   EXPECT_TRUE(prompts.shown.empty());
-
   CDQLog on_directory(directory_.path().c_str(), 1, true);
   EXPECT_THAT(prompts.shown,
               ::testing::ElementsAre(ShownBox{"Unable to open Log file for writing", BOX_OK, 0}));
@@ -145,19 +125,21 @@ TEST_F(LogTest, WithoutAFileEveryCallDoesNothing) {
 }
 
 TEST_F(LogTest, WarnsWhenTheFileIsLargerThanItsLimitOnly) {
-  for (const std::size_t excess : {0U, 1U}) {
+  for (const int excess : {0, 1}) {
     directory_.Put("x.log", std::string(1024 + excess - Line("text").size(), '-'));
-    CDQLog log(path_.c_str(), 1, true);
-    CDQLog silent(path_.c_str(), 1, false);
+    CDQLog log(path_.c_str(), 1, true), silent(path_.c_str(), 1, false), made_silent;
+    made_silent.SetLogFileName(path_.c_str());
+    made_silent.SetMaxFileSize(1);
+    made_silent.Initialize();
     log.LogMessage("text");
     if (excess != 0) standing_.Answer(1, BUTTON_OK);
     log.WaitForWarning();
-    silent.LogMessage("text");
-    silent.WaitForWarning();
+    for (CDQLog* const each : {&silent, &made_silent}) {
+      each->LogMessage("text");
+      each->WaitForWarning();
+    }
   }
-  EXPECT_THAT(
-      standing_.boxes(),
-      ::testing::ElementsAre("Log- Warning|Log file length has exceeded the maximum limit|1"));
+  EXPECT_EQ(standing_.boxes, "Log- Warning|Log file length has exceeded the maximum limit|1\n");
 }
 
 TEST_F(LogTest, OneWarningStandsWhileTheLogGoesOn) {
@@ -172,7 +154,7 @@ TEST_F(LogTest, OneWarningStandsWhileTheLogGoesOn) {
   standing_.AwaitBox(1);
   write();
   write();
-  EXPECT_EQ(standing_.shown, 1U);
+  EXPECT_EQ(standing_.shown, 1);
   standing_.Answer(1, BUTTON_OK);
   log->WaitForWarning();
 
@@ -181,7 +163,7 @@ TEST_F(LogTest, OneWarningStandsWhileTheLogGoesOn) {
   log->WaitForWarning();
   write();  // Cancel has silenced it.
   log->WaitForWarning();
-  EXPECT_EQ(standing_.shown, 2U);
+  EXPECT_EQ(standing_.shown, 2);
 
   // One box at a time, and each may outlive its log.
   CDQLog other(path_.c_str(), 1, true);
@@ -190,7 +172,7 @@ TEST_F(LogTest, OneWarningStandsWhileTheLogGoesOn) {
   standing_.AwaitBox(3);
   log.reset();
   other.LogMessage("text");
-  EXPECT_EQ(standing_.shown, 3U);
+  EXPECT_EQ(standing_.shown, 3);
   standing_.Answer(3, BUTTON_OK);
   standing_.Answer(4, BUTTON_CANCEL);
   other.WaitForWarning();
@@ -198,16 +180,13 @@ TEST_F(LogTest, OneWarningStandsWhileTheLogGoesOn) {
 }
 
 TEST_F(LogTest, TellsOfAFullDiskAndStaysWithAFileThatIsRotatedAwayOrRemoved) {
-  CDQLog log(path_.c_str(), 1, true);
-  files_.failure = {.kind = platform::ErrorKind::kNoSpace, .code = 28};
   try {
-    log.LogMessage("lost");
+    CDQLog("/dev/full", 1, true).LogMessage("lost");
     ADD_FAILURE() << "nothing thrown";
   } catch (const CFileException& failure) {
     EXPECT_EQ(failure.m_cause, CFileException::diskFull);
   }
-  EXPECT_EQ(DQLIB_WriteLogFile(path_.c_str(), "lost", 0), -1);
-  files_.failure = {};
+  CDQLog log(path_.c_str(), 1, true);
   std::filesystem::rename(path_, directory_ / "x.log.1");
   log.LogMessage("kept");
   EXPECT_EQ(directory_.Get("x.log.1"), Line("kept"));
@@ -224,12 +203,13 @@ struct AtEnd {
 
 TEST_F(LogTest, ServesTheDestructorsThatRunLast) {
   locale_.items[LOCALE_SLONGDATE] = "'on' dd/MM/yyyy 'by the calendar'";
-  directory_.Put("a.ini", "[s]\nk=a value of more bytes than a short text has room for\n");
+  const std::string value = "a value of more bytes than a short text has room for";
+  directory_.Put("a.ini", "[s]\nk=" + value);
   const auto use = [&](const char* who) {
-    CString value;
-    CDQIniFile((directory_ / "a.ini").c_str()).ReadKey("s", "k", value, "");
+    CString read;
+    CDQIniFile((directory_ / "a.ini").c_str()).ReadKey("s", "k", read, "");
     const CString date = CDQSystemInfo::GetFormattedDate(&clock_.local_time, DATE_LONG);
-    CDQLog(path_.c_str(), 1, true).LogMessage(CString(who) + ' ' + date + ' ' + value);
+    CDQLog(path_.c_str(), 1, true).LogMessage(CString(who) + ' ' + date + ' ' + read);
   };
   // Each is made before the thread's caches are, so it ends after them.
   const auto run = [&] {
@@ -244,44 +224,37 @@ TEST_F(LogTest, ServesTheDestructorsThatRunLast) {
   };
   EXPECT_EXIT(run(), ::testing::ExitedWithCode(0), "");
   std::string expected;
-  for (const char* const who : {"early", "worker", "early", "main thread", "process"}) {
-    expected += Line(std::string(who) +
-                     " on 03/02/2001 by the calendar "
-                     "a value of more bytes than a short text has room for");
+  for (const std::string who : {"early", "worker", "early", "main thread", "process"}) {
+    expected += Line(who + " on 03/02/2001 by the calendar " + value);
   }
   EXPECT_EQ(directory_.Get("x.log"), expected);
 }
 
 TEST_F(LogTest, WritersLoseNoEntry) {
-  static constexpr int kEntries = 300;
   const auto with = [](CDQLog& log, const char* text) {
-    for (int i = 0; i < kEntries; ++i) log.LogMessage(text);
+    for (int i = 0; i < 300; ++i) log.LogMessage(text);
   };
   const auto at_once = [&](const char* text) {
-    for (int done = 0; done < kEntries;) done += DQLIB_WriteLogFile(path_.c_str(), text, 0) == 1;
+    for (int done = 0; done < 300;) done += DQLIB_WriteLogFile(path_.c_str(), text, 0) == 1;
   };
-  {
-    CDQLog shared(path_.c_str(), 0, true);
-    test::ForkedProcess child([&] {
-      CDQLog own(path_.c_str(), 0, false);
-      with(own, "one");
-    });
-    std::thread other([&] { with(shared, "two"); });
-    with(shared, "three");
-    other.join();
-    EXPECT_TRUE(child.EndsWell());
-  }
-  test::ForkedProcess child([&] { at_once("four"); });
+  auto shared = std::make_unique<CDQLog>(path_.c_str(), 0, true);
+  test::ForkedProcess logging([&] {
+    CDQLog own(path_.c_str(), 0, false);
+    with(own, "one");
+  });
+  std::thread other([&] { with(*shared, "two"); });
+  with(*shared, "three");
+  other.join();
+  EXPECT_TRUE(logging.EndsWell());
+  shared.reset();
+  test::ForkedProcess writing([&] { at_once("four"); });
   at_once("five");
-  EXPECT_TRUE(child.EndsWell());
+  EXPECT_TRUE(writing.EndsWell());
   std::string text = directory_.Get("x.log");
   for (const std::string writer : {"  one", "  two", "  three", "\r\nfour", "\r\nfive"}) {
-    const std::string entry = kTime + writer + "\r\n";
-    int entries = 0;
-    for (std::size_t at = 0; (at = text.find(entry, at)) != text.npos; ++entries) {
-      text.erase(at, entry.size());
-    }
-    EXPECT_EQ(entries, kEntries) << writer;
+    CDQString rest(text);
+    EXPECT_EQ(rest.FindReplace((kTime + writer + "\r\n").c_str(), ""), 300) << writer;
+    text = rest.View();
   }
   EXPECT_EQ(text, "");
 }
@@ -303,37 +276,32 @@ TEST_F(LogTest, WhatOthersWriteCountsFromTheNextMillisecondAtTheLatest) {
   log.WaitForWarning();
 }
 
-TEST_F(LogTest, WriteLogFileStartsOverAtItsLimit) {
+TEST_F(LogTest, WriteLogFileStartsOverAtItsLimitOrSaysMinusOne) {
   const std::string entry = std::string(kTime) + "\r\none\ntwo\r\n";
-  for (const auto& [size, maximum, found, restarts] :
-       test::Rows<std::size_t, long, std::uint64_t, bool>{
-           {1023, 1, 0, false},
-           {1024, 1, 0, true},
-           {1024, 0, 0, false},
-           {1024, std::numeric_limits<long>::min(), 0, false},
-           {1024, std::numeric_limits<long>::max(), 0, false},
-           // What is above 32 bits is taken off.
-           {1024, 1, (1ULL << 32) + 1024, false},
-           {1024, 1, (1ULL << 32) + 1025, true},
-           {1024, 1, (1ULL << 32) - 1, true},
-       }) {
-    const std::string old(size, '-');
-    directory_.Put("x.log", old);
-    files_.found_size = found;
+  using Limits = std::numeric_limits<long>;
+  for (const auto& [size, maximum, restarts] :
+       test::Rows<std::uint64_t, long, bool>{{1023, 1, false},
+                                             {1024, 1, true},
+                                             {1024, 0, false},
+                                             {1024, Limits::min(), false},
+                                             {1024, Limits::max(), false},
+                                             // What is above 32 bits is taken off.
+                                             {(1ULL << 32) + 1024, 1, false},
+                                             {(1ULL << 32) + 1025, 1, true},
+                                             {(1ULL << 32) - 1, 1, true}}) {
+    std::filesystem::resize_file(directory_.Put("x.log", ""), size);
     EXPECT_EQ(DQLIB_WriteLogFile(path_.c_str(), "one\ntwo", maximum), 1);
-    EXPECT_EQ(directory_.Get("x.log"), (restarts ? "" : old) + entry)
-        << size << ' ' << maximum << ' ' << found;
+    EXPECT_EQ(std::filesystem::file_size(path_), (restarts ? 0 : size) + entry.size()) << size;
   }
-}
-
-TEST_F(LogTest, WriteLogFileMakesTheFileOrSaysMinusOne) {
+  EXPECT_EQ(directory_.Get("x.log"), entry);
+  std::filesystem::remove(path_);
   EXPECT_EQ(DQLIB_WriteLogFile(path_.c_str(), "", 1), 1);
-  CFile held(path_.c_str(), CFile::modeWrite);
-  EXPECT_EQ(DQLIB_WriteLogFile(path_.c_str(), "text", 0), -1) << "while another writes";
+  const CFile held(path_.c_str(), CFile::modeWrite);
   const std::string nowhere = directory_ / "no/x.log";
-  for (const char* const path :
-       {directory_.path().c_str(), nowhere.c_str(), "", static_cast<const char*>(nullptr)})
+  for (const char* const path : {path_.c_str(), directory_.path().c_str(), nowhere.c_str(),
+                                 "/dev/full", "", static_cast<const char*>(nullptr)}) {
     EXPECT_EQ(DQLIB_WriteLogFile(path, "text", 0), -1);
+  }
   EXPECT_EQ(DQLIB_WriteLogFile(path_.c_str(), nullptr, 0), -1);
 }
 
