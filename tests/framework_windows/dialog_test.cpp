@@ -22,54 +22,61 @@ TEST(DialogTemplate, TextGivesControlsAndABrokenOneNamesItsLine) {
       "caption \"A \\\"b\\\"\"\r\nsize 260 120\r\n# c\r\n\r\n"
       "edit 2757 \"x\\n\" 72 -8 120 14 limit=30 hidden\r\nclass \"Tree\" -1 \"\" 0 0 1 2\r\n");
   ASSERT_TRUE(dialog && dialog->controls.size() == 2U);
-  EXPECT_EQ(dialog->caption, "A \"b\"");
-  EXPECT_EQ(dialog->size, (CSize{260, 120}));
   const ControlTemplate& edit = dialog->controls[0];
-  EXPECT_EQ(edit.window_class + edit.text + edit.word + dialog->controls[1].window_class,
-            "Editx\neditTree");
+  EXPECT_EQ(dialog->caption + edit.window_class + edit.text + edit.word, "A \"b\"Editx\nedit");
+  EXPECT_EQ(dialog->controls[1].window_class, "Tree");
+  EXPECT_EQ(dialog->size, (CSize{260, 120}));
   EXPECT_EQ(edit.place, (CRect{72, -8, 192, 6}));
   EXPECT_TRUE(edit.Has("hidden") && !edit.Has("limit"));
   EXPECT_EQ(edit.Number("limit", 0) + edit.Number("lim", 7), 37);
-
   EXPECT_TRUE(
       ReadDialogTemplate("size 32767 0\nedit 65535 \"\" -32767 32767 0 32767\n"
                          "text -1 \"\t\\t\\\\\" 0 0 0 0 limit=0\n"
                          "list 1 \"\" 0 0 0 0 hidden disabled group password multiline\n"
                          "spin 1 \"\" 0 0 0 0 readonly number sorted multiple dropdown\n"
-                         "combo 1 \"\" 0 0 0 0 droplist buddy\n"
-                         "checklist 1 \"\" 0 0 0 0\n"));
-  for (const char* line :
-       {"caption \"a\"", "size 1", "size 1 -1", "size 1 2", "tree 1 \"\" 0 0 0 0",
-        "edit 1 \"\" 0 0 0", "edit 1 x 0 0 0 0", "edit 65536 \"\" 0 0 0 0", "edit -2 \"\" 0 0 0 0",
-        "edit 1 \"\" -32768 0 0 0", "edit 1 \"\" 0 0 0 32768", "edit 1 \"\" 0 0 0 0 limit=x",
-        "edit 1 \"\" 0 0 0 0 limit=-1", "edit 1 \"\" 0 0 0 0 shiny", "class \"\" 1 \"\" 0 0 0 0",
-        "edit 1 \"\x01\" 0 0 0 0", "edit 1 \"\x7F\" 0 0 0 0", "\"edit\" 1"}) {
-    std::string error;
-    EXPECT_FALSE(ReadDialogTemplate("caption \"\"\nsize 1 1\n" + std::string(line), &error))
-        << line;
-    EXPECT_TRUE(error.starts_with("line 3: ")) << error;
+                         "combo 1 \"\" 0 0 0 0 droplist buddy\nchecklist 1 \"\" 0 0 0 0\n"));
+  const test::Rows<const char*, std::vector<std::string>> rows = {
+      {"line 2: a second caption", {"caption \"\"\ncaption \"\""}},
+      {"line 3: a second size", {"size 1 1\n\nsize 1 1"}},
+      {"line 1: the dialog has no size", {"caption \"a\""}},
+      {"line 1: more stands on the line than belongs there", {"size 1 2 3"}},
+      {"line 1: a word is missing", {"size 1", "edit 1 \"\" 0 0 0", "\"edit\" 1"}},
+      {"line 1: an unknown word begins the line", {"tree 1 \"\" 0 0 0 0"}},
+      {"line 1: a window class without a name", {"class \"\" 1 \"\" 0 0 0 0"}},
+      {"line 1: a number from 0 to 32767 is missing",
+       {"size 1 -1", "size 32768 1", "edit 1 \"\" 0 0 -1 0", "edit 1 \"\" 0 0 0 32768"}},
+      {"line 1: a number from -32767 to 32767 is missing",
+       {"edit 1 \"\" -32768 0 0 0", "edit 1 \"\" 0 32768 0 0"}},
+      {"line 1: a number from -1 to 65535 is missing",
+       {"edit 65536 \"\" 0 0 0 0", "edit -2 \"\" 0 0 0 0", "edit x \"\" 0 0 0 0"}},
+      {"line 1: an unknown flag",
+       {"edit 1 \"\" 0 0 0 0 limit=x", "edit 1 \"\" 0 0 0 0 limit=-1",
+        "edit 1 \"\" 0 0 0 0 shiny"}},
+      {"line 1: a text in quotes is missing", {"edit 1 x 0 0 0 0"}},
+      {"line 1: a text isn't closed", {"caption \"a", "caption \"a\\\""}},
+      {"line 1: an unknown escape in a text", {"caption \"\\a\"", "caption \"\\"}},
+      {"line 1: a control character in a text", {"caption \"\x1F\"", "caption \"\x7F\""}}};
+  for (const auto& [why, texts] : rows) {
+    for (const std::string& text : texts) {
+      std::string error;
+      EXPECT_FALSE(ReadDialogTemplate(text, &error));
+      EXPECT_EQ(error, why) << text;
+    }
   }
-  EXPECT_FALSE(ReadDialogTemplate("caption \"no size\"\n"));
 }
 
 constexpr const char kTemplate[] =
-    "caption \"Go To\"\n"
-    "size 200 80\n"
+    "caption \"Go To\"\nsize 200 80\n"
     "text -1 \"&Line && Number: \" 8 8 60 14\n"
-    "edit 100 \"\" 72 8 60 14\n"
-    "check 101 \"&Wrap\" 8 24 60 14\n"
-    "button 102 \"&More\" 72 24 60 14\n"
-    "edit 103 \"\" 72 40 60 14 disabled\n"
-    "defbutton 1 \"OK\" 8 56 50 14\n"
-    "button 2 \"Cancel\" 72 56 50 14 hidden\n";
+    "edit 100 \"\" 72 8 60 14\ncheck 101 \"&Wrap\" 8 24 60 14\n"
+    "button 102 \"&More\" 72 24 60 14\nedit 103 \"\" 72 40 60 14 disabled\n"
+    "defbutton 1 \"OK\" 8 56 50 14\nbutton 2 \"Cancel\" 72 56 50 14 hidden\n";
 
 /// A dialog with a number from 1 to 20 and a mark.
 struct GotoDlg : CDialog {
   explicit GotoDlg(CWnd* parent = nullptr) {
     InitModalIndirect(ReadDialogTemplate(kTemplate).value(), parent);
   }
-  ~GotoDlg() override { DestroyWindow(); }
-
   BOOL OnInitDialog() override {
     CDialog::OnInitDialog();
     on_init();
@@ -131,11 +138,9 @@ TEST_F(Dialog, ShowsItsControlsAndTakesWhatIsEntered) {
       if (step == 3) view.Press(9999);
       EXPECT_EQ(handled, step) << "what is posted is handled meanwhile";
     }
-    EXPECT_FALSE(view.Enter(103, "x")) << "it is disabled";
-    EXPECT_FALSE(view.Enter(9999, "x") || view.Press(100));
+    EXPECT_FALSE(view.Enter(103, "x") || view.Enter(9999, "x") || view.Press(100));
     EXPECT_TRUE(view.Enter(100, "12") && view.Enter(101, "1") && view.Press(IDOK));
-    EXPECT_FALSE(view.IsOpen());
-    EXPECT_FALSE(view.Press(IDOK)) << "it is closed";
+    EXPECT_FALSE(view.IsOpen() || view.Press(IDOK));
   };
   EXPECT_EQ(dialog.DoModal(), IDOK);
   EXPECT_EQ(dialog.line * 10 + dialog.wrap, 121);
@@ -171,9 +176,7 @@ TEST_F(Dialog, AnExchangeThatFailsHalfWayTellsOnceAndKeepsTheRest) {
 TEST_F(Dialog, MayCloseItselfInAnyOfItsHandlersAndInItsExchangeAndRunAnew) {
   prompts.on_box = [&] { dialog.DestroyWindow(); };
   prompts.on_dialog = [](View& view) {
-    view.Enter(100, "x");
-    view.Press(IDOK);
-    EXPECT_FALSE(view.IsOpen());
+    EXPECT_TRUE(view.Enter(100, "x") && view.Press(IDOK) && !view.IsOpen());
   };
   EXPECT_EQ(dialog.DoModal(), IDCANCEL);
   prompts.on_dialog = PressMore;
@@ -206,21 +209,22 @@ TEST_F(Dialog, IsNotShownWithHalfOfItsValuesAndMayHaveSetItsFocus) {
 }
 
 TEST_F(Dialog, MovesTheFocusAroundItsControlsThatTakeIt) {
+  dialog.on_init = [&] { dialog.GotoDlgCtrl(dialog.GetDlgItem(102)); };
   prompts.on_dialog = [&](View&) {
     std::string way;
-    const auto go = [&](void (CDialog::*step)()) {
-      (dialog.*step)();
-      way += std::to_string(CWnd::GetFocus()->GetDlgCtrlID()) + " ";
+    const auto go = [&](void (CDialog::*step)(), int steps) {
+      for (; steps > 0; --steps) {
+        way += std::to_string(CWnd::GetFocus()->GetDlgCtrlID()) + " ";
+        (dialog.*step)();
+      }
     };
-    for (int steps = 0; steps < 4; ++steps) go(&CDialog::NextDlgCtrl);
-    for (int steps = 0; steps < 5; ++steps) go(&CDialog::PrevDlgCtrl);
-    EXPECT_EQ(way, "101 102 1 100 1 102 101 100 1 ");
-    dialog.GotoDlgCtrl(dialog.GetDlgItem(102));
-    EXPECT_EQ(CWnd::GetFocus(), dialog.GetDlgItem(102));
+    go(&CDialog::NextDlgCtrl, 4);
+    go(&CDialog::PrevDlgCtrl, 5);
+    dialog.GotoDlgCtrl(dialog.GetDlgItem(103));
+    dialog.GotoDlgCtrl(dialog.GetDlgItem(1));
+    go(&CDialog::NextDlgCtrl, 1);
+    EXPECT_EQ(way, "102 1 100 101 102 101 100 1 102 1 ");
   };
-  dialog.DoModal();
-  dialog.on_init = [&] { dialog.GotoDlgCtrl(dialog.GetDlgItem(102)); };
-  prompts.on_dialog = [&](View&) { EXPECT_EQ(CWnd::GetFocus(), dialog.GetDlgItem(102)); };
   dialog.DoModal();
 }
 
@@ -250,8 +254,7 @@ TEST_F(Dialog, RunsWithinAnotherAndGivesItTheScreenAndTheFocusBack) {
   };
   EXPECT_EQ(dialog.DoModal(), IDOK);
   EXPECT_EQ(prompts.dialogs.size(), 3U);
-  EXPECT_EQ(CWnd::GetActiveWindow(), &main);
-  EXPECT_EQ(CWnd::GetFocus(), &field);
+  EXPECT_TRUE(CWnd::GetActiveWindow() == &main && CWnd::GetFocus() == &field);
   // What can't have the focus any more doesn't get it.
   prompts.on_dialog = [&](View&) { field.EnableWindow(false); };
   EXPECT_EQ(dialog.DoModal(), IDCANCEL);
@@ -290,11 +293,12 @@ TEST_F(Dialog, MayBeDroppedByItsOwnHandlersWhichMayThrowWhileItIsClosed) {
     UINT at = 0;
   };
   prompts.on_dialog = PressOk;
-  for (const auto& [at, result] : test::Rows<UINT, int>{{WM_CREATE, -1},
-                                                        {WM_SHOWWINDOW, IDCANCEL},
-                                                        {WM_COMMAND, IDCANCEL},
-                                                        {WM_DESTROY, IDOK},
-                                                        {0, IDOK}}) {
+  const test::Rows<UINT, int> rows = {{WM_CREATE, -1},
+                                      {WM_SHOWWINDOW, IDCANCEL},
+                                      {WM_COMMAND, IDCANCEL},
+                                      {WM_DESTROY, IDOK},
+                                      {0, IDOK}};
+  for (const auto& [at, result] : rows) {
     auto* const dropped = new DroppedDlg;
     dropped->at = at;
     EXPECT_EQ(dropped->DoModal(), result) << at;
@@ -328,7 +332,7 @@ TEST_F(Dialog, WithoutATemplateOrAParentOfItsThreadDoesNotRun) {
   GotoDlg lost(&elsewhere);
   EXPECT_EQ(lost.DoModal(), -1);
   EXPECT_TRUE(elsewhere.IsWindowEnabled());
-  EXPECT_FALSE(lost.Create(64999, nullptr) || lost.UpdateData());
+  EXPECT_FALSE(lost.Create(64999, nullptr) || lost.UpdateData() || lost.GetTemplateId() != 0);
 }
 
 TEST(MessageBox, ShowsATextOrTheStringOfAnIdWhichIsItsOwnHelpTopic) {

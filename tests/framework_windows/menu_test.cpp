@@ -1,10 +1,9 @@
 // Menus, tool bars and accelerators, and how they are brought up to date.
 
-#include "dqlib/framework/windows/menu.h"
-
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/base/resource_module.h"
 #include "dqlib/framework/windows/frame_wnd.h"
+#include "dqlib/framework/windows/menu_model.h"
 #include "dqlib/framework/windows/tool_bar.h"
 #include "tests/support/main_window.h"
 #include "tests/support/recording_observer.h"
@@ -52,15 +51,25 @@ TEST_F(Menu, TextGivesItemsAndABrokenOneNone) {
   for (const int levels : {32, 33}) {
     std::string deep;
     for (int level = 0; level < levels; ++level) deep.insert(0, "popup \"x\"\n").append("end\n");
-    EXPECT_EQ(CMenu().LoadMenuIndirect(deep), levels == 32);
+    std::string error;
+    EXPECT_EQ(CMenu().Attach(detail::ReadMenuText(deep, &error)), levels == 32);
+    EXPECT_EQ(error, levels == 32 ? "" : "line 33: popups are nested too deep");
   }
   EXPECT_TRUE(CMenu().LoadMenuIndirect("item 65535 \"\""));
-  for (const char* text : {"popup \"x\"\n", "end\n", "item 0 \"x\"\n", "item 1 \"x\n",
-                           "item 1 \"x\\q\"\n", "item 65536 \"\"", "item 1 \"x\" green\n",
-                           "entry\n", "separator 3\n", "popup \"x\" checked\nend\n"}) {
-    CMenu broken;
-    EXPECT_FALSE(broken.LoadMenuIndirect(text)) << text;
-    EXPECT_EQ(broken.GetMenuItemCount(), -1);
+  const test::Rows<const char*, const char*> rows = {
+      {"popup \"x\"\n", "line 1: a popup has no end"},
+      {"item 1 \"\"\nend\n", "line 2: an end without its popup"},
+      {"entry\n", "line 1: an unknown word begins the line"},
+      {"item 0 \"x\"\n", "line 1: a number from 1 to 65535 is missing"},
+      {"item 65536 \"\"", "line 1: a number from 1 to 65535 is missing"},
+      {"item 1 \"x\n", "line 1: a text isn't closed"},
+      {"item 1 \"x\" green\n", "line 1: an unknown flag"},
+      {"popup \"x\" checked\nend\n", "line 1: an unknown flag"},
+      {"separator 3\n", "line 1: more stands on the line than belongs there"}};
+  for (const auto& [text, why] : rows) {
+    std::string error;
+    EXPECT_EQ(detail::ReadMenuText(text, &error), nullptr);
+    EXPECT_EQ(error, why) << text;
   }
 }
 
@@ -198,37 +207,21 @@ TEST(AcceleratorTable, CombinationsHaveCommands) {
   testing::MainWindow main;
   AcceleratorTable table;
   ASSERT_TRUE(table.Read("# keys\nctrl+shift+f 44412\nF24 65535\nALT+z 2\ncTrl+Shift+F 3\n9 7\n"));
-  for (const auto& [key, control, shift, alt, command] :
-       test::Rows<WORD, bool, bool, bool, WORD>{{'F', true, true, false, 44412},
-                                                {'F', true, false, false, 0},
-                                                {'F', true, true, true, 0},
-                                                {0x87, false, false, false, 65535},
-                                                {'Z', false, false, true, 2},
-                                                {'9', false, false, false, 7}}) {
+  const test::Rows<WORD, bool, bool, bool, WORD> rows = {
+      {'F', true, true, false, 44412}, {'F', true, false, false, 0},
+      {'F', true, true, true, 0},      {0x87, false, false, false, 65535},
+      {'Z', false, false, true, 2},    {'9', false, false, false, 7}};
+  for (const auto& [key, control, shift, alt, command] : rows) {
     EXPECT_EQ(table.Find(key, control, shift, alt), command) << key;
     EXPECT_EQ(table.Translate(main, key, control, shift, alt), command != 0);
   }
-  for (const auto& [name, key] : test::Rows<std::string, WORD>{{"bACK", 8},
-                                                               {"Tab", 9},
-                                                               {"Enter", 13},
-                                                               {"Esc", 27},
-                                                               {"Space", 32},
-                                                               {"PgUp", 33},
-                                                               {"PgDn", 34},
-                                                               {"End", 35},
-                                                               {"Home", 36},
-                                                               {"Left", 37},
-                                                               {"Up", 38},
-                                                               {"Right", 39},
-                                                               {"Down", 40},
-                                                               {"Ins", 45},
-                                                               {"Del", 46},
-                                                               {"a", 65},
-                                                               {"0", 48},
-                                                               {"F1", 112}}) {
-    ASSERT_TRUE(table.Read(name + " 1")) << name;
-    EXPECT_EQ(table.entries()[0].key, key) << name;
-  }
+  ASSERT_TRUE(
+      table.Read("bACK 1\nTab 1\nEnter 1\nEsc 1\nSpace 1\nPgUp 1\nPgDn 1\nEnd 1\nHome 1\nLeft 1\n"
+                 "Up 1\nRight 1\nDown 1\nIns 1\nDel 1\na 1\nZ 1\n0 1\nF1 1\n"));
+  std::vector<int> keys;
+  for (const Accelerator& each : table.entries()) keys.push_back(each.key);
+  EXPECT_EQ(keys, (std::vector{8, 9, 13, 27, 32, 33, 34, 35, 36, 37, 38, 39, 40, 45, 46, 65, 90, 48,
+                               112}));
   EXPECT_FALSE(table.Load(64999) || !table.entries().empty()) << "there is no such resource";
   for (const char* text : {"F25 1", "F0 1", "ctrl+ 1", "ctrl+ctrl+A 1", "A", "A 0", "A 65536",
                            "A 1 2", "meta+A 1", "A 99999999999", ": 1", "[ 1"}) {

@@ -59,13 +59,10 @@ TEST(Handle, IsAliveFromCreationToDestructionAndNeverUsedAgain) {
 TEST(Handle, GivesTheClassNameCutToTheBuffer) {
   const LoopWnd window;
   const HWND handle = window.GetSafeHwnd();
-  for (const auto& [of, size, length, text] :
-       test::Rows<HWND, int, int, const char*>{{handle, 5, 4, "Test"},
-                                               {handle, 4, 3, "Tes"},
-                                               {handle, 1, 0, ""},
-                                               {handle, 0, 0, "???"},
-                                               {handle, -1, 0, "???"},
-                                               {nullptr, 8, 0, ""}}) {
+  const test::Rows<HWND, int, int, const char*> rows = {
+      {handle, 5, 4, "Test"}, {handle, 4, 3, "Tes"},  {handle, 1, 0, ""},
+      {handle, 0, 0, "???"},  {handle, -1, 0, "???"}, {nullptr, 8, 0, ""}};
+  for (const auto& [of, size, length, text] : rows) {
     char buffer[40] = "???";
     EXPECT_EQ(GetWindowClassName(of, buffer, size), length) << size;
     EXPECT_STREQ(buffer, text) << size;
@@ -87,19 +84,16 @@ TEST(Send, OnTheOwnThreadIsACallThatIsAnsweredEvenIfItEndsTheWindow) {
 TEST(Send, OneThatIsBeingHandledIsAnsweredAndTheOthersReleasedWhenTheWindowEnds) {
   for (int round = 0; round < 200; ++round) {
     const bool ends_unpumped = round % 2 == 0;
-    std::atomic<int> started = 0;
-    std::atomic<int> answered = 0;
-    std::atomic<LRESULT> sum = 0;
+    std::atomic<int> started = 0, answered = 0, sum = 0;
     LoopWnd window([&](UINT, WPARAM, LPARAM) { return window.DestroyWindow(), 7; });
     LoopWnd other([](UINT, WPARAM, LPARAM) { return 90; });
     const auto send = [&](HWND target) {
       ++started;
-      sum += SendToWindow(target, WM_APP, 0, 0);
+      sum += static_cast<int>(SendToWindow(target, WM_APP, 0, 0));
       ++answered;
     };
-    const std::jthread senders[] = {std::jthread(send, window.GetSafeHwnd()),
-                                    std::jthread(send, window.GetSafeHwnd()),
-                                    std::jthread(send, other.GetSafeHwnd())};
+    std::vector<std::jthread> senders;
+    for (CWnd* each : {&window, &window, &other}) senders.emplace_back(send, each->GetSafeHwnd());
     WaitUntil([&] { return started == 3; });
     for (int wait = 0; wait < round; ++wait) std::this_thread::yield();
     if (ends_unpumped) window.DestroyWindow();
@@ -224,8 +218,7 @@ TEST_F(MessageLoop, TimersComeByTheClockBehindPostedMessages) {
   window.PostMessage(WM_APP);
   EXPECT_EQ(pumped(31), "32768/0 275/2 275/1 ");
   EXPECT_EQ(window.SetTimer(1, 1000), 1U) << "starts it anew";
-  EXPECT_TRUE(window.KillTimer(2));
-  EXPECT_FALSE(window.KillTimer(2));
+  EXPECT_TRUE(window.KillTimer(2) && !window.KillTimer(2));
   EXPECT_EQ(pumped(999), "");
   EXPECT_EQ(pumped(1), "275/1 ");
   EXPECT_EQ(pumped(std::numeric_limits<std::int32_t>::max()), "275/1 275/3 ");
@@ -277,13 +270,14 @@ TEST_F(MessageLoop, MessagesAndTimersOfWindowsThatEndAreGoneAndThoseOfOthersStay
 struct IdleApp : CWinApp {
   IdleApp() : CWinApp("idle") {}
   std::string idled;
-  LONG until = 2;
   UINT dropped = 0;
+  std::function<void()> on_last;
 
   BOOL OnIdle(LONG count) override {
     idled += std::to_string(count);
     CWinApp::OnIdle(count);
-    return count < until ? 1 : 0;
+    if (count == 2 && on_last) on_last();
+    return count < 2 ? 1 : 0;
   }
   BOOL PreTranslateMessage(MSG* message) override {
     return message->message == dropped ? 1 : CWinApp::PreTranslateMessage(message);
@@ -317,7 +311,7 @@ TEST_F(MessageLoop, IdlesUntilItWantsNoMoreAndAnewAfterAMessage) {
 
 TEST_F(MessageLoop, EndsWithTheCodeBehindPostedMessagesAndLeavesNestedLoops) {
   IdleApp app;
-  app.until = 0;
+  app.on_last = [&] { window.PostMessage(app.idled == "012" ? WM_APP + 2 : WM_APP); };
   window.on_message = [&](UINT message, WPARAM, LPARAM) {
     if (message != WM_APP) return 0;
     PostQuitMessage(7);
@@ -325,26 +319,23 @@ TEST_F(MessageLoop, EndsWithTheCodeBehindPostedMessagesAndLeavesNestedLoops) {
     EXPECT_FALSE(PumpUntil([] { return false; }));
     return 0;
   };
-  window.PostMessage(WM_APP);
   EXPECT_EQ(app.Run(), 7);
-  EXPECT_EQ(window.got, "32768/0 32769/0 ");
+  EXPECT_EQ(window.got + app.idled, "32770/0 32768/0 32769/0 012012");
 }
 
 TEST(PumpUntil, WaitsForWhatOtherThreadsPostAndSend) {
   IdleApp app;
-  constexpr int kMessages = 2000;
-  int posted = 0;
-  int sent = 0;
+  int posted = 0, sent = 0;
   LoopWnd window(
       [&](UINT message, WPARAM, LPARAM) { return ++(message == WM_APP ? posted : sent); });
   std::vector<std::jthread> threads;
   for (int i = 0; i < 4; ++i) {
     threads.emplace_back([&window] {
-      for (int at = 0; at < kMessages; ++at) window.PostMessage(WM_APP);
+      for (int at = 0; at < 2000; ++at) window.PostMessage(WM_APP);
       for (int at = 0; at < 50; ++at) window.SendMessage(WM_APP + 1);
     });
   }
-  EXPECT_TRUE(PumpUntil([&] { return posted == 4 * kMessages && sent == 200; }));
+  EXPECT_TRUE(PumpUntil([&] { return posted == 8000 && sent == 200; }));
   EXPECT_FALSE(PumpUntil([] { return false; }, 20)) << "the time is up";
 }
 

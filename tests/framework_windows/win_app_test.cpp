@@ -35,12 +35,12 @@ TEST(WinApp, IsTheThreadsObjectWhileItLives) {
 
 TEST(WinApp, WithoutANameItHasTheExecutablesBaseName) {
   testing::ScriptedPlatform platform;
-  for (const auto& [path, name] :
-       test::Rows<const char*, const char*>{{"/usr/bin/tool", "tool"},
-                                            {"/opt/v1.2/my tool.bin", "my tool"},
-                                            {"C:\\Tools\\Job.Runner.exe", "Job.Runner"},
-                                            {"tool.", "tool"},
-                                            {"", ""}}) {
+  const test::Rows<const char*, const char*> rows = {{"/usr/bin/tool", "tool"},
+                                                     {"/opt/v1.2/my tool.bin", "my tool"},
+                                                     {"tool.", "tool"},
+                                                     {"C:\\Tools\\Job.Runner.exe", "Job.Runner"},
+                                                     {"", ""}};
+  for (const auto& [path, name] : rows) {
     platform.modules.path = path;
     CWinApp app;
     EXPECT_STREQ(app.GetExecutablePath(), path);

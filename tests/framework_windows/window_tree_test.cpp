@@ -60,12 +60,9 @@ TEST_F(WindowTree, KeepsChildrenInOrderAndFindsTheFirstOfAnIdHoweverTheyChange) 
       plain.erase(at);
     } else if (what < 12) {
       (*at)->SetDlgCtrlID(id);
-    } else if (what < 14) {
-      (*at)->SetWindowOrder(plain.back().get());
-      std::rotate(at, at + 1, plain.end());
     } else if (what < 15) {
-      (*at)->SetWindowOrder(nullptr);
-      std::rotate(plain.begin(), at, at + 1);
+      (*at)->SetWindowOrder(what == 14 ? nullptr : plain.back().get());
+      what == 14 ? std::rotate(plain.begin(), at, at + 1) : std::rotate(at, at + 1, plain.end());
     } else if (first != plain.end()) {
       auto taker = std::make_unique<LogWnd>();
       ASSERT_TRUE(taker->SubclassDlgItem(id, &parent));
@@ -87,17 +84,13 @@ TEST_F(WindowTree, KeepsChildrenInOrderAndFindsTheFirstOfAnIdHoweverTheyChange) 
 
 TEST_F(WindowTree, EndsParentsFirstAndTellsTheLastToChildren) {
   top.on[WM_DESTROY] = [&] {
-    EXPECT_FALSE(top.DestroyWindow()) << "it is ending already";
+    EXPECT_FALSE(top.DestroyWindow() || CWnd().CreateWnd({.class_name = "Late", .parent = &top}));
     EXPECT_EQ(top.GetDlgItem(4), &second) << "the children are still there";
-    CWnd late;
-    EXPECT_FALSE(late.CreateWnd({.class_name = "Late", .parent = &top}));
   };
   child.on[WM_DESTROY] = [&] { second.DestroyWindow(); };
   EXPECT_TRUE(top.DestroyWindow());
   EXPECT_EQ(top.Take(), "1:2 2:2 4:2 4. 3:2 5:2 3. 2. 5. 1. ");
-  for (const LogWnd* window : {&top, &child, &inner, &second, &third}) {
-    EXPECT_EQ(window->GetSafeHwnd(), nullptr);
-  }
+  for (const CWnd* each : {&top, &child, &third}) EXPECT_EQ(each->GetSafeHwnd(), nullptr);
 }
 
 TEST_F(WindowTree, OwnedWindowsEndWithTheirOwnerFromTheLastAndEachMayGoBefore) {
@@ -206,28 +199,17 @@ TEST_F(WindowTree, FocusGoesToWhatIsEnabledAndLeavesWhatIsHidden) {
 TEST_F(WindowTree, PlacementKeepsTheNormalRectangleAndWhatAMinimisedWindowWasBefore) {
   constexpr CRect kNormal{10, 20, 310, 220};
   constexpr CRect kFull{0, 0, 1920, 1080};
-  // The commands, and the last state as the placement has it: show command and flags.
+  // The show commands (1 normal, 2 minimised, 3 maximised, 4 normal and not active, 5 show,
+  // 6 minimise, 7 minimised and not active, 8 show and not active, 9 restore), and the last state
+  // as the placement has it: show command and flags.
   const test::Rows<std::vector<int>, UINT, UINT> rows = {
-      {{SW_SHOWMAXIMIZED}, 3, 0},
-      {{SW_SHOWMAXIMIZED, SW_RESTORE}, 1, 0},
-      {{SW_SHOWMAXIMIZED, SW_MINIMIZE}, 2, 2},
-      {{SW_SHOWMAXIMIZED, SW_MINIMIZE, SW_RESTORE}, 3, 2},
-      {{SW_SHOWMAXIMIZED, SW_SHOWMINNOACTIVE, SW_SHOWMINIMIZED, SW_RESTORE}, 3, 2},
-      {{SW_SHOWMAXIMIZED, SW_MINIMIZE, SW_SHOW}, 2, 2},
-      {{SW_SHOWMAXIMIZED, SW_MINIMIZE, SW_SHOWNORMAL}, 1, 0},
-      {{SW_SHOWMAXIMIZED, SW_MINIMIZE, SW_SHOWNOACTIVATE}, 1, 0},
-      {{SW_SHOWMAXIMIZED, SW_MINIMIZE, SW_RESTORE, SW_RESTORE}, 1, 0},
-      {{SW_SHOWMAXIMIZED, SW_RESTORE, SW_MINIMIZE, SW_RESTORE}, 1, 0},
-      {{SW_MINIMIZE}, 2, 0},
-      {{SW_MINIMIZE, SW_RESTORE}, 1, 0},
-      {{SW_MINIMIZE, SW_SHOWMAXIMIZED, SW_RESTORE}, 1, 0},
-      {{SW_MINIMIZE, SW_SHOWNA}, 2, 0},
-      {{SW_RESTORE}, 1, 0},
-  };
+      {{3}, 3, 0},          {{3, 9}, 1, 0},       {{3, 6}, 2, 2},    {{3, 6, 9}, 3, 2},
+      {{3, 7, 2, 9}, 3, 2}, {{3, 6, 5}, 2, 2},    {{3, 6, 1}, 1, 0}, {{3, 6, 4}, 1, 0},
+      {{3, 6, 9, 9}, 1, 0}, {{3, 9, 6, 9}, 1, 0}, {{6}, 2, 0},       {{6, 9}, 1, 0},
+      {{6, 3, 9}, 1, 0},    {{6, 8}, 2, 0},       {{9}, 1, 0}};
   WINDOWPLACEMENT placement;
   for (const auto& [commands, show, flags] : rows) {
-    LogWnd window(nullptr, 1);
-    LogWnd other(nullptr, 2);
+    LogWnd window(nullptr, 1), other(nullptr, 2);
     window.MoveWindow(kNormal);
     for (const int command : commands) window.ShowWindow(command);
     ASSERT_TRUE(window.GetWindowPlacement(&placement));
@@ -265,6 +247,7 @@ struct Tree {
 TEST(WindowObserver, IsToldOfEveryChangeInTheOrderOfTheChanges) {
   using enum WindowChange;
   using Changes = std::vector<WindowChange>;
+  static constexpr CRect kFrame{1, 1, 1, 1};
   const test::Rows<void (*)(Tree&), CWnd Tree::*, Changes> rows = {
       {[](Tree& t) { t.other.CreateWnd("Test"); }, &Tree::other, {kCreated}},
       {[](Tree& t) { t.frame.DestroyWindow(); }, &Tree::inner, {kDestroyed}},
@@ -272,11 +255,7 @@ TEST(WindowObserver, IsToldOfEveryChangeInTheOrderOfTheChanges) {
       {[](Tree& t) { t.first.SetWindowText("x"); }, &Tree::first, {kText}},
       {[](Tree& t) { t.first.MoveWindow(0, 0, 10, 10, false); }, &Tree::first, {}},
       {[](Tree& t) { t.first.MoveWindow(1, 0, 12, 10); }, &Tree::first, {kRectangle, kInvalidated}},
-      {[](Tree& t) {
-         t.first.SetFrameWidths({1, 1, 1, 1});
-       },
-       &Tree::first,
-       {kRectangle}},
+      {[](Tree& t) { t.first.SetFrameWidths(kFrame); }, &Tree::first, {kRectangle}},
       {[](Tree& t) { t.first.ShowWindow(SW_SHOWMAXIMIZED); }, &Tree::first, {kRectangle}},
       {[](Tree& t) { t.first.ShowWindow(SW_HIDE); }, &Tree::inner, {kFocus}},
       {[](Tree& t) { t.inner.ShowWindow(SW_HIDE); }, &Tree::inner, {kShown, kFocus}},
@@ -289,12 +268,6 @@ TEST(WindowObserver, IsToldOfEveryChangeInTheOrderOfTheChanges) {
       {[](Tree& t) { t.inner.SetParent(&t.second); }, &Tree::inner, {kOrder}},
       {[](Tree& t) { t.first.SetMenu(&t.menu); }, &Tree::first, {kMenu}},
       {[](Tree& t) { t.first.SetActiveWindow(); }, &Tree::first, {kActive}},
-      // What is no window tells nothing.
-      {[](Tree& t) { t.other.SetWindowText("x"); }, &Tree::other, {}},
-      {[](Tree& t) { t.other.MoveWindow(1, 2, 3, 4); }, &Tree::other, {}},
-      {[](Tree& t) { t.other.ShowWindow(SW_SHOW); }, &Tree::other, {}},
-      {[](Tree& t) { t.other.EnableWindow(false); }, &Tree::other, {}},
-      {[](Tree& t) { t.other.Invalidate(); }, &Tree::other, {}},
   };
   int row = 0;
   for (const auto& [act, window, told] : rows) {
@@ -309,10 +282,15 @@ TEST(WindowObserver, IsToldOfEveryChangeInTheOrderOfTheChanges) {
   for (int twice = 0; twice < 2; ++twice) tree.frame.SetActiveView(&tree.first);
   tree.frame.SetMessageText("ready");
   EXPECT_EQ(observer.Take(tree.frame), (Changes{kActive, kContent}));
+  // What is no window tells nothing.
   CFrameWnd no_frame;
   no_frame.SetActiveView(&tree.first);
+  no_frame.SetWindowText("x");
+  no_frame.MoveWindow(1, 2, 3, 4);
   CToolBar no_bar;
   no_bar.SetPictureSize({4, 4});
+  no_bar.Invalidate();
+  EXPECT_FALSE(no_bar.ShowWindow(SW_SHOW) || no_bar.EnableWindow(false));
   EXPECT_TRUE(observer.changes.empty());
 }
 
@@ -360,7 +338,8 @@ TEST(Commands, CallTheHandlersOfTheMapsUnlessTheyAreDisabledOrOnlyAskedFor) {
   EXPECT_FALSE(frame.OnCmdMsg(1, CN_COMMAND, nullptr, nullptr));
 }
 
-/// Handles the commands 33001 and on whose letters it is given, and says by its name that it did.
+/// Handles the commands 33001 and on whose letters stand behind its own, by which it says that it
+/// did.
 template <typename Base>
 struct Stop : Base {
   using Base::Base;
@@ -369,11 +348,10 @@ struct Stop : Base {
         handles.find(static_cast<char>(key.id - 33001 + 'a')) == std::string::npos) {
       return Base::CallMapped(key, arguments);
     }
-    if (!arguments.only_ask) LogWnd::log += name;
+    if (!arguments.only_ask) LogWnd::log += handles.front();
     return true;
   }
-  std::string handles;
-  char name = '?';
+  std::string handles = "?";
 };
 
 TEST(Commands, GoFromWhereTheyAreSentUpToTheApplication) {
@@ -387,17 +365,14 @@ TEST(Commands, GoFromWhereTheyAreSentUpToTheApplication) {
   for (CMDIChildWnd* each : {&other, &child}) ASSERT_TRUE(each->Create("Child", "", {}, &main));
   ASSERT_TRUE(view.Create(&child, {}, 1, &document));
   ASSERT_TRUE(dialog.CreateIndirect({}, &main));
-  const auto set = [](auto& stop, char name, const char* handles) {
-    stop.name = name;
-    stop.handles = handles;
-  };
-  set(app, 'A', "abcdefgh");
-  set(main, 'M', "abcdef");
-  set(dialog, 'D', "ah");
-  set(child, 'C', "abd");
-  set(document, 'T', "abe");
-  set(view, 'V', "a");
-  set(other, 'O', "g");
+  // The name of each, and what it handles.
+  app.handles = "Aabcdefgh";
+  main.handles = "Mabcdef";
+  dialog.handles = "Dah";
+  child.handles = "Cabd";
+  document.handles = "Tabe";
+  view.handles = "Va";
+  other.handles = "Og";
   const auto sent = [](CWnd& to) {
     std::string got;
     for (UINT id = 33001; id < 33010; ++id) {
