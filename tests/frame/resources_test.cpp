@@ -1,11 +1,20 @@
+// Resources of modules, how they are loaded, and the pictures, brushes and fonts made of them.
+
 #include "dqlib/frame/resources.h"
 
+#include "dqlib/frame/cleaner.h"
+#include "dqlib/frame/gdi_dispenser.h"
+#include "dqlib/frame/resource_manager.h"
 #include "dqlib/frame/switch_resource_handle.h"
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/windows/dialog.h"
 #include "dqlib/framework/windows/menu.h"
 #include "dqlib/framework/windows/tool_bar.h"
 #include "dqlib/framework/windows/wnd.h"
+#include "dqlib/platform/checksum.h"
+#include "dqlib/resources/library.h"
+#include "dqlib/resources/string_table.h"
+#include "siblings/pictures/pictures.h"
 #include "tests/support/joined.h"
 #include "tests/support/scripted_platform.h"
 #include "tests/support/scripted_prompts.h"
@@ -151,6 +160,150 @@ TEST_F(Resources, MenusAreDirectAndToolBarsAndDialogsAreSwitched) {
   EXPECT_THROW(DQDoModalDialog(dialog, &other_), std::runtime_error);
   EXPECT_EQ(dialog.text, "other %1 %2 %1");
   EXPECT_EQ(AfxGetResourceHandle(), &current_);
+}
+
+int CountLinks() {
+  int count = 0;
+  for (const auto* link = CDynLinkLibrary::head(); link != nullptr; link = link->next()) ++count;
+  return count;
+}
+
+TEST(Library, EntryPointAttachesAndTakesNothingDown) {
+  const HINSTANCE library = &LibraryResources();
+  ASSERT_NE(CDynLinkLibrary::head(), nullptr);
+  EXPECT_EQ(CDynLinkLibrary::head()->resources(), library);
+  for (const auto& [module, reason, result, links, asked] :
+       test::Rows<HINSTANCE, DWORD, int, int, std::vector<HINSTANCE>>{
+           {library, PROCESS_ATTACH, 1, 1, {library}},
+           {nullptr, PROCESS_ATTACH, 0, 0, {nullptr}},
+           {library, THREAD_ATTACH, 1, 0, {}},
+           {library, THREAD_DETACH, 1, 0, {}},
+           {library, PROCESS_DETACH, 1, 0, {library}},
+       }) {
+    testing::ScriptedPlatform platform;
+    const int before = CountLinks();
+    EXPECT_EQ(DQLIB_EntryPoint(module, reason, nullptr), result) << reason;
+    EXPECT_EQ(CountLinks(), before + links) << reason;
+    EXPECT_EQ(platform.modules.named, asked) << reason;
+  }
+  const int before = CountLinks();
+  DQLIB_InitializeExtensionDLL();
+  EXPECT_EQ(CountLinks(), before + 1);
+  EXPECT_EQ(DQLIB_GetInstanceHandle(), library);
+  EXPECT_EQ(CDynLinkLibrary::head()->resources(), library);
+}
+
+/// The ids of the pictures that an operation gives for the indices 0 to `count` - 1, each followed
+/// by a blank.
+template <typename Get>
+std::string PictureIds(int count, Get get) {
+  std::map<const CBitmap*, UINT> ids;
+  for (UINT id = 3000; id <= 3222; ++id) {
+    ids[CGDIDispenser::g_.GetResourceBitmap(id, DQRESOURCES_GetInstanceHandle())] = id;
+  }
+  std::string list;
+  for (int index = 0; index < count; ++index) list += std::to_string(ids[get(index)]) + ' ';
+  return list;
+}
+
+TEST(CDQResourceManager, HasTheFamilysPicturesAndFonts) {
+  CDQResourceManager* const manager = CDQResourceManager::GetInstance();
+  const std::string pictures = PictureIds(134, [&](int i) { return manager->GetBitmap(i); });
+  const std::string alerts = PictureIds(5, [&](int i) { return manager->GetAlertBitmap(i); });
+  EXPECT_EQ(alerts, "3075 3001 3010 3011 3099 ");
+  EXPECT_EQ(platform::Checksum(pictures + alerts), 0x79B1E734U) << pictures;
+  EXPECT_EQ(manager->GetFont(0), CGDIDispenser::g_.GetDefaultFont(FONT_BOLD));
+  EXPECT_EQ(manager->GetFont(1), CGDIDispenser::g_.GetDefaultFont(FONT_UNDERLINE));
+}
+
+TEST(CDQResourceManager, MapsObjectTypesToPictures) {
+  CDQResourceManager* const manager = CDQResourceManager::GetInstance();
+  EXPECT_EQ(manager->GetObjectBitmap(88), manager->GetBitmap(132));
+  std::string indices;
+  for (int type = -1; type < 100; ++type) {
+    indices += std::to_string(manager->GetObjectBitmapIndex(type)) + ' ';
+  }
+  EXPECT_EQ(platform::Checksum(indices), 0xE7308C1EU) << indices;
+}
+
+TEST(Cleaners, DeleteTheirObjectAndSoDoCopies) {
+  struct Counted : CObject {
+    explicit Counted(int& deleted) : deleted_(deleted) {}
+    ~Counted() override { ++deleted_; }
+    int& deleted_;
+  };
+  int deleted = 0;
+  CDQObjCleaner original;
+  original.SetObject(new Counted(deleted));
+  {
+    CDQObjCleaner copy(original);
+    CDQObjCleaner assigned;
+    original.SetObject(new Counted(deleted));
+    assigned = original;
+    CDQGlobalResourceCleaner<Counted> typed;
+    typed.SetObject(new Counted(deleted));
+    original.SetObject(nullptr);
+    EXPECT_EQ(deleted, 0);
+  }
+  EXPECT_EQ(deleted, 3);
+}
+
+TEST(CGDIDispenser, MakesOneBrushAndOnePenForAColor) {
+  CGDIDispenser dispenser;
+  CBrush* const brush = dispenser.GetSolidBrush(5);
+  CPen* const pen = dispenser.GetPen(5);
+  for (COLORREF color = 0; color < 1000; ++color) {
+    EXPECT_EQ(dispenser.GetSolidBrush(color)->color(), color);
+    EXPECT_EQ(dispenser.GetPen(color)->color(), color);
+  }
+  dispenser.OnSysColorChange();
+  EXPECT_EQ(dispenser.GetSolidBrush(5), brush);
+  EXPECT_EQ(dispenser.GetPen(5), pen);
+}
+
+TEST(CGDIDispenser, MakesItsFontsOnce) {
+  testing::ScriptedPlatform platform;
+  platform.facts.pixels_per_inch = 120;
+  CGDIDispenser dispenser;
+  const LOGFONT& stock = *GetStockFont(DQRESOURCES_GetVarStockFont());
+  for (const auto& [style, height, weight, underline, face] :
+       test::Rows<eFontStyle, LONG, LONG, int, std::string>{
+           {FONT_PLAIN, stock.lfHeight, stock.lfWeight, 0, stock.lfFaceName},
+           {FONT_BOLD, stock.lfHeight, 700, 0, stock.lfFaceName},
+           {FONT_UNDERLINE, stock.lfHeight, stock.lfWeight, 1, stock.lfFaceName},
+           {FONT_TITLE, -13, 700, 0, "MS Sans Serif"}}) {
+    CFont* const font = dispenser.GetDefaultFont(style);
+    const LOGFONT& made = font->GetLogFont();
+    EXPECT_EQ(std::tuple(made.lfHeight, made.lfWeight, int{made.lfUnderline}),
+              std::tuple(height, weight, underline));
+    EXPECT_EQ(made.lfFaceName, face) << style;
+    EXPECT_EQ(dispenser.GetDefaultFont(style), font) << style;
+  }
+  platform.facts.pixels_per_inch = 96;
+  EXPECT_EQ(CGDIDispenser().GetDefaultFont(FONT_TITLE)->GetLogFont().lfHeight, -11);
+}
+
+TEST(CGDIDispenser, KeepsPicturesUnderTheModuleWhereTheyWereFound) {
+  testing::ScriptedPlatform platform;
+  platform.facts.colors = {{SYSTEM_COLOR_FACE, 7}};
+  ResourceModule module;
+  module.AddResource(RESOURCE_BITMAP, 9, WriteDib({{1, 1}, {0xC0C0C0}}));
+  const CDynLinkLibrary link(&module);
+  CGDIDispenser dispenser;
+  CBitmap* const searched = dispenser.GetResourceBitmap(9, nullptr);
+  ASSERT_NE(searched->GetSafeHandle(), nullptr);
+  EXPECT_EQ(searched->GetSafeHandle()->pixels.front(), 7U);
+  EXPECT_NE(dispenser.GetResourceBitmap(9, nullptr), searched);
+  EXPECT_EQ(dispenser.GetResourceBitmap(9, &module), searched);
+  const ResourceModule other;
+  EXPECT_EQ(dispenser.GetResourceBitmap(9, &other)->GetSafeHandle(), nullptr);
+
+  // A failed load stays; what was found nowhere is made anew each time.
+  CBitmap* const failed = dispenser.GetResourceBitmap(10, &module);
+  module.AddResource(RESOURCE_BITMAP, 10, WriteDib({{1, 1}, {0}}));
+  EXPECT_EQ(dispenser.GetResourceBitmap(10, &module), failed);
+  EXPECT_EQ(failed->GetSafeHandle(), nullptr);
+  EXPECT_NE(dispenser.GetResourceBitmap(11, nullptr), dispenser.GetResourceBitmap(11, nullptr));
 }
 
 }  // namespace
