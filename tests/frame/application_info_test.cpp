@@ -10,8 +10,7 @@ namespace {
 constexpr char kHost[] = "/opt/host";
 
 /// An identity on a host whose version resource holds the texts.
-class ApplicationInfo : public ::testing::Test {
- protected:
+struct ApplicationInfo : ::testing::Test {
   ~ApplicationInfo() override {
     CDQApplicationInfo::SetAppCode("");
     SetVersion({});
@@ -19,42 +18,36 @@ class ApplicationInfo : public ::testing::Test {
   static void SetVersion(const platform::VersionTable& table) {
     platform::Current().version_resources->SetTable(kHost, table);
   }
-
-  testing::ScriptedPlatform platform_;
+  testing::ScriptedPlatform platform;
 };
 
 TEST_F(ApplicationInfo, VersionNumbersAreCutAtTheDots) {
-  for (const auto& [version, expected] :
-       test::Rows<const char*, const char*>{{"7.1.2.3", "7.1.2|7.1|7|1|3"},
-                                            {"7.10.5.44", "7.10.5|7.10|7|0|44"},
-                                            {"7.1", "||7|0|0"},
-                                            {"", "||0|0|0"},
-                                            {"1..2.3.4", "1..2|1.|1|0|3"},
-                                            {"12.3.4", "|12.3|12|3|0"}}) {
-    SetVersion({{"FileVersion", version}});
+  // The version; its medium and short form, major and minor version and build number.
+  for (const std::string row :
+       {"7.1.2.3 7.1.2|7.1|7|1|3", "7.10.5.44 7.10.5|7.10|7|0|44", "7.1 ||7|0|0", " ||0|0|0",
+        "1..2.3.4 1..2|1.|1|0|3", "12.3.4 |12.3|12|3|0"}) {
+    SetVersion({{"FileVersion", row.substr(0, row.find(' '))}});
     CDQApplicationInfo info;
-    EXPECT_STREQ(info.GetLongVersionNumber(), version);
-    CString parts = info.GetMediumVersionNumber() + "|" + info.GetShortVersionNumber();
-    for (const int number :
-         {info.GetMajorVersionNumber(), info.GetMinorVersionNumber(), info.GetBuildNumber()}) {
-      parts += ("|" + std::to_string(number)).c_str();
-    }
-    EXPECT_EQ(parts, expected) << version;
+    std::ostringstream told;
+    told << info.GetLongVersionNumber().View() << ' ' << info.GetMediumVersionNumber().View() << '|'
+         << info.GetShortVersionNumber().View() << '|' << info.GetMajorVersionNumber() << '|'
+         << info.GetMinorVersionNumber() << '|' << info.GetBuildNumber();
+    EXPECT_EQ(told.str(), row);
   }
 }
 
 TEST_F(ApplicationInfo, TheExecutableGivesDirectoryKeyAndOptionsFile) {
-  for (const auto& [path, facts, network] : test::Rows<const char*, const char*, bool>{
-           {"c:\\bin\\TOOL.EXE", "c:\\bin|TOOL|TOOL.dqo", false},
-           {"\\\\server\\share\\tool.v2.exe", "\\\\server\\share|tool.v2|tool.v2.dqo", true},
-           {"/tmp/tool", "/tmp|tool|tool.dqo", false}}) {
+  // The path; directory, key and options file, and whether it lies in the network.
+  for (const std::string row :
+       {"c:\\bin\\TOOL.EXE: c:\\bin|TOOL|TOOL.dqo|0", "/tmp/tool: /tmp|tool|tool.dqo|0",
+        "\\\\server\\share\\tool.v2.exe: \\\\server\\share|tool.v2|tool.v2.dqo|1"}) {
+    const std::string path = row.substr(0, row.find(": "));
     CWinApp app("name");
-    app.SetExecutablePath(path);
+    app.SetExecutablePath(path.c_str());
     CDQApplicationInfo info;
-    EXPECT_EQ(
-        info.GetExecutableDirectory() + "|" + info.GetRegistryKey() + "|" + info.GetOptionsFile(),
-        facts);
-    EXPECT_EQ(info.RunningFromNetwork(), network) << path;
+    EXPECT_EQ(path + ": " + info.GetExecutableDirectory() + "|" + info.GetRegistryKey() + "|" +
+                  info.GetOptionsFile() + (info.RunningFromNetwork() ? "|1" : "|0"),
+              row.c_str());
   }
   CWinApp app("name");
   app.SetExecutablePath(std::string(300, 'x').c_str());
@@ -62,20 +55,18 @@ TEST_F(ApplicationInfo, TheExecutableGivesDirectoryKeyAndOptionsFile) {
 }
 
 TEST_F(ApplicationInfo, TheCodeDecidesTheOptionsFileBeforeTheExecutable) {
-  for (const auto& [code, options, which] :
-       test::Rows<const char*, const char*, int>{{"Lumen SQL", "LumenSQL.dqo", 1},
-                                                 {"lUMEN sql", "LumenSQL.dqo", 1},
-                                                 {"LumenSQL", "host.dqo", 0},
-                                                 {"Velmora Delta Keeper", "host.dqo", 2},
-                                                 {"QUILLBASE", "Quill.dqo", 3},
-                                                 {"velmora pacer", "DQPacer.dqo", 4},
-                                                 {"", "host.dqo", 0}}) {
-    CDQApplicationInfo::SetAppCode(code);
+  // The code, the options file, and which of the applications it is.
+  for (const std::string row :
+       {"Lumen SQL: LumenSQL.dqo 1000", "lUMEN sql: LumenSQL.dqo 1000", "LumenSQL: host.dqo 0000",
+        "Velmora Delta Keeper: host.dqo 0100", "QUILLBASE: Quill.dqo 0010",
+        "velmora pacer: DQPacer.dqo 0001", ": host.dqo 0000"}) {
+    const std::string code = row.substr(0, row.find(':'));
+    CDQApplicationInfo::SetAppCode(code.c_str());
     CDQApplicationInfo info;
-    EXPECT_STREQ(info.GetOptionsFile(), options) << code;
-    const bool is[] = {CDQApplicationInfo::IsAppLumenSql(), CDQApplicationInfo::IsAppDeltaKeeper(),
-                       CDQApplicationInfo::IsAppQuillbase(), CDQApplicationInfo::IsAppDQPacer()};
-    for (int i = 0; i < 4; ++i) EXPECT_EQ(is[i], which == i + 1) << code;
+    std::ostringstream told;
+    told << code << ": " << info.GetOptionsFile().View() << ' ' << info.IsAppLumenSql()
+         << info.IsAppDeltaKeeper() << info.IsAppQuillbase() << info.IsAppDQPacer();
+    EXPECT_EQ(told.str(), row);
     info.SetOptionsFile("own.dqo");
     EXPECT_STREQ(info.GetOptionsFile(), "own.dqo");
   }

@@ -44,29 +44,30 @@ TEST(CDQOutputMessage, IsWithTheMainWindowWhenTheSendReturns) {
   EXPECT_EQ(alone.GetText() + "|" + alone.GetTarget(), "|table T");
   alone.SetType(static_cast<OutputMessageType>(-1));
   EXPECT_EQ(alone.GetType(), OUTPUT_PROGRAM_INFO);
-  using Send = void (*)(CDQOutputMessage&);
   constexpr UINT kId = IDS_UNKNOWN_OS_ERROR;
-  for (const auto& [send, first, type, text, target] :
-       test::Rows<Send, WPARAM, int, const char*, const char*>{
-           {[](auto& m) { m.SendInfoMessage("hello"); }, 0, 0, "hello", "kept"},
-           {[](auto& m) { m.SendInfoMessage(kId); }, 0, 0, "Unknown OS Error", "kept"},
-           {[](auto& m) { m.SendErrorMessage("bad", ""); }, 1, 2, "bad", ""},
-           {[](auto& m) { m.SendErrorMessage("bad", nullptr); }, 0, 2, "bad", "kept"},
-           {[](auto& m) { m.SendErrorMessage(kId, "T"); }, 1, 2, "Unknown OS Error", "T"},
-           {[](auto& m) { m.SendErrorMessage(m.GetTarget(), m.GetText()); }, 1, 2, "kept", "first"},
-           {[](auto& m) { m.SendErrorMessage("of more bytes than before", m.GetText()); }, 1, 2,
-            "of more bytes than before", "first"},
-       }) {
+  // What is sent, and as what: the first argument, type, text and target.
+  const test::Rows<void (*)(CDQOutputMessage&), const char*> rows = {
+      {[](auto& m) { m.SendInfoMessage("hello"); }, "0 0 hello|kept"},
+      {[](auto& m) { m.SendInfoMessage(kId); }, "0 0 Unknown OS Error|kept"},
+      {[](auto& m) { m.SendErrorMessage("bad", ""); }, "1 2 bad|"},
+      {[](auto& m) { m.SendErrorMessage("bad", nullptr); }, "0 2 bad|kept"},
+      {[](auto& m) { m.SendErrorMessage(kId, "T"); }, "1 2 Unknown OS Error|T"},
+      {[](auto& m) { m.SendErrorMessage(m.GetTarget(), m.GetText()); }, "1 2 kept|first"},
+      {[](auto& m) { m.SendErrorMessage("of more bytes than before", m.GetText()); },
+       "1 2 of more bytes than before|first"}};
+  for (const auto& [send, expected] : rows) {
     testing::MainWindow window;
     CDQOutputMessage message(OUTPUT_DBMS_ERROR, "old");
     message.SendErrorMessage("first", "kept");
     send(message);
-    ASSERT_EQ(window.messages.size(), 2U) << text;
+    ASSERT_EQ(window.messages.size(), 2U) << expected;
     const testing::SentMessage& sent = window.messages[1];
-    EXPECT_EQ(&testing::MainWindow::Output(sent), &message) << text;
-    EXPECT_EQ(std::tuple(sent.message, sent.first), std::tuple(33801U, first)) << text;
-    EXPECT_EQ(message.GetType(), type) << text;
-    EXPECT_EQ(message.GetText() + "|" + message.GetTarget(), CString(text) + "|" + target);
+    EXPECT_TRUE(sent.message == 33801 && &testing::MainWindow::Output(sent) == &message)
+        << expected;
+    std::ostringstream told;
+    told << sent.first << ' ' << message.GetType() << ' ' << message.GetText().View() << '|'
+         << message.GetTarget().View();
+    EXPECT_EQ(told.str(), expected);
   }
 }
 
@@ -74,25 +75,21 @@ TEST(CDQOutputMessage, FromAWorkerWaitsAndMayBeDeletedByItsReceiver) {
   testing::MainWindow window;
   std::atomic<bool> sent = false;
   window.on_message = [&](const testing::SentMessage& message) {
-    EXPECT_FALSE(sent);
     CDQOutputMessage* const output = &testing::MainWindow::Output(message);
-    EXPECT_EQ(output->GetText(), "from below");
-    if (output->GetAutoDelete()) delete output;
+    EXPECT_TRUE(!sent && output->GetText() == "from below" && output->GetAutoDelete());
+    delete output;
   };
-  WorkerThread worker = AfxBeginThread(
-      [](void* parameter) {
-        CDQOutputMessage::CreateOutputMessage(OUTPUT_PROGRAM_INFO, nullptr, true)
-            ->SendErrorMessage("from below", "T");
-        *static_cast<std::atomic<bool>*>(parameter) = true;
-        return 0U;
-      },
-      &sent);
+  const auto send = [](void* parameter) {
+    auto* const output = CDQOutputMessage::CreateOutputMessage(OUTPUT_PROGRAM_INFO, nullptr, true);
+    output->SendErrorMessage("from below", "T");
+    *static_cast<std::atomic<bool>*>(parameter) = true;
+    return 0U;
+  };
+  WorkerThread worker = AfxBeginThread(send, &sent);
   while (PumpSentMessages() == 0) std::this_thread::yield();
   worker.Join();
   EXPECT_TRUE(sent);
 }
-
-using testing::ShownBox;
 
 TEST(CDQSystemErrorMsg, ReadsTheLastErrorOnceAndShowsThePlaceIfThereIsOne) {
   testing::ScriptedPlatform platform;
@@ -108,40 +105,36 @@ TEST(CDQSystemErrorMsg, ReadsTheLastErrorOnceAndShowsThePlaceIfThereIsOne) {
   EXPECT_EQ(RetrieveOSErrorMessage(2), "100%s\r\n");
   EXPECT_EQ(RetrieveOSErrorMessage(4), "Unknown OS Error");
   platform.errors.last = 2;
-  const std::pair<CDQSystemErrorMsg, const char*> cases[] = {
+  const test::Rows<CDQSystemErrorMsg, const char*> rows = {
       {CDQSystemErrorMsg("a%d.cpp", 7), "Error: 100%s\r\n\nFile: a%d.cpp,  Line 7"},
       {CDQSystemErrorMsg("a.cpp", -1), "100%s\r\n"},
       {CDQSystemErrorMsg("", 7), "100%s\r\n"},
       {CDQSystemErrorMsg(3), "three\r\n"},
-      {CDQSystemErrorMsg(4), ""},
-  };
-  for (const auto& [shown, text] : cases) {
+      {CDQSystemErrorMsg(4), ""}};
+  for (const auto& [shown, text] : rows) {
     CDQSystemErrorMsg(shown).Show();
-    EXPECT_EQ(prompts.shown.back(), (ShownBox{text, 48, 0}));
+    EXPECT_EQ(prompts.shown.back(), (testing::ShownBox{text, 48, 0}));
   }
 }
 
 TEST(NetworkErrorHandler, ShowsWhatItCanFindOut) {
-  using platform::ErrorKind;
   using platform::NetworkError;
-  const std::string long_text(256, 'x');
   const std::string cut(255, 'x');
-  for (const auto& [code, last, result, text] :
-       test::Rows<DWORD, platform::Result<NetworkError>, int, std::string>{
-           {5, NetworkError{9, "unused", "unused"}, 1, "Network error 5.\r\n"},
-           {0xFFFFFFFF, {}, 1, "Network error -1.\r\n"},
-           {1208, NetworkError{9, "no %s route", "Acme%d"}, 1,
-            "Acme%d failed with error code9.\r\nno %s route"},
-           {1208, NetworkError{0xFFFFFFFF, long_text, long_text}, 1,
-            cut + " failed with error code-1.\r\n" + cut},
-           {1208, platform::Error{ErrorKind::kNotFound, 61}, 0,
-            "WNetGetLastError failed with error 61."},
-       }) {
+  const test::Rows<DWORD, platform::Result<NetworkError>, int, std::string> rows = {
+      {5, NetworkError{9, "unused", "unused"}, 1, "Network error 5.\r\n"},
+      {0xFFFFFFFF, {}, 1, "Network error -1.\r\n"},
+      {1208, NetworkError{9, "no %s route", "Acme%d"}, 1,
+       "Acme%d failed with error code9.\r\nno %s route"},
+      {1208, NetworkError{0xFFFFFFFF, cut + "x", cut + "x"}, 1,
+       cut + " failed with error code-1.\r\n" + cut},
+      {1208, platform::Error{platform::ErrorKind::kNotFound, 61}, 0,
+       "WNetGetLastError failed with error 61."}};
+  for (const auto& [code, last, result, text] : rows) {
     testing::ScriptedPlatform platform;
     testing::ScriptedPrompts prompts;
     platform.network.last = last;
     EXPECT_EQ(NetworkErrorHandler(code), result) << text;
-    EXPECT_EQ(prompts.shown, (std::vector<ShownBox>{{text, 16, 0}}));
+    EXPECT_EQ(prompts.shown, (std::vector<testing::ShownBox>{{text, 16, 0}}));
   }
 }
 

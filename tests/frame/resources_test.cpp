@@ -23,30 +23,24 @@
 namespace dq {
 namespace {
 
-using testing::ShownBox;
-
 /// Two modules with a string each under the same id; the first is current.
-class Resources : public ::testing::Test {
- protected:
+struct Resources : ::testing::Test {
   Resources() {
     current_.AddString(100, "current %1");
     other_.AddString(100, "other %1 %2 %1");
     AfxSetResourceHandle(&current_);
   }
   ~Resources() override { AfxSetResourceHandle(nullptr); }
-
   testing::ScriptedPlatform platform_;
   testing::ScriptedPrompts prompts_{BUTTON_NO, BUTTON_NO};
-  ResourceModule current_;
-  ResourceModule other_;
+  ResourceModule current_, other_;
 };
 
 TEST_F(Resources, SwitchedOperationsTakeNullForTheCurrentModule) {
   CString text("old"), told;
   for (const auto& [id, module] :
        test::Rows<UINT, HINSTANCE>{{UINT_MAX, &other_}, {100, nullptr}, {101, &other_}}) {
-    told += DQLoadString(text, id, module) != 0 ? "1" : "0";
-    told += text + "|";
+    told += (DQLoadString(text, id, module) != 0 ? "1" : "0") + text + "|";
   }
   DQFormatString1(text, 100, "%2", &other_);
   told += text + "|";
@@ -65,9 +59,10 @@ TEST_F(Resources, BoxesShowTheStringOfTheModule) {
   EXPECT_EQ(DQAfxMessageBox(100, BOX_YES_NO, 12, nullptr), BUTTON_NO);
   EXPECT_EQ(MessageBoxA(&other_, 100, BOX_STOP), BUTTON_NO);
   DQLIB_DoUnderConstructionMessageBox();
-  EXPECT_EQ(prompts_.shown, (std::vector<ShownBox>{{"current %1", 4, 12},
-                                                   {"other %1 %2 %1", 16, 100},
-                                                   {"This Feature is Under Construction.", 0, 0}}));
+  EXPECT_EQ(prompts_.shown,
+            (std::vector<testing::ShownBox>{{"current %1", 4, 12},
+                                            {"other %1 %2 %1", 16, 100},
+                                            {"This Feature is Under Construction.", 0, 0}}));
   prompts_.on_box = [] { throw std::runtime_error("no screen"); };
   EXPECT_THROW(DQAfxMessageBox(100, BOX_OK, 0, &other_), std::runtime_error);
   EXPECT_THROW(MessageBoxA(&other_, 100, BOX_OK), std::runtime_error);
@@ -75,31 +70,29 @@ TEST_F(Resources, BoxesShowTheStringOfTheModule) {
 }
 
 TEST_F(Resources, DirectOperationsTakeNullForTheSystem) {
-  const std::string picture = WriteDib({{1, 1}, {0}});
-  ResourceModule& system = platform_.modules.system;
-  for (const auto& [module, id] : {std::pair<ResourceModule*, WORD>{&system, 7}, {&current_, 8}}) {
+  const std::string picture = WriteDib({{1, 1}, {0}}), with_head = std::string(4, '\0') + picture;
+  for (ResourceModule* const module : {&platform_.modules.system, &current_}) {
+    const WORD id = module == &current_ ? 8 : 7;
     module->AddResource(RESOURCE_BITMAP, id, picture);
-    module->AddResource(RESOURCE_CURSOR, id, std::string(4, '\0') + picture);
-    module->AddResource(RESOURCE_ICON, id, std::string(4, '\0') + picture);
+    for (const WORD type : {RESOURCE_CURSOR, RESOURCE_ICON})
+      module->AddResource(type, id, with_head);
   }
-  for (const auto& [module, id] : {std::pair<HINSTANCE, UINT>{nullptr, 7}, {&current_, 8}}) {
-    for (const UINT each : {7U, 8U}) {
-      CBitmap bitmap;
-      EXPECT_EQ(DQLoadBitmap(bitmap, each, module), each == id);
-      EXPECT_EQ(DQLoadCursor(each, module) != nullptr, each == id);
-      EXPECT_EQ(DQLoadIcon(each, module) != nullptr, each == id);
-    }
+  for (const auto& [module, id, there] : test::Rows<HINSTANCE, UINT, bool>{
+           {nullptr, 7, true}, {nullptr, 8, false}, {&current_, 7, false}, {&current_, 8, true}}) {
+    CBitmap bitmap;
+    EXPECT_EQ(DQLoadBitmap(bitmap, id, module), there);
+    EXPECT_EQ(DQLoadCursor(id, module) != nullptr, there);
+    EXPECT_EQ(DQLoadIcon(id, module) != nullptr, there);
   }
 }
 
 TEST_F(Resources, FindsRecordsByTypeAndLowWord) {
-  constexpr std::pair<HRSRC (*)(HINSTANCE, UINT), WORD> kCases[] = {
-      {DQFindAcceleratorResource, 9}, {DQFindBitmapResource, 2},    {DQFindDialogResource, 5},
-      {DQFindFontResource, 8},        {DQFindFontDirResource, 7},   {DQFindMenuResource, 4},
-      {DQFindRCDataResource, 10},     {DQFindIconResource, 3},      {DQFindGroupIconResource, 14},
-      {DQFindVersionResource, 16},    {DQFindToolbarResource, 241},
-  };
-  for (const auto& [find, type] : kCases) {
+  const test::Rows<HRSRC (*)(HINSTANCE, UINT), WORD> rows = {
+      {DQFindAcceleratorResource, 9}, {DQFindBitmapResource, 2},   {DQFindDialogResource, 5},
+      {DQFindFontResource, 8},        {DQFindFontDirResource, 7},  {DQFindMenuResource, 4},
+      {DQFindRCDataResource, 10},     {DQFindIconResource, 3},     {DQFindGroupIconResource, 14},
+      {DQFindVersionResource, 16},    {DQFindToolbarResource, 241}};
+  for (const auto& [find, type] : rows) {
     platform_.modules.system.AddResource(type, 7, "data");
     const HRSRC found = find(nullptr, 0xABCD0007);
     ASSERT_NE(found, nullptr) << type;
@@ -143,60 +136,53 @@ TEST_F(Resources, MenusAreDirectAndToolBarsAndDialogsAreSwitched) {
   current_.AddResource(RESOURCE_MENU, 3, "item 1 \"a\"\n");
   current_.AddResource(RESOURCE_TOOLBAR, 3, WriteToolBarTemplate({1, 1}, commands));
   CMenu menu;
-  EXPECT_FALSE(DQLoadMenu(menu, 3, nullptr)) << "the system's own has none";
-  EXPECT_TRUE(DQLoadMenu(menu, 3, &current_));
+  EXPECT_TRUE(!DQLoadMenu(menu, 3, nullptr) && DQLoadMenu(menu, 3, &current_));
   CToolBar bar;
-  EXPECT_TRUE(DQLoadToolBar(bar, 3, nullptr));
-  EXPECT_EQ(bar.GetItemID(0), 5U);
+  EXPECT_TRUE(DQLoadToolBar(bar, 3, nullptr) && bar.GetItemID(0) == 5);
   struct RunDialog : CDialog {
     int DoModal() override {
       text.LoadString(100);
       return text == "current %1" ? 7 : throw std::runtime_error("no screen");
     }
     CString text;
-  };
-  RunDialog dialog;
+  } dialog;
   EXPECT_EQ(DQDoModalDialog(dialog, nullptr), 7);
   EXPECT_THROW(DQDoModalDialog(dialog, &other_), std::runtime_error);
   EXPECT_EQ(dialog.text, "other %1 %2 %1");
   EXPECT_EQ(AfxGetResourceHandle(), &current_);
 }
 
+/// How often the library hangs in the chain of modules.
 int CountLinks() {
   int count = 0;
-  for (const auto* link = CDynLinkLibrary::head(); link != nullptr; link = link->next()) ++count;
+  for (const auto* link = CDynLinkLibrary::head(); link != nullptr; link = link->next()) {
+    if (link->resources() == DQLIB_GetInstanceHandle()) ++count;
+  }
   return count;
 }
 
 TEST(Library, EntryPointAttachesAndTakesNothingDown) {
   const HINSTANCE library = &LibraryResources();
-  ASSERT_NE(CDynLinkLibrary::head(), nullptr);
-  EXPECT_EQ(CDynLinkLibrary::head()->resources(), library);
-  for (const auto& [module, reason, result, links, asked] :
-       test::Rows<HINSTANCE, DWORD, int, int, std::vector<HINSTANCE>>{
-           {library, PROCESS_ATTACH, 1, 1, {library}},
-           {nullptr, PROCESS_ATTACH, 0, 0, {nullptr}},
-           {library, THREAD_ATTACH, 1, 0, {}},
-           {library, THREAD_DETACH, 1, 0, {}},
-           {library, PROCESS_DETACH, 1, 0, {library}},
-       }) {
+  EXPECT_EQ(CountLinks(), 1);
+  const test::Rows<HINSTANCE, DWORD, int, int, std::vector<HINSTANCE>> rows = {
+      {library, PROCESS_ATTACH, 1, 2, {library}},
+      {nullptr, PROCESS_ATTACH, 0, 2, {nullptr}},
+      {library, THREAD_ATTACH, 1, 2, {}},
+      {library, THREAD_DETACH, 1, 2, {}},
+      {library, PROCESS_DETACH, 1, 2, {library}}};
+  for (const auto& [module, reason, result, links, asked] : rows) {
     testing::ScriptedPlatform platform;
-    const int before = CountLinks();
     EXPECT_EQ(DQLIB_EntryPoint(module, reason, nullptr), result) << reason;
-    EXPECT_EQ(CountLinks(), before + links) << reason;
+    EXPECT_EQ(CountLinks(), links) << reason;
     EXPECT_EQ(platform.modules.named, asked) << reason;
   }
-  const int before = CountLinks();
   DQLIB_InitializeExtensionDLL();
-  EXPECT_EQ(CountLinks(), before + 1);
-  EXPECT_EQ(DQLIB_GetInstanceHandle(), library);
-  EXPECT_EQ(CDynLinkLibrary::head()->resources(), library);
+  EXPECT_EQ(CountLinks(), 3);
 }
 
 /// The ids of the pictures that an operation gives for the indices 0 to `count` - 1, each followed
 /// by a blank.
-template <typename Get>
-std::string PictureIds(int count, Get get) {
+std::string PictureIds(int count, const std::function<CBitmap*(int)>& get) {
   std::map<const CBitmap*, UINT> ids;
   for (UINT id = 3000; id <= 3222; ++id) {
     ids[CGDIDispenser::g_.GetResourceBitmap(id, DQRESOURCES_GetInstanceHandle())] = id;
@@ -206,7 +192,7 @@ std::string PictureIds(int count, Get get) {
   return list;
 }
 
-TEST(CDQResourceManager, HasTheFamilysPicturesAndFonts) {
+TEST(CDQResourceManager, HasTheFamilysPicturesAndFontsAndMapsObjectTypesToPictures) {
   CDQResourceManager* const manager = CDQResourceManager::GetInstance();
   const std::string pictures = PictureIds(134, [&](int i) { return manager->GetBitmap(i); });
   const std::string alerts = PictureIds(5, [&](int i) { return manager->GetAlertBitmap(i); });
@@ -214,10 +200,6 @@ TEST(CDQResourceManager, HasTheFamilysPicturesAndFonts) {
   EXPECT_EQ(platform::Checksum(pictures + alerts), 0x79B1E734U) << pictures;
   EXPECT_EQ(manager->GetFont(0), CGDIDispenser::g_.GetDefaultFont(FONT_BOLD));
   EXPECT_EQ(manager->GetFont(1), CGDIDispenser::g_.GetDefaultFont(FONT_UNDERLINE));
-}
-
-TEST(CDQResourceManager, MapsObjectTypesToPictures) {
-  CDQResourceManager* const manager = CDQResourceManager::GetInstance();
   EXPECT_EQ(manager->GetObjectBitmap(88), manager->GetBitmap(132));
   std::string indices;
   for (int type = -1; type < 100; ++type) {
@@ -228,16 +210,15 @@ TEST(CDQResourceManager, MapsObjectTypesToPictures) {
 
 TEST(Cleaners, DeleteTheirObjectAndSoDoCopies) {
   struct Counted : CObject {
-    explicit Counted(int& deleted) : deleted_(deleted) {}
-    ~Counted() override { ++deleted_; }
-    int& deleted_;
+    explicit Counted(int& deleted) : count(deleted) {}
+    ~Counted() override { ++count; }
+    int& count;
   };
   int deleted = 0;
   CDQObjCleaner original;
   original.SetObject(new Counted(deleted));
   {
-    CDQObjCleaner copy(original);
-    CDQObjCleaner assigned;
+    CDQObjCleaner copy(original), assigned;
     original.SetObject(new Counted(deleted));
     assigned = original;
     CDQGlobalResourceCleaner<Counted> typed;
@@ -266,17 +247,15 @@ TEST(CGDIDispenser, MakesItsFontsOnce) {
   platform.facts.pixels_per_inch = 120;
   CGDIDispenser dispenser;
   const LOGFONT& stock = *GetStockFont(DQRESOURCES_GetVarStockFont());
-  for (const auto& [style, height, weight, underline, face] :
-       test::Rows<eFontStyle, LONG, LONG, int, std::string>{
-           {FONT_PLAIN, stock.lfHeight, stock.lfWeight, 0, stock.lfFaceName},
-           {FONT_BOLD, stock.lfHeight, 700, 0, stock.lfFaceName},
-           {FONT_UNDERLINE, stock.lfHeight, stock.lfWeight, 1, stock.lfFaceName},
-           {FONT_TITLE, -13, 700, 0, "MS Sans Serif"}}) {
+  using Font = std::tuple<LONG, LONG, int, std::string>;
+  for (const auto& [style, expected] : test::Rows<eFontStyle, Font>{
+           {FONT_PLAIN, {stock.lfHeight, stock.lfWeight, 0, stock.lfFaceName}},
+           {FONT_BOLD, {stock.lfHeight, 700, 0, stock.lfFaceName}},
+           {FONT_UNDERLINE, {stock.lfHeight, stock.lfWeight, 1, stock.lfFaceName}},
+           {FONT_TITLE, {-13, 700, 0, "MS Sans Serif"}}}) {
     CFont* const font = dispenser.GetDefaultFont(style);
     const LOGFONT& made = font->GetLogFont();
-    EXPECT_EQ(std::tuple(made.lfHeight, made.lfWeight, int{made.lfUnderline}),
-              std::tuple(height, weight, underline));
-    EXPECT_EQ(made.lfFaceName, face) << style;
+    EXPECT_EQ(Font(made.lfHeight, made.lfWeight, made.lfUnderline, made.lfFaceName), expected);
     EXPECT_EQ(dispenser.GetDefaultFont(style), font) << style;
   }
   platform.facts.pixels_per_inch = 96;
