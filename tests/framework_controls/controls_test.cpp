@@ -15,9 +15,8 @@
 namespace dq {
 namespace {
 
-using testing::RecordingObserver;
-
 using testing::ControlDialog;
+using testing::RecordingObserver;
 using enum ControlDialog::Id;
 using enum ControlDialog::RowsId;
 
@@ -119,14 +118,9 @@ TEST(Controls, EveryChangeReachesTheObserver) {
 
 const std::vector<int> kEdited = {EN_UPDATE, EN_CHANGE};
 
-/// What a person does to the dialog, whether it is taken, and what the dialog is told.
-const struct PersonRow {
-  int id;
-  bool (*act)(CWnd&);
-  bool taken;
-  std::vector<int> codes;
-  const char* value;
-} kPersonRows[] = {
+/// What a person does to which control, whether it is taken, what the dialog is told, and the
+/// value.
+const test::Rows<int, bool (*)(CWnd&), bool, std::vector<int>, const char*> kPersonRows = {
     {kStatic, [](CWnd& c) { return c.Press() || c.Enter("x"); }, false, {}, ""},
     {kEdit, [](CWnd& c) { return c.Enter("a\nb"); }, true, kEdited, "a\r\nb"},
     {kEdit, [](CWnd& c) { return c.SendMessage(WM_CHAR, 'q') == 0; }, true, kEdited, "q"},
@@ -148,33 +142,27 @@ const struct PersonRow {
     {kCombo, [](CWnd& c) { return c.Enter("two"); }, true, {CBN_EDITCHANGE}, "two"},
     {kCombo, [](CWnd& c) { return c.Enter("Two"); }, true, {CBN_SELCHANGE}, "Two"},
     {kDropList, [](CWnd& c) { return c.Enter("two"); }, true, {CBN_SELCHANGE}, "Two"},
-    {kDropList, [](CWnd& c) { return c.Enter("x"); }, false, {}, ""},
-};
+    {kDropList, [](CWnd& c) { return c.Enter("x"); }, false, {}, ""}};
 
-TEST(Controls, ParentIsToldOfWhatAPersonDoes) {
-  for (const PersonRow& row : kPersonRows) {
-    SCOPED_TRACE(&row - kPersonRows);
+TEST(Controls, ParentIsToldOfWhatAPersonDoesAndMayDestroyTheControlOrTheDialogThen) {
+  int row = 0;
+  for (const auto& [id, act, taken, told, value] : kPersonRows) {
+    SCOPED_TRACE(row++);
     ControlDialog dialog;
-    CWnd& control = *dialog.GetDlgItem(row.id);
-    EXPECT_EQ(row.act(control), row.taken);
+    EXPECT_EQ(act(*dialog.GetDlgItem(id)), taken);
     std::vector<std::pair<int, int>> codes;
-    for (const int code : row.codes) codes.emplace_back(row.id, code);
+    for (const int code : told) codes.emplace_back(id, code);
     EXPECT_EQ(dialog.codes, codes);
-    EXPECT_TRUE(Described(control).ends_with(std::string("=") + row.value)) << Described(control);
-  }
-}
-
-TEST(Controls, HandlerMayDestroyTheControlOrItsDialog) {
-  for (const PersonRow& row : kPersonRows) {
+    EXPECT_THAT(Described(*dialog.GetDlgItem(id)), ::testing::EndsWith(std::string("=") + value));
     for (const bool whole : {false, true}) {
-      ControlDialog dialog;
-      dialog.handler = [&](int id) {
-        if (whole) dialog.DestroyWindow();
-        std::erase_if(dialog.controls,
-                      [&](const auto& control) { return whole || control->GetDlgCtrlID() == id; });
+      ControlDialog ending;
+      ending.handler = [&](int from) {
+        if (whole) ending.DestroyWindow();
+        std::erase_if(ending.controls,
+                      [&](const auto& each) { return whole || each->GetDlgCtrlID() == from; });
       };
-      row.act(*dialog.GetDlgItem(row.id));
-      EXPECT_EQ(dialog.codes.size(), row.codes.empty() ? 0U : 1U) << &row - kPersonRows;
+      act(*ending.GetDlgItem(id));
+      EXPECT_EQ(ending.codes.size(), told.empty() ? 0U : 1U);
     }
   }
 }
@@ -192,34 +180,37 @@ TEST(Controls, RadioButtonTakesTheMarkFromItsGroupOnly) {
 
 TEST(Controls, SpinKeepsTheBuddysNumberInItsRange) {
   ControlDialog dialog;
+  CSpinButtonCtrl& spin = dialog.spin();
   dialog.SetDlgItemInt(kEdit, 30);
-  dialog.spin().SetRange(10, 50);
+  spin.SetRange(10, 50);
   EXPECT_EQ(dialog.GetDlgItemText(kEdit), "30");
-  for (const auto& [position, typed, steps, text] :
-       test::Rows<int, const char*, int, const char*>{{60, nullptr, 0, "50"},
-                                                      {-1, nullptr, 0, "10"},
-                                                      {20, "40", 1, "41"},
-                                                      {20, "99", 1, "21"},
-                                                      {20, "x", -50, "10"}}) {
-    dialog.spin().SetPos(position);
+  // A position, what is typed then, steps, and the text of the buddy.
+  const test::Rows<int, const char*, int, const char*> rows = {
+      {60, nullptr, 0, "50"}, {-1, nullptr, 0, "10"}, {20, "40", 1, "41"},
+      {20, "50", -1, "49"},   {20, "99", 1, "21"},    {20, "x", -50, "10"}};
+  for (const auto& [position, typed, steps, text] : rows) {
+    spin.SetPos(position);
     if (typed != nullptr) dialog.edit().SetWindowText(typed);
-    EXPECT_EQ(dialog.spin().Step(steps), steps != 0);
+    EXPECT_EQ(spin.Step(steps), steps != 0);
     EXPECT_STREQ(dialog.edit().GetWindowText(), text) << position;
   }
-  EXPECT_FALSE(dialog.spin().Step(-1));
-  dialog.spin().SetRange(50, 10);
-  EXPECT_TRUE(dialog.spin().Step(-1));
-  EXPECT_EQ(dialog.spin().GetPos(), 11);
+  EXPECT_FALSE(spin.Step(-1));
+  spin.EnableWindow(false);
+  EXPECT_FALSE(spin.Step(1));
+  spin.EnableWindow();
+  spin.SetRange(50, 10);
+  EXPECT_TRUE(spin.Step(-1) && spin.GetPos() == 11);
   dialog.edit().DestroyWindow();
-  EXPECT_EQ(dialog.spin().SetPos(70), 11);
-  EXPECT_EQ(dialog.spin().GetPos(), 50);
+  EXPECT_EQ(spin.SetPos(70), 11);
+  EXPECT_EQ(spin.GetPos(), 50);
 }
 
 TEST(Controls, ControlThatTakesAPlaceTakesWhatWasThere) {
   ControlDialog dialog;
   dialog.edit().Type("abc\rd");
   dialog.combo().SetCurSel(1);
-  dialog.combo().SetEditSel(1, 2);
+  EXPECT_TRUE(dialog.combo().SetEditSel(1, 2) &&
+              !dialog.Get<CComboBox>(kDropList).SetEditSel(1, 2));
   dialog.marks().SetCheck(2, 1);
   CEdit edit;
   CComboBox combo;
@@ -228,9 +219,12 @@ TEST(Controls, ControlThatTakesAPlaceTakesWhatWasThere) {
   ASSERT_TRUE(edit.SubclassDlgItem(kEdit, &dialog) && combo.SubclassDlgItem(kCombo, &dialog));
   ASSERT_TRUE(marks.SubclassDlgItem(kMarks, &dialog) && other.SubclassDlgItem(kStatic, &dialog));
   EXPECT_TRUE(edit.GetModify() && edit.GetLineCount() == 2 && dialog.spin().GetBuddy() == &edit);
-  EXPECT_EQ(combo.GetCurSel(), 1);
-  EXPECT_EQ(combo.GetEditSel(), 0x20001U);
-  EXPECT_EQ(marks.GetCheck(2) + 10 * other.GetCount(), 1);
+  EXPECT_TRUE(combo.GetCurSel() == 1 && combo.GetEditSel() == 0x20001);
+  EXPECT_TRUE(marks.GetCheck(2) == 1 && other.GetCount() == 0);
+  for (CWnd* child = dialog.GetTopWindow(); child != nullptr; child = dialog.GetTopWindow()) {
+    child->SendMessage(WM_CLOSE);
+    ASSERT_NE(dialog.GetTopWindow(), child) << "each closes";
+  }
 }
 
 TEST(Controls, ComboBoxAnswersWhereItLiesDroppedDown) {
@@ -341,6 +335,7 @@ TEST(DialogExchange, NumbersAreReadAsTheRunTimeReadsThem) {
   EXPECT_EQ(
       Saved<int>({"", "  ", "x", "1 2", "0x1", "-0", "+-1", "-", "\n0", "99999999999999999999x"}),
       "#61712 #61712 #61712 #61712 #61712 #61712 #61712 #61712 #61712 #61712 ");
+  EXPECT_EQ(Saved<int>({"000000000000000000000000000000123"}), "12 ") << "32 characters count";
   EXPECT_EQ(Saved<short>({"32767", "-32768", "32768", "9999999999"}),
             "32767 -32768 #61712 #61712 ");
   EXPECT_EQ(Saved<UINT>({"4294967296", "-1", "-4294967295", "-4294967296", ""}),
@@ -397,10 +392,8 @@ TEST(DialogExchange, ValidationShowsItsBoxOnSavingOnly) {
   }
   EXPECT_THROW(DDV_MaxChars(&save, "abcd", 3), CUserException);
   const testing::ShownBox range{"Please enter an integer between 1 and 5.", BOX_EXCLAMATION, 61714};
-  EXPECT_THAT(prompts.shown,
-              ::testing::ElementsAre(range, range,
-                                     testing::ShownBox{"Please enter no more than 3 characters.",
-                                                       BOX_EXCLAMATION, 61716}));
+  const testing::ShownBox size{"Please enter no more than 3 characters.", BOX_EXCLAMATION, 61716};
+  EXPECT_THAT(prompts.shown, ::testing::ElementsAre(range, range, size));
 }
 
 TEST(DialogExchange, ControlThatIsNotThereOrOfAnotherKindIsRefused) {
@@ -460,17 +453,11 @@ TEST(RowStore, PersonNamesRowsByOneLineEachAndEqualOnesOneAfterTheOther) {
   for (int i = 0; i < 20; ++i) store.Insert(store.size(), store.Text(1));
   for (int i = 0; i < 20; ++i) store.Erase(5);
   EXPECT_EQ(store.FindExact(1, "b"), 1) << "they are all gone";
-  for (const auto& [lines, marks] : test::Rows<const char*, const char*>{{"", "....."},
-                                                                         {"a", "x...."},
-                                                                         {"A\na", "x.x.."},
-                                                                         {"a\r\nA\na", "x.x.x"},
-                                                                         {"a\na\na\na", "x.x.x"},
-                                                                         {"1\na", "x.x.."},
-                                                                         {"2\nb", ".x.x."},
-                                                                         {"5", "....x"},
-                                                                         {"6", ""},
-                                                                         {"0", ""},
-                                                                         {"a\nc", ""}}) {
+  const test::Rows<std::string_view, const char*> rows = {
+      {"", "....."},           {"a", "x...."},    {"A\na", "x.x.."}, {"a\r\nA\na", "x.x.x"},
+      {"a\na\na\na", "x.x.x"}, {"1\na", "x.x.."}, {"2\nb", ".x.x."}, {"5", "....x"},
+      {{"34", 1}, "..x.."},    {"6", ""},         {"0", ""},         {"a\nc", ""}};
+  for (const auto& [lines, marks] : rows) {
     std::vector<bool> named;
     std::string got;
     if (store.FindAllNamed(lines, named)) {
