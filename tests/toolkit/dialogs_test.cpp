@@ -2,8 +2,10 @@
 #include "dqlib/framework/base/resource_module.h"
 #include "dqlib/framework/controls/dialog_exchange.h"
 #include "dqlib/resources/library.h"
+#include "dqlib/toolkit/library_options_dialog.h"
 #include "dqlib/toolkit/option_lists.h"
-#include "dqlib/toolkit/sft_tabs_dialog.h"
+#include "dqlib/toolkit/tool_tip_combo_box.h"
+#include "tests/framework_controls/control_dialog.h"
 #include "tests/support/main_window.h"
 #include "tests/support/memory_registry.h"
 #include "tests/support/own_service.h"
@@ -14,30 +16,28 @@
 namespace dq {
 namespace {
 
+using View = platform::DialogView;
+
 /// A module of the test's, current and in the chain for the test: dialog 3000 with tabs, 3001 to
 /// 3003 as pages.
-class Dialogs : public ::testing::Test {
- protected:
-  Dialogs() : former_(AfxGetResourceHandle()) {
+struct Dialogs : ::testing::Test {
+  Dialogs() {
     AddDialog(3000,
               "caption \"Sheet\"\nsize 300 200\nclass \"TabStrip\" 2900 \"\" 0 0 90 200\n"
               "text 2901 \"\" 100 5 190 150 hidden\ndefbutton 1 \"OK\" 0 180 50 14\n");
     for (const WORD id : {WORD{3001}, WORD{3002}, WORD{3003}}) {
       AddDialog(id, "size 190 150\nedit 10 \"\" 0 0 50 14\nbutton 2 \"Cancel\" 0 20 50 14\n");
     }
-    AfxSetResourceHandle(&module_);
+    AfxSetResourceHandle(&module);
   }
-  ~Dialogs() override { AfxSetResourceHandle(former_); }
+  ~Dialogs() override { AfxSetResourceHandle(former); }
+  void AddDialog(WORD id, const char* text) { module.AddResource(RESOURCE_DIALOG, id, text); }
 
-  void AddDialog(WORD id, const char* text) { module_.AddResource(RESOURCE_DIALOG, id, text); }
-
-  ResourceModule module_;
-  CDynLinkLibrary link_{&module_};
-  testing::MainWindow main_;
-  testing::ScriptedPrompts prompts_;
-
- private:
-  HINSTANCE former_;
+  const HINSTANCE former = AfxGetResourceHandle();
+  ResourceModule module;
+  CDynLinkLibrary link{&module};
+  testing::MainWindow main;
+  testing::ScriptedPrompts prompts;
 };
 
 /// Writes what it is shown (+), asked (?) and told (! or x).
@@ -76,14 +76,12 @@ TEST_F(Dialogs, OkAsksEachPageInOrderAndStaysAtTheFirstThatRefusesThenTellsEach)
   sheet.EnableTab(1, false);
   EXPECT_FALSE(sheet.SetActivePage(1));
   b.closes = false;
-  prompts_.on_dialog = [&](platform::DialogView& view) {
+  prompts.on_dialog = [&](View& view) {
     EXPECT_EQ(sheet.AddPage(a), -1);
     EXPECT_EQ(a.GetPlace(), (CRect{100, 5, 290, 155})) << "where the control lies";
-    EXPECT_FALSE(view.Enter(2900, "off"));
-    EXPECT_TRUE(view.Enter(2900, "c"));
+    EXPECT_TRUE(!view.Enter(2900, "off") && view.Enter(2900, "c"));
     took("a+ a? c+ ");
-    EXPECT_TRUE(view.Press(IDOK));
-    ASSERT_TRUE(view.IsOpen());
+    ASSERT_TRUE(view.Press(IDOK) && view.IsOpen());
     took("a? b? b+ ");
     EXPECT_TRUE(b.IsShown() && !c.IsShown() && !a.IsShown());
     EXPECT_FALSE(view.Enter(2900, "a")) << "it can't be left";
@@ -93,7 +91,7 @@ TEST_F(Dialogs, OkAsksEachPageInOrderAndStaysAtTheFirstThatRefusesThenTellsEach)
   };
   EXPECT_EQ(sheet.DoModal(), IDOK);
   took("a? b? c? a! b! c! ");
-  prompts_.on_dialog = [](platform::DialogView& view) {
+  prompts.on_dialog = [](View& view) {
     EXPECT_TRUE(view.Press(IDCANCEL)) << "of the page, which is the dialog's";
   };
   EXPECT_EQ(sheet.DoModal(), IDCANCEL);
@@ -109,7 +107,7 @@ TEST_F(Dialogs, PagesMayGoOrEndTheDialogWhileTheyAreAsked) {
     sheet.AddPage(first);
     sheet.AddPage(*last);
     first.on_ask = [&] { whole ? static_cast<void>(sheet.DestroyWindow()) : last.reset(); };
-    prompts_.on_dialog = [&](platform::DialogView& view) {
+    prompts.on_dialog = [&](View& view) {
       EXPECT_FALSE(view.Enter(2900, "last"));
       EXPECT_EQ(view.IsOpen(), !whole);
       if (!whole) view.Press(IDOK);
@@ -125,12 +123,10 @@ TEST_F(Dialogs, PageThatRefusesHasTheFocusOnWhatIsWrong) {
   CDQSftTabsDialog sheet(3000);
   sheet.AddPage(first);
   sheet.AddPage(second);
-  prompts_.on_dialog = [&](platform::DialogView& view) {
-    EXPECT_TRUE(view.Enter(2900, "2"));
-    EXPECT_TRUE(view.Enter(2900, "1"));
+  prompts.on_dialog = [&](View& view) {
+    EXPECT_TRUE(view.Enter(2900, "2") && view.Enter(2900, "1"));
     second.SetDlgItemText(10, "x");
-    EXPECT_TRUE(view.Press(IDOK));
-    ASSERT_TRUE(view.IsOpen());
+    ASSERT_TRUE(view.Press(IDOK) && view.IsOpen());
     EXPECT_EQ(CWnd::GetFocus(), second.GetDlgItem(10));
   };
   EXPECT_EQ(sheet.DoModal(), IDCANCEL);
@@ -156,7 +152,7 @@ TEST_F(Dialogs, CollectionShowsOneChildAndMovesItsValuesOnly) {
   EXPECT_EQ(second.number, 8);
   all.Show(0);
   EXPECT_FALSE(all.UpdateData(true));
-  EXPECT_EQ(prompts_.shown.size(), 1U);
+  EXPECT_EQ(prompts.shown.size(), 1U);
   EXPECT_TRUE(all.UpdateData(false));
   EXPECT_EQ(first.GetDlgItemText(10) + second.GetDlgItemText(10), "18");
   all.Enable(false);
@@ -180,33 +176,56 @@ TEST_F(Dialogs, NamedModuleIsSearchedFirstAndLeftWhenTheRunThrows) {
     bool throws = true;
   } dialog;
   EXPECT_THROW(DQDoModalDialog(dialog, &named), std::runtime_error);
-  EXPECT_EQ(dialog.opened_with, &named);
-  EXPECT_EQ(AfxGetResourceHandle(), &module_);
-  EXPECT_TRUE(main_.IsWindowEnabled());
+  EXPECT_TRUE(dialog.opened_with == &named && AfxGetResourceHandle() == &module);
+  EXPECT_TRUE(main.IsWindowEnabled());
   dialog.throws = false;
   EXPECT_EQ(DQDoModalDialog(dialog, &named), IDCANCEL);
   EXPECT_EQ(DQDoModalDialog(dialog, nullptr), IDCANCEL);
   EXPECT_EQ(dialog.opened_with, DQLIB_GetInstanceHandle());
-  EXPECT_EQ(prompts_.dialogs, (std::vector<std::string>{"Named", "Sheet"}));
+  EXPECT_EQ(prompts.dialogs, (std::vector<std::string>{"Named", "Sheet"}));
 }
 
-TEST_F(Dialogs, OptionListsKeepMarksOfAllTheirArrays) {
+TEST_F(Dialogs, RowsOfAComboBoxThatTakesAPlaceHaveNoTips) {
+  testing::ControlDialog dialog;
+  CToolTipComboBox combo;
+  combo.AddString("own", "tip");
+  ASSERT_TRUE(combo.SubclassDlgItem(testing::ControlDialog::kCombo, &dialog));
+  EXPECT_EQ(combo.InsertString(1, "new", "its own"), 1);
+  std::string rows;
+  for (int at = -1; at < 5; ++at) rows += combo.GetLBText(at) + "=" + combo.GetItemTip(at) + " ";
+  EXPECT_EQ(rows, "= One= new=its own Two= Three= = ");
+}
+
+/// The options server with an options file of its own, and some of the library's options.
+struct Options : Dialogs {
+  Options() {
+    directory.Put("own.dqo",
+                  "dqoptions 1\noption 10 bool a\nlabel \"A flag\"\ndefault 1\n"
+                  "option 11 int n\nlabel \"l\"\ndefault 3\n"
+                  "option 12 bool b\nlabel \"Another\"\ndefault 0\n"
+                  "option 13 bool c\nlabel \"Third\"\ndefault 0\n");
+    directory.Put(
+        "DQLib.dqo",
+        "dqoptions 1\noption 50391 int page\nlabel \"Page\"\ndefault 1\n"
+        "option 50183 int t\nlabel \"A label that is as long as a line may be\"\ndefault 4\n"
+        "option 50198 int p\nlabel \"A label that is as long as a line may be,\"\ndefault 2\n"
+        "option 50180 bool f\nlabel \"Flag\"\ndefault 1\n"
+        "option 50203 bool g\nlabel \"Last\"\ndefault 0\n"
+        "option 50241 int k\nlabel \"\"\ndefault 1\n");
+    server.SetOptionsDirectories({directory.path().c_str()});
+    EXPECT_TRUE(server.AddOptions("own.dqo", 1, 100, true, false));
+  }
+  ~Options() override { server.RemoveOptions("own.dqo", 1, 100); }
   test::MemoryRegistry registry;
-  const platform::ScopedPlatform scope(test::With(&platform::Platform::registry, &registry));
+  const platform::ScopedPlatform scope{test::With(&platform::Platform::registry, &registry)};
   test::TempDirectory directory;
-  directory.Put("own.dqo",
-                "dqoptions 1\noption 10 bool a\nlabel \"A flag\"\ndefault 1\n"
-                "option 11 int n\nlabel \"l\"\ndefault 3\n"
-                "option 12 bool b\nlabel \"Another\"\ndefault 0\n"
-                "option 13 bool c\nlabel \"Third\"\ndefault 0\n");
-  directory.Put("DQLib.dqo", "dqoptions 1\n");
   CDQOptionsServer& server = *CDQOptionsServer::GetObject();
-  server.SetOptionsDirectories({directory.path().c_str()});
-  ASSERT_TRUE(server.AddOptions("own.dqo", 1, 100, true, false));
-  module_.AddString(500, "General");
-  module_.AddString(501, "More");
-  const UINT general[] = {10, 11, 99, 12};
-  const UINT more[] = {13};
+};
+
+TEST_F(Options, ListsKeepMarksOfAllTheirArrays) {
+  module.AddString(500, "General");
+  module.AddString(501, "More");
+  const UINT general[] = {10, 11, 99, 12}, more[] = {13};
   CComboBox combo(ComboStyle{.list_only = true});
   CDQOptionChecklist list;
   EXPECT_TRUE(list.SaveOptions()) << "nothing is shown";
@@ -216,9 +235,8 @@ TEST_F(Dialogs, OptionListsKeepMarksOfAllTheirArrays) {
   lists.AddList(501, more);
   lists.SetControls(combo, list);
   EXPECT_STREQ(combo.GetWindowText(), "General");
-  ASSERT_EQ(list.GetCount(), 2) << "the flags that there are";
   EXPECT_STREQ(list.GetText(0), "A flag");
-  EXPECT_TRUE(list.GetCheck(0) == 1 && list.GetCheck(1) == 0);
+  EXPECT_TRUE(list.GetCount() == 2 && list.GetCheck(0) == 1 && list.GetCheck(1) == 0);
   list.SetCheck(0, 0);
   const auto choose = [&](int index) {
     combo.SetCurSel(index);
@@ -241,6 +259,41 @@ TEST_F(Dialogs, OptionListsKeepMarksOfAllTheirArrays) {
   server.RemoveOptions("own.dqo", 1, 100);
   list.SetCheck(0, 1);
   EXPECT_FALSE(list.SaveOptions()) << "the options are gone";
+}
+
+TEST_F(Options, DialogShowsThemOnPagesAndOpensWithTheLastOne) {
+  EXPECT_EQ(CDQOptionsDlg(64999, 50391).DoModal(), -1);
+  EXPECT_TRUE(main.messages.empty());
+  CDQLibraryOptionsDlg dialog;
+  std::string shown;
+  const auto show = [&](View& view) {
+    for (const platform::DialogControl& each : view.Controls()) {
+      if (each.id == 2900) shown += each.value + "\n";
+      if (each.id < 50000 || !each.visible) continue;
+      const CRect at = dialog.GetPage(dialog.GetActivePage())->GetDlgItem(each.id)->GetPlace();
+      std::ostringstream line;
+      line << each.id << ' ' << at.left << ' ' << at.top << ' ' << at.right << ' ' << at.bottom
+           << ' ' << each.label << '=' << each.value << (each.editable ? " editable" : "");
+      for (const std::string& item : each.items) line << '|' << item;
+      shown += line.str() + "\n";
+    }
+  };
+  prompts.on_dialog = [&](View& view) {
+    show(view);
+    EXPECT_TRUE(view.Enter(2900, "Editor"));
+    show(view);
+    EXPECT_TRUE(view.Enter(50183, "7") && view.Press(IDOK));
+  };
+  EXPECT_EQ(dialog.DoModal(), IDOK);
+  EXPECT_EQ(shown,
+            "SQL Formatter\n50241 238 8 398 98 =Upper case|As written|Upper case|Lower case\n"
+            "Editor\n50180 8 8 398 22 Flag=1\n"
+            "50183 238 30 398 44 A label that is as long as a line may be=4 editable\n"
+            "50198 238 52 398 142 A label that is as long as a line may be,=Ask|Save it "
+            "first|Discard it|Ask\n"
+            "50203 8 88 398 102 Last=0\n");
+  EXPECT_EQ(server.GetInt(50391) * 10 + server.GetInt(50183), 7);
+  EXPECT_EQ(main.messages.at(0).message, 33796U);
 }
 
 }  // namespace

@@ -98,12 +98,11 @@ TEST(FlexConstraintList, ControlsAndTheirChildrenAreErasedAndMinimisedHostsLeftA
   EXPECT_EQ(host.controls[2].GetPlace(), kDesign);
   host.SendMessage(WM_SIZE, SIZE_RESTORED, MakeLParam(130, 150));
   EXPECT_EQ(host.controls[2].GetPlace(), kMoved);
-  for (const CWnd* window : {&host.controls[2], &host.inner}) {
+  for (const CWnd* window : std::initializer_list<CWnd*>{&host.controls[2], &host.inner, &host}) {
     EXPECT_EQ(window->GetUpdateRect(&erase), window->GetClientRect());
     EXPECT_TRUE(erase);
   }
   EXPECT_TRUE(host.controls[0].GetUpdateRect().IsRectEmpty());
-  EXPECT_EQ(host.GetUpdateRect(&erase), host.GetClientRect());
   MINMAXINFO info{};
   host.SendMessage(WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&info));
   EXPECT_EQ(info.ptMinTrackSize, (CPoint{100, 100}));
@@ -169,15 +168,10 @@ TEST(FlexDialog, AppliesToItsSubjectWhenTheControlsAgree) {
     EXPECT_EQ(dialog.GetDlgItem(20)->GetPlace(), (CRect{10, 10, 160, 30}));
     EXPECT_FALSE(view.Press(ID_APPLY_NOW)) << "nothing to apply yet";
     dialog.SetModified();
-    view.Enter(20, "bad");
-    EXPECT_TRUE(view.Press(ID_APPLY_NOW));
-    view.Press(IDOK);
-    EXPECT_TRUE(view.IsOpen() && dialog.IsModified());
-    EXPECT_EQ(subject, 0);
-    view.Enter(20, "good");
-    EXPECT_TRUE(view.Press(ID_APPLY_NOW));
-    EXPECT_TRUE(dialog.modified && !dialog.IsModified());
-    EXPECT_EQ(subject, 1);
+    EXPECT_TRUE(view.Enter(20, "bad") && view.Press(ID_APPLY_NOW) && view.Press(IDOK));
+    EXPECT_TRUE(view.IsOpen() && dialog.IsModified() && subject == 0);
+    EXPECT_TRUE(view.Enter(20, "good") && view.Press(ID_APPLY_NOW));
+    EXPECT_TRUE(dialog.modified && !dialog.IsModified() && subject == 1);
     view.Press(IDOK);
   };
   EXPECT_EQ(dialog.DoModal(), IDOK);
@@ -196,11 +190,15 @@ TEST(FlexMdiChildWnd, IsNoSmallerThanItsViewWithTheFrameAround) {
   view.AddFlexConstraint(1, NSFlexShiftRight, NSFlexShiftDown);
   ASSERT_TRUE(view.Create(&child, CNSFlexMDIChildWnd::kViewId, &document));
   view.OnInitialUpdate();
+  Control own;
+  own.CreateWnd({.class_name = "Edit", .place = {1, 2, 3, 4}, .parent = &child, .id = 77});
+  child.AddFlexConstraint(77, NSFlexShiftRight, NSFlexShiftDown);
   MINMAXINFO info{};
   child.SendMessage(WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&info));
   EXPECT_EQ(info.ptMinTrackSize, (CPoint{308, 230}));
   child.MoveWindow(0, 0, 318, 250);
   EXPECT_EQ(view.GetPlace(), (CRect{0, 0, 310, 220}));
+  EXPECT_EQ(own.GetPlace(), (CRect{11, 22, 13, 24}));
   EXPECT_EQ(view.GetDlgItem(1)->GetPlace(), (CRect{20, 70, 70, 90}));
   EXPECT_EQ(CNSFlexMDIChildWnd::SetMinTrackSizeMessage(),
             RegisterWindowMessage("cnsflexmdichildwnd::setmintracksize"));
@@ -231,97 +229,91 @@ struct Page : CNSFlexPropertyPage {
 TEST(FlexPropertySheet, AsksItsPagesInOrderAndStaysAtTheFirstThatRefuses) {
   testing::ScriptedPrompts prompts;
   std::string log;
-  Page a("a", log);
-  Page b("b", log);
-  Page c("c", log);
+  Page a("a", log), b("b", log), c("c", log);
   struct Sheet : CNSFlexPropertySheet {
     using CNSFlexPropertySheet::CNSFlexPropertySheet;
     void OnApplyChanges(void* subject) override { *static_cast<std::string*>(subject) += "S "; }
+    BOOL OnInitDialog() override {
+      MoveWindow(0, 0, 400, 300);  // before the pages are there
+      return CNSFlexPropertySheet::OnInitDialog();
+    }
   } sheet("Sheet");
+  sheet.AddFlexConstraint(IDCANCEL, NSFlexHorizontallyFixed, NSFlexVerticallyFixed);
   for (Page* page : {&a, &b, &c}) ASSERT_TRUE(sheet.AddPage(page));
   EXPECT_FALSE(sheet.AddPage(&a));
   sheet.SetSubject(&log);
   a.refuses = "+ ";
-  const auto took = [&log](const char* expected) { EXPECT_EQ(std::exchange(log, {}), expected); };
+  // What the pages were asked, and which is active then.
+  const auto took = [&](const std::string& expected) {
+    const CPropertyPage* const active = sheet.GetActivePage();
+    log += active == nullptr ? "" : static_cast<const Page*>(active)->name;
+    EXPECT_EQ(std::exchange(log, {}), expected);
+  };
   prompts.on_dialog = [&](platform::DialogView& view) {
-    took("a+ b+ ");
-    EXPECT_EQ(sheet.GetActivePage(), &b) << "a page that refuses leaves the place to the next";
+    took("a+ b+ b");  // a page that refuses leaves the place to the next
     a.refuses.clear();
-    EXPECT_TRUE(view.Enter(CPropertySheet::kTabControlId, "1"));
-    took("b- a+ ");
-    EXPECT_FALSE(b.IsShown());
+    EXPECT_TRUE(view.Enter(CPropertySheet::kTabControlId, "1") && !b.IsShown());
+    took("b- a+ a");
     a.refuses = "- ";
     EXPECT_TRUE(view.Enter(CPropertySheet::kTabControlId, "b"));
     EXPECT_FALSE(view.Enter(CPropertySheet::kTabControlId, "4"));
-    took("a- ");
-    EXPECT_EQ(sheet.GetActivePage(), &a);
+    took("a- a");
     a.refuses.clear();
     b.refuses = "! ";
-    view.Press(IDOK);
-    took("a- a! b! b+ ");
-    EXPECT_TRUE(view.IsOpen());
-    EXPECT_EQ(sheet.GetActivePage(), &b);
+    EXPECT_TRUE(view.Press(IDOK) && view.IsOpen());
+    took("a- a! b! b+ b");
     b.refuses.clear();
     c.SetModified();
-    view.Press(ID_APPLY_NOW);
-    took("b- a! b! S b+ ");
-    EXPECT_FALSE(c.IsModified() || view.Press(ID_APPLY_NOW));
-    const CRect before = b.GetDlgItem(20)->GetPlace();
-    const CRect button = sheet.GetDlgItem(IDOK)->GetPlace();
-    const CSize size = sheet.GetWindowRect().Size();
-    sheet.MoveWindow(0, 0, size.cx + 30, size.cy + 40);
-    EXPECT_EQ(b.GetDlgItem(20)->GetPlace().Size(),
-              (CSize{before.Width() + 30, before.Height() + 40}));
-    EXPECT_EQ(sheet.GetDlgItem(IDOK)->GetPlace().left, button.left + 30);
-    const CRect client = sheet.GetClientRect();
-    EXPECT_EQ(sheet.GetSizeGripRect(),
-              (CRect{client.right - 16, client.bottom - 16, client.right, client.bottom}));
+    EXPECT_TRUE(view.Press(ID_APPLY_NOW) && !c.IsModified() && !view.Press(ID_APPLY_NOW));
+    took("b- a! b! S b+ b");
+    const auto place = [&](CWnd& of, int id) { return of.GetDlgItem(id)->GetPlace(); };
+    sheet.MoveWindow(0, 0, 430, 340);
+    EXPECT_EQ(place(b, 20), (CRect{10, 10, 220, 101}));
+    EXPECT_EQ(place(sheet, IDOK), (CRect{107, 280, 182, 303}));
+    EXPECT_EQ(place(sheet, IDCANCEL), (CRect{158, 240, 233, 263})) << "by a constraint of its own";
+    EXPECT_EQ(sheet.GetSizeGripRect(), (CRect{414, 324, 430, 340}));
     sheet.ShowWindow(SW_SHOWMAXIMIZED);
     EXPECT_TRUE(sheet.GetSizeGripRect().IsRectEmpty());
     view.Press(IDOK);
   };
   EXPECT_EQ(sheet.DoModal(), IDOK);
-  took("b- a! b! S ");
+  took("b- a! b! S b");
   EXPECT_EQ(CPropertySheet("none").DoModal(), -1);
 }
 
 TEST(FlexPropertySheet, PagesMayDropThemselvesAndCountAsModifiedUntilThen) {
   testing::ScriptedPrompts prompts;
   // What the second of three pages goes at and refuses, the button, and who is told what.
-  const struct {
-    std::string goes_at;
-    const char* refuses;
-    int button;
-    const char* told;
-  } rows[] = {{"! ", "", IDOK, "c- a! b! c! "},
-              {"! ", "! ", IDOK, "c- a! b! ax cx "},
-              {"x ", "", IDCANCEL, "ax bx cx "},
-              {"+ ", "", IDCANCEL, "c- b+ c+ ax cx "},
-              {"- ", "", IDOK, "c- b+ b- c+ c- a! c! "}};
-  for (const auto& row : rows) {
+  const test::Rows<std::string, const char*, int, const char*> rows = {
+      {"! ", "", IDOK, "c- a! b! c! "},
+      {"! ", "! ", IDOK, "c- a! b! ax cx "},
+      {"x ", "", IDCANCEL, "ax bx cx "},
+      {"+ ", "", IDCANCEL, "c- b+ c+ ax cx "},
+      {"- ", "", IDOK, "c- b+ b- c+ c- a! c! "}};
+  for (const auto& [goes_at, refuses, button, told] : rows) {
     std::string log;
     auto* const a = new Page("a", log);
     auto* const b = new Page("b", log);
     Page c("c", log);
     CPropertySheet sheet("Sheet", nullptr, 0);
     for (Page* page : {a, b, &c}) ASSERT_TRUE(sheet.AddPage(page));
-    prompts.on_dialog = [&](platform::DialogView& view) {
+    prompts.on_dialog = [&, goes = goes_at, refuses = refuses,
+                         button = button](platform::DialogView& view) {
       for (const int page : {1, 2}) sheet.SetActivePage(page);
       log.clear();
       EXPECT_FALSE(sheet.GetDlgItem(ID_APPLY_NOW)->IsWindowEnabled());
       for (const BOOL modified : {1, 1, 0, 1}) b->SetModified(modified);
-      b->goes_at = row.goes_at;
-      b->refuses = row.refuses;
-      if (row.goes_at == "+ " || row.goes_at == "- ") sheet.SetActivePage(1);
-      if (row.goes_at == "- ") sheet.SetActivePage(2);
+      b->goes_at = goes_at;
+      b->refuses = refuses;
+      if (goes_at == "+ " || goes_at == "- ") sheet.SetActivePage(1);
+      if (goes_at == "- ") sheet.SetActivePage(2);
       EXPECT_EQ(sheet.IsModified(), sheet.GetPageCount() == 3);
       EXPECT_EQ(sheet.GetDlgItem(ID_APPLY_NOW)->IsWindowEnabled(), sheet.GetPageCount() == 3);
-      view.Press(row.button);
+      view.Press(button);
     };
     sheet.DoModal();
-    EXPECT_EQ(log, row.told) << row.goes_at << row.refuses;
-    EXPECT_EQ(sheet.GetPageCount(), 2);
-    EXPECT_FALSE(sheet.IsModified());
+    EXPECT_EQ(log, told) << goes_at << refuses;
+    EXPECT_TRUE(sheet.GetPageCount() == 2 && sheet.GetPage(0) == a && !sheet.IsModified());
     delete a;
   }
 }
@@ -335,16 +327,17 @@ TEST(FlexPropertySheetView, ShowsADocumentOnItsPages) {
   auto page = std::make_unique<Page>("p", log);
   CNSFlexPropertySheetView view;
   view.GetSheet().AddPage(page.get());
-  ASSERT_TRUE(view.Create(&frame, {0, 0, 10, 10}, 1, &document));
+  ASSERT_TRUE(view.Create(&frame, {5, 7, 15, 17}, 1, &document));
+  view.SetFrameWidths({1, 2, 3, 4});
   EXPECT_EQ(page->GetView(), nullptr);
   view.OnInitialUpdate();
-  EXPECT_EQ(page->GetView(), &view);
-  EXPECT_EQ(page->GetDocument(), &document);
+  EXPECT_TRUE(page->GetView() == &view && page->GetDocument() == &document);
+  EXPECT_EQ(view.GetPlace(), (CRect{5, 7, 329, 253})) << "as large as its page wants it";
   document.UpdateAllViews(nullptr, 7);
   document.UpdateAllViews(&view, 8);
   EXPECT_EQ(log, "p+ p0p7");
   view.MoveWindow(5, 5, 600, 400);
-  EXPECT_EQ(view.GetSizeGripRect(), (CRect{584, 384, 600, 400}));
+  EXPECT_EQ(view.GetSizeGripRect(), (CRect{580, 378, 596, 394}));
   page.reset();
   EXPECT_EQ(view.GetSheet().GetPageCount(), 0);
   view.MoveWindow(5, 5, 700, 400);
