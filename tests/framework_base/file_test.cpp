@@ -1,12 +1,19 @@
 #include "dqlib/framework/base/file.h"
 
+#include "dqlib/framework/base/archive.h"
+#include "dqlib/framework/base/map_string_to_ob.h"
+#include "tests/support/serial_node.h"
 #include "tests/support/temp_directory.h"
 #include "tests/support/testing.h"
 
 namespace dq {
 namespace {
 
+using test::SerialNode;
 using test::TempDirectory;
+using namespace std::string_literals;
+using namespace std::string_view_literals;
+using Failure = CArchiveException;
 
 /// The cause of what `operation` throws, `none` if it doesn't.
 int CauseOf(const std::function<void()>& operation) try {
@@ -98,6 +105,187 @@ TEST(StdioFile, ReadsAndWritesMixAtOnePosition) {
     EXPECT_EQ(file.GetLength(), 18);
   }
   EXPECT_EQ(directory.Get("f"), "one\n2wo\nthree\nfour") << "what is dropped unclosed is written";
+}
+
+/// What `write(archive)` stores.
+std::string Stored(const std::function<void(CArchive&)>& write) {
+  CMemFile file;
+  CArchive archive(&file, CArchive::store);
+  write(archive);
+  archive.Close();
+  std::string bytes(static_cast<std::size_t>(file.GetLength()), '\0');
+  file.SeekToBegin();
+  file.Read(bytes.data(), static_cast<UINT>(bytes.size()));
+  return bytes;
+}
+
+/// Runs `read(archive)` on a stream, all of which it takes; the cause of what that throws, `none`
+/// if it doesn't.
+int Load(std::string_view stream, const std::function<void(CArchive&)>& read) try {
+  CMemFile file;
+  file.Write(stream.data(), static_cast<UINT>(stream.size()));
+  file.SeekToBegin();
+  CArchive archive(&file, CArchive::load);
+  read(archive);
+  EXPECT_EQ(archive.Remaining(), 0u);
+  return Failure::none;
+} catch (const Failure& error) {
+  return error.m_cause;
+}
+
+/// Loads any objects.
+int LoadObjects(std::string_view stream, const CRuntimeClass* expected = nullptr) {
+  return Load(stream, [&](CArchive& archive) {
+    std::vector<std::unique_ptr<CObject>> owners;
+    while (archive.Remaining() > 0) SerialNode::Read(archive, expected, owners.emplace_back());
+  });
+}
+
+/// "SerialNode" as a new class with schema 3, and a node without anything in it.
+const std::string kNewClass("\xFF\xFF\3\0\x0A\0SerialNode", 16);
+const std::string kEmptyNode("\0\0\0\0\0\0\0\0\0", 9);
+
+TEST(Archive, SerialClassesHaveAReadingOperator) {
+  SerialNode* node = nullptr;
+  CMapStringToOb* other = nullptr;
+  Load(kNewClass + kEmptyNode + "\0\0"s, [&](CArchive& archive) {
+    archive >> node;
+    const std::unique_ptr<SerialNode> owner(node);
+    archive >> node;
+    EXPECT_TRUE(owner && !node) << "an object, and one that is none";
+  });
+  EXPECT_EQ(Load(kNewClass + kEmptyNode, [&](CArchive& archive) { archive >> other; }),
+            Failure::badClass);
+}
+
+TEST(Archive, ValuesAreLittleEndianByteForByte) {
+  static constexpr std::int64_t kWide = -0x0102030405060708;
+  const std::string stream = Stored([](CArchive& archive) {
+    archive << BYTE{0x81} << WORD{0x8102} << LONG{-2} << DWORD{0x81020304} << kWide << 1.5F << -2.0
+            << CString("a\0b"sv);
+  });
+  EXPECT_EQ(stream,
+            "\x81\x02\x81\xFE\xFF\xFF\xFF\x04\x03\x02\x81\xF8\xF8\xF9\xFA\xFB\xFC\xFD\xFE"
+            "\0\0\xC0\x3F\0\0\0\0\0\0\0\xC0\x03"
+            "a\0b"sv);
+  std::tuple<BYTE, WORD, LONG, DWORD, std::int64_t, float, double, CString> read;
+  Load(stream, [&](CArchive& archive) {
+    std::apply([&](auto&... value) { (archive >> ... >> value); }, read);
+  });
+  EXPECT_EQ(read, std::tuple(0x81, 0x8102, -2, 0x81020304, kWide, 1.5F, -2.0, CString("a\0b"sv)));
+}
+
+TEST(Archive, LengthsAndCountsGrowAtTheirLimits) {
+  for (const auto& [size, text_head, count_head] :
+       {std::tuple(0u, "\0"sv, "\0\0"sv),
+        {254u, "\xFE"sv, "\xFE\0"sv},
+        {255u, "\xFF\xFF\0"sv, "\xFF\0"sv},
+        {0xFFFDu, "\xFF\xFD\xFF"sv, "\xFD\xFF"sv},
+        {0xFFFEu, "\xFF\xFF\xFF\xFE\xFF\0\0"sv, "\xFE\xFF"sv},
+        {0xFFFFu, "\xFF\xFF\xFF\xFF\xFF\0\0"sv, "\xFF\xFF\xFF\xFF\0\0"sv},
+        {0x10000u, "\xFF\xFF\xFF\0\0\1\0"sv, "\xFF\xFF\0\0\1\0"sv}}) {
+    const std::string text(size, 'x');
+    const std::string stored = Stored([&text](CArchive& archive) {
+      archive << CString(text);
+      archive.WriteCount(static_cast<DWORD>(text.size()));
+    });
+    EXPECT_EQ(stored, std::string(text_head) + text + std::string(count_head)) << size;
+    Load(stored + text, [&text](CArchive& archive) {
+      CString read;
+      archive >> read;
+      std::string rest(archive.ReadCount(), '\0');
+      archive.Read(rest.data(), static_cast<UINT>(rest.size()));
+      EXPECT_TRUE(read == text && rest == text) << text.size();
+    });
+  }
+}
+
+TEST(Archive, ObjectsShareOneCountOfIndicesWithClasses) {
+  SerialNode first, second;
+  first.number = 0x0201;
+  first.text = "t";
+  first.bytes = "bc";
+  first.next = &second;
+  first.other = second.other = &first;
+  const std::string stream = Stored([&](CArchive& archive) { archive << &first << &second; });
+  // Class 1 and object 2; the node within is object 3 of class 1.
+  EXPECT_EQ(stream, kNewClass + std::string("\1\2\1t\2\0bc\1\x80\0\0\0\0\0\0\0\2\0\2\0\3\0", 23));
+  std::unique_ptr<CObject> owner;
+  Load(stream, [&](CArchive& archive) {
+    auto* const read = static_cast<SerialNode*>(SerialNode::Read(archive, nullptr, owner));
+    EXPECT_TRUE(read->schema == 3 && read->number == 0x0201 && read->bytes == "bc");
+    EXPECT_TRUE(read->other == read && read->next->other == read);
+    EXPECT_EQ(archive.ReadObject(nullptr), read->next);
+  });
+  for (std::size_t size = 1; size + 2 < stream.size(); ++size) {
+    EXPECT_EQ(LoadObjects(stream.substr(0, size)), Failure::endOfFile) << size;
+  }
+}
+
+TEST(Archive, IndicesFrom7FFFhAreOf32Bits) {
+  std::vector<SerialNode> nodes(0x8000);
+  const std::string stream = Stored([&](CArchive& archive) {
+    for (const SerialNode& node : nodes) archive << &node;
+    archive << &nodes[0x7FFC] << &nodes[0x7FFD] << &nodes[0x7FFF];
+  });
+  EXPECT_EQ(stream.substr(stream.size() - 14), "\xFE\x7F\xFF\x7F\xFF\x7F\0\0\xFF\x7F\1\x80\0\0"sv);
+  Load(stream, [](CArchive& archive) {
+    std::vector<std::unique_ptr<CObject>> read(0x8000);
+    for (auto& node : read) SerialNode::Read(archive, nullptr, node);
+    for (const int again : {0x7FFC, 0x7FFD, 0x7FFF}) {
+      EXPECT_EQ(archive.ReadObject(nullptr), read[again].get());
+    }
+  });
+}
+
+TEST(Archive, StreamsThatDontFitAreRefusedBeforeMemoryIsTaken) {
+  const std::string node = kNewClass + kEmptyNode;
+  const test::Rows<int, std::vector<std::string>> streams = {
+      {Failure::endOfFile,
+       {kNewClass + "\0\0\xFF\xFF\xFF\xFF\xFF\xFF\xFF"s,
+        kNewClass + "\0\0\xFF\xFF\xFF\xFF\xFF\xFF\x7F"s,
+        kNewClass + "\0\0\0\xFF\xFF\xFF\xFF\xFF\xFF"s,
+        "\xFF\xFF\7\0\x3F\0"s + std::string(62, 'x')}},
+      {Failure::badClass,
+       {kNewClass + "\0\0\xFF\xFE\xFFxx"s, "\xFF\xFF\7\0\x08\0CMemFile"s,
+        "\xFF\xFF\7\0\x40\0"s + std::string(64, 'x')}},
+      {Failure::badSchema, {"\xFF\xFF\1\0\x0E\0CMapStringToOb\0\0"s}},
+      {Failure::badIndex,
+       {"\1\0"s, "\0\x80"s, node + "\2\x80"s, node + "\3\0"s, node + "\xFF\x7F\xFF\xFF\xFF\xFF"s}},
+      // A class by a big index, too.
+      {Failure::none,
+       {node + "\xFF\x7F\1\0\0\x80"s + kEmptyNode, node + "\0\0\2\0\1\x80"s + kEmptyNode,
+        "\xFF\xFF\0\0\x0E\0CMapStringToOb\0\0"s}}};
+  for (const auto& [cause, causes] : streams) {
+    for (const std::string& stream : causes) {
+      EXPECT_EQ(LoadObjects(stream), cause) << testing::PrintToString(stream);
+    }
+  }
+  EXPECT_EQ(LoadObjects(node, RUNTIME_CLASS(CMapStringToOb)), Failure::badClass);
+  EXPECT_EQ(LoadObjects(node, RUNTIME_CLASS(CObject)), Failure::none);
+  // A node that is cut short is gone for later indices, which ask for it here.
+  Load(kNewClass + "\0\0\0\0\0\2\x80\2\0"s, [](CArchive& archive) {
+    for (int i = 0; i < 2; ++i) EXPECT_THROW(archive.ReadObject(nullptr), Failure) << i;
+  });
+}
+
+TEST(Archive, NestingThatWouldExhaustTheStackIsRefusedBothWays) {
+  std::string stream = kNewClass;
+  for (int depth = 1; depth < 100'000; ++depth) stream += "\0\0\0\0\0\1\x80"s;
+  EXPECT_EQ(LoadObjects(stream), Failure::generic);
+
+  std::vector<SerialNode> nodes(1001);
+  for (std::size_t i = 0; i + 1 < nodes.size(); ++i) nodes[i].next = &nodes[i + 1];
+  EXPECT_THROW(Stored([&](CArchive& archive) { archive << &nodes[0]; }), Failure);
+  EXPECT_EQ(LoadObjects(Stored([&](CArchive& archive) { archive << &nodes[1]; })), Failure::none);
+}
+
+TEST(Archive, WrongDirectionsAndClassesThatCantBeReadBackAreRefused) {
+  const CMemFile plain;
+  BYTE byte = 0;
+  EXPECT_THROW(Stored([&](CArchive& archive) { archive << &plain; }), Failure);
+  EXPECT_THROW(Stored([&](CArchive& archive) { archive >> byte; }), Failure);
+  EXPECT_EQ(Load("x", [&](CArchive& archive) { archive << byte; }), Failure::readOnly);
 }
 
 }  // namespace
