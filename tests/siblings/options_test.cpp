@@ -1,25 +1,195 @@
-#include "siblings/options/options_server.h"
-
 #include "dqlib/framework/base/drawing.h"
 #include "dqlib/framework/base/registry_key.h"
 #include "dqlib/framework/base/trace.h"
 #include "dqlib/framework/windows/win_app.h"
 #include "siblings/options/option_data_array.h"
+#include "siblings/options/options_file.h"
+#include "siblings/options/options_server.h"
+#include "siblings/options/template_engine.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/memory_registry.h"
 #include "tests/support/own_service.h"
 #include "tests/support/own_settings.h"
 #include "tests/support/registry_dump.h"
 #include "tests/support/scripted_prompts.h"
-#include "tests/support/temp_directory.h"
 #include "tests/support/testing.h"
 
 namespace dq {
 namespace {
 
+using test::Rows;
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
+using namespace std::string_literals;
+
+class TemplateEngine : public ::testing::Test {
+ protected:
+  TemplateEngine() {
+    engine.SetReportSink([this](const CString& message) { reports += (message + "\n").View(); });
+  }
+  CDQTemplateEngine engine;
+  std::string reports;
+};
+
+std::string Unknown(const std::string& name) {
+  return "DQTemplateEngine::Process - Variable  '" + name + "' is not in the dictionary.\n";
+}
+
+std::string Malformed(const std::string& text) {
+  return "DQTemplateEngine::Process - Malformed variable encountered in input string '" + text +
+         "'.\n";
+}
+
+TEST_F(TemplateEngine, ReplacesVariablesAndReportsTheRest) {
+  engine.SetVariable("$$name$$", "old");
+  engine.SetVariable("$$name$$", "EMP");
+  engine.SetVariable("$$self$$", "$$name$$");
+  engine.SetVariable("$$null$$", nullptr);
+  engine.SetVariable("$$$x$$", "dollar");
+  const std::string cost = "cost $$5 and $$name$$";
+  for (const auto& [text, result, expected] : Rows<const char*, std::string, std::string>{
+           {nullptr, "", ""},
+           {"no marks, $1 $ each", "no marks, $1 $ each", ""},
+           {"<$$name$$$$name$$.$$null$$>", "<EMPEMP.>", ""},
+           {"$$self$$", "$$name$$", ""},
+           {"$$Name$$", "$$Name$$", Unknown("$$Name$$")},
+           {"$$a$$ $$name$$ $$b$$", "$$a$$ EMP $$b$$", Unknown("$$a$$") + Unknown("$$b$$")},
+           {"$$name$$ $$open", "EMP $$open", Malformed("$$name$$ $$open")},
+           {"$$$$", "$$$$", Unknown("$$$$")},
+           {"$$$x$$", "dollar", ""},
+           {cost.c_str(), cost, Unknown("$$5 and $$") + Malformed(cost)}}) {
+    reports.clear();
+    EXPECT_EQ(engine.ResolveVariableString(text), result.c_str());
+    EXPECT_EQ(reports, expected) << result;
+  }
+}
+
+TEST_F(TemplateEngine, StoresOnlyUnderNamesThatATextCanNeed) {
+  for (const char* name : {"$$name", "name$$", "$$$", "", " $$name$$", "$$a$$b$$", "$$$$$"}) {
+    reports.clear();
+    EXPECT_FALSE(engine.SetVariable(name, "value") || engine.HasVariable(name)) << name;
+    EXPECT_EQ(reports, "DQTemplateEngine::SetVariable - Attempting to set malformed variable '" +
+                           std::string(name) + "'.\n");
+  }
+  EXPECT_FALSE(engine.SetVariable(nullptr, "value"));
+  EXPECT_TRUE(engine.SetVariable("$$$$", "empty name"));
+  EXPECT_EQ(engine.ResolveVariableString("<$$$$>"), "<empty name>");
+}
+
+TEST_F(TemplateEngine, ASinkMayPutAnotherOneInItsPlace) {
+  TemplateReportSink former = engine.SetReportSink(nullptr);
+  engine.SetReportSink([this, former](const CString& message) {
+    engine.SetReportSink(former);
+    reports += "once ";
+    former(message);
+  });
+  EXPECT_EQ(engine.ResolveVariableString("$$a$$$$b$$"), "$$a$$$$b$$");
+  EXPECT_EQ(reports, "once " + Unknown("$$a$$") + Unknown("$$b$$"));
+}
+
+TEST_F(TemplateEngine, TakesAMegabyteOfMarks) {
+  for (const int more : {0, 1, 2, 3}) {
+    const std::string marks((1 << 20) + more, '$');
+    reports.clear();
+    EXPECT_EQ(engine.ResolveVariableString(marks.c_str()).View(), marks);
+    EXPECT_EQ(std::ranges::count(reports, '\n'), (1 << 18) + more / 2);
+    EXPECT_TRUE(reports.ends_with(more < 2 ? Unknown("$$$$") : Malformed(marks)));
+  }
+}
+
+TEST(OptionsFile, ReadsEveryKindOfValue) {
+  const std::string text =
+      "# first a remark\r\n\ndqoptions 1\r\n"
+      "variable root directory \"../templates\"\n"
+      "variable maker string \"V\\\\\\\"\\n\\x41\"\n"
+      "option 7 bool On\n\tlabel \"An \xC3\xA4 on\"\n\tdefault 1\n"
+      "option 8 int low\nlabel \"\"\ndefault -2147483648\nrange -2147483648 5\n"
+      "option 9 string end\nmachine \"Software\\\\V\" \"End\"\n"
+      "label \"l\"\ndefault oracle \"/\"\ndefault \"# no remark\"\n"
+      "option 10 color ink\nlabel \"l\"\ndefault oracle none\ndefault 0aF1c2\n"
+      "option 11 binary font\nlabel \"l\"\ndefault db2 0b\ndefault none\n"
+      "option 2147483647 directory last\nlabel \"l\"\ndefault \"$$root$$\"";
+  OptionsFile file;
+  const auto error = ReadOptionsText(text, file);
+  ASSERT_FALSE(error) << error->line << ": " << error->text;
+  std::string read;
+  for (const auto& variable : file.variables) {
+    read += (variable.is_directory ? "d:" : "") + variable.value + "|";
+  }
+  for (const auto& option : file.options) {
+    read +=
+        "\n" + std::to_string(option.id) + option.name + "," + option.label + "," + option.fallback;
+    for (const auto& [platform, value] : option.platform_fallbacks) {
+      read += "," + std::to_string(platform) + "=" + value;
+    }
+    read += "," + option.machine_key + "," + option.machine_value;
+  }
+  EXPECT_EQ(read,
+            "d:../templates|V\\\"\nA|\n7On,An \xC3\xA4 on,1,,\n8low,,-2147483648,,\n"
+            "9end,l,# no remark,5=/,Software\\V,End\n10ink,l,0aF1c2,5=,,\n"
+            "11font,l,,4=\x0b,,\n2147483647last,l,$$root$$,,");
+  EXPECT_TRUE(IsValueOf(file.options[1], "5") && !IsValueOf(file.options[1], "6") &&
+              IsValueOf(file.options[1], "-2147483648") && !IsValueOf(file.options[1], "x") &&
+              !IsValueOf(file.options[0], "5"));
+}
+
+/// Refuses each text of "text -> line: how the complaint begins|...", in which ";" ends a line.
+void ExpectRefused(const std::string& before, const std::string& table) {
+  std::istringstream rows(table);
+  for (std::string row; std::getline(rows, row, '|');) {
+    const std::size_t sign = row.find(" -> ");
+    std::string text = before + row.substr(0, sign);
+    std::ranges::replace(text, ';', '\n');
+    OptionsFile file;
+    const auto error = ReadOptionsText(text, file);
+    ASSERT_TRUE(error) << row;
+    const std::string complaint = std::to_string(error->line) + ": " + error->text;
+    EXPECT_TRUE(complaint.starts_with(row.substr(sign + 4))) << row << " but " << complaint;
+    EXPECT_TRUE(file.options.empty() && file.variables.empty()) << row;
+  }
+}
+
+TEST(OptionsFile, RefusesWhatBreaksTheFormAndSaysWhere) {
+  ExpectRefused("",
+                " -> 1: no options file|option 7 int n -> 1: no options file|"
+                "dqoptions 2 -> 1: a version|dqoptions 1 1 -> 1: a version|"
+                "\xEF\xBB\xBFx -> 1: a character");
+  ExpectRefused("dqoptions 1;",
+                R"(options -> 2: unknown word 'options'|"option" 7 int n -> 2: a text where|)"
+                R"(option 7 int -> 2: 'option' takes|option 7 float n -> 2: unknown kind|)"
+                R"(option 7 "int" n -> 2: unknown kind|option 7 int 7n -> 2: a name|)"
+                R"(option 0 int n -> 2: an id|option -7 int n -> 2: an id|)"
+                R"(option 2147483648 int n -> 2: an id|label "l" -> 2: a label without its option|)"
+                R"(default 1 -> 2: a default without its option|)"
+                R"(option 7 bool n;range 0 1 -> 3: a range without its option|)"
+                R"(option 7 bool n;default 2 -> 3: no value of the kind bool|)"
+                R"(option 7 color n;default 12345 -> 3: no value of the kind color|)"
+                R"(option 7 binary n;default 123 -> 3: no value of the kind binary|)"
+                R"(option 7 binary n;machine "K" "v" -> 3: 'machine' takes|)"
+                R"(variable a directory b -> 2: 'variable' takes|)"
+                R"(variable a int "1" -> 2: 'variable' takes|)"
+                R"(variable a string "1";variable a string "2" -> 3: a second variable)");
+  ExpectRefused(
+      "dqoptions 1;option 7 int n;",
+      R"(default 1 -> 4: option n has no label|label l -> 3: 'label' takes|)"
+      R"(label "l";option 8 int m -> 4: option n has no default|)"
+      R"(label "l";label "l" -> 4: a label without|default "1" -> 3: no value of the kind int|)"
+      R"(default 1 # remark -> 3: a character|machine "" "v" -> 3: 'machine' takes|)"
+      R"(machine "k" "v";machine "k" "v" -> 4: a value of the machine without)");
+  ExpectRefused("dqoptions 1;option 7 int n;label \"l\";default 1;",
+                "option 7 int m -> 5: a second option with the id|default 2 -> 5: a second default|"
+                "option 8 int N -> 5: a second option with the name|"
+                "range 2 3 -> 6: option n has a default out of its range|"
+                "range 0 1;default oracle 2 -> 7: option n has a default out of its range|"
+                "range 0 1;range 0 1 -> 6: a range without its option|"
+                "range 1 -> 5: 'range' takes|range 0 x -> 5: 'range' takes|"
+                "range 1 0 -> 5: a range that holds no number|default a b c -> 5: 'default' takes|"
+                "default oracle 2;default oracle 2 -> 6: a second default for the platform|"
+                "default acme 2 -> 5: unknown platform");
+  ExpectRefused("dqoptions 1;option 7 string n;default ",
+                R"("\x00" -> 3: no value of the kind string|"\x4" -> 3: an unknown escape|)"
+                R"("a -> 3: a text without its closing quote|"a""b" -> 3: a blank|)"
+                "\"\x1b\" -> 3: a control|\"\x7f\" -> 3: a control");
+}
 
 constexpr char kOptions[] =
     "dqoptions 1\n"
@@ -56,7 +226,8 @@ class OptionsServer : public ::testing::Test {
     EXPECT_TRUE(process.AddOptions("own.dqo", 1, 100, true, false));
     return process;
   }
-  test::RegistryDump Kept() { return test::Dump(registry); }
+  /// The values by their ids.
+  std::map<std::string, test::DumpedValue> Kept() { return test::Dump(registry)[kSection]; }
   static constexpr char kSection[] = "Software\\Velmora\\My Tool\\Options";
 
   CWinApp app{"My Tool"};
@@ -71,31 +242,28 @@ class OptionsServer : public ::testing::Test {
 };
 
 TEST_F(OptionsServer, KeepsValuesByKindInTheRegistry) {
-  EXPECT_TRUE(server.SetBool(10, false));
-  EXPECT_TRUE(server.SetInt(11, -2));
-  EXPECT_TRUE(server.SetString(12, "x"));
+  EXPECT_TRUE(server.SetBool(10, false) && server.SetInt(11, -2) && server.SetString(12, "x") &&
+              server.SetString(15, "00ff00"));
   EXPECT_TRUE(server.SetBinary(13, reinterpret_cast<const BYTE*>("\0\1"), 2));
   EXPECT_TRUE(server.SetString(14, nullptr)) << "which is no change";
-  EXPECT_TRUE(server.SetString(15, "00ff00"));
-  EXPECT_EQ(Kept()[kSection], (std::map<std::string, test::DumpedValue>{
-                                  {"10", {REGISTRY_DWORD, std::string(4, '\0')}},
-                                  {"11", {REGISTRY_DWORD, "\xFE\xFF\xFF\xFF"}},
-                                  {"12", {REGISTRY_STRING, std::string("x\0", 2)}},
-                                  {"13", {REGISTRY_BINARY, std::string("\0\1", 2)}},
-                                  {"15", {REGISTRY_STRING, std::string("00ff00\0", 7)}},
-                              }));
+  EXPECT_EQ(Kept(),
+            (std::map<std::string, test::DumpedValue>{{"10", {REGISTRY_DWORD, "\0\0\0\0"s}},
+                                                      {"11", {REGISTRY_DWORD, "\xFE\xFF\xFF\xFF"}},
+                                                      {"12", {REGISTRY_STRING, "x\0"s}},
+                                                      {"13", {REGISTRY_BINARY, "\0\1"s}},
+                                                      {"15", {REGISTRY_STRING, "00ff00\0"s}}}));
   CDQOptionsServer& other = ProcessServer();  // as after a restart
   EXPECT_TRUE(!other.GetBool(10) && other.GetInt(11) == -2 && other.GetString(12) == "x");
   BYTE* data = nullptr;
   UINT size = 0;
   ASSERT_TRUE(other.GetBinary(13, &data, &size));
-  EXPECT_EQ(std::string(data, data + size), std::string("\0\1", 2));
+  EXPECT_EQ(std::string(data, data + size), "\0\1"s);
 
   registry.changes = 0;
   EXPECT_TRUE(other.SetInt(11, -2));
   EXPECT_EQ(registry.changes, 0) << "the value in force is not written again";
   EXPECT_TRUE(other.UnsetValue(11) && other.UnsetValue(11) && !other.UnsetValue(99));
-  EXPECT_FALSE(Kept()[kSection].contains("11"));
+  EXPECT_FALSE(Kept().contains("11"));
   EXPECT_EQ(other.GetInt(11), -5);
   EXPECT_FALSE(other.HoldValue(11, "x") || other.HoldValue(1, "1"));
   EXPECT_TRUE(other.HoldValue(11, "-2") && other.GetInt(11) == -2);
@@ -108,20 +276,19 @@ TEST_F(OptionsServer, RefusesValuesOfAnotherKindAndUnknownIds) {
   EXPECT_FALSE(server.SetBool(11, true) || server.SetInt(10, 1) || server.SetString(11, "1") ||
                server.SetString(13, "41") || server.SetString(15, "12345g") ||
                server.SetBinary(12, nullptr, 0) || server.SetValue(10, "2") ||
-               server.SetValue(12, std::string("a\0b", 3)) || server.SetInt(99, 1));
+               server.SetValue(12, "a\0b"s) || server.SetInt(99, 1));
   EXPECT_EQ(registry.changes, 0);
   EXPECT_EQ(server.GetInt(12), 0);
 }
 
 TEST_F(OptionsServer, TakesDefaultsForValuesThatAreNone) {
   const HKEY key = registry.CreateKey(kCurrentUser, kSection).value;
-  for (const auto& [id, type, data, fallback] : test::Rows<int, DWORD, std::string, std::string>{
-           {10, REGISTRY_DWORD, std::string("\2\0\0\0", 4), "1"},
-           {11, REGISTRY_DWORD, "123", "-5"},
-           {12, REGISTRY_BINARY, "abd", "abc"},
-           {13, REGISTRY_STRING, "x", std::string("A\0", 2)},
-           {15, REGISTRY_STRING, "red", "0102fF"},
-       }) {
+  for (const auto& [id, type, data, fallback] :
+       Rows<int, DWORD, std::string, std::string>{{10, REGISTRY_DWORD, "\2\0\0\0"s, "1"},
+                                                  {11, REGISTRY_DWORD, "123", "-5"},
+                                                  {12, REGISTRY_BINARY, "abd", "abc"},
+                                                  {13, REGISTRY_STRING, "x", "A\0"s},
+                                                  {15, REGISTRY_STRING, "red", "0102fF"}}) {
     registry.SetValue(key, std::to_string(id), type, data);
     EXPECT_EQ(server.GetValue(id), fallback) << id;
   }
@@ -136,14 +303,11 @@ TEST_F(OptionsServer, GivesEachPlatformItsOwnValue) {
   EXPECT_EQ(server.GetString(12), "ora");
   server.SetString(12, "mine");
   server.SetInt(11, 3);
-  EXPECT_TRUE(Kept()[kSection].contains("12.oracle"));
-  EXPECT_TRUE(Kept()[kSection].contains("11")) << "one value for all platforms";
-  for (const auto& [platform, text] : {std::pair(DBMS_ORACLE, "mine"),
-                                       {DBMS_SYBASE, "all"},
-                                       {DBMS_NONE, "all"},
-                                       {static_cast<DBMS>(99), "all"}}) {
+  EXPECT_TRUE(Kept().contains("12.oracle"));
+  EXPECT_TRUE(Kept().contains("11")) << "one value for all platforms";
+  for (const DBMS platform : {DBMS_ORACLE, DBMS_SYBASE, DBMS_NONE, static_cast<DBMS>(99)}) {
     server.SetPlatform(platform);
-    EXPECT_EQ(server.GetString(12), text) << platform;
+    EXPECT_EQ(server.GetString(12), platform == DBMS_ORACLE ? "mine" : "all") << platform;
   }
 }
 
@@ -152,7 +316,7 @@ TEST_F(OptionsServer, ReadsTheMachinesValueBeforeTheDefault) {
   const HKEY key = registry.CreateKey(kLocalMachine, "Software\\M").value;
   registry.SetValue(key, "Dir", REGISTRY_DWORD, "1234");
   EXPECT_EQ(server.GetString(16), "none");
-  registry.SetValue(key, "Dir", REGISTRY_STRING, std::string("/opt\0", 5));
+  registry.SetValue(key, "Dir", REGISTRY_STRING, "/opt\0"s);
   EXPECT_EQ(server.GetString(16), "/opt");
   server.SetString(16, "/home");
   EXPECT_EQ(server.GetString(16), "/home");
@@ -161,11 +325,11 @@ TEST_F(OptionsServer, ReadsTheMachinesValueBeforeTheDefault) {
 TEST_F(OptionsServer, HoldsForTheProcessWhatTheRegistryRefuses) {
   registry.refusal = {platform::ErrorKind::kNoSpace, 28};
   EXPECT_FALSE(server.SetInt(11, 8));
-  EXPECT_THAT(traced, HasSubstr("Option 11 could not be kept"));
+  EXPECT_TRUE(traced.starts_with("Option 11 could not be kept: ")) << traced;
   EXPECT_EQ(server.GetInt(11), 8);
   registry.refusal = {};
   EXPECT_TRUE(server.SetInt(11, 8));
-  EXPECT_EQ(Kept()[kSection].count("11"), 1U);
+  EXPECT_TRUE(Kept().contains("11"));
 }
 
 TEST_F(OptionsServer, TellsOnceThatAValueCannotBeReadAndAsksAgain) {
@@ -194,7 +358,7 @@ TEST_F(OptionsServer, TellsOnceThatAValueCannotBeReadAndAsksAgain) {
   registry.unreadable = {platform::ErrorKind::kBusy, 16};
   EXPECT_TRUE(server.SetString(12, "abc")) << "the default, which isn't known to be in force";
   registry.unreadable = {};
-  EXPECT_EQ(Kept()[kSection].count("12"), 1U);
+  EXPECT_TRUE(Kept().contains("12"));
   EXPECT_EQ(server.GetString(12), "abc");
 }
 
@@ -207,7 +371,7 @@ TEST_F(OptionsServer, RegistersARangeOfAFileOnceAndRemovesIt) {
   EXPECT_THAT(server.GetOptionIDs(), ElementsAre(10, 11));
   EXPECT_EQ(server.GetOptionIDByName("NUMBER"), 11);
   server.RemoveOptions("own.dqo", 1, 100);
-  EXPECT_THAT(server.GetOptionIDs(), IsEmpty());
+  EXPECT_TRUE(server.GetOptionIDs().empty());
   EXPECT_TRUE(Add("own.dqo", 10, 11, true, true));
   EXPECT_FALSE(server.GetBool(10)) << "a removed option's value stays kept";
 }
@@ -234,22 +398,19 @@ TEST_F(OptionsServer, ChangesNothingForAFileItCannotTake) {
                 "option 10 int b\nlabel \"l\"\ndefault 1\n");
   directory.Put("named.dqo", "dqoptions 1\noption 20 int FLAG\nlabel \"l\"\ndefault 1\n");
   const std::string& path = directory.path();
-  for (const auto& [file, reason] : test::Rows<const char*, std::string>{
+  for (const auto& [file, reason] : Rows<const char*, std::string>{
            {"broken.dqo", path + "/broken.dqo(6): 'option' takes an id, a kind and a name\n"},
            {"taken.dqo", path + "/taken.dqo: option 10 is one of own.dqo\n"},
            {"named.dqo", path + "/named.dqo: option 20 has the name of option 10\n"},
            {"absent.dqo", "The options file 'absent.dqo' could not be found.\n"},
            {nullptr, "The options file '' could not be found.\n"},
            {path.c_str(), path + ": no options file\n"},
-           {"/dev/zero", "/dev/zero: no options file\n"},
-       }) {
+           {"/dev/zero", "/dev/zero: no options file\n"}}) {
     traced.clear();
-    EXPECT_FALSE(Add(file)) << reason;
+    EXPECT_TRUE(!Add(file) && !server.GetOptionByID(20)) << reason;
     EXPECT_EQ(traced, reason);
-    EXPECT_EQ(server.GetOptionByID(20), nullptr);
   }
-  EXPECT_TRUE(Add("absent.dqo", 1, 100, false));
-  EXPECT_FALSE(Add("broken.dqo", 1, 100, false));
+  EXPECT_TRUE(Add("absent.dqo", 1, 100, false) && !Add("broken.dqo", 1, 100, false));
   EXPECT_TRUE(Add("taken.dqo", 1, 100, true, true));
   EXPECT_EQ(server.GetOptionByID(10)->GetKind(), OptionKind::kBool);
   EXPECT_EQ(server.GetInt(20), 1);
@@ -284,8 +445,7 @@ TEST_F(OptionsServer, FindsAndMakesAppDirectories) {
 
   server.SetString(14, "$$here$$/own.dqo/c");
   EXPECT_EQ(server.GetAppDirectory(14, "CFG", "Label", true), "");
-  ASSERT_EQ(prompts.shown.size(), 1U);
-  EXPECT_EQ(prompts.shown[0].text,
+  EXPECT_EQ(prompts.shown.at(0).text,
             "Label:\nThe directory " + (directory / "own.dqo/c/") + " could not be created.");
 }
 
