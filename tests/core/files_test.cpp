@@ -42,35 +42,33 @@ TEST_F(FileUtility, RelativePathsAndBack) {
            {"c:\\app", "c:\\application\\x", ".lication\\x", "c:\\application\\x"},
            {"c:\\data\\app", "", "", ""},
            {"", "C:\\X", "c:\\x", "c:\\x"},
+           {"c:\\data", "/home/User/c:/X", "/home/User/c:/X", "/home/User/c:/X"},
            // Without a drive there is none that a path could contain.
            {"\\\\Server\\Share", "D:\\X", "d:\\x", "d:\\x"},
            {"\\\\Server\\Share", "\\\\SERVER\\share\\X", ".\\x", "\\\\server\\share\\x"},
            {"/data/App", "/data/App/Sql/A.sql", "./Sql/A.sql", "/data/App/Sql/A.sql"},
-           {"/data/App", "/data/app/x", "/data/app/x", "/data/app/x"}}) {
-    EXPECT_STREQ(Utility::AbsolutePathToRelative(base, path), relative) << path;
-    EXPECT_STREQ(Utility::RelativePathToAbsolute(base, relative), absolute) << path;
+           {"/data/App", "/data/app/x", "/data/app/x", "/data/app/x"},
+           {"/Data", "C:\\Data\\X", "c:\\data\\x", "c:\\data\\x"},
+           {nullptr, nullptr, "", ""}}) {
+    EXPECT_STREQ(Utility::AbsolutePathToRelative(base, path), relative);
+    EXPECT_STREQ(Utility::RelativePathToAbsolute(base, relative), absolute) << relative;
   }
-  EXPECT_STREQ(Utility::AbsolutePathToRelative("c:\\data", "/home/User/c:/X"), "/home/User/c:/X");
-  EXPECT_STREQ(Utility::RelativePathToAbsolute("c:\\data", "/home/User/X"), "/home/User/X");
-  EXPECT_STREQ(Utility::AbsolutePathToRelative("/Data", "C:\\Data\\X"), "c:\\data\\x");
   EXPECT_STREQ(Utility::RelativePathToAbsolute("C:\\Data", ".\\Sub\\A"), "c:\\data\\sub\\a");
   EXPECT_STREQ(Utility::RelativePathToAbsolute("/Data", ".\\Sub"), "/Data\\Sub");
-  EXPECT_STREQ(Utility::AbsolutePathToRelative(nullptr, nullptr), "");
 }
 
 TEST_F(FileUtility, TakesItsOwnTextsAndThoseItAddsTo) {
   Utility utility("c:\\data\\a.sql");
+  EXPECT_EQ(utility.GetDrive() + utility.GetFileName() + utility.GetExtension(), "c:a.sql");
   utility.SetFullPath(utility.GetDirectory());
-  EXPECT_EQ(utility.GetFullPath() + '|' + utility.GetDirectory(), "\\data\\|\\data\\");
   utility.SetFullPath(utility.GetFullPath());
-  EXPECT_EQ(utility.GetFullPath(), "\\data\\");
+  EXPECT_EQ(utility.GetFullPath() + '|' + utility.GetDirectory(), "\\data\\|\\data\\");
 
   const fs::path here = fs::current_path();
   fs::current_path(directory.path());
   CStringArray created;
   created.Add("a/b/c/d");
-  EXPECT_TRUE(Utility::CreateDirectory(created[0], false, &created));
-  EXPECT_EQ(created.GetSize(), 5);
+  EXPECT_TRUE(Utility::CreateDirectory(created[0], false, &created) && created.GetSize() == 5);
   EXPECT_TRUE(DQLIB_FileExists((directory / "a/b/c/d").c_str()));
   fs::current_path(here);
 }
@@ -94,8 +92,7 @@ TEST_F(FileUtility, UniversalNamesAreAdministrativeSharesOfDrives) {
 TEST_F(FileUtility, NamesOfTemporaryFilesDontCollide) {
   const char* const place = directory.path().c_str();
   const CString made = Utility::CreateTempFile("prefix", place);
-  EXPECT_EQ(Utility(made).GetFileName().Left(3), "pre");
-  EXPECT_TRUE(DQLIB_FileExists(made));
+  EXPECT_TRUE(Utility(made).GetFileName().Left(3) == "pre" && DQLIB_FileExists(made));
   EXPECT_EQ(Utility::CreateTempFile("x", (directory / "none").c_str()), "");
   EXPECT_EQ(Utility(Utility::CreateTempFile(nullptr, place)).GetFileName().Left(3), "TMP");
 
@@ -108,8 +105,7 @@ TEST_F(FileUtility, NamesOfTemporaryFilesDontCollide) {
     char name[32];
     std::snprintf(name, sizeof name, "TMP%X.sql", static_cast<unsigned>(number + taken));
     const CString path = Utility::CreateTempFile("", place, "sql");
-    EXPECT_EQ(path.View(), directory / name) << "in one second";
-    EXPECT_FALSE(DQLIB_FileExists(path)) << "only the name is made";
+    EXPECT_TRUE(path == directory / name && !DQLIB_FileExists(path)) << "in one second " << path;
     Utility::CreateFile(path);
   }
   EXPECT_STREQ(Utility::CreateTempFile("p", "c:\\t", "x").Left(6), "c:\\t\\p");
@@ -166,8 +162,7 @@ TEST_F(FileUtility, WritesReplaceOrAppendAndReportTheTextsLength) {
   EXPECT_TRUE(Utility::ReadFile(text, path.c_str()) && text == "all");
   EXPECT_FALSE(Utility::ReadFile(text, directory.path().c_str()) || text != "");
   EXPECT_EQ(Utility::GetFileSize(path.c_str()), 3);
-  EXPECT_EQ(Utility::GetFileSize((directory / "none").c_str()), 0);
-  EXPECT_EQ(Utility::GetFileSize(nullptr), 0);
+  EXPECT_EQ(Utility::GetFileSize((directory / "none").c_str()) + Utility::GetFileSize(nullptr), 0);
 }
 
 TEST_F(FileUtility, ADiskThatFillsUpLeavesTheFormerContents) {
@@ -210,11 +205,9 @@ TEST_F(FileUtility, FailedOpensAreToldWithTheirCause) {
                        " can not be written.  It is protected or in use.\n|" + file +
                        " can not be read.  It is protected or in use.|");
   EXPECT_EQ(directory.Get("f"), "x");
-
   held.Close();
-  EXPECT_TRUE(Utility::EmptyFile(file.c_str()));
+  EXPECT_TRUE(Utility::EmptyFile(file.c_str()) && directory.Get("f").empty());
   EXPECT_NE(Utility::OpenFile(file.c_str(), CFile::modeRead, true), nullptr);
-  EXPECT_EQ(directory.Get("f"), "");
 }
 
 TEST_F(FileUtility, MessagesTellTheCauseOrWhatWasTried) {
@@ -222,18 +215,20 @@ TEST_F(FileUtility, MessagesTellTheCauseOrWhatWasTried) {
   const char full[] = "There is no room left on the disk for p.";
   const char read[] = "p can not be read.  It is protected or in use.";
   const char written[] = "p can not be written.  It is protected or in use.";
+  const char none[] = "Failed to open document.";
   using Error = CFileException;
-  const Rows<Error, const char*, const char*> rows = {
-      {Error(Error::fileNotFound), path, path},
-      {Error(Error::badPath), path, path},
-      {Error(Error::diskFull), full, full},
-      {Error(Error::accessDenied), written, read},
-      {Error(Error::sharingViolation), written, read},
-      {Error(Error::lockViolation), written, read},
-      {Error(Error::none), "Failed to open document.", "Failed to open document."},
-      {Error(Error::hardIO), "An error occurred while p was written.",
+  const Rows<int, const char*, const char*> rows = {
+      {Error::fileNotFound, path, path},
+      {Error::badPath, path, path},
+      {Error::diskFull, full, full},
+      {Error::accessDenied, written, read},
+      {Error::sharingViolation, written, read},
+      {Error::lockViolation, written, read},
+      {Error::none, none, none},
+      {Error::hardIO, "An error occurred while p was written.",
        "An error occurred while p was read."}};
-  for (const auto& [error, saving, loading] : rows) {
+  for (const auto& [cause, saving, loading] : rows) {
+    const CFileException error(cause);
     EXPECT_STREQ(Utility::GetExceptionErrorMessage("p", &error, true, 61697), saving);
     EXPECT_STREQ(Utility::GetExceptionErrorMessage("p", &error, false, 61697), loading);
   }
@@ -272,12 +267,11 @@ TEST_F(FileUtility, DeletingTakesReadOnlyFilesAndLeavesWhatLinksLeadTo) {
   fs::permissions(directory / "kept", fs::perms::owner_read);
   fs::create_directory_symlink(directory / "outside", tree + "/link");
   fs::create_symlink(directory / "kept", tree + "/file_link");
-  EXPECT_FALSE(Utility::DeleteDirectory((directory / "hostile").c_str(), true));
-  EXPECT_TRUE(Utility::DeleteFiles((directory / "hostile/*").c_str(), ~DWORD{0}));
+  EXPECT_FALSE(Utility::DeleteDirectory(directory / "hostile", true));
+  EXPECT_TRUE(Utility::DeleteFiles(directory / "hostile/*", ~DWORD{0}));
   EXPECT_EQ(directory.Get("outside/file"), "o") << "names with a separator lead elsewhere";
-  EXPECT_FALSE(Utility::DeleteDirectory(tree.c_str(), false)) << "it isn't empty";
-  EXPECT_TRUE(Utility::DeleteDirectory(tree.c_str(), true));
-  EXPECT_FALSE(DQLIB_FileExists(tree.c_str()));
+  EXPECT_FALSE(Utility::DeleteDirectory(tree, false)) << "it isn't empty";
+  EXPECT_TRUE(Utility::DeleteDirectory(tree, true) && !fs::exists(tree));
   EXPECT_TRUE(DQLIB_FileReadOnly((directory / "kept").c_str()));
   const fs::path here = fs::current_path();
   fs::current_path(directory / "outside");
@@ -285,7 +279,7 @@ TEST_F(FileUtility, DeletingTakesReadOnlyFilesAndLeavesWhatLinksLeadTo) {
   fs::current_path(here);
   for (const char* const link : {"itself", "itself/"}) {
     fs::create_directory_symlink(directory / "outside", directory / "itself");
-    EXPECT_TRUE(Utility::DeleteDirectory((directory / link).c_str(), true)) << link;
+    EXPECT_TRUE(Utility::DeleteDirectory(directory / link, true)) << link;
     EXPECT_FALSE(fs::is_symlink(directory / "itself")) << link;
   }
   EXPECT_EQ(directory.Get("outside/file"), "o");
@@ -297,9 +291,9 @@ TEST_F(FileUtility, DeletingTakesReadOnlyFilesAndLeavesWhatLinksLeadTo) {
     }
   } files;
   for (const char* name : {"f1", "f2", "f3"}) directory.Put(name, name);
-  EXPECT_FALSE(Utility::DeleteFiles((directory / "f*").c_str(), FILE_ARCHIVE));
+  EXPECT_FALSE(Utility::DeleteFiles(directory / "f*", FILE_ARCHIVE));
   EXPECT_EQ(directory.Get("f1") + directory.Get("f2") + directory.Get("f3"), "(none)f2(none)");
-  EXPECT_TRUE(Utility::DeleteFiles((directory / "x*").c_str(), FILE_ARCHIVE));
+  EXPECT_TRUE(Utility::DeleteFiles(directory / "x*", FILE_ARCHIVE));
 }
 
 TEST_F(FileUtility, AFailureIsNeitherAnAbsenceNorASuccess) {
@@ -317,7 +311,7 @@ TEST_F(FileUtility, AFailureIsNeitherAnAbsenceNorASuccess) {
   EXPECT_EQ(Utility::WriteFile(path.c_str(), "new", -1, true, false), 0);
   EXPECT_EQ(directory.Get("f"), "old");
   EXPECT_EQ(Utility::CreateTempFile("x", directory.path().c_str(), "sql"), "");
-  EXPECT_FALSE(Utility::DeleteFiles((directory / "*").c_str(), FILE_ARCHIVE));
+  EXPECT_FALSE(Utility::DeleteFiles(directory / "*", FILE_ARCHIVE));
   CDQFile file(path.c_str(), FILE_OPEN_READ);
   CStringList lines;
   EXPECT_TRUE(file.Open());
@@ -345,9 +339,9 @@ TEST_F(FileUtility, FileTypesAreRegisteredUpToTheFirstRefusal) {
   testing::ScriptedPlatform platform;
   platform::Registry& registry = *platform::Current().registry;
   EXPECT_TRUE(Utility::RegisterFileType("DQScript", "SQL Script", ""));
-  EXPECT_FALSE(Utility::RegisterFileType("DQScript", "SQL Script", "sql"));
-  EXPECT_FALSE(Utility::RegisterFileType(nullptr, "SQL Script", ".sql"));
-  EXPECT_FALSE(Utility::RegisterFileType("", "SQL Script", ".sql"));
+  EXPECT_FALSE(Utility::RegisterFileType("DQScript", "SQL Script", "sql") ||
+               Utility::RegisterFileType(nullptr, "SQL Script", ".sql") ||
+               Utility::RegisterFileType("", "SQL Script", ".sql"));
   EXPECT_TRUE(Utility::RegisterFileType("DQScript", "SQL Script", ".sql"));
   platform.modules.path = "/opt/my host";
   EXPECT_TRUE(Utility::RegisterFileType("Other", "Other Type", ""));
@@ -355,17 +349,14 @@ TEST_F(FileUtility, FileTypesAreRegisteredUpToTheFirstRefusal) {
   for (const auto& [path, values] : test::Dump(registry, kClassesRoot)) {
     for (const auto& [name, value] : values) {
       EXPECT_TRUE(name.empty() && value.first == REGISTRY_STRING) << path;
-      entered += path + "=" + value.second.c_str() + "\n";
+      entered += path + "=" + value.second.c_str() + "|";
     }
   }
-  EXPECT_EQ(entered,
-            ".sql=DQScript\n"
-            "DQScript=SQL Script\n"
-            "DQScript\\shell\\open\\command=/opt/host \"%1\"\n"
-            "DQScript\\shell\\open\\ddeexec=[open(\"%1\")]\n"
-            "Other=Other Type\n"
-            "Other\\shell\\open\\command=\"/opt/my host\" \"%1\"\n"
-            "Other\\shell\\open\\ddeexec=[open(\"%1\")]\n");
+  EXPECT_EQ(
+      entered,
+      R"(.sql=DQScript|DQScript=SQL Script|DQScript\shell\open\command=/opt/host "%1"|)"
+      R"(DQScript\shell\open\ddeexec=[open("%1")]|Other=Other Type|)"
+      R"(Other\shell\open\command="/opt/my host" "%1"|Other\shell\open\ddeexec=[open("%1")]|)");
 }
 
 TEST_F(FileUtility, ModulesAndLineEnds) {
@@ -382,18 +373,18 @@ TEST_F(FileUtility, ModulesAndLineEnds) {
 }
 
 TEST_F(DQFile, LinesLoseTheirEndsAndLongOnesComeInPieces) {
-  const std::string x9999(9999, 'x');
-  const std::string x10000(10000, 'x');
-  for (const auto& [contents, lines] :
-       Rows<std::string, std::string>{{"", ""},
-                                      {"\n", "|"},
-                                      {"a\r\nb\rc\n\nd", "a|b\rc||d|"},
-                                      {"a\r", "a\r|"},
-                                      {"a\r\r\n", "a\r|"},
-                                      {x9999 + "\r\ny", x9999 + "|y|"},
-                                      {x10000 + "\ny", x10000 + "||y|"},
-                                      {x10000 + x10000 + "y\n", x10000 + "|" + x10000 + "|y|"}}) {
-    CDQFile file(directory.Put("f", contents).c_str(), FILE_OPEN_READ);
+  const std::string x9999(9999, 'x'), x10000(10000, 'x');
+  const Rows<std::string, std::string> rows = {
+      {"", ""},
+      {"\n", "|"},
+      {"a\r\nb\rc\n\nd", "a|b\rc||d|"},
+      {"a\r", "a\r|"},
+      {"a\r\r\n", "a\r|"},
+      {x9999 + "\r\ny", x9999 + "|y|"},
+      {x10000 + "\ny", x10000 + "||y|"},
+      {x10000 + x10000 + "y\n", x10000 + "|" + x10000 + "|y|"}};
+  for (const auto& [contents, lines] : rows) {
+    CDQFile file(directory.Put("f", contents), FILE_OPEN_READ);
     EXPECT_TRUE(file.Open());
     CStringList list;
     EXPECT_TRUE(file.GetTextList(list));
@@ -402,30 +393,24 @@ TEST_F(DQFile, LinesLoseTheirEndsAndLongOnesComeInPieces) {
 }
 
 TEST_F(DQFile, ResultsAreCharactersAndPositionsMove) {
-  CDQFile file(directory.Put("f", "ab\r\n\ncdef").c_str(), FILE_OPEN_READ);
+  CDQFile file(directory.Put("f", "ab\r\n\ncdef"), FILE_OPEN_READ);
   CString text = "old";
-  EXPECT_EQ(file.ReadLine(text), 0);
-  EXPECT_EQ(text, "");
-  ASSERT_TRUE(file.Open());
-  EXPECT_TRUE(file.Open());
-  EXPECT_EQ(file.ReadLine(text), 2);
-  EXPECT_EQ(file.ReadLine(text), 0);
-  EXPECT_EQ(file.Read(text, 2), 2);
-  EXPECT_EQ(text, "cd");
   char buffer[8] = {};
+  EXPECT_TRUE(file.ReadLine(text) == 0 && text == "" && file.ReadBytes(buffer, 1) == 0);
+  ASSERT_TRUE(file.Open() && file.Open());
+  EXPECT_TRUE(file.ReadLine(text) == 2 && file.ReadLine(text) == 0);
+  EXPECT_TRUE(file.Read(text, 2) == 2 && text == "cd");
   EXPECT_EQ(file.ReadBytes(buffer, sizeof buffer), 2);
   EXPECT_STREQ(buffer, "ef");
   EXPECT_EQ(file.fseek(-4, 2), 0);
-  EXPECT_EQ(file.Read(text, 0x7FFFFFFF), 4);
-  EXPECT_EQ(file.Read(text, -1), 0);
-  EXPECT_NE(file.fseek(-1, 0), 0);
-  EXPECT_NE(file.fseek(0, 3), 0);
+  EXPECT_TRUE(file.Read(text, 0x7FFFFFFF) == 4 && file.Read(text, -1) == 0);
+  EXPECT_TRUE(file.fseek(-1, 0) != 0 && file.fseek(0, 3) != 0 && file.fseek(0, -1) != 0);
   EXPECT_FALSE(file.Write("x")) << "it is open for reading";
   EXPECT_TRUE(file.Close());
 }
 
 TEST_F(DQFile, WritesNumbersTextsAndLineEndsOfBothKinds) {
-  CDQFile file((directory / "f").c_str(), FILE_OPEN_WRITE);
+  CDQFile file(directory / "f", FILE_OPEN_WRITE);
   ASSERT_TRUE(file.Open());
   EXPECT_TRUE(file.Write(-1) && file.Write(2L) && file.Write(0.5) && file.WriteLine(","));
   file.SetUseCarrageReturnLineFeed(true);
@@ -438,47 +423,42 @@ TEST_F(DQFile, WritesNumbersTextsAndLineEndsOfBothKinds) {
   EXPECT_EQ(directory.Get("f"), std::string(whole.View()));
 
   CDQFile full("/dev/full", FILE_OPEN_WRITE);
-  ASSERT_TRUE(full.Open());
-  full.Write("lost");
-  EXPECT_FALSE(full.Close());
-  EXPECT_FALSE(full.IsOpen());
+  ASSERT_TRUE(full.Open() && full.Write("lost"));
+  EXPECT_FALSE(full.Close() || full.IsOpen());
   for (const FileOpenMode mode : {FILE_OPEN_READ, FILE_OPEN_WRITE}) {
-    EXPECT_FALSE(CDQFile((directory / "no/f").c_str(), mode).Open());
+    EXPECT_FALSE(CDQFile(directory / "no/f", mode).Open());
   }
 }
 
 TEST_F(DQFile, WholeFilesAndAttributes) {
-  CDQFile file(directory.Put("f", "a\r\nb").c_str(), FILE_OPEN_READ);
+  CDQFile file(directory.Put("f", "a\r\nb"), FILE_OPEN_READ);
   directory.Put("g", "overwritten");
   CString text;
   EXPECT_TRUE(file.FileToString(text) && text == "a\r\nb");
-  EXPECT_TRUE(file.FastFileCopy((directory / "g").c_str()));
-  EXPECT_EQ(directory.Get("g"), "a\r\nb");
+  EXPECT_TRUE(file.FastFileCopy((directory / "g").c_str()) && directory.Get("g") == "a\r\nb");
   EXPECT_FALSE(file.FastFileCopy((directory / "no/g").c_str()));
   EXPECT_TRUE(file.ChangeModeReadOnly() && file.IsReadOnly());
   EXPECT_EQ(file.GetAttributes(), DWORD{FILE_ARCHIVE | FILE_READ_ONLY});
   EXPECT_TRUE(file.ChangeModeWriteable() && !file.IsReadOnly());
-  EXPECT_EQ(CDQFile((directory / "none").c_str(), FILE_OPEN_READ).GetAttributes(), 0u);
+  EXPECT_EQ(CDQFile(directory / "none", FILE_OPEN_READ).GetAttributes(), 0u);
 }
 
 TEST_F(LobReader, OneOpeningServesOneRead) {
   const std::string path = directory.Put("f", "0123456789");
   for (const auto& [chunk, expected] :
        {std::pair{4, "0123"}, {0, ""}, {-1, "0123456789"}, {0x7FFFFFFF, "0123456789"}}) {
-    CDQLobReader reader(path.c_str(), chunk, false);
+    CDQLobReader reader(path, chunk, false);
     CString text = "old";
     EXPECT_FALSE(reader.GetData(text));
-    ASSERT_TRUE(reader.Open());
-    EXPECT_TRUE(reader.GetData(text));
-    EXPECT_EQ(text, expected);
-    EXPECT_EQ(reader.GetReadLength(), text.GetLength());
+    EXPECT_TRUE(reader.Open() && reader.GetData(text));
+    EXPECT_TRUE(text == expected && reader.GetReadLength() == text.GetLength()) << text;
     EXPECT_FALSE(reader.GetData(text));
   }
-  std::filesystem::permissions(path, std::filesystem::perms::owner_read);
-  { const CDQLobReader deleting(path.c_str(), 1, true); }
+  fs::permissions(path, fs::perms::owner_read);
+  { const CDQLobReader deleting(path, 1, true); }
   EXPECT_EQ(directory.Count(), 1u) << "a read-only file stays";
-  std::filesystem::permissions(path, std::filesystem::perms::owner_all);
-  EXPECT_TRUE(CDQLobReader(path.c_str(), 1, true).Open());
+  fs::permissions(path, fs::perms::owner_all);
+  EXPECT_TRUE(CDQLobReader(path, 1, true).Open());
   EXPECT_EQ(directory.Count(), 0u) << "even if it was open";
 }
 
