@@ -40,15 +40,12 @@ void PumpSentUntil(Condition condition) {
 TEST(Handle, IsAliveFromCreationToDestructionAndNeverUsedAgain) {
   std::set<HWND> handles;
   CWnd window;
-  EXPECT_FALSE(window.DestroyWindow());
   for (int round = 0; round < 100; ++round) {
-    ASSERT_TRUE(window.CreateWnd("Edit"));
+    ASSERT_TRUE(!window.DestroyWindow() && window.CreateWnd("Edit"));
     const HWND handle = window.GetSafeHwnd();
-    EXPECT_TRUE(handles.insert(handle).second);
-    EXPECT_FALSE(window.CreateWnd("Edit"));
-    EXPECT_EQ(CWnd::FromHandle(handle), &window);
-    EXPECT_TRUE(window.DestroyWindow());
-    EXPECT_EQ(CWnd::FromHandle(handle), CWnd::FromHandle(window.GetSafeHwnd()));
+    EXPECT_TRUE(handles.insert(handle).second && CWnd::FromHandle(handle) == &window);
+    EXPECT_TRUE(!window.CreateWnd("Edit") && window.DestroyWindow());
+    EXPECT_TRUE(window.GetSafeHwnd() == nullptr && CWnd::FromHandle(handle) == nullptr);
   }
   struct : CWnd {
     LRESULT WindowProc(UINT message, WPARAM, LPARAM) override { return message == 1 ? -1 : 0; }
@@ -117,8 +114,7 @@ TEST(Send, IsReleasedAndTheHandleDeadWhenTheThreadEnds) {
     sending = true;
     EXPECT_EQ(SendToWindow(handle, WM_APP, 0, 0), 0);
     owner.join();
-    EXPECT_EQ(CWnd::FromHandle(handle), nullptr);
-    EXPECT_FALSE(window.DestroyWindow());
+    EXPECT_TRUE(CWnd::FromHandle(handle) == nullptr && !window.DestroyWindow());
     EXPECT_TRUE(window.CreateWnd("Test")) << "again, for this thread";
   }
 }
@@ -144,12 +140,12 @@ TEST(Send, ThreadsThatSendToEachOtherServeEachOther) {
 
 TEST(Send, PumpLeavesWhatIsSentMeanwhileForTheNextCall) {
   std::atomic<bool> stop = false;
+  std::atomic<int> ended = 0;
   // Each handling gives the other sender the time to send again.
   LoopWnd window([&](UINT, WPARAM, LPARAM) {
     for (int wait = 0; wait < 300; ++wait) std::this_thread::yield();
     return 0;
   });
-  std::atomic<int> ended = 0;
   const auto flood = [&] {
     while (!stop) window.SendMessage(WM_APP);
     ++ended;
@@ -237,10 +233,10 @@ TEST_F(MessageLoop, OneCallServesEachTimerOnceHoweverSlowTheHandlersAre) {
     for (UINT id = 1; id < 6 && window.got.size() > 120; ++id) window.KillTimer(id);
     return 0;
   };
-  window.SetTimer(1, 10);
-  window.SetTimer(2, 90);  // due while the others are served
-  window.SetTimer(3, 20);
-  window.SetTimer(4, 20);
+  // The second is due while the others are served.
+  for (const auto& [id, time] : test::Rows<UINT, UINT>{{1, 10}, {2, 90}, {3, 20}, {4, 20}}) {
+    window.SetTimer(id, time);
+  }
   clock.Advance(20);
   EXPECT_EQ(PumpUntilIdle(), 4);
   EXPECT_EQ(window.Take(), "275/1 275/3 275/4 275/2 ");
@@ -257,8 +253,7 @@ TEST_F(MessageLoop, MessagesAndTimersOfWindowsThatEndAreGoneAndThoseOfOthersStay
     windows.back()->PostMessage(WM_APP, i);
     if (i % 1000 == 999) window.PostMessage(WM_APP, i);
   }
-  window.SetTimer(1, 10);
-  window.SetTimer(2, 10);
+  for (const UINT timer : {1U, 2U}) window.SetTimer(timer, 10);
   windows.resize(1);
   clock.Advance(10);
   EXPECT_EQ(PumpUntilIdle(), 7);

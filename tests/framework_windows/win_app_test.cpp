@@ -19,34 +19,27 @@ TEST(WinApp, IsTheThreadsObjectWhileItLives) {
   {
     CWinApp app("Job  Runner");
     EXPECT_EQ(AfxGetThread(), &app);
-    std::thread([&] {
-      EXPECT_EQ(AfxGetThread(), nullptr) << "a thread that the framework doesn't know";
-      EXPECT_EQ(AfxGetApp(), &app);
-    }).join();
+    // The framework doesn't know the other thread.
+    std::thread([&] { EXPECT_TRUE(AfxGetThread() == nullptr && AfxGetApp() == &app); }).join();
     auto window = std::make_unique<CWnd>();
     app.m_pMainWnd = window.get();
     EXPECT_EQ(AfxGetMainWnd(), window.get());
     window.reset();
     EXPECT_EQ(AfxGetMainWnd(), nullptr);
   }
-  EXPECT_EQ(AfxGetApp(), nullptr);
-  EXPECT_EQ(AfxGetThread(), nullptr);
+  EXPECT_TRUE(AfxGetApp() == nullptr && AfxGetThread() == nullptr);
 }
 
 TEST(WinApp, WithoutANameItHasTheExecutablesBaseName) {
   testing::ScriptedPlatform platform;
-  const test::Rows<const char*, const char*> rows = {{"/usr/bin/tool", "tool"},
-                                                     {"/opt/v1.2/my tool.bin", "my tool"},
-                                                     {"tool.", "tool"},
-                                                     {"C:\\Tools\\Job.Runner.exe", "Job.Runner"},
-                                                     {"", ""}};
-  for (const auto& [path, name] : rows) {
-    platform.modules.path = path;
+  for (const std::string row : {"tool: /usr/bin/tool", "my tool: /opt/v1.2/my tool.bin",
+                                "tool: tool.", ": ", "Job.Runner: C:\\Tools\\Job.Runner.exe"}) {
+    platform.modules.path = row.substr(row.find(": ") + 2);
     CWinApp app;
-    EXPECT_STREQ(app.GetExecutablePath(), path);
+    const CString path = app.GetExecutablePath();
     app.SetExecutablePath("/bin/other");
     app.SetRegistryKey("Maker");
-    EXPECT_STREQ(app.GetAppName(), name);
+    EXPECT_EQ(app.GetAppName() + (": " + path), row.c_str());
   }
   EXPECT_STREQ(CWinApp(" Job  Runner ").GetAppName(), " Job  Runner ");
 }
@@ -56,16 +49,14 @@ TEST(WorkerThread, SendsToTheMainWindowOfTheThreadThatBeganItWhileThatJoins) {
   WorkerThread worker = AfxBeginThread(
       [](void* parameter) -> UINT {
         EXPECT_EQ(AfxGetMainWnd(), parameter);
-        EXPECT_NE(AfxGetThread(), nullptr);
-        EXPECT_NE(AfxGetThread(), AfxGetApp());
+        EXPECT_TRUE(AfxGetThread() != nullptr && AfxGetThread() != AfxGetApp());
         for (int round = 0; round < 50; ++round) AfxGetMainWnd()->SendMessage(WM_APP);
         return 0;
       },
       static_cast<CWnd*>(&main));
   EXPECT_TRUE(worker);
   for (int twice = 0; twice < 2; ++twice) worker.Join();
-  EXPECT_FALSE(worker);
-  EXPECT_EQ(main.messages.size(), 50U);
+  EXPECT_TRUE(!worker && main.messages.size() == 50);
 }
 
 TEST(WorkerThread, GoesOnByItselfWhenItIsDropped) {
@@ -99,9 +90,9 @@ struct Profile : ::testing::TestWithParam<bool> {
     BYTE* data = nullptr;
     UINT size = 1;
     const BOOL found = app.GetProfileBinary(section, entry, &data, &size);
-    const std::unique_ptr<BYTE[]> owner(data);
     EXPECT_EQ(found != 0, data != nullptr);
-    return found != 0 ? std::string(data, data + size) : "gone";
+    const std::unique_ptr<BYTE[]> owner(data);
+    return data != nullptr ? std::string(data, data + size) : "gone";
   }
   CWinApp app{"tool"};
 };
@@ -130,11 +121,12 @@ TEST_P(Profile, NullsDeleteAnEntryOrASectionAndNeverAllOfIt) {
     for (const char* entry : {"x", "y"}) app.WriteProfileString(section, entry, "2");
   }
   app.WriteProfileString("a\\deep", "z", "3");
-  for (int twice = 0; twice < 2; ++twice) EXPECT_TRUE(app.WriteProfileString("a", "x", nullptr));
+  const auto remove = [&](const char* entry) {
+    return app.WriteProfileString("a", entry, nullptr) != 0;
+  };
+  EXPECT_TRUE(remove("x") && remove("x"));
   EXPECT_EQ(Text("a", "x") + Text("a", "y"), "gone2");
-  for (int twice = 0; twice < 2; ++twice) {
-    EXPECT_TRUE(app.WriteProfileString("a", nullptr, nullptr));
-  }
+  EXPECT_TRUE(remove(nullptr) && remove(nullptr));
   // In the registry a section nests; in a file its name is only a name.
   EXPECT_EQ(Text("a", "y") + Text("a\\deep", "z"), GetParam() ? "gonegone" : "gone3");
   for (const char* nothing : {static_cast<const char*>(nullptr), "", "\\"}) {

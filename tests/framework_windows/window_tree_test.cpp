@@ -109,12 +109,10 @@ TEST_F(WindowTree, OwnedWindowsEndWithTheirOwnerFromTheLastAndEachMayGoBefore) {
   CWnd taker;
   ASSERT_TRUE(taker.SubclassDlgItem(6, &top));
   former.reset();
-  EXPECT_EQ(owned[1]->GetOwner(), &taker);
-  EXPECT_EQ(taker.GetUpdateRect(), (CRect{1, 1, 5, 5}));
-  for (LogWnd* window : {&child, &second, &third}) window->DestroyWindow();
+  EXPECT_TRUE(owned[1]->GetOwner() == &taker && taker.GetUpdateRect() == (CRect{1, 1, 5, 5}));
   top.Take();
   top.DestroyWindow();
-  EXPECT_EQ(top.Take(), "1:2 15:2 15. 13:2 13. 11:2 11. 1. ");
+  EXPECT_EQ(top.Take(), "1:2 2:2 3:2 4:2 5:2 15:2 15. 13:2 13. 11:2 11. 3. 2. 4. 5. 1. ");
 }
 
 TEST_F(WindowTree, ObjectsMayGoInAnyOrderAndInTheirOwnHandlers) {
@@ -122,14 +120,12 @@ TEST_F(WindowTree, ObjectsMayGoInAnyOrderAndInTheirOwnHandlers) {
   top.on[WM_DESTROY] = [&] { lowest.reset(); };
   inner.on[WM_SIZE] = [&] { top.DestroyWindow(); };
   inner.MoveWindow(1, 2, 30, 40);
-  EXPECT_EQ(lowest, nullptr);
-  EXPECT_EQ(inner.GetSafeHwnd(), nullptr);
+  EXPECT_TRUE(lowest == nullptr && inner.GetSafeHwnd() == nullptr);
   auto other = std::make_unique<LogWnd>(nullptr, 1);
   LogWnd below(other.get(), 2);
   below.on[WM_DESTROY] = [&] { other.reset(); };
   other->DestroyWindow();
-  EXPECT_EQ(other, nullptr);
-  EXPECT_EQ(below.GetSafeHwnd(), nullptr);
+  EXPECT_TRUE(other == nullptr && below.GetSafeHwnd() == nullptr);
   // Of a chain, the last one drops one above it.
   std::vector<std::unique_ptr<LogWnd>> chain;
   for (int id = 0; id < 6; ++id) {
@@ -167,6 +163,12 @@ TEST_F(WindowTree, RectanglesFollowParentsAndFrames) {
   EXPECT_EQ(child.GetPlace().right, 2147483647);
   inner.MoveWindow(2147483000, -2147483647, 2147483647, 2147483647);
   EXPECT_EQ(inner.ScreenToClient(inner.ClientToScreen({3, 4})), (CPoint{3, 4})) << "they wrap";
+  MINMAXINFO info{{}, {1, 1}, {2, 2}, {3, 3}, {4, 4}};
+  EXPECT_EQ(top.SendMessage(WM_GETMINMAXINFO) +
+                top.SendMessage(WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&info)),
+            0);
+  EXPECT_TRUE(info.ptMaxSize == (CPoint{1920, 1080}) && info.ptMaxTrackSize == info.ptMaxSize);
+  EXPECT_TRUE(info.ptMaxPosition == CPoint() && info.ptMinTrackSize == CPoint());
   third.SetFrameWidths({-2147483647 - 1, 0, 2147483647, 0});
   EXPECT_EQ(third.GetClientRect().Width(), 101);
 }
@@ -190,8 +192,7 @@ TEST_F(WindowTree, FocusGoesToWhatIsEnabledAndLeavesWhatIsHidden) {
   child.EnableWindow();
   child.SetFocus();
   EXPECT_EQ(CWnd::GetFocus(), &top);
-  EXPECT_EQ(second.SetCapture(), nullptr);
-  EXPECT_EQ(third.SetCapture(), &second);
+  EXPECT_TRUE(second.SetCapture() == nullptr && third.SetCapture() == &second);
   top.DestroyWindow();
   EXPECT_TRUE(CWnd::GetFocus() == nullptr && CWnd::GetCapture() == nullptr);
 }
@@ -224,8 +225,7 @@ TEST_F(WindowTree, PlacementKeepsTheNormalRectangleAndWhatAMinimisedWindowWasBef
   child.ShowWindow(SW_SHOWMAXIMIZED);
   EXPECT_EQ(child.GetPlace(), (CRect{0, 0, 100, 50})) << "as large as its parent";
   placement.length = 40;
-  EXPECT_FALSE(top.SetWindowPlacement(&placement));
-  EXPECT_FALSE(CWnd().GetWindowPlacement(&placement));
+  EXPECT_FALSE(top.SetWindowPlacement(&placement) || CWnd().GetWindowPlacement(&placement));
 }
 
 // ---- The observer
@@ -233,7 +233,7 @@ TEST_F(WindowTree, PlacementKeepsTheNormalRectangleAndWhatAMinimisedWindowWasBef
 /// A frame with the windows 1 and 2, and 3 below 1.
 struct Tree {
   Tree() {
-    frame.CreateWnd({.class_name = "Frame", .place = {0, 0, 100, 100}});
+    frame.CreateWnd({.class_name = "Frame"});
     first.CreateWnd({.class_name = "Test", .place = {0, 0, 10, 10}, .parent = &frame, .id = 1});
     second.CreateWnd({.class_name = "Test", .parent = &frame, .id = 2});
     inner.CreateWnd({.class_name = "Test", .parent = &first, .id = 3});
@@ -267,15 +267,13 @@ TEST(WindowObserver, IsToldOfEveryChangeInTheOrderOfTheChanges) {
       {[](Tree& t) { t.first.SetWindowOrder(&t.second); }, &Tree::first, {kOrder}},
       {[](Tree& t) { t.inner.SetParent(&t.second); }, &Tree::inner, {kOrder}},
       {[](Tree& t) { t.first.SetMenu(&t.menu); }, &Tree::first, {kMenu}},
-      {[](Tree& t) { t.first.SetActiveWindow(); }, &Tree::first, {kActive}},
-  };
+      {[](Tree& t) { t.first.SetActiveWindow(); }, &Tree::first, {kActive}}};
   int row = 0;
   for (const auto& [act, window, told] : rows) {
     Tree tree;
     testing::RecordingObserver observer;
     act(tree);
-    EXPECT_EQ(observer.Take(tree.*window), told) << row;
-    ++row;
+    EXPECT_EQ(observer.Take(tree.*window), told) << row++;
   }
   Tree tree;
   testing::RecordingObserver observer;
@@ -306,12 +304,12 @@ struct Target : CWnd {
     return CallEntry(kEntries, *this, key, arguments) || CWnd::CallMapped(key, arguments);
   }
   void OnOpen() { called += "open "; }
-  void OnUpdateOpen(CCmdUI* ui) { ui->Enable(enabled ? 1 : 0); }
+  void OnUpdateOpen(CCmdUI* ui) { ui->Enable(enabled); }
   BOOL OnRange(UINT id) { return called += std::to_string(id) + " ", id == 2 ? 0 : 1; }
   LRESULT OnApp(WPARAM wparam, LPARAM lparam) { return static_cast<LRESULT>(wparam) + lparam; }
 
   std::string called;
-  bool enabled = true;
+  BOOL enabled = 1;
 };
 
 TEST(Commands, CallTheHandlersOfTheMapsUnlessTheyAreDisabledOrOnlyAskedFor) {
