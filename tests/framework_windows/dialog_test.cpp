@@ -155,22 +155,18 @@ TEST_F(Dialog, AnExchangeThatFailsHalfWayTellsOnceAndKeepsTheRest) {
   prompts.on_box = [&] { dialog.GetDlgItem(102)->Press(); };
   prompts.on_dialog = [&](View& view) {
     view.Enter(101, "1");
-    for (const auto& [entered, text] :
-         test::Rows<const char*, const char*>{{"x", "Please enter an integer."},
-                                              {"0", "Please enter an integer between 1 and 20."}}) {
+    for (const char* entered : {"x", "0"}) {
       dialog.GetDlgItem(101)->SetFocus();
-      view.Enter(100, entered);
-      EXPECT_TRUE(view.Press(IDOK));
-      ASSERT_TRUE(view.IsOpen()) << entered;
-      EXPECT_EQ(prompts.shown.back().text, text);
-      EXPECT_EQ(CWnd::GetFocus(), dialog.GetDlgItem(100));
-      EXPECT_EQ(dialog.edit.GetSel(), 0x10000U) << "what is wrong is selected";
+      ASSERT_TRUE(view.Enter(100, entered) && view.Press(IDOK) && view.IsOpen());
+      EXPECT_TRUE(CWnd::GetFocus() == &dialog.edit && dialog.edit.GetSel() == 0x10000);
       EXPECT_EQ(dialog.wrap, 0) << "what comes behind isn't moved";
     }
     EXPECT_TRUE(view.Press(IDCANCEL) || dialog.SendMessage(WM_CLOSE) == 0);
   };
   EXPECT_EQ(dialog.DoModal(), IDCANCEL);
-  EXPECT_EQ(prompts.shown.size(), 2U);
+  ASSERT_EQ(prompts.shown.size(), 2U);
+  EXPECT_EQ(prompts.shown[0].text + prompts.shown[1].text,
+            "Please enter an integer.Please enter an integer between 1 and 20.");
 }
 
 TEST_F(Dialog, MayCloseItselfInAnyOfItsHandlersAndInItsExchangeAndRunAnew) {
@@ -235,8 +231,7 @@ TEST_F(Dialog, RunsWithinAnotherAndGivesItTheScreenAndTheFocusBack) {
   dialog.on_more = [&] {
     // Without a parent, the dialog that runs is it.
     prompts.on_dialog = [&](View& view) {
-      EXPECT_FALSE(dialog.IsWindowEnabled());
-      view.Press(IDOK);
+      EXPECT_TRUE(!dialog.IsWindowEnabled() && view.Press(IDOK));
     };
     // Over the main window, which is disabled already.
     GotoDlg over_main(&main);
@@ -249,8 +244,7 @@ TEST_F(Dialog, RunsWithinAnotherAndGivesItTheScreenAndTheFocusBack) {
   };
   prompts.on_dialog = [&](View& view) {
     dialog.GetDlgItem(101)->SetFocus();
-    view.Press(102);
-    view.Press(IDOK);
+    EXPECT_TRUE(view.Press(102) && view.Press(IDOK));
   };
   EXPECT_EQ(dialog.DoModal(), IDOK);
   EXPECT_EQ(prompts.dialogs.size(), 3U);
@@ -268,9 +262,8 @@ TEST_F(Dialog, ClosesWhenTheThreadIsToldToEnd) {
     EXPECT_EQ(inner.DoModal(), IDCANCEL);
   };
   prompts.on_dialog = [&](View& view) {
-    EXPECT_TRUE(view.Press(102));
+    EXPECT_TRUE(view.Press(102) && view.Controls().empty());
     EXPECT_FALSE(view.IsOpen() || view.Press(IDOK) || view.Enter(100, "7"));
-    EXPECT_TRUE(view.Controls().empty());
   };
   EXPECT_EQ(dialog.DoModal(), IDCANCEL);
   EXPECT_EQ(dialog.DoModal(), IDCANCEL) << "the thread is still to end";
@@ -293,17 +286,15 @@ TEST_F(Dialog, MayBeDroppedByItsOwnHandlersWhichMayThrowWhileItIsClosed) {
     UINT at = 0;
   };
   prompts.on_dialog = PressOk;
-  const test::Rows<UINT, int> rows = {{WM_CREATE, -1},
-                                      {WM_SHOWWINDOW, IDCANCEL},
-                                      {WM_COMMAND, IDCANCEL},
-                                      {WM_DESTROY, IDOK},
-                                      {0, IDOK}};
-  for (const auto& [at, result] : rows) {
+  std::string results;
+  for (const UINT at :
+       {UINT{WM_CREATE}, UINT{WM_SHOWWINDOW}, UINT{WM_COMMAND}, UINT{WM_DESTROY}, 0U}) {
     auto* const dropped = new DroppedDlg;
     dropped->at = at;
-    EXPECT_EQ(dropped->DoModal(), result) << at;
+    results += std::to_string(dropped->DoModal()) + " ";
     if (at == WM_DESTROY) delete dropped;
   }
+  EXPECT_EQ(results, "-1 2 2 1 1 ");
 }
 
 TEST_F(Dialog, RunsTheMessageLoopUnderAWindowLayer) {
