@@ -1,7 +1,9 @@
 // The registry among processes: killed writers, many writers at once, readers in other processes.
 
+#include <future>
 #include <unistd.h>
 
+#include "tests/support/failing_system_calls.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/own_process.h"
 #include "tests/support/registry_user.h"
@@ -102,7 +104,10 @@ TEST(RegistryProcess, WhatAKilledWriterHadReportedIsThere) {
       const std::string alone = test::Found(mixed.path());
       mixed.Put("hkcu.journal", directory.Get("hkcu.journal"));
       prompts.shown.clear();
-      EXPECT_EQ(test::Found(mixed.path()), alone) << kill;
+      const std::string both = test::Found(mixed.path());
+      // Unless the kill met the fold of the journal that follows the former snapshot.
+      if (both == found && prompts.shown.empty()) continue;
+      EXPECT_EQ(both, alone) << kill;
       EXPECT_EQ(prompts.shown.size(), 1u);
       ++set_aside;
     }
@@ -136,6 +141,51 @@ TEST(RegistryProcess, NothingIsLostAmongWritersNorWhenTheJournalIsRemovedAgainAn
     EXPECT_TRUE(test::AllEndWell(writers, write));
     RegistryUser user(directory.path());
     EXPECT_EQ(count(user), total);
+  }
+}
+
+TEST(RegistryProcess, AFoldWhoseJournalIsRemovedMeanwhileTakesNothingFromWhoeverFollows) {
+  struct : test::FailingSystemCalls {
+    int LinkStatus(const char* path, struct stat* status) override {
+      return Count(), FailingSystemCalls::LinkStatus(path, status);
+    }
+    int Sync(int fd) override { return Count(), FailingSystemCalls::Sync(fd); }
+    int Rename(const char* from, const char* to) override {
+      return Count(), FailingSystemCalls::Rename(from, to);
+    }
+    void Count() {
+      if (--left == 0) happens();
+    }
+    int left = 0;
+    std::function<void()> happens;
+  } calls;
+  const ScriptedPrompts prompts;
+  const std::string large = "l=#345000 l=#345000 l=#345000 l=#345000 ";
+  for (const std::string& ending : {std::string("l=#345000 leave"), large, large + "leave"}) {
+    bool is_met = true;
+    for (int moment = 1; is_met; ++moment) {
+      SCOPED_TRACE(ending + std::to_string(moment));
+      const TempDirectory directory;
+      RegistryUser user(directory.path(), calls);
+      user.Do("mine=1");
+      std::future<void> theirs;
+      calls.happens = [&] {
+        fs::remove(directory / "hkcu.journal");
+        theirs = std::async(std::launch::async, [&] {
+          RegistryUser(directory.path()).Do("theirs=2 " + large + "leave");
+        });
+        // Before this one's snapshot is in place, unless they wait for it.
+        theirs.wait_for(std::chrono::milliseconds(30));
+      };
+      calls.left = moment;
+      user.Do(ending);
+      is_met = std::exchange(calls.left, 0) < 1;
+      if (!is_met) continue;
+      theirs.get();
+      EXPECT_EQ(test::Found(directory.path()), "k: l=#345000 mine=1 theirs=2 ");
+      user.Do("leave");
+      EXPECT_EQ(user.All(), "k: l=#345000 mine=1 theirs=2 ");
+    }
   }
 }
 

@@ -86,22 +86,30 @@ bool IsFirstIn(SystemCalls& calls, const std::string& directory) {
   return known.emplace(directory, status.st_dev, status.st_ino).second;
 }
 
-/// Removes the temporary files of dead processes. What can't be removed harms nothing.
-void RemoveLeftovers(SystemCalls& calls, const std::string& directory, const std::string& stem) {
+/// Calls `visit` with the paths of the directory's temporary files, opened or the reason why not.
+template <typename Visit>
+void VisitTemporaries(SystemCalls& calls, const std::string& directory, const std::string& stem,
+                      Visit visit) {
   DirectoryReader entries(calls, directory);
   while (const char* const name = entries.Next()) {
     if (!IsTemporaryName(name, stem)) continue;
     const std::string path = directory + '/' + name;
     const Result<int> fd = OpenFile(calls, path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
-    if (!fd.ok()) {
-      if (fd.error.kind != ErrorKind::kAccessDenied || stem == kTemporaryStem) continue;
-      static_cast<void>(calls.Unlink(path.c_str()));
-      continue;
-    }
-    const FileDescriptor file(calls, fd.value);
-    if (calls.Lock(file.get(), LOCK_EX | LOCK_NB) != 0) continue;
-    static_cast<void>(calls.Unlink(path.c_str()));
+    const FileDescriptor file = fd.ok() ? FileDescriptor(calls, fd.value) : FileDescriptor();
+    visit(path, file, fd.error);
   }
+}
+
+/// Removes the temporary files of dead processes. What can't be removed harms nothing.
+void RemoveLeftovers(SystemCalls& calls, const std::string& directory, const std::string& stem) {
+  VisitTemporaries(calls, directory, stem,
+                   [&](const std::string& path, const FileDescriptor& file, const Error& error) {
+                     const bool is_left =
+                         file.is_open()
+                             ? calls.Lock(file.get(), LOCK_EX | LOCK_NB) == 0
+                             : error.kind == ErrorKind::kAccessDenied && stem != kTemporaryStem;
+                     if (is_left) static_cast<void>(calls.Unlink(path.c_str()));
+                   });
 }
 
 Result<Temporary> MakeTemporary(SystemCalls& calls, const Replacement& replacement) {
@@ -154,6 +162,7 @@ Error ReplaceFile(SystemCalls& calls, const Replacement& replacement,
     } catch (const std::exception&) {
       error = ErrorOfException();
     }
+    if (error.ok() && replacement.permission) error = replacement.permission();
     if (error.ok() && replacement.only_new) {
       error = RenameToNew(calls, temporary, replacement.target);
     } else if (error.ok() && calls.Rename(temporary.c_str(), replacement.target.c_str()) != 0) {
@@ -173,6 +182,18 @@ Error ReplaceFile(SystemCalls& calls, const Replacement& replacement,
   if (!error.ok() && replacement.only_new) {
     static_cast<void>(calls.Unlink(replacement.target.c_str()));
   }
+  return error;
+}
+
+Error AwaitReplacements(SystemCalls& calls, const std::string& directory, const std::string& stem,
+                        std::chrono::nanoseconds deadline) {
+  Error error;
+  VisitTemporaries(calls, directory, stem,
+                   [&](const std::string&, const FileDescriptor& file, const Error&) {
+                     if (!file.is_open() || !error.ok()) return;
+                     const Error locked = LockFile(calls, file.get(), LOCK_SH, deadline);
+                     if (locked.kind == ErrorKind::kBusy) error = locked;
+                   });
   return error;
 }
 

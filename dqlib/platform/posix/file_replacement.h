@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <string>
@@ -35,6 +36,9 @@ struct Replacement {
   /// Whether the new directory entry too is on the disk at the end. Without, the system may after a
   /// breakdown come up with the old file.
   bool sync_directory = true;
+  /// Called when the new file is on the disk, before it is put in place; its error keeps it from
+  /// there. Null if nothing is to be asked.
+  std::function<Error()> permission;
 };
 
 /// Calls `write` to fill the new file, and puts it in place once it is on the disk. If that fails,
@@ -42,6 +46,12 @@ struct Replacement {
 /// may be there in the place of an old one.
 Error ReplaceFile(SystemCalls& calls, const Replacement& replacement,
                   const std::function<Error(int fd)>& write);
+
+/// Waits until the files that are being filled in the directory under names that are made up from
+/// the stem are in place, or given up; at the deadline `kBusy`. Those that can't be opened are
+/// taken for what dead processes have left.
+Error AwaitReplacements(SystemCalls& calls, const std::string& directory, const std::string& stem,
+                        std::chrono::nanoseconds deadline);
 
 /// Renames a file or directory; `kAlreadyExists` if `to` is there.
 Error RenameToNew(SystemCalls& calls, const std::string& from, const std::string& to);

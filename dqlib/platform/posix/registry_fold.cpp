@@ -22,6 +22,11 @@ Error RegistryStore::Fold() try {
   if (const Error error = KeepDamaged(); !error.ok()) return error;
   TellOfDamage();
   if (const Error error = WriteSnapshotFile(); !error.ok()) return error;
+  if (const Error error = CheckJournalIsInPlace(); !error.ok()) {
+    // Who has begun another may not have seen this snapshot.
+    must_fold_ = true;
+    return error;
+  }
   if (const Error error = EmptyJournal(); !error.ok()) return error;
   damage_ = {};
   must_fold_ = false;
@@ -51,11 +56,19 @@ Error RegistryStore::CheckSnapshot() {
   return {};
 }
 
+Error RegistryStore::CheckJournalIsInPlace() const {
+  const Result<JournalFile::Status> status = journal_.GetStatus();
+  if (!status.ok()) return status.error;
+  return status.value.displaced ? ErrorFromErrno(kDisplaced) : Error{};
+}
+
 Result<struct stat> RegistryStore::OwnerOfSnapshot() const {
   struct stat status;
   if (calls_.LinkStatus(FilePath(kSnapshot).c_str(), &status) != 0) {
     if (errno != ENOENT) return ErrorFromErrno(errno);
-    if (calls_.Status(FilePath(kJournal).c_str(), &status) != 0) return ErrorFromErrno(errno);
+    if (calls_.Status(FilePath(kJournal).c_str(), &status) != 0) {
+      return ErrorFromErrno(errno == ENOENT ? kDisplaced : errno);
+    }
   }
   status.st_mode = S_ISREG(status.st_mode) ? status.st_mode & kUserOnly : kUserOnly;
   return status;
@@ -78,9 +91,12 @@ Error RegistryStore::WriteSnapshotFile() {
   // Under a name that is made up, because others may have made a file of any that is known.
   const Replacement replacement{.target = FilePath(kSnapshot),
                                 .temporary = {},
-                                .stem = kTemporaryStem + names_.file + '-',
+                                .stem = TemporaryStem(),
                                 .old = owner.value,
-                                .mode = kUserOnly};
+                                .mode = kUserOnly,
+                                // Others may have begun a journal in the place of a displaced one,
+                                // and folded it: their snapshot has what this one lacks.
+                                .permission = [&] { return CheckJournalIsInPlace(); }};
   std::uint64_t size = 0;
   const SnapshotEpochs epochs{FreshNumber(), epoch_, end_, NextEpoch()};
   // The journal must not be emptied before the disk has the snapshot under its name.
@@ -124,7 +140,7 @@ Error RegistryStore::EmptyJournal() {
   epoch_ = header.epoch;
   end_ = kJournalHeaderSize;
   // Records that stay are none of this epoch, and the next writer cuts them off.
-  static_cast<void>(journal_.Truncate(end_));
+  journal_.Truncate(end_);
   // Lost, this leaves the old journal, all of which the snapshot has.
   needs_sync_ = !journal_.Sync().ok();
   return {};

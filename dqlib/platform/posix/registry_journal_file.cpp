@@ -180,12 +180,9 @@ Error JournalFile::Write(std::uint64_t place, std::string_view bytes) {
   return WriteFullyAt(calls_, file_.get(), bytes, static_cast<off_t>(place));
 }
 
-Error JournalFile::Truncate(std::uint64_t size) {
-  int result = calls_.Truncate(file_.get(), static_cast<off_t>(size));
-  while (result != 0 && errno == EINTR) {
-    result = calls_.Truncate(file_.get(), static_cast<off_t>(size));
+void JournalFile::Truncate(std::uint64_t size) {
+  while (calls_.Truncate(file_.get(), static_cast<off_t>(size)) != 0 && errno == EINTR) {
   }
-  return result == 0 ? Error{} : ErrorFromErrno(errno);
 }
 
 Error JournalFile::Sync() { return SyncFile(calls_, file_.get()); }

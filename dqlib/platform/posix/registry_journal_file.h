@@ -76,7 +76,9 @@ class JournalFile {
 
   Error Read(std::uint64_t place, std::uint64_t size, std::string& bytes) const;
   Error Write(std::uint64_t place, std::string_view bytes);
-  Error Truncate(std::uint64_t size);
+  /// Cuts off what is behind. What stays because that can't be done is read as the end of a write
+  /// that was never reported.
+  void Truncate(std::uint64_t size);
   Error Sync();
 
  private:

@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <utility>
 
+#include "dqlib/platform/posix/file_replacement.h"
 #include "dqlib/platform/posix/system_services.h"
 
 namespace dq::platform::posix {
@@ -126,6 +127,16 @@ Error RegistryStore::Run(std::chrono::nanoseconds deadline, Work work) {
   }
 }
 
+template <typename Work>
+Error RegistryStore::WithJournal(bool writing, Work work) {
+  for (int attempt = 0;; ++attempt) {
+    if (const Error error = Begin(writing); !error.ok()) return error;
+    const Hold hold(*this);
+    const Error error = work();
+    if (error.code != kDisplaced || attempt == kOpenAttempts) return error;
+  }
+}
+
 Error RegistryStore::Refresh(std::chrono::nanoseconds deadline) {
   return Run(deadline, [&] {
     const Error error = Begin(false);
@@ -136,9 +147,8 @@ Error RegistryStore::Refresh(std::chrono::nanoseconds deadline) {
 
 Error RegistryStore::Change(const Planner& plan, const Finisher& finish,
                             std::chrono::nanoseconds deadline) {
-  return Run(deadline, [&]() -> Error {
-    if (const Error error = Begin(true); !error.ok()) return error;
-    const Hold hold(*this);
+  bool is_displaced = false;
+  const auto work = [&]() -> Error {
     if (must_fold_) {
       if (const Error error = Fold(); !error.ok()) return error;
     }
@@ -154,8 +164,17 @@ Error RegistryStore::Change(const Planner& plan, const Finisher& finish,
     }
     // The change is made whether the fold succeeds or not; a fold that fails leaves it in the
     // journal.
-    if (HasGrown() && !Fold().ok()) next_fold_ = 2 * end_;
+    if (!HasGrown()) return {};
+    const Error folded = Fold();
+    if (!folded.ok()) next_fold_ = 2 * end_;
+    is_displaced = folded.code == kDisplaced;
     return {};
+  };
+  return Run(deadline, [&] {
+    const Error error = WithJournal(true, work);
+    // The change is where nobody else looks; it needn't wait for the next one.
+    if (is_displaced) static_cast<void>(WithJournal(true, [] { return Error{}; }));
+    return error;
   });
 }
 
@@ -163,9 +182,7 @@ Error RegistryStore::Flush(std::chrono::nanoseconds deadline) {
   return Run(deadline, [&]() -> Error {
     // Others' changes too, which this process has seen and may have reported.
     if (!journal_.is_open() && !needs_sync_ && !directory_needs_sync_ && !must_fold_) return {};
-    if (const Error error = Begin(false); !error.ok()) return error;
-    const Hold hold(*this);
-    return SyncAll();
+    return WithJournal(false, [&] { return SyncAll(); });
   });
 }
 
@@ -173,14 +190,17 @@ Error RegistryStore::Leave(bool last_user, std::chrono::nanoseconds deadline) {
   return Run(deadline, [&]() -> Error {
     const bool owes = needs_sync_ || directory_needs_sync_ || must_fold_;
     if (!journal_.is_open() && !owes) return {};
+    Error error;
     // Who owes nothing waits for nobody.
-    Error error = last_user || owes ? Begin(false) : Error{};
-    if (error.ok() && (last_user || owes)) {
-      const Hold hold(*this);
-      if (last_user && journal_.is_writable() && end_ > kJournalHeaderSize) {
-        static_cast<void>(Fold());  // what it doesn't do is in the journal, and synced next
-      }
-      if (needs_sync_ || directory_needs_sync_ || must_fold_) error = SyncAll();
+    if (last_user || owes) {
+      error = WithJournal(false, [&]() -> Error {
+        if (last_user && journal_.is_writable() && end_ > kJournalHeaderSize) {
+          const Error folded = Fold();
+          if (folded.code == kDisplaced) return folded;
+          // What else it doesn't do is in the journal, and synced next.
+        }
+        return needs_sync_ || directory_needs_sync_ || must_fold_ ? SyncAll() : Error{};
+      });
     }
     CloseJournal();
     return error;
@@ -215,6 +235,8 @@ std::string RegistryStore::FilePath(std::string_view extension) const {
   path += extension;
   return path;
 }
+
+std::string RegistryStore::TemporaryStem() const { return kTemporaryStem + names_.file + '-'; }
 
 Error RegistryStore::Begin(bool writing) {
   Error error = OpenUpToDate(writing);
@@ -266,7 +288,15 @@ Error RegistryStore::TakeOver(std::uint64_t size) {
     return {};
   }
   if (size >= kJournalHeaderSize && !is_taken_over.value) {
+    const bool is_known = is_loaded_;
     if (const Error error = TakeInJournal(size); !error.ok()) return error;
+    if (!is_known && damage_.journal.is_foreign) {
+      // The snapshot is later than this journal, and who has changed it sees to what is in it.
+      is_loaded_ = must_fold_ = false;
+      damage_ = {};
+      CloseJournal();
+      return {};
+    }
   }
   // What was in a snapshot that is gone too, another one may still know.
   const bool is_complete = !damage_.snapshot.is_gone;
@@ -328,6 +358,9 @@ Error RegistryStore::OpenJournalFile(bool writable) {
 Error RegistryStore::MakeJournal() {
   CloseJournal();
   const std::string path = FilePath(kJournal);
+  // Who folds the journal that was here before would put its snapshot over one of the new journal.
+  const Error awaited = AwaitReplacements(calls_, names_.directory, TemporaryStem(), deadline_);
+  if (!awaited.ok()) return awaited;
   const auto make = [&] {
     const std::lock_guard tree(tree_mutex_);
     return journal_.Make(path);
@@ -367,7 +400,7 @@ Error RegistryStore::Synchronise(std::uint64_t size) {
   }
   if (journal_.is_writable() && size > end_ && !damage_.any()) {
     // The end of a write that was never reported. One that stays is written over.
-    static_cast<void>(journal_.Truncate(end_));
+    journal_.Truncate(end_);
   }
   if (must_fold_ || !damage_.is_told()) Repair();
   const std::uint64_t now = journal_.Generation();
@@ -452,7 +485,7 @@ Error RegistryStore::WriteHeader(const JournalHeader& header) {
   const std::uint64_t generation = FreshNumber();
   const Error error = journal_.Write(0, EncodeJournalHeader(header, generation));
   // What was written of it is overwritten by the next one to come.
-  if (!error.ok()) static_cast<void>(journal_.Truncate(0));
+  if (!error.ok()) journal_.Truncate(0);
   if (error.ok()) seen_generation_ = generation;
   return error;
 }
@@ -568,7 +601,7 @@ Error RegistryStore::Append(const JournalChange& change) {
   if (error.ok()) {
     error = journal_.Write(end_, record_);
     // Part of a record is none, and is overwritten by the next one, if it must stay.
-    if (!error.ok()) static_cast<void>(journal_.Truncate(end_));
+    if (!error.ok()) journal_.Truncate(end_);
   }
   if (!error.ok()) return error;
   needs_sync_ = true;
@@ -579,7 +612,7 @@ Error RegistryStore::Append(const JournalChange& change) {
     ApplyChange(change, *tree_);
   } catch (const std::exception&) {
     // Nobody has read the record yet, because that takes the lock.
-    static_cast<void>(journal_.Truncate(end_));
+    journal_.Truncate(end_);
     throw;
   }
   end_ += record_.size();

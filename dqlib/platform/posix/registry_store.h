@@ -23,6 +23,7 @@
 #pragma once
 
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -108,6 +109,8 @@ class RegistryStore {
   static constexpr std::string_view kJournal = ".journal";
   /// A journal that is shorter isn't worth writing a snapshot for.
   static constexpr std::uint64_t kFoldSize = std::uint64_t{1} << 20;
+  /// The code of an error.
+  static constexpr int kDisplaced = ESTALE;
   /// A number that no earlier journal, snapshot or generation of these files had.
   static std::uint64_t FreshNumber();
 
@@ -115,7 +118,13 @@ class RegistryStore {
   /// is an error.
   template <typename Work>
   Error Run(std::chrono::nanoseconds deadline, Work work);
+  /// Does the work with the lock and an up-to-date tree, again if the journal it was begun with was
+  /// displaced before a snapshot of it could be put in place.
+  template <typename Work>
+  Error WithJournal(bool writing, Work work);
   std::string FilePath(std::string_view extension) const;
+  /// What the names of snapshots begin with while they are written.
+  std::string TemporaryStem() const;
 
   /// Locks the journal and brings the tree up to date; for `writing`, the journal can be written
   /// then. `Hold` gives the lock back.
@@ -159,7 +168,10 @@ class RegistryStore {
   Error Append(const JournalChange& change);
 
   bool HasGrown() const;
+  /// Fails with `kDisplaced` if somebody has displaced the journal meanwhile: what is at its path
+  /// now must be taken in first.
   Error Fold();
+  Error CheckJournalIsInPlace() const;
   /// Finds out whether somebody has put another snapshot in the place of the one that is known.
   Error CheckSnapshot();
   /// Whose a new snapshot is, and who may read and write it: as the former one, else the journal.
