@@ -10,7 +10,6 @@ namespace dq {
 namespace {
 
 using test::SerialNode;
-using test::TempDirectory;
 using namespace std::string_literals;
 using namespace std::string_view_literals;
 using Failure = CArchiveException;
@@ -24,7 +23,7 @@ int CauseOf(const std::function<void()>& operation) try {
 }
 
 TEST(File, OpenFlagsMakeEmptyKeepAndShare) {
-  const TempDirectory directory;
+  const test::TempDirectory directory;
   const std::string path = directory / "f";
   CFileException error;
   CFile file;
@@ -48,18 +47,16 @@ TEST(File, OpenFlagsMakeEmptyKeepAndShare) {
 }
 
 TEST(File, PositionsLengthsAndBadSeeks) {
-  const TempDirectory directory;
+  const test::TempDirectory directory;
   CFile on_disk((directory / "f").c_str(), CFile::modeCreate | CFile::modeReadWrite);
   CMemFile in_memory;
   for (CFile* file : {&on_disk, static_cast<CFile*>(&in_memory)}) {
     file->Write("0123456789", 10);
-    EXPECT_EQ(file->Seek(-4, CFile::end), 6);
     char buffer[16] = {};
-    EXPECT_EQ(file->Read(buffer, sizeof buffer), 4u);
+    EXPECT_TRUE(file->Seek(-4, CFile::end) == 6 && file->Read(buffer, sizeof buffer) == 4);
     EXPECT_STREQ(buffer, "6789");
     EXPECT_EQ(CauseOf([&] { file->Seek(-1, CFile::begin); }), CFileException::badSeek);
-    EXPECT_EQ(file->GetPosition(), 10);
-    file->Seek(2, CFile::end);
+    EXPECT_TRUE(file->GetPosition() == 10 && file->Seek(2, CFile::end) == 12);
     file->Write("x", 1);
     EXPECT_EQ(file->GetLength(), 13);
     file->SetLength(3);
@@ -71,26 +68,44 @@ TEST(File, PositionsLengthsAndBadSeeks) {
   EXPECT_EQ(CauseOf([&] { in_memory.Write("x", 1); }), CFileException::diskFull);
   EXPECT_EQ(CauseOf([&] { in_memory.SetLength(kFar); }), CFileException::diskFull);
   char byte = 0;
-  EXPECT_EQ(in_memory.Read(&byte, 1), 0u);
-  EXPECT_EQ(in_memory.GetLength(), 3);
+  EXPECT_TRUE(in_memory.Read(&byte, 1) == 0 && in_memory.GetLength() == 3);
+}
+
+TEST(File, StatusesNamesAndRemovals) {
+  const test::TempDirectory directory;
+  const std::string path = directory.Put("f", "abc"), renamed = directory / "g";
+  CFile::Rename(path.c_str(), renamed.c_str());
+  CFileStatus status, changed;
+  EXPECT_TRUE(!CFile::GetStatus(path.c_str(), status) && CFile::GetStatus(renamed.c_str(), status));
+  status.m_mtime = 86'400;
+  status.m_attribute = FILE_READ_ONLY;
+  CFile::SetStatus(renamed.c_str(), status);
+  CFile file(renamed.c_str(), CFile::modeRead);
+  EXPECT_TRUE(file.GetStatus(changed) && changed.m_size == 3 && changed.m_mtime == 86'400 &&
+              (changed.m_attribute & FILE_READ_ONLY) != 0 && changed.m_szFullName == renamed);
+  EXPECT_EQ(file.GetFileName(), "g");
+  const auto remove = [&] { CFile::Remove(renamed.c_str()); };
+  EXPECT_EQ(CauseOf(remove), CFileException::accessDenied);
+  status.m_attribute = FILE_ARCHIVE;
+  CFile::SetStatus(renamed.c_str(), status);
+  EXPECT_EQ(CauseOf(remove), CFileException::none);
+  EXPECT_EQ(CauseOf(remove), CFileException::fileNotFound);
 }
 
 TEST(StdioFile, LinesEndInLfOrCrLfAcrossBuffers) {
-  const TempDirectory directory;
+  const test::TempDirectory directory;
   const std::string wide(65535, 'x');
   const std::string path = directory.Put("f", wide + "\r\n\r\na\rb\n\r\r\nlast\r");
   CStdioFile file(path.c_str(), CFile::modeRead);
   CString line;
   for (const char* const expected : {wide.c_str(), "", "a\rb", "\r", "last\r"}) {
-    EXPECT_TRUE(file.ReadString(line));
-    EXPECT_EQ(line, expected);
+    EXPECT_TRUE(file.ReadString(line) && line == expected) << expected;
   }
-  EXPECT_FALSE(file.ReadString(line));
-  EXPECT_TRUE(line.IsEmpty());
+  EXPECT_TRUE(!file.ReadString(line) && line.IsEmpty());
 }
 
 TEST(StdioFile, ReadsAndWritesMixAtOnePosition) {
-  const TempDirectory directory;
+  const test::TempDirectory directory;
   const std::string path = directory.Put("f", "one\ntwo\nthree\n");
   {
     CStdioFile file(path.c_str(), CFile::modeReadWrite);
@@ -98,8 +113,7 @@ TEST(StdioFile, ReadsAndWritesMixAtOnePosition) {
     file.ReadString(line);
     EXPECT_EQ(file.GetPosition(), 4);
     file.WriteString("2");
-    EXPECT_EQ(file.PeekByte(), 'w');
-    EXPECT_EQ(file.ReadByte(), 'w');
+    EXPECT_TRUE(file.PeekByte() == 'w' && file.ReadByte() == 'w');
     file.SeekToEnd();
     file.WriteString("four");
     EXPECT_EQ(file.GetLength(), 18);
@@ -240,26 +254,26 @@ TEST(Archive, IndicesFrom7FFFhAreOf32Bits) {
 
 TEST(Archive, StreamsThatDontFitAreRefusedBeforeMemoryIsTaken) {
   const std::string node = kNewClass + kEmptyNode;
-  const test::Rows<int, std::vector<std::string>> streams = {
-      {Failure::endOfFile,
-       {kNewClass + "\0\0\xFF\xFF\xFF\xFF\xFF\xFF\xFF"s,
-        kNewClass + "\0\0\xFF\xFF\xFF\xFF\xFF\xFF\x7F"s,
-        kNewClass + "\0\0\0\xFF\xFF\xFF\xFF\xFF\xFF"s,
-        "\xFF\xFF\7\0\x3F\0"s + std::string(62, 'x')}},
-      {Failure::badClass,
-       {kNewClass + "\0\0\xFF\xFE\xFFxx"s, "\xFF\xFF\7\0\x08\0CMemFile"s,
-        "\xFF\xFF\7\0\x40\0"s + std::string(64, 'x')}},
-      {Failure::badSchema, {"\xFF\xFF\1\0\x0E\0CMapStringToOb\0\0"s}},
-      {Failure::badIndex,
-       {"\1\0"s, "\0\x80"s, node + "\2\x80"s, node + "\3\0"s, node + "\xFF\x7F\xFF\xFF\xFF\xFF"s}},
+  const test::Rows<int, std::string> rows = {
+      {Failure::endOfFile, kNewClass + "\0\0\xFF\xFF\xFF\xFF\xFF\xFF\xFF"s},
+      {Failure::endOfFile, kNewClass + "\0\0\xFF\xFF\xFF\xFF\xFF\xFF\x7F"s},
+      {Failure::endOfFile, kNewClass + "\0\0\0\xFF\xFF\xFF\xFF\xFF\xFF"s},
+      {Failure::endOfFile, "\xFF\xFF\7\0\x3F\0"s + std::string(62, 'x')},
+      {Failure::badClass, "\xFF\xFF\7\0\x40\0"s + std::string(64, 'x')},
+      {Failure::badClass, "\xFF\xFF\7\0\x08\0CMemFile"s},
+      {Failure::badClass, kNewClass + "\0\0\xFF\xFE\xFFxx"s},
+      {Failure::badSchema, "\xFF\xFF\1\0\x0E\0CMapStringToOb\0\0"s},
+      {Failure::badIndex, "\1\0"s},
+      {Failure::badIndex, "\0\x80"s},
+      {Failure::badIndex, node + "\2\x80"s},
+      {Failure::badIndex, node + "\3\0"s},
+      {Failure::badIndex, node + "\xFF\x7F\xFF\xFF\xFF\xFF"s},
       // A class by a big index, too.
-      {Failure::none,
-       {node + "\xFF\x7F\1\0\0\x80"s + kEmptyNode, node + "\0\0\2\0\1\x80"s + kEmptyNode,
-        "\xFF\xFF\0\0\x0E\0CMapStringToOb\0\0"s}}};
-  for (const auto& [cause, causes] : streams) {
-    for (const std::string& stream : causes) {
-      EXPECT_EQ(LoadObjects(stream), cause) << testing::PrintToString(stream);
-    }
+      {Failure::none, node + "\xFF\x7F\1\0\0\x80"s + kEmptyNode},
+      {Failure::none, node + "\0\0\2\0\1\x80"s + kEmptyNode},
+      {Failure::none, "\xFF\xFF\0\0\x0E\0CMapStringToOb\0\0"s}};
+  for (const auto& [cause, stream] : rows) {
+    EXPECT_EQ(LoadObjects(stream), cause) << testing::PrintToString(stream);
   }
   EXPECT_EQ(LoadObjects(node, RUNTIME_CLASS(CMapStringToOb)), Failure::badClass);
   EXPECT_EQ(LoadObjects(node, RUNTIME_CLASS(CObject)), Failure::none);
