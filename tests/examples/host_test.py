@@ -37,27 +37,27 @@ int main() {
 """
 
 
+def run(*command):
+    """What a command that succeeds prints."""
+    return subprocess.run(command, capture_output=True, text=True, check=True).stdout
+
+
 class HostTest(unittest.TestCase):
     def test_prints_its_own_string_and_one_of_the_library(self):
-        result = subprocess.run([PROGRAM], capture_output=True, text=True, check=True)
-        self.assertEqual(result.stdout,
+        self.assertEqual(run(PROGRAM),
                          "host_example is ready.\nThis Feature is Under Construction.\n")
 
     def test_configures_by_itself_with_neither_tests_nor_hosts(self):
         with tempfile.TemporaryDirectory() as tree:
-            subprocess.run(["cmake", "-S", SOURCE, "-B", tree, "-G", GENERATOR,
-                            f"-DCMAKE_CXX_COMPILER={COMPILER}"],
-                           capture_output=True, text=True, check=True)
+            run("cmake", "-S", SOURCE, "-B", tree, "-G", GENERATOR,
+                f"-DCMAKE_CXX_COMPILER={COMPILER}")
             build = ["cmake", "--build", tree, "--target"]
-            targets = subprocess.run([*build, "help"], capture_output=True, text=True,
-                                     check=True).stdout
+            targets = run(*build, "help")
             # A dry run, since all of it is compiled by the tree's own build.
-            commands = subprocess.run([*build, "host_example", "--verbose", "--", "-n"],
-                                      capture_output=True, text=True, check=True).stdout
+            commands = run(*build, "host_example", "--verbose", "--", "-n")
         self.assertIn("-Wall", commands)
-        self.assertNotIn("-Werror", commands)
-        self.assertNotIn("dqtool", targets)
-        self.assertNotIn("_test", targets)
+        for text, word in ((commands, "-Werror"), (targets, "dqtool"), (targets, "_test")):
+            self.assertNotIn(word, text)
 
     @unittest.skipIf(TREE == "no", "the archives need flags of their own")
     def test_has_texts_and_controls_if_linked_by_hand(self):
@@ -72,12 +72,11 @@ class HostTest(unittest.TestCase):
                                      for name in ("main.cpp", "main.o", "program"))
             with open(source, "w", encoding="utf-8") as file:
                 file.write(BY_HAND)
-            subprocess.run([COMPILER, "-std=c++20", "-I", os.path.join(SOURCE, "..", ".."), "-c",
-                            source, "-o", made], check=True)
+            run(COMPILER, "-std=c++20", "-I", os.path.join(SOURCE, "..", ".."), "-c", source,
+                "-o", made)
             for libraries in (["-Wl,--start-group", *sorted(ordered), "-Wl,--end-group"], ordered):
-                subprocess.run([COMPILER, made, *libraries, "-o", program], check=True)
-                result = subprocess.run([program], capture_output=True, text=True, check=True)
-                self.assertEqual(result.stdout, "Unknown OS Error\nCComboBox\nCEdit\nCButton\n")
+                run(COMPILER, made, *libraries, "-o", program)
+                self.assertEqual(run(program), "Unknown OS Error\nCComboBox\nCEdit\nCButton\n")
 
 
 if __name__ == "__main__":
