@@ -2,13 +2,12 @@
 
 #include <unistd.h>
 
+#include "dqlib/platform/paths.h"
+#include "dqlib/platform/platform.h"
 #include "dqlib/platform/posix/mount_table.h"
-#include "dqlib/platform/posix/system_services.h"
 #include "dqlib/platform/profile_files.h"
-#include "tests/support/failing_system_calls.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/temp_directory.h"
-#include "tests/support/testing.h"
 
 namespace dq::platform {
 namespace {
@@ -23,6 +22,7 @@ constexpr OpenOptions kToReplace{.write = true, .create = true, .deny_read = tru
 struct FilesTest : testing::Test {
   test::TempDirectory dir;
   Files& files = *System().files;
+  ProfileFiles& profiles = *System().profile_files;
 
   /// Opens, and closes again if that succeeded.
   ErrorKind TryOpen(const std::string& path, const OpenOptions& options) {
@@ -30,6 +30,7 @@ struct FilesTest : testing::Test {
     if (file.ok()) files.Close(file.value);
     return file.error.kind;
   }
+  std::string Run(const std::string& command) { return test::Shell(dir.path(), command); }
   std::vector<std::string> Names(const std::string& pattern) {
     std::vector<std::string> names;
     for (const FoundFile& found : files.Find(pattern).value) names.push_back(found.name);
@@ -62,7 +63,7 @@ TEST_F(FilesTest, OpenFilesReadWriteAndSeek) {
   EXPECT_EQ(dir.Get("a"), "012");
 
   EXPECT_THAT(Kinds({files.Close(file), files.Read(file, buffer).error}),
-              ElementsAre(kInvalidArgument, kInvalidArgument));
+              testing::Each(kInvalidArgument));
   const HANDLE next = files.Open(path, {}).value;
   EXPECT_NE(next, file);
   EXPECT_FALSE(files.Write(next, "x").ok());
@@ -104,61 +105,51 @@ TEST_F(FilesTest, ShareModesHoldWithinAndBetweenProcesses) {
   EXPECT_EQ(dir.Get("a"), "x") << "what is denied isn't emptied either";
 }
 
-TEST_F(FilesTest, ReplaceKeepsPermissionsAndLinks) {
-  dir.Put("old", "old");
-  fs::permissions(dir / "old", fs::perms{0640});
-  fs::create_symlink("old", dir / "link");
-  fs::create_symlink("loop", dir / "loop");
+TEST_F(FilesTest, ReplacingKeepsPermissionsAndLinksAndHoldsAFileFromItsOpening) {
+  Run("echo > old; chmod 640 old; ln -s old link; ln -s loop loop; ln -s none dangling");
   EXPECT_THAT(
       Kinds({files.Replace(dir / "link", "new", true), files.Replace(dir / "secret", "s", true),
              files.Replace(dir / "loop", "x", false), files.Replace(dir.path(), "x", false),
              files.Replace(dir / "none/x", "x", false)}),
       ElementsAre(kNone, kNone, kInvalidArgument, kAccessDenied, kNotFound));
-  EXPECT_EQ(dir.Get("old"), "new");
-  EXPECT_TRUE(fs::is_symlink(dir / "link"));
-  EXPECT_EQ(dir.Mode("old"), 0640u);
-  EXPECT_EQ(dir.Mode("secret"), 0600u);
-  EXPECT_EQ(dir.Count(), 4u);
-}
-
-TEST_F(FilesTest, FileIsHeldFromOpeningToReplacing) {
-  dir.Put("old", "old");
-  fs::permissions(dir / "old", fs::perms{0640});
-  fs::create_symlink("old", dir / "link");
-  fs::create_symlink("none", dir / "dangling");
+  EXPECT_EQ(Run("stat -c '%a %N' old link secret; cat old; ls"),
+            "640 'old'\n777 'link' -> 'old'\n600 'secret'\nnewdangling\nlink\nloop\nold\nsecret\n");
   const auto open = [&](const char* name) { return files.Open(dir / name, kToReplace).value; };
   for (const char* name : {"link", "dangling"}) {
     const HANDLE file = open(name);
     EXPECT_EQ(TryOpen(dir / name, {}), kBusy);
-    EXPECT_TRUE(files.ReplaceAndClose(file, "new").ok());
+    EXPECT_TRUE(files.ReplaceAndClose(file, name).ok());
     EXPECT_EQ(files.Close(file).kind, kInvalidArgument);
-    EXPECT_TRUE(fs::is_symlink(dir / name));
-    EXPECT_EQ(dir.Get(name), "new");
     EXPECT_EQ(TryOpen(dir / name, kToReplace), kNone);
   }
-  EXPECT_EQ(dir.Mode("old"), 0640u);
   EXPECT_EQ(TryOpen(dir / "made", kToReplace), kNone);
-  EXPECT_EQ(dir.Get("made"), "(none)");
-
+  EXPECT_EQ(Run("stat -c '%a %N' old link dangling; cat old none; ls"),
+            "640 'old'\n777 'link' -> 'old'\n777 'dangling' -> 'none'\nlinkdangling"
+            "dangling\nlink\nloop\nnone\nold\nsecret\n");
   const HANDLE stale = open("old");
-  fs::rename(dir.Put("other", "other"), dir / "old");
+  Run("printf other > other; mv other old");
   EXPECT_EQ(files.ReplaceAndClose(stale, "lost").kind, kBusy);
-  EXPECT_EQ(dir.Get("old"), "other");
   const HANDLE not_for_that = files.Open(dir / "old", {.write = true}).value;
   EXPECT_EQ(files.ReplaceAndClose(not_for_that, "x").kind, kInvalidArgument);
   EXPECT_TRUE(files.ReplaceAndClose(files.Open("/dev/null", kToReplace).value, "x").ok());
-  EXPECT_EQ(dir.Count(), 4u);
+  EXPECT_EQ(dir.Get("old"), "other");
+  EXPECT_EQ(dir.Count(), 6u);
 }
 
-TEST_F(FilesTest, NoChangeIsLostAmongThoseWhoAppendReplaceOrHoldTheFile) {
+TEST_F(FilesTest, NoChangeIsLostAmongThoseWhoAppendReplaceOrHoldTheFileNorOfProfiles) {
   constexpr int kChanges = 100;
   const std::string path = dir / "made";
+  const std::string profile = dir / "a.ini";
   OpenOptions to_replace = kToReplace;
   OpenOptions to_append{.write = true, .create = true, .append = true, .deny_write = true};
   to_replace.patience = to_append.patience = 60'000;
-  EXPECT_TRUE(test::AllEndWell(4, [&](int process) {
+  EXPECT_TRUE(test::AllEndWell(8, [&](int process) {
     const std::string text(1, static_cast<char>('a' + process));
     for (int i = 0; i < kChanges; ++i) {
+      if (process >= 4) {
+        EXPECT_TRUE(profiles.Write(profile, i % 2 ? "s" : "t", text + std::to_string(i), "v").ok());
+        continue;
+      }
       const HANDLE file = files.Open(path, process == 0 ? to_replace : to_append).value;
       std::string bytes(files.Length(file).value, '+');
       files.Read(file, bytes);
@@ -175,52 +166,46 @@ TEST_F(FilesTest, NoChangeIsLostAmongThoseWhoAppendReplaceOrHoldTheFile) {
   for (const char process : std::string_view("abcd")) {
     EXPECT_EQ(std::ranges::count(made, process), kChanges) << process;
   }
+  for (const char* section : {"s", "t"}) {
+    EXPECT_EQ(profiles.Keys(profile, section).size(), 2u * kChanges) << section;
+  }
+  EXPECT_EQ(dir.Count(), 2u);
 }
 
 TEST_F(FilesTest, NothingIsWrittenByAnothersLinkInADirectoryForEverybody) {
   if (geteuid() != 0) GTEST_SKIP() << "only root can make links of others";
-  constexpr uid_t kOther = 12345;
-  ProfileFiles& profiles = *System().profile_files;
-  const std::string shared = dir / "shared";
-  const std::string link = shared + "/link";
-  fs::create_directory(shared);
-  for (const auto& [directory_mode, directory_owner, owner, target, refused] :
-       Rows<mode_t, uid_t, uid_t, const char*, bool>{
-           {01777, 0, kOther, "../a", true},
-           {01777, 0, kOther, "none", true},
-           {01777, kOther, kOther, "../a", false},
-           {01777, kOther, 0, "../a", false},
-           {01775, 0, kOther, "../a", false},
-           {0777, 0, kOther, "../a", false},
-       }) {
-    SCOPED_TRACE(testing::Message() << std::oct << directory_mode << ' ' << owner);
+  const std::string link = dir / "shared/link";
+  for (const auto& [made, refused] :
+       Rows<std::string, bool>{{"ln -s ../a link; chown -h 12345 link; chmod 1777 .", true},
+                               {"ln -s none link; chown -h 12345 link; chmod 1777 .", true},
+                               {"ln -s ../a link; chown -h 12345 link .; chmod 1777 .", false},
+                               {"ln -s ../a link; chown 12345 .; chmod 1777 .", false},
+                               {"ln -s ../a link; chown -h 12345 link; chmod 1775 .", false},
+                               {"ln -s ../a link; chown -h 12345 link; chmod 777 .", false}}) {
+    SCOPED_TRACE(made);
     dir.Put("a", "[s]\nk=v\n");
-    fs::remove(link);
-    fs::create_symlink(target, link);
-    ASSERT_EQ(lchown(link.c_str(), owner, 0), 0);
-    ASSERT_EQ(chown(shared.c_str(), directory_owner, 0), 0);
-    ASSERT_EQ(chmod(shared.c_str(), directory_mode), 0);
+    Run("rm -rf shared; mkdir shared; cd shared; " + made);
     const ErrorKind expected = refused ? kAccessDenied : kNone;
-    EXPECT_EQ(TryOpen(link, {.read = false, .write = true, .create = true}), expected);
-    EXPECT_EQ(files.SetAttributes(link, FILE_READ_ONLY).kind, expected);
-    EXPECT_EQ(files.SetAttributes(link, 0).kind, expected);
-    EXPECT_EQ(files.SetModified(link, 1000).kind, expected);
-    EXPECT_EQ(profiles.Write(link, "s", "k", "w").kind, expected);
+    EXPECT_THAT(Kinds({Error{TryOpen(link, {.read = false, .write = true, .create = true})},
+                       files.SetAttributes(link, FILE_READ_ONLY), files.SetAttributes(link, 0),
+                       files.SetModified(link, 1000), profiles.Write(link, "s", "k", "w")}),
+                testing::Each(expected));
     EXPECT_EQ(files.Copy(dir / "a", link, true).kind, refused ? expected : kInvalidArgument);
     EXPECT_EQ(dir.Get("a"), refused ? "[s]\nk=v\n" : "[s]\nk=w\n");
     EXPECT_EQ(files.Replace(link, "new", false).kind, expected);
     EXPECT_EQ(dir.Get("a"), refused ? "[s]\nk=v\n" : "new");
-    EXPECT_EQ(profiles.Read(link, "s", "k").has_value(), refused && target[0] == '.')
-        << "reading follows";
+    EXPECT_EQ(dir.Get("shared/none"), "(none)");
+    if (refused && made.find("../a") != made.npos) {
+      EXPECT_EQ(profiles.Read(link, "s", "k"), "v") << "reading follows";
+    }
   }
-  EXPECT_EQ(dir.Get("shared/none"), "(none)");
 }
 
 TEST_F(FilesTest, AWriterFollowsTheSystemsOwnLinksToPipes) {
   int ends[2];
   ASSERT_EQ(pipe(ends), 0);
-  const HANDLE pipe =
-      files.Open("/dev/fd/" + std::to_string(ends[1]), {.read = false, .write = true}).value;
+  const std::string path = "/dev/fd/" + std::to_string(ends[1]);
+  const HANDLE pipe = files.Open(path, {.read = false, .write = true}).value;
   EXPECT_TRUE(files.Write(pipe, "x").ok());
   char byte = 0;
   EXPECT_EQ(read(ends[0], &byte, 1), 1);
@@ -266,38 +251,31 @@ TEST_F(FilesTest, ReadAllHasTheWholeOfAnyFile) {
   EXPECT_FALSE(bytes.empty());
   EXPECT_EQ(files.ReadAll(dir.path(), bytes).kind, kAccessDenied);
   EXPECT_EQ(bytes, "");
-  fs::resize_file(dir / "a", 3ull << 30);
+  Run("truncate -s 3G a; mkfifo pipe");
   EXPECT_EQ(files.ReadAll(dir / "a", bytes).kind, kNoSpace);
-  ASSERT_EQ(mkfifo((dir / "pipe").c_str(), 0600), 0);
   EXPECT_TRUE(files.ReadAll(dir / "pipe", bytes).ok()) << "a pipe that nobody writes to";
 }
 
-TEST_F(FilesTest, StatusTellsSizeAttributesAndTime) {
+TEST_F(FilesTest, StatusIsToldAndReadOnlyFilesAreKeptAlsoFromPrivilegedUsers) {
   const std::string path = dir.Put("a", "12345");
+  Run("echo new > b; touch .a; chmod 664 a");
   EXPECT_TRUE(files.SetModified(path, 1'000'000'000).ok());
+  EXPECT_TRUE(files.SetAttributes(path, FILE_READ_ONLY | FILE_ARCHIVE).ok());
   EXPECT_EQ(files.Status(path).value.size, 5u);
   EXPECT_EQ(files.Status(path).value.modified, 1'000'000'000);
   for (const auto& [name, attributes] :
-       Rows<std::string, DWORD>{{path, FILE_ARCHIVE},
+       Rows<std::string, DWORD>{{path, FILE_ARCHIVE | FILE_READ_ONLY},
+                                {dir / "b", FILE_ARCHIVE},
                                 {dir.path(), FILE_DIRECTORY},
-                                {dir.Put(".a", ""), FILE_ARCHIVE | FILE_HIDDEN},
+                                {dir / ".a", FILE_ARCHIVE | FILE_HIDDEN},
                                 {"/dev/null", FILE_SYSTEM}}) {
     EXPECT_EQ(files.Status(name).value.attributes, attributes) << name;
   }
-}
-
-TEST_F(FilesTest, ReadOnlyFilesAreKeptAlsoFromPrivilegedUsers) {
-  const std::string path = dir.Put("a", "old");
-  dir.Put("b", "new");
-  fs::permissions(path, fs::perms{0664});
-  EXPECT_TRUE(files.SetAttributes(path, FILE_READ_ONLY | FILE_ARCHIVE).ok());
-  EXPECT_EQ(dir.Mode("a"), 0444u);
-  EXPECT_EQ(files.Status(path).value.attributes, FILE_READ_ONLY | FILE_ARCHIVE);
   EXPECT_THAT(Kinds({files.Delete(path), files.Replace(path, "new", false),
                      files.Copy(dir / "b", path, true),
                      files.Open(path, {.write = true, .truncate = true}).error}),
               testing::Each(kAccessDenied));
-  EXPECT_EQ(dir.Get("a"), "old");
+  EXPECT_EQ(Run("stat -c %a a; cat a"), "444\n12345");
   EXPECT_TRUE(files.SetAttributes(path, FILE_ARCHIVE).ok());
   EXPECT_EQ(dir.Mode("a"), 0644u);
   EXPECT_THAT(Kinds({files.Delete(path), files.Delete(path), files.Delete(dir.path())}),
@@ -312,8 +290,7 @@ TEST_F(FilesTest, RenameAndCopyDoNotOverwriteUnasked) {
                      files.Copy(dir.path(), c, false), files.Rename(a, a)}),
               ElementsAre(kAlreadyExists, kAlreadyExists, kInvalidArgument, kAccessDenied, kNone));
   EXPECT_EQ(dir.Get("b"), "b");
-  fs::permissions(a, fs::perms{0500});
-  files.SetModified(a, 1000);
+  Run("chmod 500 a; touch -d @1000 a");
   EXPECT_TRUE(files.Copy(a, c, false).ok() && files.Copy(c, b, true).ok());
   EXPECT_EQ(dir.Mode("c"), 0500u);
   EXPECT_EQ(files.Status(c).value.modified, 1000);
@@ -323,11 +300,8 @@ TEST_F(FilesTest, RenameAndCopyDoNotOverwriteUnasked) {
 }
 
 TEST_F(FilesTest, FindGivesSortedMatchesWithTheirStatus) {
-  for (const char* name : {"b.SQL", "plain", ".hidden"}) dir.Put(name, "12");
-  dir.Put("a.sql", "1");
-  fs::create_directory(dir / "d.sql");
-  fs::create_symlink("nowhere", dir / "dead");
-  dir.Put("..\\plain", "a name that would lead to another file");
+  // Among them a name that would lead to another file.
+  Run("printf 12 | tee b.SQL plain .hidden '..\\plain'; touch a.sql; mkdir d.sql; ln -s no dead");
   EXPECT_THAT(Names(dir / "*.*"),
               ElementsAre(".", "..", ".hidden", "a.sql", "b.SQL", "d.sql", "dead", "plain"));
   EXPECT_THAT(Names(dir.path() + "\\A.SQL"), ElementsAre("a.sql"));
@@ -430,6 +404,100 @@ TEST(MountTable, KnowsThePathsOfOtherMachines) {
     EXPECT_EQ(posix::IsRemote(*mount), universal.has_value()) << path;
   }
   EXPECT_FALSE(posix::FindMount("", "/"));
+}
+
+TEST(Paths, HaveTheFormTheyShow) {
+  for (const char* path : {"c:\\data", "C:/data", "c:", "a\\b", "\\\\srv\\s"}) {
+    EXPECT_EQ(FormOf(path), PathForm::kWindows) << path;
+  }
+  for (const char* path : {"a\\b/c", "/a", "a", "", "1:\\/", "ab:c"}) {
+    EXPECT_EQ(FormOf(path), PathForm::kPosix) << path;
+  }
+}
+
+TEST(Paths, AreCutIntoDriveDirectoryNameAndExtension) {
+  for (const auto& [path, expected] :
+       Rows<const char*, const char*>{{"c:\\bin\\tool.exe", "c:|\\bin\\|tool|.exe"},
+                                      {"C:/bin\\a.b.c", "C:|/bin\\|a.b|.c"},
+                                      {"c:tool", "c:||tool|"},
+                                      {"\\\\srv\\share\\x.y\\tool", "|\\\\srv\\share\\x.y\\|tool|"},
+                                      {"/usr/lib.d/", "|/usr/lib.d/||"},
+                                      {"/home/.profile", "|/home/||.profile"},
+                                      {"", "|||"}}) {
+    const auto [drive, directory, name, extension] = SplitPath(path);
+    std::ostringstream parts;
+    parts << drive << '|' << directory << '|' << name << '|' << extension;
+    EXPECT_EQ(parts.str(), expected);
+  }
+}
+
+TEST(Paths, PartsMakeUpThePathAgain) {
+  constexpr std::string_view kAlphabet = "ac:\\/.";
+  std::string path;
+  for (int number = 0; number < 6 * 6 * 6 * 6 * 6 * 6; ++number) {
+    path.clear();
+    for (int rest = number; rest > 0; rest /= 6) path += kAlphabet[static_cast<unsigned>(rest % 6)];
+    const PathParts parts = SplitPath(path);
+    ASSERT_EQ(MakePath(parts.drive, parts.directory, parts.name, parts.extension), path);
+  }
+}
+
+TEST(Paths, AreJoinedWithWhatIsMissing) {
+  EXPECT_EQ(MakePath("c", "data", "a", "sql"), "c:data\\a.sql");
+  EXPECT_EQ(MakePath("c:", "\\data\\", "a", ".sql"), "c:\\data\\a.sql");
+  EXPECT_EQ(MakePath("", "data", "a", "sql"), "data/a.sql");
+  EXPECT_EQ(MakePath("", "data\\x", "a", ""), "data\\x\\a");
+  EXPECT_EQ(MakePath("", "", "tool", "dqo"), "tool.dqo");
+  const Rows<const char*, const char*, const char*> rows = {
+      {"c:", "a", "c:\\a"}, {"c:\\", "a", "c:\\a"},  {"c:\\data", "\\a", "c:\\data\\a"},
+      {"/", "a", "/a"},     {"data", "a", "data/a"}, {"data", "a\\b", "data\\a\\b"},
+      {"", "a", "a"}};
+  for (const auto& [first, second, joined] : rows) EXPECT_EQ(JoinPath(first, second), joined);
+}
+
+TEST(Paths, AreMadeFullByTheirText) {
+  using Text = const char*;
+  const Rows<Text, Text, Text> rows = {{"c:\\data\\.\\x\\..\\a.sql", "/w", "c:\\data\\a.sql"},
+                                       {"C:/data//a", "/w", "C:\\data\\a"},
+                                       {"c:\\..\\..", "/w", "c:\\"},
+                                       {"c:x", "/w", "c:\\x"},
+                                       {"c:\\data\\", "/w", "c:\\data\\"},
+                                       {"\\\\srv\\share\\..\\..\\a", "/w", "\\\\srv\\share\\a"},
+                                       {"\\data\\..\\x", "/w", "\\x"},
+                                       {"/a/./b/../../../c/", "/w", "/c/"},
+                                       {"a\\b", "/w", "/w/a/b"},
+                                       {"../x", "/w/v", "/w/x"},
+                                       {"x", "/", "/x"},
+                                       {".", "/w/", "/w"},
+                                       {"..", "/", "/"},
+                                       {"sub/x", "c:\\w", "c:\\w\\sub\\x"},
+                                       {"...", "/w", "/w/..."}};
+  for (const auto& [path, current, full] : rows) {
+    EXPECT_EQ(FullPath(path, current), full) << path;
+  }
+}
+
+TEST(Paths, NamesMatchPatterns) {
+  using Names = std::vector<const char*>;
+  for (const auto& [pattern, names, others] :
+       Rows<const char*, Names, Names>{{"*.*", {"README", "."}, {}},
+                                       {"*.sql", {"a.SQL"}, {"asql", "a.sql.bak"}},
+                                       {"A.SQL", {"a.sql"}, {}},
+                                       {"?", {"a", "\xC3\xA9"}, {"", "ab"}},
+                                       {"*ab?", {"abcabd"}, {}},
+                                       {"*iss*ip*", {"mississippi"}, {}},
+                                       {"*ab", {"aab"}, {}},
+                                       {"ab*?", {}, {"ab"}},
+                                       {"*.*.*", {}, {"a.b"}},
+                                       {"*", {""}, {}},
+                                       {"", {""}, {"x"}}}) {
+    for (const char* name : names) EXPECT_TRUE(MatchesPattern(name, pattern)) << name << pattern;
+    for (const char* name : others) EXPECT_FALSE(MatchesPattern(name, pattern)) << name << pattern;
+  }
+  // A pattern made to try every split takes time only in the product of the lengths.
+  std::string stars;
+  for (int i = 0; i < 1000; ++i) stars += "*a";
+  EXPECT_FALSE(MatchesPattern(std::string(5000, 'a') + "b", stars));
 }
 
 }  // namespace

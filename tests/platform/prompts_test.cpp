@@ -1,14 +1,16 @@
 #include "dqlib/platform/prompts.h"
 
 #include <fcntl.h>
-#include <stdlib.h>
+#include <pty.h>
 #include <sys/ioctl.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
+#include "dqlib/platform/dialog_script.h"
 #include "dqlib/platform/dialog_view.h"
 #include "dqlib/platform/platform.h"
-#include "tests/support/testing.h"
+#include "tests/support/own_process.h"
 
 namespace dq::platform {
 namespace {
@@ -26,11 +28,21 @@ struct Outcome {
   std::string standard_error;
 };
 
-std::string ReadAll(int descriptor) {
+/// Reads to the end, and writes a line of the input whenever it is asked for one.
+std::string Converse(int descriptor, std::string_view input) {
   std::string all;
   char buffer[512];
   for (ssize_t count; (count = read(descriptor, buffer, sizeof buffer)) > 0;) {
     all.append(buffer, static_cast<std::size_t>(count));
+    if (!all.ends_with(": ") || input.empty()) continue;
+    // The question for a secret is there a little before the echo is off.
+    const auto is_hidden = [&, mode = termios{}]() mutable {
+      return tcgetattr(descriptor, &mode) == 0 && (mode.c_lflag & ECHO) == 0;
+    };
+    EXPECT_TRUE(!all.ends_with("Password: ") || test::Eventually(is_hidden));
+    const std::size_t line = input.find_first_of("\n\x04") + 1;
+    EXPECT_GT(write(descriptor, input.data(), line), 0);
+    input.remove_prefix(line);
   }
   close(descriptor);
   return all;
@@ -59,24 +71,15 @@ std::string ReadAll(int descriptor) {
 }
 
 Outcome Ask(Setting setting, std::string_view input, const std::function<int()>& ask) {
-  const int master = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
-  grantpt(master);
-  unlockpt(master);
-  const int terminal = open(ptsname(master), O_RDWR | O_NOCTTY);
-  EXPECT_EQ(write(master, input.data(), input.size()), static_cast<ssize_t>(input.size()));
-  int error_pipe[2];
-  EXPECT_EQ(pipe(error_pipe), 0);
+  int master = -1;
+  int terminal = -1;
+  int errors[2];
+  EXPECT_EQ(openpty(&master, &terminal, nullptr, nullptr, nullptr) + pipe(errors), 0);
   const pid_t child = fork();
-  if (child == 0) {
-    close(master);
-    close(error_pipe[0]);
-    AskInChild(setting, terminal, error_pipe[1], ask);
-  }
+  if (child == 0) AskInChild(setting, terminal, errors[1], ask);
   close(terminal);
-  close(error_pipe[1]);
-  Outcome outcome;
-  outcome.terminal = ReadAll(master);
-  outcome.standard_error = ReadAll(error_pipe[0]);
+  close(errors[1]);
+  Outcome outcome{.terminal = Converse(master, input), .standard_error = Converse(errors[0], "")};
   int status = 0;
   waitpid(child, &status, 0);
   if (WIFEXITED(status)) outcome.button = WEXITSTATUS(status);
@@ -138,20 +141,19 @@ TEST(Prompts, DialogIsAskedControlByControlAndAgainWhileItStaysOpen) {
            {"\n\n\n\n\n\n", 1, "<|sa|a\r\nb|||0|"},
            // Values and choices are shown, but no secret.
            {"\n\n\n\n\n\n", 1,
-            "Log?in\r\nName [sa]: Note [a\\nb]: Password: \r\n  1 dev\r\n  2 db\r\n"
-            "Server: Keep [no]: [OK] / Cancel / Help...: "},
+            "Log?in\r\nName [sa]: \r\nNote [a\\nb]: \r\nPassword: \r\n  1 dev\r\n  2 db\r\n"
+            "Server: \r\nKeep [no]: \r\n[OK] / Cancel / Help...: \r\n"},
+           {"me\n\nsecret\n2\nyes\nc\n", 2, "[sa]: me\r\nNote [a\\nb]: \r\nPassword: \r\n  1 dev"},
            {"me\nx\\ny\\\\\nsecret\n7\n2\nyes\nc\n", 2, "<|me|x\r\ny\\|secret|db|1|"},
            {"\"\"\n\n\n\n\nhelp\n\n\n\n\n\n\n\nok\n", 1, "<||a\r\nb||"},
            {"bad\n\n\n\n\n\ngood\n\n\n\n\nO\n", 1, "<|good|"},
            {"bad\n\x04", 0, "<|bad|"},
            {"\n\n\n1\n1\n1\n1\n1\n1\n1\n1\n1\n1\n2\n\n\n", 0, "<|sa|"}}) {
-    LoginDialog dialog;
-    const Outcome outcome = Ask(kTerminal, input, [&] { return dialog.Run(); });
+    const Outcome outcome = Ask(kTerminal, input, [] { return LoginDialog().Run(); });
     EXPECT_EQ(outcome.button, button) << input;
     EXPECT_THAT(outcome.terminal, testing::HasSubstr(std::string(state)));
   }
-  LoginDialog dialog;
-  const Outcome nobody = Ask(kNoTerminal, "", [&] { return dialog.Run(); });
+  const Outcome nobody = Ask(kNoTerminal, "", [] { return LoginDialog().Run(); });
   EXPECT_EQ(nobody.button, 0);
   EXPECT_TRUE(nobody.standard_error.starts_with("Log\x1bin\n<")) << nobody.standard_error;
 }
@@ -191,6 +193,53 @@ TEST(Prompts, AnswerIsAWordOrItsFirstLetterAndElseTheDefaultIsTaken) {
   EXPECT_EQ(Show(kNoTerminal, "No such file\r\n", BOX_OK).standard_error, "No such file\r\n");
   const Outcome outcome = Show(kTerminal, "a\r\nb\x1b[2Jc", BOX_YES_NO_CANCEL | 0x100, "\n");
   EXPECT_THAT(outcome.terminal, testing::HasSubstr("a\r\nb?[2Jc\r\nYes / [No] / Cancel: "));
+}
+
+/// Takes values and presses of ids below 100; 1 closes it, and 9 opens another.
+struct PlainDialog : DialogView {
+  std::string Caption() override { return "Plain"; }
+  std::vector<DialogControl> Controls() override { return {}; }
+  bool Enter(int id, std::string_view value) override {
+    log += std::to_string(id) + '=' + std::string(value) + ';';
+    return id < 100;
+  }
+  bool Press(int id) override {
+    log += '!' + std::to_string(id) + ';';
+    if (id == 1) open = false;
+    if (id == 9) script->Play(*inner);
+    return id < 100;
+  }
+  bool IsOpen() override { return open; }
+
+  DialogScript* script = nullptr;
+  PlainDialog* inner = nullptr;
+  std::string log;
+  bool open = true;
+};
+
+TEST(DialogScript, StepsArePlayedAndOpenedDialogsArePlayedTheNextOnes) {
+  DialogScript script;
+  EXPECT_FALSE(DialogScript::Read(
+      "# all\n\n 20 = a\\tb\\\\ \r\n21=\npress 9\n22=x\npress 1\n23=y\npress 100\n24=z", script));
+  PlainDialog inner;
+  PlainDialog outer;
+  outer.script = &script;
+  outer.inner = &inner;
+  script.Play(outer);
+  EXPECT_EQ(inner.log, "22=x;!1;");
+  EXPECT_EQ(outer.log, "20= a\tb\\ ;21=;!9;23=y;!100;");
+  ASSERT_TRUE(script.problem());
+  EXPECT_EQ(script.problem()->line, 9U);
+  EXPECT_FALSE(script.IsDone());
+}
+
+TEST(DialogScript, LineThatBreaksTheFormIsNamed) {
+  for (const char* line :
+       {"x=1", "press", "press x", "12", "99999999999=1", "-1=1", "1=\\x", "1=\\", "pressed 1"}) {
+    DialogScript script;
+    const auto problem = DialogScript::Read("1=2\n" + std::string(line), script);
+    EXPECT_TRUE(problem && problem->line == 2U && script.IsDone()) << line;
+  }
 }
 
 }  // namespace

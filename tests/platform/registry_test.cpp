@@ -1,5 +1,6 @@
 #include "dqlib/platform/registry.h"
 
+#include "tests/support/forked_process.h"
 #include "tests/support/registry_user.h"
 #include "tests/support/scripted_prompts.h"
 
@@ -34,9 +35,12 @@ TEST_F(RegistryTest, ValuesOfEveryTypeAndSizeComeBackAndStay) {
     set("all " + std::to_string(type), type, all_bytes);
     set("text " + std::to_string(type), type, std::string("abcd\0", 5));
   }
-  for (const char* name : {"", "%s%n%%", "\xFC\xDF \xE4", "a\"b\\c\\", "line\r\nend", "[x]=@"}) {
+  for (const char* name : {"", "%s%n%%", "\xFC\xDF \xE4", "a\"b\\c\\", "line\r\nend", "[x]=@", "[",
+                           "{", "@", "`", "\xC4", "\xE4", "a ", " a", "a"}) {
     set(name, REGISTRY_STRING, name);
   }
+  EXPECT_TRUE(registry_.SetValue(key, "A", 42, "A").ok());
+  expected["Types"]["a"] = {42, "A"};
   set(std::string(16'383, 'n'), REGISTRY_STRING, "long name");
   EXPECT_EQ(Dump(registry_), expected);
   // From the journal, and then from the snapshot.

@@ -1,9 +1,12 @@
+#include "dqlib/platform/platform.h"
 #include "dqlib/platform/profile_text.h"
-
-#include "tests/support/testing.h"
+#include "tests/support/forked_process.h"
+#include "tests/support/temp_directory.h"
 
 namespace dq::platform {
 namespace {
+
+using test::Rows;
 
 using Names = std::vector<std::string>;
 
@@ -13,7 +16,7 @@ TEST(ProfileText, FindsValues) {
       "mixed=\"c'\r\none=\"\r\nempty=\r\nequals=a=b;c\r\n;comment=1\r\nno value here\r\n"
       "=nameless\r\ntwice=first\r\nTWICE=second\r\n [ Spaced ] ; remark\r\nk=1\r\n[x]y]\r\n"
       "k=2\r\n[main]\r\nlate=3\r\n[broken\r\nk=4";
-  const test::Rows<const char*, const char*, std::optional<std::string_view>> rows = {
+  const Rows<const char*, const char*, std::optional<std::string_view>> rows = {
       {"Main", "plain", "a b"},  {"MAIN", " PADDED ", "x y"},
       {"Main", "double", " a "}, {"Main", "single", "b"},
       {"Main", "mixed", "\"c'"}, {"Main", "one", "\""},
@@ -35,7 +38,7 @@ TEST(ProfileText, FindsValues) {
 TEST(ProfileText, ChangesOnlyTheLinesConcerned) {
   using Text = std::optional<const char*>;
   for (const auto& [rule, before, section, key, value, after] :
-       test::Rows<const char*, std::string, const char*, Text, Text, std::string>{
+       Rows<const char*, std::string, const char*, Text, Text, std::string>{
            {"new file", "", "S", "k", "v", "[S]\r\nk=v\r\n"},
            {"mark alone", "\xEF\xBB\xBF", "S", "k", "v", "\xEF\xBB\xBF[S]\r\nk=v\r\n"},
            {"value", "[s]\n Key = old \n;c\n", "S", "KEY", "v", "[s]\nKey=v\n;c\n"},
@@ -84,6 +87,78 @@ TEST(ProfileText, RefusesWhatWouldNotBeReadBack) {
   EXPECT_FALSE(IsProfileKeyName(std::string_view("a\0b", 3)));
   EXPECT_FALSE(IsProfileValue(std::string_view("\0", 1)));
   EXPECT_TRUE(IsProfileValue(""));
+}
+
+struct ProfileFilesTest : testing::Test {
+  std::string Run(const std::string& command) { return test::Shell(dir.path(), command); }
+
+  const test::TempDirectory dir;
+  ProfileFiles& profiles = *System().profile_files;
+  const std::string path = dir / "a.ini";
+};
+
+TEST_F(ProfileFilesTest, AreMadeForTheUserAndReadBack) {
+  EXPECT_EQ(profiles.Read(path, "s", "k"), std::nullopt);
+  EXPECT_TRUE(profiles.Sections(path).empty());
+  EXPECT_TRUE(profiles.Write(path, "s", "k", {}).ok() && profiles.Write(path, "s", {}, {}).ok());
+  EXPECT_EQ(dir.Count(), 0u) << "deleting nothing makes no file";
+  EXPECT_TRUE(profiles.Write(path, "s", "k", "v").ok());
+  EXPECT_EQ(dir.Mode("a.ini"), 0600u);
+  EXPECT_EQ(profiles.Read(path, "S", "K"), "v");
+  EXPECT_EQ(profiles.Sections(path), std::vector<std::string>{"s"});
+  EXPECT_EQ(profiles.Keys(path, "s"), std::vector<std::string>{"k"});
+  EXPECT_TRUE(profiles.Write(path, "s", "k", {}).ok());
+  EXPECT_EQ(dir.Get("a.ini"), "[s]\r\n");
+  const test::ScopedVariable variable("XDG_CONFIG_HOME", dir / "config");
+  EXPECT_TRUE(profiles.Write("own.ini", "s", "k", "v").ok());
+  EXPECT_EQ(profiles.Read("own.ini", "s", "k"), "v");
+  EXPECT_EQ(dir.Get("config/velmora/own.ini"), "[s]\r\nk=v\r\n");
+  EXPECT_EQ(dir.Mode("config/velmora"), 0700u);
+}
+
+TEST_F(ProfileFilesTest, WritingKeepsPermissionsLinksAndBytesOfOthers) {
+  const std::string before = "\xEF\xBB\xBF; \xFF comment\r[a]\rk = 1\r\n\n[b]\nk=2";
+  dir.Put("a.ini", before);
+  Run("chmod 640 a.ini; ln -s a.ini link.ini; ln a.ini same.ini");
+  EXPECT_TRUE(profiles.Write(path, "a", "k", "1").ok() && profiles.Write(path, "a", "j", {}).ok());
+  EXPECT_EQ(Run("stat -c %h a.ini"), "2\n") << "what changes nothing writes nothing";
+  EXPECT_TRUE(profiles.Write(dir / "link.ini", "b", "k", "3").ok());
+  EXPECT_EQ(dir.Get("a.ini"), before.substr(0, before.size() - 1) + "3");
+  EXPECT_EQ(Run("stat -c '%a %N' link.ini a.ini"), "777 'link.ini' -> 'a.ini'\n640 'a.ini'\n");
+}
+
+TEST_F(ProfileFilesTest, BadInputIsRefusedAndChangesNothing) {
+  using enum ErrorKind;
+  using Text = const char*;
+  dir.Put("a.ini", "[s]k=v\n");
+  dir.Put("wide", "\xFF\xFE[");
+  Run("mkfifo pipe; mkdir sub; echo old > kept; chmod 400 kept");
+  for (const auto& [name, section, key, value, kind] :
+       Rows<Text, Text, Text, Text, ErrorKind>{{"a.ini", "", "k", "v", kInvalidArgument},
+                                               {"a.ini", "s", "k=", "v", kInvalidArgument},
+                                               {"a.ini", "s", "k", "a\n[t]", kInvalidArgument},
+                                               {"none/a.ini", "s", "k", "v", kNotFound},
+                                               {"sub", "s", "k", "v", kInvalidArgument},
+                                               {"wide", "s", "k", "v", kUnsupported},
+                                               {"pipe", "s", "k", "v", kInvalidArgument},
+                                               {"kept", "s", "k", "v", kAccessDenied}}) {
+    EXPECT_EQ(profiles.Write(dir / name, section, key, value).kind, kind) << name << section;
+  }
+  EXPECT_EQ(profiles.Write("c:\\a.ini", "s", "k", "v").kind, kNotFound);
+  EXPECT_EQ(profiles.Read(dir / "pipe", "s", "k"), std::nullopt);
+  EXPECT_EQ(Run("cat a.ini wide kept; ls"), "[s]k=v\n\xFF\xFE[old\na.ini\nkept\npipe\nsub\nwide\n");
+}
+
+TEST_F(ProfileFilesTest, ATemporaryNameThatIsTakenBlocksNoWriteAndALeftoverGoes) {
+  // The name under which a.ini is written anew. A directory there can't be removed like a file.
+  const std::string name = ".dq65abe8b5491700c0.tmp";
+  Run("mkdir " + name);
+  EXPECT_TRUE(profiles.Write(path, "s", "k", "v").ok());
+  EXPECT_EQ(dir.Get("a.ini"), "[s]\r\nk=v\r\n");
+  EXPECT_EQ(dir.Count(), 2u);
+  Run("rmdir " + name + "; touch " + name);
+  EXPECT_TRUE(profiles.Write(path, "s", "k", "w").ok());
+  EXPECT_EQ(dir.Get(name), "(none)");
 }
 
 }  // namespace
