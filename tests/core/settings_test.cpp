@@ -14,7 +14,6 @@ namespace dq {
 namespace {
 
 using platform::ErrorKind;
-using test::Dump;
 using test::Rows;
 constexpr const char* kNone = nullptr;
 
@@ -78,96 +77,99 @@ TEST_F(IniFile, EnumerationsAppendToTheList) {
   EXPECT_TRUE(names.IsEmpty()) << "the current directory has no such file";
 }
 
-/// What stands below a key: "path{name=type:data ...}...".
-std::string Shown(platform::Registry& registry, HKEY root) {
-  std::string all;
-  for (const auto& [path, values] : Dump(registry, root)) {
-    all += path + "{";
-    for (const auto& [name, value] : values) {
-      all += name + "=" + std::to_string(value.first) + ":" + value.second + " ";
-    }
-    all += "}";
-  }
-  return all;
-}
-
-/// Keys of the real registry, below one that is empty at first.
-class RegistryTools : public testing::Test {
- protected:
-  static constexpr char kRoot[] = "Software\\Velmora\\Test";
-  ~RegistryTools() override {
-    registry.CloseKey(root);
-    DeleteRegistryTree(kCurrentUser, kRoot);
-  }
-
+/// A registry of the test's own, of which one read may fail, in force while it lives.
+struct OwnRegistry : test::MemoryRegistry {
+  HKEY Create(const char* path) { return CreateKey(kCurrentUser, path).value; }
   void Set(const char* path, const char* name, std::string_view data,
            DWORD type = REGISTRY_BINARY) {
-    const RegistryKey key(registry.CreateKey(root, path));
-    EXPECT_TRUE(registry.SetValue(key.get(), name, type, data).ok());
+    EXPECT_TRUE(SetValue(Create(path), name, type, data).ok());
   }
-  void Copy() {
-    const RegistryKey from(registry.OpenKey(root, "from"));
-    const RegistryKey to(registry.CreateKey(root, "to"));
-    EXPECT_TRUE(DQLIB_CopyRegistryKey(from.get(), to.get()));
-    const RegistryKey same(registry.OpenKey(root, "TO"));
-    EXPECT_TRUE(DQLIB_CopyRegistryKey(to.get(), same.get())) << "which changes nothing";
+  /// What stands in it: "path{name=type:data ...}...".
+  std::string Shown() {
+    std::string all;
+    for (const auto& [path, values] : test::Dump(*this)) {
+      all += path + "{";
+      for (const auto& [name, value] : values) {
+        all += name + "=" + std::to_string(value.first) + ":" + value.second + " ";
+      }
+      all += "}";
+    }
+    return all;
   }
 
-  platform::Registry& registry = *platform::Current().registry;
-  HKEY root = registry.CreateKey(kCurrentUser, kRoot).value;
+  platform::Result<platform::RegistryValue> EnumValue(HKEY key, std::size_t index) override {
+    if (--reads_left == 0) return platform::Error{ErrorKind::kBusy, 16};
+    return MemoryRegistry::EnumValue(key, index);
+  }
+  platform::Result<std::string> EnumKey(HKEY key, std::size_t index) override {
+    if (--reads_left == 0) return platform::Error{ErrorKind::kBusy, 16};
+    return MemoryRegistry::EnumKey(key, index);
+  }
+  int reads_left = 0;
+  platform::ScopedPlatform scope{test::With(&platform::Platform::registry, this)};
 };
 
-TEST_F(RegistryTools, TextsOfUpTo260BytesAreFoundWhateverTheirKind) {
+void Copy(OwnRegistry& registry) {
+  EXPECT_TRUE(DQLIB_CopyRegistryKey(registry.Create("from"), registry.Create("to")));
+  EXPECT_TRUE(DQLIB_CopyRegistryKey(registry.Create("to"), registry.Create("TO"))) << "no change";
+}
+
+TEST(RegistryTools, TextsOfUpTo260BytesAreFoundWhateverTheirKind) {
+  OwnRegistry registry;
   for (const auto& [data, type, expected] : Rows<std::string, DWORD, std::string>{
            {"", REGISTRY_STRING, ""},
            {std::string("text\0more", 9), REGISTRY_EXPAND_STRING, "text"},
            {std::string(260, 'x'), REGISTRY_BINARY, std::string(260, 'x')},
            {std::string(261, 'x'), REGISTRY_STRING, ""},
            {std::string("AB\0\0", 4), REGISTRY_DWORD, "AB"}}) {
-    Set("k", "v", data, type);
-    EXPECT_EQ(DQLIB_AppFindValueInRegistry(root, "k", "V").View(), expected);
+    registry.Set("k", "v", data, type);
+    EXPECT_EQ(DQLIB_AppFindValueInRegistry(kCurrentUser, "k", "V").View(), expected);
   }
   for (const auto& [path, name] :
        {std::pair("k", "missing"), {"missing", "v"}, {kNone, "v"}, {"k", kNone}}) {
-    EXPECT_EQ(DQLIB_AppFindValueInRegistry(root, path, name), "");
+    EXPECT_EQ(DQLIB_AppFindValueInRegistry(kCurrentUser, path, name), "");
   }
 }
 
-TEST_F(RegistryTools, TextsAreWrittenInTheLengthThatIsGiven) {
-  DQLIB_AppWriteValueInRegistry(root, "a\\b", "with zero", "xyz", 4);
-  DQLIB_AppWriteValueInRegistry(root, "a\\b", "without", "xyz", 2);
-  DQLIB_AppWriteValueInRegistry(root, "a\\b", "none", "xyz", 0);
-  DQLIB_AppWriteValueInRegistry(root, "a\\b", "negative", "xyz", -1);
-  DQLIB_AppWriteValueInRegistry(root, "a\\b", "null", nullptr, 1);
-  DQLIB_AppWriteValueInRegistry(root, nullptr, "null", "x", 1);
-  EXPECT_EQ(Shown(registry, root),
+TEST(RegistryTools, TextsAreWrittenInTheLengthThatIsGiven) {
+  OwnRegistry registry;
+  DQLIB_AppWriteValueInRegistry(kCurrentUser, "a\\b", "with zero", "xyz", 4);
+  DQLIB_AppWriteValueInRegistry(kCurrentUser, "a\\b", "without", "xyz", 2);
+  DQLIB_AppWriteValueInRegistry(kCurrentUser, "a\\b", "none", "xyz", 0);
+  DQLIB_AppWriteValueInRegistry(kCurrentUser, "a\\b", "negative", "xyz", -1);
+  DQLIB_AppWriteValueInRegistry(kCurrentUser, "a\\b", "null", nullptr, 1);
+  DQLIB_AppWriteValueInRegistry(kCurrentUser, nullptr, "null", "x", 1);
+  EXPECT_EQ(registry.Shown(),
             std::string("{}a{}a\\b{none=1: with zero=1:xyz\0 without=1:xy }", 48));
 }
 
-TEST_F(RegistryTools, ACopyMovesAllAndLeavesTheSourceEmpty) {
+TEST(RegistryTools, ACopyMovesAllAndLeavesTheSourceEmpty) {
+  OwnRegistry registry;
   const std::string most(7680, 'x');
-  Set("from", "", "default", REGISTRY_STRING);
-  Set("from", "most", most, 0x1234);
-  Set("from", "none", "", REGISTRY_NONE);
-  Set("from\\one\\two", "deep", "1");
-  Set("to", "", "overwritten");
-  Set("to\\one", "kept", "2");
-  Copy();
-  EXPECT_EQ(Shown(registry, root), "{}from{}to{=1:default most=4660:" + most +
-                                       " none=0: }to\\one{kept=3:2 }to\\one\\two{deep=3:1 }");
+  registry.Set("from", "", "default", REGISTRY_STRING);
+  registry.Set("from", "most", most, 0x1234);
+  registry.Set("from", "none", "", REGISTRY_NONE);
+  registry.Set("from\\one\\two", "deep", "1");
+  registry.Set("to", "", "overwritten");
+  registry.Set("to\\one", "kept", "2");
+  Copy(registry);
+  EXPECT_EQ(registry.Shown(), "{}from{}to{=1:default most=4660:" + most +
+                                  " none=0: }to\\one{kept=3:2 }to\\one\\two{deep=3:1 }");
 }
 
-TEST_F(RegistryTools, AValueOf7681BytesStaysInTheTopKeyAndIsLostInASubKey) {
+TEST(RegistryTools, AValueOf7681BytesStaysInTheTopKeyAndIsLostInASubKey) {
+  OwnRegistry registry;
   const std::string much(7681, 'x');
-  Set("from", "much", much);
-  Set("from\\sub", "much", much);
-  Copy();
-  EXPECT_EQ(Shown(registry, root), "{}from{much=3:" + much + " }to{}to\\sub{}");
+  registry.Set("from", "much", much);
+  registry.Set("from\\sub", "much", much);
+  Copy(registry);
+  EXPECT_EQ(registry.Shown(), "{}from{much=3:" + much + " }to{}to\\sub{}");
 }
 
-TEST_F(RegistryTools, ARenameMovesMergesOrChangesCase) {
-  Set("Name", "v", "1");
-  Set("Name\\sub", "v", "1");
+TEST(RegistryTools, ARenameMovesMergesOrChangesCase) {
+  OwnRegistry registry;
+  registry.Set("Name", "v", "1");
+  registry.Set("Name\\sub", "v", "1");
   const Rows<const char*, const char*, bool, const char*> rows = {
       {"Name", "Name", true, "Name"},
       {"missing", "x", false, "Name"},
@@ -181,70 +183,51 @@ TEST_F(RegistryTools, ARenameMovesMergesOrChangesCase) {
       {"nAmE", nullptr, false, "nAmE"},
       {"name", "\\other\\", true, "other"}};
   for (const auto& [from, to, result, after] : rows) {
-    EXPECT_EQ(DQLIB_RenameRegistryItem(root, from, to) != 0, result) << to;
-    EXPECT_EQ(Shown(registry, root),
-              std::string("{}") + after + "{v=3:1 }" + after + "\\sub{v=3:1 }")
+    EXPECT_EQ(DQLIB_RenameRegistryItem(kCurrentUser, from, to) != 0, result) << to;
+    EXPECT_EQ(registry.Shown(), std::string("{}") + after + "{v=3:1 }" + after + "\\sub{v=3:1 }")
         << to;
   }
-  Set("target", "v", "old");
-  Set("target", "w", "kept");
-  EXPECT_TRUE(DQLIB_RenameRegistryItem(root, "other", "target"));
-  EXPECT_EQ(Shown(registry, root), "{}target{v=3:1 w=3:kept }target\\sub{v=3:1 }");
+  registry.Set("target", "v", "old");
+  registry.Set("target", "w", "kept");
+  EXPECT_TRUE(DQLIB_RenameRegistryItem(kCurrentUser, "other", "target"));
+  EXPECT_EQ(registry.Shown(), "{}target{v=3:1 w=3:kept }target\\sub{v=3:1 }");
 }
 
-/// A registry of the test's own, of which one read may fail, in force while it lives.
-struct ScopedRegistry : test::MemoryRegistry {
-  HKEY Create(const char* path) { return CreateKey(kCurrentUser, path).value; }
-  bool FailsNow() { return --reads_left == 0; }
-  platform::Result<platform::RegistryValue> EnumValue(HKEY key, std::size_t index) override {
-    if (FailsNow()) return platform::Error{ErrorKind::kBusy, 16};
-    return MemoryRegistry::EnumValue(key, index);
-  }
-  platform::Result<std::string> EnumKey(HKEY key, std::size_t index) override {
-    if (FailsNow()) return platform::Error{ErrorKind::kBusy, 16};
-    return MemoryRegistry::EnumKey(key, index);
-  }
-  int reads_left = 0;
-  platform::ScopedPlatform scope{test::With(&platform::Platform::registry, this)};
-};
-
-TEST(RegistryMoves, AStoreThatRefusesEndsTheMoveWhichIsNoFailure) {
-  ScopedRegistry registry;
-  registry.SetValue(registry.Create("from\\sub"), "v", REGISTRY_BINARY, "1");
+TEST(RegistryTools, AStoreThatRefusesEndsTheMoveWhichIsNoFailure) {
+  OwnRegistry registry;
+  registry.Set("from\\sub", "v", "1");
   registry.Create("to\\sub");
   registry.refusal = {ErrorKind::kNoSpace, 0};
   EXPECT_TRUE(DQLIB_RenameRegistryItem(kCurrentUser, "from", "to"));
-  EXPECT_EQ(Shown(registry, kCurrentUser), "{}from{}from\\sub{v=3:1 }to{}to\\sub{}");
+  EXPECT_EQ(registry.Shown(), "{}from{}from\\sub{v=3:1 }to{}to\\sub{}");
   registry.refusal = {};
   EXPECT_FALSE(DQLIB_CopyRegistryKey(registry.Create("from"), registry.Create("from\\sub\\below")))
       << "a move into itself ends";
 }
 
-TEST(RegistryMoves, WhatCannotBeReadIsNeitherMovedNorLost) {
+TEST(RegistryTools, WhatCannotBeReadIsNeitherMovedNorLost) {
   for (const char* target : {"to", "FROM"}) {
     bool failed = true;
     for (int read = 1; failed; ++read) {
-      ScopedRegistry registry;
-      for (const char* path : {"from", "from\\sub", "from\\sub\\low"}) {
-        registry.SetValue(registry.Create(path), path, REGISTRY_BINARY, "1");
-      }
+      OwnRegistry registry;
+      for (const char* path : {"from", "from\\sub", "from\\sub\\low"}) registry.Set(path, "v", "1");
       registry.reads_left = read;
       const BOOL renamed = DQLIB_RenameRegistryItem(kCurrentUser, "from", target);
       failed = registry.reads_left <= 0;
       EXPECT_EQ(renamed, failed ? 0 : 1) << read;
       registry.reads_left = 0;
-      EXPECT_EQ(std::ranges::count(Shown(registry, kCurrentUser), '='), 3) << target << read;
+      EXPECT_EQ(std::ranges::count(registry.Shown(), '='), 3) << target << read;
     }
   }
 }
 
-TEST(RegistryMoves, AKeyWhoseSubKeysCannotBeListedIsNotDeleted) {
-  ScopedRegistry registry;
+TEST(RegistryTools, AKeyWhoseSubKeysCannotBeListedIsNotDeleted) {
+  OwnRegistry registry;
   registry.Create("from\\sub");
   registry.unlisted = {ErrorKind::kNoSpace, 0};
   EXPECT_EQ(DeleteRegistryTree(kCurrentUser, "from\\sub").kind, ErrorKind::kNoSpace);
   registry.unlisted = {};
-  EXPECT_EQ(Shown(registry, kCurrentUser), "{}from{}from\\sub{}");
+  EXPECT_EQ(registry.Shown(), "{}from{}from\\sub{}");
   EXPECT_TRUE(DeleteRegistryTree(kCurrentUser, "from").ok());
   EXPECT_EQ(DeleteRegistryTree(kCurrentUser, "from").kind, ErrorKind::kNotFound);
 }
