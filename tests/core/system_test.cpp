@@ -172,39 +172,28 @@ TEST(Guid, ShowsItsFormsAndKeepsItsValueForOtherTexts) {
 }
 
 TEST(ClipboardWriter, PostsAllThatWasWrittenAndKeepsWhatWasRefused) {
-  struct ScriptedClipboard : platform::Clipboard {
-    platform::Error Set(UINT format, std::string_view bytes) override {
-      if (refusal.ok()) data = std::to_string(format) + ":" + std::string(bytes);
-      return refusal;
-    }
-    std::optional<std::string> Get(UINT) override { return data; }
-    platform::Error refusal{platform::ErrorKind::kBusy, 0};
-    std::string data;
-  } clipboard;
+  struct RefusingClipboard : platform::Clipboard {
+    platform::Error Set(UINT, std::string_view) override { return {platform::ErrorKind::kBusy, 0}; }
+    std::optional<std::string> Get(UINT) override { return std::nullopt; }
+  } refusing;
   struct CountingWriter : CDQClipboardWriter {
     using CDQClipboardWriter::CDQClipboardWriter;
     void OnFailedToOpenClipBoard() override { failures += GetOwner() == nullptr ? 100 : 1; }
     int failures = 0;
   };
-  const platform::ScopedPlatform scope(test::With(&platform::Platform::clipboard, &clipboard));
   CWnd owner;
   CountingWriter writer(&owner, 49'161);
   for (const char* text : {"one,", kNone, "two"}) writer.Write(text);
-  EXPECT_FALSE(writer.PostData());
-  clipboard.refusal = {};
-  EXPECT_TRUE(writer.PostData());
-  EXPECT_EQ(clipboard.data, std::string("49161:one,two\0", 14));
-  EXPECT_TRUE(writer.PostData());
-  EXPECT_EQ(clipboard.data, std::string("49161:\0", 7));
-  EXPECT_EQ(writer.failures, 1);
-}
-
-TEST(ClipboardWriter, TheProcessesOwnClipboardHoldsOneFormat) {
-  platform::Clipboard& clipboard = *platform::System().clipboard;
-  EXPECT_TRUE(clipboard.Set(CLIPBOARD_TEXT, "text").ok() &&
-              clipboard.Get(CLIPBOARD_TEXT) == "text");
-  EXPECT_TRUE(clipboard.Set(77, "").ok() && clipboard.Get(77) == "");
-  EXPECT_EQ(clipboard.Get(CLIPBOARD_TEXT), std::nullopt);
+  {
+    const platform::ScopedPlatform scope(test::With(&platform::Platform::clipboard, &refusing));
+    EXPECT_TRUE(!writer.PostData() && writer.failures == 1);
+  }
+  // The process's own clipboard holds one format.
+  platform::Clipboard& own = *platform::System().clipboard;
+  EXPECT_TRUE(own.Set(CLIPBOARD_TEXT, "text").ok() && own.Get(CLIPBOARD_TEXT) == "text");
+  EXPECT_TRUE(writer.PostData() && own.Get(49'161) == std::string("one,two\0", 8));
+  EXPECT_TRUE(writer.PostData() && own.Get(49'161) == std::string(1, '\0'));
+  EXPECT_TRUE(own.Get(CLIPBOARD_TEXT) == std::nullopt && writer.failures == 1);
 }
 
 }  // namespace

@@ -50,8 +50,7 @@ TEST(OleDateTime, WhatIsNotOnTheCalendarIsInvalid) {
     EXPECT_FALSE(time.SetDateTime(year, month, day, hour, minute, second)) << year << month << day;
     EXPECT_EQ(time.GetStatus(), COleDateTime::invalid);
   }
-  EXPECT_TRUE(time.SetTime(23, 59, 59));
-  EXPECT_EQ(time.GetStatus(), COleDateTime::valid);
+  EXPECT_TRUE(time.SetTime(23, 59, 59) && time.GetStatus() == COleDateTime::valid);
 }
 
 /// What is read, without a time of midnight and without the day that a time alone has.

@@ -69,8 +69,7 @@ TEST_F(TemplateEngine, StoresOnlyUnderNamesThatATextCanNeed) {
     EXPECT_EQ(reports, "DQTemplateEngine::SetVariable - Attempting to set malformed variable '" +
                            std::string(name) + "'.\n");
   }
-  EXPECT_FALSE(engine.SetVariable(nullptr, "value"));
-  EXPECT_TRUE(engine.SetVariable("$$$$", "empty name"));
+  EXPECT_TRUE(!engine.SetVariable(nullptr, "value") && engine.SetVariable("$$$$", "empty name"));
   EXPECT_EQ(engine.ResolveVariableString("<$$$$>"), "<empty name>");
 }
 
@@ -446,8 +445,7 @@ TEST_F(OptionsServer, ShowsATextOptionAsAColor) {
   CDQOptionsServer& process = ProcessServer();
   CDQStringOption ink(15);
   EXPECT_EQ(ink.GetColorRef(7), 7U);
-  EXPECT_TRUE(ink.Load());
-  EXPECT_EQ(ink.GetColorRef(7), RGB(0x01, 0x02, 0xFF));
+  EXPECT_TRUE(ink.Load() && ink.GetColorRef(7) == RGB(0x01, 0x02, 0xFF));
   process.SetString(15, "");
   EXPECT_TRUE(!ink.Load() && ink.GetColorRef(7) == 7);
 }
