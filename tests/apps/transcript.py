@@ -2,12 +2,15 @@
 
     WORDS [< INPUT] => [STATUS] [OUTPUT] [! COMPLAINT]
     FILE := CONTENT
+    [COMMAND]
 
 The first kind runs dqtool in a directory and with settings of its own. The status stands right
 behind "=>" unless it is 0. Output and complaint are without their last line end, a complaint without
 "dqtool: COMMAND: " before each line, unless it begins with "dqtool: ", and "..." is any rest. With
-status 2 it is the first line, before how to use the command. The second kind makes a file. Words are
-cut as by a shell; Python's escapes are bytes, $D is the directory, and "" an empty line.
+status 2 it is the first line, before how to use the command. The second kind makes a file. Below the
+third its words aren't told again, but for rows that begin with "dqtool". Short rows share a line,
+with " ;; " between. Words are cut as by a shell; Python's escapes are bytes, $D is the directory,
+$STAMP any date and time, "" an empty line, and output behind "~" an expression that matches it.
 """
 
 import codecs
@@ -19,6 +22,7 @@ import tempfile
 import unittest
 
 DQTOOL = os.path.realpath(sys.argv[1])
+STAMP = r"[0-9]{1,2}/[0-9]{1,2}/[0-9]{4} [0-9]{2}:[0-9]{2}:[0-9]{2}[.][0-9]{3}"
 
 
 class TranscriptTest(unittest.TestCase):
@@ -50,29 +54,44 @@ class TranscriptTest(unittest.TestCase):
         with open(self.path(name), "rb") as file:
             return file.read()
 
+    def filled_in(self, text):
+        text = text.replace("$STAMP", STAMP).replace("$DQTOOL", DQTOOL)
+        return text.replace("$D", self.directory).encode()
+
     def decoded(self, text):
-        return codecs.escape_decode(text.replace("$D", self.directory).encode())[0]
+        return codecs.escape_decode(self.filled_in(text))[0]
 
     def play(self, transcript):
-        for row in transcript.strip().splitlines():
+        command = []
+        for row in transcript.strip().replace(" ;; ", "\n").splitlines():
+            row = row.strip()
             with self.subTest(row[:150]):
-                if " :=" in row:
+                if row.startswith("["):
+                    command = row[1:-1].split()
+                elif " :=" in row:
                     name, _, content = row.partition(" :=")
-                    self.path(name.strip(), self.decoded(content.removeprefix(" ")))
-                elif row.strip():
-                    self.play_row(row.strip())
+                    self.path(name, self.decoded(content.removeprefix(" ")))
+                elif row.startswith("dqtool "):
+                    self.play_row([], row.removeprefix("dqtool "))
+                else:
+                    self.play_row(command, row)
 
-    def play_row(self, row):
-        line, _, expected = row.partition(" =>")
+    def play_row(self, command, row):
+        line, _, expected = (" " + row).partition(" =>")
         line, _, stdin = (line + " ").partition(" < ")
-        words = [self.decoded(word) for word in shlex.split(line)]
+        words = [self.decoded(word) for word in command + shlex.split(line)]
         status, _, expected = expected.partition(" ")
         status = int(status or 0)
         out, _, complaint = (" " + expected).partition(" ! ")
-        out = self.decoded(out.strip(" "))
+        out = out.strip(" ")
         found = self.dqtool(*words, stdin=self.decoded(stdin.removesuffix(" ")))
-        self.assertEqual(found[:2], (status, b"\n" if out == b'""' else out + b"\n" if out else b""),
-                         found[2])
+        if out.startswith("~"):
+            expression = rb"(?s)\A" + self.filled_in(out[1:]) + rb"\n\Z"
+            self.assertRegex(found[1], expression)
+        else:
+            out = b"\n" if out == '""' else self.decoded(out) + b"\n" if out else b""
+            self.assertEqual(found[1], out, found[2])
+        self.assertEqual(found[0], status)
         prefix = b"dqtool: " + words[0] + b": "
         wanted = b"\n".join(each if each.startswith(b"dqtool: ") else prefix + each
                             for each in self.decoded(complaint).split(b"\n"))
