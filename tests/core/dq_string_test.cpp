@@ -21,12 +21,10 @@ struct TwoByteCharacters : test::ScriptedLocale {
 };
 
 TEST(DQString, ReadsNumbersAtItsStart) {
-  const Rows<const char*, int, double> rows = {{"", 0, 0},
-                                               {"true", 0, 0},
-                                               {"-5", -5, -5},
-                                               {" +7.5x", 7, 7.5},
-                                               {"99999999999", INT_MAX, 99999999999.0},
-                                               {"-99999999999999999999", INT_MIN, -1e20}};
+  const Rows<const char*, int, double> rows = {
+      {"true", 0, 0},     {"", 0, 0},
+      {"-5", -5, -5},     {"99999999999", INT_MAX, 99999999999.0},
+      {" +7.5x", 7, 7.5}, {"-99999999999999999999", INT_MIN, -1e20}};
   for (const auto& [text, number, real] : rows) {
     const CDQString string(text);
     EXPECT_TRUE(string.Int() == number && string.Double() == real) << text;
@@ -68,12 +66,9 @@ TEST(DQString, ChangesPlacesAndFillsGapsWithBlanks) {
 
 TEST(DQString, MakesProperNamesAndPlurals) {
   const Rows<const char*, const char*, const char*> rows = {
-      {"", "", ""},
-      {"city", "City", "cities"},
-      {"Y", "Y", "ies"},
-      {"class", "Class", "classes"},
-      {"BOX", "Box", "BOXes"},
-      {"the TABLE\tx-ray\n1st", "The Table\tX-ray\n1st", "the TABLE\tx-ray\n1sts"}};
+      {"Y", "Y", "ies"},          {"", "", ""},
+      {"BOX", "Box", "BOXes"},    {"class", "Class", "classes"},
+      {"city", "City", "cities"}, {"a B\tc-d\n1e", "A B\tC-d\n1e", "a B\tc-d\n1es"}};
   for (const auto& [text, proper, plural] : rows) {
     EXPECT_EQ(CDQString(text).MakeProper(), proper);
     EXPECT_EQ(CDQString(text).MakePlural(), plural);
@@ -213,18 +208,18 @@ TEST(FormatNumber, FollowsTheUsersLocaleAndUsesGivenSeparatorsForWhatCantBeRead)
       {{}, "-1234.565", "-1,234.57"},
       {{}, "1,234.5", stays},
       {{{LOCALE_IDIGITS, "0"}}, "2.4", "2"},
-      {{{LOCALE_IDIGITS, "-1"}}, "2.5", stays},
-      {{{LOCALE_IDIGITS, "2147483647"}}, "2.5", stays},
-      {{{LOCALE_ILZERO, "0"}}, "0.5", ".50"},
       {{{LOCALE_SGROUPING, "3;2;0"}}, "1234567", "1,234,567"},
+      {{{LOCALE_IDIGITS, "-1"}}, "2.5", stays},
       {{{LOCALE_SGROUPING, "-1"}}, "1", stays},
+      {{{LOCALE_ILZERO, "0"}}, "0.5", ".50"},
       {{{LOCALE_INEGNUMBER, "0"}}, "-1", "(1)"},
+      {{{LOCALE_IDIGITS, "2147483647"}}, "2.5", stays},
       {{{LOCALE_INEGNUMBER, "-1"}}, "-1", stays},
       // A number has a point everywhere; without the locale's separator it has no places.
-      {{}, "1234", "1,234"},
-      {{{LOCALE_SDECIMAL, ","}, {LOCALE_STHOUSAND, "."}}, "1234.5", "1.235"},
       {{{LOCALE_SDECIMAL, ","}}, "1234,5", stays},
+      {{}, "1234", "1,234"},
       {{{LOCALE_SDECIMAL, ""}}, "1234.5", "1,23450"},
+      {{{LOCALE_SDECIMAL, ","}, {LOCALE_STHOUSAND, "."}}, "1234.5", "1.235"},
       {{{LOCALE_SDECIMAL, kNone}, {LOCALE_STHOUSAND, kNone}}, "1234.5", "1?234.50"},
       {{{LOCALE_IDIGITS, kNone}, {LOCALE_ILZERO, kNone}}, "0.5", "0.50"},
       {{{LOCALE_SGROUPING, kNone}, {LOCALE_INEGNUMBER, kNone}}, "-1234", "-1,234"},

@@ -81,11 +81,10 @@ TEST_F(FileUtility, UniversalNamesAreAdministrativeSharesOfDrives) {
     }
   } files;
   const testing::ScriptedPlatform platform;
-  const Rows<const char*, const char*> rows = {{"c:\\a:b", "\\\\TIGER\\c$\\a:b"},
-                                               {"z:\\x", "\\\\files\\all\\x"},
-                                               {"\\\\server\\share\\x", "\\\\server\\share\\x"},
-                                               {"/home/a:b", "/home/a:b"},
-                                               {nullptr, ""}};
+  const Rows<const char*, const char*> rows = {
+      {"c:\\a:b", "\\\\TIGER\\c$\\a:b"}, {nullptr, ""},
+      {"z:\\x", "\\\\files\\all\\x"},    {"plain", "plain"},
+      {"/home/a:b", "/home/a:b"},        {"\\\\server\\share\\x", "\\\\server\\share\\x"}};
   for (const auto& [path, expected] : rows) EXPECT_EQ(Utility::GetUniversalName(path), expected);
 }
 
@@ -215,17 +214,14 @@ TEST_F(FileUtility, MessagesTellTheCauseOrWhatWasTried) {
   const char read[] = "p can not be read.  It is protected or in use.";
   const char written[] = "p can not be written.  It is protected or in use.";
   const char none[] = "Failed to open document.";
+  const char not_read[] = "An error occurred while p was read.";
+  const char not_written[] = "An error occurred while p was written.";
   using Error = CFileException;
   const Rows<int, const char*, const char*> rows = {
-      {Error::fileNotFound, path, path},
-      {Error::badPath, path, path},
-      {Error::diskFull, full, full},
-      {Error::accessDenied, written, read},
-      {Error::sharingViolation, written, read},
-      {Error::lockViolation, written, read},
-      {Error::none, none, none},
-      {Error::hardIO, "An error occurred while p was written.",
-       "An error occurred while p was read."}};
+      {Error::fileNotFound, path, path},     {Error::none, none, none},
+      {Error::badPath, path, path},          {Error::accessDenied, written, read},
+      {Error::diskFull, full, full},         {Error::sharingViolation, written, read},
+      {Error::lockViolation, written, read}, {Error::hardIO, not_written, not_read}};
   for (const auto& [cause, saving, loading] : rows) {
     const CFileException error(cause);
     EXPECT_STREQ(Utility::GetExceptionErrorMessage("p", &error, true, 61697), saving);
@@ -374,14 +370,10 @@ TEST_F(FileUtility, ModulesAndLineEnds) {
 TEST_F(DQFile, LinesLoseTheirEndsAndLongOnesComeInPieces) {
   const std::string x9999(9999, 'x'), x10000(10000, 'x');
   const Rows<std::string, std::string> rows = {
-      {"", ""},
-      {"\n", "|"},
-      {"a\r\nb\rc\n\nd", "a|b\rc||d|"},
-      {"a\r", "a\r|"},
-      {"a\r\r\n", "a\r|"},
-      {x9999 + "\r\ny", x9999 + "|y|"},
-      {x10000 + "\ny", x10000 + "||y|"},
-      {x10000 + x10000 + "y\n", x10000 + "|" + x10000 + "|y|"}};
+      {"", ""},          {"a\r\nb\rc\n\nd", "a|b\rc||d|"},
+      {"\n", "|"},       {x9999 + "\r\ny", x9999 + "|y|"},
+      {"a\r", "a\r|"},   {x10000 + "\ny", x10000 + "||y|"},
+      {"\r\r\n", "\r|"}, {x10000 + x10000 + "y\n", x10000 + "|" + x10000 + "|y|"}};
   for (const auto& [contents, lines] : rows) {
     CDQFile file(directory.Put("f", contents), FILE_OPEN_READ);
     CStringList list;

@@ -171,17 +171,12 @@ TEST(RegistryTools, ARenameMovesMergesOrChangesCase) {
   registry.Set("Name", "v", "1");
   registry.Set("Name\\sub", "v", "1");
   const Rows<const char*, const char*, bool, const char*> rows = {
-      {"Name", "Name", true, "Name"},
-      {"missing", "x", false, "Name"},
-      {"Name", "NAME", true, "NAME"},
-      {"name\\", "nAmE", true, "nAmE"},
-      {"nAmE", "Name\\below", false, "nAmE"},
-      {"nAmE\\sub", "nAmE", false, "nAmE"},
-      {"", "x", false, "nAmE"},
-      {"nAmE", "", false, "nAmE"},
-      {nullptr, "x", false, "nAmE"},
-      {"nAmE", nullptr, false, "nAmE"},
-      {"name", "\\other\\", true, "other"}};
+      {"Name", "Name", true, "Name"},         {"Name", "NAME", true, "NAME"},
+      {"missing", "x", false, "NAME"},        {"", "x", false, "NAME"},
+      {"name\\", "nAmE", true, "nAmE"},       {"\\", "", true, "nAmE"},
+      {"nAmE\\sub", "nAmE", false, "nAmE"},   {"nAmE", "", false, "nAmE"},
+      {"nAmE", nullptr, false, "nAmE"},       {nullptr, "x", false, "nAmE"},
+      {"nAmE", "Name\\below", false, "nAmE"}, {"name", "\\other\\", true, "other"}};
   for (const auto& [from, to, result, after] : rows) {
     EXPECT_EQ(DQLIB_RenameRegistryItem(kCurrentUser, from, to) != 0, result) << to;
     EXPECT_EQ(registry.Shown(), std::string("{}") + after + "{v=3:1 }" + after + "\\sub{v=3:1 }")
