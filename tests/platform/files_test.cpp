@@ -1,10 +1,13 @@
 #include "dqlib/platform/files.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #include "dqlib/platform/paths.h"
 #include "dqlib/platform/platform.h"
 #include "dqlib/platform/posix/mount_table.h"
+#include "dqlib/platform/posix/system_services.h"
 #include "dqlib/platform/profile_files.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/temp_directory.h"
@@ -214,30 +217,20 @@ TEST_F(FilesTest, AWriterFollowsTheSystemsOwnLinksToPipes) {
 }
 
 TEST_F(FilesTest, WhatKilledWritersLeaveIsRemovedButNotWhatLiveOnesFill) {
-  const std::string large(4'000'000, 'x');
-  dir.Put(".dq1-2-x.tmp", "not ours");
-  constexpr std::size_t kWithoutLeftovers = 5;
-  constexpr int kRounds = 10;
-  for (int i = 0; i < kRounds || dir.Count() <= kWithoutLeftovers; ++i) {
-    ASSERT_LT(i, 50 * kRounds) << "no writer was killed while it filled a file";
-    std::deque<test::ForkedProcess> writers;
-    for (const char* name : {"0", "1", "2", "3"}) {
-      writers.emplace_back([&, name] {
-        while (files.Replace(dir / name, large, false).ok()) continue;
-      });
+  struct : posix::SystemCalls {
+    ssize_t Write(int fd, const void* data, std::size_t size) override {
+      const int other = open(("/proc/self/fd/" + std::to_string(fd)).c_str(), O_RDONLY);
+      EXPECT_EQ(flock(other, LOCK_EX | LOCK_NB), -1) << "while it is filled";
+      close(other);
+      return SystemCalls::Write(fd, data, size);
     }
-    for (test::ForkedProcess& writer : writers) {
-      usleep(1000);  // any moment will do
-      EXPECT_TRUE(writer.Kill()) << "a call failed";
-    }
-  }
-  EXPECT_TRUE(files.Replace(dir / "0", "last", false).ok());
-  for (const char* other : {"1", "2", "3"}) {
-    EXPECT_THAT(dir.Get(other).size(), testing::AnyOf(large.size(), 6u)) << "whole or (none)";
-    dir.Put(other, "");
-  }
-  EXPECT_EQ(dir.Count(), kWithoutLeftovers);
-  EXPECT_EQ(dir.Get("0"), "last");
+  } calls;
+  Run("touch .dq1-2-3.tmp .dq7-8-9.tmp .dq1-2-x.tmp .dq1-02-3.tmp");
+  const int live = open((dir / ".dq7-8-9.tmp").c_str(), O_RDONLY);
+  EXPECT_EQ(flock(live, LOCK_EX), 0);
+  EXPECT_TRUE(posix::MakeFiles(calls)->Replace(dir / "0", "last", false).ok());
+  EXPECT_EQ(Run("ls -A; cat 0"), ".dq1-02-3.tmp\n.dq1-2-x.tmp\n.dq7-8-9.tmp\n0\nlast");
+  close(live);
 }
 
 TEST_F(FilesTest, ReadAllHasTheWholeOfAnyFile) {
@@ -315,11 +308,10 @@ TEST_F(FilesTest, FindGivesSortedMatchesWithTheirStatus) {
 }
 
 TEST_F(FilesTest, TemporaryFilesAreNewEmptyAndPrivate) {
-  const Result<std::string> first = files.MakeTempFile(dir.path(), "SQLX");
-  EXPECT_NE(first.value, files.MakeTempFile(dir.path(), "SQLX").value);
-  EXPECT_THAT(first.value, testing::MatchesRegex(dir.path() + "/SQL[0-9A-F]{1,4}\\.tmp"));
-  EXPECT_EQ(dir.Get(first.value.substr(dir.path().size() + 1)), "");
-  EXPECT_EQ(dir.Mode(first.value.substr(dir.path().size() + 1)), 0600u);
+  const std::string first = files.MakeTempFile(dir.path(), "SQLX").value;
+  EXPECT_NE(first, files.MakeTempFile(dir.path(), "SQLX").value);
+  EXPECT_THAT(first, testing::MatchesRegex(dir.path() + "/SQL[0-9A-F]{1,4}\\.tmp"));
+  EXPECT_EQ(Run("stat -c '%s %a' " + first), "0 600\n");
   EXPECT_THAT(Kinds({files.MakeTempFile(dir / "none", "a").error, files.MakeTempFile("", "a").error,
                      files.MakeTempFile(dir.path(), "../").error}),
               ElementsAre(kNotFound, kNotFound, kInvalidArgument));
@@ -373,13 +365,11 @@ TEST_F(FilesTest, TellsVolumesAndDrives) {
   EXPECT_GT(volume.bytes_total, volume.bytes_free);
   EXPECT_EQ(files.Volume("/proc").value.file_system, "proc");
   EXPECT_EQ(files.Volume(dir / "none").error.kind, kNotFound);
-  for (const auto& [drive, kind] : Rows<std::string, UINT>{{"", DRIVE_KIND_NO_ROOT},
-                                                           {"c:", DRIVE_KIND_FIXED},
-                                                           {"\\\\server\\share", DRIVE_KIND_REMOTE},
-                                                           {"/", DRIVE_KIND_FIXED},
-                                                           {dir / "none", DRIVE_KIND_NO_ROOT}}) {
-    EXPECT_EQ(files.KindOfDrive(drive), kind) << drive;
+  for (const char* drive : {"c:", "/"}) EXPECT_EQ(files.KindOfDrive(drive), DRIVE_KIND_FIXED);
+  for (const std::string& drive : {std::string(), dir / "none"}) {
+    EXPECT_EQ(files.KindOfDrive(drive), DRIVE_KIND_NO_ROOT) << drive;
   }
+  EXPECT_EQ(files.KindOfDrive("\\\\server\\share"), DRIVE_KIND_REMOTE);
   EXPECT_EQ(files.UniversalName("/proc/self").error.kind, kUnsupported);
 }
 
@@ -406,6 +396,8 @@ TEST(MountTable, KnowsThePathsOfOtherMachines) {
   EXPECT_FALSE(posix::FindMount("", "/"));
 }
 
+using Text = std::string_view;
+
 TEST(Paths, HaveTheFormTheyShow) {
   for (const char* path : {"c:\\data", "C:/data", "c:", "a\\b", "\\\\srv\\s"}) {
     EXPECT_EQ(FormOf(path), PathForm::kWindows) << path;
@@ -416,18 +408,18 @@ TEST(Paths, HaveTheFormTheyShow) {
 }
 
 TEST(Paths, AreCutIntoDriveDirectoryNameAndExtension) {
-  for (const auto& [path, expected] :
-       Rows<const char*, const char*>{{"c:\\bin\\tool.exe", "c:|\\bin\\|tool|.exe"},
-                                      {"C:/bin\\a.b.c", "C:|/bin\\|a.b|.c"},
-                                      {"c:tool", "c:||tool|"},
-                                      {"\\\\srv\\share\\x.y\\tool", "|\\\\srv\\share\\x.y\\|tool|"},
-                                      {"/usr/lib.d/", "|/usr/lib.d/||"},
-                                      {"/home/.profile", "|/home/||.profile"},
-                                      {"", "|||"}}) {
-    const auto [drive, directory, name, extension] = SplitPath(path);
-    std::ostringstream parts;
-    parts << drive << '|' << directory << '|' << name << '|' << extension;
-    EXPECT_EQ(parts.str(), expected);
+  for (const auto& [path, drive, directory, name, extension] : Rows<Text, Text, Text, Text, Text>{
+           {"c:\\bin\\tool.exe", "c:", "\\bin\\", "tool", ".exe"},
+           {"C:/bin\\a.b.c", "C:", "/bin\\", "a.b", ".c"},
+           {"c:tool", "c:", "", "tool", ""},
+           {"\\\\srv\\share\\x.y\\tool", "", "\\\\srv\\share\\x.y\\", "tool", ""},
+           {"/usr/lib.d/", "", "/usr/lib.d/", "", ""},
+           {"/home/.profile", "", "/home/", "", ".profile"},
+           {"", "", "", "", ""}}) {
+    const PathParts parts = SplitPath(path);
+    EXPECT_EQ(std::tie(parts.drive, parts.directory, parts.name, parts.extension),
+              std::tie(drive, directory, name, extension))
+        << path;
   }
 }
 
@@ -448,7 +440,7 @@ TEST(Paths, AreJoinedWithWhatIsMissing) {
   EXPECT_EQ(MakePath("", "data", "a", "sql"), "data/a.sql");
   EXPECT_EQ(MakePath("", "data\\x", "a", ""), "data\\x\\a");
   EXPECT_EQ(MakePath("", "", "tool", "dqo"), "tool.dqo");
-  const Rows<const char*, const char*, const char*> rows = {
+  const Rows<Text, Text, Text> rows = {
       {"c:", "a", "c:\\a"}, {"c:\\", "a", "c:\\a"},  {"c:\\data", "\\a", "c:\\data\\a"},
       {"/", "a", "/a"},     {"data", "a", "data/a"}, {"data", "a\\b", "data\\a\\b"},
       {"", "a", "a"}};
@@ -456,43 +448,30 @@ TEST(Paths, AreJoinedWithWhatIsMissing) {
 }
 
 TEST(Paths, AreMadeFullByTheirText) {
-  using Text = const char*;
-  const Rows<Text, Text, Text> rows = {{"c:\\data\\.\\x\\..\\a.sql", "/w", "c:\\data\\a.sql"},
-                                       {"C:/data//a", "/w", "C:\\data\\a"},
-                                       {"c:\\..\\..", "/w", "c:\\"},
-                                       {"c:x", "/w", "c:\\x"},
-                                       {"c:\\data\\", "/w", "c:\\data\\"},
-                                       {"\\\\srv\\share\\..\\..\\a", "/w", "\\\\srv\\share\\a"},
-                                       {"\\data\\..\\x", "/w", "\\x"},
-                                       {"/a/./b/../../../c/", "/w", "/c/"},
-                                       {"a\\b", "/w", "/w/a/b"},
-                                       {"../x", "/w/v", "/w/x"},
-                                       {"x", "/", "/x"},
-                                       {".", "/w/", "/w"},
-                                       {"..", "/", "/"},
-                                       {"sub/x", "c:\\w", "c:\\w\\sub\\x"},
-                                       {"...", "/w", "/w/..."}};
-  for (const auto& [path, current, full] : rows) {
-    EXPECT_EQ(FullPath(path, current), full) << path;
-  }
+  const Rows<Text, Text> rows = {
+      {".", "/w/v"},        {"c:\\..\\..", "c:\\"},
+      {"../..", "/"},       {"\\data\\..\\x", "\\x"},
+      {"c:x", "c:\\x"},     {"c:\\data\\", "c:\\data\\"},
+      {"../x", "/w/x"},     {"C:/data//a", "C:\\data\\a"},
+      {"../../..", "/"},    {"/a/./b/../../../c/", "/c/"},
+      {"...", "/w/v/..."},  {"c:\\data\\.\\x\\..\\a.sql", "c:\\data\\a.sql"},
+      {"a\\b", "/w/v/a/b"}, {"\\\\srv\\share\\..\\..\\a", "\\\\srv\\share\\a"}};
+  for (const auto& [path, full] : rows) EXPECT_EQ(FullPath(path, "/w/v"), full) << path;
+  EXPECT_EQ(FullPath("x", "/"), "/x");
+  EXPECT_EQ(FullPath(".", "/w/"), "/w");
+  EXPECT_EQ(FullPath("sub/x", "c:\\w"), "c:\\w\\sub\\x");
 }
 
 TEST(Paths, NamesMatchPatterns) {
-  using Names = std::vector<const char*>;
-  for (const auto& [pattern, names, others] :
-       Rows<const char*, Names, Names>{{"*.*", {"README", "."}, {}},
-                                       {"*.sql", {"a.SQL"}, {"asql", "a.sql.bak"}},
-                                       {"A.SQL", {"a.sql"}, {}},
-                                       {"?", {"a", "\xC3\xA9"}, {"", "ab"}},
-                                       {"*ab?", {"abcabd"}, {}},
-                                       {"*iss*ip*", {"mississippi"}, {}},
-                                       {"*ab", {"aab"}, {}},
-                                       {"ab*?", {}, {"ab"}},
-                                       {"*.*.*", {}, {"a.b"}},
-                                       {"*", {""}, {}},
-                                       {"", {""}, {"x"}}}) {
-    for (const char* name : names) EXPECT_TRUE(MatchesPattern(name, pattern)) << name << pattern;
-    for (const char* name : others) EXPECT_FALSE(MatchesPattern(name, pattern)) << name << pattern;
+  const Rows<Text, Text, bool> rows = {
+      {"", "", true},     {"?", "ab", false},      {"*.sql", "a.SQL", true},
+      {"*", "", true},    {"*ab", "aab", true},    {"*.sql", "asql", false},
+      {"?", "a", true},   {"ab*?", "ab", false},   {"A.SQL", "a.sql", true},
+      {"?", "", false},   {"*.*", "README", true}, {"*ab?", "abcabd", true},
+      {"", "x", false},   {"?", "\xC3\xA9", true}, {"*.sql", "a.sql.bak", false},
+      {"*.*", ".", true}, {"*.*.*", "a.b", false}, {"*iss*ip*", "mississippi", true}};
+  for (const auto& [pattern, name, matches] : rows) {
+    EXPECT_EQ(MatchesPattern(name, pattern), matches) << name << pattern;
   }
   // A pattern made to try every split takes time only in the product of the lengths.
   std::string stars;
