@@ -1,7 +1,6 @@
 #include "dqlib/platform/processes.h"
 
 #include <csignal>
-#include <fcntl.h>
 #include <future>
 #include <pthread.h>
 #include <sys/resource.h>
@@ -101,9 +100,8 @@ TEST_F(ProcessesTest, StartsAProgramOrTellsWhyItCouldNot) {
 }
 
 TEST_F(ProcessesTest, ReturnsTheExitCodeOr128PlusTheSignalEachTime) {
-  const std::pair<const char*, int> cases[] = {{"sh -c 'exit 255'", 255},
-                                               {"sh -c 'kill -TERM $$'", 128 + SIGTERM}};
-  for (const auto& [command_line, code] : cases) {
+  for (const auto& [command_line, code] :
+       {std::pair{"sh -c 'exit 255'", 255}, {"sh -c 'kill -TERM $$'", 128 + SIGTERM}}) {
     const HANDLE process = Start(command_line).process;
     EXPECT_EQ(processes_.Wait(process).value, code);
     EXPECT_EQ(processes_.Wait(process).value, code);
@@ -131,20 +129,14 @@ TEST_F(ProcessesTest, AChildHasNothingOfThisProcessButItsStandardHandles) {
 }
 
 TEST_F(ProcessesTest, WorksWhereTheStandardHandlesAreClosed) {
-  const int input = fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 10);
-  const int output = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 10);
-  close(STDIN_FILENO);
-  close(STDOUT_FILENO);
-  const Pipe pipe = MakePipe();
-  Start("cat", "", pipe.read_end);
-  processes_.Write(pipe.write_end, "through");
-  processes_.Close(pipe.write_end);
-  const std::string read = ReadAll();
-  dup2(input, STDIN_FILENO);
-  dup2(output, STDOUT_FILENO);
-  close(input);
-  close(output);
-  EXPECT_EQ(read, "through");
+  EXPECT_TRUE(test::AllEndWell(1, [&](int) {
+    EXPECT_EQ(close(STDIN_FILENO) + close(STDOUT_FILENO), 0);
+    const Pipe pipe = MakePipe();
+    Start("cat", "", pipe.read_end);
+    processes_.Write(pipe.write_end, "through");
+    processes_.Close(pipe.write_end);
+    EXPECT_EQ(ReadAll(), "through");
+  }));
 }
 
 TEST_F(ProcessesTest, AnInterruptedEndReadsNoMoreAndWritingToNobodyIsNoSignal) {
@@ -186,9 +178,8 @@ TEST_F(ProcessesTest, HandlesOutOfDateOrOfAnotherKindAreErrors) {
   EXPECT_GT(process, pipe.write_end);  // one count for all
   processes_.Wait(process);
   char buffer[8];
-  EXPECT_FALSE(processes_.Read(pipe.write_end, buffer).ok());
-  EXPECT_FALSE(processes_.Write(pipe.read_end, "x").ok());
-  EXPECT_FALSE(processes_.Wait(pipe.read_end).ok());
+  EXPECT_FALSE(processes_.Read(pipe.write_end, buffer).ok() ||
+               processes_.Write(pipe.read_end, "x").ok() || processes_.Wait(pipe.read_end).ok());
   for (const HANDLE handle : {pipe.read_end, pipe.write_end, process, kNoHandle}) {
     processes_.Close(handle);
     EXPECT_FALSE(processes_.Read(handle, buffer).ok() || processes_.Write(handle, "x").ok());

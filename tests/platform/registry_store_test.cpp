@@ -25,8 +25,8 @@ using test::Shell;
 using TempDirectory = test::MemoryDirectory;
 using User = test::RegistryUser;
 
-constexpr const char* kFill = "one=one two=two three=three ";
-constexpr const char* kFilled = "k: one=one three=three two=two ";
+const std::string kFill = "one=one two=two three=three ";
+const std::string kFilled = "k: one=one three=three two=two ";
 
 constexpr const char* kUnited =
     "The files of your settings beside D/hkcu.reg were replaced while a program used them. The "
@@ -54,7 +54,7 @@ TEST_F(RegistryStoreTest, AFileThatIsCutOffIsReadUpToItsLastChange) {
   for (const std::string file : {"hkcu.journal", "hkcu.reg"}) {
     const bool is_snapshot = file == "hkcu.reg";
     const TempDirectory whole;
-    Fill(whole.path(), std::string(kFill) + (is_snapshot ? "leave" : ""));
+    Fill(whole.path(), kFill + (is_snapshot ? "leave" : ""));
     const std::string bytes = whole.Get(file);
     std::string states;
     for (std::size_t cut = 0; cut < bytes.size(); ++cut) {
@@ -79,8 +79,8 @@ TEST_F(RegistryStoreTest, AFileThatIsCutOffIsReadUpToItsLastChange) {
       EXPECT_EQ(Found(directory.path()), (all.empty() ? "k: " : all) + "z=next ");
       EXPECT_EQ(Told(directory), "");
     }
-    EXPECT_EQ(states + (is_snapshot ? "" : "|" + std::string(kFilled)),
-              "||k: |k: one=one |k: one=one two=two |" + std::string(kFilled));
+    EXPECT_EQ(states + (is_snapshot ? "" : "|" + kFilled),
+              "||k: |k: one=one |k: one=one two=two |" + kFilled);
   }
 }
 
@@ -272,7 +272,7 @@ TEST_F(RegistryStoreTest, WhatIsMissingOrDamagedWhenAStoreIsOpenedIsToldAndKept)
            {false, "sed -i s/two/tvo/ hkcu.journal", bad_journal, "k: one=one three=three "},
            {false, "sed -i s/three/tiree/ hkcu.journal", bad_journal, "k: one=one two=two "}}) {
     const TempDirectory directory;
-    Fill(directory.path(), std::string(kFill) + (in_snapshot ? "leave" : ""));
+    Fill(directory.path(), kFill + (in_snapshot ? "leave" : ""));
     Shell(directory.path(), strike);
     const std::string damaged = directory.Get("hkcu.journal");
     User user(directory.path());
@@ -304,7 +304,7 @@ TEST_F(RegistryStoreTest, WhatIsNoStoreOrCannotBeReadIsAnErrorAtOnceAndNeverTold
       const TempDirectory directory;
       test::FailingSystemCalls calls;
       User user(directory.path(), calls);
-      Fill(directory.path(), std::string(kFill) + "leave");
+      Fill(directory.path(), kFill + "leave");
       Shell(directory.path(), "F=" + file + "; " + strike);
       calls.FailEach("Open", number, file);
       for (const Error& error : {user.OpenKey(kCurrentUser, "none").error,
@@ -323,7 +323,7 @@ TEST_F(RegistryStoreTest, WhatIsNoStoreOrCannotBeReadIsAnErrorAtOnceAndNeverTold
 
 TEST_F(RegistryStoreTest, NobodyElseCanReadTheFiles) {
   const std::string& files = directory_.path();
-  Fill(directory_.path(), std::string(kFill) + "leave");
+  Fill(directory_.path(), kFill + "leave");
   directory_.Put("bait", "bait");
   Shell(files,
         "ln -s bait hkcu.reg.tmp; ln -s made hklm.journal; chmod 777 hkcu.reg hkcu.journal .");
@@ -433,11 +433,12 @@ TEST_F(RegistryStoreTest, WhoOnlyReadsLeavesNothingWhereNothingIs) {
   User reader(files);
   for (int twice = 0; twice < 2; ++twice) {
     EXPECT_EQ(reader.All(), "");
-    EXPECT_EQ(reader.OpenKey(kLocalMachine, "k").error.kind, ErrorKind::kNotFound);
-    EXPECT_EQ(reader.ReadValue(kCurrentUser, "v", {}).error.kind, ErrorKind::kNotFound);
-    EXPECT_EQ(reader.EnumKey(kClassesRoot, 0).error.kind, ErrorKind::kNotFound);
-    EXPECT_EQ(reader.DeleteValue(kCurrentUser, "v").kind, ErrorKind::kNotFound);
-    EXPECT_EQ(reader.DeleteKey(kLocalMachine, "k").kind, ErrorKind::kNotFound);
+    for (const Error& error :
+         {reader.OpenKey(kLocalMachine, "k").error, reader.ReadValue(kCurrentUser, "v", {}).error,
+          reader.EnumKey(kClassesRoot, 0).error, reader.DeleteValue(kCurrentUser, "v"),
+          reader.DeleteKey(kLocalMachine, "k")}) {
+      EXPECT_EQ(error.kind, ErrorKind::kNotFound);
+    }
     reader.Do("flush leave");
     EXPECT_EQ(directory_.Count(), 0u);
   }
@@ -474,7 +475,7 @@ TEST_F(RegistryStoreTest, ADirectoryThatCannotBeWrittenCanStillBeRead) {
   };
   for (const bool has_journal : {false, true}) {
     const TempDirectory directory;
-    Fill(directory.path(), std::string(kFill) + "leave");
+    Fill(directory.path(), kFill + "leave");
     if (!has_journal) fs::remove(directory / "hkcu.journal");
     Shell(directory.path(), "chmod 444 hkcu.*; chmod 555 .");
     EXPECT_TRUE(test::AllEndWell(1, [&](int) {
