@@ -15,13 +15,17 @@ struct SentMessage {
 };
 
 /// The program's application object and, for its lifetime, the main window of the calling thread.
-class MainWindow : public CWnd {
- public:
+struct MainWindow : CWnd {
   MainWindow() {
     CreateWnd("TestMainWindow");
     app.m_pMainWnd = this;
   }
-
+  LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
+    if (message < WM_USER) return CWnd::WindowProc(message, wparam, lparam);
+    messages.push_back({message, wparam, lparam});
+    on_message(messages.back());
+    return 0;
+  }
   /// The output message of a send that is under way.
   static CDQOutputMessage& Output(const SentMessage& sent) {
     return *reinterpret_cast<CDQOutputMessage*>(sent.second);
@@ -31,15 +35,7 @@ class MainWindow : public CWnd {
   /// Those of applications.
   std::vector<SentMessage> messages;
   /// Called while the sender waits.
-  std::function<void(const SentMessage&)> on_message;
-
- protected:
-  LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
-    if (message < WM_USER) return CWnd::WindowProc(message, wparam, lparam);
-    messages.push_back({message, wparam, lparam});
-    if (on_message) on_message(messages.back());
-    return 0;
-  }
+  std::function<void(const SentMessage&)> on_message = [](const SentMessage&) {};
 };
 
 }  // namespace dq::testing

@@ -12,11 +12,8 @@
 namespace dq::testing {
 
 /// The calling thread's observer for its lifetime.
-class RecordingObserver : public WindowObserver {
- public:
-  RecordingObserver() : former_(SetWindowObserver(this)) {}
-  ~RecordingObserver() override { SetWindowObserver(former_); }
-
+struct RecordingObserver : WindowObserver {
+  ~RecordingObserver() override { SetWindowObserver(former); }
   void OnWindowChange(CWnd& window, WindowChange change) override {
     changes.emplace_back(&window, change);
   }
@@ -31,9 +28,7 @@ class RecordingObserver : public WindowObserver {
   }
 
   std::vector<std::pair<const CWnd*, WindowChange>> changes;
-
- private:
-  WindowObserver* former_;
+  WindowObserver* const former = SetWindowObserver(this);
 };
 
 }  // namespace dq::testing
