@@ -1,9 +1,11 @@
-// The application object with its profile, and worker threads.
+// The application: its messages, timers and loop, worker threads, and its profile.
 
 #include "dqlib/framework/windows/win_app.h"
 
 #include "dqlib/framework/base/registry_key.h"
 #include "tests/support/main_window.h"
+#include "tests/support/manual_clock.h"
+#include "tests/support/own_service.h"
 #include "tests/support/own_settings.h"
 #include "tests/support/registry_dump.h"
 #include "tests/support/scripted_platform.h"
@@ -11,6 +13,312 @@
 
 namespace dq {
 namespace {
+
+/// A window that keeps what it is sent, as "message/first ", and answers by the test's handler.
+struct LoopWnd : CWnd {
+  using Handler = std::function<LRESULT(UINT, WPARAM, LPARAM)>;
+
+  /// The handler gets neither the first message nor the last one.
+  explicit LoopWnd(Handler handler = {}) : on_message(std::move(handler)) { CreateWnd("Test"); }
+  ~LoopWnd() override { DestroyWindow(); }
+  LRESULT WindowProc(UINT message, WPARAM first, LPARAM second) override {
+    if (message == WM_CREATE || message == WM_DESTROY) return 0;
+    got += std::to_string(message) + "/" + std::to_string(first) + " ";
+    return on_message ? on_message(message, first, second) : 0;
+  }
+  std::string Take() { return std::exchange(got, {}); }
+
+  std::string got;
+  Handler on_message;
+};
+
+void WaitUntil(const std::function<bool()>& condition) {
+  while (!condition()) std::this_thread::yield();
+}
+
+/// Meanwhile what other threads send is handled.
+void PumpSentUntil(const std::function<bool()>& condition) {
+  WaitUntil([&] { return PumpSentMessages() == 0 && condition(); });
+}
+
+TEST(Handle, IsAliveFromCreationToDestructionAndNeverUsedAgain) {
+  std::set<HWND> handles;
+  CWnd window;
+  for (int round = 0; round < 100; ++round) {
+    ASSERT_TRUE(!window.DestroyWindow() && window.CreateWnd("Edit"));
+    const HWND handle = window.GetSafeHwnd();
+    EXPECT_TRUE(handles.insert(handle).second && CWnd::FromHandle(handle) == &window);
+    EXPECT_TRUE(!window.CreateWnd("Edit") && window.DestroyWindow());
+    EXPECT_TRUE(window.GetSafeHwnd() == nullptr && CWnd::FromHandle(handle) == nullptr);
+  }
+  struct : CWnd {
+    LRESULT WindowProc(UINT message, WPARAM, LPARAM) override { return message == 1 ? -1 : 0; }
+  } refusing;
+  EXPECT_FALSE(refusing.CreateWnd("Edit") || refusing.GetSafeHwnd() != nullptr);
+}
+
+TEST(Handle, GivesTheClassNameCutToTheBuffer) {
+  const LoopWnd window;
+  std::string names;
+  for (const int size : {5, 4, 1, 0, -1}) {
+    char buffer[40] = "???";
+    names += std::to_string(GetWindowClassName(window.GetSafeHwnd(), buffer, size)) + buffer + " ";
+  }
+  EXPECT_EQ(names, "4Test 3Tes 0 0??? 0??? ");
+  char buffer[8] = "???";
+  EXPECT_EQ(
+      GetWindowClassName(nullptr, buffer, 8) + GetWindowClassName(window.GetSafeHwnd(), nullptr, 5),
+      0);
+  EXPECT_STREQ(buffer, "");
+}
+
+TEST(Send, OnTheOwnThreadIsACallThatIsAnsweredEvenIfItEndsTheWindow) {
+  LoopWnd window([&](UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message == 4) window.DestroyWindow();
+    return static_cast<LRESULT>(message) * 100 + static_cast<LRESULT>(wparam) * 10 + lparam;
+  });
+  const HWND handle = window.GetSafeHwnd();
+  EXPECT_EQ(window.SendMessage(3, 2, 1), 321);
+  EXPECT_EQ(SendToWindow(handle, 4, 5, 6), 456);
+  for (const HWND dead : {handle, HWND{nullptr}}) EXPECT_EQ(SendToWindow(dead, 1, 2, 3), 0);
+}
+
+TEST(Send, OneThatIsBeingHandledIsAnsweredAndTheOthersReleasedWhenTheWindowEnds) {
+  for (int round = 0; round < 200; ++round) {
+    const bool ends_unpumped = round % 2 == 0;
+    std::atomic<int> started = 0, answered = 0, sum = 0;
+    LoopWnd window([&](UINT, WPARAM, LPARAM) { return window.DestroyWindow(), 7; });
+    LoopWnd other([](UINT, WPARAM, LPARAM) { return 90; });
+    const auto send = [&](HWND target) {
+      ++started;
+      sum += static_cast<int>(SendToWindow(target, WM_APP, 0, 0));
+      ++answered;
+    };
+    std::vector<std::jthread> senders;
+    for (CWnd* each : {&window, &window, &other}) senders.emplace_back(send, each->GetSafeHwnd());
+    WaitUntil([&] { return started == 3; });
+    for (int wait = 0; wait < round; ++wait) std::this_thread::yield();
+    if (ends_unpumped) window.DestroyWindow();
+    PumpSentUntil([&] { return answered == 3; });
+    EXPECT_EQ(sum, ends_unpumped ? 90 : 97);
+  }
+}
+
+TEST(Send, IsReleasedAndTheHandleDeadWhenTheThreadEnds) {
+  for (int round = 0; round < 100; ++round) {
+    CWnd window;
+    std::atomic<HWND> handle = nullptr;
+    std::atomic<bool> sending = false;
+    std::thread owner([&] {
+      window.CreateWnd("Test");
+      handle = window.GetSafeHwnd();
+      WaitUntil([&] { return sending.load(); });
+      for (int wait = 0; wait < round; ++wait) std::this_thread::yield();
+    });
+    WaitUntil([&] { return handle != nullptr; });
+    sending = true;
+    EXPECT_EQ(SendToWindow(handle, WM_APP, 0, 0), 0);
+    owner.join();
+    EXPECT_TRUE(CWnd::FromHandle(handle) == nullptr && !window.DestroyWindow());
+    EXPECT_TRUE(window.CreateWnd("Test")) << "again, for this thread";
+  }
+}
+
+TEST(Send, PumpLeavesWhatIsSentMeanwhileForTheNextCall) {
+  std::atomic<bool> stop = false;
+  std::atomic<int> ended = 0;
+  // Each handling gives the other sender the time to send again.
+  LoopWnd window([&](UINT, WPARAM, LPARAM) {
+    for (int wait = 0; wait < 300; ++wait) std::this_thread::yield();
+    return 0;
+  });
+  const auto flood = [&] {
+    while (!stop) window.SendMessage(WM_APP);
+    ++ended;
+  };
+  const std::jthread floods[] = {std::jthread(flood), std::jthread(flood)};
+  for (int total = 0; total < 500;) {
+    const int handled = PumpSentMessages();
+    EXPECT_LE(handled, 2);
+    total += handled;
+  }
+  stop = true;
+  PumpSentUntil([&] { return ended == 2; });
+}
+
+TEST(Send, ExceptionOfAServedHandlerWaitsForTheAnswerToTheOwnSend) {
+  std::atomic<HWND> partner = nullptr;
+  std::atomic<bool> done = false;
+  LoopWnd window([](UINT, WPARAM, LPARAM) -> LRESULT { throw std::runtime_error("served"); });
+  bool partner_answered = false;  // written before the answer, read after it
+  const std::jthread other([&] {
+    const LoopWnd mine([&](UINT, WPARAM, LPARAM) {
+      EXPECT_EQ(window.SendMessage(WM_APP), 0);
+      return partner_answered = true;
+    });
+    partner = mine.GetSafeHwnd();
+    PumpSentUntil([&] { return done.load(); });
+  });
+  WaitUntil([&] { return partner != nullptr; });
+  EXPECT_THROW(SendToWindow(partner, WM_APP, 0, 0), std::runtime_error);
+  EXPECT_TRUE(partner_answered);
+  done = true;
+}
+
+/// Time is moved by hand.
+struct MessageLoop : ::testing::Test {
+  testing::ManualClock clock{0xFFFFFFF0};  // it wraps meanwhile
+  const platform::ScopedPlatform scope{test::With(&platform::Platform::clock, &clock)};
+  LoopWnd window;
+};
+
+TEST_F(MessageLoop, PostedMessagesComeInOrderAndOnlyToLiveWindows) {
+  LoopWnd other;
+  for (const UINT message : {WM_APP + 1U, WM_APP + 2U}) {
+    EXPECT_TRUE(window.PostMessage(message, 5) && other.PostMessage(message));
+  }
+  const HWND dead = other.GetSafeHwnd();
+  other.DestroyWindow();
+  EXPECT_FALSE(PostToWindow(dead, WM_APP, 0, 0) || other.PostMessage(WM_APP));
+  EXPECT_EQ(PumpUntilIdle(), 2);
+  EXPECT_EQ(window.got + other.got, "32769/5 32770/5 ");
+}
+
+TEST_F(MessageLoop, TimersComeByTheClockBehindPostedMessages) {
+  EXPECT_EQ(window.SetTimer(1, 250), 1U);
+  EXPECT_EQ(window.SetTimer(2, 3), 2U) << "acts as 10";
+  EXPECT_EQ(window.SetTimer(3, static_cast<UINT>(-1)), 3U) << "acts as the longest";
+  // What comes when so much time has passed each time.
+  const auto pumped = [&](std::initializer_list<DWORD> times) {
+    std::string got;
+    for (const DWORD passed : times) {
+      clock.Advance(passed);
+      PumpUntilIdle();
+      got += window.Take() + "|";
+    }
+    return got;
+  };
+  EXPECT_EQ(pumped({9, 1, 200, 9}), "|275/2 |275/2 ||") << "one that is late comes once";
+  window.PostMessage(WM_APP);
+  EXPECT_EQ(pumped({31}), "32768/0 275/2 275/1 |");
+  EXPECT_EQ(window.SetTimer(1, 1000), 1U) << "starts it anew";
+  EXPECT_TRUE(window.KillTimer(2) && !window.KillTimer(2));
+  EXPECT_EQ(pumped({999, 1, std::numeric_limits<std::int32_t>::max()}), "|275/1 |275/1 275/3 |");
+  window.DestroyWindow();
+  EXPECT_EQ(window.SetTimer(1, 10), 0U);
+  EXPECT_EQ(pumped({5000}), "|");
+}
+
+TEST_F(MessageLoop, OneCallServesEachTimerOnceHoweverSlowTheHandlersAre) {
+  bool first = true;
+  window.on_message = [&](UINT, WPARAM timer, LPARAM) {
+    clock.Advance(50);
+    if (timer == 3) window.SetTimer(3, 10);
+    if (timer == 4 && std::exchange(first, false)) window.SetTimer(5, 10);
+    // Else a loop without end would hang the test.
+    for (UINT id = 1; id < 6 && window.got.size() > 120; ++id) window.KillTimer(id);
+    return 0;
+  };
+  // The second is due while the others are served.
+  for (const auto& [id, time] : test::Rows<UINT, UINT>{{1, 10}, {2, 90}, {3, 20}, {4, 20}}) {
+    window.SetTimer(id, time);
+  }
+  clock.Advance(20);
+  EXPECT_EQ(PumpUntilIdle(), 4);
+  EXPECT_EQ(window.Take(), "275/1 275/3 275/4 275/2 ");
+  EXPECT_EQ(PumpUntilIdle(), 5);
+  EXPECT_EQ(window.Take(), "275/1 275/3 275/4 275/5 275/2 ");
+}
+
+TEST_F(MessageLoop, MessagesAndTimersOfWindowsThatEndAreGoneAndThoseOfOthersStay) {
+  // More than the queue keeps of dead windows, some of them taken out before.
+  std::vector<std::unique_ptr<LoopWnd>> windows;
+  for (WPARAM i = 0; i < 3000; ++i) {
+    windows.push_back(std::make_unique<LoopWnd>());
+    windows.back()->SetTimer(1, 10);
+    windows.back()->PostMessage(WM_APP, i);
+    if (i % 1000 == 999) window.PostMessage(WM_APP, i);
+  }
+  for (const UINT timer : {1U, 2U}) window.SetTimer(timer, 10);
+  windows.resize(1);
+  clock.Advance(10);
+  EXPECT_EQ(PumpUntilIdle(), 7);
+  EXPECT_EQ(window.got, "32768/999 32768/1999 32768/2999 275/1 275/2 ");
+  EXPECT_EQ(windows[0]->got, "32768/0 275/1 ");
+}
+
+/// An application that keeps how often it idles, and drops a message.
+struct IdleApp : CWinApp {
+  IdleApp() : CWinApp("idle") {}
+  std::string idled;
+  UINT dropped = 0;
+  std::function<void()> on_last;
+
+  BOOL OnIdle(LONG count) override {
+    idled += std::to_string(count);
+    CWinApp::OnIdle(count);
+    if (count == 2 && on_last) on_last();
+    return count < 2 ? 1 : 0;
+  }
+  BOOL PreTranslateMessage(MSG* message) override {
+    return message->message == dropped ? 1 : CWinApp::PreTranslateMessage(message);
+  }
+};
+
+TEST_F(MessageLoop, IdlesUntilItWantsNoMoreAndAnewAfterAMessage) {
+  IdleApp app;
+  app.m_pMainWnd = &window;
+  PumpUntilIdle();
+  EXPECT_EQ(app.idled + ": " + window.Take(), "012: 867/1 ") << "what shows commands is updated";
+  app.dropped = WM_APP + 1;
+  window.PostMessage(WM_APP + 1);
+  window.PostMessage(WM_APP + 2);
+  EXPECT_EQ(PumpUntilIdle(), 2);
+  EXPECT_EQ(window.Take(), "32770/0 867/1 ");
+  // One of another thread isn't this thread's to update; and the handler may end the main window.
+  std::jthread([main = app.m_pMainWnd] {
+    CWinThread worker;
+    worker.m_pMainWnd = main;
+    AfxSetThread(&worker);
+    PumpUntilIdle();
+  }).join();
+  EXPECT_EQ(window.got, "");
+  auto dying = std::make_unique<LoopWnd>();
+  app.m_pMainWnd = dying.get();
+  dying->on_message = [&](UINT, WPARAM, LPARAM) { return dying.reset(), 0; };
+  PumpUntilIdle();
+  EXPECT_EQ(app.m_pMainWnd, nullptr);
+}
+
+TEST_F(MessageLoop, EndsWithTheCodeBehindPostedMessagesAndLeavesNestedLoops) {
+  IdleApp app;
+  app.on_last = [&] { window.PostMessage(app.idled == "012" ? WM_APP + 2 : WM_APP); };
+  window.on_message = [&](UINT message, WPARAM, LPARAM) {
+    if (message != WM_APP) return 0;
+    PostQuitMessage(7);
+    window.PostMessage(WM_APP + 1);
+    EXPECT_FALSE(PumpUntil([] { return false; }));
+    return 0;
+  };
+  EXPECT_EQ(app.Run(), 7);
+  EXPECT_EQ(window.got + app.idled, "32770/0 32768/0 32769/0 012012");
+}
+
+TEST(PumpUntil, WaitsForWhatOtherThreadsPostAndSend) {
+  IdleApp app;
+  int posted = 0, sent = 0;
+  LoopWnd window(
+      [&](UINT message, WPARAM, LPARAM) { return ++(message == WM_APP ? posted : sent); });
+  std::vector<std::jthread> threads;
+  for (int i = 0; i < 4; ++i) {
+    threads.emplace_back([&window] {
+      for (int at = 0; at < 2000; ++at) window.PostMessage(WM_APP);
+      for (int at = 0; at < 50; ++at) window.SendMessage(WM_APP + 1);
+    });
+  }
+  EXPECT_TRUE(PumpUntil([&] { return posted == 8000 && sent == 200; }));
+  EXPECT_FALSE(PumpUntil([] { return false; }, 20)) << "the time is up";
+}
 
 using test::own_settings;
 
