@@ -48,7 +48,6 @@ TEST_F(Resources, SwitchedOperationsTakeNullForTheCurrentModule) {
   told += text + "|";
   told += LoadStringA(&other_, 100, text) + "|" + LoadStringA(&other_, UINT_MAX);
   EXPECT_EQ(told, "1|1current %1|0|other %2 %2 %2|other a b a|other %1 %2 %1|");
-  EXPECT_EQ(AfxGetResourceHandle(), &current_);
   const CDQSwitchResourceHandle keeps(nullptr);
   EXPECT_EQ(AfxGetResourceHandle(), &current_);
   const CSwitchRCHandle sets(nullptr);
@@ -95,13 +94,10 @@ TEST_F(Resources, FindsRecordsByTypeAndLowWord) {
   for (const auto& [find, type] : rows) {
     platform_.modules.system.AddResource(type, 7, "data");
     const HRSRC found = find(nullptr, 0xABCD0007);
-    ASSERT_NE(found, nullptr) << type;
-    EXPECT_EQ(found->type, type);
-    EXPECT_EQ(find(&current_, 7), nullptr) << type;
+    EXPECT_TRUE(found != nullptr && found->type == type && find(&current_, 7) == nullptr) << type;
   }
   // Strings lie in blocks of sixteen.
-  EXPECT_NE(DQFindStringResource(&other_, 0x100000 + 111), nullptr);
-  EXPECT_EQ(DQFindStringResource(&other_, 112), nullptr);
+  EXPECT_TRUE(DQFindStringResource(&other_, 0x100000 + 111) && !DQFindStringResource(&other_, 112));
 }
 
 TEST_F(Resources, ListsComeOutReversed) {
@@ -114,7 +110,7 @@ TEST_F(Resources, ListsComeOutReversed) {
     EXPECT_EQ(test::Joined(list), expected) << text;
   }
   DQLIB_LoadResourceList(nullptr, 100, "", list);
-  EXPECT_EQ(list.GetHead(), "current %1");
+  EXPECT_EQ(test::Joined(list), "current %1|");
   DQLIB_LoadResourceList(nullptr, 201, ";", list);
   EXPECT_TRUE(list.IsEmpty());
 }
@@ -238,26 +234,24 @@ TEST(CGDIDispenser, MakesOneBrushAndOnePenForAColor) {
     EXPECT_EQ(dispenser.GetPen(color)->color(), color);
   }
   dispenser.OnSysColorChange();
-  EXPECT_EQ(dispenser.GetSolidBrush(5), brush);
-  EXPECT_EQ(dispenser.GetPen(5), pen);
+  EXPECT_TRUE(dispenser.GetSolidBrush(5) == brush && dispenser.GetPen(5) == pen);
 }
 
 TEST(CGDIDispenser, MakesItsFontsOnce) {
   testing::ScriptedPlatform platform;
   platform.facts.pixels_per_inch = 120;
   CGDIDispenser dispenser;
-  const LOGFONT& stock = *GetStockFont(DQRESOURCES_GetVarStockFont());
-  using Font = std::tuple<LONG, LONG, int, std::string>;
-  for (const auto& [style, expected] : test::Rows<eFontStyle, Font>{
-           {FONT_PLAIN, {stock.lfHeight, stock.lfWeight, 0, stock.lfFaceName}},
-           {FONT_BOLD, {stock.lfHeight, 700, 0, stock.lfFaceName}},
-           {FONT_UNDERLINE, {stock.lfHeight, stock.lfWeight, 1, stock.lfFaceName}},
-           {FONT_TITLE, {-13, 700, 0, "MS Sans Serif"}}}) {
+  std::ostringstream told;
+  for (const eFontStyle style : {FONT_PLAIN, FONT_BOLD, FONT_UNDERLINE, FONT_TITLE}) {
     CFont* const font = dispenser.GetDefaultFont(style);
     const LOGFONT& made = font->GetLogFont();
-    EXPECT_EQ(Font(made.lfHeight, made.lfWeight, made.lfUnderline, made.lfFaceName), expected);
+    told << made.lfHeight << ' ' << made.lfWeight << ' ' << int{made.lfUnderline} << ' '
+         << made.lfFaceName << "; ";
     EXPECT_EQ(dispenser.GetDefaultFont(style), font) << style;
   }
+  EXPECT_EQ(told.str(),
+            "12 400 0 MS Sans Serif; 12 700 0 MS Sans Serif; 12 400 1 MS Sans Serif; "
+            "-13 700 0 MS Sans Serif; ");
   platform.facts.pixels_per_inch = 96;
   EXPECT_EQ(CGDIDispenser().GetDefaultFont(FONT_TITLE)->GetLogFont().lfHeight, -11);
 }
@@ -280,8 +274,7 @@ TEST(CGDIDispenser, KeepsPicturesUnderTheModuleWhereTheyWereFound) {
   // A failed load stays; what was found nowhere is made anew each time.
   CBitmap* const failed = dispenser.GetResourceBitmap(10, &module);
   module.AddResource(RESOURCE_BITMAP, 10, WriteDib({{1, 1}, {0}}));
-  EXPECT_EQ(dispenser.GetResourceBitmap(10, &module), failed);
-  EXPECT_EQ(failed->GetSafeHandle(), nullptr);
+  EXPECT_TRUE(dispenser.GetResourceBitmap(10, &module) == failed && !failed->GetSafeHandle());
   EXPECT_NE(dispenser.GetResourceBitmap(11, nullptr), dispenser.GetResourceBitmap(11, nullptr));
 }
 
