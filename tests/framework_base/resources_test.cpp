@@ -101,29 +101,6 @@ TEST(ResourceModule, AddedOnesReplaceTheTablesAndArentTheCallers) {
   EXPECT_EQ(module.Find(RESOURCE_BITMAP, 7)->data, "changed");
 }
 
-class Animal : public CObject {
-  DECLARE_DYNAMIC(Animal)
-};
-class Dog : public Animal {
-  DECLARE_DYNCREATE(Dog)
-};
-class Cat : public Animal {
-  DECLARE_DYNCREATE(Cat)
-};
-IMPLEMENT_DYNAMIC(Animal, CObject)
-IMPLEMENT_DYNCREATE(Dog, Animal)
-IMPLEMENT_DYNCREATE(Cat, Animal)
-
-TEST(RuntimeClass, KnowsItsBasesAndIsMadeAndFoundByName) {
-  const std::unique_ptr<CObject> dog(RUNTIME_CLASS(Dog)->CreateObject());
-  ASSERT_NE(DYNAMIC_DOWNCAST(Dog, dog.get()), nullptr);
-  EXPECT_TRUE(dog->IsKindOf(RUNTIME_CLASS(Animal)) && dog->IsKindOf(RUNTIME_CLASS(CObject)));
-  EXPECT_TRUE(!DYNAMIC_DOWNCAST(Cat, dog.get()) && !DYNAMIC_DOWNCAST(Dog, nullptr));
-  EXPECT_EQ(RUNTIME_CLASS(Animal)->CreateObject(), nullptr);
-  EXPECT_EQ(CRuntimeClass::FromName("Dog"), RUNTIME_CLASS(Dog));
-  EXPECT_TRUE(!CRuntimeClass::FromName("dog") && !CRuntimeClass::FromName(nullptr));
-}
-
 TEST(ExtensionModule, TakesUpTheClassesEnteredSinceTheRawAttachStep) {
   // Without a module it is not loaded.
   ResourceModule module;
@@ -135,14 +112,13 @@ TEST(ExtensionModule, TakesUpTheClassesEnteredSinceTheRawAttachStep) {
     AfxRawAttachExtensionModule();
     const CRuntimeClass second("Second", 1, nullptr, RUNTIME_CLASS(CObject));
     EXPECT_EQ(AfxInitExtensionModule(state, given ? &module : nullptr), given);
-    EXPECT_EQ(state.bInitialized, given);
-    EXPECT_EQ(ProgramClassList().head, before);
+    EXPECT_TRUE(state.bInitialized == given && ProgramClassList().head == before);
     EXPECT_EQ(CRuntimeClass::FromName("Guest"), nullptr) << "its module isn't in the chain";
     {
       const CDynLinkLibrary link(state);
       EXPECT_EQ(CRuntimeClass::FromName("Guest"), given ? &guest : nullptr);
       EXPECT_EQ(CRuntimeClass::FromName("Second"), given ? &second : nullptr);
-      EXPECT_EQ(CRuntimeClass::FromName("Dog"), RUNTIME_CLASS(Dog));
+      EXPECT_EQ(CRuntimeClass::FromName("CBrush"), RUNTIME_CLASS(CBrush));
     }
     EXPECT_EQ(CRuntimeClass::FromName("Guest"), nullptr);
   }
