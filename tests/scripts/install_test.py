@@ -41,52 +41,46 @@ class InstallTest(unittest.TestCase):
     def setUp(self):
         self.machine = self.enterContext(tempfile.TemporaryDirectory())
         for name, text in [("dpkg-query", DPKG_QUERY), ("apt-get", APT_GET), ("sudo", SUDO)]:
-            self.put("bin", name, text)
-            os.chmod(os.path.join(self.machine, "bin", name), 0o700)
+            os.chmod(self.put("bin/" + name, text), 0o700)
         for path in ["has/.keep", "offers/.keep", "news/.keep", "calls"]:
-            self.put(os.path.dirname(path), os.path.basename(path))
-
-    def put(self, directory, name, text=""):
-        os.makedirs(os.path.join(self.machine, directory), exist_ok=True)
-        with open(os.path.join(self.machine, directory, name), "w", encoding="ascii") as file:
-            file.write(text)
-
-    def put_all_but_last(self):
-        """The machine has all packages of the group but one, which is returned."""
+            self.put(path)
+        # The machine has all packages of the group but one.
         for package in BENCH[:-1]:
-            self.put("has", package)
-        return BENCH[-1]
+            self.put("has/" + package)
+
+    def put(self, name, text=""):
+        path = os.path.join(self.machine, name)
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        with open(path, "w", encoding="ascii") as file:
+            file.write(text)
+        return path
 
     def install(self, *groups):
+        """Exit status, standard output and standard error, and what apt-get was called for."""
         path = os.path.join(self.machine, "bin") + ":" + os.environ["PATH"]
-        return subprocess.run([INSTALL, *groups], text=True, capture_output=True, check=False,
-                              env={**os.environ, "PATH": path, "MACHINE": self.machine})
-
-    def calls(self):
+        result = subprocess.run([INSTALL, *groups], text=True, capture_output=True, check=False,
+                                env={**os.environ, "PATH": path, "MACHINE": self.machine})
         with open(os.path.join(self.machine, "calls"), encoding="ascii") as file:
-            return file.read().split()
+            return result.returncode, result.stdout, result.stderr, file.read().split()
 
     def test_installs_what_is_missing_and_then_nothing(self):
-        missing = self.put_all_but_last()
-        self.put("offers", missing)
-        for said in [f"Installing {missing}\n", ""]:
-            result = self.install("bench")
-            self.assertEqual((result.returncode, result.stdout, result.stderr), (0, "", said))
-        self.assertEqual(self.calls(), ["install"])
+        self.put("offers/" + BENCH[-1])
+        for said in [f"Installing {BENCH[-1]}\n", ""]:
+            self.assertEqual(self.install("bench"), (0, "", said, ["install"]))
 
     def test_fetches_the_package_list_when_the_machine_has_none(self):
-        self.put("news", self.put_all_but_last())
-        self.assertEqual(self.install("bench").returncode, 0)
-        self.assertEqual(self.calls(), ["install", "update", "install"])
+        self.put("news/" + BENCH[-1])
+        status, _, _, calls = self.install("bench")
+        self.assertEqual((status, calls), (0, ["install", "update", "install"]))
 
     def test_failure_shows_what_the_package_manager_said(self):
-        result = self.install("bench")
-        self.assertEqual((result.returncode, result.stdout), (1, ""))
-        self.assertIn("chatter", result.stderr)
+        status, out, err, _ = self.install("bench")
+        self.assertEqual((status, out), (1, ""))
+        self.assertIn("chatter", err)
 
     def test_unknown_group_is_wrong_usage(self):
-        result = self.install("bench", "nonsense")
-        self.assertEqual((result.returncode, self.calls()), (2, []))
+        status, _, _, calls = self.install("bench", "nonsense")
+        self.assertEqual((status, calls), (2, []))
 
 
 if __name__ == "__main__":
