@@ -1,10 +1,16 @@
 #include "dqlib/datetime/date_time_format.h"
 
 #include "dqlib/datetime/data_type.h"
+#include "dqlib/datetime/date_time_fmt_def.h"
+#include "dqlib/datetime/date_time_fmt_dictionary.h"
+#include "dqlib/datetime/format_dialog.h"
+#include "dqlib/datetime/predefined_formats.h"
 #include "dqlib/platform/checksum.h"
 #include "siblings/options/options_server.h"
+#include "tests/support/manual_clock.h"
 #include "tests/support/memory_registry.h"
 #include "tests/support/own_settings.h"
+#include "tests/support/recording_observer.h"
 #include "tests/support/scripted_locale.h"
 #include "tests/support/scripted_prompts.h"
 #include "tests/support/system_locale.h"
@@ -12,6 +18,168 @@
 
 namespace dq {
 namespace {
+
+using detail::DateTimeFmtParts;
+
+using Def = CLGDateTimeFmtDef;
+
+/// The texts in display, OLE and locale notation, "|" behind each.
+std::string Texts(const auto& texts) {
+  CString all;
+  for (const auto notation : {DTF_DISP, DTF_OLE, DTF_WIN}) all += texts(notation) + "|";
+  return static_cast<const char*>(all);
+}
+
+/// The texts, the type and the number of cells.
+std::string Summary(const Def& def) {
+  return Texts([&](auto notation) { return def.GetFmtDateTime(notation); }) +
+         std::to_string(def.GetType()) + "|" + std::to_string(def.GetFmtElementList().GetCount());
+}
+
+Def Predefined(int row) {
+  const PredefinedDateTimeFmt& fmt = kPredefinedDateTimeFmts[row - 1];
+  return {fmt.type, "", "", fmt.example, fmt.disp, fmt.ole, fmt.win};
+}
+
+TEST(DateTimeFmtDef, KeepsOnlyWhatTheDictionaryKnowsAndTellsWhatItDropped) {
+  for (const auto& [fmt, summary, dropped] : test::Rows<const char*, const char*, const char*>{
+           {"MM/DD/YYYY HH24:MI:SS",
+            "MM/DD/YYYY HH24:MI:SS|%m/%d/%Y %H:%M:%S|MM/dd/yyyy HH:mm:ss|6|11", ""},
+           {"%m/DD/%Y", "MM/DD/YYYY|%m/%d/%Y|MM/dd/yyyy|5|5", ""},
+           {"DAY, DDD", "DAY, DDD|%A, %j|dddd, |-1|4", ""},
+           {"MM/XX/YYYY/ZZ", "MM//YYYY/|%m//%Y/|MM//yyyy/|5|5", "XX"},
+           {"MM/dd/yyyy", "MM/dd/|%m/%#d/|MM/d/|5|4", "yyyy"},
+           {"hh12:mi AM", "hh12:mi AM|%#I:%#M %p|h:m tt|26|5", ""},
+           {"MM\xFF\x80/MM", "/MM|/%m|/MM|5|2", "MM\xFF\x80"},
+           {nullptr, "|||-1|0", ""}}) {
+    const Def def(fmt);
+    EXPECT_EQ(Summary(def), summary);
+    Def copy("YYYY");
+    copy = def;
+    EXPECT_EQ(Summary(copy), summary);
+    EXPECT_EQ(Summary(Def(&def.GetFmtElementList())), summary);
+    EXPECT_EQ(Def::FindUnknownElement(fmt), dropped);
+  }
+  Def full("");
+  const Def copy(Def(5, "", "about", "example", "DD", "%d", "dd"));
+  (full = copy).SetFmtTitle("Short ");
+  EXPECT_EQ(full.GetFmtDefTitle() + full.GetFmtDiscription(), "Short exampleabout");
+  EXPECT_EQ(full.GetDateTimeType(), 5);
+}
+
+TEST(DateTimeFmtDef, AnswersTheWholeFromItsTextsAndPartsFromItsCells) {
+  std::string parts;
+  for (const auto& [row, code] : {std::pair(1, 5), {1, 7}, {18, 19}, {18, 26}, {19, 5}, {19, 6}}) {
+    const Def def = Predefined(row);
+    parts += Texts([&def, c = code](auto notation) { return def.GetFmtDateTime(c, notation); });
+  }
+  EXPECT_EQ(parts,
+            "MM/DD/YYYY|%m/%d/%Y|MM/dd/yyyy||||DD-MON-YY|%d-%b-%y|dd-MMM-yy|"
+            "HH12:MI:SS AM|%I:%M:%S %p|hh:mm:ss tt|DAY, MONTH dd, YYYY|%A, %B %#d, %Y|"
+            "dddd, MMMM d, yyyy|DAY, MONTH dd, YYYY|%#c|dddd, MMMM d, yyyy|");
+  // Only right ends are trimmed.
+  const Def time_first("HH24:MI:SS MM/DD/YYYY  AM");
+  EXPECT_EQ(time_first.GetFmtDateTime(5, DTF_DISP), " MM/DD/YYYY");
+  EXPECT_EQ(time_first.GetFmtDateTime(26, DTF_DISP), "HH24:MI:SS AM");
+  Def def = Predefined(12);
+  def.SetFmtDateTime("changed", DTF_OLE);
+  def.SetFmtDateTime("lost", static_cast<DATETIME_FMTTYPE>(-1));
+  EXPECT_EQ(Summary(def), "MM/DD/YYYY|changed|MM/dd/yyyy|5|5");
+  EXPECT_EQ(def.GetFmtMonth(DTF_OLE) + def.GetFmtAMPM(DTF_OLE), "%m");
+}
+
+TEST(DateTimeFmtDef, TranslatesUntilATextIsNoElement) {
+  for (const auto& [from, source, is_valid, to, converted, result] :
+       test::Rows<int, const char*, bool, int, bool, const char*>{
+           {DTF_WIN, "M/d/yyyy h:mm:ss tt", true, DTF_DISP, true, "mm/dd/YYYY hh12:MI:SS AM"},
+           {DTF_WIN, "HH:mm:ss.fff", false, DTF_DISP, true, "HH24:MI:SS"},
+           {DTF_WIN, "ff.fHH", false, DTF_DISP, true, "HH24"},
+           {DTF_WIN, "..fHH.ff.", false, DTF_DISP, true, "D.HH24."},
+           {DTF_WIN, "fHH", false, DTF_DISP, false, ""},
+           {DTF_WIN, "dd'.'MM", false, DTF_DISP, false, ""},
+           {DTF_WIN, "dddd, MMMM d", true, DTF_DISP, true, "DAY,D MONTH dd"},
+           {DTF_DISP, "DAY, MONTH dd", true, DTF_WIN, false, "dddd,"},
+           {DTF_OLE, "%#m/%q/%Y", false, DTF_DISP, false, "mm/"},
+           {DTF_OLE, "%#c", false, DTF_DISP, false, ""},
+           {DTF_DISP, "D-DDD", true, DTF_WIN, true, "-"},
+           {DTF_DISP, "///", true, DTF_WIN, false, ""},
+           {7, "MM", true, 8, true, "MM"},
+           {DTF_DISP, "", false, DTF_OLE, false, ""}}) {
+    const auto notation = static_cast<DATETIME_FMTTYPE>(from);
+    CString text;
+    EXPECT_EQ(Def::GetDateTimeFmt(notation, source, static_cast<DATETIME_FMTTYPE>(to), text),
+              converted)
+        << source;
+    EXPECT_EQ(text, result) << source;
+    EXPECT_EQ(Def::IsValidDateTimeFmt(source, notation), is_valid) << source;
+    EXPECT_EQ(Def::IsValidDateTimeFmt(source), is_valid) << "in any notation";
+  }
+}
+
+TEST(DateTimeFmtDef, TakesTheUsersFormatFromTheLocale) {
+  test::ScriptedLocale locale;
+  for (const auto& [date, time, texts] : test::Rows<const char*, const char*, const char*>{
+           {"M/d/yyyy", "h:mm:ss tt",
+            "mm/dd/YYYY|hh12:MI:SS AM|mm/dd/YYYY hh12:MI:SS AM|mm/dd/YYYY hh12:MI:SS AM|4"},
+           {"yy'年'MM'月'dd'日'", "HH:mm", "!|HH24:MI|!|!|2"}}) {
+    locale.items = {{LOCALE_SSHORTDATE, date}, {LOCALE_STIMEFORMAT, time}};
+    std::string all;
+    for (const int code : {5, 26, 6, 19}) {
+      CString text;
+      if (!Def::GetLocaleDateTimeFmt(code, text, DTF_DISP)) text += '!';
+      all += std::string(text.View()) + "|";
+    }
+    EXPECT_EQ(all + (Def::IsLocaleTwoDigitYear() ? "2" : "4"), texts);
+  }
+}
+
+TEST(DateTimeFmtDefList, FindsByTheTextOfOneNotation) {
+  CLGDateTimeFmtDefList list;
+  for (int row = 1; row <= 23; ++row) list.AddTail(new Def(Predefined(row)));
+  list.InsertDateTimeFmt("YYYY");
+  list.InsertDateTimeFmt("YYYY");
+  std::string found;
+  for (const char* fmt :
+       {"MM/DD/YYYY", "%m/%d/%Y", "%I:%M:%S %p", "hh24:mi:ss", "%#c", "MM/dd/yyyy", "", "YYYY"}) {
+    int row = 0;
+    while (row < 25 && list[row] != list.FindDateTimeFmt(fmt)) ++row;
+    found += std::to_string(row + 1) + " ";
+  }
+  EXPECT_EQ(found, "11 11 20 23 26 26 26 24 ") << "26 is none";
+}
+
+TEST(DateTimeFmtDictionary, HoldsItsCellsInOrder) {
+  std::string all;
+  const detail::DictionaryUse<CLGDateTimeFmtDictionary> dictionary;
+  const detail::DictionaryUse<CDQDateTimeFmtDictionary> small;
+  for (POSITION position = dictionary->GetFirstEntry(); position != nullptr;) {
+    const CLGDateTimeFmtCell& cell = *dictionary->GetNext(position);
+    const auto codes = [](const auto& each) {
+      return Texts([&](auto notation) { return each.GetDateTimeElementFmt(notation); });
+    };
+    const CDQDateTimeFmtCell* const same = small->GetEntry(cell.GetDetail(), DTF_DISP);
+    all += std::to_string(cell.GetDateTimeElementType()) + "|" + codes(cell) +
+           (same != nullptr ? codes(*same) : "no number of days|") +
+           std::string((cell.GetDescription() + "|" + cell.GetExample()).View()) + "\n";
+  }
+  EXPECT_EQ(platform::Checksum(all), 0x326ED06BU) << all;
+}
+
+TEST(DateTimeFmtDictionary, FindsTheFirstCellWithExactlyTheCode) {
+  const detail::DictionaryUse<CLGDateTimeFmtDictionary> dictionary;
+  const auto detail_of = [](const auto* cell) { return cell != nullptr ? cell->GetDetail() : "-"; };
+  CString found;
+  for (const char* code : {"mm", "%m", "Mm", "hh", ""}) {
+    found += detail_of(dictionary->GetEntry(code)) + "|" +
+             Texts([&](auto notation) {
+               return detail_of(dictionary->GetEntry(code, notation));
+             }).c_str();
+  }
+  CLGDateTimeFmtCell cell(DTT_DAY, "disp", "ole", "win", "text", "7");
+  cell.SetDateTimeElementFmt("x", static_cast<DATETIME_FMTTYPE>(3));
+  EXPECT_EQ(cell.GetDateTimeElementFmt(static_cast<DATETIME_FMTTYPE>(3)), "disp");
+  EXPECT_EQ(found, "mm|mm|-|MI|MM|-|MM|-|-|-|-|-|-|-|-|HH12|-|-|-|D|");
+}
 
 using Kind = CLGDateTimeFormat;
 
@@ -186,6 +354,128 @@ TEST(DataType, QuotesElevenTypesAndNamesFortyWords) {
   }
   EXPECT_EQ(quoted, "4 5 6 10 11 12 19 20 25 26 30 ");
   EXPECT_EQ(platform::Checksum(words), 0x8B0C4C92U) << words;
+}
+
+using Dlg = CLGDateTimeFormatDlg;
+
+TEST(FormatBuilder, BuildsAFormatFromTheElementsOfAnother) {
+  const auto parts_of = [](const char* fmt) {
+    return DateTimeFmtParts::Of(CLGDateTimeFmtDef(fmt).GetFmtElementList());
+  };
+  const char* const us = "MM/DD/YYYY HH12:MI:SS AM";
+  for (const auto& [from, code, built] : test::Rows<const char*, int, const char*>{
+           {us, 27, us},
+           {us, 19, "MM/DD/YYYY"},
+           {us, 26, "HH12:MI:SS AM"},
+           {us, 4, ""},
+           {"HH24:MI:SS YYYY-MM.DD", 6, "HH24:MI:SS YYYY-MM.DD"},
+           {"HH24:MI:SS AM", 26, "HH24:MI:SS"},
+           {"hh24:MI:SS AM", 26, "hh24:MI:SS AM"},
+           {"DAY, MONTH dd, YYYY HH24:MI", 6, "MONTH dd,YYYY HH24:MI:"},
+           {"MM/YYYY HH24:MI:SS", 6, " HH24:MI:SS"},
+           {"", 6, " ::"}}) {
+    EXPECT_EQ(parts_of(from).GenerateDateTimeFmt(code), built) << from << ' ' << code;
+  }
+  DateTimeFmtParts parts = parts_of("DD.MM-YY");
+  parts.separators[DTT_MONTH] = "";
+  for (const char* built :
+       {"DD.MM YY", "DD.YY-MM", "MM DD.YY", "MM YY-DD", "YY-MM DD", "YY-DD.MM"}) {
+    EXPECT_EQ(parts.GenerateDateFmt(), built);
+    ++parts.date_order;
+  }
+}
+
+class FormatDialog : public ::testing::Test {
+ protected:
+  /// Runs the dialog on Oracle's formats, with `fmt` the current one.
+  int Run(const char* fmt, int code, std::function<void(platform::DialogView&)> answer) {
+    format_.SetDateTimeFmt(fmt, CLGDateTimeFormat::DFK_CURRENT);
+    prompts_.on_dialog = std::move(answer);
+    return Dlg(&format_, code).DoModal();
+  }
+  static platform::DialogControl Find(platform::DialogView& view, int id) {
+    for (auto& control : view.Controls()) {
+      if (control.id == id) return control;
+    }
+    return {};
+  }
+
+  testing::ManualClock clock_;
+  platform::ScopedPlatform scope_{test::With(&platform::Platform::clock, &clock_)};
+  testing::ScriptedPrompts prompts_;
+  CLGOracleDateTimeFormat format_{0, 0};
+};
+
+TEST_F(FormatDialog, ShowsWhatIsBuiltFourTimesASecondWithThePresentTime) {
+  testing::RecordingObserver observer;
+  format_.SetDateTimeFmt("DD-MM-YYYY HH24:MI:SS", CLGDateTimeFormat::DFK_CURRENT);
+  Dlg dialog(&format_, 6);
+  prompts_.on_dialog = [&](platform::DialogView& view) {
+    const LONG small = dialog.GetPlace().Height();
+    EXPECT_FALSE(view.Enter(Dlg::kDay, "dd")) << "hidden";
+    ASSERT_TRUE(view.Press(Dlg::kCustomize));
+    EXPECT_EQ(dialog.GetPlace().Height() - small, 414 - 130);
+    EXPECT_FALSE(Find(view, Dlg::kAMPM).enabled);
+    EXPECT_EQ(Find(view, Dlg::kExample).value, "03-02-2001 04:05:06");
+    EXPECT_TRUE(view.Enter(Dlg::kHour, "hh12") && view.Enter(Dlg::kAMPM, "AM"));
+    EXPECT_TRUE(view.Enter(Dlg::kDay, "dd") && view.Enter(Dlg::kTimeDate, "1"));
+    clock_.Advance(249);
+    EXPECT_EQ(Find(view, Dlg::kFormat).value, "DD-MM-YYYY HH24:MI:SS");
+    clock_.Advance(1);
+    EXPECT_EQ(Find(view, Dlg::kFormat).value, "hh12:MI:SS AM dd-MM-YYYY");
+    EXPECT_EQ(Find(view, Dlg::kExample).value, "4:05:06 AM 3-02-2001");
+    observer.changes.clear();
+    clock_.Advance(250);
+    view.Controls();
+    EXPECT_TRUE(observer.changes.empty()) << "nothing is written anew";
+  };
+  EXPECT_EQ(dialog.DoModal(), IDCANCEL);
+}
+
+TEST_F(FormatDialog, DisablesWhatTheColumnDoesNotHold) {
+  constexpr int kControls[] = {Dlg::kPredefined,    Dlg::kDay,      Dlg::kYearSeparator,
+                               Dlg::kLastDateOrder, Dlg::kTimeDate, Dlg::kHour,
+                               Dlg::kAMPM};
+  for (const auto& [code, enabled] : {std::pair(5, "-+++--+"), {26, "-----++"}, {19, "-++++++"}}) {
+    Run("MM/DD/YYYY HH12:MI:SS AM", code, [&, wanted = enabled](platform::DialogView& view) {
+      view.Press(Dlg::kCustomize);
+      std::string found;
+      for (const int id : kControls) found += Find(view, id).enabled ? '+' : '-';
+      EXPECT_EQ(found, wanted) << "but for hours, the marker is the hours' matter";
+      view.Press(Dlg::kCustomize);
+      EXPECT_TRUE(Find(view, Dlg::kPredefined).enabled);
+    });
+  }
+}
+
+TEST_F(FormatDialog, OkMakesTheFormatTheCurrentOneAndAddsWhatWasBuilt) {
+  const char* const own = "dd/MM/YYYY hh24:MI:SS";
+  const auto ok = [](platform::DialogView& view) { view.Press(IDOK); };
+  const auto build = [&](platform::DialogView& view) {
+    view.Press(Dlg::kCustomize);
+    ok(view);
+  };
+  const auto& customized = format_.GetCustomizedDateTimeFmtList();
+  format_.InsertCustomizedDateTimeFmt(own);
+  const int before = customized.GetSize();
+  EXPECT_EQ(Run(own, 6, build), IDOK);
+  EXPECT_EQ(customized.GetSize(), before + 1) << "though it is known";
+  const auto choose = [&](platform::DialogView& view) {
+    EXPECT_EQ(Find(view, Dlg::kPredefined).value, "1993-04-03 17:34:00");
+    EXPECT_TRUE(view.Enter(Dlg::kPredefined, own)) << "it has no title";
+    ok(view);
+  };
+  EXPECT_EQ(Run("YYYY-MM-DD HH24:MI:SS", 6, choose), IDOK);
+  const auto* const chosen = format_.GetDateTimeFmtPtr(CLGDateTimeFormat::DFK_CURRENT);
+  EXPECT_EQ(chosen, format_.FindDateTimeFmt(own)) << "the format's own, not the dialog's copy";
+  EXPECT_EQ(Run(own, 26, ok), IDCANCEL) << "the current one isn't among the times";
+  EXPECT_EQ(Run(own, 7, ok), IDCANCEL);
+  Dlg none(nullptr, 6);
+  prompts_.on_dialog = [&none](platform::DialogView& view) {
+    none.SendMessage(WM_COMMAND, Dlg::kCustomize, 0);
+    view.Press(IDOK);
+  };
+  EXPECT_EQ(none.DoModal(), IDCANCEL);
 }
 
 }  // namespace

@@ -44,9 +44,8 @@ class DateTime : public ::testing::Test {
 TEST_F(DateTime, ReadsTokenByTokenAlongTheFormat) {
   std::string long_text = "04/03/1993";
   for (int i = 0; i < 2000; ++i) long_text += " x";
-  constexpr char kUs[] = "MM/DD/YYYY HH12:MI:SS AM";
-  constexpr char kDate[] = "MM/DD/YYYY";
-  constexpr char kTime[] = "HH12:MI:SS AM";
+  constexpr char kUs[] = "MM/DD/YYYY HH12:MI:SS AM", kDate[] = "MM/DD/YYYY",
+                 kTime[] = "HH12:MI:SS AM";
   for (const char* name : {"C", "de_DE", "ja_JP"}) {
     const test::SystemLocale locale(name);
     // Texts of the same value, with "|" between them.
@@ -115,13 +114,14 @@ TEST_F(DateTime, ReadsByTheFormatKeptOrByTheLocale) {
   const test::SystemLocale german("de_DE");
   CLGDateTimeFmtDef def("MM/DD/YYYY");
   CLGDateTime value("04/03/1993", &def);
-  EXPECT_EQ(value.ParseDateTime(nullptr, &def), 0);
-  EXPECT_EQ(value.Format(kStandard), "1993-04-03 00:00:00");
-  EXPECT_EQ(value.ParseDateTime("05/03/1993", nullptr), 1);
-  EXPECT_EQ(value.Format(kStandard), "1993-05-03 00:00:00");
+  const auto read = [&](const char* text, CLGDateTimeFmtDef* by) {
+    const int done = value.ParseDateTime(text, by);
+    return std::to_string(done) + " " + value.Format(kStandard);
+  };
+  EXPECT_EQ(read(nullptr, &def), "0 1993-04-03 00:00:00");
+  EXPECT_EQ(read("05/03/1993", nullptr), "1 1993-05-03 00:00:00");
   value.SetDateTimeFormat(nullptr);
-  EXPECT_EQ(value.ParseDateTime("6.7.1993 1:02:03", nullptr), 1);
-  EXPECT_EQ(value.Format(kStandard), "1993-07-06 01:02:03");
+  EXPECT_EQ(read("6.7.1993 1:02:03", nullptr), "1 1993-07-06 01:02:03");
   EXPECT_EQ(value.ParseDateTime("x", nullptr), 0);
   EXPECT_EQ(value.Format(6, &def), "") << "of what is no value any more";
 }
