@@ -1,5 +1,9 @@
-#include "dqlib/platform/registry.h"
+// The registry's rules, and what its files are made of: texts, snapshots and journals.
 
+#include "dqlib/platform/checksum.h"
+#include "dqlib/platform/posix/registry_journal.h"
+#include "dqlib/platform/posix/registry_snapshot.h"
+#include "dqlib/platform/registry_text.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/registry_user.h"
 #include "tests/support/scripted_prompts.h"
@@ -10,6 +14,8 @@ namespace {
 using test::Dump;
 using test::Read;
 using test::RegistryDump;
+using test::Rows;
+using namespace std::string_literals;
 
 struct RegistryTest : ::testing::Test {
   HKEY Make(std::string_view path) { return registry_.CreateKey(kCurrentUser, path).value; }
@@ -191,6 +197,301 @@ TEST_F(RegistryTest, AFoldAndTheFirstReadsOfASnapshotGoOnAtOnce) {
   EXPECT_EQ(dump.size(), std::size_t{kKeys});
   const test::DumpedValue expected(1, {"a \"text\"\0", 9});
   for (const auto& [path, values] : dump) EXPECT_EQ(values.at("a \"name\""), expected) << path;
+}
+
+/// Writes down what a reader finds, with "~" behind each.
+struct Listing : RegistryTextSink {
+  explicit Listing(std::string_view text) { damage = ReadRegistryText(text, *this); }
+
+  bool OnKey(std::string_view path) override { return Add("key ", path); }
+  bool OnDeletedKey(std::string_view path) override { return Add("no key ", path); }
+  bool OnDeletedValue(std::string_view name) override { return Add("no value ", name); }
+  bool OnValue(std::string_view name, DWORD type, std::string_view data) override {
+    return Add(name, "|" + std::to_string(type) + "|" + std::string(data));
+  }
+  void OnComment(std::string_view comment) override { Add("comment ", comment); }
+  void OnLostLine(std::size_t number) override { Add("lost ", std::to_string(number)); }
+
+  RegistryTextDamage damage;
+  std::string found;
+
+ private:
+  bool Add(std::string_view what, std::string_view rest) {
+    found.append(what).append(rest) += "~";
+    return true;
+  }
+};
+
+TEST(RegistryText, EveryKeyAndValueIsWrittenInItsFormAndReadBack) {
+  using Text = std::string;
+  // Some texts quotes can't give back byte for byte.
+  std::vector<std::tuple<DWORD, Text, Text>> values = {
+      {0, "", "hex(0):"},           {1, "x\0\0"s, "hex(1):78,00,00"},
+      {1, "", "hex(1):"},           {4, "123", "hex(4):31,32,33"},
+      {1, "\0"s, "\"\""},           {4, "\x2A\0\0\xFF"s, "dword:ff00002a"},
+      {1, "x\0"s, "\"x\""},         {1, "\r\n\0"s, "hex(1):0d,0a,00"},
+      {1, "x", "hex(1):78"},        {~0u, "1", "hex(ffffffff):31"},
+      {3, "\x01\xFF", "hex:01,ff"}, {1, "\\\"\t%\0"s, "\"\\\\\\\"\t%\""},
+      {2, "x", "hex(2):78"},        {11, "1234", "hex(b):31,32,33,34"}};
+  values.emplace_back(
+      3, "abcdefghijklmnopqrstuvwxyz",
+      "hex:61,62,63,64,65,66,67,68,69,6a,6b,6c,6d,6e,6f,70,71,72,73,74,75,76,77,78,79,\\\r\n  7a");
+  for (const Text path :
+       {"HKEY_CURRENT_USER", "H\\a]b[", "H\\ a ", "H\\\nn\\n\\a\r\n", "H\\;\"@="}) {
+    for (const auto& [name, form] : Rows<Text, Text>{
+             {"", "@"}, {"a", "\"a\""}, {"q\"\\%\xE4\n\r", "\"q\\\"\\\\%\xE4\\n\\r\""}}) {
+      for (const auto& [type, data, value] : values) {
+        std::string text = "REGEDIT4\r\n";
+        AppendRegistryKey(path, text);
+        AppendRegistryValue(name, type, data, text);
+        EXPECT_TRUE(text.ends_with("]\r\n" + form + "=" + value + "\r\n")) << text;
+        const Listing listing(text);
+        EXPECT_FALSE(listing.damage.any()) << text;
+        EXPECT_EQ(listing.found,
+                  "key " + path + "~" + name + "|" + std::to_string(type) + "|" + data + "~");
+      }
+    }
+  }
+}
+
+TEST(RegistryText, WhatOthersWriteIsUnderstoodAndLinesWithoutSenseAreLeftOutAndCounted) {
+  for (const auto& [lines, found] : Rows<std::string, std::string>{
+           {"\n ; note\n[-H\\gone]\n", "comment  note~no key H\\gone~"},
+           {"  \"a\" = \"x\" \n\"b\"=-\n", "a|1|x\0~no value b~"s},
+           {"@=dword:1\n\"d\"=hex: 0A\t,\\\n\t0b, 0c \n", "|4|\1\0\0\0~d|3|\n\v\f~"s}}) {
+    const Listing listing("REGEDIT4\n[H]\n" + lines);
+    EXPECT_TRUE(listing.found == "key H~" + found && !listing.damage.any()) << listing.found;
+  }
+  for (const std::string line :
+       {"\"a",         "\"a\"",     "\"a\"x",    "\"a\"=\"x",  "\"a\"=\"x\"y",      "\"a\"=\"x\\",
+        "[HKEY",       "nonsense",  "\xFF\xFE",  "@=dword:",   "@=dword:123456789", "@=dword:0x1",
+        "@=dword:-1",  "@=hex:1",   "@=hex:01,", "@=hex:0102", "@=hex:0g",          "@=hex(:01",
+        "@=hex(1 :01", "@=hex()01", "@=HEX:",    "@=hex:01,\\"}) {
+    const Listing listing("REGEDIT4\n[H]\n" + line + "\n[H\\b]\n@=\"y\"\n");
+    EXPECT_EQ(listing.damage.lost_lines, 1u) << line;
+    EXPECT_EQ(listing.found, "key H~lost 3~key H\\b~|1|y\0~"s) << line;
+  }
+  const Listing headless("@=\"no key\"\n[H]\n@=\"y\"");
+  EXPECT_TRUE(headless.damage.no_header && headless.damage.lost_lines == 1);
+  EXPECT_EQ(headless.found, "lost 1~key H~|1|y\0~"s);
+}
+
+using enum JournalOperation;
+
+constexpr std::uint64_t kEpoch = 7;
+
+std::string TextOf(const RegistryTree& tree,
+                   const std::optional<SnapshotEpochs>& epochs = std::nullopt) {
+  std::string text;
+  const auto take = [&](std::string_view piece) {
+    text += piece;
+    return Error{};
+  };
+  EXPECT_TRUE(WriteSnapshot(tree, "ROOT", epochs, take).ok());
+  return text;
+}
+
+/// Records of changes, one behind the other from the begin of a journal.
+std::string Records(const std::vector<JournalChange>& changes) {
+  std::string bytes;
+  for (const JournalChange& change : changes) {
+    std::string record;
+    EncodeJournalRecord(change, kEpoch, kJournalHeaderSize + bytes.size(), record);
+    bytes += record;
+  }
+  return bytes;
+}
+
+JournalReplay Replay(std::string_view bytes, RegistryTree& tree) {
+  return ReplayJournal(bytes, kEpoch, kJournalHeaderSize, tree);
+}
+
+const std::vector<JournalChange> kChanges = {{kCreateKey, "a\\b"},
+                                             {kSetValue, "a\\b", "v", 1, "one"},
+                                             {kSetValue, "a\\b", "V", 3, "two"},
+                                             {kDeleteValue, "a\\b", "v"},
+                                             {kSetValue, "a\\b", "w", 1, ""},
+                                             {kDeleteKey, "a\\b"},
+                                             {kCreateKey, "a\\B"},
+                                             {kSetValue, "A\\b", "x", 0xFFFFFFFF, "three"}};
+
+TEST(Checksum, IsTheCastagnoliOneInPiecesOfAnySize) {
+  constexpr std::string_view kDigits = "123456789";
+  for (std::size_t cut = 0; cut <= kDigits.size(); ++cut) {
+    EXPECT_EQ(Checksum(kDigits.substr(cut), Checksum(kDigits.substr(0, cut))), 0xE3069283u);
+    EXPECT_EQ(ChecksumByTables(kDigits.substr(cut), ChecksumByTables(kDigits.substr(0, cut))),
+              0xE3069283u);
+  }
+}
+
+TEST(RegistryJournal, ADamagedByteCostsOneRecord) {
+  const std::string records = Records(kChanges);
+  for (std::size_t at = 0; at < records.size(); ++at) {
+    std::string bytes = records;
+    bytes[at] = static_cast<char>(bytes[at] ^ 0x10);
+    RegistryTree tree;
+    const JournalReplay replay = Replay(bytes, tree);
+    EXPECT_EQ(replay.records, kChanges.size() - 1) << at;
+    EXPECT_EQ(replay.gaps, 1u) << at << ": it was reported, even as the last one";
+    EXPECT_EQ(replay.end, 64 + records.size()) << at;
+  }
+}
+
+TEST(RegistryJournal, RecordsCountInTheirOwnJournalAndPlaceOnly) {
+  const std::string inner = Records({{kCreateKey, "inner"}});
+  const std::string outer = Records({{kSetValue, "k", "v", 1, inner}, {kCreateKey, "last"}});
+  // The record in the value must not come to light when the one around it is damaged.
+  std::string bytes = outer;
+  bytes[0] ^= 1;
+  RegistryTree tree;
+  EXPECT_EQ(Replay(bytes, tree).records, 1u);
+  EXPECT_EQ(tree.FindKey(tree.root(), "inner"), nullptr);
+  const JournalReplay former = ReplayJournal(outer, kEpoch + 1, kJournalHeaderSize, tree);
+  EXPECT_EQ(former.records, 0u);
+  EXPECT_EQ(former.gaps, 0u) << "what earlier use leaves behind is no damage";
+  EXPECT_EQ(Replay(outer + std::string(5'000, '\0'), tree).gaps, 0u);
+  EXPECT_EQ(ReplayJournal(outer, kEpoch, kJournalHeaderSize + 1, tree).records, 0u);
+  EXPECT_EQ(FindJournalEpoch(bytes, kJournalHeaderSize), kEpoch);
+}
+
+TEST(RegistryJournal, BytesThatOverlapAsRecordsAreReadInLinearTime) {
+  // Heads side by side, each with all the bytes behind it as content that isn't the right one: who
+  // looked at all of it for each would take half an hour.
+  constexpr std::size_t kSize = 4 << 20;
+  std::string bytes;
+  while (bytes.size() + 28 <= kSize) {
+    const std::uint64_t head[]{kSize - bytes.size() - 28, kEpoch,
+                               kJournalHeaderSize + bytes.size()};
+    const std::string_view text(reinterpret_cast<const char*>(&head), sizeof head);
+    const std::uint32_t sum = Checksum(text);
+    bytes.append(text).append(reinterpret_cast<const char*>(&sum), sizeof sum);
+  }
+  RegistryTree tree;
+  EXPECT_EQ(Replay(bytes, tree).records, 0u);
+  EXPECT_FALSE(FindJournalEpoch(bytes, kJournalHeaderSize));
+}
+
+TEST(RegistryJournal, AHeaderIsWholeOrNone) {
+  const std::string header = EncodeJournalHeader({1, 2, 3, 4}, 5);
+  ASSERT_EQ(header.size(), 64u);
+  EXPECT_EQ(DecodeGeneration(header), 5u);
+  EXPECT_EQ(DecodeJournalHead(header)->former_size, 3u);
+  EXPECT_EQ(DecodeJournalHead(header)->snapshot_epoch, 4u);
+  for (std::size_t at = 0; at < header.size(); ++at) {
+    std::string damaged = header;
+    damaged[at] = static_cast<char>(damaged[at] ^ 1);
+    const auto read = DecodeJournalHead(damaged);
+    const auto cut = DecodeJournalHead(header.substr(0, at));
+    EXPECT_EQ(read.has_value(), at >= 36) << at;
+    EXPECT_EQ(cut.has_value(), at >= 36) << at;
+    if (!read || !cut) continue;
+    // Generation and mark change alone; the snapshot is named by bytes that are all good or not.
+    const bool is_apart = at >= 40 && at < 56;
+    EXPECT_EQ(read->snapshot_epoch, is_apart ? 4u : 0u) << at;
+    EXPECT_EQ(cut->snapshot_epoch, 0u) << at;
+  }
+}
+
+TEST(RegistrySnapshot, TheSecondLineTellsItsEpochsAndOthersMayLackIt) {
+  RegistryTree tree;
+  RegistryTree::SetValue(tree.root(), "", REGISTRY_DWORD, "abcd");
+  const std::string begin = "REGEDIT4\r\n";
+  const std::string rest = "\r\n[ROOT]\r\n@=dword:64636261\r\n; 1 values, checksum ";
+  const std::string text =
+      TextOf(tree, SnapshotEpochs{0xFFFFFFFFFFFFFFFF, 0xA, 0x40, 0x123456789ABCDEF0});
+  EXPECT_EQ(text,
+            begin + "; epochs ffffffffffffffff a 40 123456789abcdef0\r\n" + rest + "8b75086b\r\n");
+  EXPECT_EQ(TextOf(tree, ReadSnapshot(text, "ROOT").epochs), text);
+  const LoadedSnapshot former = ReadSnapshot(begin + rest + "8cf8ebe5\r\n", "ROOT");
+  EXPECT_FALSE(former.damaged || former.epochs);
+  for (const char* head : {"REGEDIT4", "REGEDIT4\r\n; epochs", "REGEDIT4\r\n; epochs 1 2 3",
+                           "REGEDIT4\r\n; epochs 1 2 3 x", "REGEDIT4\r\n; epochs 1 2 3 4",
+                           "REGEDIT4\r\n; epochs 1 2 3 11112222333344445\r\n"}) {
+    EXPECT_FALSE(FindSnapshotEpochs(head)) << head;
+  }
+}
+
+TEST(RegistrySnapshot, EveryMissingAndEveryChangedByteIsFound) {
+  RegistryTree tree;
+  TreeKey& key = tree.MakeKey(tree.root(), "Software\\Velmora");
+  RegistryTree::SetValue(key, "Path", REGISTRY_STRING, std::string_view("C:\\x\0", 5));
+  RegistryTree::SetValue(key, "Font", REGISTRY_BINARY, std::string(60, 'f'));
+  RegistryTree::SetValue(tree.MakeKey(tree.root(), "Empty\\Key"), "", REGISTRY_DWORD, "abcd");
+  const std::string text = TextOf(tree);
+  const LoadedSnapshot loaded = ReadSnapshot(text, "ROOT");
+  EXPECT_FALSE(loaded.damaged);
+  EXPECT_EQ(TextOf(*loaded.tree), text);
+  EXPECT_EQ(loaded.values, 3u);
+  EXPECT_TRUE(ReadSnapshot(text, "OTHER").damaged);
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    EXPECT_TRUE(ReadSnapshot(text.substr(0, at), "ROOT").damaged) << at;
+    std::string changed = text;
+    changed[at] = static_cast<char>(changed[at] ^ 4);
+    const LoadedSnapshot salvaged = ReadSnapshot(changed, "ROOT");
+    EXPECT_TRUE(salvaged.damaged) << at;
+    EXPECT_GE(salvaged.values, 1u) << at;
+  }
+}
+
+TEST(RegistrySnapshot, NamesAndPathsMadeToBeSlowTakeLinearTimeAndRoom) {
+  // All names are of the same length and differ in nothing but the bit that tells cases apart.
+  constexpr int kBits = 17;
+  std::string text = "REGEDIT4\n[ROOT]\n";
+  for (int number = 0; number < 1 << kBits; ++number) {
+    text += '"';
+    for (int bit = 0; bit < kBits; ++bit) text += (number >> bit & 1) != 0 ? '1' : '\x11';
+    text += "\"=hex:\n";
+  }
+  EXPECT_EQ(ReadSnapshot(text, "ROOT").values, std::size_t{1} << kBits);
+
+  RegistryTree deep;
+  std::string path = "a";
+  while (path.size() + 2 <= kMaxKeyPath) path += "\\a";
+  EXPECT_EQ(RegistryTree::PathOf(deep.MakeKey(deep.root(), path)), path);
+  EXPECT_LT(TextOf(deep).size(), path.size() + 100);
+  deep.DeleteKey(*deep.FindKey(deep.root(), "a"));
+  EXPECT_EQ(deep.root().children.size(), 0u);
+}
+
+TEST(RegistryTree, ManyRandomChangesGiveWhatAMapGives) {
+  std::mt19937 random(20'240);
+  RegistryTree tree;
+  TreeKey& key = tree.MakeKey(tree.root(), "k");
+  std::map<std::string, std::string> model;
+  for (int step = 0; step < 12'000; ++step) {
+    // The number of names swells and shrinks, so that the index is built and left again.
+    const unsigned names = step % 4000 < 2000 ? 300 : 6;
+    const std::string number = std::to_string(random() % names);
+    const std::string name = (random() % 2 ? "VALUE AZ " : "Value az ") + number;
+    if (random() % 3 != 0 && names > 6) {
+      RegistryTree::SetValue(key, name, 1, std::to_string(step));
+      model[number] = std::to_string(step);
+    } else {
+      const bool is_first = random() % 2 && key.values.size() > 0;
+      const std::string doomed(is_first ? key.values[0].name : name);
+      EXPECT_EQ(RegistryTree::DeleteValue(key, doomed), model.erase(doomed.substr(9)) > 0);
+    }
+    ASSERT_EQ(key.values.size(), model.size()) << step;
+    if (step % 100 != 0) continue;
+    for (const auto& [known, data] : model) {
+      const TreeValue* const value = RegistryTree::FindValue(key, "vaLue aZ " + known);
+      ASSERT_TRUE(value != nullptr && value->data == data) << known << " at step " << step;
+    }
+  }
+}
+
+TEST(RegistryTree, WhatIsMissingIsAddedAndWhatDiffersIsCounted) {
+  RegistryTree tree;
+  RegistryTree other;
+  for (const char* name : {"same", "type", "data"}) {
+    RegistryTree::SetValue(tree.root(), name, 1, "x");
+    RegistryTree::SetValue(other.root(), name, name[0] == 't' ? 3 : 1, name[0] == 'd' ? "y" : "x");
+  }
+  RegistryTree::SetValue(other.MakeKey(other.root(), "a\\b"), "new", 1, "x");
+  EXPECT_EQ(tree.AddMissing(other), 5u) << "two keys, their value, and two that differ";
+  EXPECT_EQ(tree.AddMissing(other), 2u);
+  EXPECT_EQ(RegistryTree::FindValue(tree.root(), "data")->data, "x");
+  EXPECT_NE(RegistryTree::FindValue(*tree.FindKey(tree.root(), "a\\b"), "new"), nullptr);
 }
 
 }  // namespace

@@ -143,6 +143,8 @@ TEST(SplitCommandLine, CutsAtBlanksAndTakesQuotesAway) {
     SplitCommandLine(line, arguments);
     EXPECT_EQ(arguments, expected) << line;
   }
+  EXPECT_FALSE(locale.SetCodePage(1251));
+  EXPECT_EQ(locale.code_page().number(), 932U) << "as it was";
   ASSERT_TRUE(locale.SetCodePage(0));
 }
 
