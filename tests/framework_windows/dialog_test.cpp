@@ -144,8 +144,7 @@ TEST_F(Dialog, ShowsItsControlsAndTakesWhatIsEntered) {
   };
   EXPECT_EQ(dialog.DoModal(), IDOK);
   EXPECT_EQ(dialog.line * 10 + dialog.wrap, 121);
-  EXPECT_TRUE(main.IsWindowEnabled());
-  EXPECT_EQ(dialog.GetSafeHwnd(), nullptr);
+  EXPECT_TRUE(main.IsWindowEnabled() && dialog.GetSafeHwnd() == nullptr);
   prompts.on_dialog = nullptr;
   EXPECT_EQ(dialog.DoModal(), IDCANCEL) << "what is left open is cancelled";
 }

@@ -314,7 +314,7 @@ struct Target : CWnd {
 
 TEST(Commands, CallTheHandlersOfTheMapsUnlessTheyAreDisabledOrOnlyAskedFor) {
   CFrameWnd frame;
-  ASSERT_TRUE(frame.Create("Frame", "caption", {0, 0, 10, 10}));
+  ASSERT_TRUE(frame.Create("Frame", "caption", {}));
   Target view;
   frame.SetActiveView(&view);
   for (const bool enabled : {true, false}) {
@@ -331,15 +331,14 @@ TEST(Commands, CallTheHandlersOfTheMapsUnlessTheyAreDisabledOrOnlyAskedFor) {
   EXPECT_EQ(answers + view.called, "11 10 11 00 open open open open 2 11 ");
   EXPECT_EQ(view.SendMessage(WM_APP + 7, 3, 4), 7);
   view.DestroyWindow();
-  EXPECT_EQ(frame.GetActiveView(), nullptr);
-  EXPECT_FALSE(frame.OnCmdMsg(1, CN_COMMAND, nullptr, nullptr));
+  EXPECT_FALSE(frame.GetActiveView() || frame.OnCmdMsg(1, CN_COMMAND, nullptr, nullptr));
 }
 
 /// Handles the commands 33001 and on whose letters stand behind its own, by which it says that it
 /// did.
 template <typename Base>
 struct Stop : Base {
-  using Base::Base;
+  explicit Stop(const char* letters) : handles(letters) {}
   bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override {
     if (key.message != WM_COMMAND || key.code != CN_COMMAND ||
         handles.find(static_cast<char>(key.id - 33001 + 'a')) == std::string::npos) {
@@ -348,28 +347,19 @@ struct Stop : Base {
     if (!arguments.only_ask) LogWnd::log += handles.front();
     return true;
   }
-  std::string handles = "?";
+  std::string handles;
 };
 
 TEST(Commands, GoFromWhereTheyAreSentUpToTheApplication) {
-  Stop<CWinApp> app("routes");
-  Stop<CMDIFrameWnd> main;
-  Stop<CMDIChildWnd> child, other;
-  Stop<CView> view;
-  Stop<CDocument> document;
-  Stop<CDialog> dialog;
+  Stop<CWinApp> app("Aabcdefgh");
+  Stop<CMDIFrameWnd> main("Mabcdef");
+  Stop<CMDIChildWnd> child("Cabd"), other("Og");
+  Stop<CView> view("Va");
+  Stop<CDocument> document("Tabe");
+  Stop<CDialog> dialog("Dah");
   ASSERT_TRUE(main.Create("Frame", "", {}));
   for (CMDIChildWnd* each : {&other, &child}) ASSERT_TRUE(each->Create("Child", "", {}, &main));
-  ASSERT_TRUE(view.Create(&child, {}, 1, &document));
-  ASSERT_TRUE(dialog.CreateIndirect({}, &main));
-  // The name of each, and what it handles.
-  app.handles = "Aabcdefgh";
-  main.handles = "Mabcdef";
-  dialog.handles = "Dah";
-  child.handles = "Cabd";
-  document.handles = "Tabe";
-  view.handles = "Va";
-  other.handles = "Og";
+  ASSERT_TRUE(view.Create(&child, {}, 1, &document) && dialog.CreateIndirect({}, &main));
   const auto sent = [](CWnd& to) {
     std::string got;
     for (UINT id = 33001; id < 33010; ++id) {
@@ -392,8 +382,7 @@ TEST(Commands, GoFromWhereTheyAreSentUpToTheApplication) {
   EXPECT_TRUE(bar.ClickButton(0) && !bar.ClickButton(1));
   EXPECT_EQ(LogWnd::log, "A");
   // Without a child frame that is active, the main frame's own come first.
-  child.MDIDestroy();
-  other.MDIDestroy();
+  for (CMDIChildWnd* each : {&other, &child}) each->MDIDestroy();
   EXPECT_EQ(sent(main), "MMMMMMAA-");
 }
 
