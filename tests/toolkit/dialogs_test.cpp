@@ -2,6 +2,7 @@
 #include "dqlib/framework/base/resource_module.h"
 #include "dqlib/framework/controls/dialog_exchange.h"
 #include "dqlib/resources/library.h"
+#include "dqlib/toolkit/combo_box.h"
 #include "dqlib/toolkit/library_options_dialog.h"
 #include "dqlib/toolkit/option_lists.h"
 #include "dqlib/toolkit/tool_tip_combo_box.h"
@@ -71,13 +72,14 @@ TEST_F(Dialogs, OkAsksEachPageInOrderAndStaysAtTheFirstThatRefusesThenTellsEach)
   const auto took = [&log](const char* expected) { EXPECT_EQ(std::exchange(log, {}), expected); };
   CDQSftTabsDialog sheet(3000);
   Page a(log, 3001, "a"), off(log, 3002, "off"), b(log, 3002, "b"), c(log, 3003, "c");
-  for (Page* const page : {&a, &off, &b, &c}) ASSERT_GE(sheet.AddPage(*page), 0);
-  sheet.EnableTab(1, false);
-  EXPECT_FALSE(sheet.SetActivePage(1));
+  for (Page* const page : {&off, &a, &b, &c}) ASSERT_GE(sheet.AddPage(*page), 0);
+  sheet.EnableTab(0, false);
+  EXPECT_FALSE(sheet.SetActivePage(0));
   b.closes = false;
   prompts.on_dialog = [&](View& view) {
     EXPECT_EQ(sheet.AddPage(a), -1);
-    EXPECT_EQ(a.GetPlace(), (CRect{100, 5, 290, 155})) << "where the control lies";
+    EXPECT_EQ(a.GetPlace(), (CRect{100, 5, 290, 155})) << "where the control lies, and behind it";
+    EXPECT_EQ(a.GetPrevWindow(), sheet.GetDlgItem(2901));
     EXPECT_TRUE(!view.Enter(2900, "off") && view.Enter(2900, "c"));
     took("a+ a? c+ ");
     ASSERT_TRUE(view.Press(IDOK) && view.IsOpen());
@@ -107,10 +109,13 @@ TEST_F(Dialogs, PagesMayGoOrEndTheDialogWhileTheyAreAsked) {
   for (const bool whole : {false, true}) {
     std::string log;
     CDQSftTabsDialog sheet(3000);
+    auto gone = std::make_unique<Page>(log, 3001, "gone"),
+         last = std::make_unique<Page>(log, 3002, "last");
     Page first(log, 3001, "first");
-    auto last = std::make_unique<Page>(log, 3002, "last");
-    sheet.AddPage(first);
-    sheet.AddPage(*last);
+    for (Page* page : {gone.get(), &first, last.get()}) sheet.AddPage(*page);
+    EXPECT_TRUE(sheet.SetActivePage(1));
+    gone.reset();
+    EXPECT_EQ(sheet.GetActivePage(), 0) << "the same one";
     first.on_ask = [&] { whole ? static_cast<void>(sheet.DestroyWindow()) : last.reset(); };
     prompts.on_dialog = [&](View& view) {
       EXPECT_FALSE(view.Enter(2900, "last"));
@@ -170,7 +175,7 @@ TEST_F(Dialogs, NamedModuleIsSearchedFirstAndLeftWhenTheRunThrows) {
   EXPECT_EQ(prompts.dialogs, (std::vector<std::string>{"Named", "Sheet"}));
 }
 
-TEST_F(Dialogs, RowsOfAComboBoxThatTakesAPlaceHaveNoTips) {
+TEST_F(Dialogs, RowsOfAComboBoxHaveTheirTipsAndTheRoomTheyNeed) {
   testing::ControlDialog dialog;
   CToolTipComboBox combo;
   combo.AddString("own", "tip");
@@ -178,7 +183,12 @@ TEST_F(Dialogs, RowsOfAComboBoxThatTakesAPlaceHaveNoTips) {
   EXPECT_EQ(combo.InsertString(1, "new", "its own"), 1);
   std::string rows;
   for (int at = -1; at < 5; ++at) rows += combo.GetLBText(at) + "=" + combo.GetItemTip(at) + " ";
-  EXPECT_EQ(rows, "= One= new=its own Two= Three= = ");
+  EXPECT_EQ(rows, "= One= new=its own Two= Three= = ") << "those that were there have none";
+  CDQAutoDropWidthCombo wide;
+  ASSERT_TRUE(wide.SubclassDlgItem(testing::ControlDialog::kDropList, &dialog));
+  EXPECT_TRUE(wide.AddItem("eleven more", 7) == 3 && wide.GetItemData(3) == 7);
+  wide.AddItem("ten do too", 8);
+  EXPECT_EQ(wide.GetDroppedWidth(), 101);
 }
 
 /// The options server with an options file of its own, and some of the library's options.

@@ -199,6 +199,7 @@ TEST(FlexMdiChildWnd, IsNoSmallerThanItsViewWithTheFrameAround) {
   EXPECT_EQ(view.GetDlgItem(1)->GetPlace(), (CRect{20, 70, 70, 90}));
   EXPECT_EQ(CNSFlexMDIChildWnd::SetMinTrackSizeMessage(),
             RegisterWindowMessage("cnsflexmdichildwnd::setmintracksize"));
+  EXPECT_EQ(RegisterWindowMessage("") + RegisterWindowMessage(nullptr), 0U);
 }
 
 struct Page : CNSFlexPropertyPage {
