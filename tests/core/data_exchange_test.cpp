@@ -1,6 +1,5 @@
 #include "dqlib/core/data_exchange.h"
 
-#include "dqlib/framework/controls/edit.h"
 #include "tests/framework_controls/control_dialog.h"
 #include "tests/support/joined.h"
 #include "tests/support/scripted_prompts.h"
@@ -10,78 +9,67 @@ namespace dq {
 namespace {
 
 using testing::ShownBox;
+using enum testing::ControlDialog::Id;
+using enum testing::ControlDialog::RowsId;
 
-template <typename Number>
-concept HasCustomNumber = requires(CDataExchange* exchange, Number& value) {
-  DQDDX_CustomNumber(exchange, 7, value);
-};
-static_assert(!HasCustomNumber<bool> && !HasCustomNumber<char> && !HasCustomNumber<double>);
-static_assert(!HasCustomNumber<unsigned long long> && !HasCustomNumber<CString>);
+// Types whose numbers no control exchanges.
+template <typename... Types>
+constexpr bool kNoneIsExchanged = !(detail::ExchangedNumber<Types> || ...);
+static_assert(kNoneIsExchanged<bool, char, double, unsigned long long, CString, CDQBigInt>);
 
-/// A window with the edit control 7.
 class DataExchange : public ::testing::Test {
  protected:
-  DataExchange() {
-    window.CreateWnd("Dialog");
-    edit.CreateWnd({.class_name = "Edit", .parent = &window, .id = 7});
-  }
-
   template <typename Number>
-  void ExpectToTakeTextsWithBlanks() {
+  void ExpectToTakeBlanksForZero(Number value) {
     // 32 characters are read.
-    for (const auto& [text, expected] :
-         test::Rows<std::string, int>{{" +7\t", 7},
-                                      {"", 0},
-                                      {"\t ", 0},
-                                      {std::string(31, ' ') + "12", 1},
-                                      {std::string(32, ' ') + "1", 0}}) {
+    const test::Rows<std::string, int> rows = {{" +7\t", 7},
+                                               {"", 0},
+                                               {"\t ", 0},
+                                               {std::string(31, ' ') + "12", 1},
+                                               {std::string(32, ' ') + "1", 0}};
+    for (const auto& [text, expected] : rows) {
       edit.SetWindowText(text.c_str());
-      Number value = 99;
-      DQDDX_CustomNumber(&save, 7, value);
+      value = 99;
+      DQDDX_CustomNumber(&save, kEdit, value);
       EXPECT_EQ(value, expected) << text;
     }
     edit.SetWindowText("x");
-    Number value = 99;
-    EXPECT_THROW(DQDDX_Text(&save, 7, value), CUserException);
-    DQDDX_Text(&load, 7, value);
+    value = 99;
+    EXPECT_THROW(DQDDX_Text(&save, kEdit, value), CUserException);
+    DQDDX_Text(&load, kEdit, value);
     EXPECT_EQ(edit.GetWindowText(), "99");
   }
 
-  CWnd window;
-  CEdit edit;
-  CDataExchange save{&window, true};
-  CDataExchange load{&window, false};
+  testing::ControlDialog dialog;
+  CEdit& edit = dialog.edit();
+  CDataExchange save{&dialog, true};
+  CDataExchange load{&dialog, false};
   testing::ScriptedPrompts prompts;
 };
 
 TEST_F(DataExchange, BlanksAreTheNumberZeroOfEachType) {
-  ExpectToTakeTextsWithBlanks<BYTE>();
-  ExpectToTakeTextsWithBlanks<short>();
-  ExpectToTakeTextsWithBlanks<int>();
-  ExpectToTakeTextsWithBlanks<unsigned int>();
-  ExpectToTakeTextsWithBlanks<long>();
-  ExpectToTakeTextsWithBlanks<unsigned long>();
-  ExpectToTakeTextsWithBlanks<long long>();
+  using Numbers = std::tuple<BYTE, short, int, UINT, long, unsigned long, long long>;
+  std::apply([&](auto... numbers) { (ExpectToTakeBlanksForZero(numbers), ...); }, Numbers());
 }
 
 TEST_F(DataExchange, ReadsSixtyTwoCharactersOfBigNumbersWithoutBlanks) {
   CDQBigInt value;
   edit.SetWindowText(std::string(63, '1').c_str());
-  DQDDX_Text(&save, 7, value);
+  DQDDX_Text(&save, kEdit, value);
   EXPECT_EQ(value.toString(), std::string(62, '1'));
   edit.SetWindowText("1 2");
-  EXPECT_THROW(DQDDX_Text(&save, 7, value), CUserException);
+  EXPECT_THROW(DQDDX_Text(&save, kEdit, value), CUserException);
   EXPECT_EQ(prompts.shown, (std::vector<ShownBox>{{"Please enter an integer.", 0, 61712}}));
-  DQDDX_Text(&load, 7, value);
+  DQDDX_Text(&load, kEdit, value);
   EXPECT_EQ(edit.GetWindowText(), std::string(62, '1').c_str());
 }
 
 TEST_F(DataExchange, TrimsTextsAndHoldsRanges) {
   CString text = " a b\t";
-  DQDDX_TextTrimRightLeftSpace(&load, 7, text, true);
-  DQDDX_TextTrimRightLeftSpace(&save, 7, text, false);
+  DQDDX_TextTrimRightLeftSpace(&load, kEdit, text, true);
+  DQDDX_TextTrimRightLeftSpace(&save, kEdit, text, false);
   EXPECT_TRUE(prompts.shown.empty());
-  DQDDX_TextTrimRightLeftSpace(&save, 7, text, true);
+  DQDDX_TextTrimRightLeftSpace(&save, kEdit, text, true);
   EXPECT_EQ(text, "a b");
   for (const int value : {5, 6}) DQDDV_MinMaxI64(&save, value, 5, 6);
   for (const int value : {4, 7}) {
@@ -96,12 +84,7 @@ TEST_F(DataExchange, TrimsTextsAndHoldsRanges) {
 
 enum class Color { kRed, kGreen, kBlue, kNone = 9 };
 
-TEST(DataExchangeOfRows, MovesWhatIsChosenAndLeavesTheVariableWithoutAChoice) {
-  using enum testing::ControlDialog::Id;
-  using enum testing::ControlDialog::RowsId;
-  testing::ControlDialog dialog;
-  CDataExchange load(&dialog, false);
-  CDataExchange save(&dialog, true);
+TEST_F(DataExchange, MovesWhatIsChosenAndLeavesTheVariableWithoutAChoice) {
   for (const auto& [exchange, id, loaded, saved] :
        test::Rows<void (*)(CDataExchange*, int, Color&), int, Color, Color>{
            {DQDDX_CBEnum<Color>, kDropList, Color::kBlue, Color::kBlue},

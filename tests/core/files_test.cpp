@@ -17,6 +17,8 @@ namespace {
 
 namespace fs = std::filesystem;
 using Utility = CDQFileUtility;
+using platform::Error;
+using platform::Result;
 using test::Rows;
 using testing::ScriptedPrompts;
 using testing::ShownBox;
@@ -75,9 +77,9 @@ TEST_F(FileUtility, TakesItsOwnTextsAndThoseItAddsTo) {
 
 TEST_F(FileUtility, UniversalNamesAreAdministrativeSharesOfDrives) {
   struct Shares : ScopedFiles {
-    platform::Result<std::string> UniversalName(std::string_view path) override {
+    Result<std::string> UniversalName(std::string_view path) override {
       if (path.starts_with("z:")) return "\\\\files\\all" + std::string(path.substr(2));
-      return platform::Error{platform::ErrorKind::kUnsupported, 0};
+      return Error{platform::ErrorKind::kUnsupported, 0};
     }
   } files;
   const testing::ScriptedPlatform platform;
@@ -165,18 +167,18 @@ TEST_F(FileUtility, WritesReplaceOrAppendAndReportTheTextsLength) {
 
 TEST_F(FileUtility, ADiskThatFillsUpLeavesTheFormerContents) {
   struct FullDisk : ScopedFiles {
-    platform::Error Replace(std::string_view path, std::string_view bytes, bool only) override {
+    Error Replace(std::string_view path, std::string_view bytes, bool only) override {
       if (in_place) ForwardingFiles::Replace(path, bytes, only);
       return error;
     }
-    platform::Error error;
+    Error error;
     bool in_place = false;
   } files;
   directory.Put("f", "old");
-  const platform::Error full{platform::ErrorKind::kNoSpace, ENOSPC};
-  const platform::Error denied{platform::ErrorKind::kAccessDenied, EACCES};
+  const Error full{platform::ErrorKind::kNoSpace, ENOSPC};
+  const Error denied{platform::ErrorKind::kAccessDenied, EACCES};
   for (const auto& [name, error, in_place, written, contents] :
-       Rows<const char*, platform::Error, bool, int, const char*>{
+       Rows<const char*, Error, bool, int, const char*>{
            {"f", full, false, 0, "old"},
            {"g", full, false, 0, "(none)"},
            {"g", full, true, 0, "new"},        // whole, but its directory can't be synced
@@ -216,12 +218,12 @@ TEST_F(FileUtility, MessagesTellTheCauseOrWhatWasTried) {
   const char none[] = "Failed to open document.";
   const char not_read[] = "An error occurred while p was read.";
   const char not_written[] = "An error occurred while p was written.";
-  using Error = CFileException;
+  using File = CFileException;
   const Rows<int, const char*, const char*> rows = {
-      {Error::fileNotFound, path, path},     {Error::none, none, none},
-      {Error::badPath, path, path},          {Error::accessDenied, written, read},
-      {Error::diskFull, full, full},         {Error::sharingViolation, written, read},
-      {Error::lockViolation, written, read}, {Error::hardIO, not_written, not_read}};
+      {File::fileNotFound, path, path},     {File::none, none, none},
+      {File::badPath, path, path},          {File::accessDenied, written, read},
+      {File::diskFull, full, full},         {File::sharingViolation, written, read},
+      {File::lockViolation, written, read}, {File::hardIO, not_written, not_read}};
   for (const auto& [cause, saving, loading] : rows) {
     const CFileException error(cause);
     EXPECT_STREQ(Utility::GetExceptionErrorMessage("p", &error, true, 61697), saving);
@@ -280,7 +282,7 @@ TEST_F(FileUtility, DeletingTakesReadOnlyFilesAndLeavesWhatLinksLeadTo) {
   EXPECT_EQ(directory.Get("outside/file"), "o");
 
   struct Stubborn : ScopedFiles {
-    platform::Error Delete(std::string_view path) override {
+    Error Delete(std::string_view path) override {
       if (path.ends_with("2")) return {platform::ErrorKind::kAccessDenied, EACCES};
       return ForwardingFiles::Delete(path);
     }
@@ -293,24 +295,21 @@ TEST_F(FileUtility, DeletingTakesReadOnlyFilesAndLeavesWhatLinksLeadTo) {
 
 TEST_F(FileUtility, AFailureIsNeitherAnAbsenceNorASuccess) {
   struct Broken : ScopedFiles {
-    static platform::Error Fails() { return {platform::ErrorKind::kOther, EIO}; }
-    platform::Result<platform::FileStatus> Status(std::string_view) override { return Fails(); }
-    platform::Result<std::vector<platform::FoundFile>> Find(std::string_view) override {
-      return Fails();
-    }
-    platform::Result<std::size_t> Read(HANDLE, std::span<char>) override { return Fails(); }
-    platform::Error ReadAll(std::string_view, std::string&) override { return Fails(); }
-    platform::Error Replace(std::string_view, std::string_view, bool) override { return Fails(); }
+    static Error Fails() { return {platform::ErrorKind::kOther, EIO}; }
+    Result<platform::FileStatus> Status(std::string_view) override { return Fails(); }
+    Result<std::vector<platform::FoundFile>> Find(std::string_view) override { return Fails(); }
+    Result<std::size_t> Read(HANDLE, std::span<char>) override { return Fails(); }
+    Error ReadAll(std::string_view, std::string&) override { return Fails(); }
+    Error Replace(std::string_view, std::string_view, bool) override { return Fails(); }
   } files;
   const std::string path = directory.Put("f", "old");
   EXPECT_EQ(Utility::WriteFile(path.c_str(), "new", -1, true, false), 0);
   EXPECT_EQ(directory.Get("f"), "old");
   EXPECT_EQ(Utility::CreateTempFile("x", directory.path().c_str(), "sql"), "");
   EXPECT_FALSE(Utility::DeleteFiles(directory / "*", FILE_ARCHIVE));
-  CDQFile file(path.c_str(), FILE_OPEN_READ);
+  CDQFile file(path, FILE_OPEN_READ);
   CStringList lines;
-  EXPECT_TRUE(file.Open());
-  EXPECT_FALSE(file.GetTextList(lines));
+  EXPECT_TRUE(file.Open() && !file.GetTextList(lines));
 }
 
 TEST_F(FileUtility, NamesForDisplayKeepRootAndLastDirectories) {
