@@ -7,7 +7,6 @@
 #include <pty.h>
 #include <sys/ioctl.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -305,41 +304,32 @@ std::string Converse(int descriptor, std::string_view input) {
   return all;
 }
 
-/// In a child: takes the place in the setting, asks and leaves with the result.
-[[noreturn]] void AskInChild(Setting setting, int terminal, int error_pipe,
-                             const std::function<int()>& ask) {
-  alarm(20);  // an endless question ends as a failure
-  setsid();
-  const int nothing = open("/dev/null", O_RDONLY);
-  if (setting != kNoTerminal) ioctl(terminal, TIOCSCTTY, 0);
-  const bool standard = setting == kTerminal || setting == kBackground;
-  dup2(standard ? terminal : nothing, STDIN_FILENO);
-  dup2(setting == kTerminal ? terminal : error_pipe, STDERR_FILENO);
-  if (setting == kBackground) {
-    const pid_t child = fork();
-    if (child != 0) {
-      int status = 0;
-      waitpid(child, &status, WUNTRACED);
-      _exit(WIFEXITED(status) ? WEXITSTATUS(status) : 99);
-    }
-    setpgid(0, 0);
-  }
-  _exit(ask());
-}
-
+/// Asks in another process, which takes its place in the setting.
 Outcome Ask(Setting setting, std::string_view input, const std::function<int()>& ask) {
   int master = -1;
   int terminal = -1;
   int errors[2];
   EXPECT_EQ(openpty(&master, &terminal, nullptr, nullptr, nullptr) + pipe(errors), 0);
-  const pid_t child = fork();
-  if (child == 0) AskInChild(setting, terminal, errors[1], ask);
+  std::atomic<int>& button = test::MakeSharedCount();
+  button = -1;
+  test::ForkedProcess child([&] {
+    alarm(20);  // an endless question ends as a failure
+    setsid();
+    if (setting != kNoTerminal) ioctl(terminal, TIOCSCTTY, 0);
+    const bool is_standard = setting == kTerminal || setting == kBackground;
+    dup2(is_standard ? terminal : open("/dev/null", O_RDONLY), STDIN_FILENO);
+    dup2(setting == kTerminal ? terminal : errors[1], STDERR_FILENO);
+    const auto answer = [&](int) {
+      setpgid(0, 0);  // which the leader of a session can't
+      button = ask();
+    };
+    setting == kBackground ? static_cast<void>(test::AllEndWell(1, answer)) : answer(0);
+  });
   close(terminal);
   close(errors[1]);
   Outcome outcome{.terminal = Converse(master, input), .standard_error = Converse(errors[0], "")};
-  int status = 0;
-  waitpid(child, &status, 0);
-  if (WIFEXITED(status)) outcome.button = WEXITSTATUS(status);
+  child.EndsWell();
+  outcome.button = button;
   return outcome;
 }
 
