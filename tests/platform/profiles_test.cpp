@@ -37,6 +37,7 @@ TEST(ProfileText, FindsValues) {
 
 TEST(ProfileText, ChangesOnlyTheLinesConcerned) {
   using Text = std::optional<const char*>;
+  constexpr Text kNone;
   for (const auto& [rule, before, section, key, value, after] :
        Rows<const char*, std::string, const char*, Text, Text, std::string>{
            {"new file", "", "S", "k", "v", "[S]\r\nk=v\r\n"},
@@ -59,12 +60,8 @@ TEST(ProfileText, ChangesOnlyTheLinesConcerned) {
            {"keys before sections", "k=1\n", "s", "k", "v", "k=1\n[s]\nk=v\n"},
            {"delete key", "[s]\nk=1\n;c\nK = 2\na=1", "s", "k", {}, "[s]\n;c\na=1"},
            {"delete no key", "[s]\nk=1\n", "s", "j", {}, "[s]\nk=1\n"},
-           {"delete section",
-            "\xEF\xBB\xBF[s]\r\nk=1\r\n;c\r\n[t]\nk=1\n[S]\rk=2",
-            "s",
-            {},
-            {},
-            "\xEF\xBB\xBF;c\r\n[t]\nk=1\n"},
+           {"delete section", "\xEF\xBB\xBF[s]\r\nk=1\r\n;c\r\n[t]\nk=1\n[S]\rk=2", "s", kNone,
+            kNone, "\xEF\xBB\xBF;c\r\n[t]\nk=1\n"},
            {"delete no section", "[s]\nk=1\n", "k", {}, {}, "[s]\nk=1\n"}}) {
     std::string text = before;
     const bool changed = !key     ? DeleteProfileSection(text, section)

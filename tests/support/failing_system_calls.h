@@ -30,14 +30,13 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
   void LeaveRoom(std::size_t bytes) { room_ = bytes; }
   /// Something happens after the next write that takes a part.
   void AfterWrites(std::function<void()> happens) { happens_ = std::move(happens); }
-  /// The next new name is on another volume.
-  void SplitVolumes() { split_ = true; }
-  /// Each call of this name fails from now on, opening only of paths with this end; 0 ends that.
-  /// "Unlock" is a name too.
-  void FailEach(std::string_view name, int error, std::string_view path_end = "") {
-    broken_ = error != 0 ? name : "";
+  /// Each call of this name fails from now on, or so many, opening only of paths with this end; 0
+  /// ends that. "Unlock" is a name too.
+  void FailEach(std::string_view name, int error, std::string_view path_end = "", int times = -1) {
+    broken_ = name;
     broken_error_ = error;
     broken_end_ = path_end;
+    times_ = error != 0 ? times : 0;
   }
   bool failed() const { return failed_; }
 
@@ -63,10 +62,6 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
   int Open(const char* path, int flags, mode_t mode) override {
     const bool is_meant = std::string_view(path).ends_with(broken_end_);
     return Fails(is_meant ? "Open" : "-") ? -1 : SystemCalls::Open(path, flags, mode);
-  }
-  int RenameToNew(const char* from, const char* to) override {
-    if (Fails()) return -1;
-    return std::exchange(split_, false) ? Say(EXDEV) : SystemCalls::RenameToNew(from, to);
   }
 
   // The others all alike: that they failed, or what the system says.
@@ -99,6 +94,7 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
   DQ_FAILING(int, -1, StatusAt, (int fd, const char* path, Stat to, int how), fd, path, to, how)
   DQ_FAILING(int, -1, VolumeStatus, (const char* path, struct statvfs* to), path, to)
   DQ_FAILING(int, -1, ChangeDirectory, (const char* path), path)
+  DQ_FAILING(int, -1, RenameToNew, (const char* from, const char* to), from, to)
   DQ_FAILING(int, -1, Rename, (const char* from, const char* to), from, to)
   DQ_FAILING(ssize_t, -1, ReadLink, (const char* path, char* to, std::size_t size), path, to, size)
   DQ_FAILING(int, -1, Unlink, (const char* path), path)
@@ -111,7 +107,9 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
     errno = error;
     return -1;
   }
-  bool IsBroken(std::string_view name) const { return name == broken_ && Say(broken_error_) != 0; }
+  bool IsBroken(std::string_view name) {
+    return name == broken_ && times_ != 0 && times_-- != 0 && Say(broken_error_) != 0;
+  }
   bool Fails(std::string_view name = "-") {
     if (IsBroken(name)) return true;
     if (countdown_ == 0 || --countdown_ > 0) return false;
@@ -136,7 +134,7 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
   std::string_view broken_end_;
   int broken_error_ = 0;
   bool failed_ = false;
-  bool split_ = false;
+  int times_ = 0;
   std::function<void()> happens_;
   std::size_t most_ = kAny;
   std::size_t room_ = kAny;
