@@ -20,62 +20,53 @@ void SetOptions(bool lower_case_counts, bool quoting_on) {
   ASSERT_TRUE(options.SetBool(50270, lower_case_counts) && options.SetBool(50274, quoting_on));
 }
 
+/// Checks the bytes that need no quotes, first of all and behind a letter, and some names where the
+/// option, 1 or 2, is off and on. In a process of its own, whose first platform sets its words.
 template <typename Quoting>
-std::unique_ptr<QuoteName> Make() {
-  return std::make_unique<Quoting>();
-}
-
-/// The bytes that need no quotes behind others.
-std::string PlainBehind(QuoteName& quoting, const std::string& before) {
-  std::string plain;
-  for (int byte = 0; byte < 256; ++byte) {
-    const std::string name = before + static_cast<char>(byte);
-    if (!quoting.NeedsQuotes(name)) plain += name.back();
-  }
-  return plain;
+void ExpectQuotes(int option, const std::string& first, const std::string& other,
+                  const std::string& off, const std::string& on) {
+  test::ForkedProcess child([&] {
+    Quoting quoting;
+    SetOptions(false, true);
+    for (const auto& [before, expected] :
+         Rows<std::string, std::string>{{"", first}, {"Q", other}}) {
+      std::string plain;
+      for (int byte = 0; byte < 256; ++byte) {
+        const std::string name = before + static_cast<char>(byte);
+        if (!quoting.NeedsQuotes(name)) plain += name.back();
+      }
+      EXPECT_EQ(plain, expected);
+    }
+    EXPECT_FALSE(quoting.NeedsQuotes(std::string(10'000, 'A')));
+    for (int options = 0; options < 4; ++options) {
+      SetOptions((options & 1) != 0, (options & 2) != 0);
+      std::string quoted;
+      for (std::string name : {"A B", "Emp", "Begin", "rowNum", "ORDER", "ORDERS", "", "\"A"}) {
+        quoting.Quote(name);
+        quoted += name + ",";
+      }
+      EXPECT_EQ(quoted, (options & option) != 0 ? on : off) << options;
+    }
+  });
+  EXPECT_TRUE(child.EndsWell()) << on << other;
 }
 
 TEST(QuoteName, EachPlatformHasItsOwnPlainCharactersWordsAndQuotes) {
   const std::string upper = "ABCDEFGHIJKLMNOPQRSTUVWXYZ", lower = "abcdefghijklmnopqrstuvwxyz";
   const std::string digits = "0123456789", both = upper + "_" + lower;
-  const std::string names[] = {"A B", "Emp", "Begin", "rowNum", "ORDER", "ORDERS", "", "\"A"};
-  const std::string off = "A B,Emp,Begin,rowNum,ORDER,ORDERS,,\"A,";
-  const std::string server = "\"A B\",Emp,\"Begin\",rowNum,\"ORDER\",ORDERS,,\"\"A\",";
-  const std::string db2 = "\"A B\",\"Emp\",\"Begin\",\"rowNum\",ORDER,ORDERS,,\"\"A\",";
-  // The second option is asked by all but Oracle, the first by Oracle alone.
-  for (const auto& [make, option, first, other, without, with] :
-       Rows<std::unique_ptr<QuoteName> (*)(), int, std::string, std::string, std::string,
-            std::string>{
-           {Make<SS65QuoteName>, 2, "#@" + both, "#$" + digits + "@" + both, off, server},
-           {Make<SS7QuoteName>, 2, "#@" + both, "#$" + digits + "@" + both, off,
-            "[A B],Emp,[Begin],rowNum,[ORDER],ORDERS,,[\"A],"},
-           {Make<SybaseQuoteName>, 2, "#@" + both, "#$" + digits + "@" + both + "\xA3\xA5", off,
-            server},
-           {Make<OracleQuoteName>, 1, upper + lower, "#$()" + digits + both,
-            "\"A B\",Emp,Begin,\"rowNum\",\"ORDER\",ORDERS,,\"\"A\",",
-            "\"A B\",\"Emp\",\"Begin\",\"rowNum\",\"ORDER\",ORDERS,,\"\"A\","},
-           {Make<DB2QuoteName>, 2, upper, "." + digits + upper + "_", off, db2},
-           {Make<DB2OS390QuoteName>, 2, upper, "." + digits + upper + "_", off, db2}}) {
-    // A process's first platform sets the words of all.
-    test::ForkedProcess child(
-        [&, option = option, &first = first, &other = other, &without = without, &with = with] {
-          const auto quoting = make();
-          SetOptions(false, true);
-          EXPECT_EQ(PlainBehind(*quoting, ""), first);
-          EXPECT_EQ(PlainBehind(*quoting, "Q"), other);
-          EXPECT_FALSE(quoting->NeedsQuotes(std::string(10'000, 'A')));
-          for (int options = 0; options < 4; ++options) {
-            SetOptions((options & 1) != 0, (options & 2) != 0);
-            std::string quoted;
-            for (std::string name : names) {
-              quoting->Quote(name);
-              quoted += name + ",";
-            }
-            EXPECT_EQ(quoted, (options & option) != 0 ? with : without) << options;
-          }
-        });
-    EXPECT_TRUE(child.EndsWell()) << with << other;
-  }
+  const std::string server = "#$" + digits + "@" + both, db2 = "." + digits + upper + "_";
+  const char* const off = R"(A B,Emp,Begin,rowNum,ORDER,ORDERS,,"A,)";
+  const char* const on = R"("A B",Emp,"Begin",rowNum,"ORDER",ORDERS,,""A",)";
+  const char* const db2_on = R"("A B","Emp","Begin","rowNum",ORDER,ORDERS,,""A",)";
+  ExpectQuotes<SS65QuoteName>(2, "#@" + both, server, off, on);
+  ExpectQuotes<SS7QuoteName>(2, "#@" + both, server, off,
+                             "[A B],Emp,[Begin],rowNum,[ORDER],ORDERS,,[\"A],");
+  ExpectQuotes<SybaseQuoteName>(2, "#@" + both, server + "\xA3\xA5", off, on);
+  ExpectQuotes<OracleQuoteName>(1, upper + lower, "#$()" + digits + both,
+                                R"("A B",Emp,Begin,"rowNum","ORDER",ORDERS,,""A",)",
+                                R"("A B","Emp","Begin","rowNum","ORDER",ORDERS,,""A",)");
+  ExpectQuotes<DB2QuoteName>(2, upper, db2, off, db2_on);
+  ExpectQuotes<DB2OS390QuoteName>(2, upper, db2, off, db2_on);
   test::ForkedProcess child([] {
     SetOptions(false, true);
     const OracleQuoteName oracle;
@@ -107,15 +98,11 @@ TEST(IdentifierName, UnwrapsAndSplits) {
     EXPECT_EQ(IsWrappedWithChars(text, first, last), text != nullptr && CString(text) != inner);
   }
   // A false result of two parts sets them all the same, unless there are more dots.
-  for (const auto& [name, expected] :
-       Rows<const char*, const char*>{{"a.b", "1:a|b 0:1|2|3"},
-                                      {"a.b.c", "0:1|2 1:a|b|c"},
-                                      {"a.b.c.d", "0:1|2 1:a|b|c.d"},
-                                      {"\"a.b\"", "1:\"a|b\" 0:1|2|3"},
-                                      {"a", "0:|a 0:1|2|3"},
-                                      {".b.c", "0:1|2 0:1|2|3"},
-                                      {"a.b.", "0:1|2 0:1|2|3"},
-                                      {"", "0:| 0:1|2|3"}}) {
+  const Rows<const char*, const char*> parts = {
+      {"a.b", "1:a|b 0:1|2|3"},         {"a.b.c", "0:1|2 1:a|b|c"}, {"a.b.c.d", "0:1|2 1:a|b|c.d"},
+      {"\"a.b\"", "1:\"a|b\" 0:1|2|3"}, {"a", "0:|a 0:1|2|3"},      {".b.c", "0:1|2 0:1|2|3"},
+      {"a.b.", "0:1|2 0:1|2|3"},        {"", "0:| 0:1|2|3"}};
+  for (const auto& [name, expected] : parts) {
     CString a = "1", b = "2", c = "3";
     CString text = (GetTwoPartName(name, a, b) ? "1:" : "0:") + a + "|" + b;
     a = "1", b = "2";
@@ -144,19 +131,20 @@ TEST(IdentifierName, QuoteCharactersGoByPlatformAndVersion) {
 TEST(OracleName, QuotesAfterTheCut) {
   const std::string n30(30, 'N');
   const std::string q30 = "\"" + std::string(28, 'n') + "\"";
-  for (const auto& [name, plain, lower_counts] : Rows<std::string, std::string, std::string>{
-           {"emp", "emp", "\"emp\""},
-           {"A(b)9", "A(b)9", "\"A(b)9\""},
-           {"_A", "\"_A\"", "\"_A\""},
-           {"LEVEL", "\"LEVEL\"", "\"LEVEL\""},
-           {"Level", "Level", "\"Level\""},
-           {"default", "DEFAULT", "DEFAULT"},
-           {"a\"b", "\"a\"b\"", "\"a\"b\""},
-           {"", "", ""},
-           {n30 + "?", n30, n30},
-           {q30, q30, q30},
-           {"\"", "\"\"\"", "\"\"\""},
-           {"\"" + n30, "\"\"" + n30.substr(1) + "\"", "\"\"" + n30.substr(1) + "\""}}) {
+  const std::string cut = "\"\"" + n30.substr(1) + "\"";
+  const Rows<std::string, std::string, std::string> rows = {{"emp", "emp", "\"emp\""},
+                                                            {"A(b)9", "A(b)9", "\"A(b)9\""},
+                                                            {"_A", "\"_A\"", "\"_A\""},
+                                                            {"LEVEL", "\"LEVEL\"", "\"LEVEL\""},
+                                                            {"Level", "Level", "\"Level\""},
+                                                            {"default", "DEFAULT", "DEFAULT"},
+                                                            {"a\"b", "\"a\"b\"", "\"a\"b\""},
+                                                            {"", "", ""},
+                                                            {n30 + "?", n30, n30},
+                                                            {q30, q30, q30},
+                                                            {"\"", "\"\"\"", "\"\"\""},
+                                                            {"\"" + n30, cut, cut}};
+  for (const auto& [name, plain, lower_counts] : rows) {
     for (const bool counts : {false, true}) {
       SetOptions(counts, false);
       CString result = name;
