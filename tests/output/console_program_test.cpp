@@ -1,7 +1,6 @@
 #include "dqlib/output/console_program.h"
 
 #include "dqlib/output/line_cutter.h"
-#include "tests/support/forwarding_processes.h"
 #include "tests/support/own_service.h"
 #include "tests/support/temp_directory.h"
 #include "tests/support/testing.h"
@@ -25,29 +24,34 @@ int Record(int code, const char* text) {
   return -1;  // not looked at
 }
 
-/// Keeps what is open, and fails the calls with these numbers, from 1.
-struct WatchedProcesses : test::ForwardingProcesses {
+/// The system's; keeps what is open, and fails the calls with these numbers, from 1.
+struct WatchedProcesses : platform::Processes {
   Result<platform::Pipe> CreatePipe() override {
     if (--failing_pipe == 0) return error;
-    const auto pipe = ForwardingProcesses::CreatePipe();
+    const auto pipe = system.CreatePipe();
     open.insert({pipe.value.read_end, pipe.value.write_end});
     return pipe;
   }
   Result<std::size_t> Read(HANDLE read_end, std::span<char> buffer) override {
-    return --failing_read == 0 ? error : ForwardingProcesses::Read(read_end, buffer);
+    return --failing_read == 0 ? error : system.Read(read_end, buffer);
   }
+  Result<std::size_t> Write(HANDLE, std::string_view) override { return error; }
+  void InterruptRead(HANDLE read_end) override { system.InterruptRead(read_end); }
   Result<platform::StartedProcess> Start(const platform::StartInfo& info) override {
-    const auto started = ForwardingProcesses::Start(info);
+    const auto started = system.Start(info);
     if (started.ok()) open.insert(started.value.process);
     return started;
   }
+  Result<int> Wait(HANDLE process) override { return system.Wait(process); }
   platform::Error Terminate(HANDLE process) override {
-    return immortal ? error : ForwardingProcesses::Terminate(process);
+    return immortal ? error : system.Terminate(process);
   }
   void Close(HANDLE handle) override {
     open.erase(handle);
-    ForwardingProcesses::Close(handle);
+    system.Close(handle);
   }
+
+  Processes& system = *platform::System().processes;
   int failing_pipe = 0;
   int failing_read = 0;
   bool immortal = false;

@@ -143,50 +143,43 @@ TEST_F(LogTest, WarnsWhenTheFileIsLargerThanItsLimitOnly) {
 }
 
 TEST_F(LogTest, OneWarningStandsWhileTheLogGoesOn) {
-  directory_.Put("x.log", std::string(1024, '-'));
-  auto log = std::make_unique<CDQLog>(path_.c_str(), 1, true);
   std::string written(1024, '-');
-  const auto write = [&] {
-    log->LogMessage("text");
+  directory_.Put("x.log", written);
+  auto log = std::make_unique<CDQLog>(path_.c_str(), 1, true);
+  const auto write = [&](CDQLog& to, int shown) {
+    to.LogMessage("text");
     written += Line("text");
+    standing_.AwaitBox(shown);
+    EXPECT_EQ(standing_.shown, shown);
   };
-  write();
-  standing_.AwaitBox(1);
-  write();
-  write();
-  EXPECT_EQ(standing_.shown, 1);
-  standing_.Answer(1, BUTTON_OK);
-  log->WaitForWarning();
-
-  write();  // OK has armed it again.
-  standing_.Answer(2, BUTTON_CANCEL);
-  log->WaitForWarning();
-  write();  // Cancel has silenced it.
+  const auto answer = [&](int box, BoxButton button) {
+    standing_.Answer(box, button);
+    log->WaitForWarning();
+  };
+  for (int i = 0; i < 3; ++i) write(*log, 1);
+  answer(1, BUTTON_OK);
+  write(*log, 2);
+  answer(2, BUTTON_CANCEL);
+  write(*log, 2);
   log->WaitForWarning();
   EXPECT_EQ(standing_.shown, 2);
-
   // One box at a time, and each may outlive its log.
   CDQLog other(path_.c_str(), 1, true);
   log = std::make_unique<CDQLog>(path_.c_str(), 1, true);
-  write();
-  standing_.AwaitBox(3);
+  write(*log, 3);
   log.reset();
-  other.LogMessage("text");
-  EXPECT_EQ(standing_.shown, 3);
+  write(other, 3);
   standing_.Answer(3, BUTTON_OK);
   standing_.Answer(4, BUTTON_CANCEL);
   other.WaitForWarning();
-  EXPECT_EQ(directory_.Get("x.log"), written + Line("text"));
+  EXPECT_EQ(directory_.Get("x.log"), written);
 }
 
 TEST_F(LogTest, TellsOfAFullDiskAndStaysWithAFileThatIsRotatedAwayOrRemoved) {
-  try {
-    CDQLog("/dev/full", 1, true).LogMessage("lost");
-    ADD_FAILURE() << "nothing thrown";
-  } catch (const CFileException& failure) {
-    EXPECT_EQ(failure.m_cause, CFileException::diskFull);
-  }
-  CDQLog log(path_.c_str(), 1, true);
+  CDQLog full("/dev/full", 1, true), log(path_.c_str(), 1, true);
+  EXPECT_THAT([&] { full.LogMessage("lost"); },
+              ::testing::Throws<CFileException>(
+                  ::testing::Field(&CFileException::m_cause, int{CFileException::diskFull})));
   std::filesystem::rename(path_, directory_ / "x.log.1");
   log.LogMessage("kept");
   EXPECT_EQ(directory_.Get("x.log.1"), Line("kept"));
@@ -259,17 +252,14 @@ TEST_F(LogTest, WritersLoseNoEntry) {
   EXPECT_EQ(text, "");
 }
 
-TEST_F(LogTest, WhatOthersWriteCountsFromTheNextMillisecondAtTheLatest) {
-  CDQLog log(path_.c_str(), 128 * 1024, true);
-  log.LogMessage("far from the maximum");
-  std::filesystem::resize_file(path_, 128 * 1024 * 1024);
-  ++clock_.local_time.wMilliseconds;
+TEST_F(LogTest, WhatOthersWriteAndANewLimitCount) {
+  CDQLog log(path_.c_str(), 1, true);
+  std::filesystem::resize_file(path_, 1024);
   log.LogMessage("above");
   standing_.Answer(1, BUTTON_OK);
   log.WaitForWarning();
-  log.ClearLogFile();
   log.SetMaxFileSize(0xFFFFFFFF);
-  log.LogMessage("far");
+  log.LogMessage("below");
   log.SetMaxFileSize(1);
   log.LogMessage("above");
   standing_.Answer(2, BUTTON_CANCEL);
