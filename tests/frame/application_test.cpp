@@ -188,9 +188,9 @@ TEST(CDQSystemErrorMsg, ReadsTheLastErrorOnceAndShowsThePlaceIfThereIsOne) {
   platform.errors.last = 3;
   EXPECT_EQ(message.GetErrorCode(), 2);
   message.SetErrorCode(4);
-  EXPECT_EQ(message.GetErrorMessage(), "");
-  EXPECT_EQ(RetrieveOSErrorMessage(2), "100%s\r\n");
-  EXPECT_EQ(RetrieveOSErrorMessage(4), "Unknown OS Error");
+  EXPECT_EQ(
+      message.GetErrorMessage() + "|" + RetrieveOSErrorMessage(2) + "|" + RetrieveOSErrorMessage(4),
+      "|100%s\r\n|Unknown OS Error");
   platform.errors.last = 2;
   const test::Rows<CDQSystemErrorMsg, const char*> rows = {
       {CDQSystemErrorMsg("a%d.cpp", 7), "Error: 100%s\r\n\nFile: a%d.cpp,  Line 7"},

@@ -464,8 +464,7 @@ TEST(RowStore, SortedListPutsEqualsBehindEachOtherAndKeepsTheSelectedRow) {
   }
   for (int at = 0; at < 6; ++at) places += std::string(" ") + list.GetText(at);
   EXPECT_EQ(places, "010241 a A b B C c");
-  EXPECT_EQ(list.GetCurSel(), 2);
-  EXPECT_TRUE(list.InsertString(0, "z") == 0 && list.GetCurSel() == 3);
+  EXPECT_TRUE(list.GetCurSel() == 2 && list.InsertString(0, "z") == 0 && list.GetCurSel() == 3);
   EXPECT_TRUE(list.DeleteString(1) == 6 && list.DeleteString(3) == 5 && list.GetCurSel() == 2);
   EXPECT_TRUE(list.DeleteString(2) == 4 && list.GetCurSel() == -1);
   for (const int bad : {-2, 99}) {

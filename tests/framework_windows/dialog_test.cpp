@@ -24,8 +24,7 @@ TEST(DialogTemplate, TextGivesControlsAndABrokenOneNamesItsLine) {
   ASSERT_TRUE(dialog && dialog->controls.size() == 2U);
   const ControlTemplate& edit = dialog->controls[0];
   EXPECT_EQ(dialog->caption + edit.window_class + edit.text + edit.word, "A \"b\"Editx\nedit");
-  EXPECT_EQ(dialog->controls[1].window_class, "Tree");
-  EXPECT_EQ(dialog->size, (CSize{260, 120}));
+  EXPECT_TRUE(dialog->controls[1].window_class == "Tree" && dialog->size == (CSize{260, 120}));
   EXPECT_EQ(edit.place, (CRect{72, -8, 192, 6}));
   EXPECT_TRUE(edit.Has("hidden") && !edit.Has("limit"));
   EXPECT_EQ(edit.Number("limit", 0) + edit.Number("lim", 7), 37);
@@ -236,8 +235,7 @@ TEST_F(Dialog, RunsWithinAnotherAndGivesItTheScreenAndTheFocusBack) {
     GotoDlg over_main(&main);
     for (GotoDlg* each : {&inner, &over_main}) {
       EXPECT_EQ(each->DoModal(), IDOK);
-      EXPECT_EQ(CWnd::GetFocus(), dialog.GetDlgItem(101));
-      EXPECT_EQ(CWnd::GetActiveWindow(), &dialog);
+      EXPECT_TRUE(CWnd::GetFocus() == dialog.GetDlgItem(101) && CWnd::GetActiveWindow() == &dialog);
       prompts.on_dialog = PressOk;
     }
   };
@@ -320,8 +318,7 @@ TEST_F(Dialog, WithoutATemplateOrAParentOfItsThreadDoesNotRun) {
   CWnd elsewhere;
   std::thread([&] { elsewhere.CreateWnd("Main"); }).join();
   GotoDlg lost(&elsewhere);
-  EXPECT_EQ(lost.DoModal(), -1);
-  EXPECT_TRUE(elsewhere.IsWindowEnabled());
+  EXPECT_TRUE(lost.DoModal() == -1 && elsewhere.IsWindowEnabled());
   EXPECT_FALSE(lost.Create(64999, nullptr) || lost.UpdateData() || lost.GetTemplateId() != 0);
 }
 

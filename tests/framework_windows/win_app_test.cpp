@@ -66,10 +66,8 @@ TEST(Handle, GivesTheClassNameCutToTheBuffer) {
   }
   EXPECT_EQ(names, "4Test 3Tes 0 0??? 0??? ");
   char buffer[8] = "???";
-  EXPECT_EQ(
-      GetWindowClassName(nullptr, buffer, 8) + GetWindowClassName(window.GetSafeHwnd(), nullptr, 5),
-      0);
-  EXPECT_STREQ(buffer, "");
+  EXPECT_TRUE(GetWindowClassName(nullptr, buffer, 8) == 0 && buffer == std::string());
+  EXPECT_EQ(GetWindowClassName(window.GetSafeHwnd(), nullptr, 5), 0);
 }
 
 TEST(Send, OnTheOwnThreadIsACallThatIsAnsweredEvenIfItEndsTheWindow) {
@@ -216,13 +214,12 @@ TEST_F(MessageLoop, OneCallServesEachTimerOnceHoweverSlowTheHandlersAre) {
     if (timer == 3) window.SetTimer(3, 10);
     if (timer == 4 && std::exchange(first, false)) window.SetTimer(5, 10);
     // Else a loop without end would hang the test.
-    for (UINT id = 1; id < 6 && window.got.size() > 120; ++id) window.KillTimer(id);
+    for (UINT each = 1; each < 6 && window.got.size() > 120; ++each) window.KillTimer(each);
     return 0;
   };
+  UINT id = 0;
   // The second is due while the others are served.
-  for (const auto& [id, time] : test::Rows<UINT, UINT>{{1, 10}, {2, 90}, {3, 20}, {4, 20}}) {
-    window.SetTimer(id, time);
-  }
+  for (const UINT time : {10U, 90U, 20U, 20U}) window.SetTimer(++id, time);
   clock.Advance(20);
   EXPECT_EQ(PumpUntilIdle(), 4);
   EXPECT_EQ(window.Take(), "275/1 275/3 275/4 275/2 ");
@@ -251,7 +248,6 @@ TEST_F(MessageLoop, MessagesAndTimersOfWindowsThatEndAreGoneAndThoseOfOthersStay
 struct IdleApp : CWinApp {
   IdleApp() : CWinApp("idle") {}
   std::string idled;
-  UINT dropped = 0;
   std::function<void()> on_last;
 
   BOOL OnIdle(LONG count) override {
@@ -261,7 +257,7 @@ struct IdleApp : CWinApp {
     return count < 2 ? 1 : 0;
   }
   BOOL PreTranslateMessage(MSG* message) override {
-    return message->message == dropped ? 1 : CWinApp::PreTranslateMessage(message);
+    return message->message == WM_APP + 9 ? 1 : CWinApp::PreTranslateMessage(message);
   }
 };
 
@@ -270,9 +266,7 @@ TEST_F(MessageLoop, IdlesUntilItWantsNoMoreAndAnewAfterAMessage) {
   app.m_pMainWnd = &window;
   PumpUntilIdle();
   EXPECT_EQ(app.idled + ": " + window.Take(), "012: 867/1 ") << "what shows commands is updated";
-  app.dropped = WM_APP + 1;
-  window.PostMessage(WM_APP + 1);
-  window.PostMessage(WM_APP + 2);
+  EXPECT_TRUE(window.PostMessage(WM_APP + 9) && window.PostMessage(WM_APP + 2));
   EXPECT_EQ(PumpUntilIdle(), 2);
   EXPECT_EQ(window.Take(), "32770/0 867/1 ");
   // One of another thread isn't this thread's to update; and the handler may end the main window.

@@ -78,8 +78,7 @@ TEST_F(WindowTree, KeepsChildrenInOrderAndFindsTheFirstOfAnIdHoweverTheyChange) 
     ASSERT_EQ(child_at, nullptr) << step;
   }
   EXPECT_EQ(child.SetParent(&inner), nullptr) << "not below itself";
-  EXPECT_EQ(inner.SetParent(&third), &child);
-  EXPECT_EQ(inner.GetTopLevelParent(), &top);
+  EXPECT_TRUE(inner.SetParent(&third) == &child && inner.GetTopLevelParent() == &top);
 }
 
 TEST_F(WindowTree, EndsParentsFirstAndTellsTheLastToChildren) {

@@ -142,8 +142,7 @@ TEST_F(Dialogs, CollectionShowsOneChildAndMovesItsValuesOnly) {
   second.SetDlgItemText(10, "8");
   EXPECT_TRUE(all.UpdateData(true) && second.number == 8);
   all.Show(0);
-  EXPECT_TRUE(!all.UpdateData(true) && prompts.shown.size() == 1);
-  EXPECT_TRUE(all.UpdateData(false));
+  EXPECT_TRUE(!all.UpdateData(true) && prompts.shown.size() == 1 && all.UpdateData(false));
   EXPECT_EQ(first.GetDlgItemText(10) + second.GetDlgItemText(10), "18");
   all.Enable(false);
   EXPECT_FALSE(first.IsWindowEnabled() || second.IsWindowEnabled());
@@ -257,8 +256,7 @@ TEST_F(Options, ListsKeepMarksOfAllTheirArrays) {
 }
 
 TEST_F(Options, DialogShowsThemOnPagesAndOpensWithTheLastOne) {
-  EXPECT_EQ(CDQOptionsDlg(64999, 50391).DoModal(), -1);
-  EXPECT_TRUE(main.messages.empty());
+  EXPECT_TRUE(CDQOptionsDlg(64999, 50391).DoModal() == -1 && main.messages.empty());
   CDQLibraryOptionsDlg dialog;
   std::string shown;
   const auto show = [&](View& view) {

@@ -99,8 +99,7 @@ TEST(FlexConstraintList, ControlsAndTheirChildrenAreErasedAndMinimisedHostsLeftA
   host.SendMessage(WM_SIZE, SIZE_RESTORED, MakeLParam(130, 150));
   EXPECT_EQ(host.controls[2].GetPlace(), kMoved);
   for (const CWnd* window : std::initializer_list<CWnd*>{&host.controls[2], &host.inner, &host}) {
-    EXPECT_EQ(window->GetUpdateRect(&erase), window->GetClientRect());
-    EXPECT_TRUE(erase);
+    EXPECT_TRUE(window->GetUpdateRect(&erase) == window->GetClientRect() && erase);
   }
   EXPECT_TRUE(host.controls[0].GetUpdateRect().IsRectEmpty());
   MINMAXINFO info{};
@@ -171,8 +170,7 @@ TEST(FlexDialog, AppliesToItsSubjectWhenTheControlsAgree) {
     EXPECT_TRUE(dialog.modified && !dialog.IsModified() && subject == 1);
     view.Press(IDOK);
   };
-  EXPECT_EQ(dialog.DoModal(), IDOK);
-  EXPECT_EQ(subject, 2);
+  EXPECT_TRUE(dialog.DoModal() == IDOK && subject == 2);
 }
 
 TEST(FlexMdiChildWnd, IsNoSmallerThanItsViewWithTheFrameAround) {
