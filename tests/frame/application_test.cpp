@@ -142,19 +142,18 @@ TEST(CDQOutputMessage, IsWithTheMainWindowWhenTheSendReturns) {
       {[](auto& m) { m.SendErrorMessage(m.GetTarget(), m.GetText()); }, "1 2 kept|first"},
       {[](auto& m) { m.SendErrorMessage("of more bytes than before", m.GetText()); },
        "1 2 of more bytes than before|first"}};
-  for (const auto& [send, expected] : rows) {
+  for (const auto& [send, row] : rows) {
     testing::MainWindow window;
     CDQOutputMessage message(OUTPUT_DBMS_ERROR, "old");
     message.SendErrorMessage("first", "kept");
     send(message);
-    ASSERT_EQ(window.messages.size(), 2U) << expected;
+    ASSERT_EQ(window.messages.size(), 2U) << row;
     const testing::SentMessage& sent = window.messages[1];
-    EXPECT_TRUE(sent.message == 33801 && &testing::MainWindow::Output(sent) == &message)
-        << expected;
+    EXPECT_TRUE(sent.message == 33801 && &testing::MainWindow::Output(sent) == &message) << row;
     std::ostringstream told;
     told << sent.first << ' ' << message.GetType() << ' ' << message.GetText().View() << '|'
          << message.GetTarget().View();
-    EXPECT_EQ(told.str(), expected);
+    EXPECT_EQ(told.str(), row);
   }
 }
 

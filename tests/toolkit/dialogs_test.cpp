@@ -109,8 +109,7 @@ TEST_F(Dialogs, PagesMayGoOrEndTheDialogWhileTheyAreAsked) {
   for (const bool whole : {false, true}) {
     std::string log;
     CDQSftTabsDialog sheet(3000);
-    auto gone = std::make_unique<Page>(log, 3001, "gone"),
-         last = std::make_unique<Page>(log, 3002, "last");
+    std::unique_ptr<Page> gone(new Page(log, 3001, "gone")), last(new Page(log, 3002, "last"));
     Page first(log, 3001, "first");
     for (Page* page : {gone.get(), &first, last.get()}) sheet.AddPage(*page);
     EXPECT_TRUE(sheet.SetActivePage(1));

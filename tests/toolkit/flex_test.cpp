@@ -14,6 +14,8 @@
 namespace dq {
 namespace {
 
+using View = platform::DialogView;
+
 TEST(FlexPlace, EachEdgeMovesByItsOwnTruncatedShareOfTheGrowthWhichIsNeverNegative) {
   constexpr LONG kMin = std::numeric_limits<LONG>::min();
   constexpr LONG kMax = std::numeric_limits<LONG>::max();
@@ -159,7 +161,7 @@ TEST(FlexDialog, AppliesToItsSubjectWhenTheControlsAgree) {
   int subject = 0;
   dialog.SetSubject(&subject);
   dialog.AddFlexConstraint(20, NSFlexExpandRight, NSFlexVerticallyFixed);
-  prompts.on_dialog = [&](platform::DialogView& view) {
+  prompts.on_dialog = [&](View& view) {
     dialog.MoveWindow(0, 0, 350, 250);
     EXPECT_EQ(dialog.GetDlgItem(20)->GetPlace(), (CRect{10, 10, 160, 30}));
     EXPECT_FALSE(view.Press(ID_APPLY_NOW)) << "nothing to apply yet";
@@ -177,8 +179,7 @@ TEST(FlexMdiChildWnd, IsNoSmallerThanItsViewWithTheFrameAround) {
   CWinApp app("test");
   CMDIFrameWnd main;
   CNSFlexMDIChildWnd child;
-  ASSERT_TRUE(main.Create("Main", "", {0, 0, 1000, 1000}) &&
-              child.Create("Child", "", {0, 0, 308, 230}, &main));
+  ASSERT_TRUE(main.Create("Main", "", {}) && child.Create("Child", "", {0, 0, 308, 230}, &main));
   child.SetFrameWidths({4, 26, 4, 4});
   CDocument document;
   CNSFlexFormView view(Form("Form"));
@@ -245,7 +246,7 @@ TEST(FlexPropertySheet, AsksItsPagesInOrderAndStaysAtTheFirstThatRefuses) {
     log += active == nullptr ? "" : static_cast<const Page*>(active)->name;
     EXPECT_EQ(std::exchange(log, {}), expected);
   };
-  prompts.on_dialog = [&](platform::DialogView& view) {
+  prompts.on_dialog = [&](View& view) {
     took("a+ b+ b");  // a page that refuses leaves the place to the next
     a.refuses.clear();
     EXPECT_TRUE(view.Enter(CPropertySheet::kTabControlId, "1") && !b.IsShown());
@@ -293,19 +294,18 @@ TEST(FlexPropertySheet, PagesMayDropThemselvesAndCountAsModifiedUntilThen) {
     Page c("c", log);
     CPropertySheet sheet("Sheet", nullptr, 0);
     for (Page* page : {a, b, &c}) ASSERT_TRUE(sheet.AddPage(page));
-    prompts.on_dialog = [&, goes = goes_at, refuses = refuses,
-                         button = button](platform::DialogView& view) {
+    prompts.on_dialog = [&, at = goes_at, refused = refuses, pressed = button](View& view) {
       for (const int page : {1, 2}) sheet.SetActivePage(page);
       log.clear();
       EXPECT_FALSE(sheet.GetDlgItem(ID_APPLY_NOW)->IsWindowEnabled());
       for (const BOOL modified : {1, 1, 0, 1}) b->SetModified(modified);
-      b->goes_at = goes_at;
-      b->refuses = refuses;
-      if (goes_at == "+ " || goes_at == "- ") sheet.SetActivePage(1);
-      if (goes_at == "- ") sheet.SetActivePage(2);
+      b->goes_at = at;
+      b->refuses = refused;
+      if (at == "+ " || at == "- ") sheet.SetActivePage(1);
+      if (at == "- ") sheet.SetActivePage(2);
       EXPECT_EQ(sheet.IsModified(), sheet.GetPageCount() == 3);
       EXPECT_EQ(sheet.GetDlgItem(ID_APPLY_NOW)->IsWindowEnabled(), sheet.GetPageCount() == 3);
-      view.Press(button);
+      view.Press(pressed);
     };
     sheet.DoModal();
     EXPECT_EQ(log, told) << goes_at << refuses;

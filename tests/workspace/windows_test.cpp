@@ -135,9 +135,8 @@ TEST(WindowInfoArray, RefusesTornStreamsAndWhatIsNoneOfItsRecords) {
   infos.Add(std::make_unique<CDQWindowInfo>());
   loaded.Add(Sample());
   const std::string bytes = Archived(infos, CArchive::store);
-  for (std::size_t size = 0; size < bytes.size(); ++size) {
-    EXPECT_THROW(Archived(loaded, CArchive::load, bytes.substr(0, size)), CArchiveException)
-        << size;
+  for (std::size_t at = 0; at < bytes.size(); ++at) {
+    EXPECT_THROW(Archived(loaded, CArchive::load, bytes.substr(0, at)), CArchiveException) << at;
   }
   // The second object is the first one again, then null.
   const std::size_t second = bytes.size() - 58;
