@@ -86,13 +86,11 @@ TEST_F(ProcessesTest, CarriesAllBytesThroughAChild) {
 }
 
 TEST_F(ProcessesTest, StartsAProgramOrTellsWhyItCouldNot) {
-  const std::string plain = files_.Put("plain", "text");
-  const std::string no_format = files_.Put("no_format", "text");
-  std::filesystem::permissions(no_format, std::filesystem::perms::owner_all);
+  test::Shell(files_.path(), "echo text | tee plain > no_format; chmod 700 no_format");
   const std::pair<StartInfo, int> cases[] = {
       {{"no-such-program-anywhere -x"}, ENOENT},
-      {{plain}, EACCES},
-      {{no_format}, ENOEXEC},
+      {{files_ / "plain"}, EACCES},
+      {{files_ / "no_format"}, ENOEXEC},
       {{" \t"}, ENOENT},
       {{std::string("true\0x", 6)}, EINVAL},
       {{"true", "/no/such/directory"}, ENOENT},
@@ -118,20 +116,17 @@ TEST_F(ProcessesTest, ReturnsTheExitCodeOr128PlusTheSignalEachTime) {
 }
 
 TEST_F(ProcessesTest, AChildHasNothingOfThisProcessButItsStandardHandles) {
-  const int inheritable = dup(STDERR_FILENO);
-  sigset_t signals;
-  sigset_t former;
-  sigemptyset(&signals);
-  sigaddset(&signals, SIGTERM);
-  pthread_sigmask(SIG_BLOCK, &signals, &former);
-  const auto handler = signal(SIGPIPE, SIG_IGN);
-  // Both masks are empty, but for the two signals that the C library keeps to itself.
-  EXPECT_EQ(Output("grep -cE 'Sig(Blk|Ign).{9}[01][08]0{7}$' /proc/self/status"), "2\n");
-  EXPECT_EQ(Output("ls /proc/self/fd"), "0\n1\n2\n3\n");  // 3 is that of the listing itself
-  signal(SIGPIPE, handler);
-  pthread_sigmask(SIG_SETMASK, &former, nullptr);
-  close(inheritable);
-
+  EXPECT_TRUE(test::AllEndWell(1, [&](int) {
+    EXPECT_GT(dup(STDERR_FILENO), 2);
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGTERM);
+    EXPECT_EQ(pthread_sigmask(SIG_BLOCK, &signals, nullptr), 0);
+    EXPECT_NE(signal(SIGPIPE, SIG_IGN), SIG_ERR);
+    // Both masks are empty, but for the two signals that the C library keeps to itself.
+    EXPECT_EQ(Output("grep -cE 'Sig(Blk|Ign).{9}[01][08]0{7}$' /proc/self/status"), "2\n");
+    EXPECT_EQ(Output("ls /proc/self/fd"), "0\n1\n2\n3\n");  // 3 is that of the listing itself
+  }));
   const std::string id = std::to_string(Start("cut -d' ' -f1,5,6 /proc/self/stat").process_id);
   EXPECT_EQ(ReadAll(), id + ' ' + id + ' ' + id + '\n');  // process, group, session
 }
@@ -167,10 +162,8 @@ TEST_F(ProcessesTest, TerminateEndsTheWholeGroupWhoeverWaits) {
   char buffer[8];
   EXPECT_EQ(processes_.Read(output_, buffer).value, 3u);
   std::atomic<int> codes = 0;
-  std::vector<std::thread> waiters;
-  for (int i = 0; i < 3; ++i) {
-    waiters.emplace_back([&] { codes += processes_.Wait(process).value; });
-  }
+  const auto wait = [&] { codes += processes_.Wait(process).value; };
+  std::thread waiters[] = {std::thread(wait), std::thread(wait), std::thread(wait)};
   EXPECT_TRUE(processes_.Terminate(process).ok());
   for (std::thread& waiter : waiters) waiter.join();
   EXPECT_EQ(codes, 3 * (128 + SIGKILL));
@@ -211,27 +204,25 @@ TEST(Console, StopRequestCallsTheWatchInsteadOfEndingTheProgram) {
     watch.reset();
     EXPECT_EQ(PresentHandler(signal_number), SIG_DFL) << signal_number;
   }
-  const auto former = std::signal(SIGHUP, SIG_IGN);
-  auto watch = System().console->WatchStopRequests([] { ADD_FAILURE(); });
-  raise(SIGHUP);
-  EXPECT_EQ(PresentHandler(SIGHUP), SIG_IGN) << "what was ignored stays so";
-  watch.reset();
-  std::signal(SIGHUP, former);
+  EXPECT_TRUE(test::AllEndWell(1, [](int) {
+    std::signal(SIGHUP, SIG_IGN);
+    const auto watch = System().console->WatchStopRequests([] { ADD_FAILURE(); });
+    EXPECT_EQ(raise(SIGHUP), 0);
+    EXPECT_EQ(PresentHandler(SIGHUP), SIG_IGN) << "what was ignored stays so";
+  }));
 }
 
 TEST(Console, NoWatchAndNothingLeftBehindWithoutAThread) {
   const auto descriptors = test::OpenDescriptors();
   pthread_attr_t former, huge;
-  ASSERT_EQ(pthread_getattr_default_np(&former), 0);
-  ASSERT_EQ(pthread_getattr_default_np(&huge), 0);
+  ASSERT_EQ(pthread_getattr_default_np(&former) + pthread_getattr_default_np(&huge), 0);
   ASSERT_EQ(pthread_attr_setstacksize(&huge, std::size_t{1} << 47), 0);
   ASSERT_EQ(pthread_setattr_default_np(&huge), 0);
   EXPECT_EQ(System().console->WatchStopRequests([] { ADD_FAILURE(); }), nullptr);
   pthread_setattr_default_np(&former);
   EXPECT_EQ(PresentHandler(SIGTERM), SIG_DFL);
   EXPECT_EQ(test::OpenDescriptors(), descriptors);
-  pthread_attr_destroy(&huge);
-  pthread_attr_destroy(&former);
+  for (pthread_attr_t* const attributes : {&huge, &former}) pthread_attr_destroy(attributes);
 }
 
 TEST(Console, WatchEndsThoughMoreRequestsThanAPipeHoldsWait) {
