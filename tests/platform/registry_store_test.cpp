@@ -181,52 +181,6 @@ TEST_F(RegistryStoreTest, AJournalRemovedUnderSeveralProgramsLosesNothingOfAny) 
   }
 }
 
-TEST_F(RegistryStoreTest, SnapshotAndJournalOfDifferentTimesAreNotMixed) {
-  constexpr const char* kOfDifferentTimes =
-      "The file D/hkcu.journal of your latest settings and the file D/hkcu.reg are of different "
-      "times, as if one of them came from a backup. The settings of D/hkcu.reg hold, and none of "
-      "the other file is mixed into them.\n\nThe other file has been kept as D/hkcu.journal.bad.~";
-  // The journal behind each change, and each snapshot.
-  std::vector<std::string> journal;
-  std::vector<std::string> snapshot;
-  for (const char* step : {"a=1", "leave", "b=1", "b=2", "leave", "a=3"}) {
-    user_.Do(step);
-    const bool is_fold = step == std::string("leave");
-    (is_fold ? snapshot : journal).push_back(directory_.Get(is_fold ? "hkcu.reg" : "hkcu.journal"));
-  }
-  // The first ones without what they tell of each other, as an earlier version wrote them.
-  const std::string plain =
-      "REGEDIT4\r\n\r\n[HKEY_CURRENT_USER\\k]\r\n\"a\"=hex:31\r\n; 1 values, checksum b448a812\r\n";
-  const auto earlier = [](std::string bytes) {
-    return bytes.replace(36, 4, 4, '\0').replace(56, 8, 8, '\0');
-  };
-  for (const auto& [what, text, bytes, values, is_told] :
-       Rows<const char*, std::string, std::string, std::string, bool>{
-           {"first pair", snapshot[0], journal[2], "k: a=1 b=2 ", false},
-           {"second pair", snapshot[1], journal[3], "k: a=3 b=2 ", false},
-           {"both earlier", plain, earlier(journal[2]), "k: a=1 b=2 ", false},
-           {"first fold broken off", snapshot[0], journal[0], "k: a=1 ", false},
-           {"second fold broken off", snapshot[1], journal[2], "k: a=1 b=2 ", false},
-           {"folded, less of it", snapshot[1], journal[1], "k: a=1 b=2 ", false},
-           {"old snapshot", snapshot[0], journal[3], "k: a=1 ", true},
-           {"old journal", snapshot[1], journal[0], "k: a=1 b=2 ", true},
-           {"earlier snapshot", plain, journal[3], "k: a=1 ", true},
-           {"earlier journal", snapshot[1], earlier(journal[3]), "k: a=1 b=2 ", true}}) {
-    SCOPED_TRACE(what);
-    const TempDirectory directory;
-    directory.Put("hkcu.reg", text);
-    directory.Put("hkcu.journal", bytes);
-    for (const std::string next : {"", "next=x "}) {
-      User registry(directory.path());
-      EXPECT_EQ(registry.All(), values + next);
-      EXPECT_EQ(Told(directory), is_told && next.empty() ? kOfDifferentTimes : "");
-      registry.Do("next=x");
-      EXPECT_EQ(Found(directory.path()), values + "next=x ");
-    }
-    EXPECT_EQ(directory.Get("hkcu.journal.bad"), is_told ? bytes : "(none)");
-  }
-}
-
 TEST_F(RegistryStoreTest, ASnapshotPutUnderARunningProgramIsKeptAsideAndTold) {
   user_.Do("a=old leave");
   const std::string backup = directory_.Get("hkcu.reg");
@@ -248,45 +202,78 @@ TEST_F(RegistryStoreTest, ASnapshotPutUnderARunningProgramIsKeptAsideAndTold) {
   EXPECT_EQ(Found(directory_.path()), user_.All());
 }
 
-TEST_F(RegistryStoreTest, WhatIsMissingOrDamagedWhenAStoreIsOpenedIsToldAndKept) {
-  const auto journal = [](const std::string& how, const std::string& kept) {
-    return "The file D/hkcu.journal of your latest settings was " + how +
-           ". The changes that could be read of it, or that this program knew, are kept.\n\n" +
-           kept;
-  };
-  const auto snapshot = [](const std::string& how) {
-    return "The file D/hkcu.reg of your settings was " + how + " lines could not be read.\n\n";
-  };
+TEST_F(RegistryStoreTest, FilesThatAreDamagedOrOfDifferentTimesAreToldKeptAndNotMixed) {
   const std::string nothing = "There was nothing of the file to keep.~";
   const std::string kept = "The damaged file has been kept as D/hkcu.";
-  const std::string lacks_reg = snapshot("missing. What could be read of it is kept: 0 values. 0");
-  const std::string bad_reg = snapshot("damaged. What could be read of it is kept: 2 values. 1");
+  const auto reg = [](const std::string& how) {
+    return "The file D/hkcu.reg of your settings was " + how + " lines could not be read.\n\n";
+  };
+  const auto journal = [](const std::string& how, const std::string& what_is_left) {
+    return "The file D/hkcu.journal of your latest settings was " + how +
+           ". The changes that could be read of it, or that this program knew, are kept.\n\n" +
+           what_is_left;
+  };
+  const std::string lacks_reg = reg("missing. What could be read of it is kept: 0 values. 0");
+  const std::string bad_reg = reg("damaged. What could be read of it is kept: 2 values. 1");
+  const std::string lacks_journal = journal("missing", nothing);
   const std::string bad_journal = journal("damaged", kept + "journal.bad.~");
-  for (const auto& [in_snapshot, strike, told, left] :
-       Rows<bool, const char*, std::string, std::string>{
-           {true, "rm hkcu.reg", lacks_reg + nothing, "k: "},
-           {true, "sed -i s/\\\"=hex:6f/::/ hkcu.reg", bad_reg + kept + "reg.bad.~",
-            "k: three=three two=two "},
-           {true, "rm hkcu.journal", journal("missing", nothing), kFilled},
-           {true, "truncate -s 63 hkcu.journal", bad_journal, kFilled},
-           {false, "sed -i s/REG/ReG/ hkcu.journal", bad_journal, kFilled},
-           {false, "sed -i s/two/tvo/ hkcu.journal", bad_journal, "k: one=one three=three "},
-           {false, "sed -i s/three/tiree/ hkcu.journal", bad_journal, "k: one=one two=two "}}) {
+  const std::string other_times =
+      "The file D/hkcu.journal of your latest settings and the file D/hkcu.reg are of different "
+      "times, as if one of them came from a backup. The settings of D/hkcu.reg hold, and none of "
+      "the other file is mixed into them.\n\nThe other file has been kept as D/hkcu.journal.bad.~";
+  // The files behind each change, and some as an earlier version wrote them, which don't tell of
+  // each other.
+  int number = 0;
+  for (const char* step : {"a=one", "leave", "b=two", "c=three", "leave", "a=four"}) {
+    user_.Do(step);
+    Run("for f in hkcu.*; do cp $f " + std::to_string(++number) + "${f#hkcu}; done");
+  }
+  directory_.Put("0.reg",
+                 "REGEDIT4\r\n\r\n[HKEY_CURRENT_USER\\k]\r\n\"a\"=hex:6f,6e,65\r\n; 1 values, "
+                 "checksum b345d90d\r\n");
+  const std::string plain =
+      "for at in 9 14 15; do dd if=/dev/zero of=hkcu.journal bs=4 count=1 conv=notrunc status=none "
+      "seek=$at; done";
+  const std::string one_two = "k: a=one b=two ";
+  const std::string one_three = "k: a=one c=three ";
+  const std::string all = "k: a=one b=two c=three ";
+  using Text = std::string;
+  for (const auto& [snapshot, latest, strike, told, left] : Rows<int, int, Text, Text, Text>{
+           {2, 4, ":", "", all},                         // the first pair
+           {5, 6, ":", "", "k: a=four b=two c=three "},  // the second one
+           {0, 4, plain, "", all},                       // both earlier
+           {2, 1, ":", "", "k: a=one "},                 // the first fold was broken off
+           {5, 4, ":", "", all},                         // the second one was
+           {5, 3, ":", "", all},                         // and less has reached the disk
+           {2, 6, ":", other_times, "k: a=one "},
+           {5, 1, ":", other_times, all},
+           {0, 6, ":", other_times, "k: a=one "},
+           {5, 6, plain, other_times, all},
+           {5, 5, "rm hkcu.reg", lacks_reg + nothing, "k: "},
+           {5, 5, "sed -i s/\\\"=hex:74,77/::/ hkcu.reg", bad_reg + kept + "reg.bad.~", one_three},
+           {5, 5, "rm hkcu.journal", lacks_journal, all},
+           {5, 5, "truncate -s 63 hkcu.journal", bad_journal, all},
+           {2, 4, "sed -i s/REG/ReG/ hkcu.journal", bad_journal, all},
+           {2, 4, "sed -i s/two/tvo/ hkcu.journal", bad_journal, one_three},
+           {2, 4, "sed -i s/three/tiree/ hkcu.journal", bad_journal, one_two}}) {
+    SCOPED_TRACE(::testing::Message() << snapshot << ' ' << latest << ' ' << strike);
     const TempDirectory directory;
-    Fill(directory.path(), kFill + (in_snapshot ? "leave" : ""));
+    directory.Put("hkcu.reg", directory_.Get(std::to_string(snapshot) + ".reg"));
+    directory.Put("hkcu.journal", directory_.Get(std::to_string(latest) + ".journal"));
     Shell(directory.path(), strike);
     const std::string damaged = directory.Get("hkcu.journal");
     User user(directory.path());
+    EXPECT_TRUE(strike != ":" || user.All() == left);
     user.Do("z=new");
     EXPECT_EQ(user.All(), left + "z=new ");
     EXPECT_EQ(Told(directory), told);
-    const bool is_kept = told.ends_with("journal.bad.~");
-    EXPECT_EQ(directory.Get("hkcu.journal.bad"), is_kept ? damaged : "(none)");
+    EXPECT_EQ(directory.Get("hkcu.journal.bad"),
+              told.ends_with("journal.bad.~") ? damaged : "(none)");
     EXPECT_EQ(Found(directory.path()), left + "z=new ");
     // A second time, in the same process, is news again.
     fs::resize_file(directory / "hkcu.journal", 0);
     EXPECT_EQ(user.All(), left + "z=new ");
-    EXPECT_EQ(Told(directory), journal("missing", nothing));
+    EXPECT_EQ(Told(directory), lacks_journal);
     EXPECT_EQ(Found(directory.path()), left + "z=new ");
     EXPECT_EQ(Told(directory), "");
   }
