@@ -285,9 +285,9 @@ TEST_F(RegistryStoreTest, WhatIsNoStoreOrCannotBeReadIsAnErrorAtOnceAndNeverTold
     for (const auto& [strike, number, kind] :
          Rows<const char*, int, ErrorKind>{{"rm -f $F; mkfifo $F", 0, kInvalidArgument},
                                            {"truncate -s 1073741825 $F", 0, kNoSpace},
-                                           {"true", EACCES, kAccessDenied},
-                                           {"true", ENOTDIR, kOther},
-                                           {"true", EMFILE, kNoSpace}}) {
+                                           {":", EACCES, kAccessDenied},
+                                           {":", ENOTDIR, kOther},
+                                           {":", EMFILE, kNoSpace}}) {
       SCOPED_TRACE(::testing::Message() << file << ' ' << strike << ' ' << number);
       const TempDirectory directory;
       test::FailingSystemCalls calls;
@@ -344,30 +344,25 @@ TEST_F(RegistryStoreTest, AWriterThatWasStoppedStopsNobodyForEver) {
   const FileDescriptor stopped(calls, ::open((directory_ / "hkcu.journal").c_str(), O_RDONLY));
   const FileDescriptor other(calls, ::open((directory_ / "a.ini").c_str(), O_RDONLY));
   for (const auto* file : {&stopped, &other}) ASSERT_EQ(::flock(file->get(), LOCK_EX), 0);
-  EXPECT_EQ(calls.Seconds(), 0);
-  for (int option = 0; option < 300; ++option) {
-    EXPECT_EQ(late.OpenKey(kCurrentUser, "k").error.kind, ErrorKind::kBusy);
-    EXPECT_EQ(late.CreateKey(kCurrentUser, "k").error.kind, ErrorKind::kBusy);
-  }
-  EXPECT_EQ(calls.Seconds(), 20) << "for all of them together";
-  late.Do("leave");
   EXPECT_EQ(user.All(), "k: one=1 three=three two=two ") << "what is known needs no lock";
-  EXPECT_EQ(user.Try("one=2").kind, ErrorKind::kBusy);
-  EXPECT_EQ(user.Leave().kind, ErrorKind::kBusy);
-  EXPECT_EQ(calls.Seconds(), 40) << "leaving doesn't wait again";
-  for (int i = 0; i < 9; ++i) {
-    EXPECT_EQ(profiles->Write(directory_ / "a.ini", "s", "k", "2").kind, ErrorKind::kBusy);
+  for (const auto& [times, work, seconds] : Rows<int, std::function<Error()>, long>{
+           {300, [&] { return late.OpenKey(kCurrentUser, "k").error; }, 20},  // all together
+           {300, [&] { return late.CreateKey(kCurrentUser, "k").error; }, 20},
+           {1, [&] { return late.Do("leave"), user.Try("one=2"); }, 40},
+           {1, [&] { return user.Leave(); }, 40},  // which doesn't wait again
+           {9, [&] { return profiles->Write(directory_ / "a.ini", "s", "k", "2"); }, 60}}) {
+    for (int i = 0; i < times; ++i) EXPECT_EQ(work().kind, ErrorKind::kBusy);
+    EXPECT_EQ(calls.Seconds(), seconds);
   }
-  EXPECT_EQ(calls.Seconds(), 60);
   // What is free is had at once; another time it is worth while to wait again.
   ASSERT_EQ(::flock(stopped.get(), LOCK_UN), 0);
   user.Do("one=2");
   ASSERT_EQ(::flock(stopped.get(), LOCK_EX), 0);
-  EXPECT_EQ(user.Try("one=3").kind, ErrorKind::kBusy);
-  EXPECT_EQ(calls.Seconds(), 80);
-  calls.now += std::chrono::seconds(20);
-  EXPECT_EQ(user.Try("one=3").kind, ErrorKind::kBusy);
-  EXPECT_EQ(calls.Seconds(), 120);
+  for (const long seconds : {80, 120}) {
+    EXPECT_EQ(user.Try("one=3").kind, ErrorKind::kBusy);
+    EXPECT_EQ(calls.Seconds(), seconds);
+    calls.now += std::chrono::seconds(20);
+  }
 }
 
 TEST_F(RegistryStoreTest, WhatAnAdministratorWritesStaysTheUsers) {
