@@ -25,7 +25,8 @@ def has_ended(process_id):
 class RunTest(transcript.TranscriptTest):
     def script(self, text, name="program"):
         """A program that does what the shell script says."""
-        return self.path(name, b"#!/bin/sh\n" + text.encode(), 0o700)
+        os.chmod(self.path(name, b"#!/bin/sh\n" + text.encode()), 0o700)
+        return self.path(name)
 
     def start(self, text):
         return subprocess.Popen([transcript.DQTOOL, "run", self.script(text)], stdout=subprocess.PIPE,

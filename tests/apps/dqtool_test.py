@@ -183,7 +183,7 @@ class WordsTest(transcript.TranscriptTest):
         self.addCleanup(os.close, directory)
         for words in [["quote", "--platform", "db2"], ["template", "--file", "-"], ["objects", "-", "list"],
                       ["date", "convert", "--platform", "db2", "--in", "DD", "--out", "DD"]]:
-            self.assertEqual(self.dqtool(*words, stdin_file=directory),
+            self.assertEqual(self.dqtool(*words, stdin=directory),
                              (1, b"", f"dqtool: {words[0]}: cannot read standard input\n".encode()))
 
     def test_objects_and_their_templates(self):
@@ -217,7 +217,7 @@ class WordsTest(transcript.TranscriptTest):
             map =>2 ! list or add is needed ;; =>2 ! a FILE is needed, and list or add
             """)
         self.assertEqual(os.path.getsize(self.path("bad")), 3)
-        self.assertEqual(self.dqtool("objects", "-", "list", stdin=self.content("map"))[1],
+        self.assertEqual(self.dqtool("objects", "-", "list", input=self.content("map"))[1],
                          b"a\t40\town\ta\\x09b\nr\t16\tP\tQ\n")
 
     def test_dates(self):
@@ -471,21 +471,19 @@ class ProgramTest(transcript.TranscriptTest):
                                                  b"dqtool: 'dqtool --help' lists the commands\n"))
 
     def test_standard_streams_that_are_closed_or_full_are_told(self):
-        def status(redirection, *words):
-            result = subprocess.run(["sh", "-c", f'"$@" {redirection}', "sh", transcript.DQTOOL,
-                                     *words], capture_output=True, timeout=60, check=False)
-            return result.returncode, result.stdout, result.stderr
-        self.assertEqual(status(">/dev/full", "text", "44020"),
-                         (1, b"", b"dqtool: text: standard output: No space left on device\n"))
-        self.assertEqual(status(">&-", "text", "44020"),
-                         (1, b"", b"dqtool: text: standard output: Bad file descriptor\n"))
-        self.assertEqual(status(">&- 2>&- <&-", "text", "44020")[0], 1)
         # With number 1 free, the first file that is opened would be taken for standard output.
-        self.assertEqual(status(">&-", "run", "echo", "hello"),
-                         (1, b"", b"dqtool: run: standard output: Bad file descriptor\n"))
-        for redirection in ["<&-", "2>&-", "<&- 2>&-"]:
-            self.assertEqual(status(redirection, "run", "echo", "hello")[:2],
-                             (0, b"echo hello\nhello\n"), redirection)
+        for command, expected in [
+                ("text 44020 >/dev/full", (1, b"", b"text: standard output: No space left on device")),
+                ("text 44020 >&-", (1, b"", b"text: standard output: Bad file descriptor")),
+                ("run echo hello >&-", (1, b"", b"run: standard output: Bad file descriptor")),
+                ("text 44020 >&- 2>&- <&-", (1, b"", b"")),
+                ("run echo hello <&-", (0, b"echo hello\nhello\n", b"")),
+                ("run echo hello 2>&-", (0, b"echo hello\nhello\n", b"")),
+                ("run echo hello <&- 2>&-", (0, b"echo hello\nhello\n", b""))]:
+            result = subprocess.run(["sh", "-c", '"$0" ' + command, transcript.DQTOOL],
+                                    capture_output=True, timeout=60, check=False)
+            err = result.stderr.removeprefix(b"dqtool: ").removesuffix(b"\n")
+            self.assertEqual((result.returncode, result.stdout, err), expected, command)
         for words in [["words"], ["words", "--json"], ["date", "cells"]]:
             read_end, write_end = os.pipe()
             os.close(read_end)
