@@ -18,5 +18,50 @@ TEST(Pictures, CanAllBeToldApart) {
   EXPECT_EQ(bitmap.GetSafeHandle(), last);
 }
 
+/// Rows of pictures side by side, a letter for each of their colours.
+std::string Drawn(const std::vector<UINT>& ids, std::size_t first, std::size_t last) {
+  const std::map<COLORREF, char> letters = {{0xC0C0C0, ' '}, {0xDFDFDF, '.'}, {0x808080, ':'}};
+  std::string drawn;
+  for (std::size_t y = first; y <= last; ++y) {
+    for (const UINT id : ids) {
+      CBitmap bitmap;
+      DQRESOURCES_LoadBitmap(bitmap, id);
+      for (std::size_t x = 0; x < 16; ++x) {
+        const COLORREF color = bitmap.GetSafeHandle()->pixels[y * 16 + x];
+        drawn += color == 0 ? '#' : letters.contains(color) ? letters.at(color) : 'o';
+      }
+    }
+    drawn += '\n';
+  }
+  return drawn;
+}
+
+TEST(Pictures, ShowTheirNumbersBelowAnEmblem) {
+  EXPECT_EQ(Drawn({3012}, 0, 15), R"(...............:
+.              :
+.     oooo     :
+.  oooooooooo  :
+.  o  oooo  o  :
+.    o oo o    :
+.   o oooo o   :
+.     o  o     :
+.              :
+. ###  #  ###  :
+. # # ##    #  :
+. # #  #  ###  :
+. # #  #  #    :
+. ### ### ###  :
+.              :
+::::::::::::::::
+)");
+  EXPECT_EQ(Drawn({3037, 3148, 3169, 3205}, 9, 13), R"(
+. ### ### ###  :.  #  # # ###  :.  #  ### ###  :. ### ### ###  :
+. # #   #   #  :. ##  # # # #  :. ##  #   # #  :.   # # # #    :
+. # # ###  #   :.  #  ### ###  :.  #  ### ###  :. ### # # ###  :
+. # #   #  #   :.  #    # # #  :.  #  # #   #  :. #   # #   #  :
+. ### ###  #   :. ###   # ###  :. ### ### ###  :. ### ### ###  :
+)" + 1);
+}
+
 }  // namespace
 }  // namespace dq
