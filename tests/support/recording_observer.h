@@ -2,7 +2,7 @@
 //
 //   RecordingObserver observer;
 //   edit.LimitText(3);
-//   EXPECT_EQ(observer.Take(edit), std::vector{WindowChange::kContent});
+//   EXPECT_EQ(observer.Take(), "2 content ");
 
 #pragma once
 
@@ -15,19 +15,16 @@ namespace dq::testing {
 struct RecordingObserver : WindowObserver {
   ~RecordingObserver() override { SetWindowObserver(former); }
   void OnWindowChange(CWnd& window, WindowChange change) override {
-    changes.emplace_back(&window, change);
+    static constexpr const char* kNames[] = {
+        " created ", " destroyed ", " replaced ", " text ",        " rectangle ",
+        " shown ",   " enabled ",   " focus ",    " invalidated ", " order ",
+        " menu ",    " active ",    " content ",  " selection "};
+    changes += std::to_string(window.GetDlgCtrlID()) + kNames[static_cast<int>(change)];
   }
+  std::string Take() { return std::exchange(changes, {}); }
 
-  /// The changes of one window, in order; all that was recorded is forgotten.
-  std::vector<WindowChange> Take(const CWnd& window) {
-    std::vector<WindowChange> taken;
-    for (const auto& [changed, change] : std::exchange(changes, {})) {
-      if (changed == &window) taken.push_back(change);
-    }
-    return taken;
-  }
-
-  std::vector<std::pair<const CWnd*, WindowChange>> changes;
+  /// The ids of the windows and what has changed.
+  std::string changes;
   WindowObserver* const former = SetWindowObserver(this);
 };
 
