@@ -185,13 +185,13 @@ Error ReplaceFile(SystemCalls& calls, const Replacement& replacement,
   return error;
 }
 
-Error AwaitReplacements(SystemCalls& calls, const std::string& directory, const std::string& stem,
-                        std::chrono::nanoseconds deadline) {
+Error AwaitReplacements(SystemCalls& calls, LockPatience& patience, const std::string& directory,
+                        const std::string& stem, std::chrono::nanoseconds deadline) {
   Error error;
   VisitTemporaries(calls, directory, stem,
                    [&](const std::string&, const FileDescriptor& file, const Error&) {
                      if (!file.is_open() || !error.ok()) return;
-                     const Error locked = LockFile(calls, file.get(), LOCK_SH, deadline);
+                     const Error locked = patience.Lock(file.get(), LOCK_SH, deadline);
                      if (locked.kind == ErrorKind::kBusy) error = locked;
                    });
   return error;

@@ -8,6 +8,7 @@
 #include <string>
 #include <sys/stat.h>
 
+#include "dqlib/platform/posix/lock_patience.h"
 #include "dqlib/platform/posix/system_calls.h"
 
 namespace dq::platform::posix {
@@ -50,8 +51,8 @@ Error ReplaceFile(SystemCalls& calls, const Replacement& replacement,
 /// Waits until the files that are being filled in the directory under names that are made up from
 /// the stem are in place, or given up; at the deadline `kBusy`. Those that can't be opened are
 /// taken for what dead processes have left.
-Error AwaitReplacements(SystemCalls& calls, const std::string& directory, const std::string& stem,
-                        std::chrono::nanoseconds deadline);
+Error AwaitReplacements(SystemCalls& calls, LockPatience& patience, const std::string& directory,
+                        const std::string& stem, std::chrono::nanoseconds deadline);
 
 /// Renames a file or directory; `kAlreadyExists` if `to` is there.
 Error RenameToNew(SystemCalls& calls, const std::string& from, const std::string& to);

@@ -359,7 +359,8 @@ Error RegistryStore::MakeJournal() {
   CloseJournal();
   const std::string path = FilePath(kJournal);
   // Who folds the journal that was here before would put its snapshot over one of the new journal.
-  const Error awaited = AwaitReplacements(calls_, names_.directory, TemporaryStem(), deadline_);
+  const Error awaited =
+      AwaitReplacements(calls_, patience_, names_.directory, TemporaryStem(), deadline_);
   if (!awaited.ok()) return awaited;
   const auto make = [&] {
     const std::lock_guard tree(tree_mutex_);
