@@ -416,6 +416,7 @@ TEST_F(FormatDialog, ShowsWhatIsBuiltFourTimesASecondWithThePresentTime) {
     ASSERT_TRUE(view.Press(Dlg::kCustomize));
     EXPECT_EQ(dialog.GetPlace().Height() - small, 414 - 130);
     EXPECT_FALSE(Find(view, Dlg::kAMPM).enabled);
+    EXPECT_TRUE(view.Enter(Dlg::kHour, "hh24") && !Find(view, Dlg::kAMPM).enabled);
     EXPECT_EQ(Find(view, Dlg::kExample).value, "03-02-2001 04:05:06");
     EXPECT_TRUE(view.Enter(Dlg::kHour, "hh12") && view.Enter(Dlg::kAMPM, "AM"));
     EXPECT_TRUE(view.Enter(Dlg::kDay, "dd") && view.Enter(Dlg::kTimeDate, "1"));
@@ -442,7 +443,9 @@ TEST_F(FormatDialog, DisablesWhatTheColumnDoesNotHold) {
       std::string found;
       for (const int id : kControls) found += Find(view, id).enabled ? '+' : '-';
       EXPECT_EQ(found, wanted) << "but for hours, the marker is the hours' matter";
+      EXPECT_EQ(Find(view, Dlg::kCustomize).label, "Use Predefined");
       view.Press(Dlg::kCustomize);
+      EXPECT_EQ(Find(view, Dlg::kCustomize).label, "Customize");
       EXPECT_TRUE(Find(view, Dlg::kPredefined).enabled);
     });
   }
@@ -472,6 +475,8 @@ TEST_F(FormatDialog, OkMakesTheFormatTheCurrentOneAndAddsWhatWasBuilt) {
   EXPECT_EQ(Run(own, 7, ok), IDCANCEL);
   Dlg none(nullptr, 6);
   prompts_.on_dialog = [&none](platform::DialogView& view) {
+    EXPECT_EQ(Find(view, Dlg::kCustomize).label, "Customize");
+    EXPECT_FALSE(Find(view, Dlg::kCustomize).enabled);
     none.SendMessage(WM_COMMAND, Dlg::kCustomize, 0);
     view.Press(IDOK);
   };
