@@ -1,5 +1,6 @@
 #include "dqlib/dbvocab/db_utility.h"
 
+#include "dqlib/dbvocab/dbms_factory.h"
 #include "tests/support/temp_directory.h"
 #include "tests/support/testing.h"
 
@@ -56,6 +57,24 @@ TEST(DBUtility, NullCommandIsNoProgramWhateverRanBefore) {
   CString kept;
   EXPECT_EQ(utility.RunExecutable("pwd -P", kept, nullptr), 1);
   EXPECT_EQ(kept, output) << "the directory stays";
+}
+
+TEST(DBMSFactory, CallsThePlatformsCreatorBetweenItsHooks) {
+  struct Factory : CDBMSFactoryT<std::string> {
+    using CDBMSFactoryT::CDBMSFactoryT;
+    void PreCreateObject() override { calls += "<"; }
+    std::string* CreateSybase() override { return &(calls += "2"); }
+    std::string* CreateSpare5() override { return &(calls += "8"); }
+    void PostCreateObject(std::string* object) override { calls += object == &calls ? "> " : ". "; }
+    std::string calls;
+  };
+  std::string calls;
+  for (int platform = 0; platform < 12; ++platform) {
+    Factory factory(static_cast<DBMS>(platform));
+    EXPECT_EQ(factory.CreateObject() != nullptr, platform == 2 || platform == 8);
+    calls += factory.calls;
+  }
+  EXPECT_EQ(calls, "<. <. <2> <. <. <. <. <. <8> <. <. <. ");
 }
 
 }  // namespace

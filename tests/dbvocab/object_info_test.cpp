@@ -215,9 +215,16 @@ TEST(ObjectInfoDialog, EditsTheObject) {
   };
   HelpingWindow main;
   const char* const specific = "P.0123456789012345678901234567890";
+  const std::string n30(30, 'N'), longest = "Table " + n30 + "." + n30;
   for (const auto& [given, platform, answers, detach_shown, focus_text, title] :
        test::Rows<CDBObjectInfo, DBMS, std::string, int, const char*, const char*>{
            {{OT_TABLE, "", "T"}, DBMS_ORACLE, "2757=X", 1, "T", "Table SCOTT.T"},
+           {{OT_TABLE, "O", "T"},
+            DBMS_ORACLE,
+            "2756=" + n30 + "\n2757=" + n30 + "\npress 1",
+            1,
+            "T",
+            longest.c_str()},
            {{OT_TABLE, "O", "T"}, DBMS_ORACLE, "2754=View\n2756=P\npress 1", 1, "T", "View P.T"},
            {{OT_PROCEDURE, "O", specific}, DBMS_DB2, "press 1", 1, "P", "Procedure O.P"},
            {{OT_NODEGROUP, "", ""}, DBMS_DB2OS390, "2757=G\npress 1", 0, "", "Nodegroup SCOTT.G"},
@@ -237,6 +244,7 @@ TEST(ObjectInfoDialog, EditsTheObject) {
       ASSERT_NE(focus, nullptr);
       EXPECT_EQ(focus->GetDlgCtrlID(), text == nullptr ? 2754 : 2757);
       EXPECT_TRUE(text == nullptr || focus->GetWindowText() == text);
+      for (const int id : {2756, 2757}) EXPECT_FALSE(dialog.Enter(id, std::string(31, 'N')));
       script.Play(dialog);
       EXPECT_FALSE(script.problem()) << script.problem()->text;
     };
