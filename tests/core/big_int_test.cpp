@@ -131,6 +131,9 @@ TEST(BigInt, TakesItselfAsOperand) {
 }
 
 TEST(BigInt, TextsThatAreNoNumbersDoNoHarm) {
+  // "-" counts -3.
+  EXPECT_EQ(static_cast<int>(Big("1-2") * Big("3")), 216);
+  EXPECT_EQ(static_cast<int>(Big("1-2") + Big("14")), 86);
   for (const Text left : {"x", "1-2", "/5", "\xFF\xFF", "::::", "-/0"}) {
     for (const Text right : {"x", "/5", "\xFF\xFF", "::::", "a\x80", "-/0"}) {
       CDQBigInt number = Big(left);

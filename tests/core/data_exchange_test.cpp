@@ -54,14 +54,15 @@ TEST_F(DataExchange, BlanksAreTheNumberZeroOfEachType) {
 
 TEST_F(DataExchange, ReadsSixtyTwoCharactersOfBigNumbersWithoutBlanks) {
   CDQBigInt value;
-  edit.SetWindowText(std::string(63, '1').c_str());
+  const std::string digits = "-1234567890" + std::string(51, '1');
+  edit.SetWindowText((digits + "2").c_str());
   DQDDX_Text(&save, kEdit, value);
-  EXPECT_EQ(value.toString(), std::string(62, '1'));
+  EXPECT_EQ(value.toString(), digits);
   edit.SetWindowText("1 2");
   EXPECT_THROW(DQDDX_Text(&save, kEdit, value), CUserException);
   EXPECT_EQ(prompts.shown, (std::vector<ShownBox>{{"Please enter an integer.", 0, 61712}}));
   DQDDX_Text(&load, kEdit, value);
-  EXPECT_EQ(edit.GetWindowText(), std::string(62, '1').c_str());
+  EXPECT_EQ(edit.GetWindowText(), digits);
 }
 
 TEST_F(DataExchange, TrimsTextsAndHoldsRanges) {

@@ -46,7 +46,7 @@ TEST(DQString, WritesNumbersAndRealOnesByWidthAndPrecision) {
   EXPECT_EQ(all, "4294967295 -7 1 0 -2147483648 ") << "a long has 32 bits";
   // Without a precision the width is a number of significant digits.
   const Rows<double, int, int, const char*> rows = {
-      {1.5, 6, 2, "  1.50"},    {1.5, 0, 1, "1.5"},      {1.26, 1, 1, "1.3"}, {0.25, 0, 0, "0.25"},
+      {1.5, 6, 2, "  1.50"},    {1.26, 0, 1, "1.3"},     {1.26, 1, 1, "1.3"}, {0.25, 0, 0, "0.25"},
       {1234.5, 5, 0, "1234.5"}, {1234.5, 1, 0, "1e+03"}, {1.5, -1, 2, "1.5"}, {1.5, 6, -1, "1.5"}};
   for (const auto& [value, width, precision, expected] : rows) {
     text.SetDouble(value, width, precision);
@@ -106,6 +106,7 @@ TEST(DQString, OnlyTheCaselessReverseSearchSeesIndexZero) {
     EXPECT_EQ(text.ReverseFindNoCase("AB", start), no_case) << start;
     EXPECT_EQ(text.ReverseFindNoCase('A', start), no_case) << start;
   }
+  EXPECT_TRUE(text.ReverseFind("b") == 6 && text.ReverseFindNoCase('B') == 6);
   EXPECT_TRUE(text.ReverseFind("") == -1 && text.ReverseFindNoCase("") == -1);
   EXPECT_TRUE(CDQString().ReverseFind("a") == -1 && CDQString().ReverseFindNoCase("a") == -1);
   const TwoByteCharacters page;
@@ -144,6 +145,8 @@ TEST(DQString, DelimitedFieldsBeginAnewInsideTheFormerOne) {
            {"<a<b>", "<", ">", 0, "a<b"},
            {"<a<b>", "<", ">", 1, "b"},
            {"<a<b>", "<", ">", 2, ""},
+           {"<a<b>", "", ">", 0, ""},
+           {"<a<b>", "<", "", 0, ""},
            // The next search begins behind an opening taken to be as long as the closing.
            {"((a)b)", "(", "b)", 1, ""},
            {"((((a)", "((", ")", 2, "a"},

@@ -6,7 +6,8 @@
 #include "tests/support/forwarding_files.h"
 #include "tests/support/joined.h"
 #include "tests/support/manual_clock.h"
-#include "tests/support/own_settings.h"
+#include "tests/support/memory_registry.h"
+#include "tests/support/own_process.h"
 #include "tests/support/registry_dump.h"
 #include "tests/support/scripted_platform.h"
 #include "tests/support/scripted_prompts.h"
@@ -16,6 +17,7 @@ namespace dq {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace std::string_literals;
 using Utility = CDQFileUtility;
 using platform::Error;
 using platform::Result;
@@ -135,13 +137,14 @@ TEST_F(FileUtility, DirectoriesAreMadeFromTheOutside) {
   ScriptedPrompts prompts;
   std::string told;
   for (const std::string& wanted :
-       {file + "/x/y", std::string("c:\\x\\y"), std::string("\\\\srv\\share\\x\\y")}) {
+       {file + "/x/y", "c:\\x\\y"s, "\\\\srv\\share\\x\\y"s, "\\\\srv\\share"s}) {
     EXPECT_FALSE(Utility::CreateDirectory(wanted.c_str(), false)) << wanted;
     told += prompts.shown.back().text + "|";
   }
   EXPECT_EQ(told, "The directory " + file +
-                      " could not be created.|The directory c:\\x could not be created.|The "
-                      "directory \\\\srv\\share\\x could not be created.|");
+                      " could not be created.|The directory c:\\x could not be created.|"
+                      "The directory \\\\srv\\share\\x could not be created.|The directory "
+                      "\\\\srv\\share could not be created.|");
 }
 
 TEST_F(FileUtility, WritesReplaceOrAppendAndReportTheTextsLength) {
@@ -161,7 +164,8 @@ TEST_F(FileUtility, WritesReplaceOrAppendAndReportTheTextsLength) {
   EXPECT_FALSE(fs::is_regular_file("/dev/null"));
   EXPECT_TRUE(Utility::ReadFile(text, path.c_str()) && text == "all");
   EXPECT_FALSE(Utility::ReadFile(text, directory.path().c_str()) || text != "");
-  EXPECT_EQ(Utility::GetFileSize(path.c_str()), 3);
+  const auto open = test::OpenDescriptors();
+  EXPECT_TRUE(Utility::GetFileSize(path.c_str()) == 3 && test::OpenDescriptors() == open);
   EXPECT_EQ(Utility::GetFileSize((directory / "none").c_str()) + Utility::GetFileSize(nullptr), 0);
 }
 
@@ -316,10 +320,11 @@ TEST_F(FileUtility, NamesForDisplayKeepRootAndLastDirectories) {
   for (const auto& [path, length, at_least_name, expected] :
        Rows<const char*, int, int, const char*>{
            {"c:\\one\\two\\three.sql", 20, 1, "c:\\one\\two\\three.sql"},
-           {"c:\\first\\two\\three.sql", 21, 1, "c:\\...\\two\\three.sql"},
+           {"c:\\first\\two\\three.sql", 20, 1, "c:\\...\\two\\three.sql"},
            {"c:\\one\\two\\three.sql", 18, 1, "c:\\...\\three.sql"},
-           {"c:\\one\\two\\three.sql", 5, 1, "three.sql"},
-           {"c:\\one\\two\\three.sql", 5, 0, ""},
+           {"c:\\one\\two\\three.sql", 8, 1, "three.sql"},
+           {"c:\\one\\two\\three.sql", 8, 0, ""},
+           {"c:\\one\\two\\three.sql", 9, 0, "three.sql"},
            {"/one/two/three.sql", 17, 0, "/.../three.sql"},
            {"\\\\srv\\all\\first\\x.sql", 20, 0, "\\\\srv\\all\\...\\x.sql"},
            {"", -1, 1, ""}}) {
@@ -331,12 +336,18 @@ TEST_F(FileUtility, NamesForDisplayKeepRootAndLastDirectories) {
 
 TEST_F(FileUtility, FileTypesAreRegisteredUpToTheFirstRefusal) {
   testing::ScriptedPlatform platform;
-  platform::Registry& registry = *platform::Current().registry;
+  test::MemoryRegistry registry;
+  const platform::ScopedPlatform scope(test::With(&platform::Platform::registry, &registry));
   EXPECT_TRUE(Utility::RegisterFileType("DQScript", "SQL Script", ""));
   EXPECT_FALSE(Utility::RegisterFileType("DQScript", "SQL Script", "sql") ||
                Utility::RegisterFileType(nullptr, "SQL Script", ".sql") ||
                Utility::RegisterFileType("", "SQL Script", ".sql"));
   EXPECT_TRUE(Utility::RegisterFileType("DQScript", "SQL Script", ".sql"));
+  registry.changes = 0;
+  EXPECT_TRUE(Utility::RegisterFileType("DQScript", "SQL Script", ".sql") && registry.changes == 3);
+  registry.refusal = {platform::ErrorKind::kNoSpace, 0};
+  EXPECT_FALSE(Utility::RegisterFileType("Refused", "SQL Script", ""));
+  registry.refusal = {};
   platform.modules.path = "/opt/my host";
   EXPECT_TRUE(Utility::RegisterFileType("Other", "Other Type", ""));
   std::string entered;

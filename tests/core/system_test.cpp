@@ -152,22 +152,22 @@ TEST(LocaleInfo, FallsBackOnlyWhereAnItemCantBeRead) {
 }
 
 TEST(Guid, ShowsItsFormsAndKeepsItsValueForOtherTexts) {
-  CDQGuid guid("0012abCD-0234-F678-9abc-def01234567f");
+  CDQGuid guid("8012abCD-0234-F678-9abc-def01234567f");
   for (const char* text :
        {"{11111111-1111-1111-1111-111111111111}", "11111111-1111-1111-1111-11111111111g",
         "11111111-1111-1111-1111011111111111", kNone}) {
     guid.SetGUID(text);
   }
-  EXPECT_STREQ(guid.GetODLString(), "0012ABCD-0234-F678-9ABC-DEF01234567F");
+  EXPECT_STREQ(guid.GetODLString(), "8012ABCD-0234-F678-9ABC-DEF01234567F");
   EXPECT_STREQ(guid.GetStructString(),
-               "0X0012ABCD, 0X0234, 0XF678, 0X9A, 0XBC, 0XDE, 0XF0, 0X12, 0X34, 0X56, 0X7F");
-  EXPECT_STREQ(guid.GetRegistryString(), "{0012ABCD-0234-F678-9ABC-DEF01234567F}");
+               "0X8012ABCD, 0X0234, 0XF678, 0X9A, 0XBC, 0XDE, 0XF0, 0X12, 0X34, 0X56, 0X7F");
+  EXPECT_STREQ(guid.GetRegistryString(), "{8012ABCD-0234-F678-9ABC-DEF01234567F}");
   EXPECT_STREQ(guid, guid.GetRegistryString());
   EXPECT_EQ(guid.GetGUID(),
-            (GUID{0x12ABCD, 0x234, 0xF678, {0x9A, 0xBC, 0xDE, 0xF0, 0x12, 0x34, 0x56, 0x7F}}));
+            (GUID{0x8012ABCD, 0x234, 0xF678, {0x9A, 0xBC, 0xDE, 0xF0, 0x12, 0x34, 0x56, 0x7F}}));
   EXPECT_STREQ(CDQGuid(guid.GetGUID()), guid);
   EXPECT_TRUE(CDQGuid(guid.GetGUID()) == guid && guid == CString(guid) && CDQGuid() < guid);
-  EXPECT_TRUE(guid == "{0012ABCD-0234-F678-9ABC-DEF01234567F}" && guid > "{0012" && "{1" > guid);
+  EXPECT_TRUE(guid == "{8012ABCD-0234-F678-9ABC-DEF01234567F}" && guid > "{8012" && "{9" > guid);
   EXPECT_STREQ(CDQGuid(), "{00000000-0000-0000-0000-000000000000}");
 }
 
