@@ -190,7 +190,8 @@ void CDQOptionsServer::SetVariables(const OptionsFile& contents, const std::stri
 }
 
 void CDQOptionsServer::RemoveOptions(const char* file, int firstId, int lastId) {
-  const std::string_view name = OrEmpty(file);
+  // A copy, because it may be that of an option that goes.
+  const std::string name(OrEmpty(file));
   Unregister(name, firstId, lastId, {});
   std::erase_if(m_registrations, [&](const Registration& each) {
     return each.file == name && each.first <= lastId && each.last >= firstId;

@@ -364,7 +364,7 @@ TEST_F(OptionsServer, RegistersARangeOfAFileOnceAndRemovesIt) {
   EXPECT_TRUE(Ids() == "10 " && server.GetOptionIDByName("NUMBER") == -1);
   EXPECT_TRUE(Add("own.dqo", 11, 11) && Add("own.dqo", 10, 11, true, true));
   EXPECT_TRUE(Ids() == "10 11 " && server.GetOptionIDByName("NUMBER") == 11);
-  server.RemoveOptions("own.dqo", 1, 100);
+  server.RemoveOptions(server.GetOptionByID(10)->GetFile(), 1, 100);
   EXPECT_EQ(Ids(), "");
   EXPECT_TRUE(Add("own.dqo", 10, 11, true, true));
   EXPECT_FALSE(server.GetBool(10)) << "a removed option's value stays kept";
