@@ -1,5 +1,7 @@
 // The tree of windows, what its observer is told, and the way of commands through it.
 
+#include "dqlib/framework/base/resource_chain.h"
+#include "dqlib/framework/base/resource_module.h"
 #include "dqlib/framework/windows/dialog.h"
 #include "dqlib/framework/windows/doc_view.h"
 #include "dqlib/framework/windows/frame_wnd.h"
@@ -402,6 +404,28 @@ TEST(Document, TellsTheViewsThatAreStillThereUntilItGoesItself) {
   document->UpdateAllViews(nullptr);
   EXPECT_EQ(LogWnd::log, "0:7 2:7 3:7 0:8 1:8 3:8 0:9 1:9 0:0 ");
   EXPECT_TRUE(views[1]->GetDocument() == nullptr && views[3]->GetDocument() == &other);
+}
+
+TEST(Frame, HasTheMenuOfAResourceAndAsItsActiveViewTheFirstOrTheOneWithTheFocus) {
+  ResourceModule module;
+  module.AddResource(RESOURCE_MENU, 5, "item 44 \"a\"\n");
+  module.AddResource(RESOURCE_DIALOG, 5, "caption \"Form\"\nsize 30 20\nedit 9 \"x\" 0 0 1 1\n");
+  module.AddString(5, "ready");
+  const CDynLinkLibrary link(&module);
+  CFrameWnd frame;
+  EXPECT_TRUE(!frame.Create("Frame", "", {}, 4) && frame.Create("Frame", "", {}, 5));
+  EXPECT_EQ(frame.GetMenu()->GetMenuItemID(0), 44U);
+  frame.SetMessageText(5U);
+  CDocument document;
+  CView view;
+  CFormView form(5), none(4);
+  ASSERT_TRUE(view.Create(&frame, {}, 1, &document) && form.Create(&frame, 2, &document));
+  EXPECT_TRUE(frame.GetActiveView() == &view && !none.Create(&frame, 3, &document));
+  form.SetFocus();
+  EXPECT_EQ(frame.GetActiveView(), &form);
+  EXPECT_EQ(frame.GetMessageText() + form.GetWindowText() + form.GetDlgItemText(9), "readyFormx");
+  form.OnInitialUpdate();
+  EXPECT_EQ(form.GetUpdateRect(), (CRect{0, 0, 30, 20}));
 }
 
 TEST(Commands, ChildFramesAreActiveOneAtATime) {
