@@ -2,6 +2,7 @@
 
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/base/resource_module.h"
+#include "dqlib/framework/controls/button.h"
 #include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/menu_model.h"
 #include "dqlib/framework/windows/tool_bar.h"
@@ -151,7 +152,7 @@ struct Frame : CFrameWnd {
   bool deletes_itself = false;
 };
 
-TEST(Updates, ReachEveryItemWhileHandlersChangeTheMenu) {
+TEST(Updates, ReachEveryItemWhileHandlersChangeTheMenuAndControlsToo) {
   CMenu menu;
   ASSERT_TRUE(menu.LoadMenuIndirect(
       "item 10 \"\"\nitem 11 \"\"\nitem 12 \"\"\npopup \"\"\nitem 13 \"\"\nend\nitem 15 \"\"\n"
@@ -160,6 +161,21 @@ TEST(Updates, ReachEveryItemWhileHandlersChangeTheMenu) {
   Frame::updated.clear();
   menu.UpdateItems(frame);
   EXPECT_EQ(Frame::updated, "10 11 12 15 13 ");
+  CCmdUI popup, control;
+  popup.m_pMenu = &menu;
+  popup.m_pSubMenu = menu.GetSubMenu(popup.m_nIndex = 2);
+  CButton check(ButtonKind::kCheck);
+  check.CreateWnd("Button");
+  control.m_pOther = &check;
+  for (CCmdUI* each : {&popup, &control}) {
+    each->Enable(0);
+    each->SetRadio(1);
+    each->SetText("x");
+  }
+  EXPECT_TRUE(!check.IsWindowEnabled() && check.GetCheck() == 1);
+  control.m_nID = 15;
+  EXPECT_TRUE(!control.DoUpdate(frame, true) && check.IsWindowEnabled());
+  EXPECT_STREQ(check.GetWindowText(), "x") << "and the popup stays as it was";
   EXPECT_EQ(Dump(menu), "10:+8 12:+3 -1:(13:r+208)1 15: 30:+3");
 }
 
