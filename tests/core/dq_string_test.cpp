@@ -1,5 +1,6 @@
 #include "dqlib/core/dq_string.h"
 
+#include "dqlib/platform/checksum.h"
 #include "tests/support/manual_clock.h"
 #include "tests/support/own_service.h"
 #include "tests/support/scripted_locale.h"
@@ -190,17 +191,19 @@ TEST(DQString, FixedFieldsEndAtAZeroAndLeaveTheLengthThere) {
 }
 
 TEST(DQString, RandomTextFollowsFromTheTicks) {
-  for (const auto& [ticks, type, expected] : Rows<DWORD, int, const char*>{
-           {1000, CDQString::RANDOM_ALPHANUMERIC, "id-qBCde23NOjmE"},
-           {1000, CDQString::RANDOM_ALPHA, "id-qBTdpsDNfjmG"},
-           {1000, 7, "id-9L_r\x85\x98\xab\xbe\xd1\xe4\xf7\n"},
+  for (const auto& [ticks, type, expected, checksum] : Rows<DWORD, int, const char*, DWORD>{
+           {1000, CDQString::RANDOM_ALPHANUMERIC, "id-qBCde23NOjmE", 0x58463BEA},
+           {1000, CDQString::RANDOM_ALPHA, "id-qBTdpsDNfjmG", 0x52A78746},
+           {1000, 7, "id-9L_r\x85\x98\xab\xbe\xd1\xe4\xf7\n", 0xED61B865},
            // The product wraps at 32 bits.
-           {4'000'000'001, CDQString::RANDOM_NUMERIC, "id-604836260583"}}) {
+           {4'000'000'001, CDQString::RANDOM_NUMERIC, "id-604836260583", 0x487617AB}}) {
     testing::ManualClock clock(ticks);
     const platform::ScopedPlatform scope(test::With(&platform::Platform::clock, &clock));
-    CDQString text("id-");
+    CDQString text("id-"), many;
     text.GenerateRandomString(12, static_cast<CDQString::RANDOMSTRINGTYPE>(type));
     EXPECT_EQ(text, expected) << ticks << " " << type;
+    many.GenerateRandomString(5000, static_cast<CDQString::RANDOMSTRINGTYPE>(type));
+    EXPECT_EQ(platform::Checksum(many.View()), checksum) << ticks << " " << type;
   }
 }
 

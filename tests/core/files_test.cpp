@@ -429,6 +429,17 @@ TEST_F(DQFile, WritesNumbersTextsAndLineEndsOfBothKinds) {
   }
 }
 
+TEST_F(DQFile, StandardOutputTakesTextsAndGivesNone) {
+  ::testing::internal::CaptureStdout();
+  CDQFile output("", FILE_OPEN_STDOUT);
+  CString text = "old";
+  char byte = 0;
+  EXPECT_TRUE(output.Open() && output.Write("one") && output.WriteLine("!"));
+  EXPECT_TRUE(output.ReadLine(text) == 0 && text == "" && output.fseek(0, 0) == -1);
+  EXPECT_TRUE(output.ReadBytes(&byte, 1) == 0 && output.Close());
+  EXPECT_EQ(::testing::internal::GetCapturedStdout(), "one!\n");
+}
+
 TEST_F(DQFile, WholeFilesAndAttributes) {
   CDQFile file(directory.Put("f", "a\r\nb"), FILE_OPEN_READ);
   directory.Put("g", "overwritten");

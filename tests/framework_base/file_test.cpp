@@ -40,6 +40,12 @@ TEST(File, OpenFlagsMakeEmptyKeepAndShare) {
     appender.Write("!", 1);
   }
   EXPECT_EQ(directory.Get("f"), "older!");
+  {
+    CFile watched(path.c_str(), CFile::modeRead | CFile::shareDenyWrite);
+    EXPECT_TRUE(file.Open(path.c_str(), CFile::modeRead) &&
+                !CFile().Open(path.c_str(), CFile::modeWrite));
+    file.Close();
+  }
   CFile alone(path.c_str(), 0x1021);
   EXPECT_EQ(directory.Get("f"), "");
   EXPECT_EQ(CauseOf([&] { CFile second(path.c_str(), CFile::modeWrite); }),
@@ -303,6 +309,17 @@ TEST(Archive, NestingThatWouldExhaustTheStackIsRefusedBothWays) {
   for (std::size_t i = 0; i + 1 < nodes.size(); ++i) nodes[i].next = &nodes[i + 1];
   EXPECT_THROW(Stored([&](CArchive& archive) { archive << &nodes[0]; }), Failure);
   EXPECT_EQ(LoadObjects(Stored([&](CArchive& archive) { archive << &nodes[1]; })), Failure::none);
+}
+
+TEST(Archive, WhatWasReadAheadIsGivenBack) {
+  CMemFile file;
+  file.Write("abc", 3);
+  file.SeekToBegin();
+  CArchive archive(&file, CArchive::load);
+  BYTE byte = 0;
+  archive >> byte;
+  archive.Close();
+  EXPECT_TRUE(byte == 'a' && file.GetPosition() == 1);
 }
 
 TEST(Archive, WrongDirectionsAndClassesThatCantBeReadBackAreRefused) {
