@@ -157,21 +157,23 @@ int CountLinks() {
 
 TEST(Library, EntryPointAttachesAndTakesNothingDown) {
   const HINSTANCE library = &LibraryResources();
-  EXPECT_EQ(CountLinks(), 1);
-  const test::Rows<HINSTANCE, DWORD, int, int, std::vector<HINSTANCE>> rows = {
-      {library, PROCESS_ATTACH, 1, 2, {library}},
-      {nullptr, PROCESS_ATTACH, 0, 2, {nullptr}},
-      {library, THREAD_ATTACH, 1, 2, {}},
-      {library, THREAD_DETACH, 1, 2, {}},
-      {library, PROCESS_DETACH, 1, 2, {library}}};
-  for (const auto& [module, reason, result, links, asked] : rows) {
+  const int before = CountLinks();
+  EXPECT_GT(before, 0);
+  // Only the first attaches.
+  const test::Rows<HINSTANCE, DWORD, int, std::vector<HINSTANCE>> rows = {
+      {library, PROCESS_ATTACH, 1, {library}},
+      {nullptr, PROCESS_ATTACH, 0, {nullptr}},
+      {library, THREAD_ATTACH, 1, {}},
+      {library, THREAD_DETACH, 1, {}},
+      {library, PROCESS_DETACH, 1, {library}}};
+  for (const auto& [module, reason, result, asked] : rows) {
     testing::ScriptedPlatform platform;
     EXPECT_EQ(DQLIB_EntryPoint(module, reason, nullptr), result) << reason;
-    EXPECT_EQ(CountLinks(), links) << reason;
+    EXPECT_EQ(CountLinks(), before + 1) << reason;
     EXPECT_EQ(platform.modules.named, asked) << reason;
   }
   DQLIB_InitializeExtensionDLL();
-  EXPECT_EQ(CountLinks(), 3);
+  EXPECT_EQ(CountLinks(), before + 2);
 }
 
 /// The ids of the pictures that an operation gives for the indices 0 to `count` - 1, each followed
