@@ -29,11 +29,8 @@ TEST(DialogTemplate, TextGivesControlsAndABrokenOneNamesItsLine) {
   EXPECT_TRUE(edit.Has("hidden") && !edit.Has("limit"));
   EXPECT_EQ(edit.Number("limit", 0) + edit.Number("lim", 7), 37);
   EXPECT_TRUE(
-      ReadDialogTemplate("size\t32767 0\nedit 65535 \"\" -32767 32767 0 32767\n"
-                         "text -1 \"\t\\t\\\\\" 0 0 0 0 limit=0\n"
-                         "list 1\"\"0 0 0 0 hidden disabled group password multiline\n"
-                         "spin 1 \"\" 0 0 0 0 readonly number sorted multiple dropdown\n"
-                         "combo 1 \"\" 0 0 0 0 droplist buddy\nchecklist 1 \"\" 0 0 0 0\n"));
+      ReadDialogTemplate("size\t32767 0\nedit 65535 \"\" -32767 32767 0 32767 limit=0 dropdown\n"
+                         "text -1\"\t\\t\\\\\"0 0 0 0 hidden disabled\n"));
   const test::Rows<const char*, std::vector<std::string>> rows = {
       {"line 2: a second caption", {"caption \"\"\ncaption \"\""}},
       {"line 3: a second size", {"size 1 1\n\nsize 1 1"}},
