@@ -13,29 +13,26 @@ namespace {
 
 constexpr char kMax[] = "--max";
 
-/// Why the file can't be written, on one line.
-int Refused(const std::string& file, const dq::CString& reason) {
-  const std::string text(reason.View());
-  return Complain("cannot write " + file + (text.empty() ? "" : ": ") + text);
-}
-
-int Append(const std::string& file, const std::string& text, dq::DWORD kilobytes) try {
+void Append(const std::string& file, const std::string& text, dq::DWORD kilobytes) {
   dq::CDQLog log(file.c_str(), kilobytes, true);
-  if (!log.HasFile()) return Refused(file, "");
+  if (!log.HasFile()) throw dq::CFileException(log.GetOpenFailure());
   log.LogMessage(dq::CString(text));
   log.WaitForWarning();
-  return kYes;
-} catch (const dq::CFileException& failure) {
-  return Refused(file, dq::CDQSystemErrorMsg(failure.m_lOsError).GetErrorMessage());
 }
 
-int Write(const Arguments& arguments, const std::string& file) {
+int Write(const Arguments& arguments, const std::string& file) try {
   const std::string& text = arguments.words[1];
   const std::string* const word = arguments.Find(kMax);
   const auto kilobytes = word == nullptr ? 0 : ReadNumber<dq::DWORD>(*word, "KB");
-  if (!arguments.Has("--once")) return Append(file, text, kilobytes);
-  const int done = dq::DQLIB_WriteLogFile(file.c_str(), text.c_str(), static_cast<long>(kilobytes));
-  return done == 1 ? int{kYes} : Refused(file, "");
+  if (arguments.Has("--once")) {
+    dq::WriteLogEntry(file.c_str(), text.c_str(), static_cast<long>(kilobytes));
+  } else {
+    Append(file, text, kilobytes);
+  }
+  return kYes;
+} catch (const dq::CFileException& failure) {
+  const dq::CString reason = dq::CDQSystemErrorMsg(failure.m_lOsError).GetErrorMessage();
+  return Complain("cannot write " + file + ": " + std::string(reason.View()));
 }
 
 int RunLog(const Arguments& arguments) {

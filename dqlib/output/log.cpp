@@ -91,7 +91,7 @@ void CDQLog::Initialize() {
   auto file = std::make_unique<CFile>();
   constexpr UINT kFlags = CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite |
                           CFile::shareDenyNone | CFile::modeAppend;
-  if (!file->Open(m_strLogFileName, kFlags)) {
+  if (!file->Open(m_strLogFileName, kFlags, &m_openFailure)) {
     AfxMessageBoxWithCaption(LoadText(IDS_LOG_OPEN_FAILED), LoadText(IDS_LOG_CAPTION), BOX_OK);
     return;
   }
@@ -158,24 +158,27 @@ bool CDQLog::ClearLogFile() {
   return true;
 }
 
-int DQLIB_WriteLogFile(const char* path, const char* text, long maxKilobytes) try {
-  if (path == nullptr || text == nullptr) return -1;
+void WriteLogEntry(const char* path, const char* text, long maxKilobytes) {
   CFileStatus status;
   const bool exists = CFile::GetStatus(path, status) != 0;
   const std::int64_t limit =
       std::clamp<std::int64_t>(maxKilobytes, 0, std::numeric_limits<std::int32_t>::max()) *
       kBytesInKilobyte;
   const CString entry = CDQSystemInfo::GetCurrentDateTime(DATE_SHORT) + "\r\n" + text + "\r\n";
-  CFile file;
   // Nothing is emptied before the file is held: another process may be writing its entry just now.
   constexpr UINT kFlags =
       CFile::modeWrite | CFile::shareDenyWrite | CFile::modeNoTruncate | CFile::modeAppend;
-  if (!file.Open(path, kFlags | (exists ? 0 : UINT{CFile::modeCreate}))) return -1;
+  CFile file(path, kFlags | (exists ? 0 : UINT{CFile::modeCreate}));
   if (limit > 0 && CFile::GetStatus(path, status) && FoundSize(status.m_size) >= limit) {
     file.SetLength(0);
   }
   file.Write(static_cast<const char*>(entry), static_cast<UINT>(entry.GetLength()));
   file.Close();
+}
+
+int DQLIB_WriteLogFile(const char* path, const char* text, long maxKilobytes) try {
+  if (path == nullptr || text == nullptr) return -1;
+  WriteLogEntry(path, text, maxKilobytes);
   return 1;
 } catch (const CFileException&) {
   return -1;

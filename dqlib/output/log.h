@@ -51,8 +51,9 @@ class CDQLog : public CObject {
   void LogMessage(UINT stringId, const char* arg);
   void LogMessage(UINT stringId, const char* arg1, const char* arg2);
 
-  /// Whether there is a file to write to.
+  /// Whether there is a file to write to, and why `Initialize` couldn't open it.
   bool HasFile() const { return m_pFile != nullptr; }
+  const CFileException& GetOpenFailure() const { return m_openFailure; }
   /// Waits until no warning of this log stands any more: a program that is about to end would take
   /// the warning with it.
   void WaitForWarning() const;
@@ -77,6 +78,7 @@ class CDQLog : public CObject {
   bool m_bUseLog = true;
   DWORD m_nMaxFileSize = 1000;
   std::unique_ptr<CFile> m_pFile;
+  CFileException m_openFailure;
   /// Shared with the warning's thread, which may outlive the log.
   std::shared_ptr<detail::LogWarning> m_pWarning;
 };
@@ -88,5 +90,8 @@ class CDQLog : public CObject {
 /// Returns 1, or -1 if a text is null or the file can't be opened or written, also because another
 /// writer has it open just then.
 int DQLIB_WriteLogFile(const char* path, const char* text, long maxKilobytes);
+
+/// The same, which tells why: throws a `CFileException` instead of returning -1.
+void WriteLogEntry(const char* path, const char* text, long maxKilobytes);
 
 }  // namespace dq

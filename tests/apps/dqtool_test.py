@@ -75,10 +75,10 @@ class FactsTest(transcript.TranscriptTest):
             [log]
             --once x.log '' => ;; x.log '' => ;; x.log 'two words' =>
             x.log x --max -1 =>2 ! KB is a number from 0 to 4294967295, not '-1'
-            '' x =>2 ! FILE is empty ;; --once $D x =>1 ! cannot write $D
+            '' x =>2 ! FILE is empty ;; --once $D x =>1 ! cannot write $D: Is a directory
             $D x =>1 ! Unable to open Log file for writing...
             /dev/full x =>1 ! cannot write /dev/full: No space left on device
-            none/x.log x =>1 ! Unable to open Log file for writing... ;; - text => ~$STAMP  text\r
+            none/x.log x =>1 ! Unable to open Log file for writing\ncannot write none/x.log: No such file or directory ;; - text => ~$STAMP  text\r
             """)
         # Without its locale a program writes as in the United States.
         self.environment["LC_ALL"] = "xx_YY.UTF-8"
