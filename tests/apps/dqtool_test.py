@@ -382,11 +382,12 @@ class StoresTest(transcript.TranscriptTest):
         self.assertEqual(self.content("f.ini"), b"[T]\r\nL=1\r\n")
 
     def test_questions_and_wrong_usage_write_nothing(self):
+        self.environment["TMPDIR"] = self.directory
         for words in ["date default --platform db2", "date convert --platform db2 --in D --out D 1",
                       "option list", "option get 50144", "option unset 50144", "settings list",
                       "settings export", "system", "identity", "types --platform db2", "words",
                       "dialog --list", "dialog options --controls", "dialog options",
-                      "ini f.ini get S K", "ini f.ini sections", "objects m list",
+                      "ini f.ini get S K", "ini - sections", "objects m list", "log - x",
                       "quote --platform oracle a", "option set 1 1", "option set 50198 9"]:
             self.dqtool(*words.split(" "))
             self.assertEqual(self.dqtool("settings", "list"), (0, b"", b""), words)
