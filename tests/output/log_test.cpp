@@ -1,5 +1,7 @@
 #include "dqlib/output/log.h"
 
+#include <semaphore>
+
 #include "dqlib/core/dq_string.h"
 #include "dqlib/core/ini_file.h"
 #include "dqlib/core/system_info.h"
@@ -22,53 +24,41 @@ using testing::ShownBox;
 
 constexpr char kTime[] = "2/3/2001 04:05:06.007";
 
-/// Boxes that stand until the test answers them. Any thread, one at a time.
-class StandingPrompts : public platform::Prompts {
- public:
-  int Show(std::string_view caption, std::string_view text, UINT type, UINT) override {
-    boxes += std::string(caption) + "|" + std::string(text) + "|" + std::to_string(type) + "\n";
-    ++shown;
-    shown.notify_all();
-    answer_.wait(0);
-    return answer_.exchange(0);
-  }
-  void RunDialog(platform::DialogView&) override {}
-  /// Waits until so many boxes have been shown.
-  void AwaitBox(int count) {
-    for (int now; (now = shown) < count;) shown.wait(now);
-  }
-  /// Answers once so many boxes have been shown.
-  void Answer(int count, BoxButton button) {
-    AwaitBox(count);
-    answer_ = button;
-    answer_.notify_all();
-  }
-
-  std::atomic<int> shown = 0;
-  /// Only while none stands.
-  std::string boxes;
-
- private:
-  std::atomic<int> answer_ = 0;
-};
-
 class LogTest : public ::testing::Test {
  protected:
-  LogTest() { locale_.items[LOCALE_SSHORTDATE] = "M/d/yyyy"; }
+  LogTest() {
+    locale_.items[LOCALE_SSHORTDATE] = "M/d/yyyy";
+    prompts_.on_box = [this] {
+      ++shown_;
+      shown_.notify_all();
+      answers_.acquire();
+    };
+  }
 
   static std::string Line(std::string_view text) {
     return std::string(kTime) + "  " + std::string(text) + "\r\n";
+  }
+  /// Waits until so many boxes have been shown.
+  void AwaitBox(int count) {
+    for (int now; (now = shown_) < count;) shown_.wait(now);
+  }
+  /// Then has the last of them answered: the first by OK, the next by Cancel, and so on.
+  void Answer(int count) {
+    AwaitBox(count);
+    answers_.release();
   }
 
   TempDirectory directory_;
   const std::string path_ = directory_ / "x.log";
   testing::ManualClock clock_;
   test::ScriptedLocale locale_;
-  StandingPrompts standing_;
+  /// One at a time, on any thread.
+  ScriptedPrompts prompts_{BUTTON_OK, BUTTON_CANCEL, BUTTON_OK, BUTTON_CANCEL};
+  std::atomic<int> shown_ = 0;
 
  private:
+  std::counting_semaphore<> answers_{0};
   const platform::ScopedPlatform time_{test::With(&platform::Platform::clock, &clock_)};
-  const platform::ScopedPlatform person_{test::With(&platform::Platform::prompts, &standing_)};
 };
 
 TEST_F(LogTest, WritesOneStampedLineAnEntryBehindWhatIsThere) {
@@ -132,14 +122,17 @@ TEST_F(LogTest, WarnsWhenTheFileIsLargerThanItsLimitOnly) {
     made_silent.SetMaxFileSize(1);
     made_silent.Initialize();
     log.LogMessage("text");
-    if (excess != 0) standing_.Answer(1, BUTTON_OK);
+    if (excess != 0) Answer(1);
     log.WaitForWarning();
     for (CDQLog* const each : {&silent, &made_silent}) {
       each->LogMessage("text");
       each->WaitForWarning();
     }
   }
-  EXPECT_EQ(standing_.boxes, "Log- Warning|Log file length has exceeded the maximum limit|1\n");
+  EXPECT_EQ(
+      prompts_.shown,
+      (std::vector<ShownBox>{{"Log file length has exceeded the maximum limit", BOX_OK_CANCEL}}));
+  EXPECT_EQ(prompts_.shown[0].caption, "Log- Warning");
 }
 
 TEST_F(LogTest, OneWarningStandsWhileTheLogGoesOn) {
@@ -149,28 +142,26 @@ TEST_F(LogTest, OneWarningStandsWhileTheLogGoesOn) {
   const auto write = [&](CDQLog& to, int shown) {
     to.LogMessage("text");
     written += Line("text");
-    standing_.AwaitBox(shown);
-    EXPECT_EQ(standing_.shown, shown);
-  };
-  const auto answer = [&](int box, BoxButton button) {
-    standing_.Answer(box, button);
-    log->WaitForWarning();
+    AwaitBox(shown);
+    EXPECT_EQ(shown_, shown);
   };
   for (int i = 0; i < 3; ++i) write(*log, 1);
-  answer(1, BUTTON_OK);
+  Answer(1);
+  log->WaitForWarning();
   write(*log, 2);
-  answer(2, BUTTON_CANCEL);
+  Answer(2);
+  log->WaitForWarning();
   write(*log, 2);
   log->WaitForWarning();
-  EXPECT_EQ(standing_.shown, 2);
+  EXPECT_EQ(shown_, 2);
   // One box at a time, and each may outlive its log.
   CDQLog other(path_.c_str(), 1, true);
   log = std::make_unique<CDQLog>(path_.c_str(), 1, true);
   write(*log, 3);
   log.reset();
   write(other, 3);
-  standing_.Answer(3, BUTTON_OK);
-  standing_.Answer(4, BUTTON_CANCEL);
+  Answer(3);
+  Answer(4);
   other.WaitForWarning();
   EXPECT_EQ(directory_.Get("x.log"), written);
 }
@@ -256,13 +247,13 @@ TEST_F(LogTest, WhatOthersWriteAndANewLimitCount) {
   CDQLog log(path_.c_str(), 1, true);
   std::filesystem::resize_file(path_, 1024);
   log.LogMessage("above");
-  standing_.Answer(1, BUTTON_OK);
+  Answer(1);
   log.WaitForWarning();
   log.SetMaxFileSize(0xFFFFFFFF);
   log.LogMessage("below");
   log.SetMaxFileSize(1);
   log.LogMessage("above");
-  standing_.Answer(2, BUTTON_CANCEL);
+  Answer(2);
   log.WaitForWarning();
 }
 
