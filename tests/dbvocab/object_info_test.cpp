@@ -13,7 +13,6 @@
 #include "tests/support/failing_memory.h"
 #include "tests/support/failing_system_calls.h"
 #include "tests/support/forked_process.h"
-#include "tests/support/forwarding_files.h"
 #include "tests/support/main_window.h"
 #include "tests/support/own_settings.h"
 #include "tests/support/scripted_prompts.h"
@@ -304,7 +303,10 @@ class ObjectInfoMapTest : public ::testing::Test {
   }
 
   test::TempDirectory files_;
-  testing::ScriptedPrompts prompts_;
+  test::FailingSystemCalls calls_;
+  const std::unique_ptr<platform::Files> failing_ = platform::posix::MakeFiles(calls_);
+  const platform::ScopedPlatform scope_{test::With(&platform::Platform::files, failing_.get())};
+  ScriptedPrompts prompts_;
   CDBObjectInfoMap map_;
   const std::string path_ = files_ / "map";
 };
@@ -343,20 +345,17 @@ TEST_F(ObjectInfoMapTest, FileHasTheFormOfEarlierReleasesByteForByte) {
 }
 
 TEST_F(ObjectInfoMapTest, EachFailingCallAndAllocationLeavesAWholeFileAndAWholeMap) {
-  test::FailingSystemCalls calls;
-  calls.WriteAtMost(20);
-  const auto failing = platform::posix::MakeFiles(calls);
-  const platform::ScopedPlatform scope(test::With(&platform::Platform::files, failing.get()));
+  calls_.WriteAtMost(20);
   const char* const path = path_.c_str();
   for (const bool of_memory : {false, true}) {
     bool failed = true;
     for (int number = 1; failed; ++number) {
       failed = false;
       const auto tried = [&](auto work) {
-        of_memory ? test::FailAllocation(number) : calls.Fail(number, ENOSPC);
+        of_memory ? test::FailAllocation(number) : calls_.Fail(number, ENOSPC);
         const bool done = work();
-        failed |= of_memory ? test::AllocationFailed() : calls.failed();
-        calls.Fail(0, 0);
+        failed |= of_memory ? test::AllocationFailed() : calls_.failed();
+        calls_.Fail(0, 0);
         EXPECT_EQ(Shown().empty(), done) << number;
         return done;
       };
@@ -372,7 +371,7 @@ TEST_F(ObjectInfoMapTest, EachFailingCallAndAllocationLeavesAWholeFileAndAWholeM
       EXPECT_EQ(map.IsLoaded(), loaded);
     }
   }
-  calls.LeaveRoom(50);
+  calls_.LeaveRoom(50);
   EXPECT_FALSE(map_.Save((files_ / "new").c_str()));
   EXPECT_EQ(files_.Get("new"), "(none)");
 }
@@ -453,10 +452,6 @@ TEST_F(ObjectInfoMapTest, FileThatDoesNotHoldAMapChangesNothing) {
 }
 
 TEST_F(ObjectInfoMapTest, FailuresOfTheSystemAreShownWithTheirCause) {
-  struct Broken : test::ForwardingFiles {
-    platform::Result<std::size_t> Read(HANDLE, std::span<char>) override { return error; }
-    platform::Error error{platform::ErrorKind::kNoSpace, 28};
-  };
   EXPECT_FALSE(map_.Load((files_ / "missing").c_str()));
   EXPECT_TRUE(Shown().empty()) << "that is told by the result alone";
   files_.Put("map", kKnownFile);
@@ -470,8 +465,7 @@ TEST_F(ObjectInfoMapTest, FailuresOfTheSystemAreShownWithTheirCause) {
     const CFile writer(path_.c_str(), CFile::modeWrite);
     EXPECT_FALSE(map_.Load(path_.c_str())) << "it keeps writers out";
   }
-  Broken broken;
-  const platform::ScopedPlatform scope(test::With(&platform::Platform::files, &broken));
+  calls_.FailEach("Read", ENOSPC);
   EXPECT_FALSE(map_.Load(path_.c_str()));
   EXPECT_EQ(Shown(), Failure("open", path_, "Cannot allocate memory") +
                          Failure("create", files_ / "missing/map", "The file was not found") +
