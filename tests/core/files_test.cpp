@@ -2,7 +2,6 @@
 #include "dqlib/core/file_utility.h"
 #include "dqlib/core/lob_reader.h"
 #include "dqlib/core/system_info.h"
-#include "dqlib/framework/base/random.h"
 #include "tests/support/forwarding_files.h"
 #include "tests/support/joined.h"
 #include "tests/support/manual_clock.h"
@@ -17,7 +16,6 @@ namespace dq {
 namespace {
 
 namespace fs = std::filesystem;
-using namespace std::string_literals;
 using Utility = CDQFileUtility;
 using platform::Error;
 using platform::Result;
@@ -102,11 +100,7 @@ TEST_F(FileUtility, NamesOfTemporaryFilesDontCollide) {
   testing::ManualClock clock;
   clock.seconds = 77;
   const platform::ScopedPlatform scope(test::With(&platform::Platform::clock, &clock));
-  SeedRandom(77);
-  const int number = NextRandom();
-  for (int taken = 0; taken < 3; ++taken) {
-    char name[32];
-    std::snprintf(name, sizeof name, "TMP%X.sql", static_cast<unsigned>(number + taken));
+  for (const char* name : {"TMP122.sql", "TMP123.sql", "TMP124.sql"}) {
     const CString path = Utility::CreateTempFile("", place, "sql");
     EXPECT_TRUE(path == directory / name && !DQLIB_FileExists(path)) << "in one second " << path;
     Utility::CreateFile(path);
@@ -135,16 +129,15 @@ TEST_F(FileUtility, DirectoriesAreMadeFromTheOutside) {
   EXPECT_TRUE(Utility::CreateDirectory(("/" + directory / "d/e").c_str(), false)) << "no share";
   const std::string file = directory.Put("file", "");
   ScriptedPrompts prompts;
-  std::string told;
-  for (const std::string& wanted :
-       {file + "/x/y", "c:\\x\\y"s, "\\\\srv\\share\\x\\y"s, "\\\\srv\\share"s}) {
+  for (const auto& [wanted, level] :
+       Rows<std::string, std::string>{{file + "/x/y", file},
+                                      {"c:\\x\\y", "c:\\x"},
+                                      {"\\\\srv\\share\\x\\y", "\\\\srv\\share\\x"},
+                                      {"\\\\srv\\share", "\\\\srv\\share"}}) {
     EXPECT_FALSE(Utility::CreateDirectory(wanted.c_str(), false)) << wanted;
-    told += prompts.shown.back().text + "|";
+    EXPECT_EQ(prompts.shown.back().text, "The directory " + level + " could not be created.");
   }
-  EXPECT_EQ(told, "The directory " + file +
-                      " could not be created.|The directory c:\\x could not be created.|"
-                      "The directory \\\\srv\\share\\x could not be created.|The directory "
-                      "\\\\srv\\share could not be created.|");
+  EXPECT_EQ(prompts.shown.size(), 4U);
 }
 
 TEST_F(FileUtility, WritesReplaceOrAppendAndReportTheTextsLength) {
@@ -372,9 +365,7 @@ TEST_F(FileUtility, ModulesAndLineEnds) {
   EXPECT_EQ(place + "," + drive, "/opt,");
   const Rows<const char*, int> rows = {{"", -1},   {"abc", 2}, {"a\nb", 1},  {"a\r\n\f\x1Ay\n", 4},
                                        {"\nb", 0}, {"a\n", 1}, {nullptr, -1}};
-  for (const auto& [text, position] : rows) {
-    EXPECT_EQ(GetEndOfLinePosition(text), position) << position;
-  }
+  for (const auto& [text, place] : rows) EXPECT_EQ(GetEndOfLinePosition(text), place) << place;
 }
 
 TEST_F(DQFile, LinesLoseTheirEndsAndLongOnesComeInPieces) {

@@ -70,11 +70,9 @@ TEST_F(ResourceChain, ResourceIsSearchedByTheLowHalfOfItsName) {
 
 TEST_F(ResourceChain, WorkersLoadStringsWhileTheCurrentModuleIsSwitched) {
   std::thread worker([] {
-    for (int round = 0; round < 2000; ++round) EXPECT_TRUE(AfxFindString(kId));
+    for (int i = 0; i < 2000; ++i) EXPECT_TRUE(AfxFindString(kId));
   });
-  for (int round = 0; round < 2000; ++round) {
-    AfxSetResourceHandle(round % 2 == 0 ? &current_ : nullptr);
-  }
+  for (int i = 0; i < 2000; ++i) AfxSetResourceHandle(i % 2 == 0 ? &current_ : nullptr);
   worker.join();
 }
 
