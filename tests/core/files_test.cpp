@@ -365,7 +365,7 @@ TEST_F(FileUtility, ModulesAndLineEnds) {
   EXPECT_EQ(place + "," + drive, "/opt,");
   const Rows<const char*, int> rows = {{"", -1},   {"abc", 2}, {"a\nb", 1},  {"a\r\n\f\x1Ay\n", 4},
                                        {"\nb", 0}, {"a\n", 1}, {nullptr, -1}};
-  for (const auto& [text, place] : rows) EXPECT_EQ(GetEndOfLinePosition(text), place) << place;
+  for (const auto& [text, at] : rows) EXPECT_EQ(GetEndOfLinePosition(text), at) << at;
 }
 
 TEST_F(DQFile, LinesLoseTheirEndsAndLongOnesComeInPieces) {
