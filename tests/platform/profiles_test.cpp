@@ -130,15 +130,12 @@ TEST_F(ProfileFilesTest, BadInputIsRefusedAndChangesNothing) {
   dir.Put("a.ini", "[s]k=v\n");
   dir.Put("wide", "\xFF\xFE[");
   Run("mkfifo pipe; mkdir sub; echo old > kept; chmod 400 kept");
-  for (const auto& [name, section, key, value, kind] :
-       Rows<Text, Text, Text, Text, ErrorKind>{{"a.ini", "", "k", "v", kInvalidArgument},
-                                               {"a.ini", "s", "k=", "v", kInvalidArgument},
-                                               {"a.ini", "s", "k", "a\n[t]", kInvalidArgument},
-                                               {"none/a.ini", "s", "k", "v", kNotFound},
-                                               {"sub", "s", "k", "v", kInvalidArgument},
-                                               {"wide", "s", "k", "v", kUnsupported},
-                                               {"pipe", "s", "k", "v", kInvalidArgument},
-                                               {"kept", "s", "k", "v", kAccessDenied}}) {
+  const Rows<Text, Text, Text, Text, ErrorKind> rows = {
+      {"sub", "s", "k", "v", kInvalidArgument},  {"a.ini", "", "k", "v", kInvalidArgument},
+      {"pipe", "s", "k", "v", kInvalidArgument}, {"a.ini", "s", "k=", "v", kInvalidArgument},
+      {"wide", "s", "k", "v", kUnsupported},     {"none/a.ini", "s", "k", "v", kNotFound},
+      {"kept", "s", "k", "v", kAccessDenied},    {"a.ini", "s", "k", "a\n[t]", kInvalidArgument}};
+  for (const auto& [name, section, key, value, kind] : rows) {
     EXPECT_EQ(profiles.Write(dir / name, section, key, value).kind, kind) << name << section;
   }
   EXPECT_EQ(profiles.Write("c:\\a.ini", "s", "k", "v").kind, kNotFound);

@@ -104,11 +104,12 @@ TEST(SystemErrors, TextIsTheSystemsOwnAndTheLastErrorTheThreadsWhoeverAsksForTex
 
 TEST(ErrorFromErrno, KindFollowsWhatCallersDoAboutIt) {
   using enum ErrorKind;
-  for (const auto& [number, kind] : std::map<int, ErrorKind>{{0, kNone},
-                                                             {ENOENT, kNotFound},
-                                                             {EWOULDBLOCK, kBusy},
-                                                             {EOPNOTSUPP, kUnsupported},
-                                                             {EIO, kOther}}) {
+  const Rows<int, ErrorKind> rows = {
+      {0, kNone},           {ENOENT, kNotFound},  {EROFS, kAccessDenied},
+      {EIO, kOther},        {ENOMEM, kNoSpace},   {EINVAL, kInvalidArgument},
+      {EBUSY, kBusy},       {EDQUOT, kNoSpace},   {EEXIST, kAlreadyExists},
+      {EWOULDBLOCK, kBusy}, {EPIPE, kBrokenPipe}, {EOPNOTSUPP, kUnsupported}};
+  for (const auto& [number, kind] : rows) {
     EXPECT_EQ(ErrorFromErrno(number).kind, kind) << number;
     EXPECT_EQ(ErrorFromErrno(number).code, static_cast<DWORD>(number));
   }
