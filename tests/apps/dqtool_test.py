@@ -111,7 +111,7 @@ class FactsTest(transcript.TranscriptTest):
 
 
 class WordsTest(transcript.TranscriptTest):
-    def test_platforms_and_kinds_of_objects(self):
+    def test_platforms_kinds_of_objects_names_and_versions(self):
         self.play(r"""
             [platform-text]
             SQLServer => SQL Server ;; db2os390 --json => {"text":"DB/2"}
@@ -142,10 +142,6 @@ class WordsTest(transcript.TranscriptTest):
             oracle --version 'Oracle8i Release 8.1.7.0.0' => ~.*\n80\tMaterialized View\n.*
             oracle => ~.*\n88\tRedo Log Group\n.* ;; oracle --app 'lumen sql' => ~((?!88\t).)*
             db2 --json => ~\[\n{"value":16,"text":"Index"},\n.*
-            """)
-
-    def test_names_and_versions(self):
-        self.play(r"""
             [quote]
             --platform sybase a 'a b' order 'n\xc3\xa4' => a\n"a b"\n"order"\n"n\xc3\xa4"
             --platform sqlserver --version 6.50.201 1x => "1x"
@@ -395,7 +391,7 @@ class StoresTest(transcript.TranscriptTest):
 
 
 class DialogTest(transcript.TranscriptTest):
-    def test_dialogs(self):
+    def test_dialogs_and_the_options_that_they_keep_if_left_by_ok(self):
         self.play(r"""
             [dialog]
             --list => 2712\tObject Type Information\n44510\tOptions\n44530\tDate/Time Format Builder
@@ -412,11 +408,6 @@ class DialogTest(transcript.TranscriptTest):
             44510 1 =>2 ! DIALOG is one text; put it in quotes
             44510 --script none =>1 ! cannot read none: No such file or directory
             44530 --controls --json => ~.*{"id":44552,"kind":"button","label":"Customize","value":"","state":"shown","items":\[\]}.*"id":44533,[^}]*"state":"hidden".*
-            """)
-
-    def test_every_option_but_bytes_is_on_a_page_and_is_kept_if_left_by_ok(self):
-        self.play(r"""
-            [dialog]
             options --controls => ~2900\tlist\tPage\tEditor\tshown\tEditor\tSQL Formatter\tNames and Scripts\tOutput Pane\tFavorites\tJobs\n.*
             44510 --script - < 2900=Editor\n50183=9\n2900=2\npress 2 =>1 cancel
             44510 --script - < 2900=Editor\n50183=9\n2900=2 =>1 cancel
