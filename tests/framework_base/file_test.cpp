@@ -22,6 +22,20 @@ int CauseOf(const std::function<void()>& operation) try {
   return error.m_cause;
 }
 
+TEST(File, CausesFollowFromTheSystemsKindsOfErrors) {
+  using enum platform::ErrorKind;
+  using Cause = CFileException;
+  const test::Rows<platform::ErrorKind, int> rows = {{kNone, Cause::none},
+                                                     {kNotFound, Cause::fileNotFound},
+                                                     {kInvalidArgument, Cause::badPath},
+                                                     {kAccessDenied, Cause::accessDenied},
+                                                     {kAlreadyExists, Cause::accessDenied},
+                                                     {kBusy, Cause::sharingViolation},
+                                                     {kNoSpace, Cause::diskFull},
+                                                     {kOther, Cause::generic}};
+  for (const auto& [kind, cause] : rows) EXPECT_EQ(Cause::CauseOf({kind, 0}), cause);
+}
+
 TEST(File, OpenFlagsMakeEmptyKeepAndShare) {
   const test::TempDirectory directory;
   const std::string path = directory / "f";
