@@ -182,6 +182,7 @@ TEST(DateTimeFmtDictionary, FindsTheFirstCellWithExactlyTheCode) {
 }
 
 using Kind = CLGDateTimeFormat;
+using enum Kind::DATETIMEFMTTYPE;
 
 /// Any option of text.
 constexpr UINT kOption = 50255;
@@ -194,7 +195,7 @@ std::unique_ptr<Kind> Make(int platform, UINT option = kOption) {
 /// The texts of the current, the saved and the default choice.
 std::string Choices(const Kind& format) {
   CString text;
-  for (const auto kind : {Kind::DFK_CURRENT, Kind::DFK_SAVED, Kind::DFK_DBMS_DEFAULT}) {
+  for (const auto kind : {DFK_CURRENT, DFK_SAVED, DFK_DBMS_DEFAULT}) {
     text += "|" + format.GetDispDateTimeFmt(DATATYPE_DATETIME, kind);
   }
   return std::string(text.View());
@@ -246,7 +247,7 @@ TEST(DateTimeFormat, PlatformsDifferInNameNumberAndDefault) {
     for (const Kind* format : {made.get(), copy.get()}) {
       EXPECT_EQ(format->GetDBMSType(), type);
       EXPECT_EQ(format->GetDatasourceType(), platform);
-      EXPECT_EQ(format->GetDispDateTimeFmt(6, Kind::DFK_DBMS_DEFAULT), preset);
+      EXPECT_EQ(format->GetDispDateTimeFmt(6, DFK_DBMS_DEFAULT), preset);
       EXPECT_TRUE(format->GetOptionServerIDO() == kOption && format->GetVersionNo() == 8.1);
     }
   }
@@ -254,8 +255,7 @@ TEST(DateTimeFormat, PlatformsDifferInNameNumberAndDefault) {
   EXPECT_EQ(CDateTimeFormatFactory(nullptr).CreateObject(), nullptr);
   test::ScriptedLocale double_byte;
   ASSERT_TRUE(double_byte.SetCodePage(932));
-  EXPECT_EQ(Make(DBMS_ORACLE)->GetDispDateTimeFmt(6, Kind::DFK_DBMS_DEFAULT),
-            "YYYY/MM/DD HH24:MI:SS");
+  EXPECT_EQ(Make(DBMS_ORACLE)->GetDispDateTimeFmt(6, DFK_DBMS_DEFAULT), "YYYY/MM/DD HH24:MI:SS");
 }
 
 TEST(DateTimeFormat, ChoosesByTextAndInsertsWhatNoListHas) {
@@ -270,22 +270,20 @@ TEST(DateTimeFormat, ChoosesByTextAndInsertsWhatNoListHas) {
            // Valid for the locale alone: each time a definition that nobody finds.
            {"MM/dd/yyyy hh:mm:ss tt", "", 2},
            {"MM/dd/yyyy hh:mm:ss tt", "", 3}}) {
-    format->SetDateTimeFmt("MM/DD/YYYY", Kind::DFK_CURRENT);
-    format->SetDateTimeFmt(fmt, Kind::DFK_CURRENT);
-    EXPECT_EQ(format->GetDispDateTimeFmt(6, Kind::DFK_CURRENT), choice) << fmt;
+    format->SetDateTimeFmt("MM/DD/YYYY", DFK_CURRENT);
+    format->SetDateTimeFmt(fmt, DFK_CURRENT);
+    EXPECT_EQ(format->GetDispDateTimeFmt(6, DFK_CURRENT), choice) << fmt;
     EXPECT_EQ(customized.GetCount(), count + added) << fmt;
   }
   EXPECT_EQ(customized[count + 1]->GetFmtDateTime(DTF_DISP), "MM/dd/ :mm:ss ");
   format->Reset();
-  EXPECT_EQ(format->GetDateTimeFmtPtr(Kind::DFK_CURRENT),
-            format->GetDateTimeFmtPtr(Kind::DFK_SAVED));
+  EXPECT_EQ(format->GetDateTimeFmtPtr(DFK_CURRENT), format->GetDateTimeFmtPtr(DFK_SAVED));
 
   const auto none = static_cast<Kind::DATETIMEFMTTYPE>(3);
   format->SetDateTimeFmt(customized[0], none);
   EXPECT_EQ(format->GetDateTimeFmtPtr(none), nullptr);
-  EXPECT_EQ(format->GetWinDateTimeFmt(26, Kind::DFK_DBMS_DEFAULT), "hh:mm:ss tt");
-  EXPECT_EQ(Make(DBMS_ORACLE)->GetOleDateTimeFmt(26, Kind::DFK_DBMS_DEFAULT),
-            "%m/%d/%Y %I:%M:%S %p");
+  EXPECT_EQ(format->GetWinDateTimeFmt(26, DFK_DBMS_DEFAULT), "hh:mm:ss tt");
+  EXPECT_EQ(Make(DBMS_ORACLE)->GetOleDateTimeFmt(26, DFK_DBMS_DEFAULT), "%m/%d/%Y %I:%M:%S %p");
 }
 
 TEST(DateTimeFormat, HasThePredefinedFormatsInOrder) {
@@ -303,19 +301,19 @@ TEST(DateTimeFormat, HasThePredefinedFormatsInOrder) {
 TEST(DateTimeFormat, ACopyHasChoicesInItsOwnLists) {
   EXPECT_TRUE(CDQOptionsServer::GetObject()->SetString(kOption, "no format"));
   const auto source = Make(DBMS_ORACLE);
-  source->SetDateTimeFmt("YYYY;MM", Kind::DFK_CURRENT);
+  source->SetDateTimeFmt("YYYY;MM", DFK_CURRENT);
   CLGDB2DateTimeFormat copy(*source);
   const CLGDB2DateTimeFormat& same = copy;
   copy = same;
   EXPECT_EQ(Choices(copy), "|YYYY;MM|MM/DD/YYYY HH12:MI:SS AM|MM/DD/YYYY HH12:MI:SS AM");
-  EXPECT_EQ(copy.GetDateTimeFmtPtr(Kind::DFK_CURRENT), copy.GetCustomizedDateTimeFmtList()[0]);
+  EXPECT_EQ(copy.GetDateTimeFmtPtr(DFK_CURRENT), copy.GetCustomizedDateTimeFmtList()[0]);
   // The stand-in for the saved format has become the definition that it was a copy of.
-  for (const auto kind : {Kind::DFK_SAVED, Kind::DFK_DBMS_DEFAULT}) {
+  for (const auto kind : {DFK_SAVED, DFK_DBMS_DEFAULT}) {
     EXPECT_EQ(copy.GetDateTimeFmtPtr(kind), copy.GetPredefinedDateTimeFmtList()[0]);
   }
-  source->SetDateTimeFmt(nullptr, Kind::DFK_SAVED);
+  source->SetDateTimeFmt(nullptr, DFK_SAVED);
   static_cast<Kind&>(copy) = *source;
-  EXPECT_EQ(copy.GetDateTimeFmtPtr(Kind::DFK_SAVED), nullptr);
+  EXPECT_EQ(copy.GetDateTimeFmtPtr(DFK_SAVED), nullptr);
 }
 
 TEST(DateTimeFormat, ConvertsValuesByThePlatformsHabits) {
@@ -389,7 +387,7 @@ class FormatDialog : public ::testing::Test {
  protected:
   /// Runs the dialog on Oracle's formats, with `fmt` the current one.
   int Run(const char* fmt, int code, std::function<void(platform::DialogView&)> answer) {
-    format_.SetDateTimeFmt(fmt, CLGDateTimeFormat::DFK_CURRENT);
+    format_.SetDateTimeFmt(fmt, DFK_CURRENT);
     prompts_.on_dialog = std::move(answer);
     return Dlg(&format_, code).DoModal();
   }
@@ -408,7 +406,7 @@ class FormatDialog : public ::testing::Test {
 
 TEST_F(FormatDialog, ShowsWhatIsBuiltFourTimesASecondWithThePresentTime) {
   testing::RecordingObserver observer;
-  format_.SetDateTimeFmt("DD-MM-YYYY HH24:MI:SS", CLGDateTimeFormat::DFK_CURRENT);
+  format_.SetDateTimeFmt("DD-MM-YYYY HH24:MI:SS", DFK_CURRENT);
   Dlg dialog(&format_, 6);
   prompts_.on_dialog = [&](platform::DialogView& view) {
     const LONG small = dialog.GetPlace().Height();
@@ -469,7 +467,7 @@ TEST_F(FormatDialog, OkMakesTheFormatTheCurrentOneAndAddsWhatWasBuilt) {
     ok(view);
   };
   EXPECT_EQ(Run("YYYY-MM-DD HH24:MI:SS", 6, choose), IDOK);
-  const auto* const chosen = format_.GetDateTimeFmtPtr(CLGDateTimeFormat::DFK_CURRENT);
+  const auto* const chosen = format_.GetDateTimeFmtPtr(DFK_CURRENT);
   EXPECT_EQ(chosen, format_.FindDateTimeFmt(own)) << "the format's own, not the dialog's copy";
   EXPECT_EQ(Run(own, 26, ok), IDCANCEL) << "the current one isn't among the times";
   EXPECT_EQ(Run(own, 7, ok), IDCANCEL);

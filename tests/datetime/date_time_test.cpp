@@ -14,6 +14,7 @@ namespace dq {
 namespace {
 
 constexpr char kStandard[] = "%Y-%m-%d %H:%M:%S";
+constexpr char kIso[] = "YYYY-MM-DD HH24:MI:SS";
 
 class DateTime : public ::testing::Test {
  protected:
@@ -26,15 +27,21 @@ class DateTime : public ::testing::Test {
     const bool read = value.ParseDateTime(text.c_str(), &def) == 1;
     const CString printed = value.Format(kStandard);
     EXPECT_TRUE(read || printed == "1899-12-30 01:02:00") << "stays as it was";
-    CString out = "former";
-    EXPECT_EQ(format_.FormatDateTime(6, text, out, fmt, "YYYY-MM-DD HH24:MI:SS"), read ? 1 : 0);
-    EXPECT_EQ(out, read ? printed : CString(text));
+    EXPECT_EQ(Converted(6, text, fmt, kIso),
+              (read ? "1:" : "0:") + (read ? printed : CString(text)));
     const testing::ShownBox box{
         "The order of day and month is not correct. Data Editor will "
         "automatically change the order.",
         0, 44114};
     EXPECT_EQ(prompts.shown, std::vector(prompts.shown.empty() ? 0 : 2, box)) << "one for each";
     return (read ? printed.View().data() : "0") + std::string(prompts.shown.empty() ? "" : "!");
+  }
+
+  /// The result of a conversion, ":" and what it made.
+  CString Converted(int code, const CString& text, const char* in_fmt, const char* out_fmt) {
+    CString out = "former";
+    const int done = format_.FormatDateTime(code, text, out, in_fmt, out_fmt);
+    return std::to_string(done) + ":" + out;
   }
 
   /// More formats are asked of it than it keeps prepared.
@@ -141,10 +148,9 @@ TEST_F(DateTime, ATwoDigitYearMovesTheValueTo1900) {
     CLGDateTime value(text, &whole);
     EXPECT_EQ(value.Format(6, *fmt != '\0' ? &def : nullptr), printed) << text;
     EXPECT_EQ(value.GetYear(), after) << text;
-    CString out;
-    EXPECT_EQ(format_.FormatDateTime(6, text, out, "YYYY-MM-DD", fmt), 1);
     // No format of a conversion is stored as a time's.
-    EXPECT_TRUE(out == printed || type == 26) << text;
+    EXPECT_EQ(Converted(6, text, "YYYY-MM-DD", fmt),
+              type == 26 ? "1:Wed 04/03/01" : "1:" + CString(printed));
   }
 }
 
@@ -153,10 +159,9 @@ TEST_F(DateTime, PrintsPredefinedFormatsWithAllTheirDisagreements) {
   CLGDateTimeFmtDef standard("YYYY-MM-DD HH24:MI:SS");
   CLGDateTime value("1993-04-03 17:04:03", &standard);
   CString all;
-  for (const int row : {18, 19, 21, 22, 23}) {
-    const PredefinedDateTimeFmt& fmt = kPredefinedDateTimeFmts[row - 1];
-    CLGDateTimeFmtDef def(fmt.type, "", "", fmt.example, fmt.disp, fmt.ole, fmt.win);
-    all += value.Format(6, &def) + "|" + value.Format(fmt.type, &def) + "|";
+  for (const int row : {17, 18, 20, 21, 22}) {
+    CLGDateTimeFmtDef* const def = format_.GetPredefinedDateTimeFmtList()[row];
+    all += value.Format(6, def) + "|" + value.Format(def->GetDateTimeType(), def) + "|";
   }
   EXPECT_EQ(all,
             "03-Apr-93|03-Apr-93|Saturday, April 03, 1993 17:04:03|Saturday, April 3, 1993|"
@@ -174,10 +179,8 @@ TEST_F(DateTime, SeesElementsThatAreAddedAndDropsTheDictionary) {
       used->AddEntry(new CLGDateTimeFmtCell(DTT_YEAR, "QQ", "%Yy", nullptr, "", ""));
       used->AddEntry(new CLGDateTimeFmtCell(DTT_DATESEP, "~~", "~~", nullptr, "", ""));
     }
-    CString out;
-    EXPECT_EQ(format_.FormatDateTime(6, "1993-01-02", out, "YYYY-MM-DD", "MM/QQ"), 1);
-    EXPECT_EQ(out, expected);
-    EXPECT_EQ(format_.FormatDateTime(6, "1993~01-02", out, "YYYY/~~/MM-DD", "MM/QQ"), 0);
+    EXPECT_EQ(Converted(6, "1993-01-02", "YYYY-MM-DD", "MM/QQ"), "1:" + CString(expected));
+    EXPECT_EQ(Converted(6, "1993~01-02", "YYYY/~~/MM-DD", "MM/QQ"), "0:1993~01-02");
     if (used != nullptr) used->Release();
   }
 }
@@ -185,19 +188,13 @@ TEST_F(DateTime, SeesElementsThatAreAddedAndDropsTheDictionary) {
 TEST_F(DateTime, AMessageMayLeadToOtherConversions) {
   testing::ScriptedPrompts prompts;
   prompts.on_box = [this] {
-    for (int code = 0; code < 20; ++code) {
-      CString out;
-      format_.FormatDateTime(code, "1/2/2001", out, "MM/DD/YYYY", "YYYY");
-    }
+    for (int code = 0; code < 20; ++code) Converted(code, "1/2/2001", "MM/DD/YYYY", "YYYY");
   };
-  CString out;
-  EXPECT_EQ(format_.FormatDateTime(6, "25/12/2001", out, "MM/DD/YYYY", "YYYY-MM-DD"), 1);
-  EXPECT_EQ(out, "2001-12-25");
+  EXPECT_EQ(Converted(6, "25/12/2001", "MM/DD/YYYY", "YYYY-MM-DD"), "1:2001-12-25");
   EXPECT_EQ(prompts.shown.size(), 1U);
 }
 
 TEST_F(DateTime, ConvertsByPredefinedFormatsThereAndBack) {
-  constexpr char kIso[] = "YYYY-MM-DD HH24:MI:SS";
   for (const char* name : {"C", "de_DE", "ja_JP"}) {
     const test::SystemLocale locale(name);
     for (const PredefinedDateTimeFmt& fmt : kPredefinedDateTimeFmts) {
@@ -208,11 +205,8 @@ TEST_F(DateTime, ConvertsByPredefinedFormatsThereAndBack) {
         const COleDateTime time(year, year % 12 + 1, year % 28 + 1, date ? 0 : year % 24,
                                 date ? 0 : year % 60, date ? 0 : year / 7 % 60);
         const CString standard = time.Format(date ? "%Y-%m-%d" : "%Y-%m-%d %H:%M:%S");
-        CString text;
-        CString back;
-        format_.FormatDateTime(fmt.type, standard, text, kIso, fmt.disp);
-        format_.FormatDateTime(fmt.type, text, back, fmt.disp, kIso);
-        ASSERT_EQ(back, standard) << text << " by " << fmt.disp;
+        const CString text = Converted(fmt.type, standard, kIso, fmt.disp).Mid(2);
+        ASSERT_EQ(Converted(fmt.type, text, fmt.disp, kIso), "1:" + standard) << text << fmt.disp;
       }
     }
   }
