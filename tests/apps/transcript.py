@@ -1,17 +1,17 @@
-"""Transcripts: what dqtool answers to command lines, a row each.
+"""Transcripts: what dqtool answers to command lines, a row each."""
 
-    WORDS [< INPUT] => [STATUS] [OUTPUT] [! COMPLAINT]
-    FILE := CONTENT
-    [COMMAND]
+#     WORDS [< INPUT] => [STATUS] [OUTPUT] [! COMPLAINT]
+#     FILE := CONTENT
+#     [COMMAND]
+#
+# The first kind runs dqtool in a directory and with settings of its own. The status stands right
+# behind "=>" unless it is 0. Output and complaint are without their last line end, a complaint without
+# "dqtool: COMMAND: " before each line, unless it begins with "dqtool: ", and "..." is any rest. With
+# status 2 it is the first line, before how to use the command. The second kind makes a file. Below the
+# third its words aren't told again, but for rows that begin with "dqtool". Short rows share a line,
+# with " ;; " between. Words are cut as by a shell; Python's escapes are bytes, $D is the directory,
+# $STAMP any date and time, "" an empty line, and output behind "~" an expression that matches it.
 
-The first kind runs dqtool in a directory and with settings of its own. The status stands right
-behind "=>" unless it is 0. Output and complaint are without their last line end, a complaint without
-"dqtool: COMMAND: " before each line, unless it begins with "dqtool: ", and "..." is any rest. With
-status 2 it is the first line, before how to use the command. The second kind makes a file. Below the
-third its words aren't told again, but for rows that begin with "dqtool". Short rows share a line,
-with " ;; " between. Words are cut as by a shell; Python's escapes are bytes, $D is the directory,
-$STAMP any date and time, "" an empty line, and output behind "~" an expression that matches it.
-"""
 
 import codecs
 import os
