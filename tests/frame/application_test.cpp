@@ -6,13 +6,11 @@
 #include "dqlib/frame/system_error_msg.h"
 #include "dqlib/framework/base/text.h"
 #include "dqlib/framework/base/trace.h"
-#include "dqlib/framework/windows/win_app.h"
 #include "dqlib/resources/string_ids.h"
 #include "tests/support/failing_memory.h"
 #include "tests/support/main_window.h"
 #include "tests/support/scripted_platform.h"
 #include "tests/support/scripted_prompts.h"
-#include "tests/support/testing.h"
 
 namespace dq {
 namespace {

@@ -10,7 +10,6 @@
 #include "dqlib/framework/windows/dialog.h"
 #include "dqlib/framework/windows/menu.h"
 #include "dqlib/framework/windows/tool_bar.h"
-#include "dqlib/framework/windows/wnd.h"
 #include "dqlib/platform/checksum.h"
 #include "dqlib/resources/library.h"
 #include "dqlib/resources/string_table.h"
@@ -18,7 +17,6 @@
 #include "tests/support/joined.h"
 #include "tests/support/scripted_platform.h"
 #include "tests/support/scripted_prompts.h"
-#include "tests/support/testing.h"
 
 namespace dq {
 namespace {

@@ -3,14 +3,12 @@
 
 #include "dqlib/framework/base/multi_byte.h"
 #include "dqlib/framework/controls/dialog_exchange.h"
-#include "dqlib/framework/controls/list_box.h"
 #include "dqlib/framework/controls/row_store.h"
 #include "dqlib/framework/windows/dialog.h"
 #include "tests/framework_controls/control_dialog.h"
 #include "tests/support/recording_observer.h"
 #include "tests/support/scripted_locale.h"
 #include "tests/support/scripted_prompts.h"
-#include "tests/support/testing.h"
 
 namespace dq {
 namespace {

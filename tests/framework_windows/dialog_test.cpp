@@ -4,15 +4,12 @@
 
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/base/resource_module.h"
-#include "dqlib/framework/controls/button.h"
 #include "dqlib/framework/controls/dialog_exchange.h"
 #include "dqlib/framework/controls/edit.h"
 #include "dqlib/framework/windows/message_box.h"
-#include "dqlib/framework/windows/screen.h"
 #include "tests/support/main_window.h"
 #include "tests/support/recording_observer.h"
 #include "tests/support/scripted_prompts.h"
-#include "tests/support/testing.h"
 
 namespace dq {
 namespace {

@@ -8,7 +8,6 @@
 #include "dqlib/framework/windows/tool_bar.h"
 #include "tests/support/main_window.h"
 #include "tests/support/recording_observer.h"
-#include "tests/support/testing.h"
 
 namespace dq {
 namespace {

@@ -5,11 +5,9 @@
 #include "dqlib/framework/windows/dialog.h"
 #include "dqlib/framework/windows/doc_view.h"
 #include "dqlib/framework/windows/frame_wnd.h"
-#include "dqlib/framework/windows/screen.h"
 #include "dqlib/framework/windows/tool_bar.h"
 #include "dqlib/framework/windows/win_app.h"
 #include "tests/support/recording_observer.h"
-#include "tests/support/testing.h"
 
 namespace dq {
 namespace {

@@ -9,10 +9,8 @@
 #include "tests/framework_controls/control_dialog.h"
 #include "tests/support/main_window.h"
 #include "tests/support/memory_registry.h"
-#include "tests/support/own_service.h"
 #include "tests/support/scripted_prompts.h"
 #include "tests/support/temp_directory.h"
-#include "tests/support/testing.h"
 
 namespace dq {
 namespace {

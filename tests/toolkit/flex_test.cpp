@@ -9,7 +9,6 @@
 #include "dqlib/toolkit/flex_property_sheet.h"
 #include "tests/support/scripted_platform.h"
 #include "tests/support/scripted_prompts.h"
-#include "tests/support/testing.h"
 
 namespace dq {
 namespace {

@@ -4,7 +4,6 @@
 #include "dqlib/workspace/window_info.h"
 #include "dqlib/workspace/window_state.h"
 #include "tests/support/own_settings.h"
-#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
