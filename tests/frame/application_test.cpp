@@ -122,14 +122,19 @@ TEST(CDQOutputMessage, IsNullAndTracedWhenMemoryRunsOut) {
   EXPECT_EQ(traced, "Out of memory, could not create CDQOutputMessage.\n");
 }
 
+/// The output message of a send that is under way.
+CDQOutputMessage& Output(const MSG& sent) {
+  return *reinterpret_cast<CDQOutputMessage*>(sent.lParam);
+}
+
 /// The number and the arguments; of an output message, its type, text and target.
-std::string Told(const testing::SentMessage& sent) {
+std::string Told(const MSG& sent) {
   std::ostringstream told;
-  told << sent.message << ' ' << sent.first << ' ';
+  told << sent.message << ' ' << sent.wParam << ' ';
   if (sent.message != 33801) {
-    told << sent.second;
+    told << sent.lParam;
   } else {
-    const CDQOutputMessage& output = testing::MainWindow::Output(sent);
+    const CDQOutputMessage& output = Output(sent);
     told << output.GetType() << ' ' << output.GetText().View() << '|' << output.GetTarget().View();
   }
   return told.str() + "; ";
@@ -144,8 +149,8 @@ TEST(CDQOutputMessage, IsWithTheMainWindowWhenTheSendReturns) {
   EXPECT_EQ(message.GetType(), OUTPUT_PROGRAM_INFO);
   testing::MainWindow window;
   std::string told;
-  window.on_message = [&](const testing::SentMessage& sent) {
-    EXPECT_EQ(&testing::MainWindow::Output(sent), &message);
+  window.on_message = [&](const MSG& sent) {
+    EXPECT_EQ(&Output(sent), &message);
     told += Told(sent);
   };
   message.SendErrorMessage("first", "kept");
@@ -165,8 +170,8 @@ TEST(CDQOutputMessage, IsWithTheMainWindowWhenTheSendReturns) {
 TEST(CDQOutputMessage, FromAWorkerWaitsAndMayBeDeletedByItsReceiver) {
   testing::MainWindow window;
   std::atomic<bool> sent = false;
-  window.on_message = [&](const testing::SentMessage& message) {
-    CDQOutputMessage* const output = &testing::MainWindow::Output(message);
+  window.on_message = [&](const MSG& message) {
+    CDQOutputMessage* const output = &Output(message);
     EXPECT_TRUE(!sent && output->GetText() == "from below" && output->GetAutoDelete());
     delete output;
   };
@@ -242,7 +247,7 @@ TEST(DQDBErrorHandler, OpensThePaneBeforeEachLineAndEndsSilently) {
   errors.Add(std::make_unique<ErrorRecord>("behind"));
   testing::MainWindow window;
   std::string told;
-  window.on_message = [&](const testing::SentMessage& sent) {
+  window.on_message = [&](const MSG& sent) {
     told += Told(sent);
     if (told.find("100%s") == std::string::npos) return;
     window.DestroyWindow();

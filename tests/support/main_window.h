@@ -2,17 +2,10 @@
 
 #pragma once
 
-#include "dqlib/frame/output_message.h"
 #include "dqlib/framework/windows/win_app.h"
 #include "tests/support/testing.h"
 
 namespace dq::testing {
-
-struct SentMessage {
-  UINT message;
-  WPARAM first;
-  LPARAM second;
-};
 
 /// The program's application object and, for its lifetime, the main window of the calling thread.
 struct MainWindow : CWnd {
@@ -22,20 +15,16 @@ struct MainWindow : CWnd {
   }
   LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
     if (message < WM_USER) return CWnd::WindowProc(message, wparam, lparam);
-    messages.push_back({message, wparam, lparam});
+    messages.push_back({GetSafeHwnd(), message, wparam, lparam});
     on_message(messages.back());
     return 0;
-  }
-  /// The output message of a send that is under way.
-  static CDQOutputMessage& Output(const SentMessage& sent) {
-    return *reinterpret_cast<CDQOutputMessage*>(sent.second);
   }
 
   CWinApp app{"test"};
   /// Those of applications.
-  std::vector<SentMessage> messages;
+  std::vector<MSG> messages;
   /// Called while the sender waits.
-  std::function<void(const SentMessage&)> on_message = [](const SentMessage&) {};
+  std::function<void(const MSG&)> on_message = [](const MSG&) {};
 };
 
 }  // namespace dq::testing
