@@ -42,10 +42,12 @@ class LogTest : public ::testing::Test {
   void AwaitBox(int count) {
     for (int now; (now = shown_) < count;) shown_.wait(now);
   }
-  /// Then has the last of them answered: the first by OK, the next by Cancel, and so on.
-  void Answer(int count) {
+  /// Then has the last of them answered, the first by OK, the next by Cancel, and so on, and the
+  /// log's own come to its end.
+  void Answer(int count, const CDQLog& log) {
     AwaitBox(count);
     answers_.release();
+    log.WaitForWarning();
   }
 
   TempDirectory directory_;
@@ -122,7 +124,7 @@ TEST_F(LogTest, WarnsWhenTheFileIsLargerThanItsLimitOnly) {
     made_silent.SetMaxFileSize(1);
     made_silent.Initialize();
     log.LogMessage("text");
-    if (excess != 0) Answer(1);
+    if (excess != 0) Answer(1, log);
     log.WaitForWarning();
     for (CDQLog* const each : {&silent, &made_silent}) {
       each->LogMessage("text");
@@ -146,11 +148,9 @@ TEST_F(LogTest, OneWarningStandsWhileTheLogGoesOn) {
     EXPECT_EQ(shown_, shown);
   };
   for (int i = 0; i < 3; ++i) write(*log, 1);
-  Answer(1);
-  log->WaitForWarning();
+  Answer(1, *log);
   write(*log, 2);
-  Answer(2);
-  log->WaitForWarning();
+  Answer(2, *log);
   write(*log, 2);
   log->WaitForWarning();
   EXPECT_EQ(shown_, 2);
@@ -160,9 +160,8 @@ TEST_F(LogTest, OneWarningStandsWhileTheLogGoesOn) {
   write(*log, 3);
   log.reset();
   write(other, 3);
-  Answer(3);
-  Answer(4);
-  other.WaitForWarning();
+  Answer(3, CDQLog());  // its own log is gone
+  Answer(4, other);
   EXPECT_EQ(directory_.Get("x.log"), written);
 }
 
@@ -247,14 +246,12 @@ TEST_F(LogTest, WhatOthersWriteAndANewLimitCount) {
   CDQLog log(path_.c_str(), 1, true);
   std::filesystem::resize_file(path_, 1024);
   log.LogMessage("above");
-  Answer(1);
-  log.WaitForWarning();
+  Answer(1, log);
   log.SetMaxFileSize(0xFFFFFFFF);
   log.LogMessage("below");
   log.SetMaxFileSize(1);
   log.LogMessage("above");
-  Answer(2);
-  log.WaitForWarning();
+  Answer(2, log);
 }
 
 TEST_F(LogTest, WriteLogFileStartsOverAtItsLimitOrSaysMinusOne) {
