@@ -65,8 +65,8 @@ void Store(Limb bytes, char* to) {
 Limb NoDigits(Limb numbers) { return (numbers | (numbers + 0x7676767676767676)); }
 constexpr Limb kNoDigit = 0x8080808080808080;
 
-/// The number whose digits are the bytes: neighbours are joined, then pairs, then fours, each by one
-/// multiplication that puts the lower one beside the higher one's multiple.
+/// The number whose digits are the bytes: neighbours are joined, then pairs, then fours, each by
+/// one multiplication that puts the lower one beside the higher one's multiple.
 Limb NumberOf(Limb digits) {
   const Limb pairs = digits * ((1 << 8) + 10) >> 8 & 0x00FF00FF00FF00FF;
   const Limb fours = pairs * ((1 << 16) + 100) >> 16 & 0x0000FFFF0000FFFF;
