@@ -465,14 +465,17 @@ TEST_F(ObjectInfoMapTest, FailuresOfTheSystemAreShownWithTheirCause) {
     const CFile writer(path_.c_str(), CFile::modeWrite);
     EXPECT_FALSE(map_.Load(path_.c_str())) << "it keeps writers out";
   }
-  calls_.FailEach("Read", ENOSPC);
-  EXPECT_FALSE(map_.Load(path_.c_str()));
+  for (const int error : {EMFILE, ENOMEM}) {
+    calls_.FailEach("Read", error);
+    EXPECT_FALSE(map_.Load(path_.c_str()));
+  }
   EXPECT_EQ(Shown(), Failure("open", path_, "Cannot allocate memory") +
                          Failure("create", files_ / "missing/map", "The file was not found") +
                          Failure("open", files_.path(), "Access to the file was denied") +
                          Failure("create", path_, "The file is in use") +
                          Failure("open", path_, "The file is in use") +
-                         Failure("read", path_, "The disk is full"));
+                         Failure("read", path_, "Too many files are open") +
+                         Failure("read", path_, "Cannot allocate memory"));
   for (const auto& [size, expected] :
        test::Rows<UINT, const char*>{{255, "Too many files are open"}, {9, "Too many"}, {1, ""}}) {
     char text[255] = "?";

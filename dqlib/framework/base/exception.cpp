@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <system_error>
 
 #include "dqlib/platform/platform.h"
 
@@ -17,6 +18,15 @@ CString DescribeCause(UINT first, int cause, int last, UINT& help_id) {
   constexpr int kGeneric = 1;
   help_id = first + static_cast<UINT>(cause >= 0 && cause <= last ? cause : kGeneric);
   return detail::LoadText(help_id);
+}
+
+/// What there is no room for may be more than bytes on a disk.
+CFileException::Cause CauseOfNoSpace(DWORD code) {
+  const auto is = [code](std::errc error) { return code == static_cast<DWORD>(error); };
+  if (is(std::errc::too_many_files_open) || is(std::errc::too_many_files_open_in_system)) {
+    return CFileException::tooManyOpenFiles;
+  }
+  return is(std::errc::not_enough_memory) ? CFileException::generic : CFileException::diskFull;
 }
 
 }  // namespace
@@ -70,7 +80,7 @@ int CFileException::CauseOf(const platform::Error& error) {
     case platform::ErrorKind::kBusy:
       return sharingViolation;
     case platform::ErrorKind::kNoSpace:
-      return diskFull;
+      return CauseOfNoSpace(error.code);
     default:
       return generic;
   }
