@@ -141,10 +141,11 @@ void DQLIB_LoadResourceList(HINSTANCE module, UINT id, const CString& delimiters
   const CDQSwitchResourceHandle scope(module);
   CString text;
   text.LoadString(id);
+  // A copy, because they may be a text of the list.
+  const CString marks = delimiters;
   list.RemoveAll();
   // Tokens are cut from a zero-ended text, as is the set of delimiters.
-  multi_byte::Tokenizer tokens(static_cast<const char*>(text),
-                               static_cast<const char*>(delimiters));
+  multi_byte::Tokenizer tokens(static_cast<const char*>(text), static_cast<const char*>(marks));
   std::string_view token;
   while (tokens.Next(token)) list.AddHead(CString(token));
 }

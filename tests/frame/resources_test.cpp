@@ -108,7 +108,7 @@ TEST_F(Resources, ListsComeOutReversed) {
   }
   DQLIB_LoadResourceList(nullptr, 100, "", list);
   EXPECT_EQ(test::Joined(list), "current %1|");
-  DQLIB_LoadResourceList(nullptr, 201, ";", list);
+  DQLIB_LoadResourceList(nullptr, 201, list.GetHead(), list);
   EXPECT_TRUE(list.IsEmpty());
 }
 
