@@ -1,10 +1,8 @@
 // Files, profiles and the registry when calls of the system fail, and when there is no memory.
 
-#include <csignal>
 #include <sys/resource.h>
 
 #include "dqlib/platform/posix/system_services.h"
-#include "dqlib/platform/profile_files.h"
 #include "tests/support/failing_memory.h"
 #include "tests/support/failing_system_calls.h"
 #include "tests/support/forked_process.h"

@@ -2,13 +2,10 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <unistd.h>
 
 #include "dqlib/platform/paths.h"
-#include "dqlib/platform/platform.h"
 #include "dqlib/platform/posix/mount_table.h"
 #include "dqlib/platform/posix/system_services.h"
-#include "dqlib/platform/profile_files.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/temp_directory.h"
 

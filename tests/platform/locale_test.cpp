@@ -2,10 +2,8 @@
 
 #include <locale.h>
 
-#include "dqlib/platform/code_page.h"
 #include "dqlib/platform/date_text.h"
 #include "dqlib/platform/posix/date_pictures.h"
-#include "dqlib/platform/posix/system_services.h"
 #include "tests/support/scripted_locale.h"
 #include "tests/support/system_locale.h"
 

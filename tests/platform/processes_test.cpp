@@ -1,17 +1,13 @@
 // Processes, the console, and what is asked on it.
 
-#include <csignal>
 #include <fcntl.h>
 #include <future>
-#include <pthread.h>
 #include <pty.h>
 #include <sys/ioctl.h>
 #include <sys/resource.h>
 #include <termios.h>
-#include <unistd.h>
 
 #include "dqlib/platform/dialog_script.h"
-#include "dqlib/platform/dialog_view.h"
 #include "dqlib/platform/platform.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/own_process.h"

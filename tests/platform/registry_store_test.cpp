@@ -3,11 +3,8 @@
 #include "dqlib/platform/posix/registry_store.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
-#include <unistd.h>
 
 #include "dqlib/platform/posix/system_services.h"
-#include "dqlib/platform/profile_files.h"
 #include "tests/support/failing_system_calls.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/registry_user.h"

@@ -4,7 +4,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "dqlib/platform/platform.h"
 #include "dqlib/platform/posix/system_services.h"
 #include "tests/support/temp_directory.h"
 
