@@ -88,9 +88,19 @@ void ReplaceContents(CFile& file, const char* path, std::string_view bytes) {
     throw CFileException(CFileException::CauseOf(error), static_cast<LONG>(error.code), path);
   }
   // The directory takes no new file, but the file itself may be written.
-  file.SetLength(0);
-  file.Write(bytes.data(), static_cast<UINT>(bytes.size()));
-  file.Flush();
+  std::string former;
+  const bool is_known = Files().ReadAll(path, former).ok();
+  const auto write = [&file](std::string_view contents) {
+    file.SetLength(0);
+    file.Write(contents.data(), static_cast<UINT>(contents.size()));
+    file.Flush();
+  };
+  try {
+    write(bytes);
+  } catch (const CFileException&) {
+    if (is_known) write(former);
+    throw;
+  }
   file.Close();
 }
 

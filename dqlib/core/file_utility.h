@@ -71,9 +71,9 @@ class CDQFileUtility {
   static int WriteFile(const char* path, CString& text);
   /// Writes `length` bytes (all up to the zero if below 0): in place of the contents, or behind
   /// them if `replace` is false; then CR LF if `addLineEnd`. Returns the length without the line
-  /// end, so 0 for an empty text too. Contents are replaced in one step, so that a failure leaves
-  /// the former ones, except in a directory that takes no new file. A file that others hold open
-  /// for writing can't be opened.
+  /// end, so 0 for an empty text too. Contents are replaced in one step, and a failure leaves the
+  /// former ones; in a directory that takes no new file they are written over, and put back after a
+  /// failure. A file that others hold open for writing can't be opened.
   static int WriteFile(const char* path, const char* text, int length, bool replace,
                        bool addLineEnd);
 

@@ -168,8 +168,13 @@ TEST_F(FileUtility, ADiskThatFillsUpLeavesTheFormerContents) {
       if (in_place) ForwardingFiles::Replace(path, bytes, only);
       return error;
     }
+    Error Write(HANDLE file, std::string_view bytes) override {
+      return bytes == refused ? Error{platform::ErrorKind::kNoSpace, ENOSPC}
+                              : ForwardingFiles::Write(file, bytes);
+    }
     Error error;
     bool in_place = false;
+    std::string_view refused = "too much";
   } files;
   directory.Put("f", "old");
   const Error full{platform::ErrorKind::kNoSpace, ENOSPC};
@@ -185,6 +190,8 @@ TEST_F(FileUtility, ADiskThatFillsUpLeavesTheFormerContents) {
     EXPECT_EQ(Utility::WriteFile((directory / name).c_str(), "new", -1, true, false), written);
     EXPECT_EQ(directory.Get(name), contents) << name;
   }
+  EXPECT_EQ(Utility::WriteFile((directory / "f").c_str(), "too much", -1, true, false), 0);
+  EXPECT_EQ(directory.Get("f"), "new") << "put back";
 }
 
 TEST_F(FileUtility, FailedOpensAreToldWithTheirCause) {
