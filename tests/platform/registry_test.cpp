@@ -135,13 +135,12 @@ TEST_F(RegistryTest, AHandleOfADeletedKeyStaysGoneWhoeverDeletesIt) {
 }
 
 TEST_F(RegistryTest, EachRootIsATreeOfTheUsersOwn) {
-  constexpr HKEY kRoots[] = {kClassesRoot, kCurrentUser, kLocalMachine};
-  for (const HKEY root : kRoots) {
+  for (const HKEY root : {kClassesRoot, kCurrentUser, kLocalMachine}) {
+    const std::string number = std::to_string(root);
     const HKEY key = registry_.CreateKey(root, "Same").value;
-    EXPECT_TRUE(registry_.SetValue(key, "root", 3, std::to_string(root)).ok());
-  }
-  for (const HKEY root : kRoots) {
-    EXPECT_EQ(Read(other_, other_.OpenKey(root, "Same").value, "root"), std::to_string(root));
+    EXPECT_EQ(Read(other_, other_.OpenKey(root, "Same").value, "root"), "(error 1)");
+    EXPECT_TRUE(registry_.SetValue(key, "root", 3, number).ok());
+    EXPECT_EQ(Read(other_, other_.OpenKey(root, "Same").value, "root"), number);
   }
   EXPECT_TRUE(registry_.Flush().ok() && other_.Leave().ok() && registry_.Leave().ok());
   EXPECT_EQ(test::Shell(files_, "stat -c %a .. . hkcr.reg hkcu.reg hklm.journal"),
