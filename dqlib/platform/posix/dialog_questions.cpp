@@ -226,9 +226,10 @@ bool DialogQuestions::AskButton() {
 
 std::optional<std::string> DialogQuestions::Ask(std::string_view question, bool secret) {
   const std::lock_guard lock(one_at_a_time_);
-  WriteAll(terminal_.output(), question);
   std::optional<HiddenInput> hidden;
+  // Before the question, which may be answered at once.
   if (secret) hidden.emplace(terminal_.input());
+  WriteAll(terminal_.output(), question);
   std::optional<std::string> answer;
   if (!hidden || hidden->hidden()) answer = ReadLine(terminal_.input(), kLongestAnswer + 1);
   if (hidden && answer && answer->find(kInterrupt) != std::string::npos) answer.reset();
