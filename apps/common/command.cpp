@@ -81,7 +81,9 @@ void PrintHelp(const Program& program, const Command& command) {
   const char* margin = "usage: ";
   for (const Form& form : command.forms) {
     const std::string usage = UsageOf(form);
-    PrintLine(margin + start + (usage.empty() ? "" : " ") + usage);
+    std::string line = margin + start;
+    if (!usage.empty()) line += ' ';
+    PrintLine(line += usage);
     margin = "       ";
   }
   PrintLine("");

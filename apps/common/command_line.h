@@ -22,6 +22,7 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -107,7 +108,7 @@ Number ReadNumber(const std::string& word, const std::string& what,
   const auto [stop, error] = std::from_chars(word.data(), end, number);
   const bool is_number = error == std::errc() && stop == end;
   if (is_number && number >= low && number <= high) return number;
-  const bool is_any = low < 0 && low == std::numeric_limits<Number>::min();
+  const bool is_any = std::is_signed_v<Number> && low == std::numeric_limits<Number>::min();
   throw WrongUsage(what + " is a number" +
                    (is_any ? "" : " from " + std::to_string(low) + " to " + std::to_string(high)) +
                    ", not '" + word + "'");

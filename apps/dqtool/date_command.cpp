@@ -119,11 +119,12 @@ dq::DBMS PlatformWithFormats(const Arguments& arguments) {
 /// A format that values are read or printed by.
 dq::CString FormatFor(const Arguments& arguments, const char* option) {
   const std::string word = arguments.Get(option);
-  const dq::CString format = word;
+  dq::CString format = word;
   const bool valid = CLGDateTimeFmtDef::IsValidDateTimeFmt(format, dq::DTF_DISP) ||
                      CLGDateTimeFmtDef::IsValidDateTimeFmt(format, dq::DTF_OLE);
-  if (!valid)
+  if (!valid) {
     throw WrongUsage(std::string(option) + " is no display or ole format: '" + word + "'");
+  }
   return format;
 }
 

@@ -104,7 +104,7 @@ class IniFile {
 int PrintNames(const Arguments& arguments, const CStringList& names) {
   Listing listing(arguments);
   for (dq::POSITION position = names.GetHeadPosition(); position != nullptr;) {
-    const CString name = names.GetNext(position);
+    const CString& name = names.GetNext(position);
     listing.Add(name.View(), {{"name", name.View()}});
   }
   return listing.End();

@@ -197,7 +197,9 @@ std::string KeyWithTooMuch(const std::string& path) {
   }
   if (std::ranges::any_of(values, dq::IsTooLargeToMove)) return path;
   for (const std::string& name : names) {
-    if (std::string found = KeyWithTooMuch(path + '\\' + name); !found.empty()) return found;
+    std::string sub_path = path;
+    sub_path.append(1, '\\').append(name);
+    if (std::string found = KeyWithTooMuch(sub_path); !found.empty()) return found;
   }
   return {};
 }
