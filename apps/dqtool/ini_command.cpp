@@ -38,6 +38,7 @@ class RememberingProfiles : public dq::platform::ProfileFiles {
   std::vector<std::string> Keys(std::string_view path, std::string_view section) override {
     return target_.Keys(path, section);
   }
+  Error CheckReadable(std::string_view path) override { return target_.CheckReadable(path); }
 
   Error error;
 
@@ -54,9 +55,9 @@ class IniFile {
     auto file = std::make_unique<IniFile>(word, std::make_unique<dqapps::InputFile>(word));
     if (!file->input_->ok()) return nullptr;
     Error error = file->error_;
-    std::string bytes;
-    if (error.ok()) error = dq::platform::Current().files->ReadAll(file->path_.View(), bytes);
-    if (error.ok() || error.kind == dq::platform::ErrorKind::kNotFound) return file;
+    const auto& services = dq::platform::Current();
+    if (error.ok()) error = services.profile_files->CheckReadable(file->path_.View());
+    if (error.ok()) return file;
     Complain(file->name_ + ": " + dq::detail::ErrorText(error));
     return nullptr;
   }

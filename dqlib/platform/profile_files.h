@@ -44,6 +44,9 @@ class ProfileFiles {
   /// Names in the order of the file; each once. None if the file can't be read.
   virtual std::vector<std::string> Sections(std::string_view path) = 0;
   virtual std::vector<std::string> Keys(std::string_view path, std::string_view section) = 0;
+
+  /// Why the file can't be read; none if it can be, or isn't there.
+  virtual Error CheckReadable(std::string_view path) = 0;
 };
 
 }  // namespace dq::platform

@@ -363,6 +363,7 @@ class SettingsTest(transcript.TranscriptTest):
             f.ini delete-section S => ;; f.ini get S K =>1 ! f.ini: no key K in section S
             f.ini set T L 1 => ;; f.ini get T L => 1
             none/f.ini set S K V =>1 ! none/f.ini: No such file or directory
+            - get S K < \xff\xfe[ =>1 ! standard input: Invalid or incomplete multibyte or wide character
             $D set S K V =>1 ! $D: Is a directory ;; $D sections =>1 ! $D: Is a directory
             /dev/full set S K V =>1 ! /dev/full: ...
             f.ini set 'S]\n[T' K V =>1 ! f.ini: Invalid argument

@@ -9,6 +9,7 @@
 #include "tests/support/own_settings.h"
 #include "tests/support/registry_dump.h"
 #include "tests/support/scripted_platform.h"
+#include "tests/support/scripted_prompts.h"
 
 namespace dq {
 namespace {
@@ -448,6 +449,10 @@ TEST_P(Profile, HasTheFormsThatOtherReadersKnow) {
       EXPECT_EQ(app.GetProfileInt("s", entry, 5), static_cast<UINT>(number)) << entry;
     }
     EXPECT_EQ(Binary("s", "b") + Binary("s", "c") + Binary("s", "d"), "gonegonegone");
+    testing::ScriptedPrompts prompts;
+    own_settings.directory.Put("velmora/tool.ini", "\xFF\xFE[");
+    EXPECT_EQ(Text("s", "n") + Binary("s", "n"), "gonegone");
+    EXPECT_EQ(prompts.shown.size(), 1u) << "that it can't be read is told once";
     return;
   }
   EXPECT_EQ(AppRegistryRoot(), "Software\\Velmora\\tool\\");

@@ -140,6 +140,10 @@ TEST_F(ProfileFilesTest, BadInputIsRefusedAndChangesNothing) {
   }
   EXPECT_EQ(profiles.Write("c:\\a.ini", "s", "k", "v").kind, kNotFound);
   EXPECT_EQ(profiles.Read(dir / "pipe", "s", "k"), std::nullopt);
+  for (const auto& [name, kind] : Rows<Text, ErrorKind>{
+           {"a.ini", kNone}, {"none", kNone}, {"wide", kUnsupported}, {"pipe", kInvalidArgument}}) {
+    EXPECT_EQ(profiles.CheckReadable(dir / name).kind, kind) << name;
+  }
   EXPECT_EQ(Run("cat a.ini wide kept; ls"), "[s]k=v\n\xFF\xFE[old\na.ini\nkept\npipe\nsub\nwide\n");
 }
 

@@ -6,7 +6,8 @@
 
 namespace dq {
 
-/// Where settings are read from: the user's or the machine's part of the registry.
+/// Where settings are read from: the user's or the machine's part of the registry. The profile file
+/// of an application without a registry key is the user's, too.
 enum class SettingsStore { kUser, kMachine };
 
 /// Notes how a reading of settings has ended. That there is no such setting is no failure; one is

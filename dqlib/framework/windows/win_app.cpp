@@ -37,6 +37,15 @@ std::optional<std::string> ReadValue(const CString& path, const char* entry, DWO
   return std::move(value.value.data);
 }
 
+/// A value of the profile file, if it is there and can be read.
+std::optional<std::string> ReadProfile(const CString& file, const char* section,
+                                       const char* entry) {
+  auto text = Profiles().Read(file.View(), OrEmpty(section), OrEmpty(entry));
+  NoteSettingsReading(SettingsStore::kUser,
+                      text ? platform::Error{} : Profiles().CheckReadable(file.View()));
+  return text;
+}
+
 BOOL WriteValue(const CString& path, const char* entry, DWORD type, std::string_view data) {
   const RegistryKey key(Registry().CreateKey(kCurrentUser, path.View()));
   return key.ok() && Registry().SetValue(key.get(), OrEmpty(entry), type, data).ok();
@@ -97,7 +106,7 @@ CString CWinApp::ProfileFile() const { return app_name_ + ".ini"; }
 
 UINT CWinApp::GetProfileInt(const char* section, const char* entry, int fallback) {
   if (registry_key_.IsEmpty()) {
-    const auto text = Profiles().Read(ProfileFile().View(), OrEmpty(section), OrEmpty(entry));
+    const auto text = ReadProfile(ProfileFile(), section, entry);
     return static_cast<UINT>(text ? detail::ProfileNumber(*text) : fallback);
   }
   const auto data = ReadValue(ProfileKey(section), entry, REGISTRY_DWORD);
@@ -117,7 +126,7 @@ BOOL CWinApp::WriteProfileInt(const char* section, const char* entry, int value)
 
 CString CWinApp::GetProfileString(const char* section, const char* entry, const char* fallback) {
   const auto text = registry_key_.IsEmpty()
-                        ? Profiles().Read(ProfileFile().View(), OrEmpty(section), OrEmpty(entry))
+                        ? ReadProfile(ProfileFile(), section, entry)
                         : ReadValue(ProfileKey(section), entry, REGISTRY_STRING);
   return text ? CString(text->c_str()) : CString(fallback);
 }
@@ -148,7 +157,7 @@ BOOL CWinApp::GetProfileBinary(const char* section, const char* entry, BYTE** da
   *size = 0;
   std::optional<std::string> bytes;
   if (registry_key_.IsEmpty()) {
-    const auto text = Profiles().Read(ProfileFile().View(), OrEmpty(section), OrEmpty(entry));
+    const auto text = ReadProfile(ProfileFile(), section, entry);
     if (text) bytes = DecodeBytes(*text);
   } else {
     bytes = ReadValue(ProfileKey(section), entry, REGISTRY_BINARY);

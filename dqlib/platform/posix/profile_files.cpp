@@ -40,7 +40,7 @@ Result<std::string> Locate(std::string_view path) {
 /// The text of an open file, and what else is known of it.
 Error ReadOpenFile(SystemCalls& calls, int fd, std::string& text, struct stat& status) {
   if (calls.StatusOf(fd, &status) != 0) return LastError();
-  if (!S_ISREG(status.st_mode)) return ErrorFromErrno(EINVAL);
+  if (!S_ISREG(status.st_mode)) return ErrorFromErrno(S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
   if (status.st_size > kMaxProfile) return ErrorFromErrno(EFBIG);
   return ReadFullyAt(calls, fd, static_cast<std::size_t>(status.st_size), 0, text);
 }
@@ -174,26 +174,36 @@ class PosixProfileFiles : public ProfileFiles {
     return ProfileKeys(Text(path, *read), section);
   }
 
+  Error CheckReadable(std::string_view path) override {
+    const ThreadKept<ReadProfile> read;
+    Error error = Load(path, *read);
+    if (error.ok() && IsWideProfile(read->text)) error = {ErrorKind::kUnsupported, EILSEQ};
+    return error.kind == ErrorKind::kNotFound ? Error{} : error;
+  }
+
  private:
-  /// The file's text, which is read into `read`; "" if it can't be read.
-  std::string_view Text(std::string_view path, ReadProfile& read);
+  /// Reads the file's text into `read`.
+  Error Load(std::string_view path, ReadProfile& read);
+  /// The same, and the text; "" if it can't be read.
+  std::string_view Text(std::string_view path, ReadProfile& read) {
+    return Load(path, read).ok() ? read.text : std::string_view{};
+  }
 
   SystemCalls& calls_;
   LockPatience patience_;
 };
 
-std::string_view PosixProfileFiles::Text(std::string_view path, ReadProfile& read) {
+Error PosixProfileFiles::Load(std::string_view path, ReadProfile& read) {
   constexpr std::size_t kMostKept = 1 << 20;
   // An assignment would keep the memory.
   if (read.text.capacity() > kMostKept) std::string().swap(read.text);
   const Result<std::string> located = Locate(path);
-  if (!located.ok()) return {};
+  if (!located.ok()) return located.error;
   const Result<int> fd = OpenFile(calls_, located.value, O_RDONLY | O_NONBLOCK | O_NOCTTY);
-  if (!fd.ok()) return {};
+  if (!fd.ok()) return fd.error;
   const FileDescriptor file(calls_, fd.value);
   struct stat status;
-  const Error error = ReadOpenFile(calls_, file.get(), read.text, status);
-  return error.ok() ? read.text : std::string_view{};
+  return ReadOpenFile(calls_, file.get(), read.text, status);
 }
 
 /// Changes the text; false if it says that already.
