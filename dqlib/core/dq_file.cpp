@@ -141,7 +141,7 @@ int CDQFile::Read(CString& text, int count) {
     if (read < piece) break;
     count -= piece;
   }
-  text = std::move(bytes);
+  text = bytes;
   return text.GetLength();
 }
 
