@@ -186,20 +186,23 @@ int DeleteValue(const Arguments& arguments) {
   return error.ok() ? int{kYes} : Refused(path, error);
 }
 
-/// The path of the first key, this one or below it, that has a value which a move loses; "" if
-/// there is none.
-std::string KeyWithTooMuch(const std::string& path) {
+/// What keeps the key `top` from being moved whole with all below it, as seen from the key at the
+/// path and so many levels down from there; "" if nothing does.
+std::string WhyUnmovable(const std::string& top, const std::string& path, int levels) {
   const RegistryKey key(Registry().OpenKey(dq::kCurrentUser, path));
   std::vector<RegistryValue> values;
   std::vector<std::string> names;
   if (!key.ok() || !ReadValues(key.get(), values).ok() || !ReadKeys(key.get(), names).ok()) {
     return {};
   }
-  if (std::ranges::any_of(values, dq::IsTooLargeToMove)) return path;
+  if (levels == 0) return top + " has more levels of keys than are moved";
+  if (std::ranges::any_of(values, dq::IsTooLargeToMove)) {
+    return path + " holds a value that is too large to be moved";
+  }
   for (const std::string& name : names) {
     std::string sub_path = path;
     sub_path.append(1, '\\').append(name);
-    if (std::string found = KeyWithTooMuch(sub_path); !found.empty()) return found;
+    if (std::string why = WhyUnmovable(top, sub_path, levels - 1); !why.empty()) return why;
   }
   return {};
 }
@@ -216,9 +219,8 @@ int Rename(const Arguments& arguments) {
     const RegistryKey key(Registry().OpenKey(dq::kCurrentUser, path));
     if (!key.ok()) return NoKey(path, key.error());
   }
-  if (const std::string key = KeyWithTooMuch(path); !key.empty()) {
-    return Complain(key + " holds a value that is too large to be moved");
-  }
+  const std::string why = WhyUnmovable(path, path, dq::kMovedLevels);
+  if (!why.empty()) return Complain(why);
   const bool moved =
       dq::DQLIB_RenameRegistryItem(dq::kCurrentUser, path.c_str(), target.c_str()) != 0;
   // A move counts what the store refuses as done, but then the key is still there.

@@ -17,8 +17,6 @@ constexpr std::size_t kLongestText = 260;
 /// Room for one value while it is moved.
 constexpr std::size_t kNameBytes = 512;
 constexpr std::size_t kDataBytes = 7680;
-/// Levels of keys that the platform itself allows.
-constexpr int kDeepest = 512;
 
 platform::Registry& Registry() { return *platform::Current().registry; }
 
@@ -44,7 +42,7 @@ Outcome MoveValues(HKEY source, HKEY target) {
 
 /// `kTooDeep` also where a key is moved below itself, which has no end.
 Outcome MoveKey(HKEY source, HKEY target, int depth) {
-  if (depth == kDeepest) return Outcome::kTooDeep;
+  if (depth == kMovedLevels) return Outcome::kTooDeep;
   const Outcome values = MoveValues(source, target);
   if (values != Outcome::kMoved) return values;
   for (;;) {

@@ -34,6 +34,10 @@ BOOL DQLIB_CopyRegistryKey(HKEY source, HKEY target);
 /// what wasn't moved left where it was, if the key can't be read to its end.
 BOOL DQLIB_RenameRegistryItem(HKEY root, const char* old_name, const char* new_name);
 
+/// Levels of keys that the moves above reach, that of the key itself included, which are all that
+/// the platform they come from allows. A move that meets more ends there.
+inline constexpr int kMovedLevels = 512;
+
 /// Whether a value is one that the moves above leave or lose.
 bool IsTooLargeToMove(const platform::RegistryValue& value);
 

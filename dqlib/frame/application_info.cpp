@@ -32,8 +32,6 @@ bool IsApp(const CString& code, UINT id) {
 
 }  // namespace
 
-CString CDQApplicationInfo::m_sAppCode;
-
 CDQApplicationInfo::CDQApplicationInfo() { RetrieveVersionInfo(); }
 
 CDQApplicationInfo::~CDQApplicationInfo() = default;
@@ -126,13 +124,19 @@ CString CDQApplicationInfo::GetProductName() {
   return m_strProductName;
 }
 
-bool CDQApplicationInfo::IsAppLumenSql() { return IsApp(m_sAppCode, IDS_APP_LUMEN_SQL); }
+CString& CDQApplicationInfo::AppCode() {
+  // Never destroyed: destructors of static objects may ask for it.
+  static CString& code = *new CString;
+  return code;
+}
 
-bool CDQApplicationInfo::IsAppDeltaKeeper() { return IsApp(m_sAppCode, IDS_APP_DELTA_KEEPER); }
+bool CDQApplicationInfo::IsAppLumenSql() { return IsApp(AppCode(), IDS_APP_LUMEN_SQL); }
 
-bool CDQApplicationInfo::IsAppQuillbase() { return IsApp(m_sAppCode, IDS_APP_QUILLBASE); }
+bool CDQApplicationInfo::IsAppDeltaKeeper() { return IsApp(AppCode(), IDS_APP_DELTA_KEEPER); }
 
-bool CDQApplicationInfo::IsAppDQPacer() { return IsApp(m_sAppCode, IDS_APP_PACER); }
+bool CDQApplicationInfo::IsAppQuillbase() { return IsApp(AppCode(), IDS_APP_QUILLBASE); }
+
+bool CDQApplicationInfo::IsAppDQPacer() { return IsApp(AppCode(), IDS_APP_PACER); }
 
 void CDQApplicationInfo::RetrieveVersionInfo() {
   m_strLongVersion = GetVersionString();

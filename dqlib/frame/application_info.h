@@ -22,8 +22,8 @@ class CDQApplicationInfo : public CDQVersionInfo {
   ~CDQApplicationInfo() override;
 
   /// The application code: one of the texts that the `IsApp...` tests know.
-  static void SetAppCode(const char* code) { m_sAppCode = code; }
-  static const CString& GetAppCode() { return m_sAppCode; }
+  static void SetAppCode(const char* code) { AppCode() = code; }
+  static const CString& GetAppCode() { return AppCode(); }
 
   /// The title; from string 57344 of the host's resources if none is set.
   CString GetTitle();
@@ -75,9 +75,8 @@ class CDQApplicationInfo : public CDQVersionInfo {
 
  private:
   static CString GetRegistryKeyOf(const CString& path);
+  static CString& AppCode();
   void RetrieveVersionInfo();
-
-  static CString m_sAppCode;
 
   CString m_strTitle;
   CString m_strExecutablePath;

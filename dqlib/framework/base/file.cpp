@@ -78,12 +78,13 @@ BOOL CFile::Open(const char* path, UINT flags, CFileException* error) {
 }
 
 BOOL CFile::OpenAs(const char* path, const platform::OpenOptions& options, CFileException* error) {
-  m_strFileName = path;
+  // The path may be a part of the former name.
+  m_strFileName = std::string(path);
   const auto opened = Files().Open(m_strFileName.View(), options);
   if (!opened.ok()) {
     if (error != nullptr) {
       *error = CFileException(CFileException::CauseOf(opened.error),
-                              static_cast<LONG>(opened.error.code), path);
+                              static_cast<LONG>(opened.error.code), m_strFileName);
     }
     return 0;
   }

@@ -15,8 +15,9 @@ TraceSink& Sink() {
 }  // namespace
 
 void AfxTrace(std::string_view text) {
-  if (Sink()) {
-    Sink()(text);
+  // A copy, because a sink may put another one in its place.
+  if (const TraceSink sink = Sink()) {
+    sink(text);
   } else {
     std::fwrite(text.data(), 1, text.size(), stderr);
   }
