@@ -8,6 +8,8 @@
 namespace dq {
 namespace {
 
+using namespace std::string_literals;
+
 constexpr int kMin = std::numeric_limits<int>::min();
 constexpr int kMax = std::numeric_limits<int>::max();
 constexpr CRect kPlace{100, 120, 500, 420};
@@ -19,11 +21,11 @@ struct Window : CWnd {
 struct WindowState : ::testing::Test {
   void Put(const char* section, const std::map<std::string, int>& values) {
     for (const auto& [name, value] : values) {
-      app.WriteProfileInt(section, ("wp." + name).c_str(), value);
+      app->WriteProfileInt(section, ("wp." + name).c_str(), value);
     }
   }
-  CWinApp app{"window state"};
-  Window window;
+  std::optional<CWinApp> app{"window state"};
+  Window window, other;
 };
 
 TEST_F(WindowState, PlacementComesBackFromTenValues) {
@@ -32,11 +34,9 @@ TEST_F(WindowState, PlacementComesBackFromTenValues) {
   DQLIB_SaveWindowPlacement("Main", &window);
   EXPECT_THAT(
       test::own_settings.directory.Get("velmora/window state.ini"),
-      ::testing::HasSubstr("[Main]\r\nwp.showCmd=3\r\nwp.flags=2\r\nwp.ptMinPosition.x=-5\r\n"
-                           "wp.ptMinPosition.y=-6\r\nwp.ptMaxPosition.x=7\r\n"
-                           "wp.ptMaxPosition.y=8\r\nwp.left=-10\r\nwp.right=300\r\n"
-                           "wp.top=20\r\nwp.bottom=400\r\n"));
-  Window other;
+      ::testing::HasSubstr("[Main]\r\nwp.showCmd=3\r\nwp.flags=2\r\nwp.ptMinPosition.x=-5\r\nwp."
+                           "ptMinPosition.y=-6\r\nwp.ptMaxPosition.x=7\r\nwp.ptMaxPosition.y="
+                           "8\r\nwp.left=-10\r\nwp.right=300\r\nwp.top=20\r\nwp.bottom=400\r\n"));
   EXPECT_TRUE(DQLIB_RestoreWindowPlacement("Main", &other));
   WINDOWPLACEMENT restored, partly;
   other.GetWindowPlacement(&restored);
@@ -47,29 +47,20 @@ TEST_F(WindowState, PlacementComesBackFromTenValues) {
 }
 
 TEST_F(WindowState, WindowIsNeverRestoredOffScreen) {
-  const test::Rows<CRect, bool> rows = {{{1920, 0, 1929, 9}, false},
-                                        {{1919, 1079, 1929, 1089}, true},
-                                        {{-9, -9, 0, 5}, false},
-                                        {{-9, -9, 1, 1}, true},
-                                        {{5, 5, 5, 9}, false},
-                                        {{0, 1080, 9, 1089}, false},
-                                        {{kMax, kMax, kMin, kMin}, false},
-                                        {{kMin, kMin, kMax, kMax}, true}};
-  for (const auto& [at, restored] : rows) {
+  const auto restores = [&](const CRect& at) {
     window.MoveWindow(kPlace);
     Put("Off", {{"left", at.left}, {"right", at.right}, {"top", at.top}, {"bottom", at.bottom}});
-    EXPECT_EQ(DQLIB_RestoreWindowPlacement("Off", &window), restored) << at.left;
-    EXPECT_EQ(window.GetPlace() == kPlace, !restored) << at.left;
-  }
+    const bool restored = DQLIB_RestoreWindowPlacement("Off", &window);
+    EXPECT_EQ(window.GetPlace() != kPlace, restored);
+    return restored;
+  };
+  EXPECT_TRUE(restores({1919, 1079, 1929, 1089}) && restores({-9, -9, 1, 1}));
+  EXPECT_TRUE(restores({kMin, kMin, kMax, kMax}));
+  EXPECT_FALSE(restores({1920, 0, 1929, 9}) || restores({-9, -9, 0, 5}) || restores({5, 5, 5, 9}));
+  EXPECT_FALSE(restores({0, 1080, 9, 1089}) || restores({kMax, kMax, kMin, kMin}));
   window.MoveWindow(kPlace);
   EXPECT_TRUE(DQLIB_RestoreWindowPlacement("No such section", &window));
   EXPECT_EQ(window.GetPlace(), kPlace);
-  CWnd none;
-  for (const auto& [section, bad] :
-       test::Rows<const char*, CWnd*>{{"None", nullptr}, {"None", &none}, {nullptr, &window}}) {
-    DQLIB_SaveWindowPlacement(section, bad);
-    EXPECT_FALSE(DQLIB_RestoreWindowPlacement(section, bad));
-  }
 }
 
 TEST_F(WindowState, CreateStructKeepsWhatIsntStored) {
@@ -82,73 +73,67 @@ TEST_F(WindowState, CreateStructKeepsWhatIsntStored) {
   EXPECT_EQ(place(), (CRect{5, 10, 20, 50})) << "the bottom edge stays";
 }
 
-TEST(WindowStateWithoutApplication, DoesNothing) {
-  Window window;
+TEST_F(WindowState, NothingHappensWithoutASectionAMadeWindowOrAnApplication) {
+  Put("Set", {{"left", 5}, {"right", 25}});
+  CWnd none;
   CREATESTRUCT create{.cx = 3};
   WINDOWPLACEMENT placement;
-  DQLIB_SaveWindowPlacement("Main", &window);
-  DQLIB_GetWindowPlacement("Main", &placement);
-  DQLIB_SetCreateStructPlacement("Main", &create);
-  EXPECT_EQ(placement, WINDOWPLACEMENT());
-  EXPECT_EQ(create.cx, 3);
-  EXPECT_FALSE(DQLIB_RestoreWindowPlacement("Main", &window));
+  for (const auto& [section, given] : test::Rows<const char*, CWnd*>{
+           {"Set", nullptr}, {"Set", &none}, {nullptr, &window}, {"Set", &window}}) {
+    const bool made = given == &window;
+    if (made && section != nullptr) app.reset();
+    DQLIB_SaveWindowPlacement(section, given);
+    EXPECT_FALSE(DQLIB_RestoreWindowPlacement(section, given));
+    DQLIB_GetWindowPlacement(section, made ? &placement : nullptr);
+    DQLIB_SetCreateStructPlacement(section, made ? &create : nullptr);
+  }
+  EXPECT_TRUE(placement == WINDOWPLACEMENT() && create.x == 0 && create.cx == 3);
 }
 
-/// Loads the value from the bytes or stores it; the bytes afterwards.
-std::string Archived(auto& value, CArchive::Mode mode, const std::string& bytes = {}) {
+/// Loads the records from the bytes or stores them; the bytes afterwards.
+std::string Archived(CDQWindowInfoArray& infos, CArchive::Mode mode, const std::string& from = {}) {
   struct : CMemFile {
     using CMemFile::m_bytes;
   } file;
-  file.m_bytes.assign(bytes.begin(), bytes.end());
+  file.m_bytes.assign(from.begin(), from.end());
   CArchive archive(&file, mode);
-  value.Serialize(archive);
+  infos.Serialize(archive);
   archive.Close();
   return {file.m_bytes.begin(), file.m_bytes.end()};
 }
 
-std::unique_ptr<CDQWindowInfo> Sample() {
+TEST(WindowInfoArray, FormIsExactAndTornStreamsAndOtherObjectsAreRefused) {
   auto info = std::make_unique<CDQWindowInfo>(3, -2, "n");
   info->SetUserData("ab");
   info->SetWndPlacement({1, 2, SW_SHOWMAXIMIZED, {-1, 5}, {6, 7}, {8, 9, 10, 0x01020304}});
   info->SetActive(true);
-  return info;
-}
-
-TEST(WindowInfo, FormIsExactAndItsLengthAlwaysThatOfAPlacement) {
-  using namespace std::string_literals;
-  const std::string expected =
-      "\3\0\0\0\xFE\xFF\xFF\xFF\1n\2ab\0\x2C\0\0\0\2\0\0\0\3\0\0\0\xFF\xFF\xFF\xFF\5\0\0\0"
-      "\6\0\0\0\7\0\0\0\x8\0\0\0\x9\0\0\0\xA\0\0\0\4\3\2\1\1"s;
-  const auto info = Sample();
-  EXPECT_EQ(Archived(*info, CArchive::store), expected);
   EXPECT_TRUE(info->Zoomed() && !info->Iconized());
-  CDQWindowInfo loaded;
-  Archived(loaded, CArchive::load, std::string(expected).replace(14, 1, "c"));
-  EXPECT_EQ(Archived(loaded, CArchive::store), expected)
-      << "whatever length is stored, it is 44 afterwards";
-}
-
-TEST(WindowInfoArray, RefusesTornStreamsAndWhatIsNoneOfItsRecords) {
   CDQWindowInfoArray infos, loaded;
-  infos.Add(Sample());
-  infos.Add(std::make_unique<CDQWindowInfo>());
-  loaded.Add(Sample());
-  const std::string bytes = Archived(infos, CArchive::store);
+  EXPECT_EQ(infos.Add(std::move(info)), 0);
+  loaded.Add(std::make_unique<CDQWindowInfo>());
+  EXPECT_EQ(infos.Add(std::make_unique<CDQWindowInfo>()), 1);
+  const std::string numbers(16, '\xFF');
+  const std::string bytes =
+      "\2\0\xFF\xFF\1\0\xD\0CDQWindowInfo\3\0\0\0\xFE\xFF\xFF\xFF\1n\2ab\0\x2C\0\0\0\2\0\0\0"
+      "\3\0\0\0\xFF\xFF\xFF\xFF\5\0\0\0\6\0\0\0\7\0\0\0\x8\0\0\0\x9\0\0\0\xA\0\0\0\4\3\2\1\1"
+      "\1\x80"s +
+      numbers.substr(8) + "\0\0\0\x2C\0\0\0\0\0\0\0\1\0\0\0"s + numbers + std::string(17, '\0');
+  EXPECT_EQ(Archived(infos, CArchive::store), bytes);
   for (std::size_t at = 0; at < bytes.size(); ++at) {
     EXPECT_THROW(Archived(loaded, CArchive::load, bytes.substr(0, at)), CArchiveException) << at;
   }
   // The second object is the first one again, then null.
-  const std::size_t second = bytes.size() - 58;
-  ASSERT_EQ(bytes.substr(second, 2), "\x01\x80");
   for (const char tag : {'\2', '\0'}) {
-    const std::string other = bytes.substr(0, second) + tag + std::string(70, '\0');
+    const std::string other = bytes.substr(0, bytes.size() - 58) + tag + std::string(70, '\0');
     EXPECT_THROW(Archived(loaded, CArchive::load, other), CArchiveException);
   }
   EXPECT_EQ(loaded.GetSize(), 1);
-  Archived(loaded, CArchive::load, bytes);
-  EXPECT_EQ(Archived(loaded, CArchive::store), bytes);
+  Archived(loaded, CArchive::load, std::string(bytes).replace(35, 1, "c"));
+  EXPECT_EQ(Archived(loaded, CArchive::store), bytes) << "the length is that of a placement again";
+  for (const int type : {7, 8}) loaded.Add(std::make_unique<CDQWindowInfo>(type, 0, ""));
+  loaded.RemoveAt(1, 2);
   loaded.RemoveAt(0);
-  EXPECT_TRUE(loaded.GetSize() == 1 && loaded[0]->GetType() == -1);
+  EXPECT_TRUE(loaded.GetSize() == 1 && loaded[0]->GetType() == 8);
 }
 
 }  // namespace
