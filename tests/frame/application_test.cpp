@@ -8,6 +8,7 @@
 #include "dqlib/framework/base/trace.h"
 #include "dqlib/resources/string_ids.h"
 #include "tests/support/failing_memory.h"
+#include "tests/support/forwarding_files.h"
 #include "tests/support/main_window.h"
 #include "tests/support/scripted_platform.h"
 #include "tests/support/scripted_prompts.h"
@@ -42,58 +43,71 @@ TEST_F(ApplicationInfo, VersionNumbersAreCutAtTheDots) {
   }
 }
 
-TEST_F(ApplicationInfo, TheExecutableGivesDirectoryKeyAndOptionsFile) {
-  // The path; directory, key and options file, and whether it lies in the network.
-  for (const std::string row :
-       {"c:\\bin\\TOOL.EXE: c:\\bin|TOOL|TOOL.dqo|0", "/tmp/tool: /tmp|tool|tool.dqo|0",
-        "\\\\server\\share\\tool.v2.exe: \\\\server\\share|tool.v2|tool.v2.dqo|1"}) {
-    const std::string path = row.substr(0, row.find(": "));
-    CWinApp app("name");
-    app.SetExecutablePath(path.c_str());
-    CDQApplicationInfo info;
-    EXPECT_EQ(path + ": " + info.GetExecutableDirectory() + "|" + info.GetRegistryKey() + "|" +
-                  info.GetOptionsFile() + (info.RunningFromNetwork() ? "|1" : "|0"),
-              row.c_str());
-  }
+TEST_F(ApplicationInfo, TheExecutableGivesDirectoryKeyAndOptionsFileUnlessTheCodeDoes) {
+  // The code and the path; directory, key, options file, and which of the applications it is.
+  const test::Rows<const char*, const char*, const char*> rows = {
+      {"", "c:\\bin\\TOOL.EXE", "c:\\bin|TOOL|TOOL.dqo|0000"},
+      {"", "\\\\server\\share\\a.v2.exe", "\\\\server\\share|a.v2|a.v2.dqo|0000"},
+      {"Lumen SQL", "/tmp/tool", "/tmp|tool|LumenSQL.dqo|1000"},
+      {"lUMEN sql", "/tool", "|tool|LumenSQL.dqo|1000"},
+      {"LumenSQL", "tool", "|tool|tool.dqo|0000"},
+      {"Velmora Delta Keeper", "tool", "|tool|tool.dqo|0100"},
+      {"QUILLBASE", "tool", "|tool|Quill.dqo|0010"},
+      {"velmora pacer", "tool", "|tool|DQPacer.dqo|0001"}};
   CWinApp app("name");
+  for (const auto& [code, path, told] : rows) {
+    app.SetExecutablePath(path);
+    CDQApplicationInfo::SetAppCode(code);
+    CDQApplicationInfo info;
+    std::ostringstream apps;
+    apps << info.IsAppLumenSql() << info.IsAppDeltaKeeper() << info.IsAppQuillbase()
+         << info.IsAppDQPacer();
+    EXPECT_EQ(info.GetExecutableDirectory() + "|" + info.GetRegistryKey() + "|" +
+                  info.GetOptionsFile() + "|" + apps.str().c_str(),
+              told);
+    info.SetOptionsFile("own.dqo");
+    EXPECT_STREQ(info.GetOptionsFile(), "own.dqo");
+  }
   app.SetExecutablePath(std::string(300, 'x').c_str());
   EXPECT_EQ(CDQApplicationInfo().GetExecutablePath().GetLength(), 259);
 }
 
-TEST_F(ApplicationInfo, TheCodeDecidesTheOptionsFileBeforeTheExecutable) {
-  // The code, the options file, and which of the applications it is.
-  for (const std::string row :
-       {"Lumen SQL: LumenSQL.dqo 1000", "lUMEN sql: LumenSQL.dqo 1000", "LumenSQL: host.dqo 0000",
-        "Velmora Delta Keeper: host.dqo 0100", "QUILLBASE: Quill.dqo 0010",
-        "velmora pacer: DQPacer.dqo 0001", ": host.dqo 0000"}) {
-    const std::string code = row.substr(0, row.find(':'));
-    CDQApplicationInfo::SetAppCode(code.c_str());
-    CDQApplicationInfo info;
-    std::ostringstream told;
-    told << code << ": " << info.GetOptionsFile().View() << ' ' << info.IsAppLumenSql()
-         << info.IsAppDeltaKeeper() << info.IsAppQuillbase() << info.IsAppDQPacer();
-    EXPECT_EQ(told.str(), row);
-    info.SetOptionsFile("own.dqo");
-    EXPECT_STREQ(info.GetOptionsFile(), "own.dqo");
+TEST_F(ApplicationInfo, RunsFromTheNetworkWhereTheDriveOrTheNearestDirectoryIsRemoteOrUnknown) {
+  struct : test::ForwardingFiles {
+    UINT KindOfDrive(std::string_view place) override {
+      return place.size() > 4 ? UINT{DRIVE_KIND_NO_ROOT} : kind;
+    }
+    UINT kind = 0;
+  } files;
+  const platform::ScopedPlatform scope{test::With(&platform::Platform::files, &files)};
+  CWinApp app("name");
+  for (const char* path : {"c:\\bin\\tool.exe", "/tmp/none/tool"}) {
+    app.SetExecutablePath(path);
+    std::string told;
+    for (files.kind = 0; files.kind < 7; ++files.kind) {
+      told += CDQApplicationInfo().RunningFromNetwork() ? '1' : '0';
+    }
+    EXPECT_EQ(told, "1100100") << path;
   }
 }
 
-TEST_F(ApplicationInfo, AssignmentLeavesTheVersionResourceOfTheTarget) {
-  SetVersion({{"FileVersion", "1.2.3.4"}, {"Comments", "old"}});
-  CDQApplicationInfo target;
+TEST_F(ApplicationInfo, VersionTextsAreThoseOfTheFirstTranslationAndNotAssigned) {
+  platform::VersionTable table = {{"Translation", "0407,04e4"}, {"Comments", "c"}};
+  for (const char* name : {"CompanyName", "LegalTrademarks", "ProductVersion"}) table[name] = name;
+  SetVersion(table);
+  CDQApplicationInfo info;
+  EXPECT_EQ(info.GetLanguageString() + info.GetCompanyName() + info.GetInternalName() +
+                info.GetLegalTrademarks() + info.GetProductVersion(),
+            "040704e4CompanyNameLegalTrademarksProductVersion");
   SetVersion({{"FileVersion", "5.6.7.8"}, {"Comments", "new"}});
   CDQApplicationInfo source;
   source.SetTitle("title");
-  target = source;
-  EXPECT_EQ(target.GetTitle() + target.GetLongVersionNumber(), "title5.6.7.8");
-  EXPECT_EQ(target.GetComments(), "old");
-}
-
-TEST_F(ApplicationInfo, VersionTextsAreThoseOfTheFirstTranslation) {
-  SetVersion({{"Translation", "0407,04e4"}, {"CompanyName", "Velmora"}});
-  const CDQVersionInfo info("/opt/host");
-  EXPECT_EQ(info.GetLanguageString() + info.GetCompanyName() + info.GetInternalName(),
-            "040704e4Velmora");
+  info = source;
+  EXPECT_EQ(info.GetTitle() + info.GetLongVersionNumber() + info.GetComments(), "title5.6.7.8c");
+  // The file is looked for, and then its resource read.
+  test::FailAllocation(3);
+  EXPECT_THROW(info.GetVersionInfo(), std::bad_alloc);
+  EXPECT_TRUE(test::AllocationFailed() && info.GetComments().IsEmpty());
   SetVersion({});
   CDQVersionInfo none("/opt/host");
   EXPECT_TRUE(none.GetVersionInfo() == 0 && none.GetLanguageString() == "00000000");

@@ -174,28 +174,20 @@ TEST(Library, EntryPointAttachesAndTakesNothingDown) {
   EXPECT_EQ(CountLinks(), before + 2);
 }
 
-/// The ids of the pictures that an operation gives for the indices 0 to `count` - 1, each followed
-/// by a blank.
-std::string PictureIds(int count, const std::function<CBitmap*(int)>& get) {
+TEST(CDQResourceManager, HasTheFamilysPicturesAndFontsAndMapsObjectTypesToPictures) {
+  CDQResourceManager* const manager = CDQResourceManager::GetInstance();
   std::map<const CBitmap*, UINT> ids;
   for (UINT id = 3000; id <= 3222; ++id) {
     ids[CGDIDispenser::g_.GetResourceBitmap(id, DQRESOURCES_GetInstanceHandle())] = id;
   }
-  std::string list;
-  for (int index = 0; index < count; ++index) list += std::to_string(ids[get(index)]) + ' ';
-  return list;
-}
-
-TEST(CDQResourceManager, HasTheFamilysPicturesAndFontsAndMapsObjectTypesToPictures) {
-  CDQResourceManager* const manager = CDQResourceManager::GetInstance();
-  const std::string pictures = PictureIds(134, [&](int i) { return manager->GetBitmap(i); });
-  const std::string alerts = PictureIds(5, [&](int i) { return manager->GetAlertBitmap(i); });
+  std::string pictures, alerts, indices;
+  for (int i = 0; i < 134; ++i) pictures += std::to_string(ids[manager->GetBitmap(i)]) + ' ';
+  for (int i = 0; i < 5; ++i) alerts += std::to_string(ids[manager->GetAlertBitmap(i)]) + ' ';
   EXPECT_EQ(alerts, "3075 3001 3010 3011 3099 ");
   EXPECT_EQ(platform::Checksum(pictures + alerts), 0x79B1E734U) << pictures;
   EXPECT_EQ(manager->GetFont(0), CGDIDispenser::g_.GetDefaultFont(FONT_BOLD));
   EXPECT_EQ(manager->GetFont(1), CGDIDispenser::g_.GetDefaultFont(FONT_UNDERLINE));
   EXPECT_EQ(manager->GetObjectBitmap(88), manager->GetBitmap(132));
-  std::string indices;
   for (int type = -1; type < 100; ++type) {
     indices += std::to_string(manager->GetObjectBitmapIndex(type)) + ' ';
   }
