@@ -32,15 +32,6 @@ struct LoopWnd : CWnd {
   Handler on_message;
 };
 
-void WaitUntil(const std::function<bool()>& condition) {
-  while (!condition()) std::this_thread::yield();
-}
-
-/// Meanwhile what other threads send is handled.
-void PumpSentUntil(const std::function<bool()>& condition) {
-  WaitUntil([&] { return PumpSentMessages() == 0 && condition(); });
-}
-
 TEST(Handle, IsAliveFromCreationToDestructionAndNeverUsedAgain) {
   std::set<HWND> handles;
   CWnd window;
@@ -94,10 +85,10 @@ TEST(Send, OneThatIsBeingHandledIsAnsweredAndTheOthersReleasedWhenTheWindowEnds)
     };
     std::vector<std::jthread> senders;
     for (CWnd* each : {&window, &window, &other}) senders.emplace_back(send, each->GetSafeHwnd());
-    WaitUntil([&] { return started == 3; });
+    while (started < 3) std::this_thread::yield();
     for (int wait = 0; wait < round; ++wait) std::this_thread::yield();
     if (ends_unpumped) window.DestroyWindow();
-    PumpSentUntil([&] { return answered == 3; });
+    while (answered < 3) PumpSentMessages();
     EXPECT_EQ(sum, ends_unpumped ? 90 : 97);
   }
 }
@@ -110,10 +101,10 @@ TEST(Send, IsReleasedAndTheHandleDeadWhenTheThreadEnds) {
     std::thread owner([&] {
       window.CreateWnd("Test");
       handle = window.GetSafeHwnd();
-      WaitUntil([&] { return sending.load(); });
+      while (!sending) std::this_thread::yield();
       for (int wait = 0; wait < round; ++wait) std::this_thread::yield();
     });
-    WaitUntil([&] { return handle != nullptr; });
+    while (handle == nullptr) std::this_thread::yield();
     sending = true;
     EXPECT_EQ(SendToWindow(handle, WM_APP, 0, 0), 0);
     owner.join();
@@ -134,14 +125,14 @@ TEST(Send, PumpLeavesWhatIsSentMeanwhileForTheNextCall) {
     while (!stop) window.SendMessage(WM_APP);
     ++ended;
   };
-  const std::jthread floods[] = {std::jthread(flood), std::jthread(flood)};
+  const std::jthread one(flood), other(flood);
   for (int total = 0; total < 500;) {
     const int handled = PumpSentMessages();
     EXPECT_LE(handled, 2);
     total += handled;
   }
   stop = true;
-  PumpSentUntil([&] { return ended == 2; });
+  while (ended < 2) PumpSentMessages();
 }
 
 TEST(Send, ExceptionOfAServedHandlerWaitsForTheAnswerToTheOwnSend) {
@@ -155,9 +146,9 @@ TEST(Send, ExceptionOfAServedHandlerWaitsForTheAnswerToTheOwnSend) {
       return partner_answered = true;
     });
     partner = mine.GetSafeHwnd();
-    PumpSentUntil([&] { return done.load(); });
+    while (!done) PumpSentMessages();
   });
-  WaitUntil([&] { return partner != nullptr; });
+  while (partner == nullptr) std::this_thread::yield();
   EXPECT_THROW(SendToWindow(partner, WM_APP, 0, 0), std::runtime_error);
   EXPECT_TRUE(partner_answered);
   done = true;
@@ -364,8 +355,7 @@ TEST(WorkerThread, GoesOnByItselfWhenItIsDropped) {
   const auto procedure = [](void* parameter) -> UINT {
     auto& shared = *static_cast<std::atomic<int>*>(parameter);
     while (shared == 0) std::this_thread::yield();
-    shared = 2;
-    return 0;
+    return shared = 2;
   };
   AfxBeginThread(procedure, &step);
   step = 1;
