@@ -262,11 +262,11 @@ TEST(FlexPropertySheet, AsksItsPagesInOrderAndStaysAtTheFirstThatRefuses) {
     c.SetModified();
     EXPECT_TRUE(view.Press(ID_APPLY_NOW) && !c.IsModified() && !view.Press(ID_APPLY_NOW));
     took("b- a! b! S b+ b");
-    const auto place = [&](CWnd& of, int id) { return of.GetDlgItem(id)->GetPlace(); };
     sheet.MoveWindow(0, 0, 430, 340);
-    EXPECT_EQ(place(b, 20), (CRect{10, 10, 220, 101}));
-    EXPECT_EQ(place(sheet, IDOK), (CRect{107, 280, 182, 303}));
-    EXPECT_EQ(place(sheet, IDCANCEL), (CRect{158, 240, 233, 263})) << "by a constraint of its own";
+    EXPECT_EQ(b.GetDlgItem(20)->GetPlace(), (CRect{10, 10, 220, 101}));
+    EXPECT_EQ(sheet.GetDlgItem(IDOK)->GetPlace(), (CRect{107, 280, 182, 303}));
+    // By a constraint of its own.
+    EXPECT_EQ(sheet.GetDlgItem(IDCANCEL)->GetPlace(), (CRect{158, 240, 233, 263}));
     EXPECT_EQ(sheet.GetSizeGripRect(), (CRect{414, 324, 430, 340}));
     sheet.ShowWindow(SW_SHOWMAXIMIZED);
     EXPECT_TRUE(sheet.GetSizeGripRect().IsRectEmpty());
