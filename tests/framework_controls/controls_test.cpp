@@ -338,24 +338,22 @@ TEST(DialogExchange, ControlsAndVariablesExchangeTheirValues) {
       {DDX_Radio, kRadio, 2, -1}, {DDX_CBIndex, kCombo, 2, 2},  {DDX_CBIndex, kCombo, 9, -1},
       {DDX_LBIndex, kList, 1, 1}, {DDX_LBIndex, kList, -1, -1}, {DDX_Text, kEdit, -3, -3},
   };
-  for (const auto& [exchange, id, loaded, saved] : numbers) {
-    int value = loaded;
-    exchange(&load, id, value);
-    exchange(&save, id, value);
-    EXPECT_EQ(value, saved) << id << ": " << loaded;
-  }
-  const test::Rows<void (*)(CDataExchange*, int, CString&), int, const char*, const char*> texts = {
+  const test::Rows<void (*)(CDataExchange*, int, CString&), int, CString, CString> texts = {
       {DDX_CBString, kCombo, "t", "Two"},           {DDX_CBString, kCombo, "", ""},
       {DDX_CBStringExact, kCombo, "t", "t"},        {DDX_CBStringExact, kCombo, "three", "Three"},
       {DDX_CBStringExact, kDropList, "one", "One"}, {DDX_CBStringExact, kDropList, "none", "One"},
       {DDX_LBString, kList, "th", "Three"},         {DDX_Text, kEdit, "any text", "any text"},
   };
-  for (const auto& [exchange, id, loaded, saved] : texts) {
-    CString value = loaded;
-    exchange(&load, id, value);
-    exchange(&save, id, value);
-    EXPECT_STREQ(value, saved) << id << ": " << loaded;
-  }
+  const auto exchanged = [&](const auto& rows) {
+    for (const auto& [exchange, id, loaded, saved] : rows) {
+      auto value = loaded;
+      exchange(&load, id, value);
+      exchange(&save, id, value);
+      EXPECT_EQ(value, saved) << id;
+    }
+  };
+  exchanged(numbers);
+  exchanged(texts);
   DDV_MaxChars(&load, "", 4);
   EXPECT_EQ(dialog.edit().GetLimitText(), 4U);
 }

@@ -30,12 +30,12 @@ struct LogWnd : CWnd {
   }
   void PostNcDestroy() override {
     log += std::to_string(GetDlgCtrlID()) + ". ";
-    if (drops != nullptr) drops->reset();
+    if (on.contains(0)) on[0]();
   }
   std::string Take() { return std::exchange(log, {}); }
 
+  /// By messages, and by 0 for the end.
   std::map<UINT, std::function<void()>> on;
-  std::unique_ptr<LogWnd>* drops = nullptr;
 };
 
 /// The windows 1, below it 2, 4 and 5, and 3 below 2.
@@ -130,7 +130,7 @@ TEST_F(WindowTree, ObjectsMayGoInAnyOrderAndInTheirOwnHandlers) {
   for (int id = 0; id < 6; ++id) {
     chain.push_back(std::make_unique<LogWnd>(id == 0 ? nullptr : chain.back().get(), id));
   }
-  chain[5]->drops = &chain[3];
+  chain[5]->on[0] = [&] { chain[3].reset(); };
   chain[0]->DestroyWindow();
   EXPECT_EQ(top.Take(), "0:2 1:2 2:2 3:2 4:2 5:2 5. 4. 2. 1. 0. ");
 }
@@ -377,11 +377,10 @@ TEST(Commands, GoFromWhereTheyAreSentUpToTheApplication) {
 TEST(Document, TellsTheViewsThatAreStillThereUntilItGoesItself) {
   struct View : CView {
     void OnUpdate(CView*, LPARAM hint, CObject*) override {
-      LogWnd::log += std::to_string(id) + ":" + std::to_string(hint) + " ";
-      if (on_update) on_update();
+      LogWnd::log += std::to_string(GetDlgCtrlID()) + ":" + std::to_string(hint) + " ";
+      on_update();
     }
-    int id = 0;
-    std::function<void()> on_update;
+    std::function<void()> on_update = [] {};
   };
   auto document = std::make_unique<CDocument>();
   CDocument other;
@@ -389,14 +388,13 @@ TEST(Document, TellsTheViewsThatAreStillThereUntilItGoesItself) {
   LogWnd::log.clear();
   for (int id = 0; id < 4; ++id) {
     views[id] = std::make_unique<View>();
-    views[id]->id = id;
+    views[id]->SetDlgCtrlID(id);
     for (int twice = 0; twice < 2; ++twice) document->AddView(views[id].get());
   }
   document->UpdateAllViews(views[1].get(), 7);
   views[0]->on_update = [&] { views[2].reset(); };
   document->UpdateAllViews(nullptr, 8);
   other.AddView(views[3].get());
-  views[0]->on_update = nullptr;
   document->UpdateAllViews(nullptr, 9);
   views[0]->on_update = [&] { document.reset(); };
   document->UpdateAllViews(nullptr);
@@ -440,9 +438,8 @@ TEST(Commands, ChildFramesAreActiveOneAtATime) {
       return CMDIChildWnd::WindowProc(message, wparam, lparam);
     }
   } children[3];
-  for (const int i : {0, 1, 2}) {
-    ASSERT_TRUE(children[i].Create("Child", std::to_string(i).c_str(), {}, &frame));
-  }
+  int number = 0;
+  for (Child& each : children) each.Create("Child", std::to_string(number++).c_str(), {}, &frame);
   EXPECT_EQ(std::exchange(LogWnd::log, {}), "none>0 0>1 0>1 1>2 1>2 ");
   testing::RecordingObserver observer;
   frame.MDINext();
