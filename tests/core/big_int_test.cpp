@@ -19,7 +19,6 @@ TEST(BigInt, TextsThatMakeNumbers) {
     EXPECT_EQ(static_cast<int>(Big(text)), number) << text;
   }
   EXPECT_TRUE(Big("-0") == 0 && CDQBigInt() == Big(""));
-  EXPECT_EQ(CDQBigInt(INT_MIN).toString(), "-2147483648");
   EXPECT_EQ(CDQBigInt(LLONG_MIN).toString(), "-9223372036854775808");
   // A stream gives words, and the last one stays at its end.
   std::istringstream in(" -12\t34x ");
@@ -79,14 +78,19 @@ TEST(BigInt, NegativeZerosAreLessThanZeroAndHarmless) {
   }
 }
 
-TEST(BigInt, IntOperandsGiveWhatNumbersGiveAndZeroNoError) {
+TEST(BigInt, IntsAndTheNumberItselfAsOperandsGiveWhatNumbersGive) {
   for (const Text text : {"1", "-9", "99999", "-12345678901234567890"}) {
+    const CDQBigInt big = Big(text);
     for (const int operand : {INT_MIN, -100, -11, -10, -1, 1, 7, 10, 99, 100, 101, INT_MAX}) {
-      EXPECT_EQ(Big(text) * operand, Big(text) * CDQBigInt(operand)) << text << ' ' << operand;
-      EXPECT_EQ(operand * Big(text), Big(text) * operand) << text << ' ' << operand;
-      EXPECT_EQ(Big(text) / operand, Big(text) / CDQBigInt(operand)) << text << ' ' << operand;
+      EXPECT_EQ(big * operand, big * CDQBigInt(operand)) << text << ' ' << operand;
+      EXPECT_EQ(operand * big, big * operand) << text << ' ' << operand;
+      EXPECT_EQ(big / operand, big / CDQBigInt(operand)) << text << ' ' << operand;
     }
-    EXPECT_TRUE(Big(text) / 0 == Big(text) && Big(text) * 0 == 0) << text;
+    EXPECT_TRUE(big / 0 == big && big * 0 == 0) << text << " without an error";
+    CDQBigInt x[] = {big, big, big, big, big};
+    EXPECT_TRUE((x[0] += x[0]) == big * 2 && (x[1] -= x[1]).toString() == "0") << text;
+    EXPECT_TRUE((x[2] *= x[2]) == big * CDQBigInt(big) && (x[3] /= x[3]) == 1) << text;
+    EXPECT_EQ(x[4] %= x[4], 0) << text;
   }
 }
 
@@ -119,20 +123,9 @@ TEST(BigInt, ProductsAndQuotientsAreThoseOfSingleDigits) {
   EXPECT_TRUE(nines * nines == square && square / nines == nines);
 }
 
-TEST(BigInt, TakesItselfAsOperand) {
-  for (const Text text : {"5", "-12345678901234567890"}) {
-    CDQBigInt x[] = {Big(text), Big(text), Big(text), Big(text), Big(text)};
-    EXPECT_EQ(x[0] += x[0], Big(text) * 2);
-    EXPECT_EQ((x[1] -= x[1]).toString(), "0");
-    EXPECT_EQ(x[2] *= x[2], Big(text) * Big(text));
-    EXPECT_EQ(x[3] /= x[3], 1);
-    EXPECT_EQ(x[4] %= x[4], 0);
-  }
-}
-
 TEST(BigInt, TextsThatAreNoNumbersDoNoHarm) {
   // "-" counts -3.
-  EXPECT_EQ(static_cast<int>(Big("1-2") * Big("3")), 216);
+  EXPECT_EQ(static_cast<int>(Big("7-2") * Big("3")), 2016);
   EXPECT_EQ(static_cast<int>(Big("1-2") + Big("14")), 86);
   for (const Text left : {"x", "1-2", "/5", "\xFF\xFF", "::::", "-/0"}) {
     for (const Text right : {"x", "/5", "\xFF\xFF", "::::", "a\x80", "-/0"}) {

@@ -29,30 +29,24 @@ class IniFile : public testing::Test {
   CDQIniFile ini{(directory / "f.ini").c_str()};
 };
 
-TEST_F(IniFile, ValuesOfSeveralLinesFitOnOneAndLoseTheirCarriageReturns) {
-  ini.WriteKey("s", "k", "one\r\ntwo\n\nthree\r");
-  EXPECT_EQ(directory.Get("f.ini"), "[s]\r\nk=one</N/>two</N/></N/>three\r\n");
-  EXPECT_EQ(Value("S", "K"), "one\ntwo\n\nthree");
-  EXPECT_EQ(directory.Mode("f.ini"), 0600u);
-  EXPECT_EQ(Value("s", "missing", "a</N/>b"), "a\nb") << "the fallback is read like a value";
-  EXPECT_EQ(Value("s", "missing", nullptr), "");
-  // Cut at 2047 bytes, before the marks are undone.
-  ini.WriteKey("s", "k", (std::string(2044, 'x') + "\ny").c_str());
-  EXPECT_EQ(Value("s", "k"), std::string(2044, 'x') + "</N");
-}
-
-TEST_F(IniFile, NumbersAreTextsAndAKeyIsDeletedByAZero) {
+TEST_F(IniFile, ValuesOfSeveralLinesFitOnOneAndAKeyIsDeletedByAZero) {
   directory.Put("f.ini", "; note\n[s]\nk=-3x\n[t]\nk=2\n");
   int number = 0, missing = 0;
   ini.ReadIntKey("s", "k", number, 99);
   ini.ReadIntKey("s", "missing", missing, 99);
   EXPECT_TRUE(number == -3 && missing == 99);
-  ini.WriteKey("s", "n", INT_MIN);
-  EXPECT_EQ(Value("s", "n"), "-2147483648");
   ini.DeleteKey("s", "k");
-  EXPECT_EQ(Value("s", "k"), "0");
+  ini.WriteKey("s", "n", "one\r\ntwo\n\nthree\r");
+  EXPECT_EQ(directory.Get("f.ini"), "; note\n[s]\nk=0\nn=one</N/>two</N/></N/>three\n[t]\nk=2\n");
+  EXPECT_EQ(Value("S", "N"), "one\ntwo\n\nthree");
+  EXPECT_EQ(Value("s", "missing", "a</N/>b"), "a\nb") << "the fallback is read like a value";
+  EXPECT_EQ(Value("s", "missing", nullptr), "");
+  // Cut at 2047 bytes, before the marks are undone.
+  ini.WriteKey("s", "k", (std::string(2044, 'x') + "\ny").c_str());
+  EXPECT_EQ(Value("s", "k"), std::string(2044, 'x') + "</N");
+  ini.WriteKey("t", "k", INT_MIN);
   for (const char* section : {"s", kNone}) ini.DeleteSection(section);
-  EXPECT_EQ(directory.Get("f.ini"), "; note\n[t]\nk=2\n");
+  EXPECT_EQ(directory.Get("f.ini"), "; note\n[t]\nk=-2147483648\n");
 }
 
 TEST_F(IniFile, EnumerationsAppendToTheList) {
@@ -112,11 +106,6 @@ struct OwnRegistry : test::MemoryRegistry {
   platform::ScopedPlatform scope{test::With(&platform::Platform::registry, this)};
 };
 
-void Copy(OwnRegistry& registry) {
-  EXPECT_TRUE(DQLIB_CopyRegistryKey(registry.Create("from"), registry.Create("to")));
-  EXPECT_TRUE(DQLIB_CopyRegistryKey(registry.Create("to"), registry.Create("TO"))) << "no change";
-}
-
 TEST(RegistryTools, TextsOfUpTo260BytesAreFoundWhateverTheirKind) {
   OwnRegistry registry;
   for (const auto& [data, type, expected] : Rows<std::string, DWORD, std::string>{
@@ -146,25 +135,21 @@ TEST(RegistryTools, TextsAreWrittenInTheLengthThatIsGiven) {
             std::string("{}a{}a\\b{none=1: with zero=1:xyz\0 without=1:xy }", 48));
 }
 
-TEST(RegistryTools, ACopyMovesAllAndLeavesTheSourceEmpty) {
+TEST(RegistryTools, ACopyMovesAllButAValueOf7681BytesWhichASubKeyLoses) {
   OwnRegistry registry;
   registry.Set("from", "", "default", REGISTRY_STRING);
+  registry.Set("from", "too much", std::string(7681, 'x'));
   registry.Set("from", "most", std::string(7680, 'x'), 0x1234);
   registry.Set("from", "none", "", REGISTRY_NONE);
   registry.Set("from\\one\\two", "deep", "1");
+  registry.Set("from\\one\\two", "too much", std::string(7681, 'x'));
   registry.Set("to", "", "overwritten");
   registry.Set("to\\one", "kept", "2");
-  Copy(registry);
+  EXPECT_TRUE(DQLIB_CopyRegistryKey(registry.Create("from"), registry.Create("to")));
+  EXPECT_TRUE(DQLIB_CopyRegistryKey(registry.Create("to"), registry.Create("TO"))) << "no change";
   EXPECT_EQ(registry.Shown(),
-            "{}from{}to{=1:default most=4660:7680 none=0: }to\\one{kept=3:2 }"
+            "{}from{too much=3:7681 }to{=1:default most=4660:7680 none=0: }to\\one{kept=3:2 }"
             "to\\one\\two{deep=3:1 }");
-}
-
-TEST(RegistryTools, AValueOf7681BytesStaysInTheTopKeyAndIsLostInASubKey) {
-  OwnRegistry registry;
-  for (const char* key : {"from", "from\\sub"}) registry.Set(key, "much", std::string(7681, 'x'));
-  Copy(registry);
-  EXPECT_EQ(registry.Shown(), "{}from{much=3:7681 }to{}to\\sub{}");
 }
 
 TEST(RegistryTools, ARenameMovesMergesOrChangesCase) {
@@ -199,6 +184,12 @@ TEST(RegistryTools, AStoreThatRefusesEndsTheMoveWhichIsNoFailure) {
   registry.refusal = {};
   EXPECT_FALSE(DQLIB_CopyRegistryKey(registry.Create("from"), registry.Create("from\\sub\\below")))
       << "a move into itself ends";
+
+  registry.unlisted = {ErrorKind::kNoSpace, 0};
+  EXPECT_EQ(DeleteRegistryTree(kCurrentUser, "to").kind, ErrorKind::kNoSpace);
+  registry.unlisted = {};
+  EXPECT_TRUE(DeleteRegistryTree(kCurrentUser, "to").ok());
+  EXPECT_EQ(DeleteRegistryTree(kCurrentUser, "to").kind, ErrorKind::kNotFound);
 }
 
 TEST(RegistryTools, WhatCannotBeReadIsNeitherMovedNorLost) {
@@ -215,17 +206,6 @@ TEST(RegistryTools, WhatCannotBeReadIsNeitherMovedNorLost) {
       EXPECT_EQ(std::ranges::count(registry.Shown(), '='), 3) << target << read;
     }
   }
-}
-
-TEST(RegistryTools, AKeyWhoseSubKeysCannotBeListedIsNotDeleted) {
-  OwnRegistry registry;
-  registry.Create("from\\sub");
-  registry.unlisted = {ErrorKind::kNoSpace, 0};
-  EXPECT_EQ(DeleteRegistryTree(kCurrentUser, "from\\sub").kind, ErrorKind::kNoSpace);
-  registry.unlisted = {};
-  EXPECT_EQ(registry.Shown(), "{}from{}from\\sub{}");
-  EXPECT_TRUE(DeleteRegistryTree(kCurrentUser, "from").ok());
-  EXPECT_EQ(DeleteRegistryTree(kCurrentUser, "from").kind, ErrorKind::kNotFound);
 }
 
 std::string Bytes(CXMemFile& file) {
