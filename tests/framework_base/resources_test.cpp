@@ -21,14 +21,12 @@ class ResourceChain : public ::testing::Test {
     newer_.AddString(kId, "newer");
     newer_.AddString(kId + 1, "");
     current_.AddString(kId, "current");
-    older_link_.emplace(&older_);
-    newer_link_.emplace(&newer_);
   }
   ~ResourceChain() override { AfxSetResourceHandle(former_); }
 
   ResourceModule older_, newer_, current_;
   HINSTANCE former_ = AfxGetResourceHandle();
-  std::optional<CDynLinkLibrary> older_link_, newer_link_;
+  std::optional<CDynLinkLibrary> older_link_{&older_}, newer_link_{&newer_};
 };
 
 TEST_F(ResourceChain, StringIsTheCurrentModulesThenTheNewestThenTheFrameworks) {
