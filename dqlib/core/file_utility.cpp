@@ -198,7 +198,7 @@ CString CDQFileUtility::CreateTempFile(const char* prefix, const char* directory
   for (int number = NextRandom();; ++number) {
     CString name;
     name.Format("%s%X.%s", stem, static_cast<UINT>(number), extension);
-    const CString path = platform::JoinPath(where, name.View());
+    CString path = platform::JoinPath(where, name.View());
     const platform::Error error = Files().Status(path.View()).error;
     if (error.kind == platform::ErrorKind::kNotFound) return path;
     if (!error.ok()) return {};

@@ -112,7 +112,7 @@ bool CDQSystemInfo::IsProductSuiteInstalled(const char* suite) {
 }
 
 CString CDQSystemInfo::GetSpecialFolderPath(int folder, bool create, CWnd* /*owner*/) {
-  const CString path = Facts().FolderPath(folder);
+  CString path = Facts().FolderPath(folder);
   if (create && !path.IsEmpty()) CDQFileUtility::CreateDirectory(path, false);
   return path;
 }

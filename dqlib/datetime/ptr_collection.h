@@ -30,7 +30,6 @@ class CListCompatibleArray : public CArray<T, Argument> {
  private:
   /// Null is no place, so places count from 1.
   static POSITION ToPosition(int index) {
-    // NOLINTNEXTLINE(performance-no-int-to-ptr)
     return reinterpret_cast<POSITION>(static_cast<std::uintptr_t>(index) + 1);
   }
 };

@@ -61,6 +61,7 @@ void COracleName::QuoteIdentifier(double version, const char* name, CString& res
   result = IsQuoteRequired(cut) ? m_strQuotes + cut + m_strQuotes : cut;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool COracleName::DBLinkHasInvalidCharacters(CString link) { return link.FindOneOf(" ;\"'") >= 0; }
 
 void COracleName::SetAllowableSymbols(double) {

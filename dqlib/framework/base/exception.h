@@ -13,8 +13,6 @@ namespace dq {
 class CException : public CObject {
   DECLARE_DYNAMIC(CException)
   CException() = default;
-  // The compilers want the base to be named.
-  // NOLINTNEXTLINE(readability-redundant-member-init)
   CException(const CException&) : CObject() {}
   CException& operator=(const CException&) { return *this; }
 

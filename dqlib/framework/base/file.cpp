@@ -45,7 +45,7 @@ platform::OpenOptions OptionsFor(UINT flags) {
   return options;
 }
 
-CFileStatus ToStatus(const char* path, const platform::FileStatus& found) {
+CFileStatus ToStatus(std::string_view path, const platform::FileStatus& found) {
   CFileStatus status;
   status.m_mtime = found.modified;
   status.m_atime = found.accessed;
@@ -153,9 +153,10 @@ CString CFile::GetFileName() const {
 BOOL CFile::GetStatus(CFileStatus& status) const { return GetStatus(m_strFileName, status); }
 
 BOOL CFile::GetStatus(const char* path, CFileStatus& status) {
-  const auto found = Files().Status(path == nullptr ? "" : path);
+  const std::string_view name = path == nullptr ? "" : path;
+  const auto found = Files().Status(name);
   if (!found.ok()) return 0;
-  status = ToStatus(path, found.value);
+  status = ToStatus(name, found.value);
   return 1;
 }
 

@@ -17,6 +17,7 @@ std::size_t BucketOf(std::string_view key) {
   std::uint32_t hash = 0;
   for (const char character : key) {
     // Bytes count with a sign, as they did where the files come from.
+    // NOLINTNEXTLINE(bugprone-signed-char-misuse)
     const auto value = static_cast<std::int32_t>(static_cast<signed char>(character));
     hash = hash * 33 + static_cast<std::uint32_t>(value);
   }
