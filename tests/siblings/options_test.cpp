@@ -189,6 +189,7 @@ constexpr char kOptions[] =
 class OptionsServer : public ::testing::Test {
  protected:
   OptionsServer() {
+    app.SetRegistryKey("Velmora");
     server.SetOptionsDirectories({(directory / "none").c_str(), directory.path().c_str()});
     server.RemoveOptions("DQLib.dqo", 1, 99999);
     traced.clear();
@@ -303,8 +304,8 @@ TEST_F(OptionsServer, GivesEachPlatformItsOwnValue) {
 TEST_F(OptionsServer, TellsOnceThatAValueCannotBeReadAndAsksAgain) {
   testing::ScriptedPrompts prompts;
   const testing::ShownBox told{
-      "Settings could not be read. Until they can, their defaults hold.\nCause: Device or resource "
-      "busy.",
+      "Settings could not be read. Until they can, their defaults hold.\n"
+      "Cause: in use by another program.",
       BOX_EXCLAMATION};
   const HKEY machine = registry.CreateKey(kLocalMachine, "Software\\M").value;
   registry.SetValue(machine, "Dir", REGISTRY_STRING, "/opt");
@@ -388,7 +389,6 @@ TEST_F(OptionsServer, SetsTheVariablesOfAFile) {
 TEST_F(OptionsServer, FindsAndMakesAppDirectories) {
   const test::ScopedVariable home("XDG_DATA_HOME", directory / "data");
   const test::ScopedVariable config("XDG_CONFIG_HOME", directory / "data");
-  app.SetRegistryKey("Velmora");
   testing::ScriptedPrompts prompts;
   const std::string fallback = directory / "data/Velmora/MyTool/CFG/";
   for (const bool create : {false, true}) {
