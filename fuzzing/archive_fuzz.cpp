@@ -1,34 +1,63 @@
-// Any bytes as a stream of objects. What loads is stored and loads the same again, and no single
-// piece of memory is larger than what the stream accounts for.
+// Any bytes as a stream of objects, and as an object map, which stays as it is unless they are one.
+// What loads is stored and loads the same again, and no single piece of memory is larger than what
+// the stream accounts for.
 
 #include <memory>
 #include <new>
 #include <vector>
 
+#include "dqlib/dbvocab/object_info_map.h"
+#include "dqlib/framework/base/file.h"
 #include "fuzzing/fuzzing.h"
 #include "tests/support/serial_node.h"
 
 namespace dq::fuzz {
 namespace {
 
-using Objects = std::vector<std::unique_ptr<CObject>>;
-
 /// The most that one piece of memory may have.
 std::size_t g_limit = SIZE_MAX;
 
-/// Loads objects up to the end or the first that doesn't fit.
-Objects Load(std::string_view stream) {
-  Objects objects;
+/// Whether `work` came to its end with an archive that loads from the stream. The limit holds until
+/// something is stored.
+bool Loads(std::string_view stream, auto work) {
+  constexpr std::size_t kBuffers = 16384;
+  // The table of indices has an entry for two bytes, and doubles as it grows.
+  constexpr std::size_t kMemoryPerByte = 64;
+  g_limit = kBuffers + stream.size() * kMemoryPerByte;
+  CMemFile file;
+  file.Write(stream.data(), static_cast<UINT>(stream.size()));
+  file.SeekToBegin();
+  CArchive archive(&file, CArchive::load);
+  try {
+    work(archive);
+    return true;
+  } catch (const CArchiveException&) {
+    return false;
+  }
+}
+
+/// The bytes that `work` stores.
+std::string Stored(auto work) {
+  g_limit = SIZE_MAX;
+  CMemFile file;
+  CArchive archive(&file, CArchive::store);
+  work(archive);
+  archive.Close();
+  std::string bytes(static_cast<std::size_t>(file.GetLength()), '\0');
+  file.SeekToBegin();
+  file.Read(bytes.data(), static_cast<UINT>(bytes.size()));
+  return bytes;
+}
+
+/// Loads objects up to the end or the first that doesn't fit, and stores them.
+std::string Again(std::string_view stream) {
+  std::vector<std::unique_ptr<CObject>> objects;
   const bool whole = Loads(stream, [&](CArchive& archive) {
     while (archive.Remaining() > 0) {
       test::SerialNode::Read(archive, nullptr, objects.emplace_back());
     }
   });
   if (!whole) objects.pop_back();
-  return objects;
-}
-
-std::string Store(const Objects& objects) {
   return Stored([&](CArchive& archive) {
     for (const auto& object : objects) {
       // One that was met before is null here, since its first place owns it.
@@ -52,12 +81,18 @@ void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 
 void dq::fuzz::Try(std::string_view bytes) {
-  constexpr std::size_t kBuffers = 16384;
-  // The table of indices has an entry for two bytes, and doubles as it grows.
-  constexpr std::size_t kMemoryPerByte = 64;
-  g_limit = kBuffers + bytes.size() * kMemoryPerByte;
-  const Objects objects = Load(bytes);
-  g_limit = SIZE_MAX;
-  const std::string stored = Store(objects);
-  Require(Store(Load(stored)) == stored);
+  const std::string stored = Again(bytes);
+  Require(Again(stored) == stored);
+  // Entries of a bucket are stored the newest first, so that each pass turns them round.
+  CDBObjectInfoMap map, once, twice;
+  const auto serialize = [](CDBObjectInfoMap& each) {
+    return [&each](CArchive& archive) { each.Serialize(archive); };
+  };
+  map.Insert("k", new CDBObjectInfo(OT_TABLE, "SCOTT", "EMP"));
+  const std::string before = Stored(serialize(map));
+  const bool loaded = Loads(bytes, serialize(map));
+  const std::string after = Stored(serialize(map));
+  Require(loaded || after == before);
+  Require(Loads(after, serialize(once)) && once.GetCount() == map.GetCount());
+  Require(Loads(Stored(serialize(once)), serialize(twice)) && Stored(serialize(twice)) == after);
 }

@@ -6,27 +6,20 @@
 #include "fuzzing/fuzzing.h"
 
 namespace dq::fuzz {
-namespace {
-
-bool IsNumber(const std::string& text) {
-  const std::size_t first = text.starts_with('-') ? 1 : 0;
-  return text.size() > first && text.find_first_not_of("0123456789", first) == text.npos;
-}
-
 /// What an operation of GMP makes of two numbers.
-template <typename Operation>
-std::string Peer(Operation operation, const std::string& left, const std::string& right) {
-  mpz_t numbers[2];
-  mpz_init_set_str(numbers[0], left.c_str(), 10);
-  mpz_init_set_str(numbers[1], right.c_str(), 10);
-  operation(numbers[0], numbers[0], numbers[1]);
-  std::string text(mpz_sizeinbase(numbers[0], 10) + 2, '\0');
-  text = mpz_get_str(text.data(), 10, numbers[0]);
-  for (mpz_t& each : numbers) mpz_clear(each);
+static std::string Peer(auto operation, const std::string& left, const std::string& right) {
+  mpz_t number, other;
+  mpz_init_set_str(number, left.c_str(), 10);
+  mpz_init_set_str(other, right.c_str(), 10);
+  operation(number, number, other);
+  std::string text(mpz_sizeinbase(number, 10) + 2, '\0');
+  text = mpz_get_str(text.data(), 10, number);
+  mpz_clears(number, other, nullptr);
   return text;
 }
 
-void Reckon(const CDQBigInt& a, const CDQBigInt& b, const std::string& l, const std::string& r) {
+static void Reckon(const CDQBigInt& a, const CDQBigInt& b, const std::string& l,
+                   const std::string& r) {
   const std::string difference = Peer(mpz_sub, l, r);
   Require(a.toString() == Peer(mpz_add, l, "0") && (a + b).toString() == Peer(mpz_add, l, r));
   Require((a - b).toString() == difference && (a * b).toString() == Peer(mpz_mul, l, r));
@@ -42,19 +35,19 @@ void Reckon(const CDQBigInt& a, const CDQBigInt& b, const std::string& l, const 
   Require((a % b).toString() == (negative ? "-" : "") + rest);
 }
 
-}  // namespace
-
 void Try(std::string_view input) {
   const std::size_t blank = input.find(' ');
   if (input.size() > 2000 || blank == input.npos) return;
   const std::string left(input.substr(0, blank)), right(input.substr(blank + 1));
   const CDQBigInt a(left), b(right);
-  if (IsNumber(left) && IsNumber(right)) return Reckon(a, b, left, right);
+  const auto is_number = [](const std::string& text) {
+    const std::size_t first = text.starts_with('-') ? 1 : 0;
+    return text.size() > first && text.find_first_not_of("0123456789", first) == text.npos;
+  };
+  if (is_number(left) && is_number(right)) return Reckon(a, b, left, right);
   // Whatever comes out, nothing may break.
   static_cast<void>((a + b) * (a - b) * -3);
-  if (right.find_first_of("123456789") != right.npos && IsNumber(right)) {
-    static_cast<void>(a / b % b);
-  }
+  if (is_number(right) && b != 0) static_cast<void>(a / b % b);
 }
 
 }  // namespace dq::fuzz

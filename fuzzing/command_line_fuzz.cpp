@@ -3,33 +3,21 @@
 #include "dqlib/platform/processes.h"
 #include "fuzzing/fuzzing.h"
 
-namespace dq::fuzz {
-namespace {
-
-/// Groups with "...". A backslash at the end would hide the closing quote, so it stands behind it.
-std::string Quote(std::string_view argument) {
-  const std::size_t size = argument.find_last_not_of('\\') + 1;
-  std::string quoted = "\"";
-  for (const char character : argument.substr(0, size)) {
-    if (character == '"' || character == '\'') quoted += '\\';
-    quoted += character;
-  }
-  quoted += '"';
-  return quoted.append(argument.substr(size));
-}
-
-}  // namespace
-
-void Try(std::string_view text) {
-  std::vector<std::string> arguments;
-  dq::platform::SplitCommandLine(text, arguments);
-  std::string line;
-  for (const std::string& argument : arguments) line += Quote(argument) + ' ';
-  line += Quote(text);
+void dq::fuzz::Try(std::string_view text) {
+  std::vector<std::string> arguments, again;
+  platform::SplitCommandLine(text, arguments);
   arguments.emplace_back(text);
-  std::vector<std::string> again;
-  dq::platform::SplitCommandLine(line, again);
+  std::string line;
+  for (const std::string_view argument : arguments) {
+    // A backslash at the end would hide the closing quote, so it stands behind it.
+    const std::size_t size = argument.find_last_not_of('\\') + 1;
+    line += " \"";
+    for (const char character : argument.substr(0, size)) {
+      if (character == '"' || character == '\'') line += '\\';
+      line += character;
+    }
+    (line += '"') += argument.substr(size);
+  }
+  platform::SplitCommandLine(line, again);
   Require(again == arguments);
 }
-
-}  // namespace dq::fuzz

@@ -20,10 +20,9 @@ void dq::fuzz::Try(std::string_view input) {
 
   // What is converted is valid, and what is valid is converted unless separators meet.
   for (const auto to : {DTF_OLE, DTF_DISP, DTF_WIN}) {
-    CString result;
+    CString result, back;
     if (!CLGDateTimeFmtDef::GetDateTimeFmt(notation, text, to, result)) continue;
     Require(result.IsEmpty() || CLGDateTimeFmtDef::IsValidDateTimeFmt(result, to));
-    CString back;
     if (!CLGDateTimeFmtDef::GetDateTimeFmt(to, result, to, back)) continue;
     Require(to == DTF_WIN || back == result);
   }
@@ -31,8 +30,7 @@ void dq::fuzz::Try(std::string_view input) {
   // Without a per cent sign, it prints itself; what it is read as is printed as what is read again.
   const CString printed = COleDateTime(1993, 4, 3, 17, 34, 0).Format(text);
   Require(text.Find('%') >= 0 || printed == static_cast<const char*>(text));
-  COleDateTime value;
-  COleDateTime again;
+  COleDateTime value, again;
   Require(value.ParseDateTime(text) == (value.GetStatus() == COleDateTime::valid));
   if (value.GetStatus() == COleDateTime::invalid) return;
   Require(again.ParseDateTime(value.Format("%Y-%m-%d %H:%M:%S")));

@@ -8,14 +8,11 @@ void dq::fuzz::Try(std::string_view input) {
   if (input.empty()) return;
   const int code = static_cast<unsigned char>(input[0]) % 32;
   input.remove_prefix(1);
-  const CString in_fmt(TakeLine(input));
-  const CString out_fmt(TakeLine(input));
-  const CString in(input);
+  const CString in_fmt(TakeLine(input)), out_fmt(TakeLine(input)), in(input);
 
   // The first time the formats are prepared, the second time they are known.
   CLGDB2DateTimeFormat format(1, 8);
-  CString first;
-  CString second;
+  CString first, second, rest, ms;
   const int result = format.FormatDateTime(code, in, first, in_fmt, out_fmt);
   Require(format.FormatDateTime(code, in, second, in_fmt, out_fmt) == result && second == first);
   Require(result == 1 || first == in);
@@ -25,8 +22,6 @@ void dq::fuzz::Try(std::string_view input) {
     Require(format.FormatDateTime(6, first, second, full, full) == 1 && second == first);
   }
   // Milliseconds that are cut out and put back make the text again, unless there were none.
-  CString rest;
-  CString ms;
   CLGDateTimeFormat::ExtractMilliSecond(in, rest, ms);
   CLGDateTimeFormat::InsertMilliSecond(second, rest, ms);
   Require(ms.IsEmpty() || second.GetLength() == in.GetLength());

@@ -11,7 +11,7 @@ namespace {
 /// What an operation is called with.
 struct Call {
   std::string first;
-  std::string second;
+  CString second;
   int number;
   char ch;
   int at() const { return std::max(number, 0); }
@@ -19,73 +19,59 @@ struct Call {
 };
 
 /// Changes a string; the first argument may be a part of it.
-using Change = int (*)(CDQString& text, const char* first, const Call& call);
+using Change = void (*)(CDQString& text, const char* first, const Call& call);
 
 constexpr Change kChanges[] = {
-    [](auto& text, auto* first, auto&) { return (text += first).GetLength(); },
-    [](auto& text, auto* first, auto& call) { return text.Insert(call.at(), first).GetLength(); },
-    [](auto& text, auto*, auto& call) { return text.Delete(call.at(), call.ch).GetLength(); },
-    [](auto& text, auto*, auto& call) { return text.Delete(call.ch).GetLength(); },
-    [](auto& text, auto* first, auto& call) {
-      return text.Replace(call.at(), call.ch, first).GetLength();
-    },
-    [](auto& text, auto*, auto& call) { return text.ReplaceTabs(call.at() % 8); },
-    [](auto& text, auto*, auto&) { return text.TrimWhiteSpace(); },
-    [](auto& text, auto*, auto&) { return text.MakeProper().GetLength(); },
-    [](auto& text, auto*, auto&) { return text.MakePlural().GetLength(); },
-    [](auto& text, auto* first, auto& call) {
-      return text.FindReplace(first, call.second.c_str(), call.all());
-    },
-    [](auto& text, auto* first, auto& call) {
-      return text.FindReplace(call.second.c_str(), first, call.all());
-    },
-    [](auto& text, auto* first, auto& call) {
-      return text.FindReplaceNoCase(first, call.second.c_str(), call.all());
-    },
+    [](auto& text, auto* first, auto&) { text += first; },
+    [](auto& text, auto* first, auto& c) { text.Insert(c.at(), first); },
+    [](auto& text, auto*, auto& c) { text.Delete(c.at(), c.ch); },
+    [](auto& text, auto*, auto& c) { text.Delete(c.ch); },
+    [](auto& text, auto* first, auto& c) { text.Replace(c.at(), c.ch, first); },
+    [](auto& text, auto*, auto& c) { text.ReplaceTabs(c.at() % 8); },
+    [](auto& text, auto*, auto&) { text.TrimWhiteSpace(); },
+    [](auto& text, auto*, auto&) { text.MakeProper(); },
+    [](auto& text, auto*, auto&) { text.MakePlural(); },
+    [](auto& text, auto* first, auto& c) { text.FindReplace(first, c.second, c.all()); },
+    [](auto& text, auto* first, auto& c) { text.FindReplace(c.second, first, c.all()); },
+    [](auto& text, auto* first, auto& c) { text.FindReplaceNoCase(first, c.second, c.all()); },
     [](auto& text, auto* first, auto&) {
       CStringArray tokens;
-      return text.Split(first, tokens);
+      text.Split(first, tokens);
+      for (int i = 0; i < tokens.GetSize(); ++i) text += tokens[i];
     },
-    [](auto& text, auto* first, auto& call) {
-      text.ExtractFromCharBuffer(first, std::min(call.at(), static_cast<int>(call.first.size())));
-      return 0;
+    [](auto& text, auto* first, auto& c) {
+      text.ExtractFromCharBuffer(first, std::min(c.at(), static_cast<int>(c.first.size())));
     },
 };
 
 /// A hit is one, and case ignored there is one as near.
 void Search(const CDQString& text, const Call& call) {
   const char* const wanted = call.first.c_str();
-  const auto stands_at = [&](int place) {
-    return text.View().substr(static_cast<std::size_t>(place)).starts_with(call.first);
-  };
   const int start = text.IsEmpty() ? 0 : (call.number + 1) % text.GetLength();
-  const int hit = text.Find(wanted, start);
-  Require(hit < 0 || (hit >= start && stands_at(hit)));
+  const auto is_hit = [&](int place, int least) {
+    return place < 0 || (place >= least && text.View().substr(place).starts_with(call.first));
+  };
+  const int last = text.ReverseFind(wanted, call.number);
+  Require(is_hit(text.Find(wanted, start), start) && is_hit(last, 1));
   const int any_case = text.FindNoCase(wanted, start);
   Require(any_case < 0 || any_case >= start);
-  const int last = text.ReverseFind(wanted, call.number);
-  Require(last < 0 || (last > 0 && stands_at(last)));
   Require(last < 0 || text.ReverseFindNoCase(wanted, call.number) >= last);
-  const int character = text.Find(call.ch, start);
+  const int character = text.Find(call.ch, start), either_case = text.FindNoCase(call.ch, start);
   Require(character < 0 || text[character] == call.ch);
-  const int either_case = text.FindNoCase(call.ch, start);
   Require(character < 0 || (either_case >= start && either_case <= character));
 }
 
 /// The fields with the delimiters between them are the text.
-void JoinFields(const CDQString& text, const std::string& delimiter) {
-  std::string joined;
-  const int count = text.GetFieldCount(delimiter.c_str());
-  for (int i = 0; i < count; ++i) {
-    joined += (i == 0 ? "" : delimiter) + std::string(text.GetField(delimiter.c_str(), i).View());
-  }
-  Require(joined == text.View() && text.GetField(delimiter.c_str(), count).IsEmpty());
-  CDQString cut(text);
-  const int size = static_cast<int>(delimiter.size());
-  Require(cut.FindReplace(delimiter.c_str(), "", true) == (size == 0 ? 0 : count - 1));
-  Require(cut.GetLength() == text.GetLength() - (count - 1) * size);
-  const CDQString field = text.GetDelimitedField(delimiter.c_str(), delimiter.c_str(), 0);
-  Require(field == text.GetField(delimiter.c_str(), 1) || field.IsEmpty());
+void JoinFields(const CDQString& text, const char* delimiter) {
+  const int count = text.GetFieldCount(delimiter);
+  CDQString joined = text.GetField(delimiter, 0);
+  for (int i = 1; i < count; ++i) (joined += delimiter) += text.GetField(delimiter, i);
+  Require(joined == text && text.GetField(delimiter, count).IsEmpty());
+  const int replaced = joined.FindReplace(delimiter, "", true);
+  Require(replaced == (*delimiter == '\0' ? 0 : count - 1));
+  Require(joined.GetLength() == text.GetLength() - replaced * CDQString(delimiter).GetLength());
+  const CDQString field = text.GetDelimitedField(delimiter, delimiter, 0);
+  Require(field == text.GetField(delimiter, 1) || field.IsEmpty());
 }
 
 }  // namespace
@@ -117,13 +103,13 @@ void Try(std::string_view input) {
         first = static_cast<const char*>(text) + own / 4 % text.GetLength();
         call.first = first;
       }
-      const int result = kChanges[operation](text, first, call);
-      Require(result == kChanges[operation](same, call.first.c_str(), call) && text == same);
-      Require(text[text.GetLength()] == '\0');
+      kChanges[operation](text, first, call);
+      kChanges[operation](same, call.first.c_str(), call);
+      Require(text == same && text[text.GetLength()] == '\0');
     } else if (operation < 17) {
       Search(text, call);
     } else {
-      JoinFields(text, call.first);
+      JoinFields(text, call.first.c_str());
     }
     if (text.GetLength() > 2000) text.Delete(1000, -1);
   }
