@@ -132,22 +132,13 @@ TEST(IdentifierName, QuoteCharactersGoByPlatformAndVersion) {
 }
 
 TEST(OracleName, QuotesAfterTheCut) {
-  const std::string n30(30, 'N');
-  const std::string q30 = "\"" + std::string(28, 'n') + "\"";
-  const std::string cut = "\"\"" + n30.substr(1) + "\"";
-  const Rows<std::string, std::string, std::string> rows = {{"emp", "emp", "\"emp\""},
-                                                            {"A(b)9", "A(b)9", "\"A(b)9\""},
-                                                            {"_A", "\"_A\"", "\"_A\""},
-                                                            {"LEVEL", "\"LEVEL\"", "\"LEVEL\""},
-                                                            {"Level", "Level", "\"Level\""},
-                                                            {"default", "DEFAULT", "DEFAULT"},
-                                                            {"a\"b", "\"a\"b\"", "\"a\"b\""},
-                                                            {"", "", ""},
-                                                            {n30 + "?", n30, n30},
-                                                            {q30, q30, q30},
-                                                            {"\"", "\"\"\"", "\"\"\""},
-                                                            {"\"" + n30, cut, cut}};
-  for (const auto& [name, plain, lower_counts] : rows) {
+  const std::string n30(30, 'N'), q30 = " \"" + std::string(28, 'n') + "\"";
+  const std::string cut = " \"\"" + n30.substr(1) + "\"";
+  // Names, and what they become where case doesn't count and where it does.
+  std::istringstream rows(R"(emp emp "emp"  A(b)9 A(b)9 "A(b)9"  _A "_A" "_A"  a"b "a"b" "a"b"
+      LEVEL "LEVEL" "LEVEL"  Level Level "Level"  default DEFAULT DEFAULT  " """ """ )" +
+                          n30 + "? " + n30 + " " + n30 + q30 + q30 + q30 + " \"" + n30 + cut + cut);
+  for (std::string name, plain, lower_counts; rows >> name >> plain >> lower_counts;) {
     for (const bool counts : {false, true}) {
       SetOptions(counts, false);
       CString result = name;
@@ -167,60 +158,57 @@ TEST(OracleName, QuotesAfterTheCut) {
 }
 
 TEST(VersionString, TakesTheFormOfItsPlatformAndMisordersNoServers) {
-  using Forms = std::vector<std::pair<const char*, const char*>>;
   // Of each platform the older ones first; some banners, some that are none.
-  for (const auto& [platform, forms] : Rows<DBMS, Forms>{
+  for (const auto& [platform, forms] : Rows<DBMS, const char*>{
            {DBMS_SYBASE,
-            {{"a/b/c.d", "b"},
-             {"SQL Server/11.9", "11.9"},
-             {"Adaptive Server Enterprise/12.5.0.3/EBF 11449/P", "12.503"},
-             {"A/12.5.4/EBF 15446/P", "12.54"}}},
+            "a/b/c.d=b|SQL Server/11.9=11.9|"
+            "Adaptive Server Enterprise/12.5.0.3/EBF 11449/P=12.503|A/12.5.4/EBF 15446/P=12.54"},
            {DBMS_ORACLE,
-            {{"Oracle7 Server Release 7.3.4.0.0", "7.340"},
-             {"08.1", "08.1"},
-             {"Oracle8i Release 8.1.7.0.0", "8.170"},
-             {"Oracle Database 10g Release 10.1.0.2.0", "10.102"}}},
+            "Oracle7 Server Release 7.3.4.0.0=7.340|08.1=08.1|Oracle8i Release 8.1.7.0.0=8.170|"
+            "Oracle Database 10g Release 10.1.0.2.0=10.102"},
            {DBMS_SQLSERVER,
-            {{"Release 6.50.201", "Release 6.50"},
-             {"08.00.0194", "8.00"},
-             {"008.00", "08.00"},
-             {"10.50.1600", "10.50"}}},
-           {DBMS_DB2,
-            {{"", ""}, {"SQL08.01.0", "SQL08.010"}, {"DB2 v 07.2b.x", "7.2bx"}, {"9.1", "9.1"}}},
-           {DBMS_DB2OS390, {{"0.5", ".5"}, {"DSN 08.01.5", "8.015"}, {"DSN 09.01.0", "9.010"}}},
-           {DBMS_NONE, {{"x 08.1.7.9", "x 08.1.7.9"}}}}) {
-    const char* older = forms[0].first;
-    for (const auto& [text, form] : forms) {
-      const CDQDBVersionString version(text, platform);
+            "Release 6.50.201=Release 6.50|08.00.0194=8.00|008.00=08.00|10.50.1600=10.50"},
+           {DBMS_DB2, "=|SQL08.01.0=SQL08.010|DB2 v 07.2b.x=7.2bx|9.1=9.1"},
+           {DBMS_DB2OS390, "0.5=.5|DSN 08.01.5=8.015|DSN 09.01.0=9.010"},
+           {DBMS_NONE, "x 08.1.7.9=x 08.1.7.9"}}) {
+    std::istringstream all(forms);
+    std::string older = "-1";
+    for (std::string text, form; std::getline(all, text, '=') && std::getline(all, form, '|');) {
+      const CDQDBVersionString version(text.c_str(), platform);
       EXPECT_EQ(version.View(), form) << text;
-      EXPECT_TRUE(version >= std::exchange(older, text)) << text;
+      EXPECT_TRUE(version >= std::exchange(older, text).c_str()) << text;
     }
   }
   EXPECT_STREQ(CDQDBVersionString(8.1, DBMS_ORACLE), "8.100000");
 }
 
 TEST(VersionString, ComparesAtThePrecisionOfTheRightSide) {
-  for (const auto& [order, pairs] : Rows<int, std::vector<std::pair<const char*, double>>>{
-           {-1, {{"8.170", 8.2}, {"8.1", 8.17}, {"Informix 9", 8.1}, {"-1", 0.0}}},
-           {0, {{"8.170", 8.1}, {"8.170", 8.17}, {"12.503", 12.5}, {"8.a", 8.0}}},
-           {0, {{"nano", 0.0}, {"-0xnan", 0.0}}},
-           {1, {{"10.204", 8.1}, {"1000.5", 8.1}}}}) {
-    for (const auto& [text, number] : pairs) {
-      const CDQDBVersionString version(text, DBMS_NONE);
-      const std::string right = std::to_string(number);
-      const auto compared = [](auto&& a, auto&& b) {
-        return a == b ? a <= b && a >= b && !(a != b) ? 0 : 9 : a < b ? -1 : a > b ? 1 : 9;
-      };
-      const int orders[] = {compared(version, number),
-                            compared(version, CDQDBVersionString(number, DBMS_NONE)),
-                            compared(version, right.c_str()),
-                            compared(version, CString(right)),
-                            compared(version, std::string_view(right)),
-                            -compared(number, version),
-                            -compared(right.c_str(), version)};
-      EXPECT_THAT(orders, testing::Each(order)) << text << " " << number;
-      EXPECT_TRUE(&(version + 1.0) == &version && &(version - 1.0) == &version);
-    }
+  const auto compared = [](auto&& a, auto&& b) {
+    return a == b ? a <= b && a >= b && !(a != b) ? 0 : 9 : a < b ? -1 : a > b ? 1 : 9;
+  };
+  for (const auto& [text, number, order] : Rows<const char*, double, int>{{"8.170", 8.2, -1},
+                                                                          {"8.1", 8.17, -1},
+                                                                          {"Informix 9", 8.1, -1},
+                                                                          {"-1", 0.0, -1},
+                                                                          {"8.170", 8.1, 0},
+                                                                          {"8.170", 8.17, 0},
+                                                                          {"12.503", 12.5, 0},
+                                                                          {"8.a", 8.0, 0},
+                                                                          {"nano", 0.0, 0},
+                                                                          {"-0xnan", 0.0, 0},
+                                                                          {"10.204", 8.1, 1},
+                                                                          {"1000.5", 8.1, 1}}) {
+    const CDQDBVersionString version(text, DBMS_NONE);
+    const std::string right = std::to_string(number);
+    const int orders[] = {compared(version, number),
+                          compared(version, CDQDBVersionString(number, DBMS_NONE)),
+                          compared(version, right.c_str()),
+                          compared(version, CString(right)),
+                          compared(version, std::string_view(right)),
+                          -compared(number, version),
+                          -compared(right.c_str(), version)};
+    EXPECT_THAT(orders, testing::Each(order)) << text << " " << number;
+    EXPECT_TRUE(&(version + 1.0) == &version && &(version - 1.0) == &version);
   }
   enum Release { SEVEN = 7 };
   const CDQDBVersionString oracle("8.170", DBMS_ORACLE);
