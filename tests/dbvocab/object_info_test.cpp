@@ -147,8 +147,7 @@ TEST(ObjectTypes, TemplatesAreReadUpToTheirFirstZeroAndFilledIn) {
   files.Put("Oracle/CRView.tpl",
             "-- $$object_type$$\nVIEW $$object_owner$$.$$object_name$$\0rest"sv);
   ScriptedPrompts prompts;
-  DBMS at_box = DBMS_NONE;
-  prompts.on_box = [&] { at_box = server.GetPlatform(); };
+  prompts.on_box = [&] { EXPECT_EQ(server.GetPlatform(), DBMS_DB2) << "it is set behind that"; };
   const CDBObjectInfo view(OT_VIEW, "SCOTT", "V");
   EXPECT_STREQ(view.GetCreationTemplate(DBMS_ORACLE), "-- View\nVIEW SCOTT.V");
   EXPECT_EQ(server.GetPlatform(), DBMS_ORACLE);
@@ -158,7 +157,6 @@ TEST(ObjectTypes, TemplatesAreReadUpToTheirFirstZeroAndFilledIn) {
   EXPECT_TRUE(prompts.shown.empty());
   server.SetPlatform(DBMS_DB2);
   EXPECT_STREQ(CDBObjectInfo(OT_TABLE, "O", "T").GetCreationTemplate(DBMS_ORACLE), "");
-  EXPECT_EQ(at_box, DBMS_DB2) << "the file is looked for before the platform changes";
   EXPECT_EQ(server.GetPlatform(), DBMS_ORACLE);
   EXPECT_EQ(prompts.shown, (std::vector<ShownBox>{{"Error:  Failed to open the template file '" +
                                                        files.path() + "\\Oracle\\CRTable.tpl'.",
