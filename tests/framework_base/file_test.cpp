@@ -24,7 +24,15 @@ int CauseOf(const std::function<void()>& operation) try {
   return error.m_cause;
 }
 
-TEST(File, CausesFollowFromTheSystemsKindsOfErrors) {
+/// A test with a directory of its own and the path of a file there.
+struct File : ::testing::Test {
+  const test::TempDirectory directory;
+  const std::string name = directory / "f";
+  const char* const path = name.c_str();
+};
+using StdioFile = File;
+
+TEST_F(File, CausesFollowFromTheSystemsKindsOfErrors) {
   using enum platform::ErrorKind;
   std::vector<int> causes;
   for (const auto kind : {kNone, kNotFound, kInvalidArgument, kAccessDenied, kAlreadyExists, kBusy,
@@ -37,38 +45,33 @@ TEST(File, CausesFollowFromTheSystemsKindsOfErrors) {
                                      Cause::sharingViolation, Cause::diskFull, Cause::generic));
 }
 
-TEST(File, OpenFlagsMakeEmptyKeepAndShare) {
-  const test::TempDirectory directory;
-  const std::string path = directory / "f";
+TEST_F(File, OpenFlagsMakeEmptyKeepAndShare) {
   CFileException error;
   CFile file;
-  EXPECT_FALSE(file.Open(path.c_str(), CFile::modeRead, &error) || file.Open(nullptr, 0));
+  EXPECT_FALSE(file.Open(path, CFile::modeRead, &error) || file.Open(nullptr, 0));
   EXPECT_TRUE(error.m_cause == Cause::fileNotFound && error.m_lOsError == ENOENT);
 
   directory.Put("f", "old");
   {
-    CFile kept(path.c_str(), CFile::modeCreate | CFile::modeNoTruncate | CFile::modeReadWrite);
-    CFile appender(path.c_str(), CFile::modeWrite | CFile::modeAppend);
+    CFile kept(path, CFile::modeCreate | CFile::modeNoTruncate | CFile::modeReadWrite);
+    CFile appender(path, CFile::modeWrite | CFile::modeAppend);
     kept.SeekToEnd();
     kept.Write("er", 2);
     appender.Write("!", 1);
   }
   EXPECT_EQ(directory.Get("f"), "older!");
   {
-    CFile watched(path.c_str(), CFile::modeRead | CFile::shareDenyWrite);
-    EXPECT_TRUE(file.Open(path.c_str(), CFile::modeRead) &&
-                !CFile().Open(path.c_str(), CFile::modeWrite));
+    CFile watched(path, CFile::modeRead | CFile::shareDenyWrite);
+    EXPECT_TRUE(file.Open(path, CFile::modeRead) && !CFile().Open(path, CFile::modeWrite));
     file.Close();
   }
-  CFile alone(path.c_str(), 0x1021);
+  CFile alone(path, 0x1021);
   EXPECT_EQ(directory.Get("f"), "");
-  EXPECT_EQ(CauseOf([&] { CFile second(path.c_str(), CFile::modeWrite); }),
-            Cause::sharingViolation);
+  EXPECT_EQ(CauseOf([&] { CFile second(path, CFile::modeWrite); }), Cause::sharingViolation);
 }
 
-TEST(File, PositionsLengthsAndBadSeeks) {
-  const test::TempDirectory directory;
-  CFile on_disk((directory / "f").c_str(), CFile::modeCreate | CFile::modeReadWrite);
+TEST_F(File, PositionsLengthsAndBadSeeks) {
+  CFile on_disk(path, CFile::modeCreate | CFile::modeReadWrite);
   CMemFile in_memory;
   for (CFile* file : {&on_disk, static_cast<CFile*>(&in_memory)}) {
     file->Write("0123456789", 10);
@@ -91,12 +94,12 @@ TEST(File, PositionsLengthsAndBadSeeks) {
   EXPECT_TRUE(in_memory.Read(&byte, 1) == 0 && in_memory.GetLength() == 3);
 }
 
-TEST(File, StatusesNamesAndRemovals) {
-  const test::TempDirectory directory;
-  const std::string path = directory.Put("f", "abc"), renamed = directory / "g";
-  CFile::Rename(path.c_str(), renamed.c_str());
+TEST_F(File, StatusesNamesAndRemovals) {
+  directory.Put("f", "abc");
+  const std::string renamed = directory / "g";
+  CFile::Rename(path, renamed.c_str());
   CFileStatus status, changed;
-  EXPECT_TRUE(!CFile::GetStatus(path.c_str(), status) && CFile::GetStatus(renamed.c_str(), status));
+  EXPECT_TRUE(!CFile::GetStatus(path, status) && CFile::GetStatus(renamed.c_str(), status));
   status.m_mtime = 86'400;
   status.m_attribute = FILE_READ_ONLY;
   CFile::SetStatus(renamed.c_str(), status);
@@ -112,11 +115,10 @@ TEST(File, StatusesNamesAndRemovals) {
   EXPECT_EQ(CauseOf(remove), Cause::fileNotFound);
 }
 
-TEST(StdioFile, LinesEndInLfOrCrLfAcrossBuffers) {
-  const test::TempDirectory directory;
+TEST_F(StdioFile, LinesEndInLfOrCrLfAcrossBuffers) {
   const std::string wide(65535, 'x');
-  const std::string path = directory.Put("f", wide + "\r\n\r\na\rb\n\r\r\nlast\r");
-  CStdioFile file(path.c_str(), CFile::modeRead);
+  directory.Put("f", wide + "\r\n\r\na\rb\n\r\r\nlast\r");
+  CStdioFile file(path, CFile::modeRead);
   CString line;
   for (const char* const expected : {wide.c_str(), "", "a\rb", "\r", "last\r"}) {
     EXPECT_TRUE(file.ReadString(line) && line == expected) << expected;
@@ -124,11 +126,10 @@ TEST(StdioFile, LinesEndInLfOrCrLfAcrossBuffers) {
   EXPECT_TRUE(!file.ReadString(line) && line.IsEmpty());
 }
 
-TEST(StdioFile, ReadsAndWritesMixAtOnePosition) {
-  const test::TempDirectory directory;
-  const std::string path = directory.Put("f", "one\ntwo\nthree\n");
+TEST_F(StdioFile, ReadsAndWritesMixAtOnePosition) {
+  directory.Put("f", "one\ntwo\nthree\n");
   {
-    CStdioFile file(path.c_str(), CFile::modeReadWrite);
+    CStdioFile file(path, CFile::modeReadWrite);
     CString line;
     file.ReadString(line);
     EXPECT_EQ(file.GetPosition(), 4);
