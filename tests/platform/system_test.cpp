@@ -1,15 +1,18 @@
-// What the system tells of itself, of its errors and of the program, and what every program has.
+// What the system tells of itself, of its errors and of the program, and what every program has;
+// and the texts of its profiles.
 
 #include <ctime>
 #include <fcntl.h>
 #include <unistd.h>
 
 #include "dqlib/platform/posix/system_services.h"
+#include "dqlib/platform/profile_text.h"
 #include "tests/support/temp_directory.h"
 
 namespace dq::platform {
 namespace {
 
+using namespace std::string_literals;
 using posix::ErrorFromErrno;
 using test::Rows;
 using test::ScopedVariable;
@@ -28,19 +31,17 @@ TEST_F(SystemFactsTest, FoldersFollowTheBaseDirectoryRules) {
   home.Put("user-dirs.dirs",
            "# XDG_DESKTOP_DIR=\"/no\"\nXDG_DESKTOP_DIR=\"$HOME/Schreibtisch/\"\n"
            "XDG_DOCUMENTS_DIR=\"/srv/documents\"\nXDG_TEMPLATES_DIR=broken\n");
-  for (const auto& [folder, path] :
-       Rows<int, std::string>{{FOLDER_APPDATA, home.path()},
-                              {FOLDER_LOCAL_APPDATA, home / "me/.local/share"},
-                              {FOLDER_COMMON_APPDATA, "/etc/one"},
-                              {FOLDER_PROFILE, home / "me"},
-                              {FOLDER_PROGRAMS, home / "me/.local/share/applications"},
-                              {FOLDER_STARTUP, home / "autostart"},
-                              {FOLDER_DESKTOP, home / "me/Schreibtisch"},
-                              {FOLDER_PERSONAL, "/srv/documents"},
-                              {FOLDER_TEMPLATES, home / "me/Templates"},
-                              {999, ""}}) {
-    EXPECT_EQ(facts.FolderPath(folder), path) << folder;
-  }
+  const Rows<int, std::string> rows = {{FOLDER_APPDATA, home.path()},
+                                       {FOLDER_PROGRAMS, home / "me/.local/share/applications"},
+                                       {FOLDER_PROFILE, home / "me"},
+                                       {FOLDER_LOCAL_APPDATA, home / "me/.local/share"},
+                                       {FOLDER_COMMON_APPDATA, "/etc/one"},
+                                       {FOLDER_STARTUP, home / "autostart"},
+                                       {FOLDER_PERSONAL, "/srv/documents"},
+                                       {FOLDER_TEMPLATES, home / "me/Templates"},
+                                       {999, ""},
+                                       {FOLDER_DESKTOP, home / "me/Schreibtisch"}};
+  for (const auto& [folder, path] : rows) EXPECT_EQ(facts.FolderPath(folder), path) << folder;
   const ScopedVariable none("XDG_CONFIG_HOME", "");
   EXPECT_EQ(facts.FolderPath(FOLDER_APPDATA), home / "me/.config");
   EXPECT_EQ(facts.FolderPath(FOLDER_PERSONAL), home / "me/Documents");
@@ -148,10 +149,81 @@ TEST(SplitCommandLine, CutsAtBlanksAndTakesQuotesAway) {
   ASSERT_TRUE(locale.SetCodePage(0));
 }
 
-DWORD Number(std::string_view data, std::size_t at, std::size_t bytes) {
-  DWORD number = 0;
-  while (bytes-- > 0) number = number << 8 | static_cast<unsigned char>(data[at + bytes]);
-  return number;
+TEST(ProfileText, FindsValues) {
+  const std::string text =
+      "\xEF\xBB\xBF[Main]\r\nplain=a b\r\n  Padded\t =  x y \t\r\ndouble=\" a \"\r\nsingle='b'\r\n"
+      "mixed=\"c'\r\none=\"\r\nempty=\r\nequals=a=b;c\r\n;comment=1\r\nno value here\r\n"
+      "=nameless\r\ntwice=first\r\nTWICE=second\r\n [ Spaced ] ; remark\r\nk=1\r\n[x]y]\r\n"
+      "k=2\r\n[main]\r\nlate=3\r\n[broken\r\nk=4";
+  const Rows<const char*, const char*, std::optional<std::string_view>> rows = {
+      {"Main", "plain", "a b"},  {"MAIN", " PADDED ", "x y"},
+      {"Main", "double", " a "}, {"Main", "single", "b"},
+      {"Main", "mixed", "\"c'"}, {"Main", "one", "\""},
+      {"Main", "empty", ""},     {"Main", "equals", "a=b;c"},
+      {"Main", ";comment", {}},  {"Main", "no value here", {}},
+      {"Main", "", {}},          {"Main", "twice", "first"},
+      {"spaced", "k", "1"},      {"x]y", "k", "2"},
+      {"Main", "late", {}},      {"Main", "k", {}},
+      {"broken", "k", {}},       {"none", "k", {}}};
+  for (const auto& [section, key, value] : rows) {
+    EXPECT_EQ(FindProfileValue(text, section, key), value) << section << " " << key;
+  }
+  EXPECT_EQ(ProfileSections(text), (std::vector<std::string>{"Main", "Spaced", "x]y"}));
+  EXPECT_EQ(ProfileKeys(text, "main"),
+            (std::vector<std::string>{"plain", "Padded", "double", "single", "mixed", "one",
+                                      "empty", "equals", "twice"}));
+  EXPECT_EQ(ProfileKeys(text, "none"), std::vector<std::string>{});
+}
+
+TEST(ProfileText, ChangesOnlyTheLinesConcerned) {
+  using Text = std::optional<const char*>;
+  constexpr Text kNone;
+  for (const auto& [rule, before, section, key, value, after] :
+       Rows<const char*, std::string, const char*, Text, Text, std::string>{
+           {"new file", "", "S", "k", "v", "[S]\r\nk=v\r\n"},
+           {"mark alone", "\xEF\xBB\xBF", "S", "k", "v", "\xEF\xBB\xBF[S]\r\nk=v\r\n"},
+           {"value", "[s]\n Key = old \n;c\n", "S", "KEY", "v", "[s]\nKey=v\n;c\n"},
+           {"same value", "[s]\n k = v \n", "s", "k", "v", "[s]\n k = v \n"},
+           {"blank kept", "[s]\nk=v\n", "s", "k", " v ", "[s]\nk= v \n"},
+           {"last line", "[s]\rk=1\r;c", "s", "k", "2", "[s]\rk=2\r;c"},
+           {"first twin", "[s]\nk=1\nk=2\n[s]\nk=3\n", "s", "k", "v", "[s]\nk=v\nk=2\n[s]\nk=3\n"},
+           {"end of section", "[s]\na=1\n \n; of s\nno key\n\n\t\n[t]\n", "s", "k", "v",
+            "[s]\na=1\n \n; of s\nno key\nk=v\n\n\t\n[t]\n"},
+           {"end of text", "[s]\na=1\n;c", "s", "k", "v", "[s]\na=1\n;c\nk=v\n"},
+           {"first key", "[s]\n;c\n[t]\nk=1\n", "s", "k", "v", "[s]\n;c\nk=v\n[t]\nk=1\n"},
+           {"blank section", "[s]\n\n[t]\n", "s", "k", "v", "[s]\nk=v\n\n[t]\n"},
+           {"no line end", "[s]\na=1", "s", "k", "v", "[s]\na=1\nk=v\n"},
+           {"no line end at all", "[s]", "s", "k", "v", "[s]\r\nk=v\r\n"},
+           {"neighbour's line end", "[r]\r\n[s]\na=1\n[t]\r\n", "s", "k", "v",
+            "[r]\r\n[s]\na=1\nk=v\n[t]\r\n"},
+           {"new section", "[r]\ra=1\r", "s", "k", "v", "[r]\ra=1\r[s]\rk=v\r"},
+           {"keys before sections", "k=1\n", "s", "k", "v", "k=1\n[s]\nk=v\n"},
+           {"delete key", "[s]\nk=1\n;c\nK = 2\na=1", "s", "k", {}, "[s]\n;c\na=1"},
+           {"delete no key", "[s]\nk=1\n", "s", "j", {}, "[s]\nk=1\n"},
+           {"delete section", "\xEF\xBB\xBF[s]\r\nk=1\r\n;c\r\n[t]\nk=1\n[S]\rk=2", "s", kNone,
+            kNone, "\xEF\xBB\xBF;c\r\n[t]\nk=1\n"},
+           {"delete no section", "[s]\nk=1\n", "k", {}, {}, "[s]\nk=1\n"}}) {
+    std::string text = before;
+    const bool changed = !key     ? DeleteProfileSection(text, section)
+                         : !value ? DeleteProfileKey(text, section, *key)
+                                  : SetProfileValue(text, section, *key, *value);
+    EXPECT_EQ(text, after) << rule;
+    EXPECT_EQ(changed, before != after) << rule;
+  }
+}
+
+TEST(ProfileText, RefusesWhatWouldNotBeReadBack) {
+  for (const char* name : {"", " \t", "a\nb", "a\r"}) {
+    EXPECT_FALSE(IsProfileSectionName(name)) << name;
+    EXPECT_FALSE(IsProfileKeyName(name)) << name;
+  }
+  for (const char* name : {"[a", " ;a", "a=b"}) {
+    EXPECT_TRUE(IsProfileSectionName(name)) << name;
+    EXPECT_FALSE(IsProfileKeyName(name)) << name;
+  }
+  EXPECT_FALSE(IsProfileKeyName(std::string_view("a\0b", 3)));
+  EXPECT_FALSE(IsProfileValue(std::string_view("\0", 1)));
+  EXPECT_TRUE(IsProfileValue(""));
 }
 
 TEST(Modules, EachHasTheProgramsPathAndTheSystemsNothingButPicturesUnlikeEachOther) {
@@ -172,17 +244,17 @@ TEST(Modules, EachHasTheProgramsPathAndTheSystemsNothingButPicturesUnlikeEachOth
       ASSERT_EQ(picture->data.size(), 4u + 40 + 32 * 32 * 3);
       EXPECT_TRUE(different.insert(picture->data.substr(44)).second);
       const Resource* group = system.Find(group_type, name);
-      ASSERT_TRUE(group != nullptr && group->data.size() == 20) << name;
-      EXPECT_EQ(Number(group->data, 14, 4), picture->data.size());
-      EXPECT_EQ(Number(group->data, 18, 2), name);
+      ASSERT_TRUE(group != nullptr) << name;
+      // The picture's size, and its name.
+      EXPECT_EQ(group->data.substr(14), "\x2C\x0C\0\0"s + char(name & 0xFF) + char(name >> 8));
     }
   }
   EXPECT_EQ(names, "32512-32516 32640-32651 32512-32518 ");
   // The hot spot and a bottom-up bitmap.
   const std::string_view up = system.Find(RESOURCE_CURSOR, 32516)->data;
   EXPECT_EQ(up.substr(0, 20), std::string_view("\x10\0\0\0\x28\0\0\0 \0\0\0 \0\0\0\1\0\x18\0", 20));
-  EXPECT_EQ(Number(up, 44 + (23 * 32 + 8) * 3, 3), 0x000000u) << "at 8, 8 from the top";
-  EXPECT_EQ(Number(up, 44 + (8 * 32 + 8) * 3, 3), 0xFFFFFFu);
+  EXPECT_EQ(up.substr(44 + (23 * 32 + 8) * 3, 3), "\0\0\0"s) << "at 8, 8 from the top";
+  EXPECT_EQ(up.substr(44 + (8 * 32 + 8) * 3, 3), "\xFF\xFF\xFF");
 }
 
 struct VersionResourcesTest : testing::Test {
@@ -212,7 +284,6 @@ TEST_F(VersionResourcesTest, ComeFromTheTextFileBesideTheProgram) {
                                {"\\StringFileInfo\\040904b0\\Comments", {}},
                                {"\\StringFileInfo\\040704b0\\FileVersion", {}},
                                {"\\StringFileInfo\\040904b0", {}},
-                               {"\\", {}},
                                {"", {}},
                                {"\\StringFileInfo\\04x904b0\\FileVersion", {}}}) {
     EXPECT_EQ(resources.Query(block, query), text) << query;
