@@ -290,15 +290,6 @@ JournalReplay Replay(std::string_view bytes, RegistryTree& tree) {
   return ReplayJournal(bytes, kEpoch, kJournalHeaderSize, tree);
 }
 
-const std::vector<JournalChange> kChanges = {{kCreateKey, "a\\b"},
-                                             {kSetValue, "a\\b", "v", 1, "one"},
-                                             {kSetValue, "a\\b", "V", 3, "two"},
-                                             {kDeleteValue, "a\\b", "v"},
-                                             {kSetValue, "a\\b", "w", 1, ""},
-                                             {kDeleteKey, "a\\b"},
-                                             {kCreateKey, "a\\B"},
-                                             {kSetValue, "A\\b", "x", 0xFFFFFFFF, "three"}};
-
 TEST(Checksum, IsTheCastagnoliOneInPiecesOfAnySize) {
   constexpr std::string_view kDigits = "123456789";
   for (std::size_t cut = 0; cut <= kDigits.size(); ++cut) {
@@ -309,13 +300,16 @@ TEST(Checksum, IsTheCastagnoliOneInPiecesOfAnySize) {
 }
 
 TEST(RegistryJournal, ADamagedByteCostsOneRecord) {
-  const std::string records = Records(kChanges);
+  const std::string records = Records({{kCreateKey, "a\\b"},
+                                       {kSetValue, "a\\b", "v", 1, "one"},
+                                       {kDeleteValue, "a\\b", "v"},
+                                       {kDeleteKey, "a\\b"}});
   for (std::size_t at = 0; at < records.size(); ++at) {
     std::string bytes = records;
     bytes[at] = static_cast<char>(bytes[at] ^ 0x10);
     RegistryTree tree;
     const JournalReplay replay = Replay(bytes, tree);
-    EXPECT_EQ(replay.records, kChanges.size() - 1) << at;
+    EXPECT_EQ(replay.records, 3u) << at;
     EXPECT_EQ(replay.gaps, 1u) << at << ": it was reported, even as the last one";
     EXPECT_EQ(replay.end, 64 + records.size()) << at;
   }

@@ -26,25 +26,25 @@ struct SystemFactsTest : testing::Test {
 };
 
 TEST_F(SystemFactsTest, FoldersFollowTheBaseDirectoryRules) {
-  const ScopedVariable home_variable("HOME", home / "me");
+  const ScopedVariable home_variable("HOME", "/me");
   const ScopedVariable common("XDG_CONFIG_DIRS", "relative:/etc/one/:/etc/two");
   home.Put("user-dirs.dirs",
            "# XDG_DESKTOP_DIR=\"/no\"\nXDG_DESKTOP_DIR=\"$HOME/Schreibtisch/\"\n"
            "XDG_DOCUMENTS_DIR=\"/srv/documents\"\nXDG_TEMPLATES_DIR=broken\n");
   const Rows<int, std::string> rows = {{FOLDER_APPDATA, home.path()},
-                                       {FOLDER_PROGRAMS, home / "me/.local/share/applications"},
-                                       {FOLDER_PROFILE, home / "me"},
-                                       {FOLDER_LOCAL_APPDATA, home / "me/.local/share"},
+                                       {FOLDER_PROGRAMS, "/me/.local/share/applications"},
+                                       {FOLDER_PROFILE, "/me"},
+                                       {FOLDER_LOCAL_APPDATA, "/me/.local/share"},
                                        {FOLDER_COMMON_APPDATA, "/etc/one"},
                                        {FOLDER_STARTUP, home / "autostart"},
                                        {FOLDER_PERSONAL, "/srv/documents"},
-                                       {FOLDER_TEMPLATES, home / "me/Templates"},
+                                       {FOLDER_TEMPLATES, "/me/Templates"},
                                        {999, ""},
-                                       {FOLDER_DESKTOP, home / "me/Schreibtisch"}};
+                                       {FOLDER_DESKTOP, "/me/Schreibtisch"}};
   for (const auto& [folder, path] : rows) EXPECT_EQ(facts.FolderPath(folder), path) << folder;
   const ScopedVariable none("XDG_CONFIG_HOME", "");
-  EXPECT_EQ(facts.FolderPath(FOLDER_APPDATA), home / "me/.config");
-  EXPECT_EQ(facts.FolderPath(FOLDER_PERSONAL), home / "me/Documents");
+  EXPECT_EQ(facts.FolderPath(FOLDER_APPDATA), "/me/.config");
+  EXPECT_EQ(facts.FolderPath(FOLDER_PERSONAL), "/me/Documents");
 }
 
 TEST_F(SystemFactsTest, TheBrowserIsThatOfTheDesktopElseOfTheEnvironment) {
@@ -185,12 +185,10 @@ TEST(ProfileText, ChangesOnlyTheLinesConcerned) {
            {"value", "[s]\n Key = old \n;c\n", "S", "KEY", "v", "[s]\nKey=v\n;c\n"},
            {"same value", "[s]\n k = v \n", "s", "k", "v", "[s]\n k = v \n"},
            {"blank kept", "[s]\nk=v\n", "s", "k", " v ", "[s]\nk= v \n"},
-           {"last line", "[s]\rk=1\r;c", "s", "k", "2", "[s]\rk=2\r;c"},
            {"first twin", "[s]\nk=1\nk=2\n[s]\nk=3\n", "s", "k", "v", "[s]\nk=v\nk=2\n[s]\nk=3\n"},
            {"end of section", "[s]\na=1\n \n; of s\nno key\n\n\t\n[t]\n", "s", "k", "v",
             "[s]\na=1\n \n; of s\nno key\nk=v\n\n\t\n[t]\n"},
            {"end of text", "[s]\na=1\n;c", "s", "k", "v", "[s]\na=1\n;c\nk=v\n"},
-           {"first key", "[s]\n;c\n[t]\nk=1\n", "s", "k", "v", "[s]\n;c\nk=v\n[t]\nk=1\n"},
            {"blank section", "[s]\n\n[t]\n", "s", "k", "v", "[s]\nk=v\n\n[t]\n"},
            {"no line end", "[s]\na=1", "s", "k", "v", "[s]\na=1\nk=v\n"},
            {"no line end at all", "[s]", "s", "k", "v", "[s]\r\nk=v\r\n"},
