@@ -22,6 +22,7 @@ using platform::Result;
 using test::Rows;
 using testing::ScriptedPrompts;
 using testing::ShownBox;
+using Text = const char*;
 
 /// A test with a directory of its own.
 struct FileUtility : ::testing::Test {
@@ -36,7 +37,6 @@ struct ScopedFiles : test::ForwardingFiles {
 };
 
 TEST_F(FileUtility, RelativePathsAndBack) {
-  using Text = const char*;
   for (const auto& [base, path, relative, absolute] : Rows<Text, Text, Text, Text>{
            {"c:\\data", "C:\\Data\\sql\\a.sql", ".\\sql\\a.sql", "c:\\data\\sql\\a.sql"},
            {"c:\\data\\app", "C:\\other\\a", "..\\other\\a", "c:\\other\\a"},
@@ -79,10 +79,9 @@ TEST_F(FileUtility, UniversalNamesAreAdministrativeSharesOfDrives) {
     }
   } files;
   const testing::ScriptedPlatform platform;
-  const Rows<const char*, const char*> rows = {{"c:\\a:b", "\\\\TIGER\\c$\\a:b"},
-                                               {nullptr, ""},
-                                               {"z:\\x", "\\\\files\\all\\x"},
-                                               {"/home/a:b", "/home/a:b"}};
+  const Rows<Text, Text> rows = {{"c:\\a:b", "\\\\TIGER\\c$\\a:b"}, {"plain", "plain"},
+                                 {"z:\\x", "\\\\files\\all\\x"},    {nullptr, ""},
+                                 {"/home/a:b", "/home/a:b"},        {"", ""}};
   for (const auto& [path, expected] : rows) EXPECT_EQ(Utility::GetUniversalName(path), expected);
 }
 
@@ -96,7 +95,7 @@ TEST_F(FileUtility, NamesOfTemporaryFilesDontCollide) {
   testing::ManualClock clock;
   clock.seconds = 77;
   const platform::ScopedPlatform scope(test::With(&platform::Platform::clock, &clock));
-  for (const char* name : {"TMP122.sql", "TMP123.sql", "TMP124.sql"}) {
+  for (const Text name : {"TMP122.sql", "TMP123.sql", "TMP124.sql"}) {
     const CString path = Utility::CreateTempFile("", place, "sql");
     EXPECT_TRUE(path == directory / name && !DQLIB_FileExists(path)) << "in one second " << path;
     Utility::CreateFile(path);
@@ -119,7 +118,7 @@ TEST_F(FileUtility, DirectoriesAreMadeFromTheOutside) {
     EXPECT_TRUE(created[0] == directory / "a" && created[2] == directory / "a/b/c");
     EXPECT_EQ(prompts.shown, (std::vector(2, ShownBox{question, BOX_YES_NO})));
   }
-  for (const char* nothing : {"c:", "c:\\", "/"}) {
+  for (const Text nothing : {"c:", "c:\\", "/"}) {
     EXPECT_TRUE(Utility::CreateDirectory(nothing, true)) << nothing;
   }
   EXPECT_TRUE(Utility::CreateDirectory(("/" + directory / "d/e").c_str(), false)) << "no share";
@@ -139,7 +138,7 @@ TEST_F(FileUtility, DirectoriesAreMadeFromTheOutside) {
 TEST_F(FileUtility, WritesReplaceOrAppendAndReportTheTextsLength) {
   const std::string path = directory / "f";
   for (const auto& [text, length, replace, add_line_end, result, contents] :
-       Rows<const char*, int, bool, bool, int, std::string>{
+       Rows<Text, int, bool, bool, int, std::string>{
            {"one", -1, false, true, 3, "one\r\n"},
            {"two", 2, false, false, 2, "one\r\ntw"},
            {"", -1, true, true, 0, "\r\n"},
@@ -149,7 +148,7 @@ TEST_F(FileUtility, WritesReplaceOrAppendAndReportTheTextsLength) {
     EXPECT_EQ(directory.Get("f"), contents);
   }
   CString text = "all";
-  for (const char* to : {path.c_str(), "/dev/null"}) EXPECT_EQ(Utility::WriteFile(to, text), 3);
+  for (const Text to : {path.c_str(), "/dev/null"}) EXPECT_EQ(Utility::WriteFile(to, text), 3);
   EXPECT_FALSE(fs::is_regular_file("/dev/null"));
   EXPECT_TRUE(Utility::ReadFile(text, path.c_str()) && text == "all");
   EXPECT_FALSE(Utility::ReadFile(text, directory.path().c_str()) || text != "");
@@ -175,7 +174,7 @@ TEST_F(FileUtility, ADiskThatFillsUpLeavesTheFormerContents) {
   const Error full{platform::ErrorKind::kNoSpace, ENOSPC};
   const Error denied{platform::ErrorKind::kAccessDenied, EACCES};
   for (const auto& [name, text, error, in_place, written, contents] :
-       Rows<const char*, const char*, Error, bool, int, const char*>{
+       Rows<Text, Text, Error, bool, int, Text>{
            {"f", "new", full, false, 0, "old"},
            {"g", "new", full, false, 0, "(none)"},
            {"g", "new", full, true, 0, "new"},     // whole, but its directory can't be synced
@@ -232,17 +231,16 @@ An error occurred while p was written.|An error occurred while p was read.
 }
 
 TEST_F(FileUtility, ListsHaveTheEntriesWithAnyOfTheAttributes) {
-  for (const char* name : {"a.SQL", "b", ".hidden"}) directory.Put(name, "");
+  for (const Text name : {"a.SQL", "b", ".hidden"}) directory.Put(name, "");
   fs::create_directory(directory / "dir");
   fs::permissions(directory / "b", fs::perms::owner_read);
   CStringList list;
   for (const auto& [pattern, attributes, found, names] :
-       Rows<const char*, DWORD, bool, const char*>{
-           {"/*.*", FILE_ARCHIVE, true, ".hidden|a.SQL|b|"},
-           {"\\*", FILE_DIRECTORY, true, "dir|"},
-           {"/*.*", FILE_READ_ONLY | FILE_HIDDEN, true, ".hidden|b|"},
-           {"/a*", FILE_DIRECTORY, true, ""},
-           {"/x*", FILE_ARCHIVE, false, ""}}) {
+       Rows<Text, DWORD, bool, Text>{{"/*.*", FILE_ARCHIVE, true, ".hidden|a.SQL|b|"},
+                                     {"\\*", FILE_DIRECTORY, true, "dir|"},
+                                     {"/*.*", FILE_READ_ONLY | FILE_HIDDEN, true, ".hidden|b|"},
+                                     {"/a*", FILE_DIRECTORY, true, ""},
+                                     {"/x*", FILE_ARCHIVE, false, ""}}) {
     list.RemoveAll();
     EXPECT_EQ(Utility::ListFiles((directory.path() + pattern).c_str(), list, attributes), found);
     EXPECT_EQ(test::Joined(list), names) << pattern;
@@ -252,8 +250,8 @@ TEST_F(FileUtility, ListsHaveTheEntriesWithAnyOfTheAttributes) {
 
 TEST_F(FileUtility, DeletingTakesReadOnlyFilesAndLeavesWhatLinksLeadTo) {
   const std::string tree = directory / "tree";
-  for (const char* name : {"tree/sub/deep/.hidden", "tree/read_only", "kept", "outside/file",
-                           "hostile/..\\outside/x", "hostile/..\\outside\\file"}) {
+  for (const Text name : {"tree/sub/deep/.hidden", "tree/read_only", "kept", "outside/file",
+                          "hostile/..\\outside/x", "hostile/..\\outside\\file"}) {
     fs::create_directories(fs::path(directory / name).parent_path());
     directory.Put(name, "o");
   }
@@ -271,7 +269,7 @@ TEST_F(FileUtility, DeletingTakesReadOnlyFilesAndLeavesWhatLinksLeadTo) {
   fs::current_path(directory / "outside");
   EXPECT_FALSE(Utility::DeleteDirectory("", true)) << "no name is not the current directory";
   fs::current_path(here);
-  for (const char* const link : {"itself", "itself/"}) {
+  for (const Text link : {"itself", "itself/"}) {
     fs::create_directory_symlink(directory / "outside", directory / "itself");
     EXPECT_TRUE(Utility::DeleteDirectory(directory / link, true)) << link;
     EXPECT_FALSE(fs::is_symlink(directory / "itself")) << link;
@@ -284,7 +282,7 @@ TEST_F(FileUtility, DeletingTakesReadOnlyFilesAndLeavesWhatLinksLeadTo) {
       return ForwardingFiles::Delete(path);
     }
   } files;
-  for (const char* name : {"f1", "f2", "f3"}) directory.Put(name, name);
+  for (const Text name : {"f1", "f2", "f3"}) directory.Put(name, name);
   EXPECT_FALSE(Utility::DeleteFiles(directory / "f*", FILE_ARCHIVE));
   EXPECT_EQ(directory.Get("f1") + directory.Get("f2") + directory.Get("f3"), "(none)f2(none)");
   EXPECT_TRUE(Utility::DeleteFiles(directory / "x*", FILE_ARCHIVE));
@@ -311,16 +309,15 @@ TEST_F(FileUtility, AFailureIsNeitherAnAbsenceNorASuccess) {
 
 TEST_F(FileUtility, NamesForDisplayKeepRootAndLastDirectories) {
   for (const auto& [path, length, at_least_name, expected] :
-       Rows<const char*, int, int, const char*>{
-           {"c:\\one\\two\\three.sql", 20, 1, "c:\\one\\two\\three.sql"},
-           {"c:\\first\\two\\three.sql", 20, 1, "c:\\...\\two\\three.sql"},
-           {"c:\\one\\two\\three.sql", 18, 1, "c:\\...\\three.sql"},
-           {"c:\\one\\two\\three.sql", 8, 1, "three.sql"},
-           {"c:\\one\\two\\three.sql", 8, 0, ""},
-           {"c:\\one\\two\\three.sql", 9, 0, "three.sql"},
-           {"/one/two/three.sql", 17, 0, "/.../three.sql"},
-           {"\\\\srv\\all\\first\\x.sql", 20, 0, "\\\\srv\\all\\...\\x.sql"},
-           {"a", -1, 0, ""}}) {
+       Rows<Text, int, int, Text>{{"c:\\one\\two\\three.sql", 20, 1, "c:\\one\\two\\three.sql"},
+                                  {"c:\\first\\two\\three.sql", 20, 1, "c:\\...\\two\\three.sql"},
+                                  {"c:\\one\\two\\three.sql", 18, 1, "c:\\...\\three.sql"},
+                                  {"c:\\one\\two\\three.sql", 8, 1, "three.sql"},
+                                  {"c:\\one\\two\\three.sql", 8, 0, ""},
+                                  {"c:\\one\\two\\three.sql", 9, 0, "three.sql"},
+                                  {"/one/two/three.sql", 17, 0, "/.../three.sql"},
+                                  {"\\\\srv\\all\\first\\x.sql", 20, 0, "\\\\srv\\all\\...\\x.sql"},
+                                  {"a", -1, 0, ""}}) {
     std::string name = path;
     Utility::AbbreviateName(name.data(), length, at_least_name);
     EXPECT_STREQ(name.c_str(), expected) << length;
@@ -363,8 +360,8 @@ TEST_F(FileUtility, ModulesAndLineEnds) {
   DQLIB_GetModuleDirectory(nullptr, place);
   DQLIB_GetModuleDriveSpec(nullptr, drive);
   EXPECT_EQ(place + "," + drive, "/opt,");
-  const Rows<const char*, int> rows = {{"", -1},   {"abc", 2}, {"a\nb", 1},  {"a\r\n\f\x1Ay\n", 4},
-                                       {"\nb", 0}, {"a\n", 1}, {nullptr, -1}};
+  const Rows<Text, int> rows = {{"", -1},   {"abc", 2}, {"a\nb", 1},  {"a\r\n\f\x1Ay\n", 4},
+                                {"\nb", 0}, {"a\n", 1}, {nullptr, -1}};
   for (const auto& [text, at] : rows) EXPECT_EQ(GetEndOfLinePosition(text), at) << at;
 }
 

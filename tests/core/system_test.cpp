@@ -55,7 +55,7 @@ TEST_F(IniFile, ValuesOfSeveralLinesFitOnOneAndAKeyIsDeletedByAZero) {
   ini.WriteKey("s", "k", (std::string(2044, 'x') + "\ny").c_str());
   EXPECT_EQ(Value("s", "k"), std::string(2044, 'x') + "</N");
   ini.WriteKey("t", "k", INT_MIN);
-  for (const char* section : {"s", kNone}) ini.DeleteSection(section);
+  for (const Text section : {"s", kNone}) ini.DeleteSection(section);
   EXPECT_EQ(directory.Get("f.ini"), "; note\n[t]\nk=-2147483648\n");
 }
 
@@ -67,9 +67,9 @@ TEST_F(IniFile, EnumerationsAppendToTheList) {
   directory.Put("f.ini", "[b]\ny=\nx=1\n[a]\n");
   names.AddTail("first");
   ini.EnumSections(names);
-  for (const char* section : {"B", kNone}) ini.EnumKeys(section, names);
+  for (const Text section : {"B", kNone}) ini.EnumKeys(section, names);
   // A buffer of names ends in two zeros.
-  for (const char* buffer : {"one\0two\0\0three\0", "\0one\0", kNone}) {
+  for (const Text buffer : {"one\0two\0\0three\0", "\0one\0", kNone}) {
     CDQIniFile::ParseIniBuffer(buffer, names);
   }
   EXPECT_EQ(test::Joined(names), "first|b|a|y|x|one|two|");
@@ -203,11 +203,11 @@ TEST(RegistryTools, AStoreThatRefusesEndsTheMoveWhichIsNoFailure) {
 }
 
 TEST(RegistryTools, WhatCannotBeReadIsNeitherMovedNorLost) {
-  for (const char* target : {"to", "FROM"}) {
+  for (const Text target : {"to", "FROM"}) {
     bool failed = true;
     for (int read = 1; failed; ++read) {
       OwnRegistry registry;
-      for (const char* path : {"from", "from\\sub", "from\\sub\\low"}) registry.Set(path, "v", "1");
+      for (const Text path : {"from", "from\\sub", "from\\sub\\low"}) registry.Set(path, "v", "1");
       registry.reads_left = read;
       const BOOL renamed = DQLIB_RenameRegistryItem(kCurrentUser, "from", target);
       failed = registry.reads_left <= 0;
@@ -294,7 +294,7 @@ TEST_F(SystemInfoTest, FindsSuitesAndBrowsersInTheRegistry) {
   registry.Set("http\\shell\\open\\command", "", std::string_view("\"C:\\IEXPLORE.EXE\" %1\0", 22),
                REGISTRY_STRING, kClassesRoot);
   EXPECT_TRUE(Info::IsIE4Installed() && Info().IsTerminalServer());
-  for (const char* none : {"Terminal", "Server", "", kNone}) {
+  for (const Text none : {"Terminal", "Server", "", kNone}) {
     EXPECT_FALSE(Info::IsProductSuiteInstalled(none));
   }
   EXPECT_STREQ(Info::GetDefaultWebBrowser(), "\"C:\\IEXPLORE.EXE\" %1");
@@ -378,7 +378,7 @@ TEST(LocaleInfo, FallsBackOnlyWhereAnItemCantBeRead) {
 
 TEST(Guid, ShowsItsFormsAndKeepsItsValueForOtherTexts) {
   CDQGuid guid("8012abCD-0234-F678-9abc-def01234567f");
-  for (const char* text :
+  for (const Text text :
        {"{11111111-1111-1111-1111-111111111111}", "11111111-1111-1111-1111-11111111111g",
         "11111111-1111-1111-1111011111111111", kNone}) {
     guid.SetGUID(text);
@@ -405,7 +405,7 @@ TEST(ClipboardWriter, PostsAllThatWasWrittenAndKeepsWhatWasRefused) {
   };
   CWnd owner;
   CountingWriter writer(&owner, 49'161);
-  for (const char* text : {"one,", kNone, "two"}) writer.Write(text);
+  for (const Text text : {"one,", kNone, "two"}) writer.Write(text);
   {
     const platform::ScopedPlatform scope(test::With(&platform::Platform::clipboard, &refusing));
     EXPECT_TRUE(!writer.PostData() && writer.failures == 1);

@@ -469,7 +469,7 @@ TEST_F(DataExchange, MovesWhatIsChosenAndLeavesTheVariableWithoutAChoice) {
   DQDDX_CBStringExact(&save, kCombo, text);
   EXPECT_EQ(text, "Two");
   CStringList list;
-  for (const char* row : {"b", "a", "b"}) list.AddTail(row);
+  for (const Text row : {"b", "a", "b"}) list.AddTail(row);
   DQDDX_StringList(&load, kList, list);
   EXPECT_EQ(dialog.list().GetCount(), 3);
   DQDDX_StringList(&save, kList, list);
