@@ -23,7 +23,7 @@ OptionValue CDQOptionsServer::LookUp(const CDQOption& option, DBMS platform) con
   if (const auto unkept = m_unkept.find({option.GetID(), own}); unkept != m_unkept.end()) {
     return unkept->second;
   }
-  const auto found = [this](detail::FoundOption option_value) {
+  const auto found = [this](const detail::FoundOption& option_value) {
     if (!option_value.ok()) m_readError = option_value.error;
     return option_value.value;
   };

@@ -100,7 +100,7 @@ PosixFiles::OpenedPtr PosixFiles::Forget(HANDLE file) {
   const std::lock_guard lock(mutex_);
   const auto found = files_.find(file);
   if (found == files_.end()) return nullptr;
-  const OpenedPtr opened = std::move(found->second);
+  OpenedPtr opened = std::move(found->second);
   files_.erase(found);
   return opened;
 }
