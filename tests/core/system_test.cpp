@@ -218,12 +218,11 @@ TEST(RegistryTools, WhatCannotBeReadIsNeitherMovedNorLost) {
   }
 }
 
-std::string Bytes(CXMemFile& file) {
-  return {file.GetBuffer(), static_cast<std::size_t>(file.GetLength())};
-}
-
-TEST(XMemFile, TheProfileKeepsItsBytes) {
-  CXMemFile file, other;
+TEST(XMemFile, TheProfileAndAnArchiveKeepItsBytes) {
+  const auto bytes = [](CXMemFile& file) {
+    return std::string(file.GetBuffer(), static_cast<std::size_t>(file.GetLength()));
+  };
+  CXMemFile file, read;
   EXPECT_FALSE(file.WriteRegistry("s", "b")) << "without an application";
   CWinApp app("tool");
   app.SetRegistryKey("Velmora");
@@ -231,15 +230,11 @@ TEST(XMemFile, TheProfileKeepsItsBytes) {
   EXPECT_FALSE(file.ReadRegistry("s", "b"));
   EXPECT_EQ(file.GetPosition(), 3) << "a failure leaves the file as it is";
   EXPECT_TRUE(file.WriteRegistry("s", "b"));
-  other.Write("longer than that", 16);
-  EXPECT_TRUE(other.ReadRegistry("s", "b") && other.GetPosition() == 0);
-  EXPECT_EQ(Bytes(other), std::string("a\0b", 3));
+  read.Write("longer than that", 16);
+  EXPECT_TRUE(read.ReadRegistry("s", "b") && read.GetPosition() == 0);
+  EXPECT_EQ(bytes(read), std::string("a\0b", 3));
   DeleteRegistryTree(kCurrentUser, "Software\\Velmora");
-}
 
-TEST(XMemFile, AnArchiveKeepsALengthAndTheBytes) {
-  CXMemFile file, loaded;
-  file.Write("xyz", 3);
   CMemFile stream;
   CArchive storing(&stream, CArchive::store);
   storing << DWORD{8};
@@ -247,11 +242,11 @@ TEST(XMemFile, AnArchiveKeepsALengthAndTheBytes) {
   storing.Close();
   stream.SeekToBegin();
   CArchive loading(&stream, CArchive::load);
-  loaded.Write("former", 6);
-  EXPECT_THROW(loaded.Serialize(loading), CArchiveException) << "a length past the end";
-  EXPECT_EQ(Bytes(loaded), "former");
-  loaded.Serialize(loading);
-  EXPECT_EQ(Bytes(loaded), "xyz");
+  read.Write("former", 6);
+  EXPECT_THROW(read.Serialize(loading), CArchiveException) << "a length past the end";
+  EXPECT_EQ(bytes(read), "former");
+  read.Serialize(loading);
+  EXPECT_EQ(bytes(read), std::string("a\0b", 3));
 }
 
 struct SystemInfoTest : ::testing::Test {
