@@ -202,7 +202,6 @@ TEST(ObjectInfoDialog, EditsTheObject) {
     }
     LPARAM helped = 0;
   };
-  HelpingWindow main;
   const char* const specific = "P.0123456789012345678901234567890";
   const std::string n30(30, 'N'), longest = "Table " + n30 + "." + n30;
   const std::string enter_longest = "2756=" + n30 + "\n2757=" + n30 + "\npress 1";
@@ -217,6 +216,7 @@ TEST(ObjectInfoDialog, EditsTheObject) {
            {{OT_TABLE, "O", "T"}, DBMS_ORACLE, "press 3019\npress 1", 1, "T", "Unknown ."},
            {{OT_NONE, "O", "T"}, DBMS_ORACLE, "press 9\npress 2", 0, nullptr, "Unknown O.T"}}) {
     SCOPED_TRACE(title);
+    HelpingWindow main;
     CDBObjectInfo object(given);
     ScriptedPrompts prompts;
     platform::DialogScript script;
@@ -232,7 +232,6 @@ TEST(ObjectInfoDialog, EditsTheObject) {
       script.Play(dialog);
       EXPECT_FALSE(script.problem());
     };
-    main.helped = 0;
     EXPECT_EQ(object.SetPropertiesDlg(platform, 8.1, "SCOTT", nullptr, false, title.c_str()),
               answers.ends_with("press 1"));
     EXPECT_EQ(prompts.dialogs, std::vector{title});

@@ -82,12 +82,12 @@ TEST(QuoteName, TheWordListsAreAsTheyAlwaysWere) {
 }
 
 TEST(IdentifierName, UnwrapsAndSplits) {
-  for (const auto& [text, ends, inner] :
-       Rows<const char*, const char*, const char*>{{"[a]", "[]", "a"},
-                                                   {"[a]", "''", "[a]"},
-                                                   {"'", "''", ""},
-                                                   {"", "xx", ""},
-                                                   {nullptr, "xx", ""}}) {
+  const Rows<const char*, const char*, const char*> wrapped = {{"[a]", "[]", "a"},
+                                                               {"[a]", "''", "[a]"},
+                                                               {"'", "''", ""},
+                                                               {"", "xx", ""},
+                                                               {nullptr, "xx", ""}};
+  for (const auto& [text, ends, inner] : wrapped) {
     EXPECT_EQ(RemoveWrappingChar(text, ends[0], ends[1]), inner);
     EXPECT_EQ(IsWrappedWithChars(text, ends[0], ends[1]),
               text != nullptr && CString(text) != inner);
@@ -178,27 +178,20 @@ TEST(VersionString, ComparesAtThePrecisionOfTheRightSide) {
   const auto compared = [](auto&& a, auto&& b) {
     return a == b ? a <= b && a >= b && !(a != b) ? 0 : 9 : a < b ? -1 : a > b ? 1 : 9;
   };
-  for (const auto& [text, number, order] : Rows<const char*, double, int>{{"8.170", 8.2, -1},
-                                                                          {"8.1", 8.17, -1},
-                                                                          {"Informix 9", 8.1, -1},
-                                                                          {"-1", 0.0, -1},
-                                                                          {"8.170", 8.1, 0},
-                                                                          {"8.170", 8.17, 0},
-                                                                          {"12.503", 12.5, 0},
-                                                                          {"8.a", 8.0, 0},
-                                                                          {"nano", 0.0, 0},
-                                                                          {"-0xnan", 0.0, 0},
-                                                                          {"10.204", 8.1, 1},
-                                                                          {"1000.5", 8.1, 1}}) {
+  const Rows<const char*, double, int> rows = {
+      {"8.170", 8.2, -1}, {"8.1", 8.17, -1},  {"Informix 9", 8.1, -1}, {"-1", 0.0, -1},
+      {"8.170", 8.1, 0},  {"8.170", 8.17, 0}, {"12.503", 12.5, 0},     {"8.a", 8.0, 0},
+      {"nano", 0.0, 0},   {"-0xnan", 0.0, 0}, {"10.204", 8.1, 1},      {"1000.5", 8.1, 1}};
+  for (const auto& [text, number, order] : rows) {
     const CDQDBVersionString version(text, DBMS_NONE);
     const std::string right = std::to_string(number);
     const auto order_of = [&](const auto&... each) { return std::set{compared(version, each)...}; };
+    SCOPED_TRACE(text + (" " + right));
     EXPECT_EQ(order_of(number, CDQDBVersionString(number, DBMS_NONE), right.c_str(), CString(right),
                        std::string_view(right)),
-              std::set{order})
-        << text << " " << number;
-    EXPECT_EQ(compared(number, version), -order) << text << " " << number;
-    EXPECT_EQ(compared(right.c_str(), version), -order) << text << " " << number;
+              std::set{order});
+    EXPECT_EQ(compared(number, version), -order);
+    EXPECT_EQ(compared(right.c_str(), version), -order);
     EXPECT_TRUE(&(version + 1.0) == &version && &(version - 1.0) == &version);
   }
   enum Release { SEVEN = 7 };
@@ -252,7 +245,7 @@ TEST(DBUtility, PutsTheConnectionBehindTheCommandAndHidesThePassword) {
   CDQDBUtility utility;
   utility.SetCallback(Record);
   for (const auto& [command, user, password, datasource, mode, printed, reported] :
-       test::Rows<Text, Text, Text, Text, int, Text, std::string>{
+       Rows<Text, Text, Text, Text, int, Text, std::string>{
            {"echo a", "", "", "", 0, "a", "echo a  "},
            {"echo", "u", "p", "d", 0, "u/p@d", "echo u/****@d "},
            {"echo", "u", "u", "d", 0, "u/u@d", "echo ****/****@d "},
