@@ -79,7 +79,7 @@ BOOL CFile::Open(const char* path, UINT flags, CFileException* error) {
 
 BOOL CFile::OpenAs(const char* path, const platform::OpenOptions& options, CFileException* error) {
   // The path may be a part of the former name.
-  m_strFileName = std::string(path);
+  m_strFileName = CString(path);
   const auto opened = Files().Open(m_strFileName.View(), options);
   if (!opened.ok()) {
     if (error != nullptr) {
