@@ -173,18 +173,23 @@ TEST_F(WindowTree, RectanglesFollowParentsAndFrames) {
 }
 
 TEST_F(WindowTree, FocusGoesToWhatIsEnabledAndLeavesWhatIsHidden) {
-  child.SetFocus();
-  top.Take();
-  EXPECT_EQ(second.SetFocus(), &child);
-  EXPECT_EQ(top.Take(), "2:8 4:7 ");
-  child.EnableWindow(false);
-  child.SetFocus();
+  testing::RecordingObserver observer;
+  inner.SetFocus();
+  EXPECT_EQ(second.SetFocus(), &inner);
+  for (int twice = 0; twice < 2; ++twice) child.EnableWindow(false);
+  inner.SetFocus();
   EXPECT_EQ(CWnd::GetFocus(), &second);
   EXPECT_TRUE(top.ShowWindow(SW_HIDE));
   EXPECT_EQ(CWnd::GetFocus(), nullptr) << "it was below a window that is hidden";
   EXPECT_TRUE(second.IsShown() && !second.IsWindowVisible());
   top.ShowWindow(SW_SHOW);
-  EXPECT_EQ(top.Take(), "2:10 4:8 1:24 1:24 ");
+  child.EnableWindow();
+  inner.SetFocus();
+  child.EnableWindow(false);
+  EXPECT_EQ(top.Take(), "3:7 3:8 4:7 2:10 4:8 1:24 1:24 2:10 3:7 3:8 2:10 ");
+  EXPECT_EQ(observer.Take(),
+            "3 focus 3 focus 4 focus 2 enabled 1 shown 4 focus 1 shown 1 active 2 enabled 3 focus "
+            "2 enabled 3 focus ");
   // A handler that moves the focus on has the last word.
   second.on[WM_KILLFOCUS] = [&] { top.SetFocus(); };
   second.SetFocus();
@@ -228,7 +233,6 @@ TEST_F(WindowTree, PlacementKeepsTheNormalRectangleAndWhatAMinimisedWindowWasBef
 }
 
 TEST_F(WindowTree, TellsItsObserverOfEveryChangeInTheOrderOfTheChanges) {
-  inner.SetFocus();
   CWnd other;
   CMenu menu;
   testing::RecordingObserver observer;
@@ -243,17 +247,6 @@ TEST_F(WindowTree, TellsItsObserverOfEveryChangeInTheOrderOfTheChanges) {
   EXPECT_EQ(
       observer.Take(),
       "9 created 9 destroyed 5 replaced 2 text 2 rectangle 2 invalidated 2 rectangle 2 rectangle ");
-  child.ShowWindow(SW_HIDE);
-  inner.SetFocus();
-  inner.ShowWindow(SW_HIDE);
-  inner.SetFocus();
-  inner.EnableWindow(false);
-  for (int twice = 0; twice < 2; ++twice) inner.EnableWindow();
-  inner.SetFocus();
-  second.SetFocus();
-  EXPECT_EQ(observer.Take(),
-            "2 shown 3 focus 3 focus 3 shown 3 focus 3 focus 3 enabled 3 focus 3 enabled 3 focus 3 "
-            "focus 4 focus ");
   child.Invalidate();
   child.SetWindowOrder(&second);
   inner.SetParent(&second);
