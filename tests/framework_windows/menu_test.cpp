@@ -223,8 +223,7 @@ TEST(AcceleratorTable, CombinationsHaveCommands) {
   EXPECT_FALSE(table.Load(64999) || !table.entries().empty()) << "there is no such resource";
   for (const char* text : {"F25 1", "F0 1", "ctrl+ 1", "ctrl+ctrl+A 1", "A", "A 0", "A 65536",
                            "A 1 2", "meta+A 1", "A 99999999999", ": 1", "[ 1"}) {
-    EXPECT_FALSE(table.Read(text)) << text;
-    EXPECT_TRUE(table.entries().empty());
+    EXPECT_TRUE(!table.Read(text) && table.entries().empty()) << text;
   }
 }
 

@@ -159,6 +159,11 @@ struct MessageLoop : ::testing::Test {
   testing::ManualClock clock{0xFFFFFFF0};  // it wraps meanwhile
   const platform::ScopedPlatform scope{test::With(&platform::Platform::clock, &clock)};
   LoopWnd window;
+  /// How many messages have come, and those of the window.
+  std::string Pump() {
+    const int count = PumpUntilIdle();
+    return std::to_string(count) + ": " + window.Take();
+  }
 };
 
 TEST_F(MessageLoop, TimersComeByTheClockBehindPostedMessages) {
@@ -170,20 +175,18 @@ TEST_F(MessageLoop, TimersComeByTheClockBehindPostedMessages) {
     std::string got;
     for (const DWORD passed : times) {
       clock.Advance(passed);
-      PumpUntilIdle();
-      got += window.Take() + "|";
+      got += Pump();
     }
     return got;
   };
-  EXPECT_EQ(pumped({9, 1, 200, 9}), "|275/2 |275/2 ||") << "one that is late comes once";
+  EXPECT_EQ(pumped({9, 1, 200, 9}), "0: 1: 275/2 1: 275/2 0: ") << "one that is late comes once";
   window.PostMessage(WM_APP);
-  EXPECT_EQ(pumped({31}), "32768/0 275/2 275/1 |");
+  EXPECT_EQ(pumped({31}), "3: 32768/0 275/2 275/1 ");
   EXPECT_EQ(window.SetTimer(1, 1000), 1U) << "starts it anew";
   EXPECT_TRUE(window.KillTimer(2) && !window.KillTimer(2));
-  EXPECT_EQ(pumped({999, 1, std::numeric_limits<std::int32_t>::max()}), "|275/1 |275/1 275/3 |");
+  EXPECT_EQ(pumped({999, 1, 0x7FFFFFFF}), "0: 1: 275/1 2: 275/1 275/3 ");
   window.DestroyWindow();
-  EXPECT_EQ(window.SetTimer(1, 10), 0U);
-  EXPECT_EQ(pumped({5000}), "|");
+  EXPECT_TRUE(window.SetTimer(1, 10) == 0 && pumped({5000}) == "0: ");
 }
 
 TEST_F(MessageLoop, OneCallServesEachTimerOnceHoweverSlowTheHandlersAre) {
@@ -200,10 +203,8 @@ TEST_F(MessageLoop, OneCallServesEachTimerOnceHoweverSlowTheHandlersAre) {
   // The second is due while the others are served.
   for (const UINT time : {10U, 90U, 20U, 20U}) window.SetTimer(++id, time);
   clock.Advance(20);
-  EXPECT_EQ(PumpUntilIdle(), 4);
-  EXPECT_EQ(window.Take(), "275/1 275/3 275/4 275/2 ");
-  EXPECT_EQ(PumpUntilIdle(), 5);
-  EXPECT_EQ(window.Take(), "275/1 275/3 275/4 275/5 275/2 ");
+  EXPECT_EQ(Pump(), "4: 275/1 275/3 275/4 275/2 ");
+  EXPECT_EQ(Pump(), "5: 275/1 275/3 275/4 275/5 275/2 ");
 }
 
 TEST_F(MessageLoop, MessagesAndTimersOfWindowsThatEndAreGoneAndThoseOfOthersComeInOrder) {
@@ -220,8 +221,7 @@ TEST_F(MessageLoop, MessagesAndTimersOfWindowsThatEndAreGoneAndThoseOfOthersCome
   windows.resize(1);
   clock.Advance(10);
   EXPECT_FALSE(PostToWindow(dead, WM_APP, 0, 0) || CWnd().PostMessage(WM_APP));
-  EXPECT_EQ(PumpUntilIdle(), 7);
-  EXPECT_EQ(window.got, "32769/999 32769/1999 32769/2999 275/1 275/2 ");
+  EXPECT_EQ(Pump(), "7: 32769/999 32769/1999 32769/2999 275/1 275/2 ");
   EXPECT_EQ(windows[0]->got, "32768/0 275/1 ");
 }
 
@@ -245,11 +245,9 @@ struct IdleApp : CWinApp {
 TEST_F(MessageLoop, IdlesUntilItWantsNoMoreAndAnewAfterAMessage) {
   IdleApp app;
   app.m_pMainWnd = &window;
-  PumpUntilIdle();
-  EXPECT_EQ(app.idled + ": " + window.Take(), "012: 867/1 ") << "what shows commands is updated";
+  EXPECT_EQ(Pump() + app.idled, "0: 867/1 012") << "what shows commands is updated";
   EXPECT_TRUE(window.PostMessage(WM_APP + 9) && window.PostMessage(WM_APP + 2));
-  EXPECT_EQ(PumpUntilIdle(), 2);
-  EXPECT_EQ(window.Take(), "32770/0 867/1 ");
+  EXPECT_EQ(Pump(), "2: 32770/0 867/1 ");
   // One of another thread isn't this thread's to update; and the handler may end the main window.
   std::jthread([&] {
     CWinThread worker;

@@ -47,13 +47,14 @@ constexpr CRect kMoved{40, 10, 50, 70};
 
 /// A host of 100 by 100 at 1000, 1000 with controls 1 to 3, the last of which has a child.
 struct Host : detail::FlexHost<CWnd> {
-  Host() {
+  explicit Host(std::initializer_list<UINT> flexible) {
     CreateWnd({.class_name = "Host", .place = {1000, 1000, 1100, 1100}});
     for (const int i : {0, 1, 2}) {
       const char* const name = i == 1 ? "ComboBox" : "combobox";
       controls[i].CreateWnd({.class_name = name, .place = kDesign, .parent = this, .id = i + 1});
     }
     inner.CreateWnd({.class_name = "Edit", .place = {0, 0, 5, 5}, .parent = &controls[2]});
+    for (const UINT id : flexible) Add(id);
   }
   ~Host() override { DestroyWindow(); }
 
@@ -73,8 +74,7 @@ struct Host : detail::FlexHost<CWnd> {
 };
 
 TEST(FlexConstraintList, NothingMovesBeforeTheDesignSizeIsSetAndAllControlsAreThere) {
-  Host host;
-  for (const UINT id : {1u, 9u, 2u}) host.Add(id);
+  Host host({1, 9, 2});
   EXPECT_EQ(host.Resize(130, 150), "...");
   host.Resize(100, 100);
   host.InitFlex();
@@ -91,8 +91,7 @@ TEST(FlexConstraintList, NothingMovesBeforeTheDesignSizeIsSetAndAllControlsAreTh
 }
 
 TEST(FlexConstraintList, ControlsAndTheirChildrenAreErasedAndMinimisedHostsLeftAlone) {
-  Host host;
-  host.Add(3);
+  Host host({3});
   host.InitFlex();
   bool erase = false;
   host.SendMessage(WM_SIZE, SIZE_MINIMIZED, MakeLParam(130, 150));
@@ -112,8 +111,7 @@ TEST(FlexConstraintList, ComboBoxesTakeTheirListsAlongOnOldPlatforms) {
   testing::ScriptedPlatform platform;
   for (const DWORD major : {3u, 4u}) {
     platform.facts.version = platform::SystemVersion{.major = major};
-    Host host;
-    for (const UINT id : {1u, 2u}) host.Add(id);
+    Host host({1, 2});
     host.InitFlex();
     EXPECT_EQ(host.Resize(130, 150), major == 3 ? "x?." : "xx.") << "the class's case counts";
     EXPECT_EQ(host.controls[1].GetPlace().bottom, major == 3 ? 110 : 70);
@@ -122,8 +120,7 @@ TEST(FlexConstraintList, ComboBoxesTakeTheirListsAlongOnOldPlatforms) {
 
 TEST(FlexConstraintList, HandlersMayEndControlsAndTheHostInAPass) {
   for (const bool whole : {false, true}) {
-    Host host;
-    for (const UINT id : {1u, 2u, 3u}) host.Add(id);
+    Host host({1, 2, 3});
     host.InitFlex();
     host.controls[0].on_move = [&host, whole] {
       if (whole) host.DestroyWindow();
