@@ -194,28 +194,29 @@ TEST(CDQResourceManager, HasTheFamilysPicturesAndFontsAndMapsObjectTypesToPictur
   EXPECT_EQ(platform::Checksum(indices), 0xE7308C1EU) << indices;
 }
 
+struct Counted : CObject {
+  ~Counted() override { ++deleted; }
+  static inline int deleted = 0;
+};
+
 TEST(Cleaners, DeleteTheirObjectAndSoDoCopies) {
-  struct Counted : CObject {
-    explicit Counted(int& deleted) : count(deleted) {}
-    ~Counted() override { ++count; }
-    int& count;
-  };
-  int deleted = 0;
   CDQObjCleaner original;
-  original.SetObject(new Counted(deleted));
+  original.SetObject(new Counted);
   {
     CDQObjCleaner copy(original), assigned;
-    original.SetObject(new Counted(deleted));
+    original.SetObject(new Counted);
     assigned = original;
     CDQGlobalResourceCleaner<Counted> typed;
-    typed.SetObject(new Counted(deleted));
+    typed.SetObject(new Counted);
     original.SetObject(nullptr);
-    EXPECT_EQ(deleted, 0);
+    EXPECT_EQ(Counted::deleted, 0);
   }
-  EXPECT_EQ(deleted, 3);
+  EXPECT_EQ(Counted::deleted, 3);
 }
 
-TEST(CGDIDispenser, MakesOneBrushAndOnePenForAColor) {
+TEST(CGDIDispenser, MakesOneBrushAndOnePenForAColorAndItsFontsOnce) {
+  testing::ScriptedPlatform platform;
+  platform.facts.pixels_per_inch = 120;
   CGDIDispenser dispenser;
   CBrush* const brush = dispenser.GetSolidBrush(5);
   CPen* const pen = dispenser.GetPen(5);
@@ -225,12 +226,6 @@ TEST(CGDIDispenser, MakesOneBrushAndOnePenForAColor) {
   }
   dispenser.OnSysColorChange();
   EXPECT_TRUE(dispenser.GetSolidBrush(5) == brush && dispenser.GetPen(5) == pen);
-}
-
-TEST(CGDIDispenser, MakesItsFontsOnce) {
-  testing::ScriptedPlatform platform;
-  platform.facts.pixels_per_inch = 120;
-  CGDIDispenser dispenser;
   std::ostringstream told;
   for (const eFontStyle style : {FONT_PLAIN, FONT_BOLD, FONT_UNDERLINE, FONT_TITLE}) {
     CFont* const font = dispenser.GetDefaultFont(style);

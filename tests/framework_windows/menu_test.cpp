@@ -137,12 +137,8 @@ struct Frame : CFrameWnd {
     if (id == 11) ui.m_pMenu->RemoveMenu(ui.m_nIndex, MF_BYPOSITION);
     return id != 15;
   }
-  void PostNcDestroy() override {
-    if (deletes_itself) delete this;
-  }
   static inline std::string updated;
   std::function<void()> end;
-  bool deletes_itself = false;
 };
 
 TEST(Updates, ReachEveryItemWhileHandlersChangeTheMenuAndControlsToo) {
@@ -174,8 +170,8 @@ TEST(Updates, ReachEveryItemWhileHandlersChangeTheMenuAndControlsToo) {
 
 TEST(Updates, MayEndWhatCalledThem) {
   const WORD commands[] = {9, 10, 14, 15};
-  enum { kFrame, kObject, kCommand, kBar, kMenu };
-  for (const int what : {kFrame, kObject, kCommand, kBar, kMenu}) {
+  enum { kFrame, kCommand, kBar, kMenu };
+  for (const int what : {kFrame, kCommand, kBar, kMenu}) {
     auto* const frame = new Frame;
     auto bar = std::make_unique<CToolBar>();
     ASSERT_TRUE(bar->Create(frame));
@@ -184,21 +180,20 @@ TEST(Updates, MayEndWhatCalledThem) {
     ASSERT_TRUE(menu.LoadMenuIndirect(
         "item 9 \"\"\npopup \"\"\nitem 10 \"\"\nitem 14 \"\"\nitem 15 \"\"\nend\n"));
     frame->SetMenu(&menu);
-    frame->deletes_itself = what == kObject || what == kCommand;
     frame->end = [&] {
       if (what == kBar) bar.reset();
       if (what == kMenu) menu.DestroyMenu();
-      if (what < kBar) frame->DestroyWindow();
+      if (what < kBar) delete frame;
     };
     const HWND handle = frame->GetSafeHwnd();
     Frame::updated.clear();
     // The bar goes by the message that an idle thread sends it, and the menu by its frame.
     if (what == kMenu) frame->UpdateMenu();
     if (what == kCommand) frame->SendMessage(WM_COMMAND, 14);
-    if (what < kCommand || what == kBar) bar->SendMessage(WM_IDLEUPDATECMDUI, 1);
+    if (what == kFrame || what == kBar) bar->SendMessage(WM_IDLEUPDATECMDUI, 1);
     EXPECT_EQ(Frame::updated, what == kCommand ? "14 " : "10 14 ") << what;
     EXPECT_EQ(CWnd::FromHandle(handle) == nullptr, what < kBar);
-    if (what != kObject && what != kCommand) delete frame;
+    if (what >= kBar) delete frame;
   }
 }
 

@@ -50,7 +50,7 @@ struct WithNumber : Base {
 
 /// Writes what it is shown (+), asked (?) and told (! or x).
 struct Page : WithNumber<CDQSftTabsPage> {
-  Page(std::string& to, UINT id, const char* title) : WithNumber(id, title), log(to), name(title) {}
+  Page(UINT id, const char* title) : WithNumber(id, title), name(title) { log.clear(); }
   void ActivatePage() override { log += name + "+ "; }
   bool ClosePossible() override {
     log += name + "? ";
@@ -60,16 +60,16 @@ struct Page : WithNumber<CDQSftTabsPage> {
   void OnOK() override { log += name + "! "; }
   void OnCancel() override { log += name + "x "; }
 
-  std::string& log;
+  static inline std::string log;
   std::string name;
   bool closes = true;
   std::function<void()> on_ask = [] {};
 };
 
 TEST_F(Dialogs, OkAsksEachPageInOrderAndStaysAtTheFirstThatRefusesThenTellsEach) {
-  std::string log;
+  std::string& log = Page::log;
   CDQSftTabsDialog sheet(3000);
-  Page a(log, 3001, "a"), off(log, 3002, "off"), b(log, 3002, "b"), c(log, 3003, "c");
+  Page a(3001, "a"), off(3002, "off"), b(3002, "b"), c(3003, "c");
   for (Page* const page : {&off, &a, &b, &c}) ASSERT_GE(sheet.AddPage(*page), 0);
   sheet.EnableTab(0, false);
   EXPECT_FALSE(sheet.SetActivePage(0));
@@ -102,10 +102,9 @@ TEST_F(Dialogs, OkAsksEachPageInOrderAndStaysAtTheFirstThatRefusesThenTellsEach)
 
 TEST_F(Dialogs, PagesMayGoOrEndTheDialogWhileTheyAreAsked) {
   for (const bool whole : {false, true}) {
-    std::string log;
     CDQSftTabsDialog sheet(3000);
-    std::unique_ptr<Page> gone(new Page(log, 3001, "gone")), last(new Page(log, 3002, "last"));
-    Page first(log, 3001, "first");
+    std::unique_ptr<Page> gone(new Page(3001, "gone")), last(new Page(3002, "last"));
+    Page first(3001, "first");
     for (Page* page : {gone.get(), &first, last.get()}) sheet.AddPage(*page);
     EXPECT_TRUE(sheet.SetActivePage(1));
     gone.reset();
@@ -117,7 +116,7 @@ TEST_F(Dialogs, PagesMayGoOrEndTheDialogWhileTheyAreAsked) {
       if (!whole) view.Press(IDOK);
     };
     EXPECT_EQ(sheet.DoModal(), whole ? IDCANCEL : IDOK);
-    EXPECT_EQ(log, whole ? "first+ first? " : "first+ first? first? first! ");
+    EXPECT_EQ(Page::log, whole ? "first+ first? " : "first+ first? first? first! ");
     EXPECT_EQ(sheet.GetPageCount(), whole ? 2 : 1);
   }
 }

@@ -198,9 +198,9 @@ TEST(FlexMdiChildWnd, IsNoSmallerThanItsViewWithTheFrameAround) {
 }
 
 struct Page : CNSFlexPropertyPage {
-  Page(const char* caption, std::string& calls)
-      : CNSFlexPropertyPage(Form(caption)), name(caption), log(calls) {
+  explicit Page(const char* caption) : CNSFlexPropertyPage(Form(caption)), name(caption) {
     AddFlexConstraint(20, NSFlexExpandRight, NSFlexExpandDown);
+    log.clear();
   }
   BOOL Answer(const char* call) {
     log += name + call;
@@ -213,16 +213,14 @@ struct Page : CNSFlexPropertyPage {
   BOOL OnApply() override { return Answer("! "); }
   void OnCancel() override { Answer("x "); }
   void OnUpdate(CView*, LPARAM hint, CObject*) override { log += name + std::to_string(hint); }
-  std::string name;
-  std::string& log;
-  std::string refuses;
-  std::string goes_at;
+  static inline std::string log;
+  std::string name, refuses, goes_at;
 };
 
 TEST(FlexPropertySheet, AsksItsPagesInOrderAndStaysAtTheFirstThatRefuses) {
   testing::ScriptedPrompts prompts;
-  std::string log;
-  Page a("a", log), b("b", log), c("c", log);
+  std::string& log = Page::log;
+  Page a("a"), b("b"), c("c");
   struct Sheet : CNSFlexPropertySheet {
     using CNSFlexPropertySheet::CNSFlexPropertySheet;
     void OnApplyChanges(void* subject) override { *static_cast<std::string*>(subject) += "S "; }
@@ -284,15 +282,14 @@ TEST(FlexPropertySheet, PagesMayDropThemselvesAndCountAsModifiedUntilThen) {
       {"+ ", "", IDCANCEL, "c- b+ c+ ax cx "},
       {"- ", "", IDOK, "c- b+ b- c+ c- a! c! "}};
   for (const auto& [goes_at, refuses, button, told] : rows) {
-    std::string log;
-    auto* const a = new Page("a", log);
-    auto* const b = new Page("b", log);
-    Page c("c", log);
+    auto* const a = new Page("a");
+    auto* const b = new Page("b");
+    Page c("c");
     CPropertySheet sheet("Sheet", nullptr, 0);
     for (Page* page : {a, b, &c}) ASSERT_TRUE(sheet.AddPage(page));
     prompts.on_dialog = [&, at = goes_at, refused = refuses, pressed = button](View& view) {
       for (const int page : {1, 2}) sheet.SetActivePage(page);
-      log.clear();
+      Page::log.clear();
       EXPECT_FALSE(sheet.GetDlgItem(ID_APPLY_NOW)->IsWindowEnabled());
       for (const BOOL modified : {1, 1, 0, 1}) b->SetModified(modified);
       b->goes_at = at;
@@ -304,7 +301,7 @@ TEST(FlexPropertySheet, PagesMayDropThemselvesAndCountAsModifiedUntilThen) {
       view.Press(pressed);
     };
     sheet.DoModal();
-    EXPECT_EQ(log, told) << goes_at << refuses;
+    EXPECT_EQ(Page::log, told) << goes_at << refuses;
     EXPECT_TRUE(sheet.GetPageCount() == 2 && sheet.GetPage(0) == a && !sheet.IsModified());
     delete a;
   }
@@ -314,9 +311,8 @@ TEST(FlexPropertySheetView, ShowsADocumentOnItsPages) {
   CWinApp app("test");
   CFrameWnd frame;
   ASSERT_TRUE(frame.Create("Frame", "", {0, 0, 500, 500}));
-  std::string log;
   CDocument document;
-  auto page = std::make_unique<Page>("p", log);
+  auto page = std::make_unique<Page>("p");
   CNSFlexPropertySheetView view;
   view.GetSheet().AddPage(page.get());
   ASSERT_TRUE(view.Create(&frame, {5, 7, 15, 17}, 1, &document));
@@ -327,7 +323,7 @@ TEST(FlexPropertySheetView, ShowsADocumentOnItsPages) {
   EXPECT_EQ(view.GetPlace(), (CRect{5, 7, 329, 253})) << "as large as its page wants it";
   document.UpdateAllViews(nullptr, 7);
   document.UpdateAllViews(&view, 8);
-  EXPECT_EQ(log, "p+ p0p7");
+  EXPECT_EQ(Page::log, "p+ p0p7");
   view.MoveWindow(5, 5, 600, 400);
   EXPECT_EQ(view.GetSizeGripRect(), (CRect{580, 378, 596, 394}));
   page.reset();
