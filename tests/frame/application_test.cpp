@@ -62,9 +62,8 @@ TEST_F(ApplicationInfo, TheExecutableGivesDirectoryKeyAndOptionsFileUnlessTheCod
     std::ostringstream apps;
     apps << info.IsAppLumenSql() << info.IsAppDeltaKeeper() << info.IsAppQuillbase()
          << info.IsAppDQPacer();
-    EXPECT_EQ(info.GetExecutableDirectory() + "|" + info.GetRegistryKey() + "|" +
-                  info.GetOptionsFile() + "|" + apps.str().c_str(),
-              told);
+    EXPECT_EQ(told, info.GetExecutableDirectory() + "|" + info.GetRegistryKey() + "|" +
+                        info.GetOptionsFile() + "|" + apps.str().c_str());
     info.SetOptionsFile("own.dqo");
     EXPECT_STREQ(info.GetOptionsFile(), "own.dqo");
   }
@@ -197,9 +196,8 @@ TEST(CDQSystemErrorMsg, ReadsTheLastErrorOnceAndShowsThePlaceIfThereIsOne) {
   platform.errors.last = 3;
   EXPECT_EQ(message.GetErrorCode(), 2);
   message.SetErrorCode(4);
-  EXPECT_EQ(
-      message.GetErrorMessage() + "|" + RetrieveOSErrorMessage(2) + "|" + RetrieveOSErrorMessage(4),
-      "|100%s\r\n|Unknown OS Error");
+  EXPECT_EQ(message.GetErrorMessage() + RetrieveOSErrorMessage(2) + RetrieveOSErrorMessage(4),
+            "100%s\r\nUnknown OS Error");
   platform.errors.last = 2;
   const test::Rows<CDQSystemErrorMsg, const char*> rows = {
       {CDQSystemErrorMsg("a%d.cpp", 7), "Error: 100%s\r\n\nFile: a%d.cpp,  Line 7"},

@@ -116,12 +116,12 @@ TEST(DQCompareClassName, ComparesTheFirst32BytesWithoutCase) {
   const std::string name(32, 'n');
   CWnd window;
   ASSERT_TRUE(window.CreateWnd((name + "rest").c_str()));
-  const HWND handle = window.GetSafeHwnd();
-  EXPECT_TRUE(DQCompareClassName(handle, std::string(32, 'N').c_str()));
-  EXPECT_FALSE(DQCompareClassName(handle, (name + "rest").c_str()) ||
-               DQCompareClassName(handle, nullptr));
+  const HWND hwnd = window.GetSafeHwnd();
+  EXPECT_TRUE(DQCompareClassName(hwnd, std::string(32, 'N').c_str()));
+  EXPECT_FALSE(DQCompareClassName(hwnd, (name + "rest").c_str()) ||
+               DQCompareClassName(hwnd, nullptr));
   window.DestroyWindow();
-  EXPECT_FALSE(DQCompareClassName(handle, ""));
+  EXPECT_FALSE(DQCompareClassName(hwnd, ""));
 }
 
 TEST_F(Resources, MenusAreDirectAndToolBarsAndDialogsAreSwitched) {

@@ -54,9 +54,9 @@ TEST_F(Controls, AreMadeByTheWordsOfTemplatesAndDescribeThemselves) {
     if (auto* const has_rows = dynamic_cast<RowControl*>(&control)) {
       for (const char* text : {"b", "a"}) has_rows->AddString(text);
     }
-    EXPECT_EQ(row.substr(0, row.find(": ") + 2) + control.GetRuntimeClass()->m_lpszClassName + " " +
-                  Described(control),
-              row);
+    EXPECT_EQ(row.substr(row.find(": ") + 2),
+              control.GetRuntimeClass()->m_lpszClassName + (" " + Described(control)))
+        << row;
     if (line.find("limit=2") != std::string::npos) {
       EXPECT_FALSE(control.Enter("100") || (line.ends_with("number") && control.Enter("x")));
       EXPECT_TRUE(control.Enter("10"));
@@ -65,22 +65,19 @@ TEST_F(Controls, AreMadeByTheWordsOfTemplatesAndDescribeThemselves) {
 }
 
 TEST_F(Controls, EveryChangeReachesTheObserver) {
-  testing::RecordingObserver observer;
-  dialog.SetDlgItemText(kStatic, "x");
+  testing::RecordingObserver told;
   dialog.edit().ReplaceSel("abc");
   dialog.edit().SetSel(3, 3);
   dialog.edit().SetSel(0, 0);
   dialog.edit().Type("x");
   dialog.edit().LimitText(3);
   dialog.edit().SetReadOnly(true);
-  EXPECT_EQ(observer.Take(),
-            "1 text 2 text 2 selection 2 selection 2 text 2 selection 2 content 2 content ");
+  EXPECT_EQ(told.Take(), "2 text 2 selection 2 selection 2 text 2 selection 2 content 2 content ");
   dialog.spin().SetRange(1, 9);
   dialog.spin().Step(1);
   dialog.spin().SetPos(5);
-  for (const int check : {2, 2, 0}) dialog.CheckDlgButton(kCheck, check);
-  EXPECT_EQ(observer.Take(),
-            "3 content 3 content 2 selection 2 text 3 content 2 text 4 content 4 content ");
+  for (int twice = 0; twice < 2; ++twice) dialog.CheckDlgButton(kCheck, 2);
+  EXPECT_EQ(told.Take(), "3 content 3 content 2 selection 2 text 3 content 2 text 4 content ");
   dialog.list().AddString("x");
   dialog.list().DeleteString(0);
   dialog.list().SetCurSel(1);
@@ -89,7 +86,7 @@ TEST_F(Controls, EveryChangeReachesTheObserver) {
   dialog.Get<CListBox>(kMany).SetSel(-1);
   dialog.marks().SetCheck(1, 1);
   dialog.marks().Enable(1, false);
-  EXPECT_EQ(observer.Take(),
+  EXPECT_EQ(told.Take(),
             "20 content 20 content 20 selection 20 content 20 content 20 selection 21 selection 22 "
             "content 22 content ");
   dialog.combo().SetCurSel(1);
@@ -98,7 +95,7 @@ TEST_F(Controls, EveryChangeReachesTheObserver) {
   for (int twice = 0; twice < 2; ++twice) dialog.combo().ShowDropDown();
   dialog.combo().SetDroppedWidth(300);
   EXPECT_TRUE(dialog.combo().LimitText(0));
-  EXPECT_EQ(observer.Take(),
+  EXPECT_EQ(told.Take(),
             "23 selection 23 text 23 content 23 selection 23 text 23 text 23 content 23 content 23 "
             "content ");
   dialog.tips.AddTool(&dialog.edit(), "tip");
@@ -107,7 +104,7 @@ TEST_F(Controls, EveryChangeReachesTheObserver) {
   for (int twice = 0; twice < 2; ++twice) dialog.tips.Activate(false);
   for (int twice = 0; twice < 2; ++twice) dialog.tips.DelTool(&dialog.edit());
   EXPECT_FALSE(dialog.tips.AddTool(nullptr, "tip"));
-  EXPECT_EQ(observer.Take(), "0 content 0 content 0 content 0 content ");
+  EXPECT_EQ(told.Take(), "0 content 0 content 0 content 0 content ");
 }
 
 /// What a person enters or else does.
@@ -197,8 +194,8 @@ TEST_F(Controls, SpinKeepsTheBuddysNumberInItsRange) {
 TEST_F(Controls, ControlThatTakesAPlaceTakesWhatWasThere) {
   dialog.edit().Type("abc\rd");
   dialog.combo().SetCurSel(1);
-  EXPECT_TRUE(dialog.combo().SetEditSel(1, 2) &&
-              !dialog.Get<CComboBox>(kDropList).SetEditSel(1, 2));
+  EXPECT_TRUE(dialog.combo().SetEditSel(1, 2));
+  EXPECT_FALSE(dialog.Get<CComboBox>(kDropList).SetEditSel(1, 2));
   dialog.marks().SetCheck(2, 1);
   CEdit edit;
   CComboBox combo;
@@ -405,8 +402,7 @@ TEST(RowStore, AnswersAsAPlainListOfTextsDoes) {
     }
     // The rows behind `at`, then those from the first on.
     const int count = static_cast<int>(plain.size());
-    int exact = -1;
-    int prefix = -1;
+    int exact = -1, prefix = -1;
     for (int steps = count; steps > 0; --steps) {
       const int next = (at < count ? at + steps : steps - 1) % count;
       const std::string row = multi_byte::Lower(plain[static_cast<std::size_t>(next)]);

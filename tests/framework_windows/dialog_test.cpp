@@ -89,12 +89,9 @@ struct GotoDlg : CDialog {
   void OnMore() { on_more(); }
 
   CEdit edit;
-  int line = 5;
-  int wrap = 0;
-  int missing = 100;
+  int line = 5, wrap = 0, missing = 100;
   BOOL chooses_focus = 1;
-  std::function<void()> on_more = [] {};
-  std::function<void()> on_init = [] {};
+  std::function<void()> on_more = [] {}, on_init = [] {};
 };
 
 using View = platform::DialogView;
@@ -266,8 +263,7 @@ TEST_F(Dialog, MayBeDroppedByItsOwnHandlersWhichMayThrowWhileItIsClosed) {
   };
   prompts.on_dialog = PressOk;
   std::string results;
-  for (const UINT at :
-       {UINT{WM_CREATE}, UINT{WM_SHOWWINDOW}, UINT{WM_COMMAND}, UINT{WM_DESTROY}, 0U}) {
+  for (const UINT at : std::vector<UINT>{WM_CREATE, WM_SHOWWINDOW, WM_COMMAND, WM_DESTROY, 0}) {
     auto* const dropped = new DroppedDlg;
     dropped->at = at;
     results += std::to_string(dropped->DoModal()) + " ";
