@@ -49,8 +49,9 @@ Error ExportKey(HKEY key, const std::string& path, std::string& text) {
     if (!error.ok()) break;
     const dq::RegistryKey below(Registry().OpenKey(key, each));
     // One that another process has deleted meanwhile is left out.
-    error = below.ok() ? ExportKey(below.get(), path + '\\' + each, text)
-                       : UnlessNotFound(below.error());
+    std::string below_path = path;
+    below_path.append(1, '\\').append(each);
+    error = below.ok() ? ExportKey(below.get(), below_path, text) : UnlessNotFound(below.error());
   }
   return error;
 }
