@@ -50,8 +50,7 @@ TEST_F(WindowTree, KeepsChildrenInOrderAndFindsTheFirstOfAnIdHoweverTheyChange) 
   for (int step = 0; step < 4000; ++step) {
     const int id = static_cast<int>(random() % 40);
     const auto at = plain.begin() + static_cast<int>(random() % (plain.size() + 1));
-    const auto has_id = [id](const auto& each) { return each->GetDlgCtrlID() == id; };
-    const auto first = std::ranges::find_if(plain, has_id);
+    const auto first = std::ranges::find(plain, id, &LogWnd::GetDlgCtrlID);
     ASSERT_EQ(parent.GetDlgItem(id), first == plain.end() ? nullptr : first->get()) << step;
     const unsigned what = random() % 16;
     if (at == plain.end() || (what < 6 && plain.size() < 70)) {
@@ -431,8 +430,7 @@ TEST(Commands, ChildFramesAreActiveOneAtATime) {
       return CMDIChildWnd::WindowProc(message, wparam, lparam);
     }
   } children[3];
-  int number = 0;
-  for (Child& each : children) each.Create("Child", std::to_string(number++).c_str(), {}, &frame);
+  for (const int i : {0, 1, 2}) children[i].Create("", std::to_string(i).c_str(), {}, &frame);
   EXPECT_EQ(std::exchange(LogWnd::log, {}), "none>0 0>1 0>1 1>2 1>2 ");
   testing::RecordingObserver observer;
   frame.MDINext();

@@ -31,9 +31,8 @@ struct Dialogs : ::testing::Test {
     }
     AfxSetResourceHandle(&module);
   }
-  ~Dialogs() override { AfxSetResourceHandle(former); }
+  ~Dialogs() override { AfxSetResourceHandle(nullptr); }
 
-  const HINSTANCE former = AfxGetResourceHandle();
   ResourceModule module;
   CDynLinkLibrary link{&module};
   testing::MainWindow main;
