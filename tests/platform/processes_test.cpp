@@ -356,11 +356,10 @@ TEST(Prompts, DialogIsAskedControlByControlAndAgainWhileItStaysOpen) {
     return dialog.pressed;
   };
   for (const auto& [input, button, state] : Rows<std::string_view, int, std::string_view>{
-           {"\n\n\n\n\n\n", 1, "<|sa|a\r\nb|||0|"},
            // Values and choices are shown, but no secret.
            {"\n\n\n\n\n\n", 1,
             "Log?in\r\nName [sa]: \r\nNote [a\\nb]: \r\nPassword: \r\n  1 dev\r\n  2 db\r\n"
-            "Server: \r\nKeep [no]: \r\n[OK] / Cancel / Help...: \r\n"},
+            "Server: \r\nKeep [no]: \r\n[OK] / Cancel / Help...: \r\n<|sa|a\r\nb|||0|"},
            {"me\n\nsecret\n2\nyes\nc\n", 2, "[sa]: me\r\nNote [a\\nb]: \r\nPassword: \r\n  1 dev"},
            {"me\nx\\ny\\\\\nsecret\n7\n2\nyes\nc\n", 2, "<|me|x\r\ny\\|secret|db|1|"},
            {"\"\"\n\n\n\n\nhelp\n\n\n\n\n\n\n\nok\n", 1, "<||a\r\nb||"},

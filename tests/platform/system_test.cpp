@@ -255,36 +255,27 @@ TEST(Modules, EachHasTheProgramsPathAndTheSystemsNothingButPicturesUnlikeEachOth
   EXPECT_EQ(up.substr(44 + (8 * 32 + 8) * 3, 3), "\xFF\xFF\xFF");
 }
 
-struct VersionResourcesTest : testing::Test {
-  test::TempDirectory dir;
-  VersionResources& resources = *System().version_resources;
-
-  std::vector<char> Fetch(const std::string& path) {
-    std::vector<char> block(resources.Size(path));
-    if (!resources.Fetch(path, block)) block.clear();
-    return block;
-  }
-};
-
-TEST_F(VersionResourcesTest, ComeFromTheTextFileBesideTheProgram) {
+TEST(VersionResources, ComeFromTheTextFileBesideTheProgramOrATableHandedIn) {
+  const test::TempDirectory dir;
   const std::string path = dir / "tool";
-  EXPECT_EQ(resources.Size(path), 0u);
-  EXPECT_FALSE(resources.Fetch(path, {}));
+  VersionResources& resources = *System().version_resources;
+  const auto fetch = [&] {
+    std::vector<char> block(resources.Size(path));
+    EXPECT_EQ(resources.Fetch(path, block), !block.empty());
+    return block;
+  };
+  EXPECT_TRUE(fetch().empty());
   dir.Put("tool.version",
           "\xEF\xBB\xBF FileVersion = 7.1.2.3 \r\nFileVersion=8\n;Comments=no\nnonsense\n"
           "ProductName=A=B");
-  const std::vector<char> block = Fetch(path);
-  using Text = std::optional<std::string_view>;
-  for (const auto& [query, text] :
-       Rows<const char*, Text>{{"\\VarFileInfo\\Translation", "\x09\x04\xB0\x04"},
-                               {"\\StringFileInfo\\040904b0\\FileVersion", "7.1.2.3"},
-                               {"\\STRINGFILEINFO\\040904B0\\productname", "A=B"},
-                               {"\\StringFileInfo\\040904b0\\Comments", {}},
-                               {"\\StringFileInfo\\040704b0\\FileVersion", {}},
-                               {"\\StringFileInfo\\040904b0", {}},
-                               {"", {}},
-                               {"\\StringFileInfo\\04x904b0\\FileVersion", {}}}) {
-    EXPECT_EQ(resources.Query(block, query), text) << query;
+  const std::vector<char> block = fetch();
+  EXPECT_EQ(resources.Query(block, "\\VarFileInfo\\Translation"), "\x09\x04\xB0\x04");
+  EXPECT_EQ(resources.Query(block, "\\StringFileInfo\\040904b0\\FileVersion"), "7.1.2.3");
+  EXPECT_EQ(resources.Query(block, "\\STRINGFILEINFO\\040904B0\\productname"), "A=B");
+  for (const char* query :
+       {"", "\\StringFileInfo\\040904b0", "\\StringFileInfo\\040904b0\\Comments",
+        "\\StringFileInfo\\040704b0\\FileVersion", "\\StringFileInfo\\04x904b0\\FileVersion"}) {
+    EXPECT_EQ(resources.Query(block, query), std::nullopt) << query;
   }
   std::vector<char> small(block.size() - 1);
   EXPECT_FALSE(resources.Fetch(path, small));
@@ -294,18 +285,14 @@ TEST_F(VersionResourcesTest, ComeFromTheTextFileBesideTheProgram) {
     EXPECT_EQ(resources.Query(std::span(block).first(at), kLast), std::nullopt) << at;
     std::vector<char> damaged = block;
     damaged[at] = '\xFF';
-    const Text text = resources.Query(damaged, kLast);
+    const auto text = resources.Query(damaged, kLast);
     EXPECT_TRUE(!text || (text->data() >= damaged.data() &&
                           text->data() + text->size() <= damaged.data() + damaged.size()));
   }
-}
-
-TEST_F(VersionResourcesTest, AreTakenFromATableHandedIn) {
-  dir.Put("tool.version", "FileVersion=1\n");
   resources.SetTable(dir / "x/../tool", {{"FileVersion", "2"}, {"Translation", "0407,04e4"}});
-  EXPECT_EQ(resources.Query(Fetch(dir / "tool"), "\\StringFileInfo\\040704e4\\FileVersion"), "2");
-  resources.SetTable(dir / "tool", {});
-  EXPECT_EQ(resources.Size(dir / "tool"), 0u);
+  EXPECT_EQ(resources.Query(fetch(), "\\StringFileInfo\\040704e4\\FileVersion"), "2");
+  resources.SetTable(path, {});
+  EXPECT_TRUE(fetch().empty());
   resources.SetTable("C:\\Bin\\Tool.exe", {{"FileVersion", "3"}});
   EXPECT_NE(resources.Size("c:/bin/tool.EXE"), 0u);
 }
