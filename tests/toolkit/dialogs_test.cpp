@@ -121,13 +121,11 @@ TEST_F(Dialogs, PagesMayGoOrEndTheDialogWhileTheyAreAsked) {
 }
 
 TEST_F(Dialogs, CollectionShowsOneChildAndMovesItsValuesOnly) {
-  CWnd host;
-  host.CreateWnd("Host");
   WithNumber<CDQChildDialog> first(3001), second(3002), missing(3999);
   CDQChildDialogCollection all;
   for (CDQChildDialog* child : {&first, &second}) all.Add(*child);
   EXPECT_TRUE(!all.Show(0) && all.UpdateData(true)) << "none is made, none is shown";
-  ASSERT_TRUE(all.CreateAll(&host, 77) && !first.IsShown() && !second.IsShown());
+  ASSERT_TRUE(all.CreateAll(&main, 77) && !first.IsShown() && !second.IsShown());
   EXPECT_TRUE(all.ShowById(3002) && !all.Show(2) && !all.ShowById(3999));
   EXPECT_TRUE(second.IsShown() && !first.IsShown());
   first.SetDlgItemText(10, "x");
@@ -140,7 +138,7 @@ TEST_F(Dialogs, CollectionShowsOneChildAndMovesItsValuesOnly) {
   EXPECT_FALSE(first.IsWindowEnabled() || second.IsWindowEnabled());
   EXPECT_TRUE(all.Show(-1) && !first.IsShown());
   all.Add(missing);
-  EXPECT_FALSE(all.CreateAll(&host, 77));
+  EXPECT_FALSE(all.CreateAll(&main, 77));
 }
 
 TEST_F(Dialogs, NamedModuleIsSearchedFirstAndForOneRun) {

@@ -131,12 +131,11 @@ TEST(FlexConstraintList, HandlersMayEndControlsAndTheHostInAPass) {
   }
 }
 
-DialogTemplate Form(const char* caption) {
-  DialogTemplate form = *ReadDialogTemplate(
-      "size 300 200\nedit 20 \"\" 10 10 100 20\ndefbutton 1 \"OK\" 10 50 50 20\n"
-      "button 12321 \"Apply\" 70 50 50 20\n");
-  form.caption = caption;
-  return form;
+DialogTemplate Form(const std::string& caption) {
+  return *ReadDialogTemplate(
+      "caption \"" + caption +
+      "\"\nsize 300 200\nedit 20 \"\" 10 10 100 20\n"
+      "defbutton 1 \"OK\" 10 50 50 20\nbutton 12321 \"Apply\" 70 50 50 20\n");
 }
 
 struct Dialog : CNSFlexDialog {
