@@ -286,28 +286,26 @@ TEST(Edit, LinesAreFoundByPlaceAndNumber) {
 
 // ---- The exchange of values
 
-/// What the texts of the edit control are saved as, or "#" and the help id of the box that refuses.
-template <typename Value>
-std::string Saved(std::initializer_list<const char*> texts) {
-  std::string result;
-  for (const char* text : texts) {
-    ControlDialog dialog;
-    dialog.edit().SetWindowText(text);
-    testing::ScriptedPrompts prompts;
-    CDataExchange exchange(&dialog, true);
-    Value value = 77;
-    try {
-      DDX_Text(&exchange, kEdit, value);
-      result += std::to_string(value) + " ";
-    } catch (const CUserException&) {
-      EXPECT_TRUE(CWnd::GetFocus() == &dialog.edit() && value == 77);
-      result += "#" + std::to_string(prompts.shown.at(0).help_id) + " ";
-    }
-  }
-  return result;
-}
-
 struct DialogExchange : Controls {
+  /// What the texts of the edit control are saved as, or "#" and the help id of the box that
+  /// refuses.
+  template <typename Value>
+  std::string Saved(std::initializer_list<const char*> texts) {
+    std::string result;
+    for (const char* text : texts) {
+      dialog.edit().SetWindowText(text);
+      dialog.list().SetFocus();
+      Value value = 77;
+      try {
+        DDX_Text(&save, kEdit, value);
+        result += std::to_string(value) + " ";
+      } catch (const CUserException&) {
+        EXPECT_TRUE(CWnd::GetFocus() == &dialog.edit() && value == 77);
+        result += "#" + std::to_string(prompts.shown.back().help_id) + " ";
+      }
+    }
+    return result;
+  }
   testing::ScriptedPrompts prompts;
   CDataExchange load{&dialog, false}, save{&dialog, true};
 };

@@ -1,7 +1,6 @@
 // Windows and dialogs that stretch with their controls.
 
 #include "dqlib/framework/windows/registered_message.h"
-#include "dqlib/framework/windows/win_app.h"
 #include "dqlib/toolkit/flex_dialog.h"
 #include "dqlib/toolkit/flex_form_view.h"
 #include "dqlib/toolkit/flex_mdi_child_wnd.h"
@@ -171,7 +170,6 @@ TEST(FlexDialog, AppliesToItsSubjectWhenTheControlsAgree) {
 }
 
 TEST(FlexMdiChildWnd, IsNoSmallerThanItsViewWithTheFrameAround) {
-  CWinApp app("test");
   CMDIFrameWnd main;
   CNSFlexMDIChildWnd child;
   ASSERT_TRUE(main.Create("Main", "", {}) && child.Create("Child", "", {0, 0, 308, 230}, &main));
@@ -307,7 +305,6 @@ TEST(FlexPropertySheet, PagesMayDropThemselvesAndCountAsModifiedUntilThen) {
 }
 
 TEST(FlexPropertySheetView, ShowsADocumentOnItsPages) {
-  CWinApp app("test");
   CFrameWnd frame;
   ASSERT_TRUE(frame.Create("Frame", "", {0, 0, 500, 500}));
   CDocument document;
