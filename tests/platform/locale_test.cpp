@@ -186,7 +186,8 @@ TEST(DateText, CountsEveryDayOnce) {
   }
   EXPECT_EQ(DaysInMonth(1900, 2) * 100 + DaysInMonth(2000, 2), 2829);
   EXPECT_TRUE(DayOfWeek(2001, 13, 1) == -1 && DayOfWeek(2001, 0, 1) == -1 &&
-              DayOfWeek(2001, 4, 31) == -1 && DayOfWeek(0, 1, 1) == -1);
+              DayOfWeek(2001, 4, 31) == -1 && DayOfWeek(2001, 4, 0) == -1 &&
+              DayOfWeek(0, 1, 1) == -1);
 }
 
 NumberFormat Us(UINT places) { return {places, true, 3, ".", ",", 1}; }

