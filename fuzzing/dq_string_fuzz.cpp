@@ -36,8 +36,7 @@ constexpr Change kChanges[] = {
     [](auto& text, auto* first, auto& c) { text.FindReplaceNoCase(first, c.second, c.all()); },
     [](auto& text, auto* first, auto&) {
       CStringArray tokens;
-      text.Split(first, tokens);
-      for (int i = 0; i < tokens.GetSize(); ++i) text += tokens[i];
+      if (text.Split(first, tokens) > 0) text += tokens[0];
     },
     [](auto& text, auto* first, auto& c) {
       text.ExtractFromCharBuffer(first, std::min(c.at(), static_cast<int>(c.first.size())));
