@@ -12,7 +12,6 @@
 #include "tests/support/memory_registry.h"
 #include "tests/support/own_service.h"
 #include "tests/support/own_settings.h"
-#include "tests/support/registry_dump.h"
 #include "tests/support/scripted_locale.h"
 #include "tests/support/scripted_platform.h"
 #include "tests/support/scripted_prompts.h"

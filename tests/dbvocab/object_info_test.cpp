@@ -8,6 +8,7 @@
 #include "dqlib/dbvocab/sql_string.h"
 #include "dqlib/framework/base/archive.h"
 #include "dqlib/platform/checksum.h"
+#include "dqlib/platform/dialog_script.h"
 #include "dqlib/platform/posix/system_services.h"
 #include "siblings/options/options_server.h"
 #include "tests/support/failing_memory.h"

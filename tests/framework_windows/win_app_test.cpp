@@ -5,6 +5,7 @@
 #include "dqlib/framework/base/registry_key.h"
 #include "tests/support/main_window.h"
 #include "tests/support/manual_clock.h"
+#include "tests/support/memory_registry.h"
 #include "tests/support/own_service.h"
 #include "tests/support/own_settings.h"
 #include "tests/support/scripted_platform.h"

@@ -10,7 +10,6 @@
 #include "dqlib/platform/dialog_script.h"
 #include "dqlib/platform/platform.h"
 #include "tests/support/forked_process.h"
-#include "tests/support/own_process.h"
 #include "tests/support/temp_directory.h"
 
 namespace dq::platform {

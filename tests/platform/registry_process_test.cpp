@@ -5,7 +5,6 @@
 
 #include "tests/support/failing_system_calls.h"
 #include "tests/support/forked_process.h"
-#include "tests/support/own_process.h"
 #include "tests/support/registry_user.h"
 #include "tests/support/scripted_prompts.h"
 

@@ -33,24 +33,16 @@ inline void* Allocate(std::size_t size) noexcept {
   return std::malloc(size > 0 ? size : 1);
 }
 
-inline void* AllocateOrThrow(std::size_t size) {
-  void* const memory = Allocate(size);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-
 }  // namespace dq::test
 
-// Not inline, or the compiler sees memory of one kind given back as another.
-[[gnu::noinline]] void* operator new(std::size_t size) { return dq::test::AllocateOrThrow(size); }
-[[gnu::noinline]] void* operator new[](std::size_t size) { return dq::test::AllocateOrThrow(size); }
+// The forms for arrays call these. Not inline, or the compiler sees memory of one kind given back
+// as another.
+[[gnu::noinline]] void* operator new(std::size_t size) {
+  if (void* const memory = dq::test::Allocate(size)) return memory;
+  throw std::bad_alloc();
+}
 [[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
   return dq::test::Allocate(size);
 }
-[[gnu::noinline]] void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-  return dq::test::Allocate(size);
-}
 [[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete[](void* memory) noexcept { std::free(memory); }
 [[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }

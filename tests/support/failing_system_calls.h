@@ -22,7 +22,6 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
   void Fail(int call, int error) {
     countdown_ = call;
     error_ = error;
-    failed_ = false;
   }
   /// Each write takes one byte less than it is given, and at most this many.
   void WriteAtMost(std::size_t bytes) { most_ = bytes; }
@@ -38,7 +37,8 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
     broken_end_ = path_end;
     times_ = error != 0 ? times : 0;
   }
-  bool failed() const { return failed_; }
+  /// Whether it has come to the call of that number.
+  bool failed() const { return countdown_ < 0; }
 
   ssize_t Write(int fd, const void* data, std::size_t size) override {
     const std::size_t wanted = size;
@@ -56,8 +56,8 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
   int Lock(int fd, int operation) override {
     // Giving up a lock works always too, but for who wants to see what happens then.
     const bool gives_up = (operation & LOCK_UN) != 0;
-    if (gives_up ? IsBroken("Unlock") : Fails()) return -1;
-    return SystemCalls::Lock(fd, operation);
+    const bool fails = gives_up ? Fails("Unlock", false) : Fails();
+    return fails ? -1 : SystemCalls::Lock(fd, operation);
   }
   int Open(const char* path, int flags, mode_t mode) override {
     const bool is_meant = std::string_view(path).ends_with(broken_end_);
@@ -103,41 +103,34 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
 #undef DQ_FAILING
 
  private:
-  static int Say(int error) {
-    errno = error;
-    return -1;
-  }
-  bool IsBroken(std::string_view name) {
-    return name == broken_ && times_ != 0 && times_-- != 0 && Say(broken_error_) != 0;
-  }
-  bool Fails(std::string_view name = "-") {
-    if (IsBroken(name)) return true;
-    if (countdown_ == 0 || --countdown_ > 0) return false;
-    failed_ = true;
-    Say(error_);
+  /// Those that always work don't count as calls.
+  bool Fails(std::string_view name = "-", bool counts = true) {
+    const bool is_broken = name == broken_ && times_ != 0 && times_-- != 0;
+    if (!is_broken && (!counts || countdown_ <= 0 || --countdown_ > 0)) return false;
+    if (!is_broken) countdown_ = -1;
+    errno = is_broken ? broken_error_ : error_;
     return true;
   }
   /// Lessens the size to what a write takes.
   bool Takes(std::size_t& size) {
     if (Fails()) return false;
-    if (most_ != kAny && size > 1) size = std::min(size - 1, most_);
+    if (most_ != SIZE_MAX && size > 1) size = std::min(size - 1, most_);
     size = std::min(size, room_);
     room_ -= size;
-    if (size == 0) Say(ENOSPC);
+    if (size == 0) errno = ENOSPC;
     return size > 0;
   }
 
-  static constexpr auto kAny = static_cast<std::size_t>(-1);
+  /// Calls up to the one that fails, 0 if none is to, less if it has.
   int countdown_ = 0;
   int error_ = 0;
   std::string_view broken_;
   std::string_view broken_end_;
   int broken_error_ = 0;
-  bool failed_ = false;
   int times_ = 0;
   std::function<void()> happens_;
-  std::size_t most_ = kAny;
-  std::size_t room_ = kAny;
+  std::size_t most_ = SIZE_MAX;
+  std::size_t room_ = SIZE_MAX;
 };
 
 }  // namespace dq::test

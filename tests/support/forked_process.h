@@ -1,4 +1,4 @@
-// Work in other processes that begin with this one's state.
+// Work in other processes that begin with this one's state, and what this one holds of the system.
 //
 //   std::atomic<int>& done = MakeSharedCount();
 //   ForkedProcess child([&] { EXPECT_TRUE(Work()); ++done; });
@@ -65,6 +65,32 @@ inline std::string Shell(const std::string& files, const std::string& command) {
   const std::size_t size = std::fread(text, 1, sizeof text, pipe);
   EXPECT_EQ(::pclose(pipe), 0) << command;
   return std::string(text, size);
+}
+
+/// Descriptors that are open, the one for counting among them.
+inline std::ptrdiff_t OpenDescriptors() {
+  return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+}
+
+/// Numbers of the children that run or still have to be reaped, with a blank behind each.
+inline std::string Children() {
+  std::string children;
+  for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
+    std::ifstream list(thread.path() / "children");
+    children.append(std::istreambuf_iterator<char>(list), {});
+  }
+  return children;
+}
+
+/// Waits for something that another thread or process does in no time; false after half a minute.
+template <typename Condition>
+bool Eventually(Condition condition) {
+  const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > limit) return false;
+    std::this_thread::yield();
+  }
+  return true;
 }
 
 }  // namespace dq::test

@@ -2,8 +2,6 @@
 
 #pragma once
 
-#include <string>
-
 #include "dqlib/framework/base/string_collections.h"
 
 namespace dq::test {

@@ -2,9 +2,8 @@
 
 #pragma once
 
-#include <atomic>
-
 #include "dqlib/platform/clock.h"
+#include "tests/support/testing.h"
 
 namespace dq::testing {
 
@@ -21,14 +20,7 @@ class ManualClock : public platform::Clock {
 
   /// The time of day, which `Advance` leaves: set it before other threads ask.
   std::int64_t seconds = 0;
-  SYSTEMTIME local_time = {.wYear = 2001,
-                           .wMonth = 2,
-                           .wDayOfWeek = 6,
-                           .wDay = 3,
-                           .wHour = 4,
-                           .wMinute = 5,
-                           .wSecond = 6,
-                           .wMilliseconds = 7};
+  SYSTEMTIME local_time{2001, 2, 6, 3, 4, 5, 6, 7};  // Saturday the 3rd of February, 04:05:06.007
 
  private:
   std::atomic<DWORD> now_;

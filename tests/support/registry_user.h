@@ -6,10 +6,7 @@
 
 #pragma once
 
-#include "dqlib/platform/posix/registry.h"
-#include "tests/support/registry_dump.h"
-#include "tests/support/temp_directory.h"
-#include "tests/support/testing.h"
+#include "tests/support/memory_registry.h"
 
 namespace dq::test {
 

@@ -2,12 +2,8 @@
 
 #pragma once
 
-#include <map>
-#include <optional>
-#include <string>
-
-#include "dqlib/platform/platform.h"
 #include "tests/support/own_service.h"
+#include "tests/support/testing.h"
 
 namespace dq::test {
 
@@ -26,7 +22,7 @@ class ScriptedLocale : public platform::Locale {
   const platform::CodePage& code_page() const override { return *code_page_; }
 
   bool SetCodePage(UINT number) override {
-    const platform::CodePage* page = platform::CodePage::Get(number);
+    const platform::CodePage* const page = platform::CodePage::Get(number);
     if (page != nullptr) code_page_ = page;
     return page != nullptr;
   }

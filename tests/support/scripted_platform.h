@@ -7,7 +7,7 @@
 #pragma once
 
 #include "dqlib/framework/base/resource_module.h"
-#include "dqlib/platform/platform.h"
+#include "tests/support/own_service.h"
 #include "tests/support/testing.h"
 
 namespace dq::testing {
@@ -64,15 +64,11 @@ class ScriptedPlatform {
   ScriptedNetwork network;
 
  private:
-  platform::Platform Services() {
-    platform::Platform services = platform::Current();
-    services.modules = &modules;
-    services.system_facts = &facts;
-    services.system_errors = &errors;
-    services.network = &network;
-    return services;
-  }
-  platform::ScopedPlatform scope_{Services()};
+  using Scope = platform::ScopedPlatform;
+  Scope modules_{test::With(&platform::Platform::modules, &modules)};
+  Scope facts_{test::With(&platform::Platform::system_facts, &facts)};
+  Scope errors_{test::With(&platform::Platform::system_errors, &errors)};
+  Scope network_{test::With(&platform::Platform::network, &network)};
 };
 
 }  // namespace dq::testing

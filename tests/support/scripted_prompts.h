@@ -2,8 +2,6 @@
 
 #pragma once
 
-#include "dqlib/platform/dialog_script.h"
-#include "dqlib/platform/platform.h"
 #include "tests/support/own_service.h"
 #include "tests/support/testing.h"
 
@@ -24,7 +22,7 @@ struct ShownBox {
 
 /// The platform's prompts for its lifetime. Boxes are left by the buttons of the script, one each,
 /// and by their default buttons when it has come to its end. Dialogs are left open, which cancels
-/// them, unless `on_dialog` or `dialog_script` says otherwise. For one thread.
+/// them, unless `on_dialog` does otherwise. For one thread.
 class ScriptedPrompts : public platform::Prompts {
  public:
   ScriptedPrompts(std::initializer_list<BoxButton> script = {})
@@ -41,19 +39,13 @@ class ScriptedPrompts : public platform::Prompts {
 
   void RunDialog(platform::DialogView& dialog) override {
     dialogs.push_back(dialog.Caption());
-    if (on_dialog) {
-      on_dialog(dialog);
-    } else {
-      dialog_script.Play(dialog);
-    }
+    if (on_dialog) on_dialog(dialog);
   }
 
   /// Called while a box is shown.
   std::function<void()> on_box;
   /// Answers each dialog.
   std::function<void(platform::DialogView&)> on_dialog;
-  /// Played to the dialogs where `on_dialog` isn't set.
-  platform::DialogScript dialog_script;
 
   /// The captions of the dialogs that were run.
   std::vector<std::string> dialogs;

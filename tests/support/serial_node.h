@@ -1,9 +1,7 @@
-// An object for archives: a value, a text, bytes and two more objects.
+// An object for archives: a value, a text, bytes and two more objects. To be included by one source
+// of a program.
 
 #pragma once
-
-#include <memory>
-#include <string>
 
 #include "dqlib/framework/base/archive.h"
 
@@ -48,12 +46,6 @@ class SerialNode : public CObject {
   std::unique_ptr<CObject> next_owner;
   std::unique_ptr<CObject> other_owner;
 };
-inline CObject* SerialNode::CreateObject() { return std::make_unique<SerialNode>().release(); }
-inline const CRuntimeClass SerialNode::classSerialNode("SerialNode", VERSIONABLE_SCHEMA | 3,
-                                                       &SerialNode::CreateObject,
-                                                       RUNTIME_CLASS(CObject));
-inline const CRuntimeClass* SerialNode::GetRuntimeClass() const {
-  return RUNTIME_CLASS(SerialNode);
-}
+IMPLEMENT_SERIAL(SerialNode, CObject, VERSIONABLE_SCHEMA | 3)
 
 }  // namespace dq::test

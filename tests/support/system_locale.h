@@ -2,15 +2,9 @@
 
 #pragma once
 
-#include <cstdlib>
-#include <fstream>
-#include <memory>
-#include <optional>
-#include <string>
-
-#include "dqlib/platform/platform.h"
 #include "dqlib/platform/posix/system_services.h"
 #include "tests/support/manual_clock.h"
+#include "tests/support/own_service.h"
 #include "tests/support/temp_directory.h"
 
 namespace dq::test {
@@ -31,12 +25,9 @@ inline void CompileLocale(const std::string& name, const std::string& options) {
 
 /// Compiles what a locale of the system says of numbers and times, which is soon done.
 inline void CompileNamesAndNumbers(const std::string& name) {
-  const std::string source = LocaleDirectory() / (name + ".source");
-  std::ofstream out(source);
-  for (const std::string category : {"LC_NUMERIC", "LC_TIME"}) {
-    out << category << "\ncopy \"" << name << "\"\nEND " << category << '\n';
-  }
-  out.close();
+  const std::string copy = "\ncopy \"" + name + "\"\nEND ";
+  const std::string source = LocaleDirectory().Put(
+      name + ".source", "LC_NUMERIC" + copy + "LC_NUMERIC\nLC_TIME" + copy + "LC_TIME\n");
   CompileLocale(name, "-c -i '" + source + "'");
   // The compiler doesn't get over copies of a few.
   CompileLocale(name, "-i " + name);
@@ -52,14 +43,12 @@ class SystemLocale {
     const ScopedVariable all("LC_ALL", name == "C" ? name : name + ".UTF-8");
     locale_ = platform::posix::MakeLocale();
     locale_->Item(LOCALE_SSHORTDATE, LOCALE_USER_DEFAULT);
-    platform::Platform services = platform::Current();
-    services.locale = locale_.get();
-    services.clock = &clock_;
-    scope_.emplace(services);
+    scope_.emplace(With(&platform::Platform::locale, locale_.get()));
   }
 
  private:
   testing::ManualClock clock_;
+  const platform::ScopedPlatform time_{With(&platform::Platform::clock, &clock_)};
   std::unique_ptr<platform::Locale> locale_;
   std::optional<platform::ScopedPlatform> scope_;
 };

@@ -2,7 +2,6 @@
 
 #pragma once
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include "tests/support/testing.h"
@@ -41,8 +40,8 @@ class TempDirectory {
   }
   /// Permissions of a file.
   unsigned Mode(std::string_view name) const {
-    struct stat status {};
-    return ::stat((*this / name).c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
+    const auto status = std::filesystem::status(*this / name);
+    return exists(status) ? static_cast<unsigned>(status.permissions()) : 0;
   }
   /// How many entries there are.
   std::size_t Count() const {
@@ -66,19 +65,17 @@ class ScopedVariable {
   ScopedVariable(std::string name, const std::string& value) : name_(std::move(name)) {
     const char* const former = std::getenv(name_.c_str());
     if (former != nullptr) former_ = former;
-    had_ = former != nullptr;
     ::setenv(name_.c_str(), value.c_str(), 1);
   }
   ScopedVariable(const ScopedVariable&) = delete;
   ScopedVariable& operator=(const ScopedVariable&) = delete;
   ~ScopedVariable() {
-    had_ ? ::setenv(name_.c_str(), former_.c_str(), 1) : ::unsetenv(name_.c_str());
+    former_ ? ::setenv(name_.c_str(), former_->c_str(), 1) : ::unsetenv(name_.c_str());
   }
 
  private:
   std::string name_;
-  std::string former_;
-  bool had_ = false;
+  std::optional<std::string> former_;
 };
 
 }  // namespace dq::test
