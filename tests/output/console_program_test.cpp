@@ -1,15 +1,17 @@
 #include "dqlib/output/console_program.h"
 
 #include "dqlib/output/line_cutter.h"
+#include "tests/support/forked_process.h"
 #include "tests/support/own_service.h"
 #include "tests/support/temp_directory.h"
-#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
 
-using platform::Result;
+using platform::Error, platform::Pipe, platform::Result, platform::StartedProcess;
+using test::Rows;
 using ::testing::ElementsAre;
+using Text = const char*;
 
 using Report = std::pair<int, std::string>;
 using Lines = std::vector<std::string>;
@@ -24,50 +26,38 @@ int Record(int code, const char* text) {
   return -1;  // not looked at
 }
 
-/// The system's; keeps what is open, and fails the calls with these numbers, from 1.
-struct WatchedProcesses : platform::Processes {
-  Result<platform::Pipe> CreatePipe() override {
-    if (--failing_pipe == 0) return error;
-    const auto pipe = system.CreatePipe();
-    open.insert({pipe.value.read_end, pipe.value.write_end});
-    return pipe;
-  }
+/// The system's, of which the calls with these numbers fail, from 1.
+struct FailingProcesses : platform::Processes {
+  Result<Pipe> CreatePipe() override { return --failing_pipe == 0 ? error : system.CreatePipe(); }
   Result<std::size_t> Read(HANDLE read_end, std::span<char> buffer) override {
     return --failing_read == 0 ? error : system.Read(read_end, buffer);
   }
   Result<std::size_t> Write(HANDLE, std::string_view) override { return error; }
   void InterruptRead(HANDLE read_end) override { system.InterruptRead(read_end); }
-  Result<platform::StartedProcess> Start(const platform::StartInfo& info) override {
-    const auto started = system.Start(info);
-    if (started.ok()) open.insert(started.value.process);
-    return started;
+  Result<StartedProcess> Start(const platform::StartInfo& info) override {
+    return system.Start(info);
   }
   Result<int> Wait(HANDLE process) override { return system.Wait(process); }
-  platform::Error Terminate(HANDLE process) override {
-    return immortal ? error : system.Terminate(process);
-  }
-  void Close(HANDLE handle) override {
-    open.erase(handle);
-    system.Close(handle);
-  }
+  Error Terminate(HANDLE process) override { return immortal ? error : system.Terminate(process); }
+  void Close(HANDLE handle) override { system.Close(handle); }
 
   Processes& system = *platform::System().processes;
   int failing_pipe = 0;
   int failing_read = 0;
   bool immortal = false;
-  platform::Error error;
-  std::set<HANDLE> open;
+  Error error;
 };
 
 /// Every test ends with what it began with: no pipe, no process.
 class ConsoleProgramTest : public ::testing::Test {
  protected:
-  void SetUp() override {
+  ConsoleProgramTest() {
     g_on_report = nullptr;
     program_.SetCallback(Record);
   }
-  void TearDown() override {
-    EXPECT_THAT(processes_.open, ::testing::IsEmpty());
+  ~ConsoleProgramTest() override {
+    EXPECT_TRUE(test::Eventually([] { return test::Children().empty(); })) << test::Children();
+    EXPECT_EQ(test::OpenDescriptors(), descriptors_);
     program_.CancelProgram();  // none runs
   }
 
@@ -89,7 +79,8 @@ class ConsoleProgramTest : public ::testing::Test {
   }
   Lines ScriptOutput(std::string_view text) { return Output("sh", files_.Put("script", text)); }
 
-  WatchedProcesses processes_;
+  const std::ptrdiff_t descriptors_ = test::OpenDescriptors();
+  FailingProcesses processes_;
   const platform::ScopedPlatform scope_{test::With(&platform::Platform::processes, &processes_)};
   CDQConsoleProgram program_;
   CString last_;
@@ -97,20 +88,19 @@ class ConsoleProgramTest : public ::testing::Test {
 };
 
 TEST_F(ConsoleProgramTest, MasksPasswordsInTheCommandLineItReports) {
-  for (const auto& [exe, args, shown] : test::Rows<const char*, const char*, const char*>{
-           {"none", "", "none "},
-           {"none", "USERID=u1/p1@d1", "none USERID=u1/****@d1"},
-           {"USERID=u1/p1@d1", "-x", "USERID=u1/p1@d1 -x"},
-           {"none", "-Usa -Psecret -Sserver", "none -Usa -P****** -Sserver"},
-           {"none", "-P secret -Px", "none -P secret -Px"},
-           {"MY-PROG", "x", "MY-P*** x"},
-           {"none", "a@b/c", "none a@b/c"},
-           {"none", "u/@d", "none u/@d"},
-           {"none", "u@d", "none u@d"},
-           {"none", "u/se@d use", "none u/****@d u****"},
-           {"/opt/none", "u/p@d", "/****@d"},
-           {"-Px", "", "-P* "}}) {
+  for (const auto& [exe, args, shown] :
+       Rows<Text, Text, Text>{{"none", "USERID=u1/p1@d1", "none USERID=u1/****@d1"},
+                              {"USERID=u1/p1@d1", "-x", "USERID=u1/p1@d1 -x"},
+                              {"none", "-Usa -Psecret -Sserver", "none -Usa -P****** -Sserver"},
+                              {"none", "-P secret -Px", "none -P secret -Px"},
+                              {"MY-PROG", "x", "MY-P*** x"},
+                              {"none", "u/se@d use", "none u/****@d u****"},
+                              {"/opt/none", "u/p@d", "/****@d"},
+                              {"-Px", "", "-P* "}}) {
     EXPECT_EQ(Run(exe, args, 0).front(), Report(CONSOLE_LINE, shown));
+  }
+  for (const std::string args : {"", "a@b/c", "u/@d", "u@d"}) {
+    EXPECT_EQ(Run("none", args.c_str(), 0).front().second, "none " + args);
   }
 }
 
@@ -125,12 +115,12 @@ TEST_F(ConsoleProgramTest, KeepsTheFormerProgramAndShowsFormerArgumentsUnmasked)
 
 TEST_F(ConsoleProgramTest, ReportsLinesAndKeepsTheLastOne) {
   const std::string long_line(200'000, 'x');
-  for (const auto& [output, lines] :
-       test::Rows<std::string, Lines>{{" \n\n", {}},
-                                      {"no end", {"no end"}},
-                                      {"\n  a\r\n\r\nb\r\n", {"a", "b"}},
-                                      {long_line + '\n' + long_line, {long_line, long_line}},
-                                      {"\x80\xFE\xFF\n\xE9", {"\x80\xFE\xFF", "\xE9"}}}) {
+  const Rows<std::string, Lines> rows = {{" \n\n", {}},
+                                         {"no end", {"no end"}},
+                                         {"\n  a\r\n\r\nb\r\n", {"a", "b"}},
+                                         {long_line + '\n' + long_line, {long_line, long_line}},
+                                         {"\x80\xFE\xFF\n\xE9", {"\x80\xFE\xFF", "\xE9"}}};
+  for (const auto& [output, lines] : rows) {
     EXPECT_TRUE(Output("cat", files_.Put("output", output)) == lines) << output.substr(0, 9);
     EXPECT_EQ(last_.View(), lines.empty() ? "before" : lines.back());
   }
@@ -138,8 +128,7 @@ TEST_F(ConsoleProgramTest, ReportsLinesAndKeepsTheLastOne) {
   EXPECT_THAT(Output("printf", "'  a  \\n  b  \\n'"), ElementsAre("  a", "  b"));
   // What is behind a zero is lost with the rest of its piece.
   const int usual = CDQConsoleProgram::m_nPipeOutputSize;
-  const std::string zero =
-      files_.Put("zero", std::string("ab\0", 3) + std::string(252, 'L') + "end");
+  const auto zero = files_.Put("zero", "ab" + std::string(1, '\0') + std::string(252, 'L') + "end");
   for (const auto& [size, left] : {std::pair(1000, 0), {254, 1}, {0, 252}, {usual, 0}}) {
     CDQConsoleProgram::m_nPipeOutputSize = size;
     EXPECT_THAT(Output("cat", zero), ElementsAre("ab" + std::string(left, 'L') + "end"));
@@ -154,7 +143,7 @@ TEST_F(ConsoleProgramTest, GivesTheChildADirectoryAndNothingToRead) {
 
 TEST_F(ConsoleProgramTest, HoweverAProgramEndsItRan) {
   EXPECT_EQ(program_.GetExitCode(), -1);
-  for (const auto& [script, lines, code] : test::Rows<const char*, Lines, int>{
+  for (const auto& [script, lines, code] : Rows<Text, Lines, int>{
            {"echo a; exit 3", {"a"}, 3},
            {"echo a; kill -9 $$", {"a"}, 128 + 9},
            // The pipe ends before the program does, which is waited for.
@@ -175,20 +164,18 @@ TEST_F(ConsoleProgramTest, HoweverAProgramEndsItRan) {
 }
 
 TEST_F(ConsoleProgramTest, ReportsEachFailureOnce) {
-  const std::string plain = files_.Put("plain", "");
   for (const auto& [exe, failing_pipe, failing_read, error, report] :
-       test::Rows<std::string, int, int, DWORD, Report>{
+       Rows<Text, int, int, DWORD, Report>{
            {"yes", 1, 0, EMFILE, {-4, "Create STDOUT pipe failed: Too many open files\r\n"}},
            {"yes", 2, 0, EMFILE, {-4, "Create STDIN pipe failed: Too many open files\r\n"}},
            {"no-program", 0, 0, 0, {-3, "Create process failed: No such file or directory\r\n"}},
-           {plain, 0, 0, 0, {-3, "Create process failed: Permission denied\r\n"}},
+           {"/etc/passwd", 0, 0, 0, {-3, "Create process failed: Permission denied\r\n"}},
            {"yes", 0, 2, EIO, {-5, "Read pipe failed: Input/output error\r\n"}},
-           {"yes", 0, 1, 99999, {-5, "Read pipe failed: Unknown OS Error"}},
-       }) {
+           {"yes", 0, 1, 99999, {-5, "Read pipe failed: Unknown OS Error"}}}) {
     processes_.failing_pipe = failing_pipe;
     processes_.failing_read = failing_read;
     processes_.error = {platform::ErrorKind::kOther, error};
-    const auto reports = Run(exe.c_str(), "x", 0);
+    const auto reports = Run(exe, "x", 0);
     EXPECT_EQ(reports.back(), report);
     EXPECT_EQ(std::ranges::count_if(reports, [](const Report& each) { return each.first < 0; }), 1);
     EXPECT_EQ(last_, "before");
@@ -197,7 +184,7 @@ TEST_F(ConsoleProgramTest, ReportsEachFailureOnce) {
 
 TEST_F(ConsoleProgramTest, ACancelEndsARunWhoeverHoldsThePipe) {
   program_.SetCurrentDirectory(files_.path().c_str());
-  for (const auto& [script, immortal, last, code] : test::Rows<const char*, bool, const char*, int>{
+  for (const auto& [script, immortal, last, code] : Rows<Text, bool, Text, int>{
            {"echo ready; yes & yes", false, "y", 128 + SIGKILL},
            {"echo ready; printf last; exec sleep 600", false, "last", 128 + SIGKILL},
            // What can't be ended finds that nobody reads.
@@ -220,7 +207,7 @@ TEST_F(ConsoleProgramTest, ACancelEndsARunWhoeverHoldsThePipe) {
 }
 
 TEST(ConsoleProgram, FindsTheEndOfACompleteFirstLine) {
-  for (const auto& [text, position] : test::Rows<const char*, int>{
+  for (const auto& [text, position] : Rows<Text, int>{
            {"", -2}, {"abc", 0}, {"abc\r\n\f\x1a", 0}, {"a\r\nb", 2}, {"\nb", 0}, {"a\vb\n ", 3}}) {
     EXPECT_EQ(CDQConsoleProgram::GetEndOfLinePosition(text), position) << text;
   }
@@ -238,14 +225,14 @@ std::string Cut(std::string_view output, std::size_t chunk, bool trim_left) {
 }
 
 TEST(LineCutter, GivesLinesWithTextThatSomethingFollows) {
-  for (const auto& [output, trimmed, whole] : test::Rows<const char*, const char*, const char*>{
-           {"", "", ""},
-           {"no end ", "no end", "no end"},
-           {" \n \r\n", "", ""},
-           {"\n\r\f\x1a  a \r\n\r\n \tb\n", "a| \tb", "  a| \tb"},
-           {"a\x1a\r\nb", "a\x1a|b", "a\x1a|b"},
-           {"\x1a\na\nb", "a|b", "a|b"},
-           {" a\n\n \n b \n c", "a|b| c", " a| b| c"}}) {
+  const Rows<Text, Text, Text> rows = {{"", "", ""},
+                                       {"no end ", "no end", "no end"},
+                                       {" \n \r\n", "", ""},
+                                       {"\x1a\na\nb", "a|b", "a|b"},
+                                       {"\n\r\f\x1a  a \r\n\r\n \tb\n", "a| \tb", "  a| \tb"},
+                                       {"a\x1a\r\nb", "a\x1a|b", "a\x1a|b"},
+                                       {" a\n\n \n b \n c", "a|b| c", " a| b| c"}};
+  for (const auto& [output, trimmed, whole] : rows) {
     EXPECT_EQ(Cut(output, 255, true), trimmed) << output;
     EXPECT_EQ(Cut(output, 255, false), whole) << output;
   }

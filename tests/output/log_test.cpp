@@ -5,20 +5,17 @@
 #include "dqlib/core/dq_string.h"
 #include "dqlib/core/ini_file.h"
 #include "dqlib/core/system_info.h"
-#include "dqlib/framework/base/resource_chain.h"
-#include "dqlib/framework/base/resource_module.h"
+#include "dqlib/resources/string_ids.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/manual_clock.h"
-#include "tests/support/own_service.h"
 #include "tests/support/scripted_locale.h"
 #include "tests/support/scripted_prompts.h"
 #include "tests/support/temp_directory.h"
-#include "tests/support/testing.h"
 
 namespace dq {
 namespace {
 
-using test::TempDirectory;
+using test::Rows;
 using testing::ScriptedPrompts;
 using testing::ShownBox;
 
@@ -50,7 +47,7 @@ class LogTest : public ::testing::Test {
     log.WaitForWarning();
   }
 
-  TempDirectory directory_;
+  const test::TempDirectory directory_;
   const std::string path_ = directory_ / "x.log";
   testing::ManualClock clock_;
   test::ScriptedLocale locale_;
@@ -64,25 +61,23 @@ class LogTest : public ::testing::Test {
 };
 
 TEST_F(LogTest, WritesOneStampedLineAnEntryBehindWhatIsThere) {
-  ResourceModule module;
-  module.AddString(50100, "plain");
-  module.AddString(50101, "%1 and %2");
-  const CDynLinkLibrary link(&module);
+  constexpr UINT kRange = 61714;  // one of the framework's
   directory_.Put("x.log", "old\r\n");
   CDQLog log(path_.c_str(), 0, false);
   EXPECT_EQ(log.GetMaxFileSize(), 1'024'000U);
   log.LogMessage("");
   log.LogMessage(50999);
   log.LogMessage(50999, "one", "two");
-  log.LogMessage(50100);
-  log.LogMessage(50101, "one");
-  log.LogMessage(50101, "one", "two");
+  log.LogMessage(IDS_LOG_CAPTION);
+  log.LogMessage(kRange, "1");
+  log.LogMessage(kRange, "1", "2");
   log.SetUseLog(false);
   log.LogMessage("unheard");
   log.SetUseLog(true);
   log.LogMessage("heard");
   EXPECT_EQ(directory_.Get("x.log"),
-            "old\r\n" + Line("plain") + Line("one and %2") + Line("one and two") + Line("heard"));
+            "old\r\n" + Line("Log") + Line("Please enter an integer between 1 and %2.") +
+                Line("Please enter an integer between 1 and 2.") + Line("heard"));
   EXPECT_TRUE(log.ClearLogFile());
   locale_.items[LOCALE_SSHORTDATE] = "dd.MM.yy";
   ++clock_.local_time.wMilliseconds;
@@ -116,24 +111,24 @@ TEST_F(LogTest, WithoutAFileEveryCallDoesNothing) {
   EXPECT_EQ(directory_.Count(), 0U);
 }
 
-TEST_F(LogTest, WarnsWhenTheFileIsLargerThanItsLimitOnly) {
-  for (const int excess : {0, 1}) {
-    directory_.Put("x.log", std::string(1024 + excess - Line("text").size(), '-'));
-    CDQLog log(path_.c_str(), 1, true), silent(path_.c_str(), 1, false), made_silent;
-    made_silent.SetLogFileName(path_.c_str());
-    made_silent.SetMaxFileSize(1);
-    made_silent.Initialize();
-    log.LogMessage("text");
-    if (excess != 0) Answer(1, log);
-    log.WaitForWarning();
-    for (CDQLog* const each : {&silent, &made_silent}) {
+TEST_F(LogTest, WarnsWhenTheFileIsLargerThanItsLimitWhoeverWroteIt) {
+  CDQLog log(path_.c_str(), 1, true), silent(path_.c_str(), 1, false), made_silent;
+  made_silent.SetLogFileName(path_.c_str());
+  made_silent.SetMaxFileSize(1);
+  made_silent.Initialize();
+  int shown = 0;
+  for (const auto& [size, limit, warns] : Rows<std::size_t, DWORD, bool>{
+           {1024, 1024, false}, {1025, 1024, true}, {9999, 0xFFFFFFFF, false}, {9999, 1, true}}) {
+    directory_.Put("x.log", std::string(size - Line("text").size(), '-'));
+    log.SetMaxFileSize(limit);
+    for (CDQLog* const each : {&log, &silent, &made_silent}) {
       each->LogMessage("text");
+      if (each == &log && warns) Answer(++shown, log);
       each->WaitForWarning();
     }
   }
-  EXPECT_EQ(
-      prompts_.shown,
-      (std::vector<ShownBox>{{"Log file length has exceeded the maximum limit", BOX_OK_CANCEL}}));
+  const ShownBox box{"Log file length has exceeded the maximum limit", BOX_OK_CANCEL};
+  EXPECT_THAT(prompts_.shown, ::testing::ElementsAre(box, box));
   EXPECT_EQ(prompts_.shown[0].caption, "Log- Warning");
 }
 
@@ -214,59 +209,36 @@ TEST_F(LogTest, ServesTheDestructorsThatRunLast) {
 }
 
 TEST_F(LogTest, WritersLoseNoEntry) {
-  const auto with = [](CDQLog& log, const char* text) {
-    for (int i = 0; i < 300; ++i) log.LogMessage(text);
+  const auto log = [this] { return std::make_unique<CDQLog>(path_.c_str(), 0, false); };
+  const auto fill = [](CDQLog& with, const char* text) {
+    for (int i = 0; i < 300; ++i) with.LogMessage(text);
   };
-  const auto at_once = [&](const char* text) {
-    for (int done = 0; done < 300;) done += DQLIB_WriteLogFile(path_.c_str(), text, 0) == 1;
-  };
-  auto shared = std::make_unique<CDQLog>(path_.c_str(), 0, true);
-  test::ForkedProcess logging([&] {
-    CDQLog own(path_.c_str(), 0, false);
-    with(own, "one");
-  });
-  std::thread other([&] { with(*shared, "two"); });
-  with(*shared, "three");
+  auto shared = log();
+  test::ForkedProcess logging([&] { fill(*log(), "one"); });
+  std::thread other([&] { fill(*shared, "two"); });
+  fill(*shared, "three");
   other.join();
   EXPECT_TRUE(logging.EndsWell());
   shared.reset();
-  test::ForkedProcess writing([&] { at_once("four"); });
-  at_once("five");
-  EXPECT_TRUE(writing.EndsWell());
-  std::string text = directory_.Get("x.log");
+  EXPECT_TRUE(test::AllEndWell(2, [&](int i) {
+    const char* const text = i == 0 ? "four" : "five";
+    for (int done = 0; done < 300;) done += DQLIB_WriteLogFile(path_.c_str(), text, 0) == 1;
+  }));
+  CDQString text(directory_.Get("x.log"));
   for (const std::string writer : {"  one", "  two", "  three", "\r\nfour", "\r\nfive"}) {
-    CDQString rest(text);
-    EXPECT_EQ(rest.FindReplace((kTime + writer + "\r\n").c_str(), ""), 300) << writer;
-    text = rest.View();
+    EXPECT_EQ(text.FindReplace((kTime + writer + "\r\n").c_str(), ""), 300) << writer;
   }
   EXPECT_EQ(text, "");
 }
 
-TEST_F(LogTest, WhatOthersWriteAndANewLimitCount) {
-  CDQLog log(path_.c_str(), 1, true);
-  std::filesystem::resize_file(path_, 1024);
-  log.LogMessage("above");
-  Answer(1, log);
-  log.SetMaxFileSize(0xFFFFFFFF);
-  log.LogMessage("below");
-  log.SetMaxFileSize(1);
-  log.LogMessage("above");
-  Answer(2, log);
-}
-
 TEST_F(LogTest, WriteLogFileStartsOverAtItsLimitOrSaysMinusOne) {
   const std::string entry = std::string(kTime) + "\r\none\ntwo\r\n";
-  using Limits = std::numeric_limits<long>;
-  for (const auto& [size, maximum, restarts] :
-       test::Rows<std::uint64_t, long, bool>{{1023, 1, false},
-                                             {1024, 1, true},
-                                             {1024, 0, false},
-                                             {1024, Limits::min(), false},
-                                             {1024, Limits::max(), false},
-                                             // What is above 32 bits is taken off.
-                                             {(1ULL << 32) + 1024, 1, false},
-                                             {(1ULL << 32) + 1025, 1, true},
-                                             {(1ULL << 32) - 1, 1, true}}) {
+  constexpr std::uint64_t k4G = 1ULL << 32;  // What is above 32 bits is taken off.
+  const Rows<std::uint64_t, long, bool> rows = {{1023, 1, false},        {1024, 1, true},
+                                                {1024, 0, false},        {1024, LONG_MIN, false},
+                                                {1024, LONG_MAX, false}, {k4G + 1024, 1, false},
+                                                {k4G + 1025, 1, true},   {k4G - 1, 1, true}};
+  for (const auto& [size, maximum, restarts] : rows) {
     std::filesystem::resize_file(directory_.Put("x.log", ""), size);
     EXPECT_EQ(DQLIB_WriteLogFile(path_.c_str(), "one\ntwo", maximum), 1);
     EXPECT_EQ(std::filesystem::file_size(path_), (restarts ? 0 : size) + entry.size()) << size;
