@@ -5,8 +5,7 @@ host_test.py PROGRAM SOURCE_DIRECTORY GENERATOR COMPILER BUILD_TREE
 The build tree is "no" if its archives can't be linked without flags of their own.
 """
 
-import glob
-import os
+import pathlib
 import subprocess
 import sys
 import tempfile
@@ -27,19 +26,17 @@ int main() {
   dq::CWinApp app("by_hand");
   dq::CString text;
   text.LoadString(dq::IDS_UNKNOWN_OS_ERROR);
-  std::puts(text);
   dq::CDQDialog dialog(2712);
   if (!dialog.Create(2712, nullptr)) return 1;
-  for (const int id : {2754, 2756, 1}) {
-    std::puts(dialog.GetDlgItem(id)->GetRuntimeClass()->m_lpszClassName);
-  }
+  const auto kind = [&](int id) { return dialog.GetDlgItem(id)->GetRuntimeClass()->m_lpszClassName; };
+  std::printf("%s, %s, %s, %s", static_cast<const char*>(text), kind(2754), kind(2756), kind(1));
 }
 """
 
 
-def run(*command):
+def run(*command, read=None):
     """What a command that succeeds prints."""
-    return subprocess.run(command, capture_output=True, text=True, check=True).stdout
+    return subprocess.run(command, capture_output=True, text=True, check=True, input=read).stdout
 
 
 class HostTest(unittest.TestCase):
@@ -61,22 +58,17 @@ class HostTest(unittest.TestCase):
 
     @unittest.skipIf(TREE == "no", "the archives need flags of their own")
     def test_has_texts_and_controls_if_linked_by_hand(self):
-        archives = {os.path.basename(path)[len("libdqlib_"):-2]: path
-                    for top in ("dqlib", "siblings")
-                    for path in glob.glob(os.path.join(TREE, top, "**", "libdqlib_*.a"),
-                                          recursive=True)}
+        archives = {path.stem.removeprefix("libdqlib_"): path for top in ("dqlib", "siblings")
+                    for path in pathlib.Path(TREE, top).rglob("libdqlib_*.a")}
         self.assertEqual(set(archives) - set(ROOMS), set(), "name the new room")
         ordered = [archives[room] for room in ROOMS]
         with tempfile.TemporaryDirectory() as directory:
-            source, made, program = (os.path.join(directory, name)
-                                     for name in ("main.cpp", "main.o", "program"))
-            with open(source, "w", encoding="utf-8") as file:
-                file.write(BY_HAND)
-            run(COMPILER, "-std=c++20", "-I", os.path.join(SOURCE, "..", ".."), "-c", source,
-                "-o", made)
+            made, program = directory + "/main.o", directory + "/program"
+            run(COMPILER, "-std=c++20", "-I", SOURCE + "/../..", "-xc++", "-c", "-", "-o", made,
+                read=BY_HAND)
             for libraries in (["-Wl,--start-group", *sorted(ordered), "-Wl,--end-group"], ordered):
                 run(COMPILER, made, *libraries, "-o", program)
-                self.assertEqual(run(program), "Unknown OS Error\nCComboBox\nCEdit\nCButton\n")
+                self.assertEqual(run(program), "Unknown OS Error, CComboBox, CEdit, CButton")
 
 
 if __name__ == "__main__":

@@ -1,85 +1,68 @@
 """scripts/install.sh, on a machine whose package tools are played by small scripts."""
 
 import os
-import re
+import pathlib
 import subprocess
 import tempfile
 import unittest
 
-INSTALL = os.path.realpath(os.path.join(os.path.dirname(__file__), "..", "..", "scripts",
-                                        "install.sh"))
+INSTALL = pathlib.Path(__file__).resolve().parents[2] / "scripts" / "install.sh"
 
-with open(INSTALL, encoding="utf-8") as script:
-    BENCH = re.search(r"^ +bench\) echo (.*?) ;;$", script.read(),
-                      re.MULTILINE | re.DOTALL)[1].replace("\\\n", " ").split()
-
-# A package is installed if a file of its name is in $MACHINE/has; apt-get brings those of
-# $MACHINE/offers, to which "update" adds those of $MACHINE/news.
-DPKG_QUERY = """#!/bin/sh
+# The machine has all packages but one, which comes with $MACHINE/has. apt-get brings it if there
+# is $MACHINE/offers, which "update" makes of $MACHINE/news.
+TOOLS = {"dpkg-query": """#!/bin/sh
 for package; do :; done
-[ -e "$MACHINE/has/$package" ] && printf installed
-"""
-APT_GET = """#!/bin/sh
+[ "$package" != ccache ] || [ -e "$MACHINE/has" ] && printf installed
+""", "apt-get": """#!/bin/sh
 echo "chatter on standard output"
 [ "$DEBIAN_FRONTEND" = noninteractive ] || exit 9
 for word; do
   case "$word" in
-    update) echo update >>"$MACHINE/calls"; cp "$MACHINE"/news/* "$MACHINE/offers"; exit 0 ;;
+    update) echo update >>"$MACHINE/calls"; cp "$MACHINE/news" "$MACHINE/offers"; exit 0 ;;
     install) echo install >>"$MACHINE/calls" ;;
     -*|DPkg*) ;;
-    *) cp "$MACHINE/offers/$word" "$MACHINE/has/$word" || exit 100 ;;
+    ccache) cp "$MACHINE/offers" "$MACHINE/has" || exit 100 ;;
+    *) exit 8 ;;
   esac
 done
-"""
-SUDO = """#!/bin/sh
+""", "sudo": """#!/bin/sh
 [ "$1" = -n ] && shift
 exec "$@"
-"""
+"""}
 
 
 class InstallTest(unittest.TestCase):
     def setUp(self):
-        self.machine = self.enterContext(tempfile.TemporaryDirectory())
-        for name, text in [("dpkg-query", DPKG_QUERY), ("apt-get", APT_GET), ("sudo", SUDO)]:
-            os.chmod(self.put("bin/" + name, text), 0o700)
-        for path in ["has/.keep", "offers/.keep", "news/.keep", "calls"]:
-            self.put(path)
-        # The machine has all packages of the group but one.
-        for package in BENCH[:-1]:
-            self.put("has/" + package)
-
-    def put(self, name, text=""):
-        path = os.path.join(self.machine, name)
-        os.makedirs(os.path.dirname(path), exist_ok=True)
-        with open(path, "w", encoding="ascii") as file:
-            file.write(text)
-        return path
+        self.machine = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        for name, text in TOOLS.items():
+            (self.machine / name).write_text(text, encoding="ascii")
+            (self.machine / name).chmod(0o700)
 
     def install(self, *groups):
         """Exit status, standard output and standard error, and what apt-get was called for."""
-        path = os.path.join(self.machine, "bin") + ":" + os.environ["PATH"]
+        calls = self.machine / "calls"
+        calls.write_text("", encoding="ascii")
+        environment = {**os.environ, "MACHINE": str(self.machine),
+                       "PATH": f"{self.machine}:{os.environ['PATH']}"}
         result = subprocess.run([INSTALL, *groups], text=True, capture_output=True, check=False,
-                                env={**os.environ, "PATH": path, "MACHINE": self.machine})
-        with open(os.path.join(self.machine, "calls"), encoding="ascii") as file:
-            return result.returncode, result.stdout, result.stderr, file.read().split()
+                                env=environment)
+        return (result.returncode, result.stdout, result.stderr,
+                calls.read_text(encoding="ascii").split())
 
     def test_installs_what_is_missing_and_then_nothing(self):
-        self.put("offers/" + BENCH[-1])
-        for said in [f"Installing {BENCH[-1]}\n", ""]:
-            self.assertEqual(self.install("bench"), (0, "", said, ["install"]))
-
-    def test_fetches_the_package_list_when_the_machine_has_none(self):
-        self.put("news/" + BENCH[-1])
-        status, _, _, calls = self.install("bench")
-        self.assertEqual((status, calls), (0, ["install", "update", "install"]))
-
-    def test_failure_shows_what_the_package_manager_said(self):
-        status, out, err, _ = self.install("bench")
-        self.assertEqual((status, out), (1, ""))
-        self.assertIn("chatter", err)
+        every = ["install", "update", "install"]
+        status, out, err, calls = self.install("build")
+        self.assertEqual((status, out, calls), (1, "", every))
+        self.assertIn("chatter", err, "what the package manager said")
+        (self.machine / "news").touch()
+        said = "Installing ccache\n"
+        self.assertEqual(self.install("build"), (0, "", said, every))
+        (self.machine / "has").unlink()
+        self.assertEqual(self.install("check", "build"), (0, "", said, ["install"]))
+        self.assertEqual(self.install("build"), (0, "", "", []))
 
     def test_unknown_group_is_wrong_usage(self):
-        status, _, _, calls = self.install("bench", "nonsense")
+        status, _, _, calls = self.install("build", "nonsense")
         self.assertEqual((status, calls), (2, []))
 
 
