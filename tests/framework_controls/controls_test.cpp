@@ -78,12 +78,17 @@ TEST_F(Controls, EveryChangeReachesTheObserver) {
   dialog.spin().SetPos(5);
   for (int twice = 0; twice < 2; ++twice) dialog.CheckDlgButton(kCheck, 2);
   EXPECT_EQ(told.Take(), "3 content 3 content 2 selection 2 text 3 content 2 text 4 content ");
+  dialog.Get<CButton>(kCheck).SetKind(ButtonKind::kCheck);
+  EXPECT_EQ(dialog.IsDlgButtonChecked(kCheck), 1u) << "there is no third state any more";
+  told.Take();
   dialog.list().AddString("x");
   dialog.list().DeleteString(0);
   dialog.list().SetCurSel(1);
   dialog.list().SetTopIndex(1);
   dialog.list().ResetContent();
-  dialog.Get<CListBox>(kMany).SetSel(-1);
+  auto& many = dialog.Get<CListBox>(kMany);
+  many.SetSel(-1);
+  EXPECT_EQ(many.GetSelCount(), 3);
   dialog.marks().SetCheck(1, 1);
   dialog.marks().Enable(1, false);
   EXPECT_EQ(told.Take(),
@@ -210,6 +215,12 @@ TEST_F(Controls, ControlThatTakesAPlaceTakesWhatWasThere) {
     child->SendMessage(WM_CLOSE);
     ASSERT_NE(dialog.GetTopWindow(), child) << "each closes";
   }
+}
+
+TEST_F(Controls, ComboBoxTakesAFirstRowByItsTextAndPutsTheCaretBehindOtherTexts) {
+  CComboBox& combo = dialog.combo();
+  EXPECT_TRUE(combo.Enter("other") && combo.GetEditSel() == 0x50005);
+  EXPECT_TRUE(combo.Enter("One") && combo.GetCurSel() == 0);
 }
 
 TEST_F(Controls, ComboBoxAnswersWhereItLiesDroppedDown) {

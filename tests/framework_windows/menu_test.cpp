@@ -102,7 +102,10 @@ TEST_F(Menu, RemovedSubmenusLiveAndDeletedOnesAreDead) {
   EXPECT_FALSE(kept.AppendMenu(MF_POPUP, Id(menu.GetSafeHmenu()), "circle"));
   EXPECT_FALSE(kept.AppendMenu(MF_POPUP, Id(file), "itself"));
   EXPECT_TRUE(menu.DestroyMenu() && kept.GetSafeHmenu() == nullptr) << "it went with the whole";
-  EXPECT_FALSE(kept.AppendMenu(MF_STRING, 1, "x"));
+  EXPECT_FALSE(kept.AppendMenu(MF_STRING, 1, "x") || kept.DestroyMenu());
+  EXPECT_TRUE(menu.LoadMenuIndirect("popup \"a\"\n  item 1 \"b\"\nend\n"));
+  EXPECT_TRUE(menu.GetSubMenu(0)->DestroyMenu());
+  EXPECT_EQ(Dump(menu), "-1:a+10") << "a popup without a menu";
 }
 
 TEST_F(Menu, ManyWaysToASubmenuAndDeepNestingAreHarmless) {

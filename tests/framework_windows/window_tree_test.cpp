@@ -282,12 +282,16 @@ struct Target : CWnd {
     return CallEntry(kEntries, *this, key, arguments) || CWnd::CallMapped(key, arguments);
   }
   void OnOpen() { called += "open "; }
-  void OnUpdateOpen(CCmdUI* ui) { ui->Enable(enabled); }
+  void OnUpdateOpen(CCmdUI* ui) {
+    ui->Enable(enabled);
+    if (passes_on) ui->ContinueRouting();
+  }
   BOOL OnRange(UINT id) { return called += std::to_string(id) + " ", id == 2 ? 0 : 1; }
   LRESULT OnApp(WPARAM wparam, LPARAM lparam) { return static_cast<LRESULT>(wparam) + lparam; }
 
   std::string called;
   BOOL enabled = 1;
+  bool passes_on = false;
 };
 
 TEST(Commands, CallTheHandlersOfTheMapsUnlessTheyAreDisabledOrOnlyAskedFor) {
@@ -308,6 +312,11 @@ TEST(Commands, CallTheHandlersOfTheMapsUnlessTheyAreDisabledOrOnlyAskedFor) {
   }
   EXPECT_EQ(answers + view.called, "11 10 11 00 open open open open 2 11 ");
   EXPECT_EQ(view.SendMessage(WM_APP + 7, 3, 4), 7);
+  CCmdUI ui;
+  for (const bool passes_on : {false, true, false}) {
+    view.passes_on = passes_on;
+    EXPECT_EQ(frame.OnCmdMsg(1, CN_UPDATE_COMMAND_UI, &ui, nullptr), passes_on ? 0 : 1);
+  }
   view.DestroyWindow();
   EXPECT_FALSE(frame.GetActiveView() || frame.OnCmdMsg(1, CN_COMMAND, nullptr, nullptr));
 }

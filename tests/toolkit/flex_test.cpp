@@ -214,6 +214,15 @@ struct Page : CNSFlexPropertyPage {
   std::string name, refuses, goes_at;
 };
 
+TEST(FlexPropertySheet, APageTakesItsValuesWhenTheyAreApplied) {
+  struct : CNSFlexPropertyPage {
+    using CNSFlexPropertyPage::CNSFlexPropertyPage;
+    void OnOK() override { ++times; }
+    int times = 0;
+  } page(Form("a"));
+  EXPECT_EQ(page.OnApply() + page.times, 2);
+}
+
 TEST(FlexPropertySheet, AsksItsPagesInOrderAndStaysAtTheFirstThatRefuses) {
   testing::ScriptedPrompts prompts;
   std::string& log = Page::log;

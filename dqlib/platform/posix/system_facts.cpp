@@ -112,8 +112,9 @@ std::string UserFolder(const char* name, const char* below_home) {
 std::string DesktopCommand(const std::string& entry) {
   std::vector<std::string> directories = DirectoryList("XDG_DATA_DIRS", kDataDirectories);
   directories.insert(directories.begin(), DataDirectory());
-  for (const std::string& directory : directories) {
-    std::string command = ReadKey(directory + "/applications/" + entry, "[Desktop Entry]", "Exec");
+  for (std::string& directory : directories) {
+    directory.append("/applications/").append(entry);
+    std::string command = ReadKey(directory, "[Desktop Entry]", "Exec");
     if (command.empty()) continue;
     for (std::size_t place = command.find('%'); place != command.npos;
          place = command.find('%', place)) {
@@ -199,7 +200,7 @@ class PosixFacts : public SystemFacts {
       std::istringstream entries(ReadKey(Below(directory, "/mimeapps.list"),
                                          "[Default Applications]", "x-scheme-handler/http"));
       for (std::string entry; std::getline(entries, entry, ';');) {
-        const std::string command = DesktopCommand(entry);
+        std::string command = DesktopCommand(entry);
         if (!command.empty()) return command;
       }
     }

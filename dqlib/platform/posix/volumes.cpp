@@ -18,7 +18,8 @@ Result<std::string> RealPath(SystemCalls& calls, const std::string& path) {
   while (calls.RealPath(there.c_str(), real) == nullptr) {
     if (errno != ENOENT && errno != ENOTDIR) return ErrorFromErrno(errno);
     const std::size_t slash = there.rfind('/');
-    rest = there.substr(slash + 1) + (rest.empty() ? "" : "/" + rest);  // npos + 1 is 0
+    if (!rest.empty()) rest.insert(0, 1, '/');
+    rest.insert(0, there, slash + 1);  // npos + 1 is 0
     there = slash == std::string::npos ? "." : there.substr(0, slash);
     if (there.empty()) there = "/";
   }
