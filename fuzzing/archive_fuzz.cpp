@@ -69,16 +69,19 @@ std::string Again(std::string_view stream) {
 }  // namespace
 }  // namespace dq::fuzz
 
-// The form without a throw belongs to the same family, or the two would not fit together.
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return std::malloc(size); }
+// The form without a throw belongs to the same family, or the two would not fit together. Not
+// inline, or the compiler sees memory of one kind given back as another.
+[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return std::malloc(size);
+}
 
-void* operator new(std::size_t size) {
+[[gnu::noinline]] void* operator new(std::size_t size) {
   dq::fuzz::Require(size <= dq::fuzz::g_limit);
   if (void* const memory = std::malloc(size)) return memory;
   throw std::bad_alloc();
 }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 
 void dq::fuzz::Try(std::string_view bytes) {
   const std::string stored = Again(bytes);
