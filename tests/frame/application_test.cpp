@@ -92,12 +92,17 @@ TEST_F(ApplicationInfo, RunsFromTheNetworkWhereTheDriveOrTheNearestDirectoryIsRe
 
 TEST_F(ApplicationInfo, VersionTextsAreThoseOfTheFirstTranslationAndNotAssigned) {
   platform::VersionTable table = {{"Translation", "0407,04e4"}, {"Comments", "c"}};
-  for (const char* name : {"CompanyName", "LegalTrademarks", "ProductVersion"}) table[name] = name;
+  for (const char* name : {"CompanyName", "FileDescription", "LegalCopyright", "LegalTrademarks",
+                           "OriginalFileName", "ProductVersion"}) {
+    table[name] = name;
+  }
   SetVersion(table);
   CDQApplicationInfo info;
   EXPECT_EQ(info.GetLanguageString() + info.GetCompanyName() + info.GetInternalName() +
-                info.GetLegalTrademarks() + info.GetProductVersion(),
-            "040704e4CompanyNameLegalTrademarksProductVersion");
+                info.GetFileDescription() + info.GetLegalCopyright() + info.GetLegalTrademarks() +
+                info.GetOriginalFileName() + info.GetProductVersion(),
+            "040704e4CompanyNameFileDescriptionLegalCopyrightLegalTrademarks"
+            "OriginalFileNameProductVersion");
   SetVersion({{"FileVersion", "5.6.7.8"}, {"Comments", "new"}});
   CDQApplicationInfo source;
   source.SetTitle("title");

@@ -176,6 +176,7 @@ TEST(Library, EntryPointAttachesAndTakesNothingDown) {
 
 TEST(CDQResourceManager, HasTheFamilysPicturesAndFontsAndMapsObjectTypesToPictures) {
   CDQResourceManager* const manager = CDQResourceManager::GetInstance();
+  ASSERT_NE(manager, nullptr);
   std::map<const CBitmap*, UINT> ids;
   for (UINT id = 3000; id <= 3222; ++id) {
     ids[CGDIDispenser::g_.GetResourceBitmap(id, DQRESOURCES_GetInstanceHandle())] = id;

@@ -94,7 +94,7 @@ TEST_F(Controls, EveryChangeReachesTheObserver) {
   EXPECT_EQ(told.Take(),
             "20 content 20 content 20 selection 20 content 20 content 20 selection 21 selection 22 "
             "content 22 content ");
-  dialog.combo().SetCurSel(1);
+  for (int twice = 0; twice < 2; ++twice) dialog.combo().SetCurSel(1);
   dialog.combo().ResetContent();
   dialog.combo().SetWindowText("x");
   for (int twice = 0; twice < 2; ++twice) dialog.combo().ShowDropDown();
@@ -293,6 +293,8 @@ TEST(Edit, LinesAreFoundByPlaceAndNumber) {
   edit.SetSel(7, 9);
   EXPECT_TRUE(edit.GetLineCount() == 3 && edit.LineFromChar(-1) == 2 && edit.LineIndex() == 6);
   EXPECT_TRUE(edit.LineIndex(1) == 4 && edit.LineIndex(3) == -1);
+  edit.SetWindowText("\r\nb");
+  EXPECT_EQ(edit.LineIndex(1), 2);
 }
 
 // ---- The exchange of values
