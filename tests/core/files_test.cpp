@@ -1,38 +1,27 @@
-#include "dqlib/core/dq_file.h"
-#include "dqlib/core/file_utility.h"
-#include "dqlib/core/lob_reader.h"
-#include "dqlib/core/system_info.h"
+#include "tests/support/doubles.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/forwarding_files.h"
-#include "tests/support/joined.h"
-#include "tests/support/manual_clock.h"
-#include "tests/support/memory_registry.h"
-#include "tests/support/scripted_platform.h"
-#include "tests/support/scripted_prompts.h"
-#include "tests/support/testing.h"
+#include "tests/support/registries.h"
 
-namespace dq {
+namespace dq::test {
 namespace {
 
 namespace fs = std::filesystem;
 using Utility = CDQFileUtility;
 using platform::Error;
 using platform::Result;
-using test::Rows;
-using testing::ScriptedPrompts;
-using testing::ShownBox;
 using Text = const char*;
 
 /// A test with a directory of its own.
-struct FileUtility : ::testing::Test {
-  const test::TempDirectory directory;
+struct FileUtility : testing::Test {
+  const TempDirectory directory;
 };
 using DQFile = FileUtility;
 using LobReader = FileUtility;
 
 /// In force while they live.
-struct ScopedFiles : test::ForwardingFiles {
-  platform::ScopedPlatform scope{test::With(&platform::Platform::files, this)};
+struct ScopedFiles : ForwardingFiles {
+  platform::ScopedPlatform scope{With(&platform::Platform::files, this)};
 };
 
 TEST_F(FileUtility, RelativePathsAndBack) {
@@ -77,7 +66,7 @@ TEST_F(FileUtility, UniversalNamesAreAdministrativeSharesOfDrives) {
       return Error{platform::ErrorKind::kUnsupported, 0};
     }
   } files;
-  const testing::ScriptedPlatform platform;
+  const ScriptedPlatform platform;
   const Rows<Text, Text> rows = {{"c:\\a:b", "\\\\TIGER\\c$\\a:b"}, {"plain", "plain"},
                                  {"z:\\x", "\\\\files\\all\\x"},    {nullptr, ""},
                                  {"/home/a:b", "/home/a:b"},        {"", ""}};
@@ -91,9 +80,9 @@ TEST_F(FileUtility, NamesOfTemporaryFilesDontCollide) {
   EXPECT_EQ(Utility::CreateTempFile("x", (directory / "none").c_str()), "");
   EXPECT_EQ(Utility(Utility::CreateTempFile(nullptr, place)).GetFileName().Left(3), "TMP");
 
-  testing::ManualClock clock;
+  ManualClock clock;
   clock.seconds = 77;
-  const platform::ScopedPlatform scope(test::With(&platform::Platform::clock, &clock));
+  const platform::ScopedPlatform scope(With(&platform::Platform::clock, &clock));
   for (const Text name : {"TMP122.sql", "TMP123.sql", "TMP124.sql"}) {
     const CString path = Utility::CreateTempFile("", place, "sql");
     EXPECT_TRUE(path == directory / name && !DQLIB_FileExists(path)) << "in one second " << path;
@@ -151,8 +140,8 @@ TEST_F(FileUtility, WritesReplaceOrAppendAndReportTheTextsLength) {
   EXPECT_FALSE(fs::is_regular_file("/dev/null"));
   EXPECT_TRUE(Utility::ReadFile(text, path.c_str()) && text == "all");
   EXPECT_FALSE(Utility::ReadFile(text, directory.path().c_str()) || text != "");
-  const auto open = test::OpenDescriptors();
-  EXPECT_TRUE(Utility::GetFileSize(path.c_str()) == 3 && test::OpenDescriptors() == open);
+  const auto open = OpenDescriptors();
+  EXPECT_TRUE(Utility::GetFileSize(path.c_str()) == 3 && OpenDescriptors() == open);
   EXPECT_EQ(Utility::GetFileSize((directory / "none").c_str()) + Utility::GetFileSize(nullptr), 0);
 }
 
@@ -190,7 +179,7 @@ TEST_F(FileUtility, FailedOpensAreToldWithTheirCause) {
   const std::string missing = directory / "no/f";
   const std::string file = directory.Put("f", "x");
   CFile held(file.c_str(), CFile::modeWrite | CFile::shareExclusive);
-  testing::ScriptedPrompts prompts;
+  ScriptedPrompts prompts;
   EXPECT_EQ(Utility::WriteFile(missing.c_str(), "x", -1, true, false), 0);
   EXPECT_FALSE(Utility::EmptyFile(file.c_str()));
   EXPECT_EQ(Utility::OpenFile(file.c_str(), CFile::modeRead, true), nullptr);
@@ -242,7 +231,7 @@ TEST_F(FileUtility, ListsHaveTheEntriesWithAnyOfTheAttributes) {
                                      {"/x*", FILE_ARCHIVE, false, ""}}) {
     list.RemoveAll();
     EXPECT_EQ(Utility::ListFiles((directory.path() + pattern).c_str(), list, attributes), found);
-    EXPECT_EQ(test::Joined(list), names) << pattern;
+    EXPECT_EQ(Joined(list), names) << pattern;
   }
   EXPECT_FALSE(Utility::ListFiles(nullptr, list, FILE_ARCHIVE));
 }
@@ -324,9 +313,9 @@ TEST_F(FileUtility, NamesForDisplayKeepRootAndLastDirectories) {
 }
 
 TEST_F(FileUtility, FileTypesAreRegisteredUpToTheFirstRefusal) {
-  testing::ScriptedPlatform platform;
-  test::MemoryRegistry registry;
-  const platform::ScopedPlatform scope(test::With(&platform::Platform::registry, &registry));
+  ScriptedPlatform platform;
+  MemoryRegistry registry;
+  const platform::ScopedPlatform scope(With(&platform::Platform::registry, &registry));
   EXPECT_TRUE(Utility::RegisterFileType("DQScript", "SQL Script", ""));
   EXPECT_FALSE(Utility::RegisterFileType("DQScript", "SQL Script", "sql") ||
                Utility::RegisterFileType(nullptr, "SQL Script", ".sql") ||
@@ -340,7 +329,7 @@ TEST_F(FileUtility, FileTypesAreRegisteredUpToTheFirstRefusal) {
   platform.modules.path = "/opt/my host";
   EXPECT_TRUE(Utility::RegisterFileType("Other", "Other Type", ""));
   std::string entered;
-  for (const auto& [path, values] : test::Dump(registry, kClassesRoot)) {
+  for (const auto& [path, values] : Dump(registry, kClassesRoot)) {
     for (const auto& [name, value] : values) {
       EXPECT_TRUE(name.empty() && value.first == REGISTRY_STRING) << path;
       entered += path + "=" + value.second.c_str() + "|";
@@ -354,7 +343,7 @@ TEST_F(FileUtility, FileTypesAreRegisteredUpToTheFirstRefusal) {
 }
 
 TEST_F(FileUtility, ModulesAndLineEnds) {
-  const testing::ScriptedPlatform platform;
+  const ScriptedPlatform platform;
   CString place = "old", drive = "old";
   DQLIB_GetModuleDirectory(nullptr, place);
   DQLIB_GetModuleDriveSpec(nullptr, drive);
@@ -375,7 +364,7 @@ TEST_F(DQFile, LinesLoseTheirEndsAndLongOnesComeInPieces) {
     CDQFile file(directory.Put("f", contents), FILE_OPEN_READ);
     CStringList list;
     EXPECT_TRUE(file.Open() && file.GetTextList(list));
-    EXPECT_EQ(test::Joined(list), lines) << contents.substr(0, 20);
+    EXPECT_EQ(Joined(list), lines) << contents.substr(0, 20);
   }
 }
 
@@ -418,14 +407,14 @@ TEST_F(DQFile, WritesNumbersTextsAndLineEndsOfBothKinds) {
 }
 
 TEST_F(DQFile, StandardOutputTakesTextsAndGivesNone) {
-  ::testing::internal::CaptureStdout();
+  testing::internal::CaptureStdout();
   CDQFile output("", FILE_OPEN_STDOUT);
   CString text = "old";
   char byte = 0;
   EXPECT_TRUE(output.Open() && output.Write("one") && output.WriteLine("!"));
   EXPECT_TRUE(output.ReadLine(text) == 0 && text == "" && output.fseek(0, 0) == -1);
   EXPECT_TRUE(output.ReadBytes(&byte, 1) == 0 && output.Close());
-  EXPECT_EQ(::testing::internal::GetCapturedStdout(), "one!\n");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "one!\n");
 }
 
 TEST_F(DQFile, WholeFilesAndAttributes) {
@@ -460,4 +449,4 @@ TEST_F(LobReader, OneOpeningServesOneRead) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

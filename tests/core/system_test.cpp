@@ -1,32 +1,16 @@
-#include "dqlib/core/clipboard_writer.h"
-#include "dqlib/core/guid.h"
-#include "dqlib/core/ini_file.h"
-#include "dqlib/core/locale_info.h"
-#include "dqlib/core/registry_tools.h"
-#include "dqlib/core/system_info.h"
-#include "dqlib/core/x_mem_file.h"
-#include "dqlib/framework/base/registry_key.h"
-#include "dqlib/framework/windows/win_app.h"
-#include "tests/support/joined.h"
-#include "tests/support/manual_clock.h"
-#include "tests/support/memory_registry.h"
-#include "tests/support/own_service.h"
+#include "tests/support/doubles.h"
 #include "tests/support/own_settings.h"
-#include "tests/support/scripted_locale.h"
-#include "tests/support/scripted_platform.h"
-#include "tests/support/scripted_prompts.h"
-#include "tests/support/testing.h"
+#include "tests/support/registries.h"
 
-namespace dq {
+namespace dq::test {
 namespace {
 
 using Info = CDQSystemInfo;
 using platform::ErrorKind;
-using test::Rows;
 using Text = const char*;
 constexpr Text kNone = nullptr;
 
-class IniFile : public ::testing::Test {
+class IniFile : public testing::Test {
  protected:
   std::string Value(const char* section, const char* key, const char* fallback = "(none)") {
     CString value;
@@ -34,7 +18,7 @@ class IniFile : public ::testing::Test {
     return std::string(value.View());
   }
 
-  const test::TempDirectory directory;
+  const TempDirectory directory;
   CDQIniFile ini{(directory / "f.ini").c_str()};
 };
 
@@ -71,7 +55,7 @@ TEST_F(IniFile, EnumerationsAppendToTheList) {
   for (const Text buffer : {"one\0two\0\0three\0", "\0one\0", kNone}) {
     CDQIniFile::ParseIniBuffer(buffer, names);
   }
-  EXPECT_EQ(test::Joined(names), "first|b|a|y|x|one|two|");
+  EXPECT_EQ(Joined(names), "first|b|a|y|x|one|two|");
 
   CDQIniFile bare("bare.ini");
   bare.WriteKey("s", "k", "v");
@@ -81,7 +65,7 @@ TEST_F(IniFile, EnumerationsAppendToTheList) {
 }
 
 /// A registry of the test's own, of which one read may fail, in force while it lives.
-struct OwnRegistry : test::MemoryRegistry {
+struct OwnRegistry : MemoryRegistry {
   HKEY Create(Text path, HKEY root = kCurrentUser) { return CreateKey(root, path).value; }
   void Set(Text path, Text name, std::string_view data, DWORD type = REGISTRY_BINARY,
            HKEY root = kCurrentUser) {
@@ -90,7 +74,7 @@ struct OwnRegistry : test::MemoryRegistry {
   /// What stands in it: "path{name=type:data ...}...", of much data its size.
   std::string Shown() {
     std::string all;
-    for (const auto& [path, values] : test::Dump(*this)) {
+    for (const auto& [path, values] : Dump(*this)) {
       all += path + "{";
       for (const auto& [name, value] : values) {
         const auto& [type, data] = value;
@@ -112,7 +96,7 @@ struct OwnRegistry : test::MemoryRegistry {
     return MemoryRegistry::EnumKey(key, index);
   }
   int reads_left = 0;
-  platform::ScopedPlatform scope{test::With(&platform::Platform::registry, this)};
+  platform::ScopedPlatform scope{With(&platform::Platform::registry, this)};
 };
 
 TEST(RegistryTools, TextsOfUpTo260BytesAreFoundWhateverTheirKind) {
@@ -248,16 +232,16 @@ TEST(XMemFile, TheProfileAndAnArchiveKeepItsBytes) {
   EXPECT_EQ(bytes(read), std::string("a\0b", 3));
 }
 
-struct SystemInfoTest : ::testing::Test {
-  testing::ScriptedPlatform platform;
-  testing::ManualClock clock;
-  test::ScriptedLocale locale;
+struct SystemInfoTest : testing::Test {
+  ScriptedPlatform platform;
+  ManualClock clock;
+  ScriptedLocale locale;
   OwnRegistry registry;
-  const platform::ScopedPlatform time{test::With(&platform::Platform::clock, &clock)};
+  const platform::ScopedPlatform time{With(&platform::Platform::clock, &clock)};
 };
 
 TEST_F(SystemInfoTest, ReadsTheVersionOrShowsWhyNot) {
-  testing::ScriptedPrompts prompts;
+  ScriptedPrompts prompts;
   platform.facts.version = platform::SystemVersion{6, 1, 7601};
   const Info info;
   const auto& read = info.GetOSVersionInfo();
@@ -296,7 +280,7 @@ TEST_F(SystemInfoTest, FindsSuitesAndBrowsersInTheRegistry) {
 }
 
 TEST_F(SystemInfoTest, NamesFoldersByTheApplication) {
-  const test::TempDirectory directory;
+  const TempDirectory directory;
   const std::string folder = directory / "roaming";
   platform.facts.folders[FOLDER_APPDATA] = folder;
   EXPECT_EQ(Info::GetAppDataPath(false), folder + "/");
@@ -349,7 +333,7 @@ TEST_F(SystemInfoTest, WritesDatesAndTimesByTheUsersLocale) {
 
 TEST(LocaleInfo, FallsBackOnlyWhereAnItemCantBeRead) {
   using Locale = CDQLocaleInfo;
-  test::ScriptedLocale locale;
+  ScriptedLocale locale;
   locale.items = {{LOCALE_SGROUPING, "3;0"}, {LOCALE_S1159, ""}, {LOCALE_IDIGITS, "x"}};
   for (const auto& [item, language, text, first, number] :
        Rows<DWORD, DWORD, Text, char, int>{{LOCALE_SGROUPING, LOCALE_USER_DEFAULT, "3;0", '3', 3},
@@ -401,7 +385,7 @@ TEST(ClipboardWriter, PostsAllThatWasWrittenAndKeepsWhatWasRefused) {
   CountingWriter writer(&owner, 49'161);
   for (const Text text : {"one,", kNone, "two"}) writer.Write(text);
   {
-    const platform::ScopedPlatform scope(test::With(&platform::Platform::clipboard, &refusing));
+    const platform::ScopedPlatform scope(With(&platform::Platform::clipboard, &refusing));
     EXPECT_TRUE(!writer.PostData() && writer.failures == 1);
   }
   // The process's own clipboard holds one format.
@@ -413,4 +397,4 @@ TEST(ClipboardWriter, PostsAllThatWasWrittenAndKeepsWhatWasRefused) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

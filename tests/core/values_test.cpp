@@ -1,23 +1,13 @@
-#include "dqlib/core/big_int.h"
-#include "dqlib/core/data_exchange.h"
-#include "dqlib/core/dq_string.h"
 #include "dqlib/platform/checksum.h"
 #include "tests/framework_controls/control_dialog.h"
-#include "tests/support/joined.h"
-#include "tests/support/manual_clock.h"
-#include "tests/support/own_service.h"
-#include "tests/support/scripted_locale.h"
-#include "tests/support/scripted_prompts.h"
-#include "tests/support/testing.h"
+#include "tests/support/doubles.h"
 
-namespace dq {
+namespace dq::test {
 namespace {
 
 using namespace std::string_view_literals;
-using test::Rows;
-using testing::ShownBox;
-using enum testing::ControlDialog::Id;
-using enum testing::ControlDialog::RowsId;
+using enum ControlDialog::Id;
+using enum ControlDialog::RowsId;
 using Text = const char*;
 
 CDQBigInt Big(Text text) { return CDQBigInt(std::string(text)); }
@@ -160,7 +150,7 @@ constexpr Text kSo = "\x83\x5C";
 constexpr Text kA = "\x83\x41";
 
 /// Chooses code page 932 while it lives.
-struct TwoByteCharacters : test::ScriptedLocale {
+struct TwoByteCharacters : ScriptedLocale {
   TwoByteCharacters() { EXPECT_TRUE(SetCodePage(932)); }
 };
 
@@ -337,8 +327,8 @@ TEST(DQString, RandomTextFollowsFromTheTicks) {
            {1000, 7, "id-9L_r\x85\x98\xab\xbe\xd1\xe4\xf7\n", 0xED61B865},
            // The product wraps at 32 bits.
            {4'000'000'001, CDQString::RANDOM_NUMERIC, "id-604836260583", 0x487617AB}}) {
-    testing::ManualClock clock(ticks);
-    const platform::ScopedPlatform scope(test::With(&platform::Platform::clock, &clock));
+    ManualClock clock(ticks);
+    const platform::ScopedPlatform scope(With(&platform::Platform::clock, &clock));
     CDQString text("id-"), many;
     text.GenerateRandomString(12, static_cast<CDQString::RANDOMSTRINGTYPE>(type));
     EXPECT_EQ(text, expected) << ticks << " " << type;
@@ -348,7 +338,7 @@ TEST(DQString, RandomTextFollowsFromTheTicks) {
 }
 
 TEST(FormatNumber, FollowsTheUsersLocaleAndUsesGivenSeparatorsForWhatCantBeRead) {
-  test::ScriptedLocale locale;
+  ScriptedLocale locale;
   constexpr DWORD kPlaces = LOCALE_IDIGITS, kZero = LOCALE_ILZERO, kSign = LOCALE_INEGNUMBER,
                   kGroups = LOCALE_SGROUPING, kPoint = LOCALE_SDECIMAL, kMark = LOCALE_STHOUSAND;
   const std::string stays = "(stays)", most(254, '7'), zeros(1000, '0');
@@ -389,12 +379,12 @@ template <typename... Types>
 constexpr bool kNoneIsExchanged = !(detail::ExchangedNumber<Types> || ...);
 static_assert(kNoneIsExchanged<bool, char, double, unsigned long long, CString, CDQBigInt>);
 
-struct DataExchange : ::testing::Test {
-  testing::ControlDialog dialog;
+struct DataExchange : testing::Test {
+  ControlDialog dialog;
   CEdit& edit = dialog.edit();
   CDataExchange save{&dialog, true};
   CDataExchange load{&dialog, false};
-  testing::ScriptedPrompts prompts;
+  ScriptedPrompts prompts;
 };
 
 TEST_F(DataExchange, BlanksAreTheNumberZeroOfEachType) {
@@ -473,7 +463,7 @@ TEST_F(DataExchange, MovesWhatIsChosenAndLeavesTheVariableWithoutAChoice) {
   DQDDX_StringList(&load, kList, list);
   EXPECT_EQ(dialog.list().GetCount(), 3);
   DQDDX_StringList(&save, kList, list);
-  EXPECT_EQ(test::Joined(list), "b|a|b|");
+  EXPECT_EQ(Joined(list), "b|a|b|");
   bool check = true;
   DQDDX_Check(&load, kCheck, check);
   EXPECT_EQ(dialog.IsDlgButtonChecked(kCheck), 1U);
@@ -488,4 +478,4 @@ TEST_F(DataExchange, MovesWhatIsChosenAndLeavesTheVariableWithoutAChoice) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

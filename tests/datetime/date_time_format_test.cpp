@@ -1,28 +1,18 @@
-#include "dqlib/datetime/date_time_format.h"
 
-#include "dqlib/datetime/data_type.h"
-#include "dqlib/datetime/date_time_fmt_def.h"
-#include "dqlib/datetime/date_time_fmt_dictionary.h"
-#include "dqlib/datetime/format_dialog.h"
-#include "dqlib/datetime/predefined_formats.h"
 #include "dqlib/platform/checksum.h"
 #include "siblings/options/options_server.h"
-#include "tests/support/manual_clock.h"
-#include "tests/support/memory_registry.h"
+#include "tests/support/doubles.h"
 #include "tests/support/own_settings.h"
-#include "tests/support/recording_observer.h"
-#include "tests/support/scripted_locale.h"
-#include "tests/support/scripted_prompts.h"
+#include "tests/support/registries.h"
 #include "tests/support/system_locale.h"
-#include "tests/support/testing.h"
+#include "tests/support/windows.h"
 
-namespace dq {
+namespace dq::test {
 namespace {
 
 using detail::DateTimeFmtParts;
 
 using Def = CLGDateTimeFmtDef;
-using test::Rows;
 
 constexpr auto kUs = "MM/DD/YYYY HH12:MI:SS AM", kIso = "YYYY-MM-DD HH24:MI:SS";
 
@@ -117,7 +107,7 @@ TEST(DateTimeFmtDef, TranslatesUntilATextIsNoElement) {
 }
 
 TEST(DateTimeFmtDef, TakesTheUsersFormatFromTheLocale) {
-  test::ScriptedLocale locale;
+  ScriptedLocale locale;
   for (const auto& [date, time, texts] : Rows<const char*, const char*, const char*>{
            {"M/d/yyyy", "h:mm:ss tt",
             "mm/dd/YYYY|hh12:MI:SS AM|mm/dd/YYYY hh12:MI:SS AM|mm/dd/YYYY hh12:MI:SS AM|4"},
@@ -213,7 +203,7 @@ std::string Choices(const Kind& format) {
 TEST(DateTimeFormat, IsSeededFromTheLocaleOnce) {
   CDQOptionsServer& options = *CDQOptionsServer::GetObject();
   const std::string preset = "|YYYY-MM-DD HH24:MI:SS";
-  test::ScriptedLocale locale;
+  ScriptedLocale locale;
   for (const auto& [date, kept, choice, seed] :
        Rows<const char*, const char*, std::string, const char*>{
            {"M/d/yyyy", "YYYY/DD", "|YYYY/DD", "YYYY/DD"},
@@ -231,9 +221,9 @@ TEST(DateTimeFormat, IsSeededFromTheLocaleOnce) {
   const std::string german = "|DD.MM.YY HH24:MI|DD.MM.YY HH24:MI" + preset;
   EXPECT_EQ(Choices(*Make(DBMS_DB2, 60001)), german) << "without an option";
 
-  test::MemoryRegistry registry;
-  const platform::ScopedPlatform scope(test::With(&platform::Platform::registry, &registry));
-  testing::ScriptedPrompts prompts;
+  MemoryRegistry registry;
+  const platform::ScopedPlatform scope(With(&platform::Platform::registry, &registry));
+  ScriptedPrompts prompts;
   EXPECT_TRUE(options.SetString(kOption, "YYYY/DD"));
   registry.unreadable = {platform::ErrorKind::kBusy, 16};
   EXPECT_EQ(Choices(*Make(DBMS_DB2)), german);
@@ -261,7 +251,7 @@ TEST(DateTimeFormat, PlatformsDifferInNameNumberAndDefault) {
   }
   EXPECT_EQ(Make(9), nullptr);
   EXPECT_EQ(CDateTimeFormatFactory(nullptr).CreateObject(), nullptr);
-  test::ScriptedLocale double_byte;
+  ScriptedLocale double_byte;
   ASSERT_TRUE(double_byte.SetCodePage(932));
   EXPECT_EQ(Make(DBMS_ORACLE)->GetDispDateTimeFmt(6, DFK_DBMS_DEFAULT), "YYYY/MM/DD HH24:MI:SS");
 }
@@ -325,7 +315,7 @@ TEST(DateTimeFormat, ACopyHasChoicesInItsOwnLists) {
 }
 
 TEST(DateTimeFormat, ConvertsValuesByThePlatformsHabits) {
-  const test::SystemLocale locale("C");
+  const SystemLocale locale("C");
   for (const auto& [platform, code, in, in_fmt, out_fmt, done, out] :
        Rows<DBMS, int, const char*, const char*, const char*, int, const char*>{
            {DBMS_DB2, 6, "[NULL]", "", kIso, 0, "[NULL]"},
@@ -388,7 +378,7 @@ TEST(FormatBuilder, BuildsAFormatFromTheElementsOfAnother) {
   }
 }
 
-struct FormatDialog : ::testing::Test {
+struct FormatDialog : testing::Test {
   /// Runs the dialog on Oracle's formats, with `fmt` the current one.
   int Run(const char* fmt, int code, std::function<void(platform::DialogView&)> answer) {
     format_.SetDateTimeFmt(fmt, DFK_CURRENT);
@@ -400,14 +390,14 @@ struct FormatDialog : ::testing::Test {
     return *std::ranges::find(all, id, &platform::DialogControl::id);
   }
 
-  testing::ManualClock clock_;
-  platform::ScopedPlatform scope_{test::With(&platform::Platform::clock, &clock_)};
-  testing::ScriptedPrompts prompts_;
+  ManualClock clock_;
+  platform::ScopedPlatform scope_{With(&platform::Platform::clock, &clock_)};
+  ScriptedPrompts prompts_;
   CLGOracleDateTimeFormat format_{0, 0};
 };
 
 TEST_F(FormatDialog, ShowsWhatIsBuiltFourTimesASecondWithThePresentTime) {
-  testing::RecordingObserver observer;
+  RecordingObserver observer;
   format_.SetDateTimeFmt("DD-MM-YYYY HH24:MI:SS", DFK_CURRENT);
   Dlg dialog(&format_, 6);
   prompts_.on_dialog = [&](platform::DialogView& view) {
@@ -482,4 +472,4 @@ TEST_F(FormatDialog, OkMakesTheFormatTheCurrentOneAndAddsWhatWasBuilt) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

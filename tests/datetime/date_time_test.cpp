@@ -1,32 +1,28 @@
-#include "dqlib/datetime/date_time.h"
 
-#include "dqlib/datetime/date_time_fmt_dictionary.h"
-#include "dqlib/datetime/date_time_format.h"
-#include "tests/support/scripted_prompts.h"
+#include "tests/support/doubles.h"
 #include "tests/support/system_locale.h"
-#include "tests/support/testing.h"
 
 /// Where `LOCPATH` is set, the C library's `newlocale` never frees its copy of it.
 extern "C" const char* __lsan_default_suppressions() { return "leak:argz_add_sep"; }
 
-namespace dq {
+namespace dq::test {
 namespace {
 
 constexpr char kStandard[] = "%Y-%m-%d %H:%M:%S";
 constexpr char kIso[] = "YYYY-MM-DD HH24:MI:SS";
 
-struct DateTime : ::testing::Test {
+struct DateTime : testing::Test {
   /// The value, without a time of 0, or "0" if the text can't be read, and "!" for a message, by
   /// the format and by a conversion alike.
   std::string Read(const std::string& text, const char* fmt) {
-    testing::ScriptedPrompts prompts;
+    ScriptedPrompts prompts;
     const CLGDateTimeFmtDef def(fmt);
     CLGDateTime value("1:02", nullptr);
     const bool read = value.ParseDateTime(text.c_str(), &def) == 1;
     const CString printed = value.Format(kStandard);
     EXPECT_TRUE(read || printed == "1899-12-30 01:02:00") << "stays as it was";
     EXPECT_EQ(Converted(6, text, fmt, kIso), read ? "1:" + printed : CString("0:" + text));
-    const testing::ShownBox box{
+    const ShownBox box{
         "The order of day and month is not correct. Data Editor will "
         "automatically change the order.",
         0, 44114};
@@ -54,7 +50,7 @@ TEST_F(DateTime, ReadsTokenByTokenAlongTheFormat) {
   constexpr auto kUs = "MM/DD/YYYY HH12:MI:SS AM", kNamed = "DD-MON-YYYY HH12:MI:SS AM";
   constexpr auto kDate = "MM/DD/YYYY", kTime = "HH12:MI:SS AM";
   // Locales, formats, and texts with "=" and the value, or none where they can't be read.
-  const test::Rows<std::set<std::string>, const char*, std::string> rows = {
+  const Rows<std::set<std::string>, const char*, std::string> rows = {
       {any, kUs, "04/03/1993 05:34:00 PM=1993-04-03 17:34:00"},
       {any, kUs, "4/3/93 5:34:0 pm=1993-04-03 17:34:00|apr/3/1993=1993-04-03"},
       {any, kUs, "April/03/1993=1993-04-03|04/03/1993=1993-04-03"},
@@ -93,7 +89,7 @@ TEST_F(DateTime, ReadsTokenByTokenAlongTheFormat) {
       // Another month has that name in English.
       {{"st_ZA"}, "DD-MON-YYYY", "03-Jan-1993=1993-06-03"}};
   for (const char* name : {"C", "de_DE", "ja_JP", "fr_FR", "mn_MN", "sq_AL", "es_CR", "st_ZA"}) {
-    const test::SystemLocale system(name);
+    const SystemLocale system(name);
     for (const auto& [locales, fmt, texts] : rows) {
       if (!locales.contains(name)) continue;
       std::istringstream all(texts);
@@ -107,7 +103,7 @@ TEST_F(DateTime, ReadsTokenByTokenAlongTheFormat) {
 }
 
 TEST_F(DateTime, ReadsByTheFormatKeptOrByTheLocale) {
-  const test::SystemLocale german("de_DE");
+  const SystemLocale german("de_DE");
   CLGDateTimeFmtDef def("MM/DD/YYYY");
   CLGDateTime value("04/03/1993", &def);
   const auto read = [&](const char* text, CLGDateTimeFmtDef* by) {
@@ -123,10 +119,10 @@ TEST_F(DateTime, ReadsByTheFormatKeptOrByTheLocale) {
 }
 
 TEST_F(DateTime, ATwoDigitYearMovesTheValueTo1900) {
-  const test::SystemLocale locale("C");
+  const SystemLocale locale("C");
   CLGDateTimeFmtDef whole("YYYY-MM-DD");
   for (const auto& [text, fmt, type, printed, after] :
-       test::Rows<const char*, const char*, int, const char*, int>{
+       Rows<const char*, const char*, int, const char*, int>{
            {"2001-04-03", "DY MM/DD/YY", 6, "Wed 04/03/01", 1901},
            {"2000-02-29", "DY MM/DD/YY", 6, "", -1},
            {"2001-04-03", "DY MM/DD/YY", 26, "Tue 04/03/01", 2001},
@@ -144,7 +140,7 @@ TEST_F(DateTime, ATwoDigitYearMovesTheValueTo1900) {
 }
 
 TEST_F(DateTime, PrintsPredefinedFormatsWithAllTheirDisagreements) {
-  const test::SystemLocale locale("C");
+  const SystemLocale locale("C");
   CLGDateTimeFmtDef standard("YYYY-MM-DD HH24:MI:SS");
   CLGDateTime value("1993-04-03 17:04:03", &standard);
   CString all;
@@ -158,7 +154,7 @@ TEST_F(DateTime, PrintsPredefinedFormatsWithAllTheirDisagreements) {
 }
 
 TEST_F(DateTime, SeesElementsThatAreAddedAndDropsTheDictionary) {
-  const test::SystemLocale locale("C");
+  const SystemLocale locale("C");
   // A year of two letters counts as one of two digits.
   for (const std::string expected : {"01/", "01/1993y", "01/"}) {
     // Is used as long as the format isn't as it was.
@@ -174,7 +170,7 @@ TEST_F(DateTime, SeesElementsThatAreAddedAndDropsTheDictionary) {
 }
 
 TEST_F(DateTime, AMessageMayLeadToOtherConversions) {
-  testing::ScriptedPrompts prompts;
+  ScriptedPrompts prompts;
   prompts.on_box = [this] {
     for (int code = 0; code < 20; ++code) Converted(code, "1/2/2001", "MM/DD/YYYY", "YYYY");
   };
@@ -184,7 +180,7 @@ TEST_F(DateTime, AMessageMayLeadToOtherConversions) {
 
 TEST(DateTimeFmtTransfer, DropsWhatItDoesNotKnowAndNeverFails) {
   for (const auto& [source, from, to, target] :
-       test::Rows<const char*, DATETIME_FMTTYPE, DATETIME_FMTTYPE, const char*>{
+       Rows<const char*, DATETIME_FMTTYPE, DATETIME_FMTTYPE, const char*>{
            {"MM-XX", DTF_DISP, DTF_OLE, "%m-"},
            {"M/d/yyyy  h:mm tt", DTF_WIN, DTF_DISP, "mm/dd/YYYY  hh12:MI AM"},
            {"h;h", DTF_WIN, DTF_DISP, "hh12;hh12"},
@@ -203,4 +199,4 @@ TEST(DateTimeFmtTransfer, DropsWhatItDoesNotKnowAndNeverFails) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

@@ -1,32 +1,21 @@
-#include "dqlib/dbvocab/object_info.h"
 
 #include <regex>
 
-#include "dqlib/dbvocab/object_info_dialog.h"
-#include "dqlib/dbvocab/object_info_map.h"
-#include "dqlib/dbvocab/object_type_list.h"
-#include "dqlib/dbvocab/sql_string.h"
-#include "dqlib/framework/base/archive.h"
 #include "dqlib/platform/checksum.h"
-#include "dqlib/platform/dialog_script.h"
 #include "dqlib/platform/posix/system_services.h"
 #include "siblings/options/options_server.h"
+#include "tests/support/doubles.h"
 #include "tests/support/failing_memory.h"
 #include "tests/support/failing_system_calls.h"
 #include "tests/support/forked_process.h"
-#include "tests/support/main_window.h"
 #include "tests/support/own_settings.h"
-#include "tests/support/scripted_prompts.h"
 #include "tests/support/temp_directory.h"
-#include "tests/support/testing.h"
+#include "tests/support/windows.h"
 
-namespace dq {
+namespace dq::test {
 namespace {
 
 using namespace std::literals;
-using test::Rows;
-using testing::ScriptedPrompts;
-using testing::ShownBox;
 
 constexpr DBMS kPlatforms[] = {DBMS_NONE, DBMS_SYBASE, DBMS_SQLSERVER,
                                DBMS_DB2,  DBMS_ORACLE, DBMS_DB2OS390};
@@ -141,7 +130,7 @@ TEST(ObjectTypes, TemplatesFillInToScriptsThatThePlatformsToolsCanRun) {
 }
 
 TEST(ObjectTypes, TemplatesAreReadUpToTheirFirstZeroAndFilledIn) {
-  const test::TempDirectory files;
+  const TempDirectory files;
   CDQOptionsServer& server = *CDQOptionsServer::GetObject();
   server.SetVariable("$$template_root$$", files.path().c_str());
   std::filesystem::create_directory(files / "Oracle");
@@ -196,7 +185,7 @@ TEST(ObjectTypeCombo, ChoosesByTheTextOnThePlatformAndTellsWhatItLacks) {
 }
 
 TEST(ObjectInfoDialog, EditsTheObject) {
-  struct HelpingWindow : testing::MainWindow {
+  struct HelpingWindow : MainWindow {
     LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
       if (message == WM_COMMANDHELP) helped = lparam;
       return MainWindow::WindowProc(message, wparam, lparam);
@@ -251,7 +240,7 @@ const std::string kKnownFile =
     "\1b\1\x80\xFF\xFF\xFF\xFF\0\0"s;
 const std::string kOldFile = "\1\0\1o\0\0"s;
 
-class ObjectInfoMapTest : public ::testing::Test {
+class ObjectInfoMapTest : public testing::Test {
  protected:
   ObjectInfoMapTest() {
     map_.Insert("a", nullptr);
@@ -285,10 +274,10 @@ class ObjectInfoMapTest : public ::testing::Test {
     return texts;
   }
 
-  test::TempDirectory files_;
-  test::FailingSystemCalls calls_;
+  TempDirectory files_;
+  FailingSystemCalls calls_;
   const std::unique_ptr<platform::Files> failing_ = platform::posix::MakeFiles(calls_);
-  const platform::ScopedPlatform scope_{test::With(&platform::Platform::files, failing_.get())};
+  const platform::ScopedPlatform scope_{With(&platform::Platform::files, failing_.get())};
   ScriptedPrompts prompts_;
   CDBObjectInfoMap map_;
   const std::string path_ = files_ / "map";
@@ -326,9 +315,9 @@ TEST_F(ObjectInfoMapTest, EachFailingCallAndAllocationLeavesAWholeFileAndAWholeM
     for (int number = 1; failed; ++number) {
       failed = false;
       const auto tried = [&](auto work) {
-        of_memory ? test::FailAllocation(number) : calls_.Fail(number, ENOSPC);
+        of_memory ? FailAllocation(number) : calls_.Fail(number, ENOSPC);
         const bool done = work();
-        failed |= of_memory ? test::AllocationFailed() : calls_.failed();
+        failed |= of_memory ? AllocationFailed() : calls_.failed();
         calls_.Fail(0, 0);
         EXPECT_EQ(Shown().empty(), done) << number;
         return done;
@@ -351,7 +340,7 @@ TEST_F(ObjectInfoMapTest, EachFailingCallAndAllocationLeavesAWholeFileAndAWholeM
 }
 
 TEST_F(ObjectInfoMapTest, UpdateHoldsTheFileAndWritesOverNothingUnread) {
-  EXPECT_TRUE(test::AllEndWell(4, [&](int process) {
+  EXPECT_TRUE(AllEndWell(4, [&](int process) {
     for (int i = 0; i < 10; ++i) {
       CDBObjectInfoMap map;
       const std::string key = std::to_string(process * 10 + i);
@@ -425,8 +414,8 @@ TEST_F(ObjectInfoMapTest, FailuresOfTheSystemAreShownWithTheirCause) {
   EXPECT_FALSE(map_.Load((files_ / "missing").c_str()));
   EXPECT_TRUE(Shown().empty()) << "that is told by the result alone";
   files_.Put("map", kKnownFile);
-  test::FailAllocation(1);
-  EXPECT_TRUE(!map_.Load(path_.c_str()) && test::AllocationFailed());
+  FailAllocation(1);
+  EXPECT_TRUE(!map_.Load(path_.c_str()) && AllocationFailed());
   EXPECT_FALSE(map_.Save((files_ / "missing/map").c_str()));
   EXPECT_FALSE(map_.Load(files_.path().c_str()));
   {
@@ -458,4 +447,4 @@ TEST_F(ObjectInfoMapTest, FailuresOfTheSystemAreShownWithTheirCause) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

@@ -1,22 +1,12 @@
-#include "dqlib/dbvocab/db_utility.h"
-#include "dqlib/dbvocab/dbms_factory.h"
-#include "dqlib/dbvocab/identifier_name.h"
-#include "dqlib/dbvocab/oracle_name.h"
-#include "dqlib/dbvocab/quote_name.h"
 #include "dqlib/dbvocab/version_number.h"
-#include "dqlib/dbvocab/version_string.h"
 #include "dqlib/platform/checksum.h"
-#include "dqlib/resources/string_table.h"
 #include "siblings/options/options_server.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/own_settings.h"
 #include "tests/support/temp_directory.h"
-#include "tests/support/testing.h"
 
-namespace dq {
+namespace dq::test {
 namespace {
-
-using test::Rows;
 
 void SetOptions(bool lower_case_counts, bool quoting_on) {
   CDQOptionsServer& options = *CDQOptionsServer::GetObject();
@@ -28,7 +18,7 @@ void SetOptions(bool lower_case_counts, bool quoting_on) {
 template <typename Quoting, typename First = Quoting>
 void ExpectQuotes(int option, const std::string& first, const std::string& other,
                   const std::string& off, const std::string& on) {
-  test::ForkedProcess child([&] {
+  ForkedProcess child([&] {
     const First of_words;
     Quoting quoting;
     SetOptions(false, true);
@@ -270,7 +260,7 @@ TEST(DBUtility, PutsTheConnectionBehindTheCommandAndHidesThePassword) {
 }
 
 TEST(DBUtility, NullCommandIsNoProgramWhateverRanBefore) {
-  const test::TempDirectory files;
+  const TempDirectory files;
   CDQDBUtility utility;
   CString output, kept;
   utility.SetCallback(Record);
@@ -302,4 +292,4 @@ TEST(DBMSFactory, CallsThePlatformsCreatorBetweenItsHooks) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

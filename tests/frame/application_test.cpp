@@ -1,23 +1,17 @@
 // What a program is, and what it tells: its identity and version, and messages of its own, of the
 // system and of the database to the main window and in boxes.
 
-#include "dqlib/frame/application_info.h"
-#include "dqlib/frame/output_message.h"
-#include "dqlib/frame/system_error_msg.h"
 #include "dqlib/framework/base/text.h"
-#include "dqlib/framework/base/trace.h"
-#include "dqlib/resources/string_ids.h"
+#include "tests/support/doubles.h"
 #include "tests/support/failing_memory.h"
 #include "tests/support/forwarding_files.h"
-#include "tests/support/main_window.h"
-#include "tests/support/scripted_platform.h"
-#include "tests/support/scripted_prompts.h"
+#include "tests/support/windows.h"
 
-namespace dq {
+namespace dq::test {
 namespace {
 
 /// An identity on a host whose version resource holds the texts.
-struct ApplicationInfo : ::testing::Test {
+struct ApplicationInfo : testing::Test {
   ~ApplicationInfo() override {
     CDQApplicationInfo::SetAppCode("");
     SetVersion({});
@@ -25,7 +19,7 @@ struct ApplicationInfo : ::testing::Test {
   static void SetVersion(const platform::VersionTable& table) {
     platform::Current().version_resources->SetTable("/opt/host", table);
   }
-  testing::ScriptedPlatform platform;
+  ScriptedPlatform platform;
 };
 
 TEST_F(ApplicationInfo, VersionNumbersAreCutAtTheDots) {
@@ -45,7 +39,7 @@ TEST_F(ApplicationInfo, VersionNumbersAreCutAtTheDots) {
 
 TEST_F(ApplicationInfo, TheExecutableGivesDirectoryKeyAndOptionsFileUnlessTheCodeDoes) {
   // The code and the path; directory, key, options file, and which of the applications it is.
-  const test::Rows<const char*, const char*, const char*> rows = {
+  const Rows<const char*, const char*, const char*> rows = {
       {"", "c:\\bin\\TOOL.EXE", "c:\\bin|TOOL|TOOL.dqo|0000"},
       {"", "\\\\server\\share\\a.v2.exe", "\\\\server\\share|a.v2|a.v2.dqo|0000"},
       {"Lumen SQL", "/tmp/tool", "/tmp|tool|LumenSQL.dqo|1000"},
@@ -72,13 +66,13 @@ TEST_F(ApplicationInfo, TheExecutableGivesDirectoryKeyAndOptionsFileUnlessTheCod
 }
 
 TEST_F(ApplicationInfo, RunsFromTheNetworkWhereTheDriveOrTheNearestDirectoryIsRemoteOrUnknown) {
-  struct : test::ForwardingFiles {
+  struct : ForwardingFiles {
     UINT KindOfDrive(std::string_view place) override {
       return place.size() > 4 ? UINT{DRIVE_KIND_NO_ROOT} : kind;
     }
     UINT kind = 0;
   } files;
-  const platform::ScopedPlatform scope{test::With(&platform::Platform::files, &files)};
+  const platform::ScopedPlatform scope{With(&platform::Platform::files, &files)};
   CWinApp app("name");
   for (const char* path : {"c:\\bin\\tool.exe", "/tmp/none/tool"}) {
     app.SetExecutablePath(path);
@@ -111,12 +105,12 @@ TEST_F(ApplicationInfo, VersionTextsAreThoseOfTheFirstTranslationAndNotAssigned)
   // The file is looked for, and then its resource read, before which the former one goes.
   for (int number = 1; !info.GetComments().IsEmpty(); ++number) {
     ASSERT_LT(number, 100);
-    test::FailAllocation(number);
+    FailAllocation(number);
     try {
       info.GetVersionInfo();
     } catch (const std::bad_alloc&) {
     }
-    test::AllocationFailed();
+    AllocationFailed();
   }
   SetVersion({});
   CDQVersionInfo none("/opt/host");
@@ -139,9 +133,9 @@ TEST(CDQOutputMessage, IsNullAndTracedWhenMemoryRunsOut) {
   std::string traced;
   traced.reserve(100);
   const TraceSink former = SetTraceSink([&](std::string_view text) { traced += text; });
-  test::FailAllocation(1);
+  FailAllocation(1);
   EXPECT_EQ(CDQOutputMessage::CreateOutputMessage(OUTPUT_DBMS_INFO, "text", false), nullptr);
-  EXPECT_TRUE(test::AllocationFailed());
+  EXPECT_TRUE(AllocationFailed());
   SetTraceSink(former);
   EXPECT_EQ(traced, "Out of memory, could not create CDQOutputMessage.\n");
 }
@@ -171,7 +165,7 @@ TEST(CDQOutputMessage, IsWithTheMainWindowWhichMayDeleteItWhenTheSendReturns) {
   EXPECT_EQ(message.GetText() + "|" + message.GetTarget(), "|no window");
   message.SetType(static_cast<OutputMessageType>(-1));
   EXPECT_EQ(message.GetType(), OUTPUT_PROGRAM_INFO);
-  testing::MainWindow window;
+  MainWindow window;
   std::string told;
   window.on_message = [&](const MSG& sent) {
     EXPECT_EQ(&Output(sent), &message);
@@ -198,8 +192,8 @@ TEST(CDQOutputMessage, IsWithTheMainWindowWhichMayDeleteItWhenTheSendReturns) {
 }
 
 TEST(CDQSystemErrorMsg, ReadsTheLastErrorOnceAndShowsThePlaceIfThereIsOne) {
-  testing::ScriptedPlatform platform;
-  testing::ScriptedPrompts prompts;
+  ScriptedPlatform platform;
+  ScriptedPrompts prompts;
   platform.errors.last = 2;
   platform.errors.texts = {{2, "100%s\r\n"}, {3, "three\r\n"}};
   CDQSystemErrorMsg message;
@@ -210,7 +204,7 @@ TEST(CDQSystemErrorMsg, ReadsTheLastErrorOnceAndShowsThePlaceIfThereIsOne) {
   EXPECT_EQ(message.GetErrorMessage() + RetrieveOSErrorMessage(2) + RetrieveOSErrorMessage(4),
             "100%s\r\nUnknown OS Error");
   platform.errors.last = 2;
-  const test::Rows<CDQSystemErrorMsg, const char*> rows = {
+  const Rows<CDQSystemErrorMsg, const char*> rows = {
       {CDQSystemErrorMsg("a%d.cpp", 7), "Error: 100%s\r\n\nFile: a%d.cpp,  Line 7"},
       {CDQSystemErrorMsg("a.cpp", -1), "100%s\r\n"},
       {CDQSystemErrorMsg("", 7), "100%s\r\n"},
@@ -218,14 +212,14 @@ TEST(CDQSystemErrorMsg, ReadsTheLastErrorOnceAndShowsThePlaceIfThereIsOne) {
       {CDQSystemErrorMsg(4), ""}};
   for (const auto& [shown, text] : rows) {
     CDQSystemErrorMsg(shown).Show();
-    EXPECT_EQ(prompts.shown.back(), (testing::ShownBox{text, 48, 0}));
+    EXPECT_EQ(prompts.shown.back(), (ShownBox{text, 48, 0}));
   }
 }
 
 TEST(NetworkErrorHandler, ShowsWhatItCanFindOut) {
   using platform::NetworkError;
   const std::string cut = "%d %s" + std::string(250, 'x');
-  const test::Rows<DWORD, platform::Result<NetworkError>, int, std::string> rows = {
+  const Rows<DWORD, platform::Result<NetworkError>, int, std::string> rows = {
       {0xFFFFFFFF, NetworkError{9, "unused", "unused"}, 1, "Network error -1.\r\n"},
       {1208, NetworkError{9, "route", "Acme"}, 1, "Acme failed with error code9.\r\nroute"},
       {1208, NetworkError{0xFFFFFFFF, cut + "x", cut + "x"}, 1,
@@ -233,11 +227,11 @@ TEST(NetworkErrorHandler, ShowsWhatItCanFindOut) {
       {1208, platform::Error{platform::ErrorKind::kNotFound, 61}, 0,
        "WNetGetLastError failed with error 61."}};
   for (const auto& [code, last, result, text] : rows) {
-    testing::ScriptedPlatform platform;
-    testing::ScriptedPrompts prompts;
+    ScriptedPlatform platform;
+    ScriptedPrompts prompts;
     platform.network.last = last;
     EXPECT_EQ(NetworkErrorHandler(code), result) << text;
-    EXPECT_EQ(prompts.shown, (std::vector<testing::ShownBox>{{text, 16, 0}}));
+    EXPECT_EQ(prompts.shown, (std::vector<ShownBox>{{text, 16, 0}}));
   }
 }
 
@@ -252,7 +246,7 @@ TEST(DQDBErrorHandler, OpensThePaneBeforeEachLineAndEndsSilently) {
   }
   errors.Add(std::make_unique<BrokenRecord>());
   errors.Add(std::make_unique<ErrorRecord>("behind"));
-  testing::MainWindow window;
+  MainWindow window;
   std::string told;
   window.on_message = [&](const MSG& sent) {
     told += Told(sent);
@@ -267,4 +261,4 @@ TEST(DQDBErrorHandler, OpensThePaneBeforeEachLineAndEndsSilently) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

@@ -1,43 +1,29 @@
 // Resources of modules, how they are loaded, and the pictures, brushes and fonts made of them.
 
-#include "dqlib/frame/resources.h"
-
-#include "dqlib/frame/cleaner.h"
-#include "dqlib/frame/gdi_dispenser.h"
-#include "dqlib/frame/resource_manager.h"
-#include "dqlib/frame/switch_resource_handle.h"
-#include "dqlib/framework/base/resource_chain.h"
-#include "dqlib/framework/windows/dialog.h"
-#include "dqlib/framework/windows/menu.h"
-#include "dqlib/framework/windows/tool_bar.h"
 #include "dqlib/platform/checksum.h"
-#include "dqlib/resources/library.h"
-#include "dqlib/resources/string_table.h"
 #include "siblings/pictures/pictures.h"
-#include "tests/support/joined.h"
-#include "tests/support/scripted_platform.h"
-#include "tests/support/scripted_prompts.h"
+#include "tests/support/doubles.h"
 
-namespace dq {
+namespace dq::test {
 namespace {
 
 /// Two modules with a string each under the same id; the first is current.
-struct Resources : ::testing::Test {
+struct Resources : testing::Test {
   Resources() {
     current_.AddString(100, "current %1");
     other_.AddString(100, "other %1 %2 %1");
     AfxSetResourceHandle(&current_);
   }
   ~Resources() override { AfxSetResourceHandle(nullptr); }
-  testing::ScriptedPlatform platform_;
-  testing::ScriptedPrompts prompts_{BUTTON_NO, BUTTON_NO};
+  ScriptedPlatform platform_;
+  ScriptedPrompts prompts_{BUTTON_NO, BUTTON_NO};
   ResourceModule current_, other_;
 };
 
 TEST_F(Resources, SwitchedOperationsTakeNullForTheCurrentModule) {
   CString text("old"), told;
   for (const auto& [id, module] :
-       test::Rows<UINT, HINSTANCE>{{UINT_MAX, &other_}, {100, nullptr}, {101, &other_}}) {
+       Rows<UINT, HINSTANCE>{{UINT_MAX, &other_}, {100, nullptr}, {101, &other_}}) {
     told += (DQLoadString(text, id, module) != 0 ? "1" : "0") + text + "|";
   }
   DQFormatString1(text, 100, "%2", &other_);
@@ -56,10 +42,9 @@ TEST_F(Resources, BoxesShowTheStringOfTheModule) {
   EXPECT_EQ(DQAfxMessageBox(100, BOX_YES_NO, 12, nullptr), BUTTON_NO);
   EXPECT_EQ(MessageBoxA(&other_, 100, BOX_STOP), BUTTON_NO);
   DQLIB_DoUnderConstructionMessageBox();
-  EXPECT_EQ(prompts_.shown,
-            (std::vector<testing::ShownBox>{{"current %1", 4, 12},
-                                            {"other %1 %2 %1", 16, 100},
-                                            {"This Feature is Under Construction.", 0, 0}}));
+  EXPECT_EQ(prompts_.shown, (std::vector<ShownBox>{{"current %1", 4, 12},
+                                                   {"other %1 %2 %1", 16, 100},
+                                                   {"This Feature is Under Construction.", 0, 0}}));
   prompts_.on_box = [] { throw std::runtime_error("no screen"); };
   EXPECT_THROW(DQAfxMessageBox(100, BOX_OK, 0, &other_), std::runtime_error);
   EXPECT_THROW(MessageBoxA(&other_, 100, BOX_OK), std::runtime_error);
@@ -73,7 +58,7 @@ TEST_F(Resources, DirectOperationsTakeNullForTheSystem) {
     module->AddResource(RESOURCE_BITMAP, id, picture);
     for (const WORD type : {RESOURCE_CURSOR, RESOURCE_ICON}) module->AddResource(type, id, headed);
   }
-  for (const auto& [module, id, there] : test::Rows<HINSTANCE, UINT, bool>{
+  for (const auto& [module, id, there] : Rows<HINSTANCE, UINT, bool>{
            {nullptr, 7, true}, {nullptr, 8, false}, {&current_, 7, false}, {&current_, 8, true}}) {
     CBitmap bitmap;
     EXPECT_EQ(DQLoadBitmap(bitmap, id, module), there);
@@ -83,7 +68,7 @@ TEST_F(Resources, DirectOperationsTakeNullForTheSystem) {
 }
 
 TEST_F(Resources, FindsRecordsByTypeAndLowWord) {
-  const test::Rows<HRSRC (*)(HINSTANCE, UINT), WORD> rows = {
+  const Rows<HRSRC (*)(HINSTANCE, UINT), WORD> rows = {
       {DQFindAcceleratorResource, 9}, {DQFindBitmapResource, 2},   {DQFindDialogResource, 5},
       {DQFindFontResource, 8},        {DQFindFontDirResource, 7},  {DQFindMenuResource, 4},
       {DQFindRCDataResource, 10},     {DQFindIconResource, 3},     {DQFindGroupIconResource, 14},
@@ -99,15 +84,15 @@ TEST_F(Resources, FindsRecordsByTypeAndLowWord) {
 
 TEST_F(Resources, ListsComeOutReversed) {
   CStringList list;
-  for (const auto& [text, expected] : test::Rows<std::string, const char*>{
+  for (const auto& [text, expected] : Rows<std::string, const char*>{
            {";;A,;B b;C", "C|B b|A|"}, {";,;", ""}, {std::string("A;B\0;C", 6), "B|A|"}}) {
     other_.AddString(200, text);
     list.AddTail("old");
     DQLIB_LoadResourceList(&other_, 200, ";,", list);
-    EXPECT_EQ(test::Joined(list), expected) << text;
+    EXPECT_EQ(Joined(list), expected) << text;
   }
   DQLIB_LoadResourceList(nullptr, 100, "", list);
-  EXPECT_EQ(test::Joined(list), "current %1|");
+  EXPECT_EQ(Joined(list), "current %1|");
   DQLIB_LoadResourceList(nullptr, 201, list.GetHead(), list);
   EXPECT_TRUE(list.IsEmpty());
 }
@@ -158,14 +143,14 @@ TEST(Library, EntryPointAttachesAndTakesNothingDown) {
   const int before = CountLinks();
   EXPECT_GT(before, 0);
   // Only the first attaches.
-  const test::Rows<HINSTANCE, DWORD, int, std::vector<HINSTANCE>> rows = {
+  const Rows<HINSTANCE, DWORD, int, std::vector<HINSTANCE>> rows = {
       {library, PROCESS_ATTACH, 1, {library}},
       {nullptr, PROCESS_ATTACH, 0, {nullptr}},
       {library, THREAD_ATTACH, 1, {}},
       {library, THREAD_DETACH, 1, {}},
       {library, PROCESS_DETACH, 1, {library}}};
   for (const auto& [module, reason, result, asked] : rows) {
-    testing::ScriptedPlatform platform;
+    ScriptedPlatform platform;
     EXPECT_EQ(DQLIB_EntryPoint(module, reason, nullptr), result) << reason;
     EXPECT_EQ(CountLinks(), before + 1) << reason;
     EXPECT_EQ(platform.modules.named, asked) << reason;
@@ -216,7 +201,7 @@ TEST(Cleaners, DeleteTheirObjectAndSoDoCopies) {
 }
 
 TEST(CGDIDispenser, MakesOneBrushAndOnePenForAColorAndItsFontsOnce) {
-  testing::ScriptedPlatform platform;
+  ScriptedPlatform platform;
   platform.facts.pixels_per_inch = 120;
   CGDIDispenser dispenser;
   CBrush* const brush = dispenser.GetSolidBrush(5);
@@ -243,7 +228,7 @@ TEST(CGDIDispenser, MakesOneBrushAndOnePenForAColorAndItsFontsOnce) {
 }
 
 TEST(CGDIDispenser, KeepsPicturesUnderTheModuleWhereTheyWereFound) {
-  testing::ScriptedPlatform platform;
+  ScriptedPlatform platform;
   platform.facts.colors = {{SYSTEM_COLOR_FACE, 7}};
   ResourceModule module;
   module.AddResource(RESOURCE_BITMAP, 9, WriteDib({{1, 1}, {0xC0C0C0}}));
@@ -265,4 +250,4 @@ TEST(CGDIDispenser, KeepsPicturesUnderTheModuleWhereTheyWereFound) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

@@ -1,14 +1,7 @@
-#include "dqlib/framework/base/c_string.h"
 
-#include "dqlib/framework/base/random.h"
-#include "dqlib/framework/base/resource_chain.h"
-#include "dqlib/framework/base/resource_module.h"
-#include "dqlib/framework/base/string_collections.h"
-#include "tests/support/joined.h"
-#include "tests/support/scripted_locale.h"
-#include "tests/support/testing.h"
+#include "tests/support/doubles.h"
 
-namespace dq {
+namespace dq::test {
 namespace {
 
 using namespace std::string_view_literals;
@@ -91,7 +84,7 @@ bool Ordered(const auto& left, const auto& right, int order) {
 }
 
 TEST(CString, ComparesItsBytesWithEveryKindOfText) {
-  const test::Rows<const char*, const char*, int> rows = {
+  const Rows<const char*, const char*, int> rows = {
       {"b", "a", 1}, {"ab", "a", 1}, {"", "", 0}, {"\xE9", "z", 1}, {kLong, "a text that", 1}};
   for (const auto& [text, other, order] : rows) {
     const CString left(text);
@@ -109,7 +102,7 @@ TEST(CString, ComparesItsBytesWithEveryKindOfText) {
 }
 
 TEST(CString, GoesByCharacterWhereThereAreLeadBytes) {
-  test::ScriptedLocale locale;
+  ScriptedLocale locale;
   ASSERT_TRUE(locale.SetCodePage(932));
   // Two characters, whose second bytes look like a backslash and an "A", around an "A".
   CString text("\x83\\A\x83\x41");
@@ -141,7 +134,7 @@ TEST(CStringList, PlacesStayValidWhileOthersComeAndGo) {
   CStringList list;
   const POSITION b = list.AddTail("b"), a = list.AddHead("a"), c = list.AddTail("c");
   list.AddTail(list.GetHead());
-  EXPECT_EQ(test::Joined(list), "a|b|c|a|");
+  EXPECT_EQ(Joined(list), "a|b|c|a|");
   EXPECT_TRUE(list.Find("a") == a && list.Find("x") == nullptr) << "the first of equals";
   list.RemoveAt(b);
   list.SetAt(c, "C");
@@ -170,4 +163,4 @@ TEST(Random, SequenceOfASeedIsTheSameEverywhere) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

@@ -1,16 +1,10 @@
-#include "dqlib/framework/base/file.h"
 
-#include "dqlib/framework/base/archive.h"
-#include "dqlib/framework/base/map_string_to_ob.h"
 #include "tests/support/serial_node.h"
 #include "tests/support/temp_directory.h"
-#include "tests/support/testing.h"
 
-namespace dq {
+namespace dq::test {
 namespace {
 
-using test::Rows;
-using test::SerialNode;
 using namespace std::string_literals;
 using namespace std::string_view_literals;
 using Cause = CFileException;
@@ -25,8 +19,8 @@ int CauseOf(const std::function<void()>& operation) try {
 }
 
 /// A test with a directory of its own and the path of a file there.
-struct File : ::testing::Test {
-  const test::TempDirectory directory;
+struct File : testing::Test {
+  const TempDirectory directory;
   const std::string name = directory / "f";
   const char* const path = name.c_str();
 };
@@ -40,9 +34,9 @@ TEST_F(File, CausesFollowFromTheSystemsKindsOfErrors) {
     causes.push_back(Cause::CauseOf({kind, 0}));
   }
   EXPECT_THAT(causes,
-              ::testing::ElementsAre(Cause::none, Cause::fileNotFound, Cause::badPath,
-                                     Cause::accessDenied, Cause::accessDenied,
-                                     Cause::sharingViolation, Cause::diskFull, Cause::generic));
+              testing::ElementsAre(Cause::none, Cause::fileNotFound, Cause::badPath,
+                                   Cause::accessDenied, Cause::accessDenied,
+                                   Cause::sharingViolation, Cause::diskFull, Cause::generic));
 }
 
 TEST_F(File, OpenFlagsMakeEmptyKeepAndShare) {
@@ -341,4 +335,4 @@ TEST(Archive, WrongDirectionsAndClassesThatCantBeReadBackAreRefused) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

@@ -1,7 +1,5 @@
-#include "dqlib/framework/base/multi_byte.h"
 
-#include "tests/support/scripted_locale.h"
-#include "tests/support/testing.h"
+#include "tests/support/doubles.h"
 
 namespace dq::multi_byte {
 namespace {

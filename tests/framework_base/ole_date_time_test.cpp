@@ -1,12 +1,10 @@
-#include "dqlib/framework/base/ole_date_time.h"
 
 #include "tests/support/system_locale.h"
-#include "tests/support/testing.h"
 
 /// Where `LOCPATH` is set, the C library's `newlocale` never frees its copy of it.
 extern "C" const char* __lsan_default_suppressions() { return "leak:argz_add_sep"; }
 
-namespace dq {
+namespace dq::test {
 namespace {
 
 TEST(OleDateTime, CountsDaysAndFractionsAwayFromZero) {
@@ -69,7 +67,7 @@ void ExpectRead(const std::string& locales, const std::string& table, DWORD flag
                 DWORD language = LANG_USER_DEFAULT) {
   std::istringstream names(locales);
   for (std::string name; names >> name;) {
-    const test::SystemLocale locale(name);
+    const SystemLocale locale(name);
     std::istringstream rows(table);
     for (std::string row; std::getline(rows, row, '|');) {
       const std::size_t sign = row.find(" = ");
@@ -83,7 +81,7 @@ TEST(OleDateTime, PrintsItsPartsAndTheLocalesNames) {
   const COleDateTime time(1993, 4, 3, 17, 5, 9);
   const COleDateTime early(100, 3, 1, 0, 0, 0);
   for (const auto& [name, format, late, first] :
-       test::Rows<const char*, const char*, const char*, const char*>{
+       Rows<const char*, const char*, const char*, const char*>{
            {"C", "%#Y-%#m-%#d %#H:%#M:%#S %y %#y", "1993-4-3 17:5:9 93 93", "100-3-1 0:0:0 00 0"},
            {"C", "%I %#I %p %j %#j %w %U %W", "05 5 PM 093 93 6 13 13", "12 12 AM 060 60 1 09 09"},
            {"C", "%#c|%x", "Saturday, April 03, 1993 17:05:09|04/03/93",
@@ -93,12 +91,12 @@ TEST(OleDateTime, PrintsItsPartsAndTheLocalesNames) {
            {"C", "%a %#A %b%%%Z%q%#q%", "Sat Saturday Apr%%q%#q%", "Mon Monday Mar%%q%#q%"},
            {"de_DE", "%a %A %b %B %p", "Sa Samstag Apr April PM", "Mo Montag M\xC3\xA4r März AM"},
            {"ja_JP", "%A %b %B %p", "土曜日 4月 4月 午後", "月曜日 3月 3月 午前"}}) {
-    const test::SystemLocale locale(name);
+    const SystemLocale locale(name);
     EXPECT_EQ(time.Format(format), late) << name << " " << format;
     EXPECT_EQ(early.Format(format), first) << name << " " << format;
   }
   // Sunday, Monday and the last day of a year that begins with a Sunday.
-  const test::SystemLocale locale("C");
+  const SystemLocale locale("C");
   EXPECT_EQ(COleDateTime(1995, 1, 1, 11, 0, 0).Format("%a %j %U %W %p") + "|" +
                 COleDateTime(1995, 1, 2, 12, 0, 0).Format("%a %j %U %#W %I %p") + "|" +
                 COleDateTime(1995, 12, 31, 13, 0, 0).Format("%a %j %U %W %I"),
@@ -175,4 +173,4 @@ TEST(OleDateTime, ReadsNothingElse) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

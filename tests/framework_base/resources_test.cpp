@@ -1,18 +1,13 @@
-#include "dqlib/framework/base/drawing.h"
-#include "dqlib/framework/base/object.h"
-#include "dqlib/framework/base/resource_chain.h"
-#include "dqlib/framework/base/resource_module.h"
 #include "dqlib/platform/checksum.h"
-#include "tests/support/scripted_platform.h"
-#include "tests/support/testing.h"
+#include "tests/support/doubles.h"
 
-namespace dq {
+namespace dq::test {
 namespace {
 
 constexpr UINT kId = 50000;
 
 /// A chain of an older and a newer module, and a third that may become the current one.
-class ResourceChain : public ::testing::Test {
+class ResourceChain : public testing::Test {
  protected:
   ResourceChain() {
     older_.AddString(kId, "older");
@@ -156,9 +151,8 @@ TEST(ReadDib, TakesEveryDepthAndBothDirections) {
 TEST(ReadDib, RefusesWhatMakesNoSense) {
   const std::string ones(64, '\1');
   // Numbers of the header, by their places.
-  const test::Rows<int, int, int> rows = {{0, 4, 12},  {4, 4, 0},       {4, 4, -1},
-                                          {8, 4, 0},   {8, 4, INT_MIN}, {12, 2, 2},
-                                          {14, 2, 16}, {16, 4, 1},      {32, 4, 3}};
+  const Rows<int, int, int> rows = {{0, 4, 12}, {4, 4, 0},   {4, 4, -1}, {8, 4, 0}, {8, 4, INT_MIN},
+                                    {12, 2, 2}, {14, 2, 16}, {16, 4, 1}, {32, 4, 3}};
   for (const auto& [at, size, number] : rows) {
     EXPECT_EQ(ReadDib((kOneBit + ones).replace(at, size, Number(number, size))), nullptr) << at;
   }
@@ -184,7 +178,7 @@ TEST(WriteDib, IsReadBackAtEveryRowPadding) {
 }
 
 TEST(LoadImage, MapsJustTheThreeGreysWhenAsked) {
-  testing::ScriptedPlatform platform;
+  ScriptedPlatform platform;
   platform.facts.colors = {{15, 1}, {16, 2}, {22, 3}};
   ResourceModule module;
   const BitmapDescription greys{{4, 1}, {0xC0C0C0, 0x808080, 0xDFDFDF, 0xC0C0C1}};
@@ -223,4 +217,4 @@ TEST(StockFonts, AreAsTheyAlwaysWere) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

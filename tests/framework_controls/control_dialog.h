@@ -2,16 +2,10 @@
 
 #pragma once
 
-#include "dqlib/framework/controls/button.h"
-#include "dqlib/framework/controls/combo_box.h"
-#include "dqlib/framework/controls/edit.h"
-#include "dqlib/framework/controls/list_box.h"
-#include "dqlib/framework/controls/spin_button.h"
-#include "dqlib/framework/controls/tool_tip.h"
 #include "dqlib/framework/windows/dialog_controls.h"
 #include "tests/support/testing.h"
 
-namespace dq::testing {
+namespace dq::test {
 
 /// Lists and combo boxes have the rows "One", "Two", "Three"; the second radio button begins no
 /// group, the third does.
@@ -60,4 +54,4 @@ struct ControlDialog : CWnd {
   std::vector<std::unique_ptr<CWnd>> controls;
 };
 
-}  // namespace dq::testing
+}  // namespace dq::test

@@ -1,19 +1,14 @@
 // All controls: what they show and tell, that they may end while they tell it, the rows that some
 // have, and the exchange of values with them.
 
-#include "dqlib/framework/base/multi_byte.h"
-#include "dqlib/framework/controls/dialog_exchange.h"
 #include "dqlib/framework/controls/row_store.h"
-#include "dqlib/framework/windows/dialog.h"
 #include "tests/framework_controls/control_dialog.h"
-#include "tests/support/recording_observer.h"
-#include "tests/support/scripted_locale.h"
-#include "tests/support/scripted_prompts.h"
+#include "tests/support/doubles.h"
+#include "tests/support/windows.h"
 
-namespace dq {
+namespace dq::test {
 namespace {
 
-using testing::ControlDialog;
 using enum ControlDialog::Id;
 using enum ControlDialog::RowsId;
 
@@ -30,7 +25,7 @@ std::string Described(const CWnd& control) {
   return text + " =" + shown.value;
 }
 
-struct Controls : ::testing::Test {
+struct Controls : testing::Test {
   ControlDialog dialog;
 };
 
@@ -65,7 +60,7 @@ TEST_F(Controls, AreMadeByTheWordsOfTemplatesAndDescribeThemselves) {
 }
 
 TEST_F(Controls, EveryChangeReachesTheObserver) {
-  testing::RecordingObserver told;
+  RecordingObserver told;
   dialog.edit().ReplaceSel("abc");
   dialog.edit().SetSel(3, 3);
   dialog.edit().SetSel(0, 0);
@@ -178,7 +173,7 @@ TEST_F(Controls, SpinKeepsTheBuddysNumberInItsRange) {
   spin.SetRange(10, 50);
   EXPECT_EQ(dialog.GetDlgItemText(kEdit), "30");
   // A position, what is typed then, steps, and the text of the buddy.
-  const test::Rows<int, const char*, int, const char*> rows = {
+  const Rows<int, const char*, int, const char*> rows = {
       {60, nullptr, 0, "50"}, {-1, nullptr, 0, "10"}, {20, "40", 1, "41"},
       {20, "50", -1, "49"},   {20, "99", 1, "21"},    {20, "x", -50, "10"}};
   for (const auto& [position, typed, steps, text] : rows) {
@@ -225,7 +220,7 @@ TEST_F(Controls, ComboBoxTakesAFirstRowByItsTextAndPutsTheCaretBehindOtherTexts)
 
 TEST_F(Controls, ComboBoxAnswersWhereItLiesDroppedDown) {
   dialog.MoveWindow(100, 100, 500, 500);
-  for (const auto& [width, right] : test::Rows<UINT, LONG>{{300, 410}, {30, 190}}) {
+  for (const auto& [width, right] : Rows<UINT, LONG>{{300, 410}, {30, 190}}) {
     dialog.combo().SetDroppedWidth(width);
     CRect rect;
     dialog.combo().SendMessage(CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(&rect));
@@ -235,8 +230,8 @@ TEST_F(Controls, ComboBoxAnswersWhereItLiesDroppedDown) {
 }
 
 TEST(Edit, SelectionFollowsItsRules) {
-  const test::Rows<int, int, DWORD> rows = {{0, -1, 0x50000}, {-1, 4, 0x30003}, {4, 2, 0x40002},
-                                            {9, 9, 0x50005},  {2, 99, 0x50002}, {-7, 0, 0x30003}};
+  const Rows<int, int, DWORD> rows = {{0, -1, 0x50000}, {-1, 4, 0x30003}, {4, 2, 0x40002},
+                                      {9, 9, 0x50005},  {2, 99, 0x50002}, {-7, 0, 0x30003}};
   for (const auto& [start, end, selected] : rows) {
     CEdit edit;
     edit.SetWindowText("hello");
@@ -248,7 +243,7 @@ TEST(Edit, SelectionFollowsItsRules) {
 
 TEST(Edit, TakesFromAPersonWhatItsStyleAndLimitAllow) {
   const EditStyle plain, lines{.multi_line = true}, digit{.number = true}, fixed{.read_only = true};
-  const test::Rows<EditStyle, const char*, bool, const char*> rows = {
+  const Rows<EditStyle, const char*, bool, const char*> rows = {
       {plain, "x\r\ny", true, "axd"},       {plain, "\r", false, "abcd"},
       {plain, "\t", false, "abcd"},         {plain, "\b", true, "ad"},
       {plain, "12345678", true, "a12345d"}, {lines, "\r", true, "a\r\nd"},
@@ -271,7 +266,7 @@ TEST(Edit, TakesFromAPersonWhatItsStyleAndLimitAllow) {
 }
 
 TEST(Edit, BackspaceTakesAWholeCharacterOrLineEnd) {
-  test::ScriptedLocale locale;
+  ScriptedLocale locale;
   ASSERT_TRUE(locale.SetCodePage(932));
   CEdit edit(EditStyle{.multi_line = true});
   edit.CreateWnd({.class_name = "Edit", .text = "a\r\n\x83\x41"});
@@ -319,7 +314,7 @@ struct DialogExchange : Controls {
     }
     return result;
   }
-  testing::ScriptedPrompts prompts;
+  ScriptedPrompts prompts;
   CDataExchange load{&dialog, false}, save{&dialog, true};
 };
 
@@ -341,12 +336,12 @@ TEST_F(DialogExchange, NumbersAreReadAsTheRunTimeReadsThem) {
 }
 
 TEST_F(DialogExchange, ControlsAndVariablesExchangeTheirValues) {
-  const test::Rows<void (*)(CDataExchange*, int, int&), int, int, int> numbers = {
+  const Rows<void (*)(CDataExchange*, int, int&), int, int, int> numbers = {
       {DDX_Check, kCheck, 2, 2},  {DDX_Check, kCheck, 7, 0},    {DDX_Radio, kRadio, 1, 1},
       {DDX_Radio, kRadio, 2, -1}, {DDX_CBIndex, kCombo, 2, 2},  {DDX_CBIndex, kCombo, 9, -1},
       {DDX_LBIndex, kList, 1, 1}, {DDX_LBIndex, kList, -1, -1}, {DDX_Text, kEdit, -3, -3},
   };
-  const test::Rows<void (*)(CDataExchange*, int, CString&), int, CString, CString> texts = {
+  const Rows<void (*)(CDataExchange*, int, CString&), int, CString, CString> texts = {
       {DDX_CBString, kCombo, "t", "Two"},           {DDX_CBString, kCombo, "", ""},
       {DDX_CBStringExact, kCombo, "t", "t"},        {DDX_CBStringExact, kCombo, "three", "Three"},
       {DDX_CBStringExact, kDropList, "one", "One"}, {DDX_CBStringExact, kDropList, "none", "One"},
@@ -374,9 +369,9 @@ TEST_F(DialogExchange, ValidationShowsItsBoxOnSavingOnly) {
     EXPECT_THROW(DDV_MinMaxInt(&save, outside, 1, 5), CUserException);
   }
   EXPECT_THROW(DDV_MaxChars(&save, "abcd", 3), CUserException);
-  const testing::ShownBox range{"Please enter an integer between 1 and 5.", BOX_EXCLAMATION, 61714};
-  const testing::ShownBox size{"Please enter no more than 3 characters.", BOX_EXCLAMATION, 61716};
-  EXPECT_THAT(prompts.shown, ::testing::ElementsAre(range, range, size));
+  const ShownBox range{"Please enter an integer between 1 and 5.", BOX_EXCLAMATION, 61714};
+  const ShownBox size{"Please enter no more than 3 characters.", BOX_EXCLAMATION, 61716};
+  EXPECT_THAT(prompts.shown, testing::ElementsAre(range, range, size));
 }
 
 TEST_F(DialogExchange, ControlThatIsNotThereOrOfAnotherKindIsRefused) {
@@ -433,7 +428,7 @@ TEST(RowStore, PersonNamesRowsByOneLineEachAndEqualOnesOneAfterTheOther) {
   for (int i = 0; i < 20; ++i) store.Insert(store.size(), store.Text(1));
   for (int i = 0; i < 20; ++i) store.Erase(5);
   EXPECT_EQ(store.FindExact(1, "b"), 1) << "they are all gone";
-  const test::Rows<std::string_view, const char*> rows = {
+  const Rows<std::string_view, const char*> rows = {
       {"", "....."},           {"a", "x...."},    {"A\na", "x.x.."}, {"a\r\nA\na", "x.x.x"},
       {"a\na\na\na", "x.x.x"}, {"1\na", "x.x.."}, {"2\nb", ".x.x."}, {"5", "....x"},
       {{"34", 1}, "..x.."},    {"6", ""},         {"0", ""},         {"a\nc", ""}};
@@ -470,4 +465,4 @@ TEST(RowStore, SortedListPutsEqualsBehindEachOtherAndKeepsTheSelectedRow) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

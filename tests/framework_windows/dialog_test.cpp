@@ -1,17 +1,9 @@
 // Dialogs, the templates they are made from, and message boxes.
 
-#include "dqlib/framework/windows/dialog.h"
+#include "tests/support/doubles.h"
+#include "tests/support/windows.h"
 
-#include "dqlib/framework/base/resource_chain.h"
-#include "dqlib/framework/base/resource_module.h"
-#include "dqlib/framework/controls/dialog_exchange.h"
-#include "dqlib/framework/controls/edit.h"
-#include "dqlib/framework/windows/message_box.h"
-#include "tests/support/main_window.h"
-#include "tests/support/recording_observer.h"
-#include "tests/support/scripted_prompts.h"
-
-namespace dq {
+namespace dq::test {
 namespace {
 
 TEST(DialogTemplate, TextGivesControlsAndABrokenOneNamesItsLine) {
@@ -28,7 +20,7 @@ TEST(DialogTemplate, TextGivesControlsAndABrokenOneNamesItsLine) {
   EXPECT_TRUE(
       ReadDialogTemplate("size\t32767 0\nedit 65535 \"\" -32767 32767 0 32767 limit=0 dropdown\n"
                          "text -1\"\t\\t\\\\\"0 0 0 0 hidden disabled\n"));
-  const test::Rows<const char*, std::vector<std::string>> rows = {
+  const Rows<const char*, std::vector<std::string>> rows = {
       {"line 2: a second caption", {"caption \"\"\ncaption \"\""}},
       {"line 3: a second size", {"size 1 1\n\nsize 1 1"}},
       {"line 1: the dialog has no size", {"caption \"a\""}},
@@ -99,9 +91,9 @@ void PressMore(View& view) { view.Press(102); }
 void PressOk(View& view) { view.Press(IDOK); }
 
 /// A main window and prompts.
-struct Dialog : ::testing::Test {
-  testing::MainWindow main;
-  testing::ScriptedPrompts prompts;
+struct Dialog : testing::Test {
+  MainWindow main;
+  ScriptedPrompts prompts;
   GotoDlg dialog, inner;
 };
 
@@ -271,7 +263,7 @@ TEST_F(Dialog, MayBeDroppedByItsOwnHandlersWhichMayThrowWhileItIsClosed) {
 }
 
 TEST_F(Dialog, RunsTheMessageLoopUnderAWindowLayer) {
-  struct Layer : testing::RecordingObserver {
+  struct Layer : RecordingObserver {
     bool RunsDialogs() const override { return true; }
   } layer;
   for (GotoDlg* each : {&dialog, &inner}) {
@@ -304,7 +296,7 @@ TEST(MessageBox, ShowsATextOrTheStringOfAnIdWhichIsItsOwnHelpTopic) {
   module.AddString(50100, "100% done");
   const CDynLinkLibrary link(&module);
   CWinApp app("Boxes");
-  testing::ScriptedPrompts prompts = {BUTTON_NO};
+  ScriptedPrompts prompts = {BUTTON_NO};
   EXPECT_EQ(AfxMessageBox("Go on?", BOX_YES_NO | BOX_QUESTION, 77), BUTTON_NO);
   EXPECT_EQ(AfxMessageBox(static_cast<const char*>(nullptr)), BUTTON_OK);
   AfxMessageBox(50100, BOX_STOP);
@@ -312,7 +304,7 @@ TEST(MessageBox, ShowsATextOrTheStringOfAnIdWhichIsItsOwnHelpTopic) {
   AfxMessageBox(50101, BOX_OK, kNoHelp);
   AfxMessageBoxWithCaption("text", "caption", BOX_STOP);
   std::string shown;
-  for (const testing::ShownBox& box : prompts.shown) {
+  for (const ShownBox& box : prompts.shown) {
     shown += box.caption + "|" + box.text + "|" + std::to_string(box.type) + "|" +
              std::to_string(box.help_id) + "\n";
   }
@@ -322,4 +314,4 @@ TEST(MessageBox, ShowsATextOrTheStringOfAnIdWhichIsItsOwnHelpTopic) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

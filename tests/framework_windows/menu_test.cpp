@@ -1,15 +1,9 @@
 // Menus, tool bars and accelerators, and how they are brought up to date.
 
-#include "dqlib/framework/base/resource_chain.h"
-#include "dqlib/framework/base/resource_module.h"
-#include "dqlib/framework/controls/button.h"
-#include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/menu_model.h"
-#include "dqlib/framework/windows/tool_bar.h"
-#include "tests/support/main_window.h"
-#include "tests/support/recording_observer.h"
+#include "tests/support/windows.h"
 
-namespace dq {
+namespace dq::test {
 namespace {
 
 constexpr UINT kNone = 0xFFFFFFFF;
@@ -31,7 +25,7 @@ std::string Dump(const CMenu& menu) {
 }
 
 /// Of two commands and the menus "File" and "Recent".
-struct Menu : ::testing::Test {
+struct Menu : testing::Test {
   Menu() {
     menu.LoadMenuIndirect(
         "popup \"&File\"\n  item 10 \"&Open\\tCtrl+O\"\n"
@@ -52,7 +46,7 @@ TEST_F(Menu, TextGivesItemsAndABrokenOneNone) {
     EXPECT_EQ(error, levels == 32 ? "" : "line 33: popups are nested too deep");
   }
   EXPECT_TRUE(CMenu().LoadMenuIndirect("item 65535 \"\""));
-  const test::Rows<const char*, const char*> rows = {
+  const Rows<const char*, const char*> rows = {
       {"popup \"x\"\n", "line 1: a popup has no end"},
       {"item 1 \"\"\nend\n", "line 2: an end without its popup"},
       {"entry\n", "line 1: an unknown word begins the line"},
@@ -201,10 +195,10 @@ TEST(Updates, MayEndWhatCalledThem) {
 }
 
 TEST(AcceleratorTable, CombinationsHaveCommands) {
-  testing::MainWindow main;
+  MainWindow main;
   AcceleratorTable table;
   ASSERT_TRUE(table.Read("# keys\nctrl+shift+f 44412\nF24 65535\nALT+z 2\ncTrl+Shift+F 3\n9 7\n"));
-  const test::Rows<WORD, bool, bool, bool, WORD> rows = {
+  const Rows<WORD, bool, bool, bool, WORD> rows = {
       {'F', true, true, false, 44412}, {'F', true, false, false, 0},
       {'F', true, true, true, 0},      {0x87, false, false, false, 65535},
       {'Z', false, false, true, 2},    {'9', false, false, false, 7}};
@@ -234,7 +228,7 @@ TEST(ToolBar, ResourceGivesButtonsAndEveryChangeIsTold) {
   module.AddResource(RESOURCE_TOOLBAR, 6, data.substr(0, data.size() - 1));
   module.AddResource(RESOURCE_TOOLBAR, 7, "\x02" + data.substr(1));
   const CDynLinkLibrary link(&module);
-  testing::RecordingObserver observer;
+  RecordingObserver observer;
   Frame frame;
   CToolBar bar;
   ASSERT_TRUE(bar.Create(&frame, 1));
@@ -266,4 +260,4 @@ TEST(ToolBar, ResourceGivesButtonsAndEveryChangeIsTold) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

@@ -1,17 +1,11 @@
 // The application: its messages, timers and loop, worker threads, and its profile.
 
-#include "dqlib/framework/windows/win_app.h"
-
-#include "dqlib/framework/base/registry_key.h"
-#include "tests/support/main_window.h"
-#include "tests/support/manual_clock.h"
-#include "tests/support/memory_registry.h"
-#include "tests/support/own_service.h"
+#include "tests/support/doubles.h"
 #include "tests/support/own_settings.h"
-#include "tests/support/scripted_platform.h"
-#include "tests/support/scripted_prompts.h"
+#include "tests/support/registries.h"
+#include "tests/support/windows.h"
 
-namespace dq {
+namespace dq::test {
 namespace {
 
 /// A window that keeps what it is sent, as "message/first ", and answers by the test's handler.
@@ -155,9 +149,9 @@ TEST(Send, ExceptionOfAServedHandlerWaitsForTheAnswerToTheOwnSend) {
 }
 
 /// Time is moved by hand.
-struct MessageLoop : ::testing::Test {
-  testing::ManualClock clock{0xFFFFFFF0};  // it wraps meanwhile
-  const platform::ScopedPlatform scope{test::With(&platform::Platform::clock, &clock)};
+struct MessageLoop : testing::Test {
+  ManualClock clock{0xFFFFFFF0};  // it wraps meanwhile
+  const platform::ScopedPlatform scope{With(&platform::Platform::clock, &clock)};
   LoopWnd window;
   /// How many messages have come, and those of the window.
   std::string Pump() {
@@ -292,10 +286,8 @@ TEST(PumpUntil, WaitsForWhatOtherThreadsPostAndSend) {
   EXPECT_FALSE(PumpUntil([] { return false; }, 20)) << "the time is up";
 }
 
-using test::own_settings;
-
 TEST(WinApp, IsTheThreadsObjectWhileItLivesAndHasTheExecutablesBaseNameWithoutAnother) {
-  testing::ScriptedPlatform platform;
+  ScriptedPlatform platform;
   platform.modules.path = "/opt/v1.2/my tool.bin";
   EXPECT_EQ(AfxGetApp(), nullptr);
   {
@@ -318,7 +310,7 @@ TEST(WinApp, IsTheThreadsObjectWhileItLivesAndHasTheExecutablesBaseNameWithoutAn
 }
 
 TEST(WorkerThread, SendsToTheMainWindowOfTheThreadThatBeganItWhileThatJoins) {
-  testing::MainWindow main;
+  MainWindow main;
   const auto send = [](void* parameter) -> UINT {
     EXPECT_EQ(AfxGetMainWnd(), parameter);
     EXPECT_TRUE(AfxGetThread() != nullptr && AfxGetThread() != AfxGetApp());
@@ -345,7 +337,7 @@ TEST(WorkerThread, GoesOnByItselfWhenItIsDropped) {
 }
 
 /// The profile in the registry (true) or, without a registry key, in a profile file.
-struct Profile : ::testing::TestWithParam<bool> {
+struct Profile : testing::TestWithParam<bool> {
   Profile() {
     if (GetParam()) app.SetRegistryKey("Velmora");
     std::filesystem::create_directory(own_settings.directory / "velmora");
@@ -367,7 +359,7 @@ struct Profile : ::testing::TestWithParam<bool> {
   }
   CWinApp app{"tool"};
 };
-INSTANTIATE_TEST_SUITE_P(Stores, Profile, ::testing::Bool());
+INSTANTIATE_TEST_SUITE_P(Stores, Profile, testing::Bool());
 
 TEST_P(Profile, ValuesComeBackAndAbsentOnesGiveTheFallback) {
   EXPECT_EQ(app.GetProfileInt("s", "n", -7), static_cast<UINT>(-7));
@@ -416,7 +408,7 @@ TEST_P(Profile, HasTheFormsThatOtherReadersKnow) {
     EXPECT_TRUE(app.GetProfileInt("s", "m", 5) == 0 && app.GetProfileInt("s", "p", 5) == 9);
     EXPECT_EQ(app.GetProfileInt("s", "w", 5), 1U);
     EXPECT_EQ(Binary("s", "b") + Binary("s", "c") + Binary("s", "d"), "gonegonegone");
-    testing::ScriptedPrompts prompts;
+    ScriptedPrompts prompts;
     own_settings.directory.Put("velmora/tool.ini", "\xFF\xFE[");
     EXPECT_EQ(Text("s", "n") + Binary("s", "n"), "gonegone");
     EXPECT_EQ(prompts.shown.size(), 1u) << "that it can't be read is told once";
@@ -437,4 +429,4 @@ TEST_P(Profile, HasTheFormsThatOtherReadersKnow) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

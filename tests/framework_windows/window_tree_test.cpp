@@ -1,15 +1,8 @@
 // The tree of windows, what its observer is told, and the way of commands through it.
 
-#include "dqlib/framework/base/resource_chain.h"
-#include "dqlib/framework/base/resource_module.h"
-#include "dqlib/framework/windows/dialog.h"
-#include "dqlib/framework/windows/doc_view.h"
-#include "dqlib/framework/windows/frame_wnd.h"
-#include "dqlib/framework/windows/tool_bar.h"
-#include "dqlib/framework/windows/win_app.h"
-#include "tests/support/recording_observer.h"
+#include "tests/support/windows.h"
 
-namespace dq {
+namespace dq::test {
 namespace {
 
 /// A window that tells every message it gets as "id:message " and runs the test's handlers.
@@ -39,7 +32,7 @@ struct LogWnd : CWnd {
 };
 
 /// The windows 1, below it 2, 4 and 5, and 3 below 2.
-struct WindowTree : ::testing::Test {
+struct WindowTree : testing::Test {
   LogWnd top{nullptr, 1}, child{&top, 2}, inner{&child, 3}, second{&top, 4}, third{&top, 5};
 };
 
@@ -172,7 +165,7 @@ TEST_F(WindowTree, RectanglesFollowParentsAndFrames) {
 }
 
 TEST_F(WindowTree, FocusGoesToWhatIsEnabledAndLeavesWhatIsHidden) {
-  testing::RecordingObserver observer;
+  RecordingObserver observer;
   inner.SetFocus();
   EXPECT_EQ(second.SetFocus(), &inner);
   for (int twice = 0; twice < 2; ++twice) child.EnableWindow(false);
@@ -206,7 +199,7 @@ TEST_F(WindowTree, PlacementKeepsTheNormalRectangleAndWhatAMinimisedWindowWasBef
   // The show commands (1 normal, 2 minimised, 3 maximised, 4 normal and not active, 5 show,
   // 6 minimise, 7 minimised and not active, 8 show and not active, 9 restore), and the last state
   // as the placement has it: show command and flags.
-  const test::Rows<std::vector<int>, UINT, UINT> rows = {
+  const Rows<std::vector<int>, UINT, UINT> rows = {
       {{3}, 3, 0},          {{3, 9}, 1, 0},       {{3, 6}, 2, 2},    {{3, 6, 9}, 3, 2},
       {{3, 7, 2, 9}, 3, 2}, {{3, 6, 5}, 2, 2},    {{3, 6, 1}, 1, 0}, {{3, 6, 4}, 1, 0},
       {{3, 6, 9, 9}, 1, 0}, {{3, 9, 6, 9}, 1, 0}, {{6}, 2, 0},       {{6, 9}, 1, 0},
@@ -217,7 +210,7 @@ TEST_F(WindowTree, PlacementKeepsTheNormalRectangleAndWhatAMinimisedWindowWasBef
     window.MoveWindow(kNormal);
     for (const int command : commands) window.ShowWindow(command);
     ASSERT_TRUE(window.GetWindowPlacement(&placement));
-    EXPECT_THAT(std::pair(placement.showCmd, placement.flags), ::testing::Pair(show, flags));
+    EXPECT_THAT(std::pair(placement.showCmd, placement.flags), testing::Pair(show, flags));
     EXPECT_EQ(window.GetWindowRect(), show == 3 ? kFull : kNormal);
     EXPECT_EQ(placement.rcNormalPosition, kNormal);
     // Another window takes the placement over, and what it is restored to.
@@ -234,7 +227,7 @@ TEST_F(WindowTree, PlacementKeepsTheNormalRectangleAndWhatAMinimisedWindowWasBef
 TEST_F(WindowTree, TellsItsObserverOfEveryChangeInTheOrderOfTheChanges) {
   CWnd other;
   CMenu menu;
-  testing::RecordingObserver observer;
+  RecordingObserver observer;
   other.CreateWnd({.class_name = "Test", .id = 9});
   other.DestroyWindow();
   other.SubclassDlgItem(5, &top);
@@ -441,7 +434,7 @@ TEST(Commands, ChildFramesAreActiveOneAtATime) {
   } children[3];
   for (const int i : {0, 1, 2}) children[i].Create("", std::to_string(i).c_str(), {}, &frame);
   EXPECT_EQ(std::exchange(LogWnd::log, {}), "none>0 0>1 0>1 1>2 1>2 ");
-  testing::RecordingObserver observer;
+  RecordingObserver observer;
   frame.MDINext();
   for (int twice = 0; twice < 2; ++twice) children[1].MDIActivate();
   EXPECT_EQ(observer.Take(), "0 active 0 active ");
@@ -458,4 +451,4 @@ TEST(Commands, ChildFramesAreActiveOneAtATime) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

@@ -1,16 +1,14 @@
-#include "dqlib/output/console_program.h"
 
 #include "dqlib/output/line_cutter.h"
+#include "tests/support/doubles.h"
 #include "tests/support/forked_process.h"
-#include "tests/support/own_service.h"
 #include "tests/support/temp_directory.h"
 
-namespace dq {
+namespace dq::test {
 namespace {
 
 using platform::Error, platform::Pipe, platform::Result, platform::StartedProcess;
-using test::Rows;
-using ::testing::ElementsAre;
+using testing::ElementsAre;
 using Text = const char*;
 
 using Report = std::pair<int, std::string>;
@@ -49,15 +47,15 @@ struct FailingProcesses : platform::Processes {
 };
 
 /// Every test ends with what it began with: no pipe, no process.
-class ConsoleProgramTest : public ::testing::Test {
+class ConsoleProgramTest : public testing::Test {
  protected:
   ConsoleProgramTest() {
     g_on_report = nullptr;
     program_.SetCallback(Record);
   }
   ~ConsoleProgramTest() override {
-    EXPECT_TRUE(test::Eventually([] { return test::Children().empty(); })) << test::Children();
-    EXPECT_EQ(test::OpenDescriptors(), descriptors_);
+    EXPECT_TRUE(Eventually([] { return Children().empty(); })) << Children();
+    EXPECT_EQ(OpenDescriptors(), descriptors_);
     program_.CancelProgram();  // none runs
   }
 
@@ -79,12 +77,12 @@ class ConsoleProgramTest : public ::testing::Test {
   }
   Lines ScriptOutput(std::string_view text) { return Output("sh", files_.Put("script", text)); }
 
-  const std::ptrdiff_t descriptors_ = test::OpenDescriptors();
+  const std::ptrdiff_t descriptors_ = OpenDescriptors();
   FailingProcesses processes_;
-  const platform::ScopedPlatform scope_{test::With(&platform::Platform::processes, &processes_)};
+  const platform::ScopedPlatform scope_{With(&platform::Platform::processes, &processes_)};
   CDQConsoleProgram program_;
   CString last_;
-  test::TempDirectory files_;
+  TempDirectory files_;
 };
 
 TEST_F(ConsoleProgramTest, MasksPasswordsInTheCommandLineItReports) {
@@ -138,7 +136,7 @@ TEST_F(ConsoleProgramTest, ReportsLinesAndKeepsTheLastOne) {
 TEST_F(ConsoleProgramTest, GivesTheChildADirectoryAndNothingToRead) {
   program_.SetCurrentDirectory("/usr");
   EXPECT_THAT(ScriptOutput("pwd -P; cat && echo read; echo error >&2"),
-              ElementsAre("/usr", ::testing::StartsWith("cat: "), "error"));
+              ElementsAre("/usr", testing::StartsWith("cat: "), "error"));
 }
 
 TEST_F(ConsoleProgramTest, HoweverAProgramEndsItRan) {
@@ -198,7 +196,7 @@ TEST_F(ConsoleProgramTest, ACancelEndsARunWhoeverHoldsThePipe) {
       if (report.second != "ready") return;
       canceller = std::thread([copy = program_]() mutable { copy.CancelProgram(); });
     };
-    EXPECT_THAT(ScriptOutput(script).back(), ::testing::StartsWith(last));
+    EXPECT_THAT(ScriptOutput(script).back(), testing::StartsWith(last));
     ASSERT_TRUE(canceller.joinable());
     canceller.join();
     EXPECT_EQ(program_.GetExitCode(), code) << script;
@@ -246,10 +244,10 @@ TEST(LineCutter, CutsAllShortOutputsAlikeHoweverTheyArrive) {
     for (const bool trim_left : {true, false}) {
       const std::string cut = Cut(output, 255, trim_left);
       ASSERT_TRUE(Cut(output, 1, trim_left) == cut && Cut(output, 2, trim_left) == cut)
-          << ::testing::PrintToString(output);
+          << testing::PrintToString(output);
     }
   }
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

@@ -1,27 +1,16 @@
-#include "dqlib/output/log.h"
 
 #include <semaphore>
 
-#include "dqlib/core/dq_string.h"
-#include "dqlib/core/ini_file.h"
-#include "dqlib/core/system_info.h"
-#include "dqlib/resources/string_ids.h"
+#include "tests/support/doubles.h"
 #include "tests/support/forked_process.h"
-#include "tests/support/manual_clock.h"
-#include "tests/support/scripted_locale.h"
-#include "tests/support/scripted_prompts.h"
 #include "tests/support/temp_directory.h"
 
-namespace dq {
+namespace dq::test {
 namespace {
-
-using test::Rows;
-using testing::ScriptedPrompts;
-using testing::ShownBox;
 
 constexpr char kTime[] = "2/3/2001 04:05:06.007";
 
-class LogTest : public ::testing::Test {
+class LogTest : public testing::Test {
  protected:
   LogTest() {
     locale_.items[LOCALE_SSHORTDATE] = "M/d/yyyy";
@@ -47,17 +36,17 @@ class LogTest : public ::testing::Test {
     log.WaitForWarning();
   }
 
-  const test::TempDirectory directory_;
+  const TempDirectory directory_;
   const std::string path_ = directory_ / "x.log";
-  testing::ManualClock clock_;
-  test::ScriptedLocale locale_;
+  ManualClock clock_;
+  ScriptedLocale locale_;
   /// One at a time, on any thread.
   ScriptedPrompts prompts_{BUTTON_OK, BUTTON_CANCEL, BUTTON_OK, BUTTON_CANCEL};
   std::atomic<int> shown_ = 0;
 
  private:
   std::counting_semaphore<> answers_{0};
-  const platform::ScopedPlatform time_{test::With(&platform::Platform::clock, &clock_)};
+  const platform::ScopedPlatform time_{With(&platform::Platform::clock, &clock_)};
 };
 
 TEST_F(LogTest, WritesOneStampedLineAnEntryBehindWhatIsThere) {
@@ -101,7 +90,7 @@ TEST_F(LogTest, WithoutAFileEveryCallDoesNothing) {
   EXPECT_TRUE(prompts.shown.empty());
   CDQLog on_directory(directory_.path().c_str(), 1, true);
   EXPECT_THAT(prompts.shown,
-              ::testing::ElementsAre(ShownBox{"Unable to open Log file for writing", BOX_OK, 0}));
+              testing::ElementsAre(ShownBox{"Unable to open Log file for writing", BOX_OK, 0}));
   EXPECT_EQ(prompts.shown[0].caption, "Log");
   for (CDQLog* const log : {&unnamed, &unused, &on_directory}) {
     EXPECT_FALSE(log->HasFile());
@@ -128,7 +117,7 @@ TEST_F(LogTest, WarnsWhenTheFileIsLargerThanItsLimitWhoeverWroteIt) {
     }
   }
   const ShownBox box{"Log file length has exceeded the maximum limit", BOX_OK_CANCEL};
-  EXPECT_THAT(prompts_.shown, ::testing::ElementsAre(box, box));
+  EXPECT_THAT(prompts_.shown, testing::ElementsAre(box, box));
   EXPECT_EQ(prompts_.shown[0].caption, "Log- Warning");
 }
 
@@ -163,8 +152,8 @@ TEST_F(LogTest, OneWarningStandsWhileTheLogGoesOn) {
 TEST_F(LogTest, TellsOfAFullDiskAndStaysWithAFileThatIsRotatedAwayOrRemoved) {
   CDQLog full("/dev/full", 1, true), log(path_.c_str(), 1, true);
   EXPECT_THAT([&] { full.LogMessage("lost"); },
-              ::testing::Throws<CFileException>(
-                  ::testing::Field(&CFileException::m_cause, int{CFileException::diskFull})));
+              testing::Throws<CFileException>(
+                  testing::Field(&CFileException::m_cause, int{CFileException::diskFull})));
   std::filesystem::rename(path_, directory_ / "x.log.1");
   log.LogMessage("kept");
   EXPECT_EQ(directory_.Get("x.log.1"), Line("kept"));
@@ -200,7 +189,7 @@ TEST_F(LogTest, ServesTheDestructorsThatRunLast) {
     use("early");
     std::exit(of_process.work && of_thread.work ? 0 : 1);
   };
-  EXPECT_EXIT(run(), ::testing::ExitedWithCode(0), "");
+  EXPECT_EXIT(run(), testing::ExitedWithCode(0), "");
   std::string expected;
   for (const std::string who : {"early", "worker", "early", "main thread", "process"}) {
     expected += Line(who + " on 03/02/2001 by the calendar " + value);
@@ -214,13 +203,13 @@ TEST_F(LogTest, WritersLoseNoEntry) {
     for (int i = 0; i < 300; ++i) with.LogMessage(text);
   };
   auto shared = log();
-  test::ForkedProcess logging([&] { fill(*log(), "one"); });
+  ForkedProcess logging([&] { fill(*log(), "one"); });
   std::thread other([&] { fill(*shared, "two"); });
   fill(*shared, "three");
   other.join();
   EXPECT_TRUE(logging.EndsWell());
   shared.reset();
-  EXPECT_TRUE(test::AllEndWell(2, [&](int i) {
+  EXPECT_TRUE(AllEndWell(2, [&](int i) {
     const char* const text = i == 0 ? "four" : "five";
     for (int done = 0; done < 300;) done += DQLIB_WriteLogFile(path_.c_str(), text, 0) == 1;
   }));
@@ -256,4 +245,4 @@ TEST_F(LogTest, WriteLogFileStartsOverAtItsLimitOrSaysMinusOne) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

@@ -1,10 +1,10 @@
 // Files, profiles and the registry when calls of the system fail, and when there is no memory.
 
 #include "dqlib/platform/posix/system_services.h"
+#include "tests/support/doubles.h"
 #include "tests/support/failing_memory.h"
 #include "tests/support/failing_system_calls.h"
-#include "tests/support/registry_user.h"
-#include "tests/support/scripted_prompts.h"
+#include "tests/support/registries.h"
 
 namespace dq::platform::posix {
 namespace {
@@ -81,8 +81,7 @@ TEST(Failures, ChangesOfFilesAreDoneOrNotWhateverFails) {
     for (const int error : {EIO, EACCES, EINTR, ENOMEM}) {
       bool failed = true;
       for (int number = 1; failed; ++number) {
-        SCOPED_TRACE(::testing::Message()
-                     << &row - rows << ", error " << error << " at " << number);
+        SCOPED_TRACE(testing::Message() << &row - rows << ", error " << error << " at " << number);
         for (const std::string& path : {a, b, made}) fs::remove_all(path);
         dir.Put("a", "a");
         fs::create_directory(sub);
@@ -119,7 +118,7 @@ struct TearingSystemCalls : test::FailingSystemCalls {
 };
 
 TEST(Failures, ChangesOfTheRegistryAreDoneOrNotWhateverFails) {
-  testing::ScriptedPrompts prompts;
+  test::ScriptedPrompts prompts;
   const std::string large(9'000, 'n');
   const std::string old = "k: v=old k\\sub: ";
   using Run = std::function<Error(User&, HKEY)>;
@@ -147,7 +146,7 @@ TEST(Failures, ChangesOfTheRegistryAreDoneOrNotWhateverFails) {
     for (const int error : {EIO, EACCES, ENOMEM}) {
       int number = 0;
       for (bool failed = true; failed;) {
-        SCOPED_TRACE(::testing::Message() << what << ", error " << error << " at " << ++number);
+        SCOPED_TRACE(testing::Message() << what << ", error " << error << " at " << ++number);
         TearingSystemCalls calls;
         const TempDirectory directory;
         fs::copy(prepared.path(), directory.path());

@@ -1,9 +1,7 @@
-#include "dqlib/platform/files.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
 
-#include "dqlib/platform/paths.h"
 #include "dqlib/platform/posix/mount_table.h"
 #include "dqlib/platform/posix/system_services.h"
 #include "tests/support/forked_process.h"

@@ -4,7 +4,7 @@
 
 #include "dqlib/platform/date_text.h"
 #include "dqlib/platform/posix/date_pictures.h"
-#include "tests/support/scripted_locale.h"
+#include "tests/support/doubles.h"
 #include "tests/support/system_locale.h"
 
 /// Where `LOCPATH` is set, the C library's `newlocale` never frees its copy of it.

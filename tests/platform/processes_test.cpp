@@ -7,8 +7,6 @@
 #include <sys/resource.h>
 #include <termios.h>
 
-#include "dqlib/platform/dialog_script.h"
-#include "dqlib/platform/platform.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/temp_directory.h"
 
@@ -18,7 +16,7 @@ namespace {
 using test::Rows;
 
 /// Every test ends with what it began with: no child, no zombie, no descriptor more.
-struct ProcessesTest : ::testing::Test {
+struct ProcessesTest : testing::Test {
   void TearDown() override {
     for (const HANDLE handle : handles_) processes_.Close(handle);
     EXPECT_TRUE(test::Eventually([] { return test::Children().empty(); })) << test::Children();

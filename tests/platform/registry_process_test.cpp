@@ -3,19 +3,19 @@
 #include <future>
 #include <unistd.h>
 
+#include "tests/support/doubles.h"
 #include "tests/support/failing_system_calls.h"
 #include "tests/support/forked_process.h"
-#include "tests/support/registry_user.h"
-#include "tests/support/scripted_prompts.h"
+#include "tests/support/registries.h"
 
 namespace dq::platform::posix {
 namespace {
 
 namespace fs = std::filesystem;
 
-using dq::testing::ScriptedPrompts;
 using test::Eventually;
 using test::RegistryUser;
+using test::ScriptedPrompts;
 using TempDirectory = test::MemoryDirectory;
 
 /// Keys, and sizes of their values.

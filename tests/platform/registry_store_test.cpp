@@ -6,10 +6,10 @@
 #include <fcntl.h>
 
 #include "dqlib/platform/posix/system_services.h"
+#include "tests/support/doubles.h"
 #include "tests/support/failing_system_calls.h"
 #include "tests/support/forked_process.h"
-#include "tests/support/registry_user.h"
-#include "tests/support/scripted_prompts.h"
+#include "tests/support/registries.h"
 
 namespace dq::platform::posix {
 namespace {
@@ -31,7 +31,7 @@ constexpr const char* kUnited =
     "settings of both are kept; where they differ, those of the new files hold.\n\nThe former "
     "settings have been kept as D/hkcu.reg.former.~";
 
-struct RegistryStoreTest : ::testing::Test {
+struct RegistryStoreTest : testing::Test {
   /// What the person was told of files in a directory, D, since the last question.
   std::string Told(const TempDirectory& directory) {
     std::string told;
@@ -49,7 +49,7 @@ struct RegistryStoreTest : ::testing::Test {
   const TempDirectory directory_;
   test::FailingSystemCalls calls_;
   User user_{directory_.path(), calls_};
-  dq::testing::ScriptedPrompts prompts_;
+  test::ScriptedPrompts prompts_;
 };
 
 TEST_F(RegistryStoreTest, AFileThatIsCutOffIsReadUpToItsLastChange) {
@@ -252,7 +252,7 @@ TEST_F(RegistryStoreTest, FilesThatAreDamagedOrOfDifferentTimesAreToldKeptAndNot
            {2, 4, "sed -i s/REG/ReG/ hkcu.journal", bad_journal, all},
            {2, 4, "sed -i s/two/tvo/ hkcu.journal", bad_journal, one_three},
            {2, 4, "sed -i s/three/tiree/ hkcu.journal", bad_journal, one_two}}) {
-    SCOPED_TRACE(::testing::Message() << snapshot << ' ' << latest << ' ' << strike);
+    SCOPED_TRACE(testing::Message() << snapshot << ' ' << latest << ' ' << strike);
     const TempDirectory directory;
     directory.Put("hkcu.reg", directory_.Get(std::to_string(snapshot) + ".reg"));
     directory.Put("hkcu.journal", directory_.Get(std::to_string(latest) + ".journal"));
@@ -284,7 +284,7 @@ TEST_F(RegistryStoreTest, WhatIsNoStoreOrCannotBeReadIsAnErrorAtOnceAndNeverTold
                                            {":", EACCES, kAccessDenied},
                                            {":", ENOTDIR, kOther},
                                            {":", EMFILE, kNoSpace}}) {
-      SCOPED_TRACE(::testing::Message() << file << ' ' << strike << ' ' << number);
+      SCOPED_TRACE(testing::Message() << file << ' ' << strike << ' ' << number);
       const TempDirectory directory;
       test::FailingSystemCalls calls;
       User user(directory.path(), calls);

@@ -4,9 +4,9 @@
 #include "dqlib/platform/posix/registry_journal.h"
 #include "dqlib/platform/posix/registry_snapshot.h"
 #include "dqlib/platform/registry_text.h"
+#include "tests/support/doubles.h"
 #include "tests/support/forked_process.h"
-#include "tests/support/registry_user.h"
-#include "tests/support/scripted_prompts.h"
+#include "tests/support/registries.h"
 
 namespace dq::platform::posix {
 namespace {
@@ -20,7 +20,7 @@ using namespace std::string_literals;
 /// The most bytes that a value has.
 constexpr std::size_t kLargest = std::size_t{64} << 20;
 
-struct RegistryTest : ::testing::Test {
+struct RegistryTest : testing::Test {
   HKEY Make(std::string_view path) { return registry_.CreateKey(kCurrentUser, path).value; }
 
   test::TempDirectory directory_;
@@ -62,7 +62,7 @@ TEST_F(RegistryTest, ValuesOfEveryTypeAndSizeComeBackAndStay) {
   // From the journal, and then from the snapshot.
   EXPECT_EQ(Dump(*std::make_unique<FileRegistry>(files_)), expected);
   EXPECT_TRUE(registry_.Leave().ok() && other_.Leave().ok());
-  testing::ScriptedPrompts prompts;
+  test::ScriptedPrompts prompts;
   EXPECT_EQ(Dump(*std::make_unique<FileRegistry>(files_)), expected);
   EXPECT_TRUE(prompts.shown.empty());
 }
@@ -94,7 +94,7 @@ TEST_F(RegistryTest, PathsAndNamesAgainstTheRulesAreRefused) {
   EXPECT_TRUE(registry_.CreateKey(deep, std::string(253, 'e')).ok()) << "16383 in all";
   errors.insert(errors.end(),
                 {below.error, registry_.CreateKey(deep, std::string(254, 'f')).error});
-  EXPECT_THAT(errors, ::testing::Each(::testing::Field(&Error::kind, ErrorKind::kInvalidArgument)));
+  EXPECT_THAT(errors, testing::Each(testing::Field(&Error::kind, ErrorKind::kInvalidArgument)));
   EXPECT_EQ(Dump(other_).size(), 66u);
 }
 
@@ -465,7 +465,7 @@ TEST(RegistryTree, WhatIsMissingIsAddedAndWhatDiffersIsCounted) {
   EXPECT_EQ(tree->AddMissing(*other), 5u) << "two keys, their value, and two that differ";
   EXPECT_EQ(tree->AddMissing(*other), 2u);
   EXPECT_THAT(TextOf(*tree),
-              ::testing::HasSubstr(same + "\"type\"=hex:78\r\n\"data\"=hex:78\r\n" + added));
+              testing::HasSubstr(same + "\"type\"=hex:78\r\n\"data\"=hex:78\r\n" + added));
 }
 
 }  // namespace

@@ -1,9 +1,8 @@
-#include "dqlib/resources/string_table.h"
 
 #include "dqlib/platform/checksum.h"
 #include "tests/support/testing.h"
 
-namespace dq {
+namespace dq::test {
 namespace {
 
 TEST(LibraryResources, TextsAndDialogsAreAsTheyAlwaysWere) {
@@ -21,4 +20,4 @@ TEST(LibraryResources, TextsAndDialogsAreAsTheyAlwaysWere) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

@@ -1,25 +1,18 @@
-#include "dqlib/framework/base/drawing.h"
-#include "dqlib/framework/base/trace.h"
-#include "dqlib/framework/windows/win_app.h"
 #include "siblings/options/option_data_array.h"
 #include "siblings/options/options_file.h"
 #include "siblings/options/options_server.h"
 #include "siblings/options/template_engine.h"
+#include "tests/support/doubles.h"
 #include "tests/support/forked_process.h"
-#include "tests/support/memory_registry.h"
-#include "tests/support/own_service.h"
 #include "tests/support/own_settings.h"
-#include "tests/support/scripted_platform.h"
-#include "tests/support/scripted_prompts.h"
-#include "tests/support/testing.h"
+#include "tests/support/registries.h"
 
-namespace dq {
+namespace dq::test {
 namespace {
 
-using test::Rows;
 using namespace std::string_literals;
 
-class TemplateEngine : public ::testing::Test {
+class TemplateEngine : public testing::Test {
  protected:
   TemplateEngine() {
     engine.SetReportSink([this](const CString& message) { reports += (message + "\n").View(); });
@@ -185,7 +178,7 @@ constexpr char kOptions[] =
     R"(option 16 string shared;label "l";machine "Software\\M" "Dir";default "none")";
 
 /// A server that reads options files of a directory of its own and keeps values in memory.
-class OptionsServer : public ::testing::Test {
+class OptionsServer : public testing::Test {
  protected:
   OptionsServer() {
     app.SetRegistryKey("Velmora");
@@ -211,19 +204,19 @@ class OptionsServer : public ::testing::Test {
   /// The values in the registry: "id=type:data ...".
   std::string Kept() {
     std::string kept;
-    const auto values = test::Dump(registry)[kSection];
+    const auto values = Dump(registry)[kSection];
     for (const auto& [name, value] : values) {
       kept += name + "=" + std::to_string(value.first) + ":" + value.second + " ";
     }
     return kept;
   }
-  std::string Ids() { return ::testing::PrintToString(server.GetOptionIDs()); }
+  std::string Ids() { return testing::PrintToString(server.GetOptionIDs()); }
   static constexpr char kSection[] = "Software\\Velmora\\My Tool\\Options";
 
   CWinApp app{"My Tool"};
-  test::TempDirectory directory;
-  test::MemoryRegistry registry;
-  platform::ScopedPlatform scope{test::With(&platform::Platform::registry, &registry)};
+  TempDirectory directory;
+  MemoryRegistry registry;
+  platform::ScopedPlatform scope{With(&platform::Platform::registry, &registry)};
   std::string traced;
   TraceSink former = SetTraceSink([this](std::string_view text) { traced += text; });
   CDQOptionsServer server;
@@ -301,8 +294,8 @@ TEST_F(OptionsServer, GivesEachPlatformItsOwnValue) {
 }
 
 TEST_F(OptionsServer, TellsOnceThatAValueCannotBeReadAndAsksAgain) {
-  testing::ScriptedPrompts prompts;
-  const testing::ShownBox told{
+  ScriptedPrompts prompts;
+  const ShownBox told{
       "Settings could not be read. Until they can, their defaults hold.\n"
       "Cause: in use by another program.",
       BOX_EXCLAMATION};
@@ -384,9 +377,9 @@ TEST_F(OptionsServer, ChangesNothingForAFileItCannotTake) {
 }
 
 TEST_F(OptionsServer, FindsAndMakesAppDirectories) {
-  const test::ScopedVariable home("XDG_DATA_HOME", directory / "data");
-  const test::ScopedVariable config("XDG_CONFIG_HOME", directory / "data");
-  testing::ScriptedPrompts prompts;
+  const ScopedVariable home("XDG_DATA_HOME", directory / "data");
+  const ScopedVariable config("XDG_CONFIG_HOME", directory / "data");
+  ScriptedPrompts prompts;
   const std::string fallback = directory / "data/Velmora/MyTool/CFG/";
   for (const bool create : {false, true}) {
     EXPECT_EQ(server.GetAppDirectory(14, "CFG", "Label", create), fallback.c_str());
@@ -445,7 +438,7 @@ TEST_F(OptionsServer, HasTheShippedOptions) {
   EXPECT_TRUE(shipped.ResolveVariableString("$$template_root$$").View().ends_with("/templates"));
 
   // An installed program has them beside its own directory.
-  testing::ScriptedPlatform platform;
+  ScriptedPlatform platform;
   platform.modules.path = directory / "bin/tool";
   std::filesystem::create_directories(directory / "bin");
   std::filesystem::create_directories(directory / "share/dqlib/options");
@@ -458,7 +451,7 @@ TEST(OptionReading, ANumberIsNeverOlderThanTheLastChangeOfAnyProcess) {
   CDQOptionsServer& server = *CDQOptionsServer::GetObject();
   for (const bool value : {true, false, true}) {
     EXPECT_TRUE(server.SetBool(50270, value) && server.GetBool(50270) == value);
-    test::ForkedProcess other([&] {
+    ForkedProcess other([&] {
       if (!server.SetBool(50270, !value) || server.GetBool(50270) == value) std::_Exit(1);
     });
     ASSERT_TRUE(other.EndsWell());
@@ -470,4 +463,4 @@ TEST(OptionReading, ANumberIsNeverOlderThanTheLastChangeOfAnyProcess) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

@@ -2,7 +2,7 @@
 
 #include "tests/support/testing.h"
 
-namespace dq {
+namespace dq::test {
 namespace {
 
 TEST(Pictures, CanAllBeToldApart) {
@@ -64,4 +64,4 @@ TEST(Pictures, ShowTheirNumbersBelowAnEmblem) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

@@ -24,7 +24,7 @@ class ForkedProcess {
   explicit ForkedProcess(Work work) : id_(::fork()) {
     if (id_ != 0) return;
     work();
-    ::_exit(::testing::Test::HasFailure() ? 1 : 0);
+    ::_exit(testing::Test::HasFailure() ? 1 : 0);
   }
   ForkedProcess(const ForkedProcess&) = delete;
   ForkedProcess& operator=(const ForkedProcess&) = delete;

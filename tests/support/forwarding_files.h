@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "dqlib/platform/platform.h"
+#include "tests/support/testing.h"
 
 namespace dq::test {
 

@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include "dqlib/platform/platform.h"
 #include "tests/support/temp_directory.h"
 
 namespace dq::test {

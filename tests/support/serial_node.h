@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "dqlib/framework/base/archive.h"
+#include "dqlib/dqlib.h"
 
 namespace dq::test {
 

@@ -3,8 +3,7 @@
 #pragma once
 
 #include "dqlib/platform/posix/system_services.h"
-#include "tests/support/manual_clock.h"
-#include "tests/support/own_service.h"
+#include "tests/support/doubles.h"
 #include "tests/support/temp_directory.h"
 
 namespace dq::test {
@@ -47,7 +46,7 @@ class SystemLocale {
   }
 
  private:
-  testing::ManualClock clock_;
+  ManualClock clock_;
   const platform::ScopedPlatform time_{With(&platform::Platform::clock, &clock_)};
   std::unique_ptr<platform::Locale> locale_;
   std::optional<platform::ScopedPlatform> scope_;

@@ -1,25 +1,17 @@
-#include "dqlib/framework/base/resource_chain.h"
-#include "dqlib/framework/base/resource_module.h"
-#include "dqlib/framework/controls/dialog_exchange.h"
-#include "dqlib/resources/library.h"
-#include "dqlib/toolkit/combo_box.h"
-#include "dqlib/toolkit/library_options_dialog.h"
-#include "dqlib/toolkit/option_lists.h"
-#include "dqlib/toolkit/tool_tip_combo_box.h"
 #include "tests/framework_controls/control_dialog.h"
-#include "tests/support/main_window.h"
-#include "tests/support/memory_registry.h"
-#include "tests/support/scripted_prompts.h"
+#include "tests/support/doubles.h"
+#include "tests/support/registries.h"
 #include "tests/support/temp_directory.h"
+#include "tests/support/windows.h"
 
-namespace dq {
+namespace dq::test {
 namespace {
 
 using View = platform::DialogView;
 
 /// A module of the test's, current and in the chain for the test: dialog 3000 with tabs, 3001 to
 /// 3003 as pages.
-struct Dialogs : ::testing::Test {
+struct Dialogs : testing::Test {
   Dialogs() {
     module.AddResource(
         RESOURCE_DIALOG, 3000,
@@ -35,8 +27,8 @@ struct Dialogs : ::testing::Test {
 
   ResourceModule module;
   CDynLinkLibrary link{&module};
-  testing::MainWindow main;
-  testing::ScriptedPrompts prompts;
+  MainWindow main;
+  ScriptedPrompts prompts;
 };
 
 /// Has a number.
@@ -160,16 +152,16 @@ TEST_F(Dialogs, NamedModuleIsSearchedFirstAndForOneRun) {
 }
 
 TEST_F(Dialogs, RowsOfAComboBoxHaveTheirTipsAndTheRoomTheyNeed) {
-  testing::ControlDialog dialog;
+  ControlDialog dialog;
   CToolTipComboBox combo;
   combo.AddString("own", "tip");
-  ASSERT_TRUE(combo.SubclassDlgItem(testing::ControlDialog::kCombo, &dialog));
+  ASSERT_TRUE(combo.SubclassDlgItem(ControlDialog::kCombo, &dialog));
   EXPECT_EQ(combo.InsertString(1, "new", "its own"), 1);
   std::string rows;
   for (int at = -1; at < 5; ++at) rows += combo.GetLBText(at) + "=" + combo.GetItemTip(at) + " ";
   EXPECT_EQ(rows, "= One= new=its own Two= Three= = ") << "those that were there have none";
   CDQAutoDropWidthCombo wide;
-  ASSERT_TRUE(wide.SubclassDlgItem(testing::ControlDialog::kDropList, &dialog));
+  ASSERT_TRUE(wide.SubclassDlgItem(ControlDialog::kDropList, &dialog));
   EXPECT_TRUE(wide.AddItem("eleven more", 7) == 3 && wide.GetItemData(3) == 7);
   wide.AddItem("ten do too", 8);
   EXPECT_EQ(wide.GetDroppedWidth(), 101);
@@ -195,9 +187,9 @@ struct Options : Dialogs {
     EXPECT_TRUE(server.AddOptions("own.dqo", 1, 100, true, false));
   }
   ~Options() override { server.RemoveOptions("own.dqo", 1, 100); }
-  test::MemoryRegistry registry;
-  const platform::ScopedPlatform scope{test::With(&platform::Platform::registry, &registry)};
-  test::TempDirectory directory;
+  MemoryRegistry registry;
+  const platform::ScopedPlatform scope{With(&platform::Platform::registry, &registry)};
+  TempDirectory directory;
   CDQOptionsServer& server = *CDQOptionsServer::GetObject();
 };
 
@@ -274,4 +266,4 @@ TEST_F(Options, DialogShowsThemOnPagesAndOpensWithTheLastOne) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

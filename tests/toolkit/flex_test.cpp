@@ -1,15 +1,8 @@
 // Windows and dialogs that stretch with their controls.
 
-#include "dqlib/framework/windows/registered_message.h"
-#include "dqlib/toolkit/flex_dialog.h"
-#include "dqlib/toolkit/flex_form_view.h"
-#include "dqlib/toolkit/flex_mdi_child_wnd.h"
-#include "dqlib/toolkit/flex_property_page.h"
-#include "dqlib/toolkit/flex_property_sheet.h"
-#include "tests/support/scripted_platform.h"
-#include "tests/support/scripted_prompts.h"
+#include "tests/support/doubles.h"
 
-namespace dq {
+namespace dq::test {
 namespace {
 
 using View = platform::DialogView;
@@ -19,7 +12,7 @@ TEST(FlexPlace, EachEdgeMovesByItsOwnTruncatedShareOfTheGrowthWhichIsNeverNegati
   constexpr LONG kMax = std::numeric_limits<LONG>::max();
   constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
   // 0.7 times 10 would be 7 in single precision.
-  const test::Rows<float, float, LONG, LONG, LONG> rows = {
+  const Rows<float, float, LONG, LONG, LONG> rows = {
       {0, 1, 10, 7, 19},           {0.5, 0.5, 10, 12, 14}, {-0.5, 2, 3, 6, 15},
       {0.7f, 0.3f, 10, 13, 12},    {kNan, kNan, 10, 7, 9}, {1e30f, 1, kMax, kMax, kMax},
       {-1e30f, 1, 1, 7 - kMax, 10}};
@@ -107,7 +100,7 @@ TEST(FlexConstraintList, ControlsAndTheirChildrenAreErasedAndMinimisedHostsLeftA
 }
 
 TEST(FlexConstraintList, ComboBoxesTakeTheirListsAlongOnOldPlatforms) {
-  testing::ScriptedPlatform platform;
+  ScriptedPlatform platform;
   for (const DWORD major : {3u, 4u}) {
     platform.facts.version = platform::SystemVersion{.major = major};
     Host host({1, 2});
@@ -150,7 +143,7 @@ struct Dialog : CNSFlexDialog {
 };
 
 TEST(FlexDialog, AppliesToItsSubjectWhenTheControlsAgree) {
-  testing::ScriptedPrompts prompts;
+  ScriptedPrompts prompts;
   Dialog dialog;
   int subject = 0;
   dialog.SetSubject(&subject);
@@ -224,7 +217,7 @@ TEST(FlexPropertySheet, APageTakesItsValuesWhenTheyAreApplied) {
 }
 
 TEST(FlexPropertySheet, AsksItsPagesInOrderAndStaysAtTheFirstThatRefuses) {
-  testing::ScriptedPrompts prompts;
+  ScriptedPrompts prompts;
   std::string& log = Page::log;
   Page a("a"), b("b"), c("c");
   struct Sheet : CNSFlexPropertySheet {
@@ -279,9 +272,9 @@ TEST(FlexPropertySheet, AsksItsPagesInOrderAndStaysAtTheFirstThatRefuses) {
 }
 
 TEST(FlexPropertySheet, PagesMayDropThemselvesAndCountAsModifiedUntilThen) {
-  testing::ScriptedPrompts prompts;
+  ScriptedPrompts prompts;
   // What the second of three pages goes at and refuses, the button, and who is told what.
-  const test::Rows<std::string, const char*, int, const char*> rows = {
+  const Rows<std::string, const char*, int, const char*> rows = {
       {"! ", "", IDOK, "c- a! b! c! "},
       {"! ", "! ", IDOK, "c- a! b! ax cx "},
       {"x ", "", IDCANCEL, "ax bx cx "},
@@ -337,4 +330,4 @@ TEST(FlexPropertySheetView, ShowsADocumentOnItsPages) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

@@ -1,11 +1,8 @@
 // What is kept of windows: where they lie, in the profile, and those of a workspace, in a stream.
 
-#include "dqlib/framework/windows/win_app.h"
-#include "dqlib/workspace/window_info.h"
-#include "dqlib/workspace/window_state.h"
 #include "tests/support/own_settings.h"
 
-namespace dq {
+namespace dq::test {
 namespace {
 
 using namespace std::string_literals;
@@ -18,7 +15,7 @@ struct Window : CWnd {
   Window() { CreateWnd({.class_name = "Main", .place = kPlace}); }
 };
 
-struct WindowState : ::testing::Test {
+struct WindowState : testing::Test {
   void Put(const char* section, const std::map<std::string, int>& values) {
     for (const auto& [name, value] : values) {
       app->WriteProfileInt(section, ("wp." + name).c_str(), value);
@@ -33,10 +30,10 @@ TEST_F(WindowState, PlacementComesBackFromTenValues) {
   ASSERT_TRUE(window.SetWindowPlacement(&wanted));
   DQLIB_SaveWindowPlacement("Main", &window);
   EXPECT_THAT(
-      test::own_settings.directory.Get("velmora/window state.ini"),
-      ::testing::HasSubstr("[Main]\r\nwp.showCmd=3\r\nwp.flags=2\r\nwp.ptMinPosition.x=-5\r\nwp."
-                           "ptMinPosition.y=-6\r\nwp.ptMaxPosition.x=7\r\nwp.ptMaxPosition.y="
-                           "8\r\nwp.left=-10\r\nwp.right=300\r\nwp.top=20\r\nwp.bottom=400\r\n"));
+      own_settings.directory.Get("velmora/window state.ini"),
+      testing::HasSubstr("[Main]\r\nwp.showCmd=3\r\nwp.flags=2\r\nwp.ptMinPosition.x=-5\r\nwp."
+                         "ptMinPosition.y=-6\r\nwp.ptMaxPosition.x=7\r\nwp.ptMaxPosition.y="
+                         "8\r\nwp.left=-10\r\nwp.right=300\r\nwp.top=20\r\nwp.bottom=400\r\n"));
   EXPECT_TRUE(DQLIB_RestoreWindowPlacement("Main", &other));
   WINDOWPLACEMENT restored, partly;
   other.GetWindowPlacement(&restored);
@@ -78,7 +75,7 @@ TEST_F(WindowState, NothingHappensWithoutASectionAMadeWindowOrAnApplication) {
   CWnd none;
   CREATESTRUCT create{.cx = 3};
   WINDOWPLACEMENT placement;
-  for (const auto& [section, given] : test::Rows<const char*, CWnd*>{
+  for (const auto& [section, given] : Rows<const char*, CWnd*>{
            {"Set", nullptr}, {"Set", &none}, {nullptr, &window}, {"Set", &window}}) {
     const bool made = given == &window;
     if (made && section != nullptr) app.reset();
@@ -137,4 +134,4 @@ TEST(WindowInfoArray, FormIsExactAndTornStreamsAndOtherObjectsAreRefused) {
 }
 
 }  // namespace
-}  // namespace dq
+}  // namespace dq::test

@@ -1,4 +1,4 @@
-// Keeps what windows tell their observer.
+// Windows that keep what they are sent, and an observer that keeps what windows tell it.
 //
 //   RecordingObserver observer;
 //   edit.LimitText(3);
@@ -6,10 +6,29 @@
 
 #pragma once
 
-#include "dqlib/framework/windows/wnd.h"
 #include "tests/support/testing.h"
 
-namespace dq::testing {
+namespace dq::test {
+
+/// The program's application object and, for its lifetime, the main window of the calling thread.
+struct MainWindow : CWnd {
+  MainWindow() {
+    CreateWnd("TestMainWindow");
+    app.m_pMainWnd = this;
+  }
+  LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
+    if (message < WM_USER) return CWnd::WindowProc(message, wparam, lparam);
+    messages.push_back({GetSafeHwnd(), message, wparam, lparam});
+    on_message(messages.back());
+    return 0;
+  }
+
+  CWinApp app{"test"};
+  /// Those of applications.
+  std::vector<MSG> messages;
+  /// Called while the sender waits.
+  std::function<void(const MSG&)> on_message = [](const MSG&) {};
+};
 
 /// The calling thread's observer for its lifetime.
 struct RecordingObserver : WindowObserver {
@@ -28,4 +47,4 @@ struct RecordingObserver : WindowObserver {
   WindowObserver* const former = SetWindowObserver(this);
 };
 
-}  // namespace dq::testing
+}  // namespace dq::test
