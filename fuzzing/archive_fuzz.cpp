@@ -2,12 +2,6 @@
 // What loads is stored and loads the same again, and no single piece of memory is larger than what
 // the stream accounts for.
 
-#include <memory>
-#include <new>
-#include <vector>
-
-#include "dqlib/dbvocab/object_info_map.h"
-#include "dqlib/framework/base/file.h"
 #include "fuzzing/fuzzing.h"
 #include "tests/support/serial_node.h"
 

@@ -2,7 +2,6 @@
 
 #include <gmp.h>
 
-#include "dqlib/core/big_int.h"
 #include "fuzzing/fuzzing.h"
 
 namespace dq::fuzz {

@@ -1,6 +1,5 @@
 // A command line of any bytes is cut without harm, and arguments that are quoted come out again.
 
-#include "dqlib/platform/processes.h"
 #include "fuzzing/fuzzing.h"
 
 void dq::fuzz::Try(std::string_view text) {

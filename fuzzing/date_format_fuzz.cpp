@@ -1,7 +1,5 @@
 // Any text as a date-time format. Input: the notation, then the format.
 
-#include "dqlib/datetime/date_time_fmt_def.h"
-#include "dqlib/framework/base/ole_date_time.h"
 #include "fuzzing/fuzzing.h"
 
 void dq::fuzz::Try(std::string_view input) {

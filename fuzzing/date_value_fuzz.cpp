@@ -1,7 +1,6 @@
 // Any text as a value of any format. Input: the data type code, the format of the source, a line
 // end, that of the target, a line end, the value.
 
-#include "dqlib/datetime/date_time_format.h"
 #include "fuzzing/fuzzing.h"
 
 void dq::fuzz::Try(std::string_view input) {

@@ -1,8 +1,6 @@
 // Operations of the string class, one after the other, held to what they promise of each other.
 // Input: which code page, then for each operation its number and its arguments.
 
-#include "dqlib/core/dq_string.h"
-#include "dqlib/platform/platform.h"
 #include "fuzzing/fuzzing.h"
 
 namespace dq::fuzz {

@@ -1,12 +1,12 @@
-// What fuzz targets share. A target is one source, which includes this and defines `Try`.
+// What fuzz targets share, and all that is public. A target is one source, which includes this and
+// defines `Try`.
 
 #pragma once
 
 #include <algorithm>
-#include <cstdint>
 #include <cstdlib>
-#include <string>
-#include <string_view>
+
+#include "dqlib/dqlib.h"
 
 namespace dq::fuzz {
 

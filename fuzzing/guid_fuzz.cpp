@@ -1,6 +1,5 @@
 // Any text as an identifier: it is read as the identifier that is printed of it, or as none.
 
-#include "dqlib/core/guid.h"
 #include "fuzzing/fuzzing.h"
 
 void dq::fuzz::Try(std::string_view input) {

@@ -1,10 +1,5 @@
 // Names through every platform's quoting, and cut into parts. Input: the name.
 
-#include <memory>
-
-#include "dqlib/dbvocab/identifier_name.h"
-#include "dqlib/dbvocab/oracle_name.h"
-#include "dqlib/dbvocab/quote_name.h"
 #include "fuzzing/fuzzing.h"
 
 void dq::fuzz::Try(std::string_view input) {

@@ -1,7 +1,6 @@
 // Any text as a number, in any format. Input: places, leading zero, grouping, negative order, then
 // the number.
 
-#include "dqlib/platform/locale.h"
 #include "fuzzing/fuzzing.h"
 
 void dq::fuzz::Try(std::string_view input) {

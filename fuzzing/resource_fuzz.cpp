@@ -1,11 +1,6 @@
 // Any bytes as a resource of each kind, and as a script. What is read holds the promises of the
 // form, what has a form for writing comes back the same from it, and what breaks it leaves nothing.
 
-#include "dqlib/framework/base/drawing.h"
-#include "dqlib/framework/windows/dialog_template.h"
-#include "dqlib/framework/windows/menu.h"
-#include "dqlib/framework/windows/tool_bar.h"
-#include "dqlib/platform/dialog_script.h"
 #include "fuzzing/fuzzing.h"
 
 namespace dq::fuzz {

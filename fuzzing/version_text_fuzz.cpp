@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include "dqlib/dbvocab/version_string.h"
 #include "fuzzing/fuzzing.h"
 
 void dq::fuzz::Try(std::string_view input) {
