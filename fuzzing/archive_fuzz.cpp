@@ -11,9 +11,9 @@ namespace {
 /// The most that one piece of memory may have.
 std::size_t g_limit = SIZE_MAX;
 
-/// Whether `work` came to its end with an archive that loads from the stream. The limit holds until
-/// something is stored.
-bool Loads(std::string_view stream, auto work) {
+/// Whether the stream could be loaded up to where `into` ends. The limit holds until something is
+/// stored.
+bool Loads(std::string_view stream, auto& into) {
   constexpr std::size_t kBuffers = 16384;
   // The table of indices has an entry for two bytes, and doubles as it grows.
   constexpr std::size_t kMemoryPerByte = 64;
@@ -23,19 +23,18 @@ bool Loads(std::string_view stream, auto work) {
   file.SeekToBegin();
   CArchive archive(&file, CArchive::load);
   try {
-    work(archive);
+    into.Serialize(archive);
     return true;
   } catch (const CArchiveException&) {
     return false;
   }
 }
 
-/// The bytes that `work` stores.
-std::string Stored(auto work) {
+std::string Stored(auto& objects) {
   g_limit = SIZE_MAX;
   CMemFile file;
   CArchive archive(&file, CArchive::store);
-  work(archive);
+  objects.Serialize(archive);
   archive.Close();
   std::string bytes(static_cast<std::size_t>(file.GetLength()), '\0');
   file.SeekToBegin();
@@ -43,21 +42,24 @@ std::string Stored(auto work) {
   return bytes;
 }
 
-/// Loads objects up to the end or the first that doesn't fit, and stores them.
-std::string Again(std::string_view stream) {
-  std::vector<std::unique_ptr<CObject>> objects;
-  const bool whole = Loads(stream, [&](CArchive& archive) {
-    while (archive.Remaining() > 0) {
-      test::SerialNode::Read(archive, nullptr, objects.emplace_back());
-    }
-  });
-  if (!whole) objects.pop_back();
-  return Stored([&](CArchive& archive) {
-    for (const auto& object : objects) {
+struct Objects {
+  void Serialize(CArchive& archive) {
+    for (const auto& object : all) {
       // One that was met before is null here, since its first place owns it.
       if (object != nullptr) archive << object.get();
     }
-  });
+    while (archive.IsLoading() && archive.Remaining() > 0) {
+      test::SerialNode::Read(archive, nullptr, all.emplace_back());
+    }
+  }
+  std::vector<std::unique_ptr<CObject>> all;
+};
+
+/// Loads objects up to the end or the first that doesn't fit, and stores them.
+std::string Again(std::string_view stream) {
+  Objects objects;
+  if (!Loads(stream, objects)) objects.all.pop_back();
+  return Stored(objects);
 }
 
 }  // namespace
@@ -82,14 +84,11 @@ void dq::fuzz::Try(std::string_view bytes) {
   Require(Again(stored) == stored);
   // Entries of a bucket are stored the newest first, so that each pass turns them round.
   CDBObjectInfoMap map, once, twice;
-  const auto serialize = [](CDBObjectInfoMap& each) {
-    return [&each](CArchive& archive) { each.Serialize(archive); };
-  };
   map.Insert("k", new CDBObjectInfo(OT_TABLE, "SCOTT", "EMP"));
-  const std::string before = Stored(serialize(map));
-  const bool loaded = Loads(bytes, serialize(map));
-  const std::string after = Stored(serialize(map));
+  const std::string before = Stored(map);
+  const bool loaded = Loads(bytes, map);
+  const std::string after = Stored(map);
   Require(loaded || after == before);
-  Require(Loads(after, serialize(once)) && once.GetCount() == map.GetCount());
-  Require(Loads(Stored(serialize(once)), serialize(twice)) && Stored(serialize(twice)) == after);
+  Require(Loads(after, once) && once.GetCount() == map.GetCount());
+  Require(Loads(Stored(once), twice) && Stored(twice) == after);
 }

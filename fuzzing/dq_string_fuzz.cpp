@@ -16,10 +16,39 @@ struct Call {
   bool all() const { return number % 4 != 0; }
 };
 
-/// Changes a string; the first argument may be a part of it.
-using Change = void (*)(CDQString& text, const char* first, const Call& call);
+/// Changes a string or looks at it; the first argument may be a part of it.
+using Operation = void (*)(CDQString& text, const char* first, const Call& call);
 
-constexpr Change kChanges[] = {
+/// A hit is one, and case ignored there is one as near.
+void Search(CDQString& text, const char* wanted, const Call& call) {
+  const int start = text.IsEmpty() ? 0 : (call.number + 1) % text.GetLength();
+  const auto is_hit = [&](int place, int least) {
+    return place < 0 || (place >= least && text.View().substr(place).starts_with(wanted));
+  };
+  const int last = text.ReverseFind(wanted, call.number);
+  Require(is_hit(text.Find(wanted, start), start) && is_hit(last, 1));
+  const int any_case = text.FindNoCase(wanted, start);
+  Require(any_case < 0 || any_case >= start);
+  Require(last < 0 || text.ReverseFindNoCase(wanted, call.number) >= last);
+  const int character = text.Find(call.ch, start), either_case = text.FindNoCase(call.ch, start);
+  Require(character < 0 || text[character] == call.ch);
+  Require(character < 0 || (either_case >= start && either_case <= character));
+}
+
+/// The fields with the delimiters between them are the text.
+void JoinFields(CDQString& text, const char* delimiter, const Call&) {
+  const int count = text.GetFieldCount(delimiter);
+  CDQString joined = text.GetField(delimiter, 0);
+  for (int i = 1; i < count; ++i) (joined += delimiter) += text.GetField(delimiter, i);
+  Require(joined == text && text.GetField(delimiter, count).IsEmpty());
+  const int replaced = joined.FindReplace(delimiter, "", true);
+  Require(replaced == (*delimiter == '\0' ? 0 : count - 1));
+  Require(joined.GetLength() == text.GetLength() - replaced * CDQString(delimiter).GetLength());
+  const CDQString field = text.GetDelimitedField(delimiter, delimiter, 0);
+  Require(field == text.GetField(delimiter, 1) || field.IsEmpty());
+}
+
+constexpr Operation kOperations[] = {
     [](auto& text, auto* first, auto&) { text += first; },
     [](auto& text, auto* first, auto& c) { text.Insert(c.at(), first); },
     [](auto& text, auto*, auto& c) { text.Delete(c.at(), c.ch); },
@@ -39,37 +68,8 @@ constexpr Change kChanges[] = {
     [](auto& text, auto* first, auto& c) {
       text.ExtractFromCharBuffer(first, std::min(c.at(), static_cast<int>(c.first.size())));
     },
-};
-
-/// A hit is one, and case ignored there is one as near.
-void Search(const CDQString& text, const Call& call) {
-  const char* const wanted = call.first.c_str();
-  const int start = text.IsEmpty() ? 0 : (call.number + 1) % text.GetLength();
-  const auto is_hit = [&](int place, int least) {
-    return place < 0 || (place >= least && text.View().substr(place).starts_with(call.first));
-  };
-  const int last = text.ReverseFind(wanted, call.number);
-  Require(is_hit(text.Find(wanted, start), start) && is_hit(last, 1));
-  const int any_case = text.FindNoCase(wanted, start);
-  Require(any_case < 0 || any_case >= start);
-  Require(last < 0 || text.ReverseFindNoCase(wanted, call.number) >= last);
-  const int character = text.Find(call.ch, start), either_case = text.FindNoCase(call.ch, start);
-  Require(character < 0 || text[character] == call.ch);
-  Require(character < 0 || (either_case >= start && either_case <= character));
-}
-
-/// The fields with the delimiters between them are the text.
-void JoinFields(const CDQString& text, const char* delimiter) {
-  const int count = text.GetFieldCount(delimiter);
-  CDQString joined = text.GetField(delimiter, 0);
-  for (int i = 1; i < count; ++i) (joined += delimiter) += text.GetField(delimiter, i);
-  Require(joined == text && text.GetField(delimiter, count).IsEmpty());
-  const int replaced = joined.FindReplace(delimiter, "", true);
-  Require(replaced == (*delimiter == '\0' ? 0 : count - 1));
-  Require(joined.GetLength() == text.GetLength() - replaced * CDQString(delimiter).GetLength());
-  const CDQString field = text.GetDelimitedField(delimiter, delimiter, 0);
-  Require(field == text.GetField(delimiter, 1) || field.IsEmpty());
-}
+    // What only looks.
+    Search, Search, Search, JoinFields};
 
 }  // namespace
 
@@ -92,22 +92,16 @@ void Try(std::string_view input) {
     const int operation = byte() % 18;
     const int own = byte();
     Call call{words(), words(), byte() - 1, static_cast<char>(std::max(byte(), 1))};
-    if (operation < 14) {
-      // Now and then a text is a part of the string itself, which makes no difference.
-      const char* first = call.first.c_str();
-      CDQString same(text);
-      if (own % 4 == 0 && !text.IsEmpty()) {
-        first = static_cast<const char*>(text) + own / 4 % text.GetLength();
-        call.first = first;
-      }
-      kChanges[operation](text, first, call);
-      kChanges[operation](same, call.first.c_str(), call);
-      Require(text == same && text[text.GetLength()] == '\0');
-    } else if (operation < 17) {
-      Search(text, call);
-    } else {
-      JoinFields(text, call.first.c_str());
+    // Now and then a text is a part of the string itself, which makes no difference.
+    const char* first = call.first.c_str();
+    CDQString same(text);
+    if (operation < 14 && own % 4 == 0 && !text.IsEmpty()) {
+      first = static_cast<const char*>(text) + own / 4 % text.GetLength();
+      call.first = first;
     }
+    kOperations[operation](text, first, call);
+    kOperations[operation](same, call.first.c_str(), call);
+    Require(text == same && text[text.GetLength()] == '\0');
     if (text.GetLength() > 2000) text.Delete(1000, -1);
   }
 }
