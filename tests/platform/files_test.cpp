@@ -1,7 +1,7 @@
 
-#include <fcntl.h>
 #include <sys/file.h>
 
+#include "dqlib/platform/posix/file_bytes.h"
 #include "dqlib/platform/posix/mount_table.h"
 #include "dqlib/platform/posix/system_services.h"
 #include "tests/support/forked_process.h"
@@ -13,7 +13,9 @@ namespace {
 namespace fs = std::filesystem;
 using enum ErrorKind;
 using namespace std::string_literals;
+using test::Cases;
 using test::Rows;
+using testing::Each;
 using testing::ElementsAre;
 
 constexpr OpenOptions kToReplace{.write = true, .create = true, .deny_read = true, .replace = true};
@@ -51,15 +53,19 @@ TEST_F(FilesTest, OpenFilesReadWriteAndSeek) {
   EXPECT_EQ(std::string(buffer, files.Read(file, buffer).value), "6789");
   EXPECT_EQ(files.Read(file, buffer).value, 0u);
   EXPECT_EQ(files.SetLength(file, ~0ull).kind, kInvalidArgument);
-  EXPECT_TRUE(files.SetLength(file, 3).ok());
-  EXPECT_EQ(files.Length(file).value, 3u);
+  EXPECT_TRUE(files.SetLength(file, 3).ok() && files.Length(file).value == 3);
   EXPECT_TRUE(files.Flush(file).ok() && files.Close(file).ok());
   EXPECT_EQ(dir.Get("a"), "012");
-
-  EXPECT_THAT(Kinds({files.Close(file), files.Read(file, buffer).error}),
-              testing::Each(kInvalidArgument));
+  EXPECT_THAT(Kinds({files.Close(file), files.Read(file, buffer).error}), Each(kInvalidArgument));
   const HANDLE next = files.Open(path, {}).value;
   EXPECT_TRUE(next != file && !files.Write(next, "x").ok() && files.Close(next).ok());
+  // A writer follows the system's own links to pipes.
+  FILE* const reader = popen(("cat > " + dir / "out").c_str(), "w");
+  const std::string link = "/dev/fd/" + std::to_string(fileno(reader));
+  const HANDLE pipe = files.Open(link, {.read = false, .write = true}).value;
+  EXPECT_TRUE(files.Write(pipe, "x").ok() && files.Close(pipe).ok());
+  EXPECT_EQ(pclose(reader), 0);
+  EXPECT_EQ(dir.Get("out"), "x");
 }
 
 TEST_F(FilesTest, ShareModesHoldWithinAndBetweenProcesses) {
@@ -179,7 +185,7 @@ TEST_F(FilesTest, NothingIsWrittenByAnothersLinkInADirectoryForEverybody) {
     EXPECT_THAT(Kinds({Error{TryOpen(link, {.read = false, .write = true, .create = true})},
                        files.SetAttributes(link, FILE_READ_ONLY), files.SetAttributes(link, 0),
                        files.SetModified(link, 1000), profiles.Write(link, "s", "k", "w")}),
-                testing::Each(expected));
+                Each(expected));
     EXPECT_EQ(files.Copy(dir / "a", link, true).kind, refused ? expected : kInvalidArgument);
     EXPECT_EQ(dir.Get("a"), refused ? "[s]\nk=v\n" : "[s]\nk=w\n");
     EXPECT_EQ(files.Replace(link, "new", false).kind, expected);
@@ -187,18 +193,6 @@ TEST_F(FilesTest, NothingIsWrittenByAnothersLinkInADirectoryForEverybody) {
     EXPECT_EQ(dir.Get("shared/none"), "(none)");
     EXPECT_TRUE(!refused || target == "none" || profiles.Read(link, "s", "k") == "v") << "follows";
   }
-}
-
-TEST_F(FilesTest, AWriterFollowsTheSystemsOwnLinksToPipes) {
-  int ends[2];
-  ASSERT_EQ(pipe(ends), 0);
-  const std::string path = "/dev/fd/" + std::to_string(ends[1]);
-  const HANDLE pipe = files.Open(path, {.read = false, .write = true}).value;
-  EXPECT_TRUE(files.Write(pipe, "x").ok());
-  char byte = 0;
-  EXPECT_EQ(read(ends[0], &byte, 1), 1);
-  files.Close(pipe);
-  for (const int end : ends) close(end);
 }
 
 TEST_F(FilesTest, WhatKilledWritersLeaveIsRemovedButNotWhatLiveOnesFill) {
@@ -221,9 +215,19 @@ TEST_F(FilesTest, WhatKilledWritersLeaveIsRemovedButNotWhatLiveOnesFill) {
 TEST_F(FilesTest, ReadAllHasTheWholeOfAnyFile) {
   std::string bytes = "former";
   for (const std::size_t size : {0u, 1u, 15u, 16u, 262'144u, 1'000'000u}) {
-    const std::string content(size, 'x');
-    EXPECT_TRUE(files.ReadAll(dir.Put("a", content), bytes).ok());
-    EXPECT_EQ(bytes, content);
+    EXPECT_TRUE(files.ReadAll(dir.Put("a", std::string(size, 'x')), bytes).ok());
+    EXPECT_EQ(bytes, std::string(size, 'x'));
+  }
+  EXPECT_EQ(bytes.capacity(), 1'000'000u) << "memory is taken once";
+  // One that has changed since it was opened ends where it did then.
+  for (const std::string now : {"shorter", "longer than before"}) {
+    const int file = open(dir.Put("b", "ten bytes.").c_str(), O_RDONLY);
+    struct stat status;
+    EXPECT_EQ(fstat(file, &status), 0);
+    dir.Put("b", now);
+    EXPECT_TRUE(posix::ReadToEnd(posix::RealSystemCalls(), file, status, bytes).ok());
+    EXPECT_EQ(bytes, now.substr(0, 10));
+    close(file);
   }
   EXPECT_TRUE(files.ReadAll("/proc/self/stat", bytes).ok()) << "whose size is 0";
   EXPECT_FALSE(bytes.empty());
@@ -250,7 +254,7 @@ TEST_F(FilesTest, StatusIsToldAndReadOnlyFilesAreKeptAlsoFromPrivilegedUsers) {
   EXPECT_THAT(Kinds({files.Delete(path), files.Replace(path, "new", false),
                      files.Copy(dir / "b", path, true),
                      files.Open(path, {.write = true, .truncate = true}).error}),
-              testing::Each(kAccessDenied));
+              Each(kAccessDenied));
   EXPECT_EQ(Run("stat -c %a a; cat a"), "444\n12345");
   EXPECT_TRUE(files.SetAttributes(path, FILE_ARCHIVE).ok());
   EXPECT_EQ(dir.Mode("a"), 0644u);
@@ -323,7 +327,7 @@ TEST_F(FilesTest, PathsThatCannotBeAreRefused) {
   const std::string zero = dir.Put("a", "") + std::string("\0b", 2);
   EXPECT_THAT(Kinds({files.Status(long_path).error, files.FullPath(std::string(4095, 'x')).error,
                      files.Status(std::string(4096, 'x')).error, files.Delete(zero)}),
-              testing::Each(kInvalidArgument));
+              Each(kInvalidArgument));
   for (const std::string& path : {""s, "c:" + dir.path(), "\\\\tmp"s}) {
     EXPECT_EQ(files.Status(path).error.kind, kNotFound) << path;
   }
@@ -347,9 +351,7 @@ TEST_F(FilesTest, TellsVolumesAndDrives) {
   EXPECT_EQ(files.Volume("/proc").value.file_system, "proc");
   EXPECT_EQ(files.Volume(dir / "none").error.kind, kNotFound);
   for (const char* drive : {"c:", "/"}) EXPECT_EQ(files.KindOfDrive(drive), DRIVE_KIND_FIXED);
-  for (const std::string& drive : {std::string(), dir / "none"}) {
-    EXPECT_EQ(files.KindOfDrive(drive), DRIVE_KIND_NO_ROOT) << drive;
-  }
+  for (const auto& drive : {""s, dir / "none"}) EXPECT_EQ(files.KindOfDrive(drive), 1u) << drive;
   EXPECT_EQ(files.KindOfDrive("\\\\server\\share"), DRIVE_KIND_REMOTE);
   EXPECT_EQ(files.UniversalName("/proc/self").error.kind, kUnsupported);
 }
@@ -419,42 +421,31 @@ TEST(MountTable, KnowsThePathsOfOtherMachines) {
       "31 21 0:41 / /mnt/n rw - tmpfs none rw\n"
       "32 21 0:42 / /mnt/n rw - nfs4 host:/export/home rw\n"
       "33 21 0:42 /team /mnt/team rw - nfs4 host:/export rw";
-  const Rows<const char*, std::optional<std::string>> rows = {
-      {"/", {}},
-      {"/mnt/my disk/a/b", "\\\\server\\share\\a\\b"},
-      {"/mnt/nx", {}},
-      {"/mnt/my disk", "\\\\server\\share"},
-      {"/mnt/n/x", "\\\\host\\export\\home\\x"},
-      {"/mnt/team/x", "\\\\host\\export\\team\\x"}};
-  for (const auto& [path, universal] : rows) {
+  for (const auto& [path, universal] : Cases<2>(R"(
+           / => none ;; /mnt/nx => none ;; /mnt/my disk => \\server\share
+           /mnt/my disk/a/b => \\server\share\a\b ;; /mnt/n/x => \\host\export\home\x
+           /mnt/team/x => \\host\export\team\x)")) {
     const auto mount = posix::FindMount(kTable, path);
     ASSERT_TRUE(mount) << path;
-    EXPECT_EQ(posix::NetworkPath(*mount, path), universal) << path;
-    EXPECT_EQ(posix::IsRemote(*mount), universal.has_value()) << path;
+    EXPECT_EQ(posix::NetworkPath(*mount, path).value_or("none"), universal) << path;
+    EXPECT_EQ(posix::IsRemote(*mount), universal != "none") << path;
   }
   EXPECT_FALSE(posix::FindMount("", "/"));
 }
 
-using Text = std::string_view;
-
 TEST(Paths, HaveTheFormTheyShow) {
-  for (const char* path : {"c:\\data", "C:/data", "c:", "a\\b", "\\\\srv\\s"}) {
-    EXPECT_EQ(FormOf(path), PathForm::kWindows) << path;
-  }
-  for (const char* path : {"a\\b/c", "/a", "a", "", "1:\\/", "ab:c"}) {
-    EXPECT_EQ(FormOf(path), PathForm::kPosix) << path;
+  for (const auto& [windows, posix] : Cases<2>(R"(
+      c:\data => a\b/c ;; C:/data => /a ;; c: => a ;; a\b => ;; \\srv\s => 1:\/ ;; c:a => ab:c)")) {
+    EXPECT_EQ(FormOf(windows), PathForm::kWindows) << windows;
+    EXPECT_EQ(FormOf(posix), PathForm::kPosix) << posix;
   }
 }
 
 TEST(Paths, AreCutIntoDriveDirectoryNameAndExtensionWhichMakeThemUpAgain) {
-  for (const auto& [path, drive, directory, name, extension] : Rows<Text, Text, Text, Text, Text>{
-           {"c:\\bin\\tool.exe", "c:", "\\bin\\", "tool", ".exe"},
-           {"C:/bin\\a.b.c", "C:", "/bin\\", "a.b", ".c"},
-           {"c:tool", "c:", "", "tool", ""},
-           {"\\\\srv\\share\\x.y\\tool", "", "\\\\srv\\share\\x.y\\", "tool", ""},
-           {"/usr/lib.d/", "", "/usr/lib.d/", "", ""},
-           {"/home/.profile", "", "/home/", "", ".profile"},
-           {"", "", "", "", ""}}) {
+  for (const auto& [path, drive, directory, name, extension] : Cases<5>(R"(
+      c:\bin\tool.exe => c: => \bin\ => tool => .exe ;; C:/bin\a.b.c => C: => /bin\ => a.b => .c
+      c:tool => c: => => tool => ;; \\srv\share\x.y\tool => => \\srv\share\x.y\ => tool => ;; =>
+      /usr/lib.d/ => => /usr/lib.d/ => => ;; /home/.profile => => /home/ => => .profile)")) {
     const PathParts parts = SplitPath(path);
     EXPECT_EQ(std::tie(parts.drive, parts.directory, parts.name, parts.extension),
               std::tie(drive, directory, name, extension))
@@ -464,43 +455,39 @@ TEST(Paths, AreCutIntoDriveDirectoryNameAndExtensionWhichMakeThemUpAgain) {
 }
 
 TEST(Paths, AreJoinedWithWhatIsMissing) {
-  EXPECT_EQ(MakePath("c", "data", "a", "sql"), "c:data\\a.sql");
-  EXPECT_EQ(MakePath("c:", "\\data\\", "a", ".sql"), "c:\\data\\a.sql");
-  EXPECT_EQ(MakePath("", "data", "a", "sql"), "data/a.sql");
-  EXPECT_EQ(MakePath("", "data\\x", "a", ""), "data\\x\\a");
-  EXPECT_EQ(MakePath("", "", "tool", "dqo"), "tool.dqo");
-  const Rows<Text, Text, Text> rows = {
-      {"c:", "a", "c:\\a"}, {"c:\\", "a", "c:\\a"},  {"c:\\data", "\\a", "c:\\data\\a"},
-      {"/", "a", "/a"},     {"data", "a", "data/a"}, {"data", "a\\b", "data\\a\\b"},
-      {"", "a", "a"}};
-  for (const auto& [first, second, joined] : rows) EXPECT_EQ(JoinPath(first, second), joined);
+  for (const auto& [drive, directory, name, extension, path] : Cases<5>(R"(
+           c => data => a => sql => c:data\a.sql ;; c: => \data\ => a => .sql => c:\data\a.sql
+           => data => a => sql => data/a.sql ;; => data\x => a => => data\x\a
+           => => tool => dqo => tool.dqo)")) {
+    EXPECT_EQ(MakePath(drive, directory, name, extension), path);
+  }
+  for (const auto& [first, second, joined] : Cases<3>(R"(
+           c: => a => c:\a ;; c:\ => a => c:\a ;; c:\data => \a => c:\data\a ;; / => a => /a
+           data => a => data/a ;; data => a\b => data\a\b ;; => a => a)")) {
+    EXPECT_EQ(JoinPath(first, second), joined);
+  }
 }
 
 TEST(Paths, AreMadeFullByTheirText) {
-  const Rows<Text, Text> rows = {
-      {".", "/w/v"},        {"c:\\..\\..", "c:\\"},
-      {"../..", "/"},       {"\\data\\..\\x", "\\x"},
-      {"c:x", "c:\\x"},     {"c:\\data\\", "c:\\data\\"},
-      {"../x", "/w/x"},     {"C:/data//a", "C:\\data\\a"},
-      {"../../..", "/"},    {"/a/./b/../../../c/", "/c/"},
-      {"...", "/w/v/..."},  {"c:\\data\\.\\x\\..\\a.sql", "c:\\data\\a.sql"},
-      {"a\\b", "/w/v/a/b"}, {"\\\\srv\\share\\..\\..\\a", "\\\\srv\\share\\a"}};
-  for (const auto& [path, full] : rows) EXPECT_EQ(FullPath(path, "/w/v"), full) << path;
-  EXPECT_EQ(FullPath("x", "/"), "/x");
-  EXPECT_EQ(FullPath(".", "/w/"), "/w");
-  EXPECT_EQ(FullPath("sub/x", "c:\\w"), "c:\\w\\sub\\x");
+  for (const auto& [base, path, full] : Cases<3>(R"(
+           /w/v => . => /w/v ;; /w/v => c:\..\.. => c:\ ;; /w/v => ../.. => / ;; / => x => /x
+           /w/v => \data\..\x => \x ;; /w/v => c:x => c:\x ;; /w/v => c:\data\ => c:\data\
+           /w/v => ../x => /w/x ;; /w/v => C:/data//a => C:\data\a ;; /w/v => ../../.. => /
+           /w/v => /a/./b/../../../c/ => /c/ ;; /w/v => ... => /w/v/... ;; /w/v => a\b => /w/v/a/b
+           /w/v => c:\data\.\x\..\a.sql => c:\data\a.sql ;; c:\w => sub/x => c:\w\sub\x
+           /w/v => \\srv\share\..\..\a => \\srv\share\a ;; /w/ => . => /w)")) {
+    EXPECT_EQ(FullPath(path, base), full) << path;
+  }
 }
 
 TEST(Paths, NamesMatchPatterns) {
-  const Rows<Text, Text, bool> rows = {
-      {"", "", true},     {"?", "ab", false},      {"*.sql", "a.SQL", true},
-      {"*", "", true},    {"*ab", "aab", true},    {"*.sql", "asql", false},
-      {"?", "a", true},   {"ab*?", "ab", false},   {"A.SQL", "a.sql", true},
-      {"?", "", false},   {"*.*", "README", true}, {"*ab?", "abcabd", true},
-      {"", "x", false},   {"?", "\xC3\xA9", true}, {"*.sql", "a.sql.bak", false},
-      {"*.*", ".", true}, {"*.*.*", "a.b", false}, {"*iss*ip*", "mississippi", true}};
-  for (const auto& [pattern, name, matches] : rows) {
-    EXPECT_EQ(MatchesPattern(name, pattern), matches) << name << pattern;
+  for (const auto& [pattern, name, matches] : Cases<3>(R"(
+           => => yes ;; * => => yes ;; ? => a => yes ;; ? => => no ;; => x => no ;; ? => ab => no
+           *.* => . => yes ;; *ab => aab => yes ;; *.sql => a.SQL => yes ;; *.sql => asql => no
+           ab*? => ab => no ;; A.SQL => a.sql => yes ;; *.* => README => yes ;; ? => é => yes
+           *ab? => abcabd => yes ;; *.sql => a.sql.bak => no ;; *.*.* => a.b => no
+           *iss*ip* => mississippi => yes)")) {
+    EXPECT_EQ(MatchesPattern(name, pattern), matches == "yes") << name << pattern;
   }
   // A pattern made to try every split takes time only in the product of the lengths.
   std::string stars;

@@ -1,21 +1,27 @@
 // What the system tells of itself, of its errors and of the program, and what every program has;
-// and the texts of its profiles.
+// the texts of its profiles; and how dates, numbers and letters are written: by the system's
+// locales, by pictures, by code pages.
 
-#include <ctime>
 #include <fcntl.h>
-#include <unistd.h>
 
-#include "dqlib/platform/posix/system_services.h"
+#include "dqlib/platform/checksum.h"
+#include "dqlib/platform/date_text.h"
+#include "dqlib/platform/posix/date_pictures.h"
 #include "dqlib/platform/profile_text.h"
-#include "tests/support/temp_directory.h"
+#include "tests/support/system_locale.h"
+
+/// Where `LOCPATH` is set, the C library's `newlocale` never frees its copy of it.
+extern "C" const char* __lsan_default_suppressions() { return "leak:argz_add_sep"; }
 
 namespace dq::platform {
 namespace {
 
 using namespace std::string_literals;
-using posix::ErrorFromErrno;
+using namespace posix;
+using test::Cases;
 using test::Rows;
 using test::ScopedVariable;
+using testing::ElementsAre;
 
 /// Where the desktop keeps what it knows of the user.
 struct SystemFactsTest : testing::Test {
@@ -31,17 +37,16 @@ TEST_F(SystemFactsTest, FoldersFollowTheBaseDirectoryRules) {
   home.Put("user-dirs.dirs",
            "# XDG_DESKTOP_DIR=\"/no\"\nXDG_DESKTOP_DIR=\"$HOME/Schreibtisch/\"\n"
            "XDG_DOCUMENTS_DIR=\"/srv/documents\"\nXDG_TEMPLATES_DIR=broken\n");
-  const Rows<int, std::string> rows = {{FOLDER_APPDATA, home.path()},
-                                       {FOLDER_PROGRAMS, "/me/.local/share/applications"},
-                                       {FOLDER_PROFILE, "/me"},
-                                       {FOLDER_LOCAL_APPDATA, "/me/.local/share"},
-                                       {FOLDER_COMMON_APPDATA, "/etc/one"},
-                                       {FOLDER_STARTUP, home / "autostart"},
-                                       {FOLDER_PERSONAL, "/srv/documents"},
-                                       {FOLDER_TEMPLATES, "/me/Templates"},
-                                       {999, ""},
-                                       {FOLDER_DESKTOP, "/me/Schreibtisch"}};
-  for (const auto& [folder, path] : rows) EXPECT_EQ(facts.FolderPath(folder), path) << folder;
+  std::string paths;
+  for (const int folder : std::initializer_list<int>{
+           FOLDER_DESKTOP, FOLDER_PROGRAMS, FOLDER_PROFILE, FOLDER_LOCAL_APPDATA, FOLDER_TEMPLATES,
+           999, FOLDER_COMMON_APPDATA, FOLDER_PERSONAL, FOLDER_APPDATA, FOLDER_STARTUP}) {
+    paths += facts.FolderPath(folder) + '|';
+  }
+  EXPECT_EQ(paths,
+            "/me/Schreibtisch|/me/.local/share/applications|/me|/me/.local/share|/me/Templates||"
+            "/etc/one|/srv/documents|" +
+                home.path() + '|' + home.path() + "/autostart|");
   const ScopedVariable none("XDG_CONFIG_HOME", "");
   EXPECT_EQ(facts.FolderPath(FOLDER_APPDATA), "/me/.config");
   EXPECT_EQ(facts.FolderPath(FOLDER_PERSONAL), "/me/Documents");
@@ -78,10 +83,17 @@ TEST_F(SystemFactsTest, TellsWhoAndWhere) {
 TEST(Clock, KnowsTheTimeOfDayInTheUsersZone) {
   const SYSTEMTIME time = System().clock->LocalTime();
   const std::time_t now = static_cast<std::time_t>(System().clock->SecondsSince1970());
-  std::tm parts{};
-  std::tie(parts.tm_sec, parts.tm_min, parts.tm_hour, parts.tm_mday, parts.tm_mon, parts.tm_year,
-           parts.tm_isdst) = std::tuple(time.wSecond, time.wMinute, time.wHour, time.wDay,
-                                        time.wMonth - 1, time.wYear - 1900, -1);
+  std::tm parts{time.wSecond,
+                time.wMinute,
+                time.wHour,
+                time.wDay,
+                time.wMonth - 1,
+                time.wYear - 1900,
+                0,
+                0,
+                -1,
+                0,
+                nullptr};
   EXPECT_NEAR(std::difftime(now, std::mktime(&parts)), 0, 60);
   EXPECT_EQ(parts.tm_wday, time.wDayOfWeek);
   EXPECT_LT(time.wMilliseconds, 1000);
@@ -117,7 +129,7 @@ TEST(ErrorFromErrno, KindFollowsWhatCallersDoAboutIt) {
 
 TEST(Network, LastErrorIsWhatTheThreadRecorded) {
   std::thread([] {
-    posix::RecordNetworkError({5, "refused", "LAN"});
+    RecordNetworkError({5, "refused", "LAN"});
     const NetworkError error = System().network->LastError().value;
     EXPECT_EQ(std::to_string(error.code) + error.description + error.provider, "5refusedLAN");
   }).join();
@@ -125,25 +137,25 @@ TEST(Network, LastErrorIsWhatTheThreadRecorded) {
 }
 
 TEST(SplitCommandLine, CutsAtBlanksAndTakesQuotesAway) {
-  Locale& locale = *Current().locale;
-  for (const auto& [page, line, expected] : Rows<UINT, const char*, std::vector<std::string>>{
-           {0, " \t ", {}},
-           {0, " \tsqlite3  sales.db\t-batch ", {"sqlite3", "sales.db", "-batch"}},
-           {0, "'one arg' \"and another\"", {"one arg", "and another"}},
-           {0, "a'b c'\"d e\"f", {"ab cd ef"}},
-           {0, "'' x \"\"", {"", "x", ""}},
-           {0, "'say \"hi\"' \"it's\"", {"say \"hi\"", "it's"}},
-           {0, "\\'a 'a\\'b' \"a\\\"b\"", {"'a", "a'b", "a\"b"}},
-           {0, "C:\\dir\\file a\\ b \\\\", {"C:\\dir\\file", "a\\", "b", "\\\\"}},
-           {0, "$HOME *.sql ~ `x` ; | > #c", {"$HOME", "*.sql", "~", "`x`", ";", "|", ">", "#c"}},
-           {0, "'no end", {"no end"}},
-           // A second byte that looks like a backslash is none.
-           {932, "\"\x95\\\" b", {"\x95\\", "b"}}}) {
-    ASSERT_TRUE(locale.SetCodePage(page));
-    std::vector<std::string> arguments{"of a former call"};
+  std::vector<std::string> arguments{"of a former call"};
+  const auto split = [&arguments](std::string line) {
+    std::ranges::replace(line, '_', '\t');
     SplitCommandLine(line, arguments);
-    EXPECT_EQ(arguments, expected) << line;
+    std::string all;
+    for (const std::string& argument : arguments) all += argument + '|';
+    return all;
+  };
+  for (const auto& [line, expected] : Cases<2>(R"(
+           _ _ => ;; _ sqlite3  sales.db_-batch_ => sqlite3|sales.db|-batch| ;; '' x "" => |x||
+           'one arg' "and another" => one arg|and another| ;; a'b c'"d e"f => ab cd ef|
+           'say "hi"' "it's" => say "hi"|it's| ;; \'a 'a\'b' "a\"b" => 'a|a'b|a"b|
+           C:\dir\file a\ b \\ => C:\dir\file|a\|b|\\| ;; 'no end => no end|
+           $HOME *.sql ~ `x` ; | > #c => $HOME|*.sql|~|`x`|;|||>|#c|)")) {
+    EXPECT_EQ(split(line), expected) << line;
   }
+  Locale& locale = *Current().locale;
+  ASSERT_TRUE(locale.SetCodePage(932));
+  EXPECT_EQ(split("\"\x95\\\" b"), "\x95\\|b|") << "a second byte that looks like a backslash";
   EXPECT_FALSE(locale.SetCodePage(1251));
   EXPECT_EQ(locale.code_page().number(), 932U) << "as it was";
   ASSERT_TRUE(locale.SetCodePage(0));
@@ -155,24 +167,20 @@ TEST(ProfileText, FindsValues) {
       "mixed=\"c'\r\none=\"\r\nempty=\r\nequals=a=b;c\r\n;comment=1\r\nno value here\r\n"
       "=nameless\r\ntwice=first\r\nTWICE=second\r\n [ Spaced ] ; remark\r\nk=1\r\n[x]y]\r\n"
       "k=2\r\n[main]\r\nlate=3\r\n[broken\r\nk=4";
-  const Rows<const char*, const char*, std::optional<std::string_view>> rows = {
-      {"Main", "plain", "a b"},  {"MAIN", " PADDED ", "x y"},
-      {"Main", "double", " a "}, {"Main", "single", "b"},
-      {"Main", "mixed", "\"c'"}, {"Main", "one", "\""},
-      {"Main", "empty", ""},     {"Main", "equals", "a=b;c"},
-      {"Main", ";comment", {}},  {"Main", "no value here", {}},
-      {"Main", "", {}},          {"Main", "twice", "first"},
-      {"spaced", "k", "1"},      {"x]y", "k", "2"},
-      {"Main", "late", {}},      {"Main", "k", {}},
-      {"broken", "k", {}},       {"none", "k", {}}};
-  for (const auto& [section, key, value] : rows) {
-    EXPECT_EQ(FindProfileValue(text, section, key), value) << section << " " << key;
+  for (const auto& [section, key, value] : Cases<3>(R"(
+           Main => plain => (a b) ;; Main => double => ( a ) ;; Main => single => (b)
+           Main => mixed => ("c') ;; Main => one => (") ;; Main => empty => () ;; x]y => k => (2)
+           Main => equals => (a=b;c) ;; MAIN => PADDED => (x y) ;; Main => twice => (first)
+           Main => ;comment ;; Main => no value here ;; Main => ;; Main => late ;; Main => k
+           spaced => k => (1) ;; broken => k ;; none => k)")) {
+    const auto found = FindProfileValue(text, section, ' ' + key + ' ');
+    EXPECT_EQ(found ? '(' + std::string(*found) + ')' : "", value) << section << ' ' << key;
   }
-  EXPECT_EQ(ProfileSections(text), (std::vector<std::string>{"Main", "Spaced", "x]y"}));
-  EXPECT_EQ(ProfileKeys(text, "main"),
-            (std::vector<std::string>{"plain", "Padded", "double", "single", "mixed", "one",
-                                      "empty", "equals", "twice"}));
-  EXPECT_EQ(ProfileKeys(text, "none"), std::vector<std::string>{});
+  EXPECT_EQ(FindProfileValue(text, "Main", "plain"), "a b");
+  EXPECT_THAT(ProfileSections(text), ElementsAre("Main", "Spaced", "x]y"));
+  EXPECT_THAT(ProfileKeys(text, "main"), ElementsAre("plain", "Padded", "double", "single", "mixed",
+                                                     "one", "empty", "equals", "twice"));
+  EXPECT_THAT(ProfileKeys(text, "none"), ElementsAre());
 }
 
 TEST(ProfileText, ChangesOnlyTheLinesConcerned) {
@@ -230,29 +238,28 @@ TEST(Modules, EachHasTheProgramsPathAndTheSystemsNothingButPicturesUnlikeEachOth
   EXPECT_EQ(modules.FileName(nullptr), std::filesystem::canonical("/proc/self/exe"));
   EXPECT_EQ(modules.FileName(&system), modules.FileName(nullptr));
   EXPECT_EQ(system.String(32512), std::nullopt);
-  std::string names;
-  std::set<std::string_view> different;
-  for (const auto& [type, group_type] : {std::pair{RESOURCE_CURSOR, RESOURCE_GROUP_CURSOR},
-                                         std::pair{RESOURCE_ICON, RESOURCE_GROUP_ICON}}) {
+  std::string names, pictures;
+  for (const auto& [type, group_type, head] : Rows<WORD, WORD, std::string>{
+           {RESOURCE_CURSOR, RESOURCE_GROUP_CURSOR, "\0\0\2\0\1\0\x20\0\x40\0\1\0\x18\0"s},
+           {RESOURCE_ICON, RESOURCE_GROUP_ICON, "\0\0\1\0\1\0\x20\x20\0\0\1\0\x18\0"s}}) {
     for (WORD name = 32500; name < 32700; ++name) {
       const Resource* picture = system.Find(type, name);
       if (picture == nullptr) continue;
       if (system.Find(type, name - 1) == nullptr) names += std::to_string(name) + "-";
       if (system.Find(type, name + 1) == nullptr) names += std::to_string(name) + " ";
-      ASSERT_EQ(picture->data.size(), 4u + 40 + 32 * 32 * 3);
-      EXPECT_TRUE(different.insert(picture->data.substr(44)).second);
+      pictures += picture->data;
       const Resource* group = system.Find(group_type, name);
       ASSERT_TRUE(group != nullptr) << name;
       // The picture's size, and its name.
-      EXPECT_EQ(group->data.substr(14), "\x2C\x0C\0\0"s + char(name & 0xFF) + char(name >> 8));
+      EXPECT_EQ(group->data, head + "\x2C\x0C\0\0"s + char(name & 0xFF) + char(name >> 8));
     }
   }
   EXPECT_EQ(names, "32512-32516 32640-32651 32512-32518 ");
+  EXPECT_EQ(Checksum(pictures), 0xD5923EB4u) << "each with its hot spot, and line by line";
   // The hot spot and a bottom-up bitmap.
   const std::string_view up = system.Find(RESOURCE_CURSOR, 32516)->data;
   EXPECT_EQ(up.substr(0, 20), std::string_view("\x10\0\0\0\x28\0\0\0 \0\0\0 \0\0\0\1\0\x18\0", 20));
   EXPECT_EQ(up.substr(44 + (23 * 32 + 8) * 3, 3), "\0\0\0"s) << "at 8, 8 from the top";
-  EXPECT_EQ(up.substr(44 + (8 * 32 + 8) * 3, 3), "\xFF\xFF\xFF");
 }
 
 TEST(VersionResources, ComeFromTheTextFileBesideTheProgramOrATableHandedIn) {
@@ -270,12 +277,12 @@ TEST(VersionResources, ComeFromTheTextFileBesideTheProgramOrATableHandedIn) {
           "ProductName=A=B");
   const std::vector<char> block = fetch();
   EXPECT_EQ(resources.Query(block, "\\VarFileInfo\\Translation"), "\x09\x04\xB0\x04");
-  EXPECT_EQ(resources.Query(block, "\\StringFileInfo\\040904b0\\FileVersion"), "7.1.2.3");
-  EXPECT_EQ(resources.Query(block, "\\STRINGFILEINFO\\040904B0\\productname"), "A=B");
-  for (const char* query :
-       {"", "\\StringFileInfo\\040904b0", "\\StringFileInfo\\040904b0\\Comments",
-        "\\StringFileInfo\\040704b0\\FileVersion", "\\StringFileInfo\\04x904b0\\FileVersion"}) {
-    EXPECT_EQ(resources.Query(block, query), std::nullopt) << query;
+  for (const auto& [query, text] : Cases<2>(R"(
+           \StringFileInfo\040904b0\FileVersion => 7.1.2.3 ;; \StringFileInfo\040904b0 => none
+           \STRINGFILEINFO\040904B0\productname => A=B ;; \StringFileInfo\040904b0\Comments => none
+           \StringFileInfo\040704b0\FileVersion => none ;; => none
+           \StringFileInfo\04x904b0\FileVersion => none)")) {
+    EXPECT_EQ(resources.Query(block, query).value_or("none"), text) << query;
   }
   std::vector<char> small(block.size() - 1);
   EXPECT_FALSE(resources.Fetch(path, small));
@@ -295,6 +302,263 @@ TEST(VersionResources, ComeFromTheTextFileBesideTheProgramOrATableHandedIn) {
   EXPECT_TRUE(fetch().empty());
   resources.SetTable("C:\\Bin\\Tool.exe", {{"FileVersion", "3"}});
   EXPECT_NE(resources.Size("c:/bin/tool.EXE"), 0u);
+}
+
+/// The texts of the items, each with a bar behind it.
+std::string Texts(Locale& locale, const std::vector<DWORD>& items, DWORD id = LOCALE_USER_DEFAULT) {
+  std::string texts;
+  for (const DWORD item : items) texts += locale.Item(item, id).value_or("(none)") + "|";
+  return texts;
+}
+
+const std::vector<DWORD> kNumbers = {LOCALE_SDECIMAL,  LOCALE_STHOUSAND, LOCALE_SGROUPING,
+                                     LOCALE_SLIST,     LOCALE_IDIGITS,   LOCALE_ILZERO,
+                                     LOCALE_INEGNUMBER};
+const std::vector<DWORD> kTimes = {LOCALE_SSHORTDATE, LOCALE_SLONGDATE, LOCALE_STIMEFORMAT,
+                                   LOCALE_SDATE,      LOCALE_STIME,     LOCALE_IDATE,
+                                   LOCALE_ITIME,      LOCALE_S1159,     LOCALE_S2359};
+const std::vector<DWORD> kNames = {
+    LOCALE_SDAYNAME1, 48, 49, 55, LOCALE_SMONTHNAME1, 58, 67, 68, 79};
+
+void ExpectUsEnglish(Locale& locale, DWORD id) {
+  EXPECT_EQ(Texts(locale, kNumbers, id), ".|,|3;0|,|2|1|1|");
+  EXPECT_EQ(Texts(locale, kTimes, id), "M/d/yyyy|dddd, MMMM dd, yyyy|h:mm:ss tt|/|:|0|0|AM|PM|");
+  EXPECT_EQ(Texts(locale, kNames, id), "Monday|Sunday|Mon|Sun|January|March|December|Jan|Dec|");
+}
+
+TEST(Locale, IsUsEnglishWithoutALocaleOfItsOwn) {
+  for (const char* name : {"", "C", "POSIX", "C.UTF-8", "en_US", "en_US.UTF-8", "en_US@x",
+                           "xx_YY.UTF-8", "../../etc", "\xFF%n"}) {
+    SCOPED_TRACE(name);
+    const ScopedVariable all("LC_ALL", name);
+    const ScopedVariable language("LANG", "");
+    const auto locale = MakeLocale();
+    for (const DWORD id : {LOCALE_USER_DEFAULT, LOCALE_SYSTEM_DEFAULT, 0U, LOCALE_US_ENGLISH}) {
+      ExpectUsEnglish(*locale, id);
+    }
+    EXPECT_EQ(Texts(*locale, {0, 0xFFFFFFFF}), "(none)|(none)|");
+    EXPECT_EQ(Texts(*locale, {LOCALE_SSHORTDATE}, 0x407), "(none)|");
+  }
+}
+
+TEST(Locale, TakesItsItemsFromTheEnvironmentOnce) {
+  for (const std::string name : {"de_DE", "ja_JP", "en_IN"}) {
+    test::CompileLocale(name, "-i " + name);
+  }
+  const std::string former = setlocale(LC_ALL, nullptr);
+  const ScopedVariable path("LOCPATH", test::LocaleDirectory().path());
+  const ScopedVariable all("LC_ALL", "");
+  for (const auto& [name, definition, numbers] : Rows<std::string, std::string, const char*>{
+           {"fr_FR", "copy \"fr_FR\"", ",|\xE2\x80\xAF|3;0|;|2|1|1|"},
+           {"de_AT", "copy \"de_DE\"", ",|.|3;0|;|2|1|1|"},
+           {"unm_US", "copy \"unm_US\"", ".|\xE2\x80\xAF|2;2;2;3;0|,|2|1|1|"},
+           {"xx_XX", "decimal_point \",\"\nthousands_sep \".\"\ngrouping 3;2;2;-1",
+            ",|.|3;2;2|;|2|1|1|"}}) {
+    const std::string source =
+        test::LocaleDirectory().Put("source", "LC_NUMERIC\n" + definition + "\nEND LC_NUMERIC\n");
+    test::CompileLocale(name, "-c -i '" + source + "'");
+    const ScopedVariable numeric("LC_NUMERIC", name + ".UTF-8");
+    EXPECT_EQ(Texts(*MakeLocale(), kNumbers), numbers) << name;
+  }
+
+  // Each category has a variable of its own; LANG stands for the rest, and LC_ALL goes before all.
+  const ScopedVariable language("LANG", "en_IN.UTF-8");
+  const ScopedVariable time("LC_TIME", "de_DE.UTF-8");
+  const auto german = MakeLocale();
+  EXPECT_EQ(Texts(*german, kNumbers), ".|,|3;2;0|,|2|1|1|");
+  EXPECT_EQ(Texts(*german, kTimes), "dd.MM.yyyy|dddd dd MMMM yyyy|HH:mm:ss|.|:|1|1|||");
+  EXPECT_EQ(Texts(*german, kNames), "Montag|Sonntag|Mo|So|Januar|M\xC3\xA4rz|Dezember|Jan|Dez|");
+  const ScopedVariable one("LC_ALL", "ja_JP.UTF-8");
+  const auto japanese = MakeLocale();
+  EXPECT_EQ(Texts(*japanese, kNumbers), ".|,|3;0|,|2|1|1|");
+  EXPECT_EQ(Texts(*japanese, kTimes),
+            "yyyy'年'MM'月'dd'日'|yyyy'年'MM'月'dd'日'|HH'時'mm'分'ss'秒'|/|:|2|1|午前|午後|");
+  EXPECT_EQ(Texts(*german, {LOCALE_SDAYNAME1}), "Montag|");
+  ExpectUsEnglish(*japanese, LOCALE_US_ENGLISH);
+  EXPECT_EQ(setlocale(LC_ALL, nullptr), former);
+}
+
+TEST(DatePictures, TranslateElementsAndQuoteText) {
+  auto rows = Cases<2>(R"(
+      % => ;; %H%- => HH ;; %H %Z:%M => HH:mm ;; %n%H%t%M%% => HH mm% ;; kl. %H.%M %z => 'kl'. HH.mm
+      %D %F %T %R => MM/dd/yy yyyy-MM-dd HH:mm:ss HH:mm ;; %H o'clock'%M'' => HH 'o''clock'''mm''''
+      %k:%M %l:%M %P %I:%M:%S %p %Z => H:mm h:mm tt hh:mm:ss tt
+      %0e %_d %-m %#m %0k %Oy/%Om/%Od %EY => dd d M M HH yy/MM/dd yyyy
+      %A %a %B %h %G %g => dddd ddd MMMM MMM yyyy yy)");
+  // The second byte of a two-byte character may look like a letter or a bracket.
+  rows.push_back({"%Y\x83\x61\x83[ %m", "yyyy'\x83\x61\x83[' MM"});
+  for (const auto& [pattern, picture] : rows) {
+    EXPECT_EQ(TimePicture({.time = pattern}), picture) << pattern;
+    EXPECT_EQ(ShortDatePicture({.date = pattern}), picture) << pattern;
+  }
+}
+
+TEST(DatePictures, FollowPatternsThatNameOthers) {
+  EXPECT_EQ(TimePicture({.time = "%r", .time_12h = "%l:%M %p"}), "h:mm tt");
+  EXPECT_EQ(TimePicture({.time = "%r"}), "hh:mm:ss tt");
+  EXPECT_EQ(TimePicture({.time = "%c", .time_12h = ""}), "");
+  // Patterns that name themselves and each other come to an end.
+  EXPECT_LT(TimePicture({.time = "%X%X%X%H", .time_12h = ""}).size(), 2000U);
+  EXPECT_LT(ShortDatePicture({.date_time = "%x%x%x", .date = "-%c%c"}).size(), 2000U);
+}
+
+TEST(DatePictures, LongDateIsTheDateOfTheDateAndTimeWithFullNames) {
+  for (const auto& [date_time, picture] : Cases<2>(R"(
+           %a %b %e %H:%M:%S %Y => dddd MMMM d yyyy ;; %d-%m-%Y ora %H:%M => dd-MM-yyyy
+           %a, %d %b %Y, %X => dddd, dd MMMM yyyy ;; %Y年%d日 %H時%M分 => yyyy'年'dd'日'
+           %Y. %b. %-e., %A, %H:%M:%S %Z => yyyy. MMMM. d., dddd
+           %T, %d.%m.%Y => dd.MM.yyyy ;; => dd.MM.yyyy)")) {
+    EXPECT_EQ(LongDatePicture({.date_time = date_time, .date = "%d.%m.%Y", .time = "%T"}), picture);
+  }
+}
+
+TEST(DatePictures, TellTheSeparatorOfTheFirstTwoElementsAndTheOrderOfAll) {
+  const Rows<const char*, const char*, const char*> rows = {
+      {"M/d/yyyy", "/", "0"}, {"d. M. yyyy", ". ", "1"}, {"dddd dd MMM yyyy", " ", "1"},
+      {"d.M.yy", ".", "1"},   {"yyyy-MM-dd", "-", "2"},  {"'yd' M 'd'/dd/y", "|", "0"},
+      {"dddd", "|", "1"},     {"yy dd. MM", " ", "2"},   {"dddd, MMMM d", ", ", "0"},
+      {"yyyy.", "|", "2"},    {"yyyy'J'MM", "|", "2"}};
+  for (const auto& [picture, separator, order] : rows) {
+    EXPECT_EQ(DateOrder(picture), order) << picture;
+    EXPECT_EQ(PictureSeparator(picture, "dMy", "|"), separator) << picture;
+  }
+  EXPECT_EQ(PictureSeparator("'kl'. HH.mm", "Hhm", ":"), ".");
+  EXPECT_TRUE(HasTwentyFourHours("'h' H:mm"));
+  EXPECT_FALSE(HasTwentyFourHours("'H' h''mm tt"));
+}
+
+TEST(DateText, LaysOutPictures) {
+  test::ScriptedLocale locale;
+  locale.items = {{LOCALE_SDAYNAME1, "Monday"},
+                  {LOCALE_SABBREVDAYNAME1, "Mon"},
+                  {LOCALE_SMONTHNAME1 + 2, "March"},
+                  {LOCALE_SABBREVMONTHNAME1 + 2, "Mar"}};
+  const SYSTEMTIME date{.wYear = 2004, .wMonth = 3, .wDay = 1};
+  const SYSTEMTIME never{.wYear = 2003, .wMonth = 2, .wDay = 29};
+  for (const auto& [picture, text] : Cases<2>(R"(
+           d/M/y dd.MM.yy yyy => 1/3/4 01.03.04 2004 ;; ''''d' => '1 ;; 'd => d ;; xéh => xéh ;; =>
+           ddd, MMM y dddddMMMMMyyyyy => Mon, Mar 4 MondayMarch2004
+           d 'de' MMMM 'o''clock' ''M => 1 de March o'clock 3)")) {
+    EXPECT_EQ(LayOutDate(date, picture, locale, LOCALE_USER_DEFAULT), text) << picture;
+  }
+  EXPECT_EQ(LayOutDate(never, "d", locale, LOCALE_USER_DEFAULT), "");
+  EXPECT_EQ(LayOutDate({}, "d", locale, LOCALE_USER_DEFAULT), "");
+}
+
+TEST(DateText, CountsEveryDayOnce) {
+  using namespace std::chrono;
+  for (sys_days day = 100y / 1 / 1; day < sys_days(2500y / 1 / 1); day += days(1)) {
+    const year_month_day date(day);
+    int year = 0, month = 0, day_of_month = 0;
+    DateFromDays((day - sys_days(1899y / 12 / 30)).count(), year, month, day_of_month);
+    ASSERT_EQ(year_month_day(std::chrono::year(year) / month / day_of_month), date);
+    ASSERT_EQ(sys_days(1899y / 12 / 30) + days(DaysFromOrigin(year, month, day_of_month)), day);
+    ASSERT_EQ(DayOfWeek(year, month, day_of_month), weekday(day).c_encoding());
+  }
+  EXPECT_EQ(DaysInMonth(1900, 2) * 100 + DaysInMonth(2000, 2), 2829);
+  EXPECT_TRUE(DayOfWeek(2001, 13, 1) == -1 && DayOfWeek(2001, 0, 1) == -1 &&
+              DayOfWeek(2001, 4, 31) == -1 && DayOfWeek(2001, 4, 0) == -1 &&
+              DayOfWeek(0, 1, 1) == -1);
+}
+
+NumberFormat Us(UINT places) { return {places, true, 3, ".", ",", 1}; }
+
+TEST(LayOutNumber, RoundsHalfAwayFromZeroAndFollowsTheFormat) {
+  const Rows<UINT, const char*, const char*> us = {
+      {2, "1234.5", "1,234.50"},  {0, "1234", "1,234"},  {0, "999", "999"}, {2, "0.005", "0.01"},
+      {2, "-0.005", "-0.01"},     {2, "-0.004", "0.00"}, {0, "-0.5", "-1"}, {0, "2.5", "3"},
+      {2, "999.995", "1,000.00"}, {0, "007", "7"},       {1, ".5", "0.5"},  {1, "5.", "5.0"}};
+  for (const auto& [places, number, text] : us) {
+    EXPECT_EQ(LayOutNumber(number, Us(places)), text) << number;
+  }
+  // More digits than any number type holds.
+  EXPECT_EQ(LayOutNumber("0.00499999999999999999999", Us(2)), "0.00");
+  EXPECT_EQ(LayOutNumber("-123456789012345678901234567890.123456789012345678905", Us(20)),
+            "-123,456,789,012,345,678,901,234,567,890.12345678901234567891");
+  EXPECT_EQ(LayOutNumber("-1234.5", {2, true, 3, ",", "\xE2\x80\xAF", 1}), "-1\u202F234,50");
+  const Rows<UINT, bool, UINT, UINT, const char*, const char*> others = {
+      {0, true, 0, 1, "1234567", "1234567"}, {0, true, 4, 1, "1234567", "123,4567"},
+      {2, false, 3, 1, "-0.5", "-.50"},      {0, false, 3, 1, "0.2", "0"},
+      {1, true, 3, 0, "-1.1", "(1.1)"},      {1, true, 3, 2, "-1.1", "- 1.1"},
+      {1, true, 3, 3, "-1.1", "1.1-"},       {1, true, 3, 4, "-1.1", "1.1 -"}};
+  for (const auto& [places, has_zero, group, order, number, text] : others) {
+    EXPECT_EQ(LayOutNumber(number, {places, has_zero, group, ".", ",", order}), text) << text;
+  }
+}
+
+TEST(LayOutNumber, RefusesWhatIsNoNumberAndFormatsOutOfRange) {
+  for (const std::string_view number : std::initializer_list<std::string_view>{
+           "", "-", ".", "-.", "--1", "1-", "1.2.3", "1/2", "1:2", "1\xB2", {"1\0", 2}}) {
+    EXPECT_EQ(LayOutNumber(number, Us(2)), std::nullopt) << number;
+  }
+  EXPECT_EQ(LayOutNumber("1", Us(255))->size(), 257U);
+  EXPECT_EQ(LayOutNumber("1", Us(256)), std::nullopt);
+  EXPECT_EQ(LayOutNumber("1", {1, true, 3, ".", ",", 5}), std::nullopt);
+}
+
+/// The runs of codes that are told alike, with what is told of each; codes told as "" are left out.
+std::string Runs(unsigned count, const std::function<std::string(unsigned)>& tell) {
+  std::ostringstream runs;
+  runs << std::hex << std::uppercase;
+  std::string former;
+  for (unsigned code = 0, first = 0; code <= count; ++code) {
+    const std::string now = code < count ? tell(code) : "";
+    if (now == former) continue;
+    if (!former.empty()) runs << first << '-' << code - 1 << former << ' ';
+    former = now;
+    first = code;
+  }
+  return runs.str();
+}
+
+/// How far the other case is, "" if there is none.
+std::string Distance(int from, int to) {
+  return from == to ? "" : (to > from ? "+" : "") + std::to_string(to - from);
+}
+
+TEST(CodePage, CharactersHaveTheirCaseAndClass) {
+  const std::string latin = "41-5AUa+32 61-7ALa-32 ";
+  for (const auto& [number, bytes, wide_letters] : Rows<UINT, const char*, const char*>{
+           {0, "", ""},
+           {932, "81-9Fm A6-DFa E0-FCm ", "8260-8279+33 8281-829A-33 "},
+           {936, "81-FEm ", "A3C1-A3DA+32 A3E1-A3FA-32 "},
+           {949, "81-FEm ", "A3C1-A3DA+32 A3E1-A3FA-32 "},
+           {950, "81-FEm ", "A2CF-A2E4+26 A2E5-A2E8+91 A2E9-A2FE-26 A340-A343-91 "},
+           {1252,
+            "83-83La 8A-8AUa+16 8C-8CUa+16 8E-8EUa+16 9A-9ALa-16 9C-9CLa-16 9E-9ELa-16 9F-9FUa+96 "
+            "AA-AALa B5-B5La BA-BALa C0-D6Ua+32 D8-DEUa+32 DF-DFLa E0-F6La-32 F8-FELa-32 "
+            "FF-FFLa-96 ",
+            ""}}) {
+    const CodePage& page = *CodePage::Get(number);
+    const auto tell_byte = [&](unsigned code) {
+      const auto byte = static_cast<unsigned char>(code);
+      return std::string(page.IsUpper(byte) ? "U" : "") + (page.IsLower(byte) ? "L" : "") +
+             (page.IsAlpha(byte) ? "a" : "") + (page.IsLeadByte(byte) ? "m" : "") +
+             Distance(byte, page.Lower(byte)) + Distance(byte, page.Upper(byte));
+    };
+    const auto tell_pair = [&](unsigned code) {
+      if (!page.IsLeadByte(static_cast<unsigned char>(code >> 8))) return std::string();
+      std::string distances;
+      for (const auto change : {&CodePage::LowerInPlace, &CodePage::UpperInPlace}) {
+        unsigned char pair[] = {static_cast<unsigned char>(code >> 8),
+                                static_cast<unsigned char>(code)};
+        (page.*change)(reinterpret_cast<char*>(pair), 2);
+        distances += Distance(static_cast<int>(code), pair[0] * 256 + pair[1]);
+      }
+      return distances;
+    };
+    EXPECT_EQ(Runs(256, tell_byte), latin + bytes) << number;
+    EXPECT_EQ(Runs(0x10000, tell_pair), wide_letters) << number;
+    EXPECT_EQ(page.number(), number);
+    EXPECT_EQ(page.IsSingleByte(), number == 0 || number == 1252);
+  }
+  for (const UINT number : {1U, 1251U, 65001U}) EXPECT_EQ(CodePage::Get(number), nullptr);
+  // By character: the second of a wide one looks like a letter, the last is a half.
+  const CodePage& wide = *CodePage::Get(932);
+  std::string changed = "a\x83\x61\x62\x63\x81";
+  wide.UpperInPlace(changed.data(), changed.size());
+  EXPECT_EQ(changed, "A\x83\x61\x42\x43\x81");
+  EXPECT_TRUE(wide.CharacterSize("\x83\x61") == 2 && wide.CharacterSize("\x83") == 1);
 }
 
 }  // namespace
