@@ -31,42 +31,38 @@ struct Controls : testing::Test {
 
 TEST_F(Controls, AreMadeByTheWordsOfTemplatesAndDescribeThemselves) {
   // The word, the flags, and the class and description of what is made.
-  std::istringstream rows(
-      "text|: CStatic 0 =; group|: CButton 0 =; button|: CButton 1 =; "
-      "defbutton|: CButton 1 default =; check|: CButton 2 =0; radio|: CButton 3 =0; "
-      "edit| limit=2 number: CEdit 4 editable =t; edit| readonly: CEdit 0 =t; "
-      "edit| multiline password: CEdit 4 editable multiple secret =; list|: CListBox 5 b a =; "
-      "list| multiple sorted: CListBox 5 multiple a b =; "
-      "checklist|: CCheckListBox 5 multiple b a =; combo| limit=2: CComboBox 6 editable b a =t; "
-      "combo| droplist sorted: CComboBox 6 a b =; spin|: CSpinButtonCtrl 7 =; "
-      "class \"ToolTip\"|: CToolTipCtrl 7 =");
-  for (std::string row; std::getline(rows >> std::ws, row, ';');) {
-    std::string line = row.substr(0, row.find(": "));
-    line.replace(line.find('|'), 1, " 1 \"t\" 0 0 1 1");
+  for (const auto& [word, flags, described] : Cases<3>(R"(
+      text => => CStatic 0 = ;; group => => CButton 0 = ;; button => => CButton 1 = ;;
+      defbutton => => CButton 1 default = ;; check => => CButton 2 =0 ;; radio => => CButton 3 =0
+      edit => limit=2 number => CEdit 4 editable =t ;; edit => readonly => CEdit 0 =t
+      edit => multiline password => CEdit 4 editable multiple secret =
+      list => => CListBox 5 b a = ;; list => multiple sorted => CListBox 5 multiple a b =
+      combo => limit=2 => CComboBox 6 editable b a =t ;; combo => droplist sorted => CComboBox 6 a b =
+      checklist => => CCheckListBox 5 multiple b a = ;; class "ToolTip" => => CToolTipCtrl 7 =
+      spin => => CSpinButtonCtrl 7 =)")) {
+    SCOPED_TRACE(word + flags);
     CDialog made;
-    ASSERT_TRUE(made.CreateIndirect(*ReadDialogTemplate("size 9 9\n" + line), nullptr)) << line;
+    const std::string text = "size 9 9\n" + word + " 1 \"t\" 0 0 1 1 " + flags;
+    ASSERT_TRUE(made.CreateIndirect(*ReadDialogTemplate(text), nullptr));
     CWnd& control = *made.GetTopWindow();
     if (auto* const has_rows = dynamic_cast<RowControl*>(&control)) {
-      for (const char* text : {"b", "a"}) has_rows->AddString(text);
+      for (const char* row : {"b", "a"}) has_rows->AddString(row);
     }
-    EXPECT_EQ(row.substr(row.find(": ") + 2),
-              control.GetRuntimeClass()->m_lpszClassName + (" " + Described(control)))
-        << row;
-    if (line.find("limit=2") != std::string::npos) {
-      EXPECT_FALSE(control.Enter("100") || (line.ends_with("number") && control.Enter("x")));
-      EXPECT_TRUE(control.Enter("10"));
-    }
+    EXPECT_EQ(control.GetRuntimeClass()->m_lpszClassName + (" " + Described(control)), described);
+    if (!flags.starts_with("limit=2")) continue;
+    EXPECT_FALSE(control.Enter("100") || (flags.ends_with("number") && control.Enter("x")));
+    EXPECT_TRUE(control.Enter("10"));
   }
 }
 
 TEST_F(Controls, EveryChangeReachesTheObserver) {
   RecordingObserver told;
-  dialog.edit().ReplaceSel("abc");
-  dialog.edit().SetSel(3, 3);
-  dialog.edit().SetSel(0, 0);
-  dialog.edit().Type("x");
-  dialog.edit().LimitText(3);
-  dialog.edit().SetReadOnly(true);
+  CEdit& edit = dialog.edit();
+  edit.ReplaceSel("abc");
+  for (const int at : {3, 0}) edit.SetSel(at, at);
+  edit.Type("x");
+  edit.LimitText(3);
+  edit.SetReadOnly(true);
   EXPECT_EQ(told.Take(), "2 text 2 selection 2 selection 2 text 2 selection 2 content 2 content ");
   dialog.spin().SetRange(1, 9);
   dialog.spin().Step(1);
@@ -76,34 +72,35 @@ TEST_F(Controls, EveryChangeReachesTheObserver) {
   dialog.Get<CButton>(kCheck).SetKind(ButtonKind::kCheck);
   EXPECT_EQ(dialog.IsDlgButtonChecked(kCheck), 1u) << "there is no third state any more";
   told.Take();
-  dialog.list().AddString("x");
-  dialog.list().DeleteString(0);
-  dialog.list().SetCurSel(1);
-  dialog.list().SetTopIndex(1);
-  dialog.list().ResetContent();
-  auto& many = dialog.Get<CListBox>(kMany);
-  many.SetSel(-1);
-  EXPECT_EQ(many.GetSelCount(), 3);
+  CListBox &list = dialog.list(), &many = dialog.Get<CListBox>(kMany);
+  list.AddString("x");
+  list.DeleteString(0);
+  list.SetCurSel(1);
+  list.SetTopIndex(1);
+  list.ResetContent();
+  EXPECT_TRUE(many.SetSel(-1) == 0 && many.GetSelCount() == 3);
   dialog.marks().SetCheck(1, 1);
   dialog.marks().Enable(1, false);
   EXPECT_EQ(told.Take(),
             "20 content 20 content 20 selection 20 content 20 content 20 selection 21 selection 22 "
             "content 22 content ");
-  for (int twice = 0; twice < 2; ++twice) dialog.combo().SetCurSel(1);
-  dialog.combo().ResetContent();
-  dialog.combo().SetWindowText("x");
-  for (int twice = 0; twice < 2; ++twice) dialog.combo().ShowDropDown();
-  dialog.combo().SetDroppedWidth(300);
-  EXPECT_TRUE(dialog.combo().LimitText(0));
-  EXPECT_EQ(told.Take(),
+  CComboBox& combo = dialog.combo();
+  for (int twice = 0; twice < 2; ++twice) combo.SetCurSel(1);
+  combo.ResetContent();
+  combo.SetWindowText("x");
+  for (int twice = 0; twice < 2; ++twice) combo.ShowDropDown();
+  combo.SetDroppedWidth(300);
+  EXPECT_TRUE(combo.LimitText(0) && combo.SetCurSel(-1) == -1);
+  EXPECT_EQ(told.Take() + combo.GetWindowText(),
             "23 selection 23 text 23 content 23 selection 23 text 23 text 23 content 23 content 23 "
-            "content ");
-  dialog.tips.AddTool(&dialog.edit(), "tip");
-  dialog.tips.UpdateTipText("other", &dialog.edit());
-  EXPECT_EQ(dialog.tips.GetText(&dialog.edit()) + dialog.tips.GetText(&dialog.list()), "other");
-  for (int twice = 0; twice < 2; ++twice) dialog.tips.Activate(false);
-  for (int twice = 0; twice < 2; ++twice) dialog.tips.DelTool(&dialog.edit());
-  EXPECT_FALSE(dialog.tips.AddTool(nullptr, "tip"));
+            "content 23 selection 23 text ");
+  CToolTipCtrl& tips = dialog.tips;
+  tips.AddTool(&edit, "tip");
+  tips.UpdateTipText("other", &edit);
+  EXPECT_EQ(tips.GetText(&edit) + tips.GetText(&list), "other");
+  for (int twice = 0; twice < 2; ++twice) tips.Activate(false);
+  for (int twice = 0; twice < 2; ++twice) tips.DelTool(&edit);
+  EXPECT_FALSE(tips.AddTool(nullptr, "tip"));
   EXPECT_EQ(told.Take(), "0 content 0 content 0 content 0 content ");
 }
 
@@ -163,8 +160,8 @@ TEST_F(Controls, RadioButtonTakesTheMarkFromItsGroupOnly) {
   EXPECT_TRUE(dialog.IsDlgButtonChecked(kRadio2) && dialog.IsDlgButtonChecked(kRadio3));
   EXPECT_EQ(dialog.GetCheckedRadioButton(kRadio, kRadio3), kRadio2);
   dialog.CheckRadioButton(kRadio, kRadio3, kRadio3);
-  EXPECT_EQ(dialog.GetCheckedRadioButton(kRadio, kRadio3), kRadio3);
-  EXPECT_EQ(dialog.GetCheckedRadioButton(kRadio, kRadio2), 0);
+  EXPECT_TRUE(dialog.GetCheckedRadioButton(kRadio, kRadio3) == kRadio3 &&
+              dialog.GetCheckedRadioButton(kRadio, kRadio2) == 0);
 }
 
 TEST_F(Controls, SpinKeepsTheBuddysNumberInItsRange) {
@@ -182,8 +179,7 @@ TEST_F(Controls, SpinKeepsTheBuddysNumberInItsRange) {
     EXPECT_EQ(spin.Step(steps), steps != 0);
     EXPECT_STREQ(dialog.edit().GetWindowText(), text) << position;
   }
-  spin.EnableWindow(false);
-  EXPECT_FALSE(spin.Step(1));
+  EXPECT_FALSE(spin.EnableWindow(false) || spin.Step(1));
   EXPECT_TRUE(spin.EnableWindow() && !spin.Step(-1));
   spin.SetRange(50, 10);
   EXPECT_TRUE(spin.Step(-1) && spin.GetPos() == 11);
@@ -212,21 +208,18 @@ TEST_F(Controls, ControlThatTakesAPlaceTakesWhatWasThere) {
   }
 }
 
-TEST_F(Controls, ComboBoxTakesAFirstRowByItsTextAndPutsTheCaretBehindOtherTexts) {
+TEST_F(Controls, ComboBoxPutsTheCaretBehindOtherTextsThanItsRowsAndAnswersWhereItLiesDroppedDown) {
   CComboBox& combo = dialog.combo();
   EXPECT_TRUE(combo.Enter("other") && combo.GetEditSel() == 0x50005);
   EXPECT_TRUE(combo.Enter("One") && combo.GetCurSel() == 0);
-}
-
-TEST_F(Controls, ComboBoxAnswersWhereItLiesDroppedDown) {
   dialog.MoveWindow(100, 100, 500, 500);
   for (const auto& [width, right] : Rows<UINT, LONG>{{300, 410}, {30, 190}}) {
-    dialog.combo().SetDroppedWidth(width);
+    combo.SetDroppedWidth(width);
     CRect rect;
-    dialog.combo().SendMessage(CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(&rect));
+    combo.SendMessage(CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(&rect));
     EXPECT_EQ(rect, (CRect{110, 120, right, 160}));
   }
-  EXPECT_EQ(dialog.combo().SendMessage(CB_GETDROPPEDCONTROLRECT), 0);
+  EXPECT_EQ(combo.SendMessage(CB_GETDROPPEDCONTROLRECT), 0);
 }
 
 TEST(Edit, SelectionFollowsItsRules) {

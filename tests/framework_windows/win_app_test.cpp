@@ -44,15 +44,15 @@ TEST(Handle, IsAliveFromCreationToDestructionAndNeverUsedAgain) {
 
 TEST(Handle, GivesTheClassNameCutToTheBuffer) {
   const LoopWnd window;
+  const HWND handle = window.GetSafeHwnd();
   std::string names;
-  for (const int size : {5, 4, 1, 0, -1}) {
+  for (const auto& [of, size] : Rows<HWND, int>{
+           {handle, 5}, {handle, 4}, {handle, 1}, {handle, 0}, {handle, -1}, {nullptr, 8}}) {
     char buffer[40] = "???";
-    names += std::to_string(GetWindowClassName(window.GetSafeHwnd(), buffer, size)) + buffer + " ";
+    names += std::to_string(GetWindowClassName(of, buffer, size)) + buffer + " ";
   }
-  EXPECT_EQ(names, "4Test 3Tes 0 0??? 0??? ");
-  char buffer[8] = "???";
-  EXPECT_TRUE(GetWindowClassName(nullptr, buffer, 8) == 0 && buffer == std::string());
-  EXPECT_EQ(GetWindowClassName(window.GetSafeHwnd(), nullptr, 5), 0);
+  EXPECT_EQ(names, "4Test 3Tes 0 0??? 0??? 0 ");
+  EXPECT_EQ(GetWindowClassName(handle, nullptr, 5), 0);
 }
 
 TEST(Send, OnTheOwnThreadIsACallThatIsAnsweredEvenIfItEndsTheWindow) {
@@ -324,13 +324,12 @@ TEST(WorkerThread, SendsToTheMainWindowOfTheThreadThatBeganItWhileThatJoins) {
 }
 
 TEST(WorkerThread, GoesOnByItselfWhenItIsDropped) {
-  std::atomic<int> step = 0;
-  const auto procedure = [](void* parameter) -> UINT {
-    auto& shared = *static_cast<std::atomic<int>*>(parameter);
-    while (shared == 0) std::this_thread::yield();
-    return shared = 2;
+  static std::atomic<int> step = 0;
+  const auto procedure = [](void*) -> UINT {
+    while (step == 0) std::this_thread::yield();
+    return step = 2;
   };
-  AfxBeginThread(procedure, &step);
+  AfxBeginThread(procedure, nullptr);
   step = 1;
   while (step != 2) std::this_thread::yield();
   EXPECT_FALSE(AfxBeginThread(nullptr, nullptr));
@@ -346,13 +345,16 @@ struct Profile : testing::TestWithParam<bool> {
     DeleteRegistryTree(kCurrentUser, "Software\\Velmora");
     std::filesystem::remove(own_settings.directory / "velmora/tool.ini");
   }
+  int Int(const char* entry, int fallback = 5) {
+    return static_cast<int>(app.GetProfileInt("s", entry, fallback));
+  }
   std::string Text(const char* section, const char* entry) {
     return std::string(app.GetProfileString(section, entry, "gone"));
   }
-  std::string Binary(const char* section, const char* entry) {
+  std::string Binary(const char* entry) {
     BYTE* data = nullptr;
     UINT size = 1;
-    const BOOL found = app.GetProfileBinary(section, entry, &data, &size);
+    const BOOL found = app.GetProfileBinary("s", entry, &data, &size);
     const std::unique_ptr<BYTE[]> owner(data);
     EXPECT_EQ(found != 0, data != nullptr);
     return found != 0 ? std::string(data, data + size) : "gone";
@@ -362,12 +364,10 @@ struct Profile : testing::TestWithParam<bool> {
 INSTANTIATE_TEST_SUITE_P(Stores, Profile, testing::Bool());
 
 TEST_P(Profile, ValuesComeBackAndAbsentOnesGiveTheFallback) {
-  EXPECT_EQ(app.GetProfileInt("s", "n", -7), static_cast<UINT>(-7));
-  EXPECT_EQ(Text("s", "n") + Binary("s", "n"), "gonegone");
-  EXPECT_EQ(app.GetProfileString("s", "n"), "");
+  EXPECT_TRUE(Int("n", -7) == -7 && app.GetProfileString("s", "n") == "");
+  EXPECT_EQ(Text("s", "n") + Binary("n"), "gonegone");
   for (const int number : {0, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()}) {
-    EXPECT_TRUE(app.WriteProfileInt("s", "n", number));
-    EXPECT_EQ(app.GetProfileInt("S", "N", 5), static_cast<UINT>(number));
+    EXPECT_TRUE(app.WriteProfileInt("S", "n", number) && Int("N") == number) << number;
   }
   EXPECT_TRUE(app.WriteProfileString("Search\\Find What", "Find0", "a=b \xC3\xA4"));
   EXPECT_EQ(Text("Search\\Find What", "Find0"), "a=b \xC3\xA4");
@@ -375,7 +375,7 @@ TEST_P(Profile, ValuesComeBackAndAbsentOnesGiveTheFallback) {
        {std::string(), std::string("\xF0\xF"), std::string(7681, '\0')}) {
     EXPECT_TRUE(app.WriteProfileBinary("s", "b", reinterpret_cast<const BYTE*>(bytes.data()),
                                        static_cast<UINT>(bytes.size())));
-    EXPECT_EQ(Binary("s", "b"), bytes);
+    EXPECT_EQ(Binary("b"), bytes);
   }
 }
 
@@ -384,11 +384,13 @@ TEST_P(Profile, NullsDeleteAnEntryOrASectionAndNeverAllOfIt) {
     for (const char* entry : {"x", "y"}) app.WriteProfileString(section, entry, "2");
   }
   app.WriteProfileString("a\\deep", "z", "3");
-  for (int twice = 0; twice < 2; ++twice) EXPECT_TRUE(app.WriteProfileString("a", "x", nullptr));
-  EXPECT_EQ(Text("a", "x") + Text("a", "y"), "gone2");
-  for (int twice = 0; twice < 2; ++twice) EXPECT_TRUE(app.WriteProfileString("a", {}, nullptr));
   // In the registry a section nests; in a file its name is only a name.
-  EXPECT_EQ(Text("a", "y") + Text("a\\deep", "z"), GetParam() ? "gonegone" : "gone3");
+  for (const auto& [entry, left] : Rows<const char*, const char*>{
+           {"x", "gone2 3"}, {nullptr, GetParam() ? "gonegone gone" : "gonegone 3"}}) {
+    for (int twice = 0; twice < 2; ++twice)
+      EXPECT_TRUE(app.WriteProfileString("a", entry, nullptr));
+    EXPECT_EQ(Text("a", "x") + Text("a", "y") + " " + Text("a\\deep", "z"), left);
+  }
   for (const char* nothing : {static_cast<const char*>(nullptr), "", "\\"}) {
     EXPECT_FALSE(app.WriteProfileString(nothing, nullptr, nullptr));
   }
@@ -404,13 +406,11 @@ TEST_P(Profile, HasTheFormsThatOtherReadersKnow) {
     own_settings.directory.Put(
         "velmora/tool.ini",
         "[s]\r\nn= -12x\r\nm=x\r\np=+9:\r\nw=4294967297\r\nb=A\r\nc=Az\r\nd=QA\r\n");
-    EXPECT_EQ(app.GetProfileInt("s", "n", 5), static_cast<UINT>(-12));
-    EXPECT_TRUE(app.GetProfileInt("s", "m", 5) == 0 && app.GetProfileInt("s", "p", 5) == 9);
-    EXPECT_EQ(app.GetProfileInt("s", "w", 5), 1U);
-    EXPECT_EQ(Binary("s", "b") + Binary("s", "c") + Binary("s", "d"), "gonegonegone");
+    EXPECT_TRUE(Int("n") == -12 && Int("m") == 0 && Int("p") == 9 && Int("w") == 1);
+    EXPECT_EQ(Binary("b") + Binary("c") + Binary("d"), "gonegonegone");
     ScriptedPrompts prompts;
     own_settings.directory.Put("velmora/tool.ini", "\xFF\xFE[");
-    EXPECT_EQ(Text("s", "n") + Binary("s", "n"), "gonegone");
+    EXPECT_EQ(Text("s", "n") + Binary("n"), "gonegone");
     EXPECT_EQ(prompts.shown.size(), 1u) << "that it can't be read is told once";
     return;
   }
@@ -423,8 +423,7 @@ TEST_P(Profile, HasTheFormsThatOtherReadersKnow) {
     told += std::to_string(value.type) + value.data + " ";
   }
   EXPECT_EQ(told, std::string("4\xFE\xFF\xFF\xFF 1x\0 3y ", 13));
-  EXPECT_EQ(app.GetProfileInt("s", "t", 3), 3U) << "a value of another kind isn't there";
-  EXPECT_EQ(Text("s", "n"), "gone");
+  EXPECT_TRUE(Int("t") == 5 && Text("s", "n") == "gone") << "it is of another kind";
   EXPECT_EQ(own_settings.directory.Mode("velmora/registry/hkcu.journal"), 0600U);
 }
 

@@ -1,0 +1,561 @@
+// Dialogs, the templates they are made from, and message boxes; menus, tool bars and accelerators,
+// and how they are brought up to date.
+
+#include "dqlib/framework/windows/menu_model.h"
+#include "tests/support/doubles.h"
+#include "tests/support/windows.h"
+
+namespace dq::test {
+namespace {
+
+TEST(DialogTemplate, TextGivesControls) {
+  const auto dialog = ReadDialogTemplate(
+      "caption \"A \\\"b\\\"\"\r\nsize 260 120\r\n# c\r\n\r\n"
+      "edit 2757 \"x\\n\" 72 -8 120 14 limit=30 hidden\r\nclass \"Tree\" -1 \"\" 0 0 1 2\r\n");
+  ASSERT_TRUE(dialog && dialog->controls.size() == 2U);
+  const ControlTemplate& edit = dialog->controls[0];
+  EXPECT_EQ(dialog->caption + edit.window_class + edit.text + edit.word, "A \"b\"Editx\nedit");
+  EXPECT_TRUE(dialog->controls[1].window_class == "Tree" && dialog->size == (CSize{260, 120}));
+  EXPECT_TRUE(edit.place == (CRect{72, -8, 192, 6}) && edit.Has("hidden") && !edit.Has("limit"));
+  EXPECT_EQ(edit.Number("limit", 0) + edit.Number("lim", 7), 37);
+  EXPECT_TRUE(
+      ReadDialogTemplate("size\t32767 0\nedit 65535 \"\" -32767 32767 0 32767 limit=0 dropdown\n"
+                         "text -1\"\t\\t\\\\\"0 0 0 0 hidden disabled\n"));
+}
+
+TEST(ResourceText, ThatIsBrokenIsRefusedWithItsLineAndTheReason) {
+  // Of dialogs and, behind ":", of menus. "/" ends a line; "^" and "~" are control characters.
+  for (const auto& [why, texts] : Cases<2>(R"(
+      2: a second caption => caption ""/caption "" ;; 3: a second size => size 1 1//size 1 1
+      1: the dialog has no size => caption "a" ;; 1: a text in quotes is missing => edit 1 x 0 0 0 0
+      1: more stands on the line than belongs there => size 1 2 3
+      1: a word is missing => size 1, edit 1 "" 0 0 0, "edit" 1
+      1: an unknown word begins the line => tree 1 "" 0 0 0 0, :entry/
+      1: a window class without a name => class "" 1 "" 0 0 0 0
+      1: a number from 0 to 32767 is missing => size 1 -1, size 32768 1, edit 1 "" 0 0 -1 0
+      1: a number from 0 to 32767 is missing => edit 1 "" 0 0 0 32768
+      1: a number from -32767 to 32767 is missing => edit 1 "" -32768 0 0 0, edit 1 "" 0 32768 0 0
+      1: a number from -1 to 65535 is missing => edit 65536 "" 0, edit -2 "" 0, edit x "" 0
+      1: a number from 1 to 65535 is missing => :item 0 "x", :item 65536 ""
+      1: an unknown flag => edit 1 "" 0 0 0 0 limit=x, edit 1 "" 0 0 0 0 limit=-1
+      1: an unknown flag => edit 1 "" 0 0 0 0 shiny, :item 1 "x" green/, :popup "x" checked/end/
+      1: a text isn't closed => caption "a, caption "a\"
+      1: an unknown escape in a text => caption "\a", caption "\
+      1: a control character in a text => caption "^", caption "~"
+      1: a popup has no end => :popup "x"/ ;; 2: an end without its popup => :item 1 ""/end/)")) {
+    std::istringstream rest(texts);
+    for (std::string text; std::getline(rest >> std::ws, text, ',');) {
+      for (const auto& [sign, meant] :
+           Rows<char, char>{{'/', '\n'}, {'^', '\x1F'}, {'~', '\x7F'}}) {
+        std::ranges::replace(text, sign, meant);
+      }
+      std::string error;
+      EXPECT_FALSE(text[0] == ':' ? detail::ReadMenuText(text.substr(1), &error) != nullptr
+                                  : ReadDialogTemplate(text, &error).has_value());
+      EXPECT_EQ(error, "line " + why) << text;
+    }
+  }
+}
+
+/// A dialog with a number from 1 to 20 and a mark.
+struct GotoDlg : CDialog {
+  explicit GotoDlg(CWnd* parent = nullptr) {
+    const auto pattern = ReadDialogTemplate(
+        "caption \"Go To\"\nsize 200 80\ntext -1 \"&Line && Number: \" 8 8 60 14\n"
+        "edit 100 \"\" 72 8 60 14\ncheck 101 \"&Wrap\" 8 24 60 14\nbutton 102 \"&More\" 72 24 60 "
+        "14\n"
+        "edit 103 \"\" 72 40 60 14 disabled\ndefbutton 1 \"OK\" 8 56 50 14\n"
+        "button 2 \"Cancel\" 72 56 50 14 hidden\n");
+    InitModalIndirect(*pattern, parent);
+  }
+  BOOL OnInitDialog() override {
+    CDialog::OnInitDialog();
+    on_init();
+    return chooses_focus;
+  }
+  void DoDataExchange(CDataExchange* exchange) override {
+    EXPECT_FALSE(UpdateData(0)) << "an exchange doesn't begin within another";
+    DDX_Control(exchange, 100, edit);
+    DDX_Text(exchange, missing, line);
+    DDV_MinMaxInt(exchange, line, 1, 20);
+    DDX_Check(exchange, 101, wrap);
+  }
+  bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override {
+    static constexpr MessageMapEntry kEntries[] = {CommandEntry<&GotoDlg::OnMore>(102)};
+    return CallEntry(kEntries, *this, key, arguments) || CDialog::CallMapped(key, arguments);
+  }
+  void OnMore() { on_more(); }
+
+  CEdit edit;
+  int line = 5, wrap = 0, missing = 100;
+  BOOL chooses_focus = 1;
+  std::function<void()> on_more = [] {}, on_init = [] {};
+};
+
+using View = platform::DialogView;
+void PressMore(View& view) { view.Press(102); }
+void PressOk(View& view) { view.Press(IDOK); }
+
+/// A main window and prompts.
+struct Dialog : testing::Test {
+  MainWindow main;
+  ScriptedPrompts prompts;
+  GotoDlg dialog, inner;
+};
+
+TEST_F(Dialog, ShowsItsControlsAndTakesWhatIsEntered) {
+  main.MoveWindow(100, 100, 500, 300);
+  prompts.on_dialog = [&](View& view) {
+    EXPECT_TRUE(!main.IsWindowEnabled() && CWnd::GetFocus() == dialog.GetDlgItem(100));
+    EXPECT_EQ(dialog.GetWindowRect(), (CRect{250, 210, 450, 290})) << "in the middle";
+    std::string shown = view.Caption();
+    for (const platform::DialogControl& each : view.Controls()) {
+      shown += "\n" + std::to_string(each.id) + " " + each.label + "=" + each.value +
+               (each.enabled ? "" : " disabled") + (each.visible ? "" : " hidden");
+    }
+    EXPECT_EQ(shown,
+              "Go To\n-1 Line & Number=\n100 Line & Number=5\n101 Wrap=0\n102 More=\n"
+              "103 = disabled\n1 OK=\n2 Cancel= hidden");
+    int handled = 0;
+    dialog.on_more = [&] { ++handled; };
+    for (const int step : {1, 2, 3}) {
+      dialog.PostMessage(WM_COMMAND, 102);
+      if (step == 1) view.Controls();
+      if (step == 2) view.Enter(100, "6");
+      if (step == 3) view.Press(9999);
+      EXPECT_EQ(handled, step) << "what is posted is handled meanwhile";
+    }
+    EXPECT_FALSE(view.Enter(103, "x") || view.Enter(9999, "x") || view.Press(100));
+    EXPECT_TRUE(view.Enter(100, "7") && dialog.UpdateData() && dialog.line == 7);
+    EXPECT_TRUE(view.Enter(100, "12") && view.Enter(101, "1") && view.Press(IDOK));
+    EXPECT_FALSE(view.IsOpen() || view.Press(IDOK));
+  };
+  EXPECT_TRUE(dialog.DoModal() == IDOK && dialog.line == 12 && dialog.wrap == 1);
+  EXPECT_TRUE(main.IsWindowEnabled() && dialog.GetSafeHwnd() == nullptr);
+}
+
+TEST_F(Dialog, AnExchangeThatFailsHalfWayTellsOnceAndKeepsTheRest) {
+  dialog.on_more = [] { ADD_FAILURE() << "the exchange isn't over"; };
+  prompts.on_box = [&] { dialog.GetDlgItem(102)->Press(); };
+  prompts.on_dialog = [&](View& view) {
+    view.Enter(101, "1");
+    for (const char* entered : {"x", "0"}) {
+      dialog.GetDlgItem(101)->SetFocus();
+      ASSERT_TRUE(view.Enter(100, entered) && view.Press(IDOK) && view.IsOpen());
+      EXPECT_TRUE(CWnd::GetFocus() == &dialog.edit && dialog.edit.GetSel() == 0x10000);
+      EXPECT_EQ(dialog.wrap, 0) << "what comes behind isn't moved";
+    }
+    EXPECT_TRUE(view.Press(IDCANCEL) || dialog.SendMessage(WM_CLOSE) == 0);
+  };
+  EXPECT_TRUE(dialog.DoModal() == IDCANCEL && prompts.shown.size() == 2);
+}
+
+TEST_F(Dialog, MayCloseItselfInAnyOfItsHandlersAndInItsExchangeAndRunAnew) {
+  prompts.on_box = [&] { dialog.DestroyWindow(); };
+  prompts.on_dialog = [](View& view) {
+    EXPECT_TRUE(view.Enter(100, "x") && view.Press(IDOK) && !view.IsOpen());
+  };
+  EXPECT_EQ(dialog.DoModal(), IDCANCEL);
+  prompts.on_dialog = PressMore;
+  dialog.on_more = [&] { dialog.DestroyWindow(); };
+  EXPECT_EQ(dialog.DoModal(), IDCANCEL);
+  dialog.on_more = [&] {
+    dialog.EndDialog(3);
+    dialog.EndDialog(4);
+    EXPECT_EQ(dialog.DoModal(), -1) << "it runs already";
+  };
+  EXPECT_EQ(dialog.DoModal(), 3);
+  dialog.on_init = [&] { dialog.EndDialog(7); };
+  EXPECT_EQ(dialog.DoModal(), 7);
+  EXPECT_EQ(prompts.dialogs.size(), 3U) << "the last one is never shown";
+}
+
+TEST_F(Dialog, MayHaveSetItsFocusAndMovesItAroundTheControlsThatTakeIt) {
+  std::string way;
+  const auto go = [&](void (CDialog::*step)(), int steps) {
+    for (; steps > 0; --steps) {
+      way += std::to_string(CWnd::GetFocus()->GetDlgCtrlID()) + " ";
+      (dialog.*step)();
+    }
+  };
+  dialog.on_init = [&] { dialog.GetDlgItem(101)->SetFocus(); };
+  prompts.on_dialog = [&](View&) { go(&CDialog::NextDlgCtrl, 1); };
+  for (const BOOL chooses : {0, 1}) {
+    dialog.chooses_focus = chooses;
+    dialog.DoModal();
+  }
+  dialog.on_init = [&] { dialog.GotoDlgCtrl(dialog.GetDlgItem(102)); };
+  prompts.on_dialog = [&](View&) {
+    go(&CDialog::NextDlgCtrl, 4);
+    go(&CDialog::PrevDlgCtrl, 5);
+    for (const int id : {103, 1}) dialog.GotoDlgCtrl(dialog.GetDlgItem(id));
+    go(&CDialog::NextDlgCtrl, 1);
+    for (const int show : {SW_HIDE, SW_SHOW}) dialog.ShowWindow(show);
+    EXPECT_EQ(CWnd::GetFocus(), nullptr) << "it is set the first time";
+  };
+  dialog.DoModal();
+  EXPECT_EQ(way, "101 100 102 1 100 101 102 101 100 1 102 1 ");
+}
+
+TEST_F(Dialog, RunsWithinAnotherAndGivesItTheScreenAndTheFocusBack) {
+  CEdit field;
+  ASSERT_TRUE(field.CreateWnd({.class_name = "Edit", .parent = &main, .id = 5}));
+  field.SetFocus();
+  dialog.on_more = [&] {
+    // Without a parent, the dialog that runs is it.
+    prompts.on_dialog = [&](View& view) {
+      EXPECT_TRUE(!dialog.IsWindowEnabled() && view.Press(IDOK));
+    };
+    // Over the main window, which is disabled already.
+    GotoDlg over_main(&main);
+    for (GotoDlg* each : {&inner, &over_main}) {
+      EXPECT_EQ(each->DoModal(), IDOK);
+      EXPECT_TRUE(CWnd::GetFocus() == dialog.GetDlgItem(101) && CWnd::GetActiveWindow() == &dialog);
+      prompts.on_dialog = PressOk;
+    }
+  };
+  prompts.on_dialog = [&](View& view) {
+    dialog.GetDlgItem(101)->SetFocus();
+    EXPECT_TRUE(view.Press(102) && view.Press(IDOK));
+  };
+  EXPECT_TRUE(dialog.DoModal() == IDOK && prompts.dialogs.size() == 3);
+  EXPECT_TRUE(CWnd::GetActiveWindow() == &main && CWnd::GetFocus() == &field);
+  // What can't have the focus any more doesn't get it.
+  prompts.on_dialog = [&](View&) { field.EnableWindow(false); };
+  EXPECT_EQ(dialog.DoModal(), IDCANCEL) << "what is left open is cancelled";
+  EXPECT_EQ(CWnd::GetFocus(), nullptr);
+}
+
+TEST_F(Dialog, ClosesWhenTheThreadIsToldToEnd) {
+  inner.on_more = [] { PostQuitMessage(3); };
+  dialog.on_more = [&] {
+    prompts.on_dialog = PressMore;
+    EXPECT_EQ(inner.DoModal(), IDCANCEL);
+  };
+  prompts.on_dialog = [&](View& view) {
+    EXPECT_TRUE(view.Press(102) && view.Controls().empty());
+    EXPECT_FALSE(view.IsOpen() || view.Press(IDOK) || view.Enter(100, "7"));
+  };
+  // The second time, the thread is still to end.
+  for (int twice = 0; twice < 2; ++twice) EXPECT_EQ(dialog.DoModal(), IDCANCEL);
+  EXPECT_TRUE(prompts.dialogs.size() == 2 && main.app.Run() == 3);
+}
+
+TEST_F(Dialog, MayBeDroppedByItsOwnHandlersWhichMayThrowWhileItIsClosed) {
+  struct DroppedDlg : GotoDlg {
+    LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
+      const bool drops = message == at;
+      if (drops && message == WM_DESTROY) throw CUserException();
+      const LRESULT result = GotoDlg::WindowProc(message, wparam, lparam);
+      if (drops) delete this;
+      return result;
+    }
+    void PostNcDestroy() override {
+      if (at == 0) delete this;
+    }
+    UINT at = 0;
+  };
+  prompts.on_dialog = PressOk;
+  std::string results;
+  for (const UINT at : std::vector<UINT>{WM_CREATE, WM_SHOWWINDOW, WM_COMMAND, WM_DESTROY, 0}) {
+    auto* const dropped = new DroppedDlg;
+    dropped->at = at;
+    results += std::to_string(dropped->DoModal()) + " ";
+    if (at == WM_DESTROY) delete dropped;
+  }
+  EXPECT_EQ(results, "-1 2 2 1 1 ");
+}
+
+TEST_F(Dialog, RunsTheMessageLoopUnderAWindowLayer) {
+  struct Layer : RecordingObserver {
+    bool RunsDialogs() const override { return true; }
+  } layer;
+  for (GotoDlg* each : {&dialog, &inner}) {
+    each->on_init = [each] { each->PostMessage(WM_COMMAND, 102); };
+  }
+  inner.on_more = [&] { dialog.DestroyWindow(); };
+  // It ends with the one it stands over.
+  dialog.on_more = [&] { EXPECT_EQ(inner.DoModal(), IDCANCEL); };
+  EXPECT_EQ(dialog.DoModal(), IDCANCEL);
+  inner.on_init = [&] {
+    dialog.EndDialog(9);  // it is closed first, and ends last
+    inner.PostMessage(WM_CLOSE);
+  };
+  EXPECT_EQ(dialog.DoModal(), 9);
+}
+
+TEST_F(Dialog, WithoutATemplateAllItsValuesOrAParentOfItsThreadDoesNotRun) {
+  dialog.missing = 999;
+  EXPECT_EQ(dialog.DoModal() + CDialog(64999).DoModal(), -2);
+  CWnd elsewhere;
+  std::thread([&] { elsewhere.CreateWnd("Main"); }).join();
+  GotoDlg lost(&elsewhere);
+  EXPECT_TRUE(lost.DoModal() == -1 && elsewhere.IsWindowEnabled() && prompts.dialogs.empty());
+  EXPECT_FALSE(lost.Create(64999, nullptr) || lost.UpdateData() || lost.GetTemplateId() != 0);
+}
+
+TEST(MessageBox, ShowsATextOrTheStringOfAnIdWhichIsItsOwnHelpTopic) {
+  ResourceModule module;
+  module.AddString(50100, "100% done");
+  const CDynLinkLibrary link(&module);
+  CWinApp app("Boxes");
+  ScriptedPrompts prompts = {BUTTON_NO};
+  EXPECT_EQ(AfxMessageBox("Go on?", BOX_YES_NO | BOX_QUESTION, 77), BUTTON_NO);
+  const char* const none = nullptr;
+  EXPECT_TRUE(AfxMessageBox(none) == BUTTON_OK && AfxMessageBox(50100, BOX_STOP) == BUTTON_OK);
+  AfxMessageBox(50100, BOX_OK, 0);
+  AfxMessageBox(50101, BOX_OK, kNoHelp);
+  AfxMessageBoxWithCaption("text", "caption", BOX_STOP);
+  std::string shown;
+  for (const ShownBox& box : prompts.shown) {
+    shown += box.caption + "|" + box.text + "|" + std::to_string(box.type) + "|" +
+             std::to_string(box.help_id) + "\n";
+  }
+  EXPECT_EQ(shown,
+            "Boxes|Go on?|36|77\nBoxes||0|0\nBoxes|100% done|16|50100\nBoxes|100% done|0|0\n"
+            "Boxes||0|50101\ncaption|text|16|0\n");
+}
+
+// ---- Menus
+
+constexpr UINT kNone = 0xFFFFFFFF;
+
+std::uintptr_t Id(HMENU menu) { return reinterpret_cast<std::uintptr_t>(menu); }
+
+/// "id:text" of the items, those of popups in parentheses, and "+" with the state, which for popups
+/// has the number of their items in front.
+std::string Dump(const CMenu& menu) {
+  std::ostringstream dump;
+  for (int at = 0; at < menu.GetMenuItemCount(); ++at) {
+    const UINT state = menu.GetMenuState(at, MF_BYPOSITION);
+    dump << (at > 0 ? " " : "") << std::dec << static_cast<int>(menu.GetMenuItemID(at)) << ':'
+         << menu.GetMenuString(at, MF_BYPOSITION).View();
+    if (const CMenu* submenu = menu.GetSubMenu(at)) dump << '(' << Dump(*submenu) << ')';
+    if (state != 0) dump << '+' << std::hex << state;
+  }
+  return dump.str();
+}
+
+/// Of two commands and the menus "File" and "Recent".
+struct Menu : testing::Test {
+  Menu() {
+    menu.LoadMenuIndirect(
+        "popup \"&File\"\n  item 10 \"&Open\\tCtrl+O\"\n"
+        "  popup \"&Recent\" grayed\n    item 11 \"A\" checked grayed\n  end\n"
+        "end\nseparator\nitem 12 \"&Help\"\n");
+  }
+  CMenu menu;
+};
+
+TEST_F(Menu, TextGivesItemsAndPopupsThatAreNotNestedTooDeep) {
+  EXPECT_EQ(Dump(menu), "-1:&File(10:&Open\tCtrl+O -1:&Recent(11:A+9)+111)+210 0:+800 12:&Help");
+  EXPECT_FALSE(menu.LoadMenuIndirect("")) << "it has a menu";
+  for (const int levels : {32, 33}) {
+    std::string deep;
+    for (int level = 0; level < levels; ++level) deep.insert(0, "popup \"x\"\n").append("end\n");
+    std::string error;
+    EXPECT_EQ(CMenu().Attach(detail::ReadMenuText(deep, &error)), levels == 32);
+    EXPECT_EQ(error, levels == 32 ? "" : "line 33: popups are nested too deep");
+  }
+  EXPECT_TRUE(CMenu().LoadMenuIndirect("item 65535 \"\""));
+}
+
+TEST_F(Menu, ItemsAreFoundByCommandInSubmenusAndByPosition) {
+  EXPECT_TRUE(menu.InsertMenu(11, MF_STRING, 20, "B") && menu.InsertMenu(999, MF_STRING, 21, ""));
+  int data = 0;
+  EXPECT_TRUE(menu.ModifyMenu(12, MF_OWNERDRAW, 12, reinterpret_cast<const char*>(&data)));
+  EXPECT_EQ(menu.GetItemData(12, MF_BYCOMMAND), &data);
+  EXPECT_TRUE(menu.CheckMenuItem(20, MF_CHECKED) == 0 && menu.EnableMenuItem(21, MF_GRAYED) == 0);
+  EXPECT_EQ(menu.CheckMenuItem(20, MF_UNCHECKED), UINT{MF_CHECKED});
+  EXPECT_TRUE(menu.CheckMenuRadioItem(11, 20, 20, MF_BYCOMMAND));
+  EXPECT_EQ(Dump(menu),
+            "-1:&File(10:&Open\tCtrl+O -1:&Recent(20:B+208 11:A+1)+211)+210 0:+800 12:+100 21:+1");
+  EXPECT_TRUE(menu.CheckMenuRadioItem(2, 3, 3, MF_BYPOSITION));
+  EXPECT_EQ(menu.GetMenuState(3, MF_BYPOSITION), UINT{MF_CHECKED | MF_RADIOCHECK | MF_GRAYED});
+  menu.SetDefaultItem(21, false);
+  EXPECT_TRUE(menu.InsertMenu(3, MF_BYPOSITION, 22, "Before"));
+  EXPECT_TRUE(menu.DeleteMenu(0, MF_BYPOSITION) && !menu.DeleteMenu(4, MF_BYPOSITION));
+  EXPECT_EQ(menu.GetDefaultItem(), 21U) << "the same one wherever it lies";
+  EXPECT_TRUE(menu.CheckMenuItem(20, MF_CHECKED) == kNone && menu.DeleteMenu(21, MF_BYCOMMAND));
+  EXPECT_EQ(menu.GetDefaultItem(), kNone);
+}
+
+TEST_F(Menu, RemovedSubmenusLiveAndDeletedOnesAreDead) {
+  const HMENU file = menu.GetSubMenu(0)->GetSafeHmenu();
+  const HMENU recent = menu.GetSubMenu(0)->GetSubMenu(1)->GetSafeHmenu();
+  EXPECT_TRUE(menu.ModifyMenu(0, UINT{MF_BYPOSITION} | MF_POPUP | MF_OWNERDRAW, Id(file), nullptr))
+      << "the same submenu isn't destroyed";
+  EXPECT_TRUE(menu.RemoveMenu(0, MF_BYPOSITION));
+  CMenu kept;
+  EXPECT_TRUE(kept.Attach(file) && !CMenu().Attach(file));
+  EXPECT_TRUE(kept.DeleteMenu(1, MF_BYPOSITION) && CMenu::FromHandle(recent) == nullptr);
+  EXPECT_FALSE(menu.AppendMenu(MF_POPUP, Id(recent), "dead"));
+  ASSERT_TRUE(menu.AppendMenu(MF_POPUP, Id(file), "back"));
+  for (const HMENU circle : {menu.GetSafeHmenu(), file}) {
+    EXPECT_FALSE(kept.AppendMenu(MF_POPUP, Id(circle), ""));
+  }
+  EXPECT_TRUE(menu.DestroyMenu() && kept.GetSafeHmenu() == nullptr) << "it went with the whole";
+  EXPECT_FALSE(kept.AppendMenu(MF_STRING, 1, "x") || kept.DestroyMenu());
+  EXPECT_TRUE(menu.LoadMenuIndirect("popup \"a\"\n  item 1 \"b\"\nend\n"));
+  EXPECT_TRUE(menu.GetSubMenu(0)->DestroyMenu() && Dump(menu) == "-1:a+10") << "it has no menu";
+}
+
+TEST_F(Menu, ManyWaysToASubmenuAndDeepNestingAreHarmless) {
+  // Each of 60 menus pops up the next one twice; then 2,000 follow in one line.
+  HMENU last = menu.GetSafeHmenu();
+  for (int level = 0; level < 2060; ++level) {
+    CMenu next;
+    next.CreatePopupMenu();
+    const HMENU handle = next.Detach();
+    for (int way = 0; way < (level < 60 ? 2 : 1); ++way) {
+      ASSERT_TRUE(CMenu::FromHandle(last)->AppendMenu(MF_POPUP, Id(handle), ""));
+    }
+    last = handle;
+  }
+  EXPECT_EQ(menu.GetMenuState(5, MF_BYCOMMAND), kNone);
+  EXPECT_FALSE(CMenu::FromHandle(last)->AppendMenu(MF_POPUP, Id(menu.GetSafeHmenu()), ""));
+}
+
+/// Handles the commands 10 to 19, keeps which are brought up to date and does something to some.
+struct Frame : CFrameWnd {
+  Frame() { Create("Frame", "", {}); }
+  BOOL OnCmdMsg(UINT id, int code, void* extra, void*) override {
+    if (id < 10 || id > 19) return 0;
+    if (code == CN_COMMAND) return 1;
+    auto& ui = *static_cast<CCmdUI*>(extra);
+    updated += std::to_string(id) + ' ';
+    if (id == 10) ui.SetCheck(1);
+    if (id == 12) ui.Enable(0);
+    if (id == 13) ui.SetRadio(1);
+    if (id == 13) ui.SetText("r");
+    if (id == 14) end();
+    if (id == 11) ui.m_pMenu->RemoveMenu(ui.m_nIndex, MF_BYPOSITION);
+    return id != 15;
+  }
+  static inline std::string updated;
+  std::function<void()> end;
+};
+
+TEST(Updates, ReachEveryItemWhileHandlersChangeTheMenuAndControlsToo) {
+  CMenu menu;
+  ASSERT_TRUE(menu.LoadMenuIndirect(
+      "item 10 \"\"\nitem 11 \"\"\nitem 12 \"\"\npopup \"\"\nitem 13 \"\"\nend\nitem 15 \"\"\n"
+      "item 30 \"\"\n"));
+  Frame frame;
+  Frame::updated.clear();
+  menu.UpdateItems(frame);
+  EXPECT_EQ(Frame::updated, "10 11 12 15 13 ");
+  CCmdUI popup, control;
+  popup.m_pMenu = &menu;
+  popup.m_pSubMenu = menu.GetSubMenu(popup.m_nIndex = 2);
+  CButton check(ButtonKind::kCheck);
+  check.CreateWnd("Button");
+  control.m_pOther = &check;
+  for (CCmdUI* each : {&popup, &control}) {
+    each->Enable(0);
+    each->SetRadio(1);
+    each->SetText("x");
+  }
+  EXPECT_TRUE(!check.IsWindowEnabled() && check.GetCheck() == 1);
+  control.m_nID = 15;
+  EXPECT_TRUE(!control.DoUpdate(frame, true) && check.IsWindowEnabled());
+  EXPECT_STREQ(check.GetWindowText(), "x") << "and the popup stays as it was";
+  EXPECT_EQ(Dump(menu), "10:+8 12:+3 -1:(13:r+208)+110 15: 30:+3");
+}
+
+TEST(Updates, MayEndWhatCalledThem) {
+  const WORD commands[] = {9, 10, 14, 15};
+  enum { kFrame, kCommand, kBar, kMenu };
+  for (const int what : {kFrame, kCommand, kBar, kMenu}) {
+    auto* const frame = new Frame;
+    auto bar = std::make_unique<CToolBar>();
+    ASSERT_TRUE(bar->Create(frame));
+    bar->SetButtons(commands);
+    CMenu menu;
+    ASSERT_TRUE(menu.LoadMenuIndirect(
+        "item 9 \"\"\npopup \"\"\nitem 10 \"\"\nitem 14 \"\"\nitem 15 \"\"\nend\n"));
+    frame->SetMenu(&menu);
+    frame->end = [&] {
+      if (what == kBar) bar.reset();
+      if (what == kMenu) menu.DestroyMenu();
+      if (what < kBar) delete frame;
+    };
+    const HWND handle = frame->GetSafeHwnd();
+    Frame::updated.clear();
+    // The bar goes by the message that an idle thread sends it, and the menu by its frame.
+    if (what == kMenu) frame->UpdateMenu();
+    if (what == kCommand) frame->SendMessage(WM_COMMAND, 14);
+    if (what == kFrame || what == kBar) bar->SendMessage(WM_IDLEUPDATECMDUI, 1);
+    EXPECT_EQ(Frame::updated, what == kCommand ? "14 " : "10 14 ") << what;
+    EXPECT_EQ(CWnd::FromHandle(handle) == nullptr, what < kBar);
+    if (what >= kBar) delete frame;
+  }
+}
+
+TEST(AcceleratorTable, CombinationsHaveCommands) {
+  MainWindow main;
+  AcceleratorTable table;
+  ASSERT_TRUE(table.Read("# keys\nctrl+shift+f 44412\nF24 65535\nALT+z 2\ncTrl+Shift+F 3\n9 7\n"));
+  const Rows<WORD, bool, bool, bool, WORD> rows = {
+      {'F', true, true, false, 44412}, {'F', true, false, false, 0},
+      {'F', true, true, true, 0},      {0x87, false, false, false, 65535},
+      {'Z', false, false, true, 2},    {'9', false, false, false, 7}};
+  for (const auto& [key, control, shift, alt, command] : rows) {
+    EXPECT_EQ(table.Find(key, control, shift, alt), command) << key;
+    EXPECT_EQ(table.Translate(main, key, control, shift, alt), command != 0);
+  }
+  ASSERT_TRUE(
+      table.Read("bACK 1\nTab 1\nEnter 1\nEsc 1\nSpace 1\nPgUp 1\nPgDn 1\nEnd 1\nHome 1\nLeft 1\n"
+                 "Up 1\nRight 1\nDown 1\nIns 1\nDel 1\na 1\nZ 1\n0 1\nF1 1\n"));
+  std::string keys;
+  for (const Accelerator& each : table.entries()) keys += std::to_string(each.key) + " ";
+  EXPECT_EQ(keys, "8 9 13 27 32 33 34 35 36 37 38 39 40 45 46 65 90 48 112 ");
+  EXPECT_FALSE(table.Load(64999) || !table.entries().empty()) << "there is no such resource";
+  for (const char* text : {"F25 1", "F0 1", "ctrl+ 1", "ctrl+ctrl+A 1", "A", "A 0", "A 65536",
+                           "A 1 2", "meta+A 1", "A 99999999999", ": 1", "[ 1"}) {
+    EXPECT_TRUE(!table.Read(text) && table.entries().empty()) << text;
+  }
+}
+
+TEST(ToolBar, ResourceGivesButtonsAndEveryChangeIsTold) {
+  const WORD commands[] = {10, 0, 12, 30}, others[] = {1, 2, 3, 4, 5};
+  ResourceModule module;
+  const std::string data = WriteToolBarTemplate({20, 19}, commands);
+  EXPECT_EQ(data, std::string("\1\0\24\0\23\0\4\0\n\0\0\0\14\0\36\0", 16));
+  module.AddResource(RESOURCE_TOOLBAR, 5, data);
+  module.AddResource(RESOURCE_TOOLBAR, 6, data.substr(0, data.size() - 1));
+  module.AddResource(RESOURCE_TOOLBAR, 7, "\x02" + data.substr(1));
+  const CDynLinkLibrary link(&module);
+  RecordingObserver observer;
+  Frame frame;
+  CToolBar bar;
+  ASSERT_TRUE(bar.Create(&frame, 1));
+  bar.SetButtons(others);
+  observer.changes.clear();
+  EXPECT_TRUE(bar.LoadToolBar(5));
+  for (const UINT broken : {6U, 7U, 8U}) EXPECT_FALSE(bar.LoadToolBar(broken));
+  EXPECT_TRUE(observer.Take() == "1 content " && bar.GetPictureSize() == (CSize{20, 19}));
+  EXPECT_TRUE(bar.CommandToIndex(12) == 2 && bar.CommandToIndex(0) + bar.CommandToIndex(99) == -2);
+  for (const int none : {-1, 1, 4}) EXPECT_EQ(bar.GetItemID(none), 0U);
+  // It is brought up to date by the frame around it while it is in sight and the thread idle.
+  CWinApp app("idle");
+  app.m_pMainWnd = &frame;
+  Frame::updated.clear();
+  for (const int show : {SW_HIDE, SW_SHOW, SW_SHOW}) {
+    bar.ShowWindow(show);
+    PumpUntilIdle();
+    Frame::updated += ". ";
+  }
+  EXPECT_EQ(Frame::updated, ". 10 12 . 10 12 . ");
+  EXPECT_EQ(bar.GetButton(0), (ToolBarButton{10, true, 1, false}));
+  EXPECT_EQ(bar.GetButton(2), (ToolBarButton{12, false, 0, false}));
+  EXPECT_FALSE(bar.GetButton(3).enabled);
+  for (const int at : {0, 2}) bar.PressButton(at, true);
+  EXPECT_EQ(bar.GetButton(0), (ToolBarButton{10, true, 1, true}));
+  bar.EnableButton(0, false);
+  bar.CheckButton(0, 3);
+  EXPECT_EQ(bar.GetButton(0), (ToolBarButton{10, false, 2, false}));
+}
+
+}  // namespace
+}  // namespace dq::test
