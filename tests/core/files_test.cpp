@@ -25,38 +25,29 @@ struct ScopedFiles : ForwardingFiles {
 };
 
 TEST_F(FileUtility, RelativePathsAndBack) {
-  for (const auto& [base, path, relative, absolute] : Rows<Text, Text, Text, Text>{
-           {"c:\\data", "C:\\Data\\sql\\a.sql", ".\\sql\\a.sql", "c:\\data\\sql\\a.sql"},
-           {"c:\\data\\app", "C:\\other\\a", "..\\other\\a", "c:\\other\\a"},
-           {"c:\\data\\app", "C:other", "..\\other", "c:\\other"},
-           {"c:\\app", "c:\\application\\x", ".lication\\x", "c:\\application\\x"},
-           {"", "C:\\X", "c:\\x", "c:\\x"},
-           {"c:\\data", "/home/User/c:/X", "/home/User/c:/X", "/home/User/c:/X"},
-           // Without a drive there is none that a path could contain.
-           {"\\\\Server\\Share", "D:\\X", "d:\\x", "d:\\x"},
-           {"\\\\Server\\Share", "\\\\SERVER\\share\\X", ".\\x", "\\\\server\\share\\x"},
-           {"/data/App", "/data/App/Sql/A.sql", "./Sql/A.sql", "/data/App/Sql/A.sql"},
-           {"/data/App", "/data/app/x", "/data/app/x", "/data/app/x"},
-           {"/Data", "C:\\Data\\X", "c:\\data\\x", "c:\\data\\x"},
-           {nullptr, nullptr, "", ""}}) {
-    EXPECT_STREQ(Utility::AbsolutePathToRelative(base, path), relative);
-    EXPECT_STREQ(Utility::RelativePathToAbsolute(base, relative), absolute) << relative;
+  // A path without a drive contains none.
+  for (const auto& [base, path, relative, absolute] : Cases<4>(R"(
+=> C:\X => c:\x => c:\x ;; c:\data => /home/User/c:/X => /home/User/c:/X => /home/User/c:/X
+c:\data => C:\Data\sql\a.sql => .\sql\a.sql => c:\data\sql\a.sql ;; \\S\Sh => D:\X => d:\x => d:\x
+c:\data\app => C:\other\a => ..\other\a => c:\other\a ;; c:\d\app => C:ot => ..\ot => c:\ot
+c:\app => c:\application\x => .lication\x => c:\application\x ;; /D => C:\D\X => c:\d\x => c:\d\x
+\\Srv\Share => \\SRV\share\X => .\x => \\srv\share\x ;; /da/Ap => /da/ap/x => /da/ap/x => /da/ap/x
+/data/App => /data/App/Sql/A.sql => ./Sql/A.sql => /data/App/Sql/A.sql)")) {
+    EXPECT_EQ(Utility::AbsolutePathToRelative(base.c_str(), path.c_str()), relative) << path;
+    EXPECT_EQ(Utility::RelativePathToAbsolute(base.c_str(), relative.c_str()), absolute);
   }
-  EXPECT_STREQ(Utility::RelativePathToAbsolute("C:\\Data", ".\\Sub\\A"), "c:\\data\\sub\\a");
-  EXPECT_STREQ(Utility::RelativePathToAbsolute("/Data", ".\\Sub"), "/Data\\Sub");
+  EXPECT_EQ(Utility::RelativePathToAbsolute("C:\\Data", ".\\Sub\\A"), "c:\\data\\sub\\a");
+  EXPECT_EQ(Utility::RelativePathToAbsolute("/Data", ".\\Sub"), "/Data\\Sub");
+  EXPECT_EQ(Utility::AbsolutePathToRelative(nullptr, nullptr), "");
+  EXPECT_EQ(Utility::RelativePathToAbsolute(nullptr, nullptr), "");
 }
 
-TEST_F(FileUtility, TakesItsOwnTextsAndThoseItAddsTo) {
+TEST_F(FileUtility, TakesItsOwnTexts) {
   Utility utility("c:\\data\\a.sql");
   EXPECT_EQ(utility.GetDrive() + utility.GetFileName() + utility.GetExtension(), "c:a.sql");
   utility.SetFullPath(utility.GetDirectory());
   utility.SetFullPath(utility.GetFullPath());
   EXPECT_EQ(utility.GetFullPath() + '|' + utility.GetDirectory(), "\\data\\|\\data\\");
-
-  CStringArray created;
-  created.Add(directory / "a/b/c/d");
-  EXPECT_TRUE(Utility::CreateDirectory(created[0], false, &created) && created.GetSize() == 5);
-  EXPECT_TRUE(DQLIB_FileExists((directory / "a/b/c/d").c_str()));
 }
 
 TEST_F(FileUtility, UniversalNamesAreAdministrativeSharesOfDrives) {
@@ -67,10 +58,11 @@ TEST_F(FileUtility, UniversalNamesAreAdministrativeSharesOfDrives) {
     }
   } files;
   const ScriptedPlatform platform;
-  const Rows<Text, Text> rows = {{"c:\\a:b", "\\\\TIGER\\c$\\a:b"}, {"plain", "plain"},
-                                 {"z:\\x", "\\\\files\\all\\x"},    {nullptr, ""},
-                                 {"/home/a:b", "/home/a:b"},        {"", ""}};
-  for (const auto& [path, expected] : rows) EXPECT_EQ(Utility::GetUniversalName(path), expected);
+  for (const auto& [path, expected] : Cases<2>(R"(=> ;; plain => plain ;; /home/a:b => /home/a:b
+       c:\a:b => \\TIGER\c$\a:b ;; z:\x => \\files\all\x)")) {
+    EXPECT_EQ(Utility::GetUniversalName(path.c_str()), expected);
+  }
+  EXPECT_EQ(Utility::GetUniversalName(nullptr), "");
 }
 
 TEST_F(FileUtility, NamesOfTemporaryFilesDontCollide) {
@@ -104,6 +96,9 @@ TEST_F(FileUtility, DirectoriesAreMadeFromTheOutside) {
       ASSERT_EQ(created.GetSize(), 3);
     }
     EXPECT_TRUE(created[0] == directory / "a" && created[2] == directory / "a/b/c");
+    created.Add(path + "d/e/f/g");
+    EXPECT_TRUE(Utility::CreateDirectory(created[3], false, &created) && created.GetSize() == 8);
+    EXPECT_TRUE(fs::exists(path + "d/e/f/g")) << "a text of the array it adds to";
     EXPECT_EQ(prompts.shown, (std::vector(2, ShownBox{question, BOX_YES_NO})));
   }
   for (const Text nothing : {"c:", "c:\\", "/"}) {
@@ -112,11 +107,8 @@ TEST_F(FileUtility, DirectoriesAreMadeFromTheOutside) {
   EXPECT_TRUE(Utility::CreateDirectory(("/" + directory / "d/e").c_str(), false)) << "no share";
   const std::string file = directory.Put("file", "");
   ScriptedPrompts prompts;
-  for (const auto& [wanted, level] :
-       Rows<std::string, std::string>{{file + "/x/y", file},
-                                      {"c:\\x\\y", "c:\\x"},
-                                      {"\\\\srv\\share\\x\\y", "\\\\srv\\share\\x"},
-                                      {"\\\\srv\\share", "\\\\srv\\share"}}) {
+  for (const auto& [wanted, level] : Cases<2>(file + "/x/y => " + file + R"(
+       c:\x\y => c:\x ;; \\srv\share\x\y => \\srv\share\x ;; \\srv\share => \\srv\share)")) {
     EXPECT_FALSE(Utility::CreateDirectory(wanted.c_str(), false)) << wanted;
     EXPECT_EQ(prompts.shown.back().text, "The directory " + level + " could not be created.");
   }
@@ -124,14 +116,14 @@ TEST_F(FileUtility, DirectoriesAreMadeFromTheOutside) {
 }
 
 TEST_F(FileUtility, WritesReplaceOrAppendAndReportTheTextsLength) {
-  const std::string path = directory / "f";
-  for (const auto& [text, length, replace, add_line_end, result, contents] :
-       Rows<Text, int, bool, bool, int, std::string>{
-           {"one", -1, false, true, 3, "one\r\n"},
-           {"two", 2, false, false, 2, "one\r\ntw"},
-           {"", -1, true, true, 0, "\r\n"},
-           {"a\0b", 3, true, false, 3, std::string("a\0b", 3)},
-           {nullptr, 9, true, false, 0, ""}}) {
+  const std::string path = directory / "f", zero("a\0b", 3);
+  const Rows<Text, int, bool, bool, int, std::string> rows = {
+      {"one", -1, false, true, 3, "one\r\n"},
+      {"two", 2, false, false, 2, "one\r\ntw"},
+      {"", -1, true, true, 0, "\r\n"},
+      {"a\0b", 3, true, false, 3, zero},
+      {nullptr, 9, true, false, 0, ""}};
+  for (const auto& [text, length, replace, add_line_end, result, contents] : rows) {
     EXPECT_EQ(Utility::WriteFile(path.c_str(), text, length, replace, add_line_end), result);
     EXPECT_EQ(directory.Get("f"), contents);
   }
@@ -222,18 +214,18 @@ TEST_F(FileUtility, ListsHaveTheEntriesWithAnyOfTheAttributes) {
   for (const Text name : {"a.SQL", "b", ".hidden"}) directory.Put(name, "");
   fs::create_directory(directory / "dir");
   fs::permissions(directory / "b", fs::perms::owner_read);
-  CStringList list;
-  for (const auto& [pattern, attributes, found, names] :
-       Rows<Text, DWORD, bool, Text>{{"/*.*", FILE_ARCHIVE, true, ".hidden|a.SQL|b|"},
-                                     {"\\*", FILE_DIRECTORY, true, "dir|"},
-                                     {"/*.*", FILE_READ_ONLY | FILE_HIDDEN, true, ".hidden|b|"},
-                                     {"/a*", FILE_DIRECTORY, true, ""},
-                                     {"/x*", FILE_ARCHIVE, false, ""}}) {
-    list.RemoveAll();
+  const Rows<Text, DWORD, bool, Text> rows = {
+      {"/*.*", FILE_ARCHIVE, true, ".hidden|a.SQL|b|"},
+      {"\\*", FILE_DIRECTORY, true, "dir|"},
+      {"/*.*", FILE_READ_ONLY | FILE_HIDDEN, true, ".hidden|b|"},
+      {"/a*", FILE_DIRECTORY, true, ""},
+      {"/x*", FILE_ARCHIVE, false, ""}};
+  for (const auto& [pattern, attributes, found, names] : rows) {
+    CStringList list;
     EXPECT_EQ(Utility::ListFiles((directory.path() + pattern).c_str(), list, attributes), found);
     EXPECT_EQ(Joined(list), names) << pattern;
+    EXPECT_FALSE(Utility::ListFiles(nullptr, list, FILE_ARCHIVE));
   }
-  EXPECT_FALSE(Utility::ListFiles(nullptr, list, FILE_ARCHIVE));
 }
 
 TEST_F(FileUtility, DeletingTakesReadOnlyFilesAndLeavesWhatLinksLeadTo) {
@@ -253,7 +245,7 @@ TEST_F(FileUtility, DeletingTakesReadOnlyFilesAndLeavesWhatLinksLeadTo) {
   EXPECT_FALSE(Utility::DeleteDirectory(tree, false)) << "it isn't empty";
   EXPECT_TRUE(Utility::DeleteDirectory(tree, true) && !fs::exists(tree));
   EXPECT_TRUE(DQLIB_FileReadOnly((directory / "kept").c_str()));
-  const fs::path here = fs::current_path();
+  const auto here = fs::current_path();
   fs::current_path(directory / "outside");
   EXPECT_FALSE(Utility::DeleteDirectory("", true)) << "no name is not the current directory";
   fs::current_path(here);
@@ -296,19 +288,15 @@ TEST_F(FileUtility, AFailureIsNeitherAnAbsenceNorASuccess) {
 }
 
 TEST_F(FileUtility, NamesForDisplayKeepRootAndLastDirectories) {
-  for (const auto& [path, length, at_least_name, expected] :
-       Rows<Text, int, int, Text>{{"c:\\one\\two\\three.sql", 20, 1, "c:\\one\\two\\three.sql"},
-                                  {"c:\\first\\two\\three.sql", 20, 1, "c:\\...\\two\\three.sql"},
-                                  {"c:\\one\\two\\three.sql", 18, 1, "c:\\...\\three.sql"},
-                                  {"c:\\one\\two\\three.sql", 8, 1, "three.sql"},
-                                  {"c:\\one\\two\\three.sql", 8, 0, ""},
-                                  {"c:\\one\\two\\three.sql", 9, 0, "three.sql"},
-                                  {"/one/two/three.sql", 17, 0, "/.../three.sql"},
-                                  {"\\\\srv\\all\\first\\x.sql", 20, 0, "\\\\srv\\all\\...\\x.sql"},
-                                  {"a", -1, 0, ""}}) {
+  for (const auto& [length, at_least_name, path, shown] : Cases<4>(R"(
+20 => 1 => c:\one\two\three.sql => c:\one\two\three.sql ;; 8 => 1 => c:\one\two\three.sq => three.sq
+20 => 1 => c:\first\two\three.sql => c:\...\two\three.sql ;; 8 => 0 => c:\one\two\three.sql =>
+18 => 1 => c:\one\two\three.sql => c:\...\three.sql ;; 9 => 0 => c:\one\two\three.sql => three.sql
+17 => 0 => /one/two/three.sql => /.../three.sql ;; -1 => 0 => a =>
+20 => 0 => \\srv\all\first\x.sql => \\srv\all\...\x.sql)")) {
     std::string name = path;
-    Utility::AbbreviateName(name.data(), length, at_least_name);
-    EXPECT_STREQ(name.c_str(), expected) << length;
+    Utility::AbbreviateName(name.data(), std::stoi(length), std::stoi(at_least_name));
+    EXPECT_STREQ(name.c_str(), shown.c_str()) << length;
   }
 }
 
@@ -331,15 +319,14 @@ TEST_F(FileUtility, FileTypesAreRegisteredUpToTheFirstRefusal) {
   std::string entered;
   for (const auto& [path, values] : Dump(registry, kClassesRoot)) {
     for (const auto& [name, value] : values) {
-      EXPECT_TRUE(name.empty() && value.first == REGISTRY_STRING) << path;
-      entered += path + "=" + value.second.c_str() + "|";
+      entered += path + name + "=" + std::to_string(value.first) + value.second.c_str() + "|";
     }
   }
   EXPECT_EQ(
       entered,
-      R"(.sql=DQScript|DQScript=SQL Script|DQScript\shell\open\command=/opt/host "%1"|)"
-      R"(DQScript\shell\open\ddeexec=[open("%1")]|Other=Other Type|)"
-      R"(Other\shell\open\command="/opt/my host" "%1"|Other\shell\open\ddeexec=[open("%1")]|)");
+      R"(.sql=1DQScript|DQScript=1SQL Script|DQScript\shell\open\command=1/opt/host "%1"|)"
+      R"(DQScript\shell\open\ddeexec=1[open("%1")]|Other=1Other Type|)"
+      R"(Other\shell\open\command=1"/opt/my host" "%1"|Other\shell\open\ddeexec=1[open("%1")]|)");
 }
 
 TEST_F(FileUtility, ModulesAndLineEnds) {
@@ -354,12 +341,15 @@ TEST_F(FileUtility, ModulesAndLineEnds) {
 }
 
 TEST_F(DQFile, LinesLoseTheirEndsAndLongOnesComeInPieces) {
-  const std::string x9999(9999, 'x'), x10000(10000, 'x');
-  const Rows<std::string, std::string> rows = {
-      {"", ""},          {"a\r\nb\rc\n\nd", "a|b\rc||d|"},
-      {"\n", "|"},       {x9999 + "\r\ny", x9999 + "|y|"},
-      {"a\r", "a\r|"},   {x10000 + "\ny", x10000 + "||y|"},
-      {"\r\r\n", "\r|"}, {x10000 + x10000 + "y\n", x10000 + "|" + x10000 + "|y|"}};
+  const std::string less(9999, 'x'), most(10000, 'x');
+  const Rows<std::string, std::string> rows = {{"", ""},
+                                               {"\n", "|"},
+                                               {"a\r\nb\rc\n\nd", "a|b\rc||d|"},
+                                               {"a\r", "a\r|"},
+                                               {"\r\r\n", "\r|"},
+                                               {most + most + "y\n", most + "|" + most + "|y|"},
+                                               {most + "\ny", most + "||y|"},
+                                               {less + "\r\ny", less + "|y|"}};
   for (const auto& [contents, lines] : rows) {
     CDQFile file(directory.Put("f", contents), FILE_OPEN_READ);
     CStringList list;

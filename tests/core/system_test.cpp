@@ -5,13 +5,13 @@
 namespace dq::test {
 namespace {
 
+using namespace std::string_view_literals;
 using Info = CDQSystemInfo;
 using platform::ErrorKind;
 using Text = const char*;
 constexpr Text kNone = nullptr;
 
-class IniFile : public testing::Test {
- protected:
+struct IniFile : testing::Test {
   std::string Value(const char* section, const char* key, const char* fallback = "(none)") {
     CString value;
     CDQIniFile(ini).ReadKey(section, key, value, fallback);
@@ -77,10 +77,9 @@ struct OwnRegistry : MemoryRegistry {
     for (const auto& [path, values] : Dump(*this)) {
       all += path + "{";
       for (const auto& [name, value] : values) {
-        const auto& [type, data] = value;
-        const bool is_much = data.size() > 99;
-        all += name + "=" + std::to_string(type) + ":";
-        all += (is_much ? std::to_string(data.size()) : data) + " ";
+        const std::string& data = value.second;
+        all += name + "=" + std::to_string(value.first) + ":" +
+               (data.size() > 99 ? std::to_string(data.size()) : data) + " ";
       }
       all += "}";
     }
@@ -88,13 +87,12 @@ struct OwnRegistry : MemoryRegistry {
   }
 
   platform::Result<platform::RegistryValue> EnumValue(HKEY key, std::size_t index) override {
-    if (--reads_left == 0) return platform::Error{ErrorKind::kBusy, 16};
-    return MemoryRegistry::EnumValue(key, index);
+    return --reads_left == 0 ? busy : MemoryRegistry::EnumValue(key, index);
   }
   platform::Result<std::string> EnumKey(HKEY key, std::size_t index) override {
-    if (--reads_left == 0) return platform::Error{ErrorKind::kBusy, 16};
-    return MemoryRegistry::EnumKey(key, index);
+    return --reads_left == 0 ? busy : MemoryRegistry::EnumKey(key, index);
   }
+  const platform::Error busy{ErrorKind::kBusy, 16};
   int reads_left = 0;
   platform::ScopedPlatform scope{With(&platform::Platform::registry, this)};
 };
@@ -118,25 +116,27 @@ TEST(RegistryTools, TextsOfUpTo260BytesAreFoundWhateverTheirKind) {
 
 TEST(RegistryTools, TextsAreWrittenInTheLengthThatIsGiven) {
   OwnRegistry registry;
-  DQLIB_AppWriteValueInRegistry(kCurrentUser, "a\\b", "with zero", "xyz", 4);
-  DQLIB_AppWriteValueInRegistry(kCurrentUser, "a\\b", "without", "xyz", 2);
-  DQLIB_AppWriteValueInRegistry(kCurrentUser, "a\\b", "none", "xyz", 0);
-  DQLIB_AppWriteValueInRegistry(kCurrentUser, "a\\b", "negative", "xyz", -1);
-  DQLIB_AppWriteValueInRegistry(kCurrentUser, "a\\b", "null", nullptr, 1);
+  for (const auto& [name, text, length] : Rows<Text, Text, int>{{"zero", "xyz", 4},
+                                                                {"xy", "xyz", 2},
+                                                                {"none", "xyz", 0},
+                                                                {"-1", "xyz", -1},
+                                                                {"", kNone, 1}}) {
+    DQLIB_AppWriteValueInRegistry(kCurrentUser, "a\\b", name, text, length);
+  }
   DQLIB_AppWriteValueInRegistry(kCurrentUser, nullptr, "null", "x", 1);
-  EXPECT_EQ(registry.Shown(),
-            std::string("{}a{}a\\b{none=1: with zero=1:xyz\0 without=1:xy }", 48));
+  EXPECT_EQ(registry.Shown(), "{}a{}a\\b{none=1: xy=1:xy zero=1:xyz\0 }"sv);
 }
 
 TEST(RegistryTools, ACopyMovesAllButAValueOf7681BytesWhichASubKeyLoses) {
   OwnRegistry registry;
+  const std::string much(7681, 'x');
   registry.Set("from", "", "default", REGISTRY_STRING);
-  registry.Set("from", "too much", std::string(7681, 'x'));
-  registry.Set("from", "most", std::string(7680, 'x'), 0x1234);
+  registry.Set("from", "too much", much);
+  registry.Set("from", "most", much.substr(1), 0x1234);
   registry.Set("from", "none", "", REGISTRY_NONE);
-  registry.Set("from\\one\\two", "deep", "1");
-  registry.Set("from\\one\\two", "too much", std::string(7681, 'x'));
   registry.Set("to", "", "overwritten");
+  registry.Set("from\\one\\two", "deep", "1");
+  registry.Set("from\\one\\two", "too much", much);
   registry.Set("to\\one", "kept", "2");
   EXPECT_TRUE(DQLIB_CopyRegistryKey(registry.Create("from"), registry.Create("to")));
   EXPECT_TRUE(DQLIB_CopyRegistryKey(registry.Create("to"), registry.Create("TO"))) << "no change";
@@ -149,18 +149,17 @@ TEST(RegistryTools, ARenameMovesMergesOrChangesCase) {
   OwnRegistry registry;
   registry.Set("Name", "v", "1");
   registry.Set("Name\\sub", "v", "1");
-  const Rows<Text, Text, bool, Text> rows = {
-      {"Name", "Name", true, "Name"},         {"Name", "NAME", true, "NAME"},
-      {"missing", "x", false, "NAME"},        {"", "x", false, "NAME"},
-      {"name\\", "nAmE", true, "nAmE"},       {"\\", "", true, "nAmE"},
-      {"nAmE\\sub", "nAmE", false, "nAmE"},   {"nAmE", "", false, "nAmE"},
-      {"nAmE", nullptr, false, "nAmE"},       {nullptr, "x", false, "nAmE"},
-      {"nAmE", "Name\\below", false, "nAmE"}, {"name", "\\other\\", true, "other"}};
-  for (const auto& [from, to, result, after] : rows) {
-    EXPECT_EQ(DQLIB_RenameRegistryItem(kCurrentUser, from, to) != 0, result) << to;
-    EXPECT_EQ(registry.Shown(), std::string("{}") + after + "{v=3:1 }" + after + "\\sub{v=3:1 }")
-        << to;
+  for (const auto& [from, to, renamed, after] : Cases<4>(R"(
+       Name => Name => 1 => Name ;; Name => NAME => 1 => NAME ;; missing => x => 0 => NAME
+       => x => 0 => NAME ;; name\ => nAmE => 1 => nAmE ;; \ => => 1 => nAmE ;; nAmE => => 0 => nAmE
+       nAmE\sub => nAmE => 0 => nAmE ;; nAmE => Name\below => 0 => nAmE
+       name => \other\ => 1 => other)")) {
+    EXPECT_EQ(DQLIB_RenameRegistryItem(kCurrentUser, from.c_str(), to.c_str()), renamed == "1")
+        << from << " to " << to;
+    EXPECT_EQ(registry.Shown(), "{}" + after + "{v=3:1 }" + after + "\\sub{v=3:1 }");
   }
+  EXPECT_FALSE(DQLIB_RenameRegistryItem(kCurrentUser, "other", nullptr) ||
+               DQLIB_RenameRegistryItem(kCurrentUser, nullptr, "x"));
   registry.Set("target", "v", "old");
   registry.Set("target", "w", "kept");
   EXPECT_TRUE(DQLIB_RenameRegistryItem(kCurrentUser, "other", "target"));
@@ -256,7 +255,7 @@ TEST_F(SystemInfoTest, ReadsTheVersionOrShowsWhyNot) {
   platform.errors.texts[5] = "No version";
   EXPECT_EQ(Info().GetOSVersionInfo().dwMajorVersion, 0U);
   ASSERT_EQ(prompts.shown.size(), 1U);
-  EXPECT_NE(prompts.shown[0].text.find("No version"), std::string::npos);
+  EXPECT_THAT(prompts.shown[0].text, testing::HasSubstr("No version"));
 }
 
 TEST_F(SystemInfoTest, FindsSuitesAndBrowsersInTheRegistry) {
@@ -290,9 +289,7 @@ TEST_F(SystemInfoTest, NamesFoldersByTheApplication) {
   const std::string shared = folder + "/Some Maker/Shared/";
   EXPECT_TRUE(Info::GetAppDataPath(false) == mine && directory.Count() == 0);
   EXPECT_TRUE(Info::GetAppDataPath(true) == mine && Info::GetSharedDataPath(true) == shared);
-  for (const std::string& made : {mine, shared}) {
-    EXPECT_TRUE(std::filesystem::is_directory(made)) << made;
-  }
+  EXPECT_TRUE(std::filesystem::is_directory(mine) && std::filesystem::is_directory(shared));
   EXPECT_EQ(Info::GetSpecialFolderPath(99, true), "");
   EXPECT_EQ(Info::GetSpecialFolderPath(FOLDER_APPDATA, true, HWND{}), folder);
   EXPECT_EQ(Info::GetSpecialFolderPath(26, true, nullptr), folder);
@@ -314,16 +311,15 @@ TEST_F(SystemInfoTest, WritesDatesAndTimesByTheUsersLocale) {
   EXPECT_STREQ(Info::GetCurrentDateTime(DATE_SHORT), "03.02.01 04:05:06.007");
   EXPECT_STREQ(Info::GetTickCount(), "04:05:06.007");
   const SYSTEMTIME leap_day{1996, 2, 0, 29, 23, 59, 58, 999};
-  for (const bool milliseconds : {false, true}) {
-    EXPECT_STREQ(Info::GetFormattedTime(&leap_day, milliseconds), "23:59:58.999");
-  }
+  EXPECT_EQ(Info::GetFormattedTime(&leap_day, false) + Info::GetFormattedTime(&leap_day, true),
+            "23:59:58.99923:59:58.999");
   EXPECT_STREQ(Info::GetFormattedDateTime(&leap_day, DATE_SHORT), "29.02.96 23:59:58.999");
   EXPECT_STREQ(Info::GetFormattedDate(COleDateTime(2001, 2, 4, 0, 0, 0), DATE_LONG),
                "Sonntag, 4. Februar 2001");
   EXPECT_STREQ(Info::GetFormattedDate(COleDateTime(2001, 2, 29, 0, 0, 0), 0), "");
-  for (const std::size_t size : {79U, 80U}) {
-    locale.items[LOCALE_SSHORTDATE] = std::string(size, '-');
-    EXPECT_EQ(Info::GetCurrentDate(DATE_SHORT).GetLength(), size == 79 ? 79 : 0);
+  for (const auto& [size, length] : {std::pair(79, 79), {80, 0}}) {
+    locale.items[LOCALE_SSHORTDATE].assign(size, '-');
+    EXPECT_EQ(Info::GetCurrentDate(DATE_SHORT).GetLength(), length);
   }
   // Milliseconds go behind the seconds unless they are there.
   const Rows<Text, int> rows = {{"12:34:56", 8},      {"1:2:3 PM", 5}, {"12:34:56.789", -1},
@@ -334,20 +330,20 @@ TEST_F(SystemInfoTest, WritesDatesAndTimesByTheUsersLocale) {
 TEST(LocaleInfo, FallsBackOnlyWhereAnItemCantBeRead) {
   using Locale = CDQLocaleInfo;
   ScriptedLocale locale;
+  constexpr DWORD kUser = LOCALE_USER_DEFAULT, kGerman = 0x407;
   locale.items = {{LOCALE_SGROUPING, "3;0"}, {LOCALE_S1159, ""}, {LOCALE_IDIGITS, "x"}};
-  for (const auto& [item, language, text, first, number] :
-       Rows<DWORD, DWORD, Text, char, int>{{LOCALE_SGROUPING, LOCALE_USER_DEFAULT, "3;0", '3', 3},
-                                           {LOCALE_S1159, LOCALE_USER_DEFAULT, "", '\0', 0},
-                                           {LOCALE_IDIGITS, LOCALE_USER_DEFAULT, "x", 'x', 0},
-                                           {LOCALE_S2359, LOCALE_USER_DEFAULT, "pm", 'p', 7},
-                                           {LOCALE_SGROUPING, 0x407, "pm", 'p', 7}}) {
+  const Rows<DWORD, DWORD, Text, char, int> rows = {{LOCALE_SGROUPING, kUser, "3;0", '3', 3},
+                                                    {LOCALE_S1159, kUser, "", '\0', 0},
+                                                    {LOCALE_SGROUPING, kGerman, "pm", 'p', 7},
+                                                    {LOCALE_S2359, kUser, "pm", 'p', 7},
+                                                    {LOCALE_IDIGITS, kUser, "x", 'x', 0}};
+  for (const auto& [item, language, text, first, number] : rows) {
     EXPECT_STREQ(Locale::GetInfo(item, "pm", language), text) << item;
     EXPECT_EQ(Locale::GetInfoChar(item, "pm", language), first) << item;
     EXPECT_EQ(Locale::GetInfoInt(item, 7, language), number) << item;
   }
-  EXPECT_STREQ(Locale::GetInfo(LOCALE_S2359, nullptr, LOCALE_USER_DEFAULT), "");
-  EXPECT_EQ(Locale::GetInfoChar(LOCALE_S2359, nullptr, LOCALE_USER_DEFAULT), '\0');
-
+  EXPECT_STREQ(Locale::GetInfo(LOCALE_S2359, nullptr, kUser), "");
+  EXPECT_EQ(Locale::GetInfoChar(LOCALE_S2359, nullptr, kUser), '\0');
   EXPECT_STREQ(Locale::GetDateFormat(LOCALE_SSHORTDATE, true), " ");
   locale.items = {{LOCALE_SSHORTDATE, "M/d/yyyy"}, {LOCALE_STIMEFORMAT, "h:mm:ss tt"}};
   EXPECT_STREQ(Locale::GetDateFormat(LOCALE_SSHORTDATE, false), "M/d/yyyy");
