@@ -81,28 +81,22 @@ TEST(DateTimeFmtDef, AnswersTheWholeFromItsTextsAndPartsFromItsCells) {
 }
 
 TEST(DateTimeFmtDef, TranslatesUntilATextIsNoElement) {
-  for (const auto& [from, source, is_valid, to, converted, result] :
-       Rows<int, const char*, bool, int, bool, const char*>{
-           {DTF_WIN, "M/d/yyyy h:mm:ss tt", true, DTF_DISP, true, "mm/dd/YYYY hh12:MI:SS AM"},
-           {DTF_WIN, "HH:mm:ss.fff", false, DTF_DISP, true, "HH24:MI:SS"},
-           {DTF_WIN, "..fHH.ff.", false, DTF_DISP, true, "D.HH24."},
-           {DTF_WIN, "fHH", false, DTF_DISP, false, ""},
-           {DTF_WIN, "dd'.'MM", false, DTF_DISP, false, ""},
-           {DTF_WIN, "dddd, MMMM d", true, DTF_DISP, true, "DAY,D MONTH dd"},
-           {DTF_DISP, "DAY, MONTH dd", true, DTF_WIN, false, "dddd,"},
-           {DTF_OLE, "%#m/%q/%Y", false, DTF_DISP, false, "mm/"},
-           {DTF_DISP, "D-DDD", true, DTF_WIN, true, "-"},
-           {DTF_DISP, "///", true, DTF_WIN, false, ""},
-           {7, "MM", true, 8, true, "MM"},
-           {DTF_DISP, "", false, DTF_OLE, false, ""}}) {
-    const auto notation = static_cast<DATETIME_FMTTYPE>(from);
-    CString text;
-    SCOPED_TRACE(source);
-    const auto other = static_cast<DATETIME_FMTTYPE>(to);
-    EXPECT_EQ(Def::GetDateTimeFmt(notation, source, other, text), converted);
-    EXPECT_EQ(text, result);
-    EXPECT_EQ(Def::IsValidDateTimeFmt(source, notation), is_valid);
-    EXPECT_EQ(Def::IsValidDateTimeFmt(source), is_valid) << "in any notation";
+  // The numbers of two notations, a text, whether it is valid and all converted, and the result.
+  for (const auto& [notations, text, done, expected] : Cases<4>(R"(
+      21 => M/d/yyyy h:mm:ss tt => 11 => mm/dd/YYYY hh12:MI:SS AM
+      21 => HH:mm:ss.fff => 01 => HH24:MI:SS ;; 21 => ..fHH.ff. => 01 => D.HH24. ;; 21 => fHH => 00
+      21 => dd'.'MM => 00 ;; 21 => dddd, MMMM d => 11 => DAY,D MONTH dd ;; 12 => /// => 10
+      12 => DAY, MONTH dd => 10 => dddd, ;; 01 => %#m/%q/%Y => 00 => mm/ ;; 12 => D-DDD => 11 => -
+      78 => MM => 11 => MM ;; 10 => => 00)")) {
+    const CString source = text;
+    const auto from = static_cast<DATETIME_FMTTYPE>(notations[0] - '0');
+    const auto to = static_cast<DATETIME_FMTTYPE>(notations[1] - '0');
+    CString result;
+    const bool converted = Def::GetDateTimeFmt(from, source, to, result);
+    EXPECT_EQ(std::to_string(Def::IsValidDateTimeFmt(source, from)) + (converted ? "1" : "0"), done)
+        << text;
+    EXPECT_EQ(result.View(), expected);
+    EXPECT_EQ(Def::IsValidDateTimeFmt(source), done[0] == '1') << text << " in any notation";
   }
 }
 
@@ -233,11 +227,10 @@ TEST(DateTimeFormat, IsSeededFromTheLocaleOnce) {
 }
 
 TEST(DateTimeFormat, PlatformsDifferInNameNumberAndDefault) {
-  const Rows<int, const char*, const char*> rows = {{2, "Sybase", kUs},
-                                                    {3, "SQL Server", kUs},
-                                                    {4, "DB2", kIso},
-                                                    {5, "Oracle", kUs},
-                                                    {10, "DB2OS390", kIso}};
+  const Rows<int, const char*, const char*> rows = {
+      {2, "Sybase", kUs}, {3, "SQL Server", kUs}, {4, "DB2", kIso},
+      {5, "Oracle", kUs}, {10, "DB2OS390", kIso},
+  };
   for (const auto& [platform, type, preset] : rows) {
     const auto made = Make(platform);
     // A factory of copies takes the number from the source.
@@ -260,18 +253,15 @@ TEST(DateTimeFormat, ChoosesByTextAndInsertsWhatNoListHas) {
   const auto format = Make(DBMS_SQLSERVER);
   const auto& customized = format->GetCustomizedDateTimeFmtList();
   const int count = customized.GetCount();
-  for (const auto& [fmt, choice, added] : Rows<const char*, const char*, int>{
-           {"", "MM/DD/YYYY", 0},
-           {"no format", "MM/DD/YYYY", 0},
-           {"%d.%m.%y", "DD.MM.YY", 1},
-           {"%d.%m.%y", "DD.MM.YY", 1},
-           // Valid for the locale alone: each time a definition that nobody finds.
-           {"MM/dd/yyyy hh:mm:ss tt", "", 2},
-           {"MM/dd/yyyy hh:mm:ss tt", "", 3}}) {
+  // What is valid for the locale alone is each time a definition that nobody finds.
+  for (const auto& [fmt, choice, added] : Cases<3>(R"(
+      => MM/DD/YYYY => 0 ;; no format => MM/DD/YYYY => 0 ;; %d.%m.%y => DD.MM.YY => 1
+      %d.%m.%y => DD.MM.YY => 1 ;; MM/dd/yyyy hh:mm:ss tt => => 2
+      MM/dd/yyyy hh:mm:ss tt => => 3)")) {
     format->SetDateTimeFmt("MM/DD/YYYY", DFK_CURRENT);
-    format->SetDateTimeFmt(fmt, DFK_CURRENT);
-    EXPECT_EQ(format->GetDispDateTimeFmt(6, DFK_CURRENT), choice) << fmt;
-    EXPECT_EQ(customized.GetCount(), count + added) << fmt;
+    format->SetDateTimeFmt(fmt.c_str(), DFK_CURRENT);
+    EXPECT_EQ(format->GetDispDateTimeFmt(6, DFK_CURRENT).View(), choice) << fmt;
+    EXPECT_EQ(customized.GetCount(), count + std::stoi(added)) << fmt;
   }
   EXPECT_EQ(customized[count + 1]->GetFmtDateTime(DTF_DISP), "MM/dd/ :mm:ss ");
   format->Reset();
@@ -355,19 +345,15 @@ TEST(FormatBuilder, BuildsAFormatFromTheElementsOfAnother) {
   const auto parts_of = [](const char* fmt) {
     return DateTimeFmtParts::Of(CLGDateTimeFmtDef(fmt).GetFmtElementList());
   };
-  for (const auto& [from, code, built] : Rows<const char*, int, const char*>{
-           {kUs, 27, kUs},
-           {kUs, 19, "MM/DD/YYYY"},
-           {kUs, 26, "HH12:MI:SS AM"},
-           {"HH24:MI:SS YYYY-MM.DD", 6, "HH24:MI:SS YYYY-MM.DD"},
-           {"HH24:MI:SS AM", 26, "HH24:MI:SS"},
-           {"hh24:MI:SS AM", 26, "hh24:MI:SS AM"},
-           {"DAY, MONTH dd, YYYY HH24:MI", 6, "MONTH dd,YYYY HH24:MI:"},
-           {"MM/YYYY HH24:MI:SS", 6, " HH24:MI:SS"},
-           {"/DD-MM,YYYY", 5, "DD-MM,YYYY"},
-           {kUs, 7, ""},
-           {"", 6, " ::"}}) {
-    EXPECT_EQ(parts_of(from).GenerateDateTimeFmt(code), built) << from << ' ' << code;
+  for (const auto& [from, code, built] : Cases<3>(R"(
+      MM/DD/YYYY HH12:MI:SS AM => 27 => [MM/DD/YYYY HH12:MI:SS AM]
+      MM/DD/YYYY HH12:MI:SS AM => 19 => [MM/DD/YYYY] ;; MM/DD/YYYY HH12:MI:SS AM => 7 => []
+      MM/DD/YYYY HH12:MI:SS AM => 26 => [HH12:MI:SS AM] ;; HH24:MI:SS AM => 26 => [HH24:MI:SS]
+      HH24:MI:SS YYYY-MM.DD => 6 => [HH24:MI:SS YYYY-MM.DD] ;; /DD-MM,YYYY => 5 => [DD-MM,YYYY]
+      DAY, MONTH dd, YYYY HH24:MI => 6 => [MONTH dd,YYYY HH24:MI:] ;; => 6 => [ ::]
+      MM/YYYY HH24:MI:SS => 6 => [ HH24:MI:SS] ;; hh24:MI:SS AM => 26 => [hh24:MI:SS AM])")) {
+    const CString made = parts_of(from.c_str()).GenerateDateTimeFmt(std::stoi(code));
+    EXPECT_EQ("[" + made + "]", built.c_str()) << from << ' ' << code;
   }
   DateTimeFmtParts parts = parts_of("DD.MM-YY");
   parts.separators[DTT_MONTH] = "";

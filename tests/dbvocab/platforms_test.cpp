@@ -72,28 +72,23 @@ TEST(QuoteName, TheWordListsAreAsTheyAlwaysWere) {
 }
 
 TEST(IdentifierName, UnwrapsAndSplits) {
-  const Rows<const char*, const char*, const char*> wrapped = {{"[a]", "[]", "a"},
-                                                               {"[a]", "''", "[a]"},
-                                                               {"'", "''", ""},
-                                                               {"", "xx", ""},
-                                                               {nullptr, "xx", ""}};
-  for (const auto& [text, ends, inner] : wrapped) {
-    EXPECT_EQ(RemoveWrappingChar(text, ends[0], ends[1]), inner);
-    EXPECT_EQ(IsWrappedWithChars(text, ends[0], ends[1]),
-              text != nullptr && CString(text) != inner);
+  for (const auto& [text, ends, inner] :
+       Cases<3>("[a] => [] => a ;; [a] => '' => [a] ;; ' => '' => ;; => xx =>")) {
+    EXPECT_EQ(RemoveWrappingChar(text.c_str(), ends[0], ends[1]).View(), inner);
+    EXPECT_EQ(IsWrappedWithChars(text.c_str(), ends[0], ends[1]), text != inner) << text;
   }
+  EXPECT_TRUE(!IsWrappedWithChars(nullptr, 'x', 'x') &&
+              RemoveWrappingChar(nullptr, 'x', 'x') == "");
   // A false result of two parts sets them all the same, unless there are more dots.
-  const Rows<const char*, const char*> parts = {
-      {"a.b", "1:a|b 0:1|2|3"},         {"a.b.c", "0:1|2 1:a|b|c"}, {"a.b.c.d", "0:1|2 1:a|b|c.d"},
-      {"\"a.b\"", "1:\"a|b\" 0:1|2|3"}, {"a", "0:|a 0:1|2|3"},      {".b.c", "0:1|2 0:1|2|3"},
-      {"a.b.", "0:1|2 0:1|2|3"},        {"", "0:| 0:1|2|3"}};
-  for (const auto& [name, expected] : parts) {
+  for (const auto& [name, expected] : Cases<2>(R"(
+      a.b => 1:a|b 0:1|2|3 ;; a.b.c => 0:1|2 1:a|b|c ;; a.b.c.d => 0:1|2 1:a|b|c.d ;; => 0:| 0:1|2|3
+      "a.b" => 1:"a|b" 0:1|2|3 ;; a => 0:|a 0:1|2|3 ;; .b.c => 0:1|2 0:1|2|3
+      a.b. => 0:1|2 0:1|2|3)")) {
     CString a = "1", b = "2", c = "3";
     CString text = (GetTwoPartName(name, a, b) ? "1:" : "0:") + a + "|" + b;
     a = "1", b = "2";
     text += GetThreePartName(name, a, b, c) ? " 1:" : " 0:";
-    text += a + "|" + b + "|" + c;
-    EXPECT_EQ(text, expected) << name;
+    EXPECT_EQ((text + a + "|" + b + "|" + c).View(), expected) << name;
   }
 }
 
