@@ -38,26 +38,23 @@ TEST_F(ApplicationInfo, VersionNumbersAreCutAtTheDots) {
 }
 
 TEST_F(ApplicationInfo, TheExecutableGivesDirectoryKeyAndOptionsFileUnlessTheCodeDoes) {
-  // The code and the path; directory, key, options file, and which of the applications it is.
-  const Rows<const char*, const char*, const char*> rows = {
-      {"", "c:\\bin\\TOOL.EXE", "c:\\bin|TOOL|TOOL.dqo|0000"},
-      {"", "\\\\server\\share\\a.v2.exe", "\\\\server\\share|a.v2|a.v2.dqo|0000"},
-      {"Lumen SQL", "/tmp/tool", "/tmp|tool|LumenSQL.dqo|1000"},
-      {"lUMEN sql", "/tool", "|tool|LumenSQL.dqo|1000"},
-      {"LumenSQL", "tool", "|tool|tool.dqo|0000"},
-      {"Velmora Delta Keeper", "tool", "|tool|tool.dqo|0100"},
-      {"QUILLBASE", "tool", "|tool|Quill.dqo|0010"},
-      {"velmora pacer", "tool", "|tool|DQPacer.dqo|0001"}};
   CWinApp app("name");
-  for (const auto& [code, path, told] : rows) {
-    app.SetExecutablePath(path);
-    CDQApplicationInfo::SetAppCode(code);
+  // The code and the path; directory, key, options file, and which of the applications it is.
+  for (const auto& [code, path, told] : Cases<3>(R"(
+      => c:\bin\TOOL.EXE => c:\bin|TOOL|TOOL.dqo|0000 ;; LumenSQL => tool => |tool|tool.dqo|0000
+      => \\server\share\a.v2.exe => \\server\share|a.v2|a.v2.dqo|0000
+      Lumen SQL => /tmp/tool => /tmp|tool|LumenSQL.dqo|1000
+      lUMEN sql => /tool => |tool|LumenSQL.dqo|1000 ;; QUILLBASE => tool => |tool|Quill.dqo|0010
+      Velmora Delta Keeper => tool => |tool|tool.dqo|0100
+      velmora pacer => tool => |tool|DQPacer.dqo|0001)")) {
+    app.SetExecutablePath(path.c_str());
+    CDQApplicationInfo::SetAppCode(code.c_str());
     CDQApplicationInfo info;
-    std::ostringstream apps;
-    apps << info.IsAppLumenSql() << info.IsAppDeltaKeeper() << info.IsAppQuillbase()
-         << info.IsAppDQPacer();
-    EXPECT_EQ(told, info.GetExecutableDirectory() + "|" + info.GetRegistryKey() + "|" +
-                        info.GetOptionsFile() + "|" + apps.str().c_str());
+    std::ostringstream all;
+    all << info.GetExecutableDirectory().View() << '|' << info.GetRegistryKey().View() << '|'
+        << info.GetOptionsFile().View() << '|' << info.IsAppLumenSql() << info.IsAppDeltaKeeper()
+        << info.IsAppQuillbase() << info.IsAppDQPacer();
+    EXPECT_EQ(all.str(), told);
     info.SetOptionsFile("own.dqo");
     EXPECT_STREQ(info.GetOptionsFile(), "own.dqo");
   }
@@ -147,15 +144,11 @@ CDQOutputMessage& Output(const MSG& sent) {
 
 /// The number and the arguments; of an output message, its type, text and target.
 std::string Told(const MSG& sent) {
-  std::ostringstream told;
-  told << sent.message << ' ' << sent.wParam << ' ';
-  if (sent.message != 33801) {
-    told << sent.lParam;
-  } else {
-    const CDQOutputMessage& output = Output(sent);
-    told << output.GetType() << ' ' << output.GetText().View() << '|' << output.GetTarget().View();
-  }
-  return told.str() + "; ";
+  std::string told = std::to_string(sent.message) + " " + std::to_string(sent.wParam) + " ";
+  if (sent.message != 33801) return told + std::to_string(sent.lParam) + "; ";
+  const CDQOutputMessage& output = Output(sent);
+  told += std::to_string(output.GetType()) + " ";
+  return told.append((output.GetText() + "|" + output.GetTarget() + "; ").View());
 }
 
 TEST(CDQOutputMessage, IsWithTheMainWindowWhichMayDeleteItWhenTheSendReturns) {

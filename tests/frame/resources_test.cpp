@@ -133,7 +133,7 @@ TEST_F(Resources, MenusAreDirectAndToolBarsAndDialogsAreSwitched) {
 int CountLinks() {
   int count = 0;
   for (const auto* link = CDynLinkLibrary::head(); link != nullptr; link = link->next()) {
-    if (link->resources() == DQLIB_GetInstanceHandle()) ++count;
+    count += link->resources() == DQLIB_GetInstanceHandle() ? 1 : 0;
   }
   return count;
 }
@@ -143,17 +143,16 @@ TEST(Library, EntryPointAttachesAndTakesNothingDown) {
   const int before = CountLinks();
   EXPECT_GT(before, 0);
   // Only the first attaches.
-  const Rows<HINSTANCE, DWORD, int, std::vector<HINSTANCE>> rows = {
-      {library, PROCESS_ATTACH, 1, {library}},
-      {nullptr, PROCESS_ATTACH, 0, {nullptr}},
-      {library, THREAD_ATTACH, 1, {}},
-      {library, THREAD_DETACH, 1, {}},
-      {library, PROCESS_DETACH, 1, {library}}};
-  for (const auto& [module, reason, result, asked] : rows) {
+  for (const auto& [module, reason, result, asked] :
+       Rows<HINSTANCE, DWORD, int, int>{{library, PROCESS_ATTACH, 1, 1},
+                                        {nullptr, PROCESS_ATTACH, 0, 1},
+                                        {library, THREAD_ATTACH, 1, 0},
+                                        {library, THREAD_DETACH, 1, 0},
+                                        {library, PROCESS_DETACH, 1, 1}}) {
     ScriptedPlatform platform;
     EXPECT_EQ(DQLIB_EntryPoint(module, reason, nullptr), result) << reason;
     EXPECT_EQ(CountLinks(), before + 1) << reason;
-    EXPECT_EQ(platform.modules.named, asked) << reason;
+    EXPECT_EQ(platform.modules.named, std::vector<HINSTANCE>(asked, module)) << reason;
   }
   DQLIB_InitializeExtensionDLL();
   EXPECT_EQ(CountLinks(), before + 2);
@@ -162,6 +161,7 @@ TEST(Library, EntryPointAttachesAndTakesNothingDown) {
 TEST(CDQResourceManager, HasTheFamilysPicturesAndFontsAndMapsObjectTypesToPictures) {
   CDQResourceManager* const manager = CDQResourceManager::GetInstance();
   ASSERT_NE(manager, nullptr);
+  EXPECT_EQ(CDQResourceManager::GetInstance(), manager) << "there is one";
   std::map<const CBitmap*, UINT> ids;
   for (UINT id = 3000; id <= 3222; ++id) {
     ids[CGDIDispenser::g_.GetResourceBitmap(id, DQRESOURCES_GetInstanceHandle())] = id;

@@ -5,6 +5,7 @@
 #include "siblings/options/options_server.h"
 #include "siblings/options/template_engine.h"
 #include "tests/support/doubles.h"
+#include "tests/support/failing_memory.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/own_settings.h"
 #include "tests/support/registries.h"
@@ -322,6 +323,22 @@ TEST_F(OptionsServer, RegistersARangeOfAFileOnceAndRemovesIt) {
   EXPECT_EQ(Ids(), "{}");
   EXPECT_TRUE(Add("own.dqo", 10, 11, true, true));
   EXPECT_FALSE(server.GetBool(10)) << "a removed option's value stays kept";
+}
+
+TEST_F(OptionsServer, GivesTheMemoryOfARemovedOptionsBytesBack) {
+  const auto allocations_to_read = [this] {
+    BYTE* data = nullptr;
+    UINT size = 0;
+    FailAllocation(1'000'000);
+    EXPECT_TRUE(server.GetBinary(13, &data, &size) && !t_failed);
+    return 1'000'000 - t_countdown;
+  };
+  allocations_to_read();
+  const int again = allocations_to_read();
+  server.RemoveOptions("own.dqo", 1, 100);
+  EXPECT_TRUE(Add("own.dqo"));
+  EXPECT_GT(allocations_to_read(), again) << "they need a place anew";
+  AllocationFailed();
 }
 
 TEST_F(OptionsServer, ReadsAFileAnewUnlessItIsShared) {
