@@ -424,7 +424,8 @@ TEST(RowStore, PersonNamesRowsByOneLineEachAndEqualOnesOneAfterTheOther) {
   const Rows<std::string_view, const char*> rows = {
       {"", "....."},           {"a", "x...."},    {"A\na", "x.x.."}, {"a\r\nA\na", "x.x.x"},
       {"a\na\na\na", "x.x.x"}, {"1\na", "x.x.."}, {"2\nb", ".x.x."}, {"5", "....x"},
-      {{"34", 1}, "..x.."},    {"6", ""},         {"0", ""},         {"a\nc", ""}};
+      {{"34", 1}, "..x.."},    {"6", ""},         {"0", ""},         {"a\nc", ""},
+      {"a\n\na", ""}};
   for (const auto& [lines, marks] : rows) {
     std::vector<bool> named;
     std::string got;

@@ -73,6 +73,7 @@ TEST_F(Dialogs, OkAsksEachPageInOrderAndStaysAtTheFirstThatRefusesThenTellsEach)
     log += "| ";
     ASSERT_TRUE(view.Press(IDOK) && view.IsOpen());
     EXPECT_TRUE(b.IsShown() && !c.IsShown() && !a.IsShown());
+    EXPECT_TRUE(view.Press(IDOK) && view.IsOpen()) << "it is open already";
     log += "| ";
     EXPECT_FALSE(view.Enter(2900, "a")) << "it can't be left";
     b.closes = true;
@@ -88,7 +89,7 @@ TEST_F(Dialogs, OkAsksEachPageInOrderAndStaysAtTheFirstThatRefusesThenTellsEach)
   // The second time by the button of a page, which is the dialog's.
   prompts.on_dialog = [](View& view) { EXPECT_TRUE(view.Press(IDCANCEL)); };
   EXPECT_EQ(sheet.DoModal(), IDCANCEL);
-  EXPECT_EQ(log, "a+ a? c+ | a? b? b+ | b? b? a+ a? b? b+ | a? b? c? a! b! c! b+ ax bx cx ");
+  EXPECT_EQ(log, "a+ a? c+ | a? b? b+ a? b? | b? b? a+ a? b? b+ | a? b? c? a! b! c! b+ ax bx cx ");
 }
 
 TEST_F(Dialogs, PagesMayGoOrEndTheDialogWhileTheyAreAsked) {
@@ -110,6 +111,14 @@ TEST_F(Dialogs, PagesMayGoOrEndTheDialogWhileTheyAreAsked) {
     EXPECT_EQ(Page::log, whole ? "first+ first? " : "first+ first? first? first! ");
     EXPECT_EQ(sheet.GetPageCount(), whole ? 2 : 1);
   }
+  CDQSftTabsDialog sheet(3000);
+  Page first(3001, "first"), last(3002, "last");
+  for (Page* page : {&first, &last}) sheet.AddPage(*page);
+  sheet.SetActivePage(1);
+  first.on_ask = [&] { sheet.DestroyWindow(); };
+  prompts.on_dialog = [](View& view) { view.Press(IDOK); };
+  EXPECT_EQ(sheet.DoModal(), IDCANCEL);
+  EXPECT_EQ(Page::log, "last+ first? ") << "no page of a dialog that is gone is opened";
 }
 
 TEST_F(Dialogs, CollectionShowsOneChildAndMovesItsValuesOnly) {
