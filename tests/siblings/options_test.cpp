@@ -112,55 +112,50 @@ TEST(OptionsFile, ReadsEveryKindOfValue) {
               !IsValueOf(file.options[0], "5"));
 }
 
-/// Refuses each text of "text -> line: how the complaint begins|...".
+/// Refuses each text with a complaint that begins so.
 void ExpectRefused(const std::string& before, const std::string& table) {
-  std::istringstream rows(table);
-  for (std::string row; std::getline(rows >> std::ws, row, '|');) {
-    const std::size_t sign = row.find("-> ");
+  for (const auto& [text, expected] : Cases<2>(table)) {
     OptionsFile file;
-    const auto error = ReadOptionsText(Lines(before + row.substr(0, sign)), file);
-    ASSERT_TRUE(error) << row;
+    const auto error = ReadOptionsText(Lines(before + text), file);
+    ASSERT_TRUE(error) << text;
     const std::string complaint = std::to_string(error->line) + ": " + error->text;
-    EXPECT_TRUE(complaint.starts_with(row.substr(sign + 3))) << row << " but " << complaint;
-    EXPECT_TRUE(file.options.empty() && file.variables.empty()) << row;
+    EXPECT_TRUE(complaint.starts_with(expected)) << text << " but " << complaint;
+    EXPECT_TRUE(file.options.empty() && file.variables.empty()) << text;
   }
 }
 
 TEST(OptionsFile, RefusesWhatBreaksTheFormAndSaysWhere) {
   ExpectRefused("",
-                "-> 1: no options file|option 7 int n -> 1: no options file|"
-                "dqoptions 2 -> 1: a version|dqoptions 1 1 -> 1: a version|"
-                "\xEF\xBB\xBFx -> 1: a character");
+                "=> 1: no options file ;; option 7 int n => 1: no options file ;; "
+                "dqoptions 2 => 1: a version ;; dqoptions 1 1 => 1: a version ;; "
+                "\xEF\xBB\xBFx => 1: a character");
   ExpectRefused("dqoptions 1;", R"(
-    options -> 2: unknown word 'options'|"option" 7 int n -> 2: a text where|
-    option 7 int -> 2: 'option' takes|option 7 float n -> 2: unknown kind|
-    option 7 "int" n -> 2: unknown kind|option 7 int 7n -> 2: a name|option 0 int n -> 2: an id|
-    option 2147483648 int n -> 2: an id|label "l" -> 2: a label without its option|
-    default 1 -> 2: a default without its option|variable a directory b -> 2: 'variable' takes|
-    option 7 bool n;range 0 1 -> 3: a range without its option|
-    option 7 color n;default 12345 -> 3: no value of the kind color|
-    option 7 binary n;default 123 -> 3: no value of the kind binary|
-    option 7 binary n;machine "K" "v" -> 3: 'machine' takes|
-    variable a int "1" -> 2: 'variable' takes|
-    variable a string "1";variable a string "2" -> 3: a second variable)");
+    variable a string "1";variable a string "2" => 3: a second variable
+    option 7 color n;default 12345 => 3: no value of the kind color ;; option 7 int 7n => 2: a name
+    option 7 binary n;default 123 => 3: no value of the kind binary ;; option 0 int n => 2: an id
+    option 7 bool n;range 0 1 => 3: a range without its option ;; option 7 int => 2: 'option' takes
+    option 7 binary n;machine "K" "v" => 3: 'machine' takes ;; options => 2: unknown word 'options'
+    variable a directory b => 2: 'variable' takes ;; label "l" => 2: a label without its option
+    default 1 => 2: a default without its option ;; variable a int "1" => 2: 'variable' takes
+    "option" 7 int n => 2: a text where ;; option 7 float n => 2: unknown kind
+    option 7 "int" n => 2: unknown kind ;; option 2147483648 int n => 2: an id)");
   ExpectRefused("dqoptions 1;option 7 int n;", R"(
-    default 1 -> 4: option n has no label|label l -> 3: 'label' takes|
-    label "l";option 8 int m -> 4: option n has no default|label "l";label "l" -> 4: a label without|
-    default "1" -> 3: no value of the kind int|default 1 # remark -> 3: a character|
-    machine "" "v" -> 3: 'machine' takes|
-    machine "k" "v";machine "k" "v" -> 4: a value of the machine without)");
+    machine "k" "v";machine "k" "v" => 4: a value of the machine without
+    label "l";option 8 int m => 4: option n has no default ;; default 1 => 4: option n has no label
+    default "1" => 3: no value of the kind int ;; label "l";label "l" => 4: a label without
+    default 1 # remark => 3: a character ;; machine "" "v" => 3: 'machine' takes
+    label l => 3: 'label' takes)");
   ExpectRefused("dqoptions 1;option 7 int n;label \"l\";default 1;", R"(
-    option 7 int m -> 5: a second option with the id|default 2 -> 5: a second default|
-    option 8 int N -> 5: a second option with the name|default acme 2 -> 5: unknown platform|
-    range 2 3 -> 6: option n has a default out of its range|
-    range 0 1;default oracle 2 -> 7: option n has a default out of its range|
-    range 0 1;range 0 1 -> 6: a range without its option|range 1 -> 5: 'range' takes|
-    range 0 x -> 5: 'range' takes|range 1 0 -> 5: a range that holds no number|
-    default a b c -> 5: 'default' takes|
-    default oracle 2;default oracle 2 -> 6: a second default for the platform)");
+    default oracle 2;default oracle 2 => 6: a second default for the platform
+    range 0 1;default oracle 2 => 7: option n has a default out of its range
+    range 2 3 => 6: option n has a default out of its range ;; default acme 2 => 5: unknown platform
+    range 0 1;range 0 1 => 6: a range without its option ;; default a b c => 5: 'default' takes
+    option 8 int N => 5: a second option with the name ;; default 2 => 5: a second default
+    option 7 int m => 5: a second option with the id ;; range 0 x => 5: 'range' takes
+    range 1 0 => 5: a range that holds no number ;; range 1 => 5: 'range' takes)");
   ExpectRefused("dqoptions 1;option 7 string n;default ",
-                R"("\x4" -> 3: an unknown escape|"a -> 3: a text without its closing quote|)"
-                "\"a\"\"b\" -> 3: a blank|\"\x1b\" -> 3: a control|\"\x7f\" -> 3: a control");
+                R"("\x4" => 3: an unknown escape ;; "a => 3: a text without its closing quote ;; )"
+                "\"a\"\"b\" => 3: a blank ;; \"\x1b\" => 3: a control ;; \"\x7f\" => 3: a control");
 }
 
 constexpr char kOptions[] =
