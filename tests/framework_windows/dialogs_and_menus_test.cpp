@@ -203,9 +203,7 @@ TEST_F(Dialog, RunsWithinAnotherAndGivesItTheScreenAndTheFocusBack) {
   field.SetFocus();
   dialog.on_more = [&] {
     // Without a parent, the dialog that runs is it.
-    prompts.on_dialog = [&](View& view) {
-      EXPECT_TRUE(!dialog.IsWindowEnabled() && view.Press(IDOK));
-    };
+    prompts.on_dialog = [&](View& view) { view.Press(dialog.IsWindowEnabled() ? 0 : IDOK); };
     // Over the main window, which is disabled already.
     GotoDlg over_main(&main);
     for (GotoDlg* each : {&inner, &over_main}) {
@@ -419,9 +417,9 @@ TEST_F(Menu, ManyWaysToASubmenuAndDeepNestingAreHarmless) {
 /// Handles the commands 10 to 19, keeps which are brought up to date and does something to some.
 struct Frame : CFrameWnd {
   Frame() { Create("Frame", "", {}); }
-  BOOL OnCmdMsg(UINT id, int code, void* extra, void*) override {
+  BOOL OnCmdMsg(UINT id, int code, void* extra, void* only_ask) override {
     if (id < 10 || id > 19) return 0;
-    if (code == CN_COMMAND) return 1;
+    if (code == CN_COMMAND) return updated += only_ask == nullptr ? "! " : "", 1;
     auto& ui = *static_cast<CCmdUI*>(extra);
     updated += std::to_string(id) + ' ';
     if (id == 10) ui.SetCheck(1);
@@ -546,7 +544,8 @@ TEST(ToolBar, ResourceGivesButtonsAndEveryChangeIsTold) {
     PumpUntilIdle();
     Frame::updated += ". ";
   }
-  EXPECT_EQ(Frame::updated, ". 10 12 . 10 12 . ");
+  EXPECT_TRUE(bar.ClickButton(0) && !bar.ClickButton(1) && !bar.ClickButton(2));
+  EXPECT_EQ(Frame::updated, ". 10 12 . 10 12 . ! ");
   EXPECT_EQ(bar.GetButton(0), (ToolBarButton{10, true, 1, false}));
   EXPECT_EQ(bar.GetButton(2), (ToolBarButton{12, false, 0, false}));
   EXPECT_FALSE(bar.GetButton(3).enabled);

@@ -61,8 +61,7 @@ TEST(Send, OnTheOwnThreadIsACallThatIsAnsweredEvenIfItEndsTheWindow) {
     return static_cast<LRESULT>(message) * 100 + static_cast<LRESULT>(wparam) * 10 + lparam;
   });
   const HWND handle = window.GetSafeHwnd();
-  EXPECT_EQ(window.SendMessage(3, 2, 1), 321);
-  EXPECT_EQ(SendToWindow(handle, 4, 5, 6), 456);
+  EXPECT_TRUE(window.SendMessage(3, 2, 1) == 321 && SendToWindow(handle, 4, 5, 6) == 456);
   for (const HWND dead : {handle, HWND{nullptr}}) EXPECT_EQ(SendToWindow(dead, 1, 2, 3), 0);
 }
 
@@ -153,10 +152,15 @@ struct MessageLoop : testing::Test {
   ManualClock clock{0xFFFFFFF0};  // it wraps meanwhile
   const platform::ScopedPlatform scope{With(&platform::Platform::clock, &clock)};
   LoopWnd window;
-  /// How many messages have come, and those of the window.
-  std::string Pump() {
-    const int count = PumpUntilIdle();
-    return std::to_string(count) + ": " + window.Take();
+  /// When so much time has passed each time: how many messages have come, and those of the window.
+  std::string Pump(std::initializer_list<DWORD> times = {0}) {
+    std::string got;
+    for (const DWORD passed : times) {
+      clock.Advance(passed);
+      got += std::to_string(PumpUntilIdle()) + ": ";
+      got += window.Take();
+    }
+    return got;
   }
 };
 
@@ -164,23 +168,14 @@ TEST_F(MessageLoop, TimersComeByTheClockBehindPostedMessages) {
   EXPECT_EQ(window.SetTimer(1, 250), 1U);
   EXPECT_EQ(window.SetTimer(2, 3), 2U) << "acts as 10";
   EXPECT_EQ(window.SetTimer(3, static_cast<UINT>(-1)), 3U) << "acts as the longest";
-  // What comes when so much time has passed each time.
-  const auto pumped = [&](std::initializer_list<DWORD> times) {
-    std::string got;
-    for (const DWORD passed : times) {
-      clock.Advance(passed);
-      got += Pump();
-    }
-    return got;
-  };
-  EXPECT_EQ(pumped({9, 1, 200, 9}), "0: 1: 275/2 1: 275/2 0: ") << "one that is late comes once";
+  EXPECT_EQ(Pump({9, 1, 200, 9}), "0: 1: 275/2 1: 275/2 0: ") << "one that is late comes once";
   window.PostMessage(WM_APP);
-  EXPECT_EQ(pumped({31}), "3: 32768/0 275/2 275/1 ");
+  EXPECT_EQ(Pump({31}), "3: 32768/0 275/2 275/1 ");
   EXPECT_EQ(window.SetTimer(1, 1000), 1U) << "starts it anew";
   EXPECT_TRUE(window.KillTimer(2) && !window.KillTimer(2));
-  EXPECT_EQ(pumped({999, 1, 0x7FFFFFFF}), "0: 1: 275/1 2: 275/1 275/3 ");
+  EXPECT_EQ(Pump({999, 1, 0x7FFFFFFF}), "0: 1: 275/1 2: 275/1 275/3 ");
   window.DestroyWindow();
-  EXPECT_TRUE(window.SetTimer(1, 10) == 0 && pumped({5000}) == "0: ");
+  EXPECT_TRUE(window.SetTimer(1, 10) == 0 && Pump({5000}) == "0: ");
 }
 
 TEST_F(MessageLoop, OneCallServesEachTimerOnceHoweverSlowTheHandlersAre) {
@@ -196,9 +191,7 @@ TEST_F(MessageLoop, OneCallServesEachTimerOnceHoweverSlowTheHandlersAre) {
   UINT id = 0;
   // The second is due while the others are served.
   for (const UINT time : {10U, 90U, 20U, 20U}) window.SetTimer(++id, time);
-  clock.Advance(20);
-  EXPECT_EQ(Pump(), "4: 275/1 275/3 275/4 275/2 ");
-  EXPECT_EQ(Pump(), "5: 275/1 275/3 275/4 275/5 275/2 ");
+  EXPECT_EQ(Pump({20, 0}), "4: 275/1 275/3 275/4 275/2 5: 275/1 275/3 275/4 275/5 275/2 ");
 }
 
 TEST_F(MessageLoop, MessagesAndTimersOfWindowsThatEndAreGoneAndThoseOfOthersComeInOrder) {
@@ -213,9 +206,8 @@ TEST_F(MessageLoop, MessagesAndTimersOfWindowsThatEndAreGoneAndThoseOfOthersCome
   const HWND dead = windows[1]->GetSafeHwnd();
   for (const UINT timer : {1U, 2U}) window.SetTimer(timer, 10);
   windows.resize(1);
-  clock.Advance(10);
   EXPECT_FALSE(PostToWindow(dead, WM_APP, 0, 0) || CWnd().PostMessage(WM_APP));
-  EXPECT_EQ(Pump(), "7: 32769/999 32769/1999 32769/2999 275/1 275/2 ");
+  EXPECT_EQ(Pump({10}), "7: 32769/999 32769/1999 32769/2999 275/1 275/2 ");
   EXPECT_EQ(windows[0]->got, "32768/0 275/1 ");
 }
 
