@@ -74,32 +74,19 @@ TEST_F(ProcessesTest, CarriesAllBytesThroughAChild) {
 
 TEST_F(ProcessesTest, StartsAProgramOrTellsWhyItCouldNot) {
   test::Shell(files_.path(), "echo text | tee plain > no_format; chmod 700 no_format");
-  const std::pair<StartInfo, int> cases[] = {
-      {{"no-such-program-anywhere -x"}, ENOENT},
-      {{files_ / "plain"}, EACCES},
-      {{files_ / "no_format"}, ENOEXEC},
-      {{" \t"}, ENOENT},
-      {{std::string("true\0x", 6)}, EINVAL},
-      {{"true", "/no/such/directory"}, ENOENT},
-      {{.command_line = "true", .standard_output = ~HANDLE{0}}, EBADF},
-  };
-  for (const auto& [info, error] : cases) {
+  const HANDLE no_output = ~HANDLE{0};
+  const Rows<StartInfo, int> rows = {
+      {{"no-such-program -x"}, ENOENT},           {{" \t \t "}, ENOENT},
+      {{std::string("true\0x", 6)}, EINVAL},      {{files_ / "plain"}, EACCES},
+      {{"true", "/no/such/directory"}, ENOENT},   {{files_ / "no_format"}, ENOEXEC},
+      {{"true", "", kNoHandle, no_output}, EBADF}};
+  for (const auto& [info, error] : rows) {
     EXPECT_EQ(processes_.Start(info).error.code, static_cast<DWORD>(error)) << info.command_line;
   }
   const std::string program = files_.Put("program", "#!/bin/sh\npwd -P\n");
   std::filesystem::permissions(program, std::filesystem::perms::owner_all);
   // A relative program is that of this process's directory.
   EXPECT_EQ(Output(std::filesystem::relative(program).string(), "/usr"), "/usr\n");
-}
-
-TEST_F(ProcessesTest, ReturnsTheExitCodeOr128PlusTheSignalEachTime) {
-  for (const auto& [command_line, code] :
-       {std::pair{"sh -c 'exit 255'", 255}, {"sh -c 'kill -TERM $$'", 128 + SIGTERM}}) {
-    const HANDLE process = Start(command_line).process;
-    EXPECT_EQ(processes_.Wait(process).value, code);
-    EXPECT_EQ(processes_.Wait(process).value, code);
-    EXPECT_TRUE(processes_.Terminate(process).ok());
-  }
 }
 
 TEST_F(ProcessesTest, AChildHasNothingOfThisProcessButItsStandardHandles) {
@@ -151,6 +138,9 @@ TEST_F(ProcessesTest, TerminateEndsTheWholeGroupWhoeverWaits) {
   for (std::thread& waiter : waiters) waiter.join();
   EXPECT_EQ(codes, 3 * (128 + SIGKILL));
   EXPECT_EQ(ReadAll(), "");  // would wait for the grandchild
+  EXPECT_EQ(processes_.Wait(process).value, 128 + SIGKILL) << "told again";
+  EXPECT_TRUE(processes_.Terminate(process).ok());
+  EXPECT_EQ(processes_.Wait(Start("sh -c 'exit 255'").process).value, 255);
 }
 
 TEST_F(ProcessesTest, HandlesOutOfDateOrOfAnotherKindAreErrors) {
@@ -241,7 +231,7 @@ TEST(Console, WritesThatTheSystemWouldKillForFailAndChildrenInheritNothing) {
   EXPECT_EQ(dir.Count(), 0u);
 }
 
-enum Setting { kTerminal, kOnlyControllingTerminal, kBackground, kNoTerminal };
+enum Setting { kTerminal, kOnlyControllingTerminal, kBackground, kNone };
 
 struct Outcome {
   /// The button, or -1 if the child didn't answer in time.
@@ -283,7 +273,7 @@ Outcome Ask(Setting setting, std::string_view input, const std::function<int()>&
   test::ForkedProcess child([&] {
     alarm(20);  // an endless question ends as a failure
     setsid();
-    if (setting != kNoTerminal) ioctl(terminal, TIOCSCTTY, 0);
+    if (setting != kNone) ioctl(terminal, TIOCSCTTY, 0);
     const bool is_standard = setting == kTerminal || setting == kBackground;
     dup2(is_standard ? terminal : open("/dev/null", O_RDONLY), STDIN_FILENO);
     dup2(setting == kTerminal ? terminal : errors[1], STDERR_FILENO);
@@ -295,10 +285,9 @@ Outcome Ask(Setting setting, std::string_view input, const std::function<int()>&
   });
   close(terminal);
   close(errors[1]);
-  Outcome outcome{.terminal = Converse(master, input), .standard_error = Converse(errors[0], "")};
+  const std::string shown = Converse(master, input), other = Converse(errors[0], "");
   child.EndsWell();
-  outcome.button = button;
-  return outcome;
+  return {button, shown, other};
 }
 
 Outcome Show(Setting setting, std::string_view text, UINT type, std::string_view input = {}) {
@@ -367,32 +356,26 @@ TEST(Prompts, DialogIsAskedControlByControlAndAgainWhileItStaysOpen) {
     EXPECT_EQ(outcome.button, button) << input;
     EXPECT_THAT(outcome.terminal, testing::HasSubstr(std::string(state)));
   }
-  const Outcome nobody = Ask(kNoTerminal, "", log_in);
+  const Outcome nobody = Ask(kNone, "", log_in);
   EXPECT_EQ(nobody.button, 0);
   EXPECT_TRUE(nobody.standard_error.starts_with("Log\x1bin\n<")) << nobody.standard_error;
 }
 
 TEST(Prompts, AnswerIsAWordOrItsFirstLetterAndElseTheDefaultIsTaken) {
-  constexpr UINT kNo = BOX_YES_NO | BOX_DEFAULT_SECOND;
+  constexpr UINT kSecond = BOX_DEFAULT_SECOND, kLast = BOX_DEFAULT_THIRD, kAll = BOX_YES_NO_CANCEL;
+  constexpr UINT kNo = BOX_YES_NO | kSecond, kRisk = BOX_ABORT_RETRY_IGNORE;
   constexpr std::string_view kTenLines = "x\nx\nx\nx\nx\nx\nx\nx\nx\nx\ny\n";
-  for (const auto& [setting, type, input, button] : Rows<Setting, UINT, std::string_view, int>{
-           {kTerminal, BOX_YES_NO_CANCEL, "n\n", BUTTON_NO},
-           {kTerminal, BOX_YES_NO_CANCEL, "cANCEL\n", BUTTON_CANCEL},
-           {kTerminal, BOX_ABORT_RETRY_IGNORE, " Retry \n", BUTTON_RETRY},
-           {kTerminal, kNo, "\n", BUTTON_NO},
-           {kTerminal, kNo, "perhaps\nye\ny\n", BUTTON_YES},
-           {kTerminal, kNo, "\x04", BUTTON_NO},
-           {kTerminal, kNo, kTenLines, BUTTON_NO},
-           {kTerminal, BOX_YES_NO, "what\n\x04", BUTTON_YES},
-           {kTerminal, BOX_OK, "fine\n", BUTTON_OK},
-           {kOnlyControllingTerminal, kNo, "y\n", BUTTON_YES},
-           {kBackground, kNo, "y\n", BUTTON_NO},
-           {kNoTerminal, BOX_OK_CANCEL | BOX_DEFAULT_SECOND, "", BUTTON_CANCEL},
-           {kNoTerminal, BOX_ABORT_RETRY_IGNORE | BOX_DEFAULT_THIRD | BOX_STOP, "", BUTTON_IGNORE},
-           {kNoTerminal, BOX_YES_NO_CANCEL | BOX_DEFAULT_SECOND, "", BUTTON_NO},
-           {kNoTerminal, BOX_YES_NO | BOX_DEFAULT_THIRD, "n\n", BUTTON_YES},
-           {kNoTerminal, BOX_RETRY_CANCEL, "", BUTTON_RETRY},
-           {kNoTerminal, 0xFFFFF00F, "", BUTTON_OK}}) {
+  const Rows<Setting, UINT, std::string_view, int> rows = {
+      {kTerminal, kAll, "cANCEL\n", BUTTON_CANCEL},         {kTerminal, kAll, "n\n", BUTTON_NO},
+      {kTerminal, kRisk, " Retry \n", BUTTON_RETRY},        {kTerminal, kNo, "\n", BUTTON_NO},
+      {kTerminal, kNo, "perhaps\nye\ny\n", BUTTON_YES},     {kTerminal, kNo, "\x04", BUTTON_NO},
+      {kTerminal, BOX_YES_NO, "what\n\x04", BUTTON_YES},    {kTerminal, kNo, kTenLines, BUTTON_NO},
+      {kOnlyControllingTerminal, kNo, "y\n", BUTTON_YES},   {kTerminal, BOX_OK, "no\n", BUTTON_OK},
+      {kNone, BOX_OK_CANCEL | kSecond, "", BUTTON_CANCEL},  {kBackground, kNo, "y\n", BUTTON_NO},
+      {kNone, kRisk | kLast | BOX_STOP, "", BUTTON_IGNORE}, {kNone, kAll | kSecond, "", BUTTON_NO},
+      {kNone, BOX_YES_NO | kLast, "n\n", BUTTON_YES},       {kNone, 0xFFFFF00F, "", BUTTON_OK},
+      {kNone, BOX_RETRY_CANCEL, "", BUTTON_RETRY}};
+  for (const auto& [setting, type, input, button] : rows) {
     SCOPED_TRACE(testing::Message() << static_cast<int>(setting) << ' ' << type << ' ' << input);
     const Outcome outcome = Show(setting, "Sure\x01?", type, input);
     EXPECT_EQ(outcome.button, button);
@@ -400,7 +383,7 @@ TEST(Prompts, AnswerIsAWordOrItsFirstLetterAndElseTheDefaultIsTaken) {
     EXPECT_EQ(outcome.terminal.find("Sure??") != std::string::npos, asks);
     EXPECT_EQ(outcome.standard_error, asks ? "" : "Sure\x01?\n");
   }
-  EXPECT_EQ(Show(kNoTerminal, "No such file\r\n", BOX_OK).standard_error, "No such file\r\n");
+  EXPECT_EQ(Show(kNone, "No such file\r\n", BOX_OK).standard_error, "No such file\r\n");
   const Outcome outcome = Show(kTerminal, "a\r\nb\x1b[2Jc", BOX_YES_NO_CANCEL | 0x100, "\n");
   EXPECT_THAT(outcome.terminal, testing::HasSubstr("a\r\nb?[2Jc\r\nYes / [No] / Cancel: "));
 }

@@ -298,16 +298,20 @@ TEST(Checksum, IsTheCastagnoliOneInPiecesOfAnySize) {
 }
 
 TEST(RegistryJournal, ADamagedByteCostsOneRecord) {
+  // Those that have nothing to delete count like the others, and the root stays.
   const std::string records = Records({{kCreateKey, "a\\b"},
                                        {kSetValue, "a\\b", "v", 1, "one"},
                                        {kDeleteValue, "a\\b", "v"},
-                                       {kDeleteKey, "a\\b"}});
+                                       {kDeleteKey, "a\\b"},
+                                       {kDeleteValue, "none", "v"},
+                                       {kDeleteKey, "none"},
+                                       {kDeleteKey, "\\"}});
   for (std::size_t at = 0; at < records.size(); ++at) {
     std::string bytes = records;
     bytes[at] = static_cast<char>(bytes[at] ^ 0x10);
     RegistryTree tree;
     const JournalReplay replay = Replay(bytes, tree);
-    EXPECT_EQ(replay.records, 3u) << at;
+    EXPECT_TRUE(replay.records == 6 && tree.root().id != 0) << at;
     EXPECT_EQ(replay.gaps, 1u) << at << ": it was reported, even as the last one";
     EXPECT_EQ(replay.end, 64 + records.size()) << at;
   }

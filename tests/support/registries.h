@@ -27,9 +27,8 @@ class MemoryRegistry : private MemoryDirectory, public platform::posix::FileRegi
   int changes = 0;
 
   platform::Result<HKEY> CreateKey(HKEY key, std::string_view path) override {
-    if (refusal.ok()) return FileRegistry::CreateKey(key, path);
-    auto opened = OpenKey(key, path);
-    if (!opened.ok()) opened.error = refusal;
+    auto opened = refusal.ok() ? FileRegistry::CreateKey(key, path) : OpenKey(key, path);
+    if (!refusal.ok() && !opened.ok()) opened.error = refusal;
     return opened;
   }
   platform::Result<platform::RegistryValueInfo> ReadValue(HKEY key, std::string_view name,
@@ -54,34 +53,27 @@ class MemoryRegistry : private MemoryDirectory, public platform::posix::FileRegi
   }
 };
 
-/// Type and data of a value.
-using DumpedValue = std::pair<DWORD, std::string>;
-/// Values by name, by the path of their key; the key that the dump begins with is "".
-using RegistryDump = std::map<std::string, std::map<std::string, DumpedValue>>;
-
-inline void DumpInto(platform::Registry& registry, HKEY key, const std::string& path,
-                     RegistryDump& dump) {
-  auto& values = dump[path];
-  for (std::size_t i = 0;; ++i) {
-    const auto value = registry.EnumValue(key, i);
-    if (!value.ok()) break;
-    values[value.value.name] = {value.value.type, value.value.data};
-  }
-  for (std::size_t i = 0;; ++i) {
-    const auto name = registry.EnumKey(key, i);
-    if (!name.ok()) break;
-    const auto below = registry.OpenKey(key, name.value);
-    DumpInto(registry, below.value, path.empty() ? name.value : path + "\\" + name.value, dump);
-    registry.CloseKey(below.value);
-  }
-}
+/// Types and data of values by name, by the path of their key; that of the first key is "".
+using RegistryDump = std::map<std::string, std::map<std::string, std::pair<DWORD, std::string>>>;
 
 /// A key and all below it; empty if it can't be read.
 inline RegistryDump Dump(platform::Registry& registry, HKEY key = kCurrentUser) {
   RegistryDump dump;
-  const auto opened = registry.OpenKey(key, "");
-  if (opened.ok()) DumpInto(registry, opened.value, "", dump);
-  registry.CloseKey(opened.value);
+  const std::function<void(const std::string&)> add = [&](const std::string& path) {
+    const HKEY at = registry.OpenKey(key, path).value;
+    if (at == kNoKey) return;
+    auto& values = dump[path];
+    platform::Result<platform::RegistryValue> value;
+    for (std::size_t i = 0; (value = registry.EnumValue(at, i)).ok(); ++i) {
+      values[value.value.name] = {value.value.type, value.value.data};
+    }
+    platform::Result<std::string> name;
+    for (std::size_t i = 0; (name = registry.EnumKey(at, i)).ok(); ++i) {
+      add((path.empty() ? "" : path + "\\") + name.value);
+    }
+    registry.CloseKey(at);
+  };
+  add("");
   return dump;
 }
 
