@@ -274,12 +274,11 @@ CDQString CDQString::GetDelimitedField(const char* open, const char* close, int 
 }
 
 int CDQString::Split(const char* delimiters, CStringArray& out) {
-  // The tokeniser works on zero-ended text.
-  const std::string_view text = View().substr(0, View().find('\0'));
+  const std::string& text = Storage();
   multi_byte::Tokenizer tokens(text, OrEmpty(delimiters));
   TokenRoom room(out);
   std::string_view token;
-  std::size_t cut = text.size();
+  std::size_t cut = 0;
   int count = 0;
   for (; tokens.Next(token); ++count) {
     const std::size_t end = static_cast<std::size_t>(token.data() + token.size() - text.data());
@@ -287,7 +286,7 @@ int CDQString::Split(const char* delimiters, CStringArray& out) {
     room.Make(count, end, text.size());
     out.Add(token);
   }
-  Storage().resize(cut);
+  Storage().resize(count > 0 ? cut : std::strlen(text.c_str()));
   Commit();
   return count;
 }

@@ -4,7 +4,6 @@
 #include <cstdio>
 #include <cstring>
 #include <initializer_list>
-#include <limits>
 #include <new>
 #include <utility>
 
@@ -17,12 +16,6 @@ namespace {
 
 using detail::OrEmpty;
 using detail::ToIndex;
-
-/// A length that callers can have as an `int`; one that is too long counts as out of memory.
-std::size_t Checked(std::size_t length) {
-  if (length > static_cast<std::size_t>(std::numeric_limits<int>::max())) throw std::bad_alloc();
-  return length;
-}
 
 }  // namespace
 
@@ -39,8 +32,6 @@ CString::CString(const char* text, int length)
     : CString(text == nullptr || length < 1
                   ? std::string_view()
                   : std::string_view(text, static_cast<std::size_t>(length))) {}
-
-CString::CString(std::string_view text) : text_(text), length_(Checked(text.size())) {}
 
 CString::CString(const std::string& text) : CString(std::string_view(text)) {}
 

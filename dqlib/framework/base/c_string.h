@@ -10,6 +10,8 @@
 #include <concepts>
 #include <cstdarg>
 #include <cstddef>
+#include <limits>
+#include <new>
 #include <string>
 #include <string_view>
 
@@ -38,7 +40,7 @@ class CString {
   CString(CString&& other) noexcept;
   CString(const char* text);
   CString(const char* text, int length);
-  CString(std::string_view text);
+  CString(std::string_view text) : text_(text), length_(Checked(text.size())) {}
   CString(const std::string& text);
   CString(std::string&& text);
   /// `repeat` times the character; "" if `repeat` is below 1.
@@ -171,6 +173,11 @@ class CString {
  private:
   CString& Append(std::string_view text);
   static CString Sum(std::string_view left, std::string_view right);
+  /// A length that callers can have as an `int`; one that is too long counts as out of memory.
+  static std::size_t Checked(std::size_t length) {
+    if (length > static_cast<std::size_t>(std::numeric_limits<int>::max())) throw std::bad_alloc();
+    return length;
+  }
 
   std::string text_;
   /// Bytes of `text_` that belong to the value; fewer than it holds while a buffer is out.

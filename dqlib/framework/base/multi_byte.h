@@ -110,7 +110,8 @@ class CharacterSet {
 };
 
 /// Cuts a text as the run-time's tokeniser does: at any of the delimiter characters, of which runs
-/// count as one and leading ones are skipped, so that no token is empty. Keeps a view of the text.
+/// count as one and leading ones are skipped, so that no token is empty. It ends at the first zero,
+/// of which one stands behind the text. Keeps a view of the text.
 class Tokenizer {
  public:
   Tokenizer(std::string_view text, std::string_view delimiters);
@@ -121,6 +122,9 @@ class Tokenizer {
  private:
   std::string_view text_;
   CharacterSet delimiters_;
+  CharacterSet ends_;
+  /// The delimiter, if it is one byte only and bytes are characters.
+  std::optional<char> only_byte_;
   std::size_t position_ = 0;
 };
 
