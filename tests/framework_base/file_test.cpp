@@ -1,4 +1,6 @@
 
+#include "tests/support/doubles.h"
+#include "tests/support/forwarding_files.h"
 #include "tests/support/serial_node.h"
 #include "tests/support/temp_directory.h"
 
@@ -26,42 +28,106 @@ struct File : testing::Test {
 };
 using StdioFile = File;
 
-TEST_F(File, CausesFollowFromTheSystemsKindsOfErrors) {
+TEST(Exception, CausesFollowFromTheSystemsErrorsAndAreToldInTheRoomThereIs) {
   using enum platform::ErrorKind;
-  std::vector<int> causes;
-  for (const auto kind : {kNone, kNotFound, kInvalidArgument, kAccessDenied, kAlreadyExists, kBusy,
-                          kNoSpace, kOther}) {
-    causes.push_back(Cause::CauseOf({kind, 0}));
+  std::string all;
+  constexpr std::pair<platform::ErrorKind, DWORD> kErrors[] = {
+      {kNone, 0}, {kNotFound, 0}, {kInvalidArgument, 0}, {kAccessDenied, 0}, {kAlreadyExists, 0},
+      {kBusy, 0}, {kNoSpace, 0},  {kNoSpace, EMFILE},    {kNoSpace, ENFILE}, {kNoSpace, ENOMEM},
+      {kOther, 0}};
+  for (const auto& [kind, code] : kErrors) {
+    all += std::to_string(Cause::CauseOf({kind, code})) + " ";
   }
-  EXPECT_THAT(causes,
-              testing::ElementsAre(Cause::none, Cause::fileNotFound, Cause::badPath,
-                                   Cause::accessDenied, Cause::accessDenied,
-                                   Cause::sharingViolation, Cause::diskFull, Cause::generic));
+  EXPECT_EQ(all, "0 2 3 5 5 11 13 4 4 1 1 ");
+
+  ScriptedPlatform platform;
+  platform.errors.texts = {{1, "It broke. \r\n"}, {2, ".\r\n"}};
+  const auto told = [](const CException& error, UINT room = 99) {
+    char text[99] = "former";
+    UINT topic = 7;
+    const BOOL result = error.GetErrorMessage(text, room, &topic);
+    EXPECT_EQ(error.GetErrorMessage(text, room), result);
+    return std::to_string(topic) + text + std::to_string(result);
+  };
+  for (const auto& [cause, code, words] : Cases<3>(R"(
+       -1 => 1 => 61841The system gave no reason1 ;; 0 => 1 => 61840There was no error1
+       1 => 0 => 61841The system gave no reason1 ;; 1 => 1 => 61841It broke1
+       1 => 2 => 61841The system gave no reason1 ;; 14 => 1 => 61854The file ended too soon1
+       15 => 1 => 61841The system gave no reason1)")) {
+    EXPECT_EQ(told(CFileException(std::stoi(cause), std::stoi(code))), words);
+  }
+  for (const auto& [cause, topic] :
+       {std::pair(-1, "61861"), {0, "61860"}, {7, "61867"}, {8, "61861"}})
+    EXPECT_EQ(told(CArchiveException(cause)).substr(0, 5), topic);
+  const CArchiveException none;
+  EXPECT_EQ(told(none, 6) + told(none, 1) + told(none, 0), "61860There161860161860former1");
+  EXPECT_EQ(told(CException()), "00");
 }
 
-TEST_F(File, OpenFlagsMakeEmptyKeepAndShare) {
+TEST_F(File, AnOpeningThatFailsTellsWhy) {
   CFileException error;
   CFile file;
   EXPECT_FALSE(file.Open(path, CFile::modeRead, &error) || file.Open(nullptr, 0));
   EXPECT_TRUE(error.m_cause == Cause::fileNotFound && error.m_lOsError == ENOENT);
-
-  directory.Put("f", "old");
-  {
-    CFile kept(path, CFile::modeCreate | CFile::modeNoTruncate | CFile::modeReadWrite);
-    CFile appender(path, CFile::modeWrite | CFile::modeAppend);
-    kept.SeekToEnd();
-    kept.Write("er", 2);
-    appender.Write("!", 1);
-  }
-  EXPECT_EQ(directory.Get("f"), "older!");
-  {
-    CFile watched(path, CFile::modeRead | CFile::shareDenyWrite);
-    EXPECT_TRUE(file.Open(path, CFile::modeRead) && !CFile().Open(path, CFile::modeWrite));
-    file.Close();
-  }
-  CFile alone(path, 0x1021);
-  EXPECT_EQ(directory.Get("f"), "");
+  const CFile alone(path, 0x1021);
   EXPECT_EQ(CauseOf([&] { CFile second(path, CFile::modeWrite); }), Cause::sharingViolation);
+  EXPECT_EQ(file.Open(path, CFile::modeRead), 1);
+}
+
+/// Tells how files are opened, which fails, and what is set.
+struct ToldFiles : ForwardingFiles {
+  platform::Result<HANDLE> Open(std::string_view, const platform::OpenOptions& is) override {
+    const bool flags[] = {is.read,     is.write,     is.create,     is.append,
+                          is.truncate, is.deny_read, is.deny_write, is.replace};
+    for (std::size_t i = 0; i < std::size(flags); ++i) told += flags[i] ? "rwcatRWp"[i] : '\0';
+    std::erase(told, '\0');
+    told += is.patience == 20'000 ? "P " : " ";
+    return platform::Error{platform::ErrorKind::kNotFound, 2};
+  }
+  platform::Error SetAttributes(std::string_view, DWORD attributes) override {
+    told += "attributes " + std::to_string(attributes) + ' ';
+    return {};
+  }
+  platform::Error SetModified(std::string_view, std::int64_t seconds) override {
+    told += "time " + std::to_string(seconds) + ' ';
+    return {};
+  }
+  std::string told;
+};
+
+TEST_F(File, TellsTheSystemWhatItsFlagsAndStatusesMean) {
+  ToldFiles files;
+  const platform::ScopedPlatform scope{With(&platform::Platform::files, &files)};
+  for (const UINT flags :
+       {0x0000, 0x0001, 0x0002, 0x0010, 0x0020, 0x0040, 0x1000, 0x3000, 0x100001, 0x200000})
+    CFile().Open(path, flags);
+  CReplacingFile().Open(path, CFile::modeCreate);
+  CFileStatus status;
+  for (const DWORD attributes : {FILE_ARCHIVE, FILE_READ_ONLY}) {
+    CFile::SetStatus(path, status);
+    status.m_mtime = 5;
+    status.m_attribute = attributes;
+    CFile::SetStatus(path, status);
+  }
+  EXPECT_EQ(files.told,
+            "r w rw rRW rW r rwct rc wa rP rwcp attributes 0 attributes 32 time 5 "
+            "attributes 32 time 5 time 5 attributes 1 ");
+}
+
+TEST_F(File, ReplacingLeavesTheOldOneUntilItIsClosed) {
+  directory.Put("f", "old");
+  CReplacingFile file;
+  char old[9] = {};
+  for (const bool aborts : {true, false}) {
+    EXPECT_EQ(file.Open(path, CFile::modeRead), 1);
+    file.Write("ne", 2);
+    file.Write("w", 1);
+    EXPECT_TRUE(file.Read(old, 9) == 3 && directory.Get("f") == "old");
+    EXPECT_EQ(CauseOf([&] { file.SetLength(1); }), Cause::accessDenied);
+    aborts ? file.Abort() : file.Close();
+    EXPECT_EQ(directory.Get("f"), aborts ? "old" : "new");
+  }
+  file.Close();
 }
 
 TEST_F(File, PositionsLengthsAndBadSeeks) {
@@ -75,7 +141,8 @@ TEST_F(File, PositionsLengthsAndBadSeeks) {
     EXPECT_EQ(CauseOf([&] { file->Seek(-1, CFile::begin); }), Cause::badSeek);
     EXPECT_TRUE(file->GetPosition() == 10 && file->Seek(2, CFile::end) == 12);
     file->Write("x", 1);
-    EXPECT_EQ(file->GetLength(), 13);
+    EXPECT_TRUE(file->IsOpen() && file->GetLength() == 13 && file->Seek(-1, CFile::end) == 12);
+    EXPECT_TRUE(file->Read(buffer, 2) == 1 && buffer[0] == 'x');
     file->SetLength(3);
     EXPECT_EQ(file->GetPosition(), 3);
   }
@@ -86,6 +153,11 @@ TEST_F(File, PositionsLengthsAndBadSeeks) {
   EXPECT_EQ(CauseOf([&] { in_memory.SetLength(kFar); }), Cause::diskFull);
   char byte = 0;
   EXPECT_TRUE(in_memory.Read(&byte, 1) == 0 && in_memory.GetLength() == 3);
+  in_memory.SetLength(-1);
+  EXPECT_TRUE(in_memory.GetLength() == 0 && in_memory.GetPosition() == 0);
+  in_memory.Write("x", 1);
+  in_memory.Close();
+  EXPECT_TRUE(in_memory.GetLength() == 0 && in_memory.GetPosition() == 0);
 }
 
 TEST_F(File, StatusesNamesAndRemovals) {
@@ -121,19 +193,36 @@ TEST_F(StdioFile, LinesEndInLfOrCrLfAcrossBuffers) {
 }
 
 TEST_F(StdioFile, ReadsAndWritesMixAtOnePosition) {
-  directory.Put("f", "one\ntwo\nthree\n");
+  directory.Put("f", "one\nt\0o\nthree\n"s);
+  CString line;
   {
     CStdioFile file(path, CFile::modeReadWrite);
-    CString line;
     file.ReadString(line);
     EXPECT_EQ(file.GetPosition(), 4);
     file.WriteString("2");
-    EXPECT_TRUE(file.PeekByte() == 'w' && file.ReadByte() == 'w');
+    EXPECT_TRUE(file.PeekByte() == 0 && file.ReadByte() == 0 && file.ReadByte() == 'o');
     file.SeekToEnd();
     file.WriteString("four");
-    EXPECT_EQ(file.GetLength(), 18);
+    EXPECT_TRUE(file.GetLength() == 18 && file.ReadByte() == -1);
+    file.WriteString("5");
+    file.SeekToBegin();
+    EXPECT_TRUE(file.GetPosition() == 0 && file.ReadString(line) && line == "one");
+    file.Seek(0, CFile::end);
+    file.WriteString("6");
   }
-  EXPECT_EQ(directory.Get("f"), "one\n2wo\nthree\nfour") << "what is dropped unclosed is written";
+  EXPECT_EQ(directory.Get("f"), "one\n2\0o\nthree\nfour56"s) << "what is dropped is written";
+  CStdioFile file(path, CFile::modeCreate | CFile::modeReadWrite);
+  file.WriteString(std::string(65535, 'x').c_str());
+  EXPECT_EQ(directory.Get("f"), "") << "until there is more";
+  file.WriteString("x");
+  EXPECT_EQ(directory.Get("f").size(), 65536u);
+  file.WriteString("yes");
+  file.Flush();
+  file.WriteString("no");
+  file.Abort();
+  EXPECT_TRUE(file.Open(path, CFile::modeReadWrite) == 1 && file.GetPosition() == 0);
+  file.Close();
+  EXPECT_EQ(directory.Get("f").substr(65536), "yes");
 }
 
 /// What `write(archive)` stores.
@@ -259,13 +348,13 @@ TEST(Archive, IndicesFrom7FFFhAreOf32Bits) {
   std::vector<SerialNode> nodes(0x8000);
   const std::string stream = Stored([&](CArchive& archive) {
     for (const SerialNode& node : nodes) archive << &node;
-    archive << &nodes[0x7FFC] << &nodes[0x7FFD] << &nodes[0x7FFF];
+    archive << &nodes[0x7FFC] << &nodes[0x7FFD] << &nodes[0x7FFE];
   });
-  EXPECT_EQ(stream.substr(stream.size() - 14), "\xFE\x7F\xFF\x7F\xFF\x7F\0\0\xFF\x7F\1\x80\0\0"sv);
+  EXPECT_EQ(stream.substr(stream.size() - 14), "\xFE\x7F\xFF\x7F\xFF\x7F\0\0\xFF\x7F\0\x80\0\0"sv);
   Load(stream, [](CArchive& archive) {
     std::vector<std::unique_ptr<CObject>> read(0x8000);
     for (auto& node : read) SerialNode::Read(archive, nullptr, node);
-    for (const int again : {0x7FFC, 0x7FFD, 0x7FFF}) {
+    for (const int again : {0x7FFC, 0x7FFD, 0x7FFE}) {
       EXPECT_EQ(archive.ReadObject(nullptr), read[again].get());
     }
   });
@@ -277,7 +366,7 @@ TEST(Archive, StreamsThatDontFitAreRefusedBeforeMemoryIsTaken) {
       {Failure::endOfFile, kNewClass + "\0\0\xFF\xFF\xFF\xFF\xFF\xFF\xFF"s},
       {Failure::endOfFile, kNewClass + "\0\0\0\xFF\xFF\xFF\xFF\xFF\xFF"s},
       {Failure::endOfFile, "\xFF\xFF\7\0\x3F\0"s + std::string(62, 'x')},
-      {Failure::badClass, "\xFF\xFF\7\0\x40\0"s + std::string(64, 'x')},
+      {Failure::badClass, "\xFF\xFF\7\0\x40\0"s + std::string(62, 'x')},
       {Failure::badClass, "\xFF\xFF\7\0\x08\0CMemFile"s},
       {Failure::badClass, kNewClass + "\0\0\xFF\xFE\xFFxx"s},
       {Failure::badSchema, "\xFF\xFF\1\0\x0E\0CMapStringToOb\0\0"s},
@@ -311,19 +400,33 @@ TEST(Archive, NestingThatWouldExhaustTheStackIsRefusedBothWays) {
   EXPECT_EQ(LoadObjects(Stored([&](CArchive& archive) { archive << &nodes[1]; })), Failure::none);
 }
 
-TEST(Archive, WritesWhenItsBufferIsFullAndGivesBackWhatWasReadAhead) {
+TEST(Archive, WritesWhenItsBufferIsFullOrItGoesAndGivesBackWhatWasReadAhead) {
   CMemFile file;
   BYTE byte = 7;
-  CArchive storing(&file, CArchive::store);
-  storing.Write(std::string(4095, 'x').data(), 4095);
-  EXPECT_EQ(file.GetLength(), 0);
-  storing << byte;
-  EXPECT_EQ(file.GetLength(), 4096);
-  file.SeekToBegin();
+  {
+    CArchive storing(&file, CArchive::store);
+    storing.Write(std::string(4094, 'x').append("y").data(), 4095);
+    EXPECT_EQ(file.GetLength(), 0);
+    storing << byte;
+    EXPECT_EQ(file.GetLength(), 4096);
+    storing << byte;
+  }
+  EXPECT_EQ(file.GetLength(), 4097);
+  try {
+    CArchive lost(&file, CArchive::store);
+    lost << byte;
+    throw CArchiveException();
+  } catch (const CArchiveException&) {
+    EXPECT_EQ(file.GetLength(), 4097) << "nothing of what failed";
+  }
+  file.Seek(4093, CFile::begin);
   CArchive loading(&file, CArchive::load);
   loading >> byte;
+  loading.Flush();
+  EXPECT_TRUE(byte == 'x' && file.GetPosition() == 4094);
+  loading >> byte;
   loading.Close();
-  EXPECT_TRUE(byte == 'x' && file.GetPosition() == 1);
+  EXPECT_TRUE(byte == 'y' && file.GetPosition() == 4095);
 }
 
 TEST(Archive, WrongDirectionsAndClassesThatCantBeReadBackAreRefused) {
