@@ -10,7 +10,7 @@ void dq::fuzz::Try(std::string_view input) {
   using namespace platform;
   const auto change = TakeLine(input), section = TakeLine(input), key = TakeLine(input),
              value = TakeLine(input);
-  const bool of_section = change != "s" && change != "k";
+  const bool whole = change != "s" && change != "k";
   // Every value by section and key, but for those that the change is about, and the lines that
   // belong to no key and no section.
   const auto others = [&](std::string_view text) {
@@ -19,7 +19,7 @@ void dq::fuzz::Try(std::string_view input) {
     for (const std::string& name : ProfileSections(text)) {
       for (const std::string& each : ProfileKeys(text, name)) {
         const auto found = FindProfileValue(text, name, each);
-        const auto own = FindProfileValue(text, section, of_section ? std::string_view(each) : key);
+        const auto own = FindProfileValue(text, section, whole ? std::string_view(each) : key);
         Require(found.has_value());
         if (!own || own->data() != found->data())
           all.insert((name + '\n' + each + '\n').append(*found));
@@ -46,10 +46,9 @@ void dq::fuzz::Try(std::string_view input) {
     Require(found && (plain ? *found == value : value.find(*found) != value.npos));
     Require(!SetProfileValue(after, section, key, value));
   } else {
-    changed =
-        of_section ? DeleteProfileSection(after, section) : DeleteProfileKey(after, section, key);
+    changed = whole ? DeleteProfileSection(after, section) : DeleteProfileKey(after, section, key);
     Require(!FindProfileValue(after, section, key));
-    Require(!of_section || ProfileKeys(after, section).empty());
+    Require(!whole || ProfileKeys(after, section).empty());
   }
   Require(changed == (input != after) && others(after) == before);
 }

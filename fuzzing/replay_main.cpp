@@ -1,10 +1,7 @@
 // Runs a fuzz target over the files of a seed corpus, for compilers without libFuzzer.
 
-#include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
-#include <string>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 

@@ -30,12 +30,11 @@ TEST(ObjectInfo, IsValidWithNameAndTheOwnerThatItsTypeNeeds) {
   }
   EXPECT_EQ(without_owner, "7 8 10 13 15 18 22 25 26 27 29 36 38 41 42 46 49 53 79 88 ");
   EXPECT_EQ(without_name, "49 ");
-  for (const auto& [text, owner, title] : Rows<const char*, const char*, const char*>{
-           {"a.b.c", "a", "a.b.c"}, {".b", "", ".b"}, {"b", "", ".b"}}) {
+  for (const auto& [text, told] : Cases<2>("a.b.c => a|Nodegroup a.b.c ;; .b => |Nodegroup .b ;;"
+                                           "b => |Nodegroup .b")) {
     CDBObjectInfo object(OT_NODEGROUP, "former", "former");
-    object.SetFullName(text);
-    EXPECT_EQ(object.GetOwner(), owner) << text;
-    EXPECT_EQ(object.GetDefaultTitle().View(), "Nodegroup " + std::string(title));
+    object.SetFullName(text.c_str());
+    EXPECT_EQ((object.GetOwner() + "|" + object.GetDefaultTitle()).View(), told);
     EXPECT_EQ(object.GetObjectTypeString(true), "NODEGROUP");
   }
   const CDBAObjectInfo object("new", OT_TABLE, "O", "N", "source", "database", "table");
@@ -134,12 +133,11 @@ TEST(ObjectTypes, TemplatesAreReadUpToTheirFirstZeroAndFilledIn) {
   CDQOptionsServer& server = *CDQOptionsServer::GetObject();
   server.SetVariable("$$template_root$$", files.path().c_str());
   std::filesystem::create_directory(files / "Oracle");
-  files.Put("Oracle/CRView.tpl",
-            "-- $$object_type$$\nVIEW $$object_owner$$.$$object_name$$\0rest"sv);
+  files.Put("Oracle/CRView.tpl", "-- $$object_type$$\n$$object_owner$$.$$object_name$$\0rest"sv);
   ScriptedPrompts prompts;
   prompts.on_box = [&] { EXPECT_EQ(server.GetPlatform(), DBMS_DB2) << "it is set behind that"; };
   const CDBObjectInfo view(OT_VIEW, "SCOTT", "V");
-  EXPECT_STREQ(view.GetCreationTemplate(DBMS_ORACLE), "-- View\nVIEW SCOTT.V");
+  EXPECT_STREQ(view.GetCreationTemplate(DBMS_ORACLE), "-- View\nSCOTT.V");
   EXPECT_EQ(server.GetPlatform(), DBMS_ORACLE);
   EXPECT_STREQ(CDBObjectInfo(OT_VIEW, "", "V").GetCreationTemplate(DBMS_ORACLE), "");
   EXPECT_STREQ(CDBObjectInfo(OT_ALIAS, "O", "A").GetCreationTemplate(DBMS_ORACLE), "");
@@ -249,16 +247,19 @@ class ObjectInfoMapTest : public testing::Test {
     map_.Insert("\xE4x", new CDBAObjectInfo(OT_VIEW, "own", "name", "datasource"));
     map_.Insert("r", new CDBObjectInfo(OT_TABLE, "O", "N"));
   }
-  /// "key=owner.name " for each entry, in order.
-  static std::string Contents(const CDBObjectInfoMap& map) {
+  /// "key=owner.name " for each entry, in order; `visit` is called on the way.
+  static std::string Contents(const CDBObjectInfoMap& map,
+                              const std::function<void(const CString&)>& visit = {}) {
     std::string contents;
     for (POSITION position = map.GetStartPosition(); position != nullptr;) {
       CString key;
       CObject* object = nullptr;
       map.GetNextAssoc(position, key, object);
       auto* const info = DYNAMIC_DOWNCAST(CDBObjectInfo, object);
-      if (info != nullptr) key += "=" + info->GetOwner() + "." + info->GetName();
-      contents += std::string(key + " ");
+      contents += key.View();
+      if (info != nullptr) contents += "=" + info->GetOwner() + "." + info->GetName();
+      contents += " ";
+      if (visit) visit(key);
     }
     return contents;
   }
@@ -378,16 +379,12 @@ TEST_F(ObjectInfoMapTest, WhatIsDroppedIsDeletedAndPassedByInAWalk) {
   EXPECT_EQ(left, 1);
   EXPECT_TRUE(map.RemoveKey("key") && !map.RemoveKey("key") && left == 0);
   for (const char* each : {"a", "b", "r"}) map.SetAt(each, new Counted(left));
-  std::string walked;
-  for (POSITION position = map.GetStartPosition(); position != nullptr;) {
-    CString key;
-    CObject* object = nullptr;
-    map.GetNextAssoc(position, key, object);
-    walked += key;
+  const std::string walked = Contents(map, [&](const CString& key) {
     EXPECT_TRUE(map.RemoveKey(key));
     map.SetAt("new", nullptr);
-  }
-  EXPECT_TRUE(walked == "rab" && left == 0 && map.GetCount() == 1) << walked;
+  });
+  EXPECT_EQ(walked, "r=owner.key a=owner.key b=owner.key ");
+  EXPECT_TRUE(left == 0 && map.GetCount() == 1);
   map.SetAt("a", new Counted(left));
   map.RemoveAll();
   EXPECT_TRUE(left == 0 && map.IsEmpty());
@@ -433,17 +430,15 @@ TEST_F(ObjectInfoMapTest, FailuresOfTheSystemAreShownWithTheirCause) {
             "open : Access to the file was denied\ncreate map: The file is in use\n"
             "open map: The file is in use\nread map: Too many files are open\n"
             "read map: Cannot allocate memory\n");
-  for (const auto& [size, expected] :
-       Rows<UINT, const char*>{{255, "Too many files are open"}, {9, "Too many"}, {1, ""}}) {
-    char text[255] = "?";
-    UINT help_id = 0;
-    EXPECT_TRUE(CFileException(CFileException::tooManyOpenFiles).GetErrorMessage(text, size));
-    EXPECT_STREQ(text, expected);
-    EXPECT_FALSE(CException().GetErrorMessage(text, size, &help_id));
-    EXPECT_STREQ(text, "");
-    EXPECT_TRUE(CArchiveException(99).GetErrorMessage(text, size, &help_id));
-    EXPECT_EQ(help_id, 61861U) << "what is no cause is an error without one";
-  }
+  char text[255] = "?";
+  UINT help_id = 0;
+  const CFileException full(CFileException::tooManyOpenFiles);
+  EXPECT_TRUE(full.GetErrorMessage(text, 1) && text == ""sv);
+  EXPECT_TRUE(full.GetErrorMessage(text, 9) && text == "Too many"sv);
+  EXPECT_TRUE(full.GetErrorMessage(text, 255) && text == "Too many files are open"sv);
+  EXPECT_TRUE(!CException().GetErrorMessage(text, 255, &help_id) && text == ""sv);
+  EXPECT_TRUE(CArchiveException(99).GetErrorMessage(text, 255, &help_id));
+  EXPECT_EQ(help_id, 61861U) << "what is no cause is an error without one";
 }
 
 }  // namespace

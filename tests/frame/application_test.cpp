@@ -40,13 +40,12 @@ TEST_F(ApplicationInfo, VersionNumbersAreCutAtTheDots) {
 TEST_F(ApplicationInfo, TheExecutableGivesDirectoryKeyAndOptionsFileUnlessTheCodeDoes) {
   CWinApp app("name");
   // The code and the path; directory, key, options file, and which of the applications it is.
-  for (const auto& [code, path, told] : Cases<3>(R"(
-      => c:\bin\TOOL.EXE => c:\bin|TOOL|TOOL.dqo|0000 ;; LumenSQL => tool => |tool|tool.dqo|0000
+  for (const auto& [code, path, told] : Cases<3>(R"(=> c:\bin\TOOL.EXE => c:\bin|TOOL|TOOL.dqo|0000
       => \\server\share\a.v2.exe => \\server\share|a.v2|a.v2.dqo|0000
       Lumen SQL => /tmp/tool => /tmp|tool|LumenSQL.dqo|1000
-      lUMEN sql => /tool => |tool|LumenSQL.dqo|1000 ;; QUILLBASE => tool => |tool|Quill.dqo|0010
-      Velmora Delta Keeper => tool => |tool|tool.dqo|0100
-      velmora pacer => tool => |tool|DQPacer.dqo|0001)")) {
+      Velmora Delta Keeper => tool => |tool|tool.dqo|0100 ;; LumenSQL => tool => |tool|tool.dqo|0000
+      velmora pacer => tool => |tool|DQPacer.dqo|0001 ;; QUILLBASE => tool => |tool|Quill.dqo|0010
+      lUMEN sql => /tool => |tool|LumenSQL.dqo|1000)")) {
     app.SetExecutablePath(path.c_str());
     CDQApplicationInfo::SetAppCode(code.c_str());
     CDQApplicationInfo info;
@@ -121,9 +120,9 @@ TEST(OutputMessageTraits, TellSourceAndKind) {
     told += std::to_string(static_cast<int>(traits.kind)) +
             std::string(detail::OrEmpty(traits.family)) + std::to_string(traits.source_id) + " ";
   }
-  EXPECT_EQ(
-      told,
-      "0Program0 0Program0 1Program0 2Program0 0DBMS0 1DBMS0 2DBMS0 344030 444031 0Program0 ");
+  EXPECT_EQ(told,
+            "0Program0 0Program0 1Program0 2Program0 0DBMS0 1DBMS0 2DBMS0 344030 444031 "
+            "0Program0 ");
 }
 
 TEST(CDQOutputMessage, IsNullAndTracedWhenMemoryRunsOut) {
@@ -197,16 +196,15 @@ TEST(CDQSystemErrorMsg, ReadsTheLastErrorOnceAndShowsThePlaceIfThereIsOne) {
   EXPECT_EQ(message.GetErrorMessage() + RetrieveOSErrorMessage(2) + RetrieveOSErrorMessage(4),
             "100%s\r\nUnknown OS Error");
   platform.errors.last = 2;
-  const Rows<CDQSystemErrorMsg, const char*> rows = {
-      {CDQSystemErrorMsg("a%d.cpp", 7), "Error: 100%s\r\n\nFile: a%d.cpp,  Line 7"},
-      {CDQSystemErrorMsg("a.cpp", -1), "100%s\r\n"},
-      {CDQSystemErrorMsg("", 7), "100%s\r\n"},
-      {CDQSystemErrorMsg(3), "three\r\n"},
-      {CDQSystemErrorMsg(4), ""}};
-  for (const auto& [shown, text] : rows) {
-    CDQSystemErrorMsg(shown).Show();
-    EXPECT_EQ(prompts.shown.back(), (ShownBox{text, 48, 0}));
-  }
+  CDQSystemErrorMsg("a%d.cpp", 7).Show();
+  CDQSystemErrorMsg("a.cpp", -1).Show();
+  CDQSystemErrorMsg("", 7).Show();
+  CDQSystemErrorMsg(3).Show();
+  CDQSystemErrorMsg(4).Show();
+  const char* const placed = "Error: 100%s\r\n\nFile: a%d.cpp,  Line 7";
+  EXPECT_EQ(prompts.shown,
+            (std::vector<ShownBox>{
+                {placed, 48}, {"100%s\r\n", 48}, {"100%s\r\n", 48}, {"three\r\n", 48}, {"", 48}}));
 }
 
 TEST(NetworkErrorHandler, ShowsWhatItCanFindOut) {

@@ -39,13 +39,12 @@ TEST_F(TemplateEngine, ReplacesVariablesAndReportsTheRest) {
   }
   EXPECT_TRUE(engine.SetVariable("$$null$$", nullptr));
   EXPECT_EQ(engine.ResolveVariableString(nullptr), "");
-  for (const auto& [text, result, told] : Cases<3>(R"(
-      no marks, $1 $ each => no marks, $1 $ each => ;; $$self$$ => $$name$$ => ;; $$$x$$ => dollar
-      <$$name$$$$name$$.$$null$$> => <EMPEMP.> => ;; $$Name$$ => $$Name$$ => [$$Name$$||]
-      $$a$$ $$name$$ $$b$$ => $$a$$ EMP $$b$$ => [$$a$$||][$$b$$||]
-      $$name$$ $$open => EMP $$open => [|$$name$$ $$open|] ;; $$$$ => $$$$ => [$$$$||]
-      $$$$$ => $$$$$ => [$$$$||] ;; $$$ => $$$ => [|$$$|]
-      1 $$5 and $$name$$ => 1 $$5 and $$name$$ => [$$5 and $$||][|1 $$5 and $$name$$|])")) {
+  for (const auto& [text, result, told] : Cases<3>(R"(no marks, $1 $ each => no marks, $1 $ each =>
+      1 $$5 and $$name$$ => 1 $$5 and $$name$$ => [$$5 and $$||][|1 $$5 and $$name$$|]
+      $$a$$ $$name$$ $$b$$ => $$a$$ EMP $$b$$ => [$$a$$||][$$b$$||] ;; $$$$$ => $$$$$ => [$$$$||]
+      $$name$$ $$open => EMP $$open => [|$$name$$ $$open|] ;; $$Name$$ => $$Name$$ => [$$Name$$||]
+      <$$name$$$$name$$.$$null$$> => <EMPEMP.> => ;; $$$$ => $$$$ => [$$$$||] ;; $$$x$$ => dollar
+      $$self$$ => $$name$$ => ;; $$$ => $$$ => [|$$$|])")) {
     EXPECT_EQ(engine.ResolveVariableString(text.c_str()).View(), result);
     EXPECT_EQ(Told(), told) << text;
   }
@@ -139,12 +138,11 @@ TEST(OptionsFile, RefusesWhatBreaksTheFormAndSaysWhere) {
     default 1 => 2: a default without its option ;; variable a int "1" => 2: 'variable' takes
     "option" 7 int n => 2: a text where ;; option 7 float n => 2: unknown kind
     option 7 "int" n => 2: unknown kind ;; option 2147483648 int n => 2: an id)");
-  ExpectRefused("dqoptions 1;option 7 int n;", R"(
+  ExpectRefused("dqoptions 1;option 7 int n;", R"(default "1" => 3: no value of the kind int
     machine "k" "v";machine "k" "v" => 4: a value of the machine without
     label "l";option 8 int m => 4: option n has no default ;; default 1 => 4: option n has no label
-    default "1" => 3: no value of the kind int ;; label "l";label "l" => 4: a label without
-    default 1 # remark => 3: a character ;; machine "" "v" => 3: 'machine' takes
-    label l => 3: 'label' takes)");
+    label "l";label "l" => 4: a label without ;; default 1 # remark => 3: a character
+    machine "" "v" => 3: 'machine' takes ;; label l => 3: 'label' takes)");
   ExpectRefused("dqoptions 1;option 7 int n;label \"l\";default 1;", R"(
     default oracle 2;default oracle 2 => 6: a second default for the platform
     range 0 1;default oracle 2 => 7: option n has a default out of its range
@@ -179,9 +177,8 @@ class OptionsServer : public testing::Test {
   }
   ~OptionsServer() override { SetTraceSink(former); }
 
-  bool Add(const char* file, int first = 1, int last = 100, bool required = true,
-           bool shared = false) {
-    return server.AddOptions(file, first, last, required, shared);
+  bool Add(const char* file, int from = 1, int to = 100, bool needed = true, bool shared = false) {
+    return server.AddOptions(file, from, to, needed, shared);
   }
   /// The process's own server with the same options.
   CDQOptionsServer& ProcessServer() {
