@@ -8,7 +8,7 @@
 namespace dq::test {
 namespace {
 
-TEST(DialogTemplate, TextGivesControls) {
+TEST(DialogTemplate, TextGivesControlsAndABrokenOneNamesItsLineAsThatOfAMenuDoes) {
   const auto dialog = ReadDialogTemplate(
       "caption \"A \\\"b\\\"\"\r\nsize 260 120\r\n# c\r\n\r\n"
       "edit 2757 \"x\\n\" 72 -8 120 14 limit=30 hidden\r\nclass \"Tree\" -1 \"\" 0 0 1 2\r\n");
@@ -21,10 +21,8 @@ TEST(DialogTemplate, TextGivesControls) {
   EXPECT_TRUE(
       ReadDialogTemplate("size\t32767 0\nedit 65535 \"\" -32767 32767 0 32767 limit=0 dropdown\n"
                          "text -1\"\t\\t\\\\\"0 0 0 0 hidden disabled\n"));
-}
-
-TEST(ResourceText, ThatIsBrokenIsRefusedWithItsLineAndTheReason) {
-  // Of dialogs and, behind ":", of menus. "/" ends a line; "^" and "~" are control characters.
+  // Broken texts of dialogs and, behind ":", of menus. "/" ends a line; "^" and "~" are control
+  // characters.
   for (const auto& [why, texts] : Cases<2>(R"(
       2: a second caption => caption ""/caption "" ;; 3: a second size => size 1 1//size 1 1
       1: the dialog has no size => caption "a" ;; 1: a text in quotes is missing => edit 1 x 0 0 0 0

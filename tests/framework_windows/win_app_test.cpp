@@ -26,7 +26,7 @@ struct LoopWnd : CWnd {
   Handler on_message;
 };
 
-TEST(Handle, IsAliveFromCreationToDestructionAndNeverUsedAgain) {
+TEST(Handle, IsAliveUntilItsWindowEndsNeverUsedAgainAndGivesTheClassNameCutToTheBuffer) {
   std::set<HWND> handles;
   CWnd window;
   for (int round = 0; round < 100; ++round) {
@@ -40,12 +40,9 @@ TEST(Handle, IsAliveFromCreationToDestructionAndNeverUsedAgain) {
     LRESULT WindowProc(UINT message, WPARAM, LPARAM) override { return message == 1 ? -1 : 0; }
   } refusing;
   EXPECT_FALSE(refusing.CreateWnd("Edit") || refusing.GetSafeHwnd() != nullptr);
-}
-
-TEST(Handle, GivesTheClassNameCutToTheBuffer) {
-  const LoopWnd window;
-  const HWND handle = window.GetSafeHwnd();
+  window.CreateWnd("Test");
   std::string names;
+  const HWND handle = window.GetSafeHwnd();
   for (const auto& [of, size] : Rows<HWND, int>{
            {handle, 5}, {handle, 4}, {handle, 1}, {handle, 0}, {handle, -1}, {nullptr, 8}}) {
     char buffer[40] = "???";
@@ -256,11 +253,9 @@ TEST_F(MessageLoop, EndsWithTheCodeBehindPostedMessagesAndLeavesNestedLoops) {
     if (message != WM_APP) return 0;
     PostQuitMessage(7);
     window.PostMessage(WM_APP + 1);
-    EXPECT_FALSE(PumpUntil([] { return false; }));
-    return 0;
+    return static_cast<int>(PumpUntil([] { return false; }));
   };
-  EXPECT_EQ(app.Run(), 7);
-  EXPECT_EQ(window.got + app.idled, "32770/0 32768/0 32769/0 012012");
+  EXPECT_TRUE(app.Run() == 7 && window.got + app.idled == "32770/0 32768/0 32769/0 012012");
 }
 
 TEST(PumpUntil, WaitsForWhatOtherThreadsPostAndSend) {
@@ -301,7 +296,7 @@ TEST(WinApp, IsTheThreadsObjectWhileItLivesAndHasTheExecutablesBaseNameWithoutAn
   EXPECT_STREQ(CWinApp(" Job  Runner ").GetAppName(), " Job  Runner ");
 }
 
-TEST(WorkerThread, SendsToTheMainWindowOfTheThreadThatBeganItWhileThatJoins) {
+TEST(WorkerThread, SendsToTheMainWindowOfTheThreadThatJoinsItAndGoesOnByItselfWhenItIsDropped) {
   MainWindow main;
   const auto send = [](void* parameter) -> UINT {
     EXPECT_EQ(AfxGetMainWnd(), parameter);
@@ -313,9 +308,6 @@ TEST(WorkerThread, SendsToTheMainWindowOfTheThreadThatBeganItWhileThatJoins) {
   EXPECT_TRUE(worker);
   for (int twice = 0; twice < 2; ++twice) worker.Join();
   EXPECT_TRUE(!worker && main.messages.size() == 50);
-}
-
-TEST(WorkerThread, GoesOnByItselfWhenItIsDropped) {
   static std::atomic<int> step = 0;
   const auto procedure = [](void*) -> UINT {
     while (step == 0) std::this_thread::yield();

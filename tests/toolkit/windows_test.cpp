@@ -142,18 +142,13 @@ TEST_F(Dialogs, CollectionShowsOneChildAndMovesItsValuesOnly) {
 TEST_F(Dialogs, NamedModuleIsSearchedFirstAndForOneRun) {
   ResourceModule named;
   named.AddResource(RESOURCE_DIALOG, 3000, "caption \"Named\"\nsize 9 9\n");
-  struct Dialog : CDQDialog {
-    Dialog() : CDQDialog(3000) {}
-    BOOL OnInitDialog() override {
-      opened_with = AfxGetResourceHandle();
-      return CDQDialog::OnInitDialog();
-    }
-    HINSTANCE opened_with = nullptr;
-  } dialog;
+  CDQDialog dialog(3000);
+  HINSTANCE opened_with = nullptr;
+  prompts.on_dialog = [&](View&) { opened_with = AfxGetResourceHandle(); };
   EXPECT_EQ(DQDoModalDialog(dialog, &named), IDCANCEL);
-  EXPECT_TRUE(dialog.opened_with == &named && AfxGetResourceHandle() == &module);
+  EXPECT_TRUE(opened_with == &named && AfxGetResourceHandle() == &module);
   EXPECT_EQ(DQDoModalDialog(dialog, nullptr), IDCANCEL);
-  EXPECT_EQ(dialog.opened_with, DQLIB_GetInstanceHandle());
+  EXPECT_EQ(opened_with, DQLIB_GetInstanceHandle());
   EXPECT_EQ(prompts.dialogs, (std::vector<std::string>{"Named", "Sheet"}));
 }
 

@@ -11,18 +11,17 @@ constexpr int kMin = std::numeric_limits<int>::min();
 constexpr int kMax = std::numeric_limits<int>::max();
 constexpr CRect kPlace{100, 120, 500, 420};
 
-struct Window : CWnd {
-  Window() { CreateWnd({.class_name = "Main", .place = kPlace}); }
-};
-
 struct WindowState : testing::Test {
+  WindowState() {
+    for (CWnd* each : {&window, &other}) each->CreateWnd({.class_name = "Main", .place = kPlace});
+  }
   void Put(const char* section, const std::map<std::string, int>& values) {
     for (const auto& [name, value] : values) {
       app->WriteProfileInt(section, ("wp." + name).c_str(), value);
     }
   }
   std::optional<CWinApp> app{"window state"};
-  Window window, other;
+  CWnd window, other;
 };
 
 TEST_F(WindowState, PlacementComesBackFromTenValues) {
@@ -44,18 +43,19 @@ TEST_F(WindowState, PlacementComesBackFromTenValues) {
 }
 
 TEST_F(WindowState, WindowIsNeverRestoredOffScreen) {
-  const auto restores = [&](const CRect& at) {
-    window.MoveWindow(kPlace);
+  for (const auto& [at, restored] : Rows<CRect, bool>{{{1919, 1079, 1929, 1089}, true},
+                                                      {{-9, -9, 1, 1}, true},
+                                                      {{kMin, kMin, kMax, kMax}, true},
+                                                      {{1920, 0, 1929, 9}, false},
+                                                      {{-9, -9, 0, 5}, false},
+                                                      {{5, 5, 5, 9}, false},
+                                                      {{0, 1080, 9, 1089}, false},
+                                                      {{kMax, kMax, kMin, kMin}, false}}) {
     Put("Off", {{"left", at.left}, {"right", at.right}, {"top", at.top}, {"bottom", at.bottom}});
-    const bool restored = DQLIB_RestoreWindowPlacement("Off", &window);
-    EXPECT_EQ(window.GetPlace() != kPlace, restored);
-    return restored;
-  };
-  EXPECT_TRUE(restores({1919, 1079, 1929, 1089}) && restores({-9, -9, 1, 1}));
-  EXPECT_TRUE(restores({kMin, kMin, kMax, kMax}));
-  EXPECT_FALSE(restores({1920, 0, 1929, 9}) || restores({-9, -9, 0, 5}) || restores({5, 5, 5, 9}));
-  EXPECT_FALSE(restores({0, 1080, 9, 1089}) || restores({kMax, kMax, kMin, kMin}));
-  window.MoveWindow(kPlace);
+    window.MoveWindow(kPlace);
+    EXPECT_EQ(DQLIB_RestoreWindowPlacement("Off", &window), restored) << at.left;
+    EXPECT_EQ(window.GetPlace() != kPlace, restored) << at.left;
+  }
   EXPECT_TRUE(DQLIB_RestoreWindowPlacement("No such section", &window));
   EXPECT_EQ(window.GetPlace(), kPlace);
 }
