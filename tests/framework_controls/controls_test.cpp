@@ -2,7 +2,6 @@
 // have, and the exchange of values with them.
 
 #include "dqlib/framework/controls/row_store.h"
-#include "tests/framework_controls/control_dialog.h"
 #include "tests/support/doubles.h"
 #include "tests/support/windows.h"
 
@@ -388,8 +387,7 @@ TEST(RowStore, AnswersAsAPlainListOfTextsDoes) {
     } else if (plain.size() < 60) {
       store.Insert(at, text);
       plain.insert(plain.begin() + at, text);
-      ASSERT_EQ(store[at].data, 0U) << "a row that is used again begins anew";
-      store[at].data = 1;
+      ASSERT_EQ(std::exchange(store[at].data, 1U), 0U) << "a row that is used again begins anew";
     }
     // The rows behind `at`, then those from the first on.
     const int count = static_cast<int>(plain.size());
@@ -400,8 +398,7 @@ TEST(RowStore, AnswersAsAPlainListOfTextsDoes) {
       if (row == lower) exact = next;
       if (!lower.empty() && row.starts_with(lower)) prefix = next;
     }
-    ASSERT_EQ(store.FindExact(at, text), exact) << step;
-    ASSERT_EQ(store.FindPrefix(at, text), prefix) << step;
+    ASSERT_TRUE(store.FindExact(at, text) == exact && store.FindPrefix(at, text) == prefix) << step;
   }
   EXPECT_EQ(store.Texts(), plain);
 }

@@ -60,8 +60,7 @@ TEST_F(WindowTree, KeepsChildrenInOrderAndFindsTheFirstOfAnIdHoweverTheyChange) 
       ASSERT_TRUE(taker->SubclassDlgItem(id, &parent));
       *first = std::move(taker);
     }
-    const CWnd* child_at = parent.GetTopWindow();
-    const CWnd* before = nullptr;
+    const CWnd *child_at = parent.GetTopWindow(), *before = nullptr;
     for (const auto& each : plain) {
       ASSERT_EQ(child_at, each.get()) << step;
       ASSERT_TRUE(each->GetPrevWindow() == before && each->GetParent() == &parent) << step;

@@ -2,7 +2,6 @@
 
 #include "tests/support/windows.h"
 
-#include "tests/framework_controls/control_dialog.h"
 #include "tests/support/doubles.h"
 #include "tests/support/registries.h"
 #include "tests/support/temp_directory.h"
@@ -447,15 +446,15 @@ struct SheetPage : CNSFlexPropertyPage {
     log.clear();
   }
   BOOL Answer(const char* call) {
-    log += name + call;
+    log += name + call + " ";
     const bool agrees = refuses != call;
     if (goes_at == call) delete this;
     return agrees;
   }
-  BOOL OnSetActive() override { return Answer("+ "); }
-  BOOL OnKillActive() override { return Answer("- "); }
-  BOOL OnApply() override { return Answer("! "); }
-  void OnCancel() override { Answer("x "); }
+  BOOL OnSetActive() override { return Answer("+"); }
+  BOOL OnKillActive() override { return Answer("-"); }
+  BOOL OnApply() override { return Answer("!"); }
+  void OnCancel() override { Answer("x"); }
   void OnUpdate(CView*, LPARAM hint, CObject*) override { log += name + std::to_string(hint); }
   static inline std::string log;
   std::string name, refuses, goes_at;
@@ -486,7 +485,7 @@ TEST(FlexPropertySheet, AsksItsPagesInOrderAndStaysAtTheFirstThatRefuses) {
   for (SheetPage* page : {&a, &b, &c}) ASSERT_TRUE(sheet.AddPage(page));
   EXPECT_FALSE(sheet.AddPage(&a));
   sheet.SetSubject(&log);
-  a.refuses = "+ ";
+  a.refuses = "+";
   // What the pages were asked, and which is active then.
   const auto took = [&](const std::string& expected) {
     const auto* const active = static_cast<const SheetPage*>(sheet.GetActivePage());
@@ -497,12 +496,12 @@ TEST(FlexPropertySheet, AsksItsPagesInOrderAndStaysAtTheFirstThatRefuses) {
     a.refuses.clear();
     EXPECT_TRUE(view.Enter(CPropertySheet::kTabControlId, "1") && !b.IsShown());
     took("b- a+ a");
-    a.refuses = "- ";
+    a.refuses = "-";
     EXPECT_TRUE(view.Enter(CPropertySheet::kTabControlId, "b"));
     EXPECT_FALSE(view.Enter(CPropertySheet::kTabControlId, "4"));
     took("a- a");
     a.refuses.clear();
-    b.refuses = "! ";
+    b.refuses = "!";
     EXPECT_TRUE(view.Press(IDOK) && view.IsOpen());
     took("a- a! b! b+ b");
     b.refuses.clear();
@@ -527,33 +526,30 @@ TEST(FlexPropertySheet, AsksItsPagesInOrderAndStaysAtTheFirstThatRefuses) {
 TEST(FlexPropertySheet, PagesMayDropThemselvesAndCountAsModifiedUntilThen) {
   ScriptedPrompts prompts;
   // What the second of three pages goes at and refuses, the button, and who is told what.
-  const Rows<std::string, const char*, int, const char*> rows = {
-      {"! ", "", IDOK, "c- a! b! c! "},
-      {"! ", "! ", IDOK, "c- a! b! ax cx "},
-      {"x ", "", IDCANCEL, "ax bx cx "},
-      {"+ ", "", IDCANCEL, "c- b+ c+ ax cx "},
-      {"- ", "", IDOK, "c- b+ b- c+ c- a! c! "}};
-  for (const auto& [goes_at, refuses, button, told] : rows) {
+  for (const auto& [goes_at, refuses, button, told] : Cases<4>(R"(
+      ! => => 1 => c- a! b! c! ;; ! => ! => 1 => c- a! b! ax cx ;; x => => 2 => ax bx cx
+      + => => 2 => c- b+ c+ ax cx ;; - => => 1 => c- b+ b- c+ c- a! c!)")) {
     auto* const a = new SheetPage("a");
     auto* const b = new SheetPage("b");
     SheetPage c("c");
     CPropertySheet sheet("Sheet", nullptr, 0);
     for (SheetPage* page : {a, b, &c}) ASSERT_TRUE(sheet.AddPage(page));
-    prompts.on_dialog = [&, at = goes_at, refused = refuses, pressed = button](View& view) {
+    prompts.on_dialog = [&, at = goes_at, refused = refuses,
+                         pressed = std::stoi(button)](View& view) {
       for (const int page : {1, 2}) sheet.SetActivePage(page);
       SheetPage::log.clear();
       EXPECT_FALSE(sheet.GetDlgItem(ID_APPLY_NOW)->IsWindowEnabled());
       for (const BOOL modified : {1, 1, 0, 1}) b->SetModified(modified);
       b->goes_at = at;
       b->refuses = refused;
-      if (at == "+ " || at == "- ") sheet.SetActivePage(1);
-      if (at == "- ") sheet.SetActivePage(2);
+      if (at == "+" || at == "-") sheet.SetActivePage(1);
+      if (at == "-") sheet.SetActivePage(2);
       EXPECT_EQ(sheet.IsModified(), sheet.GetPageCount() == 3);
       EXPECT_EQ(sheet.GetDlgItem(ID_APPLY_NOW)->IsWindowEnabled(), sheet.GetPageCount() == 3);
       view.Press(pressed);
     };
     sheet.DoModal();
-    EXPECT_EQ(SheetPage::log, told) << goes_at << refuses;
+    EXPECT_EQ(SheetPage::log, told + " ") << goes_at << refuses;
     EXPECT_TRUE(sheet.GetPageCount() == 2 && sheet.GetPage(0) == a && !sheet.IsModified());
     delete a;
   }

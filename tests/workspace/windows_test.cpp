@@ -7,17 +7,18 @@ namespace {
 
 using namespace std::string_literals;
 
-constexpr int kMin = std::numeric_limits<int>::min();
-constexpr int kMax = std::numeric_limits<int>::max();
 constexpr CRect kPlace{100, 120, 500, 420};
 
 struct WindowState : testing::Test {
   WindowState() {
     for (CWnd* each : {&window, &other}) each->CreateWnd({.class_name = "Main", .place = kPlace});
   }
-  void Put(const char* section, const std::map<std::string, int>& values) {
-    for (const auto& [name, value] : values) {
-      app->WriteProfileInt(section, ("wp." + name).c_str(), value);
+  /// Of the left, top, right and bottom edge those that aren't "-".
+  void Put(const char* section, const std::string& edges) {
+    std::istringstream rest(edges);
+    for (const char* name : {"wp.left", "wp.top", "wp.right", "wp.bottom"}) {
+      std::string value;
+      if (rest >> value && value != "-") app->WriteProfileString(section, name, value.c_str());
     }
   }
   std::optional<CWinApp> app{"window state"};
@@ -37,41 +38,38 @@ TEST_F(WindowState, PlacementComesBackFromTenValues) {
   WINDOWPLACEMENT restored, partly;
   other.GetWindowPlacement(&restored);
   EXPECT_EQ(restored, wanted);
-  Put("Partly", {{"top", 55}});
+  Put("Partly", "- 55");
   DQLIB_GetWindowPlacement("Partly", &partly);
   EXPECT_EQ(partly, (WINDOWPLACEMENT{.rcNormalPosition = {0, 55, 0, 0}}));
 }
 
 TEST_F(WindowState, WindowIsNeverRestoredOffScreen) {
-  for (const auto& [at, restored] : Rows<CRect, bool>{{{1919, 1079, 1929, 1089}, true},
-                                                      {{-9, -9, 1, 1}, true},
-                                                      {{kMin, kMin, kMax, kMax}, true},
-                                                      {{1920, 0, 1929, 9}, false},
-                                                      {{-9, -9, 0, 5}, false},
-                                                      {{5, 5, 5, 9}, false},
-                                                      {{0, 1080, 9, 1089}, false},
-                                                      {{kMax, kMax, kMin, kMin}, false}}) {
-    Put("Off", {{"left", at.left}, {"right", at.right}, {"top", at.top}, {"bottom", at.bottom}});
+  for (const auto& [edges, restored] : Cases<2>(R"(
+      1919 1079 1929 1089 => yes ;; -9 -9 1 1 => yes ;; 1920 0 1929 9 => no ;; -9 -9 0 5 => no
+      0 1080 9 1089 => no ;; 5 5 5 9 => no ;; -2147483648 -2147483648 2147483647 2147483647 => yes
+      2147483647 2147483647 -2147483648 -2147483648 => no)")) {
+    Put("Off", edges);
     window.MoveWindow(kPlace);
-    EXPECT_EQ(DQLIB_RestoreWindowPlacement("Off", &window), restored) << at.left;
-    EXPECT_EQ(window.GetPlace() != kPlace, restored) << at.left;
+    EXPECT_EQ(DQLIB_RestoreWindowPlacement("Off", &window), restored == "yes") << edges;
+    EXPECT_EQ(window.GetPlace() != kPlace, restored == "yes") << edges;
   }
   EXPECT_TRUE(DQLIB_RestoreWindowPlacement("No such section", &window));
   EXPECT_EQ(window.GetPlace(), kPlace);
 }
 
 TEST_F(WindowState, CreateStructKeepsWhatIsntStored) {
+  constexpr int kMin = std::numeric_limits<int>::min();
   CREATESTRUCT create{.x = kMin, .y = 20, .cx = kMin, .cy = 40};
   const auto place = [&create] { return CRect{create.x, create.y, create.cx, create.cy}; };
   DQLIB_SetCreateStructPlacement("No such section", &create);
   EXPECT_EQ(place(), (CRect{kMin, 20, kMin, 40})) << "the system chooses, still";
-  Put("Create", {{"left", 5}, {"right", 25}, {"top", 10}});
+  Put("Create", "5 10 25");
   DQLIB_SetCreateStructPlacement("Create", &create);
   EXPECT_EQ(place(), (CRect{5, 10, 20, 50})) << "the bottom edge stays";
 }
 
 TEST_F(WindowState, NothingHappensWithoutASectionAMadeWindowOrAnApplication) {
-  Put("Set", {{"left", 5}, {"right", 25}});
+  Put("Set", "5 - 25");
   CWnd none;
   CREATESTRUCT create{.cx = 3};
   WINDOWPLACEMENT placement;
