@@ -3,9 +3,8 @@
 #include "fuzzing/fuzzing.h"
 
 void dq::fuzz::Try(std::string_view input) {
-  if (input.empty()) return;
-  const auto notation = static_cast<DATETIME_FMTTYPE>(static_cast<unsigned char>(input[0]) % 3);
-  const CString text(input.substr(1));
+  const auto notation = static_cast<DATETIME_FMTTYPE>(TakeByte(input) % 3);
+  const CString text(input);
 
   // A format that was made of a text stays the same when it is made of its own texts.
   const CLGDateTimeFmtDef def(text);

@@ -4,9 +4,7 @@
 #include "fuzzing/fuzzing.h"
 
 void dq::fuzz::Try(std::string_view input) {
-  if (input.empty()) return;
-  const int code = static_cast<unsigned char>(input[0]) % 32;
-  input.remove_prefix(1);
+  const int code = TakeByte(input) % 32;
   const CString in_fmt(TakeLine(input)), out_fmt(TakeLine(input)), in(input);
 
   // The first time the formats are prepared, the second time they are known.

@@ -75,11 +75,7 @@ constexpr Operation kOperations[] = {
 
 void Try(std::string_view input) {
   input = input.substr(0, 4096);
-  const auto byte = [&] {
-    const int taken = input.empty() ? 0 : static_cast<unsigned char>(input.front());
-    input.remove_prefix(std::min<std::size_t>(input.size(), 1));
-    return taken;
-  };
+  const auto byte = [&] { return TakeByte(input); };
   const auto words = [&] {
     std::string taken(static_cast<std::size_t>(byte()) % 8, ' ');
     for (char& each : taken) each = static_cast<char>(std::max(byte(), 1));

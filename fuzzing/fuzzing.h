@@ -17,6 +17,13 @@ inline void Require(bool holds) {
   if (!holds) std::abort();
 }
 
+/// Takes the first byte of the input, 0 if there is none.
+inline int TakeByte(std::string_view& input) {
+  const int taken = input.empty() ? 0 : static_cast<unsigned char>(input.front());
+  input.remove_prefix(std::min<std::size_t>(input.size(), 1));
+  return taken;
+}
+
 /// Takes the first line of the input, without its end.
 inline std::string_view TakeLine(std::string_view& input) {
   const std::size_t end = std::min(input.find('\n'), input.size());

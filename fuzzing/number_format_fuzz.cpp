@@ -4,25 +4,22 @@
 #include "fuzzing/fuzzing.h"
 
 void dq::fuzz::Try(std::string_view input) {
-  if (input.size() < 4) return;
-  const auto setting = [&](int at) { return static_cast<unsigned char>(input[at]); };
-  platform::NumberFormat format{.decimal_places = setting(0),
-                                .leading_zero = setting(1) % 2 != 0,
-                                .grouping = setting(2),
-                                .decimal_separator = ".",
-                                .thousands_separator = "",
-                                .negative_order = setting(3)};
-  const std::string_view number = input.substr(4);
-  if (!platform::LayOutNumber(number, format)) return;
+  platform::NumberFormat format;
+  format.decimal_places = TakeByte(input);
+  format.leading_zero = TakeByte(input) % 2 != 0;
+  format.grouping = TakeByte(input);
+  format.negative_order = TakeByte(input);
+  format.decimal_separator = ".";
+  if (!platform::LayOutNumber(input, format)) return;
 
   // What is laid out is a number again, and laying it out once more changes nothing.
   format.negative_order = 1;
-  const auto plain = platform::LayOutNumber(number, format);
+  const auto plain = platform::LayOutNumber(input, format);
   Require(plain && platform::LayOutNumber(*plain, format) == plain);
 
   // Separators are all that grouping adds.
   format.thousands_separator = ",";
-  auto grouped = platform::LayOutNumber(number, format);
+  auto grouped = platform::LayOutNumber(input, format);
   std::erase(*grouped, ',');
   Require(grouped == plain);
 }

@@ -301,8 +301,7 @@ TEST(DateTimeFormat, ACopyHasChoicesInItsOwnLists) {
 
 TEST(DateTimeFormat, ConvertsValuesByThePlatformsHabits) {
   const SystemLocale locale("C");
-  for (const auto& [platform, code, in, in_fmt, out_fmt, done, out] :
-       Rows<DBMS, int, Text, Text, Text, int, Text>{
+  for (const auto& [db, code, in, from, to, ok, out] : Rows<DBMS, int, Text, Text, Text, int, Text>{
            {DBMS_DB2, 6, "[NULL]", "", kIso, 0, "[NULL]"},
            {DBMS_DB2, 5, "04/03/1993 05:34:00 PM", kUs, kIso, 1, "1993-04-03"},
            {DBMS_DB2, 6, "4/3/1993 5:34 PM", "", kIso, 1, "1993-04-03 17:34:00"},
@@ -315,7 +314,7 @@ TEST(DateTimeFormat, ConvertsValuesByThePlatformsHabits) {
            {DBMS_SYBASE, 6, "1993-04-03 x:34.123", kIso, kUs, 0, "1993-04-03 x:34.123"}}) {
     // Into the value's own text, too.
     CString text = in;
-    EXPECT_EQ(Make(platform)->FormatDateTime(code, text, text, in_fmt, out_fmt), done) << in;
+    EXPECT_EQ(Make(db)->FormatDateTime(code, text, text, from, to), ok) << in;
     EXPECT_EQ(text, out) << in;
   }
   CString rest, ms = "x";

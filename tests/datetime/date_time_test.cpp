@@ -46,7 +46,7 @@ struct DateTime : testing::Test {
 
 TEST_F(DateTime, ReadsTokenByTokenAlongTheFormat) {
   // Formats, texts with "=" and the value, or none where they can't be read, and the locale if
-  // it is not any.
+  // it is not any. What "Jan" is in English, it isn't everywhere.
   auto rows = Cases<3>(R"(DAY, MONTH dd, YYYY => Fri, April 3, 93=1993-04-03|?, 4 3, 1993=1993-04-03
       MM/DD/YYYY HH12:MI:SS AM => 04/03/1993 05:34:00 PM=1993-04-03 17:34:00|apr/3/1993=1993-04-03
       MM/DD/YYYY => 13/13/2001|32/12/2001|025/12/2001|13/001/2001||02/30/2001|0/1/2001|01/02/0000
@@ -70,8 +70,7 @@ TEST_F(DateTime, ReadsTokenByTokenAlongTheFormat) {
       MM/DD/YYYY HH12:MI:SS AM => 04/03/1993=1993-04-03 ;; MON 'DD' YYYY => 1-р сар 03 1993 => mn_MN
       DD-MON.YYYY => 03-oct.1993=1993-10-03 => fr_FR ;; YYYY-MM-DD => 2001|2001-1|4-2001|2001-<-03
       DD-MON-YYYY => 03-Jan-1993=1993-06-03 => st_ZA
-      DD.MON.YYYY => 3.Mär.1993=1993-03-03 => de_DE)");  // where it is another month's English
-                                                         // name
+      DD.MON.YYYY => 3.Mär.1993=1993-03-03 => de_DE)");
   const std::set<std::string> any = {"C", "de_DE", "ja_JP"};
   std::string long_text = "04/03/1993";
   for (int i = 0; i < 2000; ++i) long_text += " x";
@@ -166,8 +165,7 @@ TEST_F(DateTime, AMessageMayLeadToOtherConversions) {
 }
 
 TEST(DateTimeFmtTransfer, DropsWhatItDoesNotKnowAndNeverFails) {
-  for (const auto& [source, from, to, target] :
-       Rows<Text, DATETIME_FMTTYPE, DATETIME_FMTTYPE, Text>{
+  for (const auto& [text, from, to, target] : Rows<Text, DATETIME_FMTTYPE, DATETIME_FMTTYPE, Text>{
            {"MM-XX", DTF_DISP, DTF_OLE, "%m-"},
            {"M/d/yyyy  h:mm tt", DTF_WIN, DTF_DISP, "mm/dd/YYYY  hh12:MI AM"},
            {"h;h", DTF_WIN, DTF_DISP, "hh12;hh12"},
@@ -175,7 +173,7 @@ TEST(DateTimeFmtTransfer, DropsWhatItDoesNotKnowAndNeverFails) {
            {"any text", DTF_OLE, DTF_OLE, "any text"},
            {nullptr, DTF_OLE, DTF_WIN, ""}}) {
     char buffer[64];
-    EXPECT_TRUE(CDQDateTimeFmtTransfer::ParseDateTimeFmt(source, from, buffer, to));
+    EXPECT_TRUE(CDQDateTimeFmtTransfer::ParseDateTimeFmt(text, from, buffer, to));
     EXPECT_STREQ(buffer, target);
   }
   CDQDateTimeFmtDictionary& dictionary = *CDQDateTimeFmtDictionary::Instance();

@@ -1,7 +1,6 @@
 // What a program is, and what it tells: its identity and version, and messages of its own, of the
 // system and of the database to the main window and in boxes.
 
-#include "dqlib/framework/base/text.h"
 #include "tests/support/doubles.h"
 #include "tests/support/failing_memory.h"
 #include "tests/support/forwarding_files.h"
@@ -117,8 +116,8 @@ TEST(OutputMessageTraits, TellSourceAndKind) {
   std::string told;
   for (int type = -1; type < 9; ++type) {
     const OutputMessageTraits& traits = GetOutputMessageTraits(type);
-    told += std::to_string(static_cast<int>(traits.kind)) +
-            std::string(detail::OrEmpty(traits.family)) + std::to_string(traits.source_id) + " ";
+    told += std::to_string(static_cast<int>(traits.kind)) + std::string(CString(traits.family)) +
+            std::to_string(traits.source_id) + " ";
   }
   EXPECT_EQ(told,
             "0Program0 0Program0 1Program0 2Program0 0DBMS0 1DBMS0 2DBMS0 344030 444031 "

@@ -100,11 +100,10 @@ TEST_F(Resources, ListsComeOutReversed) {
 TEST(DQCompareClassName, ComparesTheFirst32BytesWithoutCase) {
   const std::string name(32, 'n');
   CWnd window;
-  ASSERT_TRUE(window.CreateWnd((name + "rest").c_str()));
+  ASSERT_TRUE(window.CreateWnd((name + "s").c_str()));
   const HWND hwnd = window.GetSafeHwnd();
   EXPECT_TRUE(DQCompareClassName(hwnd, std::string(32, 'N').c_str()));
-  EXPECT_FALSE(DQCompareClassName(hwnd, (name + "rest").c_str()) ||
-               DQCompareClassName(hwnd, nullptr));
+  EXPECT_FALSE(DQCompareClassName(hwnd, (name + "s").c_str()) || DQCompareClassName(hwnd, nullptr));
   window.DestroyWindow();
   EXPECT_FALSE(DQCompareClassName(hwnd, ""));
 }
