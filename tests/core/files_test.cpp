@@ -151,8 +151,8 @@ TEST_F(FileUtility, ADiskThatFillsUpLeavesTheFormerContents) {
     bool in_place = false;
   } files;
   directory.Put("f", "old");
-  const Error full{platform::ErrorKind::kNoSpace, ENOSPC};
-  const Error denied{platform::ErrorKind::kAccessDenied, EACCES};
+  const Error full{platform::ErrorKind::kNoSpace, 28},
+      denied{platform::ErrorKind::kAccessDenied, 13};
   for (const auto& [name, text, error, in_place, written, contents] :
        Rows<Text, Text, Error, bool, int, Text>{
            {"f", "new", full, false, 0, "old"},
@@ -168,8 +168,7 @@ TEST_F(FileUtility, ADiskThatFillsUpLeavesTheFormerContents) {
 }
 
 TEST_F(FileUtility, FailedOpensAreToldWithTheirCause) {
-  const std::string missing = directory / "no/f";
-  const std::string file = directory.Put("f", "x");
+  const std::string missing = directory / "no/f", file = directory.Put("f", "x");
   CFile held(file.c_str(), CFile::modeWrite | CFile::shareExclusive);
   ScriptedPrompts prompts;
   EXPECT_EQ(Utility::WriteFile(missing.c_str(), "x", -1, true, false), 0);
@@ -341,15 +340,12 @@ TEST_F(FileUtility, ModulesAndLineEnds) {
 }
 
 TEST_F(DQFile, LinesLoseTheirEndsAndLongOnesComeInPieces) {
-  const std::string less(9999, 'x'), most(10000, 'x');
-  const Rows<std::string, std::string> rows = {{"", ""},
-                                               {"\n", "|"},
-                                               {"a\r\nb\rc\n\nd", "a|b\rc||d|"},
-                                               {"a\r", "a\r|"},
-                                               {"\r\r\n", "\r|"},
-                                               {most + most + "y\n", most + "|" + most + "|y|"},
-                                               {most + "\ny", most + "||y|"},
-                                               {less + "\r\ny", less + "|y|"}};
+  const std::string most(10000, 'x'), less = most.substr(1);
+  const Rows<std::string, std::string> rows = {
+      {"", ""},          {"a\r\nb\rc\n\nd", "a|b\rc||d|"},
+      {"\n", "|"},       {less + "\r\ny", less + "|y|"},
+      {"a\r", "a\r|"},   {most + "\ny", most + "||y|"},
+      {"\r\r\n", "\r|"}, {most + most + "y\n", most + "|" + most + "|y|"}};
   for (const auto& [contents, lines] : rows) {
     CDQFile file(directory.Put("f", contents), FILE_OPEN_READ);
     CStringList list;
@@ -376,7 +372,7 @@ TEST_F(DQFile, ResultsAreCharactersAndPositionsMove) {
   EXPECT_TRUE(file.Close());
 }
 
-TEST_F(DQFile, WritesNumbersTextsAndLineEndsOfBothKinds) {
+TEST_F(DQFile, WritesNumbersTextsAndLineEndsOfBothKindsAndTextsToStandardOutput) {
   CDQFile file(directory / "f", FILE_OPEN_WRITE);
   ASSERT_TRUE(file.Open());
   EXPECT_TRUE(file.Write(-1) && file.Write(2L) && file.Write(0.5) && file.WriteLine(","));
@@ -394,15 +390,12 @@ TEST_F(DQFile, WritesNumbersTextsAndLineEndsOfBothKinds) {
   for (const FileOpenMode mode : {FILE_OPEN_READ, FILE_OPEN_WRITE}) {
     EXPECT_FALSE(CDQFile(directory / "no/f", mode).Open());
   }
-}
 
-TEST_F(DQFile, StandardOutputTakesTextsAndGivesNone) {
   testing::internal::CaptureStdout();
   CDQFile output("", FILE_OPEN_STDOUT);
-  CString text = "old";
-  char byte = 0;
   EXPECT_TRUE(output.Open() && output.Write("one") && output.WriteLine("!"));
-  EXPECT_TRUE(output.ReadLine(text) == 0 && text == "" && output.fseek(0, 0) == -1);
+  EXPECT_TRUE(output.ReadLine(whole) == 0 && whole == "" && output.fseek(0, 0) == -1);
+  char byte = 0;
   EXPECT_TRUE(output.ReadBytes(&byte, 1) == 0 && output.Close());
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "one!\n");
 }

@@ -116,11 +116,9 @@ TEST(RegistryTools, TextsOfUpTo260BytesAreFoundWhateverTheirKind) {
 
 TEST(RegistryTools, TextsAreWrittenInTheLengthThatIsGiven) {
   OwnRegistry registry;
-  for (const auto& [name, text, length] : Rows<Text, Text, int>{{"zero", "xyz", 4},
-                                                                {"xy", "xyz", 2},
-                                                                {"none", "xyz", 0},
-                                                                {"-1", "xyz", -1},
-                                                                {"", kNone, 1}}) {
+  const Rows<Text, Text, int> rows = {
+      {"zero", "xyz", 4}, {"xy", "xyz", 2}, {"none", "xyz", 0}, {"-1", "xyz", -1}, {"", kNone, 1}};
+  for (const auto& [name, text, length] : rows) {
     DQLIB_AppWriteValueInRegistry(kCurrentUser, "a\\b", name, text, length);
   }
   DQLIB_AppWriteValueInRegistry(kCurrentUser, nullptr, "null", "x", 1);
@@ -140,9 +138,8 @@ TEST(RegistryTools, ACopyMovesAllButAValueOf7681BytesWhichASubKeyLoses) {
   registry.Set("to\\one", "kept", "2");
   EXPECT_TRUE(DQLIB_CopyRegistryKey(registry.Create("from"), registry.Create("to")));
   EXPECT_TRUE(DQLIB_CopyRegistryKey(registry.Create("to"), registry.Create("TO"))) << "no change";
-  EXPECT_EQ(registry.Shown(),
-            "{}from{too much=3:7681 }to{=1:default most=4660:7680 none=0: }to\\one{kept=3:2 }"
-            "to\\one\\two{deep=3:1 }");
+  EXPECT_EQ(registry.Shown(), R"({}from{too much=3:7681 }to{=1:default most=4660:7680 none=0: })"
+                              R"(to\one{kept=3:2 }to\one\two{deep=3:1 })");
 }
 
 TEST(RegistryTools, ARenameMovesMergesOrChangesCase) {
@@ -154,8 +151,8 @@ TEST(RegistryTools, ARenameMovesMergesOrChangesCase) {
        => x => 0 => NAME ;; name\ => nAmE => 1 => nAmE ;; \ => => 1 => nAmE ;; nAmE => => 0 => nAmE
        nAmE\sub => nAmE => 0 => nAmE ;; nAmE => Name\below => 0 => nAmE
        name => \other\ => 1 => other)")) {
-    EXPECT_EQ(DQLIB_RenameRegistryItem(kCurrentUser, from.c_str(), to.c_str()), renamed == "1")
-        << from << " to " << to;
+    const BOOL result = DQLIB_RenameRegistryItem(kCurrentUser, from.c_str(), to.c_str());
+    EXPECT_EQ(std::to_string(result), renamed) << from << " to " << to;
     EXPECT_EQ(registry.Shown(), "{}" + after + "{v=3:1 }" + after + "\\sub{v=3:1 }");
   }
   EXPECT_FALSE(DQLIB_RenameRegistryItem(kCurrentUser, "other", nullptr) ||
@@ -202,7 +199,7 @@ TEST(RegistryTools, WhatCannotBeReadIsNeitherMovedNorLost) {
 
 TEST(XMemFile, TheProfileAndAnArchiveKeepItsBytes) {
   const auto bytes = [](CXMemFile& file) {
-    return std::string(file.GetBuffer(), static_cast<std::size_t>(file.GetLength()));
+    return CString(file.GetBuffer(), static_cast<int>(file.GetLength()));
   };
   CXMemFile file, read;
   EXPECT_FALSE(file.WriteRegistry("s", "b")) << "without an application";
@@ -214,7 +211,7 @@ TEST(XMemFile, TheProfileAndAnArchiveKeepItsBytes) {
   EXPECT_TRUE(file.WriteRegistry("s", "b"));
   read.Write("longer than that", 16);
   EXPECT_TRUE(read.ReadRegistry("s", "b") && read.GetPosition() == 0);
-  EXPECT_EQ(bytes(read), std::string("a\0b", 3));
+  EXPECT_EQ(bytes(read), "a\0b"sv);
   DeleteRegistryTree(kCurrentUser, "Software\\Velmora");
 
   CMemFile stream;
@@ -228,7 +225,7 @@ TEST(XMemFile, TheProfileAndAnArchiveKeepItsBytes) {
   EXPECT_THROW(read.Serialize(loading), CArchiveException) << "a length past the end";
   EXPECT_EQ(bytes(read), "former");
   read.Serialize(loading);
-  EXPECT_EQ(bytes(read), std::string("a\0b", 3));
+  EXPECT_EQ(bytes(read), "a\0b"sv);
 }
 
 struct SystemInfoTest : testing::Test {
@@ -243,11 +240,10 @@ TEST_F(SystemInfoTest, ReadsTheVersionOrShowsWhyNot) {
   ScriptedPrompts prompts;
   platform.facts.version = platform::SystemVersion{6, 1, 7601};
   const Info info;
-  const auto& read = info.GetOSVersionInfo();
-  EXPECT_TRUE(read.dwOSVersionInfoSize == 148 && read.dwMajorVersion == 6 &&
-              read.dwMinorVersion == 1 && read.dwBuildNumber == 7601);
+  const auto& os = info.GetOSVersionInfo();
+  EXPECT_TRUE(os.dwOSVersionInfoSize == 148 && os.dwMajorVersion == 6 && os.dwMinorVersion == 1 &&
+              os.dwBuildNumber == 7601 && prompts.shown.empty());
   EXPECT_TRUE(!info.IsWindows95() && Info::IsWindowsNT() && !info.IsTerminalServer());
-  EXPECT_TRUE(prompts.shown.empty());
   EXPECT_EQ(Info::GetComputerName() + Info::GetUserName() + Info::GetHostName(),
             "\\\\TIGERscotttiger.example.org");
 
@@ -280,13 +276,12 @@ TEST_F(SystemInfoTest, FindsSuitesAndBrowsersInTheRegistry) {
 
 TEST_F(SystemInfoTest, NamesFoldersByTheApplication) {
   const TempDirectory directory;
-  const std::string folder = directory / "roaming";
-  platform.facts.folders[FOLDER_APPDATA] = folder;
+  const std::string folder = platform.facts.folders[FOLDER_APPDATA] = directory / "roaming";
   EXPECT_EQ(Info::GetAppDataPath(false), folder + "/");
   CWinApp app(" My\tTool 1 ");
   app.SetRegistryKey("Some Maker");
-  const std::string mine = folder + "/Some Maker/MyTool1/";
-  const std::string shared = folder + "/Some Maker/Shared/";
+  const std::string maker = folder + "/Some Maker/", mine = maker + "MyTool1/",
+                    shared = maker + "Shared/";
   EXPECT_TRUE(Info::GetAppDataPath(false) == mine && directory.Count() == 0);
   EXPECT_TRUE(Info::GetAppDataPath(true) == mine && Info::GetSharedDataPath(true) == shared);
   EXPECT_TRUE(std::filesystem::is_directory(mine) && std::filesystem::is_directory(shared));

@@ -30,19 +30,17 @@ TEST(BigInt, TextsThatMakeNumbers) {
 }
 
 TEST(BigInt, OperandsOfAllIntegerTypesKeepTheirValue) {
-  const CDQBigInt one = 1;
-  const auto check = [&](auto number, const char* shown) {
+  const auto check = [one = CDQBigInt(1)](auto number, Text shown) {
     const CDQBigInt big = number;
-    EXPECT_EQ(big.toString(), shown);
-    for (const CDQBigInt& same :
-         {one * number, number * one, one + (number - one), number + one - 1, big / one}) {
+    CDQBigInt twice = big;
+    ((((twice *= number) /= number) += number) -= number) %= big * 2;
+    for (const CDQBigInt& same : {big, one * number, number * one, one + (number - one),
+                                  number + one - 1, big / one, twice - big}) {
       EXPECT_EQ(same.toString(), shown);
     }
-    CDQBigInt x = big;
-    ((((x *= number) /= number) += number) -= number) %= big * 2;
-    EXPECT_TRUE(x == big * 2 && big / number == 1 && number / big == 1);
     EXPECT_TRUE(number == big && big == number && !(big != number) && big <= number &&
-                number >= big && number < big + 1 && big - 1 < number && big + 1 > number);
+                number >= big && number < big + 1 && big - 1 < number && big + 1 > number &&
+                big / number == 1 && number / big == 1);
   };
   check(short{7}, "7");
   check(4'294'967'295U, "4294967295");
@@ -51,7 +49,7 @@ TEST(BigInt, OperandsOfAllIntegerTypesKeepTheirValue) {
   check(ULLONG_MAX, "18446744073709551615");
 }
 
-TEST(BigInt, DividesWithItsOwnRemainders) {
+TEST(BigInt, DividesWithItsOwnRemaindersOfWhichNegativeZerosAreLessThanZero) {
   // A smaller number leaves the larger one. A guess from two digits may be too high, and 10.
   for (const auto& [dividend, divisor, quotient, remainder] : Cases<4>(R"(
        -7 => 2 => -3 => -1 ;; 7 => -7 => -1 => -0 ;; 0 => 0 => 1 => 0 ;; -3 => 5 => 0 => -5
@@ -60,9 +58,6 @@ TEST(BigInt, DividesWithItsOwnRemainders) {
     EXPECT_EQ((CDQBigInt(dividend) / CDQBigInt(divisor)).toString(), quotient) << dividend;
     EXPECT_EQ((CDQBigInt(dividend) % CDQBigInt(divisor)).toString(), remainder) << dividend;
   }
-}
-
-TEST(BigInt, NegativeZerosAreLessThanZeroAndHarmless) {
   const CDQBigInt zero = Big("7") % Big("-7");
   EXPECT_TRUE(zero != 0 && zero < 0);
   std::ostringstream products;
@@ -93,10 +88,10 @@ TEST(BigInt, ProductsAndQuotientsAreThoseOfSingleDigits) {
   std::mt19937 random(3);
   // Half of the numbers have runs of 0 and 9, which carry and make guesses wrong.
   const auto digits = [&](std::size_t size, bool runs) {
-    std::string text(1, static_cast<char>('1' + random() % 9));
+    std::string text(1, "123456789"[random() % 9]);
     while (text.size() < size) {
-      text += runs && random() % 8 != 0 ? text.back() == '0' ? '0' : '9'
-                                        : static_cast<char>('0' + random() % 10);
+      const char same = text.back() == '0' ? '0' : '9';
+      text += runs && random() % 8 != 0 ? same : "0123456789"[random() % 10];
     }
     return text;
   };
@@ -142,21 +137,16 @@ struct TwoByteCharacters : ScriptedLocale {
   TwoByteCharacters() { EXPECT_TRUE(SetCodePage(932)); }
 };
 
-TEST(DQString, ReadsNumbersAtItsStart) {
-  for (const auto& [text, number, real] :
-       Rows<Text, int, double>{{"true", 0, 0},
-                               {"", 0, 0},
-                               {"-5", -5, -5},
-                               {"99999999999", INT_MAX, 99999999999.0},
-                               {" +7.5x", 7, 7.5},
-                               {"-99999999999999999999", INT_MIN, -1e20}}) {
+TEST(DQString, ReadsNumbersAtItsStartAndWritesThemByWidthAndPrecision) {
+  const Rows<Text, int, double> texts = {
+      {"true", 0, 0}, {"", 0, 0},       {"-5", -5, -5},
+      {" +7", 7, 7},  {"7.5x", 7, 7.5}, {"99999999999", INT_MAX, 99999999999.0},
+      {"0", 0, 0},    {".5x", 0, .5},   {"-99999999999999999999", INT_MIN, -1e20}};
+  for (const auto& [text, number, real] : texts) {
     const CDQString string(text);
-    EXPECT_TRUE(string.Int() == number && string.Double() == real) << text;
-    EXPECT_EQ(string.Bool(), number != 0) << text;
+    EXPECT_TRUE(string.Int() == number && string.Double() == real && string.Bool() == (number != 0))
+        << text;
   }
-}
-
-TEST(DQString, WritesNumbersAndRealOnesByWidthAndPrecision) {
   CDQString text, all;
   const auto put = [&](auto... numbers) { ((text.SetNumber(numbers), all += text + " "), ...); };
   put(4294967295u, -7, true, false, std::numeric_limits<long>::min());
@@ -211,9 +201,9 @@ TEST(DQString, FindsForwardAndWithoutCaseTheFirstOfBoth) {
   EXPECT_TRUE(text.FindNoCase("tWO") == 4 && text.FindNoCase("ONE", 1) == 9);
   EXPECT_TRUE(CDQString("xAa").FindNoCase('a') == 1 && text.FindNoCase('T', 5) == -1);
   EXPECT_TRUE(text.FindWhiteSpace() == 3 && text.ReverseFindWhiteSpace() == 8);
-  EXPECT_TRUE(CDQString("x").FindWhiteSpace() == -1 &&
-              CDQString("x").ReverseFindWhiteSpace() == -1);
-  EXPECT_TRUE(CDQString("AbC").FindCharLower() == 1 && CDQString("AB").FindCharLower() == -1);
+  const CDQString caps("AB");
+  EXPECT_TRUE(caps.FindWhiteSpace() == -1 && caps.ReverseFindWhiteSpace() == -1);
+  EXPECT_TRUE(CDQString("AbC").FindCharLower() == 1 && caps.FindCharLower() == -1);
 }
 
 TEST(DQString, OnlyTheCaselessReverseSearchSeesIndexZero) {
@@ -280,8 +270,8 @@ TEST(DQString, SplitAddsTokensAndCutsTheString) {
     out.Add("before");
     CDQString string(text), all;
     const int count = string.Split(",;", out);
-    for (int i = 1; i < out.GetSize(); ++i) all += "|" + out[i];
-    EXPECT_TRUE(count == out.GetSize() - 1 && string == left && all == tokens) << text << all;
+    for (int i = 1; i <= count; ++i) all += "|" + out[i];
+    EXPECT_TRUE(out.GetSize() == count + 1 && string == left && all == tokens) << text << all;
   }
   // Tokens that get shorter on the way, past every reservation.
   std::string many;
@@ -304,18 +294,19 @@ TEST(DQString, FixedFieldsEndAtAZeroAndLeaveTheLengthThere) {
 }
 
 TEST(DQString, RandomTextFollowsFromTheTicks) {
-  for (const auto& [ticks, type, expected, checksum] : Rows<DWORD, int, Text, DWORD>{
+  // The last product wraps at 32 bits.
+  using Type = CDQString::RANDOMSTRINGTYPE;
+  for (const auto& [ticks, type, expected, checksum] : Rows<DWORD, Type, Text, DWORD>{
            {1000, CDQString::RANDOM_ALPHANUMERIC, "id-qBCde23NOjmE", 0x58463BEA},
            {1000, CDQString::RANDOM_ALPHA, "id-qBTdpsDNfjmG", 0x52A78746},
-           {1000, 7, "id-9L_r\x85\x98\xab\xbe\xd1\xe4\xf7\n", 0xED61B865},
-           // The product wraps at 32 bits.
+           {1000, Type{7}, "id-9L_r\x85\x98\xab\xbe\xd1\xe4\xf7\n", 0xED61B865},
            {4'000'000'001, CDQString::RANDOM_NUMERIC, "id-604836260583", 0x487617AB}}) {
     ManualClock clock(ticks);
     const platform::ScopedPlatform scope(With(&platform::Platform::clock, &clock));
     CDQString text("id-"), many;
-    text.GenerateRandomString(12, static_cast<CDQString::RANDOMSTRINGTYPE>(type));
+    text.GenerateRandomString(12, type);
+    many.GenerateRandomString(5000, type);
     EXPECT_EQ(text, expected) << ticks << " " << type;
-    many.GenerateRandomString(5000, static_cast<CDQString::RANDOMSTRINGTYPE>(type));
     EXPECT_EQ(platform::Checksum(many.View()), checksum) << ticks << " " << type;
   }
 }
@@ -347,14 +338,14 @@ TEST(FormatNumber, FollowsTheUsersLocaleAndUsesGivenSeparatorsForWhatCantBeRead)
     EXPECT_EQ(string.View(), expected == stays ? number : expected);
   }
   locale.items.clear();
-  CDQString unread("-1234.5"), below_one("0.5");
-  unread.FormatNumber('.', '?');
-  below_one.FormatNumber('.', '?');
-  EXPECT_EQ(unread + " " + below_one, "-1?234.50 0.50");
-  char output[] = "kept";
+  char output[20] = "kept";
   DQFormatNumber(nullptr, output, '.', ',');
   DQFormatNumber("1", nullptr, '.', ',');
   EXPECT_STREQ(output, "kept");
+  for (const auto& [number, expected] : {std::pair("-1234.5", "-1?234.50"), {"0.5", "0.50"}}) {
+    DQFormatNumber(number, output, '.', '?');
+    EXPECT_STREQ(output, expected);
+  }
 }
 
 // Types whose numbers no control exchanges.
@@ -365,8 +356,7 @@ static_assert(kNoneIsExchanged<bool, char, double, unsigned long long, CString, 
 struct DataExchange : testing::Test {
   ControlDialog dialog;
   CEdit& edit = dialog.edit();
-  CDataExchange save{&dialog, true};
-  CDataExchange load{&dialog, false};
+  CDataExchange save{&dialog, true}, load{&dialog, false};
   ScriptedPrompts prompts;
 };
 
@@ -399,7 +389,7 @@ TEST_F(DataExchange, ReadsSixtyTwoCharactersOfBigNumbersWithoutBlanks) {
   EXPECT_EQ(value.toString(), digits);
   edit.SetWindowText("1 2");
   EXPECT_THROW(DQDDX_Text(&save, kEdit, value), CUserException);
-  EXPECT_EQ(prompts.shown, (std::vector<ShownBox>{{"Please enter an integer.", 0, 61712}}));
+  EXPECT_THAT(prompts.shown, testing::ElementsAre(ShownBox{"Please enter an integer.", 0, 61712}));
   DQDDX_Text(&load, kEdit, value);
   EXPECT_EQ(edit.GetWindowText(), digits);
 }
@@ -417,9 +407,8 @@ TEST_F(DataExchange, TrimsTextsAndHoldsRanges) {
     DQDDV_MinMaxI64(&load, value, 5, 6);
   }
   const ShownBox between{"Enter a value between 5 and 6\n"};
-  EXPECT_EQ(prompts.shown,
-            (std::vector<ShownBox>{
-                {"Whitespace characters was trimmed from the string a b"}, between, between}));
+  const ShownBox trimmed{"Whitespace characters was trimmed from the string a b"};
+  EXPECT_THAT(prompts.shown, testing::ElementsAre(trimmed, between, between));
 }
 
 enum class Color { kRed, kGreen, kBlue, kNone = 9 };
@@ -454,9 +443,8 @@ TEST_F(DataExchange, MovesWhatIsChosenAndLeavesTheVariableWithoutAChoice) {
   check = false;
   DQDDX_Check(&save, kCheck, check);
   EXPECT_TRUE(check) << "undetermined counts as set";
-  for (const int id : {int{kMissing}, int{kStatic}}) {
-    EXPECT_THROW(DQDDX_StringList(&save, id, list), CNotSupportedException);
-  }
+  EXPECT_THROW(DQDDX_StringList(&save, kMissing, list), CNotSupportedException);
+  EXPECT_THROW(DQDDX_StringList(&save, kStatic, list), CNotSupportedException);
   EXPECT_EQ(list.GetCount(), 3);
 }
 
