@@ -7,8 +7,7 @@ namespace {
 constexpr UINT kId = 50000;
 
 /// A chain of an older and a newer module, and a third that may become the current one.
-class ResourceChain : public testing::Test {
- protected:
+struct ResourceChain : testing::Test {
   ResourceChain() {
     older_.AddString(kId, "older");
     older_.AddString(kId + 1, "only older");
@@ -29,9 +28,9 @@ TEST_F(ResourceChain, StringIsTheCurrentModulesThenTheNewestThenTheFrameworks) {
   const CDynLinkLibrary unready(state);
   EXPECT_EQ(AfxFindString(kId), "newer");
   AfxSetResourceHandle(&current_);
-  EXPECT_EQ(AfxFindString(kId), "current");
+  EXPECT_TRUE(AfxFindString(kId) == "current" && !AfxFindString(kId + 2));
   EXPECT_EQ(AfxFindString(kId + 1), "only older") << "an empty text is none";
-  EXPECT_TRUE(!AfxFindString(kId + 2) && AfxFindString(61696) == "Invalid filename.");
+  EXPECT_EQ(AfxFindString(61696), "Invalid filename.");
   current_.AddString(61696, "own");
   EXPECT_EQ(AfxFindString(61696), "own");
   std::string all;
@@ -165,10 +164,12 @@ TEST(ReadDib, RefusesWhatMakesNoSense) {
 }
 
 TEST(WriteDib, IsReadBackAtEveryRowPadding) {
-  for (LONG width = 1; width <= 4; ++width) {
+  for (const auto& [width, size] : {std::pair(1, 52u), {2, 64u}, {3, 76u}, {4, 76u}, {11, 148u}}) {
     BitmapDescription picture{{width, 3}, {}};
-    for (LONG i = 0; i < width * 3; ++i) picture.pixels.push_back(RGB(1, static_cast<BYTE>(i), 3));
-    const auto read = ReadDib(WriteDib(picture));
+    for (int i = 0; i < width * 3; ++i) picture.pixels.push_back(RGB(1, static_cast<BYTE>(i), 3));
+    const std::string bytes = WriteDib(picture);
+    EXPECT_EQ(bytes.size(), size);
+    const auto read = ReadDib(bytes);
     ASSERT_NE(read, nullptr) << width;
     EXPECT_EQ(read->pixels, picture.pixels) << width;
   }
@@ -203,6 +204,28 @@ TEST(LoadCursor, GivesOnePointerForOneResource) {
   module.AddResource(RESOURCE_CURSOR, 5, Number(1) + kOneBit);
   EXPECT_EQ(LoadCursor(&module, 5)->hot_spot, (CPoint{1, 0}));
   EXPECT_EQ(cursor->hot_spot, (CPoint{2, 0x8000}));
+}
+
+TEST(Rectangle, MeetsAndUnitesOthersAndWrapsAtTheEndsOfNumbers) {
+  const CRect a{0, 0, 10, 10}, b{5, -5, 20, 5}, flat{3, 3, 3, 9}, low{0, 5, 1, 5}, dot{0, 0, 1, 1};
+  EXPECT_TRUE(Intersect(a, b) == (CRect{5, 0, 10, 5}) && Intersect(b, a) == Intersect(a, b));
+  EXPECT_TRUE(Unite(a, b) == (CRect{0, -5, 20, 10}) && Unite(b, a) == Unite(a, b));
+  EXPECT_TRUE(Intersect(a, {10, 0, 20, 10}) == CRect{} && Unite(flat, low) == CRect{});
+  EXPECT_TRUE(Unite(a, flat) == a && Unite(flat, a) == a);
+  EXPECT_TRUE(flat.IsRectEmpty() && low.IsRectEmpty() && !dot.IsRectEmpty());
+  EXPECT_TRUE(dot.PtInRect({0, 0}) && !dot.PtInRect({1, 0}) && !dot.PtInRect({0, 1}));
+  EXPECT_TRUE(!dot.PtInRect({-1, 0}) && !dot.PtInRect({0, -1}));
+  CRect moved{1, 2, INT_MAX, 3};
+  moved.OffsetRect(1, -4);
+  EXPECT_TRUE(moved == (CRect{2, -2, INT_MIN, -1}) && moved.Size() == (CSize{INT_MAX - 1, 1}));
+}
+
+TEST(Array, GrowsWithEmptyElements) {
+  CArray<int> array;
+  array.SetSize(1);
+  EXPECT_TRUE(array.Add(5) == 1 && array.GetSize() == 2 && array[0] == 0 && array[1] == 5);
+  array.SetSize(-1);
+  EXPECT_EQ(array.GetSize(), 0);
 }
 
 TEST(StockFonts, AreAsTheyAlwaysWere) {

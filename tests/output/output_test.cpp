@@ -104,11 +104,12 @@ TEST_F(ConsoleProgramTest, KeepsTheFormerProgramAndShowsFormerArgumentsUnmasked)
 
 TEST_F(ConsoleProgramTest, ReportsLinesAndKeepsTheLastOne) {
   const std::string long_line(200'000, 'x');
+  const Lines two = {long_line, long_line};
   const Rows<std::string, Lines> rows = {{" \n\n", {}},
-                                         {"no end", {"no end"}},
                                          {"\n  a\r\n\r\nb\r\n", {"a", "b"}},
-                                         {long_line + '\n' + long_line, {long_line, long_line}},
-                                         {"\x80\xFE\xFF\n\xE9", {"\x80\xFE\xFF", "\xE9"}}};
+                                         {"no end", {"no end"}},
+                                         {"\x80\xFE\xFF\n\xE9", {"\x80\xFE\xFF", "\xE9"}},
+                                         {long_line + '\n' + long_line, two}};
   for (const auto& [output, lines] : rows) {
     EXPECT_TRUE(Output("cat", files_.Put("output", output)) == lines) << output.substr(0, 9);
     EXPECT_EQ(last_.View(), lines.empty() ? "before" : lines.back());
@@ -214,13 +215,13 @@ std::string Cut(std::string_view output, std::size_t chunk, bool trim_left) {
 }
 
 TEST(LineCutter, GivesLinesWithTextThatSomethingFollows) {
-  const Rows<Text, Text, Text> rows = {{"", "", ""},
-                                       {"no end ", "no end", "no end"},
-                                       {" \n \r\n", "", ""},
-                                       {"\x1a\na\nb", "a|b", "a|b"},
+  const Rows<Text, Text, Text> rows = {{" \n \r\n", "", ""},
                                        {"\n\r\f\x1a  a \r\n\r\n \tb\n", "a| \tb", "  a| \tb"},
+                                       {"no end ", "no end", "no end"},
+                                       {" a\n\n \n b \n c", "a|b| c", " a| b| c"},
                                        {"a\x1a\r\nb", "a\x1a|b", "a\x1a|b"},
-                                       {" a\n\n \n b \n c", "a|b| c", " a| b| c"}};
+                                       {"\x1a\na\nb", "a|b", "a|b"},
+                                       {"", "", ""}};
   for (const auto& [output, trimmed, whole] : rows) {
     EXPECT_EQ(Cut(output, 255, true), trimmed) << output;
     EXPECT_EQ(Cut(output, 255, false), whole) << output;
@@ -376,9 +377,8 @@ TEST_F(LogTest, OneWarningStandsWhileTheLogGoesOn) {
 
 TEST_F(LogTest, TellsOfAFullDiskAndStaysWithAFileThatIsRotatedAwayOrRemoved) {
   CDQLog full("/dev/full", 1, true), log(path_.c_str(), 1, true);
-  EXPECT_THAT([&] { full.LogMessage("lost"); },
-              testing::Throws<CFileException>(
-                  testing::Field(&CFileException::m_cause, int{CFileException::diskFull})));
+  const auto is_full = testing::Field(&CFileException::m_cause, int{CFileException::diskFull});
+  EXPECT_THAT([&] { full.LogMessage("lost"); }, testing::Throws<CFileException>(is_full));
   std::filesystem::rename(path_, directory_ / "x.log.1");
   log.LogMessage("kept");
   EXPECT_EQ(directory_.Get("x.log.1"), Line("kept"));
