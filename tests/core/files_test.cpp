@@ -213,17 +213,15 @@ TEST_F(FileUtility, ListsHaveTheEntriesWithAnyOfTheAttributes) {
   for (const Text name : {"a.SQL", "b", ".hidden"}) directory.Put(name, "");
   fs::create_directory(directory / "dir");
   fs::permissions(directory / "b", fs::perms::owner_read);
-  const Rows<Text, DWORD, bool, Text> rows = {
-      {"/*.*", FILE_ARCHIVE, true, ".hidden|a.SQL|b|"},
-      {"\\*", FILE_DIRECTORY, true, "dir|"},
-      {"/*.*", FILE_READ_ONLY | FILE_HIDDEN, true, ".hidden|b|"},
-      {"/a*", FILE_DIRECTORY, true, ""},
-      {"/x*", FILE_ARCHIVE, false, ""}};
-  for (const auto& [pattern, attributes, found, names] : rows) {
+  // 1 is read-only, 2 hidden, 16 a directory and 32 a file.
+  for (const auto& [pattern, attributes, found, names] : Cases<4>(R"(
+       /*.* => 32 => 1 => .hidden|a.SQL|b| ;; \* => 16 => 1 => dir| ;; /*.* => 3 => 1 => .hidden|b|
+       /a* => 16 => 1 => ;; /x* => 32 => 0 =>)")) {
     CStringList list;
-    EXPECT_EQ(Utility::ListFiles((directory.path() + pattern).c_str(), list, attributes), found);
+    const DWORD any = static_cast<DWORD>(std::stoi(attributes));
+    EXPECT_EQ(Utility::ListFiles((directory.path() + pattern).c_str(), list, any), found == "1");
     EXPECT_EQ(Joined(list), names) << pattern;
-    EXPECT_FALSE(Utility::ListFiles(nullptr, list, FILE_ARCHIVE));
+    EXPECT_FALSE(Utility::ListFiles(nullptr, list, any));
   }
 }
 
@@ -339,7 +337,7 @@ TEST_F(FileUtility, ModulesAndLineEnds) {
   for (const auto& [text, at] : rows) EXPECT_EQ(GetEndOfLinePosition(text), at) << at;
 }
 
-TEST_F(DQFile, LinesLoseTheirEndsAndLongOnesComeInPieces) {
+TEST_F(DQFile, LinesLoseTheirEndsAndLongOnesComeInPiecesAndPositionsMove) {
   const std::string most(10000, 'x'), less = most.substr(1);
   const Rows<std::string, std::string> rows = {
       {"", ""},          {"a\r\nb\rc\n\nd", "a|b\rc||d|"},
@@ -352,9 +350,6 @@ TEST_F(DQFile, LinesLoseTheirEndsAndLongOnesComeInPieces) {
     EXPECT_TRUE(file.Open() && file.GetTextList(list));
     EXPECT_EQ(Joined(list), lines) << contents.substr(0, 20);
   }
-}
-
-TEST_F(DQFile, ResultsAreCharactersAndPositionsMove) {
   CDQFile file(directory.Put("f", "ab\r\n\ncdef"), FILE_OPEN_READ);
   CString text = "old";
   char buffer[8] = {};

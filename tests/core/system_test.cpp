@@ -46,15 +46,12 @@ TEST_F(IniFile, EnumerationsAppendToTheList) {
   CStringList names;
   ini.EnumSections(names);
   ini.EnumKeys("s", names);
-  EXPECT_TRUE(names.IsEmpty());
   directory.Put("f.ini", "[b]\ny=\nx=1\n[a]\n");
   names.AddTail("first");
   ini.EnumSections(names);
   for (const Text section : {"B", kNone}) ini.EnumKeys(section, names);
   // A buffer of names ends in two zeros.
-  for (const Text buffer : {"one\0two\0\0three\0", "\0one\0", kNone}) {
-    CDQIniFile::ParseIniBuffer(buffer, names);
-  }
+  for (const Text list : {"one\0two\0\0three\0", "\0one\0", kNone}) ini.ParseIniBuffer(list, names);
   EXPECT_EQ(Joined(names), "first|b|a|y|x|one|two|");
 
   CDQIniFile bare("bare.ini");
@@ -97,7 +94,7 @@ struct OwnRegistry : MemoryRegistry {
   platform::ScopedPlatform scope{With(&platform::Platform::registry, this)};
 };
 
-TEST(RegistryTools, TextsOfUpTo260BytesAreFoundWhateverTheirKind) {
+TEST(RegistryTools, TextsOfUpTo260BytesAreFoundAndAnyAreWrittenInTheLengthThatIsGiven) {
   OwnRegistry registry;
   for (const auto& [data, type, expected] : Rows<std::string, DWORD, std::string>{
            {"", REGISTRY_STRING, ""},
@@ -112,10 +109,7 @@ TEST(RegistryTools, TextsOfUpTo260BytesAreFoundWhateverTheirKind) {
        {std::pair("k", "missing"), {"missing", "v"}, {kNone, "v"}, {"k", kNone}}) {
     EXPECT_EQ(DQLIB_AppFindValueInRegistry(kCurrentUser, path, name), "");
   }
-}
-
-TEST(RegistryTools, TextsAreWrittenInTheLengthThatIsGiven) {
-  OwnRegistry registry;
+  DeleteRegistryTree(kCurrentUser, "k");
   const Rows<Text, Text, int> rows = {
       {"zero", "xyz", 4}, {"xy", "xyz", 2}, {"none", "xyz", 0}, {"-1", "xyz", -1}, {"", kNone, 1}};
   for (const auto& [name, text, length] : rows) {

@@ -220,14 +220,6 @@ TEST(Rectangle, MeetsAndUnitesOthersAndWrapsAtTheEndsOfNumbers) {
   EXPECT_TRUE(moved == (CRect{2, -2, INT_MIN, -1}) && moved.Size() == (CSize{INT_MAX - 1, 1}));
 }
 
-TEST(Array, GrowsWithEmptyElements) {
-  CArray<int> array;
-  array.SetSize(1);
-  EXPECT_TRUE(array.Add(5) == 1 && array.GetSize() == 2 && array[0] == 0 && array[1] == 5);
-  array.SetSize(-1);
-  EXPECT_EQ(array.GetSize(), 0);
-}
-
 TEST(StockFonts, AreAsTheyAlwaysWere) {
   std::ostringstream all;
   for (int number = 0; number < 20; ++number) {

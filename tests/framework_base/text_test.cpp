@@ -157,7 +157,7 @@ TEST(CStringList, PlacesStayValidWhileOthersComeAndGo) {
   EXPECT_TRUE(list.RemoveTail() == "a" && list.RemoveHead() == "a" && list.GetCount() == 1);
 }
 
-TEST(CStringArray, InsertsBehindTheEndAndTakesItsOwnElements) {
+TEST(Arrays, InsertBehindTheirEndsAndTakeTheirOwnElements) {
   CStringArray array;
   array.InsertAt(2, "c");
   array.InsertAt(0, array[2]);
@@ -170,8 +170,12 @@ TEST(CStringArray, InsertsBehindTheEndAndTakesItsOwnElements) {
   EXPECT_EQ(all, "c|c|||c|c|");
   array.RemoveAt(1);
   EXPECT_TRUE(array.GetSize() == 5 && array[1] == "") << "one, unless more are told";
+  CArray<int> numbers;
+  numbers.SetSize(1);
+  EXPECT_TRUE(numbers.Add(5) == 1 && numbers.GetSize() == 2 && numbers[0] == 0 && numbers[1] == 5);
+  numbers.SetSize(-1);
   array.SetSize(-1);
-  EXPECT_EQ(array.GetSize(), 0);
+  EXPECT_EQ(array.GetSize() + numbers.GetSize(), 0);
 }
 
 TEST(Random, SequenceOfASeedIsTheSameEverywhere) {
