@@ -1,6 +1,6 @@
 #include "dqlib/platform/checksum.h"
-#include "tests/framework_controls/control_dialog.h"
 #include "tests/support/doubles.h"
+#include "tests/support/windows.h"
 
 namespace dq::test {
 namespace {
