@@ -91,7 +91,9 @@ TEST_F(Dialogs, OkAsksEachPageInOrderAndStaysAtTheFirstThatRefusesThenTellsEach)
 }
 
 TEST_F(Dialogs, PagesMayGoOrEndTheDialogWhileTheyAreAsked) {
-  for (const bool whole : {false, true}) {
+  // What goes while the first page is asked, by a choice or by the button, and what is told.
+  for (const auto& [goes, told] : Cases<2>(R"(
+      page => first+ first? first? first! ;; dialog => first+ first? ;; by OK => last+ first?)")) {
     CDQSftTabsDialog sheet(3000);
     std::unique_ptr<Page> gone(new Page(3001, "gone")), last(new Page(3002, "last"));
     Page first(3001, "first");
@@ -99,23 +101,18 @@ TEST_F(Dialogs, PagesMayGoOrEndTheDialogWhileTheyAreAsked) {
     EXPECT_TRUE(sheet.SetActivePage(1));
     gone.reset();
     EXPECT_EQ(sheet.GetActivePage(), 0) << "the same one";
-    first.answer = [&] { return whole ? sheet.DestroyWindow() : (last.reset(), true); };
+    const bool page_goes = goes == "page", by_choice = goes != "by OK";
+    if (!by_choice) sheet.SetActivePage(1);
+    first.answer = [&] { return page_goes ? (last.reset(), true) : sheet.DestroyWindow(); };
     prompts.on_dialog = [&](View& view) {
-      EXPECT_FALSE(view.Enter(2900, "last") || view.IsOpen() == whole);
-      if (!whole) view.Press(IDOK);
+      EXPECT_FALSE(by_choice && view.Enter(2900, "last"));
+      EXPECT_EQ(view.IsOpen(), page_goes || !by_choice);
+      view.Press(IDOK);
     };
-    EXPECT_EQ(sheet.DoModal(), whole ? IDCANCEL : IDOK);
-    EXPECT_EQ(Page::log, whole ? "first+ first? " : "first+ first? first? first! ");
-    EXPECT_EQ(sheet.GetPageCount(), whole ? 2 : 1);
+    EXPECT_EQ(sheet.DoModal(), page_goes ? IDOK : IDCANCEL);
+    EXPECT_EQ(Page::log, told + " ");
+    EXPECT_EQ(sheet.GetPageCount(), page_goes ? 1 : 2);
   }
-  CDQSftTabsDialog sheet(3000);
-  Page first(3001, "first"), last(3002, "last");
-  for (Page* page : {&first, &last}) sheet.AddPage(*page);
-  sheet.SetActivePage(1);
-  first.answer = [&] { return sheet.DestroyWindow(); };
-  prompts.on_dialog = [](View& view) { view.Press(IDOK); };
-  EXPECT_EQ(sheet.DoModal(), IDCANCEL);
-  EXPECT_EQ(Page::log, "last+ first? ") << "no page of a dialog that is gone is opened";
 }
 
 TEST_F(Dialogs, CollectionShowsOneChildAndMovesItsValuesOnly) {
@@ -455,19 +452,11 @@ struct SheetPage : CNSFlexPropertyPage {
   BOOL OnKillActive() override { return Answer("-"); }
   BOOL OnApply() override { return Answer("!"); }
   void OnCancel() override { Answer("x"); }
+  void OnOK() override { Answer("="); }
   void OnUpdate(CView*, LPARAM hint, CObject*) override { log += name + std::to_string(hint); }
   static inline std::string log;
   std::string name, refuses, goes_at;
 };
-
-TEST(FlexPropertySheet, APageTakesItsValuesWhenTheyAreApplied) {
-  struct : CNSFlexPropertyPage {
-    using CNSFlexPropertyPage::CNSFlexPropertyPage;
-    void OnOK() override { ++times; }
-    int times = 0;
-  } page(Form("a"));
-  EXPECT_EQ(page.OnApply() + page.times, 2);
-}
 
 TEST(FlexPropertySheet, AsksItsPagesInOrderAndStaysAtTheFirstThatRefuses) {
   ScriptedPrompts prompts;
@@ -570,7 +559,9 @@ TEST(FlexPropertySheetView, ShowsADocumentOnItsPages) {
   EXPECT_EQ(view.GetPlace(), (CRect{5, 7, 329, 253})) << "as large as its page wants it";
   document.UpdateAllViews(nullptr, 7);
   document.UpdateAllViews(&view, 8);
-  EXPECT_EQ(SheetPage::log, "p+ p0p7");
+  // What is applied is taken.
+  EXPECT_TRUE(page->CNSFlexPropertyPage::OnApply());
+  EXPECT_EQ(SheetPage::log, "p+ p0p7p= ");
   view.MoveWindow(5, 5, 600, 400);
   EXPECT_EQ(view.GetSizeGripRect(), (CRect{580, 378, 596, 394}));
   page.reset();
