@@ -6,14 +6,13 @@
 #include "tests/support/serial_node.h"
 
 namespace dq::fuzz {
-namespace {
 
 /// The most that one piece of memory may have.
-std::size_t g_limit = SIZE_MAX;
+static std::size_t g_limit = SIZE_MAX;
 
 /// Whether the stream could be loaded up to where `into` ends. The limit holds until something is
 /// stored.
-bool Loads(std::string_view stream, auto& into) {
+static bool Loads(std::string_view stream, auto& into) {
   constexpr std::size_t kBuffers = 16384;
   // The table of indices has an entry for two bytes, and doubles as it grows.
   constexpr std::size_t kMemoryPerByte = 64;
@@ -30,7 +29,7 @@ bool Loads(std::string_view stream, auto& into) {
   }
 }
 
-std::string Stored(auto& objects) {
+static std::string Stored(auto& objects) {
   g_limit = SIZE_MAX;
   CMemFile file;
   CArchive archive(&file, CArchive::store);
@@ -56,13 +55,12 @@ struct Objects {
 };
 
 /// Loads objects up to the end or the first that doesn't fit, and stores them.
-std::string Again(std::string_view stream) {
+static std::string Again(std::string_view stream) {
   Objects objects;
   if (!Loads(stream, objects)) objects.all.pop_back();
   return Stored(objects);
 }
 
-}  // namespace
 }  // namespace dq::fuzz
 
 // The form without a throw belongs to the same family, or the two would not fit together. Not

@@ -4,7 +4,6 @@
 #include "fuzzing/fuzzing.h"
 
 namespace dq::fuzz {
-namespace {
 
 /// What an operation is called with.
 struct Call {
@@ -20,7 +19,7 @@ struct Call {
 using Operation = void (*)(CDQString& text, const char* first, const Call& call);
 
 /// A hit is one, and case ignored there is one as near.
-void Search(CDQString& text, const char* wanted, const Call& call) {
+static void Search(CDQString& text, const char* wanted, const Call& call) {
   const int start = text.IsEmpty() ? 0 : (call.number + 1) % text.GetLength();
   const auto is_hit = [&](int place, int least) {
     return place < 0 || (place >= least && text.View().substr(place).starts_with(wanted));
@@ -36,7 +35,7 @@ void Search(CDQString& text, const char* wanted, const Call& call) {
 }
 
 /// The fields with the delimiters between them are the text.
-void JoinFields(CDQString& text, const char* delimiter, const Call&) {
+static void JoinFields(CDQString& text, const char* delimiter, const Call&) {
   const int count = text.GetFieldCount(delimiter);
   CDQString joined = text.GetField(delimiter, 0);
   for (int i = 1; i < count; ++i) (joined += delimiter) += text.GetField(delimiter, i);
@@ -70,8 +69,6 @@ constexpr Operation kOperations[] = {
     },
     // What only looks.
     Search, Search, Search, JoinFields};
-
-}  // namespace
 
 void Try(std::string_view input) {
   input = input.substr(0, 4096);

@@ -231,15 +231,11 @@ TEST(ObjectInfoDialog, EditsTheObject) {
 
 /// Keys "a" and "r" share a bucket, and so do "b" and the one whose first byte counts as negative.
 const std::string kKnownFile =
-    "\4\0"
-    "\1r\xFF\xFF\1\0\x0D\0CDBObjectInfo\x23\0\0\0\1O\1N"
-    "\1a\0\0"
-    "\2\xE4x\1\x80\x28\0\0\0\3own\4name"
-    "\1b\1\x80\xFF\xFF\xFF\xFF\0\0"s;
+    "\4\0\1r\xFF\xFF\1\0\x0D\0CDBObjectInfo\x23\0\0\0\1O\1N\1a\0\0"
+    "\2\xE4x\1\x80\x28\0\0\0\3own\4name\1b\1\x80\xFF\xFF\xFF\xFF\0\0"s;
 const std::string kOldFile = "\1\0\1o\0\0"s;
 
-class ObjectInfoMapTest : public testing::Test {
- protected:
+struct ObjectInfoMapTest : testing::Test {
   ObjectInfoMapTest() {
     map_.Insert("a", nullptr);
     map_.Insert("b", new CDBObjectInfo);
@@ -295,13 +291,12 @@ TEST_F(ObjectInfoMapTest, FileHasTheFormOfEarlierReleasesByteForByte) {
   CDBObjectInfo* found = nullptr;
   EXPECT_TRUE(!loaded.Find("R", found) && loaded.Find("\xE4x", found) &&
               found->GetObjectType() == OT_VIEW);
-  for (const auto& [bytes, contents] :
-       Rows<std::string, const char*>{{"", ""},
-                                      {"\1\0\0\0\0"s, " "},
-                                      // An object that stands under several keys is owned once.
-                                      {"\5\0\1k\xFF\xFF\1\0\x0D\0CDBObjectInfo\1\0\0\0\1o\1n"
-                                       "\1k\1\x80\1\0\0\0\1p\1q\1l\2\0\1m\2\0\1m\3\0"s,
-                                       "k=p.q l=o.n m=p.q "}}) {
+  // An object that stands under several keys is owned once.
+  const std::string shared =
+      "\5\0\1k\xFF\xFF\1\0\x0D\0CDBObjectInfo\1\0\0\0\1o\1n"
+      "\1k\1\x80\1\0\0\0\1p\1q\1l\2\0\1m\2\0\1m\3\0"s;
+  for (const auto& [bytes, contents] : Rows<std::string, const char*>{
+           {"", ""}, {"\1\0\0\0\0"s, " "}, {shared, "k=p.q l=o.n m=p.q "}}) {
     CDBObjectInfoMap map;
     EXPECT_TRUE(map.Load(files_.Put("map", bytes).c_str()) && map.IsLoaded());
     EXPECT_EQ(Contents(map), contents);

@@ -15,8 +15,7 @@ namespace {
 
 using namespace std::string_literals;
 
-class TemplateEngine : public testing::Test {
- protected:
+struct TemplateEngine : testing::Test {
   TemplateEngine() {
     engine.SetReportSink([this](const CString& message) { reports += (message + "\n").View(); });
   }
@@ -165,8 +164,7 @@ constexpr char kOptions[] =
     R"(option 16 string shared;label "l";machine "Software\\M" "Dir";default "none")";
 
 /// A server that reads options files of a directory of its own and keeps values in memory.
-class OptionsServer : public testing::Test {
- protected:
+struct OptionsServer : testing::Test {
   OptionsServer() {
     app.SetRegistryKey("Velmora");
     server.SetOptionsDirectories({(directory / "none").c_str(), directory.path().c_str()});
