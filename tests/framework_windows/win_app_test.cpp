@@ -162,17 +162,15 @@ struct MessageLoop : testing::Test {
 };
 
 TEST_F(MessageLoop, TimersComeByTheClockBehindPostedMessages) {
-  EXPECT_EQ(window.SetTimer(1, 250), 1U);
-  EXPECT_EQ(window.SetTimer(2, 3), 2U) << "acts as 10";
-  EXPECT_EQ(window.SetTimer(3, static_cast<UINT>(-1)), 3U) << "acts as the longest";
+  // The second time acts as 10, the third as the longest there is.
+  EXPECT_TRUE(window.SetTimer(1, 250) == 1 && window.SetTimer(2, 3) == 2);
+  EXPECT_EQ(window.SetTimer(3, static_cast<UINT>(-1)), 3U);
   EXPECT_EQ(Pump({9, 1, 200, 9}), "0: 1: 275/2 1: 275/2 0: ") << "one that is late comes once";
-  window.PostMessage(WM_APP);
-  EXPECT_EQ(Pump({31}), "3: 32768/0 275/2 275/1 ");
-  EXPECT_EQ(window.SetTimer(1, 1000), 1U) << "starts it anew";
-  EXPECT_TRUE(window.KillTimer(2) && !window.KillTimer(2));
+  EXPECT_TRUE(window.PostMessage(WM_APP) && Pump({31}) == "3: 32768/0 275/2 275/1 ");
+  // The first one starts anew.
+  EXPECT_TRUE(window.SetTimer(1, 1000) == 1 && window.KillTimer(2) && !window.KillTimer(2));
   EXPECT_EQ(Pump({999, 1, 0x7FFFFFFF}), "0: 1: 275/1 2: 275/1 275/3 ");
-  window.DestroyWindow();
-  EXPECT_TRUE(window.SetTimer(1, 10) == 0 && Pump({5000}) == "0: ");
+  EXPECT_TRUE(window.DestroyWindow() && window.SetTimer(1, 10) == 0 && Pump({5000}) == "0: ");
 }
 
 TEST_F(MessageLoop, OneCallServesEachTimerOnceHoweverSlowTheHandlersAre) {
@@ -371,8 +369,7 @@ TEST_P(Profile, NullsDeleteAnEntryOrASectionAndNeverAllOfIt) {
 }
 
 TEST_P(Profile, HasTheFormsThatOtherReadersKnow) {
-  app.WriteProfileInt("s", "n", -2);
-  app.WriteProfileString("s", "t", "x");
+  EXPECT_TRUE(app.WriteProfileInt("s", "n", -2) && app.WriteProfileString("s", "t", "x"));
   app.WriteProfileBinary("s", "b", reinterpret_cast<const BYTE*>("y"), 1);
   if (!GetParam()) {
     EXPECT_EQ(own_settings.directory.Get("velmora/tool.ini"), "[s]\r\nn=-2\r\nt=x\r\nb=JH\r\n");

@@ -104,9 +104,8 @@ TEST(WindowInfoArray, FormIsExactAndTornStreamsAndOtherObjectsAreRefused) {
   info->SetActive(true);
   EXPECT_TRUE(info->Zoomed() && !info->Iconized());
   CDQWindowInfoArray infos, loaded;
-  EXPECT_EQ(infos.Add(std::move(info)), 0);
   loaded.Add(std::make_unique<CDQWindowInfo>());
-  EXPECT_EQ(infos.Add(std::make_unique<CDQWindowInfo>()), 1);
+  EXPECT_TRUE(infos.Add(std::move(info)) == 0 && infos.Add(std::make_unique<CDQWindowInfo>()) == 1);
   const std::string numbers(16, '\xFF');
   const std::string bytes =
       "\2\0\xFF\xFF\1\0\xD\0CDQWindowInfo\3\0\0\0\xFE\xFF\xFF\xFF\1n\2ab\0\x2C\0\0\0\2\0\0\0"
