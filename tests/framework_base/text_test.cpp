@@ -84,11 +84,8 @@ TEST(CString, ClipsSearchesAndTrims) {
 
 /// Compares in every way, in either order; `order` is below 0, 0 or above 0.
 bool Ordered(const auto& left, const auto& right, int order) {
-  const auto is = [](const auto& a, const auto& b, int expected) {
-    return (a < b) == (expected < 0) && (a <= b) == (expected <= 0) && (a > b) == (expected > 0) &&
-           (a >= b) == (expected >= 0) && (a == b) == (expected == 0) && (a != b) != (a == b);
-  };
-  return is(left, right, order) && is(right, left, -order);
+  return (left <=> right) == (order <=> 0) && (right <=> left) == (0 <=> order) &&
+         (left == right) == (order == 0) && (right == left) == (order == 0);
 }
 
 TEST(CString, ComparesItsBytesWithEveryKindOfText) {
