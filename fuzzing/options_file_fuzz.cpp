@@ -19,9 +19,7 @@ void dq::fuzz::Try(std::string_view text) {
   for (const OptionDefinition& each : file.options) {
     Require(each.id > 0 && ids.insert(each.id).second && !each.name.empty());
     Require(IsOptionValue(each.kind, each.fallback));
-    for (const auto& [platform, value] : each.platform_fallbacks) {
-      Require(IsOptionValue(each.kind, value));
-    }
+    for (const auto& own : each.platform_fallbacks) Require(IsOptionValue(each.kind, own.second));
     // What is kept is read back, and never as another kind's.
     const KeptValue kept = KeepOptionValue(each.kind, each.fallback);
     Require(ReadKeptValue(each.kind, kept.type, kept.data) == each.fallback);

@@ -178,8 +178,7 @@ using enum Kind::DATETIMEFMTTYPE;
 constexpr UINT kOption = 50255;
 
 std::unique_ptr<Kind> Make(int platform, UINT option = kOption) {
-  return std::unique_ptr<Kind>(
-      CDateTimeFormatFactory(static_cast<DBMS>(platform), option, 8.1).CreateObject());
+  return std::unique_ptr<Kind>(CDateTimeFormatFactory(DBMS{platform}, option, 8.1).CreateObject());
 }
 
 /// The texts of the current, the saved and the default choice.

@@ -23,10 +23,8 @@ struct DateTime : testing::Test {
     const CString printed = value.Format(kStandard);
     EXPECT_TRUE(read || printed == "1899-12-30 01:02:00") << "stays as it was";
     EXPECT_EQ(Converted(6, text, fmt, kIso), read ? "1:" + printed : CString("0:" + text));
-    const ShownBox box{
-        "The order of day and month is not correct. Data Editor will "
-        "automatically change the order.",
-        0, 44114};
+    const std::string order = "The order of day and month is not correct. ";
+    const ShownBox box{order + "Data Editor will automatically change the order.", 0, 44114};
     EXPECT_EQ(prompts.shown, std::vector(prompts.shown.empty() ? 0 : 2, box)) << "one for each";
     std::string told = read ? printed.View().data() : "0";
     if (told.ends_with(" 00:00:00")) told.resize(10);

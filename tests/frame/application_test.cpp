@@ -231,9 +231,7 @@ TEST(DQDBErrorHandler, OpensThePaneBeforeEachLineAndEndsSilently) {
     CString GetErrorDescription() const override { throw 7; }
   };
   Errors errors;
-  for (const char* text : {"first", "100%s", "unseen"}) {
-    errors.Add(std::make_unique<ErrorRecord>(text));
-  }
+  for (const char* text : {"one", "100%s", "lost"}) errors.Add(std::make_unique<ErrorRecord>(text));
   errors.Add(std::make_unique<BrokenRecord>());
   errors.Add(std::make_unique<ErrorRecord>("behind"));
   MainWindow window;
@@ -245,7 +243,7 @@ TEST(DQDBErrorHandler, OpensThePaneBeforeEachLineAndEndsSilently) {
     window.app.m_pMainWnd = nullptr;
   };
   EXPECT_NO_THROW(DQLIB_DQDBErrorHandler(errors));
-  EXPECT_EQ(told, "33818 0 1; 33801 0 5 first|; 33818 0 1; 33801 0 5 100%s|; ");
+  EXPECT_EQ(told, "33818 0 1; 33801 0 5 one|; 33818 0 1; 33801 0 5 100%s|; ");
   ASSERT_TRUE(errors.MoreErrors());
   EXPECT_EQ(errors.GetNextError().GetErrorDescription(), "behind");
 }

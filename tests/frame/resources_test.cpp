@@ -215,13 +215,11 @@ TEST(CGDIDispenser, MakesOneBrushAndOnePenForAColorAndItsFontsOnce) {
   for (const eFontStyle style : {FONT_PLAIN, FONT_BOLD, FONT_UNDERLINE, FONT_TITLE}) {
     CFont* const font = dispenser.GetDefaultFont(style);
     const LOGFONT& made = font->GetLogFont();
-    told << made.lfHeight << ' ' << made.lfWeight << ' ' << int{made.lfUnderline} << ' '
-         << made.lfFaceName << "; ";
+    told << made.lfHeight << ' ' << made.lfWeight << ' ' << int{made.lfUnderline} << "; ";
+    EXPECT_STREQ(made.lfFaceName, "MS Sans Serif") << style;
     EXPECT_EQ(dispenser.GetDefaultFont(style), font) << style;
   }
-  EXPECT_EQ(told.str(),
-            "12 400 0 MS Sans Serif; 12 700 0 MS Sans Serif; 12 400 1 MS Sans Serif; "
-            "-13 700 0 MS Sans Serif; ");
+  EXPECT_EQ(told.str(), "12 400 0; 12 700 0; 12 400 1; -13 700 0; ");
   platform.facts.pixels_per_inch = 96;
   EXPECT_EQ(CGDIDispenser().GetDefaultFont(FONT_TITLE)->GetLogFont().lfHeight, -11);
 }

@@ -155,13 +155,11 @@ TEST(OptionsFile, RefusesWhatBreaksTheFormAndSaysWhere) {
                 "\"a\"\"b\" => 3: a blank ;; \"\x1b\" => 3: a control ;; \"\x7f\" => 3: a control");
 }
 
-constexpr char kOptions[] =
-    R"(dqoptions 1;variable root directory "../t";variable word string "w";)"
-    R"(option 10 bool Flag;label "A flag";default 1;option 11 int number;label "l";default -5;)"
-    R"(option 12 string text;label "l";default "abc";default oracle "ora";)"
-    R"(option 13 binary bytes;label "l";default 4100;option 14 directory place;label "l";default "";)"
-    R"(option 15 color ink;label "l";default 0102fF;)"
-    R"(option 16 string shared;label "l";machine "Software\\M" "Dir";default "none")";
+constexpr char kOptions[] = R"(dqoptions 1;variable root directory "../t";variable word string "w"
+option 10 bool Flag;label "A flag";default 1;option 11 int number;label "l";default -5
+option 12 string text;label "l";default "abc";default oracle "ora";option 13 binary bytes;label "l"
+default 4100;option 14 directory place;label "l";default "";option 15 color ink;label "l"
+default 0102fF;option 16 string shared;label "l";machine "Software\\M" "Dir";default "none")";
 
 /// A server that reads options files of a directory of its own and keeps values in memory.
 struct OptionsServer : testing::Test {
