@@ -100,7 +100,7 @@ TEST(Failures, ChangesOfFilesAreDoneOrNotWhateverFails) {
         // One that was made to be filled, and may not be removed, stays as an empty file.
         EXPECT_TRUE(now == row.second || (!result.ok() && (now == "a,(none)" || now == "a,")));
         EXPECT_TRUE(fs::is_symlink(link));
-        EXPECT_TRUE(result.ok() || (failed && static_cast<int>(result.code) == error));
+        EXPECT_TRUE(result.ok() || (failed && int(result.code) == error));
         EXPECT_TRUE(failed || number > 1) << "no call is made";
         EXPECT_TRUE(files->Find(dir / ".dq*").value.empty()) << "temporary files are left";
         EXPECT_TRUE(result.ok() || now == "a," || row.first().ok()) << "when it is made again";
@@ -108,8 +108,7 @@ TEST(Failures, ChangesOfFilesAreDoneOrNotWhateverFails) {
     }
   }
   calls.WriteAtMost(1000);
-  EXPECT_TRUE(files->Replace(b, large, false).ok());
-  EXPECT_EQ(dir.Get("b"), large);
+  EXPECT_TRUE(files->Replace(b, large, false).ok() && dir.Get("b") == large);
 }
 
 /// A write that fails has written a half.
@@ -164,8 +163,7 @@ TEST(Failures, ChangesOfTheRegistryAreDoneOrNotWhateverFails) {
         const Error result = run(user, key);
         failed = test::AllocationFailed() || calls.failed();
         calls.Fail(0, 0);
-        EXPECT_TRUE(result.ok() || (failed && static_cast<int>(result.code) == error))
-            << result.code;
+        EXPECT_TRUE(result.ok() || (failed && int(result.code) == error)) << result.code;
         // What a removed journal had is in the program that knew it.
         const auto is_as_before = [&] { return Found(files) == (what == "make" ? "" : old); };
         EXPECT_TRUE(result.ok() || is_as_before() || !user.Flush().ok() || is_as_before());

@@ -92,11 +92,11 @@ TEST_F(ProcessesTest, StartsAProgramOrTellsWhyItCouldNot) {
 TEST_F(ProcessesTest, AChildHasNothingOfThisProcessButItsStandardHandles) {
   EXPECT_TRUE(test::AllEndWell(1, [&](int) {
     EXPECT_GT(dup(STDERR_FILENO), 2);
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGTERM);
-    EXPECT_EQ(pthread_sigmask(SIG_BLOCK, &signals, nullptr), 0);
-    EXPECT_NE(signal(SIGPIPE, SIG_IGN), SIG_ERR);
+    sigset_t mask;
+    sigemptyset(&mask);
+    sigaddset(&mask, SIGTERM);
+    EXPECT_EQ(pthread_sigmask(SIG_BLOCK, &mask, nullptr), 0);
+    signal(SIGPIPE, SIG_IGN);
     // Both masks are empty, but for the two signals that the C library keeps to itself.
     EXPECT_EQ(Output("grep -cE 'Sig(Blk|Ign).{9}[01][08]0{7}$' /proc/self/status"), "2\n");
     EXPECT_EQ(Output("ls /proc/self/fd"), "0\n1\n2\n3\n");  // 3 is that of the listing itself
@@ -193,8 +193,7 @@ TEST(Console, NoWatchAndNothingLeftBehindWithoutAThread) {
   ASSERT_EQ(pthread_setattr_default_np(&huge), 0);
   EXPECT_EQ(System().console->WatchStopRequests([] { ADD_FAILURE(); }), nullptr);
   pthread_setattr_default_np(&former);
-  EXPECT_EQ(PresentHandler(SIGTERM), SIG_DFL);
-  EXPECT_EQ(test::OpenDescriptors(), descriptors);
+  EXPECT_TRUE(PresentHandler(SIGTERM) == SIG_DFL && test::OpenDescriptors() == descriptors);
   for (pthread_attr_t* const attributes : {&huge, &former}) pthread_attr_destroy(attributes);
 }
 
@@ -220,15 +219,13 @@ TEST(Console, WritesThatTheSystemWouldKillForFailAndChildrenInheritNothing) {
     System().console->PrepareStreams();
     for (const int number : {SIGXFSZ, SIGPIPE}) EXPECT_NE(PresentHandler(number), SIG_IGN);
     int ends[2];
-    EXPECT_EQ(pipe(ends) + close(ends[0]), 0);
-    EXPECT_TRUE(write(ends[1], "x", 1) == -1 && errno == EPIPE);
+    EXPECT_TRUE(pipe(ends) + close(ends[0]) == 0 && write(ends[1], "x", 1) == -1 && errno == EPIPE);
     const rlimit limit{1000, 1000};
     setrlimit(RLIMIT_FSIZE, &limit);
     const Error error = System().files->Replace(dir / "a", std::string(1001, 'x'), false);
     EXPECT_EQ(error.code, DWORD{EFBIG});
   });
-  EXPECT_TRUE(child.EndsWell());
-  EXPECT_EQ(dir.Count(), 0u);
+  EXPECT_TRUE(child.EndsWell() && dir.Count() == 0);
 }
 
 enum Setting { kTerminal, kOnlyControllingTerminal, kBackground, kNone };
@@ -388,7 +385,7 @@ TEST(Prompts, AnswerIsAWordOrItsFirstLetterAndElseTheDefaultIsTaken) {
   EXPECT_THAT(outcome.terminal, testing::HasSubstr("a\r\nb?[2Jc\r\nYes / [No] / Cancel: "));
 }
 
-TEST(DialogScript, StepsArePlayedAndOpenedDialogsArePlayedTheNextOnes) {
+TEST(DialogScript, StepsArePlayedInOpenedDialogsTooUnlessALineBreaksTheForm) {
   DialogScript script;
   EXPECT_FALSE(DialogScript::Read(
       "# all\n\n 10 = a\\tb\\\\ \r\n11=\npress 9\n11=x\npress 1\n12=y\npress 10\n12=z", script));
@@ -399,16 +396,13 @@ TEST(DialogScript, StepsArePlayedAndOpenedDialogsArePlayedTheNextOnes) {
   EXPECT_EQ(inner.State(), "<|sa|x|||0|||||");
   EXPECT_EQ(outer.State(), "<| a\tb\\ ||y||0|||||");
   ASSERT_TRUE(script.problem());
-  EXPECT_EQ(script.problem()->line, 9U);
-  EXPECT_FALSE(script.IsDone());
-}
-
-TEST(DialogScript, LineThatBreaksTheFormIsNamed) {
+  EXPECT_TRUE(script.problem()->line == 9 && !script.IsDone());
+  // A line that breaks the form is named.
   for (const char* line :
        {"x=1", "press", "press x", "12", "99999999999=1", "-1=1", "1=\\x", "1=\\", "pressed 1"}) {
-    DialogScript script;
-    const auto problem = DialogScript::Read("1=2\n" + std::string(line), script);
-    EXPECT_TRUE(problem && problem->line == 2U && script.IsDone()) << line;
+    DialogScript none;
+    const auto problem = DialogScript::Read("1=2\n" + std::string(line), none);
+    EXPECT_TRUE(problem && problem->line == 2U && none.IsDone()) << line;
   }
 }
 

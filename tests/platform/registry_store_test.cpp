@@ -71,9 +71,7 @@ TEST_F(RegistryStoreTest, AFileThatIsCutOffIsReadUpToItsLastChange) {
       if (!states.ends_with("|" + all)) states += "|" + all;
       // A journal ends anywhere when a writer is killed; a snapshot doesn't, and it is kept.
       const std::string told = Told(directory);
-      EXPECT_TRUE(is_snapshot ? told.ends_with("file has been kept as D/hkcu.reg.bad.1.~")
-                              : told.empty())
-          << told;
+      EXPECT_TRUE(is_snapshot ? told.ends_with("as D/hkcu.reg.bad.1.~") : told.empty()) << told;
       EXPECT_EQ(directory.Get("hkcu.reg.bad.1"), is_snapshot ? bytes.substr(0, cut) : "(none)");
       EXPECT_EQ(directory.Mode("hkcu.reg.bad.1"), is_snapshot ? 0600u : 0u);
       // What comes next stands behind the last whole record, and is there for the next one.
@@ -104,8 +102,8 @@ TEST_F(RegistryStoreTest, AGrownJournalIsFoldedWhileOthersHaveItOpenElseByItsLas
     if (now < std::exchange(size, now)) folds += std::to_string(i) + " ";
   }
   EXPECT_EQ(folds, "11 24 37 ") << "at 1 MiB, and then where it is longer than the snapshot";
-  EXPECT_EQ(test::Read(sleeper, asleep, "first"), "x");
-  EXPECT_EQ(test::Read(sleeper, doomed, "v"), "(error 1)");
+  EXPECT_TRUE(test::Read(sleeper, asleep, "first") == "x" &&
+              test::Read(sleeper, doomed, "v") == "(error 1)");
   EXPECT_TRUE(sleeper.SetValue(asleep, "last", 1, "x").ok());
   for (User& user : users) {
     EXPECT_EQ(user.All(), "k: first=x last=x v0=#90044 v1=#90045 v2=#90046 v3=#90047 ");
@@ -148,11 +146,10 @@ TEST_F(RegistryStoreTest, AJournalBegunAnewAndFoldedIsUnitedWithWhatAProgramKnew
   user_.Do("mine=1 both=old");
   fs::remove(directory_ / "hkcu.journal");
   User stranger(directory_.path());
-  stranger.Do("theirs=2 both=new l=#345000 l=#345000 l=#345000 l=#345000 -l");
+  stranger.Do("its=2 both=new l=#345000 l=#345000 l=#345000 l=#345000 -l");
   ASSERT_TRUE(fs::exists(directory_ / "hkcu.reg"));
   user_.Do("next=3");
-  EXPECT_EQ(user_.All(), "k: both=new mine=1 next=3 theirs=2 ");
-  EXPECT_EQ(stranger.All(), user_.All());
+  EXPECT_TRUE(user_.All() == "k: both=new its=2 mine=1 next=3 " && stranger.All() == user_.All());
   const std::string former = directory_.Get("hkcu.reg.former");
   EXPECT_NE(former.find("\"both\"=hex:6f,6c,64"), std::string::npos) << "is there to look up";
   EXPECT_EQ(Told(directory_), kUnited);
@@ -164,8 +161,7 @@ TEST_F(RegistryStoreTest, ASnapshotPutUnderARunningProgramIsKeptAsideAndTold) {
   user_.Do("a=new leave b=x");
   directory_.Put("hkcu.reg", backup);
   user_.Do("leave");
-  EXPECT_EQ(user_.All(), "k: a=new b=x ");
-  EXPECT_EQ(directory_.Get("hkcu.reg.bad"), backup);
+  EXPECT_TRUE(user_.All() == "k: a=new b=x " && directory_.Get("hkcu.reg.bad") == backup);
   EXPECT_EQ(Told(directory_),
             "The file D/hkcu.reg of your settings was replaced while a program used it, by one of "
             "another time. The settings that the program knew hold.\n\nThe replaced file has been "
@@ -175,8 +171,7 @@ TEST_F(RegistryStoreTest, ASnapshotPutUnderARunningProgramIsKeptAsideAndTold) {
   EXPECT_EQ(User(directory_.path()).All(), "k: a=old ");
   EXPECT_EQ(user_.All(), "k: a=old b=x ") << "the newer file's, and the rest";
   EXPECT_NE(directory_.Get("hkcu.reg.former").find("\"a\"=hex:6e,65,77"), std::string::npos);
-  EXPECT_TRUE(Told(directory_).ends_with(kUnited));
-  EXPECT_EQ(Found(directory_.path()), user_.All());
+  EXPECT_TRUE(Told(directory_).ends_with(kUnited) && Found(directory_.path()) == user_.All());
 }
 
 TEST_F(RegistryStoreTest, FilesThatAreDamagedOrOfDifferentTimesAreToldKeptAndNotMixed) {
@@ -188,7 +183,7 @@ TEST_F(RegistryStoreTest, FilesThatAreDamagedOrOfDifferentTimesAreToldKeptAndNot
   const std::string journal = "The file D/hkcu.journal of your latest settings was ";
   const std::string changes =
       ". The changes that could be read of it, or that this program knew, are kept.\n\n";
-  std::map<std::string, std::string> texts{
+  std::map<std::string, std::string> say{
       {"no reg", reg + "missing" + is_kept + "0 values. 0" + lost + nothing},
       {"bad reg", reg + "damaged" + is_kept + "2 values. 1" + lost + kept + "reg.bad.~"},
       {"no journal", journal + "missing" + changes + nothing},
@@ -231,22 +226,20 @@ TEST_F(RegistryStoreTest, FilesThatAreDamagedOrOfDifferentTimesAreToldKeptAndNot
     directory.Put("hkcu.reg", directory_.Get(snapshot + ".reg"));
     directory.Put("hkcu.journal", directory_.Get(latest + ".journal"));
     Shell(directory.path(), strike == "earlier" ? to_earlier : strike);
-    const std::string damaged = directory.Get("hkcu.journal");
+    const std::string bad = directory.Get("hkcu.journal");
     const std::string left = "k: " + values + (values.empty() ? "" : " ");
-    const std::string& told = texts[text];
+    const std::string& told = say[text];
     User user(directory.path());
     EXPECT_TRUE(strike != ":" || user.All() == left);
     user.Do("z=new");
     EXPECT_EQ(user.All(), left + "z=new ");
     EXPECT_EQ(Told(directory), told);
-    EXPECT_EQ(directory.Get("hkcu.journal.bad"),
-              told.ends_with("journal.bad.~") ? damaged : "(none)");
+    EXPECT_EQ(directory.Get("hkcu.journal.bad"), told.ends_with("journal.bad.~") ? bad : "(none)");
     EXPECT_EQ(Found(directory.path()), left + "z=new ");
     // A second time, in the same process, is news again.
     fs::resize_file(directory / "hkcu.journal", 0);
     EXPECT_EQ(user.All(), left + "z=new ");
-    EXPECT_EQ(Told(directory), texts["no journal"]);
-    EXPECT_EQ(Found(directory.path()), left + "z=new ");
+    EXPECT_TRUE(Told(directory) == say["no journal"] && Found(directory.path()) == left + "z=new ");
     EXPECT_EQ(Told(directory), "");
   }
 }
@@ -282,10 +275,9 @@ TEST_F(RegistryStoreTest, WhatIsNoStoreOrCannotBeReadIsAnErrorAtOnceAndNeverTold
 TEST_F(RegistryStoreTest, NobodyElseCanReadTheFiles) {
   Fill(directory_.path(), kFill + "leave");
   Run("echo bait > bait; ln -s bait hkcu.reg.tmp; ln -s made hklm.journal; chmod 777 hkcu.* .");
-  for (const char* steps : {"x=before", "x=after leave"}) {
-    user_.Do(steps);
-    EXPECT_EQ(Run("stat -c %a hkcu.reg hkcu.journal .; cat bait"), "600\n600\n700\nbait\n")
-        << steps;
+  for (const char* step : {"x=before", "x=after leave"}) {
+    user_.Do(step);
+    EXPECT_EQ(Run("stat -c %a hkcu.reg hkcu.journal .; cat bait"), "600\n600\n700\nbait\n") << step;
   }
   // Nor does anyone make files elsewhere through them, or keep them from being written.
   EXPECT_EQ(user_.CreateKey(kLocalMachine, "k").error.kind, ErrorKind::kAlreadyExists);
@@ -329,8 +321,7 @@ TEST_F(RegistryStoreTest, AWriterThatWasStoppedStopsNobodyForEver) {
   user.Do("one=2");
   ASSERT_EQ(::flock(stopped.get(), LOCK_EX), 0);
   for (const long seconds : {80, 120}) {
-    EXPECT_EQ(user.Try("one=3").kind, ErrorKind::kBusy);
-    EXPECT_EQ(calls.Seconds(), seconds);
+    EXPECT_TRUE(user.Try("one=3").kind == ErrorKind::kBusy && calls.Seconds() == seconds);
     calls.now += std::chrono::seconds(20);
   }
 }
@@ -393,8 +384,7 @@ TEST_F(RegistryStoreTest, WhoOnlyReadsLeavesNothingWhereNothingIs) {
   // A reader that knows what was there puts it back.
   reader.Do("leave");
   fs::remove_all(directory_ / "fresh");
-  EXPECT_EQ(reader.All(), "k: v=x ");
-  EXPECT_EQ(Found(files), "k: v=x ");
+  EXPECT_TRUE(reader.All() == "k: v=x " && Found(files) == "k: v=x ");
 }
 
 TEST_F(RegistryStoreTest, ASyncThatFailsIsMadeUpForLater) {

@@ -85,15 +85,12 @@ TEST_F(RegistryTest, PathsAndNamesAgainstTheRulesAreRefused) {
   }
   // No key lies deeper than a path may be long, also when it is made in several steps.
   HKEY deep = key;
-  Result<HKEY> below;
-  int levels = 0;
-  for (; (below = registry_.CreateKey(deep, std::string(255, 'd'))).ok(); ++levels) {
-    deep = below.value;
-  }
-  EXPECT_EQ(levels, 63);
+  Result<HKEY> next;
+  int count = 0;
+  for (; (next = registry_.CreateKey(deep, std::string(255, 'd'))).ok(); ++count) deep = next.value;
+  EXPECT_EQ(count, 63);
   EXPECT_TRUE(registry_.CreateKey(deep, std::string(253, 'e')).ok()) << "16383 in all";
-  errors.insert(errors.end(),
-                {below.error, registry_.CreateKey(deep, std::string(254, 'f')).error});
+  errors.insert(errors.end(), {next.error, registry_.CreateKey(deep, std::string(254, 'f')).error});
   EXPECT_THAT(errors, testing::Each(testing::Field(&Error::kind, ErrorKind::kInvalidArgument)));
   EXPECT_EQ(Dump(other_).size(), 66u);
 }
@@ -176,8 +173,7 @@ TEST_F(RegistryTest, ThreadsAndOtherOpeningsReadWriteAndFoldAtOnce) {
   for (std::thread& writer : writers) writer.join();
   all += "large: ";
   for (const std::string key : {"w0", "w1", "w2"}) all += key + ": v0=295 v1=296 v2=297 v3=298 ";
-  EXPECT_EQ(fresh.All(), all);
-  EXPECT_EQ(other_.All(), all);
+  EXPECT_TRUE(fresh.All() == all && other_.All() == all);
 }
 
 /// Writes down what a reader finds, with "~" behind each.
@@ -324,8 +320,7 @@ TEST(RegistryJournal, RecordsCountInTheirOwnJournalAndPlaceOnly) {
   std::string bytes = outer;
   bytes[0] ^= 1;
   RegistryTree tree;
-  EXPECT_EQ(Replay(bytes, tree).records, 1u);
-  EXPECT_EQ(tree.FindKey(tree.root(), "inner"), nullptr);
+  EXPECT_TRUE(Replay(bytes, tree).records == 1 && tree.FindKey(tree.root(), "inner") == nullptr);
   const JournalReplay former = ReplayJournal(outer, kEpoch + 1, kJournalHeaderSize, tree);
   EXPECT_EQ(former.records + former.gaps, 0u) << "what earlier use leaves behind is no damage";
   EXPECT_EQ(Replay(outer + std::string(5'000, '\0'), tree).gaps, 0u);
@@ -339,25 +334,23 @@ TEST(RegistryJournal, RecordsCountInTheirOwnJournalAndPlaceOnly) {
 TEST(RegistryJournal, BytesThatOverlapAsRecordsAreReadInLinearTime) {
   // Heads side by side, each with all the bytes behind it as content that isn't the right one: who
   // looked at all of it for each would take half an hour.
-  constexpr std::size_t kSize = 4 << 20;
+  constexpr std::size_t kMost = 4 << 20;
   std::string bytes;
-  while (bytes.size() + 28 <= kSize) {
-    const std::uint64_t head[]{kSize - bytes.size() - 28, kEpoch,
+  while (bytes.size() + 28 <= kMost) {
+    const std::uint64_t head[]{kMost - bytes.size() - 28, kEpoch,
                                kJournalHeaderSize + bytes.size()};
     const std::string_view text(reinterpret_cast<const char*>(&head), sizeof head);
     const std::uint32_t sum = Checksum(text);
     bytes.append(text).append(reinterpret_cast<const char*>(&sum), sizeof sum);
   }
   RegistryTree tree;
-  EXPECT_EQ(Replay(bytes, tree).records, 0u);
-  EXPECT_FALSE(FindJournalEpoch(bytes, kJournalHeaderSize));
+  EXPECT_TRUE(Replay(bytes, tree).records == 0 && !FindJournalEpoch(bytes, kJournalHeaderSize));
 }
 
 TEST(RegistryJournal, AHeaderIsWholeOrNone) {
   const std::string header = EncodeJournalHeader({1, 2, 3, 4}, 5);
   ASSERT_EQ(header.size(), 64u);
-  EXPECT_EQ(DecodeGeneration(header), 5u);
-  EXPECT_EQ(DecodeJournalHead(header)->former_size, 3u);
+  EXPECT_TRUE(DecodeGeneration(header) == 5 && DecodeJournalHead(header)->former_size == 3);
   EXPECT_EQ(DecodeJournalHead(header)->snapshot_epoch, 4u);
   // The snapshot that each names, "-" for none that can be read.
   std::string damaged, cut;
@@ -380,8 +373,7 @@ TEST(RegistrySnapshot, TheSecondLineTellsItsEpochsAndOthersMayLackIt) {
   const auto tree = TreeOf("[ROOT]\n@=dword:64636261\n");
   const std::string begin = "REGEDIT4\r\n";
   const std::string rest = "\r\n[ROOT]\r\n@=dword:64636261\r\n; 1 values, checksum ";
-  const std::string text =
-      TextOf(*tree, SnapshotEpochs{0xFFFFFFFFFFFFFFFF, 0xA, 0x40, 0x123456789ABCDEF0});
+  const std::string text = TextOf(*tree, SnapshotEpochs{~0ull, 0xA, 0x40, 0x123456789ABCDEF0});
   EXPECT_EQ(text,
             begin + "; epochs ffffffffffffffff a 40 123456789abcdef0\r\n" + rest + "8b75086b\r\n");
   EXPECT_EQ(TextOf(*tree, ReadSnapshot(text, "ROOT").epochs), text);
@@ -400,8 +392,7 @@ TEST(RegistrySnapshot, EveryMissingAndEveryChangedByteIsFound) {
   RegistryTree::SetValue(tree->MakeKey(tree->root(), "Font"), "Face", 3, std::string(60, 'f'));
   const std::string text = TextOf(*tree);
   const LoadedSnapshot loaded = ReadSnapshot(text, "ROOT");
-  EXPECT_FALSE(loaded.damaged);
-  EXPECT_EQ(TextOf(*loaded.tree), text);
+  EXPECT_TRUE(!loaded.damaged && TextOf(*loaded.tree) == text);
   EXPECT_EQ(loaded.values, 3u);
   EXPECT_TRUE(ReadSnapshot(text, "OTHER").damaged);
   for (std::size_t at = 0; at < text.size(); ++at) {

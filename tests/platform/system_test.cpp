@@ -71,8 +71,7 @@ TEST_F(SystemFactsTest, TheBrowserIsThatOfTheDesktopElseOfTheEnvironment) {
 }
 
 TEST_F(SystemFactsTest, TellsWhoAndWhere) {
-  EXPECT_EQ(facts.IsAdministrator(), ::geteuid() == 0);
-  EXPECT_NE(facts.UserName(), "");
+  EXPECT_TRUE(facts.IsAdministrator() == (::geteuid() == 0) && facts.UserName() != "");
   char host[256] = {};
   ASSERT_EQ(::gethostname(host, sizeof host - 1), 0);
   EXPECT_EQ(facts.HostName(), host);
@@ -95,11 +94,10 @@ TEST(Clock, KnowsTheTimeOfDayInTheUsersZone) {
                 0,
                 nullptr};
   EXPECT_NEAR(std::difftime(now, std::mktime(&parts)), 0, 60);
-  EXPECT_EQ(parts.tm_wday, time.wDayOfWeek);
-  EXPECT_LT(time.wMilliseconds, 1000);
+  EXPECT_TRUE(parts.tm_wday == time.wDayOfWeek && time.wMilliseconds < 1000);
 }
 
-TEST(SystemErrors, TextIsTheSystemsOwnAndTheLastErrorTheThreadsWhoeverAsksForTexts) {
+TEST(SystemErrors, TextIsTheSystemsOwnAndTheLastErrorTheThreadsAndKindsSayWhatCallersDo) {
   SystemErrors& errors = *System().system_errors;
   ASSERT_EQ(open("/no/such/file", O_RDONLY), -1);
   for (const DWORD code : {4095u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
@@ -112,9 +110,7 @@ TEST(SystemErrors, TextIsTheSystemsOwnAndTheLastErrorTheThreadsWhoeverAsksForTex
     EXPECT_EQ(errors.LastError(), 0u);
   }).join();
   EXPECT_EQ(errors.LastError(), static_cast<DWORD>(ENOENT));
-}
-
-TEST(ErrorFromErrno, KindFollowsWhatCallersDoAboutIt) {
+  // Kinds follow what callers do about them.
   using enum ErrorKind;
   const Rows<int, ErrorKind> rows = {
       {0, kNone},           {ENOENT, kNotFound},  {EROFS, kAccessDenied},
@@ -184,38 +180,38 @@ TEST(ProfileText, FindsValues) {
 }
 
 TEST(ProfileText, ChangesOnlyTheLinesConcerned) {
-  using Text = std::optional<const char*>;
-  constexpr Text kNone;
-  for (const auto& [rule, before, section, key, value, after] :
-       Rows<const char*, std::string, const char*, Text, Text, std::string>{
-           {"new file", "", "S", "k", "v", "[S]\r\nk=v\r\n"},
-           {"mark alone", "\xEF\xBB\xBF", "S", "k", "v", "\xEF\xBB\xBF[S]\r\nk=v\r\n"},
-           {"value", "[s]\n Key = old \n;c\n", "S", "KEY", "v", "[s]\nKey=v\n;c\n"},
-           {"same value", "[s]\n k = v \n", "s", "k", "v", "[s]\n k = v \n"},
-           {"blank kept", "[s]\nk=v\n", "s", "k", " v ", "[s]\nk= v \n"},
-           {"first twin", "[s]\nk=1\nk=2\n[s]\nk=3\n", "s", "k", "v", "[s]\nk=v\nk=2\n[s]\nk=3\n"},
-           {"end of section", "[s]\na=1\n \n; of s\nno key\n\n\t\n[t]\n", "s", "k", "v",
-            "[s]\na=1\n \n; of s\nno key\nk=v\n\n\t\n[t]\n"},
-           {"end of text", "[s]\na=1\n;c", "s", "k", "v", "[s]\na=1\n;c\nk=v\n"},
-           {"blank section", "[s]\n\n[t]\n", "s", "k", "v", "[s]\nk=v\n\n[t]\n"},
-           {"no line end", "[s]\na=1", "s", "k", "v", "[s]\na=1\nk=v\n"},
-           {"no line end at all", "[s]", "s", "k", "v", "[s]\r\nk=v\r\n"},
-           {"neighbour's line end", "[r]\r\n[s]\na=1\n[t]\r\n", "s", "k", "v",
-            "[r]\r\n[s]\na=1\nk=v\n[t]\r\n"},
-           {"new section", "[r]\ra=1\r", "s", "k", "v", "[r]\ra=1\r[s]\rk=v\r"},
-           {"keys before sections", "k=1\n", "s", "k", "v", "k=1\n[s]\nk=v\n"},
-           {"delete key", "[s]\nk=1\n;c\nK = 2\na=1", "s", "k", {}, "[s]\n;c\na=1"},
-           {"delete no key", "[s]\nk=1\n", "s", "j", {}, "[s]\nk=1\n"},
-           {"delete section", "\xEF\xBB\xBF[s]\r\nk=1\r\n;c\r\n[t]\nk=1\n[S]\rk=2", "s", kNone,
-            kNone, "\xEF\xBB\xBF;c\r\n[t]\nk=1\n"},
-           {"delete no section", "[s]\nk=1\n", "k", {}, {}, "[s]\nk=1\n"}}) {
-    std::string text = before;
-    const bool changed = !key     ? DeleteProfileSection(text, section)
-                         : !value ? DeleteProfileKey(text, section, *key)
-                                  : SetProfileValue(text, section, *key, *value);
-    EXPECT_EQ(text, after) << rule;
+  const auto plain = [](const std::string& signs) {
+    std::string text;
+    for (const char sign : signs) {
+      text += sign == '^' ? "\xEF\xBB\xBF" : sign == '/' ? "\n" : sign == '~' ? "\r" : ""s + sign;
+    }
+    return text;
+  };
+  // "/" and "~" are line ends, "^" is the mark that a file may begin with. To delete is "-".
+  for (const auto& [rule, before, section, key, value, after] : Cases<6>(R"(
+      new file => => S => k => v => [S]~/k=v~/ ;; mark alone => ^ => S => k => v => ^[S]~/k=v~/
+      value => [s]/ Key = old /;c/ => S => KEY => v => [s]/Key=v/;c/
+      same value => [s]/ k = v / => s => k => v => [s]/ k = v /
+      first twin => [s]/k=1/k=2/[s]/k=3/ => s => k => v => [s]/k=v/k=2/[s]/k=3/
+      end of section => [s]/a=1/ /;c/x// /[t]/ => s => k => v => [s]/a=1/ /;c/x/k=v// /[t]/
+      end of text => [s]/a=1/;c => s => k => v => [s]/a=1/;c/k=v/
+      blank section => [s]//[t]/ => s => k => v => [s]/k=v//[t]/
+      no line end => [s]/a=1 => s => k => v => [s]/a=1/k=v/
+      neighbour's line end => [r]~/[s]/a=1/[t]~/ => s => k => v => [r]~/[s]/a=1/k=v/[t]~/
+      new section => [r]~a=1~ => s => k => v => [r]~a=1~[s]~k=v~
+      keys before => k=1/ => s => k => v => k=1/[s]/k=v/ ;; bare => [s] => s => k => v => [s]~/k=v~/
+      delete key => [s]/k=1/;c/K = 2/a=1 => s => k => - => [s]/;c/a=1
+      no key => [s]/k=1/ => s => j => - => [s]/k=1/ ;; none => [s]/k=1/ => k => - => => [s]/k=1/
+      delete section => ^[s]~/k=1~/;c~/[t]/k=1/[S]~k=2 => s => - => => ^;c~/[t]/k=1/)")) {
+    std::string text = plain(before);
+    const bool changed = key == "-"     ? DeleteProfileSection(text, section)
+                         : value == "-" ? DeleteProfileKey(text, section, key)
+                                        : SetProfileValue(text, section, key, value);
+    EXPECT_EQ(text, plain(after)) << rule;
     EXPECT_EQ(changed, before != after) << rule;
   }
+  std::string text = "[s]\nk=v\n";
+  EXPECT_TRUE(SetProfileValue(text, "s", "k", "\tv ") && text == "[s]\nk=\tv \n");
 }
 
 TEST(ProfileText, RefusesWhatWouldNotBeReadBack) {
@@ -228,16 +224,14 @@ TEST(ProfileText, RefusesWhatWouldNotBeReadBack) {
     EXPECT_FALSE(IsProfileKeyName(name)) << name;
   }
   EXPECT_FALSE(IsProfileKeyName(std::string_view("a\0b", 3)));
-  EXPECT_FALSE(IsProfileValue(std::string_view("\0", 1)));
-  EXPECT_TRUE(IsProfileValue(""));
+  EXPECT_TRUE(!IsProfileValue(std::string_view("\0", 1)) && IsProfileValue(""));
 }
 
 TEST(Modules, EachHasTheProgramsPathAndTheSystemsNothingButPicturesUnlikeEachOther) {
   Modules& modules = *System().modules;
   const Module& system = modules.System();
   EXPECT_EQ(modules.FileName(nullptr), std::filesystem::canonical("/proc/self/exe"));
-  EXPECT_EQ(modules.FileName(&system), modules.FileName(nullptr));
-  EXPECT_EQ(system.String(32512), std::nullopt);
+  EXPECT_TRUE(modules.FileName(&system) == modules.FileName(nullptr) && !system.String(32512));
   std::string names, pictures;
   for (const auto& [type, group_type, head] : Rows<WORD, WORD, std::string>{
            {RESOURCE_CURSOR, RESOURCE_GROUP_CURSOR, "\0\0\2\0\1\0\x20\0\x40\0\1\0\x18\0"s},
@@ -342,9 +336,7 @@ TEST(Locale, IsUsEnglishWithoutALocaleOfItsOwn) {
 }
 
 TEST(Locale, TakesItsItemsFromTheEnvironmentOnce) {
-  for (const std::string name : {"de_DE", "ja_JP", "en_IN"}) {
-    test::CompileLocale(name, "-i " + name);
-  }
+  for (const std::string id : {"de_DE", "ja_JP", "en_IN"}) test::CompileLocale(id, "-i " + id);
   const std::string former = setlocale(LC_ALL, nullptr);
   const ScopedVariable path("LOCPATH", test::LocaleDirectory().path());
   const ScopedVariable all("LC_ALL", "");
@@ -391,9 +383,7 @@ TEST(DatePictures, TranslateElementsAndQuoteText) {
     EXPECT_EQ(TimePicture({.time = pattern}), picture) << pattern;
     EXPECT_EQ(ShortDatePicture({.date = pattern}), picture) << pattern;
   }
-}
-
-TEST(DatePictures, FollowPatternsThatNameOthers) {
+  // Patterns may name others.
   EXPECT_EQ(TimePicture({.time = "%r", .time_12h = "%l:%M %p"}), "h:mm tt");
   EXPECT_EQ(TimePicture({.time = "%r"}), "hh:mm:ss tt");
   EXPECT_EQ(TimePicture({.time = "%c", .time_12h = ""}), "");
@@ -423,8 +413,7 @@ TEST(DatePictures, TellTheSeparatorOfTheFirstTwoElementsAndTheOrderOfAll) {
     EXPECT_EQ(PictureSeparator(picture, "dMy", "|"), separator) << picture;
   }
   EXPECT_EQ(PictureSeparator("'kl'. HH.mm", "Hhm", ":"), ".");
-  EXPECT_TRUE(HasTwentyFourHours("'h' H:mm"));
-  EXPECT_FALSE(HasTwentyFourHours("'H' h''mm tt"));
+  EXPECT_TRUE(HasTwentyFourHours("'h' H:mm") && !HasTwentyFourHours("'H' h''mm tt"));
 }
 
 TEST(DateText, LaysOutPictures) {
@@ -463,14 +452,12 @@ TEST(DateText, CountsEveryDayOnce) {
 
 NumberFormat Us(UINT places) { return {places, true, 3, ".", ",", 1}; }
 
-TEST(LayOutNumber, RoundsHalfAwayFromZeroAndFollowsTheFormat) {
+TEST(LayOutNumber, RoundsHalfAwayFromZeroAndFollowsTheFormatIfItIsANumber) {
   const Rows<UINT, const char*, const char*> us = {
       {2, "1234.5", "1,234.50"},  {0, "1234", "1,234"},  {0, "999", "999"}, {2, "0.005", "0.01"},
       {2, "-0.005", "-0.01"},     {2, "-0.004", "0.00"}, {0, "-0.5", "-1"}, {0, "2.5", "3"},
       {2, "999.995", "1,000.00"}, {0, "007", "7"},       {1, ".5", "0.5"},  {1, "5.", "5.0"}};
-  for (const auto& [places, number, text] : us) {
-    EXPECT_EQ(LayOutNumber(number, Us(places)), text) << number;
-  }
+  for (const auto& [places, number, text] : us) EXPECT_EQ(LayOutNumber(number, Us(places)), text);
   // More digits than any number type holds.
   EXPECT_EQ(LayOutNumber("0.00499999999999999999999", Us(2)), "0.00");
   EXPECT_EQ(LayOutNumber("-123456789012345678901234567890.123456789012345678905", Us(20)),
@@ -484,15 +471,13 @@ TEST(LayOutNumber, RoundsHalfAwayFromZeroAndFollowsTheFormat) {
   for (const auto& [places, has_zero, group, order, number, text] : others) {
     EXPECT_EQ(LayOutNumber(number, {places, has_zero, group, ".", ",", order}), text) << text;
   }
-}
 
-TEST(LayOutNumber, RefusesWhatIsNoNumberAndFormatsOutOfRange) {
+  // What is no number, and formats out of range.
   for (const std::string_view number : std::initializer_list<std::string_view>{
            "", "-", ".", "-.", "--1", "1-", "1.2.3", "1/2", "1:2", "1\xB2", {"1\0", 2}}) {
     EXPECT_EQ(LayOutNumber(number, Us(2)), std::nullopt) << number;
   }
-  EXPECT_EQ(LayOutNumber("1", Us(255))->size(), 257U);
-  EXPECT_EQ(LayOutNumber("1", Us(256)), std::nullopt);
+  EXPECT_TRUE(LayOutNumber("1", Us(255))->size() == 257 && !LayOutNumber("1", Us(256)));
   EXPECT_EQ(LayOutNumber("1", {1, true, 3, ".", ",", 5}), std::nullopt);
 }
 
@@ -518,7 +503,7 @@ std::string Distance(int from, int to) {
 
 TEST(CodePage, CharactersHaveTheirCaseAndClass) {
   const std::string latin = "41-5AUa+32 61-7ALa-32 ";
-  for (const auto& [number, bytes, wide_letters] : Rows<UINT, const char*, const char*>{
+  for (const auto& [number, bytes, wide_letters] : Rows<UINT, const char*, std::string>{
            {0, "", ""},
            {932, "81-9Fm A6-DFa E0-FCm ", "8260-8279+33 8281-829A-33 "},
            {936, "81-FEm ", "A3C1-A3DA+32 A3E1-A3FA-32 "},
@@ -540,8 +525,7 @@ TEST(CodePage, CharactersHaveTheirCaseAndClass) {
       if (!page.IsLeadByte(static_cast<unsigned char>(code >> 8))) return std::string();
       std::string distances;
       for (const auto change : {&CodePage::LowerInPlace, &CodePage::UpperInPlace}) {
-        unsigned char pair[] = {static_cast<unsigned char>(code >> 8),
-                                static_cast<unsigned char>(code)};
+        BYTE pair[] = {BYTE(code >> 8), BYTE(code)};
         (page.*change)(reinterpret_cast<char*>(pair), 2);
         distances += Distance(static_cast<int>(code), pair[0] * 256 + pair[1]);
       }
@@ -549,8 +533,7 @@ TEST(CodePage, CharactersHaveTheirCaseAndClass) {
     };
     EXPECT_EQ(Runs(256, tell_byte), latin + bytes) << number;
     EXPECT_EQ(Runs(0x10000, tell_pair), wide_letters) << number;
-    EXPECT_EQ(page.number(), number);
-    EXPECT_EQ(page.IsSingleByte(), number == 0 || number == 1252);
+    EXPECT_TRUE(page.number() == number && page.IsSingleByte() == wide_letters.empty()) << number;
   }
   for (const UINT number : {1U, 1251U, 65001U}) EXPECT_EQ(CodePage::Get(number), nullptr);
   // By character: the second of a wide one looks like a letter, the last is a half.

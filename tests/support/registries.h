@@ -137,8 +137,7 @@ class RegistryUser : public platform::posix::FileRegistry {
       return SetValue(key, path.substr(slash), REGISTRY_BINARY, data);
     });
   }
-  platform::Error WithKey(const std::string& path,
-                          const std::function<platform::Error(HKEY)>& work) {
+  platform::Error WithKey(const std::string& path, std::function<platform::Error(HKEY)> work) {
     const auto key = CreateKey(kCurrentUser, path);
     const platform::Error error = key.ok() ? work(key.value) : key.error;
     CloseKey(key.value);

@@ -10,9 +10,8 @@ namespace dq::test {
 
 class TempDirectory {
  public:
-  explicit TempDirectory(
-      const std::filesystem::path& where = std::filesystem::temp_directory_path()) {
-    path_ = (where / "dqlib_test_XXXXXX").string();
+  explicit TempDirectory(const std::string& where = std::filesystem::temp_directory_path())
+      : path_(where + "/dqlib_test_XXXXXX") {
     if (::mkdtemp(path_.data()) == nullptr) throw std::runtime_error("no directory " + path_);
   }
   TempDirectory(const TempDirectory&) = delete;
