@@ -101,9 +101,7 @@ TEST_F(FileUtility, DirectoriesAreMadeFromTheOutside) {
     EXPECT_TRUE(fs::exists(path + "d/e/f/g")) << "a text of the array it adds to";
     EXPECT_EQ(prompts.shown, (std::vector(2, ShownBox{question, BOX_YES_NO})));
   }
-  for (const Text nothing : {"c:", "c:\\", "/"}) {
-    EXPECT_TRUE(Utility::CreateDirectory(nothing, true)) << nothing;
-  }
+  for (const Text root : {"c:", "c:\\", "/"}) EXPECT_TRUE(Utility::CreateDirectory(root, true));
   EXPECT_TRUE(Utility::CreateDirectory(("/" + directory / "d/e").c_str(), false)) << "no share";
   const std::string file = directory.Put("file", "");
   ScriptedPrompts prompts;
@@ -378,9 +376,8 @@ TEST_F(DQFile, WritesNumbersTextsAndLineEndsOfBothKindsAndTextsToStandardOutput)
 
   CDQFile full("/dev/full", FILE_OPEN_WRITE);
   EXPECT_TRUE(full.Open() && full.Write("lost") && !full.Close() && !full.IsOpen());
-  for (const FileOpenMode mode : {FILE_OPEN_READ, FILE_OPEN_WRITE}) {
-    EXPECT_FALSE(CDQFile(directory / "no/f", mode).Open());
-  }
+  const std::string no = directory / "no/f";
+  EXPECT_FALSE(CDQFile(no, FILE_OPEN_READ).Open() || CDQFile(no, FILE_OPEN_WRITE).Open());
 
   testing::internal::CaptureStdout();
   CDQFile output("", FILE_OPEN_STDOUT);

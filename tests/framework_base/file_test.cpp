@@ -36,9 +36,7 @@ TEST(Exception, CausesFollowFromTheSystemsErrorsAndAreToldInTheRoomThereIs) {
       {kNone, 0}, {kNotFound, 0}, {kInvalidArgument, 0}, {kAccessDenied, 0}, {kAlreadyExists, 0},
       {kBusy, 0}, {kNoSpace, 0},  {kNoSpace, EMFILE},    {kNoSpace, ENFILE}, {kNoSpace, ENOMEM},
       {kOther, 0}};
-  for (const auto& [kind, code] : kErrors) {
-    all += std::to_string(Cause::CauseOf({kind, code})) + " ";
-  }
+  for (const auto& [is, code] : kErrors) all += std::to_string(Cause::CauseOf({is, code})) + " ";
   EXPECT_EQ(all, "0 2 3 5 5 11 13 4 4 1 1 ");
 
   ScriptedPlatform platform;
