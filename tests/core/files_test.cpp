@@ -142,23 +142,22 @@ TEST_F(FileUtility, ADiskThatFillsUpLeavesTheFormerContents) {
       return error;
     }
     Error Write(HANDLE file, std::string_view bytes) override {
-      return bytes == "too much" ? Error{platform::ErrorKind::kNoSpace, ENOSPC}
-                                 : ForwardingFiles::Write(file, bytes);
+      if (bytes == "too much") return {platform::ErrorKind::kNoSpace, ENOSPC};
+      return ForwardingFiles::Write(file, bytes);
     }
     Error error;
     bool in_place = false;
   } files;
   directory.Put("f", "old");
-  const Error full{platform::ErrorKind::kNoSpace, 28},
-      denied{platform::ErrorKind::kAccessDenied, 13};
-  for (const auto& [name, text, error, in_place, written, contents] :
-       Rows<Text, Text, Error, bool, int, Text>{
-           {"f", "new", full, false, 0, "old"},
-           {"g", "new", full, false, 0, "(none)"},
-           {"g", "new", full, true, 0, "new"},     // whole, but its directory can't be synced
-           {"f", "new", denied, false, 3, "new"},  // in a directory that takes no new file
-           {"f", "too much", denied, false, 0, "new"}}) {  // put back
-    files.error = error;
+  using enum platform::ErrorKind;
+  for (const auto& [name, text, kind, in_place, written, contents] :
+       Rows<Text, Text, platform::ErrorKind, bool, int, Text>{
+           {"f", "new", kNoSpace, false, 0, "old"},
+           {"g", "new", kNoSpace, false, 0, "(none)"},
+           {"g", "new", kNoSpace, true, 0, "new"},        // but its directory can't be synced
+           {"f", "new", kAccessDenied, false, 3, "new"},  // in a directory that takes no new file
+           {"f", "too much", kAccessDenied, false, 0, "new"}}) {  // put back
+    files.error.kind = kind;
     files.in_place = in_place;
     EXPECT_EQ(Utility::WriteFile((directory / name).c_str(), text, -1, true, false), written);
     EXPECT_EQ(directory.Get(name), contents) << name << text;
