@@ -277,15 +277,15 @@ TEST(Edit, LinesAreFoundByPlaceAndNumber) {
 // ---- The exchange of values
 
 struct DialogExchange : Controls {
-  /// What the texts of the edit control are saved as, or "#" and the help id of the box that
-  /// refuses.
-  template <typename Value>
-  std::string Saved(std::initializer_list<const char*> texts) {
+  /// What the texts of the edit control, with "|" between them, are saved as, or "#" and the help
+  /// id of the box that refuses.
+  std::string Saved(auto value, const char* texts) {
     std::string result;
-    for (const char* text : texts) {
-      dialog.edit().SetWindowText(text);
+    std::istringstream rest(texts);
+    for (std::string text; std::getline(rest, text, '|');) {
+      dialog.edit().SetWindowText(text.c_str());
       dialog.list().SetFocus();
-      Value value = 77;
+      value = 77;
       try {
         DDX_Text(&save, kEdit, value);
         result += std::to_string(value) + " ";
@@ -301,20 +301,19 @@ struct DialogExchange : Controls {
 };
 
 TEST_F(DialogExchange, NumbersAreReadAsTheRunTimeReadsThem) {
-  EXPECT_EQ(Saved<int>({"0", " \t-12 ", "+5", "007", " \n5", "-2147483648", "2147483648",
-                        "-2147483649 ", "99999999999999999999999"}),
-            "0 -12 5 7 5 -2147483648 2147483647 -2147483648 2147483647 ");
   EXPECT_EQ(
-      Saved<int>({"", "  ", "x", "1 2", "0x1", "-0", "+-1", "-", "\n0", "99999999999999999999x"}),
-      "#61712 #61712 #61712 #61712 #61712 #61712 #61712 #61712 #61712 #61712 ");
-  EXPECT_EQ(Saved<int>({"000000000000000000000000000000123"}), "12 ") << "32 characters count";
-  EXPECT_EQ(Saved<short>({"32767", "-32768", "32768", "999999999"}), "32767 -32768 #61712 #61712 ");
-  EXPECT_EQ(Saved<UINT>({"4294967296", "-1", "-4294967295", "-4294967296", ""}),
-            "4294967295 4294967295 1 4294967295 #61719 ");
-  EXPECT_EQ(Saved<BYTE>({"255", "256", "99999999", "-1", "a"}), "255 #61718 #61718 #61718 #61718 ");
-  EXPECT_EQ(Saved<long>({"-2147483649", ""}), "-2147483648 #61712 ");
-  EXPECT_EQ(Saved<unsigned long>({"4294967295", ""}), "4294967295 #61719 ");
-  EXPECT_EQ(Saved<long long>({"-9223372036854775809", ""}), "-9223372036854775808 #61712 ");
+      Saved(0, "0| \t-12 |+5|007| \n5|-2147483648|2147483648|-2147483649 |99999999999999999999"),
+      "0 -12 5 7 5 -2147483648 2147483647 -2147483648 2147483647 ");
+  EXPECT_EQ(Saved(0, "|  |x|1 2|0x1|-0|+-1|-|\n0|99999999999999999999x"),
+            "#61712 #61712 #61712 #61712 #61712 #61712 #61712 #61712 #61712 #61712 ");
+  EXPECT_EQ(Saved(0, "000000000000000000000000000000123"), "12 ") << "32 characters count";
+  EXPECT_EQ(Saved(short{}, "32767|-32768|32768|999999999"), "32767 -32768 #61712 #61712 ");
+  EXPECT_EQ(Saved(0U, "|4294967296|-1|-4294967295|-4294967296"),
+            "#61719 4294967295 4294967295 1 4294967295 ");
+  EXPECT_EQ(Saved(BYTE{}, "255|256|99999999|-1|a"), "255 #61718 #61718 #61718 #61718 ");
+  EXPECT_EQ(Saved(0L, "|-2147483649"), "#61712 -2147483648 ");
+  EXPECT_EQ(Saved(0UL, "|4294967295"), "#61719 4294967295 ");
+  EXPECT_EQ(Saved(0LL, "|-9223372036854775809"), "#61712 -9223372036854775808 ");
 }
 
 TEST_F(DialogExchange, ControlsAndVariablesExchangeTheirValues) {

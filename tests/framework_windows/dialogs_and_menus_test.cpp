@@ -43,9 +43,8 @@ TEST(DialogTemplate, TextGivesControlsAndABrokenOneNamesItsLineAsThatOfAMenuDoes
       1: a popup has no end => :popup "x"/ ;; 2: an end without its popup => :item 1 ""/end/)")) {
     std::istringstream rest(texts);
     for (std::string text; std::getline(rest >> std::ws, text, ',');) {
-      for (const auto& [sign, meant] :
-           Rows<char, char>{{'/', '\n'}, {'^', '\x1F'}, {'~', '\x7F'}}) {
-        std::ranges::replace(text, sign, meant);
+      for (const auto& [sign, byte] : Rows<char, char>{{'/', '\n'}, {'^', '\x1F'}, {'~', '\x7F'}}) {
+        std::ranges::replace(text, sign, byte);
       }
       std::string error;
       EXPECT_FALSE(text[0] == ':' ? detail::ReadMenuText(text.substr(1), &error) != nullptr

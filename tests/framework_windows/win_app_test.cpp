@@ -342,11 +342,10 @@ TEST_P(Profile, ValuesComeBackAndAbsentOnesGiveTheFallback) {
   }
   EXPECT_TRUE(app.WriteProfileString("Search\\Find What", "Find0", "a=b \xC3\xA4"));
   EXPECT_EQ(Text("Search\\Find What", "Find0"), "a=b \xC3\xA4");
-  for (const std::string& bytes :
-       {std::string(), std::string("\xF0\xF"), std::string(7681, '\0')}) {
-    EXPECT_TRUE(app.WriteProfileBinary("s", "b", reinterpret_cast<const BYTE*>(bytes.data()),
-                                       static_cast<UINT>(bytes.size())));
-    EXPECT_EQ(Binary("b"), bytes);
+  for (const std::string& blob : {std::string(), std::string("\xF0\xF"), std::string(7681, '\0')}) {
+    EXPECT_TRUE(app.WriteProfileBinary("s", "b", reinterpret_cast<const BYTE*>(blob.data()),
+                                       static_cast<UINT>(blob.size())));
+    EXPECT_EQ(Binary("b"), blob);
   }
 }
 
@@ -356,10 +355,9 @@ TEST_P(Profile, NullsDeleteAnEntryOrASectionAndNeverAllOfIt) {
   }
   app.WriteProfileString("a\\deep", "z", "3");
   // In the registry a section nests; in a file its name is only a name.
-  for (const auto& [entry, left] : Rows<const char*, const char*>{
+  for (const auto& [name, left] : Rows<const char*, const char*>{
            {"x", "gone2 3"}, {nullptr, GetParam() ? "gonegone gone" : "gonegone 3"}}) {
-    for (int twice = 0; twice < 2; ++twice)
-      EXPECT_TRUE(app.WriteProfileString("a", entry, nullptr));
+    for (int twice = 0; twice < 2; ++twice) EXPECT_TRUE(app.WriteProfileString("a", name, nullptr));
     EXPECT_EQ(Text("a", "x") + Text("a", "y") + " " + Text("a\\deep", "z"), left);
   }
   for (const char* nothing : {static_cast<const char*>(nullptr), "", "\\"}) {

@@ -520,19 +520,18 @@ TEST(FlexPropertySheet, PagesMayDropThemselvesAndCountAsModifiedUntilThen) {
     SheetPage a("a"), c("c");
     CPropertySheet sheet("Sheet", nullptr, 0);
     for (SheetPage* page : {&a, b, &c}) ASSERT_TRUE(sheet.AddPage(page));
-    prompts.on_dialog = [&, at = goes_at, refused = refuses,
-                         pressed = std::stoi(button)](View& view) {
+    prompts.on_dialog = [&, at = goes_at, said = refuses, press = std::stoi(button)](View& view) {
       for (const int page : {1, 2}) sheet.SetActivePage(page);
       SheetPage::log.clear();
       EXPECT_FALSE(sheet.GetDlgItem(ID_APPLY_NOW)->IsWindowEnabled());
       for (const BOOL modified : {1, 1, 0, 1}) b->SetModified(modified);
       b->goes_at = at;
-      b->refuses = refused;
+      b->refuses = said;
       if (at == "+" || at == "-") sheet.SetActivePage(1);
       if (at == "-") sheet.SetActivePage(2);
       EXPECT_EQ(sheet.IsModified(), sheet.GetPageCount() == 3);
       EXPECT_EQ(sheet.GetDlgItem(ID_APPLY_NOW)->IsWindowEnabled(), sheet.GetPageCount() == 3);
-      view.Press(pressed);
+      view.Press(press);
     };
     sheet.DoModal();
     EXPECT_EQ(SheetPage::log, told + " ") << goes_at << refuses;
