@@ -52,13 +52,11 @@ TEST_F(IniFile, EnumerationsAppendToTheList) {
   for (const Text section : {"B", kNone}) ini.EnumKeys(section, names);
   // A buffer of names ends in two zeros.
   for (const Text list : {"one\0two\0\0three\0", "\0one\0", kNone}) ini.ParseIniBuffer(list, names);
-  EXPECT_EQ(Joined(names), "first|b|a|y|x|one|two|");
-
+  // A file of which the current directory has none.
   CDQIniFile bare("bare.ini");
   bare.WriteKey("s", "k", "v");
-  names.RemoveAll();
   bare.EnumSections(names);
-  EXPECT_TRUE(names.IsEmpty()) << "the current directory has no such file";
+  EXPECT_EQ(Joined(names), "first|b|a|y|x|one|two|");
 }
 
 /// A registry of the test's own, of which one read may fail, in force while it lives.
@@ -255,9 +253,8 @@ TEST_F(SystemInfoTest, FindsSuitesAndBrowsersInTheRegistry) {
 
   registry.Create("SOFTWARE\\Microsoft\\Internet Explorer", kLocalMachine);
   registry.Set("SYSTEM\\CurrentControlSet\\Control\\ProductOptions", "ProductSuite",
-               std::string_view("Small Business\0Terminal Server\0\0", 33), 7, kLocalMachine);
-  registry.Set("http\\shell\\open\\command", "", std::string_view("\"C:\\IEXPLORE.EXE\" %1\0", 22),
-               REGISTRY_STRING, kClassesRoot);
+               "Small Business\0Terminal Server\0\0"sv, 7, kLocalMachine);
+  registry.Set("http\\shell\\open\\command", "", "\"C:\\IEXPLORE.EXE\" %1\0"sv, 1, kClassesRoot);
   EXPECT_TRUE(Info::IsIE4Installed() && Info().IsTerminalServer());
   for (const Text none : {"Terminal", "Server", "", kNone}) {
     EXPECT_FALSE(Info::IsProductSuiteInstalled(none));
