@@ -56,6 +56,9 @@ TEST(DateTimeFmtDef, KeepsOnlyWhatTheDictionaryKnowsAndTellsWhatItDropped) {
   (full = copy).SetFmtTitle("Short ");
   EXPECT_EQ(full.GetFmtDefTitle() + full.GetFmtDiscription(), "Short exampleabout");
   EXPECT_EQ(full.GetDateTimeType(), 5);
+  full.SetFmtExample("2");
+  full.SetFmtDescription("1");
+  EXPECT_EQ(full.GetFmtDiscription() + full.GetFmtDefTitle(), "1Short 2");
 }
 
 TEST(DateTimeFmtDef, AnswersTheWholeFromItsTextsAndPartsFromItsCells) {

@@ -239,6 +239,9 @@ TEST_F(OptionsServer, RefusesValuesOfAnotherKindAndHoldsThoseThatTheRegistryRefu
   EXPECT_TRUE(server.GetInt(11) == 8 && Kept().empty());
   registry.refusal = {};
   EXPECT_TRUE(server.SetInt(11, 8));
+  registry.refusal = {platform::ErrorKind::kNoSpace, 28};
+  EXPECT_TRUE(!server.UnsetValue(11) && server.GetInt(11) == 8);
+  EXPECT_TRUE(traced.ends_with("\nOption 11 could not be reset: No space left on device\n"));
   EXPECT_EQ(Kept(), "11=4:\b\0\0\0 "s);
 }
 
@@ -307,6 +310,7 @@ TEST_F(OptionsServer, RegistersARangeOfAFileOnceAndRemovesIt) {
   EXPECT_TRUE(Ids() == "{ 10 }" && server.GetOptionIDByName("NUMBER") == -1);
   EXPECT_TRUE(Add("own.dqo", 11, 11) && Add("own.dqo", 10, 11, true, true));
   EXPECT_TRUE(Ids() == "{ 10, 11 }" && server.GetOptionIDByName("NUMBER") == 11);
+  EXPECT_EQ(server.GetOptionNameByID(11) + server.GetOptionNameByID(12), "number");
   server.RemoveOptions(server.GetOptionByID(10)->GetFile(), 1, 100);
   EXPECT_EQ(Ids(), "{}");
   EXPECT_TRUE(Add("own.dqo", 10, 11, true, true));
@@ -393,6 +397,17 @@ TEST_F(OptionsServer, FindsAndMakesAppDirectories) {
   EXPECT_EQ(server.GetAppDirectory(14, "CFG", "Label", true), "");
   EXPECT_EQ(prompts.shown.at(0).text,
             "Label:\nThe directory " + (directory / "own.dqo/c/") + " could not be created.");
+  for (const char* none : {"", static_cast<const char*>(nullptr)}) {
+    server.GetAppDirectory(14, "CFG", none, true);
+    EXPECT_TRUE(prompts.shown.back().text.starts_with("The directory "));
+    server.SetString(14, "");
+    EXPECT_EQ(server.GetAppDirectory(14, none, "Label", false).View(),
+              directory / "data/Velmora/MyTool/");
+    server.SetString(14, "$$here$$/own.dqo/c");
+  }
+  server.SetString(14, "");
+  const ScriptedPlatform nowhere;
+  EXPECT_EQ(server.GetAppDirectory(14, "CFG", "Label", false), "") << "of a user without a place";
 }
 
 TEST_F(OptionsServer, ShowsATextOptionAsAColorAndSavesTheChangesOfADialogOnce) {
@@ -408,6 +423,8 @@ TEST_F(OptionsServer, ShowsATextOptionAsAColorAndSavesTheChangesOfADialogOnce) {
   process.SetPlatform(DBMS_ORACLE);
   EXPECT_TRUE(array.AddOption(11, true, false) && array.AddOption(12, false, true));
   EXPECT_FALSE(array.AddOption(12, true, true) || array.AddOption(99, true, true));
+  EXPECT_TRUE(array.GetFirstFlag(0) && !array.GetFirstFlag(1) && array.GetSecondFlag(1));
+  EXPECT_TRUE(list.GetArray(0) == &array && !list.GetArray(-1) && !list.GetArray(1));
   process.SetPlatform(DBMS_NONE);
   EXPECT_TRUE(!array.SetValue(0, "x") && array.SetValue(1, "new"));
   for (const bool refused : {true, false}) {
@@ -420,6 +437,11 @@ TEST_F(OptionsServer, ShowsATextOptionAsAColorAndSavesTheChangesOfADialogOnce) {
   process.SetPlatform(DBMS_ORACLE);
   EXPECT_EQ(process.GetString(12), "new");
   process.SetPlatform(DBMS_NONE);
+  array.SetValue(0, "9");
+  array.LoadOptions();
+  EXPECT_EQ(array.GetValue(0) + array.GetValue(1), "1new");
+  process.SetInt(11, 2);
+  EXPECT_TRUE(list.SaveOptions() && process.GetInt(11) == 2) << "there is no change any more";
 }
 
 TEST_F(OptionsServer, HasTheShippedOptions) {
