@@ -16,19 +16,17 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::string_literals;
 
-using test::Eventually;
-using test::Found;
-using test::Rows;
-using TempDirectory = test::MemoryDirectory;
-using User = test::RegistryUser;
+using namespace test;
+using TempDirectory = MemoryDirectory;
+using User = RegistryUser;
 
 TEST(Failures, ChangesOfFilesAreDoneOrNotWhateverFails) {
-  test::FailingSystemCalls calls;
+  FailingSystemCalls calls;
   const std::unique_ptr<Files> files = MakeFiles(calls);
   const std::unique_ptr<ProfileFiles> profiles = MakeProfileFiles(calls);
   // All that takes memory of the test's own.
   const TempDirectory dir;
-  const test::ScopedVariable config("XDG_CONFIG_HOME", dir / "made");
+  const ScopedVariable config("XDG_CONFIG_HOME", dir / "made");
   const std::string a = dir / "a";
   const std::string b = dir / "b";
   const std::string link = dir / "link";
@@ -92,9 +90,9 @@ TEST(Failures, ChangesOfFilesAreDoneOrNotWhateverFails) {
         dir.Put("a", "a");
         fs::create_directory(sub);
         entries = dir.Count() + 2;
-        error == ENOMEM ? test::FailAllocation(number) : calls.Fail(number, error);
+        error == ENOMEM ? FailAllocation(number) : calls.Fail(number, error);
         const Error result = row.first();
-        failed = test::AllocationFailed() || calls.failed();
+        failed = AllocationFailed() || calls.failed();
         calls.Fail(0, 0);
         const std::string now = dir.Get("a") + "," + dir.Get("b");
         // One that was made to be filled, and may not be removed, stays as an empty file.
@@ -112,7 +110,7 @@ TEST(Failures, ChangesOfFilesAreDoneOrNotWhateverFails) {
 }
 
 /// A write that fails has written a half.
-struct TearingSystemCalls : test::FailingSystemCalls {
+struct TearingSystemCalls : FailingSystemCalls {
   ssize_t PositionedWrite(int fd, const void* data, std::size_t size, off_t at) override {
     const ssize_t count = FailingSystemCalls::PositionedWrite(fd, data, size, at);
     const int error = errno;
@@ -122,31 +120,26 @@ struct TearingSystemCalls : test::FailingSystemCalls {
   }
 };
 
+/// Does steps for which there may be no memory.
+Error Try(User& user, const std::string& steps) try {
+  return user.Try(steps);
+} catch (const std::bad_alloc&) {
+  return ErrorFromErrno(ENOMEM);
+}
+
 TEST(Failures, ChangesOfTheRegistryAreDoneOrNotWhateverFails) {
-  test::ScriptedPrompts prompts;
-  const std::string large(9'000, 'n');
-  const std::string old = "k: v=old k\\sub: ";
-  using Run = std::function<Error(User&, HKEY)>;
-  for (const auto& [what, run, after] : Rows<std::string, Run, std::string>{
-           {"fold", [&](auto&user, HKEY k) { return user.SetValue(k, "v", 1, large); },
-            "k: v=#9000 k\\sub: "},
-           {"create", [](auto&user, HKEY k) { return user.CreateKey(k, "a\\b").error; },
-            "k: v=old k\\a: k\\a\\b: k\\sub: "},
-           {"set", [&](auto&user, HKEY k) { return user.SetValue(k, "new", 1, large); },
-            "k: new=#9000 v=old k\\sub: "},
-           {"delete value", [](auto&user, HKEY k) { return user.DeleteValue(k, "v"); },
-            "k: k\\sub: "},
-           {"delete key", [](auto&user, HKEY k) { return user.DeleteKey(k, "sub"); }, "k: v=old "},
-           {"flush", [](auto&user, HKEY) { return user.Flush(); }, old},
-           {"leave", [](auto&user, HKEY) { return user.Leave(); }, old},
-           {"take over", [](auto&user, HKEY k) { return user.SetValue(k, "n", 1, "n"); },
-            "k: n=n v=old k\\sub: "},
-           {"open", [](auto&user, HKEY) { return user.OpenKey(kCurrentUser, "k").error; }, old},
-           {"make", [](auto&user, HKEY) { return user.CreateKey(kCurrentUser, "k").error; },
-            "k: "}}) {
+  ScriptedPrompts prompts;
+  for (const auto& [what, step, values] : Cases<3>(R"(
+           fold => v=#9000 => k: v=#9000 k\sub: ;; create => +k\a\b => k: v=old k\a: k\a\b: k\sub:
+           set => new=#9000 => k: new=#9000 v=old k\sub: ;; delete value => -v => k: k\sub:
+           delete key => !k\sub => k: v=old ;; flush => flush => k: v=old k\sub:
+           leave => leave => k: v=old k\sub: ;; take over => n=n => k: n=n v=old k\sub:
+           open => ?k => k: v=old k\sub: ;; make => +k => k:)")) {
+    const bool makes = what == "make";
+    const std::string before = makes ? "" : "k: v=old k\\sub: ", after = values + ' ';
     // A journal that the next change folds, or a small one.
     const TempDirectory prepared;
-    test::Fill(prepared.path(), (what == "fold" ? "l=#1040000 -l " : "") + "v=old +k\\sub"s);
+    Fill(prepared.path(), (what == "fold" ? "l=#1040000 -l " : "") + "v=old +k\\sub"s);
     for (const int error : {EIO, EACCES, ENOMEM}) {
       int number = 0;
       for (bool failed = true; failed;) {
@@ -154,21 +147,20 @@ TEST(Failures, ChangesOfTheRegistryAreDoneOrNotWhateverFails) {
         TearingSystemCalls calls;
         const TempDirectory directory;
         fs::copy(prepared.path(), directory.path());
-        const std::string files = what == "make" ? directory / "made/registry" : directory.path();
+        const std::string files = makes ? directory / "made/registry" : directory.path();
         User user(files, calls);
-        const HKEY key =
-            what == "make" || what == "open" ? kNoKey : user.OpenKey(kCurrentUser, "k").value;
+        if (!makes && what != "open") user.Do("?k");
         if (what == "take over") fs::remove(directory / "hkcu.journal");
-        error == ENOMEM ? test::FailAllocation(number) : calls.Fail(number, error);
-        const Error result = run(user, key);
-        failed = test::AllocationFailed() || calls.failed();
+        error == ENOMEM ? FailAllocation(number) : calls.Fail(number, error);
+        const Error result = Try(user, step);
+        failed = AllocationFailed() || calls.failed();
         calls.Fail(0, 0);
         EXPECT_TRUE(result.ok() || (failed && int(result.code) == error)) << result.code;
         // What a removed journal had is in the program that knew it.
-        const auto is_as_before = [&] { return Found(files) == (what == "make" ? "" : old); };
+        const auto is_as_before = [&] { return Found(files) == before; };
         EXPECT_TRUE(result.ok() || is_as_before() || !user.Flush().ok() || is_as_before());
-        EXPECT_TRUE(result.ok() || user.All() == (what == "make" ? "" : old)) << user.All();
-        EXPECT_TRUE(result.ok() || run(user, key).ok());
+        EXPECT_TRUE(result.ok() || user.All() == before) << user.All();
+        EXPECT_TRUE(result.ok() || user.Try(step).ok());
         EXPECT_EQ(Found(files), after);
         EXPECT_EQ(user.All(), after);
         EXPECT_TRUE(prompts.shown.empty() || what == "take over");
@@ -199,7 +191,7 @@ int FillUp(const std::string& files, SystemCalls& calls) {
 
 TEST(Failures, AFullDiskIsToldAndLosesNothing) {
   // At each byte that a write can end at: in the header, the generation, and the first records.
-  test::FailingSystemCalls disk;
+  FailingSystemCalls disk;
   for (std::size_t room = 0; room < 2'000; room += room < 230 ? 1 : 97) {
     const TempDirectory directory;
     disk.LeaveRoom(room);
@@ -216,7 +208,7 @@ TEST(Failures, AFullDiskIsToldAndLosesNothing) {
 
 TEST(Failures, WhatAFullDiskRefusesToAppendLeavesNothing) {
   const TempDirectory dir;
-  test::FailingSystemCalls calls;
+  FailingSystemCalls calls;
   const std::unique_ptr<Files> full = MakeFiles(calls);
   for (const auto& [most, room, other, left] :
        Rows<std::size_t, std::size_t, const char*, std::string>{
@@ -265,10 +257,10 @@ TEST(RegistryProcess, WhatAKilledWriterHadReportedIsThere) {
   constexpr unsigned kSeed = 4'711;
   std::mt19937 random(kSeed);
   const TempDirectory directory;
-  test::ScriptedPrompts prompts;
+  ScriptedPrompts prompts;
   const bool is_given = ::chown(directory.path().c_str(), 1'234, 1'234) == 0;
-  std::atomic<int>& reported = test::MakeSharedCount();
-  std::atomic<int>& seen = test::MakeSharedCount();
+  std::atomic<int>& reported = MakeSharedCount();
+  std::atomic<int>& seen = MakeSharedCount();
   Model model;
   int killed_at_work = 0;
   for (int kill = 0; kill < kKills; ++kill) {
@@ -280,7 +272,7 @@ TEST(RegistryProcess, WhatAKilledWriterHadReportedIsThere) {
       states.push_back(model);
     }
     reported = seen = 0;
-    test::ForkedProcess writer([&] {
+    ForkedProcess writer([&] {
       auto user = std::make_unique<User>(directory.path());
       for (const std::string& step : steps) {
         if (!user->Try(step).ok()) return;
@@ -300,26 +292,26 @@ TEST(RegistryProcess, WhatAKilledWriterHadReportedIsThere) {
     const auto done = static_cast<std::size_t>(reported);
     killed_at_work += reported < length ? 1 : 0;
     // One more may be done, and not reported any more.
-    const std::string found = test::Found(directory.path());
+    const std::string found = Found(directory.path());
     model = states[done];
     if (found != model.All() && reported < length) model = states[done + 1];
     ASSERT_EQ(found, model.All()) << "kill " << kill << " of seed " << kSeed << " after " << done;
     ASSERT_TRUE(prompts.shown.empty());
     // A snapshot that was being written is the writer's up to then.
     const char* const strangers = "find . ! -uid 1234 ! -name '*.tmp' 2> /dev/null";
-    EXPECT_TRUE(!is_given || test::Shell(directory.path(), strangers).empty());
+    EXPECT_TRUE(!is_given || Shell(directory.path(), strangers).empty());
   }
   EXPECT_GT(killed_at_work, kKills / 4);
 }
 
 TEST(RegistryProcess, NothingIsLostAmongWritersNorWhenTheJournalIsRemovedAgainAndAgain) {
   for (const auto& [writers, values, removes] :
-       test::Rows<int, int, bool>{{8, 500, false}, {4, 400, true}}) {
+       Rows<int, int, bool>{{8, 500, false}, {4, 400, true}}) {
     const auto total = static_cast<std::size_t>(writers * values);
     const TempDirectory directory;
-    const test::ScriptedPrompts prompts;
-    std::atomic<int>& ready = test::MakeSharedCount();
-    const auto count = [](User& user) { return test::Dump(user)["k"].size(); };
+    const ScriptedPrompts prompts;
+    std::atomic<int>& ready = MakeSharedCount();
+    const auto count = [](User& user) { return Dump(user)["k"].size(); };
     const auto write = [&, writers = writers, values = values, removes = removes](int writer) {
       User user(directory.path());
       for (int i = 0; i < values; ++i) {
@@ -332,14 +324,14 @@ TEST(RegistryProcess, NothingIsLostAmongWritersNorWhenTheJournalIsRemovedAgainAn
       EXPECT_TRUE(removes || count(user) == total);
       user.Do("leave");
     };
-    EXPECT_TRUE(test::AllEndWell(writers, write));
+    EXPECT_TRUE(AllEndWell(writers, write));
     User user(directory.path());
     EXPECT_EQ(count(user), total);
   }
 }
 
 TEST(RegistryProcess, AFoldWhoseJournalIsRemovedMeanwhileTakesNothingFromWhoeverFollows) {
-  struct : test::FailingSystemCalls {
+  struct : FailingSystemCalls {
     int LinkStatus(const char* path, struct stat* status) override {
       return Count(), FailingSystemCalls::LinkStatus(path, status);
     }
@@ -353,7 +345,7 @@ TEST(RegistryProcess, AFoldWhoseJournalIsRemovedMeanwhileTakesNothingFromWhoever
     int left = 0;
     std::function<void()> happens;
   } calls;
-  const test::ScriptedPrompts prompts;
+  const ScriptedPrompts prompts;
   const std::string large = "l=#345000 l=#345000 l=#345000 l=#345000 ";
   for (const std::string& ending : {std::string("l=#345000 leave"), large, large + "leave"}) {
     bool is_met = true;
@@ -375,7 +367,7 @@ TEST(RegistryProcess, AFoldWhoseJournalIsRemovedMeanwhileTakesNothingFromWhoever
       is_met = std::exchange(calls.left, 0) < 1;
       if (!is_met) continue;
       theirs.get();
-      EXPECT_EQ(test::Found(directory.path()), "k: l=#345000 mine=1 theirs=2 ");
+      EXPECT_EQ(Found(directory.path()), "k: l=#345000 mine=1 theirs=2 ");
       user.Do("leave");
       EXPECT_EQ(user.All(), "k: l=#345000 mine=1 theirs=2 ");
     }
@@ -390,13 +382,13 @@ TEST(RegistryProcess, AChildOfAForkIsAUserOfItsOwn) {
   const auto set_all = [&](const std::string& who) {
     for (int i = 0; i < kValues; ++i) user->Do(who + std::to_string(i) + "=x");
   };
-  test::ForkedProcess child([&] {
+  ForkedProcess child([&] {
     set_all("child");
     user.reset();
   });
   set_all("parent");
   EXPECT_TRUE(child.EndsWell());
-  EXPECT_EQ(test::Dump(*user)["k"].size(), std::size_t{2 * kValues});
+  EXPECT_EQ(Dump(*user)["k"].size(), std::size_t{2 * kValues});
   // The child's leaving took nothing from the parent.
   user->Do("last=x");
   EXPECT_EQ(User(directory.path()).All(), user->All());

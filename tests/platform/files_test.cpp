@@ -13,15 +13,14 @@ namespace {
 namespace fs = std::filesystem;
 using enum ErrorKind;
 using namespace std::string_literals;
-using test::Cases;
-using test::Rows;
+using namespace test;
 using testing::Each;
 using testing::ElementsAre;
 
 constexpr OpenOptions kToReplace{.write = true, .create = true, .deny_read = true, .replace = true};
 
 struct FilesTest : testing::Test {
-  test::TempDirectory dir;
+  TempDirectory dir;
   Files& files = *System().files;
   ProfileFiles& profiles = *System().profile_files;
   const std::string ini = dir / "a.ini";
@@ -32,7 +31,7 @@ struct FilesTest : testing::Test {
     if (file.ok()) files.Close(file.value);
     return file.error.kind;
   }
-  std::string Run(const std::string& command) { return test::Shell(dir.path(), command); }
+  std::string Run(const std::string& command) { return Shell(dir.path(), command); }
   static std::vector<ErrorKind> Kinds(std::initializer_list<Error> errors) {
     std::vector<ErrorKind> kinds;
     for (const Error& error : errors) kinds.push_back(error.kind);
@@ -89,7 +88,7 @@ TEST_F(FilesTest, ShareModesHoldWithinAndBetweenProcesses) {
     dir.Put("a", "x");
     const HANDLE file = files.Open(path, mode.first).value;
     EXPECT_EQ(others(), mode.second);
-    EXPECT_TRUE(test::AllEndWell(1, [&](int) { EXPECT_EQ(others(), mode.second); }));
+    EXPECT_TRUE(AllEndWell(1, [&](int) { EXPECT_EQ(others(), mode.second); }));
     std::string bytes;
     EXPECT_EQ(files.ReadAll(path, bytes).ok(), mode.second[0] == '+');
     const bool may_empty = mode.second[2] == '+';
@@ -135,7 +134,7 @@ TEST_F(FilesTest, NoChangeIsLostAmongThoseWhoAppendReplaceOrHoldTheFileNorOfProf
   OpenOptions to_replace = kToReplace;
   OpenOptions to_append{.write = true, .create = true, .append = true, .deny_write = true};
   to_replace.patience = to_append.patience = 60'000;
-  EXPECT_TRUE(test::AllEndWell(8, [&](int process) {
+  EXPECT_TRUE(AllEndWell(8, [&](int process) {
     const std::string text(1, static_cast<char>('a' + process));
     for (int i = 0; i < kChanges; ++i) {
       if (process >= 4) {
@@ -289,7 +288,7 @@ TEST_F(FilesTest, TemporaryFilesAreNewEmptyAndPrivate) {
   EXPECT_THAT(Kinds({files.MakeTempFile(dir / "none", "a").error, files.MakeTempFile("", "a").error,
                      files.MakeTempFile(dir.path(), "../").error}),
               ElementsAre(kNotFound, kNotFound, kInvalidArgument));
-  const test::ScopedVariable variable("TMPDIR", dir.path());
+  const ScopedVariable variable("TMPDIR", dir.path());
   EXPECT_EQ(files.TempDirectory(), dir.path() + "/");
 }
 
@@ -327,7 +326,7 @@ TEST_F(FilesTest, SearchesProgramDirectoryThenCurrentThenPath) {
   EXPECT_EQ(files.SearchPath(program.substr(program.rfind('/') + 1)).value, program);
   const std::string tool = dir.Put("only_here.txt", "");
   EXPECT_EQ(files.SearchPath("only_here.txt").error.kind, kNotFound);
-  const test::ScopedVariable variable("PATH", "/nowhere:" + dir.path());
+  const ScopedVariable variable("PATH", "/nowhere:" + dir.path());
   for (const auto& name : {"only_here.txt"s, tool}) EXPECT_EQ(files.SearchPath(name).value, tool);
 }
 
@@ -343,7 +342,7 @@ TEST_F(FilesTest, TellsVolumesAndDrives) {
 }
 
 TEST_F(FilesTest, ProfilesAreMadeForTheUserAndReadBackAndElseChangedWhereTheyAre) {
-  const test::ScopedVariable variable("XDG_CONFIG_HOME", dir / "config");
+  const ScopedVariable variable("XDG_CONFIG_HOME", dir / "config");
   EXPECT_TRUE(profiles.Write(ini, "s", "k", {}).ok() && profiles.Write(ini, "s", {}, {}).ok());
   EXPECT_TRUE(!profiles.Read(ini, "s", "k") && profiles.Sections(ini).empty());
   EXPECT_EQ(dir.Count(), 0u) << "deleting nothing makes no file";

@@ -3,9 +3,7 @@
 #include <fcntl.h>
 #include <future>
 #include <pty.h>
-#include <sys/ioctl.h>
 #include <sys/resource.h>
-#include <termios.h>
 
 #include "tests/support/forked_process.h"
 #include "tests/support/temp_directory.h"
@@ -13,14 +11,14 @@
 namespace dq::platform {
 namespace {
 
-using test::Rows;
+using namespace test;
 
 /// Every test ends with what it began with: no child, no zombie, no descriptor more.
 struct ProcessesTest : testing::Test {
   void TearDown() override {
     for (const HANDLE handle : handles_) processes_.Close(handle);
-    EXPECT_TRUE(test::Eventually([] { return test::Children().empty(); })) << test::Children();
-    EXPECT_EQ(test::OpenDescriptors(), descriptors_);
+    EXPECT_TRUE(Eventually([] { return Children().empty(); })) << Children();
+    EXPECT_EQ(OpenDescriptors(), descriptors_);
   }
 
   /// What is made by these two is closed at the end.
@@ -54,9 +52,9 @@ struct ProcessesTest : testing::Test {
 
   Processes& processes_ = *System().processes;
   HANDLE output_ = kNoHandle;
-  test::TempDirectory files_;
+  TempDirectory files_;
   std::vector<HANDLE> handles_;
-  const std::ptrdiff_t descriptors_ = test::OpenDescriptors();
+  const std::ptrdiff_t descriptors_ = OpenDescriptors();
 };
 
 TEST_F(ProcessesTest, CarriesAllBytesThroughAChild) {
@@ -73,7 +71,7 @@ TEST_F(ProcessesTest, CarriesAllBytesThroughAChild) {
 }
 
 TEST_F(ProcessesTest, StartsAProgramOrTellsWhyItCouldNot) {
-  test::Shell(files_.path(), "echo text | tee plain > no_format; chmod 700 no_format");
+  Shell(files_.path(), "echo text | tee plain > no_format; chmod 700 no_format");
   const HANDLE no_output = ~HANDLE{0};
   const Rows<StartInfo, int> rows = {
       {{"no-such-program -x"}, ENOENT},           {{" \t \t "}, ENOENT},
@@ -90,7 +88,7 @@ TEST_F(ProcessesTest, StartsAProgramOrTellsWhyItCouldNot) {
 }
 
 TEST_F(ProcessesTest, AChildHasNothingOfThisProcessButItsStandardHandles) {
-  EXPECT_TRUE(test::AllEndWell(1, [&](int) {
+  EXPECT_TRUE(AllEndWell(1, [&](int) {
     EXPECT_GT(dup(STDERR_FILENO), 2);
     sigset_t mask;
     sigemptyset(&mask);
@@ -147,7 +145,7 @@ TEST_F(ProcessesTest, HandlesOutOfDateOrOfAnotherKindAreErrors) {
   const Pipe pipe = MakePipe();
   const StartedProcess running = Start("cat", "", pipe.read_end);
   processes_.Close(running.process);
-  EXPECT_EQ(test::Children(), std::to_string(running.process_id) + ' ') << "reaped at its end";
+  EXPECT_EQ(Children(), std::to_string(running.process_id) + ' ') << "reaped at its end";
   const HANDLE process = Start("true").process;
   EXPECT_GT(process, pipe.write_end);  // one count for all
   processes_.Wait(process);
@@ -177,7 +175,7 @@ TEST(Console, StopRequestCallsTheWatchInsteadOfEndingTheProgram) {
     watch.reset();
     EXPECT_EQ(PresentHandler(signal_number), SIG_DFL) << signal_number;
   }
-  EXPECT_TRUE(test::AllEndWell(1, [](int) {
+  EXPECT_TRUE(AllEndWell(1, [](int) {
     std::signal(SIGHUP, SIG_IGN);
     const auto watch = System().console->WatchStopRequests([] { ADD_FAILURE(); });
     EXPECT_EQ(raise(SIGHUP), 0);
@@ -186,14 +184,14 @@ TEST(Console, StopRequestCallsTheWatchInsteadOfEndingTheProgram) {
 }
 
 TEST(Console, NoWatchAndNothingLeftBehindWithoutAThread) {
-  const auto descriptors = test::OpenDescriptors();
+  const auto descriptors = OpenDescriptors();
   pthread_attr_t former, huge;
   ASSERT_EQ(pthread_getattr_default_np(&former) + pthread_getattr_default_np(&huge), 0);
   ASSERT_EQ(pthread_attr_setstacksize(&huge, std::size_t{1} << 47), 0);
   ASSERT_EQ(pthread_setattr_default_np(&huge), 0);
   EXPECT_EQ(System().console->WatchStopRequests([] { ADD_FAILURE(); }), nullptr);
   pthread_setattr_default_np(&former);
-  EXPECT_TRUE(PresentHandler(SIGTERM) == SIG_DFL && test::OpenDescriptors() == descriptors);
+  EXPECT_TRUE(PresentHandler(SIGTERM) == SIG_DFL && OpenDescriptors() == descriptors);
   for (pthread_attr_t* const attributes : {&huge, &former}) pthread_attr_destroy(attributes);
 }
 
@@ -214,8 +212,8 @@ TEST(Console, WatchEndsThoughMoreRequestsThanAPipeHoldsWait) {
 }
 
 TEST(Console, WritesThatTheSystemWouldKillForFailAndChildrenInheritNothing) {
-  const test::TempDirectory dir;
-  test::ForkedProcess child([&] {
+  const TempDirectory dir;
+  ForkedProcess child([&] {
     System().console->PrepareStreams();
     for (const int number : {SIGXFSZ, SIGPIPE}) EXPECT_NE(PresentHandler(number), SIG_IGN);
     int ends[2];
@@ -250,7 +248,7 @@ std::string Converse(int descriptor, std::string_view input) {
     const auto is_hidden = [&, mode = termios{}]() mutable {
       return tcgetattr(descriptor, &mode) == 0 && (mode.c_lflag & ECHO) == 0;
     };
-    EXPECT_TRUE(!all.ends_with("Password: ") || test::Eventually(is_hidden));
+    EXPECT_TRUE(!all.ends_with("Password: ") || Eventually(is_hidden));
     const std::size_t line = input.find_first_of("\n\x04") + 1;
     EXPECT_GT(write(descriptor, input.data(), line), 0);
     input.remove_prefix(line);
@@ -265,9 +263,9 @@ Outcome Ask(Setting setting, std::string_view input, const std::function<int()>&
   int terminal = -1;
   int errors[2];
   EXPECT_EQ(openpty(&master, &terminal, nullptr, nullptr, nullptr) + pipe(errors), 0);
-  std::atomic<int>& button = test::MakeSharedCount();
+  std::atomic<int>& button = MakeSharedCount();
   button = -1;
-  test::ForkedProcess child([&] {
+  ForkedProcess child([&] {
     alarm(20);  // an endless question ends as a failure
     setsid();
     if (setting != kNone) ioctl(terminal, TIOCSCTTY, 0);
@@ -278,7 +276,7 @@ Outcome Ask(Setting setting, std::string_view input, const std::function<int()>&
       setpgid(0, 0);  // which the leader of a session can't
       button = ask();
     };
-    setting == kBackground ? static_cast<void>(test::AllEndWell(1, answer)) : answer(0);
+    setting == kBackground ? static_cast<void>(AllEndWell(1, answer)) : answer(0);
   });
   close(terminal);
   close(errors[1]);

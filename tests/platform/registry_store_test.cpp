@@ -2,9 +2,6 @@
 
 #include "dqlib/platform/posix/registry_store.h"
 
-#include <csignal>
-#include <fcntl.h>
-
 #include "dqlib/platform/posix/system_services.h"
 #include "tests/support/doubles.h"
 #include "tests/support/failing_system_calls.h"
@@ -16,13 +13,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using test::Cases;
-using test::Fill;
-using test::Found;
-using test::Rows;
-using test::Shell;
-using TempDirectory = test::MemoryDirectory;
-using User = test::RegistryUser;
+using namespace test;
+using TempDirectory = MemoryDirectory;
+using User = RegistryUser;
 
 const std::string kFill = "one=one two=two three=three ";
 const std::string kFilled = "k: one=one three=three two=two ";
@@ -48,9 +41,9 @@ struct RegistryStoreTest : testing::Test {
   std::string Run(const std::string& command) { return Shell(directory_.path(), command); }
 
   const TempDirectory directory_;
-  test::FailingSystemCalls calls_;
+  FailingSystemCalls calls_;
   User user_{directory_.path(), calls_};
-  test::ScriptedPrompts prompts_;
+  ScriptedPrompts prompts_;
 };
 
 TEST_F(RegistryStoreTest, AFileThatIsCutOffIsReadUpToItsLastChange) {
@@ -102,8 +95,7 @@ TEST_F(RegistryStoreTest, AGrownJournalIsFoldedWhileOthersHaveItOpenElseByItsLas
     if (now < std::exchange(size, now)) folds += std::to_string(i) + " ";
   }
   EXPECT_EQ(folds, "11 24 37 ") << "at 1 MiB, and then where it is longer than the snapshot";
-  EXPECT_TRUE(test::Read(sleeper, asleep, "first") == "x" &&
-              test::Read(sleeper, doomed, "v") == "(error 1)");
+  EXPECT_TRUE(Read(sleeper, asleep, "first") == "x" && Read(sleeper, doomed, "v") == "(error 1)");
   EXPECT_TRUE(sleeper.SetValue(asleep, "last", 1, "x").ok());
   for (User& user : users) {
     EXPECT_EQ(user.All(), "k: first=x last=x v0=#90044 v1=#90045 v2=#90046 v3=#90047 ");
@@ -255,7 +247,7 @@ TEST_F(RegistryStoreTest, WhatIsNoStoreOrCannotBeReadIsAnErrorAtOnceAndNeverTold
                                            {":", EMFILE, kNoSpace}}) {
       SCOPED_TRACE(testing::Message() << file << ' ' << strike << ' ' << number);
       const TempDirectory directory;
-      test::FailingSystemCalls calls;
+      FailingSystemCalls calls;
       User user(directory.path(), calls);
       Fill(directory.path(), kFill + "leave");
       Shell(directory.path(), "F=" + file + "; " + strike);
@@ -388,7 +380,7 @@ TEST_F(RegistryStoreTest, WhoOnlyReadsLeavesNothingWhereNothingIs) {
 }
 
 TEST_F(RegistryStoreTest, ASyncThatFailsIsMadeUpForLater) {
-  struct : test::FailingSystemCalls {
+  struct : FailingSystemCalls {
     int Sync(int fd) override {
       if (++syncs == failing) FailEach("Sync", EIO, "", 1);
       return FailingSystemCalls::Sync(fd);
@@ -418,7 +410,7 @@ TEST_F(RegistryStoreTest, ADirectoryThatCannotBeWrittenCanStillBeRead) {
     Fill(directory.path(), kFill + "leave");
     if (!has_journal) fs::remove(directory / "hkcu.journal");
     Shell(directory.path(), "chmod 444 hkcu.*; chmod 555 .");
-    EXPECT_TRUE(test::AllEndWell(1, [&](int) {
+    EXPECT_TRUE(AllEndWell(1, [&](int) {
       ASSERT_TRUE(::getuid() != 0 || (::setgid(65'534) == 0 && ::setuid(65'534) == 0));
       User user(directory.path());
       EXPECT_EQ(user.All(), kFilled);
@@ -436,7 +428,7 @@ TEST_F(RegistryStoreTest, ADirectoryThatCannotBeWrittenCanStillBeRead) {
 TEST_F(RegistryStoreTest, WithoutMappingsAndUnlockingChangesAreSeenAllTheSame) {
   for (const char* call : {"Map", "Unlock"}) {
     const TempDirectory directory;
-    test::FailingSystemCalls calls;
+    FailingSystemCalls calls;
     calls.FailEach(call, EIO);
     User plain(directory.path());
     User broken(directory.path(), calls);

@@ -11,11 +11,8 @@
 namespace dq::platform::posix {
 namespace {
 
-using test::Dump;
-using test::Read;
-using test::RegistryDump;
-using test::Rows;
 using namespace std::string_literals;
+using namespace test;
 
 /// The most bytes that a value has.
 constexpr std::size_t kLargest = std::size_t{64} << 20;
@@ -23,11 +20,11 @@ constexpr std::size_t kLargest = std::size_t{64} << 20;
 struct RegistryTest : testing::Test {
   HKEY Make(std::string_view path) { return registry_.CreateKey(kCurrentUser, path).value; }
 
-  test::TempDirectory directory_;
+  TempDirectory directory_;
   std::string files_ = directory_ / "deep/er/registry";
-  test::RegistryUser registry_{files_};
+  RegistryUser registry_{files_};
   /// Another opening of the same files, as another process has it.
-  test::RegistryUser other_{files_};
+  RegistryUser other_{files_};
 };
 
 TEST_F(RegistryTest, ValuesOfEveryTypeAndSizeComeBackAndStay) {
@@ -62,7 +59,7 @@ TEST_F(RegistryTest, ValuesOfEveryTypeAndSizeComeBackAndStay) {
   // From the journal, and then from the snapshot.
   EXPECT_EQ(Dump(*std::make_unique<FileRegistry>(files_)), expected);
   EXPECT_TRUE(registry_.Leave().ok() && other_.Leave().ok());
-  test::ScriptedPrompts prompts;
+  ScriptedPrompts prompts;
   EXPECT_EQ(Dump(*std::make_unique<FileRegistry>(files_)), expected);
   EXPECT_TRUE(prompts.shown.empty());
 }
@@ -138,9 +135,9 @@ TEST_F(RegistryTest, EachRootIsATreeOfTheUsersOwn) {
     EXPECT_EQ(Read(other_, other_.OpenKey(root, "Same").value, "root"), number);
   }
   EXPECT_TRUE(registry_.Flush().ok() && other_.Leave().ok() && registry_.Leave().ok());
-  EXPECT_EQ(test::Shell(files_,
-                        "stat -c %a .. . hkcr.reg hkcu.reg hklm.journal;"
-                        "grep -h '^[[\"]' hk*.reg | tr -d '\\r' | cut -d, -f1,9-"),
+  EXPECT_EQ(Shell(files_,
+                  "stat -c %a .. . hkcr.reg hkcu.reg hklm.journal;"
+                  "grep -h '^[[\"]' hk*.reg | tr -d '\\r' | cut -d, -f1,9-"),
             "700\n700\n600\n600\n600\n[HKEY_CLASSES_ROOT\\Same]\n\"root\"=hex:32,34,38\n"
             "[HKEY_CURRENT_USER\\Same]\n\"root\"=hex:32,34,39\n"
             "[HKEY_LOCAL_MACHINE\\Same]\n\"root\"=hex:32,35,30\n");
@@ -154,7 +151,7 @@ TEST_F(RegistryTest, ThreadsAndOtherOpeningsReadWriteAndFoldAtOnce) {
   }
   registry_.Do(steps + "leave");
   // One that has read the snapshot, and not yet its values.
-  test::RegistryUser fresh(files_);
+  RegistryUser fresh(files_);
   EXPECT_TRUE(fresh.OpenKey(kCurrentUser, "k").ok());
   std::atomic<int> writing = 3;
   std::vector<std::thread> writers;

@@ -18,14 +18,12 @@ namespace {
 
 using namespace std::string_literals;
 using namespace posix;
-using test::Cases;
-using test::Rows;
-using test::ScopedVariable;
+using namespace test;
 using testing::ElementsAre;
 
 /// Where the desktop keeps what it knows of the user.
 struct SystemFactsTest : testing::Test {
-  const test::TempDirectory home;
+  const TempDirectory home;
   const ScopedVariable config{"XDG_CONFIG_HOME", home.path()};
   const ScopedVariable data{"XDG_DATA_HOME", "relative"};
   SystemFacts& facts = *System().system_facts;
@@ -257,7 +255,7 @@ TEST(Modules, EachHasTheProgramsPathAndTheSystemsNothingButPicturesUnlikeEachOth
 }
 
 TEST(VersionResources, ComeFromTheTextFileBesideTheProgramOrATableHandedIn) {
-  const test::TempDirectory dir;
+  const TempDirectory dir;
   const std::string path = dir / "tool";
   VersionResources& resources = *System().version_resources;
   const auto fetch = [&] {
@@ -336,9 +334,9 @@ TEST(Locale, IsUsEnglishWithoutALocaleOfItsOwn) {
 }
 
 TEST(Locale, TakesItsItemsFromTheEnvironmentOnce) {
-  for (const std::string id : {"de_DE", "ja_JP", "en_IN"}) test::CompileLocale(id, "-i " + id);
+  for (const std::string id : {"de_DE", "ja_JP", "en_IN"}) CompileLocale(id, "-i " + id);
   const std::string former = setlocale(LC_ALL, nullptr);
-  const ScopedVariable path("LOCPATH", test::LocaleDirectory().path());
+  const ScopedVariable path("LOCPATH", LocaleDirectory().path());
   const ScopedVariable all("LC_ALL", "");
   for (const auto& [name, definition, numbers] : Rows<std::string, std::string, const char*>{
            {"fr_FR", "copy \"fr_FR\"", ",|\xE2\x80\xAF|3;0|;|2|1|1|"},
@@ -347,8 +345,8 @@ TEST(Locale, TakesItsItemsFromTheEnvironmentOnce) {
            {"xx_XX", "decimal_point \",\"\nthousands_sep \".\"\ngrouping 3;2;2;-1",
             ",|.|3;2;2|;|2|1|1|"}}) {
     const std::string source =
-        test::LocaleDirectory().Put("source", "LC_NUMERIC\n" + definition + "\nEND LC_NUMERIC\n");
-    test::CompileLocale(name, "-c -i '" + source + "'");
+        LocaleDirectory().Put("source", "LC_NUMERIC\n" + definition + "\nEND LC_NUMERIC\n");
+    CompileLocale(name, "-c -i '" + source + "'");
     const ScopedVariable numeric("LC_NUMERIC", name + ".UTF-8");
     EXPECT_EQ(Texts(*MakeLocale(), kNumbers), numbers) << name;
   }
@@ -417,7 +415,7 @@ TEST(DatePictures, TellTheSeparatorOfTheFirstTwoElementsAndTheOrderOfAll) {
 }
 
 TEST(DateText, LaysOutPictures) {
-  test::ScriptedLocale locale;
+  ScriptedLocale locale;
   locale.items = {{LOCALE_SDAYNAME1, "Monday"},
                   {LOCALE_SABBREVDAYNAME1, "Mon"},
                   {LOCALE_SMONTHNAME1 + 2, "March"},

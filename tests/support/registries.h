@@ -95,8 +95,8 @@ class RegistryUser : public platform::posix::FileRegistry {
   using FileRegistry::FileRegistry;
 
   /// Does steps up to the first one that fails: "name=data" sets a value, "name=#5000" one of so
-  /// many letters, "-name" deletes it, "+path" and "!path" make and delete a key, "flush" and
-  /// "leave" call. A name without a path is one in the key "k".
+  /// many letters, "-name" deletes it, "+path", "!path" and "?path" make, delete and open a key,
+  /// "flush" and "leave" call. A name without a path is one in the key "k".
   platform::Error Try(const std::string& steps) {
     std::istringstream words(steps);
     platform::Error error;
@@ -125,6 +125,7 @@ class RegistryUser : public platform::posix::FileRegistry {
   platform::Error Step(const std::string& step) {
     if (step == "flush") return Flush();
     if (step == "leave") return Leave();
+    if (step[0] == '?') return OpenKey(kCurrentUser, step.substr(1)).error;
     if (step[0] == '!') return DeleteKey(kCurrentUser, step.substr(1));
     if (step[0] == '+') return WithKey(step.substr(1), [](HKEY) { return platform::Error(); });
     const std::size_t sign = step.find('=');
