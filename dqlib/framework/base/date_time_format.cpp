@@ -1,8 +1,9 @@
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <optional>
 #include <string>
-#include <utility>
+#include <string_view>
 
 #include "dqlib/framework/base/date_time_text.h"
 #include "dqlib/platform/date_text.h"
@@ -52,8 +53,12 @@ class Output {
   void PutTwo(int number, bool bare) {
     if (buffer_.size() - used_ < 2) Spill();
     const char* const pair = kPairs.data() + 2 * static_cast<std::size_t>(number);
-    if (number >= 10 || !bare) buffer_[used_++] = pair[0];
-    buffer_[used_++] = pair[1];
+    if (number < 10 && bare) {
+      buffer_[used_++] = pair[1];
+      return;
+    }
+    std::memcpy(buffer_.data() + used_, pair, 2);
+    used_ += 2;
   }
 
   /// All of it; valid until more is put.
@@ -74,6 +79,12 @@ class Output {
   std::size_t used_ = 0;
   std::string long_text_;
 };
+
+std::string_view WithoutBlanks(std::string_view name) {
+  while (!name.empty() && name.front() == ' ') name.remove_prefix(1);
+  while (!name.empty() && name.back() == ' ') name.remove_suffix(1);
+  return name;
+}
 
 constexpr std::string_view kShortDate = "%m/%d/%y";
 constexpr std::string_view kLongDate = "%A, %B %d, %Y";
@@ -186,19 +197,22 @@ class Layout {
 
   void WriteName(DWORD first, int index) {
     const DWORD item = first + static_cast<DWORD>(index);
-    const std::string name = LocaleName(item, LOCALE_USER_DEFAULT);
-    output_.Put(name.empty() ? LocaleName(item, LOCALE_US_ENGLISH) : name);
+    if (!WriteItem(item, LOCALE_USER_DEFAULT)) WriteItem(item, LOCALE_US_ENGLISH);
   }
 
   void WriteMarker() {
     const bool morning = parts_.hour < 12;
-    const std::string marker =
-        LocaleName(morning ? LOCALE_S1159 : LOCALE_S2359, LOCALE_USER_DEFAULT);
-    if (marker.empty()) {
+    if (!WriteItem(morning ? LOCALE_S1159 : LOCALE_S2359, LOCALE_USER_DEFAULT)) {
       output_.Put(morning ? "AM" : "PM");
-    } else {
-      output_.Put(marker);
     }
+  }
+
+  /// False, and nothing, for a name that there isn't.
+  bool WriteItem(DWORD item, DWORD locale) {
+    const std::optional<std::string> found = platform::Current().locale->Item(item, locale);
+    const std::string_view name = found ? WithoutBlanks(*found) : std::string_view();
+    output_.Put(name);
+    return !name.empty();
   }
 
   int WeekDay() const { return platform::DayOfWeek(parts_.year, parts_.month, parts_.day); }
@@ -216,14 +230,8 @@ class Layout {
 }  // namespace
 
 std::string LocaleName(DWORD item, DWORD locale) {
-  std::optional<std::string> found = platform::Current().locale->Item(item, locale);
-  if (!found) return {};
-  std::string& name = *found;
-  if (!name.empty() && (name.front() == ' ' || name.back() == ' ')) {
-    name.erase(name.find_last_not_of(' ') + 1);
-    name.erase(0, name.find_first_not_of(' '));
-  }
-  return std::move(name);
+  const std::optional<std::string> found = platform::Current().locale->Item(item, locale);
+  return std::string(found ? WithoutBlanks(*found) : std::string_view());
 }
 
 CString LayOutDateTime(const DateTimeParts& parts, std::string_view format) {
