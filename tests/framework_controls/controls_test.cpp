@@ -74,8 +74,8 @@ TEST_F(Controls, EveryChangeReachesTheObserver) {
   EXPECT_EQ(list.SetTopIndex(1), 0);
   list.ResetContent();
   EXPECT_TRUE(many.SetSel(-1) == 0 && many.GetSelCount() == 3);
-  dialog.marks().SetCheck(1, 1);
-  dialog.marks().Enable(1, false);
+  dialog.Get<CCheckListBox>(kMarks).SetCheck(1, 1);
+  dialog.Get<CCheckListBox>(kMarks).Enable(1, false);
   EXPECT_EQ(told.Take(),
             "4 content 4 content 20 content 20 content 20 selection 20 content 20 content 20 "
             "selection 21 selection 22 content 22 content ");
@@ -181,7 +181,7 @@ TEST_F(Controls, ControlThatTakesAPlaceTakesWhatWasThere) {
   dialog.combo().SetCurSel(1);
   EXPECT_TRUE(dialog.combo().SetEditSel(1, 2));
   EXPECT_FALSE(dialog.Get<CComboBox>(kDropList).SetEditSel(1, 2));
-  dialog.marks().SetCheck(2, 1);
+  dialog.Get<CCheckListBox>(kMarks).SetCheck(2, 1);
   CEdit edit;
   CComboBox combo;
   CCheckListBox marks;

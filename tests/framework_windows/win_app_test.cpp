@@ -261,16 +261,15 @@ TEST(WinApp, IsTheThreadsObjectWhileItLivesAndHasTheExecutablesBaseNameWithoutAn
   ScriptedPlatform platform;
   platform.modules.path = "/opt/v1.2/my tool.bin";
   EXPECT_EQ(AfxGetApp(), nullptr);
-  {
-    CWinApp app;
-    EXPECT_EQ(app.GetAppName() + ("|" + app.GetExecutablePath()), "my tool|/opt/v1.2/my tool.bin");
-    app.SetExecutablePath("/bin/other");
-    app.SetRegistryKey("Maker");
-    EXPECT_EQ(app.GetAppName() + ("|" + app.GetExecutablePath()), "my tool|/bin/other");
-    EXPECT_EQ(AfxGetThread(), &app);
-    // The framework doesn't know the other thread.
-    std::thread([&] { EXPECT_TRUE(AfxGetThread() == nullptr && AfxGetApp() == &app); }).join();
-  }
+  std::optional<CWinApp> app(std::in_place);
+  EXPECT_EQ(app->GetAppName() + ("|" + app->GetExecutablePath()), "my tool|/opt/v1.2/my tool.bin");
+  app->SetExecutablePath("/bin/other");
+  app->SetRegistryKey("Maker");
+  EXPECT_EQ(app->GetAppName() + ("|" + app->GetExecutablePath()), "my tool|/bin/other");
+  EXPECT_EQ(AfxGetThread(), &*app);
+  // The framework doesn't know the other thread.
+  std::thread([&] { EXPECT_TRUE(AfxGetThread() == nullptr && AfxGetApp() == &*app); }).join();
+  app.reset();
   EXPECT_TRUE(AfxGetApp() == nullptr && AfxGetThread() == nullptr);
   EXPECT_STREQ(CWinApp(" Job  Runner ").GetAppName(), " Job  Runner ");
 }

@@ -85,7 +85,6 @@ struct ControlDialog : CWnd {
   CEdit& edit() { return Get<CEdit>(kEdit); }
   CSpinButtonCtrl& spin() { return Get<CSpinButtonCtrl>(kSpin); }
   CListBox& list() { return Get<CListBox>(kList); }
-  CCheckListBox& marks() { return Get<CCheckListBox>(kMarks); }
   CComboBox& combo() { return Get<CComboBox>(kCombo); }
 
   /// Ids and codes of the notifications.
