@@ -167,9 +167,8 @@ TEST(WriteDib, IsReadBackAtEveryRowPadding) {
   for (const auto& [width, size] : {std::pair(1, 52u), {2, 64u}, {3, 76u}, {4, 76u}, {11, 148u}}) {
     BitmapDescription picture{{width, 3}, {}};
     for (int i = 0; i < width * 3; ++i) picture.pixels.push_back(RGB(1, static_cast<BYTE>(i), 3));
-    const std::string bytes = WriteDib(picture);
-    EXPECT_EQ(bytes.size(), size);
-    const auto read = ReadDib(bytes);
+    EXPECT_EQ(WriteDib(picture).size(), size);
+    const auto read = ReadDib(WriteDib(picture));
     ASSERT_NE(read, nullptr) << width;
     EXPECT_EQ(read->pixels, picture.pixels) << width;
   }
@@ -213,7 +212,7 @@ TEST(Rectangle, MeetsAndUnitesOthersAndWrapsAtTheEndsOfNumbers) {
   EXPECT_TRUE(Unite(a, flat) == a && Unite(flat, a) == a);
   EXPECT_TRUE(flat.IsRectEmpty() && low.IsRectEmpty() && !dot.IsRectEmpty());
   EXPECT_TRUE(dot.PtInRect({0, 0}) && !dot.PtInRect({1, 0}) && !dot.PtInRect({0, 1}));
-  EXPECT_TRUE(!dot.PtInRect({-1, 0}) && !dot.PtInRect({0, -1}));
+  EXPECT_FALSE(dot.PtInRect({-1, 0}) || dot.PtInRect({0, -1}));
   CRect moved{1, 2, INT_MAX, 3};
   moved.OffsetRect(1, -4);
   EXPECT_TRUE(moved == (CRect{2, -2, INT_MIN, -1}) && moved.Size() == (CSize{INT_MAX - 1, 1}));

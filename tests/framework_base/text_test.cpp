@@ -188,12 +188,11 @@ std::size_t PlainFind(std::string_view text, std::string_view wanted, std::size_
 }
 
 /// The first or the last place of one of some one-byte characters, going by character.
-std::size_t PlainFindByte(std::string_view text, const std::string& bytes, std::size_t start,
-                          bool last) {
+std::size_t PlainByte(std::string_view text, std::string_view set, std::size_t start, bool last) {
   std::size_t hit = npos;
   while (start < text.size() && (last || hit == npos)) {
     const std::size_t size = CurrentCodePage().CharacterSize(text.substr(start));
-    if (size == 1 && bytes.find(text[start]) != npos) hit = start;
+    if (size == 1 && set.find(text[start]) != npos) hit = start;
     start += size;
   }
   return hit;
@@ -227,10 +226,10 @@ TEST(MultiByte, SearchesAgreeWithPlainOnesInEveryCodePage) {
     const std::string lower = Lower(text), lower_wanted = Lower(wanted);
     const std::size_t start = random() % text.size();
     const std::string byte = wanted.substr(0, 1);
-    ASSERT_EQ(Find(text, byte[0], start), PlainFindByte(text, byte, start, false));
-    ASSERT_EQ(ReverseFind(text, byte[0]), PlainFindByte(text, byte, 0, true));
+    ASSERT_EQ(Find(text, byte[0], start), PlainByte(text, byte, start, false));
+    ASSERT_EQ(ReverseFind(text, byte[0]), PlainByte(text, byte, 0, true));
     ASSERT_EQ(FindNoCase(text, byte[0], start),
-              PlainFindByte(text, Lower(byte) + Upper(byte), start, false));
+              PlainByte(text, Lower(byte) + Upper(byte), start, false));
     ASSERT_EQ(FindNoCase(text, wanted, start), PlainFind(lower, lower_wanted, start));
     ASSERT_EQ(ReverseFindBytes(text, wanted), text.rfind(wanted));
     // Each place is taken for the start of a character.
@@ -243,12 +242,10 @@ TEST(MultiByte, SearchesAgreeWithPlainOnesInEveryCodePage) {
       ASSERT_EQ(walk.Find(at), PlainFind(lower, lower_wanted, at)) << at;
     }
     int count = 0;
-    for (std::size_t at = 0; (at = PlainFind(text, wanted, at)) != npos; at += wanted.size())
-      ++count;
+    for (std::size_t p = 0; (p = PlainFind(text, wanted, p)) != npos; p += wanted.size()) ++count;
     ASSERT_EQ(Searcher(wanted).Count(text), count);
     const std::string other = is_long ? text.substr(0, start) + wanted : wanted;
-    const int order = CompareNoCase(text, other), plain = lower.compare(Lower(other));
-    ASSERT_TRUE((order < 0) == (plain < 0) && (order > 0) == (plain > 0));
+    ASSERT_TRUE((CompareNoCase(text, other) <=> 0) == (lower.compare(Lower(other)) <=> 0));
   }
   // In the last window each text ends elsewhere, for one ends in half of a character.
   const std::string window(255, 'x'), one = window + "\xDF", wide = window + "\x82\x60";
