@@ -18,21 +18,28 @@ struct ApplicationInfo : testing::Test {
   static void SetVersion(const platform::VersionTable& table) {
     platform::Current().version_resources->SetTable("/opt/host", table);
   }
-  ScriptedPlatform platform;
-};
-
-TEST_F(ApplicationInfo, VersionNumbersAreCutAtTheDots) {
-  // The version; its medium and short form, major and minor version and build number.
-  for (const std::string row :
-       {"7.1.2.3 7.1.2|7.1|7|1|3", "7.10.5.44 7.10.5|7.10|7|0|44", "7.1 ||7|0|0", " ||0|0|0",
-        "1..2.3.4 1..2|1.|1|0|3", "12.3.4 |12.3|12|3|0"}) {
-    SetVersion({{"FileVersion", row.substr(0, row.find(' '))}});
-    CDQApplicationInfo info;
+  /// Long, medium and short version, major and minor version and build number.
+  static std::string Versions(const CDQApplicationInfo& info) {
     std::ostringstream told;
     told << info.GetLongVersionNumber().View() << ' ' << info.GetMediumVersionNumber().View() << '|'
          << info.GetShortVersionNumber().View() << '|' << info.GetMajorVersionNumber() << '|'
          << info.GetMinorVersionNumber() << '|' << info.GetBuildNumber();
-    EXPECT_EQ(told.str(), row);
+    return told.str();
+  }
+  /// Directory, key and options file.
+  static std::string Places(CDQApplicationInfo& info) {
+    return std::string(info.GetExecutableDirectory() + "|" + info.GetRegistryKey() + "|" +
+                       info.GetOptionsFile() + "|");
+  }
+  ScriptedPlatform platform;
+};
+
+TEST_F(ApplicationInfo, VersionNumbersAreCutAtTheDots) {
+  for (const std::string row :
+       {"7.1.2.3 7.1.2|7.1|7|1|3", "7.10.5.44 7.10.5|7.10|7|0|44", "7.1 ||7|0|0", " ||0|0|0",
+        "1..2.3.4 1..2|1.|1|0|3", "12.3.4 |12.3|12|3|0"}) {
+    SetVersion({{"FileVersion", row.substr(0, row.find(' '))}});
+    EXPECT_EQ(Versions(CDQApplicationInfo()), row);
   }
 }
 
@@ -49,9 +56,8 @@ TEST_F(ApplicationInfo, TheExecutableGivesDirectoryKeyAndOptionsFileUnlessTheCod
     CDQApplicationInfo::SetAppCode(code.c_str());
     CDQApplicationInfo info;
     std::ostringstream all;
-    all << info.GetExecutableDirectory().View() << '|' << info.GetRegistryKey().View() << '|'
-        << info.GetOptionsFile().View() << '|' << info.IsAppLumenSql() << info.IsAppDeltaKeeper()
-        << info.IsAppQuillbase() << info.IsAppDQPacer();
+    all << Places(info) << info.IsAppLumenSql() << info.IsAppDeltaKeeper() << info.IsAppQuillbase()
+        << info.IsAppDQPacer();
     EXPECT_EQ(all.str(), told);
     info.SetOptionsFile("own.dqo");
     EXPECT_STREQ(info.GetOptionsFile(), "own.dqo");
@@ -92,11 +98,19 @@ TEST_F(ApplicationInfo, VersionTextsAreThoseOfTheFirstTranslationAndNotAssigned)
                 info.GetOriginalFileName() + info.GetProductVersion(),
             "040704e4CompanyNameFileDescriptionLegalCopyrightLegalTrademarks"
             "OriginalFileNameProductVersion");
-  SetVersion({{"FileVersion", "5.6.7.8"}, {"Comments", "new"}});
+  SetVersion({{"FileVersion", "5.6.7.8"}, {"Comments", "new"}, {"ProductName", "sold"}});
+  CWinApp app("name");
+  app.SetExecutablePath("/bin/tool");
   CDQApplicationInfo source;
   source.SetTitle("title");
+  source.SetSplashIDB(9);
+  EXPECT_EQ(source.GetProductName() + Places(source).c_str(), "sold/bin|tool|tool.dqo|");
+  app.SetExecutablePath("/else/where");
   info = source;
-  EXPECT_EQ(info.GetTitle() + info.GetLongVersionNumber() + info.GetComments(), "title5.6.7.8c");
+  EXPECT_EQ(Versions(info) + Places(info), "5.6.7.8 5.6.7|5.6|5|6|8/bin|tool|tool.dqo|");
+  EXPECT_EQ(info.GetTitle() + info.GetExecutablePath() + info.GetProductName() + info.GetComments(),
+            "title/bin/toolsoldc");
+  EXPECT_EQ(info.GetSplashIDB(), 9U);
   // The file is looked for, and then its resource read, before which the former one goes.
   for (int number = 1; !info.GetComments().IsEmpty(); ++number) {
     ASSERT_LT(number, 100);
@@ -107,6 +121,9 @@ TEST_F(ApplicationInfo, VersionTextsAreThoseOfTheFirstTranslationAndNotAssigned)
     }
     AllocationFailed();
   }
+  platform::Current().version_resources->SetTable(std::string(259, 'x'), {{"Comments", "of x"}});
+  platform.modules.path.assign(300, 'x');
+  EXPECT_EQ(CDQVersionInfo().GetComments(), "of x");
   SetVersion({});
   CDQVersionInfo none("/opt/host");
   EXPECT_TRUE(none.GetVersionInfo() == 0 && none.GetLanguageString() == "00000000");

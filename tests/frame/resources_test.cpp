@@ -34,6 +34,8 @@ TEST_F(Resources, SwitchedOperationsTakeNullForTheCurrentModule) {
   EXPECT_EQ(told, "1|1current %1|0|other %2 %2 %2|other a b a|other %1 %2 %1|");
   const CDQSwitchResourceHandle keeps(nullptr);
   EXPECT_EQ(AfxGetResourceHandle(), &current_);
+  current_.AddString(57344, "Tool");
+  EXPECT_EQ(CDQApplicationInfo().GetTitle(), "Tool");
   const CSwitchRCHandle sets(nullptr);
   EXPECT_EQ(AfxGetResourceHandle(), nullptr);
 }
