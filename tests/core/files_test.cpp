@@ -283,7 +283,7 @@ TEST_F(FileUtility, AFailureIsNeitherAnAbsenceNorASuccess) {
 
 TEST_F(FileUtility, NamesForDisplayKeepRootAndLastDirectories) {
   for (const auto& [length, at_least_name, path, shown] : Cases<4>(R"(
-20 => 1 => c:\one\two\three.sql => c:\one\two\three.sql ;; 8 => 1 => c:\one\two\three.sq => three.sq
+20 => 1 => c:\one\two\three.sql => c:\one\two\three.sql ;; 7 => 1 => c:\one\two\three.sq => three.sq
 20 => 1 => c:\first\two\three.sql => c:\...\two\three.sql ;; 8 => 0 => c:\one\two\three.sql =>
 18 => 1 => c:\one\two\three.sql => c:\...\three.sql ;; 9 => 0 => c:\one\two\three.sql => three.sql
 17 => 0 => /one/two/three.sql => /.../three.sql ;; -1 => 0 => a =>
