@@ -294,12 +294,13 @@ TEST(WorkerThread, SendsAndPostsToTheMainWindowOfTheThreadThatBeganItAndMayBeDro
   EXPECT_TRUE(!PumpUntil([] { return false; }, 20) && app.idled.ends_with("012"));
   for (WorkerThread& each : workers) each.Join();
   // One that is dropped goes on.
-  static std::atomic<int> step = 0;
-  const auto procedure = [](void*) -> UINT {
-    while (step == 0) std::this_thread::yield();
-    return step = 2;
+  std::atomic<int> step = 0;
+  const auto procedure = [](void* parameter) -> UINT {
+    auto& shared = *static_cast<std::atomic<int>*>(parameter);
+    while (shared == 0) std::this_thread::yield();
+    return shared = 2;
   };
-  AfxBeginThread(procedure, nullptr);
+  AfxBeginThread(procedure, &step);
   step = 1;
   while (step != 2) std::this_thread::yield();
   EXPECT_FALSE(AfxBeginThread(nullptr, nullptr));
