@@ -101,7 +101,7 @@ TEST_F(FileUtility, DirectoriesAreMadeFromTheOutside) {
     EXPECT_TRUE(fs::exists(path + "d/e/f/g")) << "a text of the array it adds to";
     EXPECT_EQ(prompts.shown, (std::vector(2, ShownBox{question, BOX_YES_NO})));
   }
-  for (const Text root : {"c:", "c:\\", "/"}) EXPECT_TRUE(Utility::CreateDirectory(root, true));
+  for (const Text at : {"c:", "c:\\", "/"}) EXPECT_TRUE(Utility::CreateDirectory(at, true)) << at;
   EXPECT_TRUE(Utility::CreateDirectory(("/" + directory / "d/e").c_str(), false)) << "no share";
   const std::string file = directory.Put("file", "");
   ScriptedPrompts prompts;

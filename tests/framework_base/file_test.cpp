@@ -44,9 +44,8 @@ TEST(Exception, CausesFollowFromTheSystemsErrorsAndAreToldInTheRoomThereIs) {
   const auto told = [](const CException& error, UINT room = 99) {
     char text[99] = "former";
     UINT topic = 7;
-    const BOOL result = error.GetErrorMessage(text, room, &topic);
-    EXPECT_EQ(error.GetErrorMessage(text, room), result);
-    return std::to_string(topic) + text + std::to_string(result);
+    EXPECT_EQ(error.GetErrorMessage(text, room), error.GetErrorMessage(text, room, &topic));
+    return std::to_string(topic) + text + std::to_string(error.GetErrorMessage(text, room));
   };
   for (const auto& [cause, code, words] : Cases<3>(R"(
        -1 => 1 => 61841The system gave no reason1 ;; 0 => 1 => 61840There was no error1

@@ -114,8 +114,7 @@ TEST(ExtensionModule, TakesUpTheClassesEnteredSinceTheRawAttachStep) {
   }
 }
 
-constexpr COLORREF kRed = RGB(0xFF, 0, 0);
-constexpr COLORREF kBlue = RGB(0, 0, 0xFF);
+constexpr COLORREF kRed = RGB(0xFF, 0, 0), kBlue = RGB(0, 0, 0xFF);
 
 std::string Number(std::int64_t value, int size = 4) {
   std::string bytes;
