@@ -75,6 +75,11 @@ TEST(DateTimeFmtDef, AnswersTheWholeFromItsTextsAndPartsFromItsCells) {
   const Def time_first("HH24:MI:SS MM/DD/YYYY  AM");
   EXPECT_EQ(time_first.GetFmtDateTime(5, DTF_DISP), " MM/DD/YYYY");
   EXPECT_EQ(time_first.GetFmtDateTime(26, DTF_DISP), "HH24:MI:SS AM");
+  const Def d("AM SS:MI:HH24 YYYY/MM/DD");
+  EXPECT_EQ(d.GetFmtDay(DTF_DISP) + d.GetFmtMonth(DTF_OLE) + d.GetFmtYear(DTF_WIN) +
+                d.GetFmtHour(DTF_DISP) + d.GetFmtMinute(DTF_OLE) + d.GetFmtSecond(DTF_WIN) +
+                d.GetFmtAMPM(DTF_OLE),
+            "DD%myyyyHH24%Mss%p");
   Def def = Predefined(12);
   def.SetFmtDateTime("changed", DTF_OLE);
   def.SetFmtDateTime("lost", static_cast<DATETIME_FMTTYPE>(-1));
@@ -115,21 +120,6 @@ TEST(DateTimeFmtDef, TakesTheUsersFormatFromTheLocale) {
     }
     EXPECT_EQ(all + (Def::IsLocaleTwoDigitYear() ? "2" : "4"), texts);
   }
-}
-
-TEST(DateTimeFmtDefList, FindsByTheTextOfOneNotation) {
-  CLGDateTimeFmtDefList list;
-  for (int row = 1; row <= 23; ++row) list.AddTail(new Def(Predefined(row)));
-  list.InsertDateTimeFmt("YYYY");
-  list.InsertDateTimeFmt("YYYY");
-  std::string found;
-  for (const char* fmt :
-       {"MM/DD/YYYY", "%m/%d/%Y", "%I:%M:%S %p", "hh24:mi:ss", "%#c", "MM/dd/yyyy", "", "YYYY"}) {
-    int row = 0;
-    while (row < 25 && list[row] != list.FindDateTimeFmt(fmt)) ++row;
-    found += std::to_string(row + 1) + " ";
-  }
-  EXPECT_EQ(found, "11 11 20 23 26 26 26 24 ") << "26 is none";
 }
 
 TEST(DateTimeFmtDefList, DeletesItsElementsAndCopiesThem) {
@@ -271,16 +261,25 @@ TEST(DateTimeFormat, ChoosesByTextAndInsertsWhatNoListHas) {
   EXPECT_EQ(Make(DBMS_ORACLE)->GetOleDateTimeFmt(26, DFK_DBMS_DEFAULT), "%m/%d/%Y %I:%M:%S %p");
 }
 
-TEST(DateTimeFormat, HasThePredefinedFormatsInOrder) {
+TEST(DateTimeFormat, HasThePredefinedFormatsInOrderAndFindsByTheTextOfOneNotation) {
   CString all;
-  const auto format = Make(DBMS_DB2);
-  CConstPtrArrayIterT<CLGDateTimeFmtDef> walk(format->GetPredefinedDateTimeFmtList());
+  CLGDateTimeFmtDefList list = Make(DBMS_DB2)->GetPredefinedDateTimeFmtList();
+  CConstPtrArrayIterT<CLGDateTimeFmtDef> walk(list);
   while (const CLGDateTimeFmtDef* def = walk.Next()) {
     all += std::to_string(def->GetDateTimeType()) + "|" + def->GetFmtDefTitle();
     for (const auto each : {DTF_DISP, DTF_OLE, DTF_WIN}) all += "|" + def->GetFmtDateTime(each);
     all += '\n';
   }
   EXPECT_EQ(platform::Checksum(all.View()), 0xD699B1ECU) << all;
+  for (int i = 0; i < 2; ++i) list.InsertDateTimeFmt("YYYY");
+  std::string found;
+  for (const char* fmt :
+       {"MM/DD/YYYY", "%m/%d/%Y", "%I:%M:%S %p", "hh24:mi:ss", "%#c", "MM/dd/yyyy", "", "YYYY"}) {
+    int row = 0;
+    while (row < 25 && list[row] != list.FindDateTimeFmt(fmt)) ++row;
+    found += std::to_string(row + 1) + " ";
+  }
+  EXPECT_EQ(found, "11 11 20 23 26 26 26 24 ") << "26 is none";
 }
 
 TEST(DateTimeFormat, ACopyHasChoicesInItsOwnLists) {

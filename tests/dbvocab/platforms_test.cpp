@@ -232,6 +232,9 @@ TEST(DBUtility, PutsTheConnectionBehindTheCommandAndHidesThePassword) {
     utility.SetPassword(password.c_str());
     utility.SetDatasource(datasource.c_str());
     utility.SetAuthenticationMode(std::stoi(mode));
+    EXPECT_EQ(utility.GetUser() + "|" + utility.GetPassword() + "|" + utility.GetDatasource(),
+              (user + "|" + password + "|" + datasource).c_str());
+    EXPECT_EQ(utility.GetAuthenticationMode(), std::stoi(mode));
     CString output;
     g_reports.clear();
     EXPECT_EQ(utility.RunExecutable(command.c_str(), output, nullptr), 1) << reported;
@@ -260,16 +263,17 @@ TEST(DBMSFactory, CallsThePlatformsCreatorBetweenItsHooks) {
     void PreCreateObject() override { calls += "<"; }
     std::string* CreateSybase() override { return &(calls += "2"); }
     std::string* CreateSpare5() override { return &(calls += "8"); }
+    std::string* CreateDefault() override { return m_eDBMS < 10 ? &(calls += "d") : nullptr; }
     void PostCreateObject(std::string* object) override { calls += object == &calls ? "> " : ". "; }
     std::string calls;
   };
   std::string calls;
   for (int platform = 0; platform < 12; ++platform) {
     Factory factory(static_cast<DBMS>(platform));
-    EXPECT_EQ(factory.CreateObject() != nullptr, platform == 2 || platform == 8);
+    EXPECT_EQ(factory.CreateObject() != nullptr, factory.GetDBMS() < 10) << platform;
     calls += factory.calls;
   }
-  EXPECT_EQ(calls, "<. <. <2> <. <. <. <. <. <8> <. <. <. ");
+  EXPECT_EQ(calls, "<d> <d> <2> <d> <d> <d> <d> <d> <8> <d> <. <. ");
 }
 
 }  // namespace
