@@ -27,13 +27,8 @@ TEST(Failures, ChangesOfFilesAreDoneOrNotWhateverFails) {
   // All that takes memory of the test's own.
   const TempDirectory dir;
   const ScopedVariable config("XDG_CONFIG_HOME", dir / "made");
-  const std::string a = dir / "a";
-  const std::string b = dir / "b";
-  const std::string link = dir / "link";
-  const std::string made = dir / "made";
-  const std::string sub = dir / "sub";
-  const std::string all = dir / "*";
-  const std::string large(700'000, 'n');
+  const std::string a = dir / "a", b = dir / "b", link = dir / "link", made = dir / "made";
+  const std::string sub = dir / "sub", all = dir / "*", large(700'000, 'n');
   const std::string larger = dir.Put("larger", large);
   std::size_t entries = 0;
   fs::create_symlink("a", link);
@@ -42,7 +37,7 @@ TEST(Failures, ChangesOfFilesAreDoneOrNotWhateverFails) {
   const auto open = [&](const std::string& path, const OpenOptions& options, const Work& work) {
     const Result<HANDLE> file = files->Open(path, options);
     const Error error = file.ok() ? work(file.value) : file.error;
-    if (file.ok()) files->Close(file.value);
+    files->Close(file.value);
     return error;
   };
   const OpenOptions to_replace{.write = true, .create = true, .deny_read = true, .replace = true};

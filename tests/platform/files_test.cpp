@@ -252,9 +252,7 @@ TEST_F(FilesTest, StatusIsToldAndReadOnlyFilesAreKeptAlsoFromPrivilegedUsers) {
 }
 
 TEST_F(FilesTest, RenameAndCopyDoNotOverwriteUnasked) {
-  const std::string a = dir.Put("a", "a");
-  const std::string b = dir.Put("b", "b");
-  const std::string c = dir / "c";
+  const std::string a = dir.Put("a", "a"), b = dir.Put("b", "b"), c = dir / "c";
   EXPECT_THAT(Kinds({files.Rename(a, b), files.Copy(a, b, false), files.Copy(a, a, true),
                      files.Copy(dir.path(), c, false), files.Rename(a, a)}),
               ElementsAre(kAlreadyExists, kAlreadyExists, kInvalidArgument, kAccessDenied, kNone));

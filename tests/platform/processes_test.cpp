@@ -233,8 +233,7 @@ struct Outcome {
   int button = -1;
   /// What the terminal showed (with its echo of the input), and what went to standard error
   /// elsewhere.
-  std::string terminal;
-  std::string standard_error;
+  std::string terminal, standard_error;
 };
 
 /// Reads to the end, and writes a line of the input whenever it is asked for one.
@@ -259,8 +258,7 @@ std::string Converse(int descriptor, std::string_view input) {
 
 /// Asks in another process, which takes its place in the setting.
 Outcome Ask(Setting setting, std::string_view input, const std::function<int()>& ask) {
-  int master = -1;
-  int terminal = -1;
+  int master = -1, terminal = -1;
   int errors[2];
   EXPECT_EQ(openpty(&master, &terminal, nullptr, nullptr, nullptr) + pipe(errors), 0);
   std::atomic<int>& button = MakeSharedCount();
@@ -387,8 +385,7 @@ TEST(DialogScript, StepsArePlayedInOpenedDialogsTooUnlessALineBreaksTheForm) {
   DialogScript script;
   EXPECT_FALSE(DialogScript::Read(
       "# all\n\n 10 = a\\tb\\\\ \r\n11=\npress 9\n11=x\npress 1\n12=y\npress 10\n12=z", script));
-  LoginDialog inner;
-  LoginDialog outer;
+  LoginDialog inner, outer;
   outer.help = [&] { script.Play(inner); };
   script.Play(outer);
   EXPECT_EQ(inner.State(), "<|sa|x|||0|||||");

@@ -115,8 +115,7 @@ TEST_F(RegistryStoreTest, WhatARunningProcessKnowsOutlivesItsFiles) {
     for (const std::string more : {"", "more=z "}) {
       SCOPED_TRACE(strike + more);
       const TempDirectory directory;
-      User user(directory.path());
-      User behind(directory.path());
+      User user(directory.path()), behind(directory.path());
       user.Do("gone=x");
       EXPECT_EQ(behind.All(), "k: gone=x ");
       user.Do("-gone old=y");
@@ -252,11 +251,9 @@ TEST_F(RegistryStoreTest, WhatIsNoStoreOrCannotBeReadIsAnErrorAtOnceAndNeverTold
       Fill(directory.path(), kFill + "leave");
       Shell(directory.path(), "F=" + file + "; " + strike);
       calls.FailEach("Open", number, file);
-      for (const Error& error : {user.OpenKey(kCurrentUser, "none").error,
-                                 user.ReadValue(kCurrentUser, "none", {}).error,
-                                 user.EnumValue(kCurrentUser, 0).error, user.Try("none=x")}) {
-        EXPECT_EQ(error.kind, kind);
-      }
+      ExpectEach(kind,
+                 {user.OpenKey(kCurrentUser, "none").error, user.EnumValue(kCurrentUser, 0).error,
+                  user.ReadValue(kCurrentUser, "none", {}).error, user.Try("none=x")});
       calls.FailEach("Open", 0);
       Shell(directory.path(), "rm hkcu.*");
       user.Do("a=1");
@@ -291,8 +288,7 @@ TEST_F(RegistryStoreTest, AWriterThatWasStoppedStopsNobodyForEver) {
   Fill(directory_.path(), kFill);
   directory_.Put("a.ini", "[s]\nk=1\n");
   const auto profiles = MakeProfileFiles(calls);
-  User user(directory_.path(), calls);
-  User late(directory_.path(), calls);
+  User user(directory_.path(), calls), late(directory_.path(), calls);
   user.Do("one=1");
   // One who is stopped while holding the locks.
   const FileDescriptor stopped(calls, ::open((directory_ / "hkcu.journal").c_str(), O_RDONLY));
@@ -359,12 +355,10 @@ TEST_F(RegistryStoreTest, WhoOnlyReadsLeavesNothingWhereNothingIs) {
   User reader(files);
   for (int twice = 0; twice < 2; ++twice) {
     EXPECT_EQ(reader.All(), "");
-    for (const Error& error :
-         {reader.OpenKey(kLocalMachine, "k").error, reader.ReadValue(kCurrentUser, "v", {}).error,
-          reader.EnumKey(kClassesRoot, 0).error, reader.DeleteValue(kCurrentUser, "v"),
-          reader.DeleteKey(kLocalMachine, "k")}) {
-      EXPECT_EQ(error.kind, ErrorKind::kNotFound);
-    }
+    ExpectEach(ErrorKind::kNotFound,
+               {reader.OpenKey(kLocalMachine, "k").error, reader.DeleteValue(kCurrentUser, "v"),
+                reader.ReadValue(kCurrentUser, "v", {}).error, reader.DeleteKey(kLocalMachine, "k"),
+                reader.EnumKey(kClassesRoot, 0).error});
     reader.Do("flush leave");
     EXPECT_EQ(directory_.Count(), 0u);
   }
@@ -385,8 +379,7 @@ TEST_F(RegistryStoreTest, ASyncThatFailsIsMadeUpForLater) {
       if (++syncs == failing) FailEach("Sync", EIO, "", 1);
       return FailingSystemCalls::Sync(fd);
     }
-    int syncs = 0;
-    int failing = 0;
+    int syncs = 0, failing = 0;
   } calls;
   calls.FailEach("Sync", EIO);
   User user(directory_.path(), calls);
@@ -430,8 +423,7 @@ TEST_F(RegistryStoreTest, WithoutMappingsAndUnlockingChangesAreSeenAllTheSame) {
     const TempDirectory directory;
     FailingSystemCalls calls;
     calls.FailEach(call, EIO);
-    User plain(directory.path());
-    User broken(directory.path(), calls);
+    User plain(directory.path()), broken(directory.path(), calls);
     for (const std::string i : {"0", "1"}) {
       plain.Do("v=" + i);
       broken.Do("w=" + i);

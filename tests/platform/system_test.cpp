@@ -177,7 +177,7 @@ TEST(ProfileText, FindsValues) {
   EXPECT_THAT(ProfileKeys(text, "none"), ElementsAre());
 }
 
-TEST(ProfileText, ChangesOnlyTheLinesConcerned) {
+TEST(ProfileText, ChangesOnlyTheLinesConcernedAndRefusesWhatCannotBeReadBack) {
   const auto plain = [](const std::string& signs) {
     std::string text;
     for (const char sign : signs) {
@@ -210,9 +210,7 @@ TEST(ProfileText, ChangesOnlyTheLinesConcerned) {
   }
   std::string text = "[s]\nk=v\n";
   EXPECT_TRUE(SetProfileValue(text, "s", "k", "\tv ") && text == "[s]\nk=\tv \n");
-}
-
-TEST(ProfileText, RefusesWhatWouldNotBeReadBack) {
+  // What would not be read back is refused.
   for (const char* name : {"", " \t", "a\nb", "a\r"}) {
     EXPECT_FALSE(IsProfileSectionName(name)) << name;
     EXPECT_FALSE(IsProfileKeyName(name)) << name;
@@ -388,9 +386,7 @@ TEST(DatePictures, TranslateElementsAndQuoteText) {
   // Patterns that name themselves and each other come to an end.
   EXPECT_LT(TimePicture({.time = "%X%X%X%H", .time_12h = ""}).size(), 2000U);
   EXPECT_LT(ShortDatePicture({.date_time = "%x%x%x", .date = "-%c%c"}).size(), 2000U);
-}
-
-TEST(DatePictures, LongDateIsTheDateOfTheDateAndTimeWithFullNames) {
+  // The long date is the date of date and time, with full names.
   for (const auto& [date_time, picture] : Cases<2>(R"(
            %a %b %e %H:%M:%S %Y => dddd MMMM d yyyy ;; %d-%m-%Y ora %H:%M => dd-MM-yyyy
            %a, %d %b %Y, %X => dddd, dd MMMM yyyy ;; %Y年%d日 %H時%M分 => yyyy'年'dd'日'

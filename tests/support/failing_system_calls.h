@@ -122,15 +122,11 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
   }
 
   /// Calls up to the one that fails, 0 if none is to, less if it has.
-  int countdown_ = 0;
-  int error_ = 0;
-  std::string_view broken_;
-  std::string_view broken_end_;
-  int broken_error_ = 0;
-  int times_ = 0;
+  int countdown_ = 0, error_ = 0;
+  std::string_view broken_, broken_end_;
+  int broken_error_ = 0, times_ = 0;
   std::function<void()> happens_;
-  std::size_t most_ = SIZE_MAX;
-  std::size_t room_ = SIZE_MAX;
+  std::size_t most_ = SIZE_MAX, room_ = SIZE_MAX;
 };
 
 }  // namespace dq::test

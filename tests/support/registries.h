@@ -53,6 +53,11 @@ class MemoryRegistry : private MemoryDirectory, public platform::posix::FileRegi
   }
 };
 
+/// All of them are of a kind.
+inline void ExpectEach(platform::ErrorKind kind, std::initializer_list<platform::Error> errors) {
+  for (const platform::Error& error : errors) EXPECT_EQ(error.kind, kind);
+}
+
 /// Types and data of values by name, by the path of their key; that of the first key is "".
 using RegistryDump = std::map<std::string, std::map<std::string, std::pair<DWORD, std::string>>>;
 
