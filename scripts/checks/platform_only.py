@@ -27,7 +27,7 @@ STANDARD = set(
 # Third parties, by the tops of the tree that may have them.
 THIRD_PARTIES = {
     "tests": r"(gtest|gmock)/",
-    "fuzzing": r"fuzzer/|gmp\.h$",
+    "fuzzing": r"fuzzer/|gmpxx\.h$",
     "benchmarks": r"(benchmark|absl)/",
     "apps": r"sqlite3\.h$|Q[A-Z]\w*$|Qt|CLI/|nlohmann/",
 }
