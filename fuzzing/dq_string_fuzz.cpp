@@ -82,8 +82,7 @@ void Try(std::string_view input) {
   platform::Current().locale->SetCodePage(pages[byte() % 4]);
   CDQString text;
   while (!input.empty()) {
-    const int operation = byte() % 18;
-    const int own = byte();
+    const int operation = byte() % 18, own = byte();
     Call call{words(), words(), byte() - 1, static_cast<char>(std::max(byte(), 1))};
     // Now and then a text is a part of the string itself, which makes no difference.
     const char* first = call.first.c_str();
