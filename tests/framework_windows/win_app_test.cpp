@@ -252,7 +252,8 @@ TEST_F(MessageLoop, EndsWithTheCodeBehindPostedMessagesAndLeavesNestedLoops) {
     if (message != WM_APP) return 0;
     PostQuitMessage(7);
     window.PostMessage(WM_APP + 1);
-    return static_cast<int>(PumpUntil([] { return false; }));
+    EXPECT_FALSE(PumpUntil([] { return false; }));
+    return 0;
   };
   EXPECT_TRUE(app.Run() == 7 && window.got + app.idled == "32770/0 32768/0 32769/0 012012");
 }
