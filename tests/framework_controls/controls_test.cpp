@@ -434,11 +434,10 @@ TEST(RowStore, SortedListPutsEqualsBehindEachOtherAndKeepsTheSelectedRow) {
   EXPECT_TRUE(list.DeleteString(1) == 6 && list.DeleteString(3) == 5 && list.GetCurSel() == 2);
   EXPECT_TRUE(list.DeleteString(2) == 4 && list.GetCurSel() == -1);
   for (const int bad : {-2, 99}) {
-    for (const int answer : {list.InsertString(bad, "x"), list.DeleteString(bad),
+    EXPECT_THAT((std::vector{list.InsertString(bad, "x"), list.DeleteString(bad),
                              list.SetCurSel(bad), list.SetItemData(bad, 1), list.GetTextLen(bad),
-                             list.GetSel(bad), list.SetTopIndex(bad)}) {
-      EXPECT_EQ(answer, -1);
-    }
+                             list.GetSel(bad), list.SetTopIndex(bad)}),
+                testing::Each(-1));
     EXPECT_EQ(list.GetItemData(bad), ~std::uintptr_t{0});
   }
 }

@@ -268,9 +268,7 @@ TEST_F(Dialog, RunsTheMessageLoopUnderAWindowLayer) {
   struct Layer : RecordingObserver {
     bool RunsDialogs() const override { return true; }
   } layer;
-  for (GotoDlg* each : {&dialog, &inner}) {
-    each->on_init = [each] { each->PostMessage(WM_COMMAND, 102); };
-  }
+  for (GotoDlg* it : {&dialog, &inner}) it->on_init = [it] { it->PostMessage(WM_COMMAND, 102); };
   inner.on_more = [&] { dialog.DestroyWindow(); };
   // It ends with the one it stands over.
   dialog.on_more = [&] { EXPECT_EQ(inner.DoModal(), IDCANCEL); };

@@ -382,9 +382,7 @@ DialogTemplate Form(const std::string& caption) {
 
 struct SubjectDlg : CNSFlexDialog {
   SubjectDlg() { InitModalIndirect(Form("Subject")); }
-  void OnApplyChanges(void* subject) override {
-    *static_cast<int*>(subject) += IsModified() ? 10 : 1;
-  }
+  void OnApplyChanges(void* sum) override { *static_cast<int*>(sum) += IsModified() ? 10 : 1; }
   void DoDataExchange(CDataExchange* exchange) override {
     if (exchange->m_bSaveAndValidate && GetDlgItemText(20) == "bad") exchange->Fail();
   }
