@@ -106,20 +106,19 @@ TEST_F(DateTime, ReadsByTheFormatKeptOrByTheLocale) {
 TEST_F(DateTime, ATwoDigitYearMovesTheValueTo1900) {
   const SystemLocale locale("C");
   CLGDateTimeFmtDef whole("YYYY-MM-DD");
-  for (const auto& [text, fmt, type, printed, after] :
-       Rows<Text, Text, int, Text, int>{{"2001-04-03", "DY MM/DD/YY", 6, "Wed 04/03/01", 1901},
-                                        {"2000-02-29", "DY MM/DD/YY", 6, "", -1},
-                                        {"2001-04-03", "DY MM/DD/YY", 26, "Tue 04/03/01", 2001},
-                                        {"2001-04-03", "DY MM/DD/YYYY", 6, "Tue 04/03/2001", 2001},
-                                        {"2001-04-03", "", 6, "", 2001}}) {
-    CLGDateTimeFmtDef def(fmt);
-    def.SetDateTimeType(type);
-    CLGDateTime value(text, &whole);
-    EXPECT_EQ(value.Format(6, *fmt != '\0' ? &def : nullptr), printed) << text;
-    EXPECT_EQ(value.GetYear(), after) << text;
+  for (const auto& [text, fmt, type, printed, after] : Cases<5>(R"(2001-04-03 => => 6 => => 2001
+      2001-04-03 => DY MM/DD/YY => 6 => Wed 04/03/01 => 1901
+      2000-02-29 => DY MM/DD/YY => 6 => => -1
+      2001-04-03 => DY MM/DD/YY => 26 => Tue 04/03/01 => 2001
+      2001-04-03 => DY MM/DD/YYYY => 6 => Tue 04/03/2001 => 2001)")) {
+    CLGDateTimeFmtDef def(fmt.c_str());
+    def.SetDateTimeType(std::stoi(type));
+    CLGDateTime value(text.c_str(), &whole);
+    EXPECT_EQ(value.Format(6, fmt.empty() ? nullptr : &def).View(), printed) << text;
+    EXPECT_EQ(value.GetYear(), std::stoi(after)) << text;
     // No format of a conversion is stored as a time's.
-    EXPECT_EQ(Converted(6, text, "YYYY-MM-DD", fmt),
-              type == 26 ? "1:Wed 04/03/01" : "1:" + CString(printed));
+    const CString converted = type == "26" ? "Wed 04/03/01" : printed.c_str();
+    EXPECT_EQ(Converted(6, text, "YYYY-MM-DD", fmt.c_str()), "1:" + converted);
   }
 }
 
