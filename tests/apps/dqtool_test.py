@@ -32,10 +32,8 @@ class AnswersTest(transcript.TranscriptTest):
             --file - --set a=B --json < $$a$$\n\xff => {"text":{"hex":"420aff"}}
             -- --set => --set
             --set a=B '$$A$$ $$a$$' =>1 $$A$$ B ! DQTemplateEngine::Process - Variable  '$$A$$' is not in the dictionary.
-            --file zeros =>1 ! no text: zeros
-            --file none =>1 ! cannot read none: No such file or directory
-            --set a x =>2 ! --set needs NAME=VALUE, not 'a'
-            --set =a x =>2 ! --set needs NAME=VALUE, not '=a'
+            --file zeros =>1 ! no text: zeros ;; --file none =>1 ! cannot read none: No such file or directory
+            --set a x =>2 ! --set needs NAME=VALUE, not 'a' ;; --set =a x =>2 ! --set needs NAME=VALUE, not '=a'
             --file a --file b =>2 ! --file stands twice
             -x =>2 ! no option -x; a word that begins with '-' stands behind '--'
             --file t.sql x =>2 ! either a TEXT or --file is needed
@@ -59,14 +57,12 @@ class AnswersTest(transcript.TranscriptTest):
             44030 ora1 --json => {"id":44030,"text":"Start Task: On ora1"}
             44030 => Start Task: On %s ;; 44030 '' => Start Task: On\x20
             44030 %d%s => Start Task: On %d%s ;; 44030 -- -x => Start Task: On -x
-            23528 net 5 => net failed with error code5.\r\n%s
-            44088 a b 7 => Error: a\nFile: b,  Line 7
+            23528 net 5 => net failed with error code5.\r\n%s ;; 44088 a b 7 => Error: a\nFile: b,  Line 7
             61714 1 9 => Please enter an integer between 1 and 9.
             4294967295 =>1 ! no string with id 4294967295
             99999999999999999999 =>1 ! no string with id 99999999999999999999
             12x =>2 ! ID is a number, not '12x' ;; -1 =>2 ! ID is a number, not '-1'
-            '' =>2 ! ID is a number, not ''
-            44020 more =>2 ! 1 ARG more than the string has places
+            '' =>2 ! ID is a number, not '' ;; 44020 more =>2 ! 1 ARG more than the string has places
             """)
 
     def test_logs(self):
@@ -121,14 +117,12 @@ class AnswersTest(transcript.TranscriptTest):
             1x =>2 ! no kind of objects '1x', by number or name
             99999999999 =>2 ! no kind of objects '99999999999', by number or name
             [types]
-            =>2 ! --platform P is needed
-            --platform oracle --version -1 =>2 ! V is a version, not '-1'
+            =>2 ! --platform P is needed ;; --platform oracle --version -1 =>2 ! V is a version, not '-1'
             --platform oracle --version 1e999 =>2 ! V is a version, not '1e999'
             --platform oracle --app '' =>2 ! no application ''; there are 'Lumen SQL'...
             [words]
             m_pszof => OF ;; m_pszendofln => \\x0d\\x0a
-            M_PSZENDOFLN --json => {"name":"m_pszEndOfLn","word":"\\r\\n"}
-            of =>1 ! no word is named of
+            M_PSZENDOFLN --json => {"name":"m_pszEndOfLn","word":"\\r\\n"} ;; of =>1 ! no word is named of
             m_pszoff =>1 ! no word is named m_pszoff; did you mean 'm_pszof'?
             => ~m_pszMlsLabel\tMLSLABEL\n([^\n]*\n){196}m_pszYes\tY
             a b =>2 ! NAME is one text; put it in quotes
@@ -154,15 +148,12 @@ class AnswersTest(transcript.TranscriptTest):
             --platform sqlserver --version x y =>2 ! V is a version, not 'x'
             --platform db2 --json=1 x =>2 ! --json takes no value
             --platfrom db2 x =>2 ! no option --platfrom; did you mean '--platform'?
-            dqtool option get 50270 => 0 ;; dqtool option set 50270 1 =>
-            --platform oracle emp => "emp"
+            dqtool option get 50270 => 0 ;; dqtool option set 50270 1 => ;; --platform oracle emp => "emp"
             [split-name]
-            a.b => a\nb ;; a.b.c.d --json => {"parts":["a","b","c.d"]} ;; a =>1
-            a..b --json =>1 {"parts":[]}
+            a.b => a\nb ;; a.b.c.d --json => {"parts":["a","b","c.d"]} ;; a =>1 ;; a..b --json =>1 {"parts":[]}
             [version]
             --platform oracle 'Oracle8i Release 8.1.7.0.0' => 8.170
-            8.1.7 --platform oracle --json => {"version":"8.17"}
-            --platform oracle 8.1.7 >= 8.1 => true
+            8.1.7 --platform oracle --json => {"version":"8.17"} ;; --platform oracle 8.1.7 >= 8.1 => true
             --platform oracle 8.1.7 '>' 8.1 --json =>1 {"result":false}
             --platform db2 ? == 0 => true ! no version in '?'
             --platform oracle nonsense => nonsense ! no version in 'nonsense'
@@ -194,8 +185,7 @@ class AnswersTest(transcript.TranscriptTest):
             --platform oracle --type viw =>2 ! no kind of objects 'viw', by number or name; did you mean 'View'?
             [objects]
             map list =>1 ! there is no file map ;; map add r table O N =>
-            map add a 40 own 'a\tb' => ;; map add r 16 P Q =>
-            map list => a\t40\town\ta\\x09b\nr\t16\tP\tQ
+            map add a 40 own 'a\tb' => ;; map add r 16 P Q => ;; map list => a\t40\town\ta\\x09b\nr\t16\tP\tQ
             map list --json => [\n{"key":"a","type":40,"owner":"own","name":"a\\tb"},\n{"key":"r","type":16,"owner":"P","name":"Q"}\n]
             - list < => ;; bad := \1\0\1
             bad add k 1 o n =>1 ! Error:  Failed to read object map file 'bad'...
@@ -203,8 +193,7 @@ class AnswersTest(transcript.TranscriptTest):
             loop list =>1 ! Error:  Failed to open object map file 'loop'...
             loop add k 1 o n =>1 ! Error:  Failed to open object map file 'loop'...
             map add k 0 o n =>2 ! no kind of objects has the number 0
-            map add k 89 o n =>2 ! no kind of objects has the number 89
-            '' list =>2 ! FILE is empty
+            map add k 89 o n =>2 ! no kind of objects has the number 89 ;; '' list =>2 ! FILE is empty
             - add k 1 o n =>2 ! standard input can't be changed; for a file of that name: ./-
             map =>2 ! list or add is needed ;; =>2 ! a FILE is needed, and list or add
             """)
@@ -235,8 +224,7 @@ class AnswersTest(transcript.TranscriptTest):
             convert --platform db2 --in MM --out MM --code 7 1 =>2 ! CODE is 5, 6, 19, 20, 26 or 27, not '7'
             convert --platform none --in MM --out MM 1 =>2 ! no date-time formats for none
             default --platform db2 => current\tmm/dd/YYYY hh12:MI:SS AM\nsaved\tmm/dd/YYYY hh12:MI:SS AM\ndefault\tYYYY-MM-DD HH24:MI:SS
-            dqtool option get 60000 => "" ;; dqtool settings list =>
-            dqtool option set 60000 DD.MM.YY =>
+            dqtool option get 60000 => "" ;; dqtool settings list => ;; dqtool option set 60000 DD.MM.YY =>
             default --platform db2 --json => [\n{"choice":"current","format":"DD.MM.YY"},\n{"choice":"saved","format":"DD.MM.YY"},\n{"choice":"default","format":"YYYY-MM-DD HH24:MI:SS"}\n]
             dqtool option set date_format 'no format' =>1 ! option 60000 takes a format in display notation, not 'no format'
             dqtool settings set Software/Velmora/dqtool/Options 60000 'no format' =>
@@ -245,8 +233,7 @@ class AnswersTest(transcript.TranscriptTest):
             cells => ~1\tmm\t%#m\tM\tSingle digit month of the year\t7\n([^\n]*\n){26}[^\n]*
             formats => ~([^\n]*\n){17}5\t03-Apr-93\tDD-MON-YY HH12:MI:SS AM\t%d-%b-%y\tdd-MMM-yy(\n[^\n]*){5}
             x =>2 ! cells, formats, notation, valid, part, convert or default is needed, not 'x'
-            valid =>2 ! a FORMAT is needed
-            convert --in MM --out MM 1 =>2 ! --platform P is needed
+            valid =>2 ! a FORMAT is needed ;; convert --in MM --out MM 1 =>2 ! --platform P is needed
             """)
 
 
@@ -280,8 +267,7 @@ class SettingsTest(transcript.TranscriptTest):
         self.environment["XDG_CONFIG_HOME"] = self.path("unreadable")
         self.play(r"""
             [option]
-            list =>1 ! Settings could not be read...
-            get 50270 --json =>1 ! Settings could not be read...
+            list =>1 ! Settings could not be read... ;; get 50270 --json =>1 ! Settings could not be read...
             unset 50270 =>1 ! Option 50270 could not be reset: Invalid argument\noption 50270 could not be reset
             dqtool dialog 44510 --script - < press 2 =>1 cancel ! Settings could not be read. Until they can, their defaults hold.\nCause: Invalid argument...
             """)
@@ -303,8 +289,7 @@ class SettingsTest(transcript.TranscriptTest):
             rename B B/Sub =>1 ! B could not be renamed to B\\Sub
             delete / =>2 ! KEY is the root, which stays ;; rename K '\\' =>2 ! NEW is empty
             rename '' X =>2 ! KEY is the root, which stays ;; delete =>2 ! a KEY is needed
-            set K N =>2 ! a KEY, a NAME and a VALUE are needed
-            export K =>2 ! export takes no words
+            set K N =>2 ! a KEY, a NAME and a VALUE are needed ;; export K =>2 ! export takes no words
             import none.reg =>1 ! cannot read none.reg: No such file or directory
             """)
         self.dqtool("settings", "set", "B/Sub", "much", "x" * 7680)
@@ -369,8 +354,7 @@ class SettingsTest(transcript.TranscriptTest):
             none/f.ini set S K V =>1 ! none/f.ini: No such file or directory
             - get S K < \xff\xfe[ =>1 ! standard input: Invalid or incomplete multibyte or wide character
             $D set S K V =>1 ! $D: Is a directory ;; $D sections =>1 ! $D: Is a directory
-            /dev/full set S K V =>1 ! /dev/full: ...
-            f.ini set 'S]\n[T' K V =>1 ! f.ini: Invalid argument
+            /dev/full set S K V =>1 ! /dev/full: ... ;; f.ini set 'S]\n[T' K V =>1 ! f.ini: Invalid argument
             f.ini set '' K V =>2 ! a name is empty
             f.ini gte S K =>2 ! get, set, delete-key, delete-section, sections or keys is needed, not 'gte'; did you mean 'get'?
             - set S K V =>2 ! standard input can't be changed; for a file of that name: ./-
@@ -403,8 +387,7 @@ class SettingsTest(transcript.TranscriptTest):
             Optoins =>2 ! no dialog 'Optoins', as --list shows; did you mean 'Options'?
             =>2 ! a DIALOG or --list is needed
             44510 --script a --controls =>2 ! either --controls or --script
-            44510 --list =>2 ! --list stands alone
-            44510 1 =>2 ! DIALOG is one text; put it in quotes
+            44510 --list =>2 ! --list stands alone ;; 44510 1 =>2 ! DIALOG is one text; put it in quotes
             44510 --script none =>1 ! cannot read none: No such file or directory
             44530 --controls --json => ~.*{"id":44552,"kind":"button","label":"Customize","value":"","state":"shown","items":\[\]}.*"id":44533,[^}]*"state":"hidden".*
             options --controls => ~2900\tlist\tPage\tEditor\tshown\tEditor\tSQL Formatter\tNames and Scripts\tOutput Pane\tFavorites\tJobs\n.*
@@ -446,8 +429,7 @@ class ProgramTest(transcript.TranscriptTest):
             self.assertEqual(self.dqtool("date", *words), self.dqtool("date", "--help"))
         self.play(r"""
             --VERSION => dqtool 7.1.0 ;; --version x =>2 ! dqtool: --version takes no words
-            --json text 44030 ora1 => {"id":44030,"text":"Start Task: On ora1"}
-            --platform=db2 quote a => "a"
+            --json text 44030 ora1 => {"id":44030,"text":"Start Task: On ora1"} ;; --platform=db2 quote a => "a"
             --jsno TEXT 44030 =>2 ! dqtool: text: no option --jsno; did you mean '--json'?
             nonsense =>2 ! dqtool: no command named nonsense
             ibgint =>2 ! dqtool: no command named ibgint; did you mean 'bigint'?
