@@ -165,7 +165,7 @@ void (*PresentHandler(int signal_number))(int) {
   return present.sa_handler;
 }
 
-TEST(Console, StopRequestCallsTheWatchInsteadOfEndingTheProgram) {
+TEST(Console, StopRequestCallsTheWatchInsteadOfEndingTheProgramIfThereIsAThread) {
   for (const int signal_number : {SIGINT, SIGQUIT, SIGTERM, SIGHUP}) {
     std::promise<void> stopped;
     auto watch = System().console->WatchStopRequests([&stopped] { stopped.set_value(); });
@@ -181,9 +181,7 @@ TEST(Console, StopRequestCallsTheWatchInsteadOfEndingTheProgram) {
     EXPECT_EQ(raise(SIGHUP), 0);
     EXPECT_EQ(PresentHandler(SIGHUP), SIG_IGN) << "what was ignored stays so";
   }));
-}
-
-TEST(Console, NoWatchAndNothingLeftBehindWithoutAThread) {
+  // Without a thread there is no watch, and nothing is left behind.
   const auto descriptors = OpenDescriptors();
   pthread_attr_t former, huge;
   ASSERT_EQ(pthread_getattr_default_np(&former) + pthread_getattr_default_np(&huge), 0);

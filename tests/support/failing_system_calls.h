@@ -55,8 +55,7 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
   }
   int Lock(int fd, int operation) override {
     // Giving up a lock works always too, but for who wants to see what happens then.
-    const bool gives_up = (operation & LOCK_UN) != 0;
-    const bool fails = gives_up ? Fails("Unlock", false) : Fails();
+    const bool fails = (operation & LOCK_UN) != 0 ? Fails("Unlock", false) : Fails();
     return fails ? -1 : SystemCalls::Lock(fd, operation);
   }
   int Open(const char* path, int flags, mode_t mode) override {

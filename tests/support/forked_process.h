@@ -27,7 +27,6 @@ class ForkedProcess {
     ::_exit(testing::Test::HasFailure() ? 1 : 0);
   }
   ForkedProcess(const ForkedProcess&) = delete;
-  ForkedProcess& operator=(const ForkedProcess&) = delete;
 
   /// Waits for the end, once; whether the process started and did all its work as was expected.
   bool EndsWell() { return Status() == 0; }
@@ -40,7 +39,7 @@ class ForkedProcess {
     return id_ > 0 && ::waitpid(id_, &status, 0) == id_ ? status : -1;
   }
 
-  pid_t id_;
+  const pid_t id_;
 };
 
 /// Whether so many processes, which work at the same time and are told their numbers, all end well.

@@ -67,13 +67,12 @@ class ScopedVariable {
     ::setenv(name_.c_str(), value.c_str(), 1);
   }
   ScopedVariable(const ScopedVariable&) = delete;
-  ScopedVariable& operator=(const ScopedVariable&) = delete;
   ~ScopedVariable() {
     former_ ? ::setenv(name_.c_str(), former_->c_str(), 1) : ::unsetenv(name_.c_str());
   }
 
  private:
-  std::string name_;
+  const std::string name_;
   std::optional<std::string> former_;
 };
 
