@@ -305,8 +305,7 @@ TEST_F(FilesTest, PathsThatCannotBeAreRefused) {
   std::string long_path = dir.path();
   while (long_path.size() < 4096) long_path += "/" + std::string(250, 'x');
   long_path.resize(4096, 'x');
-  const std::string zero = dir.Put("a", "") + std::string("\0b", 2);
-  const std::string no_path(4095, 'x');
+  const std::string zero = dir.Put("a", "") + std::string("\0b", 2), no_path(4095, 'x');
   ExpectEach(kInvalidArgument, {files.Status(long_path).error, files.FullPath(no_path).error,
                                 files.Status(no_path + "x").error, files.Delete(zero)});
   for (const std::string& path : {""s, "c:" + dir.path(), "\\\\tmp"s}) {

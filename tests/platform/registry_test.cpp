@@ -102,10 +102,8 @@ TEST_F(RegistryTest, HandlesAreNeverTheNumbersOfOthersAndGoWithTheirKeys) {
   }
   for (const HKEY root : {kNoKey, kCurrentUser, kLocalMachine}) registry_.CloseKey(root);
   EXPECT_FALSE(registry_.IsSameKey(kCurrentUser, kLocalMachine));
-  for (const HKEY none :
-       {kNoKey, HKEY{1}, kClassesRoot - 1, kLocalMachine + 1, ~HKEY{0}, key + 1}) {
-    ExpectEach(kNotFound,
-               {registry_.OpenKey(none, "").error, registry_.SetValue(none, "v", 1, "")});
+  for (const HKEY no : {kNoKey, HKEY{1}, kClassesRoot - 1, kLocalMachine + 1, ~HKEY{0}, key + 1}) {
+    ExpectEach(kNotFound, {registry_.OpenKey(no, "").error, registry_.SetValue(no, "v", 1, "")});
   }
   // That of a deleted key stays gone, whoever deletes it.
   const HKEY here = Make("a\\b"), there = other_.OpenKey(kCurrentUser, "a\\b").value;
@@ -323,11 +321,10 @@ TEST(RegistryJournal, ADamagedByteCostsOneRecordAndWhatIsFromElsewhereIsNone) {
 TEST(RegistryJournal, BytesThatOverlapAsRecordsAreReadInLinearTime) {
   // Heads side by side, each with all the bytes behind it as content that isn't the right one: who
   // looked at all of it for each would take half an hour.
-  constexpr std::size_t kMost = 4 << 20;
+  constexpr std::size_t kEnd = 4 << 20;
   std::string bytes;
-  while (bytes.size() + 28 <= kMost) {
-    const std::uint64_t head[]{kMost - bytes.size() - 28, kEpoch,
-                               kJournalHeaderSize + bytes.size()};
+  while (bytes.size() + 28 <= kEnd) {
+    const std::uint64_t head[]{kEnd - bytes.size() - 28, kEpoch, kJournalHeaderSize + bytes.size()};
     const std::string_view text(reinterpret_cast<const char*>(&head), sizeof head);
     const std::uint32_t sum = Checksum(text);
     bytes.append(text).append(reinterpret_cast<const char*>(&sum), sizeof sum);
