@@ -110,8 +110,8 @@ TEST_F(FilesTest, ReplacingKeepsPermissionsAndLinksAndHoldsAFileFromItsOpening) 
   for (const char* name : {"link", "dangling"}) {
     const HANDLE file = open(name);
     EXPECT_TRUE(TryOpen(dir / name, {}) == kBusy && files.ReplaceAndClose(file, name).ok());
-    EXPECT_TRUE(files.Close(file).kind == kInvalidArgument &&
-                TryOpen(dir / name, kToReplace) == kNone);
+    EXPECT_EQ(files.Close(file).kind, kInvalidArgument);
+    EXPECT_EQ(TryOpen(dir / name, kToReplace), kNone);
   }
   EXPECT_EQ(TryOpen(dir / "made", kToReplace), kNone);
   EXPECT_EQ(Run("stat -c '%a %N' old link dangling; cat old none; ls"),
@@ -324,9 +324,8 @@ TEST_F(FilesTest, SearchesProgramDirectoryThenCurrentThenPath) {
 }
 
 TEST_F(FilesTest, TellsVolumesDrivesAndPathsOfOtherMachines) {
-  const VolumeFacts volume = files.Volume(dir.path()).value;
-  EXPECT_TRUE(volume.bytes_total > volume.bytes_free &&
-              files.Volume("/proc").value.file_system == "proc");
+  const VolumeFacts volume = files.Volume(dir.path()).value, proc = files.Volume("/proc").value;
+  EXPECT_TRUE(volume.bytes_total > volume.bytes_free && proc.file_system == "proc");
   EXPECT_EQ(files.Volume(dir / "none").error.kind, kNotFound);
   for (const char* drive : {"c:", "/"}) EXPECT_EQ(files.KindOfDrive(drive), DRIVE_KIND_FIXED);
   for (const auto& no : {""s, dir / "none"}) EXPECT_EQ(files.KindOfDrive(no), DRIVE_KIND_NO_ROOT);

@@ -256,8 +256,7 @@ std::string Converse(int descriptor, std::string_view input) {
 
 /// Asks in another process, which takes its place in the setting.
 Outcome Ask(Setting setting, std::string_view input, const std::function<int()>& ask) {
-  int master = -1, terminal = -1;
-  int errors[2];
+  int master = -1, terminal = -1, errors[2];
   EXPECT_EQ(openpty(&master, &terminal, nullptr, nullptr, nullptr) + pipe(errors), 0);
   std::atomic<int>& button = MakeSharedCount();
   button = -1;
