@@ -1,9 +1,7 @@
 #include "dqlib/dbvocab/version_number.h"
-#include "dqlib/platform/checksum.h"
 #include "siblings/options/options_server.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/own_settings.h"
-#include "tests/support/temp_directory.h"
 
 namespace dq::test {
 namespace {
@@ -58,15 +56,6 @@ TEST(QuoteName, EachPlatformHasItsOwnPlainCharactersWordsAndQuotes) {
                                 R"("A B","Emp","Begin","rowNum","ORDER",ORDERS,,""A",)");
   ExpectQuotes<DB2QuoteName>(2, upper, db2, off, db2_on);
   ExpectQuotes<DB2OS390QuoteName>(2, upper, db2, off, db2_on);
-}
-
-TEST(QuoteName, TheWordListsAreAsTheyAlwaysWere) {
-  for (const auto& [id, checksum] :
-       Rows<UINT, std::uint32_t>{{43985, 0xA57DCF7F}, {43989, 0xB3121BA2}, {43991, 0x5C7D4054}}) {
-    std::string text(LibraryResources().String(id).value_or(""));
-    std::erase(text, ' ');
-    EXPECT_EQ(platform::Checksum(text), checksum) << id << text;
-  }
 }
 
 TEST(IdentifierName, UnwrapsAndSplits) {
