@@ -1,9 +1,11 @@
 #include <regex>
 
+#include "dqlib/platform/checksum.h"
 #include "siblings/options/option_data_array.h"
 #include "siblings/options/options_file.h"
 #include "siblings/options/options_server.h"
 #include "siblings/options/template_engine.h"
+#include "siblings/pictures/pictures.h"
 #include "tests/support/doubles.h"
 #include "tests/support/failing_memory.h"
 #include "tests/support/forked_process.h"
@@ -453,7 +455,6 @@ TEST_F(OptionsServer, HasTheShippedOptions) {
   }
   EXPECT_EQ(delimiters, "go go ; / ;  ");
   EXPECT_EQ(shipped.GetOptionIDByName("syntax_coloring"), 52500);
-  EXPECT_TRUE(shipped.ResolveVariableString("$$template_root$$").View().ends_with("/templates"));
 
   // An installed program has them beside its own directory.
   ScriptedPlatform platform;
@@ -478,6 +479,23 @@ TEST(OptionReading, ANumberIsNeverOlderThanTheLastChangeOfAnyProcess) {
   ASSERT_TRUE(server.SetBool(50270, true));
   const CWinApp another("Another Tool");
   EXPECT_FALSE(server.GetBool(50270)) << "another application has options of its own";
+}
+
+TEST(Pictures, CanAllBeToldApart) {
+  std::string all;
+  std::set<std::string> seen;
+  CBitmap bitmap;
+  for (UINT id = 3000; id <= 3222; ++id) {
+    ASSERT_TRUE(DQRESOURCES_LoadBitmap(bitmap, id)) << id;
+    const auto [picture, is_new] = seen.insert(WriteDib(*bitmap.GetSafeHandle()));
+    EXPECT_TRUE(is_new) << id;
+    all += *picture;
+    ASSERT_NE(DQRESOURCES_LoadCursor(id), nullptr) << id;
+  }
+  EXPECT_EQ(platform::Checksum(all), 0x49A9FDDFU) << "what they show";
+  const HBITMAP last = bitmap.GetSafeHandle();
+  EXPECT_FALSE(DQRESOURCES_LoadBitmap(bitmap, 3223));
+  EXPECT_EQ(bitmap.GetSafeHandle(), last);
 }
 
 }  // namespace
