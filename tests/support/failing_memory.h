@@ -6,31 +6,19 @@
 
 #pragma once
 
-#include <cstdlib>
-#include <new>
+#include "tests/support/testing.h"
 
 namespace dq::test {
 
-/// The allocation of this thread that fails, counted down; 0 for none.
-inline thread_local int t_countdown = 0;
-inline thread_local bool t_failed = false;
+/// This thread's allocations up to the one that fails, counted down; near `INT_MAX` for none.
+inline thread_local int t_countdown = INT_MAX;
 
-inline void FailAllocation(int number) {
-  t_countdown = number;
-  t_failed = false;
-}
+inline void FailAllocation(int number) { t_countdown = number; }
 /// Whether it has come to that; none fails any more.
-inline bool AllocationFailed() {
-  t_countdown = 0;
-  return t_failed;
-}
+inline bool AllocationFailed() { return std::exchange(t_countdown, INT_MAX) <= 0; }
 
 inline void* Allocate(std::size_t size) noexcept {
-  if (t_countdown > 0 && --t_countdown == 0) {
-    t_failed = true;
-    return nullptr;
-  }
-  return std::malloc(size > 0 ? size : 1);
+  return --t_countdown == 0 ? nullptr : std::malloc(size > 0 ? size : 1);
 }
 
 }  // namespace dq::test
