@@ -61,8 +61,7 @@ TEST_F(Dialogs, OkAsksEachPageInOrderAndStaysAtTheFirstThatRefusesThenTellsEach)
   for (Page* const page : {&off, &a, &b, &c}) ASSERT_GE(sheet.AddPage(*page), 0);
   sheet.EnableTab(0, false);
   EXPECT_FALSE(sheet.SetActivePage(0));
-  bool b_agrees = false;
-  b.answer = [&] { return b_agrees; };
+  b.answer = [] { return false; };
   prompts.on_dialog = [&](View& view) {
     // Where the control lies, and behind it.
     EXPECT_EQ(a.GetPlace(), (CRect{100, 5, 290, 155}));
@@ -73,7 +72,7 @@ TEST_F(Dialogs, OkAsksEachPageInOrderAndStaysAtTheFirstThatRefusesThenTellsEach)
     EXPECT_TRUE(view.Press(IDOK) && view.IsOpen()) << "it is open already";
     Page::log += "| ";
     EXPECT_FALSE(view.Enter(2900, "a")) << "it can't be left";
-    b_agrees = true;
+    b.answer = [] { return true; };
     EXPECT_TRUE(view.Enter(2900, "a"));
     b.SetDlgItemText(10, "x");
     ASSERT_TRUE(view.Press(IDOK) && view.IsOpen());
@@ -92,11 +91,11 @@ TEST_F(Dialogs, OkAsksEachPageInOrderAndStaysAtTheFirstThatRefusesThenTellsEach)
 
 TEST_F(Dialogs, PagesMayGoOrEndTheDialogWhileTheyAreAsked) {
   // What goes while the first page is asked, by a choice or by the button, and what is told.
-  for (const auto& [goes, told] : Cases<2>(R"(
-      page => first+ first? first? first! ;; dialog => first+ first? ;; by OK => last+ first?)")) {
+  for (const auto& [goes, told] :
+       Cases<2>("page => a+ a? a? a! 1 ;; dialog => a+ a? 2 ;; by OK => b+ a? 2")) {
     CDQSftTabsDialog sheet(3000);
-    std::unique_ptr<Page> gone(new Page(3001, "gone")), last(new Page(3002, "last"));
-    Page first(3001, "first");
+    std::unique_ptr<Page> gone(new Page(3001, "gone")), last(new Page(3002, "b"));
+    Page first(3001, "a");
     for (Page* page : {gone.get(), &first, last.get()}) sheet.AddPage(*page);
     EXPECT_TRUE(sheet.SetActivePage(1));
     gone.reset();
@@ -105,13 +104,12 @@ TEST_F(Dialogs, PagesMayGoOrEndTheDialogWhileTheyAreAsked) {
     if (!by_choice) sheet.SetActivePage(1);
     first.answer = [&] { return page_goes ? (last.reset(), true) : sheet.DestroyWindow(); };
     prompts.on_dialog = [&](View& view) {
-      EXPECT_FALSE(by_choice && view.Enter(2900, "last"));
+      EXPECT_FALSE(by_choice && view.Enter(2900, "b"));
       EXPECT_EQ(view.IsOpen(), page_goes || !by_choice);
       view.Press(IDOK);
     };
     EXPECT_EQ(sheet.DoModal(), page_goes ? IDOK : IDCANCEL);
-    EXPECT_EQ(Page::log, told + " ");
-    EXPECT_EQ(sheet.GetPageCount(), page_goes ? 1 : 2);
+    EXPECT_EQ(Page::log + std::to_string(sheet.GetPageCount()), told);
   }
 }
 
@@ -167,18 +165,15 @@ TEST_F(Dialogs, RowsOfAComboBoxHaveTheirTipsAndTheRoomTheyNeed) {
 struct Options : Dialogs {
   Options() {
     directory.Put("own.dqo",
-                  "dqoptions 1\noption 10 bool a\nlabel \"A flag\"\ndefault 1\n"
-                  "option 11 int n\nlabel \"l\"\ndefault 3\n"
-                  "option 12 bool b\nlabel \"Another\"\ndefault 0\n"
-                  "option 13 bool c\nlabel \"Third\"\ndefault 0\n");
-    directory.Put(
-        "DQLib.dqo",
-        "dqoptions 1\noption 50391 int page\nlabel \"Page\"\ndefault 1\n"
-        "option 50183 int t\nlabel \"A label that is as long as a line may be\"\ndefault 4\n"
-        "option 50198 int p\nlabel \"A label that is as long as a line may be,\"\ndefault 2\n"
-        "option 50180 bool f\nlabel \"Flag\"\ndefault 1\n"
-        "option 50203 bool g\nlabel \"Last\"\ndefault 0\n"
-        "option 50241 int k\nlabel \"\"\ndefault 1\n");
+                  "dqoptions 1\noption 10 bool a\nlabel \"A flag\"\ndefault 1\noption 11 int "
+                  "n\nlabel \"\"\ndefault 3\noption 12 bool b\nlabel \"\"\ndefault 0\noption 13 "
+                  "bool c\nlabel \"\"\ndefault 0\n");
+    directory.Put("DQLib.dqo",
+                  "dqoptions 1\noption 50391 int page\nlabel \"\"\ndefault 1\noption 50241 int "
+                  "k\nlabel \"\"\ndefault 1\noption 50183 int t\nlabel \"A label that is as long "
+                  "as a line may be\"\ndefault 4\noption 50198 int p\nlabel \"A label that is as "
+                  "long as a line may be,\"\ndefault 2\noption 50180 bool f\nlabel "
+                  "\"Flag\"\ndefault 1\noption 50203 bool g\nlabel \"Last\"\ndefault 0\n");
     server.SetOptionsDirectories({directory.path().c_str()});
     EXPECT_TRUE(server.AddOptions("own.dqo", 1, 100, true, false));
   }
@@ -247,12 +242,10 @@ TEST_F(Options, DialogShowsThemOnPagesAndOpensWithTheLastOne) {
   };
   EXPECT_EQ(dialog.DoModal(), IDOK);
   EXPECT_EQ(shown.str(),
-            "SQL Formatter\n50241 238 8 398 98 =Upper case|As written|Upper case|Lower case\n"
-            "Editor\n50180 8 8 398 22 Flag=1\n"
-            "50183 238 30 398 44 A label that is as long as a line may be=4 editable\n"
-            "50198 238 52 398 142 A label that is as long as a line may be,=Ask|Save it "
-            "first|Discard it|Ask\n"
-            "50203 8 88 398 102 Last=0\n");
+            "SQL Formatter\n50241 238 8 398 98 =Upper case|As written|Upper case|Lower "
+            "case\nEditor\n50180 8 8 398 22 Flag=1\n50183 238 30 398 44 A label that is as long as "
+            "a line may be=4 editable\n50198 238 52 398 142 A label that is as long as a line may "
+            "be,=Ask|Save it first|Discard it|Ask\n50203 8 88 398 102 Last=0\n");
   EXPECT_TRUE(server.GetInt(50391) == 0 && server.GetInt(50183) == 7);
   EXPECT_EQ(main.messages.at(0).message, 33796U);
 }
@@ -297,11 +290,10 @@ struct Host : detail::FlexHost<CWnd> {
       controls[i].CreateWnd({.class_name = name, .place = kDesign, .parent = this, .id = i + 1});
     }
     inner.CreateWnd({.class_name = "Edit", .place = {0, 0, 5, 5}, .parent = &controls[2]});
-    for (const UINT id : flexible) Add(id);
+    for (const UINT id : flexible) AddFlexConstraint(id, NSFlexShiftRight, NSFlexExpandDown);
   }
   ~Host() override { DestroyWindow(); }
 
-  void Add(UINT id) { AddFlexConstraint(id, NSFlexShiftRight, NSFlexExpandDown); }
   /// Which controls have moved as they do with the host at 130 by 150.
   std::string Resize(int cx, int cy) {
     MoveWindow(1000, 1000, cx, cy, false);
@@ -326,7 +318,7 @@ TEST(FlexConstraintList, NothingMovesBeforeTheDesignSizeIsSetAndAllControlsAreTh
   EXPECT_EQ(host.Resize(131, 150), "??.");
   EXPECT_EQ(host.Resize(130, 150), "xx.");
   EXPECT_EQ(late.GetPlace(), (CRect{30, 0, 31, 51}));
-  host.Add(3);
+  host.AddFlexConstraint(3, NSFlexShiftRight, NSFlexExpandDown);
   late.DestroyWindow();
   EXPECT_EQ(host.Resize(50, 50), "...");
   EXPECT_EQ(host.Resize(130, 150), "xx.") << "the third was added after the places were taken";
@@ -374,10 +366,9 @@ TEST(FlexConstraintList, HandlersMayEndControlsAndTheHostInAPass) {
 }
 
 DialogTemplate Form(const std::string& caption) {
-  return *ReadDialogTemplate(
-      "caption \"" + caption +
-      "\"\nsize 300 200\nedit 20 \"\" 10 10 100 20\n"
-      "defbutton 1 \"OK\" 10 50 50 20\nbutton 12321 \"Apply\" 70 50 50 20\n");
+  return *ReadDialogTemplate("caption \"" + caption +
+                             "\"\nsize 300 200\nedit 20 \"\" 10 10 100 20\ndefbutton 1 \"OK\" 10 "
+                             "50 50 20\nbutton 12321 \"Apply\" 70 50 50 20\n");
 }
 
 struct SubjectDlg : CNSFlexDialog {
