@@ -1,7 +1,6 @@
 
 #include "dqlib/platform/checksum.h"
 #include "siblings/options/options_server.h"
-#include "tests/support/doubles.h"
 #include "tests/support/own_settings.h"
 #include "tests/support/registries.h"
 #include "tests/support/system_locale.h"
@@ -36,18 +35,16 @@ Def Predefined(int row) {
 }
 
 TEST(DateTimeFmtDef, KeepsOnlyWhatTheDictionaryKnowsAndTellsWhatItDropped) {
-  auto rows = Cases<3>(R"(MM/XX/YYYY/ZZ => MM//YYYY/|%m//%Y/|MM//yyyy/|5|5 => XX ;; => |||-1|0
+  Def def("YYYY");
+  for (const auto& [fmt, summary, dropped] :
+       Cases<3>(R"(MM/XX/YYYY/ZZ => MM//YYYY/|%m//%Y/|MM//yyyy/|5|5 => XX ;; => |||-1|0
       MM/DD/YYYY HH24:MI:SS => MM/DD/YYYY HH24:MI:SS|%m/%d/%Y %H:%M:%S|MM/dd/yyyy HH:mm:ss|6|11
       hh12:mi AM => hh12:mi AM|%#I:%#M %p|h:m tt|26|5 ;; DAY, DDD => DAY, DDD|%A, %j|dddd, |-1|4
-      %m/DD/%Y => MM/DD/YYYY|%m/%d/%Y|MM/dd/yyyy|5|5)");
-  rows.push_back({"MM\xFF\x80/MM", "/MM|/%m|/MM|5|2", "MM\xFF\x80"});
-  for (const auto& [fmt, summary, dropped] : rows) {
-    const Def def(fmt.c_str());
-    EXPECT_EQ(Summary(def), summary);
-    Def copy("YYYY");
-    copy = def;
-    EXPECT_EQ(Summary(copy), summary);
-    EXPECT_EQ(Summary(Def(&def.GetFmtElementList())), summary);
+      %m/DD/%Y => MM/DD/YYYY|%m/%d/%Y|MM/dd/yyyy|5|5)"
+                "\nMM\xFF\x80/MM => /MM|/%m|/MM|5|2 => MM\xFF\x80")) {
+    const Def made(fmt.c_str());
+    EXPECT_EQ(Summary(def = made), summary);
+    EXPECT_EQ(Summary(Def(&made.GetFmtElementList())), summary);
     EXPECT_EQ(Def::FindUnknownElement(fmt).View(), dropped);
   }
   Def full(static_cast<const char*>(nullptr));
@@ -107,10 +104,8 @@ TEST(DateTimeFmtDef, TranslatesUntilATextIsNoElement) {
 
 TEST(DateTimeFmtDef, TakesTheUsersFormatFromTheLocale) {
   ScriptedLocale locale;
-  for (const auto& [date, time, texts] : Rows<Text, Text, Text>{
-           {"M/d/yyyy", "h:mm:ss tt",
-            "mm/dd/YYYY|hh12:MI:SS AM|mm/dd/YYYY hh12:MI:SS AM|mm/dd/YYYY hh12:MI:SS AM|4"},
-           {"yy'年'MM'月'dd'日'", "HH:mm", "!|HH24:MI|!|!|2"}}) {
+  for (const auto& [date, time, texts] : Cases<3>(R"(yy'年'MM'月'dd'日' => HH:mm => !|HH24:MI|!|!|2
+      M/d/yyyy => h:mm => mm/dd/YYYY|hh12:MI|mm/dd/YYYY hh12:MI|mm/dd/YYYY hh12:MI|4)")) {
     locale.items = {{LOCALE_SSHORTDATE, date}, {LOCALE_STIMEFORMAT, time}};
     std::string all;
     for (const int code : {5, 26, 6, 19}) {
@@ -215,18 +210,16 @@ TEST(DateTimeFormat, IsSeededFromTheLocaleOnce) {
 }
 
 TEST(DateTimeFormat, PlatformsDifferInNameNumberAndDefault) {
-  const Rows<int, Text, Text> rows = {
-      {2, "Sybase", kUs}, {3, "SQL Server", kUs}, {4, "DB2", kIso},
-      {5, "Oracle", kUs}, {10, "DB2OS390", kIso},
-  };
-  for (const auto& [platform, type, preset] : rows) {
-    const auto made = Make(platform);
+  for (const auto& [platform, told] : Cases<2>(R"(2 => Sybase MM/DD/YYYY HH12:MI:SS AM
+      3 => SQL Server MM/DD/YYYY HH12:MI:SS AM ;; 5 => Oracle MM/DD/YYYY HH12:MI:SS AM
+      4 => DB2 YYYY-MM-DD HH24:MI:SS ;; 10 => DB2OS390 YYYY-MM-DD HH24:MI:SS)")) {
+    const auto made = Make(std::stoi(platform));
     // A factory of copies takes the number from the source.
     const std::unique_ptr<Kind> copy(CDateTimeFormatFactory(made.get()).CreateObject());
     for (const Kind* format : {made.get(), copy.get()}) {
-      EXPECT_EQ(format->GetDBMSType(), type);
-      EXPECT_EQ(format->GetDatasourceType(), platform);
-      EXPECT_EQ(format->GetDispDateTimeFmt(6, DFK_DBMS_DEFAULT), preset);
+      const CString preset = format->GetDispDateTimeFmt(6, DFK_DBMS_DEFAULT);
+      EXPECT_EQ((format->GetDBMSType() + " " + preset).View(), told);
+      EXPECT_EQ(std::to_string(format->GetDatasourceType()), platform);
       EXPECT_TRUE(format->GetOptionServerIDO() == kOption && format->GetVersionNo() == 8.1);
     }
   }

@@ -1,5 +1,4 @@
 
-#include "tests/support/doubles.h"
 #include "tests/support/system_locale.h"
 
 /// Where `LOCPATH` is set, the C library's `newlocale` never frees its copy of it.

@@ -161,17 +161,15 @@ TEST(Library, EntryPointAttachesAndTakesNothingDown) {
 
 TEST(CDQResourceManager, HasTheFamilysPicturesAndFontsAndMapsObjectTypesToPictures) {
   CDQResourceManager* const manager = CDQResourceManager::GetInstance();
-  ASSERT_NE(manager, nullptr);
   EXPECT_EQ(CDQResourceManager::GetInstance(), manager) << "there is one";
   std::map<const CBitmap*, UINT> ids;
   for (UINT id = 3000; id <= 3222; ++id) {
     ids[CGDIDispenser::g_.GetResourceBitmap(id, DQRESOURCES_GetInstanceHandle())] = id;
   }
-  std::string pictures, alerts, indices;
+  std::string pictures, indices;
   for (int i = 0; i < 134; ++i) pictures += std::to_string(ids[manager->GetBitmap(i)]) + ' ';
-  for (int i = 0; i < 5; ++i) alerts += std::to_string(ids[manager->GetAlertBitmap(i)]) + ' ';
-  EXPECT_EQ(alerts, "3075 3001 3010 3011 3099 ");
-  EXPECT_EQ(platform::Checksum(pictures + alerts), 0x79B1E734U) << pictures;
+  for (int i = 0; i < 5; ++i) pictures += std::to_string(ids[manager->GetAlertBitmap(i)]) + ' ';
+  EXPECT_EQ(platform::Checksum(pictures), 0x79B1E734U) << pictures;
   EXPECT_EQ(manager->GetFont(0), CGDIDispenser::g_.GetDefaultFont(FONT_BOLD));
   EXPECT_EQ(manager->GetFont(1), CGDIDispenser::g_.GetDefaultFont(FONT_UNDERLINE));
   EXPECT_EQ(manager->GetObjectBitmap(88), manager->GetBitmap(132));
@@ -187,18 +185,16 @@ struct Counted : CObject {
 };
 
 TEST(Cleaners, DeleteTheirObjectAndSoDoCopies) {
-  CDQObjCleaner original;
-  original.SetObject(new Counted);
   {
-    CDQObjCleaner copy(original), assigned;
+    CDQObjCleaner original;
     original.SetObject(new Counted);
-    assigned = original;
+    const CDQObjCleaner copy(original);
     CDQGlobalResourceCleaner<Counted> typed;
     typed.SetObject(new Counted);
     original.SetObject(nullptr);
     EXPECT_EQ(Counted::deleted, 0);
   }
-  EXPECT_EQ(Counted::deleted, 3);
+  EXPECT_EQ(Counted::deleted, 2);
 }
 
 TEST(CGDIDispenser, MakesOneBrushAndOnePenForAColorAndItsFontsOnce) {
