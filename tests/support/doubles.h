@@ -83,12 +83,11 @@ struct ScriptedFacts : platform::SystemFacts {
   std::string UserName() override { return "scott"; }
   std::string ComputerName() override { return "TIGER"; }
   std::string HostName() override { return "tiger.example.org"; }
-  bool IsAdministrator() override { return administrator; }
+  bool IsAdministrator() override { return false; }
   std::string FolderPath(int folder) override { return folders[folder]; }
   std::string WebBrowserCommand() override { return browser; }
   int pixels_per_inch = 96;
   platform::Result<platform::SystemVersion> version;
-  bool administrator = false;
   std::map<int, std::string> folders;
   std::string browser;
   std::map<int, COLORREF> colors;
@@ -103,25 +102,18 @@ struct ScriptedErrors : platform::SystemErrors {
   std::map<DWORD, std::string> texts;
 };
 
-struct ScriptedNetwork : platform::Network {
-  platform::Result<platform::NetworkError> LastError() override { return last; }
-  platform::Result<platform::NetworkError> last;
-};
-
 /// Puts all of the above in place for its lifetime.
 class ScriptedPlatform {
  public:
   ScriptedModules modules;
   ScriptedFacts facts;
   ScriptedErrors errors;
-  ScriptedNetwork network;
 
  private:
   using Scope = platform::ScopedPlatform;
   Scope modules_{With(&platform::Platform::modules, &modules)};
   Scope facts_{With(&platform::Platform::system_facts, &facts)};
   Scope errors_{With(&platform::Platform::system_errors, &errors)};
-  Scope network_{With(&platform::Platform::network, &network)};
 };
 
 /// One message box that was shown.
