@@ -1,7 +1,7 @@
 #include "tests/support/doubles.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/forwarding_files.h"
-#include "tests/support/registries.h"
+#include "tests/support/temp_directory.h"
 
 namespace dq::test {
 namespace {
@@ -292,35 +292,6 @@ TEST_F(FileUtility, NamesForDisplayKeepRootAndLastDirectories) {
     Utility::AbbreviateName(name.data(), std::stoi(length), std::stoi(at_least_name));
     EXPECT_STREQ(name.c_str(), shown.c_str()) << length;
   }
-}
-
-TEST_F(FileUtility, FileTypesAreRegisteredUpToTheFirstRefusal) {
-  ScriptedPlatform platform;
-  MemoryRegistry registry;
-  const platform::ScopedPlatform scope(With(&platform::Platform::registry, &registry));
-  EXPECT_TRUE(Utility::RegisterFileType("DQScript", "SQL Script", ""));
-  EXPECT_FALSE(Utility::RegisterFileType("DQScript", "SQL Script", "sql") ||
-               Utility::RegisterFileType(nullptr, "SQL Script", ".sql") ||
-               Utility::RegisterFileType("", "SQL Script", ".sql"));
-  EXPECT_TRUE(Utility::RegisterFileType("DQScript", "SQL Script", ".sql"));
-  registry.changes = 0;
-  EXPECT_TRUE(Utility::RegisterFileType("DQScript", "SQL Script", ".sql") && registry.changes == 3);
-  registry.refusal = {platform::ErrorKind::kNoSpace, 0};
-  EXPECT_FALSE(Utility::RegisterFileType("Refused", "SQL Script", ""));
-  registry.refusal = {};
-  platform.modules.path = "/opt/my host";
-  EXPECT_TRUE(Utility::RegisterFileType("Other", "Other Type", ""));
-  std::string entered;
-  for (const auto& [path, values] : Dump(registry, kClassesRoot)) {
-    for (const auto& [name, value] : values) {
-      entered += path + name + "=" + std::to_string(value.first) + value.second.c_str() + "|";
-    }
-  }
-  EXPECT_EQ(
-      entered,
-      R"(.sql=1DQScript|DQScript=1SQL Script|DQScript\shell\open\command=1/opt/host "%1"|)"
-      R"(DQScript\shell\open\ddeexec=1[open("%1")]|Other=1Other Type|)"
-      R"(Other\shell\open\command=1"/opt/my host" "%1"|Other\shell\open\ddeexec=1[open("%1")]|)");
 }
 
 TEST_F(FileUtility, ModulesAndLineEnds) {

@@ -67,9 +67,9 @@ struct OwnRegistry : MemoryRegistry {
     EXPECT_TRUE(SetValue(Create(path, root), name, type, data).ok());
   }
   /// What stands in it: "path{name=type:data ...}...", of much data its size.
-  std::string Shown() {
+  std::string Shown(HKEY root = kCurrentUser) {
     std::string all;
-    for (const auto& [path, values] : Dump(*this)) {
+    for (const auto& [path, values] : Dump(*this, root)) {
       all += path + "{";
       for (const auto& [name, value] : values) {
         const std::string& data = value.second;
@@ -187,6 +187,31 @@ TEST(RegistryTools, WhatCannotBeReadIsNeitherMovedNorLost) {
       EXPECT_EQ(std::ranges::count(registry.Shown(), '='), 3) << target << read;
     }
   }
+}
+
+TEST(RegistryTools, FileTypesAreEnteredUpToTheFirstRefusal) {
+  ScriptedPlatform platform;
+  OwnRegistry registry;
+  const auto enter = CDQFileUtility::RegisterFileType;
+  EXPECT_FALSE(enter("DQScript", "SQL Script", "sql") || enter(nullptr, "SQL Script", ".sql") ||
+               enter("", "SQL Script", ".sql"));
+  EXPECT_TRUE(enter("DQScript", "SQL Script", ".sql"));
+  registry.changes = 0;
+  EXPECT_TRUE(enter("DQScript", "SQL Script", ".sql") && registry.changes == 3);
+  registry.refusal = {ErrorKind::kNoSpace, 0};
+  EXPECT_FALSE(enter("Refused", "SQL Script", ""));
+  registry.refusal = {};
+  platform.modules.path = "/opt/my host";
+  EXPECT_TRUE(enter("Other", "Other Type", ""));
+  std::string shown = registry.Shown(kClassesRoot);
+  std::erase(shown, '\0');
+  EXPECT_EQ(shown,
+            R"({}.sql{=1:DQScript }DQScript{=1:SQL Script }DQScript\shell{}DQScript\shell\open{})"
+            R"(DQScript\shell\open\command{=1:/opt/host "%1" })"
+            R"(DQScript\shell\open\ddeexec{=1:[open("%1")] })"
+            R"(Other{=1:Other Type }Other\shell{}Other\shell\open{})"
+            R"(Other\shell\open\command{=1:"/opt/my host" "%1" })"
+            R"(Other\shell\open\ddeexec{=1:[open("%1")] })");
 }
 
 TEST(XMemFile, TheProfileAndAnArchiveKeepItsBytes) {

@@ -5,14 +5,8 @@ import random
 import sys
 import unittest
 
-sys.path.insert(0, os.path.realpath(os.path.join(os.path.dirname(__file__), "..", "..", "scripts")))
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.realpath(__file__)), "../../scripts"))
 import mutants  # noqa: E402
-
-
-def changes(text):
-    """The lines that a source's mutants make, each with its kind."""
-    return sorted((mutant.kind, mutant.before_and_after(text)[1])
-                  for mutant in mutants.mutants_of("a.cpp", text))
 
 
 class MutantsTest(unittest.TestCase):
@@ -33,7 +27,9 @@ class MutantsTest(unittest.TestCase):
             ("  // x = a < b;",), ("  std::vector<int> x;",), ("#if 3",),
             ("  if (int* x = f()) y();",), ("  Type x(y);",),
         ]:
-            self.assertEqual([f"{kind} {after}" for kind, after in changes(line)], expected, line)
+            changes = sorted(f"{mutant.kind} {mutant.before_and_after(line)[1]}"
+                             for mutant in mutants.mutants_of("a.cpp", line))
+            self.assertEqual(changes, expected, line)
 
     def test_a_change_is_told_by_its_place(self):
         text = "int a;\nint b = 7;\n"
