@@ -164,24 +164,23 @@ TEST_F(Dialog, MayCloseItselfInAnyOfItsHandlersAndInItsExchangeAndRunAnew) {
 
 TEST_F(Dialog, MayHaveSetItsFocusAndMovesItAroundTheControlsThatTakeIt) {
   std::string way;
-  const auto go = [&](void (CDialog::*step)(), int steps) {
-    for (; steps > 0; --steps) {
+  const auto go = [&](const char* steps) {
+    for (; *steps != '\0'; ++steps) {
       way += std::to_string(CWnd::GetFocus()->GetDlgCtrlID()) + " ";
-      (dialog.*step)();
+      *steps == '>' ? dialog.NextDlgCtrl() : dialog.PrevDlgCtrl();
     }
   };
   dialog.on_init = [&] { dialog.GetDlgItem(101)->SetFocus(); };
-  prompts.on_dialog = [&](View&) { go(&CDialog::NextDlgCtrl, 1); };
+  prompts.on_dialog = [&](View&) { go(">"); };
   for (const BOOL chooses : {0, 1}) {
     dialog.chooses_focus = chooses;
     dialog.DoModal();
   }
   dialog.on_init = [&] { dialog.GotoDlgCtrl(dialog.GetDlgItem(102)); };
   prompts.on_dialog = [&](View&) {
-    go(&CDialog::NextDlgCtrl, 4);
-    go(&CDialog::PrevDlgCtrl, 5);
+    go(">>>><<<<<");
     for (const int id : {103, 1}) dialog.GotoDlgCtrl(dialog.GetDlgItem(id));
-    go(&CDialog::NextDlgCtrl, 1);
+    go(">");
     for (const int show : {SW_HIDE, SW_SHOW}) dialog.ShowWindow(show);
     EXPECT_EQ(CWnd::GetFocus(), nullptr) << "it is set the first time";
   };
