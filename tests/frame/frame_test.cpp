@@ -134,14 +134,12 @@ TEST_F(ApplicationInfo, VersionTextsAreThoseOfTheFirstTranslationAndNotAssigned)
 
 TEST(OutputMessageTraits, TellSourceAndKind) {
   std::string told;
-  for (int type = -1; type < 9; ++type) {
+  for (int type = 0; type < 9; ++type) {
     const OutputMessageTraits& traits = GetOutputMessageTraits(type);
     told += std::to_string(static_cast<int>(traits.kind)) + std::string(CString(traits.family)) +
             std::to_string(traits.source_id) + " ";
   }
-  EXPECT_EQ(told,
-            "0Program0 0Program0 1Program0 2Program0 0DBMS0 1DBMS0 2DBMS0 344030 444031 "
-            "0Program0 ");
+  EXPECT_EQ(told, "0Program0 1Program0 2Program0 0DBMS0 1DBMS0 2DBMS0 344030 444031 0Program0 ");
 }
 
 TEST(CDQOutputMessage, IsNullAndTracedWhenMemoryRunsOut) {

@@ -378,7 +378,6 @@ TEST_F(OptionsServer, ChangesNothingForAFileItCannotTake) {
 }
 
 TEST_F(OptionsServer, FindsAndMakesAppDirectories) {
-  const ScopedVariable home("XDG_DATA_HOME", directory / "data");
   const ScopedVariable config("XDG_CONFIG_HOME", directory / "data");
   ScriptedPrompts prompts;
   const std::string fallback = directory / "data/Velmora/MyTool/CFG/";
@@ -396,14 +395,13 @@ TEST_F(OptionsServer, FindsAndMakesAppDirectories) {
   EXPECT_EQ(prompts.shown.at(0).text,
             "Label:\nThe directory " + (directory / "own.dqo/c/") + " could not be created.");
   for (const char* none : {"", static_cast<const char*>(nullptr)}) {
+    server.SetString(14, "$$here$$/own.dqo/c");
     server.GetAppDirectory(14, "CFG", none, true);
     EXPECT_TRUE(prompts.shown.back().text.starts_with("The directory "));
     server.SetString(14, "");
     EXPECT_EQ(server.GetAppDirectory(14, none, "Label", false).View(),
               directory / "data/Velmora/MyTool/");
-    server.SetString(14, "$$here$$/own.dqo/c");
   }
-  server.SetString(14, "");
   const ScriptedPlatform nowhere;
   EXPECT_EQ(server.GetAppDirectory(14, "CFG", "Label", false), "") << "of a user without a place";
 }
