@@ -17,12 +17,8 @@ static bool Loads(std::string_view stream, auto& into) {
   // The table of indices has an entry for two bytes, and doubles as it grows.
   constexpr std::size_t kMemoryPerByte = 64;
   g_limit = kBuffers + stream.size() * kMemoryPerByte;
-  CMemFile file;
-  file.Write(stream.data(), static_cast<UINT>(stream.size()));
-  file.SeekToBegin();
-  CArchive archive(&file, CArchive::load);
   try {
-    into.Serialize(archive);
+    test::LoadFrom(stream, [&](CArchive& archive) { into.Serialize(archive); });
     return true;
   } catch (const CArchiveException&) {
     return false;
@@ -31,14 +27,7 @@ static bool Loads(std::string_view stream, auto& into) {
 
 static std::string Stored(auto& objects) {
   g_limit = SIZE_MAX;
-  CMemFile file;
-  CArchive archive(&file, CArchive::store);
-  objects.Serialize(archive);
-  archive.Close();
-  std::string bytes(static_cast<std::size_t>(file.GetLength()), '\0');
-  file.SeekToBegin();
-  file.Read(bytes.data(), static_cast<UINT>(bytes.size()));
-  return bytes;
+  return test::Stored([&](CArchive& archive) { objects.Serialize(archive); });
 }
 
 struct Objects {

@@ -1,6 +1,7 @@
 #include "tests/support/doubles.h"
 #include "tests/support/own_settings.h"
 #include "tests/support/registries.h"
+#include "tests/support/serial_node.h"
 
 namespace dq::test {
 namespace {
@@ -229,18 +230,14 @@ TEST(XMemFile, TheProfileAndAnArchiveKeepItsBytes) {
   EXPECT_TRUE(read.ReadRegistry("s", "b") && read.GetPosition() == 0 && bytes(read) == "a\0b"sv);
   DeleteRegistryTree(kCurrentUser, "Software\\Velmora");
 
-  CMemFile stream;
-  CArchive storing(&stream, CArchive::store);
-  storing << DWORD{8};
-  file.Serialize(storing);
-  storing.Close();
-  stream.SeekToBegin();
-  CArchive loading(&stream, CArchive::load);
-  read.Write("former", 6);
-  EXPECT_THROW(read.Serialize(loading), CArchiveException) << "a length past the end";
-  EXPECT_EQ(bytes(read), "former");
-  read.Serialize(loading);
-  EXPECT_EQ(bytes(read), "a\0b"sv);
+  const auto store = [&](CArchive& archive) { file.Serialize(archive << DWORD{8}); };
+  LoadFrom(Stored(store), [&](CArchive& archive) {
+    read.Write("former", 6);
+    EXPECT_THROW(read.Serialize(archive), CArchiveException) << "a length past the end";
+    EXPECT_EQ(bytes(read), "former");
+    read.Serialize(archive);
+    EXPECT_EQ(bytes(read), "a\0b"sv);
+  });
 }
 
 struct SystemInfoTest : testing::Test {
@@ -370,7 +367,6 @@ TEST(Guid, ShowsItsFormsAndKeepsItsValueForOtherTexts) {
   EXPECT_STREQ(guid, guid.GetRegistryString());
   EXPECT_EQ(guid.GetGUID(),
             (GUID{0x8012ABCD, 0x234, 0xF678, {0x9A, 0xBC, 0xDE, 0xF0, 0x12, 0x34, 0x56, 0x7F}}));
-  EXPECT_STREQ(CDQGuid(guid.GetGUID()), guid);
   EXPECT_TRUE(CDQGuid(guid.GetGUID()) == guid && guid == CString(guid) && CDQGuid() < guid);
   EXPECT_TRUE(guid == "{8012ABCD-0234-F678-9ABC-DEF01234567F}" && guid > "{8012" && "{9" > guid);
   EXPECT_STREQ(CDQGuid(), "{00000000-0000-0000-0000-000000000000}");

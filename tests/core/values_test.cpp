@@ -116,11 +116,8 @@ TEST(BigInt, ProductsAndQuotientsAreThoseOfSingleDigits) {
   EXPECT_TRUE(nines * nines == square && square / nines == nines);
 }
 
-/// In code page 932, two characters whose second bytes look like a backslash and an "A".
-constexpr Text kSo = "\x83\x5C";
-constexpr Text kA = "\x83\x41";
-
-/// Chooses code page 932 while it lives.
+/// Chooses code page 932 while it lives, in which "\x83\x5C" and "\x83\x41" are characters whose
+/// second bytes look like a backslash and an "A".
 struct TwoByteCharacters : ScriptedLocale {
   TwoByteCharacters() { EXPECT_TRUE(SetCodePage(932)); }
 };
@@ -176,9 +173,9 @@ TEST(DQString, RemovesCharactersWithoutTouchingHalves) {
   CDQString tabs("ab\tc\t");
   EXPECT_TRUE(tabs.ReplaceTabs(4) == 2 && tabs == "ab    c    ") << "not aligned";
   const TwoByteCharacters page;
-  CDQString wide(std::string("\\ ") + kSo + " \t\r\nA" + kA + "\\ ");
+  CDQString wide("\\ \x83\x5C \t\r\nA\x83\x41\\ ");
   EXPECT_EQ(wide.TrimWhiteSpace(), 7) << "inner white space goes, too";
-  EXPECT_EQ(wide.Delete('\\').Delete('A').Delete('\x83').View(), std::string(kSo) + kA);
+  EXPECT_EQ(wide.Delete('\\').Delete('A').Delete('\x83'), "\x83\x5C\x83\x41");
 }
 
 TEST(DQString, FindsForwardAndWithoutCaseTheFirstOfBoth) {
@@ -207,7 +204,7 @@ TEST(DQString, OnlyTheCaselessReverseSearchSeesIndexZero) {
   EXPECT_TRUE(CDQString().ReverseFind("a") == -1 && CDQString().ReverseFindNoCase("a") == -1);
   const TwoByteCharacters page;
   EXPECT_EQ(CDQString("x\x83\x41y").ReverseFind("A"), 2) << "by byte";
-  EXPECT_EQ(CDQString(kA).ReverseFind('A'), -1) << "by character";
+  EXPECT_EQ(CDQString("\x83\x41").ReverseFind('A'), -1) << "by character";
 }
 
 TEST(DQString, WhatWasInsertedIsNotSearchedAgain) {

@@ -207,27 +207,13 @@ TEST_F(StdioFile, ReadsAndWritesMixAtOnePosition) {
   EXPECT_EQ(directory.Get("f").substr(65536), "yes");
 }
 
-/// What `write(archive)` stores.
-std::string Stored(const std::function<void(CArchive&)>& write) {
-  CMemFile file;
-  CArchive archive(&file, CArchive::store);
-  write(archive);
-  archive.Close();
-  std::string bytes(static_cast<std::size_t>(file.GetLength()), '\0');
-  file.SeekToBegin();
-  file.Read(bytes.data(), static_cast<UINT>(bytes.size()));
-  return bytes;
-}
-
 /// Runs `read(archive)` on a stream, all of which it takes; the cause of what that throws, `none`
 /// if it doesn't.
-int Load(std::string_view stream, const std::function<void(CArchive&)>& read) try {
-  CMemFile file;
-  file.Write(stream.data(), static_cast<UINT>(stream.size()));
-  file.SeekToBegin();
-  CArchive archive(&file, CArchive::load);
-  read(archive);
-  EXPECT_EQ(archive.Remaining(), 0u);
+int Load(std::string_view stream, const auto& read) try {
+  LoadFrom(stream, [&](CArchive& archive) {
+    read(archive);
+    EXPECT_EQ(archive.Remaining(), 0u);
+  });
   return Failure::none;
 } catch (const Failure& error) {
   return error.m_cause;

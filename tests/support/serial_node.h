@@ -1,11 +1,32 @@
-// An object for archives: a value, a text, bytes and two more objects. To be included by one source
-// of a program.
+// What is stored in an archive and loaded from one, and an object for them: a value, a text, bytes
+// and two more objects. To be included by one source of a program.
 
 #pragma once
 
 #include "dqlib/dqlib.h"
 
 namespace dq::test {
+
+/// What `write(archive)` stores.
+std::string Stored(const auto& write) {
+  CMemFile file;
+  CArchive archive(&file, CArchive::store);
+  write(archive);
+  archive.Close();
+  std::string bytes(static_cast<std::size_t>(file.GetLength()), '\0');
+  file.SeekToBegin();
+  file.Read(bytes.data(), static_cast<UINT>(bytes.size()));
+  return bytes;
+}
+
+/// Runs `read(archive)` on a stream.
+void LoadFrom(std::string_view stream, const auto& read) {
+  CMemFile file;
+  file.Write(stream.data(), static_cast<UINT>(stream.size()));
+  file.SeekToBegin();
+  CArchive archive(&file, CArchive::load);
+  read(archive);
+}
 
 class SerialNode : public CObject {
   DECLARE_SERIAL(SerialNode)
@@ -21,9 +42,7 @@ class SerialNode : public CObject {
     schema = archive.GetObjectSchema();
     archive >> number >> text;
     bytes.resize(archive.ReadCount());
-    if (archive.Read(bytes.data(), static_cast<UINT>(bytes.size())) != bytes.size()) {
-      throw CArchiveException(CArchiveException::endOfFile);
-    }
+    for (char& byte : bytes) archive >> reinterpret_cast<BYTE&>(byte);
     next = static_cast<SerialNode*>(Read(archive, RUNTIME_CLASS(SerialNode), next_owner));
     other = Read(archive, nullptr, other_owner);
   }
