@@ -1,4 +1,3 @@
-#include "tests/support/doubles.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/forwarding_files.h"
 #include "tests/support/temp_directory.h"
@@ -8,8 +7,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using Utility = CDQFileUtility;
-using platform::Error;
-using platform::Result;
+using namespace platform;
 using Text = const char*;
 
 /// A test with a directory of its own.
@@ -18,11 +16,6 @@ struct FileUtility : testing::Test {
 };
 using DQFile = FileUtility;
 using LobReader = FileUtility;
-
-/// In force while they live.
-struct ScopedFiles : ForwardingFiles {
-  platform::ScopedPlatform scope{With(&platform::Platform::files, this)};
-};
 
 TEST_F(FileUtility, RelativePathsAndBack) {
   // A path without a drive contains none.
@@ -51,10 +44,10 @@ TEST_F(FileUtility, TakesItsOwnTexts) {
 }
 
 TEST_F(FileUtility, UniversalNamesAreAdministrativeSharesOfDrives) {
-  struct Shares : ScopedFiles {
+  struct Shares : ForwardingFiles {
     Result<std::string> UniversalName(std::string_view path) override {
       if (path.starts_with("z:")) return "\\\\files\\all" + std::string(path.substr(2));
-      return Error{platform::ErrorKind::kUnsupported, 0};
+      return Error{ErrorKind::kUnsupported, 0};
     }
   } files;
   const ScriptedPlatform platform;
@@ -74,7 +67,7 @@ TEST_F(FileUtility, NamesOfTemporaryFilesDontCollide) {
 
   ManualClock clock;
   clock.seconds = 77;
-  const platform::ScopedPlatform scope(With(&platform::Platform::clock, &clock));
+  const ScopedPlatform scope(With(&platform::Platform::clock, &clock));
   for (const Text name : {"TMP122.sql", "TMP123.sql", "TMP124.sql"}) {
     const CString path = Utility::CreateTempFile("", place, "sql");
     EXPECT_TRUE(path == directory / name && !DQLIB_FileExists(path)) << "in one second " << path;
@@ -136,22 +129,22 @@ TEST_F(FileUtility, WritesReplaceOrAppendAndReportTheTextsLength) {
 }
 
 TEST_F(FileUtility, ADiskThatFillsUpLeavesTheFormerContents) {
-  struct FullDisk : ScopedFiles {
+  struct FullDisk : ForwardingFiles {
     Error Replace(std::string_view path, std::string_view bytes, bool only) override {
       if (in_place) ForwardingFiles::Replace(path, bytes, only);
       return error;
     }
     Error Write(HANDLE file, std::string_view bytes) override {
-      if (bytes == "too much") return {platform::ErrorKind::kNoSpace, ENOSPC};
+      if (bytes == "too much") return {ErrorKind::kNoSpace, ENOSPC};
       return ForwardingFiles::Write(file, bytes);
     }
     Error error;
     bool in_place = false;
   } files;
   directory.Put("f", "old");
-  using enum platform::ErrorKind;
+  using enum ErrorKind;
   for (const auto& [name, text, kind, in_place, written, contents] :
-       Rows<Text, Text, platform::ErrorKind, bool, int, Text>{
+       Rows<Text, Text, ErrorKind, bool, int, Text>{
            {"f", "new", kNoSpace, false, 0, "old"},
            {"g", "new", kNoSpace, false, 0, "(none)"},
            {"g", "new", kNoSpace, true, 0, "new"},        // but its directory can't be synced
@@ -250,9 +243,9 @@ TEST_F(FileUtility, DeletingTakesReadOnlyFilesAndLeavesWhatLinksLeadTo) {
   }
   EXPECT_EQ(directory.Get("outside/file"), "o");
 
-  struct Stubborn : ScopedFiles {
+  struct Stubborn : ForwardingFiles {
     Error Delete(std::string_view path) override {
-      if (path.ends_with("2")) return {platform::ErrorKind::kAccessDenied, EACCES};
+      if (path.ends_with("2")) return {ErrorKind::kAccessDenied, EACCES};
       return ForwardingFiles::Delete(path);
     }
   } files;
@@ -263,10 +256,10 @@ TEST_F(FileUtility, DeletingTakesReadOnlyFilesAndLeavesWhatLinksLeadTo) {
 }
 
 TEST_F(FileUtility, AFailureIsNeitherAnAbsenceNorASuccess) {
-  struct Broken : ScopedFiles {
-    static Error Fails() { return {platform::ErrorKind::kOther, EIO}; }
-    Result<platform::FileStatus> Status(std::string_view) override { return Fails(); }
-    Result<std::vector<platform::FoundFile>> Find(std::string_view) override { return Fails(); }
+  struct Broken : ForwardingFiles {
+    static Error Fails() { return {ErrorKind::kOther, EIO}; }
+    Result<FileStatus> Status(std::string_view) override { return Fails(); }
+    Result<std::vector<FoundFile>> Find(std::string_view) override { return Fails(); }
     Result<std::size_t> Read(HANDLE, std::span<char>) override { return Fails(); }
     Error ReadAll(std::string_view, std::string&) override { return Fails(); }
     Error Replace(std::string_view, std::string_view, bool) override { return Fails(); }

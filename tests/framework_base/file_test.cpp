@@ -1,5 +1,4 @@
 
-#include "tests/support/doubles.h"
 #include "tests/support/forwarding_files.h"
 #include "tests/support/serial_node.h"
 #include "tests/support/temp_directory.h"
@@ -27,7 +26,6 @@ struct File : testing::Test {
   const std::string name = directory / "f";
   const char* const path = name.c_str();
 };
-using StdioFile = File;
 
 TEST(Exception, CausesFollowFromTheSystemsErrorsAndAreToldInTheRoomThereIs) {
   using enum platform::ErrorKind;
@@ -83,7 +81,6 @@ TEST_F(File, TellsTheSystemWhatItsFlagsMean) {
     }
     std::string told;
   } files;
-  const platform::ScopedPlatform scope{With(&platform::Platform::files, &files)};
   const Rows<UINT, Text> rows = {
       {0x0000, "r--------"},   {0x0001, "-w-------"}, {0x0002, "rw-------"},
       {0x0010, "r----RW--"},   {0x0020, "r-----W--"}, {0x0040, "r--------"},
@@ -163,7 +160,7 @@ TEST_F(File, StatusesNamesAndRemovals) {
   EXPECT_EQ(CauseOf([&] { CFile::Remove(renamed.c_str()); }), Cause::fileNotFound);
 }
 
-TEST_F(StdioFile, LinesEndInLfOrCrLfAcrossBuffers) {
+TEST_F(File, StdioLinesEndInLfOrCrLfAcrossBuffers) {
   const std::string wide(65535, 'x');
   directory.Put("f", wide + "\r\n\r\na\rb\n\r\r\nlast\r");
   CStdioFile file(path, CFile::modeRead);
@@ -174,7 +171,7 @@ TEST_F(StdioFile, LinesEndInLfOrCrLfAcrossBuffers) {
   EXPECT_TRUE(!file.ReadString(line) && line.IsEmpty());
 }
 
-TEST_F(StdioFile, ReadsAndWritesMixAtOnePosition) {
+TEST_F(File, StdioReadsAndWritesMixAtOnePosition) {
   directory.Put("f", "one\nt\0o\nthree\n"s);
   CString line;
   {

@@ -39,7 +39,7 @@ class CheckTest(unittest.TestCase):
                 dqlib/frame/a.h siblings/pictures/pictures.h; dqlib/editor/a.h !dqlib/workspace/b.h;
                 siblings/options/a.h !siblings/pictures/b.h !dqlib/frame/b.h;
                 dqlib/scheduler/jobserver/a.h dqlib/scheduler/b.h; apps/common/a.cpp !apps/b/b.h;
-                apps/dqtool/a.cpp dqlib/editor/b.h dqlib/dqlib.h apps/common/b.h !apps/jobserver/b.h;
+                apps/dqtool/a.cpp dqlib/editor/b.h dqlib/dqlib.h apps/common/b.h !apps/b/b.h;
                 dqlib/platform/clock.h dqlib/dbvocab/dbms.h;
                 dqlib/output/a.h !dqlib/dbvocab/object_type.h !dqlib/dqlib.h""".split(";"):
             path, *includes = line.split()
@@ -137,5 +137,4 @@ class CheckTest(unittest.TestCase):
         self.assertIn("+int a = 1;", lines)
 
 
-if __name__ == "__main__":
-    unittest.main()
+unittest.main()

@@ -14,11 +14,10 @@ class MutantsTest(unittest.TestCase):
         for line, *expected in [
             ("  x = a < b;", "comparison x = a <= b;"), ("  x = a != b;", "comparison x = a == b;"),
             ("  x = a - b;", "sign x = a + b;"), ("  ++x;", "sign --x;"),
-            ("  x = a && b;", "condition x = a || b;"),
-            ("  return true;", "condition return false;"),
+            ("  x = a && b;", "condition x = a || b;"), ("  x = 9;", "constant x = 10;"),
+            ("  return true;", "condition return false;"), ("  f(x);", "call ;"),
             ("  if (f(x)) return y;", "condition if (!(f(x))) return y;"),
-            ("  x = 9;", "constant x = 10;"), ("  f(x);", "call ;"), ("  a->b().f(x);", "call ;"),
-            ("  f();\n  g();\n", "call ;", "call ;"),
+            ("  a->b().f(x);", "call ;"), ("  f();\n  g();\n", "call ;", "call ;"),
             ("  x = f(a, b.c());", "arguments x = f(b.c(), a);"),
             ('  x = "a";', 'text x = "b";'), ('  x = "\\n-z";', 'text x = "\\n-a";'),
             # A comparison of two lines, named by both.

@@ -1,8 +1,9 @@
-// Forwards every call to real files, so that a test overrides just the one it breaks.
+// Forwards every call to real files, so that a test overrides just the one it breaks. In force
+// while it lives.
 
 #pragma once
 
-#include "tests/support/testing.h"
+#include "tests/support/doubles.h"
 
 namespace dq::test {
 
@@ -44,6 +45,7 @@ struct ForwardingFiles : platform::Files {
   std::string TempDirectory() override { return target.TempDirectory(); }
   UINT KindOfDrive(View drive) override { return target.KindOfDrive(drive); }
   Files& target = *platform::System().files;
+  platform::ScopedPlatform scope{With(&platform::Platform::files, this)};
 };
 
 }  // namespace dq::test
