@@ -103,16 +103,13 @@ TEST(Send, IsReleasedAndTheHandleDeadWhenTheThreadEnds) {
 }
 
 TEST(Send, PumpLeavesWhatIsSentMeanwhileForTheNextCall) {
-  std::atomic<bool> stop = false;
-  std::atomic<int> ended = 0;
   // Each handling gives the other sender the time to send again.
-  LoopWnd window([&](UINT, WPARAM, LPARAM) {
+  LoopWnd window([](UINT, WPARAM, LPARAM) {
     for (int wait = 0; wait < 300; ++wait) std::this_thread::yield();
     return 0;
   });
   const auto flood = [&] {
-    while (!stop) window.SendMessage(WM_APP);
-    ++ended;
+    for (int sent = 0; sent < 250; ++sent) window.SendMessage(WM_APP);
   };
   const std::jthread one(flood), other(flood);
   for (int total = 0; total < 500;) {
@@ -120,13 +117,10 @@ TEST(Send, PumpLeavesWhatIsSentMeanwhileForTheNextCall) {
     EXPECT_LE(handled, 2);
     total += handled;
   }
-  stop = true;
-  while (ended < 2) PumpSentMessages();
 }
 
 TEST(Send, ExceptionOfAServedHandlerWaitsForTheAnswerToTheOwnSend) {
   std::atomic<HWND> partner = nullptr;
-  std::atomic<bool> done = false;
   LoopWnd window([](UINT, WPARAM, LPARAM) -> LRESULT { throw std::runtime_error("served"); });
   bool partner_answered = false;  // written before the answer, read after it
   const std::jthread other([&] {
@@ -135,12 +129,11 @@ TEST(Send, ExceptionOfAServedHandlerWaitsForTheAnswerToTheOwnSend) {
       return partner_answered = true;
     });
     partner = mine.GetSafeHwnd();
-    while (!done) PumpSentMessages();
+    while (!partner_answered) PumpSentMessages();
   });
   while (partner == nullptr) std::this_thread::yield();
   EXPECT_THROW(SendToWindow(partner, WM_APP, 0, 0), std::runtime_error);
   EXPECT_TRUE(partner_answered);
-  done = true;
 }
 
 /// Time is moved by hand.
@@ -229,12 +222,7 @@ TEST_F(MessageLoop, IdlesUntilItWantsNoMoreAndAnewAfterAMessage) {
   EXPECT_TRUE(window.PostMessage(WM_APP + 9) && window.PostMessage(WM_APP + 2));
   EXPECT_EQ(Pump(), "2: 32770/0 867/1 ");
   // One of another thread isn't this thread's to update; and the handler may end the main window.
-  std::jthread([&] {
-    CWinThread worker;
-    worker.m_pMainWnd = app.m_pMainWnd;
-    AfxSetThread(&worker);
-    PumpUntilIdle();
-  }).join();
+  AfxBeginThread([](void*) { return static_cast<UINT>(PumpUntilIdle()); }, nullptr).Join();
   EXPECT_EQ(window.got, "");
   auto dying = std::make_unique<LoopWnd>();
   app.m_pMainWnd = dying.get();
@@ -300,7 +288,6 @@ TEST(WorkerThread, SendsAndPostsToTheMainWindowOfTheThreadThatBeganItAndMayBeDro
 struct Profile : testing::TestWithParam<bool> {
   Profile() {
     if (GetParam()) app.SetRegistryKey("Velmora");
-    std::filesystem::create_directory(own_settings.directory / "velmora");
   }
   ~Profile() override {
     DeleteRegistryTree(kCurrentUser, "Software\\Velmora");

@@ -297,12 +297,10 @@ template <typename Base>
 struct Stop : Base {
   explicit Stop(const char* letters) : handles(letters) {}
   bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override {
-    if (key.message != WM_COMMAND || key.code != CN_COMMAND ||
-        handles.find(static_cast<char>(key.id - 33001 + 'a')) == std::string::npos) {
-      return Base::CallMapped(key, arguments);
-    }
-    if (!arguments.only_ask) LogWnd::log += handles.front();
-    return true;
+    const bool stops = key.message == WM_COMMAND && key.code == CN_COMMAND &&
+                       handles.find(static_cast<char>(key.id - 33001 + 'a')) != handles.npos;
+    if (stops) LogWnd::log += handles.front();
+    return stops || Base::CallMapped(key, arguments);
   }
   std::string handles;
 };

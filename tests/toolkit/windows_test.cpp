@@ -4,7 +4,6 @@
 
 #include "tests/support/doubles.h"
 #include "tests/support/registries.h"
-#include "tests/support/temp_directory.h"
 
 namespace dq::test {
 namespace {
@@ -412,9 +411,7 @@ TEST(FlexMdiChildWnd, IsNoSmallerThanItsViewWithTheFrameAround) {
   Control own;
   own.CreateWnd({.class_name = "Edit", .place = {1, 2, 3, 4}, .parent = &child, .id = 77});
   child.AddFlexConstraint(77, NSFlexShiftRight, NSFlexShiftDown);
-  MINMAXINFO info{};
-  child.SendMessage(WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&info));
-  EXPECT_EQ(info.ptMinTrackSize, (CPoint{308, 230}));
+  EXPECT_EQ(child.GetMinTrackSize(), (CSize{308, 230}));
   child.MoveWindow(0, 0, 318, 250);
   EXPECT_EQ(view.GetPlace(), (CRect{0, 0, 310, 220}));
   EXPECT_EQ(own.GetPlace(), (CRect{11, 22, 13, 24}));
