@@ -15,7 +15,6 @@ struct FileUtility : testing::Test {
   const TempDirectory directory;
 };
 using DQFile = FileUtility;
-using LobReader = FileUtility;
 
 TEST_F(FileUtility, RelativePathsAndBack) {
   // A path without a drive contains none.
@@ -364,7 +363,7 @@ TEST_F(DQFile, WholeFilesAndAttributes) {
   EXPECT_EQ(CDQFile(directory / "none", FILE_OPEN_READ).GetAttributes(), 0u);
 }
 
-TEST_F(LobReader, OneOpeningServesOneRead) {
+TEST_F(DQFile, OneOpeningOfALobReaderServesOneRead) {
   const std::string path = directory.Put("f", "0123456789");
   for (const auto& [chunk, expected] :
        {std::pair{4, "0123"}, {0, ""}, {-1, "0123456789"}, {0x7FFFFFFF, "0123456789"}}) {

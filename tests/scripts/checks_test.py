@@ -118,8 +118,7 @@ class CheckTest(unittest.TestCase):
         # Put together here, so that the check doesn't find them in this file.
         for words in """the sp|ec says; Specifi|cation; sp|ec.md; Par|t 1.2; Par|ts 4.1 and 4.2;
                         Par|t 6; THE SP|EC; /wo|rk/main; the is|sue; is|sue 7; a rul|ing""".split(";"):
-            text = "\n" + words.strip().replace("|", "") + "\n"
-            self.expect({"docs/a.md": text}, "docs/a.md:2: ")
+            self.expect({"docs/a.md": "\n" + words.strip().replace("|", "")}, "docs/a.md:2: ")
         self.expect({"sp" + "ec.md": ""}, "sp" + "ec.md: the name")
 
     def test_test_share(self):
