@@ -14,7 +14,6 @@ struct LoopWnd : CWnd {
 
   /// The handler gets neither the first message nor the last one.
   explicit LoopWnd(Handler handler = {}) : on_message(std::move(handler)) { CreateWnd("Test"); }
-  ~LoopWnd() override { DestroyWindow(); }
   LRESULT WindowProc(UINT message, WPARAM first, LPARAM second) override {
     if (message == WM_CREATE || message == WM_DESTROY) return 0;
     got += std::to_string(message) + "/" + std::to_string(first) + " ";
@@ -41,14 +40,13 @@ TEST(Handle, IsAliveUntilItsWindowEndsNeverUsedAgainAndGivesTheClassNameCutToThe
   EXPECT_FALSE(refusing.CreateWnd("Edit") || refusing.GetSafeHwnd() != nullptr);
   window.CreateWnd("Test");
   std::string names;
-  const HWND handle = window.GetSafeHwnd();
-  for (const auto& [of, size] : Rows<HWND, int>{
-           {handle, 5}, {handle, 4}, {handle, 1}, {handle, 0}, {handle, -1}, {nullptr, 8}}) {
-    char buffer[40] = "???";
+  const HWND made = window.GetSafeHwnd();
+  for (const auto& [of, size] :
+       Rows<HWND, int>{{made, 5}, {made, 4}, {made, 1}, {made, 0}, {made, -1}, {nullptr, 8}}) {
+    char buffer[40] = "?";
     names += std::to_string(GetWindowClassName(of, buffer, size)) + buffer + " ";
   }
-  EXPECT_EQ(names, "4Test 3Tes 0 0??? 0??? 0 ");
-  EXPECT_EQ(GetWindowClassName(handle, nullptr, 5), 0);
+  EXPECT_EQ(names + std::to_string(GetWindowClassName(made, nullptr, 5)), "4Test 3Tes 0 0? 0? 0 0");
 }
 
 TEST(Send, OnTheOwnThreadIsACallThatIsAnsweredEvenIfItEndsTheWindow) {
@@ -64,18 +62,16 @@ TEST(Send, OnTheOwnThreadIsACallThatIsAnsweredEvenIfItEndsTheWindow) {
 TEST(Send, OneThatIsBeingHandledIsAnsweredAndTheOthersReleasedWhenTheWindowEnds) {
   for (int round = 0; round < 200; ++round) {
     const bool ends_unpumped = round % 2 == 0;
-    std::atomic<int> started = 0, answered = 0, sum = 0;
+    std::atomic<int> answered = 0, sum = 0;
     LoopWnd window([&](UINT, WPARAM, LPARAM) { return window.DestroyWindow(), 7; });
     LoopWnd other([](UINT, WPARAM, LPARAM) { return 90; });
     const auto send = [&](HWND target) {
-      ++started;
       sum += static_cast<int>(SendToWindow(target, WM_APP, 0, 0));
       ++answered;
     };
     std::vector<std::jthread> senders;
     for (CWnd* each : {&window, &window, &other}) senders.emplace_back(send, each->GetSafeHwnd());
-    while (started < 3) std::this_thread::yield();
-    for (int wait = 0; wait < round; ++wait) std::this_thread::yield();
+    for (int wait = 0; wait < 10 * round; ++wait) std::this_thread::yield();
     if (ends_unpumped) window.DestroyWindow();
     while (answered < 3) PumpSentMessages();
     EXPECT_EQ(sum, ends_unpumped ? 90 : 97);
@@ -86,15 +82,12 @@ TEST(Send, IsReleasedAndTheHandleDeadWhenTheThreadEnds) {
   for (int round = 0; round < 100; ++round) {
     CWnd window;
     std::atomic<HWND> handle = nullptr;
-    std::atomic<bool> sending = false;
     std::thread owner([&] {
       window.CreateWnd("Test");
       handle = window.GetSafeHwnd();
-      while (!sending) std::this_thread::yield();
-      for (int wait = 0; wait < round; ++wait) std::this_thread::yield();
+      for (int wait = 0; wait < 10 * round; ++wait) std::this_thread::yield();
     });
     while (handle == nullptr) std::this_thread::yield();
-    sending = true;
     EXPECT_EQ(SendToWindow(handle, WM_APP, 0, 0), 0);
     owner.join();
     EXPECT_TRUE(CWnd::FromHandle(handle) == nullptr && !window.DestroyWindow());
@@ -200,7 +193,6 @@ TEST_F(MessageLoop, MessagesAndTimersOfWindowsThatEndAreGoneAndThoseOfOthersCome
 
 /// An application that keeps how often it idles, and drops a message.
 struct IdleApp : CWinApp {
-  IdleApp() : CWinApp("idle") {}
   std::string idled;
   std::function<void()> on_last;
 
@@ -227,7 +219,6 @@ TEST_F(MessageLoop, IdlesUntilItWantsNoMoreAndAnewAfterAMessage) {
   auto dying = std::make_unique<LoopWnd>();
   app.m_pMainWnd = dying.get();
   dying->on_message = [&](UINT, WPARAM, LPARAM) { return dying.reset(), 0; };
-  EXPECT_EQ(AfxGetMainWnd(), dying.get());
   PumpUntilIdle();
   EXPECT_EQ(AfxGetMainWnd(), nullptr);
 }
@@ -248,13 +239,11 @@ TEST_F(MessageLoop, EndsWithTheCodeBehindPostedMessagesAndLeavesNestedLoops) {
 TEST(WinApp, IsTheThreadsObjectWhileItLivesAndHasTheExecutablesBaseNameWithoutAnother) {
   ScriptedPlatform platform;
   platform.modules.path = "/opt/v1.2/my tool.bin";
-  EXPECT_EQ(AfxGetApp(), nullptr);
   std::optional<CWinApp> app(std::in_place);
   EXPECT_EQ(app->GetAppName() + ("|" + app->GetExecutablePath()), "my tool|/opt/v1.2/my tool.bin");
   app->SetExecutablePath("/bin/other");
   app->SetRegistryKey("Maker");
   EXPECT_EQ(app->GetAppName() + ("|" + app->GetExecutablePath()), "my tool|/bin/other");
-  EXPECT_EQ(AfxGetThread(), &*app);
   // The framework doesn't know the other thread.
   std::thread([&] { EXPECT_TRUE(AfxGetThread() == nullptr && AfxGetApp() == &*app); }).join();
   app.reset();
@@ -327,9 +316,8 @@ TEST_P(Profile, ValuesComeBackAndAbsentOnesGiveTheFallback) {
 }
 
 TEST_P(Profile, NullsDeleteAnEntryOrASectionAndNeverAllOfIt) {
-  for (const char* section : {"a", "b"}) {
-    for (const char* entry : {"x", "y"}) app.WriteProfileString(section, entry, "2");
-  }
+  for (const char* entry : {"x", "y"}) app.WriteProfileString("a", entry, "2");
+  app.WriteProfileString("b", "y", "2");
   app.WriteProfileString("a\\deep", "z", "3");
   // In the registry a section nests; in a file its name is only a name.
   for (const auto& [name, left] : Rows<const char*, const char*>{
@@ -360,12 +348,11 @@ TEST_P(Profile, HasTheFormsThatOtherReadersKnow) {
     return;
   }
   EXPECT_EQ(AppRegistryRoot(), "Software\\Velmora\\tool\\");
-  std::string told;
-  RegistryDump dump = Dump(*platform::Current().registry);
-  for (const auto& [entry, value] : dump["Software\\Velmora\\tool\\s"]) {
-    told += entry + std::to_string(value.first) + value.second + " ";
-  }
-  EXPECT_EQ(told, std::string("b3y n4\xFE\xFF\xFF\xFF t1x\0 ", 16));
+  using testing::Pair;
+  EXPECT_THAT(
+      Dump(*platform::Current().registry)["Software\\Velmora\\tool\\s"],
+      testing::ElementsAre(Pair("b", Pair(3U, "y")), Pair("n", Pair(4U, "\xFE\xFF\xFF\xFF")),
+                           Pair("t", Pair(1U, std::string("x\0", 2)))));
   EXPECT_TRUE(Int("t") == 5 && Text("s", "n") == "gone") << "it is of another kind";
   EXPECT_EQ(own_settings.directory.Mode("velmora/registry/hkcu.journal"), 0600U);
 }

@@ -68,7 +68,6 @@ struct ControlDialog : CWnd {
     for (const int id : {kList, kMany, kMarks, kCombo, kDropList}) {
       for (const char* text : {"One", "Two", "Three"}) Get<RowControl>(id).AddString(text);
     }
-    tips.Create(this);
     codes.clear();
   }
   ~ControlDialog() override { DestroyWindow(); }
@@ -91,7 +90,6 @@ struct ControlDialog : CWnd {
   std::vector<std::pair<int, int>> codes;
   /// Called with each.
   std::function<void(int id)> handler;
-  CToolTipCtrl tips;
   std::vector<std::unique_ptr<CWnd>> controls;
 };
 
