@@ -85,8 +85,6 @@ struct GotoDlg : CDialog {
 };
 
 using View = platform::DialogView;
-void PressMore(View& view) { view.Press(102); }
-void PressOk(View& view) { view.Press(IDOK); }
 
 /// A main window and prompts.
 struct Dialog : testing::Test {
@@ -148,7 +146,7 @@ TEST_F(Dialog, MayCloseItselfInAnyOfItsHandlersAndInItsExchangeAndRunAnew) {
     EXPECT_TRUE(view.Enter(100, "x") && view.Press(IDOK) && !view.IsOpen());
   };
   EXPECT_EQ(dialog.DoModal(), IDCANCEL);
-  prompts.on_dialog = PressMore;
+  prompts.on_dialog = [](View& view) { view.Press(102); };
   dialog.on_more = [&] { dialog.DestroyWindow(); };
   EXPECT_EQ(dialog.DoModal(), IDCANCEL);
   dialog.on_more = [&] {
@@ -200,7 +198,7 @@ TEST_F(Dialog, RunsWithinAnotherAndGivesItTheScreenAndTheFocusBack) {
     for (GotoDlg* each : {&inner, &over_main}) {
       EXPECT_EQ(each->DoModal(), IDOK);
       EXPECT_TRUE(CWnd::GetFocus() == dialog.GetDlgItem(101) && CWnd::GetActiveWindow() == &dialog);
-      prompts.on_dialog = PressOk;
+      prompts.on_dialog = [](View& view) { view.Press(IDOK); };
     }
   };
   prompts.on_dialog = [&](View& view) {
@@ -218,7 +216,7 @@ TEST_F(Dialog, RunsWithinAnotherAndGivesItTheScreenAndTheFocusBack) {
 TEST_F(Dialog, ClosesWhenTheThreadIsToldToEnd) {
   inner.on_more = [] { PostQuitMessage(3); };
   dialog.on_more = [&] {
-    prompts.on_dialog = PressMore;
+    prompts.on_dialog = [](View& view) { view.Press(102); };
     EXPECT_EQ(inner.DoModal(), IDCANCEL);
   };
   prompts.on_dialog = [&](View& view) {
@@ -244,7 +242,7 @@ TEST_F(Dialog, MayBeDroppedByItsOwnHandlersWhichMayThrowWhileItIsClosed) {
     }
     UINT at = 0;
   };
-  prompts.on_dialog = PressOk;
+  prompts.on_dialog = [](View& view) { view.Press(IDOK); };
   std::string results;
   for (const UINT at : std::vector<UINT>{WM_CREATE, WM_SHOWWINDOW, WM_COMMAND, WM_DESTROY, 0}) {
     auto* const dropped = new DroppedDlg;
@@ -508,12 +506,11 @@ TEST(ToolBar, ResourceGivesButtonsAndEveryChangeIsTold) {
   module.AddResource(RESOURCE_TOOLBAR, 6, data.substr(0, data.size() - 1));
   module.AddResource(RESOURCE_TOOLBAR, 7, "\x02" + data.substr(1));
   const CDynLinkLibrary link(&module);
-  RecordingObserver observer;
   Frame frame;
   CToolBar bar;
   ASSERT_TRUE(bar.Create(&frame, 1));
   bar.SetButtons(others);
-  observer.changes.clear();
+  RecordingObserver observer;
   EXPECT_TRUE(bar.LoadToolBar(5));
   for (const UINT broken : {6U, 7U, 8U}) EXPECT_FALSE(bar.LoadToolBar(broken));
   EXPECT_TRUE(observer.Take() == "1 content " && bar.GetPictureSize() == (CSize{20, 19}));

@@ -184,7 +184,6 @@ struct Options : Dialogs {
 
 TEST_F(Options, ListsKeepMarksOfAllTheirArrays) {
   module.AddString(500, "General");
-  module.AddString(501, "More");
   const UINT general[] = {10, 11, 99, 12}, more[] = {13};
   CComboBox combo(ComboStyle{.list_only = true});
   CDQOptionChecklist list;
