@@ -154,7 +154,8 @@ void DQLIB_DoUnderConstructionMessageBox() { AfxMessageBox(IDS_UNDER_CONSTRUCTIO
 
 bool DQCompareClassName(HWND window, const char* name) {
   std::array<char, kClassNameSize + 1> class_name{};
-  const int length = GetWindowClassName(window, class_name.data(), kClassNameSize + 1);
+  const int length =
+      GetWindowClassName(window, class_name.data(), static_cast<int>(class_name.size()));
   return length > 0 && CString(class_name.data(), length).CompareNoCase(name) == 0;
 }
 

@@ -161,14 +161,18 @@ TEST_F(File, StatusesNamesAndRemovals) {
 }
 
 TEST_F(File, StdioLinesEndInLfOrCrLfAcrossBuffers) {
-  const std::string wide(65535, 'x');
-  directory.Put("f", wide + "\r\n\r\na\rb\n\r\r\nlast\r");
+  const std::string wide(65535, 'x'), text = wide + "\r\n\r\na\rb\n\r\r\nlast\r";
+  directory.Put("f", text);
   CStdioFile file(path, CFile::modeRead);
   CString line;
   for (const char* const expected : {wide.c_str(), "", "a\rb", "\r", "last\r"}) {
     EXPECT_TRUE(file.ReadString(line) && line == expected) << expected;
   }
   EXPECT_TRUE(!file.ReadString(line) && line.IsEmpty());
+  file.SeekToBegin();
+  std::string all(text.size() + 1, '?');
+  EXPECT_TRUE(file.Read(all.data(), static_cast<UINT>(all.size())) == text.size() &&
+              all == text + '?');
 }
 
 TEST_F(File, StdioReadsAndWritesMixAtOnePosition) {
