@@ -101,6 +101,13 @@ TEST(Failures, ChangesOfFilesAreDoneOrNotWhateverFails) {
   }
   calls.WriteAtMost(1000);
   EXPECT_TRUE(files->Replace(b, large, false).ok() && dir.Get("b") == large);
+  for (const auto& [error, is_told] : {std::pair(EINTR, 0), {EIO, EIO}}) {
+    std::string bytes;
+    calls.FailEach("Read", error, "", 1);
+    EXPECT_EQ(int(files->Copy(b, a, true).code), is_told);
+    calls.FailEach("Read", error, "", 1);
+    EXPECT_EQ(int(files->ReadAll(b, bytes).code), is_told);
+  }
 }
 
 /// A write that fails has written a half.

@@ -323,7 +323,7 @@ TEST_F(FilesTest, SearchesProgramDirectoryThenCurrentThenPath) {
   for (const auto& name : {"only_here.txt"s, tool}) EXPECT_EQ(files.SearchPath(name).value, tool);
 }
 
-TEST_F(FilesTest, TellsVolumesDrivesAndPathsOfOtherMachines) {
+TEST_F(FilesTest, TellsVolumesAndDrives) {
   const VolumeFacts volume = files.Volume(dir.path()).value, proc = files.Volume("/proc").value;
   EXPECT_TRUE(volume.bytes_total > volume.bytes_free && proc.file_system == "proc");
   EXPECT_EQ(files.Volume(dir / "none").error.kind, kNotFound);
@@ -331,7 +331,9 @@ TEST_F(FilesTest, TellsVolumesDrivesAndPathsOfOtherMachines) {
   for (const auto& no : {""s, dir / "none"}) EXPECT_EQ(files.KindOfDrive(no), DRIVE_KIND_NO_ROOT);
   EXPECT_EQ(files.KindOfDrive("\\\\server\\share"), DRIVE_KIND_REMOTE);
   EXPECT_EQ(files.UniversalName("/proc/self").error.kind, kUnsupported);
-  // The paths of other machines.
+}
+
+TEST(MountTable, TellsThePathsOfOtherMachines) {
   constexpr std::string_view kTable =
       "21 1 8:1 / / rw,relatime shared:1 - ext4 /dev/sda1 rw\n"
       "torn line - nfs\n"

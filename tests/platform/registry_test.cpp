@@ -314,8 +314,9 @@ TEST(RegistryJournal, ADamagedByteCostsOneRecordAndWhatIsFromElsewhereIsNone) {
   EXPECT_EQ(ReplayJournal(outer, kEpoch, kJournalHeaderSize + 1, tree).records, 0u);
   EXPECT_EQ(FindJournalEpoch(bytes, kJournalHeaderSize), kEpoch);
   std::string large(kLargest, 'x');
-  EXPECT_EQ(Replay(Records({{kSetValue, "k", "v", 1, large}}), tree).records, 1u);
-  EXPECT_EQ(Replay(Records({{kSetValue, "k", "v", 1, large += 'x'}}), tree).records, 0u);
+  const std::string name(16'383, 'n');
+  EXPECT_EQ(Replay(Records({{kSetValue, "k", name, 1, large}}), tree).records, 1u);
+  EXPECT_EQ(Replay(Records({{kSetValue, "k", name, 1, large += 'x'}}), tree).records, 0u);
 }
 
 TEST(RegistryJournal, BytesThatOverlapAsRecordsAreReadInLinearTime) {
