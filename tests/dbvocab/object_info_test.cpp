@@ -146,7 +146,7 @@ TEST(ObjectTypeCombo, ChoosesByTheTextOnThePlatformAndTellsWhatItLacks) {
   CDQObjectTypeCombo combo;
   combo.CreateWnd({.class_name = "ComboBox", .parent = &window, .id = 5});
   ScriptedPrompts prompts;
-  combo.AddObjectType("A text that is much wider than the combo box", OT_NONE);
+  combo.AddObjectType("A text that is much wider than the combo box", OT_DATABASE);
   EXPECT_GT(combo.GetDroppedWidth(), 200);
   EXPECT_TRUE(combo.LoadObjectTypes(DBMS_ORACLE, 8.1, OT_PACKAGE_BODY, true));
   EXPECT_STREQ(combo.GetWindowText(), "Package Body");
@@ -160,6 +160,10 @@ TEST(ObjectTypeCombo, ChoosesByTheTextOnThePlatformAndTellsWhatItLacks) {
   EXPECT_EQ(prompts.shown, (std::vector<ShownBox>{{of + "Package" + no, BOX_INFORMATION},
                                                   {of + "Unknown" + no, BOX_INFORMATION}}));
   CDataExchange load(&window, false), save(&window, true);
+  OBJECTTYPES first = OT_NONE;
+  combo.SetCurSel(0);
+  DDX_ObjectType(&save, 5, first);
+  EXPECT_EQ(first, OT_DATABASE);
   for (const auto& [loaded, saved] : Rows<OBJECTTYPES, OBJECTTYPES>{
            {OT_VIEW, OT_NONE}, {OT_TYPE, OT_TYPE}, {OT_PACKAGE, OT_NONE}, {OT_ROLE, OT_ROLE}}) {
     OBJECTTYPES type = loaded;
