@@ -218,6 +218,7 @@ class AnswersTest(transcript.TranscriptTest):
             convert --platform oracle --in 'MM/DD/YYYY HH12:MI:SS AM' --out 'YYYY-MM-DD HH24:MI:SS' '04/03/1993 05:34:00 PM' => 1993-04-03 17:34:00
             convert --platform oracle --in MM/DD/YYYY --out YYYY x [NULL] =>1 x\n[NULL] ! 'x' can't be read by MM/DD/YYYY\n'[NULL]' can't be read by MM/DD/YYYY
             convert --platform DB2 --code 5 --in 'MM/DD/YYYY HH12:MI:SS AM' --out 'YYYY-MM-DD HH24:MI:SS' < 04/03/1993\n04/04/1993 => 1993-04-03\n1993-04-04
+            convert --platform db2 --in MM --out MM --code 27 1 =>1 1 ! '1' can't be read by MM
             convert --platform sybase --in DD/MM/YYYY --out YYYY --json 3/4/1993 => [\n{"value":"3/4/1993","result":"1993","converted":true}\n]
             convert --platform db2 --in nonsense --out MM 1 =>2 ! --in is no display or ole format: 'nonsense'
             convert --platform db2 --in MM --out '' 1 =>2 ! --out is no display or ole format: ''
@@ -433,7 +434,7 @@ class ProgramTest(transcript.TranscriptTest):
             --jsno TEXT 44030 =>2 ! dqtool: text: no option --jsno; did you mean '--json'?
             nonsense =>2 ! dqtool: no command named nonsense
             ibgint =>2 ! dqtool: no command named ibgint; did you mean 'bigint'?
-            bitngt =>2 ! dqtool: no command named bitngt
+            bitngt =>2 ! dqtool: no command named bitngt ;; xxg =>2 ! dqtool: no command named xxg
             urn =>2 ! dqtool: no command named urn; did you mean 'run'?
             'no\x1b[2J\n\x7f' =>2 ! dqtool: no command named no\\x1b[2J\\x0a\\x7f
             help nonsense =>2 ! dqtool: no command named nonsense
