@@ -197,6 +197,7 @@ TEST_F(Controls, ComboBoxPutsTheCaretBehindOtherTextsThanItsRowsAndAnswersWhereI
   CComboBox& combo = dialog.combo();
   EXPECT_TRUE(combo.Enter("other") && combo.GetEditSel() == 0x50005);
   EXPECT_TRUE(combo.Enter("One") && combo.GetCurSel() == 0);
+  EXPECT_TRUE(dialog.list().Enter("two") && dialog.list().Enter("two")) << "chosen already";
   dialog.MoveWindow(100, 100, 500, 500);
   for (const auto& [width, right] : Rows<UINT, LONG>{{300, 410}, {30, 190}}) {
     combo.SetDroppedWidth(width);
@@ -212,6 +213,7 @@ TEST(Edit, SelectionFollowsItsRules) {
                                       {9, 9, 0x50005},  {2, 99, 0x50002}, {-7, 0, 0x30003}};
   for (const auto& [start, end, selected] : rows) {
     CEdit edit;
+    EXPECT_EQ(edit.GetSel(), 0U);
     edit.SetWindowText("hello");
     edit.SetSel(3, 1);
     edit.SetSel(start, end);
