@@ -25,10 +25,12 @@ void dq::fuzz::Try(std::string_view input) {
           all.insert((name + '\n' + each + '\n').append(*found));
       }
     }
-    std::string lines(text.substr(text.starts_with("\xEF\xBB\xBF") ? 3 : 0));
+    std::string lines(text);
     std::ranges::replace(lines, '\r', '\n');
     for (std::string_view rest = lines; !rest.empty();) {
-      const std::string_view line = TakeLine(rest);
+      std::string_view line = TakeLine(rest);
+      // At the begin of the text, where a change may bring a line, the mark isn't a part of it.
+      if (line.starts_with("\xEF\xBB\xBF")) line.remove_prefix(3);
       if (!line.empty() && line.find_first_of("=[") == line.npos) remarks.append(line) += '\n';
     }
     all.insert(remarks);
