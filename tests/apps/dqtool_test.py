@@ -383,6 +383,7 @@ class SettingsTest(transcript.TranscriptTest):
             'date/time FORMAT builder' --script - < 44531=1993-4-3 5:34:00 PM\npress 1 => ok\nYYYY-mm-dd hh12:MI:SS AM
             44530 --script - --json < press 44552\n44532=DD\n44539=-\n44533=MON\n44540= \n44542=1\n44535=HH24\npress 1 => {"result":"ok","answer":"DD-MON YYYY HH24:MI:SS"}
             44530 --script - < press 2 =>1 cancel
+            44530 --script - < press 99 =>1 cancel ! standard input:1: control 99 can't be pressed
             44510 --script - --json < =>1 {"result":"cancel"}
             44510 --script - < 50183=9\nwhat =>1 ! standard input:2: neither 'id=value' nor 'press id'
             Optoins =>2 ! no dialog 'Optoins', as --list shows; did you mean 'Options'?

@@ -287,6 +287,8 @@ TEST(VersionResources, ComeFromTheTextFileBesideTheProgramOrATableHandedIn) {
   }
   resources.SetTable(dir / "x/../tool", {{"FileVersion", "2"}, {"Translation", "0407,04e4"}});
   EXPECT_EQ(resources.Query(fetch(), "\\StringFileInfo\\040704e4\\FileVersion"), "2");
+  resources.SetTable(path, {{"Translation", "0407,04e4"}});
+  EXPECT_EQ(resources.Query(fetch(), "\\VarFileInfo\\Translation"), "\x07\x04\xE4\x04");
   resources.SetTable(path, {});
   EXPECT_TRUE(fetch().empty());
   resources.SetTable("C:\\Bin\\Tool.exe", {{"FileVersion", "3"}});

@@ -110,7 +110,6 @@ int SystemCalls::RenameToNew(const char* from, const char* to) {
 ssize_t SystemCalls::ReadLink(const char* path, char* target, std::size_t size) {
   return ::readlink(path, target, size);
 }
-int SystemCalls::Link(const char* from, const char* to) { return ::link(from, to); }
 int SystemCalls::Unlink(const char* path) { return ::unlink(path); }
 int SystemCalls::MakeDirectory(const char* path, mode_t mode) { return ::mkdir(path, mode); }
 int SystemCalls::RemoveDirectory(const char* path) { return ::rmdir(path); }

@@ -74,7 +74,6 @@ class SystemCalls {
   /// `EEXIST` if `to` is there, `ENOSYS` or `EINVAL` if that can't be done in one step.
   virtual int RenameToNew(const char* from, const char* to);
   virtual ssize_t ReadLink(const char* path, char* target, std::size_t size);
-  virtual int Link(const char* from, const char* to);
   virtual int Unlink(const char* path);
   virtual int MakeDirectory(const char* path, mode_t mode);
   virtual int RemoveDirectory(const char* path);
