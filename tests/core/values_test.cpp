@@ -261,6 +261,8 @@ TEST(DQString, SplitAddsTokensAndCutsTheString) {
   for (int i = 0; i < 5000; ++i) many += std::string(i < 100 ? 500 : 1, 'x') + ",";
   CStringArray out;
   EXPECT_TRUE(CDQString(many).Split(",", out) == 5000 && out[4999] == "x");
+  const TwoByteCharacters page;
+  EXPECT_TRUE(CDQString("a\x83").Split("\x83", out) == 1 && out[5000] == "a") << "a lone half";
 }
 
 TEST(DQString, FixedFieldsEndAtAZeroAndLeaveTheLengthThere) {

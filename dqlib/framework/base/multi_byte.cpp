@@ -287,7 +287,7 @@ std::size_t CharacterSet::FindOther(std::string_view text, std::size_t start) co
 }
 
 Tokenizer::Tokenizer(std::string_view text, std::string_view delimiters)
-    : text_(text), delimiters_(delimiters), ends_(std::string(delimiters) + '\0') {
+    : text_(text), delimiters_(delimiters), ends_('\0' + std::string(delimiters)) {
   if (!CurrentCodePage().IsSingleByte()) {
     text_ = text.substr(0, text.find('\0'));
   } else if (delimiters.size() == 1) {
