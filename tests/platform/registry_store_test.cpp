@@ -145,6 +145,28 @@ TEST_F(RegistryStoreTest, AJournalBegunAnewAndFoldedIsUnitedWithWhatAProgramKnew
   EXPECT_EQ(Told(directory_), kUnited);
 }
 
+TEST_F(RegistryStoreTest, AJournalRemovedUnderSeveralProgramsLosesNothingOfAny) {
+  for (const char* removal : {"rm hkcu.journal", "rm hkcu.*", "mv hkcu.journal moved"}) {
+    for (const std::string order : {"012", "210", "102", "120"}) {
+      const TempDirectory directory;
+      {
+        // The first one is behind, and the last one ahead of all.
+        User users[] = {User(directory.path()), User(directory.path()), User(directory.path())};
+        users[0].Do("a=x");
+        users[1].Do("b=x");
+        users[2].Do("c=x gone=x -gone");
+        Shell(directory.path(), removal);
+        User stranger(directory.path());
+        stranger.Do("new=x -new");
+        for (const char each : order) users[each - '0'].Do(std::string("then") + each + "=x");
+        stranger.Do("last=x");
+      }
+      EXPECT_EQ(Found(directory.path()), "k: a=x b=x c=x last=x then0=x then1=x then2=x ")
+          << removal << order;
+    }
+  }
+}
+
 TEST_F(RegistryStoreTest, ASnapshotPutUnderARunningProgramIsKeptAsideAndTold) {
   user_.Do("a=old leave");
   const std::string backup = directory_.Get("hkcu.reg");
