@@ -322,6 +322,9 @@ TEST_F(ObjectInfoMapTest, EachFailingCallAndAllocationLeavesAWholeFileAndAWholeM
       EXPECT_EQ(map.IsLoaded(), loaded);
     }
   }
+  calls_.LeaveRoom(50);
+  EXPECT_FALSE(map_.Save((files_ / "new").c_str()));
+  EXPECT_EQ(files_.Get("new"), "(none)");
 }
 
 TEST_F(ObjectInfoMapTest, UpdateHoldsTheFileAndWritesOverNothingUnread) {

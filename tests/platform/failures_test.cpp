@@ -372,6 +372,25 @@ TEST(RegistryProcess, AFoldWhoseJournalIsRemovedMeanwhileTakesNothingFromWhoever
   }
 }
 
+TEST(RegistryProcess, AChangeThatIsReportedIsSeenByOthersAtOnce) {
+  const TempDirectory directory;
+  User user(directory.path());
+  user.Do("n=-1");
+  std::atomic<int>& turn = MakeSharedCount();
+  // Each answers the other's number with the next one; neither ever finds an old one.
+  const auto play = [&turn](User& own, int first) {
+    for (int i = first; i < 600; i += 2) {
+      ASSERT_TRUE(Eventually([&] { return turn == i; })) << i;
+      ASSERT_EQ(own.All(), "k: n=" + std::to_string(i - 1) + " ");
+      own.Do("n=" + std::to_string(i));
+      ++turn;
+    }
+  };
+  ForkedProcess child([&] { play(*std::make_unique<User>(directory.path()), 1); });
+  play(user, 0);
+  EXPECT_TRUE(child.EndsWell());
+}
+
 TEST(RegistryProcess, AChildOfAForkIsAUserOfItsOwn) {
   constexpr int kValues = 1'500;
   const TempDirectory directory;
