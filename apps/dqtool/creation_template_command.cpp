@@ -22,10 +22,14 @@ int TellOfNoText(const dq::CString& template_path) {
 
 int RunCreationTemplate(const Arguments& arguments) {
   const dq::DBMS platform = PlatformOf(arguments.Get("--platform"));
-  const dq::OBJECTTYPES type = TypeOf(arguments.Get("--type"), platform);
-  const dq::CDBObjectInfo object(type, arguments.Get("--owner").c_str(),
-                                 arguments.Get("--name").c_str());
-  if (!object.IsValid()) return Complain("no object of this type with this owner and name");
+  const dq::OBJECTTYPES type = TypeOfObject(arguments.Get("--type"), platform);
+  const std::string owner = arguments.Get("--owner");
+  const std::string name = arguments.Get("--name");
+  const dq::CDBObjectInfo object(type, owner.c_str(), name.c_str());
+  if (!object.IsValid()) {
+    return Complain("no object of this type has the owner '" + owner + "' and the name '" + name +
+                    "'");
+  }
   const dq::CString path = dq::GetCreationTemplatePath(platform, type);
   if (path.IsEmpty()) return Complain("the platform has no template of this type");
   if (const std::string* const root = arguments.Find("--root")) {

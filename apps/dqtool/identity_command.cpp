@@ -63,20 +63,9 @@ Fields AllFacts() {
   };
 }
 
-/// Numbers with dots between.
-bool IsFileVersion(std::string_view text) {
-  char before = '.';
-  for (const char each : text) {
-    const bool is_digit = each >= '0' && each <= '9';
-    if (!is_digit && (each != '.' || before == '.')) return false;
-    before = each;
-  }
-  return before != '.';
-}
-
 int PrintIdentity(const Arguments& arguments) {
   const std::string* const version = arguments.Find("--file-version");
-  if (version != nullptr && !IsFileVersion(*version)) {
+  if (version != nullptr && !IsNumbersWithDots(*version)) {
     throw WrongUsage("V is numbers with dots between, not '" + *version + "'");
   }
   if (const std::string* const code = arguments.Find("--app")) SetApplication(*code);

@@ -12,6 +12,7 @@
 #include "dqlib/core/ini_file.h"
 #include "dqlib/framework/base/error_text.h"
 #include "dqlib/platform/platform.h"
+#include "dqlib/platform/profile_text.h"
 
 namespace dqtool {
 namespace {
@@ -147,10 +148,24 @@ void RequireName(const std::string& name) {
   if (name.empty()) throw WrongUsage("a name is empty");
 }
 
+/// Whether a file can hold the section and key; what it can't has been said.
+bool CanBeNames(const std::string& file, const std::string& section, const std::string& key) {
+  if (!dq::platform::IsProfileSectionName(section)) {
+    Complain(file + ": no section can be named '" + section + "'");
+    return false;
+  }
+  if (!dq::platform::IsProfileKeyName(key)) {
+    Complain(file + ": no key can be named '" + key + "'");
+    return false;
+  }
+  return true;
+}
+
 int Set(const Arguments& arguments) {
   const std::vector<std::string>& words = arguments.words;
   RequireName(words[1]);
   RequireName(words[2]);
+  if (!words[0].empty() && !CanBeNames(words[0], words[1], words[2])) return kNo;
   CString kept;
   const int status = IniFile::Change(words[0], [&](CDQIniFile& file) {
     file.WriteKey(words[1].c_str(), words[2].c_str(), words[3].c_str());

@@ -54,10 +54,7 @@ int Add(const Arguments& arguments) {
   if (path == "-") {
     throw WrongUsage("standard input can't be changed; for a file of that name: ./-");
   }
-  const dq::OBJECTTYPES type = TypeOf(words[2], dq::DBMS_NONE);
-  if (type != dq::OT_NONE && (type < dq::OT_ALIAS || type > dq::OT_REDO_LOG_GROUP)) {
-    throw WrongUsage("no kind of objects has the number " + words[2]);
-  }
+  const dq::OBJECTTYPES type = TypeOfObject(words[2], dq::DBMS_NONE);
   dq::CDBObjectInfoMap map;
   const bool done = map.Update(path.c_str(), [&] {
     map.Insert(

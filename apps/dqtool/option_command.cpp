@@ -23,6 +23,14 @@ dq::CDQOptionsServer& ServerFor(const Arguments& arguments) {
   return server;
 }
 
+/// Refuses a platform for an option that has one value for all of them.
+void CheckPlatform(const Arguments& arguments, const dq::CDQOption& option) {
+  if (arguments.Has("--platform") && !option.IsPerPlatform()) {
+    throw WrongUsage("option " + std::to_string(option.GetID()) +
+                     " has one value for all platforms, without --platform");
+  }
+}
+
 std::string Shown(dq::CDQOptionsServer& server, const dq::CDQOption& option) {
   const dq::OptionValue value = server.GetValue(option.GetID());
   return option.GetKind() == dq::OptionKind::kBinary ? dq::HexOfBytes(value) : value;
@@ -81,6 +89,7 @@ int Get(const Arguments& arguments) {
   dq::CDQOptionsServer& server = ServerFor(arguments);
   const dq::CDQOption* const option = FindOption(server, arguments.words[0]);
   if (option == nullptr) return kNo;
+  CheckPlatform(arguments, *option);
   const std::string shown = Shown(server, *option);
   if (!WasRead(server)) return kNo;
   return PrintAnswer(arguments, shown, FieldsOf(*option, shown));
@@ -100,6 +109,7 @@ int Set(const Arguments& arguments) {
   dq::CDQOptionsServer& server = ServerFor(arguments);
   const dq::CDQOption* const option = FindOption(server, arguments.words[0]);
   if (option == nullptr) return kNo;
+  CheckPlatform(arguments, *option);
   const std::string& word = arguments.words[1];
   const bool is_binary = option->GetKind() == dq::OptionKind::kBinary;
   const auto value = is_binary ? dq::BytesOfHex(word) : std::optional(word);
@@ -119,6 +129,7 @@ int Unset(const Arguments& arguments) {
   dq::CDQOptionsServer& server = ServerFor(arguments);
   const dq::CDQOption* const option = FindOption(server, arguments.words[0]);
   if (option == nullptr) return kNo;
+  CheckPlatform(arguments, *option);
   if (server.UnsetValue(option->GetID())) return kYes;
   return Complain("option " + std::to_string(option->GetID()) + " could not be reset");
 }

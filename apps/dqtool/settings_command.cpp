@@ -229,12 +229,12 @@ int Rename(const Arguments& arguments) {
   return Complain(path + " could not be renamed to " + target);
 }
 
-int Export(const Arguments&) {
+int Export(const Arguments& arguments) {
   std::string text;
   if (const Error error = ExportSettings(text); !error.ok()) return Refused("export", error);
-  text.pop_back();  // `PrintLine` ends the last line.
-  PrintLine(text);
-  return kYes;
+  // A line that is printed ends of itself.
+  const std::string_view lines = std::string_view(text).substr(0, text.size() - 1);
+  return PrintAnswer(arguments, lines, {{"text", text}});
 }
 
 int Import(const Arguments& arguments) {
@@ -276,7 +276,8 @@ const Command kSettings{
     "Kinds are string, expand, binary, dword, qword, multi, none, or a number.\n"
     "\n"
     "JSON: list [{\"name\", \"kind\", \"value\"}, ..., {\"key\"}, ...], get {\"kind\", "
-    "\"value\"};\n"
+    "\"value\"}, export\n"
+    "{\"text\"};\n"
     "the value of a multi is an array of texts, any other the text that is printed.\n",
     {{"list [KEY]", List, {kJson}},
      {"get KEY NAME", Get, {kJson}},
@@ -284,7 +285,7 @@ const Command kSettings{
      {"delete KEY", DeleteKey},
      {"delete KEY NAME", DeleteValue},
      {"rename KEY NEW", Rename},
-     {"export", Export},
+     {"export", Export, {kJson}},
      {"import FILE", Import}}};
 
 }  // namespace

@@ -70,12 +70,41 @@ dq::OBJECTTYPES TypeOf(const std::string& word, dq::DBMS platform) {
                    DidYouMean(word, names));
 }
 
+dq::OBJECTTYPES TypeOfObject(const std::string& word, dq::DBMS platform) {
+  const dq::OBJECTTYPES type = TypeOf(word, platform);
+  if (type != dq::OT_NONE && (type < dq::OT_ALIAS || type > dq::OT_REDO_LOG_GROUP)) {
+    throw WrongUsage("no kind of objects has the number " + word);
+  }
+  return type;
+}
+
+bool IsNumbersWithDots(std::string_view text) {
+  char before = '.';
+  for (const char each : text) {
+    const bool is_digit = each >= '0' && each <= '9';
+    if (!is_digit && (each != '.' || before == '.')) return false;
+    before = each;
+  }
+  return before != '.';
+}
+
 bool HoldsVersion(const dq::CDQDBVersionString& version) {
   const std::string_view major = version.View().substr(0, version.View().find('.'));
   return !major.empty() && major.find_first_not_of("0123456789") == major.npos;
 }
 
 double VersionOf(const std::string& word, dq::DBMS platform) {
+  constexpr std::size_t kMostDigits = 9;
+  std::size_t digits = 0;
+  bool too_long = false;
+  for (const char each : word) {
+    digits = each >= '0' && each <= '9' ? digits + 1 : 0;
+    too_long = too_long || digits > kMostDigits;
+  }
+  const bool bare = word.find_first_not_of("0123456789.") == word.npos;
+  if (too_long || (bare && !IsNumbersWithDots(word))) {
+    throw WrongUsage("V is a version, not '" + word + "'");
+  }
   double version = 0;
   const char* const end = word.data() + word.size();
   const auto [stop, error] = std::from_chars(word.data(), end, version, std::chars_format::fixed);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "apps/dqtool/command.h"
 #include "dqlib/dbvocab/dbms.h"
@@ -21,11 +22,17 @@ dq::DBMS PlatformOf(const std::string& word);
 /// called so there, on another one, in any case. Throws `WrongUsage` if it is neither.
 dq::OBJECTTYPES TypeOf(const std::string& word, dq::DBMS platform);
 
+/// The same, for a kind that an object can be of, or none: throws for other numbers, too.
+dq::OBJECTTYPES TypeOfObject(const std::string& word, dq::DBMS platform);
+
+/// Whether the text is numbers with dots between.
+bool IsNumbersWithDots(std::string_view text);
+
 /// Whether a version could be read: numbers stand before its first dot.
 bool HoldsVersion(const dq::CDQDBVersionString& version);
 
 /// A server's version: a number as it is, any other text as the platform's servers call themselves.
-/// Throws `WrongUsage` if it is none.
+/// Throws `WrongUsage` if it is none, or has a number of more than nine digits.
 double VersionOf(const std::string& word, dq::DBMS platform);
 
 /// Makes the program pass for the application of that code, in any case. Throws `WrongUsage` if

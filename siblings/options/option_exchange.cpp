@@ -7,6 +7,7 @@
 
 #include "dqlib/framework/controls/button.h"
 #include "dqlib/framework/controls/combo_box.h"
+#include "dqlib/framework/controls/dialog_exchange.h"
 #include "dqlib/framework/windows/data_exchange.h"
 #include "dqlib/framework/windows/message_box.h"
 #include "dqlib/resources/string_ids.h"
@@ -91,10 +92,16 @@ void CDQOptionDataArray::DoDataExchange(CDataExchange* exchange, CWnd* window) {
       continue;
     }
     const std::optional<OptionValue> value = Read(*control, option->GetKind(), GetValue(at));
-    if (!value || !SetValue(at, *value)) {
+    if (!value || !IsOptionValue(option->GetKind(), *value)) {
       AfxMessageBox(RefusalOf(option->GetKind()));
       exchange->Fail();
     }
+    // What stood in the registry beforehand may stay there.
+    const auto& range = option->GetDefinition().range;
+    if (range && *value != GetValue(at)) {
+      DDV_MinMaxInt(exchange, OptionNumber(*value), range->first, range->second);
+    }
+    SetValue(at, *value);
   }
 }
 
