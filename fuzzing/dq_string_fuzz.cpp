@@ -62,7 +62,8 @@ constexpr Operation kOperations[] = {
     [](auto& text, auto* first, auto& c) { text.FindReplaceNoCase(first, c.second, c.all()); },
     [](auto& text, auto* first, auto&) {
       CStringArray tokens;
-      if (text.Split(first, tokens) > 0) text += tokens[0];
+      const int count = text.Split(first, tokens);
+      for (int i = 0; i < count; ++i) text += tokens[i];
     },
     [](auto& text, auto* first, auto& c) {
       text.ExtractFromCharBuffer(first, std::min(c.at(), static_cast<int>(c.first.size())));
@@ -82,7 +83,7 @@ void Try(std::string_view input) {
   platform::Current().locale->SetCodePage(pages[byte() % 4]);
   CDQString text;
   while (!input.empty()) {
-    const int operation = byte() % 18, own = byte();
+    const int operation = byte() % static_cast<int>(std::size(kOperations)), own = byte();
     Call call{words(), words(), byte() - 1, static_cast<char>(std::max(byte(), 1))};
     // Now and then a text is a part of the string itself, which makes no difference.
     const char* first = call.first.c_str();

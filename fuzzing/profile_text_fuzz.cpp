@@ -29,7 +29,7 @@ void dq::fuzz::Try(std::string_view input) {
     std::ranges::replace(lines, '\r', '\n');
     for (std::string_view rest = lines; !rest.empty();) {
       std::string_view line = TakeLine(rest);
-      // At the begin of the text, where a change may bring a line, marks aren't a part of it.
+      // A change may bring any line to the begin of the text, where marks aren't a part of it.
       while (line.starts_with("\xEF\xBB\xBF")) line.remove_prefix(3);
       if (!line.empty() && line.find_first_of("=[") == line.npos) remarks.append(line) += '\n';
     }

@@ -274,7 +274,7 @@ CDQString CDQString::GetDelimitedField(const char* open, const char* close, int 
 }
 
 int CDQString::Split(const char* delimiters, CStringArray& out) {
-  const std::string& text = Storage();
+  std::string& text = Storage();
   multi_byte::Tokenizer tokens(text, OrEmpty(delimiters));
   TokenRoom room(out);
   std::string_view token;
@@ -286,7 +286,7 @@ int CDQString::Split(const char* delimiters, CStringArray& out) {
     room.Make(count, end, text.size());
     out.Add(token);
   }
-  Storage().resize(count > 0 ? cut : std::strlen(text.c_str()));
+  text.resize(count > 0 ? cut : std::strlen(text.c_str()));
   Commit();
   return count;
 }

@@ -19,7 +19,7 @@ constexpr std::uint64_t kMillion = 1'000'000;
 std::int64_t Millionths(double number) {
   constexpr double kBeyond = 1e6;
   if (!(number >= 0 && number < kBeyond) || std::signbit(number)) return -1;
-  // A count that isn't the next one is found out below.
+  // A count that isn't the nearest one is found out below.
   // NOLINTNEXTLINE(bugprone-incorrect-roundings)
   const auto count = static_cast<std::int64_t>(number * 1e6 + 0.5);
   return static_cast<double>(count) / 1e6 == number ? count : -1;

@@ -93,14 +93,17 @@ std::string Without(const std::string& text, const char* pattern) {
 TEST(ObjectTypes, TemplatesFillInToScriptsThatThePlatformsToolsCanRun) {
   using namespace ::testing;
   CDQOptionsServer* const server = CDQOptionsServer::GetObject();
+  std::set<std::string> expected, found;
   for (const DBMS platform : kPlatforms) {
     for (int type = OT_NONE; type <= OT_REDO_LOG_GROUP + 1; ++type) {
       CDBObjectInfo object(static_cast<OBJECTTYPES>(type), "", "NAMED");
-      const std::string path(GetCreationTemplatePath(platform, object.GetObjectType()).View());
+      std::string path(GetCreationTemplatePath(platform, object.GetObjectType()).View());
       const std::string text(GetCreationTemplateText(platform, object.GetObjectType()).View());
       SCOPED_TRACE(path);
       EXPECT_EQ(path.empty(), text.empty());
       if (path.empty()) continue;
+      std::ranges::replace(path, '\\', '/');
+      expected.insert(path.substr(path.find('/')));
       EXPECT_TRUE(!object.IsValid() || text.find("$$object_owner$$") == text.npos);
       if (!object.IsValid()) object.SetOwner("OWNING");
       const std::string script(object.GetCreationTemplate(platform).View());
@@ -115,6 +118,11 @@ TEST(ObjectTypes, TemplatesFillInToScriptsThatThePlatformsToolsCanRun) {
       EXPECT_EQ(std::ranges::count(code, '\'') % 2, 0);
     }
   }
+  const std::string root(server->ResolveVariableString("$$template_root$$").View());
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
+    if (!entry.is_directory()) found.insert(entry.path().string().substr(root.size()));
+  }
+  EXPECT_EQ(found, expected) << "no file is there for nobody";
 }
 
 TEST(ObjectTypes, TemplatesAreReadUpToTheirFirstZeroAndFilledIn) {

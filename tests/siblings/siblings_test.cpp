@@ -390,6 +390,13 @@ TEST_F(OptionsServer, FindsAndMakesAppDirectories) {
   server.SetString(14, "$$here$$/a/b/");
   EXPECT_EQ(server.GetAppDirectory(14, "CFG", "Label", true), (directory / "a/b/").c_str());
 
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(directory.path());
+  server.SetString(14, "r/s");
+  EXPECT_STREQ(server.GetAppDirectory(14, "CFG", "Label", true), "r/s/");
+  std::filesystem::current_path(before);
+  EXPECT_NE(directory.Mode("r/s"), 0u);
+
   server.SetString(14, "$$here$$/own.dqo/c");
   EXPECT_EQ(server.GetAppDirectory(14, "CFG", "Label", true), "");
   EXPECT_EQ(prompts.shown.at(0).text,
