@@ -126,35 +126,45 @@ void ExpectRefused(const std::string& before, const std::string& table) {
 
 TEST(OptionsFile, RefusesWhatBreaksTheFormAndSaysWhere) {
   ExpectRefused("",
-                "=> 1: no options file ;; option 7 int n => 1: no options file ;; "
-                "dqoptions 2 => 1: a version ;; dqoptions 1 1 => 1: a version ;; "
-                "\xEF\xBB\xBFx => 1: a character");
+                "=> 1: no options file: the line 'dqoptions 1' is missing ;; option 7 int n => 1: "
+                "no options file ;; "
+                "dqoptions 2 => 1: a version of the form that is not known here ;; dqoptions 1 1 "
+                "=> 1: a version ;; "
+                "\xEF\xBB\xBFx => 1: a character that no word has");
   ExpectRefused("dqoptions 1;", R"(
-    variable a string "1";variable a string "2" => 3: a second variable
-    option 7 color n;default 12345 => 3: no value of the kind color ;; option 7 int 7n => 2: a name
-    option 7 binary n;default 123 => 3: no value of the kind binary ;; option 0 int n => 2: an id
-    option 7 bool n;range 0 1 => 3: a range without its option ;; option 7 int => 2: 'option' takes
-    option 7 binary n;machine "K" "v" => 3: 'machine' takes ;; options => 2: unknown word 'options'
-    variable a directory b => 2: 'variable' takes ;; label "l" => 2: a label without its option
+    variable a string "1";variable a string "2" => 3: a second variable with the name
+    option 7 color n;default 12345 => 3: no value of the kind color
+    option 7 int 7n => 2: a name is letters, digits and '_', at most 63
+    option 7 binary n;default 123 => 3: no value of the kind binary
+    option 0 int n => 2: an id is a number from 1 to 2147483647
+    option 7 bool n;range 0 1 => 3: a range without its option, which is of the kind int
+    option 7 int => 2: 'option' takes an id, a kind and a name
+    option 7 binary n;machine "K" "v" => 3: 'machine' takes a key and a value's name, and no binary option has it
+    options => 2: unknown word 'options'
+    variable a directory b => 2: 'variable' takes a name, 'string' or 'directory', and a text
+    label "l" => 2: a label without its option
     default 1 => 2: a default without its option ;; variable a int "1" => 2: 'variable' takes
-    "option" 7 int n => 2: a text where ;; option 7 float n => 2: unknown kind
+    "option" 7 int n => 2: a text where a word is expected ;; option 7 float n => 2: unknown kind
     option 7 "int" n => 2: unknown kind ;; option 2147483648 int n => 2: an id)");
   ExpectRefused("dqoptions 1;option 7 int n;", R"(default "1" => 3: no value of the kind int
-    machine "k" "v";machine "k" "v" => 4: a value of the machine without
+    machine "k" "v";machine "k" "v" => 4: a value of the machine without its option
     label "l";option 8 int m => 4: option n has no default ;; default 1 => 4: option n has no label
-    label "l";label "l" => 4: a label without ;; default 1 # remark => 3: a character
-    machine "" "v" => 3: 'machine' takes ;; label l => 3: 'label' takes)");
+    label "l";label "l" => 4: a label without its option ;; default 1 # remark => 3: a character
+    machine "" "v" => 3: 'machine' takes ;; label l => 3: 'label' takes a text)");
   ExpectRefused("dqoptions 1;option 7 int n;label \"l\";default 1;", R"(
     default oracle 2;default oracle 2 => 6: a second default for the platform
     range 0 1;default oracle 2 => 7: option n has a default out of its range
     range 2 3 => 6: option n has a default out of its range ;; default acme 2 => 5: unknown platform
-    range 0 1;range 0 1 => 6: a range without its option ;; default a b c => 5: 'default' takes
+    range 0 1;range 0 1 => 6: a range without its option
+    default a b c => 5: 'default' takes a platform, if the value is one platform's, and a value
     option 8 int N => 5: a second option with the name ;; default 2 => 5: a second default
-    option 7 int m => 5: a second option with the id ;; range 0 x => 5: 'range' takes
+    option 7 int m => 5: a second option with the id ;; range 0 x => 5: 'range' takes two numbers
     range 1 0 => 5: a range that holds no number ;; range 1 => 5: 'range' takes)");
-  ExpectRefused("dqoptions 1;option 7 string n;default ",
-                R"("\x4" => 3: an unknown escape ;; "a => 3: a text without its closing quote ;; )"
-                "\"a\"\"b\" => 3: a blank ;; \"\x1b\" => 3: a control ;; \"\x7f\" => 3: a control");
+  ExpectRefused(
+      "dqoptions 1;option 7 string n;default ",
+      R"("\x4" => 3: an unknown escape in a text ;; "a => 3: a text without its closing quote ;; )"
+      "\"a\"\"b\" => 3: a blank is missing ;; \"\x1b\" => 3: a control character in a text ;; "
+      "\"\x7f\" => 3: a control");
 }
 
 constexpr char kOptions[] = R"(dqoptions 1;variable root directory "../t";variable word string "w"
