@@ -322,6 +322,11 @@ TEST_F(SystemInfoTest, WritesDatesAndTimesByTheUsersLocale) {
   EXPECT_STREQ(Info::GetFormattedDateTime(&leap_day, DATE_SHORT), "29.02.96 23:59:58.999");
   EXPECT_STREQ(Info::GetFormattedDate(COleDateTime(2001, 2, 4, 0, 0, 0), DATE_LONG),
                "Sonntag, 4. Februar 2001");
+  locale.items[LOCALE_SLONGDATE] = "MMMM";
+  for (const char* const name : {"Februar", "Hornung"}) {
+    locale.items[LOCALE_SMONTHNAME1 + 1] = name;
+    EXPECT_STREQ(Info::GetCurrentDate(DATE_LONG), name);
+  }
   EXPECT_STREQ(Info::GetFormattedDate(COleDateTime(2001, 2, 29, 0, 0, 0), 0), "");
   for (const auto& [size, length] : {std::pair(79, 79), {80, 0}}) {
     locale.items[LOCALE_SSHORTDATE].assign(size, '-');
