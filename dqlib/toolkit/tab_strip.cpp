@@ -24,7 +24,7 @@ bool CDQTabStrip::IsTabEnabled(int index) const {
 void CDQTabStrip::EnableTab(int index, bool enable) {
   if (!rows_.Has(index)) return;
   rows_[index].flags = enable ? 0 : kDisabled;
-  Tell(WindowChange::kContent);
+  Tell(WindowChange::kRowsChanged, {index, 1});
 }
 
 bool CDQTabStrip::Choose(int index) {

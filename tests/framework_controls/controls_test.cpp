@@ -82,10 +82,11 @@ TEST_F(Controls, EveryChangeReachesTheObserver) {
   for (int twice = 0; twice < 2; ++twice) combo.ShowDropDown();
   combo.SetDroppedWidth(300);
   EXPECT_TRUE(combo.LimitText(0) && combo.SetCurSel(-1) == -1);
-  EXPECT_EQ(told.Take() + combo.GetWindowText(),
-            "4 content 4 content 20 content 20 content 20 selection 20 content 20 content 20 "
-            "selection 21 selection 22 content 22 content 23 selection 23 text 23 content 23 "
-            "selection 23 text 23 text 23 content 23 content 23 content 23 selection 23 text ");
+  EXPECT_EQ(
+      told.Take() + combo.GetWindowText(),
+      "4 content 4 content 20 +rows@3*1 20 -rows@0*1 20 selection 20 content 20 -rows@0*3 20 "
+      "selection 21 selection@0*3 22 rows@1*1 22 rows@1*1 23 selection 23 text 23 -rows@0*3 23 "
+      "selection 23 text 23 text 23 content 23 content 23 content 23 selection 23 text ");
   CToolTipCtrl tips;
   tips.Create(&dialog);
   tips.AddTool(&edit, "tip");
@@ -94,7 +95,7 @@ TEST_F(Controls, EveryChangeReachesTheObserver) {
   for (int twice = 0; twice < 2; ++twice) tips.Activate(false);
   for (int twice = 0; twice < 2; ++twice) tips.DelTool(&edit);
   EXPECT_FALSE(tips.AddTool(nullptr, "tip"));
-  EXPECT_EQ(told.Take(), "0 created 0 content 0 content 0 content 0 content ");
+  EXPECT_EQ(told.Take(), "0 created 2 tip 2 tip 2 tip ");
 }
 
 /// What a person enters or else does.
@@ -137,6 +138,8 @@ TEST_F(Controls, ParentIsToldOfWhatAPersonDoesAndMayDestroyTheControlOrTheDialog
                       [&](const auto& each) { return whole || each->GetDlgCtrlID() == from; });
       };
       Act(*ending.GetDlgItem(id), what);
+      // A control that ends with the focus says so.
+      std::erase_if(ending.codes, [](const auto& each) { return each.second == EN_KILLFOCUS; });
       EXPECT_EQ(ending.codes.size(), told.codes.empty() ? 0U : 1U);
     }
   }

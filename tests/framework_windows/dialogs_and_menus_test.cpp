@@ -210,7 +210,7 @@ TEST_F(Dialog, RunsWithinAnotherAndGivesItTheScreenAndTheFocusBack) {
   // What can't have the focus any more doesn't get it.
   prompts.on_dialog = [&](View&) { field.EnableWindow(false); };
   EXPECT_EQ(dialog.DoModal(), IDCANCEL) << "what is left open is cancelled";
-  EXPECT_EQ(CWnd::GetFocus(), nullptr);
+  EXPECT_EQ(CWnd::GetFocus(), &main);
 }
 
 TEST_F(Dialog, ClosesWhenTheThreadIsToldToEnd) {
@@ -513,7 +513,8 @@ TEST(ToolBar, ResourceGivesButtonsAndEveryChangeIsTold) {
   RecordingObserver observer;
   EXPECT_TRUE(bar.LoadToolBar(5));
   for (const UINT broken : {6U, 7U, 8U}) EXPECT_FALSE(bar.LoadToolBar(broken));
-  EXPECT_TRUE(observer.Take() == "1 content " && bar.GetPictureSize() == (CSize{20, 19}));
+  EXPECT_TRUE(observer.Take() == "1 -rows@0*5 1 +rows@0*4 " &&
+              bar.GetPictureSize() == (CSize{20, 19}));
   EXPECT_TRUE(bar.CommandToIndex(12) == 2 && bar.CommandToIndex(0) + bar.CommandToIndex(99) == -2);
   for (const int none : {-1, 1, 4}) EXPECT_EQ(bar.GetItemID(none), 0U);
   // It is brought up to date by the frame around it while it is in sight and the thread idle.

@@ -12,10 +12,10 @@ namespace {
 struct LoopWnd : CWnd {
   using Handler = std::function<LRESULT(UINT, WPARAM, LPARAM)>;
 
-  /// The handler gets neither the first message nor the last one.
+  /// The handler gets neither the first messages nor the last one.
   explicit LoopWnd(Handler handler = {}) : on_message(std::move(handler)) { CreateWnd("Test"); }
   LRESULT WindowProc(UINT message, WPARAM first, LPARAM second) override {
-    if (message == WM_CREATE || message == WM_DESTROY) return 0;
+    if (message <= WM_SIZE) return 0;
     got += std::to_string(message) + "/" + std::to_string(first) + " ";
     return on_message ? on_message(message, first, second) : 0;
   }
@@ -51,11 +51,11 @@ TEST(Handle, IsAliveUntilItsWindowEndsNeverUsedAgainAndGivesTheClassNameCutToThe
 
 TEST(Send, OnTheOwnThreadIsACallThatIsAnsweredEvenIfItEndsTheWindow) {
   LoopWnd window([&](UINT message, WPARAM wparam, LPARAM lparam) {
-    if (message == 4) window.DestroyWindow();
+    if (message == 14) window.DestroyWindow();
     return static_cast<LRESULT>(message) * 100 + static_cast<LRESULT>(wparam) * 10 + lparam;
   });
   const HWND handle = window.GetSafeHwnd();
-  EXPECT_TRUE(window.SendMessage(3, 2, 1) == 321 && SendToWindow(handle, 4, 5, 6) == 456);
+  EXPECT_TRUE(window.SendMessage(13, 2, 1) == 1321 && SendToWindow(handle, 14, 5, 6) == 1456);
   for (const HWND dead : {handle, HWND{nullptr}}) EXPECT_EQ(SendToWindow(dead, 1, 2, 3), 0);
 }
 

@@ -133,7 +133,7 @@ TEST_F(WindowTree, SendsToDescendantsThatAreStillThere) {
 }
 
 TEST_F(WindowTree, RectanglesFollowParentsAndFrames) {
-  top.SetFrameWidths({4, 20, 4, 4});
+  SetFrameWidths(top, {4, 20, 4, 4});
   top.MoveWindow(100, 200, 300, 150);
   child.MoveWindow(10, 10, 80, -5);
   inner.MoveWindow({1, 2, 11, 22});
@@ -150,7 +150,7 @@ TEST_F(WindowTree, RectanglesFollowParentsAndFrames) {
   EXPECT_EQ(child.GetPlace().right, 2147483647);
   inner.MoveWindow(2147483000, -2147483647, 2147483647, 2147483647);
   EXPECT_EQ(inner.ScreenToClient(inner.ClientToScreen({3, 4})), (CPoint{3, 4})) << "they wrap";
-  third.SetFrameWidths({-2147483647 - 1, 0, 2147483647, 0});
+  SetFrameWidths(third, {-2147483647 - 1, 0, 2147483647, 0});
   EXPECT_EQ(third.GetClientRect().Width(), 101);
   MINMAXINFO info{{}, {1, 1}, {2, 2}, {3, 3}, {4, 4}};
   EXPECT_EQ(top.SendMessage(WM_GETMINMAXINFO), 0);
@@ -166,12 +166,12 @@ TEST_F(WindowTree, FocusGoesToWhatIsEnabledAndLeavesWhatIsHidden) {
               inner.SetFocus() == &second && CWnd::GetFocus() == &second);
   EXPECT_TRUE(top.ShowWindow(SW_HIDE) && second.IsShown() && !second.IsWindowVisible());
   EXPECT_EQ(CWnd::GetFocus(), nullptr) << "it was below a window that is hidden";
-  EXPECT_TRUE(!top.ShowWindow(SW_SHOW) && child.EnableWindow() && inner.SetFocus() == nullptr);
+  EXPECT_TRUE(!top.ShowWindow(SW_SHOW) && child.EnableWindow() && inner.SetFocus() == &top);
   child.EnableWindow(false);
-  EXPECT_EQ(top.Take(), "3:7 3:8 4:7 2:10 4:8 1:24 1:24 2:10 3:7 3:8 2:10 ");
+  EXPECT_EQ(top.Take(), "3:7 3:8 4:7 2:10 4:8 1:24 1:24 1:6 1:7 2:10 1:8 3:7 3:8 2:10 ");
   EXPECT_EQ(observer.Take(),
-            "3 focus 3 focus 4 focus 2 enabled 1 shown 4 focus 1 shown 1 active 2 enabled 3 focus "
-            "2 enabled 3 focus ");
+            "3 focus 3 focus 4 focus 2 enabled 1 shown 4 focus 1 shown 1 active 1 focus "
+            "2 enabled 1 focus 3 focus 2 enabled 3 focus ");
   // A handler that moves the focus on has the last word.
   second.on[WM_KILLFOCUS] = [&] { top.SetFocus(); };
   second.SetFocus();
@@ -218,7 +218,8 @@ TEST_F(WindowTree, TellsItsObserverOfEveryChangeInTheOrderOfTheChanges) {
   child.SetWindowText("x");
   child.MoveWindow(0, 0, 100, 50, false);
   child.MoveWindow(1, 0, 100, 52);
-  child.SetFrameWidths({1, 1, 1, 1});
+  observer.frame_widths = {1, 1, 1, 1};
+  child.UpdateFrameWidths();
   child.ShowWindow(SW_SHOWMAXIMIZED);
   child.Invalidate();
   child.SetWindowOrder(&second);
@@ -228,7 +229,7 @@ TEST_F(WindowTree, TellsItsObserverOfEveryChangeInTheOrderOfTheChanges) {
   child.DestroyWindow();
   EXPECT_EQ(observer.Take(),
             "9 created 9 destroyed 5 replaced 2 text 2 rectangle 2 invalidated 2 rectangle 2 "
-            "rectangle 2 invalidated 2 order 3 order 2 menu 1 active 2 destroyed ");
+            "rectangle 2 invalidated 2 order 3 order 2 menu 1 active 1 focus 2 destroyed ");
   // What is no window tells nothing.
   CFrameWnd frame;
   CToolBar bar;

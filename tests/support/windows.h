@@ -8,6 +8,7 @@
 #pragma once
 
 #include "dqlib/framework/windows/dialog_controls.h"
+#include "dqlib/framework/windows/ui_state.h"
 #include "tests/support/testing.h"
 
 namespace dq::test {
@@ -35,19 +36,47 @@ struct MainWindow : CWnd {
 /// The calling thread's observer for its lifetime.
 struct RecordingObserver : WindowObserver {
   ~RecordingObserver() override { SetWindowObserver(former); }
-  void OnWindowChange(CWnd& window, WindowChange change) override {
+  void OnWindowChange(CWnd& window, WindowChange change, const ChangedRange& range) override {
     static constexpr const char* kNames[] = {
-        " created ", " destroyed ", " replaced ", " text ",        " rectangle ",
-        " shown ",   " enabled ",   " focus ",    " invalidated ", " order ",
-        " menu ",    " active ",    " content ",  " selection "};
+        " created", " destroyed", " replaced",    " text",   " rectangle", " shown",
+        " enabled", " focus",     " invalidated", " order",  " menu",      " active",
+        " content", " selection", " +rows",       " -rows",  " rows",      " id",
+        " capture", " tip",       " font",        " scroll", " pointer"};
     changes += std::to_string(window.GetDlgCtrlID()) + kNames[static_cast<int>(change)];
+    if (range != ChangedRange()) Add(range);
+    changes += ' ';
   }
-  std::string Take() { return std::exchange(changes, {}); }
+  void OnMenuChange(HMENU, MenuChange change, const ChangedRange& range) override {
+    if (!menus) return;
+    static constexpr const char* kNames[] = {"+items", "-items", "items", "menu gone"};
+    changes += kNames[static_cast<int>(change)];
+    Add(range);
+    changes += ' ';
+  }
+  CRect GetFrameWidths(const CWnd&) override { return frame_widths; }
+  std::string Take() {
+    detail::TellRows();
+    return std::exchange(changes, {});
+  }
+  void Add(const ChangedRange& range) {
+    changes += '@' + std::to_string(range.first) + '*' + std::to_string(range.count);
+  }
 
   /// The ids of the windows and what has changed.
   std::string changes;
+  /// Whether menus are among them.
+  bool menus = false;
+  /// Of windows that are made, or ask anew.
+  CRect frame_widths;
   WindowObserver* const former = SetWindowObserver(this);
 };
+
+/// Gives a window a frame.
+inline void SetFrameWidths(CWnd& window, const CRect& widths) {
+  RecordingObserver layer;
+  layer.frame_widths = widths;
+  window.UpdateFrameWidths();
+}
 
 /// A window with one control of each kind, which keeps what they notify. Lists and combo boxes have
 /// the rows "One", "Two", "Three"; the second radio button begins no group, the third does.

@@ -397,7 +397,7 @@ TEST(FlexMdiChildWnd, IsNoSmallerThanItsViewWithTheFrameAround) {
   CMDIFrameWnd main;
   CNSFlexMDIChildWnd child;
   ASSERT_TRUE(main.Create("Main", "", {}) && child.Create("Child", "", {0, 0, 308, 230}, &main));
-  child.SetFrameWidths({4, 26, 4, 4});
+  SetFrameWidths(child, {4, 26, 4, 4});
   CDocument document;
   CNSFlexFormView view(Form("Form"));
   view.AddFlexConstraint(1, NSFlexShiftRight, NSFlexShiftDown);
@@ -527,7 +527,7 @@ TEST(FlexPropertySheetView, ShowsADocumentOnItsPages) {
   CNSFlexPropertySheetView view;
   view.GetSheet().AddPage(page.get());
   ASSERT_TRUE(view.Create(&frame, {5, 7, 15, 17}, 1, &document) && page->GetView() == nullptr);
-  view.SetFrameWidths({1, 2, 3, 4});
+  SetFrameWidths(view, {1, 2, 3, 4});
   view.OnInitialUpdate();
   EXPECT_TRUE(page->GetView() == &view && page->GetDocument() == &document);
   EXPECT_EQ(view.GetPlace(), (CRect{5, 7, 329, 253})) << "as large as its page wants it";

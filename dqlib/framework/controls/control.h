@@ -24,8 +24,8 @@ class Control : public CWnd {
   void OnSubclassed(CWnd& former) override;
 
   /// Tells the observer, once there is a window.
-  void Tell(WindowChange change) {
-    if (m_hWnd != nullptr) Changed(change);
+  void Tell(WindowChange change, const ChangedRange& range = {}) {
+    if (m_hWnd != nullptr) Changed(change, range);
   }
   /// Tells the parent of what a person has done. False if the control is gone afterwards: then
   /// nothing of it may be touched.

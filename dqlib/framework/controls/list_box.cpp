@@ -52,7 +52,8 @@ int CListBox::SetSel(int index, bool selected) {
     Mark(index, selected);
     current_ = index;
   }
-  Tell(WindowChange::kSelection);
+  Tell(WindowChange::kSelection,
+       index == -1 ? ChangedRange{0, rows_.size()} : ChangedRange{index, 1});
   return 0;
 }
 
@@ -144,7 +145,7 @@ void CCheckListBox::SetCheck(int index, int check) {
   BYTE& flags = rows_[index].flags;
   const int mark = check == 1 ? kChecked : check == 2 ? kUndetermined : 0;
   flags = static_cast<BYTE>((flags & ~(kChecked | kUndetermined)) | mark);
-  Tell(WindowChange::kContent);
+  Tell(WindowChange::kRowsChanged, {index, 1});
 }
 
 bool CCheckListBox::IsEnabled(int index) const {
@@ -155,7 +156,7 @@ void CCheckListBox::Enable(int index, bool enabled) {
   if (!rows_.Has(index)) return;
   BYTE& flags = rows_[index].flags;
   flags = static_cast<BYTE>(enabled ? flags & ~kDisabled : flags | kDisabled);
-  Tell(WindowChange::kContent);
+  Tell(WindowChange::kRowsChanged, {index, 1});
 }
 
 bool CCheckListBox::Toggle(int index) {

@@ -16,7 +16,7 @@ int RowControl::InsertString(int index, const char* text) {
   if (index < 0 || index > rows_.size()) return -1;
   rows_.Insert(index, detail::OrEmpty(text));
   if (index <= current_) ++current_;
-  Tell(WindowChange::kContent);
+  Tell(WindowChange::kRowsInserted, {index, 1});
   return index;
 }
 
@@ -29,15 +29,16 @@ int RowControl::DeleteString(int index) {
   } else if (index < current_) {
     --current_;
   }
-  Tell(WindowChange::kContent);
+  Tell(WindowChange::kRowsRemoved, {index, 1});
   if (was_current) OnRowsGone();
   return rows_.size();
 }
 
 void RowControl::ResetContent() {
+  const int count = rows_.size();
   rows_.Clear();
   current_ = -1;
-  Tell(WindowChange::kContent);
+  if (count > 0) Tell(WindowChange::kRowsRemoved, {0, count});
   OnRowsGone();
 }
 

@@ -17,7 +17,7 @@ bool CToolTipCtrl::AddTool(CWnd* window, const char* text) {
     sweep_at_ = texts_.size() * 2 + 16;
   }
   texts_[tool] = text;
-  Tell(WindowChange::kContent);
+  Show(tool);
   return true;
 }
 
@@ -26,7 +26,18 @@ bool CToolTipCtrl::AddTool(CWnd* window, UINT text_id) {
 }
 
 void CToolTipCtrl::DelTool(CWnd* window) {
-  if (window != nullptr && texts_.erase(window->GetSafeHwnd()) > 0) Tell(WindowChange::kContent);
+  if (window != nullptr && texts_.erase(window->GetSafeHwnd()) > 0) window->SetToolTip({});
+}
+
+/// Puts the text of a tool where the window layer finds it.
+void CToolTipCtrl::Show(HWND tool) const {
+  if (CWnd* const window = FromHandle(tool)) {
+    window->SetToolTip(active_ ? texts_.at(tool) : CString());
+  }
+}
+
+void CToolTipCtrl::ShowAll() const {
+  for (const auto& [tool, text] : texts_) Show(tool);
 }
 
 CString CToolTipCtrl::GetText(const CWnd* window) const {
@@ -38,7 +49,7 @@ void CToolTipCtrl::UpdateTipText(const char* text, const CWnd* window) {
   const auto found = window == nullptr ? texts_.end() : texts_.find(window->GetSafeHwnd());
   if (found == texts_.end()) return;
   found->second = text;
-  Tell(WindowChange::kContent);
+  Show(found->first);
 }
 
 void CToolTipCtrl::UpdateTipText(UINT text_id, const CWnd* window) {
@@ -48,7 +59,7 @@ void CToolTipCtrl::UpdateTipText(UINT text_id, const CWnd* window) {
 void CToolTipCtrl::Activate(bool active) {
   if (active == active_) return;
   active_ = active;
-  Tell(WindowChange::kContent);
+  ShowAll();
 }
 
 void CToolTipCtrl::OnSubclassed(CWnd& former) {

@@ -9,7 +9,8 @@
 namespace dq {
 
 /// The tool tips of a dialog or frame. Window class "ToolTip". Its tools are windows, known by
-/// their handles; those of windows that ended are dropped when others come.
+/// their handles; those of windows that ended are dropped when others come. A window layer finds
+/// the text of a tool by `CWnd::GetToolTip`.
 class CToolTipCtrl : public Control {
   DECLARE_DYNAMIC(CToolTipCtrl)
   bool IsTabStop() const override { return false; }
@@ -38,6 +39,9 @@ class CToolTipCtrl : public Control {
   void OnSubclassed(CWnd& former) override;
 
  private:
+  void Show(HWND tool) const;
+  void ShowAll() const;
+
   std::unordered_map<HWND, CString> texts_;
   /// How many tools there may be before those of windows that ended are looked for.
   std::size_t sweep_at_ = 16;

@@ -25,7 +25,19 @@ bool CCmdTarget::CallMapped(const HandlerKey&, HandlerArguments&) { return false
 BOOL CCmdTarget::OnCmdMsg(UINT id, int code, void* extra, void* handler_info) {
   HandlerArguments arguments;
   arguments.only_ask = handler_info != nullptr;
-  if (code != CN_UPDATE_COMMAND_UI) return CallMapped({WM_COMMAND, code, id}, arguments) ? 1 : 0;
+  if (code != CN_UPDATE_COMMAND_UI) {
+    HandlerKey key{WM_COMMAND, code, id};
+    AFX_NOTIFY* const notify = code > 0xFFFF ? static_cast<AFX_NOTIFY*>(extra) : nullptr;
+    if (code > 0xFFFF) {
+      if (notify == nullptr && !arguments.only_ask) return 0;
+      key.message = HiWord(static_cast<WPARAM>(code));
+      key.code = LoWord(static_cast<WPARAM>(code));
+    }
+    if (notify != nullptr) arguments.header = notify->pNMHDR;
+    const bool handled = CallMapped(key, arguments);
+    if (handled && notify != nullptr) *notify->pResult = arguments.result;
+    return handled ? 1 : 0;
+  }
   arguments.ui = static_cast<CCmdUI*>(extra);
   // Without an item there is nothing that a handler could bring up to date.
   if (arguments.ui == nullptr && !arguments.only_ask) return 0;

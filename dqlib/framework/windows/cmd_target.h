@@ -14,8 +14,9 @@ class CWnd;
 class CCmdTarget : public CObject {
   DECLARE_DYNAMIC(CCmdTarget)
 
-  /// Handles a command or hands it on along the target's route. `code` is a `CommandCode` or a
-  /// notification code. With `CN_UPDATE_COMMAND_UI`, `extra` is the `CCmdUI*`. With a
+  /// Handles a command or hands it on along the target's route. `code` is a `CommandCode`, a
+  /// notification code, or that of `NotifyCode`. With `CN_UPDATE_COMMAND_UI`, `extra` is the
+  /// `CCmdUI*`, with a `NotifyCode` the `AFX_NOTIFY*`. With a
   /// `handler_info` that isn't null nothing is called: it only asks whether there is a handler.
   /// Returns whether the command was, or would be, handled. A handler may end the windows on the
   /// route; one that does for its own mustn't decline.

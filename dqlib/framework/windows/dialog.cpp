@@ -5,7 +5,6 @@
 #include "dqlib/framework/base/trace.h"
 #include "dqlib/framework/windows/dialog_controls.h"
 #include "dqlib/framework/windows/message_queue.h"
-#include "dqlib/framework/windows/screen.h"
 #include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/framework/windows/win_thread.h"
 #include "dqlib/platform/platform.h"
@@ -44,12 +43,12 @@ class DisabledOwner {
   ~DisabledOwner() {
     ClearUp([this] {
       if (CWnd* const owner = MessageQueue::FindOwnWindow(owner_)) owner->EnableWindow(true);
+      CWnd* const focus = MessageQueue::FindOwnWindow(focus_);
+      if (focus != nullptr && CWnd::GetFocus() == nullptr) focus->SetFocus();
       CWnd* const active = MessageQueue::FindOwnWindow(active_);
       if (active != nullptr && (owner_ != nullptr || CWnd::GetActiveWindow() == nullptr)) {
         active->SetActiveWindow();
       }
-      CWnd* const focus = MessageQueue::FindOwnWindow(focus_);
-      if (focus != nullptr && CWnd::GetFocus() == nullptr) focus->SetFocus();
     });
   }
 
@@ -58,16 +57,6 @@ class DisabledOwner {
   HWND active_;
   HWND owner_ = nullptr;
 };
-
-/// The middle of the owner, or of the screen without one.
-CRect Centered(const CSize& size, const CWnd* owner) {
-  const CSize screen = GetScreenSize();
-  const CRect around =
-      owner == nullptr ? CRect{0, 0, screen.cx, screen.cy} : owner->GetWindowRect();
-  const LONG left = around.left + (around.Width() - size.cx) / 2;
-  const LONG top = around.top + (around.Height() - size.cy) / 2;
-  return {left, top, left + size.cx, top + size.cy};
-}
 
 bool TakesFocus(const CWnd& control) {
   return control.IsTabStop() && control.IsShown() && control.IsWindowEnabled();
@@ -227,15 +216,16 @@ bool CDialog::CreateIndirect(const DialogTemplate& dialog, CWnd* parent, bool ch
 }
 
 bool CDialog::Open(const DialogTemplate& dialog, CWnd* parent, bool child) {
-  WindowCreation creation{.class_name = kDialogClass, .text = dialog.caption, .visible = false};
-  if (child) {
-    creation.parent = parent;
-    creation.place = {0, 0, dialog.size.cx, dialog.size.cy};
-  } else {
-    creation.owner = parent;
-    creation.place = Centered(dialog.size, parent);
+  if (!CreateWnd({.class_name = kDialogClass,
+                  .text = dialog.caption,
+                  .place = {0, 0, dialog.size.cx, dialog.size.cy},
+                  .client_size = true,
+                  .centered = !child,
+                  .parent = child ? parent : nullptr,
+                  .owner = child ? nullptr : parent,
+                  .visible = false})) {
+    return false;
   }
-  if (!CreateWnd(creation)) return false;
   const detail::Watched self(*this);
   if (!detail::MakeControls(dialog, *this, controls_)) return false;
   const bool choose_focus = OnInitDialog() != 0;

@@ -23,6 +23,7 @@ using detail::MenuModel;
 using detail::MenuPlace;
 
 constexpr UINT kNoItem = 0xFFFFFFFF;
+constexpr UINT kRadioMark = MF_CHECKED | MF_RADIOCHECK;
 /// What an item keeps of the flags it is made with.
 constexpr UINT kItemFlags =
     MF_GRAYED | MF_DISABLED | MF_CHECKED | MF_POPUP | MF_OWNERDRAW | MF_SEPARATOR | MF_RADIOCHECK;
@@ -58,6 +59,22 @@ bool MakeItem(const MenuModel& menu, UINT flags, std::uintptr_t id, const char* 
 void Insert(MenuModel& menu, std::size_t position, MenuItem item) {
   menu.items.insert(menu.items.begin() + static_cast<std::ptrdiff_t>(position), std::move(item));
   if (menu.default_position >= static_cast<int>(position)) ++menu.default_position;
+  detail::TellMenuChange(menu.handle, MenuChange::kItemsInserted, {static_cast<int>(position), 1});
+}
+
+/// Puts an item in the place of one.
+void Replace(const MenuPlace& place, MenuItem item) {
+  if (place.item() == item) return;
+  place.item() = std::move(item);
+  detail::TellMenuChange(place.menu->handle, MenuChange::kItemsChanged,
+                         {static_cast<int>(place.position), 1});
+}
+
+/// Changes the flags of `mask` to those of `flags`.
+void SetFlags(const MenuPlace& place, UINT flags, UINT mask) {
+  MenuItem item = place.item();
+  item.flags = (item.flags & ~mask) | (flags & mask);
+  Replace(place, std::move(item));
 }
 
 /// Takes the item out and returns its submenu, if any.
@@ -68,6 +85,7 @@ HMENU TakeOut(const MenuPlace& place) {
   menu.items.erase(menu.items.begin() + position);
   if (menu.default_position == position) menu.default_position = -1;
   if (menu.default_position > position) --menu.default_position;
+  detail::TellMenuChange(menu.handle, MenuChange::kItemsRemoved, {position, 1});
   return submenu;
 }
 
@@ -76,15 +94,6 @@ UINT StateOf(const MenuItem& item) {
   const MenuModel* const submenu = FindMenu(item.submenu);
   const std::size_t count = submenu == nullptr ? 0 : submenu->items.size();
   return (item.flags & 0xFF) | (static_cast<UINT>(count & 0xFF) << 8);
-}
-
-/// Changes the flags of `mask` to those of `flags`; the former ones, -1 without such an item.
-UINT ChangeFlags(HMENU menu, UINT item, UINT flags, UINT mask) {
-  const MenuPlace place = PlaceOf(menu, item, flags);
-  if (!place) return kNoItem;
-  const UINT former = place.item().flags & mask;
-  place.item().flags = (place.item().flags & ~mask) | (flags & mask);
-  return former;
 }
 
 bool ShowsCommand(const MenuItem& item) { return (item.flags & (MF_POPUP | MF_SEPARATOR)) == 0; }
@@ -237,9 +246,10 @@ bool CMenu::ModifyMenu(UINT item, UINT flags, std::uintptr_t id, const char* tex
   const MenuPlace place = PlaceOf(m_hMenu, item, flags);
   MenuItem made;
   if (!place || !MakeItem(*place.menu, flags, id, text, made)) return false;
-  const HMENU submenu = made.submenu;
-  const MenuItem former = std::exchange(place.item(), std::move(made));
-  if (former.submenu != submenu) detail::DestroyMenuTree(former.submenu);
+  const HMENU former = place.item().submenu;
+  const bool is_other = former != made.submenu;
+  Replace(place, std::move(made));
+  if (is_other) detail::DestroyMenuTree(former);
   return true;
 }
 
@@ -258,12 +268,19 @@ bool CMenu::RemoveMenu(UINT item, UINT flags) {
 
 UINT CMenu::CheckMenuItem(UINT item, UINT flags) {
   const MenuPlace place = PlaceOf(m_hMenu, item, flags);
-  if (place) place.item().flags &= ~static_cast<UINT>(MF_RADIOCHECK);
-  return ChangeFlags(m_hMenu, item, flags, MF_CHECKED);
+  if (!place) return kNoItem;
+  const UINT former = place.item().flags & MF_CHECKED;
+  SetFlags(place, flags & MF_CHECKED, MF_CHECKED | MF_RADIOCHECK);
+  return former;
 }
 
 UINT CMenu::EnableMenuItem(UINT item, UINT flags) {
-  return ChangeFlags(m_hMenu, item, flags, MF_GRAYED | MF_DISABLED);
+  constexpr UINT kStates = MF_GRAYED | MF_DISABLED;
+  const MenuPlace place = PlaceOf(m_hMenu, item, flags);
+  if (!place) return kNoItem;
+  const UINT former = place.item().flags & kStates;
+  SetFlags(place, flags, kStates);
+  return former;
 }
 
 bool CMenu::CheckMenuRadioItem(UINT first, UINT last, UINT item, UINT flags) {
@@ -271,12 +288,12 @@ bool CMenu::CheckMenuRadioItem(UINT first, UINT last, UINT item, UINT flags) {
   if (!place) return false;
   const bool by_position = (flags & MF_BYPOSITION) != 0;
   for (std::size_t at = 0; at < place.menu->items.size(); ++at) {
-    MenuItem& each = place.menu->items[at];
+    const MenuItem& each = place.menu->items[at];
     const UINT key = by_position ? static_cast<UINT>(at) : each.id;
-    if (key < first || key > last || !ShowsCommand(each)) continue;
-    each.flags &= ~static_cast<UINT>(MF_CHECKED | MF_RADIOCHECK);
+    if (key < first || key > last || !ShowsCommand(each) || at == place.position) continue;
+    SetFlags({place.menu, at}, 0, kRadioMark);
   }
-  if (ShowsCommand(place.item())) place.item().flags |= MF_CHECKED | MF_RADIOCHECK;
+  if (ShowsCommand(place.item())) SetFlags(place, kRadioMark, kRadioMark);
   return true;
 }
 
@@ -284,7 +301,12 @@ void CMenu::SetDefaultItem(UINT item, bool by_position) {
   MenuModel* const menu = FindMenu(m_hMenu);
   if (menu == nullptr) return;
   const MenuPlace place = PlaceOf(m_hMenu, item, by_position ? MF_BYPOSITION : MF_BYCOMMAND);
+  const int former = menu->default_position;
   menu->default_position = place.menu == menu ? static_cast<int>(place.position) : -1;
+  for (const int changed : {former, menu->default_position}) {
+    if (changed < 0 || former == menu->default_position) continue;
+    detail::TellMenuChange(menu->handle, MenuChange::kItemsChanged, {changed, 1});
+  }
 }
 
 UINT CMenu::GetDefaultItem() const {

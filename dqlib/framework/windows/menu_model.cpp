@@ -2,6 +2,8 @@
 
 #include <unordered_map>
 
+#include "dqlib/framework/windows/ui_state.h"
+
 namespace dq::detail {
 namespace {
 
@@ -46,8 +48,9 @@ MenuPlace Walk(HMENU menu, Visit visit) {
 
 HMENU NewMenu() {
   static std::uintptr_t last = 0;
-  AllMenus().emplace(++last, std::make_unique<MenuModel>());
-  return reinterpret_cast<HMENU>(last);
+  MenuModel& made = *AllMenus().emplace(++last, std::make_unique<MenuModel>()).first->second;
+  made.handle = reinterpret_cast<HMENU>(last);
+  return made.handle;
 }
 
 MenuModel* FindMenu(HMENU menu) {
@@ -71,6 +74,7 @@ bool DestroyMenuTree(HMENU menu) {
     for (const std::unique_ptr<CMenu>& each : model.temporary) {
       if (Number(each->m_hMenu) == node.key()) each->m_hMenu = nullptr;
     }
+    TellMenuChange(model.handle, MenuChange::kDestroyed, {});
   }
   return true;
 }

@@ -22,10 +22,13 @@ struct MenuItem {
   std::string text = {};
   /// The owner's, of an item that it draws.
   const void* data = nullptr;
+
+  friend bool operator==(const MenuItem&, const MenuItem&) = default;
 };
 
 /// One menu.
 struct MenuModel {
+  HMENU handle = nullptr;
   /// Items are put in and taken out at both ends in constant time.
   std::deque<MenuItem> items;
   /// Of the default item, or -1.

@@ -135,10 +135,27 @@ constexpr MessageMapEntry ControlEntry(int code, UINT id) {
   return {WM_COMMAND, code, id, id, &detail::CallHandler<handler>};
 }
 
-/// A notification by `WM_NOTIFY`: `void f(NMHDR*, LRESULT*)`.
+/// A notification by `WM_NOTIFY`: `void f(NMHDR*, LRESULT*)`, or with a BOOL result, by which it
+/// declines. Of the code 16 bits count.
 template <auto handler>
 constexpr MessageMapEntry NotificationEntry(int code, UINT id) {
-  return {WM_NOTIFY, code, id, id, &detail::CallHandler<handler>};
+  return {WM_NOTIFY, static_cast<WORD>(code), id, id, &detail::CallHandler<handler>};
+}
+
+/// In a control: its own notifications, before its parent gets them, and messages that its parent
+/// gets about it. A handler without a result, or one that returns not 0, keeps them from the
+/// parent.
+template <auto handler>
+constexpr MessageMapEntry ReflectedEntry(int code) {
+  return {kReflectBase + WM_COMMAND, code, 0, 0, &detail::CallHandler<handler>};
+}
+template <auto handler>
+constexpr MessageMapEntry ReflectedNotificationEntry(int code) {
+  return {kReflectBase + WM_NOTIFY, static_cast<WORD>(code), 0, 0, &detail::CallHandler<handler>};
+}
+template <auto handler>
+constexpr MessageMapEntry ReflectedMessageEntry(UINT message) {
+  return {kReflectBase + message, 0, 0, 0, &detail::CallHandler<handler>};
 }
 
 /// A message: `LRESULT f(WPARAM, LPARAM)`.

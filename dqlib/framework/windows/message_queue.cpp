@@ -183,7 +183,7 @@ LRESULT MessageQueue::Send(HWND window, UINT message, WPARAM wparam, LPARAM lpar
   const WindowRecord* const record = All().Find(window);
   if (record == nullptr) return 0;
   record->owner->sent_.push_back(&sent);
-  record->owner->wake_.notify_one();
+  record->owner->WakeUp();
   own->WaitLocked(lock, sent.answered);
   return sent.result;
 }
@@ -194,7 +194,7 @@ bool MessageQueue::Post(HWND window, UINT message, WPARAM wparam, LPARAM lparam)
   if (record == nullptr) return false;
   record->owner->posted_.Push({window, message, wparam, lparam});
   ++record->posted;
-  record->owner->wake_.notify_one();
+  record->owner->WakeUp();
   return true;
 }
 
@@ -263,14 +263,33 @@ std::optional<MSG> MessageQueue::TakeTimer(Round* round) {
   return std::nullopt;
 }
 
-void MessageQueue::WaitForWork(DWORD milliseconds) {
+void MessageQueue::SetEvents(NativeEvents* events) {
+  const Lock lock(All().mutex);
+  events_ = events;
+}
+
+bool MessageQueue::TakeInEvents() { return events_ != nullptr && events_->Wait(0); }
+
+bool MessageQueue::WaitForWork(DWORD milliseconds) {
   Lock lock(All().mutex);
   std::int64_t wait = milliseconds;
   if (!due_.empty()) {
     wait = std::min(wait, std::max(std::int64_t{0}, due_.begin()->first.first - ReadClock()));
   }
-  wake_.wait_for(lock, std::chrono::milliseconds(wait),
-                 [this] { return !sent_.empty() || !posted_.empty() || quit_.has_value(); });
+  const auto has_work = [this] { return !sent_.empty() || !posted_.empty() || quit_.has_value(); };
+  if (events_ == nullptr) {
+    wake_.wait_for(lock, std::chrono::milliseconds(wait), has_work);
+    return false;
+  }
+  if (has_work()) return false;
+  // What comes from now on wakes the wait, even before it has begun.
+  lock.unlock();
+  return events_->Wait(static_cast<DWORD>(wait));
+}
+
+void MessageQueue::WakeUp() {
+  wake_.notify_one();
+  if (events_ != nullptr) events_->Wake();
 }
 
 bool MessageQueue::IsToEnd() {

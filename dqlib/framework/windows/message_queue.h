@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "dqlib/framework/windows/window_messages.h"
+#include "dqlib/framework/windows/window_observer.h"
 
 namespace dq {
 
@@ -80,6 +81,11 @@ class MessageQueue {
   static bool SetTimer(HWND window, UINT id, UINT milliseconds);
   static bool KillTimer(HWND window, UINT id);
 
+  /// On the queue's thread: the native events that its waits take in; null for none. Not owned.
+  void SetEvents(NativeEvents* events);
+  /// On the queue's thread: handles the native events that wait. False if there were none.
+  bool TakeInEvents();
+
   /// On the queue's thread: serves the messages that wait now, not those that come meanwhile, and
   /// returns how many there were.
   int ServeWaiting();
@@ -89,8 +95,9 @@ class MessageQueue {
   /// for the next one.
   std::optional<MSG> Take(Round* round = nullptr);
   Round BeginRound() const { return {.begun = scheduled_}; }
-  /// Waits until there is something to serve or take, at most so many milliseconds.
-  void WaitForWork(DWORD milliseconds);
+  /// Waits until there is something to serve or take, or a native event, at most so many
+  /// milliseconds. Returns whether native events were handled.
+  bool WaitForWork(DWORD milliseconds);
   /// Has `Take` give `WM_QUIT` with the code once there is no posted message.
   void PostQuit(int code);
   /// Whether the thread shall end: `WM_QUIT` waits.
@@ -132,6 +139,8 @@ class MessageQueue {
 
   static Shared& All();
   static void CompleteLocked(Completion& completion);
+  /// Ends a wait of the queue's thread, from any thread.
+  void WakeUp();
   void ServeFirst(Lock& lock);
   void WaitLocked(Lock& lock, Completion& completion);
   std::optional<MSG> TakeTimer(Round* round);
@@ -149,6 +158,7 @@ class MessageQueue {
   std::int64_t now_ = 0;
   std::optional<int> quit_;
   std::condition_variable wake_;
+  NativeEvents* events_ = nullptr;
   std::size_t windows_ = 0;
 };
 

@@ -95,9 +95,12 @@ bool CToolBar::LoadToolBar(UINT id) {
 }
 
 void CToolBar::SetButtons(std::span<const WORD> commands) {
+  const int former = GetItemCount();
   buttons_.clear();
   for (const WORD command : commands) buttons_.push_back({.command = command});
-  if (GetSafeHwnd() != nullptr) Changed(WindowChange::kContent);
+  if (GetSafeHwnd() == nullptr) return;
+  if (former > 0) Changed(WindowChange::kRowsRemoved, {0, former});
+  if (GetItemCount() > 0) Changed(WindowChange::kRowsInserted, {0, GetItemCount()});
 }
 
 UINT CToolBar::GetItemID(int position) const { return GetButton(position).command; }
@@ -124,7 +127,7 @@ bool CToolBar::IsButton(int position) const { return GetItemID(position) != 0; }
 void CToolBar::SetButton(int position, const ToolBarButton& state) {
   if (!IsButton(position) || GetButton(position) == state) return;
   buttons_[static_cast<std::size_t>(position)] = state;
-  if (GetSafeHwnd() != nullptr) Changed(WindowChange::kContent);
+  if (GetSafeHwnd() != nullptr) Changed(WindowChange::kRowsChanged, {position, 1});
 }
 
 void CToolBar::EnableButton(int position, bool enable) {

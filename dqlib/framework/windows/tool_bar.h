@@ -38,8 +38,8 @@ struct ToolBarButton {
   friend bool operator==(const ToolBarButton&, const ToolBarButton&) = default;
 };
 
-/// A tool bar. Its buttons are there before its window is made; every change of them is
-/// `WindowChange::kContent`. Positions count from 0, separators too; for one that isn't there
+/// A tool bar. Its buttons are there before its window is made; changes of them are
+/// told as those of rows. Positions count from 0, separators too; for one that isn't there
 /// operations do nothing and answer 0 or false.
 class CToolBar : public CWnd {
   DECLARE_DYNAMIC(CToolBar)

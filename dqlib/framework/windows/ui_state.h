@@ -4,13 +4,12 @@
 
 #include <cstddef>
 
-#include "dqlib/platform/types.h"
+#include "dqlib/framework/windows/window_observer.h"
 
 namespace dq {
 
 class CCmdTarget;
 class CWnd;
-class WindowObserver;
 
 namespace detail {
 
@@ -20,12 +19,35 @@ struct UiState {
   HWND focus = nullptr;
   HWND capture = nullptr;
   HWND active = nullptr;
+  /// How many wait cursors there are.
+  int wait_cursors = 0;
   /// How many windows of the thread have ended: whoever finds it unchanged after calling a handler
   /// knows that the window is still there.
   std::size_t ended = 0;
+  /// Rows that came in or went, of which the observer hasn't been told: more may follow.
+  HWND rows_of = nullptr;
+  WindowChange rows_change = WindowChange::kRowsInserted;
+  ChangedRange rows;
 };
 
 UiState& CurrentUi();
+
+/// Tells the observer, if there is one, of a change; see `WindowObserver`.
+void TellChange(CWnd& window, WindowChange change, const ChangedRange& range);
+/// Tells it of the rows that it hasn't been told of.
+void TellRows();
+void TellMenuChange(MenuHandle* menu, MenuChange change, const ChangedRange& range);
+
+/// Runs a call of the observer. What it throws is traced: it must not leave a change half made.
+void TraceObserver();
+template <typename Call>
+void Guarded(Call call) {
+  try {
+    call();
+  } catch (...) {
+    TraceObserver();
+  }
+}
 
 /// A window that is at work while handlers, which may end it, are called. Once it isn't there,
 /// nothing of it may be touched. A target of commands that is no window can't be watched, nor can a

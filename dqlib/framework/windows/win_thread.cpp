@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "dqlib/framework/windows/message_queue.h"
+#include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/platform/platform.h"
 
 namespace dq {
@@ -16,17 +17,23 @@ constexpr DWORD kLongestWait = 100;
 
 thread_local CWinThread* t_thread = nullptr;
 
+/// After so many messages native events are taken in too, so that a flood of messages doesn't keep
+/// a person from working.
+constexpr int kMessagesAtATime = 16;
+
 enum class Pumped { kNothing, kMessage, kQuit };
 
 /// Handles the next message of the queue. `code` takes that of the thread's end.
 Pumped PumpOne(MessageQueue& queue, int& code, MessageQueue::Round* round = nullptr) {
+  thread_local int handled = 0;
+  if (++handled % kMessagesAtATime == 0) queue.TakeInEvents();
   std::optional<MSG> message = queue.Take(round);
   if (!message) return Pumped::kNothing;
   if (message->message == WM_QUIT) {
     code = static_cast<int>(message->wParam);
     return Pumped::kQuit;
   }
-  if (t_thread != nullptr && t_thread->PreTranslateMessage(&*message) != 0) return Pumped::kMessage;
+  if (PreTranslateInput(*message)) return Pumped::kMessage;
   if (CWnd* const window = MessageQueue::FindOwnWindow(message->hwnd)) {
     window->WindowProc(message->message, message->wParam, message->lParam);
   }
@@ -34,6 +41,19 @@ Pumped PumpOne(MessageQueue& queue, int& code, MessageQueue::Round* round = null
 }
 
 bool Idle(LONG count) { return t_thread != nullptr && t_thread->OnIdle(count) != 0; }
+
+/// When there is no message left: takes in native events, and idles if there are none either; then
+/// waits. `idled` counts the calls of `idle`, and is -1 once there is nothing more to do.
+template <typename Idle>
+void IdleAndWait(MessageQueue& queue, int& idled, DWORD milliseconds, Idle idle) {
+  detail::TellRows();
+  bool handled = queue.TakeInEvents();
+  if (!handled) {
+    if (idled >= 0) idled = idle(idled) ? idled + 1 : -1;
+    handled = idled < 0 && queue.WaitForWork(milliseconds);
+  }
+  if (handled) idled = 0;
+}
 
 }  // namespace
 
@@ -54,8 +74,7 @@ int CWinThread::Run() {
         idled = 0;
         break;
       case Pumped::kNothing:
-        if (idled >= 0) idled = OnIdle(idled) != 0 ? idled + 1 : -1;
-        if (idled < 0) queue->WaitForWork(kForever);
+        IdleAndWait(*queue, idled, kForever, [this](LONG count) { return OnIdle(count) != 0; });
         break;
     }
   }
@@ -82,11 +101,17 @@ BOOL CWinThread::OnIdle(LONG count) {
   return 0;
 }
 
+bool PreTranslateInput(MSG& message) {
+  if (t_thread != nullptr) return t_thread->PreTranslateMessage(&message) != 0;
+  return false;
+}
+
 int PumpUntilIdle() {
   MessageQueue* const queue = MessageQueue::Current();
   if (queue == nullptr) return 0;
   MessageQueue::Round round = queue->BeginRound();
   int handled = 0;
+  bool took_events = false;
   for (int code = 0, idled = 0;;) {
     switch (PumpOne(*queue, code, &round)) {
       case Pumped::kQuit:
@@ -97,6 +122,9 @@ int PumpUntilIdle() {
         idled = 0;
         break;
       case Pumped::kNothing:
+        detail::TellRows();
+        // Once, so that the call ends however many come.
+        if (!std::exchange(took_events, true) && queue->TakeInEvents()) break;
         if (!Idle(idled++)) return handled;
         break;
     }
@@ -120,8 +148,7 @@ bool PumpUntil(const std::function<bool()>& condition, DWORD milliseconds) {
         idled = 0;
         break;
       case Pumped::kNothing:
-        if (idled >= 0) idled = Idle(idled) ? idled + 1 : -1;
-        if (idled < 0) queue->WaitForWork(std::min(kLongestWait, milliseconds - passed));
+        IdleAndWait(*queue, idled, std::min(kLongestWait, milliseconds - passed), Idle);
         break;
     }
   }

@@ -70,6 +70,11 @@ WorkerThread AfxBeginThread(UINT (*procedure)(void*), void* parameter);
 /// A wait without end.
 inline constexpr DWORD kForever = std::numeric_limits<DWORD>::max();
 
+/// Offers a message of the keyboard or the mouse to the thread and to the window that it is for,
+/// and the windows above, as the message loop does with those that were posted: for a window layer,
+/// which calls it before its native windows see the event. True if one has taken it.
+bool PreTranslateInput(MSG& message);
+
 /// Handles the calling thread's messages, and timers that are due, until there is nothing left and
 /// the thread has idled; returns how many it handled. Each is dropped if its window has ended. One
 /// call serves each timer once at most, and none that is started meanwhile, so that it ends however

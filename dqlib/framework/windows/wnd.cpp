@@ -20,7 +20,6 @@ namespace {
 constexpr int kWalkedChildren = 16;
 
 thread_local constinit detail::UiState t_ui;
-CSize g_screen{1920, 1080};
 
 LONG Clamp(long long value) {
   return static_cast<LONG>(std::clamp<long long>(value, std::numeric_limits<LONG>::min(),
@@ -53,6 +52,8 @@ bool Watched::IsThere() const {
 }  // namespace detail
 
 using detail::Watched;
+using detail::WrappingDifference;
+using detail::WrappingSum;
 
 /// The first child of each id, and how many have it. What would take a walk through the children is
 /// answered by false: then the index is of no use any more.
@@ -92,18 +93,6 @@ struct CWnd::ChildIndex {
 
 IMPLEMENT_DYNAMIC(CWnd, CCmdTarget)
 
-WindowObserver::~WindowObserver() = default;
-
-WindowObserver* GetWindowObserver() { return t_ui.observer; }
-
-WindowObserver* SetWindowObserver(WindowObserver* observer) {
-  return std::exchange(t_ui.observer, observer);
-}
-
-CSize GetScreenSize() { return g_screen; }
-
-void SetScreenSize(const CSize& size) { g_screen = size; }
-
 CWnd::CWnd() = default;
 
 CWnd::~CWnd() {
@@ -132,6 +121,9 @@ bool CWnd::CreateWnd(const WindowCreation& creation) {
   place_ = creation.place;
   state_ = SIZE_RESTORED;
   placement_ = {};
+  font_ = nullptr;
+  tool_tip_.Empty();
+  scroll_[SB_HORZ] = scroll_[SB_VERT] = {};
   OnSetText(std::string(creation.text).c_str());
   Link(creation.parent, creation.parent == nullptr ? nullptr : creation.parent->last_child_);
   if (creation.parent == nullptr && creation.owner != nullptr) {
@@ -139,13 +131,24 @@ bool CWnd::CreateWnd(const WindowCreation& creation) {
     next_owned_ = std::exchange(owner_->first_owned_, this);
     if (next_owned_ != nullptr) next_owned_->previous_owned_ = this;
   }
+  TakeFrameWidths();
+  if (creation.client_size) {
+    place_.right = WrappingSum(place_.right, WrappingSum(frame_widths_.left, frame_widths_.right));
+    place_.bottom =
+        WrappingSum(place_.bottom, WrappingSum(frame_widths_.top, frame_widths_.bottom));
+  }
+  if (creation.centered) place_ = CenteredPlace(nullptr);
   const Watched made(*this);
   Changed(WindowChange::kCreated);
   const LRESULT result = WindowProc(WM_CREATE, 0, reinterpret_cast<LPARAM>(&creation));
   if (!made.IsThere()) return false;
-  if (result != -1) return true;
-  DestroyWindow();
-  return false;
+  if (result == -1) {
+    DestroyWindow();
+    return false;
+  }
+  SendSize();
+  if (made.IsThere()) WindowProc(WM_MOVE, 0, MakeLParam(place_.left, place_.top));
+  return made.IsThere();
 }
 
 BOOL CWnd::DestroyWindow() {
@@ -157,6 +160,8 @@ BOOL CWnd::DestroyWindow() {
     return 0;
   }
   destroying_ = true;
+  const HWND owner = t_ui.active == self && owner_ != nullptr ? owner_->m_hWnd.load() : nullptr;
+  LeaveFocus(*this);
   // The last one is the next to be told.
   std::vector<HWND> waiting{self};
   while (!waiting.empty()) {
@@ -174,6 +179,8 @@ BOOL CWnd::DestroyWindow() {
     }
   }
   if (MessageQueue::FindOwnWindow(self) == this) TakeDownTree();
+  CWnd* const next = t_ui.active == nullptr ? MessageQueue::FindOwnWindow(owner) : nullptr;
+  if (next != nullptr && next->enabled_ && next->IsWindowVisible()) next->SetActiveWindow();
   return 1;
 }
 
@@ -259,6 +266,7 @@ void CWnd::SetDlgCtrlID(int id) {
   const bool left = index == nullptr || index->Remove(this);
   id_ = id;
   if (index != nullptr && !(left && index->Add(this, false))) parent_->children_by_id_.reset();
+  if (m_hWnd != nullptr) Changed(WindowChange::kId);
 }
 
 CWnd* CWnd::SetParent(CWnd* parent) {
@@ -308,6 +316,21 @@ bool CWnd::IsChild(const CWnd* other) const {
     if (other->parent_ == this) return true;
   }
   return false;
+}
+
+CWnd* CWnd::WindowAt(const CPoint& screen) {
+  if (!IsWindowVisible() || !GetWindowRect().PtInRect(screen)) return nullptr;
+  CWnd* found = this;
+  for (CWnd* next = this; next != nullptr;) {
+    found = next;
+    const CPoint at = found->ScreenToClient(screen);
+    if (!found->GetClientRect().PtInRect(at)) break;
+    next = found->first_child_;
+    while (next != nullptr && !(next->visible_ && next->place_.PtInRect(at) && next->IsHit())) {
+      next = next->next_;
+    }
+  }
+  return found;
 }
 
 void CWnd::SetWindowOrder(CWnd* after) {
@@ -371,12 +394,48 @@ CRect CWnd::GetClientRect() const {
           inner(place_.Height(), frame_widths_.top, frame_widths_.bottom)};
 }
 
-void CWnd::SetFrameWidths(const CRect& widths) {
-  if (m_hWnd == nullptr || widths == frame_widths_) return;
-  frame_widths_ = widths;
-  Changed(WindowChange::kRectangle);
-  SendSize();
+void CWnd::TakeFrameWidths() {
+  frame_widths_ = {};
+  if (t_ui.observer == nullptr) return;
+  detail::Guarded([this] { frame_widths_ = t_ui.observer->GetFrameWidths(*this); });
 }
+
+void CWnd::UpdateFrameWidths() {
+  if (m_hWnd == nullptr) return;
+  const CSize client = GetClientRect().Size();
+  const CRect former = frame_widths_;
+  TakeFrameWidths();
+  if (frame_widths_ == former) return;
+  const Watched self(*this);
+  Changed(WindowChange::kRectangle);
+  if (self.IsThere() && GetClientRect().Size() != client) SendSize();
+}
+
+CRect CWnd::CenteredPlace(const CWnd* in) const {
+  CRect around;
+  CRect within;
+  if (parent_ != nullptr) {
+    within = parent_->GetClientRect();
+    around = in == nullptr ? within : parent_->ScreenToClient(in->GetWindowRect());
+  } else {
+    const CSize screen = GetScreenSize();
+    within = {0, 0, screen.cx, screen.cy};
+    if (in == nullptr) in = owner_;
+    // Who can't be seen gives no place.
+    const bool is_seen = in != nullptr && in->IsWindowVisible() && !in->IsIconic();
+    around = is_seen ? in->GetWindowRect() : within;
+  }
+  const auto place = [](LONG first, LONG second, LONG lowest, LONG highest, LONG extent) {
+    const LONG middle = static_cast<LONG>((0LL + first + second - extent) / 2);
+    return std::max(lowest, std::min(middle, WrappingDifference(highest, extent)));
+  };
+  const CSize size = place_.Size();
+  const LONG left = place(around.left, around.right, within.left, within.right, size.cx);
+  const LONG top = place(around.top, around.bottom, within.top, within.bottom, size.cy);
+  return {left, top, WrappingSum(left, size.cx), WrappingSum(top, size.cy)};
+}
+
+void CWnd::CenterWindow(const CWnd* in) { MoveWindow(CenteredPlace(in)); }
 
 CPoint CWnd::ClientToScreen(const CPoint& point) const {
   CPoint on_screen = GetWindowRect().TopLeft();
@@ -392,9 +451,12 @@ CPoint CWnd::ScreenToClient(const CPoint& point) const {
 
 CRect CWnd::ScreenToClient(const CRect& rect) const {
   const CPoint origin = ClientToScreen({});
-  using detail::WrappingDifference;
   return {WrappingDifference(rect.left, origin.x), WrappingDifference(rect.top, origin.y),
           WrappingDifference(rect.right, origin.x), WrappingDifference(rect.bottom, origin.y)};
+}
+
+void CWnd::Changed(WindowChange change, const ChangedRange& range) {
+  if (t_ui.observer != nullptr) detail::TellChange(*this, change, range);
 }
 
 void CWnd::Invalidate(bool erase) { InvalidateRect(GetClientRect(), erase); }
@@ -421,6 +483,35 @@ void CWnd::SetMenu(CMenu* menu) {
   if (m_hWnd == nullptr) return;
   menu_ = menu;
   Changed(WindowChange::kMenu);
+  UpdateFrameWidths();
+}
+
+void CWnd::SetFont(CFont* font, bool redraw) {
+  SendMessage(WM_SETFONT, reinterpret_cast<WPARAM>(font), redraw ? 1 : 0);
+}
+
+void CWnd::SetToolTip(const CString& text) {
+  if (m_hWnd == nullptr || tool_tip_ == text) return;
+  tool_tip_ = text;
+  Changed(WindowChange::kToolTip);
+}
+
+void CWnd::SetScrollInfo(ScrollBar bar, const SCROLLINFO& info) {
+  SCROLLINFO set = info;
+  const LONG last = static_cast<LONG>(
+      std::clamp<long long>(0LL + info.nMax - std::max(0, info.nPage - 1), info.nMin, info.nMax));
+  set.nPos = info.nMin > info.nMax ? info.nMin : std::clamp(info.nPos, info.nMin, last);
+  if (m_hWnd == nullptr || set == scroll_[bar]) return;
+  scroll_[bar] = set;
+  Changed(WindowChange::kScroll, {bar, 1});
+  UpdateFrameWidths();
+}
+
+int CWnd::SetScrollPos(ScrollBar bar, int position) {
+  SCROLLINFO info = scroll_[bar];
+  const int former = std::exchange(info.nPos, position);
+  SetScrollInfo(bar, info);
+  return former;
 }
 
 // ---- Dialogs
@@ -509,6 +600,9 @@ bool CWnd::SubclassDlgItem(int id, CWnd* parent) {
   state_ = former->state_;
   visible_ = former->visible_;
   enabled_ = former->enabled_;
+  font_ = former->font_;
+  tool_tip_ = former->tool_tip_;
+  std::ranges::copy(former->scroll_, scroll_);
   TakePlaceOf(*former);
   for (CWnd* child = former->first_child_; child != nullptr; child = child->next_) {
     child->parent_ = this;

@@ -15,6 +15,7 @@
 namespace dq {
 
 class CDataExchange;
+class CFont;
 class CFrameWnd;
 class CMenu;
 namespace platform {
@@ -27,6 +28,10 @@ struct WindowCreation {
   std::string_view text = {};
   /// In the parent's client coordinates, or the screen's without a parent.
   CRect place = {};
+  /// The size in `place` is that of the client area: the frame is added to it.
+  bool client_size = false;
+  /// It lies in the middle of its owner, or of the screen without one; see `CWnd::CenterWindow`.
+  bool centered = false;
   CWnd* parent = nullptr;
   /// Owner of a window without a parent: it ends before its owner does.
   CWnd* owner = nullptr;
@@ -47,19 +52,22 @@ class CWnd : public CCmdTarget {
   /// Ends the window. A calling thread that has it as its main window has none afterwards.
   ~CWnd() override;
 
-  /// Makes the window for the calling thread. Its first message is `WM_CREATE`, with the creation's
-  /// address as its second argument; a result of -1 refuses, and the window ends. Returns false if
+  /// Makes the window for the calling thread, with the frame that the window layer gives it. Its
+  /// first message is `WM_CREATE`, with the creation's address as its second argument; a result of
+  /// -1 refuses, and the window ends. `WM_SIZE` and `WM_MOVE` follow. Returns false if
   /// it is made already, the parent or owner isn't or is about to end, or the program's static
   /// objects are taken down.
   bool CreateWnd(const WindowCreation& creation);
   /// The same with a class name and nothing else; null counts as "".
   bool CreateWnd(const char* class_name);
 
-  /// Ends the window with its descendants and the windows it owns. `WM_DESTROY` reaches all of
-  /// them, parents first, while they are still there. Afterwards their handles are dead, their
-  /// timers and posted messages gone, senders that wait released with 0 (a message that is being
-  /// handled still gets its answer), and each gets `PostNcDestroy`, children first. Returns false
-  /// if there is no window or it is ending already.
+  /// Ends the window with its descendants and the windows it owns. If it has the focus, or one
+  /// below it has, that one gets `WM_KILLFOCUS` first. `WM_DESTROY` reaches all of them, parents
+  /// first, while they are still there. Afterwards their handles are dead, their timers and posted
+  /// messages gone, senders that wait released with 0 (a message that is being handled still gets
+  /// its answer), and each gets `PostNcDestroy`, children first. Where it was the active window,
+  /// its owner becomes active, unless that is disabled. Returns false if there is no window or it
+  /// is ending already.
   virtual BOOL DestroyWindow();
 
   HWND GetSafeHwnd() const { return m_hWnd; }
@@ -90,6 +98,7 @@ class CWnd : public CCmdTarget {
 
   /// "" for a window that isn't made.
   const std::string& GetWindowClass() const { return class_name_; }
+  /// The id by which its parent knows it.
   int GetDlgCtrlID() const { return id_; }
   void SetDlgCtrlID(int id);
   /// The text: caption of a frame or dialog, content of an edit control. A null text counts as "".
@@ -117,6 +126,9 @@ class CWnd : public CCmdTarget {
   CWnd* GetDlgItem(int id) const;
   /// Whether `other` is below this one.
   bool IsChild(const CWnd* other) const;
+  /// The deepest visible window at a point of the screen, itself or below it; null if the point is
+  /// outside of it. Of siblings the topmost.
+  CWnd* WindowAt(const CPoint& screen);
   /// Puts it behind a sibling, or with null before all.
   void SetWindowOrder(CWnd* after);
 
@@ -133,8 +145,16 @@ class CWnd : public CCmdTarget {
   CRect GetClientRect() const;
   /// In the parent's client coordinates.
   const CRect& GetPlace() const { return place_; }
-  /// What the frame takes on each side, 0 until a window layer says it.
-  void SetFrameWidths(const CRect& widths);
+  /// What the frame takes on each side: as the window layer said when the window was made, 0
+  /// without one. `UpdateFrameWidths` asks again, and sends `WM_SIZE` if the client size is another
+  /// then.
+  const CRect& GetFrameWidths() const { return frame_widths_; }
+  void UpdateFrameWidths();
+  /// Moves it to the middle of another window (null: its parent's client area, its owner, or the
+  /// screen), but not beyond the screen's edges, or its parent's.
+  void CenterWindow(const CWnd* in = nullptr);
+  /// Whether a person can drag its edges: a window layer asks. Frames can be sized, the base can't.
+  virtual bool IsSizable() const { return false; }
   CPoint ClientToScreen(const CPoint& point) const;
   CPoint ScreenToClient(const CPoint& point) const;
   CRect ScreenToClient(const CRect& rect) const;
@@ -161,12 +181,18 @@ class CWnd : public CCmdTarget {
   CWnd* SetFocus();
   /// The window of the calling thread that has the focus, or null.
   static CWnd* GetFocus();
+  /// Has the mouse's messages come to this window, wherever the pointer is, until it is released or
+  /// another one takes it; who had it gets `WM_CAPTURECHANGED`.
   CWnd* SetCapture();
   static CWnd* GetCapture();
   static void ReleaseCapture();
-  /// Makes it the active one of the thread's top-level windows.
-  CWnd* SetActiveWindow();
+  /// Makes it the active one of the thread's top-level windows, and returns the former: that one
+  /// gets `WM_ACTIVATE` with `WA_INACTIVE`, this one with `by_click` or `WA_ACTIVE`. What had the
+  /// focus in a window when it stopped being active gets it back; else the window itself does.
+  CWnd* SetActiveWindow(bool by_click = false);
   static CWnd* GetActiveWindow();
+  /// None of the thread's windows is active any more: the person works with another program.
+  static void LeaveActiveWindow();
 
   /// Marks it, or a part of it in client coordinates, to be drawn; `erase`: its background first.
   void Invalidate(bool erase = true);
@@ -180,6 +206,22 @@ class CWnd : public CCmdTarget {
   /// The window's main menu, or null. Not owned.
   CMenu* GetMenu() const { return menu_; }
   void SetMenu(CMenu* menu);
+
+  /// The font of its text; null is the dialogs' own. Not owned. Sent as `WM_SETFONT`.
+  CFont* GetFont() const { return font_; }
+  void SetFont(CFont* font, bool redraw = true);
+
+  /// The text that explains it when the pointer rests on it; "" for none. Set by the
+  /// `CToolTipCtrl` that has it as a tool.
+  const CString& GetToolTip() const { return tool_tip_; }
+  void SetToolTip(const CString& text);
+
+  /// A scroll bar of the window's own. `SetScrollInfo` keeps the position within the range; a
+  /// person's use of it comes as `WM_HSCROLL` or `WM_VSCROLL`.
+  SCROLLINFO GetScrollInfo(ScrollBar bar) const { return scroll_[bar]; }
+  void SetScrollInfo(ScrollBar bar, const SCROLLINFO& info);
+  int GetScrollPos(ScrollBar bar) const { return scroll_[bar].nPos; }
+  int SetScrollPos(ScrollBar bar, int position);
 
   // Dialogs and controls.
 
@@ -228,9 +270,15 @@ class CWnd : public CCmdTarget {
   /// control's handle, 0 for a menu item or accelerator.
   virtual BOOL OnCommand(WPARAM wparam, LPARAM lparam);
   virtual BOOL OnNotify(WPARAM wparam, LPARAM lparam, LRESULT* result);
-  /// What a window does by itself: `WM_CLOSE` destroys it, and `WM_GETMINMAXINFO` answers with the
-  /// screen's size.
+  /// What a window does by itself: `WM_CLOSE` destroys it, `WM_GETMINMAXINFO` answers with the
+  /// screen's size, one that becomes active takes the focus, the right button asks for the context
+  /// menu as the key for it does, and what the wheel and the context menu ask for goes on to the
+  /// parent.
   virtual LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam);
+  /// A notification of this control that its parent has got (`WM_COMMAND`, `WM_NOTIFY`,
+  /// `WM_DRAWITEM`, `WM_MEASUREITEM`): the control may keep it from the parent by 1. The base has
+  /// the handlers of the class that are entered as reflected.
+  virtual BOOL OnChildNotify(UINT message, WPARAM wparam, LPARAM lparam, LRESULT* result);
   /// The last call for a window that ended. An object that was made by `new` may delete itself
   /// here.
   virtual void PostNcDestroy() {}
@@ -243,10 +291,8 @@ class CWnd : public CCmdTarget {
   /// Takes over what a window of the same kind held, when this one takes its place.
   virtual void OnSubclassed(CWnd& /*former*/) {}
 
-  /// Tells the observer.
-  void Changed(WindowChange change) {
-    if (WindowObserver* observer = GetWindowObserver()) observer->OnWindowChange(*this, change);
-  }
+  /// Tells the observer; `range` says which rows, items or bytes the change is about.
+  void Changed(WindowChange change, const ChangedRange& range = {});
   /// Sends the parent `WM_COMMAND` with the window's id and the notification code.
   void NotifyParent(int code);
 
@@ -264,6 +310,14 @@ class CWnd : public CCmdTarget {
   void TakeDownTree();
   void TakeDown();
   static void LeaveFocus(const CWnd& window);
+  static void Activate(HWND now, UINT state);
+  static CWnd* HandCapture(HWND now);
+  void TakeFrameWidths();
+  CRect CenteredPlace(const CWnd* in) const;
+  bool IsHit();
+  void TakeFocusBack();
+  BOOL ReflectNotification(HWND control, UINT message, WPARAM wparam, LPARAM lparam,
+                           LRESULT* result);
 
   CString text_;
   std::string class_name_;
@@ -282,6 +336,11 @@ class CWnd : public CCmdTarget {
   CWnd* next_owned_ = nullptr;
   CWnd* previous_owned_ = nullptr;
   CMenu* menu_ = nullptr;
+  CFont* font_ = nullptr;
+  CString tool_tip_;
+  SCROLLINFO scroll_[2];
+  /// What below it had the focus when it stopped being active.
+  HWND last_focus_ = nullptr;
   /// The children by id, once somebody has asked for one.
   mutable std::unique_ptr<ChildIndex> children_by_id_;
   int id_ = 0;

@@ -11,6 +11,8 @@
 namespace dq {
 namespace {
 
+bool IsKeyDown(int key) { return (GetKeyState(key) & kKeyDown) != 0; }
+
 /// Learns whether a command is enabled, and shows nothing.
 class EnabledTest : public CCmdUI {
  public:
@@ -81,6 +83,13 @@ LRESULT CWnd::WindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
 BOOL CWnd::OnWndMsg(UINT message, WPARAM wparam, LPARAM lparam, LRESULT* result) {
   if (message == WM_COMMAND) return OnCommand(wparam, lparam);
   if (message == WM_NOTIFY) return OnNotify(wparam, lparam, result);
+  if (message == WM_DRAWITEM || message == WM_MEASUREITEM) {
+    const detail::Watched self(*this);
+    const CWnd* const control = GetDlgItem(static_cast<int>(wparam));
+    const HWND item = wparam == 0 || control == nullptr ? nullptr : control->GetSafeHwnd();
+    if (ReflectNotification(item, message, wparam, lparam, result) != 0) return 1;
+    if (!self.IsThere()) return 1;
+  }
   HandlerArguments arguments;
   arguments.wparam = wparam;
   arguments.lparam = lparam;
@@ -93,7 +102,12 @@ BOOL CWnd::OnCommand(WPARAM wparam, LPARAM lparam) {
   const UINT id = LoWord(wparam);
   if (lparam != 0) {
     // A handler would find half of the values in the variables and half in the controls.
-    return exchanging_ ? 1 : OnCmdMsg(id, HiWord(wparam), nullptr, nullptr);
+    if (exchanging_) return 1;
+    LRESULT result = 0;
+    const detail::Watched self(*this);
+    const HWND control = reinterpret_cast<HWND>(lparam);
+    if (ReflectNotification(control, WM_COMMAND, wparam, lparam, &result) != 0) return 1;
+    return self.IsThere() ? OnCmdMsg(id, HiWord(wparam), nullptr, nullptr) : 1;
   }
   // A menu item or accelerator: what shows the command may be out of date, so it is asked first.
   const detail::Watched self(*this);
@@ -104,11 +118,33 @@ BOOL CWnd::OnCommand(WPARAM wparam, LPARAM lparam) {
   return OnCmdMsg(id, CN_COMMAND, nullptr, nullptr);
 }
 
-BOOL CWnd::OnNotify(WPARAM, LPARAM lparam, LRESULT* result) {
+BOOL CWnd::OnNotify(WPARAM wparam, LPARAM lparam, LRESULT* result) {
+  NMHDR* const header = reinterpret_cast<NMHDR*>(lparam);
+  if (header == nullptr) return 0;
+  if (exchanging_) return 1;
+  const detail::Watched self(*this);
+  if (ReflectNotification(header->hwndFrom, WM_NOTIFY, wparam, lparam, result) != 0) return 1;
+  if (!self.IsThere()) return 1;
+  AFX_NOTIFY notify{result, header};
+  return OnCmdMsg(header->idFrom, NotifyCode(header->code), &notify, nullptr);
+}
+
+BOOL CWnd::ReflectNotification(HWND control, UINT message, WPARAM wparam, LPARAM lparam,
+                               LRESULT* result) {
+  CWnd* const child = MessageQueue::FindOwnWindow(control);
+  return child == nullptr ? 0 : child->OnChildNotify(message, wparam, lparam, result);
+}
+
+BOOL CWnd::OnChildNotify(UINT message, WPARAM wparam, LPARAM lparam, LRESULT* result) {
   HandlerArguments arguments;
-  arguments.header = reinterpret_cast<NMHDR*>(lparam);
-  if (arguments.header == nullptr) return 0;
-  const HandlerKey key{WM_NOTIFY, arguments.header->code, arguments.header->idFrom};
+  arguments.wparam = wparam;
+  arguments.lparam = lparam;
+  HandlerKey key{kReflectBase + message, 0, 0};
+  if (message == WM_COMMAND) key.code = HiWord(wparam);
+  if (message == WM_NOTIFY) {
+    arguments.header = reinterpret_cast<NMHDR*>(lparam);
+    key.code = static_cast<WORD>(arguments.header->code);
+  }
   if (!CallMapped(key, arguments)) return 0;
   *result = arguments.result;
   return 1;
@@ -120,16 +156,47 @@ BOOL CWnd::OnCmdMsg(UINT id, int code, void* extra, void* handler_info) {
 
 BOOL CWnd::PreTranslateMessage(MSG*) { return 0; }
 
-LRESULT CWnd::DefWindowProc(UINT message, WPARAM, LPARAM lparam) {
-  if (message == WM_CLOSE) {
-    DestroyWindow();
-  } else if (message == WM_GETMINMAXINFO && lparam != 0) {
-    auto& info = *reinterpret_cast<MINMAXINFO*>(lparam);
-    const CSize screen = GetScreenSize();
-    info.ptMaxSize = info.ptMaxTrackSize = {screen.cx, screen.cy};
-    info.ptMaxPosition = info.ptMinTrackSize = {};
+LRESULT CWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
+  switch (message) {
+    case WM_CLOSE:
+      DestroyWindow();
+      return 0;
+    case WM_ACTIVATE:
+      if (LoWord(wparam) != WA_INACTIVE && !IsIconic()) TakeFocusBack();
+      return 0;
+    case WM_SETFONT:
+      font_ = reinterpret_cast<CFont*>(wparam);
+      Changed(WindowChange::kFont);
+      if (lparam != 0) Invalidate();
+      return 0;
+    case WM_GETFONT:
+      return reinterpret_cast<LRESULT>(font_);
+    case WM_RBUTTONUP: {
+      const WPARAM place = static_cast<WPARAM>(lparam);
+      const CPoint at = ClientToScreen(PointOfParam(static_cast<LPARAM>(place)));
+      return WindowProc(WM_CONTEXTMENU, reinterpret_cast<WPARAM>(GetSafeHwnd()),
+                        MakeLParam(at.x, at.y));
+    }
+    case WM_KEYDOWN:
+    case WM_SYSKEYDOWN:
+      if (wparam != VK_APPS && !(wparam == VK_F10 && IsKeyDown(VK_SHIFT))) return 0;
+      return WindowProc(WM_CONTEXTMENU, reinterpret_cast<WPARAM>(GetSafeHwnd()), -1);
+    case WM_CONTEXTMENU:
+    case WM_MOUSEWHEEL:
+      return parent_ == nullptr ? 0 : parent_->WindowProc(message, wparam, lparam);
+    case WM_GETMINMAXINFO:
+      if (lparam != 0) {
+        auto& info = *reinterpret_cast<MINMAXINFO*>(lparam);
+        const CSize screen = GetScreenSize();
+        info.ptMaxSize = info.ptMaxTrackSize = {screen.cx, screen.cy};
+        info.ptMaxPosition = info.ptMinTrackSize = {};
+      }
+      return 0;
+    case WM_NCHITTEST:
+      return HTCLIENT;
+    default:
+      return 0;
   }
-  return 0;
 }
 
 void CWnd::NotifyParent(int code) {

@@ -1,6 +1,6 @@
 // Windows: visibility, enabling, focus, and the state that a placement describes.
 
-#include <algorithm>
+#include <utility>
 
 #include "dqlib/framework/windows/message_queue.h"
 #include "dqlib/framework/windows/screen.h"
@@ -42,13 +42,6 @@ Showing ShowingOf(int command, bool minimized_from_maximized) {
     default:
       return {};
   }
-}
-
-/// Hands one of the thread's single places, as the focus, to a window; returns the former one.
-CWnd* Hand(HWND& place, HWND window) {
-  CWnd* const former = MessageQueue::FindOwnWindow(place);
-  place = window;
-  return former;
 }
 
 }  // namespace
@@ -167,20 +160,71 @@ CWnd* CWnd::SetFocus() {
 
 CWnd* CWnd::GetFocus() { return MessageQueue::FindOwnWindow(detail::CurrentUi().focus); }
 
-CWnd* CWnd::SetCapture() {
-  return m_hWnd == nullptr ? GetCapture() : Hand(detail::CurrentUi().capture, m_hWnd);
-}
+CWnd* CWnd::SetCapture() { return m_hWnd == nullptr ? GetCapture() : HandCapture(m_hWnd); }
 
 CWnd* CWnd::GetCapture() { return MessageQueue::FindOwnWindow(detail::CurrentUi().capture); }
 
-void CWnd::ReleaseCapture() { detail::CurrentUi().capture = nullptr; }
+void CWnd::ReleaseCapture() { HandCapture(nullptr); }
 
-CWnd* CWnd::SetActiveWindow() {
-  if (m_hWnd == nullptr || detail::CurrentUi().active == m_hWnd) return GetActiveWindow();
-  CWnd* const former = Hand(detail::CurrentUi().active, m_hWnd);
-  Changed(WindowChange::kActive);
-  return former;
+/// Returns who had it.
+CWnd* CWnd::HandCapture(HWND now) {
+  const HWND former = std::exchange(detail::CurrentUi().capture, now);
+  if (former == now) return MessageQueue::FindOwnWindow(former);
+  if (CWnd* const window = MessageQueue::FindOwnWindow(former)) {
+    window->Changed(WindowChange::kCapture);
+    window->WindowProc(WM_CAPTURECHANGED, 0, reinterpret_cast<LPARAM>(now));
+  }
+  // The handler may have taken it back.
+  if (detail::CurrentUi().capture == now) {
+    if (CWnd* const window = MessageQueue::FindOwnWindow(now)) {
+      window->Changed(WindowChange::kCapture);
+    }
+  }
+  return MessageQueue::FindOwnWindow(former);
 }
+
+CWnd* CWnd::SetActiveWindow(bool by_click) {
+  if (m_hWnd == nullptr) return GetActiveWindow();
+  const HWND former = detail::CurrentUi().active;
+  Activate(m_hWnd, by_click ? WA_CLICKACTIVE : WA_ACTIVE);
+  return MessageQueue::FindOwnWindow(former);
+}
+
+void CWnd::LeaveActiveWindow() { Activate(nullptr, WA_INACTIVE); }
+
+void CWnd::Activate(HWND now, UINT state) {
+  const HWND former = detail::CurrentUi().active;
+  if (former == now) return;
+  detail::CurrentUi().active = now;
+  if (CWnd* const window = MessageQueue::FindOwnWindow(former)) {
+    CWnd* const focus = GetFocus();
+    const Watched watched(*window);
+    if (focus != nullptr && window->IsChild(focus)) window->last_focus_ = focus->m_hWnd;
+    window->Changed(WindowChange::kActive);
+    window->WindowProc(WM_ACTIVATE, WA_INACTIVE, reinterpret_cast<LPARAM>(now));
+    // Without another active window there is none for the keyboard either.
+    if (now == nullptr && watched.IsThere()) LeaveFocus(*window);
+  }
+  if (detail::CurrentUi().active != now) return;
+  if (CWnd* const window = MessageQueue::FindOwnWindow(now)) {
+    window->Changed(WindowChange::kActive);
+    window->WindowProc(WM_ACTIVATE, state, reinterpret_cast<LPARAM>(former));
+  }
+}
+
+/// As a window does that has become active, unless the focus is in it already.
+void CWnd::TakeFocusBack() {
+  const CWnd* const focus = GetFocus();
+  if (focus != nullptr && (focus == this || IsChild(focus))) return;
+  CWnd* const last = MessageQueue::FindOwnWindow(std::exchange(last_focus_, nullptr));
+  if (last != nullptr && IsChild(last) && last->IsWindowVisible()) {
+    last->SetFocus();
+  } else {
+    SetFocus();
+  }
+}
+
+bool CWnd::IsHit() { return WindowProc(WM_NCHITTEST, 0, 0) != HTTRANSPARENT; }
 
 CWnd* CWnd::GetActiveWindow() { return MessageQueue::FindOwnWindow(detail::CurrentUi().active); }
 

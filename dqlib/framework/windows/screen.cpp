@@ -1,0 +1,78 @@
+#include "dqlib/framework/windows/screen.h"
+
+#include <algorithm>
+
+#include "dqlib/framework/windows/ui_state.h"
+
+namespace dq {
+namespace {
+
+using detail::CurrentUi;
+
+CSize g_screen{1920, 1080};
+
+struct Metric {
+  SystemMetric number;
+  int pixels;
+};
+
+constexpr Metric kMetrics[] = {
+    {SM_CXVSCROLL, 17}, {SM_CYHSCROLL, 17}, {SM_CYCAPTION, 20}, {SM_CXICON, 32}, {SM_CYICON, 32},
+    {SM_CYMENU, 20},    {SM_CXSMICON, 16},  {SM_CYSMICON, 16},  {SM_CXDRAG, 4},  {SM_CYDRAG, 4},
+};
+
+/// What the window layer answers, or `otherwise` without one and if it throws.
+template <typename Result, typename Question>
+Result Ask(Result otherwise, Question question) {
+  if (WindowObserver* const observer = CurrentUi().observer) {
+    detail::Guarded([&] { otherwise = question(*observer); });
+  }
+  return otherwise;
+}
+
+void ShowWaitPointer(bool show) {
+  if (WindowObserver* const observer = CurrentUi().observer) {
+    detail::Guarded([&] { observer->ShowWaitPointer(show); });
+  }
+}
+
+}  // namespace
+
+CSize GetScreenSize() { return g_screen; }
+
+void SetScreenSize(const CSize& size) { g_screen = size; }
+
+int GetSystemMetrics(int metric) {
+  if (metric == SM_CXSCREEN) return g_screen.cx;
+  if (metric == SM_CYSCREEN) return g_screen.cy;
+  const auto* const known = std::ranges::find(
+      kMetrics, metric, [](const Metric& each) { return static_cast<int>(each.number); });
+  if (known == std::end(kMetrics)) return 0;
+  return Ask(known->pixels, [known](WindowObserver& observer) {
+    return observer.GetMetric(known->number, known->pixels);
+  });
+}
+
+int GetKeyState(int key) {
+  return Ask(0, [key](WindowObserver& observer) { return observer.GetKeyState(key); });
+}
+
+CPoint GetPointerPos() {
+  return Ask(CPoint{}, [](WindowObserver& observer) { return observer.GetPointer(); });
+}
+
+void MessageBeep(UINT type) {
+  if (WindowObserver* const observer = CurrentUi().observer) {
+    detail::Guarded([&] { observer->Beep(type); });
+  }
+}
+
+CWaitCursor::CWaitCursor() {
+  if (CurrentUi().wait_cursors++ == 0) ShowWaitPointer(true);
+}
+
+CWaitCursor::~CWaitCursor() {
+  if (--CurrentUi().wait_cursors == 0) ShowWaitPointer(false);
+}
+
+}  // namespace dq
