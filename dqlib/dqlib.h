@@ -118,6 +118,7 @@
 #include "dqlib/platform/profile_files.h"
 #include "dqlib/platform/prompts.h"
 #include "dqlib/platform/registry.h"
+#include "dqlib/platform/seam_texts.h"
 #include "dqlib/platform/system_errors.h"
 #include "dqlib/platform/system_facts.h"
 #include "dqlib/platform/system_time.h"

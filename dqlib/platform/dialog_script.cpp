@@ -4,6 +4,8 @@
 #include <charconv>
 #include <utility>
 
+#include "dqlib/platform/seam_texts.h"
+
 namespace dq::platform {
 namespace {
 
@@ -64,14 +66,14 @@ std::optional<DialogScript::Problem> DialogScript::Read(std::string_view text,
     const std::size_t equals = begin.find('=');
     step.press = begin.starts_with(kPress) && equals == std::string_view::npos;
     if (!step.press && equals == std::string_view::npos) {
-      return Problem{number, "neither 'id=value' nor 'press id'"};
+      return Problem{number, std::string(Text(IDS_SCRIPT_NO_STEP))};
     }
     const auto id = ReadId(step.press ? begin.substr(kPress.size()) : begin.substr(0, equals));
-    if (!id) return Problem{number, "a control's id is a number"};
+    if (!id) return Problem{number, std::string(Text(IDS_SCRIPT_NO_ID))};
     step.id = *id;
     if (!step.press) {
       auto value = ReadValue(begin.substr(equals + 1));
-      if (!value) return Problem{number, "a backslash before none of 'n', 't' and '\\'"};
+      if (!value) return Problem{number, std::string(Text(IDS_SCRIPT_BACKSLASH))};
       step.value = *std::move(value);
     }
     read.steps_.push_back(std::move(step));
@@ -87,10 +89,8 @@ void DialogScript::Play(DialogView& dialog) {
     const bool taken = step.press ? dialog.Press(step.id) : dialog.Enter(step.id, step.value);
     if (taken || problem_) continue;
     // Without the value, which may be a secret.
-    const std::string control = "control " + std::to_string(step.id);
-    problem_ = Problem{
-        step.line,
-        control + (step.press ? " can't be pressed" : " isn't there or doesn't take the value")};
+    const SeamTextId what = step.press ? IDS_SCRIPT_NOT_PRESSED : IDS_SCRIPT_NOT_TAKEN;
+    problem_ = Problem{step.line, Filled(Text(what), {std::to_string(step.id)})};
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/platform/platform.h"
+#include "dqlib/platform/seam_texts.h"
 #include "dqlib/resources/string_ids.h"
 #include "dqlib/resources/string_table.h"
 
@@ -37,6 +38,7 @@ int DQLIB_EntryPoint(HINSTANCE module, DWORD reason, void* /*reserved*/) {
       TouchFileName(module);
       if (!AfxInitExtensionModule(ExtensionModule(), module)) return 0;
       DQLIB_InitializeExtensionDLL();
+      platform::SetTextSource(&AfxFindString);
       break;
     case PROCESS_DETACH:
       TouchFileName(module);

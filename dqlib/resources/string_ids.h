@@ -1,4 +1,5 @@
-// Numbers of the library's strings. Their texts stand in `string_table.cpp`.
+// Numbers of the library's strings. Their texts stand in `string_table.cpp`; those of the seam,
+// which are the library's too, in `platform/seam_texts.h`.
 
 #pragma once
 
@@ -84,6 +85,7 @@ enum StringId : UINT {
   IDS_OPTIONS_CASES = 44511,
   IDS_OPTIONS_OVERWRITE_POLICIES = 44512,
   IDS_SETTINGS_NOT_READ = 44513,
+  // 44530 is a dialog, and 44560 to 44599 are for the seam.
 
   // Strings of the framework's own module, and the host's title, which its own module has.
   IDS_APP_TITLE = 57344,

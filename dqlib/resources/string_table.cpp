@@ -1,15 +1,18 @@
 #include "dqlib/resources/string_table.h"
 
+#include <algorithm>
+#include <array>
 #include <functional>
 #include <string>
 
+#include "dqlib/platform/seam_texts.h"
 #include "dqlib/resources/dialogs.h"
 #include "dqlib/resources/sql_word_lists.h"
 
 namespace dq {
 namespace {
 
-constexpr StringRow kStrings[] = {
+constexpr StringRow kOwnTexts[] = {
     {IDS_FORMAT_CUSTOMIZE_TIP, "Switch between building a format and choosing a predefined one"},
     {IDS_FORMAT_CUSTOMIZE, "Cu&stomize"},
     {IDS_FORMAT_USE_PREDEFINED, "U&se Predefined"},
@@ -83,6 +86,14 @@ constexpr StringRow kStrings[] = {
     {IDS_SETTINGS_NOT_READ,
      "Settings could not be read. Until they can, their defaults hold.\nCause: %s."},
 };
+
+/// All strings of the module: the library's own and the seam's.
+constexpr auto kStrings = [] {
+  std::array<StringRow, std::size(kOwnTexts) + std::size(platform::kSeamTexts)> all{};
+  std::ranges::merge(kOwnTexts, platform::kSeamTexts, all.begin(), {}, &StringRow::id,
+                     &StringRow::id);
+  return all;
+}();
 
 static_assert(IsStrictlySorted(kStrings), "strings are sorted by id, and no id stands twice");
 

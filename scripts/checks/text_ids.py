@@ -2,7 +2,8 @@
 """No string id is defined twice, and every named id of the library has its text.
 
 From 57344 on texts are the framework's, and a few of them are left to the host. Looks at the
-enumerators of *_ids.h and the rows of the string tables of library and framework.
+enumerators of *_ids.h and the rows of the string tables of library and framework; *_texts.h has
+both.
 """
 
 import re
@@ -24,7 +25,7 @@ def main():
     complaints = []
     numbers = {}  # enumerator -> number
     places = {}  # number -> where its enumerator stands
-    for path in _tree.files(root, ("_ids.h",), "dqlib"):
+    for path in _tree.files(root, ("_ids.h", "_texts.h"), "dqlib"):
         text = _tree.code_only(_tree.read(root, path))
         for match in ENUMERATOR.finditer(text):
             name, number = match[1], int(match[2], 0)
@@ -36,7 +37,7 @@ def main():
             numbers[name] = number
 
     rows = {}  # number -> where its row stands
-    for path in _tree.files(root, ("string_table.cpp", "_strings.cpp"), "dqlib"):
+    for path in _tree.files(root, ("string_table.cpp", "_strings.cpp", "_texts.h"), "dqlib"):
         text = _tree.code_only(_tree.read(root, path), keep_strings=True)
         for match in ROW.finditer(text):
             where = f"{path}:{line_of(text, match.start(1))}"

@@ -378,6 +378,32 @@ TEST(Prompts, AnswerIsAWordOrItsFirstLetterAndElseTheDefaultIsTaken) {
   EXPECT_THAT(outcome.terminal, testing::HasSubstr("a\r\nb?[2Jc\r\nYes / [No] / Cancel: "));
 }
 
+TEST(Prompts, ATranslationIsShownAndAnsweredInAndAnswersInEnglishStillCount) {
+  ResourceModule texts;
+  for (const auto& [id, text] :
+       Rows<UINT, const char*>{{44562, "Nein"}, {44563, "Nochmal"}, {44565, "Да"}, {44567, "ja"}}) {
+    texts.AddString(id, text);
+  }
+  const CDynLinkLibrary link(&texts);
+  for (const auto& [type, input, button] : Rows<UINT, std::string_view, int>{
+           {BOX_YES_NO_CANCEL | 0x100, "Д\n", BUTTON_YES},
+           {BOX_YES_NO_CANCEL | 0x100, "y\n", BUTTON_YES},
+           // One letter of two names is none.
+           {BOX_ABORT_RETRY_IGNORE | 0x200, "n\nNOCHMAL\n", BUTTON_RETRY},
+           {BOX_ABORT_RETRY_IGNORE | 0x200, "n\na\n", BUTTON_ABORT}}) {
+    const Outcome outcome = Show(kTerminal, "Sure?", type, input);
+    EXPECT_EQ(outcome.button, button) << input;
+    EXPECT_TRUE(outcome.terminal.find("Да / [No] / Cancel: ") != std::string::npos ||
+                outcome.terminal.find("Nein / Nochmal / [Ignore]: ") != std::string::npos);
+  }
+  const Outcome marked = Ask(kTerminal, "\n\n\n\nJ\n\n", [] {
+    LoginDialog dialog;
+    System().prompts->RunDialog(dialog);
+    return dialog.controls[5].value == "1" ? dialog.pressed : -2;
+  });
+  EXPECT_EQ(marked.button, 1) << marked.terminal;
+}
+
 TEST(DialogScript, StepsArePlayedInOpenedDialogsTooUnlessALineBreaksTheForm) {
   DialogScript script;
   EXPECT_FALSE(DialogScript::Read(

@@ -96,10 +96,12 @@ class CheckTest(unittest.TestCase):
     def test_text_ids(self):
         ids, table = "dqlib/resources/string_ids.h", "dqlib/resources/string_table.cpp"
         framework, lost = "dqlib/framework/base/framework_strings.cpp", f"{ids}:3: IDS_B (2) has no"
+        seam = "dqlib/platform/seam_texts.h"
         tree = {
             ids: "enum StringId : UINT {\n  IDS_A = 1,\n  IDS_B = 0x2,  // IDS_C = 2\n};\n",
             table: '    {IDS_A, "a {1, \\"x\\"}"},\n    {IDS_B,\n     "b"},\n',
             framework: '    {57344, "c"},\n    {57345, "d"},\n',
+            seam: 'enum I {\n  IDS_S = 7,\n};\n{IDS_S, "s"},\n',
         }
         for path, old, new, *starts in [
             (ids, "}", "  IDS_HOST = 57346,\n}"),
@@ -109,6 +111,7 @@ class CheckTest(unittest.TestCase):
             (table, "{IDS_B,", "{IDS_A,", f"{table}:2: text id 1 has a text", lost),
             (framework, "57345", "57344", f"{framework}:2: text id 57344 has a text"),
             (framework, "57345", "0x2", f"{table}:2: text id 2 has a text"),
+            (seam, "{IDS_S", "{IDS_A", f"{table}:1: text id 1 has", f"{seam}:2: IDS_S (7) has no"),
             (table, "{IDS_B,", "{IDS_D,", f"{table}:2: IDS_D is no known", lost),
         ]:
             self.expect({**tree, path: tree[path].replace(old, new)}, *starts)

@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <initializer_list>
 #include <new>
 #include <utility>
 
 #include "dqlib/framework/base/multi_byte.h"
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/base/text.h"
+#include "dqlib/platform/seam_texts.h"
 
 namespace dq {
 namespace {
@@ -248,26 +248,6 @@ CString operator+(char left, const CString& right) {
   return CString::Sum({&left, 1}, right.View());
 }
 
-namespace {
-
-void FillPlaces(CString& result, UINT id, std::initializer_list<const char*> texts) {
-  const std::string_view pattern = AfxFindString(id).value_or("");
-  std::string filled;
-  for (std::size_t i = 0; i < pattern.size(); ++i) {
-    const bool is_place = pattern[i] == '%' && i + 1 < pattern.size() && pattern[i + 1] >= '1' &&
-                          pattern[i + 1] < '1' + static_cast<int>(texts.size());
-    if (is_place) {
-      ++i;
-      filled += OrEmpty(texts.begin()[pattern[i] - '1']);
-    } else {
-      filled += pattern[i];
-    }
-  }
-  result = filled;
-}
-
-}  // namespace
-
 CString detail::LoadText(UINT id) {
   CString text;
   text.LoadString(id);
@@ -275,11 +255,11 @@ CString detail::LoadText(UINT id) {
 }
 
 void AfxFormatString1(CString& result, UINT id, const char* text1) {
-  FillPlaces(result, id, {text1});
+  result = platform::Filled(AfxFindString(id).value_or(""), {OrEmpty(text1)});
 }
 
 void AfxFormatString2(CString& result, UINT id, const char* text1, const char* text2) {
-  FillPlaces(result, id, {text1, text2});
+  result = platform::Filled(AfxFindString(id).value_or(""), {OrEmpty(text1), OrEmpty(text2)});
 }
 
 }  // namespace dq

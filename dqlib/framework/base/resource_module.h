@@ -16,14 +16,9 @@
 #include <string_view>
 
 #include "dqlib/platform/modules.h"
+#include "dqlib/platform/seam_texts.h"
 
 namespace dq {
-
-/// A string of a constant table.
-struct StringRow {
-  UINT id;
-  std::string_view text;
-};
 
 /// True if the rows are sorted by id and no id stands twice, as a table must be.
 constexpr bool IsStrictlySorted(std::span<const StringRow> rows) {

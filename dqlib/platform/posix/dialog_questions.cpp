@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "dqlib/platform/ascii.h"
+#include "dqlib/platform/seam_texts.h"
 
 namespace dq::platform::posix {
 namespace {
@@ -18,6 +19,8 @@ constexpr std::size_t kLongestShown = 200;
 
 constexpr std::string_view kNothing = "\"\"";
 constexpr char kInterrupt = '\x03';
+/// What a mark is called that has the value 0 or 1.
+constexpr SeamTextId kMarks[] = {IDS_MARK_NO, IDS_MARK_YES};
 
 bool IsMark(DialogControlKind kind) {
   return kind == DialogControlKind::kCheck || kind == DialogControlKind::kRadio;
@@ -71,7 +74,8 @@ std::string Unescaped(std::string_view answer) {
 std::string ShownValue(const DialogControl& control) {
   if (control.secret) return {};
   if (IsMark(control.kind)) {
-    return control.value == "1" ? "yes" : control.value == "0" ? "no" : "undetermined";
+    const bool is_on = control.value == "1", is_off = control.value == "0";
+    return std::string(Text(is_on ? IDS_MARK_YES : is_off ? IDS_MARK_NO : IDS_MARK_UNDETERMINED));
   }
   return Shortened(OneLine(control.value, control.multiple));
 }
@@ -84,7 +88,7 @@ std::string Question(const DialogControl& control) {
         "  " + std::to_string(at + 1) + " " + Shortened(OneLine(control.items[at], false)) + "\n";
   }
   if (control.items.size() > kMostItems) {
-    question += "  ... " + std::to_string(control.items.size()) + " in all\n";
+    question += Filled(Text(IDS_ITEMS_IN_ALL), {std::to_string(control.items.size())}) + "\n";
   }
   question += control.label.empty() ? std::to_string(control.id) : OneLine(control.label, false);
   const std::string value = ShownValue(control);
@@ -110,13 +114,8 @@ std::string ValueOf(const DialogControl& control, std::string answer) {
   if (answer == kNothing) return {};
   if (IsMark(control.kind)) {
     const std::string_view word = Trim(answer);
-    for (const std::string_view yes : {"y", "yes"}) {
-      if (EqualIgnoringCase(word, yes)) return "1";
-    }
-    for (const std::string_view no : {"n", "no"}) {
-      if (EqualIgnoringCase(word, no)) return "0";
-    }
-    return std::string(word);
+    const std::optional<std::size_t> named = NamedText(word, kMarks);
+    return named ? std::to_string(*named) : std::string(word);
   }
   if (!control.multiple) return answer;
   return control.kind == DialogControlKind::kList ? ItemNumbers(Unescaped(answer))
@@ -205,7 +204,7 @@ bool DialogQuestions::AskControl(const DialogControl& control) {
       return true;
     }
     if (!dialog_.IsOpen()) return false;
-    Tell("Not possible.\n");
+    Tell(std::string(Text(IDS_NOT_POSSIBLE)) + "\n");
   }
   return false;
 }

@@ -1,14 +1,16 @@
 #include "dqlib/platform/prompts.h"
 
+#include <algorithm>
 #include <mutex>
 #include <optional>
 #include <string>
 #include <unistd.h>
+#include <vector>
 
-#include "dqlib/platform/ascii.h"
 #include "dqlib/platform/posix/dialog_questions.h"
 #include "dqlib/platform/posix/system_services.h"
 #include "dqlib/platform/posix/terminal.h"
+#include "dqlib/platform/seam_texts.h"
 
 namespace dq::platform::posix {
 namespace {
@@ -19,24 +21,8 @@ constexpr int kAttempts = 10;
 /// Bytes of an answer that are looked at; more than the longest button name.
 constexpr std::size_t kLongestAnswer = 32;
 
-std::string_view Name(BoxButton button) {
-  switch (button) {
-    case BUTTON_OK:
-      return "OK";
-    case BUTTON_CANCEL:
-      return "Cancel";
-    case BUTTON_ABORT:
-      return "Abort";
-    case BUTTON_RETRY:
-      return "Retry";
-    case BUTTON_IGNORE:
-      return "Ignore";
-    case BUTTON_YES:
-      return "Yes";
-    case BUTTON_NO:
-      return "No";
-  }
-  return {};
+SeamTextId NameOf(BoxButton button) {
+  return static_cast<SeamTextId>(UINT{IDS_BUTTON_OK} + static_cast<UINT>(button - BUTTON_OK));
 }
 
 std::string WithLineEnd(std::string text) {
@@ -51,23 +37,20 @@ std::string ButtonLine(UINT type) {
     if (!line.empty()) line += " / ";
     const bool preselected = button == DefaultBoxButton(type);
     line += preselected ? "[" : "";
-    line += Name(button);
+    line += Text(NameOf(button));
     line += preselected ? "]" : "";
   }
   return line + ": ";
 }
 
-/// The button that the answer names, by its word or first letter; a box with one button takes any
-/// answer.
+/// The button that the answer names; a box with one button takes any answer.
 std::optional<BoxButton> Choose(UINT type, std::string_view answer) {
   const std::span<const BoxButton> buttons = BoxButtons(type);
   if (answer.empty() || buttons.size() == 1) return DefaultBoxButton(type);
-  for (const BoxButton button : buttons) {
-    const std::string_view name = Name(button);
-    if (EqualIgnoringCase(answer, name) || EqualIgnoringCase(answer, name.substr(0, 1)))
-      return button;
-  }
-  return std::nullopt;
+  std::vector<SeamTextId> names(buttons.size());
+  std::ranges::transform(buttons, names.begin(), NameOf);
+  const std::optional<std::size_t> named = NamedText(answer, names);
+  return named ? std::optional(buttons[*named]) : std::nullopt;
 }
 
 BoxButton Ask(const Terminal& terminal, UINT type) {

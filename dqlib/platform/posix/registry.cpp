@@ -123,10 +123,10 @@ void FileRegistry::JoinUsers() {
 }
 
 void FileRegistry::ShowNotices(RegistryStore& store) {
-  std::vector<std::string> notices = store.TakeNotices();
+  std::vector<Notice> notices = store.TakeNotices();
   try {
     while (!notices.empty()) {
-      Current().prompts->Show("", notices.front(), BOX_OK | BOX_EXCLAMATION, 0);
+      Current().prompts->Show("", notices.front().Text(), BOX_OK | BOX_EXCLAMATION, 0);
       notices.erase(notices.begin());
     }
   } catch (const std::exception&) {

@@ -31,14 +31,19 @@ Error KeepFile(SystemCalls& calls, const std::string& path, FileDamage& damage) 
   return copy.error;
 }
 
-/// Where the file is that was damaged, or whatever `what` calls it.
-std::string KeptAs(const FileDamage& damage, const std::string& what) {
-  if (damage.is_gone) return "There was nothing of the file to keep.";
-  return "The " + what + " file " +
-         (damage.copy.empty() ? "is still in its place." : "has been kept as " + damage.copy + ".");
+/// A notice of the damaged file; `left` and `kept` say where it is without and with a copy.
+Notice NoticeOf(SeamTextId text, const std::string& path, const FileDamage& damage, SeamTextId left,
+                SeamTextId kept) {
+  const SeamTextId whereabouts = damage.copy.empty() ? left : kept;
+  return {text, path, damage.is_gone ? IDS_NOTHING_TO_KEEP : whereabouts, damage.copy};
 }
 
 }  // namespace
+
+std::string Notice::Text() const {
+  const std::string second = whereabouts ? Filled(platform::Text(*whereabouts), {copy}) : "";
+  return Filled(platform::Text(text), {path, second, third, fourth});
+}
 
 void FileDamage::Set(bool found, bool gone, bool foreign) {
   if (!found) {
@@ -57,33 +62,24 @@ Error StoreDamage::Keep(SystemCalls& calls, const std::string& snapshot_path,
 }
 
 void StoreDamage::Tell(const std::string& snapshot_path, const std::string& journal_path,
-                       std::vector<std::string>& notices) {
+                       std::vector<Notice>& notices) {
   const auto is_news = [](const FileDamage& damage) { return damage.is_found && !damage.is_told; };
   if (is_news(snapshot) && snapshot.is_foreign) {
-    notices.push_back("The file " + snapshot_path +
-                      " of your settings was replaced while a program used it, by one of another "
-                      "time. The settings that the program knew hold.\n\n" +
-                      KeptAs(snapshot, "replaced"));
+    notices.push_back(NoticeOf(IDS_SETTINGS_REPLACED, snapshot_path, snapshot, IDS_REPLACED_LEFT,
+                               IDS_REPLACED_KEPT));
   } else if (is_news(snapshot)) {
-    notices.push_back("The file " + snapshot_path + " of your settings was " +
-                      (snapshot.is_gone ? "missing" : "damaged") +
-                      ". What could be read of it is kept: " + std::to_string(values_kept) +
-                      " values. " + std::to_string(lines_lost) + " lines could not be read.\n\n" +
-                      KeptAs(snapshot, "damaged"));
+    notices.push_back(NoticeOf(snapshot.is_gone ? IDS_SETTINGS_MISSING : IDS_SETTINGS_DAMAGED,
+                               snapshot_path, snapshot, IDS_DAMAGED_LEFT, IDS_DAMAGED_KEPT));
+    notices.back().third = std::to_string(values_kept);
+    notices.back().fourth = std::to_string(lines_lost);
   }
   if (is_news(journal) && journal.is_foreign) {
-    notices.push_back("The file " + journal_path + " of your latest settings and the file " +
-                      snapshot_path +
-                      " are of different times, as if one of them came from a backup. The settings "
-                      "of " +
-                      snapshot_path + " hold, and none of the other file is mixed into them.\n\n" +
-                      KeptAs(journal, "other"));
+    notices.push_back(
+        NoticeOf(IDS_LATEST_OF_OTHER_TIME, journal_path, journal, IDS_OTHER_LEFT, IDS_OTHER_KEPT));
+    notices.back().third = snapshot_path;
   } else if (is_news(journal)) {
-    notices.push_back("The file " + journal_path + " of your latest settings was " +
-                      (journal.is_gone ? "missing" : "damaged") +
-                      ". The changes that could be read of it, or that this program knew, are "
-                      "kept.\n\n" +
-                      KeptAs(journal, "damaged"));
+    notices.push_back(NoticeOf(journal.is_gone ? IDS_LATEST_MISSING : IDS_LATEST_DAMAGED,
+                               journal_path, journal, IDS_DAMAGED_LEFT, IDS_DAMAGED_KEPT));
   }
   snapshot.is_told = snapshot.is_found;
   journal.is_told = journal.is_found;

@@ -4,13 +4,30 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "dqlib/platform/error.h"
 #include "dqlib/platform/posix/system_calls.h"
+#include "dqlib/platform/seam_texts.h"
 
 namespace dq::platform::posix {
+
+/// What the person is to be told, in the language in force when it is told.
+struct Notice {
+  SeamTextId text;
+  /// The file that it is about: `%1` of the text.
+  std::string path;
+  /// What became of that file: `%2`, whose own `%1` is the copy; none if there is nothing to say.
+  std::optional<SeamTextId> whereabouts;
+  std::string copy;
+  /// `%3` and `%4`, for texts that have them.
+  std::string third = {};
+  std::string fourth = {};
+
+  std::string Text() const;
+};
 
 /// What is known of a damaged file, from when it is found until a fold has written a good one.
 struct FileDamage {
@@ -41,7 +58,7 @@ struct StoreDamage {
   Error Keep(SystemCalls& calls, const std::string& snapshot_path, const std::string& journal_path);
   /// Adds what the person must be told of and hasn't been.
   void Tell(const std::string& snapshot_path, const std::string& journal_path,
-            std::vector<std::string>& notices);
+            std::vector<Notice>& notices);
 };
 
 /// Makes a file under a name that is free, `name` or that with a number, and returns its path.

@@ -105,16 +105,15 @@ Error RegistryStore::Unite(RegistryTree& loaded) {
   DecodeTree();
   if (loaded.AddMissing(*tree_) == 0) return {};
   const std::string path = FilePath(kSnapshot);
-  std::string notice = "The files of your settings beside " + path +
-                       " were replaced while a program used them. The settings of both are kept; "
-                       "where they differ, those of the new files hold.\n\n";
+  Notice notice{.text = IDS_SETTINGS_UNITED, .path = path, .whereabouts = {}, .copy = {}};
   if (journal_.is_writable()) {
-    const Result<std::string> former = KeepBeside(calls_, path + ".former", [&](int fd) {
+    Result<std::string> former = KeepBeside(calls_, path + ".former", [&](int fd) {
       return WriteSnapshot(*tree_, names_.root, std::nullopt,
                            [&](std::string_view piece) { return WriteFully(calls_, fd, piece); });
     });
     if (!former.ok()) return former.error;
-    notice += "The former settings have been kept as " + former.value + ".";
+    notice.whereabouts = IDS_FORMER_KEPT;
+    notice.copy = std::move(former.value);
   }
   notices_.push_back(std::move(notice));
   must_fold_ = true;

@@ -188,12 +188,12 @@ Error RegistryStore::SyncAll() {
   return error;
 }
 
-std::vector<std::string> RegistryStore::TakeNotices() {
+std::vector<Notice> RegistryStore::TakeNotices() {
   const std::lock_guard files(file_mutex_);
   return std::exchange(notices_, {});
 }
 
-void RegistryStore::ReturnNotices(std::vector<std::string> notices) {
+void RegistryStore::ReturnNotices(std::vector<Notice> notices) {
   const std::lock_guard files(file_mutex_);
   notices_.swap(notices);
 }

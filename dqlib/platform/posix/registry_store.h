@@ -98,9 +98,9 @@ class RegistryStore {
   Error Leave(bool last_user, std::chrono::nanoseconds deadline);
 
   /// What the person must be told of, each once.
-  std::vector<std::string> TakeNotices();
+  std::vector<Notice> TakeNotices();
   /// Takes back those that could not be told.
-  void ReturnNotices(std::vector<std::string> notices);
+  void ReturnNotices(std::vector<Notice> notices);
 
  private:
   class Hold;
@@ -230,7 +230,7 @@ class RegistryStore {
   unsigned forks_;
   std::string record_;
   StoreDamage damage_;
-  std::vector<std::string> notices_;
+  std::vector<Notice> notices_;
 };
 
 }  // namespace dq::platform::posix

@@ -1,9 +1,12 @@
 #include "dqlib/platform/posix/terminal.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
+
+#include "dqlib/platform/ascii.h"
 
 namespace dq::platform::posix {
 namespace {
@@ -13,6 +16,13 @@ void WaitFor(int descriptor, short events) {
   pollfd wait{descriptor, events, 0};
   while (poll(&wait, 1, -1) < 0 && errno == EINTR) {
   }
+}
+
+/// The first character, which UTF-8 may write as several bytes.
+std::string_view Initial(std::string_view word) {
+  std::size_t size = std::min<std::size_t>(1, word.size());
+  while (size < word.size() && (static_cast<unsigned char>(word[size]) & 0xC0) == 0x80) ++size;
+  return word.substr(0, size);
 }
 
 }  // namespace
@@ -84,6 +94,23 @@ std::string ForTerminal(std::string_view text) {
     shown += steers ? '?' : text[at];
   }
   return shown;
+}
+
+std::optional<std::size_t> NamedText(std::string_view answer, std::span<const SeamTextId> texts) {
+  for (const auto form : {&Text, &EnglishText}) {
+    std::optional<std::size_t> found;
+    bool by_several = false;
+    for (std::size_t at = 0; at < texts.size(); ++at) {
+      const std::string_view word = form(texts[at]);
+      if (EqualIgnoringCase(answer, word)) return at;
+      if (!EqualIgnoringCase(answer, Initial(word))) continue;
+      by_several = found.has_value();
+      found = at;
+    }
+    if (by_several) return std::nullopt;
+    if (found) return found;
+  }
+  return std::nullopt;
 }
 
 std::string_view Trim(std::string_view text) {

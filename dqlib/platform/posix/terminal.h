@@ -4,9 +4,12 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <termios.h>
+
+#include "dqlib/platform/seam_texts.h"
 
 namespace dq::platform::posix {
 
@@ -59,6 +62,11 @@ std::optional<std::string> ReadLine(int descriptor, std::size_t longest);
 /// Line ends become single ones, and other control characters question marks: the text may hold
 /// what came from a server, which must not steer the terminal.
 std::string ForTerminal(std::string_view text);
+
+/// Which of the texts the answer names: by its word or first letter, as it is shown or, when it is
+/// none of those, in English. The case of ASCII letters is ignored. No value if it names none, or a
+/// letter several.
+std::optional<std::size_t> NamedText(std::string_view answer, std::span<const SeamTextId> texts);
 
 /// Without the blanks and tabs around it.
 std::string_view Trim(std::string_view text);
