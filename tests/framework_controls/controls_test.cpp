@@ -25,6 +25,15 @@ std::string Described(const CWnd& control) {
 }
 
 struct Controls : testing::Test {
+  /// Takes what was notified, "id:code " each.
+  std::string Codes() {
+    std::string text;
+    for (const auto& [id, code] : std::exchange(dialog.codes, {})) {
+      text += std::to_string(id) + ":" + std::to_string(code) + " ";
+    }
+    return text;
+  }
+
   ControlDialog dialog;
 };
 
@@ -113,11 +122,11 @@ TEST_F(Controls, ParentIsToldOfWhatAPersonDoesAndMayDestroyTheControlOrTheDialog
   std::istringstream rows(
       "1 press: refused =; 1 x: refused =; 2 a\nb: 1024 768 =a\r\nb; 2 type q: 1024 768 =q; 2 "
       "focus: 256 =; 4 press: 0 =1; 4 2: 0 =2; 4 3: refused =0; 4 00: refused =0; 4 0: =0; 5 "
-      "press: 0 =1; 5 2: refused =0; 24 0: refused =; 24 3: 1 =Three; 22 4: refused =; 23 a\tb: "
+      "press: 0 =1; 5 2: refused =0; 24 0: refused =; 24 3: 9 1 =Three; 22 4: refused =; 23 a\tb: "
       "refused =; 2 a\tb: 1024 768 =a\tb; 21 3: 1 =Three; 5 1: 0 =1; 5 0: =0; 8 press: 0 =; 8 "
       "press disabled: refused =; 20 press: refused =; 20 two: 1 =Two; 20 3: 1 =Three; 20 4: "
       "refused =; 21 3\nOne: 1 =One\nThree; 21 One\nFour: refused =; 22 Two\n3: 40 =Two\nThree; "
-      "23 two: 5 =two; 23 Two: 1 =Two; 24 two: 1 =Two; 24 x: refused =");
+      "23 two: 6 5 =two; 23 Two: 9 1 =Two; 24 two: 9 1 =Two; 24 x: refused =");
   for (std::string row; std::getline(rows >> std::ws, row, ';');) {
     SCOPED_TRACE(row);
     const int id = std::stoi(row);
@@ -143,6 +152,59 @@ TEST_F(Controls, ParentIsToldOfWhatAPersonDoesAndMayDestroyTheControlOrTheDialog
       EXPECT_EQ(ending.codes.size(), told.codes.empty() ? 0U : 1U);
     }
   }
+}
+
+TEST_F(Controls, TakeAPersonsEditsAsTheLayersOwnControlMakesThem) {
+  struct Row {
+    int id, first, removed;
+    const char* inserted;
+    bool taken;
+    const char* left;
+  };
+  dialog.edit().SetStyle({});
+  for (const auto& [id, first, removed, inserted, taken, left] :
+       std::vector<Row>{{kEdit, 0, 0, "abc", true, "2:1024 2:768 abc"},
+                        {kEdit, 1, 1, "", true, "2:1024 2:768 ac"},
+                        {kEdit, 2, 1, "x", false, "ac"},
+                        {kEdit, -1, 0, "x", false, "ac"},
+                        {kEdit, 0, 0, "a\nb", false, "ac"},
+                        {kEdit, 1, 0, "1234", false, "2:1024 2:768 2:1281 a123c"},
+                        {kEdit, 5, 0, "z", false, "2:1281 a123c"},
+                        {kEdit, 0, 5, "", true, "2:1024 2:768 "},
+                        {kCombo, 0, 0, "two", true, "23:6 23:5 two"},
+                        {kCombo, 2, 1, "\t", false, "two"},
+                        {kCombo, 0, 3, "", true, "23:6 23:5 "},
+                        {kDropList, 0, 0, "x", false, ""}}) {
+    auto* const edit = dynamic_cast<CEdit*>(dialog.GetDlgItem(id));
+    if (edit != nullptr) edit->LimitText(5);
+    Codes();
+    EXPECT_EQ(edit != nullptr ? edit->EditText(first, removed, inserted, 1, 1)
+                              : dialog.Get<CComboBox>(id).EditText(first, removed, inserted, 0, 0),
+              taken)
+        << inserted;
+    EXPECT_EQ(Codes() + std::string(dialog.GetDlgItemText(id)), left);
+  }
+  // What the program does is told too, but not of a text of several lines that is set.
+  dialog.edit().SetWindowText("s");
+  dialog.edit().ReplaceSel("r");
+  dialog.edit().SetStyle({.multi_line = true});
+  dialog.edit().SetWindowText("m");
+  dialog.edit().ReplaceSel("r");
+  dialog.combo().SetWindowText("Two");
+  dialog.combo().SetCurSel(2);
+  EXPECT_EQ(Codes(), "2:1024 2:768 2:1024 2:768 2:1024 2:768 23:6 23:5 ");
+}
+
+TEST_F(Controls, ComboBoxTellsHowItsListIsDroppedDownAndLetGo) {
+  CComboBox& combo = dialog.combo();
+  combo.SetFocus();
+  EXPECT_TRUE(combo.DropDown(true) && combo.Choose(1) && combo.DropDown(true) && combo.Choose(1));
+  EXPECT_EQ(Codes(), "23:3 23:7 23:9 23:8 23:1 23:7 23:9 23:8 ");
+  combo.ShowDropDown();
+  dialog.edit().SetFocus();
+  EXPECT_EQ(Codes(), "23:7 23:10 23:8 23:4 2:256 ");
+  combo.EnableWindow(false);
+  EXPECT_FALSE(combo.DropDown(true) || combo.GetDroppedState());
 }
 
 TEST_F(Controls, RadioButtonTakesTheMarkFromItsGroupOnly) {

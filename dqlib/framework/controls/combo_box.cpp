@@ -1,6 +1,7 @@
 #include "dqlib/framework/controls/combo_box.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace dq {
 
@@ -54,8 +55,16 @@ bool CComboBox::LimitText(int bytes) {
 
 void CComboBox::ShowDropDown(bool show) {
   if (show == dropped_) return;
+  if (!Notify(show ? CBN_DROPDOWN : CBN_SELENDCANCEL) || show == dropped_) return;
   dropped_ = show;
   Tell(WindowChange::kContent);
+  if (!show) Notify(CBN_CLOSEUP);
+}
+
+bool CComboBox::DropDown(bool show) {
+  if (!TakesInput()) return false;
+  ShowDropDown(show);
+  return true;
 }
 
 int CComboBox::GetDroppedWidth() const { return std::max(dropped_width_, GetPlace().Width()); }
@@ -77,8 +86,37 @@ bool CComboBox::Choose(int index) {
   if (!TakesInput() || !rows_.Has(index)) return false;
   const bool other = index != current_;
   SetCurSel(index);
+  if (!Notify(CBN_SELENDOK)) return true;
+  if (std::exchange(dropped_, false)) {
+    Tell(WindowChange::kContent);
+    if (!Notify(CBN_CLOSEUP)) return true;
+  }
   if (other) Notify(CBN_SELCHANGE);
   return true;
+}
+
+bool CComboBox::Accepts(std::string_view entered) const {
+  return !list_only_ && TakesInput() && std::ranges::none_of(entered, [](char character) {
+    return static_cast<unsigned char>(character) < ' ';
+  });
+}
+
+bool CComboBox::EditText(int first, int removed, std::string_view inserted, int anchor, int caret) {
+  if (!Accepts(inserted) || !text_.Has(first, removed)) return false;
+  const std::size_t taken = text_.Edit(first, removed, inserted, anchor, caret);
+  if (taken > 0 || removed > 0) TextEdited();
+  return taken == inserted.size();
+}
+
+/// The edit part has another text, which no choice of a row has brought.
+void CComboBox::TextEdited() {
+  current_ = -1;
+  TellText();
+  OnTextWasSet();
+}
+
+void CComboBox::OnTextWasSet() {
+  if (!list_only_ && Notify(CBN_EDITUPDATE)) Notify(CBN_EDITCHANGE);
 }
 
 void CComboBox::Describe(platform::DialogControl& control) const {
@@ -91,19 +129,14 @@ void CComboBox::Describe(platform::DialogControl& control) const {
 
 bool CComboBox::Enter(std::string_view value) {
   if (list_only_) return Choose(rows_.FindNamed(value));
-  const bool is_control = std::any_of(value.begin(), value.end(), [](char character) {
-    return static_cast<unsigned char>(character) < ' ';
-  });
-  if (!TakesInput() || is_control) return false;
+  if (!Accepts(value)) return false;
   const int row = rows_.FindExact(-1, value);
   if (row >= 0 && rows_.Text(row) == value) return Choose(row);
   if (value.size() > text_.limit()) return false;
   if (text_.text() == value) return true;
   text_.Set(value);
   text_.Select(text_.size(), text_.size());
-  current_ = -1;
-  TellText();
-  Notify(CBN_EDITCHANGE);
+  TextEdited();
   return true;
 }
 
@@ -115,6 +148,15 @@ LRESULT CComboBox::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
       if (lparam == 0) return 0;
       GetDroppedControlRect(reinterpret_cast<CRect*>(lparam));
       return 1;
+    case WM_SETFOCUS:
+      Notify(CBN_SETFOCUS);
+      return 0;
+    case WM_KILLFOCUS: {
+      const HWND self = GetSafeHwnd();
+      ShowDropDown(false);
+      if (FromHandle(self) == this) Notify(CBN_KILLFOCUS);
+      return 0;
+    }
     default:
       return RowControl::DefWindowProc(message, wparam, lparam);
   }

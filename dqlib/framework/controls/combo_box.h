@@ -15,7 +15,8 @@ struct ComboStyle {
 
 /// A combo box. Window class "ComboBox". Its place is the one with the list dropped down. The
 /// window's text is the edit part's; setting it makes a row that has another text be chosen no
-/// more, and does nothing to a combo box without an edit part.
+/// more, and does nothing to a combo box without an edit part. The parent gets `CBN_EDITUPDATE` and
+/// then `CBN_EDITCHANGE` for each change of the edit part's text but those by a choice of a row.
 class CComboBox : public RowControl {
   DECLARE_DYNAMIC(CComboBox)
   explicit CComboBox(const ComboStyle& style = {})
@@ -44,7 +45,9 @@ class CComboBox : public RowControl {
   /// The most bytes that a person may enter; 0 is as many as there can be.
   bool LimitText(int bytes);
 
-  /// Whether the list is dropped down, and by how much at least it is wide then.
+  /// Whether the list is dropped down, and by how much at least it is wide then. Before it drops
+  /// down the parent gets `CBN_DROPDOWN`; when it goes without a choice, `CBN_SELENDCANCEL` and
+  /// `CBN_CLOSEUP`.
   void ShowDropDown(bool show = true);
   bool GetDroppedState() const { return dropped_; }
   int GetDroppedWidth() const;
@@ -52,9 +55,14 @@ class CComboBox : public RowControl {
   /// The rectangle of the dropped-down combo box, on the screen.
   void GetDroppedControlRect(CRect* rect) const;
 
-  /// A person chooses the row: `CBN_SELCHANGE` goes to the parent if it is another one. False if
-  /// there is no such row or the control is disabled.
+  /// A person chooses the row: `CBN_SELENDOK` goes to the parent, `CBN_CLOSEUP` if the list was
+  /// dropped down, and `CBN_SELCHANGE` if it is another one. False if there is no such row or the
+  /// control is disabled.
   bool Choose(int index);
+  /// A person drops the list down or lets it go; false if the control is disabled.
+  bool DropDown(bool show);
+  /// A person edits the edit part's text: see `CEdit::EditText`. False without an edit part.
+  bool EditText(int first, int removed, std::string_view inserted, int anchor, int caret);
 
   void Describe(platform::DialogControl& control) const override;
   /// A person enters a text, `CBN_EDITCHANGE`, or one that is exactly a row's, which chooses that
@@ -65,11 +73,14 @@ class CComboBox : public RowControl {
   LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
   CString OnGetText() const override;
   void OnSetText(const char* text) override;
+  void OnTextWasSet() override;
   void OnRowsGone() override;
   void OnSubclassed(CWnd& former) override;
 
  private:
   void TellText();
+  bool Accepts(std::string_view entered) const;
+  void TextEdited();
 
   detail::EditText text_;
   bool list_only_;

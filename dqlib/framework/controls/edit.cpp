@@ -24,7 +24,6 @@ DWORD CEdit::GetSel() const {
 
 void CEdit::ReplaceSel(const char* text) {
   text_.Replace(detail::OrEmpty(text));
-  modified_ = true;
   TextChanged();
 }
 
@@ -89,30 +88,42 @@ bool CEdit::Accept(std::string_view entered, std::string& stored) const {
   return true;
 }
 
-void CEdit::TextChanged() {
+/// False if the control is gone afterwards.
+bool CEdit::TextChanged() {
+  modified_ = true;
   lines_.clear();
   Tell(WindowChange::kText);
   Tell(WindowChange::kSelection);
+  return Notify(EN_UPDATE) && Notify(EN_CHANGE);
 }
 
-bool CEdit::NotifyEdited() {
-  modified_ = true;
-  TextChanged();
-  return Notify(EN_UPDATE) && Notify(EN_CHANGE);
+void CEdit::OnTextWasSet() {
+  if (!style_.multi_line && Notify(EN_UPDATE)) Notify(EN_CHANGE);
+}
+
+bool CEdit::EditText(int first, int removed, std::string_view inserted, int anchor, int caret) {
+  std::string stored;
+  if (!TakesInput() || style_.read_only || !text_.Has(first, removed)) return false;
+  if (!Accept(inserted, stored)) return false;
+  const std::size_t taken = text_.Edit(first, removed, stored, anchor, caret);
+  const bool cut = taken < stored.size();
+  if ((taken > 0 || removed > 0) && !TextChanged()) return true;
+  if (cut) Notify(EN_MAXTEXT);
+  return !cut;
 }
 
 bool CEdit::Type(std::string_view text) {
   if (!TakesInput() || style_.read_only) return false;
   if (text.compare("\b") == 0) {
     if (!text_.Backspace()) return false;
-    NotifyEdited();
+    TextChanged();
     return true;
   }
   if (!style_.multi_line) text = text.substr(0, text.find_first_of("\r\n"));
   std::string stored;
   if (text.empty() || !Accept(text, stored)) return false;
   const std::size_t taken = text_.ReplaceWithin(stored);
-  if (taken > 0 && !NotifyEdited()) return true;
+  if (taken > 0 && !TextChanged()) return true;
   if (taken < stored.size()) Notify(EN_MAXTEXT);
   return taken > 0;
 }
@@ -134,7 +145,7 @@ bool CEdit::Enter(std::string_view value) {
   if (stored == text_.text()) return true;
   text_.Set(stored);
   text_.Select(text_.size(), text_.size());
-  NotifyEdited();
+  TextChanged();
   return true;
 }
 

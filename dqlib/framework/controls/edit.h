@@ -20,7 +20,9 @@ struct EditStyle {
 
 /// An edit control. Window class "Edit". Lines end with CR LF. Setting the window's text puts the
 /// caret at the beginning and takes the modified mark away; neither that nor `ReplaceSel` heeds
-/// the limit or the style, which are for what a person enters.
+/// the limit or the style, which are for what a person enters. The parent gets `EN_UPDATE` and then
+/// `EN_CHANGE` for each change of the text, by whom ever, but not where the text of a control of
+/// several lines is set.
 class CEdit : public Control {
   DECLARE_DYNAMIC(CEdit)
   explicit CEdit(const EditStyle& style = {}) : style_(style) {}
@@ -55,6 +57,11 @@ class CEdit : public Control {
   /// becomes CR LF; in an edit control of one line the text ends there. What is over the limit is
   /// left out and told by `EN_MAXTEXT`. False, and nothing, if the control doesn't take it.
   bool Type(std::string_view text);
+  /// A person has replaced `removed` bytes from `first` on by the text: typed, pasted, dropped,
+  /// deleted, undone or composed it, whatever a window layer's own control offers. Then they have
+  /// selected from `anchor` to `caret`. False if the control took it in part or not at all: what
+  /// the layer shows isn't the text then. Handlers may have changed it once more in any case.
+  bool EditText(int first, int removed, std::string_view inserted, int anchor, int caret);
 
   void Describe(platform::DialogControl& control) const override;
   /// A person replaces the whole text. Line ends become CR LF.
@@ -64,14 +71,14 @@ class CEdit : public Control {
   LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
   CString OnGetText() const override { return text_.text(); }
   void OnSetText(const char* text) override;
+  void OnTextWasSet() override;
   void OnSubclassed(CWnd& former) override;
 
  private:
   /// The text as it is stored; false if a person can't enter it.
   bool Accept(std::string_view entered, std::string& stored) const;
   const std::vector<int>& Lines() const;
-  void TextChanged();
-  bool NotifyEdited();
+  bool TextChanged();
 
   detail::EditText text_;
   EditStyle style_;

@@ -49,6 +49,19 @@ std::size_t EditText::ReplaceWithin(std::string_view text) {
   return size;
 }
 
+std::size_t EditText::Edit(int first, int removed, std::string_view text, int anchor, int caret) {
+  Select(first, first + removed);
+  const std::size_t taken = text.empty() ? 0 : ReplaceWithin(text);
+  if (taken == 0 && removed > 0) Replace("");
+  Select(anchor, caret);
+  return taken;
+}
+
+bool EditText::Has(int first, int count) const {
+  return first >= 0 && count >= 0 && first <= size() && count <= size() - first &&
+         ClipToText(text_, first) == first && ClipToText(text_, first + count) == first + count;
+}
+
 bool EditText::Backspace() {
   if (first() == last()) {
     const std::string_view before =

@@ -34,6 +34,11 @@ class EditText {
   void Replace(std::string_view text);
   /// The same with as many characters of `text` as the limit leaves room for; how many bytes.
   std::size_t ReplaceWithin(std::string_view text);
+  /// Whether so many bytes from a place on are characters of the text.
+  bool Has(int first, int count) const;
+  /// Replaces so many bytes from a place on, which are there, with as many characters of `text` as
+  /// the limit leaves room for, and selects; how many bytes.
+  std::size_t Edit(int first, int removed, std::string_view text, int anchor, int caret);
   /// Removes what is selected, or else the character before the caret. False if there is none.
   bool Backspace();
 

@@ -347,7 +347,9 @@ void CWnd::SetWindowOrder(CWnd* after) {
 
 void CWnd::SetWindowText(const char* text) {
   OnSetText(text == nullptr ? "" : text);
-  if (m_hWnd != nullptr) Changed(WindowChange::kText);
+  if (m_hWnd == nullptr) return;
+  Changed(WindowChange::kText);
+  OnTextWasSet();
 }
 
 void CWnd::MoveWindow(const CRect& place, bool repaint) {

@@ -288,6 +288,8 @@ class CWnd : public CCmdTarget {
   /// Where the text is kept: in the window, unless a control has a model of its own.
   virtual CString OnGetText() const { return text_; }
   virtual void OnSetText(const char* text) { text_ = text; }
+  /// `SetWindowText` has set the text of the window, and the observer knows.
+  virtual void OnTextWasSet() {}
   /// Takes over what a window of the same kind held, when this one takes its place.
   virtual void OnSubclassed(CWnd& /*former*/) {}
 
