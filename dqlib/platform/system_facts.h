@@ -9,10 +9,12 @@
 
 namespace dq {
 
-/// Numbers of the system colours that pictures are mapped to.
+/// Numbers of the system colours that pictures are mapped to and edges are drawn in.
 enum SystemColor : int {
   SYSTEM_COLOR_FACE = 15,
   SYSTEM_COLOR_SHADOW = 16,
+  SYSTEM_COLOR_HIGHLIGHT = 20,
+  SYSTEM_COLOR_DARK_SHADOW = 21,
   SYSTEM_COLOR_LIGHT = 22,
 };
 

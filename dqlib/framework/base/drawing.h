@@ -76,7 +76,10 @@ class CBrush : public CObject {
   COLORREF color_ = 0;
 };
 
-/// A pen. Style 0 is solid; width 0 is one pixel.
+/// Styles of pens.
+enum PenStyle : int { PS_SOLID = 0, PS_DASH = 1, PS_DOT = 2, PS_DASHDOT = 3, PS_NULL = 5 };
+
+/// A pen. A style that isn't a `PenStyle` is solid; width 0 is one pixel.
 class CPen : public CObject {
   DECLARE_DYNAMIC(CPen)
   bool CreatePen(int style, int width, COLORREF color);

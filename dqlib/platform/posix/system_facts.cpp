@@ -213,6 +213,10 @@ class PosixFacts : public SystemFacts {
         return 0xF0F0F0;
       case SYSTEM_COLOR_SHADOW:
         return 0xA0A0A0;
+      case SYSTEM_COLOR_HIGHLIGHT:
+        return 0xFFFFFF;
+      case SYSTEM_COLOR_DARK_SHADOW:
+        return 0x696969;
       case SYSTEM_COLOR_LIGHT:
         return 0xE3E3E3;
       default:
