@@ -351,6 +351,24 @@ TEST(Archive, StreamsThatDontFitAreRefusedBeforeMemoryIsTaken) {
   });
 }
 
+TEST(Archive, ArraysAreACountAndTheirElementsAndStayIfTheStreamDoesNotFit) {
+  CWordArray words;
+  CStringArray texts;
+  const auto serialize = [&](CArchive& archive) {
+    words.Serialize(archive);
+    texts.Serialize(archive);
+  };
+  for (const int word : {0x0102, 0xFFFE}) words.Add(static_cast<WORD>(word));
+  for (const char* const text : {"", "ab"}) texts.Add(text);
+  const std::string stream = Stored(serialize);
+  EXPECT_EQ(stream, "\2\0\2\1\xFE\xFF\2\0\0\2ab"s);
+  EXPECT_EQ(Load("\2\0\1\0"s, serialize), Failure::endOfFile);
+  EXPECT_EQ(Load("\2\0\2\1\xFE\xFF\2\0\1x\1"s, serialize), Failure::endOfFile);
+  EXPECT_EQ(Stored(serialize), stream);
+  EXPECT_EQ(Load(stream, serialize), Failure::none);
+  EXPECT_EQ(Stored(serialize), stream) << "in the place of what was there";
+}
+
 TEST(Archive, NestingThatWouldExhaustTheStackIsRefusedBothWays) {
   std::string stream = kNewClass;
   for (int depth = 1; depth < 100'000; ++depth) stream += "\0\0\0\0\0\1\x80"s;

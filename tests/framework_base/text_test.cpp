@@ -169,9 +169,46 @@ TEST(Arrays, InsertBehindTheirEndsAndTakeTheirOwnElements) {
   CArray<int> numbers;
   numbers.SetSize(1);
   EXPECT_TRUE(numbers.Add(5) == 1 && numbers.GetSize() == 2 && numbers[0] == 0 && numbers[1] == 5);
+  numbers.InsertAt(4, numbers[1]);
+  numbers.InsertAt(0, numbers[4]);
+  numbers.RemoveAt(1);
+  numbers.RemoveAt(1, 2);
+  EXPECT_TRUE(numbers.GetSize() == 3 && numbers[0] == 5 && numbers[1] == 0 && numbers[2] == 5);
   numbers.SetSize(-1);
   array.SetSize(-1);
   EXPECT_EQ(array.GetSize() + numbers.GetSize(), 0);
+  CMapStringToOb map;
+  CTypedPtrArray<CObArray, CMapStringToOb*> maps;
+  maps.InsertAt(0, nullptr);
+  EXPECT_EQ(maps.Add(&map), 1);
+  maps.SetAt(0, &map);
+  EXPECT_TRUE(maps[0]->IsEmpty() && maps.GetAt(1) == &map);
+}
+
+TEST(Event, LetsEverybodyThroughUntilItIsResetOrOnlyTheNextAndTellsWhoWatches) {
+  CEvent automatic(true), manual(true, true);
+  int calls = 0;
+  {
+    const CEvent::Watch watch(automatic, [&] { ++calls; });
+    automatic.SetEvent();
+    EXPECT_TRUE(calls == 1 && automatic.Lock(0) && !automatic.Lock(1));
+    automatic.SetEvent();
+  }
+  automatic.ResetEvent();
+  EXPECT_TRUE(!automatic.Lock(0) && manual.Lock(0) && manual.Lock(0));
+  manual.ResetEvent();
+  std::atomic<int> passed = 0;
+  std::vector<std::jthread> waiting;
+  for (int i = 0; i < 3; ++i) {
+    waiting.emplace_back([&] { passed += manual.Lock() && automatic.Lock(60'000); });
+  }
+  manual.SetEvent();
+  for (int i = 1; i <= 3; ++i) {
+    automatic.SetEvent();
+    while (passed < i) std::this_thread::yield();
+    EXPECT_EQ(passed, i);
+  }
+  EXPECT_EQ(calls, 2) << "none when the watch has gone";
 }
 
 TEST(Random, SequenceOfASeedIsTheSameEverywhere) {

@@ -1,8 +1,10 @@
-// An array under the framework's operation names.
+// Arrays under the framework's operation names.
 
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 #include "dqlib/framework/base/object.h"
@@ -32,10 +34,48 @@ class CArray : public CObject {
   /// Grows with default elements or drops the last ones; below 0 counts as 0.
   void SetSize(int size) { elements_.resize(size > 0 ? static_cast<std::size_t>(size) : 0); }
 
+  /// Inserts before `index`, 0 or more, or behind the end after filling up with default elements.
+  void InsertAt(int index, Argument element) {
+    T copy(element);  // which may be one of those that move
+    SetSize(std::max(GetSize(), index));
+    elements_.insert(elements_.begin() + index, std::move(copy));
+  }
+  /// Removes `count` elements, all of which exist.
+  void RemoveAt(int index, int count = 1) {
+    elements_.erase(elements_.begin() + index, elements_.begin() + index + count);
+  }
+
   virtual void RemoveAll() { elements_.clear(); }
+
+ protected:
+  void SetElements(std::vector<T> elements) { elements_ = std::move(elements); }
 
  private:
   std::vector<T> elements_;
+};
+
+/// Objects, which it doesn't own.
+class CObArray : public CArray<CObject*, CObject*> {};
+
+class CUIntArray : public CArray<UINT, UINT> {};
+
+class CWordArray : public CArray<WORD, WORD> {
+ public:
+  /// Stores the count and the numbers, or loads them in the place of those that are there. If the
+  /// archive throws while it loads, the array is what it was.
+  void Serialize(CArchive& archive) override;
+};
+
+/// An array of pointers whose elements are all of one type: `CTypedPtrArray<CObArray, CDocument*>`.
+/// Null is an element too.
+template <typename Base, typename Pointer>
+class CTypedPtrArray : public Base {
+ public:
+  Pointer GetAt(int index) const { return static_cast<Pointer>(Base::GetAt(index)); }
+  Pointer operator[](int index) const { return GetAt(index); }
+  void SetAt(int index, Pointer element) { Base::SetAt(index, element); }
+  int Add(Pointer element) { return Base::Add(element); }
+  void InsertAt(int index, Pointer element) { Base::InsertAt(index, element); }
 };
 
 }  // namespace dq

@@ -4,6 +4,8 @@
 #include <iterator>
 #include <utility>
 
+#include "dqlib/framework/base/archive.h"
+
 namespace dq {
 
 CStringList::Node* CStringList::ToNode(POSITION position) {
@@ -85,6 +87,17 @@ void CStringArray::RemoveAt(int index, int count) {
 
 void CStringArray::Reserve(int count) {
   texts_.reserve(static_cast<std::size_t>(std::max(count, 0)));
+}
+
+void CStringArray::Serialize(CArchive& archive) {
+  if (archive.IsStoring()) {
+    archive.WriteCount(static_cast<DWORD>(GetSize()));
+    for (const CString& text : texts_) archive << text;
+    return;
+  }
+  std::vector<CString> texts(archive.ReadCount());
+  for (CString& text : texts) archive >> text;
+  texts_ = std::move(texts);
 }
 
 }  // namespace dq

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "dqlib/framework/base/c_string.h"
+#include "dqlib/framework/base/object.h"
 
 namespace dq {
 
@@ -64,12 +65,8 @@ class CStringList {
 };
 
 /// An array of texts by index. Owns its elements.
-class CStringArray {
+class CStringArray : public CObject {
  public:
-  CStringArray() = default;
-  CStringArray(const CStringArray&) = delete;
-  CStringArray& operator=(const CStringArray&) = delete;
-
   int GetSize() const { return static_cast<int>(texts_.size()); }
   /// Grows with empty texts or drops the last ones; below 0 counts as 0.
   void SetSize(int size);
@@ -94,6 +91,10 @@ class CStringArray {
   void RemoveAt(int index, int count = 1);
   /// Makes room for `count` elements in all, so that adding them allocates no more.
   void Reserve(int count);
+
+  /// Stores the count and the texts, or loads them in the place of those that are there. If the
+  /// archive throws while it loads, the array is what it was.
+  void Serialize(CArchive& archive) override;
 
  private:
   std::vector<CString> texts_;

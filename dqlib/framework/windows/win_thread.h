@@ -3,9 +3,9 @@
 #pragma once
 
 #include <functional>
-#include <limits>
 #include <memory>
 
+#include "dqlib/framework/base/event.h"
 #include "dqlib/framework/windows/wnd.h"
 
 namespace dq {
@@ -66,9 +66,6 @@ class WorkerThread {
 /// Runs `procedure(parameter)` on a new thread that the framework knows; its result is dropped. No
 /// thread if the procedure is null or the system can't have another.
 WorkerThread AfxBeginThread(UINT (*procedure)(void*), void* parameter);
-
-/// A wait without end.
-inline constexpr DWORD kForever = std::numeric_limits<DWORD>::max();
 
 /// Offers a message of the keyboard or the mouse to the thread and to the window that it is for,
 /// and the windows above, as the message loop does with those that were posted: for a window layer,
