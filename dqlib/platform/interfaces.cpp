@@ -1,6 +1,7 @@
 // Out-of-line destructors of the interfaces, so that each has its virtual table in one place, and
 // what they offer on top of their own operations.
 
+#include "dqlib/platform/change_notifications.h"
 #include "dqlib/platform/clipboard.h"
 #include "dqlib/platform/clock.h"
 #include "dqlib/platform/console.h"
@@ -19,6 +20,7 @@
 
 namespace dq::platform {
 
+ChangeNotifications::~ChangeNotifications() = default;
 Clipboard::~Clipboard() = default;
 Clock::~Clock() = default;
 Console::~Console() = default;

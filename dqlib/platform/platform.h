@@ -9,6 +9,7 @@
 
 #pragma once
 
+#include "dqlib/platform/change_notifications.h"
 #include "dqlib/platform/clipboard.h"
 #include "dqlib/platform/clock.h"
 #include "dqlib/platform/console.h"
@@ -28,6 +29,7 @@ namespace dq::platform {
 
 /// One of each service. No member is ever null; none is owned.
 struct Platform {
+  ChangeNotifications* change_notifications;
   Clipboard* clipboard;
   Clock* clock;
   Console* console;

@@ -13,6 +13,7 @@ std::atomic<const Platform*> g_current = nullptr;
 
 const Platform& System() {
   static const Platform system{
+      .change_notifications = &posix::SystemChangeNotifications(),
       .clipboard = &posix::SystemClipboard(),
       .clock = &posix::SystemClock(),
       .console = &posix::SystemConsole(),

@@ -23,6 +23,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "dqlib/platform/posix/signal_block.h"
 #include "dqlib/platform/posix/system_calls.h"
 #include "dqlib/platform/posix/system_services.h"
 
@@ -38,18 +39,6 @@ auto Uninterrupted(Call call) {
   } while (result < 0 && errno == EINTR);
   return result;
 }
-
-/// Blocks signals for this thread.
-class SignalBlock {
- public:
-  explicit SignalBlock(const sigset_t& signals) { pthread_sigmask(SIG_BLOCK, &signals, &former_); }
-  SignalBlock(const SignalBlock&) = delete;
-  SignalBlock& operator=(const SignalBlock&) = delete;
-  ~SignalBlock() { pthread_sigmask(SIG_SETMASK, &former_, nullptr); }
-
- private:
-  sigset_t former_;
-};
 
 /// Owns a descriptor that no child inherits.
 class Descriptor {
@@ -200,9 +189,7 @@ bool Child::Abandon() {
   end_ = Reap(WNOHANG);
   if (end_) return true;
   // The thread leaves the signals of this process to others.
-  sigset_t all;
-  sigfillset(&all);
-  const SignalBlock block(all);
+  const SignalBlock block(AllSignals());
   try {
     std::thread([self = shared_from_this()] { self->Wait(); }).detach();
   } catch (const std::system_error&) {

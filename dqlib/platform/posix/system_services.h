@@ -11,6 +11,7 @@ namespace dq::platform::posix {
 
 class SystemCalls;
 
+ChangeNotifications& SystemChangeNotifications();
 Clipboard& SystemClipboard();
 Clock& SystemClock();
 Console& SystemConsole();

@@ -1,0 +1,138 @@
+// What is told of the desktop and the directories around a program.
+
+#include <fcntl.h>
+#include <future>
+#include <sys/inotify.h>
+
+#include "dqlib/platform/posix/directory_watches.h"
+#include "dqlib/platform/posix/system_calls.h"
+#include "tests/support/forked_process.h"
+#include "tests/support/temp_directory.h"
+
+namespace dq::platform {
+namespace {
+
+using namespace test;
+
+/// Watches on `root`, one for each filter.
+struct Watched {
+  explicit Watched(bool subtree) {
+    Shell(files.path(), "mkdir -p root/sub && echo 1 | tee root/a > root/sub/x");
+    for (int i = 0; i < 5; ++i) {
+      one[i] = {.root = files / "root", .subtree = subtree, .filter = DWORD{1} << i};
+      EXPECT_TRUE(watches.Add(one[i]).ok());
+    }
+  }
+
+  std::string Events() {
+    std::string bytes(65536, '\0');
+    const auto size = ::read(inotify.get(), bytes.data(), bytes.size());
+    return bytes.substr(0, size > 0 ? static_cast<std::size_t>(size) : 0);
+  }
+  /// Letters of the filters that were told of a change: of the names of files, of directories,
+  /// attributes, sizes, last writes; "." behind those whose watch has come to its end.
+  std::string Told(std::string_view events) {
+    watches.Handle(events);
+    std::string told;
+    for (int i = 0; i < 5; ++i) {
+      if (std::exchange(one[i].changed, false)) told += "fdasw"[i];
+      if (one[i].gone) told += '.';
+    }
+    return told;
+  }
+  std::string After(const std::string& command) {
+    Shell(files.path(), command);
+    return Told(Events());
+  }
+
+  TempDirectory files;
+  posix::FileDescriptor inotify{posix::RealSystemCalls(), ::inotify_init1(IN_NONBLOCK)};
+  posix::DirectoryWatches watches{inotify.get()};
+  posix::DirectoryWatch one[5];
+};
+
+/// More has happened than the system keeps.
+std::string Overflow() {
+  const inotify_event event{.wd = -1, .mask = IN_Q_OVERFLOW, .cookie = 0, .len = 0};
+  return {reinterpret_cast<const char*>(&event), sizeof event};
+}
+
+TEST(ChangeNotifications, EachFilterIsToldOfWhatConcernsIt) {
+  Watched directory(false);
+  for (const auto& [command, told] : Cases<2>(R"(
+    : > root/new => f ;; echo 1 > root/new2 => fsw ;; rm root/new2 => f ;; mkdir root/d => d
+    mv root/d root/e => d ;; rmdir root/e => d ;; echo 2 >> root/a => sw ;; chmod 600 root/a => aw
+    touch -d 2001-02-03 root/a => aw ;; mv root/a root/b => fasw ;; mv root/b . => f
+    mv b root/a => fasw ;; cat root/a; ls root; chmod 700 root; echo 3 > root/sub/x => )")) {
+    EXPECT_EQ(directory.After(command), told) << command;
+  }
+  EXPECT_EQ(directory.Told(Overflow()), "fdasw");
+  EXPECT_EQ(directory.After("echo 2 >> root/a"), "sw");
+  EXPECT_EQ(directory.After("mv root gone; mkdir root; : > root/f; : > gone/f"), ".....");
+  EXPECT_EQ(directory.After("rm -r root gone"), ".....");
+}
+
+TEST(ChangeNotifications, DirectoriesBelowComeAndGo) {
+  Watched tree(true);
+  for (const auto& [command, told] : Cases<2>(R"(
+    echo 2 >> root/sub/x => sw ;; ln -s ../../outside root/link; mkdir outside => f
+    : > outside/f => ;; mkdir -p root/d/e => fdasw ;; : > root/d/e/f => f
+    mv root/sub root/d/moved => fdasw ;; echo 3 >> root/d/moved/x => sw ;; mv root/d/moved . => d
+    echo 4 >> moved/x => ;; mv moved root/d => fdasw ;; rm -r root/d/e => fd ;; mkdir root/d/e => d
+    : > root/d/e/f => f)")) {
+    EXPECT_EQ(tree.After(command), told) << command;
+  }
+  Shell(tree.files.path(), "mv root/d outside/d; mkdir -p root/deep/er");
+  tree.Events();  // which are lost
+  EXPECT_EQ(tree.Told(Overflow()), "fdasw");
+  EXPECT_EQ(tree.After("chmod 700 outside/d/e/f"), "");
+  EXPECT_EQ(tree.After(": > root/deep/er/f"), "f");
+  EXPECT_EQ(tree.one[0].directories.size(), 3u);
+  tree.watches.Remove(tree.one[0]);
+  EXPECT_EQ(tree.After("rm -r root/deep"), "d");
+  Shell(tree.files.path(), "rm -r root; mkdir root");
+  tree.Events();
+  EXPECT_EQ(tree.Told(Overflow()), "d.a.s.w.");
+}
+
+TEST(ChangeNotifications, AWaitEndsByAChangeAnInterruptionOrTheDirectorysEnd) {
+  using enum ChangeNotice;
+  ChangeNotifications& service = *System().change_notifications;
+  const std::ptrdiff_t descriptors = OpenDescriptors();
+  const TempDirectory files;
+  Shell(files.path(), "mkdir one two; : > file");
+  const Rows<std::string, DWORD, int> refused = {{"no", CHANGE_SIZE, ENOENT},
+                                                 {"file", CHANGE_SIZE, ENOTDIR},
+                                                 {"one", 0, EINVAL},
+                                                 {std::string("one\0", 4), CHANGE_SIZE, EINVAL}};
+  for (const auto& [name, filter, error] : refused) {
+    const auto opened = service.Open(files / name, false, filter);
+    EXPECT_EQ(opened.error.code, static_cast<DWORD>(error)) << name;
+  }
+  const auto open = [&](const char* name) {
+    return service.Open(files / name, true, CHANGE_FILE_NAME).value;
+  };
+  const HANDLE one = open("one/"), two = open("two"), again = open("two");
+  const auto wait = [&](HANDLE watch) {
+    return std::async(std::launch::async, [&service, watch] { return service.Wait(watch).value; });
+  };
+  auto first = wait(one);
+  auto second = wait(two);
+  files.Put("one/f", "");
+  EXPECT_EQ(first.get(), kChanged);
+  files.Put("one/g", "");
+  EXPECT_EQ(wait(one).get(), kChanged) << "though nobody waited then";
+  service.Interrupt(one);
+  EXPECT_TRUE(wait(one).get() == kInterrupted && wait(one).get() == kInterrupted);
+  EXPECT_EQ(second.wait_for(std::chrono::seconds(0)), std::future_status::timeout);
+  service.Close(two);
+  EXPECT_EQ(second.get(), kInterrupted);
+  EXPECT_EQ(service.Wait(two).error.code, static_cast<DWORD>(EBADF));
+  Shell(files.path(), "rmdir two");
+  EXPECT_TRUE(wait(again).get() == kGone && wait(again).get() == kGone);
+  for (const HANDLE each : {one, two, again}) service.Close(each);
+  EXPECT_EQ(OpenDescriptors(), descriptors);
+}
+
+}  // namespace
+}  // namespace dq::platform
