@@ -195,6 +195,78 @@ TEST_F(Controls, TakeAPersonsEditsAsTheLayersOwnControlMakesThem) {
   EXPECT_EQ(Codes(), "2:1024 2:768 2:1024 2:768 2:1024 2:768 23:6 23:5 ");
 }
 
+/// A dialog that a person works with by keys; what its buttons, and help, do is logged.
+struct KeyDialog : CDialog {
+  struct Layer : RecordingObserver {
+    int GetKeyState(int key) override { return key == held ? kKeyDown : 0; }
+    int held = 0;
+  };
+
+  BOOL OnCommand(WPARAM wparam, LPARAM) override {
+    if (HiWord(wparam) == BN_CLICKED) log += "!" + std::to_string(LoWord(wparam)) + " ";
+    return 1;
+  }
+  LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
+    if (message == WM_HELP) log += "help ";
+    return CDialog::WindowProc(message, wparam, lparam);
+  }
+  /// Presses keys, separated by blanks: a letter with Alt, "'" before one without; names of others.
+  /// The log, and where the focus is after each.
+  std::string Press(const char* keys) {
+    static const std::map<std::string, WORD> kNames = {
+        {"Tab", VK_TAB}, {"Back", VK_TAB},  {"Enter", VK_RETURN}, {"Esc", VK_ESCAPE},
+        {"F1", VK_F1},   {"Down", VK_DOWN}, {"Up", VK_UP},        {"CtrlTab", VK_TAB},
+    };
+    std::istringstream words(keys);
+    for (std::string word; words >> word;) {
+      layer.held = word == "Back" ? VK_SHIFT : word == "CtrlTab" ? VK_CONTROL : 0;
+      MSG message{GetFocus()->GetSafeHwnd(), WM_KEYDOWN, 0, 0};
+      if (kNames.contains(word)) {
+        message.wParam = kNames.at(word);
+      } else {
+        message.message = word.front() == '\'' ? WM_CHAR : WM_SYSCHAR;
+        message.wParam = static_cast<WPARAM>(word.back());
+      }
+      if (PreTranslateMessage(&message) == 0) log += "- ";
+      log += std::to_string(GetFocus() == nullptr ? 0 : GetFocus()->GetDlgCtrlID()) + " ";
+    }
+    return std::exchange(log, {});
+  }
+
+  std::string log;
+  Layer layer;
+};
+
+TEST(DialogKeys, MoveTheFocusPressButtonsAndGoToMnemonics) {
+  KeyDialog dialog;
+  CDialog page;
+  const auto pattern = ReadDialogTemplate(
+      "size 9 9\ntext 9 \"&Name &&c\" 0 0 1 1\nedit 10 \"\" 0 0 1 1\ncheck 11 \"&Mark\" 0 0 1 1\n"
+      "radio 12 \"One\" 0 0 1 1 group\nradio 13 \"T&wo\" 0 0 1 1 disabled\n"
+      "radio 14 \"Three\" 0 0 1 1\nedit 15 \"\" 0 0 1 1 multiline group\n"
+      "combo 16 \"\" 0 0 1 1\nbutton 17 \"&Go\" 0 0 1 1\nbutton 18 \"&Get\" 0 0 1 1\n"
+      "edit 19 \"\" 0 0 1 1 hidden\ndefbutton 1 \"OK\" 0 0 1 1\n");
+  const auto inner = ReadDialogTemplate("size 9 9\nbutton 20 \"Wh&at?\" 0 0 1 1\n");
+  ASSERT_TRUE(dialog.CreateIndirect(pattern.value(), nullptr));
+  ASSERT_TRUE(page.CreateIndirect(inner.value(), &dialog, true));
+  page.ShowWindow(SW_SHOW);
+  dialog.ShowWindow(SW_SHOW);
+  for (const auto& [keys, log] : Cases<2>(R"(
+      Tab Tab Tab Tab Tab Tab Tab Tab Tab => 11 12 15 16 17 18 1 20 10 ;; Back Back Tab => 20 1 20 ;;
+      n m => 10 !11 11 ;; Tab Down Down => 12 !14 14 !12 12 ;; Down Back Tab Up => !14 14 11 14 !12 12 ;;
+      w => - 12 ;; g g G => 17 18 17 ;; 'g 'x => 18 - 18 ;; a => 20 ;; Enter => 20 ;;
+      n Enter Esc => 10 !1 10 !2 10 ;; 'm CtrlTab => - 10 - 10 ;; Tab Tab Tab Enter => 11 12 15 - 15 ;;
+      Esc Down F1 => !2 15 - 15 help 15 ;; & c => - 15 - 15)")) {
+    EXPECT_EQ(dialog.Press(keys.c_str()), log + " ") << keys;
+  }
+  CComboBox& combo = *DYNAMIC_DOWNCAST(CComboBox, dialog.GetDlgItem(16));
+  combo.SetFocus();
+  combo.DropDown(true);
+  EXPECT_EQ(dialog.Press("Esc Enter Tab Esc"), "- 16 - 16 17 !2 17 ")
+      << "the list wants them first";
+  dialog.DestroyWindow();
+}
+
 TEST_F(Controls, ComboBoxTellsHowItsListIsDroppedDownAndLetGo) {
   CComboBox& combo = dialog.combo();
   combo.SetFocus();

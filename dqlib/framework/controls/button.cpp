@@ -1,5 +1,7 @@
 #include "dqlib/framework/controls/button.h"
 
+#include <algorithm>
+
 namespace dq {
 
 IMPLEMENT_DYNAMIC(CButton, CWnd)
@@ -36,6 +38,29 @@ std::vector<CButton*> CButton::GroupButtons() const {
     add(DYNAMIC_DOWNCAST(CButton, next));
   }
   return buttons;
+}
+
+bool CButton::IsTabStop() const {
+  if (kind_ == ButtonKind::kGroup) return false;
+  if (kind_ != ButtonKind::kRadio || check_ != 0) return true;
+  const std::vector<CButton*> group = GroupButtons();
+  return group.front() == this && std::ranges::none_of(group, &CButton::GetCheck);
+}
+
+/// A person goes to the next radio button of the group that can be pressed, or to the one before.
+void CButton::StepInGroup(int step) {
+  const std::vector<CButton*> group = GroupButtons();
+  const int count = static_cast<int>(group.size());
+  int at = static_cast<int>(std::ranges::find(group, this) - group.begin());
+  for (int tried = 1; tried < count; ++tried) {
+    at = (at + step + count) % count;
+    CButton* const next = group[static_cast<std::size_t>(at)];
+    if (!next->TakesInput() || !next->IsShown()) continue;
+    const HWND handle = next->GetSafeHwnd();
+    next->SetFocus();
+    if (FromHandle(handle) == next) next->Press();
+    return;
+  }
 }
 
 void CButton::Mark(int check) {
@@ -82,6 +107,28 @@ LRESULT CButton::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
     case BM_SETCHECK:
       SetCheck(static_cast<int>(wparam));
       return 0;
+    case WM_GETDLGCODE:
+      switch (kind_) {
+        case ButtonKind::kGroup:
+          return DLGC_STATIC;
+        case ButtonKind::kRadio:
+          return DLGC_BUTTON | DLGC_RADIOBUTTON;
+        case ButtonKind::kPush:
+          return DLGC_BUTTON | DLGC_UNDEFPUSHBUTTON;
+        case ButtonKind::kDefault:
+          return DLGC_BUTTON | DLGC_DEFPUSHBUTTON;
+        default:
+          return DLGC_BUTTON;
+      }
+    case WM_KEYDOWN:
+      if (kind_ == ButtonKind::kRadio && wparam >= VK_LEFT && wparam <= VK_DOWN) {
+        StepInGroup(wparam == VK_LEFT || wparam == VK_UP ? -1 : 1);
+        return 0;
+      }
+      return Control::DefWindowProc(message, wparam, lparam);
+    case WM_NCHITTEST:
+      // What a frame is around lies below it.
+      return kind_ == ButtonKind::kGroup ? HTTRANSPARENT : HTCLIENT;
     default:
       return Control::DefWindowProc(message, wparam, lparam);
   }

@@ -26,12 +26,13 @@ class CButton : public Control {
   std::vector<CButton*> GroupButtons() const;
 
   void Describe(platform::DialogControl& control) const override;
-  bool IsTabStop() const override { return kind_ != ButtonKind::kGroup; }
+  /// Of a group of radio buttons the marked one, or without a mark the first.
+  bool IsTabStop() const override;
   /// A person enters the mark, "0", "1" or "2"; a radio button takes "0" only if it has no mark.
   bool Enter(std::string_view value) override;
   /// A person presses it: a check goes on to its next state, a radio button takes the mark from the
   /// others of its group, and then the parent gets `BN_CLICKED`. False if it is disabled or a
-  /// group.
+  /// group. Arrow keys press the radio button of the group before or behind this one.
   bool Press() override;
 
  protected:
@@ -39,6 +40,7 @@ class CButton : public Control {
   void OnSubclassed(CWnd& former) override;
 
  private:
+  void StepInGroup(int step);
   bool IsMarked() const { return kind_ >= ButtonKind::kCheck && kind_ <= ButtonKind::kRadio; }
   void Mark(int check);
 

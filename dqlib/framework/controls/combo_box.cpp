@@ -148,6 +148,11 @@ LRESULT CComboBox::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
       if (lparam == 0) return 0;
       GetDroppedControlRect(reinterpret_cast<CRect*>(lparam));
       return 1;
+    case WM_GETDLGCODE: {
+      // While the list is dropped down, they end that.
+      const bool wants_it = dropped_ && (wparam == VK_RETURN || wparam == VK_ESCAPE);
+      return DLGC_WANTCHARS | DLGC_WANTARROWS | (wants_it ? UINT{DLGC_WANTALLKEYS} : 0U);
+    }
     case WM_SETFOCUS:
       Notify(CBN_SETFOCUS);
       return 0;

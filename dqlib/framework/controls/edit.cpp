@@ -159,6 +159,11 @@ LRESULT CEdit::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
       Type({&character, 1});
       return 0;
     }
+    case WM_GETDLGCODE: {
+      const bool wants_it = style_.multi_line && !style_.read_only && wparam == VK_RETURN;
+      return DLGC_WANTCHARS | DLGC_HASSETSEL | DLGC_WANTARROWS |
+             (wants_it ? UINT{DLGC_WANTALLKEYS} : 0U);
+    }
     case WM_SETFOCUS:
       Notify(EN_SETFOCUS);
       return 0;

@@ -9,4 +9,9 @@ void CStatic::Describe(platform::DialogControl& control) const {
   control.kind = platform::DialogControlKind::kText;
 }
 
+LRESULT CStatic::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
+  if (message == WM_GETDLGCODE) return DLGC_STATIC;
+  return Control::DefWindowProc(message, wparam, lparam);
+}
+
 }  // namespace dq

@@ -11,6 +11,9 @@ class CStatic : public Control {
   DECLARE_DYNAMIC(CStatic)
   void Describe(platform::DialogControl& control) const override;
   bool IsTabStop() const override { return false; }
+
+ protected:
+  LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
 };
 
 }  // namespace dq

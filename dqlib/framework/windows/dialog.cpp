@@ -1,9 +1,11 @@
 #include "dqlib/framework/windows/dialog.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "dqlib/framework/base/trace.h"
 #include "dqlib/framework/windows/dialog_controls.h"
+#include "dqlib/framework/windows/dialog_keys.h"
 #include "dqlib/framework/windows/message_queue.h"
 #include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/framework/windows/win_thread.h"
@@ -58,14 +60,11 @@ class DisabledOwner {
   HWND owner_ = nullptr;
 };
 
-bool TakesFocus(const CWnd& control) {
-  return control.IsTabStop() && control.IsShown() && control.IsWindowEnabled();
-}
-
 void FocusFirst(const CWnd& dialog) {
-  CWnd* control = dialog.GetTopWindow();
-  while (control != nullptr && !TakesFocus(*control)) control = control->GetNextWindow();
-  if (control != nullptr) control->SetFocus();
+  const std::vector<CWnd*> controls = detail::ControlsInOrder(dialog);
+  const auto first = std::ranges::find_if(
+      controls, [](const CWnd* control) { return detail::TakesFocus(*control); });
+  if (first != controls.end()) (*first)->SetFocus();
 }
 
 }  // namespace
@@ -289,29 +288,23 @@ LRESULT CDialog::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
     if (!self.IsThere()) return 0;
     GotoDlgCtrl(MessageQueue::FindOwnWindow(std::exchange(wanted_focus_, nullptr)));
   }
+  if (message == WM_IDLEUPDATECMDUI) UpdateDialogControls(*this, false);
   return CWnd::DefWindowProc(message, wparam, lparam);
 }
 
 void CDialog::NextDlgCtrl() {
-  CWnd* const focus = GetFocus();
-  const bool inside = focus != nullptr && focus->GetParent() == this;
-  CWnd* control = inside ? focus : nullptr;
-  do {
-    control = control == nullptr ? GetTopWindow() : control->GetNextWindow();
-    if (control != nullptr && TakesFocus(*control)) break;
-    if (control == nullptr && !inside) return;
-  } while (control != focus);
-  if (control != nullptr) control->SetFocus();
+  if (CWnd* const control = detail::NextTabStop(*this, true)) control->SetFocus();
 }
 
 void CDialog::PrevDlgCtrl() {
-  CWnd* const focus = GetFocus();
-  CWnd* last = nullptr;
-  for (CWnd* control = GetTopWindow(); control != nullptr; control = control->GetNextWindow()) {
-    if (control == focus && last != nullptr) break;
-    if (TakesFocus(*control)) last = control;
-  }
-  if (last != nullptr) last->SetFocus();
+  if (CWnd* const control = detail::NextTabStop(*this, false)) control->SetFocus();
+}
+
+BOOL CDialog::PreTranslateMessage(MSG* message) {
+  if (CWnd::PreTranslateMessage(message) != 0) return 1;
+  // In a dialog that lies in another one, keys are the outer one's.
+  if (GetParent() != nullptr && GetParent()->IsKindOf(RUNTIME_CLASS(CDialog))) return 0;
+  return detail::TranslateDialogKey(*this, *message) ? 1 : 0;
 }
 
 void CDialog::GotoDlgCtrl(CWnd* control) {

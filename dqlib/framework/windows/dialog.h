@@ -10,7 +10,8 @@
 
 namespace dq {
 
-/// A dialog. Its template names the controls, which it makes and owns.
+/// A dialog. Its template names the controls, which it makes and owns. When the thread is idle the
+/// controls are brought up to date by the update handlers for their ids.
 class CDialog : public CWnd {
   DECLARE_DYNAMIC(CDialog)
   CDialog() = default;
@@ -40,8 +41,8 @@ class CDialog : public CWnd {
   void EndDialog(int result);
   UINT GetTemplateId() const { return template_id_; }
 
-  /// Moves the focus to the next or previous control that takes it, or to the given one, before
-  /// the dialog is shown as soon as it is.
+  /// Moves the focus to the next or previous control that takes it, those of dialogs that lie in it
+  /// among them, or to the given one, before the dialog is shown as soon as it is.
   void NextDlgCtrl();
   void PrevDlgCtrl();
   void GotoDlgCtrl(CWnd* control);
@@ -49,6 +50,9 @@ class CDialog : public CWnd {
   /// What the dialog doesn't handle goes on to its parent or owner, and to the thread, if it is a
   /// command with an id from 0x8000 to 0xEFFF; ids below are those of controls.
   BOOL OnCmdMsg(UINT id, int code, void* extra, void* handler_info) override;
+  /// Handles the keys of dialogs: Tab and Shift+Tab, Enter, Escape, arrows among radio buttons,
+  /// F1 for help, and mnemonics.
+  BOOL PreTranslateMessage(MSG* message) override;
 
  protected:
   /// Called when the controls are there, before the dialog is shown; the base moves the variables

@@ -2,6 +2,7 @@
 
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/windows/message_queue.h"
+#include "dqlib/framework/windows/screen.h"
 #include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/framework/windows/win_app.h"
 
@@ -64,6 +65,17 @@ BOOL CFrameWnd::OnCmdMsg(UINT id, int code, void* extra, void* handler_info) {
   if (!self.IsThere()) return 0;
   CWinApp* const app = AfxGetApp();
   return app == nullptr ? 0 : app->OnCmdMsg(id, code, extra, handler_info);
+}
+
+BOOL CFrameWnd::PreTranslateMessage(MSG* message) {
+  if (message->message == WM_KEYDOWN || message->message == WM_SYSKEYDOWN) {
+    const auto is_down = [](int key) { return (GetKeyState(key) & kKeyDown) != 0; };
+    if (accelerators_.Translate(*this, static_cast<WORD>(message->wParam), is_down(VK_CONTROL),
+                                is_down(VK_SHIFT), is_down(VK_MENU))) {
+      return 1;
+    }
+  }
+  return CWnd::PreTranslateMessage(message);
 }
 
 /// The window in which child frames lie: it makes them active and ends them when it is told to.

@@ -37,6 +37,8 @@ class CFrameWnd : public CWnd {
   void UpdateMenu();
 
   BOOL OnCmdMsg(UINT id, int code, void* extra, void* handler_info) override;
+  /// Key combinations of the frame become commands.
+  BOOL PreTranslateMessage(MSG* message) override;
 
  private:
   HWND active_view_ = nullptr;

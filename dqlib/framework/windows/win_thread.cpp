@@ -91,12 +91,16 @@ BOOL CWinThread::PreTranslateMessage(MSG* message) {
 }
 
 BOOL CWinThread::OnIdle(LONG count) {
-  // Another thread's main window is that one's to bring up to date.
+  if (count != 0) return 0;
   const HWND main = m_pMainWnd == nullptr ? nullptr : m_pMainWnd->GetSafeHwnd();
-  if (count != 0 || MessageQueue::FindOwnWindow(main) == nullptr) return 0;
-  SendToWindow(main, WM_IDLEUPDATECMDUI, 1, 0);
-  if (CWnd* const window = MessageQueue::FindOwnWindow(main)) {
-    window->SendMessageToDescendants(WM_IDLEUPDATECMDUI, 1);
+  const HWND active = detail::CurrentUi().active;
+  for (const HWND top : {main, active == main ? nullptr : active}) {
+    // Another thread's main window is that one's to bring up to date.
+    if (MessageQueue::FindOwnWindow(top) == nullptr) continue;
+    SendToWindow(top, WM_IDLEUPDATECMDUI, 1, 0);
+    if (CWnd* const window = MessageQueue::FindOwnWindow(top)) {
+      window->SendMessageToDescendants(WM_IDLEUPDATECMDUI, 1);
+    }
   }
   return 0;
 }

@@ -24,8 +24,9 @@ class CWinThread : public CCmdTarget {
   /// message's window and the windows above it.
   virtual BOOL PreTranslateMessage(MSG* message);
   /// Called each time there is no message left, with `count` from 0 on, until it returns 0 or
-  /// another message comes. The base has the main window and its descendants bring up to date what
-  /// shows commands (`WM_IDLEUPDATECMDUI`), on the first call, if that window is the thread's own.
+  /// another message comes. On the first call the base has the main window, if that is the thread's
+  /// own, and the active one, with their descendants, bring up to date what shows commands
+  /// (`WM_IDLEUPDATECMDUI`).
   virtual BOOL OnIdle(LONG count);
 
   /// The thread's main window, which application messages go to; null if it has none. A thread

@@ -575,6 +575,26 @@ int CWnd::GetCheckedRadioButton(int first_id, int last_id) const {
   return 0;
 }
 
+void CWnd::UpdateDialogControls(CCmdTarget& target, bool disable_if_no_handler) {
+  std::vector<HWND> controls;
+  for (const CWnd* child = first_child_; child != nullptr; child = child->next_) {
+    controls.push_back(child->m_hWnd);
+  }
+  const Watched self(*this);
+  const Watched route(target);
+  for (const HWND each : controls) {
+    CWnd* const control = MessageQueue::FindOwnWindow(each);
+    if (control == nullptr || control->id_ == 0 || control->id_ == -1) continue;
+    constexpr LRESULT kPushButton = DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON;
+    const bool is_push_button = (control->SendMessage(WM_GETDLGCODE) & kPushButton) != 0;
+    CCmdUI ui;
+    ui.m_nID = static_cast<UINT>(control->id_);
+    ui.m_pOther = control;
+    ui.DoUpdate(target, disable_if_no_handler && is_push_button);
+    if (!self.IsThere() || !route.IsThere()) return;
+  }
+}
+
 /// Among the children of its parent.
 void CWnd::TakePlaceOf(CWnd& former) {
   parent_ = std::exchange(former.parent_, nullptr);

@@ -238,6 +238,10 @@ class CWnd : public CCmdTarget {
   /// Checks one of a range of radio buttons and takes the mark from the others.
   void CheckRadioButton(int first_id, int last_id, int id);
   int GetCheckedRadioButton(int first_id, int last_id) const;
+  /// Brings the controls up to date by the update handlers that `target` and its route have for
+  /// their ids; with `disable_if_no_handler`, push buttons whose command nobody handles are
+  /// disabled. Handlers may end any of them, and this window.
+  void UpdateDialogControls(CCmdTarget& target, bool disable_if_no_handler);
   /// Takes the place of the window that `parent` has under the id, with its handle and, where both
   /// are of one kind of control, all it holds. That window's object isn't a window any more. False,
   /// and no change, if this one is made already or there is no such window.
