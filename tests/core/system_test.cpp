@@ -379,8 +379,11 @@ TEST(Guid, ShowsItsFormsAndKeepsItsValueForOtherTexts) {
 
 TEST(ClipboardWriter, PostsAllThatWasWrittenAndKeepsWhatWasRefused) {
   struct RefusingClipboard : platform::Clipboard {
-    platform::Error Set(UINT, std::string_view) override { return {platform::ErrorKind::kBusy, 0}; }
+    platform::Error SetAll(std::span<const platform::ClipboardData>) override {
+      return {platform::ErrorKind::kBusy, 0};
+    }
     std::optional<std::string> Get(UINT) override { return std::nullopt; }
+    std::vector<UINT> Formats() override { return {}; }
   } refusing;
   struct CountingWriter : CDQClipboardWriter {
     using CDQClipboardWriter::CDQClipboardWriter;
@@ -394,7 +397,6 @@ TEST(ClipboardWriter, PostsAllThatWasWrittenAndKeepsWhatWasRefused) {
     const platform::ScopedPlatform scope(With(&platform::Platform::clipboard, &refusing));
     EXPECT_TRUE(!writer.PostData() && writer.failures == 1);
   }
-  // The process's own clipboard holds one format.
   platform::Clipboard& own = *platform::System().clipboard;
   EXPECT_TRUE(own.Set(CLIPBOARD_TEXT, "text").ok() && own.Get(CLIPBOARD_TEXT) == "text");
   EXPECT_TRUE(writer.PostData() && own.Get(49'161) == std::string("one,two\0", 8));

@@ -134,5 +134,24 @@ TEST(ChangeNotifications, AWaitEndsByAChangeAnInterruptionOrTheDirectorysEnd) {
   EXPECT_EQ(OpenDescriptors(), descriptors);
 }
 
+TEST(Clipboard, HoldsOneThingInSeveralFormatsAndNumbersNames) {
+  Clipboard& clipboard = *System().clipboard;
+  const UINT rows = clipboard.RegisterFormat("Rows"), more = clipboard.RegisterFormat("* more *");
+  EXPECT_TRUE(rows >= 0xC000 && more == rows + 1 && clipboard.RegisterFormat("rOWS") == rows);
+  EXPECT_EQ(clipboard.FormatName(rows) + clipboard.FormatName(more), "Rows* more *");
+  EXPECT_EQ(clipboard.FormatName(more + 1) + clipboard.FormatName(CLIPBOARD_TEXT), "");
+  EXPECT_EQ(clipboard.RegisterFormat(""), 0u);
+
+  const std::string files = FileListData(std::array<std::string, 2>{"/a b", "/c"});
+  EXPECT_EQ(files, std::string("/a b\0/c\0\0", 9));
+  EXPECT_EQ(ReadFileList(files), (std::vector<std::string>{"/a b", "/c"}));
+  EXPECT_TRUE(ReadFileList("/c").size() == 1 && ReadFileList("").empty());
+
+  const ClipboardData pieces[] = {{more, "1"}, {CLIPBOARD_FILES, files}, {more, "2"}};
+  EXPECT_TRUE(clipboard.SetAll(pieces).ok() && clipboard.Get(more) == "2");
+  EXPECT_EQ(clipboard.Formats(), (std::vector<UINT>{more, CLIPBOARD_FILES}));
+  EXPECT_TRUE(clipboard.SetAll({}).ok() && !clipboard.Get(more) && clipboard.Formats().empty());
+}
+
 }  // namespace
 }  // namespace dq::platform

@@ -1,5 +1,6 @@
 #include "dqlib/platform/clipboard.h"
 
+#include <algorithm>
 #include <exception>
 #include <mutex>
 #include <utility>
@@ -13,11 +14,18 @@ namespace {
 /// this one.
 class ProcessClipboard : public Clipboard {
  public:
-  Error Set(UINT format, std::string_view data) override try {
-    std::string copy(data);
+  Error SetAll(std::span<const ClipboardData> pieces) override try {
+    Pieces copy;
+    for (const auto& [format, bytes] : pieces) {
+      const auto same = Find(copy, format);
+      if (same == copy.end()) {
+        copy.emplace_back(format, bytes);
+      } else {
+        same->second = bytes;
+      }
+    }
     const std::lock_guard lock(mutex_);
-    format_ = format;
-    data_ = std::move(copy);
+    pieces_ = std::move(copy);
     return {};
   } catch (const std::exception&) {
     return ErrorOfException();
@@ -25,14 +33,26 @@ class ProcessClipboard : public Clipboard {
 
   std::optional<std::string> Get(UINT format) override {
     const std::lock_guard lock(mutex_);
-    if (!data_ || format_ != format) return std::nullopt;
-    return data_;
+    const auto piece = Find(pieces_, format);
+    return piece == pieces_.end() ? std::nullopt : std::optional(piece->second);
+  }
+
+  std::vector<UINT> Formats() override {
+    const std::lock_guard lock(mutex_);
+    std::vector<UINT> formats;
+    for (const auto& [format, bytes] : pieces_) formats.push_back(format);
+    return formats;
   }
 
  private:
+  using Pieces = std::vector<std::pair<UINT, std::string>>;
+
+  static Pieces::iterator Find(Pieces& pieces, UINT format) {
+    return std::ranges::find(pieces, format, &Pieces::value_type::first);
+  }
+
   std::mutex mutex_;
-  UINT format_ = 0;
-  std::optional<std::string> data_;
+  Pieces pieces_;
 };
 
 }  // namespace
