@@ -14,40 +14,25 @@ struct DateTimeCellRow {
   const char* disp;
   const char* ole;
   const char* win;
-  const char* description;
   const char* example;
 };
 
 /// All there are. Their order tells which one a code that stands twice means.
 inline constexpr DateTimeCellRow kDateTimeCells[] = {
-    {DTT_MONTH, "mm", "%#m", "M", "Single digit month of the year", "7"},
-    {DTT_MONTH, "MM", "%m", "MM", "Double digit month of the year", "07"},
-    {DTT_MONTH, "MON", "%b", "MMM", "Three letter abbrev. of the month", "JAN"},
-    {DTT_MONTH, "MONTH", "%B", "MMMM", "Full name of the month", "MARCH"},
-    {DTT_DAY, "dd", "%#d", "d", "Single digit day of the month", "6"},
-    {DTT_DAY, "DD", "%d", "dd", "Double digit day of the month", "06"},
-    {DTT_WEEKDAY, "DY", "%a", "ddd", "Three letter abbrev day of the week", "WED"},
-    {DTT_WEEKDAY, "DAY", "%A", "dddd", "Full name of the weekday", "FRIDAY"},
-    {DTT_WEEKDAY, "D", "%w", "", "Number of days in the week", "3"},
-    {DTT_WEEKDAY, "DDD", "%j", "", "Number of days in the year", "234"},
-    {DTT_YEAR, "YY", "%y", "yy", "Last two digits of the year", "01"},
-    {DTT_YEAR, "YYYY", "%Y", "yyyy", "Four digit year", "2001"},
-    {DTT_HOUR, "hh12", "%#I", "h", "Single digit hours of the day(1 to 12)", "4"},
-    {DTT_HOUR, "HH12", "%I", "hh", "Double digit hours of the day(1 to 12)", "04"},
-    {DTT_HOUR, "hh24", "%#H", "H", "Single digit hours of the day(0 to 23)", "7"},
-    {DTT_HOUR, "HH24", "%H", "HH", "Double digit hours of the day(0 to 23)", "07"},
-    {DTT_MINUTE, "mi", "%#M", "m", "Single digit minutes of the hour", "1"},
-    {DTT_MINUTE, "MI", "%M", "mm", "Double digit minutes of the hour", "01"},
-    {DTT_SECOND, "ss", "%#S", "s", "Single digit seconds of the minute", "9"},
-    {DTT_SECOND, "SS", "%S", "ss", "Double digit seconds of the minute", "09"},
-    {DTT_AMPM, "AM", "%p", "tt", "Display AM or PM", "AM"},
-    {DTT_DATESEP, "/", "/", "/", "Forward slash separator", ""},
-    {DTT_DATESEP, "-", "-", "-", "Dash separator", ""},
-    {DTT_DATESEP, ",", ",", ",", "Comma separator", ""},
-    {DTT_DATESEP, ".", ".", ".", "Period separator", ""},
-    {DTT_DATESEP, ";", ";", ";", "Semicolon separator", ""},
-    {DTT_DATESEP, " ", " ", " ", "Blank space separator", ""},
-    {DTT_TIMESEP, ":", ":", ":", "Colon Time separator", ""},
+    {DTT_MONTH, "mm", "%#m", "M", "7"},      {DTT_MONTH, "MM", "%m", "MM", "07"},
+    {DTT_MONTH, "MON", "%b", "MMM", "JAN"},  {DTT_MONTH, "MONTH", "%B", "MMMM", "MARCH"},
+    {DTT_DAY, "dd", "%#d", "d", "6"},        {DTT_DAY, "DD", "%d", "dd", "06"},
+    {DTT_WEEKDAY, "DY", "%a", "ddd", "WED"}, {DTT_WEEKDAY, "DAY", "%A", "dddd", "FRIDAY"},
+    {DTT_WEEKDAY, "D", "%w", "", "3"},       {DTT_WEEKDAY, "DDD", "%j", "", "234"},
+    {DTT_YEAR, "YY", "%y", "yy", "01"},      {DTT_YEAR, "YYYY", "%Y", "yyyy", "2001"},
+    {DTT_HOUR, "hh12", "%#I", "h", "4"},     {DTT_HOUR, "HH12", "%I", "hh", "04"},
+    {DTT_HOUR, "hh24", "%#H", "H", "7"},     {DTT_HOUR, "HH24", "%H", "HH", "07"},
+    {DTT_MINUTE, "mi", "%#M", "m", "1"},     {DTT_MINUTE, "MI", "%M", "mm", "01"},
+    {DTT_SECOND, "ss", "%#S", "s", "9"},     {DTT_SECOND, "SS", "%S", "ss", "09"},
+    {DTT_AMPM, "AM", "%p", "tt", "AM"},      {DTT_DATESEP, "/", "/", "/", ""},
+    {DTT_DATESEP, "-", "-", "-", ""},        {DTT_DATESEP, ",", ",", ",", ""},
+    {DTT_DATESEP, ".", ".", ".", ""},        {DTT_DATESEP, ";", ";", ";", ""},
+    {DTT_DATESEP, " ", " ", " ", ""},        {DTT_TIMESEP, ":", ":", ":", ""},
 };
 
 /// What formats and values are cut at: the separators among the elements.

@@ -1,8 +1,12 @@
 #include "dqlib/datetime/date_time_fmt_dictionary.h"
 
+#include <iterator>
 #include <memory>
+#include <string>
 
 #include "dqlib/datetime/date_time_cells.h"
+#include "dqlib/framework/base/text_cache.h"
+#include "dqlib/resources/string_ids.h"
 
 namespace dq {
 namespace {
@@ -30,8 +34,13 @@ const Cell* Find(const CLGAutoDeletePtrCollectionT<Cell>& cells, const CString& 
 IMPLEMENT_DYNAMIC(CLGDateTimeFmtDictionary, CObject)
 
 CLGDateTimeFmtDictionary::CLGDateTimeFmtDictionary() {
+  thread_local constinit detail::TextCache<IDS_DATE_TIME_CELLS, std::size(detail::kDateTimeCells)>
+      descriptions;
+  UINT id = IDS_DATE_TIME_CELLS;
+  std::string description;
   for (const auto& row : detail::kDateTimeCells) {
-    INSERT_DICTIONARY(row.kind, row.disp, row.ole, row.win, row.description, row.example);
+    description = descriptions.Find(id++);
+    INSERT_DICTIONARY(row.kind, row.disp, row.ole, row.win, description.c_str(), row.example);
   }
   g_has_added_entries = false;
 }

@@ -36,21 +36,20 @@ enum class OutputMessageKind { kInformation, kWarning, kError, kTaskStart, kTask
 /// How messages of a type are shown.
 struct OutputMessageTraits {
   OutputMessageKind kind;
-  /// The source that is shown with the message; null for the marks of a task.
-  const char* family;
-  /// For the marks of a task, the string that is shown in its place, filled with the time; else 0.
+  /// The string that is shown as the source of the message; for the marks of a task the one that is
+  /// shown in its place, filled with the time.
   UINT source_id;
 };
 
 inline constexpr OutputMessageTraits kOutputMessageTraits[] = {
-    {OutputMessageKind::kInformation, "Program", 0},
-    {OutputMessageKind::kWarning, "Program", 0},
-    {OutputMessageKind::kError, "Program", 0},
-    {OutputMessageKind::kInformation, "DBMS", 0},
-    {OutputMessageKind::kWarning, "DBMS", 0},
-    {OutputMessageKind::kError, "DBMS", 0},
-    {OutputMessageKind::kTaskStart, nullptr, IDS_START_TASK},
-    {OutputMessageKind::kTaskEnd, nullptr, IDS_END_TASK},
+    {OutputMessageKind::kInformation, IDS_SOURCE_PROGRAM},
+    {OutputMessageKind::kWarning, IDS_SOURCE_PROGRAM},
+    {OutputMessageKind::kError, IDS_SOURCE_PROGRAM},
+    {OutputMessageKind::kInformation, IDS_SOURCE_DBMS},
+    {OutputMessageKind::kWarning, IDS_SOURCE_DBMS},
+    {OutputMessageKind::kError, IDS_SOURCE_DBMS},
+    {OutputMessageKind::kTaskStart, IDS_START_TASK},
+    {OutputMessageKind::kTaskEnd, IDS_END_TASK},
 };
 
 /// The type itself if it is one, else 0.

@@ -85,7 +85,13 @@ enum StringId : UINT {
   IDS_OPTIONS_CASES = 44511,
   IDS_OPTIONS_OVERWRITE_POLICIES = 44512,
   IDS_SETTINGS_NOT_READ = 44513,
+  IDS_BUTTON_APPLY = 44514,
+  IDS_SOURCE_PROGRAM = 44515,
+  IDS_SOURCE_DBMS = 44516,
   // 44530 is a dialog, and 44560 to 44599 are for the seam.
+  /// The first of the descriptions of elements of date-time formats, which stand in the order of
+  /// `detail::kDateTimeCells`.
+  IDS_DATE_TIME_CELLS = 44720,
 
   // Strings of the framework's own module, and the host's title, which its own module has.
   IDS_APP_TITLE = 57344,

@@ -136,10 +136,12 @@ TEST(OutputMessageTraits, TellSourceAndKind) {
   std::string told;
   for (int type = 0; type < 9; ++type) {
     const OutputMessageTraits& traits = GetOutputMessageTraits(type);
-    told += std::to_string(static_cast<int>(traits.kind)) + std::string(CString(traits.family)) +
-            std::to_string(traits.source_id) + " ";
+    told += std::to_string(static_cast<int>(traits.kind)) + ":";
+    told += detail::LoadText(traits.source_id).View().substr(0, 8);
+    told += " ";
   }
-  EXPECT_EQ(told, "0Program0 1Program0 2Program0 0DBMS0 1DBMS0 2DBMS0 344030 444031 0Program0 ");
+  EXPECT_EQ(told,
+            "0:Program 1:Program 2:Program 0:DBMS 1:DBMS 2:DBMS 3:Start Ta 4:End Task 0:Program ");
 }
 
 TEST(CDQOutputMessage, IsNullAndTracedWhenMemoryRunsOut) {

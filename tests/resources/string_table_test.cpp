@@ -14,8 +14,8 @@ TEST(LibraryResources, TextsAndDialogsAreAsTheyAlwaysWere) {
     const platform::Resource* dialog = LibraryResources().Find(5, static_cast<WORD>(id));
     if (dialog != nullptr) dialogs += number + std::string(dialog->data) + "\n";
   }
-  EXPECT_EQ(std::ranges::count(texts, '='), 96) << texts;
-  EXPECT_EQ(platform::Checksum(texts), 0x287F1E8FU) << texts;
+  EXPECT_EQ(std::ranges::count(texts, '='), 127) << texts;
+  EXPECT_EQ(platform::Checksum(texts), 0x2E5BCB05U) << texts;
   EXPECT_EQ(platform::Checksum(dialogs), 0x18687881U) << dialogs;
 }
 

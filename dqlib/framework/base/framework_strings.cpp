@@ -44,6 +44,10 @@ constexpr StringRow kStrings[] = {
     {61865, "The file refers to an object that it does not have"},
     {61866, "The file has an object of an unexpected class"},
     {61867, "The file has an object of another version"},
+    {61880, "not found"},
+    {61881, "in use by another program"},
+    {61882, "error %1"},
+    {61883, "Invalid DateTime"},
 };
 
 static_assert(IsStrictlySorted(kStrings), "strings are sorted by id, and no id stands twice");

@@ -12,6 +12,8 @@ namespace {
 constexpr int kFirstYear = 100;
 constexpr int kLastYear = 9999;
 constexpr int kSecondsInDay = 86400;
+/// The string of the framework that is shown for a value that is no date.
+constexpr UINT kInvalid = 61883;
 
 DATE ToDays(std::int64_t seconds) {
   std::int64_t days = seconds / kSecondsInDay;
@@ -139,7 +141,7 @@ bool COleDateTime::ParseDateTime(const char* text, DWORD flags, DWORD language) 
 
 CString COleDateTime::Format(const char* format) const {
   if (format == nullptr || *format == '\0' || m_status == null) return {};
-  if (m_status != valid) return "Invalid DateTime";
+  if (m_status != valid) return detail::LoadText(kInvalid);
   return detail::LayOutDateTime(Cut(m_dt), format);
 }
 

@@ -6,6 +6,7 @@
 
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string_view>
 
@@ -25,6 +26,13 @@ HINSTANCE AfxFindResourceHandle(UINT name, WORD type);
 
 /// The text of the string with the id from the first module that has it and isn't empty there.
 std::optional<std::string_view> AfxFindString(UINT id);
+
+namespace detail {
+/// From 1, another number whenever a search may find what it didn't find before: the current
+/// module, the chain or a `ResourceModule` has changed. Any thread.
+std::uint64_t ResourceGeneration();
+void CountResourceChange();
+}  // namespace detail
 
 /// The framework's own module, the end of every search: strings 57344 to 61999.
 const platform::Module& FrameworkModule();

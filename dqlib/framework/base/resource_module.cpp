@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "dqlib/framework/base/resource_chain.h"
+
 namespace dq {
 namespace {
 
@@ -18,6 +20,7 @@ ResourceModule::ResourceModule(std::span<const StringRow> strings) : table_(stri
 void ResourceModule::AddString(UINT id, std::string text) {
   strings_[id] = std::move(text);
   string_blocks_[BlockOf(id)] = {RESOURCE_STRING, BlockOf(id), {}};
+  detail::CountResourceChange();
 }
 
 void ResourceModule::AddResource(WORD type, WORD name, std::string data) {

@@ -6,6 +6,8 @@
 
 #include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/platform/dialog_view.h"
+#include "dqlib/platform/seam_texts.h"
+#include "dqlib/resources/string_ids.h"
 
 namespace dq {
 
@@ -25,11 +27,11 @@ CRect PagePlace(const CRect& tabs) {
           tabs.bottom - kPageBorder};
 }
 
-ControlTemplate Button(int id, const char* text, LONG left, LONG top) {
+ControlTemplate Button(int id, UINT text_id, LONG left, LONG top) {
   ControlTemplate button;
   button.window_class = "Button";
   button.id = id;
-  button.text = text;
+  button.text = detail::LoadText(text_id).View();
   button.place = {left, top, left + kButtonWidth, top + kButtonHeight};
   button.word = id == IDOK ? "defbutton" : "button";
   if (id == ID_APPLY_NOW) button.flags = {"disabled"};
@@ -185,9 +187,10 @@ DialogTemplate CPropertySheet::Pattern(bool with_buttons) const {
   sheet.controls.push_back({"SysTabControl32", kTabControlId, "", tabs, "class", {}});
   if (!with_buttons) return sheet;
   LONG left = sheet.size.cx - 3 * (kButtonWidth + kMargin);
-  for (const auto& [id, text] :
-       {std::pair(IDOK, "OK"), {IDCANCEL, "Cancel"}, {ID_APPLY_NOW, "&Apply"}}) {
-    sheet.controls.push_back(Button(id, text, left, sheet.size.cy));
+  for (const auto& [id, text_id] : {std::pair<int, UINT>(IDOK, IDS_BUTTON_OK),
+                                    {IDCANCEL, IDS_BUTTON_CANCEL},
+                                    {ID_APPLY_NOW, IDS_BUTTON_APPLY}}) {
+    sheet.controls.push_back(Button(id, text_id, left, sheet.size.cy));
     left += kButtonWidth + kMargin;
   }
   sheet.size.cy += kButtonHeight + kMargin;
