@@ -21,7 +21,8 @@ int RunTypes(const Arguments& arguments) {
   query.lumen_sql = dq::CDQApplicationInfo::IsAppLumenSql();
   Listing listing(arguments);
   for (const dq::ObjectTypeEntry& entry : dq::ListObjectTypes(query)) {
-    listing.Add({{"value", int{entry.type}}, {"text", entry.text}});
+    const dq::CString text = dq::detail::LoadText(entry.text_id);
+    listing.Add({{"value", int{entry.type}}, {"text", text.View()}});
   }
   return listing.End();
 }

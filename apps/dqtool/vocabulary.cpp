@@ -11,7 +11,7 @@
 #include "dqlib/frame/application_info.h"
 #include "dqlib/frame/resources.h"
 #include "dqlib/platform/ascii.h"
-#include "dqlib/resources/string_ids.h"
+#include "dqlib/resources/string_table.h"
 #include "siblings/options/option_value.h"
 
 namespace dqtool {
@@ -28,15 +28,13 @@ std::string Lower(std::string word) {
 }
 
 /// What the kinds are called on the platform, in lists first.
-std::vector<dq::ObjectTypeEntry> TypesOf(dq::DBMS platform, std::vector<dq::CString>& texts) {
+std::vector<dq::ObjectTypeEntry> TypesOf(dq::DBMS platform) {
   std::vector<dq::ObjectTypeEntry> types =
       dq::ListObjectTypes({.platform = platform, .version = 100});
   for (int number = 1; number <= kLastType; ++number) {
     const auto type = static_cast<dq::OBJECTTYPES>(number);
-    texts.push_back(dq::GetObjectTypeText(type, platform));
-    if (texts.back() != dq::GetObjectTypeText(dq::OT_NONE, platform)) {
-      types.push_back({texts.back().View().data(), type});
-    }
+    const dq::UINT text_id = dq::GetObjectTypeTextId(type, platform);
+    if (text_id != dq::IDS_UNKNOWN) types.push_back({type, text_id});
   }
   return types;
 }
@@ -59,11 +57,9 @@ dq::OBJECTTYPES TypeOf(const std::string& word, dq::DBMS platform) {
   platforms.insert(platforms.end(), std::begin(kPlatforms), std::end(kPlatforms));
   std::vector<std::string> names;
   for (const dq::DBMS each : platforms) {
-    std::vector<dq::CString> texts;
-    texts.reserve(kLastType);
-    for (const dq::ObjectTypeEntry& entry : TypesOf(each, texts)) {
-      if (dq::platform::EqualIgnoringCase(word, entry.text)) return entry.type;
-      names.emplace_back(entry.text);
+    for (const dq::ObjectTypeEntry& entry : TypesOf(each)) {
+      names.emplace_back(dq::EnglishText(entry.text_id));
+      if (dq::platform::EqualIgnoringCase(word, names.back())) return entry.type;
     }
   }
   throw WrongUsage("no kind of objects '" + word + "', by number or name" +

@@ -4,6 +4,7 @@
 
 #include "dqlib/dbvocab/object_info_dialog.h"
 #include "dqlib/framework/base/archive.h"
+#include "dqlib/resources/string_table.h"
 #include "siblings/options/options_server.h"
 
 namespace dq {
@@ -60,7 +61,7 @@ bool CDBObjectInfo::IsValid() const {
 }
 
 CString CDBObjectInfo::GetObjectTypeString(bool upperCase) const {
-  CString text = GetObjectTypeText(m_eType, DBMS_NONE);
+  CString text(EnglishText(GetObjectTypeTextId(m_eType, DBMS_NONE)));
   if (upperCase) text.MakeUpper();
   return text;
 }
@@ -73,7 +74,7 @@ void CDBObjectInfo::SetFullName(const char* fullName) {
 }
 
 CString CDBObjectInfo::GetDefaultTitle() const {
-  return GetObjectTypeString() + ' ' + m_strOwner + '.' + m_strName;
+  return GetObjectTypeText(m_eType, DBMS_NONE) + ' ' + m_strOwner + '.' + m_strName;
 }
 
 CString CDBObjectInfo::GetCreationTemplate(DBMS platform) const {

@@ -35,7 +35,7 @@ class CDBObjectInfo : public CObject {
   bool IsValid() const;
 
   /// What the type is called where there is no platform, so a node group on every one; in upper
-  /// case if asked.
+  /// case if asked. In English whatever is shown, because scripts are written with it.
   CString GetObjectTypeString(bool upperCase = false) const;
 
   /// Takes owner and name from "owner.name": what stands before and behind the first dot. Without

@@ -24,7 +24,7 @@ void CDQObjectTypeCombo::LoadDBMSSpecificTypes(DBMS platform, double version, OB
                               .reduced = reducedList,
                               .lumen_sql = CDQApplicationInfo::IsAppLumenSql()};
   for (const ObjectTypeEntry& entry : ListObjectTypes(query)) {
-    AddObjectType(entry.text, entry.type);
+    AddObjectType(detail::LoadText(entry.text_id), entry.type);
   }
 }
 

@@ -23,7 +23,8 @@ class CDQObjectTypeCombo : public CDQAutoDropWidthCombo {
                                      bool reducedList);
   /// Chooses the row with the type's text on the platform; `OT_NONE` chooses nothing. If there is
   /// no such row the person is told, and nothing changes. As rows are found by their texts, that
-  /// happens to packages of Oracle and to user messages too, which lists call by other ones.
+  /// happens to packages of Oracle and to user messages too, which lists call by other ones. The
+  /// texts are those that are shown, so no two kinds of a platform may be translated alike.
   virtual void SetCurrentSelection(OBJECTTYPES type, DBMS platform);
   /// The row's index, or -1.
   virtual int AddObjectType(const char* text, OBJECTTYPES type);

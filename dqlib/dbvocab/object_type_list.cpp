@@ -1,6 +1,7 @@
 #include "dqlib/dbvocab/object_type_list.h"
 
 #include "dqlib/dbvocab/version_string.h"
+#include "dqlib/resources/string_ids.h"
 
 namespace dq {
 namespace {
@@ -30,91 +31,93 @@ enum Condition {
 };
 
 struct Row {
-  ObjectTypeEntry entry;
+  OBJECTTYPES type;
   unsigned platforms;
   Condition condition = kAlways;
+  /// Where lists have a text of their own, its number.
+  UINT text_id = 0;
 };
 
 constexpr Row kRows[] = {
-    {{"Index", OT_INDEX}, kAll, kFullList},
-    {{"Table", OT_TABLE}, kAll, kFullList},
-    {{"View", OT_VIEW}, kAll, kFullList},
-    {{"Procedure", OT_PROCEDURE}, kAll},
-    {{"Trigger", OT_TRIGGER}, kAll},
-    {{"Check Constraint", OT_CHECK_CONSTRAINT}, kAll},
-    {{"Foreign Key", OT_FOREIGN_KEY}, kAll},
-    {{"Primary Key", OT_PRIMARY_KEY}, kAll},
-    {{"Unique Key", OT_UNIQUE_KEY}, kAll},
+    {OT_INDEX, kAll, kFullList},
+    {OT_TABLE, kAll, kFullList},
+    {OT_VIEW, kAll, kFullList},
+    {OT_PROCEDURE, kAll},
+    {OT_TRIGGER, kAll},
+    {OT_CHECK_CONSTRAINT, kAll},
+    {OT_FOREIGN_KEY, kAll},
+    {OT_PRIMARY_KEY, kAll},
+    {OT_UNIQUE_KEY, kAll},
 
-    {{"Alias", OT_ALIAS}, kBothServers},
-    {{"Database", OT_DATABASE}, kBothServers},
-    {{"Default", OT_DEFAULT}, kBothServers},
-    {{"Extended Procedure", OT_EXTENDED_PROCEDURE}, kBothServers},
-    {{"Function", OT_FUNCTION}, kSqlServer, kFromVersion8},
-    {{"Group", OT_GROUP}, kBothServers},
-    {{"Linked Server", OT_LINKED_SERVER}, kSqlServer, kFromVersion7},
-    {{"Login", OT_LOGIN}, kBothServers},
-    {{"Remote Server", OT_REMOTE_SERVER}, kBothServers},
-    {{"Rule", OT_RULE}, kBothServers},
-    {{"Segment", OT_SEGMENT}, kBothServers},
-    {{"User", OT_USER}, kBothServers},
-    {{"User Datatype", OT_USER_DATATYPE}, kBothServers},
-    {{"User Message", OT_USER_MESSAGE}, kBothServers},
-    {{"Role", OT_ROLE}, kSybase},
+    {OT_ALIAS, kBothServers},
+    {OT_DATABASE, kBothServers},
+    {OT_DEFAULT, kBothServers},
+    {OT_EXTENDED_PROCEDURE, kBothServers},
+    {OT_FUNCTION, kSqlServer, kFromVersion8},
+    {OT_GROUP, kBothServers},
+    {OT_LINKED_SERVER, kSqlServer, kFromVersion7},
+    {OT_LOGIN, kBothServers},
+    {OT_REMOTE_SERVER, kBothServers},
+    {OT_RULE, kBothServers},
+    {OT_SEGMENT, kBothServers},
+    {OT_USER, kBothServers},
+    {OT_USER_DATATYPE, kBothServers},
+    {OT_USER_MESSAGE, kBothServers, kAlways, IDS_USER_MESSAGE},
+    {OT_ROLE, kSybase},
 
-    {{"Alias", OT_ALIAS}, kNone},
-    {{"Default", OT_DEFAULT}, kNone},
-    {{"Extended Procedure", OT_EXTENDED_PROCEDURE}, kNone},
-    {{"Group", OT_GROUP}, kNone},
-    {{"Login", OT_LOGIN}, kNone},
-    {{"Rule", OT_RULE}, kNone},
-    {{"Segment", OT_SEGMENT}, kNone},
-    {{"User Datatype", OT_USER_DATATYPE}, kNone},
-    {{"User Message", OT_USER_MESSAGE}, kNone},
-    {{"User", OT_USER}, kNone},
+    {OT_ALIAS, kNone},
+    {OT_DEFAULT, kNone},
+    {OT_EXTENDED_PROCEDURE, kNone},
+    {OT_GROUP, kNone},
+    {OT_LOGIN, kNone},
+    {OT_RULE, kNone},
+    {OT_SEGMENT, kNone},
+    {OT_USER_DATATYPE, kNone},
+    {OT_USER_MESSAGE, kNone, kAlways, IDS_USER_MESSAGE},
+    {OT_USER, kNone},
 
-    {{"Anonymous Block", OT_ANONYMOUS_BLOCK}, kOracle | kNone},
-    {{"Cluster", OT_CLUSTER}, kOracle | kNone},
-    {{"Database Link", OT_DATABASE_LINK}, kOracle | kNone},
-    {{"Directory", OT_DIRECTORY}, kOracle | kNone},
-    {{"Function", OT_FUNCTION}, kOracle | kNone},
-    {{"Library", OT_LIBRARY}, kOracle | kNone},
-    {{"Materialized View", OT_MATERIALIZED_VIEW}, kOracle, kFromVersion81},
-    {{"Materialized View Log", OT_MATERIALIZED_VIEW_LOG}, kOracle, kFromVersion81},
-    {{"Outlines", OT_OUTLINES}, kOracle},
-    {{"Package Header", OT_PACKAGE}, kOracle | kNone},
-    {{"Package Body", OT_PACKAGE_BODY}, kOracle | kNone},
-    {{"Profile", OT_PROFILE}, kOracle | kNone},
-    {{"Redo Log Group", OT_REDO_LOG_GROUP}, kOracle | kNone, kNotLumenSql},
-    {{"Role", OT_ROLE}, kOracle | kNone},
-    {{"Rollback Segment", OT_ROLLBACK_SEGMENT}, kOracle | kNone},
-    {{"Snapshot", OT_SNAPSHOT}, kOracle, kBelowVersion81},
-    {{"Snapshot Log", OT_SNAPSHOT_LOG}, kOracle, kBelowVersion81},
-    {{"Snapshot", OT_SNAPSHOT}, kNone},
-    {{"Snapshot Log", OT_SNAPSHOT_LOG}, kNone},
-    {{"Tablespace", OT_TABLESPACE}, kOracle | kNone},
-    {{"Type", OT_TYPE}, kOracle | kNone},
-    {{"Type Body", OT_TYPE_BODY}, kOracle | kNone},
-    {{"User", OT_USER}, kOracle},
-    {{"Package", OT_PACKAGE}, kNone},
-    {{"Sequence", OT_SEQUENCE}, kOracle | kNone, kFullList},
-    {{"Synonym", OT_SYNONYM}, kOracle | kNone, kFullList},
+    {OT_ANONYMOUS_BLOCK, kOracle | kNone},
+    {OT_CLUSTER, kOracle | kNone},
+    {OT_DATABASE_LINK, kOracle | kNone},
+    {OT_DIRECTORY, kOracle | kNone},
+    {OT_FUNCTION, kOracle | kNone},
+    {OT_LIBRARY, kOracle | kNone},
+    {OT_MATERIALIZED_VIEW, kOracle, kFromVersion81},
+    {OT_MATERIALIZED_VIEW_LOG, kOracle, kFromVersion81},
+    {OT_OUTLINES, kOracle},
+    {OT_PACKAGE, kOracle | kNone, kAlways, IDS_PACKAGE_HEADER},
+    {OT_PACKAGE_BODY, kOracle | kNone},
+    {OT_PROFILE, kOracle | kNone},
+    {OT_REDO_LOG_GROUP, kOracle | kNone, kNotLumenSql},
+    {OT_ROLE, kOracle | kNone},
+    {OT_ROLLBACK_SEGMENT, kOracle | kNone},
+    {OT_SNAPSHOT, kOracle, kBelowVersion81},
+    {OT_SNAPSHOT_LOG, kOracle, kBelowVersion81},
+    {OT_SNAPSHOT, kNone},
+    {OT_SNAPSHOT_LOG, kNone},
+    {OT_TABLESPACE, kOracle | kNone},
+    {OT_TYPE, kOracle | kNone},
+    {OT_TYPE_BODY, kOracle | kNone},
+    {OT_USER, kOracle},
+    {OT_PACKAGE, kNone},
+    {OT_SEQUENCE, kOracle | kNone, kFullList},
+    {OT_SYNONYM, kOracle | kNone, kFullList},
 
-    {{"Function", OT_FUNCTION}, kBothDb2},
-    {{"User Datatype", OT_USER_DATATYPE}, kBothDb2},
-    {{"Alias", OT_ALIAS}, kBothDb2},
-    {{"Package", OT_PACKAGE}, kDb2},
-    {{"User", OT_USER}, kDb2},
-    {{"Group", OT_GROUP}, kDb2},
-    {{"Buffer Pool", OT_BUFFER_POOL}, kDb2},
-    {{"Nodegroup", OT_NODEGROUP}, kDb2},
-    {{"Tablespace", OT_TABLESPACE}, kDb2},
-    {{"Structured Type", OT_TYPE}, kDb2},
-    {{"Sequence", OT_SEQUENCE}, kDb2, kFullList},
-    {{"Database", OT_DATABASE}, kDb2Os390},
-    {{"Stogroup", OT_NODEGROUP}, kDb2Os390},
-    {{"Tablespace", OT_TABLESPACE}, kDb2Os390},
-    {{"Synonym", OT_SYNONYM}, kDb2Os390},
+    {OT_FUNCTION, kBothDb2},
+    {OT_USER_DATATYPE, kBothDb2},
+    {OT_ALIAS, kBothDb2},
+    {OT_PACKAGE, kDb2},
+    {OT_USER, kDb2},
+    {OT_GROUP, kDb2},
+    {OT_BUFFER_POOL, kDb2},
+    {OT_NODEGROUP, kDb2},
+    {OT_TABLESPACE, kDb2},
+    {OT_TYPE, kDb2},
+    {OT_SEQUENCE, kDb2, kFullList},
+    {OT_DATABASE, kDb2Os390},
+    {OT_NODEGROUP, kDb2Os390},
+    {OT_TABLESPACE, kDb2Os390},
+    {OT_SYNONYM, kDb2Os390},
 };
 
 unsigned SetOf(DBMS platform) {
@@ -167,7 +170,9 @@ std::vector<ObjectTypeEntry> ListObjectTypes(const ObjectTypeQuery& query) {
   for (const Row& row : kRows) {
     // A number that is no platform has what all have.
     const bool is_for = row.platforms == kAll || (row.platforms & platform) != 0;
-    if (is_for && Holds(row.condition, query)) entries.push_back(row.entry);
+    if (!is_for || !Holds(row.condition, query)) continue;
+    const UINT own = row.text_id;
+    entries.push_back({row.type, own != 0 ? own : GetObjectTypeTextId(row.type, query.platform)});
   }
   return entries;
 }

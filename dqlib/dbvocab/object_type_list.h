@@ -8,11 +8,12 @@
 
 namespace dq {
 
-/// One entry of a list. The text is that of `GetObjectTypeText` on the platform but for packages
-/// where their bodies stand beside them, and for user messages.
+/// One entry of a list.
 struct ObjectTypeEntry {
-  const char* text;
   OBJECTTYPES type;
+  /// The number of the string that the list shows: that of `GetObjectTypeTextId` on the platform
+  /// but for packages where their bodies stand beside them, and for user messages.
+  UINT text_id;
 };
 
 /// What a list is for.

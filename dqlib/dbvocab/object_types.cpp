@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "dqlib/framework/base/file.h"
+#include "dqlib/framework/base/text_cache.h"
 #include "dqlib/framework/windows/message_box.h"
 #include "dqlib/resources/string_ids.h"
 #include "siblings/options/options_server.h"
@@ -18,76 +19,74 @@ enum Column { kSybase, kSqlServer, kDb2, kOracle, kDb2Os390, kColumns };
 
 struct PlatformRow {
   DBMS platform;
-  std::string_view text;
+  UINT text_id;
   std::string_view directory;
   int column;
 };
 
 constexpr PlatformRow kPlatforms[] = {
-    {DBMS_NONE, "None", "", -1},
-    {DBMS_SYBASE, "Sybase", "Sybase", kSybase},
-    {DBMS_SQLSERVER, "SQL Server", "SQLServr", kSqlServer},
-    {DBMS_DB2, "DB/2", "DB2", kDb2},
-    {DBMS_ORACLE, "Oracle", "Oracle", kOracle},
-    {DBMS_DB2OS390, "DB/2", "DB2OS390", kDb2Os390},
+    {DBMS_NONE, IDS_PLATFORM_NONE, "", -1},
+    {DBMS_SYBASE, IDS_PLATFORM_SYBASE, "Sybase", kSybase},
+    {DBMS_SQLSERVER, IDS_PLATFORM_SQLSERVER, "SQLServr", kSqlServer},
+    {DBMS_DB2, IDS_PLATFORM_DB2, "DB2", kDb2},
+    {DBMS_ORACLE, IDS_PLATFORM_ORACLE, "Oracle", kOracle},
+    {DBMS_DB2OS390, IDS_PLATFORM_DB2, "DB2OS390", kDb2Os390},
 };
 
+/// A kind of objects that has a text or a template.
 struct TypeRow {
   OBJECTTYPES type;
-  std::string_view text;
   /// File names without extension; "" where the platform has no template.
   std::array<std::string_view, kColumns> templates;
 };
 
 constexpr TypeRow kTypes[] = {
-    {OT_ALIAS, "Alias", {"CRAlias", "CRAlias", "CRAlias", "", "CRAlias"}},
-    {OT_CHECK_CONSTRAINT,
-     "Check Constraint",
-     {"CRCCnstr", "CRCCnstr", "CRCCnstr", "CRCCnstr", "CRCCnstr"}},
-    {OT_CLUSTER, "Cluster", {"", "", "", "CRClust", ""}},
-    {OT_DATABASE, "Database", {"CRDBase", "CRDBase", "", "", "CRDatabase"}},
-    {OT_DATABASE_LINK, "Database Link", {"", "", "", "CRDBLink", ""}},
-    {OT_USER_DATATYPE, "User Datatype", {"CRDType", "CRDType", "CRDType", "", "CRDType"}},
-    {OT_DEFAULT, "Default", {"CRDef", "CRDef", "", "", ""}},
-    {OT_FUNCTION, "Function", {"", "CRFunc", "CRFunc", "CRFunc", "CRFunc"}},
-    {OT_GROUP, "Group", {"CRGroup", "CRGroup", "", "", ""}},
-    {OT_INDEX, "Index", {"CRIndex", "CRIndex", "CRIndex", "CRIndex", "CRIndex"}},
-    {OT_LOGIN, "Login", {"CRLogin", "CRLogin", "", "", ""}},
-    {OT_PACKAGE, "Package", {"", "", "CRPckage", "CRPkgHdr", "CRPckage"}},
-    {OT_PACKAGE_BODY, "Package Body", {"", "", "", "CRPkgBdy", ""}},
-    {OT_PROCEDURE, "Procedure", {"CRProc", "CRProc", "CRProc", "CRProc", "CRProc"}},
-    {OT_PROFILE, "Profile", {"", "", "", "CRProf", ""}},
-    {OT_REMOTE_SERVER, "Remote Server", {"", "", "", "", ""}},
-    {OT_ROLE, "Role", {"CRRole", "", "", "CRRole", ""}},
-    {OT_ROLLBACK_SEGMENT, "Rollback Segment", {"", "", "", "CRRollS", ""}},
-    {OT_RULE, "Rule", {"CRRule", "CRRule", "", "", ""}},
-    {OT_SEGMENT, "Segment", {"CRSgmnt", "CRSgmnt", "", "", ""}},
-    {OT_SEQUENCE, "Sequence", {"", "", "CRSeq", "CRSeq", ""}},
-    {OT_SNAPSHOT, "Snapshot", {"", "", "", "CRSnap", ""}},
-    {OT_SNAPSHOT_LOG, "Snapshot Log", {"", "", "", "CRSnapL", ""}},
-    {OT_SYNONYM, "Synonym", {"", "", "", "CRSyn", "CRSyn"}},
-    {OT_TABLE, "Table", {"CRTable", "CRTable", "CRTable", "CRTable", "CRTable"}},
-    {OT_TABLESPACE, "Tablespace", {"", "", "", "CRTableS", ""}},
-    {OT_TRIGGER, "Trigger", {"CRTrig", "CRTrig", "CRTrig", "CRTrig", "CRTrig"}},
-    {OT_USER, "User", {"CRUser", "CRUser", "", "CRUser", ""}},
-    {OT_USER_MESSAGE, "", {"CRUsrMsg", "CRUsrMsg", "", "", ""}},
-    {OT_VIEW, "View", {"CRView", "CRView", "CRView", "CRView", "CRView"}},
-    {OT_BUFFER_POOL, "Buffer Pool", {"", "", "", "", ""}},
-    {OT_NODEGROUP, "Nodegroup", {"", "", "", "", ""}},
-    {OT_TYPE, "Type", {"", "", "CRStrTp", "CRType", ""}},
-    {OT_TYPE_BODY, "Type Body", {"", "", "", "CRTypeB", ""}},
-    {OT_LIBRARY, "Library", {"", "", "", "CRLib", ""}},
-    {OT_DIRECTORY, "Directory", {"", "", "", "CRDir", ""}},
-    {OT_EXTENDED_PROCEDURE, "Extended Procedure", {"CRExProc", "CRExProc", "", "", ""}},
-    {OT_ANONYMOUS_BLOCK, "Anonymous Block", {"", "", "", "", ""}},
-    {OT_FOREIGN_KEY, "Foreign Key", {"CRFKey", "CRFKey", "CRFKey", "CRFKey", "CRFKey"}},
-    {OT_PRIMARY_KEY, "Primary Key", {"CRPKey", "CRPKey", "CRPKey", "CRPKey", "CRPKey"}},
-    {OT_UNIQUE_KEY, "Unique Key", {"CRUKey", "CRUKey", "CRUKey", "CRUKey", "CRUKey"}},
-    {OT_LINKED_SERVER, "Linked Server", {"", "", "", "", ""}},
-    {OT_MATERIALIZED_VIEW, "Materialized View", {"", "", "", "CRMView", ""}},
-    {OT_MATERIALIZED_VIEW_LOG, "Materialized View Log", {"", "", "", "CRMViewL", ""}},
-    {OT_OUTLINES, "Outlines", {"", "", "", "", ""}},
-    {OT_REDO_LOG_GROUP, "Redo Log Group", {"", "", "", "CRRedoL", ""}},
+    {OT_ALIAS, {"CRAlias", "CRAlias", "CRAlias", "", "CRAlias"}},
+    {OT_CHECK_CONSTRAINT, {"CRCCnstr", "CRCCnstr", "CRCCnstr", "CRCCnstr", "CRCCnstr"}},
+    {OT_CLUSTER, {"", "", "", "CRClust", ""}},
+    {OT_DATABASE, {"CRDBase", "CRDBase", "", "", "CRDatabase"}},
+    {OT_DATABASE_LINK, {"", "", "", "CRDBLink", ""}},
+    {OT_USER_DATATYPE, {"CRDType", "CRDType", "CRDType", "", "CRDType"}},
+    {OT_DEFAULT, {"CRDef", "CRDef", "", "", ""}},
+    {OT_FUNCTION, {"", "CRFunc", "CRFunc", "CRFunc", "CRFunc"}},
+    {OT_GROUP, {"CRGroup", "CRGroup", "", "", ""}},
+    {OT_INDEX, {"CRIndex", "CRIndex", "CRIndex", "CRIndex", "CRIndex"}},
+    {OT_LOGIN, {"CRLogin", "CRLogin", "", "", ""}},
+    {OT_PACKAGE, {"", "", "CRPckage", "CRPkgHdr", "CRPckage"}},
+    {OT_PACKAGE_BODY, {"", "", "", "CRPkgBdy", ""}},
+    {OT_PROCEDURE, {"CRProc", "CRProc", "CRProc", "CRProc", "CRProc"}},
+    {OT_PROFILE, {"", "", "", "CRProf", ""}},
+    {OT_REMOTE_SERVER, {"", "", "", "", ""}},
+    {OT_ROLE, {"CRRole", "", "", "CRRole", ""}},
+    {OT_ROLLBACK_SEGMENT, {"", "", "", "CRRollS", ""}},
+    {OT_RULE, {"CRRule", "CRRule", "", "", ""}},
+    {OT_SEGMENT, {"CRSgmnt", "CRSgmnt", "", "", ""}},
+    {OT_SEQUENCE, {"", "", "CRSeq", "CRSeq", ""}},
+    {OT_SNAPSHOT, {"", "", "", "CRSnap", ""}},
+    {OT_SNAPSHOT_LOG, {"", "", "", "CRSnapL", ""}},
+    {OT_SYNONYM, {"", "", "", "CRSyn", "CRSyn"}},
+    {OT_TABLE, {"CRTable", "CRTable", "CRTable", "CRTable", "CRTable"}},
+    {OT_TABLESPACE, {"", "", "", "CRTableS", ""}},
+    {OT_TRIGGER, {"CRTrig", "CRTrig", "CRTrig", "CRTrig", "CRTrig"}},
+    {OT_USER, {"CRUser", "CRUser", "", "CRUser", ""}},
+    {OT_USER_MESSAGE, {"CRUsrMsg", "CRUsrMsg", "", "", ""}},
+    {OT_VIEW, {"CRView", "CRView", "CRView", "CRView", "CRView"}},
+    {OT_BUFFER_POOL, {"", "", "", "", ""}},
+    {OT_NODEGROUP, {"", "", "", "", ""}},
+    {OT_TYPE, {"", "", "CRStrTp", "CRType", ""}},
+    {OT_TYPE_BODY, {"", "", "", "CRTypeB", ""}},
+    {OT_LIBRARY, {"", "", "", "CRLib", ""}},
+    {OT_DIRECTORY, {"", "", "", "CRDir", ""}},
+    {OT_EXTENDED_PROCEDURE, {"CRExProc", "CRExProc", "", "", ""}},
+    {OT_ANONYMOUS_BLOCK, {"", "", "", "", ""}},
+    {OT_FOREIGN_KEY, {"CRFKey", "CRFKey", "CRFKey", "CRFKey", "CRFKey"}},
+    {OT_PRIMARY_KEY, {"CRPKey", "CRPKey", "CRPKey", "CRPKey", "CRPKey"}},
+    {OT_UNIQUE_KEY, {"CRUKey", "CRUKey", "CRUKey", "CRUKey", "CRUKey"}},
+    {OT_LINKED_SERVER, {"", "", "", "", ""}},
+    {OT_MATERIALIZED_VIEW, {"", "", "", "CRMView", ""}},
+    {OT_MATERIALIZED_VIEW_LOG, {"", "", "", "CRMViewL", ""}},
+    {OT_OUTLINES, {"", "", "", "", ""}},
+    {OT_REDO_LOG_GROUP, {"", "", "", "CRRedoL", ""}},
 };
 
 const PlatformRow* FindPlatform(DBMS platform) {
@@ -100,21 +99,30 @@ const TypeRow* FindType(OBJECTTYPES type) {
   return row == std::end(kTypes) || row->type != type ? nullptr : row;
 }
 
-constexpr std::string_view kUnknown = "Unknown";
+/// The texts of kinds and platforms, which stand in one block.
+CString ShownText(UINT id) {
+  constexpr std::size_t kSize = IDS_PLATFORM_ORACLE - IDS_UNKNOWN + 1;
+  thread_local constinit detail::TextCache<IDS_UNKNOWN, kSize> texts;
+  return CString(texts.Find(id));
+}
 
 }  // namespace
 
-CString GetObjectTypeText(OBJECTTYPES type, DBMS platform) {
+UINT GetObjectTypeTextId(OBJECTTYPES type, DBMS platform) {
   const bool db2_os390 = platform == DBMS_DB2OS390;
-  if (type == OT_NODEGROUP && db2_os390) return CString("Stogroup");
-  if (type == OT_TYPE && (db2_os390 || platform == DBMS_DB2)) return CString("Structured Type");
-  const TypeRow* const row = FindType(type);
-  return CString(row == nullptr || row->text.empty() ? kUnknown : row->text);
+  if (type == OT_NODEGROUP && db2_os390) return IDS_STOGROUP;
+  if (type == OT_TYPE && (db2_os390 || platform == DBMS_DB2)) return IDS_STRUCTURED_TYPE;
+  if (type == OT_USER_MESSAGE || FindType(type) == nullptr) return IDS_UNKNOWN;
+  return IDS_UNKNOWN + static_cast<UINT>(type);
+}
+
+CString GetObjectTypeText(OBJECTTYPES type, DBMS platform) {
+  return ShownText(GetObjectTypeTextId(type, platform));
 }
 
 CString GetDBMSText(DBMS platform) {
   const PlatformRow* const row = FindPlatform(platform);
-  return CString(row == nullptr ? kUnknown : row->text);
+  return ShownText(row == nullptr ? IDS_UNKNOWN : row->text_id);
 }
 
 CString GetCreationTemplatePath(DBMS platform, OBJECTTYPES type) {

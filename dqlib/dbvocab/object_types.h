@@ -60,12 +60,16 @@ enum OBJECTTYPES : int {
   OT_REDO_LOG_GROUP = 88,
 };
 
-/// What the type is called on the platform; "Unknown" for a number without a text, and for user
-/// messages, which have one only in the lists of types.
+/// What the type is called on the platform, to be shown; "Unknown" for a number without a text, and
+/// for user messages, which have one only in the lists of types. A translation of the library
+/// changes it, so what is kept or compared is `EnglishText` of the string's number.
 CString GetObjectTypeText(OBJECTTYPES type, DBMS platform);
 
-/// What the platform is called; "Unknown" for a number that is none. Both DB2 platforms have one
-/// text.
+/// The number of the string that `GetObjectTypeText` shows; `IDS_UNKNOWN` for "Unknown".
+UINT GetObjectTypeTextId(OBJECTTYPES type, DBMS platform);
+
+/// What the platform is called, to be shown; "Unknown" for a number that is none. Both DB2
+/// platforms have one text. Files and settings have words of their own for platforms, or numbers.
 CString GetDBMSText(DBMS platform);
 
 /// The path of the type's creation template on the platform, below the variable

@@ -89,6 +89,20 @@ enum StringId : UINT {
   IDS_SOURCE_PROGRAM = 44515,
   IDS_SOURCE_DBMS = 44516,
   // 44530 is a dialog, and 44560 to 44599 are for the seam.
+
+  /// What kinds of objects and platforms without a name are called. Behind it stand the names of
+  /// the kinds of objects, each by this and its number from 1 to 88.
+  IDS_UNKNOWN = 44600,
+  IDS_STOGROUP = 44690,
+  IDS_STRUCTURED_TYPE = 44691,
+  IDS_PACKAGE_HEADER = 44692,
+  IDS_USER_MESSAGE = 44693,
+  IDS_PLATFORM_NONE = 44700,
+  IDS_PLATFORM_SYBASE = 44702,
+  IDS_PLATFORM_SQLSERVER = 44703,
+  IDS_PLATFORM_DB2 = 44704,
+  IDS_PLATFORM_ORACLE = 44705,
+
   /// The first of the descriptions of elements of date-time formats, which stand in the order of
   /// `detail::kDateTimeCells`.
   IDS_DATE_TIME_CELLS = 44720,

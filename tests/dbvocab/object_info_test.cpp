@@ -56,6 +56,28 @@ TEST(ObjectTypes, TextsTemplatesAndWordsAreAsTheyAlwaysWere) {
   EXPECT_EQ(platform::Checksum(words), 0x702640D6U);
 }
 
+TEST(ObjectTypes, ATranslationChangesWhatIsShownAndNotWhatScriptsSay) {
+  const CDBObjectInfo view(OT_VIEW, "SCOTT", "V");
+  const auto shown = [&view] {
+    return GetObjectTypeText(OT_VIEW, DBMS_DB2) + '|' + GetDBMSText(DBMS_NONE) + '|' +
+           view.GetDefaultTitle() + '|' + view.GetObjectTypeString();
+  };
+  EXPECT_EQ(shown(), "View|None|View SCOTT.V|View");
+  {
+    ResourceModule texts;
+    texts.AddString(44640, "Ansicht");
+    const CDynLinkLibrary link(&texts);
+    EXPECT_EQ(shown(), "Ansicht|None|Ansicht SCOTT.V|View");
+    texts.AddString(44700, "Keine");
+    EXPECT_EQ(shown(), "Ansicht|Keine|Ansicht SCOTT.V|View");
+    ResourceModule others;
+    others.AddString(44640, "Sicht");
+    const CDQSwitchResourceHandle current(&others);
+    EXPECT_EQ(shown(), "Sicht|Keine|Sicht SCOTT.V|View");
+  }
+  EXPECT_EQ(shown(), "View|None|View SCOTT.V|View");
+}
+
 TEST(ObjectTypes, ListsFollowPlatformVersionAndPurpose) {
   const std::string tables = "16 35 40 ", all = "21 37 2 50 51 52 ", snapshots = "32 33 ";
   const std::string package = "Package Header ", outlines = "87 " + package + "20 22 ";
@@ -78,7 +100,8 @@ TEST(ObjectTypes, ListsFollowPlatformVersionAndPurpose) {
                 "20 22 88 26 27 " + snapshots + "36 43 44 19 31 34 "}}) {
     // By number, but for those that lists call by names of their own.
     std::string found;
-    for (const auto& [text, type] : ListObjectTypes(query)) {
+    for (const auto& [type, id] : ListObjectTypes(query)) {
+      const std::string text(EnglishText(id));
       const bool same = GetObjectTypeText(type, query.platform) == text;
       found += (same ? std::to_string(type) : text) + " ";
     }

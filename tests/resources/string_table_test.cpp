@@ -5,6 +5,21 @@
 namespace dq::test {
 namespace {
 
+TEST(LibraryResources, TextsOfTheSeamAndOfKindsOfObjectsAreFoundByNumber) {
+  for (const auto& [id, text] : Rows<UINT, std::string_view>{{44514, "&Apply"},
+                                                             {44516, "DBMS"},
+                                                             {44562, "Abort"},
+                                                             {44590, "control %1 can't be pressed"},
+                                                             {44635, "Table"},
+                                                             {44692, "Package Header"},
+                                                             {44704, "DB/2"},
+                                                             {44747, "Colon Time separator"},
+                                                             {44748, ""}}) {
+    EXPECT_EQ(EnglishText(id), text);
+    EXPECT_EQ(detail::LoadText(id), text);
+  }
+}
+
 TEST(LibraryResources, TextsAndDialogsAreAsTheyAlwaysWere) {
   std::string texts, dialogs;
   for (UINT id = 0; id <= 0xFFFF; ++id) {
@@ -14,8 +29,8 @@ TEST(LibraryResources, TextsAndDialogsAreAsTheyAlwaysWere) {
     const platform::Resource* dialog = LibraryResources().Find(5, static_cast<WORD>(id));
     if (dialog != nullptr) dialogs += number + std::string(dialog->data) + "\n";
   }
-  EXPECT_EQ(std::ranges::count(texts, '='), 127) << texts;
-  EXPECT_EQ(platform::Checksum(texts), 0x2E5BCB05U) << texts;
+  EXPECT_EQ(std::ranges::count(texts, '='), 182) << texts;
+  EXPECT_EQ(platform::Checksum(texts), 0x44455BF2U) << texts;
   EXPECT_EQ(platform::Checksum(dialogs), 0x18687881U) << dialogs;
 }
 
