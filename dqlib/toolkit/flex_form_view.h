@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "dqlib/framework/windows/doc_view.h"
+#include "dqlib/framework/windows/form_view.h"
 #include "dqlib/toolkit/flex_host.h"
 
 namespace dq {

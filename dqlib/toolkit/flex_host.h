@@ -21,6 +21,7 @@ class FlexHost : public Base {
   }
   /// The smallest size to which a person can drag the window; 0, 0 before it is initialised.
   const CSize& GetMinTrackSize() const { return m_sizeMinTrack; }
+  bool IsSizable() const override { return true; }
 
  protected:
   /// The window's size is the least it can be dragged to, and its client size the design size.

@@ -44,12 +44,4 @@ BOOL CNSFlexMDIChildWnd::OnWndMsg(UINT message, WPARAM wparam, LPARAM lparam, LR
   return 1;
 }
 
-void CNSFlexMDIChildWnd::OnSize(UINT type, int cx, int cy) {
-  const HWND self = GetSafeHwnd();
-  if (CWnd* const view = type == SIZE_MINIMIZED ? nullptr : GetDlgItem(kViewId)) {
-    view->MoveWindow(0, 0, cx, cy);
-  }
-  if (FromHandle(self) == this) FlexHost::OnSize(type, cx, cy);
-}
-
 }  // namespace dq

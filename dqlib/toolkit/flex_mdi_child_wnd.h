@@ -2,19 +2,16 @@
 
 #pragma once
 
-#include "dqlib/framework/windows/frame_wnd.h"
+#include "dqlib/framework/windows/mdi_frame.h"
 #include "dqlib/toolkit/flex_host.h"
 
 namespace dq {
 
 /// Its view tells it the least size by a registered message; until then there is none, and its own
-/// controls don't stretch. The view fills its client area.
+/// controls don't stretch.
 class CNSFlexMDIChildWnd : public detail::FlexHost<CMDIChildWnd> {
   DECLARE_DYNCREATE(CNSFlexMDIChildWnd)
   using FlexHost::FlexHost;
-
-  /// The id of the view in the frame.
-  static constexpr int kViewId = 0xE900;
 
   /// Number of the message: the arguments are the view's least width and height.
   static UINT SetMinTrackSizeMessage();
@@ -22,7 +19,6 @@ class CNSFlexMDIChildWnd : public detail::FlexHost<CMDIChildWnd> {
   static void PassMinTrackSize(const CWnd& view, const CSize& size);
 
  protected:
-  void OnSize(UINT type, int cx, int cy) override;
   /// The least size becomes the view's with the frame around it, and the present client size the
   /// design size.
   LRESULT OnSetMinTrackSize(WPARAM width, LPARAM height);

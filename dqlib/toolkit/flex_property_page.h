@@ -2,8 +2,8 @@
 
 #pragma once
 
-#include "dqlib/framework/windows/doc_view.h"
 #include "dqlib/framework/windows/property_sheet.h"
+#include "dqlib/framework/windows/view.h"
 #include "dqlib/toolkit/flex_host.h"
 
 namespace dq {

@@ -233,29 +233,30 @@ TEST_F(WindowTree, TellsItsObserverOfEveryChangeInTheOrderOfTheChanges) {
   // What is no window tells nothing.
   CFrameWnd frame;
   CToolBar bar;
-  frame.SetActiveView(&top);
+  CView view;
+  frame.SetActiveView(&view);
   frame.SetWindowText("x");
   frame.MoveWindow(1, 2, 3, 4);
   frame.SetMessageText("ready");
   bar.SetPictureSize({4, 4});
   bar.Invalidate();
   EXPECT_FALSE(bar.ShowWindow(SW_SHOW) || bar.EnableWindow(false));
-  EXPECT_TRUE(frame.Create("Frame", "", {}));
-  for (int twice = 0; twice < 2; ++twice) frame.SetActiveView(&second);
+  EXPECT_TRUE(frame.Create("Frame", "", {}) && view.CreateWnd({.class_name = "View", .id = 8}));
+  for (int twice = 0; twice < 2; ++twice) frame.SetActiveView(&view);
   frame.SetMessageText("busy");
-  EXPECT_EQ(observer.Take(), "0 created 0 active 0 content ");
+  EXPECT_EQ(observer.Take(), "0 created 8 created 0 active 0 content ");
 }
 
 // ---- Commands
 
 /// Has handlers for the commands 1, whose update disables it, and 2 to 11, of which 2 declines.
-struct Target : CWnd {
+struct Target : CView {
   Target() { CreateWnd("Target"); }
   bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override {
     static constexpr MessageMapEntry kEntries[] = {
         CommandEntry<&Target::OnOpen>(1), UpdateEntry<&Target::OnUpdateOpen>(1),
         CommandRangeEntry<&Target::OnRange>(2, 11), MessageEntry<&Target::OnApp>(WM_APP + 7)};
-    return CallEntry(kEntries, *this, key, arguments) || CWnd::CallMapped(key, arguments);
+    return CallEntry(kEntries, *this, key, arguments) || CView::CallMapped(key, arguments);
   }
   void OnOpen() { called += "open "; }
   void OnUpdateOpen(CCmdUI* ui) { on_update(*ui); }

@@ -401,7 +401,7 @@ TEST(FlexMdiChildWnd, IsNoSmallerThanItsViewWithTheFrameAround) {
   CDocument document;
   CNSFlexFormView view(Form("Form"));
   view.AddFlexConstraint(1, NSFlexShiftRight, NSFlexShiftDown);
-  ASSERT_TRUE(view.Create(&child, CNSFlexMDIChildWnd::kViewId, &document));
+  ASSERT_TRUE(view.Create(&child, kFirstPaneId, &document));
   view.OnInitialUpdate();
   Control own;
   own.CreateWnd({.class_name = "Edit", .place = {1, 2, 3, 4}, .parent = &child, .id = 77});

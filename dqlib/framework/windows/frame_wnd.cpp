@@ -1,45 +1,183 @@
 #include "dqlib/framework/windows/frame_wnd.h"
 
 #include "dqlib/framework/base/resource_chain.h"
+#include "dqlib/framework/windows/document.h"
 #include "dqlib/framework/windows/message_queue.h"
 #include "dqlib/framework/windows/screen.h"
 #include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/framework/windows/win_app.h"
 
 namespace dq {
+
+using detail::Watched;
+
 namespace {
 
-CMDIChildWnd* ToChild(HWND window) {
-  CWnd* const own = MessageQueue::FindOwnWindow(window);
-  return DYNAMIC_DOWNCAST(CMDIChildWnd, own);
+/// The first part of a string, up to "\n".
+std::string FirstPart(UINT string_id) {
+  const std::string_view text = AfxFindString(string_id).value_or(std::string_view());
+  return std::string(text.substr(0, text.find('\n')));
 }
 
 }  // namespace
 
 IMPLEMENT_DYNCREATE(CFrameWnd, CWnd)
-IMPLEMENT_DYNCREATE(CMDIFrameWnd, CFrameWnd)
-IMPLEMENT_DYNCREATE(CMDIChildWnd, CFrameWnd)
 
-CFrameWnd::~CFrameWnd() { CFrameWnd::DestroyWindow(); }
-
-bool CFrameWnd::Create(const char* class_name, const char* caption, const CRect& place,
-                       UINT menu_id) {
-  if (menu_id != 0 && own_menu_.m_hMenu == nullptr && !own_menu_.LoadMenu(menu_id)) return false;
-  if (!CreateWnd({.class_name = class_name == nullptr ? "" : class_name,
-                  .text = caption == nullptr ? "" : caption,
-                  .place = place})) {
-    return false;
-  }
-  if (menu_id != 0) SetMenu(&own_menu_);
-  return true;
+CFrameWnd::~CFrameWnd() {
+  deletes_itself_ = false;
+  CFrameWnd::DestroyWindow();
 }
 
-CWnd* CFrameWnd::GetActiveView() const { return MessageQueue::FindOwnWindow(active_view_); }
+bool CFrameWnd::Create(const char* class_name, const char* caption, const CRect& place,
+                       UINT menu_id, const CCreateContext* context, bool visible) {
+  return CreateFrame({.class_name = class_name == nullptr ? "" : class_name,
+                      .text = caption == nullptr ? "" : caption,
+                      .place = place,
+                      .visible = visible},
+                     menu_id, context);
+}
 
-void CFrameWnd::SetActiveView(CWnd* view) {
-  const HWND former = active_view_;
-  active_view_ = view == nullptr ? nullptr : view->GetSafeHwnd();
-  if (former != active_view_ && GetSafeHwnd() != nullptr) Changed(WindowChange::kActive);
+bool CFrameWnd::CreateFrame(const WindowCreation& creation, UINT menu_id,
+                            const CCreateContext* context) {
+  if (menu_id != 0 && !LoadMenuBar(menu_id)) return false;
+  title_ = std::string(creation.text);
+  if (!CreateWnd(creation)) return false;
+  const Watched self(*this);
+  if (own_menu_.m_hMenu != nullptr) SetMenu(&own_menu_);
+  if (self.IsThere() && OnCreateClient(context)) {
+    if (self.IsThere()) RecalcLayout();
+    return self.IsThere();
+  }
+  if (self.IsThere()) DestroyWindow();
+  return false;
+}
+
+bool CFrameWnd::LoadMenuBar(UINT menu_id) {
+  return own_menu_.m_hMenu != nullptr || own_menu_.LoadMenu(menu_id);
+}
+
+bool CFrameWnd::LoadFrame(UINT resource_id, CWnd* parent, const CCreateContext* context) {
+  LoadMenuBar(resource_id);
+  LoadAccelTable(resource_id);
+  const std::string title = FirstPart(resource_id);
+  constexpr CRect kUsual{0, 0, 800, 600};
+  return CreateFrame({.class_name = "Frame",
+                      .text = title,
+                      .place = kUsual,
+                      .centered = true,
+                      .owner = parent,
+                      .visible = false},
+                     0, context);
+}
+
+bool CFrameWnd::OnCreateClient(const CCreateContext* context) {
+  if (context == nullptr || context->m_pNewViewClass == nullptr) return true;
+  return CreateView(context) != nullptr;
+}
+
+CView* CFrameWnd::CreateView(const CCreateContext* context, int id) {
+  if (context == nullptr || context->m_pNewViewClass == nullptr || GetSafeHwnd() == nullptr) {
+    return nullptr;
+  }
+  std::unique_ptr<CObject> object(context->m_pNewViewClass->CreateObject());
+  CView* const view = DYNAMIC_DOWNCAST(CView, object.get());
+  if (view == nullptr || !view->Create(this, {}, id, context)) return nullptr;
+  view->m_bDeletesItself = true;
+  // It is its own from now on.
+  static_cast<void>(object.release());
+  return view;
+}
+
+CView* CFrameWnd::GetActiveView() const {
+  CWnd* const window = MessageQueue::FindOwnWindow(active_view_);
+  return DYNAMIC_DOWNCAST(CView, window);
+}
+
+void CFrameWnd::SetActiveView(CView* view, bool notify) {
+  CView* const former = GetActiveView();
+  const HWND now = view == nullptr ? nullptr : view->GetSafeHwnd();
+  if (active_view_ == now) return;
+  active_view_ = nullptr;
+  const Watched self(*this);
+  if (former != nullptr) former->OnActivateView(false, view, former);
+  // The handler may have chosen another one, or ended windows.
+  if (!self.IsThere() || active_view_ != nullptr) return;
+  if (now != nullptr && MessageQueue::FindOwnWindow(now) != view) return;
+  active_view_ = now;
+  if (GetSafeHwnd() != nullptr) Changed(WindowChange::kActive);
+  if (view != nullptr && notify) view->OnActivateView(true, view, former);
+}
+
+CDocument* CFrameWnd::GetActiveDocument() {
+  const CView* const view = GetActiveView();
+  return view == nullptr ? nullptr : view->GetDocument();
+}
+
+void CFrameWnd::RecalcLayout() {
+  lay_out_again_ = true;
+  if (laying_out_ || GetSafeHwnd() == nullptr || IsIconic()) return;
+  const Watched self(*this);
+  laying_out_ = true;
+  // Bars that change while they are laid out may ask for it once more, but not for ever.
+  constexpr int kMostRounds = 4;
+  for (int round = 0; lay_out_again_ && round < kMostRounds; ++round) {
+    lay_out_again_ = false;
+    std::vector<HWND> bars;
+    for (CWnd* child = GetTopWindow(); child != nullptr; child = child->GetNextWindow()) {
+      if (child->IsKindOf(RUNTIME_CLASS(CControlBar))) bars.push_back(child->GetSafeHwnd());
+    }
+    CRect room = GetClientRect();
+    for (const HWND each : bars) {
+      CWnd* const window = MessageQueue::FindOwnWindow(each);
+      CControlBar* const bar = DYNAMIC_DOWNCAST(CControlBar, window);
+      if (bar != nullptr && bar->IsShown()) bar->LayOut(room);
+      if (!self.IsThere()) return;
+    }
+    if (CWnd* const pane = GetDlgItem(kFirstPaneId)) pane->MoveWindow(room);
+    if (!self.IsThere()) return;
+  }
+  laying_out_ = false;
+}
+
+void CFrameWnd::ShowControlBar(CControlBar* bar, bool show) {
+  if (bar == nullptr || bar->IsShown() == show) return;
+  const Watched self(*this);
+  bar->ShowWindow(show ? SW_SHOWNA : SW_HIDE);
+  if (self.IsThere()) RecalcLayout();
+}
+
+void CFrameWnd::InitialUpdateFrame(CDocument*, bool visible) {
+  const Watched self(*this);
+  if (GetActiveView() == nullptr) {
+    CWnd* const pane = GetDlgItem(kFirstPaneId);
+    if (CView* const view = DYNAMIC_DOWNCAST(CView, pane)) SetActiveView(view, false);
+  }
+  if (self.IsThere()) SendMessageToDescendants(WM_INITIALUPDATE);
+  if (!self.IsThere()) return;
+  OnUpdateFrameTitle(true);
+  if (!visible) return;
+  CView* const view = GetActiveView();
+  ActivateFrame();
+  if (self.IsThere() && view != nullptr && GetActiveView() == view) {
+    view->OnActivateView(true, view, view);
+  }
+}
+
+void CFrameWnd::ActivateFrame(int show_command) {
+  if (show_command == -1) show_command = IsIconic() ? SW_RESTORE : SW_SHOW;
+  const Watched self(*this);
+  ShowWindow(show_command);
+  if (self.IsThere() && GetParent() == nullptr) SetActiveWindow();
+}
+
+void CFrameWnd::OnUpdateFrameTitle(bool add_document) {
+  CString text = title_;
+  const CDocument* const document = add_document ? GetActiveDocument() : nullptr;
+  if (document != nullptr && !document->GetTitle().IsEmpty()) {
+    text = document->GetTitle();
+    if (!title_.IsEmpty()) text += " - " + title_;
+  }
+  if (GetWindowText() != text) SetWindowText(text);
 }
 
 void CFrameWnd::SetMessageText(const char* text) {
@@ -47,9 +185,7 @@ void CFrameWnd::SetMessageText(const char* text) {
   if (GetSafeHwnd() != nullptr) Changed(WindowChange::kContent);
 }
 
-void CFrameWnd::SetMessageText(UINT string_id) {
-  SetMessageText(std::string(AfxFindString(string_id).value_or(std::string_view())).c_str());
-}
+void CFrameWnd::SetMessageText(UINT string_id) { SetMessageText(FirstPart(string_id).c_str()); }
 
 void CFrameWnd::UpdateMenu() {
   if (GetMenu() != nullptr) GetMenu()->UpdateItems(*this);
@@ -57,8 +193,8 @@ void CFrameWnd::UpdateMenu() {
 
 BOOL CFrameWnd::OnCmdMsg(UINT id, int code, void* extra, void* handler_info) {
   // One that declines may have ended the frame.
-  const detail::Watched self(*this);
-  CWnd* const view = GetActiveView();
+  const Watched self(*this);
+  CView* const view = GetActiveView();
   if (view != nullptr && view->OnCmdMsg(id, code, extra, handler_info) != 0) return 1;
   if (!self.IsThere()) return 0;
   if (CWnd::OnCmdMsg(id, code, extra, handler_info) != 0) return 1;
@@ -78,126 +214,68 @@ BOOL CFrameWnd::PreTranslateMessage(MSG* message) {
   return CWnd::PreTranslateMessage(message);
 }
 
-/// The window in which child frames lie: it makes them active and ends them when it is told to.
-class CMDIFrameWnd::Client : public CWnd {
- protected:
-  LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
-    CMDIFrameWnd* const frame = DYNAMIC_DOWNCAST(CMDIFrameWnd, GetParent());
-    CMDIChildWnd* const child = ToChild(reinterpret_cast<HWND>(wparam));
-    if (frame != nullptr && child != nullptr && child->GetParent() == this) {
-      if (message == WM_MDIACTIVATE) frame->Activate(child);
-      if (message == WM_MDIDESTROY) child->DestroyWindow();
+void CFrameWnd::OnClose() {
+  const Watched self(*this);
+  CDocument* const document = GetActiveDocument();
+  if (document != nullptr && !document->CanCloseFrame(this)) return;
+  if (!self.IsThere()) return;
+  CWinApp* const app = AfxGetApp();
+  if (app != nullptr && app->m_pMainWnd == this) {
+    if (!app->SaveAllModified() || !self.IsThere()) return;
+    app->CloseAllDocuments();
+    if (!self.IsThere()) return;
+  } else if (document != nullptr && GetActiveDocument() == document && document->m_bAutoDelete &&
+             !document->HasViewOutside(*this)) {
+    document->OnCloseDocument();
+    return;
+  }
+  DestroyWindow();
+}
+
+LRESULT CFrameWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
+  const Watched self(*this);
+  switch (message) {
+    case WM_SIZE:
+      if (wparam != SIZE_MINIMIZED) RecalcLayout();
+      return 0;
+    case WM_CLOSE:
+      OnClose();
+      return 0;
+    case WM_SETFOCUS:
+      if (CView* const view = GetActiveView()) view->SetFocus();
+      return 0;
+    case WM_ACTIVATE: {
+      CWnd::DefWindowProc(message, wparam, lparam);
+      CView* const view = self.IsThere() ? GetActiveFrame()->GetActiveView() : nullptr;
+      if (view != nullptr) view->OnActivateView(LoWord(wparam) != WA_INACTIVE, view, view);
+      return 0;
     }
-    return CWnd::DefWindowProc(message, wparam, lparam);
-  }
-};
-
-CMDIFrameWnd::CMDIFrameWnd() = default;
-
-CMDIFrameWnd::~CMDIFrameWnd() { CMDIFrameWnd::DestroyWindow(); }
-
-CWnd* CMDIFrameWnd::GetMDIClient() {
-  if (GetSafeHwnd() == nullptr) return nullptr;
-  if (client_ == nullptr) client_ = std::make_unique<Client>();
-  if (client_->GetSafeHwnd() == nullptr &&
-      !client_->CreateWnd({.class_name = "MDIClient", .place = GetClientRect(), .parent = this})) {
-    return nullptr;
-  }
-  return client_.get();
-}
-
-CMDIChildWnd* CMDIFrameWnd::MDIGetActive() const { return ToChild(active_child_); }
-
-void CMDIFrameWnd::MDIActivate(CMDIChildWnd* child) {
-  CWnd* const client = GetMDIClient();
-  if (client == nullptr || child == nullptr) return;
-  client->SendMessage(WM_MDIACTIVATE, reinterpret_cast<WPARAM>(child->GetSafeHwnd()));
-}
-
-void CMDIFrameWnd::Activate(CMDIChildWnd* child) {
-  const HWND former = active_child_;
-  const HWND now = child == nullptr ? nullptr : child->GetSafeHwnd();
-  if (former == now) return;
-  active_child_ = now;
-  Changed(WindowChange::kActive);
-  for (const HWND told : {former, now}) {
-    SendToWindow(told, WM_MDIACTIVATE, reinterpret_cast<WPARAM>(former),
-                 reinterpret_cast<LPARAM>(now));
-  }
-}
-
-void CMDIFrameWnd::MDINext() {
-  CMDIChildWnd* const active = MDIGetActive();
-  CWnd* const client = GetMDIClient();
-  if (client == nullptr) return;
-  CWnd* next = active == nullptr ? nullptr : active->GetNextWindow();
-  if (next == nullptr) next = client->GetTopWindow();
-  MDIActivate(DYNAMIC_DOWNCAST(CMDIChildWnd, next));
-}
-
-CFrameWnd* CMDIFrameWnd::GetActiveFrame() {
-  CMDIChildWnd* const child = MDIGetActive();
-  return child == nullptr ? static_cast<CFrameWnd*>(this) : child;
-}
-
-BOOL CMDIFrameWnd::OnCmdMsg(UINT id, int code, void* extra, void* handler_info) {
-  const detail::Watched self(*this);
-  CMDIChildWnd* const child = MDIGetActive();
-  if (child != nullptr && child->OnCmdMsg(id, code, extra, handler_info) != 0) return 1;
-  if (!self.IsThere()) return 0;
-  return CFrameWnd::OnCmdMsg(id, code, extra, handler_info);
-}
-
-LRESULT CMDIFrameWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
-  if (message == WM_SIZE && wparam != SIZE_MINIMIZED && client_ != nullptr) {
-    const detail::Watched self(*this);
-    client_->MoveWindow(GetClientRect());
-    if (!self.IsThere()) return 0;
-  }
-  return CFrameWnd::DefWindowProc(message, wparam, lparam);
-}
-
-CMDIChildWnd::~CMDIChildWnd() { CMDIChildWnd::DestroyWindow(); }
-
-bool CMDIChildWnd::Create(const char* class_name, const char* caption, const CRect& place,
-                          CMDIFrameWnd* parent) {
-  CWnd* const client = parent == nullptr ? nullptr : parent->GetMDIClient();
-  if (client == nullptr) return false;
-  if (!CreateWnd({.class_name = class_name == nullptr ? "" : class_name,
-                  .text = caption == nullptr ? "" : caption,
-                  .place = place,
-                  .parent = client})) {
-    return false;
-  }
-  const detail::Watched self(*this);
-  parent->MDIActivate(this);
-  return self.IsThere();
-}
-
-CMDIFrameWnd* CMDIChildWnd::GetMDIFrame() const {
-  const CWnd* const client = GetParent();
-  return client == nullptr ? nullptr : DYNAMIC_DOWNCAST(CMDIFrameWnd, client->GetParent());
-}
-
-void CMDIChildWnd::MDIDestroy() {
-  if (CWnd* const client = GetParent()) {
-    client->SendMessage(WM_MDIDESTROY, reinterpret_cast<WPARAM>(GetSafeHwnd()));
-  }
-}
-
-void CMDIChildWnd::MDIActivate() {
-  if (CMDIFrameWnd* const frame = GetMDIFrame()) frame->MDIActivate(this);
-}
-
-LRESULT CMDIChildWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
-  if (message == WM_DESTROY) {
-    CMDIFrameWnd* const frame = GetMDIFrame();
-    if (frame != nullptr && frame->MDIGetActive() == this) {
-      CWnd* next = GetNextWindow() != nullptr ? GetNextWindow() : GetPrevWindow();
-      frame->Activate(DYNAMIC_DOWNCAST(CMDIChildWnd, next));
+    case WM_INITMENUPOPUP: {
+      CMenu* const menu = CMenu::FromHandle(reinterpret_cast<HMENU>(wparam));
+      if (menu != nullptr) menu->UpdateItems(*this);
+      return 0;
     }
+    case WM_MENUSELECT:
+      ShowMenuHelp(LoWord(wparam), HiWord(wparam), lparam != 0);
+      return 0;
+    case WM_DESTROY:
+      if (AfxGetApp() != nullptr && AfxGetApp() == AfxGetThread() && AfxGetMainWnd() == this) {
+        PostQuitMessage(0);
+      }
+      return 0;
+    default:
+      return CWnd::DefWindowProc(message, wparam, lparam);
   }
-  return CFrameWnd::DefWindowProc(message, wparam, lparam);
+}
+
+/// The string with the id of a command explains it while the person looks at its item.
+void CFrameWnd::ShowMenuHelp(UINT id, UINT flags, bool in_menu) {
+  const bool is_command = in_menu && (flags & (MF_POPUP | MF_SEPARATOR)) == 0;
+  SetMessageText(is_command ? FirstPart(id).c_str() : "");
+}
+
+void CFrameWnd::PostNcDestroy() {
+  if (deletes_itself_) delete this;
 }
 
 }  // namespace dq

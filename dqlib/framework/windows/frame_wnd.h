@@ -1,36 +1,72 @@
-// Frames: windows with a main menu whose commands go to what is active in them.
+// Frames: windows with a main menu, bars and a view, whose commands go to what is active in them.
 
 #pragma once
 
-#include <memory>
-
+#include "dqlib/framework/windows/control_bar.h"
 #include "dqlib/framework/windows/menu.h"
-#include "dqlib/framework/windows/wnd.h"
+#include "dqlib/framework/windows/view.h"
 
 namespace dq {
 
-/// A frame. Commands go to its active view first, then to the frame, then to the application.
+/// A frame. Commands go to its active view first, then to the frame, then to the application. A
+/// frame that a document template has made deletes itself when its window ends; any other one is
+/// its maker's. The thread of the application ends with its main window, if that is a frame.
 class CFrameWnd : public CWnd {
   DECLARE_DYNCREATE(CFrameWnd)
   CFrameWnd() = default;
   ~CFrameWnd() override;
 
-  /// Makes a top-level frame with the menu of the id (0 for none) by the chain of resource modules.
-  bool Create(const char* class_name, const char* caption, const CRect& place, UINT menu_id = 0);
+  /// Makes a top-level frame with the menu of the id (0 for none) by the chain of resource modules,
+  /// and what `OnCreateClient` makes in it for the context, which may be null. It is laid out then.
+  bool Create(const char* class_name, const char* caption, const CRect& place, UINT menu_id = 0,
+              const CCreateContext* context = nullptr, bool visible = true);
+  /// Makes the frame, hidden, with the menu, the key combinations and the title of one id: the
+  /// title is the first part of the string up to "\n". What isn't there is left out.
+  virtual bool LoadFrame(UINT resource_id, CWnd* parent = nullptr,
+                         const CCreateContext* context = nullptr);
+
+  /// Makes the view of the context's class, and has it delete itself with its window. Null if the
+  /// class is none of a view or the window can't be made.
+  CView* CreateView(const CCreateContext* context, int id = kFirstPaneId);
 
   /// The view that works in the frame, or null. A view that ends stops being the active one.
-  CWnd* GetActiveView() const;
-  virtual void SetActiveView(CWnd* view);
+  CView* GetActiveView() const;
+  /// Makes a view of the frame the active one, or none with null. The former one and, if `notify`,
+  /// the new one are told by `CView::OnActivateView`.
+  virtual void SetActiveView(CView* view, bool notify = true);
+  /// The document of the active view, or null.
+  virtual CDocument* GetActiveDocument();
   /// The active child frame, or the frame itself.
   virtual CFrameWnd* GetActiveFrame() { return this; }
+
+  /// Lays out the frame's client area: its visible bars take their edges in the order of the
+  /// children, and the child `kFirstPaneId` fills the rest. Called when the size changes and a bar
+  /// comes, goes or changes; calls within it are put off to its end.
+  virtual void RecalcLayout();
+  /// Shows or hides a bar of the frame.
+  void ShowControlBar(CControlBar* bar, bool show);
+
+  /// Sends the views below `WM_INITIALUPDATE`, brings the title up to date and shows the frame, if
+  /// `visible`. The first view becomes the active one if there is none.
+  void InitialUpdateFrame(CDocument* document, bool visible);
+  /// Shows the frame, restored if it is minimised, and makes it the active one; -1 shows it as it
+  /// is.
+  virtual void ActivateFrame(int show_command = -1);
+  /// The title: that of the frame, or "<document> - <frame>" with `add_document` and an active
+  /// document.
+  virtual void OnUpdateFrameTitle(bool add_document);
+  const CString& GetTitle() const { return title_; }
+  void SetTitle(const char* title) { title_ = title; }
 
   /// Key combinations of the frame; see `AcceleratorTable::Translate`.
   bool LoadAccelTable(UINT id) { return accelerators_.Load(id); }
   const AcceleratorTable& GetAccelTable() const { return accelerators_; }
+  AcceleratorTable& GetAccelTable() { return accelerators_; }
 
-  /// The text in the frame's message line, or "".
+  /// The text in the frame's message line, or "". A status bar of the frame shows it.
   const CString& GetMessageText() const { return message_text_; }
   void SetMessageText(const char* text);
+  /// The first part of the string up to "\n".
   void SetMessageText(UINT string_id);
 
   /// Brings the menu's items up to date.
@@ -39,68 +75,40 @@ class CFrameWnd : public CWnd {
   BOOL OnCmdMsg(UINT id, int code, void* extra, void* handler_info) override;
   /// Key combinations of the frame become commands.
   BOOL PreTranslateMessage(MSG* message) override;
+  bool IsSizable() const override { return true; }
+
+ protected:
+  friend class CDocTemplate;
+
+  /// Makes what fills the client area. The base makes the view of the context's class, if it has
+  /// one. False refuses, and the frame ends.
+  virtual bool OnCreateClient(const CCreateContext* context);
+  /// The person, or the system, closes the frame. The base asks the active document whether it can
+  /// close, and if this is the application's main window, all documents; then it closes the
+  /// document, if the frame has the only views of it and it is deleted with them, or ends the
+  /// frame.
+  virtual void OnClose();
+
+  LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
+  void PostNcDestroy() override;
+
+  /// The body of creation, where the window is made by `creation`.
+  bool CreateFrame(const WindowCreation& creation, UINT menu_id, const CCreateContext* context);
+  bool LoadMenuBar(UINT menu_id);
+  /// A frame that was made by `new` deletes itself with its window.
+  void DeleteWithWindow() { deletes_itself_ = true; }
 
  private:
+  void ShowMenuHelp(UINT id, UINT flags, bool in_menu);
+
   HWND active_view_ = nullptr;
   CMenu own_menu_;
   AcceleratorTable accelerators_;
   CString message_text_;
-};
-
-class CMDIChildWnd;
-
-/// A frame with child frames in its client window, one of them active.
-class CMDIFrameWnd : public CFrameWnd {
-  DECLARE_DYNCREATE(CMDIFrameWnd)
-  CMDIFrameWnd();
-  ~CMDIFrameWnd() override;
-
-  /// The window that the child frames lie in; made with the first of them.
-  CWnd* GetMDIClient();
-  /// The active child frame, or null.
-  CMDIChildWnd* MDIGetActive() const;
-  /// Makes the child frame the active one, by sending the client window `WM_MDIACTIVATE` with its
-  /// handle. Then the former child frame and the new one get that message with the handles of both,
-  /// the former first.
-  void MDIActivate(CMDIChildWnd* child);
-  /// The next child frame in order becomes active.
-  void MDINext();
-  CFrameWnd* GetActiveFrame() override;
-
-  /// Commands go to the active child frame first.
-  BOOL OnCmdMsg(UINT id, int code, void* extra, void* handler_info) override;
-
- protected:
-  LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
-
- private:
-  friend class CMDIChildWnd;
-  class Client;
-
-  void Activate(CMDIChildWnd* child);
-
-  std::unique_ptr<Client> client_;
-  HWND active_child_ = nullptr;
-};
-
-/// A child frame. Commands sent to it go where those of any frame do; those of the main frame come
-/// to the application first by the active child frame, then by the main frame itself.
-class CMDIChildWnd : public CFrameWnd {
-  DECLARE_DYNCREATE(CMDIChildWnd)
-  CMDIChildWnd() = default;
-  ~CMDIChildWnd() override;
-
-  /// Makes it in the parent's client window and makes it the active one.
-  bool Create(const char* class_name, const char* caption, const CRect& place,
-              CMDIFrameWnd* parent);
-  CMDIFrameWnd* GetMDIFrame() const;
-  /// Ends the child frame by sending the client window `WM_MDIDESTROY` with its handle; the next
-  /// one becomes active.
-  void MDIDestroy();
-  void MDIActivate();
-
- protected:
-  LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
+  CString title_;
+  bool laying_out_ = false;
+  bool lay_out_again_ = false;
+  bool deletes_itself_ = false;
 };
 
 }  // namespace dq

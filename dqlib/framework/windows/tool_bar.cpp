@@ -10,12 +10,16 @@
 
 namespace dq {
 
-IMPLEMENT_DYNAMIC(CToolBar, CWnd)
+IMPLEMENT_DYNAMIC(CToolBar, CControlBar)
 
 namespace {
 
 constexpr std::string_view kClassName = "ToolBar";
 constexpr WORD kVersion = 1;
+// Pixels: around a button's picture, around the buttons, and a separator between them.
+constexpr LONG kButtonMargin = 4;
+constexpr LONG kBarMargin = 2;
+constexpr LONG kSeparatorWidth = 8;
 constexpr std::size_t kHeadWords = 4;
 constexpr std::size_t kHighestWord = 0xFFFF;
 
@@ -172,13 +176,32 @@ void CToolBar::OnUpdateCmdUI(CCmdTarget& target, bool disable_if_no_handler) {
   }
 }
 
-LRESULT CToolBar::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
-  if (message == WM_IDLEUPDATECMDUI) {
-    CFrameWnd* const frame = GetParentFrame();
-    if (frame != nullptr && IsWindowVisible()) OnUpdateCmdUI(*frame, wparam != 0);
-    return 0;
+CRect CToolBar::GetItemRect(int position) const {
+  if (position < 0 || position >= GetItemCount()) return {};
+  LONG start = kBarMargin;
+  for (int at = 0; at < position; ++at) start += ExtentOf(at);
+  const LONG end = start + ExtentOf(position);
+  const CSize button = ButtonSize();
+  if (GetDockSide() == DockSide::kLeft || GetDockSide() == DockSide::kRight) {
+    return {kBarMargin, start, kBarMargin + button.cx, end};
   }
-  return CWnd::DefWindowProc(message, wparam, lparam);
+  return {start, kBarMargin, end, kBarMargin + button.cy};
+}
+
+CSize CToolBar::ButtonSize() const {
+  return {picture_size_.cx + 2 * kButtonMargin, picture_size_.cy + 2 * kButtonMargin};
+}
+
+/// Along the bar.
+LONG CToolBar::ExtentOf(int position) const {
+  if (!IsButton(position)) return kSeparatorWidth;
+  const bool vertical = GetDockSide() == DockSide::kLeft || GetDockSide() == DockSide::kRight;
+  return vertical ? ButtonSize().cy : ButtonSize().cx;
+}
+
+CSize CToolBar::CalcFixedLayout(const CSize&, bool) {
+  const CSize button = ButtonSize();
+  return {button.cx + 2 * kBarMargin, button.cy + 2 * kBarMargin};
 }
 
 }  // namespace dq

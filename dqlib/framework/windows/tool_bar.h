@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "dqlib/framework/windows/wnd.h"
+#include "dqlib/framework/windows/control_bar.h"
 
 namespace dq {
 
@@ -41,11 +41,11 @@ struct ToolBarButton {
 /// A tool bar. Its buttons are there before its window is made; changes of them are
 /// told as those of rows. Positions count from 0, separators too; for one that isn't there
 /// operations do nothing and answer 0 or false.
-class CToolBar : public CWnd {
+class CToolBar : public CControlBar {
   DECLARE_DYNAMIC(CToolBar)
 
-  /// Makes the window below `parent`, which gets the commands.
-  bool Create(CWnd* parent, int id = 0);
+  /// Makes the window below `parent`, which gets the commands. A frame has it at the top at first.
+  bool Create(CWnd* parent, int id = kToolBarId);
 
   /// Takes the buttons and their size from the tool bar resource with the id by the chain of
   /// resource modules. False, and no change, if there is none or its data are broken.
@@ -73,16 +73,18 @@ class CToolBar : public CWnd {
   /// disabled or a separator, or the bar has no parent.
   bool ClickButton(int position);
 
+  /// Where a button lies, in client coordinates; empty if there is none. Buttons stand in a row, or
+  /// in a column where the bar is vertical.
+  CRect GetItemRect(int position) const;
+  CSize CalcFixedLayout(const CSize& room, bool horizontal) override;
   /// Brings all buttons up to date by the handlers of `target` and its route. Handlers may replace
-  /// the buttons, and end the bar, and `target` if that is a window. Called with the frame around
-  /// the bar when the thread is idle (`WM_IDLEUPDATECMDUI`), if the bar is visible.
-  void OnUpdateCmdUI(CCmdTarget& target, bool disable_if_no_handler);
-
- protected:
-  LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
+  /// the buttons, and end the bar, and `target` if that is a window.
+  void OnUpdateCmdUI(CCmdTarget& target, bool disable_if_no_handler) override;
 
  private:
   bool IsButton(int position) const;
+  CSize ButtonSize() const;
+  LONG ExtentOf(int position) const;
   /// Puts the button in the state and tells the observer if that is another.
   void SetButton(int position, const ToolBarButton& state);
 

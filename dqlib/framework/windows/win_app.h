@@ -27,6 +27,11 @@ class CWinApp : public CWinThread {
   const CString& GetExecutablePath() const { return executable_path_; }
   void SetExecutablePath(const char* path) { executable_path_ = path; }
 
+  /// Asks each open document to save what has been changed; false if the person cancels.
+  virtual BOOL SaveAllModified() { return 1; }
+  /// Closes all documents, without questions.
+  virtual void CloseAllDocuments() {}
+
   /// The program's profile: values by section and entry under its root key in the registry,
   /// "Software\<registry key name>\<application's name>", where sections are keys and `\` in one
   /// nests keys. Without a registry key name they stand in the profile file "<application's

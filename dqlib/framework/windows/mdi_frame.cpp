@@ -1,0 +1,227 @@
+#include "dqlib/framework/windows/mdi_frame.h"
+
+#include "dqlib/framework/windows/document.h"
+#include "dqlib/framework/windows/message_queue.h"
+#include "dqlib/framework/windows/ui_state.h"
+#include "dqlib/framework/windows/win_thread.h"
+
+namespace dq {
+
+using detail::Watched;
+
+namespace {
+
+CMDIChildWnd* ToChild(HWND window) {
+  CWnd* const own = MessageQueue::FindOwnWindow(window);
+  return DYNAMIC_DOWNCAST(CMDIChildWnd, own);
+}
+
+/// Where the next child frame lies: a step below and to the right of the one before it, as long as
+/// it is mostly in sight.
+CRect NextPlace(const CWnd& client, const CWnd* before) {
+  constexpr LONG kStep = 24;
+  const CRect room = client.GetClientRect();
+  const CSize size{room.Width() * 3 / 4, room.Height() * 3 / 4};
+  CPoint at;
+  if (before != nullptr) at = {before->GetPlace().left + kStep, before->GetPlace().top + kStep};
+  if (at.x > room.Width() / 4 || at.y > room.Height() / 4) at = {};
+  return {at.x, at.y, at.x + size.cx, at.y + size.cy};
+}
+
+}  // namespace
+
+IMPLEMENT_DYNCREATE(CMDIFrameWnd, CFrameWnd)
+IMPLEMENT_DYNCREATE(CMDIChildWnd, CFrameWnd)
+
+/// The window in which child frames lie: it makes them active and ends them when it is told to, and
+/// keeps the one that is maximised in its size.
+class CMDIFrameWnd::Client : public CWnd {
+ protected:
+  LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
+    CMDIFrameWnd* const frame = DYNAMIC_DOWNCAST(CMDIFrameWnd, GetParent());
+    CMDIChildWnd* const child = ToChild(reinterpret_cast<HWND>(wparam));
+    if (frame != nullptr && child != nullptr && child->GetParent() == this) {
+      if (message == WM_MDIACTIVATE) frame->Activate(child);
+      if (message == WM_MDIDESTROY) child->DestroyWindow();
+    }
+    if (frame != nullptr && message == WM_SIZE) {
+      CMDIChildWnd* const active = frame->MDIGetActive();
+      if (active != nullptr && active->IsZoomed()) active->MoveWindow(GetClientRect());
+    }
+    return CWnd::DefWindowProc(message, wparam, lparam);
+  }
+};
+
+CMDIFrameWnd::CMDIFrameWnd() = default;
+
+CMDIFrameWnd::~CMDIFrameWnd() { CMDIFrameWnd::DestroyWindow(); }
+
+CWnd* CMDIFrameWnd::GetMDIClient() {
+  if (GetSafeHwnd() == nullptr) return nullptr;
+  if (client_ == nullptr) client_ = std::make_unique<Client>();
+  if (client_->GetSafeHwnd() == nullptr) {
+    if (!client_->CreateWnd({.class_name = "MDIClient", .parent = this, .id = kFirstPaneId})) {
+      return nullptr;
+    }
+    RecalcLayout();
+  }
+  return client_.get();
+}
+
+CMDIChildWnd* CMDIFrameWnd::MDIGetActive() const { return ToChild(active_child_); }
+
+void CMDIFrameWnd::MDIActivate(CMDIChildWnd* child) {
+  CWnd* const client = GetMDIClient();
+  if (client == nullptr || child == nullptr) return;
+  client->SendMessage(WM_MDIACTIVATE, reinterpret_cast<WPARAM>(child->GetSafeHwnd()));
+}
+
+void CMDIFrameWnd::Activate(CMDIChildWnd* child) {
+  const HWND former = active_child_;
+  const HWND now = child == nullptr ? nullptr : child->GetSafeHwnd();
+  if (former == now) return;
+  active_child_ = now;
+  const Watched self(*this);
+  Changed(WindowChange::kActive);
+  CMDIChildWnd* const left = ToChild(former);
+  const bool zoomed = left != nullptr && left->IsZoomed();
+  if (zoomed && child != nullptr) left->ShowWindow(SW_SHOWNOACTIVATE);
+  for (const HWND told : {former, now}) {
+    SendToWindow(told, WM_MDIACTIVATE, reinterpret_cast<WPARAM>(former),
+                 reinterpret_cast<LPARAM>(now));
+  }
+  if (!self.IsThere() || active_child_ != now) return;
+  CMDIChildWnd* const active = ToChild(now);
+  if (zoomed && active != nullptr && !active->IsZoomed()) active->ShowWindow(SW_SHOWMAXIMIZED);
+  if (self.IsThere()) OnUpdateFrameTitle(true);
+}
+
+void CMDIFrameWnd::MDINext() {
+  CMDIChildWnd* const active = MDIGetActive();
+  CWnd* const client = GetMDIClient();
+  if (client == nullptr) return;
+  CWnd* next = active == nullptr ? nullptr : active->GetNextWindow();
+  if (next == nullptr) next = client->GetTopWindow();
+  MDIActivate(DYNAMIC_DOWNCAST(CMDIChildWnd, next));
+}
+
+CFrameWnd* CMDIFrameWnd::GetActiveFrame() {
+  CMDIChildWnd* const child = MDIGetActive();
+  return child == nullptr ? static_cast<CFrameWnd*>(this) : child;
+}
+
+CDocument* CMDIFrameWnd::GetActiveDocument() {
+  CMDIChildWnd* const child = MDIGetActive();
+  return child == nullptr ? CFrameWnd::GetActiveDocument() : child->GetActiveDocument();
+}
+
+BOOL CMDIFrameWnd::OnCmdMsg(UINT id, int code, void* extra, void* handler_info) {
+  const Watched self(*this);
+  CMDIChildWnd* const child = MDIGetActive();
+  if (child != nullptr && child->OnCmdMsg(id, code, extra, handler_info) != 0) return 1;
+  if (!self.IsThere()) return 0;
+  return CFrameWnd::OnCmdMsg(id, code, extra, handler_info);
+}
+
+BOOL CMDIFrameWnd::PreTranslateMessage(MSG* message) {
+  // Key combinations of the active child frame come first, wherever the focus is.
+  CMDIChildWnd* const child = MDIGetActive();
+  const CWnd* const window = MessageQueue::FindOwnWindow(message->hwnd);
+  if (child != nullptr && window != child && !child->IsChild(window)) {
+    const Watched self(*this);
+    if (child->PreTranslateMessage(message) != 0 || !self.IsThere()) return 1;
+  }
+  return CFrameWnd::PreTranslateMessage(message);
+}
+
+CMDIChildWnd::~CMDIChildWnd() { CMDIChildWnd::DestroyWindow(); }
+
+bool CMDIChildWnd::Create(const char* class_name, const char* caption, const CRect& place,
+                          CMDIFrameWnd* parent, const CCreateContext* context) {
+  CWnd* const client = parent == nullptr ? nullptr : parent->GetMDIClient();
+  if (client == nullptr) return false;
+  if (!CreateFrame({.class_name = class_name == nullptr ? "" : class_name,
+                    .text = caption == nullptr ? "" : caption,
+                    .place = place,
+                    .parent = client},
+                   0, context)) {
+    return false;
+  }
+  const Watched self(*this);
+  parent->MDIActivate(this);
+  return self.IsThere();
+}
+
+bool CMDIChildWnd::LoadFrame(UINT resource_id, CWnd* parent, const CCreateContext* context) {
+  if (parent == nullptr) parent = AfxGetMainWnd();
+  CMDIFrameWnd* const main = DYNAMIC_DOWNCAST(CMDIFrameWnd, parent);
+  CWnd* const client = main == nullptr ? nullptr : main->GetMDIClient();
+  if (client == nullptr) return false;
+  LoadAccelTable(resource_id);
+  return CreateFrame({.class_name = "ChildFrame",
+                      .place = NextPlace(*client, main->MDIGetActive()),
+                      .parent = client,
+                      .visible = false},
+                     0, context);
+}
+
+CMDIFrameWnd* CMDIChildWnd::GetMDIFrame() const {
+  const CWnd* const client = GetParent();
+  return client == nullptr ? nullptr : DYNAMIC_DOWNCAST(CMDIFrameWnd, client->GetParent());
+}
+
+void CMDIChildWnd::MDIDestroy() {
+  if (CWnd* const client = GetParent()) {
+    client->SendMessage(WM_MDIDESTROY, reinterpret_cast<WPARAM>(GetSafeHwnd()));
+  }
+}
+
+void CMDIChildWnd::MDIActivate() {
+  if (CMDIFrameWnd* const frame = GetMDIFrame()) frame->MDIActivate(this);
+}
+
+void CMDIChildWnd::ActivateFrame(int show_command) {
+  const Watched self(*this);
+  CMDIFrameWnd* const main = GetMDIFrame();
+  const CMDIChildWnd* const former = main == nullptr ? nullptr : main->MDIGetActive();
+  // The state of the child frame before is passed on.
+  if (show_command == -1 && former != nullptr && former->IsZoomed())
+    show_command = SW_SHOWMAXIMIZED;
+  CFrameWnd::ActivateFrame(show_command);
+  if (self.IsThere()) MDIActivate();
+}
+
+void CMDIChildWnd::OnUpdateFrameTitle(bool add_document) {
+  const CDocument* const document = add_document ? GetActiveDocument() : nullptr;
+  if (document == nullptr || document->GetTitle().IsEmpty()) return;
+  CString text = document->GetTitle();
+  if (window_number_ > 0) text += CString(":") + std::to_string(window_number_).c_str();
+  const Watched self(*this);
+  if (GetWindowText() != text) SetWindowText(text);
+  CMDIFrameWnd* const main = self.IsThere() ? GetMDIFrame() : nullptr;
+  if (main != nullptr && main->MDIGetActive() == this) main->OnUpdateFrameTitle(true);
+}
+
+LRESULT CMDIChildWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
+  const Watched self(*this);
+  switch (message) {
+    case WM_DESTROY: {
+      CMDIFrameWnd* const frame = GetMDIFrame();
+      if (frame == nullptr || frame->MDIGetActive() != this) break;
+      CWnd* const next = GetNextWindow() != nullptr ? GetNextWindow() : GetPrevWindow();
+      frame->Activate(DYNAMIC_DOWNCAST(CMDIChildWnd, next));
+      break;
+    }
+    case WM_MDIACTIVATE: {
+      const bool activated = reinterpret_cast<HWND>(lparam) == GetSafeHwnd();
+      if (CView* const view = GetActiveView()) view->OnActivateView(activated, view, view);
+      if (!self.IsThere()) return 0;
+      break;
+    }
+    default:
+      break;
+  }
+  return CFrameWnd::DefWindowProc(message, wparam, lparam);
+}
+
+}  // namespace dq

@@ -1,0 +1,77 @@
+#include "dqlib/framework/windows/view.h"
+
+#include "dqlib/framework/windows/document.h"
+#include "dqlib/framework/windows/frame_wnd.h"
+#include "dqlib/framework/windows/ui_state.h"
+
+namespace dq {
+
+using detail::Watched;
+
+IMPLEMENT_DYNAMIC(CView, CWnd)
+
+CView::~CView() {
+  m_bDeletesItself = false;
+  CView::DestroyWindow();
+  if (m_pDocument != nullptr) m_pDocument->RemoveView(this);
+}
+
+bool CView::Create(CWnd* parent, const CRect& place, int id, const CCreateContext* context) {
+  if (parent == nullptr) return false;
+  if (!CreateWnd({.class_name = "View", .place = place, .parent = parent, .id = id})) return false;
+  Attach(context == nullptr ? nullptr : context->m_pCurrentDoc);
+  return true;
+}
+
+bool CView::Create(CWnd* parent, const CRect& place, int id, CDocument* document) {
+  const CCreateContext context{.m_pCurrentDoc = document};
+  return Create(parent, place, id, &context);
+}
+
+void CView::Attach(CDocument* document) {
+  if (document != nullptr) document->AddView(this);
+  CFrameWnd* const frame = GetParentFrame();
+  if (frame != nullptr && frame->GetActiveView() == nullptr) frame->SetActiveView(this, false);
+}
+
+void CView::OnInitialUpdate() { OnUpdate(nullptr, 0, nullptr); }
+
+void CView::OnUpdate(CView*, LPARAM, CObject*) { Invalidate(); }
+
+void CView::OnActivateView(bool activate, CView* activated, CView*) {
+  if (activate && activated == this && GetTopLevelParent() == GetActiveWindow()) SetFocus();
+}
+
+BOOL CView::OnCmdMsg(UINT id, int code, void* extra, void* handler_info) {
+  const Watched self(*this);
+  if (CWnd::OnCmdMsg(id, code, extra, handler_info) != 0) return 1;
+  return !self.IsThere() || m_pDocument == nullptr
+             ? 0
+             : m_pDocument->OnCmdMsg(id, code, extra, handler_info);
+}
+
+LRESULT CView::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
+  CFrameWnd* const frame = GetParentFrame();
+  switch (message) {
+    case WM_SETFOCUS:
+      if (frame != nullptr) frame->SetActiveView(this);
+      return 0;
+    case WM_INITIALUPDATE:
+      OnInitialUpdate();
+      return 0;
+    case WM_DESTROY:
+      if (frame != nullptr && frame->GetActiveView() == this) frame->SetActiveView(nullptr);
+      return 0;
+    default:
+      return CWnd::DefWindowProc(message, wparam, lparam);
+  }
+}
+
+void CView::PostNcDestroy() {
+  const bool deletes_itself = m_bDeletesItself;
+  // The document may go with its last view.
+  if (m_pDocument != nullptr) m_pDocument->RemoveView(this);
+  if (deletes_itself) delete this;
+}
+
+}  // namespace dq

@@ -1,0 +1,76 @@
+// Views: windows that show a document in a frame.
+
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "dqlib/framework/windows/wnd.h"
+
+namespace dq {
+
+class CDocTemplate;
+class CDocument;
+class CView;
+
+/// What a frame or view is made for. Every member may be null.
+struct CCreateContext {
+  /// The class of the view that the frame makes.
+  const CRuntimeClass* m_pNewViewClass = nullptr;
+  CDocument* m_pCurrentDoc = nullptr;
+  CDocTemplate* m_pNewDocTemplate = nullptr;
+  /// The view and frame that the person worked in when they asked for another one.
+  CView* m_pLastView = nullptr;
+  CFrameWnd* m_pCurrentFrame = nullptr;
+};
+
+/// A window that shows a document in a frame. One that its frame has made (`CFrameWnd::CreateView`)
+/// deletes itself when its window ends; any other one is its maker's.
+class CView : public CWnd {
+  DECLARE_DYNAMIC(CView)
+  CView() = default;
+  ~CView() override;
+
+  /// Makes the window and adds it to the context's document. It becomes its frame's active view if
+  /// that has none. Call `OnInitialUpdate` when the frame is complete. False if the window can't be
+  /// made.
+  virtual bool Create(CWnd* parent, const CRect& place, int id, const CCreateContext* context);
+  /// The same for a document, which may be null.
+  bool Create(CWnd* parent, const CRect& place, int id, CDocument* document);
+
+  CDocument* GetDocument() const { return m_pDocument; }
+
+  /// The first time that the view is brought up to date: called when its frame is complete, by
+  /// `WM_INITIALUPDATE`. The base calls `OnUpdate`.
+  virtual void OnInitialUpdate();
+
+  /// The frame's active view changes: `activate` is true for the one that becomes it, false for the
+  /// one that was. Both may be null, and are the same when the frame itself becomes active or stops
+  /// being it. The base gives the view that becomes active the focus, if the frame is the active
+  /// window.
+  virtual void OnActivateView(bool activate, CView* activated, CView* deactivated);
+
+  /// Commands go to the view and then to its document.
+  BOOL OnCmdMsg(UINT id, int code, void* extra, void* handler_info) override;
+
+ protected:
+  friend class CDocument;
+  friend class CFrameWnd;
+
+  /// The document has changed; see `CDocument::UpdateAllViews`. The base draws the view anew.
+  virtual void OnUpdate(CView* sender, LPARAM hint, CObject* object);
+
+  /// A view that gets the focus becomes its frame's active one.
+  LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
+  /// Leaves the document, and deletes itself if its frame has made it.
+  void PostNcDestroy() override;
+
+  /// Adds the view to the document and to its frame.
+  void Attach(CDocument* document);
+
+ private:
+  CDocument* m_pDocument = nullptr;
+  bool m_bDeletesItself = false;
+};
+
+}  // namespace dq
