@@ -123,6 +123,7 @@
 #include "dqlib/platform/network.h"
 #include "dqlib/platform/paths.h"
 #include "dqlib/platform/platform.h"
+#include "dqlib/platform/printing.h"
 #include "dqlib/platform/processes.h"
 #include "dqlib/platform/profile_files.h"
 #include "dqlib/platform/prompts.h"

@@ -8,14 +8,7 @@ void dq::fuzz::Try(std::string_view text) {
   arguments.emplace_back(text);
   std::string line;
   for (const std::string_view argument : arguments) {
-    // A backslash at the end would hide the closing quote, so it stands behind it.
-    const std::size_t size = argument.find_last_not_of('\\') + 1;
-    line += " \"";
-    for (const char character : argument.substr(0, size)) {
-      if (character == '"' || character == '\'') line += '\\';
-      line += character;
-    }
-    (line += '"') += argument.substr(size);
+    line.append(" ").append(platform::QuoteArgument(argument));
   }
   platform::SplitCommandLine(line, again);
   Require(again == arguments);

@@ -41,4 +41,19 @@ void SplitCommandLine(std::string_view command_line, std::vector<std::string>& a
   if (inside) arguments.push_back(std::move(argument));
 }
 
+std::string QuoteArgument(std::string_view argument) {
+  const CodePage& page = Current().locale->code_page();
+  std::string quoted = "\"";
+  // Backslashes at the end stand behind the group, whose last quote they would make literal.
+  std::size_t group_end = quoted.size();
+  while (!argument.empty()) {
+    const std::size_t size = page.CharacterSize(argument);
+    if (IsQuote(argument.front())) quoted += '\\';
+    quoted.append(argument.substr(0, size));
+    if (size == 2 || argument.front() != '\\') group_end = quoted.size();
+    argument.remove_prefix(size);
+  }
+  return quoted.insert(group_end, 1, '"');
+}
+
 }  // namespace dq::platform

@@ -10,6 +10,7 @@
 #include "dqlib/platform/locale.h"
 #include "dqlib/platform/modules.h"
 #include "dqlib/platform/network.h"
+#include "dqlib/platform/printing.h"
 #include "dqlib/platform/processes.h"
 #include "dqlib/platform/profile_files.h"
 #include "dqlib/platform/prompts.h"
@@ -36,6 +37,7 @@ Locale::~Locale() = default;
 Module::~Module() = default;
 Modules::~Modules() = default;
 Network::~Network() = default;
+Printing::~Printing() = default;
 Processes::~Processes() = default;
 ProfileFiles::~ProfileFiles() = default;
 Prompts::~Prompts() = default;

@@ -17,6 +17,7 @@
 #include "dqlib/platform/locale.h"
 #include "dqlib/platform/modules.h"
 #include "dqlib/platform/network.h"
+#include "dqlib/platform/printing.h"
 #include "dqlib/platform/processes.h"
 #include "dqlib/platform/profile_files.h"
 #include "dqlib/platform/prompts.h"
@@ -37,6 +38,7 @@ struct Platform {
   Locale* locale;
   Modules* modules;
   Network* network;
+  Printing* printing;
   Processes* processes;
   ProfileFiles* profile_files;
   Prompts* prompts;

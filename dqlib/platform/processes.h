@@ -96,5 +96,9 @@ class Processes {
 /// its end groups to the end of the text.
 void SplitCommandLine(std::string_view command_line, std::vector<std::string>& arguments);
 
+/// An argument as it stands in a command line, so that `SplitCommandLine` gives it back, whatever
+/// blanks, quotes and backslashes are in it. Its last character is whole.
+std::string QuoteArgument(std::string_view argument);
+
 }  // namespace platform
 }  // namespace dq

@@ -1,5 +1,5 @@
-// The texts that the seam itself shows to a person: the terminal's questions, and what has happened
-// to the files of settings.
+// The texts that the seam itself shows to a person: the terminal's questions, what has happened to
+// the files of settings, and why nothing was printed.
 //
 // They stand here once. The library's string table has them among its own, so a module that
 // translates the library translates them too.
@@ -59,6 +59,9 @@ enum SeamTextId : UINT {
   IDS_SCRIPT_BACKSLASH = 44589,
   IDS_SCRIPT_NOT_PRESSED = 44590,
   IDS_SCRIPT_NOT_TAKEN = 44591,
+  // Why nothing was printed.
+  IDS_NO_PRINT_COMMAND = 44592,
+  IDS_PRINT_COMMAND_FAILED = 44593,
 };
 
 namespace platform {
@@ -112,6 +115,8 @@ inline constexpr StringRow kSeamTexts[] = {
     {IDS_SCRIPT_BACKSLASH, "a backslash before none of 'n', 't' and '\\'"},
     {IDS_SCRIPT_NOT_PRESSED, "control %1 can't be pressed"},
     {IDS_SCRIPT_NOT_TAKEN, "control %1 isn't there or doesn't take the value"},
+    {IDS_NO_PRINT_COMMAND, "This system has no command to print with: neither lp nor lpr."},
+    {IDS_PRINT_COMMAND_FAILED, "The system's print command failed with the code %1."},
 };
 
 /// Gives the text with the id as it is to be shown, which stays valid; no value if it has none. Any

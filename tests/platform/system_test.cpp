@@ -149,6 +149,9 @@ TEST(SplitCommandLine, CutsAtBlanksAndTakesQuotesAway) {
   Locale& locale = *Current().locale;
   ASSERT_TRUE(locale.SetCodePage(932));
   EXPECT_EQ(split("\"\x95\\\" b"), "\x95\\|b|") << "a second byte that looks like a backslash";
+  for (const char* argument : {"", "a b", "\x95\\", "\\\\", "'\\\"\\'\x95\\\\", "\\'"}) {
+    EXPECT_EQ(split(QuoteArgument(argument)), argument + std::string("|"));
+  }
   EXPECT_FALSE(locale.SetCodePage(1251));
   EXPECT_EQ(locale.code_page().number(), 932U) << "as it was";
   ASSERT_TRUE(locale.SetCodePage(0));

@@ -21,6 +21,7 @@ const Platform& System() {
       .locale = &posix::SystemLocale(),
       .modules = &posix::SystemModules(),
       .network = &posix::SystemNetwork(),
+      .printing = &posix::SystemPrinting(),
       .processes = &posix::SystemProcesses(),
       .profile_files = &posix::SystemProfileFiles(),
       .prompts = &posix::SystemPrompts(),

@@ -19,6 +19,7 @@ Files& SystemFiles();
 Locale& SystemLocale();
 Modules& SystemModules();
 Network& SystemNetwork();
+Printing& SystemPrinting();
 Processes& SystemProcesses();
 ProfileFiles& SystemProfileFiles();
 Prompts& SystemPrompts();
