@@ -36,6 +36,7 @@ IMPLEMENT_DYNAMIC(CLGDateTimeFmtDictionary, CObject)
 CLGDateTimeFmtDictionary::CLGDateTimeFmtDictionary() {
   thread_local constinit detail::TextCache<IDS_DATE_TIME_CELLS, std::size(detail::kDateTimeCells)>
       descriptions;
+  entries_.Reserve(std::size(detail::kDateTimeCells));
   UINT id = IDS_DATE_TIME_CELLS;
   std::string description;
   for (const auto& row : detail::kDateTimeCells) {
@@ -94,6 +95,7 @@ IMPLEMENT_DYNAMIC(CDQDateTimeFmtCell, CObject)
 IMPLEMENT_DYNAMIC(CDQDateTimeFmtDictionary, CObject)
 
 CDQDateTimeFmtDictionary::CDQDateTimeFmtDictionary() {
+  entries_.Reserve(std::size(detail::kDateTimeCells));
   for (const auto& row : detail::kDateTimeCells) {
     if (*row.win == '\0') continue;
     AddEntry(std::make_unique<CDQDateTimeFmtCell>(row.disp, row.ole, row.win).release());

@@ -1,5 +1,7 @@
 #include "dqlib/dbvocab/object_type_list.h"
 
+#include <iterator>
+
 #include "dqlib/dbvocab/version_string.h"
 #include "dqlib/resources/string_ids.h"
 
@@ -167,6 +169,7 @@ bool Holds(Condition condition, const ObjectTypeQuery& query) {
 std::vector<ObjectTypeEntry> ListObjectTypes(const ObjectTypeQuery& query) {
   const unsigned platform = SetOf(query.platform);
   std::vector<ObjectTypeEntry> entries;
+  entries.reserve(std::size(kRows));
   for (const Row& row : kRows) {
     // A number that is no platform has what all have.
     const bool is_for = row.platforms == kAll || (row.platforms & platform) != 0;

@@ -89,15 +89,29 @@ constexpr TypeRow kTypes[] = {
     {OT_REDO_LOG_GROUP, {"", "", "", "CRRedoL", ""}},
 };
 
-const PlatformRow* FindPlatform(DBMS platform) {
-  const auto* const row = std::ranges::find(kPlatforms, platform, &PlatformRow::platform);
-  return row == std::end(kPlatforms) ? nullptr : row;
-}
+/// The rows of a table by number, for numbers below `size`.
+template <std::size_t size, typename Row, std::size_t count, typename Number>
+class Index {
+ public:
+  constexpr Index(const Row (&rows)[count], Number Row::*number) : rows_(rows) {
+    for (unsigned char place = 0; const Row& row : rows) places_.at(row.*number) = ++place;
+  }
+  /// Null if no row has the number.
+  const Row* Find(Number number) const {
+    const auto at = static_cast<std::size_t>(number);
+    return at < size && places_[at] != 0 ? &rows_[places_[at] - 1] : nullptr;
+  }
 
-const TypeRow* FindType(OBJECTTYPES type) {
-  const auto* const row = std::ranges::lower_bound(kTypes, type, {}, &TypeRow::type);
-  return row == std::end(kTypes) || row->type != type ? nullptr : row;
-}
+ private:
+  const Row (&rows_)[count];
+  /// Counted from 1; 0 is none.
+  std::array<unsigned char, size> places_{};
+};
+
+constexpr Index<DBMS_DB2OS390 + 1, PlatformRow, std::size(kPlatforms), DBMS> kByPlatform(
+    kPlatforms, &PlatformRow::platform);
+constexpr Index<OT_REDO_LOG_GROUP + 1, TypeRow, std::size(kTypes), OBJECTTYPES> kByType(
+    kTypes, &TypeRow::type);
 
 /// The texts of kinds and platforms, which stand in one block.
 CString ShownText(UINT id) {
@@ -112,7 +126,7 @@ UINT GetObjectTypeTextId(OBJECTTYPES type, DBMS platform) {
   const bool db2_os390 = platform == DBMS_DB2OS390;
   if (type == OT_NODEGROUP && db2_os390) return IDS_STOGROUP;
   if (type == OT_TYPE && (db2_os390 || platform == DBMS_DB2)) return IDS_STRUCTURED_TYPE;
-  if (type == OT_USER_MESSAGE || FindType(type) == nullptr) return IDS_UNKNOWN;
+  if (type == OT_USER_MESSAGE || kByType.Find(type) == nullptr) return IDS_UNKNOWN;
   return IDS_UNKNOWN + static_cast<UINT>(type);
 }
 
@@ -121,13 +135,13 @@ CString GetObjectTypeText(OBJECTTYPES type, DBMS platform) {
 }
 
 CString GetDBMSText(DBMS platform) {
-  const PlatformRow* const row = FindPlatform(platform);
+  const PlatformRow* const row = kByPlatform.Find(platform);
   return ShownText(row == nullptr ? IDS_UNKNOWN : row->text_id);
 }
 
 CString GetCreationTemplatePath(DBMS platform, OBJECTTYPES type) {
-  const PlatformRow* const where = FindPlatform(platform);
-  const TypeRow* const row = FindType(type);
+  const PlatformRow* const where = kByPlatform.Find(platform);
+  const TypeRow* const row = kByType.Find(type);
   if (where == nullptr || where->column < 0 || row == nullptr) return {};
   const std::string_view file = row->templates[static_cast<std::size_t>(where->column)];
   if (file.empty()) return {};

@@ -45,6 +45,9 @@ class CArray : public CObject {
     elements_.erase(elements_.begin() + index, elements_.begin() + index + count);
   }
 
+  /// Makes room for elements to come, so that as many of them are added without a move.
+  void Reserve(int size) { elements_.reserve(size > 0 ? static_cast<std::size_t>(size) : 0); }
+
   virtual void RemoveAll() { elements_.clear(); }
 
  protected:

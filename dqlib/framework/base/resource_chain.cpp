@@ -9,7 +9,6 @@ namespace {
 // Atomic, because workers load strings while the user-interface thread switches modules.
 std::atomic<HINSTANCE> g_current = nullptr;
 std::atomic<CDynLinkLibrary*> g_head = nullptr;
-std::atomic<std::uint64_t> g_generation = 1;
 /// The program's class list while a module's static objects enter theirs.
 std::optional<ClassList> g_set_aside;
 
@@ -30,12 +29,8 @@ HINSTANCE Search(Predicate has) {
 HINSTANCE AfxGetResourceHandle() { return g_current; }
 
 void AfxSetResourceHandle(HINSTANCE module) {
-  if (g_current.exchange(module) != module) detail::CountResourceChange();
+  if (g_current.exchange(module) != module) ++detail::resource_generation;
 }
-
-std::uint64_t detail::ResourceGeneration() { return g_generation; }
-
-void detail::CountResourceChange() { ++g_generation; }
 
 HINSTANCE AfxFindResourceHandle(UINT name, WORD type) {
   const HINSTANCE found = Search([=](const platform::Module& module) {
@@ -78,7 +73,7 @@ CDynLinkLibrary::CDynLinkLibrary(HINSTANCE resources) : resources_(resources) { 
 void CDynLinkLibrary::Link() {
   next_ = g_head;
   g_head = this;
-  detail::CountResourceChange();
+  ++detail::resource_generation;
 }
 
 CDynLinkLibrary::~CDynLinkLibrary() {
@@ -89,7 +84,7 @@ CDynLinkLibrary::~CDynLinkLibrary() {
     while (newer->next_ != this) newer = newer->next_;
     newer->next_ = next_;
   }
-  detail::CountResourceChange();
+  ++detail::resource_generation;
 }
 
 CDynLinkLibrary* CDynLinkLibrary::head() { return g_head; }

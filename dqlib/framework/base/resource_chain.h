@@ -6,6 +6,7 @@
 
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -30,8 +31,7 @@ std::optional<std::string_view> AfxFindString(UINT id);
 namespace detail {
 /// From 1, another number whenever a search may find what it didn't find before: the current
 /// module, the chain or a `ResourceModule` has changed. Any thread.
-std::uint64_t ResourceGeneration();
-void CountResourceChange();
+inline std::atomic<std::uint64_t> resource_generation = 1;
 }  // namespace detail
 
 /// The framework's own module, the end of every search: strings 57344 to 61999.

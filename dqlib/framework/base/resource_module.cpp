@@ -20,7 +20,7 @@ ResourceModule::ResourceModule(std::span<const StringRow> strings) : table_(stri
 void ResourceModule::AddString(UINT id, std::string text) {
   strings_[id] = std::move(text);
   string_blocks_[BlockOf(id)] = {RESOURCE_STRING, BlockOf(id), {}};
-  detail::CountResourceChange();
+  ++detail::resource_generation;
 }
 
 void ResourceModule::AddResource(WORD type, WORD name, std::string data) {

@@ -21,7 +21,7 @@ class TextCache {
   std::string_view Find(UINT id) {
     Entry& entry = entries_[id - first];
     // Asked for before the search: a change meanwhile makes the next call search again.
-    const std::uint64_t generation = ResourceGeneration();
+    const std::uint64_t generation = resource_generation;
     if (entry.generation != generation) entry = {AfxFindString(id).value_or(""), generation};
     return entry.text;
   }
