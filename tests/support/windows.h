@@ -38,10 +38,10 @@ struct RecordingObserver : WindowObserver {
   ~RecordingObserver() override { SetWindowObserver(former); }
   void OnWindowChange(CWnd& window, WindowChange change, const ChangedRange& range) override {
     static constexpr const char* kNames[] = {
-        " created", " destroyed", " replaced",    " text",   " rectangle", " shown",
-        " enabled", " focus",     " invalidated", " order",  " menu",      " active",
-        " content", " selection", " +rows",       " -rows",  " rows",      " id",
-        " capture", " tip",       " font",        " scroll", " pointer"};
+        " created", " destroyed", " replaced",    " text",  " rectangle", " shown",
+        " enabled", " focus",     " invalidated", " order", " menu",      " active",
+        " content", " selection", " +rows",       " -rows", " rows",      " id",
+        " capture", " tip",       " font",        " scroll"};
     changes += std::to_string(window.GetDlgCtrlID()) + kNames[static_cast<int>(change)];
     if (range != ChangedRange()) Add(range);
     changes += ' ';

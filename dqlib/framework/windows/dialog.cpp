@@ -60,6 +60,14 @@ class DisabledOwner {
   HWND owner_ = nullptr;
 };
 
+bool LayerRunsDialogs() {
+  bool runs = false;
+  if (const WindowObserver* const observer = GetWindowObserver()) {
+    detail::Guarded([&] { runs = observer->RunsDialogs(); });
+  }
+  return runs;
+}
+
 void FocusFirst(const CWnd& dialog) {
   const std::vector<CWnd*> controls = detail::ControlsInOrder(dialog);
   const auto first = std::ranges::find_if(
@@ -188,11 +196,11 @@ int CDialog::RunModal(const DialogTemplate& dialog, CWnd* parent) {
   if (run.closed) return run.result;
   View view(*this, run);
   ShowWindow(SW_SHOW);
-  const WindowObserver* const observer = GetWindowObserver();
   if (!view.IsOpen()) {
     // A handler has closed it while it came up, or the thread is about to end.
-  } else if (observer != nullptr && observer->RunsDialogs()) {
-    PumpUntil([&view] { return !view.IsOpen(); });
+  } else if (LayerRunsDialogs()) {
+    // Without the layer nobody could answer.
+    PumpUntil([&view] { return !view.IsOpen() || !LayerRunsDialogs(); });
   } else {
     platform::Current().prompts->RunDialog(view);
   }

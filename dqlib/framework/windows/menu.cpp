@@ -8,6 +8,7 @@
 #include "dqlib/framework/windows/menu_model.h"
 #include "dqlib/framework/windows/resource_text.h"
 #include "dqlib/framework/windows/ui_state.h"
+#include "dqlib/framework/windows/wnd.h"
 #include "dqlib/platform/modules.h"
 
 namespace dq {
@@ -312,6 +313,23 @@ void CMenu::SetDefaultItem(UINT item, bool by_position) {
 UINT CMenu::GetDefaultItem() const {
   const MenuModel* const menu = FindMenu(m_hMenu);
   return menu == nullptr ? kNoItem : GetMenuItemID(menu->default_position);
+}
+
+int CMenu::TrackPopupMenu(UINT flags, int x, int y, CWnd* owner, const CRect*) {
+  if (FindMenu(m_hMenu) == nullptr || owner == nullptr || owner->GetSafeHwnd() == nullptr) return 0;
+  const HWND window = owner->GetSafeHwnd();
+  const HMENU menu = m_hMenu;
+  owner->SendMessage(WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(menu));
+  UINT command = 0;
+  WindowObserver* const observer = GetWindowObserver();
+  if (observer != nullptr && FindMenu(menu) != nullptr && CWnd::FromHandle(window) == owner) {
+    detail::Guarded([&] { command = observer->TrackMenu(menu, {x, y}, *owner); });
+  }
+  // From here on the menu and its object may be gone.
+  SendToWindow(window, WM_MENUSELECT, MakeWParam(0, 0xFFFF), 0);
+  if ((flags & TPM_RETURNCMD) != 0) return static_cast<int>(command);
+  if (command != 0) PostToWindow(window, WM_COMMAND, command, 0);
+  return 1;
 }
 
 void CMenu::UpdateItems(CCmdTarget& target, bool auto_disable) {

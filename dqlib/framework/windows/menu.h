@@ -47,6 +47,15 @@ enum MenuFlag : UINT {
   MF_SEPARATOR = 0x800,
 };
 
+/// Bits for `CMenu::TrackPopupMenu`.
+enum TrackFlag : UINT {
+  TPM_LEFTALIGN = 0,
+  TPM_RIGHTBUTTON = 2,
+  TPM_CENTERALIGN = 4,
+  TPM_RIGHTALIGN = 8,
+  TPM_RETURNCMD = 0x100,
+};
+
 /// A menu. For the user-interface thread. An operation on an item takes its command id, which is
 /// looked for in submenus too, or with `MF_BYPOSITION` its position from 0; without a menu or such
 /// an item it answers false, -1, 0 or "" and does nothing.
@@ -120,6 +129,19 @@ class CMenu : public CObject {
   /// `auto_disable`, commands without a handler are disabled. Handlers may change the menus,
   /// destroy them, and end `target` if that is a window, which ends the update.
   void UpdateItems(class CCmdTarget& target, bool auto_disable = true);
+
+  /// Shows the menu at a point of the screen and has the person choose, in the window layer;
+  /// nothing happens without one. `owner` gets `WM_INITMENUPOPUP` before each menu drops down, and
+  /// the command chosen by `WM_COMMAND`, unless `flags` has `TPM_RETURNCMD`: then it is the result.
+  /// Otherwise that is 1, or 0 if there is no menu or no owner. `flags` says how the menu lies to
+  /// the point, and `keep_free`, which may be null, what it shall not cover; a layer may heed them.
+  virtual int TrackPopupMenu(UINT flags, int x, int y, CWnd* owner,
+                             const struct CRect* keep_free = nullptr);
+
+  /// The owner of an item that it draws is asked for its size, or is to draw it. The base does
+  /// nothing: who adds such items derives from it.
+  virtual void MeasureItem(struct MEASUREITEMSTRUCT* /*item*/) {}
+  virtual void DrawItem(struct DRAWITEMSTRUCT* /*item*/) {}
 
   /// Null without a menu. Read only.
   HMENU m_hMenu = nullptr;

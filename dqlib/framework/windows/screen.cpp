@@ -67,6 +67,12 @@ void MessageBeep(UINT type) {
   }
 }
 
+void SetPointerShape(PointerShape shape) {
+  if (WindowObserver* const observer = CurrentUi().observer) {
+    detail::Guarded([&] { observer->SetPointer(shape); });
+  }
+}
+
 CWaitCursor::CWaitCursor() {
   if (CurrentUi().wait_cursors++ == 0) ShowWaitPointer(true);
 }

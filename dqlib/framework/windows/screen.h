@@ -50,6 +50,12 @@ CPoint GetPointerPos();
 /// window layer.
 void MessageBeep(UINT type);
 
+/// What the pointer looks like.
+enum class PointerShape { kArrow, kText, kWait, kCross, kHand, kSizeLeftRight, kSizeUpDown, kNo };
+
+/// Gives the pointer a shape, until it moves over another window: for handlers of `WM_SETCURSOR`.
+void SetPointerShape(PointerShape shape);
+
 /// Shows the wait pointer for its lifetime; they nest.
 class CWaitCursor {
  public:

@@ -40,6 +40,17 @@ Pumped PumpOne(MessageQueue& queue, int& code, MessageQueue::Round* round = null
   return Pumped::kMessage;
 }
 
+/// Offers a message to its window and those above it.
+bool OfferToWindows(MSG& message) {
+  // By handle, because what one window does with it may end those above.
+  for (HWND next = message.hwnd; CWnd* const window = MessageQueue::FindOwnWindow(next);) {
+    const CWnd* const parent = window->GetParent();
+    next = parent == nullptr ? nullptr : parent->GetSafeHwnd();
+    if (window->PreTranslateMessage(&message) != 0) return true;
+  }
+  return false;
+}
+
 bool Idle(LONG count) { return t_thread != nullptr && t_thread->OnIdle(count) != 0; }
 
 /// When there is no message left: takes in native events, and idles if there are none either; then
@@ -80,15 +91,7 @@ int CWinThread::Run() {
   }
 }
 
-BOOL CWinThread::PreTranslateMessage(MSG* message) {
-  // By handle, because what one window does with it may end those above.
-  for (HWND next = message->hwnd; CWnd* const window = MessageQueue::FindOwnWindow(next);) {
-    const CWnd* const parent = window->GetParent();
-    next = parent == nullptr ? nullptr : parent->GetSafeHwnd();
-    if (window->PreTranslateMessage(message) != 0) return 1;
-  }
-  return 0;
-}
+BOOL CWinThread::PreTranslateMessage(MSG* message) { return OfferToWindows(*message) ? 1 : 0; }
 
 BOOL CWinThread::OnIdle(LONG count) {
   if (count != 0) return 0;
@@ -106,8 +109,8 @@ BOOL CWinThread::OnIdle(LONG count) {
 }
 
 bool PreTranslateInput(MSG& message) {
-  if (t_thread != nullptr) return t_thread->PreTranslateMessage(&message) != 0;
-  return false;
+  return t_thread != nullptr ? t_thread->PreTranslateMessage(&message) != 0
+                             : OfferToWindows(message);
 }
 
 int PumpUntilIdle() {

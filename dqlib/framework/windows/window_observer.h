@@ -11,6 +11,7 @@ namespace dq {
 
 class CWnd;
 struct MenuHandle;
+enum class PointerShape;
 
 /// What has changed about a window.
 enum class WindowChange {
@@ -52,8 +53,6 @@ enum class WindowChange {
   kFont,
   /// Range, page or position of a scroll bar of its own.
   kScroll,
-  /// The pointer's shape over it.
-  kPointer,
 };
 
 /// What has changed about a menu.
@@ -131,6 +130,8 @@ class WindowObserver {
 
   /// The pointer's place on the screen.
   virtual CPoint GetPointer() { return {}; }
+
+  virtual void SetPointer(PointerShape /*shape*/) {}
 
   /// Shows the wait pointer over all windows (`true`), or no longer.
   virtual void ShowWaitPointer(bool /*show*/) {}

@@ -4,12 +4,23 @@
 
 #include "dqlib/framework/windows/cmd_target.h"
 #include "dqlib/framework/windows/message_queue.h"
+#include "dqlib/framework/windows/owner_draw.h"
 #include "dqlib/framework/windows/screen.h"
 #include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/framework/windows/wnd.h"
 
 namespace dq {
 namespace {
+
+/// Has the menu handle an item that it draws itself; not 0 if there is such a menu.
+template <typename Item>
+LRESULT OwnerOf(LPARAM lparam, void (CMenu::*handle)(Item*)) {
+  Item* const item = reinterpret_cast<Item*>(lparam);
+  if (item == nullptr || item->CtlType != ODT_MENU) return 0;
+  CMenu* const menu = CMenu::FromHandlePermanent(item->hMenu);
+  if (menu != nullptr) (menu->*handle)(item);
+  return menu == nullptr ? 0 : 1;
+}
 
 bool IsKeyDown(int key) { return (GetKeyState(key) & kKeyDown) != 0; }
 
@@ -192,6 +203,13 @@ LRESULT CWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
         info.ptMaxPosition = info.ptMinTrackSize = {};
       }
       return 0;
+    case WM_SETCURSOR:
+      SetPointerShape(PointerShape::kArrow);
+      return 1;
+    case WM_MEASUREITEM:
+      return OwnerOf<MEASUREITEMSTRUCT>(lparam, &CMenu::MeasureItem);
+    case WM_DRAWITEM:
+      return OwnerOf<DRAWITEMSTRUCT>(lparam, &CMenu::DrawItem);
     case WM_NCHITTEST:
       return HTCLIENT;
     default:

@@ -1,0 +1,54 @@
+#include "dqlib/framework/windows/window_input.h"
+
+#include "dqlib/framework/windows/screen.h"
+#include "dqlib/framework/windows/win_thread.h"
+
+namespace dq {
+namespace {
+
+bool IsPress(UINT message) {
+  return message == WM_LBUTTONDOWN || message == WM_RBUTTONDOWN || message == WM_MBUTTONDOWN ||
+         message == WM_LBUTTONDBLCLK || message == WM_RBUTTONDBLCLK || message == WM_MBUTTONDBLCLK;
+}
+
+/// Enabled, and below nothing that is disabled.
+bool IsUsable(const CWnd* window) {
+  while (window != nullptr && window->IsWindowEnabled()) window = window->GetParent();
+  return window == nullptr;
+}
+
+LRESULT Give(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+  CWnd* const target = CWnd::FromHandle(window);
+  return target == nullptr ? 0 : target->WindowProc(message, wparam, lparam);
+}
+
+}  // namespace
+
+bool MouseInput(UINT message, WPARAM keys, const CPoint& screen, CWnd* under) {
+  CWnd* const capture = CWnd::GetCapture();
+  CWnd* target = capture != nullptr ? capture : under;
+  while (target != nullptr && !IsUsable(target)) target = target->GetParent();
+  if (target == nullptr) return false;
+  const HWND window = target->GetSafeHwnd();
+  if (IsPress(message) && capture == nullptr) target->GetTopLevelParent()->SetActiveWindow(true);
+  if (CWnd::FromHandle(window) != target) return true;
+  const CPoint at = message == WM_MOUSEWHEEL ? screen : target->ScreenToClient(screen);
+  MSG input{window, message, keys, MakeLParam(at.x, at.y)};
+  if (PreTranslateInput(input)) return true;
+  if (message == WM_MOUSEMOVE && capture == nullptr) {
+    Give(window, WM_SETCURSOR, reinterpret_cast<WPARAM>(window),
+         MakeLParam(HTCLIENT, WM_MOUSEMOVE));
+  }
+  Give(window, message, keys, input.lParam);
+  return true;
+}
+
+bool KeyInput(UINT message, WPARAM key, LPARAM lparam) {
+  const CWnd* const focus = CWnd::GetFocus();
+  if (focus == nullptr) return false;
+  MSG input{focus->GetSafeHwnd(), message, key, lparam};
+  if (!PreTranslateInput(input)) Give(input.hwnd, message, key, lparam);
+  return true;
+}
+
+}  // namespace dq

@@ -1,0 +1,23 @@
+// What a window layer reports of a person's mouse and keyboard over windows that have no native
+// control of their own.
+
+#pragma once
+
+#include "dqlib/framework/windows/wnd.h"
+
+namespace dq {
+
+/// Handles a message of the mouse at a point of the screen. It goes to the window that has the
+/// mouse captured, or else to `under`, the one under the pointer as the layer sees it; a disabled
+/// one leaves it to its parent. `keys` is a sum of `MouseKey` bits, for the wheel with how far it
+/// was turned in the high word. A press makes its top-level window the active one; a move without
+/// capture asks the window for the pointer's shape first (`WM_SETCURSOR`). Null for `under` is
+/// outside of all windows. False if nobody got it.
+bool MouseInput(UINT message, WPARAM keys, const CPoint& screen, CWnd* under);
+
+/// Handles a message of the keyboard for the window that has the focus: offers it to
+/// `PreTranslateInput`, and gives it to the window if it wasn't taken. False if no window has the
+/// focus.
+bool KeyInput(UINT message, WPARAM key, LPARAM lparam = 0);
+
+}  // namespace dq

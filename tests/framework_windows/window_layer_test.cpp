@@ -1,0 +1,482 @@
+// What a window layer is told, asked and reports: changes, frames, native events, mouse and keys.
+
+#include "tests/support/doubles.h"
+#include "tests/support/windows.h"
+
+namespace dq::test {
+namespace {
+
+/// Native events that a test puts in: each is a call.
+struct FakeEvents : NativeEvents {
+  bool Wait(DWORD milliseconds) override {
+    std::unique_lock lock(mutex);
+    if (events.empty() && milliseconds > 0) {
+      ++waits;
+      woken.wait_for(lock, std::chrono::milliseconds(milliseconds),
+                     [this] { return is_woken || !events.empty(); });
+    }
+    is_woken = false;
+    if (events.empty()) return false;
+    const auto event = events.front();
+    events.pop_front();
+    lock.unlock();
+    event();
+    return true;
+  }
+  void Wake() override {
+    const std::lock_guard lock(mutex);
+    is_woken = true;
+    woken.notify_one();
+  }
+  void Put(std::function<void()> event) {
+    const std::lock_guard lock(mutex);
+    events.push_back(std::move(event));
+    woken.notify_one();
+  }
+
+  std::mutex mutex;
+  std::condition_variable woken;
+  std::deque<std::function<void()>> events;
+  bool is_woken = false;
+  int waits = 0;
+};
+
+/// A layer that people work with.
+struct Layer : RecordingObserver {
+  Layer() { SetWindowObserver(this); }
+  NativeEvents* GetEvents() override { return &events; }
+  bool RunsDialogs() const override { return runs; }
+  int GetKeyState(int key) override { return key == held ? kKeyDown : 0; }
+  void SetPointer(PointerShape shape) override { pointer += static_cast<int>(shape); }
+  UINT TrackMenu(HMENU, const CPoint& at, CWnd&) override { return static_cast<UINT>(at.x); }
+  int GetMetric(int metric, int usual) override { return metric == SM_CYMENU ? 31 : usual; }
+
+  FakeEvents events;
+  bool runs = true;
+  int held = 0;
+  int pointer = 0;
+};
+
+/// Keeps its messages as "number(first,second) ".
+struct LogWnd : CWnd {
+  explicit LogWnd(const WindowCreation& creation = {.class_name = "Test"}) {
+    CreateWnd(creation);
+    log.clear();
+  }
+  ~LogWnd() override { DestroyWindow(); }
+  LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
+    log += std::to_string(GetDlgCtrlID()) + ":" + std::to_string(message) + " ";
+    if (on_message) on_message(message);
+    return CWnd::WindowProc(message, wparam, lparam);
+  }
+  static std::string Take() { return std::exchange(log, {}); }
+  static inline std::string log;
+  std::function<void(UINT)> on_message;
+};
+
+TEST(NativeEvents, AreTakenInByEveryLoopWhichOtherThreadsWake) {
+  Layer layer;
+  CWinApp app("loop");
+  int posted = 0;
+  LogWnd window;
+  window.on_message = [&](UINT message) {
+    if (message == WM_APP) ++posted;
+    if (message == WM_APP + 1) PostQuitMessage(5);
+  };
+  // A post and a send from another thread end a wait that would last for ever.
+  std::jthread other([&, handle = window.GetSafeHwnd()] {
+    PostToWindow(handle, WM_APP, 0, 0);
+    SendToWindow(handle, WM_APP, 0, 0);
+    layer.events.Put([&] { window.PostMessage(WM_APP); });
+  });
+  EXPECT_TRUE(PumpUntil([&] { return posted == 3; }));
+  // A flood of messages keeps nobody from working.
+  window.on_message = [&](UINT) { window.PostMessage(WM_APP); };
+  bool native = false;
+  window.PostMessage(WM_APP);
+  layer.events.Put([&] { native = true; });
+  EXPECT_TRUE(PumpUntil([&] { return native; }, 10000));
+  window.on_message = [](UINT message) {
+    if (message == WM_APP + 1) PostQuitMessage(5);
+  };
+  // One call ends, however many events come; the loop of the application takes the rest.
+  int taken = 0;
+  std::function<void()> again = [&] {
+    if (++taken < 9) layer.events.Put(again);
+    if (taken == 9) window.PostMessage(WM_APP + 1);
+  };
+  layer.events.Put(again);
+  PumpUntilIdle();
+  EXPECT_LT(taken, 9);
+  EXPECT_TRUE(app.Run() == 5 && taken == 9);
+  // What a handler throws comes out of the loop.
+  layer.events.Put([] { throw CUserException(); });
+  EXPECT_THROW(PumpUntil([] { return false; }, 10000), CUserException);
+}
+
+TEST(NativeEvents, TimersIdleWorkAndNestedLoopsAreAsWithoutThem) {
+  for (const bool with_layer : {false, true}) {
+    std::optional<Layer> layer;
+    if (with_layer) layer.emplace();
+    struct App : CWinApp {
+      App() : CWinApp("idle") {}
+      BOOL OnIdle(LONG count) override { return idled += std::to_string(count), count < 1; }
+      std::string idled;
+    } app;
+    int timers = 0;
+    LogWnd window;
+    window.on_message = [&](UINT message) {
+      if (message == WM_TIMER && ++timers == 1) {
+        EXPECT_TRUE(PumpUntil([&] { return timers == 3; }));
+        PostQuitMessage(3);
+      }
+    };
+    window.SetTimer(1, 10);
+    EXPECT_TRUE(app.Run() == 3 && timers == 3);
+    EXPECT_EQ(app.idled.substr(0, 2), "01") << "it idles until it wants no more";
+    // With nothing to do it waits, instead of asking again and again.
+    EXPECT_LT(with_layer ? layer->events.waits : 0, 10);
+  }
+}
+
+TEST(WindowLayer, IsToldOfRowsTogetherAndInTheOrderOfTheChanges) {
+  ControlDialog dialog;
+  CListBox& list = dialog.list();
+  RecordingObserver told;
+  for (int row = 0; row < 1000; ++row) list.AddString("x");
+  for (const int index : {3, 1003, 500}) list.InsertString(index, "y");
+  list.InsertString(0, "z");
+  EXPECT_EQ(told.changes, "20 +rows@3*1003 ") << "the row before them is another change";
+  list.DeleteString(0);
+  for (int row = 0; row < 5; ++row) list.DeleteString(10);
+  for (int row = 9; row > 7; --row) list.DeleteString(row);
+  list.DeleteString(0);
+  list.SetCurSel(1);
+  dialog.Get<CListBox>(ControlDialog::kMany).AddString("a");
+  EXPECT_EQ(told.Take(),
+            "20 +rows@3*1003 20 +rows@0*1 20 -rows@0*1 20 -rows@8*7 20 -rows@0*1 20 selection "
+            "21 +rows@3*1 ");
+  list.AddString("q");
+  PumpUntilIdle();
+  EXPECT_EQ(told.changes, "20 +rows@998*1 ") << "at the latest before the thread waits";
+}
+
+TEST(WindowLayer, IsToldWhatChangesInMenus) {
+  CMenu menu, sub;
+  RecordingObserver told;
+  told.menus = true;
+  sub.CreatePopupMenu();
+  sub.AppendMenu(MF_STRING, 7, "seven");
+  menu.LoadMenuIndirect("item 1 \"One\"\nitem 2 \"Two\" checked\nitem 3 \"Three\"\n");
+  menu.AppendMenu(MF_POPUP, reinterpret_cast<std::uintptr_t>(sub.Detach()), "Sub");
+  told.Take();
+  for (int twice = 0; twice < 2; ++twice) menu.EnableMenuItem(1, MF_GRAYED);
+  for (int twice = 0; twice < 2; ++twice) menu.CheckMenuRadioItem(1, 3, 3, MF_BYCOMMAND);
+  for (int twice = 0; twice < 2; ++twice) menu.ModifyMenu(2, MF_STRING, 2, "Zwei");
+  for (int twice = 0; twice < 2; ++twice) menu.CheckMenuItem(2, MF_CHECKED);
+  menu.InsertMenu(0, MF_BYPOSITION | MF_SEPARATOR);
+  menu.EnableMenuItem(7, MF_GRAYED);
+  menu.SetDefaultItem(1, true);
+  menu.RemoveMenu(0, MF_BYPOSITION);
+  menu.DestroyMenu();
+  EXPECT_EQ(told.Take(),
+            "items@0*1 items@1*1 items@2*1 items@1*1 items@1*1 +items@0*1 items@0*1 items@1*1 "
+            "-items@0*1 menu gone@0*0 menu gone@0*0 ");
+}
+
+TEST(WindowLayer, ThatThrowsOrGoesAwayLeavesTheLibraryWhole) {
+  struct Thrower : Layer {
+    void OnWindowChange(CWnd&, WindowChange, const ChangedRange&) override { throw 1; }
+    CRect GetFrameWidths(const CWnd&) override { throw 1; }
+    int GetKeyState(int) override { throw 1; }
+    int GetMetric(int, int) override { throw 1; }
+  };
+  {
+    Thrower thrower;
+    CWnd window;
+    EXPECT_TRUE(window.CreateWnd({.class_name = "Test", .place = {0, 0, 9, 9}}));
+    window.SetWindowText("x");
+    EXPECT_TRUE(window.GetWindowText() == "x" && window.GetClientRect() == (CRect{0, 0, 9, 9}));
+    EXPECT_TRUE(GetKeyState(VK_SHIFT) == 0 && GetSystemMetrics(SM_CYMENU) == 20);
+  }
+  MainWindow main;
+  CDialog dialog;
+  dialog.InitModalIndirect(ReadDialogTemplate("size 9 9\n").value(), &main);
+  Layer layer;
+  EXPECT_EQ(GetSystemMetrics(SM_CYMENU), 31);
+  layer.events.Put([&] { layer.runs = false; });
+  EXPECT_EQ(dialog.DoModal(), IDCANCEL);
+  layer.runs = true;
+  layer.events.Put([] { SetWindowObserver(nullptr); });
+  EXPECT_EQ(dialog.DoModal(), IDCANCEL);
+  EXPECT_TRUE(main.IsWindowEnabled());
+}
+
+TEST(WindowLayer, GivesFramesWhileWindowsAreMade) {
+  Layer layer;
+  layer.frame_widths = {4, 30, 6, 8};
+  SetScreenSize({1000, 800});
+  CWnd owner;
+  owner.CreateWnd({.class_name = "Owner", .place = {900, 700, 1000, 800}});
+  CDialog dialog;
+  const DialogTemplate pattern = ReadDialogTemplate("size 100 60\n").value();
+  ASSERT_TRUE(dialog.CreateIndirect(pattern, &owner));
+  EXPECT_EQ(dialog.GetClientRect(), (CRect{0, 0, 100, 60}));
+  EXPECT_EQ(dialog.GetWindowRect(), (CRect{890, 701, 1000, 799})) << "but within the screen";
+  owner.MoveWindow(100, 100, 200, 200);
+  dialog.CenterWindow();
+  EXPECT_EQ(dialog.GetPlace(), (CRect{145, 151, 255, 249}));
+  owner.ShowWindow(SW_HIDE);
+  dialog.CenterWindow();
+  EXPECT_EQ(dialog.GetPlace(), (CRect{445, 351, 555, 449})) << "who is hidden gives no place";
+  CWnd child;
+  child.CreateWnd({.class_name = "Child", .place = {7, 7, 27, 17}, .parent = &dialog});
+  child.CenterWindow();
+  EXPECT_EQ(child.GetPlace(), (CRect{40, 25, 60, 35}));
+  SetScreenSize({1920, 1080});
+}
+
+TEST(WindowLayer, ReportsTheMouseToWhatIsUnderItOrHasItCaptured) {
+  Layer layer;
+  LogWnd top({.class_name = "Top", .place = {100, 100, 300, 300}, .id = 1});
+  LogWnd child({.class_name = "C", .place = {10, 10, 60, 60}, .parent = &top, .id = 2});
+  LogWnd other({.class_name = "C", .place = {0, 0, 90, 90}, .parent = &top, .id = 3});
+  CButton group(ButtonKind::kGroup);
+  group.CreateWnd({.class_name = "Button", .place = {5, 5, 80, 80}, .parent = &other, .id = 4});
+  CWnd inner;
+  inner.CreateWnd({.class_name = "C", .place = {6, 6, 20, 20}, .parent = &other, .id = 5});
+  std::string hits;
+  for (const CPoint& at : {CPoint{99, 150}, {105, 105}, {115, 115}, {299, 299}, {170, 170}}) {
+    const CWnd* const hit = top.WindowAt(at);
+    hits += hit == nullptr ? "- " : std::to_string(hit->GetDlgCtrlID()) + " ";
+    if (at.x == 115) child.ShowWindow(SW_HIDE);
+  }
+  EXPECT_EQ(hits + std::to_string(top.WindowAt({107, 107})->GetDlgCtrlID()), "- 3 2 1 3 5");
+  child.ShowWindow(SW_SHOW);
+  LogWnd::Take();
+  EXPECT_TRUE(MouseInput(WM_LBUTTONDOWN, MK_LBUTTON, {115, 116}, &child));
+  EXPECT_TRUE(CWnd::GetActiveWindow() == &top && LogWnd::Take() == "1:6 1:7 2:513 ");
+  child.SetCapture();
+  MouseInput(WM_MOUSEMOVE, 0, {0, 0}, nullptr);
+  other.SetCapture();
+  MouseInput(WM_MOUSEMOVE, 0, {0, 0}, &child);
+  CWnd::ReleaseCapture();
+  EXPECT_EQ(LogWnd::Take(), "2:512 2:533 3:512 3:533 ");
+  MouseInput(WM_MOUSEMOVE, 0, {0, 0}, &child);
+  child.EnableWindow(false);
+  MouseInput(WM_MOUSEWHEEL, MakeWParam(0, 120), {0, 0}, &child);
+  MouseInput(WM_RBUTTONUP, 0, {0, 0}, &other);
+  EXPECT_EQ(LogWnd::Take(), "2:32 2:512 2:10 1:522 3:517 3:123 1:123 ");
+  top.EnableWindow(false);
+  EXPECT_FALSE(MouseInput(WM_LBUTTONDOWN, 0, {0, 0}, &other) || MouseInput(0, 0, {}, nullptr));
+  layer.changes.clear();
+  child.SetCapture();
+  child.DestroyWindow();
+  EXPECT_EQ(CWnd::GetCapture(), nullptr);
+}
+
+TEST(WindowLayer, ReportsKeysToTheFocusAndMenusToTheirOwner) {
+  Layer layer;
+  ResourceModule module;
+  module.AddResource(RESOURCE_ACCELERATOR, 5, "ctrl+K 7\nF3 8\n");
+  const CDynLinkLibrary link(&module);
+  struct Frame : CFrameWnd {
+    BOOL OnCmdMsg(UINT id, int code, void* extra, void* info) override {
+      if (code == CN_COMMAND) LogWnd::log += "!" + std::to_string(id) + " ";
+      return CFrameWnd::OnCmdMsg(id, code, extra, info);
+    }
+  } frame;
+  frame.Create("Frame", "", {0, 0, 100, 100});
+  EXPECT_TRUE(frame.LoadAccelTable(5) && !KeyInput(WM_KEYDOWN, 'K'));
+  LogWnd view({.class_name = "V", .parent = &frame, .id = 2});
+  view.SetFocus();
+  LogWnd::Take();
+  for (const int held : {0, int{VK_CONTROL}}) {
+    layer.held = held;
+    EXPECT_TRUE(KeyInput(WM_KEYDOWN, 'K'));
+  }
+  layer.held = VK_SHIFT;
+  for (const UINT message : {WM_KEYDOWN, WM_SYSKEYDOWN}) KeyInput(message, VK_F10);
+  EXPECT_EQ(LogWnd::Take(), "2:256 !7 2:256 2:123 2:260 2:123 ");
+  CMenu menu;
+  EXPECT_EQ(menu.TrackPopupMenu(0, 9, 9, &view), 0);
+  menu.CreatePopupMenu();
+  EXPECT_TRUE(menu.TrackPopupMenu(TPM_RETURNCMD, 9, 9, &view) == 9 &&
+              menu.TrackPopupMenu(0, 11, 9, &view) == 1);
+  PumpUntilIdle();
+  EXPECT_EQ(LogWnd::Take(), "2:279 2:287 2:279 2:287 2:273 ");
+}
+
+TEST(WindowLayer, ActivatesWindowsWhichKeepTheirFocus) {
+  LogWnd first({.class_name = "T", .id = 1}), second({.class_name = "T", .id = 2});
+  LogWnd child({.class_name = "C", .parent = &first, .id = 3});
+  first.SetActiveWindow();
+  child.SetFocus();
+  LogWnd::Take();
+  EXPECT_EQ(second.SetActiveWindow(), &first);
+  EXPECT_TRUE(CWnd::GetFocus() == &second && LogWnd::Take() == "1:6 2:6 3:8 2:7 ");
+  first.SetActiveWindow(true);
+  EXPECT_TRUE(CWnd::GetFocus() == &child && LogWnd::Take() == "2:6 1:6 2:8 3:7 ");
+  CWnd::LeaveActiveWindow();
+  EXPECT_TRUE(CWnd::GetFocus() == nullptr && CWnd::GetActiveWindow() == nullptr);
+  first.SetActiveWindow();
+  EXPECT_EQ(CWnd::GetFocus(), &child);
+  // A window that ends leaves the focus, and its owner becomes active.
+  LogWnd owned({.class_name = "T", .owner = &first, .id = 4});
+  owned.SetActiveWindow();
+  LogWnd::Take();
+  owned.DestroyWindow();
+  EXPECT_EQ(LogWnd::Take(), "4:8 4:2 1:6 3:7 ");
+}
+
+/// A control that keeps one of its notifications to itself.
+struct ReflectingWnd : CWnd {
+  bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override {
+    static constexpr MessageMapEntry kEntries[] = {
+        ReflectedEntry<&ReflectingWnd::OnCode>(33),
+        ReflectedNotificationEntry<&ReflectingWnd::OnNote>(-12),
+        ReflectedMessageEntry<&ReflectingWnd::OnMeasure>(WM_MEASUREITEM)};
+    return CallEntry(kEntries, *this, key, arguments) || CWnd::CallMapped(key, arguments);
+  }
+  BOOL OnCode() { return LogWnd::log += "code ", keeps; }
+  BOOL OnNote(NMHDR* header, LRESULT* result) {
+    LogWnd::log += "note" + std::to_string(header->code) + " ";
+    *result = 5;
+    return keeps;
+  }
+  LRESULT OnMeasure(WPARAM, LPARAM) { return 6; }
+  BOOL keeps = 0;
+};
+
+TEST(Notifications, GoToTheControlFirstAndThenAlongTheCommandRoute) {
+  struct View : CView {
+    bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override {
+      static constexpr MessageMapEntry kEntries[] = {NotificationEntry<&View::OnNote>(-12, 9),
+                                                     ControlEntry<&View::OnCode>(33, 9)};
+      return CallEntry(kEntries, *this, key, arguments) || CView::CallMapped(key, arguments);
+    }
+    void OnNote(NMHDR*, LRESULT* result) {
+      LogWnd::log += "view ";
+      *result = 7;
+    }
+    void OnCode() { LogWnd::log += "view "; }
+  };
+  CFrameWnd frame;
+  frame.Create("Frame", "", {0, 0, 9, 9});
+  View view;
+  CDocument* const none = nullptr;
+  view.Create(&frame, CRect{}, 1, none);
+  ReflectingWnd control;
+  control.CreateWnd({.class_name = "C", .parent = &frame, .id = 9});
+  NMHDR header{control.GetSafeHwnd(), 9, -12};
+  LogWnd::Take();
+  std::string results;
+  for (const BOOL keeps : {0, 1}) {
+    control.keeps = keeps;
+    frame.SendMessage(WM_COMMAND, MakeWParam(9, 33),
+                      reinterpret_cast<LPARAM>(control.GetSafeHwnd()));
+    results += std::to_string(frame.SendMessage(WM_NOTIFY, 9, reinterpret_cast<LPARAM>(&header)));
+  }
+  EXPECT_EQ(results + std::to_string(frame.SendMessage(WM_MEASUREITEM, 9)), "756");
+  EXPECT_EQ(LogWnd::Take(), "code view note-12 view code note-12 ");
+  EXPECT_EQ(frame.SendMessage(WM_NOTIFY), 0);
+}
+
+// ---- Frames
+
+struct FrameBar : CControlBar {
+  FrameBar(CFrameWnd& frame, DockSide side, CSize size) : CControlBar(side) {
+    CreateWnd({.class_name = "Bar", .parent = &frame});
+    SetBarSize(size);
+  }
+  ~FrameBar() override { DestroyWindow(); }
+};
+
+TEST(Frame, SharesItsClientAreaAmongItsBarsAndThePane) {
+  CFrameWnd frame;
+  frame.Create("Frame", "", {0, 0, 300, 200});
+  CView view;
+  CDocument* const none = nullptr;
+  view.Create(&frame, CRect{}, kFirstPaneId, none);
+  FrameBar top(frame, DockSide::kTop, {0, 20}), left(frame, DockSide::kLeft, {30, 0}),
+      bottom(frame, DockSide::kBottom, {999, 10}), right(frame, DockSide::kRight, {40, 0});
+  EXPECT_EQ(view.GetPlace(), (CRect{30, 20, 260, 190}));
+  EXPECT_TRUE(left.GetPlace() == (CRect{0, 20, 30, 200}) &&
+              bottom.GetPlace() == (CRect{30, 190, 300, 200}) &&
+              right.GetPlace() == (CRect{260, 20, 300, 190}));
+  frame.MoveWindow(0, 0, 100, 50);
+  EXPECT_EQ(view.GetPlace(), (CRect{30, 20, 60, 40}));
+  frame.ShowControlBar(&right, false);
+  top.SetDockSide(DockSide::kNone);
+  left.SetBarSize({5000, 0});
+  EXPECT_EQ(view.GetPlace(), (CRect{100, 0, 100, 40})) << "there is no more than all";
+}
+
+TEST(Frame, KeepsAMaximisedChildInItsSizeAndPassesThatOn) {
+  CMDIFrameWnd main;
+  CMDIChildWnd first, second;
+  main.Create("Frame", "", {0, 0, 300, 200});
+  first.Create("Child", "", {10, 10, 60, 60}, &main);
+  second.Create("Child", "", {20, 20, 80, 80}, &main);
+  second.ShowWindow(SW_SHOWMAXIMIZED);
+  FrameBar bar(main, DockSide::kTop, {0, 50});
+  EXPECT_EQ(second.GetPlace(), (CRect{0, 0, 300, 150}));
+  main.MDIActivate(&first);
+  EXPECT_TRUE(first.IsZoomed() && first.GetPlace() == (CRect{0, 0, 300, 150}));
+  EXPECT_TRUE(!second.IsZoomed() && second.GetPlace() == (CRect{20, 20, 80, 80}));
+  first.MDIDestroy();
+  EXPECT_TRUE(second.IsZoomed() && main.MDIGetActive() == &second);
+}
+
+/// A view that is made by its class, and tells of its life.
+struct MadeView : CView {
+  DECLARE_DYNCREATE(MadeView)
+  MadeView() = default;
+  ~MadeView() override { LogWnd::log += "~view "; }
+  void OnInitialUpdate() override { LogWnd::log += "initial "; }
+  void OnActivateView(bool activate, CView* activated, CView* deactivated) override {
+    LogWnd::log += activate ? "on" : "off";
+    LogWnd::log += activated == deactivated ? "= " : " ";
+  }
+};
+IMPLEMENT_DYNCREATE(MadeView, CView)
+
+struct MadeDocument : CDocument {
+  ~MadeDocument() override { LogWnd::log += "~document "; }
+  void DeleteContents() override { LogWnd::log += "contents "; }
+};
+
+TEST(Frame, MakesViewsOfAClassWhichEndWithTheirWindowAndTakeTheirDocumentAlong) {
+  auto* const document = new MadeDocument;
+  document->m_bAutoDelete = true;
+  const CCreateContext context{.m_pNewViewClass = RUNTIME_CLASS(MadeView),
+                               .m_pCurrentDoc = document};
+  LogWnd::Take();
+  {
+    CFrameWnd frame;
+    ASSERT_TRUE(frame.Create("Frame", "Tool", {0, 0, 90, 90}, 0, &context));
+    document->SetTitle("Doc");
+    CView* const view = document->GetFirstView();
+    EXPECT_TRUE(view->GetPlace() == (CRect{0, 0, 90, 90}) && frame.GetActiveView() == view);
+    frame.InitialUpdateFrame(document, true);
+    EXPECT_EQ(LogWnd::Take(), "initial on= on= ");
+    EXPECT_EQ(frame.GetWindowText(), "Doc - Tool");
+    // While the document is held back, it outlives its last view.
+    document->m_bAutoDelete = false;
+    view->DestroyWindow();
+    EXPECT_TRUE(document->GetViews().empty() && frame.GetActiveView() == nullptr);
+    document->m_bAutoDelete = true;
+    CView* const next = frame.CreateView(&context);
+    frame.SetActiveView(nullptr);
+    frame.SetActiveView(next);
+    EXPECT_EQ(LogWnd::Take(), "off ~view off on ");
+    const CCreateContext wrong{.m_pNewViewClass = RUNTIME_CLASS(CFrameWnd)};
+    EXPECT_TRUE(frame.CreateView(&wrong, 5) == nullptr && frame.CreateView(nullptr) == nullptr);
+    frame.SendMessage(WM_CLOSE);
+    EXPECT_EQ(frame.GetSafeHwnd(), nullptr);
+  }
+  EXPECT_EQ(LogWnd::Take(), "off ~view contents ~document ");
+}
+
+}  // namespace
+}  // namespace dq::test
