@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs the packages of the groups named that the machine lacks: build, check, bench, fuzz, lint.
+# Installs the packages of the groups named that the machine lacks: build, workbench, check, bench,
+# fuzz, lint.
 # Says nothing on standard output, works without a terminal, as root or with sudo.
 set -euo pipefail
 

@@ -7,52 +7,18 @@
 #include <vector>
 
 #include "apps/common/content.h"
+#include "apps/common/dialogs.h"
 #include "apps/dqtool/command.h"
-#include "dqlib/datetime/data_type.h"
-#include "dqlib/datetime/format_dialog.h"
-#include "dqlib/dbvocab/object_info_dialog.h"
-#include "dqlib/frame/switch_resource_handle.h"
 #include "dqlib/platform/ascii.h"
 #include "dqlib/platform/dialog_script.h"
 #include "dqlib/platform/platform.h"
-#include "dqlib/resources/library.h"
-#include "dqlib/toolkit/library_options_dialog.h"
 
 namespace dqtool {
 namespace {
 
 using dq::platform::DialogControl;
 using dq::platform::DialogControlKind;
-
-/// A dialog that can be run: the id of its template, and how it is run with its result. What it
-/// gives the host is put into `answer`, if it is more than what is kept.
-struct DialogRow {
-  unsigned id;
-  int (*run)(std::string& answer);
-};
-
-/// The dialog on an object that is none yet, of no platform.
-int NameObject(std::string&) {
-  dq::CDBObjectInfo object;
-  return dq::CDBObjectInfoDlg(&object, dq::DBMS_NONE, 0, "", false, "").DoModal();
-}
-
-/// The dialog on the user's own format of dates with times, which no option keeps.
-int BuildFormat(std::string& answer) {
-  constexpr int kCode = dq::DATATYPE_DATETIME;
-  constexpr dq::UINT kNoOption = 0;
-  dq::CLGOracleDateTimeFormat format(kNoOption, 0);
-  const int result = dq::CLGDateTimeFormatDlg(&format, kCode).DoModal();
-  answer = format.GetDispDateTimeFmt(kCode, dq::CLGDateTimeFormat::DFK_CURRENT).View();
-  return result;
-}
-
-constexpr DialogRow kDialogs[] = {
-    {dq::CDBObjectInfoDlg::kTemplateId, NameObject},
-    {dq::CDQLibraryOptionsDlg::kTemplateId,
-     [](std::string&) { return dq::CDQLibraryOptionsDlg().DoModal(); }},
-    {dq::CLGDateTimeFormatDlg::kTemplateId, BuildFormat},
-};
+using dqapps::LibraryDialog;
 
 /// Answers dialogs by the script, and message boxes by their default buttons.
 class ScriptPrompts : public dq::platform::Prompts {
@@ -71,48 +37,36 @@ class ScriptPrompts : public dq::platform::Prompts {
   dq::platform::DialogScript script_;
 };
 
-std::string CaptionOf(const DialogRow& row) {
-  const dq::CDQSwitchResourceHandle scope(dq::DQLIB_GetInstanceHandle());
-  const std::optional<dq::DialogTemplate> found = dq::FindDialogTemplate(row.id);
-  return found ? found->caption : std::string();
-}
-
 int List(const Arguments& arguments) {
   Listing listing(arguments);
-  for (const DialogRow& row : kDialogs) {
-    listing.Add({{"id", row.id}, {"caption", CaptionOf(row)}});
+  for (const LibraryDialog& dialog : dqapps::LibraryDialogs()) {
+    listing.Add({{"id", dialog.id}, {"caption", dialog.Caption()}});
   }
   return listing.End();
 }
 
 /// By its id or its caption, in any case.
-const DialogRow& FindDialog(const std::string& word) {
+const LibraryDialog& FindDialog(const std::string& word) {
   std::vector<std::string> names;
-  for (const DialogRow& row : kDialogs) {
-    names.push_back(CaptionOf(row));
-    if (word == std::to_string(row.id) || dq::platform::EqualIgnoringCase(word, names.back())) {
-      return row;
+  for (const LibraryDialog& dialog : dqapps::LibraryDialogs()) {
+    names.push_back(dialog.Caption());
+    if (word == std::to_string(dialog.id) || dq::platform::EqualIgnoringCase(word, names.back())) {
+      return dialog;
     }
   }
   throw WrongUsage("no dialog '" + word + "', as --list shows" + DidYouMean(word, names));
 }
 
 /// Runs the dialog and tells how it was left, and with what.
-int RunAndTell(const Arguments& arguments, const DialogRow& dialog) {
-  std::string answer;
-  const int result = dialog.run(answer);
-  if (result == -1) return Complain("it could not be opened");
-  const bool ok = result == dq::IDOK;
-  Fields fields = {{"result", ok ? "ok" : "cancel"}};
-  std::string lines = ok ? "ok" : "cancel";
-  if (ok && !answer.empty()) {
-    lines += '\n' + answer;
-    fields.emplace_back("answer", answer);
-  }
-  return PrintAnswer(arguments, lines, fields, ok ? kYes : kNo);
+int RunAndTell(const Arguments& arguments, const LibraryDialog& dialog) {
+  const dqapps::DialogOutcome outcome = dialog.Run();
+  if (!outcome.is_opened) return Complain("it could not be opened");
+  Fields fields = {{"result", outcome.is_ok ? "ok" : "cancel"}};
+  if (outcome.is_ok && !outcome.answer.empty()) fields.emplace_back("answer", outcome.answer);
+  return PrintAnswer(arguments, outcome.Lines(), fields, outcome.is_ok ? kYes : kNo);
 }
 
-int RunByScript(const Arguments& arguments, const DialogRow& dialog, const std::string& path) {
+int RunByScript(const Arguments& arguments, const LibraryDialog& dialog, const std::string& path) {
   const std::optional<std::string> text = dqapps::ReadContent(path);
   if (!text) return kNo;
   const std::string name = dqapps::NameOfInput(path);
@@ -197,14 +151,13 @@ class ControlLister : public ScriptPrompts {
   std::set<int> listed_;
 };
 
-int ListControls(const Arguments& arguments, const DialogRow& dialog) {
+int ListControls(const Arguments& arguments, const LibraryDialog& dialog) {
   Listing listing(arguments);
   ControlLister prompts(listing);
   dq::platform::Platform services = dq::platform::Current();
   services.prompts = &prompts;
   const dq::platform::ScopedPlatform scope(services);
-  std::string answer;
-  if (dialog.run(answer) == -1) return Complain("it could not be opened");
+  if (!dialog.Run().is_opened) return Complain("it could not be opened");
   return listing.End();
 }
 
@@ -217,7 +170,7 @@ int RunDialog(const Arguments& arguments) {
   }
   if (lists) return List(arguments);
   if (arguments.words.empty()) throw WrongUsage("a DIALOG or --list is needed");
-  const DialogRow& dialog = FindDialog(arguments.words[0]);
+  const LibraryDialog& dialog = FindDialog(arguments.words[0]);
   if (controls && script != nullptr) throw WrongUsage("either --controls or --script");
   if (controls) return ListControls(arguments, dialog);
   return script == nullptr ? RunAndTell(arguments, dialog)

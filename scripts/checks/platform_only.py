@@ -29,8 +29,10 @@ THIRD_PARTIES = {
     "tests": r"(gtest|gmock)/",
     "fuzzing": r"fuzzer/|gmpxx\.h$",
     "benchmarks": r"(benchmark|absl)/",
-    "apps": r"sqlite3\.h$|Q[A-Z]\w*$|Qt|CLI/|nlohmann/",
+    "apps": r"sqlite3\.h$|Q[A-Z]\w*$|Qt|CLI/|nlohmann/|wx/",
 }
+# What a window layer needs of the display beyond its toolkit.
+DISPLAY = ("apps/workbench/layer/", r"(gtk|gdk|X11)/")
 
 # A benchmark may call the system where that is the peer it measures.
 PEER = "benchmarks/"
@@ -73,7 +75,8 @@ def check(path, code):
     for line, name, angled in _tree.includes(code):
         if angled and name not in STANDARD:
             allowed = THIRD_PARTIES.get(top)
-            if not (allowed and re.match(allowed, name)) and not path.startswith(PEER):
+            is_display = path.startswith(DISPLAY[0]) and re.match(DISPLAY[1], name)
+            if not (allowed and re.match(allowed, name) or is_display) and not path.startswith(PEER):
                 yield line, f"<{name}> belongs into dqlib/platform/"
     for match in PLATFORM_CONDITION.finditer(code):
         yield line_of(code, match.start(1)), f"#if on {match[1]} belongs into dqlib/platform/"

@@ -67,6 +67,9 @@ class CheckTest(unittest.TestCase):
                 #elif defined(__APPLE__)""".split(";"):
             text = f"#if 0\n#endif\n{line.strip()}\n"
             self.expect({"dqlib/core/a.cpp": text}, "dqlib/core/a.cpp:3: ")
+        of_layer = "#include <wx/app.h>\n#include <gtk/gtk.h>\n"
+        self.expect({"apps/workbench/layer/a.cpp": of_layer})
+        self.expect({"apps/workbench/a.cpp": of_layer}, "apps/workbench/a.cpp:2: <gtk/gtk.h>")
 
     def test_build_lists(self):
         tree = {

@@ -1,0 +1,64 @@
+// The display and the toolkit's connection to it.
+
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <wx/gdicmn.h>
+
+class wxTopLevelWindow;
+class wxWindow;
+
+namespace workbench {
+
+/// Why there is no display to draw on, in lower case and without a full stop; no value if there is
+/// one.
+std::optional<std::string> WhyNoDisplay();
+
+/// The toolkit, for its lifetime. One at a time, on the thread that is to be the user-interface
+/// thread, while there is a display.
+class Toolkit {
+ public:
+  /// `lost` is called when the connection to the display breaks, from within the toolkit. From then
+  /// on the toolkit must not be called, and isn't ended with this object.
+  explicit Toolkit(std::function<void()> lost);
+  Toolkit(const Toolkit&) = delete;
+  Toolkit& operator=(const Toolkit&) = delete;
+  ~Toolkit();
+
+  /// False if the toolkit could not be started.
+  bool ok() const { return ok_; }
+
+ private:
+  bool ok_ = false;
+};
+
+/// How many pixels of the display a pixel at 96 dots to the inch is, by its resolution and the
+/// person's settings for the size of texts.
+double DisplayScale();
+
+/// Width and height of the primary screen, in the display's pixels.
+wxSize DisplaySize();
+
+/// What the window manager puts around a window, in the display's pixels.
+struct FrameExtents {
+  int left = 0;
+  int right = 0;
+  int top = 0;
+  int bottom = 0;
+
+  friend bool operator==(const FrameExtents&, const FrameExtents&) = default;
+};
+
+/// Asks the window manager, and waits for its answer at most half a second; all 0 if there is none,
+/// or if it doesn't tell.
+FrameExtents AskFrameExtents();
+/// What a window that is shown really has; no value if the window manager doesn't tell, or not yet.
+std::optional<FrameExtents> ReadFrameExtents(const wxTopLevelWindow& window);
+
+/// Has a window that isn't shown yet come up where it is put, instead of where the toolkit or the
+/// window manager would have it.
+void KeepPlace(wxTopLevelWindow& window);
+
+}  // namespace workbench

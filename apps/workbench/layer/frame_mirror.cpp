@@ -1,0 +1,105 @@
+#include "apps/workbench/layer/frame_mirror.h"
+
+#include <wx/frame.h>
+#include <wx/menu.h>
+#include <wx/statusbr.h>
+
+#include "apps/workbench/layer/gtk_menu.h"
+#include "apps/workbench/layer/layer.h"
+#include "apps/workbench/layer/text.h"
+#include "dqlib/framework/windows/frame_wnd.h"
+
+namespace workbench {
+namespace {
+
+using dq::CWnd;
+using dq::UINT;
+using dq::WindowChange;
+
+/// Height of the message line, at 96 dots to the inch.
+constexpr dq::LONG kMessageLine = 20;
+
+/// The high word of `WM_MENUSELECT` when a menu is left.
+constexpr UINT kMenuLeft = 0xFFFF;
+
+}  // namespace
+
+Bars UsualBars(const CWnd& window, const Scale& scale) {
+  if (dynamic_cast<const dq::CFrameWnd*>(&window) == nullptr) return {};
+  static const int menu_height = MenuBarHeight();
+  return {window.GetMenu() == nullptr ? 0 : menu_height, scale.ToNative(kMessageLine)};
+}
+
+FrameMirror::FrameMirror(Layer& layer, CWnd& window) : TopLevelMirror(layer, window) {
+  layer.AddFrame(*this);
+  events_.command = [this](UINT id) {
+    this->layer().ShowMenus();
+    Post([id](CWnd& frame) { frame.SendMessage(dq::WM_COMMAND, dq::MakeWParam(id, 0)); });
+  };
+  events_.opens = [this](dq::HMENU menu, int position) {
+    Post([menu, position](CWnd& frame) {
+      frame.SendMessage(dq::WM_INITMENUPOPUP, reinterpret_cast<dq::WPARAM>(menu), position);
+    });
+  };
+  events_.looked_at = [this](UINT id, UINT state, dq::HMENU menu) {
+    Post([=](CWnd& frame) {
+      frame.SendMessage(dq::WM_MENUSELECT, dq::MakeWParam(id, state),
+                        reinterpret_cast<dq::LPARAM>(menu));
+    });
+  };
+}
+
+FrameMirror::~FrameMirror() { layer().RemoveFrame(*this); }
+
+wxFrame& FrameMirror::frame() const { return static_cast<wxFrame&>(*native()); }
+
+wxTopLevelWindow* FrameMirror::MakeTopLevel(long style) {
+  auto* const native = new wxFrame(nullptr, wxID_ANY, wxString(), wxDefaultPosition, wxSize(1, 1),
+                                   style | wxMINIMIZE_BOX);
+  wxStatusBar* const line = native->CreateStatusBar(1, wxSTB_ELLIPSIZE_END);
+  line->SetMinHeight(scale().ToNative(kMessageLine));
+  native->Bind(wxEVT_MENU_OPEN, [this](wxMenuEvent& event) {
+    if (menu_ != nullptr) menu_->NoteOpened(event.GetMenu());
+  });
+  native->Bind(wxEVT_MENU_CLOSE,
+               [this](wxMenuEvent&) { events_.looked_at(0, kMenuLeft, nullptr); });
+  native->Bind(wxEVT_MENU_HIGHLIGHT, [this](wxMenuEvent& event) {
+    if (menu_ != nullptr) menu_->NoteLookedAt(event.GetMenu(), event.GetMenuId());
+  });
+  return native;
+}
+
+void FrameMirror::Apply(const Changes& changes) {
+  if (changes.Has(WindowChange::kMenu)) ShowMenu();
+  TopLevelMirror::Apply(changes);
+}
+
+void FrameMirror::ShowMenu() {
+  const dq::CMenu* const menu = window().GetMenu();
+  const dq::HMENU handle = menu == nullptr ? nullptr : menu->GetSafeHmenu();
+  if (menu_ != nullptr && menu_->menu() == handle) return;
+  menu_.reset();
+  wxMenuBar* const former = frame().GetMenuBar();
+  wxMenuBar* const bar = handle == nullptr ? nullptr : new wxMenuBar;
+  if (bar != nullptr) menu_ = std::make_unique<MenuMirror>(handle, *bar, events_);
+  frame().SetMenuBar(bar);
+  delete former;
+}
+
+void FrameMirror::UpdateMenu() {
+  if (menu_ != nullptr) menu_->Update();
+}
+
+void FrameMirror::ShowContent(const Changes& changes) {
+  const auto* const own = As<dq::CFrameWnd>();
+  if (own == nullptr || !changes.Has(WindowChange::kContent)) return;
+  frame().SetStatusText(ToNative(own->GetMessageText().View()));
+}
+
+Bars FrameMirror::ShownBars() const {
+  const wxMenuBar* const bar = frame().GetMenuBar();
+  const wxStatusBar* const line = frame().GetStatusBar();
+  return {bar == nullptr ? 0 : bar->GetSize().y, line == nullptr ? 0 : line->GetSize().y};
+}
+
+}  // namespace workbench

@@ -1,0 +1,38 @@
+// Top-level frames, with their main menu and message line.
+
+#pragma once
+
+#include "apps/workbench/layer/menu_mirror.h"
+#include "apps/workbench/layer/top_level_mirror.h"
+
+class wxFrame;
+
+namespace workbench {
+
+class FrameMirror : public TopLevelMirror {
+ public:
+  FrameMirror(Layer& layer, dq::CWnd& window);
+  ~FrameMirror() override;
+
+  void Apply(const Changes& changes) override;
+  /// A menu has changed; whether it is this frame's.
+  bool MarkMenu(dq::HMENU menu) { return menu_ != nullptr && menu_->Mark(menu); }
+  void UpdateMenu();
+
+ protected:
+  wxTopLevelWindow* MakeTopLevel(long style) override;
+  Bars ShownBars() const override;
+  void ShowContent(const Changes& changes) override;
+
+ private:
+  wxFrame& frame() const;
+  void ShowMenu();
+
+  MenuMirror::Events events_;
+  std::unique_ptr<MenuMirror> menu_;
+};
+
+/// What a frame has above and below its client area before it is shown.
+Bars UsualBars(const dq::CWnd& window, const Scale& scale);
+
+}  // namespace workbench

@@ -1,0 +1,26 @@
+// What the toolkit's windows can do on this system beyond their own interface.
+
+#pragma once
+
+class wxTopLevelWindow;
+class wxWindow;
+
+namespace workbench {
+
+/// Whether the window has the keyboard, or gets it when its top-level window becomes active.
+bool HasKeyboard(const wxWindow& window);
+/// Gives it the keyboard within its top-level window, which doesn't become active by that.
+void GrabKeyboard(wxWindow& window);
+
+/// Whether the person works with the top-level window.
+bool IsActive(const wxTopLevelWindow& window);
+/// Asks the window manager to make it active and put it before others.
+void Activate(wxTopLevelWindow& window);
+
+/// Has a top-level window lie over another, its owner.
+void SetOwner(wxTopLevelWindow& window, wxTopLevelWindow* owner);
+
+/// Has a label break its lines where they would be longer than it is wide, from its top.
+void WrapLabel(wxWindow& label);
+
+}  // namespace workbench

@@ -1,0 +1,263 @@
+#include "apps/workbench/layer/layer.h"
+
+#include <algorithm>
+#include <utility>
+#include <wx/toplevel.h>
+#include <wx/utils.h>
+
+#include "apps/workbench/layer/frame_mirror.h"
+#include "apps/workbench/layer/gtk_window.h"
+#include "apps/workbench/layer/style.h"
+#include "apps/workbench/layer/top_level_mirror.h"
+#include "dqlib/framework/windows/frame_wnd.h"
+#include "dqlib/framework/windows/screen.h"
+
+namespace workbench {
+
+using dq::CWnd;
+using dq::HWND;
+using dq::WindowChange;
+
+Layer::Layer(Host host)
+    : host_(std::move(host)),
+      toolkit_([this] { loop_.LoseDisplay(); }),
+      loop_({.update = [this] { Update(); },
+             .handled = [this] { TakeIn(); },
+             .settled = [this] { Settle(); },
+             .lost = [this] { host_.when_lost(); }}),
+      scale_(DisplayScale()),
+      frame_extents_(AskFrameExtents()) {
+  InstallDialogStyle(scale_);
+  dq::SetScreenSize(scale_.ToLogical(DisplaySize()));
+  former_ = dq::SetWindowObserver(this);
+}
+
+Layer::~Layer() {
+  dq::SetWindowObserver(former_);
+  if (loop_.HasDisplay()) return;
+  // Ending windows would call the toolkit. They stay until the process ends.
+  static auto& kept = *new std::vector<std::unique_ptr<Mirror>>;
+  for (auto& [handle, entry] : entries_) kept.push_back(std::move(entry.mirror));
+  for (auto& mirror : ended_) kept.push_back(std::move(mirror));
+}
+
+// ---- What the library tells
+
+Layer::Entry& Layer::EntryOf(CWnd& window) {
+  const HWND handle = window.GetSafeHwnd();
+  const auto [found, is_new] = entries_.try_emplace(handle, Entry{&window, nullptr, {}});
+  Entry& entry = found->second;
+  if (is_new) {
+    entry.changes = Changes::All();
+    changed_.push_back(handle);
+  } else if (entry.window != &window) {
+    handles_.erase(entry.window);
+    entry.window = &window;
+  }
+  handles_[&window] = handle;
+  return entry;
+}
+
+void Layer::Mark(const CWnd& window, WindowChange change) {
+  const auto found = entries_.find(window.GetSafeHwnd());
+  if (found == entries_.end()) return;
+  Changes& changes = found->second.changes;
+  if (changes.empty()) changed_.push_back(found->first);
+  changes.Add(change);
+}
+
+void Layer::OnWindowChange(CWnd& window, WindowChange change, const dq::ChangedRange&) {
+  if (change == WindowChange::kDestroyed) {
+    Forget(window);
+    return;
+  }
+  Entry& entry = EntryOf(window);
+  if (change == WindowChange::kFocus) ShowFocus();
+  if (change == WindowChange::kActive) show_active_ = true;
+  if (change == WindowChange::kReplaced) {
+    if (entry.changes.empty()) changed_.push_back(window.GetSafeHwnd());
+    entry.changes = Changes::All();
+  } else {
+    Mark(window, change);
+  }
+}
+
+/// The handle is dead already, and the object perhaps about to be.
+void Layer::Forget(const CWnd& window) {
+  const auto handle = handles_.find(&window);
+  if (handle == handles_.end()) return;
+  const auto entry = entries_.find(handle->second);
+  if (entry->second.mirror != nullptr) ended_.push_back(std::move(entry->second.mirror));
+  entries_.erase(entry);
+  handles_.erase(handle);
+}
+
+void Layer::OnMenuChange(dq::HMENU menu, dq::MenuChange, const dq::ChangedRange&) {
+  for (FrameMirror* const frame : frames_) show_menus_ = frame->MarkMenu(menu) || show_menus_;
+}
+
+// ---- What the toolkit shows
+
+void Layer::Update() {
+  showing_ = true;
+  ShowChanges();
+  UpdateActive();
+  // Behind the others, so that the keyboard goes straight to the window that has it next. Children
+  // have ended before their parents, whose windows would end them.
+  ended_.clear();
+  UpdateFocus();
+  if (std::exchange(show_menus_, false)) {
+    for (FrameMirror* const frame : frames_) frame->UpdateMenu();
+  }
+  showing_ = false;
+}
+
+void Layer::ShowChanges() {
+  std::vector<HWND> top_level;
+  while (!changed_.empty()) {
+    for (const HWND handle : std::exchange(changed_, {})) {
+      const auto found = entries_.find(handle);
+      if (found == entries_.end()) continue;
+      ShowWindow(found->second);
+      if (found->second.window->GetParent() == nullptr) top_level.push_back(handle);
+    }
+  }
+  for (const HWND handle : top_level) {
+    if (Mirror* const mirror = Find(handle)) mirror->ApplyShown();
+  }
+}
+
+void Layer::ShowWindow(Entry& entry) {
+  Changes changes = std::exchange(entry.changes, {});
+  if (changes.empty()) return;
+  CWnd& window = *entry.window;
+  const bool is_moved = changes.Has(WindowChange::kOrder) && entry.mirror != nullptr &&
+                        entry.mirror->parent() != window.GetParent();
+  if (entry.mirror != nullptr && (is_moved || !entry.mirror->Serves(window))) {
+    DropMirrors(window);
+    changes = Changes::All();
+  }
+  if (Mirror* const mirror = MirrorOf(entry)) mirror->Apply(changes);
+}
+
+/// Makes it, and those of the windows around it.
+Mirror* Layer::MirrorOf(Entry& entry) {
+  if (entry.mirror != nullptr) return entry.mirror.get();
+  CWnd& window = *entry.window;
+  wxWindow* inside = nullptr;
+  if (CWnd* const parent = window.GetParent()) {
+    Entry& above = EntryOf(*parent);
+    Mirror* const mirror = MirrorOf(above);
+    inside = mirror == nullptr ? nullptr : mirror->Inside();
+    if (inside == nullptr) return nullptr;
+  }
+  std::unique_ptr<Mirror> made = MakeMirror(*this, window);
+  if (made == nullptr) return nullptr;
+  made->Make(inside);
+  entry.mirror = std::move(made);
+  return entry.mirror.get();
+}
+
+/// Drops the mirrors of the window and of those in it, which are to be made anew.
+void Layer::DropMirrors(CWnd& window) {
+  for (CWnd* child = window.GetTopWindow(); child != nullptr; child = child->GetNextWindow()) {
+    DropMirrors(*child);
+  }
+  Entry& entry = EntryOf(window);
+  entry.mirror.reset();
+  if (entry.changes.empty()) changed_.push_back(window.GetSafeHwnd());
+  entry.changes = Changes::All();
+}
+
+Mirror* Layer::Find(const CWnd* window) const {
+  return window == nullptr ? nullptr : Find(window->GetSafeHwnd());
+}
+
+Mirror* Layer::Find(HWND window) const {
+  const auto found = entries_.find(window);
+  return found == entries_.end() ? nullptr : found->second.mirror.get();
+}
+
+void Layer::Post(HWND window, std::function<void(CWnd&)> act) {
+  loop_.Post([window, act = std::move(act)] {
+    if (CWnd* const live = CWnd::FromHandle(window)) act(*live);
+  });
+}
+
+/// What the person has done to the control that has the keyboard.
+void Layer::TakeIn() {
+  if (Mirror* const mirror = Find(CWnd::GetFocus())) mirror->TakeIn();
+}
+
+// ---- The active window and the focus
+
+void Layer::NoteActive(HWND window, bool is_active) {
+  if (!is_active) {
+    if (active_ == window) active_ = nullptr;
+    left_ = true;
+    return;
+  }
+  active_ = window;
+  left_ = false;
+  Post(window, [this](CWnd& live) {
+    if (live.IsWindowEnabled()) {
+      live.SetActiveWindow(wxGetMouseState().LeftIsDown());
+    } else {
+      // The dialog above it is to be answered first.
+      show_active_ = true;
+    }
+    ShowFocus();
+  });
+}
+
+void Layer::UpdateActive() {
+  if (!std::exchange(show_active_, false)) return;
+  const auto* const mirror = dynamic_cast<TopLevelMirror*>(Find(CWnd::GetActiveWindow()));
+  if (mirror == nullptr || !mirror->top_level()->IsShown()) return;
+  if (!IsActive(*mirror->top_level())) Activate(*mirror->top_level());
+}
+
+void Layer::UpdateFocus() {
+  if (!std::exchange(show_focus_, false)) return;
+  const CWnd* const focus = CWnd::GetFocus();
+  Mirror* const mirror = Find(focus);
+  wxWindow* const native = mirror == nullptr ? nullptr : mirror->Focusable();
+  if (native != nullptr && !HasKeyboard(*native)) GrabKeyboard(*native);
+}
+
+void Layer::Settle() {
+  // Only now, for the next window may have become active behind the former one.
+  if (std::exchange(left_, false) && active_ == nullptr) {
+    Post([] { CWnd::LeaveActiveWindow(); });
+  }
+}
+
+// ---- What the library asks
+
+dq::CRect Layer::GetFrameWidths(const CWnd& window) {
+  if (window.GetParent() != nullptr) return {};
+  const auto* const mirror = dynamic_cast<TopLevelMirror*>(Find(&window));
+  const FrameExtents extents = mirror == nullptr ? frame_extents_ : mirror->frame_extents();
+  const Bars bars = mirror == nullptr ? UsualBars(window, scale_) : mirror->bars();
+  return {scale_.ToLogical(extents.left), scale_.ToLogical(extents.top + bars.above),
+          scale_.ToLogical(extents.right), scale_.ToLogical(extents.bottom + bars.below)};
+}
+
+void Layer::ShowWaitPointer(bool show) {
+  if (!loop_.HasDisplay()) return;
+  if (show) {
+    wxBeginBusyCursor();
+  } else {
+    wxEndBusyCursor();
+  }
+}
+
+void Layer::Beep(dq::UINT) {
+  if (loop_.HasDisplay()) wxBell();
+}
+
+dq::CPoint Layer::GetPointer() {
+  return loop_.HasDisplay() ? scale_.ToLogical(wxGetMousePosition()) : dq::CPoint{};
+}
+
+}  // namespace workbench

@@ -1,0 +1,117 @@
+// The window layer: draws the library's windows by observing them.
+
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "apps/workbench/layer/changes.h"
+#include "apps/workbench/layer/display.h"
+#include "apps/workbench/layer/mirror.h"
+#include "apps/workbench/layer/native_loop.h"
+#include "apps/workbench/layer/scale.h"
+
+namespace workbench {
+
+class FrameMirror;
+class Trace;
+
+/// The observer of the user-interface thread for its lifetime. It marks what it is told, and shows
+/// it when the message loop next takes in native events; so whatever happens to a window in
+/// between, the toolkit's one is changed once, and nothing of the toolkit runs while the library
+/// does. `docs/window-layer.md` tells more.
+class Layer : public dq::WindowObserver {
+ public:
+  struct Host {
+    /// Null for none; not owned.
+    Trace* trace = nullptr;
+    /// The display is gone: dialogs are cancelled, and nothing is drawn any more.
+    std::function<void()> when_lost = [] {};
+  };
+
+  /// Throws `std::runtime_error` if the toolkit can't be started; see `WhyNoDisplay`.
+  explicit Layer(Host host);
+  ~Layer() override;
+
+  void OnWindowChange(dq::CWnd& window, dq::WindowChange change,
+                      const dq::ChangedRange& range) override;
+  void OnMenuChange(dq::MenuHandle* menu, dq::MenuChange change,
+                    const dq::ChangedRange& range) override;
+  bool RunsDialogs() const override { return loop_.HasDisplay(); }
+  dq::NativeEvents* GetEvents() override { return &loop_; }
+  dq::CRect GetFrameWidths(const dq::CWnd& window) override;
+  void ShowWaitPointer(bool show) override;
+  void Beep(dq::UINT type) override;
+  dq::CPoint GetPointer() override;
+
+  // For the mirrors.
+
+  const Scale& scale() const { return scale_; }
+  /// Has the act done to the window outside of the toolkit; dropped if it has ended by then.
+  void Post(dq::HWND window, std::function<void(dq::CWnd& window)> act);
+  void Post(NativeLoop::Act act) { loop_.Post(std::move(act)); }
+  /// Whether mirrors are being put right: what the toolkit tells then isn't a person's doing.
+  bool IsShowing() const { return showing_; }
+  /// Marks the window as changed, for a mirror that finds itself out of date.
+  void Mark(const dq::CWnd& window, dq::WindowChange change);
+  /// The mirror of a window, or null.
+  Mirror* Find(const dq::CWnd* window) const;
+  Mirror* Find(dq::HWND window) const;
+
+  /// Has menus that are marked shown.
+  void ShowMenus() { show_menus_ = true; }
+  /// The frames that are drawn, for changes of their menus.
+  void AddFrame(FrameMirror& frame) { frames_.push_back(&frame); }
+  void RemoveFrame(FrameMirror& frame) { std::erase(frames_, &frame); }
+  /// Has the keyboard given to what has the focus.
+  void ShowFocus() { show_focus_ = true; }
+  /// What the window manager puts around windows that aren't shown yet.
+  const FrameExtents& frame_extents() const { return frame_extents_; }
+  void SetFrameExtents(const FrameExtents& extents) { frame_extents_ = extents; }
+  /// The person begins to work with a top-level window, or no longer does.
+  void NoteActive(dq::HWND window, bool is_active);
+
+ private:
+  struct Entry {
+    dq::CWnd* window;
+    std::unique_ptr<Mirror> mirror;
+    Changes changes;
+  };
+
+  Entry& EntryOf(dq::CWnd& window);
+  void Forget(const dq::CWnd& window);
+  void Update();
+  void ShowChanges();
+  void ShowWindow(Entry& entry);
+  Mirror* MirrorOf(Entry& entry);
+  void DropMirrors(dq::CWnd& window);
+  void UpdateActive();
+  void UpdateFocus();
+  void TakeIn();
+  void Settle();
+
+  Host host_;
+  Toolkit toolkit_;
+  NativeLoop loop_;
+  Scale scale_;
+  FrameExtents frame_extents_;
+  std::unordered_map<dq::HWND, Entry> entries_;
+  std::unordered_map<const dq::CWnd*, dq::HWND> handles_;
+  /// Those with changes, in the order in which they were told first.
+  std::vector<dq::HWND> changed_;
+  std::vector<std::unique_ptr<Mirror>> ended_;
+  std::vector<FrameMirror*> frames_;
+  bool showing_ = false;
+  bool show_menus_ = false;
+  bool show_focus_ = false;
+  bool show_active_ = false;
+  /// The top-level window that the person works with; null while that is another program's.
+  dq::HWND active_ = nullptr;
+  /// It was active when the person went to another program, and hasn't been told yet.
+  bool left_ = false;
+  dq::WindowObserver* former_ = nullptr;
+};
+
+}  // namespace workbench

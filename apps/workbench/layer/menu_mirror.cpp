@@ -1,0 +1,199 @@
+#include "apps/workbench/layer/menu_mirror.h"
+
+#include <algorithm>
+#include <utility>
+#include <wx/menu.h>
+
+#include "apps/workbench/layer/gtk_menu.h"
+#include "apps/workbench/layer/text.h"
+
+namespace workbench {
+namespace {
+
+using dq::CMenu;
+using dq::HMENU;
+using dq::UINT;
+using Kind = MenuItemFacts::Kind;
+
+constexpr UINT kInactive = dq::MF_GRAYED | dq::MF_DISABLED;
+constexpr UINT kShownState = kInactive | dq::MF_CHECKED | dq::MF_RADIOCHECK;
+
+/// Items that have a mark at times are another kind of item of the toolkit's.
+bool IsMarked(UINT state) { return (state & dq::MF_CHECKED) != 0; }
+
+MenuItemFacts FactsOf(const CMenu& menu, int position) {
+  const UINT at = static_cast<UINT>(position);
+  MenuItemFacts facts;
+  const UINT flags = menu.GetMenuState(at, dq::MF_BYPOSITION);
+  facts.state = flags & kShownState;
+  if (const CMenu* const submenu = menu.GetSubMenu(position)) {
+    facts.kind = Kind::kPopup;
+    facts.submenu = submenu->GetSafeHmenu();
+  } else if ((flags & dq::MF_SEPARATOR) != 0) {
+    facts.kind = Kind::kSeparator;
+  } else {
+    facts.id = menu.GetMenuItemID(position);
+  }
+  facts.text = ToNative(menu.GetMenuString(at, dq::MF_BYPOSITION).View());
+  return facts;
+}
+
+std::vector<MenuItemFacts> ItemsOf(HMENU menu) {
+  std::vector<MenuItemFacts> items;
+  if (const CMenu* const source = CMenu::FromHandle(menu)) {
+    for (int at = 0; at < source->GetMenuItemCount(); ++at) items.push_back(FactsOf(*source, at));
+  }
+  return items;
+}
+
+wxString LabelOf(const wxString& text) {
+  const wxString label = text.BeforeFirst('\t');
+  // The toolkit doesn't take an item without one.
+  return label.empty() ? wxString(" ") : label;
+}
+
+}  // namespace
+
+bool MenuItemFacts::IsSameItem(const MenuItemFacts& other) const {
+  return kind == other.kind && id == other.id && submenu == other.submenu &&
+         IsMarked(state) == IsMarked(other.state);
+}
+
+struct MenuMirror::Item {
+  MenuItemFacts facts;
+  /// Null in a menu bar.
+  wxMenuItem* native = nullptr;
+  wxMenu* submenu = nullptr;
+  std::unique_ptr<MenuMirror> below;
+};
+
+MenuMirror::MenuMirror(HMENU menu, wxMenu& native, const Events& events)
+    : menu_(menu), native_(&native), events_(events) {
+  UpdateItems();
+}
+
+MenuMirror::MenuMirror(HMENU menu, wxMenuBar& native, const Events& events)
+    : menu_(menu), bar_(&native), events_(events) {
+  UpdateItems();
+}
+
+MenuMirror::~MenuMirror() = default;
+
+bool MenuMirror::Mark(HMENU menu) {
+  bool found = menu == menu_;
+  changed_ = changed_ || found;
+  for (Item& item : items_) found = (item.below != nullptr && item.below->Mark(menu)) || found;
+  return found;
+}
+
+void MenuMirror::Update() {
+  if (std::exchange(changed_, false)) UpdateItems();
+  for (Item& item : items_) {
+    if (item.below != nullptr) item.below->Update();
+  }
+}
+
+void MenuMirror::UpdateItems() {
+  changed_ = false;
+  std::vector<MenuItemFacts> now = ItemsOf(menu_);
+  // A menu bar has menus only.
+  if (bar_ != nullptr) {
+    std::erase_if(now, [](const MenuItemFacts& item) { return item.kind != Kind::kPopup; });
+  }
+  const std::size_t most = std::min(items_.size(), now.size());
+  std::size_t begin = 0;
+  while (begin < most && items_[begin].facts.IsSameItem(now[begin])) ++begin;
+  std::size_t end = 0;
+  while (end < most - begin &&
+         items_[items_.size() - 1 - end].facts.IsSameItem(now[now.size() - 1 - end])) {
+    ++end;
+  }
+  while (items_.size() > begin + end) Erase(begin);
+  while (items_.size() < now.size()) {
+    const std::size_t at = items_.size() - end;
+    Insert(at, now[at]);
+  }
+  for (std::size_t at = 0; at < items_.size(); ++at) Show(items_[at], at, now[at]);
+}
+
+void MenuMirror::Insert(std::size_t at, const MenuItemFacts& facts) {
+  Item item;
+  item.facts = facts;
+  // Shown below.
+  item.facts.text = wxString();
+  item.facts.state = IsMarked(facts.state) ? UINT{dq::MF_CHECKED} : 0;
+  if (facts.kind == Kind::kPopup) {
+    item.submenu = new wxMenu;
+    item.below = std::make_unique<MenuMirror>(facts.submenu, *item.submenu, events_);
+  }
+  if (bar_ != nullptr) {
+    bar_->Insert(at, item.submenu, LabelOf(facts.text));
+  } else {
+    const wxItemKind kind = facts.kind == Kind::kSeparator ? wxITEM_SEPARATOR
+                            : IsMarked(facts.state)        ? wxITEM_CHECK
+                                                           : wxITEM_NORMAL;
+    const int id = kind == wxITEM_SEPARATOR ? wxID_SEPARATOR : wxID_ANY;
+    item.native = native_->Insert(
+        at, new wxMenuItem(native_, id, kind == wxITEM_SEPARATOR ? wxString() : wxString(" "),
+                           wxString(), kind, item.submenu));
+    if (kind == wxITEM_CHECK) item.native->Check(true);
+    native_->Bind(
+        wxEVT_MENU,
+        [this, command = facts.id](wxCommandEvent&) {
+          // The toolkit's item has changed its mark by itself.
+          changed_ = true;
+          events_.command(command);
+        },
+        item.native->GetId());
+  }
+  items_.insert(items_.begin() + static_cast<std::ptrdiff_t>(at), std::move(item));
+}
+
+void MenuMirror::Erase(std::size_t at) {
+  if (bar_ != nullptr) {
+    delete bar_->Remove(at);
+  } else {
+    native_->Destroy(items_[at].native);
+  }
+  items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(at));
+}
+
+void MenuMirror::Show(Item& item, std::size_t at, const MenuItemFacts& facts) {
+  const MenuItemFacts former = std::exchange(item.facts, facts);
+  const bool is_active = (facts.state & kInactive) == 0;
+  if (facts.kind == Kind::kSeparator) return;
+  if (bar_ != nullptr) {
+    if (former.text != facts.text) bar_->SetMenuLabel(at, LabelOf(facts.text));
+    if (bar_->IsEnabledTop(at) != is_active) bar_->EnableTop(at, is_active);
+    return;
+  }
+  if (former.text != facts.text) {
+    item.native->SetItemLabel(LabelOf(facts.text));
+    ShowKeys(*item.native, facts.text.AfterFirst('\t'));
+  }
+  if (item.native->IsEnabled() != is_active) item.native->Enable(is_active);
+  if (item.native->IsCheckable()) {
+    if (!item.native->IsChecked()) item.native->Check(true);
+    ShowAsRadio(*item.native, (facts.state & dq::MF_RADIOCHECK) != 0);
+  }
+}
+
+void MenuMirror::NoteOpened(const wxMenu* menu) {
+  int position = 0;
+  for (Item& item : items_) {
+    if (item.submenu == menu && menu != nullptr) events_.opens(item.facts.submenu, position);
+    if (item.below != nullptr) item.below->NoteOpened(menu);
+    ++position;
+  }
+}
+
+void MenuMirror::NoteLookedAt(const wxMenu* menu, int native_id) {
+  for (Item& item : items_) {
+    if (native_ == menu && item.native != nullptr && item.native->GetId() == native_id) {
+      events_.looked_at(item.facts.id, item.facts.state, menu_);
+    }
+    if (item.below != nullptr) item.below->NoteLookedAt(menu, native_id);
+  }
+}
+
+}  // namespace workbench

@@ -1,0 +1,81 @@
+// Menus.
+
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <vector>
+#include <wx/string.h>
+
+#include "dqlib/framework/windows/menu.h"
+#include "dqlib/framework/windows/window_observer.h"
+
+class wxMenu;
+class wxMenuBar;
+class wxMenuItem;
+
+namespace workbench {
+
+/// What is shown of a menu's item.
+struct MenuItemFacts {
+  enum class Kind { kCommand, kSeparator, kPopup };
+
+  Kind kind = Kind::kCommand;
+  dq::UINT id = 0;
+  dq::HMENU submenu = nullptr;
+  wxString text;
+  dq::UINT state = 0;
+
+  /// Whether an item of the toolkit's that shows the one can be made to show the other.
+  bool IsSameItem(const MenuItemFacts& other) const;
+};
+
+/// A menu as one of the toolkit's, or as its menu bar. Submenus are mirrored in it. What is shown
+/// of an item changes when the item does; the others stay.
+class MenuMirror {
+ public:
+  /// What a person does with the menu, told from within the toolkit: `command` for an item that
+  /// they choose, `opens` for a menu that is about to drop down at a position of the one above,
+  /// `looked_at` for an item that they point at, with its state, 0 and 0xFFFF for none.
+  struct Events {
+    std::function<void(dq::UINT id)> command;
+    std::function<void(dq::HMENU menu, int position)> opens;
+    std::function<void(dq::UINT id, dq::UINT state, dq::HMENU menu)> looked_at;
+  };
+
+  /// For a menu that drops down; `native` isn't owned.
+  MenuMirror(dq::HMENU menu, wxMenu& native, const Events& events);
+  /// For a main menu.
+  MenuMirror(dq::HMENU menu, wxMenuBar& native, const Events& events);
+  MenuMirror(const MenuMirror&) = delete;
+  MenuMirror& operator=(const MenuMirror&) = delete;
+  ~MenuMirror();
+
+  dq::HMENU menu() const { return menu_; }
+  /// Its items, or those of a menu below it, have changed.
+  bool Mark(dq::HMENU menu);
+  /// Shows the items of those that were marked.
+  void Update();
+  /// The toolkit has opened one of its menus.
+  void NoteOpened(const wxMenu* menu);
+  /// An item of the toolkit's is pointed at; null for none.
+  void NoteLookedAt(const wxMenu* menu, int native_id);
+
+ private:
+  struct Item;
+  class Place;
+
+  void UpdateItems();
+  void Insert(std::size_t at, const MenuItemFacts& facts);
+  void Erase(std::size_t at);
+  void Show(Item& item, std::size_t at, const MenuItemFacts& facts);
+
+  dq::HMENU menu_;
+  wxMenu* native_ = nullptr;
+  wxMenuBar* bar_ = nullptr;
+  const Events& events_;
+  std::vector<Item> items_;
+  bool changed_ = true;
+};
+
+}  // namespace workbench

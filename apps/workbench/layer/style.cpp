@@ -1,0 +1,97 @@
+#include "apps/workbench/layer/style.h"
+
+#include <cstdlib>
+#include <gtk/gtk.h>
+#include <string>
+#include <wx/dcmemory.h>
+#include <wx/settings.h>
+#include <wx/window.h>
+
+#include "apps/workbench/layer/text.h"
+#include "dqlib/framework/base/drawing.h"
+
+namespace workbench {
+namespace {
+
+/// The size of the dialogs' font. Their templates are drawn for lines of 14 pixels and characters
+/// of 6 on average.
+constexpr int kDialogPoints = 8;
+
+/// The margins of the toolkit's controls are meant for larger ones than dialogs have. `N px` is
+/// replaced by as many pixels of the display.
+constexpr const char* kRules = R"(
+.dialog-style, .dialog-style * { font-size: 8pt; }
+.dialog-style button { padding: 0 4px; min-height: 0; min-width: 0; }
+.dialog-style entry { padding: 0 3px; min-height: 0; }
+.dialog-style checkbutton, .dialog-style radiobutton { padding: 0; min-height: 0; }
+.dialog-style checkbutton check, .dialog-style radiobutton radio {
+  min-height: 11px; min-width: 11px; margin: 0 4px 0 0; }
+.dialog-style frame > label { padding: 0; }
+.dialog-style notebook header tab { padding: 1px 8px; min-height: 18px; }
+.dialog-style notebook header { padding: 0; }
+.dialog-style toolbar { padding: 0; }
+)";
+
+std::string Scaled(const Scale& scale) {
+  std::string rules;
+  const std::string_view text = kRules;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t end = text.find_first_not_of("0123456789", at);
+    if (end > at && text.substr(end).starts_with("px")) {
+      const int length = std::atoi(std::string(text.substr(at, end - at)).c_str());
+      rules += std::to_string(scale.ToNative(length));
+      at = end;
+    } else {
+      rules += text[at++];
+    }
+  }
+  return rules;
+}
+
+}  // namespace
+
+void InstallDialogStyle(const Scale& scale) {
+  GtkCssProvider* const provider = gtk_css_provider_new();
+  gtk_css_provider_load_from_data(provider, Scaled(scale).c_str(), -1, nullptr);
+  gtk_style_context_add_provider_for_screen(gdk_screen_get_default(), GTK_STYLE_PROVIDER(provider),
+                                            GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+  g_object_unref(provider);
+}
+
+void UseDialogStyle(wxWindow& window) {
+  gtk_style_context_add_class(gtk_widget_get_style_context(window.m_widget), "dialog-style");
+}
+
+wxFont DialogFont() {
+  wxFont font = wxSystemSettings::GetFont(wxSYS_DEFAULT_GUI_FONT);
+  font.SetPointSize(kDialogPoints);
+  return font;
+}
+
+int DialogLineHeight() {
+  wxMemoryDC context;
+  context.SetFont(DialogFont());
+  return context.GetCharHeight();
+}
+
+void SetNativeFont(wxWindow& window, const dq::CFont* font) {
+  if (font == nullptr || !font->IsCreated()) {
+    // The style gives it.
+    window.SetFont(wxNullFont);
+    return;
+  }
+  const dq::LOGFONT& wanted = font->GetLogFont();
+  wxFont native = DialogFont();
+  if (wanted.lfFaceName[0] != '\0') native.SetFaceName(ToNative(wanted.lfFaceName));
+  native.SetWeight(wanted.lfWeight >= 600 ? wxFONTWEIGHT_BOLD : wxFONTWEIGHT_NORMAL);
+  native.SetStyle(wanted.lfItalic != 0 ? wxFONTSTYLE_ITALIC : wxFONTSTYLE_NORMAL);
+  native.SetUnderlined(wanted.lfUnderline != 0);
+  native.SetStrikethrough(wanted.lfStrikeOut != 0);
+  if (wanted.lfHeight != 0) {
+    constexpr double kPointsOfPixel = 72.0 / 96;
+    native.SetFractionalPointSize(std::abs(wanted.lfHeight) * kPointsOfPixel);
+  }
+  window.SetFont(native);
+}
+
+}  // namespace workbench

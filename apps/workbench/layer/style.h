@@ -1,0 +1,30 @@
+// How the toolkit's windows look: small enough for the rectangles that the library gives them.
+
+#pragma once
+
+#include <wx/font.h>
+
+#include "apps/workbench/layer/scale.h"
+
+class wxWindow;
+
+namespace dq {
+class CFont;
+}
+
+namespace workbench {
+
+/// Has windows marked by `UseDialogStyle`, and what lies in them, drawn with the dialogs' own font
+/// and with margins to match. Once per process.
+void InstallDialogStyle(const Scale& scale);
+void UseDialogStyle(wxWindow& window);
+
+/// The dialogs' own font: the desktop's in the size that dialogs are designed for.
+wxFont DialogFont();
+/// Height of its lines, in the display's pixels.
+int DialogLineHeight();
+
+/// Gives a window a font of the library's; null is the dialogs' own.
+void SetNativeFont(wxWindow& window, const dq::CFont* font);
+
+}  // namespace workbench

@@ -1,0 +1,128 @@
+#include "apps/workbench/main_frame.h"
+
+#include <string>
+
+#include "dqlib/framework/windows/message_box.h"
+#include "dqlib/framework/windows/win_thread.h"
+#include "dqlib/toolkit/dialog.h"
+#include "dqlib/workspace/window_state.h"
+
+namespace workbench {
+namespace {
+
+using dq::UINT;
+
+/// Of the program's own; the dialogs' commands follow one another in the order of their table.
+enum Command : UINT {
+  kExit = 0xE141,
+  kAbout = 0xE140,
+  kFirstDialog = 0x8100,
+  kLastDialog = 0x81FF,
+};
+
+constexpr const char* kPlacement = "Workbench\\MainFrame";
+constexpr dq::CRect kUsualPlace{80, 60, 880, 640};
+
+/// A text as menus' data have it.
+std::string Quoted(const std::string& text) {
+  std::string quoted = "\"";
+  for (const char character : text) {
+    if (character == '"' || character == '\\') quoted += '\\';
+    quoted += character;
+  }
+  return quoted + '"';
+}
+
+}  // namespace
+
+MainFrame::~MainFrame() { MainFrame::DestroyWindow(); }
+
+bool MainFrame::Open() {
+  if (!Create("WorkbenchFrame", "Workbench", kUsualPlace) || !MakeMenu()) return false;
+  if (!output_.CreateWnd({.class_name = "Edit", .place = GetClientRect(), .parent = this})) {
+    return false;
+  }
+  LayOut();
+  // Where nothing is kept, or no screen is any more, it stays where it is.
+  if (!dq::DQLIB_RestoreWindowPlacement(kPlacement, this) || !IsShown()) ShowWindow(dq::SW_SHOW);
+  return true;
+}
+
+bool MainFrame::MakeMenu() {
+  std::string text = "popup \"&File\"\nitem " + std::to_string(kExit) + " \"E&xit\"\nend\n";
+  text += "popup \"&Dialogs\"\n";
+  UINT command = kFirstDialog;
+  for (const dqapps::LibraryDialog& dialog : dqapps::LibraryDialogs()) {
+    text += "item " + std::to_string(command++) + ' ' + Quoted(dialog.Caption() + "...") + '\n';
+  }
+  text += "end\npopup \"&Help\"\nitem " + std::to_string(kAbout) + " \"&About\"\nend\n";
+  if (!menu_.LoadMenuIndirect(text)) return false;
+  SetMenu(&menu_);
+  return true;
+}
+
+void MainFrame::KeepPlacement() { dq::DQLIB_SaveWindowPlacement(kPlacement, this); }
+
+void MainFrame::LayOut() { output_.MoveWindow(GetClientRect()); }
+
+bool MainFrame::CallMapped(const dq::HandlerKey& key, dq::HandlerArguments& arguments) {
+  static constexpr dq::MessageMapEntry kEntries[] = {
+      dq::CommandEntry<&MainFrame::OnExit>(kExit),
+      dq::CommandEntry<&MainFrame::OnAbout>(kAbout),
+      dq::CommandRangeEntry<&MainFrame::OnDialog>(kFirstDialog, kLastDialog),
+  };
+  return dq::CallEntry(kEntries, *this, key, arguments) || CFrameWnd::CallMapped(key, arguments);
+}
+
+dq::LRESULT MainFrame::DefWindowProc(UINT message, dq::WPARAM wparam, dq::LPARAM lparam) {
+  switch (message) {
+    case dq::WM_CLOSE:
+      KeepPlacement();
+      break;
+    case dq::WM_DESTROY:
+      dq::PostQuitMessage(0);
+      break;
+    case dq::WM_SIZE:
+      LayOut();
+      break;
+    case dq::WM_INITMENUPOPUP:
+      UpdateMenu();
+      break;
+    case dq::WM_COMMANDHELP:
+      SetMessageText(("There is no help on topic " + std::to_string(lparam) + ".").c_str());
+      return 1;
+    default:
+      break;
+  }
+  return CFrameWnd::DefWindowProc(message, wparam, lparam);
+}
+
+void MainFrame::OnExit() { PostMessage(dq::WM_CLOSE); }
+
+void MainFrame::OnDialog(UINT id) {
+  const auto dialogs = dqapps::LibraryDialogs();
+  const std::size_t index = id - kFirstDialog;
+  if (index >= dialogs.size()) return;
+  const dqapps::LibraryDialog& dialog = dialogs[index];
+  const std::string caption = dialog.Caption();
+  const dqapps::DialogOutcome outcome = dialog.Run();
+  const std::string lines = outcome.is_opened ? outcome.Lines() : "it could not be opened";
+  SetMessageText((caption + ": " + lines.substr(0, lines.find('\n'))).c_str());
+  Tell(caption + '\n' + lines + '\n');
+  listener_(dialog, outcome);
+}
+
+void MainFrame::OnAbout() {
+  dq::AfxMessageBox("Workbench " WORKBENCH_VERSION "\n\nThe library's dialogs in windows.",
+                    dq::BOX_INFORMATION);
+}
+
+/// Adds lines to the output.
+void MainFrame::Tell(const std::string& text) {
+  std::string lines;
+  for (const char character : text) lines += character == '\n' ? "\r\n" : std::string(1, character);
+  output_.SetSel(output_.GetWindowTextLength(), -1);
+  output_.ReplaceSel(lines.c_str());
+}
+
+}  // namespace workbench

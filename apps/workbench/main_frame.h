@@ -1,0 +1,46 @@
+// The workbench's main window.
+
+#pragma once
+
+#include <functional>
+
+#include "apps/common/dialogs.h"
+#include "dqlib/framework/controls/edit.h"
+#include "dqlib/framework/windows/frame_wnd.h"
+
+namespace workbench {
+
+/// The frame around the library's dialogs: its menu opens them, and its window shows how they were
+/// left. It comes up where it was when the program ended last, and ends the message loop with it.
+class MainFrame : public dq::CFrameWnd {
+ public:
+  /// Told of each dialog that was left.
+  using Listener = std::function<void(const dqapps::LibraryDialog& dialog,
+                                      const dqapps::DialogOutcome& outcome)>;
+
+  explicit MainFrame(Listener listener) : listener_(std::move(listener)) {}
+  ~MainFrame() override;
+
+  /// Makes and shows it. False if it can't be made.
+  bool Open();
+  /// Keeps where it is for the next start.
+  void KeepPlacement();
+
+ protected:
+  dq::LRESULT DefWindowProc(dq::UINT message, dq::WPARAM wparam, dq::LPARAM lparam) override;
+  bool CallMapped(const dq::HandlerKey& key, dq::HandlerArguments& arguments) override;
+
+ private:
+  void OnExit();
+  void OnDialog(dq::UINT id);
+  void OnAbout();
+  bool MakeMenu();
+  void LayOut();
+  void Tell(const std::string& text);
+
+  Listener listener_;
+  dq::CMenu menu_;
+  dq::CEdit output_{{.multi_line = true, .read_only = true}};
+};
+
+}  // namespace workbench
