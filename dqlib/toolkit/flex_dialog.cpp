@@ -4,11 +4,11 @@
 
 namespace dq {
 
-IMPLEMENT_DYNAMIC(CNSFlexDialog, CDialog)
+IMPLEMENT_DYNAMIC(CNSFlexDialog, CDQDialog)
 
 BOOL CNSFlexDialog::OnInitDialog() {
   const detail::Watched self(*this);
-  const BOOL choose_focus = CDialog::OnInitDialog();
+  const BOOL choose_focus = CDQDialog::OnInitDialog();
   if (!self.IsThere()) return 0;
   InitFlex();
   SetModified(0);
@@ -41,7 +41,7 @@ bool CNSFlexDialog::CallMapped(const HandlerKey& key, HandlerArguments& argument
   static constexpr MessageMapEntry kEntries[] = {
       CommandEntry<&CNSFlexDialog::OnApply>(ID_APPLY_NOW),
   };
-  return CallEntry(kEntries, *this, key, arguments) || CDialog::CallMapped(key, arguments);
+  return CallEntry(kEntries, *this, key, arguments) || CDQDialog::CallMapped(key, arguments);
 }
 
 }  // namespace dq

@@ -2,14 +2,14 @@
 
 #pragma once
 
-#include "dqlib/framework/windows/dialog.h"
+#include "dqlib/toolkit/dialog.h"
 #include "dqlib/toolkit/flex_host.h"
 
 namespace dq {
 
 /// The dialog as its template designs it is the smallest there is. A button with the id
 /// `ID_APPLY_NOW` applies changes and leaves the dialog open.
-class CNSFlexDialog : public detail::FlexHost<CDialog> {
+class CNSFlexDialog : public detail::FlexHost<CDQDialog> {
   DECLARE_DYNAMIC(CNSFlexDialog)
   using FlexHost::FlexHost;
 

@@ -393,6 +393,26 @@ TEST(FlexDialog, AppliesToItsSubjectWhenTheControlsAgree) {
   EXPECT_TRUE(dialog.DoModal() == IDOK && subject == 11);
 }
 
+TEST_F(Dialogs, FlexDialogHasTheModuleCaptionAndHelpOfTheLibrarysDialogs) {
+  struct Helped : CNSFlexDialog {
+    using CNSFlexDialog::CNSFlexDialog;
+    void OnHelp() override { contexts += GetHelpContext(); }
+    DWORD contexts = 0;
+  } dialog(3001);
+  dialog.SetCaption("Own");
+  HINSTANCE used = nullptr;
+  prompts.on_dialog = [&](View&) {
+    used = AfxGetResourceHandle();
+    EXPECT_EQ(dialog.GetMinTrackSize(), (CSize{190, 150}));
+    EXPECT_NE(dialog.SendMessage(WM_HELP), 0);
+    dialog.SendMessage(WM_COMMAND, kHelpCommand);
+  };
+  EXPECT_TRUE(dialog.DoModal() == IDCANCEL && used == DQLIB_GetInstanceHandle());
+  EXPECT_EQ(dialog.contexts, 2 * (0x20000U + 3001));
+  EXPECT_TRUE(DQDoModalDialog(dialog, &module) == IDCANCEL && used == &module);
+  EXPECT_EQ(prompts.dialogs, (std::vector<std::string>{"Own", "Own"}));
+}
+
 TEST(FlexMdiChildWnd, IsNoSmallerThanItsViewWithTheFrameAround) {
   CMDIFrameWnd main;
   CNSFlexMDIChildWnd child;
