@@ -66,6 +66,7 @@
 #include "dqlib/framework/base/object.h"
 #include "dqlib/framework/base/ole_date_time.h"
 #include "dqlib/framework/base/pdf_dc.h"
+#include "dqlib/framework/base/printer_dc.h"
 #include "dqlib/framework/base/random.h"
 #include "dqlib/framework/base/recording_dc.h"
 #include "dqlib/framework/base/registry_key.h"

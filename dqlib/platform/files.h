@@ -132,6 +132,8 @@ class Files {
   /// permissions stay. If it fails the old file is there, or none if opening has made it; `kBusy`
   /// if somebody else has put another file in its place. What is no ordinary file is written to.
   virtual Error ReplaceAndClose(HANDLE file, std::string_view bytes) = 0;
+  /// The same with all bytes of another open file, which stays open.
+  virtual Error ReplaceByAndClose(HANDLE file, HANDLE source) = 0;
 
   virtual Result<FileStatus> Status(std::string_view path) = 0;
   /// Only `FILE_READ_ONLY` can be changed; other bits are ignored.

@@ -2,6 +2,7 @@
 
 #include "tests/support/doubles.h"
 #include "tests/support/forked_process.h"
+#include "tests/support/forwarding_files.h"
 #include "tests/support/temp_directory.h"
 
 namespace dq::test {
@@ -237,6 +238,120 @@ TEST(PdfDC, PagesGoToTheSinkAsTheyAreDrawnAndItsErrorIsTold) {
     EXPECT_LT(print(), 0) << most;
     EXPECT_EQ(dc.GetError().code, 28u);
     EXPECT_GT(dc.AbortDoc(), 0);
+  }
+}
+
+/// Prints pages with their numbers.
+int PrintPages(PrinterDC& dc, int count) {
+  int result = dc.StartDoc("Pages");
+  for (int page = 1; page <= count && result > 0; ++page) {
+    result = dc.StartPage();
+    dc.TextOut(0, 0, std::to_string(page));
+    if (result > 0) result = dc.EndPage();
+  }
+  return result > 0 ? dc.EndDoc() : result;
+}
+
+struct PrinterTest : testing::Test {
+  ~PrinterTest() override { EXPECT_EQ(temporary_.Count(), 0u); }
+
+  TempDirectory temporary_, dir_;
+  const ScopedVariable where_{"TMPDIR", temporary_.path()};
+  const std::string path_ = dir_ / "a.pdf";
+  ScriptedPrinting printing_;
+};
+
+TEST_F(PrinterTest, PrinterGetsThePagesThatWereChosenWhenTheDocumentEnds) {
+  for (const auto& [first, last, pages] : Rows<int, int, std::string_view>{{1, 0, "1 2 3 "},
+                                                                           {2, 2, "2 "},
+                                                                           {-4, 0, "1 2 3 "},
+                                                                           {2, 9, "2 3 "},
+                                                                           {3, 1, "3 "},
+                                                                           {4, 0, ""}}) {
+    printing_.document.clear();
+    printing_.printed = 0;
+    PrinterDC dc({.printer = "p", .copies = 2, .first_page = first, .last_page = last});
+    EXPECT_EQ(PrintPages(dc, 3) > 0, !pages.empty());
+    EXPECT_EQ(printing_.printed, pages.empty() ? 0 : 1);
+    EXPECT_EQ(dc.GetErrorText(),
+              pages.empty() ? "The document has none of the pages that were chosen." : "");
+    if (pages.empty()) continue;
+    EXPECT_EQ(Told(printing_.document, "pdftotext a.pdf - | tr -s '\\n\\f' ' '"), pages);
+    EXPECT_EQ(printing_.job.printer + printing_.job.title + std::to_string(printing_.job.copies),
+              "pPages2");
+  }
+  PrinterDC dc({.title = "Own"});
+  printing_.outcome = {{platform::ErrorKind::kOther, EIO}, "no paper"};
+  EXPECT_LT(PrintPages(dc, 1), 0);
+  EXPECT_TRUE(dc.GetErrorText() == "no paper" && printing_.job.title == "Own");
+  EXPECT_TRUE(dc.EndDoc() < 0 && dc.StartPage() < 0 && dc.StartDoc("") < 0 && dc.AbortDoc() > 0);
+  printing_.outcome = {};
+  EXPECT_GT(PrintPages(dc, 1), 0);
+  EXPECT_EQ(dc.GetErrorText(), "");
+  printing_.printed = 0;
+  EXPECT_TRUE(dc.StartDoc("") > 0 && dc.StartPage() > 0 && dc.AbortDoc() > 0);
+  EXPECT_EQ(PrinterDC({}).StartDoc(""), 1);
+  EXPECT_EQ(printing_.printed, 0);
+}
+
+TEST_F(PrinterTest, FileIsReplacedAtTheEndOrLeft) {
+  const auto abort = [](PrinterDC& dc) {
+    return dc.StartDoc("") > 0 && dc.StartPage() > 0 && dc.AbortDoc() > 0;
+  };
+  {
+    PrinterDC dc({.to_file = path_});
+    EXPECT_TRUE(abort(dc) && dir_.Count() == 0);
+    EXPECT_GT(dc.StartDoc(""), 0);
+    EXPECT_EQ(platform::System().files->Open(path_, {.write = true, .deny_write = true}).error.kind,
+              platform::ErrorKind::kBusy);
+  }
+  EXPECT_EQ(dir_.Count(), 0u);
+  dir_.Put("a.pdf", "old");
+  std::filesystem::permissions(path_, std::filesystem::perms{0640});
+  PrinterDC dc({.copies = 3, .to_file = path_});
+  EXPECT_TRUE(abort(dc) && dir_.Get("a.pdf") == "old");
+  EXPECT_GT(PrintPages(dc, 2), 0);
+  EXPECT_EQ(Shell(dir_.path(), "pdftotext a.pdf - | tr -s '\\n\\f' ' '; stat -c ' %a' *"),
+            "1 2  640\n");
+  EXPECT_EQ(printing_.printed, 0);
+  PrinterDC nowhere({.to_file = dir_ / "none/a.pdf"});
+  EXPECT_TRUE(PrintPages(nowhere, 1) < 0 && nowhere.AbortDoc() < 0);
+  EXPECT_EQ(nowhere.GetErrorText(), "No such file or directory");
+}
+
+TEST_F(PrinterTest, WhatCanNotBeWrittenIsToldAndLeavesNothing) {
+  struct FullDisk : ForwardingFiles {
+    platform::Error Write(HANDLE file, View bytes) override {
+      return --room < 0 ? platform::Error{platform::ErrorKind::kNoSpace, ENOSPC}
+                        : ForwardingFiles::Write(file, bytes);
+    }
+    platform::Error ReplaceByAndClose(HANDLE file, HANDLE source) override {
+      if (--room >= 0) return ForwardingFiles::ReplaceByAndClose(file, source);
+      static_cast<void>(Close(file));
+      return {platform::ErrorKind::kNoSpace, ENOSPC};
+    }
+    platform::Error Delete(View path) override {
+      return keeps_open ? platform::Error{platform::ErrorKind::kBusy, 0}
+                        : ForwardingFiles::Delete(path);
+    }
+    platform::Error Close(HANDLE file) override {
+      keeps_open = false;
+      return ForwardingFiles::Close(file);
+    }
+    int room = 0;
+    bool keeps_open = true;
+  } disk;
+  dir_.Put("a.pdf", "old");
+  bool is_done = false;
+  for (int room = 0; !is_done && room < 9; ++room) {
+    disk.room = room;
+    disk.keeps_open = true;
+    PrinterDC dc({.to_file = path_});
+    is_done = PrintPages(dc, 800) > 0;
+    EXPECT_EQ(is_done, room == 6) << "five writes and a replacement";
+    EXPECT_EQ(dc.GetErrorText(), is_done ? "" : "No space left on device");
+    EXPECT_EQ(dc.AbortDoc() < 0, is_done);
+    EXPECT_EQ(dir_.Get("a.pdf") != "old", is_done);
   }
 }
 

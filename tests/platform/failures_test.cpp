@@ -44,6 +44,10 @@ TEST(Failures, ChangesOfFilesAreDoneOrNotWhateverFails) {
   const OpenOptions to_append{.write = true, .append = true, .deny_write = true};
   const Work append = [&](HANDLE file) { return files->Write(file, "+"); };
   const Work replace = [&](HANDLE file) { return files->ReplaceAndClose(file, large); };
+  const Work replace_by = [&](HANDLE file) {
+    const Work by = [&](HANDLE source) { return files->ReplaceByAndClose(file, source); };
+    return open(larger, {.read = true}, by);
+  };
   const Work nothing = [](HANDLE) { return Error{}; };
   const auto to_other_volume = [&] {
     calls.FailEach("RenameToNew", EXDEV, "", 1);
@@ -58,6 +62,7 @@ TEST(Failures, ChangesOfFilesAreDoneOrNotWhateverFails) {
       {[&] { return open(a, to_append, append); }, "a+,(none)"},
       {[&] { return open(link, to_replace, replace); }, large + ",(none)"},
       {[&] { return open(b, to_replace, replace); }, "a," + large},
+      {[&] { return open(b, to_replace, replace_by); }, "a," + large},
       {[&] { return open(b, {.write = true, .create = true}, nothing); }, "a,"},
       {[&] { return open(a, {.write = true, .truncate = true}, nothing); }, ",(none)"},
       {[&] { return files->Rename(a, b); }, "(none),a"},

@@ -123,7 +123,16 @@ TEST_F(FilesTest, ReplacingKeepsPermissionsAndLinksAndHoldsAFileFromItsOpening) 
   const HANDLE not_for_that = files.Open(dir / "old", {.write = true}).value;
   EXPECT_EQ(files.ReplaceAndClose(not_for_that, "x").kind, kInvalidArgument);
   EXPECT_TRUE(files.ReplaceAndClose(files.Open("/dev/null", kToReplace).value, "x").ok());
-  EXPECT_TRUE(dir.Get("old") == "other" && dir.Count() == 6);
+  const HANDLE source = files.Open(dir / "none", {.read = true}).value;
+  char all[20];
+  EXPECT_EQ(files.Read(source, all).value, 8u);
+  for (const HANDLE no_source : {not_for_that, kNoHandle}) {
+    EXPECT_EQ(files.ReplaceByAndClose(open("dangling"), no_source).kind, kInvalidArgument);
+  }
+  EXPECT_EQ(files.ReplaceByAndClose(kNoHandle, source).kind, kInvalidArgument);
+  EXPECT_TRUE(files.ReplaceByAndClose(open("secret"), source).ok() && files.Close(source).ok());
+  EXPECT_EQ(dir.Get("secret"), "dangling");
+  EXPECT_TRUE(dir.Get("old") == "other" && dir.Get("none") == "dangling" && dir.Count() == 6);
 }
 
 TEST_F(FilesTest, NoChangeIsLostAmongThoseWhoAppendReplaceOrHoldTheFileNorOfProfiles) {

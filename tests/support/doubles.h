@@ -116,6 +116,28 @@ class ScriptedPlatform {
   Scope errors_{With(&platform::Platform::system_errors, &errors)};
 };
 
+/// Takes what is printed, in place of the system, for its lifetime.
+struct ScriptedPrinting : platform::Printing {
+  platform::Result<std::vector<std::string>> Printers() override { return printers; }
+  platform::Result<std::string> DefaultPrinter() override { return default_printer; }
+  platform::PrintOutcome Print(const platform::PrintJob& given,
+                               const platform::DocumentReader& reader) override {
+    job = given;
+    ++printed;
+    char buffer[1000];
+    while (const std::size_t size = reader(buffer).value) document.append(buffer, size);
+    return outcome;
+  }
+  std::vector<std::string> printers;
+  std::string default_printer;
+  /// The last job, and all documents.
+  platform::PrintJob job;
+  int printed = 0;
+  std::string document;
+  platform::PrintOutcome outcome;
+  platform::ScopedPlatform scope{With(&platform::Platform::printing, this)};
+};
+
 /// One message box that was shown.
 struct ShownBox {
   std::string text;

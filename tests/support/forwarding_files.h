@@ -25,6 +25,7 @@ struct ForwardingFiles : platform::Files {
   DQ_FORWARDED(Error, ReadAll, (View path, std::string& bytes), path, bytes)
   DQ_FORWARDED(Error, Replace, (View path, View bytes, bool user_only), path, bytes, user_only)
   DQ_FORWARDED(Error, ReplaceAndClose, (HANDLE file, View bytes), file, bytes)
+  DQ_FORWARDED(Error, ReplaceByAndClose, (HANDLE file, HANDLE source), file, source)
   DQ_FORWARDED(Result<platform::FileStatus>, Status, (View path), path)
   DQ_FORWARDED(Error, SetAttributes, (View path, DWORD attributes), path, attributes)
   DQ_FORWARDED(Error, SetModified, (View path, std::int64_t seconds), path, seconds)

@@ -308,28 +308,31 @@ int CDC::StartDoc(std::string_view title) {
   return 1;
 }
 
+/// The result of a step of a document, behind which comes the next stage.
+int CDC::Follow(bool succeeded, Stage next) {
+  stage_ = succeeded ? next : Stage::kFailed;
+  return succeeded ? 1 : SP_ERROR;
+}
+
 int CDC::StartPage() {
   if (stage_ != Stage::kBetweenPages) return SP_ERROR;
   const PageStart started = BeginPage();
-  if (started == PageStart::kFailed) return SP_ERROR;
-  stage_ = started == PageStart::kOpen ? Stage::kPage : Stage::kSkippedPage;
   device_clip_ = {0, 0, format_.area.cx, format_.area.cy};
-  return 1;
+  return Follow(started != PageStart::kFailed,
+                started == PageStart::kOpen ? Stage::kPage : Stage::kSkippedPage);
 }
 
 int CDC::EndPage() {
-  const Stage ended = stage_;
-  if (!IsPrinting() || (ended != Stage::kPage && ended != Stage::kSkippedPage)) return SP_ERROR;
-  stage_ = Stage::kBetweenPages;
-  return ended == Stage::kSkippedPage || FinishPage() ? 1 : SP_ERROR;
+  const bool is_skipped = stage_ == Stage::kSkippedPage;
+  if (!IsPrinting() || (stage_ != Stage::kPage && !is_skipped)) return SP_ERROR;
+  return Follow(is_skipped || FinishPage(), Stage::kBetweenPages);
 }
 
 int CDC::EndDoc() {
-  if (!IsPrinting() || stage_ == Stage::kNoDocument) return SP_ERROR;
-  if (stage_ != Stage::kBetweenPages && EndPage() == SP_ERROR) return SP_ERROR;
-  if (!FinishDocument()) return SP_ERROR;
-  stage_ = Stage::kNoDocument;
-  return 1;
+  if (!IsPrinting()) return SP_ERROR;
+  if (stage_ == Stage::kPage || stage_ == Stage::kSkippedPage) EndPage();
+  if (stage_ != Stage::kBetweenPages) return SP_ERROR;
+  return Follow(FinishDocument(), Stage::kNoDocument);
 }
 
 int CDC::AbortDoc() {

@@ -214,8 +214,9 @@ class CDC : public CObject {
   BOOL IsPrinting() const { return format_.has_pages; }
 
   /// A document, and its pages one after the other. Each returns `SP_ERROR` if the device failed or
-  /// there is nothing to start or to end; what failed is then to be given up by `AbortDoc`.
-  /// `EndDoc` ends a page that is open. The state is kept from page to page.
+  /// there is nothing to start or to end. A document that failed takes nothing more and is to be
+  /// given up by `AbortDoc`. `EndDoc` ends a page that is open. The state is kept from page to
+  /// page.
   int StartDoc(std::string_view title);
   int StartPage();
   int EndPage();
@@ -282,7 +283,7 @@ class CDC : public CObject {
     CPoint position = {};
     CRect clip = {};
   };
-  enum class Stage { kNoDocument, kBetweenPages, kPage, kSkippedPage };
+  enum class Stage { kNoDocument, kBetweenPages, kPage, kSkippedPage, kFailed };
   struct DrawnText;
   /// A point that may be farther away than devices can count.
   struct Place {
@@ -290,6 +291,7 @@ class CDC : public CObject {
     std::int64_t y;
   };
 
+  int Follow(bool succeeded, Stage next);
   bool Reach(const CRect& box);
   void DrawSegment(CPoint from, CPoint to, const CPen& pen);
   void DrawFrame(const CRect& rect, const CPen& pen);

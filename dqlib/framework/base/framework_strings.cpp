@@ -48,6 +48,7 @@ constexpr StringRow kStrings[] = {
     {61881, "in use by another program"},
     {61882, "error %1"},
     {61883, "Invalid DateTime"},
+    {61884, "The document has none of the pages that were chosen."},
 };
 
 static_assert(IsStrictlySorted(kStrings), "strings are sorted by id, and no id stands twice");

@@ -55,6 +55,7 @@ class PosixFiles : public Files {
   Error ReadAll(std::string_view path, std::string& bytes) override;
   Error Replace(std::string_view path, std::string_view bytes, bool user_only) override;
   Error ReplaceAndClose(HANDLE file, std::string_view bytes) override;
+  Error ReplaceByAndClose(HANDLE file, HANDLE source) override;
   Result<FileStatus> Status(std::string_view path) override;
   Error SetAttributes(std::string_view path, DWORD attributes) override;
   Error SetModified(std::string_view path, std::int64_t seconds) override;
@@ -81,6 +82,7 @@ class PosixFiles : public Files {
   /// Null for a handle that is closed or never was open. `Forget` makes it one.
   OpenedPtr Opened(HANDLE file);
   OpenedPtr Forget(HANDLE file);
+  Error ReplaceForgotten(HANDLE file, const std::function<Error(int fd)>& write);
 
   SystemCalls& calls_;
   std::mutex mutex_;
@@ -271,13 +273,28 @@ Error PosixFiles::Replace(std::string_view path, std::string_view bytes, bool us
 }
 
 Error PosixFiles::ReplaceAndClose(HANDLE file, std::string_view bytes) try {
-  const OpenedPtr opened = Forget(file);
-  if (!opened) return kBadHandle;
-  const Error error = ReplaceOpened(calls_, *opened, bytes);
-  const Error closed = CloseOpened(calls_, *opened);
-  return error.ok() ? closed : error;
+  return ReplaceForgotten(file, [&](int fd) { return WriteFully(calls_, fd, bytes); });
 } catch (const std::exception&) {
   return ErrorOfException();
+}
+
+Error PosixFiles::ReplaceByAndClose(HANDLE file, HANDLE source) try {
+  return ReplaceForgotten(file, [&](int fd) {
+    const OpenedPtr from = Opened(source);
+    if (!from) return kBadHandle;
+    const int source_fd = from->descriptor.get();
+    return calls_.Seek(source_fd, 0, SEEK_SET) < 0 ? LastError() : CopyBytes(calls_, source_fd, fd);
+  });
+} catch (const std::exception&) {
+  return ErrorOfException();
+}
+
+Error PosixFiles::ReplaceForgotten(HANDLE file, const std::function<Error(int fd)>& write) {
+  const OpenedPtr opened = Forget(file);
+  if (!opened) return kBadHandle;
+  const Error error = ReplaceOpened(calls_, *opened, write);
+  const Error closed = CloseOpened(calls_, *opened);
+  return error.ok() ? closed : error;
 }
 
 Result<FileStatus> PosixFiles::Status(std::string_view path) try {

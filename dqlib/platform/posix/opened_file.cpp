@@ -124,10 +124,11 @@ Error WriteOpened(SystemCalls& calls, OpenedFile& opened, std::string_view bytes
   return error;
 }
 
-Error ReplaceOpened(SystemCalls& calls, OpenedFile& opened, std::string_view bytes) {
+Error ReplaceOpened(SystemCalls& calls, OpenedFile& opened,
+                    const std::function<Error(int fd)>& write) {
   if (opened.target.empty()) return ErrorFromErrno(EBADF);  // not opened for that
   const int fd = opened.descriptor.get();
-  if (!opened.ordinary) return WriteFully(calls, fd, bytes);
+  if (!opened.ordinary) return write(fd);
   Replacement replacement;
   struct stat old;
   if (calls.StatusOf(fd, &old) != 0) return LastError();
@@ -136,7 +137,7 @@ Error ReplaceOpened(SystemCalls& calls, OpenedFile& opened, std::string_view byt
   if (!same.value) return ErrorFromErrno(EBUSY);
   replacement.target = opened.target;
   replacement.old = old;
-  return ReplaceFile(calls, replacement, [&](int copy) { return WriteFully(calls, copy, bytes); });
+  return ReplaceFile(calls, replacement, write);
 }
 
 Error CloseOpened(SystemCalls& calls, OpenedFile& opened) {

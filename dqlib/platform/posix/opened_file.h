@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -45,8 +46,9 @@ Error OpenShared(SystemCalls& calls, const std::string& native, int flags, mode_
 Error WriteOpened(SystemCalls& calls, OpenedFile& opened, std::string_view bytes,
                   std::uint64_t* position);
 
-/// `Files::ReplaceAndClose` but for the closing.
-Error ReplaceOpened(SystemCalls& calls, OpenedFile& opened, std::string_view bytes);
+/// `Files::ReplaceAndClose` but for the closing; `write` fills the new file.
+Error ReplaceOpened(SystemCalls& calls, OpenedFile& opened,
+                    const std::function<Error(int fd)>& write);
 
 /// Closes, and removes a file that was made to be replaced and wasn't.
 Error CloseOpened(SystemCalls& calls, OpenedFile& opened);
