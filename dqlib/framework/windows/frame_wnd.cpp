@@ -4,6 +4,7 @@
 #include "dqlib/framework/windows/document.h"
 #include "dqlib/framework/windows/message_queue.h"
 #include "dqlib/framework/windows/screen.h"
+#include "dqlib/framework/windows/status_bar.h"
 #include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/framework/windows/win_app.h"
 
@@ -180,9 +181,18 @@ void CFrameWnd::OnUpdateFrameTitle(bool add_document) {
   if (GetWindowText() != text) SetWindowText(text);
 }
 
+CStatusBar* CFrameWnd::GetMessageBar() const {
+  CWnd* const own = GetDlgItem(kStatusBarId);
+  if (CStatusBar* const bar = DYNAMIC_DOWNCAST(CStatusBar, own)) return bar;
+  const CFrameWnd* const around = GetParentFrame();
+  return around == nullptr ? nullptr : around->GetMessageBar();
+}
+
 void CFrameWnd::SetMessageText(const char* text) {
   message_text_ = text == nullptr ? "" : text;
-  if (GetSafeHwnd() != nullptr) Changed(WindowChange::kContent);
+  if (GetSafeHwnd() == nullptr) return;
+  Changed(WindowChange::kContent);
+  if (CStatusBar* const bar = GetMessageBar()) bar->ShowMessage(message_text_);
 }
 
 void CFrameWnd::SetMessageText(UINT string_id) { SetMessageText(FirstPart(string_id).c_str()); }

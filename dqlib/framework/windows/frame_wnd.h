@@ -8,6 +8,8 @@
 
 namespace dq {
 
+class CStatusBar;
+
 /// A frame. Commands go to its active view first, then to the frame, then to the application. A
 /// frame that a document template has made deletes itself when its window ends; any other one is
 /// its maker's. The thread of the application ends with its main window, if that is a frame.
@@ -63,7 +65,10 @@ class CFrameWnd : public CWnd {
   const AcceleratorTable& GetAccelTable() const { return accelerators_; }
   AcceleratorTable& GetAccelTable() { return accelerators_; }
 
-  /// The text in the frame's message line, or "". A status bar of the frame shows it.
+  /// The status bar that shows the frame's messages: its own one, or that of the frame around it;
+  /// null if there is none.
+  CStatusBar* GetMessageBar() const;
+  /// The text in the frame's message line, or "". The message bar shows it.
   const CString& GetMessageText() const { return message_text_; }
   void SetMessageText(const char* text);
   /// The first part of the string up to "\n".

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "dqlib/framework/base/drawn_character.h"
+#include "dqlib/framework/base/multi_byte.h"
 #include "dqlib/framework/windows/ui_state.h"
 
 namespace dq {
@@ -59,6 +61,19 @@ int GetKeyState(int key) {
 
 CPoint GetPointerPos() {
   return Ask(CPoint{}, [](WindowObserver& observer) { return observer.GetPointer(); });
+}
+
+CSize GetTextExtent(const CWnd& window, std::string_view text) {
+  constexpr LONG kCharacterWidth = 7;
+  constexpr LONG kLineHeight = 13;
+  const platform::CodePage& page = multi_byte::CurrentCodePage();
+  CSize usual{0, kLineHeight};
+  for (std::string_view rest = text; !rest.empty();) {
+    rest.remove_prefix(detail::FirstCharacter(rest, page).size);
+    usual.cx = detail::WrappingSum(usual.cx, kCharacterWidth);
+  }
+  return Ask(usual,
+             [&](WindowObserver& observer) { return observer.MeasureText(window, text, usual); });
 }
 
 void MessageBeep(UINT type) {

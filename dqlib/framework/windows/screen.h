@@ -3,10 +3,14 @@
 
 #pragma once
 
+#include <string_view>
+
 #include "dqlib/framework/base/geometry.h"
 #include "dqlib/platform/types.h"
 
 namespace dq {
+
+class CWnd;
 
 /// Width and height of the primary screen in pixels. 1920 by 1080 until a window layer reports the
 /// real one.
@@ -45,6 +49,10 @@ int GetKeyState(int key);
 
 /// The pointer's place on the screen; 0, 0 without a window layer.
 CPoint GetPointerPos();
+
+/// How large a line of text is in the window's font, in pixels. Without a window layer every
+/// character is 7 wide, and lines are 13 high.
+CSize GetTextExtent(const CWnd& window, std::string_view text);
 
 /// Sounds as a message box of the type (`BoxType`) would; -1 for a simple beep. Silent without a
 /// window layer.

@@ -4,6 +4,8 @@
 
 #pragma once
 
+#include <string_view>
+
 #include "dqlib/framework/base/geometry.h"
 #include "dqlib/platform/types.h"
 
@@ -132,6 +134,11 @@ class WindowObserver {
   virtual CPoint GetPointer() { return {}; }
 
   virtual void SetPointer(PointerShape /*shape*/) {}
+
+  /// How large a line of text is in the window's font, of which `usual` is a guess.
+  virtual CSize MeasureText(const CWnd& /*window*/, std::string_view /*text*/, const CSize& usual) {
+    return usual;
+  }
 
   /// Shows the wait pointer over all windows (`true`), or no longer.
   virtual void ShowWaitPointer(bool /*show*/) {}

@@ -143,7 +143,9 @@ BOOL CWnd::OnNotify(WPARAM wparam, LPARAM lparam, LRESULT* result) {
 BOOL CWnd::ReflectNotification(HWND control, UINT message, WPARAM wparam, LPARAM lparam,
                                LRESULT* result) {
   CWnd* const child = MessageQueue::FindOwnWindow(control);
-  return child == nullptr ? 0 : child->OnChildNotify(message, wparam, lparam, result);
+  // One that was handed on by the windows above has told the control before.
+  if (child == nullptr || child->GetParent() != this) return 0;
+  return child->OnChildNotify(message, wparam, lparam, result);
 }
 
 BOOL CWnd::OnChildNotify(UINT message, WPARAM wparam, LPARAM lparam, LRESULT* result) {
