@@ -91,6 +91,7 @@
 #include "dqlib/framework/windows/dialog.h"
 #include "dqlib/framework/windows/dialog_template.h"
 #include "dqlib/framework/windows/document.h"
+#include "dqlib/framework/windows/drag_drop.h"
 #include "dqlib/framework/windows/form_view.h"
 #include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/mdi_frame.h"

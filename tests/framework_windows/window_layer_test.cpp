@@ -307,6 +307,60 @@ TEST(WindowLayer, ReportsKeysToTheFocusAndMenusToTheirOwner) {
   EXPECT_EQ(LogWnd::Take(), "2:279 2:287 2:279 2:287 2:273 ");
 }
 
+TEST(WindowLayer, DragsDataFromWindowsToTheTargetsOfOthers) {
+  struct Target : COleDropTarget {
+    UINT OnDragEnter(CWnd*, COleDataObject* data, UINT, CPoint point) override {
+      log += "enter" + std::to_string(point.x) + " ";
+      return data->IsDataAvailable(CLIPBOARD_TEXT) ? allowed : 0;
+    }
+    UINT OnDragOver(CWnd*, COleDataObject*, UINT, CPoint) override {
+      return log += "over ", allowed;
+    }
+    void OnDragLeave(CWnd*) override { log += "leave "; }
+    BOOL OnDrop(CWnd*, COleDataObject* data, UINT effect, CPoint) override {
+      log += "drop" + std::to_string(effect) + *data->GetData(CLIPBOARD_TEXT) + " ";
+      return taken;
+    }
+    int OnDropEx(CWnd*, COleDataObject*, UINT wanted, UINT, CPoint) override {
+      log += "wants" + std::to_string(wanted) + " ";
+      return chosen;
+    }
+    std::string log;
+    UINT allowed = DROPEFFECT_COPY | DROPEFFECT_LINK;
+    BOOL taken = 1;
+    int chosen = -1;
+  } target, second;
+  CWnd top, child, other;
+  for (CWnd* each : {&top, &other}) each->CreateWnd({.class_name = "T", .place = {10, 10, 90, 90}});
+  child.CreateWnd({.class_name = "C", .place = {20, 20, 30, 30}, .parent = &top});
+  EXPECT_TRUE(target.Register(&top) && !target.Register(&other) && !second.Register(&top));
+  COleDataSource source;
+  for (const char* text : {"z", "a"}) source.CacheGlobalData(CLIPBOARD_TEXT, text);
+  EXPECT_TRUE(source.DoDragDrop(child, DROPEFFECT_COPY) == 0 && source.SetClipboard());
+  struct Dragging : Layer {
+    UINT StartDrag(CWnd& from, const COleDataObject& data, UINT effects) override {
+      DragInput drag(data, effects);
+      for (CWnd* over : {&from, &from, static_cast<CWnd*>(nullptr)}) drag.Move(over, 0, {15, 0});
+      return drag.Drop(&from, MK_CONTROL, {15, 0}) | DROPEFFECT_LINK;
+    }
+  } layer;
+  std::string effects;
+  const auto drag = [&] {
+    effects += std::to_string(source.DoDragDrop(child, 3)) + target.log + "; ";
+  };
+  drag();
+  target.log.clear();
+  target.chosen = DROPEFFECT_MOVE;
+  drag();
+  EXPECT_EQ(effects,
+            "1enter5 over leave enter5 wants1 drop1a ; 2enter5 over leave enter5 wants1 ; ");
+  COleDataObject pasted;
+  pasted.AttachClipboard();
+  EXPECT_TRUE(pasted.GetData(CLIPBOARD_TEXT) == "a" && !pasted.GetData(CLIPBOARD_FILES));
+  top.DestroyWindow();
+  EXPECT_TRUE(target.Register(&other) && COleDropTarget::Of(&other) == &target);
+}
+
 TEST(WindowLayer, ActivatesWindowsWhichKeepTheirFocus) {
   LogWnd first({.class_name = "T", .id = 1}), second({.class_name = "T", .id = 2});
   LogWnd child({.class_name = "C", .parent = &first, .id = 3});

@@ -50,6 +50,9 @@ class CView : public CWnd {
   /// window.
   virtual void OnActivateView(bool activate, CView* activated, CView* deactivated);
 
+  /// Draws the document on a window or a page.
+  virtual void OnDraw(CDC* /*dc*/) {}
+
   /// Commands go to the view and then to its document.
   BOOL OnCmdMsg(UINT id, int code, void* extra, void* handler_info) override;
 
@@ -62,6 +65,7 @@ class CView : public CWnd {
 
   /// A view that gets the focus becomes its frame's active one.
   LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
+  void OnPaint(CDC& dc) override { OnDraw(&dc); }
   /// Leaves the document, and deletes itself if its frame has made it.
   void PostNcDestroy() override;
 

@@ -20,6 +20,7 @@ enum WindowMessage : UINT {
   WM_ENABLE = 0x000A,
   WM_CLOSE = 0x0010,
   WM_QUIT = 0x0012,
+  /// The background is to be drawn on the `CDC` to which the first argument points.
   WM_ERASEBKGND = 0x0014,
   WM_SHOWWINDOW = 0x0018,
   /// The pointer is over the window: it may set its shape and answer 1.

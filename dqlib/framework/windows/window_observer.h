@@ -11,6 +11,7 @@
 
 namespace dq {
 
+class COleDataObject;
 class CWnd;
 struct MenuHandle;
 enum class PointerShape;
@@ -149,6 +150,13 @@ class WindowObserver {
   /// Shows a menu at a point of the screen and returns the command that the person chose in it, 0
   /// for none. `owner` gets what `CMenu::TrackPopupMenu` says meanwhile.
   virtual UINT TrackMenu(MenuHandle* /*menu*/, const CPoint& /*at*/, CWnd& /*owner*/) { return 0; }
+
+  /// Drags the data from a window until the person drops them, and returns the `DropEffect` with
+  /// which they did; see `COleDataSource::DoDragDrop`. What comes over the layer's own windows it
+  /// reports by `DragInput`.
+  virtual UINT StartDrag(CWnd& /*from*/, const COleDataObject& /*data*/, UINT /*effects*/) {
+    return 0;
+  }
 };
 
 /// The calling thread's observer, or null.

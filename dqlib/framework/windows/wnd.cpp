@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "dqlib/framework/base/device_context.h"
 #include "dqlib/framework/windows/data_exchange.h"
 #include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/message_queue.h"
@@ -479,6 +480,17 @@ CRect CWnd::GetUpdateRect(bool* erase) const {
 void CWnd::ValidateRect() {
   update_ = {};
   erase_ = false;
+}
+
+void CWnd::Paint(CDC& dc) {
+  if (m_hWnd == nullptr) return;
+  const Watched self(*this);
+  const int saved = dc.SaveDC();
+  // Before it draws, so that what it asks to be drawn anew meanwhile isn't lost.
+  ValidateRect();
+  WindowProc(WM_ERASEBKGND, reinterpret_cast<WPARAM>(&dc), 0);
+  if (self.IsThere()) OnPaint(dc);
+  dc.RestoreDC(saved);
 }
 
 void CWnd::SetMenu(CMenu* menu) {

@@ -14,6 +14,7 @@
 
 namespace dq {
 
+class CDC;
 class CDataExchange;
 class CFont;
 class CFrameWnd;
@@ -202,6 +203,10 @@ class CWnd : public CCmdTarget {
   CRect GetUpdateRect(bool* erase = nullptr) const;
   /// Counts it as drawn, as a window layer does when it has drawn it.
   void ValidateRect();
+  /// Draws the window's client area: for a window layer, where it has no native control for the
+  /// window. `dc` has client coordinates, and is clipped to what is to be drawn; `WM_ERASEBKGND`
+  /// gets its address first. Its state is the same afterwards, and the window counts as drawn.
+  void Paint(CDC& dc);
 
   /// The window's main menu, or null. Not owned.
   CMenu* GetMenu() const { return menu_; }
@@ -283,6 +288,8 @@ class CWnd : public CCmdTarget {
   /// `WM_DRAWITEM`, `WM_MEASUREITEM`): the control may keep it from the parent by 1. The base has
   /// the handlers of the class that are entered as reflected.
   virtual BOOL OnChildNotify(UINT message, WPARAM wparam, LPARAM lparam, LRESULT* result);
+  /// Draws the client area. The base draws nothing.
+  virtual void OnPaint(CDC& /*dc*/) {}
   /// The last call for a window that ended. An object that was made by `new` may delete itself
   /// here.
   virtual void PostNcDestroy() {}
