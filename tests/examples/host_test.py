@@ -33,6 +33,24 @@ int main() {
 }
 """
 
+# A program with the translation that the guide to hosts shows.
+GUIDE = pathlib.Path(SOURCE, "../../docs/hosting.md").read_text()
+TRANSLATED = """
+#include <cstdio>
+#include "dqlib/dqlib.h"
+int main() {%s
+  dq::CDQDialog dialog(2712);
+  if (!dialog.Create(2712, nullptr)) return 1;
+  const dq::CString later = dq::LoadStringA(dq::DQLIB_GetInstanceHandle(), dq::IDS_UNDER_CONSTRUCTION);
+  const dq::CString table = dq::GetObjectTypeText(dq::OT_TABLE, dq::DBMS_ORACLE);
+  const dq::CString view = dq::GetObjectTypeText(dq::OT_VIEW, dq::DBMS_ORACLE);
+  for (const dq::CString& each : {dq::CString(dialog.GetWindowText()), later, table, view,
+                                  dq::CString(dq::platform::Text(dq::IDS_BUTTON_YES))}) {
+    std::puts(each);
+  }
+}
+""" % GUIDE.split("## Translating")[1].split("```")[1].removeprefix("cpp")
+
 
 def run(*command, read=None):
     """What a command that succeeds prints."""
@@ -62,13 +80,18 @@ class HostTest(unittest.TestCase):
                     for path in pathlib.Path(TREE, top).rglob("libdqlib_*.a")}
         self.assertEqual(set(archives) - set(ROOMS), set(), "name the new room")
         ordered = [archives[room] for room in ROOMS]
+        group = ["-Wl,--start-group", *sorted(ordered), "-Wl,--end-group"]
         with tempfile.TemporaryDirectory() as directory:
             made, program = directory + "/main.o", directory + "/program"
-            run(COMPILER, "-std=c++20", "-I", SOURCE + "/../..", "-xc++", "-c", "-", "-o", made,
-                read=BY_HAND)
-            for libraries in (["-Wl,--start-group", *sorted(ordered), "-Wl,--end-group"], ordered):
-                run(COMPILER, made, *libraries, "-o", program)
-                self.assertEqual(run(program), "Unknown OS Error, CComboBox, CEdit, CButton")
+            for source, libraries, told in (
+                (BY_HAND, [group, ordered], "Unknown OS Error, CComboBox, CEdit, CButton"),
+                (TRANSLATED, [group], "Objekt\nDas gibt es noch nicht.\nTabelle\nView\nJa\n"),
+            ):
+                run(COMPILER, "-std=c++20", "-I", SOURCE + "/../..", "-xc++", "-c", "-", "-o", made,
+                    read=source)
+                for each in libraries:
+                    run(COMPILER, made, *each, "-o", program)
+                    self.assertEqual(run(program), told)
 
 
 if __name__ == "__main__":

@@ -44,6 +44,31 @@ TEST_F(ResourceChain, StringIsTheCurrentModulesThenTheNewestLinkedOnesThenTheFra
   EXPECT_EQ(platform::Checksum(all), 0x3C7D1933U) << all;
 }
 
+TEST_F(ResourceChain, ATranslationComesBeforeItsModuleWhereverThatComes) {
+  ResourceModule first, second;
+  first.AddString(kId, "first");
+  first.AddString(kId + 1, "");
+  first.AddResource(RESOURCE_BITMAP, 5, "y");
+  const CDynLinkLibrary none(nullptr, &older_);
+  std::optional<CDynLinkLibrary> link(std::in_place, &first, &older_);
+  const CDynLinkLibrary newest(&newer_), again(&older_);
+  EXPECT_EQ(AfxFindString(kId), "first") << "before the newest link of its module";
+  AfxSetResourceHandle(&older_);
+  EXPECT_TRUE(AfxFindString(kId) == "first" && AfxFindString(kId + 1) == "only older");
+  EXPECT_EQ(AfxFindResourceHandle(5, RESOURCE_BITMAP), &first);
+  second.AddString(kId, "second");
+  {
+    const CDynLinkLibrary other(&second, &older_), of_framework(&second, &FrameworkModule());
+    second.AddString(61696, "Kein Dateiname.");
+    EXPECT_TRUE(AfxFindString(kId) == "second" && AfxFindString(61696) == "Kein Dateiname.");
+  }
+  AfxSetResourceHandle(&current_);
+  EXPECT_EQ(AfxFindString(kId), "current");
+  AfxSetResourceHandle(&older_);
+  link.reset();
+  EXPECT_EQ(AfxFindString(kId), "older");
+}
+
 TEST_F(ResourceChain, ResourceIsSearchedByTheLowHalfOfItsName) {
   AfxSetResourceHandle(&current_);
   EXPECT_EQ(AfxFindResourceHandle(5, RESOURCE_BITMAP), &older_);

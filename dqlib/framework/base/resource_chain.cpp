@@ -12,16 +12,27 @@ std::atomic<CDynLinkLibrary*> g_head = nullptr;
 /// The program's class list while a module's static objects enter theirs.
 std::optional<ClassList> g_set_aside;
 
+/// The module or, before it, the newest of its translations that `has` accepts; null if it accepts
+/// none of them.
+template <typename Predicate>
+HINSTANCE SearchModule(HINSTANCE module, Predicate has) {
+  for (const CDynLinkLibrary* link = g_head; link != nullptr; link = link->next()) {
+    if (link->translated() == module && has(*link->resources())) return link->resources();
+  }
+  return has(*module) ? module : nullptr;
+}
+
 /// The first module of the search order that `has` accepts, or null.
 template <typename Predicate>
 HINSTANCE Search(Predicate has) {
-  const HINSTANCE current = g_current;
-  if (current != nullptr && has(*current)) return current;
-  for (const CDynLinkLibrary* link = g_head; link != nullptr; link = link->next()) {
-    const HINSTANCE module = link->resources();
-    if (module != nullptr && has(*module)) return module;
+  if (const HINSTANCE current = g_current) {
+    if (const HINSTANCE found = SearchModule(current, has)) return found;
   }
-  return has(FrameworkModule()) ? &FrameworkModule() : nullptr;
+  for (const CDynLinkLibrary* link = g_head; link != nullptr; link = link->next()) {
+    if (link->resources() == nullptr) continue;
+    if (const HINSTANCE found = SearchModule(link->resources(), has)) return found;
+  }
+  return SearchModule(&FrameworkModule(), has);
 }
 
 }  // namespace
@@ -68,7 +79,10 @@ CDynLinkLibrary::CDynLinkLibrary(AFX_EXTENSION_MODULE& state)
   Link();
 }
 
-CDynLinkLibrary::CDynLinkLibrary(HINSTANCE resources) : resources_(resources) { Link(); }
+CDynLinkLibrary::CDynLinkLibrary(HINSTANCE resources, HINSTANCE translated)
+    : resources_(resources), translated_(resources == nullptr ? nullptr : translated) {
+  Link();
+}
 
 void CDynLinkLibrary::Link() {
   next_ = g_head;

@@ -1,5 +1,5 @@
 // The search for resources: the current resource module, then the chain of extension modules, then
-// the framework's own module.
+// the framework's own module. Wherever a module comes that others translate, these come before it.
 //
 // The current module and the chain are changed by the user-interface thread; any thread may search
 // them, and no link is taken out while one does.
@@ -66,13 +66,17 @@ class CDynLinkLibrary {
   /// gives a link without resources.
   explicit CDynLinkLibrary(AFX_EXTENSION_MODULE& state);
   /// On a module without run-time classes of its own, as a host's strings; it must outlive the
-  /// link.
-  explicit CDynLinkLibrary(HINSTANCE resources);
+  /// link. If it translates another one, which is named then, its resources are found in place of
+  /// that one's with the same numbers, also where that one is the current module; the newest
+  /// translation first. What it doesn't have is found as before.
+  explicit CDynLinkLibrary(HINSTANCE resources, HINSTANCE translated = nullptr);
   CDynLinkLibrary(const CDynLinkLibrary&) = delete;
   CDynLinkLibrary& operator=(const CDynLinkLibrary&) = delete;
   ~CDynLinkLibrary();
 
   HINSTANCE resources() const { return resources_; }
+  /// The module that it translates, or null.
+  HINSTANCE translated() const { return translated_; }
   const ClassList& classes() const { return classes_; }
   /// The next older link, null at the end.
   CDynLinkLibrary* next() const { return next_; }
@@ -85,6 +89,7 @@ class CDynLinkLibrary {
   void Link();
 
   HINSTANCE resources_;
+  HINSTANCE translated_ = nullptr;
   ClassList classes_;
   CDynLinkLibrary* next_ = nullptr;
 };
