@@ -41,6 +41,15 @@ Printing::~Printing() = default;
 Processes::~Processes() = default;
 ProfileFiles::~ProfileFiles() = default;
 Prompts::~Prompts() = default;
+std::optional<ChosenFiles> Prompts::ChooseFile(const FileQuestion& question) {
+  return ChooseFileByDialog(*this, question);
+}
+std::optional<std::string> Prompts::ChooseFolder(std::string_view title, std::string_view start) {
+  return ChooseFolderByDialog(*this, title, start);
+}
+std::optional<PrintChoice> Prompts::ChoosePrint(const PrintQuestion& question) {
+  return ChoosePrintByDialog(*this, question);
+}
 Registry::~Registry() = default;
 SystemErrors::~SystemErrors() = default;
 SystemFacts::~SystemFacts() = default;

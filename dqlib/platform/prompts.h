@@ -2,9 +2,12 @@
 
 #pragma once
 
+#include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 
+#include "dqlib/platform/choosers.h"
 #include "dqlib/platform/dialog_view.h"
 #include "dqlib/platform/types.h"
 
@@ -67,6 +70,15 @@ class Prompts {
   /// opened it cancels what is left open. Handlers of the dialog may ask questions and run dialogs
   /// meanwhile.
   virtual void RunDialog(DialogView& dialog) = 0;
+
+  /// Have the person choose files to open or one to save, a folder that exists, and what to print;
+  /// no value if the person leaves it. What is chosen keeps to all that the question asks for:
+  /// default extensions are there, and problems have been told. The base asks in dialogs of its own
+  /// that it runs by `RunDialog`; see `choosers.h`.
+  virtual std::optional<ChosenFiles> ChooseFile(const FileQuestion& question);
+  /// From the root; "" titles are the usual one, and a "" start is the current directory.
+  virtual std::optional<std::string> ChooseFolder(std::string_view title, std::string_view start);
+  virtual std::optional<PrintChoice> ChoosePrint(const PrintQuestion& question);
 };
 
 }  // namespace platform

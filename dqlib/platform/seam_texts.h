@@ -1,5 +1,5 @@
-// The texts that the seam itself shows to a person: the terminal's questions, what has happened to
-// the files of settings, and why nothing was printed.
+// The texts that the seam itself shows to a person: the terminal's questions, choices of files and
+// of what to print, what has happened to the files of settings, and why nothing was printed.
 //
 // They stand here once. The library's string table has them among its own, so a module that
 // translates the library translates them too.
@@ -62,6 +62,30 @@ enum SeamTextId : UINT {
   // Why nothing was printed.
   IDS_NO_PRINT_COMMAND = 44592,
   IDS_PRINT_COMMAND_FAILED = 44593,
+  // Choices of files, of a folder and of what to print.
+  IDS_OPEN_FILE = 44770,
+  IDS_SAVE_FILE = 44771,
+  IDS_CHOOSE_FOLDER = 44772,
+  IDS_PRINT = 44773,
+  IDS_LOOK_IN = 44774,
+  IDS_SAVE_IN = 44775,
+  IDS_FILE_NAME = 44776,
+  IDS_FILE_NAMES = 44777,
+  IDS_FILES_OF_TYPE = 44778,
+  IDS_FOLDER = 44779,
+  IDS_PRINTER = 44780,
+  IDS_PRINT_ALL = 44781,
+  IDS_PRINT_SELECTION = 44782,
+  IDS_PRINT_PAGES = 44783,
+  IDS_FROM_PAGE = 44784,
+  IDS_TO_PAGE = 44785,
+  IDS_COPIES = 44786,
+  IDS_PRINT_TO_FILE = 44787,
+  IDS_FILE_NOT_THERE = 44788,
+  IDS_FOLDER_NOT_THERE = 44789,
+  IDS_REPLACE_FILE = 44790,
+  IDS_PAGES_OUT_OF_RANGE = 44791,
+  IDS_COPIES_OUT_OF_RANGE = 44792,
 };
 
 namespace platform {
@@ -117,6 +141,29 @@ inline constexpr StringRow kSeamTexts[] = {
     {IDS_SCRIPT_NOT_TAKEN, "control %1 isn't there or doesn't take the value"},
     {IDS_NO_PRINT_COMMAND, "This system has no command to print with: neither lp nor lpr."},
     {IDS_PRINT_COMMAND_FAILED, "The system's print command failed with the code %1."},
+    {IDS_OPEN_FILE, "Open"},
+    {IDS_SAVE_FILE, "Save As"},
+    {IDS_CHOOSE_FOLDER, "Select Folder"},
+    {IDS_PRINT, "Print"},
+    {IDS_LOOK_IN, "Look in"},
+    {IDS_SAVE_IN, "Save in"},
+    {IDS_FILE_NAME, "File name"},
+    {IDS_FILE_NAMES, "File names"},
+    {IDS_FILES_OF_TYPE, "Files of type"},
+    {IDS_FOLDER, "Folder"},
+    {IDS_PRINTER, "Printer"},
+    {IDS_PRINT_ALL, "All"},
+    {IDS_PRINT_SELECTION, "Selection"},
+    {IDS_PRINT_PAGES, "Pages"},
+    {IDS_FROM_PAGE, "From page"},
+    {IDS_TO_PAGE, "To page"},
+    {IDS_COPIES, "Number of copies"},
+    {IDS_PRINT_TO_FILE, "Print to file"},
+    {IDS_FILE_NOT_THERE, "%1\nThere is no such file."},
+    {IDS_FOLDER_NOT_THERE, "%1\nThere is no such folder."},
+    {IDS_REPLACE_FILE, "%1\nThe file exists already. Do you want to replace it?"},
+    {IDS_PAGES_OUT_OF_RANGE, "Enter pages from %1 to %2."},
+    {IDS_COPIES_OUT_OF_RANGE, "Enter from 1 to %1 copies."},
 };
 
 /// Gives the text with the id as it is to be shown, which stays valid; no value if it has none. Any

@@ -134,6 +134,97 @@ TEST(ChangeNotifications, AWaitEndsByAChangeAnInterruptionOrTheDirectorysEnd) {
   EXPECT_EQ(OpenDescriptors(), descriptors);
 }
 
+/// Plays a script to its dialogs, and presses No in boxes until it has none left of `yes`.
+struct ScriptedChoosers : Prompts {
+  explicit ScriptedChoosers(std::string_view steps) {
+    EXPECT_FALSE(DialogScript::Read(steps, script)) << steps;
+  }
+  int Show(std::string_view caption, std::string_view text, UINT type, UINT) override {
+    told += std::string(caption) + ": " + std::string(text) + "|";
+    return (type & 0xF) == BOX_YES_NO && yes-- > 0 ? BUTTON_YES : BUTTON_NO;
+  }
+  void RunDialog(DialogView& dialog) override {
+    script.Play(dialog);
+    EXPECT_FALSE(script.problem()) << script.problem()->text;
+  }
+  DialogScript script;
+  int yes = 0;
+  std::string told;
+};
+
+TEST(Choosers, FilesAreChosenWhenAllThatIsAskedOfThemHolds) {
+  const TempDirectory files;
+  Shell(files.path(), "mkdir in in/deep.x; touch in/a in/a.sql in/b.sql");
+  FileQuestion open{.folder = files / "in",
+                    .kinds = {{"SQL", "*.sql"}, {"All", "*.*"}},
+                    .kind = 7,
+                    .extension = "sql",
+                    .file_must_exist = true,
+                    .multiple = true};
+  FileQuestion any{.folder = files / "in", .kinds = open.kinds, .folder_must_exist = true};
+  FileQuestion save{.open = false,
+                    .title = "Keep",
+                    .folder = files / "in",
+                    .name = "b",
+                    .extension = "sql",
+                    .ask_to_replace = true};
+  const Rows<const FileQuestion*, const char*, const char*, const char*> rows = {
+      {&open, "1152= a \npress 1", "a 2", ""},
+      {&open, "1152=b\\n\\n a\n1136=SQL\npress 1", "b.sql a 1", ""},
+      {&open, "1152=c\npress 1\npress 2", "-", "Open: in/c.sql\nThere is no such file.|"},
+      {&open, "press 1\n1152=deep.x\npress 1\n1152=../a.sql\npress 1", "a.sql 2", ""},
+      {&any, "1152=c\n1136=1\npress 1", "c 1", ""},
+      {&any, "1152=no/c\npress 1", "-", "Open: in/no/\nThere is no such folder.|"},
+      {&save, "press 1\npress 1", "b.sql 1",
+       "Keep: in/b.sql\nThe file exists already. Do you want to replace it?|"},
+      {&save, "1152=.x\npress 1", ".x 1", ""},
+      {&save, "1152=c.\npress 1", "c. 1", ""}};
+  for (const auto& [question, steps, chosen, told] : rows) {
+    ScriptedChoosers prompts(steps);
+    prompts.yes = question == &save ? 1 : 0;
+    std::string answer = "-";
+    if (const auto choice = prompts.ChooseFile(*question)) {
+      answer.clear();
+      for (const std::string& path : choice->paths) {
+        EXPECT_EQ(path.substr(0, path.rfind('/')), files / "in");
+        answer += path.substr(path.rfind('/') + 1) + " ";
+      }
+      answer += std::to_string(choice->kind);
+    }
+    EXPECT_EQ(answer, chosen) << steps;
+    std::string text = prompts.told;
+    if (const auto at = text.find(files.path()); at != text.npos) {
+      text.erase(at, files.path().size() + 1);
+    }
+    EXPECT_EQ(text, told) << steps;
+  }
+}
+
+TEST(Choosers, FoldersExistAndPagesAndCopiesAreWithinTheirBounds) {
+  const TempDirectory files;
+  const std::string file = files.Put("file", "");
+  ScriptedChoosers folder("1152=file\npress 1\n1152= . \npress 1");
+  EXPECT_EQ(folder.ChooseFolder("", files.path()), files.path());
+  EXPECT_EQ(folder.told, "Select Folder: " + file + "\nThere is no such folder.|");
+
+  PrintQuestion question{.printers = {"one", "two"}, .offer_pages = true, .last_page = 9};
+  question.choice = {.part = PrintedPart::kSelection, .copies = 2, .printer = "two"};
+  ScriptedChoosers print(
+      "1058=1\n1056=1\n1058=1\n1154=10\npress 1\n1154= 9\n1153=0\npress 1\n1153=9\n1155=x\npress "
+      "1\n"
+      "1155=10000\npress 1\n1155=9999\n1139=1\npress 1");
+  const PrintChoice choice = print.ChoosePrint(question).value_or(PrintChoice());
+  EXPECT_TRUE(choice.part == PrintedPart::kPages && choice.from == 9 && choice.to == 9);
+  EXPECT_TRUE(choice.copies == 9999 && choice.printer == "one" && !choice.to_file);
+  EXPECT_EQ(print.told,
+            "Print: Enter pages from 1 to 9.|Print: Enter pages from 1 to 9.|"
+            "Print: Enter from 1 to 9999 copies.|Print: Enter from 1 to 9999 copies.|");
+  question.offer_selection = question.offer_file = question.choice.to_file = true;
+  const auto as_it_stands = ScriptedChoosers("press 1").ChoosePrint(question);
+  EXPECT_TRUE(as_it_stands->part == PrintedPart::kSelection && as_it_stands->printer == "two");
+  EXPECT_TRUE(as_it_stands->copies == 2 && as_it_stands->to_file);
+}
+
 TEST(Clipboard, HoldsOneThingInSeveralFormatsAndNumbersNames) {
   Clipboard& clipboard = *System().clipboard;
   const UINT rows = clipboard.RegisterFormat("Rows"), more = clipboard.RegisterFormat("* more *");
