@@ -301,6 +301,7 @@ class CDC : public CObject {
   TextFit FitText(std::string_view text, LONG limit);
   /// Measures a line, and draws it if it is told where its top left corner is.
   TextFit LayOut(std::string_view line, LONG limit, UINT flags, const Place* place = nullptr);
+  std::size_t FittingBytes(std::string_view text, LONG limit, UINT flags);
   void DrawRun(const Place& place, std::string_view text);
   int DrawLines(const DrawnText& text, const CRect& rect, UINT flags);
   void DrawLine(const DrawnText& text, std::string_view line, const CRect& rect, std::int64_t top,

@@ -201,6 +201,13 @@ CDC::TextFit CDC::LayOut(std::string_view line, LONG limit, UINT flags, const Pl
   return {at, Saturated(width)};
 }
 
+/// How much of a long text fits into a line, in a time that doesn't depend on what doesn't: few
+/// characters are narrower than a pixel, or have more than four bytes.
+std::size_t CDC::FittingBytes(std::string_view text, LONG limit, UINT flags) {
+  const std::size_t most = 4 * (static_cast<std::size_t>(std::max<LONG>(limit, 0)) + 1);
+  return LayOut(text.substr(0, most), limit, flags).bytes;
+}
+
 int CDC::DrawText(std::string_view text, CRect& rect, UINT flags) {
   if ((flags & DT_CALCRECT) == 0) return DrawText(text, std::as_const(rect), flags);
   const DrawnText drawn(text, flags);
@@ -208,7 +215,7 @@ int CDC::DrawText(std::string_view text, CRect& rect, UINT flags) {
   std::int64_t height = 0;
   LONG widest = 0;
   LineCutter lines(drawn.text, flags);
-  const auto fitting = [&](std::string_view line) { return LayOut(line, limit, flags).bytes; };
+  const auto fitting = [&](std::string_view line) { return FittingBytes(line, limit, flags); };
   for (std::string_view line; lines.Next(fitting, line);) {
     widest = std::max(widest, LayOut(line, kFurthest, flags).width);
     height += FontMetrics().tmHeight;
@@ -247,7 +254,7 @@ int CDC::DrawLines(const DrawnText& text, const CRect& rect, UINT flags) {
     }
   }
   LineCutter lines(text.text, flags);
-  const auto fitting = [&](std::string_view line) { return LayOut(line, limit, flags).bytes; };
+  const auto fitting = [&](std::string_view line) { return FittingBytes(line, limit, flags); };
   for (std::string_view line; !(is_cut_off && top >= rect.bottom) && lines.Next(fitting, line);) {
     DrawLine(text, line, rect, top, flags);
     top += line_height;
