@@ -383,6 +383,101 @@ TEST(WindowLayer, ActivatesWindowsWhichKeepTheirFocus) {
   EXPECT_EQ(LogWnd::Take(), "4:8 4:2 1:6 3:7 ");
 }
 
+TEST(WindowLayer, IsToldOfFontsAndScrollBarsAndDrawsWhatIsToBeDrawn) {
+  struct Painted : LogWnd {
+    using LogWnd::LogWnd;
+    void OnPaint(CDC& dc) override {
+      dc.TextOut(1, 2, "text");
+      Invalidate();
+    }
+  } window({.class_name = "T", .place = {0, 0, 50, 50}, .id = 1});
+  RecordingObserver told;
+  CFont font;
+  window.SetFont(&font);
+  EXPECT_EQ(window.GetFont(), &font);
+  window.ValidateRect();
+  window.SetFont(nullptr, false);
+  EXPECT_TRUE(window.GetUpdateRect().IsRectEmpty());
+  std::string places;
+  for (const SCROLLINFO& info :
+       {SCROLLINFO{0, 99, 10, 95}, {5, 9, 0, 1}, {0, 3, 9, 2}, {9, 0, 1, 4}}) {
+    for (int twice = 0; twice < 2; ++twice) window.SetScrollInfo(SB_VERT, info);
+    places += std::to_string(window.GetScrollPos(SB_VERT)) + " ";
+  }
+  EXPECT_TRUE(window.SetScrollPos(SB_HORZ, 7) == 0 && window.GetScrollPos(SB_HORZ) == 0);
+  EXPECT_EQ(places, "90 5 0 9 ");
+  EXPECT_EQ(told.Take(),
+            "1 font 1 invalidated 1 font 1 scroll@1*1 1 scroll@1*1 1 scroll@1*1 1 scroll@1*1 ");
+  RecordingDC dc({100, 100});
+  dc.SetTextColor(5);
+  LogWnd::Take();
+  window.Paint(dc);
+  EXPECT_TRUE(LogWnd::Take() == "1:20 " && dc.GetTextColor() == 5);
+  EXPECT_EQ(window.GetUpdateRect(), (CRect{0, 0, 50, 50})) << "asked for while it was drawn";
+}
+
+TEST(WindowLayer, ShowsWaitPointersOnceAndHasMenusDrawTheirItems) {
+  struct Waiting : Layer {
+    void ShowWaitPointer(bool show) override { log += show ? "+" : "-"; }
+    void Beep(UINT type) override { log += std::to_string(static_cast<int>(type)); }
+    std::string log;
+  } layer;
+  {
+    const CWaitCursor outer;
+    const CWaitCursor inner;
+    MessageBeep(static_cast<UINT>(-1));
+  }
+  EXPECT_EQ(layer.log, "+-1-");
+  struct OwnMenu : CMenu {
+    void MeasureItem(MEASUREITEMSTRUCT* item) override { item->itemWidth = 70; }
+    void DrawItem(DRAWITEMSTRUCT* item) override { item->itemState |= ODS_CHECKED; }
+  } menu;
+  menu.CreatePopupMenu();
+  LogWnd owner;
+  MEASUREITEMSTRUCT measured{.hMenu = menu.GetSafeHmenu()};
+  DRAWITEMSTRUCT drawn{.hMenu = menu.GetSafeHmenu()};
+  EXPECT_EQ(owner.SendMessage(WM_MEASUREITEM, 0, reinterpret_cast<LPARAM>(&measured)), 1);
+  EXPECT_EQ(owner.SendMessage(WM_DRAWITEM, 0, reinterpret_cast<LPARAM>(&drawn)), 1);
+  EXPECT_TRUE(measured.itemWidth == 70 && drawn.itemState == ODS_CHECKED);
+  menu.DestroyMenu();
+  EXPECT_EQ(owner.SendMessage(WM_DRAWITEM, 0, reinterpret_cast<LPARAM>(&drawn)), 0);
+}
+
+/// Its second button needs the first one's mark.
+struct UpdatedDialog : CDialog {
+  bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override {
+    static constexpr MessageMapEntry kEntries[] = {UpdateEntry<&UpdatedDialog::OnUpdate>(11)};
+    return CallEntry(kEntries, *this, key, arguments) || CDialog::CallMapped(key, arguments);
+  }
+  void OnUpdate(CCmdUI* ui) {
+    ui->Enable(IsDlgButtonChecked(10));
+    if (ends) DestroyWindow();
+  }
+  bool ends = false;
+};
+
+TEST(DialogControls, AreBroughtUpToDateWhenTheThreadIsIdle) {
+  CWinApp app("idle");
+  UpdatedDialog dialog;
+  const auto pattern = ReadDialogTemplate(
+      "size 9 9\ncheck 10 \"\" 0 0 1 1\nbutton 11 \"\" 0 0 1 1\nbutton 12 \"\" 0 0 1 1\n");
+  ASSERT_TRUE(dialog.CreateIndirect(pattern.value(), nullptr));
+  dialog.ShowWindow(SW_SHOW);
+  std::string enabled;
+  for (const int check : {0, 1}) {
+    dialog.CheckDlgButton(10, check);
+    PumpUntilIdle();
+    for (const int id : {11, 12})
+      enabled += std::to_string(dialog.GetDlgItem(id)->IsWindowEnabled());
+  }
+  EXPECT_EQ(enabled, "0111");
+  dialog.UpdateDialogControls(dialog, true);
+  EXPECT_FALSE(dialog.GetDlgItem(12)->IsWindowEnabled());
+  dialog.ends = true;
+  PumpUntilIdle();
+  EXPECT_EQ(dialog.GetSafeHwnd(), nullptr);
+}
+
 /// A control that keeps one of its notifications to itself.
 struct ReflectingWnd : CWnd {
   bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override {
@@ -446,7 +541,7 @@ struct FrameBar : CControlBar {
   ~FrameBar() override { DestroyWindow(); }
 };
 
-TEST(Frame, SharesItsClientAreaAmongItsBarsAndThePane) {
+TEST(FrameLayout, SharesItsClientAreaAmongItsBarsAndThePane) {
   CFrameWnd frame;
   frame.Create("Frame", "", {0, 0, 300, 200});
   CView view;
@@ -466,7 +561,7 @@ TEST(Frame, SharesItsClientAreaAmongItsBarsAndThePane) {
   EXPECT_EQ(view.GetPlace(), (CRect{100, 0, 100, 40})) << "there is no more than all";
 }
 
-TEST(Frame, KeepsAMaximisedChildInItsSizeAndPassesThatOn) {
+TEST(FrameLayout, KeepsAMaximisedChildInItsSizeAndPassesThatOn) {
   CMDIFrameWnd main;
   CMDIChildWnd first, second;
   main.Create("Frame", "", {0, 0, 300, 200});
@@ -500,7 +595,7 @@ struct MadeDocument : CDocument {
   void DeleteContents() override { LogWnd::log += "contents "; }
 };
 
-TEST(Frame, MakesViewsOfAClassWhichEndWithTheirWindowAndTakeTheirDocumentAlong) {
+TEST(FrameLayout, MakesViewsOfAClassWhichEndWithTheirWindowAndTakeTheirDocumentAlong) {
   auto* const document = new MadeDocument;
   document->m_bAutoDelete = true;
   const CCreateContext context{.m_pNewViewClass = RUNTIME_CLASS(MadeView),

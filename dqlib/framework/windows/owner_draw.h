@@ -49,7 +49,7 @@ struct DRAWITEMSTRUCT {
   HMENU hMenu = nullptr;
   /// Where it is drawn, and on what.
   CDC* pDC = nullptr;
-  CRect rcItem;
+  CRect rcItem = {};
   std::uintptr_t itemData = 0;
 };
 
