@@ -175,8 +175,8 @@ PdfDC::UsedFont PdfDC::FontFor(const LOGFONT& font) const {
   used.size = static_cast<LONG>(std::clamp<std::int64_t>(size, 1, kLargestFont));
   if (font.lfWidth != 0) {
     const std::int64_t natural = std::max<std::int64_t>(1, pdf.WidthOf('x') * used.size);
-    used.percent = static_cast<LONG>(
-        std::clamp<std::int64_t>(font.lfWidth * 100 * kThousand / natural, kNarrowest, kWidest));
+    used.percent = static_cast<LONG>(std::clamp<std::int64_t>(
+        std::int64_t{font.lfWidth} * 100 * kThousand / natural, kNarrowest, kWidest));
   }
   return used;
 }
