@@ -86,6 +86,8 @@ enum SeamTextId : UINT {
   IDS_REPLACE_FILE = 44790,
   IDS_PAGES_OUT_OF_RANGE = 44791,
   IDS_COPIES_OUT_OF_RANGE = 44792,
+  /// Of the file that is printed into.
+  IDS_PRINT_FILE_FILTER = 44793,
 };
 
 namespace platform {
@@ -164,6 +166,7 @@ inline constexpr StringRow kSeamTexts[] = {
     {IDS_REPLACE_FILE, "%1\nThe file exists already. Do you want to replace it?"},
     {IDS_PAGES_OUT_OF_RANGE, "Enter pages from %1 to %2."},
     {IDS_COPIES_OUT_OF_RANGE, "Enter from 1 to %1 copies."},
+    {IDS_PRINT_FILE_FILTER, "PDF (*.pdf)|*.pdf||"},
 };
 
 /// Gives the text with the id as it is to be shown, which stays valid; no value if it has none. Any

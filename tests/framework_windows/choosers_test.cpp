@@ -15,8 +15,14 @@ struct ChoosingPrompts : ScriptedPrompts {
   std::optional<std::string> ChooseFolder(std::string_view title, std::string_view start) override {
     return title.empty() ? std::nullopt : std::optional(std::string(title) + std::string(start));
   }
+  std::optional<platform::PrintChoice> ChoosePrint(const platform::PrintQuestion& asked) override {
+    print = asked;
+    return printed;
+  }
   platform::FileQuestion file;
   std::optional<platform::ChosenFiles> chosen;
+  platform::PrintQuestion print;
+  std::optional<platform::PrintChoice> printed;
 };
 
 TEST(FileDialog, AsksByItsFlagsAndFilterAndGivesThePartsOfWhatWasChosen) {
@@ -69,6 +75,64 @@ TEST(FileDialog, AsksByItsFlagsAndFilterAndGivesThePartsOfWhatWasChosen) {
   EXPECT_EQ(parts(), "/d.d/one|one||one|2|2");
   EXPECT_EQ(ChooseFolder("T", "/f"), CString("T/f"));
   EXPECT_EQ(ChooseFolder(nullptr, nullptr), std::nullopt);
+}
+
+/// Printers that can't be printed on.
+struct KnownPrinters : platform::Printing {
+  platform::Result<std::vector<std::string>> Printers() override { return {{"one", "two"}}; }
+  platform::Result<std::string> DefaultPrinter() override { return std::string("two"); }
+  platform::PrintOutcome Print(const platform::PrintJob&,
+                               const platform::DocumentReader&) override {
+    return {};
+  }
+};
+
+TEST(PrintDialog, AsksByItsFlagsAndMakesAJobOfWhatWasChosen) {
+  ChoosingPrompts prompts;
+  KnownPrinters printers;
+  const platform::ScopedPlatform scope(With(&platform::Platform::printing, &printers));
+  for (const auto& [flags, offers] : Cases<2>(R"(
+      0 => 0 selection pages file ;; 5 => 1 pages file ;; 10 => 2 selection file
+      1048610 => 2 selection pages to)")) {
+    EXPECT_EQ(CPrintDialog(static_cast<DWORD>(std::stoul(flags))).DoModal(), IDCANCEL);
+    const platform::PrintQuestion& print = prompts.print;
+    EXPECT_EQ(std::to_string(static_cast<int>(print.choice.part)) +
+                  (print.offer_selection ? " selection" : "") +
+                  (print.offer_pages ? " pages" : "") + (print.offer_file ? " file" : "") +
+                  (print.choice.to_file ? " to" : ""),
+              offers);
+  }
+  CPrintDialog dialog(0);
+  dialog.SetPageRange(2, 8);
+  // The printer and the file, copies, the job's pages, the dialog's, and whether all are printed,
+  // some, or the selection.
+  const auto state = [&dialog] {
+    const platform::PrintJob job = dialog.GetPrintJob();
+    std::string text = std::string(dialog.GetDeviceName().View()) + job.to_file;
+    for (const int number : {dialog.GetCopies(), job.first_page, job.last_page,
+                             dialog.GetFromPage(), dialog.GetToPage(), int{dialog.PrintAll()},
+                             int{dialog.PrintRange()}, int{dialog.PrintSelection()}}) {
+      text += " " + std::to_string(number);
+    }
+    EXPECT_TRUE(job.printer == dialog.GetDeviceName() && job.copies == dialog.GetCopies());
+    return text;
+  };
+  EXPECT_EQ(dialog.DoModal(), IDCANCEL);
+  EXPECT_EQ(state(), "two 1 1 0 -1 -1 1 0 0");
+  const platform::PrintQuestion& asked = prompts.print;
+  EXPECT_TRUE(asked.printers.size() == 2 && asked.first_page == 2 && asked.last_page == 8);
+  EXPECT_TRUE(asked.choice.from == 2 && asked.choice.to == 8);
+  prompts.printed = {platform::PrintedPart::kPages, 3, 4, 2, "one", true};
+  EXPECT_EQ(dialog.DoModal(), IDCANCEL) << "without a file";
+  EXPECT_EQ(state(), "two 1 1 0 -1 -1 1 0 0");
+  prompts.chosen = {.paths = {"/f.pdf"}};
+  EXPECT_EQ(dialog.DoModal(), IDOK);
+  EXPECT_EQ(state(), "one/f.pdf 2 3 4 3 4 0 1 0");
+  EXPECT_TRUE(!prompts.file.open && prompts.file.ask_to_replace && prompts.file.extension == "pdf");
+  prompts.printed = {.part = platform::PrintedPart::kSelection};
+  EXPECT_EQ(dialog.DoModal(), IDOK);
+  EXPECT_EQ(asked.choice.printer, "one") << "begins with what was chosen";
+  EXPECT_EQ(state(), " 1 1 0 -1 -1 0 0 1");
 }
 
 }  // namespace
