@@ -105,6 +105,7 @@
 #include "dqlib/framework/windows/registered_message.h"
 #include "dqlib/framework/windows/screen.h"
 #include "dqlib/framework/windows/settings_failure.h"
+#include "dqlib/framework/windows/splitter_wnd.h"
 #include "dqlib/framework/windows/status_bar.h"
 #include "dqlib/framework/windows/tool_bar.h"
 #include "dqlib/framework/windows/view.h"

@@ -20,6 +20,16 @@ std::string FirstPart(UINT string_id) {
   return std::string(text.substr(0, text.find('\n')));
 }
 
+/// The first view of a pane, itself or below it; null if there is none.
+CView* FirstView(CWnd* pane) {
+  CView* view = DYNAMIC_DOWNCAST(CView, pane);
+  CWnd* inner = pane == nullptr ? nullptr : pane->GetTopWindow();
+  for (; view == nullptr && inner != nullptr; inner = inner->GetNextWindow()) {
+    view = FirstView(inner);
+  }
+  return view;
+}
+
 }  // namespace
 
 IMPLEMENT_DYNCREATE(CFrameWnd, CWnd)
@@ -77,16 +87,7 @@ bool CFrameWnd::OnCreateClient(const CCreateContext* context) {
 }
 
 CView* CFrameWnd::CreateView(const CCreateContext* context, int id) {
-  if (context == nullptr || context->m_pNewViewClass == nullptr || GetSafeHwnd() == nullptr) {
-    return nullptr;
-  }
-  std::unique_ptr<CObject> object(context->m_pNewViewClass->CreateObject());
-  CView* const view = DYNAMIC_DOWNCAST(CView, object.get());
-  if (view == nullptr || !view->Create(this, {}, id, context)) return nullptr;
-  view->m_bDeletesItself = true;
-  // It is its own from now on.
-  static_cast<void>(object.release());
-  return view;
+  return CView::MakeView(this, {}, id, context);
 }
 
 CView* CFrameWnd::GetActiveView() const {
@@ -150,8 +151,7 @@ void CFrameWnd::ShowControlBar(CControlBar* bar, bool show) {
 void CFrameWnd::InitialUpdateFrame(CDocument*, bool visible) {
   const Watched self(*this);
   if (GetActiveView() == nullptr) {
-    CWnd* const pane = GetDlgItem(kFirstPaneId);
-    if (CView* const view = DYNAMIC_DOWNCAST(CView, pane)) SetActiveView(view, false);
+    if (CView* const view = FirstView(GetDlgItem(kFirstPaneId))) SetActiveView(view, false);
   }
   if (self.IsThere()) SendMessageToDescendants(WM_INITIALUPDATE);
   if (!self.IsThere()) return;

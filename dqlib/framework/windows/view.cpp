@@ -28,6 +28,18 @@ bool CView::Create(CWnd* parent, const CRect& place, int id, CDocument* document
   return Create(parent, place, id, &context);
 }
 
+CView* CView::MakeView(CWnd* parent, const CRect& place, int id, const CCreateContext* context) {
+  if (parent == nullptr || parent->GetSafeHwnd() == nullptr) return nullptr;
+  if (context == nullptr || context->m_pNewViewClass == nullptr) return nullptr;
+  std::unique_ptr<CObject> object(context->m_pNewViewClass->CreateObject());
+  CView* const view = DYNAMIC_DOWNCAST(CView, object.get());
+  if (view == nullptr || !view->Create(parent, place, id, context)) return nullptr;
+  view->m_bDeletesItself = true;
+  // It is its own from now on.
+  static_cast<void>(object.release());
+  return view;
+}
+
 void CView::Attach(CDocument* document) {
   if (document != nullptr) document->AddView(this);
   CFrameWnd* const frame = GetParentFrame();

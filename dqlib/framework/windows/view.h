@@ -24,8 +24,8 @@ struct CCreateContext {
   CFrameWnd* m_pCurrentFrame = nullptr;
 };
 
-/// A window that shows a document in a frame. One that its frame has made (`CFrameWnd::CreateView`)
-/// deletes itself when its window ends; any other one is its maker's.
+/// A window that shows a document in a frame. One that `MakeView` has made deletes itself when
+/// its window ends; any other one is its maker's.
 class CView : public CWnd {
   DECLARE_DYNAMIC(CView)
   CView() = default;
@@ -37,6 +37,10 @@ class CView : public CWnd {
   virtual bool Create(CWnd* parent, const CRect& place, int id, const CCreateContext* context);
   /// The same for a document, which may be null.
   bool Create(CWnd* parent, const CRect& place, int id, CDocument* document);
+
+  /// Makes a view of the context's class, which deletes itself when its window ends. Null if the
+  /// class is none of a view or the window can't be made.
+  static CView* MakeView(CWnd* parent, const CRect& place, int id, const CCreateContext* context);
 
   CDocument* GetDocument() const { return m_pDocument; }
 
@@ -58,7 +62,6 @@ class CView : public CWnd {
 
  protected:
   friend class CDocument;
-  friend class CFrameWnd;
 
   /// The document has changed; see `CDocument::UpdateAllViews`. The base draws the view anew.
   virtual void OnUpdate(CView* sender, LPARAM hint, CObject* object);
@@ -66,7 +69,7 @@ class CView : public CWnd {
   /// A view that gets the focus becomes its frame's active one.
   LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
   void OnPaint(CDC& dc) override { OnDraw(&dc); }
-  /// Leaves the document, and deletes itself if its frame has made it.
+  /// Leaves the document, and deletes itself if `MakeView` has made it.
   void PostNcDestroy() override;
 
   /// Adds the view to the document and to its frame.
