@@ -119,6 +119,16 @@ class CheckTest(unittest.TestCase):
         ]:
             self.expect({**tree, path: tree[path].replace(old, new)}, *starts)
 
+    def test_shown_texts(self):
+        for path, text, *starts in [
+            ("dqlib/core/a.cpp", '// "No file."\nShow("Yes", "a b");\nAfxTrace("No file.");\n'),
+            ("dqlib/resources/string_table.cpp", '{1, "No file."},\n'),
+            ("apps/dqtool/a.cpp", 'Complain("No file.");\n'),
+            ("dqlib/core/a.cpp", 'Trace("No a");\nShow("\\n",\n     "No, no.");\n',
+             'dqlib/core/a.cpp:3: "No, no." stands in no'),
+        ]:
+            self.expect({path: text}, *starts)
+
     def test_forbidden_words(self):
         self.expect({"a.h": "// special parts 12, part 6 of the specimen, work/\n"})
         # Put together here, so that the check doesn't find them in this file.

@@ -9,6 +9,8 @@ namespace {
 // Atomic, because workers load strings while the user-interface thread switches modules.
 std::atomic<HINSTANCE> g_current = nullptr;
 std::atomic<CDynLinkLibrary*> g_head = nullptr;
+/// Links that translate a module. There are mostly none, and then searches needn't look for them.
+std::atomic<int> g_translations = 0;
 /// The program's class list while a module's static objects enter theirs.
 std::optional<ClassList> g_set_aside;
 
@@ -16,7 +18,8 @@ std::optional<ClassList> g_set_aside;
 /// none of them.
 template <typename Predicate>
 HINSTANCE SearchModule(HINSTANCE module, Predicate has) {
-  for (const CDynLinkLibrary* link = g_head; link != nullptr; link = link->next()) {
+  const CDynLinkLibrary* link = g_translations == 0 ? nullptr : g_head.load();
+  for (; link != nullptr; link = link->next()) {
     if (link->translated() == module && has(*link->resources())) return link->resources();
   }
   return has(*module) ? module : nullptr;
@@ -87,6 +90,7 @@ CDynLinkLibrary::CDynLinkLibrary(HINSTANCE resources, HINSTANCE translated)
 void CDynLinkLibrary::Link() {
   next_ = g_head;
   g_head = this;
+  if (translated_ != nullptr) ++g_translations;
   ++detail::resource_generation;
 }
 
@@ -98,6 +102,7 @@ CDynLinkLibrary::~CDynLinkLibrary() {
     while (newer->next_ != this) newer = newer->next_;
     newer->next_ = next_;
   }
+  if (translated_ != nullptr) --g_translations;
   ++detail::resource_generation;
 }
 
