@@ -7,6 +7,7 @@
 #include "dqlib/framework/base/random.h"
 #include "dqlib/framework/base/registry_key.h"
 #include "dqlib/framework/base/text.h"
+#include "dqlib/framework/windows/file_failure.h"
 #include "dqlib/framework/windows/message_box.h"
 #include "dqlib/platform/paths.h"
 #include "dqlib/platform/platform.h"
@@ -54,20 +55,6 @@ bool IsDirectory(std::string_view path) {
   return status.ok() && (status.value.attributes & FILE_DIRECTORY) != 0;
 }
 
-/// Where the levels of a directory path begin that can be made: behind the drive, the first
-/// separator, or the server and share of a network path.
-std::size_t FirstLevel(std::string_view path) {
-  if (platform::IsNetworkPath(path)) {
-    constexpr std::size_t kNetworkMark = 2;
-    const std::size_t server = platform::FindSeparator(path, kNetworkMark);
-    const std::size_t share =
-        server == path.npos ? path.npos : platform::FindSeparator(path, server + 1);
-    return share == path.npos ? path.size() : share + 1;
-  }
-  const std::size_t drive = platform::SplitPath(path).drive.size();
-  return drive < path.size() && platform::IsSeparator(path[drive]) ? drive + 1 : drive;
-}
-
 void ShowNotCreated(std::string_view directory) {
   CString message;
   message.Format(IDS_DIRECTORY_NOT_CREATED, static_cast<const char*>(CString(directory)));
@@ -104,31 +91,9 @@ void ReplaceContents(CFile& file, const char* path, std::string_view bytes) {
   file.Close();
 }
 
-/// Message for a cause that has one of its own, else 0.
-UINT CauseMessage(int cause, bool saving) {
-  switch (cause) {
-    case CFileException::fileNotFound:
-    case CFileException::badPath:
-      return IDS_FILE_INVALID_PATH;
-    case CFileException::diskFull:
-      return IDS_FILE_DISK_FULL;
-    case CFileException::accessDenied:
-    case CFileException::sharingViolation:
-    case CFileException::lockViolation:
-      return saving ? IDS_FILE_ACCESS_WRITE : IDS_FILE_ACCESS_READ;
-    case CFileException::none:
-      return 0;
-    default:
-      return saving ? IDS_FILE_IO_ERROR_WRITE : IDS_FILE_IO_ERROR_READ;
-  }
-}
-
 /// The default value of a key below the root of file types.
 bool SetFileTypeValue(const CString& key_path, const CString& text) {
-  platform::Registry& registry = *platform::Current().registry;
-  const RegistryKey key(registry.CreateKey(kClassesRoot, key_path.View()));
-  const std::string_view with_zero(text, static_cast<std::size_t>(text.GetLength()) + 1);
-  return key.ok() && registry.SetValue(key.get(), "", REGISTRY_STRING, with_zero).ok();
+  return SetRegistryText(kClassesRoot, key_path.View(), "", std::string(text.View())).ok();
 }
 
 CString FileTypeValue(const CString& key_path) {
@@ -217,7 +182,7 @@ bool CDQFileUtility::CreateDirectory(const char* path, bool ask, CStringArray* c
     question.Format(IDS_DIRECTORY_DOES_NOT_EXIST, static_cast<const char*>(CString(wanted)));
     if (AfxMessageBox(question, BOX_YES_NO) != BUTTON_YES) return false;
   }
-  for (std::size_t level = FirstLevel(wanted); level < wanted.size();) {
+  for (std::size_t level = platform::RootSize(wanted); level < wanted.size();) {
     const std::size_t end = std::min(platform::FindSeparator(wanted, level), wanted.size());
     const std::string_view part = wanted.substr(0, end);
     level = end + 1;
@@ -319,32 +284,13 @@ bool CDQFileUtility::ListFiles(const char* pattern, CStringList& list, DWORD att
 
 CString CDQFileUtility::GetExceptionErrorMessage(const char* path, const CException* exception,
                                                  bool saving, UINT stringId) {
-  const auto* const error = dynamic_cast<const CFileException*>(exception);
-  const UINT own = error == nullptr ? 0 : CauseMessage(error->m_cause, saving);
-  CString message;
-  AfxFormatString1(message, own == 0 ? stringId : own, path);
-  return message;
+  return DescribeFileFailure(path, exception, saving, stringId);
 }
 
 void CDQFileUtility::AbbreviateName(char* path, int length, int atLeastName) {
-  const std::string full(OrEmpty(path));
   const std::size_t room = static_cast<std::size_t>(std::max(length, 0));
-  if (full.size() <= room) return;
-  const std::size_t last = platform::FindLastSeparator(full);
-  const std::string name = last == full.npos ? full : full.substr(last + 1);
-  std::string shortened = name.size() <= room || atLeastName != 0 ? name : "";
-  // The root is what stands before the first level, without the separator behind it.
-  std::string root = full.substr(0, FirstLevel(full));
-  if (!root.empty() && platform::IsSeparator(root.back())) root.pop_back();
-  const std::string separator(1, platform::SeparatorFor(full));
-  const std::string head = root + separator + "..." + separator;
-  for (std::size_t start = last; start != full.npos && start > root.size();) {
-    const std::string candidate = head + full.substr(start + 1);
-    if (candidate.size() > room) break;
-    shortened = candidate;
-    start = platform::FindLastSeparator(std::string_view(full).substr(0, start));
-  }
-  std::memcpy(path, shortened.c_str(), shortened.size() + 1);
+  const std::string shortened = platform::AbbreviatePath(OrEmpty(path), room, atLeastName != 0);
+  if (path != nullptr) std::memcpy(path, shortened.c_str(), shortened.size() + 1);
 }
 
 CString CDQFileUtility::AbsolutePathToRelative(const char* base, const char* path) {

@@ -81,6 +81,40 @@ bool IsNetworkPath(std::string_view path) {
          FormOf(path) == PathForm::kWindows;
 }
 
+std::size_t RootSize(std::string_view path) {
+  if (IsNetworkPath(path)) {
+    constexpr std::size_t kNetworkMark = 2;
+    const std::size_t server = FindSeparator(path, kNetworkMark);
+    const std::size_t share = server == path.npos ? path.npos : FindSeparator(path, server + 1);
+    return share == path.npos ? path.size() : share + 1;
+  }
+  const std::size_t drive = HasDrive(path) ? 2 : 0;
+  return drive < path.size() && IsSeparator(path[drive]) ? drive + 1 : drive;
+}
+
+bool IsSamePath(std::string_view left, std::string_view right) {
+  const bool windows = FormOf(left) == PathForm::kWindows && FormOf(right) == PathForm::kWindows;
+  return windows ? EqualIgnoringCase(left, right) : left == right;
+}
+
+std::string AbbreviatePath(std::string_view path, std::size_t room, bool at_least_name) {
+  if (path.size() <= room) return std::string(path);
+  const std::size_t last = FindLastSeparator(path);
+  const std::string_view name = last == path.npos ? path : path.substr(last + 1);
+  std::string shortened(name.size() <= room || at_least_name ? name : std::string_view());
+  std::string_view root = path.substr(0, RootSize(path));
+  if (!root.empty() && IsSeparator(root.back())) root.remove_suffix(1);
+  const char separator = SeparatorFor(path);
+  const std::string head = std::string(root) + separator + "..." + separator;
+  for (std::size_t start = last; start != path.npos && start > root.size();) {
+    const std::string_view tail = path.substr(start + 1);
+    if (head.size() + tail.size() > room) break;
+    shortened = head + std::string(tail);
+    start = FindLastSeparator(path.substr(0, start));
+  }
+  return shortened;
+}
+
 PathParts SplitPath(std::string_view path) {
   PathParts parts;
   if (HasDrive(path)) {

@@ -33,6 +33,18 @@ bool HasDrive(std::string_view path);
 /// Whether the path is `\\server\share\...`.
 bool IsNetworkPath(std::string_view path);
 
+/// How many bytes of the path are its root, the separator behind it included: a drive, the first
+/// separator, or the server and share of a network path.
+std::size_t RootSize(std::string_view path);
+
+/// Whether two full paths are the same by their text.
+bool IsSamePath(std::string_view left, std::string_view right);
+
+/// The path for display in `room` bytes: it stays if it fits, else it is the root, "..." and as
+/// many of the last directories as fit with the file name. If not even that fits, it is the file
+/// name all the same if `at_least_name`, else "".
+std::string AbbreviatePath(std::string_view path, std::size_t room, bool at_least_name);
+
 /// A path cut into the parts that together make it up again.
 struct PathParts {
   std::string drive;      ///< "c:", or "" where the path has none.

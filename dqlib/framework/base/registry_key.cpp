@@ -29,6 +29,13 @@ platform::Result<platform::RegistryValue> ReadRegistryValue(HKEY key, std::strin
   return value;
 }
 
+platform::Error SetRegistryText(HKEY root, std::string_view path, std::string_view name,
+                                const std::string& text) {
+  const RegistryKey key(Registry().CreateKey(root, path));
+  const std::string_view with_zero(text.c_str(), text.size() + 1);
+  return key.ok() ? Registry().SetValue(key.get(), name, REGISTRY_STRING, with_zero) : key.error();
+}
+
 platform::Error DeleteRegistryTree(HKEY root, const std::string& path) {
   platform::Error error;
   {

@@ -30,6 +30,10 @@ class RegistryKey {
 /// Reads a whole value, of any type and size, with its name as it is given.
 platform::Result<platform::RegistryValue> ReadRegistryValue(HKEY key, std::string_view name);
 
+/// Makes the key, if it isn't there, and sets a value of it to a text; "" names its default value.
+platform::Error SetRegistryText(HKEY root, std::string_view path, std::string_view name,
+                                const std::string& text);
+
 /// Deletes a key with all below it. What was deleted before a refusal stays deleted; `kNotFound` if
 /// there is no such key.
 platform::Error DeleteRegistryTree(HKEY root, const std::string& path);

@@ -55,20 +55,28 @@ std::unique_ptr<CWnd> MakeEdit(const ControlTemplate& from) {
   return edit;
 }
 
+/// A control with rows, and those that it has at first.
+template <typename Class, typename Style>
+std::unique_ptr<Class> MakeWithRows(const ControlTemplate& from, const Style& style) {
+  auto control = Make<Class>(from, style);
+  for (const std::string& item : from.items) control->AddString(item.c_str());
+  return control;
+}
+
 ListStyle ListStyleOf(const ControlTemplate& from) {
   return {.sorted = from.Has("sorted"), .multiple = from.Has("multiple")};
 }
 
 std::unique_ptr<CWnd> MakeList(const ControlTemplate& from) {
-  return Make<CListBox>(from, ListStyleOf(from));
+  return MakeWithRows<CListBox>(from, ListStyleOf(from));
 }
 
 std::unique_ptr<CWnd> MakeCheckList(const ControlTemplate& from) {
-  return Make<CCheckListBox>(from, ListStyleOf(from));
+  return MakeWithRows<CCheckListBox>(from, ListStyleOf(from));
 }
 
 std::unique_ptr<CWnd> MakeCombo(const ControlTemplate& from) {
-  auto combo = Make<CComboBox>(
+  auto combo = MakeWithRows<CComboBox>(
       from, ComboStyle{.list_only = from.Has("droplist"), .sorted = from.Has("sorted")});
   combo->LimitText(static_cast<int>(Limit(from)));
   return combo;

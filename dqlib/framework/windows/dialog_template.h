@@ -43,6 +43,8 @@ struct ControlTemplate {
   std::string word;
   /// As in the text: "limit=30".
   std::vector<std::string> flags;
+  /// The rows that a list or a combo box has at first. Templates that are made in code have them.
+  std::vector<std::string> items = {};
 
   bool Has(std::string_view flag) const;
   /// The number of a flag `name=N`; `fallback` without it.

@@ -2,11 +2,28 @@
 
 #include <algorithm>
 
+#include "dqlib/framework/base/archive.h"
+#include "dqlib/framework/windows/data_exchange.h"
+#include "dqlib/framework/windows/doc_manager.h"
+#include "dqlib/framework/windows/file_failure.h"
 #include "dqlib/framework/windows/mdi_frame.h"
+#include "dqlib/framework/windows/message_box.h"
+#include "dqlib/framework/windows/screen.h"
 #include "dqlib/framework/windows/ui_state.h"
+#include "dqlib/framework/windows/win_app.h"
 #include "dqlib/platform/paths.h"
+#include "dqlib/platform/platform.h"
+#include "dqlib/resources/string_ids.h"
 
 namespace dq {
+
+using Self = detail::WatchedObject<CDocument>;
+
+namespace {
+
+platform::Files& Files() { return *platform::Current().files; }
+
+}  // namespace
 
 IMPLEMENT_DYNCREATE(CDocument, CCmdTarget)
 
@@ -29,8 +46,10 @@ struct CDocument::Update {
 CDocument::CDocument() = default;
 
 CDocument::~CDocument() {
+  m_life.reset();
   for (Update* const update : m_updates) update->document_gone = true;
   for (CView* const view : m_views) view->m_pDocument = nullptr;
+  if (m_pDocTemplate != nullptr) m_pDocTemplate->RemoveDocument(this);
 }
 
 void CDocument::AddView(CView* view) {
@@ -69,13 +88,181 @@ void CDocument::SetTitle(const char* title) {
   UpdateFrameCounts();
 }
 
-void CDocument::SetPathName(const char* path, bool) {
-  m_strPathName = path;
-  const std::string_view whole = m_strPathName.View();
-  const std::size_t separator = platform::FindLastSeparator(whole);
-  const bool has_folder = separator != std::string_view::npos;
-  SetTitle(std::string(whole.substr(has_folder ? separator + 1 : 0)).c_str());
+void CDocument::SetPathName(const char* path, bool add_to_recent) {
+  m_strPathName = CDocManager::CanonicalPath(path);
+  const CString whole = m_strPathName;
+  const platform::PathParts parts = platform::SplitPath(whole.View());
+  SetTitle((parts.name + parts.extension).c_str());
+  CWinApp* const app = AfxGetApp();
+  if (add_to_recent && app != nullptr) app->AddToRecentFileList(whole);
 }
+
+CMenu* CDocument::GetDefaultMenu() {
+  return m_pDocTemplate == nullptr ? nullptr : m_pDocTemplate->GetSharedMenu();
+}
+
+const AcceleratorTable* CDocument::GetDefaultAccelerators() {
+  return m_pDocTemplate == nullptr ? nullptr : m_pDocTemplate->GetAccelerators();
+}
+
+// ---- Files
+
+BOOL CDocument::OnNewDocument() {
+  DeleteContents();
+  m_strPathName.Empty();
+  SetModifiedFlag(0);
+  return 1;
+}
+
+BOOL CDocument::OnOpenDocument(const char* name) {
+  // It may be the document's own.
+  const CString path(name);
+  CFile file;
+  CFileException refused;
+  if (!file.Open(path, CFile::modeRead | CFile::shareDenyWrite, &refused)) {
+    ReportSaveLoadException(path, &refused, false, IDS_OPEN_FAILED);
+    return 0;
+  }
+  DeleteContents();
+  const auto fail = [&](CException* failure) {
+    file.Abort();
+    DeleteContents();
+    SetModifiedFlag(0);
+    ReportSaveLoadException(path, failure, false, IDS_OPEN_FAILED);
+    return 0;
+  };
+  try {
+    const CWaitCursor wait;
+    CArchive archive(&file, CArchive::load);
+    if (file.GetLength() != 0) Serialize(archive);
+    archive.Close();
+    file.Close();
+  } catch (CException& failure) {
+    return fail(&failure);
+  } catch (const std::exception&) {
+    return fail(nullptr);
+  }
+  SetModifiedFlag(0);
+  return 1;
+}
+
+BOOL CDocument::OnSaveDocument(const char* name) {
+  const CString path(name);
+  CReplacingFile file;
+  const auto fail = [&](CException* failure) {
+    file.Abort();
+    ReportSaveLoadException(path, failure, true, IDS_SAVE_FAILED);
+    return 0;
+  };
+  CFileException refused;
+  constexpr UINT kFlags = CFile::modeCreate | CFile::modeReadWrite | CFile::shareExclusive;
+  if (!file.Open(path, kFlags, &refused)) return fail(&refused);
+  try {
+    const CWaitCursor wait;
+    CArchive archive(&file, CArchive::store);
+    Serialize(archive);
+    archive.Close();
+    file.Close();
+  } catch (CException& failure) {
+    return fail(&failure);
+  } catch (const std::exception&) {
+    return fail(nullptr);
+  }
+  SetModifiedFlag(0);
+  return 1;
+}
+
+void CDocument::ReportSaveLoadException(const char* path, CException* exception, bool saving,
+                                        UINT default_id) {
+  if (exception != nullptr && exception->IsKindOf(RUNTIME_CLASS(CUserException))) return;
+  AfxMessageBox(DescribeFileFailure(path, exception, saving, default_id), BOX_EXCLAMATION,
+                default_id);
+}
+
+BOOL CDocument::SaveModified() {
+  if (IsModified() == 0) return 1;
+  const std::uint64_t closing = detail::CurrentUi().closing;
+  if (closing != 0 && m_nGivenUpIn == closing) return 1;
+  CString name = m_strPathName.IsEmpty() ? m_strTitle : m_strPathName;
+  if (name.IsEmpty()) name.LoadString(IDS_UNTITLED);
+  CString question;
+  AfxFormatString1(question, IDS_ASK_TO_SAVE, name);
+  const Self self(this);
+  const int answer = AfxMessageBox(question, BOX_YES_NO_CANCEL | BOX_EXCLAMATION, IDS_ASK_TO_SAVE);
+  if (!self || (answer != BUTTON_YES && answer != BUTTON_NO)) return 0;
+  if (answer == BUTTON_YES) return DoFileSave();
+  m_nGivenUpIn = closing;
+  return 1;
+}
+
+BOOL CDocument::DoFileSave() {
+  if (m_strPathName.IsEmpty()) return DoSave(nullptr);
+  const auto status = Files().Status(m_strPathName.View());
+  const bool read_only = status.ok() && (status.value.attributes & FILE_READ_ONLY) != 0;
+  return DoSave(read_only ? nullptr : static_cast<const char*>(m_strPathName));
+}
+
+/// What the person who is asked for a path finds there.
+CString CDocument::ProposedPath(bool replace) const {
+  if (!m_strPathName.IsEmpty() || !replace) return m_strPathName;
+  constexpr std::string_view kNotInNames = "\\/:*?\"<>|";
+  std::string name(m_strTitle.View());
+  std::erase_if(name, [&](char each) {
+    return static_cast<unsigned char>(each) < ' ' || kNotInNames.find(each) != kNotInNames.npos;
+  });
+  if (m_pDocTemplate != nullptr && !name.empty()) {
+    const std::vector<std::string> extensions = m_pDocTemplate->GetExtensions();
+    if (!extensions.empty()) name += extensions.front();
+  }
+  return CString(name);
+}
+
+BOOL CDocument::DoSave(const char* path, BOOL replace) {
+  const Self self(this);
+  CString target = path;
+  if (target.IsEmpty()) {
+    target = ProposedPath(replace != 0);
+    CWinApp* const app = AfxGetApp();
+    constexpr DWORD kFlags = OFN_HIDEREADONLY | OFN_PATHMUSTEXIST | OFN_OVERWRITEPROMPT;
+    const bool chosen =
+        app != nullptr
+            ? app->DoPromptFileName(target, IDS_TITLE_SAVE_AS, kFlags, false, m_pDocTemplate)
+            : CDocManager().DoPromptFileName(target, IDS_TITLE_SAVE_AS, kFlags, false,
+                                             m_pDocTemplate);
+    if (!chosen || !self) return 0;
+  }
+  const bool is_new = Files().Status(target.View()).error.kind == platform::ErrorKind::kNotFound;
+  if (!OnSaveDocument(target)) {
+    // What an override has left half written would be taken for the document; most leave nothing.
+    if (is_new) static_cast<void>(Files().Delete(target.View()));
+    return 0;
+  }
+  if (replace != 0 && self) SetPathName(target);
+  return 1;
+}
+
+void CDocument::OnFileClose() {
+  const Self self(this);
+  if (SaveModified() && self) OnCloseDocument();
+}
+
+bool CDocument::CallMapped(const HandlerKey& key, HandlerArguments& arguments) {
+  static constexpr MessageMapEntry kEntries[] = {
+      CommandEntry<&CDocument::OnFileClose>(ID_FILE_CLOSE),
+      CommandEntry<&CDocument::OnFileSave>(ID_FILE_SAVE),
+      CommandEntry<&CDocument::OnFileSaveAs>(ID_FILE_SAVE_AS),
+  };
+  return CallEntry(kEntries, *this, key, arguments) || CCmdTarget::CallMapped(key, arguments);
+}
+
+BOOL CDocument::OnCmdMsg(UINT id, int code, void* extra, void* handler_info) {
+  const Self self(this);
+  if (CCmdTarget::OnCmdMsg(id, code, extra, handler_info) != 0) return 1;
+  if (!self || m_pDocTemplate == nullptr) return 0;
+  return m_pDocTemplate->OnCmdMsg(id, code, extra, handler_info);
+}
+
+// ---- Closing
 
 bool CDocument::CanCloseFrame(CFrameWnd* frame) {
   if (frame != nullptr && HasViewOutside(*frame)) return true;

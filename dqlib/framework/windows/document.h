@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "dqlib/framework/base/c_string.h"
@@ -9,7 +11,9 @@
 
 namespace dq {
 
+class AcceleratorTable;
 class CDocTemplate;
+class CException;
 class CFrameWnd;
 class CView;
 
@@ -49,9 +53,25 @@ class CDocument : public CCmdTarget {
   /// Whether it has been changed since it was opened or saved.
   virtual BOOL IsModified() { return m_bModified ? 1 : 0; }
   virtual void SetModifiedFlag(BOOL modified = 1) { m_bModified = modified != 0; }
-  /// The template that has made it, or null.
+  /// The template that it belongs to, or null.
   CDocTemplate* GetDocTemplate() const { return m_pDocTemplate; }
+  /// The menu and the key combinations that frames have while it is their active document; null for
+  /// those of the frames themselves. The base has its template's.
+  virtual CMenu* GetDefaultMenu();
+  virtual const AcceleratorTable* GetDefaultAccelerators();
 
+  /// Makes it a new, empty document: the base deletes the contents and takes the path and the mark
+  /// away. False refuses.
+  virtual BOOL OnNewDocument();
+  /// Fills it from a file: the base deletes the contents and has `Serialize` load them from an
+  /// archive over the file, unless that is empty. A failure is told the person by
+  /// `ReportSaveLoadException`; false then. One to open the file leaves the document as it was, a
+  /// later one leaves it empty.
+  virtual BOOL OnOpenDocument(const char* path);
+  /// Writes it to a file: the base has `Serialize` store the contents to an archive over a new file
+  /// that replaces the former one when it is complete. A failure is told the person, and leaves the
+  /// former file as it was; false then.
+  virtual BOOL OnSaveDocument(const char* path);
   /// Ends its frames and views and deletes the contents, and the document itself if
   /// `m_bAutoDelete`.
   virtual void OnCloseDocument();
@@ -59,14 +79,31 @@ class CDocument : public CCmdTarget {
   virtual void DeleteContents() {}
   /// Asks the person whether to save a document that is modified, and saves it if they say so.
   /// False if they cancel, or it can't be saved: then what was to end it must not go on.
-  virtual BOOL SaveModified() { return 1; }
+  virtual BOOL SaveModified();
   /// Whether the frame may close: true if another frame shows the document too, else what
   /// `SaveModified` says.
   virtual bool CanCloseFrame(CFrameWnd* frame);
   /// A frame with views of the document is about to end. The base does nothing.
   virtual void PreCloseFrame(CFrameWnd* /*frame*/) {}
+  /// Tells the person, in a box, what has gone wrong with a file: see `DescribeFileFailure`. What a
+  /// `CUserException` stands for they know.
+  virtual void ReportSaveLoadException(const char* path, CException* exception, bool saving,
+                                       UINT default_id);
   /// The application is idle. The base does nothing.
   virtual void OnIdle() {}
+
+  /// Saves it: under its path, or under one that the person chooses if it has none or its file is
+  /// read-only. Saving is cancelled if they choose none. The path becomes the document's own.
+  virtual BOOL DoFileSave();
+  /// Saves it under the path, or with null or "" under one that the person chooses. `replace`: it
+  /// becomes the document's own. False if that failed or was cancelled; a file that this has begun
+  /// is gone then.
+  virtual BOOL DoSave(const char* path, BOOL replace = 1);
+  /// Expires when the document goes, for who calls handlers that may close it.
+  std::weak_ptr<const void> GetLife() const { return m_life; }
+
+  /// Commands go to the document and then to its template.
+  BOOL OnCmdMsg(UINT id, int code, void* extra, void* handler_info) override;
 
   /// Whether the document goes with its last view and when it is closed. False at first; a document
   /// template sets it for those that it makes. Switch it off for a moment to move a view.
@@ -75,6 +112,8 @@ class CDocument : public CCmdTarget {
  protected:
   friend class CDocTemplate;
 
+  /// The commands Save, Save As and Close.
+  bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override;
   /// A view has come or gone. The base closes a document without views, if `m_bAutoDelete`, and
   /// numbers the frames.
   virtual void OnChangedViewList();
@@ -89,12 +128,19 @@ class CDocument : public CCmdTarget {
  private:
   struct Update;
 
+  void OnFileSave() { DoFileSave(); }
+  void OnFileSaveAs() { DoSave(nullptr); }
+  void OnFileClose();
+  CString ProposedPath(bool replace) const;
   std::vector<CFrameWnd*> Frames() const;
 
   CDocTemplate* m_pDocTemplate = nullptr;
   std::vector<CView*> m_views;
   /// Those that are under way, the innermost last.
   std::vector<Update*> m_updates;
+  /// The `Closing` in which the person has last given up the changes.
+  std::uint64_t m_nGivenUpIn = 0;
+  std::shared_ptr<const void> m_life = std::make_shared<char>();
 };
 
 }  // namespace dq

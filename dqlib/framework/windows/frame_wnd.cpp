@@ -216,28 +216,42 @@ BOOL CFrameWnd::OnCmdMsg(UINT id, int code, void* extra, void* handler_info) {
 BOOL CFrameWnd::PreTranslateMessage(MSG* message) {
   if (message->message == WM_KEYDOWN || message->message == WM_SYSKEYDOWN) {
     const auto is_down = [](int key) { return (GetKeyState(key) & kKeyDown) != 0; };
-    if (accelerators_.Translate(*this, static_cast<WORD>(message->wParam), is_down(VK_CONTROL),
-                                is_down(VK_SHIFT), is_down(VK_MENU))) {
+    const CView* const view = GetActiveView();
+    CDocument* const document = view == nullptr ? nullptr : view->GetDocument();
+    const AcceleratorTable* keys =
+        document == nullptr ? nullptr : document->GetDefaultAccelerators();
+    if (keys == nullptr) keys = &accelerators_;
+    if (keys->Translate(*this, static_cast<WORD>(message->wParam), is_down(VK_CONTROL),
+                        is_down(VK_SHIFT), is_down(VK_MENU))) {
       return 1;
     }
   }
   return CWnd::PreTranslateMessage(message);
 }
 
+bool CFrameWnd::IsMainWindow() const {
+  const CWinApp* const app = AfxGetApp();
+  return app != nullptr && app->m_pMainWnd == this;
+}
+
 void CFrameWnd::OnClose() {
   const Watched self(*this);
+  const detail::Closing closing;
   CDocument* const document = GetActiveDocument();
   if (document != nullptr && !document->CanCloseFrame(this)) return;
   if (!self.IsThere()) return;
-  CWinApp* const app = AfxGetApp();
-  if (app != nullptr && app->m_pMainWnd == this) {
+  if (IsMainWindow()) {
+    CWinApp* const app = AfxGetApp();
     if (!app->SaveAllModified() || !self.IsThere()) return;
     app->CloseAllDocuments();
     if (!self.IsThere()) return;
-  } else if (document != nullptr && GetActiveDocument() == document && document->m_bAutoDelete &&
-             !document->HasViewOutside(*this)) {
-    document->OnCloseDocument();
-    return;
+  } else if (document != nullptr && GetActiveDocument() == document) {
+    if (document->m_bAutoDelete && !document->HasViewOutside(*this)) {
+      document->OnCloseDocument();
+      return;
+    }
+    document->PreCloseFrame(this);
+    if (!self.IsThere()) return;
   }
   DestroyWindow();
 }
@@ -250,6 +264,11 @@ LRESULT CFrameWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
       return 0;
     case WM_CLOSE:
       OnClose();
+      return 0;
+    case WM_QUERYENDSESSION:
+      return IsMainWindow() ? AfxGetApp()->SaveAllModified() : 1;
+    case WM_ENDSESSION:
+      if (wparam != 0 && IsMainWindow()) AfxGetApp()->CloseAllDocuments(true);
       return 0;
     case WM_SETFOCUS:
       if (CView* const view = GetActiveView()) view->SetFocus();

@@ -104,6 +104,8 @@ class CFrameWnd : public CWnd {
   void DeleteWithWindow() { deletes_itself_ = true; }
 
  private:
+  /// Whether it is the application's.
+  bool IsMainWindow() const;
   void ShowMenuHelp(UINT id, UINT flags, bool in_menu);
 
   HWND active_view_ = nullptr;

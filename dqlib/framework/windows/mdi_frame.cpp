@@ -93,7 +93,17 @@ void CMDIFrameWnd::Activate(CMDIChildWnd* child) {
   if (!self.IsThere() || active_child_ != now) return;
   CMDIChildWnd* const active = ToChild(now);
   if (zoomed && active != nullptr && !active->IsZoomed()) active->ShowWindow(SW_SHOWMAXIMIZED);
+  if (self.IsThere()) OnUpdateFrameMenu();
   if (self.IsThere()) OnUpdateFrameTitle(true);
+}
+
+void CMDIFrameWnd::OnUpdateFrameMenu() {
+  CDocument* const document = GetActiveDocument();
+  CMenu* const wanted = document == nullptr ? nullptr : document->GetDefaultMenu();
+  if (wanted == document_menu_) return;
+  if (document_menu_ == nullptr) own_menu_ = GetMenu();
+  document_menu_ = wanted;
+  SetMenu(wanted == nullptr ? own_menu_ : wanted);
 }
 
 void CMDIFrameWnd::MDINext() {
@@ -178,6 +188,13 @@ void CMDIChildWnd::MDIDestroy() {
 
 void CMDIChildWnd::MDIActivate() {
   if (CMDIFrameWnd* const frame = GetMDIFrame()) frame->MDIActivate(this);
+}
+
+void CMDIChildWnd::SetActiveView(CView* view, bool notify) {
+  const Watched self(*this);
+  CFrameWnd::SetActiveView(view, notify);
+  CMDIFrameWnd* const main = self.IsThere() && GetActiveView() != nullptr ? GetMDIFrame() : nullptr;
+  if (main != nullptr && main->MDIGetActive() == this) main->OnUpdateFrameMenu();
 }
 
 void CMDIChildWnd::ActivateFrame(int show_command) {

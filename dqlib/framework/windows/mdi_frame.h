@@ -27,6 +27,9 @@ class CMDIFrameWnd : public CFrameWnd {
   CFrameWnd* GetActiveFrame() override;
   /// That of the active child frame.
   CDocument* GetActiveDocument() override;
+  /// Shows the menu of the active document, or without one the menu that the frame has had itself:
+  /// called when another child frame or document becomes active.
+  virtual void OnUpdateFrameMenu();
 
   /// Commands go to the active child frame first.
   BOOL OnCmdMsg(UINT id, int code, void* extra, void* handler_info) override;
@@ -40,6 +43,9 @@ class CMDIFrameWnd : public CFrameWnd {
 
   std::unique_ptr<Client> client_;
   HWND active_child_ = nullptr;
+  /// While a document's menu is shown: that one, and the frame's own.
+  CMenu* document_menu_ = nullptr;
+  CMenu* own_menu_ = nullptr;
 };
 
 /// A child frame. Commands sent to it go where those of any frame do; those of the main frame come
@@ -63,6 +69,7 @@ class CMDIChildWnd : public CFrameWnd {
   void MDIDestroy();
   void MDIActivate();
 
+  void SetActiveView(CView* view, bool notify = true) override;
   void ActivateFrame(int show_command = -1) override;
   /// The title of the active document, with its number where several frames show the document.
   void OnUpdateFrameTitle(bool add_document) override;

@@ -3,6 +3,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <utility>
 
 #include "dqlib/framework/windows/window_observer.h"
 
@@ -28,6 +31,10 @@ struct UiState {
   HWND rows_of = nullptr;
   WindowChange rows_change = WindowChange::kRowsInserted;
   ChangedRange rows;
+  /// See `Closing`: how many there were, and the number of the one that is under way, 0 without
+  /// one.
+  std::uint64_t closings = 0;
+  std::uint64_t closing = 0;
 };
 
 UiState& CurrentUi();
@@ -63,6 +70,38 @@ class Watched {
   const CWnd* window_;
   HWND handle_;
   std::size_t ended_;
+};
+
+/// An object that is no window and tells by its `GetLife` when it goes, as documents do.
+template <typename Object>
+class WatchedObject {
+ public:
+  /// Null counts as an object that is gone.
+  explicit WatchedObject(Object* object) : object_(object) {
+    if (object != nullptr) life_ = object->GetLife();
+  }
+
+  /// Null once it is gone.
+  Object* get() const { return life_.expired() ? nullptr : object_; }
+  Object* operator->() const { return object_; }
+  explicit operator bool() const { return get() != nullptr; }
+
+ private:
+  Object* object_;
+  std::weak_ptr<const void> life_;
+};
+
+/// While a frame closes with all that goes along, a person who has given up the changes of a
+/// document isn't asked about them again.
+class Closing {
+ public:
+  Closing() : former_(std::exchange(CurrentUi().closing, ++CurrentUi().closings)) {}
+  Closing(const Closing&) = delete;
+  Closing& operator=(const Closing&) = delete;
+  ~Closing() { CurrentUi().closing = former_; }
+
+ private:
+  std::uint64_t former_;
 };
 
 }  // namespace detail

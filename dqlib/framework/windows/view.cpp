@@ -34,6 +34,8 @@ CView* CView::MakeView(CWnd* parent, const CRect& place, int id, const CCreateCo
   std::unique_ptr<CObject> object(context->m_pNewViewClass->CreateObject());
   CView* const view = DYNAMIC_DOWNCAST(CView, object.get());
   if (view == nullptr || !view->Create(parent, place, id, context)) return nullptr;
+  // A handler may have ended its window.
+  if (view->GetSafeHwnd() == nullptr) return nullptr;
   view->m_bDeletesItself = true;
   // It is its own from now on.
   static_cast<void>(object.release());

@@ -11,6 +11,9 @@
 #include "dqlib/framework/base/little_endian.h"
 #include "dqlib/framework/base/registry_key.h"
 #include "dqlib/framework/base/text.h"
+#include "dqlib/framework/windows/doc_manager.h"
+#include "dqlib/framework/windows/message_box.h"
+#include "dqlib/framework/windows/recent_files.h"
 #include "dqlib/framework/windows/settings_failure.h"
 #include "dqlib/platform/paths.h"
 #include "dqlib/platform/platform.h"
@@ -95,6 +98,111 @@ CWinApp::~CWinApp() {
   CWinApp* self = this;
   g_app.compare_exchange_strong(self, nullptr);
 }
+
+// ---- Documents
+
+void CWinApp::AddDocTemplate(CDocTemplate* document_template) {
+  if (m_pDocManager == nullptr) m_pDocManager = std::make_unique<CDocManager>();
+  m_pDocManager->AddDocTemplate(document_template);
+}
+
+CDocument* CWinApp::OpenDocumentFile(const char* name) {
+  return m_pDocManager == nullptr ? nullptr : m_pDocManager->OpenDocumentFile(name);
+}
+
+BOOL CWinApp::SaveAllModified() {
+  return m_pDocManager == nullptr ? 1 : m_pDocManager->SaveAllModified();
+}
+
+void CWinApp::CloseAllDocuments(bool end_session) {
+  if (m_pDocManager != nullptr) m_pDocManager->CloseAllDocuments(end_session);
+}
+
+bool CWinApp::DoPromptFileName(CString& path, UINT title_id, DWORD flags, bool open,
+                               CDocTemplate* document_template) {
+  CDocManager none;
+  CDocManager& manager = m_pDocManager == nullptr ? none : *m_pDocManager;
+  return manager.DoPromptFileName(path, title_id, flags, open, document_template);
+}
+
+BOOL CWinApp::OnIdle(LONG count) {
+  const BOOL more = CWinThread::OnIdle(count);
+  if (count == 0 && m_pDocManager != nullptr) m_pDocManager->OnIdle();
+  return more;
+}
+
+void CWinApp::AddToRecentFileList(const char* path) {
+  if (m_pRecentFileList == nullptr) return;
+  m_pRecentFileList->Add(path);
+  SaveStdProfileSettings();
+}
+
+void CWinApp::LoadStdProfileSettings(int count) {
+  constexpr int kMost = ID_FILE_MRU_LAST - ID_FILE_MRU_FIRST + 1;
+  m_pRecentFileList.reset();
+  if (count <= 0) return;
+  m_pRecentFileList =
+      std::make_unique<CRecentFileList>(0, "Recent File List", "File%d", std::min(count, kMost));
+  m_pRecentFileList->ReadList();
+}
+
+void CWinApp::SaveStdProfileSettings() {
+  // A list that can't be kept is no reason to keep the person from their work.
+  if (m_pRecentFileList != nullptr) static_cast<void>(m_pRecentFileList->WriteList());
+}
+
+bool CWinApp::CallMapped(const HandlerKey& key, HandlerArguments& arguments) {
+  static constexpr MessageMapEntry kEntries[] = {
+      CommandEntry<&CWinApp::OnAppExit>(ID_APP_EXIT),
+  };
+  static constexpr MessageMapEntry kOfDocuments[] = {
+      CommandEntry<&CWinApp::OnFileNew>(ID_FILE_NEW),
+      CommandEntry<&CWinApp::OnFileOpen>(ID_FILE_OPEN),
+  };
+  static constexpr MessageMapEntry kOfRecentFiles[] = {
+      CommandRangeEntry<&CWinApp::OnOpenRecentFile>(ID_FILE_MRU_FIRST, ID_FILE_MRU_LAST),
+      UpdateEntry<&CWinApp::OnUpdateRecentFileMenu>(ID_FILE_MRU_FIRST),
+  };
+  return CallEntry(kEntries, *this, key, arguments) ||
+         (m_pDocManager != nullptr && CallEntry(kOfDocuments, *this, key, arguments)) ||
+         (m_pRecentFileList != nullptr && CallEntry(kOfRecentFiles, *this, key, arguments)) ||
+         CWinThread::CallMapped(key, arguments);
+}
+
+void CWinApp::OnFileNew() {
+  if (m_pDocManager != nullptr) m_pDocManager->OnFileNew();
+}
+
+void CWinApp::OnFileOpen() {
+  if (m_pDocManager != nullptr) m_pDocManager->OnFileOpen();
+}
+
+void CWinApp::OnAppExit() {
+  if (m_pMainWnd != nullptr) m_pMainWnd->SendMessage(WM_CLOSE);
+}
+
+void CWinApp::OnOpenRecentFile(UINT id) {
+  if (m_pRecentFileList == nullptr) return;
+  const CString path = (*m_pRecentFileList)[static_cast<int>(id) - ID_FILE_MRU_FIRST];
+  if (path.IsEmpty()) return;
+  const auto status = platform::Current().files->Status(path.View());
+  if (status.error.kind != platform::ErrorKind::kNotFound) {
+    OpenDocumentFile(path);
+    return;
+  }
+  CString text;
+  AfxFormatString1(text, IDS_FILE_INVALID_PATH, path);
+  AfxMessageBox(text, BOX_EXCLAMATION, IDS_FILE_INVALID_PATH);
+  if (m_pRecentFileList == nullptr) return;
+  m_pRecentFileList->Remove(m_pRecentFileList->Find(path));
+  SaveStdProfileSettings();
+}
+
+void CWinApp::OnUpdateRecentFileMenu(CCmdUI* ui) {
+  if (m_pRecentFileList != nullptr) m_pRecentFileList->UpdateMenu(ui);
+}
+
+// ---- The profile
 
 void CWinApp::SetRegistryKey(const char* key) { registry_key_ = key; }
 

@@ -2,11 +2,17 @@
 
 #pragma once
 
+#include <memory>
 #include <string_view>
 
 #include "dqlib/framework/windows/win_thread.h"
 
 namespace dq {
+
+class CDocManager;
+class CDocTemplate;
+class CDocument;
+class CRecentFileList;
 
 /// The application object: who the program is. The thread that makes it is the user-interface
 /// thread. A program has one; it is dropped on the thread that made it.
@@ -27,10 +33,27 @@ class CWinApp : public CWinThread {
   const CString& GetExecutablePath() const { return executable_path_; }
   void SetExecutablePath(const char* path) { executable_path_ = path; }
 
+  /// Takes over a template for the manager, which is made if there is none.
+  void AddDocTemplate(CDocTemplate* document_template);
+  /// Opens a file as the manager does; null without one.
+  virtual CDocument* OpenDocumentFile(const char* name);
   /// Asks each open document to save what has been changed; false if the person cancels.
-  virtual BOOL SaveAllModified() { return 1; }
-  /// Closes all documents, without questions.
-  virtual void CloseAllDocuments() {}
+  virtual BOOL SaveAllModified();
+  /// Closes all documents, without questions. `end_session`: the person's session ends.
+  virtual void CloseAllDocuments(bool end_session = false);
+  /// See `CDocManager::DoPromptFileName`; without a manager all files are offered.
+  virtual bool DoPromptFileName(CString& path, UINT title_id, DWORD flags, bool open,
+                                CDocTemplate* document_template);
+
+  /// Puts a file at the front of the recent ones, if there is such a list, and keeps the list in
+  /// the profile.
+  virtual void AddToRecentFileList(const char* path);
+  /// Reads the list of recent files from the profile; no list for a count of 0, 16 at most.
+  void LoadStdProfileSettings(int count = 4);
+  void SaveStdProfileSettings();
+
+  /// The documents' own idle time follows the windows'.
+  BOOL OnIdle(LONG count) override;
 
   /// The program's profile: values by section and entry under its root key in the registry,
   /// "Software\<registry key name>\<application's name>", where sections are keys and `\` in one
@@ -47,6 +70,23 @@ class CWinApp : public CWinThread {
   /// and the result 0 if there are none.
   BOOL GetProfileBinary(const char* section, const char* entry, BYTE** data, UINT* size);
   BOOL WriteProfileBinary(const char* section, const char* entry, const BYTE* data, UINT size);
+
+  /// Null until a template is added. A host that has a manager of its own sets it before.
+  std::unique_ptr<CDocManager> m_pDocManager;
+  /// Null without a list.
+  std::unique_ptr<CRecentFileList> m_pRecentFileList;
+
+ protected:
+  /// The commands New and Open, if there is a document manager, those of the recent files, if there
+  /// is a list, and Exit.
+  bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override;
+  virtual void OnFileNew();
+  virtual void OnFileOpen();
+  /// Closes the main window, which asks about documents.
+  virtual void OnAppExit();
+  /// Opens a recent file. One that is gone is told, and leaves the list.
+  virtual void OnOpenRecentFile(UINT id);
+  void OnUpdateRecentFileMenu(CCmdUI* ui);
 
  private:
   CString ProfileKey(const char* section) const;

@@ -19,9 +19,13 @@ enum WindowMessage : UINT {
   WM_KILLFOCUS = 0x0008,
   WM_ENABLE = 0x000A,
   WM_CLOSE = 0x0010,
+  /// To the main window: the person's session is about to end. An answer of 0 keeps it from that.
+  WM_QUERYENDSESSION = 0x0011,
   WM_QUIT = 0x0012,
   /// The background is to be drawn on the `CDC` to which the first argument points.
   WM_ERASEBKGND = 0x0014,
+  /// Whether the session ends, now that all programs have been asked: 1 or 0.
+  WM_ENDSESSION = 0x0016,
   WM_SHOWWINDOW = 0x0018,
   /// The pointer is over the window: it may set its shape and answer 1.
   WM_SETCURSOR = 0x0020,
@@ -260,6 +264,17 @@ enum CommonId : int {
   ID_HELP = 9,
   /// Apply in a sheet of pages.
   ID_APPLY_NOW = 0x3021,
+  // Commands of documents and of the application.
+  ID_FILE_NEW = 57600,
+  ID_FILE_OPEN = 57601,
+  ID_FILE_CLOSE = 57602,
+  ID_FILE_SAVE = 57603,
+  ID_FILE_SAVE_AS = 57604,
+  ID_FILE_SEND_MAIL = 57612,
+  /// The recent files, the latest first.
+  ID_FILE_MRU_FIRST = 57616,
+  ID_FILE_MRU_LAST = 57631,
+  ID_APP_EXIT = 57665,
 };
 
 /// Answer to `WM_GETMINMAXINFO`: sizes of a window in pixels, and where it lies when maximised.

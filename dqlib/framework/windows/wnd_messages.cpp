@@ -174,6 +174,8 @@ LRESULT CWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
     case WM_CLOSE:
       DestroyWindow();
       return 0;
+    case WM_QUERYENDSESSION:
+      return 1;
     case WM_ACTIVATE:
       if (LoWord(wparam) != WA_INACTIVE && !IsIconic()) TakeFocusBack();
       return 0;
