@@ -60,7 +60,9 @@ int Run(bool traces) {
     if (frame) frame->KeepPlacement();
     dq::PostQuitMessage(dqapps::kNo);
   };
-  Layer layer({.trace = traces ? &trace : nullptr, .when_lost = when_lost});
+  Layer layer({.trace = traces ? &trace : nullptr,
+               .picture_of = MainFrame::PictureOf,
+               .when_lost = when_lost});
   frame.emplace([&](const dqapps::LibraryDialog& dialog, const dqapps::DialogOutcome& outcome) {
     if (!traces) return;
     TraceLine line("outcome");

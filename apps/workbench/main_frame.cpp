@@ -1,11 +1,13 @@
 #include "apps/workbench/main_frame.h"
 
+#include <map>
 #include <string>
+#include <vector>
 
 #include "dqlib/framework/windows/message_box.h"
-#include "dqlib/framework/windows/win_thread.h"
 #include "dqlib/toolkit/dialog.h"
 #include "dqlib/workspace/window_state.h"
+#include "siblings/pictures/pictures.h"
 
 namespace workbench {
 namespace {
@@ -38,14 +40,38 @@ std::string Quoted(const std::string& text) {
 MainFrame::~MainFrame() { MainFrame::DestroyWindow(); }
 
 bool MainFrame::Open() {
-  if (!Create("WorkbenchFrame", "Workbench", kUsualPlace) || !MakeMenu()) return false;
-  if (!output_.CreateWnd({.class_name = "Edit", .place = GetClientRect(), .parent = this})) {
-    return false;
-  }
-  LayOut();
+  if (!Create("WorkbenchFrame", "Workbench", kUsualPlace, 0, nullptr, false)) return false;
+  const bool made =
+      MakeMenu() && MakeBars() &&
+      output_.CreateWnd({.class_name = "Edit", .parent = this, .id = dq::kFirstPaneId});
+  if (!made) return false;
+  RecalcLayout();
   // Where nothing is kept, or no screen is any more, it stays where it is.
   if (!dq::DQLIB_RestoreWindowPlacement(kPlacement, this) || !IsShown()) ShowWindow(dq::SW_SHOW);
   return true;
+}
+
+bool MainFrame::MakeBars() {
+  std::vector<dq::WORD> commands;
+  for (UINT at = 0; at < dqapps::LibraryDialogs().size(); ++at) {
+    commands.push_back(static_cast<dq::WORD>(kFirstDialog + at));
+  }
+  commands.push_back(0);
+  commands.push_back(kAbout);
+  tools_.SetButtons(commands);
+  constexpr UINT kPanes[] = {0};
+  return tools_.Create(this) && status_.SetIndicators(kPanes) && status_.Create(this);
+}
+
+dq::HBITMAP MainFrame::PictureOf(UINT command) {
+  // The family's own pictures, one for each.
+  constexpr UINT kFirstPicture = 3000;
+  static std::map<UINT, dq::CBitmap> pictures;
+  dq::CBitmap& picture = pictures[command];
+  if (picture.GetSafeHandle() == nullptr) {
+    dq::DQRESOURCES_LoadBitmap(picture, kFirstPicture + (command & 0xFF));
+  }
+  return picture.GetSafeHandle();
 }
 
 bool MainFrame::MakeMenu() {
@@ -63,8 +89,6 @@ bool MainFrame::MakeMenu() {
 
 void MainFrame::KeepPlacement() { dq::DQLIB_SaveWindowPlacement(kPlacement, this); }
 
-void MainFrame::LayOut() { output_.MoveWindow(GetClientRect()); }
-
 bool MainFrame::CallMapped(const dq::HandlerKey& key, dq::HandlerArguments& arguments) {
   static constexpr dq::MessageMapEntry kEntries[] = {
       dq::CommandEntry<&MainFrame::OnExit>(kExit),
@@ -78,15 +102,6 @@ dq::LRESULT MainFrame::DefWindowProc(UINT message, dq::WPARAM wparam, dq::LPARAM
   switch (message) {
     case dq::WM_CLOSE:
       KeepPlacement();
-      break;
-    case dq::WM_DESTROY:
-      dq::PostQuitMessage(0);
-      break;
-    case dq::WM_SIZE:
-      LayOut();
-      break;
-    case dq::WM_INITMENUPOPUP:
-      UpdateMenu();
       break;
     case dq::WM_COMMANDHELP:
       SetMessageText(("There is no help on topic " + std::to_string(lparam) + ".").c_str());

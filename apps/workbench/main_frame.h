@@ -5,8 +5,11 @@
 #include <functional>
 
 #include "apps/common/dialogs.h"
+#include "dqlib/framework/base/drawing.h"
 #include "dqlib/framework/controls/edit.h"
 #include "dqlib/framework/windows/frame_wnd.h"
+#include "dqlib/framework/windows/status_bar.h"
+#include "dqlib/framework/windows/tool_bar.h"
 
 namespace workbench {
 
@@ -25,6 +28,8 @@ class MainFrame : public dq::CFrameWnd {
   bool Open();
   /// Keeps where it is for the next start.
   void KeepPlacement();
+  /// The picture of a command on its button; null for none.
+  static dq::HBITMAP PictureOf(dq::UINT command);
 
  protected:
   dq::LRESULT DefWindowProc(dq::UINT message, dq::WPARAM wparam, dq::LPARAM lparam) override;
@@ -35,11 +40,13 @@ class MainFrame : public dq::CFrameWnd {
   void OnDialog(dq::UINT id);
   void OnAbout();
   bool MakeMenu();
-  void LayOut();
+  bool MakeBars();
   void Tell(const std::string& text);
 
   Listener listener_;
   dq::CMenu menu_;
+  dq::CToolBar tools_;
+  dq::CStatusBar status_;
   dq::CEdit output_{{.multi_line = true, .read_only = true}};
 };
 

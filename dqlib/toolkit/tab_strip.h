@@ -17,6 +17,8 @@ class CDQTabStrip : public RowControl {
 
   CDQTabStrip() : RowControl(false) {}
 
+  /// The tab's label; "" if there is no such tab.
+  CString GetLabel(int index) const { return CString(rows_.Text(index)); }
   /// The current tab, or -1.
   int GetCurSel() const { return current_; }
   /// Makes a tab the current one, or none with -1. False, and no change, if there is no such tab.

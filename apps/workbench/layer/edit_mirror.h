@@ -13,6 +13,7 @@ class EditMirror : public Mirror {
  public:
   using Mirror::Mirror;
   bool Serves(const dq::CWnd& window) const override;
+  bool TakesTabs() const override { return lines_; }
   void TakeIn() override;
 
  protected:

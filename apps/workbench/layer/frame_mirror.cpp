@@ -2,11 +2,9 @@
 
 #include <wx/frame.h>
 #include <wx/menu.h>
-#include <wx/statusbr.h>
 
 #include "apps/workbench/layer/gtk_menu.h"
 #include "apps/workbench/layer/layer.h"
-#include "apps/workbench/layer/text.h"
 #include "dqlib/framework/windows/frame_wnd.h"
 
 namespace workbench {
@@ -16,18 +14,15 @@ using dq::CWnd;
 using dq::UINT;
 using dq::WindowChange;
 
-/// Height of the message line, at 96 dots to the inch.
-constexpr dq::LONG kMessageLine = 20;
-
 /// The high word of `WM_MENUSELECT` when a menu is left.
 constexpr UINT kMenuLeft = 0xFFFF;
 
 }  // namespace
 
-Bars UsualBars(const CWnd& window, const Scale& scale) {
+Bars UsualBars(const CWnd& window) {
   if (dynamic_cast<const dq::CFrameWnd*>(&window) == nullptr) return {};
   static const int menu_height = MenuBarHeight();
-  return {window.GetMenu() == nullptr ? 0 : menu_height, scale.ToNative(kMessageLine)};
+  return {window.GetMenu() == nullptr ? 0 : menu_height};
 }
 
 FrameMirror::FrameMirror(Layer& layer, CWnd& window) : TopLevelMirror(layer, window) {
@@ -56,8 +51,6 @@ wxFrame& FrameMirror::frame() const { return static_cast<wxFrame&>(*native()); }
 wxTopLevelWindow* FrameMirror::MakeTopLevel(long style) {
   auto* const native = new wxFrame(nullptr, wxID_ANY, wxString(), wxDefaultPosition, wxSize(1, 1),
                                    style | wxMINIMIZE_BOX);
-  wxStatusBar* const line = native->CreateStatusBar(1, wxSTB_ELLIPSIZE_END);
-  line->SetMinHeight(scale().ToNative(kMessageLine));
   native->Bind(wxEVT_MENU_OPEN, [this](wxMenuEvent& event) {
     if (menu_ != nullptr) menu_->NoteOpened(event.GetMenu());
   });
@@ -90,16 +83,9 @@ void FrameMirror::UpdateMenu() {
   if (menu_ != nullptr) menu_->Update();
 }
 
-void FrameMirror::ShowContent(const Changes& changes) {
-  const auto* const own = As<dq::CFrameWnd>();
-  if (own == nullptr || !changes.Has(WindowChange::kContent)) return;
-  frame().SetStatusText(ToNative(own->GetMessageText().View()));
-}
-
 Bars FrameMirror::ShownBars() const {
   const wxMenuBar* const bar = frame().GetMenuBar();
-  const wxStatusBar* const line = frame().GetStatusBar();
-  return {bar == nullptr ? 0 : bar->GetSize().y, line == nullptr ? 0 : line->GetSize().y};
+  return {bar == nullptr ? 0 : bar->GetSize().y};
 }
 
 }  // namespace workbench

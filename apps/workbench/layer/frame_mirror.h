@@ -1,4 +1,4 @@
-// Top-level frames, with their main menu and message line.
+// Top-level frames, with their main menu.
 
 #pragma once
 
@@ -22,7 +22,6 @@ class FrameMirror : public TopLevelMirror {
  protected:
   wxTopLevelWindow* MakeTopLevel(long style) override;
   Bars ShownBars() const override;
-  void ShowContent(const Changes& changes) override;
 
  private:
   wxFrame& frame() const;
@@ -32,7 +31,7 @@ class FrameMirror : public TopLevelMirror {
   std::unique_ptr<MenuMirror> menu_;
 };
 
-/// What a frame has above and below its client area before it is shown.
-Bars UsualBars(const dq::CWnd& window, const Scale& scale);
+/// What a frame has above its client area before it is shown.
+Bars UsualBars(const dq::CWnd& window);
 
 }  // namespace workbench

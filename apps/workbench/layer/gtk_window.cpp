@@ -1,6 +1,7 @@
 #include "apps/workbench/layer/gtk_window.h"
 
 #include <gtk/gtk.h>
+#include <wx/notebook.h>
 #include <wx/toplevel.h>
 
 namespace workbench {
@@ -13,6 +14,13 @@ GtkWidget* FocusWidget(const wxWindow& window) {
 GtkWindow* TopLevel(GtkWidget* widget) {
   GtkWidget* const top = gtk_widget_get_toplevel(widget);
   return GTK_IS_WINDOW(top) ? GTK_WINDOW(top) : nullptr;
+}
+
+/// Null if there is no such tab.
+GtkWidget* TabLabel(const wxNotebook& book, int index) {
+  GtkNotebook* const native = GTK_NOTEBOOK(book.m_widget);
+  GtkWidget* const page = gtk_notebook_get_nth_page(native, index);
+  return page == nullptr ? nullptr : gtk_notebook_get_tab_label(native, page);
 }
 
 }  // namespace
@@ -43,6 +51,25 @@ void WrapLabel(wxWindow& label) {
   gtk_label_set_line_wrap(native, TRUE);
   gtk_label_set_line_wrap_mode(native, PANGO_WRAP_WORD_CHAR);
   gtk_label_set_yalign(native, 0);
+}
+
+void FrameScrolled(wxWindow& window) {
+  gtk_scrolled_window_set_shadow_type(GTK_SCROLLED_WINDOW(window.m_widget), GTK_SHADOW_IN);
+}
+
+void EnableTab(wxNotebook& book, int index, bool enable) {
+  if (GtkWidget* const label = TabLabel(book, index)) {
+    gtk_widget_set_sensitive(label, enable ? TRUE : FALSE);
+  }
+}
+
+wxRect TabRect(const wxNotebook& book, int index) {
+  GtkWidget* const label = TabLabel(book, index);
+  if (label == nullptr) return {};
+  int x = 0;
+  int y = 0;
+  gtk_widget_translate_coordinates(label, book.m_widget, 0, 0, &x, &y);
+  return {x, y, gtk_widget_get_allocated_width(label), gtk_widget_get_allocated_height(label)};
 }
 
 }  // namespace workbench

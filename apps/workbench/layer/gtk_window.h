@@ -2,6 +2,9 @@
 
 #pragma once
 
+#include <wx/gdicmn.h>
+
+class wxNotebook;
 class wxTopLevelWindow;
 class wxWindow;
 
@@ -22,5 +25,13 @@ void SetOwner(wxTopLevelWindow& window, wxTopLevelWindow* owner);
 
 /// Has a label break its lines where they would be longer than it is wide, from its top.
 void WrapLabel(wxWindow& label);
+
+/// Draws a frame around a window with scroll bars.
+void FrameScrolled(wxWindow& window);
+
+/// A tab of a notebook, by its index from 0: whether a person may want its page, and where it lies
+/// in the notebook.
+void EnableTab(wxNotebook& book, int index, bool enable);
+wxRect TabRect(const wxNotebook& book, int index);
 
 }  // namespace workbench

@@ -7,16 +7,48 @@
 
 #include "apps/workbench/layer/frame_mirror.h"
 #include "apps/workbench/layer/gtk_window.h"
+#include "apps/workbench/layer/pictures.h"
 #include "apps/workbench/layer/style.h"
 #include "apps/workbench/layer/top_level_mirror.h"
+#include "apps/workbench/layer/trace.h"
 #include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/screen.h"
+#include "dqlib/platform/dialog_view.h"
 
 namespace workbench {
 
 using dq::CWnd;
 using dq::HWND;
 using dq::WindowChange;
+
+namespace {
+
+long long NumberOf(HWND handle) {
+  return static_cast<long long>(reinterpret_cast<std::uintptr_t>(handle));
+}
+
+/// What the line of a window tells of it. Its rectangle is in the display's pixels, within the
+/// window that it lies in.
+void TraceWindow(const Mirror& mirror, TraceLine& line) {
+  const CWnd& window = mirror.window();
+  const CWnd* const parent = window.GetParent();
+  dq::platform::DialogControl control;
+  window.Describe(control);
+  line.Add("window", NumberOf(mirror.handle()));
+  line.Add("parent", NumberOf(parent == nullptr ? nullptr : parent->GetSafeHwnd()));
+  line.Add("class", window.GetWindowClass());
+  line.Add("id", static_cast<long long>(window.GetDlgCtrlID()));
+  // What a person mustn't see, nobody should.
+  if (!control.secret) line.Add("text", window.GetWindowText().View());
+  line.Add("value", control.value);
+  line.Add("shown", window.IsShown());
+  line.Add("enabled", window.IsWindowEnabled());
+  const wxRect place = mirror.native()->GetRect();
+  line.Add("rect", {place.x, place.y, place.width, place.height});
+  mirror.Trace(line);
+}
+
+}  // namespace
 
 Layer::Layer(Host host)
     : host_(std::move(host)),
@@ -88,6 +120,7 @@ void Layer::Forget(const CWnd& window) {
   if (handle == handles_.end()) return;
   const auto entry = entries_.find(handle->second);
   if (entry->second.mirror != nullptr) ended_.push_back(std::move(entry->second.mirror));
+  if (host_.trace != nullptr) gone_.push_back(entry->first);
   entries_.erase(entry);
   handles_.erase(handle);
 }
@@ -131,6 +164,7 @@ void Layer::ShowWindow(Entry& entry) {
   Changes changes = std::exchange(entry.changes, {});
   if (changes.empty()) return;
   CWnd& window = *entry.window;
+  if (host_.trace != nullptr) traced_.insert(window.GetSafeHwnd());
   const bool is_moved = changes.Has(WindowChange::kOrder) && entry.mirror != nullptr &&
                         entry.mirror->parent() != window.GetParent();
   if (entry.mirror != nullptr && (is_moved || !entry.mirror->Serves(window))) {
@@ -230,6 +264,40 @@ void Layer::Settle() {
   if (std::exchange(left_, false) && active_ == nullptr) {
     Post([] { CWnd::LeaveActiveWindow(); });
   }
+  if (host_.trace != nullptr) WriteTrace();
+}
+
+void Layer::RefuseInput() {
+  wxBell();
+  show_active_ = true;
+}
+
+void Layer::WriteTrace() {
+  for (const HWND handle : std::exchange(gone_, {})) {
+    TraceLine line("gone");
+    line.Add("window", NumberOf(handle));
+    host_.trace->Write(line);
+    traced_.erase(handle);
+  }
+  for (const HWND handle : std::exchange(traced_, {})) {
+    Mirror* const mirror = Find(handle);
+    if (mirror == nullptr) continue;
+    TraceLine line("window");
+    TraceWindow(*mirror, line);
+    host_.trace->Write(line);
+  }
+  const CWnd* const focus = CWnd::GetFocus();
+  const HWND now = focus == nullptr ? nullptr : focus->GetSafeHwnd();
+  if (std::exchange(traced_focus_, now) == now) return;
+  TraceLine line("focus");
+  line.Add("window", NumberOf(now));
+  host_.trace->Write(line);
+}
+
+const wxBitmap& Layer::PictureOf(dq::UINT command, const wxSize& size, bool enabled) {
+  const auto [found, is_new] = pictures_.try_emplace({command, size.x, size.y, enabled});
+  if (is_new) found->second = ToNativePicture(host_.picture_of(command), size, enabled);
+  return found->second;
 }
 
 // ---- What the library asks
@@ -238,9 +306,9 @@ dq::CRect Layer::GetFrameWidths(const CWnd& window) {
   if (window.GetParent() != nullptr) return {};
   const auto* const mirror = dynamic_cast<TopLevelMirror*>(Find(&window));
   const FrameExtents extents = mirror == nullptr ? frame_extents_ : mirror->frame_extents();
-  const Bars bars = mirror == nullptr ? UsualBars(window, scale_) : mirror->bars();
+  const Bars bars = mirror == nullptr ? UsualBars(window) : mirror->bars();
   return {scale_.ToLogical(extents.left), scale_.ToLogical(extents.top + bars.above),
-          scale_.ToLogical(extents.right), scale_.ToLogical(extents.bottom + bars.below)};
+          scale_.ToLogical(extents.right), scale_.ToLogical(extents.bottom)};
 }
 
 void Layer::ShowWaitPointer(bool show) {

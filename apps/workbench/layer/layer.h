@@ -3,15 +3,21 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
+#include <set>
+#include <tuple>
 #include <unordered_map>
 #include <vector>
+#include <wx/bitmap.h>
 
 #include "apps/workbench/layer/changes.h"
 #include "apps/workbench/layer/display.h"
+#include "apps/workbench/layer/input.h"
 #include "apps/workbench/layer/mirror.h"
 #include "apps/workbench/layer/native_loop.h"
 #include "apps/workbench/layer/scale.h"
+#include "dqlib/framework/base/drawing.h"
 
 namespace workbench {
 
@@ -27,6 +33,8 @@ class Layer : public dq::WindowObserver {
   struct Host {
     /// Null for none; not owned.
     Trace* trace = nullptr;
+    /// The picture of a command, for tool bars; null for none. Not owned.
+    std::function<dq::HBITMAP(dq::UINT command)> picture_of = [](dq::UINT) { return nullptr; };
     /// The display is gone: dialogs are cancelled, and nothing is drawn any more.
     std::function<void()> when_lost = [] {};
   };
@@ -45,6 +53,7 @@ class Layer : public dq::WindowObserver {
   void ShowWaitPointer(bool show) override;
   void Beep(dq::UINT type) override;
   dq::CPoint GetPointer() override;
+  int GetKeyState(int key) override { return input_.GetKeyState(key); }
 
   // For the mirrors.
 
@@ -52,6 +61,12 @@ class Layer : public dq::WindowObserver {
   /// Has the act done to the window outside of the toolkit; dropped if it has ended by then.
   void Post(dq::HWND window, std::function<void(dq::CWnd& window)> act);
   void Post(NativeLoop::Act act) { loop_.Post(std::move(act)); }
+  /// Brings the toolkit's windows up to what the library's are.
+  void Update();
+  /// A person has tried to use a window that they can't use at present.
+  void RefuseInput();
+  /// Has the window's line traced anew, for it lies elsewhere.
+  void NoteMoved(dq::HWND window) { traced_.insert(window); }
   /// Whether mirrors are being put right: what the toolkit tells then isn't a person's doing.
   bool IsShowing() const { return showing_; }
   /// Marks the window as changed, for a mirror that finds itself out of date.
@@ -60,6 +75,8 @@ class Layer : public dq::WindowObserver {
   Mirror* Find(const dq::CWnd* window) const;
   Mirror* Find(dq::HWND window) const;
 
+  /// The picture of a command in a size of the display's pixels; none if the host has none.
+  const wxBitmap& PictureOf(dq::UINT command, const wxSize& size, bool enabled);
   /// Has menus that are marked shown.
   void ShowMenus() { show_menus_ = true; }
   /// The frames that are drawn, for changes of their menus.
@@ -82,7 +99,6 @@ class Layer : public dq::WindowObserver {
 
   Entry& EntryOf(dq::CWnd& window);
   void Forget(const dq::CWnd& window);
-  void Update();
   void ShowChanges();
   void ShowWindow(Entry& entry);
   Mirror* MirrorOf(Entry& entry);
@@ -91,10 +107,12 @@ class Layer : public dq::WindowObserver {
   void UpdateFocus();
   void TakeIn();
   void Settle();
+  void WriteTrace();
 
   Host host_;
   Toolkit toolkit_;
   NativeLoop loop_;
+  Input input_{*this};
   Scale scale_;
   FrameExtents frame_extents_;
   std::unordered_map<dq::HWND, Entry> entries_;
@@ -103,6 +121,8 @@ class Layer : public dq::WindowObserver {
   std::vector<dq::HWND> changed_;
   std::vector<std::unique_ptr<Mirror>> ended_;
   std::vector<FrameMirror*> frames_;
+  /// By command, width, height and whether they are enabled.
+  std::map<std::tuple<dq::UINT, int, int, bool>, wxBitmap> pictures_;
   bool showing_ = false;
   bool show_menus_ = false;
   bool show_focus_ = false;
@@ -111,6 +131,10 @@ class Layer : public dq::WindowObserver {
   dq::HWND active_ = nullptr;
   /// It was active when the person went to another program, and hasn't been told yet.
   bool left_ = false;
+  /// What is to be traced when all has come to rest, and the focus that was.
+  std::set<dq::HWND> traced_;
+  std::vector<dq::HWND> gone_;
+  dq::HWND traced_focus_ = nullptr;
   dq::WindowObserver* former_ = nullptr;
 };
 

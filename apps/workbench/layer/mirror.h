@@ -15,6 +15,7 @@ namespace workbench {
 
 class Layer;
 class TraceLine;
+struct KeyStroke;
 
 /// The toolkit's side of a window. It holds nothing that the window holds too: `Apply` reads that
 /// and puts the toolkit's window into the same state; what a person does to this one is posted to
@@ -46,6 +47,11 @@ class Mirror {
   virtual wxWindow* Focusable() { return native_; }
   /// Whether the keys and the mouse are the toolkit's control's; else they are the window's.
   virtual bool IsControl() const { return true; }
+  /// As an act, on a key that nobody in the library has taken: handles it, if the toolkit's control
+  /// wouldn't do so by itself. True if it did.
+  virtual bool TakeKey(const KeyStroke& /*stroke*/) { return false; }
+  /// Whether it takes a tab as a character.
+  virtual bool TakesTabs() const { return false; }
   /// Whether this kind of mirror still serves the window, which has changed.
   virtual bool Serves(const dq::CWnd& /*window*/) const { return true; }
 

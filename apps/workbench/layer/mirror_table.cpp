@@ -1,15 +1,26 @@
 // Which mirror serves which window.
 
+#include "apps/workbench/layer/bar_mirrors.h"
 #include "apps/workbench/layer/button_mirrors.h"
+#include "apps/workbench/layer/combo_mirror.h"
 #include "apps/workbench/layer/edit_mirror.h"
 #include "apps/workbench/layer/frame_mirror.h"
+#include "apps/workbench/layer/list_mirrors.h"
 #include "apps/workbench/layer/plain_mirrors.h"
+#include "apps/workbench/layer/spin_mirror.h"
+#include "apps/workbench/layer/tab_mirror.h"
 #include "apps/workbench/layer/top_level_mirror.h"
 #include "dqlib/framework/controls/button.h"
+#include "dqlib/framework/controls/combo_box.h"
 #include "dqlib/framework/controls/edit.h"
+#include "dqlib/framework/controls/list_box.h"
+#include "dqlib/framework/controls/spin_button.h"
 #include "dqlib/framework/controls/static.h"
 #include "dqlib/framework/controls/tool_tip.h"
 #include "dqlib/framework/windows/frame_wnd.h"
+#include "dqlib/framework/windows/status_bar.h"
+#include "dqlib/framework/windows/tool_bar.h"
+#include "dqlib/toolkit/tab_strip.h"
 
 namespace workbench {
 namespace {
@@ -45,6 +56,18 @@ constexpr Row kRows[] = {
     {Is<dq::CButton>, MakeButtonMirror},
     {Is<dq::CEdit>, Make<EditMirror>},
     {Is<dq::CStatic>, Make<LabelMirror>},
+    {Is<dq::CListBox>, Make<ListMirror>},
+    {Is<dq::CComboBox>, Make<ComboMirror>},
+    {Is<dq::CSpinButtonCtrl>, Make<SpinMirror>},
+    {[](const CWnd& window) {
+       return Is<dq::CDQTabStrip>(window) && window.GetPlace().Height() > window.GetPlace().Width();
+     },
+     Make<TabListMirror>},
+    {Is<dq::CDQTabStrip>, Make<TabMirror>},
+    {[](const CWnd& window) { return window.GetWindowClass() == "SysTabControl32"; },
+     Make<TabMirror>},
+    {Is<dq::CToolBar>, Make<ToolBarMirror>},
+    {Is<dq::CStatusBar>, Make<StatusBarMirror>},
 };
 
 }  // namespace

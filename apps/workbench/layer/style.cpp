@@ -22,6 +22,7 @@ constexpr int kDialogPoints = 8;
 constexpr const char* kRules = R"(
 .dialog-style, .dialog-style * { font-size: 8pt; }
 .dialog-style button { padding: 0 4px; min-height: 0; min-width: 0; }
+.dialog-style button.default { border-color: @theme_selected_bg_color; }
 .dialog-style entry { padding: 0 3px; min-height: 0; }
 .dialog-style checkbutton, .dialog-style radiobutton { padding: 0; min-height: 0; }
 .dialog-style checkbutton check, .dialog-style radiobutton radio {
@@ -29,7 +30,7 @@ constexpr const char* kRules = R"(
 .dialog-style frame > label { padding: 0; }
 .dialog-style notebook header tab { padding: 1px 8px; min-height: 18px; }
 .dialog-style notebook header { padding: 0; }
-.dialog-style toolbar { padding: 0; }
+.dialog-style scrolledwindow undershoot { background-image: none; }
 )";
 
 std::string Scaled(const Scale& scale) {

@@ -40,7 +40,7 @@ wxTopLevelWindow* TopLevelMirror::MakeTopLevel(long style) { return new DialogWi
 
 wxWindow* TopLevelMirror::DoMake(wxWindow*) {
   extents_ = layer().frame_extents();
-  bars_ = UsualBars(window(), scale());
+  bars_ = UsualBars(window());
   wxTopLevelWindow* const native =
       MakeTopLevel(kDialogStyle | (window().IsSizable() ? kSizableStyle : 0));
   // The toolkit itself would end the window with its owner.
@@ -48,6 +48,7 @@ wxWindow* TopLevelMirror::DoMake(wxWindow*) {
   if (owner != nullptr) SetOwner(*native, owner->top_level());
   inside_ = new wxWindow(native, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxWANTS_CHARS);
   UseDialogStyle(*inside_);
+  Input::SetMirror(*native, *this);
   Watch(*native);
   return native;
 }
@@ -97,7 +98,7 @@ void TopLevelMirror::ShowPlace() {
   const wxSize size = scale().ToNative(own.GetClientRect().Size());
   if (top_level()->GetClientSize() != size) {
     // The toolkit reckons the bars by what a client area of the present size leaves for them.
-    top_level()->SetSize(size.x, size.y + bars_.above + bars_.below);
+    top_level()->SetSize(size.x, size.y + bars_.above);
     top_level()->SetClientSize(size);
   }
   inside_->SetSize(wxRect(size));
@@ -138,6 +139,7 @@ void TopLevelMirror::TakeFrame(CWnd& window) {
 
 void TopLevelMirror::TakePlace(CWnd& window) {
   if (!top_level()->IsShown() || top_level()->IsIconized()) return;
+  layer().NoteMoved(handle());
   const dq::HWND self = handle();
   TakeFrame(window);
   if (CWnd::FromHandle(self) != &window || layer().Find(self) != this) return;

@@ -1,4 +1,4 @@
-// Top-level windows: dialogs, and frames with their menu and message line.
+// Top-level windows: dialogs, and the base of frames.
 
 #pragma once
 
@@ -11,10 +11,9 @@ class wxTopLevelWindow;
 
 namespace workbench {
 
-/// Heights of what stands above and below a window's client area, in the display's pixels.
+/// Height of what stands above a window's client area, in the display's pixels.
 struct Bars {
   int above = 0;
-  int below = 0;
 
   friend bool operator==(const Bars&, const Bars&) = default;
 };

@@ -1,0 +1,158 @@
+#include "apps/workbench/layer/input.h"
+
+#include <gtk/gtk.h>
+#include <wx/toplevel.h>
+
+#include "apps/workbench/layer/layer.h"
+#include "apps/workbench/layer/top_level_mirror.h"
+#include "dqlib/framework/windows/screen.h"
+#include "dqlib/framework/windows/win_thread.h"
+
+namespace workbench {
+namespace {
+
+using dq::CWnd;
+using dq::HWND;
+using dq::UINT;
+
+constexpr const char* kMirror = "workbench-mirror";
+
+GtkWidget* TopOf(const GdkEvent& event) {
+  GtkWidget* const widget = gtk_get_event_widget(const_cast<GdkEvent*>(&event));
+  return widget == nullptr ? nullptr : gtk_widget_get_toplevel(widget);
+}
+
+/// Null for windows of the toolkit's own, as those of menus.
+TopLevelMirror* MirrorOf(GtkWidget* top) {
+  if (top == nullptr) return nullptr;
+  return static_cast<TopLevelMirror*>(g_object_get_data(G_OBJECT(top), kMirror));
+}
+
+bool IsMenuOpen() {
+  GtkWidget* const grabber = gtk_grab_get_current();
+  return grabber != nullptr && GTK_IS_MENU_SHELL(grabber);
+}
+
+unsigned int StateOf(const GdkEvent& event) {
+  GdkModifierType state{};
+  gdk_event_get_state(&event, &state);
+  return state;
+}
+
+/// A text whose bytes are messages of their own.
+void SendCharacters(HWND target, UINT message, const std::string& text) {
+  for (const char byte : text) {
+    dq::SendToWindow(target, message, static_cast<unsigned char>(byte), 1);
+  }
+}
+
+}  // namespace
+
+Input::Input(Layer& layer) : layer_(layer) { gdk_event_handler_set(OnEvent, this, nullptr); }
+
+Input::~Input() {
+  const auto usual = [](GdkEvent* event, void*) { gtk_main_do_event(event); };
+  gdk_event_handler_set(usual, nullptr, nullptr);
+}
+
+void Input::SetMirror(wxTopLevelWindow& window, TopLevelMirror& mirror) {
+  g_object_set_data(G_OBJECT(window.m_widget), kMirror, &mirror);
+}
+
+void Input::OnEvent(GdkEvent* event, void* input) {
+  if (!static_cast<Input*>(input)->Take(*event)) gtk_main_do_event(event);
+}
+
+/// Whether the toolkit doesn't get the event now.
+bool Input::Take(const GdkEvent& event) {
+  switch (event.type) {
+    case GDK_KEY_PRESS:
+    case GDK_KEY_RELEASE:
+    case GDK_BUTTON_PRESS:
+    case GDK_2BUTTON_PRESS:
+    case GDK_3BUTTON_PRESS:
+    case GDK_BUTTON_RELEASE:
+    case GDK_SCROLL:
+    case GDK_TOUCH_BEGIN:
+    case GDK_TOUCH_END:
+      break;
+    default:
+      return false;
+  }
+  TopLevelMirror* const mirror = MirrorOf(TopOf(event));
+  const bool is_key = event.type == GDK_KEY_PRESS || event.type == GDK_KEY_RELEASE;
+  if (!is_key) modifiers_ = ModifiersOf(StateOf(event));
+  if (mirror == nullptr || IsMenuOpen()) return false;
+  if (mirror->IsBlocked()) {
+    if (event.type == GDK_BUTTON_PRESS) layer_.Post([this] { layer_.RefuseInput(); });
+    return true;
+  }
+  if (is_key) Hold(event, *mirror);
+  return is_key;
+}
+
+void Input::Hold(const GdkEvent& event, TopLevelMirror& mirror) {
+  const std::shared_ptr<GdkEvent> held(gdk_event_copy(&event), gdk_event_free);
+  layer_.Post([this, held, top = mirror.handle()] { Deliver(*held, top); });
+}
+
+void Input::Deliver(GdkEvent& event, HWND top_level) {
+  const KeyStroke stroke = KeyStrokeOf(event.key);
+  const bool is_down = event.type == GDK_KEY_PRESS;
+  modifiers_ = stroke.modifiers;
+  if (stroke.key < std::size(down_)) down_[stroke.key] = is_down;
+  const CWnd* const focus = CWnd::GetFocus();
+  const HWND target = focus == nullptr ? top_level : focus->GetSafeHwnd();
+  if (is_down && Offer(target, stroke)) return;
+  // Whoever was offered it may have ended the window.
+  Mirror* const mirror = layer_.Find(target);
+  if (mirror != nullptr && !mirror->IsControl()) {
+    Send(target, stroke, is_down);
+    // What is left is the main menu's.
+    if (!stroke.IsSystem()) return;
+  }
+  if (is_down && mirror != nullptr && mirror->TakeKey(stroke)) return;
+  // The toolkit's own way from control to control isn't the library's.
+  if (stroke.key == dq::VK_TAB && (mirror == nullptr || !mirror->TakesTabs())) return;
+  layer_.Update();
+  if (event.key.window != nullptr && gdk_window_is_destroyed(event.key.window) == 0) {
+    gtk_main_do_event(&event);
+  }
+}
+
+/// Whether the library has taken it.
+bool Input::Offer(HWND target, const KeyStroke& stroke) const {
+  const bool is_system = stroke.IsSystem();
+  dq::MSG down{target, is_system ? UINT{dq::WM_SYSKEYDOWN} : UINT{dq::WM_KEYDOWN}, stroke.key, 1};
+  if (stroke.key != 0 && dq::PreTranslateInput(down)) return true;
+  if (stroke.character.empty() || CWnd::FromHandle(target) == nullptr) return false;
+  const auto first = static_cast<unsigned char>(stroke.character.front());
+  dq::MSG character{target, is_system ? UINT{dq::WM_SYSCHAR} : UINT{dq::WM_CHAR}, first, 1};
+  return dq::PreTranslateInput(character);
+}
+
+void Input::Send(HWND target, const KeyStroke& stroke, bool is_down) const {
+  const bool is_system = stroke.IsSystem();
+  const UINT down = is_system ? dq::WM_SYSKEYDOWN : dq::WM_KEYDOWN;
+  const UINT up = is_system ? dq::WM_SYSKEYUP : dq::WM_KEYUP;
+  if (stroke.key != 0) dq::SendToWindow(target, is_down ? down : up, stroke.key, 1);
+  SendCharacters(target, is_system ? dq::WM_SYSCHAR : dq::WM_CHAR, stroke.character);
+}
+
+int Input::GetKeyState(int key) const {
+  const auto held = [](bool is_held) { return is_held ? dq::kKeyDown : 0; };
+  switch (key) {
+    case dq::VK_SHIFT:
+      return held(modifiers_.shift);
+    case dq::VK_CONTROL:
+      return held(modifiers_.control);
+    case dq::VK_MENU:
+      return held(modifiers_.alt);
+    case dq::VK_CAPITAL:
+      return held(down_[dq::VK_CAPITAL]) | (modifiers_.caps_lock ? dq::kKeyLocked : 0);
+    default:
+      return key >= 0 && key < static_cast<int>(std::size(down_)) ? held(down_[key]) : 0;
+  }
+}
+
+}  // namespace workbench

@@ -1,0 +1,101 @@
+#include "apps/workbench/layer/tab_mirror.h"
+
+#include <algorithm>
+#include <wx/notebook.h>
+
+#include "apps/workbench/layer/gtk_window.h"
+#include "apps/workbench/layer/layer.h"
+#include "apps/workbench/layer/text.h"
+#include "apps/workbench/layer/trace.h"
+#include "dqlib/platform/dialog_view.h"
+#include "dqlib/toolkit/tab_strip.h"
+
+namespace workbench {
+
+using dq::CWnd;
+using dq::WindowChange;
+
+wxNotebook& TabMirror::book() const { return static_cast<wxNotebook&>(*native()); }
+
+bool TabMirror::Serves(const CWnd& window) const {
+  const bool is_strip = dynamic_cast<const dq::CDQTabStrip*>(&window) != nullptr;
+  return !is_strip || window.GetPlace().Height() <= window.GetPlace().Width();
+}
+
+wxWindow* TabMirror::DoMake(wxWindow* parent) {
+  auto* const native = new wxNotebook(parent, wxID_ANY);
+  // Which page comes up, the library decides.
+  native->Bind(wxEVT_NOTEBOOK_PAGE_CHANGING, [this](wxBookCtrlEvent& event) {
+    if (layer().IsShowing()) return;
+    event.Veto();
+    Post([this, wanted = event.GetSelection()](CWnd&) { Choose(wanted); });
+  });
+  return native;
+}
+
+std::vector<wxString> TabMirror::Labels() const {
+  dq::platform::DialogControl control;
+  window().Describe(control);
+  std::vector<wxString> labels;
+  for (const std::string& item : control.items) labels.push_back(ToNative(item));
+  return labels;
+}
+
+int TabMirror::Current() const {
+  if (const auto* const strip = As<dq::CDQTabStrip>()) return strip->GetCurSel();
+  dq::platform::DialogControl control;
+  window().Describe(control);
+  const auto found = std::ranges::find(control.items, control.value);
+  return found == control.items.end() ? -1 : static_cast<int>(found - control.items.begin());
+}
+
+void TabMirror::ShowContent(const Changes&) {
+  const std::vector<wxString> labels = Labels();
+  while (book().GetPageCount() > labels.size()) book().DeletePage(book().GetPageCount() - 1);
+  for (std::size_t at = 0; at < labels.size(); ++at) {
+    if (at == book().GetPageCount()) {
+      book().AddPage(new wxWindow(&book(), wxID_ANY), labels[at]);
+    } else if (book().GetPageText(at) != labels[at]) {
+      book().SetPageText(at, labels[at]);
+    }
+    if (const auto* const strip = As<dq::CDQTabStrip>()) {
+      EnableTab(book(), static_cast<int>(at), strip->IsTabEnabled(static_cast<int>(at)));
+    }
+  }
+  const int current = Current();
+  if (current >= 0 && current != book().GetSelection()) {
+    book().ChangeSelection(static_cast<std::size_t>(current));
+  }
+}
+
+void TabMirror::Choose(int index) {
+  layer().Mark(window(), WindowChange::kSelection);
+  if (auto* const strip = As<dq::CDQTabStrip>()) {
+    strip->Choose(index);
+  } else {
+    // By its number from 1, for labels may be alike.
+    window().Enter(std::to_string(index + 1));
+  }
+}
+
+bool TabMirror::TakeKey(const KeyStroke& stroke) {
+  const bool is_left = stroke.key == dq::VK_LEFT || stroke.key == dq::VK_UP;
+  const bool is_right = stroke.key == dq::VK_RIGHT || stroke.key == dq::VK_DOWN;
+  if (!is_left && !is_right) return false;
+  const int wanted = Current() + (is_right ? 1 : -1);
+  if (wanted >= 0 && wanted < static_cast<int>(book().GetPageCount())) Choose(wanted);
+  return true;
+}
+
+void TabMirror::Trace(TraceLine& line) const {
+  std::string tabs = "[";
+  for (int at = 0; at < static_cast<int>(book().GetPageCount()); ++at) {
+    const wxRect rect = TabRect(book(), at);
+    if (at > 0) tabs += ',';
+    tabs += '[' + std::to_string(rect.x) + ',' + std::to_string(rect.y) + ',' +
+            std::to_string(rect.width) + ',' + std::to_string(rect.height) + ']';
+  }
+  line.AddRaw("tabs", tabs + ']');
+}
+
+}  // namespace workbench

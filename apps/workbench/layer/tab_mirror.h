@@ -1,0 +1,34 @@
+// Tabs beside one another.
+
+#pragma once
+
+#include <vector>
+
+#include "apps/workbench/layer/mirror.h"
+
+class wxNotebook;
+
+namespace workbench {
+
+/// The tabs of a property sheet, or a row of tabs that is wider than high. The pages are windows of
+/// their own, which lie over the toolkit's empty ones.
+class TabMirror : public Mirror {
+ public:
+  using Mirror::Mirror;
+  bool Serves(const dq::CWnd& window) const override;
+  bool TakeKey(const KeyStroke& stroke) override;
+  void Trace(TraceLine& line) const override;
+
+ protected:
+  wxWindow* DoMake(wxWindow* parent) override;
+  void ShowContent(const Changes& changes) override;
+
+ private:
+  wxNotebook& book() const;
+  std::vector<wxString> Labels() const;
+  int Current() const;
+  /// As an act: the person wants the page.
+  void Choose(int index);
+};
+
+}  // namespace workbench

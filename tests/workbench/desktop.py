@@ -1,0 +1,217 @@
+"""A display in memory with a window manager, and a host with windows on it, driven as a person does.
+
+    with Desktop() as desktop, desktop.start("build/check/bin/workbench") as host:
+        host.keys("alt+d", "Down", "Return")
+        dialog = host.wait_for(caption="Options")
+        host.click(host.find(under=dialog, id=2))
+        host.wait_gone(dialog)
+
+Each wait is for a condition, and fails after a minute with what is on the display.
+"""
+
+import json
+import os
+import shutil
+import subprocess
+import tempfile
+import threading
+
+LONGEST_WAIT = 60
+
+
+class Desktop:
+    """The display. With `manager` false there is no window manager on it."""
+
+    def __init__(self, manager=True, size="1280x1024"):
+        self.home = tempfile.mkdtemp(prefix="workbench-")
+        self.processes = []
+        ready, told = os.pipe()
+        self.server = self.run(["Xvfb", "-displayfd", str(told), "-screen", "0", size + "x24",
+                                "-nolisten", "tcp"], pass_fds=[told])
+        os.close(told)
+        with os.fdopen(ready) as numbers:
+            self.display = ":" + numbers.readline().strip()
+        if manager:
+            ready = os.path.join(self.home, "ready")
+            os.mkfifo(ready)
+            self.run(["openbox", "--startup", f"sh -c 'echo > {ready}'"])
+            with open(ready, encoding="utf-8") as line:
+                line.readline()
+
+    def environment(self):
+        return {**os.environ, "DISPLAY": getattr(self, "display", ""), "HOME": self.home,
+                "XDG_CONFIG_HOME": self.home, "XDG_RUNTIME_DIR": self.home, "NO_AT_BRIDGE": "1",
+                "LANG": "C.UTF-8"}
+
+    def run(self, words, **options):
+        process = subprocess.Popen(words, env=self.environment(), stdin=subprocess.DEVNULL,
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, **options)
+        self.processes.append(process)
+        return process
+
+    def start(self, program, *words, **variables):
+        return Host(self, program, words, variables)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        for process in reversed(self.processes):
+            process.terminate()
+            process.wait()
+        shutil.rmtree(self.home)
+
+
+class Host:
+    """A program that traces its windows, started with `--trace`."""
+
+    def __init__(self, desktop, program, words, variables):
+        self.desktop = desktop
+        self.windows = {}
+        self.lines = []
+        self.focus = 0
+        self.changed = threading.Condition()
+        self.process = subprocess.Popen(
+            [program, "--trace", *words], env={**desktop.environment(), **variables},
+            stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        self.complaints = ""
+        self.readers = [threading.Thread(target=self.read), threading.Thread(target=self.read_errors)]
+        for reader in self.readers:
+            reader.start()
+
+    def read(self):
+        for text in self.process.stdout:
+            with self.changed:
+                self.take(json.loads(text))
+                self.changed.notify_all()
+        with self.changed:
+            self.lines.append({"event": "end"})
+            self.changed.notify_all()
+
+    def read_errors(self):
+        self.complaints = self.process.stderr.read()
+
+    def take(self, line):
+        event = line["event"]
+        if event == "window":
+            self.windows[line["window"]] = line
+        elif event == "gone":
+            self.windows.pop(line["window"], None)
+        elif event == "focus":
+            self.focus = line["window"]
+        else:
+            self.lines.append(line)
+
+    # What there is.
+
+    def top(self, window):
+        while window["parent"]:
+            window = self.windows[window["parent"]]
+        return window
+
+    def is_seen(self, window):
+        while window is not None and window["shown"]:
+            if not window["parent"]:
+                return True
+            window = self.windows.get(window["parent"])
+        return False
+
+    def all(self, under=None, caption=None, **facts):
+        found = []
+        for window in self.windows.values():
+            if not self.is_seen(window) or any(window.get(name) != fact
+                                               for name, fact in facts.items()):
+                continue
+            if caption is not None and (window["parent"] or window["text"] != caption):
+                continue
+            if under is not None and self.top(window)["window"] != under["window"]:
+                continue
+            found.append(window)
+        return found
+
+    def find(self, **facts):
+        with self.changed:
+            found = self.all(**facts)
+        assert len(found) == 1, f"{len(found)} windows are {facts}: {self.show()}"
+        return found[0]
+
+    def wait(self, condition, what):
+        with self.changed:
+            value = self.changed.wait_for(lambda: condition() or self.process.poll() is not None,
+                                          LONGEST_WAIT) and condition()
+        assert value, f"{what}: {self.show()}\n{self.complaints}"
+        return value
+
+    def wait_for(self, **facts):
+        return self.wait(lambda: self.all(**facts), f"no window is {facts}")[0]
+
+    def wait_gone(self, window):
+        self.wait(lambda: window["window"] not in self.windows, f"{window['text']} is still there")
+
+    def wait_line(self, event, count=1):
+        """The last of so many lines of an event."""
+        def lines():
+            return [line for line in self.lines if line["event"] == event][count - 1:count]
+        return self.wait(lines, f"no {event}")[0]
+
+    def wait_value(self, window, **facts):
+        number = window["window"]
+        self.wait(lambda: all(self.windows[number].get(name) == fact
+                              for name, fact in facts.items()),
+                  f"{window['class']} {window['id']} isn't {facts}")
+        return self.windows[number]
+
+    def wait_focus(self, window):
+        self.wait(lambda: self.focus == window["window"], f"no focus in {window['id']}")
+
+    def show(self):
+        return "\n".join(json.dumps(window) for window in self.windows.values())
+
+    # What a person does.
+
+    def place(self, window, x=None, y=None):
+        """A point of the display: the window's middle, or so far from its corner."""
+        window = self.windows[window["window"]]
+        left, top, width, height = window["rect"]
+        x = width // 2 if x is None else x
+        y = height // 2 if y is None else y
+        while window["parent"]:
+            x, y = x + left, y + top
+            window = self.windows[window["parent"]]
+            left, top = window["rect"][:2]
+        return window["origin"][0] + x, window["origin"][1] + y
+
+    def xdotool(self, *words):
+        subprocess.run(["xdotool", *map(str, words)], env=self.desktop.environment(), check=True,
+                       stdout=subprocess.DEVNULL)
+
+    def click(self, window, x=None, y=None, button=1, times=1):
+        self.xdotool("mousemove", *self.place(window, x, y), "click", "--repeat", times, button)
+
+    def keys(self, *names):
+        self.xdotool("key", *names)
+
+    def type(self, text):
+        self.xdotool("type", text)
+
+    def screenshot(self, path):
+        subprocess.run(["import", "-window", "root", path], env=self.desktop.environment(),
+                       check=True)
+
+    # How it ends.
+
+    def end(self):
+        """The exit status, and what it has complained of."""
+        self.process.wait(LONGEST_WAIT)
+        for reader in self.readers:
+            reader.join()
+        return self.process.returncode, self.complaints
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.process.kill()
+        self.end()
+        self.process.stdout.close()
+        self.process.stderr.close()
