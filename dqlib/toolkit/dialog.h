@@ -24,9 +24,9 @@ enum HelpMessage : UINT {
 /// The other id of Help buttons, beside `ID_HELP`.
 inline constexpr UINT kHelpCommand = 57670;
 
-/// A dialog whose template is looked for in the library's own module first, whatever the current
-/// resource module is, and then along the chain. That module is the current one while the dialog
-/// opens and, in a modal run, until it is closed.
+/// A dialog whose template is looked for in the library's own module first, or in its translations,
+/// whatever the current resource module is, and then along the chain. The library's module is the
+/// current one while the dialog opens and, in a modal run, until it is closed.
 class CDQDialog : public CDialog {
   DECLARE_DYNAMIC(CDQDialog)
   /// As `CDialog`. The help context is the one of dialogs, 20000h plus the template's id.

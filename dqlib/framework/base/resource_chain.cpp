@@ -14,28 +14,30 @@ std::atomic<int> g_translations = 0;
 /// The program's class list while a module's static objects enter theirs.
 std::optional<ClassList> g_set_aside;
 
-/// The module or, before it, the newest of its translations that `has` accepts; null if it accepts
-/// none of them.
+/// The newest translation of the module that `has` accepts, or null.
 template <typename Predicate>
-HINSTANCE SearchModule(HINSTANCE module, Predicate has) {
-  const CDynLinkLibrary* link = g_translations == 0 ? nullptr : g_head.load();
-  for (; link != nullptr; link = link->next()) {
+HINSTANCE FindTranslation(HINSTANCE module, const Predicate& has) {
+  for (const CDynLinkLibrary* link = g_head; link != nullptr; link = link->next()) {
     if (link->translated() == module && has(*link->resources())) return link->resources();
   }
-  return has(*module) ? module : nullptr;
+  return nullptr;
 }
 
 /// The first module of the search order that `has` accepts, or null.
 template <typename Predicate>
-HINSTANCE Search(Predicate has) {
-  if (const HINSTANCE current = g_current) {
-    if (const HINSTANCE found = SearchModule(current, has)) return found;
+HINSTANCE Search(const Predicate& has) {
+  const bool any_translation = g_translations != 0;
+  const auto find_in = [&](HINSTANCE module) {
+    const HINSTANCE translation = any_translation ? FindTranslation(module, has) : nullptr;
+    return translation != nullptr || !has(*module) ? translation : module;
+  };
+  const HINSTANCE current = g_current;
+  HINSTANCE found = current == nullptr ? nullptr : find_in(current);
+  for (const CDynLinkLibrary* link = g_head; found == nullptr && link != nullptr;
+       link = link->next()) {
+    if (link->resources() != nullptr) found = find_in(link->resources());
   }
-  for (const CDynLinkLibrary* link = g_head; link != nullptr; link = link->next()) {
-    if (link->resources() == nullptr) continue;
-    if (const HINSTANCE found = SearchModule(link->resources(), has)) return found;
-  }
-  return SearchModule(&FrameworkModule(), has);
+  return found != nullptr ? found : find_in(&FrameworkModule());
 }
 
 }  // namespace
