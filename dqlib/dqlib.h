@@ -104,6 +104,7 @@
 #include "dqlib/framework/windows/message_map.h"
 #include "dqlib/framework/windows/owner_draw.h"
 #include "dqlib/framework/windows/print_dialog.h"
+#include "dqlib/framework/windows/print_info.h"
 #include "dqlib/framework/windows/property_sheet.h"
 #include "dqlib/framework/windows/recent_files.h"
 #include "dqlib/framework/windows/registered_message.h"

@@ -135,5 +135,53 @@ TEST(PrintDialog, AsksByItsFlagsAndMakesAJobOfWhatWasChosen) {
   EXPECT_EQ(state(), " 1 1 0 -1 -1 0 0 1");
 }
 
+/// Three pages, of which the steps are logged.
+struct PrintedView : CView {
+  bool OnPreparePrinting(CPrintInfo* info) override {
+    if (pages > 0) info->SetMaxPage(pages);
+    return DoPreparePrinting(info);
+  }
+  void OnBeginPrinting(CDC*, CPrintInfo*) override { log += "begin "; }
+  void OnEndPrinting(CDC*, CPrintInfo*) override { log += "end "; }
+  void OnPrint(CDC* dc, CPrintInfo* info) override {
+    log += std::to_string(info->m_nCurPage) + " ";
+    dc->TextOut(0, 0, "Page " + std::to_string(info->m_nCurPage));
+    EXPECT_EQ(info->m_rectDraw.right, dc->GetDeviceCaps(HORZRES));
+    if (ends) DestroyWindow();
+  }
+  std::string Print() {
+    SendMessage(WM_COMMAND, ID_FILE_PRINT);
+    return std::exchange(log, {});
+  }
+  int pages = 3;
+  bool ends = false;
+  std::string log;
+};
+
+TEST(ViewPrinting, PrintsTheChosenPagesAndTellsWhatFails) {
+  ChoosingPrompts prompts;
+  ScriptedPrinting printing;
+  PrintedView view;
+  view.CreateWnd({.class_name = "View", .text = "Title"});
+  EXPECT_EQ(view.Print(), "") << "nothing was chosen";
+  EXPECT_EQ(prompts.print.last_page, 3);
+  prompts.printed = platform::PrintChoice{.copies = 2};
+  EXPECT_EQ(view.Print(), "begin 1 2 3 end ");
+  EXPECT_TRUE(printing.printed == 1 && printing.job.copies == 2 && printing.job.title == "Title");
+  prompts.printed = {.part = platform::PrintedPart::kPages, .from = 2, .to = 9};
+  EXPECT_EQ(view.Print(), "begin 2 3 end ");
+  EXPECT_NE(printing.document.find("(Page 3)"), std::string::npos);
+  prompts.printed = platform::PrintChoice{};
+  view.pages = 0;
+  EXPECT_EQ(view.Print(), "begin 1 end ") << "a length that isn't known is one page";
+  printing.outcome = {platform::Error{platform::ErrorKind::kOther, 5}, "out of paper"};
+  EXPECT_EQ(view.Print(), "begin 1 end ");
+  ASSERT_EQ(prompts.shown.size(), 1U);
+  EXPECT_EQ(prompts.shown[0].text, "out of paper");
+  view.ends = true;
+  EXPECT_EQ(view.Print(), "begin 1 ");
+  EXPECT_EQ(printing.printed, 4) << "what isn't whole isn't printed";
+}
+
 }  // namespace
 }  // namespace dq::test

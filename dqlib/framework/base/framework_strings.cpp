@@ -20,6 +20,7 @@ constexpr StringRow kStrings[] = {
     {61698, "Failed to save document."},
     {61699, "Save changes to %1?"},
     {61700, "Failed to create empty document."},
+    {61702, "Could not start print job."},
     {61712, "Please enter an integer."},
     {61714, "Please enter an integer between %1 and %2."},
     {61716, "Please enter no more than %1 characters."},

@@ -12,6 +12,7 @@ namespace dq {
 class CDocTemplate;
 class CDocument;
 class CView;
+struct CPrintInfo;
 
 /// What a frame or view is made for. Every member may be null.
 struct CCreateContext {
@@ -57,6 +58,23 @@ class CView : public CWnd {
   /// Draws the document on a window or a page.
   virtual void OnDraw(CDC* /*dc*/) {}
 
+  /// The command Print: has the person choose, and then prints page for page: `OnPreparePrinting`,
+  /// `OnBeginPrinting`, for each page `OnPrepareDC` and `OnPrint`, `OnEndPrinting`. What fails is
+  /// told in a box, and nothing is printed then.
+  virtual void OnFilePrint();
+  /// Says how many pages there are, as far as that is known, and has the person choose. False ends
+  /// it. The base calls `DoPreparePrinting`, which runs the job's dialog.
+  virtual bool OnPreparePrinting(CPrintInfo* info);
+  bool DoPreparePrinting(CPrintInfo* info);
+  /// For what the job needs, and at its end, whether it succeeded or not. The bases do nothing.
+  virtual void OnBeginPrinting(CDC* /*dc*/, CPrintInfo* /*info*/) {}
+  virtual void OnEndPrinting(CDC* /*dc*/, CPrintInfo* /*info*/) {}
+  /// Before a page is drawn. The base ends printing behind the first page, if their number isn't
+  /// known.
+  virtual void OnPrepareDC(CDC* dc, CPrintInfo* info = nullptr);
+  /// Draws a page. The base calls `OnDraw`.
+  virtual void OnPrint(CDC* dc, CPrintInfo* info);
+
   /// Commands go to the view and then to its document.
   BOOL OnCmdMsg(UINT id, int code, void* extra, void* handler_info) override;
 
@@ -69,6 +87,7 @@ class CView : public CWnd {
   /// A view that gets the focus becomes its frame's active one.
   LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
   void OnPaint(CDC& dc) override { OnDraw(&dc); }
+  bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override;
   /// Leaves the document, and deletes itself if `MakeView` has made it.
   void PostNcDestroy() override;
 
@@ -76,6 +95,8 @@ class CView : public CWnd {
   void Attach(CDocument* document);
 
  private:
+  bool PrintPages(CDC& dc, CPrintInfo& info);
+
   CDocument* m_pDocument = nullptr;
   bool m_bDeletesItself = false;
 };

@@ -262,6 +262,7 @@ enum CommonId : int {
   IDNO = 7,
   /// Help on the dialog.
   ID_HELP = 9,
+  ID_FILE_PRINT = 57607,
   /// Apply in a sheet of pages.
   ID_APPLY_NOW = 0x3021,
   // Commands of documents and of the application.
