@@ -1,6 +1,7 @@
 #include "dqlib/framework/windows/screen.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "dqlib/framework/base/drawn_character.h"
 #include "dqlib/framework/base/multi_byte.h"
