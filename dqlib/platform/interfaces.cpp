@@ -7,7 +7,9 @@
 #include "dqlib/platform/console.h"
 #include "dqlib/platform/dialog_view.h"
 #include "dqlib/platform/files.h"
+#include "dqlib/platform/hot_keys.h"
 #include "dqlib/platform/locale.h"
+#include "dqlib/platform/mail.h"
 #include "dqlib/platform/modules.h"
 #include "dqlib/platform/network.h"
 #include "dqlib/platform/printing.h"
@@ -15,8 +17,10 @@
 #include "dqlib/platform/profile_files.h"
 #include "dqlib/platform/prompts.h"
 #include "dqlib/platform/registry.h"
+#include "dqlib/platform/shell.h"
 #include "dqlib/platform/system_errors.h"
 #include "dqlib/platform/system_facts.h"
+#include "dqlib/platform/threads.h"
 #include "dqlib/platform/version_resources.h"
 
 namespace dq::platform {
@@ -33,7 +37,9 @@ Result<std::uint64_t> Files::WriteAndTell(HANDLE file, std::string_view bytes) {
   if (!error.ok()) return error;
   return Seek(file, 0, SeekOrigin::kCurrent).value;
 }
+HotKeys::~HotKeys() = default;
 Locale::~Locale() = default;
+Mail::~Mail() = default;
 Module::~Module() = default;
 Modules::~Modules() = default;
 Network::~Network() = default;
@@ -51,8 +57,10 @@ std::optional<PrintChoice> Prompts::ChoosePrint(const PrintQuestion& question) {
   return ChoosePrintByDialog(*this, question);
 }
 Registry::~Registry() = default;
+Shell::~Shell() = default;
 SystemErrors::~SystemErrors() = default;
 SystemFacts::~SystemFacts() = default;
+Threads::~Threads() = default;
 VersionResources::~VersionResources() = default;
 
 }  // namespace dq::platform

@@ -14,7 +14,9 @@
 #include "dqlib/platform/clock.h"
 #include "dqlib/platform/console.h"
 #include "dqlib/platform/files.h"
+#include "dqlib/platform/hot_keys.h"
 #include "dqlib/platform/locale.h"
+#include "dqlib/platform/mail.h"
 #include "dqlib/platform/modules.h"
 #include "dqlib/platform/network.h"
 #include "dqlib/platform/printing.h"
@@ -22,8 +24,10 @@
 #include "dqlib/platform/profile_files.h"
 #include "dqlib/platform/prompts.h"
 #include "dqlib/platform/registry.h"
+#include "dqlib/platform/shell.h"
 #include "dqlib/platform/system_errors.h"
 #include "dqlib/platform/system_facts.h"
+#include "dqlib/platform/threads.h"
 #include "dqlib/platform/version_resources.h"
 
 namespace dq::platform {
@@ -35,7 +39,9 @@ struct Platform {
   Clock* clock;
   Console* console;
   Files* files;
+  HotKeys* hot_keys;
   Locale* locale;
+  Mail* mail;
   Modules* modules;
   Network* network;
   Printing* printing;
@@ -43,8 +49,10 @@ struct Platform {
   ProfileFiles* profile_files;
   Prompts* prompts;
   Registry* registry;
+  Shell* shell;
   SystemErrors* system_errors;
   SystemFacts* system_facts;
+  Threads* threads;
   VersionResources* version_resources;
 };
 

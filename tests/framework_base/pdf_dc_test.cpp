@@ -32,7 +32,7 @@ std::string Document(const PageFormat& format, const std::function<void(PdfDC&)>
 std::string Told(const std::string& bytes, const std::string& command) {
   const TempDirectory dir;
   dir.Put("a.pdf", bytes);
-  return Shell(dir.path(), command);
+  return RunShell(dir.path(), command);
 }
 
 TEST(PdfDC, PagesHaveTheirSizeTitleAndTexts) {
@@ -140,7 +140,7 @@ TEST(PdfDC, PixelsAreThoseOfTheDevice) {
   // Four of the reader's pixels are one of the device's, which is seen by its middle.
   const TempDirectory dir;
   dir.Put("a.pdf", bytes);
-  Shell(dir.path(), "pdftoppm -r 1200 -aa no -aaVector no -W 64 -H 64 a.pdf a");
+  RunShell(dir.path(), "pdftoppm -r 1200 -aa no -aaVector no -W 64 -H 64 a.pdf a");
   const std::string pixels = dir.Get("a-1.ppm").substr(13);
   std::string map;
   for (std::size_t i = 0; i < 16 * 16; ++i) {
@@ -311,7 +311,7 @@ TEST_F(PrinterTest, FileIsReplacedAtTheEndOrLeft) {
   PrinterDC dc({.copies = 3, .to_file = path_});
   EXPECT_TRUE(abort(dc) && dir_.Get("a.pdf") == "old");
   EXPECT_GT(PrintPages(dc, 2), 0);
-  EXPECT_EQ(Shell(dir_.path(), "pdftotext a.pdf - | tr -s '\\n\\f' ' '; stat -c ' %a' *"),
+  EXPECT_EQ(RunShell(dir_.path(), "pdftotext a.pdf - | tr -s '\\n\\f' ' '; stat -c ' %a' *"),
             "1 2  640\n");
   EXPECT_EQ(printing_.printed, 0);
   PrinterDC nowhere({.to_file = dir_ / "none/a.pdf"});

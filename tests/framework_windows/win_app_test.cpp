@@ -273,6 +273,24 @@ TEST(WorkerThread, SendsAndPostsToTheMainWindowOfTheThreadThatBeganItAndMayBeDro
   EXPECT_FALSE(AfxBeginThread(nullptr, nullptr));
 }
 
+TEST(WorkerThread, AsksForIdlePriorityBeforeItsProcedureRuns) {
+  struct CountingThreads : platform::Threads {
+    platform::Error SetPriority(platform::ThreadPriority priority) override {
+      idle += priority == platform::ThreadPriority::kIdle ? 1 : 100;
+      return {platform::ErrorKind::kAccessDenied, 1};
+    }
+    std::atomic<int> idle = 0;
+  } threads;
+  const platform::ScopedPlatform scope(With(&platform::Platform::threads, &threads));
+  const auto check = [](void* counting) -> UINT {
+    EXPECT_EQ(static_cast<CountingThreads*>(counting)->idle, 1);
+    return 0;
+  };
+  AfxBeginThread([](void*) -> UINT { return 0; }, nullptr).Join();
+  AfxBeginThread(check, &threads, THREAD_PRIORITY_IDLE).Join();
+  AfxBeginThread(check, &threads, THREAD_PRIORITY_NORMAL).Join();
+}
+
 /// The profile in the registry (true) or, without a registry key, in a profile file.
 struct Profile : testing::TestWithParam<bool> {
   Profile() {

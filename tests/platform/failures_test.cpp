@@ -304,7 +304,7 @@ TEST(RegistryProcess, WhatAKilledWriterHadReportedIsThere) {
     ASSERT_TRUE(prompts.shown.empty());
     // A snapshot that was being written is the writer's up to then.
     const char* const strangers = "find . ! -uid 1234 ! -name '*.tmp' 2> /dev/null";
-    EXPECT_TRUE(!is_given || Shell(directory.path(), strangers).empty());
+    EXPECT_TRUE(!is_given || RunShell(directory.path(), strangers).empty());
   }
   EXPECT_GT(killed_at_work, kKills / 4);
 }

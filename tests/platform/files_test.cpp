@@ -30,7 +30,7 @@ struct FilesTest : testing::Test {
     if (file.ok()) files.Close(file.value);
     return file.error.kind;
   }
-  std::string Run(const std::string& command) { return Shell(dir.path(), command); }
+  std::string Run(const std::string& command) { return RunShell(dir.path(), command); }
   static std::vector<ErrorKind> Kinds(std::initializer_list<Error> errors) {
     std::vector<ErrorKind> kinds;
     for (const Error& error : errors) kinds.push_back(error.kind);

@@ -71,7 +71,7 @@ TEST_F(ProcessesTest, CarriesAllBytesThroughAChild) {
 }
 
 TEST_F(ProcessesTest, StartsAProgramOrTellsWhyItCouldNot) {
-  Shell(files_.path(), "echo text | tee plain > no_format; chmod 700 no_format");
+  RunShell(files_.path(), "echo text | tee plain > no_format; chmod 700 no_format");
   const HANDLE no_output = ~HANDLE{0};
   const Rows<StartInfo, int> rows = {
       {{"no-such-program -x"}, ENOENT},           {{" \t \t "}, ENOENT},

@@ -38,7 +38,7 @@ struct RegistryStoreTest : testing::Test {
     return told;
   }
 
-  std::string Run(const std::string& command) { return Shell(directory_.path(), command); }
+  std::string Run(const std::string& command) { return RunShell(directory_.path(), command); }
 
   const TempDirectory directory_;
   FailingSystemCalls calls_;
@@ -119,7 +119,7 @@ TEST_F(RegistryStoreTest, WhatARunningProcessKnowsOutlivesItsFiles) {
       user.Do("gone=x");
       EXPECT_EQ(behind.All(), "k: gone=x ");
       user.Do("-gone old=y");
-      Shell(directory.path(), strike);
+      RunShell(directory.path(), strike);
       const std::string others = strike.ends_with("anew") ? "another=x " : "";
       User(directory.path()).Do(others);
       behind.Do(more);
@@ -158,7 +158,7 @@ TEST_F(RegistryStoreTest, AJournalRemovedUnderSeveralProgramsLosesNothingOfAny) 
         users[0].Do("a=x");
         users[1].Do("b=x");
         users[2].Do("c=x gone=x -gone");
-        Shell(directory.path(), removal);
+        RunShell(directory.path(), removal);
         User stranger(directory.path());
         stranger.Do("new=x -new");
         for (const char each : order) users[each - '0'].Do(std::string("then") + each + "=x");
@@ -240,7 +240,7 @@ TEST_F(RegistryStoreTest, FilesThatAreDamagedOrOfDifferentTimesAreToldKeptAndNot
     const TempDirectory directory;
     directory.Put("hkcu.reg", directory_.Get(snapshot + ".reg"));
     directory.Put("hkcu.journal", directory_.Get(latest + ".journal"));
-    Shell(directory.path(), strike == "earlier" ? to_earlier : strike);
+    RunShell(directory.path(), strike == "earlier" ? to_earlier : strike);
     const std::string bad = directory.Get("hkcu.journal");
     const std::string left = "k: " + values + (values.empty() ? "" : " ");
     const std::string& told = say[text];
@@ -273,13 +273,13 @@ TEST_F(RegistryStoreTest, WhatIsNoStoreOrCannotBeReadIsAnErrorAtOnceAndNeverTold
       FailingSystemCalls calls;
       User user(directory.path(), calls);
       Fill(directory.path(), kFill + "leave");
-      Shell(directory.path(), "F=" + file + "; " + strike);
+      RunShell(directory.path(), "F=" + file + "; " + strike);
       calls.FailEach("Open", number, file);
       ExpectEach(kind,
                  {user.OpenKey(kCurrentUser, "none").error, user.EnumValue(kCurrentUser, 0).error,
                   user.ReadValue(kCurrentUser, "none", {}).error, user.Try("none=x")});
       calls.FailEach("Open", 0);
-      Shell(directory.path(), "rm hkcu.*");
+      RunShell(directory.path(), "rm hkcu.*");
       user.Do("a=1");
     }
   }
@@ -340,7 +340,7 @@ TEST_F(RegistryStoreTest, WhatAnAdministratorWritesStaysTheUsers) {
   if (::geteuid() != 0) GTEST_SKIP() << "only an administrator can give files away";
   Run("chown 1234:4321 .");
   const std::string files = directory_ / ".config/velmora";
-  const auto owners = [&](std::string of) { return Shell(files, "stat -c '%u:%g %a' " + of); };
+  const auto owners = [&](std::string of) { return RunShell(files, "stat -c '%u:%g %a' " + of); };
   calls_.FailEach("ChangeOwner", EPERM);
   EXPECT_EQ(User(files, calls_).Try("never=x leave").kind, ErrorKind::kAccessDenied);
   EXPECT_EQ(directory_.Count(), 0u) << "what its owner couldn't read isn't left there";
@@ -349,12 +349,12 @@ TEST_F(RegistryStoreTest, WhatAnAdministratorWritesStaysTheUsers) {
   EXPECT_EQ(owners(".. ."), "1234:4321 700\n1234:4321 700\n");
   EXPECT_EQ(owners("hkcu.journal hkcu.reg a.ini"), "1234:4321 600\n1234:4321 600\n1234:4321 600\n");
   // As they were, rather than as the directory is.
-  Shell(files, "chown 77:88 hkcu.reg; chmod 400 hkcu.reg");
+  RunShell(files, "chown 77:88 hkcu.reg; chmod 400 hkcu.reg");
   User(files).Do("b=x leave");
   EXPECT_EQ(owners("hkcu.reg"), "77:88 400\n");
   User(files, calls_).Do("c=x leave");  // it is in the journal
   EXPECT_EQ(owners("hkcu.reg"), "77:88 400\n");
-  Shell(files, "echo damage >> hkcu.reg");
+  RunShell(files, "echo damage >> hkcu.reg");
   EXPECT_EQ(User(files).All(), "k: a=x b=x c=x ");
   EXPECT_EQ(owners("hkcu.reg.bad"), "1234:4321 600\n");
 }
@@ -422,7 +422,7 @@ TEST_F(RegistryStoreTest, ADirectoryThatCannotBeWrittenCanStillBeRead) {
     const TempDirectory directory;
     Fill(directory.path(), kFill + "leave");
     if (!has_journal) fs::remove(directory / "hkcu.journal");
-    Shell(directory.path(), "chmod 444 hkcu.*; chmod 555 .");
+    RunShell(directory.path(), "chmod 444 hkcu.*; chmod 555 .");
     EXPECT_TRUE(AllEndWell(1, [&](int) {
       ASSERT_TRUE(::getuid() != 0 || (::setgid(65'534) == 0 && ::setuid(65'534) == 0));
       User user(directory.path());

@@ -127,9 +127,9 @@ TEST_F(RegistryTest, EachRootIsATreeOfTheUsersOwn) {
     EXPECT_EQ(Read(other_, other_.OpenKey(root, "Same").value, "root"), number);
   }
   EXPECT_TRUE(registry_.Flush().ok() && other_.Leave().ok() && registry_.Leave().ok());
-  EXPECT_EQ(Shell(files_,
-                  "stat -c %a .. . hkcr.reg hkcu.reg hklm.journal;"
-                  "grep -h '^[[\"]' hk*.reg | tr -d '\\r' | cut -d, -f1,9-"),
+  EXPECT_EQ(RunShell(files_,
+                     "stat -c %a .. . hkcr.reg hkcu.reg hklm.journal;"
+                     "grep -h '^[[\"]' hk*.reg | tr -d '\\r' | cut -d, -f1,9-"),
             "700\n700\n600\n600\n600\n[HKEY_CLASSES_ROOT\\Same]\n\"root\"=hex:32,34,38\n"
             "[HKEY_CURRENT_USER\\Same]\n\"root\"=hex:32,34,39\n"
             "[HKEY_LOCAL_MACHINE\\Same]\n\"root\"=hex:32,35,30\n");

@@ -17,7 +17,7 @@ using namespace test;
 /// Watches on `root`, one for each filter.
 struct Watched {
   explicit Watched(bool subtree) {
-    Shell(files.path(), "mkdir -p root/sub && echo 1 | tee root/a > root/sub/x");
+    RunShell(files.path(), "mkdir -p root/sub && echo 1 | tee root/a > root/sub/x");
     for (int i = 0; i < 5; ++i) {
       one[i] = {.root = files / "root", .subtree = subtree, .filter = DWORD{1} << i};
       EXPECT_TRUE(watches.Add(one[i]).ok());
@@ -41,7 +41,7 @@ struct Watched {
     return told;
   }
   std::string After(const std::string& command) {
-    Shell(files.path(), command);
+    RunShell(files.path(), command);
     return Told(Events());
   }
 
@@ -82,7 +82,7 @@ TEST(ChangeNotifications, DirectoriesBelowComeAndGo) {
     : > root/d/e/f => f)")) {
     EXPECT_EQ(tree.After(command), told) << command;
   }
-  Shell(tree.files.path(), "mv root/d outside/d; mkdir -p root/deep/er");
+  RunShell(tree.files.path(), "mv root/d outside/d; mkdir -p root/deep/er");
   tree.Events();  // which are lost
   EXPECT_EQ(tree.Told(Overflow()), "fdasw");
   EXPECT_EQ(tree.After("chmod 700 outside/d/e/f"), "");
@@ -90,7 +90,7 @@ TEST(ChangeNotifications, DirectoriesBelowComeAndGo) {
   EXPECT_EQ(tree.one[0].directories.size(), 3u);
   tree.watches.Remove(tree.one[0]);
   EXPECT_EQ(tree.After("rm -r root/deep"), "d");
-  Shell(tree.files.path(), "rm -r root; mkdir root");
+  RunShell(tree.files.path(), "rm -r root; mkdir root");
   tree.Events();
   EXPECT_EQ(tree.Told(Overflow()), "d.a.s.w.");
 }
@@ -100,7 +100,7 @@ TEST(ChangeNotifications, AWaitEndsByAChangeAnInterruptionOrTheDirectorysEnd) {
   ChangeNotifications& service = *System().change_notifications;
   const std::ptrdiff_t descriptors = OpenDescriptors();
   const TempDirectory files;
-  Shell(files.path(), "mkdir one two; : > file");
+  RunShell(files.path(), "mkdir one two; : > file");
   const Rows<std::string, DWORD, int> refused = {{"no", CHANGE_SIZE, ENOENT},
                                                  {"file", CHANGE_SIZE, ENOTDIR},
                                                  {"one", 0, EINVAL},
@@ -128,7 +128,7 @@ TEST(ChangeNotifications, AWaitEndsByAChangeAnInterruptionOrTheDirectorysEnd) {
   service.Close(two);
   EXPECT_EQ(second.get(), kInterrupted);
   EXPECT_EQ(service.Wait(two).error.code, static_cast<DWORD>(EBADF));
-  Shell(files.path(), "rmdir two");
+  RunShell(files.path(), "rmdir two");
   EXPECT_TRUE(wait(again).get() == kGone && wait(again).get() == kGone);
   for (const HANDLE each : {one, two, again}) service.Close(each);
   EXPECT_EQ(OpenDescriptors(), descriptors);
@@ -154,7 +154,7 @@ struct ScriptedChoosers : Prompts {
 
 TEST(Choosers, FilesAreChosenWhenAllThatIsAskedOfThemHolds) {
   const TempDirectory files;
-  Shell(files.path(), "mkdir in in/deep.x; touch in/a in/a.sql in/b.sql");
+  RunShell(files.path(), "mkdir in in/deep.x; touch in/a in/a.sql in/b.sql");
   FileQuestion open{.folder = files / "in",
                     .kinds = {{"SQL", "*.sql"}, {"All", "*.*"}},
                     .kind = 7,

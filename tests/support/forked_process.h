@@ -58,7 +58,7 @@ inline std::atomic<int>& MakeSharedCount() {
 }
 
 /// Runs a command of the shell in a directory of files, and returns what it writes.
-inline std::string Shell(const std::string& files, const std::string& command) {
+inline std::string RunShell(const std::string& files, const std::string& command) {
   FILE* const pipe = ::popen(("cd '" + files + "' || exit; " + command).c_str(), "r");
   char text[1'000];
   const std::size_t size = std::fread(text, 1, sizeof text, pipe);

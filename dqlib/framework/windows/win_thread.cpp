@@ -194,7 +194,7 @@ void WorkerThread::Join() {
   state->thread.join();
 }
 
-WorkerThread AfxBeginThread(UINT (*procedure)(void*), void* parameter) {
+WorkerThread AfxBeginThread(UINT (*procedure)(void*), void* parameter, int priority) {
   WorkerThread worker;
   if (procedure == nullptr) return worker;
   auto state = std::make_unique<WorkerThread::State>();
@@ -203,6 +203,11 @@ WorkerThread AfxBeginThread(UINT (*procedure)(void*), void* parameter) {
       CWinThread self;
       self.m_pMainWnd = main_window;
       t_thread = &self;
+      if (priority == THREAD_PRIORITY_IDLE) {
+        // One that the system refuses runs as others do.
+        static_cast<void>(
+            platform::Current().threads->SetPriority(platform::ThreadPriority::kIdle));
+      }
       procedure(parameter);
     }
     MessageQueue::Complete(*finished);

@@ -43,6 +43,13 @@ void AfxSetThread(CWinThread* thread);
 /// The main window of the calling thread, or null.
 CWnd* AfxGetMainWnd();
 
+/// Priorities of threads.
+enum ThreadPriorityLevel : int {
+  /// Runs when nothing else wants to, as far as the system allows it.
+  THREAD_PRIORITY_IDLE = -15,
+  THREAD_PRIORITY_NORMAL = 0,
+};
+
 /// A thread begun by `AfxBeginThread`, or none. Dropping it lets the thread go on by itself.
 class WorkerThread {
  public:
@@ -59,14 +66,16 @@ class WorkerThread {
   void Join();
 
  private:
-  friend WorkerThread AfxBeginThread(UINT (*procedure)(void*), void* parameter);
+  friend WorkerThread AfxBeginThread(UINT (*procedure)(void*), void* parameter, int priority);
   struct State;
   std::unique_ptr<State> state_;
 };
 
 /// Runs `procedure(parameter)` on a new thread that the framework knows; its result is dropped. No
-/// thread if the procedure is null or the system can't have another.
-WorkerThread AfxBeginThread(UINT (*procedure)(void*), void* parameter);
+/// thread if the procedure is null or the system can't have another. Priorities are those of
+/// `ThreadPriorityLevel`.
+WorkerThread AfxBeginThread(UINT (*procedure)(void*), void* parameter,
+                            int priority = THREAD_PRIORITY_NORMAL);
 
 /// Offers a message of the keyboard or the mouse to the thread and to the window that it is for,
 /// and the windows above, as the message loop does with those that were posted: for a window layer,

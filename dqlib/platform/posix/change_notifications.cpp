@@ -6,7 +6,6 @@
 #include <cerrno>
 #include <condition_variable>
 #include <exception>
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -40,17 +39,6 @@ struct OpenWatch {
     return interrupted || directory.changed || directory.gone || !directory.error.ok();
   }
 };
-
-/// The path from the root, without a separator at its end.
-Result<std::string> AbsolutePath(std::string_view path) {
-  const Result<std::string> native = NativePath(path);
-  if (!native.ok()) return native.error;
-  std::error_code error;
-  std::string absolute = std::filesystem::absolute(native.value, error).string();
-  if (error) return ErrorFromErrno(error.value());
-  while (absolute.size() > 1 && absolute.ends_with('/')) absolute.pop_back();
-  return absolute;
-}
 
 FileDescriptor Opened(int descriptor) {
   if (descriptor < 0) throw std::system_error(errno, std::generic_category());

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 #include "dqlib/platform/paths.h"
@@ -35,6 +37,16 @@ Result<std::string> NativePath(std::string_view path) {
   std::string native(path);
   std::replace(native.begin(), native.end(), '\\', '/');
   return native;
+}
+
+Result<std::string> AbsolutePath(std::string_view path) {
+  const Result<std::string> native = NativePath(path);
+  if (!native.ok()) return native.error;
+  std::error_code error;
+  std::string absolute = std::filesystem::absolute(native.value, error).string();
+  if (error) return ErrorFromErrno(error.value());
+  while (absolute.size() > 1 && absolute.ends_with('/')) absolute.pop_back();
+  return absolute;
 }
 
 Result<std::string> FollowLinks(std::string path, SystemCalls& calls) {

@@ -16,6 +16,9 @@ inline constexpr std::size_t kMaxPath = 4095;
 /// zero; `kNotFound` for "", and for drives and network paths, which don't exist here.
 Result<std::string> NativePath(std::string_view path);
 
+/// The same from the root, without a separator at its end but for the root's.
+Result<std::string> AbsolutePath(std::string_view path);
+
 /// The file that a path names when links at its end are followed, whether it exists or not. For
 /// whoever writes there: in a directory where everybody may make files and nobody remove another's,
 /// a link of someone who is neither this user nor the directory's owner may be a trap, and is

@@ -18,7 +18,9 @@ const Platform& System() {
       .clock = &posix::SystemClock(),
       .console = &posix::SystemConsole(),
       .files = &posix::SystemFiles(),
+      .hot_keys = &posix::SystemHotKeys(),
       .locale = &posix::SystemLocale(),
+      .mail = &posix::SystemMail(),
       .modules = &posix::SystemModules(),
       .network = &posix::SystemNetwork(),
       .printing = &posix::SystemPrinting(),
@@ -26,8 +28,10 @@ const Platform& System() {
       .profile_files = &posix::SystemProfileFiles(),
       .prompts = &posix::SystemPrompts(),
       .registry = &posix::SystemRegistry(),
+      .shell = &posix::SystemShell(),
       .system_errors = &posix::SystemErrorTexts(),
       .system_facts = &posix::SystemFactsService(),
+      .threads = &posix::SystemThreads(),
       .version_resources = &posix::SystemVersionResources(),
   };
   return system;

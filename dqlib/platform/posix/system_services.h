@@ -16,7 +16,9 @@ Clipboard& SystemClipboard();
 Clock& SystemClock();
 Console& SystemConsole();
 Files& SystemFiles();
+HotKeys& SystemHotKeys();
 Locale& SystemLocale();
+Mail& SystemMail();
 Modules& SystemModules();
 Network& SystemNetwork();
 Printing& SystemPrinting();
@@ -24,8 +26,10 @@ Processes& SystemProcesses();
 ProfileFiles& SystemProfileFiles();
 Prompts& SystemPrompts();
 Registry& SystemRegistry();
+Shell& SystemShell();
 SystemErrors& SystemErrorTexts();
 SystemFacts& SystemFactsService();
+Threads& SystemThreads();
 VersionResources& SystemVersionResources();
 
 /// Another locale by the environment (`LC_ALL`, `LC_NUMERIC`, `LC_TIME`, `LANG`), which is read
