@@ -102,6 +102,7 @@
 #include "dqlib/framework/windows/menu.h"
 #include "dqlib/framework/windows/message_box.h"
 #include "dqlib/framework/windows/message_map.h"
+#include "dqlib/framework/windows/mini_dock_frame.h"
 #include "dqlib/framework/windows/owner_draw.h"
 #include "dqlib/framework/windows/print_dialog.h"
 #include "dqlib/framework/windows/print_info.h"

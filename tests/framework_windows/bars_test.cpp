@@ -1,6 +1,7 @@
 // The bars of frames and the panes of splitters: where they lie, what they tell, and what a person
 // does with them.
 
+#include "tests/support/own_settings.h"
 #include "tests/support/windows.h"
 
 namespace dq::test {
@@ -264,7 +265,7 @@ TEST_F(Splitters, TellWhereADraggedBarIsShownAndLeaveAllAsItWasWhenItIsGivenUp) 
             "110,0-116,300 0,0-400,6");
   MSG escape{frame.GetActiveView()->GetSafeHwnd(), WM_KEYDOWN, VK_ESCAPE, 0};
   EXPECT_TRUE(PreTranslateInput(escape) && !PreTranslateInput(escape));
-  EXPECT_EQ(told.Take(), "59648 capture 59648 content 59648 content 59648 content 59648 capture ");
+  EXPECT_EQ(told.Take(), "59648 capture 59648 content 59648 content 59648 capture 59648 content ");
   EXPECT_EQ(Text(splitter.GetTrackedColumnBar()) + Sizes(), "0,0-0,0100 100 188 200 94 0 ");
   // Panes that follow the mouse, until the capture is lost.
   splitter.follows = true;
@@ -276,6 +277,234 @@ TEST_F(Splitters, TellWhereADraggedBarIsShownAndLeaveAllAsItWasWhenItIsGivenUp) 
   frame.SetCapture();
   EXPECT_EQ(Sizes(), "100 100 188 200 94 0 ");
   frame.ReleaseCapture();
+}
+
+/// A frame at 100,100 with a status bar, a tool bar, a pane 7 that is 60 wide and 50 high, at the
+/// left, and a view.
+struct Docking : testing::Test {
+  struct Layer : RecordingObserver {
+    int GetKeyState(int key) override { return key == held ? kKeyDown : 0; }
+    int held = 0;
+  };
+
+  Docking() {
+    frame.MoveWindow(100, 100, 400, 300);
+    frame.EnableDocking(CBRS_ALIGN_ANY);
+    const WORD commands[] = {50, 0, 51};
+    tools.SetButtons(commands);
+    tools.Create(&frame);
+    status.Create(&frame);
+    pane.CreateWnd({.class_name = "Pane", .text = "Output", .parent = &frame, .id = 7});
+    view.CreateWnd({.class_name = "View", .parent = &frame, .id = kFirstPaneId});
+    tools.EnableDocking(CBRS_ALIGN_TOP | CBRS_ALIGN_LEFT);
+    pane.EnableDocking(CBRS_ALIGN_ANY);
+    pane.EnableSizing(true);
+    pane.SetBarSize({60, 50});
+    layer.Take();
+  }
+  /// Where the bars that are shown lie, on the screen, and the view.
+  std::string Places() {
+    std::string text;
+    for (const auto& [name, bar] : Rows<const char*, const CControlBar*>{
+             {"tools ", &tools}, {"status ", &status}, {"pane ", &pane}}) {
+      if (!bar->IsWindowVisible()) continue;
+      text += name + Text(bar->GetWindowRect()) + (bar->IsFloating() ? " floats; " : "; ");
+    }
+    return text + "view " + Text(view.GetWindowRect());
+  }
+  /// Drags a bar by the mouse from one place on the screen to another.
+  void Drag(CControlBar& bar, const CPoint& from, const CPoint& to) {
+    for (const auto& [message, at] :
+         Rows<UINT, CPoint>{{WM_LBUTTONDOWN, from}, {WM_MOUSEMOVE, to}, {WM_LBUTTONUP, to}}) {
+      MouseInput(message, 0, at, &bar);
+    }
+  }
+
+  CWinApp app{"bars"};
+  Layer layer;
+  BarFrame frame;
+  CToolBar tools;
+  CStatusBar status;
+  CControlBar pane{DockSide::kLeft};
+  CWnd view;
+};
+
+TEST_F(Docking, BarsTakeTheirEdgesThoseThatStayFarthestOut) {
+  EXPECT_EQ(Places(),
+            "tools 100,100-500,127; status 100,379-500,400; pane 100,127-160,379; view "
+            "160,127-500,379");
+  // The bar, its edge, the bar before which it lies, and where all lie then; "!" if it stays.
+  for (const auto& [bar, side, before, places] :
+       Rows<CControlBar*, DockSide, CControlBar*, const char*>{
+           {&pane, DockSide::kBottom, nullptr,
+            "tools 100,100-500,127; status 100,379-500,400; pane 100,329-500,379; view "
+            "100,127-500,329"},
+           {&tools, DockSide::kLeft, &pane,
+            "tools 100,100-128,379; status 100,379-500,400; pane 128,329-500,379; view "
+            "128,100-500,329"},
+           {&tools, DockSide::kBottom, nullptr, "!"},
+           {&status, DockSide::kTop, nullptr, "!"},
+           {&pane, DockSide::kTop, &pane, "!"},
+           {&pane, DockSide::kRight, &tools,
+            "tools 100,100-128,379; status 100,379-500,400; pane 440,100-500,379; view "
+            "128,100-440,379"}}) {
+    const bool docked = frame.DockControlBar(bar, side, before);
+    EXPECT_EQ(docked ? Places() : "!", places);
+  }
+  EXPECT_EQ(Text(pane.GetInsideRect()) + " " + Text(pane.GetGripperRect()) + " " +
+                Text(pane.GetSizingRect()) + " " + Text(tools.GetItemRect(2)),
+            "5,8-60,279 0,0-60,8 0,0-5,279 2,41-26,64");
+  pane.SetMinBarSize({80, 0});
+  frame.ShowControlBar(&tools, false);
+  EXPECT_EQ(Places(), "status 100,379-500,400; pane 420,100-500,379; view 100,100-420,379");
+  frame.EnableDocking(0);
+  CFrameWnd other;
+  EXPECT_FALSE(frame.DockControlBar(&pane) || other.FloatControlBar(&pane, {}) ||
+               frame.FloatControlBar(&status, {}) || frame.DockControlBar(nullptr));
+  pane.DestroyWindow();
+  frame.SendMessage(WM_IDLEUPDATECMDUI);
+  EXPECT_EQ(Places(), "status 100,379-500,400; view 100,100-500,379");
+}
+
+TEST_F(Docking, BarsFloatInFramesOfTheirOwnWhichHandOnWhatTheyAreTold) {
+  std::string commands;
+  frame.updates[51] = [&](CCmdUI& ui) { ui.SetCheck(), commands += "update "; };
+  layer.frame_widths = {2, 10, 2, 2};
+  EXPECT_TRUE(pane.ToggleFloating() && frame.FloatControlBar(&tools, {700, 700, 700, 700}));
+  layer.frame_widths = {};
+  EXPECT_EQ(Places(),
+            "tools 702,710-762,737 floats; status 100,379-500,400; pane "
+            "102,137-202,237 floats; view 100,100-500,379");
+  CWnd& around = *pane.GetParent();
+  EXPECT_EQ(around.GetWindowText() + " " + Text(pane.GetFloatingPlace()), "Output 100,127-204,239");
+  EXPECT_TRUE(around.IsSizable() && !tools.GetParent()->IsSizable());
+  around.MoveWindow(600, 20, 204, 132);
+  EXPECT_EQ(Text(pane.GetWindowRect()) + " " + Text(pane.GetFloatingPlace()),
+            "602,30-802,150 600,20-804,152");
+  EXPECT_EQ(Text(pane.GetInsideRect()), "0,0-200,120");
+  frame.SendMessage(WM_IDLEUPDATECMDUI, 1);
+  EXPECT_EQ(commands + std::to_string(tools.GetButton(2).checked), "update 1");
+  EXPECT_TRUE(!tools.GetButton(0).enabled && frame.GetControlBar(7) == &pane);
+  frame.GetAccelTable().Read("F5 59392\n");
+  MSG key{pane.GetSafeHwnd(), WM_KEYDOWN, 0x74, 0};
+  EXPECT_TRUE(PreTranslateInput(key) && !tools.IsShown()) << "a key of the owner's";
+  tools.GetParent()->SendMessage(WM_COMMAND, 59393);
+  around.SendMessage(WM_CLOSE);
+  EXPECT_EQ(Places(), "view 100,100-500,400");
+  CCmdUI ui;
+  CButton mark(ButtonKind::kThreeState);
+  mark.CreateWnd("Button");
+  ui.m_pOther = &mark;
+  for (const auto& [id, shown, checked] : Rows<UINT, bool, int>{
+           {59392, true, 1}, {59393, true, 1}, {59393, false, 0}, {59394, false, 0}}) {
+    frame.SendMessage(WM_COMMAND, id);
+    ui.m_nID = id;
+    const bool handled = ui.DoUpdate(frame, true);
+    EXPECT_TRUE(handled == (id != 59394) && mark.IsWindowEnabled() == handled) << id;
+    EXPECT_EQ(mark.GetCheck(), checked) << id;
+  }
+  EXPECT_TRUE(tools.IsWindowVisible() && frame.DockControlBar(&tools));
+  EXPECT_EQ(Places(), "tools 100,100-500,127; view 100,127-500,400");
+  // What floats ends with its bar, and bars with their frame.
+  const HWND floating = around.GetSafeHwnd();
+  pane.DestroyWindow();
+  EXPECT_EQ(CWnd::FromHandle(floating), nullptr);
+  EXPECT_TRUE(tools.ToggleFloating());
+  frame.DestroyWindow();
+  EXPECT_EQ(tools.GetSafeHwnd(), nullptr);
+}
+
+TEST_F(Docking, BarsAreDraggedToOtherEdgesOutOfTheFrameAndToOtherSizes) {
+  struct Row {
+    CControlBar& bar;
+    CPoint from, to;
+    int held;
+    const char* places;
+  };
+  for (const auto& [bar, from, to, held, places] : std::vector<Row>{
+           {pane, {158, 200}, {168, 300}, 0, "pane 100,127-170,379; view 170,127-500,379"},
+           {pane, {168, 200}, {900, 200}, 0, "pane 100,127-500,379; view 500,127-500,379"},
+           {pane, {498, 200}, {0, 200}, 0, "pane 100,127-100,379; view 100,127-500,379"},
+           {pane, {110, 130}, {110, 132}, 0, "pane 100,127-160,379; view 160,127-500,379"},
+           {pane, {110, 130}, {300, 360}, 0, "pane 100,329-500,379; view 100,127-500,329"},
+           {pane, {104, 350}, {470, 240}, 0, "pane 440,127-500,379; view 100,127-440,379"},
+           {pane, {450, 130}, {450, 136}, 0, "pane 440,127-500,379; view 100,127-440,379"},
+           {pane, {450, 130}, {200, 101}, 0, "pane 100,100-500,150; view 100,177-500,379"},
+           {pane, {104, 140}, {104, 165}, 0, "pane 100,127-500,177; view 100,177-500,379"},
+           {pane, {200, 175}, {200, 195}, 0, "pane 100,127-500,197; view 100,197-500,379"},
+           {pane, {200, 195}, {200, 150}, VK_ESCAPE, "pane 100,127-500,197; view 100,197-500,379"},
+           {tools, {104, 110}, {110, 210}, 0, "pane 100,100-500,170; view 128,170-500,379"},
+           {pane, {104, 110}, {140, 220}, VK_CONTROL, "pane 136,210-236,310; view 128,100-500,379"},
+       }) {
+    SCOPED_TRACE(places);
+    if (pane.GetWindowRect().Width() == 0) pane.SetBarSize({60, 50});
+    layer.held = held;
+    if (held == VK_ESCAPE) {
+      MouseInput(WM_LBUTTONDOWN, 0, from, &bar);
+      MouseInput(WM_MOUSEMOVE, 0, to, &bar);
+      EXPECT_EQ(pane.GetWindowRect().Height(), 25);
+      MSG escape{frame.GetSafeHwnd(), WM_KEYDOWN, VK_ESCAPE, 0};
+      EXPECT_TRUE(PreTranslateInput(escape));
+    } else {
+      Drag(bar, from, to);
+    }
+    EXPECT_EQ("pane " + Text(pane.GetWindowRect()) + "; view " + Text(view.GetWindowRect()),
+              places);
+    EXPECT_EQ(CWnd::GetCapture(), nullptr);
+  }
+  layer.held = 0;
+  EXPECT_TRUE(pane.IsFloating() && pane.ToggleFloating() && pane.GetDockSide() == DockSide::kTop);
+  layer.Take();
+  MouseInput(WM_LBUTTONDOWN, 0, {132, 110}, &pane);
+  MouseInput(WM_MOUSEMOVE, 0, {495, 300}, &pane);
+  EXPECT_EQ(Text(pane.GetDragRect()), "440,170-500,379");
+  CWnd::ReleaseCapture();
+  EXPECT_EQ(Text(pane.GetDragRect()) + layer.Take(),
+            "0,0-0,07 capture 7 content 7 capture 7 content ");
+  MouseInput(WM_LBUTTONDBLCLK, 0, {132, 110}, &pane);
+  EXPECT_TRUE(pane.IsFloating());
+}
+
+TEST_F(Docking, StateComesBackFromTheProfile) {
+  app.SetRegistryKey("Bars");
+  frame.LoadBarState("None");
+  EXPECT_EQ(Places().substr(0, 12), "tools 100,10") << "what isn't there changes nothing";
+  // What is done, and where all lie after it was saved and loaded once more.
+  for (const auto& [act, places] : Rows<std::function<void()>, const char*>{
+           {[] {},
+            "tools 100,100-500,127; status 100,379-500,400; pane 100,127-160,379; view "
+            "160,127-500,379"},
+           {[&] { frame.DockControlBar(&tools, DockSide::kLeft); },
+            "tools 160,100-188,379; status 100,379-500,400; pane 100,100-160,379; view "
+            "188,100-500,379"},
+           {[&] {
+              frame.ShowControlBar(&status, false);
+              frame.FloatControlBar(&pane, {1800, 1000, 2000, 1300});
+            },
+            "tools 100,100-128,400; pane 1800,1000-2000,1300 floats; view 128,100-500,400"},
+           {[&] {
+              frame.ShowControlBar(&tools, false);
+              frame.FloatControlBar(&pane, {1920, 1000, 2000, 1300});
+            },
+            "pane 100,100-200,200 floats; view 100,100-500,400"},
+           {[&] {
+              app.WriteProfileInt("S", "bar7.floating", 0);
+              app.WriteProfileInt("S", "bar7.side", 9);
+              app.WriteProfileInt("S", "bar7.width", 1 << 30);
+            },
+            "status 100,379-500,400; pane 100,100-500,379; view 500,100-500,379"}}) {
+    const bool damage = std::string_view(places).starts_with("status");
+    act();
+    if (!damage) frame.SaveBarState("S");
+    pane.SetBarSize({10, 10});
+    frame.DockControlBar(&pane, DockSide::kLeft);
+    frame.DockControlBar(&tools, DockSide::kTop, &pane);
+    frame.ShowControlBar(&status, damage);
+    frame.ShowControlBar(&tools, true);
+    frame.LoadBarState("S");
+    if (damage) frame.ShowControlBar(&status, true);
+    EXPECT_EQ(Places(), places);
+  }
 }
 
 }  // namespace

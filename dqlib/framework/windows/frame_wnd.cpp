@@ -117,6 +117,7 @@ CDocument* CFrameWnd::GetActiveDocument() {
 
 void CFrameWnd::RecalcLayout() {
   lay_out_again_ = true;
+  layout_due_ = false;
   if (laying_out_ || GetSafeHwnd() == nullptr || IsIconic()) return;
   const Watched self(*this);
   laying_out_ = true;
@@ -124,28 +125,18 @@ void CFrameWnd::RecalcLayout() {
   constexpr int kMostRounds = 4;
   for (int round = 0; lay_out_again_ && round < kMostRounds; ++round) {
     lay_out_again_ = false;
-    std::vector<HWND> bars;
-    for (CWnd* child = GetTopWindow(); child != nullptr; child = child->GetNextWindow()) {
-      if (child->IsKindOf(RUNTIME_CLASS(CControlBar))) bars.push_back(child->GetSafeHwnd());
-    }
     CRect room = GetClientRect();
-    for (const HWND each : bars) {
+    for (const HWND each : ControlBars()) {
       CWnd* const window = MessageQueue::FindOwnWindow(each);
       CControlBar* const bar = DYNAMIC_DOWNCAST(CControlBar, window);
       if (bar != nullptr && bar->IsShown()) bar->LayOut(room);
       if (!self.IsThere()) return;
     }
+    view_rect_ = room;
     if (CWnd* const pane = GetDlgItem(kFirstPaneId)) pane->MoveWindow(room);
     if (!self.IsThere()) return;
   }
   laying_out_ = false;
-}
-
-void CFrameWnd::ShowControlBar(CControlBar* bar, bool show) {
-  if (bar == nullptr || bar->IsShown() == show) return;
-  const Watched self(*this);
-  bar->ShowWindow(show ? SW_SHOWNA : SW_HIDE);
-  if (self.IsThere()) RecalcLayout();
 }
 
 void CFrameWnd::InitialUpdateFrame(CDocument*, bool visible) {
@@ -214,6 +205,12 @@ BOOL CFrameWnd::OnCmdMsg(UINT id, int code, void* extra, void* handler_info) {
 }
 
 BOOL CFrameWnd::PreTranslateMessage(MSG* message) {
+  const CWnd* const capture = GetCapture();
+  if (message->message == WM_KEYDOWN && message->wParam == VK_ESCAPE && capture != nullptr &&
+      (capture == this || IsChild(capture))) {
+    ReleaseCapture();
+    return 1;
+  }
   if (message->message == WM_KEYDOWN || message->message == WM_SYSKEYDOWN) {
     const auto is_down = [](int key) { return (GetKeyState(key) & kKeyDown) != 0; };
     const CView* const view = GetActiveView();
@@ -279,6 +276,10 @@ LRESULT CFrameWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
       if (view != nullptr) view->OnActivateView(LoWord(wparam) != WA_INACTIVE, view, view);
       return 0;
     }
+    case WM_IDLEUPDATECMDUI:
+      if (layout_due_) RecalcLayout();
+      if (self.IsThere()) UpdateFloatingBars(wparam);
+      return 0;
     case WM_INITMENUPOPUP: {
       CMenu* const menu = CMenu::FromHandle(reinterpret_cast<HMENU>(wparam));
       if (menu != nullptr) menu->UpdateItems(*this);

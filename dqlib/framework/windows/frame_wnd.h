@@ -42,11 +42,42 @@ class CFrameWnd : public CWnd {
   virtual CFrameWnd* GetActiveFrame() { return this; }
 
   /// Lays out the frame's client area: its visible bars take their edges in the order of the
-  /// children, and the child `kFirstPaneId` fills the rest. Called when the size changes and a bar
+  /// children, but those that can be docked behind the others; the child `kFirstPaneId` fills the
+  /// rest. Called when the size changes and a bar
   /// comes, goes or changes; calls within it are put off to its end.
   virtual void RecalcLayout();
-  /// Shows or hides a bar of the frame.
+  /// Has that done when the thread is idle next.
+  void DelayRecalcLayout() { layout_due_ = true; }
+  /// What the bars left when it was done last, in client coordinates.
+  const CRect& GetViewRect() const { return view_rect_; }
+
+  // Control bars. Those of the frame are its children and those that float in windows that it owns.
+
+  /// The first of them with the id, or null. A command that is the id of one, from `kToolBarId` to
+  /// `kLastBarId`, shows or hides it, and has a check mark while it is shown.
+  CControlBar* GetControlBar(UINT id) const;
   void ShowControlBar(CControlBar* bar, bool show);
+  /// Lets bars be docked at the edges of the `BarAlignment` bits; at first there are none.
+  void EnableDocking(UINT sides) { dock_sides_ = sides; }
+  /// Whether the bar and the frame allow it.
+  bool CanDock(const CControlBar& bar, DockSide side) const;
+  /// Docks a bar of the frame, floating or not, at an edge, `kNone` being the one where it was
+  /// last: farther out than `before`, if that isn't null, or else next to the view. False, and no
+  /// change, if it can't be docked there.
+  bool DockControlBar(CControlBar* bar, DockSide side = DockSide::kNone,
+                      CControlBar* before = nullptr);
+  /// Has a bar that can be docked float: in a small frame of that place on the screen, or with an
+  /// empty rectangle from its top left corner on, as large as the bar wants. One that floats
+  /// already is moved. False if it can't.
+  bool FloatControlBar(CControlBar* bar, const CRect& place);
+  /// Writes to a section of the program's profile how each bar of the frame stands, and brings them
+  /// back. Values are integers, named after the bar's id, which no two may share:
+  /// "bar59392.order", its place among the bars, and so on with "visible", "side" (1 top, 2 bottom,
+  /// 3 left, 4 right), "floating", "width" and "height", and "left", "top", "right" and "bottom" of
+  /// the place where it floats. A bar without values stays as it is; one that would float out of
+  /// sight floats over the frame. Without an application nothing happens.
+  void SaveBarState(const char* section) const;
+  void LoadBarState(const char* section);
 
   /// Sends the views below `WM_INITIALUPDATE`, brings the title up to date and shows the frame, if
   /// `visible`. The first view becomes the active one if there is none.
@@ -78,7 +109,8 @@ class CFrameWnd : public CWnd {
   void UpdateMenu();
 
   BOOL OnCmdMsg(UINT id, int code, void* extra, void* handler_info) override;
-  /// Key combinations of the frame become commands.
+  /// Key combinations of the frame become commands; Escape ends what a person does with the mouse
+  /// while a window of the frame has it captured.
   BOOL PreTranslateMessage(MSG* message) override;
   bool IsSizable() const override { return true; }
 
@@ -95,6 +127,7 @@ class CFrameWnd : public CWnd {
   virtual void OnClose();
 
   LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
+  bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override;
   void PostNcDestroy() override;
 
   /// The body of creation, where the window is made by `creation`.
@@ -104,15 +137,36 @@ class CFrameWnd : public CWnd {
   void DeleteWithWindow() { deletes_itself_ = true; }
 
  private:
+  friend class CControlBar;
+  struct BarState;
+  /// Where a bar that is dragged would lie: before which other one, and the place on the screen.
+  struct DockTarget {
+    DockSide side = DockSide::kNone;
+    CControlBar* before = nullptr;
+    CRect place;
+  };
+
   /// Whether it is the application's.
   bool IsMainWindow() const;
   void ShowMenuHelp(UINT id, UINT flags, bool in_menu);
+  /// All bars: those that can't be docked, which lie farthest out, the others, and the floating.
+  std::vector<HWND> ControlBars() const;
+  DockTarget TargetOf(CControlBar& bar, const CPoint& from, const CPoint& screen) const;
+  std::vector<BarState> ReadBarStates(const char* section) const;
+  void OnBarCheck(UINT id);
+  void OnUpdateBarCheck(CCmdUI* ui);
+  void UpdateFloatingBars(WPARAM disable_if_no_handler);
 
   HWND active_view_ = nullptr;
   CMenu own_menu_;
   AcceleratorTable accelerators_;
   CString message_text_;
   CString title_;
+  CRect view_rect_;
+  UINT dock_sides_ = 0;
+  /// The frames of its floating bars, and maybe some that have ended.
+  std::vector<HWND> floating_;
+  bool layout_due_ = false;
   bool laying_out_ = false;
   bool lay_out_again_ = false;
   bool deletes_itself_ = false;

@@ -4,6 +4,7 @@
 #include <span>
 #include <utility>
 
+#include "dqlib/framework/base/device_context.h"
 #include "dqlib/framework/windows/document.h"
 #include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/message_queue.h"
@@ -304,12 +305,12 @@ void CSplitterWnd::StopTracking(bool accept) {
   if (GetCapture() == this) ReleaseCapture();
 }
 
-BOOL CSplitterWnd::PreTranslateMessage(MSG* message) {
-  if (IsTracking() && message->message == WM_KEYDOWN && message->wParam == VK_ESCAPE) {
-    StopTracking(false);
-    return 1;
-  }
-  return CWnd::PreTranslateMessage(message);
+void CSplitterWnd::OnPaint(CDC& dc) {
+  const auto draw = [&dc](const CRect& bar) {
+    dc.DrawEdge(bar, BDR_RAISEDINNER, BF_RECT | BF_MIDDLE);
+  };
+  for (int row = 0; row < m_nRows - 1; ++row) draw(GetRowBarRect(row));
+  for (int column = 0; column < m_nCols - 1; ++column) draw(GetColumnBarRect(column));
 }
 
 LRESULT CSplitterWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {

@@ -91,8 +91,6 @@ class CSplitterWnd : public CWnd {
   CRect GetTrackedRowBar() const;
   CRect GetTrackedColumnBar() const;
 
-  BOOL PreTranslateMessage(MSG* message) override;
-
  protected:
   /// A row or a column.
   struct CRowColInfo {
@@ -115,6 +113,7 @@ class CSplitterWnd : public CWnd {
   void TakeTrackedSizes();
 
   LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
+  void OnPaint(CDC& dc) override;
 
   /// The rows and columns in sight; there may be information on more, behind them.
   int m_nRows = 0;

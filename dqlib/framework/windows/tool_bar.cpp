@@ -178,11 +178,12 @@ void CToolBar::OnUpdateCmdUI(CCmdTarget& target, bool disable_if_no_handler) {
 
 CRect CToolBar::GetItemRect(int position) const {
   if (position < 0 || position >= GetItemCount()) return {};
-  LONG start = kBarMargin;
+  const CRect inside = GetInsideRect();
+  LONG start = kBarMargin + (IsVertical() ? inside.top : inside.left);
   for (int at = 0; at < position; ++at) start += ExtentOf(at);
   const LONG end = start + ExtentOf(position);
   const CSize button = ButtonSize();
-  if (GetDockSide() == DockSide::kLeft || GetDockSide() == DockSide::kRight) {
+  if (IsVertical()) {
     return {kBarMargin, start, kBarMargin + button.cx, end};
   }
   return {start, kBarMargin, end, kBarMargin + button.cy};
@@ -195,13 +196,20 @@ CSize CToolBar::ButtonSize() const {
 /// Along the bar.
 LONG CToolBar::ExtentOf(int position) const {
   if (!IsButton(position)) return kSeparatorWidth;
-  const bool vertical = GetDockSide() == DockSide::kLeft || GetDockSide() == DockSide::kRight;
-  return vertical ? ButtonSize().cy : ButtonSize().cx;
+  return IsVertical() ? ButtonSize().cy : ButtonSize().cx;
 }
 
 CSize CToolBar::CalcFixedLayout(const CSize&, bool) {
   const CSize button = ButtonSize();
   return {button.cx + 2 * kBarMargin, button.cy + 2 * kBarMargin};
+}
+
+CSize CToolBar::CalcFloatingLayout() {
+  LONG width = 2 * kBarMargin;
+  for (const ToolBarButton& button : buttons_) {
+    width += button.command == 0 ? kSeparatorWidth : ButtonSize().cx;
+  }
+  return {width, CalcFixedLayout({}, true).cy};
 }
 
 }  // namespace dq

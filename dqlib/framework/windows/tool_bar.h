@@ -77,6 +77,7 @@ class CToolBar : public CControlBar {
   /// in a column where the bar is vertical.
   CRect GetItemRect(int position) const;
   CSize CalcFixedLayout(const CSize& room, bool horizontal) override;
+  CSize CalcFloatingLayout() override;
   /// Brings all buttons up to date by the handlers of `target` and its route. Handlers may replace
   /// the buttons, and end the bar, and `target` if that is a window.
   void OnUpdateCmdUI(CCmdTarget& target, bool disable_if_no_handler) override;
