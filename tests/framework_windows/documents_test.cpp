@@ -25,14 +25,17 @@ struct Counted {
   ~Counted() { --g_alive; }
 };
 
-/// Holds a text.
+/// Holds a text, as it stands in its file. One with "!" is damaged.
 struct Doc : CDocument, Counted {
   DECLARE_DYNCREATE(Doc)
   Doc() { last = this; }
   void DeleteContents() override { text.Empty(); }
   void Serialize(CArchive& archive) override {
     At("serialize");
-    archive.IsStoring() ? archive << text : archive >> text;
+    if (archive.IsStoring()) return archive.Write(text, static_cast<UINT>(text.GetLength()));
+    char bytes[20];
+    text = CString(bytes, static_cast<int>(archive.Read(bytes, sizeof bytes)));
+    if (text == "!") throw CArchiveException(CArchiveException::endOfFile);
   }
   BOOL OnNewDocument() override {
     const BOOL made = CDocument::OnNewDocument() && !g_at.contains("refuse");
@@ -93,15 +96,7 @@ struct Prompts : ScriptedPrompts {
   using ScriptedPrompts::ScriptedPrompts;
   std::optional<platform::ChosenFiles> ChooseFile(const platform::FileQuestion& asked) override {
     file = asked;
-    if (chosen.empty()) return std::nullopt;
-    return platform::ChosenFiles{{chosen}, 1};
-  }
-  /// The texts of the boxes since the last call.
-  std::string Told() {
-    std::string told;
-    for (const ShownBox& box : shown) told += box.text + "|";
-    shown.clear();
-    return told;
+    return chosen.empty() ? std::nullopt : std::optional(platform::ChosenFiles{{chosen}, 1});
   }
   platform::FileQuestion file;
   std::string chosen;
@@ -138,7 +133,26 @@ struct Session {
     app.AddDocTemplate(made.get());
     return made.release();
   }
-  Doc* Open(const char* path = nullptr) { return static_cast<Doc*>(kind->OpenDocumentFile(path)); }
+  Doc* New() { return static_cast<Doc*>(kind->OpenDocumentFile(nullptr)); }
+  Doc* Open(std::string_view name, std::string_view bytes = "") {
+    return static_cast<Doc*>(kind->OpenDocumentFile(directory.Put(name, bytes).c_str()));
+  }
+  /// A path in the directory; "" for none.
+  std::string Path(const std::string& name) {
+    return name.empty() ? std::string() : directory / name;
+  }
+  void Command(int id) { main.SendMessage(WM_COMMAND, static_cast<WPARAM>(id)); }
+  std::size_t Count() { return kind->GetDocuments().size(); }
+  /// The texts of the boxes since the last call, with "%" for the directory.
+  std::string Told() {
+    std::string told;
+    for (const ShownBox& box : prompts.shown) told += box.text + "|";
+    prompts.shown.clear();
+    for (std::size_t at; (at = told.find(directory.path())) != told.npos;) {
+      told.replace(at, directory.path().size(), "%");
+    }
+    return told;
+  }
 
   TempDirectory directory;
   ResourceModule module;
@@ -163,116 +177,93 @@ TEST(Documents, AreSavedInThePlaceOfTheFormerFileWhichSurvivesEveryFailure) {
   Session session;
   const std::string path = session.directory.Put("a.txt", "former");
   std::filesystem::permissions(path, std::filesystem::perms{0640});
-  Doc* const doc = session.Open();
+  Doc* const doc = session.New();
   doc->Change("abc");
-  EXPECT_TRUE(doc->DoSave((session.directory / "x/../a.txt").c_str()) == 0) << "no directory x";
   EXPECT_TRUE(doc->DoSave(path.c_str()) && doc->IsModified() == 0);
-  EXPECT_EQ(session.directory.Get("a.txt") + doc->GetTitle() + "|" + doc->GetPathName(),
-            "\x03"
-            "abca.txt|" +
-                path);
+  EXPECT_EQ(doc->GetTitle() + doc->GetPathName(), "a.txt" + path);
   EXPECT_TRUE(session.directory.Mode("a.txt") == 0640 && session.directory.Count() == 1);
-  session.prompts.Told();
 
   FailingFiles files;
-  const auto full = [&] { files.refusal = {platform::ErrorKind::kNoSpace, 28}; };
-  using Told = const char*;
-  for (const auto& [fails, told] : Rows<std::function<void()>, Told>{
+  for (const auto& [fails, told] : Rows<std::function<void()>, std::string>{
            {[] { throw CFileException(CFileException::accessDenied); },
-            "% can not be written.  It is protected or in use.|"},
+            "@ can not be written.  It is protected or in use.|"},
            {[] { throw CArchiveException(CArchiveException::badClass); },
-            "% does not have the expected format.|"},
+            "@ does not have the expected format.|"},
            {[] { throw CArchiveException(CArchiveException::writeOnly); },
             "Failed to save document.|"},
            {[] { throw std::bad_alloc(); }, "Failed to save document.|"},
            {[] { throw CUserException(); }, ""},
-           {full, "There is no room left on the disk for %.|"}}) {
-    for (const char* const name : {"a.txt", "new.txt"}) {
-      const std::string to = session.directory / name;
+           {[&] {
+              files.refusal = {platform::ErrorKind::kNoSpace, 28};
+            },
+            "There is no room left on the disk for @.|"}}) {
+    for (const std::string name : {"a.txt", "new.txt"}) {
       g_at["serialize"] = fails;
       doc->Change("lost");
-      EXPECT_FALSE(doc->DoSave(to.c_str()));
+      EXPECT_FALSE(doc->DoSave(session.Path(name).c_str()));
       std::string expected = told;
-      if (const auto at = expected.find('%'); at != expected.npos) expected.replace(at, 1, to);
-      EXPECT_EQ(session.prompts.Told(), expected);
-      EXPECT_EQ(session.directory.Get("a.txt") + session.directory.Get("new.txt"),
-                "\x03"
-                "abc(none)");
+      if (const auto at = told.find('@'); at != told.npos) expected.replace(at, 1, "%/" + name);
+      EXPECT_EQ(session.Told(), expected);
+      EXPECT_EQ(session.directory.Get("a.txt") + session.directory.Get("new.txt"), "abc(none)");
       EXPECT_TRUE(doc->IsModified() && doc->GetPathName() == path && doc->text == "lost");
     }
   }
   // One that is begun by other means than the archive's goes too.
-  files.refusal = {};
   g_at["serialize"] = [&] { session.directory.Put("begun", "half"), throw CUserException(); };
-  EXPECT_TRUE(!doc->DoSave((session.directory / "begun").c_str()));
+  EXPECT_FALSE(doc->DoSave(session.Path("begun").c_str()));
   EXPECT_EQ(session.directory.Get("begun"), "(none)");
 }
 
 TEST(Documents, AreLoadedOrToldAndDamagedFilesLeaveThemEmpty) {
   Session session;
-  Doc* const doc = session.Open();
-  for (const auto& [bytes, result, text, told] : Rows<std::string, int, const char*, const char*>{
-           {"\x03"
-            "abc",
-            1, "abc", ""},
-           {"", 1, "", ""},
-           {"\x05"
-            "ab",
-            0, "", "% does not have the expected format.|"},
-           {"(none)", 0, "kept", "%\nThe path or the file name is not valid.|"}}) {
-    const std::string path =
-        bytes == "(none)" ? session.directory / "none" : session.directory.Put("a", bytes);
+  Doc* const doc = session.New();
+  session.directory.Put("empty", "");
+  session.directory.Put("damaged", "!");
+  session.directory.Put("whole", "abc");
+  for (const auto& [name, text, told] : Cases<3>(R"(
+      whole => abc => ;; none => kept => %/none@The path or the file name is not valid.|
+      empty => => ;; damaged => => %/damaged does not have the expected format.|)")) {
     doc->Change("kept");
-    EXPECT_EQ(doc->OnOpenDocument(path.c_str()), result);
-    std::string expected = told;
-    if (!expected.empty()) expected.replace(0, 1, path);
-    EXPECT_EQ(session.prompts.Told() + "=" + static_cast<const char*>(doc->text),
-              expected + "=" + text);
-    EXPECT_EQ(doc->IsModified(), *text == 'k' ? 1 : 0);
+    EXPECT_EQ(doc->OnOpenDocument(session.Path(name).c_str()), told.empty() ? 1 : 0);
+    std::string shown = session.Told();
+    std::ranges::replace(shown, '\n', '@');
+    EXPECT_EQ(shown + static_cast<const char*>(doc->text), told + text);
+    EXPECT_EQ(doc->IsModified(), text == "kept" ? 1 : 0);
   }
 }
 
 TEST(Documents, AskToBeSavedWhereThePersonWantsIt) {
-  constexpr BoxButton kYes = BUTTON_YES, kNo = BUTTON_NO, kCancel = BUTTON_CANCEL;
-  // Which path it has ("r" is read-only) and which one is chosen; then the results.
-  for (const auto& [path, chosen, answer, saved, now, shown] :
-       Rows<std::string, std::string, BoxButton, int, const char*, const char*>{
-           {"", "b", kYes, 1, "b", "Save changes to Text1?|"},
-           {"", "", kYes, 0, "", "Save changes to Text1?|"},
-           {"a", "b", kYes, 1, "a", "Save changes to %/a?|"},
-           {"r", "b", kYes, 1, "b", "Save changes to %/r?|"},
-           {"r", "", kYes, 0, "r", "Save changes to %/r?|"},
-           {"a", "", kNo, 1, "a", "Save changes to %/a?|"},
-           {"a", "b", kCancel, 0, "a", "Save changes to %/a?|"}}) {
-    Session session({answer});
-    const auto in_directory = [&](const std::string& name) {
-      return name.empty() ? std::string() : session.directory / name;
-    };
-    Doc* const doc = session.Open();
+  // Its path, of which "r" is read-only, the one that is chosen and the answer; then whether it may
+  // be closed, its path, and what is asked about.
+  for (const auto& [path, chosen, answer, may_close, now, asked] : Cases<6>(R"(
+      => b => Yes => 1 => b => Text1   ;; => => Yes => 0 => => Text1
+      a => b => Yes => 1 => a => %/a   ;; r => b => Yes => 1 => b => %/r
+      r => => Yes => 0 => r => %/r     ;; a => => No => 1 => a => %/a
+      a => b => Cancel => 0 => a => %/a)")) {
+    const BoxButton button = answer == "Yes"  ? BUTTON_YES
+                             : answer == "No" ? BUTTON_NO
+                                              : BUTTON_CANCEL;
+    Session session({button});
+    Doc* const doc = session.New();
     EXPECT_TRUE(doc->SaveModified()) << "it hasn't been changed";
     session.directory.Put("r", "");
-    std::filesystem::permissions(session.directory / "r", std::filesystem::perms{0400});
-    if (!path.empty()) doc->SetPathName(in_directory(path).c_str());
-    session.prompts.chosen = in_directory(chosen);
+    std::filesystem::permissions(session.Path("r"), std::filesystem::perms{0400});
+    if (!path.empty()) doc->SetPathName(session.Path(path).c_str());
+    session.prompts.chosen = session.Path(chosen);
     doc->Change("x");
-    EXPECT_EQ(doc->SaveModified(), saved);
-    std::string told = shown;
-    if (const auto at = told.find('%'); at != told.npos) {
-      told.replace(at, 1, session.directory.path());
-    }
+    EXPECT_EQ(doc->SaveModified(), may_close == "1" ? 1 : 0);
     ASSERT_EQ(session.prompts.shown.size(), 1U);
     EXPECT_EQ(session.prompts.shown[0].type, BOX_YES_NO_CANCEL | BOX_EXCLAMATION);
-    EXPECT_EQ(session.prompts.Told(), told);
-    EXPECT_EQ(doc->GetPathName(), in_directory(now));
-    EXPECT_EQ(doc->IsModified(), saved && answer == kYes ? 0 : 1);
-    EXPECT_EQ(session.directory.Get(answer == kYes && saved ? now : "none"),
-              answer == kYes && saved ? "\x01x" : "(none)");
+    EXPECT_EQ(session.Told(), "Save changes to " + asked + "?|");
+    const bool saved = may_close == "1" && button == BUTTON_YES;
+    EXPECT_TRUE(doc->GetPathName() == session.Path(now) && doc->IsModified() == (saved ? 0 : 1));
+    EXPECT_EQ(session.directory.Get(saved ? now : "none"), saved ? "x" : "(none)");
   }
 }
 
 TEST(Documents, ProposeAPathOfTheirKindAndACopyLeavesThemAsTheyAre) {
   Session session;
-  Doc* const doc = session.Open();
+  Doc* const doc = session.New();
   doc->SetTitle("My/ text: 1");
   EXPECT_FALSE(doc->DoSave(nullptr));
   const platform::FileQuestion& asked = session.prompts.file;
@@ -280,9 +271,52 @@ TEST(Documents, ProposeAPathOfTheirKindAndACopyLeavesThemAsTheyAre) {
   ASSERT_TRUE(!asked.open && asked.ask_to_replace && asked.kinds.size() == 2U);
   EXPECT_EQ(asked.kinds[0].patterns + asked.kinds[1].name, "*.txt;*.LOGAll Files (*.*)");
   doc->Change("x");
-  EXPECT_TRUE(doc->DoSave((session.directory / "copy").c_str(), 0));
+  EXPECT_TRUE(doc->DoSave(session.Path("copy").c_str(), 0));
   EXPECT_EQ(doc->GetTitle() + doc->GetPathName() + session.directory.Get("copy").c_str(),
-            "My/ text: 1\x01x");
+            "My/ text: 1x");
+}
+
+/// Keeps what it is given, and the bytes of its files, and answers as it is told to.
+struct ScriptedMail : platform::Mail {
+  platform::Result<platform::MailOutcome> Send(const platform::MailMessage& message) override {
+    got = message.subject + "|";
+    for (const auto& [path, name] : message.attachments) {
+      std::string bytes;
+      EXPECT_TRUE(platform::Current().files->ReadAll(paths.emplace_back(path), bytes).ok());
+      got += name + "=" + bytes;
+    }
+    return answer;
+  }
+  std::string got;
+  std::vector<std::string> paths;
+  platform::Result<platform::MailOutcome> answer{platform::MailOutcome::kHandedOver};
+};
+
+TEST(Documents, AreMailedAsTheyStandByTheirOwnFileOrATemporaryOne) {
+  Session session;
+  ScriptedMail mail;
+  const platform::ScopedPlatform scope(With(&platform::Platform::mail, &mail));
+  Doc* const doc = session.New();
+  doc->text = "new";
+  session.Command(ID_FILE_SEND_MAIL);
+  EXPECT_EQ(mail.got, "Text1|Text1.txt=new");
+  EXPECT_TRUE(doc->DoSave(session.Path("a").c_str()));
+  session.Command(ID_FILE_SEND_MAIL);
+  EXPECT_EQ(mail.got + mail.paths[1], "a|a=new" + session.Path("a"));
+  doc->Change("more");
+  mail.answer = platform::MailOutcome::kNoProgram;
+  session.Command(ID_FILE_SEND_MAIL);
+  mail.answer = platform::Error{platform::ErrorKind::kNotFound, 2};
+  session.Command(ID_FILE_SEND_MAIL);
+  EXPECT_EQ(mail.got + session.Told(),
+            "a|a=moreThere is no mail program.|"
+            "The mail could not be sent: No such file or directory.|");
+  EXPECT_TRUE(doc->IsModified() && doc->GetPathName() == session.Path("a"));
+  EXPECT_EQ(session.directory.Get("a"), "new");
+  for (const int at : {0, 2, 3}) EXPECT_FALSE(std::filesystem::exists(mail.paths[at]));
+  g_at["serialize"] = [] { throw CUserException(); };
+  session.Command(ID_FILE_SEND_MAIL);
+  EXPECT_EQ(mail.paths.size(), 4U) << "what can't be saved isn't sent";
 }
 
 TEST(DocTemplate, KnowsItsFilesAndLeavesNothingOfWhatCannotBeMade) {
@@ -291,7 +325,7 @@ TEST(DocTemplate, KnowsItsFilesAndLeavesNothingOfWhatCannotBeMade) {
   EXPECT_TRUE(session.kind->GetDocString(text, CDocTemplate::regFileTypeName) && text == "A Text");
   EXPECT_FALSE(
       CMultiDocTemplate(1, nullptr, nullptr, nullptr).GetDocString(text, CDocTemplate::docName));
-  Doc* const open = session.Open(session.directory.Put("o.x", "").c_str());
+  Doc* const open = session.Open("o.x");
   CDocument* found = nullptr;
   std::string matches;
   for (const char* const path : {"/a.TXT", "/a.log", "/a.txt/b", "/a.sql", "", "/a"}) {
@@ -304,29 +338,27 @@ TEST(DocTemplate, KnowsItsFilesAndLeavesNothingOfWhatCannotBeMade) {
   EXPECT_EQ(session.kind->MatchDocType("C:\\data\\a.B", found), CDocTemplate::yesAlreadyOpen);
 
   const int before = g_alive;
-  const CRuntimeClass* const kDoc = RUNTIME_CLASS(Doc);
-  const CRuntimeClass* const kFrame = RUNTIME_CLASS(Child);
-  const CRuntimeClass* const kView = RUNTIME_CLASS(View);
+  using Class = const CRuntimeClass*;
+  const Class kDoc = RUNTIME_CLASS(Doc), kFrame = RUNTIME_CLASS(Child), kView = RUNTIME_CLASS(View);
+  const Class kNone = nullptr, kAbstract = RUNTIME_CLASS(CView);
   for (const auto& [of_document, of_frame, of_view] :
-       Rows<const CRuntimeClass*, const CRuntimeClass*, const CRuntimeClass*>{
-           {nullptr, kFrame, kView},
-           {kView, kFrame, kView},
-           {kDoc, nullptr, kView},
-           {kDoc, kDoc, kView},
-           {kDoc, kFrame, kDoc},
-           {kDoc, RUNTIME_CLASS(CView), kView}}) {
+       Rows<Class, Class, Class>{{kNone, kFrame, kView},
+                                 {kView, kFrame, kView},
+                                 {kDoc, kNone, kView},
+                                 {kDoc, kDoc, kView},
+                                 {kDoc, kFrame, kDoc},
+                                 {kDoc, kFrame, kAbstract}}) {
     CMultiDocTemplate broken(129, of_document, of_frame, of_view);
     EXPECT_EQ(broken.OpenDocumentFile(nullptr), nullptr);
-    EXPECT_EQ(session.prompts.Told(), "Failed to create empty document.|");
+    EXPECT_EQ(session.Told(), "Failed to create empty document.|");
     EXPECT_TRUE(broken.GetDocuments().empty() && g_alive == before);
   }
+  // A frame without views leaves a document that fails neither.
   g_at["refuse"] = {};
-  EXPECT_TRUE(session.Open() == nullptr && g_alive == before);
-  EXPECT_EQ(session.Open((session.directory / "none").c_str()), nullptr);
-  EXPECT_TRUE(g_alive == before && session.kind->GetDocuments().size() == 1U);
-  // A frame without views leaves a document that fails too.
   CMultiDocTemplate bare(129, kDoc, kFrame, nullptr);
-  EXPECT_TRUE(bare.OpenDocumentFile(nullptr) == nullptr && g_alive == before);
+  EXPECT_TRUE(session.New() == nullptr && bare.OpenDocumentFile(nullptr) == nullptr);
+  EXPECT_EQ(session.Open("damaged", "!"), nullptr);
+  EXPECT_TRUE(g_alive == before && session.Count() == 1);
 }
 
 TEST(DocTemplate, WhateverClosesWhatIsBeingMadeNothingOfItIsLeft) {
@@ -342,27 +374,25 @@ TEST(DocTemplate, WhateverClosesWhatIsBeingMadeNothingOfItIsLeft) {
       for (const CRuntimeClass* const frame : {RUNTIME_CLASS(Child), RUNTIME_CLASS(Top)}) {
         SCOPED_TRACE(std::string(moment) + ", " + what + ", " + frame->m_lpszClassName);
         Session session({}, frame);
-        const std::string path = session.directory.Put("a", "");
         bool once = true;
         g_at[moment] = [&once, run = action] {
           if (std::exchange(once, false)) run();
         };
-        const Doc* const made = session.Open(moment == std::string("new") ? nullptr : path.c_str());
-        EXPECT_TRUE(made == nullptr && session.kind->GetDocuments().empty()) << moment << what;
+        const Doc* const made = moment == std::string("new") ? session.New() : session.Open("a");
+        EXPECT_TRUE(made == nullptr && session.Count() == 0);
       }
     }
     // One whose template goes lives on without it.
     Session session;
     g_at[moment] = [&] { static_cast<Manager&>(*session.app.m_pDocManager).Clear(); };
-    const std::string path = session.directory.Put("a", "");
-    Doc* const made = session.Open(moment == std::string("new") ? nullptr : path.c_str());
+    const Doc* const made = moment == std::string("new") ? session.New() : session.Open("a");
     EXPECT_TRUE(made != nullptr && made->GetDocTemplate() == nullptr) << moment;
   }
 }
 
 TEST(DocTemplate, SeveralFramesOfADocumentAreNumberedAndOnlyTheLastAsks) {
   Session session({BUTTON_CANCEL, BUTTON_NO});
-  Doc* const doc = session.Open();
+  Doc* const doc = session.New();
   CFrameWnd& first = doc->Frame();
   CFrameWnd* const second = session.kind->CreateNewFrame(doc, &first);
   ASSERT_NE(second, nullptr);
@@ -373,12 +403,12 @@ TEST(DocTemplate, SeveralFramesOfADocumentAreNumberedAndOnlyTheLastAsks) {
   int told = 0;
   g_at["before close"] = [&] { ++told; };
   second->SendMessage(WM_CLOSE);
-  EXPECT_EQ(first.GetWindowText() + session.prompts.Told().c_str(), "Text1");
-  session.main.SendMessage(WM_COMMAND, ID_FILE_CLOSE);
+  EXPECT_EQ(first.GetWindowText() + session.Told().c_str(), "Text1");
+  session.Command(ID_FILE_CLOSE);
   EXPECT_TRUE(doc->GetViews().size() == 1 && doc->text == "x" && told == 1);
-  session.main.SendMessage(WM_COMMAND, ID_FILE_CLOSE);
-  EXPECT_TRUE(session.kind->GetDocuments().empty() && told == 2 && g_alive == 0);
-  EXPECT_EQ(session.main.GetWindowText() + session.prompts.Told().c_str(),
+  session.Command(ID_FILE_CLOSE);
+  EXPECT_TRUE(session.Count() == 0 && told == 2 && g_alive == 0);
+  EXPECT_EQ(session.main.GetWindowText() + session.Told().c_str(),
             "ToolSave changes to Text1?|Save changes to Text1?|");
 }
 
@@ -388,64 +418,56 @@ TEST(DocTemplate, ShowsItsMenuAndTakesItsKeysWhileADocumentIsActive) {
   plain->InitialUpdateFrame(nullptr, true);
   const auto shown = [&] { return session.main.GetMenu()->GetMenuItemID(0); };
   std::string menus = std::to_string(shown());
-  Doc* const doc = session.Open();
+  Doc* const doc = session.New();
   menus += " " + std::to_string(shown());
   MSG key{.hwnd = session.main.GetSafeHwnd(), .message = WM_KEYDOWN, .wParam = VK_F1 + 5};
   EXPECT_TRUE(doc->GetDefaultAccelerators() != nullptr && PreTranslateInput(key));
-  EXPECT_TRUE(session.kind->GetDocuments().empty()) << "the key closes it";
+  EXPECT_EQ(session.Count(), 0U) << "the key closes it";
   menus += " " + std::to_string(shown());
-  session.Open();
+  session.New();
   static_cast<Manager&>(*session.app.m_pDocManager).Clear();
   EXPECT_EQ(menus + " " + std::to_string(shown()), "40002 40001 40002 40002");
   plain->DestroyWindow();
 }
 
 TEST(Application, ClosesOnlyWhenAllThatWasChangedIsSavedOrGivenUp) {
-  // The answers, and then whether the program goes on, and the files.
+  // Whether it goes on, and the files.
   for (const auto& [first, second, fails, goes_on, files] :
        Rows<BoxButton, BoxButton, bool, bool, const char*>{
-           {BUTTON_YES, BUTTON_YES, false, false,
-            "\x01"
-            "A\x01"
-            "B"},
-           {BUTTON_NO, BUTTON_YES, false, false,
-            "\x01"
-            "B"},
+           {BUTTON_YES, BUTTON_YES, false, false, "AB"},
+           {BUTTON_NO, BUTTON_YES, false, false, "B"},
            {BUTTON_NO, BUTTON_NO, false, false, ""},
-           {BUTTON_YES, BUTTON_CANCEL, false, true,
-            "\x01"
-            "A"},
+           {BUTTON_YES, BUTTON_CANCEL, false, true, "A"},
            {BUTTON_CANCEL, BUTTON_NO, false, true, ""},
            {BUTTON_NO, BUTTON_YES, true, true, ""}}) {
     Session session({first, second});
     FailingFiles failing;
     if (fails) failing.refusal = {platform::ErrorKind::kNoSpace, 28};
-    Doc* const a = session.Open(session.directory.Put("a", "").c_str());
-    Doc* const b = session.Open(session.directory.Put("b", "").c_str());
+    Doc *const a = session.Open("a"), *const b = session.Open("b");
     a->Change("A");
     b->Change("B");
-    session.main.SendMessage(WM_COMMAND, ID_APP_EXIT);
+    session.Command(ID_APP_EXIT);
     EXPECT_EQ(session.main.GetSafeHwnd() != nullptr, goes_on);
     EXPECT_EQ(session.directory.Get("a") + session.directory.Get("b"), files);
-    EXPECT_EQ(session.kind->GetDocuments().size(), goes_on ? 2U : 0U);
+    EXPECT_EQ(session.Count(), goes_on ? 2U : 0U);
     EXPECT_TRUE(!goes_on || (a->text == "A" && b->text == "B"));
   }
   // A main frame with a document of its own asks for that one once.
   Session session({BUTTON_NO, BUTTON_NO, BUTTON_CANCEL}, RUNTIME_CLASS(Top));
-  for (const char* const text : {"A", "B"}) session.Open()->Change(text);
+  for (const char* const text : {"A", "B"}) session.New()->Change(text);
   session.app.m_pMainWnd = &Doc::last->Frame();
   session.app.m_pMainWnd->SendMessage(WM_CLOSE);
-  EXPECT_EQ(session.prompts.Told(), "Save changes to Text2?|Save changes to Text1?|");
-  EXPECT_TRUE(session.kind->GetDocuments().empty());
+  EXPECT_EQ(session.Told(), "Save changes to Text2?|Save changes to Text1?|");
+  EXPECT_EQ(session.Count(), 0U);
   session.app.m_pMainWnd = &session.main;
 }
 
 TEST(Application, EndsItsSessionByAskingAndThenWithoutQuestionsAndIdlesWithItsDocuments) {
   Session session({BUTTON_CANCEL, BUTTON_NO});
-  session.Open()->Change("a");
+  session.New()->Change("a");
+  session.New();
   std::string idle;
   g_at["idle"] = [&] { idle += '.'; };
-  Doc* const other = session.Open();
   PumpUntilIdle();
   g_at["idle"] = [&] { idle += ':', session.app.CloseAllDocuments(); };
   EXPECT_EQ(session.main.SendMessage(WM_QUERYENDSESSION), 0);
@@ -453,11 +475,10 @@ TEST(Application, EndsItsSessionByAskingAndThenWithoutQuestionsAndIdlesWithItsDo
   EXPECT_EQ(session.main.SendMessage(WM_ENDSESSION, 0), 0);
   EXPECT_EQ(session.app.m_pDocManager->GetOpenDocumentCount(), 2);
   PumpUntilIdle();
-  EXPECT_EQ(idle, "..:");
-  session.Open()->Change("b");
+  session.New()->Change("b");
   session.main.SendMessage(WM_ENDSESSION, 1);
-  EXPECT_TRUE(session.app.m_pDocManager->GetOpenDocumentCount() == 0 && other == other);
-  EXPECT_EQ(session.prompts.Told(), "Save changes to Text1?|Save changes to Text1?|");
+  EXPECT_EQ(session.app.m_pDocManager->GetOpenDocumentCount(), 0);
+  EXPECT_EQ(idle + session.Told(), "..:Save changes to Text1?|Save changes to Text1?|");
 }
 
 struct Stub : CDocTemplate {
@@ -487,19 +508,19 @@ TEST(DocManager, OpensAFileByTheSurestTemplateAndOnceOnly) {
     }
     EXPECT_EQ(manager.OpenDocumentFile("\"/d/x/../a b\" more"), nullptr);
     EXPECT_EQ(got, log);
-    EXPECT_EQ(session.prompts.Told(), log.size() < 2 ? "Failed to open document.|" : "");
+    EXPECT_EQ(session.Told(), log.size() < 2 ? "Failed to open document.|" : "");
   }
   int read = 0;
   g_at["open"] = [&] { ++read; };
-  const std::string path = session.directory.Put("a.txt", "\x01x");
+  const std::string path = session.directory.Put("a.txt", "x");
   CDocument* const doc = session.app.OpenDocumentFile(path.c_str());
-  session.Open();
+  session.New();
   CFrameWnd* const frame = doc->GetFirstView()->GetParentFrame();
   for (CFrameWnd* const each : {frame, static_cast<CFrameWnd*>(&session.main)}) {
     each->ShowWindow(SW_SHOWMINIMIZED);
   }
   session.prompts.chosen = path;
-  session.main.SendMessage(WM_COMMAND, ID_FILE_OPEN);
+  session.Command(ID_FILE_OPEN);
   EXPECT_TRUE(session.prompts.file.open && session.prompts.file.file_must_exist);
   EXPECT_TRUE(read == 1 && session.main.MDIGetActive() == frame);
   EXPECT_FALSE(frame->IsIconic() || session.main.IsIconic());
@@ -526,7 +547,7 @@ TEST(DocManager, AsksWhichKindOfDocumentToMakeWhereThereAreSeveral) {
       EXPECT_TRUE(view.Press(by));
     };
     Doc::last = nullptr;
-    session.main.SendMessage(WM_COMMAND, ID_FILE_NEW);
+    session.Command(ID_FILE_NEW);
     EXPECT_EQ(offered, "New|Text File|Note File");
     EXPECT_EQ(Doc::last == nullptr ? CString() : Doc::last->GetTitle(), made);
   }
@@ -589,28 +610,22 @@ TEST(RecentFiles, StandInTheProfileAndTheMenuTheLatestFirst) {
 TEST(RecentFiles, OpenByTheirCommandsAndLeaveTheListWhenTheyAreGone) {
   Session session;
   session.app.LoadStdProfileSettings(99);
-  CRecentFileList& recent = *session.app.m_pRecentFileList;
-  EXPECT_EQ(recent.GetSize(), 16);
-  while (recent.GetCount() > 0) recent.Remove(0);
-  const std::string path = session.directory.Put("a", "");
-  session.Open(path.c_str())->OnCloseDocument();
-  session.app.AddToRecentFileList((session.directory / "gone").c_str());
-  session.main.SendMessage(WM_COMMAND, ID_FILE_MRU_FIRST);
-  EXPECT_EQ(session.prompts.Told(),
-            session.directory / "gone" + "\nThe path or the file name is not valid.|");
-  EXPECT_TRUE(recent.GetCount() == 1 && recent[0] == path && recent.Find(path.c_str()) == 0);
+  const CRecentFileList& recent = *session.app.m_pRecentFileList;
+  session.Open("a")->OnCloseDocument();
+  const std::string path = session.Path("a");
+  session.app.AddToRecentFileList(session.Path("gone").c_str());
+  session.Command(ID_FILE_MRU_FIRST);
+  EXPECT_EQ(session.Told(), "%/gone\nThe path or the file name is not valid.|");
+  EXPECT_TRUE(recent.GetSize() == 16 && recent.GetCount() == 1 && recent[0] == path);
   for (const int offset : {1, 0}) {
-    session.main.SendMessage(WM_COMMAND, static_cast<WPARAM>(ID_FILE_MRU_FIRST + offset));
-    EXPECT_EQ(session.kind->GetDocuments().size(), offset == 0 ? 1U : 0U);
+    session.Command(ID_FILE_MRU_FIRST + offset);
+    EXPECT_EQ(session.Count(), offset == 0 ? 1U : 0U);
   }
-  CRecentFileList kept(0, "Recent File List", "File%d", 4);
-  kept.ReadList();
+  CRecentFileList kept(0, "Recent File List", "File%d", 4), unnamed(0, "", "File%d", 4),
+      unnumbered(0, "Recent File List", "File", 4);
+  for (CRecentFileList* const each : {&kept, &unnamed, &unnumbered}) each->ReadList();
   EXPECT_TRUE(kept.GetCount() == 1 && kept[0] == path && kept[1].IsEmpty());
-  CRecentFileList unnamed(0, "", "File%d", 4), unnumbered(0, "Recent File List", "File", 4);
-  for (CRecentFileList* const each : {&unnamed, &unnumbered}) {
-    each->ReadList();
-    EXPECT_TRUE(each->GetCount() == 0 && each->WriteList());
-  }
+  EXPECT_TRUE(unnamed.GetCount() + unnumbered.GetCount() == 0 && unnumbered.WriteList());
 }
 
 }  // namespace

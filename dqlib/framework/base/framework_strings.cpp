@@ -33,6 +33,8 @@ constexpr StringRow kStrings[] = {
     {61732, "%1 can not be written.  It is protected or in use."},
     {61733, "An error occurred while %1 was read."},
     {61734, "An error occurred while %1 was written."},
+    {61825, "There is no mail program."},
+    {61827, "The mail could not be sent: %1."},
     {61840, "There was no error"},
     {61841, "The system gave no reason"},
     {61842, "The file was not found"},

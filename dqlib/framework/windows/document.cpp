@@ -1,8 +1,10 @@
 #include "dqlib/framework/windows/document.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "dqlib/framework/base/archive.h"
+#include "dqlib/framework/base/error_text.h"
 #include "dqlib/framework/windows/data_exchange.h"
 #include "dqlib/framework/windows/doc_manager.h"
 #include "dqlib/framework/windows/file_failure.h"
@@ -22,6 +24,19 @@ using Self = detail::WatchedObject<CDocument>;
 namespace {
 
 platform::Files& Files() { return *platform::Current().files; }
+
+/// A new file for a while.
+struct TemporaryFile {
+  platform::Result<std::string> path = Files().MakeTempFile(Files().TempDirectory(), "afx");
+
+  TemporaryFile() = default;
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+  ~TemporaryFile() {
+    // What can't be removed is left to the system, as all that stands there.
+    if (path.ok()) static_cast<void>(Files().Delete(path.value));
+  }
+};
 
 }  // namespace
 
@@ -202,9 +217,12 @@ BOOL CDocument::DoFileSave() {
   return DoSave(read_only ? nullptr : static_cast<const char*>(m_strPathName));
 }
 
-/// What the person who is asked for a path finds there.
-CString CDocument::ProposedPath(bool replace) const {
-  if (!m_strPathName.IsEmpty() || !replace) return m_strPathName;
+/// The name of its file, or without one that of a file it could have.
+CString CDocument::ProposedName() const {
+  if (!m_strPathName.IsEmpty()) {
+    const platform::PathParts parts = platform::SplitPath(m_strPathName.View());
+    return CString(parts.name + parts.extension);
+  }
   constexpr std::string_view kNotInNames = "\\/:*?\"<>|";
   std::string name(m_strTitle.View());
   std::erase_if(name, [&](char each) {
@@ -221,7 +239,7 @@ BOOL CDocument::DoSave(const char* path, BOOL replace) {
   const Self self(this);
   CString target = path;
   if (target.IsEmpty()) {
-    target = ProposedPath(replace != 0);
+    target = m_strPathName.IsEmpty() ? ProposedName() : m_strPathName;
     CWinApp* const app = AfxGetApp();
     constexpr DWORD kFlags = OFN_HIDEREADONLY | OFN_PATHMUSTEXIST | OFN_OVERWRITEPROMPT;
     const bool chosen =
@@ -246,11 +264,41 @@ void CDocument::OnFileClose() {
   if (SaveModified() && self) OnCloseDocument();
 }
 
+void CDocument::OnFileSendMail() {
+  const Self self(this);
+  platform::MailMessage message{
+      .subject = std::string(m_strTitle.View()),
+      .attachments = {{std::string(m_strPathName.View()), std::string(ProposedName().View())}}};
+  std::optional<TemporaryFile> temporary;
+  if (m_strPathName.IsEmpty() || IsModified()) {
+    const platform::Result<std::string>& path = temporary.emplace().path;
+    if (!path.ok()) {
+      CFileException refused(CFileException::CauseOf(path.error));
+      return ReportSaveLoadException(Files().TempDirectory().c_str(), &refused, true,
+                                     IDS_SAVE_FAILED);
+    }
+    const BOOL modified = IsModified();
+    const BOOL saved = DoSave(path.value.c_str(), 0);
+    if (self) SetModifiedFlag(modified);
+    if (!saved || !self) return;
+    message.attachments[0].path = path.value;
+  }
+  const auto sent = platform::Current().mail->Send(message);
+  if (!sent.ok()) {
+    CString text;
+    AfxFormatString1(text, IDS_MAIL_NOT_SENT, detail::ErrorText(sent.error).c_str());
+    AfxMessageBox(text, BOX_EXCLAMATION, IDS_MAIL_NOT_SENT);
+  } else if (sent.value == platform::MailOutcome::kNoProgram) {
+    AfxMessageBox(IDS_NO_MAIL_PROGRAM, BOX_EXCLAMATION);
+  }
+}
+
 bool CDocument::CallMapped(const HandlerKey& key, HandlerArguments& arguments) {
   static constexpr MessageMapEntry kEntries[] = {
       CommandEntry<&CDocument::OnFileClose>(ID_FILE_CLOSE),
       CommandEntry<&CDocument::OnFileSave>(ID_FILE_SAVE),
       CommandEntry<&CDocument::OnFileSaveAs>(ID_FILE_SAVE_AS),
+      CommandEntry<&CDocument::OnFileSendMail>(ID_FILE_SEND_MAIL),
   };
   return CallEntry(kEntries, *this, key, arguments) || CCmdTarget::CallMapped(key, arguments);
 }

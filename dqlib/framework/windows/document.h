@@ -99,6 +99,9 @@ class CDocument : public CCmdTarget {
   /// becomes the document's own. False if that failed or was cancelled; a file that this has begun
   /// is gone then.
   virtual BOOL DoSave(const char* path, BOOL replace = 1);
+  /// Mails the document's file. The base hands it to the person's mail program, saved to a
+  /// temporary file if it is modified or has none; what fails is told the person.
+  virtual void OnFileSendMail();
   /// Expires when the document goes, for who calls handlers that may close it.
   std::weak_ptr<const void> GetLife() const { return m_life; }
 
@@ -112,7 +115,7 @@ class CDocument : public CCmdTarget {
  protected:
   friend class CDocTemplate;
 
-  /// The commands Save, Save As and Close.
+  /// The commands Save, Save As, Close and Send Mail.
   bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override;
   /// A view has come or gone. The base closes a document without views, if `m_bAutoDelete`, and
   /// numbers the frames.
@@ -131,7 +134,7 @@ class CDocument : public CCmdTarget {
   void OnFileSave() { DoFileSave(); }
   void OnFileSaveAs() { DoSave(nullptr); }
   void OnFileClose();
-  CString ProposedPath(bool replace) const;
+  CString ProposedName() const;
   std::vector<CFrameWnd*> Frames() const;
 
   CDocTemplate* m_pDocTemplate = nullptr;
