@@ -1,4 +1,10 @@
 // Changes in directories, as they happen.
+//
+//   const HANDLE watch = notifications.Open(directory, false, CHANGE_SIZE).value;
+//   ... a thread:
+//   while (notifications.Wait(watch).value == ChangeNotice::kChanged) Tell();
+//   ... another one:
+//   notifications.Interrupt(watch);
 
 #pragma once
 
@@ -24,12 +30,11 @@ namespace platform {
 
 /// How a wait for a change has ended.
 enum class ChangeNotice {
-  /// Something has changed since the last wait or the begin of the watch; what, and how often,
-  /// isn't
-  /// told. It comes too when more has happened at once than the system keeps.
-  kChanged,
-  /// By `Interrupt` or `Close`.
+  /// By `Interrupt` or `Close`, or by an error.
   kInterrupted,
+  /// Something has changed since the last wait or the begin of the watch; what, and how often,
+  /// isn't told. It comes too when more has happened at once than the system keeps.
+  kChanged,
   /// The directory was removed or renamed, or its volume was taken away. Nothing more will come.
   kGone,
 };

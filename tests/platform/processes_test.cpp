@@ -351,6 +351,22 @@ TEST(Prompts, DialogIsAskedControlByControlAndAgainWhileItStaysOpen) {
   EXPECT_TRUE(nobody.standard_error.starts_with("Log\x1bin\n<")) << nobody.standard_error;
 }
 
+TEST(Prompts, FilesAreChosenOnTheTerminalAndTheEndOfInputChoosesNone) {
+  const auto choose = [] {
+    const FileQuestion question{
+        .folder = "/nowhere", .name = "a", .kinds = {{"B", "*.b"}, {"C", "*.c"}}, .kind = 2};
+    const auto chosen = System().prompts->ChooseFile(question);
+    return chosen ? chosen->kind * 100 + static_cast<int>(chosen->paths.front().size()) : 0;
+  };
+  const Outcome outcome = Ask(kTerminal, "new\n1\n\n", choose);
+  EXPECT_EQ(outcome.button, 112) << "/nowhere/new of the first kind";
+  EXPECT_EQ(outcome.terminal,
+            "Open\r\nLook in: /nowhere\r\nFile name [a]: new\r\n  1 B\r\n  2 C\r\n"
+            "Files of type [C]: 1\r\n[OK] / Cancel: \r\n");
+  EXPECT_EQ(Ask(kTerminal, "\n\x04", choose).button, 0);
+  EXPECT_EQ(Ask(kNone, "", choose).standard_error, "Open\n");
+}
+
 TEST(Prompts, AnswerIsAWordOrItsFirstLetterAndElseTheDefaultIsTaken) {
   constexpr UINT kSecond = BOX_DEFAULT_SECOND, kLast = BOX_DEFAULT_THIRD, kAll = BOX_YES_NO_CANCEL;
   constexpr UINT kNo = BOX_YES_NO | kSecond, kRisk = BOX_ABORT_RETRY_IGNORE;

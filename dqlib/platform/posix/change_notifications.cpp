@@ -72,13 +72,15 @@ class EventReader {
  private:
   void Run() {
     std::array<pollfd, 2> waits{{{inotify_.get(), POLLIN, 0}, {wake_.get(), POLLIN, 0}}};
-    for (;;) {
+    for (Error refused; refused.ok();) {
       if (poll(waits.data(), waits.size(), -1) < 0 && errno == EINTR) continue;
       if (waits[1].revents != 0) return;
       const ssize_t size = read(inotify_.get(), buffer_.data(), buffer_.size());
       if (size < 0 && errno == EINTR) continue;
+      if (size < 0) refused = ErrorFromErrno(errno);
       const std::lock_guard lock(mutex_);
       try {
+        if (!refused.ok()) watches_.Fail(refused);
         watches_.Handle({buffer_.data(), size > 0 ? static_cast<std::size_t>(size) : 0});
       } catch (const std::exception&) {
         watches_.Fail(ErrorOfException());
