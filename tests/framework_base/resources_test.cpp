@@ -41,7 +41,7 @@ TEST_F(ResourceChain, StringIsTheCurrentModulesThenTheNewestLinkedOnesThenTheFra
     const auto text = FrameworkModule().String(id);
     if (text) all += std::to_string(id) + "=" + std::string(*text) + "\n";
   }
-  EXPECT_EQ(platform::Checksum(all), 0x3C7D1933U) << all;
+  EXPECT_EQ(platform::Checksum(all), 0xE8443C5AU) << all;
 }
 
 TEST_F(ResourceChain, ATranslationComesBeforeItsModuleWhereverThatComes) {
