@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "apps/common/command_line.h"
+#include "apps/workbench/layer/desktop_services.h"
 #include "apps/workbench/layer/layer.h"
 #include "apps/workbench/layer/trace.h"
 #include "apps/workbench/main_frame.h"
@@ -63,6 +64,7 @@ int Run(bool traces) {
   Layer layer({.trace = traces ? &trace : nullptr,
                .picture_of = MainFrame::PictureOf,
                .when_lost = when_lost});
+  const DesktopServices services(layer);
   frame.emplace([&](const dqapps::LibraryDialog& dialog, const dqapps::DialogOutcome& outcome) {
     if (!traces) return;
     TraceLine line("outcome");

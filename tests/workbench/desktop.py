@@ -69,6 +69,7 @@ class Host:
         self.desktop = desktop
         self.windows = {}
         self.lines = []
+        self.batch = []
         self.focus = 0
         self.changed = threading.Condition()
         self.process = subprocess.Popen(
@@ -93,12 +94,15 @@ class Host:
 
     def take(self, line):
         event = line["event"]
-        if event == "window":
-            self.windows[line["window"]] = line
-        elif event == "gone":
-            self.windows.pop(line["window"], None)
-        elif event == "focus":
-            self.focus = line["window"]
+        if event in ("window", "gone"):
+            self.batch.append(line)
+        elif event == "settled":
+            for each in self.batch:
+                self.windows.pop(each["window"], None)
+                if each["event"] == "window":
+                    self.windows[each["window"]] = each
+            self.batch = []
+            self.focus = line["focus"]
         else:
             self.lines.append(line)
 

@@ -51,14 +51,8 @@ wxFrame& FrameMirror::frame() const { return static_cast<wxFrame&>(*native()); }
 wxTopLevelWindow* FrameMirror::MakeTopLevel(long style) {
   auto* const native = new wxFrame(nullptr, wxID_ANY, wxString(), wxDefaultPosition, wxSize(1, 1),
                                    style | wxMINIMIZE_BOX);
-  native->Bind(wxEVT_MENU_OPEN, [this](wxMenuEvent& event) {
-    if (menu_ != nullptr) menu_->NoteOpened(event.GetMenu());
-  });
   native->Bind(wxEVT_MENU_CLOSE,
                [this](wxMenuEvent&) { events_.looked_at(0, kMenuLeft, nullptr); });
-  native->Bind(wxEVT_MENU_HIGHLIGHT, [this](wxMenuEvent& event) {
-    if (menu_ != nullptr) menu_->NoteLookedAt(event.GetMenu(), event.GetMenuId());
-  });
   return native;
 }
 

@@ -4,7 +4,8 @@
 #include <gtk/gtk.h>
 #include <iterator>
 #include <string>
-#include <wx/menuitem.h>
+#include <utility>
+#include <wx/menu.h>
 #include <wx/tokenzr.h>
 
 namespace workbench {
@@ -52,6 +53,34 @@ void ShowAsRadio(wxMenuItem& item, bool radio) {
   GtkWidget* const native = item.GetMenuItem();
   if (!GTK_IS_CHECK_MENU_ITEM(native)) return;
   gtk_check_menu_item_set_draw_as_radio(GTK_CHECK_MENU_ITEM(native), radio ? TRUE : FALSE);
+}
+
+namespace {
+
+void OnMenuLeft(GtkMenuShell*, gpointer done) { (*static_cast<std::function<void()>*>(done))(); }
+
+}  // namespace
+
+bool DropMenu(wxMenu& menu, wxWindow& over, const wxPoint& at, std::function<void()> done) {
+  menu.SetInvokingWindow(&over);
+  GtkWidget* const native = menu.m_menu;
+  auto* const called = new std::function<void()>(std::move(done));
+  g_signal_connect_data(
+      native, "selection-done", G_CALLBACK(OnMenuLeft), called,
+      [](gpointer data, GClosure*) { delete static_cast<std::function<void()>*>(data); },
+      GConnectFlags{});
+  const wxPoint inside = over.ScreenToClient(at);
+  const GdkRectangle rect{inside.x, inside.y, 1, 1};
+  // Whatever the person did to have the menu is over; the toolkit wants to know who did it.
+  GdkWindow* const window = gtk_widget_get_window(over.GetHandle());
+  GdkSeat* const seat = gdk_display_get_default_seat(gdk_window_get_display(window));
+  GdkEvent* const trigger = gdk_event_new(GDK_BUTTON_PRESS);
+  trigger->button.window = GDK_WINDOW(g_object_ref(window));
+  gdk_event_set_device(trigger, gdk_seat_get_pointer(seat));
+  gtk_menu_popup_at_rect(GTK_MENU(native), window, &rect, GDK_GRAVITY_SOUTH_EAST,
+                         GDK_GRAVITY_NORTH_WEST, trigger);
+  gdk_event_free(trigger);
+  return gtk_widget_get_visible(native) != 0;
 }
 
 int MenuBarHeight() {

@@ -2,9 +2,13 @@
 
 #pragma once
 
+#include <functional>
+#include <wx/gdicmn.h>
 #include <wx/string.h>
 
+class wxMenu;
 class wxMenuItem;
+class wxWindow;
 
 namespace workbench {
 
@@ -14,6 +18,10 @@ void ShowKeys(wxMenuItem& item, const wxString& keys);
 
 /// Shows the mark of an item as that of a radio button.
 void ShowAsRadio(wxMenuItem& item, bool radio);
+
+/// Drops a menu down at a point of the screen; `done` is called from within the toolkit when it is
+/// left, behind what the person has chosen. False, and no call, if the toolkit refuses.
+bool DropMenu(wxMenu& menu, wxWindow& over, const wxPoint& at, std::function<void()> done);
 
 /// The height of a menu bar of one line, in the display's pixels.
 int MenuBarHeight();

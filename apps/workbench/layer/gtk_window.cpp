@@ -57,6 +57,21 @@ void FrameScrolled(wxWindow& window) {
   gtk_scrolled_window_set_shadow_type(GTK_SCROLLED_WINDOW(window.m_widget), GTK_SHADOW_IN);
 }
 
+void KeepBarsBeside(wxWindow& window) {
+  gtk_scrolled_window_set_overlay_scrolling(GTK_SCROLLED_WINDOW(window.m_widget), FALSE);
+}
+
+int ScrollBarWidth() {
+  GtkWidget* const bar = gtk_scrollbar_new(GTK_ORIENTATION_VERTICAL, nullptr);
+  g_object_ref_sink(bar);
+  int least = 0;
+  int width = 0;
+  gtk_widget_get_preferred_width(bar, &least, &width);
+  gtk_widget_destroy(bar);
+  g_object_unref(bar);
+  return width;
+}
+
 void EnableTab(wxNotebook& book, int index, bool enable) {
   if (GtkWidget* const label = TabLabel(book, index)) {
     gtk_widget_set_sensitive(label, enable ? TRUE : FALSE);

@@ -28,6 +28,10 @@ void WrapLabel(wxWindow& label);
 
 /// Draws a frame around a window with scroll bars.
 void FrameScrolled(wxWindow& window);
+/// Has the scroll bars of a window lie beside its client area, not over it.
+void KeepBarsBeside(wxWindow& window);
+/// How wide a scroll bar is, in the display's pixels.
+int ScrollBarWidth();
 
 /// A tab of a notebook, by its index from 0: whether a person may want its page, and where it lies
 /// in the notebook.

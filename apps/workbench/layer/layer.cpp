@@ -7,6 +7,7 @@
 
 #include "apps/workbench/layer/frame_mirror.h"
 #include "apps/workbench/layer/gtk_window.h"
+#include "apps/workbench/layer/menu_mirror.h"
 #include "apps/workbench/layer/pictures.h"
 #include "apps/workbench/layer/style.h"
 #include "apps/workbench/layer/top_level_mirror.h"
@@ -103,12 +104,11 @@ void Layer::OnWindowChange(CWnd& window, WindowChange change, const dq::ChangedR
     Forget(window);
     return;
   }
-  Entry& entry = EntryOf(window);
+  EntryOf(window);
   if (change == WindowChange::kFocus) ShowFocus();
   if (change == WindowChange::kActive) show_active_ = true;
   if (change == WindowChange::kReplaced) {
-    if (entry.changes.empty()) changed_.push_back(window.GetSafeHwnd());
-    entry.changes = Changes::All();
+    MarkAll(window);
   } else {
     Mark(window, change);
   }
@@ -127,6 +127,7 @@ void Layer::Forget(const CWnd& window) {
 
 void Layer::OnMenuChange(dq::HMENU menu, dq::MenuChange, const dq::ChangedRange&) {
   for (FrameMirror* const frame : frames_) show_menus_ = frame->MarkMenu(menu) || show_menus_;
+  if (tracked_menu_ != nullptr) show_menus_ = tracked_menu_->Mark(menu) || show_menus_;
 }
 
 // ---- What the toolkit shows
@@ -139,8 +140,10 @@ void Layer::Update() {
   // have ended before their parents, whose windows would end them.
   ended_.clear();
   UpdateFocus();
+  UpdateCapture();
   if (std::exchange(show_menus_, false)) {
     for (FrameMirror* const frame : frames_) frame->UpdateMenu();
+    if (tracked_menu_ != nullptr) tracked_menu_->Update();
   }
   showing_ = false;
 }
@@ -164,6 +167,8 @@ void Layer::ShowWindow(Entry& entry) {
   Changes changes = std::exchange(entry.changes, {});
   if (changes.empty()) return;
   CWnd& window = *entry.window;
+  // A top-level window is made with all in it when it is shown.
+  if (entry.mirror == nullptr && !IsDrawn(window)) return;
   if (host_.trace != nullptr) traced_.insert(window.GetSafeHwnd());
   const bool is_moved = changes.Has(WindowChange::kOrder) && entry.mirror != nullptr &&
                         entry.mirror->parent() != window.GetParent();
@@ -188,8 +193,29 @@ Mirror* Layer::MirrorOf(Entry& entry) {
   std::unique_ptr<Mirror> made = MakeMirror(*this, window);
   if (made == nullptr) return nullptr;
   made->Make(inside);
+  Mirror* const mirror = made.get();
   entry.mirror = std::move(made);
-  return entry.mirror.get();
+  if (window.GetParent() == nullptr) MarkChildren(window);
+  return mirror;
+}
+
+/// Marks all that the windows in it have to show.
+void Layer::MarkChildren(CWnd& window) {
+  for (CWnd* child = window.GetTopWindow(); child != nullptr; child = child->GetNextWindow()) {
+    MarkAll(*child);
+    MarkChildren(*child);
+  }
+}
+
+void Layer::MarkAll(CWnd& window) {
+  Entry& entry = EntryOf(window);
+  if (entry.changes.empty()) changed_.push_back(window.GetSafeHwnd());
+  entry.changes = Changes::All();
+}
+
+bool Layer::IsDrawn(CWnd& window) const {
+  CWnd* const top = window.GetTopLevelParent();
+  return top->IsShown() || Find(top) != nullptr;
 }
 
 /// Drops the mirrors of the window and of those in it, which are to be made anew.
@@ -197,10 +223,8 @@ void Layer::DropMirrors(CWnd& window) {
   for (CWnd* child = window.GetTopWindow(); child != nullptr; child = child->GetNextWindow()) {
     DropMirrors(*child);
   }
-  Entry& entry = EntryOf(window);
-  entry.mirror.reset();
-  if (entry.changes.empty()) changed_.push_back(window.GetSafeHwnd());
-  entry.changes = Changes::All();
+  EntryOf(window).mirror.reset();
+  MarkAll(window);
 }
 
 Mirror* Layer::Find(const CWnd* window) const {
@@ -259,6 +283,17 @@ void Layer::UpdateFocus() {
   if (native != nullptr && !HasKeyboard(*native)) GrabKeyboard(*native);
 }
 
+void Layer::UpdateCapture() {
+  const CWnd* const capture = CWnd::GetCapture();
+  const HWND now = capture == nullptr ? nullptr : capture->GetSafeHwnd();
+  const HWND former = std::exchange(captured_, now);
+  if (former == now) return;
+  const Mirror* const released = Find(former);
+  if (released != nullptr && released->native()->HasCapture()) released->native()->ReleaseMouse();
+  const Mirror* const taker = Find(now);
+  if (taker != nullptr && !taker->native()->HasCapture()) taker->native()->CaptureMouse();
+}
+
 void Layer::Settle() {
   // Only now, for the next window may have become active behind the former one.
   if (std::exchange(left_, false) && active_ == nullptr) {
@@ -273,59 +308,31 @@ void Layer::RefuseInput() {
 }
 
 void Layer::WriteTrace() {
+  const CWnd* const focus = CWnd::GetFocus();
+  const HWND now = focus == nullptr ? nullptr : focus->GetSafeHwnd();
+  const bool has_moved = std::exchange(traced_focus_, now) != now;
+  if (gone_.empty() && traced_.empty() && !has_moved) return;
   for (const HWND handle : std::exchange(gone_, {})) {
     TraceLine line("gone");
     line.Add("window", NumberOf(handle));
     host_.trace->Write(line);
-    traced_.erase(handle);
   }
   for (const HWND handle : std::exchange(traced_, {})) {
-    Mirror* const mirror = Find(handle);
+    const Mirror* const mirror = Find(handle);
     if (mirror == nullptr) continue;
     TraceLine line("window");
     TraceWindow(*mirror, line);
     host_.trace->Write(line);
   }
-  const CWnd* const focus = CWnd::GetFocus();
-  const HWND now = focus == nullptr ? nullptr : focus->GetSafeHwnd();
-  if (std::exchange(traced_focus_, now) == now) return;
-  TraceLine line("focus");
-  line.Add("window", NumberOf(now));
+  TraceLine line("settled");
+  line.Add("focus", NumberOf(now));
   host_.trace->Write(line);
 }
 
 const wxBitmap& Layer::PictureOf(dq::UINT command, const wxSize& size, bool enabled) {
   const auto [found, is_new] = pictures_.try_emplace({command, size.x, size.y, enabled});
-  if (is_new) found->second = ToNativePicture(host_.picture_of(command), size, enabled);
+  if (is_new) found->second = ToCommandPicture(host_.picture_of(command), size, enabled);
   return found->second;
-}
-
-// ---- What the library asks
-
-dq::CRect Layer::GetFrameWidths(const CWnd& window) {
-  if (window.GetParent() != nullptr) return {};
-  const auto* const mirror = dynamic_cast<TopLevelMirror*>(Find(&window));
-  const FrameExtents extents = mirror == nullptr ? frame_extents_ : mirror->frame_extents();
-  const Bars bars = mirror == nullptr ? UsualBars(window) : mirror->bars();
-  return {scale_.ToLogical(extents.left), scale_.ToLogical(extents.top + bars.above),
-          scale_.ToLogical(extents.right), scale_.ToLogical(extents.bottom)};
-}
-
-void Layer::ShowWaitPointer(bool show) {
-  if (!loop_.HasDisplay()) return;
-  if (show) {
-    wxBeginBusyCursor();
-  } else {
-    wxEndBusyCursor();
-  }
-}
-
-void Layer::Beep(dq::UINT) {
-  if (loop_.HasDisplay()) wxBell();
-}
-
-dq::CPoint Layer::GetPointer() {
-  return loop_.HasDisplay() ? scale_.ToLogical(wxGetMousePosition()) : dq::CPoint{};
 }
 
 }  // namespace workbench

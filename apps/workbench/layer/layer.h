@@ -22,6 +22,7 @@
 namespace workbench {
 
 class FrameMirror;
+class MenuMirror;
 class Trace;
 
 /// The observer of the user-interface thread for its lifetime. It marks what it is told, and shows
@@ -50,7 +51,12 @@ class Layer : public dq::WindowObserver {
   bool RunsDialogs() const override { return loop_.HasDisplay(); }
   dq::NativeEvents* GetEvents() override { return &loop_; }
   dq::CRect GetFrameWidths(const dq::CWnd& window) override;
+  int GetMetric(int metric, int usual) override;
+  dq::CSize MeasureText(const dq::CWnd& window, std::string_view text,
+                        const dq::CSize& usual) override;
+  void SetPointer(dq::PointerShape shape) override;
   void ShowWaitPointer(bool show) override;
+  dq::UINT TrackMenu(dq::MenuHandle* menu, const dq::CPoint& at, dq::CWnd& owner) override;
   void Beep(dq::UINT type) override;
   dq::CPoint GetPointer() override;
   int GetKeyState(int key) override { return input_.GetKeyState(key); }
@@ -61,6 +67,8 @@ class Layer : public dq::WindowObserver {
   /// Has the act done to the window outside of the toolkit; dropped if it has ended by then.
   void Post(dq::HWND window, std::function<void(dq::CWnd& window)> act);
   void Post(NativeLoop::Act act) { loop_.Post(std::move(act)); }
+  /// The mouse is over the window: the pointer's shape is for it.
+  void SetPointed(dq::HWND window) { pointed_ = window; }
   /// Brings the toolkit's windows up to what the library's are.
   void Update();
   /// A person has tried to use a window that they can't use at present.
@@ -102,9 +110,13 @@ class Layer : public dq::WindowObserver {
   void ShowChanges();
   void ShowWindow(Entry& entry);
   Mirror* MirrorOf(Entry& entry);
+  void MarkChildren(dq::CWnd& window);
+  void MarkAll(dq::CWnd& window);
+  bool IsDrawn(dq::CWnd& window) const;
   void DropMirrors(dq::CWnd& window);
   void UpdateActive();
   void UpdateFocus();
+  void UpdateCapture();
   void TakeIn();
   void Settle();
   void WriteTrace();
@@ -121,12 +133,17 @@ class Layer : public dq::WindowObserver {
   std::vector<dq::HWND> changed_;
   std::vector<std::unique_ptr<Mirror>> ended_;
   std::vector<FrameMirror*> frames_;
+  /// The menu that is shown by itself, or null.
+  MenuMirror* tracked_menu_ = nullptr;
   /// By command, width, height and whether they are enabled.
   std::map<std::tuple<dq::UINT, int, int, bool>, wxBitmap> pictures_;
   bool showing_ = false;
   bool show_menus_ = false;
   bool show_focus_ = false;
   bool show_active_ = false;
+  dq::HWND pointed_ = nullptr;
+  /// What has the mouse captured in the toolkit.
+  dq::HWND captured_ = nullptr;
   /// The top-level window that the person works with; null while that is another program's.
   dq::HWND active_ = nullptr;
   /// It was active when the person went to another program, and hasn't been told yet.

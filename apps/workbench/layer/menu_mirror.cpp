@@ -67,8 +67,9 @@ struct MenuMirror::Item {
   std::unique_ptr<MenuMirror> below;
 };
 
-MenuMirror::MenuMirror(HMENU menu, wxMenu& native, const Events& events)
-    : menu_(menu), native_(&native), events_(events) {
+MenuMirror::MenuMirror(HMENU menu, wxMenu& native, const Events& events, const MenuMirror* above)
+    : menu_(menu), native_(&native), above_(above), events_(events) {
+  Watch();
   UpdateItems();
 }
 
@@ -124,7 +125,7 @@ void MenuMirror::Insert(std::size_t at, const MenuItemFacts& facts) {
   item.facts.state = IsMarked(facts.state) ? UINT{dq::MF_CHECKED} : 0;
   if (facts.kind == Kind::kPopup) {
     item.submenu = new wxMenu;
-    item.below = std::make_unique<MenuMirror>(facts.submenu, *item.submenu, events_);
+    item.below = std::make_unique<MenuMirror>(facts.submenu, *item.submenu, events_, this);
   }
   if (bar_ != nullptr) {
     bar_->Insert(at, item.submenu, LabelOf(facts.text));
@@ -178,22 +179,24 @@ void MenuMirror::Show(Item& item, std::size_t at, const MenuItemFacts& facts) {
   }
 }
 
-void MenuMirror::NoteOpened(const wxMenu* menu) {
-  int position = 0;
-  for (Item& item : items_) {
-    if (item.submenu == menu && menu != nullptr) events_.opens(item.facts.submenu, position);
-    if (item.below != nullptr) item.below->NoteOpened(menu);
-    ++position;
-  }
+void MenuMirror::Watch() {
+  native_->Bind(wxEVT_MENU_OPEN, [this](wxMenuEvent& event) {
+    if (event.GetMenu() != native_) return;
+    events_.opens(menu_, above_ == nullptr ? 0 : above_->PositionOf(*this));
+  });
+  native_->Bind(wxEVT_MENU_HIGHLIGHT, [this](wxMenuEvent& event) {
+    const auto found = std::ranges::find_if(items_, [&](const Item& item) {
+      return item.native != nullptr && item.native->GetId() == event.GetMenuId();
+    });
+    if (event.GetMenu() != native_ || found == items_.end()) return;
+    events_.looked_at(found->facts.id, found->facts.state, menu_);
+  });
 }
 
-void MenuMirror::NoteLookedAt(const wxMenu* menu, int native_id) {
-  for (Item& item : items_) {
-    if (native_ == menu && item.native != nullptr && item.native->GetId() == native_id) {
-      events_.looked_at(item.facts.id, item.facts.state, menu_);
-    }
-    if (item.below != nullptr) item.below->NoteLookedAt(menu, native_id);
-  }
+int MenuMirror::PositionOf(const MenuMirror& below) const {
+  const auto found = std::ranges::find_if(
+      items_, [&below](const Item& item) { return item.below.get() == &below; });
+  return static_cast<int>(found - items_.begin());
 }
 
 }  // namespace workbench

@@ -43,8 +43,9 @@ class MenuMirror {
     std::function<void(dq::UINT id, dq::UINT state, dq::HMENU menu)> looked_at;
   };
 
-  /// For a menu that drops down; `native` isn't owned.
-  MenuMirror(dq::HMENU menu, wxMenu& native, const Events& events);
+  /// For a menu that drops down, from that of `above` unless it is null; `native` isn't owned.
+  MenuMirror(dq::HMENU menu, wxMenu& native, const Events& events,
+             const MenuMirror* above = nullptr);
   /// For a main menu.
   MenuMirror(dq::HMENU menu, wxMenuBar& native, const Events& events);
   MenuMirror(const MenuMirror&) = delete;
@@ -56,15 +57,12 @@ class MenuMirror {
   bool Mark(dq::HMENU menu);
   /// Shows the items of those that were marked.
   void Update();
-  /// The toolkit has opened one of its menus.
-  void NoteOpened(const wxMenu* menu);
-  /// An item of the toolkit's is pointed at; null for none.
-  void NoteLookedAt(const wxMenu* menu, int native_id);
 
  private:
   struct Item;
-  class Place;
 
+  void Watch();
+  int PositionOf(const MenuMirror& below) const;
   void UpdateItems();
   void Insert(std::size_t at, const MenuItemFacts& facts);
   void Erase(std::size_t at);
@@ -73,6 +71,7 @@ class MenuMirror {
   dq::HMENU menu_;
   wxMenu* native_ = nullptr;
   wxMenuBar* bar_ = nullptr;
+  const MenuMirror* above_ = nullptr;
   const Events& events_;
   std::vector<Item> items_;
   bool changed_ = true;

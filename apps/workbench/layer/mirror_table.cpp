@@ -6,6 +6,7 @@
 #include "apps/workbench/layer/edit_mirror.h"
 #include "apps/workbench/layer/frame_mirror.h"
 #include "apps/workbench/layer/list_mirrors.h"
+#include "apps/workbench/layer/message_box.h"
 #include "apps/workbench/layer/plain_mirrors.h"
 #include "apps/workbench/layer/spin_mirror.h"
 #include "apps/workbench/layer/tab_mirror.h"
@@ -55,6 +56,7 @@ constexpr Row kRows[] = {
     {[](const CWnd& window) { return window.GetParent() == nullptr; }, Make<TopLevelMirror>},
     {Is<dq::CButton>, MakeButtonMirror},
     {Is<dq::CEdit>, Make<EditMirror>},
+    {[](const CWnd& window) { return window.GetWindowClass() == kIconClass; }, Make<IconMirror>},
     {Is<dq::CStatic>, Make<LabelMirror>},
     {Is<dq::CListBox>, Make<ListMirror>},
     {Is<dq::CComboBox>, Make<ComboMirror>},

@@ -2,24 +2,47 @@
 
 #include <wx/image.h>
 
-namespace workbench {
+#include "dqlib/framework/base/device_context.h"
 
-wxBitmap ToNativePicture(dq::HBITMAP picture, const wxSize& size, bool enabled) {
-  if (picture == nullptr || picture->pixels.empty() || size.x < 1 || size.y < 1) return {};
-  wxImage image(picture->size.cx, picture->size.cy);
+namespace workbench {
+namespace {
+
+/// `clear` is seen through.
+wxImage ToImage(const dq::BitmapDescription& picture, const wxSize& size, dq::COLORREF clear) {
+  const auto count = static_cast<std::size_t>(picture.size.cx) *
+                     static_cast<std::size_t>(std::max(0, picture.size.cy));
+  if (picture.size.cx < 1 || count < 1 || picture.pixels.size() < count || size.x < 1 ||
+      size.y < 1) {
+    return {};
+  }
+  wxImage image(picture.size.cx, picture.size.cy);
   image.InitAlpha();
   std::size_t at = 0;
-  for (int y = 0; y < picture->size.cy; ++y) {
-    for (int x = 0; x < picture->size.cx; ++x) {
-      const dq::COLORREF color = picture->pixels[at++];
-      image.SetRGB(x, y, static_cast<unsigned char>(color & 0xFF),
-                   static_cast<unsigned char>(color >> 8 & 0xFF),
-                   static_cast<unsigned char>(color >> 16 & 0xFF));
-      const bool is_ground = color == picture->pixels.front();
-      image.SetAlpha(x, y, is_ground ? wxALPHA_TRANSPARENT : wxALPHA_OPAQUE);
+  for (int y = 0; y < picture.size.cy; ++y) {
+    for (int x = 0; x < picture.size.cx; ++x) {
+      const dq::COLORREF color = picture.pixels[at++];
+      const auto part = [color](int shift) {
+        return static_cast<unsigned char>(color >> shift & 0xFF);
+      };
+      image.SetRGB(x, y, part(0), part(8), part(16));
+      image.SetAlpha(x, y, color == clear ? wxALPHA_TRANSPARENT : wxALPHA_OPAQUE);
     }
   }
   if (image.GetSize() != size) image.Rescale(size.x, size.y, wxIMAGE_QUALITY_NEAREST);
+  return image;
+}
+
+}  // namespace
+
+wxBitmap ToNativePicture(const dq::BitmapDescription& picture, const wxSize& size) {
+  const wxImage image = ToImage(picture, size, dq::kNoPixel);
+  return image.IsOk() ? wxBitmap(image) : wxBitmap();
+}
+
+wxBitmap ToCommandPicture(dq::HBITMAP picture, const wxSize& size, bool enabled) {
+  if (picture == nullptr || picture->pixels.empty()) return {};
+  const wxImage image = ToImage(*picture, size, picture->pixels.front());
+  if (!image.IsOk()) return {};
   return wxBitmap(enabled ? image : image.ConvertToDisabled());
 }
 

@@ -8,8 +8,12 @@
 
 namespace workbench {
 
-/// A picture in another size; the colour of its first pixel, as that of most, is seen through.
-/// `enabled` false greys it. Not a picture for null or one without pixels.
-wxBitmap ToNativePicture(dq::HBITMAP picture, const wxSize& size, bool enabled);
+/// A picture in another size; pixels that are `dq::kNoPixel` are seen through. Not a picture for
+/// one without pixels.
+wxBitmap ToNativePicture(const dq::BitmapDescription& picture, const wxSize& size);
+
+/// The picture of a command: the colour of its first pixel is seen through. `enabled` false greys
+/// it. Not a picture for null.
+wxBitmap ToCommandPicture(dq::HBITMAP picture, const wxSize& size, bool enabled);
 
 }  // namespace workbench

@@ -4,6 +4,7 @@
 #include <gtk/gtk.h>
 #include <string>
 #include <wx/dcmemory.h>
+#include <wx/fontutil.h>
 #include <wx/settings.h>
 #include <wx/window.h>
 
@@ -75,24 +76,39 @@ int DialogLineHeight() {
   return context.GetCharHeight();
 }
 
-void SetNativeFont(wxWindow& window, const dq::CFont* font) {
-  if (font == nullptr || !font->IsCreated()) {
-    // The style gives it.
-    window.SetFont(wxNullFont);
-    return;
-  }
-  const dq::LOGFONT& wanted = font->GetLogFont();
+wxSize WrappedTextSize(const wxString& text, int width) {
+  PangoContext* const context = gdk_pango_context_get();
+  PangoLayout* const layout = pango_layout_new(context);
+  const wxFont font = DialogFont();
+  pango_layout_set_font_description(layout, font.GetNativeFontInfo()->description);
+  pango_layout_set_width(layout, width * PANGO_SCALE);
+  pango_layout_set_wrap(layout, PANGO_WRAP_WORD_CHAR);
+  pango_layout_set_text(layout, text.utf8_str(), -1);
+  wxSize size;
+  pango_layout_get_pixel_size(layout, &size.x, &size.y);
+  g_object_unref(layout);
+  g_object_unref(context);
+  return size;
+}
+
+wxFont ToNativeFont(const dq::LOGFONT& font) {
   wxFont native = DialogFont();
-  if (wanted.lfFaceName[0] != '\0') native.SetFaceName(ToNative(wanted.lfFaceName));
-  native.SetWeight(wanted.lfWeight >= 600 ? wxFONTWEIGHT_BOLD : wxFONTWEIGHT_NORMAL);
-  native.SetStyle(wanted.lfItalic != 0 ? wxFONTSTYLE_ITALIC : wxFONTSTYLE_NORMAL);
-  native.SetUnderlined(wanted.lfUnderline != 0);
-  native.SetStrikethrough(wanted.lfStrikeOut != 0);
-  if (wanted.lfHeight != 0) {
+  if (font.lfFaceName[0] != '\0') native.SetFaceName(ToNative(font.lfFaceName));
+  constexpr dq::LONG kLeastBold = 600;
+  native.SetWeight(font.lfWeight >= kLeastBold ? wxFONTWEIGHT_BOLD : wxFONTWEIGHT_NORMAL);
+  native.SetStyle(font.lfItalic != 0 ? wxFONTSTYLE_ITALIC : wxFONTSTYLE_NORMAL);
+  native.SetUnderlined(font.lfUnderline != 0);
+  native.SetStrikethrough(font.lfStrikeOut != 0);
+  if (font.lfHeight != 0) {
     constexpr double kPointsOfPixel = 72.0 / 96;
-    native.SetFractionalPointSize(std::abs(wanted.lfHeight) * kPointsOfPixel);
+    native.SetFractionalPointSize(std::abs(font.lfHeight) * kPointsOfPixel);
   }
-  window.SetFont(native);
+  return native;
+}
+
+void SetNativeFont(wxWindow& window, const dq::CFont* font) {
+  const bool has_font = font != nullptr && font->IsCreated();
+  window.SetFont(has_font ? ToNativeFont(font->GetLogFont()) : DialogFont());
 }
 
 }  // namespace workbench

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <wx/font.h>
+#include <wx/string.h>
 
 #include "apps/workbench/layer/scale.h"
 
@@ -10,7 +11,8 @@ class wxWindow;
 
 namespace dq {
 class CFont;
-}
+struct LOGFONT;
+}  // namespace dq
 
 namespace workbench {
 
@@ -24,6 +26,12 @@ wxFont DialogFont();
 /// Height of its lines, in the display's pixels.
 int DialogLineHeight();
 
+/// How large a text is in that font, in the display's pixels, if its lines are broken where they
+/// would be wider than that.
+wxSize WrappedTextSize(const wxString& text, int width);
+
+/// A font of the library's; what it leaves open is as in the dialogs' own.
+wxFont ToNativeFont(const dq::LOGFONT& font);
 /// Gives a window a font of the library's; null is the dialogs' own.
 void SetNativeFont(wxWindow& window, const dq::CFont* font);
 

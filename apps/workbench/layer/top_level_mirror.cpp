@@ -6,6 +6,7 @@
 #include "apps/workbench/layer/frame_mirror.h"
 #include "apps/workbench/layer/gtk_window.h"
 #include "apps/workbench/layer/layer.h"
+#include "apps/workbench/layer/mouse.h"
 #include "apps/workbench/layer/style.h"
 #include "apps/workbench/layer/text.h"
 #include "apps/workbench/layer/trace.h"
@@ -48,6 +49,7 @@ wxWindow* TopLevelMirror::DoMake(wxWindow*) {
   if (owner != nullptr) SetOwner(*native, owner->top_level());
   inside_ = new wxWindow(native, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxWANTS_CHARS);
   UseDialogStyle(*inside_);
+  ReportMouse(layer(), *inside_, handle());
   Input::SetMirror(*native, *this);
   Watch(*native);
   return native;

@@ -1,0 +1,34 @@
+// The desktop's clipboard in the library's formats.
+
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "dqlib/platform/clipboard.h"
+
+namespace workbench {
+
+/// A piece of what is on the clipboard. The name is that of a registered format, or "".
+struct ClipboardPiece {
+  dq::UINT format = 0;
+  std::string name;
+  std::string bytes;
+};
+
+/// Offers the pieces, the best one first, to whoever asks; none empties the clipboard. Text goes
+/// out in UTF-8 with the desktop's line ends, and a list of files as their addresses.
+void OfferOnClipboard(std::vector<ClipboardPiece> pieces);
+
+/// What the clipboard holds in a format, in the library's form; no value if nothing. What this
+/// program has offered comes back as it was.
+std::optional<std::string> TakeFromClipboard(dq::UINT format, const std::string& name);
+
+/// The formats that can be taken. `number_of` gives the number of a registered one.
+std::vector<dq::UINT> ClipboardFormats(
+    const std::function<dq::UINT(std::string_view name)>& number_of);
+
+}  // namespace workbench

@@ -1,0 +1,124 @@
+// What the library asks the window layer.
+
+#include <wx/dcmemory.h>
+#include <wx/menu.h>
+#include <wx/utils.h>
+
+#include "apps/workbench/layer/frame_mirror.h"
+#include "apps/workbench/layer/gtk_menu.h"
+#include "apps/workbench/layer/gtk_window.h"
+#include "apps/workbench/layer/layer.h"
+#include "apps/workbench/layer/mouse.h"
+#include "apps/workbench/layer/plain_mirrors.h"
+#include "apps/workbench/layer/style.h"
+#include "apps/workbench/layer/text.h"
+#include "dqlib/framework/windows/screen.h"
+#include "dqlib/framework/windows/win_thread.h"
+
+namespace workbench {
+
+using dq::CWnd;
+using dq::HWND;
+using dq::UINT;
+
+dq::CRect Layer::GetFrameWidths(const CWnd& window) {
+  dq::CRect widths = ScrollBarWidths(window);
+  if (window.GetParent() != nullptr) return widths;
+  const auto* const mirror = dynamic_cast<TopLevelMirror*>(Find(&window));
+  const FrameExtents extents = mirror == nullptr ? frame_extents_ : mirror->frame_extents();
+  const Bars bars = mirror == nullptr ? UsualBars(window) : mirror->bars();
+  return {scale_.ToLogical(extents.left), scale_.ToLogical(extents.top + bars.above),
+          scale_.ToLogical(extents.right), scale_.ToLogical(extents.bottom)};
+}
+
+int Layer::GetMetric(int metric, int usual) {
+  if (!loop_.HasDisplay()) return usual;
+  int native = -1;
+  switch (metric) {
+    case dq::SM_CXVSCROLL:
+    case dq::SM_CYHSCROLL: {
+      static const int width = ScrollBarWidth();
+      native = width;
+      break;
+    }
+    case dq::SM_CYCAPTION:
+      native = frame_extents_.top;
+      break;
+    case dq::SM_CYMENU:
+      native = MenuBarHeight();
+      break;
+    default:
+      break;
+  }
+  return native > 0 ? scale_.ToLogical(native) : usual;
+}
+
+dq::CSize Layer::MeasureText(const CWnd& window, std::string_view text, const dq::CSize& usual) {
+  if (!loop_.HasDisplay()) return usual;
+  wxMemoryDC context;
+  const dq::CFont* const font = window.GetFont();
+  const bool has_font = font != nullptr && font->IsCreated();
+  context.SetFont(has_font ? ToNativeFont(font->GetLogFont()) : DialogFont());
+  return scale_.ToLogical(context.GetTextExtent(ToNative(text)));
+}
+
+void Layer::SetPointer(dq::PointerShape shape) {
+  const Mirror* const mirror = Find(pointed_);
+  if (loop_.HasDisplay() && mirror != nullptr && !mirror->IsControl()) {
+    mirror->native()->SetCursor(ToNativePointer(shape));
+  }
+}
+
+dq::UINT Layer::TrackMenu(dq::HMENU menu, const dq::CPoint& at, CWnd& owner) {
+  const Mirror* const over = Find(owner.GetTopLevelParent());
+  if (over == nullptr || !loop_.HasDisplay()) return 0;
+  const HWND window = owner.GetSafeHwnd();
+  UINT chosen = 0;
+  bool is_left = false;
+  const MenuMirror::Events events{
+      .command = [&](UINT id) { chosen = id; },
+      .opens =
+          [&](dq::HMENU opened, int position) {
+            // Of the menu itself the owner knows.
+            if (opened == menu) return;
+            Post(window, [=](CWnd& live) {
+              live.SendMessage(dq::WM_INITMENUPOPUP, reinterpret_cast<dq::WPARAM>(opened),
+                               position);
+            });
+          },
+      .looked_at =
+          [&](UINT id, UINT state, dq::HMENU in) {
+            Post(window, [=](CWnd& live) {
+              live.SendMessage(dq::WM_MENUSELECT, dq::MakeWParam(id, state),
+                               reinterpret_cast<dq::LPARAM>(in));
+            });
+          }};
+  wxMenu native;
+  MenuMirror mirror(menu, native, events);
+  tracked_menu_ = &mirror;
+  Update();
+  if (DropMenu(native, *over->native(), scale_.ToNative(at), [&is_left] { is_left = true; })) {
+    dq::PumpUntil([&] { return is_left || !loop_.HasDisplay(); });
+  }
+  tracked_menu_ = nullptr;
+  return chosen;
+}
+
+void Layer::ShowWaitPointer(bool show) {
+  if (!loop_.HasDisplay()) return;
+  if (show) {
+    wxBeginBusyCursor();
+  } else {
+    wxEndBusyCursor();
+  }
+}
+
+void Layer::Beep(dq::UINT) {
+  if (loop_.HasDisplay()) wxBell();
+}
+
+dq::CPoint Layer::GetPointer() {
+  return loop_.HasDisplay() ? scale_.ToLogical(wxGetMousePosition()) : dq::CPoint{};
+}
+
+}  // namespace workbench
