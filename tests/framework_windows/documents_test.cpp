@@ -1,167 +1,13 @@
 // Documents with their files, templates, frames and views: how they are made, saved and closed, in
 // whatever order that happens.
 
+#include "tests/support/documents.h"
+
 #include "tests/support/forwarding_files.h"
-#include "tests/support/own_settings.h"
 #include "tests/support/registries.h"
-#include "tests/support/windows.h"
 
 namespace dq::test {
 namespace {
-
-/// What happens at a moment in the life of a document, its frame or its view.
-std::map<std::string, std::function<void()>> g_at;
-/// How many documents, frames and views there are.
-int g_alive = 0;
-
-void At(const char* moment) {
-  // It may change what happens.
-  const auto action = g_at.contains(moment) ? g_at[moment] : std::function<void()>();
-  if (action) action();
-}
-
-struct Counted {
-  Counted() { ++g_alive; }
-  ~Counted() { --g_alive; }
-};
-
-/// Holds a text, as it stands in its file. One with "!" is damaged.
-struct Doc : CDocument, Counted {
-  DECLARE_DYNCREATE(Doc)
-  Doc() { last = this; }
-  void DeleteContents() override { text.Empty(); }
-  void Serialize(CArchive& archive) override {
-    At("serialize");
-    if (archive.IsStoring()) return archive.Write(text, static_cast<UINT>(text.GetLength()));
-    char bytes[20];
-    text = CString(bytes, static_cast<int>(archive.Read(bytes, sizeof bytes)));
-    if (text == "!") throw CArchiveException(CArchiveException::endOfFile);
-  }
-  BOOL OnNewDocument() override {
-    const BOOL made = CDocument::OnNewDocument() && !g_at.contains("refuse");
-    At("new");
-    return made;
-  }
-  BOOL OnOpenDocument(const char* path) override {
-    const BOOL opened = CDocument::OnOpenDocument(path);
-    At("open");
-    return opened;
-  }
-  void OnChangedViewList() override {
-    CDocument::OnChangedViewList();
-    At("view");
-  }
-  void PreCloseFrame(CFrameWnd*) override { At("before close"); }
-  void OnIdle() override { At("idle"); }
-  void Change(const char* to) {
-    text = to;
-    SetModifiedFlag();
-  }
-  CFrameWnd& Frame() { return *GetFirstView()->GetParentFrame(); }
-
-  CString text;
-  static inline Doc* last;
-};
-
-struct View : CView, Counted {
-  DECLARE_DYNCREATE(View)
-  LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
-    if (message == WM_CREATE) last = this;
-    return CView::WindowProc(message, wparam, lparam);
-  }
-  void OnInitialUpdate() override {
-    CView::OnInitialUpdate();
-    At("initial update");
-  }
-  void OnActivateView(bool on, CView* now, CView* former) override {
-    CView::OnActivateView(on, now, former);
-    if (on) At("activate");
-  }
-  static inline View* last;
-};
-
-struct Child : CMDIChildWnd, Counted {
-  DECLARE_DYNCREATE(Child)
-};
-struct Top : CFrameWnd, Counted {
-  DECLARE_DYNCREATE(Top)
-};
-
-IMPLEMENT_DYNCREATE(Doc, CDocument)
-IMPLEMENT_DYNCREATE(View, CView)
-IMPLEMENT_DYNCREATE(Child, CMDIChildWnd)
-IMPLEMENT_DYNCREATE(Top, CFrameWnd)
-
-struct Prompts : ScriptedPrompts {
-  using ScriptedPrompts::ScriptedPrompts;
-  std::optional<platform::ChosenFiles> ChooseFile(const platform::FileQuestion& asked) override {
-    file = asked;
-    return chosen.empty() ? std::nullopt : std::optional(platform::ChosenFiles{{chosen}, 1});
-  }
-  platform::FileQuestion file;
-  std::string chosen;
-};
-
-struct Manager : CDocManager {
-  void Clear() { m_templates.clear(); }
-};
-
-/// A program with one kind of documents. What it has made is gone when it ends.
-struct Session {
-  explicit Session(std::initializer_list<BoxButton> script = {},
-                   const CRuntimeClass* frame = RUNTIME_CLASS(Child))
-      : prompts(script) {
-    module.AddString(129, "Tool\nText\nText File\nTexts (*.txt)\n.txt;*.LOG ;\nTool.Text\nA Text");
-    module.AddResource(RESOURCE_MENU, 129, "item 40001 \"Text\"\n");
-    module.AddResource(RESOURCE_MENU, 128, "item 40002 \"Main\"\nitem 57616 \"Recent\"\n");
-    module.AddResource(RESOURCE_ACCELERATOR, 129, "F6 57602\n");
-    main.Create("Main", "Tool", {0, 0, 400, 300}, 128);
-    app.m_pMainWnd = &main;
-    app.WriteProfileString("Recent File List", nullptr, nullptr);
-    app.m_pDocManager = std::make_unique<Manager>();
-    kind = Add(frame);
-  }
-  ~Session() {
-    g_at.clear();
-    main.DestroyWindow();
-    app.Run();
-    EXPECT_EQ(std::exchange(g_alive, 0), 0);
-  }
-  CMultiDocTemplate* Add(const CRuntimeClass* frame, UINT id = 129) {
-    auto made =
-        std::make_unique<CMultiDocTemplate>(id, RUNTIME_CLASS(Doc), frame, RUNTIME_CLASS(View));
-    app.AddDocTemplate(made.get());
-    return made.release();
-  }
-  Doc* New() { return static_cast<Doc*>(kind->OpenDocumentFile(nullptr)); }
-  Doc* Open(std::string_view name, std::string_view bytes = "") {
-    return static_cast<Doc*>(kind->OpenDocumentFile(directory.Put(name, bytes).c_str()));
-  }
-  /// A path in the directory; "" for none.
-  std::string Path(const std::string& name) {
-    return name.empty() ? std::string() : directory / name;
-  }
-  void Command(int id) { main.SendMessage(WM_COMMAND, static_cast<WPARAM>(id)); }
-  std::size_t Count() { return kind->GetDocuments().size(); }
-  /// The texts of the boxes since the last call, with "%" for the directory.
-  std::string Told() {
-    std::string told;
-    for (const ShownBox& box : prompts.shown) told += box.text + "|";
-    prompts.shown.clear();
-    for (std::size_t at; (at = told.find(directory.path())) != told.npos;) {
-      told.replace(at, directory.path().size(), "%");
-    }
-    return told;
-  }
-
-  TempDirectory directory;
-  ResourceModule module;
-  CDynLinkLibrary link{&module};
-  Prompts prompts;
-  CWinApp app{"documents"};
-  CMDIFrameWnd main;
-  CMultiDocTemplate* kind = nullptr;
-};
 
 /// Fails to put a file in the place of another while it is told to.
 struct FailingFiles : ForwardingFiles {
@@ -361,23 +207,24 @@ TEST(DocTemplate, KnowsItsFilesAndLeavesNothingOfWhatCannotBeMade) {
   EXPECT_TRUE(g_alive == before && session.Count() == 1);
 }
 
+CFrameWnd* LastFrame() { return View::last == nullptr ? nullptr : View::last->GetParentFrame(); }
+
+/// What handlers may do to the last document that was made.
+const std::pair<const char*, void (*)()> kActions[] = {
+    {"document", [] { Doc::last ? Doc::last->OnCloseDocument() : void(); }},
+    {"frame", [] { LastFrame() ? void(LastFrame()->DestroyWindow()) : void(); }},
+    {"asked frame", [] { LastFrame() ? void(LastFrame()->SendMessage(WM_CLOSE)) : void(); }},
+    {"view", [] { View::last ? void(View::last->DestroyWindow()) : void(); }},
+    {"all", [] { AfxGetApp()->CloseAllDocuments(); }},
+    {"main", [] { AfxGetMainWnd()->SendMessage(WM_CLOSE); }}};
+
 TEST(DocTemplate, WhateverClosesWhatIsBeingMadeNothingOfItIsLeft) {
-  const std::pair<const char*, std::function<void()>> kActions[] = {
-      {"document", [] { Doc::last->OnCloseDocument(); }},
-      {"frame", [] { View::last->GetParentFrame()->DestroyWindow(); }},
-      {"asked frame", [] { View::last->GetParentFrame()->SendMessage(WM_CLOSE); }},
-      {"view", [] { View::last->DestroyWindow(); }},
-      {"all", [] { AfxGetApp()->CloseAllDocuments(); }},
-      {"main", [] { AfxGetMainWnd()->SendMessage(WM_CLOSE); }}};
   for (const char* const moment : {"view", "new", "open", "initial update", "activate"}) {
     for (const auto& [what, action] : kActions) {
       for (const CRuntimeClass* const frame : {RUNTIME_CLASS(Child), RUNTIME_CLASS(Top)}) {
         SCOPED_TRACE(std::string(moment) + ", " + what + ", " + frame->m_lpszClassName);
         Session session({}, frame);
-        bool once = true;
-        g_at[moment] = [&once, run = action] {
-          if (std::exchange(once, false)) run();
-        };
+        Once(moment, action);
         const Doc* const made = moment == std::string("new") ? session.New() : session.Open("a");
         EXPECT_TRUE(made == nullptr && session.Count() == 0);
       }
@@ -387,6 +234,23 @@ TEST(DocTemplate, WhateverClosesWhatIsBeingMadeNothingOfItIsLeft) {
     g_at[moment] = [&] { static_cast<Manager&>(*session.app.m_pDocManager).Clear(); };
     const Doc* const made = moment == std::string("new") ? session.New() : session.Open("a");
     EXPECT_TRUE(made != nullptr && made->GetDocTemplate() == nullptr) << moment;
+  }
+}
+
+TEST(DocTemplate, WhateverClosesWhatCloses) {
+  for (const int way : {int{ID_FILE_CLOSE}, int{ID_APP_EXIT}, 0, 1}) {
+    for (const char* const moment : {"box", "before close", "view", "activate"}) {
+      for (const auto& [what, action] : kActions) {
+        SCOPED_TRACE(std::to_string(way) + ", " + moment + ", " + what);
+        Session session({BUTTON_YES, BUTTON_NO, BUTTON_YES, BUTTON_NO});
+        session.prompts.on_box = [] { At("box"); };
+        for (const char* const name : {"a", "b", "c"}) session.Open(name)->Change(name);
+        Once(moment, action);
+        if (way == 0) session.app.CloseAllDocuments();
+        way == 1 ? LastFrame()->SendMessage(WM_CLOSE) : session.main.SendMessage(WM_COMMAND, way);
+        EXPECT_LT(session.Count(), 3U);
+      }
+    }
   }
 }
 

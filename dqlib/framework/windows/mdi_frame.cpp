@@ -227,6 +227,7 @@ LRESULT CMDIChildWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) 
       if (frame == nullptr || frame->MDIGetActive() != this) break;
       CWnd* const next = GetNextWindow() != nullptr ? GetNextWindow() : GetPrevWindow();
       frame->Activate(DYNAMIC_DOWNCAST(CMDIChildWnd, next));
+      if (!self.IsThere()) return 0;
       break;
     }
     case WM_MDIACTIVATE: {
