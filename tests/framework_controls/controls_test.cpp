@@ -46,6 +46,8 @@ TEST_F(Controls, AreMadeByTheWordsOfTemplatesAndDescribeThemselves) {
       edit => limit=2 number => CEdit 4 editable =t ;; combo => droplist sorted => CComboBox 6 a b =
       list => multiple sorted => CListBox 5 multiple a b = ;; class "ToolTip" => => CToolTipCtrl 7 =
       checklist => => CCheckListBox 5 multiple b a = ;; spin => => CSpinButtonCtrl 7 =
+      progress => => CProgressCtrl 0 =0% ;; hotkey => hidden => CHotKeyCtrl 4 editable =
+      class "BitmapButton" => picture=1 => CBitmapButton 1 =
       edit => readonly => CEdit 0 =t ;; combo => limit=2 => CComboBox 6 editable b a =t)")) {
     SCOPED_TRACE(word + flags);
     CDialog made;

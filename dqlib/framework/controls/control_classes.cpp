@@ -4,10 +4,14 @@
 
 #include <algorithm>
 
+#include "dqlib/framework/controls/bitmap_button.h"
 #include "dqlib/framework/controls/button.h"
 #include "dqlib/framework/controls/combo_box.h"
+#include "dqlib/framework/controls/date_time_ctrl.h"
 #include "dqlib/framework/controls/edit.h"
+#include "dqlib/framework/controls/hot_key.h"
 #include "dqlib/framework/controls/list_box.h"
+#include "dqlib/framework/controls/progress.h"
 #include "dqlib/framework/controls/spin_button.h"
 #include "dqlib/framework/controls/static.h"
 #include "dqlib/framework/controls/tool_tip.h"
@@ -86,6 +90,24 @@ std::unique_ptr<CWnd> MakeSpin(const ControlTemplate& from) {
   return Make<CSpinButtonCtrl>(from, from.Has("buddy"));
 }
 
+std::unique_ptr<CWnd> MakeBitmapButton(const ControlTemplate& from) {
+  auto button = Make<CBitmapButton>(from);
+  const int picture = from.Number("picture", 0);
+  if (picture != 0) button->LoadBitmaps(static_cast<UINT>(picture));
+  return button;
+}
+
+std::unique_ptr<CWnd> MakeDateTime(const ControlTemplate& from) {
+  return Make<CDateTimeCtrl>(
+      from, DateTimeStyle{.time = from.Has("time"), .optional = from.Has("optional")});
+}
+
+std::unique_ptr<CWnd> MakeHotKey(const ControlTemplate& from) { return Make<CHotKeyCtrl>(from); }
+
+std::unique_ptr<CWnd> MakeProgress(const ControlTemplate& from) {
+  return Make<CProgressCtrl>(from);
+}
+
 std::unique_ptr<CWnd> MakeToolTip(const ControlTemplate& from) { return Make<CToolTipCtrl>(from); }
 
 }  // namespace
@@ -98,6 +120,10 @@ bool detail::RegisterControlClasses() {
   RegisterControlClass("CheckListBox", &MakeCheckList);
   RegisterControlClass("ComboBox", &MakeCombo);
   RegisterControlClass("Spin", &MakeSpin);
+  RegisterControlClass("BitmapButton", &MakeBitmapButton);
+  RegisterControlClass("DateTime", &MakeDateTime);
+  RegisterControlClass("HotKey", &MakeHotKey);
+  RegisterControlClass("Progress", &MakeProgress);
   RegisterControlClass("ToolTip", &MakeToolTip);
   return true;
 }

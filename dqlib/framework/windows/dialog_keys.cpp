@@ -186,9 +186,10 @@ bool TranslateDialogKey(CWnd& dialog, const MSG& message) {
     case WM_KEYDOWN:
       return TranslateKeyDown(dialog, *focus, message);
     case WM_CHAR:
-      if ((CodeOf(*focus, &message) & (DLGC_WANTCHARS | DLGC_WANTALLKEYS)) != 0) return false;
-      [[fallthrough]];
     case WM_SYSCHAR: {
+      const UINT wants =
+          message.message == WM_CHAR ? DLGC_WANTCHARS | DLGC_WANTALLKEYS : UINT{DLGC_WANTALLKEYS};
+      if ((CodeOf(*focus, &message) & wants) != 0) return false;
       const char letter = static_cast<char>(message.wParam);
       if (static_cast<unsigned char>(letter) <= ' ') return false;
       return GoToMnemonic(dialog, multi_byte::Lower({&letter, 1}));

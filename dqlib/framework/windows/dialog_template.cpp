@@ -22,10 +22,11 @@ struct ControlWord {
 };
 
 constexpr ControlWord kControlWords[] = {
-    {"text", "Static"},      {"group", "Button"}, {"button", "Button"},
-    {"defbutton", "Button"}, {"check", "Button"}, {"radio", "Button"},
-    {"edit", "Edit"},        {"list", "ListBox"}, {"checklist", "CheckListBox"},
-    {"combo", "ComboBox"},   {"spin", "Spin"},
+    {"text", "Static"},      {"group", "Button"},      {"button", "Button"},
+    {"defbutton", "Button"}, {"check", "Button"},      {"radio", "Button"},
+    {"edit", "Edit"},        {"list", "ListBox"},      {"checklist", "CheckListBox"},
+    {"combo", "ComboBox"},   {"spin", "Spin"},         {"progress", "Progress"},
+    {"hotkey", "HotKey"},    {"datetime", "DateTime"},
 };
 
 constexpr std::string_view kCaption = "caption";
@@ -34,15 +35,18 @@ constexpr std::string_view kSize = "size";
 constexpr std::string_view kAnyClass = "class";
 
 constexpr std::string_view kFlags[] = {
-    "hidden", "disabled", "group",    "password", "multiline", "readonly",
-    "number", "sorted",   "multiple", "dropdown", "droplist",  "buddy",
+    "hidden", "disabled", "group",    "password", "multiline", "readonly", "number",
+    "sorted", "multiple", "dropdown", "droplist", "buddy",     "time",     "optional",
 };
 
-constexpr std::string_view kLimit = "limit=";
+/// Flags with a number.
+constexpr std::string_view kNumbers[] = {"limit=", "picture="};
 
 bool IsFlag(std::string_view flag) {
-  if (!flag.starts_with(kLimit)) return std::ranges::find(kFlags, flag) != std::end(kFlags);
-  return detail::ReadWholeNumber(flag.substr(kLimit.size()), 0, std::numeric_limits<int>::max())
+  const auto* const number = std::ranges::find_if(
+      kNumbers, [flag](std::string_view name) { return flag.starts_with(name); });
+  if (number == std::end(kNumbers)) return std::ranges::find(kFlags, flag) != std::end(kFlags);
+  return detail::ReadWholeNumber(flag.substr(number->size()), 0, std::numeric_limits<int>::max())
       .has_value();
 }
 

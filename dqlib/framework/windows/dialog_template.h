@@ -13,12 +13,14 @@
 // then any of the flags. Texts are in quotes, with `\n`, `\t`, `\"` and `\\` in them. Empty lines
 // and those that begin with `#` are nothing. Words of controls, with the window
 // class that each makes: text (Static), group and button, defbutton, check, radio (Button), edit
-// (Edit), list (ListBox), checklist (CheckListBox), combo (ComboBox), spin (Spin), and `class
-// "Name"` before the id for any other.
+// (Edit), list (ListBox), checklist (CheckListBox), combo (ComboBox), spin (Spin), progress
+// (Progress), hotkey (HotKey), datetime (DateTime), and `class "Name"` before the id for any other.
 //
 // Flags: hidden, disabled, group (a group of radio buttons begins here), password, multiline,
 // readonly, number (digits only), sorted, multiple, dropdown (a combo box without an edit part:
-// droplist), droplist, buddy (a spin that belongs to the control before it), limit=N (bytes).
+// droplist), droplist, buddy (a spin that belongs to the control before it), time and optional (a
+// date and time control for a time of day, or that may have none), limit=N (bytes), picture=N (the
+// bitmap of a button).
 
 #pragma once
 

@@ -158,8 +158,9 @@ struct Accelerator {
 };
 
 /// Key combinations for commands. As data of a resource of type 9 a text of lines "ctrl+shift+F
-/// 44412"; keys are letters, digits, F1 to F24, and Ins, Del, Home, End, PgUp, PgDn, Left, Right,
-/// Up, Down, Tab, Esc, Enter, Space, Back, in any case. Where a combination stands twice, the first
+/// 44412"; keys are letters, digits, F1 to F24, Ins, Del, Home, End, PgUp, PgDn, Left, Right, Up,
+/// Down, Tab, Esc, Enter, Space, Back, Num0 to Num9 and, by their numbers, Key1 to Key255, in any
+/// case. Where a combination stands twice, the first
 /// counts.
 class AcceleratorTable {
  public:
