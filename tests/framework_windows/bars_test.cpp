@@ -507,5 +507,73 @@ TEST_F(Docking, StateComesBackFromTheProfile) {
   }
 }
 
+/// A bar, or a pane, that ends something when it gets another size.
+template <typename Base>
+struct Ending : Base {
+  LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
+    if (message != WM_SIZE || !end) return Base::WindowProc(message, wparam, lparam);
+    std::exchange(end, nullptr)();
+    return 0;
+  }
+  std::function<void()> end;
+};
+
+TEST(Bars, MayBeEndedOrEndTheirFrameWhileTheyAreLaidOut) {
+  const std::function<void(CFrameWnd&, CControlBar&)> acts[] = {
+      [](CFrameWnd& frame, CControlBar& bar) { frame.DockControlBar(&bar, DockSide::kTop); },
+      [](CFrameWnd&, CControlBar& bar) { bar.ToggleFloating(); },
+      [](CFrameWnd& frame, CControlBar& bar) {
+        frame.FloatControlBar(&bar, {9, 9, 200, 300});
+      },
+      [](CFrameWnd&, CControlBar& bar) {
+        bar.SetMinBarSize({90, 90});
+      },
+      [](CFrameWnd& frame, CControlBar&) { frame.LoadBarState("Ending"); },
+      [](CFrameWnd&, CControlBar& bar) {
+        MouseInput(WM_LBUTTONDOWN, 0, {57, 200}, &bar);
+        MouseInput(WM_MOUSEMOVE, 0, {90, 200}, &bar);
+      },
+      [](CFrameWnd&, CControlBar& bar) {
+        for (const UINT message : {WM_LBUTTONDOWN, WM_MOUSEMOVE, WM_LBUTTONUP}) {
+          MouseInput(message, 0, {message == WM_LBUTTONDOWN ? 5 : 900, 5}, &bar);
+        }
+      },
+  };
+  CWinApp app("ending");
+  for (const auto& act : acts) {
+    for (const bool ends_frame : {false, true}) {
+      auto frame = std::make_unique<CFrameWnd>();
+      auto bar = std::make_unique<Ending<CControlBar>>();
+      ASSERT_TRUE(frame->Create("Frame", "", {0, 0, 400, 300}));
+      bar->CreateWnd({.class_name = "Pane", .parent = frame.get(), .id = 7});
+      frame->EnableDocking(CBRS_ALIGN_ANY);
+      bar->EnableDocking(CBRS_ALIGN_ANY);
+      bar->EnableSizing(true);
+      bar->SetBarSize({160, 160});
+      bar->SetDockSide(DockSide::kLeft);
+      frame->SaveBarState("Ending");
+      bar->SetBarSize({60, 60});
+      bar->end = [&] { ends_frame ? frame.reset() : bar.reset(); };
+      act(*frame, *bar);
+      EXPECT_EQ(ends_frame ? frame == nullptr : bar == nullptr, true) << &act - acts;
+      EXPECT_EQ(CWnd::GetCapture(), nullptr);
+    }
+  }
+  for (const bool ends_splitter : {false, true}) {
+    BarFrame frame;
+    auto splitter = std::make_unique<CSplitterWnd>();
+    auto pane = std::make_unique<Ending<CWnd>>();
+    ASSERT_TRUE(splitter->CreateStatic(&frame, 1, 2));
+    pane->CreateWnd({.class_name = "X", .parent = splitter.get(), .id = kFirstPaneId});
+    splitter->SetColumnInfo(0, 100, 0);
+    frame.RecalcLayout();
+    pane->end = [&] { ends_splitter ? splitter.reset() : pane.reset(); };
+    for (const UINT message : {WM_LBUTTONDOWN, WM_MOUSEMOVE, WM_LBUTTONUP}) {
+      MouseInput(message, 0, {message == WM_LBUTTONDOWN ? 103 : 200, 5}, splitter.get());
+    }
+    EXPECT_TRUE(ends_splitter ? splitter == nullptr : pane == nullptr);
+  }
+}
+
 }  // namespace
 }  // namespace dq::test

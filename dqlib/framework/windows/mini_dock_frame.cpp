@@ -31,7 +31,8 @@ void CMiniDockFrameWnd::RecalcLayout() {
 }
 
 BOOL CMiniDockFrameWnd::OnCmdMsg(UINT id, int code, void* extra, void* handler_info) {
-  return CWnd::OnCmdMsg(id, code, extra, handler_info);
+  CView* const view = GetActiveView();
+  return view == nullptr ? 0 : view->OnCmdMsg(id, code, extra, handler_info);
 }
 
 BOOL CMiniDockFrameWnd::PreTranslateMessage(MSG* message) {

@@ -22,7 +22,7 @@ class CMiniDockFrameWnd : public CFrameWnd {
   CControlBar* GetBar() const;
 
   void RecalcLayout() override;
-  /// The owner gets commands that the frame doesn't handle by messages: not by this route.
+  /// Of the route, only a view in the bar: the owner gets by messages what isn't handled here.
   BOOL OnCmdMsg(UINT id, int code, void* extra, void* handler_info) override;
   BOOL PreTranslateMessage(MSG* message) override;
   bool IsSizable() const override { return sizable_; }
