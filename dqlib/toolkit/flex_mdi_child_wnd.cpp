@@ -30,8 +30,9 @@ void CNSFlexMDIChildWnd::PassMinTrackSize(const CWnd& view, const CSize& size) {
 LRESULT CNSFlexMDIChildWnd::OnSetMinTrackSize(WPARAM width, LPARAM height) {
   const CSize window = GetWindowRect().Size();
   const CRect client = GetClientRect();
-  m_sizeMinTrack.cx = ToExtent(static_cast<LPARAM>(width)) + window.cx - client.Width();
-  m_sizeMinTrack.cy = ToExtent(height) + window.cy - client.Height();
+  m_sizeMinTrack.cx =
+      ToExtent(0LL + ToExtent(static_cast<LPARAM>(width)) + window.cx - client.Width());
+  m_sizeMinTrack.cy = ToExtent(0LL + ToExtent(height) + window.cy - client.Height());
   m_listFlex.SetDesignSize(client.Width(), client.Height());
   return 0;
 }

@@ -478,6 +478,35 @@ TEST(DialogControls, AreBroughtUpToDateWhenTheThreadIsIdle) {
   EXPECT_EQ(dialog.GetSafeHwnd(), nullptr);
 }
 
+TEST(WindowLayer, LeavesWhatIsHiddenOrDisabled) {
+  Layer layer;
+  LogWnd owner({.class_name = "T", .id = 1}), owned({.class_name = "T", .owner = &owner, .id = 2});
+  LogWnd child({.class_name = "C", .parent = &owned, .id = 3});
+  owned.SetActiveWindow();
+  child.SetCapture();
+  owned.EnableWindow(false);
+  EXPECT_EQ(CWnd::GetCapture(), nullptr);
+  EXPECT_TRUE(owner.SetActiveWindow() == &owned && owned.SetActiveWindow() == &owner);
+  EXPECT_EQ(CWnd::GetActiveWindow(), &owner) << "who is disabled doesn't become active";
+  owned.EnableWindow();
+  owned.SetActiveWindow();
+  child.SetCapture();
+  owned.ShowWindow(SW_HIDE);
+  EXPECT_TRUE(CWnd::GetCapture() == nullptr && CWnd::GetActiveWindow() == &owner);
+  owner.ShowWindow(SW_HIDE);
+  EXPECT_EQ(CWnd::GetActiveWindow(), nullptr);
+  // A window that ends others while it is asked whether it is hit.
+  LogWnd top({.class_name = "T", .place = {0, 0, 50, 50}, .id = 4});
+  auto second = std::make_unique<LogWnd>(
+      WindowCreation{.class_name = "C", .place = {0, 0, 9, 9}, .parent = &top, .id = 6});
+  LogWnd first({.class_name = "C", .place = {0, 0, 9, 9}, .parent = &top, .id = 5});
+  second->SetWindowOrder(nullptr);
+  second->on_message = [&](UINT message) {
+    if (message == WM_NCHITTEST) first.DestroyWindow();
+  };
+  EXPECT_EQ(top.WindowAt({1, 1}), second.get());
+}
+
 /// A control that keeps one of its notifications to itself.
 struct ReflectingWnd : CWnd {
   bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override {

@@ -166,12 +166,12 @@ TEST_F(WindowTree, FocusGoesToWhatIsEnabledAndLeavesWhatIsHidden) {
               inner.SetFocus() == &second && CWnd::GetFocus() == &second);
   EXPECT_TRUE(top.ShowWindow(SW_HIDE) && second.IsShown() && !second.IsWindowVisible());
   EXPECT_EQ(CWnd::GetFocus(), nullptr) << "it was below a window that is hidden";
-  EXPECT_TRUE(!top.ShowWindow(SW_SHOW) && child.EnableWindow() && inner.SetFocus() == &top);
+  EXPECT_TRUE(!top.ShowWindow(SW_SHOW) && child.EnableWindow() && inner.SetFocus() == &second);
   child.EnableWindow(false);
-  EXPECT_EQ(top.Take(), "3:7 3:8 4:7 2:10 4:8 1:24 1:24 1:6 1:7 2:10 1:8 3:7 3:8 2:10 ");
+  EXPECT_EQ(top.Take(), "3:7 3:8 4:7 2:10 4:8 1:24 1:24 1:6 4:7 2:10 4:8 3:7 3:8 2:10 ");
   EXPECT_EQ(observer.Take(),
-            "3 focus 3 focus 4 focus 2 enabled 1 shown 4 focus 1 shown 1 active 1 focus "
-            "2 enabled 1 focus 3 focus 2 enabled 3 focus ");
+            "3 focus 3 focus 4 focus 2 enabled 1 shown 4 focus 1 shown 1 active 4 focus "
+            "2 enabled 4 focus 3 focus 2 enabled 3 focus ");
   // A handler that moves the focus on has the last word.
   second.on[WM_KILLFOCUS] = [&] { top.SetFocus(); };
   second.SetFocus();

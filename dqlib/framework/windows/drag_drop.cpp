@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <unordered_map>
+#include <utility>
 
 #include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/platform/platform.h"
@@ -15,21 +16,6 @@ using Targets = std::unordered_map<HWND, COleDropTarget*>;
 Targets& AllTargets() {
   static Targets& targets = *new Targets;
   return targets;
-}
-
-/// What the keys ask for: Control copies, Shift moves, both link; of what is allowed.
-UINT WantedEffect(UINT keys, UINT effects) {
-  const bool control = (keys & MK_CONTROL) != 0;
-  const bool shift = (keys & MK_SHIFT) != 0;
-  const UINT wanted = control && shift ? DROPEFFECT_LINK
-                      : control        ? DROPEFFECT_COPY
-                      : shift          ? DROPEFFECT_MOVE
-                                       : DROPEFFECT_NONE;
-  if (wanted != DROPEFFECT_NONE) return wanted & effects;
-  for (const UINT usual : {DROPEFFECT_MOVE, DROPEFFECT_COPY, DROPEFFECT_LINK}) {
-    if ((effects & usual) != 0) return usual;
-  }
-  return DROPEFFECT_NONE;
 }
 
 /// The nearest window with a target, from `under` upwards.
@@ -170,13 +156,12 @@ UINT DragInput::Drop(CWnd* under, UINT keys, const CPoint& screen) {
   CWnd* const window = CWnd::FromHandle(over_);
   if (target == nullptr) return DROPEFFECT_NONE;
   const CPoint point = window->ScreenToClient(screen);
-  const HWND handle = over_;
-  const int chosen =
-      target->OnDropEx(window, &data_, WantedEffect(keys, effects_), effects_, point);
-  // The drop ends the drag: there is nothing to leave any more.
-  over_ = nullptr;
+  const HWND handle = std::exchange(over_, nullptr);
+  const int chosen = target->OnDropEx(window, &data_, effect, effects_, point);
   if (chosen != -1) return static_cast<UINT>(chosen) & effects_;
-  if (effect == DROPEFFECT_NONE || COleDropTarget::Of(CWnd::FromHandle(handle)) != target) {
+  if (COleDropTarget::Of(CWnd::FromHandle(handle)) != target) return DROPEFFECT_NONE;
+  if (effect == DROPEFFECT_NONE) {
+    target->OnDragLeave(window);
     return DROPEFFECT_NONE;
   }
   return target->OnDrop(window, &data_, effect, point) != 0 ? effect : UINT{DROPEFFECT_NONE};

@@ -94,9 +94,11 @@ class COleDropTarget {
   virtual void OnDragLeave(CWnd* window);
   /// The drop: whether it was taken.
   virtual BOOL OnDrop(CWnd* window, COleDataObject* data, UINT effect, CPoint point);
-  /// The same, for a target that chooses the effect itself, of those in `effects`; `wanted` is what
-  /// the keys ask for. -1 leaves it to `OnDrop`.
-  virtual int OnDropEx(CWnd* window, COleDataObject* data, UINT wanted, UINT effects, CPoint point);
+  /// The same, for a target that chooses the effect itself, of those in `effects`; `offered` is
+  /// what `OnDragOver` has said. -1 leaves it to `OnDrop`, or, where nothing was offered, to
+  /// `OnDragLeave`.
+  virtual int OnDropEx(CWnd* window, COleDataObject* data, UINT offered, UINT effects,
+                       CPoint point);
 
  private:
   HWND window_ = nullptr;

@@ -29,13 +29,13 @@ bool CFormView::Create(CWnd* parent, const CRect& place, int id, const CCreateCo
                                                             : nullptr;
   if (form == nullptr) return false;
   m_controls.clear();
-  if (!CreateWnd(
-          {.class_name = "FormView",
-           .text = form->caption,
-           .place = {place.left, place.top, place.left + form->size.cx, place.top + form->size.cy},
-           .client_size = true,
-           .parent = parent,
-           .id = id})) {
+  if (!CreateWnd({.class_name = "FormView",
+                  .text = form->caption,
+                  .place = {place.left, place.top, detail::WrappingSum(place.left, form->size.cx),
+                            detail::WrappingSum(place.top, form->size.cy)},
+                  .client_size = true,
+                  .parent = parent,
+                  .id = id})) {
     return false;
   }
   if (!detail::MakeControls(*form, *this, m_controls)) return false;

@@ -30,6 +30,19 @@ CView* FirstView(CWnd* pane) {
   return view;
 }
 
+/// Takes a mark back at the end, however that comes, if the window is still there.
+struct Undo {
+  const Watched& window;
+  bool& mark;
+
+  Undo(const Watched& of, bool& set) : window(of), mark(set) {}
+  Undo(const Undo&) = delete;
+  Undo& operator=(const Undo&) = delete;
+  ~Undo() {
+    if (window.IsThere()) mark = false;
+  }
+};
+
 }  // namespace
 
 IMPLEMENT_DYNCREATE(CFrameWnd, CWnd)
@@ -97,6 +110,7 @@ CView* CFrameWnd::GetActiveView() const {
 
 void CFrameWnd::SetActiveView(CView* view, bool notify) {
   CView* const former = GetActiveView();
+  const HWND left = active_view_;
   const HWND now = view == nullptr ? nullptr : view->GetSafeHwnd();
   if (active_view_ == now) return;
   active_view_ = nullptr;
@@ -107,7 +121,11 @@ void CFrameWnd::SetActiveView(CView* view, bool notify) {
   if (now != nullptr && MessageQueue::FindOwnWindow(now) != view) return;
   active_view_ = now;
   if (GetSafeHwnd() != nullptr) Changed(WindowChange::kActive);
-  if (view != nullptr && notify) view->OnActivateView(true, view, former);
+  // The former one's handler may have ended it.
+  const bool is_left_there = MessageQueue::FindOwnWindow(left) == former;
+  if (view != nullptr && notify) {
+    view->OnActivateView(true, view, is_left_there ? former : nullptr);
+  }
 }
 
 CDocument* CFrameWnd::GetActiveDocument() {
@@ -121,6 +139,7 @@ void CFrameWnd::RecalcLayout() {
   if (laying_out_ || GetSafeHwnd() == nullptr || IsIconic()) return;
   const Watched self(*this);
   laying_out_ = true;
+  const Undo done(self, laying_out_);
   // Bars that change while they are laid out may ask for it once more, but not for ever.
   constexpr int kMostRounds = 4;
   for (int round = 0; lay_out_again_ && round < kMostRounds; ++round) {
@@ -136,7 +155,6 @@ void CFrameWnd::RecalcLayout() {
     if (CWnd* const pane = GetDlgItem(kFirstPaneId)) pane->MoveWindow(room);
     if (!self.IsThere()) return;
   }
-  laying_out_ = false;
 }
 
 void CFrameWnd::InitialUpdateFrame(CDocument*, bool visible) {
@@ -218,7 +236,7 @@ BOOL CFrameWnd::PreTranslateMessage(MSG* message) {
     const AcceleratorTable* keys =
         document == nullptr ? nullptr : document->GetDefaultAccelerators();
     if (keys == nullptr) keys = &accelerators_;
-    if (keys->Translate(*this, static_cast<WORD>(message->wParam), is_down(VK_CONTROL),
+    if (keys->Translate(KeyTarget(), static_cast<WORD>(message->wParam), is_down(VK_CONTROL),
                         is_down(VK_SHIFT), is_down(VK_MENU))) {
       return 1;
     }

@@ -129,6 +129,8 @@ class CFrameWnd : public CWnd {
   LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
   bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override;
   void PostNcDestroy() override;
+  /// Who gets the commands of its key combinations.
+  virtual CWnd& KeyTarget() { return *this; }
 
   /// The body of creation, where the window is made by `creation`.
   bool CreateFrame(const WindowCreation& creation, UINT menu_id, const CCreateContext* context);

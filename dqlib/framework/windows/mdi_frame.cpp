@@ -21,9 +21,10 @@ CMDIChildWnd* ToChild(HWND window) {
 CRect NextPlace(const CWnd& client, const CWnd* before) {
   constexpr LONG kStep = 24;
   const CRect room = client.GetClientRect();
-  const CSize size{room.Width() * 3 / 4, room.Height() * 3 / 4};
+  const CSize size{room.Width() / 4 * 3, room.Height() / 4 * 3};
   CPoint at;
-  if (before != nullptr) at = {before->GetPlace().left + kStep, before->GetPlace().top + kStep};
+  if (before != nullptr) at = before->GetPlace().TopLeft();
+  if (before != nullptr) at.Offset(kStep, kStep);
   if (at.x > room.Width() / 4 || at.y > room.Height() / 4) at = {};
   return {at.x, at.y, at.x + size.cx, at.y + size.cy};
 }
@@ -178,6 +179,11 @@ bool CMDIChildWnd::LoadFrame(UINT resource_id, CWnd* parent, const CCreateContex
 CMDIFrameWnd* CMDIChildWnd::GetMDIFrame() const {
   const CWnd* const client = GetParent();
   return client == nullptr ? nullptr : DYNAMIC_DOWNCAST(CMDIFrameWnd, client->GetParent());
+}
+
+CWnd& CMDIChildWnd::KeyTarget() {
+  CMDIFrameWnd* const frame = GetMDIFrame();
+  return frame == nullptr ? CFrameWnd::KeyTarget() : *frame;
 }
 
 void CMDIChildWnd::MDIDestroy() {

@@ -79,6 +79,8 @@ class CMDIChildWnd : public CFrameWnd {
 
  protected:
   LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
+  /// The main frame, from which they come to this one first.
+  CWnd& KeyTarget() override;
 
  private:
   int window_number_ = 0;

@@ -190,7 +190,8 @@ CRect CToolBar::GetItemRect(int position) const {
 }
 
 CSize CToolBar::ButtonSize() const {
-  return {picture_size_.cx + 2 * kButtonMargin, picture_size_.cy + 2 * kButtonMargin};
+  return {detail::WrappingSum(picture_size_.cx, 2 * kButtonMargin),
+          detail::WrappingSum(picture_size_.cy, 2 * kButtonMargin)};
 }
 
 /// Along the bar.

@@ -46,7 +46,9 @@ WindowObserver* SetWindowObserver(WindowObserver* observer) {
   detail::TellRows();
   WindowObserver* const former = std::exchange(CurrentUi().observer, observer);
   if (MessageQueue* const queue = MessageQueue::Current()) {
-    queue->SetEvents(observer == nullptr ? nullptr : observer->GetEvents());
+    NativeEvents* events = nullptr;
+    if (observer != nullptr) Guarded([&] { events = observer->GetEvents(); });
+    queue->SetEvents(events);
   }
   return former;
 }

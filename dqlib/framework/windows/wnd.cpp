@@ -153,7 +153,9 @@ BOOL CWnd::DestroyWindow() {
     return 0;
   }
   destroying_ = true;
-  const HWND owner = t_ui.active == self && owner_ != nullptr ? owner_->m_hWnd.load() : nullptr;
+  const HWND owner = t_ui.active == self && owner_ != nullptr && owner_->parent_ == nullptr
+                         ? owner_->m_hWnd.load()
+                         : nullptr;
   LeaveFocus(*this);
   // The last one is the next to be told.
   std::vector<HWND> waiting{self};
@@ -313,17 +315,27 @@ bool CWnd::IsChild(const CWnd* other) const {
 
 CWnd* CWnd::WindowAt(const CPoint& screen) {
   if (!IsWindowVisible() || !GetWindowRect().PtInRect(screen)) return nullptr;
-  CWnd* found = this;
-  for (CWnd* next = this; next != nullptr;) {
+  HWND found = m_hWnd;
+  for (HWND next = found; next != nullptr;) {
     found = next;
-    const CPoint at = found->ScreenToClient(screen);
-    if (!found->GetClientRect().PtInRect(at)) break;
-    next = found->first_child_;
-    while (next != nullptr && !(next->visible_ && next->place_.PtInRect(at) && next->IsHit())) {
-      next = next->next_;
+    CWnd* const window = MessageQueue::FindOwnWindow(found);
+    if (window == nullptr) return nullptr;
+    const CPoint at = window->ScreenToClient(screen);
+    next = nullptr;
+    if (!window->GetClientRect().PtInRect(at)) break;
+    // By handle, because windows are asked whether they are hit, and may end others then.
+    std::vector<HWND> under;
+    for (const CWnd* child = window->first_child_; child != nullptr; child = child->next_) {
+      if (child->visible_ && child->place_.PtInRect(at)) under.push_back(child->m_hWnd);
+    }
+    for (const HWND each : under) {
+      CWnd* const child = MessageQueue::FindOwnWindow(each);
+      if (child == nullptr || !child->IsHit(screen)) continue;
+      next = each;
+      break;
     }
   }
-  return found;
+  return MessageQueue::FindOwnWindow(found);
 }
 
 void CWnd::SetWindowOrder(CWnd* after) {

@@ -174,7 +174,7 @@ class CWnd : public CCmdTarget {
   bool SetWindowPlacement(const WINDOWPLACEMENT* placement);
 
   /// Returns whether it was disabled. Sends `WM_ENABLE` on a change. A window that is disabled
-  /// loses the focus.
+  /// loses the focus and the mouse.
   bool EnableWindow(bool enable = true);
   bool IsWindowEnabled() const { return enabled_; }
   /// Gives it the keyboard: `WM_KILLFOCUS` to the former window, `WM_SETFOCUS` to this one. Returns
@@ -189,7 +189,8 @@ class CWnd : public CCmdTarget {
   static void ReleaseCapture();
   /// Makes it the active one of the thread's top-level windows, and returns the former: that one
   /// gets `WM_ACTIVATE` with `WA_INACTIVE`, this one with `by_click` or `WA_ACTIVE`. What had the
-  /// focus in a window when it stopped being active gets it back; else the window itself does.
+  /// focus in a window when it stopped being active gets it back; else the window itself does. One
+  /// that is disabled doesn't become active.
   CWnd* SetActiveWindow(bool by_click = false);
   static CWnd* GetActiveWindow();
   /// None of the thread's windows is active any more: the person works with another program.
@@ -323,11 +324,13 @@ class CWnd : public CCmdTarget {
   void TakeDownTree();
   void TakeDown();
   static void LeaveFocus(const CWnd& window);
+  static void LeaveCapture(const CWnd& window);
+  void PassActivity();
   static void Activate(HWND now, UINT state);
   static CWnd* HandCapture(HWND now);
   void TakeFrameWidths();
   CRect CenteredPlace(const CWnd* in) const;
-  bool IsHit();
+  bool IsHit(const CPoint& screen);
   void TakeFocusBack();
   BOOL ReflectNotification(HWND control, UINT message, WPARAM wparam, LPARAM lparam,
                            LRESULT* result);

@@ -63,8 +63,10 @@ bool CWnd::ShowWindow(int command) {
     visible_ = showing.visible;
     Changed(WindowChange::kShown);
     if (!visible_) LeaveFocus(*this);
+    if (!visible_ && self.IsThere()) LeaveCapture(*this);
     if (!self.IsThere()) return was_visible;
     WindowProc(WM_SHOWWINDOW, visible_ ? 1 : 0, 0);
+    if (self.IsThere() && !visible_ && detail::CurrentUi().active == m_hWnd) PassActivity();
   }
   if (self.IsThere() && showing.state >= 0) SetState(static_cast<UINT>(showing.state));
   if (self.IsThere() && showing.activate && parent_ == nullptr) SetActiveWindow();
@@ -123,6 +125,7 @@ bool CWnd::EnableWindow(bool enable) {
   enabled_ = enable;
   Changed(WindowChange::kEnabled);
   if (!enable) LeaveFocus(*this);
+  if (!enable && self.IsThere()) LeaveCapture(*this);
   if (!self.IsThere()) return was_disabled;
   WindowProc(WM_ENABLE, enable ? 1 : 0, 0);
   return was_disabled;
@@ -132,8 +135,25 @@ void CWnd::LeaveFocus(const CWnd& window) {
   CWnd* const focus = GetFocus();
   if (focus == nullptr || (focus != &window && !window.IsChild(focus))) return;
   detail::CurrentUi().focus = nullptr;
+  focus->GetTopLevelParent()->last_focus_ = focus->m_hWnd;
   focus->Changed(WindowChange::kFocus);
   focus->WindowProc(WM_KILLFOCUS, 0, 0);
+}
+
+void CWnd::LeaveCapture(const CWnd& window) {
+  const CWnd* const capture = GetCapture();
+  if (capture != nullptr && (capture == &window || window.IsChild(capture))) ReleaseCapture();
+}
+
+/// A window that is hidden, or ends, isn't the active one any more: its owner is, if a person can
+/// use that, or none.
+void CWnd::PassActivity() {
+  if (owner_ != nullptr && owner_->parent_ == nullptr && owner_->enabled_ &&
+      owner_->IsWindowVisible()) {
+    owner_->SetActiveWindow();
+  } else {
+    LeaveActiveWindow();
+  }
 }
 
 CWnd* CWnd::SetFocus() {
@@ -184,7 +204,8 @@ CWnd* CWnd::HandCapture(HWND now) {
 }
 
 CWnd* CWnd::SetActiveWindow(bool by_click) {
-  if (m_hWnd == nullptr) return GetActiveWindow();
+  // A modal dialog has disabled it: that one is active.
+  if (m_hWnd == nullptr || !enabled_) return GetActiveWindow();
   const HWND former = detail::CurrentUi().active;
   Activate(m_hWnd, by_click ? WA_CLICKACTIVE : WA_ACTIVE);
   return MessageQueue::FindOwnWindow(former);
@@ -219,12 +240,14 @@ void CWnd::TakeFocusBack() {
   CWnd* const last = MessageQueue::FindOwnWindow(std::exchange(last_focus_, nullptr));
   if (last != nullptr && IsChild(last) && last->IsWindowVisible()) {
     last->SetFocus();
-  } else {
-    SetFocus();
+    if (GetFocus() == last) return;
   }
+  SetFocus();
 }
 
-bool CWnd::IsHit() { return WindowProc(WM_NCHITTEST, 0, 0) != HTTRANSPARENT; }
+bool CWnd::IsHit(const CPoint& screen) {
+  return WindowProc(WM_NCHITTEST, 0, MakeLParam(screen.x, screen.y)) != HTTRANSPARENT;
+}
 
 CWnd* CWnd::GetActiveWindow() { return MessageQueue::FindOwnWindow(detail::CurrentUi().active); }
 
