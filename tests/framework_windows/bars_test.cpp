@@ -52,8 +52,8 @@ struct StatusBars : testing::Test {
 TEST_F(StatusBars, ShowTheMessageOfTheirFrameAndStretchTheFirstPane) {
   const UINT ids[] = {0, 10, 11}, missing[] = {0, 12}, others[] = {11, 0};
   frame.SetMessageText("ready");
-  ASSERT_TRUE(bar.Create(&frame) && bar.SetIndicators(ids));
-  EXPECT_FALSE(bar.SetIndicators(missing));
+  ASSERT_TRUE(bar.SetIndicators(ids) && bar.Create(&frame));
+  EXPECT_FALSE(bar.SetIndicators(missing) || bar.Create(&frame));
   EXPECT_EQ(Panes(bar),
             "0:8000100 480 [ready] 10:4000000 49 [Line XX] 11:4000000 28 [INS\xC3\x9F] ");
   frame.RecalcLayout();

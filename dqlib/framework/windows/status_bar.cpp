@@ -55,7 +55,10 @@ class CStatusBar::PaneUI : public CCmdUI {
 };
 
 bool CStatusBar::Create(CWnd* parent, int id) {
-  return CreateWnd(WindowCreation{.class_name = "StatusBar", .parent = parent, .id = id});
+  if (!CreateWnd({.class_name = "StatusBar", .parent = parent, .id = id})) return false;
+  const CFrameWnd* const frame = GetDockingFrame();
+  if (frame != nullptr && !frame->GetMessageText().IsEmpty()) ShowMessage(frame->GetMessageText());
+  return true;
 }
 
 bool CStatusBar::SetIndicators(std::span<const UINT> ids) {
