@@ -25,8 +25,10 @@ bool CutLine(CPoint& from, CPoint& to) {
   for (const auto& [start, way] : {std::pair<double, double>(from.x, width), {from.y, height}}) {
     if (way == 0 && std::abs(start) > kFarthest) return false;
     if (way == 0) continue;
-    const auto [enters, leaves] =
-        std::minmax((-kFarthest - start) / way, (kFarthest - start) / way);
+    const double one = (-kFarthest - start) / way;
+    const double other = (kFarthest - start) / way;
+    const double enters = std::min(one, other);
+    const double leaves = std::max(one, other);
     begin = std::max(begin, enters);
     end = std::min(end, leaves);
   }

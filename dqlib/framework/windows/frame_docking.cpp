@@ -304,6 +304,7 @@ void CFrameWnd::LoadBarState(const char* section) {
     const bool has_side =
         std::ranges::find(kSides, static_cast<DockSide>(state.side)) != std::end(kSides);
     bar->SetBarSize({std::min(state.size.cx, screen.cx), std::min(state.size.cy, screen.cy)});
+    if (!self.IsThere() || BarOf(state.bar) != bar) continue;
     bar->m_rectFloat = Intersect(state.place, in_sight).IsRectEmpty() ? CRect{} : state.place;
     if (has_side) DockControlBar(bar, static_cast<DockSide>(state.side));
     if (!self.IsThere() || BarOf(state.bar) != bar) continue;
