@@ -7,6 +7,8 @@
 
 #pragma once
 
+#include <mutex>
+
 #include "tests/support/testing.h"
 
 namespace dq::test {
@@ -153,15 +155,19 @@ struct ShownBox {
 
 /// The platform's prompts for its lifetime. Boxes are left by the buttons of the script, one each,
 /// and by their default buttons when it has come to its end. Dialogs are left open, which cancels
-/// them, unless `on_dialog` does otherwise. For one thread.
+/// them, unless `on_dialog` does otherwise. Boxes may be shown by several threads.
 class ScriptedPrompts : public platform::Prompts {
  public:
   ScriptedPrompts(std::initializer_list<BoxButton> script = {})
       : script_(script), scope_(With(&platform::Platform::prompts, this)) {}
 
   int Show(std::string_view caption, std::string_view text, UINT type, UINT help_id) override {
-    shown.push_back({std::string(text), type, help_id, std::string(caption)});
+    {
+      const std::scoped_lock lock(mutex_);
+      shown.push_back({std::string(text), type, help_id, std::string(caption)});
+    }
     if (on_box) on_box();
+    const std::scoped_lock lock(mutex_);
     if (script_.empty()) return DefaultBoxButton(type);
     const BoxButton button = script_.front();
     script_.erase(script_.begin());
@@ -184,6 +190,7 @@ class ScriptedPrompts : public platform::Prompts {
   std::vector<ShownBox> shown;
 
  private:
+  std::mutex mutex_;
   std::vector<BoxButton> script_;
   platform::ScopedPlatform scope_;
 };
