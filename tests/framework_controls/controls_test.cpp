@@ -170,7 +170,7 @@ TEST_F(Controls, TakeAPersonsEditsAsTheLayersOwnControlMakesThem) {
                         {kEdit, 2, 1, "x", false, "ac"},
                         {kEdit, -1, 0, "x", false, "ac"},
                         {kEdit, 0, 0, "a\nb", false, "ac"},
-                        {kEdit, 1, 0, "1234", false, "2:1024 2:768 2:1281 a123c"},
+                        {kEdit, 1, 0, "1234", false, "2:1281 2:1024 2:768 a123c"},
                         {kEdit, 5, 0, "z", false, "2:1281 a123c"},
                         {kEdit, 0, 5, "", true, "2:1024 2:768 "},
                         {kCombo, 0, 0, "two", true, "23:6 23:5 two"},
@@ -186,6 +186,15 @@ TEST_F(Controls, TakeAPersonsEditsAsTheLayersOwnControlMakesThem) {
         << inserted;
     EXPECT_EQ(Codes() + std::string(dialog.GetDlgItemText(id)), left);
   }
+  // The handler of `EN_MAXTEXT` may make room, or refuse.
+  CEdit& edit = dialog.edit();
+  edit.LimitText(2);
+  dialog.handler = [&](int) { edit.LimitText(4); };
+  EXPECT_TRUE(edit.EditText(0, 0, "abcd", 4, 4) && Codes() == "2:1281 2:1024 2:768 ");
+  dialog.handler = [&](int) { edit.SetReadOnly(); };
+  EXPECT_FALSE(edit.EditText(0, 0, "x", 1, 1) || edit.Type("x"));
+  EXPECT_EQ(Codes() + edit.GetWindowText(), "2:1281 abcd");
+  dialog.handler = {};
   // What the program does is told too, but not of a text of several lines that is set.
   dialog.edit().SetWindowText("s");
   dialog.edit().ReplaceSel("r");

@@ -97,6 +97,12 @@ bool CEdit::TextChanged() {
   return Notify(EN_UPDATE) && Notify(EN_CHANGE);
 }
 
+/// Tells the parent of a text that is over the limit where it takes the place of so many bytes; it
+/// may raise the limit then. False if the control is gone afterwards.
+bool CEdit::AskForRoom(std::string_view text, int removed) {
+  return text_.Fitting(text, removed) == text.size() || Notify(EN_MAXTEXT);
+}
+
 void CEdit::OnTextWasSet() {
   if (!style_.multi_line && Notify(EN_UPDATE)) Notify(EN_CHANGE);
 }
@@ -105,11 +111,12 @@ bool CEdit::EditText(int first, int removed, std::string_view inserted, int anch
   std::string stored;
   if (!TakesInput() || style_.read_only || !text_.Has(first, removed)) return false;
   if (!Accept(inserted, stored)) return false;
+  const unsigned version = text_.version();
+  if (!AskForRoom(stored, removed)) return true;
+  if (!TakesInput() || style_.read_only || text_.version() != version) return false;
   const std::size_t taken = text_.Edit(first, removed, stored, anchor, caret);
-  const bool cut = taken < stored.size();
   if ((taken > 0 || removed > 0) && !TextChanged()) return true;
-  if (cut) Notify(EN_MAXTEXT);
-  return !cut;
+  return taken == stored.size();
 }
 
 bool CEdit::Type(std::string_view text) {
@@ -122,9 +129,10 @@ bool CEdit::Type(std::string_view text) {
   if (!style_.multi_line) text = text.substr(0, text.find_first_of("\r\n"));
   std::string stored;
   if (text.empty() || !Accept(text, stored)) return false;
+  if (!AskForRoom(stored, text_.last() - text_.first())) return true;
+  if (!TakesInput() || style_.read_only) return false;
   const std::size_t taken = text_.ReplaceWithin(stored);
-  if (taken > 0 && !TextChanged()) return true;
-  if (taken < stored.size()) Notify(EN_MAXTEXT);
+  if (taken > 0) TextChanged();
   return taken > 0;
 }
 

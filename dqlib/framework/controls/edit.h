@@ -54,8 +54,9 @@ class CEdit : public Control {
   int LineIndex(int line = -1) const;
 
   /// A person types or pastes the text at the selection; "\b" removes a character. Any line end
-  /// becomes CR LF; in an edit control of one line the text ends there. What is over the limit is
-  /// left out and told by `EN_MAXTEXT`. False, and nothing, if the control doesn't take it.
+  /// becomes CR LF; in an edit control of one line the text ends there. If it is over the limit,
+  /// `EN_MAXTEXT` comes first, whose handler may raise that; what is over it then is left out.
+  /// False, and nothing, if the control doesn't take it.
   bool Type(std::string_view text);
   /// A person has replaced `removed` bytes from `first` on by the text: typed, pasted, dropped,
   /// deleted, undone or composed it, whatever a window layer's own control offers. Then they have
@@ -79,6 +80,7 @@ class CEdit : public Control {
   bool Accept(std::string_view entered, std::string& stored) const;
   const std::vector<int>& Lines() const;
   bool TextChanged();
+  bool AskForRoom(std::string_view text, int removed);
 
   detail::EditText text_;
   EditStyle style_;

@@ -10,6 +10,7 @@ namespace dq::detail {
 void EditText::Set(std::string_view text) {
   text_ = text;
   anchor_ = caret_ = 0;
+  ++version_;
 }
 
 bool EditText::Select(int start, int end) {
@@ -30,21 +31,24 @@ void EditText::Replace(std::string_view text) {
   const int at = first();
   text_.replace(static_cast<std::size_t>(at), removed, text);
   anchor_ = caret_ = at + static_cast<int>(text.size());
+  ++version_;
+}
+
+std::size_t EditText::Fitting(std::string_view text, int removed) const {
+  const std::size_t kept = text_.size() - static_cast<std::size_t>(removed);
+  const std::size_t room = limit_ > kept ? limit_ - kept : 0;
+  if (text.size() <= room) return text.size();
+  const platform::CodePage& page = multi_byte::CurrentCodePage();
+  for (std::size_t size = 0;;) {
+    const std::string_view rest = text.substr(size);
+    const std::size_t step = rest.starts_with("\r\n") ? 2 : page.CharacterSize(rest);
+    if (size + step > room) return size;
+    size += step;
+  }
 }
 
 std::size_t EditText::ReplaceWithin(std::string_view text) {
-  const std::size_t kept = text_.size() - static_cast<std::size_t>(last() - first());
-  const std::size_t room = limit_ > kept ? limit_ - kept : 0;
-  std::size_t size = text.size();
-  if (size > room) {
-    const platform::CodePage& page = multi_byte::CurrentCodePage();
-    for (size = 0; size < text.size();) {
-      const std::string_view rest = text.substr(size);
-      const std::size_t step = rest.starts_with("\r\n") ? 2 : page.CharacterSize(rest);
-      if (size + step > room) break;
-      size += step;
-    }
-  }
+  const std::size_t size = Fitting(text, last() - first());
   if (size > 0) Replace(text.substr(0, size));
   return size;
 }

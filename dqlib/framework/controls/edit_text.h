@@ -34,6 +34,11 @@ class EditText {
   void Replace(std::string_view text);
   /// The same with as many characters of `text` as the limit leaves room for; how many bytes.
   std::size_t ReplaceWithin(std::string_view text);
+  /// How many bytes of `text`, in whole characters, the limit leaves room for where so many bytes
+  /// of the present text, which are there, go.
+  std::size_t Fitting(std::string_view text, int removed) const;
+  /// Another number after each change of the text.
+  unsigned version() const { return version_; }
   /// Whether so many bytes from a place on are characters of the text.
   bool Has(int first, int count) const;
   /// Replaces so many bytes from a place on, which are there, with as many characters of `text` as
@@ -47,6 +52,7 @@ class EditText {
   int anchor_ = 0;
   int caret_ = 0;
   UINT limit_ = kNoLimit;
+  unsigned version_ = 0;
 };
 
 }  // namespace dq::detail
