@@ -254,6 +254,18 @@ TEST(DocTemplate, WhateverClosesWhatCloses) {
   }
 }
 
+TEST(DocTemplate, AHandlerThatThrowsWhileADocumentClosesLeavesNoneThatNobodyEnds) {
+  for (const char* const moment : {"before close", "view"}) {
+    Session session;
+    Doc* const doc = session.Open("a");
+    g_at[moment] = [] { throw CUserException(); };
+    EXPECT_THROW(doc->OnCloseDocument(), CUserException);
+    g_at.clear();
+    if (session.Count() == 1) doc->Frame().DestroyWindow();
+    EXPECT_TRUE(session.Count() == 0 && g_alive == 0) << moment;
+  }
+}
+
 TEST(DocTemplate, SeveralFramesOfADocumentAreNumberedAndOnlyTheLastAsks) {
   Session session({BUTTON_CANCEL, BUTTON_NO});
   Doc* const doc = session.New();

@@ -82,6 +82,15 @@ TEST_F(WindowTree, EndsParentsFirstAndTellsTheLastToChildren) {
   for (const CWnd* each : {&top, &child, &third}) EXPECT_EQ(each->GetSafeHwnd(), nullptr);
 }
 
+TEST_F(WindowTree, EndsAsAWholeWhateverHandlersThrow) {
+  child.on[WM_DESTROY] = [] { throw CFileException(); };
+  inner.on[0] = top.on[0] = [] { throw CUserException(); };
+  EXPECT_THROW(top.DestroyWindow(), CFileException) << "the first";
+  EXPECT_EQ(top.Take(), "1:2 2:2 3:2 4:2 5:2 3. 2. 4. 5. 1. ");
+  EXPECT_TRUE(top.CreateWnd("Again") && child.CreateWnd({.class_name = "C", .parent = &top}));
+  inner.on = child.on = top.on = {};
+}
+
 TEST_F(WindowTree, OwnedWindowsEndWithTheirOwnerFromTheLastAndEachMayGoBefore) {
   auto former = std::make_unique<LogWnd>(&top, 6);
   std::vector<std::unique_ptr<LogWnd>> owned;

@@ -58,6 +58,23 @@ struct CDocument::Update {
   }
 };
 
+/// While a document closes it doesn't go with its last view, but at the end, by itself. If a
+/// handler's exception ends that before, it is what it was.
+struct CDocument::Closed {
+  const Update& alive;
+  const bool deletes_itself;
+
+  explicit Closed(const Update& of)
+      : alive(of), deletes_itself(std::exchange(of.document.m_bAutoDelete, false)) {}
+  Closed(const Closed&) = delete;
+  Closed& operator=(const Closed&) = delete;
+  ~Closed() {
+    if (alive.document_gone) return;
+    alive.document.m_bAutoDelete = deletes_itself;
+    if (deletes_itself && alive.document.m_views.empty()) delete &alive.document;
+  }
+};
+
 CDocument::CDocument() = default;
 
 CDocument::~CDocument() {
@@ -318,9 +335,8 @@ bool CDocument::CanCloseFrame(CFrameWnd* frame) {
 }
 
 void CDocument::OnCloseDocument() {
-  const bool deletes_itself = m_bAutoDelete;
-  m_bAutoDelete = false;
   Update alive(*this);
+  const Closed closed(alive);
   while (!m_views.empty()) {
     CView* const view = m_views.front();
     CFrameWnd* const frame = view->GetParentFrame();
@@ -333,9 +349,6 @@ void CDocument::OnCloseDocument() {
     if (!m_views.empty() && m_views.front() == view) RemoveView(view);
   }
   DeleteContents();
-  if (alive.document_gone) return;
-  m_bAutoDelete = deletes_itself;
-  if (deletes_itself) delete this;
 }
 
 void CDocument::OnChangedViewList() {

@@ -130,6 +130,7 @@ class CDocument : public CCmdTarget {
 
  private:
   struct Update;
+  struct Closed;
 
   void OnFileSave() { DoFileSave(); }
   void OnFileSaveAs() { DoSave(nullptr); }

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <memory>
 #include <utility>
 
@@ -55,6 +56,26 @@ void Guarded(Call call) {
     TraceObserver();
   }
 }
+
+/// Steps that are all taken, whatever the handlers among them throw. The first exception goes on
+/// when `Rethrow` is called behind the last step.
+class AllSteps {
+ public:
+  template <typename Step>
+  void Take(Step step) {
+    try {
+      step();
+    } catch (...) {
+      if (!thrown_) thrown_ = std::current_exception();
+    }
+  }
+  void Rethrow() const {
+    if (thrown_) std::rethrow_exception(thrown_);
+  }
+
+ private:
+  std::exception_ptr thrown_;
+};
 
 /// A window that is at work while handlers, which may end it, are called. Once it isn't there,
 /// nothing of it may be touched. A target of commands that is no window can't be watched, nor can a

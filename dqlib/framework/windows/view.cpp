@@ -82,10 +82,10 @@ LRESULT CView::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
 }
 
 void CView::PostNcDestroy() {
-  const bool deletes_itself = m_bDeletesItself;
+  // Whatever handlers of the document throw.
+  const std::unique_ptr<CView> own(m_bDeletesItself ? this : nullptr);
   // The document may go with its last view.
   if (m_pDocument != nullptr) m_pDocument->RemoveView(this);
-  if (deletes_itself) delete this;
 }
 
 }  // namespace dq

@@ -90,8 +90,10 @@ CWnd::CWnd() = default;
 
 CWnd::~CWnd() {
   CWnd::DestroyWindow();
-  // It may be ending already, in one of its own handlers.
-  if (m_hWnd != nullptr) TakeDownTree();
+  // It may be ending already, in one of its own handlers. What others throw then ends here: a
+  // destructor has nobody to tell.
+  detail::AllSteps steps;
+  if (m_hWnd != nullptr) TakeDownTree(steps);
   CWinThread* const thread = AfxGetThread();
   if (thread != nullptr && thread->m_pMainWnd == this) thread->m_pMainWnd = nullptr;
 }
@@ -147,16 +149,17 @@ bool CWnd::CreateWnd(const WindowCreation& creation) {
 BOOL CWnd::DestroyWindow() {
   if (m_hWnd == nullptr || destroying_) return 0;
   const HWND self = m_hWnd;
+  detail::AllSteps steps;
   if (MessageQueue::FindOwnWindow(self) != this) {
     // Its thread has ended, or another one drops it: nobody is left to be told.
-    TakeDownTree();
+    TakeDownTree(steps);
     return 0;
   }
   destroying_ = true;
   const HWND owner = t_ui.active == self && owner_ != nullptr && owner_->parent_ == nullptr
                          ? owner_->m_hWnd.load()
                          : nullptr;
-  LeaveFocus(*this);
+  steps.Take([this] { LeaveFocus(*this); });
   // The last one is the next to be told.
   std::vector<HWND> waiting{self};
   while (!waiting.empty()) {
@@ -165,26 +168,29 @@ BOOL CWnd::DestroyWindow() {
     CWnd* const window = MessageQueue::FindOwnWindow(next);
     if (window == nullptr) continue;
     window->destroying_ = true;
-    if (!window->DestroyOwned()) continue;
-    window->WindowProc(WM_DESTROY, 0, 0);
+    if (!window->DestroyOwned(steps)) continue;
+    steps.Take([window] { window->WindowProc(WM_DESTROY, 0, 0); });
     // The handler may have ended it; what it had below is gone then.
     if (MessageQueue::FindOwnWindow(next) != window) continue;
     for (CWnd* child = window->last_child_; child != nullptr; child = child->previous_) {
       waiting.push_back(child->m_hWnd);
     }
   }
-  if (MessageQueue::FindOwnWindow(self) == this) TakeDownTree();
+  if (MessageQueue::FindOwnWindow(self) == this) TakeDownTree(steps);
   CWnd* const next = t_ui.active == nullptr ? MessageQueue::FindOwnWindow(owner) : nullptr;
-  if (next != nullptr && next->enabled_ && next->IsWindowVisible()) next->SetActiveWindow();
+  if (next != nullptr && next->enabled_ && next->IsWindowVisible()) {
+    steps.Take([next] { next->SetActiveWindow(); });
+  }
+  steps.Rethrow();
   return 1;
 }
 
 /// Ends the windows that it owns. False if it is gone itself then.
-bool CWnd::DestroyOwned() {
+bool CWnd::DestroyOwned(detail::AllSteps& steps) {
   const Watched self(*this);
   while (CWnd* const owned = first_owned_) {
     owned->LeaveOwner();
-    owned->DestroyWindow();
+    steps.Take([owned] { owned->DestroyWindow(); });
     if (!self.IsThere()) return false;
   }
   return true;
@@ -197,7 +203,7 @@ void CWnd::LeaveOwner() {
   owner_ = next_owned_ = previous_owned_ = nullptr;
 }
 
-void CWnd::TakeDownTree() {
+void CWnd::TakeDownTree(detail::AllSteps& steps) {
   const HWND self = m_hWnd;
   const bool was_alive = MessageQueue::FindOwnWindow(self) == this;
   for (CWnd* at = this;;) {
@@ -205,17 +211,17 @@ void CWnd::TakeDownTree() {
     if (at == this) break;
     CWnd* const parent = at->parent_;
     const HWND parent_handle = parent->m_hWnd;
-    at->TakeDown();
+    at->TakeDown(steps);
     at = parent;
     // The child's last call may have dropped this one, or any above the child.
     if (!was_alive) continue;
     if (MessageQueue::FindOwnWindow(self) != this) return;
     if (MessageQueue::FindOwnWindow(parent_handle) != parent) at = this;
   }
-  TakeDown();
+  TakeDown(steps);
 }
 
-void CWnd::TakeDown() {
+void CWnd::TakeDown(detail::AllSteps& steps) {
   while (first_owned_ != nullptr) first_owned_->LeaveOwner();
   const HWND self = m_hWnd.exchange(nullptr);
   for (HWND* const kept : {&t_ui.focus, &t_ui.capture, &t_ui.active}) {
@@ -228,7 +234,7 @@ void CWnd::TakeDown() {
   ++t_ui.ended;
   if (!was_alive) return;
   Changed(WindowChange::kDestroyed);
-  PostNcDestroy();
+  steps.Take([this] { PostNcDestroy(); });
 }
 
 CWnd* CWnd::FromHandle(HWND window) { return MessageQueue::FindWindow(window); }

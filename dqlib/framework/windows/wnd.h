@@ -19,6 +19,9 @@ class CDataExchange;
 class CFont;
 class CFrameWnd;
 class CMenu;
+namespace detail {
+class AllSteps;
+}
 namespace platform {
 struct DialogControl;
 }
@@ -67,8 +70,9 @@ class CWnd : public CCmdTarget {
   /// first, while they are still there. Afterwards their handles are dead, their timers and posted
   /// messages gone, senders that wait released with 0 (a message that is being handled still gets
   /// its answer), and each gets `PostNcDestroy`, children first. Where it was the active window,
-  /// its owner becomes active, unless that is disabled. Returns false if there is no window or it
-  /// is ending already.
+  /// its owner becomes active, unless that is disabled. All of them end even if a handler throws;
+  /// the first exception goes on afterwards. Returns false if there is no window or it is ending
+  /// already.
   virtual BOOL DestroyWindow();
 
   HWND GetSafeHwnd() const { return m_hWnd; }
@@ -320,9 +324,9 @@ class CWnd : public CCmdTarget {
   void SendSize();
   void LeaveOwner();
   void TakePlaceOf(CWnd& former);
-  bool DestroyOwned();
-  void TakeDownTree();
-  void TakeDown();
+  bool DestroyOwned(detail::AllSteps& steps);
+  void TakeDownTree(detail::AllSteps& steps);
+  void TakeDown(detail::AllSteps& steps);
   static void LeaveFocus(const CWnd& window);
   static void LeaveCapture(const CWnd& window);
   void PassActivity();
