@@ -88,6 +88,8 @@ struct VolumeFacts {
   std::string file_system;
   std::uint64_t bytes_total = 0;
   std::uint64_t bytes_free = 0;
+  /// The most bytes of a file's name; 12 on a volume of names of eight and three.
+  DWORD longest_name = 0;
 };
 
 /// The file system. Paths may use both separators; on POSIX a path with a drive or of the network

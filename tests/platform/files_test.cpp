@@ -335,6 +335,7 @@ TEST_F(FilesTest, SearchesProgramDirectoryThenCurrentThenPath) {
 TEST_F(FilesTest, TellsVolumesAndDrives) {
   const VolumeFacts volume = files.Volume(dir.path()).value, proc = files.Volume("/proc").value;
   EXPECT_TRUE(volume.bytes_total > volume.bytes_free && proc.file_system == "proc");
+  EXPECT_EQ(proc.longest_name, 255u);
   EXPECT_EQ(files.Volume(dir / "none").error.kind, kNotFound);
   for (const char* drive : {"c:", "/"}) EXPECT_EQ(files.KindOfDrive(drive), DRIVE_KIND_FIXED);
   for (const auto& no : {""s, dir / "none"}) EXPECT_EQ(files.KindOfDrive(no), DRIVE_KIND_NO_ROOT);

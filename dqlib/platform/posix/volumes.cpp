@@ -70,6 +70,7 @@ Result<VolumeFacts> VolumeOf(SystemCalls& calls, const std::string& path) {
   if (mount.value) facts.file_system = mount.value->type;
   facts.bytes_total = std::uint64_t{volume.f_blocks} * volume.f_frsize;
   facts.bytes_free = std::uint64_t{volume.f_bavail} * volume.f_frsize;
+  facts.longest_name = static_cast<DWORD>(volume.f_namemax);
   return facts;
 }
 
