@@ -133,6 +133,7 @@
 #include "dqlib/platform/clipboard.h"
 #include "dqlib/platform/clock.h"
 #include "dqlib/platform/code_page.h"
+#include "dqlib/platform/color_scheme.h"
 #include "dqlib/platform/console.h"
 #include "dqlib/platform/dialog_script.h"
 #include "dqlib/platform/dialog_view.h"

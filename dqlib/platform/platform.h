@@ -12,6 +12,7 @@
 #include "dqlib/platform/change_notifications.h"
 #include "dqlib/platform/clipboard.h"
 #include "dqlib/platform/clock.h"
+#include "dqlib/platform/color_scheme.h"
 #include "dqlib/platform/console.h"
 #include "dqlib/platform/files.h"
 #include "dqlib/platform/hot_keys.h"
@@ -37,6 +38,7 @@ struct Platform {
   ChangeNotifications* change_notifications;
   Clipboard* clipboard;
   Clock* clock;
+  ColorScheme* color_scheme;
   Console* console;
   Files* files;
   HotKeys* hot_keys;

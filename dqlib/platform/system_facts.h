@@ -9,15 +9,6 @@
 
 namespace dq {
 
-/// Numbers of the system colours that pictures are mapped to and edges are drawn in.
-enum SystemColor : int {
-  SYSTEM_COLOR_FACE = 15,
-  SYSTEM_COLOR_SHADOW = 16,
-  SYSTEM_COLOR_HIGHLIGHT = 20,
-  SYSTEM_COLOR_DARK_SHADOW = 21,
-  SYSTEM_COLOR_LIGHT = 22,
-};
-
 /// Numbers of special folders.
 enum SpecialFolder : int {
   FOLDER_DESKTOP = 0,
@@ -68,9 +59,6 @@ class SystemFacts {
 
   /// The command line of the program that the user opens web addresses with; "" if none is set.
   virtual std::string WebBrowserCommand() = 0;
-
-  /// A colour of the desktop's scheme, by `SystemColor`; black for a number it doesn't know.
-  virtual COLORREF Color(int index) = 0;
 };
 
 }  // namespace platform

@@ -487,7 +487,7 @@ TEST(CGDIDispenser, MakesOneBrushAndOnePenForAColorAndItsFontsOnce) {
 
 TEST(CGDIDispenser, KeepsPicturesUnderTheModuleWhereTheyWereFound) {
   ScriptedPlatform platform;
-  platform.facts.colors = {{SYSTEM_COLOR_FACE, 7}};
+  platform.scheme.colors = {{COLOR_BTNFACE, 7}};
   ResourceModule module;
   module.AddResource(RESOURCE_BITMAP, 9, WriteDib({{1, 1}, {0xC0C0C0}}));
   const CDynLinkLibrary link(&module);

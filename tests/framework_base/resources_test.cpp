@@ -198,7 +198,7 @@ TEST(WriteDib, IsReadBackAtEveryRowPadding) {
 
 TEST(LoadImage, MapsJustTheThreeGreysWhenAsked) {
   ScriptedPlatform platform;
-  platform.facts.colors = {{15, 1}, {16, 2}, {22, 3}};
+  platform.scheme.colors = {{15, 1}, {16, 2}, {22, 3}};
   ResourceModule module;
   const BitmapDescription greys{{4, 1}, {0xC0C0C0, 0x808080, 0xDFDFDF, 0xC0C0C1}};
   module.AddResource(RESOURCE_BITMAP, 7, WriteDib(greys));

@@ -48,8 +48,13 @@ struct Layer : RecordingObserver {
   bool RunsDialogs() const override { return runs; }
   int GetKeyState(int key) override { return key == held ? kKeyDown : 0; }
   void SetPointer(PointerShape shape) override { pointer += static_cast<int>(shape); }
-  UINT TrackMenu(HMENU, const CPoint& at, CWnd&) override { return static_cast<UINT>(at.x); }
+  UINT TrackMenu(HMENU, const MenuSpot& spot, CWnd&) override {
+    return spot.flags + static_cast<UINT>(spot.at.x + spot.stays_open_in.right);
+  }
   int GetMetric(int metric, int usual) override { return metric == SM_CYMENU ? 31 : usual; }
+  CSize MeasureText(const LOGFONT* font, std::string_view, const CSize& usual) override {
+    return font == nullptr ? usual : CSize{-font->lfHeight, usual.cx};
+  }
 
   FakeEvents events;
   bool runs = true;
@@ -204,12 +209,25 @@ TEST(WindowLayer, ThatThrowsOrGoesAwayLeavesTheLibraryWhole) {
   dialog.InitModalIndirect(ReadDialogTemplate("size 9 9\n").value(), &main);
   Layer layer;
   EXPECT_EQ(GetSystemMetrics(SM_CYMENU), 31);
+  EXPECT_EQ(GetTextExtent(GetStockFont(17), "abc"), (CSize{11, 21}));
+  EXPECT_EQ(GetTextExtent(main, "abc"), (CSize{21, 13}));
   layer.events.Put([&] { layer.runs = false; });
   EXPECT_EQ(dialog.DoModal(), IDCANCEL);
   layer.runs = true;
   layer.events.Put([] { SetWindowObserver(nullptr); });
   EXPECT_EQ(dialog.DoModal(), IDCANCEL);
   EXPECT_TRUE(main.IsWindowEnabled());
+}
+
+TEST(WindowLayer, TellsAllWindowsThatTheDesktopHasOtherColors) {
+  EXPECT_TRUE(GetSysColor(COLOR_WINDOW) == 0xFFFFFF && GetSysColor(99) == 0);
+  LogWnd top({.class_name = "T", .place = {0, 0, 9, 9}, .id = 1});
+  LogWnd child({.class_name = "C", .parent = &top, .id = 2}), ended({.class_name = "T", .id = 3});
+  child.on_message = [&](UINT) { ended.DestroyWindow(); };
+  top.ValidateRect();
+  SystemColorsChanged();
+  EXPECT_EQ(LogWnd::Take(), "1:21 2:21 3:2 ");
+  EXPECT_EQ(top.GetUpdateRect(), (CRect{0, 0, 9, 9}));
 }
 
 TEST(WindowLayer, GivesFramesWhileWindowsAreMade) {
@@ -301,7 +319,8 @@ TEST(WindowLayer, ReportsKeysToTheFocusAndMenusToTheirOwner) {
   CMenu menu;
   EXPECT_EQ(menu.TrackPopupMenu(0, 9, 9, &view), 0);
   menu.CreatePopupMenu();
-  EXPECT_TRUE(menu.TrackPopupMenu(TPM_RETURNCMD, 9, 9, &view) == 9 &&
+  const CRect button(0, 0, 20, 20);
+  EXPECT_TRUE(menu.TrackPopupMenu(TPM_RETURNCMD | TPM_RIGHTBUTTON, 9, 9, &view, &button) == 287 &&
               menu.TrackPopupMenu(0, 11, 9, &view) == 1);
   PumpUntilIdle();
   EXPECT_EQ(LogWnd::Take(), "2:279 2:287 2:279 2:287 2:273 ");
@@ -338,11 +357,18 @@ TEST(WindowLayer, DragsDataFromWindowsToTheTargetsOfOthers) {
   for (const char* text : {"z", "a"}) source.CacheGlobalData(CLIPBOARD_TEXT, text);
   EXPECT_TRUE(source.DoDragDrop(child, DROPEFFECT_COPY) == 0 && source.SetClipboard());
   struct Dragging : Layer {
-    UINT StartDrag(CWnd& from, const COleDataObject& data, UINT effects) override {
+    UINT StartDrag(CWnd& from, const COleDataObject& data, UINT effects,
+                   COleDropSource& asked) override {
+      for (const UINT keys : {1u, 0u, 2u, 3u}) {
+        steps += std::to_string(static_cast<int>(asked.QueryContinueDrag(false, keys)));
+      }
+      EXPECT_TRUE(asked.QueryContinueDrag(true, 1) == DragStep::kGiveUp);
+      if (asked.GiveFeedback(effects)) return DROPEFFECT_NONE;
       DragInput drag(data, effects);
       for (CWnd* over : {&from, &from, static_cast<CWnd*>(nullptr)}) drag.Move(over, 0, {15, 0});
       return drag.Drop(&from, MK_CONTROL, {15, 0}) | DROPEFFECT_LINK;
     }
+    std::string steps;
   } layer;
   std::string effects;
   const auto drag = [&] {
@@ -354,6 +380,11 @@ TEST(WindowLayer, DragsDataFromWindowsToTheTargetsOfOthers) {
   drag();
   EXPECT_EQ(effects,
             "1enter5 over leave enter5 wants1 drop1a ; 2enter5 over leave enter5 wants1 ; ");
+  EXPECT_EQ(layer.steps, "01020102");
+  struct Silent : COleDropSource {
+    bool GiveFeedback(UINT effect) override { return effect == 3; }
+  } silent;
+  EXPECT_EQ(source.DoDragDrop(child, 3, &silent), 0u);
   COleDataObject pasted;
   pasted.AttachClipboard();
   EXPECT_TRUE(pasted.GetData(CLIPBOARD_TEXT) == "a" && !pasted.GetData(CLIPBOARD_FILES));

@@ -80,7 +80,6 @@ struct ScriptedModules : platform::Modules {
 
 struct ScriptedFacts : platform::SystemFacts {
   int VerticalPixelsPerInch() override { return pixels_per_inch; }
-  COLORREF Color(int index) override { return colors[index]; }
   platform::Result<platform::SystemVersion> Version() override { return version; }
   std::string UserName() override { return "scott"; }
   std::string ComputerName() override { return "TIGER"; }
@@ -92,6 +91,10 @@ struct ScriptedFacts : platform::SystemFacts {
   platform::Result<platform::SystemVersion> version;
   std::map<int, std::string> folders;
   std::string browser;
+};
+
+struct ScriptedColors : platform::ColorScheme {
+  COLORREF Color(int index) override { return colors[index]; }
   std::map<int, COLORREF> colors;
 };
 
@@ -109,12 +112,14 @@ class ScriptedPlatform {
  public:
   ScriptedModules modules;
   ScriptedFacts facts;
+  ScriptedColors scheme;
   ScriptedErrors errors;
 
  private:
   using Scope = platform::ScopedPlatform;
   Scope modules_{With(&platform::Platform::modules, &modules)};
   Scope facts_{With(&platform::Platform::system_facts, &facts)};
+  Scope scheme_{With(&platform::Platform::color_scheme, &scheme)};
   Scope errors_{With(&platform::Platform::system_errors, &errors)};
 };
 

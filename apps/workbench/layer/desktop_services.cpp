@@ -100,10 +100,12 @@ class DesktopServices::DesktopClipboard : public dq::platform::Clipboard {
 
 DesktopServices::DesktopServices(Layer& layer)
     : prompts_(std::make_unique<DesktopPrompts>(layer)),
-      clipboard_(std::make_unique<DesktopClipboard>(layer)) {
+      clipboard_(std::make_unique<DesktopClipboard>(layer)),
+      colors_(layer) {
   dq::platform::Platform services = dq::platform::Current();
   services.prompts = prompts_.get();
   services.clipboard = clipboard_.get();
+  services.color_scheme = &colors_;
   scope_ = std::make_unique<dq::platform::ScopedPlatform>(services);
 }
 

@@ -61,7 +61,8 @@ void OnMenuLeft(GtkMenuShell*, gpointer done) { (*static_cast<std::function<void
 
 }  // namespace
 
-bool DropMenu(wxMenu& menu, wxWindow& over, const wxPoint& at, std::function<void()> done) {
+bool DropMenu(wxMenu& menu, wxWindow& over, const wxPoint& at, MenuSide side,
+              std::function<void()> done) {
   menu.SetInvokingWindow(&over);
   GtkWidget* const native = menu.m_menu;
   auto* const called = new std::function<void()>(std::move(done));
@@ -77,8 +78,12 @@ bool DropMenu(wxMenu& menu, wxWindow& over, const wxPoint& at, std::function<voi
   GdkEvent* const trigger = gdk_event_new(GDK_BUTTON_PRESS);
   trigger->button.window = GDK_WINDOW(g_object_ref(window));
   gdk_event_set_device(trigger, gdk_seat_get_pointer(seat));
-  gtk_menu_popup_at_rect(GTK_MENU(native), window, &rect, GDK_GRAVITY_SOUTH_EAST,
-                         GDK_GRAVITY_NORTH_WEST, trigger);
+  // Where the point's corner and the menu's meet.
+  constexpr GdkGravity kMeet[][2] = {{GDK_GRAVITY_SOUTH_EAST, GDK_GRAVITY_NORTH_WEST},
+                                     {GDK_GRAVITY_SOUTH, GDK_GRAVITY_NORTH},
+                                     {GDK_GRAVITY_SOUTH_WEST, GDK_GRAVITY_NORTH_EAST}};
+  const auto& meet = kMeet[static_cast<std::size_t>(side)];
+  gtk_menu_popup_at_rect(GTK_MENU(native), window, &rect, meet[0], meet[1], trigger);
   gdk_event_free(trigger);
   return gtk_widget_get_visible(native) != 0;
 }

@@ -19,9 +19,14 @@ void ShowKeys(wxMenuItem& item, const wxString& keys);
 /// Shows the mark of an item as that of a radio button.
 void ShowAsRadio(wxMenuItem& item, bool radio);
 
-/// Drops a menu down at a point of the screen; `done` is called from within the toolkit when it is
-/// left, behind what the person has chosen. False, and no call, if the toolkit refuses.
-bool DropMenu(wxMenu& menu, wxWindow& over, const wxPoint& at, std::function<void()> done);
+/// To which side of a point a menu lies.
+enum class MenuSide { kRight, kBoth, kLeft };
+
+/// Drops a menu down at a point of the screen; any button chooses. `done` is called from within the
+/// toolkit when it is left, behind what the person has chosen. False, and no call, if the toolkit
+/// refuses.
+bool DropMenu(wxMenu& menu, wxWindow& over, const wxPoint& at, MenuSide side,
+              std::function<void()> done);
 
 /// The height of a menu bar of one line, in the display's pixels.
 int MenuBarHeight();

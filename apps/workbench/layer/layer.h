@@ -52,11 +52,11 @@ class Layer : public dq::WindowObserver {
   dq::NativeEvents* GetEvents() override { return &loop_; }
   dq::CRect GetFrameWidths(const dq::CWnd& window) override;
   int GetMetric(int metric, int usual) override;
-  dq::CSize MeasureText(const dq::CWnd& window, std::string_view text,
+  dq::CSize MeasureText(const dq::LOGFONT* font, std::string_view text,
                         const dq::CSize& usual) override;
   void SetPointer(dq::PointerShape shape) override;
   void ShowWaitPointer(bool show) override;
-  dq::UINT TrackMenu(dq::MenuHandle* menu, const dq::CPoint& at, dq::CWnd& owner) override;
+  dq::UINT TrackMenu(dq::MenuHandle* menu, const dq::MenuSpot& spot, dq::CWnd& owner) override;
   void Beep(dq::UINT type) override;
   dq::CPoint GetPointer() override;
   int GetKeyState(int key) override { return input_.GetKeyState(key); }

@@ -53,12 +53,11 @@ int Layer::GetMetric(int metric, int usual) {
   return native > 0 ? scale_.ToLogical(native) : usual;
 }
 
-dq::CSize Layer::MeasureText(const CWnd& window, std::string_view text, const dq::CSize& usual) {
+dq::CSize Layer::MeasureText(const dq::LOGFONT* font, std::string_view text,
+                             const dq::CSize& usual) {
   if (!loop_.HasDisplay()) return usual;
   wxMemoryDC context;
-  const dq::CFont* const font = window.GetFont();
-  const bool has_font = font != nullptr && font->IsCreated();
-  context.SetFont(has_font ? ToNativeFont(font->GetLogFont()) : DialogFont());
+  context.SetFont(font == nullptr ? DialogFont() : ToNativeFont(*font));
   return scale_.ToLogical(context.GetTextExtent(ToNative(text)));
 }
 
@@ -69,7 +68,7 @@ void Layer::SetPointer(dq::PointerShape shape) {
   }
 }
 
-dq::UINT Layer::TrackMenu(dq::HMENU menu, const dq::CPoint& at, CWnd& owner) {
+dq::UINT Layer::TrackMenu(dq::HMENU menu, const dq::MenuSpot& spot, CWnd& owner) {
   const Mirror* const over = Find(owner.GetTopLevelParent());
   if (over == nullptr || !loop_.HasDisplay()) return 0;
   const HWND window = owner.GetSafeHwnd();
@@ -97,7 +96,11 @@ dq::UINT Layer::TrackMenu(dq::HMENU menu, const dq::CPoint& at, CWnd& owner) {
   MenuMirror mirror(menu, native, events);
   tracked_menu_ = &mirror;
   Update();
-  if (DropMenu(native, *over->native(), scale_.ToNative(at), [&is_left] { is_left = true; })) {
+  const MenuSide side = (spot.flags & dq::TPM_RIGHTALIGN) != 0    ? MenuSide::kLeft
+                        : (spot.flags & dq::TPM_CENTERALIGN) != 0 ? MenuSide::kBoth
+                                                                  : MenuSide::kRight;
+  const wxPoint at = scale_.ToNative(spot.at);
+  if (DropMenu(native, *over->native(), at, side, [&is_left] { is_left = true; })) {
     dq::PumpUntil([&] { return is_left || !loop_.HasDisplay(); });
   }
   tracked_menu_ = nullptr;

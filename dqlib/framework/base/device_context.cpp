@@ -5,8 +5,6 @@
 #include <limits>
 #include <utility>
 
-#include "dqlib/platform/platform.h"
-
 namespace dq {
 namespace {
 
@@ -54,8 +52,6 @@ CRect BoxOf(const CPoint& from, const CPoint& to, int width) {
   return {box.left - around, box.top - around, box.right + around, box.bottom + around};
 }
 
-COLORREF DesktopColor(int index) { return platform::Current().system_facts->Color(index); }
-
 bool HasPixels(const BitmapDescription& picture) {
   if (picture.size.cx < 1 || picture.size.cy < 1) return false;
   const auto width = static_cast<std::size_t>(picture.size.cx);
@@ -95,8 +91,8 @@ BitmapDescription Emboss(const BitmapDescription& picture) {
       if (has_room && IsInk(picture.pixels[i])) relief.pixels[i + shift * (width + 1)] = color;
     }
   };
-  stamp(DesktopColor(SYSTEM_COLOR_HIGHLIGHT), 1);
-  stamp(DesktopColor(SYSTEM_COLOR_SHADOW), 0);
+  stamp(GetSysColor(COLOR_BTNHIGHLIGHT), 1);
+  stamp(GetSysColor(COLOR_BTNSHADOW), 0);
   return relief;
 }
 
@@ -117,10 +113,10 @@ struct EdgeColors {
 
 /// From the outside inwards.
 constexpr EdgeColors kEdgeColors[] = {
-    {BDR_RAISEDOUTER, SYSTEM_COLOR_LIGHT, SYSTEM_COLOR_DARK_SHADOW},
-    {BDR_SUNKENOUTER, SYSTEM_COLOR_SHADOW, SYSTEM_COLOR_HIGHLIGHT},
-    {BDR_RAISEDINNER, SYSTEM_COLOR_HIGHLIGHT, SYSTEM_COLOR_SHADOW},
-    {BDR_SUNKENINNER, SYSTEM_COLOR_DARK_SHADOW, SYSTEM_COLOR_LIGHT},
+    {BDR_RAISEDOUTER, COLOR_3DLIGHT, COLOR_3DDKSHADOW},
+    {BDR_SUNKENOUTER, COLOR_BTNSHADOW, COLOR_BTNHIGHLIGHT},
+    {BDR_RAISEDINNER, COLOR_BTNHIGHLIGHT, COLOR_BTNSHADOW},
+    {BDR_SUNKENINNER, COLOR_3DDKSHADOW, COLOR_3DLIGHT},
 };
 
 }  // namespace
@@ -238,13 +234,13 @@ BOOL CDC::DrawEdge(const CRect& rect, UINT edge, UINT flags) {
   CRect inside = rect;
   for (const EdgeColors& row : kEdgeColors) {
     if ((edge & row.edge) == 0 || inside.IsRectEmpty()) continue;
-    DrawRelief(inside, flags, DesktopColor(row.top_left), DesktopColor(row.bottom_right));
+    DrawRelief(inside, flags, GetSysColor(row.top_left), GetSysColor(row.bottom_right));
     if ((flags & BF_LEFT) != 0) ++inside.left;
     if ((flags & BF_TOP) != 0) ++inside.top;
     if ((flags & BF_RIGHT) != 0) --inside.right;
     if ((flags & BF_BOTTOM) != 0) --inside.bottom;
   }
-  if ((flags & BF_MIDDLE) != 0) FillSolidRect(inside, DesktopColor(SYSTEM_COLOR_FACE));
+  if ((flags & BF_MIDDLE) != 0) FillSolidRect(inside, GetSysColor(COLOR_BTNFACE));
   return 1;
 }
 

@@ -116,10 +116,9 @@ std::unique_ptr<BitmapDescription> ParseDib(std::string_view bytes) {
 
 /// Gives a picture that is drawn in the three greys of buttons the colours of the desktop.
 void MapToDesktopColors(BitmapDescription& picture) {
-  platform::SystemFacts& facts = *platform::Current().system_facts;
-  const COLORREF face = facts.Color(SYSTEM_COLOR_FACE);
-  const COLORREF shadow = facts.Color(SYSTEM_COLOR_SHADOW);
-  const COLORREF light = facts.Color(SYSTEM_COLOR_LIGHT);
+  const COLORREF face = GetSysColor(COLOR_BTNFACE);
+  const COLORREF shadow = GetSysColor(COLOR_BTNSHADOW);
+  const COLORREF light = GetSysColor(COLOR_3DLIGHT);
   for (COLORREF& color : picture.pixels) {
     switch (color) {
       case RGB(0xC0, 0xC0, 0xC0):
@@ -194,6 +193,8 @@ IMPLEMENT_DYNAMIC(CBrush, CObject)
 IMPLEMENT_DYNAMIC(CPen, CObject)
 IMPLEMENT_DYNAMIC(CFont, CObject)
 IMPLEMENT_DYNAMIC(CBitmap, CObject)
+
+COLORREF GetSysColor(int index) { return platform::Current().color_scheme->Color(index); }
 
 bool CBrush::CreateSolidBrush(COLORREF color) {
   color_ = color;

@@ -12,6 +12,7 @@
 
 #include "dqlib/framework/base/geometry.h"
 #include "dqlib/framework/base/object.h"
+#include "dqlib/platform/color_scheme.h"
 #include "dqlib/platform/modules.h"
 
 namespace dq {
@@ -20,6 +21,10 @@ namespace dq {
 constexpr COLORREF RGB(BYTE red, BYTE green, BYTE blue) {
   return static_cast<COLORREF>(red | green << 8 | blue << 16);
 }
+
+/// A colour of the desktop by `SystemColor`, as the window layer has it, or the usual one; black
+/// for a number that is none.
+COLORREF GetSysColor(int index);
 
 /// Description of a font: 60 bytes, as files and resources carry it.
 struct LOGFONT {

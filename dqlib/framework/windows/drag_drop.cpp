@@ -73,15 +73,29 @@ bool COleDataSource::SetClipboard() const {
   return platform::Current().clipboard->SetAll(pieces).ok();
 }
 
-UINT COleDataSource::DoDragDrop(CWnd& from, UINT effects) const {
+UINT COleDataSource::DoDragDrop(CWnd& from, UINT effects, COleDropSource* source) const {
   UINT effect = DROPEFFECT_NONE;
   WindowObserver* const observer = GetWindowObserver();
   if (observer == nullptr || from.GetSafeHwnd() == nullptr) return effect;
   // The source may be gone with its window before the drag ends.
   const COleDataObject data = data_;
-  detail::Guarded([&] { effect = observer->StartDrag(from, data, effects); });
+  COleDropSource plain;
+  COleDropSource& asked = source == nullptr ? plain : *source;
+  detail::Guarded([&] { effect = observer->StartDrag(from, data, effects, asked); });
   return effect & effects;
 }
+
+// ---- The side that data come from
+
+COleDropSource::~COleDropSource() = default;
+
+DragStep COleDropSource::QueryContinueDrag(bool escape, UINT keys) {
+  constexpr UINT kButtons = MK_LBUTTON | MK_RBUTTON;
+  if (escape || (keys & kButtons) == kButtons) return DragStep::kGiveUp;
+  return (keys & kButtons) == 0 ? DragStep::kDrop : DragStep::kGoOn;
+}
+
+bool COleDropSource::GiveFeedback(UINT) { return false; }
 
 // ---- Targets
 

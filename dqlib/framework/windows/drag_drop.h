@@ -50,6 +50,27 @@ class COleDataObject {
   std::vector<Piece> pieces_;
 };
 
+/// How a drag goes on.
+enum class DragStep { kGoOn, kDrop, kGiveUp };
+
+/// The side of a drag that the data come from. The base drags as everybody does. It must live until
+/// `COleDataSource::DoDragDrop` returns.
+class COleDropSource {
+ public:
+  COleDropSource() = default;
+  COleDropSource(const COleDropSource&) = delete;
+  COleDropSource& operator=(const COleDropSource&) = delete;
+  virtual ~COleDropSource();
+
+  /// Asked when a key or a button changes: `escape` says that Escape was pressed, `keys` what is
+  /// held down, by `MouseKey` bits. The base drops once neither the left nor the right button is
+  /// held, and gives up by Escape, or where the other button is pressed too.
+  virtual DragStep QueryContinueDrag(bool escape, UINT keys);
+  /// Told with the effect that a drop would have now. True if it has set the pointer's shape
+  /// itself; the base leaves that to the layer.
+  virtual bool GiveFeedback(UINT effect);
+};
+
 /// What a window offers, to be dragged or put on the clipboard.
 class COleDataSource {
  public:
@@ -62,9 +83,10 @@ class COleDataSource {
   bool SetClipboard() const;
 
   /// Has the person drag it from a window, until they drop it or cancel; returns the effect with
-  /// which it was dropped, one of `effects`, or `DROPEFFECT_NONE`. Handlers run meanwhile and may
-  /// end the window. Without a window layer nothing is dragged.
-  UINT DoDragDrop(CWnd& from, UINT effects) const;
+  /// which it was dropped, one of `effects`, or `DROPEFFECT_NONE`. `source` is asked meanwhile;
+  /// null is a plain one. Handlers run meanwhile and may end the window. Without a window layer
+  /// nothing is dragged.
+  UINT DoDragDrop(CWnd& from, UINT effects, COleDropSource* source = nullptr) const;
 
  private:
   COleDataObject data_;

@@ -315,15 +315,16 @@ UINT CMenu::GetDefaultItem() const {
   return menu == nullptr ? kNoItem : GetMenuItemID(menu->default_position);
 }
 
-int CMenu::TrackPopupMenu(UINT flags, int x, int y, CWnd* owner, const CRect*) {
+int CMenu::TrackPopupMenu(UINT flags, int x, int y, CWnd* owner, const CRect* stays_open_in) {
   if (FindMenu(m_hMenu) == nullptr || owner == nullptr || owner->GetSafeHwnd() == nullptr) return 0;
   const HWND window = owner->GetSafeHwnd();
   const HMENU menu = m_hMenu;
+  const MenuSpot spot{{x, y}, flags, stays_open_in == nullptr ? CRect() : *stays_open_in};
   owner->SendMessage(WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(menu));
   UINT command = 0;
   WindowObserver* const observer = GetWindowObserver();
   if (observer != nullptr && FindMenu(menu) != nullptr && CWnd::FromHandle(window) == owner) {
-    detail::Guarded([&] { command = observer->TrackMenu(menu, {x, y}, *owner); });
+    detail::Guarded([&] { command = observer->TrackMenu(menu, spot, *owner); });
   }
   // From here on the menu and its object may be gone.
   SendToWindow(window, WM_MENUSELECT, MakeWParam(0, 0xFFFF), 0);

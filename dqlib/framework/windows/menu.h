@@ -49,10 +49,13 @@ enum MenuFlag : UINT {
 
 /// Bits for `CMenu::TrackPopupMenu`.
 enum TrackFlag : UINT {
+  /// The menu lies to the right of the point, to both sides or to the left.
   TPM_LEFTALIGN = 0,
-  TPM_RIGHTBUTTON = 2,
   TPM_CENTERALIGN = 4,
   TPM_RIGHTALIGN = 8,
+  /// The right button chooses too, and not the left one alone.
+  TPM_RIGHTBUTTON = 2,
+  /// The command is the call's result, and no message.
   TPM_RETURNCMD = 0x100,
 };
 
@@ -133,10 +136,11 @@ class CMenu : public CObject {
   /// Shows the menu at a point of the screen and has the person choose, in the window layer;
   /// nothing happens without one. `owner` gets `WM_INITMENUPOPUP` before each menu drops down, and
   /// the command chosen by `WM_COMMAND`, unless `flags` has `TPM_RETURNCMD`: then it is the result.
-  /// Otherwise that is 1, or 0 if there is no menu or no owner. `flags` says how the menu lies to
-  /// the point, and `keep_free`, which may be null, what it shall not cover; a layer may heed them.
+  /// Otherwise that is 1, or 0 if there is no menu or no owner. `flags` is a sum of `TrackFlag`
+  /// bits; in the rectangle of the screen, which may be null, a person may press without leaving
+  /// the menu. A layer heeds both as far as its toolkit can.
   virtual int TrackPopupMenu(UINT flags, int x, int y, CWnd* owner,
-                             const struct CRect* keep_free = nullptr);
+                             const struct CRect* stays_open_in = nullptr);
 
   /// The owner of an item that it draws is asked for its size, or is to draw it. The base does
   /// nothing: who adds such items derives from it.

@@ -168,6 +168,17 @@ CWnd* MessageQueue::FindOwnWindow(HWND window) {
   return record == nullptr || record->owner != current ? nullptr : record->window;
 }
 
+std::vector<HWND> MessageQueue::OwnWindows() {
+  const MessageQueue* const current = Current();
+  std::vector<HWND> own;
+  const Lock lock(All().mutex);
+  for (const auto& [window, record] : All().windows) {
+    if (record.owner == current) own.push_back(window);
+  }
+  std::ranges::sort(own);
+  return own;
+}
+
 std::string MessageQueue::ClassName(HWND window) {
   const Lock lock(All().mutex);
   const WindowRecord* const record = All().Find(window);

@@ -58,6 +58,8 @@ class MessageQueue {
   static CWnd* FindWindow(HWND window);
   /// The same, and null if it belongs to another thread.
   static CWnd* FindOwnWindow(HWND window);
+  /// The windows of the calling thread, the older ones first.
+  static std::vector<HWND> OwnWindows();
   /// The name of the window's class; "" for a dead handle.
   static std::string ClassName(HWND window);
 

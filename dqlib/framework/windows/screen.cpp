@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <iterator>
 
+#include "dqlib/framework/base/drawing.h"
 #include "dqlib/framework/base/drawn_character.h"
 #include "dqlib/framework/base/multi_byte.h"
+#include "dqlib/framework/windows/message_queue.h"
 #include "dqlib/framework/windows/ui_state.h"
+#include "dqlib/framework/windows/wnd.h"
 
 namespace dq {
 namespace {
@@ -64,7 +67,7 @@ CPoint GetPointerPos() {
   return Ask(CPoint{}, [](WindowObserver& observer) { return observer.GetPointer(); });
 }
 
-CSize GetTextExtent(const CWnd& window, std::string_view text) {
+CSize GetTextExtent(const LOGFONT* font, std::string_view text) {
   constexpr LONG kCharacterWidth = 7;
   constexpr LONG kLineHeight = 13;
   const platform::CodePage& page = multi_byte::CurrentCodePage();
@@ -74,7 +77,20 @@ CSize GetTextExtent(const CWnd& window, std::string_view text) {
     usual.cx = detail::WrappingSum(usual.cx, kCharacterWidth);
   }
   return Ask(usual,
-             [&](WindowObserver& observer) { return observer.MeasureText(window, text, usual); });
+             [&](WindowObserver& observer) { return observer.MeasureText(font, text, usual); });
+}
+
+CSize GetTextExtent(const CWnd& window, std::string_view text) {
+  const CFont* const font = window.GetFont();
+  const bool is_own = font == nullptr || !font->IsCreated();
+  return GetTextExtent(is_own ? nullptr : &font->GetLogFont(), text);
+}
+
+void SystemColorsChanged() {
+  for (const HWND window : MessageQueue::OwnWindows()) {
+    SendToWindow(window, WM_SYSCOLORCHANGE, 0, 0);
+    if (CWnd* const live = MessageQueue::FindOwnWindow(window)) live->Invalidate();
+  }
 }
 
 void MessageBeep(UINT type) {

@@ -11,6 +11,7 @@
 namespace dq {
 
 class CWnd;
+struct LOGFONT;
 
 /// Width and height of the primary screen in pixels. 1920 by 1080 until a window layer reports the
 /// real one.
@@ -50,9 +51,15 @@ int GetKeyState(int key);
 /// The pointer's place on the screen; 0, 0 without a window layer.
 CPoint GetPointerPos();
 
-/// How large a line of text is in the window's font, in pixels. Without a window layer every
-/// character is 7 wide, and lines are 13 high.
+/// How large a line of text is on the screen, in pixels: in a font, where null is the dialogs' own,
+/// and in the font of a window. For menus that font is the stock font 17. Without a window layer
+/// every character is 7 wide, and lines are 13 high.
+CSize GetTextExtent(const LOGFONT* font, std::string_view text);
 CSize GetTextExtent(const CWnd& window, std::string_view text);
+
+/// For a window layer: the desktop has other colours (`GetSysColor`). All windows of the calling
+/// thread get `WM_SYSCOLORCHANGE`, the older ones first, and are drawn anew.
+void SystemColorsChanged();
 
 /// Sounds as a message box of the type (`BoxType`) would; -1 for a simple beep. Silent without a
 /// window layer.

@@ -24,6 +24,8 @@ enum WindowMessage : UINT {
   WM_QUIT = 0x0012,
   /// The background is to be drawn on the `CDC` to which the first argument points.
   WM_ERASEBKGND = 0x0014,
+  /// The desktop has other colours; see `SystemColorsChanged`.
+  WM_SYSCOLORCHANGE = 0x0015,
   /// Whether the session ends, now that all programs have been asked: 1 or 0.
   WM_ENDSESSION = 0x0016,
   WM_SHOWWINDOW = 0x0018,

@@ -12,7 +12,9 @@
 namespace dq {
 
 class COleDataObject;
+class COleDropSource;
 class CWnd;
+struct LOGFONT;
 struct MenuHandle;
 enum class PointerShape;
 
@@ -76,6 +78,15 @@ struct ChangedRange {
   friend bool operator==(const ChangedRange&, const ChangedRange&) = default;
 };
 
+/// Where a menu is shown by itself, on the screen; see `CMenu::TrackPopupMenu`.
+struct MenuSpot {
+  CPoint at;
+  /// A sum of `TrackFlag` bits.
+  UINT flags = 0;
+  /// Where a press doesn't leave the menu; empty for nowhere.
+  CRect stays_open_in;
+};
+
 /// The events of a window layer's native windows, as the message loop of its thread takes them in.
 class NativeEvents {
  public:
@@ -136,8 +147,9 @@ class WindowObserver {
 
   virtual void SetPointer(PointerShape /*shape*/) {}
 
-  /// How large a line of text is in the window's font, of which `usual` is a guess.
-  virtual CSize MeasureText(const CWnd& /*window*/, std::string_view /*text*/, const CSize& usual) {
+  /// How large a line of text is in a font, null for the dialogs' own; `usual` is a guess.
+  virtual CSize MeasureText(const LOGFONT* /*font*/, std::string_view /*text*/,
+                            const CSize& usual) {
     return usual;
   }
 
@@ -147,14 +159,18 @@ class WindowObserver {
   /// Sounds as a message box of the type would; -1 for a simple beep.
   virtual void Beep(UINT /*type*/) {}
 
-  /// Shows a menu at a point of the screen and returns the command that the person chose in it, 0
-  /// for none. `owner` gets what `CMenu::TrackPopupMenu` says meanwhile.
-  virtual UINT TrackMenu(MenuHandle* /*menu*/, const CPoint& /*at*/, CWnd& /*owner*/) { return 0; }
+  /// Shows a menu and returns the command that the person chose in it, 0 for none. `owner` gets
+  /// what `CMenu::TrackPopupMenu` says meanwhile.
+  virtual UINT TrackMenu(MenuHandle* /*menu*/, const MenuSpot& /*spot*/, CWnd& /*owner*/) {
+    return 0;
+  }
 
-  /// Drags the data from a window until the person drops them, and returns the `DropEffect` with
-  /// which they did; see `COleDataSource::DoDragDrop`. What comes over the layer's own windows it
-  /// reports by `DragInput`.
-  virtual UINT StartDrag(CWnd& /*from*/, const COleDataObject& /*data*/, UINT /*effects*/) {
+  /// Drags the data from a window until `source` says that they are dropped or the drag is given
+  /// up, and returns the `DropEffect` with which they were dropped; see
+  /// `COleDataSource::DoDragDrop`. What comes over the layer's own windows it reports by
+  /// `DragInput`.
+  virtual UINT StartDrag(CWnd& /*from*/, const COleDataObject& /*data*/, UINT /*effects*/,
+                         COleDropSource& /*source*/) {
     return 0;
   }
 };

@@ -16,6 +16,7 @@ const Platform& System() {
       .change_notifications = &posix::SystemChangeNotifications(),
       .clipboard = &posix::SystemClipboard(),
       .clock = &posix::SystemClock(),
+      .color_scheme = &UsualColors(),
       .console = &posix::SystemConsole(),
       .files = &posix::SystemFiles(),
       .hot_keys = &posix::SystemHotKeys(),

@@ -207,23 +207,6 @@ class PosixFacts : public SystemFacts {
     return Variable("BROWSER");
   }
 
-  COLORREF Color(int index) override {
-    switch (index) {
-      case SYSTEM_COLOR_FACE:
-        return 0xF0F0F0;
-      case SYSTEM_COLOR_SHADOW:
-        return 0xA0A0A0;
-      case SYSTEM_COLOR_HIGHLIGHT:
-        return 0xFFFFFF;
-      case SYSTEM_COLOR_DARK_SHADOW:
-        return 0x696969;
-      case SYSTEM_COLOR_LIGHT:
-        return 0xE3E3E3;
-      default:
-        return 0;
-    }
-  }
-
  private:
   static std::string NodeName() {
     utsname name{};
