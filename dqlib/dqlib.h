@@ -122,6 +122,7 @@
 #include "dqlib/framework/windows/view.h"
 #include "dqlib/framework/windows/win_app.h"
 #include "dqlib/framework/windows/win_thread.h"
+#include "dqlib/framework/windows/window_hot_keys.h"
 #include "dqlib/framework/windows/window_input.h"
 #include "dqlib/framework/windows/window_messages.h"
 #include "dqlib/framework/windows/window_observer.h"

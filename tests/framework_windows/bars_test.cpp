@@ -378,6 +378,10 @@ TEST_F(Docking, BarsFloatInFramesOfTheirOwnWhichHandOnWhatTheyAreTold) {
   CWnd& around = *pane.GetParent();
   EXPECT_EQ(around.GetWindowText() + " " + Text(pane.GetFloatingPlace()), "Output 100,127-204,239");
   EXPECT_TRUE(around.IsSizable() && !tools.GetParent()->IsSizable());
+  for (const bool enable : {false, true}) {
+    frame.EnableWindow(enable);
+    EXPECT_TRUE(around.IsWindowEnabled() == enable && pane.GetParent() == &around);
+  }
   around.MoveWindow(600, 20, 204, 132);
   EXPECT_EQ(Text(pane.GetWindowRect()) + " " + Text(pane.GetFloatingPlace()),
             "602,30-802,150 600,20-804,152");
@@ -439,6 +443,8 @@ TEST_F(Docking, BarsAreDraggedToOtherEdgesOutOfTheFrameAndToOtherSizes) {
     SCOPED_TRACE(places);
     if (pane.GetWindowRect().Width() == 0) pane.SetBarSize({60, 50});
     layer.held = held;
+    // Those of the small frame lie around the bar.
+    if (held == VK_CONTROL) layer.frame_widths = {2, 10, 2, 2};
     if (held == VK_ESCAPE) {
       MouseInput(WM_LBUTTONDOWN, 0, from, &bar);
       MouseInput(WM_MOUSEMOVE, 0, to, &bar);

@@ -269,6 +269,38 @@ TEST_F(Dialog, RunsTheMessageLoopUnderAWindowLayer) {
   EXPECT_EQ(dialog.DoModal(), 9);
 }
 
+TEST_F(Dialog, GivesWayToItsOwnersBeforeItsWindowGoesAndMayKeepThat) {
+  struct KeptDlg : CDialog {
+    int DoModal() override { return RunWindow(); }
+  } kept;
+  CWnd top, owner;
+  top.CreateWnd({.class_name = "Top", .id = 8});
+  owner.CreateWnd({.class_name = "Owner", .owner = &top, .id = 9});
+  owner.SetActiveWindow();
+  CDialog ended;
+  const DialogTemplate pattern = *ReadDialogTemplate("size 9 9\nbutton 1 \"\" 0 0 1 1\n");
+  ended.InitModalIndirect(pattern, &owner);
+  EXPECT_EQ(kept.DoModal(), -1) << "without a window";
+  ASSERT_TRUE(kept.CreateIndirect(pattern, &owner));
+  const HWND window = kept.GetSafeHwnd();
+  RecordingObserver told;
+  prompts.on_dialog = [&](View& view) {
+    EXPECT_TRUE(!top.IsWindowEnabled() && !owner.IsWindowEnabled());
+    EXPECT_EQ(kept.IsShown() ? kept.DoModal() : -1, -1) << "not while it runs";
+    told.Take();
+    view.Press(IDOK);
+  };
+  EXPECT_EQ(ended.DoModal(), IDOK);
+  EXPECT_EQ(told.Take(), "8 enabled 9 enabled 1 focus 1 destroyed 0 destroyed 9 active 9 focus ");
+  for (int twice = 0; twice < 2; ++twice) {
+    EXPECT_TRUE(kept.DoModal() == IDOK && kept.GetSafeHwnd() == window && !kept.IsShown());
+    EXPECT_EQ(told.Take(), "8 enabled 9 enabled 0 shown 1 focus 0 active 9 active 9 focus ");
+  }
+  prompts.on_dialog = [&](View&) { kept.DestroyWindow(); };
+  EXPECT_TRUE(kept.DoModal() == IDCANCEL && kept.GetSafeHwnd() == nullptr);
+  EXPECT_TRUE(CWnd::GetActiveWindow() == &owner && top.IsWindowEnabled());
+}
+
 TEST_F(Dialog, WithoutATemplateAllItsValuesOrAParentOfItsThreadDoesNotRun) {
   dialog.missing = 999;
   EXPECT_EQ(dialog.DoModal() + CDialog(64999).DoModal(), -2);
@@ -428,6 +460,9 @@ TEST(Updates, ReachEveryItemWhileHandlersChangeTheMenuAndControlsToo) {
   Frame::updated.clear();
   menu.UpdateItems(frame);
   EXPECT_EQ(Frame::updated, "10 11 12 15 13 ");
+  Frame::updated.clear();
+  frame.SendMessage(WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(menu.GetSafeHmenu()));
+  EXPECT_EQ(Frame::updated, "10 12 15 ") << "those below when they drop down";
   CCmdUI popup, control;
   popup.m_pMenu = &menu;
   popup.m_pSubMenu = menu.GetSubMenu(popup.m_nIndex = 2);

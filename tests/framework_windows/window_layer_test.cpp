@@ -9,6 +9,7 @@ namespace {
 /// Native events that a test puts in: each is a call.
 struct FakeEvents : NativeEvents {
   bool Wait(DWORD milliseconds) override {
+    if (milliseconds > 0 && on_wait) on_wait(milliseconds);
     std::unique_lock lock(mutex);
     if (events.empty() && milliseconds > 0) {
       ++waits;
@@ -39,6 +40,7 @@ struct FakeEvents : NativeEvents {
   std::deque<std::function<void()>> events;
   bool is_woken = false;
   int waits = 0;
+  std::function<void(DWORD)> on_wait;
 };
 
 /// A layer that people work with.
@@ -55,11 +57,13 @@ struct Layer : RecordingObserver {
   CSize MeasureText(const LOGFONT* font, std::string_view, const CSize& usual) override {
     return font == nullptr ? usual : CSize{-font->lfHeight, usual.cx};
   }
+  void ShowWaitPointer(bool show) override { waiting += show ? "+" : "-"; }
 
   FakeEvents events;
   bool runs = true;
   int held = 0;
   int pointer = 0;
+  std::string waiting;
 };
 
 /// Keeps its messages as "number(first,second) ".
@@ -151,19 +155,61 @@ TEST(WindowLayer, IsToldOfRowsTogetherAndInTheOrderOfTheChanges) {
   for (int row = 0; row < 1000; ++row) list.AddString("x");
   for (const int index : {3, 1003, 500}) list.InsertString(index, "y");
   list.InsertString(0, "z");
-  EXPECT_EQ(told.changes, "20 +rows@3*1003 ") << "the row before them is another change";
+  EXPECT_EQ(told.Take(), "20 +rows@0*1 20 +rows@4*1003 ") << "the old ones lie between";
   list.DeleteString(0);
   for (int row = 0; row < 5; ++row) list.DeleteString(10);
   for (int row = 9; row > 7; --row) list.DeleteString(row);
   list.DeleteString(0);
   list.SetCurSel(1);
   dialog.Get<CListBox>(ControlDialog::kMany).AddString("a");
-  EXPECT_EQ(told.Take(),
-            "20 +rows@3*1003 20 +rows@0*1 20 -rows@0*1 20 -rows@8*7 20 -rows@0*1 20 selection "
-            "21 +rows@3*1 ");
+  EXPECT_EQ(told.Take(), "20 -rows@0*2 20 -rows@7*7 20 selection 21 +rows@3*1 ");
   list.AddString("q");
   PumpUntilIdle();
   EXPECT_EQ(told.changes, "20 +rows@998*1 ") << "at the latest before the thread waits";
+}
+
+TEST(WindowLayer, FollowsRowsThatComeAndGoAnywhereByFewChanges) {
+  struct Mirror : RecordingObserver {
+    void OnWindowChange(CWnd& window, WindowChange change, const ChangedRange& range) override {
+      const auto& list = static_cast<const CListBox&>(window);
+      ++told;
+      auto [first, count] = range;
+      if (change == WindowChange::kRowsRemoved) {
+        rows.erase(rows.begin() + first, rows.begin() + first + std::exchange(count, 0));
+      } else if (change == WindowChange::kRowsInserted) {
+        rows.insert(rows.begin() + first, static_cast<std::size_t>(count), {});
+      } else if (change == WindowChange::kRowsChanged) {
+        rows.assign(static_cast<std::size_t>(count = list.GetCount()), {});
+      }
+      for (int at = first; at < first + count; ++at) rows[at] = list.GetText(at);
+    }
+    std::vector<CString> rows;
+    int told = 0;
+  } mirror;
+  CListBox list({.sorted = true});
+  list.CreateWnd("ListBox");
+  list.AddString("500");
+  std::mt19937 random(20261);
+  const auto number = [&](int most) { return static_cast<int>(random() % most); };
+  for (int round = 0; round < 100; ++round) {
+    detail::TellRows();
+    mirror.told = 0;
+    // First a thousand around an old one; then some here and there, or at many places.
+    for (int row = round == 0 ? 1000 : 0; row > 0; --row) {
+      list.AddString(std::to_string(number(1000)).c_str());
+    }
+    const bool adds = number(2) == 0;
+    for (int left = round == 0 ? 0 : number(round % 8 == 0 ? 99 : 12); left > 0; --left) {
+      const int at = number(list.GetCount() + 1);
+      for (int run = number(3); run >= 0; --run) {
+        adds ? list.InsertString(at, std::to_string(left).c_str()) : list.DeleteString(at);
+      }
+    }
+    detail::TellRows();
+    EXPECT_LE(mirror.told, round == 0 ? 2 : kMostRowRanges);
+    ASSERT_EQ(static_cast<int>(mirror.rows.size()), list.GetCount()) << round;
+    for (int at = 0; at < list.GetCount(); ++at) ASSERT_EQ(mirror.rows[at], list.GetText(at));
+  }
 }
 
 TEST(WindowLayer, IsToldWhatChangesInMenus) {
@@ -208,15 +254,23 @@ TEST(WindowLayer, ThatThrowsOrGoesAwayLeavesTheLibraryWhole) {
   CDialog dialog;
   dialog.InitModalIndirect(ReadDialogTemplate("size 9 9\n").value(), &main);
   Layer layer;
+  SetWindowObserver(nullptr);
+  std::optional<CWaitCursor> wait(std::in_place);
+  SetWindowObserver(&layer);
   EXPECT_EQ(GetSystemMetrics(SM_CYMENU), 31);
   EXPECT_EQ(GetTextExtent(GetStockFont(17), "abc"), (CSize{11, 21}));
   EXPECT_EQ(GetTextExtent(main, "abc"), (CSize{21, 13}));
-  layer.events.Put([&] { layer.runs = false; });
+  layer.events.on_wait = [&](DWORD milliseconds) {
+    EXPECT_EQ(milliseconds, kForever) << "nothing is asked meanwhile";
+    layer.events.Put([&] { layer.runs = false; });
+  };
   EXPECT_EQ(dialog.DoModal(), IDCANCEL);
+  layer.events.on_wait = {};
   layer.runs = true;
   layer.events.Put([] { SetWindowObserver(nullptr); });
   EXPECT_EQ(dialog.DoModal(), IDCANCEL);
-  EXPECT_TRUE(main.IsWindowEnabled());
+  wait.reset();
+  EXPECT_TRUE(main.IsWindowEnabled() && layer.waiting == "+-") << "as long as it is set";
 }
 
 TEST(WindowLayer, TellsAllWindowsThatTheDesktopHasOtherColors) {
@@ -226,6 +280,7 @@ TEST(WindowLayer, TellsAllWindowsThatTheDesktopHasOtherColors) {
   child.on_message = [&](UINT) { ended.DestroyWindow(); };
   top.ValidateRect();
   SystemColorsChanged();
+  child.on_message = {};
   EXPECT_EQ(LogWnd::Take(), "1:21 2:21 3:2 ");
   EXPECT_EQ(top.GetUpdateRect(), (CRect{0, 0, 9, 9}));
 }

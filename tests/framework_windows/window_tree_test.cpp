@@ -1,5 +1,6 @@
 // The tree of windows, what its observer is told, and the way of commands through it.
 
+#include "tests/support/doubles.h"
 #include "tests/support/windows.h"
 
 namespace dq::test {
@@ -134,6 +135,46 @@ TEST_F(WindowTree, ObjectsMayGoInAnyOrderAndInTheirOwnHandlers) {
   EXPECT_EQ(top.Take(), "0:2 1:2 2:2 3:2 4:2 5:2 5. 4. 2. 1. 0. ");
 }
 
+TEST_F(WindowTree, HotKeysAreMessagesAndEndWithTheirWindow) {
+  struct Keys : platform::HotKeys {
+    platform::Error Register(const platform::HotKey& key, std::function<void()> press) override {
+      log += "+" + std::to_string(key.modifiers) + ":" + std::to_string(key.key) + " ";
+      if (key.key == VK_F1) return {platform::ErrorKind::kAlreadyExists, 0};
+      presses[key.id] = std::move(press);
+      return {};
+    }
+    platform::Error Unregister(std::uintptr_t, int id) override {
+      log += "-" + std::to_string(id) + " ";
+      return {};
+    }
+    std::map<int, std::function<void()>> presses;
+    std::string log;
+    platform::ScopedPlatform scope{With(&platform::Platform::hot_keys, this)};
+  } keys;
+  struct KeyWnd : CWnd {
+    LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
+      if (message == WM_HOTKEY) pressed = {wparam, lparam};
+      return CWnd::WindowProc(message, wparam, lparam);
+    }
+    std::pair<WPARAM, LPARAM> pressed;
+  } window;
+  EXPECT_EQ(RegisterHotKey(window, 7, 0, 'A').kind, platform::ErrorKind::kInvalidArgument);
+  ASSERT_TRUE(window.CreateWnd("Keys"));
+  EXPECT_TRUE(RegisterHotKey(window, 70000, MOD_ALT | MOD_CONTROL, 'A').ok() &&
+              RegisterHotKey(window, 8, 0, 'B').ok() && RegisterHotKey(window, 9, 0, 'C').ok());
+  EXPECT_EQ(RegisterHotKey(window, 5, 0, VK_F1).kind, platform::ErrorKind::kAlreadyExists);
+  keys.presses[70000]();
+  EXPECT_TRUE(window.pressed.first == 0 && PumpUntilIdle() == 1);
+  EXPECT_TRUE(window.pressed == std::pair(WPARAM{70000}, LPARAM{0x410003}));
+  EXPECT_TRUE(UnregisterHotKey(window, 8).ok());
+  for (const int gone : {8, 5}) {
+    EXPECT_EQ(UnregisterHotKey(window, gone).kind, platform::ErrorKind::kNotFound);
+  }
+  window.DestroyWindow();
+  keys.presses[9]();
+  EXPECT_EQ(keys.log, "+3:65 +0:66 +0:67 +0:112 -8 -70000 -9 ");
+}
+
 TEST_F(WindowTree, SendsToDescendantsThatAreStillThere) {
   inner.on[WM_USER] = [&] { second.DestroyWindow(); };
   top.SendMessageToDescendants(WM_USER);
@@ -214,6 +255,25 @@ TEST_F(WindowTree, PlacementKeepsTheNormalRectangleAndWhatAMinimisedWindowWasBef
   }
   child.ShowWindow(SW_SHOWMAXIMIZED);
   EXPECT_EQ(child.GetPlace(), (CRect{0, 0, 100, 50})) << "as large as its parent";
+  // What it is told, and that it says where it lies.
+  struct Limited : LogWnd {
+    using LogWnd::LogWnd;
+    LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
+      const LRESULT result = LogWnd::DefWindowProc(message, wparam, lparam);
+      if (message == WM_GETMINMAXINFO) {
+        reinterpret_cast<MINMAXINFO*>(lparam)->ptMaxPosition = {-4, 3};
+        reinterpret_cast<MINMAXINFO*>(lparam)->ptMaxSize = {90, -1};
+      }
+      return result;
+    }
+  } limited{&top, 6};
+  for (const int command : {SW_SHOWMAXIMIZED, SW_SHOWMINIMIZED, SW_RESTORE, SW_SHOWNORMAL}) {
+    limited.ShowWindow(command);
+    LogWnd::log += std::to_string(limited.GetPlace().left) + " ";
+  }
+  EXPECT_EQ(limited.Take(), "6:36 6:3 6:5 -4 6:3 6:5 0 6:36 6:3 6:5 -4 6:3 6:5 0 ");
+  limited.ShowWindow(SW_SHOWMAXIMIZED);
+  EXPECT_EQ(limited.GetPlace(), (CRect{-4, 3, 86, 3}));
   placement.length = 40;
   EXPECT_FALSE(top.SetWindowPlacement(&placement) || CWnd().GetWindowPlacement(&placement));
 }
@@ -391,6 +451,23 @@ TEST(Frame, HasTheMenuOfAResourceAndAsItsActiveViewTheFirstOrTheOneWithTheFocus)
   EXPECT_EQ(frame.GetMessageText() + form.GetWindowText() + form.GetDlgItemText(9), "readyFormx");
   form.OnInitialUpdate();
   EXPECT_EQ(form.GetUpdateRect(), (CRect{0, 0, 30, 20}));
+  // A frame that fits the form, with its bars.
+  CFormView alone(5);
+  CFrameWnd around;
+  CControlBar bar;
+  ASSERT_TRUE(around.Create("Frame", "", {10, 10, 90, 25}) &&
+              alone.Create(&around, kFirstPaneId, nullptr));
+  bar.SetBarSize({0, 7});
+  bar.CreateWnd({.class_name = "Bar", .parent = &around, .id = 8});
+  SetFrameWidths(around, {2, 3, 2, 2});
+  std::string places;
+  for (const bool shrink_only : {true, false}) {
+    alone.ResizeParentToFit(shrink_only);
+    const CRect place = around.GetPlace();
+    places += std::to_string(place.Width()) + "x" + std::to_string(place.Height()) + " ";
+  }
+  EXPECT_EQ(places, "34x15 34x32 ");
+  EXPECT_EQ(alone.GetClientRect().Size(), alone.GetFormSize());
 }
 
 TEST(Commands, ChildFramesAreActiveOneAtATime) {

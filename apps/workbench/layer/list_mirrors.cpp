@@ -32,7 +32,8 @@ wxWindow* RowMirror::DoMake(wxWindow* parent) {
 
 void RowMirror::ShowContent(const Changes& changes) {
   rows().ShowRows();
-  if (changes.Has(WindowChange::kSelection, WindowChange::kRowsInserted)) {
+  if (changes.Has(WindowChange::kSelection, WindowChange::kRowsInserted,
+                  WindowChange::kRowsChanged)) {
     rows().SetCaret(CurrentRow());
   }
 }

@@ -180,9 +180,10 @@ void CComboBox::OnSetText(const char* text) {
   if (moved || left) Tell(WindowChange::kSelection);
 }
 
-void CComboBox::OnRowsGone() {
+void CComboBox::OnRowsGone(bool had_current) {
+  const bool had_text = !text_.text().empty();
   text_.Set("");
-  TellText();
+  if (had_current || had_text) TellText();
 }
 
 void CComboBox::OnSubclassed(CWnd& former) {

@@ -74,7 +74,7 @@ class CComboBox : public RowControl {
   CString OnGetText() const override;
   void OnSetText(const char* text) override;
   void OnTextWasSet() override;
-  void OnRowsGone() override;
+  void OnRowsGone(bool had_current) override;
   void OnSubclassed(CWnd& former) override;
 
  private:

@@ -60,7 +60,9 @@ class CListBox : public RowControl {
   enum Flag : BYTE { kSelected = 1, kChecked = 2, kUndetermined = 4, kDisabled = 8 };
 
   bool IsSelected(int index) const;
-  void OnRowsGone() override { Tell(WindowChange::kSelection); }
+  void OnRowsGone(bool had_current) override {
+    if (had_current) Tell(WindowChange::kSelection);
+  }
   void OnSubclassed(CWnd& former) override;
 
  private:

@@ -30,16 +30,16 @@ int RowControl::DeleteString(int index) {
     --current_;
   }
   Tell(WindowChange::kRowsRemoved, {index, 1});
-  if (was_current) OnRowsGone();
+  if (was_current) OnRowsGone(true);
   return rows_.size();
 }
 
 void RowControl::ResetContent() {
   const int count = rows_.size();
   rows_.Clear();
-  current_ = -1;
+  const bool had_current = std::exchange(current_, -1) >= 0;
   if (count > 0) Tell(WindowChange::kRowsRemoved, {0, count});
-  OnRowsGone();
+  OnRowsGone(had_current);
 }
 
 int RowControl::SetItemData(int index, std::uintptr_t data) {

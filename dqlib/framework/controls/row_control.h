@@ -42,8 +42,8 @@ class RowControl : public Control {
  protected:
   explicit RowControl(bool sorted) : sorted_(sorted) {}
 
-  /// The current row is gone, or all are.
-  virtual void OnRowsGone() {}
+  /// The current row is gone, or all are; `had_current`: there was a current one.
+  virtual void OnRowsGone(bool /*had_current*/) {}
   void OnSubclassed(CWnd& former) override;
 
   /// The texts of the rows for which `is_in` holds, one a line.

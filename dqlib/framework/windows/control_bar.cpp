@@ -236,7 +236,7 @@ void CControlBar::EndDrag(bool accept, const CPoint& screen) {
   const CFrameWnd::DockTarget target = frame->TargetOf(*this, m_ptDragFrom, screen);
   if (target.place == GetWindowRect()) return;
   if (target.side == DockSide::kNone) {
-    frame->FloatControlBar(this, target.place);
+    frame->Float(this, target.place, true);
   } else {
     frame->DockControlBar(this, target.side, target.before);
   }

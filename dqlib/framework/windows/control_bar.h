@@ -66,7 +66,7 @@ class CControlBar : public CWnd {
   bool IsDockable() const { return m_bDockable; }
   bool CanDock(DockSide side) const { return (m_nSides & AlignmentOf(side)) != 0; }
   bool IsFloating() const;
-  /// Where it floats on the screen, or did last, without the frame around it; empty if it never
+  /// Where it floats on the screen, or did last, with the small frame around it; empty if it never
   /// did.
   const CRect& GetFloatingPlace() const { return m_rectFloat; }
   /// Has it float where it did last, or else over its place, or be docked where it was before.

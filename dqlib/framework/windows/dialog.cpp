@@ -29,22 +29,44 @@ void ClearUp(Step step) {
 
 HWND HandleOf(const CWnd* window) { return window == nullptr ? nullptr : window->GetSafeHwnd(); }
 
-/// Disables the window that a modal dialog belongs to, and enables it and makes it the active one
-/// again. What had the focus before gets it back, unless something else has it by then; where the
-/// owner is left alone, the former window becomes the active one.
-class DisabledOwner {
+/// What a modal dialog takes from others while it runs, and gives back.
+class ModalState {
  public:
-  explicit DisabledOwner(CWnd* owner)
-      : focus_(HandleOf(CWnd::GetFocus())), active_(HandleOf(CWnd::GetActiveWindow())) {
-    if (owner == nullptr || !owner->IsWindowEnabled()) return;
-    owner_ = active_ = owner->GetSafeHwnd();
-    owner->EnableWindow(false);
+  ModalState() : focus_(HandleOf(CWnd::GetFocus())), active_(HandleOf(CWnd::GetActiveWindow())) {}
+
+  /// Disables the window that the dialog belongs to, and those that own it: a person could go
+  /// around the dialog by any of them.
+  void Disable(CWnd* owner) {
+    std::vector<HWND> windows;
+    for (CWnd* next = owner; next != nullptr; next = next->GetOwner()) {
+      next = next->GetTopLevelParent();
+      // One may have become a child of what it owns.
+      if (std::ranges::find(windows, HandleOf(next)) != windows.end()) break;
+      if (windows.empty() && next->IsWindowEnabled()) owner_ = active_ = HandleOf(next);
+      windows.push_back(HandleOf(next));
+    }
+    for (const HWND each : windows) {
+      CWnd* const window = MessageQueue::FindOwnWindow(each);
+      if (window == nullptr || !window->IsWindowEnabled()) continue;
+      disabled_.push_back(each);
+      window->EnableWindow(false);
+    }
   }
-  DisabledOwner(const DisabledOwner&) = delete;
-  DisabledOwner& operator=(const DisabledOwner&) = delete;
-  ~DisabledOwner() {
+
+  /// Before the dialog's window goes: a window system makes another one active then, of another
+  /// program if there is none of this one to be used.
+  void Enable() {
+    while (!disabled_.empty()) {
+      CWnd* const window = MessageQueue::FindOwnWindow(disabled_.back());
+      disabled_.pop_back();
+      if (window != nullptr) ClearUp([window] { window->EnableWindow(true); });
+    }
+  }
+
+  /// Gives the focus back, unless something else has it by then, and makes the owner active; where
+  /// that was left alone, the former window.
+  void Activate() const {
     ClearUp([this] {
-      if (CWnd* const owner = MessageQueue::FindOwnWindow(owner_)) owner->EnableWindow(true);
       CWnd* const focus = MessageQueue::FindOwnWindow(focus_);
       if (focus != nullptr && CWnd::GetFocus() == nullptr) focus->SetFocus();
       CWnd* const active = MessageQueue::FindOwnWindow(active_);
@@ -57,7 +79,9 @@ class DisabledOwner {
  private:
   HWND focus_;
   HWND active_;
+  /// Null if it was disabled before.
   HWND owner_ = nullptr;
+  std::vector<HWND> disabled_;
 };
 
 bool LayerRunsDialogs() {
@@ -83,19 +107,30 @@ IMPLEMENT_DYNAMIC(CDialog, CWnd)
 struct CDialog::Run {
   /// Null once it is dropped.
   CDialog* dialog;
+  /// The window is hidden at the end.
+  const bool keeps_window;
   bool closed = false;
   int result = IDCANCEL;
+  ModalState state;
 
-  explicit Run(CDialog& of) : dialog(&of) { of.run_ = this; }
+  Run(CDialog& of, bool keeps) : dialog(&of), keeps_window(keeps) { of.run_ = this; }
   Run(const Run&) = delete;
   Run& operator=(const Run&) = delete;
   /// However the run is left, by an exception too.
   ~Run() {
-    if (dialog != nullptr) ClearUp([this] { dialog->DestroyWindow(); });
-    // It may have dropped itself now.
+    state.Enable();
+    EndWindow();
+    // It may have dropped itself by now.
+    if (dialog != nullptr) dialog->run_ = nullptr;
+    state.Activate();
+  }
+
+ private:
+  void EndWindow() {
     if (dialog == nullptr) return;
-    dialog->controls_.clear();
-    dialog->run_ = nullptr;
+    if (keeps_window) return ClearUp([this] { dialog->ShowWindow(SW_HIDE); });
+    ClearUp([this] { dialog->DestroyWindow(); });
+    if (dialog != nullptr) dialog->controls_.clear();
   }
 };
 
@@ -189,10 +224,22 @@ int CDialog::RunModal(const DialogTemplate& dialog, CWnd* parent) {
   if (parent != nullptr && MessageQueue::FindOwnWindow(parent->GetSafeHwnd()) != parent) return -1;
   CWnd* const owner = parent == nullptr ? nullptr : parent->GetTopLevelParent();
   const HWND owner_window = HandleOf(owner);
-  const DisabledOwner disabled(owner);
-  Run run(*this);
-  if (owner != nullptr && MessageQueue::FindOwnWindow(owner_window) != owner) return -1;
+  Run run(*this, false);
+  run.state.Disable(owner);
+  if (run.dialog == nullptr || MessageQueue::FindOwnWindow(owner_window) != owner) return -1;
   if (!Open(dialog, owner, false)) return run.closed ? run.result : -1;
+  return RunShown(run);
+}
+
+int CDialog::RunWindow() {
+  const HWND window = GetSafeHwnd();
+  if (run_ != nullptr || window == nullptr || GetParent() != nullptr) return -1;
+  Run run(*this, true);
+  run.state.Disable(GetOwner());
+  return MessageQueue::FindOwnWindow(window) == this ? RunShown(run) : run.result;
+}
+
+int CDialog::RunShown(Run& run) {
   if (run.closed) return run.result;
   View view(*this, run);
   ShowWindow(SW_SHOW);
@@ -200,7 +247,7 @@ int CDialog::RunModal(const DialogTemplate& dialog, CWnd* parent) {
     // A handler has closed it while it came up, or the thread is about to end.
   } else if (LayerRunsDialogs()) {
     // Without the layer nobody could answer.
-    PumpUntil([&view] { return !view.IsOpen() || !LayerRunsDialogs(); });
+    PumpUntilHandled([&view] { return !view.IsOpen() || !LayerRunsDialogs(); });
   } else {
     platform::Current().prompts->RunDialog(view);
   }

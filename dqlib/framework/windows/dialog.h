@@ -23,12 +23,14 @@ class CDialog : public CWnd {
   /// Uses a template that isn't in a resource module, copied, for `DoModal`.
   void InitModalIndirect(DialogTemplate dialog, CWnd* parent = nullptr);
 
-  /// Shows the dialog and returns when it is closed: the result given to `EndDialog`, or -1 if the
-  /// window couldn't be made. Its parent's top-level window is disabled meanwhile. The platform's
-  /// prompts run it, unless a window layer does (see `WindowObserver::RunsDialogs`); one that they
-  /// leave open is cancelled, and so is one that runs when the thread is told to end. A dialog
-  /// whose own handler destroys it, or drops the object, ends with `IDCANCEL`. Runs may be nested,
-  /// but not of the same object: then -1. The window that had the focus gets it back.
+  /// Makes the window, runs it and ends it. The result is that given to `EndDialog`, or -1 if the
+  /// window couldn't be made. Its parent's top-level window, and those that own that one, are
+  /// disabled meanwhile; at the end they are enabled first, then the window ends, and what was
+  /// active and had the focus gets that back. The platform's prompts run the dialog, unless a
+  /// window layer does (see `WindowObserver::RunsDialogs`); one that they leave open is cancelled,
+  /// and so is one that runs when the thread is told to end. A dialog whose own handler destroys
+  /// it, or drops the object, ends with `IDCANCEL`. Runs may be nested, but not of the same object:
+  /// then -1.
   virtual int DoModal();
 
   /// Makes the window without running it, as a child of `parent` if `child`, and else owned by it.
@@ -37,7 +39,8 @@ class CDialog : public CWnd {
   bool CreateIndirect(const DialogTemplate& dialog, CWnd* parent, bool child = false);
 
   /// Closes a modal run with the result; a run that is closed already keeps its first result.
-  /// During `OnInitDialog` the dialog isn't shown at all. A dialog that isn't run is only hidden.
+  /// During `OnInitDialog` of `DoModal` the dialog isn't shown at all. A dialog that isn't run is
+  /// only hidden.
   void EndDialog(int result);
   UINT GetTemplateId() const { return template_id_; }
 
@@ -67,12 +70,17 @@ class CDialog : public CWnd {
   bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override;
   LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
 
+  /// Runs the window that `Create` has made, as `DoModal` does, but hides it at the end instead of
+  /// ending it, as often as one likes. -1 without a window, for a child, and while it runs.
+  int RunWindow();
+
  private:
   class View;
   struct Run;
 
   bool Open(const DialogTemplate& dialog, CWnd* parent, bool child);
   int RunModal(const DialogTemplate& dialog, CWnd* parent);
+  int RunShown(Run& run);
 
   UINT template_id_ = 0;
   CWnd* modal_parent_ = nullptr;

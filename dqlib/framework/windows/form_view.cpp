@@ -1,9 +1,11 @@
 #include "dqlib/framework/windows/form_view.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "dqlib/framework/windows/dialog_controls.h"
 #include "dqlib/framework/windows/dialog_keys.h"
+#include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/ui_state.h"
 
 namespace dq {
@@ -29,6 +31,7 @@ bool CFormView::Create(CWnd* parent, const CRect& place, int id, const CCreateCo
                                                             : nullptr;
   if (form == nullptr) return false;
   m_controls.clear();
+  m_sizeForm = form->size;
   if (!CreateWnd({.class_name = "FormView",
                   .text = form->caption,
                   .place = {place.left, place.top, detail::WrappingSum(place.left, form->size.cx),
@@ -45,6 +48,26 @@ bool CFormView::Create(CWnd* parent, const CRect& place, int id, const CCreateCo
 
 bool CFormView::Create(CWnd* parent, int id, CDocument* document) {
   return CView::Create(parent, {}, id, document);
+}
+
+void CFormView::ResizeParentToFit(bool shrink_only) {
+  CFrameWnd* const frame = GetParentFrame();
+  if (GetSafeHwnd() == nullptr || frame == nullptr || frame->IsZoomed() || frame->IsIconic())
+    return;
+  if (GetParent() != frame) return;
+  const detail::Watched self(*this);
+  const detail::Watched around(*frame);
+  // The bars may have come since.
+  frame->RecalcLayout();
+  if (!self.IsThere() || !around.IsThere()) return;
+  const CSize size = GetClientRect().Size();
+  const CRect& place = frame->GetPlace();
+  const auto fit = [shrink_only](LONG frame_now, LONG form, LONG now) {
+    const LONG wanted = detail::WrappingSum(frame_now, detail::WrappingDifference(form, now));
+    return shrink_only ? std::min(frame_now, wanted) : wanted;
+  };
+  frame->MoveWindow(place.left, place.top, fit(place.Width(), m_sizeForm.cx, size.cx),
+                    fit(place.Height(), m_sizeForm.cy, size.cy));
 }
 
 void CFormView::OnInitialUpdate() {

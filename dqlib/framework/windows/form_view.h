@@ -22,6 +22,13 @@ class CFormView : public CView {
   /// The same at the parent's corner, for a document, which may be null.
   bool Create(CWnd* parent, int id, CDocument* document);
 
+  /// The template's size, of the client area. 0, 0 until the view is made.
+  const CSize& GetFormSize() const { return m_sizeForm; }
+  /// Gives the frame around it the size in which the view has just the form's size; `shrink_only`
+  /// makes it no larger. A frame that is maximised or minimised, and a view in a frame that has
+  /// other panes, which has its size from them, stay as they are.
+  void ResizeParentToFit(bool shrink_only = true);
+
   /// Moves the variables to the controls first.
   void OnInitialUpdate() override;
   /// Handles the keys of dialogs.
@@ -34,6 +41,7 @@ class CFormView : public CView {
  private:
   UINT m_nTemplate = 0;
   std::unique_ptr<DialogTemplate> m_pTemplate;
+  CSize m_sizeForm;
   std::vector<std::unique_ptr<CWnd>> m_controls;
 };
 

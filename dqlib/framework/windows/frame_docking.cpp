@@ -65,6 +65,12 @@ bool IsOutside(const CControlBar& bar, const CPoint& at) {
   }
 }
 
+/// The rectangle with so much around it.
+CRect Inflated(const CRect& rect, const CRect& widths) {
+  return {WrappingDifference(rect.left, widths.left), WrappingDifference(rect.top, widths.top),
+          WrappingSum(rect.right, widths.right), WrappingSum(rect.bottom, widths.bottom)};
+}
+
 /// The values of a bar in the profile.
 class BarProfile {
  public:
@@ -163,6 +169,10 @@ bool CFrameWnd::DockControlBar(CControlBar* bar, DockSide side, CControlBar* bef
 }
 
 bool CFrameWnd::FloatControlBar(CControlBar* bar, const CRect& place) {
+  return Float(bar, place, false);
+}
+
+bool CFrameWnd::Float(CControlBar* bar, const CRect& place, bool of_bar) {
   if (bar == nullptr || bar->GetDockingFrame() != this || !bar->IsDockable()) return false;
   const Watched self(*this);
   const HWND handle = bar->GetSafeHwnd();
@@ -192,7 +202,10 @@ bool CFrameWnd::FloatControlBar(CControlBar* bar, const CRect& place) {
   if (!bar->IsFloating()) return false;
   CWnd* const floating = bar->GetParent();
   const HWND around = floating->GetSafeHwnd();
-  if (!place.IsRectEmpty()) floating->MoveWindow(place);
+  if (!place.IsRectEmpty()) {
+    const CRect& frame = floating->GetFrameWidths();
+    floating->MoveWindow(of_bar ? Inflated(place, frame) : place);
+  }
   if (BarOf(handle) == bar && FloatingOf(around) == floating && bar->IsShown()) {
     floating->ShowWindow(SW_SHOWNA);
   }
@@ -331,6 +344,25 @@ void CFrameWnd::OnBarCheck(UINT id) {
 void CFrameWnd::OnUpdateBarCheck(CCmdUI* ui) {
   const CControlBar* const bar = GetControlBar(ui->m_nID);
   ui->SetCheck(bar != nullptr && bar->IsShown() ? 1 : 0);
+}
+
+void CFrameWnd::EnableFloatingBars(bool enable) {
+  // With those of the frames below.
+  std::vector<HWND> floating;
+  std::vector<CWnd*> windows{this};
+  while (!windows.empty()) {
+    CWnd* const window = windows.back();
+    windows.pop_back();
+    if (const CFrameWnd* const frame = DYNAMIC_DOWNCAST(CFrameWnd, window)) {
+      floating.insert(floating.end(), frame->floating_.begin(), frame->floating_.end());
+    }
+    for (CWnd* child = window->GetTopWindow(); child != nullptr; child = child->GetNextWindow()) {
+      windows.push_back(child);
+    }
+  }
+  for (const HWND each : floating) {
+    if (CMiniDockFrameWnd* const frame = FloatingOf(each)) frame->EnableWindow(enable);
+  }
 }
 
 void CFrameWnd::UpdateFloatingBars(WPARAM disable_if_no_handler) {

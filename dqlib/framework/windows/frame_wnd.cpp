@@ -294,13 +294,17 @@ LRESULT CFrameWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
       if (view != nullptr) view->OnActivateView(LoWord(wparam) != WA_INACTIVE, view, view);
       return 0;
     }
+    case WM_ENABLE:
+      EnableFloatingBars(wparam != 0);
+      return 0;
     case WM_IDLEUPDATECMDUI:
       if (layout_due_) RecalcLayout();
       if (self.IsThere()) UpdateFloatingBars(wparam);
       return 0;
     case WM_INITMENUPOPUP: {
       CMenu* const menu = CMenu::FromHandle(reinterpret_cast<HMENU>(wparam));
-      if (menu != nullptr) menu->UpdateItems(*this);
+      // Those below have a message of their own when they drop down.
+      if (menu != nullptr) menu->UpdateItems(*this, true, false);
       return 0;
     }
     case WM_MENUSELECT:

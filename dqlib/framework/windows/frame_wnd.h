@@ -68,7 +68,7 @@ class CFrameWnd : public CWnd {
                       CControlBar* before = nullptr);
   /// Has a bar that can be docked float: in a small frame of that place on the screen, or with an
   /// empty rectangle from its top left corner on, as large as the bar wants. One that floats
-  /// already is moved. False if it can't.
+  /// already is moved. False if it can't. What floats is disabled while the frame is.
   bool FloatControlBar(CControlBar* bar, const CRect& place);
   /// Writes to a section of the program's profile how each bar of the frame stands, and brings them
   /// back. Values are integers, named after the bar's id, which no two may share:
@@ -158,6 +158,10 @@ class CFrameWnd : public CWnd {
   void OnBarCheck(UINT id);
   void OnUpdateBarCheck(CCmdUI* ui);
   void UpdateFloatingBars(WPARAM disable_if_no_handler);
+  void EnableFloatingBars(bool enable);
+  /// `FloatControlBar`, where `of_bar` says that the place is the bar's own and the small frame
+  /// lies around it.
+  bool Float(CControlBar* bar, const CRect& place, bool of_bar);
 
   HWND active_view_ = nullptr;
   CMenu own_menu_;

@@ -333,7 +333,7 @@ int CMenu::TrackPopupMenu(UINT flags, int x, int y, CWnd* owner, const CRect* st
   return 1;
 }
 
-void CMenu::UpdateItems(CCmdTarget& target, bool auto_disable) {
+void CMenu::UpdateItems(CCmdTarget& target, bool auto_disable, bool deep) {
   // By handles alone, because handlers may end any menu and this object with it.
   const detail::Watched route(target);
   std::vector<HMENU> found{m_hMenu};
@@ -342,6 +342,7 @@ void CMenu::UpdateItems(CCmdTarget& target, bool auto_disable) {
     const HMENU menu = found.back();
     found.pop_back();
     if (updated.insert(menu).second) UpdateLevel(menu, target, auto_disable, found);
+    if (!deep) return;
   }
 }
 

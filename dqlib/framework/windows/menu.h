@@ -130,8 +130,9 @@ class CMenu : public CObject {
 
   /// Brings all items up to date by their handlers: those of `target` and its route. With
   /// `auto_disable`, commands without a handler are disabled. Handlers may change the menus,
-  /// destroy them, and end `target` if that is a window, which ends the update.
-  void UpdateItems(class CCmdTarget& target, bool auto_disable = true);
+  /// destroy them, and end `target` if that is a window, which ends the update. `deep`: those of
+  /// the menus below too.
+  void UpdateItems(class CCmdTarget& target, bool auto_disable = true, bool deep = true);
 
   /// Shows the menu at a point of the screen and has the person choose, in the window layer;
   /// nothing happens without one. `owner` gets `WM_INITMENUPOPUP` before each menu drops down, and

@@ -26,7 +26,9 @@ class CWnd;
 ///
 /// A thread that waits here serves what others send to it meanwhile, so that two threads may send
 /// to each other at the same time. An exception that leaves a handler then is held back until what
-/// the thread waits for has come, and its sender gets 0.
+/// the thread waits for has come, and its sender gets 0. What it waits for so is the answer to a
+/// message or the end of a thread (`Wait`); native events and posted messages stay where they are
+/// meanwhile, so that its windows stand still.
 ///
 /// One lock guards all queues and the register: a send touches two queues, and a window's death
 /// those of all its senders. Handlers run without it.

@@ -12,7 +12,8 @@ bool CMiniDockFrameWnd::Create(CFrameWnd& owner, const char* caption, const CRec
                       .place = place,
                       .client_size = true,
                       .owner = &owner,
-                      .visible = false},
+                      .visible = false,
+                      .enabled = owner.GetTopLevelParent()->IsWindowEnabled()},
                      0, nullptr);
 }
 

@@ -14,7 +14,8 @@ class CMiniDockFrameWnd : public CFrameWnd {
   /// For a bar that has another size if the person wants it, or hasn't.
   explicit CMiniDockFrameWnd(bool sizable) : sizable_(sizable) {}
 
-  /// Makes the window, hidden. `place` is that of the client area, on the screen.
+  /// Makes the window, hidden, with its corner and a client area of the size in `place`, on the
+  /// screen. It is enabled if a person can use the owner.
   bool Create(CFrameWnd& owner, const char* caption, const CRect& place);
 
   CFrameWnd* GetDockingFrame() const;

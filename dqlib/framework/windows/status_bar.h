@@ -88,7 +88,6 @@ class CStatusBar : public CControlBar {
 
   void SetPane(int position, const StatusPane& pane);
   void SetText(int position, const char* text);
-  int StretchedWidth() const;
 
   std::vector<Pane> panes_;
 };

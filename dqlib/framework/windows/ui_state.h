@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <exception>
@@ -17,6 +18,18 @@ class CWnd;
 
 namespace detail {
 
+/// Rows of one window that came in or went, of which the observer hasn't been told: more may
+/// follow.
+struct PendingRows {
+  HWND window = nullptr;
+  /// `kRowsChanged` if there are too many places.
+  WindowChange change = WindowChange::kRowsInserted;
+  /// The first `count` are in use: in order, with other rows between, and counted as if what came
+  /// before in the order had been told already.
+  std::size_t count = 0;
+  std::array<ChangedRange, kMostRowRanges> ranges{};
+};
+
 /// All of one thread. Windows are named by handle, so that a dead one is found out.
 struct UiState {
   WindowObserver* observer = nullptr;
@@ -28,10 +41,7 @@ struct UiState {
   /// How many windows of the thread have ended: whoever finds it unchanged after calling a handler
   /// knows that the window is still there.
   std::size_t ended = 0;
-  /// Rows that came in or went, of which the observer hasn't been told: more may follow.
-  HWND rows_of = nullptr;
-  WindowChange rows_change = WindowChange::kRowsInserted;
-  ChangedRange rows;
+  PendingRows rows;
   /// See `Closing`: how many there were, and the number of the one that is under way, 0 without
   /// one.
   std::uint64_t closings = 0;
@@ -45,6 +55,9 @@ void TellChange(CWnd& window, WindowChange change, const ChangedRange& range);
 /// Tells it of the rows that it hasn't been told of.
 void TellRows();
 void TellMenuChange(MenuHandle* menu, MenuChange change, const ChangedRange& range);
+
+/// Gives back the hot keys of a window that has ended.
+void EndHotKeys(HWND window);
 
 /// Runs a call of the observer. What it throws is traced: it must not leave a change half made.
 void TraceObserver();

@@ -138,7 +138,11 @@ int PumpUntilIdle() {
   }
 }
 
-bool PumpUntil(const std::function<bool()>& condition, DWORD milliseconds) {
+namespace {
+
+/// Handles messages until the condition holds, which is asked at least each time `longest_wait` has
+/// passed.
+bool Pump(const std::function<bool()>& condition, DWORD milliseconds, DWORD longest_wait) {
   MessageQueue* const queue = MessageQueue::Current();
   platform::Clock& clock = *platform::Current().clock;
   const DWORD start = clock.TickCount();
@@ -155,11 +159,21 @@ bool PumpUntil(const std::function<bool()>& condition, DWORD milliseconds) {
         idled = 0;
         break;
       case Pumped::kNothing:
-        IdleAndWait(*queue, idled, std::min(kLongestWait, milliseconds - passed), Idle);
+        IdleAndWait(*queue, idled, std::min(longest_wait, milliseconds - passed), Idle);
         break;
     }
   }
   return true;
+}
+
+}  // namespace
+
+bool PumpUntil(const std::function<bool()>& condition, DWORD milliseconds) {
+  return Pump(condition, milliseconds, kLongestWait);
+}
+
+bool PumpUntilHandled(const std::function<bool()>& condition) {
+  return Pump(condition, kForever, kForever);
 }
 
 void PostQuitMessage(int code) {

@@ -30,7 +30,10 @@ class CWinThread : public CCmdTarget {
   virtual BOOL OnIdle(LONG count);
 
   /// The thread's main window, which application messages go to; null if it has none. A thread
-  /// begun by another gets that one's, which must then outlive what the thread does. Not owned.
+  /// begun by another gets that one's, which must then outlive what the thread does. Not owned. It
+  /// is still a window of the other thread: this one may send and post to it, but neither touch it
+  /// nor own windows by it, and what it makes itself no layer draws. A worker that wants a window
+  /// shown has the main window do so by a message.
   CWnd* m_pMainWnd = nullptr;
 };
 
@@ -62,7 +65,8 @@ class WorkerThread {
   explicit operator bool() const { return state_ != nullptr; }
 
   /// Waits for the thread's end, and handles meanwhile what it and others send to windows of the
-  /// calling thread. Does nothing if there is no thread. Not for the thread itself to call.
+  /// calling thread, but no native events: its windows stand still. Does nothing if there is no
+  /// thread. Not for the thread itself to call.
   void Join();
 
  private:
@@ -92,6 +96,11 @@ int PumpUntilIdle();
 /// and at least every tenth of a second. False if the time is up first (by the platform's clock),
 /// or if the thread is told to end; then it stays so.
 bool PumpUntil(const std::function<bool()>& condition, DWORD milliseconds = kForever);
+
+/// The same for what only the thread itself can bring about by what it handles: `condition` is
+/// asked first, and after each message and native event, and the thread sleeps until then. False if
+/// the thread is told to end; then it stays so.
+bool PumpUntilHandled(const std::function<bool()>& condition);
 
 /// Has the loop that runs on the calling thread end with the code, once no posted message is left.
 void PostQuitMessage(int code);

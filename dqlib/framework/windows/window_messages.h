@@ -96,7 +96,8 @@ enum WindowMessage : UINT {
   WM_CAPTURECHANGED = 0x0215,
   WM_MDIDESTROY = 0x0221,
   WM_MDIACTIVATE = 0x0222,
-  /// A system-wide key was pressed: its id; the key and its modifiers.
+  /// A system-wide key was pressed: its id; its modifiers and the key as two halves. See
+  /// `RegisterHotKey`.
   WM_HOTKEY = 0x0312,
   /// The thread is idle: items that show commands are to be brought up to date.
   WM_IDLEUPDATECMDUI = 0x0363,

@@ -47,7 +47,7 @@ enum class WindowChange {
   kRowsInserted,
   /// They went: so many, where the first of the range was.
   kRowsRemoved,
-  /// Those of the range have another text, mark or state.
+  /// Those of the range have another text, mark or state; 0, 0 for all, and how many there are.
   kRowsChanged,
   /// The id by which its parent knows it.
   kId,
@@ -87,6 +87,9 @@ struct MenuSpot {
   CRect stays_open_in;
 };
 
+/// See `WindowObserver`.
+inline constexpr int kMostRowRanges = 32;
+
 /// The events of a window layer's native windows, as the message loop of its thread takes them in.
 class NativeEvents {
  public:
@@ -97,7 +100,10 @@ class NativeEvents {
 
   /// Handles the native events that wait. If there are none, waits for one or for `Wake`, at most
   /// so many milliseconds; with 0 not at all. Returns whether it has handled any. Handlers may run
-  /// message loops of their own meanwhile, which call it again.
+  /// message loops of their own meanwhile, which call it again. An exception that leaves it goes
+  /// out of the message loop, to who runs that. A handler may set another observer: this object
+  /// must outlive the calls that are under way then. While its thread waits for another thread's
+  /// answer or end, it isn't called.
   virtual bool Wait(DWORD milliseconds) = 0;
 
   /// Ends the innermost `Wait` that is under way, or the next one if there is none. Called on any
@@ -106,10 +112,12 @@ class NativeEvents {
 };
 
 /// Told of the windows of one thread, on that thread, right after each change, in the order of the
-/// changes; rows that come in or go one beside the other are told together, at the latest before
-/// the next other change and before the thread waits for its next message. It may read the window,
-/// and must not change or destroy any while it is told. An exception that leaves it is traced, and
-/// the change stands.
+/// changes. Only rows that come into a window, or go, one after the other are told together, at the
+/// latest before the next other change and before the thread waits for its next message: by a
+/// change for each place where they are side by side now, from the first place on, so that what
+/// lies before it is as it stays; or where that would be more than `kMostRowRanges` changes, by one
+/// `kRowsChanged` about all. It may read the window, and must not change or destroy any while it is
+/// told. An exception that leaves it is traced, and the change stands.
 class WindowObserver {
  public:
   WindowObserver() = default;
@@ -123,8 +131,9 @@ class WindowObserver {
                             const ChangedRange& /*range*/) {}
 
   /// Whether people work with the windows that this observer draws, so that a modal dialog runs the
-  /// message loop until it is closed. Otherwise the platform's prompts run it. Asked all the time
-  /// while one runs: a layer that says no then, because its display is gone, has it cancelled.
+  /// message loop until it is closed. Otherwise the platform's prompts run it. Asked after each
+  /// message and native event while one runs: a layer that says no then, because its display is
+  /// gone, has it cancelled.
   virtual bool RunsDialogs() const { return false; }
 
   /// The native events to be taken in by the message loop, or null. Asked when the observer is set;
@@ -153,7 +162,8 @@ class WindowObserver {
     return usual;
   }
 
-  /// Shows the wait pointer over all windows (`true`), or no longer.
+  /// Shows the wait pointer over all windows (`true`), or no longer. While it is shown, the
+  /// observer that is set is told to show it, and the former one no longer.
   virtual void ShowWaitPointer(bool /*show*/) {}
 
   /// Sounds as a message box of the type would; -1 for a simple beep.

@@ -231,6 +231,7 @@ void CWnd::TakeDown(detail::AllSteps& steps) {
   destroying_ = exchanging_ = false;
   children_by_id_.reset();
   const bool was_alive = MessageQueue::RemoveWindow(self);
+  detail::EndHotKeys(self);
   ++t_ui.ended;
   if (!was_alive) return;
   Changed(WindowChange::kDestroyed);

@@ -165,8 +165,10 @@ class CWnd : public CCmdTarget {
   CRect ScreenToClient(const CRect& rect) const;
 
   /// Shows, hides, minimises, maximises; a `ShowCommand`. Sends `WM_SHOWWINDOW` when visibility
-  /// changes, and `WM_SIZE` as the state changes. `SW_RESTORE` makes a minimised window what it was
-  /// before, `SW_SHOWNORMAL` neither minimised nor maximised. Returns whether it was visible.
+  /// changes, and as the state changes `WM_MOVE`, if its corner moves, and `WM_SIZE`. Where it lies
+  /// when it is maximised is the answer to `WM_GETMINMAXINFO`. `SW_RESTORE` makes a minimised
+  /// window what it was before, `SW_SHOWNORMAL` neither minimised nor maximised. Returns whether it
+  /// was visible.
   bool ShowWindow(int command);
   /// Its own state, and whether it and all its ancestors are visible.
   bool IsShown() const { return visible_; }
@@ -285,9 +287,9 @@ class CWnd : public CCmdTarget {
   virtual BOOL OnCommand(WPARAM wparam, LPARAM lparam);
   virtual BOOL OnNotify(WPARAM wparam, LPARAM lparam, LRESULT* result);
   /// What a window does by itself: `WM_CLOSE` destroys it, `WM_GETMINMAXINFO` answers with the
-  /// screen's size, one that becomes active takes the focus, the right button asks for the context
-  /// menu as the key for it does, and what the wheel and the context menu ask for goes on to the
-  /// parent.
+  /// screen's size, and for a maximised child its parent's client area, one that becomes active
+  /// takes the focus, the right button asks for the context menu as the key for it does, and what
+  /// the wheel and the context menu ask for goes on to the parent.
   virtual LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam);
   /// A notification of this control that its parent has got (`WM_COMMAND`, `WM_NOTIFY`,
   /// `WM_DRAWITEM`, `WM_MEASUREITEM`): the control may keep it from the parent by 1. The base has
@@ -321,6 +323,8 @@ class CWnd : public CCmdTarget {
   void Link(CWnd* parent, CWnd* after);
   void Unlink();
   void SetState(UINT state);
+  MINMAXINFO UsualLimits() const;
+  CRect MaximizedPlace();
   void SendSize();
   void LeaveOwner();
   void TakePlaceOf(CWnd& former);

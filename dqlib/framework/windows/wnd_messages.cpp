@@ -200,12 +200,7 @@ LRESULT CWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
     case WM_MOUSEWHEEL:
       return parent_ == nullptr ? 0 : parent_->WindowProc(message, wparam, lparam);
     case WM_GETMINMAXINFO:
-      if (lparam != 0) {
-        auto& info = *reinterpret_cast<MINMAXINFO*>(lparam);
-        const CSize screen = GetScreenSize();
-        info.ptMaxSize = info.ptMaxTrackSize = {screen.cx, screen.cy};
-        info.ptMaxPosition = info.ptMinTrackSize = {};
-      }
+      if (lparam != 0) *reinterpret_cast<MINMAXINFO*>(lparam) = UsualLimits();
       return 0;
     case WM_SETCURSOR:
       SetPointerShape(PointerShape::kArrow);

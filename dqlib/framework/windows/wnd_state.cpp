@@ -1,5 +1,6 @@
 // Windows: visibility, enabling, focus, and the state that a placement describes.
 
+#include <algorithm>
 #include <utility>
 
 #include "dqlib/framework/windows/message_queue.h"
@@ -75,6 +76,10 @@ bool CWnd::ShowWindow(int command) {
 
 void CWnd::SetState(UINT state) {
   if (state == state_) return;
+  const Watched self(*this);
+  const CRect maximized = state == SIZE_MAXIMIZED ? MaximizedPlace() : CRect{};
+  // The handler that was asked may have changed it itself.
+  if (!self.IsThere() || state == state_) return;
   if (state_ == SIZE_RESTORED) placement_.rcNormalPosition = place_;
   if (state == SIZE_MINIMIZED && IsZoomed()) {
     placement_.flags |= WPF_RESTORETOMAXIMIZED;
@@ -82,14 +87,29 @@ void CWnd::SetState(UINT state) {
     placement_.flags &= ~static_cast<UINT>(WPF_RESTORETOMAXIMIZED);
   }
   state_ = state;
-  if (state == SIZE_MAXIMIZED) {
-    const CSize screen = GetScreenSize();
-    place_ = parent_ != nullptr ? parent_->GetClientRect() : CRect{0, 0, screen.cx, screen.cy};
-  } else {
-    place_ = placement_.rcNormalPosition;
-  }
+  const CPoint former = place_.TopLeft();
+  place_ = state == SIZE_MAXIMIZED ? maximized : placement_.rcNormalPosition;
   Changed(WindowChange::kRectangle);
-  SendSize();
+  if (place_.TopLeft() != former) WindowProc(WM_MOVE, 0, MakeLParam(place_.left, place_.top));
+  if (self.IsThere()) SendSize();
+}
+
+MINMAXINFO CWnd::UsualLimits() const {
+  const CSize screen = GetScreenSize();
+  const CSize whole = parent_ != nullptr ? parent_->GetClientRect().Size() : screen;
+  MINMAXINFO limits;
+  limits.ptMaxSize = {whole.cx, whole.cy};
+  limits.ptMaxTrackSize = {screen.cx, screen.cy};
+  return limits;
+}
+
+/// Asks for it.
+CRect CWnd::MaximizedPlace() {
+  MINMAXINFO limits = UsualLimits();
+  WindowProc(WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits));
+  const CPoint& corner = limits.ptMaxPosition;
+  return {corner.x, corner.y, detail::WrappingSum(corner.x, std::max<LONG>(0, limits.ptMaxSize.x)),
+          detail::WrappingSum(corner.y, std::max<LONG>(0, limits.ptMaxSize.y))};
 }
 
 bool CWnd::GetWindowPlacement(WINDOWPLACEMENT* placement) const {
