@@ -285,6 +285,20 @@ TEST_F(DateTimes, HaveARangeOrNoValueAndNotifyOfWhatAPersonDoes) {
   EXPECT_TRUE(system.wDay == 28 && system.wHour == 0 && system.wDayOfWeek == 3);
   EXPECT_TRUE(holder->SetTime(nullptr) && holder->Choose(2024, 2, 28));
   EXPECT_EQ(holder.Take(), "28 -759 28 -759 ");
+  CDataExchange save(&holder, true), show(&holder, false);
+  DDX_DateTimeCtrl(&save, 7, time);
+  EXPECT_TRUE(time.GetStatus() == COleDateTime::valid && time.GetDay() == 28);
+  for (const COleDateTime::DateTimeStatus status : {COleDateTime::null, COleDateTime::valid}) {
+    time.SetStatus(status);
+    DDX_DateTimeCtrl(&show, 7, time);
+    EXPECT_EQ(holder->HasTime(), status == COleDateTime::valid);
+    time.SetStatus(COleDateTime::invalid);
+    DDX_DateTimeCtrl(&show, 7, time);
+    DDX_DateTimeCtrl(&save, 7, time);
+    EXPECT_EQ(time.GetStatus(), status);
+  }
+  EXPECT_THROW(DDX_DateTimeCtrl(&save, 8, time), CNotSupportedException);
+  holder.Take();
   holder->EnableWindow(false);
   EXPECT_FALSE(holder->Enter("1/1/2024") || holder->Check(false) || holder->MovePart(true));
   holder->EnableWindow(true);

@@ -41,6 +41,8 @@ class COleDateTime {
   COleDateTime(int year, int month, int day, int hour, int minute, int second);
 
   DateTimeStatus GetStatus() const { return m_status; }
+  /// A value that isn't `valid` is none.
+  void SetStatus(DateTimeStatus status) { m_status = status; }
   DATE ToDate() const { return m_dt; }
 
   /// The parts, rounded to the nearest second; false if the value isn't valid.

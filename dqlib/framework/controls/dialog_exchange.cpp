@@ -9,6 +9,7 @@
 
 #include "dqlib/framework/controls/button.h"
 #include "dqlib/framework/controls/combo_box.h"
+#include "dqlib/framework/controls/date_time_ctrl.h"
 #include "dqlib/framework/controls/edit.h"
 #include "dqlib/framework/controls/list_box.h"
 #include "dqlib/framework/windows/message_box.h"
@@ -220,6 +221,17 @@ void DDX_LBIndex(CDataExchange* exchange, int id, int& value) {
     value = list.GetCurSel();
   } else {
     list.SetCurSel(value);
+  }
+}
+
+void DDX_DateTimeCtrl(CDataExchange* exchange, int id, COleDateTime& value) {
+  auto& control = Prepare<CDateTimeCtrl>(*exchange, id);
+  if (!exchange->m_bSaveAndValidate) {
+    // One that the control refuses leaves it as it is.
+    static_cast<void>(value.GetStatus() == COleDateTime::null ? control.SetTime(nullptr)
+                                                              : control.SetTime(value));
+  } else if (!control.GetTime(value)) {
+    value.SetStatus(COleDateTime::null);
   }
 }
 

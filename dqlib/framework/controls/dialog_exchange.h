@@ -9,6 +9,7 @@
 #pragma once
 
 #include "dqlib/framework/base/c_string.h"
+#include "dqlib/framework/base/ole_date_time.h"
 #include "dqlib/framework/controls/control_classes.h"
 #include "dqlib/framework/windows/data_exchange.h"
 
@@ -49,6 +50,11 @@ void DDX_CBIndex(CDataExchange* exchange, int id, int& value);
 /// text is selected, if there is one.
 void DDX_LBString(CDataExchange* exchange, int id, CString& value);
 void DDX_LBIndex(CDataExchange* exchange, int id, int& value);
+
+/// The value of a date and time control; where it has none, the variable's status is null. To the
+/// control, a variable that is null takes its value away, if it may have none; it keeps what it has
+/// for one that isn't valid or lies out of its range.
+void DDX_DateTimeCtrl(CDataExchange* exchange, int id, COleDateTime& value);
 
 /// Fails the exchange for a value saved that isn't in the range, ends included. For the control
 /// prepared last.
