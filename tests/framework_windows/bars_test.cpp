@@ -366,6 +366,19 @@ TEST_F(Docking, BarsTakeTheirEdgesThoseThatStayFarthestOut) {
   EXPECT_EQ(Places(), "status 100,379-500,400; view 100,100-500,379");
 }
 
+TEST_F(Docking, GoesOnBehindABarThatHasThrown) {
+  struct Thrower : CControlBar {
+    CSize CalcFixedLayout(const CSize&, bool) override { throw CUserException(); }
+  };
+  {
+    Thrower thrower;
+    thrower.CreateWnd({.class_name = "Bar", .parent = &frame, .id = 9});
+    EXPECT_THROW(frame.RecalcLayout(), CUserException);
+  }
+  frame.ShowControlBar(&tools, false);
+  EXPECT_EQ(Text(view.GetWindowRect()), "160,100-500,379");
+}
+
 TEST_F(Docking, BarsFloatInFramesOfTheirOwnWhichHandOnWhatTheyAreTold) {
   std::string commands;
   frame.updates[51] = [&](CCmdUI& ui) { ui.SetCheck(), commands += "update "; };

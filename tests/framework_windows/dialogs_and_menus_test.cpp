@@ -299,6 +299,11 @@ TEST_F(Dialog, GivesWayToItsOwnersBeforeItsWindowGoesAndMayKeepThat) {
   prompts.on_dialog = [&](View&) { kept.DestroyWindow(); };
   EXPECT_TRUE(kept.DoModal() == IDCANCEL && kept.GetSafeHwnd() == nullptr);
   EXPECT_TRUE(CWnd::GetActiveWindow() == &owner && top.IsWindowEnabled());
+  // One without an owner, which is shown before it runs.
+  prompts.on_dialog = {};
+  ASSERT_TRUE(kept.CreateIndirect(pattern, nullptr));
+  kept.ShowWindow(SW_SHOW);
+  EXPECT_TRUE(kept.DoModal() == IDCANCEL && CWnd::GetActiveWindow() == nullptr);
 }
 
 TEST_F(Dialog, WithoutATemplateAllItsValuesOrAParentOfItsThreadDoesNotRun) {

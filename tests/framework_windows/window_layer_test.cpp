@@ -241,9 +241,13 @@ TEST(WindowLayer, ThatThrowsOrGoesAwayLeavesTheLibraryWhole) {
     CRect GetFrameWidths(const CWnd&) override { throw 1; }
     int GetKeyState(int) override { throw 1; }
     int GetMetric(int, int) override { throw 1; }
+    NativeEvents* GetEvents() override { throw 1; }
   };
   {
     Thrower thrower;
+    thrower.events.Put([] { ADD_FAILURE() << "those of the former observer are left"; });
+    SetWindowObserver(&thrower);
+    PumpUntilIdle();
     CWnd window;
     EXPECT_TRUE(window.CreateWnd({.class_name = "Test", .place = {0, 0, 9, 9}}));
     window.SetWindowText("x");

@@ -32,7 +32,13 @@ HWND HandleOf(const CWnd* window) { return window == nullptr ? nullptr : window-
 /// What a modal dialog takes from others while it runs, and gives back.
 class ModalState {
  public:
-  ModalState() : focus_(HandleOf(CWnd::GetFocus())), active_(HandleOf(CWnd::GetActiveWindow())) {}
+  explicit ModalState(const CWnd& dialog) {
+    // Not from the dialog's own window, which may be there already.
+    const CWnd* const focus = CWnd::GetFocus();
+    const CWnd* const active = CWnd::GetActiveWindow();
+    if (focus != &dialog && !dialog.IsChild(focus)) focus_ = HandleOf(focus);
+    if (active != &dialog) active_ = HandleOf(active);
+  }
 
   /// Disables the window that the dialog belongs to, and those that own it: a person could go
   /// around the dialog by any of them.
@@ -77,8 +83,8 @@ class ModalState {
   }
 
  private:
-  HWND focus_;
-  HWND active_;
+  HWND focus_ = nullptr;
+  HWND active_ = nullptr;
   /// Null if it was disabled before.
   HWND owner_ = nullptr;
   std::vector<HWND> disabled_;
@@ -113,7 +119,7 @@ struct CDialog::Run {
   int result = IDCANCEL;
   ModalState state;
 
-  Run(CDialog& of, bool keeps) : dialog(&of), keeps_window(keeps) { of.run_ = this; }
+  Run(CDialog& of, bool keeps) : dialog(&of), keeps_window(keeps), state(of) { of.run_ = this; }
   Run(const Run&) = delete;
   Run& operator=(const Run&) = delete;
   /// However the run is left, by an exception too.
