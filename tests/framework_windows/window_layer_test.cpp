@@ -378,7 +378,7 @@ TEST(WindowLayer, ReportsKeysToTheFocusAndMenusToTheirOwner) {
   CMenu menu;
   EXPECT_EQ(menu.TrackPopupMenu(0, 9, 9, &view), 0);
   menu.CreatePopupMenu();
-  const CRect button(0, 0, 20, 20);
+  const CRect button{0, 0, 20, 20};
   EXPECT_TRUE(menu.TrackPopupMenu(TPM_RETURNCMD | TPM_RIGHTBUTTON, 9, 9, &view, &button) == 287 &&
               menu.TrackPopupMenu(0, 11, 9, &view) == 1);
   PumpUntilIdle();
