@@ -1,6 +1,7 @@
 // What a window layer is told, asked and reports: changes, frames, native events, mouse and keys.
 
 #include "tests/support/doubles.h"
+#include "tests/support/layer_conformance.h"
 #include "tests/support/windows.h"
 
 namespace dq::test {
@@ -744,6 +745,11 @@ TEST(FrameLayout, MakesViewsOfAClassWhichEndWithTheirWindowAndTakeTheirDocumentA
     EXPECT_EQ(frame.GetSafeHwnd(), nullptr);
   }
   EXPECT_EQ(LogWnd::Take(), "off ~view contents ~document ");
+}
+
+TEST(WindowLayer, ThatOnlyRecordsConforms) {
+  RecordingObserver layer;
+  CheckLayer(layer);
 }
 
 }  // namespace

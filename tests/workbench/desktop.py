@@ -19,11 +19,19 @@ import threading
 LONGEST_WAIT = 60
 
 
-class Desktop:
-    """The display. With `manager` false there is no window manager on it."""
+def leak_options(beside):
+    """Has LeakSanitizer leave out what is the toolkit's own."""
+    path = os.path.join(os.path.dirname(os.path.abspath(beside)), "leaks.supp")
+    os.environ["LSAN_OPTIONS"] = f"suppressions={path}:print_suppressions=0"
 
-    def __init__(self, manager=True, size="1280x1024"):
-        self.home = tempfile.mkdtemp(prefix="workbench-")
+
+class Desktop:
+    """The display, and a home directory, of its own or another one's. With `manager` false there is no
+    window manager on it."""
+
+    def __init__(self, manager=True, size="1280x1024", home=None):
+        self.own_home = None if home else tempfile.mkdtemp(prefix="workbench-")
+        self.home = home or self.own_home
         self.processes = []
         ready, told = os.pipe()
         self.server = self.run(["Xvfb", "-displayfd", str(told), "-screen", "0", size + "x24",
@@ -32,11 +40,12 @@ class Desktop:
         with os.fdopen(ready) as numbers:
             self.display = ":" + numbers.readline().strip()
         if manager:
-            ready = os.path.join(self.home, "ready")
+            ready = os.path.join(self.home, "ready" + self.display)
             os.mkfifo(ready)
             self.run(["openbox", "--startup", f"sh -c 'echo > {ready}'"])
             with open(ready, encoding="utf-8") as line:
                 line.readline()
+            os.unlink(ready)
 
     def environment(self):
         return {**os.environ, "DISPLAY": getattr(self, "display", ""), "HOME": self.home,
@@ -56,10 +65,12 @@ class Desktop:
         return self
 
     def __exit__(self, *_):
+        """Ends all that is left."""
         for process in reversed(self.processes):
             process.terminate()
             process.wait()
-        shutil.rmtree(self.home)
+        if self.own_home:
+            shutil.rmtree(self.own_home)
 
 
 class Host:
@@ -70,7 +81,7 @@ class Host:
         self.windows = {}
         self.lines = []
         self.batch = []
-        self.focus = 0
+        self.focus = self.active = 0
         self.changed = threading.Condition()
         self.process = subprocess.Popen(
             [program, "--trace", *words], env={**desktop.environment(), **variables},
@@ -102,7 +113,7 @@ class Host:
                 if each["event"] == "window":
                     self.windows[each["window"]] = each
             self.batch = []
-            self.focus = line["focus"]
+            self.focus, self.active = line["focus"], line["active"]
         else:
             self.lines.append(line)
 
@@ -147,7 +158,12 @@ class Host:
         return value
 
     def wait_for(self, **facts):
-        return self.wait(lambda: self.all(**facts), f"no window is {facts}")[0]
+        """A top-level window, by its caption, when the person can work with it."""
+        def found():
+            windows = self.all(**facts)
+            return windows if "caption" not in facts or windows and (
+                self.active == windows[0]["window"]) else []
+        return self.wait(found, f"no window is {facts}")[0]
 
     def wait_gone(self, window):
         self.wait(lambda: window["window"] not in self.windows, f"{window['text']} is still there")
@@ -164,6 +180,12 @@ class Host:
                               for name, fact in facts.items()),
                   f"{window['class']} {window['id']} isn't {facts}")
         return self.windows[number]
+
+    def wait_key(self, window, name):
+        """What a window's line has under a name, once it has it."""
+        number = window["window"]
+        self.wait(lambda: name in self.windows[number], f"{window['id']} has no {name}")
+        return self.windows[number][name]
 
     def wait_focus(self, window):
         self.wait(lambda: self.focus == window["window"], f"no focus in {window['id']}")
@@ -193,7 +215,8 @@ class Host:
         self.xdotool("mousemove", *self.place(window, x, y), "click", "--repeat", times, button)
 
     def keys(self, *names):
-        self.xdotool("key", *names)
+        if names:
+            self.xdotool("key", *names)
 
     def type(self, text):
         self.xdotool("type", text)

@@ -148,6 +148,7 @@ void ComboMirror::ShowList(bool show) {
     rows_ = new RowWindow(popup_.get(), *this,
                           {.hit = [this](int row) { Post([this, row](CWnd&) { Choose(row); }); }});
     rows_->FollowPointer();
+    UseDialogStyle(*popup_);
   }
   const dq::CRect place = window().GetPlace();
   const int most = std::max(1, (scale().ToNative(place).height - Height()) / rows_->row_height());

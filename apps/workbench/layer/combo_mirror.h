@@ -8,6 +8,7 @@
 #include "apps/workbench/layer/gtk_popup.h"
 #include "apps/workbench/layer/mirror.h"
 #include "apps/workbench/layer/row_window.h"
+#include "dqlib/framework/windows/window_messages.h"
 
 namespace dq {
 class CComboBox;
@@ -25,6 +26,9 @@ class ComboMirror : public Mirror, private RowSource {
   wxWindow* Focusable() override;
   bool Serves(const dq::CWnd& window) const override;
   bool TakeKey(const KeyStroke& stroke) override;
+  bool TakesMove(dq::WORD key) const override {
+    return has_edit_ && (key == dq::VK_LEFT || key == dq::VK_RIGHT);
+  }
   void TakeIn() override;
   void Trace(TraceLine& line) const override;
 

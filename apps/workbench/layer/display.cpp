@@ -101,8 +101,10 @@ std::optional<std::string> WhyNoDisplay() {
 }
 
 Toolkit::Toolkit(std::function<void()> lost) {
-  // Places of windows are a matter of X; on other displays it is emulated.
-  gdk_set_allowed_backends("x11");
+  // Places of windows are a matter of X; on other displays it is emulated. Once, for the toolkit
+  // keeps each text.
+  static const bool on_x = (gdk_set_allowed_backends("x11"), true);
+  static_cast<void>(on_x);
   wxApp::SetInstance(new LayerApp);
   wxSetAssertHandler(OnAssert);
   int count = 1;
@@ -138,12 +140,18 @@ wxSize DisplaySize() {
   return primary.GetGeometry().GetSize();
 }
 
-FrameExtents AskFrameExtents() {
+FrameExtents AskFrameExtents(bool sizable) {
   FrameExtents extents;
   if (!WindowManagerKnows("_NET_REQUEST_FRAME_EXTENTS")) return extents;
   GtkWidget* const probe = gtk_window_new(GTK_WINDOW_TOPLEVEL);
   gtk_widget_realize(probe);
   GdkWindow* const window = gtk_widget_get_window(probe);
+  if (!sizable) {
+    GdkGeometry fixed{};
+    fixed.min_width = fixed.max_width = fixed.min_height = fixed.max_height = 1;
+    gdk_window_set_geometry_hints(
+        window, &fixed, static_cast<GdkWindowHints>(GDK_HINT_MIN_SIZE | GDK_HINT_MAX_SIZE));
+  }
   RequestExtents(window);
   const gint64 end = g_get_monotonic_time() + kLongestWait;
   for (;;) {

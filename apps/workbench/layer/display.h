@@ -51,9 +51,9 @@ struct FrameExtents {
   friend bool operator==(const FrameExtents&, const FrameExtents&) = default;
 };
 
-/// Asks the window manager, and waits for its answer at most half a second; all 0 if there is none,
-/// or if it doesn't tell.
-FrameExtents AskFrameExtents();
+/// Asks the window manager for that of a window which a person can size, or can't, and waits for
+/// the answer at most half a second; all 0 if there is none, or if it doesn't tell.
+FrameExtents AskFrameExtents(bool sizable);
 /// What a window that is shown really has; no value if the window manager doesn't tell, or not yet.
 std::optional<FrameExtents> ReadFrameExtents(const wxTopLevelWindow& window);
 

@@ -1,13 +1,33 @@
 #include "apps/workbench/layer/edit_mirror.h"
 
+#include <algorithm>
+
+#include "apps/workbench/layer/gtk_window.h"
 #include "apps/workbench/layer/layer.h"
 #include "dqlib/framework/controls/edit.h"
 
 namespace workbench {
 
+namespace {
+
 using dq::CEdit;
 using dq::CWnd;
 using dq::WindowChange;
+
+/// Longer lines aren't broken, in bytes: the time that takes the toolkit grows with the square.
+constexpr std::size_t kLongestWrapped = 4000;
+
+std::size_t LongestLine(std::string_view text) {
+  std::size_t longest = 0;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size() - 1);
+    longest = std::max(longest, end);
+    text.remove_prefix(end + 1);
+  }
+  return longest;
+}
+
+}  // namespace
 
 wxWindow* EditMirror::DoMake(wxWindow* parent) {
   if (const CEdit* const edit = As<CEdit>()) {
@@ -31,7 +51,11 @@ bool EditMirror::Serves(const CWnd& window) const {
          edit->GetStyle().password == password_;
 }
 
-void EditMirror::ShowText() { part_->ShowText(window().GetWindowText().View()); }
+void EditMirror::ShowText() {
+  const dq::CString text = window().GetWindowText();
+  if (lines_) WrapLines(control(), LongestLine(text.View()) <= kLongestWrapped);
+  part_->ShowText(text.View());
+}
 
 void EditMirror::ShowContent(const Changes& changes) {
   const CEdit* const edit = As<CEdit>();

@@ -6,6 +6,7 @@
 
 #include "apps/workbench/layer/edit_part.h"
 #include "apps/workbench/layer/mirror.h"
+#include "dqlib/framework/windows/window_messages.h"
 
 namespace workbench {
 
@@ -13,7 +14,9 @@ class EditMirror : public Mirror {
  public:
   using Mirror::Mirror;
   bool Serves(const dq::CWnd& window) const override;
-  bool TakesTabs() const override { return lines_; }
+  bool TakesMove(dq::WORD key) const override {
+    return lines_ || key == dq::VK_LEFT || key == dq::VK_RIGHT;
+  }
   void TakeIn() override;
 
  protected:

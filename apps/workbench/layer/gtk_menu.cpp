@@ -73,7 +73,7 @@ bool DropMenu(wxMenu& menu, wxWindow& over, const wxPoint& at, MenuSide side,
   const wxPoint inside = over.ScreenToClient(at);
   const GdkRectangle rect{inside.x, inside.y, 1, 1};
   // Whatever the person did to have the menu is over; the toolkit wants to know who did it.
-  GdkWindow* const window = gtk_widget_get_window(over.GetHandle());
+  GdkWindow* const window = gtk_widget_get_window(over.m_wxwindow);
   GdkSeat* const seat = gdk_display_get_default_seat(gdk_window_get_display(window));
   GdkEvent* const trigger = gdk_event_new(GDK_BUTTON_PRESS);
   trigger->button.window = GDK_WINDOW(g_object_ref(window));

@@ -22,9 +22,9 @@ void ShowAsRadio(wxMenuItem& item, bool radio);
 /// To which side of a point a menu lies.
 enum class MenuSide { kRight, kBoth, kLeft };
 
-/// Drops a menu down at a point of the screen; any button chooses. `done` is called from within the
-/// toolkit when it is left, behind what the person has chosen. False, and no call, if the toolkit
-/// refuses.
+/// Drops a menu down at a point of the screen; any button chooses. `over` is the window that it
+/// belongs to. `done` is called from within the toolkit when it is left, behind what the person has
+/// chosen. False, and no call, if the toolkit refuses.
 bool DropMenu(wxMenu& menu, wxWindow& over, const wxPoint& at, MenuSide side,
               std::function<void()> done);
 

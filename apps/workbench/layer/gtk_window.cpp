@@ -30,10 +30,23 @@ bool HasKeyboard(const wxWindow& window) {
   GtkWindow* const top = TopLevel(widget);
   if (top == nullptr) return false;
   GtkWidget* const focus = gtk_window_get_focus(top);
+  if (gtk_widget_get_can_focus(widget) == 0 && window.m_wxwindow != nullptr) {
+    return focus == nullptr;
+  }
   return focus != nullptr && (focus == widget || gtk_widget_is_ancestor(focus, widget));
 }
 
-void GrabKeyboard(wxWindow& window) { gtk_widget_grab_focus(FocusWidget(window)); }
+void GrabKeyboard(wxWindow& window) {
+  GtkWidget* const widget = FocusWidget(window);
+  GtkWindow* const top = TopLevel(widget);
+  if (gtk_widget_get_can_focus(widget) != 0) {
+    gtk_widget_grab_focus(widget);
+  } else if (top != nullptr) {
+    gtk_window_set_focus(top, nullptr);
+  }
+}
+
+void TakeNoKeys(wxWindow& window) { window.SetCanFocus(false); }
 
 bool IsActive(const wxTopLevelWindow& window) {
   return gtk_window_is_active(GTK_WINDOW(window.m_widget)) != 0;
@@ -51,6 +64,11 @@ void WrapLabel(wxWindow& label) {
   gtk_label_set_line_wrap(native, TRUE);
   gtk_label_set_line_wrap_mode(native, PANGO_WRAP_WORD_CHAR);
   gtk_label_set_yalign(native, 0);
+}
+
+void WrapLines(wxWindow& text, bool wrap) {
+  gtk_text_view_set_wrap_mode(GTK_TEXT_VIEW(FocusWidget(text)),
+                              wrap ? GTK_WRAP_WORD_CHAR : GTK_WRAP_NONE);
 }
 
 void FrameScrolled(wxWindow& window) {

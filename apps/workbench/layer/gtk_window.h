@@ -10,10 +10,13 @@ class wxWindow;
 
 namespace workbench {
 
-/// Whether the window has the keyboard, or gets it when its top-level window becomes active.
+/// Whether the window has the keyboard, or gets it when its top-level window becomes active. One
+/// that takes no keys by itself (`TakeNoKeys`) has it when no other has.
 bool HasKeyboard(const wxWindow& window);
 /// Gives it the keyboard within its top-level window, which doesn't become active by that.
 void GrabKeyboard(wxWindow& window);
+/// The keys for the window are handled before the toolkit sees them.
+void TakeNoKeys(wxWindow& window);
 
 /// Whether the person works with the top-level window.
 bool IsActive(const wxTopLevelWindow& window);
@@ -25,6 +28,9 @@ void SetOwner(wxTopLevelWindow& window, wxTopLevelWindow* owner);
 
 /// Has a label break its lines where they would be longer than it is wide, from its top.
 void WrapLabel(wxWindow& label);
+
+/// Whether a text control of several lines breaks those that are longer than it is wide.
+void WrapLines(wxWindow& text, bool wrap);
 
 /// Draws a frame around a window with scroll bars.
 void FrameScrolled(wxWindow& window);

@@ -39,6 +39,11 @@ unsigned int StateOf(const GdkEvent& event) {
   return state;
 }
 
+/// Whether the toolkit may go to another control by the key.
+bool IsMove(dq::WORD key) {
+  return key == dq::VK_TAB || (key >= dq::VK_LEFT && key <= dq::VK_DOWN);
+}
+
 /// A text whose bytes are messages of their own.
 void SendCharacters(HWND target, UINT message, const std::string& text) {
   for (const char byte : text) {
@@ -113,7 +118,7 @@ void Input::Deliver(GdkEvent& event, HWND top_level) {
   }
   if (is_down && mirror != nullptr && mirror->TakeKey(stroke)) return;
   // The toolkit's own way from control to control isn't the library's.
-  if (stroke.key == dq::VK_TAB && (mirror == nullptr || !mirror->TakesTabs())) return;
+  if (IsMove(stroke.key) && (mirror == nullptr || !mirror->TakesMove(stroke.key))) return;
   layer_.Update();
   if (event.key.window != nullptr && gdk_window_is_destroyed(event.key.window) == 0) {
     gtk_main_do_event(&event);

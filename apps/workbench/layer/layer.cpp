@@ -1,6 +1,7 @@
 #include "apps/workbench/layer/layer.h"
 
 #include <algorithm>
+#include <functional>
 #include <utility>
 #include <wx/toplevel.h>
 #include <wx/utils.h>
@@ -59,7 +60,7 @@ Layer::Layer(Host host)
              .settled = [this] { Settle(); },
              .lost = [this] { host_.when_lost(); }}),
       scale_(DisplayScale()),
-      frame_extents_(AskFrameExtents()) {
+      frame_extents_{AskFrameExtents(false), AskFrameExtents(true)} {
   InstallDialogStyle(scale_);
   dq::SetScreenSize(scale_.ToLogical(DisplaySize()));
   former_ = dq::SetWindowObserver(this);
@@ -67,10 +68,16 @@ Layer::Layer(Host host)
 
 Layer::~Layer() {
   dq::SetWindowObserver(former_);
-  if (loop_.HasDisplay()) return;
+  for (auto& [handle, entry] : entries_) {
+    if (entry.mirror != nullptr) ended_.push_back(std::move(entry.mirror));
+  }
+  if (loop_.HasDisplay()) {
+    // While all that mirrors know of the layer is there.
+    DropEnded();
+    return;
+  }
   // Ending windows would call the toolkit. They stay until the process ends.
   static auto& kept = *new std::vector<std::unique_ptr<Mirror>>;
-  for (auto& [handle, entry] : entries_) kept.push_back(std::move(entry.mirror));
   for (auto& mirror : ended_) kept.push_back(std::move(mirror));
 }
 
@@ -130,15 +137,29 @@ void Layer::OnMenuChange(dq::HMENU menu, dq::MenuChange, const dq::ChangedRange&
   if (tracked_menu_ != nullptr) show_menus_ = tracked_menu_->Mark(menu) || show_menus_;
 }
 
+/// The layer is set, perhaps again: it hasn't been told of windows that have ended meanwhile.
+dq::NativeEvents* Layer::GetEvents() {
+  for (auto each = entries_.begin(); each != entries_.end();) {
+    Entry& entry = each->second;
+    if (CWnd::FromHandle(each->first) == entry.window) {
+      ++each;
+      continue;
+    }
+    if (entry.mirror != nullptr) ended_.push_back(std::move(entry.mirror));
+    handles_.erase(entry.window);
+    each = entries_.erase(each);
+  }
+  return &loop_;
+}
+
 // ---- What the toolkit shows
 
 void Layer::Update() {
   showing_ = true;
   ShowChanges();
   UpdateActive();
-  // Behind the others, so that the keyboard goes straight to the window that has it next. Children
-  // have ended before their parents, whose windows would end them.
-  ended_.clear();
+  // Behind the others, so that the keyboard goes straight to the window that has it next.
+  DropEnded();
   UpdateFocus();
   UpdateCapture();
   if (std::exchange(show_menus_, false)) {
@@ -146,6 +167,18 @@ void Layer::Update() {
     if (tracked_menu_ != nullptr) tracked_menu_->Update();
   }
   showing_ = false;
+}
+
+/// Those of windows before those around them, whose ends would end the toolkit's windows in them.
+void Layer::DropEnded() {
+  const auto depth = [](const std::unique_ptr<Mirror>& mirror) {
+    int above = 0;
+    for (const wxWindow* at = mirror->native(); at != nullptr; at = at->GetParent()) ++above;
+    return above;
+  };
+  std::ranges::stable_sort(ended_, std::greater<>(), depth);
+  for (auto& mirror : ended_) mirror.reset();
+  ended_.clear();
 }
 
 void Layer::ShowChanges() {
@@ -311,7 +344,8 @@ void Layer::WriteTrace() {
   const CWnd* const focus = CWnd::GetFocus();
   const HWND now = focus == nullptr ? nullptr : focus->GetSafeHwnd();
   const bool has_moved = std::exchange(traced_focus_, now) != now;
-  if (gone_.empty() && traced_.empty() && !has_moved) return;
+  const bool is_other = std::exchange(traced_active_, active_) != active_;
+  if (gone_.empty() && traced_.empty() && !has_moved && !is_other) return;
   for (const HWND handle : std::exchange(gone_, {})) {
     TraceLine line("gone");
     line.Add("window", NumberOf(handle));
@@ -326,6 +360,7 @@ void Layer::WriteTrace() {
   }
   TraceLine line("settled");
   line.Add("focus", NumberOf(now));
+  line.Add("active", NumberOf(active_));
   host_.trace->Write(line);
 }
 

@@ -49,7 +49,7 @@ class Layer : public dq::WindowObserver {
   void OnMenuChange(dq::MenuHandle* menu, dq::MenuChange change,
                     const dq::ChangedRange& range) override;
   bool RunsDialogs() const override { return loop_.HasDisplay(); }
-  dq::NativeEvents* GetEvents() override { return &loop_; }
+  dq::NativeEvents* GetEvents() override;
   dq::CRect GetFrameWidths(const dq::CWnd& window) override;
   int GetMetric(int metric, int usual) override;
   dq::CSize MeasureText(const dq::LOGFONT* font, std::string_view text,
@@ -93,8 +93,12 @@ class Layer : public dq::WindowObserver {
   /// Has the keyboard given to what has the focus.
   void ShowFocus() { show_focus_ = true; }
   /// What the window manager puts around windows that aren't shown yet.
-  const FrameExtents& frame_extents() const { return frame_extents_; }
-  void SetFrameExtents(const FrameExtents& extents) { frame_extents_ = extents; }
+  const FrameExtents& FrameExtentsOf(const dq::CWnd& window) const {
+    return frame_extents_[window.IsSizable() ? 1 : 0];
+  }
+  void SetFrameExtents(const dq::CWnd& window, const FrameExtents& extents) {
+    frame_extents_[window.IsSizable() ? 1 : 0] = extents;
+  }
   /// The person begins to work with a top-level window, or no longer does.
   void NoteActive(dq::HWND window, bool is_active);
 
@@ -107,6 +111,7 @@ class Layer : public dq::WindowObserver {
 
   Entry& EntryOf(dq::CWnd& window);
   void Forget(const dq::CWnd& window);
+  void DropEnded();
   void ShowChanges();
   void ShowWindow(Entry& entry);
   Mirror* MirrorOf(Entry& entry);
@@ -126,7 +131,8 @@ class Layer : public dq::WindowObserver {
   NativeLoop loop_;
   Input input_{*this};
   Scale scale_;
-  FrameExtents frame_extents_;
+  /// Of windows that a person can't size, and that they can.
+  FrameExtents frame_extents_[2];
   std::unordered_map<dq::HWND, Entry> entries_;
   std::unordered_map<const dq::CWnd*, dq::HWND> handles_;
   /// Those with changes, in the order in which they were told first.
@@ -148,10 +154,11 @@ class Layer : public dq::WindowObserver {
   dq::HWND active_ = nullptr;
   /// It was active when the person went to another program, and hasn't been told yet.
   bool left_ = false;
-  /// What is to be traced when all has come to rest, and the focus that was.
+  /// What is to be traced when all has come to rest, and what was traced last.
   std::set<dq::HWND> traced_;
   std::vector<dq::HWND> gone_;
   dq::HWND traced_focus_ = nullptr;
+  dq::HWND traced_active_ = nullptr;
   dq::WindowObserver* former_ = nullptr;
 };
 

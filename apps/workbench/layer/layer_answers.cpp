@@ -25,7 +25,7 @@ dq::CRect Layer::GetFrameWidths(const CWnd& window) {
   dq::CRect widths = ScrollBarWidths(window);
   if (window.GetParent() != nullptr) return widths;
   const auto* const mirror = dynamic_cast<TopLevelMirror*>(Find(&window));
-  const FrameExtents extents = mirror == nullptr ? frame_extents_ : mirror->frame_extents();
+  const FrameExtents extents = mirror == nullptr ? FrameExtentsOf(window) : mirror->frame_extents();
   const Bars bars = mirror == nullptr ? UsualBars(window) : mirror->bars();
   return {scale_.ToLogical(extents.left), scale_.ToLogical(extents.top + bars.above),
           scale_.ToLogical(extents.right), scale_.ToLogical(extents.bottom)};
@@ -42,7 +42,7 @@ int Layer::GetMetric(int metric, int usual) {
       break;
     }
     case dq::SM_CYCAPTION:
-      native = frame_extents_.top;
+      native = frame_extents_[0].top;
       break;
     case dq::SM_CYMENU:
       native = MenuBarHeight();
@@ -69,7 +69,7 @@ void Layer::SetPointer(dq::PointerShape shape) {
 }
 
 dq::UINT Layer::TrackMenu(dq::HMENU menu, const dq::MenuSpot& spot, CWnd& owner) {
-  const Mirror* const over = Find(owner.GetTopLevelParent());
+  Mirror* const over = Find(owner.GetTopLevelParent());
   if (over == nullptr || !loop_.HasDisplay()) return 0;
   const HWND window = owner.GetSafeHwnd();
   UINT chosen = 0;
@@ -100,7 +100,7 @@ dq::UINT Layer::TrackMenu(dq::HMENU menu, const dq::MenuSpot& spot, CWnd& owner)
                         : (spot.flags & dq::TPM_CENTERALIGN) != 0 ? MenuSide::kBoth
                                                                   : MenuSide::kRight;
   const wxPoint at = scale_.ToNative(spot.at);
-  if (DropMenu(native, *over->native(), at, side, [&is_left] { is_left = true; })) {
+  if (DropMenu(native, *over->Inside(), at, side, [&is_left] { is_left = true; })) {
     dq::PumpUntil([&] { return is_left || !loop_.HasDisplay(); });
   }
   tracked_menu_ = nullptr;

@@ -50,8 +50,9 @@ class Mirror {
   /// As an act, on a key that nobody in the library has taken: handles it, if the toolkit's control
   /// wouldn't do so by itself. True if it did.
   virtual bool TakeKey(const KeyStroke& /*stroke*/) { return false; }
-  /// Whether it takes a tab as a character.
-  virtual bool TakesTabs() const { return false; }
+  /// Whether the toolkit's control has a use of its own for a tab or an arrow: else the toolkit
+  /// would go to another control by it.
+  virtual bool TakesMove(dq::WORD /*key*/) const { return false; }
   /// Whether this kind of mirror still serves the window, which has changed.
   virtual bool Serves(const dq::CWnd& /*window*/) const { return true; }
 

@@ -5,6 +5,7 @@
 #include <wx/cursor.h>
 
 #include "apps/workbench/layer/layer.h"
+#include "dqlib/framework/windows/dialog.h"
 #include "dqlib/framework/windows/window_input.h"
 
 namespace workbench {
@@ -33,7 +34,12 @@ void ReportMouse(Layer& layer, wxWindow& native, dq::HWND window) {
     const dq::CPoint at = layer.scale().ToLogical(native.ClientToScreen(event.GetPosition()));
     layer.Post(window, [=, &layer](dq::CWnd& under) {
       layer.SetPointed(window);
-      dq::MouseInput(message, keys, at, &under);
+      // A press takes the keyboard to the window, but not to the ground of a dialog.
+      const bool is_press = message == dq::WM_LBUTTONDOWN || message == dq::WM_LBUTTONDBLCLK;
+      if (is_press && !under.IsKindOf(&dq::CDialog::classCDialog)) under.SetFocus();
+      if (dq::CWnd* const left = dq::CWnd::FromHandle(window)) {
+        dq::MouseInput(message, keys, at, left);
+      }
     });
   };
   const std::pair<wxEventTypeTag<wxMouseEvent>, UINT> kMessages[] = {

@@ -50,6 +50,7 @@ wxWindow* PlainMirror::DoMake(wxWindow* parent) {
     wxPaintDC context(this->native());
     if (picture_.IsOk()) context.DrawBitmap(picture_, 0, 0);
   });
+  TakeNoKeys(*native);
   ReportMouse(layer(), *native, handle());
   return native;
 }

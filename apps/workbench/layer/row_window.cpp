@@ -30,6 +30,7 @@ RowWindow::RowWindow(wxWindow* parent, const RowSource& source, Events events)
   Bind(wxEVT_LEFT_DOWN, [this](wxMouseEvent& event) { OnLeftDown(event.GetPosition()); });
   Bind(wxEVT_LEFT_DCLICK, [this](wxMouseEvent& event) {
     const int row = RowAt(event.GetPosition());
+    OnLeftDown(event.GetPosition());
     if (row >= 0) events_.double_hit(row);
   });
   Bind(wxEVT_MOTION, [this](wxMouseEvent& event) { OnPointer(event.GetPosition()); });

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <wx/notebook.h>
+#include <wx/stattext.h>
 
 #include "apps/workbench/layer/gtk_window.h"
 #include "apps/workbench/layer/layer.h"
@@ -54,7 +55,8 @@ void TabMirror::ShowContent(const Changes&) {
   while (book().GetPageCount() > labels.size()) book().DeletePage(book().GetPageCount() - 1);
   for (std::size_t at = 0; at < labels.size(); ++at) {
     if (at == book().GetPageCount()) {
-      book().AddPage(new wxWindow(&book(), wxID_ANY), labels[at]);
+      // A label, for it has no window of its own that could come to lie over the real page.
+      book().AddPage(new wxStaticText(&book(), wxID_ANY, wxString()), labels[at]);
     } else if (book().GetPageText(at) != labels[at]) {
       book().SetPageText(at, labels[at]);
     }

@@ -40,7 +40,7 @@ wxTopLevelWindow* TopLevelMirror::top_level() const {
 wxTopLevelWindow* TopLevelMirror::MakeTopLevel(long style) { return new DialogWindow(style); }
 
 wxWindow* TopLevelMirror::DoMake(wxWindow*) {
-  extents_ = layer().frame_extents();
+  extents_ = layer().FrameExtentsOf(window());
   bars_ = UsualBars(window());
   wxTopLevelWindow* const native =
       MakeTopLevel(kDialogStyle | (window().IsSizable() ? kSizableStyle : 0));
@@ -49,6 +49,7 @@ wxWindow* TopLevelMirror::DoMake(wxWindow*) {
   if (owner != nullptr) SetOwner(*native, owner->top_level());
   inside_ = new wxWindow(native, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxWANTS_CHARS);
   UseDialogStyle(*inside_);
+  TakeNoKeys(*inside_);
   ReportMouse(layer(), *inside_, handle());
   Input::SetMirror(*native, *this);
   Watch(*native);
@@ -134,7 +135,7 @@ void TopLevelMirror::TakeFrame(CWnd& window) {
   if (extents == extents_ && bars == bars_) return;
   extents_ = extents;
   bars_ = bars;
-  if (!window.IsZoomed()) layer().SetFrameExtents(extents_);
+  if (!window.IsZoomed()) layer().SetFrameExtents(window, extents_);
   // The client area is what it was.
   window.UpdateFrameWidths();
 }
