@@ -214,6 +214,11 @@ class Host:
     def click(self, window, x=None, y=None, button=1, times=1):
         self.xdotool("mousemove", *self.place(window, x, y), "click", "--repeat", times, button)
 
+    def close(self, window):
+        """By the button of its frame."""
+        left, top, width, _ = self.windows[window["window"]]["rect"]
+        self.xdotool("mousemove", left + width - 10, top + 10, "click", 1)
+
     def keys(self, *names):
         if names:
             self.xdotool("key", *names)
