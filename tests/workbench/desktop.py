@@ -32,7 +32,7 @@ class Desktop:
     def __init__(self, manager=True, size="1280x1024", home=None):
         self.own_home = None if home else tempfile.mkdtemp(prefix="workbench-")
         self.home = home or self.own_home
-        self.processes = []
+        self.processes, self.hosts = [], []
         ready, told = os.pipe()
         self.server = self.run(["Xvfb", "-displayfd", str(told), "-screen", "0", size + "x24",
                                 "-nolisten", "tcp"], pass_fds=[told])
@@ -59,13 +59,16 @@ class Desktop:
         return process
 
     def start(self, program, *words, **variables):
-        return Host(self, program, words, variables)
+        self.hosts.append(Host(self, program, words, variables))
+        return self.hosts[-1]
 
     def __enter__(self):
         return self
 
     def __exit__(self, *_):
-        """Ends all that is left."""
+        """Ends all that is left: hosts first, which may write into the home directory."""
+        for host in self.hosts:
+            host.__exit__()
         for process in reversed(self.processes):
             process.terminate()
             process.wait()
@@ -145,10 +148,9 @@ class Host:
         return found
 
     def find(self, **facts):
-        with self.changed:
-            found = self.all(**facts)
-        assert len(found) == 1, f"{len(found)} windows are {facts}: {self.show()}"
-        return found[0]
+        """The one window that there is, or soon will be."""
+        return self.wait(lambda: [found] if len(found := self.all(**facts)) == 1 else None,
+                         f"no window, or several, are {facts}")[0][0]
 
     def wait(self, condition, what):
         with self.changed:

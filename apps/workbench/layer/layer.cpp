@@ -290,6 +290,8 @@ void Layer::NoteActive(HWND window, bool is_active) {
   }
   active_ = window;
   left_ = false;
+  // Only now the window manager has put it where it is.
+  NoteMoved(window);
   Post(window, [this](CWnd& live) {
     if (live.IsWindowEnabled()) {
       live.SetActiveWindow(wxGetMouseState().LeftIsDown());
