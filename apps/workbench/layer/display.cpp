@@ -3,7 +3,9 @@
 #include <cstdlib>
 #include <gdk/gdkx.h>
 #include <gtk/gtk.h>
+#include <iterator>
 #include <utility>
+#include <vector>
 #include <wx/app.h>
 #include <wx/display.h>
 #include <wx/init.h>
@@ -12,6 +14,7 @@
 // Behind the others, for it defines names in everybody's way.
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
+#include <X11/Xutil.h>
 
 #include "dqlib/framework/base/trace.h"
 
@@ -47,34 +50,58 @@ void OnAssert(const wxString& file, int line, const wxString& function, const wx
 
 GdkScreen* Screen() { return gdk_screen_get_default(); }
 
-std::optional<FrameExtents> ReadExtents(GdkWindow* window) {
-  if (window == nullptr) return std::nullopt;
-  GdkDisplay* const display = gdk_window_get_display(window);
+constexpr const char* kExtents = "_NET_FRAME_EXTENTS";
+/// Of a window that a window manager has taken over; its first number is the state.
+constexpr const char* kState = "WM_STATE";
+
+Atom AtomOf(GdkWindow* window, const char* name) {
+  return gdk_x11_get_xatom_by_name_for_display(gdk_window_get_display(window), name);
+}
+
+/// The first numbers of a window's property; none if it hasn't so many.
+std::vector<long> ReadNumbers(GdkWindow* window, const char* property, long wanted) {
   Atom type = 0;
   int format = 0;
   unsigned long count = 0;
   unsigned long rest = 0;
   unsigned char* data = nullptr;
-  constexpr long kEdges = 4;
   const int status =
-      XGetWindowProperty(gdk_x11_display_get_xdisplay(display), gdk_x11_window_get_xid(window),
-                         gdk_x11_get_xatom_by_name_for_display(display, "_NET_FRAME_EXTENTS"), 0,
-                         kEdges, False, XA_CARDINAL, &type, &format, &count, &rest, &data);
-  std::optional<FrameExtents> extents;
-  if (status == Success && data != nullptr && count == kEdges && format == 32) {
+      XGetWindowProperty(gdk_x11_display_get_xdisplay(gdk_window_get_display(window)),
+                         gdk_x11_window_get_xid(window), AtomOf(window, property), 0, wanted, False,
+                         AnyPropertyType, &type, &format, &count, &rest, &data);
+  std::vector<long> numbers;
+  if (status == Success && data != nullptr && format == 32 &&
+      count == static_cast<unsigned long>(wanted)) {
     // Items of 32 bits come as `long`.
-    const long* const edges = reinterpret_cast<const long*>(data);
-    const int scale = gdk_window_get_scale_factor(window);
-    const auto edge = [&](int index) { return static_cast<int>(edges[index]) / scale; };
-    extents = {edge(0), edge(1), edge(2), edge(3)};
+    const long* const items = reinterpret_cast<const long*>(data);
+    numbers.assign(items, std::next(items, wanted));
   }
   if (data != nullptr) XFree(data);
-  return extents;
+  return numbers;
+}
+
+std::optional<FrameExtents> ReadExtents(GdkWindow* window) {
+  if (window == nullptr) return std::nullopt;
+  const std::vector<long> edges = ReadNumbers(window, kExtents, 4);
+  if (edges.empty()) return std::nullopt;
+  const int scale = gdk_window_get_scale_factor(window);
+  const auto edge = [&](std::size_t index) { return static_cast<int>(edges[index]) / scale; };
+  return FrameExtents{edge(0), edge(1), edge(2), edge(3)};
 }
 
 bool WindowManagerKnows(const char* message) {
   return gdk_x11_screen_supports_net_wm_hint(Screen(), gdk_atom_intern(message, FALSE)) != 0;
 }
+
+gboolean OnProperty(GtkWidget*, GdkEventProperty* event, void* framed) {
+  const bool is_state = event->atom == gdk_atom_intern_static_string(kState);
+  if (is_state && event->state == GDK_PROPERTY_NEW_VALUE) {
+    (*static_cast<std::function<void()>*>(framed))();
+  }
+  return FALSE;
+}
+
+void ForgetFramed(void* framed, GClosure*) { delete static_cast<std::function<void()>*>(framed); }
 
 void RequestExtents(GdkWindow* window) {
   GdkDisplay* const display = gdk_window_get_display(window);
@@ -168,6 +195,25 @@ FrameExtents AskFrameExtents(bool sizable) {
 
 std::optional<FrameExtents> ReadFrameExtents(const wxTopLevelWindow& window) {
   return ReadExtents(gtk_widget_get_window(window.GetHandle()));
+}
+
+std::optional<wxPoint> ReadPlace(const wxTopLevelWindow& window) {
+  GdkWindow* const native = gtk_widget_get_window(window.GetHandle());
+  // What the toolkit itself has noted may be from before the window manager framed the window.
+  if (native == nullptr || !WindowManagerKnows(kExtents)) return window.GetPosition();
+  if (ReadNumbers(native, kState, 1) != std::vector<long>{NormalState}) return std::nullopt;
+  const FrameExtents extents = ReadExtents(native).value_or(FrameExtents());
+  wxPoint at;
+  gdk_window_get_origin(native, &at.x, &at.y);
+  return at - wxPoint(extents.left, extents.top);
+}
+
+void WhenFramed(wxTopLevelWindow& window, std::function<void()> framed) {
+  GtkWidget* const native = window.GetHandle();
+  gtk_widget_add_events(native, GDK_PROPERTY_CHANGE_MASK);
+  g_signal_connect_data(native, "property-notify-event", G_CALLBACK(OnProperty),
+                        new std::function<void()>(std::move(framed)), ForgetFramed,
+                        GConnectFlags());
 }
 
 void KeepPlace(wxTopLevelWindow& window) {

@@ -57,6 +57,13 @@ FrameExtents AskFrameExtents(bool sizable);
 /// What a window that is shown really has; no value if the window manager doesn't tell, or not yet.
 std::optional<FrameExtents> ReadFrameExtents(const wxTopLevelWindow& window);
 
+/// Where a window that is shown lies, with the frame around it, in the display's pixels; no value
+/// while the window manager is still about to put it there.
+std::optional<wxPoint> ReadPlace(const wxTopLevelWindow& window);
+/// Has `framed` called each time that the window manager has taken the window over, which is then
+/// where it was to be put.
+void WhenFramed(wxTopLevelWindow& window, std::function<void()> framed);
+
 /// Has a window that isn't shown yet come up where it is put, instead of where the toolkit or the
 /// window manager would have it.
 void KeepPlace(wxTopLevelWindow& window);

@@ -63,13 +63,14 @@ void TopLevelMirror::Watch(wxTopLevelWindow& native) {
       if (window.IsWindowEnabled()) window.SendMessage(dq::WM_CLOSE);
     });
   });
+  const auto take_place = [this] { PostFact([this](CWnd& window) { TakePlace(window); }); };
   // The toolkit's own handler would lay out what lies in the window.
-  native.Bind(wxEVT_SIZE, [this](wxSizeEvent&) {
+  native.Bind(wxEVT_SIZE, [this, take_place](wxSizeEvent&) {
     inside_->SetSize(wxRect(top_level()->GetClientSize()));
-    PostFact([this](CWnd& window) { TakePlace(window); });
+    take_place();
   });
-  native.Bind(wxEVT_MOVE,
-              [this](wxMoveEvent&) { PostFact([this](CWnd& window) { TakePlace(window); }); });
+  native.Bind(wxEVT_MOVE, [take_place](wxMoveEvent&) { take_place(); });
+  WhenFramed(native, take_place);
   const auto take_state = [this](auto& event) {
     event.Skip();
     PostFact([this](CWnd& window) { TakeState(window); });
@@ -146,12 +147,14 @@ void TopLevelMirror::TakePlace(CWnd& window) {
   const dq::HWND self = handle();
   TakeFrame(window);
   if (CWnd::FromHandle(self) != &window || layer().Find(self) != this) return;
-  const wxPoint at = top_level()->GetPosition();
   const wxSize size = top_level()->GetClientSize();
   const CRect place = window.GetPlace();
   const CRect frame = window.GetFrameWidths();
   CRect now = place;
-  if (scale().ToNative(place.TopLeft()) != at) {
+  const wxPoint known = scale().ToNative(place.TopLeft());
+  const wxPoint at =
+      top_level()->GetPosition() == known ? known : ReadPlace(*top_level()).value_or(known);
+  if (at != known) {
     const dq::CPoint corner = scale().ToLogical(at);
     now.OffsetRect(corner.x - now.left, corner.y - now.top);
   }
