@@ -216,6 +216,18 @@ class Host:
     def click(self, window, x=None, y=None, button=1, times=1):
         self.xdotool("mousemove", *self.place(window, x, y), "click", "--repeat", times, button)
 
+    def drag(self, start, way):
+        """From a point of the display by so many pixels to the right and down."""
+        self.xdotool("mousemove", *start, "mousedown", 1)
+        for step in range(1, 5):
+            self.xdotool("mousemove", *(int(at + by * step / 4) for at, by in zip(start, way)))
+        self.xdotool("mouseup", 1)
+
+    def corner(self, window):
+        """Within the frame, at the right and the bottom."""
+        left, top, width, height = self.windows[window["window"]]["rect"]
+        return left + width - 2, top + height - 2
+
     def close(self, window):
         """By the button of its frame."""
         left, top, width, _ = self.windows[window["window"]]["rect"]

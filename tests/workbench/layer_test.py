@@ -141,17 +141,6 @@ class LayerTest(unittest.TestCase):
         self.assertEqual(host.wait_line("left")["number"], OK)
         self.leave(host)
 
-    def drag(self, host, start, way):
-        host.xdotool("mousemove", *start, "mousedown", 1)
-        for step in range(1, 5):
-            host.xdotool("mousemove", *(int(at + by * step / 4) for at, by in zip(start, way)))
-        host.xdotool("mouseup", 1)
-
-    def corner(self, host, window):
-        """Within the frame, at the right and the bottom."""
-        left, top, width, height = host.windows[window["window"]]["rect"]
-        return left + width - 2, top + height - 2
-
     def test_sizes_and_places(self):
         for scale in ("1", "1.5"):
             host = self.start(GDK_DPI_SCALE=scale)
@@ -160,15 +149,15 @@ class LayerTest(unittest.TestCase):
             factor = float(scale)
             edit, button = control(31)["rect"], control(OK)["rect"]
             self.assertEqual(edit, [round(length * factor) for length in (8, 8, 184, 50)])
-            self.drag(host, self.corner(host, dialog), (90, 60))
+            host.drag(host.corner(dialog), (90, 60))
             host.wait(lambda: control(31)["rect"][2:] == [edit[2] + 90, edit[3] + 60] and control(OK)["rect"][:2] == [
                 button[0] + 90, button[1] + 60] or None, "the controls haven't stretched")
             # Not below the design's size, and where it was dragged to.
-            self.drag(host, self.corner(host, dialog), (-300, -300))
+            host.drag(host.corner(dialog), (-300, -300))
             host.wait_value(control(31), rect=edit)
             host.wait_value(control(OK), rect=button)
             left, top = host.windows[number]["origin"]
-            self.drag(host, (left + 60, top - 10), (-50, 40))
+            host.drag((left + 60, top - 10), (-50, 40))
             host.wait_value(dialog, origin=[left - 50, top + 40])
             # The frame's own button closes it.
             host.close(dialog)
@@ -186,7 +175,7 @@ class LayerTest(unittest.TestCase):
         host.wait_value(control(11), value="me")
         self.assertEqual(host.lines, [])
         other = self.start()
-        self.drag(other, (other.place(other.frame, 300, -30)), (400, 400))
+        other.drag((other.place(other.frame, 300, -30)), (400, 400))
         host.wait(lambda: host.active == 0 and host.focus == 0, "the other program isn't active")
         other.wait(lambda: other.focus, "the other program has no focus")
         host.click(dialog, x=200, y=240)

@@ -39,8 +39,8 @@ class WorkbenchTest(unittest.TestCase):
     def test_dialogs_hold_what_a_script_enters(self):
         # What a person does to each dialog, and the steps of a script that do the same.
         acts = {
-            2712: ([(2754, ["Down", "Down"]), (2756, ["s", "c"]), (2757, ["e", "m", "p"])],
-                   "2754=2\n2756=sc\n2757=emp\npress 1\n"),
+            2712: ([(2754, ["Down", "Down"]), (2756, ["s", "c"]), (2757, ["n"] * 35)],
+                   "2754=2\n2756=sc\n2757=" + "n" * 30 + "\npress 1\n"),
             44530: ([(44552, []), (44546, []), (44549, []), (44539, ["End", "Home"])],
                     "press 44552\n44546=1\n44549=1\n44539=1\npress 1\n"),
         }
@@ -61,7 +61,7 @@ class WorkbenchTest(unittest.TestCase):
                                     env=self.desktop.environment())
             self.assertEqual(told["lines"] + "\n", answer.stdout)
             if number == 2712:
-                self.assertEqual(held, {2754: "Table", 2756: "sc", 2757: "emp"})
+                self.assertEqual(held, {2754: "Table", 2756: "sc", 2757: "n" * 30})
         self.leave(host)
 
     def test_options_are_kept_and_bad_ones_refused(self):
@@ -112,6 +112,11 @@ class WorkbenchTest(unittest.TestCase):
         for number in CAPTIONS:
             for result, leave in ways:
                 dialog, _ = self.open(host, number)
+                # Its frame can be dragged, but for the edges.
+                left, top, *size = dialog["rect"]
+                host.drag(host.corner(dialog), (40, 30))
+                host.drag((left + 60, top + 8), (-30, 20))
+                host.wait_value(dialog, rect=[left - 30, top + 20, *size])
                 leave(host, dialog)
                 count += 1
                 self.assertEqual(host.wait_line("outcome", count)["lines"].split("\n")[0], result)
@@ -121,11 +126,8 @@ class WorkbenchTest(unittest.TestCase):
 
     def test_placement_comes_back(self):
         def drag_to(host, x, y):
-            start = host.place(host.frame, 200, -35)
-            host.xdotool("mousemove", *start, "mousedown", 1)
-            for at in (0.5, 1):
-                host.xdotool("mousemove", *(int(a + (b - a) * at) for a, b in zip(start, (x, y))))
-            host.xdotool("mouseup", 1)
+            left, top = host.place(host.frame, 200, -35)
+            host.drag((left, top), (x - left, y - top))
         with Desktop() as desktop:
             host = self.start(desktop)
             usual = host.frame["rect"]
