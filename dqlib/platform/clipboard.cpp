@@ -58,7 +58,10 @@ std::string Clipboard::FormatName(UINT format) {
 
 std::string FileListData(std::span<const std::string> paths) {
   std::string data;
-  for (const std::string& path : paths) data.append(path).push_back('\0');
+  for (const std::string& path : paths) {
+    // One more zero would end the list.
+    if (!path.empty()) data.append(path).push_back('\0');
+  }
   data.push_back('\0');
   return data;
 }

@@ -60,7 +60,7 @@ class Clipboard {
 };
 
 /// The paths in the form of `CLIPBOARD_FILES`: each with a zero behind it, and one more zero at the
-/// end.
+/// end. An empty one is left out.
 std::string FileListData(std::span<const std::string> paths);
 /// The paths of such data, which may lack zeros at its end.
 std::vector<std::string> ReadFileList(std::string_view data);

@@ -37,7 +37,8 @@ struct PrintOutcome {
   std::string words{};
 };
 
-/// The printers of the system. Any thread; each operation waits for the system's answer.
+/// The printers of the system. Any thread; each operation waits for the system's answer, and the
+/// questions some seconds at most.
 class Printing {
  public:
   Printing() = default;
@@ -45,7 +46,8 @@ class Printing {
   Printing& operator=(const Printing&) = delete;
   virtual ~Printing();
 
-  /// Names of the printers, in the system's order. `kUnsupported` if the system doesn't tell.
+  /// Names of the printers, in the system's order. `kUnsupported` if the system doesn't tell,
+  /// `kOther` if it failed to, or not in time.
   virtual Result<std::vector<std::string>> Printers() = 0;
 
   /// The printer that is taken if none is named; "" if there is none, `kUnsupported` as above.

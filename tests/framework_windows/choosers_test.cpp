@@ -147,6 +147,7 @@ struct PrintedView : CView {
     log += std::to_string(info->m_nCurPage) + " ";
     dc->TextOut(0, 0, "Page " + std::to_string(info->m_nCurPage));
     EXPECT_EQ(info->m_rectDraw.right, dc->GetDeviceCaps(HORZRES));
+    if (fails) throw std::exception();
     if (ends) DestroyWindow();
   }
   std::string Print() {
@@ -154,7 +155,7 @@ struct PrintedView : CView {
     return std::exchange(log, {});
   }
   int pages = 3;
-  bool ends = false;
+  bool ends = false, fails = false;
   std::string log;
 };
 
@@ -178,7 +179,10 @@ TEST(ViewPrinting, PrintsTheChosenPagesAndTellsWhatFails) {
   EXPECT_EQ(view.Print(), "begin 1 end ");
   ASSERT_EQ(prompts.shown.size(), 1U);
   EXPECT_EQ(prompts.shown[0].text, "out of paper");
-  view.ends = true;
+  view.fails = true;
+  EXPECT_THROW(view.Print(), std::exception);
+  EXPECT_EQ(std::exchange(view.log, {}), "begin 1 end ");
+  view.fails = !(view.ends = true);
   EXPECT_EQ(view.Print(), "begin 1 ");
   EXPECT_EQ(printing.printed, 4) << "what isn't whole isn't printed";
 }

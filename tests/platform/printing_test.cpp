@@ -66,6 +66,10 @@ TEST_F(PrintingTest, FailureIsToldInTheCommandsWordsOrInOurs) {
   Install("lp", kTake);
   EXPECT_EQ(Print({}, 70'000, {ErrorKind::kNotFound, ENOENT}), "1 ");
   EXPECT_EQ(files_.Get("end"), "(none)") << "half a document is none";
+  Install("lp", "/bin/sleep 9 & echo stray; exit 1\n");
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(Print({}, 0), "10 stray");
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(6)) << "not waited for";
   commands_.Put("lp", "no script");
   std::filesystem::permissions(commands_ / "lp", std::filesystem::perms::owner_read);
   EXPECT_EQ(Print({}, 1), "3 ");

@@ -233,7 +233,7 @@ TEST(Clipboard, HoldsOneThingInSeveralFormatsAndNumbersNames) {
   EXPECT_EQ(clipboard.FormatName(more + 1) + clipboard.FormatName(CLIPBOARD_TEXT), "");
   EXPECT_EQ(clipboard.RegisterFormat(""), 0u);
 
-  const std::string files = FileListData(std::array<std::string, 2>{"/a b", "/c"});
+  const std::string files = FileListData(std::array<std::string, 3>{"/a b", "", "/c"});
   EXPECT_EQ(files, std::string("/a b\0/c\0\0", 9));
   EXPECT_EQ(ReadFileList(files), (std::vector<std::string>{"/a b", "/c"}));
   EXPECT_TRUE(ReadFileList("/c").size() == 1 && ReadFileList("").empty());

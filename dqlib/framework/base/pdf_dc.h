@@ -48,8 +48,7 @@ using PdfSink = std::function<platform::Error(std::string_view bytes)>;
 ///
 /// Texts are in Courier, Helvetica or Times, which every reader has, as the face name, else pitch
 /// and family of a font say; plain, bold, italic or both. They have the characters of the page
-/// 1252;
-/// "?" stands for others. A font with a width is stretched to it.
+/// 1252; "?" stands for others. A font with a width is stretched to it.
 class PdfDC : public CDC {
   DECLARE_DYNAMIC(PdfDC)
   explicit PdfDC(PdfSink sink, const PageFormat& format = {});

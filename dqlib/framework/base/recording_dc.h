@@ -14,12 +14,13 @@ namespace dq {
 
 /// Takes down a line for each thing that is painted, in the device's coordinates:
 ///
-///   text 3,4 "Name" 0000ff              top left corner, and the colour as rrggbb if it isn't
-///   black fill 0,0 10,20 ffffff               left, top, right, bottom line 0,0 10,0 000000 dash 3
-///   up to the second point; style and width if not a plain one picture 0,0 16,16 of 8x8 1a2b3c4d
-///   where to, the picture's size, and a checksum of its pixels font "Courier" -11 bold italic
-///   before the first text in another font than the last one clip 0,0 50,50 before what is cut off
-///   at another rectangle than before document "Title"  page  end page  end document  abort
+///   text 3,4 "Name" 0000ff          its top left corner; the colour, as rrggbb, if it isn't black
+///   fill 0,0 10,20 ffffff           left, top, right, bottom
+///   line 0,0 10,0 000000 dash 3     up to the second point; style and width if it isn't plain
+///   picture 0,0 16,16 of 8x8 1a2b3c4d   where to, its own size, and a checksum of its pixels
+///   font "Courier" -11 bold italic  before the first text in another font than the last one
+///   clip 0,0 50,50                  before what is cut off at another rectangle than before
+///   document "Title"  page  end page  end document  abort
 ///
 /// In texts a quote and a backslash have a backslash before them, and control characters are \xhh.
 ///

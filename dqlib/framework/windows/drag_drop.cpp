@@ -105,8 +105,6 @@ bool COleDropTarget::Register(CWnd* window) {
   const HWND handle = window == nullptr ? nullptr : window->GetSafeHwnd();
   if (handle == nullptr || CWnd::FromHandle(window_) != nullptr) return false;
   Revoke();
-  std::erase_if(AllTargets(),
-                [](const auto& entry) { return CWnd::FromHandle(entry.first) == nullptr; });
   if (!AllTargets().emplace(handle, this).second) return false;
   window_ = handle;
   return true;

@@ -74,7 +74,13 @@ void CView::OnFilePrint() {
   OnBeginPrinting(&dc, &info);
   if (!self.IsThere()) return;
   const CString title = m_pDocument == nullptr ? GetWindowText() : m_pDocument->GetTitle();
-  bool done = dc.StartDoc(title.View()) >= 0 && PrintPages(dc, info);
+  bool done = false;
+  try {
+    done = dc.StartDoc(title.View()) >= 0 && PrintPages(dc, info);
+  } catch (...) {
+    if (self.IsThere()) OnEndPrinting(&dc, &info);
+    throw;
+  }
   if (!self.IsThere()) return;
   done = done && dc.EndDoc() >= 0;
   if (!done) TellFailure(dc);

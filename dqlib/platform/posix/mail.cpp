@@ -29,12 +29,15 @@ std::string_view NameOf(std::string_view path) { return path.substr(FindLastSepa
 
 /// Removes the user's own copies of mails that must have been sent by now.
 void RemoveOldCopies(const std::string& directory) {
-  std::error_code ignored;
-  for (const fs::directory_entry& entry : fs::directory_iterator(directory, ignored)) {
-    if (!entry.path().filename().string().starts_with(kCopies)) continue;
-    const auto age = fs::file_time_type::clock::now() - entry.last_write_time(ignored);
-    // Those of other users stay, since they can't be removed.
-    if (!ignored && age > kCopiesLast) fs::remove_all(entry.path(), ignored);
+  const fs::file_time_type oldest = fs::file_time_type::clock::now() - kCopiesLast;
+  // What fails is left: copies of other users can't be removed, and others remove theirs meanwhile.
+  std::error_code error;
+  for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
+       entry.increment(error)) {
+    if (!entry->path().filename().string().starts_with(kCopies)) continue;
+    std::error_code gone;
+    const fs::file_time_type written = entry->last_write_time(gone);
+    if (!gone && written < oldest) fs::remove_all(entry->path(), gone);
   }
 }
 

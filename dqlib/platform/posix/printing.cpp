@@ -6,7 +6,11 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
+#include <condition_variable>
 #include <exception>
+#include <mutex>
+#include <optional>
 #include <sstream>
 #include <string_view>
 #include <thread>
@@ -22,6 +26,12 @@ namespace {
 
 /// Of what a command says so much is kept: the names of all printers, or why it failed.
 constexpr std::size_t kMostHeard = 1 << 16;
+/// How long what a command has said may still be on its way when the command is over. Others that
+/// it has left behind may hold its pipe for ever.
+constexpr std::chrono::milliseconds kLastWords{500};
+/// How long the system may take to name its printers, those of the network too: a person waits for
+/// a dialog meanwhile.
+constexpr std::chrono::milliseconds kPatience{8'000};
 
 Processes& Children() { return SystemProcesses(); }
 
@@ -40,7 +50,7 @@ class OwnedHandle {
   HANDLE handle_;
 };
 
-/// Collects what is written to a pipe, until nobody can write to it any more.
+/// Collects what is written to a pipe, until nobody can write to it any more or it is told to end.
 class Listener {
  public:
   explicit Listener(const Pipe& pipe) : read_end_(pipe.read_end), write_end_(pipe.write_end) {
@@ -51,15 +61,21 @@ class Listener {
   Listener& operator=(const Listener&) = delete;
   ~Listener() {
     write_end_.Close();
-    if (thread_.joinable()) thread_.join();
+    End();
   }
 
   /// To be given to who writes, and to be closed here then.
   OwnedHandle& write_end() { return write_end_; }
 
-  /// Waits for the end.
+  /// Waits for the end, so long at most; false if it doesn't come.
+  bool WaitFor(std::chrono::milliseconds time) {
+    std::unique_lock lock(mutex_);
+    return over_.wait_for(lock, time, [this] { return is_over_; });
+  }
+  /// All that has been written until now.
   std::string Heard() {
-    thread_.join();
+    WaitFor(kLastWords);
+    End();
     return {heard_.data(), size_};
   }
 
@@ -71,12 +87,22 @@ class Listener {
       std::copy_n(buffer.begin(), kept, heard_.begin() + static_cast<std::ptrdiff_t>(size_));
       size_ += kept;
     }
+    const std::lock_guard lock(mutex_);
+    is_over_ = true;
+    over_.notify_all();
+  }
+  void End() {
+    Children().InterruptRead(read_end_.get());
+    if (thread_.joinable()) thread_.join();
   }
 
   OwnedHandle read_end_;
   OwnedHandle write_end_;
   std::array<char, kMostHeard> heard_;
   std::size_t size_ = 0;
+  std::mutex mutex_;
+  std::condition_variable over_;
+  bool is_over_ = false;
   std::thread thread_;
 };
 
@@ -104,7 +130,10 @@ Result<bool> WriteDocument(HANDLE pipe, const DocumentReader& document) try {
   return ErrorOfException();
 }
 
-Run RunCommand(const std::string& command_line, const DocumentReader& document) {
+/// Runs a command to its end, or ends it if it goes on for longer than `patience`, where that is
+/// given.
+Run RunCommand(const std::string& command_line, const DocumentReader& document,
+               std::optional<std::chrono::milliseconds> patience = {}) {
   const Result<Pipe> output = Children().CreatePipe();
   if (!output.ok()) return {.error = output.error};
   Listener listener(output.value);
@@ -127,8 +156,11 @@ Run RunCommand(const std::string& command_line, const DocumentReader& document) 
   // Half a document must not be taken for a whole one; a command that ends otherwise says why.
   if (!written.ok()) static_cast<void>(Children().Terminate(process.get()));
   write_end.Close();
-  const std::string heard = listener.Heard();
+  if (patience && !listener.WaitFor(*patience)) {
+    static_cast<void>(Children().Terminate(process.get()));
+  }
   const Result<int> ended = Children().Wait(process.get());
+  const std::string heard = listener.Heard();
   return {.error = written.ok() ? ended.error : written.error,
           .has_read_all = written.value,
           .exit_code = ended.value,
@@ -138,8 +170,9 @@ Run RunCommand(const std::string& command_line, const DocumentReader& document) 
 /// What `lpstat`, in words that don't depend on the language, says.
 Result<std::string> AskForPrinters(std::string_view option) {
   constexpr int kNoCommand = 127;
-  const Run run = RunCommand("env LC_ALL=C lpstat " + std::string(option),
-                             [](std::span<char>) { return Result<std::size_t>(); });
+  const Run run = RunCommand(
+      "env LC_ALL=C lpstat " + std::string(option),
+      [](std::span<char>) { return Result<std::size_t>(); }, kPatience);
   if (!run.is_found || run.exit_code == kNoCommand) return Error{ErrorKind::kUnsupported, ENOSYS};
   if (!run.error.ok()) return run.error;
   if (run.exit_code != 0) return Error{ErrorKind::kOther, EIO};
