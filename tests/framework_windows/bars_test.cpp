@@ -228,6 +228,7 @@ TEST_F(Splitters, MakePanesAndKnowWhichOfThemIsActive) {
   // What panes say goes to the frame, and all ends with the splitter.
   splitter.GetPane(1, 1)->GetParent()->SendMessage(WM_COMMAND, 77, 1);
   EXPECT_EQ(frame.command, 77);
+  frame.SetActiveView(nullptr);
   frame.InitialUpdateFrame(nullptr, false);
   EXPECT_EQ(frame.GetActiveView(), splitter.GetPane(0, 2)) << "the first that was made";
   splitter.DestroyWindow();

@@ -333,7 +333,7 @@ TEST(WindowLayer, ReportsTheMouseToWhatIsUnderItOrHasItCaptured) {
   child.ShowWindow(SW_SHOW);
   LogWnd::Take();
   EXPECT_TRUE(MouseInput(WM_LBUTTONDOWN, MK_LBUTTON, {115, 116}, &child));
-  EXPECT_TRUE(CWnd::GetActiveWindow() == &top && LogWnd::Take() == "1:6 1:7 2:513 ");
+  EXPECT_TRUE(CWnd::GetActiveWindow() == &top && LogWnd::Take() == "2:33 1:33 1:6 1:7 2:513 ");
   child.SetCapture();
   MouseInput(WM_MOUSEMOVE, 0, {0, 0}, nullptr);
   other.SetCapture();

@@ -488,12 +488,12 @@ TEST(Commands, ChildFramesAreActiveOneAtATime) {
   RecordingObserver observer;
   frame.MDINext();
   for (int twice = 0; twice < 2; ++twice) children[1].MDIActivate();
-  EXPECT_EQ(observer.Take(), "0 active 0 active ");
+  EXPECT_EQ(observer.Take(), "0 order 0 active 0 order ");
   frame.MDINext();
-  EXPECT_EQ(LogWnd::log, "none>0 0>1 0>1 1>2 1>2 2>0 2>0 0>1 0>1 1>2 1>2 ");
+  EXPECT_EQ(LogWnd::log, "none>0 0>1 0>1 1>2 1>2 2>1 2>1 1>0 1>0 ");
   frame.MoveWindow(0, 0, 400, 300);
   EXPECT_EQ(frame.GetMDIClient()->GetPlace(), (CRect{0, 0, 400, 300}));
-  for (const int next : {1, 0}) {
+  for (const int next : {2, 1}) {
     frame.MDIGetActive()->MDIDestroy();
     EXPECT_EQ(frame.GetActiveFrame(), &children[next]);
   }

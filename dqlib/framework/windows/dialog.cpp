@@ -69,16 +69,16 @@ class ModalState {
     }
   }
 
-  /// Gives the focus back, unless something else has it by then, and makes the owner active; where
-  /// that was left alone, the former window.
+  /// Makes the owner active, or where that was left alone, the former window, and gives the focus
+  /// back, unless something else has it by then.
   void Activate() const {
     ClearUp([this] {
-      CWnd* const focus = MessageQueue::FindOwnWindow(focus_);
-      if (focus != nullptr && CWnd::GetFocus() == nullptr) focus->SetFocus();
       CWnd* const active = MessageQueue::FindOwnWindow(active_);
       if (active != nullptr && (owner_ != nullptr || CWnd::GetActiveWindow() == nullptr)) {
         active->SetActiveWindow();
       }
+      CWnd* const focus = MessageQueue::FindOwnWindow(focus_);
+      if (focus != nullptr && CWnd::GetFocus() == nullptr) focus->SetFocus();
     });
   }
 
@@ -96,13 +96,6 @@ bool LayerRunsDialogs() {
     detail::Guarded([&] { runs = observer->RunsDialogs(); });
   }
   return runs;
-}
-
-void FocusFirst(const CWnd& dialog) {
-  const std::vector<CWnd*> controls = detail::ControlsInOrder(dialog);
-  const auto first = std::ranges::find_if(
-      controls, [](const CWnd* control) { return detail::TakesFocus(*control); });
-  if (first != controls.end()) (*first)->SetFocus();
 }
 
 }  // namespace
@@ -345,7 +338,7 @@ LRESULT CDialog::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
   }
   if (message == WM_SHOWWINDOW && wparam != 0) {
     const detail::Watched self(*this);
-    if (std::exchange(first_focus_, false)) FocusFirst(*this);
+    if (std::exchange(first_focus_, false)) detail::FocusFirst(*this);
     if (!self.IsThere()) return 0;
     GotoDlgCtrl(MessageQueue::FindOwnWindow(std::exchange(wanted_focus_, nullptr)));
   }

@@ -4,6 +4,7 @@
 
 #include "dqlib/framework/base/multi_byte.h"
 #include "dqlib/framework/windows/dialog.h"
+#include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/screen.h"
 #include "dqlib/framework/windows/ui_state.h"
 
@@ -155,6 +156,20 @@ bool TranslateKeyDown(CWnd& dialog, CWnd& focus, const MSG& message) {
   }
 }
 
+/// Their key combinations would be lost to the dialog's keys.
+bool OfferToFrames(const CWnd& dialog, MSG& message) {
+  // By handle, because what one does with it may end those around.
+  const auto frame_of = [](const CWnd& window) -> HWND {
+    const CFrameWnd* const frame = window.GetParentFrame();
+    return frame == nullptr ? nullptr : frame->GetSafeHwnd();
+  };
+  for (HWND next = frame_of(dialog); CWnd* const frame = CWnd::FromHandle(next);) {
+    next = frame_of(*frame);
+    if (frame->PreTranslateMessage(&message) != 0) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 std::vector<CWnd*> ControlsInOrder(const CWnd& dialog) {
@@ -165,6 +180,13 @@ std::vector<CWnd*> ControlsInOrder(const CWnd& dialog) {
 
 bool TakesFocus(const CWnd& control) {
   return control.IsTabStop() && control.IsShown() && control.IsWindowEnabled();
+}
+
+void FocusFirst(const CWnd& dialog) {
+  const std::vector<CWnd*> controls = ControlsInOrder(dialog);
+  const auto first =
+      std::ranges::find_if(controls, [](const CWnd* control) { return TakesFocus(*control); });
+  if (first != controls.end()) (*first)->SetFocus();
 }
 
 CWnd* NextTabStop(const CWnd& dialog, bool forward) {
@@ -179,16 +201,22 @@ CWnd* NextTabStop(const CWnd& dialog, bool forward) {
   return nullptr;
 }
 
-bool TranslateDialogKey(CWnd& dialog, const MSG& message) {
+bool TranslateDialogKey(CWnd& dialog, MSG& message) {
+  const UINT kind = message.message;
+  if (kind != WM_KEYDOWN && kind != WM_CHAR && kind != WM_SYSCHAR) return false;
+  const CWnd* const target = CWnd::FromHandle(message.hwnd);
+  if (target == nullptr || (target != &dialog && !dialog.IsChild(target))) return false;
+  const Watched self(dialog);
+  if (OfferToFrames(dialog, message) || !self.IsThere()) return true;
   CWnd* const focus = CWnd::FromHandle(message.hwnd);
-  if (focus == nullptr || (focus != &dialog && !dialog.IsChild(focus))) return false;
-  switch (message.message) {
+  if (focus == nullptr) return true;
+  switch (kind) {
     case WM_KEYDOWN:
       return TranslateKeyDown(dialog, *focus, message);
     case WM_CHAR:
     case WM_SYSCHAR: {
       const UINT wants =
-          message.message == WM_CHAR ? DLGC_WANTCHARS | DLGC_WANTALLKEYS : UINT{DLGC_WANTALLKEYS};
+          kind == WM_CHAR ? DLGC_WANTCHARS | DLGC_WANTALLKEYS : UINT{DLGC_WANTALLKEYS};
       if ((CodeOf(*focus, &message) & wants) != 0) return false;
       const char letter = static_cast<char>(message.wParam);
       if (static_cast<unsigned char>(letter) <= ' ') return false;

@@ -81,8 +81,21 @@ BOOL CFormView::PreTranslateMessage(MSG* message) {
   return detail::TranslateDialogKey(*this, *message) ? 1 : 0;
 }
 
+void CFormView::OnTurnTo(CWnd& window) {
+  const CWnd* const focus = GetFocus();
+  if (IsChild(focus)) m_hFocus = focus->GetSafeHwnd();
+  CView::OnTurnTo(window);
+}
+
 LRESULT CFormView::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
   if (message == WM_IDLEUPDATECMDUI) UpdateDialogControls(*this, false);
+  if (message == WM_SETFOCUS) {
+    const detail::Watched self(*this);
+    CWnd* const last = FromHandle(m_hFocus);
+    if (IsChild(last) && last->IsShown()) last->SetFocus();
+    if (self.IsThere() && GetFocus() == this) detail::FocusFirst(*this);
+    return 0;
+  }
   return CView::DefWindowProc(message, wparam, lparam);
 }
 

@@ -35,14 +35,18 @@ class CFormView : public CView {
   BOOL PreTranslateMessage(MSG* message) override;
 
  protected:
-  /// When the thread is idle the controls are brought up to date.
+  /// When the thread is idle the controls are brought up to date. The focus goes on to the control
+  /// that had it last, or the first that takes it.
   LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
+  void OnTurnTo(CWnd& window) override;
 
  private:
   UINT m_nTemplate = 0;
   std::unique_ptr<DialogTemplate> m_pTemplate;
   CSize m_sizeForm;
   std::vector<std::unique_ptr<CWnd>> m_controls;
+  /// The control that had the focus last.
+  HWND m_hFocus = nullptr;
 };
 
 }  // namespace dq

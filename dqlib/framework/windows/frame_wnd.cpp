@@ -168,9 +168,9 @@ void CFrameWnd::InitialUpdateFrame(CDocument*, bool visible) {
   if (!visible) return;
   CView* const view = GetActiveView();
   ActivateFrame();
-  if (self.IsThere() && view != nullptr && GetActiveView() == view) {
-    view->OnActivateView(true, view, view);
-  }
+  const auto stays = [&] { return self.IsThere() && view != nullptr && GetActiveView() == view; };
+  if (stays()) FocusWhenActive();
+  if (stays()) view->OnActivateView(true, view, view);
 }
 
 void CFrameWnd::ActivateFrame(int show_command) {
@@ -285,13 +285,18 @@ LRESULT CFrameWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
     case WM_ENDSESSION:
       if (wparam != 0 && IsMainWindow()) AfxGetApp()->CloseAllDocuments(true);
       return 0;
-    case WM_SETFOCUS:
-      if (CView* const view = GetActiveView()) view->SetFocus();
+    case WM_SETFOCUS: {
+      CFrameWnd* const child = GetActiveFrame();
+      CWnd* const within = child != this ? static_cast<CWnd*>(child) : GetActiveView();
+      if (within != nullptr) within->SetFocus();
       return 0;
+    }
     case WM_ACTIVATE: {
       CWnd::DefWindowProc(message, wparam, lparam);
-      CView* const view = self.IsThere() ? GetActiveFrame()->GetActiveView() : nullptr;
-      if (view != nullptr) view->OnActivateView(LoWord(wparam) != WA_INACTIVE, view, view);
+      if (LoWord(wparam) == WA_INACTIVE || !self.IsThere()) return 0;
+      if (CView* const view = GetActiveFrame()->GetActiveView()) {
+        view->OnActivateView(true, view, view);
+      }
       return 0;
     }
     case WM_ENABLE:

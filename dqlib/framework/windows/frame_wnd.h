@@ -40,6 +40,8 @@ class CFrameWnd : public CWnd {
   virtual CDocument* GetActiveDocument();
   /// The active child frame, or the frame itself.
   virtual CFrameWnd* GetActiveFrame() { return this; }
+  /// Whether no other child frame is active in its place.
+  virtual bool IsActiveFrame() const { return true; }
 
   /// Lays out the frame's client area: its visible bars take their edges in the order of the
   /// children, but those that can be docked behind the others; the child `kFirstPaneId` fills the

@@ -29,6 +29,20 @@ CRect NextPlace(const CWnd& client, const CWnd* before) {
   return {at.x, at.y, at.x + size.cx, at.y + size.cy};
 }
 
+/// The next child frame that a person can use, below `from` and then from the top on; null if there
+/// is no other.
+CMDIChildWnd* NextChild(const CMDIChildWnd& from) {
+  const CWnd* const client = from.GetParent();
+  CWnd* next = from.GetNextWindow();
+  while (true) {
+    if (next == nullptr) next = client->GetTopWindow();
+    if (next == &from) return nullptr;
+    CMDIChildWnd* const child = DYNAMIC_DOWNCAST(CMDIChildWnd, next);
+    if (child != nullptr && child->IsShown() && child->IsWindowEnabled()) return child;
+    next = next->GetNextWindow();
+  }
+}
+
 }  // namespace
 
 IMPLEMENT_DYNCREATE(CMDIFrameWnd, CFrameWnd)
@@ -45,9 +59,10 @@ class CMDIFrameWnd::Client : public CWnd {
       if (message == WM_MDIACTIVATE) frame->Activate(child);
       if (message == WM_MDIDESTROY) child->DestroyWindow();
     }
-    if (frame != nullptr && message == WM_SIZE) {
-      CMDIChildWnd* const active = frame->MDIGetActive();
-      if (active != nullptr && active->IsZoomed()) active->MoveWindow(GetClientRect());
+    CMDIChildWnd* const active = frame == nullptr ? nullptr : frame->MDIGetActive();
+    if (active != nullptr && message == WM_SETFOCUS) active->SetFocus();
+    if (active != nullptr && message == WM_SIZE && active->IsZoomed()) {
+      active->MoveWindow(GetClientRect());
     }
     return CWnd::DefWindowProc(message, wparam, lparam);
   }
@@ -83,6 +98,7 @@ void CMDIFrameWnd::Activate(CMDIChildWnd* child) {
   if (former == now) return;
   active_child_ = now;
   const Watched self(*this);
+  if (child != nullptr) child->SetWindowOrder(nullptr);
   Changed(WindowChange::kActive);
   CMDIChildWnd* const left = ToChild(former);
   const bool zoomed = left != nullptr && left->IsZoomed();
@@ -90,8 +106,9 @@ void CMDIFrameWnd::Activate(CMDIChildWnd* child) {
   for (const HWND told : {former, now}) {
     SendToWindow(told, WM_MDIACTIVATE, reinterpret_cast<WPARAM>(former),
                  reinterpret_cast<LPARAM>(now));
+    // The handler may have chosen another one.
+    if (!self.IsThere() || active_child_ != now) return;
   }
-  if (!self.IsThere() || active_child_ != now) return;
   CMDIChildWnd* const active = ToChild(now);
   if (zoomed && active != nullptr && !active->IsZoomed()) active->ShowWindow(SW_SHOWMAXIMIZED);
   if (self.IsThere()) OnUpdateFrameMenu();
@@ -108,12 +125,17 @@ void CMDIFrameWnd::OnUpdateFrameMenu() {
 }
 
 void CMDIFrameWnd::MDINext() {
-  CMDIChildWnd* const active = MDIGetActive();
-  CWnd* const client = GetMDIClient();
-  if (client == nullptr) return;
-  CWnd* next = active == nullptr ? nullptr : active->GetNextWindow();
-  if (next == nullptr) next = client->GetTopWindow();
-  MDIActivate(DYNAMIC_DOWNCAST(CMDIChildWnd, next));
+  CMDIChildWnd* const former = MDIGetActive();
+  CMDIChildWnd* const next = former == nullptr ? nullptr : NextChild(*former);
+  if (next == nullptr) return;
+  const Watched self(*this);
+  const Watched left(*former);
+  MDIActivate(next);
+  if (!self.IsThere() || !left.IsThere() || MDIGetActive() == former) return;
+  // Behind all, so that each has its turn before it comes back.
+  CWnd* last = former;
+  while (last->GetNextWindow() != nullptr) last = last->GetNextWindow();
+  if (last != former) former->SetWindowOrder(last);
 }
 
 CFrameWnd* CMDIFrameWnd::GetActiveFrame() {
@@ -196,6 +218,15 @@ void CMDIChildWnd::MDIActivate() {
   if (CMDIFrameWnd* const frame = GetMDIFrame()) frame->MDIActivate(this);
 }
 
+bool CMDIChildWnd::IsActiveFrame() const {
+  const CMDIFrameWnd* const frame = GetMDIFrame();
+  return frame == nullptr || frame->MDIGetActive() == this;
+}
+
+void CMDIChildWnd::OnTurnTo(CWnd&) {
+  if (!IsActiveFrame()) MDIActivate();
+}
+
 void CMDIChildWnd::SetActiveView(CView* view, bool notify) {
   const Watched self(*this);
   CFrameWnd::SetActiveView(view, notify);
@@ -231,14 +262,15 @@ LRESULT CMDIChildWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) 
     case WM_DESTROY: {
       CMDIFrameWnd* const frame = GetMDIFrame();
       if (frame == nullptr || frame->MDIGetActive() != this) break;
-      CWnd* const next = GetNextWindow() != nullptr ? GetNextWindow() : GetPrevWindow();
-      frame->Activate(DYNAMIC_DOWNCAST(CMDIChildWnd, next));
+      frame->Activate(NextChild(*this));
       if (!self.IsThere()) return 0;
       break;
     }
     case WM_MDIACTIVATE: {
       const bool activated = reinterpret_cast<HWND>(lparam) == GetSafeHwnd();
-      if (CView* const view = GetActiveView()) view->OnActivateView(activated, view, view);
+      if (activated) FocusWhenActive();
+      CView* const view = self.IsThere() ? GetActiveView() : nullptr;
+      if (view != nullptr) view->OnActivateView(activated, view, view);
       if (!self.IsThere()) return 0;
       break;
     }

@@ -19,10 +19,12 @@ class CMDIFrameWnd : public CFrameWnd {
   /// The active child frame, or null.
   CMDIChildWnd* MDIGetActive() const;
   /// Makes the child frame the active one, by sending the client window `WM_MDIACTIVATE` with its
-  /// handle. Then the former child frame and the new one get that message with the handles of both,
-  /// the former first. If the former is maximised, it is restored and the new one maximised.
+  /// handle. It comes before its siblings. Then the former child frame and the new one get that
+  /// message with the handles of both, the former first; the new one takes the focus then. If the
+  /// former is maximised, it is restored and the new one maximised.
   void MDIActivate(CMDIChildWnd* child);
-  /// The next child frame in order becomes active.
+  /// The next child frame in order that is shown and enabled becomes active, and the former one
+  /// goes behind all.
   void MDINext();
   CFrameWnd* GetActiveFrame() override;
   /// That of the active child frame.
@@ -70,6 +72,7 @@ class CMDIChildWnd : public CFrameWnd {
   void MDIActivate();
 
   void SetActiveView(CView* view, bool notify = true) override;
+  bool IsActiveFrame() const override;
   void ActivateFrame(int show_command = -1) override;
   /// The title of the active document, with its number where several frames show the document.
   void OnUpdateFrameTitle(bool add_document) override;
@@ -79,6 +82,8 @@ class CMDIChildWnd : public CFrameWnd {
 
  protected:
   LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
+  /// It becomes the active one.
+  void OnTurnTo(CWnd& window) override;
   /// The main frame, from which they come to this one first.
   CWnd& KeyTarget() override;
 

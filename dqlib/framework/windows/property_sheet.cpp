@@ -4,6 +4,8 @@
 #include <charconv>
 #include <utility>
 
+#include "dqlib/framework/windows/dialog_keys.h"
+#include "dqlib/framework/windows/screen.h"
 #include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/platform/dialog_view.h"
 #include "dqlib/platform/seam_texts.h"
@@ -250,6 +252,30 @@ bool CPropertySheet::SetActivePage(int index) {
   return self.IsThere() && GetPageIndex(page) >= 0 && Activate(page);
 }
 
+void CPropertySheet::TurnPage(bool forward) {
+  const int count = GetPageCount();
+  const int from = GetActiveIndex();
+  if (from < 0 || count < 2) return;
+  const Watched self(*this);
+  if (m_pActive->OnKillActive() == 0) return;
+  // A page that refuses leaves the place to the next one.
+  for (int step = 1; self.IsThere() && step < count; ++step) {
+    CPropertyPage* const page = GetPage((from + (forward ? step : count - step)) % count);
+    if (page == nullptr || Activate(page)) return;
+  }
+}
+
+BOOL CPropertySheet::PreTranslateMessage(MSG* message) {
+  const auto is_down = [](int key) { return (GetKeyState(key) & kKeyDown) != 0; };
+  const WPARAM key = message->wParam;
+  if (message->message == WM_KEYDOWN && is_down(VK_CONTROL) &&
+      (key == VK_TAB || key == VK_NEXT || key == VK_PRIOR)) {
+    TurnPage(key == VK_TAB ? !is_down(VK_SHIFT) : key == VK_NEXT);
+    return 1;
+  }
+  return CDialog::PreTranslateMessage(message);
+}
+
 bool CPropertySheet::OpenPage(CPropertyPage* page) {
   if (page->GetSafeHwnd() != nullptr) return true;
   const std::optional<DialogTemplate> pattern = page->Template();
@@ -273,9 +299,13 @@ bool CPropertySheet::Show(CPropertyPage* page) {
   const Watched wanted(*page);
   const auto stays = [&] { return self.IsThere() && wanted.IsThere() && m_pActive == page; };
   CPropertyPage* const former = std::exchange(m_pActive, page);
+  const CWnd* const focus = GetFocus();
+  const bool had_focus = former != nullptr && (former == focus || former->IsChild(focus));
   if (former != nullptr) former->ShowWindow(SW_HIDE);
   if (stays()) LayOutPages();
   if (stays()) page->ShowWindow(SW_SHOW);
+  // The page may have chosen a control itself.
+  if (stays() && had_focus && !page->IsChild(GetFocus())) detail::FocusFirst(*page);
   if (!stays()) return false;
   m_pTabs->Tell();
   OnPageSetActive(page);

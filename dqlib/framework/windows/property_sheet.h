@@ -74,7 +74,8 @@ class CPropertySheet : public CDialog {
   int GetActiveIndex() const { return GetPageIndex(m_pActive); }
   CPropertyPage* GetActivePage() const { return m_pActive; }
   /// Makes a page active if the active one can be left, and the new one doesn't refuse or lack its
-  /// template. Before the sheet is open, chooses the page it opens with.
+  /// template. Where the former had the focus, its first control that takes it has it then. Before
+  /// the sheet is open, chooses the page it opens with.
   bool SetActivePage(int index);
   bool SetActivePage(CPropertyPage* page) { return SetActivePage(GetPageIndex(page)); }
 
@@ -87,6 +88,10 @@ class CPropertySheet : public CDialog {
   void SetModified(BOOL modified = 1);
   /// Whether the sheet or any page has.
   bool IsModified() const;
+
+  /// Ctrl+Tab and Ctrl+Page Down go on to the next page that doesn't refuse, with Shift and by
+  /// Ctrl+Page Up to the one before, from either end to the other.
+  BOOL PreTranslateMessage(MSG* message) override;
 
   /// The name of a page on its tab; "" for an index that doesn't exist.
   CString GetPageCaption(int index) const;
@@ -120,6 +125,7 @@ class CPropertySheet : public CDialog {
   bool OpenPage(CPropertyPage* page);
   bool Activate(CPropertyPage* page);
   bool Show(CPropertyPage* page);
+  void TurnPage(bool forward);
   void ShowModified();
   /// Counts a page in or out of those that are modified.
   void CountModified(bool modified) { m_nModified += modified ? 1 : -1; }

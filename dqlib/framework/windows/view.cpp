@@ -52,8 +52,21 @@ void CView::OnInitialUpdate() { OnUpdate(nullptr, 0, nullptr); }
 
 void CView::OnUpdate(CView*, LPARAM, CObject*) { Invalidate(); }
 
-void CView::OnActivateView(bool activate, CView* activated, CView*) {
-  if (activate && activated == this && GetTopLevelParent() == GetActiveWindow()) SetFocus();
+void CView::OnActivateView(bool activate, CView* activated, CView* deactivated) {
+  if (!activate || activated != this || deactivated == this) return;
+  const CFrameWnd* const frame = GetParentFrame();
+  if (frame == nullptr || frame->IsActiveFrame()) FocusWhenActive();
+}
+
+void CView::OnTurnTo(CWnd& window) {
+  CWnd* nearest = &window;
+  while (nearest != nullptr && !nearest->IsKindOf(RUNTIME_CLASS(CView))) {
+    nearest = nearest->GetParent();
+  }
+  if (nearest != this) return;
+  const Watched self(*this);
+  if (CFrameWnd* const frame = GetParentFrame()) frame->SetActiveView(this);
+  if (self.IsThere()) FocusWhenActive();
 }
 
 BOOL CView::OnCmdMsg(UINT id, int code, void* extra, void* handler_info) {
@@ -67,9 +80,6 @@ BOOL CView::OnCmdMsg(UINT id, int code, void* extra, void* handler_info) {
 LRESULT CView::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
   CFrameWnd* const frame = GetParentFrame();
   switch (message) {
-    case WM_SETFOCUS:
-      if (frame != nullptr) frame->SetActiveView(this);
-      return 0;
     case WM_INITIALUPDATE:
       OnInitialUpdate();
       return 0;

@@ -50,9 +50,12 @@ class CView : public CWnd {
   virtual void OnInitialUpdate();
 
   /// The frame's active view changes: `activate` is true for the one that becomes it, false for the
-  /// one that was. Both may be null, and are the same when the frame itself becomes active or stops
-  /// being it. The base gives the view that becomes active the focus, if the frame is the active
-  /// window.
+  /// one that was. Either may be null. Both are the same view where it stays the frame's: when the
+  /// child frame becomes active or stops being it, when a frame is shown first, and when a person
+  /// comes back to the top-level window. One that they leave for another window or program isn't
+  /// told: its view stays the one they work in. The base gives a view that takes the place of
+  /// another the focus, when its top-level window is active; where it stays, the focus was given
+  /// back before.
   virtual void OnActivateView(bool activate, CView* activated, CView* deactivated);
 
   /// Draws the document on a window or a page.
@@ -84,7 +87,9 @@ class CView : public CWnd {
   /// The document has changed; see `CDocument::UpdateAllViews`. The base draws the view anew.
   virtual void OnUpdate(CView* sender, LPARAM hint, CObject* object);
 
-  /// A view that gets the focus becomes its frame's active one.
+  /// It becomes its frame's active view, and takes the focus, unless that is below it, or another
+  /// view lies between.
+  void OnTurnTo(CWnd& window) override;
   LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
   void OnPaint(CDC& dc) override { OnDraw(&dc); }
   bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override;

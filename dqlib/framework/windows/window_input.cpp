@@ -30,7 +30,16 @@ bool MouseInput(UINT message, WPARAM keys, const CPoint& screen, CWnd* under) {
   while (target != nullptr && !IsUsable(target)) target = target->GetParent();
   if (target == nullptr) return false;
   const HWND window = target->GetSafeHwnd();
-  if (IsPress(message) && capture == nullptr) target->GetTopLevelParent()->SetActiveWindow(true);
+  if (IsPress(message) && capture == nullptr) {
+    const HWND top = target->GetTopLevelParent()->GetSafeHwnd();
+    const LRESULT answer = Give(window, WM_MOUSEACTIVATE, reinterpret_cast<WPARAM>(top),
+                                MakeLParam(HTCLIENT, static_cast<int>(message)));
+    if (answer != MA_NOACTIVATE && answer != MA_NOACTIVATEANDEAT) {
+      if (CWnd::FromHandle(window) == target) target->TellTurnTo(false);
+      if (CWnd* const active = CWnd::FromHandle(top)) active->SetActiveWindow(true);
+    }
+    if (answer == MA_ACTIVATEANDEAT || answer == MA_NOACTIVATEANDEAT) return true;
+  }
   if (CWnd::FromHandle(window) != target) return true;
   const CPoint at = message == WM_MOUSEWHEEL ? screen : target->ScreenToClient(screen);
   MSG input{window, message, keys, MakeLParam(at.x, at.y)};
@@ -45,8 +54,9 @@ bool MouseInput(UINT message, WPARAM keys, const CPoint& screen, CWnd* under) {
 
 bool KeyInput(UINT message, WPARAM key, LPARAM lparam) {
   const CWnd* const focus = CWnd::GetFocus();
-  if (focus == nullptr) return false;
-  MSG input{focus->GetSafeHwnd(), message, key, lparam};
+  const CWnd* const target = focus != nullptr ? focus : CWnd::GetActiveWindow();
+  if (target == nullptr) return false;
+  MSG input{target->GetSafeHwnd(), message, key, lparam};
   if (!PreTranslateInput(input)) Give(input.hwnd, message, key, lparam);
   return true;
 }

@@ -10,14 +10,15 @@ namespace dq {
 /// Handles a message of the mouse at a point of the screen. It goes to the window that has the
 /// mouse captured, or else to `under`, the one under the pointer as the layer sees it; a disabled
 /// one leaves it to its parent. `keys` is a sum of `MouseKey` bits, for the wheel with how far it
-/// was turned in the high word. A press makes its top-level window the active one; a move without
-/// capture asks the window for the pointer's shape first (`WM_SETCURSOR`). Null for `under` is
-/// outside of all windows. False if nobody got it.
+/// was turned in the high word. A press without capture makes the view, the child frame and the
+/// top-level window around it active first, unless one of them refuses (`WM_MOUSEACTIVATE`); a move
+/// without capture asks the window for the pointer's shape first (`WM_SETCURSOR`). Null for `under`
+/// is outside of all windows. False if nobody got it.
 bool MouseInput(UINT message, WPARAM keys, const CPoint& screen, CWnd* under);
 
-/// Handles a message of the keyboard for the window that has the focus: offers it to
-/// `PreTranslateInput`, and gives it to the window if it wasn't taken. False if no window has the
-/// focus.
+/// Handles a message of the keyboard for the window that has the focus, or if none has it, the
+/// active one: offers it to `PreTranslateInput`, and gives it to the window if it wasn't taken.
+/// False if there is neither.
 bool KeyInput(UINT message, WPARAM key, LPARAM lparam = 0);
 
 }  // namespace dq

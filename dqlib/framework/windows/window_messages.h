@@ -31,6 +31,10 @@ enum WindowMessage : UINT {
   WM_SHOWWINDOW = 0x0018,
   /// The pointer is over the window: it may set its shape and answer 1.
   WM_SETCURSOR = 0x0020,
+  /// A person presses the mouse: the top-level window's handle; the `HitTest` and the message of
+  /// the press as two halves. What a window doesn't handle goes to its parent; the answer is a
+  /// `MouseActivate`.
+  WM_MOUSEACTIVATE = 0x0021,
   WM_GETMINMAXINFO = 0x0024,
   /// To the owner of an item that it draws, with the control's id (0 for a menu): the second
   /// argument points to a `DRAWITEMSTRUCT` or a `MEASUREITEMSTRUCT`.
@@ -144,6 +148,15 @@ inline constexpr UINT kReflectBase = 0xBC00;
 
 /// Answers to `WM_NCHITTEST`.
 enum HitTest : int { HTTRANSPARENT = -1, HTCLIENT = 1 };
+
+/// Answers to `WM_MOUSEACTIVATE`: whether the windows around become active, and whether the press
+/// is dropped then. Others count as the first.
+enum MouseActivate : int {
+  MA_ACTIVATE = 1,
+  MA_ACTIVATEANDEAT = 2,
+  MA_NOACTIVATE = 3,
+  MA_NOACTIVATEANDEAT = 4,
+};
 
 /// First argument of `WM_ACTIVATE`, in its low word.
 enum ActivateState : UINT {

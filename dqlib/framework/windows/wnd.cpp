@@ -159,7 +159,7 @@ BOOL CWnd::DestroyWindow() {
   const HWND owner = t_ui.active == self && owner_ != nullptr && owner_->parent_ == nullptr
                          ? owner_->m_hWnd.load()
                          : nullptr;
-  steps.Take([this] { LeaveFocus(*this); });
+  steps.Take([this] { LeaveFocus(*this, true); });
   // The last one is the next to be told.
   std::vector<HWND> waiting{self};
   while (!waiting.empty()) {
@@ -349,6 +349,7 @@ void CWnd::SetWindowOrder(CWnd* after) {
   if (parent_ == nullptr || after == this || (after != nullptr && after->parent_ != parent_)) {
     return;
   }
+  if (previous_ == after) return;
   CWnd* const parent = parent_;
   Unlink();
   Link(parent, after);

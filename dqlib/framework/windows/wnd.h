@@ -66,7 +66,7 @@ class CWnd : public CCmdTarget {
   bool CreateWnd(const char* class_name);
 
   /// Ends the window with its descendants and the windows it owns. If it has the focus, or one
-  /// below it has, that one gets `WM_KILLFOCUS` first. `WM_DESTROY` reaches all of them, parents
+  /// below it has, the window around gets that first. `WM_DESTROY` reaches all of them, parents
   /// first, while they are still there. Afterwards their handles are dead, their timers and posted
   /// messages gone, senders that wait released with 0 (a message that is being handled still gets
   /// its answer), and each gets `PostNcDestroy`, children first. Where it was the active window,
@@ -167,8 +167,8 @@ class CWnd : public CCmdTarget {
   /// Shows, hides, minimises, maximises; a `ShowCommand`. Sends `WM_SHOWWINDOW` when visibility
   /// changes, and as the state changes `WM_MOVE`, if its corner moves, and `WM_SIZE`. Where it lies
   /// when it is maximised is the answer to `WM_GETMINMAXINFO`. `SW_RESTORE` makes a minimised
-  /// window what it was before, `SW_SHOWNORMAL` neither minimised nor maximised. Returns whether it
-  /// was visible.
+  /// window what it was before, `SW_SHOWNORMAL` neither minimised nor maximised. What has the focus
+  /// in a window that is hidden leaves it to the window around. Returns whether it was visible.
   bool ShowWindow(int command);
   /// Its own state, and whether it and all its ancestors are visible.
   bool IsShown() const { return visible_; }
@@ -183,8 +183,9 @@ class CWnd : public CCmdTarget {
   /// loses the focus and the mouse.
   bool EnableWindow(bool enable = true);
   bool IsWindowEnabled() const { return enabled_; }
-  /// Gives it the keyboard: `WM_KILLFOCUS` to the former window, `WM_SETFOCUS` to this one. Returns
-  /// the former. Nothing happens if it or one above is disabled; a hidden one can have it.
+  /// Gives it the keyboard: `WM_KILLFOCUS` to the former window, `WM_SETFOCUS` to this one, and
+  /// `OnTurnTo` to all around it. Returns the former. Nothing happens if it or one above is
+  /// disabled; a hidden one can have it.
   CWnd* SetFocus();
   /// The window of the calling thread that has the focus, or null.
   static CWnd* GetFocus();
@@ -289,8 +290,12 @@ class CWnd : public CCmdTarget {
   /// What a window does by itself: `WM_CLOSE` destroys it, `WM_GETMINMAXINFO` answers with the
   /// screen's size, and for a maximised child its parent's client area, one that becomes active
   /// takes the focus, the right button asks for the context menu as the key for it does, and what
-  /// the wheel and the context menu ask for goes on to the parent.
+  /// the wheel, the context menu and a press ask for goes on to the parent.
   virtual LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam);
+  /// A person turns to `window`, this one or one below it: they press the mouse there, or the focus
+  /// has come. The windows around are told first. The base does nothing; a child frame becomes the
+  /// active one, and the nearest view that of its frame.
+  virtual void OnTurnTo(CWnd& /*window*/) {}
   /// A notification of this control that its parent has got (`WM_COMMAND`, `WM_NOTIFY`,
   /// `WM_DRAWITEM`, `WM_MEASUREITEM`): the control may keep it from the parent by 1. The base has
   /// the handlers of the class that are entered as reflected.
@@ -311,6 +316,10 @@ class CWnd : public CCmdTarget {
   /// Takes over what a window of the same kind held, when this one takes its place.
   virtual void OnSubclassed(CWnd& /*former*/) {}
 
+  /// Gives it the focus if its top-level window is the active one, and else has it get the focus
+  /// when that becomes it. What has the focus below it keeps it.
+  void FocusWhenActive();
+
   /// Tells the observer; `range` says which rows, items or bytes the change is about.
   void Changed(WindowChange change, const ChangedRange& range = {});
   /// Sends the parent `WM_COMMAND` with the window's id and the notification code.
@@ -318,6 +327,7 @@ class CWnd : public CCmdTarget {
 
  private:
   friend LRESULT SendToWindow(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+  friend bool MouseInput(UINT message, WPARAM keys, const CPoint& screen, CWnd* under);
   struct ChildIndex;
 
   void Link(CWnd* parent, CWnd* after);
@@ -331,7 +341,10 @@ class CWnd : public CCmdTarget {
   bool DestroyOwned(detail::AllSteps& steps);
   void TakeDownTree(detail::AllSteps& steps);
   void TakeDown(detail::AllSteps& steps);
-  static void LeaveFocus(const CWnd& window);
+  bool HasWithin(const CWnd* window) const { return window == this || IsChild(window); }
+  void TellTurnTo(bool while_focused);
+  bool CanHaveFocus() const;
+  static void LeaveFocus(const CWnd& window, bool pass_on);
   static void LeaveCapture(const CWnd& window);
   void PassActivity();
   static void Activate(HWND now, UINT state);
@@ -363,7 +376,7 @@ class CWnd : public CCmdTarget {
   CFont* font_ = nullptr;
   CString tool_tip_;
   SCROLLINFO scroll_[2];
-  /// What below it had the focus when it stopped being active.
+  /// What below it gets the focus when it becomes active: what had it, unless another one was to.
   HWND last_focus_ = nullptr;
   /// The children by id, once somebody has asked for one.
   mutable std::unique_ptr<ChildIndex> children_by_id_;

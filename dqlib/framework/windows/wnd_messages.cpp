@@ -202,6 +202,9 @@ LRESULT CWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
     case WM_GETMINMAXINFO:
       if (lparam != 0) *reinterpret_cast<MINMAXINFO*>(lparam) = UsualLimits();
       return 0;
+    case WM_MOUSEACTIVATE:
+      return parent_ == nullptr ? LRESULT{MA_ACTIVATE}
+                                : parent_->WindowProc(message, wparam, lparam);
     case WM_SETCURSOR:
       SetPointerShape(PointerShape::kArrow);
       return 1;

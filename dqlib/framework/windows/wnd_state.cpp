@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "dqlib/framework/windows/message_queue.h"
 #include "dqlib/framework/windows/screen.h"
@@ -63,7 +64,7 @@ bool CWnd::ShowWindow(int command) {
   if (visible_ != showing.visible) {
     visible_ = showing.visible;
     Changed(WindowChange::kShown);
-    if (!visible_) LeaveFocus(*this);
+    if (!visible_) LeaveFocus(*this, true);
     if (!visible_ && self.IsThere()) LeaveCapture(*this);
     if (!self.IsThere()) return was_visible;
     WindowProc(WM_SHOWWINDOW, visible_ ? 1 : 0, 0);
@@ -144,16 +145,24 @@ bool CWnd::EnableWindow(bool enable) {
   const Watched self(*this);
   enabled_ = enable;
   Changed(WindowChange::kEnabled);
-  if (!enable) LeaveFocus(*this);
+  if (!enable) LeaveFocus(*this, false);
   if (!enable && self.IsThere()) LeaveCapture(*this);
   if (!self.IsThere()) return was_disabled;
   WindowProc(WM_ENABLE, enable ? 1 : 0, 0);
   return was_disabled;
 }
 
-void CWnd::LeaveFocus(const CWnd& window) {
+/// Takes the focus from the window and what is below it. With `pass_on` the nearest window above
+/// that can have it gets it.
+void CWnd::LeaveFocus(const CWnd& window, bool pass_on) {
   CWnd* const focus = GetFocus();
-  if (focus == nullptr || (focus != &window && !window.IsChild(focus))) return;
+  if (focus == nullptr || !window.HasWithin(focus)) return;
+  CWnd* heir = pass_on ? window.parent_ : nullptr;
+  while (heir != nullptr && !heir->CanHaveFocus()) heir = heir->parent_;
+  if (heir != nullptr) {
+    heir->SetFocus();
+    return;
+  }
   detail::CurrentUi().focus = nullptr;
   focus->GetTopLevelParent()->last_focus_ = focus->m_hWnd;
   focus->Changed(WindowChange::kFocus);
@@ -176,26 +185,58 @@ void CWnd::PassActivity() {
   }
 }
 
+/// Whether it is visible doesn't count: dialogs and pages set the focus before they are shown.
+bool CWnd::CanHaveFocus() const {
+  const CWnd* window = this;
+  while (window != nullptr && window->enabled_ && !window->destroying_) window = window->parent_;
+  return window == nullptr;
+}
+
 CWnd* CWnd::SetFocus() {
   CWnd* const former = GetFocus();
   if (m_hWnd == nullptr || former == this) return former;
-  for (const CWnd* window = this; window != nullptr; window = window->parent_) {
-    // Whether it is visible doesn't count: dialogs and pages set the focus before they are shown.
-    if (!window->enabled_ || window->destroying_) return former;
-  }
+  if (!CanHaveFocus()) return former;
   const HWND self = m_hWnd;
   const HWND other = detail::CurrentUi().focus;
   detail::CurrentUi().focus = self;
   if (former != nullptr) {
+    CWnd* const top = former->GetTopLevelParent();
+    if (top != GetTopLevelParent()) top->last_focus_ = other;
     former->Changed(WindowChange::kFocus);
     former->WindowProc(WM_KILLFOCUS, reinterpret_cast<WPARAM>(self), 0);
   }
   // The former one's handler may have moved the focus on, or ended windows.
   if (detail::CurrentUi().focus == self && MessageQueue::FindOwnWindow(self) == this) {
     Changed(WindowChange::kFocus);
+    const Watched there(*this);
     WindowProc(WM_SETFOCUS, reinterpret_cast<WPARAM>(other), 0);
+    if (there.IsThere()) TellTurnTo(true);
   }
   return MessageQueue::FindOwnWindow(other);
+}
+
+void CWnd::TellTurnTo(bool while_focused) {
+  const HWND self = m_hWnd;
+  std::vector<HWND> around;
+  for (const CWnd* window = this; window != nullptr; window = window->parent_) {
+    around.push_back(window->m_hWnd);
+  }
+  for (auto each = around.rbegin(); each != around.rend(); ++each) {
+    if (while_focused && detail::CurrentUi().focus != self) return;
+    CWnd* const window = MessageQueue::FindOwnWindow(*each);
+    if (MessageQueue::FindOwnWindow(self) != this) return;
+    if (window != nullptr) window->OnTurnTo(*this);
+  }
+}
+
+void CWnd::FocusWhenActive() {
+  CWnd* const top = GetTopLevelParent();
+  if (m_hWnd == nullptr || HasWithin(GetFocus())) return;
+  if (top == GetActiveWindow()) {
+    SetFocus();
+  } else if (!HasWithin(MessageQueue::FindOwnWindow(top->last_focus_))) {
+    top->last_focus_ = m_hWnd;
+  }
 }
 
 CWnd* CWnd::GetFocus() { return MessageQueue::FindOwnWindow(detail::CurrentUi().focus); }
@@ -244,7 +285,7 @@ void CWnd::Activate(HWND now, UINT state) {
     window->Changed(WindowChange::kActive);
     window->WindowProc(WM_ACTIVATE, WA_INACTIVE, reinterpret_cast<LPARAM>(now));
     // Without another active window there is none for the keyboard either.
-    if (now == nullptr && watched.IsThere()) LeaveFocus(*window);
+    if (now == nullptr && watched.IsThere()) LeaveFocus(*window, false);
   }
   if (detail::CurrentUi().active != now) return;
   if (CWnd* const window = MessageQueue::FindOwnWindow(now)) {
@@ -255,12 +296,15 @@ void CWnd::Activate(HWND now, UINT state) {
 
 /// As a window does that has become active, unless the focus is in it already.
 void CWnd::TakeFocusBack() {
-  const CWnd* const focus = GetFocus();
-  if (focus != nullptr && (focus == this || IsChild(focus))) return;
+  if (HasWithin(GetFocus())) return;
   CWnd* const last = MessageQueue::FindOwnWindow(std::exchange(last_focus_, nullptr));
-  if (last != nullptr && IsChild(last) && last->IsWindowVisible()) {
+  bool is_usable = last != nullptr && IsChild(last);
+  for (const CWnd* at = last; is_usable && at != this; at = at->parent_) is_usable = at->visible_;
+  if (is_usable) {
+    const Watched self(*this);
     last->SetFocus();
-    if (GetFocus() == last) return;
+    // It may have passed it on.
+    if (!self.IsThere() || HasWithin(GetFocus())) return;
   }
   SetFocus();
 }
