@@ -83,6 +83,27 @@ TEST_F(StatusBars, ShowTheMessageOfTheirFrameAndStretchTheFirstPane) {
                bar.SetPaneText(2, "") || CStatusBar().SetPaneText(0, ""));
 }
 
+TEST_F(StatusBars, SayThatTheFrameIsReadyUntilItSaysMoreAndWhenTheHelpOnAMenuEnds) {
+  const UINT message[] = {0};
+  ASSERT_TRUE(bar.SetIndicators(message) && bar.Create(&frame));
+  strings.AddString(500, "Opens it\nOpen");
+  const auto look_at = [&](UINT id, UINT flags, LPARAM menu) {
+    frame.SendMessage(WM_MENUSELECT, MakeWParam(id, flags), menu);
+  };
+  for (const auto& [step, now, when_idle] : Rows<std::function<void()>, const char*, const char*>{
+           {[] {}, "", "Ready"},
+           {[&] { frame.SetMessageText("busy"); }, "busy", "busy"},
+           {[&] { look_at(500, 0, 1); }, "Opens it", "Opens it"},
+           {[&] { look_at(0, MF_POPUP, 1); }, "", ""},
+           {[&] { look_at(0, 0xFFFF, 0); }, "", "Ready"},
+           {[&] { look_at(0, 0xFFFF, 0), frame.SetMessageText("done"); }, "done", "done"}}) {
+    step();
+    EXPECT_EQ(bar.GetPaneText(0), now);
+    frame.SendMessage(WM_IDLEUPDATECMDUI, 1);
+    EXPECT_EQ(bar.GetPaneText(0), when_idle);
+  }
+}
+
 TEST_F(StatusBars, AreBroughtUpToDateByHandlersWhichMayEndThem) {
   const UINT ids[] = {0, 10, 11};
   ASSERT_TRUE(bar.Create(&frame) && bar.SetIndicators(ids) && bar.SetPaneText(0, "m"));

@@ -288,6 +288,23 @@ TEST(DocTemplate, SeveralFramesOfADocumentAreNumberedAndOnlyTheLastAsks) {
             "ToolSave changes to Text1?|Save changes to Text1?|");
 }
 
+TEST(DocTemplate, FramesMayEndWhileOthersOfTheDocumentAreNumbered) {
+  for (const bool all : {false, true}) {
+    Session session;
+    Doc* const doc = session.New();
+    std::vector<CFrameWnd*> frames{&doc->Frame()};
+    while (frames.size() < 4) frames.push_back(session.kind->CreateNewFrame(doc, nullptr));
+    g_at["title"] = [&] {
+      g_at.clear();
+      all ? doc->OnCloseDocument() : void(frames[1]->DestroyWindow());
+    };
+    doc->SetTitle("x");
+    if (all) continue;
+    const CString titles = frames[0]->GetWindowText() + frames[2]->GetWindowText();
+    EXPECT_EQ(titles + frames[3]->GetWindowText(), "x:1x:2x:3");
+  }
+}
+
 TEST(DocTemplate, ShowsItsMenuAndTakesItsKeysWhileADocumentIsActive) {
   Session session;
   CFrameWnd* const plain = session.kind->CreateNewFrame(nullptr, nullptr);
@@ -336,6 +353,33 @@ TEST(Application, ClosesOnlyWhenAllThatWasChangedIsSavedOrGivenUp) {
   EXPECT_EQ(session.Told(), "Save changes to Text2?|Save changes to Text1?|");
   EXPECT_EQ(session.Count(), 0U);
   session.app.m_pMainWnd = &session.main;
+}
+
+TEST(Application, AnotherMainFrameAsksOnlyForTheDocumentsThatGoWithIt) {
+  Session session({BUTTON_CANCEL, BUTTON_NO});
+  CMDIFrameWnd other;
+  other.Create("Main", "Other", {0, 0, 400, 300}, 128);
+  Doc* const both = session.Open("both");
+  other.SetActiveWindow();
+  Doc* const there = session.Open("there");
+  CFrameWnd* const second = session.kind->CreateNewFrame(both, nullptr);
+  EXPECT_TRUE(other.IsChild(second) && other.IsChild(&there->Frame()) &&
+              session.main.IsChild(&both->Frame()));
+  session.app.OpenDocumentFile(both->GetPathName());
+  EXPECT_EQ(CWnd::GetActiveWindow(), &session.main);
+  session.app.OpenDocumentFile(there->GetPathName());
+  EXPECT_EQ(CWnd::GetActiveWindow(), &other) << "the frame that shows the document";
+  EXPECT_EQ(other.GetMenu()->GetMenuItemID(0), 40001U);
+  both->Change("x");
+  there->Change("y");
+  std::string told;
+  g_at["before close"] = [&] { told += '!'; };
+  for (int times = 0; times < 2; ++times) {
+    other.SendMessage(WM_CLOSE);
+    told += session.Told() + std::to_string(session.Count());
+  }
+  EXPECT_EQ(told, "Save changes to %/there?|2!!Save changes to %/there?|1");
+  EXPECT_TRUE(other.GetSafeHwnd() == nullptr && both->GetViews().size() == 1);
 }
 
 TEST(Application, EndsItsSessionByAskingAndThenWithoutQuestionsAndIdlesWithItsDocuments) {

@@ -96,6 +96,10 @@ struct View : CView, Counted {
 
 struct Child : CMDIChildWnd, Counted {
   DECLARE_DYNCREATE(Child)
+  void OnUpdateFrameTitle(bool add_document) override {
+    CMDIChildWnd::OnUpdateFrameTitle(add_document);
+    At("title");
+  }
 };
 struct Top : CFrameWnd, Counted {
   DECLARE_DYNCREATE(Top)

@@ -154,10 +154,12 @@ void CDocManager::ActivateDocument(CDocument& document) {
   const CView* const view = document.GetFirstView();
   CFrameWnd* const frame = view == nullptr ? nullptr : view->GetParentFrame();
   if (frame == nullptr) return;
+  const detail::Watched shown(*frame);
   frame->ActivateFrame();
-  CWnd* const main = AfxGetMainWnd();
-  CFrameWnd* const main_frame = DYNAMIC_DOWNCAST(CFrameWnd, main);
-  if (main_frame != nullptr && main_frame != frame) main_frame->ActivateFrame();
+  if (!shown.IsThere()) return;
+  CWnd* const top = frame->GetTopLevelParent();
+  CFrameWnd* const main = DYNAMIC_DOWNCAST(CFrameWnd, top);
+  if (main != nullptr && main != frame) main->ActivateFrame();
 }
 
 // ---- What the person chooses

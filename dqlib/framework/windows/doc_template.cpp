@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <unordered_set>
 
 #include "dqlib/framework/windows/mdi_frame.h"
 #include "dqlib/framework/windows/message_box.h"
@@ -165,13 +166,22 @@ CMultiDocTemplate::CMultiDocTemplate(UINT resource_id, const CRuntimeClass* docu
 }
 
 CMultiDocTemplate::~CMultiDocTemplate() {
+  // Main frames may show the menu that is about to go.
+  std::unordered_set<HWND> around;
   for (CDocument* const document : std::vector(GetDocuments())) {
+    for (const CView* const view : document->GetViews()) {
+      CFrameWnd* const frame = view->GetParentFrame();
+      const CMDIChildWnd* const child = DYNAMIC_DOWNCAST(CMDIChildWnd, frame);
+      const CMDIFrameWnd* const main = child == nullptr ? nullptr : child->GetMDIFrame();
+      if (main != nullptr) around.insert(main->GetSafeHwnd());
+    }
     CDocTemplate::RemoveDocument(document);
   }
-  // The main frame may show the menu that is about to go.
-  CWnd* const main = AfxGetMainWnd();
-  CMDIFrameWnd* const frame = DYNAMIC_DOWNCAST(CMDIFrameWnd, main);
-  if (frame != nullptr) frame->OnUpdateFrameMenu();
+  for (const HWND each : around) {
+    CWnd* const main = CWnd::FromHandle(each);
+    CMDIFrameWnd* const frame = DYNAMIC_DOWNCAST(CMDIFrameWnd, main);
+    if (frame != nullptr) frame->OnUpdateFrameMenu();
+  }
 }
 
 CDocument* CMultiDocTemplate::OpenDocumentFile(const char* path, bool make_visible) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <unordered_set>
 
 #include "dqlib/framework/base/archive.h"
 #include "dqlib/framework/base/error_text.h"
@@ -103,8 +104,13 @@ void CDocument::RemoveView(CView* view) {
 }
 
 bool CDocument::HasViewOutside(const CFrameWnd& frame) const {
-  return std::ranges::any_of(m_views,
-                             [&](const CView* view) { return view->GetParentFrame() != &frame; });
+  return std::ranges::any_of(m_views, [&](const CView* view) {
+    const CWnd* around = view;
+    while (around != nullptr && around != &frame) {
+      around = around->GetParent() != nullptr ? around->GetParent() : around->GetOwner();
+    }
+    return around == nullptr;
+  });
 }
 
 void CDocument::UpdateAllViews(CView* sender, LPARAM hint, CObject* object) {
@@ -359,28 +365,33 @@ void CDocument::OnChangedViewList() {
   }
 }
 
-std::vector<CFrameWnd*> CDocument::Frames() const {
-  std::vector<CFrameWnd*> frames;
+std::vector<HWND> CDocument::Frames() const {
+  std::vector<HWND> frames;
+  std::unordered_set<HWND> known;
   for (const CView* const view : m_views) {
-    CFrameWnd* const frame = view->GetParentFrame();
-    const bool is_new = std::ranges::find(frames, frame) == frames.end();
-    if (frame != nullptr && frame->GetSafeHwnd() != nullptr && is_new) frames.push_back(frame);
+    const CFrameWnd* const frame = view->GetParentFrame();
+    const HWND handle = frame == nullptr ? nullptr : frame->GetSafeHwnd();
+    if (handle != nullptr && known.insert(handle).second) frames.push_back(handle);
   }
   return frames;
 }
 
 void CDocument::UpdateFrameCounts() {
-  const std::vector<CFrameWnd*> frames = Frames();
+  const Self self(this);
+  const std::uint64_t count = ++m_nFrameCounts;
+  const std::vector<HWND> frames = Frames();
   int number = 0;
-  for (CFrameWnd* const frame : frames) {
+  for (const HWND each : frames) {
     ++number;
-    const detail::Watched watched(*frame);
+    CWnd* const window = CWnd::FromHandle(each);
+    CFrameWnd* const frame = DYNAMIC_DOWNCAST(CFrameWnd, window);
+    if (frame == nullptr) continue;
     if (CMDIChildWnd* const child = DYNAMIC_DOWNCAST(CMDIChildWnd, frame)) {
       child->SetWindowNumber(frames.size() > 1 ? number : 0);
     }
     if (frame->GetActiveDocument() == this) frame->OnUpdateFrameTitle(true);
-    // What follows may be gone with it.
-    if (!watched.IsThere()) return;
+    // A handler may have ended the document, or frames, and then all were numbered anew.
+    if (!self || m_nFrameCounts != count) return;
   }
 }
 

@@ -35,7 +35,8 @@ class CDocument : public CCmdTarget {
   const std::vector<CView*>& GetViews() const { return m_views; }
   /// The first view, or null.
   CView* GetFirstView() const { return m_views.empty() ? nullptr : m_views.front(); }
-  /// Whether a view of it lies in another frame than this one.
+  /// Whether a view of it outlives the frame: it lies neither in that one or its child frames nor
+  /// in a window that it owns.
   bool HasViewOutside(const CFrameWnd& frame) const;
 
   /// Tells all views but the sender, which may be null, that the document has changed. What `hint`
@@ -80,7 +81,7 @@ class CDocument : public CCmdTarget {
   /// Asks the person whether to save a document that is modified, and saves it if they say so.
   /// False if they cancel, or it can't be saved: then what was to end it must not go on.
   virtual BOOL SaveModified();
-  /// Whether the frame may close: true if another frame shows the document too, else what
+  /// Whether the frame may close: true if a frame that stays shows the document too, else what
   /// `SaveModified` says.
   virtual bool CanCloseFrame(CFrameWnd* frame);
   /// A frame with views of the document is about to end. The base does nothing.
@@ -136,7 +137,7 @@ class CDocument : public CCmdTarget {
   void OnFileSaveAs() { DoSave(nullptr); }
   void OnFileClose();
   CString ProposedName() const;
-  std::vector<CFrameWnd*> Frames() const;
+  std::vector<HWND> Frames() const;
 
   CDocTemplate* m_pDocTemplate = nullptr;
   std::vector<CView*> m_views;
@@ -144,6 +145,8 @@ class CDocument : public CCmdTarget {
   std::vector<Update*> m_updates;
   /// The `Closing` in which the person has last given up the changes.
   std::uint64_t m_nGivenUpIn = 0;
+  /// How often the frames were numbered.
+  std::uint64_t m_nFrameCounts = 0;
   std::shared_ptr<const void> m_life = std::make_shared<char>();
 };
 

@@ -7,6 +7,7 @@
 #include "dqlib/framework/windows/status_bar.h"
 #include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/framework/windows/win_app.h"
+#include "dqlib/resources/string_ids.h"
 
 namespace dq {
 
@@ -65,6 +66,7 @@ bool CFrameWnd::CreateFrame(const WindowCreation& creation, UINT menu_id,
                             const CCreateContext* context) {
   if (menu_id != 0 && !LoadMenuBar(menu_id)) return false;
   title_ = std::string(creation.text);
+  ready_due_ = creation.parent == nullptr && message_text_.IsEmpty();
   if (!CreateWnd(creation)) return false;
   const Watched self(*this);
   if (own_menu_.m_hMenu != nullptr) SetMenu(&own_menu_);
@@ -199,6 +201,7 @@ CStatusBar* CFrameWnd::GetMessageBar() const {
 
 void CFrameWnd::SetMessageText(const char* text) {
   message_text_ = text == nullptr ? "" : text;
+  ready_due_ = false;
   if (GetSafeHwnd() == nullptr) return;
   Changed(WindowChange::kContent);
   if (CStatusBar* const bar = GetMessageBar()) bar->ShowMessage(message_text_);
@@ -252,7 +255,8 @@ bool CFrameWnd::IsMainWindow() const {
 void CFrameWnd::OnClose() {
   const Watched self(*this);
   const detail::Closing closing;
-  CDocument* const document = GetActiveDocument();
+  // Those of child frames are asked for together.
+  CDocument* const document = GetActiveFrame() == this ? GetActiveDocument() : nullptr;
   if (document != nullptr && !document->CanCloseFrame(this)) return;
   if (!self.IsThere()) return;
   if (IsMainWindow()) {
@@ -304,6 +308,9 @@ LRESULT CFrameWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
       return 0;
     case WM_IDLEUPDATECMDUI:
       if (layout_due_) RecalcLayout();
+      if (self.IsThere() && ready_due_ && GetMessageBar() != nullptr) {
+        SetMessageText(IDS_IDLE_MESSAGE);
+      }
       if (self.IsThere()) UpdateFloatingBars(wparam);
       return 0;
     case WM_INITMENUPOPUP: {
@@ -329,6 +336,7 @@ LRESULT CFrameWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
 void CFrameWnd::ShowMenuHelp(UINT id, UINT flags, bool in_menu) {
   const bool is_command = in_menu && (flags & (MF_POPUP | MF_SEPARATOR)) == 0;
   SetMessageText(is_command ? FirstPart(id).c_str() : "");
+  ready_due_ = !in_menu;
 }
 
 void CFrameWnd::PostNcDestroy() {

@@ -101,7 +101,9 @@ class CFrameWnd : public CWnd {
   /// The status bar that shows the frame's messages: its own one, or that of the frame around it;
   /// null if there is none.
   CStatusBar* GetMessageBar() const;
-  /// The text in the frame's message line, or "". The message bar shows it.
+  /// The text in the frame's message line, or "". The message bar shows it. In a frame of the top
+  /// level that nobody has given one, and when the help on a menu's item ends, it is the
+  /// framework's "Ready" as soon as the thread is idle.
   const CString& GetMessageText() const { return message_text_; }
   void SetMessageText(const char* text);
   /// The first part of the string up to "\n".
@@ -134,6 +136,8 @@ class CFrameWnd : public CWnd {
   /// Who gets the commands of its key combinations.
   virtual CWnd& KeyTarget() { return *this; }
 
+  /// Whether it is the application's main window.
+  bool IsMainWindow() const;
   /// The body of creation, where the window is made by `creation`.
   bool CreateFrame(const WindowCreation& creation, UINT menu_id, const CCreateContext* context);
   bool LoadMenuBar(UINT menu_id);
@@ -150,8 +154,6 @@ class CFrameWnd : public CWnd {
     CRect place;
   };
 
-  /// Whether it is the application's.
-  bool IsMainWindow() const;
   void ShowMenuHelp(UINT id, UINT flags, bool in_menu);
   /// All bars: those that can't be docked, which lie farthest out, the others, and the floating.
   std::vector<HWND> ControlBars() const;
@@ -175,6 +177,8 @@ class CFrameWnd : public CWnd {
   /// The frames of its floating bars, and maybe some that have ended.
   std::vector<HWND> floating_;
   bool layout_due_ = false;
+  /// The message line is to say that the frame is ready.
+  bool ready_due_ = false;
   bool laying_out_ = false;
   bool lay_out_again_ = false;
   bool deletes_itself_ = false;

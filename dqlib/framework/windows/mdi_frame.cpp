@@ -1,5 +1,8 @@
 #include "dqlib/framework/windows/mdi_frame.h"
 
+#include <unordered_set>
+#include <vector>
+
 #include "dqlib/framework/windows/document.h"
 #include "dqlib/framework/windows/message_queue.h"
 #include "dqlib/framework/windows/ui_state.h"
@@ -8,6 +11,7 @@
 namespace dq {
 
 using detail::Watched;
+using WatchedDocument = detail::WatchedObject<CDocument>;
 
 namespace {
 
@@ -27,6 +31,17 @@ CRect NextPlace(const CWnd& client, const CWnd* before) {
   if (before != nullptr) at.Offset(kStep, kStep);
   if (at.x > room.Width() / 4 || at.y > room.Height() / 4) at = {};
   return {at.x, at.y, at.x + size.cx, at.y + size.cy};
+}
+
+/// Adds the documents of the views below a window.
+void AddDocuments(const CWnd& window, std::vector<WatchedDocument>& documents,
+                  std::unordered_set<CDocument*>& known) {
+  for (CWnd* child = window.GetTopWindow(); child != nullptr; child = child->GetNextWindow()) {
+    const CView* const view = DYNAMIC_DOWNCAST(CView, child);
+    CDocument* const document = view == nullptr ? nullptr : view->GetDocument();
+    if (document != nullptr && known.insert(document).second) documents.emplace_back(document);
+    AddDocuments(*child, documents, known);
+  }
 }
 
 /// The next child frame that a person can use, below `from` and then from the top on; null if there
@@ -148,6 +163,41 @@ CDocument* CMDIFrameWnd::GetActiveDocument() {
   return child == nullptr ? CFrameWnd::GetActiveDocument() : child->GetActiveDocument();
 }
 
+bool CMDIFrameWnd::CloseOwnDocuments() {
+  std::vector<WatchedDocument> documents;
+  std::unordered_set<CDocument*> known;
+  AddDocuments(*this, documents, known);
+  const Watched self(*this);
+  for (const WatchedDocument& document : documents) {
+    if (document && !document->CanCloseFrame(this)) return false;
+    if (!self.IsThere()) return false;
+  }
+  for (const WatchedDocument& document : documents) {
+    if (!document || !document->m_bAutoDelete || document->HasViewOutside(*this)) continue;
+    document->OnCloseDocument();
+    if (!self.IsThere()) return false;
+  }
+  // Those that stay are told of the frames that go.
+  std::vector<HWND> frames;
+  const CWnd* const first = client_ == nullptr ? nullptr : client_->GetTopWindow();
+  for (const CWnd* each = first; each != nullptr; each = each->GetNextWindow()) {
+    frames.push_back(each->GetSafeHwnd());
+  }
+  for (const HWND each : frames) {
+    CMDIChildWnd* const child = ToChild(each);
+    CDocument* const document = child == nullptr ? nullptr : child->GetActiveDocument();
+    if (document != nullptr) document->PreCloseFrame(child);
+    if (!self.IsThere()) return false;
+  }
+  return true;
+}
+
+void CMDIFrameWnd::OnClose() {
+  const detail::Closing closing;
+  // The application's own asks for all documents, wherever they are shown.
+  if (IsMainWindow() || CloseOwnDocuments()) CFrameWnd::OnClose();
+}
+
 BOOL CMDIFrameWnd::OnCmdMsg(UINT id, int code, void* extra, void* handler_info) {
   const Watched self(*this);
   CMDIChildWnd* const child = MDIGetActive();
@@ -186,8 +236,10 @@ bool CMDIChildWnd::Create(const char* class_name, const char* caption, const CRe
 }
 
 bool CMDIChildWnd::LoadFrame(UINT resource_id, CWnd* parent, const CCreateContext* context) {
-  if (parent == nullptr) parent = AfxGetMainWnd();
-  CMDIFrameWnd* const main = DYNAMIC_DOWNCAST(CMDIFrameWnd, parent);
+  CWnd* const around = parent != nullptr ? parent : GetActiveWindow();
+  CMDIFrameWnd* main = DYNAMIC_DOWNCAST(CMDIFrameWnd, around);
+  CWnd* const usual = parent == nullptr ? AfxGetMainWnd() : nullptr;
+  if (main == nullptr) main = DYNAMIC_DOWNCAST(CMDIFrameWnd, usual);
   CWnd* const client = main == nullptr ? nullptr : main->GetMDIClient();
   if (client == nullptr) return false;
   LoadAccelTable(resource_id);

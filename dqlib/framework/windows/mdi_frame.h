@@ -37,11 +37,17 @@ class CMDIFrameWnd : public CFrameWnd {
   BOOL OnCmdMsg(UINT id, int code, void* extra, void* handler_info) override;
   BOOL PreTranslateMessage(MSG* message) override;
 
+ protected:
+  /// Another main frame than the application's asks for, and closes, the documents that are shown
+  /// nowhere else.
+  void OnClose() override;
+
  private:
   friend class CMDIChildWnd;
   class Client;
 
   void Activate(CMDIChildWnd* child);
+  bool CloseOwnDocuments();
 
   std::unique_ptr<Client> client_;
   HWND active_child_ = nullptr;
@@ -61,8 +67,8 @@ class CMDIChildWnd : public CFrameWnd {
   /// Makes it in the parent's client window and makes it the active one.
   bool Create(const char* class_name, const char* caption, const CRect& place, CMDIFrameWnd* parent,
               const CCreateContext* context = nullptr);
-  /// Makes it, hidden, in the client window of `parent`, or without one of the application's main
-  /// window, a place behind the child frame before; the menu is the template's.
+  /// Makes it, hidden, in the client window of `parent`, or without one of the active main frame or
+  /// the application's, a place behind the child frame before; the menu is the template's.
   bool LoadFrame(UINT resource_id, CWnd* parent = nullptr,
                  const CCreateContext* context = nullptr) override;
   CMDIFrameWnd* GetMDIFrame() const;

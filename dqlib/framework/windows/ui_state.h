@@ -126,10 +126,12 @@ class WatchedObject {
 };
 
 /// While a frame closes with all that goes along, a person who has given up the changes of a
-/// document isn't asked about them again.
+/// document isn't asked about them again. One within another is part of that.
 class Closing {
  public:
-  Closing() : former_(std::exchange(CurrentUi().closing, ++CurrentUi().closings)) {}
+  Closing() : former_(CurrentUi().closing) {
+    if (former_ == 0) CurrentUi().closing = ++CurrentUi().closings;
+  }
   Closing(const Closing&) = delete;
   Closing& operator=(const Closing&) = delete;
   ~Closing() { CurrentUi().closing = former_; }
