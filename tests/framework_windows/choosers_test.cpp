@@ -79,12 +79,13 @@ TEST(FileDialog, AsksByItsFlagsAndFilterAndGivesThePartsOfWhatWasChosen) {
 
 /// Printers that can't be printed on.
 struct KnownPrinters : platform::Printing {
-  platform::Result<std::vector<std::string>> Printers() override { return {{"one", "two"}}; }
+  platform::Result<std::vector<std::string>> Printers() override { return known; }
   platform::Result<std::string> DefaultPrinter() override { return std::string("two"); }
   platform::PrintOutcome Print(const platform::PrintJob&,
                                const platform::DocumentReader&) override {
     return {};
   }
+  std::vector<std::string> known{"one", "two"};
 };
 
 TEST(PrintDialog, AsksByItsFlagsAndMakesAJobOfWhatWasChosen) {
@@ -133,6 +134,9 @@ TEST(PrintDialog, AsksByItsFlagsAndMakesAJobOfWhatWasChosen) {
   EXPECT_EQ(dialog.DoModal(), IDOK);
   EXPECT_EQ(asked.choice.printer, "one") << "begins with what was chosen";
   EXPECT_EQ(state(), " 1 1 0 -1 -1 0 0 1");
+  printers.known.clear();
+  EXPECT_EQ(dialog.DoModal(), IDOK);
+  EXPECT_EQ(asked.choice.printer, "") << "none to choose from";
 }
 
 /// Three pages, of which the steps are logged.

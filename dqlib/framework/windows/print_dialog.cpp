@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "dqlib/framework/windows/file_dialog.h"
+#include "dqlib/framework/windows/screen.h"
 #include "dqlib/platform/platform.h"
 #include "dqlib/platform/seam_texts.h"
 
@@ -36,10 +37,13 @@ void CPrintDialog::SetPageRange(int first, int last) {
 
 int CPrintDialog::DoModal() {
   const platform::Platform& services = platform::Current();
-  // A system that doesn't tell its printers prints on the default one.
-  question_.printers = services.printing->Printers().value;
-  if (question_.choice.printer.empty()) {
-    question_.choice.printer = services.printing->DefaultPrinter().value;
+  {
+    const CWaitCursor wait;
+    // A system that doesn't tell its printers prints on the default one.
+    question_.printers = services.printing->Printers().value;
+    if (!question_.printers.empty() && question_.choice.printer.empty()) {
+      question_.choice.printer = services.printing->DefaultPrinter().value;
+    }
   }
   std::optional<platform::PrintChoice> chosen = services.prompts->ChoosePrint(question_);
   if (!chosen) return IDCANCEL;
