@@ -153,6 +153,19 @@ TEST_F(Activation, RaisesTheActiveChildFrameAndGoesRoundAll) {
   EXPECT_EQ(main.MDIGetActive(), nullptr);
 }
 
+TEST_F(Activation, ComesBackToTheWindowAroundTheOwner) {
+  for (const bool hides : {false, true}) {
+    CWnd owned;
+    owned.CreateWnd({.class_name = "Owned", .text = "owned", .owner = &a});
+    owned.SetActiveWindow();
+    EXPECT_EQ(State(), "a+= one a owned");
+    hides ? void(owned.ShowWindow(SW_HIDE)) : void(owned.DestroyWindow());
+    EXPECT_TRUE(CWnd::GetActiveWindow() == &main && CWnd::GetFocus() == &a);
+  }
+  other.SetActiveWindow();
+  EXPECT_TRUE(b.SetActiveWindow() == &other && CWnd::GetActiveWindow() == &main);
+}
+
 TEST_F(Activation, KeysOfTheFramesComeBeforeThoseOfAForm) {
   form.GetDlgItem(2)->SetFocus();
   two.GetAccelTable().Read("F1 7\n");
@@ -185,7 +198,7 @@ TEST(PropertySheetKeys, TurnThePagesAndTakeTheFocusAlong) {
   for (Page* const page : {&a, &b, &c}) sheet.AddPage(page);
   ASSERT_TRUE(sheet.Create(&main));
   sheet.ShowWindow(SW_SHOW);
-  a.GetDlgItem(2)->SetFocus();
+  EXPECT_EQ(CWnd::GetFocus(), a.GetDlgItem(2)) << "the first control of the page";
   const std::vector<int> control{VK_CONTROL}, both{VK_CONTROL, VK_SHIFT};
   const auto nothing = [] {};
   for (const auto& [before, held, key, state] :

@@ -279,7 +279,10 @@ BOOL CPropertySheet::PreTranslateMessage(MSG* message) {
 bool CPropertySheet::OpenPage(CPropertyPage* page) {
   if (page->GetSafeHwnd() != nullptr) return true;
   const std::optional<DialogTemplate> pattern = page->Template();
-  return pattern && page->CreateIndirect(*pattern, this, true);
+  if (!pattern || !page->CreateIndirect(*pattern, this, true)) return false;
+  // Its controls come before the sheet's buttons.
+  page->SetWindowOrder(m_pTabs.get());
+  return true;
 }
 
 bool CPropertySheet::Activate(CPropertyPage* page) {

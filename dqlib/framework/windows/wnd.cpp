@@ -156,9 +156,9 @@ BOOL CWnd::DestroyWindow() {
     return 0;
   }
   destroying_ = true;
-  const HWND owner = t_ui.active == self && owner_ != nullptr && owner_->parent_ == nullptr
-                         ? owner_->m_hWnd.load()
-                         : nullptr;
+  const HWND heir = t_ui.active == self && owner_ != nullptr
+                        ? owner_->GetTopLevelParent()->m_hWnd.load()
+                        : nullptr;
   steps.Take([this] { LeaveFocus(*this, true); });
   // The last one is the next to be told.
   std::vector<HWND> waiting{self};
@@ -177,7 +177,7 @@ BOOL CWnd::DestroyWindow() {
     }
   }
   if (MessageQueue::FindOwnWindow(self) == this) TakeDownTree(steps);
-  CWnd* const next = t_ui.active == nullptr ? MessageQueue::FindOwnWindow(owner) : nullptr;
+  CWnd* const next = t_ui.active == nullptr ? MessageQueue::FindOwnWindow(heir) : nullptr;
   if (next != nullptr && next->enabled_ && next->IsWindowVisible()) {
     steps.Take([next] { next->SetActiveWindow(); });
   }

@@ -194,10 +194,11 @@ class CWnd : public CCmdTarget {
   CWnd* SetCapture();
   static CWnd* GetCapture();
   static void ReleaseCapture();
-  /// Makes it the active one of the thread's top-level windows, and returns the former: that one
-  /// gets `WM_ACTIVATE` with `WA_INACTIVE`, this one with `by_click` or `WA_ACTIVE`. What had the
-  /// focus in a window when it stopped being active gets it back; else the window itself does. One
-  /// that is disabled doesn't become active.
+  /// Makes it, or the top-level window around it, the active one of the thread's top-level windows,
+  /// and returns the former: that one gets `WM_ACTIVATE` with `WA_INACTIVE`, this one with
+  /// `by_click` or `WA_ACTIVE`. What had the focus in a window when it stopped being active gets it
+  /// back, unless another one was to have it then; else the window itself does. One that is
+  /// disabled doesn't become active.
   CWnd* SetActiveWindow(bool by_click = false);
   static CWnd* GetActiveWindow();
   /// None of the thread's windows is active any more: the person works with another program.

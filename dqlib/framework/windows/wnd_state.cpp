@@ -174,12 +174,12 @@ void CWnd::LeaveCapture(const CWnd& window) {
   if (capture != nullptr && (capture == &window || window.IsChild(capture))) ReleaseCapture();
 }
 
-/// A window that is hidden, or ends, isn't the active one any more: its owner is, if a person can
-/// use that, or none.
+/// A window that is hidden isn't the active one any more: the window of its owner is, if a person
+/// can use that, or none.
 void CWnd::PassActivity() {
-  if (owner_ != nullptr && owner_->parent_ == nullptr && owner_->enabled_ &&
-      owner_->IsWindowVisible()) {
-    owner_->SetActiveWindow();
+  CWnd* const heir = owner_ == nullptr ? nullptr : owner_->GetTopLevelParent();
+  if (heir != nullptr && heir->enabled_ && heir->IsWindowVisible()) {
+    heir->SetActiveWindow();
   } else {
     LeaveActiveWindow();
   }
@@ -265,10 +265,11 @@ CWnd* CWnd::HandCapture(HWND now) {
 }
 
 CWnd* CWnd::SetActiveWindow(bool by_click) {
+  const CWnd* const top = GetTopLevelParent();
   // A modal dialog has disabled it: that one is active.
-  if (m_hWnd == nullptr || !enabled_) return GetActiveWindow();
+  if (m_hWnd == nullptr || !top->enabled_) return GetActiveWindow();
   const HWND former = detail::CurrentUi().active;
-  Activate(m_hWnd, by_click ? WA_CLICKACTIVE : WA_ACTIVE);
+  Activate(top->m_hWnd, by_click ? WA_CLICKACTIVE : WA_ACTIVE);
   return MessageQueue::FindOwnWindow(former);
 }
 
