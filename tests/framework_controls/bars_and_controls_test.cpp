@@ -170,6 +170,7 @@ TEST(HotKey, TakesWhatAPersonPressesByItsRules) {
   }
   layer.held = {VK_CONTROL};
   holder->SendMessage(WM_KEYDOWN, VK_HOME, 1 << 24);
+  EXPECT_TRUE(holder->Enter("Ctrl+Home"));
   EXPECT_EQ(holder->GetHotKey(), 0x000A0024U) << "an extended key";
   layer.held = {};
   for (const auto& [entered, text] : Cases<2>(R"(alt+num5 => Alt+Num5 ;; x => Ctrl+X
@@ -218,6 +219,10 @@ TEST_F(DateTimes, AreLaidOutAndReadByTheirFormat) {
     holder->Enter(entered);
     EXPECT_EQ(Text(), then) << format << " " << entered;
   }
+  COleDateTime time(1924, 1, 31, 0, 0, 0);
+  holder->SetFormat("d.M.yy");
+  EXPECT_TRUE(holder->SetTime(time) && holder->Enter("1.2.24") && holder->GetTime(time));
+  EXPECT_EQ(time.GetYear(), 1924) << "a century that isn't shown stays";
 }
 
 TEST_F(DateTimes, PartsAreSteppedAndTyped) {

@@ -136,7 +136,8 @@ bool TakePart(const PicturePart& part, std::string_view& text, Reading12& read) 
       return false;
     case DatePart::kYear: {
       const std::size_t digits = TakeDigits(text, 4, number);
-      read.time.year = digits > 2 ? number : FullYear(number);
+      const bool is_same = digits <= 2 && number == read.time.year % 100;
+      if (!is_same) read.time.year = digits > 2 ? number : FullYear(number);
       return digits > 0;
     }
     case DatePart::kMonth:

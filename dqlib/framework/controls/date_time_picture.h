@@ -43,9 +43,9 @@ class DatePicture {
   /// The text of a part for a point in time that exists.
   static std::string TextOf(const PicturePart& part, const DateTimeParts& time);
   /// Reads a text that is laid out like the picture: numbers with or without leading zeros, years
-  /// of two digits (1930 to 2029) or of four, names in full or short in any case, and any blanks
-  /// around what stands between them. What the picture hasn't stays as in `time`. No value if it
-  /// isn't, or there is no such time.
+  /// of two digits (that of `time` where it has them, else 1930 to 2029) or of four, names in full
+  /// or short in any case, and any blanks around what stands between them. What the picture hasn't
+  /// stays as in `time`. No value if it isn't, or there is no such time.
   std::optional<DateTimeParts> Read(std::string_view text, const DateTimeParts& time) const;
 
  private:

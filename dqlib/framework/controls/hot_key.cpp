@@ -94,6 +94,8 @@ void CHotKeyCtrl::Describe(platform::DialogControl& control) const {
 
 bool CHotKeyCtrl::Enter(std::string_view value) {
   if (!TakesInput()) return false;
+  // A name doesn't tell which of two keys with one number it is.
+  if (value == GetWindowText().View()) return true;
   if (value.empty()) return Change(0, 0);
   const auto keys = detail::ReadCombination(value);
   if (!keys) return false;
