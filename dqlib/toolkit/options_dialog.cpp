@@ -6,6 +6,7 @@
 #include "dqlib/frame/resources.h"
 #include "dqlib/framework/controls/combo_box.h"
 #include "dqlib/framework/windows/message_box.h"
+#include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/framework/windows/win_thread.h"
 #include "dqlib/resources/string_ids.h"
 
@@ -73,6 +74,7 @@ std::optional<DialogTemplate> CDQOptionsPage::MakeTemplate() {
 }
 
 BOOL CDQOptionsPage::OnInitDialog() {
+  m_bOnlyCheck = false;
   m_options.LoadOptions();
   for (const auto& [id, names_id] : m_names) {
     auto* const combo = dynamic_cast<CComboBox*>(GetDlgItem(id));
@@ -96,10 +98,8 @@ void CDQOptionsPage::DoDataExchange(CDataExchange* exchange) {
 }
 
 bool CDQOptionsPage::ClosePossible() {
-  m_bOnlyCheck = true;
-  const bool possible = CDQSftTabsPage::ClosePossible();
-  m_bOnlyCheck = false;
-  return possible;
+  const detail::SetWhile checking(*this, m_bOnlyCheck);
+  return CDQSftTabsPage::ClosePossible();
 }
 
 void CDQOptionsPage::OnOK() {

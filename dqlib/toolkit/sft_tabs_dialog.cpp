@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "dqlib/frame/resources.h"
+#include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/toolkit/tab_strip.h"
 
 namespace dq {
@@ -108,11 +109,9 @@ bool CDQSftTabsDialog::Leave() {
   CDQSftTabsPage* const present = GetPage(m_nActive);
   if (present == nullptr) return true;
   const HWND self = GetSafeHwnd();
-  m_bSwitching = true;
+  const detail::SetWhile switching(*this, m_bSwitching);
   const bool possible = present->SwitchPossible();
-  if (!IsStill(self)) return false;
-  m_bSwitching = false;
-  return possible;
+  return IsStill(self) && possible;
 }
 
 bool CDQSftTabsDialog::Open(int index) {

@@ -31,19 +31,6 @@ CView* FirstView(CWnd* pane) {
   return view;
 }
 
-/// Takes a mark back at the end, however that comes, if the window is still there.
-struct Undo {
-  const Watched& window;
-  bool& mark;
-
-  Undo(const Watched& of, bool& set) : window(of), mark(set) {}
-  Undo(const Undo&) = delete;
-  Undo& operator=(const Undo&) = delete;
-  ~Undo() {
-    if (window.IsThere()) mark = false;
-  }
-};
-
 }  // namespace
 
 IMPLEMENT_DYNCREATE(CFrameWnd, CWnd)
@@ -140,8 +127,7 @@ void CFrameWnd::RecalcLayout() {
   layout_due_ = false;
   if (laying_out_ || GetSafeHwnd() == nullptr || IsIconic()) return;
   const Watched self(*this);
-  laying_out_ = true;
-  const Undo done(self, laying_out_);
+  const detail::SetWhile laying_out(*this, laying_out_);
   // Bars that change while they are laid out may ask for it once more, but not for ever.
   constexpr int kMostRounds = 4;
   for (int round = 0; lay_out_again_ && round < kMostRounds; ++round) {

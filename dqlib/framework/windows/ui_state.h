@@ -106,6 +106,21 @@ class Watched {
   std::size_t ended_;
 };
 
+/// A mark of a window that is set for the lifetime of this object, however that ends.
+class SetWhile {
+ public:
+  SetWhile(const CWnd& window, bool& mark) : window_(window), mark_(mark) { mark = true; }
+  SetWhile(const SetWhile&) = delete;
+  SetWhile& operator=(const SetWhile&) = delete;
+  ~SetWhile() {
+    if (window_.IsThere()) mark_ = false;
+  }
+
+ private:
+  Watched window_;
+  bool& mark_;
+};
+
 /// An object that is no window and tells by its `GetLife` when it goes, as documents do.
 template <typename Object>
 class WatchedObject {
