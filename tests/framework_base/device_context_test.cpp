@@ -201,10 +201,10 @@ TEST_F(Drawing, LinesAndRectangles) {
             }),
             "fill 1,2 4,3 010000;fill 1,2 2,4 010000;fill 3,2 4,4 020000;fill 1,3 4,4 020000;");
   EXPECT_EQ(drawn([&] {
-              dc.DrawFocusRect({0, 0, 3, 2});
+              dc.DrawFocusRect({0, 0, 3, 2}), dc.DrawFocusRect({5, 5, 6, 6});
             }),
             "line 0,0 2,0 000000 dot;line 2,0 2,1 000000 dot;line 2,1 0,1 000000 dot;"
-            "line 0,1 0,0 000000 dot;");
+            "line 0,1 0,0 000000 dot;line 5,5 6,5 000000 dot;");
   EXPECT_EQ(drawn([&] {
               dc.DrawEdge({0, 0, 9, 9}, EDGE_SUNKEN, BF_TOP | BF_MIDDLE);
             }),

@@ -257,6 +257,8 @@ void CDC::DrawFrame(const CRect& rect, const CPen& pen) {
                             {rect.right - 1, rect.bottom - 1},
                             {rect.left, rect.bottom - 1}};
   for (std::size_t i = 0; i < 4; ++i) DrawSegment(corners[i], corners[(i + 1) % 4], pen);
+  // Lines leave out their last point, and so those of a single pixel all they have.
+  if (corners[0] == corners[2]) DrawSegment(corners[0], {rect.right, rect.top}, pen);
 }
 
 bool CDC::DrawBitmap(const CRect& place, HBITMAP picture, const BitmapDrawing& how) {
