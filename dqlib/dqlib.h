@@ -55,6 +55,7 @@
 #include "dqlib/framework/base/archive.h"
 #include "dqlib/framework/base/array.h"
 #include "dqlib/framework/base/c_string.h"
+#include "dqlib/framework/base/c_time.h"
 #include "dqlib/framework/base/device_context.h"
 #include "dqlib/framework/base/drawing.h"
 #include "dqlib/framework/base/event.h"

@@ -485,5 +485,31 @@ Marching 3 ;; 31/31/31 ;; 13/14/15 ;; 10:20:30,5 ;; 2001-13 ;; 2001-0 ;; 13/2001
   EXPECT_EQ(Read("5:30\xFF") + Read(nullptr), "");
 }
 
+TEST(Time, CountsSecondsFromTheUsersMidnightOf1970) {
+  const CTime day(1970, 1, 1, 0, 0, 0), time(2001, 2, 3, 4, 5, 6);
+  EXPECT_EQ((CTime(1970, 1, 1, 7, 30, 5) - day).GetTotalSeconds(), 27005);
+  EXPECT_EQ(time.Format("%Y/%m/%d(%H:%M:%S) %a") + time.Format(nullptr),
+            "2001/02/03(04:05:06) Sat");
+  EXPECT_EQ(time.GetYear() + time.GetMonth() + time.GetDay(), 2006);
+  EXPECT_EQ(time.GetHour() + time.GetMinute() * 10 + time.GetSecond() * 100, 654);
+  EXPECT_TRUE(time.GetDayOfWeek() == 7 && CTime(time.GetTime()) == time && day < time);
+  SYSTEMTIME parts;
+  EXPECT_TRUE(time.GetAsSystemTime(parts) && CTime(parts) == time);
+  const CTime none[] = {CTime(),
+                        CTime(1969, 12, 31, 23, 59, 59),
+                        CTime(2001, 2, 29, 0, 0, 0),
+                        CTime(2001, 2, 1, 24, 0, 0),
+                        CTime(2001, 0, 1, 0, 0, 0),
+                        CTime(2001, 1, 0x10001, 0, 0, 0),
+                        CTime(10000, 1, 1, 0, 0, 0),
+                        CTime(-86400 * 3),
+                        CTime(std::numeric_limits<std::int64_t>::max())};
+  for (const CTime& each : none) {
+    EXPECT_TRUE(!each.IsValid() && each.GetYear() == -1 && each.GetDayOfWeek() == -1);
+    EXPECT_TRUE(each.Format("%Y") == "" && (time - each).GetTotalSeconds() == 0);
+    EXPECT_FALSE(each.GetAsSystemTime(parts));
+  }
+}
+
 }  // namespace
 }  // namespace dq::test

@@ -93,6 +93,17 @@ TEST(Clock, KnowsTheTimeOfDayInTheUsersZone) {
                 nullptr};
   EXPECT_NEAR(std::difftime(now, std::mktime(&parts)), 0, 60);
   EXPECT_TRUE(parts.tm_wday == time.wDayOfWeek && time.wMilliseconds < 1000);
+  {
+    const ScopedVariable zone("TZ", "EST5EDT,M3.2.0,M11.1.0");
+    ::tzset();
+    Clock& clock = *System().clock;
+    // Half past two doesn't exist in the night when clocks go forward.
+    EXPECT_EQ(clock.SecondsOf({2024, 3, 0, 10, 2, 30, 0, 0}), 1710055800);
+    EXPECT_EQ(clock.LocalTimeOf(1710055800), (SYSTEMTIME{2024, 3, 0, 10, 3, 30, 0, 0}));
+    EXPECT_EQ(clock.SecondsOf({1969, 12, 0, 31, 18, 59, 59, 0}), -1);
+    EXPECT_FALSE(clock.SecondsOf({2023, 2, 0, 29, 0, 0, 0, 0}) || clock.LocalTimeOf(1LL << 62));
+  }
+  ::tzset();
 }
 
 TEST(SystemErrors, TextIsTheSystemsOwnAndTheLastErrorTheThreadsAndKindsSayWhatCallersDo) {

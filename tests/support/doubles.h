@@ -30,6 +30,12 @@ class ManualClock : public platform::Clock {
   DWORD TickCount() override { return now_; }
   std::int64_t SecondsSince1970() override { return seconds; }
   SYSTEMTIME LocalTime() override { return local_time; }
+  std::optional<SYSTEMTIME> LocalTimeOf(std::int64_t moment) override {
+    return platform::System().clock->LocalTimeOf(moment);
+  }
+  std::optional<std::int64_t> SecondsOf(const SYSTEMTIME& local) override {
+    return platform::System().clock->SecondsOf(local);
+  }
   /// Moves on by so many milliseconds; wraps as the system's does.
   void Advance(DWORD milliseconds) { now_ += milliseconds; }
 

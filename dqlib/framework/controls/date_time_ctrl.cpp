@@ -111,6 +111,18 @@ bool CDateTimeCtrl::GetTime(COleDateTime& time) const {
   return has_time_;
 }
 
+bool CDateTimeCtrl::SetTime(const CTime& time) {
+  SYSTEMTIME parts;
+  return time.GetAsSystemTime(parts) && SetTime(&parts);
+}
+
+bool CDateTimeCtrl::GetTime(CTime& time) const {
+  SYSTEMTIME parts;
+  if (GetTime(&parts) == GDT_NONE) return false;
+  time = CTime(parts);
+  return true;
+}
+
 DWORD CDateTimeCtrl::GetTime(SYSTEMTIME* time) const {
   if (!has_time_) return GDT_NONE;
   if (time != nullptr) ValueOf(time_).GetAsSystemTime(*time);

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "dqlib/framework/base/c_time.h"
 #include "dqlib/framework/base/ole_date_time.h"
 #include "dqlib/framework/controls/control.h"
 #include "dqlib/framework/controls/date_time_picture.h"
@@ -48,8 +49,10 @@ class CDateTimeCtrl : public Control {
   /// and is refused unless the control may have none.
   bool SetTime(const COleDateTime& time);
   bool SetTime(const SYSTEMTIME* time);
+  bool SetTime(const CTime& time);
   /// The value. False, or `GDT_NONE`, and no change, if there is none.
   bool GetTime(COleDateTime& time) const;
+  bool GetTime(CTime& time) const;
   DWORD GetTime(SYSTEMTIME* time) const;
   bool HasTime() const { return has_time_; }
 
