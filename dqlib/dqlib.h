@@ -83,6 +83,8 @@
 #include "dqlib/framework/controls/date_time_ctrl.h"
 #include "dqlib/framework/controls/dialog_exchange.h"
 #include "dqlib/framework/controls/edit.h"
+#include "dqlib/framework/controls/edit_model.h"
+#include "dqlib/framework/controls/edit_view.h"
 #include "dqlib/framework/controls/hot_key.h"
 #include "dqlib/framework/controls/image_list.h"
 #include "dqlib/framework/controls/list_box.h"

@@ -302,6 +302,12 @@ TEST_F(DateTimes, HaveARangeOrNoValueAndNotifyOfWhatAPersonDoes) {
     DDX_DateTimeCtrl(&save, 7, time);
     EXPECT_EQ(time.GetStatus(), status);
   }
+  for (CTime given : {CTime(), CTime(2024, 2, 28, 0, 0, 0)}) {
+    CTime moment(5);
+    DDX_DateTimeCtrl(&show, 7, given);
+    DDX_DateTimeCtrl(&save, 7, moment);
+    EXPECT_TRUE(moment == given);
+  }
   EXPECT_THROW(DDX_DateTimeCtrl(&save, 8, time), CNotSupportedException);
   holder.Take();
   holder->EnableWindow(false);

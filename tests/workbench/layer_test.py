@@ -193,6 +193,18 @@ class LayerTest(unittest.TestCase):
             self.assertEqual(host.wait_line("left")["number"], answer)
             self.leave(host)
 
+    def test_handlers_come_before_the_control(self):
+        host = self.start()
+        _, control = self.open(host, "Stretch")
+        host.click(control(31), x=8, y=8)
+        for keys, value in [(["ctrl+Home", "BackSpace", "Delete", "a"], "> a"), (["Left", "b"], "> ba"),
+                            (["Return", "udiaeresis", "Delete"], "> b\r\nü"),
+                            (["ctrl+a", "ctrl+c", "ctrl+End", "ctrl+v", "BackSpace"], "> b\r\nü> b\r\n")]:
+            host.keys(*keys)
+            host.wait_value(control(31), value=value)
+        host.click(control(OK))
+        self.leave(host)
+
     def test_window_without_control(self):
         host = self.start()
         canvas = host.find(id=0xE900)

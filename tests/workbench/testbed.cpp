@@ -18,6 +18,7 @@
 #include "dqlib/toolkit/flex_property_page.h"
 #include "dqlib/toolkit/flex_property_sheet.h"
 #include "dqlib/toolkit/tool_tip_combo_box.h"
+#include "tests/support/prompt_edit.h"
 
 namespace workbench {
 namespace {
@@ -131,6 +132,16 @@ class StretchDialog : public dq::CNSFlexDialog {
     AddFlexConstraint(31, dq::NSFlexExpandRight, dq::NSFlexExpandDown);
     AddFlexConstraint(1, dq::NSFlexShiftRight, dq::NSFlexShiftDown);
   }
+
+ protected:
+  dq::BOOL OnInitDialog() override {
+    prompt_.SubclassDlgItem(31, this);
+    prompt_.SetWindowText("> ");
+    return CNSFlexDialog::OnInitDialog();
+  }
+
+ private:
+  dq::test::PromptEdit<dq::CEdit> prompt_;
 };
 
 class Page : public dq::CNSFlexPropertyPage {

@@ -4,14 +4,14 @@
 
 #include "apps/workbench/layer/gtk_window.h"
 #include "apps/workbench/layer/layer.h"
-#include "dqlib/framework/controls/edit.h"
+#include "dqlib/framework/controls/edit_model.h"
 
 namespace workbench {
 
 namespace {
 
-using dq::CEdit;
 using dq::CWnd;
+using dq::EditModel;
 using dq::WindowChange;
 
 /// Longer lines aren't broken, in bytes: the time that takes the toolkit grows with the square.
@@ -30,7 +30,7 @@ std::size_t LongestLine(std::string_view text) {
 }  // namespace
 
 wxWindow* EditMirror::DoMake(wxWindow* parent) {
-  if (const CEdit* const edit = As<CEdit>()) {
+  if (const EditModel* const edit = As<EditModel>()) {
     lines_ = edit->GetStyle().multi_line;
     password_ = edit->GetStyle().password;
   }
@@ -46,7 +46,7 @@ wxWindow* EditMirror::DoMake(wxWindow* parent) {
 }
 
 bool EditMirror::Serves(const CWnd& window) const {
-  const auto* const edit = dynamic_cast<const CEdit*>(&window);
+  const auto* const edit = dynamic_cast<const EditModel*>(&window);
   return edit != nullptr && edit->GetStyle().multi_line == lines_ &&
          edit->GetStyle().password == password_;
 }
@@ -58,7 +58,7 @@ void EditMirror::ShowText() {
 }
 
 void EditMirror::ShowContent(const Changes& changes) {
-  const CEdit* const edit = As<CEdit>();
+  const EditModel* const edit = As<EditModel>();
   if (edit == nullptr) return;
   if (changes.Has(WindowChange::kContent)) control().SetEditable(!edit->GetStyle().read_only);
   if (!changes.Has(WindowChange::kSelection, WindowChange::kText)) return;
@@ -66,10 +66,14 @@ void EditMirror::ShowContent(const Changes& changes) {
   int last = 0;
   edit->GetSel(first, last);
   part_->ShowSelection(first, last);
+  // What the program adds at the end comes into sight, as what a person types does.
+  if (lines_ && changes.Has(WindowChange::kText)) {
+    control().ShowPosition(control().GetInsertionPoint());
+  }
 }
 
 void EditMirror::TakeIn() {
-  CEdit* const edit = As<CEdit>();
+  EditModel* const edit = As<EditModel>();
   TextEdit done;
   if (edit == nullptr || !part_->Take(done)) return;
   // Whatever comes of it, the control then shows what the window holds.

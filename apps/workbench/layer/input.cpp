@@ -7,6 +7,7 @@
 #include "apps/workbench/layer/top_level_mirror.h"
 #include "dqlib/framework/windows/screen.h"
 #include "dqlib/framework/windows/win_thread.h"
+#include "dqlib/framework/windows/window_input.h"
 
 namespace workbench {
 namespace {
@@ -108,7 +109,10 @@ void Input::Deliver(GdkEvent& event, HWND top_level) {
   if (stroke.key < std::size(down_)) down_[stroke.key] = is_down;
   const CWnd* const focus = CWnd::GetFocus();
   const HWND target = focus == nullptr ? top_level : focus->GetSafeHwnd();
-  if (is_down && Offer(target, stroke)) return;
+  // So that whoever is asked finds what the person has done in the control before.
+  if (Mirror* const control = layer_.Find(target)) control->TakeIn();
+  const Mirror* const offered = layer_.Find(target);
+  if (is_down && Offer(target, stroke, offered != nullptr && offered->IsControl())) return;
   // Whoever was offered it may have ended the window.
   Mirror* const mirror = layer_.Find(target);
   if (mirror != nullptr && !mirror->IsControl()) {
@@ -125,15 +129,21 @@ void Input::Deliver(GdkEvent& event, HWND top_level) {
   }
 }
 
-/// Whether the library has taken it.
-bool Input::Offer(HWND target, const KeyStroke& stroke) const {
+/// Whether the library has taken it. A window without a control gets it later, if nobody has.
+bool Input::Offer(HWND target, const KeyStroke& stroke, bool is_control) const {
   const bool is_system = stroke.IsSystem();
-  dq::MSG down{target, is_system ? UINT{dq::WM_SYSKEYDOWN} : UINT{dq::WM_KEYDOWN}, stroke.key, 1};
-  if (stroke.key != 0 && dq::PreTranslateInput(down)) return true;
+  const auto offer = [is_control](dq::MSG message) {
+    return is_control ? dq::OfferKey(message) : dq::PreTranslateInput(message);
+  };
+  const UINT down = is_system ? dq::WM_SYSKEYDOWN : dq::WM_KEYDOWN;
+  if (stroke.key != 0 && offer({target, down, stroke.key, 1})) return true;
   if (stroke.character.empty() || CWnd::FromHandle(target) == nullptr) return false;
+  const UINT character = is_system ? dq::WM_SYSCHAR : dq::WM_CHAR;
   const auto first = static_cast<unsigned char>(stroke.character.front());
-  dq::MSG character{target, is_system ? UINT{dq::WM_SYSCHAR} : UINT{dq::WM_CHAR}, first, 1};
-  return dq::PreTranslateInput(character);
+  if (!offer({target, character, first, 1})) return false;
+  // Who has taken the first byte gets the others too.
+  if (is_control) SendCharacters(target, character, stroke.character.substr(1));
+  return true;
 }
 
 void Input::Send(HWND target, const KeyStroke& stroke, bool is_down) const {

@@ -18,8 +18,8 @@ class TopLevelMirror;
 /// Looks at the display's events first, for its lifetime; there is one.
 ///
 /// A key is held back and posted as an act: the message that it makes is offered to the library
-/// (`PreTranslateInput`), and what nobody takes there goes on to the toolkit's control, or as
-/// messages to a window that has none. What is done to a window that can't be used, because a
+/// (`PreTranslateInput`, `OfferKey`), and what nobody takes there goes on to the toolkit's control,
+/// or as messages to a window that has none. What is done to a window that can't be used, because a
 /// dialog over it is to be answered, is dropped.
 class Input {
  public:
@@ -39,7 +39,7 @@ class Input {
   bool Take(const GdkEvent& event);
   void Hold(const GdkEvent& event, TopLevelMirror& mirror);
   void Deliver(GdkEvent& event, dq::HWND top_level);
-  bool Offer(dq::HWND target, const KeyStroke& stroke) const;
+  bool Offer(dq::HWND target, const KeyStroke& stroke, bool is_control) const;
   void Send(dq::HWND target, const KeyStroke& stroke, bool is_down) const;
 
   Layer& layer_;

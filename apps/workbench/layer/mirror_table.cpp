@@ -13,7 +13,7 @@
 #include "apps/workbench/layer/top_level_mirror.h"
 #include "dqlib/framework/controls/button.h"
 #include "dqlib/framework/controls/combo_box.h"
-#include "dqlib/framework/controls/edit.h"
+#include "dqlib/framework/controls/edit_model.h"
 #include "dqlib/framework/controls/list_box.h"
 #include "dqlib/framework/controls/spin_button.h"
 #include "dqlib/framework/controls/static.h"
@@ -55,7 +55,7 @@ constexpr Row kRows[] = {
      Make<FrameMirror>},
     {[](const CWnd& window) { return window.GetParent() == nullptr; }, Make<TopLevelMirror>},
     {Is<dq::CButton>, MakeButtonMirror},
-    {Is<dq::CEdit>, Make<EditMirror>},
+    {Is<dq::EditModel>, Make<EditMirror>},
     {[](const CWnd& window) { return window.GetWindowClass() == kIconClass; }, Make<IconMirror>},
     {Is<dq::CStatic>, Make<LabelMirror>},
     {Is<dq::CListBox>, Make<ListMirror>},

@@ -235,6 +235,15 @@ void DDX_DateTimeCtrl(CDataExchange* exchange, int id, COleDateTime& value) {
   }
 }
 
+void DDX_DateTimeCtrl(CDataExchange* exchange, int id, CTime& value) {
+  auto& control = Prepare<CDateTimeCtrl>(*exchange, id);
+  if (!exchange->m_bSaveAndValidate) {
+    static_cast<void>(value.IsValid() ? control.SetTime(value) : control.SetTime(nullptr));
+  } else if (!control.GetTime(value)) {
+    value = CTime();
+  }
+}
+
 void DDV_MinMaxInt(CDataExchange* exchange, int value, int minimum, int maximum) {
   if (!exchange->m_bSaveAndValidate || (value >= minimum && value <= maximum)) return;
   CString text;

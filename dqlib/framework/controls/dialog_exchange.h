@@ -9,6 +9,7 @@
 #pragma once
 
 #include "dqlib/framework/base/c_string.h"
+#include "dqlib/framework/base/c_time.h"
 #include "dqlib/framework/base/ole_date_time.h"
 #include "dqlib/framework/controls/control_classes.h"
 #include "dqlib/framework/windows/data_exchange.h"
@@ -55,6 +56,8 @@ void DDX_LBIndex(CDataExchange* exchange, int id, int& value);
 /// control, a variable that is null takes its value away, if it may have none; it keeps what it has
 /// for one that isn't valid or lies out of its range.
 void DDX_DateTimeCtrl(CDataExchange* exchange, int id, COleDateTime& value);
+/// The same where none is a time that isn't valid, and so is one that `CTime` doesn't have.
+void DDX_DateTimeCtrl(CDataExchange* exchange, int id, CTime& value);
 
 /// Fails the exchange for a value saved that isn't in the range, ends included. For the control
 /// prepared last.

@@ -1,7 +1,9 @@
 #include "dqlib/framework/controls/edit_text.h"
 
+#include <algorithm>
 #include <new>
 
+#include "dqlib/framework/base/drawn_character.h"
 #include "dqlib/framework/base/multi_byte.h"
 #include "dqlib/framework/controls/control.h"
 
@@ -66,16 +68,39 @@ bool EditText::Has(int first, int count) const {
          ClipToText(text_, first) == first && ClipToText(text_, first + count) == first + count;
 }
 
-bool EditText::Backspace() {
-  if (first() == last()) {
-    const std::string_view before =
-        std::string_view(text_).substr(0, static_cast<std::size_t>(caret_));
-    if (before.empty()) return false;
-    anchor_ =
-        before.ends_with("\r\n") ? caret_ - 2 : static_cast<int>(multi_byte::LastCharacter(before));
+int EditText::Before(int place) const {
+  const std::string_view before =
+      std::string_view(text_).substr(0, static_cast<std::size_t>(place));
+  if (before.empty()) return 0;
+  if (before.ends_with("\r\n")) return place - 2;
+  // One of UTF-8 may have up to four bytes.
+  const platform::CodePage& page = multi_byte::CurrentCodePage();
+  for (std::size_t size = std::min<std::size_t>(before.size(), 4); size > 1; --size) {
+    const std::size_t at = before.size() - size;
+    if (page.IsSingleByte() && FirstCharacter(before.substr(at), page).size == size) {
+      return static_cast<int>(at);
+    }
   }
+  return static_cast<int>(multi_byte::LastCharacter(before));
+}
+
+int EditText::Behind(int place) const {
+  const std::string_view behind = std::string_view(text_).substr(static_cast<std::size_t>(place));
+  if (behind.empty()) return place;
+  if (behind.starts_with("\r\n")) return place + 2;
+  return place + static_cast<int>(FirstCharacter(behind, multi_byte::CurrentCodePage()).size);
+}
+
+/// What is selected, or else from the caret to a place.
+bool EditText::Remove(int to) {
+  if (first() == last()) anchor_ = to;
+  if (first() == last()) return false;
   Replace("");
   return true;
 }
+
+bool EditText::Backspace() { return Remove(Before(caret_)); }
+
+bool EditText::Delete() { return Remove(Behind(caret_)); }
 
 }  // namespace dq::detail

@@ -19,7 +19,13 @@ class EditText {
   /// The selection's ends, the lower one first.
   int first() const { return anchor_ < caret_ ? anchor_ : caret_; }
   int last() const { return anchor_ < caret_ ? caret_ : anchor_; }
+  int anchor() const { return anchor_; }
+  int caret() const { return caret_; }
   int size() const { return static_cast<int>(text_.size()); }
+  /// The places before and behind the character there; a line's end is one, and in the page 0 one
+  /// of UTF-8.
+  int Before(int place) const;
+  int Behind(int place) const;
 
   UINT limit() const { return limit_; }
   /// 0 takes the limit away.
@@ -44,10 +50,14 @@ class EditText {
   /// Replaces so many bytes from a place on, which are there, with as many characters of `text` as
   /// the limit leaves room for, and selects; how many bytes.
   std::size_t Edit(int first, int removed, std::string_view text, int anchor, int caret);
-  /// Removes what is selected, or else the character before the caret. False if there is none.
+  /// Remove what is selected, or else the character before or behind the caret. False if there is
+  /// none.
   bool Backspace();
+  bool Delete();
 
  private:
+  bool Remove(int to);
+
   std::string text_;
   int anchor_ = 0;
   int caret_ = 0;

@@ -30,6 +30,13 @@ struct PendingRows {
   std::array<ChangedRange, kMostRowRanges> ranges{};
 };
 
+/// A key that is offered to a window before its native control gets it.
+struct KeyOffer {
+  HWND window = nullptr;
+  /// Nobody wanted it.
+  bool passed_on = false;
+};
+
 /// All of one thread. Windows are named by handle, so that a dead one is found out.
 struct UiState {
   WindowObserver* observer = nullptr;
@@ -38,6 +45,8 @@ struct UiState {
   HWND active = nullptr;
   /// How many wait cursors there are.
   int wait_cursors = 0;
+  /// The innermost one that is under way, or null.
+  KeyOffer* key_offer = nullptr;
   /// How many windows of the thread have ended: whoever finds it unchanged after calling a handler
   /// knows that the window is still there.
   std::size_t ended = 0;
@@ -89,6 +98,11 @@ class AllSteps {
  private:
   std::exception_ptr thrown_;
 };
+
+/// Whether a key is being offered to the window, which must leave it to its native control. The
+/// second one does so, and says that it did.
+bool IsKeyOffered(const CWnd& window);
+bool PassKeyOn(const CWnd& window);
 
 /// A window that is at work while handlers, which may end it, are called. Once it isn't there,
 /// nothing of it may be touched. A target of commands that is no window can't be watched, nor can a

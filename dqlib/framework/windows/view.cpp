@@ -17,8 +17,15 @@ CView::~CView() {
 }
 
 bool CView::Create(CWnd* parent, const CRect& place, int id, const CCreateContext* context) {
+  return CreateAs("View", parent, place, id, context);
+}
+
+bool CView::CreateAs(std::string_view window_class, CWnd* parent, const CRect& place, int id,
+                     const CCreateContext* context) {
   if (parent == nullptr) return false;
-  if (!CreateWnd({.class_name = "View", .place = place, .parent = parent, .id = id})) return false;
+  if (!CreateWnd({.class_name = window_class, .place = place, .parent = parent, .id = id})) {
+    return false;
+  }
   Attach(context == nullptr ? nullptr : context->m_pCurrentDoc);
   return true;
 }

@@ -96,6 +96,9 @@ class CView : public CWnd {
   /// Leaves the document, and deletes itself if `MakeView` has made it.
   void PostNcDestroy() override;
 
+  /// `Create` with a window of that class.
+  bool CreateAs(std::string_view window_class, CWnd* parent, const CRect& place, int id,
+                const CCreateContext* context);
   /// Adds the view to the document and to its frame.
   void Attach(CDocument* document);
 

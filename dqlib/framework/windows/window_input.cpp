@@ -1,6 +1,9 @@
 #include "dqlib/framework/windows/window_input.h"
 
+#include <utility>
+
 #include "dqlib/framework/windows/screen.h"
+#include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/framework/windows/win_thread.h"
 
 namespace dq {
@@ -16,6 +19,19 @@ bool IsUsable(const CWnd* window) {
   while (window != nullptr && window->IsWindowEnabled()) window = window->GetParent();
   return window == nullptr;
 }
+
+/// Has a key count as offered for its lifetime.
+class ScopedOffer {
+ public:
+  explicit ScopedOffer(detail::KeyOffer& offer)
+      : former_(std::exchange(detail::CurrentUi().key_offer, &offer)) {}
+  ScopedOffer(const ScopedOffer&) = delete;
+  ScopedOffer& operator=(const ScopedOffer&) = delete;
+  ~ScopedOffer() { detail::CurrentUi().key_offer = former_; }
+
+ private:
+  detail::KeyOffer* former_;
+};
 
 LRESULT Give(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
   CWnd* const target = CWnd::FromHandle(window);
@@ -61,4 +77,31 @@ bool KeyInput(UINT message, WPARAM key, LPARAM lparam) {
   return true;
 }
 
+bool OfferKey(MSG message) {
+  if (PreTranslateInput(message)) return true;
+  CWnd* const window = CWnd::FromHandle(message.hwnd);
+  // One that is gone has no native control any more.
+  if (window == nullptr) return true;
+  HandlerArguments question{.only_ask = true};
+  if (!window->CallMapped({message.message, 0, 0}, question)) return false;
+  detail::KeyOffer offer{message.hwnd};
+  const ScopedOffer scope(offer);
+  window->WindowProc(message.message, message.wParam, message.lParam);
+  return !offer.passed_on || CWnd::FromHandle(message.hwnd) == nullptr;
+}
+
+namespace detail {
+
+bool IsKeyOffered(const CWnd& window) {
+  const KeyOffer* const offer = CurrentUi().key_offer;
+  return offer != nullptr && offer->window == window.GetSafeHwnd();
+}
+
+bool PassKeyOn(const CWnd& window) {
+  if (!IsKeyOffered(window)) return false;
+  CurrentUi().key_offer->passed_on = true;
+  return true;
+}
+
+}  // namespace detail
 }  // namespace dq

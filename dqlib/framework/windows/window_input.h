@@ -21,4 +21,11 @@ bool MouseInput(UINT message, WPARAM keys, const CPoint& screen, CWnd* under);
 /// False if there is neither.
 bool KeyInput(UINT message, WPARAM key, LPARAM lparam = 0);
 
+/// Offers a message of the keyboard to a window that has a native control, before that one gets the
+/// key: to `PreTranslateInput`, and then to the handlers of the window's class, if it has any for
+/// the message. True if it was taken: the native control mustn't get it. False if nobody took it,
+/// or if its handler has passed it on to the base class. A character that is passed on to an edit
+/// counts as taken, for the edit types it then and there; so its handler finds it in the text.
+bool OfferKey(MSG message);
+
 }  // namespace dq

@@ -18,6 +18,12 @@ enum WindowMessage : UINT {
   WM_SETFOCUS = 0x0007,
   WM_KILLFOCUS = 0x0008,
   WM_ENABLE = 0x000A,
+  /// Set the window's text to the one that the second argument points to, copy it to there, at most
+  /// as many bytes as the first argument says with the zero behind it, and tell its length: 1, and
+  /// the bytes without the zero. From other threads too, whose texts are good until the answer.
+  WM_SETTEXT = 0x000C,
+  WM_GETTEXT = 0x000D,
+  WM_GETTEXTLENGTH = 0x000E,
   WM_CLOSE = 0x0010,
   /// To the main window: the person's session is about to end. An answer of 0 keeps it from that.
   WM_QUERYENDSESSION = 0x0011,
@@ -52,8 +58,13 @@ enum WindowMessage : UINT {
   WM_NCHITTEST = 0x0084,
   /// Which keys a control wants for itself: a sum of `DialogCode` values.
   WM_GETDLGCODE = 0x0087,
-  /// To an edit control or the edit part of one: select from the first argument to the second.
+  /// To an edit: put the selection's ends into the `DWORD`s to which the arguments point, if they
+  /// aren't null; they are the answer too, as `CEdit::GetSel` has it, or -1.
+  EM_GETSEL = 0x00B0,
+  /// To an edit or the edit part of a control: select from the first argument to the second.
   EM_SETSEL = 0x00B1,
+  /// To an edit: replace what is selected by the text to which the second argument points.
+  EM_REPLACESEL = 0x00C2,
   /// To a button: its check mark (0 none, 1 set, 2 undetermined), and to set it.
   BM_GETCHECK = 0x00F0,
   BM_SETCHECK = 0x00F1,

@@ -109,7 +109,7 @@ class CWnd : public CCmdTarget {
   /// The text: caption of a frame or dialog, content of an edit control. A null text counts as "".
   void SetWindowText(const char* text);
   CString GetWindowText() const { return OnGetText(); }
-  int GetWindowTextLength() const { return OnGetText().GetLength(); }
+  int GetWindowTextLength() const { return OnGetTextLength(); }
 
   // Its place in the tree.
 
@@ -288,10 +288,11 @@ class CWnd : public CCmdTarget {
   /// control's handle, 0 for a menu item or accelerator.
   virtual BOOL OnCommand(WPARAM wparam, LPARAM lparam);
   virtual BOOL OnNotify(WPARAM wparam, LPARAM lparam, LRESULT* result);
-  /// What a window does by itself: `WM_CLOSE` destroys it, `WM_GETMINMAXINFO` answers with the
-  /// screen's size, and for a maximised child its parent's client area, one that becomes active
-  /// takes the focus, the right button asks for the context menu as the key for it does, and what
-  /// the wheel, the context menu and a press ask for goes on to the parent.
+  /// What a window does by itself: `WM_SETTEXT` and its kin are about its text, `WM_CLOSE` destroys
+  /// it, `WM_GETMINMAXINFO` answers with the screen's size, and for a maximised child its parent's
+  /// client area, one that becomes active takes the focus, the right button asks for the context
+  /// menu as the key for it does, and what the wheel, the context menu and a press ask for goes on
+  /// to the parent.
   virtual LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam);
   /// A person turns to `window`, this one or one below it: they press the mouse there, or the focus
   /// has come. The windows around are told first. The base does nothing; a child frame becomes the
@@ -311,6 +312,7 @@ class CWnd : public CCmdTarget {
 
   /// Where the text is kept: in the window, unless a control has a model of its own.
   virtual CString OnGetText() const { return text_; }
+  virtual int OnGetTextLength() const { return OnGetText().GetLength(); }
   virtual void OnSetText(const char* text) { text_ = text; }
   /// `SetWindowText` has set the text of the window, and the observer knows.
   virtual void OnTextWasSet() {}
@@ -329,6 +331,7 @@ class CWnd : public CCmdTarget {
  private:
   friend LRESULT SendToWindow(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
   friend bool MouseInput(UINT message, WPARAM keys, const CPoint& screen, CWnd* under);
+  friend bool OfferKey(MSG message);
   struct ChildIndex;
 
   void Link(CWnd* parent, CWnd* after);
@@ -354,6 +357,7 @@ class CWnd : public CCmdTarget {
   CRect CenteredPlace(const CWnd* in) const;
   bool IsHit(const CPoint& screen);
   void TakeFocusBack();
+  LRESULT KeyDown(WPARAM key);
   BOOL ReflectNotification(HWND control, UINT message, WPARAM wparam, LPARAM lparam,
                            LRESULT* result);
 

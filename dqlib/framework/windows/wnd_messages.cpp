@@ -22,6 +22,14 @@ LRESULT OwnerOf(LPARAM lparam, void (CMenu::*handle)(Item*)) {
   return menu == nullptr ? 0 : 1;
 }
 
+/// Copies a text with a zero behind it, cut to the buffer; how many bytes of it.
+LRESULT CopyText(std::string_view text, char* buffer, std::size_t size) {
+  if (buffer == nullptr || size == 0) return 0;
+  const std::size_t copied = text.copy(buffer, size - 1);
+  buffer[copied] = '\0';
+  return static_cast<LRESULT>(copied);
+}
+
 bool IsKeyDown(int key) { return (GetKeyState(key) & kKeyDown) != 0; }
 
 /// Learns whether a command is enabled, and shows nothing.
@@ -192,10 +200,20 @@ LRESULT CWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
       return WindowProc(WM_CONTEXTMENU, reinterpret_cast<WPARAM>(GetSafeHwnd()),
                         MakeLParam(at.x, at.y));
     }
+    case WM_SETTEXT:
+      SetWindowText(reinterpret_cast<const char*>(lparam));
+      return 1;
+    case WM_GETTEXT:
+      return CopyText(OnGetText().View(), reinterpret_cast<char*>(lparam), wparam);
+    case WM_GETTEXTLENGTH:
+      return GetWindowTextLength();
     case WM_KEYDOWN:
     case WM_SYSKEYDOWN:
-      if (wparam != VK_APPS && !(wparam == VK_F10 && IsKeyDown(VK_SHIFT))) return 0;
-      return WindowProc(WM_CONTEXTMENU, reinterpret_cast<WPARAM>(GetSafeHwnd()), -1);
+      return KeyDown(wparam);
+    case WM_CHAR:
+    case WM_SYSCHAR:
+      detail::PassKeyOn(*this);
+      return 0;
     case WM_CONTEXTMENU:
     case WM_MOUSEWHEEL:
       return parent_ == nullptr ? 0 : parent_->WindowProc(message, wparam, lparam);
@@ -217,6 +235,12 @@ LRESULT CWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
     default:
       return 0;
   }
+}
+
+LRESULT CWnd::KeyDown(WPARAM key) {
+  if (detail::PassKeyOn(*this)) return 0;
+  if (key != VK_APPS && !(key == VK_F10 && IsKeyDown(VK_SHIFT))) return 0;
+  return WindowProc(WM_CONTEXTMENU, reinterpret_cast<WPARAM>(GetSafeHwnd()), -1);
 }
 
 void CWnd::NotifyParent(int code) {
