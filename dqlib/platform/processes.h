@@ -22,6 +22,9 @@ inline constexpr HANDLE kNoHandle = 0;
 
 namespace platform {
 
+/// As a standard handle of a child: one that has nothing to read and drops what is written to it.
+inline constexpr HANDLE kNullDevice = HANDLE{1} << 63;
+
 /// Both ends of a pipe of the system's default size. Each end must be closed by itself.
 struct Pipe {
   HANDLE read_end = kNoHandle;
@@ -38,8 +41,9 @@ struct StartInfo {
   std::string command_line{};
   /// The child's working directory; empty for this process's.
   std::string directory{};
-  /// Pipe ends that become the child's standard handles, whichever end they are; `kNoHandle` leaves
-  /// the child this process's own. The child holds no other handle of this process.
+  /// Pipe ends that become the child's standard handles, whichever end they are, or `kNullDevice`;
+  /// `kNoHandle` leaves the child this process's own. The child holds no other handle of this
+  /// process.
   HANDLE standard_input = kNoHandle;
   HANDLE standard_output = kNoHandle;
   HANDLE standard_error = kNoHandle;

@@ -69,7 +69,9 @@ TEST_F(DesktopTest, ShellOpensPrintsAndExploresWithTheProgramsThatThereAre) {
   }
   EXPECT_EQ(posix::RunCommand({"/bin/sleep", "1"}, std::chrono::milliseconds(10)).value,
             std::nullopt);
-  EXPECT_EQ(posix::RunCommand({"/bin/sh", "-c", "exit 7"}).value, 7);
+  // A command's standard handles aren't those of this process.
+  const char script[] = "for i in 0 1 2; do test /dev/null -ef /dev/fd/$i || exit 8; done; exit 7";
+  EXPECT_EQ(posix::RunCommand({"/bin/sh", "-c", script}).value, 7);
 }
 
 TEST_F(DesktopTest, ShortcutsAreLinksToDocuments) {

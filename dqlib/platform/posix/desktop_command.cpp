@@ -23,7 +23,10 @@ struct Run {
 
 Result<int> RunToItsEnd(const std::string& command_line) {
   Processes& processes = SystemProcesses();
-  const Result<StartedProcess> started = processes.Start({.command_line = command_line});
+  const Result<StartedProcess> started = processes.Start({.command_line = command_line,
+                                                          .standard_input = kNullDevice,
+                                                          .standard_output = kNullDevice,
+                                                          .standard_error = kNullDevice});
   if (!started.ok()) return started.error;
   const Result<int> end = processes.Wait(started.value.process);
   processes.Close(started.value.process);

@@ -17,7 +17,7 @@ inline constexpr std::chrono::milliseconds kHandOverTime{2'000};
 
 /// Runs a program with its arguments, whatever is in them. No value if it goes on behind that time,
 /// and else its exit code. The error is that it couldn't be run; `kUnsupported` if there is no such
-/// program.
+/// program. What it says is lost: the standard handles of this process are the host's own.
 Result<std::optional<int>> RunCommand(const std::vector<std::string>& arguments,
                                       std::chrono::milliseconds patience = kHandOverTime);
 

@@ -225,6 +225,10 @@ class SpawnSettings {
   int Redirect(int descriptor, int standard) {
     return posix_spawn_file_actions_adddup2(&actions_, descriptor, standard);
   }
+  /// To the null device.
+  int Redirect(int standard) {
+    return posix_spawn_file_actions_addopen(&actions_, standard, "/dev/null", O_RDWR, 0);
+  }
   int ChangeDirectory(const std::string& directory) {
     return posix_spawn_file_actions_addchdir_np(&actions_, directory.c_str());
   }
@@ -340,8 +344,10 @@ int PosixProcesses::RedirectStandardHandles(const StartInfo& info, SpawnSettings
   for (const auto& [handle, standard] : redirections) {
     if (handle == kNoHandle) continue;
     const auto end = ends_.Find(handle);
-    if (end == nullptr) return EBADF;
-    if (const int error = settings.Redirect(end->number(), standard)) return error;
+    if (end == nullptr && handle != kNullDevice) return EBADF;
+    const int error =
+        end == nullptr ? settings.Redirect(standard) : settings.Redirect(end->number(), standard);
+    if (error != 0) return error;
   }
   return settings.CloseOthers();
 }
