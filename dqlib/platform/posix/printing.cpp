@@ -67,14 +67,12 @@ class Listener {
   /// To be given to who writes, and to be closed here then.
   OwnedHandle& write_end() { return write_end_; }
 
-  /// Waits for the end, so long at most; false if it doesn't come.
-  bool WaitFor(std::chrono::milliseconds time) {
-    std::unique_lock lock(mutex_);
-    return over_.wait_for(lock, time, [this] { return is_over_; });
-  }
   /// All that has been written until now.
   std::string Heard() {
-    WaitFor(kLastWords);
+    {
+      std::unique_lock lock(mutex_);
+      over_.wait_for(lock, kLastWords, [this] { return is_over_; });
+    }
     End();
     return {heard_.data(), size_};
   }
@@ -103,6 +101,37 @@ class Listener {
   std::mutex mutex_;
   std::condition_variable over_;
   bool is_over_ = false;
+  std::thread thread_;
+};
+
+/// Ends a process that goes on for longer than it may.
+class TimeLimit {
+ public:
+  TimeLimit(HANDLE process, std::chrono::milliseconds time) {
+    const SignalBlock block(AllSignals());
+    thread_ = std::thread([this, process, time] {
+      std::unique_lock lock(mutex_);
+      const bool is_met = met_.wait_for(lock, time, [this] { return is_met_; });
+      // One that can't be ended has ended.
+      if (!is_met) static_cast<void>(Children().Terminate(process));
+    });
+  }
+  TimeLimit(const TimeLimit&) = delete;
+  TimeLimit& operator=(const TimeLimit&) = delete;
+  /// The process has ended.
+  ~TimeLimit() {
+    {
+      const std::lock_guard lock(mutex_);
+      is_met_ = true;
+    }
+    met_.notify_all();
+    thread_.join();
+  }
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable met_;
+  bool is_met_ = false;
   std::thread thread_;
 };
 
@@ -156,10 +185,10 @@ Run RunCommand(const std::string& command_line, const DocumentReader& document,
   // Half a document must not be taken for a whole one; a command that ends otherwise says why.
   if (!written.ok()) static_cast<void>(Children().Terminate(process.get()));
   write_end.Close();
-  if (patience && !listener.WaitFor(*patience)) {
-    static_cast<void>(Children().Terminate(process.get()));
-  }
+  std::optional<TimeLimit> limit;
+  if (patience) limit.emplace(process.get(), *patience);
   const Result<int> ended = Children().Wait(process.get());
+  limit.reset();
   const std::string heard = listener.Heard();
   return {.error = written.ok() ? ended.error : written.error,
           .has_read_all = written.value,
