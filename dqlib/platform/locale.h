@@ -41,6 +41,7 @@ enum LocaleItem : DWORD {
   LOCALE_SABBREVMONTHNAME1 = 68,  ///< Short name of January; to 79.
   LOCALE_SNEGATIVESIGN = 81,      ///< Sign of negative numbers.
   LOCALE_STIMEFORMAT = 4099,      ///< Time pattern.
+  LOCALE_IPAPERSIZE = 4106,       ///< Usual paper: "1" Letter, "5" Legal, "8" A3, "9" A4.
   LOCALE_INEGNUMBER = 4112,       ///< Order of a negative number, as `NumberFormat` has it.
 };
 

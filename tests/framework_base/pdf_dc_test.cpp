@@ -294,6 +294,20 @@ TEST_F(PrinterTest, PrinterGetsThePagesThatWereChosenWhenTheDocumentEnds) {
   EXPECT_EQ(printing_.printed, 0);
 }
 
+TEST_F(PrinterTest, PagesAreOfThePaperThatIsUsualUnlessTheirMakerSaysOtherwise) {
+  ScriptedLocale locale;
+  const auto sheet = [](const PrinterDC& dc) {
+    return CSize(dc.GetDeviceCaps(PHYSICALWIDTH), dc.GetDeviceCaps(PHYSICALHEIGHT));
+  };
+  EXPECT_EQ(sheet(PrinterDC({})), CSize(2480, 3507)) << "where it isn't known";
+  for (const auto& [paper, size] : Rows<const char*, CSize>{
+           {"1", {2550, 3300}}, {"5", {2550, 4200}}, {"8", {3507, 4960}}, {"9", {2480, 3507}}}) {
+    locale.items[LOCALE_IPAPERSIZE] = paper;
+    EXPECT_EQ(sheet(PrinterDC({})), size);
+    EXPECT_EQ(sheet(PrinterDC({}, {.paper = kPaperLetter})), CSize(2550, 3300));
+  }
+}
+
 TEST_F(PrinterTest, FileIsReplacedAtTheEndOrLeft) {
   const auto abort = [](PrinterDC& dc) {
     return dc.StartDoc("") > 0 && dc.StartPage() > 0 && dc.AbortDoc() > 0;

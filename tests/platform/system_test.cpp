@@ -369,6 +369,23 @@ TEST(Locale, TakesItsItemsFromTheEnvironmentOnce) {
   EXPECT_EQ(setlocale(LC_ALL, nullptr), former);
 }
 
+TEST(Locale, PaperIsThatOfTheEnvironmentElseA4) {
+  const ScopedVariable path("LOCPATH", LocaleDirectory().path());
+  const ScopedVariable all("LC_ALL", "");
+  for (const auto& [name, size, paper] : Cases<3>(R"(
+      C => => 9 ;; en_US => => 1 ;; xx_YY => => 9 ;; xx_AA => 216 279 => 1
+      xx_CC => 297 420 => 8 ;; xx_DD => 216 356 => 5 ;; xx_EE => 216 420 => 9)")) {
+    if (!size.empty()) {
+      const std::string source =
+          LocaleDirectory().Put("source", "LC_PAPER\nwidth " + size.substr(0, 3) + "\nheight " +
+                                              size.substr(4) + "\nEND LC_PAPER\n");
+      CompileLocale(name, "-c -i '" + source + "'");
+    }
+    const ScopedVariable variable("LC_PAPER", size.empty() ? name : name + ".UTF-8");
+    EXPECT_EQ(Texts(*MakeLocale(), {LOCALE_IPAPERSIZE}), paper + "|") << name;
+  }
+}
+
 TEST(DatePictures, TranslateElementsAndQuoteText) {
   auto rows = Cases<2>(R"(
       % => ;; %H%- => HH ;; %H %Z:%M => HH:mm ;; %n%H%t%M%% => HH mm% ;; kl. %H.%M %z => 'kl'. HH.mm

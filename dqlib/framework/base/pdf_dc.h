@@ -25,8 +25,10 @@ class PdfFile;
 }
 
 /// Sizes of paper, upright, in hundredths of a millimetre.
+inline constexpr CSize kPaperA3{29'700, 42'000};
 inline constexpr CSize kPaperA4{21'000, 29'700};
 inline constexpr CSize kPaperLetter{21'590, 27'940};
+inline constexpr CSize kPaperLegal{21'590, 35'560};
 
 /// The form of pages. Numbers that no paper has are brought to the nearest that some might have.
 struct PageFormat {

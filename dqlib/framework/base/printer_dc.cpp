@@ -15,7 +15,24 @@ constexpr UINT kNoPages = 61884;
 
 platform::Files& Files() { return *platform::Current().files; }
 
+struct LocalePaper {
+  /// Of the locale's item.
+  std::string_view number;
+  CSize size;
+};
+
+constexpr LocalePaper kLocalePapers[] = {
+    {"1", kPaperLetter}, {"5", kPaperLegal}, {"8", kPaperA3}, {"9", kPaperA4}};
+
 }  // namespace
+
+PageFormat UsualPageFormat() {
+  const auto number = platform::Current().locale->Item(LOCALE_IPAPERSIZE, LOCALE_USER_DEFAULT);
+  for (const LocalePaper& paper : kLocalePapers) {
+    if (number == paper.number) return {.paper = paper.size};
+  }
+  return {};
+}
 
 IMPLEMENT_DYNAMIC(PrinterDC, PdfDC)
 

@@ -14,6 +14,9 @@
 
 namespace dq {
 
+/// Pages of the paper that is usual where the user is; of A4 where the locale doesn't tell.
+PageFormat UsualPageFormat();
+
 /// A device whose document goes to the printer or into the file of a job. Pages that weren't chosen
 /// are skipped: what is drawn on them is lost. Until `EndDoc` the document is kept in a temporary
 /// file that nobody else can read, and neither printer nor file has anything of it.
@@ -25,7 +28,7 @@ namespace dq {
 class PrinterDC : public PdfDC {
   DECLARE_DYNAMIC(PrinterDC)
   /// A job without a title has the document's.
-  explicit PrinterDC(const platform::PrintJob& job, const PageFormat& format = {});
+  explicit PrinterDC(const platform::PrintJob& job, const PageFormat& format = UsualPageFormat());
   /// Drops a document that is open, as `AbortDoc` does.
   ~PrinterDC() override;
 

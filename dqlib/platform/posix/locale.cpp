@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdint>
 #include <cstdlib>
 #include <langinfo.h>
 #include <locale.h>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <unordered_map>
 
@@ -46,6 +48,7 @@ constexpr UsItem kUsEnglish[] = {
     {LOCALE_S2359, "PM"},
     {LOCALE_SNEGATIVESIGN, "-"},
     {LOCALE_STIMEFORMAT, "h:mm:ss tt"},
+    {LOCALE_IPAPERSIZE, "1"},
     {LOCALE_INEGNUMBER, "1"},
 };
 
@@ -99,11 +102,16 @@ std::string NameOf(const char* category) {
   return "C";
 }
 
+/// Language and territory of a locale, without what its name says besides.
+std::string_view TerritoryOf(std::string_view name) {
+  return name.substr(0, name.find_first_of(".@"));
+}
+
 /// The locale that the environment names for a category; null where US English stands for it, or
 /// for one that isn't installed.
 LocaleHandle OpenForeign(const char* category, int mask) {
   const std::string name = NameOf(category);
-  const std::string territory = name.substr(0, name.find_first_of(".@"));
+  const std::string_view territory = TerritoryOf(name);
   if (territory == "C" || territory == "POSIX" || territory == "en_US") return nullptr;
   return LocaleHandle(newlocale(mask, name.c_str(), nullptr));
 }
@@ -165,7 +173,33 @@ void TakeTimeItems(Items& items, locale_t locale) {
   }
 }
 
-/// What the environment says of numbers and times; each may come from a locale of its own.
+/// A paper by its number as an item, and its size upright, in millimetres.
+struct Paper {
+  const char* number;
+  int width;
+  int height;
+};
+
+constexpr Paper kPapers[] = {{"1", 216, 279}, {"5", 216, 356}, {"8", 297, 420}, {"9", 210, 297}};
+
+/// A4 unless the environment names a locale that has another: most of the world has it.
+std::string PaperItem() {
+  const std::string name = NameOf("LC_PAPER");
+  if (TerritoryOf(name) == "en_US") return "1";
+  const LocaleHandle locale(newlocale(LC_PAPER_MASK, name.c_str(), nullptr));
+  if (locale == nullptr) return "9";
+  // These items are numbers of 32 bits in the place of pointers, the rest of which is any.
+  const auto number = [&](nl_item item) {
+    return static_cast<int>(reinterpret_cast<std::intptr_t>(nl_langinfo_l(item, locale.get())));
+  };
+  const int width = number(_NL_PAPER_WIDTH), height = number(_NL_PAPER_HEIGHT);
+  for (const Paper& paper : kPapers) {
+    if (width == paper.width && height == paper.height) return paper.number;
+  }
+  return "9";
+}
+
+/// What the environment says of numbers, times and paper; each may come from a locale of its own.
 Items FromEnvironment() {
   Items items = UsEnglish();
   if (const LocaleHandle numbers = OpenForeign("LC_NUMERIC", LC_NUMERIC_MASK)) {
@@ -174,6 +208,7 @@ Items FromEnvironment() {
   if (const LocaleHandle times = OpenForeign("LC_TIME", LC_TIME_MASK)) {
     TakeTimeItems(items, times.get());
   }
+  items[LOCALE_IPAPERSIZE] = PaperItem();
   return items;
 }
 
