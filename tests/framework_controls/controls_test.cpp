@@ -378,7 +378,8 @@ TEST(Edit, TakesFromAPersonWhatItsStyleAndLimitAllow) {
       {lines, "\n\n", true, "a\r\n\r\nd"},  {lines, "1234\n", true, "a1234d"},
       {digit, "09", true, "a09d"},          {fixed, "\b", false, "abcd"},
       {digit, "/", false, "abcd"},          {digit, ":", false, "abcd"},
-      {plain, "\x1F", false, "abcd"},       {plain, " ", true, "a d"}};
+      {plain, "\x1F", false, "abcd"},       {plain, " ", true, "a d"},
+      {plain, "1234é5", true, "a1234d"}};
   for (const auto& [style, typed, taken, text] : rows) {
     CEdit edit(style);
     edit.CreateWnd({.class_name = "Edit", .text = "abcd"});

@@ -43,7 +43,7 @@ std::size_t EditText::Fitting(std::string_view text, int removed) const {
   const platform::CodePage& page = multi_byte::CurrentCodePage();
   for (std::size_t size = 0;;) {
     const std::string_view rest = text.substr(size);
-    const std::size_t step = rest.starts_with("\r\n") ? 2 : page.CharacterSize(rest);
+    const std::size_t step = rest.starts_with("\r\n") ? 2 : FirstCharacter(rest, page).size;
     if (size + step > room) return size;
     size += step;
   }

@@ -41,7 +41,7 @@ enum class WindowChange {
   kActive,
   /// What a control holds besides its text and rows: check marks, range, limits, style.
   kContent,
-  /// What is selected: in a text, where the range has the selected bytes, or among items.
+  /// What is selected in a text or among items; of a date the range has the bytes of the part.
   kSelection,
   /// Rows, buttons or tabs came in: those of the range are new.
   kRowsInserted,
