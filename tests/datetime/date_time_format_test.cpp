@@ -1,6 +1,5 @@
 
 #include "dqlib/platform/checksum.h"
-#include "siblings/options/options_server.h"
 #include "tests/support/own_settings.h"
 #include "tests/support/registries.h"
 #include "tests/support/system_locale.h"

@@ -1,5 +1,4 @@
 #include "dqlib/dbvocab/version_number.h"
-#include "siblings/options/options_server.h"
 #include "tests/support/forked_process.h"
 #include "tests/support/own_settings.h"
 
@@ -217,13 +216,11 @@ TEST(DBUtility, PutsTheConnectionBehindTheCommandAndHidesThePassword) {
       echo @* => u => * => => 0 => @* u/* => echo @* u/**** |
       echo => u => p => d => 0 => u/p@d => echo u/****@d | ;; echo a => => => => 0 => a => echo a  |
       echo => u => => d => 1 => u@d => echo 'u@d' |)")) {
-    utility.SetUser(user.c_str());
-    utility.SetPassword(password.c_str());
-    utility.SetDatasource(datasource.c_str());
-    utility.SetAuthenticationMode(std::stoi(mode));
-    EXPECT_EQ(utility.GetUser() + "|" + utility.GetPassword() + "|" + utility.GetDatasource(),
-              (user + "|" + password + "|" + datasource).c_str());
-    EXPECT_EQ(utility.GetAuthenticationMode(), std::stoi(mode));
+    utility.SetUser(user.c_str()), utility.SetPassword(password.c_str());
+    utility.SetDatasource(datasource.c_str()), utility.SetAuthenticationMode(std::stoi(mode));
+    EXPECT_TRUE(utility.GetUser() == user && utility.GetPassword() == password &&
+                utility.GetDatasource() == datasource &&
+                utility.GetAuthenticationMode() == std::stoi(mode));
     CString output;
     g_reports.clear();
     EXPECT_EQ(utility.RunExecutable(command.c_str(), output, nullptr), 1) << reported;

@@ -123,32 +123,23 @@ TEST_F(Drawing, TextsAreMeasuredWithoutBeingDrawn) {
 }
 
 TEST_F(Drawing, FontsAreMeasuredInProportionAndNamedWhenTheyChange) {
-  for (const auto& [height, width, line, character] :
-       Rows<LONG, LONG, LONG, LONG>{{0, 0, 13, 7},
-                                    {26, 0, 26, 14},
-                                    {-11, 0, 13, 7},
-                                    {-22, 5, 26, 5},
-                                    {1, 0, 1, 1},
-                                    {kLeast, 0, 1 << 20, 564'617},
-                                    {kMost, kLeast, 1 << 20, 1}}) {
+  // A height and a width, and those of a line and of a character.
+  std::istringstream rows(
+      "0 0 13 7  26 0 26 14  -11 0 13 7  -22 5 26 5  1 0 1 1  -2147483648 0 1048576 564617 "
+      "2147483647 -2147483648 1048576 1");
+  for (LONG height, width, line, character; rows >> height >> width >> line >> character;) {
     LOGFONT description{.lfHeight = height, .lfWidth = width, .lfFaceName = "A \"B\""};
     CFont font;
     font.CreateFontIndirect(description);
     CFont* const own = dc.SelectObject(&font);
     TEXTMETRIC metrics;
     EXPECT_TRUE(dc.GetTextMetrics(&metrics) && metrics.tmAscent + metrics.tmDescent == line);
-    EXPECT_EQ(metrics.tmHeight, line);
-    EXPECT_EQ(metrics.tmAveCharWidth, character);
+    EXPECT_TRUE(metrics.tmHeight == line && metrics.tmAveCharWidth == character) << height;
     EXPECT_EQ(dc.SelectObject(own), &font);
   }
   CFont bold;
-  LOGFONT description{.lfHeight = -11,
-                      .lfWidth = 9,
-                      .lfWeight = 700,
-                      .lfItalic = 1,
-                      .lfUnderline = 1,
-                      .lfStrikeOut = 1,
-                      .lfFaceName = "A \"B\""};
+  LOGFONT description{.lfHeight = -11, .lfWidth = 9, .lfWeight = 700, .lfFaceName = "A \"B\""};
+  description.lfItalic = description.lfUnderline = description.lfStrikeOut = 1;
   bold.CreateFontIndirect(description);
   dc.SelectObject(&bold);
   dc.SetTextColor(RGB(1, 2, 3));
@@ -181,37 +172,26 @@ TEST_F(Drawing, LinesAndRectangles) {
   EXPECT_EQ(line(&wide, 7, 1), "line 5,5 7,1 000000 3;");
   EXPECT_EQ(line(&none, 9, 5) + line(&dots, 5, 5), "");
   const CRect rect{10, 20, 14, 24};
-  const auto drawn = [&](auto draw) { return draw(), Taken(dc); };
-  EXPECT_EQ(drawn([&] { dc.Rectangle(rect); }),
+  EXPECT_EQ((dc.Rectangle(rect), Taken(dc)),
             "fill 10,20 14,24 ffffff;line 10,20 13,20 000000;line 13,20 13,23 000000;"
             "line 13,23 10,23 000000;line 10,23 10,20 000000;");
   dc.SelectObject(&none);
   CBrush* const own = dc.SelectObject(&red);
-  EXPECT_EQ(drawn([&] { dc.Rectangle(rect); }), "fill 10,20 14,24 ff0000;");
+  EXPECT_EQ((dc.Rectangle(rect), Taken(dc)), "fill 10,20 14,24 ff0000;");
   EXPECT_EQ(dc.SelectObject(&hollow), &red);
-  EXPECT_EQ(drawn([&] { dc.Rectangle(rect), dc.FillRect(rect, nullptr); }), "");
+  EXPECT_EQ((dc.Rectangle(rect), dc.FillRect(rect, nullptr), Taken(dc)), "");
   EXPECT_TRUE(dc.SelectObject(own) == &hollow &&
               dc.SelectObject(static_cast<CBrush*>(nullptr)) == own);
-  EXPECT_EQ(drawn([&] {
-              dc.FrameRect({1, 2, 4, 4}, &red), dc.FrameRect(rect, nullptr);
-            }),
+  EXPECT_EQ((dc.FrameRect({1, 2, 4, 4}, &red), dc.FrameRect(rect, nullptr), Taken(dc)),
             "fill 1,2 4,3 ff0000;fill 1,2 2,4 ff0000;fill 3,2 4,4 ff0000;fill 1,3 4,4 ff0000;");
-  EXPECT_EQ(drawn([&] {
-              dc.Draw3dRect({1, 2, 4, 4}, 1, 2);
-            }),
+  EXPECT_EQ((dc.Draw3dRect({1, 2, 4, 4}, 1, 2), Taken(dc)),
             "fill 1,2 4,3 010000;fill 1,2 2,4 010000;fill 3,2 4,4 020000;fill 1,3 4,4 020000;");
-  EXPECT_EQ(drawn([&] {
-              dc.DrawFocusRect({0, 0, 3, 2}), dc.DrawFocusRect({5, 5, 6, 6});
-            }),
+  EXPECT_EQ((dc.DrawFocusRect({0, 0, 3, 2}), dc.DrawFocusRect({5, 5, 6, 6}), Taken(dc)),
             "line 0,0 2,0 000000 dot;line 2,0 2,1 000000 dot;line 2,1 0,1 000000 dot;"
             "line 0,1 0,0 000000 dot;line 5,5 6,5 000000 dot;");
-  EXPECT_EQ(drawn([&] {
-              dc.DrawEdge({0, 0, 9, 9}, EDGE_SUNKEN, BF_TOP | BF_MIDDLE);
-            }),
+  EXPECT_EQ((dc.DrawEdge({0, 0, 9, 9}, EDGE_SUNKEN, BF_TOP | BF_MIDDLE), Taken(dc)),
             "fill 0,0 9,1 a0a0a0;fill 0,1 9,2 696969;fill 0,2 9,9 f0f0f0;");
-  EXPECT_EQ(drawn([&] {
-              dc.DrawEdge({0, 0, 1, 9}, EDGE_RAISED, BF_RECT | BF_MIDDLE);
-            }),
+  EXPECT_EQ((dc.DrawEdge({0, 0, 1, 9}, EDGE_RAISED, BF_RECT | BF_MIDDLE), Taken(dc)),
             "fill 0,0 1,1 e3e3e3;fill 0,0 1,9 e3e3e3;fill 0,0 1,9 696969;fill 0,8 1,9 696969;");
 }
 
@@ -225,9 +205,7 @@ TEST_F(Drawing, ClippingIsToldWhereItMattersAndStateComesBack) {
   EXPECT_EQ(dc.SaveDC(), 1);
   dc.IntersectClipRect({20, 0, 40, 90});
   EXPECT_EQ(dc.GetClipBox(), (CRect{20, 10, 40, 60}));
-  EXPECT_EQ(dc.SaveDC(), 2);
-  EXPECT_EQ(dc.SetTextColor(1), 0u);
-  EXPECT_EQ(dc.SetBkColor(2), 0xFFFFFFu);
+  EXPECT_TRUE(dc.SaveDC() == 2 && dc.SetTextColor(1) == 0 && dc.SetBkColor(2) == 0xFFFFFF);
   EXPECT_EQ(dc.SetBkMode(OPAQUE), TRANSPARENT);
   dc.SelectObject(&font);
   dc.MoveTo(30, 30);
@@ -330,11 +308,10 @@ TEST_F(Drawing, PicturesAreCutMaskedEmbossedAndStretched) {
 }
 
 TEST(Pages, FollowOneAnotherAndOutsideThemNothingIsDrawn) {
-  RecordingDC paper({.area = {90, 80},
-                     .pixels_per_inch = 300,
-                     .has_pages = true,
-                     .page = {100, 110},
-                     .offset = {5, 15}});
+  DeviceFormat sheet{.area = {90, 80}, .page = {100, 110}, .offset = {5, 15}};
+  sheet.pixels_per_inch = 300;
+  sheet.has_pages = true;
+  RecordingDC paper(sheet);
   std::string caps;
   for (const int cap : {HORZRES, VERTRES, LOGPIXELSX, LOGPIXELSY, PHYSICALWIDTH, PHYSICALHEIGHT,
                         PHYSICALOFFSETX, PHYSICALOFFSETY, DeviceCap{7}}) {
@@ -346,8 +323,7 @@ TEST(Pages, FollowOneAnotherAndOutsideThemNothingIsDrawn) {
   const auto draw = [&] { paper.DrawText("x", CRect{0, 0, 5, 99}, 0); };
   draw();
   EXPECT_TRUE(paper.StartPage() < 0 && paper.EndPage() < 0 && paper.EndDoc() < 0);
-  EXPECT_LT(paper.AbortDoc(), 0);
-  EXPECT_GT(paper.StartDoc("Rows"), 0);
+  EXPECT_TRUE(paper.AbortDoc() < 0 && paper.StartDoc("Rows") > 0);
   draw();
   EXPECT_TRUE(paper.StartDoc("x") < 0 && paper.EndPage() < 0 && paper.StartPage() > 0);
   draw();

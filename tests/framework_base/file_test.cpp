@@ -45,11 +45,10 @@ TEST(Exception, CausesFollowFromTheSystemsErrorsAndAreToldInTheRoomThereIs) {
     EXPECT_EQ(error.GetErrorMessage(text, room), error.GetErrorMessage(text, room, &topic));
     return std::to_string(topic) + text + std::to_string(error.GetErrorMessage(text, room));
   };
-  for (const auto& [cause, code, words] : Cases<3>(R"(
-       -1 => 1 => 61841The system gave no reason1 ;; 0 => 1 => 61840There was no error1
-       1 => 0 => 61841The system gave no reason1 ;; 1 => 1 => 61841It broke1
-       1 => 2 => 61841The system gave no reason1 ;; 14 => 1 => 61854The file ended too soon1
-       15 => 1 => 61841The system gave no reason1)")) {
+  for (const auto& [cause, code, words] : Cases<3>(R"(-1 => 1 => 61841The system gave no reason1
+      0 => 1 => 61840There was no error1 ;; 1 => 0 => 61841The system gave no reason1
+      1 => 1 => 61841It broke1 ;; 1 => 2 => 61841The system gave no reason1
+      14 => 1 => 61854The file ended too soon1 ;; 15 => 1 => 61841The system gave no reason1)")) {
     EXPECT_EQ(told(CFileException(std::stoi(cause), std::stoi(code))), words);
   }
   std::string topics;
@@ -324,24 +323,23 @@ TEST(Archive, IndicesFrom7FFFhAreOf32Bits) {
 
 TEST(Archive, StreamsThatDontFitAreRefusedBeforeMemoryIsTaken) {
   const std::string node = kNewClass + kEmptyNode;
-  const Rows<int, std::string> rows = {
-      {Failure::endOfFile, kNewClass + "\0\0\xFF\xFF\xFF\xFF\xFF\xFF\xFF"s},
-      {Failure::endOfFile, kNewClass + "\0\0\0\xFF\xFF\xFF\xFF\xFF\xFF"s},
-      {Failure::endOfFile, "\xFF\xFF\7\0\x3F\0"s + std::string(62, 'x')},
-      {Failure::badClass, "\xFF\xFF\7\0\x40\0"s + std::string(62, 'x')},
-      {Failure::badClass, "\xFF\xFF\7\0\x08\0CMemFile"s},
-      {Failure::badClass, kNewClass + "\0\0\xFF\xFE\xFFxx"s},
-      {Failure::badSchema, "\xFF\xFF\1\0\x0E\0CMapStringToOb\0\0"s},
-      {Failure::badIndex, "\0\x80"s},
-      {Failure::badIndex, node + "\2\x80"s},
-      {Failure::badIndex, node + "\3\0"s},
-      {Failure::badIndex, node + "\xFF\x7F\xFF\xFF\xFF\xFF"s},
+  const std::string x62(62, 'x'), map("CMapStringToOb\0\0", 16);
+  const Rows<int, std::vector<std::string>> rows = {
+      {Failure::endOfFile,
+       {kNewClass + "\0\0\xFF\xFF\xFF\xFF\xFF\xFF\xFF"s,
+        kNewClass + "\0\0\0\xFF\xFF\xFF\xFF\xFF\xFF"s, "\xFF\xFF\7\0\x3F\0"s + x62}},
+      {Failure::badClass,
+       {"\xFF\xFF\7\0\x40\0"s + x62, "\xFF\xFF\7\0\x08\0CMemFile"s,
+        kNewClass + "\0\0\xFF\xFE\xFFxx"s}},
+      {Failure::badSchema, {"\xFF\xFF\1\0\x0E\0"s + map}},
+      {Failure::badIndex,
+       {"\0\x80"s, node + "\2\x80"s, node + "\3\0"s, node + "\xFF\x7F\xFF\xFF\xFF\xFF"s}},
       // A class by a big index, too.
-      {Failure::none, node + "\xFF\x7F\1\0\0\x80"s + kEmptyNode},
-      {Failure::none, node + "\0\0\2\0\1\x80"s + kEmptyNode},
-      {Failure::none, "\xFF\xFF\0\0\x0E\0CMapStringToOb\0\0"s}};
-  for (const auto& [cause, stream] : rows) {
-    EXPECT_EQ(LoadObjects(stream), cause) << testing::PrintToString(stream);
+      {Failure::none,
+       {node + "\xFF\x7F\1\0\0\x80"s + kEmptyNode, node + "\0\0\2\0\1\x80"s + kEmptyNode,
+        "\xFF\xFF\0\0\x0E\0"s + map}}};
+  for (const auto& [cause, streams] : rows) {
+    for (const std::string& each : streams) EXPECT_EQ(LoadObjects(each), cause) << each;
   }
   EXPECT_EQ(LoadObjects(node, RUNTIME_CLASS(CMapStringToOb)), Failure::badClass);
   EXPECT_EQ(LoadObjects(node, RUNTIME_CLASS(CObject)), Failure::none);

@@ -14,13 +14,11 @@ constexpr PageFormat kSquareInch{.paper = {2'540, 2'540}, .margin = 0};
 /// The bytes of a document that `draw` draws.
 std::string Document(const PageFormat& format, const std::function<void(PdfDC&)>& draw) {
   std::string bytes;
-  PdfDC dc(
-      [&](std::string_view piece) {
-        EXPECT_LT(piece.size(), 200'000u);
-        bytes += piece;
-        return platform::Error{};
-      },
-      format);
+  const auto take = [&](std::string_view piece) {
+    EXPECT_LT(piece.size(), 200'000u);
+    return bytes += piece, platform::Error{};
+  };
+  PdfDC dc(take, format);
   dc.SetBkMode(TRANSPARENT);
   EXPECT_GT(dc.StartDoc("Rows & \xC3\xA4\xF0\x9F\x98\x80"), 0);
   draw(dc);
@@ -87,10 +85,8 @@ TEST(PdfDC, FontsAreTheNearestAndTheirMeasuresTheReaders) {
         dc.StartPage();
         dc.SelectObject(&font);
         for (int first = 0x20; first < 0x100; first += 16) {
-          std::string text;
-          for (int code = first; code < first + 16 && code != 0x7F; ++code) {
-            text += static_cast<char>(code);
-          }
+          std::string text(first == 0x70 ? 15 : 16, '\0');
+          std::iota(text.begin(), text.end(), static_cast<char>(first));
           dc.TextOut(0, first * 9, text);
           ends.push_back(dc.GetTextExtent(text).cx);
         }
@@ -124,12 +120,9 @@ TEST(PdfDC, PixelsAreThoseOfTheDevice) {
       dc.MoveTo(from.x, from.y);
       dc.LineTo(to.x, to.y);
     };
-    line(red, {5, 1}, {9, 1});
-    line(red, {9, 3}, {5, 3});
-    line(red, {10, 1}, {10, 4});
-    line(red, {12, 4}, {12, 1});
-    line(thick, {1, 5}, {5, 5});
-    line(dots, {7, 6}, {16, 6});
+    line(red, {5, 1}, {9, 1}), line(red, {9, 3}, {5, 3});
+    line(red, {10, 1}, {10, 4}), line(red, {12, 4}, {12, 1});
+    line(thick, {1, 5}, {5, 5}), line(dots, {7, 6}, {16, 6});
     dc.DrawBitmap(CRect{1, 8, 5, 12}, &picture, {.mask = 0});
     dc.DrawBitmap(CRect{6, 8, 8, 10}, &picture);
     dc.IntersectClipRect({10, 8, 14, 13});
@@ -175,12 +168,8 @@ TEST(PdfDC, FormatsHaveTheirPixelsAndAnyNumbersAreSafe) {
   constexpr LONG kMost = std::numeric_limits<LONG>::max();
   for (const auto& [format, caps, size] : Rows<PageFormat, std::string_view, std::string_view>{
            {{}, "2362 3389 300 2480 3507 59", "595.276 x 841.89 pts (A4)"},
-           {{.paper = kPaperLetter, .is_landscape = true, .margin = 0, .pixels_per_inch = 72},
-            "792 612 72 792 612 0",
-            "792 x 612 pts (letter)"},
-           {{.paper = {-1, kMost}, .margin = kMost, .pixels_per_inch = 0},
-            "7 7192 36 14 7200 3",
-            "28.346 x 14400 pts"}}) {
+           {{kPaperLetter, true, 0, 72}, "792 612 72 792 612 0", "792 x 612 pts (letter)"},
+           {{{-1, kMost}, false, kMost, 0}, "7 7192 36 14 7200 3", "28.346 x 14400 pts"}}) {
     std::string found;
     const std::string bytes = Document(format, [&](PdfDC& dc) {
       for (const DeviceCap cap :
@@ -262,12 +251,9 @@ struct PrinterTest : testing::Test {
 };
 
 TEST_F(PrinterTest, PrinterGetsThePagesThatWereChosenWhenTheDocumentEnds) {
-  for (const auto& [first, last, pages] : Rows<int, int, std::string_view>{{1, 0, "1 2 3 "},
-                                                                           {2, 2, "2 "},
-                                                                           {-4, 0, "1 2 3 "},
-                                                                           {2, 9, "2 3 "},
-                                                                           {3, 1, "3 "},
-                                                                           {4, 0, ""}}) {
+  const Rows<int, int, std::string_view> rows = {{1, 0, "1 2 3 "}, {2, 2, "2 "}, {-4, 0, "1 2 3 "},
+                                                 {2, 9, "2 3 "},   {3, 1, "3 "}, {4, 0, ""}};
+  for (const auto& [first, last, pages] : rows) {
     printing_.document.clear();
     printing_.printed = 0;
     PrinterDC dc({.printer = "p", .copies = 2, .first_page = first, .last_page = last});

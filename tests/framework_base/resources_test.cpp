@@ -71,8 +71,7 @@ TEST_F(ResourceChain, ATranslationComesBeforeItsModuleWhereverThatComes) {
 
 TEST_F(ResourceChain, ResourceIsSearchedByTheLowHalfOfItsName) {
   AfxSetResourceHandle(&current_);
-  EXPECT_EQ(AfxFindResourceHandle(5, RESOURCE_BITMAP), &older_);
-  EXPECT_EQ(AfxFindResourceHandle(0x70005, RESOURCE_BITMAP), &older_);
+  for (const UINT id : {5, 0x70005}) EXPECT_EQ(AfxFindResourceHandle(id, RESOURCE_BITMAP), &older_);
   EXPECT_EQ(AfxFindResourceHandle(kId / 16 + 1, RESOURCE_STRING), &current_);
   EXPECT_EQ(AfxFindResourceHandle(5, RESOURCE_ICON), &current_) << "where none has it";
   AfxSetResourceHandle(nullptr);

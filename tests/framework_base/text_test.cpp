@@ -345,9 +345,9 @@ TEST(OleDateTime, CountsDaysAndFractionsAwayFromZero) {
   const COleDateTime time(2004, 12, 31, 1, 2, 3);
   SYSTEMTIME parts;
   EXPECT_TRUE(time.GetAsSystemTime(parts) && parts == (SYSTEMTIME{2004, 12, 5, 31, 1, 2, 3, 0}));
-  EXPECT_TRUE(time.GetYear() == 2004 && time.GetMonth() == 12 && time.GetDay() == 31);
-  EXPECT_TRUE(time.GetHour() == 1 && time.GetMinute() == 2 && time.GetSecond() == 3);
-  EXPECT_TRUE(time.GetDayOfWeek() == 6 && time.GetDayOfYear() == 366);
+  EXPECT_TRUE(time.GetYear() == 2004 && time.GetMonth() == 12 && time.GetDay() == 31 &&
+              time.GetHour() == 1 && time.GetMinute() == 2 && time.GetSecond() == 3 &&
+              time.GetDayOfWeek() == 6 && time.GetDayOfYear() == 366);
 }
 
 TEST(OleDateTime, WhatIsNotOnTheCalendarIsInvalid) {

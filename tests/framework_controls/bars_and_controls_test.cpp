@@ -138,14 +138,9 @@ struct Holder : CWnd {
   bool ends = false;
 };
 
-struct KeyLayer : RecordingObserver {
-  int GetKeyState(int key) override { return held.contains(key) ? kKeyDown : 0; }
-  std::set<int> held;
-};
-
 TEST(HotKey, TakesWhatAPersonPressesByItsRules) {
   Holder<CHotKeyCtrl> holder("hotkey 7 \"\" 0 0 1 1");
-  KeyLayer layer;
+  HeldKeys layer;
   holder->SetRules(HKCOMB_NONE | HKCOMB_S | HKCOMB_SA, HOTKEYF_CONTROL);
   // The key, Shift, Ctrl and Alt, what is read then, the number, and whether it was notified.
   for (const auto& [key, held, text, number, told] :

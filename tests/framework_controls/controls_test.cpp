@@ -16,10 +16,8 @@ std::string Described(const CWnd& control) {
   platform::DialogControl shown;
   control.Describe(shown);
   std::string text = std::to_string(static_cast<int>(shown.kind));
-  if (shown.editable) text += " editable";
-  if (shown.multiple) text += " multiple";
-  if (shown.secret) text += " secret";
-  if (shown.is_default) text += " default";
+  text.append(shown.editable ? " editable" : "").append(shown.multiple ? " multiple" : "");
+  text.append(shown.secret ? " secret" : "").append(shown.is_default ? " default" : "");
   for (const std::string& item : shown.items) text += " " + item;
   return text + " =" + shown.value;
 }
@@ -157,26 +155,21 @@ TEST_F(Controls, ParentIsToldOfWhatAPersonDoesAndMayDestroyTheControlOrTheDialog
 }
 
 TEST_F(Controls, TakeAPersonsEditsAsTheLayersOwnControlMakesThem) {
-  struct Row {
-    int id, first, removed;
-    const char* inserted;
-    bool taken;
-    const char* left;
-  };
   dialog.edit().SetStyle({});
-  for (const auto& [id, first, removed, inserted, taken, left] :
-       std::vector<Row>{{kEdit, 0, 0, "abc", true, "2:1024 2:768 abc"},
-                        {kEdit, 1, 1, "", true, "2:1024 2:768 ac"},
-                        {kEdit, 2, 1, "x", false, "ac"},
-                        {kEdit, -1, 0, "x", false, "ac"},
-                        {kEdit, 0, 0, "a\nb", false, "ac"},
-                        {kEdit, 1, 0, "1234", false, "2:1281 2:1024 2:768 a123c"},
-                        {kEdit, 5, 0, "z", false, "2:1281 a123c"},
-                        {kEdit, 0, 5, "", true, "2:1024 2:768 "},
-                        {kCombo, 0, 0, "two", true, "23:6 23:5 two"},
-                        {kCombo, 2, 1, "\t", false, "two"},
-                        {kCombo, 0, 3, "", true, "23:6 23:5 "},
-                        {kDropList, 0, 0, "x", false, ""}}) {
+  const Rows<int, int, int, const char*, bool, const char*> rows = {
+      {kEdit, 0, 0, "abc", true, "2:1024 2:768 abc"},
+      {kEdit, 1, 1, "", true, "2:1024 2:768 ac"},
+      {kEdit, 2, 1, "x", false, "ac"},
+      {kEdit, -1, 0, "x", false, "ac"},
+      {kEdit, 0, 0, "a\nb", false, "ac"},
+      {kEdit, 1, 0, "1234", false, "2:1281 2:1024 2:768 a123c"},
+      {kEdit, 5, 0, "z", false, "2:1281 a123c"},
+      {kEdit, 0, 5, "", true, "2:1024 2:768 "},
+      {kCombo, 0, 0, "two", true, "23:6 23:5 two"},
+      {kCombo, 2, 1, "\t", false, "two"},
+      {kCombo, 0, 3, "", true, "23:6 23:5 "},
+      {kDropList, 0, 0, "x", false, ""}};
+  for (const auto& [id, first, removed, inserted, taken, left] : rows) {
     auto* const edit = dynamic_cast<CEdit*>(dialog.GetDlgItem(id));
     if (edit != nullptr) edit->LimitText(5);
     Codes();
@@ -208,11 +201,6 @@ TEST_F(Controls, TakeAPersonsEditsAsTheLayersOwnControlMakesThem) {
 
 /// A dialog that a person works with by keys; what its buttons, and help, do is logged.
 struct KeyDialog : CDialog {
-  struct Layer : RecordingObserver {
-    int GetKeyState(int key) override { return key == held ? kKeyDown : 0; }
-    int held = 0;
-  };
-
   BOOL OnCommand(WPARAM wparam, LPARAM) override {
     if (HiWord(wparam) == BN_CLICKED) log += "!" + std::to_string(LoWord(wparam)) + " ";
     return 1;
@@ -230,7 +218,7 @@ struct KeyDialog : CDialog {
     };
     std::istringstream words(keys);
     for (std::string word; words >> word;) {
-      layer.held = word == "Back" ? VK_SHIFT : word == "CtrlTab" ? VK_CONTROL : 0;
+      layer.held = {word == "Back" ? VK_SHIFT : word == "CtrlTab" ? VK_CONTROL : 0};
       MSG message{GetFocus()->GetSafeHwnd(), WM_KEYDOWN, 0, 0};
       if (kNames.contains(word)) {
         message.wParam = kNames.at(word);
@@ -245,7 +233,7 @@ struct KeyDialog : CDialog {
   }
 
   std::string log;
-  Layer layer;
+  HeldKeys layer;
 };
 
 TEST(DialogKeys, MoveTheFocusPressButtonsAndGoToMnemonics) {
@@ -305,9 +293,8 @@ TEST_F(Controls, SpinKeepsTheBuddysNumberInItsRange) {
   spin.SetRange(10, 50);
   EXPECT_EQ(dialog.GetDlgItemText(kEdit), "30");
   // A position, what is typed then, steps, and the text of the buddy.
-  for (const auto& [position, typed, steps, text] : Cases<4>(R"(60 => => 0 => 50
-      -1 => => 0 => 10 ;; 20 => 40 => 1 => 41 ;; 20 => 50 => -1 => 49 ;; 20 => 99 => 1 => 21
-      20 => x => -50 => 10)")) {
+  for (const auto& [position, typed, steps, text] : Cases<4>(R"(60 => => 0 => 50 ;; -1 => => 0 => 10
+      20 => 40 => 1 => 41 ;; 20 => 50 => -1 => 49 ;; 20 => 99 => 1 => 21 ;; 20 => x => -50 => 10)")) {
     spin.SetPos(std::stoi(position));
     if (!typed.empty()) dialog.edit().SetWindowText(typed.c_str());
     EXPECT_EQ(spin.Step(std::stoi(steps)), steps != "0");

@@ -7,10 +7,7 @@ namespace dq::test {
 namespace {
 
 TEST(Edit, MovesItsCaretAndDeletesByKeysOnlyWhereNoNativeControlDoes) {
-  struct Holding : RecordingObserver {
-    int GetKeyState(int key) override { return key == held ? kKeyDown : 0; }
-    int held = 0;
-  } layer;
+  HeldKeys layer;
   ControlDialog dialog;
   CEdit& edit = dialog.edit();
   // What is selected in "ab\r\ncd"; the key, and what is held; what follows, and the text's length.
@@ -19,8 +16,9 @@ TEST(Edit, MovesItsCaretAndDeletesByKeysOnlyWhereNoNativeControlDoes) {
       "1 5 37 0 1 1 6  1 5 39 0 5 5 6  2 5 39 16 2 6 6  5 2 37 16 1 5 6  5 5 36 0 4 4 6  "
       "5 5 36 17 0 0 6 1 1 35 0 2 2 6  1 1 35 17 6 6 6  5 5 35 16 5 6 6  2 2 46 0 2 2 4  "
       "1 5 46 0 1 1 2  6 6 46 0 6 6 6  1 5 46 16 1 5 6  1 1 38 0 1 1 6");
-  for (int from, to, key, first, last, size;
-       rows >> from >> to >> key >> layer.held >> first >> last >> size;) {
+  for (int from, to, key, held, first, last, size;
+       rows >> from >> to >> key >> held >> first >> last >> size;) {
+    layer.held = {held};
     edit.SetWindowText("ab\r\ncd");
     edit.SetSel(from, to);
     edit.SendMessage(WM_KEYDOWN, static_cast<WPARAM>(key));
@@ -30,7 +28,7 @@ TEST(Edit, MovesItsCaretAndDeletesByKeysOnlyWhereNoNativeControlDoes) {
     EXPECT_THAT(ends, testing::ElementsAre(first, last)) << from << ' ' << to << ' ' << key;
     EXPECT_EQ(edit.GetWindowTextLength(), size);
   }
-  layer.held = 0;
+  layer.held.clear();
   edit.SetWindowText("\xC3\xBC\xE2\x82\xAC\x82-");
   edit.SetSel(5, 5);
   edit.SendMessage(WM_CHAR, '\b');

@@ -26,10 +26,7 @@ struct DesktopTest : testing::Test {
     std::string told = files.Get("log");
     std::filesystem::remove(files / "log");
     std::ranges::replace(told, '\n', '|');
-    for (std::size_t at; (at = told.find(files.path())) != told.npos;) {
-      told.replace(at, files.path().size(), ".");
-    }
-    return told;
+    return files.Shortened(told);
   }
 
   TempDirectory files;

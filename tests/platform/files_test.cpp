@@ -351,10 +351,9 @@ TEST(MountTable, TellsThePathsOfOtherMachines) {
       "31 21 0:41 / /mnt/n rw - tmpfs none rw\n"
       "32 21 0:42 / /mnt/n rw - nfs4 host:/export/home rw\n"
       "33 21 0:42 /team /mnt/team rw - nfs4 host:/export rw";
-  for (const auto& [path, universal] : Cases<2>(R"(
-           / => none ;; /mnt/nx => none ;; /mnt/my disk => \\server\share
-           /mnt/my disk/a/b => \\server\share\a\b ;; /mnt/n/x => \\host\export\home\x
-           /mnt/team/x => \\host\export\team\x)")) {
+  for (const auto& [path, universal] : Cases<2>(R"(/ => none ;; /mnt/nx => none
+      /mnt/my disk => \\server\share ;; /mnt/my disk/a/b => \\server\share\a\b
+      /mnt/n/x => \\host\export\home\x ;; /mnt/team/x => \\host\export\team\x)")) {
     const auto mount = posix::FindMount(kTable, path);
     ASSERT_TRUE(mount) << path;
     EXPECT_EQ(posix::NetworkPath(*mount, path).value_or("none"), universal) << path;
@@ -447,24 +446,22 @@ TEST(Paths, AreJoinedWithWhatIsMissingAndMadeFullByTheirText) {
            data => a => data/a ;; data => a\b => data\a\b ;; => a => a)")) {
     EXPECT_EQ(JoinPath(first, second), joined);
   }
-  for (const auto& [base, path, full] : Cases<3>(R"(
-           /w/v => . => /w/v ;; /w/v => c:\..\.. => c:\ ;; /w/v => ../.. => / ;; / => x => /x
-           /w/v => \data\..\x => \x ;; /w/v => c:x => c:\x ;; /w/v => c:\data\ => c:\data\
-           /w/v => ../x => /w/x ;; /w/v => C:/data//a => C:\data\a ;; /w/v => ../../.. => /
-           /w/v => /a/./b/../../../c/ => /c/ ;; /w/v => ... => /w/v/... ;; /w/v => a\b => /w/v/a/b
-           /w/v => c:\data\.\x\..\a.sql => c:\data\a.sql ;; c:\w => sub/x => c:\w\sub\x
-           /w/v => \\srv\share\..\..\a => \\srv\share\a ;; /w/ => . => /w)")) {
+  for (const auto& [base, path, full] : Cases<3>(R"(/w/v => . => /w/v ;; /w/v => c:\..\.. => c:\
+      /w/v => ../.. => / ;; / => x => /x ;; /w/v => \data\..\x => \x ;; /w/v => c:x => c:\x
+      /w/v => c:\data\ => c:\data\ ;; /w/v => ../x => /w/x ;; /w/v => C:/data//a => C:\data\a
+      /w/v => ../../.. => / ;; /w/v => /a/./b/../../../c/ => /c/ ;; /w/v => ... => /w/v/...
+      /w/v => a\b => /w/v/a/b ;; /w/v => c:\data\.\x\..\a.sql => c:\data\a.sql
+      c:\w => sub/x => c:\w\sub\x ;; /w/v => \\srv\share\..\..\a => \\srv\share\a ;; /w/ => . => /w)")) {
     EXPECT_EQ(FullPath(path, base), full) << path;
   }
 }
 
 TEST(Paths, NamesMatchPatterns) {
-  for (const auto& [pattern, name, matches] : Cases<3>(R"(
-           => => yes ;; * => => yes ;; ? => a => yes ;; ? => => no ;; => x => no ;; ? => ab => no
-           *.* => . => yes ;; *ab => aab => yes ;; *.sql => a.SQL => yes ;; *.sql => asql => no
-           ab*? => ab => no ;; A.SQL => a.sql => yes ;; *.* => README => yes ;; ? => é => yes
-           *ab? => abcabd => yes ;; *.sql => a.sql.bak => no ;; *.*.* => a.b => no
-           *iss*ip* => mississippi => yes)")) {
+  for (const auto& [pattern, name, matches] : Cases<3>(R"(=> => yes ;; * => => yes ;; ? => a => yes
+      ? => => no ;; => x => no ;; ? => ab => no ;; *.* => . => yes ;; *ab => aab => yes
+      *.sql => a.SQL => yes ;; *.sql => asql => no ;; ab*? => ab => no ;; A.SQL => a.sql => yes
+      *.* => README => yes ;; ? => é => yes ;; *ab? => abcabd => yes ;; *.sql => a.sql.bak => no
+      *.*.* => a.b => no ;; *iss*ip* => mississippi => yes)")) {
     EXPECT_EQ(MatchesPattern(name, pattern), matches == "yes") << name << pattern;
   }
   // A pattern made to try every split takes time only in the product of the lengths.

@@ -33,9 +33,7 @@ struct RegistryStoreTest : testing::Test {
       EXPECT_EQ(box.type, UINT{BOX_EXCLAMATION});
       told += box.text + "~";
     }
-    const std::string& path = directory.path();
-    for (std::size_t at; (at = told.find(path)) != told.npos;) told.replace(at, path.size(), "D");
-    return told;
+    return directory.Shortened(told, "D");
   }
 
   std::string Run(const std::string& command) { return RunShell(directory_.path(), command); }

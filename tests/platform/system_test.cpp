@@ -268,11 +268,10 @@ TEST(VersionResources, ComeFromTheTextFileBesideTheProgramOrATableHandedIn) {
           "ProductName=A=B");
   const std::vector<char> block = fetch();
   EXPECT_EQ(resources.Query(block, "\\VarFileInfo\\Translation"), "\x09\x04\xB0\x04");
-  for (const auto& [query, text] : Cases<2>(R"(
-           \StringFileInfo\040904b0\FileVersion => 7.1.2.3 ;; \StringFileInfo\040904b0 => none
-           \STRINGFILEINFO\040904B0\productname => A=B ;; \StringFileInfo\040904b0\Comments => none
-           \StringFileInfo\040704b0\FileVersion => none ;; => none
-           \StringFileInfo\04x904b0\FileVersion => none)")) {
+  for (const auto& [query, text] : Cases<2>(R"(\StringFileInfo\040904b0\FileVersion => 7.1.2.3
+      \StringFileInfo\040904b0 => none ;; \STRINGFILEINFO\040904B0\productname => A=B
+      \StringFileInfo\040904b0\Comments => none ;; \StringFileInfo\040704b0\FileVersion => none
+      => none ;; \StringFileInfo\04x904b0\FileVersion => none)")) {
     EXPECT_EQ(resources.Query(block, query).value_or("none"), text) << query;
   }
   std::vector<char> small(block.size() - 1);
@@ -339,15 +338,13 @@ TEST(Locale, TakesItsItemsFromTheEnvironmentOnce) {
   const std::string former = setlocale(LC_ALL, nullptr);
   const ScopedVariable path("LOCPATH", LocaleDirectory().path());
   const ScopedVariable all("LC_ALL", "");
-  for (const auto& [name, definition, numbers] : Rows<std::string, std::string, const char*>{
+  for (const auto& [name, definition, numbers] : Rows<std::string, const char*, const char*>{
            {"fr_FR", "copy \"fr_FR\"", ",|\xE2\x80\xAF|3;0|;|2|1|1|"},
            {"de_AT", "copy \"de_DE\"", ",|.|3;0|;|2|1|1|"},
            {"unm_US", "copy \"unm_US\"", ".|\xE2\x80\xAF|2;2;2;3;0|,|2|1|1|"},
            {"xx_XX", "decimal_point \",\"\nthousands_sep \".\"\ngrouping 3;2;2;-1",
             ",|.|3;2;2|;|2|1|1|"}}) {
-    const std::string source =
-        LocaleDirectory().Put("source", "LC_NUMERIC\n" + definition + "\nEND LC_NUMERIC\n");
-    CompileLocale(name, "-c -i '" + source + "'");
+    CompileCategory(name, "LC_NUMERIC", definition);
     const ScopedVariable numeric("LC_NUMERIC", name + ".UTF-8");
     EXPECT_EQ(Texts(*MakeLocale(), kNumbers), numbers) << name;
   }
@@ -372,16 +369,13 @@ TEST(Locale, TakesItsItemsFromTheEnvironmentOnce) {
 TEST(Locale, PaperIsThatOfTheEnvironmentElseA4) {
   const ScopedVariable path("LOCPATH", LocaleDirectory().path());
   const ScopedVariable all("LC_ALL", "");
-  for (const auto& [name, size, paper] : Cases<3>(R"(
-      C => => 9 ;; en_US => => 1 ;; xx_YY => => 9 ;; xx_AA => 216 279 => 1
-      xx_CC => 297 420 => 8 ;; xx_DD => 216 356 => 5 ;; xx_EE => 216 420 => 9)")) {
-    if (!size.empty()) {
-      const std::string source =
-          LocaleDirectory().Put("source", "LC_PAPER\nwidth " + size.substr(0, 3) + "\nheight " +
-                                              size.substr(4) + "\nEND LC_PAPER\n");
-      CompileLocale(name, "-c -i '" + source + "'");
-    }
-    const ScopedVariable variable("LC_PAPER", size.empty() ? name : name + ".UTF-8");
+  // The size of the paper, where the system doesn't know the locale.
+  for (const auto& [name, width, height, paper] : Cases<4>(R"(C => => => 9 ;; en_US => => => 1
+      xx_YY => => => 9 ;; xx_AA.UTF-8 => 216 => 279 => 1 ;; xx_CC.UTF-8 => 297 => 420 => 8
+      xx_DD.UTF-8 => 216 => 356 => 5 ;; xx_EE.UTF-8 => 216 => 420 => 9)")) {
+    const std::string size = "width " + width + "\nheight " + height;
+    if (!width.empty()) CompileCategory(name.substr(0, 5), "LC_PAPER", size);
+    const ScopedVariable variable("LC_PAPER", name);
     EXPECT_EQ(Texts(*MakeLocale(), {LOCALE_IPAPERSIZE}), paper + "|") << name;
   }
 }
@@ -407,11 +401,10 @@ TEST(DatePictures, TranslateElementsAndQuoteText) {
   EXPECT_LT(TimePicture({.time = "%X%X%X%H", .time_12h = ""}).size(), 2000U);
   EXPECT_LT(ShortDatePicture({.date_time = "%x%x%x", .date = "-%c%c"}).size(), 2000U);
   // The long date is the date of date and time, with full names.
-  for (const auto& [date_time, picture] : Cases<2>(R"(
-           %a %b %e %H:%M:%S %Y => dddd MMMM d yyyy ;; %d-%m-%Y ora %H:%M => dd-MM-yyyy
-           %a, %d %b %Y, %X => dddd, dd MMMM yyyy ;; %Y年%d日 %H時%M分 => yyyy'年'dd'日'
-           %Y. %b. %-e., %A, %H:%M:%S %Z => yyyy. MMMM. d., dddd
-           %T, %d.%m.%Y => dd.MM.yyyy ;; => dd.MM.yyyy)")) {
+  for (const auto& [date_time, picture] : Cases<2>(R"(%a %b %e %H:%M:%S %Y => dddd MMMM d yyyy
+      %d-%m-%Y ora %H:%M => dd-MM-yyyy ;; %a, %d %b %Y, %X => dddd, dd MMMM yyyy
+      %Y年%d日 %H時%M分 => yyyy'年'dd'日' ;; %Y. %b. %-e., %A, %H:%M:%S %Z => yyyy. MMMM. d., dddd
+      %T, %d.%m.%Y => dd.MM.yyyy ;; => dd.MM.yyyy)")) {
     EXPECT_EQ(LongDatePicture({.date_time = date_time, .date = "%d.%m.%Y", .time = "%T"}), picture);
   }
 }

@@ -166,10 +166,7 @@ struct Session {
     std::string told;
     for (const ShownBox& box : prompts.shown) told += box.text + "|";
     prompts.shown.clear();
-    for (std::size_t at; (at = told.find(directory.path())) != told.npos;) {
-      told.replace(at, directory.path().size(), "%");
-    }
-    return told;
+    return directory.Shortened(told, "%");
   }
 
   TempDirectory directory;

@@ -22,6 +22,13 @@ inline void CompileLocale(const std::string& name, const std::string& options) {
   static_cast<void>(std::system(command.c_str()));
 }
 
+/// Compiles a locale of which nothing but a category matters.
+inline void CompileCategory(const std::string& name, const std::string& category,
+                            const std::string& definition) {
+  const std::string text = category + "\n" + definition + "\nEND " + category + "\n";
+  CompileLocale(name, "-c -i '" + LocaleDirectory().Put("source", text) + "'");
+}
+
 /// Compiles what a locale of the system says of numbers and times, which is soon done.
 inline void CompileNamesAndNumbers(const std::string& name) {
   const std::string copy = "\ncopy \"" + name + "\"\nEND ";

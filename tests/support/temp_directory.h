@@ -37,6 +37,11 @@ class TempDirectory {
     if (!file) return "(none)";
     return std::string(std::istreambuf_iterator<char>(file), {});
   }
+  /// A text with a sign in the place of this directory's path.
+  std::string Shortened(std::string text, std::string_view by = ".") const {
+    for (std::size_t at; (at = text.find(path_)) != text.npos;) text.replace(at, path_.size(), by);
+    return text;
+  }
   /// Permissions of a file.
   unsigned Mode(std::string_view name) const {
     const auto status = std::filesystem::status(*this / name);

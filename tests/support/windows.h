@@ -71,6 +71,12 @@ struct RecordingObserver : WindowObserver {
   WindowObserver* const former = SetWindowObserver(this);
 };
 
+/// One for which keys are held.
+struct HeldKeys : RecordingObserver {
+  int GetKeyState(int key) override { return held.contains(key) ? kKeyDown : 0; }
+  std::set<int> held;
+};
+
 /// Gives a window a frame.
 inline void SetFrameWidths(CWnd& window, const CRect& widths) {
   RecordingObserver layer;
