@@ -46,7 +46,9 @@ class FlexHost : public Base {
   }
 
   LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
+    const HWND self = this->GetSafeHwnd();
     const LRESULT result = Base::DefWindowProc(message, wparam, lparam);
+    if (Base::FromHandle(self) != this) return result;
     if (message == WM_SIZE) {
       const WPARAM size = static_cast<WPARAM>(lparam);
       OnSize(static_cast<UINT>(wparam), LoWord(size), HiWord(size));

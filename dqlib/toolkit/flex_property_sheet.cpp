@@ -66,7 +66,7 @@ CNSFlexPropertySheetView::CNSFlexPropertySheetView() = default;
 
 CNSFlexPropertySheetView::~CNSFlexPropertySheetView() {
   // While the sheet is still there: its parent goes first.
-  CNSFlexPropertySheetView::DestroyWindow();
+  EndInDestructor();
 }
 
 CRect CNSFlexPropertySheetView::GetSizeGripRect() const {
@@ -87,6 +87,7 @@ void CNSFlexPropertySheetView::OnInitialUpdate() {
   if (FromHandle(self) != this) return;
   InitFlex();
   m_sheet.ShowWindow(SW_SHOW);
+  if (FromHandle(self) != this) return;
   CNSFlexMDIChildWnd::PassMinTrackSize(*this, GetMinTrackSize());
   if (FromHandle(self) == this) CView::OnInitialUpdate();
 }

@@ -30,7 +30,7 @@ CMiniDockFrameWnd* FloatingFrame(const CControlBar& bar) {
 
 }  // namespace
 
-CControlBar::~CControlBar() { CControlBar::DestroyWindow(); }
+CControlBar::~CControlBar() { EndInDestructor(); }
 
 BOOL CControlBar::DestroyWindow() {
   if (MessageQueue::FindOwnWindow(GetSafeHwnd()) != this) return CWnd::DestroyWindow();

@@ -46,8 +46,6 @@ class ModalState {
     std::vector<HWND> windows;
     for (CWnd* next = owner; next != nullptr; next = next->GetOwner()) {
       next = next->GetTopLevelParent();
-      // One may have become a child of what it owns.
-      if (std::ranges::find(windows, HandleOf(next)) != windows.end()) break;
       if (windows.empty() && next->IsWindowEnabled()) owner_ = active_ = HandleOf(next);
       windows.push_back(HandleOf(next));
     }
@@ -195,7 +193,7 @@ CDialog::CDialog(UINT template_id, CWnd* parent)
 
 CDialog::~CDialog() {
   // While the controls are still there: their parent goes first.
-  CDialog::DestroyWindow();
+  EndInDestructor();
   if (run_ != nullptr) run_->dialog = nullptr;
 }
 

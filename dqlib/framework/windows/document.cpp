@@ -146,7 +146,9 @@ const AcceleratorTable* CDocument::GetDefaultAccelerators() {
 // ---- Files
 
 BOOL CDocument::OnNewDocument() {
+  const Self self(this);
   DeleteContents();
+  if (!self) return 0;
   m_strPathName.Empty();
   SetModifiedFlag(0);
   return 1;

@@ -19,7 +19,7 @@ CFormView::CFormView(DialogTemplate form)
 
 CFormView::~CFormView() {
   // While the controls are still there: their parent goes first.
-  CFormView::DestroyWindow();
+  EndInDestructor();
 }
 
 bool CFormView::Create(CWnd* parent, const CRect& place, int id, const CCreateContext* context) {
@@ -88,9 +88,10 @@ void CFormView::OnTurnTo(CWnd& window) {
 }
 
 LRESULT CFormView::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
+  const detail::Watched self(*this);
   if (message == WM_IDLEUPDATECMDUI) UpdateDialogControls(*this, false);
+  if (!self.IsThere()) return 0;
   if (message == WM_SETFOCUS) {
-    const detail::Watched self(*this);
     CWnd* const last = FromHandle(m_hFocus);
     if (IsChild(last) && last->IsShown()) last->SetFocus();
     if (self.IsThere() && GetFocus() == this) detail::FocusFirst(*this);

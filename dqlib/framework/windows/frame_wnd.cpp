@@ -37,7 +37,7 @@ IMPLEMENT_DYNCREATE(CFrameWnd, CWnd)
 
 CFrameWnd::~CFrameWnd() {
   deletes_itself_ = false;
-  CFrameWnd::DestroyWindow();
+  EndInDestructor();
 }
 
 bool CFrameWnd::Create(const char* class_name, const char* caption, const CRect& place,
@@ -153,7 +153,7 @@ void CFrameWnd::InitialUpdateFrame(CDocument*, bool visible) {
   if (self.IsThere()) SendMessageToDescendants(WM_INITIALUPDATE);
   if (!self.IsThere()) return;
   OnUpdateFrameTitle(true);
-  if (!visible) return;
+  if (!visible || !self.IsThere()) return;
   CView* const view = GetActiveView();
   ActivateFrame();
   const auto stays = [&] { return self.IsThere() && view != nullptr && GetActiveView() == view; };

@@ -71,8 +71,10 @@ class CMDIFrameWnd::Client : public CWnd {
     CMDIFrameWnd* const frame = DYNAMIC_DOWNCAST(CMDIFrameWnd, GetParent());
     CMDIChildWnd* const child = ToChild(reinterpret_cast<HWND>(wparam));
     if (frame != nullptr && child != nullptr && child->GetParent() == this) {
+      const Watched self(*this);
       if (message == WM_MDIACTIVATE) frame->Activate(child);
       if (message == WM_MDIDESTROY) child->DestroyWindow();
+      if (!self.IsThere()) return 0;
     }
     CMDIChildWnd* const active = frame == nullptr ? nullptr : frame->MDIGetActive();
     if (active != nullptr && message == WM_SETFOCUS) active->SetFocus();
@@ -85,7 +87,7 @@ class CMDIFrameWnd::Client : public CWnd {
 
 CMDIFrameWnd::CMDIFrameWnd() = default;
 
-CMDIFrameWnd::~CMDIFrameWnd() { CMDIFrameWnd::DestroyWindow(); }
+CMDIFrameWnd::~CMDIFrameWnd() { EndInDestructor(); }
 
 CWnd* CMDIFrameWnd::GetMDIClient() {
   if (GetSafeHwnd() == nullptr) return nullptr;
@@ -94,7 +96,9 @@ CWnd* CMDIFrameWnd::GetMDIClient() {
     if (!client_->CreateWnd({.class_name = "MDIClient", .parent = this, .id = kFirstPaneId})) {
       return nullptr;
     }
+    const Watched self(*this);
     RecalcLayout();
+    if (!self.IsThere()) return nullptr;
   }
   return client_.get();
 }
@@ -117,7 +121,8 @@ void CMDIFrameWnd::Activate(CMDIChildWnd* child) {
   Changed(WindowChange::kActive);
   CMDIChildWnd* const left = ToChild(former);
   const bool zoomed = left != nullptr && left->IsZoomed();
-  if (zoomed && child != nullptr) left->ShowWindow(SW_SHOWNOACTIVATE);
+  // One that is hidden stays so, and as it is.
+  if (zoomed && child != nullptr && left->IsShown()) left->ShowWindow(SW_SHOWNOACTIVATE);
   for (const HWND told : {former, now}) {
     SendToWindow(told, WM_MDIACTIVATE, reinterpret_cast<WPARAM>(former),
                  reinterpret_cast<LPARAM>(now));
@@ -217,7 +222,7 @@ BOOL CMDIFrameWnd::PreTranslateMessage(MSG* message) {
   return CFrameWnd::PreTranslateMessage(message);
 }
 
-CMDIChildWnd::~CMDIChildWnd() { CMDIChildWnd::DestroyWindow(); }
+CMDIChildWnd::~CMDIChildWnd() { EndInDestructor(); }
 
 bool CMDIChildWnd::Create(const char* class_name, const char* caption, const CRect& place,
                           CMDIFrameWnd* parent, const CCreateContext* context) {
@@ -311,8 +316,10 @@ void CMDIChildWnd::OnUpdateFrameTitle(bool add_document) {
 LRESULT CMDIChildWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
   const Watched self(*this);
   switch (message) {
+    case WM_SHOWWINDOW:
     case WM_DESTROY: {
-      CMDIFrameWnd* const frame = GetMDIFrame();
+      const bool goes = message == WM_DESTROY || wparam == 0;
+      CMDIFrameWnd* const frame = goes ? GetMDIFrame() : nullptr;
       if (frame == nullptr || frame->MDIGetActive() != this) break;
       frame->Activate(NextChild(*this));
       if (!self.IsThere()) return 0;

@@ -53,7 +53,7 @@ CPropertyPage::CPropertyPage(DialogTemplate page)
     : m_pTemplate(std::make_unique<DialogTemplate>(std::move(page))) {}
 
 CPropertyPage::~CPropertyPage() {
-  CPropertyPage::DestroyWindow();
+  EndInDestructor();
   if (m_pSheet != nullptr) m_pSheet->Forget(this);
 }
 
@@ -132,7 +132,7 @@ CPropertySheet::CPropertySheet(const char* caption, CWnd* parent, int first_page
 
 CPropertySheet::~CPropertySheet() {
   // While the tabs are still there, and before the pages lose their sheet.
-  CPropertySheet::DestroyWindow();
+  EndInDestructor();
   for (CPropertyPage* const page : m_pages) page->m_pSheet = nullptr;
 }
 

@@ -73,7 +73,7 @@ std::vector<Info> Dragged(std::vector<Info> lines, int index, int by) {
 
 IMPLEMENT_DYNCREATE(CSplitterWnd, CWnd)
 
-CSplitterWnd::~CSplitterWnd() { CSplitterWnd::DestroyWindow(); }
+CSplitterWnd::~CSplitterWnd() { EndInDestructor(); }
 
 bool CSplitterWnd::CreateStatic(CWnd* parent, int rows, int columns, int id) {
   const auto fits = [](int lines) { return lines >= 1 && lines <= kMostLines; };

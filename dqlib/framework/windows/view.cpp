@@ -12,7 +12,7 @@ IMPLEMENT_DYNAMIC(CView, CWnd)
 
 CView::~CView() {
   m_bDeletesItself = false;
-  CView::DestroyWindow();
+  EndInDestructor();
   if (m_pDocument != nullptr) m_pDocument->RemoveView(this);
 }
 

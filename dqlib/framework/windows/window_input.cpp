@@ -71,7 +71,7 @@ bool MouseInput(UINT message, WPARAM keys, const CPoint& screen, CWnd* under) {
 bool KeyInput(UINT message, WPARAM key, LPARAM lparam) {
   const CWnd* const focus = CWnd::GetFocus();
   const CWnd* const target = focus != nullptr ? focus : CWnd::GetActiveWindow();
-  if (target == nullptr) return false;
+  if (target == nullptr || !IsUsable(target)) return false;
   MSG input{target->GetSafeHwnd(), message, key, lparam};
   if (!PreTranslateInput(input)) Give(input.hwnd, message, key, lparam);
   return true;

@@ -18,7 +18,7 @@ bool MouseInput(UINT message, WPARAM keys, const CPoint& screen, CWnd* under);
 
 /// Handles a message of the keyboard for the window that has the focus, or if none has it, the
 /// active one: offers it to `PreTranslateInput`, and gives it to the window if it wasn't taken.
-/// False if there is neither.
+/// False if there is neither, or it is disabled.
 bool KeyInput(UINT message, WPARAM key, LPARAM lparam = 0);
 
 /// Offers a message of the keyboard to a window that has a native control, before that one gets the

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "dqlib/framework/base/trace.h"
 #include "dqlib/framework/windows/data_exchange.h"
 #include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/message_queue.h"
@@ -89,13 +90,20 @@ IMPLEMENT_DYNAMIC(CWnd, CCmdTarget)
 CWnd::CWnd() = default;
 
 CWnd::~CWnd() {
-  CWnd::DestroyWindow();
-  // It may be ending already, in one of its own handlers. What others throw then ends here: a
-  // destructor has nobody to tell.
+  EndInDestructor();
+  // It may be ending already, in one of its own handlers.
   detail::AllSteps steps;
   if (m_hWnd != nullptr) TakeDownTree(steps);
   CWinThread* const thread = AfxGetThread();
   if (thread != nullptr && thread->m_pMainWnd == this) thread->m_pMainWnd = nullptr;
+}
+
+void CWnd::EndInDestructor() {
+  try {
+    DestroyWindow();
+  } catch (...) {
+    AfxTrace("A handler failed while the object of a window was dropped.\n");
+  }
 }
 
 bool CWnd::CreateWnd(const char* class_name) {
@@ -156,9 +164,7 @@ BOOL CWnd::DestroyWindow() {
     return 0;
   }
   destroying_ = true;
-  const HWND heir = t_ui.active == self && owner_ != nullptr
-                        ? owner_->GetTopLevelParent()->m_hWnd.load()
-                        : nullptr;
+  const HWND heir = HeirOfActivity();
   steps.Take([this] { LeaveFocus(*this, true); });
   // The last one is the next to be told.
   std::vector<HWND> waiting{self};
@@ -183,6 +189,14 @@ BOOL CWnd::DestroyWindow() {
   }
   steps.Rethrow();
   return 1;
+}
+
+/// The window around, or that of its owner, if the active window ends with this one; else null.
+HWND CWnd::HeirOfActivity() const {
+  CWnd* const above = parent_ != nullptr ? parent_ : owner_;
+  const CWnd* at = GetActiveWindow();
+  while (at != nullptr && at != this) at = at->parent_ != nullptr ? at->parent_ : at->owner_;
+  return at == nullptr || above == nullptr ? nullptr : HWND{above->GetTopLevelParent()->m_hWnd};
 }
 
 /// Ends the windows that it owns. False if it is gone itself then.
@@ -276,6 +290,12 @@ CWnd* CWnd::SetParent(CWnd* parent) {
   if (parent != nullptr && (!IsOwn(parent) || parent->destroying_ || IsChild(parent))) {
     return nullptr;
   }
+  // No window is below or behind one that it owns: that one becomes its own.
+  CWnd* top = parent == nullptr ? nullptr : parent->GetTopLevelParent();
+  while (top != nullptr && !HasWithin(top->owner_)) {
+    top = top->owner_ == nullptr ? nullptr : top->owner_->GetTopLevelParent();
+  }
+  if (top != nullptr) top->LeaveOwner();
   CWnd* const former = parent_;
   Unlink();
   Link(parent, parent == nullptr ? nullptr : parent->last_child_);

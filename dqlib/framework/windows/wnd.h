@@ -69,8 +69,9 @@ class CWnd : public CCmdTarget {
   /// below it has, the window around gets that first. `WM_DESTROY` reaches all of them, parents
   /// first, while they are still there. Afterwards their handles are dead, their timers and posted
   /// messages gone, senders that wait released with 0 (a message that is being handled still gets
-  /// its answer), and each gets `PostNcDestroy`, children first. Where it was the active window,
-  /// its owner becomes active, unless that is disabled. All of them end even if a handler throws;
+  /// its answer), and each gets `PostNcDestroy`, children first. Where the active window was among
+  /// them, the window around or the owner becomes active, unless that is disabled. All of them end
+  /// even if a handler throws;
   /// the first exception goes on afterwards. Returns false if there is no window or it is ending
   /// already.
   virtual BOOL DestroyWindow();
@@ -114,7 +115,8 @@ class CWnd : public CCmdTarget {
   // Its place in the tree.
 
   CWnd* GetParent() const { return parent_; }
-  /// Moves it to another parent, behind that one's children, or to the top level (null).
+  /// Moves it to another parent, behind that one's children, or to the top level (null). If the new
+  /// parent belongs to a window that this one owns, it is owned no longer.
   CWnd* SetParent(CWnd* parent);
   /// The owner of a window without a parent.
   CWnd* GetOwner() const { return owner_; }
@@ -310,6 +312,10 @@ class CWnd : public CCmdTarget {
   /// Moves values between controls and variables, as `exchange` says.
   virtual void DoDataExchange(CDataExchange* exchange);
 
+  /// For the destructor of each class whose window's handlers need that class's own members: ends
+  /// the window by the class's `DestroyWindow`. What a handler throws is traced.
+  void EndInDestructor();
+
   /// Where the text is kept: in the window, unless a control has a model of its own.
   virtual CString OnGetText() const { return text_; }
   virtual int OnGetTextLength() const { return OnGetText().GetLength(); }
@@ -342,6 +348,7 @@ class CWnd : public CCmdTarget {
   void SendSize();
   void LeaveOwner();
   void TakePlaceOf(CWnd& former);
+  HWND HeirOfActivity() const;
   bool DestroyOwned(detail::AllSteps& steps);
   void TakeDownTree(detail::AllSteps& steps);
   void TakeDown(detail::AllSteps& steps);

@@ -95,8 +95,10 @@ bool CWnd::KillTimer(UINT id) { return MessageQueue::KillTimer(m_hWnd, id); }
 
 LRESULT CWnd::WindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
   LRESULT result = 0;
+  const detail::Watched self(*this);
   if (OnWndMsg(message, wparam, lparam, &result) != 0) return result;
-  return DefWindowProc(message, wparam, lparam);
+  // A handler that declines may have ended it.
+  return self.IsThere() ? DefWindowProc(message, wparam, lparam) : 0;
 }
 
 BOOL CWnd::OnWndMsg(UINT message, WPARAM wparam, LPARAM lparam, LRESULT* result) {
