@@ -195,37 +195,41 @@ CDocument* CMultiDocTemplate::OpenDocumentFile(const char* path, bool make_visib
     return nullptr;
   }
   const bool deletes_itself = document->m_bAutoDelete;
+  HWND shown = nullptr;
   const auto discard = [&]() -> CDocument* {
+    if (CWnd* const frame = CWnd::FromHandle(shown)) frame->DestroyWindow();
     if (!document) return nullptr;
     document->m_bAutoDelete = deletes_itself;
     document->OnCloseDocument();
     return nullptr;
   };
-  // A view that fails doesn't take the document along.
-  document->m_bAutoDelete = false;
-  CFrameWnd* const frame = CreateNewFrame(document.get(), nullptr);
-  if (frame == nullptr) {
-    AfxMessageBox(IDS_CREATE_FAILED);
-    return discard();
-  }
-  const Watched shown(*frame);
-  if (document) document->m_bAutoDelete = deletes_itself;
-  if (is_new && self && document) SetDefaultTitle(document.get());
-  const bool filled =
-      document && (is_new ? document->OnNewDocument() : document->OnOpenDocument(file)) != 0;
-  if (!filled) {
-    if (shown.IsThere()) frame->DestroyWindow();
-    return discard();
-  }
-  if (is_new && self) ++m_nUntitledCount;
-  if (!is_new && document) document->SetPathName(file);
-  if (document && shown.IsThere()) {
-    self ? InitialUpdateFrame(frame, document.get(), make_visible)
-         : frame->InitialUpdateFrame(document.get(), make_visible);
-  }
-  // A frame isn't left behind for a document that has been closed.
-  if (!document && shown.IsThere() && frame->GetActiveDocument() == nullptr) {
-    frame->DestroyWindow();
+  try {
+    // A view that fails doesn't take the document along.
+    document->m_bAutoDelete = false;
+    CFrameWnd* const frame = CreateNewFrame(document.get(), nullptr);
+    if (frame == nullptr) {
+      AfxMessageBox(IDS_CREATE_FAILED);
+      return discard();
+    }
+    shown = frame->GetSafeHwnd();
+    if (document) document->m_bAutoDelete = deletes_itself;
+    if (is_new && self && document) SetDefaultTitle(document.get());
+    const bool filled =
+        document && (is_new ? document->OnNewDocument() : document->OnOpenDocument(file)) != 0;
+    if (!filled) return discard();
+    if (is_new && self) ++m_nUntitledCount;
+    if (!is_new && document) document->SetPathName(file);
+    if (document && CWnd::FromHandle(shown) == frame) {
+      self ? InitialUpdateFrame(frame, document.get(), make_visible)
+           : frame->InitialUpdateFrame(document.get(), make_visible);
+    }
+    // A frame isn't left behind for a document that has been closed.
+    if (!document && CWnd::FromHandle(shown) == frame && frame->GetActiveDocument() == nullptr) {
+      frame->DestroyWindow();
+    }
+  } catch (...) {
+    discard();
+    throw;
   }
   return document.get();
 }

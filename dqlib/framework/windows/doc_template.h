@@ -74,7 +74,7 @@ class CDocTemplate : public CCmdTarget {
 
   /// Opens the file in a document of the template with a frame; a null path makes a new document.
   /// Null, and nothing left of it, if that fails, which the person has been told, or if it has been
-  /// closed meanwhile.
+  /// closed meanwhile; nor is anything left where a handler throws.
   virtual CDocument* OpenDocumentFile(const char* path, bool make_visible = true) = 0;
   /// Gives a new document its title.
   virtual void SetDefaultTitle(CDocument* document) = 0;

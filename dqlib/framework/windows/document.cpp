@@ -163,12 +163,14 @@ BOOL CDocument::OnOpenDocument(const char* name) {
     ReportSaveLoadException(path, &refused, false, IDS_OPEN_FAILED);
     return 0;
   }
+  const Self self(this);
   DeleteContents();
+  if (!self) return 0;
   const auto fail = [&](CException* failure) {
     file.Abort();
-    DeleteContents();
-    SetModifiedFlag(0);
-    ReportSaveLoadException(path, failure, false, IDS_OPEN_FAILED);
+    if (self) DeleteContents();
+    if (self) SetModifiedFlag(0);
+    if (self) ReportSaveLoadException(path, failure, false, IDS_OPEN_FAILED);
     return 0;
   };
   try {
@@ -182,16 +184,17 @@ BOOL CDocument::OnOpenDocument(const char* name) {
   } catch (const std::exception&) {
     return fail(nullptr);
   }
-  SetModifiedFlag(0);
-  return 1;
+  if (self) SetModifiedFlag(0);
+  return self ? 1 : 0;
 }
 
 BOOL CDocument::OnSaveDocument(const char* name) {
   const CString path(name);
+  const Self self(this);
   CReplacingFile file;
   const auto fail = [&](CException* failure) {
     file.Abort();
-    ReportSaveLoadException(path, failure, true, IDS_SAVE_FAILED);
+    if (self) ReportSaveLoadException(path, failure, true, IDS_SAVE_FAILED);
     return 0;
   };
   CFileException refused;
@@ -208,7 +211,7 @@ BOOL CDocument::OnSaveDocument(const char* name) {
   } catch (const std::exception&) {
     return fail(nullptr);
   }
-  SetModifiedFlag(0);
+  if (self) SetModifiedFlag(0);
   return 1;
 }
 

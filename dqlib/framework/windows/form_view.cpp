@@ -5,6 +5,7 @@
 
 #include "dqlib/framework/windows/dialog_controls.h"
 #include "dqlib/framework/windows/dialog_keys.h"
+#include "dqlib/framework/windows/document.h"
 #include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/ui_state.h"
 
@@ -30,6 +31,9 @@ bool CFormView::Create(CWnd* parent, const CRect& place, int id, const CCreateCo
                                      : found                ? &*found
                                                             : nullptr;
   if (form == nullptr) return false;
+  // Handlers may close it.
+  const detail::WatchedObject<CDocument> document(context == nullptr ? nullptr
+                                                                     : context->m_pCurrentDoc);
   m_controls.clear();
   m_sizeForm = form->size;
   if (!CreateWnd({.class_name = "FormView",
@@ -42,7 +46,7 @@ bool CFormView::Create(CWnd* parent, const CRect& place, int id, const CCreateCo
     return false;
   }
   if (!detail::MakeControls(*form, *this, m_controls)) return false;
-  Attach(context == nullptr ? nullptr : context->m_pCurrentDoc);
+  Attach(document.get());
   return true;
 }
 

@@ -54,10 +54,12 @@ bool CFrameWnd::CreateFrame(const WindowCreation& creation, UINT menu_id,
   if (menu_id != 0 && !LoadMenuBar(menu_id)) return false;
   title_ = std::string(creation.text);
   ready_due_ = creation.parent == nullptr && message_text_.IsEmpty();
+  CDocument* const shown = context == nullptr ? nullptr : context->m_pCurrentDoc;
+  const detail::WatchedObject<CDocument> document(shown);
   if (!CreateWnd(creation)) return false;
   const Watched self(*this);
   if (own_menu_.m_hMenu != nullptr) SetMenu(&own_menu_);
-  if (self.IsThere() && OnCreateClient(context)) {
+  if (self.IsThere() && document.get() == shown && OnCreateClient(context)) {
     if (self.IsThere()) RecalcLayout();
     return self.IsThere();
   }

@@ -77,11 +77,14 @@ class CMDIFrameWnd::Client : public CWnd {
       if (!self.IsThere()) return 0;
     }
     CMDIChildWnd* const active = frame == nullptr ? nullptr : frame->MDIGetActive();
-    if (active != nullptr && message == WM_SETFOCUS) active->SetFocus();
-    if (active != nullptr && message == WM_SIZE && active->IsZoomed()) {
+    if (active != nullptr && message == WM_SETFOCUS) {
+      active->SetFocus();
+    } else if (active != nullptr && message == WM_SIZE && active->IsZoomed()) {
       active->MoveWindow(GetClientRect());
+    } else {
+      return CWnd::DefWindowProc(message, wparam, lparam);
     }
-    return CWnd::DefWindowProc(message, wparam, lparam);
+    return 0;
   }
 };
 

@@ -23,10 +23,13 @@ bool CView::Create(CWnd* parent, const CRect& place, int id, const CCreateContex
 bool CView::CreateAs(std::string_view window_class, CWnd* parent, const CRect& place, int id,
                      const CCreateContext* context) {
   if (parent == nullptr) return false;
+  // Handlers may close it.
+  const detail::WatchedObject<CDocument> document(context == nullptr ? nullptr
+                                                                     : context->m_pCurrentDoc);
   if (!CreateWnd({.class_name = window_class, .place = place, .parent = parent, .id = id})) {
     return false;
   }
-  Attach(context == nullptr ? nullptr : context->m_pCurrentDoc);
+  Attach(document.get());
   return true;
 }
 

@@ -65,7 +65,7 @@ bool CWnd::ShowWindow(int command) {
     visible_ = showing.visible;
     Changed(WindowChange::kShown);
     if (!visible_) LeaveFocus(*this, true);
-    if (!visible_ && self.IsThere()) LeaveCapture(*this);
+    if (self.IsThere() && !visible_) LeaveCapture(*this);
     if (!self.IsThere()) return was_visible;
     WindowProc(WM_SHOWWINDOW, visible_ ? 1 : 0, 0);
     if (self.IsThere() && !visible_ && detail::CurrentUi().active == m_hWnd) PassActivity();
