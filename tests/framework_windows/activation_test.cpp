@@ -125,7 +125,8 @@ TEST_F(Activation, GoesWhereAPersonPressesOrPutsTheFocus) {
            {[&] { b.answer = MA_ACTIVATEANDEAT, Press(b); }, "a- b+ one b b"},
            // Where the focus is lost the window around has it.
            {[&] { second.SetFocus(), second.ShowWindow(SW_HIDE); }, "b-= two form first"},
-           {[&] { two.MDIDestroy(); }, "b+= one b b"},
+           {[&] { two.ShowWindow(SW_HIDE); }, "b+= one b b"},
+           {[&] { two.MDIDestroy(); }, "one b b"},
            {[&] { b.DestroyWindow(); }, "b- one - one"}}) {
     step();
     EXPECT_EQ(State(), state) << "step " << at;
@@ -149,18 +150,20 @@ TEST_F(Activation, RaisesTheActiveChildFrameAndGoesRoundAll) {
   one.EnableWindow(false);
   main.MDINext();
   EXPECT_EQ(main.MDIGetActive(), &two) << "there is no other that a person can use";
-  two.MDIDestroy();
+  two.ShowWindow(SW_HIDE);
   EXPECT_EQ(main.MDIGetActive(), nullptr);
 }
 
 TEST_F(Activation, ComesBackToTheWindowAroundTheOwner) {
-  for (const bool hides : {false, true}) {
-    CWnd owned;
+  CWnd owned;
+  for (const auto& [leave, state] : Rows<std::function<void()>, std::string>{
+           {[&] { owned.DestroyWindow(); }, "a+= a+= one a a"},
+           {[&] { owned.ShowWindow(SW_HIDE), owned.DestroyWindow(); }, "a+= one a a"},
+           {[&] { a.DestroyWindow(); }, "a- one - one"}}) {
     owned.CreateWnd({.class_name = "Owned", .text = "owned", .owner = &a});
     owned.SetActiveWindow();
-    EXPECT_EQ(State(), "a+= one a owned");
-    hides ? void(owned.ShowWindow(SW_HIDE)) : void(owned.DestroyWindow());
-    EXPECT_TRUE(CWnd::GetActiveWindow() == &main && CWnd::GetFocus() == &a);
+    leave();
+    EXPECT_EQ(State() + Name(CWnd::GetActiveWindow()), state + "main");
   }
   other.SetActiveWindow();
   EXPECT_TRUE(b.SetActiveWindow() == &other && CWnd::GetActiveWindow() == &main);

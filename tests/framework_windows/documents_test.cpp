@@ -254,7 +254,13 @@ TEST(DocTemplate, WhateverClosesWhatCloses) {
   }
 }
 
-TEST(DocTemplate, AHandlerThatThrowsWhileADocumentClosesLeavesNoneThatNobodyEnds) {
+TEST(DocTemplate, AHandlerThatThrowsLeavesNoDocumentThatNobodyEnds) {
+  for (const char* const moment : {"create", "view", "new", "initial update", "title"}) {
+    Session session;
+    Once(moment, [] { throw CUserException(); });
+    EXPECT_THROW(session.New(), CUserException);
+    EXPECT_TRUE(session.Count() == 0 && g_alive == 0) << moment;
+  }
   for (const char* const moment : {"before close", "view"}) {
     Session session;
     Doc* const doc = session.Open("a");
@@ -264,6 +270,13 @@ TEST(DocTemplate, AHandlerThatThrowsWhileADocumentClosesLeavesNoneThatNobodyEnds
     if (session.Count() == 1) doc->Frame().DestroyWindow();
     EXPECT_TRUE(session.Count() == 0 && g_alive == 0) << moment;
   }
+}
+
+TEST(DocTemplate, AViewKnowsNoDocumentThatWasClosedWhileItWasMade) {
+  Session session;
+  Doc* const doc = session.New();
+  Once("create", [] { AfxGetApp()->CloseAllDocuments(); });
+  EXPECT_EQ(session.kind->CreateNewFrame(doc, nullptr)->GetActiveDocument(), nullptr);
 }
 
 TEST(DocTemplate, SeveralFramesOfADocumentAreNumberedAndOnlyTheLastAsks) {

@@ -80,7 +80,7 @@ struct View : CView, Counted {
   DECLARE_DYNCREATE(View)
   ~View() override { last = last == this ? nullptr : last; }
   LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
-    if (message == WM_CREATE) last = this;
+    if (message == WM_CREATE) last = this, At("create");
     return CView::WindowProc(message, wparam, lparam);
   }
   void OnInitialUpdate() override {
