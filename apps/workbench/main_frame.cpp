@@ -2,6 +2,7 @@
 
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "dqlib/framework/windows/message_box.h"
@@ -18,6 +19,7 @@ using dq::UINT;
 enum Command : UINT {
   kExit = 0xE141,
   kAbout = 0xE140,
+  kControls = 0x8200,
   kFirstDialog = 0x8100,
   kLastDialog = 0x81FF,
 };
@@ -36,6 +38,9 @@ std::string Quoted(const std::string& text) {
 }
 
 }  // namespace
+
+MainFrame::MainFrame(Listener listener)
+    : pictures_(dq::DQRESOURCES_GetInstanceHandle()), listener_(std::move(listener)) {}
 
 MainFrame::~MainFrame() { MainFrame::DestroyWindow(); }
 
@@ -81,6 +86,7 @@ bool MainFrame::MakeMenu() {
   for (const dqapps::LibraryDialog& dialog : dqapps::LibraryDialogs()) {
     text += "item " + std::to_string(command++) + ' ' + Quoted(dialog.Caption() + "...") + '\n';
   }
+  text += "end\npopup \"&View\"\nitem " + std::to_string(kControls) + " \"&Controls\"\n";
   text += "end\npopup \"&Help\"\nitem " + std::to_string(kAbout) + " \"&About\"\nend\n";
   if (!menu_.LoadMenuIndirect(text)) return false;
   SetMenu(&menu_);
@@ -93,6 +99,7 @@ bool MainFrame::CallMapped(const dq::HandlerKey& key, dq::HandlerArguments& argu
   static constexpr dq::MessageMapEntry kEntries[] = {
       dq::CommandEntry<&MainFrame::OnExit>(kExit),
       dq::CommandEntry<&MainFrame::OnAbout>(kAbout),
+      dq::CommandEntry<&MainFrame::OnControls>(kControls),
       dq::CommandRangeEntry<&MainFrame::OnDialog>(kFirstDialog, kLastDialog),
   };
   return dq::CallEntry(kEntries, *this, key, arguments) || CFrameWnd::CallMapped(key, arguments);
@@ -102,6 +109,9 @@ dq::LRESULT MainFrame::DefWindowProc(UINT message, dq::WPARAM wparam, dq::LPARAM
   switch (message) {
     case dq::WM_CLOSE:
       KeepPlacement();
+      break;
+    case dq::WM_ENDSESSION:
+      if (wparam != 0) KeepPlacement();
       break;
     case dq::WM_COMMANDHELP:
       SetMessageText(("There is no help on topic " + std::to_string(lparam) + ".").c_str());
@@ -125,6 +135,14 @@ void MainFrame::OnDialog(UINT id) {
   SetMessageText((caption + ": " + lines.substr(0, lines.find('\n'))).c_str());
   Tell(caption + '\n' + lines + '\n');
   listener_(dialog, outcome);
+}
+
+void MainFrame::OnControls() {
+  if (controls_ != nullptr && controls_->GetSafeHwnd() != nullptr)
+    return controls_->ActivateFrame();
+  controls_ =
+      std::make_unique<ControlsFrame>([this](const std::string& line) { Tell(line + '\n'); });
+  if (!controls_->Open(*this)) controls_.reset();
 }
 
 void MainFrame::OnAbout() {

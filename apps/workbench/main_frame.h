@@ -3,9 +3,12 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 
 #include "apps/common/dialogs.h"
+#include "apps/workbench/controls_frame.h"
 #include "dqlib/framework/base/drawing.h"
+#include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/controls/edit.h"
 #include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/status_bar.h"
@@ -21,7 +24,7 @@ class MainFrame : public dq::CFrameWnd {
   using Listener = std::function<void(const dqapps::LibraryDialog& dialog,
                                       const dqapps::DialogOutcome& outcome)>;
 
-  explicit MainFrame(Listener listener) : listener_(std::move(listener)) {}
+  explicit MainFrame(Listener listener);
   ~MainFrame() override;
 
   /// Makes and shows it. False if it can't be made.
@@ -39,14 +42,18 @@ class MainFrame : public dq::CFrameWnd {
   void OnExit();
   void OnDialog(dq::UINT id);
   void OnAbout();
+  void OnControls();
   bool MakeMenu();
   bool MakeBars();
   void Tell(const std::string& text);
 
+  /// For buttons with pictures.
+  dq::CDynLinkLibrary pictures_;
   Listener listener_;
   dq::CMenu menu_;
   dq::CToolBar tools_;
   dq::CStatusBar status_;
+  std::unique_ptr<ControlsFrame> controls_;
   dq::CEdit output_{{.multi_line = true, .read_only = true}};
 };
 

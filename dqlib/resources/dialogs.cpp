@@ -35,17 +35,17 @@ button 2 "Cancel" 338 38 114 24
 button 44552 "Cu&stomize" 338 68 114 24
 button 9 "&Help" 338 98 114 24
 group 44553 "Customize" 8 130 444 276
-text -1 "&Day:" 20 152 54 14
-combo 44532 "" 76 150 70 160 droplist
-text -1 "followed by:" 150 152 66 14
+text -1 "&Day:" 20 152 44 14
+combo 44532 "" 66 150 70 160 droplist
+text -1 "followed by:" 140 152 76 14
 combo 44539 "" 218 150 48 160 droplist
-text -1 "&Month:" 20 178 54 14
-combo 44533 "" 76 176 70 160 droplist
-text -1 "followed by:" 150 178 66 14
+text -1 "&Month:" 20 178 44 14
+combo 44533 "" 66 176 70 160 droplist
+text -1 "followed by:" 140 178 76 14
 combo 44540 "" 218 176 48 160 droplist
-text -1 "&Year:" 20 204 54 14
-combo 44534 "" 76 202 70 160 droplist
-text -1 "followed by:" 150 204 66 14
+text -1 "&Year:" 20 204 44 14
+combo 44534 "" 66 202 70 160 droplist
+text -1 "followed by:" 140 204 76 14
 combo 44541 "" 218 202 48 160 droplist
 text -1 "H&our:" 284 152 64 14
 combo 44535 "" 350 150 90 160 droplist

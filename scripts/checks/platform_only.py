@@ -32,7 +32,7 @@ THIRD_PARTIES = {
     "apps": r"sqlite3\.h$|Q[A-Z]\w*$|Qt|CLI/|nlohmann/|wx/",
 }
 # What a window layer needs of the display beyond its toolkit.
-DISPLAY = ("apps/workbench/layer/", r"(gtk|gdk|X11)/")
+DISPLAY = ("apps/workbench/layer/", r"(gtk|gdk|X11)/|glib-unix\.h$")
 
 # A benchmark may call the system where that is the peer it measures.
 PEER = "benchmarks/"

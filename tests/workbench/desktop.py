@@ -50,7 +50,7 @@ class Desktop:
     def environment(self):
         return {**os.environ, "DISPLAY": getattr(self, "display", ""), "HOME": self.home,
                 "XDG_CONFIG_HOME": self.home, "XDG_RUNTIME_DIR": self.home, "NO_AT_BRIDGE": "1",
-                "LANG": "C.UTF-8"}
+                "GSETTINGS_BACKEND": "memory", "LANG": "C.UTF-8"}
 
     def run(self, words, **options):
         process = subprocess.Popen(words, env=self.environment(), stdin=subprocess.DEVNULL,

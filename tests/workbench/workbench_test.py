@@ -124,6 +124,104 @@ class WorkbenchTest(unittest.TestCase):
                 host.wait(lambda: host.active == host.frame["window"], "the frame isn't active")
         self.leave(host)
 
+    def open_controls(self, host):
+        """The window with the controls, a function that finds them, and one that waits for what is told of them."""
+        host.keys("alt+v", "Return")
+        window = host.wait_for(caption="Controls")
+
+        def told(line):
+            host.wait_value(host.output, value=host.output["value"] + line + "\r\n")
+            host.output = host.windows[host.output["window"]]
+        host.output = host.find(under=host.frame, id=0xE900)
+        return window, lambda **facts: host.find(under=window, **facts), told
+
+    def test_controls(self):
+        host = self.start()
+        window, find, told = self.open_controls(host)
+        for number, x, keys, line in [
+                (51, None, [], "10 per cent"), (53, 8, ["ctrl+shift+F5"], "hot key Ctrl+Shift+F5"),
+                (54, 8, ["1", "2", "Right", "1", "5", "Right", "2", "0", "2", "4", "Tab"], "moment 12/15/2024"),
+                (55, 8, [], "moment "), (55, 8, ["Tab"], None)]:
+            host.click(find(id=number), x=x)
+            host.keys(*keys)
+            if number == 54:
+                host.wait_value(find(id=54), value="12/15/2024")
+                host.output = host.windows[host.output["window"]]
+            elif line:
+                told(line)
+        # A day in the calendar; a press outside closes it.
+        date = find(id=54)
+        host.click(date, x=date["rect"][2] - 8)
+        left, top, width, height = host.wait_key(date, "list")
+        host.xdotool("mousemove", left + width // 2, top + height // 2, "click", 1)
+        host.wait(lambda: find(id=54)["value"] != "12/15/2024", "no day is chosen")
+        host.click(window, x=300, y=300)
+        host.wait_value(date, list=None)
+        host.output = host.windows[host.output["window"]]
+        # The splitter's bar.
+        view = find(**{"class": "View"})
+        host.drag(host.place(view, x=view["rect"][2] + 2), (40, 0))
+        host.wait(lambda: find(**{"class": "View"})["rect"][2] == view["rect"][2] + 40, "the splitter stays")
+        # The tool bar floats, works, is docked at another edge and goes.
+        host.drag(host.place(find(id=0xE800), x=4), (150, 150))
+        host.wait(lambda: host.all(id=0xE800) and len(host.all(caption="Tools")) == 1, "the bar doesn't float")
+        bar = host.find(caption="Tools")
+        _, x, y = host.find(under=bar, id=0xE800)["buttons"][-1]
+        host.click(host.find(under=bar, id=0xE800), x=x, y=y)
+        told("choice 2")
+        host.close(bar)
+        host.wait(lambda: not host.all(caption="Tools"), "the bar stays")
+        host.click(view, x=100, y=100, button=3)
+        host.keys("Down", "Return")
+        told("choice 1")
+        host.process.terminate()
+        self.assertEqual(host.end(), (0, ""))
+
+    def test_choosers(self):
+        host = self.start()
+        window, find, told = self.open_controls(host)
+
+        def choose(key, title, path, is_done):
+            """By the toolkit's window, which takes its time to become ready."""
+            host.click(find(**{"class": "View"}))
+            host.keys("alt+f", key)
+            host.xdotool("search", "--sync", "--onlyvisible", "--name", title)
+            for count in range(20):
+                if count % 4 == 0:
+                    host.keys("ctrl+a", "BackSpace")
+                    host.type(path)
+                # What it proposes for the text takes a key too.
+                host.keys("Return")
+                with host.changed:
+                    if host.changed.wait_for(is_done, 1):
+                        return
+            self.fail(f"{title} stays: {host.show()}")
+
+        def has(line):
+            return lambda: host.windows[host.output["window"]]["value"].endswith(line + "\r\n")
+        path = os.path.join(self.desktop.home, "script")
+        choose("s", "^Save As$", path, has("save " + path + ".sql"))
+        with open(path + ".sql", "w", encoding="utf-8"):
+            pass
+        # Refused to be replaced, and left.
+        choose("s", "^Save As$", path, lambda: host.all(caption="Save As"))
+        host.wait_for(caption="Save As")
+        host.keys("Return")
+        host.wait(lambda: not host.all(caption="Save As"), "the question stays")
+        host.wait(lambda: host.keys("Escape") or host.active == window["window"], "the chooser stays")
+        choose("o", "^Open$", path + ".sql", has("open " + path + ".sql"))
+        # A number of copies that can't be is told, and the dialog stays.
+        host.click(find(**{"class": "View"}))
+        host.keys("alt+f", "p")
+        printing = host.wait_for(caption="Print")
+        host.click(host.find(under=printing, id=1155))
+        host.keys("ctrl+a", "0", "Return")
+        host.wait(lambda: len(host.all(caption="Print")) == 2, "no box")
+        host.keys("Return")
+        host.wait(lambda: len(host.all(caption="Print")) == 1, "the box stays")
+        host.process.terminate()
+        self.assertEqual(host.end(), (0, ""))
+
     def test_placement_comes_back(self):
         def drag_to(host, x, y):
             left, top = host.place(host.frame, 200, -35)

@@ -6,12 +6,14 @@
 #include <wx/settings.h>
 
 #include "apps/workbench/layer/layer.h"
+#include "apps/workbench/layer/mouse.h"
 #include "apps/workbench/layer/pictures.h"
 #include "apps/workbench/layer/renderer.h"
 #include "apps/workbench/layer/style.h"
 #include "apps/workbench/layer/text.h"
 #include "apps/workbench/layer/trace.h"
 #include "dqlib/framework/base/resource_chain.h"
+#include "dqlib/framework/windows/splitter_wnd.h"
 #include "dqlib/framework/windows/status_bar.h"
 #include "dqlib/framework/windows/tool_bar.h"
 
@@ -33,6 +35,23 @@ wxString TipOf(dq::UINT command) {
 
 }  // namespace
 
+std::vector<dq::CRect> DraggedPlaces(const CWnd& window) {
+  std::vector<dq::CRect> places;
+  if (const auto* const bar = dynamic_cast<const dq::CControlBar*>(&window)) {
+    places.push_back(bar->GetDragRect());
+  }
+  if (const auto* const splitter = dynamic_cast<const dq::CSplitterWnd*>(&window)) {
+    const dq::CPoint origin = splitter->ClientToScreen({});
+    for (dq::CRect bar : {splitter->GetTrackedRowBar(), splitter->GetTrackedColumnBar()}) {
+      if (bar.IsRectEmpty()) continue;
+      bar.OffsetRect(origin.x, origin.y);
+      places.push_back(bar);
+    }
+  }
+  std::erase_if(places, [](const dq::CRect& place) { return place.IsRectEmpty(); });
+  return places;
+}
+
 // ---- Tool bars
 
 CToolBar* ToolBarMirror::bar() const { return As<CToolBar>(); }
@@ -41,21 +60,47 @@ wxWindow* ToolBarMirror::DoMake(wxWindow* parent) {
   auto* const face = new wxWindow(parent, wxID_ANY);
   face->SetBackgroundStyle(wxBG_STYLE_PAINT);
   face->Bind(wxEVT_PAINT, [this](wxPaintEvent&) { OnPaint(); });
-  face->Bind(wxEVT_MOTION,
-             [this](wxMouseEvent& event) { OnPointer(ButtonAt(event.GetPosition())); });
+  // What isn't about a button is the bar's own: its gripper and its sizing edge.
+  ReportMouse(layer(), *face, handle());
+  face->Bind(wxEVT_MOTION, [this](wxMouseEvent& event) {
+    OnPointer(ButtonAt(event.GetPosition()));
+    event.Skip();
+  });
   face->Bind(wxEVT_LEAVE_WINDOW, [this](wxMouseEvent&) { OnPointer(-1); });
   for (const auto& type : {wxEVT_LEFT_DOWN, wxEVT_LEFT_DCLICK}) {
     face->Bind(type, [this](wxMouseEvent& event) {
       held_ = ButtonAt(event.GetPosition());
       native()->Refresh();
+      event.Skip(held_ < 0);
     });
   }
-  face->Bind(wxEVT_LEFT_UP,
-             [this](wxMouseEvent& event) { OnRelease(ButtonAt(event.GetPosition())); });
+  face->Bind(wxEVT_LEFT_UP, [this](wxMouseEvent& event) {
+    event.Skip(held_ < 0);
+    OnRelease(ButtonAt(event.GetPosition()));
+  });
   return face;
 }
 
-void ToolBarMirror::ShowContent(const Changes&) { native()->Refresh(); }
+void ToolBarMirror::ShowContent(const Changes&) {
+  native()->Refresh();
+  layer().ShowOutlines(handle(), DraggedPlaces(window()));
+}
+
+/// As the bar itself would.
+void ToolBarMirror::DrawGrips(wxDC& context) {
+  const wxColour light = Color(wxSYS_COLOUR_BTNHIGHLIGHT);
+  const wxColour dark = Color(wxSYS_COLOUR_BTNSHADOW);
+  for (const dq::CRect& part : {bar()->GetGripperRect(), bar()->GetSizingRect()}) {
+    const wxRect rect = scale().ToNative(part);
+    if (rect.IsEmpty()) continue;
+    context.SetPen(wxPen(dark));
+    context.DrawLine(rect.GetBottomLeft(), rect.GetBottomRight());
+    context.DrawLine(rect.GetTopRight(), rect.GetBottomRight());
+    context.SetPen(wxPen(light));
+    context.DrawLine(rect.GetTopLeft(), rect.GetTopRight());
+    context.DrawLine(rect.GetTopLeft(), rect.GetBottomLeft());
+  }
+}
 
 int ToolBarMirror::ButtonAt(const wxPoint& at) const {
   if (bar() == nullptr) return -1;
@@ -91,13 +136,18 @@ void ToolBarMirror::OnPaint() {
   context.SetBackground(wxBrush(Color(wxSYS_COLOUR_BTNFACE)));
   context.Clear();
   if (bar() == nullptr) return;
+  DrawGrips(context);
   for (int position = 0; position < bar()->GetItemCount(); ++position) {
     const dq::ToolBarButton button = bar()->GetButton(position);
     const wxRect rect = scale().ToNative(bar()->GetItemRect(position));
     if (button.command == 0) {
       context.SetPen(wxPen(Color(wxSYS_COLOUR_BTNSHADOW)));
-      const int middle = rect.x + rect.width / 2;
-      context.DrawLine(middle, rect.y + 2, middle, rect.GetBottom() - 1);
+      const wxPoint middle(rect.x + rect.width / 2, rect.y + rect.height / 2);
+      if (bar()->IsVertical()) {
+        context.DrawLine(rect.x + 2, middle.y, rect.GetRight() - 1, middle.y);
+      } else {
+        context.DrawLine(middle.x, rect.y + 2, middle.x, rect.GetBottom() - 1);
+      }
       continue;
     }
     const bool is_down = button.pressed || position == held_ || button.checked != 0;

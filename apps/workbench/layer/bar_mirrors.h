@@ -2,7 +2,11 @@
 
 #pragma once
 
+#include <vector>
+
 #include "apps/workbench/layer/mirror.h"
+
+class wxDC;
 
 namespace dq {
 class CStatusBar;
@@ -10,6 +14,10 @@ class CToolBar;
 }  // namespace dq
 
 namespace workbench {
+
+/// Where what a person drags of a window would come to lie, on the screen: a bar, or the bars of a
+/// splitter.
+std::vector<dq::CRect> DraggedPlaces(const dq::CWnd& window);
 
 /// A tool bar: buttons where the library has them, with the host's pictures.
 class ToolBarMirror : public Mirror {
@@ -26,6 +34,7 @@ class ToolBarMirror : public Mirror {
   dq::CToolBar* bar() const;
   int ButtonAt(const wxPoint& at) const;
   void OnPaint();
+  void DrawGrips(wxDC& context);
   void OnPointer(int button);
   void OnRelease(int button);
 

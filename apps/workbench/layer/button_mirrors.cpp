@@ -7,12 +7,14 @@
 #include <wx/statbox.h>
 
 #include "apps/workbench/layer/layer.h"
+#include "apps/workbench/layer/pictures.h"
 #include "apps/workbench/layer/text.h"
 
 namespace workbench {
 namespace {
 
 using dq::ButtonKind;
+using dq::CBitmapButton;
 using dq::CButton;
 using dq::CWnd;
 
@@ -68,6 +70,59 @@ void PushButtonMirror::ShowContent(const Changes&) {
   GtkWidget* const former = gtk_window_get_default_widget(GTK_WINDOW(top));
   if (is_default && former != widget) gtk_window_set_default(GTK_WINDOW(top), widget);
   if (!is_default && former == widget) gtk_window_set_default(GTK_WINDOW(top), nullptr);
+}
+
+void BitmapButtonMirror::ShowPlace() {
+  PushButtonMirror::ShowPlace();
+  // There may be room for the text now, or not.
+  ShowText();
+}
+
+void BitmapButtonMirror::ShowText() {
+  const auto* const button = As<CBitmapButton>();
+  const bool has_text = button == nullptr || button->ShowsText();
+  native()->SetLabel(has_text ? TextOf(window()) : wxString());
+}
+
+void BitmapButtonMirror::ShowContent(const Changes& changes) {
+  PushButtonMirror::ShowContent(changes);
+  const auto* const own = As<CBitmapButton>();
+  if (own == nullptr) return;
+  for (std::size_t look = 0; look < pictures_.size(); ++look) {
+    const dq::HBITMAP picture = own->GetBitmap(static_cast<CBitmapButton::Look>(look));
+    pictures_[look] = picture == nullptr
+                          ? wxBitmap()
+                          : ToNativePicture(*picture, scale().ToNative(picture->size));
+  }
+  ShowLook();
+}
+
+wxWindow* BitmapButtonMirror::DoMake(wxWindow* parent) {
+  wxWindow* const button = PushButtonMirror::DoMake(parent);
+
+  // By the toolkit itself, whose wrapper wants all looks before the first is shown.
+  gtk_button_set_always_show_image(GTK_BUTTON(button->m_widget), TRUE);
+  g_signal_connect(button->m_widget, "state-flags-changed", G_CALLBACK(OnState), this);
+  return button;
+}
+
+void BitmapButtonMirror::OnState(GtkWidget*, unsigned int, void* self) {
+  static_cast<BitmapButtonMirror*>(self)->ShowLook();
+}
+
+void BitmapButtonMirror::ShowLook() {
+  GtkWidget* const button = native()->m_widget;
+  const GtkStateFlags state = gtk_widget_get_state_flags(button);
+  const auto look = (state & GTK_STATE_FLAG_INSENSITIVE) != 0 ? CBitmapButton::kDisabled
+                    : (state & GTK_STATE_FLAG_ACTIVE) != 0    ? CBitmapButton::kDown
+                    : (state & GTK_STATE_FLAG_FOCUSED) != 0   ? CBitmapButton::kFocused
+                                                              : CBitmapButton::kUp;
+  const wxBitmap& picture = pictures_[look];
+  if (picture.IsSameAs(shown_)) return;
+  shown_ = picture;
+  GtkWidget* const image =
+      picture.IsOk() ? gtk_image_new_from_pixbuf(picture.GetPixbuf()) : nullptr;
+  gtk_button_set_image(GTK_BUTTON(button), image);
 }
 
 // ---- Check boxes

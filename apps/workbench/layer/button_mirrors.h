@@ -2,8 +2,11 @@
 
 #pragma once
 
+#include <array>
+#include <wx/bitmap.h>
+
 #include "apps/workbench/layer/mirror.h"
-#include "dqlib/framework/controls/button.h"
+#include "dqlib/framework/controls/bitmap_button.h"
 
 typedef struct _GtkWidget GtkWidget;
 
@@ -19,6 +22,27 @@ class PushButtonMirror : public Mirror {
   wxWindow* DoMake(wxWindow* parent) override;
   void ShowText() override;
   void ShowContent(const Changes& changes) override;
+};
+
+/// A button with a picture, and a text where there is room for both.
+class BitmapButtonMirror : public PushButtonMirror {
+ public:
+  using PushButtonMirror::PushButtonMirror;
+
+ protected:
+  wxWindow* DoMake(wxWindow* parent) override;
+  void ShowPlace() override;
+  void ShowText() override;
+  void ShowContent(const Changes& changes) override;
+
+ private:
+  static void OnState(GtkWidget* widget, unsigned int former, void* self);
+  /// Shows the picture for how the toolkit's button stands.
+  void ShowLook();
+
+  /// By look.
+  std::array<wxBitmap, dq::CBitmapButton::kDisabled + 1> pictures_;
+  wxBitmap shown_;
 };
 
 /// A check mark of two or three states.

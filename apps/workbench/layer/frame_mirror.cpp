@@ -5,7 +5,7 @@
 
 #include "apps/workbench/layer/gtk_menu.h"
 #include "apps/workbench/layer/layer.h"
-#include "dqlib/framework/windows/frame_wnd.h"
+#include "dqlib/framework/windows/mini_dock_frame.h"
 
 namespace workbench {
 namespace {
@@ -49,8 +49,10 @@ FrameMirror::~FrameMirror() { layer().RemoveFrame(*this); }
 wxFrame& FrameMirror::frame() const { return static_cast<wxFrame&>(*native()); }
 
 wxTopLevelWindow* FrameMirror::MakeTopLevel(long style) {
-  auto* const native = new wxFrame(nullptr, wxID_ANY, wxString(), wxDefaultPosition, wxSize(1, 1),
-                                   style | wxMINIMIZE_BOX);
+  const bool is_small = dynamic_cast<dq::CMiniDockFrameWnd*>(&window()) != nullptr;
+  const long kind = is_small ? wxFRAME_TOOL_WINDOW | wxFRAME_NO_TASKBAR : wxMINIMIZE_BOX;
+  auto* const native =
+      new wxFrame(nullptr, wxID_ANY, wxString(), wxDefaultPosition, wxSize(1, 1), style | kind);
   native->Bind(wxEVT_MENU_CLOSE,
                [this](wxMenuEvent&) { events_.looked_at(0, kMenuLeft, nullptr); });
   return native;

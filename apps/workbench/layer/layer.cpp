@@ -15,6 +15,7 @@
 #include "apps/workbench/layer/trace.h"
 #include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/screen.h"
+#include "dqlib/framework/windows/win_thread.h"
 #include "dqlib/platform/dialog_view.h"
 
 namespace workbench {
@@ -58,10 +59,11 @@ Layer::Layer(Host host)
       loop_({.update = [this] { Update(); },
              .handled = [this] { TakeIn(); },
              .settled = [this] { Settle(); },
-             .lost = [this] { host_.when_lost(); }}),
+             .lost = [this] { LoseDisplay(); }}),
       scale_(DisplayScale()),
       frame_extents_{AskFrameExtents(false), AskFrameExtents(true)} {
   InstallDialogStyle(scale_);
+  session_.emplace([this] { Post([this] { EndSession(); }); });
   dq::SetScreenSize(scale_.ToLogical(DisplaySize()));
   former_ = dq::SetWindowObserver(this);
 }
@@ -78,7 +80,37 @@ Layer::~Layer() {
   }
   // Ending windows would call the toolkit. They stay until the process ends.
   static auto& kept = *new std::vector<std::unique_ptr<Mirror>>;
+  static auto& kept_outlines = *new std::vector<std::unique_ptr<Outline>>;
   for (auto& mirror : ended_) kept.push_back(std::move(mirror));
+  for (auto& outline : outlines_) kept_outlines.push_back(std::move(outline));
+}
+
+/// The toolkit isn't called any more, so it couldn't tell of signals either.
+void Layer::LoseDisplay() {
+  session_.reset();
+  host_.when_lost();
+}
+
+/// Every top-level window is asked, and one that says no keeps the program; else all are told that
+/// the session ends, and so does the message loop.
+void Layer::EndSession() {
+  std::vector<HWND> windows;
+  for (const auto& [handle, entry] : entries_) {
+    if (entry.window->GetParent() == nullptr) windows.push_back(handle);
+  }
+  std::ranges::sort(windows);
+  bool ends = true;
+  std::size_t asked = 0;
+  while (ends && asked < windows.size()) {
+    CWnd* const window = CWnd::FromHandle(windows[asked++]);
+    ends = window == nullptr || window->SendMessage(dq::WM_QUERYENDSESSION) != 0;
+  }
+  windows.resize(asked);
+  for (const HWND each : windows) {
+    CWnd* const window = CWnd::FromHandle(each);
+    if (window != nullptr) window->SendMessage(dq::WM_ENDSESSION, ends ? 1 : 0);
+  }
+  if (ends) dq::PostQuitMessage(0);
 }
 
 // ---- What the library tells
@@ -160,6 +192,7 @@ void Layer::Update() {
   UpdateActive();
   // Behind the others, so that the keyboard goes straight to the window that has it next.
   DropEnded();
+  if (outlined_ != nullptr && Find(outlined_) == nullptr) ShowOutlines(outlined_, {});
   UpdateFocus();
   UpdateCapture();
   if (std::exchange(show_menus_, false)) {
@@ -364,6 +397,16 @@ void Layer::WriteTrace() {
   line.Add("focus", NumberOf(now));
   line.Add("active", NumberOf(active_));
   host_.trace->Write(line);
+}
+
+void Layer::ShowOutlines(HWND window, const std::vector<dq::CRect>& places) {
+  if (places.empty() && outlined_ != window) return;
+  outlined_ = window;
+  outlines_.resize(places.size());
+  for (std::size_t at = 0; at < places.size(); ++at) {
+    if (outlines_[at] == nullptr) outlines_[at] = std::make_unique<Outline>();
+    outlines_[at]->Show(scale_.ToNative(places[at]));
+  }
 }
 
 const wxBitmap& Layer::PictureOf(dq::UINT command, const wxSize& size, bool enabled) {

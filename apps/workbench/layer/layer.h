@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <tuple>
 #include <unordered_map>
@@ -13,10 +14,12 @@
 
 #include "apps/workbench/layer/changes.h"
 #include "apps/workbench/layer/display.h"
+#include "apps/workbench/layer/gtk_outline.h"
 #include "apps/workbench/layer/input.h"
 #include "apps/workbench/layer/mirror.h"
 #include "apps/workbench/layer/native_loop.h"
 #include "apps/workbench/layer/scale.h"
+#include "apps/workbench/layer/session.h"
 #include "dqlib/framework/base/drawing.h"
 
 namespace workbench {
@@ -85,6 +88,9 @@ class Layer : public dq::WindowObserver {
 
   /// The picture of a command in a size of the display's pixels; none if the host has none.
   const wxBitmap& PictureOf(dq::UINT command, const wxSize& size, bool enabled);
+  /// Shows where something of the window would come to lie that a person drags, on the screen,
+  /// instead of what was shown before for it; nothing if there are no places.
+  void ShowOutlines(dq::HWND window, const std::vector<dq::CRect>& places);
   /// Has menus that are marked shown.
   void ShowMenus() { show_menus_ = true; }
   /// The frames that are drawn, for changes of their menus.
@@ -109,6 +115,8 @@ class Layer : public dq::WindowObserver {
     Changes changes;
   };
 
+  void LoseDisplay();
+  void EndSession();
   Entry& EntryOf(dq::CWnd& window);
   void Forget(const dq::CWnd& window);
   void DropEnded();
@@ -130,6 +138,7 @@ class Layer : public dq::WindowObserver {
   Toolkit toolkit_;
   NativeLoop loop_;
   Input input_{*this};
+  std::optional<SessionWatch> session_;
   Scale scale_;
   /// Of windows that a person can't size, and that they can.
   FrameExtents frame_extents_[2];
@@ -143,6 +152,9 @@ class Layer : public dq::WindowObserver {
   MenuMirror* tracked_menu_ = nullptr;
   /// By command, width, height and whether they are enabled.
   std::map<std::tuple<dq::UINT, int, int, bool>, wxBitmap> pictures_;
+  std::vector<std::unique_ptr<Outline>> outlines_;
+  /// Whose they are.
+  dq::HWND outlined_ = nullptr;
   bool showing_ = false;
   bool show_menus_ = false;
   bool show_focus_ = false;

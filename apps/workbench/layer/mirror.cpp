@@ -15,6 +15,7 @@ Mirror::Mirror(Layer& layer, dq::CWnd& window)
     : layer_(layer), handle_(window.GetSafeHwnd()), parent_(window.GetParent()) {}
 
 Mirror::~Mirror() {
+  if (native_ != nullptr && native_->HasCapture()) native_->ReleaseMouse();
   // Not by its `Destroy`, which would keep a top-level window until the toolkit is idle.
   delete native_;
 }

@@ -4,6 +4,7 @@
 #include "apps/workbench/layer/button_mirrors.h"
 #include "apps/workbench/layer/combo_mirror.h"
 #include "apps/workbench/layer/edit_mirror.h"
+#include "apps/workbench/layer/field_mirrors.h"
 #include "apps/workbench/layer/frame_mirror.h"
 #include "apps/workbench/layer/list_mirrors.h"
 #include "apps/workbench/layer/message_box.h"
@@ -11,10 +12,13 @@
 #include "apps/workbench/layer/spin_mirror.h"
 #include "apps/workbench/layer/tab_mirror.h"
 #include "apps/workbench/layer/top_level_mirror.h"
-#include "dqlib/framework/controls/button.h"
+#include "dqlib/framework/controls/bitmap_button.h"
 #include "dqlib/framework/controls/combo_box.h"
+#include "dqlib/framework/controls/date_time_ctrl.h"
 #include "dqlib/framework/controls/edit_model.h"
+#include "dqlib/framework/controls/hot_key.h"
 #include "dqlib/framework/controls/list_box.h"
+#include "dqlib/framework/controls/progress.h"
 #include "dqlib/framework/controls/spin_button.h"
 #include "dqlib/framework/controls/static.h"
 #include "dqlib/framework/controls/tool_tip.h"
@@ -54,6 +58,7 @@ constexpr Row kRows[] = {
     {[](const CWnd& window) { return window.GetParent() == nullptr && Is<dq::CFrameWnd>(window); },
      Make<FrameMirror>},
     {[](const CWnd& window) { return window.GetParent() == nullptr; }, Make<TopLevelMirror>},
+    {Is<dq::CBitmapButton>, Make<BitmapButtonMirror>},
     {Is<dq::CButton>, MakeButtonMirror},
     {Is<dq::EditModel>, Make<EditMirror>},
     {[](const CWnd& window) { return window.GetWindowClass() == kIconClass; }, Make<IconMirror>},
@@ -61,6 +66,9 @@ constexpr Row kRows[] = {
     {Is<dq::CListBox>, Make<ListMirror>},
     {Is<dq::CComboBox>, Make<ComboMirror>},
     {Is<dq::CSpinButtonCtrl>, Make<SpinMirror>},
+    {Is<dq::CProgressCtrl>, Make<ProgressMirror>},
+    {Is<dq::CHotKeyCtrl>, Make<HotKeyMirror>},
+    {Is<dq::CDateTimeCtrl>, Make<DateTimeMirror>},
     {[](const CWnd& window) {
        return Is<dq::CDQTabStrip>(window) && window.GetPlace().Height() > window.GetPlace().Width();
      },

@@ -6,6 +6,8 @@
 
 #include "apps/workbench/layer/layer.h"
 #include "dqlib/framework/windows/dialog.h"
+#include "dqlib/framework/windows/frame_wnd.h"
+#include "dqlib/framework/windows/splitter_wnd.h"
 #include "dqlib/framework/windows/window_input.h"
 
 namespace workbench {
@@ -23,6 +25,13 @@ UINT KeysOf(const wxMouseEvent& event) {
   return keys;
 }
 
+bool TakesKeyboard(const dq::CWnd& window) {
+  return !window.IsKindOf(&dq::CDialog::classCDialog) &&
+         !window.IsKindOf(&dq::CFrameWnd::classCFrameWnd) &&
+         !window.IsKindOf(&dq::CControlBar::classCControlBar) &&
+         !window.IsKindOf(&dq::CSplitterWnd::classCSplitterWnd);
+}
+
 }  // namespace
 
 void ReportMouse(Layer& layer, wxWindow& native, dq::HWND window) {
@@ -34,9 +43,9 @@ void ReportMouse(Layer& layer, wxWindow& native, dq::HWND window) {
     const dq::CPoint at = layer.scale().ToLogical(native.ClientToScreen(event.GetPosition()));
     layer.Post(window, [=, &layer](dq::CWnd& under) {
       layer.SetPointed(window);
-      // A press takes the keyboard to the window, but not to the ground of a dialog.
+      // A press takes the keyboard to the window, but not to what only lies around others.
       const bool is_press = message == dq::WM_LBUTTONDOWN || message == dq::WM_LBUTTONDBLCLK;
-      if (is_press && !under.IsKindOf(&dq::CDialog::classCDialog)) under.SetFocus();
+      if (is_press && TakesKeyboard(under)) under.SetFocus();
       if (dq::CWnd* const left = dq::CWnd::FromHandle(window)) {
         dq::MouseInput(message, keys, at, left);
       }

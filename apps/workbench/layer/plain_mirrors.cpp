@@ -9,6 +9,7 @@
 #include <wx/statbmp.h>
 #include <wx/stattext.h>
 
+#include "apps/workbench/layer/bar_mirrors.h"
 #include "apps/workbench/layer/gtk_window.h"
 #include "apps/workbench/layer/layer.h"
 #include "apps/workbench/layer/mouse.h"
@@ -66,6 +67,10 @@ void PlainMirror::Apply(const Changes& changes) {
   if (changes.Has(WindowChange::kInvalidated) && !std::exchange(paints_, true)) {
     PostFact([this](CWnd& window) { Paint(window); });
   }
+}
+
+void PlainMirror::ShowContent(const Changes&) {
+  layer().ShowOutlines(handle(), DraggedPlaces(window()));
 }
 
 void PlainMirror::Paint(CWnd& window) {

@@ -21,6 +21,7 @@ class PlainMirror : public Mirror {
 
  protected:
   wxWindow* DoMake(wxWindow* parent) override;
+  void ShowContent(const Changes& changes) override;
 
  private:
   void ShowBar(dq::ScrollBar bar);

@@ -15,17 +15,6 @@ namespace {
 constexpr int kFirstWait = 400;
 constexpr int kNextWait = 60;
 
-/// The arrow points up or down.
-void DrawArrow(wxDC& context, const wxRect& rect, bool up) {
-  const int half = std::max(1, std::min(rect.width, rect.height) / 4);
-  const wxPoint middle(rect.x + rect.width / 2, rect.y + rect.height / 2);
-  const int tip = up ? -half / 2 - 1 : half / 2 + 1;
-  const wxPoint corners[] = {{middle.x - half, middle.y - tip},
-                             {middle.x + half, middle.y - tip},
-                             {middle.x, middle.y + tip}};
-  context.DrawPolygon(static_cast<int>(std::size(corners)), corners);
-}
-
 }  // namespace
 
 wxWindow* SpinMirror::DoMake(wxWindow* parent) {
