@@ -31,6 +31,7 @@ class LayerTest(unittest.TestCase):
         return dialog, lambda number: host.find(under=dialog, id=number)
 
     def leave(self, host, status=0):
+        host.wait(lambda: host.active == host.frame["window"] and len(host.all(parent=0)) == 1, "a dialog is left")
         host.close(host.frame)
         self.assertEqual(host.end(), (status, ""))
 
