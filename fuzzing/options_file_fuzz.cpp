@@ -4,7 +4,6 @@
 #include <set>
 
 #include "fuzzing/fuzzing.h"
-#include "siblings/options/options_file.h"
 
 void dq::fuzz::Try(std::string_view text) {
   OptionsFile file;

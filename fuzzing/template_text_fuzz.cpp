@@ -2,7 +2,6 @@
 // empty line, and the template.
 
 #include "fuzzing/fuzzing.h"
-#include "siblings/options/template_engine.h"
 
 void dq::fuzz::Try(std::string_view input) {
   // A zero ends every text.

@@ -90,7 +90,6 @@ struct OwnRegistry : MemoryRegistry {
   }
   const platform::Error busy{ErrorKind::kBusy, 16};
   int reads_left = 0;
-  platform::ScopedPlatform scope{With(&platform::Platform::registry, this)};
 };
 
 TEST(RegistryTools, TextsOfUpTo260BytesAreFoundAndAnyAreWrittenInTheLengthThatIsGiven) {
@@ -245,7 +244,6 @@ struct SystemInfoTest : testing::Test {
   ManualClock clock;
   ScriptedLocale locale;
   OwnRegistry registry;
-  const platform::ScopedPlatform time{With(&platform::Platform::clock, &clock)};
 };
 
 TEST_F(SystemInfoTest, ReadsTheVersionOrShowsWhyNot) {

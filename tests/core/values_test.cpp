@@ -289,7 +289,6 @@ TEST(DQString, RandomTextFollowsFromTheTicks) {
            {1000, Type{7}, "id-9L_r\x85\x98\xab\xbe\xd1\xe4\xf7\n", 0xED61B865},
            {4'000'000'001, CDQString::RANDOM_NUMERIC, "id-604836260583", 0x487617AB}}) {
     ManualClock clock(ticks);
-    const platform::ScopedPlatform scope(With(&platform::Platform::clock, &clock));
     CDQString text("id-"), many;
     text.GenerateRandomString(12, type);
     many.GenerateRandomString(5000, type);

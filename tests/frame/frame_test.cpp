@@ -3,7 +3,6 @@
 // are loaded, and the pictures, brushes and fonts made of them.
 
 #include "dqlib/platform/checksum.h"
-#include "siblings/pictures/pictures.h"
 #include "tests/support/doubles.h"
 #include "tests/support/failing_memory.h"
 #include "tests/support/forwarding_files.h"
@@ -76,7 +75,6 @@ TEST_F(ApplicationInfo, RunsFromTheNetworkWhereTheDriveOrTheNearestDirectoryIsRe
     }
     UINT kind = 0;
   } files;
-  const platform::ScopedPlatform scope{With(&platform::Platform::files, &files)};
   CWinApp app("name");
   for (const char* path : {"c:\\bin\\tool.exe", "/tmp/none/tool"}) {
     app.SetExecutablePath(path);

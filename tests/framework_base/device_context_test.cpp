@@ -99,17 +99,15 @@ TEST_F(Drawing, TextsAreBrokenAlignedShortenedAndMarkedInTheirRectangle) {
 }
 
 TEST_F(Drawing, TextsAreMeasuredWithoutBeingDrawn) {
-  for (const auto& [flags, width, text, size] : Rows<UINT, LONG, std::string_view, CSize>{
-           {0, 5, "abc\nd&e", {21, 26}},
-           {DT_WORDBREAK, 35, "ab cd longer", {42, 26}},
-           {DT_SINGLELINE | DT_VCENTER, 1, "ab\ncd", {35, 13}},
-           {DT_EXPANDTABS, 0, "a\tb", {63, 13}},
-           {DT_WORDBREAK | DT_NOPREFIX, kMost, "&&", {14, 13}},
-           {0, -9, "", {0, 13}}}) {
-    CRect rect{1, 2, width == kMost ? width : 1 + width, -5};
+  const Rows<const char*, LONG, std::string_view, CSize> rows = {
+      {"", 6, "abc\nd&e", {21, 26}}, {"w", 36, "ab cd longer", {42, 26}},
+      {"1v", 2, "ab\ncd", {35, 13}}, {"t", 1, "a\tb", {63, 13}},
+      {"w&", kMost, "&&", {14, 13}}, {"", -8, "", {0, 13}}};
+  for (const auto& [flags, right, text, size] : rows) {
+    CRect rect{1, 2, right, -5};
     const CRect given = rect;
-    EXPECT_EQ(dc.DrawText(text, given, flags | DT_CALCRECT), size.cy) << text;
-    EXPECT_EQ(dc.DrawText(text, rect, flags | DT_CALCRECT), size.cy) << text;
+    EXPECT_EQ(dc.DrawText(text, given, Flags(flags) | DT_CALCRECT), size.cy) << text;
+    EXPECT_EQ(dc.DrawText(text, rect, Flags(flags) | DT_CALCRECT), size.cy) << text;
     EXPECT_EQ(rect, (CRect{1, 2, 1 + size.cx, 2 + size.cy})) << text;
   }
   EXPECT_EQ(dc.GetTextExtent("x\xE2\x82\xAC&"), (CSize{21, 13}));

@@ -256,7 +256,6 @@ struct LogTest : testing::Test {
   ScriptedPrompts prompts_{BUTTON_OK, BUTTON_CANCEL, BUTTON_OK, BUTTON_CANCEL};
   std::atomic<int> shown_ = 0;
   std::counting_semaphore<> answers_{0};
-  const platform::ScopedPlatform time_{With(&platform::Platform::clock, &clock_)};
 };
 
 TEST_F(LogTest, WritesOneStampedLineAnEntryBehindWhatIsThere) {

@@ -118,8 +118,7 @@ TEST_F(DesktopTest, MailsAreHandedOverWithCopiesOfTheirAttachmentsWhichLast) {
     const auto now = std::filesystem::file_time_type::clock::now();
     std::filesystem::last_write_time(each, now - std::chrono::hours(49));
   }
-  EXPECT_EQ(send(0).value, kHandedOver);
-  EXPECT_EQ(send(0).value, kHandedOver);
+  EXPECT_TRUE(send(0).value == kHandedOver && send(0).value == kHandedOver);
   for (const std::string& each : {first, second}) std::filesystem::remove(each);
   EXPECT_EQ(send(0).error.kind, ErrorKind::kNotFound);
   EXPECT_TRUE(!std::filesystem::exists(old) && std::filesystem::exists(other));
@@ -134,8 +133,7 @@ TEST_F(DesktopTest, MailsAreHandedOverWithCopiesOfTheirAttachmentsWhichLast) {
                               "/2/SAME|--attach|" + directory + "/3/first|xdg-email|"))
       << log;
   EXPECT_EQ(files.Get(directory + "/1/SAME") + files.Get(directory + "/2/SAME"), "12");
-  EXPECT_EQ(files.Mode(directory), 0700U);
-  EXPECT_TRUE(mail.Send({}).ok());
+  EXPECT_TRUE(files.Mode(directory) == 0700 && mail.Send({}).ok());
   EXPECT_EQ(Told(), "xdg-email|--utf8|");
 }
 

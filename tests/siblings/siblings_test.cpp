@@ -1,11 +1,6 @@
 #include <regex>
 
 #include "dqlib/platform/checksum.h"
-#include "siblings/options/option_data_array.h"
-#include "siblings/options/options_file.h"
-#include "siblings/options/options_server.h"
-#include "siblings/options/template_engine.h"
-#include "siblings/pictures/pictures.h"
 #include "tests/support/doubles.h"
 #include "tests/support/failing_memory.h"
 #include "tests/support/forked_process.h"
@@ -210,7 +205,6 @@ struct OptionsServer : testing::Test {
   CWinApp app{"My Tool"};
   TempDirectory directory;
   MemoryRegistry registry;
-  platform::ScopedPlatform scope{With(&platform::Platform::registry, &registry)};
   std::string traced;
   TraceSink former = SetTraceSink([this](std::string_view text) { traced += text; });
   CDQOptionsServer server;

@@ -22,7 +22,7 @@ platform::Platform With(Service* platform::Platform::*member,
   return services;
 }
 
-/// Stands still at `start` until it is moved. Any thread.
+/// In force while it lives, and stands still at `start` until it is moved. Any thread.
 class ManualClock : public platform::Clock {
  public:
   explicit ManualClock(DWORD start = 0) : now_(start) {}
@@ -45,6 +45,7 @@ class ManualClock : public platform::Clock {
 
  private:
   std::atomic<DWORD> now_;
+  platform::ScopedPlatform scope_{With(&platform::Platform::clock, this)};
 };
 
 /// A locale whose items a test sets; what isn't set can't be read.

@@ -1,14 +1,13 @@
-// A registry of a test's own, whose files lie in memory, and whose changes can be refused; and what
-// stands in any registry, as data to compare.
+// A registry of a test's own, in force while it lives, whose files lie in memory, and whose changes
+// can be refused; and what stands in any registry, as data to compare.
 //
 //   MemoryRegistry registry;
-//   platform::Platform services = platform::Current();
-//   services.registry = &registry;
-//   const platform::ScopedPlatform scope(services);
+//   registry.refusal = {platform::ErrorKind::kNoSpace, ENOSPC};
 
 #pragma once
 
 #include "dqlib/platform/posix/registry.h"
+#include "tests/support/doubles.h"
 #include "tests/support/temp_directory.h"
 
 namespace dq::test {
@@ -51,6 +50,9 @@ class MemoryRegistry : private MemoryDirectory, public platform::posix::FileRegi
   platform::Result<std::string> EnumKey(HKEY key, std::size_t index) override {
     return unlisted.ok() ? FileRegistry::EnumKey(key, index) : unlisted;
   }
+
+ private:
+  platform::ScopedPlatform scope_{With(&platform::Platform::registry, this)};
 };
 
 /// All of them are of a kind.

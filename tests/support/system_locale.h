@@ -54,7 +54,6 @@ class SystemLocale {
 
  private:
   ManualClock clock_;
-  const platform::ScopedPlatform time_{With(&platform::Platform::clock, &clock_)};
   std::unique_ptr<platform::Locale> locale_;
   std::optional<platform::ScopedPlatform> scope_;
 };

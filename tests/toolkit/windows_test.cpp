@@ -177,7 +177,6 @@ struct Options : Dialogs {
   }
   ~Options() override { server.RemoveOptions("own.dqo", 1, 100); }
   MemoryRegistry registry;
-  const platform::ScopedPlatform scope{With(&platform::Platform::registry, &registry)};
   TempDirectory directory;
   CDQOptionsServer& server = *CDQOptionsServer::GetObject();
 };
