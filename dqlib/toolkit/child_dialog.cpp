@@ -58,9 +58,15 @@ bool CDQChildDialogCollection::Show(int index) {
   if (index != -1 && (wanted == nullptr || wanted->GetSafeHwnd() == nullptr)) return false;
   // The former one goes first, so that no two are ever seen.
   for (CDQChildDialog* const child : m_children) {
+    const detail::Watched self(*child);
     if (child != wanted) child->ShowWindow(SW_HIDE);
+    if (!self.IsThere()) return false;
   }
-  if (wanted != nullptr) wanted->ShowWindow(SW_SHOW);
+  if (wanted != nullptr) {
+    const detail::Watched self(*wanted);
+    wanted->ShowWindow(SW_SHOW);
+    if (!self.IsThere()) return false;
+  }
   m_nShown = index;
   return true;
 }
@@ -79,13 +85,19 @@ bool CDQChildDialogCollection::UpdateData(bool save) {
   }
   bool moved = true;
   for (CDQChildDialog* const child : m_children) {
+    const detail::Watched self(*child);
     if (child->GetSafeHwnd() != nullptr) moved = child->UpdateData(0) != 0 && moved;
+    if (!self.IsThere()) return false;
   }
   return moved;
 }
 
 void CDQChildDialogCollection::Enable(bool enable) {
-  for (CDQChildDialog* const child : m_children) child->EnableChild(enable);
+  for (CDQChildDialog* const child : m_children) {
+    const detail::Watched self(*child);
+    child->EnableChild(enable);
+    if (!self.IsThere()) return;
+  }
 }
 
 }  // namespace dq

@@ -37,7 +37,8 @@ class CDQChildDialog : public CDQDialog {
 };
 
 /// Child dialogs of which one is shown at a time. It doesn't own them; they must outlive it or be
-/// left alone by it.
+/// left alone by it. An operation stops, and has failed, when a handler ends the window that it has
+/// come to.
 class CDQChildDialogCollection {
  public:
   CDQChildDialogCollection() = default;

@@ -26,7 +26,7 @@ bool CNSFlexDialog::Apply() {
   OnApplyChanges(m_pSubject);
   if (!self.IsThere()) return false;
   SetModified(0);
-  return true;
+  return self.IsThere();
 }
 
 void CNSFlexDialog::OnApply() { Apply(); }

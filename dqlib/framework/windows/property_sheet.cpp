@@ -334,7 +334,7 @@ bool CPropertySheet::OnApply() {
   for (CPropertyPage* const page : m_pages) page->m_bModified = false;
   m_nModified = 0;
   SetModified(0);
-  return true;
+  return self.IsThere();
 }
 
 void CPropertySheet::OnOK() {

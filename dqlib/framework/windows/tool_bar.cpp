@@ -10,6 +10,8 @@
 
 namespace dq {
 
+using detail::WrappingSum;
+
 IMPLEMENT_DYNAMIC(CToolBar, CControlBar)
 
 namespace {
@@ -180,18 +182,18 @@ CRect CToolBar::GetItemRect(int position) const {
   if (position < 0 || position >= GetItemCount()) return {};
   const CRect inside = GetInsideRect();
   LONG start = kBarMargin + (IsVertical() ? inside.top : inside.left);
-  for (int at = 0; at < position; ++at) start += ExtentOf(at);
-  const LONG end = start + ExtentOf(position);
+  for (int at = 0; at < position; ++at) start = WrappingSum(start, ExtentOf(at));
+  const LONG end = WrappingSum(start, ExtentOf(position));
   const CSize button = ButtonSize();
   if (IsVertical()) {
-    return {kBarMargin, start, kBarMargin + button.cx, end};
+    return {kBarMargin, start, WrappingSum(kBarMargin, button.cx), end};
   }
-  return {start, kBarMargin, end, kBarMargin + button.cy};
+  return {start, kBarMargin, end, WrappingSum(kBarMargin, button.cy)};
 }
 
 CSize CToolBar::ButtonSize() const {
-  return {detail::WrappingSum(picture_size_.cx, 2 * kButtonMargin),
-          detail::WrappingSum(picture_size_.cy, 2 * kButtonMargin)};
+  return {WrappingSum(picture_size_.cx, 2 * kButtonMargin),
+          WrappingSum(picture_size_.cy, 2 * kButtonMargin)};
 }
 
 /// Along the bar.
@@ -202,13 +204,13 @@ LONG CToolBar::ExtentOf(int position) const {
 
 CSize CToolBar::CalcFixedLayout(const CSize&, bool) {
   const CSize button = ButtonSize();
-  return {button.cx + 2 * kBarMargin, button.cy + 2 * kBarMargin};
+  return {WrappingSum(button.cx, 2 * kBarMargin), WrappingSum(button.cy, 2 * kBarMargin)};
 }
 
 CSize CToolBar::CalcFloatingLayout() {
   LONG width = 2 * kBarMargin;
   for (const ToolBarButton& button : buttons_) {
-    width += button.command == 0 ? kSeparatorWidth : ButtonSize().cx;
+    width = WrappingSum(width, button.command == 0 ? kSeparatorWidth : ButtonSize().cx);
   }
   return {width, CalcFixedLayout({}, true).cy};
 }

@@ -190,8 +190,8 @@ void CWnd::SetToolTip(const CString& text) {
 
 void CWnd::SetScrollInfo(ScrollBar bar, const SCROLLINFO& info) {
   SCROLLINFO set = info;
-  const LONG last = static_cast<LONG>(
-      std::clamp<long long>(0LL + info.nMax - std::max(0, info.nPage - 1), info.nMin, info.nMax));
+  const LONG last = static_cast<LONG>(std::clamp<long long>(
+      0LL + info.nMax - std::max(0LL, info.nPage - 1LL), info.nMin, info.nMax));
   set.nPos = info.nMin > info.nMax ? info.nMin : std::clamp(info.nPos, info.nMin, last);
   if (m_hWnd == nullptr || set == scroll_[bar]) return;
   scroll_[bar] = set;
