@@ -224,6 +224,10 @@ class LayerTest(unittest.TestCase):
         host.wait(lambda: host.lines and host.lines[0]["number"] == 0x115, "the scroll bar is dead")
         time.sleep(0.2)
         host.lines.clear()
+        # Of windows that cover each other the topmost is hit, and a press brings one there.
+        for x, card in ((375, 51), (425, 52), (375, 52)):
+            host.click(canvas, x=x, y=30)
+            told(card)
         # A menu of its own: the second item by keys, the first by the mouse.
         host.click(canvas, x=100, y=100, button=3)
         told(0x204, 0x205)

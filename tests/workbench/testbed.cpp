@@ -180,6 +180,26 @@ class Canvas : public dq::CView {
   }
 };
 
+/// One of those that cover each other; a press on it brings it to the top.
+class Card : public CWnd {
+ public:
+  void Open(CWnd* parent, int id, const dq::CRect& place) {
+    CreateWnd({.class_name = "Card", .place = place, .parent = parent, .id = id});
+  }
+  dq::LRESULT WindowProc(UINT message, dq::WPARAM wparam, dq::LPARAM lparam) override {
+    if (message == dq::WM_LBUTTONDOWN) {
+      Tell("card", GetDlgCtrlID());
+      SetWindowOrder(nullptr);
+    }
+    return CWnd::WindowProc(message, wparam, lparam);
+  }
+
+ protected:
+  void OnPaint(dq::CDC& dc) override {
+    dc.FillSolidRect(GetClientRect(), dq::RGB(0x40, GetDlgCtrlID() == 51 ? 0xC0 : 0x40, 0x20));
+  }
+};
+
 class Frame : public dq::CFrameWnd {
  public:
   void Open() {
@@ -190,6 +210,8 @@ class Frame : public dq::CFrameWnd {
     SetMenu(&menu_);
     popup_.LoadMenuIndirect("item 32780 \"&Alpha\\tCtrl+A\"\nitem 32781 \"&Beta\" checked\n");
     canvas_.Create(this, dq::CRect(), dq::kFirstPaneId, static_cast<dq::CDocument*>(nullptr));
+    upper_.Open(&canvas_, 51, {300, 10, 400, 60});
+    lower_.Open(&canvas_, 52, {350, 10, 450, 60});
     canvas_.SetScrollInfo(dq::SB_VERT, {0, 99, 10, 0});
     RecalcLayout();
     ShowWindow(dq::SW_SHOW);
@@ -230,6 +252,8 @@ class Frame : public dq::CFrameWnd {
   dq::CMenu menu_;
   dq::CMenu popup_;
   Canvas canvas_;
+  Card upper_;
+  Card lower_;
 };
 
 void Grow(int times) {

@@ -1,6 +1,7 @@
 #include "apps/workbench/layer/gtk_window.h"
 
 #include <gtk/gtk.h>
+#include <utility>
 #include <wx/notebook.h>
 #include <wx/toplevel.h>
 
@@ -47,6 +48,18 @@ void GrabKeyboard(wxWindow& window) {
 }
 
 void TakeNoKeys(wxWindow& window) { window.SetCanFocus(false); }
+
+void WhenMapped(wxWindow& window, std::function<void()> act) {
+  using Act = std::function<void()>;
+  void (*const run)(GtkWidget*, void*) = [](GtkWidget*, void* kept) {
+    (*static_cast<Act*>(kept))();
+  };
+  void (*const drop)(void*, GClosure*) = [](void* kept, GClosure*) {
+    delete static_cast<Act*>(kept);
+  };
+  g_signal_connect_data(window.m_widget, "map", G_CALLBACK(run), new Act(std::move(act)), drop,
+                        G_CONNECT_AFTER);
+}
 
 bool IsActive(const wxTopLevelWindow& window) {
   return gtk_window_is_active(GTK_WINDOW(window.m_widget)) != 0;

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <functional>
 #include <wx/gdicmn.h>
 
 class wxNotebook;
@@ -17,6 +18,9 @@ bool HasKeyboard(const wxWindow& window);
 void GrabKeyboard(wxWindow& window);
 /// The keys for the window are handled before the toolkit sees them.
 void TakeNoKeys(wxWindow& window);
+
+/// Has the act done each time the window comes up on the display, until it ends.
+void WhenMapped(wxWindow& window, std::function<void()> act);
 
 /// Whether the person works with the top-level window.
 bool IsActive(const wxTopLevelWindow& window);

@@ -242,7 +242,18 @@ void Layer::ShowWindow(Entry& entry) {
     DropMirrors(window);
     changes = Changes::All();
   }
-  if (Mirror* const mirror = MirrorOf(entry)) mirror->Apply(changes);
+  Mirror* const mirror = MirrorOf(entry);
+  if (mirror == nullptr) return;
+  mirror->Apply(changes);
+  if (changes.Has(WindowChange::kOrder)) RaiseInOrder(window);
+}
+
+void Layer::RaiseInOrder(CWnd& window) const {
+  if (window.GetParent() == nullptr) return;
+  for (CWnd* each = &window; each != nullptr; each = each->GetPrevWindow()) {
+    const Mirror* const mirror = Find(each);
+    if (mirror != nullptr && !mirror->IsControl()) mirror->native()->Raise();
+  }
 }
 
 /// Makes it, and those of the windows around it.
