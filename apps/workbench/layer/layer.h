@@ -86,8 +86,8 @@ class Layer : public dq::WindowObserver {
   Mirror* Find(const dq::CWnd* window) const;
   Mirror* Find(dq::HWND window) const;
 
-  /// Puts a child window, if it is on the display, over those behind it. Controls beside one another
-  /// don't cover each other.
+  /// Puts a child window, if it is on the display, over those behind it. Controls beside one
+  /// another don't cover each other.
   void RaiseInOrder(dq::CWnd& window) const;
 
   /// The picture of a command in a size of the display's pixels; none if the host has none.

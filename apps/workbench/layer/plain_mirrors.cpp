@@ -47,9 +47,7 @@ wxWindow* PlainMirror::DoMake(wxWindow* parent) {
       native->Bind(type, [this](wxScrollWinEvent& event) { OnScroll(event); });
     }
   }
-  WhenMapped(*native, [this] {
-    PostFact([this](CWnd& window) { layer().RaiseInOrder(window); });
-  });
+  WhenMapped(*native, [this] { PostFact([this](CWnd& window) { layer().RaiseInOrder(window); }); });
   native->Bind(wxEVT_PAINT, [this](wxPaintEvent&) {
     wxPaintDC context(this->native());
     if (picture_.IsOk()) context.DrawBitmap(picture_, 0, 0);
