@@ -36,8 +36,9 @@ class PrintedTrace : public Trace {
   void Write(const TraceLine& line) override {
     try {
       if (is_read_) dqapps::PrintLine(line.Finish());
-    } catch (const dqapps::OutputClosed&) {
+    } catch (const dqapps::OutputClosed& closed) {
       is_read_ = false;
+      if (!closed.IsReaderGone()) Complain(closed.what());
     }
   }
 

@@ -1,9 +1,11 @@
 #include "apps/workbench/layer/display.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <gdk/gdkx.h>
 #include <gtk/gtk.h>
 #include <iterator>
+#include <stdexcept>
 #include <utility>
 #include <vector>
 #include <wx/app.h>
@@ -137,19 +139,28 @@ Toolkit::Toolkit(std::function<void()> lost) {
   int count = 1;
   char name[] = "workbench";
   char* arguments[] = {name, nullptr};
-  if (!wxEntryStart(count, arguments) || !wxTheApp->CallOnInit()) return;
+  if (!wxEntryStart(count, arguments) || !wxTheApp->CallOnInit()) {
+    throw std::runtime_error("the toolkit can't be started");
+  }
   wxLog::SetActiveTarget(new wxLogStderr);
   WhenLost() = std::move(lost);
   XSetIOErrorHandler(OnConnectionBroken);
   XSetIOErrorExitHandler(gdk_x11_display_get_xdisplay(gdk_display_get_default()), OnConnectionEnd,
                          nullptr);
-  ok_ = true;
 }
 
 Toolkit::~Toolkit() {
-  const bool is_lost = ok_ && WhenLost() == nullptr;
+  const bool is_lost = WhenLost() == nullptr;
   WhenLost() = nullptr;
   if (!is_lost) wxEntryCleanup();
+}
+
+void CheckConnection(const std::vector<GPollFD>& polled) {
+  const int connection = ConnectionNumber(gdk_x11_display_get_xdisplay(gdk_display_get_default()));
+  const bool is_over = std::ranges::any_of(polled, [connection](const GPollFD& each) {
+    return each.fd == connection && (each.revents & (G_IO_HUP | G_IO_ERR)) != 0;
+  });
+  if (is_over) OnConnectionEnd(nullptr, nullptr);
 }
 
 double DisplayScale() {

@@ -3,8 +3,10 @@
 #pragma once
 
 #include <functional>
+#include <glib.h>
 #include <optional>
 #include <string>
+#include <vector>
 #include <wx/gdicmn.h>
 
 class wxTopLevelWindow;
@@ -20,19 +22,18 @@ std::optional<std::string> WhyNoDisplay();
 /// thread, while there is a display.
 class Toolkit {
  public:
-  /// `lost` is called when the connection to the display breaks, from within the toolkit. From then
-  /// on the toolkit must not be called, and isn't ended with this object.
+  /// `lost` is called when the connection to the display breaks, perhaps from within the toolkit.
+  /// From then on the toolkit must not be called, and isn't ended with this object. Throws
+  /// `std::runtime_error` if the toolkit can't be started.
   explicit Toolkit(std::function<void()> lost);
   Toolkit(const Toolkit&) = delete;
   Toolkit& operator=(const Toolkit&) = delete;
   ~Toolkit();
-
-  /// False if the toolkit could not be started.
-  bool ok() const { return ok_; }
-
- private:
-  bool ok_ = false;
 };
+
+/// Tells the toolkit's `lost` if the connection to the display has hung up, as the answer to a poll
+/// says; the toolkit itself may not have found out yet.
+void CheckConnection(const std::vector<GPollFD>& polled);
 
 /// How many pixels of the display a pixel at 96 dots to the inch is, by its resolution and the
 /// person's settings for the size of texts.

@@ -53,6 +53,7 @@ class NativeLoop : public dq::NativeEvents {
   bool DoActs();
   void AfterEvent();
   bool WaitForEvent(dq::DWORD milliseconds);
+  bool HandleEvent(int milliseconds);
   bool WaitWithoutDisplay(dq::DWORD milliseconds);
 
   Hooks hooks_;
