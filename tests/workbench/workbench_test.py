@@ -216,7 +216,7 @@ class WorkbenchTest(unittest.TestCase):
         printing = host.wait_for(caption="Print")
         host.click(host.find(under=printing, id=1155))
         host.keys("ctrl+a", "0", "Return")
-        host.wait(lambda: len(host.all(caption="Print")) == 2, "no box")
+        host.wait(lambda: len(host.all(caption="Print")) == 2 and host.active not in (0, printing["window"]), "no box")
         host.keys("Return")
         host.wait(lambda: len(host.all(caption="Print")) == 1, "the box stays")
         host.process.terminate()

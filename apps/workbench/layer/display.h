@@ -3,7 +3,7 @@
 #pragma once
 
 #include <functional>
-#include <glib.h>
+#include <gdk/gdk.h>
 #include <optional>
 #include <string>
 #include <vector>

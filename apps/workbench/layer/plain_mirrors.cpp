@@ -1,6 +1,7 @@
 #include "apps/workbench/layer/plain_mirrors.h"
 
 #include <algorithm>
+#include <gtk/gtk.h>
 #include <iterator>
 #include <utility>
 #include <wx/artprov.h>
@@ -140,6 +141,10 @@ wxWindow* LabelMirror::DoMake(wxWindow* parent) {
   auto* const label = new wxStaticText(parent, wxID_ANY, wxString(), wxDefaultPosition,
                                        wxDefaultSize, wxST_NO_AUTORESIZE);
   WrapLabel(*label);
+  // Whom the label is for the library knows; the toolkit would give the keyboard to what is around
+  // it.
+  g_signal_connect(label->m_widget, "mnemonic-activate",
+                   G_CALLBACK(+[]() -> gboolean { return TRUE; }), nullptr);
   return label;
 }
 

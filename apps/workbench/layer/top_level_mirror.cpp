@@ -1,5 +1,7 @@
 #include "apps/workbench/layer/top_level_mirror.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <utility>
 #include <wx/toplevel.h>
 
@@ -17,10 +19,18 @@ namespace {
 using dq::CRect;
 using dq::CSize;
 using dq::CWnd;
+using dq::LONG;
 using dq::WindowChange;
 
 constexpr long kDialogStyle = wxCAPTION | wxCLOSE_BOX | wxSYSTEM_MENU;
 constexpr long kSizableStyle = wxRESIZE_BORDER | wxMAXIMIZE_BOX;
+
+/// What a frame leaves of a place that may have been kept in any shape; 16 bits hold it, as the
+/// display's.
+LONG InnerLength(LONG first, LONG last, LONG frame) {
+  constexpr std::int64_t kMost = 0x7FFF;
+  return static_cast<LONG>(std::clamp<std::int64_t>(std::int64_t{last} - first - frame, 0, kMost));
+}
 
 /// Without what the toolkit's own dialogs do with keys and buttons.
 class DialogWindow : public wxTopLevelWindow {
@@ -93,13 +103,25 @@ void TopLevelMirror::ShowText() {
 }
 
 void TopLevelMirror::ShowPlace() {
-  ShowState();
   const CWnd& own = window();
+  // Before it is first shown, so that the window manager knows where to restore it.
+  if (!top_level()->IsShown()) ShowRestoredPlace();
+  ShowState();
   if (own.IsIconic() || own.IsZoomed() || taken_ == own.GetPlace()) return;
+  ShowRestoredPlace();
+}
+
+void TopLevelMirror::ShowRestoredPlace() {
   taken_.reset();
-  const wxPoint at = scale().ToNative(own.GetPlace().TopLeft());
+  dq::WINDOWPLACEMENT placement;
+  window().GetWindowPlacement(&placement);
+  const CRect& place = placement.rcNormalPosition;
+  const CRect frame = window().GetFrameWidths();
+  const CSize client{InnerLength(place.left, place.right, frame.left + frame.right),
+                     InnerLength(place.top, place.bottom, frame.top + frame.bottom)};
+  const wxPoint at = scale().ToNative(place.TopLeft());
   if (top_level()->GetPosition() != at) top_level()->Move(at, wxSIZE_ALLOW_MINUS_ONE);
-  const wxSize size = scale().ToNative(own.GetClientRect().Size());
+  const wxSize size = scale().ToNative(client);
   if (top_level()->GetClientSize() != size) {
     // The toolkit reckons the bars by what a client area of the present size leaves for them.
     top_level()->SetSize(size.x, size.y + bars_.above);

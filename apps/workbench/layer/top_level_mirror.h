@@ -48,6 +48,7 @@ class TopLevelMirror : public Mirror {
  private:
   void Watch(wxTopLevelWindow& native);
   void ShowState();
+  void ShowRestoredPlace();
   /// As acts: the person, or the window manager, has moved or sized the window.
   void TakePlace(dq::CWnd& window);
   void TakeState(dq::CWnd& window);
