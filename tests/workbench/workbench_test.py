@@ -229,6 +229,11 @@ class WorkbenchTest(unittest.TestCase):
         with Desktop() as desktop:
             host = self.start(desktop)
             usual = host.frame["rect"]
+            # Maximised and restored, by two clicks on its title.
+            for corner in ((400, 10), (700, 8)):
+                rect = host.windows[host.frame["window"]]["rect"]
+                host.xdotool("mousemove", max(0, rect[0]) + corner[0], max(0, rect[1]) + corner[1], "click", "--repeat", 2, 1)
+                host.wait(lambda: (host.windows[host.frame["window"]]["rect"] == usual) == (corner[0] == 700), "it isn't another size")
             drag_to(host, 500, 200)
             host.wait(lambda: host.windows[host.frame["window"]]["rect"][0] > usual[0] + 100,
                       "it isn't moved")

@@ -95,15 +95,28 @@ bool WindowManagerKnows(const char* message) {
   return gdk_x11_screen_supports_net_wm_hint(Screen(), gdk_atom_intern(message, FALSE)) != 0;
 }
 
+void Call(void* told) { (*static_cast<std::function<void()>*>(told))(); }
+
 gboolean OnProperty(GtkWidget*, GdkEventProperty* event, void* framed) {
   const bool is_state = event->atom == gdk_atom_intern_static_string(kState);
-  if (is_state && event->state == GDK_PROPERTY_NEW_VALUE) {
-    (*static_cast<std::function<void()>*>(framed))();
-  }
+  if (is_state && event->state == GDK_PROPERTY_NEW_VALUE) Call(framed);
   return FALSE;
 }
 
-void ForgetFramed(void* framed, GClosure*) { delete static_cast<std::function<void()>*>(framed); }
+gboolean OnState(GtkWidget*, GdkEventWindowState* event, void* changed) {
+  if ((event->changed_mask & GDK_WINDOW_STATE_MAXIMIZED) != 0) Call(changed);
+  return FALSE;
+}
+
+/// `handler` gets what is told.
+void Connect(wxTopLevelWindow& window, const char* signal, GCallback handler,
+             std::function<void()> told) {
+  const auto forget = [](void* data, GClosure*) {
+    delete static_cast<std::function<void()>*>(data);
+  };
+  g_signal_connect_data(window.GetHandle(), signal, handler,
+                        new std::function<void()>(std::move(told)), forget, GConnectFlags());
+}
 
 void RequestExtents(GdkWindow* window) {
   GdkDisplay* const display = gdk_window_get_display(window);
@@ -220,11 +233,12 @@ std::optional<wxPoint> ReadPlace(const wxTopLevelWindow& window) {
 }
 
 void WhenFramed(wxTopLevelWindow& window, std::function<void()> framed) {
-  GtkWidget* const native = window.GetHandle();
-  gtk_widget_add_events(native, GDK_PROPERTY_CHANGE_MASK);
-  g_signal_connect_data(native, "property-notify-event", G_CALLBACK(OnProperty),
-                        new std::function<void()>(std::move(framed)), ForgetFramed,
-                        GConnectFlags());
+  gtk_widget_add_events(window.GetHandle(), GDK_PROPERTY_CHANGE_MASK);
+  Connect(window, "property-notify-event", G_CALLBACK(OnProperty), std::move(framed));
+}
+
+void WhenMaximizedOrNot(wxTopLevelWindow& window, std::function<void()> changed) {
+  Connect(window, "window-state-event", G_CALLBACK(OnState), std::move(changed));
 }
 
 void KeepPlace(wxTopLevelWindow& window) {

@@ -64,6 +64,9 @@ std::optional<wxPoint> ReadPlace(const wxTopLevelWindow& window);
 /// Has `framed` called each time that the window manager has taken the window over, which is then
 /// where it was to be put.
 void WhenFramed(wxTopLevelWindow& window, std::function<void()> framed);
+/// Has `changed` called each time that the window has been maximised, or no longer is; the
+/// toolkit's own event comes for the former only.
+void WhenMaximizedOrNot(wxTopLevelWindow& window, std::function<void()> changed);
 
 /// Has a window that isn't shown yet come up where it is put, instead of where the toolkit or the
 /// window manager would have it.

@@ -50,7 +50,7 @@ wxTopLevelWindow* TopLevelMirror::top_level() const {
 wxTopLevelWindow* TopLevelMirror::MakeTopLevel(long style) { return new DialogWindow(style); }
 
 wxWindow* TopLevelMirror::DoMake(wxWindow*) {
-  extents_ = layer().FrameExtentsOf(window());
+  extents_ = restored_ = layer().FrameExtentsOf(window());
   bars_ = UsualBars(window());
   wxTopLevelWindow* const native =
       MakeTopLevel(kDialogStyle | (window().IsSizable() ? kSizableStyle : 0));
@@ -81,12 +81,12 @@ void TopLevelMirror::Watch(wxTopLevelWindow& native) {
   });
   native.Bind(wxEVT_MOVE, [take_place](wxMoveEvent&) { take_place(); });
   WhenFramed(native, take_place);
-  const auto take_state = [this](auto& event) {
+  const auto take_state = [this] { PostFact([this](CWnd& window) { TakeState(window); }); };
+  WhenMaximizedOrNot(native, take_state);
+  native.Bind(wxEVT_ICONIZE, [take_state](wxIconizeEvent& event) {
     event.Skip();
-    PostFact([this](CWnd& window) { TakeState(window); });
-  };
-  native.Bind(wxEVT_MAXIMIZE, take_state);
-  native.Bind(wxEVT_ICONIZE, take_state);
+    take_state();
+  });
   native.Bind(wxEVT_ACTIVATE, [this](wxActivateEvent& event) {
     event.Skip();
     layer().NoteActive(handle(), event.GetActive());
@@ -116,9 +116,12 @@ void TopLevelMirror::ShowRestoredPlace() {
   dq::WINDOWPLACEMENT placement;
   window().GetWindowPlacement(&placement);
   const CRect& place = placement.rcNormalPosition;
-  const CRect frame = window().GetFrameWidths();
-  const CSize client{InnerLength(place.left, place.right, frame.left + frame.right),
-                     InnerLength(place.top, place.bottom, frame.top + frame.bottom)};
+  const Scale& scaled = scale();
+  const LONG width = scaled.ToLogical(restored_.left) + scaled.ToLogical(restored_.right);
+  const LONG height =
+      scaled.ToLogical(restored_.top + bars_.above) + scaled.ToLogical(restored_.bottom);
+  const CSize client{InnerLength(place.left, place.right, width),
+                     InnerLength(place.top, place.bottom, height)};
   const wxPoint at = scale().ToNative(place.TopLeft());
   if (top_level()->GetPosition() != at) top_level()->Move(at, wxSIZE_ALLOW_MINUS_ONE);
   const wxSize size = scale().ToNative(client);
@@ -158,7 +161,10 @@ void TopLevelMirror::TakeFrame(CWnd& window) {
   if (extents == extents_ && bars == bars_) return;
   extents_ = extents;
   bars_ = bars;
-  if (!window.IsZoomed()) layer().SetFrameExtents(window, extents_);
+  if (!window.IsZoomed()) {
+    restored_ = extents_;
+    layer().SetFrameExtents(window, extents_);
+  }
   // The client area is what it was.
   window.UpdateFrameWidths();
 }

@@ -57,6 +57,8 @@ class TopLevelMirror : public Mirror {
 
   wxWindow* inside_ = nullptr;
   FrameExtents extents_;
+  /// As they were when it was last neither maximised nor minimised.
+  FrameExtents restored_;
   Bars bars_;
   bool blocked_ = false;
   /// The place that the window got from here: the toolkit's window has it already.
