@@ -272,6 +272,9 @@ Outcome Ask(Setting setting, std::string_view input, const std::function<int()>&
       button = ask();
     };
     setting == kBackground ? static_cast<void>(AllEndWell(1, answer)) : answer(0);
+    // What nobody has read yet is lost when the leader of a session ends.
+    int unread = 1;
+    Eventually([&] { return ioctl(master, FIONREAD, &unread) != 0 || unread == 0; });
   });
   close(terminal);
   close(errors[1]);

@@ -31,7 +31,7 @@ TEST(LibraryResources, TextsAndDialogsAreAsTheyAlwaysWere) {
   }
   EXPECT_EQ(std::ranges::count(texts, '='), 208) << texts;
   EXPECT_EQ(platform::Checksum(texts), 0xAC80B274U) << texts;
-  EXPECT_EQ(platform::Checksum(dialogs), 0x18687881U) << dialogs;
+  EXPECT_EQ(platform::Checksum(dialogs), 0xCCC3AC38U) << dialogs;
 }
 
 }  // namespace
