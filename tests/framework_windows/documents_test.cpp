@@ -528,7 +528,17 @@ TEST(RecentFiles, StandInTheProfileAndTheMenuTheLatestFirst) {
     }
     return texts;
   };
+  struct Button : CCmdUI {
+    void Enable(BOOL on) override { enabled = on; }
+    BOOL enabled = -1;
+  };
+  const auto is_enabled = [&] {
+    Button button;
+    session.app.m_pRecentFileList->UpdateMenu(&button);
+    return button.enabled;
+  };
   EXPECT_EQ(items(), "57616Recent-|");
+  EXPECT_EQ(is_enabled(), 0);
   for (const auto& [path, shown] : Cases<2>(R"(
       /a => 57616&1 /a|
       /b/../b&b => 57616&1 /b&&b|57617&2 /a|
@@ -537,6 +547,7 @@ TEST(RecentFiles, StandInTheProfileAndTheMenuTheLatestFirst) {
       /a_name_without_room_for_any_directory => 57616&1 a_name_without_room_for_any_directory|57617&2 /.../another one/file.txt|57618&3 /a|)")) {
     session.app.AddToRecentFileList(path.c_str());
     EXPECT_EQ(items(), shown);
+    EXPECT_EQ(is_enabled(), 1);
   }
 }
 
