@@ -128,4 +128,24 @@ struct ControlDialog : CWnd {
   std::vector<std::unique_ptr<CWnd>> controls;
 };
 
+/// "left,top-right,bottom".
+inline std::string Text(const CRect& rect) {
+  const auto [left, top, right, bottom] = rect;
+  return std::to_string(left) + "," + std::to_string(top) + "-" + std::to_string(right) + "," +
+         std::to_string(bottom);
+}
+
+/// A frame of 400 by 300 with handlers for the update of some ids.
+struct BarFrame : CFrameWnd {
+  BarFrame() { Create("Frame", "", {0, 0, 400, 300}); }
+  BOOL OnCmdMsg(UINT id, int code, void* extra, void* only_ask) override {
+    const auto handler = code == CN_UPDATE_COMMAND_UI ? updates.find(id) : updates.end();
+    if (handler == updates.end()) return CFrameWnd::OnCmdMsg(id, code, extra, only_ask);
+    handler->second(*static_cast<CCmdUI*>(extra));
+    return 1;
+  }
+
+  std::map<UINT, std::function<void(CCmdUI&)>> updates;
+};
+
 }  // namespace dq::test
