@@ -460,7 +460,9 @@ September 2001 => 2001-09-01 ;; October 2001 => 2001-10-01 ;; November 2001 => 2
 December 2001 => 2001-12-01 ;; 93/4/3 => 1993-04-03 ;; 1993-11月-3 5:34 午後 => 1993-11-03 17:34:00
 3 Apr 1993 => 1993-04-03)");
   // Names that hold separators, and one that another month has in English.
-  ExpectRead("es_CR", "3/4/1993 5 p.m. => 1993-04-03 17:00:00");
+  ExpectRead("es_CR",
+             "3/4/1993 5 p.m. => 1993-04-03 17:00:00 ;; 5:30 a.m. => 05:30:00 ;; "
+             "12:15 a.m => 00:15:00");
   ExpectRead("fr_FR", "03-oct.-1993 => 1993-10-03 ;; 03-oct-1993 => 1993-10-03");
   ExpectRead("mn_MN", "03-1-р сар-1993 => 1993-01-03");
   ExpectRead("st_ZA", "3-Jan-1993 => 1993-06-03");
