@@ -165,6 +165,7 @@
 #include "dqlib/platform/version_resources.h"
 #include "dqlib/resources/dialogs.h"
 #include "dqlib/resources/library.h"
+#include "dqlib/resources/menus.h"
 #include "dqlib/resources/string_ids.h"
 #include "dqlib/resources/string_table.h"
 #include "dqlib/toolkit/child_dialog.h"

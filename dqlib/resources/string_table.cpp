@@ -7,6 +7,7 @@
 
 #include "dqlib/platform/seam_texts.h"
 #include "dqlib/resources/dialogs.h"
+#include "dqlib/resources/menus.h"
 #include "dqlib/resources/sql_word_lists.h"
 
 namespace dq {
@@ -16,8 +17,23 @@ constexpr StringRow kOwnTexts[] = {
     {IDS_FORMAT_CUSTOMIZE_TIP, "Switch between building a format and choosing a predefined one"},
     {IDS_FORMAT_CUSTOMIZE, "Cu&stomize"},
     {IDS_FORMAT_USE_PREDEFINED, "U&se Predefined"},
+    {IDS_NETWORK_ROOT, "Network"},
+    {IDS_TREE_SAVE_FILTER,
+     "Comma Separated(*.CSV)|*.csv|Tab Delimited(*.TAB)|*.tab|All Files(*.*)|*.*|"},
     {IDS_NETWORK_ERROR, "Network error %ld.\r\n%s"},
     {IDS_NETWORK_PROVIDER_ERROR, "%s failed with error code%d.\r\n%s"},
+    {IDS_DELETE_FOLDER,
+     "Are you sure that you want to delete the folder '%s' and all of its contents?"},
+    {IDS_DELETE_ITEM, "Are you sure that you want to delete the item '%s' ?"},
+    {IDS_DELETE_ITEMS, "Are you sure that you want to delete these %d items?"},
+    {IDS_NEW_FOLDER, "New Folder"},
+    {IDS_NEW_ITEM, "New Item"},
+    {IDS_MOVE_TO_SAME_FOLDER,
+     "Cannot move %s: The destination folder is the same as the source folder."},
+    {IDS_MOVE_TO_SUBFOLDER,
+     "Cannot move %s: The destination folder is a subfolder of the source folder."},
+    {IDS_ITEM_NAME_EMPTY, "Please enter a name for the item."},
+    {IDS_TREE_STATE_VALUE, "TreeState"},
     {IDS_NETWORK_LAST_ERROR_FAILED, "WNetGetLastError failed with error %ld."},
     {IDS_TEMPLATE_MALFORMED_NAME,
      "DQTemplateEngine::SetVariable - Attempting to set malformed variable '%s'."},
@@ -30,6 +46,8 @@ constexpr StringRow kOwnTexts[] = {
      "The object type '%s' is not valid for the currently selected platform (%s)."},
     {IDS_DIRECTORY_DOES_NOT_EXIST, "The directory %s does not exist.  Do you want to create it?"},
     {IDS_DIRECTORY_NOT_CREATED, "The directory %s could not be created."},
+    {IDS_PRINT_MANY_PAGES,
+     "The report desired will be about %d pages long.\nDo you want to continue?"},
     {IDS_REGISTRY_ROOT, "Software\\Velmora\\"},
     {IDS_OBJECT_MAP_CREATE_FAILED, "Error:  Failed to create object map file '%s'.\nCause: %s."},
     {IDS_OBJECT_MAP_OPEN_FAILED, "Error:  Failed to open object map file '%s'.\nCause: %s."},
@@ -64,10 +82,16 @@ constexpr StringRow kOwnTexts[] = {
     {IDS_LOG_WARNING_CAPTION, "Log- Warning"},
     {IDS_START_TASK, "Start Task: On %s"},
     {IDS_END_TASK, "End Task: On %s"},
+    {IDS_OUTPUT_SAVE_FILTER, "Messages(*.MSG)|*.msg|Text(*.TXT)|*.txt|All Files(*.*)|*.*|"},
+    {IDS_MESSAGE_LOG, " Message Log"},
+    {IDS_CANCEL_OPERATION, "Cancel Operation?"},
     {IDS_SYSTEM_ERROR_WITH_FILE, "Error: %s\nFile: %s,  Line %d"},
     {IDS_SYSTEM_RESOURCES_LOW,
      "The system is critically low of %s resources.\r\n Close some windows and try the operation "
      "again."},
+    {IDS_PRINTING_NO_PAGES, "Sending Blank Message Log to the Printer"},
+    {IDS_PRINTING_PAGE, "Sending Message to the Printer"},
+    {IDS_PRINTING_PAGES, "Sending Messages to the Printer"},
     {IDS_DAY_MONTH_ORDER,
      "The order of day and month is not correct. Data Editor will automatically change the "
      "order."},
@@ -171,6 +195,21 @@ constexpr StringRow kOwnTexts[] = {
     {44745, "Semicolon separator"},
     {44746, "Blank space separator"},
     {44747, "Colon Time separator"},
+    {IDS_CLOSE_TAB, "Close this tab window"},
+    {IDS_CLOSE_ALL_TABS, "Close all tab windows"},
+    {IDS_RENAME_TAB, "Rename..."},
+    {IDS_TAB_NAME_BLANK,
+     "The tab names must not be blank.  Enter a name at least one character in length."},
+    {IDS_OUTPUT_COPY, "&Copy\tCtrl+C"},
+    {IDS_OUTPUT_SELECT_ALL, "Select &All"},
+    {IDS_OUTPUT_UNSELECT_ALL, "&Unselect All"},
+    {IDS_OUTPUT_CLEAR, "C&lear"},
+    {IDS_OUTPUT_CLEAR_ALL, "Clea&r All"},
+    {IDS_OUTPUT_DISPLAY, "&Display Message"},
+    {IDS_OUTPUT_SAVE, "&Save..."},
+    {IDS_OUTPUT_PRINT, "&Print..."},
+    {IDS_OUTPUT_FLOAT, "&Float"},
+    {IDS_OUTPUT_HIDE, "&Hide"},
 };
 
 /// All strings of the module: the library's own and the seam's.
@@ -195,6 +234,7 @@ const ResourceModule& LibraryResources() {
     for (const DialogRow& row : DialogTable()) {
       made.AddResource(RESOURCE_DIALOG, row.id, std::string(row.text));
     }
+    for (const WORD id : kMenuIds) made.AddResource(RESOURCE_MENU, id, MenuText(id, made));
     return std::ref(made);
   }();
   return module;

@@ -20,6 +20,17 @@ TEST(LibraryResources, TextsOfTheSeamAndOfKindsOfObjectsAreFoundByNumber) {
   }
 }
 
+TEST(LibraryResources, MenusHaveTheTextsOfTheStringTable) {
+  const platform::Resource* menu = LibraryResources().Find(4, 45340);
+  ASSERT_NE(menu, nullptr);
+  EXPECT_EQ(menu->data,
+            "popup \"\"\nitem 45341 \"Close this tab window\"\n"
+            "item 45342 \"Close all tab windows\"\nseparator\nitem 45343 \"Rename...\"\nend\n");
+  menu = LibraryResources().Find(4, 45350);
+  ASSERT_NE(menu, nullptr);
+  EXPECT_NE(menu->data.find("item 57634 \"&Copy\\tCtrl+C\"\n"), std::string::npos) << menu->data;
+}
+
 TEST(LibraryResources, TextsAndDialogsAreAsTheyAlwaysWere) {
   std::string texts, dialogs;
   for (UINT id = 0; id <= 0xFFFF; ++id) {
@@ -29,8 +40,8 @@ TEST(LibraryResources, TextsAndDialogsAreAsTheyAlwaysWere) {
     const platform::Resource* dialog = LibraryResources().Find(5, static_cast<WORD>(id));
     if (dialog != nullptr) dialogs += number + std::string(dialog->data) + "\n";
   }
-  EXPECT_EQ(std::ranges::count(texts, '='), 208) << texts;
-  EXPECT_EQ(platform::Checksum(texts), 0xAC80B274U) << texts;
+  EXPECT_EQ(std::ranges::count(texts, '='), 240) << texts;
+  EXPECT_EQ(platform::Checksum(texts), 0xE59C1875U) << texts;
   EXPECT_EQ(platform::Checksum(dialogs), 0xCCC3AC38U) << dialogs;
 }
 

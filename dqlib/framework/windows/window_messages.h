@@ -302,6 +302,12 @@ enum CommonId : int {
   /// The recent files, the latest first.
   ID_FILE_MRU_FIRST = 57616,
   ID_FILE_MRU_LAST = 57631,
+  ID_EDIT_CLEAR = 57632,
+  ID_EDIT_CLEAR_ALL = 57633,
+  ID_EDIT_COPY = 57634,
+  ID_EDIT_CUT = 57635,
+  ID_EDIT_PASTE = 57637,
+  ID_EDIT_SELECT_ALL = 57642,
   ID_APP_EXIT = 57665,
 };
 
