@@ -90,6 +90,7 @@
 #include "dqlib/framework/controls/list_box.h"
 #include "dqlib/framework/controls/progress.h"
 #include "dqlib/framework/controls/row_control.h"
+#include "dqlib/framework/controls/sft_tree.h"
 #include "dqlib/framework/controls/spin_button.h"
 #include "dqlib/framework/controls/static.h"
 #include "dqlib/framework/controls/tool_tip.h"

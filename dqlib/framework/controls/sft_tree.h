@@ -287,6 +287,21 @@ class CSftTree : public Control {
   /// The row with the caret, and the point of the press in client coordinates, of the notification
   /// that is under way.
   const CPoint& GetPressPoint() const { return press_point_; }
+
+ private:
+  std::unique_ptr<detail::TreeRows> rows_;
+  DeleteCallback delete_callback_ = nullptr;
+  CPoint press_point_;
+  int caret_ = -1;
+  int left_ = 0;
+  int drop_target_ = -1;
+  int header_column_ = -1;
+  int sort_mark_ = -1;
+  bool sort_mark_ascending_ = true;
+  bool header_shown_ = true;
+  bool multi_selection_ = false;
+  bool drag_enabled_ = false;
+  bool dragging_ = false;
 };
 
 }  // namespace dq
