@@ -23,6 +23,12 @@ void AfxTrace(std::string_view text) {
   }
 }
 
+bool IsDebugTraced() { return Sink() != nullptr; }
+
+void AfxDebugTrace(std::string_view text) {
+  if (IsDebugTraced()) AfxTrace(text);
+}
+
 TraceSink SetTraceSink(TraceSink sink) { return std::exchange(Sink(), std::move(sink)); }
 
 }  // namespace dq
