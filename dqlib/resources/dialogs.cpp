@@ -70,6 +70,13 @@ edit 44550 "" 76 354 364 18 readonly
 text -1 "Example:" 20 382 54 14
 edit 44551 "" 76 380 364 18 readonly
 )"},
+    {45344, R"(caption "Rename Tab"
+size 300 72
+text -1 "&Name:" 8 12 50 14
+edit 45345 "" 60 10 232 18
+defbutton 1 "OK" 116 40 84 24
+button 2 "Cancel" 208 40 84 24
+)"},
 };
 
 }  // namespace

@@ -1,0 +1,100 @@
+#include "dqlib/toolkit/tab_control_bar.h"
+
+#include "dqlib/framework/base/trace.h"
+#include "dqlib/framework/windows/frame_wnd.h"
+#include "dqlib/framework/windows/ui_state.h"
+
+namespace dq {
+
+IMPLEMENT_DYNCREATE(CDQTabControlBarTab, CDQFlexTab)
+IMPLEMENT_DYNCREATE(CDQTabControlBar, CControlBar)
+
+namespace {
+
+CString LabelOf(UINT id) {
+  CString label;
+  label.LoadString(id);
+  return label;
+}
+
+}  // namespace
+
+CDQTabControlBarTab::~CDQTabControlBarTab() { EndInDestructor(); }
+
+CDQTabControlBar::~CDQTabControlBar() { EndInDestructor(); }
+
+bool CDQTabControlBar::Create(CFrameWnd* frame, int id) {
+  return frame != nullptr && CreateWnd({.class_name = "TabControlBar", .parent = frame, .id = id});
+}
+
+bool CDQTabControlBar::CreateTabWnd() { return m_wndTab.Create(this); }
+
+int CDQTabControlBar::AddTab(CWnd* window, const char* label) {
+  return InsertTab(GetTabCount(), window, label);
+}
+
+int CDQTabControlBar::AddTab(CWnd* window, UINT label_id) {
+  return InsertTab(GetTabCount(), window, label_id);
+}
+
+int CDQTabControlBar::AddTab(const CRuntimeClass* window_class, const char* label,
+                             const CCreateContext* context) {
+  return InsertTab(GetTabCount(), window_class, label, context);
+}
+
+int CDQTabControlBar::AddTab(const CRuntimeClass* window_class, UINT label_id,
+                             const CCreateContext* context) {
+  return InsertTab(GetTabCount(), window_class, label_id, context);
+}
+
+int CDQTabControlBar::InsertTab(int index, CWnd* window, const char* label) {
+  return m_wndTab.InsertTab(index, window, label);
+}
+
+int CDQTabControlBar::InsertTab(int index, CWnd* window, UINT label_id) {
+  return m_wndTab.InsertTab(index, window, LabelOf(label_id));
+}
+
+int CDQTabControlBar::InsertTab(int index, const CRuntimeClass* window_class, const char* label,
+                                const CCreateContext* context) {
+  return m_wndTab.InsertTab(index, window_class, label, context);
+}
+
+int CDQTabControlBar::InsertTab(int index, const CRuntimeClass* window_class, UINT label_id,
+                                const CCreateContext* context) {
+  return m_wndTab.InsertTab(index, window_class, LabelOf(label_id), context);
+}
+
+void CDQTabControlBar::LayOutTabs() {
+  const CRect inside = GetInsideRect();
+  if (m_wndTab.GetSafeHwnd() != nullptr && m_wndTab.GetPlace() != inside) {
+    m_wndTab.MoveWindow(inside);
+  }
+}
+
+void CDQTabControlBar::OnUpdateCmdUI(CCmdTarget& target, bool disable_if_no_handler) {
+  const detail::Watched self(*this);
+  CControlBar::OnUpdateCmdUI(target, disable_if_no_handler);
+  // A sizing edge or a gripper may have come or gone.
+  if (self.IsThere()) LayOutTabs();
+}
+
+LRESULT CDQTabControlBar::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
+  switch (message) {
+    case WM_CREATE:
+      if (!CreateTabWnd()) {
+        AfxTrace("CDQTabControlBarWnd::OnCreate - Failed to create Tab Window\n");
+        return -1;
+      }
+      break;
+    case WM_MOVE:
+    case WM_SIZE:
+      LayOutTabs();
+      return 0;
+    default:
+      break;
+  }
+  return CControlBar::DefWindowProc(message, wparam, lparam);
+}
+
+}  // namespace dq
