@@ -247,7 +247,7 @@ void CDQConsoleProgram::CancelProgram() {
   if (process == kNoHandle) return;
   // Nothing to tell if it fails: a program that can't be ended, or has gone, is read no more.
   processes.Terminate(process);
-  processes.InterruptRead(m_hOutputRead);
+  processes.Interrupt(m_hOutputRead);
 }
 
 int CDQConsoleProgram::GetEndOfLinePosition(const char* text) {

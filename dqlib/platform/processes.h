@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -56,7 +57,8 @@ struct StartedProcess {
   DWORD process_id = 0;
 };
 
-/// The processes of the system. Any thread; one thread at a time may read from one pipe.
+/// The processes of the system. Any thread; one thread at a time may read from one pipe, and one
+/// write to it.
 class Processes {
  public:
   Processes() = default;
@@ -66,17 +68,24 @@ class Processes {
 
   virtual Result<Pipe> CreatePipe() = 0;
 
+  /// This process's own standard input as the read end of a pipe, and its standard output as the
+  /// write end of one, so that waiting for them can be interrupted. To be closed as others; that
+  /// leaves the streams themselves open. What is written doesn't pass the run-time's buffer.
+  virtual Result<HANDLE> OpenStandardInput() = 0;
+  virtual Result<HANDLE> OpenStandardOutput() = 0;
+
   /// Waits until there is something to read and fills at most the whole of `buffer`, which isn't
   /// empty; the result is the number of bytes. The end of the pipe, which comes when no process has
   /// its write end any more, is 0 bytes or `kBrokenPipe`; so is a read that was interrupted.
   virtual Result<std::size_t> Read(HANDLE read_end, std::span<char> buffer) = 0;
 
-  /// Writes all bytes, waiting while the pipe is full. `kBrokenPipe` if nobody can read them.
+  /// Writes all bytes, waiting while the pipe is full. `kBrokenPipe` if nobody can read them, or
+  /// if the write was interrupted; a part of them may have been written then.
   virtual Result<std::size_t> Write(HANDLE write_end, std::string_view bytes) = 0;
 
-  /// Makes a read that waits on this end, and each later one, end with `kBrokenPipe`, whoever still
-  /// holds the write end. From any thread.
-  virtual void InterruptRead(HANDLE read_end) = 0;
+  /// Makes a read or a write that waits on this end, and each later one, end with `kBrokenPipe`,
+  /// whoever still holds the other end. From any thread.
+  virtual void Interrupt(HANDLE end) = 0;
 
   /// Starts a child in a session and process group of its own. The error is that of finding or
   /// running the program, or of its directory.
@@ -94,6 +103,12 @@ class Processes {
   /// it ends later, nothing of it is left in the system. `kNoHandle` and a number out of date are
   /// ignored.
   virtual void Close(HANDLE handle) = 0;
+
+  /// A variable of the environment that children get; no value if it isn't set.
+  virtual std::optional<std::string> EnvironmentVariable(const std::string& name) = 0;
+
+  /// What ends a line in what programs of this system read from their standard input.
+  virtual std::string_view LineEnd() = 0;
 };
 
 /// Cuts a command line into arguments by the rules of `StartInfo::command_line`. A quote without

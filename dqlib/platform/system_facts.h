@@ -59,6 +59,9 @@ class SystemFacts {
 
   /// The command line of the program that the user opens web addresses with; "" if none is set.
   virtual std::string WebBrowserCommand() = 0;
+
+  /// Path of the program in which the user types commands at a terminal; "" if none is known.
+  virtual std::string UserShell() = 0;
 };
 
 }  // namespace platform

@@ -29,12 +29,16 @@ struct FailingProcesses : platform::Processes {
   Result<std::size_t> Read(HANDLE read_end, std::span<char> buffer) override {
     return --failing_read == 0 ? error : system.Read(read_end, buffer);
   }
+  Result<HANDLE> OpenStandardInput() override { return error; }
+  Result<HANDLE> OpenStandardOutput() override { return error; }
   Result<std::size_t> Write(HANDLE, std::string_view) override { return error; }
-  void InterruptRead(HANDLE read_end) override { system.InterruptRead(read_end); }
+  void Interrupt(HANDLE end) override { system.Interrupt(end); }
   Result<StartedProcess> Start(const StartInfo& info) override { return system.Start(info); }
   Result<int> Wait(HANDLE process) override { return system.Wait(process); }
   Error Terminate(HANDLE process) override { return immortal ? error : system.Terminate(process); }
   void Close(HANDLE handle) override { system.Close(handle); }
+  std::optional<std::string> EnvironmentVariable(const std::string&) override { return {}; }
+  std::string_view LineEnd() override { return "\n"; }
 
   Processes& system = *platform::System().processes;
   int failing_pipe = 0, failing_read = 0;

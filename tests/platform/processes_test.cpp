@@ -113,13 +113,21 @@ TEST_F(ProcessesTest, AChildHasNothingOfThisProcessButItsStandardHandles) {
 TEST_F(ProcessesTest, AnInterruptedEndReadsNoMoreAndWritingToNobodyIsNoSignal) {
   const Pipe pipe = MakePipe();
   char buffer[8];
-  std::thread other([&] { processes_.InterruptRead(pipe.read_end); });
+  std::thread other([&] { processes_.Interrupt(pipe.read_end); });
   EXPECT_EQ(processes_.Read(pipe.read_end, buffer).error.kind, ErrorKind::kBrokenPipe);
   other.join();
   processes_.Write(pipe.write_end, "bytes that wait");
   EXPECT_EQ(processes_.Read(pipe.read_end, buffer).error.kind, ErrorKind::kBrokenPipe);
   processes_.Close(pipe.read_end);
   EXPECT_EQ(processes_.Write(pipe.write_end, "x").error.kind, ErrorKind::kBrokenPipe);
+  const Pipe full = MakePipe();
+  std::thread reader([&] {
+    EXPECT_EQ(processes_.Read(full.read_end, buffer).value, 8u);
+    processes_.Interrupt(full.write_end);
+  });
+  EXPECT_EQ(processes_.Write(full.write_end, std::string(1 << 20, 'x')).error.kind,
+            ErrorKind::kBrokenPipe);
+  reader.join();
   sigset_t pending;
   sigpending(&pending);
   EXPECT_FALSE(sigismember(&pending, SIGPIPE));

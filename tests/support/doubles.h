@@ -94,10 +94,11 @@ struct ScriptedFacts : platform::SystemFacts {
   bool IsAdministrator() override { return false; }
   std::string FolderPath(int folder) override { return folders[folder]; }
   std::string WebBrowserCommand() override { return browser; }
+  std::string UserShell() override { return shell; }
   int pixels_per_inch = 96;
   platform::Result<platform::SystemVersion> version;
   std::map<int, std::string> folders;
-  std::string browser;
+  std::string browser, shell;
 };
 
 struct ScriptedColors : platform::ColorScheme {

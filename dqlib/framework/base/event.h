@@ -40,7 +40,7 @@ class CEvent {
   /// each time the event is set, by the thread that sets it, and at once by its constructor if the
   /// event is set already. It ends the other wait, returns soon, and must not use the event.
   ///
-  ///   const CEvent::Watch watch(stop, [&] { processes.InterruptRead(pipe); });
+  ///   const CEvent::Watch watch(stop, [&] { processes.Interrupt(pipe); });
   class Watch {
    public:
     Watch(CEvent& event, std::function<void()> on_set);

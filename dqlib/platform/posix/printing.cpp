@@ -90,7 +90,7 @@ class Listener {
     over_.notify_all();
   }
   void End() {
-    Children().InterruptRead(read_end_.get());
+    Children().Interrupt(read_end_.get());
     if (thread_.joinable()) thread_.join();
   }
 

@@ -2,10 +2,13 @@
 
 #include "dqlib/platform/processes.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <climits>
 #include <condition_variable>
+#include <cstdlib>
 #include <ctime>
 #include <fcntl.h>
 #include <filesystem>
@@ -66,38 +69,47 @@ class Descriptor {
   int number_ = -1;
 };
 
+enum class Direction { kRead, kWrite };
+
 class PipeEnd {
  public:
-  /// `wake` is readable once reads are to end; only a read end has one.
-  PipeEnd(int end, int wake) : end_(end), wake_(wake) {}
+  /// `wake` is readable once reads or writes are to end.
+  PipeEnd(Direction direction, int end, int wake) : direction_(direction), end_(end), wake_(wake) {}
 
-  bool valid() const { return end_.valid(); }
-  bool can_read() const { return wake_.valid(); }
+  bool valid() const { return end_.valid() && wake_.valid(); }
   int number() const { return end_.number(); }
 
   Result<std::size_t> Read(std::span<char> buffer) const;
   Result<std::size_t> Write(std::string_view bytes) const;
-  void InterruptRead() const;
+  void Interrupt() const;
 
  private:
+  Error WaitFor(short event) const;
+
+  const Direction direction_;
   const Descriptor end_;
   const Descriptor wake_;
 };
 
-Result<std::size_t> PipeEnd::Read(std::span<char> buffer) const {
-  if (!can_read()) return ErrorFromErrno(EBADF);
+Error PipeEnd::WaitFor(short event) const {
   // The pipe stays in blocking mode, which it would share with a child that is given this end.
-  std::array<pollfd, 2> waits{{{number(), POLLIN, 0}, {wake_.number(), POLLIN, 0}}};
+  std::array<pollfd, 2> waits{{{number(), event, 0}, {wake_.number(), POLLIN, 0}}};
   if (Uninterrupted([&] { return poll(waits.data(), waits.size(), -1); }) < 0) {
     return ErrorFromErrno(errno);
   }
-  if (waits[1].revents != 0) return ErrorFromErrno(EPIPE);
+  return waits[1].revents != 0 ? ErrorFromErrno(EPIPE) : Error{};
+}
+
+Result<std::size_t> PipeEnd::Read(std::span<char> buffer) const {
+  if (direction_ != Direction::kRead) return ErrorFromErrno(EBADF);
+  if (const Error error = WaitFor(POLLIN); !error.ok()) return error;
   const ssize_t size = Uninterrupted([&] { return read(number(), buffer.data(), buffer.size()); });
   if (size < 0) return ErrorFromErrno(errno);
   return static_cast<std::size_t>(size);
 }
 
 Result<std::size_t> PipeEnd::Write(std::string_view bytes) const {
+  if (direction_ != Direction::kWrite) return ErrorFromErrno(EBADF);
   // A pipe without a reader raises SIGPIPE in the writing thread. It is held back, and taken away
   // unless one was waiting already.
   sigset_t sigpipe;
@@ -107,8 +119,11 @@ Result<std::size_t> PipeEnd::Write(std::string_view bytes) const {
   sigset_t pending;
   sigpending(&pending);
   for (std::size_t written = 0; written < bytes.size();) {
-    const ssize_t size = Uninterrupted(
-        [&] { return write(number(), bytes.data() + written, bytes.size() - written); });
+    if (const Error error = WaitFor(POLLOUT); !error.ok()) return error;
+    // A pipe that takes anything takes so much at once, and so does a file.
+    const std::size_t piece = std::min<std::size_t>(bytes.size() - written, PIPE_BUF);
+    const ssize_t size =
+        Uninterrupted([&] { return write(number(), bytes.data() + written, piece); });
     if (size < 0) {
       const int error = errno;
       const timespec no_time{};
@@ -122,9 +137,21 @@ Result<std::size_t> PipeEnd::Write(std::string_view bytes) const {
   return bytes.size();
 }
 
-void PipeEnd::InterruptRead() const {
+void PipeEnd::Interrupt() const {
   // Can't fail but when it is signalled already to the limit, and then it has its effect.
-  if (can_read()) eventfd_write(wake_.number(), 1);
+  eventfd_write(wake_.number(), 1);
+}
+
+/// Takes the descriptor over.
+Result<std::shared_ptr<PipeEnd>> MakeEnd(Direction direction, FileDescriptor descriptor) {
+  FileDescriptor wake(RealSystemCalls(), eventfd(0, EFD_CLOEXEC));
+  if (!descriptor.is_open() || !wake.is_open()) return ErrorFromErrno(errno);
+  auto end = std::make_shared<PipeEnd>(direction, descriptor.get(), wake.get());
+  const int error = errno;
+  static_cast<void>(descriptor.Release());
+  static_cast<void>(wake.Release());
+  if (!end->valid()) return ErrorFromErrno(error);
+  return end;
 }
 
 /// A child of this process. Its number is its own until it is reaped, which is done under the lock
@@ -284,6 +311,8 @@ class HandleTable {
 class PosixProcesses final : public Processes {
  public:
   Result<Pipe> CreatePipe() override;
+  Result<HANDLE> OpenStandardInput() override { return Open(STDIN_FILENO, Direction::kRead); }
+  Result<HANDLE> OpenStandardOutput() override { return Open(STDOUT_FILENO, Direction::kWrite); }
   Result<StartedProcess> Start(const StartInfo& info) override;
   void Close(HANDLE handle) override;
 
@@ -295,8 +324,8 @@ class PosixProcesses final : public Processes {
     const auto end = ends_.Find(write_end);
     return end == nullptr ? ErrorFromErrno(EBADF) : end->Write(bytes);
   }
-  void InterruptRead(HANDLE read_end) override {
-    if (const auto end = ends_.Find(read_end)) end->InterruptRead();
+  void Interrupt(HANDLE handle) override {
+    if (const auto end = ends_.Find(handle)) end->Interrupt();
   }
   Result<int> Wait(HANDLE process) override {
     const auto child = children_.Find(process);
@@ -306,8 +335,14 @@ class PosixProcesses final : public Processes {
     const auto child = children_.Find(process);
     return child == nullptr ? ErrorFromErrno(EBADF) : child->Terminate();
   }
+  std::optional<std::string> EnvironmentVariable(const std::string& name) override {
+    const char* const value = std::getenv(name.c_str());
+    return value == nullptr ? std::nullopt : std::optional<std::string>(value);
+  }
+  std::string_view LineEnd() override { return "\n"; }
 
  private:
+  Result<HANDLE> Open(int standard, Direction direction);
   int RedirectStandardHandles(const StartInfo& info, SpawnSettings& settings);
   void Abandon(std::shared_ptr<Child> child);
 
@@ -323,16 +358,19 @@ Result<Pipe> PosixProcesses::CreatePipe() try {
   if (pipe2(numbers.data(), O_CLOEXEC) != 0) return ErrorFromErrno(errno);
   FileDescriptor reader(RealSystemCalls(), numbers[0]);
   FileDescriptor writer(RealSystemCalls(), numbers[1]);
-  const auto write_end = std::make_shared<PipeEnd>(writer.get(), -1);
-  const int error = errno;
-  static_cast<void>(writer.Release());
-  FileDescriptor wake(RealSystemCalls(), eventfd(0, EFD_CLOEXEC));
-  const auto read_end = std::make_shared<PipeEnd>(reader.get(), wake.get());
-  static_cast<void>(reader.Release());
-  static_cast<void>(wake.Release());
-  if (!write_end->valid()) return ErrorFromErrno(error);
-  if (!read_end->valid() || !read_end->can_read()) return ErrorFromErrno(errno);
-  return Pipe{.read_end = ends_.Add(read_end), .write_end = ends_.Add(write_end)};
+  const auto write_end = MakeEnd(Direction::kWrite, std::move(writer));
+  if (!write_end.ok()) return write_end.error;
+  const auto read_end = MakeEnd(Direction::kRead, std::move(reader));
+  if (!read_end.ok()) return read_end.error;
+  return Pipe{.read_end = ends_.Add(read_end.value), .write_end = ends_.Add(write_end.value)};
+} catch (const std::exception&) {
+  return ErrorOfException();
+}
+
+Result<HANDLE> PosixProcesses::Open(int standard, Direction direction) try {
+  FileDescriptor copy(RealSystemCalls(), fcntl(standard, F_DUPFD_CLOEXEC, 0));
+  const auto end = MakeEnd(direction, std::move(copy));
+  return end.ok() ? Result<HANDLE>(ends_.Add(end.value)) : end.error;
 } catch (const std::exception&) {
   return ErrorOfException();
 }

@@ -207,6 +207,13 @@ class PosixFacts : public SystemFacts {
     return Variable("BROWSER");
   }
 
+  std::string UserShell() override {
+    std::string shell = Variable("SHELL");
+    if (shell.empty()) shell = UserEntry(&passwd::pw_shell);
+    // What users have who have nothing else.
+    return shell.empty() ? "/bin/sh" : shell;
+  }
+
  private:
   static std::string NodeName() {
     utsname name{};
