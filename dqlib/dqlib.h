@@ -134,6 +134,7 @@
 #include "dqlib/framework/windows/window_observer.h"
 #include "dqlib/framework/windows/wnd.h"
 #include "dqlib/output/console_program.h"
+#include "dqlib/output/console_program_view.h"
 #include "dqlib/output/log.h"
 #include "dqlib/platform/change_notifications.h"
 #include "dqlib/platform/choosers.h"

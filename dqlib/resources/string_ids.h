@@ -106,6 +106,7 @@ enum StringId : UINT {
   IDS_BUTTON_APPLY = 44514,
   IDS_SOURCE_PROGRAM = 44515,
   IDS_SOURCE_DBMS = 44516,
+  IDS_CONSOLE_TEXT_CUT = 44517,
   // 44530 is a dialog, and 44560 to 44599 and 44770 to 44799 are for the seam.
 
   /// What kinds of objects and platforms without a name are called. Behind it stand the names of

@@ -112,6 +112,7 @@ constexpr StringRow kOwnTexts[] = {
     {IDS_BUTTON_APPLY, "&Apply"},
     {IDS_SOURCE_PROGRAM, "Program"},
     {IDS_SOURCE_DBMS, "DBMS"},
+    {IDS_CONSOLE_TEXT_CUT, "[%1 bytes of older text were removed]"},
     {IDS_UNKNOWN, "Unknown"},
     {44601, "Alias"},
     {44602, "Check Constraint"},
