@@ -1,7 +1,8 @@
 # dqtool_run_test.py DQTOOL
-"""dqtool run: the program's lines, how its run ends, and what is left of it."""
+"""dqtool run and console: what the program prints, how it ends, and what is left of it."""
 
 import os
+import pty
 import signal
 import subprocess
 import time
@@ -28,9 +29,9 @@ class RunTest(transcript.TranscriptTest):
         os.chmod(self.path(name, b"#!/bin/sh\n" + text.encode()), 0o700)
         return self.path(name)
 
-    def start(self, text):
-        return subprocess.Popen([transcript.DQTOOL, "run", self.script(text)], stdout=subprocess.PIPE,
-                                stdin=subprocess.DEVNULL, stderr=subprocess.PIPE)
+    def start(self, text, command="run"):
+        return subprocess.Popen([transcript.DQTOOL, command, self.script(text)], stdout=subprocess.PIPE,
+                                stdin=subprocess.PIPE, stderr=subprocess.PIPE)
 
     def test_lines_masks_and_ends(self):
         os.mkdir(self.path("sub"))
@@ -83,12 +84,14 @@ class RunTest(transcript.TranscriptTest):
 
     def test_a_request_to_stop_ends_the_program_with_its_children(self):
         for number in [signal.SIGINT, signal.SIGQUIT, signal.SIGTERM, signal.SIGHUP]:
-            process = self.start("sleep 300 & echo $! $$; echo more; wait")
-            process.stdout.readline()
+            command = "console" if number == signal.SIGHUP else "run"
+            process = self.start("trap '' TERM HUP; sleep 300 & echo $! $$; echo more; wait", command)
+            if command == "run":
+                process.stdout.readline()
             children = process.stdout.readline().split()
             process.send_signal(number)
             _, err = process.communicate(timeout=60)
-            self.assertEqual((process.returncode, err), (1, b"dqtool: run: stopped\n"), number)
+            self.assertEqual((process.returncode, err), (1, f"dqtool: {command}: stopped\n".encode()), number)
             self.assertEqual(len(children), 2)
             for child in children:
                 self.assertTrue(has_ended(int(child)), child)
@@ -101,6 +104,43 @@ class RunTest(transcript.TranscriptTest):
         self.assertEqual((process.stderr.read(), process.wait(60)), (b"", 141))
         process.stderr.close()
         self.assertTrue(has_ended(child))
+
+    def test_console_types_standard_input_and_prints_what_comes(self):
+        self.script("echo $0 $#", "shell")
+        self.environment["SHELL"] = self.path("shell")
+        self.play(r"""
+            [console]
+            cat < one\r\ntwo\n\xc3\xbc\x1b\t.\n => one\ntwo\n\xc3\xbc\x1b\t.
+            'wc -c' < no => 2
+            cat < a\0b\n => ab ! zero bytes can't be typed and are left out
+            sh < x=5\necho $x\nexit 3\n => 5 ;; => $D/shell 0 ;; '' =>2 ! COMMAND is empty
+            none =>1 ! cannot start 'none': No such file or directory
+            """)
+        lines = b"x" * 100_000 + b"\n" + b"y\n" * 50_000
+        self.assertEqual(self.dqtool("console", "cat", input=lines), (0, lines, b""))
+
+    def test_console_ends_though_nobody_takes_its_output_or_gives_it_input(self):
+        process = self.start("echo $$; exec yes", "console")
+        child = int(process.stdout.readline())
+        time.sleep(0.2)
+        process.terminate()
+        self.assertEqual(process.wait(60), 1)
+        self.assertTrue(has_ended(child))
+        process.communicate()
+        process = self.start("echo done", "console")
+        self.assertEqual((process.wait(60), process.communicate()), (0, (b"done\n", b"")))
+
+    def test_console_echoes_nothing_that_the_terminal_echoes(self):
+        child, terminal = pty.fork()
+        if child == 0:
+            os.execv(transcript.DQTOOL, ["dqtool", "console", "cat"])
+        os.write(terminal, b"word\n")
+        shown = b""
+        while shown.count(b"word") < 2:
+            shown += os.read(terminal, 1000)
+        os.write(terminal, b"\x04")
+        self.assertEqual((os.waitpid(child, 0)[1], shown), (0, b"word\r\nword\r\n"))
+        os.close(terminal)
 
 
 if __name__ == "__main__":
