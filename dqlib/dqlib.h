@@ -77,6 +77,7 @@
 #include "dqlib/framework/base/trace.h"
 #include "dqlib/framework/controls/bitmap_button.h"
 #include "dqlib/framework/controls/button.h"
+#include "dqlib/framework/controls/cell_style.h"
 #include "dqlib/framework/controls/combo_box.h"
 #include "dqlib/framework/controls/control.h"
 #include "dqlib/framework/controls/control_classes.h"

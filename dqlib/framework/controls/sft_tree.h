@@ -9,15 +9,16 @@
 
 #pragma once
 
+#include <array>
 #include <functional>
 #include <memory>
-#include <optional>
-#include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
-#include "dqlib/framework/base/drawing.h"
+#include "dqlib/framework/controls/cell_style.h"
 #include "dqlib/framework/controls/control.h"
+#include "dqlib/framework/controls/tree_sort.h"
 
 namespace dq {
 
@@ -73,18 +74,6 @@ struct TreeHit {
   int column = -1;
 };
 
-/// How a cell is drawn where that is other than usual. `kNoColor` is the tree's own colour, a null
-/// font its own font, a null picture none.
-struct CellStyle {
-  static constexpr COLORREF kNoColor = 0xFFFFFFFF;
-  COLORREF text = kNoColor;
-  COLORREF background = kNoColor;
-  const LOGFONT* font = nullptr;
-  HBITMAP picture = nullptr;
-
-  friend bool operator==(const CellStyle&, const CellStyle&) = default;
-};
-
 /// Compares the texts of two cells for a sort, with the data of their rows: below 0, 0 or above 0.
 using TreeCompare = int (*)(CSftTree& tree, const char* a, const char* b, std::uintptr_t data_a,
                             std::uintptr_t data_b);
@@ -92,10 +81,10 @@ using TreeCompare = int (*)(CSftTree& tree, const char* a, const char* b, std::u
 /// The control. Window class "SftTree". It paints itself and needs no native counterpart.
 ///
 /// Rows are counted from 0 in the order in which they stand with all branches expanded, columns
-/// from 0. A row's level is at most one below that of the row before; rows behind it with a deeper
-/// level are its children and what is below those. Operations on a row or column that isn't there
-/// do nothing and answer false, -1, 0, "" or null. Texts are kept up to the first zero; null counts
-/// as
+/// from 0. Without columns the texts of column 0 are shown all the same. A row's level is at most
+/// one below that of the row before; rows behind it with a deeper level are its children and what
+/// is below those. Operations on a row or column that isn't there do nothing and answer false, -1,
+/// 0, "" or null. Texts are kept up to the first zero; null counts as
 /// "".
 ///
 /// It is made for millions of rows: a row takes some 50 bytes beside its texts; adding at the end,
@@ -274,6 +263,9 @@ class CSftTree : public Control {
   /// The same, with a comparison that is known to the compiler.
   template <typename Compare>
   void SortRowsWith(Compare compare);
+  /// By keys, one for each row, and a comparison of two of them: the fastest, where keys are small.
+  template <typename Key, typename Compare>
+  void SortRowsByKeys(const std::vector<Key>& keys, Compare compare);
 
   void Describe(platform::DialogControl& control) const override;
   /// A person selects rows by their numbers from 1 or by the text of column 0, one a line.
@@ -283,17 +275,86 @@ class CSftTree : public Control {
  protected:
   LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
   void OnPaint(CDC& dc) override;
+  void OnSubclassed(CWnd& former) override;
 
   /// The row with the caret, and the point of the press in client coordinates, of the notification
   /// that is under way.
   const CPoint& GetPressPoint() const { return press_point_; }
 
  private:
+  /// The parts of a cell from left to right; those that it doesn't have are empty.
+  struct CellParts {
+    CRect cell;
+    CRect button;
+    CRect picture;
+    CRect cell_picture;
+    /// What is left for the text.
+    CRect inside;
+  };
+  enum DefaultPicture : int { kCollapsedPicture, kExpandedPicture, kLeafPicture };
+  struct Colors {
+    COLORREF text = CellStyle::kNoColor;
+    COLORREF background = CellStyle::kNoColor;
+    COLORREF selected_text = CellStyle::kNoColor;
+    COLORREF selected_background = CellStyle::kNoColor;
+  };
+
+  // Rows and what follows their changes.
+  bool HasCell(int row, int column) const;
+  template <typename Change>
+  bool ChangeCell(int row, int column, Change change);
+  void EraseRows(int first, int count);
+  void TellErased(int first, int count);
+  void CountWidth(int row, int column, bool add);
+  void CountWidths(int first, int last, bool add);
+  detail::SiblingGroups GetSiblingGroups() const;
+  void TakeOrder(const std::vector<int>& order);
+
+  // Where everything lies.
+  int GetTotalWidth() const;
+  int GetIndent(int row) const;
+  HBITMAP GetShownPicture(int row) const;
+  int GetPictureWidth(int row) const;
+  int GetNeededWidth(int row, int column) const;
+  int GetTitleWidth(int column) const;
+  CRect GetTitleRect(int column) const;
+  CRect PlaceRow(int row) const;
+  CellParts PlaceCell(int row, int column, const CRect& row_place) const;
+  int RowAt(LONG y) const;
+
+  // Scrolling and drawing anew.
+  void UpdateScroll(int former_top, int former_left);
+  void ScrollBy(ScrollBar bar, WPARAM wparam);
+  void ScrollTo(ScrollBar bar, int position);
+  void ScrollByWheel(int turned);
+  void ChangeWidth(int column, int width);
+  void Redraw();
+  void InvalidateHeader();
+  void InvalidateRows(int first, int last);
+  void InvalidateRow(int row) { InvalidateRows(row, row); }
+  void InvalidateFrom(int row);
+  void RowsChanged(int first);
+  void LayoutChanged();
+
   std::unique_ptr<detail::TreeRows> rows_;
+  std::unique_ptr<detail::TreeColumns> columns_;
   DeleteCallback delete_callback_ = nullptr;
+  /// By `DefaultPicture`.
+  std::array<HBITMAP, 3> default_pictures_{};
+  Colors colors_;
   CPoint press_point_;
   int caret_ = -1;
+  /// Where a selection by Shift begins.
+  int anchor_ = -1;
+  /// The first row in sight.
+  int top_ = 0;
   int left_ = 0;
+  /// The title that is drawn pressed, or -1.
+  int pressed_title_ = -1;
+  /// How far the wheel was turned since the last notch.
+  int wheel_ = 0;
+  /// Once it was measured.
+  mutable int row_height_ = 0;
   int drop_target_ = -1;
   int header_column_ = -1;
   int sort_mark_ = -1;
@@ -302,6 +363,24 @@ class CSftTree : public Control {
   bool multi_selection_ = false;
   bool drag_enabled_ = false;
   bool dragging_ = false;
+  bool lines_shown_ = true;
+  bool buttons_shown_ = true;
+  bool redraw_ = true;
 };
+
+template <typename Compare>
+void CSftTree::SortRowsWith(Compare compare) {
+  detail::SiblingGroups groups = GetSiblingGroups();
+  groups.ForEach([&compare](std::span<int> rows) { detail::MergeSort(rows, compare); });
+  TakeOrder(groups.GetOrder());
+}
+
+template <typename Key, typename Compare>
+void CSftTree::SortRowsByKeys(const std::vector<Key>& keys, Compare compare) {
+  if (keys.size() != static_cast<std::size_t>(GetCount())) return;
+  detail::SiblingGroups groups = GetSiblingGroups();
+  detail::SortByKeys(groups, keys, compare);
+  TakeOrder(groups.GetOrder());
+}
 
 }  // namespace dq

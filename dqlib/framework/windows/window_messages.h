@@ -244,6 +244,15 @@ enum ScrollCode : int {
   SB_ENDSCROLL = 8,
 };
 
+/// The first argument of `WM_HSCROLL` and `WM_VSCROLL`, and the position in it: of all its 32 bits,
+/// where the half that callers know has 16.
+constexpr WPARAM MakeScrollParam(ScrollCode code, int position) {
+  return static_cast<WPARAM>(static_cast<UINT>(position)) << 16 | static_cast<WPARAM>(code);
+}
+constexpr int ScrollPositionOf(WPARAM wparam) {
+  return static_cast<int>(static_cast<UINT>(wparam >> 16));
+}
+
 /// A scroll bar: the ends of what it runs over, how much of it is in sight, and where. There is no
 /// bar while all is in sight.
 struct SCROLLINFO {

@@ -1,0 +1,516 @@
+// Lists and trees: columns, rows, selection and sorting.
+
+#include "dqlib/framework/controls/sft_tree.h"
+
+#include <algorithm>
+#include <unordered_map>
+#include <utility>
+
+#include "dqlib/framework/base/multi_byte.h"
+#include "dqlib/framework/base/text.h"
+#include "dqlib/framework/controls/tree_columns.h"
+#include "dqlib/framework/controls/tree_rows.h"
+
+namespace dq {
+namespace {
+
+using detail::OrEmpty;
+
+/// The first bytes of a text in lower case, for quick comparisons: as a number they have the order
+/// of the texts.
+std::uint64_t LowerPrefix(std::string_view text, const platform::CodePage& page) {
+  // Some more than are used: the last one may be half of a character.
+  char bytes[9] = {};
+  const std::size_t size = text.copy(bytes, sizeof bytes);
+  page.LowerInPlace(bytes, size);
+  std::uint64_t prefix = 0;
+  for (int i = 0; i < 8; ++i) prefix = prefix << 8 | detail::Byte(bytes[i]);
+  return prefix;
+}
+
+/// A text that rows are sorted by, with case ignored.
+struct TextKey {
+  std::uint64_t prefix;
+  const char* text;
+};
+
+int CompareTexts(const TextKey& a, const TextKey& b) {
+  if (a.prefix != b.prefix) return a.prefix < b.prefix ? -1 : 1;
+  // One that ends within the prefix is there as a whole.
+  if ((a.prefix & 0xFF) == 0) return 0;
+  return multi_byte::CompareNoCase(a.text, b.text);
+}
+
+/// Where a row is that was at an index before an insertion or a deletion, -1 for none.
+int Inserted(int row, int index, int count) { return row >= index ? row + count : row; }
+int Erased(int row, int first, int count) {
+  return row < first ? row : row < first + count ? -1 : row - count;
+}
+
+}  // namespace
+
+IMPLEMENT_DYNCREATE(CSftTree, CWnd)
+
+CSftTree::CSftTree()
+    : rows_(std::make_unique<detail::TreeRows>()),
+      columns_(std::make_unique<detail::TreeColumns>()) {}
+
+CSftTree::~CSftTree() {
+  EndInDestructor();
+  TellErased(0, GetCount());
+}
+
+bool CSftTree::Create(CWnd* parent, const CRect& place, int id) {
+  return CreateWnd({.class_name = "SftTree", .place = place, .parent = parent, .id = id});
+}
+
+void CSftTree::OnSubclassed(CWnd& former) {
+  Control::OnSubclassed(former);
+  auto* const tree = DYNAMIC_DOWNCAST(CSftTree, &former);
+  if (tree == nullptr || rows_->GetCount() > 0 || columns_->GetCount() > 0) return;
+  std::swap(rows_, tree->rows_);
+  std::swap(columns_, tree->columns_);
+  std::swap(delete_callback_, tree->delete_callback_);
+  std::swap(caret_, tree->caret_);
+  std::swap(top_, tree->top_);
+  multi_selection_ = tree->multi_selection_;
+  header_shown_ = tree->header_shown_;
+}
+
+// ---- Columns
+
+int CSftTree::AddColumn(const char* title, int width, UINT format) {
+  columns_->Add({CString(OrEmpty(title)), std::max(0, width), format, {}});
+  LayoutChanged();
+  return columns_->GetCount() - 1;
+}
+
+int CSftTree::GetColumnCount() const { return columns_->GetCount(); }
+
+CString CSftTree::GetColumnTitle(int column) const {
+  return columns_->Has(column) ? (*columns_)[column].title : CString();
+}
+
+void CSftTree::SetColumnTitle(int column, const char* title) {
+  if (!columns_->Has(column)) return;
+  (*columns_)[column].title = OrEmpty(title);
+  InvalidateHeader();
+}
+
+UINT CSftTree::GetColumnFormat(int column) const {
+  return columns_->Has(column) ? (*columns_)[column].format : 0;
+}
+
+void CSftTree::SetColumnFormat(int column, UINT format) {
+  if (!columns_->Has(column)) return;
+  (*columns_)[column].format = format;
+  Redraw();
+}
+
+int CSftTree::GetColumnWidth(int column) const {
+  return columns_->Has(column) ? (*columns_)[column].width : 0;
+}
+
+void CSftTree::SetColumnWidth(int column, int width) {
+  if (!columns_->Has(column)) return;
+  (*columns_)[column].widths.reset();
+  ChangeWidth(column, width);
+}
+
+void CSftTree::FitColumn(int column) {
+  if (!columns_->Has(column)) return;
+  detail::TreeColumn& fitted = (*columns_)[column];
+  if (!fitted.widths) {
+    std::unordered_map<int, int> counts;
+    for (int row = 0; row < GetCount(); ++row) ++counts[GetNeededWidth(row, column)];
+    detail::CellWidths widths(GetCount());
+    for (const auto& [width, cells] : counts) widths.Add(width, cells);
+    columns_->KeepWidths(column, std::move(widths));
+  }
+  ChangeWidth(column, std::max(GetTitleWidth(column), fitted.widths->GetWidest()));
+}
+
+void CSftTree::ShowHeader(bool show) {
+  if (header_shown_ == show) return;
+  header_shown_ = show;
+  LayoutChanged();
+}
+
+void CSftTree::ResetHeader() {
+  if (std::exchange(pressed_title_, -1) >= 0) InvalidateHeader();
+}
+
+void CSftTree::SetSortMark(int column, bool ascending) {
+  sort_mark_ = columns_->Has(column) ? column : -1;
+  sort_mark_ascending_ = ascending;
+  InvalidateHeader();
+}
+
+// ---- Rows
+
+int CSftTree::GetCount() const { return rows_->GetCount(); }
+
+int CSftTree::AddRow(const char* text, int level) { return InsertRow(-1, text, level); }
+
+int CSftTree::InsertRow(int index, const char* text, int level) {
+  if (index == -1) index = GetCount();
+  if (index < 0 || index > GetCount()) return -1;
+  const bool cut = rows_->Insert(index, OrEmpty(text), level);
+  caret_ = Inserted(caret_, index, 1);
+  anchor_ = Inserted(anchor_, index, 1);
+  drop_target_ = Inserted(drop_target_, index, 1);
+  // One that comes in where the first row in sight is becomes that itself.
+  if (top_ > index) ++top_;
+  if (columns_->HasWidths()) {
+    if (cut) columns_->ForgetWidths();
+    CountWidths(index, index + 1, true);
+  }
+  Tell(WindowChange::kRowsInserted, {index, 1});
+  const int linked = rows_->GetPrevLinked(index);
+  RowsChanged(linked >= 0 ? linked : index);
+  return index;
+}
+
+bool CSftTree::DeleteRow(int row) {
+  if (!rows_->Has(row)) return false;
+  EraseRows(row, rows_->GetEnd(row) - row);
+  return true;
+}
+
+void CSftTree::ResetContent() {
+  if (GetCount() > 0) EraseRows(0, GetCount());
+}
+
+void CSftTree::EraseRows(int first, int count) {
+  TellErased(first, count);
+  if (columns_->HasWidths()) CountWidths(first, first + count, false);
+  const int former = rows_->GetPrevLinked(first);
+  if (count == GetCount()) {
+    rows_->Clear();
+  } else {
+    rows_->Erase(first);
+  }
+  const bool had_caret = caret_ >= first && caret_ < first + count;
+  caret_ = Erased(caret_, first, count);
+  anchor_ = Erased(anchor_, first, count);
+  drop_target_ = Erased(drop_target_, first, count);
+  if (top_ > first) top_ = std::max(first, top_ - count);
+  Tell(WindowChange::kRowsRemoved, {first, count});
+  if (had_caret) Tell(WindowChange::kSelection);
+  RowsChanged(former >= 0 ? former : first);
+}
+
+void CSftTree::TellErased(int first, int count) {
+  if (delete_callback_ == nullptr) return;
+  for (int row = first; row < first + count; ++row) delete_callback_(*this, row, GetRowData(row));
+}
+
+int CSftTree::MoveRow(int row, int before, int level) {
+  if (!rows_->Has(row) || before < 0 || before > GetCount()) return -1;
+  const int count = rows_->GetEnd(row) - row;
+  const int to = rows_->Move(row, before, level);
+  if (to < 0) return -1;
+  const auto moved = [=](int mark) {
+    const int kept = Erased(mark, row, count);
+    return kept >= 0 ? Inserted(kept, to, count) : mark < 0 ? mark : mark - row + to;
+  };
+  caret_ = moved(caret_);
+  anchor_ = moved(anchor_);
+  drop_target_ = moved(drop_target_);
+  top_ = std::min(top_, GetCount() - 1);
+  columns_->ForgetWidths();
+  Tell(WindowChange::kRowsChanged, {std::min(row, to), std::abs(to - row) + count});
+  LayoutChanged();
+  return to;
+}
+
+const char* CSftTree::CellText(int row, int column) const {
+  return HasCell(row, column) ? rows_->Text(row, column) : "";
+}
+
+bool CSftTree::SetCellText(int row, int column, const char* text) {
+  return ChangeCell(row, column, [&] { return rows_->SetText(row, column, OrEmpty(text)); });
+}
+
+std::uintptr_t CSftTree::GetRowData(int row) const {
+  return rows_->Has(row) ? (*rows_)[row].data : 0;
+}
+
+bool CSftTree::SetRowData(int row, std::uintptr_t data) {
+  if (!rows_->Has(row)) return false;
+  rows_->SetData(row, data);
+  return true;
+}
+
+bool CSftTree::HasCell(int row, int column) const {
+  return rows_->Has(row) && (column == 0 || columns_->Has(column));
+}
+
+template <typename Change>
+bool CSftTree::ChangeCell(int row, int column, Change change) {
+  if (!HasCell(row, column)) return false;
+  const bool is_fitted = columns_->Has(column) && (*columns_)[column].widths.has_value();
+  if (is_fitted) CountWidth(row, column, false);
+  const bool changed = change();
+  if (is_fitted) CountWidth(row, column, true);
+  if (!changed) return false;
+  Tell(WindowChange::kRowsChanged, {row, 1});
+  InvalidateRow(row);
+  return true;
+}
+
+void CSftTree::CountWidth(int row, int column, bool add) {
+  std::optional<detail::CellWidths>& widths = (*columns_)[column].widths;
+  if (!widths) return;
+  const int width = GetNeededWidth(row, column);
+  if (!(add ? widths->Add(width) : widths->Remove(width))) widths.reset();
+}
+
+void CSftTree::CountWidths(int first, int last, bool add) {
+  for (int column = 0; column < columns_->GetCount(); ++column) {
+    for (int row = first; row < last && (*columns_)[column].widths; ++row) {
+      CountWidth(row, column, add);
+    }
+  }
+}
+
+// ---- Levels
+
+int CSftTree::GetLevel(int row) const { return rows_->Has(row) ? (*rows_)[row].level : -1; }
+
+bool CSftTree::SetLevel(int row, int level) {
+  if (!rows_->Has(row)) return false;
+  const int count = GetDescendantCount(row) + 1;
+  if (!rows_->SetLevel(row, level)) return true;
+  columns_->ForgetWidths();
+  Tell(WindowChange::kRowsChanged, {row, count});
+  LayoutChanged();
+  return true;
+}
+
+int CSftTree::GetParentRow(int row) const { return rows_->Has(row) ? rows_->GetParent(row) : -1; }
+
+int CSftTree::GetNextSibling(int row) const {
+  return rows_->Has(row) ? rows_->GetNextSibling(row) : -1;
+}
+
+int CSftTree::GetPrevSibling(int row) const {
+  return rows_->Has(row) ? rows_->GetPrevSibling(row) : -1;
+}
+
+bool CSftTree::HasChildren(int row) const { return rows_->Has(row) && rows_->HasChildren(row); }
+
+int CSftTree::GetChildCount(int row) const {
+  return rows_->Has(row) ? rows_->CountChildren(row) : -1;
+}
+
+int CSftTree::GetDescendantCount(int row) const {
+  return rows_->Has(row) ? rows_->GetEnd(row) - row - 1 : -1;
+}
+
+bool CSftTree::Expand(int row, bool expand, bool deep) {
+  if (!rows_->Has(row)) return false;
+  if (!rows_->Expand(row, expand, deep)) return true;
+  Tell(WindowChange::kRowsChanged, {row, deep ? GetDescendantCount(row) + 1 : 1});
+  RowsChanged(row);
+  return true;
+}
+
+bool CSftTree::IsExpanded(int row) const { return rows_->Has(row) && !(*rows_)[row].collapsed; }
+
+bool CSftTree::IsRowShown(int row) const { return rows_->Has(row) && rows_->IsShown(row); }
+
+int CSftTree::GetShownCount() const { return rows_->CountShown(); }
+
+int CSftTree::GetShownRow(int n) const {
+  return n >= 0 && n < GetShownCount() ? rows_->FindShown(n) : -1;
+}
+
+int CSftTree::GetShownIndex(int row) const {
+  return IsRowShown(row) ? rows_->CountShownBefore(row) : -1;
+}
+
+// ---- Selection
+
+void CSftTree::SetMultiSelection(bool multi) {
+  multi_selection_ = multi;
+  rows_->UnselectAll();
+  if (multi && caret_ >= 0) rows_->Select(caret_, caret_ + 1, true);
+  Tell(WindowChange::kSelection);
+  Redraw();
+}
+
+bool CSftTree::IsSelected(int row) const {
+  if (!rows_->Has(row)) return false;
+  return multi_selection_ ? (*rows_)[row].selected : row == caret_;
+}
+
+bool CSftTree::SelectRow(int row, bool select) {
+  if (!rows_->Has(row)) return false;
+  if (multi_selection_) {
+    SelectRows(row, row, select);
+  } else if (select) {
+    SetCaret(row);
+  } else if (row == caret_) {
+    SetCaret(-1);
+  }
+  return true;
+}
+
+void CSftTree::SelectRows(int first, int last, bool select) {
+  first = std::max(first, 0);
+  last = std::min(last, GetCount() - 1);
+  if (first > last) return;
+  if (!multi_selection_) {
+    SelectRow(select ? last : caret_ >= first && caret_ <= last ? caret_ : -1, select);
+    return;
+  }
+  rows_->Select(first, last + 1, select);
+  Tell(WindowChange::kSelection, {first, last - first + 1});
+  InvalidateRows(first, last);
+}
+
+int CSftTree::GetSelectedCount() const {
+  return multi_selection_ ? rows_->CountSelected() : caret_ >= 0 ? 1 : 0;
+}
+
+std::vector<int> CSftTree::GetSelectedRows() const {
+  std::vector<int> selected;
+  if (!multi_selection_) {
+    if (caret_ >= 0) selected.push_back(caret_);
+    return selected;
+  }
+  selected.reserve(static_cast<std::size_t>(rows_->CountSelected()));
+  const int count = GetCount();
+  for (int row = rows_->FindSelected(0); row < count; row = rows_->FindSelected(row + 1)) {
+    selected.push_back(row);
+  }
+  return selected;
+}
+
+bool CSftTree::SetCaret(int row) {
+  if (row != -1 && !rows_->Has(row)) return false;
+  anchor_ = row;
+  if (row == caret_) return true;
+  const int former = std::exchange(caret_, row);
+  Tell(WindowChange::kSelection);
+  InvalidateRow(former);
+  InvalidateRow(row);
+  return true;
+}
+
+// ---- Looks
+
+HBITMAP CSftTree::GetRowPicture(int row) const {
+  return rows_->Has(row) ? rows_->Look(row).picture : nullptr;
+}
+
+bool CSftTree::SetRowPicture(int row, HBITMAP picture) {
+  return ChangeCell(row, 0, [&] {
+    detail::RowLook look = rows_->Look(row);
+    look.picture = picture;
+    rows_->SetLook(row, look);
+    return true;
+  });
+}
+
+CellStyle CSftTree::GetCellStyle(int row, int column) const {
+  const CellStyle* const style = HasCell(row, column) ? rows_->Look(row).Find(column) : nullptr;
+  return style == nullptr ? CellStyle{} : *style;
+}
+
+bool CSftTree::SetCellStyle(int row, int column, const CellStyle& style) {
+  return ChangeCell(row, column, [&] {
+    detail::RowLook look = rows_->Look(row);
+    look.Set(column, style);
+    rows_->SetLook(row, look);
+    return true;
+  });
+}
+
+void CSftTree::SetDefaultPictures(HBITMAP collapsed, HBITMAP expanded, HBITMAP leaf) {
+  default_pictures_ = {collapsed, expanded, leaf};
+  columns_->ForgetWidths();
+  LayoutChanged();
+}
+
+void CSftTree::SetColors(COLORREF text, COLORREF background, COLORREF selected_text,
+                         COLORREF selected_background) {
+  colors_ = {text, background, selected_text, selected_background};
+  Redraw();
+}
+
+void CSftTree::ShowTreeLines(bool show) {
+  lines_shown_ = show;
+  columns_->ForgetWidths();
+  Redraw();
+}
+
+void CSftTree::ShowButtons(bool show) {
+  buttons_shown_ = show;
+  columns_->ForgetWidths();
+  Redraw();
+}
+
+void CSftTree::SetDropTarget(int row) {
+  const int former = std::exchange(drop_target_, rows_->Has(row) ? row : -1);
+  if (former == drop_target_) return;
+  InvalidateRow(former);
+  InvalidateRow(drop_target_);
+}
+
+// ---- Sorting
+
+void CSftTree::SortRows(int column, TreeCompare compare) {
+  if (!HasCell(0, column)) return;
+  const auto count = static_cast<std::size_t>(GetCount());
+  if (compare == nullptr) {
+    const platform::CodePage& page = multi_byte::CurrentCodePage();
+    std::vector<TextKey> keys(count);
+    for (std::size_t i = 0; i < count; ++i) {
+      const char* const text = rows_->Text(static_cast<int>(i), column);
+      keys[i] = {LowerPrefix(text, page), text};
+    }
+    SortRowsByKeys(keys, &CompareTexts);
+    return;
+  }
+  struct Cell {
+    const char* text;
+    std::uintptr_t data;
+  };
+  std::vector<Cell> cells(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    const int row = static_cast<int>(i);
+    cells[i] = {rows_->Text(row, column), GetRowData(row)};
+  }
+  SortRowsByKeys(cells, [this, compare](const Cell& a, const Cell& b) {
+    return compare(*this, a.text, b.text, a.data, b.data);
+  });
+}
+
+void CSftTree::SortRowsBy(const std::function<int(int a, int b)>& compare) {
+  SortRowsWith([&compare](int a, int b) { return compare(a, b); });
+}
+
+detail::SiblingGroups CSftTree::GetSiblingGroups() const {
+  return detail::SiblingGroups(rows_->GetLevels());
+}
+
+void CSftTree::TakeOrder(const std::vector<int>& order) {
+  // A comparison that has changed the rows has spoilt its own sort.
+  if (order.empty() || order.size() != static_cast<std::size_t>(GetCount())) return;
+  const int scrolled = top_ < 0 ? 0 : rows_->CountShownBefore(top_);
+  rows_->Permute(order);
+  const auto follow = [&order](int row) {
+    if (row < 0) return row;
+    return static_cast<int>(std::find(order.begin(), order.end(), row) - order.begin());
+  };
+  caret_ = follow(caret_);
+  anchor_ = follow(anchor_);
+  drop_target_ = follow(drop_target_);
+  if (top_ >= 0) top_ = rows_->FindShown(scrolled);
+  Tell(WindowChange::kRowsChanged, {0, GetCount()});
+  LayoutChanged();
+}
+
+}  // namespace dq
