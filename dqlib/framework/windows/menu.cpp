@@ -4,6 +4,8 @@
 #include <set>
 #include <utility>
 
+#include "dqlib/framework/base/drawn_character.h"
+#include "dqlib/framework/base/multi_byte.h"
 #include "dqlib/framework/windows/cmd_target.h"
 #include "dqlib/framework/windows/menu_model.h"
 #include "dqlib/framework/windows/resource_text.h"
@@ -42,9 +44,7 @@ bool MakeItem(const MenuModel& menu, UINT flags, std::uintptr_t id, const char* 
   item.flags = flags & kItemFlags;
   if ((flags & MF_POPUP) != 0) {
     item.submenu = reinterpret_cast<HMENU>(id);
-    MenuModel* const submenu = FindMenu(item.submenu);
-    if (submenu == nullptr || detail::IsInMenu(item.submenu, menu)) return false;
-    submenu->is_submenu = true;
+    if (FindMenu(item.submenu) == nullptr || detail::IsInMenu(item.submenu, menu)) return false;
   } else if ((flags & MF_SEPARATOR) == 0) {
     item.id = static_cast<UINT>(id);
   }
@@ -58,6 +58,7 @@ bool MakeItem(const MenuModel& menu, UINT flags, std::uintptr_t id, const char* 
 
 /// The default item stays the same one when an item is put in or taken out before it.
 void Insert(MenuModel& menu, std::size_t position, MenuItem item) {
+  detail::CountPlace(item.submenu, 1);
   menu.items.insert(menu.items.begin() + static_cast<std::ptrdiff_t>(position), std::move(item));
   if (menu.default_position >= static_cast<int>(position)) ++menu.default_position;
   detail::TellMenuChange(menu.handle, MenuChange::kItemsInserted, {static_cast<int>(position), 1});
@@ -66,6 +67,8 @@ void Insert(MenuModel& menu, std::size_t position, MenuItem item) {
 /// Puts an item in the place of one.
 void Replace(const MenuPlace& place, MenuItem item) {
   if (place.item() == item) return;
+  detail::CountPlace(item.submenu, 1);
+  detail::CountPlace(place.item().submenu, -1);
   place.item() = std::move(item);
   detail::TellMenuChange(place.menu->handle, MenuChange::kItemsChanged,
                          {static_cast<int>(place.position), 1});
@@ -81,6 +84,7 @@ void SetFlags(const MenuPlace& place, UINT flags, UINT mask) {
 /// Takes the item out and returns its submenu, if any.
 HMENU TakeOut(const MenuPlace& place) {
   const HMENU submenu = place.item().submenu;
+  detail::CountPlace(submenu, -1);
   MenuModel& menu = *place.menu;
   const int position = static_cast<int>(place.position);
   menu.items.erase(menu.items.begin() + position);
@@ -152,8 +156,8 @@ bool CMenu::LoadMenu(UINT id) {
   return data && LoadMenuIndirect(*data);
 }
 
-bool CMenu::LoadMenuIndirect(std::string_view text) {
-  return m_hMenu == nullptr && Attach(detail::ReadMenuText(text, nullptr));
+bool CMenu::LoadMenuIndirect(std::string_view text, std::string* error) {
+  return m_hMenu == nullptr && Attach(detail::ReadMenuText(text, error));
 }
 
 bool CMenu::DestroyMenu() {
@@ -331,6 +335,15 @@ int CMenu::TrackPopupMenu(UINT flags, int x, int y, CWnd* owner, const CRect* st
   if ((flags & TPM_RETURNCMD) != 0) return static_cast<int>(command);
   if (command != 0) PostToWindow(window, WM_COMMAND, command, 0);
   return 1;
+}
+
+UINT MenuCharacter(std::string_view text) {
+  if (text.empty()) return 0;
+  const auto byte = [text](std::size_t at) { return static_cast<unsigned char>(text[at]); };
+  const detail::DrawnCharacter first = detail::FirstCharacter(text, multi_byte::CurrentCodePage());
+  if (first.size == 1 || first.size > text.size()) return byte(0);
+  if (first.code != detail::kUnknownCharacter) return first.code;
+  return static_cast<UINT>(byte(0) << 8 | byte(1));
 }
 
 void CMenu::UpdateItems(CCmdTarget& target, bool auto_disable, bool deep) {

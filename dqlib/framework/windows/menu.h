@@ -15,6 +15,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -71,9 +72,10 @@ class CMenu : public CObject {
   bool CreateMenu();
   bool CreatePopupMenu();
   /// The menu with the id from the chain of resource modules, and from a text. False if there is
-  /// none or it breaks the form, or if the object has a menu already.
+  /// none or it breaks the form, or if the object has a menu already. `error`, if not null, takes
+  /// where a text breaks the form and how: "line 3: a text isn't closed".
   bool LoadMenu(UINT id);
-  bool LoadMenuIndirect(std::string_view text);
+  bool LoadMenuIndirect(std::string_view text, std::string* error = nullptr);
   /// Destroys the menu and its submenus; their handles are dead. False without a menu.
   bool DestroyMenu();
 
@@ -151,6 +153,10 @@ class CMenu : public CObject {
   /// Null without a menu. Read only.
   HMENU m_hMenu = nullptr;
 };
+
+/// The number by which `WM_MENUCHAR` tells the first character of a text: a byte, of two bytes the
+/// first one in the high half, and in UTF-8 the character's code. 0 for "".
+UINT MenuCharacter(std::string_view text);
 
 /// One key combination for a command.
 struct Accelerator {

@@ -79,9 +79,13 @@ bool DestroyMenuTree(HMENU menu) {
   return true;
 }
 
+void CountPlace(HMENU submenu, int change) {
+  if (MenuModel* const model = FindMenu(submenu)) model->places += change;
+}
+
 bool IsInMenu(HMENU outer, const MenuModel& inner) {
   if (FindMenu(outer) == &inner) return true;
-  if (!inner.is_submenu) return false;
+  if (inner.places == 0) return false;
   return static_cast<bool>(
       Walk(outer, [&inner](const MenuItem& item) { return FindMenu(item.submenu) == &inner; }));
 }

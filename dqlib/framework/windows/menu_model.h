@@ -38,8 +38,8 @@ struct MenuModel {
   /// Those that stand in for it, made when somebody asks; more than one only if the former has been
   /// attached to another menu.
   std::vector<std::unique_ptr<CMenu>> temporary;
-  /// Whether it ever hung in another menu: one that didn't can't be below any.
-  bool is_submenu = false;
+  /// How many items pop it up.
+  int places = 0;
   /// The last search that came by; see `FindCommand`.
   std::uint64_t seen = 0;
 };
@@ -50,6 +50,8 @@ HMENU NewMenu();
 MenuModel* FindMenu(HMENU menu);
 /// Destroys the menu and those below it. False for a dead handle.
 bool DestroyMenuTree(HMENU menu);
+/// An item pops the menu up, or no longer does; nothing for a dead handle.
+void CountPlace(HMENU submenu, int change);
 /// Whether `inner` is `outer` or below it.
 bool IsInMenu(HMENU outer, const MenuModel& inner);
 

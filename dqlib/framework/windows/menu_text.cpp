@@ -60,7 +60,7 @@ class MenuTextReader {
     if (!text) return false;
     if (way_.size() > kDeepest) return lines_.Fail("popups are nested too deep");
     const HMENU submenu = NewMenu();
-    FindMenu(submenu)->is_submenu = true;
+    CountPlace(submenu, 1);
     MenuItem item{.flags = MF_POPUP, .submenu = submenu, .text = *std::move(text)};
     // In the menu even if a flag is wrong, so that it goes with it.
     const bool read = ReadFlags(item, MF_GRAYED);

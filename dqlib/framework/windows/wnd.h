@@ -19,6 +19,7 @@ class CDataExchange;
 class CFont;
 class CFrameWnd;
 class CMenu;
+struct MenuHandle;
 namespace detail {
 class AllSteps;
 }
@@ -219,8 +220,9 @@ class CWnd : public CCmdTarget {
   /// gets its address first. Its state is the same afterwards, and the window counts as drawn.
   void Paint(CDC& dc);
 
-  /// The window's main menu, or null. Not owned.
-  CMenu* GetMenu() const { return menu_; }
+  /// The window's main menu: the object that has it at present; null without one, and once it has
+  /// been destroyed. Not owned.
+  CMenu* GetMenu() const;
   void SetMenu(CMenu* menu);
 
   /// The font of its text; null is the dialogs' own. Not owned. Sent as `WM_SETFONT`.
@@ -384,7 +386,7 @@ class CWnd : public CCmdTarget {
   CWnd* first_owned_ = nullptr;
   CWnd* next_owned_ = nullptr;
   CWnd* previous_owned_ = nullptr;
-  CMenu* menu_ = nullptr;
+  MenuHandle* menu_ = nullptr;
   CFont* font_ = nullptr;
   CString tool_tip_;
   SCROLLINFO scroll_[2];

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "dqlib/framework/base/device_context.h"
+#include "dqlib/framework/windows/menu.h"
 #include "dqlib/framework/windows/screen.h"
 #include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/framework/windows/wnd.h"
@@ -171,9 +172,11 @@ void CWnd::Paint(CDC& dc) {
   dc.RestoreDC(saved);
 }
 
+CMenu* CWnd::GetMenu() const { return CMenu::FromHandle(menu_); }
+
 void CWnd::SetMenu(CMenu* menu) {
   if (m_hWnd == nullptr) return;
-  menu_ = menu;
+  menu_ = menu == nullptr ? nullptr : menu->GetSafeHmenu();
   Changed(WindowChange::kMenu);
   UpdateFrameWidths();
 }

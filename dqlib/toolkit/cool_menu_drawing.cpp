@@ -1,0 +1,166 @@
+// Menus with pictures: how large items are, and how they look.
+
+#include <algorithm>
+#include <utility>
+
+#include "dqlib/framework/base/device_context.h"
+#include "dqlib/framework/base/resource_chain.h"
+#include "dqlib/framework/windows/owner_draw.h"
+#include "dqlib/framework/windows/screen.h"
+#include "dqlib/toolkit/cool_menu.h"
+
+namespace dq {
+namespace {
+
+/// The stock font of menus.
+constexpr int kMenuFont = 17;
+/// Pixels between a picture and the text, and before the keys if an item has some.
+constexpr int kTextGap = 4;
+constexpr int kKeysGap = 10;
+
+constexpr UINT kInactive = ODS_GRAYED | ODS_DISABLED;
+
+/// A text up to its first tab, and what stands behind it.
+std::pair<std::string_view, std::string_view> LabelAndKeys(std::string_view text) {
+  const std::size_t tab = text.find('\t');
+  if (tab == text.npos) return {text, {}};
+  return {text.substr(0, tab), text.substr(tab + 1)};
+}
+
+CFont* MenuFont() {
+  static CFont& font = *new CFont;
+  const LOGFONT* const stock = GetStockFont(kMenuFont);
+  if (!font.IsCreated() && stock != nullptr) font.CreateFontIndirect(*stock);
+  return font.IsCreated() ? &font : nullptr;
+}
+
+/// The list with the two check marks, or null.
+const CImageList* CheckMarks() {
+  static const CImageList* marks = nullptr;
+  if (marks != nullptr) return marks;
+  CBitmap strip;
+  const HINSTANCE module = AfxFindResourceHandle(CDQCoolMenu::kCheckMarks, RESOURCE_BITMAP);
+  if (!strip.LoadBitmap(module, CDQCoolMenu::kCheckMarks)) return nullptr;
+  marks = CImageListInfoArray::Shared().FindOrCreate(
+      CDQCoolMenu::kCheckMarks, strip.GetSafeHandle()->size.cx / 2, CDQCoolMenu::kMaskColor);
+  return marks;
+}
+
+LONG Middle(const CRect& row, LONG height) { return row.top + (row.Height() - height) / 2; }
+
+}  // namespace
+
+void CDQCoolMenu::CalculateMaxItemWidth() {
+  const LOGFONT* const font = GetStockFont(kMenuFont);
+  LONG label_width = 0;
+  LONG keys_width = 0;
+  bool has_keys = false;
+  for (int index = 0; index < items_.GetSize(); ++index) {
+    const auto [label, keys] = LabelAndKeys(items_[index]->m_strText.View());
+    label_width = std::max(label_width, GetTextExtent(font, label).cx);
+    if (keys.empty()) continue;
+    has_keys = true;
+    keys_width = std::max(keys_width, GetTextExtent(font, keys).cx);
+  }
+  accelerator_offset_ = image_size_.cx + label_width + kTextGap + (has_keys ? kKeysGap : 0);
+  max_width_ = accelerator_offset_ + keys_width;
+}
+
+int CDQCoolMenu::GetMaxItemWidth() {
+  if (max_width_ < 0) CalculateMaxItemWidth();
+  return max_width_;
+}
+
+int CDQCoolMenu::GetAcceleratorOffset() {
+  if (max_width_ < 0) CalculateMaxItemWidth();
+  return accelerator_offset_;
+}
+
+void CDQCoolMenu::MeasureItem(MEASUREITEMSTRUCT* item) {
+  if (item == nullptr) return;
+  if (item->itemData == 0) {
+    item->itemWidth = 0;
+    item->itemHeight = static_cast<UINT>(GetSystemMetrics(SM_CYMENU) / 2);
+  } else {
+    item->itemWidth = static_cast<UINT>(GetMaxItemWidth());
+    item->itemHeight = static_cast<UINT>(image_size_.cy);
+  }
+}
+
+void CDQCoolMenu::DrawItem(DRAWITEMSTRUCT* item) {
+  if (item == nullptr || item->pDC == nullptr) return;
+  CDC& dc = *item->pDC;
+  const CRect& row = item->rcItem;
+  const int saved = dc.SaveDC();
+  dc.FillSolidRect(row, GetSysColor(COLOR_MENU));
+  const CMenuItemInfo* const record = items_.Find(reinterpret_cast<const void*>(item->itemData));
+  if (item->itemData == 0) {
+    const LONG line = Middle(row, 2);
+    dc.DrawEdge({row.left, line, row.right, line + 2}, EDGE_ETCHED, BF_TOP);
+  } else if (record != nullptr) {
+    const UINT state =
+        item->itemState | ((item->itemState & kInactive) != 0 ? UINT{ODS_DISABLED} : 0);
+    const CPoint at{row.left, Middle(row, image_size_.cy)};
+    const int image = look_.shows_pictures ? record->m_nImage : kNoImage;
+    const bool has_mark = (state & ODS_CHECKED) != 0;
+    CRect selected = row;
+    // Beside a picture, which stands out by its frame.
+    if (!look_.selects_whole_row && image != kNoImage)
+      selected.left += image_size_.cx + kTextGap / 2;
+    if ((state & ODS_SELECTED) != 0) dc.FillSolidRect(selected, GetSysColor(COLOR_HIGHLIGHT));
+    if (image != kNoImage && has_mark) {
+      dc.DrawEdge({at.x, at.y, at.x + image_size_.cx, at.y + image_size_.cy}, BDR_SUNKENOUTER,
+                  BF_RECT);
+    }
+    DrawImage(dc, at, image, state);
+    DrawItemText(dc, row, *record, state);
+  }
+  dc.RestoreDC(saved);
+}
+
+bool CDQCoolMenu::DrawImage(CDC& dc, const CPoint& at, int image, UINT state) {
+  const bool is_selected = (state & ODS_SELECTED) != 0;
+  if (image == kNoImage) {
+    const CImageList* const marks = (state & ODS_CHECKED) != 0 ? CheckMarks() : nullptr;
+    return marks != nullptr && marks->Draw(dc, is_selected ? 1 : 0, at);
+  }
+  if ((state & ODS_DISABLED) != 0) {
+    DrawEmbossed(dc, at, image);
+    return true;
+  }
+  if (image_list_ != nullptr) image_list_->Draw(dc, image, at);
+  if (is_selected) {
+    const CRect frame{at.x, at.y, at.x + image_size_.cx, at.y + image_size_.cy};
+    dc.DrawEdge(frame, BDR_RAISEDINNER, BF_RECT);
+  }
+  return true;
+}
+
+void CDQCoolMenu::DrawEmbossed(CDC& dc, const CPoint& at, int image) {
+  if (image_list_ != nullptr) image_list_->Draw(dc, image, at, true);
+}
+
+void CDQCoolMenu::DrawItemText(CDC& dc, const CRect& row, const CMenuItemInfo& record, UINT state) {
+  const auto [label, keys] = LabelAndKeys(record.m_strText.View());
+  const bool is_selected = (state & ODS_SELECTED) != 0;
+  const bool is_disabled = (state & ODS_DISABLED) != 0;
+  const std::string_view texts[] = {label, keys};
+  const LONG starts[] = {row.left + image_size_.cx + kTextGap, row.left + GetAcceleratorOffset()};
+  dc.SelectObject(MenuFont());
+  dc.SetBkMode(TRANSPARENT);
+  const auto draw = [&](LONG moved, int color) {
+    dc.SetTextColor(GetSysColor(color));
+    for (int part = 0; part < 2; ++part) {
+      CRect place = row;
+      place.left = starts[part];
+      place.OffsetRect(moved, moved);
+      const UINT prefix = part == 0 ? 0 : UINT{DT_NOPREFIX};
+      dc.DrawText(texts[part], place, DT_SINGLELINE | DT_VCENTER | prefix);
+    }
+  };
+  // In relief, which wouldn't be seen on the colour of what is selected.
+  if (is_disabled && !is_selected && !look_.plain_disabled) draw(1, COLOR_BTNHIGHLIGHT);
+  draw(0, is_disabled ? COLOR_GRAYTEXT : is_selected ? COLOR_HIGHLIGHTTEXT : COLOR_MENUTEXT);
+}
+
+}  // namespace dq
