@@ -157,7 +157,7 @@ TEST(TabStrip, DrawsTheSelectedTabInFrontOfTheOthers) {
   tabs.strip().Paint(dc);
   const std::string drawn = dc.Text();
   EXPECT_THAT(drawn, testing::HasSubstr("text 8,5 \"a\"\n"));
-  EXPECT_THAT(drawn, testing::HasSubstr("fill 23,4 "));
+  EXPECT_THAT(drawn, testing::HasSubstr("fill 21,2 168,23 f0f0f0\n"));
   EXPECT_THAT(drawn, testing::HasSubstr("w...\""));
   tabs.SetTabSizes({30, 10, TWS_TABS_ON_BOTTOM});
   EXPECT_EQ(Text(tabs.strip().GetPlace()) + " " + Text(tabs.GetTabWindow(0)->GetPlace()),

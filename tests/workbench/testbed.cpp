@@ -19,6 +19,7 @@
 #include "dqlib/toolkit/flex_property_sheet.h"
 #include "dqlib/toolkit/tool_tip_combo_box.h"
 #include "tests/support/prompt_edit.h"
+#include "tests/workbench/testbed_tabs.h"
 
 namespace workbench {
 namespace {
@@ -206,7 +207,7 @@ class Frame : public dq::CFrameWnd {
     Create("TestFrame", "Testbed", {60, 40, 660, 440}, 0, nullptr, false);
     menu_.LoadMenuIndirect(
         "popup \"&Open\"\nitem 32769 \"&Controls\"\nitem 32770 \"&Stretch\"\n"
-        "item 32771 \"S&heet\"\nitem 32772 \"&Question\"\nend\n");
+        "item 32771 \"S&heet\"\nitem 32772 \"&Question\"\nitem 32773 \"&Tabs\"\nend\n");
     SetMenu(&menu_);
     popup_.LoadMenuIndirect("item 32780 \"&Alpha\\tCtrl+A\"\nitem 32781 \"&Beta\" checked\n");
     canvas_.Create(this, dq::CRect(), dq::kFirstPaneId, static_cast<dq::CDocument*>(nullptr));
@@ -221,7 +222,7 @@ class Frame : public dq::CFrameWnd {
  protected:
   bool CallMapped(const dq::HandlerKey& key, dq::HandlerArguments& arguments) override {
     static constexpr dq::MessageMapEntry kEntries[] = {
-        dq::CommandRangeEntry<&Frame::OnOpen>(32769, 32772),
+        dq::CommandRangeEntry<&Frame::OnOpen>(32769, 32773),
         dq::CommandRangeEntry<&Frame::OnPopup>(32780, 32781),
     };
     return dq::CallEntry(kEntries, *this, key, arguments) || CFrameWnd::CallMapped(key, arguments);
@@ -241,6 +242,8 @@ class Frame : public dq::CFrameWnd {
         return Tell("left", StretchDialog().DoModal());
       case 32771:
         return Tell("left", Sheet().DoModal());
+      case 32773:
+        return tabs_.emplace().Open();
       default:
         return Tell("left", dq::platform::Current().prompts->Show(
                                 "Q & A", "Ampersands && blanks?",
@@ -254,6 +257,7 @@ class Frame : public dq::CFrameWnd {
   Canvas canvas_;
   Card upper_;
   Card lower_;
+  std::optional<TabsFrame> tabs_;
 };
 
 void Grow(int times) {

@@ -166,7 +166,7 @@ void SECTabControlBase::Choose(int index) {
   if (HasTab(index) && ActivateTab(index)) NotifyParent(kTabActivated);
 }
 
-// ---- The strip in relief
+// ---- The strip
 
 SEC3DTabControl::~SEC3DTabControl() { EndInDestructor(); }
 
@@ -385,9 +385,10 @@ void SEC3DTabControl::OnPaint(CDC& dc) {
   const CRect client = GetClientRect();
   dc.FillSolidRect(client, GetSysColor(COLOR_BTNFACE));
   dc.SelectObject(GetFont());
+  // The edge of the windows; the selected tab is open towards its own.
   CRect edge = client;
-  (at_bottom_ ? edge.bottom : edge.top) = at_bottom_ ? kRelief : client.bottom - kRelief;
-  dc.DrawEdge(edge, EDGE_RAISED, at_bottom_ ? BF_BOTTOM : BF_TOP);
+  (at_bottom_ ? edge.bottom : edge.top) = at_bottom_ ? 1 : client.bottom - 1;
+  dc.FillSolidRect(edge, GetSysColor(COLOR_BTNSHADOW));
   const CRect room = TabsRect();
   LONG left = room.left;
   for (int at = first_; at < GetTabCount() && left < room.right; ++at) {
@@ -403,19 +404,32 @@ void SEC3DTabControl::OnPaint(CDC& dc) {
   PaintButton(dc, kScrollOn, first_ < LastFirst());
 }
 
+/// A face with a line at its far end and to its right; that of the first one has a left side too.
 void SEC3DTabControl::PaintTab(CDC& dc, int index, const CRect& rect) const {
   const Tab& tab = TabAt(index);
   CRect shape = rect;
+  LONG& far_end = at_bottom_ ? shape.bottom : shape.top;
+  LONG& near_end = at_bottom_ ? shape.top : shape.bottom;
+  const LONG inwards = at_bottom_ ? -1 : 1;
   if (!tab.selected) {
-    shape.top += kRelief;
-    shape.bottom -= kRelief;
+    far_end += inwards * kRelief;
+    near_end -= inwards;
   }
-  dc.DrawEdge(shape, EDGE_RAISED,
-              BF_LEFT | BF_RIGHT | BF_MIDDLE | (at_bottom_ ? UINT{BF_BOTTOM} : UINT{BF_TOP}));
-  CRect inside{shape.left + kPadding, shape.top, std::min(shape.right, TabsRect().right) - kPadding,
-               shape.bottom};
+  dc.FillSolidRect(shape, GetSysColor(COLOR_BTNFACE));
+  const auto draw_side = [&](LONG from, LONG width, bool across) {
+    const LONG low = std::min(from, from + width);
+    const LONG high = std::max(from, from + width);
+    dc.FillSolidRect(across ? CRect{shape.left, low, shape.right, high}
+                            : CRect{low, shape.top, high, shape.bottom},
+                     GetSysColor(tab.selected && across ? COLOR_HIGHLIGHT : COLOR_BTNSHADOW));
+  };
+  draw_side(shape.right, -1, false);
+  if (index == first_) draw_side(shape.left, 1, false);
+  draw_side(far_end, tab.selected ? inwards * kRelief : inwards, true);
+  CRect inside{shape.left + kPadding, rect.top + kRelief,
+               std::min(shape.right, TabsRect().right) - kPadding, rect.bottom - kRelief};
   if (tab.icon != nullptr) {
-    const LONG top = shape.top + (shape.Height() - kIconSize) / 2;
+    const LONG top = inside.top + (inside.Height() - kIconSize) / 2;
     dc.DrawBitmap(CRect{inside.left, top, inside.left + kIconSize, top + kIconSize},
                   &tab.icon->picture);
     inside.left += kIconSize + kIconGap;
@@ -424,7 +438,7 @@ void SEC3DTabControl::PaintTab(CDC& dc, int index, const CRect& rect) const {
   dc.SetTextColor(GetSysColor(COLOR_BTNTEXT));
   dc.DrawText(tab.label.View(), inside, DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS | DT_NOPREFIX);
   if (index == GetActiveTab() && GetFocus() == this) {
-    dc.DrawFocusRect({shape.left + 3, shape.top + 3, shape.right - 3, shape.bottom - 3});
+    dc.DrawFocusRect({shape.left + 3, rect.top + 4, shape.right - 3, rect.bottom - 4});
   }
 }
 
