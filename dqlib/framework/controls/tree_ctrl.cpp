@@ -1,0 +1,430 @@
+// The tree control: its items, and what of them is in sight. Its looks are in
+// `tree_ctrl_painting.cpp`, what a person does in `tree_ctrl_input.cpp`.
+
+#include "dqlib/framework/controls/tree_ctrl.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "dqlib/framework/base/text.h"
+#include "dqlib/framework/controls/tree_item.h"
+#include "dqlib/framework/windows/ui_state.h"
+
+namespace dq {
+
+using detail::TreeItems;
+
+namespace {
+
+/// State bits that follow the selection and the rows.
+constexpr UINT kOwnState = TVIS_SELECTED | TVIS_EXPANDED;
+
+/// Positions of a scroll bar are 16 bits wide in messages: one of them is so many rows or pixels.
+int UnitOf(int range) { return range / 0x8000 + 1; }
+
+}  // namespace
+
+IMPLEMENT_DYNCREATE(CTreeCtrl, CWnd)
+
+CTreeCtrl::CTreeCtrl() = default;
+
+CTreeCtrl::~CTreeCtrl() {
+  EndInDestructor();
+  std::vector<CTreeItem*> gone;
+  items_.Erase(TreeItems::kRoot, gone);
+  DropObjects(gone);
+}
+
+bool CTreeCtrl::Create(CWnd* parent, const CRect& place, int id) {
+  return CreateWnd({.class_name = "TreeView", .place = place, .parent = parent, .id = id});
+}
+
+// ---- Items
+
+/// The root as `after_item` is the place before all siblings.
+bool CTreeCtrl::FindPlace(HTREEITEM parent, HTREEITEM after, Index& parent_item,
+                          Index& after_item) const {
+  const bool is_top = parent == nullptr || parent == TVI_ROOT;
+  parent_item = is_top ? TreeItems::kRoot : items_.Find(parent);
+  if (!is_top && parent_item == kNone) return false;
+  if (after == TVI_FIRST || after == TVI_LAST) {
+    after_item = after == TVI_LAST ? items_[parent_item].last_child : kNone;
+    return true;
+  }
+  after_item = items_.Find(after);
+  return after_item != kNone && items_[after_item].parent == parent_item;
+}
+
+HTREEITEM CTreeCtrl::InsertItem(const CTreeViewItemEx& record, HTREEITEM parent, HTREEITEM after) {
+  Index above = kNone;
+  Index before = kNone;
+  if (!FindPlace(parent, after, above, before)) return nullptr;
+  TreeItems::Node values;
+  values.text = static_cast<const char*>(record.GetText());
+  values.param = record.GetParam();
+  values.image = record.GetImage();
+  values.selected_image = record.GetSelectedImage();
+  values.state = record.GetState() & ~UINT{TVIS_SELECTED};
+  const bool is_first = items_[above].first_child == kNone;
+  const Index item = items_.Insert(above, before, std::move(values));
+  if (is_first && above != kNone) RowChanged(above);
+  if (const int row = items_.RowOf(item); row >= 0) RowsCame({row, 1});
+  return items_.HandleOf(item);
+}
+
+HTREEITEM CTreeCtrl::InsertItem(const char* text, HTREEITEM parent, HTREEITEM after) {
+  CTreeViewItemEx record;
+  record.SetText(text);
+  return InsertItem(record, parent, after);
+}
+
+HTREEITEM CTreeCtrl::InsertItem(CTreeItem& object, const CTreeViewItemEx& record, HTREEITEM parent,
+                                HTREEITEM after) {
+  if (object.tree_ != nullptr) object.tree_->DeleteItem(object.handle_);
+  const HTREEITEM handle = InsertItem(record, parent, after);
+  if (handle == nullptr) return nullptr;
+  items_[items_.Find(handle)].object = &object;
+  object.tree_ = this;
+  object.handle_ = handle;
+  return handle;
+}
+
+void CTreeCtrl::DropObjects(const std::vector<CTreeItem*>& gone) {
+  for (CTreeItem* const object : gone) {
+    object->tree_ = nullptr;
+    object->handle_ = nullptr;
+  }
+}
+
+/// Selects another item if the selected one is about to go with this one.
+void CTreeCtrl::LeaveSelection(Index doomed) {
+  if (selected_ == kNone || !items_.IsBelow(selected_, doomed)) return;
+  const TreeItems::Node& node = items_[doomed];
+  selected_ = kNone;
+  if (doomed == TreeItems::kRoot) return;
+  selected_ = node.next != kNone ? node.next : node.previous != kNone ? node.previous : node.parent;
+}
+
+void CTreeCtrl::Erase(Index item) {
+  const Index former = selected_;
+  const Index parent = items_[item].parent;
+  LeaveSelection(item);
+  std::vector<CTreeItem*> gone;
+  const TreeItems::Range rows = items_.Erase(item, gone);
+  DropObjects(gone);
+  if (parent != kNone && items_[parent].first_child == kNone) RowChanged(parent);
+  RowsWent(rows);
+  if (selected_ == former) return;
+  if (selected_ != kNone) InvalidateRow(items_.RowOf(selected_));
+  Tell(WindowChange::kSelection);
+}
+
+bool CTreeCtrl::DeleteItem(HTREEITEM item) {
+  const Index found = items_.Find(item);
+  if (found != kNone) Erase(found);
+  return found != kNone;
+}
+
+bool CTreeCtrl::DeleteAllItems() {
+  const bool had_items = items_.size() > 0;
+  if (had_items) Erase(TreeItems::kRoot);
+  return had_items;
+}
+
+HTREEITEM CTreeCtrl::GetRootItem() const {
+  return items_.HandleOf(items_[TreeItems::kRoot].first_child);
+}
+
+HTREEITEM CTreeCtrl::GetChildItem(HTREEITEM item) const {
+  if (item == TVI_ROOT) return GetRootItem();
+  const Index found = items_.Find(item);
+  return found == kNone ? nullptr : items_.HandleOf(items_[found].first_child);
+}
+
+HTREEITEM CTreeCtrl::GetNextSiblingItem(HTREEITEM item) const {
+  return items_.HandleOf(items_[items_.Find(item)].next);
+}
+
+HTREEITEM CTreeCtrl::GetPrevSiblingItem(HTREEITEM item) const {
+  return items_.HandleOf(items_[items_.Find(item)].previous);
+}
+
+HTREEITEM CTreeCtrl::GetParentItem(HTREEITEM item) const {
+  return items_.HandleOf(items_[items_.Find(item)].parent);
+}
+
+bool CTreeCtrl::SetItem(const CTreeViewItemEx& record) {
+  const Index item = items_.Find(record.GetItem());
+  if (item == kNone) return false;
+  TreeItems::Node& node = items_[item];
+  const UINT mask = record.GetMask();
+  const UINT bits = record.GetStateMask() & ~kOwnState;
+  if ((mask & TVIF_TEXT) != 0) node.text = static_cast<const char*>(record.GetText());
+  if ((mask & TVIF_IMAGE) != 0) node.image = record.GetImage();
+  if ((mask & TVIF_SELECTEDIMAGE) != 0) node.selected_image = record.GetSelectedImage();
+  if ((mask & TVIF_PARAM) != 0) node.param = record.GetParam();
+  if ((mask & TVIF_STATE) != 0) node.state = (node.state & ~bits) | (record.GetState() & bits);
+  if ((mask & ~UINT{TVIF_PARAM}) != 0) RowChanged(item);
+  return true;
+}
+
+bool CTreeCtrl::GetItem(CTreeViewItemEx& record) const {
+  const Index item = items_.Find(record.GetItem());
+  if (item == kNone) return false;
+  const TreeItems::Node& node = items_[item];
+  record.SetText(node.text.c_str());
+  record.SetImage(node.image);
+  record.SetSelectedImage(node.selected_image);
+  record.SetParam(node.param);
+  record.SetState(GetItemState(record.GetItem(), ~0U), ~0U);
+  return true;
+}
+
+CString CTreeCtrl::GetItemText(HTREEITEM item) const { return items_[items_.Find(item)].text; }
+
+bool CTreeCtrl::SetItemText(HTREEITEM item, const char* text) {
+  CTreeViewItemEx record;
+  record.SetItem(item);
+  record.SetText(text);
+  return SetItem(record);
+}
+
+UINT CTreeCtrl::GetItemState(HTREEITEM item, UINT mask) const {
+  const Index found = items_.Find(item);
+  if (found == kNone) return 0;
+  return (items_[found].state | (found == selected_ ? UINT{TVIS_SELECTED} : 0U)) & mask;
+}
+
+bool CTreeCtrl::SetItemState(HTREEITEM item, UINT state, UINT mask) {
+  CTreeViewItemEx record;
+  record.SetItem(item);
+  record.SetState(state, mask);
+  return SetItem(record);
+}
+
+LPARAM CTreeCtrl::GetItemData(HTREEITEM item) const { return items_[items_.Find(item)].param; }
+
+bool CTreeCtrl::SetItemData(HTREEITEM item, LPARAM param) {
+  const Index found = items_.Find(item);
+  if (found != kNone) items_[found].param = param;
+  return found != kNone;
+}
+
+CTreeItem* CTreeCtrl::GetItemObject(HTREEITEM item) const {
+  return items_[items_.Find(item)].object;
+}
+
+// ---- Rows
+
+bool CTreeCtrl::Expand(HTREEITEM item, UINT code) {
+  const Index found = items_.Find(item);
+  return found != kNone && SetExpanded(found, code);
+}
+
+bool CTreeCtrl::SetExpanded(Index item, UINT code) {
+  const bool expanded = items_.IsExpanded(item);
+  const bool expand = code == TVE_TOGGLE ? !expanded : code == TVE_EXPAND;
+  if ((code != TVE_EXPAND && code != TVE_COLLAPSE && code != TVE_TOGGLE) || expand == expanded) {
+    return false;
+  }
+  const bool hides_selected = !expand && selected_ != item && items_.IsBelow(selected_, item);
+  const TreeItems::Range rows = items_.Expand(item, expand);
+  RowChanged(item);
+  expand ? RowsCame(rows) : RowsWent(rows);
+  if (hides_selected) Select(item);
+  return true;
+}
+
+bool CTreeCtrl::IsExpanded(HTREEITEM item) const {
+  const Index found = items_.Find(item);
+  return found != kNone && items_.IsExpanded(found);
+}
+
+bool CTreeCtrl::SelectItem(HTREEITEM item) {
+  const Index found = items_.Find(item);
+  if (found == kNone && item != nullptr) return false;
+  Select(found);
+  return true;
+}
+
+/// Whether that changed anything.
+bool CTreeCtrl::Select(Index item) {
+  if (item == selected_) return false;
+  const Index former = std::exchange(selected_, item);
+  for (const Index each : {former, item}) {
+    if (each != kNone) InvalidateRow(items_.RowOf(each));
+  }
+  Tell(WindowChange::kSelection);
+  return true;
+}
+
+void CTreeCtrl::RowsCame(const TreeItems::Range& rows) {
+  if (rows.count == 0) return;
+  // What is in sight stays where it is.
+  if (rows.first < top_) top_ += rows.count;
+  Tell(WindowChange::kRowsInserted, {rows.first, rows.count});
+  const int behind_sight = top_ + GetPageRows() + 1;
+  if (rows.first < behind_sight) {
+    Measure(rows.first, std::min(rows.first + rows.count, behind_sight));
+    Invalidate();
+  }
+  UpdateScrolling();
+}
+
+void CTreeCtrl::RowsWent(const TreeItems::Range& rows) {
+  if (rows.count == 0) return;
+  const bool is_in_sight = rows.first <= top_ + GetPageRows();
+  if (rows.first < top_) top_ -= std::min(rows.count, top_ - rows.first);
+  Tell(WindowChange::kRowsRemoved, {rows.first, rows.count});
+  if (is_in_sight) Invalidate();
+  if (GetRowCount() == 0) content_width_ = 0;
+  UpdateScrolling();
+}
+
+void CTreeCtrl::RowChanged(Index item) {
+  const int row = items_.RowOf(item);
+  if (row < 0) return;
+  Tell(WindowChange::kRowsChanged, {row, 1});
+  InvalidateRow(row);
+  if (row < top_ || row > top_ + GetPageRows()) return;
+  Measure(row, row + 1);
+  UpdateScrolling();
+}
+
+// ---- What is in sight
+
+int CTreeCtrl::GetPageRows() const {
+  return std::max(1, static_cast<int>(GetClientRect().Height()) / GetRowHeight());
+}
+
+int CTreeCtrl::GetLastTop() const { return std::max(0, GetRowCount() - GetPageRows()); }
+
+void CTreeCtrl::SetTopRow(int row) { ScrollTo(row, left_); }
+
+/// Whether that changed anything.
+bool CTreeCtrl::ScrollTo(int top, int left) {
+  const int widest = std::max(0, content_width_ - static_cast<int>(GetClientRect().Width()));
+  top = std::clamp(top, 0, GetLastTop());
+  left = std::clamp(left, 0, widest);
+  if (top == top_ && left == left_) return false;
+  top_ = top;
+  left_ = left;
+  Measure(top_, top_ + GetPageRows() + 1);
+  Invalidate();
+  UpdateScrolling();
+  return true;
+}
+
+/// Brings the scroll bars up to date. They may change the client area, which brings it here again.
+void CTreeCtrl::UpdateScrolling() {
+  if (GetSafeHwnd() == nullptr) return;
+  const detail::Watched self(*this);
+  const int rows = GetRowCount();
+  const int row_unit = UnitOf(rows);
+  SetScrollInfo(SB_VERT, {.nMin = 0,
+                          .nMax = std::max(0, rows - 1) / row_unit,
+                          .nPage = std::max(1, GetPageRows() / row_unit),
+                          .nPos = top_ / row_unit});
+  if (!self.IsThere()) return;
+  const int width = static_cast<int>(GetClientRect().Width());
+  const int unit = UnitOf(content_width_);
+  SetScrollInfo(SB_HORZ, {.nMin = 0,
+                          .nMax = std::max(0, content_width_ - 1) / unit,
+                          .nPage = std::max(1, width / unit),
+                          .nPos = left_ / unit});
+  if (self.IsThere()) ScrollTo(top_, left_);
+}
+
+/// Where a use of a scroll bar scrolls to.
+int CTreeCtrl::Scrolled(ScrollBar bar, WPARAM wparam) const {
+  const bool is_vertical = bar == SB_VERT;
+  const int range = is_vertical ? GetRowCount() : content_width_;
+  const int page = is_vertical ? GetPageRows() : static_cast<int>(GetClientRect().Width());
+  const int line = is_vertical ? 1 : GetRowHeight();
+  const int position = is_vertical ? top_ : left_;
+  switch (LoWord(wparam)) {
+    case SB_LINEUP:
+      return position - line;
+    case SB_LINEDOWN:
+      return position + line;
+    case SB_PAGEUP:
+      return position - page;
+    case SB_PAGEDOWN:
+      return position + page;
+    case SB_TOP:
+      return 0;
+    case SB_BOTTOM:
+      return range;
+    case SB_THUMBPOSITION:
+    case SB_THUMBTRACK: {
+      const SCROLLINFO info = GetScrollInfo(bar);
+      const bool is_last = HiWord(wparam) > info.nMax - info.nPage;
+      return is_last ? range : HiWord(wparam) * UnitOf(range);
+    }
+    default:
+      return position;
+  }
+}
+
+bool CTreeCtrl::EnsureVisible(HTREEITEM item) {
+  const Index found = items_.Find(item);
+  if (found == kNone) return false;
+  // From the top down, so that each comes into the rows once.
+  std::vector<Index> above;
+  for (Index each = items_[found].parent; each != kNone; each = items_[each].parent) {
+    if (!items_.IsExpanded(each)) above.push_back(each);
+  }
+  for (; !above.empty(); above.pop_back()) SetExpanded(above.back(), TVE_EXPAND);
+  const int row = items_.RowOf(found);
+  if (row < top_) {
+    SetTopRow(row);
+  } else if (row >= top_ + GetPageRows()) {
+    SetTopRow(row - GetPageRows() + 1);
+  }
+  return true;
+}
+
+int CTreeCtrl::RowAt(LONG y) const {
+  return y < 0 ? -1 : top_ + static_cast<int>(y) / GetRowHeight();
+}
+
+HTREEITEM CTreeCtrl::HitTest(const CPoint& point, UINT* flags) const {
+  const CRect client = GetClientRect();
+  UINT where =
+      (point.x < 0 ? UINT{TVHT_TOLEFT} : 0U) | (point.x >= client.right ? UINT{TVHT_TORIGHT} : 0U) |
+      (point.y < 0 ? UINT{TVHT_ABOVE} : 0U) | (point.y >= client.bottom ? UINT{TVHT_BELOW} : 0U);
+  const int row = where == 0 ? RowAt(point.y) : -1;
+  const Index item = items_.AtRow(row);
+  if (item != kNone) {
+    const RowParts parts = PartsOf(item, row);
+    where = parts.button.PtInRect(point)  ? TVHT_ONITEMBUTTON
+            : parts.state.PtInRect(point) ? TVHT_ONITEMSTATEICON
+            : parts.image.PtInRect(point) ? TVHT_ONITEMICON
+            : parts.text.PtInRect(point)  ? TVHT_ONITEMLABEL
+            : point.x >= parts.text.right ? TVHT_ONITEMRIGHT
+                                          : TVHT_ONITEMINDENT;
+  } else if (where == 0) {
+    where = TVHT_NOWHERE;
+  }
+  if (flags != nullptr) *flags = where;
+  return items_.HandleOf(item);
+}
+
+bool CTreeCtrl::GetItemRect(HTREEITEM item, CRect* rect, bool text_only) const {
+  const Index found = items_.Find(item);
+  const int row = items_.RowOf(found);
+  if (row < 0 || rect == nullptr) return false;
+  const RowParts parts = PartsOf(found, row);
+  *rect = text_only ? parts.text : parts.row;
+  return true;
+}
+
+bool CTreeCtrl::GetStateImageRect(HTREEITEM item, CRect* rect) const {
+  const Index found = items_.Find(item);
+  const int row = items_.RowOf(found);
+  if (row < 0 || rect == nullptr) return false;
+  *rect = PartsOf(found, row).state;
+  return true;
+}
+
+}  // namespace dq
