@@ -380,6 +380,21 @@ class SettingsTest(transcript.TranscriptTest):
             self.assertEqual(self.dqtool("settings", "list"), (0, b"", b""), words)
         self.assertEqual([name for _, _, names in os.walk(self.directory) for name in names], [])
 
+    def test_menus(self):
+        self.play(r"""
+            m := item 1 "Alpha"\nseparator\npopup "&P" grayed\nitem 2 "x\\t\\"q\\""\nend\nitem 3 "Gamma" checked\n
+            n := item 9 "Gamma"\nitem 65535 "Zeta"\n
+            [menu]
+            => ~45340\t0\t45341\t\t\tClose this tab window\n.*45350\t2\t57634\t\tc\t&Copy\\x09Ctrl\+C\n.*
+            --json => ~\[\n{"menu":45340,"position":0,"id":45341,"picture":null,"mnemonic":"","text":"Close this tab window"},\n.*
+            --press C => 45350\t2\t&Copy\\x09Ctrl+C ;; --press x =>1 ;; --press '' =>2 ! CH is a character
+            m --insert Beta => item 1 "Alpha"\nseparator\npopup "&P" grayed\n  item 2 "x\\t\\"q\\""\nend\nitem 4 "Beta"\nitem 3 "Gamma" checked
+            m --extend n => ~.*\nend\nitem 9 "Gamma"\nitem 65535 "Zeta" ;; n --insert a => item 1 "a"\nitem 9 "Gamma"\nitem 65535 "Zeta"
+            m --clean => item 1 "Alpha"\nseparator\npopup "&P" grayed\n  item 2 "x\\t\\"q\\""\nend\nitem 3 "Gamma" checked
+            m --clean --insert x =>2 ! only one of --insert, --extend and --clean
+            - < popup "" =>1 ! standard input: line 1: a popup has no end ;; none =>1 ! cannot read none: No such file or directory
+            """)
+
     def test_dialogs_and_the_options_that_they_keep_if_left_by_ok(self):
         self.play(r"""
             [dialog]
