@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "dqlib/frame/resources.h"
+#include "dqlib/framework/controls/sft_tabs.h"
 #include "dqlib/framework/windows/ui_state.h"
-#include "dqlib/toolkit/tab_strip.h"
 
 namespace dq {
 
@@ -31,9 +31,7 @@ CString CDQSftTabsPage::GetTitle() const {
 bool CDQSftTabsPage::ClosePossible() { return GetSafeHwnd() == nullptr || UpdateData(1) != 0; }
 
 CDQSftTabsDialog::CDQSftTabsDialog(UINT template_id, CWnd* parent, int tabs_id, int place_id)
-    : CDQDialog(template_id, parent), m_nTabsID(tabs_id), m_nPlaceID(place_id) {
-  detail::RegisterTabStrip();
-}
+    : CDQDialog(template_id, parent), m_nTabsID(tabs_id), m_nPlaceID(place_id) {}
 
 CDQSftTabsDialog::~CDQSftTabsDialog() {
   for (const Entry& each : m_pages) each.page->m_pDialog = nullptr;
@@ -51,7 +49,7 @@ void CDQSftTabsDialog::RemovePage(const CDQSftTabsPage& page) {
                                                   : std::ranges::find(m_pages, &page, &Entry::page);
   const int index = static_cast<int>(found - m_pages.begin());
   m_pages.erase(found);
-  if (CDQTabStrip* const tabs = Tabs()) tabs->DeleteString(index);
+  if (CSftTabs* const tabs = Tabs()) tabs->DeleteTab(index);
   if (m_nActive == index) m_nActive = -1;
   if (m_nActive > index) --m_nActive;
 }
@@ -61,9 +59,7 @@ CDQSftTabsPage* CDQSftTabsDialog::GetPage(int index) const {
                                               : nullptr;
 }
 
-CDQTabStrip* CDQSftTabsDialog::Tabs() const {
-  return dynamic_cast<CDQTabStrip*>(GetDlgItem(m_nTabsID));
-}
+CSftTabs* CDQSftTabsDialog::Tabs() const { return dynamic_cast<CSftTabs*>(GetDlgItem(m_nTabsID)); }
 
 bool CDQSftTabsDialog::IsTabEnabled(int index) const {
   return GetPage(index) != nullptr && m_pages[static_cast<std::size_t>(index)].enabled;
@@ -72,17 +68,17 @@ bool CDQSftTabsDialog::IsTabEnabled(int index) const {
 void CDQSftTabsDialog::EnableTab(int index, bool enable) {
   if (GetPage(index) == nullptr) return;
   m_pages[static_cast<std::size_t>(index)].enabled = enable;
-  if (CDQTabStrip* const tabs = Tabs()) tabs->EnableTab(index, enable);
+  if (CSftTabs* const tabs = Tabs()) tabs->EnableTab(index, enable);
 }
 
 BOOL CDQSftTabsDialog::OnInitDialog() {
   const HWND self = GetSafeHwnd();
   const BOOL focus = CDQDialog::OnInitDialog();
   if (!IsStill(self)) return 0;
-  if (CDQTabStrip* const tabs = Tabs()) {
-    tabs->ResetContent();
+  if (CSftTabs* const tabs = Tabs()) {
+    tabs->DeleteAllTabs();
     for (int at = 0; at < GetPageCount(); ++at) {
-      tabs->AddString(GetPage(at)->GetTitle());
+      tabs->AddTab(GetPage(at)->GetTitle());
       tabs->EnableTab(at, IsTabEnabled(at));
     }
   }
@@ -123,7 +119,7 @@ bool CDQSftTabsDialog::Open(int index) {
   if (!IsStill(self) || !made) return false;
   CDQSftTabsPage* const former = GetPage(m_nActive);
   m_nActive = index;
-  if (CDQTabStrip* const tabs = Tabs()) tabs->SetCurSel(index);
+  if (CSftTabs* const tabs = Tabs()) tabs->SetCurSel(index);
   const auto stays = [&] { return IsStill(self) && GetPage(m_nActive) == &page; };
   if (former != nullptr) former->ShowWindow(SW_HIDE);
   if (stays()) page.ShowWindow(SW_SHOW);
@@ -168,7 +164,7 @@ void CDQSftTabsDialog::OnCancel() {
 }
 
 bool CDQSftTabsDialog::CallMapped(const HandlerKey& key, HandlerArguments& arguments) {
-  if (key.message == WM_COMMAND && key.code == CDQTabStrip::kTabWished &&
+  if (key.message == WM_COMMAND && key.code == CSftTabs::kTabWished &&
       key.id == static_cast<UINT>(m_nTabsID) && !arguments.only_ask) {
     OnTabWished();
     return true;
@@ -177,7 +173,7 @@ bool CDQSftTabsDialog::CallMapped(const HandlerKey& key, HandlerArguments& argum
 }
 
 void CDQSftTabsDialog::OnTabWished() {
-  if (const CDQTabStrip* const tabs = Tabs()) SetActivePage(tabs->GetWished());
+  if (const CSftTabs* const tabs = Tabs()) SetActivePage(tabs->GetWished());
 }
 
 void CDQSftTabsDialog::OnHelp() {

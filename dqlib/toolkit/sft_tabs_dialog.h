@@ -17,7 +17,7 @@
 namespace dq {
 
 class CDQSftTabsDialog;
-class CDQTabStrip;
+class CSftTabs;
 
 /// One page. Its window is made when it first becomes active, and lives until the dialog closes.
 class CDQSftTabsPage : public CDQChildDialog {
@@ -95,7 +95,7 @@ class CDQSftTabsDialog : public CDQDialog {
   void OnCancel() override;
   bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override;
   /// The control for the tabs, or null.
-  CDQTabStrip* Tabs() const;
+  CSftTabs* Tabs() const;
 
  private:
   friend class CDQSftTabsPage;

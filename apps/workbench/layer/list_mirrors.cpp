@@ -2,16 +2,17 @@
 
 #include "apps/workbench/layer/gtk_window.h"
 #include "apps/workbench/layer/layer.h"
+#include "apps/workbench/layer/tab_mirror.h"
 #include "apps/workbench/layer/text.h"
 #include "apps/workbench/layer/trace.h"
 #include "dqlib/framework/controls/list_box.h"
-#include "dqlib/toolkit/tab_strip.h"
+#include "dqlib/framework/controls/sft_tabs.h"
 
 namespace workbench {
 
 using dq::CCheckListBox;
-using dq::CDQTabStrip;
 using dq::CListBox;
+using dq::CSftTabs;
 using dq::CWnd;
 using dq::WindowChange;
 
@@ -135,31 +136,31 @@ bool ListMirror::TakeKey(const KeyStroke& stroke) {
 // ---- Tabs
 
 bool TabListMirror::Serves(const CWnd& window) const {
-  return window.GetPlace().Height() > window.GetPlace().Width();
+  return !DrawsItsTabs(window) && window.GetPlace().Height() > window.GetPlace().Width();
 }
 
 int TabListMirror::Count() const {
-  const auto* const tabs = As<CDQTabStrip>();
+  const auto* const tabs = As<CSftTabs>();
   return tabs == nullptr ? 0 : tabs->GetCount();
 }
 
 wxString TabListMirror::Text(int row) const {
-  return ToNative(As<CDQTabStrip>()->GetLabel(row).View());
+  return ToNative(As<CSftTabs>()->GetTabLabel(row).View());
 }
 
 bool TabListMirror::IsSelected(int row) const { return row == CurrentRow(); }
 
-bool TabListMirror::IsEnabled(int row) const { return As<CDQTabStrip>()->IsTabEnabled(row); }
+bool TabListMirror::IsEnabled(int row) const { return As<CSftTabs>()->IsTabEnabled(row); }
 
 int TabListMirror::CurrentRow() const {
-  const auto* const tabs = As<CDQTabStrip>();
+  const auto* const tabs = As<CSftTabs>();
   return tabs == nullptr ? -1 : tabs->GetCurSel();
 }
 
 void TabListMirror::GoTo(int row) {
   // The parent may refuse; then the caret goes back.
   layer().Mark(window(), WindowChange::kSelection);
-  if (auto* const tabs = As<CDQTabStrip>()) tabs->Choose(row);
+  if (auto* const tabs = As<CSftTabs>()) tabs->Choose(row);
 }
 
 }  // namespace workbench

@@ -19,13 +19,13 @@
 #include "dqlib/framework/controls/hot_key.h"
 #include "dqlib/framework/controls/list_box.h"
 #include "dqlib/framework/controls/progress.h"
+#include "dqlib/framework/controls/sft_tabs.h"
 #include "dqlib/framework/controls/spin_button.h"
 #include "dqlib/framework/controls/static.h"
 #include "dqlib/framework/controls/tool_tip.h"
 #include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/status_bar.h"
 #include "dqlib/framework/windows/tool_bar.h"
-#include "dqlib/toolkit/tab_strip.h"
 
 namespace workbench {
 namespace {
@@ -69,11 +69,12 @@ constexpr Row kRows[] = {
     {Is<dq::CProgressCtrl>, Make<ProgressMirror>},
     {Is<dq::CHotKeyCtrl>, Make<HotKeyMirror>},
     {Is<dq::CDateTimeCtrl>, Make<DateTimeMirror>},
+    {[](const CWnd& window) { return DrawsItsTabs(window); }, Make<DrawnTabsMirror>},
     {[](const CWnd& window) {
-       return Is<dq::CDQTabStrip>(window) && window.GetPlace().Height() > window.GetPlace().Width();
+       return Is<dq::CSftTabs>(window) && window.GetPlace().Height() > window.GetPlace().Width();
      },
      Make<TabListMirror>},
-    {Is<dq::CDQTabStrip>, Make<TabMirror>},
+    {Is<dq::CSftTabs>, Make<TabMirror>},
     {[](const CWnd& window) { return window.GetWindowClass() == "SysTabControl32"; },
      Make<TabMirror>},
     {Is<dq::CToolBar>, Make<ToolBarMirror>},

@@ -8,19 +8,37 @@
 #include "apps/workbench/layer/layer.h"
 #include "apps/workbench/layer/text.h"
 #include "apps/workbench/layer/trace.h"
+#include "dqlib/framework/controls/sft_tabs.h"
 #include "dqlib/platform/dialog_view.h"
-#include "dqlib/toolkit/tab_strip.h"
 
 namespace workbench {
 
 using dq::CWnd;
 using dq::WindowChange;
 
+namespace {
+
+/// Adds where the tabs lie, which `rect_of` tells by their index.
+template <typename RectOf>
+void AddTabs(TraceLine& line, int count, RectOf rect_of) {
+  std::string tabs = "[";
+  for (int at = 0; at < count; ++at) {
+    const wxRect rect = rect_of(at);
+    if (at > 0) tabs += ',';
+    tabs += '[' + std::to_string(rect.x) + ',' + std::to_string(rect.y) + ',' +
+            std::to_string(rect.width) + ',' + std::to_string(rect.height) + ']';
+  }
+  line.AddRaw("tabs", tabs + ']');
+}
+
+}  // namespace
+
 wxNotebook& TabMirror::book() const { return static_cast<wxNotebook&>(*native()); }
 
 bool TabMirror::Serves(const CWnd& window) const {
-  const bool is_strip = dynamic_cast<const dq::CDQTabStrip*>(&window) != nullptr;
-  return !is_strip || window.GetPlace().Height() <= window.GetPlace().Width();
+  const auto* const strip = dynamic_cast<const dq::CSftTabs*>(&window);
+  if (strip == nullptr) return true;
+  return !strip->HasOwnLook() && window.GetPlace().Height() <= window.GetPlace().Width();
 }
 
 wxWindow* TabMirror::DoMake(wxWindow* parent) {
@@ -43,7 +61,7 @@ std::vector<wxString> TabMirror::Labels() const {
 }
 
 int TabMirror::Current() const {
-  if (const auto* const strip = As<dq::CDQTabStrip>()) return strip->GetCurSel();
+  if (const auto* const strip = As<dq::CSftTabs>()) return strip->GetCurSel();
   dq::platform::DialogControl control;
   window().Describe(control);
   const auto found = std::ranges::find(control.items, control.value);
@@ -60,7 +78,7 @@ void TabMirror::ShowContent(const Changes&) {
     } else if (book().GetPageText(at) != labels[at]) {
       book().SetPageText(at, labels[at]);
     }
-    if (const auto* const strip = As<dq::CDQTabStrip>()) {
+    if (const auto* const strip = As<dq::CSftTabs>()) {
       EnableTab(book(), static_cast<int>(at), strip->IsTabEnabled(static_cast<int>(at)));
     }
   }
@@ -72,7 +90,7 @@ void TabMirror::ShowContent(const Changes&) {
 
 void TabMirror::Choose(int index) {
   layer().Mark(window(), WindowChange::kSelection);
-  if (auto* const strip = As<dq::CDQTabStrip>()) {
+  if (auto* const strip = As<dq::CSftTabs>()) {
     strip->Choose(index);
   } else {
     // By its number from 1, for labels may be alike.
@@ -90,14 +108,21 @@ bool TabMirror::TakeKey(const KeyStroke& stroke) {
 }
 
 void TabMirror::Trace(TraceLine& line) const {
-  std::string tabs = "[";
-  for (int at = 0; at < static_cast<int>(book().GetPageCount()); ++at) {
-    const wxRect rect = TabRect(book(), at);
-    if (at > 0) tabs += ',';
-    tabs += '[' + std::to_string(rect.x) + ',' + std::to_string(rect.y) + ',' +
-            std::to_string(rect.width) + ',' + std::to_string(rect.height) + ']';
-  }
-  line.AddRaw("tabs", tabs + ']');
+  AddTabs(line, static_cast<int>(book().GetPageCount()),
+          [this](int at) { return TabRect(book(), at); });
+}
+
+bool DrawsItsTabs(const CWnd& window) {
+  const auto* const strip = dynamic_cast<const dq::CSftTabs*>(&window);
+  return strip != nullptr && strip->HasOwnLook();
+}
+
+void DrawnTabsMirror::Trace(TraceLine& line) const {
+  PlainMirror::Trace(line);
+  const auto* const strip = As<dq::CSftTabs>();
+  if (strip == nullptr) return;
+  AddTabs(line, strip->GetTabCount(),
+          [&](int at) { return scale().ToNative(strip->GetTabRect(at)); });
 }
 
 }  // namespace workbench

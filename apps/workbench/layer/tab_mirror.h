@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "apps/workbench/layer/mirror.h"
+#include "apps/workbench/layer/plain_mirrors.h"
 
 class wxNotebook;
 
@@ -30,5 +30,15 @@ class TabMirror : public Mirror {
   /// As an act: the person wants the page.
   void Choose(int index);
 };
+
+/// Tabs with a look of their own, which they draw.
+class DrawnTabsMirror : public PlainMirror {
+ public:
+  using PlainMirror::PlainMirror;
+  void Trace(TraceLine& line) const override;
+};
+
+/// Whether the window is such a row of tabs.
+bool DrawsItsTabs(const dq::CWnd& window);
 
 }  // namespace workbench

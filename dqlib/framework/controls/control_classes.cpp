@@ -12,6 +12,7 @@
 #include "dqlib/framework/controls/hot_key.h"
 #include "dqlib/framework/controls/list_box.h"
 #include "dqlib/framework/controls/progress.h"
+#include "dqlib/framework/controls/sft_tabs.h"
 #include "dqlib/framework/controls/spin_button.h"
 #include "dqlib/framework/controls/static.h"
 #include "dqlib/framework/controls/tool_tip.h"
@@ -108,6 +109,8 @@ std::unique_ptr<CWnd> MakeProgress(const ControlTemplate& from) {
   return Make<CProgressCtrl>(from);
 }
 
+std::unique_ptr<CWnd> MakeTabs(const ControlTemplate& from) { return Make<CSftTabs>(from); }
+
 std::unique_ptr<CWnd> MakeToolTip(const ControlTemplate& from) { return Make<CToolTipCtrl>(from); }
 
 }  // namespace
@@ -124,6 +127,7 @@ bool detail::RegisterControlClasses() {
   RegisterControlClass("DateTime", &MakeDateTime);
   RegisterControlClass("HotKey", &MakeHotKey);
   RegisterControlClass("Progress", &MakeProgress);
+  RegisterControlClass("TabStrip", &MakeTabs);
   RegisterControlClass("ToolTip", &MakeToolTip);
   return true;
 }

@@ -40,6 +40,12 @@ int RowStore::SortedPlace(std::string_view text) const {
                           order_.begin());
 }
 
+void RowStore::SetText(int index, std::string_view text) {
+  Entry& entry = order_[static_cast<std::size_t>(index)];
+  entry.hash = HashOf(multi_byte::Lower(text));
+  slots_[entry.slot].text = text;
+}
+
 void RowStore::Erase(int index) {
   const std::uint32_t slot = order_[static_cast<std::size_t>(index)].slot;
   slots_[slot] = {};

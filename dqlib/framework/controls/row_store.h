@@ -38,6 +38,7 @@ class RowStore {
   void Insert(int index, std::string_view text);
   /// Where a text comes among rows that are sorted with case ignored: behind its equals.
   int SortedPlace(std::string_view text) const;
+  void SetText(int index, std::string_view text);
   void Erase(int index);
   void Clear();
 

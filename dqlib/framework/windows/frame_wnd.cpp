@@ -142,9 +142,13 @@ void CFrameWnd::RecalcLayout() {
       if (!self.IsThere()) return;
     }
     view_rect_ = room;
-    if (CWnd* const pane = GetDlgItem(kFirstPaneId)) pane->MoveWindow(room);
+    LayOutView(room);
     if (!self.IsThere()) return;
   }
+}
+
+void CFrameWnd::LayOutView(const CRect& room) {
+  if (CWnd* const pane = GetDlgItem(kFirstPaneId)) pane->MoveWindow(room);
 }
 
 void CFrameWnd::InitialUpdateFrame(CDocument*, bool visible) {

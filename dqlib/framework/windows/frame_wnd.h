@@ -124,6 +124,9 @@ class CFrameWnd : public CWnd {
   /// Makes what fills the client area. The base makes the view of the context's class, if it has
   /// one. False refuses, and the frame ends.
   virtual bool OnCreateClient(const CCreateContext* context);
+  /// Lays out what fills the part of the client area that the bars leave. The base gives all of it
+  /// to the child `kFirstPaneId`.
+  virtual void LayOutView(const CRect& room);
   /// The person, or the system, closes the frame. The base asks the active document whether it can
   /// close, and if this is the application's main window, all documents; then it closes the
   /// document, if the frame has the only views of it and it is deleted with them, or ends the
