@@ -141,7 +141,7 @@ bool TabListMirror::Serves(const CWnd& window) const {
 
 int TabListMirror::Count() const {
   const auto* const tabs = As<CSftTabs>();
-  return tabs == nullptr ? 0 : tabs->GetCount();
+  return tabs == nullptr ? 0 : tabs->GetTabCount();
 }
 
 wxString TabListMirror::Text(int row) const {
