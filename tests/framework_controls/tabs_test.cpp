@@ -117,13 +117,13 @@ struct Sheets : testing::Test {
       sheets[at].Create("Sheet", std::to_string(at).c_str(), {0, 0, 100, 100}, &book);
     }
   }
-  /// The labels, with marks for the current one and those that are disabled.
+  /// The labels, with a mark for the current one.
   std::string Tabs() {
-    const CSftTabs& tabs = book.GetTabControl();
+    const SEC3DTabControl& tabs = book.GetTabControl();
     std::string text;
     for (int at = 0; at < tabs.GetTabCount(); ++at) {
       text += tabs.GetTabLabel(at).View();
-      text += at == tabs.GetCurSel() ? "*" : tabs.IsTabEnabled(at) ? " " : "- ";
+      text += at == tabs.GetActiveTab() ? "*" : " ";
     }
     return text;
   }
@@ -133,27 +133,29 @@ struct Sheets : testing::Test {
 };
 
 TEST_F(Sheets, HaveATabEachInTheirWorkbook) {
-  CSftTabs& tabs = book.GetTabControl();
+  SEC3DTabControl& tabs = book.GetTabControl();
   EXPECT_TRUE(Tabs() == "0 1 2*" && !tabs.IsShown());
   EXPECT_EQ(Text(book.GetMDIClient()->GetPlace()), "0,0-400,300");
   book.SetWorkbookMode(true);
   EXPECT_EQ(Text(book.GetMDIClient()->GetPlace()) + Text(tabs.GetPlace()),
-            "0,0-400,2770,277-400,300");
+            "0,0-400,2760,276-400,300");
   tabs.SendMessage(WM_LBUTTONDOWN, 0, MakeLParam(30, 10));
   EXPECT_TRUE(book.MDIGetActive() == &sheets[1] && Tabs() == "0 1*2 ");
   sheets[0].SetWindowText("Zero");
   sheets[1].ShowWindow(SW_HIDE);
-  EXPECT_EQ(Tabs(), "Zero 1- 2*");
+  EXPECT_EQ(Tabs(), "Zero 1 2*");
+  tabs.Choose(1);
+  EXPECT_TRUE(sheets[1].IsShown() && Tabs() == "Zero 1*2 ");
+  sheets[1].ShowWindow(SW_HIDE);
   sheets[2].DestroyWindow();
   book.AddSheet(&sheets[0]);
   book.AddSheet(&sheets[2]);
   book.AddSheet(nullptr);
-  EXPECT_TRUE(Tabs() == "Zero*1- " && book.GetSheet(1) == &sheets[1] &&
-              book.GetSheet(2) == nullptr);
+  EXPECT_TRUE(Tabs() == "Zero*1 " && book.GetSheet(1) == &sheets[1] && book.GetSheet(2) == nullptr);
   EXPECT_TRUE(book.FindSheet(&sheets[1]) == 1 && book.FindSheet(&sheets[2]) == -1);
   CMDIChildWnd plain;
   plain.Create("Child", "", {}, &book);
-  EXPECT_EQ(Tabs(), "Zero 1- ") << "no sheet is active";
+  EXPECT_EQ(Tabs(), "Zero 1 ") << "no sheet is active";
   book.SetWorkbookMode(false);
   EXPECT_EQ(Text(book.GetMDIClient()->GetPlace()), "0,0-400,300");
   SECWorksheetWnd alone;

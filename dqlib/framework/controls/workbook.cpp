@@ -11,7 +11,7 @@ using detail::Watched;
 IMPLEMENT_DYNCREATE(SECWorkbook, CMDIFrameWnd)
 IMPLEMENT_DYNCREATE(SECWorksheetWnd, CMDIChildWnd)
 
-SECWorkbook::SECWorkbook() { m_tabs.SetStyle(kTabsFlatBelow); }
+SECWorkbook::SECWorkbook() { m_tabs.SetAtBottom(true); }
 
 SECWorkbook::~SECWorkbook() { EndInDestructor(); }
 
@@ -27,26 +27,20 @@ void SECWorkbook::SetWorkbookMode(bool workbook) {
 // ---- Sheets
 
 int SECWorkbook::FindSheet(const SECWorksheetWnd* sheet) const {
-  if (sheet == nullptr || sheet->GetSafeHwnd() == nullptr) return -1;
-  const auto data = reinterpret_cast<std::uintptr_t>(sheet->GetSafeHwnd());
-  for (int at = 0; at < GetSheetCount(); ++at) {
-    if (m_tabs.GetTabData(at) == data) return at;
-  }
-  return -1;
+  return sheet == nullptr ? -1 : m_tabs.FindTab(sheet->GetSafeHwnd());
 }
 
 SECWorksheetWnd* SECWorkbook::GetSheet(int index) const {
-  CWnd* const window = FromHandle(reinterpret_cast<HWND>(m_tabs.GetTabData(index)));
+  CWnd* const window = m_tabs.GetTabWindow(index);
   return DYNAMIC_DOWNCAST(SECWorksheetWnd, window);
 }
 
 void SECWorkbook::AddSheet(SECWorksheetWnd* sheet) {
   if (sheet == nullptr || sheet->GetWorkbook() != this || FindSheet(sheet) >= 0) return;
-  const int index = m_tabs.AddTab(sheet->GetWindowText());
-  m_tabs.SetTabData(index, reinterpret_cast<std::uintptr_t>(sheet->GetSafeHwnd()));
+  m_tabs.InsertTab(m_tabs.GetTabCount(), sheet->GetWindowText(), sheet->GetSafeHwnd());
 }
 
-void SECWorkbook::RemoveSheet(SECWorksheetWnd* sheet) { m_tabs.DeleteTab(FindSheet(sheet)); }
+void SECWorkbook::RemoveSheet(SECWorksheetWnd* sheet) { m_tabs.RemoveTab(FindSheet(sheet)); }
 
 void SECWorkbook::InvalidateTab(SECWorksheetWnd* sheet) {
   m_tabs.InvalidateRect(m_tabs.GetTabRect(FindSheet(sheet)));
@@ -56,10 +50,27 @@ void SECWorkbook::InvalidateTab(SECWorksheetWnd* sheet) {
 void SECWorkbook::UpdateTab(const SECWorksheetWnd& sheet) {
   const int index = FindSheet(&sheet);
   if (index < 0) return;
-  m_tabs.SetTabLabel(index, sheet.GetWindowText());
-  if (m_tabs.IsTabEnabled(index) != sheet.IsShown()) m_tabs.EnableTab(index, sheet.IsShown());
+  if (m_tabs.GetTabLabel(index) != sheet.GetWindowText()) {
+    m_tabs.SetTabLabel(index, sheet.GetWindowText());
+  }
   const bool is_active = MDIGetActive() == &sheet;
-  if (is_active != (m_tabs.GetCurSel() == index)) m_tabs.SetCurSel(is_active ? index : -1);
+  if (is_active == (m_tabs.GetActiveTab() == index)) return;
+  m_tabs.ActivateTab(is_active ? index : -1);
+  if (is_active) m_tabs.ScrollToTab(index);
+}
+
+/// A person has turned to a tab: its sheet is to be the active one, or the tab of the one that
+/// stays is it again.
+void SECWorkbook::OnTabActivated() {
+  SECWorksheetWnd* const sheet = GetSheet(m_tabs.GetActiveTab());
+  if (sheet == nullptr) return;
+  const Watched self(*this);
+  const HWND handle = sheet->GetSafeHwnd();
+  if (!sheet->IsShown()) sheet->ShowWindow(SW_SHOW);
+  if (self.IsThere() && FromHandle(handle) == sheet) MDIActivate(sheet);
+  if (!self.IsThere()) return;
+  const CMDIChildWnd* const active = MDIGetActive();
+  m_tabs.ActivateTab(active == nullptr ? -1 : m_tabs.FindTab(active->GetSafeHwnd()));
 }
 
 // ---- The frame
@@ -68,7 +79,7 @@ void SECWorkbook::LayOutView(const CRect& room) {
   CRect rest = room;
   const Watched self(*this);
   if (m_bWorkbookMode && m_tabs.GetSafeHwnd() != nullptr) {
-    rest.bottom = std::max<LONG>(room.top, room.bottom - m_tabs.GetWantedHeight());
+    rest.bottom = std::max<LONG>(room.top, room.bottom - m_tabs.GetIdealHeight());
     m_tabs.MoveWindow({room.left, rest.bottom, room.right, room.bottom});
     if (!self.IsThere()) return;
   }
@@ -76,28 +87,24 @@ void SECWorkbook::LayOutView(const CRect& room) {
 }
 
 bool SECWorkbook::CallMapped(const HandlerKey& key, HandlerArguments& arguments) {
-  if (key.message != WM_COMMAND || key.code != CSftTabs::kTabWished ||
+  if (key.message != WM_COMMAND || key.code != SEC3DTabControl::kTabActivated ||
       key.id != static_cast<UINT>(kSheetTabsId)) {
     return CMDIFrameWnd::CallMapped(key, arguments);
   }
-  if (!arguments.only_ask) {
-    if (SECWorksheetWnd* const sheet = GetSheet(m_tabs.GetWished())) sheet->MDIActivate();
-  }
+  if (!arguments.only_ask) OnTabActivated();
   return true;
 }
 
 LRESULT SECWorkbook::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
   switch (message) {
     case WM_CREATE: {
-      const bool made = m_tabs.CreateWnd({.class_name = "TabStrip",
-                                          .parent = this,
-                                          .id = kSheetTabsId,
-                                          .visible = m_bWorkbookMode});
-      return made ? CMDIFrameWnd::DefWindowProc(message, wparam, lparam) : -1;
+      if (!m_tabs.Create(this, kSheetTabsId)) return -1;
+      if (!m_bWorkbookMode) m_tabs.ShowWindow(SW_HIDE);
+      return CMDIFrameWnd::DefWindowProc(message, wparam, lparam);
     }
     case WM_DESTROY:
       // Sheets that end with it needn't be looked for.
-      m_tabs.DeleteAllTabs();
+      while (m_tabs.GetTabCount() > 0) m_tabs.RemoveTab(m_tabs.GetTabCount() - 1);
       break;
     default:
       break;

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "dqlib/framework/controls/sft_tabs.h"
+#include "dqlib/framework/controls/tab_control.h"
 #include "dqlib/framework/windows/mdi_frame.h"
 
 namespace dq {
@@ -11,7 +11,7 @@ class SECWorksheetWnd;
 
 /// A frame that, in workbook mode, has a tab for each of its sheets below its child frames, with
 /// the sheet's text, in the order in which they were made. The current tab is that of the active
-/// sheet; a person chooses another one by its tab, unless that one is hidden.
+/// sheet; a person chooses another one by its tab, which shows it if it is hidden.
 class SECWorkbook : public CMDIFrameWnd {
   DECLARE_DYNCREATE(SECWorkbook)
   SECWorkbook();
@@ -32,7 +32,7 @@ class SECWorkbook : public CMDIFrameWnd {
   SECWorksheetWnd* GetSheet(int index) const;
   int FindSheet(const SECWorksheetWnd* sheet) const;
   /// Shown in workbook mode.
-  CSftTabs& GetTabControl() { return m_tabs; }
+  SEC3DTabControl& GetTabControl() { return m_tabs; }
   static constexpr int kSheetTabsId = 0xEA00;
 
  protected:
@@ -44,8 +44,9 @@ class SECWorkbook : public CMDIFrameWnd {
  private:
   friend class SECWorksheetWnd;
   void UpdateTab(const SECWorksheetWnd& sheet);
+  void OnTabActivated();
 
-  CSftTabs m_tabs;
+  SEC3DTabControl m_tabs;
   bool m_bWorkbookMode = false;
 };
 
