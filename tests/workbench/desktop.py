@@ -216,12 +216,14 @@ class Host:
     def click(self, window, x=None, y=None, button=1, times=1):
         self.xdotool("mousemove", *self.place(window, x, y), "click", "--repeat", times, button)
 
-    def drag(self, start, way):
-        """From a point of the display by so many pixels to the right and down."""
-        self.xdotool("mousemove", *start, "mousedown", 1)
+    def drag(self, start, way, button=1, meanwhile=lambda: None):
+        """From a point of the display by so many pixels to the right and down; `meanwhile` there, before the
+        button is let go."""
+        self.xdotool("mousemove", *start, "mousedown", button)
         for step in range(1, 5):
             self.xdotool("mousemove", *(int(at + by * step / 4) for at, by in zip(start, way)))
-        self.xdotool("mouseup", 1)
+        meanwhile()
+        self.xdotool("mouseup", button)
 
     def corner(self, window):
         """Within the frame, at the right and the bottom."""

@@ -240,6 +240,56 @@ class LayerTest(unittest.TestCase):
         told(32780)
         self.leave(host)
 
+    def test_drag_and_drop(self):
+        host, other = self.start(), self.start()
+        other.drag(other.place(other.frame, 300, -30), (500, 400))
+        other.wait(lambda: other.windows[other.frame["window"]]["origin"][0] > 500, "the frame hasn't moved")
+        shelf, copy, move = host.find(id=53), 1, 2
+
+        def drag(to, target, told, effect, **how):
+            """What the target is told last, and the effect that the source gets."""
+            start, end = host.place(shelf), to.place(target)
+            host.drag(start, [till - at for at, till in zip(start, end)], **how)
+            self.assertEqual(host.wait_line("dragged")["number"], effect)
+            self.assertEqual([line["text"] for line in to.lines if line["event"] == "dropped"], told)
+            host.lines.clear()
+            to.lines.clear()
+        everything = ["\0private|fürst\r\nline|/a b|/c|"]
+        drag(host, host.find(id=54), everything, move)
+        host.xdotool("keydown", "ctrl")
+        drag(host, host.find(id=54), everything, copy)
+        host.xdotool("keyup", "ctrl")
+        for target in (host.find(id=54), other.find(id=54)):
+            drag(host if target is host.find(id=54) else other, target, [], 0, meanwhile=lambda: host.keys("Escape"))
+        drag(host, host.find(id=51), [], 0)
+        drag(other, other.find(id=54), everything, move)
+        # An edit takes text by itself; the window around the dialog takes nothing meanwhile.
+        other.click(other.frame, x=100, y=300)
+        _, control = self.open(other, "Controls")
+        drag(other, control(15), [], copy)
+        other.wait_value(control(15), value="fürst\r\nsecondfürst\r\nline")
+        drag(other, other.find(id=53), [], 0)
+        # Out of an edit, with what the toolkit does by itself.
+        other.click(control(11))
+        other.keys("alt+l", "w", "o", "ctrl+a")
+        start, end = other.place(control(11), 12, 8), host.place(host.find(id=54))
+
+        def go_on():
+            """The toolkit's drag begins behind the first steps, and must have its answer before the drop."""
+            for by in (1, 2, 3):
+                time.sleep(0.2)
+                other.xdotool("mousemove", end[0] + by, end[1])
+            time.sleep(0.2)
+        other.drag(start, [till - at for at, till in zip(start, end)], meanwhile=go_on)
+        self.assertEqual(host.wait_line("dropped")["text"], "none|wo|")
+        host.lines.clear()
+        # The window that drags ends meanwhile.
+        drag(host, host.find(id=54), everything, move, button=3, meanwhile=lambda: host.wait_gone(shelf))
+        other.click(control(CANCEL))
+        self.leave(other)
+        host.click(host.frame, x=100, y=300)
+        self.leave(host)
+
     def test_handler_throws(self):
         host = self.start()
         dialog, _ = self.open(host, "Controls")

@@ -12,6 +12,7 @@
 #include "dqlib/framework/controls/edit.h"
 #include "dqlib/framework/controls/list_box.h"
 #include "dqlib/framework/controls/tool_tip.h"
+#include "dqlib/framework/windows/drag_drop.h"
 #include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/win_app.h"
 #include "dqlib/toolkit/flex_dialog.h"
@@ -201,6 +202,51 @@ class Card : public CWnd {
   }
 };
 
+/// Gives and takes what is dragged: by the left button three formats, by the right one too, but
+/// then the window ends meanwhile.
+class Shelf : public CWnd {
+ public:
+  void Open(CWnd* parent, int id, const dq::CRect& place) {
+    CreateWnd({.class_name = "Shelf", .place = place, .parent = parent, .id = id});
+    target_.Register(this);
+  }
+  dq::LRESULT WindowProc(UINT message, dq::WPARAM wparam, dq::LPARAM lparam) override {
+    if (message == dq::WM_TIMER) DestroyWindow();
+    if (message == dq::WM_RBUTTONDOWN) SetTimer(1, 200);
+    if (message == dq::WM_LBUTTONDOWN || message == dq::WM_LBUTTONDBLCLK ||
+        message == dq::WM_RBUTTONDOWN) {
+      dq::COleDataSource data;
+      data.CacheGlobalData(Private(), std::string_view("\0private", 8));
+      data.CacheGlobalData(dq::CLIPBOARD_TEXT, "f\xC3\xBCrst\r\nline");
+      const std::string files[] = {"/a b", "/c"};
+      data.CacheGlobalData(dq::CLIPBOARD_FILES, dq::platform::FileListData(files));
+      Tell("dragged", data.DoDragDrop(*this, dq::DROPEFFECT_COPY | dq::DROPEFFECT_MOVE));
+    }
+    return CWnd::WindowProc(message, wparam, lparam);
+  }
+
+ private:
+  static UINT Private() { return dq::platform::Current().clipboard->RegisterFormat("* Testbed *"); }
+
+  struct Target : dq::COleDropTarget {
+    UINT OnDragOver(CWnd*, dq::COleDataObject* data, UINT keys, dq::CPoint) override {
+      if (!data->IsDataAvailable(dq::CLIPBOARD_TEXT)) return dq::DROPEFFECT_NONE;
+      return (keys & dq::MK_CONTROL) != 0 ? dq::DROPEFFECT_COPY : dq::DROPEFFECT_MOVE;
+    }
+    void OnDragLeave(CWnd*) override { Tell("left", 0); }
+    dq::BOOL OnDrop(CWnd*, dq::COleDataObject* data, UINT effect, dq::CPoint) override {
+      std::string text;
+      for (const UINT format : {Private(), UINT{dq::CLIPBOARD_TEXT}}) {
+        text += data->GetData(format).value_or("none") + "|";
+      }
+      const std::string files = data->GetData(dq::CLIPBOARD_FILES).value_or("");
+      for (const std::string& path : dq::platform::ReadFileList(files)) text += path + "|";
+      Tell("dropped", effect, text);
+      return 1;
+    }
+  } target_;
+};
+
 class Frame : public dq::CFrameWnd {
  public:
   void Open() {
@@ -213,6 +259,8 @@ class Frame : public dq::CFrameWnd {
     canvas_.Create(this, dq::CRect(), dq::kFirstPaneId, static_cast<dq::CDocument*>(nullptr));
     upper_.Open(&canvas_, 51, {300, 10, 400, 60});
     lower_.Open(&canvas_, 52, {350, 10, 450, 60});
+    left_.Open(&canvas_, 53, {300, 80, 360, 130});
+    right_.Open(&canvas_, 54, {400, 80, 460, 130});
     canvas_.SetScrollInfo(dq::SB_VERT, {0, 99, 10, 0});
     RecalcLayout();
     ShowWindow(dq::SW_SHOW);
@@ -258,6 +306,8 @@ class Frame : public dq::CFrameWnd {
   Card upper_;
   Card lower_;
   std::optional<TabsFrame> tabs_;
+  Shelf left_;
+  Shelf right_;
 };
 
 void Grow(int times) {

@@ -188,9 +188,9 @@ class DesktopServices::DesktopClipboard : public dq::platform::Clipboard {
 
   dq::platform::Error SetAll(std::span<const dq::platform::ClipboardData> pieces) override {
     if (!layer_.RunsDialogs()) return {dq::platform::ErrorKind::kBusy, 0};
-    std::vector<ClipboardPiece> copy;
+    std::vector<DataPiece> copy;
     for (const auto& [format, bytes] : pieces) {
-      const auto same = std::ranges::find(copy, format, &ClipboardPiece::format);
+      const auto same = std::ranges::find(copy, format, &DataPiece::format);
       if (same == copy.end()) {
         copy.push_back({format, FormatName(format), std::string(bytes)});
       } else {

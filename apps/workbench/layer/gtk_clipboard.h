@@ -8,20 +8,12 @@
 #include <string_view>
 #include <vector>
 
-#include "dqlib/platform/clipboard.h"
+#include "apps/workbench/layer/gtk_formats.h"
 
 namespace workbench {
 
-/// A piece of what is on the clipboard. The name is that of a registered format, or "".
-struct ClipboardPiece {
-  dq::UINT format = 0;
-  std::string name;
-  std::string bytes;
-};
-
-/// Offers the pieces, the best one first, to whoever asks; none empties the clipboard. Text goes
-/// out in UTF-8 with the desktop's line ends, and a list of files as their addresses.
-void OfferOnClipboard(std::vector<ClipboardPiece> pieces);
+/// Offers the pieces, the best one first, to whoever asks; none empties the clipboard.
+void OfferOnClipboard(std::vector<DataPiece> pieces);
 
 /// What the clipboard holds in a format, in the library's form; no value if nothing. What this
 /// program has offered comes back as it was.

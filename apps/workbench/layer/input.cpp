@@ -3,6 +3,7 @@
 #include <gtk/gtk.h>
 #include <wx/toplevel.h>
 
+#include "apps/workbench/layer/drag_out.h"
 #include "apps/workbench/layer/layer.h"
 #include "apps/workbench/layer/top_level_mirror.h"
 #include "dqlib/framework/windows/screen.h"
@@ -54,7 +55,9 @@ void SendCharacters(HWND target, UINT message, const std::string& text) {
 
 }  // namespace
 
-Input::Input(Layer& layer) : layer_(layer) { gdk_event_handler_set(OnEvent, this, nullptr); }
+Input::Input(Layer& layer) : layer_(layer), drag_in_(layer) {
+  gdk_event_handler_set(OnEvent, this, nullptr);
+}
 
 Input::~Input() {
   const auto usual = [](GdkEvent* event, void*) { gtk_main_do_event(event); };
@@ -69,8 +72,21 @@ void Input::OnEvent(GdkEvent* event, void* input) {
   if (!static_cast<Input*>(input)->Take(*event)) gtk_main_do_event(event);
 }
 
+TopLevelMirror* Input::MirrorOf(GdkWindow& window) {
+  void* widget = nullptr;
+  gdk_window_get_user_data(&window, &widget);
+  return widget == nullptr ? nullptr
+                           : workbench::MirrorOf(gtk_widget_get_toplevel(GTK_WIDGET(widget)));
+}
+
+void Input::SetDrag(DragOut* drag) {
+  drag_ = drag;
+  drag_in_.SetOwn(drag == nullptr ? nullptr : drag->window());
+}
+
 /// Whether the toolkit doesn't get the event now.
 bool Input::Take(const GdkEvent& event) {
+  if ((drag_ != nullptr && drag_->Take(event)) || drag_in_.Take(event)) return true;
   switch (event.type) {
     case GDK_KEY_PRESS:
     case GDK_KEY_RELEASE:
@@ -85,7 +101,7 @@ bool Input::Take(const GdkEvent& event) {
     default:
       return false;
   }
-  TopLevelMirror* const mirror = MirrorOf(TopOf(event));
+  TopLevelMirror* const mirror = workbench::MirrorOf(TopOf(event));
   const bool is_key = event.type == GDK_KEY_PRESS || event.type == GDK_KEY_RELEASE;
   if (!is_key) modifiers_ = ModifiersOf(StateOf(event));
   if (mirror == nullptr || IsMenuOpen()) return false;

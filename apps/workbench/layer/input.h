@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "apps/workbench/layer/drag_in.h"
 #include "apps/workbench/layer/keys.h"
 #include "dqlib/framework/windows/wnd.h"
 
@@ -12,6 +13,7 @@ typedef union _GdkEvent GdkEvent;
 
 namespace workbench {
 
+class DragOut;
 class Layer;
 class TopLevelMirror;
 
@@ -20,7 +22,7 @@ class TopLevelMirror;
 /// A key is held back and posted as an act: the message that it makes is offered to the library
 /// (`PreTranslateInput`, `OfferKey`), and what nobody takes there goes on to the toolkit's control,
 /// or as messages to a window that has none. What is done to a window that can't be used, because a
-/// dialog over it is to be answered, is dropped.
+/// dialog over it is to be answered, is dropped. Drags it hands on to who reports them.
 class Input {
  public:
   explicit Input(Layer& layer);
@@ -30,6 +32,14 @@ class Input {
 
   /// From now on, and until it ends, the window is the mirror's.
   static void SetMirror(wxTopLevelWindow& window, TopLevelMirror& mirror);
+
+  /// The mirror of a window of the display; null for one that is no top-level window or not the
+  /// library's.
+  static TopLevelMirror* MirrorOf(GdkWindow& window);
+
+  /// The drag that is under way from this program, which gets its events; null for none.
+  void SetDrag(DragOut* drag);
+  DragOut* drag() const { return drag_; }
 
   /// As `dq::GetKeyState`, at the last event.
   int GetKeyState(int key) const;
@@ -43,6 +53,8 @@ class Input {
   void Send(dq::HWND target, const KeyStroke& stroke, bool is_down) const;
 
   Layer& layer_;
+  DragOut* drag_ = nullptr;
+  DragIn drag_in_;
   Modifiers modifiers_;
   /// Keys that are down, by their numbers.
   bool down_[256] = {};

@@ -60,6 +60,8 @@ class Layer : public dq::WindowObserver {
   void SetPointer(dq::PointerShape shape) override;
   void ShowWaitPointer(bool show) override;
   dq::UINT TrackMenu(dq::MenuHandle* menu, const dq::MenuSpot& spot, dq::CWnd& owner) override;
+  dq::UINT StartDrag(dq::CWnd& from, const dq::COleDataObject& data, dq::UINT effects,
+                     dq::COleDropSource& source) override;
   void Beep(dq::UINT type) override;
   dq::CPoint GetPointer() override;
   int GetKeyState(int key) override { return input_.GetKeyState(key); }

@@ -4,6 +4,7 @@
 #include <wx/menu.h>
 #include <wx/utils.h>
 
+#include "apps/workbench/layer/drag_out.h"
 #include "apps/workbench/layer/frame_mirror.h"
 #include "apps/workbench/layer/gtk_menu.h"
 #include "apps/workbench/layer/gtk_window.h"
@@ -62,6 +63,7 @@ dq::CSize Layer::MeasureText(const dq::LOGFONT* font, std::string_view text,
 }
 
 void Layer::SetPointer(dq::PointerShape shape) {
+  if (loop_.HasDisplay() && input_.drag() != nullptr) return input_.drag()->SetPointer(shape);
   const Mirror* const mirror = Find(pointed_);
   if (loop_.HasDisplay() && mirror != nullptr && !mirror->IsControl()) {
     mirror->native()->SetCursor(ToNativePointer(shape));
@@ -105,6 +107,21 @@ dq::UINT Layer::TrackMenu(dq::HMENU menu, const dq::MenuSpot& spot, CWnd& owner)
   }
   tracked_menu_ = nullptr;
   return chosen;
+}
+
+UINT Layer::StartDrag(CWnd&, const dq::COleDataObject& data, UINT effects,
+                      dq::COleDropSource& source) {
+  if (!loop_.HasDisplay() || input_.drag() != nullptr) return dq::DROPEFFECT_NONE;
+  // The drag has the mouse now.
+  CWnd::ReleaseCapture();
+  Update();
+  DragOut drag(*this, data, effects, source);
+  const std::unique_ptr<DragOut, std::function<void(DragOut*)>> under_way(
+      &drag, [this](DragOut*) { input_.SetDrag(nullptr); });
+  input_.SetDrag(&drag);
+  drag.Begin();
+  dq::PumpUntil([&] { return drag.IsOver() || !loop_.HasDisplay(); });
+  return drag.effect();
 }
 
 void Layer::ShowWaitPointer(bool show) {

@@ -6,6 +6,7 @@
 #include <wx/toplevel.h>
 
 #include "apps/workbench/layer/frame_mirror.h"
+#include "apps/workbench/layer/gtk_drag.h"
 #include "apps/workbench/layer/gtk_window.h"
 #include "apps/workbench/layer/layer.h"
 #include "apps/workbench/layer/mouse.h"
@@ -62,6 +63,7 @@ wxWindow* TopLevelMirror::DoMake(wxWindow*) {
   TakeNoKeys(*inside_);
   ReportMouse(layer(), *inside_, handle());
   Input::SetMirror(*native, *this);
+  AwaitDrags(*native);
   Watch(*native);
   return native;
 }

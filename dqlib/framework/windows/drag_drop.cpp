@@ -137,7 +137,9 @@ int COleDropTarget::OnDropEx(CWnd*, COleDataObject*, UINT, UINT, CPoint) { retur
 DragInput::DragInput(COleDataObject data, UINT effects)
     : data_(std::move(data)), effects_(effects) {}
 
-DragInput::~DragInput() { Leave(); }
+DragInput::~DragInput() {
+  detail::Guarded([this] { Leave(); });
+}
 
 COleDropTarget* DragInput::Target() const { return COleDropTarget::Of(CWnd::FromHandle(over_)); }
 

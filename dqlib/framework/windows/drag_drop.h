@@ -135,7 +135,7 @@ class DragInput {
   DragInput(COleDataObject data, UINT effects);
   DragInput(const DragInput&) = delete;
   DragInput& operator=(const DragInput&) = delete;
-  /// Leaves the target.
+  /// Leaves the target; what that one throws is traced.
   ~DragInput();
 
   /// The drag is at a point of the screen, over a window or none. Returns the effect that a drop
