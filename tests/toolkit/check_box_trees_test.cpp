@@ -114,7 +114,7 @@ TEST(CheckBoxModel, MakesNothingOfTreesThatAreVeryWideOrVeryDeep) {
   for (const bool deep : {false, true}) {
     Model root("r");
     Model* parent = &root;
-    constexpr int kNodes = 100000;
+    constexpr int kNodes = 60000;
     for (int at = 0; at < kNodes; ++at) {
       auto* const node = new Model("n");
       ASSERT_TRUE(parent->AddChild(node));
@@ -126,6 +126,114 @@ TEST(CheckBoxModel, MakesNothingOfTreesThatAreVeryWideOrVeryDeep) {
     EXPECT_EQ(deep ? parent->ToggleCheckState() : root.ToggleCheckState(), 0);
     EXPECT_EQ(root.CountCheckedChildren(&root), 0) << "nothing above the last one is checked";
   }
+}
+
+// ---- Items
+
+/// The tree of models in a control, with items that were put together from the top down.
+struct ItemTree {
+  ItemTree() {
+    tree.SetController(&controller);
+    tree.Create(&main, {0, 0, 200, 200}, 7);
+    for (Model* model : {static_cast<Model*>(&models), models.a, models.x, models.y, models.b}) {
+      items[model->name] = controller.CreateTreeItem(model);
+      if (model == &models) continue;
+      const auto& above = static_cast<Model*>(model->GetParent())->name;
+      EXPECT_TRUE(items[above]->AddChild(items[model->name]));
+    }
+    root.reset(items["r"]);
+  }
+  /// The images of r, a, x, y and b, which the rows have too.
+  std::string Images() {
+    std::string images;
+    for (const char* name : {"r", "a", "x", "y", "b"}) {
+      const int image = items[name]->GetTVITEMEX().GetStateImage();
+      const HTREEITEM row = items[name]->GetHandle();
+      EXPECT_TRUE(row == nullptr || StateImageOf(tree.GetItemState(row, ~0U)) == image) << name;
+      images += std::to_string(image);
+    }
+    return images;
+  }
+  /// A press on the check box in a row, or so far right of its left edge.
+  void Press(int row, LONG by = 8, UINT message = WM_LBUTTONDOWN) {
+    CRect box;
+    ASSERT_TRUE(tree.GetStateImageRect(tree.GetRowItem(row), &box));
+    tree.SendMessage(message, MK_LBUTTON, MakeLParam(box.left + by, box.top + 5));
+  }
+
+  MainWindow main;
+  ModelTree models;
+  CDQCheckBoxTreeController controller;
+  std::map<std::string, CDQCheckBoxTreeItem*> items;
+  std::unique_ptr<CDQTreeItemBase> root;
+  CDQTreeCtrlEx tree;
+};
+
+TEST(CheckBoxItems, ShowWhatIsBelowThemAndToggleByTheMouse) {
+  ItemTree shown;
+  CDQTreeCtrlEx& tree = shown.tree;
+  EXPECT_EQ(shown.Images(), "11111") << "nothing is checked, however it was put together";
+  const HTREEITEM root = tree.LoadTree(shown.root.get(), TVI_ROOT, 1);
+  EXPECT_TRUE(tree.GetCount() == 3 && tree.GethtiRoot() == root);
+  tree.ClearTree();
+  EXPECT_TRUE(shown.root->GetHandle() == nullptr && tree.GethtiRoot() == nullptr);
+  tree.ExpandToLevel(tree.LoadTree(shown.root.get(), TVI_ROOT, 9), 1);
+  EXPECT_EQ(tree.GetRowCount(), 3);
+  tree.ExpandToLevel(shown.root->GetHandle(), 2);
+  ASSERT_EQ(tree.GetRowCount(), 5);
+  // Which row is pressed, the images then, and the state of the root's model.
+  for (const auto& [row, images, state] : Rows<int, const char*, int>{{2, "44211", 1},
+                                                                      {3, "42221", 1},
+                                                                      {4, "22222", 1},
+                                                                      {1, "41112", 1},
+                                                                      {4, "11111", 0},
+                                                                      {0, "22222", 1},
+                                                                      {3, "44212", 1},
+                                                                      // Mixed, so checked: cleared.
+                                                                      {0, "11111", 0}}) {
+    shown.Press(row);
+    EXPECT_EQ(shown.Images(), images) << row;
+    EXPECT_EQ(shown.models.state, state) << row;
+  }
+  shown.Press(2, 8, WM_LBUTTONDBLCLK);
+  shown.Press(2, 20);
+  for (const UINT key : {VK_SPACE, VK_RETURN}) {
+    tree.SendMessage(WM_KEYDOWN, key);
+    tree.SendMessage(WM_CHAR, key);
+  }
+  EXPECT_EQ(shown.Images(), "11111") << "only a press on the box toggles";
+  EXPECT_EQ(tree.GetItemFromHandle(tree.GetSelectedItem()), shown.items["x"]);
+  shown.items["a"]->SetIsChecked(1);
+  EXPECT_TRUE(shown.Images() == "12221" && shown.items["x"]->GetIsChecked());
+  shown.items["a"]->UpdateCheckBox();
+  EXPECT_EQ(shown.Images(), "11221") << "models are as they were";
+}
+
+TEST(CheckBoxItems, PassWhatTheyAreOnToTheirRows) {
+  ItemTree shown;
+  CDQTreeCtrlEx& tree = shown.tree;
+  CDQCheckBoxTreeItem& a = *shown.items["a"];
+  tree.ExpandToLevel(tree.LoadTree(shown.root.get(), nullptr, 9), 3);
+  a.UpdateItemText("changed");
+  a.UpdateState(TVIS_BOLD, TVIS_BOLD);
+  a.UpdateOverlayImage(3);
+  CTreeViewItemEx record;
+  record.SetItem(a.GetHandle());
+  EXPECT_TRUE(tree.GetItem(record) && record.GetText() == "changed" && record.GetState() == 0x1330);
+  a.SetItemTextColor(RGB(1, 2, 3));
+  RecordingDC dc;
+  tree.Paint(dc);
+  EXPECT_NE(dc.Text().find("text 57,23 \"changed\" 010203"), std::string::npos) << dc.Text();
+  UINT flags = 0;
+  EXPECT_TRUE(tree.GetItemFromPt({60, 25}, &flags) == &a && flags == TVHT_ONITEMLABEL);
+  EXPECT_TRUE(tree.GetItemFromPt({60, 190}, &flags) == nullptr && flags == TVHT_NOWHERE);
+  CDQTreeItemBase plain;
+  EXPECT_FALSE(a.AddChild(&plain));
+  // An item that goes takes its rows along; rows that go leave the items.
+  delete &a;
+  EXPECT_EQ(tree.GetRowCount(), 2);
+  tree.DeleteAllItems();
+  EXPECT_TRUE(shown.items["b"]->GetTreeCtrl() == nullptr && shown.root->GetChildCount() == 1);
 }
 
 }  // namespace

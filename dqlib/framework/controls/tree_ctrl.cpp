@@ -227,6 +227,7 @@ bool CTreeCtrl::SetExpanded(Index item, UINT code) {
   if ((code != TVE_EXPAND && code != TVE_COLLAPSE && code != TVE_TOGGLE) || expand == expanded) {
     return false;
   }
+  if (expand && items_[item].first_child == kNone) return false;
   const bool hides_selected = !expand && selected_ != item && items_.IsBelow(selected_, item);
   const TreeItems::Range rows = items_.Expand(item, expand);
   RowChanged(item);
@@ -282,6 +283,10 @@ void CTreeCtrl::RowsWent(const TreeItems::Range& rows) {
 }
 
 void CTreeCtrl::RowChanged(Index item) {
+  if (batches_ > 0) {
+    batch_changed_ = true;
+    return;
+  }
   const int row = items_.RowOf(item);
   if (row < 0) return;
   Tell(WindowChange::kRowsChanged, {row, 1});
@@ -289,6 +294,19 @@ void CTreeCtrl::RowChanged(Index item) {
   if (row < top_ || row > top_ + GetPageRows()) return;
   Measure(row, row + 1);
   UpdateScrolling();
+}
+
+CTreeCtrl::Batch::Batch(CTreeCtrl* tree) : tree_(tree) {
+  if (tree_ != nullptr) ++tree_->batches_;
+}
+
+CTreeCtrl::Batch::~Batch() {
+  if (tree_ == nullptr || --tree_->batches_ > 0) return;
+  if (!std::exchange(tree_->batch_changed_, false)) return;
+  tree_->Tell(WindowChange::kRowsChanged, {0, tree_->GetRowCount()});
+  tree_->Invalidate();
+  tree_->Measure(tree_->top_, tree_->top_ + tree_->GetPageRows() + 1);
+  tree_->UpdateScrolling();
 }
 
 // ---- What is in sight

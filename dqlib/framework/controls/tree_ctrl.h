@@ -124,8 +124,8 @@ class CTreeCtrl : public Control {
 
   // Rows.
 
-  /// By a `TreeExpand`. True if that changed it. With the selected item below one that is
-  /// collapsed, that one is selected.
+  /// By a `TreeExpand`. True if that changed it; one without children isn't expanded. With the
+  /// selected item below one that is collapsed, that one is selected.
   bool Expand(HTREEITEM item, UINT code = TVE_EXPAND);
   bool IsExpanded(HTREEITEM item) const;
   int GetRowCount() const { return items_.row_count(); }
@@ -142,6 +142,19 @@ class CTreeCtrl : public Control {
   /// images of its own, an item with a state image has a check box: 1 clear, 2 checked, 4 mixed.
   void SetImageList(const CImageList* images, int which = TVSIL_NORMAL);
   const CImageList* GetImageList(int which = TVSIL_NORMAL) const;
+
+  /// While one lives, changes of items are drawn and told together: by one range about all rows.
+  class Batch {
+   public:
+    /// Null for no tree. The tree must outlive it.
+    explicit Batch(CTreeCtrl* tree);
+    Batch(const Batch&) = delete;
+    Batch& operator=(const Batch&) = delete;
+    ~Batch();
+
+   private:
+    CTreeCtrl* const tree_;
+  };
 
   // Its own geometry, in pixels of the client area; works without a layer.
 
@@ -231,6 +244,9 @@ class CTreeCtrl : public Control {
   const CImageList* images_ = nullptr;
   const CImageList* state_images_ = nullptr;
   Index selected_ = kNone;
+  /// How many batches are under way, and whether items have changed.
+  int batches_ = 0;
+  bool batch_changed_ = false;
   int top_ = 0;
   int left_ = 0;
   /// Of the rows that have been in sight.

@@ -24,8 +24,6 @@ class CTreeItem : public CCmdTarget {
   /// gives presses of the left button and characters to the handlers below. False leaves the
   /// message to the tree.
   virtual BOOL OnWndMsg(UINT message, WPARAM wparam, LPARAM lparam, LRESULT* result);
-
- protected:
   /// The base has the tree do what it does by itself: select, expand, search. Handlers of
   /// notifications that this brings about may delete the item.
   virtual void OnLButtonDown(UINT keys, CPoint point);
