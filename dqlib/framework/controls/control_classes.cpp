@@ -13,6 +13,7 @@
 #include "dqlib/framework/controls/list_box.h"
 #include "dqlib/framework/controls/progress.h"
 #include "dqlib/framework/controls/sft_tabs.h"
+#include "dqlib/framework/controls/sft_tree.h"
 #include "dqlib/framework/controls/spin_button.h"
 #include "dqlib/framework/controls/static.h"
 #include "dqlib/framework/controls/tool_tip.h"
@@ -111,6 +112,14 @@ std::unique_ptr<CWnd> MakeProgress(const ControlTemplate& from) {
 
 std::unique_ptr<CWnd> MakeTabs(const ControlTemplate& from) { return Make<CSftTabs>(from); }
 
+/// Its rows are the items, in a list without columns.
+std::unique_ptr<CWnd> MakeTree(const ControlTemplate& from) {
+  auto tree = Make<CSftTree>(from);
+  tree->SetMultiSelection(from.Has("multiple"));
+  for (const std::string& item : from.items) tree->AddRow(item.c_str());
+  return tree;
+}
+
 std::unique_ptr<CWnd> MakeToolTip(const ControlTemplate& from) { return Make<CToolTipCtrl>(from); }
 
 }  // namespace
@@ -129,6 +138,7 @@ bool detail::RegisterControlClasses() {
   RegisterControlClass("Progress", &MakeProgress);
   RegisterControlClass("TabStrip", &MakeTabs);
   RegisterControlClass("ToolTip", &MakeToolTip);
+  RegisterControlClass("SftTree", &MakeTree);
   return true;
 }
 

@@ -310,7 +310,45 @@ class CSftTree : public Control {
   detail::SiblingGroups GetSiblingGroups() const;
   void TakeOrder(const std::vector<int>& order);
 
+  // The mouse.
+  enum class Gesture { kNone, kTitle, kDivider, kPress, kDrag };
+  bool OnMouse(UINT message, WPARAM keys, const CPoint& point);
+  void PressMouse(bool is_double, WPARAM keys, const CPoint& point);
+  void PressDivider(bool is_double, int column, const CPoint& point);
+  void PressTitle(int column);
+  void PressRow(bool is_double, WPARAM keys, const TreeHit& hit);
+  void PressRightButton(const CPoint& point);
+  void MoveMouse(const CPoint& point);
+  void ReleaseMouse(const CPoint& point);
+  bool OnTimer(WPARAM id);
+  void BeginGesture(Gesture gesture, const CPoint& point);
+  void EndGesture(bool cancel);
+  bool ShowPointer();
+
+  // The keyboard, and the selection by a person.
+  /// What becomes selected by a step of the caret: nothing else than before; the row alone; it, if
+  /// it wasn't; all from where the selection began, alone or with what is selected.
+  enum class Selecting { kNothing, kAlone, kToggle, kRange, kAddRange };
+  LRESULT OnKey(UINT key, LPARAM lparam);
+  bool OnMoveKey(UINT key);
+  bool OnBranchKey(UINT key);
+  bool OnActionKey(UINT key);
+  void AskForMenu();
+  void TypeAhead(char typed);
+  int GetShownCaret() const;
+  void StepTo(int row);
+  void MoveCaret(int row, Selecting selecting);
+  void SelectShown(int from, int to);
+  void SelectNone();
+  void InvalidateSelected();
+  void RedrawSelection();
+
   // Where everything lies.
+  /// Pixels of a level's indentation, and of the place of the button; around the text of a cell,
+  /// and of a title.
+  static constexpr LONG kLevelWidth = 16;
+  static constexpr LONG kTextMargin = 3;
+  static constexpr LONG kTitleMargin = 6;
   int GetTotalWidth() const;
   int GetIndent(int row) const;
   HBITMAP GetShownPicture(int row) const;
@@ -321,6 +359,18 @@ class CSftTree : public Control {
   CRect PlaceRow(int row) const;
   CellParts PlaceCell(int row, int column, const CRect& row_place) const;
   int RowAt(LONG y) const;
+
+  // Painting.
+  struct RowColors;
+  COLORREF GetBackground() const;
+  RowColors GetRowColors(int row) const;
+  void PaintHeader(CDC& dc);
+  void PaintTitle(CDC& dc, int column, const CRect& title);
+  void PaintRows(CDC& dc, const CRect& clip);
+  void PaintRow(CDC& dc, int row, const CRect& place);
+  void PaintBranch(CDC& dc, int row, const CellParts& parts);
+  void PaintLines(CDC& dc, int row, const CellParts& parts);
+  void PaintCell(CDC& dc, int row, int column, const CellParts& parts, const RowColors& colors);
 
   // Scrolling and drawing anew.
   void UpdateScroll(int former_top, int former_left);
@@ -351,6 +401,17 @@ class CSftTree : public Control {
   int left_ = 0;
   /// The title that is drawn pressed, or -1.
   int pressed_title_ = -1;
+  /// What the mouse was pressed for, and where; of a divider its column, and the former width.
+  Gesture gesture_ = Gesture::kNone;
+  CPoint gesture_from_;
+  int gesture_column_ = -1;
+  int gesture_width_ = 0;
+  /// The row that the release selects alone, or -1.
+  int pending_row_ = -1;
+  bool scroll_timer_ = false;
+  /// What is typed to find a row, and when the last of it was.
+  std::string typed_;
+  DWORD typed_at_ = 0;
   /// How far the wheel was turned since the last notch.
   int wheel_ = 0;
   /// Once it was measured.

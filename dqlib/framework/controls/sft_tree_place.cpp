@@ -12,12 +12,8 @@
 namespace dq {
 namespace {
 
-/// Pixels of a level's indentation, and of the place of the button.
-constexpr LONG kLevelWidth = 16;
-/// Between the parts of a cell, and around its text.
+/// Between the parts of a cell.
 constexpr LONG kGap = 2;
-constexpr LONG kTextMargin = 3;
-constexpr LONG kTitleMargin = 6;
 /// What the sort mark takes of a title.
 constexpr LONG kMarkWidth = 14;
 /// Of rows' pictures as they usually are.

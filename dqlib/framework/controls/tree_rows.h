@@ -49,6 +49,11 @@ class TreeRows {
   /// The sibling before, or without one the parent, or -1.
   int GetPrevLinked(int row) const { return rows_.FindPrevAtMost(row, rows_[row].level); }
   int GetNextSibling(int row) const;
+  /// Whether a row behind it has this level, its own or one above, with the same rows above it.
+  bool HasNextAt(int row, int level) const {
+    const int next = rows_.FindNextAtMost(row + 1, level);
+    return next < rows_.size() && rows_[next].level == level;
+  }
   int GetPrevSibling(int row) const;
   bool HasChildren(int row) const {
     return row + 1 < rows_.size() && rows_[row + 1].level > rows_[row].level;

@@ -46,6 +46,10 @@ enum WindowMessage : UINT {
   /// argument points to a `DRAWITEMSTRUCT` or a `MEASUREITEMSTRUCT`.
   WM_DRAWITEM = 0x002B,
   WM_MEASUREITEM = 0x002C,
+  /// To the parent of a list or tree, and before that to the control itself as reflected, before a
+  /// key acts: the key, with the current row behind its 16 bits; the control's handle. The answer
+  /// is -2 if the key has done all that it is to do, or -1.
+  WM_VKEYTOITEM = 0x002E,
   WM_SETFONT = 0x0030,
   WM_GETFONT = 0x0031,
   WM_NOTIFY = 0x004E,

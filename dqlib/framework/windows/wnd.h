@@ -303,8 +303,8 @@ class CWnd : public CCmdTarget {
   /// active one, and the nearest view that of its frame.
   virtual void OnTurnTo(CWnd& /*window*/) {}
   /// A notification of this control that its parent has got (`WM_COMMAND`, `WM_NOTIFY`,
-  /// `WM_DRAWITEM`, `WM_MEASUREITEM`): the control may keep it from the parent by 1. The base has
-  /// the handlers of the class that are entered as reflected.
+  /// `WM_DRAWITEM`, `WM_MEASUREITEM`, `WM_VKEYTOITEM`): the control may keep it from the parent
+  /// by 1. The base has the handlers of the class that are entered as reflected.
   virtual BOOL OnChildNotify(UINT message, WPARAM wparam, LPARAM lparam, LRESULT* result);
   /// Draws the client area. The base draws nothing.
   virtual void OnPaint(CDC& /*dc*/) {}

@@ -111,6 +111,12 @@ BOOL CWnd::OnWndMsg(UINT message, WPARAM wparam, LPARAM lparam, LRESULT* result)
     if (ReflectNotification(item, message, wparam, lparam, result) != 0) return 1;
     if (!self.IsThere()) return 1;
   }
+  if (message == WM_VKEYTOITEM) {
+    const detail::Watched self(*this);
+    const HWND control = reinterpret_cast<HWND>(lparam);
+    if (ReflectNotification(control, message, wparam, lparam, result) != 0) return 1;
+    if (!self.IsThere()) return 1;
+  }
   HandlerArguments arguments;
   arguments.wparam = wparam;
   arguments.lparam = lparam;
@@ -234,6 +240,8 @@ LRESULT CWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
       return OwnerOf<DRAWITEMSTRUCT>(lparam, &CMenu::DrawItem);
     case WM_NCHITTEST:
       return HTCLIENT;
+    case WM_VKEYTOITEM:
+      return -1;
     default:
       return 0;
   }
