@@ -113,8 +113,8 @@ bool CDQFlexTab::CloseFlexTab(int index, bool force) {
   if (window != nullptr && self.IsThere()) EndTabWindow(handle);
   if (!self.IsThere()) return true;
   // Handlers may have moved the tab, or taken it out.
-  const int closed = handle == nullptr ? index : GetTabControl().FindTab(handle);
-  RemoveTab(closed);
+  const bool stayed = GetTabControl().GetTabHandle(index) == handle;
+  RemoveTab(stayed ? index : GetTabControl().FindTab(handle));
   if (self.IsThere() && GetTabCount() == 1) ShowTabs(false);
   if (self.IsThere()) RecalcLayout();
   return true;

@@ -81,7 +81,7 @@ void CDQFlexTabCtrl::OnMouseMove(UINT keys, CPoint point) {
   const int tab = GetPressedTab();
   if ((keys & MK_LBUTTON) == 0 || !m_bDragArmed || !IsTabDragable(tab)) return;
   if (GetTabRect(tab).PtInRect(point)) {
-    SetTabSelected(tab, true);
+    SetTabSelected(tab, tab == GetActiveTab());
   } else {
     DragTab(tab);
   }

@@ -143,7 +143,16 @@ TEST(FlexTabs, ThePersonClosesAndRenamesByTheMenuOfATab) {
       dialog.Press(1);
     }
   };
-  session.Menu(frame, 0, 45343);
+  // By the key; the tab that is renamed moves meanwhile.
+  CDQFlexTabCtrl& strip = tabs.GetFlexTabCtrl();
+  tabs.ActivateTab(0);
+  strip.SetFocus();
+  strip.SendMessage(WM_KEYDOWN, VK_APPS);
+  tabs.ActivateTab(2);
+  session.prompts.on_box = [&] { Frames::Add(frame, "0", &first, 0, false); };
+  tabs.SendMessage(WM_COMMAND, 45343);
+  session.prompts.on_box = nullptr;
+  tabs.CloseFlexTab(0, true);
   EXPECT_EQ(session.Told(),
             "The tab names must not be blank.  Enter a name at least one character in length.|");
   EXPECT_EQ(Tabs(frame), "! new c *d shown");

@@ -144,7 +144,7 @@ bool SECTabControlBase::GetTabInfo(int index, CString& label, bool& selected, CW
 
 bool SECTabControlBase::ActivateTab(int index) {
   if (index != -1 && !HasTab(index)) return false;
-  for (Tab& tab : tabs_) tab.selected = false;
+  if (Tab* const former = Find(active_)) former->selected = false;
   active_ = index;
   if (Tab* const tab = Find(index)) tab->selected = true;
   Tell(WindowChange::kSelection);

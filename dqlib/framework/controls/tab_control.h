@@ -53,7 +53,8 @@ class SECTabControlBase : public CWnd {
 
   /// The active tab, or -1.
   int GetActiveTab() const { return active_; }
-  /// Makes a tab the active one, or none with -1; it alone has the mark of the selected tab then.
+  /// Makes a tab the active one, or none with -1. It gets the mark of the selected tab, which the
+  /// former one loses.
   bool ActivateTab(int index);
   /// Whether a tab is drawn as the selected one, in front of the others.
   bool IsTabSelected(int index) const;
