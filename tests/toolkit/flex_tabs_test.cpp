@@ -158,7 +158,7 @@ TEST(FlexTabs, ThePersonClosesAndRenamesByTheMenuOfATab) {
   EXPECT_EQ(Tabs(frame), "! new c *d shown");
   EXPECT_EQ(first.GetTitle(), " new");
   // One document refuses, and the walk goes on.
-  static_cast<Doc*>(View::last->GetDocument())->Change("x");
+  static_cast<Doc*>(frame.GetActiveDocument())->Change("x");
   session.Menu(frame, 1, 45342);
   EXPECT_EQ(Tabs(frame), "! new *d shown");
   session.Menu(frame, 1, 45342);
