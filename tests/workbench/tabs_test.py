@@ -11,10 +11,11 @@ NAME, OK = 45345, 1
 BLANK = "The tab names must not be blank.  Enter a name at least one character in length."
 
 
-class TabsTest(unittest.TestCase):
-    def setUp(self):
-        desktop = self.enterContext(Desktop())
-        host = self.host = self.enterContext(desktop.start(TESTBED))
+class Tabs:
+    """A program with the two frames, as a person works with it."""
+
+    def __init__(self, test, desktop):
+        host = self.host = test.enterContext(desktop.start(TESTBED))
         host.wait_for(caption="Testbed")
         host.keys("alt+o", "Up", "Return")
         self.window = host.wait_for(caption="tres - Tabs")
@@ -52,32 +53,66 @@ class TabsTest(unittest.TestCase):
         x, y = self.place(frame, 0)
         self.host.xdotool("mousemove", x, y + 100, "click", 1)
 
-    def test_tabs_are_chosen_closed_and_renamed(self):
-        self.press(0, 1)
-        self.wait_tabs(0, "one two* three")
-        self.choose(0, 2, "Up")
-        dialog = self.host.wait_for(caption="Rename Tab")
-        self.host.keys("BackSpace", "Return")
-        self.host.wait(lambda: any(window["text"] == BLANK for window in self.host.windows.values()), "no complaint")
-        self.host.keys("Return")
-        self.host.wait_focus(self.host.find(under=dialog, id=NAME))
-        self.host.type("last")
-        self.host.click(self.host.find(under=dialog, id=OK))
-        self.host.wait_gone(dialog)
-        self.wait_tabs(0, "one two* last")
-        # "Close all" leaves the first one, which can't be closed, and what the person keeps.
-        self.change(0)
-        self.choose(0, 2, "Down", "Down")
-        self.host.wait(lambda: len(self.host.all(parent=0)) == 3, "nobody asks")
-        self.host.keys("Escape")
-        self.wait_tabs(0, "one two*")
-        self.choose(0, 1, "Down")
-        self.host.wait(lambda: len(self.host.all(parent=0)) == 3, "nobody asks")
-        self.host.keys("alt+n")
-        self.wait_tabs(0, "one*")
-        self.assertEqual(len(self.host.all(id=STRIP)), 1)
+    def drag(self, frame, tab, end):
+        start = self.place(frame, tab)
+        self.host.drag(start, [till - at for at, till in zip(start, end)])
+
+    def leave(self, test):
         self.host.close(self.window)
-        self.assertEqual(self.host.end(), (0, ""))
+        test.assertEqual(self.host.end(), (0, ""))
+
+
+class TabsTest(unittest.TestCase):
+    def setUp(self):
+        self.desktop = self.enterContext(Desktop())
+        self.program = Tabs(self, self.desktop)
+
+    def test_tabs_are_chosen_closed_and_renamed(self):
+        program, host = self.program, self.program.host
+        program.press(0, 1)
+        program.wait_tabs(0, "one two* three")
+        program.choose(0, 2, "Up")
+        dialog = host.wait_for(caption="Rename Tab")
+        host.keys("BackSpace", "Return")
+        host.wait(lambda: any(window["text"] == BLANK for window in host.windows.values()), "no complaint")
+        host.keys("Return")
+        host.wait_focus(host.find(under=dialog, id=NAME))
+        host.type("last")
+        host.click(host.find(under=dialog, id=OK))
+        host.wait_gone(dialog)
+        program.wait_tabs(0, "one two* last")
+        # "Close all" leaves the first one, which can't be closed, and what the person keeps.
+        program.change(0)
+        program.choose(0, 2, "Down", "Down")
+        host.wait(lambda: len(host.all(parent=0)) == 3, "nobody asks")
+        host.keys("Escape")
+        program.wait_tabs(0, "one two*")
+        program.choose(0, 1, "Down")
+        host.wait(lambda: len(host.all(parent=0)) == 3, "nobody asks")
+        host.keys("alt+n")
+        program.wait_tabs(0, "one*")
+        self.assertEqual(len(host.all(id=STRIP)), 1)
+        program.leave(self)
+
+    def test_tabs_are_dragged_to_the_other_frame_and_nowhere_else(self):
+        program, host = self.program, self.program.host
+        other = Tabs(self, self.desktop)
+        other.host.drag(other.host.place(other.window, 300, -10), (60, 400))
+        other.host.wait(lambda: other.host.windows[other.window["window"]]["origin"][1] > 500, "the frame hasn't moved")
+        # Where the other program's windows leave it in sight, a click brings it to the top.
+        host.click(program.window, x=500, y=-10)
+        in_first, in_second, in_other = program.place(0, 0), program.place(1, 0), other.place(1, 0)
+        for refused in (in_first, in_other):
+            program.drag(0, 1, (refused[0], refused[1] + 100))
+            program.wait_tabs(0, "one two* three")
+        program.drag(0, 2, in_second)
+        program.wait_tabs(0, "one two*")
+        program.wait_tabs(1, "uno a label that is long tres three*")
+        program.drag(0, 0, (in_second[0], in_second[1] + 100))
+        program.wait_tabs(0, "two*")
+        program.wait_tabs(1, "uno a label that is long tres three one*")
+        other.wait_tabs(1, "uno a label that is long tres*")
+        program.leave(self)
 
 
 if __name__ == "__main__":
