@@ -2,6 +2,7 @@
 // dialog that was left is traced as "left" with its result, and `--grow N` opens one so many times.
 
 #include <iterator>
+#include <limits>
 
 #include "apps/common/console.h"
 #include "apps/workbench/layer/desktop_services.h"
@@ -171,7 +172,10 @@ class Canvas : public dq::CView {
   dq::LRESULT WindowProc(UINT message, dq::WPARAM wparam, dq::LPARAM lparam) override {
     const bool is_mouse = message >= dq::WM_LBUTTONDOWN && message <= dq::WM_MOUSEWHEEL;
     const bool is_key = message == dq::WM_KEYDOWN || message == dq::WM_CHAR;
-    if (is_mouse || is_key || message == dq::WM_VSCROLL) Tell("canvas", message);
+    if (is_mouse || is_key) Tell("canvas", message, (wparam & dq::MK_SHIFT) != 0 ? "aside" : "");
+    if (message == dq::WM_VSCROLL) {
+      Tell("canvas", message, std::to_string(dq::ScrollPositionOf(wparam)));
+    }
     if (message == dq::WM_LBUTTONDOWN) SetCapture();
     if (message == dq::WM_LBUTTONUP) ReleaseCapture();
     return CView::WindowProc(message, wparam, lparam);
@@ -261,7 +265,7 @@ class Frame : public dq::CFrameWnd {
     lower_.Open(&canvas_, 52, {350, 10, 450, 60});
     left_.Open(&canvas_, 53, {300, 80, 360, 130});
     right_.Open(&canvas_, 54, {400, 80, 460, 130});
-    canvas_.SetScrollInfo(dq::SB_VERT, {0, 99, 10, 0});
+    canvas_.SetScrollInfo(dq::SB_VERT, {0, std::numeric_limits<int>::max(), 10, 0});
     RecalcLayout();
     ShowWindow(dq::SW_SHOW);
     SetActiveView(&canvas_);

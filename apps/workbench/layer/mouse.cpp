@@ -38,7 +38,11 @@ void ReportMouse(Layer& layer, wxWindow& native, dq::HWND window) {
   const auto report = [&layer, &native, window](const wxMouseEvent& event, UINT message) {
     UINT keys = KeysOf(event);
     if (message == dq::WM_MOUSEWHEEL) {
-      keys |= static_cast<UINT>(static_cast<dq::WORD>(event.GetWheelRotation())) << 16;
+      // To the side it is what turning it up and down is with the shift key, where up is left.
+      const bool is_aside = event.GetWheelAxis() == wxMOUSE_WHEEL_HORIZONTAL;
+      const int turned = is_aside ? -event.GetWheelRotation() : event.GetWheelRotation();
+      if (is_aside) keys |= dq::MK_SHIFT;
+      keys |= static_cast<UINT>(static_cast<dq::WORD>(turned)) << 16;
     }
     const dq::CPoint at = layer.scale().ToLogical(native.ClientToScreen(event.GetPosition()));
     layer.Post(window, [=, &layer](dq::CWnd& under) {

@@ -82,9 +82,13 @@ void NativeDC::UseFont(wxDC& context, const dq::LOGFONT& font) {
 
 dq::CDC::TextFit NativeDC::MeasureText(const dq::LOGFONT& font, std::string_view text, LONG limit) {
   UseFont(ruler_, font);
+  constexpr long kPiece = 256;
+  if (text.size() <= kPiece) {
+    const LONG width = scale_.ToLogical(ruler_.GetTextExtent(workbench::ToNative(text)).x);
+    if (width <= limit) return {text.size(), width};
+  }
   const ShownText shown(text, false);
   // Piece by piece, for a text may be much longer than what fits.
-  constexpr long kPiece = 256;
   TextFit fit;
   for (long from = 0; from < shown.size(); from += kPiece) {
     wxArrayInt widths;

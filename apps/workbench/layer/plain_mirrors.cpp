@@ -1,8 +1,10 @@
 #include "apps/workbench/layer/plain_mirrors.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <gtk/gtk.h>
 #include <iterator>
+#include <limits>
 #include <utility>
 #include <wx/artprov.h>
 #include <wx/dcclient.h>
@@ -29,6 +31,13 @@ using dq::WindowChange;
 bool HasBars(const CWnd& window) {
   return window.GetScrollInfo(dq::SB_HORZ) != dq::SCROLLINFO() ||
          window.GetScrollInfo(dq::SB_VERT) != dq::SCROLLINFO();
+}
+
+/// How much a scroll bar runs over.
+int LengthOf(const dq::SCROLLINFO& info) {
+  constexpr std::int64_t kMost = std::numeric_limits<int>::max();
+  return static_cast<int>(
+      std::clamp<std::int64_t>(std::int64_t{info.nMax} - info.nMin + 1, 0, kMost));
 }
 
 }  // namespace
@@ -82,20 +91,25 @@ void PlainMirror::Paint(CWnd& window) {
                                     ? wxSYS_COLOUR_WINDOW
                                     : wxSYS_COLOUR_BTNFACE;
   const dq::HWND self = handle();
-  NativeDC context(window.GetClientRect().Size(), scale(), picture_,
-                   wxSystemSettings::GetColour(ground));
+  const dq::CSize area = window.GetClientRect().Size();
+  // A picture of another size has nothing of what was drawn.
+  if (picture_.IsOk() && picture_.GetSize() != scale().ToNative(area)) window.Invalidate();
   const dq::CRect update = window.GetUpdateRect();
   if (update.IsRectEmpty()) return;
+  NativeDC context(area, scale(), picture_, wxSystemSettings::GetColour(ground));
   context.IntersectClipRect(update);
   window.Paint(context);
-  if (layer().Find(self) == this && context.HasDrawn()) native()->Refresh();
+  if (layer().Find(self) != this || !context.HasDrawn()) return;
+  native()->RefreshRect(scale().ToNative(update), false);
 }
 
 void PlainMirror::ShowBar(dq::ScrollBar bar) {
   const dq::SCROLLINFO info = window().GetScrollInfo(bar);
-  const int range = std::max(0, info.nMax - info.nMin + 1);
+  const int range = LengthOf(info);
   const int orientation = bar == dq::SB_HORZ ? wxHORIZONTAL : wxVERTICAL;
-  native()->SetScrollbar(orientation, info.nPos - info.nMin, info.nPage, range);
+  const std::int64_t position = std::int64_t{info.nPos} - info.nMin;
+  native()->SetScrollbar(orientation, static_cast<int>(std::min<std::int64_t>(position, range)),
+                         info.nPage, range);
 }
 
 void PlainMirror::OnScroll(wxScrollWinEvent& event) {
@@ -118,18 +132,18 @@ void PlainMirror::OnScroll(wxScrollWinEvent& event) {
   const bool is_vertical = event.GetOrientation() == wxVERTICAL;
   Post([=, this, position = event.GetPosition()](CWnd& window) {
     const dq::SCROLLINFO info = window.GetScrollInfo(is_vertical ? dq::SB_VERT : dq::SB_HORZ);
-    const auto place = static_cast<dq::UINT>(info.nMin + position);
+    const int place = info.nMin + position;
     // The bar shows what the window makes of it.
     layer().Mark(window, WindowChange::kScroll);
     window.SendMessage(is_vertical ? dq::WM_VSCROLL : dq::WM_HSCROLL,
-                       dq::MakeWParam(found->code, place));
+                       dq::MakeScrollParam(found->code, place));
   });
 }
 
 dq::CRect ScrollBarWidths(const CWnd& window) {
   const auto width = [&window](dq::ScrollBar bar, dq::SystemMetric metric) {
     const dq::SCROLLINFO info = window.GetScrollInfo(bar);
-    const bool is_shown = info.nMax - info.nMin + 1 > std::max(1, info.nPage);
+    const bool is_shown = LengthOf(info) > std::max(1, info.nPage);
     return is_shown ? dq::LONG{dq::GetSystemMetrics(metric)} : 0;
   };
   return {0, 0, width(dq::SB_VERT, dq::SM_CXVSCROLL), width(dq::SB_HORZ, dq::SM_CYHSCROLL)};
