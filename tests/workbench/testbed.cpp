@@ -22,6 +22,7 @@
 #include "dqlib/toolkit/tool_tip_combo_box.h"
 #include "tests/support/prompt_edit.h"
 #include "tests/workbench/testbed_tabs.h"
+#include "tests/workbench/testbed_views.h"
 
 namespace workbench {
 namespace {
@@ -257,7 +258,8 @@ class Frame : public dq::CFrameWnd {
     Create("TestFrame", "Testbed", {60, 40, 660, 440}, 0, nullptr, false);
     menu_.LoadMenuIndirect(
         "popup \"&Open\"\nitem 32769 \"&Controls\"\nitem 32770 \"&Stretch\"\n"
-        "item 32771 \"S&heet\"\nitem 32772 \"&Question\"\nitem 32773 \"&Tabs\"\nend\n");
+        "item 32771 \"S&heet\"\nitem 32772 \"&Question\"\nitem 32776 \"&Views\"\nitem 32777 "
+        "\"&Workbook\"\nitem 32773 \"&Tabs\"\nend\n");
     SetMenu(&menu_);
     popup_.LoadMenuIndirect("item 32780 \"&Alpha\\tCtrl+A\"\nitem 32781 \"&Beta\" checked\n");
     canvas_.Create(this, dq::CRect(), dq::kFirstPaneId, static_cast<dq::CDocument*>(nullptr));
@@ -275,6 +277,7 @@ class Frame : public dq::CFrameWnd {
   bool CallMapped(const dq::HandlerKey& key, dq::HandlerArguments& arguments) override {
     static constexpr dq::MessageMapEntry kEntries[] = {
         dq::CommandRangeEntry<&Frame::OnOpen>(32769, 32773),
+        dq::CommandRangeEntry<&Frame::OnOpen>(32776, 32777),
         dq::CommandRangeEntry<&Frame::OnPopup>(32780, 32781),
     };
     return dq::CallEntry(kEntries, *this, key, arguments) || CFrameWnd::CallMapped(key, arguments);
@@ -296,6 +299,10 @@ class Frame : public dq::CFrameWnd {
         return Tell("left", Sheet().DoModal());
       case 32773:
         return tabs_.emplace().Open();
+      case 32776:
+        return views_.emplace().Open();
+      case 32777:
+        return book_.emplace().Open();
       default:
         return Tell("left", dq::platform::Current().prompts->Show(
                                 "Q & A", "Ampersands && blanks?",
@@ -312,6 +319,8 @@ class Frame : public dq::CFrameWnd {
   std::optional<TabsFrame> tabs_;
   Shelf left_;
   Shelf right_;
+  std::optional<ViewsFrame> views_;
+  std::optional<BookFrame> book_;
 };
 
 void Grow(int times) {
