@@ -43,6 +43,7 @@ Mail::~Mail() = default;
 Module::~Module() = default;
 Modules::~Modules() = default;
 Network::~Network() = default;
+Result<std::vector<std::string>> Network::Machines() { return Error{ErrorKind::kUnsupported}; }
 Printing::~Printing() = default;
 Processes::~Processes() = default;
 ProfileFiles::~ProfileFiles() = default;

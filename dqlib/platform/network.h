@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "dqlib/platform/error.h"
 #include "dqlib/platform/types.h"
@@ -29,6 +30,11 @@ class Network {
   /// The calling thread's last network error. An error of kind `kNotFound` when no provider has
   /// reported one on this thread.
   virtual Result<NetworkError> LastError() = 0;
+
+  /// The names of the machines of the network that the system knows, each once, in its order, with
+  /// two backslashes before them where the system writes them so. It doesn't search for others. The
+  /// base knows none and answers `kUnsupported`.
+  virtual Result<std::vector<std::string>> Machines();
 };
 
 }  // namespace dq::platform

@@ -70,6 +70,12 @@ edit 44550 "" 76 354 364 18 readonly
 text -1 "Example:" 20 382 54 14
 edit 44551 "" 76 380 364 18 readonly
 )"},
+    {44710, R"(caption "Printing"
+size 330 100
+text 44711 "" 12 14 306 14
+text 44712 "" 12 36 306 14
+button 2 "Cancel" 123 64 84 24
+)"},
     {45344, R"(caption "Rename Tab"
 size 300 72
 text -1 "&Name:" 8 12 50 14

@@ -12,6 +12,7 @@
 
 #include <map>
 #include <memory>
+#include <tuple>
 #include <unordered_map>
 
 #include "dqlib/framework/base/array.h"
@@ -22,6 +23,7 @@
 namespace dq {
 
 class CDQTreeEdit;
+struct TreeState;
 
 /// Kinds of change that `AdjustSelections` and `AdjustIndices` follow.
 enum ItemOperation : int {
@@ -41,7 +43,7 @@ enum TreeKeyNotification : int {
 
 /// To a `CDQTree`: a notification of its own by `WM_COMMAND`, before its parent gets it.
 inline constexpr UINT kTreeReflectedCommand = kReflectBase + WM_COMMAND;
-/// To a `CDQTree`: a key, with the current row in the high word; see `CDQTree::VKeyToItem`.
+/// To a `CDQTree`: a key, with the current row behind its 16 bits; see `CDQTree::VKeyToItem`.
 inline constexpr UINT kTreeKeyToItem = kReflectBase + 0x2E;
 /// To a `CDQTree`: sets the caret to the row in the first argument.
 inline constexpr UINT kTreeSetCaret = 0x3701;
@@ -93,15 +95,16 @@ class CDQTree : public CSftTree {
   virtual bool IsLeaf(int row) const;
   virtual bool IsFolder(int row) const;
   virtual bool IsRoot(int row) const;
-  /// A row has come or was moved: for a tree whose rows have pictures or colours by their place.
+  /// An operation of this class has made or moved a row: for a tree whose rows look different by
+  /// their place.
   virtual void AdjustItemLines(int /*row*/) {}
   /// Whether a new text for the cell being edited can be taken; tells the person if not.
   virtual bool ValidateEdit(int row, const char* text);
   /// Selects all rows, or none, of a tree with multiple selection. The flags have no effect.
   virtual void SelectAll(bool first = true, bool second = true);
   virtual void UnselectAll();
-  /// Puts the selected rows in the place of what `rows` holds, and returns their number. The flags
-  /// have no effect.
+  /// Puts the selected rows, rising, in the place of what `rows` holds, and returns their number.
+  /// The flags have no effect.
   virtual int GetSelectedItems(CUIntArray& rows, int flags = 0);
   /// Moves a row with all that is below it into a folder (-1 is the top level), before its child
   /// `before`, or behind the last one with -1. Returns where it is then; -1, with a message, if it
@@ -117,8 +120,9 @@ class CDQTree : public CSftTree {
   virtual CString GetItemName(void* data);
   /// Whether another folder with the same parent as the row's has the name, case regarded.
   virtual bool IsDuplicateFolderName(int row, const char* name);
-  /// Makes the data of a new row for a name or for what was dropped from elsewhere; null for none.
-  virtual void* CreateItem(const char* text);
+  /// Makes the data of a new row, a folder or a leaf, for its name or for what was dropped from
+  /// elsewhere; null for none.
+  virtual void* CreateItem(const char* text, bool is_folder);
   /// Something is dropped that doesn't stay within the tree: rows of this tree on another window,
   /// `target`, or `texts` from elsewhere on the tree, which is `target` then. Not 0 if it was
   /// taken.
@@ -127,7 +131,7 @@ class CDQTree : public CSftTree {
   virtual LRESULT OnForeignDrag(CWnd* target);
   /// A drag within the tree, or out of it, has ended by a drop.
   virtual void PostDrag() {}
-  /// The picture of a leaf, if it has one of its own; else null.
+  /// The picture of a leaf, if it has one of its own; else null, which is that of all leaves.
   virtual CBitmap* OverrideLeafBitmap(int row);
   /// Ask whether so many rows, or one, are to be deleted.
   virtual bool DeleteSelectedItemsMsg(int count);
@@ -137,9 +141,10 @@ class CDQTree : public CSftTree {
 
   /// The dialogs' font; null as well as no argument.
   void SetDefaultFont(CFont* font = nullptr);
-  /// The desktop's colours, as they are now.
-  void SetColors();
-  using CSftTree::SetColors;
+  /// As that of the base; without arguments the desktop's colours.
+  void SetColors(COLORREF text = CellStyle::kNoColor, COLORREF background = CellStyle::kNoColor,
+                 COLORREF selected_text = CellStyle::kNoColor,
+                 COLORREF selected_background = CellStyle::kNoColor);
 
   // Texts. Numbers are their decimal texts.
 
@@ -158,7 +163,7 @@ class CDQTree : public CSftTree {
   /// The first row whose text in the column is exactly this one; -1 without, and for null.
   int FindTextA(int column, const char* text) const;
   /// The texts of all columns, with the delimiter between. They are put out as they are: a
-  /// delimiter in a text is not quoted.
+  /// delimiter in a text is not quoted. A null delimiter counts as "".
   void GetDelimitedText(int row, CString& out, const char* delimiter) const;
   /// The opposite: sets the columns one after the other. Columns without a part become "", parts
   /// without a column are left out. An empty delimiter leaves the text whole.
@@ -186,7 +191,9 @@ class CDQTree : public CSftTree {
   HBITMAP GetColumnBitmap(int row, int column) const;
   /// The picture with the index of a strip, from the left. False if the strip has none such.
   bool SetIndexedBitmap(int row, int column, const CBitmap& strip, int index);
-  /// The pictures of leaves and folders, of folders that are expanded, and of roots; null for none.
+  /// The pictures of leaves and folders, of folders that are expanded, and of roots; null for none,
+  /// where folders that are expanded look as others do, and roots as folders or leaves. Rows that
+  /// there are get theirs now, others when an operation of this class makes or moves them.
   void SetBitmaps(CBitmap* leaf, CBitmap* folder, CBitmap* open_folder = nullptr,
                   CBitmap* root = nullptr);
   /// Gives each selected row this picture; null is that of its kind.
@@ -219,8 +226,10 @@ class CDQTree : public CSftTree {
   bool SaveState(const char* key);
   /// Takes it back, as far as its indexes fit the rows: selects, expands and collapses now, and
   /// sets the caret when the message loop comes to it. False, and no change, without such a value
-  /// or if it is empty. Of a damaged one the part counts that can be read.
+  /// or if it is empty or damaged.
   bool RestoreState(const char* key);
+  /// The same with a state that was read.
+  void TakeState(const TreeState& state);
 
   // Editing of a cell.
 
@@ -260,7 +269,7 @@ class CDQTree : public CSftTree {
   void Copy();
   virtual void Paste() {}
   void Clear() { DeleteSelectedItems(); }
-  /// The text that `Copy` puts on the clipboard.
+  /// The text that `Copy` puts on the clipboard; "" if no row is selected, and then it puts none.
   CString GetCopyText() const;
   /// Writes all rows, hidden ones too, to a file: the former file or the new one is there whole.
   /// Throws the `CFileException` of what fails.
@@ -344,17 +353,35 @@ class CDQTree : public CSftTree {
  private:
   friend class CDQTreeEdit;
 
+  friend class CDQTreeDropTarget;
+
+  int CreateNewRow(UINT name_id, bool is_folder);
+  int InsertItem(int near, const char* text, void* data);
+  CString NameOf(int row);
+  bool RefuseMove(int row, int folder);
+  void PickBitmap(int row);
+  bool SetCellPicture(int row, int column, HBITMAP picture);
+  CWnd* ForeignUnderPointer();
+  LRESULT OnReflectedCommand(WPARAM wparam, LPARAM lparam);
+  LRESULT OnKeyToItem(WPARAM wparam, LPARAM lparam);
+  /// Calls it for each column that a cell operation is about; false if there is no such cell.
+  template <typename Call>
+  bool ForCells(int row, int column, Call call);
+
   std::unique_ptr<CDQTreeEdit> m_pEdit;
   std::unique_ptr<CFont> m_pBoldFont;
   std::unordered_map<const LOGFONT*, CFont*> m_fonts;
   std::map<int, CSize> m_bitmapSizes;
-  std::map<std::pair<HBITMAP, int>, std::unique_ptr<const BitmapDescription>> m_indexedBitmaps;
+  /// By the strip, the index and the size.
+  std::map<std::tuple<HBITMAP, int, LONG, LONG>, std::unique_ptr<const BitmapDescription>>
+      m_indexedBitmaps;
   CUIntArray m_selections;
   CString m_strPrintHeaderPrefix;
   CBitmap* m_pLeafBitmap = nullptr;
   CBitmap* m_pFolderBitmap = nullptr;
   CBitmap* m_pOpenFolderBitmap = nullptr;
   CBitmap* m_pRootBitmap = nullptr;
+  COLORREF m_textColor = CellStyle::kNoColor;
   int m_nSortColumn = -1;
   int m_nEditRow = -1;
   int m_nEditCol = -1;
@@ -392,6 +419,7 @@ class CDQTreeEdit : public CEdit {
   void TellTree(int code);
 
   const COLORREF m_textColor;
+  bool m_bEnding = false;
 };
 
 }  // namespace dq

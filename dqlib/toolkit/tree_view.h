@@ -23,6 +23,12 @@ class CDQTreeDropTarget : public COleDropTarget {
   /// or behind the marked leaf. The effect is "none" if nothing was taken.
   int OnDropEx(CWnd* window, COleDataObject* data, UINT offered, UINT effects,
                CPoint point) override;
+
+  /// While rows of the tree are dragged: dropped on itself they are moved. Null when that is over.
+  void SetDragged(const CDQTree* tree) { m_pDragged = tree; }
+
+ private:
+  const CDQTree* m_pDragged = nullptr;
 };
 
 /// A view that is filled by a tree.
@@ -69,7 +75,7 @@ class CDQTreeView : public CView {
   LRESULT OnSize(WPARAM wparam, LPARAM lparam);
   LRESULT OnSetFocus(WPARAM wparam, LPARAM lparam);
   bool MakeTreeWindow();
-  void RegisterTarget();
+  void TakeDragging();
 
   std::unique_ptr<CDQTree> m_pTree;
   CDQTreeDropTarget m_dropTarget;

@@ -1,0 +1,162 @@
+// Trees: the editor in a cell.
+
+#include "dqlib/framework/windows/message_box.h"
+#include "dqlib/framework/windows/ui_state.h"
+#include "dqlib/resources/string_ids.h"
+#include "dqlib/toolkit/tree.h"
+
+namespace dq {
+
+using detail::Watched;
+
+IMPLEMENT_DYNAMIC(CDQTreeEdit, CEdit)
+
+void CDQTree::EditCell(int row, int column) {
+  const Watched self(*this);
+  if (m_pEdit != nullptr) {
+    OnValidateEdit();
+    // What was typed there isn't good yet.
+    if (!self.IsThere() || m_pEdit != nullptr) return;
+  }
+  m_nEditRow = row < 0 ? GetCaret() : row;
+  m_nEditCol = column;
+  CRect place;
+  if (!GetCellRect(m_nEditRow, m_nEditCol, &place, true)) {
+    EnsureRowVisible(m_nEditRow);
+    EnsureCellVisible(m_nEditRow, m_nEditCol);
+    if (!GetCellRect(m_nEditRow, m_nEditCol, &place, true)) return;
+  }
+  Invalidate();
+  auto edit = std::make_unique<CDQTreeEdit>(
+      m_textColor == CellStyle::kNoColor ? GetSysColor(COLOR_WINDOWTEXT) : m_textColor);
+  if (!edit->CreateWnd({.class_name = "Edit",
+                        .place = place,
+                        .parent = this,
+                        .id = CDQTreeEdit::kId,
+                        .visible = false})) {
+    return;
+  }
+  m_pEdit = std::move(edit);
+  m_pEdit->SetFont(GetFont());
+  m_pEdit->SetWindowText(CellText(m_nEditRow, m_nEditCol));
+  m_pEdit->SetSel(0, -1);
+  m_pEdit->ShowWindow(SW_SHOW);
+  if (self.IsThere() && m_pEdit != nullptr) m_pEdit->SetFocus();
+}
+
+void CDQTree::ResetEditCtrl() {
+  // It hears of its end, and mustn't begin another one then.
+  const std::unique_ptr<CDQTreeEdit> edit = std::move(m_pEdit);
+}
+
+bool CDQTree::ValidateEdit(int row, const char* text) {
+  if (*text == '\0' && !m_bAllowEmptyEdit) {
+    AfxMessageBox(IDS_ITEM_NAME_EMPTY, BOX_EXCLAMATION);
+    return false;
+  }
+  return !IsFolder(row) || !IsDuplicateFolderName(row, text);
+}
+
+bool CDQTree::IsDuplicateFolderName(int row, const char* name) {
+  const int column = m_nEditCol < 0 ? 0 : m_nEditCol;
+  const std::string_view wanted = name == nullptr ? "" : name;
+  const auto is_same = [&](int other) {
+    return IsFolder(other) && CellText(other, column) == wanted;
+  };
+  for (int at = GetPrevSibling(row); at >= 0; at = GetPrevSibling(at)) {
+    if (is_same(at)) return true;
+  }
+  for (int at = GetNextSibling(row); at >= 0; at = GetNextSibling(at)) {
+    if (is_same(at)) return true;
+  }
+  return false;
+}
+
+BOOL CDQTree::OnValidateEdit() {
+  if (m_pEdit == nullptr || m_bValidating) return 1;
+  const Watched self(*this);
+  const detail::SetWhile validating(*this, m_bValidating);
+  const CString text = m_pEdit->GetWindowText();
+  const int row = m_nEditRow;
+  if (row < 0 || row >= GetCount()) {
+    ResetEditCtrl();
+    return 1;
+  }
+  const bool good = ValidateEdit(row, text);
+  if (!self.IsThere() || m_pEdit == nullptr) return 1;
+  if (!good) {
+    m_pEdit->SetFocus();
+    return 1;
+  }
+  OnUpdateEdit(row, text);
+  if (self.IsThere()) ResetEditCtrl();
+  return 1;
+}
+
+void CDQTree::OnUpdateEdit(int row, const char* text) { SetText(row, m_nEditCol, text); }
+
+BOOL CDQTree::OnQuitEdit() {
+  ResetEditCtrl();
+  return 1;
+}
+
+CDQTreeEdit::~CDQTreeEdit() {
+  m_bEnding = true;
+  EndInDestructor();
+}
+
+bool CDQTreeEdit::CallMapped(const HandlerKey& key, HandlerArguments& arguments) {
+  static constexpr MessageMapEntry kEntries[] = {
+      MessageEntry<&CDQTreeEdit::OnKeyDown>(WM_KEYDOWN),
+      MessageEntry<&CDQTreeEdit::OnChar>(WM_CHAR),
+      MessageEntry<&CDQTreeEdit::OnKillFocus>(WM_KILLFOCUS),
+      MessageEntry<&CDQTreeEdit::OnGetDlgCode>(WM_GETDLGCODE),
+  };
+  return CallEntry(kEntries, *this, key, arguments) || CEdit::CallMapped(key, arguments);
+}
+
+/// As a notification of the tree, which gets it first. It may end this editor.
+void CDQTreeEdit::TellTree(int code) {
+  CDQTree* const tree = DYNAMIC_DOWNCAST(CDQTree, GetParent());
+  if (tree == nullptr || m_bEnding) return;
+  if (tree->GetParent() != nullptr) {
+    tree->NotifyParent(code);
+  } else {
+    tree->SendMessage(kTreeReflectedCommand,
+                      MakeWParam(static_cast<UINT>(tree->GetDlgCtrlID()), static_cast<UINT>(code)),
+                      reinterpret_cast<LPARAM>(tree->GetSafeHwnd()));
+  }
+}
+
+LRESULT CDQTreeEdit::OnKeyDown(WPARAM key, LPARAM lparam) {
+  switch (key) {
+    case VK_RETURN:
+    case VK_TAB:
+      TellTree(kTreeValidateEdit);
+      return 0;
+    case VK_ESCAPE:
+      TellTree(kTreeQuitEdit);
+      return 0;
+    default:
+      return CEdit::DefWindowProc(WM_KEYDOWN, key, lparam);
+  }
+}
+
+LRESULT CDQTreeEdit::OnChar(WPARAM character, LPARAM lparam) {
+  // Those of the keys above.
+  if (character == VK_RETURN || character == VK_TAB || character == VK_ESCAPE) return 0;
+  return CEdit::DefWindowProc(WM_CHAR, character, lparam);
+}
+
+LRESULT CDQTreeEdit::OnKillFocus(WPARAM wparam, LPARAM lparam) {
+  const Watched self(*this);
+  CEdit::DefWindowProc(WM_KILLFOCUS, wparam, lparam);
+  if (self.IsThere()) TellTree(kTreeValidateEdit);
+  return 0;
+}
+
+LRESULT CDQTreeEdit::OnGetDlgCode(WPARAM, LPARAM) {
+  return DLGC_WANTALLKEYS | DLGC_WANTTAB | DLGC_WANTARROWS | DLGC_WANTCHARS | DLGC_HASSETSEL;
+}
+
+}  // namespace dq

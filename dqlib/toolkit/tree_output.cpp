@@ -1,0 +1,181 @@
+// Trees: rows as delimited text, copied, saved and printed.
+
+#include <cstring>
+
+#include "dqlib/core/clipboard_writer.h"
+#include "dqlib/core/system_info.h"
+#include "dqlib/framework/base/file.h"
+#include "dqlib/framework/base/printer_dc.h"
+#include "dqlib/framework/windows/file_dialog.h"
+#include "dqlib/framework/windows/file_failure.h"
+#include "dqlib/framework/windows/message_box.h"
+#include "dqlib/framework/windows/print_dialog.h"
+#include "dqlib/framework/windows/screen.h"
+#include "dqlib/framework/windows/ui_state.h"
+#include "dqlib/framework/windows/win_app.h"
+#include "dqlib/resources/string_ids.h"
+#include "dqlib/toolkit/print_dlg.h"
+#include "dqlib/toolkit/tree.h"
+
+namespace dq {
+
+using detail::Watched;
+
+namespace {
+
+/// How much is handed to a file at once.
+constexpr std::size_t kPieceSize = 1 << 16;
+constexpr const char* kHeaderGap = "     ";
+/// The framework's text for a job that can't be begun.
+constexpr UINT kFailedToStart = 61702;
+
+const char* OrEmpty(const char* text) { return text == nullptr ? "" : text; }
+
+void AppendDelimited(std::string& out, const CDQTree& tree, int row, const char* delimiter) {
+  const int columns = tree.GetColumnCount();
+  for (int column = 0; column < columns; ++column) {
+    if (column > 0) out += delimiter;
+    out += tree.CellText(row, column);
+  }
+}
+
+CString ApplicationName() {
+  const CWinApp* const app = AfxGetApp();
+  return CString(app == nullptr ? "" : app->GetAppName());
+}
+
+int PagesOf(int rows) { return rows == 0 ? 0 : (rows - 1) / CDQPrintDlg::kRowsOfPage + 1; }
+
+UINT StatusTextOf(int pages) {
+  if (pages == 0) return IDS_PRINTING_NO_PAGES;
+  return pages == 1 ? IDS_PRINTING_PAGE : IDS_PRINTING_PAGES;
+}
+
+bool AskForPages(int pages) {
+  CString question;
+  question.Format(IDS_PRINT_MANY_PAGES, pages);
+  return AfxMessageBox(question, BOX_YES_NO | BOX_QUESTION) == IDYES;
+}
+
+}  // namespace
+
+void CDQTree::GetDelimitedText(int row, CString& out, const char* delimiter) const {
+  std::string text;
+  if (row >= 0 && row < GetCount()) AppendDelimited(text, *this, row, OrEmpty(delimiter));
+  out = text;
+}
+
+bool CDQTree::SetDelimitedText(int row, const char* text, const char* delimiter) {
+  if (row < 0 || row >= GetCount()) return false;
+  const std::string_view mark = OrEmpty(delimiter);
+  std::string_view rest = OrEmpty(text);
+  const int columns = GetColumnCount();
+  for (int column = 0; column < columns; ++column) {
+    const std::size_t end = mark.empty() ? rest.npos : rest.find(mark);
+    SetText(row, column, std::string(rest.substr(0, end)).c_str());
+    rest.remove_prefix(end == rest.npos ? rest.size() : end + mark.size());
+  }
+  return true;
+}
+
+CString CDQTree::GetCopyText() const {
+  std::string text;
+  for (const int row : GetSelectedRows()) {
+    text.append(static_cast<std::size_t>(GetLevel(row)), '\t');
+    AppendDelimited(text, *this, row, "\t");
+    text += "\r\n";
+  }
+  return CString(text);
+}
+
+void CDQTree::Copy() {
+  if (GetSelectedCount() == 0) return;
+  const CWaitCursor wait;
+  CDQClipboardWriter writer(this);
+  writer.Write(GetCopyText());
+  writer.PostData();
+}
+
+void CDQTree::Save(const char* file, const char* delimiter, const char* line_end) {
+  const CWaitCursor wait;
+  CReplacingFile out;
+  CFileException error;
+  if (!out.Open(OrEmpty(file), CFile::modeCreate | CFile::modeReadWrite | CFile::shareExclusive,
+                &error)) {
+    throw error;
+  }
+  std::string piece;
+  const auto write = [&] {
+    out.Write(piece.data(), static_cast<UINT>(piece.size()));
+    piece.clear();
+  };
+  const int count = GetCount();
+  for (int row = 0; row < count; ++row) {
+    AppendDelimited(piece, *this, row, OrEmpty(delimiter));
+    piece += OrEmpty(line_end);
+    if (piece.size() >= kPieceSize) write();
+  }
+  write();
+  out.Close();
+}
+
+void CDQTree::OnFileSave() {
+  const Watched self(*this);
+  CString filter;
+  filter.LoadString(IDS_TREE_SAVE_FILTER);
+  CFileDialog dialog(false, "CSV", nullptr, OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT, filter, this);
+  if (dialog.DoModal() != IDOK || !self.IsThere()) return;
+  const CString path = dialog.GetPathName();
+  try {
+    Save(path, ",", "\r\n");
+  } catch (const CFileException& error) {
+    AfxMessageBox(DescribeFileFailure(path, &error, true, IDS_SAVE_FAILED), BOX_EXCLAMATION);
+  }
+}
+
+void CDQTree::OnFilePrint() {
+  if (GetCount() == 0) return;
+  const Watched self(*this);
+  std::vector<int> rows;
+  const int selected = GetSelections();
+  const bool offers_selection = m_bAllowPrintSelection && selected > 0;
+  int pages = PagesOf(GetCount());
+  DWORD flags = PD_RETURNDC | PD_USEDEVMODECOPIES;
+  if (!offers_selection) flags |= PD_NOSELECTION;
+  if (offers_selection && selected > 1) flags |= PD_SELECTION;
+  CPrintDialog dialog(flags, this);
+  dialog.SetPageRange(1, pages);
+  if (dialog.DoModal() != IDOK || !self.IsThere()) return;
+  if (dialog.PrintSelection()) {
+    GetSelections();
+    for (int at = 0; at < m_selections.GetSize(); ++at) rows.push_back(GetSelection(at));
+    pages = PagesOf(static_cast<int>(rows.size()));
+  } else {
+    for (int row = 0; row < GetCount(); ++row) rows.push_back(row);
+  }
+  if (pages > 1 && (!AskForPages(pages) || !self.IsThere())) return;
+  CString header = m_strPrintHeaderPrefix.IsEmpty() ? ApplicationName() : m_strPrintHeaderPrefix;
+  const CString title = header;
+  header += kHeaderGap + CDQSystemInfo::GetCurrentDate(DATE_SHORT);
+  header += kHeaderGap + CDQSystemInfo::GetTickCount();
+
+  platform::PrintJob job = dialog.GetPrintJob();
+  // Those pages alone are drawn that were chosen.
+  job.first_page = 1;
+  job.last_page = 0;
+  PrinterDC dc(job);
+  CDQPrintDlg printing(dc, *this, std::move(rows));
+  printing.SetHeader(header, title);
+  if (dialog.PrintRange()) printing.SetPageRange(dialog.GetFromPage(), dialog.GetToPage());
+  printing.SetStatusText(StatusTextOf(pages));
+  if (printing.Print() == PrintResult::kFailed) {
+    const CString why = dc.GetErrorText();
+    if (why.IsEmpty()) {
+      AfxMessageBox(kFailedToStart);
+    } else {
+      AfxMessageBox(why);
+    }
+  }
+}
+
+}  // namespace dq
