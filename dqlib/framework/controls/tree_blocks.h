@@ -40,7 +40,9 @@ class TreeBlocks {
   TreeRow& Uncounted(int row) { return RowAt(Find(row)); }
   /// Calls `change` with a row.
   template <typename Change>
-  void Edit(int row, Change change);
+  void Edit(int row, Change change) {
+    EditBlock(row, row + 1, change);
+  }
   /// With the rows of a range that stand in the block of its first one; returns the index behind.
   template <typename Change>
   int EditBlock(int first, int last, Change change);
@@ -126,30 +128,21 @@ class TreeBlocks {
 };
 
 template <typename Change>
-void TreeBlocks::Edit(int row, Change change) {
-  const Place place = Find(row);
-  TreeRow& changed = RowAt(place);
-  const TreeRow former = changed;
-  change(changed);
-  if (changed.level != former.level) {
-    Recount(place.block);
-    return;
-  }
-  if (changed.hidden == former.hidden && changed.selected == former.selected) return;
-  Totals& totals = blocks_[place.block].totals;
-  Count(totals, former, -1);
-  Count(totals, changed, 1);
-  Refresh(place.block);
-}
-
-template <typename Change>
 int TreeBlocks::EditBlock(int first, int last, Change change) {
   const Place place = Find(first);
-  Rows& block = blocks_[place.block].rows;
+  Block& block = blocks_[place.block];
   const std::size_t count =
-      std::min(block.size() - place.at, static_cast<std::size_t>(last - first));
-  for (TreeRow& row : std::span(block).subspan(place.at, count)) change(row);
-  Recount(place.block);
+      std::min(block.rows.size() - place.at, static_cast<std::size_t>(last - first));
+  bool levels_changed = false;
+  for (TreeRow& row : std::span(block.rows).subspan(place.at, count)) {
+    const int level = row.level;
+    Count(block.totals, row, -1);
+    change(row);
+    Count(block.totals, row, 1);
+    levels_changed |= row.level != level;
+  }
+  if (levels_changed) block.totals = Count(block.rows);
+  Refresh(place.block);
   return first + static_cast<int>(count);
 }
 

@@ -181,10 +181,15 @@ bool TreeRows::Expand(int row, bool expand, bool deep) {
 void TreeRows::ShowBelow(int row) {
   const int end = GetEnd(row);
   Hider hider(rows_[row]);
-  for (int at = row + 1; at < end;) {
-    at = rows_.EditBlock(at, end, [&hider](TreeRow& each) { hider(each); });
+  // The farther nothing is collapsed, the more is looked at in one step.
+  constexpr int kFewRows = 8;
+  constexpr int kManyRows = 1024;
+  for (int at = row + 1, step = kFewRows; at < end; step = std::min(2 * step, kManyRows)) {
+    const int to = step < end - at ? at + step : end;
+    at = rows_.EditBlock(at, to, [&hider](TreeRow& each) { hider(each); });
     if (at < end && hider.GetClosedLevel() != kNothingClosed) {
       at = rows_.FindNextAtMost(at, hider.GetClosedLevel());
+      step = kFewRows / 2;
     }
   }
 }
