@@ -83,7 +83,7 @@ void CDQCoolMenu::CoolifyItem(int position) {
   }
   const HMENU popup = PopupAt(position);
   // One that is drawn already has its text elsewhere.
-  if ((detail::FindMenu(m_hMenu)->items[at].flags & MF_OWNERDRAW) != 0) return;
+  if (IsOwnerDrawn(at, MF_BYPOSITION)) return;
   const CString text = GetMenuString(at, MF_BYPOSITION);
   if (id == kPopupId) {
     if (popup == nullptr) return;

@@ -21,6 +21,7 @@
 #include "dqlib/toolkit/flex_property_sheet.h"
 #include "dqlib/toolkit/tool_tip_combo_box.h"
 #include "tests/support/prompt_edit.h"
+#include "tests/workbench/testbed_menus.h"
 #include "tests/workbench/testbed_tabs.h"
 #include "tests/workbench/testbed_views.h"
 
@@ -259,8 +260,11 @@ class Frame : public dq::CFrameWnd {
     menu_.LoadMenuIndirect(
         "popup \"&Open\"\nitem 32769 \"&Controls\"\nitem 32770 \"&Stretch\"\n"
         "item 32771 \"S&heet\"\nitem 32772 \"&Question\"\nitem 32776 \"&Views\"\nitem 32777 "
-        "\"&Workbook\"\nitem 32773 \"&Tabs\"\nend\n");
+        "\"&Workbook\"\nitem 32773 \"&Tabs\"\nend\n" +
+        std::string(MenuResources::kText));
+    menu_.CoolifyPopup(1, MenuResources::kMenu);
     SetMenu(&menu_);
+    tools_.Coolify(MenuResources::kMenu, true);
     popup_.LoadMenuIndirect("item 32780 \"&Alpha\\tCtrl+A\"\nitem 32781 \"&Beta\" checked\n");
     canvas_.Create(this, dq::CRect(), dq::kFirstPaneId, static_cast<dq::CDocument*>(nullptr));
     upper_.Open(&canvas_, 51, {300, 10, 400, 60});
@@ -278,13 +282,20 @@ class Frame : public dq::CFrameWnd {
     static constexpr dq::MessageMapEntry kEntries[] = {
         dq::CommandRangeEntry<&Frame::OnOpen>(32769, 32773),
         dq::CommandRangeEntry<&Frame::OnOpen>(32776, 32777),
-        dq::CommandRangeEntry<&Frame::OnPopup>(32780, 32781),
+        dq::CommandRangeEntry<&Frame::OnPopup>(32780, 32791),
+        dq::CommandRangeEntry<&Frame::OnPopup>(32793, 32794),
     };
     return dq::CallEntry(kEntries, *this, key, arguments) || CFrameWnd::CallMapped(key, arguments);
   }
   dq::LRESULT DefWindowProc(UINT message, dq::WPARAM wparam, dq::LPARAM lparam) override {
+    if (message == dq::WM_MENUCHAR) {
+      dq::CMenu* const menu = dq::CMenu::FromHandle(reinterpret_cast<dq::HMENU>(lparam));
+      return dq::CDQCoolMenu::OnMenuChar(dq::LoWord(wparam), dq::HiWord(wparam), menu);
+    }
     if (message != dq::WM_CONTEXTMENU) return CFrameWnd::DefWindowProc(message, wparam, lparam);
     const dq::CPoint at = dq::PointOfParam(lparam);
+    const bool is_card = reinterpret_cast<dq::HWND>(wparam) == upper_.GetSafeHwnd();
+    if (is_card) return tools_.GetCoolSubMenu(0)->TrackPopupMenu(0, at.x, at.y, this);
     return popup_.TrackPopupMenu(0, at.x, at.y, this);
   }
 
@@ -311,7 +322,9 @@ class Frame : public dq::CFrameWnd {
   }
   void OnPopup(UINT id) { Tell("popup", id); }
 
-  dq::CMenu menu_;
+  const MenuResources resources_;
+  dq::CDQCoolMenu menu_;
+  dq::CDQCoolMenu tools_;
   dq::CMenu popup_;
   Canvas canvas_;
   Card upper_;

@@ -42,6 +42,7 @@ FrameMirror::FrameMirror(Layer& layer, CWnd& window) : TopLevelMirror(layer, win
                         reinterpret_cast<dq::LPARAM>(menu));
     });
   };
+  events_.with_owner = [this](std::function<void(CWnd&)> act) { PostFact(std::move(act)); };
 }
 
 FrameMirror::~FrameMirror() { layer().RemoveFrame(*this); }

@@ -27,7 +27,7 @@ class FrameMirror : public TopLevelMirror {
   wxFrame& frame() const;
   void ShowMenu();
 
-  MenuMirror::Events events_;
+  MenuMirror::Events events_{.scale = scale()};
   std::unique_ptr<MenuMirror> menu_;
 };
 

@@ -55,6 +55,67 @@ void ShowAsRadio(wxMenuItem& item, bool radio) {
   gtk_check_menu_item_set_draw_as_radio(GTK_CHECK_MENU_ITEM(native), radio ? TRUE : FALSE);
 }
 
+void ReserveMarks(wxMenu& menu, bool reserve) {
+  gtk_menu_set_reserve_toggle_size(GTK_MENU(menu.m_menu), reserve ? TRUE : FALSE);
+}
+
+namespace {
+
+/// Has the widget get a press of a key, which the toolkit wants to see before it drops a menu down.
+void PressKey(GtkWidget* widget, guint key) {
+  GdkWindow* const window = gtk_widget_get_window(widget);
+  GdkDisplay* const display = gdk_window_get_display(window);
+  GdkKeymapKey* places = nullptr;
+  gint count = 0;
+  gdk_keymap_get_entries_for_keyval(gdk_keymap_get_for_display(display), key, &places, &count);
+  GdkEvent* const event = gdk_event_new(GDK_KEY_PRESS);
+  event->key.window = GDK_WINDOW(g_object_ref(window));
+  event->key.keyval = key;
+  if (count > 0) {
+    event->key.hardware_keycode = static_cast<guint16>(places->keycode);
+    event->key.group = static_cast<guint8>(places->group);
+  }
+  g_free(places);
+  gdk_event_set_device(event, gdk_seat_get_keyboard(gdk_display_get_default_seat(display)));
+  gtk_main_do_event(event);
+  gdk_event_free(event);
+}
+
+}  // namespace
+
+MenuKeys::MenuKeys(wxMenu& menu, std::function<bool(unsigned int character)> takes)
+    : menu_(menu.m_menu), takes_(std::move(takes)) {
+  g_object_ref(menu_);
+  g_signal_connect(menu_, "key-press-event", G_CALLBACK(OnKey), this);
+}
+
+MenuKeys::~MenuKeys() {
+  g_signal_handlers_disconnect_by_data(menu_, this);
+  g_object_unref(menu_);
+}
+
+int MenuKeys::OnKey(GtkWidget*, GdkEventKey* event, void* self) {
+  constexpr guint kDelete = 0x7F;
+  const guint character = gdk_keyval_to_unicode(event->keyval);
+  const bool is_text = character > ' ' && character != kDelete;
+  if (!is_text || (event->state & GDK_CONTROL_MASK) != 0) return FALSE;
+  return static_cast<const MenuKeys*>(self)->takes_(character) ? TRUE : FALSE;
+}
+
+void MenuKeys::Choose(wxMenuItem& item, bool execute) {
+  if (!gtk_widget_get_mapped(menu_)) return;
+  GtkMenuShell* const shell = GTK_MENU_SHELL(menu_);
+  GtkWidget* const native = item.GetMenuItem();
+  if (execute && !item.IsSubMenu()) return gtk_menu_shell_activate_item(shell, native, TRUE);
+  gtk_menu_shell_select_item(shell, native);
+  const bool is_mirrored = gtk_widget_get_direction(menu_) == GTK_TEXT_DIR_RTL;
+  if (execute) PressKey(menu_, is_mirrored ? GDK_KEY_Left : GDK_KEY_Right);
+}
+
+void MenuKeys::Close() {
+  if (gtk_widget_get_mapped(menu_)) g_signal_emit_by_name(menu_, "cancel");
+}
+
 namespace {
 
 void OnMenuLeft(GtkMenuShell*, gpointer done) { (*static_cast<std::function<void()>*>(done))(); }

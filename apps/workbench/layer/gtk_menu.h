@@ -6,6 +6,8 @@
 #include <wx/gdicmn.h>
 #include <wx/string.h>
 
+typedef struct _GdkEventKey GdkEventKey;
+typedef struct _GtkWidget GtkWidget;
 class wxMenu;
 class wxMenuItem;
 class wxWindow;
@@ -18,6 +20,34 @@ void ShowKeys(wxMenuItem& item, const wxString& keys);
 
 /// Shows the mark of an item as that of a radio button.
 void ShowAsRadio(wxMenuItem& item, bool radio);
+
+/// Whether all rows of a menu have room for a mark before them.
+void ReserveMarks(wxMenu& menu, bool reserve);
+
+/// The keys of a menu while it is shown.
+class MenuKeys {
+ public:
+  /// `takes` is called from within the toolkit with each character that a person types, in lower
+  /// or upper case, without the Control key; the toolkit doesn't get those that it takes. Blanks
+  /// choose an item and are the toolkit's.
+  MenuKeys(wxMenu& menu, std::function<bool(unsigned int character)> takes);
+  MenuKeys(const MenuKeys&) = delete;
+  MenuKeys& operator=(const MenuKeys&) = delete;
+  ~MenuKeys();
+
+  // While the menu is shown; nothing happens else.
+
+  /// Looks at an item and, with `execute`, chooses it: a popup drops down.
+  void Choose(wxMenuItem& item, bool execute);
+  /// Leaves all menus.
+  void Close();
+
+ private:
+  static int OnKey(GtkWidget* menu, GdkEventKey* event, void* self);
+
+  GtkWidget* menu_;
+  const std::function<bool(unsigned int character)> takes_;
+};
 
 /// To which side of a point a menu lies.
 enum class MenuSide { kRight, kBoth, kLeft };

@@ -1,5 +1,6 @@
 // What the library asks the window layer.
 
+#include <utility>
 #include <wx/dcmemory.h>
 #include <wx/menu.h>
 #include <wx/utils.h>
@@ -71,8 +72,7 @@ void Layer::SetPointer(dq::PointerShape shape) {
 }
 
 dq::UINT Layer::TrackMenu(dq::HMENU menu, const dq::MenuSpot& spot, CWnd& owner) {
-  Mirror* const over = Find(owner.GetTopLevelParent());
-  if (over == nullptr || !loop_.HasDisplay()) return 0;
+  if (!loop_.HasDisplay()) return 0;
   const HWND window = owner.GetSafeHwnd();
   UINT chosen = 0;
   bool is_left = false;
@@ -93,11 +93,27 @@ dq::UINT Layer::TrackMenu(dq::HMENU menu, const dq::MenuSpot& spot, CWnd& owner)
               live.SendMessage(dq::WM_MENUSELECT, dq::MakeWParam(id, state),
                                reinterpret_cast<dq::LPARAM>(in));
             });
-          }};
+          },
+      .with_owner = [&](std::function<void(CWnd&)> act) { Post(window, std::move(act)); },
+      .scale = scale_};
   wxMenu native;
   MenuMirror mirror(menu, native, events);
-  tracked_menu_ = &mirror;
+  // Handlers may throw, and show menus of their own.
+  struct Tracking {
+    Tracking(MenuMirror*& tracked, MenuMirror& menu)
+        : tracked_menu(tracked), former(std::exchange(tracked, &menu)) {}
+    Tracking(const Tracking&) = delete;
+    Tracking& operator=(const Tracking&) = delete;
+    ~Tracking() { tracked_menu = former; }
+    MenuMirror*& tracked_menu;
+    MenuMirror* const former;
+  } const tracking(tracked_menu_, mirror);
   Update();
+  // So that it is shown as large as it is.
+  mirror.DrawItems(owner);
+  if (CWnd::FromHandle(window) != &owner) return 0;
+  Mirror* const over = Find(owner.GetTopLevelParent());
+  if (over == nullptr) return 0;
   const MenuSide side = (spot.flags & dq::TPM_RIGHTALIGN) != 0    ? MenuSide::kLeft
                         : (spot.flags & dq::TPM_CENTERALIGN) != 0 ? MenuSide::kBoth
                                                                   : MenuSide::kRight;
@@ -105,7 +121,6 @@ dq::UINT Layer::TrackMenu(dq::HMENU menu, const dq::MenuSpot& spot, CWnd& owner)
   if (DropMenu(native, *over->Inside(), at, side, [&is_left] { is_left = true; })) {
     dq::PumpUntil([&] { return is_left || !loop_.HasDisplay(); });
   }
-  tracked_menu_ = nullptr;
   return chosen;
 }
 

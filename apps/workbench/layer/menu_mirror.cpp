@@ -3,14 +3,18 @@
 #include <algorithm>
 #include <utility>
 #include <wx/menu.h>
+#include <wx/utils.h>
 
-#include "apps/workbench/layer/gtk_menu.h"
+#include "apps/workbench/layer/drawn_item.h"
 #include "apps/workbench/layer/text.h"
+#include "dqlib/framework/windows/owner_draw.h"
+#include "dqlib/framework/windows/wnd.h"
 
 namespace workbench {
 namespace {
 
 using dq::CMenu;
+using dq::CWnd;
 using dq::HMENU;
 using dq::UINT;
 using Kind = MenuItemFacts::Kind;
@@ -35,6 +39,9 @@ MenuItemFacts FactsOf(const CMenu& menu, int position) {
     facts.id = menu.GetMenuItemID(position);
   }
   facts.text = ToNative(menu.GetMenuString(at, dq::MF_BYPOSITION).View());
+  facts.position = position;
+  facts.is_drawn = menu.IsOwnerDrawn(at, dq::MF_BYPOSITION);
+  facts.data = menu.GetItemData(at, dq::MF_BYPOSITION);
   return facts;
 }
 
@@ -56,7 +63,7 @@ wxString LabelOf(const wxString& text) {
 
 bool MenuItemFacts::IsSameItem(const MenuItemFacts& other) const {
   return kind == other.kind && id == other.id && submenu == other.submenu &&
-         IsMarked(state) == IsMarked(other.state);
+         is_drawn == other.is_drawn && (is_drawn || IsMarked(state) == IsMarked(other.state));
 }
 
 struct MenuMirror::Item {
@@ -65,6 +72,8 @@ struct MenuMirror::Item {
   wxMenuItem* native = nullptr;
   wxMenu* submenu = nullptr;
   std::unique_ptr<MenuMirror> below;
+  /// Of an item that its owner draws.
+  std::shared_ptr<DrawnItem> drawn;
 };
 
 MenuMirror::MenuMirror(HMENU menu, wxMenu& native, const Events& events, const MenuMirror* above)
@@ -115,6 +124,10 @@ void MenuMirror::UpdateItems() {
     Insert(at, now[at]);
   }
   for (std::size_t at = 0; at < items_.size(); ++at) Show(items_[at], at, now[at]);
+  // Owners draw marks themselves.
+  const auto is_plain = [](const Item& item) { return item.drawn == nullptr; };
+  if (native_ != nullptr) ReserveMarks(*native_, std::ranges::any_of(items_, is_plain));
+  PostDrawing();
 }
 
 void MenuMirror::Insert(std::size_t at, const MenuItemFacts& facts) {
@@ -130,9 +143,9 @@ void MenuMirror::Insert(std::size_t at, const MenuItemFacts& facts) {
   if (bar_ != nullptr) {
     bar_->Insert(at, item.submenu, LabelOf(facts.text));
   } else {
-    const wxItemKind kind = facts.kind == Kind::kSeparator ? wxITEM_SEPARATOR
-                            : IsMarked(facts.state)        ? wxITEM_CHECK
-                                                           : wxITEM_NORMAL;
+    const wxItemKind kind = facts.kind == Kind::kSeparator             ? wxITEM_SEPARATOR
+                            : IsMarked(facts.state) && !facts.is_drawn ? wxITEM_CHECK
+                                                                       : wxITEM_NORMAL;
     const int id = kind == wxITEM_SEPARATOR ? wxID_SEPARATOR : wxID_ANY;
     item.native = native_->Insert(
         at, new wxMenuItem(native_, id, kind == wxITEM_SEPARATOR ? wxString() : wxString(" "),
@@ -147,7 +160,74 @@ void MenuMirror::Insert(std::size_t at, const MenuItemFacts& facts) {
         },
         item.native->GetId());
   }
+  if (facts.is_drawn) MakeDrawn(item);
   items_.insert(items_.begin() + static_cast<std::ptrdiff_t>(at), std::move(item));
+}
+
+void MenuMirror::MakeDrawn(Item& item) {
+  GtkWidget* const native = bar_ != nullptr ? item.submenu->m_owner : item.native->GetMenuItem();
+  item.drawn = std::make_shared<DrawnItem>(native, events_.scale, [this] { PostDrawing(); });
+}
+
+void MenuMirror::DrawItems(CWnd& owner) {
+  draws_ = false;
+  // Owners may end this mirror.
+  std::vector<std::shared_ptr<DrawnItem>> drawn;
+  for (const Item& item : items_) {
+    if (item.drawn != nullptr) drawn.push_back(item.drawn);
+  }
+  const dq::HWND window = owner.GetSafeHwnd();
+  const auto is_there = [&] { return CWnd::FromHandle(window) == &owner; };
+  for (const auto& item : drawn) {
+    if (is_there()) item->Measure(owner);
+  }
+  for (const auto& item : drawn) {
+    if (is_there()) item->Paint(owner);
+  }
+}
+
+/// Has the items that the owner draws drawn, once for all that has changed.
+void MenuMirror::PostDrawing() {
+  const bool has_drawn =
+      std::ranges::any_of(items_, [](const Item& item) { return item.drawn != nullptr; });
+  if (!has_drawn || std::exchange(draws_, true)) return;
+  events_.with_owner([self = std::weak_ptr(self_)](CWnd& owner) {
+    if (const auto live = self.lock()) (*live)->DrawItems(owner);
+  });
+}
+
+/// A character is typed while the menu has the keyboard. False if it is the toolkit's.
+bool MenuMirror::TakeKey(unsigned int character) {
+  const wxString key = wxString(wxUniChar(character));
+  const auto has_key = [&key](const Item& item) {
+    const int mark = item.facts.text.Find('&');
+    return !item.facts.is_drawn && mark != wxNOT_FOUND &&
+           item.facts.text.Mid(static_cast<std::size_t>(mark) + 1, 1).IsSameAs(key, false);
+  };
+  const bool has_drawn =
+      std::ranges::any_of(items_, [](const Item& item) { return item.drawn != nullptr; });
+  if (!has_drawn || std::ranges::any_of(items_, has_key)) return false;
+  const UINT ch = dq::MenuCharacter(ToLibrary(key));
+  events_.with_owner([self = std::weak_ptr(self_), ch, menu = menu_](CWnd& owner) {
+    const dq::LRESULT answer = owner.SendMessage(dq::WM_MENUCHAR, dq::MakeWParam(ch, dq::MF_POPUP),
+                                                 reinterpret_cast<dq::LPARAM>(menu));
+    if (const auto live = self.lock()) (*live)->Answer(static_cast<dq::WPARAM>(answer));
+  });
+  return true;
+}
+
+/// Does what the owner has answered to a key.
+void MenuMirror::Answer(dq::WPARAM answer) {
+  constexpr dq::WORD kClose = 1;
+  constexpr dq::WORD kExecute = 2;
+  constexpr dq::WORD kSelect = 3;
+  const dq::WORD what = dq::HiWord(answer);
+  const std::size_t at = dq::LoWord(answer);
+  if (what == kClose) return keys_->Close();
+  if (at >= items_.size() || (what != kExecute && what != kSelect)) return wxBell();
+  const Item& item = items_[at];
+  if (what == kExecute && (item.facts.state & kInactive) != 0) return wxBell();
+  keys_->Choose(*item.native, what == kExecute);
 }
 
 void MenuMirror::Erase(std::size_t at) {
@@ -162,13 +242,19 @@ void MenuMirror::Erase(std::size_t at) {
 void MenuMirror::Show(Item& item, std::size_t at, const MenuItemFacts& facts) {
   const MenuItemFacts former = std::exchange(item.facts, facts);
   const bool is_active = (facts.state & kInactive) == 0;
+  if (item.drawn != nullptr) {
+    UINT state = IsMarked(facts.state) ? UINT{dq::ODS_CHECKED} : 0;
+    if (!is_active) state |= UINT{dq::ODS_GRAYED} | UINT{dq::ODS_DISABLED};
+    item.drawn->SetFacts({menu_, facts.position, facts.id, state, facts.data});
+  }
   if (facts.kind == Kind::kSeparator) return;
   if (bar_ != nullptr) {
-    if (former.text != facts.text) bar_->SetMenuLabel(at, LabelOf(facts.text));
+    const bool is_other = former.text != facts.text;
+    if (is_other && item.drawn == nullptr) bar_->SetMenuLabel(at, LabelOf(facts.text));
     if (bar_->IsEnabledTop(at) != is_active) bar_->EnableTop(at, is_active);
     return;
   }
-  if (former.text != facts.text) {
+  if (former.text != facts.text && item.drawn == nullptr) {
     item.native->SetItemLabel(LabelOf(facts.text));
     ShowKeys(*item.native, facts.text.AfterFirst('\t'));
   }
@@ -183,7 +269,14 @@ void MenuMirror::Watch() {
   native_->Bind(wxEVT_MENU_OPEN, [this](wxMenuEvent& event) {
     if (event.GetMenu() != native_) return;
     events_.opens(menu_, above_ == nullptr ? 0 : above_->PositionOf(*this));
+    // Their records may say something else by now.
+    for (const Item& item : items_) {
+      if (item.drawn != nullptr) item.drawn->Outdate();
+    }
+    PostDrawing();
   });
+  keys_ = std::make_unique<MenuKeys>(*native_,
+                                     [this](unsigned int character) { return TakeKey(character); });
   native_->Bind(wxEVT_MENU_HIGHLIGHT, [this](wxMenuEvent& event) {
     const auto found = std::ranges::find_if(items_, [&](const Item& item) {
       return item.native != nullptr && item.native->GetId() == event.GetMenuId();

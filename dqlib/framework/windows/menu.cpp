@@ -227,6 +227,11 @@ CMenu* CMenu::GetSubMenu(int position) const {
   return place ? FromHandle(place.item().submenu) : nullptr;
 }
 
+bool CMenu::IsOwnerDrawn(UINT item, UINT flags) const {
+  const MenuPlace place = PlaceOf(m_hMenu, item, flags);
+  return place && (place.item().flags & MF_OWNERDRAW) != 0;
+}
+
 void* CMenu::GetItemData(UINT item, UINT flags) const {
   const MenuPlace place = PlaceOf(m_hMenu, item, flags);
   return place ? const_cast<void*>(place.item().data) : nullptr;

@@ -100,6 +100,8 @@ class CMenu : public CObject {
   CString GetMenuString(UINT item, UINT flags) const;
   int GetMenuString(UINT item, CString& text, UINT flags) const;
   CMenu* GetSubMenu(int position) const;
+  /// Whether the owner draws the item, which the flags of a popup don't tell.
+  bool IsOwnerDrawn(UINT item, UINT flags) const;
   /// What the owner of an item that it draws has put there; null otherwise.
   void* GetItemData(UINT item, UINT flags) const;
 
