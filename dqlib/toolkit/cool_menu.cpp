@@ -41,7 +41,7 @@ bool CDQCoolMenu::Coolify(HMENU menu) {
 }
 
 bool CDQCoolMenu::Coolify(HMENU menu, const UINT* toolbars, UINT count) {
-  if (!Coolify(menu) || (toolbars == nullptr && count > 0)) return false;
+  if ((toolbars == nullptr && count > 0) || !Coolify(menu)) return false;
   int position = 0;
   return std::ranges::all_of(std::span(toolbars, count),
                              [&](UINT toolbar) { return CoolifyPopup(position++, toolbar); });
@@ -134,16 +134,26 @@ void CDQCoolMenu::CleanMenu() {
   if (!std::exchange(borrowed_, false)) EndOwnMenu(menu);
 }
 
-/// Destroys a menu that nobody else has, but for popups that somebody has.
+/// Destroys a menu that nobody else has, but for popups at any depth that somebody has.
 void CDQCoolMenu::EndOwnMenu(HMENU menu) {
-  detail::MenuModel* const model = detail::FindMenu(menu);
-  if (model == nullptr || model->places > 0) return;
-  std::erase_if(model->items, [](const detail::MenuItem& item) {
+  const detail::MenuModel* const own = detail::FindMenu(menu);
+  if (own == nullptr || own->places > 0) return;
+  std::vector<HMENU> ending{menu};
+  const auto is_kept = [&ending](const detail::MenuItem& item) {
     detail::MenuModel* const popup = detail::FindMenu(item.submenu);
-    if (popup == nullptr || (popup->places == 1 && popup->permanent == nullptr)) return false;
-    --popup->places;
-    return true;
-  });
+    if (popup == nullptr) return false;
+    if (popup->places > 1 || popup->permanent != nullptr) {
+      --popup->places;
+      return true;
+    }
+    ending.push_back(item.submenu);
+    return false;
+  };
+  while (!ending.empty()) {
+    detail::MenuModel* const next = detail::FindMenu(ending.back());
+    ending.pop_back();
+    std::erase_if(next->items, is_kept);
+  }
   detail::DestroyMenuTree(menu);
 }
 

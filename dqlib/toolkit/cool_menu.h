@@ -14,6 +14,9 @@
 
 namespace dq {
 
+class CDQCoolMenu;
+using CDQCoolMenuArray = std::vector<std::unique_ptr<CDQCoolMenu>>;
+
 /// A menu that draws its items. It takes over an existing menu or loads one, learns from the tool
 /// bar resource with a number which command has which picture of the bitmap with that number, and
 /// keeps a record of each item, for one that its owner draws has no text in the menu.
@@ -32,6 +35,8 @@ class CDQCoolMenu : public CMenu {
   static constexpr COLORREF kMaskColor = 0xFF00FF;
   /// The bitmap with the check marks: of an item, and of one that is selected.
   static constexpr UINT kCheckMarks = 2700;
+  /// Of pictures, until a tool bar says another one.
+  static constexpr CSize kUsualImageSize{20, 19};
 
   /// How items are drawn, beside what the record says.
   struct Look {
@@ -63,7 +68,7 @@ class CDQCoolMenu : public CMenu {
   int CoolifyExistingItems();
   /// Gives the items their texts back, and forgets records, pictures and submenus. A menu that was
   /// taken over is given up. One of its own that had a popup taken over ends, but for popups that
-  /// hang elsewhere too.
+  /// hang elsewhere too, or that another object has.
   void CleanMenu();
 
   /// `CleanMenu`, then loads the menu resource and the tool bar with its number. 0, which is
@@ -214,11 +219,9 @@ class CDQCoolMenu : public CMenu {
   CSize image_size_ = kUsualImageSize;
   int max_width_ = -1;
   int accelerator_offset_ = -1;
-  std::vector<std::unique_ptr<CDQCoolMenu>> submenus_;
+  CDQCoolMenuArray submenus_;
   /// Records of popups that aren't drawn, whose items have no room for them.
   std::unordered_map<HMENU, CMenuItemInfo*> plain_popups_;
-
-  static constexpr CSize kUsualImageSize{20, 19};
 };
 
 /// Has the cool menu load itself, with the module current; see `frame/resources.h`. True on

@@ -101,6 +101,12 @@ TEST_F(CoolMenus, LoadTheirMenusAnewAndEndWhatNobodyElseHas) {
     menu.CleanMenu();
     EXPECT_TRUE(menu.GetSafeHmenu() == nullptr && CMenu::FromHandle(top) == nullptr);
     EXPECT_EQ(CMenu::FromHandle(popup) != nullptr, is_shared);
+    // Deeper ones too.
+    CDQCoolMenu extended;
+    extended.CreatePopupMenu();
+    ASSERT_TRUE(menu.Coolify(900, true) && extended.ExtendMenu(menu.GetCoolSubMenu(0)));
+    menu.CleanMenu();
+    EXPECT_TRUE(extended.GetSubMenu(2) != nullptr && extended.GetSubMenu(2)->GetMenuItemID(0) == 7);
   }
 }
 
