@@ -180,6 +180,7 @@
 #include "dqlib/resources/string_table.h"
 #include "dqlib/toolkit/check_box_tree_item.h"
 #include "dqlib/toolkit/check_box_tree_item_model.h"
+#include "dqlib/toolkit/check_list_tree.h"
 #include "dqlib/toolkit/child_dialog.h"
 #include "dqlib/toolkit/combo_box.h"
 #include "dqlib/toolkit/composite.h"

@@ -236,5 +236,127 @@ TEST(CheckBoxItems, PassWhatTheyAreOnToTheirRows) {
   EXPECT_TRUE(shown.items["b"]->GetTreeCtrl() == nullptr && shown.root->GetChildCount() == 1);
 }
 
+// ---- Rows
+
+/// Takes down the codes of what it is told.
+struct Teller : CWnd {
+  Teller() { CreateWnd("Teller"); }
+  ~Teller() override { DestroyWindow(); }
+  BOOL OnCommand(WPARAM wparam, LPARAM lparam) override {
+    const BOOL handled = CWnd::OnCommand(wparam, lparam);
+    codes += std::to_string(HiWord(wparam)) + (handled ? "! " : " ");
+    return 1;
+  }
+  std::string codes;
+};
+
+/// r, with a, which has x and y, and b below it, and s.
+struct CheckTree : CDQCheckListTree {
+  CheckTree() {
+    for (const WORD id : {WORD{5}, WORD{6}, WORD{7}}) {
+      BitmapDescription picture{.size = {9, 9}, .pixels = {}};
+      picture.pixels.assign(81, id);
+      module.AddResource(RESOURCE_BITMAP, id, WriteDib(picture));
+    }
+    Create(0, {0, 0, 200, 200}, &parent, 7);
+    AddColumn("Name", 150);
+    EXPECT_TRUE(!LoadCheckStateBitmaps(5, 6, 8) && LoadCheckStateBitmaps(5, 6, 7));
+    for (const auto& [name, level] :
+         Rows<const char*, int>{{"r", 0}, {"a", 1}, {"x", 2}, {"y", 2}, {"b", 1}, {"s", 0}}) {
+      EXPECT_TRUE(SetLevel(AddString(name), level));
+    }
+  }
+  /// The states of all rows.
+  std::string States() const {
+    std::string states;
+    for (int row = 0; row < GetCount(); ++row) states += std::to_string(GetItemCheckState(row));
+    return states;
+  }
+  /// Presses the part of a row; what the parent is told.
+  std::string Press(int row, TreePart part) {
+    parent.codes.clear();
+    CPoint at{0, GetHeaderHeight() + (row - GetTopRow()) * GetRowHeight() + GetRowHeight() / 2};
+    while (HitTest(at).part != part && at.x < 200) ++at.x;
+    SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MakeLParam(at.x, at.y));
+    SendMessage(WM_LBUTTONUP, 0, MakeLParam(at.x, at.y));
+    return parent.codes;
+  }
+  using CDQCheckListTree::GetSiblingGroupState, CDQCheckListTree::UpdateItemCheckbox,
+      CDQCheckListTree::IsItemLeaf, CDQCheckListTree::IsItemParent, CDQCheckListTree::IsItemRoot,
+      CDQCheckListTree::GetItemCheckState;
+
+  ResourceModule module;
+  CDynLinkLibrary link{&module};
+  Teller parent;
+};
+
+TEST(CheckListTree, HasParentsShowWhatIsBelowThem) {
+  CheckTree tree;
+  for (const auto& [act, states] : Rows<std::function<void()>, const char*>{
+           {[&] { tree.SetCheck(2, true); }, "112000"},
+           {[&] { tree.SetCheck(3, true); }, "122200"},
+           {[&] { tree.SetCheck(4, true); }, "222220"},
+           {[&] { tree.UpdateItemCheckbox(1); }, "100020"},
+           // A mixed one is checked, with all below it.
+           {[&] { tree.UpdateItemCheckbox(0); }, "222220"},
+           {[&] { tree.SetCheck(9, true), tree.SetCheck(-1, false); }, "222220"},
+           {[&] { tree.SetCheck(3, false); }, "112020"},
+           {[&] { tree.SelectAll(); }, "222222"},
+           {[&] { tree.UnselectAll(); }, "000000"},
+           {[&] { tree.SetSingleCheck(true), tree.UpdateItemCheckbox(2); }, "112000"},
+           {[&] { tree.SelectAll(); }, "112000"},
+           {[&] { tree.UpdateItemCheckbox(5); }, "000002"},
+           {[&] { tree.SetCheck(4, true); }, "100020"},
+           {[&] { tree.SetColumnBitmap(4, 0, nullptr), tree.UpdateItemCheckbox(4); }, "000030"}}) {
+    act();
+    EXPECT_EQ(tree.States(), states);
+  }
+  EXPECT_TRUE(!tree.GetCheck(-1) && tree.GetItemCheckState(-1) == 3 &&
+              tree.GetSiblingGroupState(6) == 3);
+  tree.SetCheck(5, true);
+  CUIntArray checked;
+  EXPECT_TRUE(tree.GetSelectedItems(checked) == 1 && checked[0] == 5 &&
+              tree.GetCheckedCount() == 1);
+  tree.MoveWindow(0, 0, 200, tree.GetHeaderHeight() + 2 * tree.GetRowHeight());
+  tree.SetTopCheckedIndex();
+  EXPECT_EQ(tree.GetTopRow(), 4) << "as far as it goes";
+  // Other pictures don't change states; bold is that of the row and of those below it alone.
+  CBitmap own[3];
+  for (CBitmap& each : own) {
+    each.Attach(std::make_unique<BitmapDescription>(BitmapDescription{{1, 1}, {0}}));
+  }
+  tree.Initialize(&own[0], &own[1], &own[2], false, true);
+  EXPECT_TRUE(tree.States() == "000032" && tree.GetColumnBitmap(5, 0) == own[2].GetSafeHandle());
+  tree.SetCheck(1, true);
+  std::string bold;
+  for (int row = 0; row < 6; ++row) bold += tree.GetItemFont(row, 0) == nullptr ? '-' : 'b';
+  EXPECT_EQ(bold + tree.States(), "-bbb--122230");
+  Remarks told;
+  for (const int row : {0, 2}) {
+    EXPECT_EQ(tree.IsItemLeaf(row), row == 2);
+    EXPECT_EQ(tree.IsItemParent(row), row == 0);
+    EXPECT_EQ(tree.IsItemRoot(row), row == 0);
+  }
+  EXPECT_EQ(told.text, "leaf[ ] parent[x] root[x]\nleaf[x] parent[ ] root[ ]\n");
+}
+
+TEST(CheckListTree, TogglesByItsBoxesAndWhereItIsToByItsTexts) {
+  CheckTree tree;
+  EXPECT_EQ(tree.Press(2, TreePart::kPicture), "1 30 34 ");
+  EXPECT_EQ(tree.Press(3, TreePart::kCell), "1 35 ");
+  EXPECT_EQ(tree.States(), "112000");
+  CBitmap own[3];
+  for (CBitmap& each : own) {
+    each.Attach(
+        std::make_unique<BitmapDescription>(BitmapDescription{{9, 9}, std::vector<COLORREF>(81)}));
+  }
+  tree.Initialize(&own[0], &own[1], &own[2], true);
+  EXPECT_EQ(tree.Press(3, TreePart::kCell), "30 35 ");
+  EXPECT_EQ(tree.States(), "122200");
+  tree.parent.codes.clear();
+  for (const UINT key : {VK_SPACE, VK_SHIFT}) tree.SendMessage(WM_KEYDOWN, key);
+  EXPECT_TRUE(tree.parent.codes == "44 " && tree.States() == "122200") << "a key toggles nothing";
+}
+
 }  // namespace
 }  // namespace dq::test

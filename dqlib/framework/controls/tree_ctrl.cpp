@@ -19,9 +19,6 @@ namespace {
 /// State bits that follow the selection and the rows.
 constexpr UINT kOwnState = TVIS_SELECTED | TVIS_EXPANDED;
 
-/// Positions of a scroll bar are 16 bits wide in messages: one of them is so many rows or pixels.
-int UnitOf(int range) { return range / 0x8000 + 1; }
-
 }  // namespace
 
 IMPLEMENT_DYNCREATE(CTreeCtrl, CWnd)
@@ -337,19 +334,14 @@ bool CTreeCtrl::ScrollTo(int top, int left) {
 void CTreeCtrl::UpdateScrolling() {
   if (GetSafeHwnd() == nullptr) return;
   const detail::Watched self(*this);
-  const int rows = GetRowCount();
-  const int row_unit = UnitOf(rows);
-  SetScrollInfo(SB_VERT, {.nMin = 0,
-                          .nMax = std::max(0, rows - 1) / row_unit,
-                          .nPage = std::max(1, GetPageRows() / row_unit),
-                          .nPos = top_ / row_unit});
+  SetScrollInfo(
+      SB_VERT,
+      {.nMin = 0, .nMax = std::max(0, GetRowCount() - 1), .nPage = GetPageRows(), .nPos = top_});
   if (!self.IsThere()) return;
-  const int width = static_cast<int>(GetClientRect().Width());
-  const int unit = UnitOf(content_width_);
   SetScrollInfo(SB_HORZ, {.nMin = 0,
-                          .nMax = std::max(0, content_width_ - 1) / unit,
-                          .nPage = std::max(1, width / unit),
-                          .nPos = left_ / unit});
+                          .nMax = std::max(0, content_width_ - 1),
+                          .nPage = std::max(1, static_cast<int>(GetClientRect().Width())),
+                          .nPos = left_});
   if (self.IsThere()) ScrollTo(top_, left_);
 }
 
@@ -374,11 +366,8 @@ int CTreeCtrl::Scrolled(ScrollBar bar, WPARAM wparam) const {
     case SB_BOTTOM:
       return range;
     case SB_THUMBPOSITION:
-    case SB_THUMBTRACK: {
-      const SCROLLINFO info = GetScrollInfo(bar);
-      const bool is_last = HiWord(wparam) > info.nMax - info.nPage;
-      return is_last ? range : HiWord(wparam) * UnitOf(range);
-    }
+    case SB_THUMBTRACK:
+      return ScrollPositionOf(wparam);
     default:
       return position;
   }
