@@ -53,7 +53,7 @@ CView* CDQSftTabView::createTabView(const CRuntimeClass* view_class, CDocument* 
 }
 
 CView* CDQSftTabView::getView(int index) {
-  return Has(index) ? m_arrTabs[index]->getView(true, m_rectChild) : nullptr;
+  return Has(index) ? m_arrTabs[index]->getView(true, m_rectChild, !m_bComplete) : nullptr;
 }
 
 const CTabInfo* CDQSftTabView::GetTabInfo(int index) const {
@@ -70,6 +70,14 @@ CWnd* CDQSftTabView::GetActivePane() const {
   const CView* const active = frame == nullptr ? nullptr : frame->GetActiveView();
   if (current == nullptr || active == nullptr) return nullptr;
   return active == current || current->IsChild(active) ? current : nullptr;
+}
+
+void CDQSftTabView::SetTabStyle(int style) {
+  m_tabs.SetStyle(style);
+  for (int at = 0; at < getTabCount(); ++at) {
+    m_tabs.SetTabLabel(at, CTabData(m_arrTabs[at]->GetLabel(), style).m_strLabel.c_str());
+  }
+  ResizeChildren(true);
 }
 
 void CDQSftTabView::enableView(int index, bool enable) { m_tabs.EnableTab(index, enable); }
@@ -252,8 +260,17 @@ LRESULT CDQSftTabView::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam)
     case WM_CREATE: {
       if (CView::DefWindowProc(message, wparam, lparam) == -1) return -1;
       if (!m_tabs.CreateWnd({.class_name = "TabStrip", .parent = this, .id = kTabsId})) return -1;
+      m_nCurrentTab = -1;
+      m_bComplete = false;
       ResizeChildren(false);
       return 0;
+    }
+    case WM_INITIALUPDATE: {
+      const Watched self(*this);
+      const LRESULT answer = CView::DefWindowProc(message, wparam, lparam);
+      // Views that there are by now are brought up to date with the frame.
+      if (self.IsThere()) m_bComplete = true;
+      return answer;
     }
     case WM_SIZE:
       if (wparam != SIZE_MINIMIZED) ResizeChildren(true);

@@ -67,6 +67,8 @@ class CDQSftTabView : public CView {
   /// What the tab was added with; null if it isn't there.
   const CTabInfo* GetTabInfo(int index) const;
   void SetTabLabel(int index, const char* label);
+  /// How the tabs look, a `TabsStyle`; at first `kTabsRaised`.
+  void SetTabStyle(int style);
   CSftTabs& GetTabControl() { return m_tabs; }
 
   /// Lays out the tabs and the view that is shown; `repaint` has all of it drawn anew.
@@ -126,6 +128,8 @@ class CDQSftTabView : public CView {
   CViewTabControl m_tabs;
   CTabArray m_arrTabs;
   int m_nCurrentTab = -1;
+  /// It has been brought up to date with its frame.
+  bool m_bComplete = false;
   CRect m_rectChild;
   std::array<CBrush, kColorCount> m_brushes;
 };

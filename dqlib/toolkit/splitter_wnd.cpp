@@ -68,6 +68,7 @@ bool CDQSplitterWnd::ReplaceView(int row, int column, const CRuntimeClass* view_
   if (!made) return fail();
   const HWND handle = GetPane(row, column)->GetSafeHwnd();
   SendToWindow(handle, WM_INITIALUPDATE, 0, 0);
+  if (CWnd* const there = FromHandle(handle)) there->SendMessageToDescendants(WM_INITIALUPDATE);
   if (!self.IsThere()) return false;
   CWnd* const now = FromHandle(handle);
   CView* const view = DYNAMIC_DOWNCAST(CView, now);

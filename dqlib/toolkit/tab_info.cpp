@@ -51,7 +51,7 @@ CView* CTabInfo::GetExistingView() const {
   return m_bCreated && CWnd::FromHandle(m_hView) == m_pView ? m_pView : nullptr;
 }
 
-CView* CTabInfo::getView(bool initial_update, const CRect& place) {
+CView* CTabInfo::getView(bool initial_update, const CRect& place, bool ahead) {
   if (CView* const view = GetExistingView()) return view;
   // A view that asks for itself while it is made doesn't get another one.
   if (m_bMaking || m_pParent == nullptr || m_pParent->GetSafeHwnd() == nullptr) return nullptr;
@@ -66,7 +66,15 @@ CView* CTabInfo::getView(bool initial_update, const CRect& place) {
   m_hView = handle;
   m_bCreated = true;
   made->ShowWindow(SW_HIDE);
-  if (initial_update) SendToWindow(handle, WM_INITIALUPDATE, 0, 0);
+  if (!parent.IsThere()) return nullptr;
+  if (initial_update && ahead && GetExistingView() != nullptr) {
+    made->InitialUpdateAhead();
+  } else if (initial_update) {
+    SendToWindow(handle, WM_INITIALUPDATE, 0, 0);
+    if (CWnd* const there = CWnd::FromHandle(handle)) {
+      there->SendMessageToDescendants(WM_INITIALUPDATE);
+    }
+  }
   return parent.IsThere() ? GetExistingView() : nullptr;
 }
 

@@ -38,9 +38,10 @@ class CTabInfo : public CObject {
   void delayCreation(const CRuntimeClass* view_class, CDocument* document, CWnd* parent,
                      bool has_border, int index);
   /// The tab's view. If there is none, it is made where `place` lies in the parent, hidden, and
-  /// with `initial_update` brought up to date the first time. It deletes itself when its window
-  /// ends; then there is none again. Null if it can't be made.
-  CView* getView(bool initial_update, const CRect& place = {});
+  /// with `initial_update` brought up to date the first time; `ahead`: the frame isn't complete yet
+  /// (see `CView::InitialUpdateAhead`). It deletes itself when its window ends; then there is none
+  /// again. Null if it can't be made.
+  CView* getView(bool initial_update, const CRect& place = {}, bool ahead = false);
   /// The view, if there is one.
   CView* GetExistingView() const;
   bool IsCreated() const { return GetExistingView() != nullptr; }

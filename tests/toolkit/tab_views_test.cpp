@@ -134,7 +134,12 @@ TEST_F(TabViews, LabelsHaveAMnemonicThatSomeStylesTakeOut) {
       EXPECT_EQ(tab.m_cMnemonic, mnemonic) << plain;
     }
   }
+  view.SetTabStyle(kTabsFlatBelow);
   view.switchTab(0, true);
+  EXPECT_STREQ(view.GetTabControl().GetTabLabel(1), "Two");
+  EXPECT_EQ(Text(view.GetCurrentView()->GetPlace()), "0,0-400,277");
+  view.SetTabStyle(7);
+  EXPECT_STREQ(view.GetTabControl().GetTabLabel(1), "T&wo");
   view.told.clear();
   EXPECT_EQ(Alt("wx&O"), "1/21! 1/2 1/2 0/20! ");
   view.enableView(1, false);
@@ -144,6 +149,17 @@ TEST_F(TabViews, LabelsHaveAMnemonicThatSomeStylesTakeOut) {
   EXPECT_EQ(Alt("W"), "2/32! ");
   view.enableView(1, true);
   EXPECT_EQ(Alt("WW"), "1/31! 2/32! ") << "from one to the next";
+}
+
+TEST_F(TabViews, ViewsAreBroughtUpToDateOnceWhenTheirFrameIsCompleteOrLater) {
+  view.switchTab(0, true);
+  auto* const first = static_cast<PageView*>(view.getView(0));
+  EXPECT_EQ(first->updated, 1);
+  frame.InitialUpdateFrame(&document, true);
+  auto* const late = static_cast<PageView*>(view.getView(1));
+  EXPECT_TRUE(first->updated == 1 && late->updated == 1);
+  frame.InitialUpdateFrame(&document, true);
+  EXPECT_TRUE(first->updated == 2 && late->updated == 2) << "as if for another document";
 }
 
 TEST_F(TabViews, WhatCantBeMadeLeavesAllAsItWas) {

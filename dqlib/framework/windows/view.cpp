@@ -1,5 +1,7 @@
 #include "dqlib/framework/windows/view.h"
 
+#include <utility>
+
 #include "dqlib/framework/windows/document.h"
 #include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/ui_state.h"
@@ -58,6 +60,12 @@ void CView::Attach(CDocument* document) {
   if (frame != nullptr && frame->GetActiveView() == nullptr) frame->SetActiveView(this, false);
 }
 
+void CView::InitialUpdateAhead() {
+  const Watched self(*this);
+  OnInitialUpdate();
+  if (self.IsThere()) m_bUpdatedAhead = true;
+}
+
 void CView::OnInitialUpdate() { OnUpdate(nullptr, 0, nullptr); }
 
 void CView::OnUpdate(CView*, LPARAM, CObject*) { Invalidate(); }
@@ -91,7 +99,7 @@ LRESULT CView::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
   CFrameWnd* const frame = GetParentFrame();
   switch (message) {
     case WM_INITIALUPDATE:
-      OnInitialUpdate();
+      if (!std::exchange(m_bUpdatedAhead, false)) OnInitialUpdate();
       return 0;
     case WM_DESTROY:
       if (frame != nullptr && frame->GetActiveView() == this) frame->SetActiveView(nullptr);

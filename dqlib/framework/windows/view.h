@@ -48,6 +48,9 @@ class CView : public CWnd {
   /// The first time that the view is brought up to date: called when its frame is complete, by
   /// `WM_INITIALUPDATE`. The base calls `OnUpdate`.
   virtual void OnInitialUpdate();
+  /// Calls it before the frame is complete, for a view that is made late and may be in time all the
+  /// same: the next `WM_INITIALUPDATE` does nothing then.
+  void InitialUpdateAhead();
 
   /// The frame's active view changes: `activate` is true for the one that becomes it, false for the
   /// one that was. Either may be null. Both are the same view where it stays the frame's: when the
@@ -107,6 +110,7 @@ class CView : public CWnd {
 
   CDocument* m_pDocument = nullptr;
   bool m_bDeletesItself = false;
+  bool m_bUpdatedAhead = false;
 };
 
 }  // namespace dq
