@@ -362,6 +362,7 @@ class CDQTree : public CSftTree {
   void PickBitmap(int row);
   bool SetCellPicture(int row, int column, HBITMAP picture);
   CWnd* ForeignUnderPointer();
+  bool IsForRows(const TreeHit& hit) const;
   LRESULT OnReflectedCommand(WPARAM wparam, LPARAM lparam);
   LRESULT OnKeyToItem(WPARAM wparam, LPARAM lparam);
   /// Calls it for each column that a cell operation is about; false if there is no such cell.

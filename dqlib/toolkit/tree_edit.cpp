@@ -54,15 +54,13 @@ bool CDQTree::ValidateEdit(int row, const char* text) {
     AfxMessageBox(IDS_ITEM_NAME_EMPTY, BOX_EXCLAMATION);
     return false;
   }
-  return !IsFolder(row) || !IsDuplicateFolderName(row, text);
+  // Only the first column has the name.
+  return m_nEditCol != 0 || !IsFolder(row) || !IsDuplicateFolderName(row, text);
 }
 
 bool CDQTree::IsDuplicateFolderName(int row, const char* name) {
-  const int column = m_nEditCol < 0 ? 0 : m_nEditCol;
   const std::string_view wanted = name == nullptr ? "" : name;
-  const auto is_same = [&](int other) {
-    return IsFolder(other) && CellText(other, column) == wanted;
-  };
+  const auto is_same = [&](int other) { return IsFolder(other) && CellText(other, 0) == wanted; };
   for (int at = GetPrevSibling(row); at >= 0; at = GetPrevSibling(at)) {
     if (is_same(at)) return true;
   }

@@ -296,13 +296,19 @@ BOOL CDQTree::OnDragging() {
   return 0;
 }
 
+/// Whether rows can be dropped there: on a row, or below all of them.
+bool CDQTree::IsForRows(const TreeHit& hit) const {
+  return hit.part != TreePart::kHeader && hit.part != TreePart::kHeaderDivider &&
+         GetClientRect().PtInRect(GetPressPoint());
+}
+
 BOOL CDQTree::OnEndDrag() {
   const Watched self(*this);
   SetDropTarget(-1);
   if (CWnd* const foreign = ForeignUnderPointer()) {
     OnForeignDrop(foreign);
-  } else {
-    MoveSelItems(HitTest(GetPressPoint()).row);
+  } else if (const TreeHit hit = HitTest(GetPressPoint()); IsForRows(hit)) {
+    MoveSelItems(hit.row);
   }
   if (self.IsThere()) PostDrag();
   return 1;

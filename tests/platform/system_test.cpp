@@ -126,6 +126,10 @@ TEST(Network, LastErrorIsWhatTheThreadRecorded) {
     EXPECT_EQ(std::to_string(error.code) + error.description + error.provider, "5refusedLAN");
   }).join();
   EXPECT_EQ(System().network->LastError().error.kind, ErrorKind::kNotFound);
+  const auto machines = System().network->Machines();
+  ASSERT_TRUE(machines.ok() && !machines.value.empty());
+  EXPECT_EQ(machines.value.front(), System().system_facts->HostName());
+  EXPECT_EQ(std::ranges::count(machines.value, "localhost"), 0);
 }
 
 TEST(SplitCommandLine, CutsAtBlanksAndTakesQuotesAway) {

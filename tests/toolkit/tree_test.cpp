@@ -364,10 +364,16 @@ TEST(TreeEditor, OffersItsTextByKeysAndByLosingTheFocus) {
   tree.AllowEmptyEdit(true);
   tree.EditCell(1, 1);
   edit("", VK_TAB);
+  tree.EditCell(4, 0);
+  tree.GetEditCtrl()->SetWindowText("");
+  tree.AllowEmptyEdit(false);
+  parent.SetFocus();
+  EXPECT_TRUE(prompts.shown.size() == 2 && CWnd::GetFocus() == tree.GetEditCtrl());
+  edit("", VK_ESCAPE);
   // The name of another folder with the same parent is refused without a word, that of a leaf not.
   tree.EditCell(2, 0);
   edit("a", VK_RETURN);
-  EXPECT_EQ(prompts.shown.size(), 1U);
+  EXPECT_EQ(prompts.shown.size(), 2U);
   edit("e", VK_RETURN);
   tree.EditCell(4, 0);
   tree.GetEditCtrl()->SetWindowText("by focus");
@@ -554,6 +560,47 @@ TEST(Tree, PrintingEndsByItsDialogOrWithTheTree) {
     }
     EXPECT_EQ(dc.Text().find("document") != std::string::npos, true) << dc.Text().substr(0, 300);
   }
+}
+
+/// Drags from one row to a place, or with -1 there to another row, and tells the rows then.
+std::string Drag(CDQTree& tree, int row, CPoint to) {
+  const auto middle = [&tree](int of) {
+    CRect place;
+    tree.GetCellRect(of, 0, &place, true);
+    return CPoint{(place.left + place.right) / 2, (place.top + place.bottom) / 2};
+  };
+  const CPoint from = tree.ClientToScreen(middle(row));
+  to = tree.ClientToScreen(to.x < 0 ? middle(static_cast<int>(to.y)) : to);
+  MouseInput(WM_LBUTTONDOWN, MK_LBUTTON, from, &tree);
+  MouseInput(WM_MOUSEMOVE, MK_LBUTTON, to, &tree);
+  MouseInput(WM_LBUTTONUP, 0, to, &tree);
+  return Rows(tree);
+}
+
+TEST(Tree, ADragMovesRowsOrTellsOfOtherWindows) {
+  struct Foreign : CDQTree {
+    LRESULT OnForeignDrop(CWnd* target, const CStringArray*) override {
+      return told += "drop on " + std::to_string(target->GetDlgCtrlID()) + " ", 0;
+    }
+    LRESULT OnForeignDrag(CWnd* target) override {
+      return told += "over " + std::to_string(target->GetDlgCtrlID()) + " ", 0;
+    }
+    void PostDrag() override { told += "end "; }
+    std::string told;
+  };
+  ScriptedPrompts prompts;
+  WithParent<Foreign> parent("a, b,c");
+  CWnd other;
+  other.CreateWnd({.class_name = "Other", .place = {0, 200, 400, 300}, .parent = &parent, .id = 9});
+  parent.tree.MoveWindow({0, 0, 400, 200});
+  EXPECT_EQ(Drag(parent.tree, 2, {-1, 0}), "a, b,c") << "it isn't allowed";
+  parent.tree.AllowDrag(true);
+  EXPECT_EQ(Drag(parent.tree, 2, {-1, 0}), "a, b, c");
+  EXPECT_EQ(Drag(parent.tree, 1, {20, 190}), "a, c,b") << "below all rows";
+  EXPECT_EQ(Drag(parent.tree, 1, {20, 2}), "a, c,b") << "on the titles";
+  EXPECT_EQ(Drag(parent.tree, 1, {20, 250}), "a, c,b");
+  EXPECT_EQ(parent.tree.told, "end end end over 9 drop on 9 end ");
+  EXPECT_TRUE(prompts.shown.empty() && parent.tree.GetDropTarget() == -1);
 }
 
 /// Takes rows from elsewhere, and keeps what it is told of other windows.
