@@ -50,8 +50,9 @@ void ListItems(Listing& listing, dq::WORD id, const CDQCoolMenu& menu) {
 }
 
 int PressKey(Listing& listing, const std::string& key) {
-  if (key.empty() || dq::MenuCharacter(key) == 0) throw WrongUsage("CH is a character");
   const UINT ch = dq::MenuCharacter(key);
+  const bool is_longer = ch <= kLastAscii && key.size() > 1;
+  if (ch == 0 || is_longer) throw WrongUsage("CH is one character, not '" + key + "'");
   int status = kNo;
   for (const dq::WORD id : dq::kMenuIds) {
     CDQCoolMenu menu;

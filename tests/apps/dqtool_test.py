@@ -411,7 +411,7 @@ class SettingsTest(transcript.TranscriptTest):
             [menu]
             => ~45340\t0\t45341\t\t\tClose this tab window\n.*45350\t2\t57634\t\tc\t&Copy\\x09Ctrl\+C\n.*
             --json => ~\[\n{"menu":45340,"position":0,"id":45341,"picture":null,"mnemonic":"","text":"Close this tab window"},\n.*
-            --press C => 45350\t2\t&Copy\\x09Ctrl+C ;; --press x =>1 ;; --press '' =>2 ! CH is a character
+            --press C => 45350\t2\t&Copy\\x09Ctrl+C ;; --press x =>1 ;; --press '' =>2 ! CH is one character, not '' ;; --press cx =>2 ! CH is one character, not 'cx'
             m --insert Beta => item 1 "Alpha"\nseparator\npopup "&P" grayed\n  item 2 "x\\t\\"q\\""\nend\nitem 4 "Beta"\nitem 3 "Gamma" checked
             m --extend n => ~.*\nend\nitem 9 "Gamma"\nitem 65535 "Zeta" ;; n --insert a => item 1 "a"\nitem 9 "Gamma"\nitem 65535 "Zeta"
             m --clean => item 1 "Alpha"\nseparator\npopup "&P" grayed\n  item 2 "x\\t\\"q\\""\nend\nitem 3 "Gamma" checked
