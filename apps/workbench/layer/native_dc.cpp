@@ -13,14 +13,6 @@ using dq::COLORREF;
 using dq::CRect;
 using dq::LONG;
 
-/// Dialogs' own: 8 points, that is so many pixels at 96 dots to the inch.
-dq::LOGFONT UsualFont() {
-  dq::LOGFONT font;
-  constexpr LONG kUsualHeight = -11;
-  font.lfHeight = kUsualHeight;
-  return font;
-}
-
 wxColour ToNative(COLORREF color) {
   const auto part = [color](int shift) {
     return static_cast<unsigned char>(color >> shift & 0xFF);
@@ -47,7 +39,8 @@ IMPLEMENT_DYNAMIC(NativeDC, CDC)
 
 NativeDC::NativeDC(const dq::CSize& area, const Scale& scale, wxBitmap& picture,
                    const wxColour& ground)
-    : CDC({.area = area}, UsualFont()),
+    // Without a height it is the dialogs' own, by which the library measures too.
+    : CDC({.area = area}, dq::LOGFONT{}),
       area_(area),
       scale_(scale),
       picture_(picture),
