@@ -20,6 +20,7 @@ enum Command : UINT {
   kExit = 0xE141,
   kAbout = 0xE140,
   kControls = 0x8200,
+  kConsole = 0x8201,
   kFirstDialog = 0x8100,
   kLastDialog = 0x81FF,
 };
@@ -87,6 +88,7 @@ bool MainFrame::MakeMenu() {
     text += "item " + std::to_string(command++) + ' ' + Quoted(dialog.Caption() + "...") + '\n';
   }
   text += "end\npopup \"&View\"\nitem " + std::to_string(kControls) + " \"&Controls\"\n";
+  text += "item " + std::to_string(kConsole) + " \"Console and &output\"\n";
   text += "end\npopup \"&Help\"\nitem " + std::to_string(kAbout) + " \"&About\"\nend\n";
   if (!menu_.LoadMenuIndirect(text)) return false;
   SetMenu(&menu_);
@@ -100,6 +102,7 @@ bool MainFrame::CallMapped(const dq::HandlerKey& key, dq::HandlerArguments& argu
       dq::CommandEntry<&MainFrame::OnExit>(kExit),
       dq::CommandEntry<&MainFrame::OnAbout>(kAbout),
       dq::CommandEntry<&MainFrame::OnControls>(kControls),
+      dq::CommandEntry<&MainFrame::OnConsole>(kConsole),
       dq::CommandRangeEntry<&MainFrame::OnDialog>(kFirstDialog, kLastDialog),
   };
   return dq::CallEntry(kEntries, *this, key, arguments) || CFrameWnd::CallMapped(key, arguments);
@@ -143,6 +146,12 @@ void MainFrame::OnControls() {
   controls_ =
       std::make_unique<ControlsFrame>([this](const std::string& line) { Tell(line + '\n'); });
   if (!controls_->Open(*this)) controls_.reset();
+}
+
+void MainFrame::OnConsole() {
+  if (console_ != nullptr && console_->GetSafeHwnd() != nullptr) return console_->ActivateFrame();
+  console_ = std::make_unique<ConsoleFrame>();
+  if (!console_->Open(*this)) console_.reset();
 }
 
 void MainFrame::OnAbout() {

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "apps/common/dialogs.h"
+#include "apps/workbench/console_frame.h"
 #include "apps/workbench/controls_frame.h"
 #include "dqlib/framework/base/drawing.h"
 #include "dqlib/framework/base/resource_chain.h"
@@ -43,6 +44,7 @@ class MainFrame : public dq::CFrameWnd {
   void OnDialog(dq::UINT id);
   void OnAbout();
   void OnControls();
+  void OnConsole();
   bool MakeMenu();
   bool MakeBars();
   void Tell(const std::string& text);
@@ -54,6 +56,7 @@ class MainFrame : public dq::CFrameWnd {
   dq::CToolBar tools_;
   dq::CStatusBar status_;
   std::unique_ptr<ControlsFrame> controls_;
+  std::unique_ptr<ConsoleFrame> console_;
   dq::CEdit output_{{.multi_line = true, .read_only = true}};
 };
 

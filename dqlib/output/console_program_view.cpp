@@ -60,7 +60,7 @@ void CDQConsoleProgramView::Initialize() {
 
 LRESULT CDQConsoleProgramView::OnCreate(WPARAM wparam, LPARAM lparam) {
   const detail::Watched self(*this);
-  const LRESULT result = CEditView::DefWindowProc(WM_CREATE, wparam, lparam);
+  const LRESULT result = DefWindowProc(WM_CREATE, wparam, lparam);
   if (result == -1 || !self.IsThere()) return result;
   m_font.CreateFontIndirect(m_logFont);
   SetFont(&m_font);
@@ -133,7 +133,7 @@ UINT CDQConsoleProgramView::WritePipeThreadProc(void* job) {
 
 LRESULT CDQConsoleProgramView::OnDestroy(WPARAM wparam, LPARAM lparam) {
   EndChild();
-  return CEditView::DefWindowProc(WM_DESTROY, wparam, lparam);
+  return DefWindowProc(WM_DESTROY, wparam, lparam);
 }
 
 void CDQConsoleProgramView::EndChild() {
@@ -230,7 +230,7 @@ LRESULT CDQConsoleProgramView::OnChar(WPARAM character, LPARAM lparam) {
   if (character == '\b' && position <= m_nInputStart) return 0;
   if (position < m_nInputStart) MoveToEnd();
   if (!self.IsThere()) return 0;
-  const LRESULT result = CEditView::DefWindowProc(WM_CHAR, character, lparam);
+  const LRESULT result = DefWindowProc(WM_CHAR, character, lparam);
   if (character != '\r' || !self.IsThere()) return result;
   SendInput();
   CutOldText();
@@ -247,7 +247,7 @@ void CDQConsoleProgramView::SendInput() {
 
 LRESULT CDQConsoleProgramView::OnKeyDown(WPARAM key, LPARAM lparam) {
   if (key == VK_DELETE && GetCurrentPosition() < m_nInputStart) return 0;
-  return CEditView::DefWindowProc(WM_KEYDOWN, key, lparam);
+  return DefWindowProc(WM_KEYDOWN, key, lparam);
 }
 
 void CDQConsoleProgramView::GetUserInput(CString& input) const {

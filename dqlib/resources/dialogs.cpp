@@ -83,6 +83,18 @@ edit 45345 "" 60 10 232 18
 defbutton 1 "OK" 116 40 84 24
 button 2 "Cancel" 208 40 84 24
 )"},
+    {45380, R"(caption "Messages"
+size 520 240
+text 45381 "" 8 8 408 224 hidden
+defbutton 2 "Close" 428 8 84 24
+button 45382 "&Display" 428 38 84 24
+)"},
+    {45385, R"(caption "Progress"
+size 320 96
+text 45386 "" 8 10 304 16
+progress 45387 "" 8 32 304 18
+button 2 "Cancel" 118 62 84 24
+)"},
 };
 
 }  // namespace

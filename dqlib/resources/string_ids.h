@@ -145,6 +145,7 @@ enum StringId : UINT {
   IDS_OUTPUT_PRINT = 45367,
   IDS_OUTPUT_FLOAT = 45368,
   IDS_OUTPUT_HIDE = 45369,
+  // 45380 to 45382 and 45385 to 45387 are the dialogs of messages and of progress.
 
   // Strings of the framework's own module, and the host's title, which its own module has.
   IDS_APP_TITLE = 57344,

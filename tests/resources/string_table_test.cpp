@@ -42,7 +42,7 @@ TEST(LibraryResources, TextsAndDialogsAreAsTheyAlwaysWere) {
   }
   EXPECT_EQ(std::ranges::count(texts, '='), 241) << texts;
   EXPECT_EQ(platform::Checksum(texts), 0xB6201E5U) << texts;
-  EXPECT_EQ(platform::Checksum(dialogs), 0x8552D075U) << dialogs;
+  EXPECT_EQ(platform::Checksum(dialogs), 0x4B4B34E3U) << dialogs;
 }
 
 }  // namespace

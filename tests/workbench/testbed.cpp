@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "apps/common/console.h"
+#include "apps/workbench/console_frame.h"
 #include "apps/workbench/layer/desktop_services.h"
 #include "apps/workbench/layer/layer.h"
 #include "apps/workbench/layer/trace.h"
@@ -259,7 +260,8 @@ class Frame : public dq::CFrameWnd {
     Create("TestFrame", "Testbed", {60, 40, 660, 440}, 0, nullptr, false);
     menu_.LoadMenuIndirect(
         "popup \"&Open\"\nitem 32769 \"&Controls\"\nitem 32770 \"&Stretch\"\n"
-        "item 32771 \"S&heet\"\nitem 32772 \"&Question\"\nitem 32776 \"&Views\"\nitem 32777 "
+        "item 32771 \"S&heet\"\nitem 32772 \"&Question\"\nitem 32774 \"C&onsole\"\nitem 32776 "
+        "\"&Views\"\nitem 32777 "
         "\"&Workbook\"\nitem 32773 \"&Tabs\"\nend\n" +
         std::string(MenuResources::kText));
     menu_.CoolifyPopup(1, MenuResources::kMenu);
@@ -280,7 +282,7 @@ class Frame : public dq::CFrameWnd {
  protected:
   bool CallMapped(const dq::HandlerKey& key, dq::HandlerArguments& arguments) override {
     static constexpr dq::MessageMapEntry kEntries[] = {
-        dq::CommandRangeEntry<&Frame::OnOpen>(32769, 32773),
+        dq::CommandRangeEntry<&Frame::OnOpen>(32769, 32774),
         dq::CommandRangeEntry<&Frame::OnOpen>(32776, 32777),
         dq::CommandRangeEntry<&Frame::OnPopup>(32780, 32791),
         dq::CommandRangeEntry<&Frame::OnPopup>(32793, 32794),
@@ -314,6 +316,8 @@ class Frame : public dq::CFrameWnd {
         return views_.emplace().Open();
       case 32777:
         return book_.emplace().Open();
+      case 32774:
+        return static_cast<void>(console_.emplace().Open(*this));
       default:
         return Tell("left", dq::platform::Current().prompts->Show(
                                 "Q & A", "Ampersands && blanks?",
@@ -334,6 +338,7 @@ class Frame : public dq::CFrameWnd {
   Shelf right_;
   std::optional<ViewsFrame> views_;
   std::optional<BookFrame> book_;
+  std::optional<ConsoleFrame> console_;
 };
 
 void Grow(int times) {

@@ -23,8 +23,27 @@ Alike Compare(const std::wstring& former, const std::wstring& now) {
 
 }  // namespace
 
+/// Puts what stands behind the text that was shown last into the control, in time that grows with
+/// that alone. False if it isn't the same text with more behind it.
+bool EditPart::Append(std::string_view text) {
+  if (!lines_ || edited_ || shown_bytes_.empty() || !text.starts_with(shown_bytes_)) return false;
+  // What more may join with is told whole.
+  if (shown_bytes_.ends_with('\r') || static_cast<unsigned char>(shown_bytes_.back()) >= 0x80) {
+    return false;
+  }
+  const long end = shown_.size();
+  text.remove_prefix(shown_bytes_.size());
+  shown_bytes_ += text;
+  control_.Replace(end, end, shown_.Append(text, lines_));
+  edited_ = false;
+  selection_ = SelectionNow();
+  return true;
+}
+
 void EditPart::ShowText(std::string_view text) {
+  if (Append(text)) return;
   shown_ = ShownText(text, lines_);
+  shown_bytes_ = text;
   edited_ = false;
   const wxString former = control_.GetValue();
   if (former == shown_.native()) return;
@@ -37,6 +56,7 @@ void EditPart::ShowText(std::string_view text) {
     control_.Replace(alike.begin, static_cast<long>(former.length()) - alike.end,
                      shown_.native().Mid(static_cast<std::size_t>(alike.begin), middle));
   }
+  edited_ = false;
   selection_ = SelectionNow();
 }
 
@@ -64,6 +84,8 @@ bool EditPart::Take(TextEdit& edit) {
   const wxString now = std::exchange(edited_, false) ? control_.GetValue() : shown_.native();
   edit = {};
   edit.is_edited = now != shown_.native();
+  // The control is ahead of what was shown.
+  if (edit.is_edited) shown_bytes_.clear();
   const auto size = static_cast<long>(now.length());
   const Alike alike =
       edit.is_edited ? Compare(shown_.native().ToStdWstring(), now.ToStdWstring()) : Alike{size, 0};

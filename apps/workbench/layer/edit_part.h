@@ -50,8 +50,11 @@ class EditPart {
 
   wxTextEntry& control_;
   bool lines_;
+  bool Append(std::string_view text);
+
   /// As the library's text was last.
   ShownText shown_;
+  std::string shown_bytes_;
   Selection selection_;
   bool edited_ = false;
 };

@@ -52,6 +52,14 @@ std::string Scaled(const Scale& scale) {
   return rules;
 }
 
+/// Whether a font whose characters are of one width has the name on other systems.
+bool IsFixedFace(const wxString& face) {
+  for (const char* const fixed : {"FixedSys", "Courier", "Terminal"}) {
+    if (face.StartsWith(fixed)) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 void InstallDialogStyle(const Scale& scale) {
@@ -95,7 +103,10 @@ wxSize WrappedTextSize(const wxString& text, int width) {
 
 wxFont ToNativeFont(const dq::LOGFONT& font) {
   wxFont native = DialogFont();
-  if (font.lfFaceName[0] != '\0') native.SetFaceName(ToNative(font.lfFaceName));
+  const wxString face = ToNative(font.lfFaceName);
+  if (!face.empty() && !native.SetFaceName(face) && IsFixedFace(face)) {
+    native.SetFamily(wxFONTFAMILY_TELETYPE);
+  }
   constexpr dq::LONG kLeastBold = 600;
   native.SetWeight(font.lfWeight >= kLeastBold ? wxFONTWEIGHT_BOLD : wxFONTWEIGHT_NORMAL);
   native.SetStyle(font.lfItalic != 0 ? wxFONTSTYLE_ITALIC : wxFONTSTYLE_NORMAL);

@@ -106,12 +106,19 @@ std::string ToLibraryLines(const wxString& text) {
 }
 
 ShownText::ShownText(std::string_view bytes, bool lines) {
+  places_.reserve(bytes.size() + 1);
+  places_.push_back(0);
+  Append(bytes, lines);
+}
+
+wxString ShownText::Append(std::string_view bytes, bool lines) {
   const dq::platform::CodePage& page = dq::multi_byte::CurrentCodePage();
+  const int begin = places_.back();
+  places_.pop_back();
   std::wstring native;
   native.reserve(bytes.size());
-  places_.reserve(bytes.size() + 1);
   for (std::size_t at = 0; at < bytes.size();) {
-    places_.push_back(static_cast<int>(at));
+    places_.push_back(begin + static_cast<int>(at));
     if (lines && bytes.substr(at).starts_with("\r\n")) {
       native += L'\n';
       at += 2;
@@ -121,8 +128,9 @@ ShownText::ShownText(std::string_view bytes, bool lines) {
     native += character.code;
     at += character.size;
   }
-  places_.push_back(static_cast<int>(bytes.size()));
-  native_ = native;
+  places_.push_back(begin + static_cast<int>(bytes.size()));
+  native_ += native;
+  return native;
 }
 
 int ShownText::ByteAt(long character) const {

@@ -25,6 +25,10 @@ class ShownText {
   ShownText(std::string_view bytes, bool lines);
   ShownText() : ShownText("", false) {}
 
+  /// Adds a text behind it, which makes no one character with its end, and returns what that is
+  /// for the toolkit.
+  wxString Append(std::string_view bytes, bool lines);
+
   const wxString& native() const { return native_; }
   long size() const { return static_cast<long>(places_.size()) - 1; }
   /// The place in bytes of a character; the ends for places beyond them.

@@ -1,0 +1,48 @@
+// Trees of messages: a row for each line, with time, source and text in its columns.
+
+#pragma once
+
+#include <memory>
+
+#include "dqlib/toolkit/tree.h"
+
+namespace dq::detail {
+
+/// Columns of such a tree.
+enum MessageColumn : int { kTimeColumn, kSourceColumn, kTextColumn, kMessageColumns };
+
+/// Gives a tree without columns the ones of messages, and has it free its rows' data.
+void MakeMessageTree(CDQTree& tree);
+
+/// The rows of one message share the data, a `CString` with the whole of it, which goes with the
+/// last of them, or with who made it if that is later. Of a row without data nothing is freed.
+class SharedMessage : private CString {
+ public:
+  struct Releaser {
+    void operator()(SharedMessage* message) const { message->Release(); }
+  };
+  using Maker = std::unique_ptr<SharedMessage, Releaser>;
+
+  /// Null counts as "". Adds no row yet.
+  static Maker Make(const char* text) { return Maker(new SharedMessage(text)); }
+  /// That of a row of such a tree; null if the row has none.
+  static SharedMessage* Of(const CSftTree& tree, int row);
+
+  const CString& Text() const { return *this; }
+  /// Makes a row without data one of the message's.
+  void AddRow(CSftTree& tree, int row);
+  /// For `CSftTree::SetDeleteCallback`.
+  static void FreeRow(CSftTree& tree, int row, std::uintptr_t data);
+
+ private:
+  explicit SharedMessage(const char* text) : CString(text) {}
+  void Release();
+
+  /// Its rows, and its maker.
+  int holders_ = 1;
+};
+
+/// Shows the whole message of the tree's current row in a box; nothing without such a row.
+void ShowCurrentMessage(const CSftTree& tree);
+
+}  // namespace dq::detail

@@ -1,0 +1,239 @@
+#include "tests/support/doubles.h"
+#include "tests/support/own_settings.h"
+#include "tests/support/registries.h"
+#include "tests/support/windows.h"
+
+namespace dq::test {
+namespace {
+
+constexpr char kTime[] = "04:05:06.007";
+
+/// A person who chooses this file.
+struct FilePrompts : ScriptedPrompts {
+  std::optional<platform::ChosenFiles> ChooseFile(const platform::FileQuestion& question) override {
+    asked = question;
+    return chosen;
+  }
+  platform::FileQuestion asked;
+  platform::ChosenFiles chosen;
+};
+
+struct OutputPaneTest : testing::Test {
+  struct Tree : CDQTree {
+    ~Tree() override { ++gone; }
+    static inline int gone = 0;
+  };
+  struct Pane : CDQOutputWnd {
+    ~Pane() override { EndInDestructor(); }
+    CDQTree* CreateMessageTree() override { return new Tree; }
+    using CDQOutputWnd::DefWindowProc;
+  };
+
+  OutputPaneTest() {
+    app_.SetRegistryKey("Velmora");
+    frame_.Create("Frame", "", {0, 0, 400, 300});
+    frame_.EnableDocking(CBRS_ALIGN_ANY);
+    pane_ = std::make_unique<Pane>();
+    EXPECT_TRUE(pane_->Create(&frame_));
+  }
+
+  CDQTree& tree() { return *pane_->GetTreeWnd(); }
+  /// Rows as "source|text", with "+" for the time before, if there is one.
+  std::string Shown() {
+    std::string rows;
+    for (int row = 0; row < tree().GetCount(); ++row) {
+      const std::string time = tree().CellText(row, 0);
+      EXPECT_TRUE(time.empty() || time == kTime);
+      rows += (time.empty() ? "" : "+") + std::string(tree().CellText(row, 1)) + "|" +
+              tree().CellText(row, 2) + ";";
+    }
+    return rows;
+  }
+  void Choose(UINT command) { pane_->SendMessage(WM_COMMAND, command); }
+
+  MemoryRegistry registry_;
+  const platform::ScopedPlatform scope_{With(&platform::Platform::registry, &registry_)};
+  CWinApp app_{"Output Test"};
+  ManualClock clock_;
+  TempDirectory files_;
+  CFrameWnd frame_;
+  std::unique_ptr<Pane> pane_;
+};
+
+TEST_F(OutputPaneTest, HasARowForEachLineOfAMessage) {
+  for (const auto& [type, text, rows] :
+       Rows<int, const char*, std::string>{{0, "one", "+Program|one;"},
+                                           {5, "a\r\n\n  b \t\nc\td \n\t ", "+DBMS|a;|b;|c    d;"},
+                                           {9, " \n ", "+Program|;"},
+                                           {-1, nullptr, "+Program|;"},
+                                           {6, "  x", "+Start Task: On 04:05:06.007|  x;"},
+                                           {7, "x", "+End Task: On 04:05:06.007|x;"}}) {
+    pane_->ClearTree();
+    pane_->AddMessage(text, type);
+    EXPECT_EQ(Shown(), rows);
+    EXPECT_TRUE(tree().IsSelected(tree().GetCount() - 1) && tree().GetSelectedCount() == 1);
+  }
+}
+
+TEST_F(OutputPaneTest, PushesTheFirstRowOutForEachThatComesWhenItIsFull) {
+  EXPECT_EQ(pane_->GetMaxEntries(), 1400);
+  pane_->SetMaxEntries(2);
+  for (const auto& [text, rows] : Cases<2>(R"(a => +Program|a; ;; b => +Program|a;+Program|b;
+           c => +Program|b;+Program|c; ;; d\ne => +Program|d;|e; ;; f\ng\nh => |g;|h;)")) {
+    std::string lines = text;
+    for (std::size_t at; (at = lines.find("\\n")) != lines.npos;) lines.replace(at, 2, "\n");
+    pane_->AddMessage(lines.c_str(), 0);
+    EXPECT_EQ(Shown(), rows);
+  }
+  // Fewer are kept than there are: one goes for one that comes.
+  pane_->SetMaxEntries(0);
+  pane_->AddMessage("i", 0);
+  EXPECT_EQ(Shown(), "|h;+Program|i;");
+  ScriptedPrompts prompts;
+  pane_->OnDisplayMessage();
+  tree().SetCaret(0);
+  Choose(ID_OUTPUT_DISPLAY);
+  pane_->OnClearAll();
+  pane_->OnDisplayMessage();
+  EXPECT_THAT(prompts.shown, testing::ElementsAre(ShownBox{"i", BOX_INFORMATION},
+                                                  ShownBox{"f\ng\nh", BOX_INFORMATION}));
+  CDQOptionsServer& options = *CDQOptionsServer::GetObject();
+  for (const auto& [option, entries] : {std::pair(7, 7), {0, 7}, {-3, 7}, {9, 9}}) {
+    options.HoldValue(50144, std::to_string(option));
+    pane_->OnRegistryChange();
+    EXPECT_EQ(pane_->GetMaxEntries(), entries);
+  }
+  EXPECT_EQ(CDQOutputWnd().GetMaxEntries(), 9);
+  options.UnsetValue(50144);
+}
+
+TEST_F(OutputPaneTest, AnErrorShowsTheBarIfItMay) {
+  for (const bool may : {true, false}) {
+    pane_->SetShowOnError(may);
+    for (int type = 0; type < 9; ++type) {
+      Choose(ID_OUTPUT_HIDE);
+      EXPECT_FALSE(pane_->IsShown());
+      pane_->AddMessage("x", type);
+      EXPECT_EQ(pane_->IsShown(), may && (type == 2 || type == 5)) << type;
+    }
+  }
+  Choose(ID_OUTPUT_FLOAT);
+  EXPECT_TRUE(pane_->IsFloating());
+  Choose(ID_OUTPUT_FLOAT);
+  EXPECT_EQ(pane_->GetDockSide(), DockSide::kBottom);
+}
+
+TEST_F(OutputPaneTest, ClearsSelectsCopiesAndSavesItsRows) {
+  FilePrompts prompts;
+  for (const char* text : {"a", "b", "c", "d"}) pane_->AddMessage(text, 0);
+  tree().SelectRows(1, 1);
+  Choose(ID_EDIT_COPY);
+  EXPECT_EQ(tree().GetCopyText(), CString(kTime) + "\tProgram\tb\r\n" + kTime + "\tProgram\td\r\n");
+  Choose(ID_EDIT_CLEAR);
+  EXPECT_EQ(Shown(), "+Program|a;+Program|c;");
+  Choose(ID_EDIT_SELECT_ALL);
+  EXPECT_EQ(tree().GetSelectedCount(), 2);
+  Choose(ID_OUTPUT_UNSELECT_ALL);
+  EXPECT_EQ(tree().GetSelectedCount(), 0);
+  pane_->SetFileSaveRegistrySection("Pane");
+  prompts.chosen = {{files_ / "saved.txt"}, 2};
+  Choose(ID_FILE_SAVE);
+  EXPECT_TRUE(prompts.asked.kinds.size() == 3 && prompts.asked.extension == "MSG");
+  EXPECT_EQ(files_.Get("saved.txt"),
+            std::string(kTime) + "\tProgram\ta\r\n" + kTime + "\tProgram\tc\r\n");
+  EXPECT_EQ(app_.GetProfileString("Pane", "LastSaveErrorFileExtension"), "txt");
+  EXPECT_EQ(app_.GetProfileInt("Pane", "LastSaveErrorFilterIndex", 0), 2);
+  EXPECT_EQ(app_.GetProfileString("Pane", "LastSaveErrorDirectory"), files_.path() + "/");
+  CDQOutputErrorDialog dialog(*pane_);
+  dialog.Create(CDQOutputErrorDialog::kTemplateId, &frame_);
+  EXPECT_STREQ(dialog.GetTree().CellText(1, 2), "c");
+  pane_->ClearTree();
+  dialog.GetTree().SetCaret(0);
+  dialog.SendMessage(WM_COMMAND, CDQOutputErrorDialog::kDisplayId);
+  EXPECT_EQ(prompts.shown.back(), (ShownBox{"a", BOX_INFORMATION}));
+  pane_.reset();
+  EXPECT_EQ(Tree::gone > 0, true);
+}
+
+TEST_F(OutputPaneTest, MirrorsRowsToALogThatStartsOverAtItsLimit) {
+  CDQOptionsServer& options = *CDQOptionsServer::GetObject();
+  EXPECT_THAT(std::string(options.GetString(50255).View()),
+              testing::EndsWith("/OutputTest/Output TestOutput.log"));
+  const std::string path = files_ / "log";
+  options.HoldValue(50255, path);
+  options.HoldValue(50257, "1");
+  pane_->AddMessage("off", 0);
+  options.HoldValue(50256, "1");
+  pane_->SetMaxEntries(1);
+  pane_->AddMessage("a\tb\nc", 4);
+  const std::string rows = std::string(kTime) + " DBMS a    b\r\n  c\r\n";
+  EXPECT_EQ(files_.Get("log"), rows);
+  for (const auto& [size, expected] : {std::pair(1023, 1023 + rows.size()), {1024, rows.size()}}) {
+    files_.Put("log", std::string(static_cast<std::size_t>(size), 'x'));
+    pane_->AddMessage("a\tb\nc", 4);
+    EXPECT_EQ(files_.Get("log").size(), expected);
+  }
+  options.HoldValue(50257, "0");
+  files_.Put("log", std::string(5000, 'x'));
+  pane_->AddMessage("a\tb\nc", 4);
+  EXPECT_EQ(files_.Get("log").size(), 5000 + rows.size());
+  // One that can't be written is told once for a message, whose rows are there all the same.
+  ScriptedPrompts prompts;
+  options.HoldValue(50255, files_.path());
+  pane_->SetMaxEntries(9);
+  pane_->AddMessage("a\nb", 0);
+  EXPECT_EQ(prompts.shown.size(), 1u);
+  EXPECT_THAT(Shown(), testing::EndsWith("+Program|a;|b;"));
+  for (const int id : {50255, 50256, 50257}) options.UnsetValue(id);
+}
+
+TEST_F(OutputPaneTest, TakesTheSameTimeForAMessageHoweverManyRowsThereAre) {
+  pane_->SetMaxEntries(1'000'000);
+  const auto time_of = [&](int messages) {
+    const auto start = std::chrono::steady_clock::now();
+    for (int i = 0; i < messages; ++i) pane_->AddMessage("a message", 0);
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  };
+  time_of(500);
+  const double first = time_of(500);
+  time_of(20'000);
+  EXPECT_LT(time_of(500), 5 * first + 0.05);
+  pane_->SetMaxEntries(21'500);
+  EXPECT_LT(time_of(500), 5 * first + 0.05) << "when it is full";
+}
+
+TEST(ProgressDialog, NotesACancelThatThePersonAgreesTo) {
+  MainWindow main;
+  ScriptedPrompts prompts{BUTTON_NO, BUTTON_YES};
+  CDQProgressDialog dialog("Export");
+  dialog.SetText1("first");
+  dialog.SetRange(0, 5);
+  dialog.SetStepIncrement(2);
+  dialog.SetPos(1);
+  ASSERT_TRUE(dialog.Create(&main));
+  EXPECT_EQ(dialog.GetWindowText() + dialog.GetDlgItemText(CDQProgressDialog::kTextId),
+            "Exportfirst");
+  dialog.StepIt();
+  EXPECT_EQ(dialog.GetPos(), 3);
+  for (const bool cancelled : {false, true}) {
+    dialog.SendMessage(WM_COMMAND, IDCANCEL);
+    EXPECT_EQ(dialog.GetCancelled(), cancelled);
+  }
+  EXPECT_EQ(prompts.shown.front().text, "Cancel Operation?");
+  dialog.ResetCancelled();
+  dialog.SetCancelOperationPrompt(nullptr);
+  dialog.SendMessage(WM_COMMAND, IDCANCEL);
+  EXPECT_TRUE(dialog.GetCancelled() && prompts.shown.size() == 2);
+  DQProgressBox box("Load", "rows");
+  int count = 0;
+  const auto work = [](DQProgressBox& own, void* parameter) -> UINT {
+    *static_cast<int*>(parameter) = own.GetCancelled() ? -1 : 1;
+    return 7;
+  };
+  EXPECT_EQ(box.Run(&main, work, &count), 7);
+  EXPECT_TRUE(count == 1 && main.IsWindowEnabled());
+  EXPECT_EQ(box.Run(nullptr, nullptr, nullptr), -1);
+}
+
+}  // namespace
+}  // namespace dq::test
