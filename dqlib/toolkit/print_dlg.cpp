@@ -38,6 +38,18 @@ std::string_view SeenPart(std::string_view text) {
   return text.substr(0, multi_byte::CharacterStart(text.substr(0, kMostBytes + 4), kMostBytes));
 }
 
+/// How wide columns may be so that all of them fit the page.
+double WidestThatFits(std::vector<double> widths, double page) {
+  std::ranges::sort(widths);
+  double left = page;
+  for (std::size_t at = 0; at < widths.size(); ++at) {
+    const double share = left / static_cast<double>(widths.size() - at);
+    if (widths[at] > share) return share;
+    left -= widths[at];
+  }
+  return page;
+}
+
 CString PageText(int page, int pages) {
   return CString(std::to_string(page) + " / " + std::to_string(pages));
 }
@@ -151,14 +163,14 @@ CDQPrintDlg::Layout::Layout(const CDC& dc, const CSftTree& tree)
   // As wide to the letters as on the screen.
   const double scale =
       static_cast<double>(description.lfHeight) / std::max<LONG>(GetTextExtent(tree, "X").cy, 1);
-  double total = 0;
+  std::vector<double> widths;
   for (int column = 0; column < tree.GetColumnCount(); ++column) {
-    total += tree.GetColumnWidth(column) * scale;
+    widths.push_back(tree.GetColumnWidth(column) * scale);
   }
-  const double shrink = total > width ? width / total : 1;
+  const double widest = WidestThatFits(widths, width);
   double left = 0;
   for (int column = 0; column < tree.GetColumnCount(); ++column) {
-    const double right = left + tree.GetColumnWidth(column) * scale * shrink;
+    const double right = left + std::min(widths[static_cast<std::size_t>(column)], widest);
     const UINT format = tree.GetColumnFormat(column);
     const UINT align = (format & kColumnNumber) != 0     ? DT_RIGHT
                        : (format & kColumnCentered) != 0 ? DT_CENTER

@@ -14,8 +14,8 @@ enum class PrintResult { kDone, kCancelled, kFailed };
 
 /// Prints rows as a table. Each page has the header, the titles of the columns, at most 60 rows, in
 /// letters so small that they fit the paper, and its number. Columns are as wide as they are in the
-/// tree, but narrower together where the page is. A cell that doesn't fit its column is cut and
-/// ends in "...".
+/// tree, but where the page isn't wide enough, none of them is wider than it can be so that all
+/// fit. A cell that doesn't fit its column is cut and ends in "...".
 class CDQPrintDlg : public CDialog {
   DECLARE_DYNAMIC(CDQPrintDlg)
   static constexpr int kRowsOfPage = 60;

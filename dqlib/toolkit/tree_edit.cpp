@@ -50,7 +50,7 @@ void CDQTree::ResetEditCtrl() {
 }
 
 bool CDQTree::ValidateEdit(int row, const char* text) {
-  if (*text == '\0' && !m_bAllowEmptyEdit) {
+  if ((text == nullptr || *text == '\0') && !m_bAllowEmptyEdit) {
     AfxMessageBox(IDS_ITEM_NAME_EMPTY, BOX_EXCLAMATION);
     return false;
   }
