@@ -65,6 +65,30 @@ class AnswersTest(transcript.TranscriptTest):
             '' =>2 ! ID is a number, not '' ;; 44020 more =>2 ! 1 ARG more than the string has places
             """)
 
+    def test_trees(self):
+        self.play(r"""
+            [tree]
+            t.tsv := b\t900 KB\t2024-05-06\nA\t10 MB\t5/7/2024\r\n\tz\t1\n\ty\t2\n\t\t\t\tdeep\nc\tx ;; zero := a\0b ;; empty :=
+            t.tsv => b\t900 KB\t2024-05-06\r\nA\t10 MB\t5/7/2024\r\n\tz\t1\t\r\n\ty\t2\t\r\n\t\tdeep\t\t\r\nc\tx\t\r
+            - --copy --types text,text < a\nb => a\t\r\nb\t\r ;; empty => ;; - --sort 0 < a => a\r
+            t.tsv --sort 1 --types Text,NUMBER => c\tx\t\r\nb\t900 KB\t2024-05-06\r\nA\t10 MB\t5/7/2024\r\n\tz\t1\t\r\n\ty\t2\t\r\n\t\tdeep\t\t\r
+            - --sort 1 --descending --types text,number < a\t1\nb\t2\nc\t2 => b\t2\r\nc\t2\r\na\t1\r
+            - --sort=1 --types text,datetime < a\t5/7/2024\nb\t2024-05-06 => b\t2024-05-06\r\na\t5/7/2024\r
+            - --sort 0 < b\nB\na => a\r\nb\r\nB\r ;; t.tsv --save out.tab => ;; t.tsv --print out.pdf =>
+            t.tsv --sort 3 =>1 ! no column 3: there are 3, counted from 0 ;; zero =>1 ! no text: zero
+            t.tsv --sort x =>2 ! COLUMN is a number from 0 to 2147483647, not 'x'
+            t.tsv --types text,numbr =>2 ! a type is text, number or datetime, not 'numbr'; did you mean 'number'?
+            t.tsv --descending =>2 ! --descending is for --sort
+            t.tsv --copy --save x =>2 ! either --copy, --save or --print ;; t.tsv --save '' =>2 ! FILE is empty
+            empty --print x.pdf =>1 ! there is nothing to print
+            t.tsv --save none/x =>1 ! cannot write none/x: No such file or directory
+            t.tsv --print none/x =>1 ! cannot print into none/x: No such file or directory
+            none =>1 ! cannot read none: No such file or directory
+            """)
+        self.assertEqual(self.content("out.tab"), b"b,900 KB,2024-05-06\r\nA,10 MB,5/7/2024\r\n"
+                         b"z,1,\r\ny,2,\r\ndeep,,\r\nc,x,\r\n")
+        self.assertTrue(self.content("out.pdf").startswith(b"%PDF-"))
+
     def test_output(self):
         self.play(r"""
             [output]
@@ -458,7 +482,7 @@ class ProgramTest(transcript.TranscriptTest):
             # What prints JSON says in which form.
             self.assertEqual(b"[--json]" in out, b"JSON: " in out, command)
         # Read all of the help again before a new sum is put here.
-        self.assertEqual(checksum, )
+        self.assertEqual(checksum, 3334222811)
         for words in [["x", "--in", "y", "-h"], ["-h", "--in"]]:
             self.assertEqual(self.dqtool("date", *words), self.dqtool("date", "--help"))
         self.play(r"""
