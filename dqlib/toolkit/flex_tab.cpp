@@ -4,6 +4,7 @@
 #include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/resources/menus.h"
+#include "dqlib/toolkit/cool_menu.h"
 #include "dqlib/toolkit/tab_rename_dlg.h"
 
 namespace dq {
@@ -173,6 +174,7 @@ bool CDQFlexTab::CallMapped(const HandlerKey& key, HandlerArguments& arguments) 
   static constexpr MessageMapEntry kEntries[] = {
       MessageEntry<&CDQFlexTab::OnContextMenu>(WM_CONTEXTMENU),
       MessageEntry<&CDQFlexTab::OnInitMenuPopup>(WM_INITMENUPOPUP),
+      MessageEntry<&CDQFlexTab::OnMenuChar>(WM_MENUCHAR),
       CommandEntry<&CDQFlexTab::OnCloseTab>(ID_TAB_CLOSE),
       UpdateEntry<&CDQFlexTab::OnUpdateCloseTab>(ID_TAB_CLOSE),
       CommandEntry<&CDQFlexTab::OnCloseAllTabs>(ID_TAB_CLOSE_ALL),
@@ -201,9 +203,9 @@ LRESULT CDQFlexTab::OnContextMenu(WPARAM window, LPARAM point) {
   }
   if (!strip.HasTab(tab)) return 0;
   m_nContextTab = tab;
-  CMenu menu;
-  if (!menu.LoadMenu(IDM_TAB_WINDOW)) return 0;
-  if (CMenu* const popup = menu.GetSubMenu(0)) {
+  CDQCoolMenu menu;
+  if (!menu.Coolify(IDM_TAB_WINDOW, true)) return 0;
+  if (CDQCoolMenu* const popup = menu.GetCoolSubMenu(0)) {
     popup->TrackPopupMenu(TPM_LEFTALIGN | TPM_RIGHTBUTTON, at.x, at.y, this);
   }
   return 0;
@@ -213,6 +215,12 @@ LRESULT CDQFlexTab::OnInitMenuPopup(WPARAM menu, LPARAM) {
   CMenu* const dropped = CMenu::FromHandle(reinterpret_cast<HMENU>(menu));
   if (dropped != nullptr) dropped->UpdateItems(*this, true, false);
   return 0;
+}
+
+LRESULT CDQFlexTab::OnMenuChar(WPARAM key, LPARAM menu) {
+  CMenu* const open = CMenu::FromHandle(reinterpret_cast<HMENU>(menu));
+  const LRESULT answer = CDQCoolMenu::OnMenuChar(LoWord(key), HiWord(key), open);
+  return answer != 0 ? answer : DefWindowProc(WM_MENUCHAR, key, menu);
 }
 
 void CDQFlexTab::OnCloseTab() { CloseFlexTab(m_nContextTab, false); }

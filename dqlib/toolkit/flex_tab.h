@@ -87,6 +87,7 @@ class CDQFlexTab : public SEC3DTabWnd {
   /// The context menu of the tab at a point of the screen, which `WM_CONTEXTMENU` brings.
   LRESULT OnContextMenu(WPARAM window, LPARAM point);
   LRESULT OnInitMenuPopup(WPARAM menu, LPARAM position);
+  LRESULT OnMenuChar(WPARAM key, LPARAM menu);
   void OnCloseTab();
   void OnUpdateCloseTab(CCmdUI* ui);
   void OnCloseAllTabs();

@@ -8,6 +8,7 @@
 #include "dqlib/framework/windows/doc_template.h"
 #include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/framework/windows/win_app.h"
+#include "dqlib/toolkit/cool_menu.h"
 
 namespace dq {
 
@@ -105,6 +106,19 @@ BOOL CDQFlexTabFrame::OnCmdMsg(UINT id, int code, void* extra, void* handler_inf
   CDQFlexTab* const tabs = GetTabWnd();
   if (tabs != nullptr && tabs->OnCmdMsg(id, code, extra, handler_info) != 0) return 1;
   return self.IsThere() ? CMDIChildWnd::OnCmdMsg(id, code, extra, handler_info) : 0;
+}
+
+bool CDQFlexTabFrame::CallMapped(const HandlerKey& key, HandlerArguments& arguments) {
+  static constexpr MessageMapEntry kEntries[] = {
+      MessageEntry<&CDQFlexTabFrame::OnMenuChar>(WM_MENUCHAR),
+  };
+  return CallEntry(kEntries, *this, key, arguments) || CMDIChildWnd::CallMapped(key, arguments);
+}
+
+LRESULT CDQFlexTabFrame::OnMenuChar(WPARAM key, LPARAM menu) {
+  CMenu* const open = CMenu::FromHandle(reinterpret_cast<HMENU>(menu));
+  const LRESULT answer = CDQCoolMenu::OnMenuChar(LoWord(key), HiWord(key), open);
+  return answer != 0 ? answer : DefWindowProc(WM_MENUCHAR, key, menu);
 }
 
 void CDQFlexTabFrame::OnUpdateFrameTitle(bool add_document) {

@@ -44,6 +44,9 @@ class CDQFlexTabFrame : public CMDIChildWnd {
   bool OnCreateClient(const CCreateContext* context) override;
   /// Each of the other documents asks to be saved first; one that refuses keeps the frame.
   void OnClose() override;
+  bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override;
+  /// Menus that draw their items know their mnemonics.
+  LRESULT OnMenuChar(WPARAM key, LPARAM menu);
 
   CDQFlexTab m_wndTab;
   CDQFlexTabDropTarget m_dropTarget;

@@ -134,7 +134,15 @@ TEST(FlexTabs, ThePersonClosesAndRenamesByTheMenuOfATab) {
   EXPECT_EQ(session.Menu(frame, 1, 45341), "45341 45342 0 45343 ");
   EXPECT_EQ(session.Menu(frame, 0), "-45341 45342 0 45343 ");
   EXPECT_EQ(Tabs(frame), "!Text1 c *d shown");
-  // Behind the last tab, and in a view, there is no menu.
+  CDQCoolMenu cool;
+  cool.CreatePopupMenu();
+  cool.AddItem(9, "&Run");
+  for (CWnd* const asked : {static_cast<CWnd*>(&frame), static_cast<CWnd*>(&tabs)}) {
+    EXPECT_EQ(asked->SendMessage(WM_MENUCHAR, MakeWParam('r', MF_POPUP),
+                                 reinterpret_cast<LPARAM>(cool.m_hMenu)),
+              0x20000);
+  }
+  // Behind the last tab there is no menu.
   EXPECT_EQ(session.Menu(frame, 9), "");
   session.prompts.on_dialog = [&](platform::DialogView& dialog) {
     EXPECT_EQ(dialog.Caption(), "Rename Tab");
