@@ -98,9 +98,18 @@ bool CDQFlexTab::ActivateNewTab(int index) {
   const Watched self(*this);
   const Watched made(*window);
   if (window->IsKindOf(RUNTIME_CLASS(CView))) window->SendMessage(WM_INITIALUPDATE);
-  const auto find = [&] { return self.IsThere() && made.IsThere() ? FindTab(window) : -1; };
-  if (find() >= 0) ActivateTab(find());
+  const auto find = [&] {
+    return self.IsThere() && made.IsThere() ? FindTabAgain(window->GetSafeHwnd(), index) : -1;
+  };
+  if (const int now = find(); now >= 0) ActivateTab(now);
   return find() >= 0;
+}
+
+/// The tab of a window, which was `before` until handlers were called; -1 if they have taken it
+/// out.
+int CDQFlexTab::FindTabAgain(HWND window, int before) const {
+  const SEC3DTabControl& strip = GetTabControl();
+  return strip.GetTabHandle(before) == window ? before : strip.FindTab(window);
 }
 
 bool CDQFlexTab::CloseFlexTab(int index, bool force) {
@@ -113,9 +122,7 @@ bool CDQFlexTab::CloseFlexTab(int index, bool force) {
   }
   if (window != nullptr && self.IsThere()) EndTabWindow(handle);
   if (!self.IsThere()) return true;
-  // Handlers may have moved the tab, or taken it out.
-  const bool stayed = GetTabControl().GetTabHandle(index) == handle;
-  RemoveTab(stayed ? index : GetTabControl().FindTab(handle));
+  RemoveTab(FindTabAgain(handle, index));
   if (self.IsThere() && GetTabCount() == 1) ShowTabs(false);
   if (self.IsThere()) RecalcLayout();
   return true;

@@ -100,6 +100,7 @@ class CDQFlexTab : public SEC3DTabWnd {
 
  private:
   bool ActivateNewTab(int index);
+  int FindTabAgain(HWND window, int before) const;
 
   bool m_bTabsShown = true;
   /// Of the strip while it is hidden.
