@@ -86,6 +86,38 @@ TEST(SftTabs, TellThePersonsWishAndLeaveTheRestToTheParent) {
   EXPECT_EQ(host.Click({100}), "2 ");
 }
 
+TEST(SftTabs, DrawReliefArrowsAndTheFocus) {
+  TabHost host;
+  CSftTabs& tabs = host.tabs;
+  CFont bold;
+  bold.CreateFontIndirect({.lfHeight = -20, .lfWeight = 700});
+  tabs.DeleteTab(2);
+  tabs.MoveWindow(0, 0, 60, 23);
+  tabs.EnableTab(1, false);
+  tabs.SetTabFont(1, &bold);
+  tabs.SetCurSel(0);
+  tabs.SetFocus();
+  // The page's edge and the tab's outer one; the focus, and the tips of the arrows.
+  for (const auto& [style, edge, outer] : Rows<int, const char*, const char*>{
+           {kTabsRaised, "fill 0,22 60,23 ffffff\n", "fill 0,0 28,1 e3e3e3\n"},
+           {kTabsRaisedBelow, "fill 0,0 60,1 a0a0a0\n", "fill 0,22 28,23 696969\n"}}) {
+    tabs.SetStyle(style);
+    RecordingDC dc;
+    tabs.Paint(dc);
+    for (const char* drawn : {edge, outer, "line 3,3 24,3 000000 dot\n",
+                              "fill 34,11 35,12 6d6d6d\n", "fill 53,11 54,12 000000\n"}) {
+      EXPECT_NE(dc.Text().find(drawn), std::string::npos) << drawn << dc.Text();
+    }
+  }
+  tabs.MoveWindow(0, 0, 200, 40);
+  RecordingDC dc;
+  tabs.Paint(dc);
+  EXPECT_NE(dc.Text().find("fill 39,0 40,38 e3e3e3\n"), std::string::npos) << "a lower one";
+  EXPECT_NE(dc.Text().find("font \"\" -20 bold\ntext 48,7"), std::string::npos);
+  EXPECT_NE(dc.Text().find("font \"\" 13\ntext 9,13 \"One\""), std::string::npos);
+  EXPECT_EQ(tabs.GetWantedHeight(), 23);
+}
+
 TEST(SftTabs, DrawThemselvesInTheirColours) {
   TabHost host;
   CSftTabs& tabs = host.tabs;
