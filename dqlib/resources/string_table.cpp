@@ -5,9 +5,11 @@
 #include <functional>
 #include <string>
 
+#include "dqlib/framework/base/vector_picture.h"
 #include "dqlib/platform/seam_texts.h"
 #include "dqlib/resources/dialogs.h"
 #include "dqlib/resources/menus.h"
+#include "dqlib/resources/pictures.h"
 #include "dqlib/resources/sql_word_lists.h"
 
 namespace dq {
@@ -235,6 +237,7 @@ const ResourceModule& LibraryResources() {
     for (const DialogRow& row : DialogTable()) {
       made.AddResource(RESOURCE_DIALOG, row.id, std::string(row.text));
     }
+    for (const PictureRow& row : PictureTable()) AddPicture(made, row.id, row.shapes);
     for (const WORD id : kMenuIds) made.AddResource(RESOURCE_MENU, id, MenuText(id, made));
     return std::ref(made);
   }();

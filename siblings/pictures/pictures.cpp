@@ -1,8 +1,14 @@
 #include "siblings/pictures/pictures.h"
 
+#include <algorithm>
 #include <array>
+#include <cstdio>
+#include <iterator>
+#include <string>
 
 #include "dqlib/framework/base/resource_module.h"
+#include "dqlib/framework/base/vector_picture.h"
+#include "siblings/pictures/drawn_pictures.h"
 
 namespace dq {
 namespace {
@@ -12,7 +18,6 @@ constexpr UINT kFirstPicture = 3000;
 constexpr UINT kLastPicture = 3222;
 
 constexpr int kSide = 16;
-constexpr COLORREF kFace = RGB(0xC0, 0xC0, 0xC0);
 constexpr COLORREF kShadow = RGB(0x80, 0x80, 0x80);
 constexpr COLORREF kLight = RGB(0xDF, 0xDF, 0xDF);
 
@@ -32,30 +37,41 @@ constexpr std::array<std::array<unsigned, kDigitHeight>, 10> kDigits = {{
     {7, 5, 7, 1, 7},
 }};
 
-/// A drawing surface of the size of a picture.
+/// The shapes of a picture that is made of squares of one pixel.
 class Canvas {
  public:
-  Canvas() { picture_.pixels.assign(kSide * kSide, kFace); }
-
-  void Set(int x, int y, COLORREF color) {
-    const int at = y * kSide + x;
-    picture_.pixels[static_cast<std::size_t>(at)] = color;
+  Canvas() {
+    const std::string side = std::to_string(kSide);
+    shapes_ = side + ' ' + side + " f C0C0C0 R 0 0 " + side + ' ' + side;
   }
-  const BitmapDescription& picture() const { return picture_; }
+
+  /// From now on they have the colour.
+  void Begin(COLORREF color) {
+    char text[] = " f rrggbb";
+    std::snprintf(text, sizeof text, " f %02X%02X%02X", color & 0xFF, color >> 8 & 0xFF,
+                  color >> 16 & 0xFF);
+    shapes_ += text;
+  }
+  void Set(int x, int y) {
+    shapes_ += " R " + std::to_string(x) + ' ' + std::to_string(y) + " 1 1";
+  }
+  const std::string& shapes() const { return shapes_; }
 
  private:
-  BitmapDescription picture_{{kSide, kSide}, {}};
+  std::string shapes_;
 };
 
 /// A raised edge in the greys that follow the desktop's colours.
 void DrawEdge(Canvas& canvas) {
+  canvas.Begin(kLight);
   for (int i = 0; i < kSide; ++i) {
-    canvas.Set(i, 0, kLight);
-    canvas.Set(0, i, kLight);
+    canvas.Set(i, 0);
+    canvas.Set(0, i);
   }
+  canvas.Begin(kShadow);
   for (int i = 0; i < kSide; ++i) {
-    canvas.Set(i, kSide - 1, kShadow);
-    canvas.Set(kSide - 1, i, kShadow);
+    canvas.Set(i, kSide - 1);
+    canvas.Set(kSide - 1, i);
   }
 }
 
@@ -66,26 +82,27 @@ void DrawEmblem(Canvas& canvas, UINT id) {
   constexpr int kHalf = 5;
   DWORD bits = id * 2654435761U;
   const auto channel = [&](int shift) { return static_cast<BYTE>((bits >> shift & 3) * 0x38); };
-  const COLORREF color = RGB(channel(26), channel(28), channel(30));
+  canvas.Begin(RGB(channel(26), channel(28), channel(30)));
   bits ^= bits >> 15;
   for (int y = 0; y < kRows; ++y) {
     for (int x = 0; x < kHalf; ++x, bits = bits >> 1 | bits << 31) {
       if ((bits & 1) == 0) continue;
-      canvas.Set(kSide / 2 - 1 - x, 2 + y, color);
-      canvas.Set(kSide / 2 + x, 2 + y, color);
+      canvas.Set(kSide / 2 - 1 - x, 2 + y);
+      canvas.Set(kSide / 2 + x, 2 + y);
     }
   }
 }
 
 /// The last three digits of the id.
 void DrawNumber(Canvas& canvas, UINT id) {
+  canvas.Begin(RGB(0, 0, 0));
   int left = 10;
   for (int place = 0; place < 3; ++place, id /= 10, left -= kDigitWidth + 1) {
     const auto& rows = kDigits[id % 10];
     for (int y = 0; y < kDigitHeight; ++y) {
       for (int x = 0; x < kDigitWidth; ++x) {
         if ((rows[static_cast<std::size_t>(y)] >> (kDigitWidth - 1 - x) & 1) != 0) {
-          canvas.Set(left + x, 9 + y, RGB(0, 0, 0));
+          canvas.Set(left + x, 9 + y);
         }
       }
     }
@@ -93,11 +110,13 @@ void DrawNumber(Canvas& canvas, UINT id) {
 }
 
 std::string DrawPicture(UINT id) {
+  const auto* const drawn = std::ranges::find(kDrawnPictures, id, &DrawnPicture::id);
+  if (drawn != std::end(kDrawnPictures)) return std::string(drawn->shapes);
   Canvas canvas;
   DrawEdge(canvas);
   DrawEmblem(canvas, id);
   DrawNumber(canvas, id);
-  return WriteDib(canvas.picture());
+  return canvas.shapes();
 }
 
 const ResourceModule* MakeModule() {
@@ -105,9 +124,10 @@ const ResourceModule* MakeModule() {
   const std::string hot_spot(4, '\0');
   auto module = std::make_unique<ResourceModule>();
   for (UINT id = kFirstPicture; id <= kLastPicture; ++id) {
-    const std::string picture = DrawPicture(id);
-    module->AddResource(RESOURCE_CURSOR, static_cast<WORD>(id), hot_spot + picture);
-    module->AddResource(RESOURCE_BITMAP, static_cast<WORD>(id), picture);
+    const WORD name = static_cast<WORD>(id);
+    AddPicture(*module, name, DrawPicture(id));
+    const platform::Resource* const bitmap = module->Find(RESOURCE_BITMAP, name);
+    module->AddResource(RESOURCE_CURSOR, name, hot_spot + std::string(bitmap->data));
   }
   return module.release();
 }

@@ -30,6 +30,7 @@ class NativeDC : public dq::CDC {
   void PaintRect(const dq::CRect& rect, dq::COLORREF color) override;
   void PaintLine(const PaintedLine& line) override;
   void PaintPicture(const dq::CRect& place, const dq::BitmapDescription& picture) override;
+  double GetPictureScale() const override { return scale_.factor(); }
   void ClipTo(const dq::CRect& rect) override;
 
  private:

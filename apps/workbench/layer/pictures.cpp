@@ -3,6 +3,7 @@
 #include <wx/image.h>
 
 #include "dqlib/framework/base/device_context.h"
+#include "dqlib/framework/base/vector_picture.h"
 
 namespace workbench {
 namespace {
@@ -25,23 +26,31 @@ wxImage ToImage(const dq::BitmapDescription& picture, const wxSize& size, dq::CO
         return static_cast<unsigned char>(color >> shift & 0xFF);
       };
       image.SetRGB(x, y, part(0), part(8), part(16));
-      image.SetAlpha(x, y, color == clear ? wxALPHA_TRANSPARENT : wxALPHA_OPAQUE);
+      const auto opaque = static_cast<unsigned char>(wxALPHA_OPAQUE - (color >> 24));
+      image.SetAlpha(x, y, color == clear ? wxALPHA_TRANSPARENT : opaque);
     }
   }
   if (image.GetSize() != size) image.Rescale(size.x, size.y, wxIMAGE_QUALITY_NEAREST);
   return image;
 }
 
+/// As fine as it is shown, if it has shapes.
+dq::BitmapDescription Fine(const dq::BitmapDescription& picture, const wxSize& size) {
+  return picture.shapes == nullptr ? picture : *picture.shapes->Render({size.x, size.y});
+}
+
 }  // namespace
 
 wxBitmap ToNativePicture(const dq::BitmapDescription& picture, const wxSize& size) {
-  const wxImage image = ToImage(picture, size, dq::kNoPixel);
+  const wxImage image = ToImage(Fine(picture, size), size, dq::kNoPixel);
   return image.IsOk() ? wxBitmap(image) : wxBitmap();
 }
 
 wxBitmap ToCommandPicture(dq::HBITMAP picture, const wxSize& size, bool enabled) {
   if (picture == nullptr || picture->pixels.empty()) return {};
-  const wxImage image = ToImage(*picture, size, picture->pixels.front());
+  const bool is_fine = picture->shapes != nullptr;
+  const dq::COLORREF clear = is_fine ? dq::kNoPixel : picture->pixels.front();
+  const wxImage image = ToImage(Fine(*picture, size), size, clear);
   if (!image.IsOk()) return {};
   return wxBitmap(enabled ? image : image.ConvertToDisabled());
 }

@@ -5,6 +5,8 @@
 #include <limits>
 #include <utility>
 
+#include "dqlib/framework/base/vector_picture.h"
+
 namespace dq {
 namespace {
 
@@ -59,9 +61,10 @@ bool HasPixels(const BitmapDescription& picture) {
          picture.pixels.size() / width == static_cast<std::size_t>(picture.size.cy);
 }
 
-/// The part of a picture within it, with `kNoPixel` where the mask is.
+/// The part of a picture within it, with `kNoPixel` where the mask is. Of a smooth one the high
+/// bytes of the pixels stay.
 BitmapDescription CutPicture(const BitmapDescription& picture, const CRect& part,
-                             const std::optional<COLORREF>& mask) {
+                             const std::optional<COLORREF>& mask, bool is_smooth = false) {
   BitmapDescription cut;
   cut.size = part.Size();
   cut.pixels.reserve(static_cast<std::size_t>(cut.size.cx) * static_cast<std::size_t>(cut.size.cy));
@@ -69,7 +72,8 @@ BitmapDescription CutPicture(const BitmapDescription& picture, const CRect& part
     const std::size_t row = static_cast<std::size_t>(y) * static_cast<std::size_t>(picture.size.cx);
     for (LONG x = part.left; x < part.right; ++x) {
       const COLORREF color = picture.pixels[row + static_cast<std::size_t>(x)];
-      cut.pixels.push_back(color > 0xFFFFFF || color == mask ? kNoPixel : color);
+      const bool is_left_out = (color > 0xFFFFFF && !is_smooth) || color == mask;
+      cut.pixels.push_back(is_left_out ? kNoPixel : color);
     }
   }
   return cut;
@@ -267,9 +271,32 @@ bool CDC::DrawBitmap(const CRect& place, HBITMAP picture, const BitmapDrawing& h
   const CRect part = Intersect(how.part.value_or(whole), whole);
   if (part.IsRectEmpty()) return false;
   if (!Reach(place)) return true;
+  if (picture->shapes != nullptr && !how.embossed && GetPictureScale() > 0) {
+    return PaintShapes(place, *picture->shapes, part);
+  }
   BitmapDescription painted = CutPicture(*picture, part, how.mask);
   if (how.embossed) painted = Emboss(painted);
   PaintPicture(place, painted);
+  return true;
+}
+
+/// The part of a picture as fine as the device paints it.
+bool CDC::PaintShapes(const CRect& place, const VectorPicture& shapes, const CRect& part) {
+  const auto fine = [scale = GetPictureScale()](LONG whole, LONG shown, LONG length) {
+    return static_cast<LONG>(std::lround(std::min(4096.0, scale * length * whole / shown)));
+  };
+  const CSize whole = shapes.size();
+  const CSize size{fine(whole.cx, part.Width(), place.Width()),
+                   fine(whole.cy, part.Height(), place.Height())};
+  const auto rendered = shapes.Render(size);
+  if (!HasPixels(*rendered)) return false;
+  const auto across = [&](LONG x) {
+    return static_cast<LONG>(std::int64_t{x} * size.cx / whole.cx);
+  };
+  const auto down = [&](LONG y) { return static_cast<LONG>(std::int64_t{y} * size.cy / whole.cy); };
+  const CRect cut{across(part.left), down(part.top), across(part.right), down(part.bottom)};
+  if (cut.IsRectEmpty()) return true;
+  PaintPicture(place, CutPicture(*rendered, cut, std::nullopt, true));
   return true;
 }
 

@@ -259,6 +259,10 @@ class CDC : public CObject {
   virtual void PaintLine(const PaintedLine& line) = 0;
   /// Stretches the picture, which has pixels, to the rectangle, but for those that are `kNoPixel`.
   virtual void PaintPicture(const CRect& place, const BitmapDescription& picture) = 0;
+  /// How many pixels of the device one pixel is, for pictures of shapes: they are painted in so
+  /// many, and the high byte of each says how much is seen through it. 0, as here, has them painted
+  /// as other pictures.
+  virtual double GetPictureScale() const { return 0; }
   /// From now on paints in this rectangle only. It is the device's whole area at the begin and at
   /// the start of each page.
   virtual void ClipTo(const CRect& rect) = 0;
@@ -292,6 +296,7 @@ class CDC : public CObject {
   };
 
   int Follow(bool succeeded, Stage next);
+  bool PaintShapes(const CRect& place, const VectorPicture& shapes, const CRect& part);
   bool Reach(const CRect& box);
   void DrawSegment(CPoint from, CPoint to, const CPen& pen);
   void DrawFrame(const CRect& rect, const CPen& pen);

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "dqlib/framework/base/little_endian.h"
+#include "dqlib/framework/base/vector_picture.h"
 #include "dqlib/platform/platform.h"
 
 namespace dq {
@@ -114,26 +115,23 @@ std::unique_ptr<BitmapDescription> ParseDib(std::string_view bytes) {
   return picture;
 }
 
-/// Gives a picture that is drawn in the three greys of buttons the colours of the desktop.
-void MapToDesktopColors(BitmapDescription& picture) {
-  const COLORREF face = GetSysColor(COLOR_BTNFACE);
-  const COLORREF shadow = GetSysColor(COLOR_BTNSHADOW);
-  const COLORREF light = GetSysColor(COLOR_3DLIGHT);
-  for (COLORREF& color : picture.pixels) {
-    switch (color) {
-      case RGB(0xC0, 0xC0, 0xC0):
-        color = face;
-        break;
-      case RGB(0x80, 0x80, 0x80):
-        color = shadow;
-        break;
-      case RGB(0xDF, 0xDF, 0xDF):
-        color = light;
-        break;
-      default:
-        break;
-    }
+/// Of what is drawn in the three greys of buttons, the colours of the desktop.
+COLORREF ToDesktopColor(COLORREF color) {
+  switch (color) {
+    case RGB(0xC0, 0xC0, 0xC0):
+      return GetSysColor(COLOR_BTNFACE);
+    case RGB(0x80, 0x80, 0x80):
+      return GetSysColor(COLOR_BTNSHADOW);
+    case RGB(0xDF, 0xDF, 0xDF):
+      return GetSysColor(COLOR_3DLIGHT);
+    default:
+      return color;
   }
+}
+
+void MapToDesktopColors(BitmapDescription& picture) {
+  for (COLORREF& color : picture.pixels) color = ToDesktopColor(color);
+  if (picture.shapes != nullptr) picture.shapes = picture.shapes->Recolored(ToDesktopColor);
 }
 
 constexpr LOGFONT MakeFont(LONG height, LONG width, LONG weight, BYTE char_set,
@@ -240,6 +238,8 @@ std::unique_ptr<const BitmapDescription> LoadImage(HINSTANCE module, UINT id, UI
   const HRSRC record = FindModuleResource(module, id, RESOURCE_BITMAP);
   if (record == nullptr) return nullptr;
   std::unique_ptr<BitmapDescription> picture = ParseDib(record->data);
+  const HRSRC shapes = FindModuleResource(module, id, RESOURCE_SHAPES);
+  if (picture != nullptr && shapes != nullptr) picture->shapes = VectorPicture::Read(shapes->data);
   if (picture != nullptr && (flags & IMAGE_MAP_3D_COLORS) != 0) MapToDesktopColors(*picture);
   return picture;
 }

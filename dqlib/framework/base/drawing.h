@@ -48,10 +48,14 @@ struct LOGFONT {
 };
 static_assert(sizeof(LOGFONT) == 60);
 
+class VectorPicture;
+
 /// Description of a picture: 24-bit colours, row by row from the top.
 struct BitmapDescription {
   CSize size;
   std::vector<COLORREF> pixels;
+  /// The same picture for devices that paint it finer; null if there are only the pixels.
+  std::shared_ptr<const VectorPicture> shapes = nullptr;
 };
 
 /// Pictures, cursors and icons by handle: null is none. A handle stays valid as long as the object

@@ -71,6 +71,8 @@ class PdfDC : public CDC {
   void PaintRect(const CRect& rect, COLORREF color) override;
   void PaintLine(const PaintedLine& line) override;
   void PaintPicture(const CRect& place, const BitmapDescription& picture) override;
+  /// Fine enough for a printer. A pixel that is seen through in part is painted.
+  double GetPictureScale() const override { return 4; }
   void ClipTo(const CRect& rect) override;
   bool BeginDocument(std::string_view title) override;
   PageStart BeginPage() override;
