@@ -305,6 +305,72 @@ TEST_F(Drawing, PicturesAreCutMaskedEmbossedAndStretched) {
   EXPECT_EQ(Taken(device), "");
 }
 
+/// A letter for each pixel: how much of it there is, from " " to "#".
+std::string Covered(std::string_view text, const CSize& size) {
+  const auto picture = VectorPicture::Read(text);
+  if (picture == nullptr) return "bad";
+  std::string rows;
+  for (const COLORREF color : picture->Render(size)->pixels) {
+    rows += " .+#"[(255 - (color >> 24)) * 3 / 255];
+    if (rows.size() % (static_cast<std::size_t>(size.cx) + 1) == static_cast<std::size_t>(size.cx))
+      rows += '/';
+  }
+  return rows;
+}
+
+TEST(VectorPicture, CoversPixelsAtAnySize) {
+  const Rows<std::string, CSize, std::string> rows = {
+      {"2 2 f FF0000 R 0.5 0 1.5 1", {2, 2}, ".#/  /"},
+      {"2 2 f FF0000 R 0.5 0 1.5 1", {4, 4}, " ###/ ###/    /    /"},
+      {"4 4 f 0000FF R 0 0 4 4 M 1 1 L 1 3 3 3 3 1 Z", {4, 4}, "####/#  #/#  #/####/"},
+      {"4 4 f 0 f 00FF00 R 0 0 1 1", {4, 4}, "bad"},
+      {"3 3 s 1 000000 M -9 1.5 L 9 1.5", {3, 3}, "   /###/   /"},
+      {"4 4 f 000000 O 2 2 2 2", {4, 4}, " ++ /+##+/+##+/ ++ /"},
+      {"4 4 f 000000 M 0 0 C 0 4 4 4 4 0 Z", {4, 4}, "+##+/+##+/ ++ /    /"},
+      {"4 4 f 000000 M 0 0 L 4 0 0 4", {4, 4}, "###./##. /#.  /.   /"},
+      {"1 1 f 000000 R -9 -9 99 99", {5000, 1}, ""}};
+  for (const auto& [text, size, covered] : rows) EXPECT_EQ(Covered(text, size), covered) << text;
+  for (const char* bad : {"", "16", "0 4", "2 1025", "2 2 R 0 0 1 1", "2 2 f FF00",
+                          "2 2 f FF0000 L 1 1", "2 2 f FF0000 M 0 0 C 1 1", "2 2 s 0 FF0000",
+                          "2 2 f FF0000 M nan 1", "2 2 f FF0000 R 0 0 1"}) {
+    EXPECT_EQ(VectorPicture::Read(bad), nullptr) << bad;
+  }
+}
+
+TEST(VectorPicture, StandsBehindABitmapAndIsPaintedAsFineAsTheDevice) {
+  ResourceModule module;
+  EXPECT_TRUE(AddPicture(module, 7, "2 1 f C0C0C0 R 0 0 1.25 1") && !AddPicture(module, 8, "2"));
+  CBitmap bitmap;
+  ASSERT_TRUE(bitmap.LoadBitmap(&module, 7) && !CBitmap().LoadBitmap(&module, 8));
+  EXPECT_EQ(bitmap.GetSafeHandle()->pixels, (std::vector<COLORREF>{0xC0C0C0, kPictureMask}));
+  struct Fine : RecordingDC {
+    void PaintPicture(const CRect&, const BitmapDescription& picture) override {
+      painted = picture;
+    }
+    double GetPictureScale() const override { return scale; }
+    double scale = 2;
+    BitmapDescription painted;
+  } device;
+  const auto painted = [&](const CRect& place, const BitmapDrawing& how) {
+    EXPECT_TRUE(device.DrawBitmap(place, bitmap.GetSafeHandle(), how));
+    return device.painted.pixels;
+  };
+  constexpr COLORREF kGrey = 0xC0C0C0;
+  EXPECT_EQ(painted({5, 5, 7, 6}, {}), (std::vector<COLORREF>{kGrey, kGrey, 0x7FC0C0C0, kNoPixel,
+                                                              kGrey, kGrey, 0x7FC0C0C0, kNoPixel}));
+  EXPECT_EQ(painted({5, 5, 6, 6}, {.part = CRect{1, 0, 2, 1}}),
+            (std::vector<COLORREF>{0x7FC0C0C0, kNoPixel, 0x7FC0C0C0, kNoPixel}));
+  device.scale = 0;
+  EXPECT_EQ(painted({5, 5, 7, 6}, {.mask = kPictureMask}),
+            (std::vector<COLORREF>{kGrey, kNoPixel}));
+  ScriptedPlatform platform;
+  platform.scheme.colors = {{15, 0x112233}};
+  device.scale = 1;
+  const auto mapped = LoadImage(&module, 7, IMAGE_MAP_3D_COLORS);
+  EXPECT_TRUE(device.DrawBitmap(CPoint{}, mapped.get()));
+  EXPECT_EQ(device.painted.pixels.front(), 0x112233U);
+}
+
 TEST(Pages, FollowOneAnotherAndOutsideThemNothingIsDrawn) {
   DeviceFormat sheet{.area = {90, 80}, .page = {100, 110}, .offset = {5, 15}};
   sheet.pixels_per_inch = 300;

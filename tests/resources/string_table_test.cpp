@@ -31,6 +31,17 @@ TEST(LibraryResources, MenusHaveTheTextsOfTheStringTable) {
   EXPECT_NE(menu->data.find("item 57634 \"&Copy\\tCtrl+C\"\n"), std::string::npos) << menu->data;
 }
 
+TEST(LibraryResources, PicturesAreFoundWithTheirShapes) {
+  CBitmap bitmap;
+  for (const PictureRow& row : PictureTable()) {
+    ASSERT_TRUE(bitmap.LoadBitmap(DQLIB_GetInstanceHandle(), row.id)) << row.id;
+    EXPECT_NE(bitmap.GetSafeHandle()->shapes, nullptr) << row.id;
+  }
+  ASSERT_TRUE(bitmap.LoadBitmap(DQLIB_GetInstanceHandle(), 2700));
+  EXPECT_EQ(bitmap.GetSafeHandle()->size, (CSize{40, 19}));
+  EXPECT_EQ(bitmap.GetSafeHandle()->pixels[0], 0xFF00FFU);
+}
+
 TEST(LibraryResources, TextsAndDialogsAreAsTheyAlwaysWere) {
   std::string texts, dialogs;
   for (UINT id = 0; id <= 0xFFFF; ++id) {

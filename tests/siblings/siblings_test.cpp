@@ -499,7 +499,7 @@ TEST(Pictures, CanAllBeToldApart) {
     all += *picture;
     ASSERT_NE(DQRESOURCES_LoadCursor(id), nullptr) << id;
   }
-  EXPECT_EQ(platform::Checksum(all), 0x49A9FDDFU) << "what they show";
+  EXPECT_EQ(platform::Checksum(all), 0xFB798C05U) << "what they show";
   const HBITMAP last = bitmap.GetSafeHandle();
   EXPECT_FALSE(DQRESOURCES_LoadBitmap(bitmap, 3223));
   EXPECT_EQ(bitmap.GetSafeHandle(), last);
