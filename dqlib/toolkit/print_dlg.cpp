@@ -211,7 +211,7 @@ void CDQPrintDlg::PrintPage(Layout& layout, int page) {
 void CDQPrintDlg::PrintCells(const Layout& layout, int row, LONG top) {
   for (const auto& [column, left, right, flags] : layout.columns) {
     const LONG indent = column > 0 ? 0 : std::min(m_tree.GetLevel(row), kMostIndents) * layout.line;
-    const CRect place(left + indent, top, right, top + layout.line);
+    const CRect place{left + indent, top, right, top + layout.line};
     m_dc.DrawText(SeenPart(m_tree.CellText(row, column)), place, flags);
   }
 }

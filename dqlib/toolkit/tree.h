@@ -334,6 +334,7 @@ class CDQTree : public CSftTree {
 
  protected:
   bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override;
+  LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
 
   /// Handlers of notifications. One that returns 0 leaves it to the parent as well.
   virtual BOOL OnLButtonExpandCollapse();
@@ -355,6 +356,7 @@ class CDQTree : public CSftTree {
 
   friend class CDQTreeDropTarget;
 
+  void PlaceEditor();
   int CreateNewRow(UINT name_id, bool is_folder);
   int InsertItem(int near, const char* text, void* data);
   CString NameOf(int row);

@@ -44,6 +44,25 @@ void CDQTree::EditCell(int row, int column) {
   if (self.IsThere() && m_pEdit != nullptr) m_pEdit->SetFocus();
 }
 
+LRESULT CDQTree::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
+  const Watched self(*this);
+  const LRESULT result = CSftTree::DefWindowProc(message, wparam, lparam);
+  const bool scrolls = message == WM_VSCROLL || message == WM_HSCROLL || message == WM_MOUSEWHEEL ||
+                       message == WM_SIZE;
+  if (scrolls && self.IsThere() && m_pEdit != nullptr) PlaceEditor();
+  return result;
+}
+
+/// The editor goes with its cell, and ends as by a loss of the focus where that can't be seen.
+void CDQTree::PlaceEditor() {
+  CRect place;
+  if (GetCellRect(m_nEditRow, m_nEditCol, &place, true)) {
+    m_pEdit->MoveWindow(place);
+  } else {
+    OnValidateEdit();
+  }
+}
+
 void CDQTree::ResetEditCtrl() {
   // It hears of its end, and mustn't begin another one then.
   const std::unique_ptr<CDQTreeEdit> edit = std::move(m_pEdit);

@@ -356,6 +356,13 @@ TEST(TreeEditor, OffersItsTextByKeysAndByLosingTheFocus) {
   edit("B", VK_RETURN);
   EXPECT_TRUE(tree.GetEditCtrl() == nullptr && CWnd::GetFocus() == &tree);
   tree.EditCell(1, 1);
+  tree.AddRow("f");
+  tree.MoveWindow({0, 0, 400, tree.GetHeaderHeight() + 2 * tree.GetRowHeight()});
+  tree.SendMessage(WM_VSCROLL, SB_LINEDOWN);
+  tree.GetCellRect(1, 1, &place, true);
+  EXPECT_TRUE(tree.GetTopRow() == 1 && tree.GetEditCtrl()->GetPlace() == place);
+  tree.MoveWindow({0, 0, 400, 300});
+  tree.DeleteRow(5);
   edit("", VK_TAB);
   EXPECT_EQ(prompts.shown.at(0).text, "Please enter a name for the item.");
   ASSERT_NE(tree.GetEditCtrl(), nullptr) << "the edit goes on";
