@@ -22,22 +22,22 @@ CDQTreeItemBase::~CDQTreeItemBase() {
 }
 
 void CDQTreeItemBase::UpdateItemText(const char* text) {
-  m_record.SetText(text);
+  GetTVITEMEX().SetText(text);
   UpdateTreeCtrl();
 }
 
 void CDQTreeItemBase::UpdateImage(int image) {
-  m_record.SetImage(image);
+  GetTVITEMEX().SetImage(image);
   UpdateTreeCtrl();
 }
 
 void CDQTreeItemBase::UpdateSelectedImage(int image) {
-  m_record.SetSelectedImage(image);
+  GetTVITEMEX().SetSelectedImage(image);
   UpdateTreeCtrl();
 }
 
 void CDQTreeItemBase::UpdateState(UINT state, UINT mask) {
-  m_record.SetState(state, mask);
+  GetTVITEMEX().SetState(state, mask);
   UpdateTreeCtrl();
 }
 

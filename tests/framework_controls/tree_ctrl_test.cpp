@@ -155,8 +155,8 @@ TEST(TreeCtrl, KnowsWhatLiesAtAPointAndPaintsIt) {
             "fill 5,13 14,14 a0a0a0\nfill 7,9 12,10 000000\nfill 9,7 10,12 000000\n"
             "fill 19,0 32,20 ffffff\ntext 22,3 \"A\"\n"
             // B's check box with its mark, and its text, selected without the focus.
-            "fill 20,23 33,36 ffffff\nfill 20,23 33,24 a0a0a0\nfill 20,23 21,36 a0a0a0\n"
-            "fill 32,23 33,36 a0a0a0\nfill 20,35 33,36 a0a0a0\nline 23,29 25,32 000000 2\n"
+            "fill 20,23 33,36 ffffff\nfill 20,23 33,24 696969\nfill 20,23 21,36 696969\n"
+            "fill 32,23 33,36 696969\nfill 20,35 33,36 696969\nline 23,29 25,32 000000 2\n"
             "line 25,32 30,26 000000 2\nfill 35,20 48,40 f0f0f0\ntext 38,23 \"B\"\n");
   // A page of three rows of five.
   tree.EnsureVisible(tree.y);

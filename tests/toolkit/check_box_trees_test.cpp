@@ -172,7 +172,9 @@ struct ItemTree {
 TEST(CheckBoxItems, ShowWhatIsBelowThemAndToggleByTheMouse) {
   ItemTree shown;
   CDQTreeCtrlEx& tree = shown.tree;
-  EXPECT_EQ(shown.Images(), "11111") << "nothing is checked, however it was put together";
+  shown.items["a"]->UpdateStateImage(kMixedImage);
+  EXPECT_EQ(shown.Images(), "14111") << "nothing is checked, but what one item was given";
+  shown.items["a"]->UpdateCheckBox();
   const HTREEITEM root = tree.LoadTree(shown.root.get(), TVI_ROOT, 1);
   EXPECT_TRUE(tree.GetCount() == 3 && tree.GethtiRoot() == root);
   tree.ClearTree();

@@ -22,6 +22,7 @@
 #include "dqlib/toolkit/flex_property_sheet.h"
 #include "dqlib/toolkit/tool_tip_combo_box.h"
 #include "tests/support/prompt_edit.h"
+#include "tests/workbench/testbed_check_boxes.h"
 #include "tests/workbench/testbed_menus.h"
 #include "tests/workbench/testbed_tabs.h"
 #include "tests/workbench/testbed_views.h"
@@ -260,9 +261,17 @@ class Frame : public dq::CFrameWnd {
     Create("TestFrame", "Testbed", {60, 40, 660, 440}, 0, nullptr, false);
     menu_.LoadMenuIndirect(
         "popup \"&Open\"\nitem 32769 \"&Controls\"\nitem 32770 \"&Stretch\"\n"
-        "item 32771 \"S&heet\"\nitem 32772 \"&Question\"\nitem 32774 \"C&onsole\"\nitem 32776 "
-        "\"&Views\"\nitem 32777 "
-        "\"&Workbook\"\nitem 32773 \"&Tabs\"\nend\n" +
+        "item 32771 \"S&heet\"
+item 32772 \"&Question\"
+item 32774 \"C&onsole\"
+"
+        "item 32775 \"Check &boxes\"
+item 32776 \"&Views\"
+item 32777 \"&Workbook\"
+"
+        "item 32773 \"&Tabs\"
+end
+" +
         std::string(MenuResources::kText));
     menu_.CoolifyPopup(1, MenuResources::kMenu);
     SetMenu(&menu_);
@@ -282,8 +291,7 @@ class Frame : public dq::CFrameWnd {
  protected:
   bool CallMapped(const dq::HandlerKey& key, dq::HandlerArguments& arguments) override {
     static constexpr dq::MessageMapEntry kEntries[] = {
-        dq::CommandRangeEntry<&Frame::OnOpen>(32769, 32774),
-        dq::CommandRangeEntry<&Frame::OnOpen>(32776, 32777),
+        dq::CommandRangeEntry<&Frame::OnOpen>(32769, 32777),
         dq::CommandRangeEntry<&Frame::OnPopup>(32780, 32791),
         dq::CommandRangeEntry<&Frame::OnPopup>(32793, 32794),
     };
@@ -312,6 +320,8 @@ class Frame : public dq::CFrameWnd {
         return Tell("left", Sheet().DoModal());
       case 32773:
         return tabs_.emplace().Open();
+      case 32775:
+        return checks_.emplace().Open();
       case 32776:
         return views_.emplace().Open();
       case 32777:
@@ -334,6 +344,7 @@ class Frame : public dq::CFrameWnd {
   Card upper_;
   Card lower_;
   std::optional<TabsFrame> tabs_;
+  std::optional<ChecksFrame> checks_;
   Shelf left_;
   Shelf right_;
   std::optional<ViewsFrame> views_;

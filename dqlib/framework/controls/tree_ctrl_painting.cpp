@@ -196,11 +196,11 @@ void CTreeCtrl::PaintState(CDC& dc, const CRect& place, int image) const {
   }
   const CRect box = Centered(place, kBoxSize);
   dc.FillSolidRect(box, GetSysColor(COLOR_WINDOW));
-  Frame(dc, box, COLOR_BTNSHADOW);
+  Frame(dc, box, IsWindowEnabled() ? COLOR_3DDKSHADOW : COLOR_BTNSHADOW);
   const int mark_color = IsWindowEnabled() ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT;
   if (image == 4) {
     dc.FillSolidRect({box.left + 3, box.top + 3, box.right - 3, box.bottom - 3},
-                     GetSysColor(IsWindowEnabled() ? COLOR_BTNSHADOW : COLOR_GRAYTEXT));
+                     GetSysColor(IsWindowEnabled() ? COLOR_3DDKSHADOW : COLOR_GRAYTEXT));
   } else if (image == 2) {
     CPen pen;
     pen.CreatePen(PS_SOLID, 2, GetSysColor(mark_color));
