@@ -10,6 +10,7 @@
 #include "dqlib/framework/base/text.h"
 #include "dqlib/framework/controls/tree_columns.h"
 #include "dqlib/framework/controls/tree_rows.h"
+#include "dqlib/framework/windows/ui_state.h"
 
 namespace dq {
 namespace {
@@ -57,7 +58,7 @@ CSftTree::CSftTree()
 
 CSftTree::~CSftTree() {
   EndInDestructor();
-  TellErased(0, GetCount());
+  detail::Guarded([this] { TellErased(0, GetCount()); });
 }
 
 bool CSftTree::Create(CWnd* parent, const CRect& place, int id) {
@@ -160,14 +161,19 @@ int CSftTree::InsertRow(int index, const char* text, int level) {
   anchor_ = Inserted(anchor_, index, 1);
   drop_target_ = Inserted(drop_target_, index, 1);
   // One that comes in where the first row in sight is becomes that itself.
-  if (top_ > index) ++top_;
+  const bool is_above = index < top_;
+  if (is_above) ++top_;
   if (columns_->HasWidths()) {
     if (cut) columns_->ForgetWidths();
     CountWidths(index, index + 1, true);
   }
   Tell(WindowChange::kRowsInserted, {index, 1});
   const int linked = rows_->GetPrevLinked(index);
-  RowsChanged(linked >= 0 ? linked : index);
+  if (is_above && !cut) {
+    UpdateScroll(top_, left_);
+  } else {
+    RowsChanged(linked >= 0 ? linked : index);
+  }
   return index;
 }
 
@@ -183,21 +189,31 @@ void CSftTree::ResetContent() {
 
 void CSftTree::EraseRows(int first, int count) {
   TellErased(first, count);
-  if (columns_->HasWidths()) CountWidths(first, first + count, false);
-  const int former = rows_->GetPrevLinked(first);
-  if (count == GetCount()) {
+  const bool all = count == GetCount();
+  if (all) {
+    columns_->ForgetWidths();
+  } else if (columns_->HasWidths()) {
+    CountWidths(first, first + count, false);
+  }
+  const int linked = rows_->GetPrevLinked(first);
+  if (all) {
     rows_->Clear();
   } else {
     rows_->Erase(first);
   }
   const bool had_caret = caret_ >= first && caret_ < first + count;
+  const bool is_above = first + count <= top_;
   caret_ = Erased(caret_, first, count);
   anchor_ = Erased(anchor_, first, count);
   drop_target_ = Erased(drop_target_, first, count);
   if (top_ > first) top_ = std::max(first, top_ - count);
   Tell(WindowChange::kRowsRemoved, {first, count});
   if (had_caret) Tell(WindowChange::kSelection);
-  RowsChanged(former >= 0 ? former : first);
+  if (is_above) {
+    UpdateScroll(top_, left_);
+  } else {
+    RowsChanged(linked >= 0 ? linked : first);
+  }
 }
 
 void CSftTree::TellErased(int first, int count) {
@@ -301,11 +317,11 @@ int CSftTree::GetPrevSibling(int row) const {
 bool CSftTree::HasChildren(int row) const { return rows_->Has(row) && rows_->HasChildren(row); }
 
 int CSftTree::GetChildCount(int row) const {
-  return rows_->Has(row) ? rows_->CountChildren(row) : -1;
+  return rows_->Has(row) ? rows_->CountChildren(row) : 0;
 }
 
 int CSftTree::GetDescendantCount(int row) const {
-  return rows_->Has(row) ? rows_->GetEnd(row) - row - 1 : -1;
+  return rows_->Has(row) ? rows_->GetEnd(row) - row - 1 : 0;
 }
 
 bool CSftTree::Expand(int row, bool expand, bool deep) {

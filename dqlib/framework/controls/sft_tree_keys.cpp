@@ -70,6 +70,10 @@ LRESULT CSftTree::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
       return DLGC_WANTARROWS | DLGC_WANTCHARS;
     case WM_KEYDOWN:
       return OnKey(static_cast<UINT>(wparam), lparam);
+    case WM_CONTEXTMENU:
+      if (lparam != -1) break;
+      AskForMenu();
+      return 0;
     case WM_CHAR:
       TypeAhead(static_cast<char>(wparam));
       return 0;
@@ -93,9 +97,7 @@ LRESULT CSftTree::OnKey(UINT key, LPARAM lparam) {
     OnChildNotify(WM_VKEYTOITEM, asked, reinterpret_cast<LPARAM>(GetSafeHwnd()), &answer);
   }
   if (answer == kKeyIsDone || !self.IsThere()) return 0;
-  if (key == VK_APPS || (key == VK_F10 && IsDown(VK_SHIFT))) {
-    AskForMenu();
-  } else if (!OnMoveKey(key) && !OnBranchKey(key) && !OnActionKey(key)) {
+  if (!OnMoveKey(key) && !OnBranchKey(key) && !OnActionKey(key)) {
     return Control::DefWindowProc(WM_KEYDOWN, key, lparam);
   }
   return 0;
