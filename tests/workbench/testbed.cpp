@@ -261,17 +261,9 @@ class Frame : public dq::CFrameWnd {
     Create("TestFrame", "Testbed", {60, 40, 660, 440}, 0, nullptr, false);
     menu_.LoadMenuIndirect(
         "popup \"&Open\"\nitem 32769 \"&Controls\"\nitem 32770 \"&Stretch\"\n"
-        "item 32771 \"S&heet\"
-item 32772 \"&Question\"
-item 32774 \"C&onsole\"
-"
-        "item 32775 \"Check &boxes\"
-item 32776 \"&Views\"
-item 32777 \"&Workbook\"
-"
-        "item 32773 \"&Tabs\"
-end
-" +
+        "item 32771 \"S&heet\"\nitem 32772 \"&Question\"\nitem 32774 \"C&onsole\"\n"
+        "item 32775 \"Check &boxes\"\nitem 32776 \"&Views\"\nitem 32777 \"&Workbook\"\n"
+        "item 32773 \"&Tabs\"\nend\n" +
         std::string(MenuResources::kText));
     menu_.CoolifyPopup(1, MenuResources::kMenu);
     SetMenu(&menu_);
