@@ -8,13 +8,18 @@ void MakeMessageTree(CDQTree& tree) {
   // Column by column as they are, without titles; the last one takes the rest.
   constexpr int kWidths[kMessageColumns] = {80, 60, 600};
   for (const int width : kWidths) tree.AddColumn("", width);
-  tree.ShowHeader(false);
-  tree.ShowTreeLines(false);
-  tree.ShowButtons(false);
   // Rows stand in the order in which they came.
   tree.SetAutoSort(false);
   tree.SetMultiSelect();
   tree.SetDeleteCallback(&SharedMessage::FreeRow);
+}
+
+bool CreateMessageTree(CDQTree& tree, const CRect& place, CWnd* parent, UINT id) {
+  if (!tree.Create(0, place, parent, id)) return false;
+  tree.ShowHeader(false);
+  tree.ShowTreeLines(false);
+  tree.ShowButtons(false);
+  return true;
 }
 
 SharedMessage* SharedMessage::Of(const CSftTree& tree, int row) {

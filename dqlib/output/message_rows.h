@@ -13,6 +13,8 @@ enum MessageColumn : int { kTimeColumn, kSourceColumn, kTextColumn, kMessageColu
 
 /// Gives a tree without columns the ones of messages, and has it free its rows' data.
 void MakeMessageTree(CDQTree& tree);
+/// Makes its window, which shows messages without titles, lines and buttons. False if that fails.
+bool CreateMessageTree(CDQTree& tree, const CRect& place, CWnd* parent, UINT id);
 
 /// The rows of one message share the data, a `CString` with the whole of it, which goes with the
 /// last of them, or with who made it if that is later. Of a row without data nothing is freed.

@@ -19,7 +19,7 @@ BOOL CDQOutputErrorDialog::OnInitDialog() {
   if (place == nullptr) return result;
   m_tree.ResetContent();
   CopyRows();
-  m_tree.Create(0, place->GetPlace(), this, CDQOutputWnd::kTreeId);
+  detail::CreateMessageTree(m_tree, place->GetPlace(), this, CDQOutputWnd::kTreeId);
   m_tree.EnsureRowVisible(m_tree.GetCaret());
   return result;
 }

@@ -15,9 +15,10 @@
 #include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/framework/windows/win_app.h"
 #include "dqlib/output/message_rows.h"
+#include "dqlib/resources/library.h"
 #include "dqlib/resources/menus.h"
+#include "dqlib/resources/pictures.h"
 #include "siblings/options/options_server.h"
-#include "siblings/pictures/pictures.h"
 
 namespace dq {
 namespace {
@@ -26,9 +27,6 @@ constexpr int kMaxEntriesOption = 50144;
 constexpr int kLogPathOption = 50255;
 constexpr int kLogOption = 50256;
 constexpr int kLogLimitOption = 50257;
-
-/// Pictures by the kind of message.
-constexpr UINT kPictureIds[] = {3210, 3211, 3212, 3213, 3214};
 
 constexpr char kSaveFolder[] = "LastSaveErrorDirectory";
 constexpr char kSaveExtension[] = "LastSaveErrorFileExtension";
@@ -150,7 +148,7 @@ void CDQOutputWnd::AddMessage(const char* text, int type) {
   Mirror mirror;
   Adding adding{.tree = *GetTreeWnd(),
                 .message = detail::SharedMessage::Make(text),
-                .picture = PictureOf(traits.kind),
+                .picture = PictureOf(type),
                 .keeps_rows = mirror.IsOn()};
   std::string_view rest = multi_byte::TrimRight(shown.View());
   AddLine(adding, time, source, TakeLine(rest));
@@ -189,10 +187,10 @@ void CDQOutputWnd::ShowForError() {
   if (self.IsThere()) Invalidate();
 }
 
-HBITMAP CDQOutputWnd::PictureOf(OutputMessageKind kind) {
-  CBitmap& picture = m_pictures[static_cast<std::size_t>(kind)];
+HBITMAP CDQOutputWnd::PictureOf(int type) {
+  CBitmap& picture = m_pictures[static_cast<std::size_t>(type)];
   if (picture.GetSafeHandle() == nullptr) {
-    DQRESOURCES_LoadBitmap(picture, kPictureIds[static_cast<int>(kind)]);
+    picture.LoadBitmap(DQLIB_GetInstanceHandle(), IDB_PROGRAM_INFO + static_cast<UINT>(type));
   }
   return picture.GetSafeHandle();
 }
@@ -293,7 +291,9 @@ void CDQOutputWnd::OnContextMenu(CWnd*, CPoint point) {
 
 LRESULT CDQOutputWnd::OnCreate(WPARAM wparam, LPARAM lparam) {
   const LRESULT result = DefWindowProc(WM_CREATE, wparam, lparam);
-  return result != -1 && GetTreeWnd()->Create(0, GetInsideRect(), this, kTreeId) ? result : -1;
+  CDQTree& tree = *GetTreeWnd();
+  const bool made = result != -1 && detail::CreateMessageTree(tree, GetInsideRect(), this, kTreeId);
+  return made ? result : -1;
 }
 
 void CDQOutputWnd::PlaceTree() {

@@ -107,7 +107,8 @@ class CDQOutputWnd : public CControlBar {
   void AddLine(Adding& adding, const CString& time, const CString& source, std::string_view line);
   void ShowLastRow(int row);
   void ShowForError();
-  HBITMAP PictureOf(OutputMessageKind kind);
+  /// Of a known type.
+  HBITMAP PictureOf(int type);
   bool HasRows();
   void PlaceTree();
 
@@ -122,7 +123,7 @@ class CDQOutputWnd : public CControlBar {
   void OnUpdateFloat(CCmdUI* ui);
 
   std::unique_ptr<CDQTree> m_pTree;
-  std::array<CBitmap, 5> m_pictures;
+  std::array<CBitmap, OUTPUT_TASK_END + 1> m_pictures;
   CString m_strSaveSection;
   int m_nMaxEntries = kUsualMaxEntries;
   bool m_bShowOnError = true;
