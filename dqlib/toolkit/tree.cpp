@@ -28,7 +28,9 @@ HBITMAP PictureOf(const CBitmap* bitmap) {
 std::unique_ptr<const BitmapDescription> CutPicture(const BitmapDescription& strip,
                                                     const CSize& size, int index) {
   const long long left = static_cast<long long>(size.cx) * index;
-  if (index < 0 || size.cx <= 0 || left + size.cx > strip.size.cx) return nullptr;
+  if (index < 0 || size.cx <= 0 || size.cy <= 0 || left + size.cx > strip.size.cx) {
+    return nullptr;
+  }
   auto picture = std::make_unique<BitmapDescription>();
   picture->size = {size.cx, std::min(size.cy, strip.size.cy)};
   for (LONG y = 0; y < picture->size.cy; ++y) {

@@ -85,7 +85,6 @@ bool CDQTreeView::CallMapped(const HandlerKey& key, HandlerArguments& arguments)
       MessageEntry<&CDQTreeView::OnCreate>(WM_CREATE),
       MessageEntry<&CDQTreeView::OnSize>(WM_SIZE),
       MessageEntry<&CDQTreeView::OnSetFocus>(WM_SETFOCUS),
-      CommandEntry<&CDQTreeView::OnFilePrint>(ID_FILE_PRINT),
       CommandEntry<&CDQTreeView::OnEditCut>(ID_EDIT_CUT),
       CommandEntry<&CDQTreeView::OnEditCopy>(ID_EDIT_COPY),
       CommandEntry<&CDQTreeView::OnEditPaste>(ID_EDIT_PASTE),

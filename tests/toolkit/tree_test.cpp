@@ -1,178 +1,12 @@
-// Trees: texts, sorting, state, editing, moves, copying, saving, printing, and their views.
+// Trees: texts, keys, state, editing, moves, copying, saving and printing.
 
 #include "tests/support/doubles.h"
 #include "tests/support/registries.h"
 #include "tests/support/temp_directory.h"
-#include "tests/support/windows.h"
+#include "tests/support/trees.h"
 
 namespace dq::test {
 namespace {
-
-/// Rows as lines: blanks for the level, the columns with "|" between.
-template <typename Tree>
-void Fill(Tree& tree, std::string_view rows) {
-  std::istringstream lines{std::string(rows)};
-  for (std::string line; std::getline(lines, line, ',');) {
-    const std::size_t level = line.find_first_not_of(' ');
-    const int row = tree.AddRow("", static_cast<int>(level));
-    tree.SetDelimitedText(row, line.substr(level).c_str(), "|");
-  }
-}
-
-/// The first column, as `Fill` takes it; "+" behind rows that are collapsed.
-std::string Rows(const CSftTree& tree) {
-  std::string rows;
-  for (int row = 0; row < tree.GetCount(); ++row) {
-    rows += (row > 0 ? "," : "") + std::string(static_cast<std::size_t>(tree.GetLevel(row)), ' ');
-    rows += tree.CellText(row, 0);
-    if (tree.HasChildren(row) && !tree.IsExpanded(row)) rows += '+';
-  }
-  return rows;
-}
-
-/// A tree in a parent that keeps what it is told, with three columns of different types.
-template <typename Tree>
-struct WithParent : CWnd {
-  explicit WithParent(std::string_view rows = "") {
-    CreateWnd({.class_name = "Parent", .place = {0, 0, 400, 300}});
-    const UINT formats[] = {kColumnText, kColumnNumber, kColumnDateTime};
-    for (const UINT format : formats) tree.AddColumn("Title", 100, format);
-    tree.Create(0, {0, 0, 400, 300}, this, 3070);
-    Fill(tree, rows);
-  }
-  ~WithParent() override { DestroyWindow(); }
-  BOOL OnCmdMsg(UINT id, int code, void*, void*) override {
-    if (id == 3070) codes += std::to_string(code) + ' ';
-    return 0;
-  }
-  /// Has the tree notify it, and tells whether the tree's own handler takes it.
-  LRESULT Reflect(int code) {
-    return tree.SendMessage(0xBD11, MakeWParam(3070, static_cast<UINT>(code)),
-                            reinterpret_cast<LPARAM>(tree.GetSafeHwnd()));
-  }
-
-  /// What it was told of the tree.
-  std::string codes;
-  Tree tree;
-};
-using Parent = WithParent<CDQTree>;
-
-TEST(TreeNumbers, AreReadUpToWhatIsNone) {
-  for (const auto& [text, number, integer] : Cases<3>(R"(
-      => 0 => 0 ;; 900 KB => 900 => 900 ;; 10 MB => 10000 => 10000 ;; 1 MB KB => 1 => 1
-      10MB => 10 => 10 ;; -1.5e2 MB => -150000 => -1000 ;; +7 => 7 => 7 ;; .5 => 0.5 => 0
-      1e => 1 => 1 ;; 0x10 => 0 => 0 ;; nan => 0 => 0 ;; inf => 0 => 0 ;; +-1 => 0 => 0
-      1e999 => inf => 1 ;; -1e999 => -inf => -1 ;; 0.0001e-999 => 0 => 0 ;; 0e99999999999 => 0 => 0
-      99999999999999999999 MB => 1e+23 => 2147483647 ;; -3000000 MB => -3e+09 => -2147483648)")) {
-    std::ostringstream told;
-    told << CDQTree::Str2Double(text.c_str());
-    EXPECT_EQ(told.str(), number) << text;
-    EXPECT_EQ(std::to_string(CDQTree::Str2Number(text.c_str())), integer) << text;
-  }
-  EXPECT_TRUE(CDQTree::Str2Double(nullptr) == 0 && CDQTree::Str2Number(nullptr) == 0);
-}
-
-TEST(TreeComparisons, AreOfNumbersTextsAndDatesAndTheirOpposites) {
-  CSftTree tree;
-  const auto text = [](const std::string& cell) { return cell == "-" ? nullptr : cell.c_str(); };
-  struct Pair {
-    TreeCompare ascending, descending;
-  };
-  const std::map<std::string, Pair> pairs = {
-      {"n", {CDQTree::SortNumberAscendingCallback, CDQTree::SortNumberDescendingCallback}},
-      {"i", {CDQTree::SortIntegerAscendingCallback, CDQTree::SortIntegerDescendingCallback}},
-      {"d", {CDQTree::SortDateTimeAscendingCallback, CDQTree::SortDateTimeDescendingCallback}}};
-  // A date with a fraction can't be read: as the first one it has both cut, as the second one it is
-  // no date.
-  for (const auto& [kind, a, b, order, back] : Cases<5>(R"(
-      n => 10 MB => 900 KB => 1 => -1 ;; n => abc => XYZ => -1 => 1 ;; n => 0 => abc => -1 => 1
-      n => 0 => 0.0 => 0 => 0 ;; n => 0 => x0 => 0 => 0 ;; n => - => A => -1 => 1
-      n => -1 => x => -1 => 1 ;; i => 12 => 5x => 1 => -1 ;; i => a => b => 0 => 0
-      d => 2024-05-06 => 5/7/2024 => -1 => 1 ;; d => 1 Jan 1800 06:00 => 1800-01-01 18:00 => -1 => 1
-      d => 2024-05-06 07:08:09.5 => 2024-05-06 07:08:09 => 0 => 1
-      d => 2024-05-06 07:08:09.5 => 2024-05-06 07:08:08.9 => 1 => -1
-      d => x => 1900-01-01 => -1 => 1 ;; d => x => y => 0 => 0 ;; d => 13/12/2024 => 12/14/2024 => -1 => 1
-      d => 0099-01-02 => 2024-02-30 => 0 => 0 ;; d => 2024-5-6 7:08 => 2024-05-06 07:07:59 => 1 => -1)")) {
-    const Pair& pair = pairs.at(kind);
-    EXPECT_EQ(std::to_string(pair.ascending(tree, text(a), text(b), 0, 0)), order) << a << b;
-    EXPECT_EQ(std::to_string(pair.ascending(tree, text(b), text(a), 0, 0)), back) << b << a;
-    EXPECT_EQ(std::to_string(pair.descending(tree, text(b), text(a), 0, 0)), order) << b << a;
-  }
-  const auto strings = CDQTree::SortStringDescendingCallback;
-  EXPECT_TRUE(strings(tree, "a", "B", 0, 0) > 0 && strings(tree, "A", "a", 0, 0) == 0);
-  EXPECT_EQ(strings(tree, nullptr, "a", 0, 0), 0);
-}
-
-TEST(TreeSort, GivesWhatTheCallbacksGiveForRandomTexts) {
-  std::mt19937 random(7);
-  const std::vector<std::string> words = {"0",
-                                          "x0",
-                                          "abc",
-                                          " 0",
-                                          "!",
-                                          "10 MB",
-                                          "900 KB",
-                                          "",
-                                          "-1",
-                                          "1e3",
-                                          "Abc",
-                                          "5/6/2024",
-                                          "2024-05-06 07:08:09.5",
-                                          "2024-05-06 07:08:09",
-                                          "abcdefgh1",
-                                          "ABCDEFGH2",
-                                          "\xE9"};
-  Parent one, other;
-  for (int row = 0; row < 200; ++row) {
-    const std::string& word = words[random() % words.size()];
-    const int level = static_cast<int>(random() % 3);
-    for (CDQTree* const tree : {&one.tree, &other.tree}) {
-      tree->AddRow(std::to_string(row).c_str(), level);
-      for (int column = 1; column < 3; ++column) tree->SetText(row, column, word.c_str());
-    }
-  }
-  one.tree.AddColumn("", 10);
-  other.tree.AddColumn("", 10);
-  for (int row = 0; row < 200; ++row) {
-    for (CDQTree* const tree : {&one.tree, &other.tree})
-      tree->SetText(row, 3, tree->GetText(row, 1));
-  }
-  const std::tuple<int, TreeCompare> sorts[] = {{1, CDQTree::SortNumberAscendingCallback},
-                                                {1, CDQTree::SortNumberDescendingCallback},
-                                                {2, CDQTree::SortDateTimeAscendingCallback},
-                                                {2, CDQTree::SortDateTimeDescendingCallback},
-                                                {3, nullptr},
-                                                {3, CDQTree::SortStringDescendingCallback}};
-  for (const auto& [column, compare] : sorts) {
-    ASSERT_TRUE(one.tree.SortByColumn(column));
-    other.tree.SortRows(column, compare);
-    EXPECT_EQ(Rows(one.tree), Rows(other.tree)) << column << one.tree.IsSortAscending();
-  }
-}
-
-TEST(Tree, AClickOnATitleSortsAndASecondOneTurnsItRound) {
-  Parent parent("b|900 KB,A|10 MB,c|x");
-  const auto click = [&](int column) {
-    MouseInput(WM_LBUTTONDOWN, MK_LBUTTON, {column * 100 + 10, 3}, &parent.tree);
-    MouseInput(WM_LBUTTONUP, 0, {column * 100 + 10, 3}, &parent.tree);
-    return Rows(parent.tree);
-  };
-  EXPECT_EQ(click(1), "c,b,A");
-  EXPECT_EQ(click(1), "A,b,c");
-  EXPECT_EQ(click(0), "A,b,c") << "another column starts ascending";
-  EXPECT_EQ(click(0), "c,b,A");
-  EXPECT_TRUE(parent.tree.GetSortMarkColumn() == 0 && !parent.tree.IsSortMarkAscending());
-  EXPECT_EQ(parent.codes.find("36"), std::string::npos) << "it is the tree's own";
-  parent.tree.SetAutoSort(false);
-  EXPECT_EQ(click(0), "c,b,A");
-  EXPECT_EQ(parent.Reflect(36), 0);
-  parent.tree.SetAutoSort(true);
-  EXPECT_EQ(parent.Reflect(36), 1);
-  EXPECT_EQ(Rows(parent.tree), "A,b,c");
-  Parent alone("x");
-  EXPECT_FALSE(alone.tree.SortByColumn(0));
-  EXPECT_TRUE(alone.tree.GetSortColumn() == -1 && !parent.tree.SortByColumn(3));
-}
 
 TEST(Tree, RowsWithChildrenExpandAndCollapseButThoseAtTheTopStayOpen) {
   Parent parent("a, b,  c,   d,e");
@@ -180,7 +14,7 @@ TEST(Tree, RowsWithChildrenExpandAndCollapseButThoseAtTheTopStayOpen) {
   const auto at = [&](int row) {
     tree.SetCaret(row);
     const LRESULT taken = parent.Reflect(row == 1 ? 33 : 45);
-    return Rows(tree) + (taken != 0 ? " 1" : " 0");
+    return RowsOf(tree) + (taken != 0 ? " 1" : " 0");
   };
   EXPECT_EQ(at(0), "a, b,  c,   d,e 1");
   EXPECT_EQ(at(1), "a, b+,  c,   d,e 1");
@@ -294,7 +128,7 @@ TEST(TreeStates, AreSavedByteForByteAndRestoredAsFarAsTheyFit) {
   tree.UnselectAll();
   for (const int row : {0, 1, 3}) tree.Expand(row, row == 0);
   EXPECT_TRUE(tree.RestoreState("Tree"));
-  EXPECT_EQ(Rows(tree), "a+, b,  c,d, e,f");
+  EXPECT_EQ(RowsOf(tree), "a+, b,  c,d, e,f");
   EXPECT_EQ(tree.GetSelectedRows(), (std::vector{2, 5}));
   EXPECT_EQ(tree.GetCaret(), 0) << "that comes when the tree has settled";
   PumpUntilIdle();
@@ -302,15 +136,15 @@ TEST(TreeStates, AreSavedByteForByteAndRestoredAsFarAsTheyFit) {
   // Fewer rows, and others that have children.
   Parent other("a, b,c, d");
   EXPECT_TRUE(other.tree.RestoreState("Tree"));
-  EXPECT_EQ(Rows(other.tree), "a+, b,c+, d");
+  EXPECT_EQ(RowsOf(other.tree), "a+, b,c+, d");
 
   // Whatever is cut off, and whatever numbers lie, nothing changes.
   const auto restores = [&](const std::string& state) {
     main.app.WriteProfileBinary("Tree", "TreeState", reinterpret_cast<const BYTE*>(state.data()),
                                 static_cast<UINT>(state.size()));
-    const std::string before = Rows(tree);
+    const std::string before = RowsOf(tree);
     const bool restored = tree.RestoreState("Tree");
-    return restored || Rows(tree) != before;
+    return restored || RowsOf(tree) != before;
   };
   for (std::size_t size = 0; size < bytes.size(); ++size) {
     EXPECT_FALSE(restores(bytes.substr(0, size))) << size;
@@ -391,7 +225,7 @@ TEST(TreeEditor, OffersItsTextByKeysAndByLosingTheFocus) {
   EXPECT_EQ(tree.GetEditCtrl(), nullptr) << "there is no such cell";
   tree.Expand(0, false);
   tree.EditCell(1, 0);
-  EXPECT_EQ(Rows(tree), "a, B,e, d,by focus") << "it is brought into view";
+  EXPECT_EQ(RowsOf(tree), "a, B,e, d,by focus") << "it is brought into view";
   edit("end", VK_RETURN);
   EXPECT_EQ(tree.told, "1B 1 2e 4by focus 1end ");
   EXPECT_TRUE(tree.GetCount() == 0 && tree.GetEditCtrl() == nullptr);
@@ -416,8 +250,8 @@ TEST(Tree, MovesCarryWhatIsBelowAndRefuseOwnFolders) {
     parent.tree.AllowRearranging(target.starts_with('['));
     prompts.shown.clear();
     const bool moved = parent.tree.MoveSelItems(std::stoi(target.substr(target[0] == '[')));
-    const bool same = Rows(parent.tree) == "a, b, c,  d,e, f,g";
-    std::string told = same && !moved ? "" : Rows(parent.tree);
+    const bool same = RowsOf(parent.tree) == "a, b, c,  d,e, f,g";
+    std::string told = same && !moved ? "" : RowsOf(parent.tree);
     if (!prompts.shown.empty())
       told = prompts.shown[0].text.ends_with("same as the source folder.") ? "23545" : "23546";
     EXPECT_EQ(told, rows) << selected << " on " << target;
@@ -438,10 +272,10 @@ TEST(Tree, DeletionAsksAndGoesFromTheBottomUp) {
   tree.DeleteSelectedItems();
   EXPECT_TRUE(tree.GetCount() == 6 && CWnd::GetFocus() == &tree);
   tree.Clear();
-  EXPECT_EQ(Rows(tree), "a, b,c,f");
+  EXPECT_EQ(RowsOf(tree), "a, b,c,f");
   for (const int row : {0, 1, 2}) tree.SelectRow(row);
   tree.Cut();
-  EXPECT_EQ(Rows(tree) + " " + gone, "f decba");
+  EXPECT_EQ(RowsOf(tree) + " " + gone, "f decba");
   EXPECT_EQ(platform::Current().clipboard->Get(CLIPBOARD_TEXT),
             std::string("a\t\t\r\n\tb\t\t\r\nc\t\t\r\n\0", 17));
   tree.SelectRow(0);
@@ -454,7 +288,7 @@ TEST(Tree, DeletionAsksAndGoesFromTheBottomUp) {
             "292Are you sure that you want to delete these 3 items?\n"
             "292Are you sure that you want to delete the item 'f' ?\n");
   tree.CreateNewFolder();
-  EXPECT_TRUE(Rows(tree) == "New Folder" && tree.GetEditIndex() == 0);
+  EXPECT_TRUE(RowsOf(tree) == "New Folder" && tree.GetEditIndex() == 0);
   tree.ResetEditCtrl();
   EXPECT_EQ(tree.CreateNewItem(), 1);
 }
@@ -567,156 +401,6 @@ TEST(Tree, PrintingEndsByItsDialogOrWithTheTree) {
     }
     EXPECT_EQ(dc.Text().find("document") != std::string::npos, true) << dc.Text().substr(0, 300);
   }
-}
-
-/// Drags from one row to a place, or with -1 there to another row, and tells the rows then.
-std::string Drag(CDQTree& tree, int row, CPoint to) {
-  const auto middle = [&tree](int of) {
-    CRect place;
-    tree.GetCellRect(of, 0, &place, true);
-    return CPoint{(place.left + place.right) / 2, (place.top + place.bottom) / 2};
-  };
-  const CPoint from = tree.ClientToScreen(middle(row));
-  to = tree.ClientToScreen(to.x < 0 ? middle(static_cast<int>(to.y)) : to);
-  MouseInput(WM_LBUTTONDOWN, MK_LBUTTON, from, &tree);
-  MouseInput(WM_MOUSEMOVE, MK_LBUTTON, to, &tree);
-  MouseInput(WM_LBUTTONUP, 0, to, &tree);
-  return Rows(tree);
-}
-
-TEST(Tree, ADragMovesRowsOrTellsOfOtherWindows) {
-  struct Foreign : CDQTree {
-    LRESULT OnForeignDrop(CWnd* target, const CStringArray*) override {
-      return told += "drop on " + std::to_string(target->GetDlgCtrlID()) + " ", 0;
-    }
-    LRESULT OnForeignDrag(CWnd* target) override {
-      return told += "over " + std::to_string(target->GetDlgCtrlID()) + " ", 0;
-    }
-    void PostDrag() override { told += "end "; }
-    std::string told;
-  };
-  ScriptedPrompts prompts;
-  WithParent<Foreign> parent("a, b,c");
-  CWnd other;
-  other.CreateWnd({.class_name = "Other", .place = {0, 200, 400, 300}, .parent = &parent, .id = 9});
-  parent.tree.MoveWindow({0, 0, 400, 200});
-  EXPECT_EQ(Drag(parent.tree, 2, {-1, 0}), "a, b,c") << "it isn't allowed";
-  parent.tree.AllowDrag(true);
-  EXPECT_EQ(Drag(parent.tree, 2, {-1, 0}), "a, b, c");
-  EXPECT_EQ(Drag(parent.tree, 1, {20, 190}), "a, c,b") << "below all rows";
-  EXPECT_EQ(Drag(parent.tree, 1, {20, 2}), "a, c,b") << "on the titles";
-  EXPECT_EQ(Drag(parent.tree, 1, {20, 250}), "a, c,b");
-  EXPECT_EQ(parent.tree.told, "end end end over 9 drop on 9 end ");
-  EXPECT_TRUE(prompts.shown.empty() && parent.tree.GetDropTarget() == -1);
-}
-
-/// Takes rows from elsewhere, and keeps what it is told of other windows.
-struct DropTree : CDQTree {
-  void* CreateItem(const char* text, bool) override {
-    return takes ? const_cast<char*>(text) : nullptr;
-  }
-  LRESULT OnForeignDrop(CWnd* target, const CStringArray* texts) override {
-    told += target == this ? "in " : "out ";
-    for (int at = 0; texts != nullptr && at < texts->GetSize(); ++at) told += (*texts)[at] + " ";
-    return 0;
-  }
-  void PostDrag() override { told += "over "; }
-  bool takes = true;
-  std::string told;
-};
-
-struct DropView : CDQTreeView {
-  std::unique_ptr<CDQTree> CreateTreeControl() override { return std::make_unique<DropTree>(); }
-  DropTree& tree() { return static_cast<DropTree&>(*GetTree()); }
-};
-
-TEST(TreeView, IsFilledByItsTreeWhichTakesItsCommandsAndDrops) {
-  MainWindow main;
-  main.MoveWindow({0, 0, 400, 300});
-  DropView view;
-  view.EnableDragging(true);
-  ASSERT_TRUE(view.Create(&main, {0, 0, 300, 200}, 1, static_cast<CDocument*>(nullptr)));
-  DropTree& tree = view.tree();
-  EXPECT_TRUE(tree.GetDlgCtrlID() == 3070 && tree.GetPlace() == view.GetClientRect());
-  view.MoveWindow({0, 0, 200, 100});
-  view.SetFocus();
-  EXPECT_TRUE(tree.GetPlace() == view.GetClientRect() && CWnd::GetFocus() == &tree);
-  const auto enabled = [&] {
-    std::string bits;
-    for (const UINT id : {57635U, 57634U, 57637U, 57632U, 57642U}) {
-      struct : CCmdUI {
-        void Enable(BOOL on) override { bit = on != 0 ? '1' : '0'; }
-        char bit = '-';
-      } ui;
-      ui.m_nID = id;
-      view.OnCmdMsg(id, CN_UPDATE_COMMAND_UI, &ui, nullptr);
-      bits += ui.bit;
-    }
-    return bits;
-  };
-  platform::Current().clipboard->SetAll({});
-  EXPECT_EQ(enabled(), "00000");
-  tree.AddColumn("", 100);
-  Fill(tree, "a, b,c");
-  tree.SetMultiSelect();
-  EXPECT_EQ(enabled(), "00001");
-  view.SendMessage(WM_COMMAND, 57642);
-  view.SendMessage(WM_COMMAND, 57634);
-  EXPECT_EQ(enabled(), "11111");
-
-  const auto drop = [&](UINT format, std::string_view bytes, int row) {
-    COleDataObject data;
-    data.SetData(format, bytes);
-    CRect place;
-    tree.GetCellRect(row, -1, &place);
-    const CPoint point = tree.ClientToScreen(CPoint{5, place.top + 1});
-    DragInput drag(data, DROPEFFECT_COPY);
-    const UINT over = drag.Move(&tree, MK_LBUTTON, point);
-    EXPECT_EQ(tree.GetDropTarget(), row);
-    const UINT effect = drag.Drop(&tree, 0, point);
-    return std::to_string(over) + std::to_string(effect) + " " + Rows(tree);
-  };
-  EXPECT_EQ(drop(CLIPBOARD_TEXT, std::string_view("text\0", 5), 2), "11 a, b,c,text");
-  EXPECT_EQ(drop(CLIPBOARD_FILES, std::string_view("/f\0/g\0", 7), 0), "11 a, b, /f, /g,c,text");
-  EXPECT_EQ(drop(1234, "x", 0), "00 a, b, /f, /g,c,text") << "neither a text nor files";
-  tree.takes = false;
-  EXPECT_EQ(drop(CLIPBOARD_TEXT, "more", 0), "10 a, b, /f, /g,c,text");
-  EXPECT_EQ(tree.told + std::to_string(tree.GetDropTarget()), "in text in /f /g in more -1");
-  CWnd other;
-  CDQTreeDropTarget target;
-  COleDataObject data;
-  data.SetData(CLIPBOARD_TEXT, "x");
-  EXPECT_EQ(target.OnDragOver(&other, &data, 0, {}), DROPEFFECT_NONE);
-
-  auto second = std::make_unique<CDQTree>();
-  CDQTree* const plain = second.get();
-  view.SetTree(std::move(second));
-  EXPECT_TRUE(view.GetTree() == plain && view.GetDlgItem(3070) == plain);
-}
-
-TEST(NetworkTree, ListsTheMachinesOnceItIsOpened) {
-  struct : platform::Network {
-    platform::Result<platform::NetworkError> LastError() override { return platform::Error{}; }
-    platform::Result<std::vector<std::string>> Machines() override { return machines; }
-    platform::Result<std::vector<std::string>> machines =
-        platform::Error{platform::ErrorKind::kOther, 53};
-  } network;
-  const platform::ScopedPlatform scope(With(&platform::Platform::network, &network));
-  ScriptedPrompts prompts;
-  WithParent<CDQNetworkTree> parent;
-  CDQNetworkTree& tree = parent.tree;
-  tree.Initialize(1);
-  EXPECT_EQ(Rows(tree), "Network");
-  tree.SetCaret(0);
-  parent.Reflect(33);
-  EXPECT_EQ(prompts.shown.at(0).text, "Network error 53.\r\n");
-  network.machines = std::vector<std::string>{"\\\\ALPHA", "beta"};
-  parent.Reflect(33);
-  EXPECT_EQ(Rows(tree), "Network, ALPHA, beta");
-  tree.SelectAll();
-  CStringArray names;
-  EXPECT_TRUE(tree.GetSelectedMachines(names) == 2 && tree.GetMachineCount() == 2);
-  EXPECT_EQ(names[0] + names[1], "ALPHAbeta");
 }
 
 }  // namespace
