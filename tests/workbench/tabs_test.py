@@ -82,7 +82,7 @@ class TabsTest(unittest.TestCase):
         program.choose(0, 2, "Up")
         dialog = host.wait_for(caption="Rename Tab")
         host.keys("BackSpace", "Return")
-        host.wait(lambda: any(window["text"] == BLANK for window in host.windows.values()), "no complaint")
+        host.find(under=host.wait_for(caption="testbed"), text=BLANK)
         host.keys("Return")
         host.wait_focus(host.find(under=dialog, id=NAME))
         host.type("last")
