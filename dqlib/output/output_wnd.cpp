@@ -12,6 +12,7 @@
 #include "dqlib/framework/windows/file_failure.h"
 #include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/message_box.h"
+#include "dqlib/framework/windows/screen.h"
 #include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/framework/windows/win_app.h"
 #include "dqlib/output/message_rows.h"
@@ -121,6 +122,7 @@ struct CDQOutputWnd::Adding {
   bool keeps_rows;
   /// Each row as the log has it, if there is one.
   std::vector<CString> rows{};
+  std::string_view longest{};
   int last = -1;
 };
 
@@ -129,6 +131,7 @@ void CDQOutputWnd::AddLine(Adding& adding, const CString& time, const CString& s
   CDQTree& tree = adding.tree;
   if (tree.GetCount() >= m_nMaxEntries) tree.DeleteRow(0);
   const CString text(line);
+  if (line.size() > adding.longest.size()) adding.longest = line;
   adding.last = tree.AddString(time);
   tree.SetText(adding.last, detail::kSourceColumn, source);
   tree.SetText(adding.last, detail::kTextColumn, text);
@@ -154,12 +157,26 @@ void CDQOutputWnd::AddMessage(const char* text, int type) {
   AddLine(adding, time, source, TakeLine(rest));
   while (!rest.empty()) AddLine(adding, "", "", TakeLine(rest));
   const detail::Watched self(*this);
+  WidenFor(adding.longest);
   ShowLastRow(adding.last);
   const bool is_error = traits.kind == OutputMessageKind::kError;
   if (self.IsThere() && is_error && m_bShowOnError) ShowForError();
   // Behind this the pane may be gone.
   for (const CString& row : adding.rows) {
     if (!mirror.Write(row)) break;
+  }
+}
+
+/// Makes the column of texts as wide as one needs, so that a person can scroll to its end. Beyond
+/// its first bytes they have the whole of it shown in a box.
+void CDQOutputWnd::WidenFor(std::string_view text) {
+  constexpr std::size_t kMostMeasured = 2000;
+  constexpr int kMargin = 12;
+  const CFont* const font = m_pTree->GetFont();
+  const LOGFONT* const description = font == nullptr ? nullptr : &font->GetLogFont();
+  const LONG width = GetTextExtent(description, text.substr(0, kMostMeasured)).cx + kMargin;
+  if (width > m_pTree->GetColumnWidth(detail::kTextColumn)) {
+    m_pTree->SetColumnWidth(detail::kTextColumn, static_cast<int>(width));
   }
 }
 

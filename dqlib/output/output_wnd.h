@@ -105,6 +105,7 @@ class CDQOutputWnd : public CControlBar {
   struct Adding;
 
   void AddLine(Adding& adding, const CString& time, const CString& source, std::string_view line);
+  void WidenFor(std::string_view text);
   void ShowLastRow(int row);
   void ShowForError();
   /// Of a known type.
