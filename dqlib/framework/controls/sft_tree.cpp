@@ -3,6 +3,7 @@
 #include "dqlib/framework/controls/sft_tree.h"
 
 #include <algorithm>
+#include <cstring>
 #include <unordered_map>
 #include <utility>
 
@@ -17,20 +18,9 @@ namespace {
 
 using detail::OrEmpty;
 
-/// The first bytes of a text in lower case, for quick comparisons: as a number they have the order
-/// of the texts.
-std::uint64_t LowerPrefix(std::string_view text, const platform::CodePage& page) {
-  // Some more than are used: the last one may be half of a character.
-  char bytes[9] = {};
-  const std::size_t size = text.copy(bytes, sizeof bytes);
-  page.LowerInPlace(bytes, size);
-  std::uint64_t prefix = 0;
-  for (int i = 0; i < 8; ++i) prefix = prefix << 8 | detail::Byte(bytes[i]);
-  return prefix;
-}
-
-/// A text that rows are sorted by, with case ignored.
+/// A text that rows are sorted by: the bytes of its lower form behind those that all have alike.
 struct TextKey {
+  /// The first ones, as a number that has the order of the bytes.
   std::uint64_t prefix;
   const char* text;
 };
@@ -39,8 +29,48 @@ int CompareTexts(const TextKey& a, const TextKey& b) {
   if (a.prefix != b.prefix) return a.prefix < b.prefix ? -1 : 1;
   // One that ends within the prefix is there as a whole.
   if ((a.prefix & 0xFF) == 0) return 0;
-  return multi_byte::CompareNoCase(a.text, b.text);
+  return std::strcmp(a.text + sizeof a.prefix, b.text + sizeof a.prefix);
 }
+
+/// The lower forms of texts, by which they are sorted with case ignored.
+class TextKeys {
+ public:
+  void Add(std::string_view text) {
+    starts_.push_back(texts_.size());
+    texts_.append(text);
+    page_.LowerInPlace(texts_.data() + starts_.back(), text.size());
+    texts_ += '\0';
+    const char* const added = texts_.data() + starts_.back();
+    if (starts_.size() == 1) common_ = text.size();
+    // The zero behind the added one ends it.
+    std::size_t alike = 0;
+    while (alike < common_ && added[alike] == texts_[alike]) ++alike;
+    common_ = alike;
+  }
+  /// Good as long as this is.
+  std::vector<TextKey> Get() const {
+    std::vector<TextKey> keys;
+    keys.reserve(starts_.size());
+    for (const std::size_t start : starts_) {
+      const char* const text = texts_.data() + start + common_;
+      std::uint64_t prefix = 0;
+      bool ended = false;
+      for (std::size_t i = 0; i < sizeof prefix; ++i) {
+        ended |= ended || text[i] == '\0';
+        prefix = prefix << 8 | (ended ? 0 : detail::Byte(text[i]));
+      }
+      keys.push_back({prefix, text});
+    }
+    return keys;
+  }
+
+ private:
+  const platform::CodePage& page_ = multi_byte::CurrentCodePage();
+  std::string texts_;
+  std::vector<std::size_t> starts_;
+  /// How many bytes at the front are the same in all.
+  std::size_t common_ = 0;
+};
 
 /// Where a row is that was at an index before an insertion or a deletion, -1 for none.
 int Inserted(int row, int index, int count) { return row >= index ? row + count : row; }
@@ -168,10 +198,11 @@ int CSftTree::InsertRow(int index, const char* text, int level) {
     CountWidths(index, index + 1, true);
   }
   Tell(WindowChange::kRowsInserted, {index, 1});
-  const int linked = rows_->GetPrevLinked(index);
+  if (m_hWnd == nullptr) return index;
   if (is_above && !cut) {
     UpdateScroll(top_, left_);
   } else {
+    const int linked = rows_->GetPrevLinked(index);
     RowsChanged(linked >= 0 ? linked : index);
   }
   return index;
@@ -249,7 +280,7 @@ bool CSftTree::SetCellText(int row, int column, const char* text) {
 }
 
 std::uintptr_t CSftTree::GetRowData(int row) const {
-  return rows_->Has(row) ? (*rows_)[row].data : 0;
+  return rows_->Has(row) ? (*rows_)[row].GetData() : 0;
 }
 
 bool CSftTree::SetRowData(int row, std::uintptr_t data) {
@@ -481,13 +512,10 @@ void CSftTree::SortRows(int column, TreeCompare compare) {
   if (!HasCell(0, column)) return;
   const auto count = static_cast<std::size_t>(GetCount());
   if (compare == nullptr) {
-    const platform::CodePage& page = multi_byte::CurrentCodePage();
-    std::vector<TextKey> keys(count);
-    for (std::size_t i = 0; i < count; ++i) {
-      const char* const text = rows_->Text(static_cast<int>(i), column);
-      keys[i] = {LowerPrefix(text, page), text};
-    }
-    SortRowsByKeys(keys, &CompareTexts);
+    TextKeys keys;
+    for (int row = 0; row < GetCount(); ++row) keys.Add(rows_->Text(row, column));
+    SortRowsByKeys(keys.Get(),
+                   [](const TextKey& a, const TextKey& b) { return CompareTexts(a, b); });
     return;
   }
   struct Cell {

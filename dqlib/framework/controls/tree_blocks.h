@@ -3,6 +3,8 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cstdint>
 #include <limits>
 #include <span>
@@ -12,19 +14,34 @@
 
 namespace dq::detail {
 
-/// A row of a tree. New ones are as this says, but for the level.
+/// A row of a tree. New ones are as this says, but for the level. It is kept small: there may be
+/// millions.
 struct TreeRow {
-  TextRun text;
+  TextRun GetText() const { return {chunk, offset, size}; }
+  void SetText(const TextRun& run) {
+    chunk = run.chunk;
+    offset = static_cast<std::uint16_t>(run.offset);
+    size = run.size;
+  }
+  std::uintptr_t GetData() const { return std::bit_cast<std::uintptr_t>(data); }
+  void SetData(std::uintptr_t value) { data = std::bit_cast<decltype(data)>(value); }
+
+  /// A number in halves, which needs no gap before it.
+  std::array<std::uint32_t, sizeof(std::uintptr_t) / 4> data{};
+  /// See `TextRun`.
+  std::uint32_t chunk = 0;
+  std::uint32_t size = 0;
   /// See `TreeLooks`.
   std::uint32_t look = 0;
-  std::uintptr_t data = 0;
   int level = 0;
+  std::uint16_t offset = 0;
   /// What is below it isn't shown.
-  bool collapsed = false;
+  bool collapsed : 1 = false;
   /// It lies below a collapsed row.
-  bool hidden = false;
-  bool selected = false;
+  bool hidden : 1 = false;
+  bool selected : 1 = false;
 };
+static_assert(sizeof(TreeRow) <= 28);
 
 /// A sequence of rows by index from 0. Rows stand in blocks of at most 512, over which lies a tree
 /// of sums: a row is found by index, by its place among those that are shown, or by its level, in

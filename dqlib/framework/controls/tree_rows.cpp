@@ -32,7 +32,8 @@ class Hider {
 bool TreeRows::Insert(int index, std::string_view text, int level) {
   TreeRow added;
   added.level = std::clamp(level, 0, GetMostLevel(index));
-  if (!texts_.SetCell(added.text, 0, text)) added.text = {};
+  TextRun run;
+  if (texts_.SetCell(run, 0, text)) added.SetText(run);
   const bool is_last = index == rows_.size();
   rows_.Insert(index, added);
   if (is_last && added.level == 0) return false;
@@ -48,7 +49,7 @@ bool TreeRows::Insert(int index, std::string_view text, int level) {
 void TreeRows::Erase(int row) {
   const int end = GetEnd(row);
   rows_.ForRange(row, end, [this](const TreeRow& gone) {
-    texts_.Free(gone.text);
+    texts_.Free(gone.GetText());
     looks_.Release(gone.look);
   });
   rows_.Erase(row, end);
@@ -103,7 +104,10 @@ void TreeRows::Settle(int row) {
 }
 
 bool TreeRows::SetText(int row, int column, std::string_view text) {
-  if (!texts_.SetCell(rows_.Uncounted(row).text, column, text)) return false;
+  TreeRow& changed = rows_.Uncounted(row);
+  TextRun run = changed.GetText();
+  if (!texts_.SetCell(run, column, text)) return false;
+  changed.SetText(run);
   PackTexts();
   return true;
 }
@@ -112,8 +116,8 @@ void TreeRows::PackTexts() {
   if (!texts_.IsWasteful()) return;
   TreeTexts packed;
   for (int row = 0; row < rows_.size(); ++row) {
-    TextRun& run = rows_.Uncounted(row).text;
-    run = packed.Copy(texts_, run);
+    TreeRow& moved = rows_.Uncounted(row);
+    moved.SetText(packed.Copy(texts_, moved.GetText()));
   }
   texts_ = std::move(packed);
 }

@@ -34,9 +34,9 @@ class TreeRows {
   /// is below a row behind it.
   void Permute(std::span<const int> order) { rows_.Permute(order); }
 
-  const char* Text(int row, int column) const { return texts_.Cell(rows_[row].text, column); }
+  const char* Text(int row, int column) const { return texts_.Cell(rows_[row].GetText(), column); }
   bool SetText(int row, int column, std::string_view text);
-  void SetData(int row, std::uintptr_t data) { rows_.Uncounted(row).data = data; }
+  void SetData(int row, std::uintptr_t data) { rows_.Uncounted(row).SetData(data); }
   const RowLook& Look(int row) const { return looks_[rows_[row].look]; }
   void SetLook(int row, const RowLook& look);
 

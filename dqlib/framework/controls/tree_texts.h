@@ -11,7 +11,7 @@
 namespace dq::detail {
 
 /// Where the texts of a row lie: one behind the other, each with a zero behind it, up to the last
-/// one that isn't empty. All 0 for a row without any.
+/// one that isn't empty. All 0 for a row without any. The offset has 16 bits.
 struct TextRun {
   std::uint32_t chunk = 0;
   std::uint32_t offset = 0;
