@@ -21,6 +21,7 @@ enum Command : UINT {
   kAbout = 0xE140,
   kControls = 0x8200,
   kConsole = 0x8201,
+  kTree = 0x8202,
   kFirstDialog = 0x8100,
   kLastDialog = 0x81FF,
 };
@@ -89,6 +90,7 @@ bool MainFrame::MakeMenu() {
   }
   text += "end\npopup \"&View\"\nitem " + std::to_string(kControls) + " \"&Controls\"\n";
   text += "item " + std::to_string(kConsole) + " \"Console and &output\"\n";
+  text += "item " + std::to_string(kTree) + " \"&Tree\"\n";
   text += "end\npopup \"&Help\"\nitem " + std::to_string(kAbout) + " \"&About\"\nend\n";
   if (!menu_.LoadMenuIndirect(text)) return false;
   SetMenu(&menu_);
@@ -103,6 +105,7 @@ bool MainFrame::CallMapped(const dq::HandlerKey& key, dq::HandlerArguments& argu
       dq::CommandEntry<&MainFrame::OnAbout>(kAbout),
       dq::CommandEntry<&MainFrame::OnControls>(kControls),
       dq::CommandEntry<&MainFrame::OnConsole>(kConsole),
+      dq::CommandEntry<&MainFrame::OnTree>(kTree),
       dq::CommandRangeEntry<&MainFrame::OnDialog>(kFirstDialog, kLastDialog),
   };
   return dq::CallEntry(kEntries, *this, key, arguments) || CFrameWnd::CallMapped(key, arguments);
@@ -152,6 +155,12 @@ void MainFrame::OnConsole() {
   if (console_ != nullptr && console_->GetSafeHwnd() != nullptr) return console_->ActivateFrame();
   console_ = std::make_unique<ConsoleFrame>();
   if (!console_->Open(*this)) console_.reset();
+}
+
+void MainFrame::OnTree() {
+  if (tree_ != nullptr && tree_->GetSafeHwnd() != nullptr) return tree_->ActivateFrame();
+  tree_ = std::make_unique<TreeFrame>();
+  if (!tree_->Open(*this)) tree_.reset();
 }
 
 void MainFrame::OnAbout() {

@@ -8,6 +8,7 @@
 #include "apps/common/dialogs.h"
 #include "apps/workbench/console_frame.h"
 #include "apps/workbench/controls_frame.h"
+#include "apps/workbench/tree_frame.h"
 #include "dqlib/framework/base/drawing.h"
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/controls/edit.h"
@@ -45,6 +46,7 @@ class MainFrame : public dq::CFrameWnd {
   void OnAbout();
   void OnControls();
   void OnConsole();
+  void OnTree();
   bool MakeMenu();
   bool MakeBars();
   void Tell(const std::string& text);
@@ -57,6 +59,7 @@ class MainFrame : public dq::CFrameWnd {
   dq::CStatusBar status_;
   std::unique_ptr<ControlsFrame> controls_;
   std::unique_ptr<ConsoleFrame> console_;
+  std::unique_ptr<TreeFrame> tree_;
   dq::CEdit output_{{.multi_line = true, .read_only = true}};
 };
 

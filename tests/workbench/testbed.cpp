@@ -25,6 +25,7 @@
 #include "tests/workbench/testbed_check_boxes.h"
 #include "tests/workbench/testbed_menus.h"
 #include "tests/workbench/testbed_tabs.h"
+#include "tests/workbench/testbed_tree.h"
 #include "tests/workbench/testbed_views.h"
 
 namespace workbench {
@@ -263,7 +264,7 @@ class Frame : public dq::CFrameWnd {
         "popup \"&Open\"\nitem 32769 \"&Controls\"\nitem 32770 \"&Stretch\"\n"
         "item 32771 \"S&heet\"\nitem 32772 \"&Question\"\nitem 32774 \"C&onsole\"\n"
         "item 32775 \"Check &boxes\"\nitem 32776 \"&Views\"\nitem 32777 \"&Workbook\"\n"
-        "item 32773 \"&Tabs\"\nend\n" +
+        "item 32778 \"T&ree\"\nitem 32773 \"&Tabs\"\nend\n" +
         std::string(MenuResources::kText));
     menu_.CoolifyPopup(1, MenuResources::kMenu);
     SetMenu(&menu_);
@@ -283,7 +284,7 @@ class Frame : public dq::CFrameWnd {
  protected:
   bool CallMapped(const dq::HandlerKey& key, dq::HandlerArguments& arguments) override {
     static constexpr dq::MessageMapEntry kEntries[] = {
-        dq::CommandRangeEntry<&Frame::OnOpen>(32769, 32777),
+        dq::CommandRangeEntry<&Frame::OnOpen>(32769, 32778),
         dq::CommandRangeEntry<&Frame::OnPopup>(32780, 32791),
         dq::CommandRangeEntry<&Frame::OnPopup>(32793, 32794),
     };
@@ -314,6 +315,8 @@ class Frame : public dq::CFrameWnd {
         return tabs_.emplace().Open();
       case 32775:
         return checks_.emplace().Open();
+      case 32778:
+        return tree_.emplace().Open();
       case 32776:
         return views_.emplace().Open();
       case 32777:
@@ -337,6 +340,7 @@ class Frame : public dq::CFrameWnd {
   Card lower_;
   std::optional<TabsFrame> tabs_;
   std::optional<ChecksFrame> checks_;
+  std::optional<MillionFrame> tree_;
   Shelf left_;
   Shelf right_;
   std::optional<ViewsFrame> views_;
