@@ -5,15 +5,21 @@
 namespace workbench {
 namespace {
 
-constexpr dq::CRect kPlace{180, 120, 780, 620};
+constexpr dq::CSize kSize{600, 500};
 constexpr int kUsers = 10;
 constexpr int kTables = 100;
 
 }  // namespace
 
 bool TreeFrame::Open(dq::CWnd& owner) {
-  if (!Create("WorkbenchTree", "Tree", kPlace, 0, &owner, false)) return false;
-  if (!tree_.Create(0, {}, this, dq::kFirstPaneId)) return false;
+  const dq::CPoint at = owner.ClientToScreen({60, 60});
+  const bool made = CreateFrame({.class_name = "TreeFrame",
+                                 .text = "Tree",
+                                 .place = {at.x, at.y, at.x + kSize.cx, at.y + kSize.cy},
+                                 .owner = &owner,
+                                 .visible = false},
+                                0, nullptr);
+  if (!made || !tree_.Create(0, {}, this, dq::kFirstPaneId)) return false;
   tree_.AddColumn("Name", 260);
   tree_.AddColumn("Kind", 140);
   tree_.AddColumn("Rows", 100, dq::kColumnNumber);

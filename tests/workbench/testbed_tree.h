@@ -48,7 +48,7 @@ class MillionFrame : public dq::CFrameWnd {
 
  protected:
   dq::LRESULT DefWindowProc(dq::UINT message, dq::WPARAM wparam, dq::LPARAM lparam) override {
-    if (message == dq::WM_IDLEUPDATECMDUI) Tell();
+    if (message == dq::WM_APP) Tell();
     if (message == dq::WM_COMMAND && dq::HiWord(wparam) == dq::kTreeTextDoubleClick) {
       tree_.EditCell(-1, 0);
     }
@@ -63,9 +63,10 @@ class MillionFrame : public dq::CFrameWnd {
     void OnPaint(dq::CDC& dc) override {
       const auto begin = std::chrono::steady_clock::now();
       CDQTree::OnPaint(dc);
-      const auto taken = std::chrono::steady_clock::now() - begin;
-      longest =
-          std::max(longest, std::chrono::duration_cast<std::chrono::microseconds>(taken).count());
+      const std::chrono::microseconds taken = std::chrono::duration_cast<std::chrono::microseconds>(
+          std::chrono::steady_clock::now() - begin);
+      longest = std::max<long long>(longest, taken.count());
+      GetParent()->PostMessage(dq::WM_APP);
     }
     long long longest = 0;
   };
