@@ -33,9 +33,9 @@ CDQCoolMenu::~CDQCoolMenu() { CleanMenu(); }
 bool CDQCoolMenu::Coolify(HMENU menu) {
   if (detail::FindMenu(menu) == nullptr || (m_hMenu != nullptr && m_hMenu != menu)) return false;
   CMenu* const holder = FromHandlePermanent(menu);
-  if (auto* const cool = DYNAMIC_DOWNCAST(CDQCoolMenu, holder)) cool->Forget();
+  if (auto* const cool = DYNAMIC_DOWNCAST(CDQCoolMenu, holder)) cool->ForgetItems();
   if (holder != nullptr) holder->Detach();
-  Forget();
+  ForgetItems();
   attached_ = borrowed_ = Attach(menu);
   return attached_;
 }
@@ -115,16 +115,21 @@ void CDQCoolMenu::RestoreItems() {
   }
 }
 
-/// Makes this what it was before it had a menu, which it keeps.
-void CDQCoolMenu::Forget() {
+/// Makes the menu's items what they were before this had them.
+void CDQCoolMenu::ForgetItems() {
   submenus_.clear();
   RestoreItems();
   items_.RemoveAll();
   plain_popups_.clear();
+  RecalcWidth();
+}
+
+/// Makes this what it was before it had a menu, which it keeps.
+void CDQCoolMenu::Forget() {
+  ForgetItems();
   button_commands_.RemoveAll();
   image_list_ = nullptr;
   image_size_ = kUsualImageSize;
-  RecalcWidth();
 }
 
 void CDQCoolMenu::CleanMenu() {

@@ -14,6 +14,10 @@
 
 namespace dq {
 
+namespace detail {
+struct MenuItem;
+}
+
 class CDQCoolMenu;
 using CDQCoolMenuArray = std::vector<std::unique_ptr<CDQCoolMenu>>;
 
@@ -33,8 +37,6 @@ class CDQCoolMenu : public CMenu {
 
   /// Of pictures that are seen through where they have it.
   static constexpr COLORREF kMaskColor = 0xFF00FF;
-  /// The bitmap with the check marks: of an item, and of one that is selected.
-  static constexpr UINT kCheckMarks = 2700;
   /// Of pictures, until a tool bar says another one.
   static constexpr CSize kUsualImageSize{20, 19};
 
@@ -52,8 +54,9 @@ class CDQCoolMenu : public CMenu {
 
   // Taking menus over.
 
-  /// Takes the menu over from the object that has it; `CleanMenu` gives it up as it was. False for
-  /// a dead handle, and if this object has another menu.
+  /// Takes the menu over from the object that has it; `CleanMenu` gives it up as it was. What has
+  /// been learned of a tool bar stays. False for a dead handle, and if this object has another
+  /// menu.
   bool Coolify(HMENU menu);
   /// The same, and `CoolifyPopup` for the popups at the first `count` positions.
   bool Coolify(HMENU menu, const UINT* toolbars, UINT count);
@@ -189,16 +192,18 @@ class CDQCoolMenu : public CMenu {
  private:
   enum class Leaving { kDelete, kRemove, kHide };
 
+  CMenuItemInfo* RecordOf(const detail::MenuItem& item) const;
   CMenuItemInfo* RecordAt(int position) const;
+  std::string_view ShownText(const detail::MenuItem& item) const;
   HMENU PopupAt(int position) const;
   CString TextAt(int position) const;
-  bool IsSeparator(int position) const { return GetMenuItemID(position) == 0; }
   bool Insert(UINT position, UINT flags, UINT id, const char* text, UINT image);
   bool TakeOut(int position, Leaving leaving);
   void DropRecord(const CMenuItemInfo* record);
   void DropSubMenu(HMENU menu);
   void CoolifyItem(int position);
   void RestoreItems();
+  void ForgetItems();
   void Forget();
   void EndOwnMenu(HMENU menu);
   int CopyImage(const CDQCoolMenu& from, UINT id);

@@ -7,6 +7,7 @@
 #include "dqlib/framework/base/resource_chain.h"
 #include "dqlib/framework/windows/owner_draw.h"
 #include "dqlib/framework/windows/screen.h"
+#include "dqlib/resources/pictures.h"
 #include "dqlib/toolkit/cool_menu.h"
 
 namespace dq {
@@ -39,10 +40,10 @@ const CImageList* CheckMarks() {
   static const CImageList* marks = nullptr;
   if (marks != nullptr) return marks;
   CBitmap strip;
-  const HINSTANCE module = AfxFindResourceHandle(CDQCoolMenu::kCheckMarks, RESOURCE_BITMAP);
-  if (!strip.LoadBitmap(module, CDQCoolMenu::kCheckMarks)) return nullptr;
+  const HINSTANCE module = AfxFindResourceHandle(IDB_CHECK_MARKS, RESOURCE_BITMAP);
+  if (!strip.LoadBitmap(module, IDB_CHECK_MARKS)) return nullptr;
   marks = CImageListInfoArray::Shared().FindOrCreate(
-      CDQCoolMenu::kCheckMarks, strip.GetSafeHandle()->size.cx / 2, CDQCoolMenu::kMaskColor);
+      IDB_CHECK_MARKS, strip.GetSafeHandle()->size.cx / 2, CDQCoolMenu::kMaskColor);
   return marks;
 }
 
@@ -100,9 +101,15 @@ void CDQCoolMenu::DrawItem(DRAWITEMSTRUCT* item) {
   } else if (record != nullptr) {
     const UINT state =
         item->itemState | ((item->itemState & kInactive) != 0 ? UINT{ODS_DISABLED} : 0);
-    const CPoint at{row.left, Middle(row, image_size_.cy)};
+    CPoint at{row.left, Middle(row, image_size_.cy)};
     const int image = look_.shows_pictures ? record->m_nImage : kNoImage;
     const bool has_mark = (state & ODS_CHECKED) != 0;
+    const CImageList* const marks = image == kNoImage && has_mark ? CheckMarks() : nullptr;
+    if (marks != nullptr) {
+      // In the middle of the room for pictures, whose size is another one.
+      at.x += (image_size_.cx - marks->GetImageSize().cx) / 2;
+      at.y = Middle(row, marks->GetImageSize().cy);
+    }
     CRect selected = row;
     // Beside a picture, which stands out by its frame.
     if (!look_.selects_whole_row && image != kNoImage)

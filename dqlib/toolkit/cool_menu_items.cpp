@@ -1,6 +1,8 @@
 // Menus with pictures: their items, and the keys that choose them.
 
+#include <algorithm>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -26,6 +28,10 @@ CString TextOf(UINT id) {
   CString text;
   text.LoadString(id);
   return text;
+}
+
+bool IsSeparatorItem(const detail::MenuItem& item) {
+  return (item.flags & MF_POPUP) == 0 && item.id == 0;
 }
 
 int LowerCode(UINT ch) {
@@ -121,17 +127,18 @@ bool CDQCoolMenu::InsertPopup(int position, HMENU menu, const char* text, bool o
 }
 
 bool CDQCoolMenu::InsertItemInAlphabeticOrder(UINT id, const char* text, UINT image) {
-  const int count = GetMenuItemCount();
-  if (count < 0) return false;
-  const std::string wanted = multi_byte::Lower(text == nullptr ? "" : text);
-  int position = count - 1;
-  while (position >= 0 &&
-         (IsSeparator(position) || multi_byte::Lower(TextAt(position).View()) >= wanted)) {
-    --position;
+  const detail::MenuModel* const menu = detail::FindMenu(m_hMenu);
+  if (menu == nullptr) return false;
+  const std::string_view wanted = text == nullptr ? "" : text;
+  const auto is_smaller = [&](const detail::MenuItem& item) {
+    return !IsSeparatorItem(item) && multi_byte::CompareNoCase(ShownText(item), wanted) < 0;
+  };
+  const auto last = std::ranges::find_if(menu->items.rbegin(), menu->items.rend(), is_smaller);
+  auto place = last.base();
+  if (last != menu->items.rend()) {
+    place = std::find_if_not(place, menu->items.end(), IsSeparatorItem);
   }
-  ++position;
-  while (position > 0 && position < count && IsSeparator(position)) ++position;
-  return InsertItem(position, id, text, image);
+  return InsertItem(static_cast<int>(place - menu->items.begin()), id, text, image);
 }
 
 // ---- Taking out
@@ -174,21 +181,25 @@ bool CDQCoolMenu::TakeOut(int position, Leaving leaving) {
 
 /// Deletes the record unless an item still has it.
 void CDQCoolMenu::DropRecord(const CMenuItemInfo* record) {
-  if (record == nullptr) return;
-  for (int position = 0; position < GetMenuItemCount(); ++position) {
-    if (RecordAt(position) == record) return;
-  }
-  items_.Delete(record);
+  const detail::MenuModel* const menu = detail::FindMenu(m_hMenu);
+  if (record == nullptr || menu == nullptr) return;
+  const auto has_record = [&](const detail::MenuItem& item) { return RecordOf(item) == record; };
+  if (std::ranges::none_of(menu->items, has_record)) items_.Delete(record);
 }
 
 // ---- Records
 
-CMenuItemInfo* CDQCoolMenu::RecordAt(int position) const {
-  CMenuItemInfo* const record =
-      items_.Find(GetItemData(static_cast<UINT>(position), MF_BYPOSITION));
-  if (record != nullptr || plain_popups_.empty()) return record;
-  const auto plain = plain_popups_.find(PopupAt(position));
+CMenuItemInfo* CDQCoolMenu::RecordOf(const detail::MenuItem& item) const {
+  if (item.data != nullptr || item.submenu == nullptr) return items_.Find(item.data);
+  const auto plain = plain_popups_.find(item.submenu);
   return plain == plain_popups_.end() ? nullptr : plain->second;
+}
+
+/// Null without a record, and if there is no such item.
+CMenuItemInfo* CDQCoolMenu::RecordAt(int position) const {
+  const detail::MenuModel* const menu = detail::FindMenu(m_hMenu);
+  if (menu == nullptr || position < 0 || position >= GetMenuItemCount()) return nullptr;
+  return RecordOf(menu->items[static_cast<std::size_t>(position)]);
 }
 
 /// The handle of a popup that is there, or null.
@@ -200,6 +211,11 @@ HMENU CDQCoolMenu::PopupAt(int position) const {
 }
 
 /// The record's text, or the menu's own of an item that isn't drawn.
+std::string_view CDQCoolMenu::ShownText(const detail::MenuItem& item) const {
+  const CMenuItemInfo* const record = RecordOf(item);
+  return record != nullptr ? record->m_strText.View() : item.text;
+}
+
 CString CDQCoolMenu::TextAt(int position) const {
   const CMenuItemInfo* const record = RecordAt(position);
   return record != nullptr ? record->m_strText
@@ -224,12 +240,13 @@ int CDQCoolMenu::GetMenuItemImageIndex(UINT id) const {
 }
 
 int CDQCoolMenu::FindMenuItem(const char* text) const {
-  if (text == nullptr) return -1;
-  int position = GetMenuItemCount() - 1;
-  while (position >= 0 && (IsSeparator(position) || TextAt(position).CompareNoCase(text) != 0)) {
-    --position;
-  }
-  return position < 0 ? -1 : position;
+  const detail::MenuModel* const menu = detail::FindMenu(m_hMenu);
+  if (menu == nullptr || text == nullptr) return -1;
+  const auto is_wanted = [this, wanted = std::string_view(text)](const detail::MenuItem& item) {
+    return !IsSeparatorItem(item) && multi_byte::CompareNoCase(ShownText(item), wanted) == 0;
+  };
+  const auto found = std::ranges::find_if(menu->items.rbegin(), menu->items.rend(), is_wanted);
+  return static_cast<int>(menu->items.rend() - found) - 1;
 }
 
 int CDQCoolMenu::FindMenuItem(UINT id) const {
@@ -246,7 +263,7 @@ bool CDQCoolMenu::ExtendMenu(CDQCoolMenu* other) {
   if (other == nullptr || other == this || GetMenuItemCount() < 0) return false;
   TextPlaces texts(*this);
   for (int position = 0; position < GetMenuItemCount(); ++position) {
-    if (!IsSeparator(position)) texts.Note(TextAt(position), position);
+    if (GetMenuItemID(position) != 0) texts.Note(TextAt(position), position);
   }
   for (int from = 0; from < other->GetMenuItemCount(); ++from) {
     const UINT id = other->GetMenuItemID(from);
@@ -329,7 +346,7 @@ int CDQCoolMenu::ExtractMnemonic(const char* text) {
 LRESULT CDQCoolMenu::CheckMnemonic(UINT ch) const {
   const int wanted = LowerCode(ch);
   for (int position = 0; wanted != 0 && position < GetMenuItemCount(); ++position) {
-    if (IsSeparator(position) || ExtractMnemonic(TextAt(position)) != wanted) continue;
+    if (GetMenuItemID(position) == 0 || ExtractMnemonic(TextAt(position)) != wanted) continue;
     return static_cast<LRESULT>(MakeWParam(static_cast<UINT>(position), kExecute));
   }
   return 0;

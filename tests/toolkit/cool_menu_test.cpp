@@ -15,7 +15,6 @@ struct CoolMenus : testing::Test {
     BitmapDescription strip{.size = {4, 15}, .pixels = std::vector<COLORREF>(60, 0xFF0000)};
     for (std::size_t at = 0; at < 60; ++at) strip.pixels[at] = at % 4 < 2 ? 0xFF0000 : 0x0000FF;
     module.AddResource(RESOURCE_BITMAP, 900, WriteDib(strip));
-    module.AddResource(RESOURCE_BITMAP, CDQCoolMenu::kCheckMarks, WriteDib(strip));
     module.AddResource(RESOURCE_MENU, 900,
                        "popup \"&Edit\"\nitem 100 \"&Copy\\tCtrl+C\" checked\nseparator\n"
                        "popup \"&More\"\nitem 7 \"Deep\"\nend\nitem 200 \"&Paste\" grayed\n"
@@ -66,7 +65,8 @@ TEST_F(CoolMenus, TakeAMenuOverWithItsStatesAndGiveItBackAsItWas) {
     EXPECT_TRUE(edit.GetMenuItemImageIndex(300) == -1 && edit.GetMenuItemText(300, false) == "");
     // Once more, by another object.
     CDQCoolMenu thief;
-    ASSERT_TRUE(thief.Coolify(popup));
+    ASSERT_TRUE(thief.MapToToolbar(900) && thief.Coolify(popup));
+    EXPECT_TRUE(thief.CommandToImageIndex(200) == 1 && thief.GetImageList() != nullptr);
     EXPECT_EQ(detail::FindMenu(popup)->items, items);
     EXPECT_TRUE(menu.CoolifyPopup(0, 0) && thief.GetSafeHmenu() == nullptr);
     EXPECT_EQ(TextsOf(*menu.GetCoolSubMenu(1)), "&Copy\tCtrl+C|-|&More|&Paste||");
@@ -276,7 +276,8 @@ TEST_F(CoolMenus, MeasureAndDrawItemsByTheirRecords) {
            {2, ODS_GRAYED,
             red + "52e0d63e\ntext 7,4 \"B\" ffffff\ntext 143,4 \"F1\" ffffff\n"
                   "text 6,3 \"B\" 6d6d6d\ntext 142,3 \"F1\" 6d6d6d\n"},
-           {0, ODS_CHECKED, blue + "text 6,3 \"Long\"\nfill 6,15 13,16 000000\n"},
+           {0, ODS_CHECKED,
+            "picture -9,0 11,19 of 20x19 fe7ab748\ntext 6,3 \"Long\"\nfill 6,15 13,16 000000\n"},
            {3, 0, "fill 0,8 160,9 a0a0a0\nfill 0,9 160,10 ffffff\n"}}) {
     EXPECT_EQ(draw(at, state), "fill 0,0 160,19 f0f0f0\n" + drawn) << state;
   }
@@ -284,7 +285,7 @@ TEST_F(CoolMenus, MeasureAndDrawItemsByTheirRecords) {
   EXPECT_TRUE(!menu.DrawImage(dc, {}, -1, ODS_SELECTED));
   dc.Clear();
   EXPECT_TRUE(menu.DrawImage(dc, {}, -1, ODS_SELECTED | ODS_CHECKED));
-  EXPECT_EQ(dc.Text(), "picture 0,0 2,15 of 2x15 6744a31f\n");
+  EXPECT_EQ(dc.Text(), "picture 0,0 20,19 of 20x19 710e5073\n");
 }
 
 TEST_F(CoolMenus, KnowWhoTracksWhichMenu) {
