@@ -1,5 +1,7 @@
 #include "dqlib/toolkit/flex_tab.h"
 
+#include <utility>
+
 #include "dqlib/framework/windows/document.h"
 #include "dqlib/framework/windows/frame_wnd.h"
 #include "dqlib/framework/windows/ui_state.h"
@@ -173,6 +175,16 @@ void CDQFlexTab::ShowTabs(bool show) {
   } else {
     RecalcLayout();
   }
+}
+
+LRESULT CDQFlexTab::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
+  if (message != WM_CREATE) return SEC3DTabWnd::DefWindowProc(message, wparam, lparam);
+  // It is made with its strip in sight.
+  const bool hidden = !std::exchange(m_bTabsShown, true);
+  const Watched self(*this);
+  const LRESULT answer = SEC3DTabWnd::DefWindowProc(message, wparam, lparam);
+  if (answer == 0 && hidden && self.IsThere()) ShowTabs(false);
+  return answer;
 }
 
 // ---- The context menu

@@ -59,7 +59,8 @@ class CDQFlexTab : public SEC3DTabWnd {
   }
 
   /// Hides the strip, or shows it as it was before, in the style for all tab windows if there is
-  /// one and this window doesn't ignore it. Lays the window out anew.
+  /// one and this window doesn't ignore it. Lays the window out anew. May be called before the
+  /// window is made.
   void ShowTabs(bool show);
   bool AreTabsShown() const { return m_bTabsShown; }
   /// The `SECTabStyle` with which strips of all tab windows are shown from now on; -1, all bits
@@ -83,6 +84,7 @@ class CDQFlexTab : public SEC3DTabWnd {
   /// The frame's title becomes that of the tab's document.
   void OnTabActivated() override;
   bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override;
+  LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
 
   /// The context menu of the tab at a point of the screen, which `WM_CONTEXTMENU` brings.
   LRESULT OnContextMenu(WPARAM window, LPARAM point);

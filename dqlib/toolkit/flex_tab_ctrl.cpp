@@ -99,10 +99,11 @@ void CDQFlexTabCtrl::DragTab(int index) {
   const CDQFlexTabData data(static_cast<const CDQFlexTab*>(parent), m_nDragged);
   COleDataSource source;
   source.CacheGlobalData(CDQFlexTabDropTarget::GetClipboardFormat(), data.GetBytes());
-  const UINT effect = source.DoDragDrop(*this, DROPEFFECT_MOVE);
+  source.DoDragDrop(*this, DROPEFFECT_MOVE);
   if (!self.IsThere()) return;
-  // It may have gone, or another one may have become the active one, without a drop.
-  if (effect == DROPEFFECT_NONE && m_nDragged == GetActiveTab()) SetTabSelected(m_nDragged, true);
+  // What it was dropped on may have left it here, and without a drop it may have gone or another
+  // one may have become the active one.
+  if (m_nDragged == GetActiveTab()) SetTabSelected(m_nDragged, true);
   m_nDragged = -1;
 }
 

@@ -85,18 +85,42 @@ bool CDQFlexTabFrame::ContainsModifiedDocs() {
   return false;
 }
 
-void CDQFlexTabFrame::OnClose() {
+/// Has those of `GetDocuments`, and not `but`, ask to be saved. False if one refuses, or a handler
+/// has ended the frame.
+bool CDQFlexTabFrame::SaveDocuments(bool include_own, const CDocument* but) {
   const Watched self(*this);
-  const detail::Closing closing;
   CTypedPtrArray<CObArray, CDocument*> documents;
-  GetDocuments(documents, false);
+  GetDocuments(documents, include_own);
   std::vector<detail::WatchedObject<CDocument>> asked;
   for (int at = 0; at < documents.GetSize(); ++at) asked.emplace_back(documents[at]);
   for (const auto& document : asked) {
-    if (document && document->SaveModified() == 0) return;
-    if (!self.IsThere()) return;
+    if (document && document.get() != but && document->SaveModified() == 0) return false;
+    if (!self.IsThere()) return false;
   }
-  CMDIChildWnd::OnClose();
+  return true;
+}
+
+void CDQFlexTabFrame::OnClose() {
+  const detail::Closing closing;
+  if (SaveDocuments(false)) CMDIChildWnd::OnClose();
+}
+
+/// Whether the active document may take along what else lies in frames with a view of it.
+bool CDQFlexTabFrame::CanCloseDocument() {
+  const detail::WatchedObject<CDocument> document(GetActiveDocument());
+  if (!document) return true;
+  const detail::Closing closing;
+  std::vector<HWND> frames;
+  for (const CView* const view : document->GetViews()) {
+    const CFrameWnd* const frame = view->GetParentFrame();
+    if (frame != nullptr) frames.push_back(frame->GetSafeHwnd());
+  }
+  for (const HWND each : frames) {
+    CWnd* const window = FromHandle(each);
+    CDQFlexTabFrame* const frame = DYNAMIC_DOWNCAST(CDQFlexTabFrame, window);
+    if (frame != nullptr && !frame->SaveDocuments(true, document.get())) return false;
+  }
+  return true;
 }
 
 // ---- Commands
@@ -105,7 +129,10 @@ BOOL CDQFlexTabFrame::OnCmdMsg(UINT id, int code, void* extra, void* handler_inf
   const Watched self(*this);
   CDQFlexTab* const tabs = GetTabWnd();
   if (tabs != nullptr && tabs->OnCmdMsg(id, code, extra, handler_info) != 0) return 1;
-  return self.IsThere() ? CMDIChildWnd::OnCmdMsg(id, code, extra, handler_info) : 0;
+  if (!self.IsThere()) return 0;
+  const bool closes = id == ID_FILE_CLOSE && code == CN_COMMAND && handler_info == nullptr;
+  if (closes && (!CanCloseDocument() || !self.IsThere())) return 1;
+  return CMDIChildWnd::OnCmdMsg(id, code, extra, handler_info);
 }
 
 bool CDQFlexTabFrame::CallMapped(const HandlerKey& key, HandlerArguments& arguments) {

@@ -36,7 +36,9 @@ class CDQFlexTabFrame : public CMDIChildWnd {
   bool ContainsModifiedDocs();
   bool IsFrameMaximized() const { return IsZoomed(); }
 
-  /// The tab window has the first chance at each command.
+  /// The tab window has the first chance at each command. Before a command closes the active
+  /// document, and with it the frames around its views, all others there ask to be saved; one that
+  /// refuses keeps them all.
   BOOL OnCmdMsg(UINT id, int code, void* extra, void* handler_info) override;
   void OnUpdateFrameTitle(bool add_document) override;
 
@@ -52,6 +54,9 @@ class CDQFlexTabFrame : public CMDIChildWnd {
   CDQFlexTabDropTarget m_dropTarget;
 
  private:
+  bool SaveDocuments(bool include_own, const CDocument* but = nullptr);
+  bool CanCloseDocument();
+
   /// The first tab has no label yet: its document had no title.
   bool m_bLabelDue = false;
 };

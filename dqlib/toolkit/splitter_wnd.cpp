@@ -65,8 +65,10 @@ bool CDQSplitterWnd::ReplaceView(int row, int column, const CRuntimeClass* view_
       .m_pNewDocTemplate = document.get() == nullptr ? nullptr : document.get()->GetDocTemplate(),
       .m_pCurrentFrame = GetParentFrame()};
   const bool made = CreateView(row, column, view_class, size, &context);
-  if (!made) return fail();
-  const HWND handle = GetPane(row, column)->GetSafeHwnd();
+  // Handlers may have ended the splitter, or the new pane.
+  const CWnd* const fresh = made && self.IsThere() ? GetPane(row, column) : nullptr;
+  if (fresh == nullptr) return fail();
+  const HWND handle = fresh->GetSafeHwnd();
   SendToWindow(handle, WM_INITIALUPDATE, 0, 0);
   if (CWnd* const there = FromHandle(handle)) there->SendMessageToDescendants(WM_INITIALUPDATE);
   if (!self.IsThere()) return false;
@@ -92,10 +94,13 @@ std::vector<int> CDQSplitterWnd::PlacesOf(const Lines& lines) {
   return places;
 }
 
-bool CDQSplitterWnd::ShowPanes(const std::vector<HWND>& panes, int command) {
+/// Shows those that are in sight now, whatever handlers do meanwhile, and hides the others. False
+/// if they have ended the splitter.
+bool CDQSplitterWnd::ShowPanesInSight(const std::vector<HWND>& panes) {
   const Watched self(*this);
   for (const HWND each : panes) {
-    if (CWnd* const pane = FromHandle(each)) pane->ShowWindow(command);
+    CWnd* const pane = FromHandle(each);
+    if (pane != nullptr) pane->ShowWindow(IsChildPane(pane) ? SW_SHOWNA : SW_HIDE);
     if (!self.IsThere()) return false;
   }
   return true;
@@ -134,7 +139,7 @@ void CDQSplitterWnd::Hide(const Lines& lines, const Lines& across, int line) {
   std::rotate(begin + line, begin + line + 1, begin + lines.count);
   --lines.count;
   lines.hidden = line;
-  if (ShowPanes(panes, SW_HIDE)) RecalcLayout();
+  if (ShowPanesInSight(panes)) RecalcLayout();
 }
 
 void CDQSplitterWnd::Show(const Lines& lines, const Lines& across) {
@@ -153,13 +158,18 @@ void CDQSplitterWnd::Show(const Lines& lines, const Lines& across) {
     }
     if (hidden == nullptr) continue;
     hidden->SetDlgCtrlID(lines.IdOf(line, place));
-    if (place < across.count) panes.push_back(hidden->GetSafeHwnd());
+    panes.push_back(hidden->GetSafeHwnd());
   }
   const auto begin = lines.info.begin();
   std::rotate(begin + line, begin + lines.count, begin + lines.count + 1);
   ++lines.count;
-  if (!ShowPanes(panes, SW_SHOWNA)) return;
-  RecalcLayout();
+  if (ShowPanesInSight(panes)) RecalcLayout();
+}
+
+LRESULT CDQSplitterWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
+  // Those of a former window.
+  if (message == WM_CREATE) m_nHiddenColumn = m_nHiddenRow = -1;
+  return CSplitterWnd::DefWindowProc(message, wparam, lparam);
 }
 
 void CDQSplitterWnd::MoveTracking(const CPoint& point) {

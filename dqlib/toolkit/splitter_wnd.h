@@ -41,6 +41,7 @@ class CDQSplitterWnd : public CSplitterWnd {
 
  protected:
   void MoveTracking(const CPoint& point) override;
+  LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
 
  private:
   /// The columns or the rows.
@@ -64,7 +65,7 @@ class CDQSplitterWnd : public CSplitterWnd {
   static std::vector<int> PlacesOf(const Lines& lines);
   void Hide(const Lines& lines, const Lines& across, int line);
   void Show(const Lines& lines, const Lines& across);
-  bool ShowPanes(const std::vector<HWND>& panes, int command);
+  bool ShowPanesInSight(const std::vector<HWND>& panes);
 
   int m_nHiddenColumn = -1;
   int m_nHiddenRow = -1;

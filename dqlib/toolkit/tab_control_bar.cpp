@@ -48,21 +48,32 @@ int CDQTabControlBar::AddTab(const CRuntimeClass* window_class, UINT label_id,
 }
 
 int CDQTabControlBar::InsertTab(int index, CWnd* window, const char* label) {
-  return m_wndTab.InsertTab(index, window, label);
+  return ShowStripFor(m_wndTab.InsertTab(index, window, label));
 }
 
 int CDQTabControlBar::InsertTab(int index, CWnd* window, UINT label_id) {
-  return m_wndTab.InsertTab(index, window, LabelOf(label_id));
+  return ShowStripFor(m_wndTab.InsertTab(index, window, LabelOf(label_id)));
 }
 
 int CDQTabControlBar::InsertTab(int index, const CRuntimeClass* window_class, const char* label,
                                 const CCreateContext* context) {
-  return m_wndTab.InsertTab(index, window_class, label, context);
+  return ShowStripFor(m_wndTab.InsertTab(index, window_class, label, context));
 }
 
 int CDQTabControlBar::InsertTab(int index, const CRuntimeClass* window_class, UINT label_id,
                                 const CCreateContext* context) {
-  return m_wndTab.InsertTab(index, window_class, LabelOf(label_id), context);
+  return ShowStripFor(m_wndTab.InsertTab(index, window_class, LabelOf(label_id), context));
+}
+
+/// Hands on the index of a tab that has come in, which may be -1.
+int CDQTabControlBar::ShowStripFor(int inserted) {
+  if (inserted >= 0 && m_bTabsWanted && GetTabCount() > 1) m_wndTab.ShowTabs(true);
+  return inserted;
+}
+
+void CDQTabControlBar::ShowTabs(bool show) {
+  m_bTabsWanted = show;
+  m_wndTab.ShowTabs(show);
 }
 
 void CDQTabControlBar::LayOutTabs() {

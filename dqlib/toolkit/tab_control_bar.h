@@ -48,7 +48,9 @@ class CDQTabControlBar : public CControlBar {
   CWnd* GetCurrentTabWnd() const { return GetTabWnd(GetCurrentTab()); }
   int GetTabCount() const { return m_wndTab.GetTabCount(); }
   CWnd* GetTabWnd(int index) const { return m_wndTab.GetTabWindow(index); }
-  void ShowTabs(bool show) { m_wndTab.ShowTabs(show); }
+  /// Hides the strip, or shows it. The end of the last tab but one hides it, and the next one that
+  /// comes in shows it again, unless it was hidden here.
+  void ShowTabs(bool show);
   CDQTabControlBarTab& GetTabs() { return m_wndTab; }
 
   void OnUpdateCmdUI(CCmdTarget& target, bool disable_if_no_handler) override;
@@ -62,6 +64,9 @@ class CDQTabControlBar : public CControlBar {
 
  private:
   void LayOutTabs();
+  int ShowStripFor(int inserted);
+
+  bool m_bTabsWanted = true;
 };
 
 }  // namespace dq

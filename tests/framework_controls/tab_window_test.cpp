@@ -101,6 +101,16 @@ TEST(TabWindow, HandlersMayTurnToAnotherTabAndEndTheWindow) {
   EXPECT_FALSE(tabs.ActivateTab(0) && tabs.GetTabWindow(0) != nullptr);
 }
 
+TEST(TabWindow, LeavesAloneAWindowThatHasMovedToAnotherParent) {
+  Tabs tabs(2);
+  CWnd* const moved = tabs.GetTabWindow(1);
+  moved->SetParent(&tabs.frame);
+  moved->MoveWindow(1, 2, 3, 4);
+  tabs.ActivateTab(1);
+  tabs.RecalcLayout();
+  EXPECT_TRUE(Text(moved->GetPlace()) == "1,2-4,6" && !moved->IsShown());
+}
+
 TEST(TabStrip, TakesClicksKeysAndTheWheelAndScrollsWhereTabsAreTooMany) {
   Tabs tabs(26);
   SEC3DTabControl& strip = tabs.strip();

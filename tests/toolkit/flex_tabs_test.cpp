@@ -120,6 +120,17 @@ TEST(FlexTabs, TheStripComesBackAsItWasOrInTheStyleForAll) {
     EXPECT_EQ(tabs.GetTabSizes(), SECTabSizes{});
   }
   CDQFlexTab::SetTabStyleOnShow(-1UL);
+  // Hidden, it is made without its strip.
+  CDQFlexTab early;
+  early.ShowTabs(false);
+  for (int life = 0; life < 2; ++life) {
+    early.Create(tabs.GetParent(), 7);
+    EXPECT_EQ(early.GetTabSizes(), SECTabSizes{});
+    early.DestroyWindow();
+  }
+  early.Create(tabs.GetParent(), 7);
+  early.ShowTabs(true);
+  EXPECT_EQ(early.GetTabSizes(), (SECTabSizes{24, 2, TWS_TABS_ON_TOP}));
 }
 
 TEST(FlexTabs, ThePersonClosesAndRenamesByTheMenuOfATab) {
@@ -187,7 +198,11 @@ TEST(FlexTabs, ATabThatIsDraggedToAnotherFrameTakesItsDocumentAlong) {
     EXPECT_FALSE(from.GetTabWnd()->GetTabControl().IsTabSelected(1));
     return DragInput(data, effects).Drop(over, 0, {});
   };
-  // A tab stays within its frame, where it is not to be dragged, and where nobody takes it.
+  // A tab stays within its frame, where it is not to be dragged, and where nobody takes it or who
+  // does leaves it.
+  std::function<UINT(const COleDataObject&, UINT)> leave = [](const COleDataObject&, UINT effects) {
+    return effects;
+  };
   Frames::Press(from, 1);
   from.GetTabWnd()->SetTabDragable(1, false);
   over = &to;
@@ -197,6 +212,9 @@ TEST(FlexTabs, ATabThatIsDraggedToAnotherFrameTakesItsDocumentAlong) {
   Frames::Press(from, 1);
   Frames::Press(from, 1, MakeLParam(-1, -1));
   EXPECT_EQ(std::exchange(drags, 0), 3);
+  std::swap(layer.drag, leave);
+  Frames::Press(from, 1);
+  std::swap(layer.drag, leave);
   EXPECT_TRUE(from.GetTabWnd()->GetTabControl().IsTabSelected(1));
   EXPECT_EQ(Tabs(from), "Text1 !*b shown");
   to.GetDropTarget()->AcceptDropData(true);
@@ -307,6 +325,20 @@ TEST(FlexTabs, AFrameAsksAllItsDocumentsBeforeItCloses) {
   EXPECT_EQ(CWnd::FromHandle(window), nullptr);
 }
 
+TEST(FlexTabs, ADocumentThatIsClosedTakesNoOtherAlongUnasked) {
+  Frames session{BUTTON_CANCEL, BUTTON_CANCEL, BUTTON_NO};
+  CDQFlexTabFrame& frame = session.NewFrame();
+  CDQFlexTabFrame& second = session.NewFrame();
+  session.AddNew(second, "b").Change("x");
+  Frames::Add(second, "c", frame.GetActiveDocument());
+  for (const auto& [active, left] :
+       Rows<CDQFlexTabFrame*, std::size_t>{{&second, 3U}, {&frame, 3U}, {&frame, 0U}}) {
+    active->MDIActivate();
+    session.main.SendMessage(WM_COMMAND, ID_FILE_CLOSE);
+    EXPECT_EQ(session.Count(), left);
+  }
+}
+
 TEST(FlexTabs, HandlersMayEndTheFrameWhileATabComesOrGoes) {
   for (const char* moment : {"create", "initial update", "activate", "title"}) {
     Frames session;
@@ -350,6 +382,14 @@ TEST(TabControlBar, HoldsWindowsOnTabs) {
   EXPECT_EQ(Text(page.GetPlace()), "0,24-400,95");
   EXPECT_TRUE(bar.DeleteTab(0));
   EXPECT_EQ(bar.GetCurrentTab() + bar.GetTabCount(), 1);
+  // With a second tab the strip is there again, unless it isn't wanted.
+  for (const bool wanted : {true, false}) {
+    EXPECT_FALSE(bar.GetTabs().AreTabsShown());
+    EXPECT_EQ(bar.AddTab(RUNTIME_CLASS(CSplitterWnd), "y"), 1);
+    EXPECT_EQ(bar.GetTabs().AreTabsShown(), wanted);
+    bar.ShowTabs(false);
+    bar.DeleteTab(1);
+  }
   struct Failing : CDQTabControlBar {
     bool CreateTabWnd() override { return false; }
   } failing;

@@ -16,10 +16,12 @@ struct PageView : CView {
     if (message == WM_CREATE && refuses) return -1;
     const LRESULT result = CView::WindowProc(message, wparam, lparam);
     if (message == WM_CREATE && at_create) at_create();
+    if (const auto act = at_message) act(message);
     return result;
   }
   void OnInitialUpdate() override { ++updated; }
   int updated = 0;
+  std::function<void(UINT)> at_message;
   static inline int count = 0;
   static inline bool refuses = false;
   static inline std::function<void()> at_create;
@@ -30,6 +32,11 @@ struct OtherView : PageView {
   DECLARE_DYNCREATE(OtherView)
 };
 IMPLEMENT_DYNCREATE(OtherView, PageView)
+
+struct ThirdView : PageView {
+  DECLARE_DYNCREATE(ThirdView)
+};
+IMPLEMENT_DYNCREATE(ThirdView, PageView)
 
 struct OwnDocument : CDocument {
   OwnDocument() { m_bAutoDelete = true, ++count; }
@@ -351,9 +358,40 @@ TEST_F(HidingSplitters, ReplaceAPaneByAViewOfTheSameDocument) {
     if (each != made) each->DestroyWindow();
   }
   PageView::refuses = true;
-  EXPECT_FALSE(splitter.ReplaceView(0, 0, RUNTIME_CLASS(PageView), {}) || made == nullptr);
+  EXPECT_FALSE(splitter.ReplaceView(0, 0, RUNTIME_CLASS(ThirdView), {}));
   PageView::refuses = false;
+  EXPECT_TRUE(traced == kFailed && PageView::count == 0);
+  document->OnCloseDocument();
   SetTraceSink(former);
+}
+
+TEST_F(HidingSplitters, StandHandlersAndASecondLife) {
+  auto* const second = static_cast<PageView*>(panes[1]);
+  second->at_message = [&](UINT message) {
+    if (message == WM_SHOWWINDOW) splitter.ShowColumn();
+  };
+  splitter.HideColumn(1);
+  EXPECT_EQ(Sizes() + " " + Ids(), "100 100 188 /120/174 0 1 2 10 11 12 ");
+  second->at_message = nullptr;
+  // What is being replaced ends, and then the whole splitter.
+  for (const bool whole : {false, true}) {
+    if (whole) splitter.HideColumn(1);
+    auto* const told = static_cast<PageView*>(panes[5]);
+    told->at_message = [&, whole](UINT message) {
+      CWnd* const ending = whole ? &splitter : splitter.GetPane(0, 0);
+      if (message == WM_SIZE && ending != nullptr) ending->DestroyWindow();
+    };
+    EXPECT_FALSE(
+        splitter.ReplaceView(0, whole ? 1 : 0, RUNTIME_CLASS(OtherView), {50, whole ? 30 : 60}));
+    if (!whole) told->at_message = nullptr;
+  }
+  EXPECT_TRUE(splitter.GetSafeHwnd() == nullptr && document->GetViews().empty());
+  document->OnCloseDocument();
+  splitter.CreateStatic(&frame, 2, 3);
+  splitter.ShowColumn();
+  splitter.ShowRow();
+  EXPECT_EQ(splitter.GetRowCount() * splitter.GetColumnCount(), 6);
+  EXPECT_EQ(splitter.GetHiddenRow() + splitter.GetHiddenColumn(), -2);
 }
 
 TEST_F(HidingSplitters, PanesFollowTheMouseIfTheyAreDynamic) {

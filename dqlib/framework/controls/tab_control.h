@@ -114,7 +114,8 @@ class SEC3DTabControl : public SECTabControlBase {
 
   /// How high the strip wants to be, in pixels, for its font.
   int GetIdealHeight() const;
-  /// Pixels before the first tab, from 0.
+  /// Pixels before the first tab, from 0; at first `kUsualMargin`.
+  static constexpr int kUsualMargin = 2;
   int GetMargin() const { return margin_; }
   void SetMargin(int margin);
   /// Whether the tabs point down, because their windows lie above.
@@ -164,7 +165,7 @@ class SEC3DTabControl : public SECTabControlBase {
   void PaintButton(CDC& dc, Part button, bool enabled) const;
 
   int first_ = 0;
-  int margin_ = 2;
+  int margin_ = kUsualMargin;
   bool at_bottom_ = false;
   /// What is held down: a tab or a `Part`.
   int pressed_ = kNothing;

@@ -156,9 +156,14 @@ bool SEC3DTabWnd::ActivateTab(int index) {
 
 void SEC3DTabWnd::OnTabChosen() { ShowActiveTab(true); }
 
+/// The window of a tab; null if it has ended, or moved to another parent.
+CWnd* SEC3DTabWnd::PageOf(HWND window) const {
+  CWnd* const page = FromHandle(window);
+  return page != nullptr && page->GetParent() == this ? page : nullptr;
+}
+
 void SEC3DTabWnd::HideWindow(HWND window) {
-  CWnd* const hidden = FromHandle(window);
-  if (hidden != nullptr && hidden->GetParent() == this) hidden->ShowWindow(SW_HIDE);
+  if (CWnd* const hidden = PageOf(window)) hidden->ShowWindow(SW_HIDE);
 }
 
 /// Makes the view in a window of a tab the frame's active one. Without one no view that has been
@@ -178,7 +183,7 @@ void SEC3DTabWnd::ShowActiveTab(bool by_person) {
   const Watched self(*this);
   // Each handler may have turned to another tab, or ended the window.
   const auto stays = [&] { return self.IsThere() && shown_ == now; };
-  const auto window = [&]() -> CWnd* { return FromHandle(now); };
+  const auto window = [&] { return PageOf(now); };
   const CWnd* const focus = GetFocus();
   const bool had_focus = focus != nullptr && focus != control_.get() && IsOrHas(*this, focus);
   if (window() != nullptr) window()->MoveWindow(GetInsideRect());
@@ -227,13 +232,13 @@ void SEC3DTabWnd::RecalcLayout() {
   const CRect strip = StripRect();
   control_->MoveWindow(strip);
   if (self.IsThere()) control_->ShowWindow(strip.Height() > 0 ? SW_SHOWNA : SW_HIDE);
-  CWnd* const window = self.IsThere() ? FromHandle(shown_) : nullptr;
+  CWnd* const window = self.IsThere() ? PageOf(shown_) : nullptr;
   if (window != nullptr) window->MoveWindow(GetInsideRect());
 }
 
 void SEC3DTabWnd::OnPaint(CDC& dc) {
   // What no window covers.
-  if (FromHandle(shown_) == nullptr) dc.FillSolidRect(GetInsideRect(), GetSysColor(COLOR_BTNFACE));
+  if (PageOf(shown_) == nullptr) dc.FillSolidRect(GetInsideRect(), GetSysColor(COLOR_BTNFACE));
 }
 
 // ---- Messages
@@ -250,13 +255,13 @@ LRESULT SEC3DTabWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
     case WM_CREATE:
       ForgetTabs();
       if (!control_->Create(this, kStripId)) return -1;
-      SetTabSizes({control_->GetIdealHeight(), control_->GetMargin(), TWS_TABS_ON_TOP});
+      SetTabSizes({control_->GetIdealHeight(), SEC3DTabControl::kUsualMargin, TWS_TABS_ON_TOP});
       return 0;
     case WM_SIZE:
       if (wparam != SIZE_MINIMIZED) RecalcLayout();
       return 0;
     case WM_SETFOCUS:
-      if (CWnd* const window = FromHandle(shown_)) window->SetFocus();
+      if (CWnd* const window = PageOf(shown_)) window->SetFocus();
       return 0;
     case WM_COMMAND:
     case WM_NOTIFY:

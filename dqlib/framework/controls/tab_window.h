@@ -120,6 +120,7 @@ class SEC3DTabWnd : public CWnd {
   void OnTabChosen();
   void ShowActiveTab(bool by_person);
   void MakeViewActive(CWnd* window);
+  CWnd* PageOf(HWND window) const;
   void HideWindow(HWND window);
 
   std::unique_ptr<SEC3DTabControl> control_;
