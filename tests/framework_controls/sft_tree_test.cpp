@@ -287,6 +287,15 @@ line 32,57 32,40 000000 dot
             "text 93,42 \"12\" ffffff\n");
 }
 
+TEST(SftTree, LeavesTheMaskOfPicturesOut) {
+  TreeParent parent;
+  const BitmapDescription picture{{1, 1}, {RGB(255, 0, 255)}};
+  parent.tree->SetRowPicture(0, &picture);
+  RecordingDC dc({.area = {200, 100}});
+  parent.tree->Paint(dc);
+  EXPECT_NE(dc.Text().find(" of 1x1 ffffffff\n"), std::string::npos) << dc.Text();
+}
+
 TEST(SftTree, ToldWhereAPointLies) {
   TreeParent parent;
   CSftTree& tree = *parent.tree;

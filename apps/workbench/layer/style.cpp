@@ -33,7 +33,7 @@ constexpr const char* kRules = R"(
 .dialog-style notebook header { padding: 0; }
 .dialog-style scrollbar slider { min-width: 6px; min-height: 6px; margin: 0; border-width: 1px; }
 .dialog-style scrollbar, .dialog-style scrollbar trough, .dialog-style scrollbar contents { margin: 0; padding: 0; border-width: 0; }
-.dialog-style scrolledwindow undershoot { background-image: none; }
+scrolledwindow undershoot, scrolledwindow overshoot { background-image: none; }
 )";
 
 std::string Scaled(const Scale& scale) {

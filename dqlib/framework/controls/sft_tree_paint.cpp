@@ -4,6 +4,7 @@
 
 #include "dqlib/framework/base/device_context.h"
 #include "dqlib/framework/base/multi_byte.h"
+#include "dqlib/framework/base/vector_picture.h"
 #include "dqlib/framework/controls/sft_tree.h"
 #include "dqlib/framework/controls/tree_columns.h"
 #include "dqlib/framework/controls/tree_rows.h"
@@ -41,7 +42,7 @@ COLORREF Chosen(COLORREF own, int usual) {
 void DrawPicture(CDC& dc, const CRect& place, HBITMAP picture) {
   if (picture == nullptr || place.IsRectEmpty()) return;
   const LONG top = place.top + (place.Height() - picture->size.cy) / 2;
-  dc.DrawBitmap(CPoint{place.left, top}, picture);
+  dc.DrawBitmap(CPoint{place.left, top}, picture, {.mask = kPictureMask});
 }
 
 /// A triangle that points up or down.
