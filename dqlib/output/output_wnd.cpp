@@ -46,27 +46,21 @@ std::string_view TakeLine(std::string_view& rest) {
   return line;
 }
 
-/// Where what the pane shows goes too, as the options say now.
-class Mirror {
- public:
-  Mirror() {
-    CDQOptionsServer& options = *CDQOptionsServer::GetObject();
-    if (!options.GetBool(kLogOption)) return;
-    path_ = options.GetString(kLogPathOption);
-    const long long limit = options.GetInt(kLogLimitOption) * 1024LL;
-    if (limit <= 0 || path_.IsEmpty() || !DQLIB_FileExists(path_)) return;
-    if (CDQFileUtility::GetFileSize(path_) >= limit) CDQFileUtility::EmptyFile(path_);
+/// Writes what the pane shows to the log too, if there is one, as the options say now. A row that
+/// can't be written has been told, and ends it.
+void MirrorRows(const std::vector<CString>& rows) {
+  CDQOptionsServer& options = *CDQOptionsServer::GetObject();
+  const CString path = options.GetString(kLogPathOption);
+  if (!options.GetBool(kLogOption) || path.IsEmpty()) return;
+  const long long limit = options.GetInt(kLogLimitOption) * 1024LL;
+  if (limit > 0 && DQLIB_FileExists(path) && CDQFileUtility::GetFileSize(path) >= limit) {
+    CDQFileUtility::EmptyFile(path);
   }
-
-  bool IsOn() const { return !path_.IsEmpty(); }
-  /// False for a failure, which has been told; a row is never empty.
-  bool Write(const CString& row) {
-    return CDQFileUtility::WriteFile(path_, row, -1, false, true) > 0;
+  for (const CString& row : rows) {
+    // A row is never empty.
+    if (CDQFileUtility::WriteFile(path, row, -1, false, true) <= 0) break;
   }
-
- private:
-  CString path_;
-};
+}
 
 }  // namespace
 
@@ -148,11 +142,10 @@ void CDQOutputWnd::AddMessage(const char* text, int type) {
   source.Format(traits.source_id, static_cast<const char*>(time));
   CDQString shown(text);
   shown.FindReplace("\t", "    ");
-  Mirror mirror;
   Adding adding{.tree = *GetTreeWnd(),
                 .message = detail::SharedMessage::Make(text),
                 .picture = PictureOf(type),
-                .keeps_rows = mirror.IsOn()};
+                .keeps_rows = CDQOptionsServer::GetObject()->GetBool(kLogOption)};
   std::string_view rest = multi_byte::TrimRight(shown.View());
   AddLine(adding, time, source, TakeLine(rest));
   while (!rest.empty()) AddLine(adding, "", "", TakeLine(rest));
@@ -162,9 +155,7 @@ void CDQOutputWnd::AddMessage(const char* text, int type) {
   const bool is_error = traits.kind == OutputMessageKind::kError;
   if (self.IsThere() && is_error && m_bShowOnError) ShowForError();
   // Behind this the pane may be gone.
-  for (const CString& row : adding.rows) {
-    if (!mirror.Write(row)) break;
-  }
+  if (adding.keeps_rows) MirrorRows(adding.rows);
 }
 
 /// Makes the column of texts as wide as one needs, so that a person can scroll to its end. Beyond

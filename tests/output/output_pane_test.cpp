@@ -184,6 +184,16 @@ TEST_F(OutputPaneTest, MirrorsRowsToALogThatStartsOverAtItsLimit) {
   pane_->AddMessage("a\nb", 0);
   EXPECT_EQ(prompts.shown.size(), 1u);
   EXPECT_THAT(Shown(), testing::EndsWith("+Program|a;|b;"));
+  // So is one that can't start over, and behind the rows: the pane may end meanwhile.
+  options.HoldValue(50257, "1");
+  options.HoldValue(50255, path);
+  CFile held(path.c_str(), CFile::modeWrite | CFile::shareDenyWrite);
+  prompts.on_box = [&] {
+    EXPECT_TRUE(pane_ == nullptr || Shown().ends_with("+Program|c;"));
+    pane_.reset();
+  };
+  pane_->AddMessage("c", 0);
+  EXPECT_EQ(pane_, nullptr);
   for (const int id : {50255, 50256, 50257}) options.UnsetValue(id);
 }
 
