@@ -41,11 +41,12 @@ std::string_view ConsoleChild::Read(std::span<char> buffer) {
   return {buffer.data(), read.ok() ? read.value : 0};
 }
 
-void ConsoleChild::Finish() {
+bool ConsoleChild::Finish() {
   // One that only has closed its output still reads, and works.
   if (!ended_) processes_.Wait(process_);
   process_id_ = kNoProcess;
   StopWriting();
+  return !ended_;
 }
 
 void ConsoleChild::Write(std::string_view bytes) {

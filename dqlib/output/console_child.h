@@ -37,8 +37,8 @@ class ConsoleChild {
   /// called. On the reading thread.
   std::string_view Read(std::span<char> buffer);
   /// Behind the last `Read`, on the reading thread: waits for the child's end, unless that was
-  /// brought about by `End`, and has the writing thread end.
-  void Finish();
+  /// brought about by `End`, and has the writing thread end. False if it was brought about.
+  bool Finish();
 
   /// What it is to read, behind what waits already. Dropped if it reads no more.
   void Write(std::string_view bytes);

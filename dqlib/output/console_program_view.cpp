@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 #include <string_view>
+#include <utility>
 
 #include "dqlib/framework/base/multi_byte.h"
 #include "dqlib/framework/base/resource_chain.h"
@@ -51,6 +52,7 @@ void CDQConsoleProgramView::Initialize() {
   kFace.copy(m_logFont.lfFaceName, kFace.size());
   m_strCommandLine.Empty();
   m_nInputStart = 0;
+  m_nLength = 0;
   m_nMaxText = kMostText;
   m_nCut = 0;
   m_strCutNote.clear();
@@ -65,7 +67,7 @@ LRESULT CDQConsoleProgramView::OnCreate(WPARAM wparam, LPARAM lparam) {
   m_font.CreateFontIndirect(m_logFont);
   SetFont(&m_font);
   if (!self.IsThere()) return -1;
-  m_nInputStart = GetWindowTextLength();
+  m_nLength = m_nInputStart = GetWindowTextLength();
   return CreateShellRedirect() ? result : -1;
 }
 
@@ -120,8 +122,7 @@ UINT CDQConsoleProgramView::ReadPipeThreadProc(void* job) {
     show(text.Take(bytes));
   }
   show(text.Rest());
-  own->child->Finish();
-  PostToWindow(own->view, WM_CLOSE, 0, 0);
+  if (own->child->Finish()) PostToWindow(own->view, WM_CLOSE, 0, 0);
   return 1;
 }
 
@@ -201,7 +202,9 @@ void CDQConsoleProgramView::CutOldText() {
   CString note;
   AfxFormatString1(note, IDS_CONSOLE_TEXT_CUT, std::to_string(m_nCut).c_str());
   m_strCutNote = std::string(note.View()) + "\r\n";
-  m_nInputStart += static_cast<int>(m_strCutNote.size()) - static_cast<int>(cut);
+  const int change = static_cast<int>(m_strCutNote.size()) - static_cast<int>(cut);
+  m_nInputStart += change;
+  m_nLength += change;
   const detail::Watched self(*this);
   SetSel(0, static_cast<int>(cut));
   ReplaceSel(m_strCutNote.c_str());
@@ -209,6 +212,31 @@ void CDQConsoleProgramView::CutOldText() {
 }
 
 // ---- Input
+
+/// What a person types keeps its begin when text before it comes or goes, as by cutting.
+void CDQConsoleProgramView::FollowChange() {
+  const int length = static_cast<int>(Text().size());
+  const int change = length - std::exchange(m_nLength, length);
+  int start = 0;
+  int end = 0;
+  GetSel(start, end);
+  // The caret stands behind what has come. This is where what has gone for it ended.
+  const int former_end = end - change;
+  const bool is_before = former_end < m_nInputStart || (former_end == m_nInputStart && change < 0);
+  m_nInputStart = is_before ? m_nInputStart + change : std::min(m_nInputStart, end);
+  m_nInputStart = std::clamp(m_nInputStart, 0, length);
+}
+
+void CDQConsoleProgramView::OnTextWasSet() {
+  m_nLength = static_cast<int>(Text().size());
+  m_nInputStart = std::min(m_nInputStart, m_nLength);
+  CEditView::OnTextWasSet();
+}
+
+bool CDQConsoleProgramView::NotifyEdit(int code) {
+  if (code == EN_UPDATE) FollowChange();
+  return CEditView::NotifyEdit(code);
+}
 
 int CDQConsoleProgramView::GetCurrentPosition() {
   SendMessage(EM_SETSEL, static_cast<WPARAM>(-1), 0);

@@ -72,6 +72,8 @@ class CDQConsoleProgramView : public CEditView {
   /// to the text, and what is typed counts from there on.
   virtual void ShowOutput(const char* text);
 
+  void OnTextWasSet() override;
+  bool NotifyEdit(int code) override;
   bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override;
 
  private:
@@ -85,6 +87,7 @@ class CDQConsoleProgramView : public CEditView {
   void AddText(char character);
   void MoveToEnd();
   void CutOldText();
+  void FollowChange();
   /// Where the caret is; nothing is selected then.
   int GetCurrentPosition();
   int GetSelLength() const;
@@ -108,6 +111,8 @@ class CDQConsoleProgramView : public CEditView {
   CFont m_font;
   /// Where what a person types begins.
   int m_nInputStart = 0;
+  /// The text's, by which a change of it is known.
+  int m_nLength = 0;
   int m_nMaxText = 0;
   /// What has been cut off the text's begin, and the line that says so.
   long long m_nCut = 0;

@@ -34,6 +34,7 @@ TEST(ConsoleText, IsTheSameWhereverItsBytesAreCut) {
 struct ConsoleViewTest : testing::Test {
   struct View : CDQConsoleProgramView {
     ~View() override { EndInDestructor(); }
+    using CDQConsoleProgramView::CreateShellRedirect;
     void PostNcDestroy() override { last_text = Text(); }
     std::string last_text;
   };
@@ -110,6 +111,38 @@ TEST_F(ConsoleViewTest, SendsWhatIsTypedBehindTheOutputOnceWithEachEnter) {
   Type("late\r");
   ASSERT_TRUE(AwaitEnd());
   EXPECT_TRUE(view_.last_text.ends_with("> ac & morelate\r\nend")) << view_.last_text;
+}
+
+TEST_F(ConsoleViewTest, SendsAllThatIsTypedWhateverIsCutBeforeIt) {
+  ASSERT_TRUE(OpenScript("printf 'one two\\n> '; while read -r x; do printf '(%s)' \"$x\"; done"));
+  ASSERT_TRUE(Await("> "));
+  Type("ab");
+  CString input;
+  // What is replaced, by what, and what counts as typed then.
+  for (const auto& [first, removed, text, typed] :
+       Rows<int, int, const char*, std::string>{{0, 4, "", "ab"},
+                                                {1, 1, "three", "ab"},
+                                                {3, 4, "", "ab"},
+                                                {5, 0, "x", "ab"},
+                                                {8, 0, "y", "yab"},
+                                                {8, 1, "", "ab"},
+                                                {6, 3, "", "b"}}) {
+    EXPECT_TRUE(view_.EditText(first, removed, text, first, first + CString(text).GetLength()));
+    view_.SetSel(view_.GetWindowTextLength(), -1);
+    view_.GetUserInput(input);
+    EXPECT_EQ(std::string(input), typed) << view_.Text();
+  }
+  Type("c\r");
+  ASSERT_TRUE(Await("(bc)"));
+  view_.SetWindowText("");
+  Type("d\r");
+  ASSERT_TRUE(Await("(d)"));
+  // Another program in the same window, which the first one's end doesn't close.
+  view_.SetCommandLine("cat");
+  ASSERT_TRUE(view_.CreateShellRedirect());
+  PumpUntilIdle();
+  Type("e\r");
+  EXPECT_TRUE(Await("e\r\ne\r\n"));
 }
 
 TEST_F(ConsoleViewTest, EndsTheProgramWithItsGroupWhateverThatIgnores) {

@@ -29,10 +29,10 @@ class CEditView : public CView, public EditModel {
   int OnGetTextLength() const override { return static_cast<int>(Text().size()); }
   void OnSetText(const char* text) override { SetText(text); }
   void OnTextWasSet() override { NotifyTextWasSet(); }
+  bool NotifyEdit(int code) override;
 
  private:
   void TellEdit(WindowChange change) override;
-  bool NotifyEdit(int code) override;
 };
 
 }  // namespace dq
