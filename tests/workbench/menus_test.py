@@ -15,7 +15,8 @@ ROW = 17
 class MenusTest(unittest.TestCase):
     def setUp(self):
         desktop = self.enterContext(Desktop())
-        self.host = self.enterContext(desktop.start(TESTBED))
+        words = ["--drawn"] if "drawn" in self.id() else []
+        self.host = self.enterContext(desktop.start(TESTBED, *words))
         self.frame = self.host.wait_for(caption="Testbed")
         self.canvas = self.host.find(id=0xE900)
 
@@ -55,6 +56,13 @@ class MenusTest(unittest.TestCase):
         self.host.keys("alt+t", "Escape", "Escape", "n")
         self.host.keys("alt+t", "h")
         self.told(HAMMER)
+        self.leave()
+
+    def test_keys_in_a_menu_bar_that_is_drawn(self):
+        # What no menu has for its key does nothing.
+        for keys, command in [(["alt+t", "n"], NAIL), (["alt+x", "alt+shift+t", "s"], SAW), (["alt+t", "m", "d"], DEEP)]:
+            self.host.keys(*keys)
+            self.told(command)
         self.leave()
 
     def test_mouse_and_keys_in_a_menu_by_itself(self):

@@ -280,6 +280,7 @@ class Frame : public dq::CFrameWnd {
     ShowWindow(dq::SW_SHOW);
     SetActiveView(&canvas_);
   }
+  void DrawMenuBar() { menu_.CoolifyExistingItems(); }
 
  protected:
   bool CallMapped(const dq::HandlerKey& key, dq::HandlerArguments& arguments) override {
@@ -366,6 +367,7 @@ int Run(int argc, char** argv) {
   const DesktopServices services(layer);
   app.m_pMainWnd = &frame.emplace();
   frame->Open();
+  if (argc > 2 && std::string_view(argv[2]) == "--drawn") frame->DrawMenuBar();
   if (argc > 3) Grow(std::atoi(argv[3]));
   for (;;) {
     try {

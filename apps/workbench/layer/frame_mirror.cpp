@@ -5,6 +5,7 @@
 
 #include "apps/workbench/layer/gtk_menu.h"
 #include "apps/workbench/layer/layer.h"
+#include "apps/workbench/layer/text.h"
 #include "dqlib/framework/windows/mini_dock_frame.h"
 
 namespace workbench {
@@ -78,6 +79,13 @@ void FrameMirror::ShowMenu() {
 
 void FrameMirror::UpdateMenu() {
   if (menu_ != nullptr) menu_->Update();
+}
+
+bool FrameMirror::TakeMenuKey(std::string_view character, GdkEvent& press) {
+  wxMenu* const menu = menu_ == nullptr ? nullptr : menu_->MenuOfKey(ToNative(character), window());
+  if (menu == nullptr) return false;
+  DropFromBar(*menu, press);
+  return true;
 }
 
 Bars FrameMirror::ShownBars() const {

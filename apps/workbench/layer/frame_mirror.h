@@ -18,6 +18,9 @@ class FrameMirror : public TopLevelMirror {
   /// A menu has changed; whether it is this frame's.
   bool MarkMenu(dq::HMENU menu) { return menu_ != nullptr && menu_->Mark(menu); }
   void UpdateMenu();
+  /// Outside of the toolkit: drops down the menu of the main menu for which the owner takes a press
+  /// of a key. False if there is none; the owner may have ended everything.
+  bool TakeMenuKey(std::string_view character, _GdkEvent& press);
 
  protected:
   wxTopLevelWindow* MakeTopLevel(long style) override;

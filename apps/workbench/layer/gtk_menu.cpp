@@ -149,6 +149,25 @@ bool DropMenu(wxMenu& menu, wxWindow& over, const wxPoint& at, MenuSide side,
   return gtk_widget_get_visible(native) != 0;
 }
 
+namespace {
+
+int OnBarKey(GtkWidget*, GdkEvent*, gpointer item) {
+  return gtk_widget_mnemonic_activate(GTK_WIDGET(item), FALSE);
+}
+
+}  // namespace
+
+void DropFromBar(wxMenu& menu, GdkEvent& press) {
+  // Within the event, by which the toolkit knows who has the keyboard, and before its other
+  // handlers.
+  GtkWidget* const window = gtk_widget_get_toplevel(menu.m_owner);
+  g_object_ref(window);
+  const gulong handler = g_signal_connect(window, "event", G_CALLBACK(OnBarKey), menu.m_owner);
+  gtk_main_do_event(&press);
+  g_signal_handler_disconnect(window, handler);
+  g_object_unref(window);
+}
+
 int MenuBarHeight() {
   GtkWidget* const bar = gtk_menu_bar_new();
   g_object_ref_sink(bar);

@@ -6,6 +6,7 @@
 #include <wx/gdicmn.h>
 #include <wx/string.h>
 
+union _GdkEvent;
 typedef struct _GdkEventKey GdkEventKey;
 typedef struct _GtkWidget GtkWidget;
 class wxMenu;
@@ -57,6 +58,9 @@ enum class MenuSide { kRight, kBoth, kLeft };
 /// chosen. False, and no call, if the toolkit refuses.
 bool DropMenu(wxMenu& menu, wxWindow& over, const wxPoint& at, MenuSide side,
               std::function<void()> done);
+
+/// Has the toolkit take a press of a key as that of a menu of a menu bar, which drops down.
+void DropFromBar(wxMenu& menu, _GdkEvent& press);
 
 /// The height of a menu bar of one line, in the display's pixels.
 int MenuBarHeight();

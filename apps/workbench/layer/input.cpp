@@ -4,6 +4,7 @@
 #include <wx/toplevel.h>
 
 #include "apps/workbench/layer/drag_out.h"
+#include "apps/workbench/layer/frame_mirror.h"
 #include "apps/workbench/layer/layer.h"
 #include "apps/workbench/layer/top_level_mirror.h"
 #include "dqlib/framework/windows/screen.h"
@@ -140,6 +141,9 @@ void Input::Deliver(GdkEvent& event, HWND top_level) {
   // The toolkit's own way from control to control isn't the library's.
   if (IsMove(stroke.key) && (mirror == nullptr || !mirror->TakesMove(stroke.key))) return;
   layer_.Update();
+  auto* const frame = dynamic_cast<FrameMirror*>(layer_.Find(top_level));
+  const bool is_menu_key = is_down && stroke.IsSystem() && !stroke.character.empty();
+  if (is_menu_key && frame != nullptr && frame->TakeMenuKey(stroke.character, event)) return;
   if (event.key.window != nullptr && gdk_window_is_destroyed(event.key.window) == 0) {
     gtk_main_do_event(&event);
   }

@@ -22,6 +22,18 @@ using Kind = MenuItemFacts::Kind;
 constexpr UINT kInactive = dq::MF_GRAYED | dq::MF_DISABLED;
 constexpr UINT kShownState = kInactive | dq::MF_CHECKED | dq::MF_RADIOCHECK;
 
+/// What owners answer in the high word to the key of a menu.
+constexpr dq::WORD kClose = 1;
+constexpr dq::WORD kExecute = 2;
+constexpr dq::WORD kSelect = 3;
+
+/// What the owner answers to a key of its menu. It may end everything.
+dq::WPARAM AskForKey(CWnd& owner, HMENU menu, const wxString& key) {
+  const UINT ch = dq::MenuCharacter(ToLibrary(key));
+  return static_cast<dq::WPARAM>(owner.SendMessage(
+      dq::WM_MENUCHAR, dq::MakeWParam(ch, dq::MF_POPUP), reinterpret_cast<dq::LPARAM>(menu)));
+}
+
 /// Items that have a mark at times are another kind of item of the toolkit's.
 bool IsMarked(UINT state) { return (state & dq::MF_CHECKED) != 0; }
 
@@ -196,9 +208,9 @@ void MenuMirror::PostDrawing() {
   });
 }
 
-/// A character is typed while the menu has the keyboard. False if it is the toolkit's.
-bool MenuMirror::TakeKey(unsigned int character) {
-  const wxString key = wxString(wxUniChar(character));
+/// Whether the owner is to say whose key a character is, for it draws items, and none of the others
+/// has that key.
+bool MenuMirror::IsOwnersKey(const wxString& key) const {
   const auto has_key = [&key](const Item& item) {
     const int mark = item.facts.text.Find('&');
     return !item.facts.is_drawn && mark != wxNOT_FOUND &&
@@ -206,21 +218,34 @@ bool MenuMirror::TakeKey(unsigned int character) {
   };
   const bool has_drawn =
       std::ranges::any_of(items_, [](const Item& item) { return item.drawn != nullptr; });
-  if (!has_drawn || std::ranges::any_of(items_, has_key)) return false;
-  const UINT ch = dq::MenuCharacter(ToLibrary(key));
-  events_.with_owner([self = std::weak_ptr(self_), ch, menu = menu_](CWnd& owner) {
-    const dq::LRESULT answer = owner.SendMessage(dq::WM_MENUCHAR, dq::MakeWParam(ch, dq::MF_POPUP),
-                                                 reinterpret_cast<dq::LPARAM>(menu));
-    if (const auto live = self.lock()) (*live)->Answer(static_cast<dq::WPARAM>(answer));
+  return has_drawn && std::ranges::none_of(items_, has_key);
+}
+
+/// A character is typed while the menu has the keyboard. False if it is the toolkit's.
+bool MenuMirror::TakeKey(unsigned int character) {
+  const wxString key = wxString(wxUniChar(character));
+  if (!IsOwnersKey(key)) return false;
+  events_.with_owner([self = std::weak_ptr(self_), key, menu = menu_](CWnd& owner) {
+    const dq::WPARAM answer = AskForKey(owner, menu, key);
+    if (const auto live = self.lock()) (*live)->Answer(answer);
   });
   return true;
 }
 
+wxMenu* MenuMirror::MenuOfKey(const wxString& key, CWnd& owner) {
+  if (!IsOwnersKey(key)) return nullptr;
+  const std::weak_ptr<MenuMirror*> self = self_;
+  const dq::WPARAM answer = AskForKey(owner, menu_, key);
+  const dq::WORD what = dq::HiWord(answer);
+  if (self.expired() || (what != kExecute && what != kSelect)) return nullptr;
+  const auto found = std::ranges::find_if(items_, [&](const Item& item) {
+    return item.facts.position == dq::LoWord(answer) && (item.facts.state & kInactive) == 0;
+  });
+  return found == items_.end() ? nullptr : found->submenu;
+}
+
 /// Does what the owner has answered to a key.
 void MenuMirror::Answer(dq::WPARAM answer) {
-  constexpr dq::WORD kClose = 1;
-  constexpr dq::WORD kExecute = 2;
-  constexpr dq::WORD kSelect = 3;
   const dq::WORD what = dq::HiWord(answer);
   const std::size_t at = dq::LoWord(answer);
   if (what == kClose) return keys_->Close();

@@ -70,6 +70,10 @@ class MenuMirror {
   bool Mark(dq::HMENU menu);
   /// Shows the items of those that were marked.
   void Update();
+  /// Outside of the toolkit, for a main menu: that of its menus which the owner, who draws
+  /// their items, has drop down by a character; null if there is none. The owner may end
+  /// everything.
+  wxMenu* MenuOfKey(const wxString& key, dq::CWnd& owner);
   /// Outside of the toolkit: measures and draws the items that the owner draws, before the menu is
   /// shown.
   void DrawItems(dq::CWnd& owner);
@@ -85,6 +89,7 @@ class MenuMirror {
   void Show(Item& item, std::size_t at, const MenuItemFacts& facts);
   void MakeDrawn(Item& item);
   void PostDrawing();
+  bool IsOwnersKey(const wxString& key) const;
   bool TakeKey(unsigned int character);
   void Answer(dq::WPARAM answer);
 
