@@ -167,9 +167,11 @@ CDQPrintDlg::Layout::Layout(const CDC& dc, const CSftTree& tree)
   for (int column = 0; column < tree.GetColumnCount(); ++column) {
     widths.push_back(tree.GetColumnWidth(column) * scale);
   }
+  // Without columns rows have one text all the same.
+  if (widths.empty()) widths.push_back(width);
   const double widest = WidestThatFits(widths, width);
   double left = 0;
-  for (int column = 0; column < tree.GetColumnCount(); ++column) {
+  for (int column = 0; column < tree.GetCellCount(); ++column) {
     const double right = left + std::min(widths[static_cast<std::size_t>(column)], widest);
     const UINT format = tree.GetColumnFormat(column);
     const UINT align = (format & kColumnNumber) != 0     ? DT_RIGHT

@@ -80,6 +80,7 @@ bool CDQTree::CallMapped(const HandlerKey& key, HandlerArguments& arguments) {
       MessageEntry<&CDQTree::OnKeyToItem>(kTreeKeyToItem),
       MessageEntry<&CDQTree::OnKeyDown>(WM_KEYDOWN),
       MessageEntry<&CDQTree::OnSetCaret>(kTreeSetCaret),
+      MessageEntry<&CDQTree::OnPlaceEditor>(kTreePlaceEditor),
   };
   return CallEntry(kEntries, *this, key, arguments) || CSftTree::CallMapped(key, arguments);
 }
@@ -129,7 +130,8 @@ void CDQTree::SetDefaultStyle() {
 
 void CDQTree::SetDefaultFont(CFont* font) {
   SetFont(font);
-  m_pBoldFont.reset();
+  // Cells have it by its address.
+  if (m_pBoldFont != nullptr) GetBoldFont();
 }
 
 void CDQTree::SetColors(COLORREF text, COLORREF background, COLORREF selected_text,
@@ -160,7 +162,7 @@ int CDQTree::AddString(const char* text) { return AddRow(text); }
 int CDQTree::AddString(int number) { return AddString(std::to_string(number).c_str()); }
 
 bool CDQTree::GetText(int row, int column, CString& text) const {
-  if (row < 0 || row >= GetCount() || column < 0 || column >= GetColumnCount()) return false;
+  if (row < 0 || row >= GetCount() || column < 0 || column >= GetCellCount()) return false;
   text = CellText(row, column);
   return true;
 }
@@ -182,7 +184,7 @@ bool CDQTree::SetText(int row, int column, int number) {
 }
 
 int CDQTree::FindTextA(int column, const char* text) const {
-  if (text == nullptr || column < 0 || column >= GetColumnCount()) return -1;
+  if (text == nullptr || column < 0 || column >= GetCellCount()) return -1;
   const int count = GetCount();
   for (int row = 0; row < count; ++row) {
     if (std::strcmp(CellText(row, column), text) == 0) return row;
@@ -194,7 +196,7 @@ int CDQTree::FindTextA(int column, const char* text) const {
 
 template <typename Call>
 bool CDQTree::ForCells(int row, int column, Call call) {
-  const int columns = GetColumnCount();
+  const int columns = GetCellCount();
   if (row < 0 || row >= GetCount() || column < -1 || column >= columns) return false;
   const int last = column < 0 ? columns - 1 : column;
   for (int at = column < 0 ? 0 : column; at <= last; ++at) {
@@ -282,10 +284,12 @@ void CDQTree::SetBitmaps(CBitmap* leaf, CBitmap* folder, CBitmap* open_folder, C
 /// Gives a row a picture of its own where the control wouldn't show the right one by itself.
 void CDQTree::PickBitmap(int row) {
   if (row < 0 || row >= GetCount()) return;
+  const Watched self(*this);
   HBITMAP picture = nullptr;
   if (IsRoot(row)) picture = PictureOf(m_pRootBitmap);
   if (picture == nullptr && IsLeaf(row)) {
     picture = PictureOf(OverrideLeafBitmap(row));
+    if (!self.IsThere()) return;
     // One with children has the picture of a folder otherwise.
     if (picture == nullptr && HasChildren(row)) picture = PictureOf(m_pLeafBitmap);
   } else if (picture == nullptr && !HasChildren(row)) {
@@ -308,7 +312,7 @@ void CDQTree::SetSelectedItemBitmaps(CBitmap* bitmap) {
 
 bool CDQTree::GetCellInfo(tagCellInfoParm* info) const {
   if (info == nullptr || info->row < 0 || info->row >= GetCount() || info->column < 0 ||
-      info->column >= GetColumnCount()) {
+      info->column >= GetCellCount()) {
     return false;
   }
   const CellStyle style = GetCellStyle(info->row, info->column);

@@ -47,6 +47,8 @@ inline constexpr UINT kTreeReflectedCommand = kReflectBase + WM_COMMAND;
 inline constexpr UINT kTreeKeyToItem = kReflectBase + 0x2E;
 /// To a `CDQTree`: sets the caret to the row in the first argument.
 inline constexpr UINT kTreeSetCaret = 0x3701;
+/// To a `CDQTree`: the cell being edited may lie out of sight.
+inline constexpr UINT kTreePlaceEditor = 0x3702;
 
 /// Flags of `tagCellInfoParm`: what is told or set.
 enum CellInfoFlag : UINT {
@@ -239,7 +241,8 @@ class CDQTree : public CSftTree {
   CDQTreeEdit* GetEditCtrl() const { return m_pEdit.get(); }
   /// Drops the editor, and what was typed.
   void ResetEditCtrl();
-  int GetEditIndex() const { return m_nEditRow; }
+  /// The cell being edited, or that was last; the row goes with changes of the others.
+  int GetEditIndex() const { return GetFollowedRow(); }
   int GetEditCol() const { return m_nEditCol; }
   void AllowEmptyEdit(bool allow) { m_bAllowEmptyEdit = allow; }
 
@@ -335,6 +338,7 @@ class CDQTree : public CSftTree {
  protected:
   bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override;
   LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
+  void OnLayoutChanged() override;
 
   /// Handlers of notifications. One that returns 0 leaves it to the parent as well.
   virtual BOOL OnLButtonExpandCollapse();
@@ -356,6 +360,7 @@ class CDQTree : public CSftTree {
 
   friend class CDQTreeDropTarget;
 
+  LRESULT OnPlaceEditor(WPARAM, LPARAM);
   void PlaceEditor();
   int CreateNewRow(UINT name_id, bool is_folder);
   int InsertItem(int near, const char* text, void* data);
@@ -386,7 +391,6 @@ class CDQTree : public CSftTree {
   CBitmap* m_pRootBitmap = nullptr;
   COLORREF m_textColor = CellStyle::kNoColor;
   int m_nSortColumn = -1;
-  int m_nEditRow = -1;
   int m_nEditCol = -1;
   bool m_bDebugTree = true;
   bool m_bDragAllowed = false;

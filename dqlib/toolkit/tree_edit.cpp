@@ -12,19 +12,21 @@ using detail::Watched;
 IMPLEMENT_DYNAMIC(CDQTreeEdit, CEdit)
 
 void CDQTree::EditCell(int row, int column) {
+  if (row == -1) row = GetCaret();
+  if (row < 0 || row >= GetCount() || column < 0 || column >= GetCellCount()) return;
   const Watched self(*this);
   if (m_pEdit != nullptr) {
     OnValidateEdit();
     // What was typed there isn't good yet.
     if (!self.IsThere() || m_pEdit != nullptr) return;
   }
-  m_nEditRow = row < 0 ? GetCaret() : row;
+  FollowRow(row);
   m_nEditCol = column;
   CRect place;
-  if (!GetCellRect(m_nEditRow, m_nEditCol, &place, true)) {
-    EnsureRowVisible(m_nEditRow);
-    EnsureCellVisible(m_nEditRow, m_nEditCol);
-    if (!GetCellRect(m_nEditRow, m_nEditCol, &place, true)) return;
+  if (!GetCellRect(GetEditIndex(), m_nEditCol, &place, true)) {
+    EnsureRowVisible(GetEditIndex());
+    EnsureCellVisible(GetEditIndex(), m_nEditCol);
+    if (!GetCellRect(GetEditIndex(), m_nEditCol, &place, true)) return;
   }
   Invalidate();
   auto edit = std::make_unique<CDQTreeEdit>(
@@ -38,7 +40,7 @@ void CDQTree::EditCell(int row, int column) {
   }
   m_pEdit = std::move(edit);
   m_pEdit->SetFont(GetFont());
-  m_pEdit->SetWindowText(CellText(m_nEditRow, m_nEditCol));
+  m_pEdit->SetWindowText(CellText(GetEditIndex(), m_nEditCol));
   m_pEdit->SetSel(0, -1);
   m_pEdit->ShowWindow(SW_SHOW);
   if (self.IsThere() && m_pEdit != nullptr) m_pEdit->SetFocus();
@@ -56,10 +58,28 @@ LRESULT CDQTree::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
 /// The editor goes with its cell, and ends as by a loss of the focus where that can't be seen.
 void CDQTree::PlaceEditor() {
   CRect place;
-  if (GetCellRect(m_nEditRow, m_nEditCol, &place, true)) {
+  if (GetCellRect(GetEditIndex(), m_nEditCol, &place, true)) {
     m_pEdit->MoveWindow(place);
   } else {
     OnValidateEdit();
+  }
+}
+
+LRESULT CDQTree::OnPlaceEditor(WPARAM, LPARAM) {
+  if (m_pEdit != nullptr) PlaceEditor();
+  return 0;
+}
+
+void CDQTree::OnLayoutChanged() {
+  if (m_pEdit == nullptr || m_bValidating) return;
+  CRect place;
+  if (GetEditIndex() < 0) {
+    ResetEditCtrl();
+  } else if (GetCellRect(GetEditIndex(), m_nEditCol, &place, true)) {
+    m_pEdit->MoveWindow(place);
+  } else {
+    // A complaint about its text mustn't come in the middle of a change of the rows.
+    PostMessage(kTreePlaceEditor);
   }
 }
 
@@ -94,18 +114,18 @@ BOOL CDQTree::OnValidateEdit() {
   const Watched self(*this);
   const detail::SetWhile validating(*this, m_bValidating);
   const CString text = m_pEdit->GetWindowText();
-  const int row = m_nEditRow;
-  if (row < 0 || row >= GetCount()) {
+  const bool good = ValidateEdit(GetEditIndex(), text);
+  if (!self.IsThere() || m_pEdit == nullptr) return 1;
+  if (GetEditIndex() < 0) {
+    // The row has gone meanwhile.
     ResetEditCtrl();
     return 1;
   }
-  const bool good = ValidateEdit(row, text);
-  if (!self.IsThere() || m_pEdit == nullptr) return 1;
   if (!good) {
     m_pEdit->SetFocus();
     return 1;
   }
-  OnUpdateEdit(row, text);
+  OnUpdateEdit(GetEditIndex(), text);
   if (self.IsThere()) ResetEditCtrl();
   return 1;
 }

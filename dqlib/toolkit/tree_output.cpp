@@ -32,7 +32,7 @@ constexpr UINT kFailedToStart = 61702;
 const char* OrEmpty(const char* text) { return text == nullptr ? "" : text; }
 
 void AppendDelimited(std::string& out, const CDQTree& tree, int row, const char* delimiter) {
-  const int columns = tree.GetColumnCount();
+  const int columns = tree.GetCellCount();
   for (int column = 0; column < columns; ++column) {
     if (column > 0) out += delimiter;
     out += tree.CellText(row, column);
@@ -69,7 +69,7 @@ bool CDQTree::SetDelimitedText(int row, const char* text, const char* delimiter)
   if (row < 0 || row >= GetCount()) return false;
   const std::string_view mark = OrEmpty(delimiter);
   std::string_view rest = OrEmpty(text);
-  const int columns = GetColumnCount();
+  const int columns = GetCellCount();
   for (int column = 0; column < columns; ++column) {
     const std::size_t end = mark.empty() ? rest.npos : rest.find(mark);
     SetText(row, column, std::string(rest.substr(0, end)).c_str());

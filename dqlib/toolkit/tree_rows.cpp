@@ -161,7 +161,7 @@ int CDQTree::InsertItem(int near, const char* text, void* data) {
   SetRowData(row, reinterpret_cast<std::uintptr_t>(data));
   // A folder that was empty isn't any more.
   PickBitmap(GetParentRow(row));
-  PickBitmap(row);
+  if (self.IsThere()) PickBitmap(row);
   if (self.IsThere()) AdjustItemLines(row);
   return row;
 }

@@ -288,7 +288,7 @@ BOOL CDQTree::OnHeaderButtonDown() {
 }
 
 bool CDQTree::SortByColumn(int column) {
-  if (GetCount() < 2 || column < 0 || column >= GetColumnCount()) return false;
+  if (GetCount() < 2 || column < 0 || column >= GetCellCount()) return false;
   const CWaitCursor wait;
   m_bSortAscending = column != m_nSortColumn || !m_bSortAscending;
   m_nSortColumn = column;

@@ -55,6 +55,7 @@ int CDQTreeDropTarget::OnDropEx(CWnd* window, COleDataObject* data, UINT, UINT e
   const Watched there(*tree);
   const int row = tree->HitTest(point).row;
   if (tree == m_pDragged) {
+    if (point.y < tree->GetHeaderHeight()) return DROPEFFECT_NONE;
     const bool moved = tree->MoveSelItems(row);
     if (there.IsThere()) tree->PostDrag();
     return moved ? DROPEFFECT_MOVE : DROPEFFECT_NONE;
@@ -119,10 +120,10 @@ bool CDQTreeView::MakeTreeWindow() {
 }
 
 void CDQTreeView::SetTree(std::unique_ptr<CDQTree> tree) {
+  const Watched self(*this);
   m_dropTarget.Revoke();
   m_pTree = std::move(tree);
-  if (GetSafeHwnd() == nullptr || m_pTree == nullptr) return;
-  const Watched self(*this);
+  if (!self.IsThere() || GetSafeHwnd() == nullptr || m_pTree == nullptr) return;
   if (m_pTree->GetSafeHwnd() != nullptr) {
     m_pTree->SetParent(this);
     m_pTree->SetDlgCtrlID(kTreeId);

@@ -92,6 +92,22 @@ TEST(Tree, TextsAreFoundCutAndJoinedByCells) {
   EXPECT_EQ(tree.GetColumnBitmap(0, 1)->pixels, (std::vector<COLORREF>{3, 4}));
 }
 
+TEST(Tree, WithoutColumnsHasOneTextARow) {
+  CDQTree tree;
+  CString text;
+  EXPECT_TRUE(tree.AddString("b") == 0 && tree.AddString("a") == 1 && tree.GetText(1, text));
+  EXPECT_TRUE(text == "a" && tree.FindTextA(0, "a") == 1 && tree.FindTextA(1, "") == -1);
+  EXPECT_TRUE(tree.SetDelimitedText(0, "B,lost", ",") && tree.SortByColumn(0));
+  tree.SetMultiSelect();
+  tree.SelectAll();
+  EXPECT_EQ(tree.GetCopyText(), "a\r\nB\r\n");
+  EXPECT_TRUE(tree.SetItemBold(0, 0));
+  CFont* const bold = tree.GetItemFont(0, 0);
+  tree.SetDefaultFont();
+  const auto other = std::make_unique<CFont>();
+  EXPECT_EQ(tree.GetBoldFont(), bold) << "cells have it";
+}
+
 TEST(Tree, IndicesFollowInsertionsDeletionsAndMoves) {
   const auto after = [](ItemOperation operation, int row, int to = -1) {
     CUIntArray rows;
@@ -230,6 +246,28 @@ TEST(TreeEditor, OffersItsTextByKeysAndByLosingTheFocus) {
   EXPECT_EQ(tree.told, "1B 1 2e 4by focus 1end ");
   EXPECT_TRUE(tree.GetCount() == 0 && tree.GetEditCtrl() == nullptr);
   EXPECT_EQ(parent.codes, "") << "they are the tree's own";
+}
+
+TEST(TreeEditor, GoesWithItsRow) {
+  Parent parent("b,a, c");
+  CDQTree& tree = parent.tree;
+  tree.EditCell(1, 0);
+  ASSERT_NE(tree.GetEditCtrl(), nullptr);
+  tree.InsertRow(0, "z", 0);
+  CRect place;
+  EXPECT_TRUE(tree.GetCellRect(2, 0, &place, true) && tree.GetEditCtrl()->GetPlace() == place);
+  tree.SortByColumn(0);
+  tree.GetEditCtrl()->SetWindowText("A");
+  tree.GetEditCtrl()->SendMessage(WM_KEYDOWN, VK_RETURN);
+  EXPECT_EQ(RowsOf(tree), "A, c,b,z");
+  tree.EditCell(1, 0);
+  ASSERT_NE(tree.GetEditCtrl(), nullptr);
+  tree.DeleteRow(0);
+  EXPECT_TRUE(tree.GetEditCtrl() == nullptr && RowsOf(tree) == "b,z");
+  tree.SetCaret(1);
+  tree.EditCell(0, -1);
+  tree.EditCell(-2, 0);
+  EXPECT_EQ(tree.GetEditCtrl(), nullptr) << "there is no such cell";
 }
 
 TEST(Tree, MovesCarryWhatIsBelowAndRefuseOwnFolders) {

@@ -118,6 +118,8 @@ int CSftTree::AddColumn(const char* title, int width, UINT format) {
 
 int CSftTree::GetColumnCount() const { return columns_->GetCount(); }
 
+int CSftTree::GetCellCount() const { return std::max(1, columns_->GetCount()); }
+
 CString CSftTree::GetColumnTitle(int column) const {
   return columns_->Has(column) ? (*columns_)[column].title : CString();
 }
@@ -183,13 +185,17 @@ int CSftTree::GetCount() const { return rows_->GetCount(); }
 
 int CSftTree::AddRow(const char* text, int level) { return InsertRow(-1, text, level); }
 
+/// Has the rows that are kept by their indexes follow a change.
+template <typename Follow>
+void CSftTree::MoveMarks(Follow follow) {
+  for (int* const mark : {&caret_, &anchor_, &drop_target_, &followed_row_}) *mark = follow(*mark);
+}
+
 int CSftTree::InsertRow(int index, const char* text, int level) {
   if (index == -1) index = GetCount();
   if (index < 0 || index > GetCount()) return -1;
   const bool cut = rows_->Insert(index, OrEmpty(text), level);
-  caret_ = Inserted(caret_, index, 1);
-  anchor_ = Inserted(anchor_, index, 1);
-  drop_target_ = Inserted(drop_target_, index, 1);
+  MoveMarks([=](int mark) { return Inserted(mark, index, 1); });
   // One that comes in where the first row in sight is becomes that itself.
   const bool is_above = index < top_;
   if (is_above) ++top_;
@@ -234,9 +240,7 @@ void CSftTree::EraseRows(int first, int count) {
   }
   const bool had_caret = caret_ >= first && caret_ < first + count;
   const bool is_above = first + count <= top_;
-  caret_ = Erased(caret_, first, count);
-  anchor_ = Erased(anchor_, first, count);
-  drop_target_ = Erased(drop_target_, first, count);
+  MoveMarks([=](int mark) { return Erased(mark, first, count); });
   if (top_ > first) top_ = std::max(first, top_ - count);
   Tell(WindowChange::kRowsRemoved, {first, count});
   if (had_caret) Tell(WindowChange::kSelection);
@@ -257,13 +261,10 @@ int CSftTree::MoveRow(int row, int before, int level) {
   const int count = rows_->GetEnd(row) - row;
   const int to = rows_->Move(row, before, level);
   if (to < 0) return -1;
-  const auto moved = [=](int mark) {
+  MoveMarks([=](int mark) {
     const int kept = Erased(mark, row, count);
     return kept >= 0 ? Inserted(kept, to, count) : mark < 0 ? mark : mark - row + to;
-  };
-  caret_ = moved(caret_);
-  anchor_ = moved(anchor_);
-  drop_target_ = moved(drop_target_);
+  });
   top_ = std::min(top_, GetCount() - 1);
   columns_->ForgetWidths();
   Tell(WindowChange::kRowsChanged, {std::min(row, to), std::abs(to - row) + count});
@@ -545,13 +546,10 @@ void CSftTree::TakeOrder(const std::vector<int>& order) {
   if (order.empty() || order.size() != static_cast<std::size_t>(GetCount())) return;
   const int scrolled = top_ < 0 ? 0 : rows_->CountShownBefore(top_);
   rows_->Permute(order);
-  const auto follow = [&order](int row) {
+  MoveMarks([&order](int row) {
     if (row < 0) return row;
     return static_cast<int>(std::find(order.begin(), order.end(), row) - order.begin());
-  };
-  caret_ = follow(caret_);
-  anchor_ = follow(anchor_);
-  drop_target_ = follow(drop_target_);
+  });
   if (top_ >= 0) top_ = rows_->FindShown(scrolled);
   Tell(WindowChange::kRowsChanged, {0, GetCount()});
   LayoutChanged();

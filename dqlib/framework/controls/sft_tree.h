@@ -104,6 +104,8 @@ class CSftTree : public Control {
   /// Adds a column at the right, so wide in pixels, and returns its index.
   int AddColumn(const char* title, int width, UINT format = kColumnText);
   int GetColumnCount() const;
+  /// How many texts a row has: one for each column, and one where there is none.
+  int GetCellCount() const;
   CString GetColumnTitle(int column) const;
   void SetColumnTitle(int column, const char* title);
   UINT GetColumnFormat(int column) const;
@@ -276,6 +278,13 @@ class CSftTree : public Control {
   LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
   void OnPaint(CDC& dc) override;
   void OnSubclassed(CWnd& former) override;
+  /// Rows may lie elsewhere now. It may end the tree.
+  virtual void OnLayoutChanged() {}
+
+  /// A row whose index goes with it through changes and sorts, as that of the caret does, until it
+  /// is deleted; -1 for none, as at first.
+  void FollowRow(int row) { followed_row_ = row; }
+  int GetFollowedRow() const { return followed_row_; }
 
   /// The row with the caret, and the point of the press in client coordinates, of the notification
   /// that is under way.
@@ -303,6 +312,8 @@ class CSftTree : public Control {
   bool HasCell(int row, int column) const;
   template <typename Change>
   bool ChangeCell(int row, int column, Change change);
+  template <typename Follow>
+  void MoveMarks(Follow follow);
   void EraseRows(int first, int count);
   void TellErased(int first, int count);
   void CountWidth(int row, int column, bool add);
@@ -417,6 +428,7 @@ class CSftTree : public Control {
   /// Once it was measured.
   mutable int row_height_ = 0;
   int drop_target_ = -1;
+  int followed_row_ = -1;
   int header_column_ = -1;
   int sort_mark_ = -1;
   bool sort_mark_ascending_ = true;

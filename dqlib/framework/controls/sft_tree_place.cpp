@@ -259,6 +259,7 @@ void CSftTree::UpdateScroll(int former_top, int former_left) {
   if (!self.IsThere()) return;
   const int width = std::max<int>(0, GetClientRect().right);
   SetScrollInfo(SB_HORZ, {0, std::max(0, GetTotalWidth() - 1), width, left_});
+  if (self.IsThere()) OnLayoutChanged();
 }
 
 void CSftTree::ScrollBy(ScrollBar bar, WPARAM wparam) {
