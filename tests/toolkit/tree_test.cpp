@@ -95,17 +95,20 @@ TEST(Tree, TextsAreFoundCutAndJoinedByCells) {
 TEST(Tree, WithoutColumnsHasOneTextARow) {
   CDQTree tree;
   CString text;
-  EXPECT_TRUE(tree.AddString("b") == 0 && tree.AddString("a") == 1 && tree.GetText(1, text));
-  EXPECT_TRUE(text == "a" && tree.FindTextA(0, "a") == 1 && tree.FindTextA(1, "") == -1);
+  EXPECT_TRUE(tree.AddString("beta") == 0 && tree.AddString("alpha") == 1 && tree.GetText(1, text));
+  EXPECT_TRUE(text == "alpha" && tree.FindTextA(0, "alpha") == 1 && tree.FindTextA(1, "") == -1);
   EXPECT_TRUE(tree.SetDelimitedText(0, "B,lost", ",") && tree.SortByColumn(0));
   tree.SetMultiSelect();
   tree.SelectAll();
-  EXPECT_EQ(tree.GetCopyText(), "a\r\nB\r\n");
+  EXPECT_EQ(tree.GetCopyText(), "alpha\r\nB\r\n");
   EXPECT_TRUE(tree.SetItemBold(0, 0));
   CFont* const bold = tree.GetItemFont(0, 0);
   tree.SetDefaultFont();
   const auto other = std::make_unique<CFont>();
   EXPECT_EQ(tree.GetBoldFont(), bold) << "cells have it";
+  RecordingDC dc({.area = {1000, 1400}, .has_pages = true});
+  EXPECT_EQ(CDQPrintDlg(dc, tree, {0}).Print(), PrintResult::kDone);
+  EXPECT_NE(dc.Text().find("alpha"), std::string::npos);
 }
 
 TEST(Tree, IndicesFollowInsertionsDeletionsAndMoves) {

@@ -124,6 +124,11 @@ TEST(TreeView, IsFilledByItsTreeWhichTakesItsCommandsAndDrops) {
   COleDataObject data;
   data.SetData(CLIPBOARD_TEXT, "x");
   EXPECT_EQ(target.OnDragOver(&other, &data, 0, {}), DROPEFFECT_NONE);
+  tree.UnselectAll();
+  tree.SelectRow(1);
+  target.SetDragged(&tree);
+  EXPECT_EQ(target.OnDropEx(&tree, &data, 0, DROPEFFECT_MOVE, {20, 2}), DROPEFFECT_NONE);
+  EXPECT_EQ(RowsOf(tree), "a, b, /f, /g,c,text") << "nothing moves by a drop on the titles";
 
   auto second = std::make_unique<CDQTree>();
   CDQTree* const plain = second.get();
