@@ -183,7 +183,10 @@ bool CDQCoolMenu::TakeOut(int position, Leaving leaving) {
 void CDQCoolMenu::DropRecord(const CMenuItemInfo* record) {
   const detail::MenuModel* const menu = detail::FindMenu(m_hMenu);
   if (record == nullptr || menu == nullptr) return;
-  const auto has_record = [&](const detail::MenuItem& item) { return RecordOf(item) == record; };
+  const auto has_record = [&](const detail::MenuItem& item) {
+    const bool is_plain_popup = item.data == nullptr && item.submenu != nullptr;
+    return (is_plain_popup ? RecordOf(item) : item.data) == record;
+  };
   if (std::ranges::none_of(menu->items, has_record)) items_.Delete(record);
 }
 
