@@ -194,7 +194,8 @@ void CSftTree::MoveMarks(Follow follow) {
 int CSftTree::InsertRow(int index, const char* text, int level) {
   if (index == -1) index = GetCount();
   if (index < 0 || index > GetCount()) return -1;
-  const bool cut = rows_->Insert(index, OrEmpty(text), level);
+  const int end = rows_->Insert(index, OrEmpty(text), level);
+  const bool cut = end > index + 1;
   MoveMarks([=](int mark) { return Inserted(mark, index, 1); });
   // One that comes in where the first row in sight is becomes that itself.
   const bool is_above = index < top_;
@@ -204,6 +205,7 @@ int CSftTree::InsertRow(int index, const char* text, int level) {
     CountWidths(index, index + 1, true);
   }
   Tell(WindowChange::kRowsInserted, {index, 1});
+  if (cut) Tell(WindowChange::kRowsChanged, {index + 1, end - index - 1});
   if (m_hWnd == nullptr) return index;
   if (is_above && !cut) {
     UpdateScroll(top_, left_);
@@ -259,15 +261,16 @@ void CSftTree::TellErased(int first, int count) {
 int CSftTree::MoveRow(int row, int before, int level) {
   if (!rows_->Has(row) || before < 0 || before > GetCount()) return -1;
   const int count = rows_->GetEnd(row) - row;
-  const int to = rows_->Move(row, before, level);
+  const auto [to, end] = rows_->Move(row, before, level);
   if (to < 0) return -1;
-  MoveMarks([=](int mark) {
+  MoveMarks([row, count, place = to](int mark) {
     const int kept = Erased(mark, row, count);
-    return kept >= 0 ? Inserted(kept, to, count) : mark < 0 ? mark : mark - row + to;
+    return kept >= 0 ? Inserted(kept, place, count) : mark < 0 ? mark : mark - row + place;
   });
   top_ = std::min(top_, GetCount() - 1);
   columns_->ForgetWidths();
-  Tell(WindowChange::kRowsChanged, {std::min(row, to), std::abs(to - row) + count});
+  const int first = std::min(row, to);
+  Tell(WindowChange::kRowsChanged, {first, end - first});
   LayoutChanged();
   return to;
 }
@@ -328,10 +331,10 @@ int CSftTree::GetLevel(int row) const { return rows_->Has(row) ? (*rows_)[row].l
 
 bool CSftTree::SetLevel(int row, int level) {
   if (!rows_->Has(row)) return false;
-  const int count = GetDescendantCount(row) + 1;
-  if (!rows_->SetLevel(row, level)) return true;
+  const int end = rows_->SetLevel(row, level);
+  if (end == row) return true;
   columns_->ForgetWidths();
-  Tell(WindowChange::kRowsChanged, {row, count});
+  Tell(WindowChange::kRowsChanged, {row, end - row});
   LayoutChanged();
   return true;
 }

@@ -29,21 +29,21 @@ class Hider {
 
 }  // namespace
 
-bool TreeRows::Insert(int index, std::string_view text, int level) {
+int TreeRows::Insert(int index, std::string_view text, int level) {
   TreeRow added;
   added.level = std::clamp(level, 0, GetMostLevel(index));
   TextRun run;
   if (texts_.SetCell(run, 0, text)) added.SetText(run);
   const bool is_last = index == rows_.size();
   rows_.Insert(index, added);
-  if (is_last && added.level == 0) return false;
+  if (is_last && added.level == 0) return index + 1;
   if (IsHiddenBelow(index)) rows_.Edit(index, [](TreeRow& row) { row.hidden = true; });
-  if (is_last) return false;
-  const bool cut = CutLevels(index + 1);
-  if (cut || (HasChildren(index) && rows_[index + 1].hidden != rows_[index].hidden)) {
+  if (is_last) return index + 1;
+  const int end = CutLevels(index + 1);
+  if (end > index + 1 || (HasChildren(index) && rows_[index + 1].hidden != rows_[index].hidden)) {
     RefreshBelow(index);
   }
-  return cut;
+  return end;
 }
 
 void TreeRows::Erase(int row) {
@@ -62,9 +62,9 @@ void TreeRows::Clear() {
   looks_ = {};
 }
 
-int TreeRows::Move(int row, int before, int level) {
+TreeRows::Moved TreeRows::Move(int row, int before, int level) {
   const int end = GetEnd(row);
-  if (before > row && before < end) return -1;
+  if (before > row && before < end) return {-1, -1};
   std::vector<TreeRow> moved;
   moved.reserve(static_cast<std::size_t>(end - row));
   rows_.ForRange(row, end, [&](const TreeRow& each) { moved.push_back(each); });
@@ -73,28 +73,28 @@ int TreeRows::Move(int row, int before, int level) {
   const int by = std::clamp(level, 0, GetMostLevel(index)) - moved.front().level;
   for (TreeRow& each : moved) each.level += by;
   rows_.Insert(index, moved);
-  CutLevels(index + (end - row));
+  const int cut_end = CutLevels(index + (end - row));
   Settle(index);
-  return index;
+  return {index, std::max(end, cut_end)};
 }
 
-bool TreeRows::SetLevel(int row, int level) {
+int TreeRows::SetLevel(int row, int level) {
   const int by = std::clamp(level, 0, GetMostLevel(row)) - rows_[row].level;
-  if (by == 0) return false;
+  if (by == 0) return row;
   const int end = GetEnd(row);
   rows_.EditRange(row, end, [by](TreeRow& each) { each.level += by; });
-  CutLevels(end);
+  const int cut_end = CutLevels(end);
   Settle(row);
-  return true;
+  return cut_end;
 }
 
-/// Brings up the rows from an index on that lie more than one below the row before.
-bool TreeRows::CutLevels(int from) {
-  const int first = from;
+/// Brings up the rows from an index on that lie more than one below the row before. Returns the
+/// index of the first one that doesn't.
+int TreeRows::CutLevels(int from) {
   for (; from < rows_.size() && rows_[from].level > GetMostLevel(from); ++from) {
     rows_.Edit(from, [most = GetMostLevel(from)](TreeRow& row) { row.level = most; });
   }
-  return from > first;
+  return from;
 }
 
 /// Shows or hides a row that has come to its place, and what is below it.

@@ -21,15 +21,21 @@ class TreeRows {
   const TreeRow& operator[](int row) const { return rows_[row]; }
 
   /// Inserts a row before an index, or at the end, at a level that is cut as needed. Rows behind it
-  /// that would lie too deep then come up as far as they must: true if there are any.
-  bool Insert(int index, std::string_view text, int level);
+  /// that would lie too deep then come up as far as they must. Returns the index behind the last one that
+  /// does, or behind the row.
+  int Insert(int index, std::string_view text, int level);
   /// Takes a row out with all below it.
   void Erase(int row);
   void Clear();
+  /// Where a row stands now, and the index behind the last one with another level or place.
+  struct Moved {
+    int row;
+    int end;
+  };
   /// See `CSftTree::MoveRow`.
-  int Move(int row, int before, int level);
-  /// False if nothing changes.
-  bool SetLevel(int row, int level);
+  Moved Move(int row, int before, int level);
+  /// Returns the index behind the last one whose level changes; the row itself if none does.
+  int SetLevel(int row, int level);
   /// The n-th row is to be the one whose index is the n-th of a permutation, which leaves all that
   /// is below a row behind it.
   void Permute(std::span<const int> order) { rows_.Permute(order); }
@@ -82,7 +88,7 @@ class TreeRows {
   void RefreshBelow(int row);
   void ShowBelow(int row);
   void HideBelow(int row);
-  bool CutLevels(int from);
+  int CutLevels(int from);
   void Settle(int row);
   void PackTexts();
 
