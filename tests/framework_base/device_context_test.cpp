@@ -328,6 +328,7 @@ TEST(VectorPicture, CoversPixelsAtAnySize) {
       {"4 4 f 000000 O 2 2 2 2", {4, 4}, " ++ /+##+/+##+/ ++ /"},
       {"4 4 f 000000 M 0 0 C 0 4 4 4 4 0 Z", {4, 4}, "+##+/+##+/ ++ /    /"},
       {"4 4 f 000000 M 0 0 L 4 0 0 4", {4, 4}, "###./##. /#.  /.   /"},
+      {"4 4 f 000000 M -4 0 L 8 6 -4 6", {4, 4}, "    /    /+   /##+ /"},
       {"1 1 f 000000 R -9 -9 99 99", {5000, 1}, ""}};
   for (const auto& [text, size, covered] : rows) EXPECT_EQ(Covered(text, size), covered) << text;
   for (const char* bad : {"", "16", "0 4", "2 1025", "2 2 R 0 0 1 1", "2 2 f FF00",

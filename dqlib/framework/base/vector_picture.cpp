@@ -283,10 +283,7 @@ class VectorPicture::Raster {
     }
   }
 
-  /// What is left of the picture counts as its left edge, and so at the right.
-  Point Scaled(const Point& point) const {
-    return {std::clamp(point.x * scale_x_, 0.0, static_cast<double>(width_)), point.y * scale_y_};
-  }
+  Point Scaled(const Point& point) const { return {point.x * scale_x_, point.y * scale_y_}; }
 
   void AddEdge(Point from, Point to) {
     if (from.y == to.y) return;
@@ -307,10 +304,25 @@ class VectorPicture::Raster {
     }
   }
 
-  /// A piece of an edge within one row, from `left` to `right`, so high.
+  /// A piece of an edge within one row, from `left` to `right`, so high. What of it is left of the
+  /// picture stands at its left edge; what is right of it counts for no pixel.
   void AddToRow(double* row, double left, double right, double height) const {
-    left = std::clamp(left, 0.0, static_cast<double>(width_));
-    right = std::clamp(right, left, static_cast<double>(width_));
+    const auto width = static_cast<double>(width_);
+    if (left >= width) return;
+    if (right <= 0) {
+      row[0] += height;
+      return;
+    }
+    const double high_per_pixel = right > left ? height / (right - left) : 0;
+    if (left < 0) {
+      row[0] -= left * high_per_pixel;
+      height += left * high_per_pixel;
+      left = 0;
+    }
+    if (right > width) {
+      height -= (right - width) * high_per_pixel;
+      right = width;
+    }
     const auto first = static_cast<std::size_t>(left);
     const auto last = static_cast<std::size_t>(right);
     if (first == last) {
