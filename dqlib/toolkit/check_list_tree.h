@@ -3,7 +3,7 @@
 //   CDQCheckListTree tree;
 //   tree.Create(0, place, &pane, 3070);
 //   tree.AddColumn("Table", 200);
-//   tree.LoadCheckStateBitmaps(2710, 2711, 2712);
+//   tree.LoadCheckStateBitmaps(IDB_CHECK_CLEAR, IDB_CHECK_MIXED, IDB_CHECK_SET);
 //   tree.AddString("EMPLOYEES");
 //   tree.SetCheck(0, true);
 

@@ -31,7 +31,8 @@ HTREEITEM CDQTreeCtrlEx::LoadTree(CDQTreeItemBase* item, HTREEITEM parent, int l
     open.pop_back();
     for (int at = 0; level < levels && at < above->GetChildCount(); ++at) {
       CDQTreeItemBase* const child = above->GetChild(at);
-      InsertItem(child, above->GetHandle(), level + 1);
+      // Without a row of its own nothing below it has a place.
+      if (InsertItem(child, above->GetHandle(), level + 1) == nullptr) continue;
       if (child->GetChildCount() > 0) open.push_back({child, level + 1});
     }
   }
