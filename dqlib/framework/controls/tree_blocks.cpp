@@ -44,10 +44,24 @@ void TreeBlocks::Recount(std::size_t block) {
 }
 
 void TreeBlocks::Refresh(std::size_t block) {
-  sums_[leaves_ + block] = blocks_[block].totals;
-  for (std::size_t node = (leaves_ + block) / 2; node > 0; node /= 2) {
+  if (block != unsummed_) Sums();
+  unsummed_ = block;
+  Totals& leaf = sums_[leaves_ + block];
+  const Totals& totals = blocks_[block].totals;
+  all_.rows += totals.rows - leaf.rows;
+  all_.shown += totals.shown - leaf.shown;
+  all_.selected += totals.selected - leaf.selected;
+  leaf = totals;
+}
+
+/// The sums, all of them right.
+const std::vector<TreeBlocks::Totals>& TreeBlocks::Sums() const {
+  if (unsummed_ == kNone) return sums_;
+  for (std::size_t node = (leaves_ + unsummed_) / 2; node > 0; node /= 2) {
     sums_[node] = Sum(sums_[2 * node], sums_[2 * node + 1]);
   }
+  unsummed_ = kNone;
+  return sums_;
 }
 
 void TreeBlocks::Rebuild() {
@@ -57,6 +71,8 @@ void TreeBlocks::Rebuild() {
   for (std::size_t node = leaves_ - 1; node > 0; --node) {
     sums_[node] = Sum(sums_[2 * node], sums_[2 * node + 1]);
   }
+  all_ = sums_[1];
+  unsummed_ = kNone;
   Forget();
 }
 
@@ -66,11 +82,12 @@ TreeBlocks::Place TreeBlocks::Find(int row) const {
       static_cast<std::size_t>(in_last) < blocks_[last_block_].rows.size()) {
     return {last_block_, static_cast<std::size_t>(in_last), last_first_};
   }
+  const std::vector<Totals>& sums = Sums();
   std::size_t node = 1;
   int left = row;
   while (node < leaves_) {
     node *= 2;
-    if (left >= sums_[node].rows) left -= sums_[node++].rows;
+    if (left >= sums[node].rows) left -= sums[node++].rows;
   }
   last_block_ = node - leaves_;
   last_first_ = row - left;
@@ -78,9 +95,10 @@ TreeBlocks::Place TreeBlocks::Find(int row) const {
 }
 
 int TreeBlocks::FirstRowOf(std::size_t block) const {
+  const std::vector<Totals>& sums = Sums();
   int before = 0;
   for (std::size_t node = leaves_ + block; node > 1; node /= 2) {
-    if (node % 2 == 1) before += sums_[node - 1].rows;
+    if (node % 2 == 1) before += sums[node - 1].rows;
   }
   return before;
 }
@@ -99,7 +117,11 @@ void TreeBlocks::Insert(int index, const TreeRow& row) {
   const TreeRow added = row;
   const bool is_last = index == size();
   if (is_last && (blocks_.empty() || blocks_.back().rows.size() == kBlockSize)) {
-    InsertBlock(blocks_.size(), {added});
+    Rows rows;
+    // Where there are many rows, more of them follow.
+    if (!blocks_.empty()) rows.reserve(kBlockSize);
+    rows.push_back(added);
+    InsertBlock(blocks_.size(), std::move(rows));
     return;
   }
   Place place{blocks_.size() - 1, blocks_.back().rows.size(), 0};
@@ -224,34 +246,37 @@ void TreeBlocks::Permute(std::span<const int> order) {
 
 template <typename Predicate>
 std::size_t TreeBlocks::NextBlock(std::size_t block, Predicate fits) const {
+  const std::vector<Totals>& sums = Sums();
   std::size_t node = leaves_ + block;
-  while (node > 1 && (node % 2 == 1 || !fits(sums_[node + 1]))) node /= 2;
+  while (node > 1 && (node % 2 == 1 || !fits(sums[node + 1]))) node /= 2;
   if (node <= 1) return kNone;
   for (++node; node < leaves_;) {
     node *= 2;
-    if (!fits(sums_[node])) ++node;
+    if (!fits(sums[node])) ++node;
   }
   return node - leaves_;
 }
 
 template <typename Predicate>
 std::size_t TreeBlocks::PrevBlock(std::size_t block, Predicate fits) const {
+  const std::vector<Totals>& sums = Sums();
   std::size_t node = leaves_ + block;
-  while (node > 1 && (node % 2 == 0 || !fits(sums_[node - 1]))) node /= 2;
+  while (node > 1 && (node % 2 == 0 || !fits(sums[node - 1]))) node /= 2;
   if (node <= 1) return kNone;
   for (--node; node < leaves_;) {
     node = 2 * node + 1;
-    if (!fits(sums_[node])) --node;
+    if (!fits(sums[node])) --node;
   }
   return node - leaves_;
 }
 
 int TreeBlocks::FindShown(int n) const {
+  const std::vector<Totals>& sums = Sums();
   std::size_t node = 1;
   int left = n;
   while (node < leaves_) {
     node *= 2;
-    if (left >= sums_[node].shown) left -= sums_[node++].shown;
+    if (left >= sums[node].shown) left -= sums[node++].shown;
   }
   const std::size_t block = node - leaves_;
   const Rows& rows = blocks_[block].rows;
@@ -266,9 +291,10 @@ int TreeBlocks::FindShown(int n) const {
 
 int TreeBlocks::CountShownBefore(int row) const {
   const Place place = Find(row);
+  const std::vector<Totals>& sums = Sums();
   int before = 0;
   for (std::size_t node = leaves_ + place.block; node > 1; node /= 2) {
-    if (node % 2 == 1) before += sums_[node - 1].shown;
+    if (node % 2 == 1) before += sums[node - 1].shown;
   }
   if (TotalsOf(place.block).shown == TotalsOf(place.block).rows) {
     return before + static_cast<int>(place.at);

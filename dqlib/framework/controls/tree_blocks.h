@@ -48,9 +48,9 @@ static_assert(sizeof(TreeRow) <= 28);
 /// logarithmic time, and a change moves one block. Indexes are those of rows that are there.
 class TreeBlocks {
  public:
-  int size() const { return GetTotals().rows; }
-  int CountShown() const { return GetTotals().shown; }
-  int CountSelected() const { return GetTotals().selected; }
+  int size() const { return all_.rows; }
+  int CountShown() const { return all_.shown; }
+  int CountSelected() const { return all_.selected; }
 
   const TreeRow& operator[](int row) const { return RowAt(Find(row)); }
   /// For changes of texts, looks and data, which nothing is counted of.
@@ -109,7 +109,6 @@ class TreeBlocks {
     int first;
   };
 
-  Totals GetTotals() const { return sums_.empty() ? Totals{} : sums_[1]; }
   const Totals& TotalsOf(std::size_t block) const { return blocks_[block].totals; }
   TreeRow& RowAt(const Place& place) { return blocks_[place.block].rows[place.at]; }
   const TreeRow& RowAt(const Place& place) const { return blocks_[place.block].rows[place.at]; }
@@ -120,6 +119,7 @@ class TreeBlocks {
   static void Count(Totals& totals, const TreeRow& row, int by);
   void Recount(std::size_t block);
   void Refresh(std::size_t block);
+  const std::vector<Totals>& Sums() const;
   void Rebuild();
   void Forget() const {
     last_block_ = 0;
@@ -137,8 +137,13 @@ class TreeBlocks {
   std::vector<Block> blocks_;
   /// A binary tree of sums, its root at 1, the children of node n at 2n and 2n + 1; the sums of the
   /// blocks begin at `leaves_`, a power of two.
-  std::vector<Totals> sums_;
+  mutable std::vector<Totals> sums_;
   std::size_t leaves_ = 0;
+  /// The block whose change isn't in the sums above it yet: there is one at most, which saves most
+  /// of the work where one row after the other is added or changed.
+  mutable std::size_t unsummed_ = kNone;
+  /// Of all rows, but for the level, which stays as it is.
+  Totals all_;
   /// Of the block where a row was looked up last.
   mutable std::size_t last_block_ = 0;
   mutable int last_first_ = 0;
