@@ -131,29 +131,6 @@ class NumberKey {
   bool has_zero_;
 };
 
-class TextKey {
- public:
-  /// A start is enough for most comparisons. One byte more is looked at, because the second byte of
-  /// a character tells what the first one is.
-  explicit TextKey(const char* text) : text_(text) {
-    const std::string lower = multi_byte::Lower(std::string_view(text, strnlen(text, kStart + 1)));
-    for (std::size_t i = 0; i < kStart; ++i) {
-      start_ = start_ << 8 | (i < lower.size() ? static_cast<unsigned char>(lower[i]) : 0);
-    }
-  }
-
-  friend int Compare(const TextKey& a, const TextKey& b) {
-    if (a.start_ != b.start_) return Order(a.start_, b.start_);
-    return CompareNoCase(a.text_, b.text_);
-  }
-
- private:
-  static constexpr std::size_t kStart = 8;
-
-  const char* text_;
-  std::uint64_t start_ = 0;
-};
-
 /// Reads dates and times by the user's locale, the usual forms of plain numbers in one go.
 class DateReader {
  public:
@@ -259,19 +236,18 @@ class DateKey {
   }
 
  private:
-  bool is_date_;
   double whole_;
   /// Of the first bytes alone.
   double start_;
+  bool is_date_;
 };
 
 /// Sorts by keys that are made once for each row.
 template <typename Key, typename Make>
 void SortByKeys(CDQTree& tree, int column, bool ascending, Make make) {
-  const int count = tree.GetCount();
   std::vector<Key> keys;
-  keys.reserve(static_cast<std::size_t>(count));
-  for (int row = 0; row < count; ++row) keys.push_back(make(tree.CellText(row, column)));
+  keys.reserve(static_cast<std::size_t>(tree.GetCount()));
+  tree.ForEachText(column, [&](const char* text) { keys.push_back(make(text)); });
   if (ascending) {
     tree.SortRowsByKeys(keys, [](const Key& a, const Key& b) { return Compare(a, b); });
   } else {
@@ -301,10 +277,8 @@ bool CDQTree::SortByColumn(int column) {
     reader.LearnOrder();
     SortByKeys<DateKey>(*this, column, m_bSortAscending,
                         [&](const char* text) { return DateKey(text, reader); });
-  } else if (m_bSortAscending) {
-    SortRows(column);
   } else {
-    SortByKeys<TextKey>(*this, column, false, [](const char* text) { return TextKey(text); });
+    SortRowsByText(column, m_bSortAscending);
   }
   SetSortMark(column, m_bSortAscending);
   return true;

@@ -279,6 +279,10 @@ const char* CSftTree::CellText(int row, int column) const {
   return HasCell(row, column) ? rows_->Text(row, column) : "";
 }
 
+void CSftTree::ForEachText(int column, const std::function<void(const char* text)>& visit) const {
+  if (HasCell(0, column)) rows_->ForEachText(column, [&visit](const char* text) { visit(text); });
+}
+
 bool CSftTree::SetCellText(int row, int column, const char* text) {
   return ChangeCell(row, column, [&] { return rows_->SetText(row, column, OrEmpty(text)); });
 }
@@ -513,15 +517,12 @@ void CSftTree::SetDropTarget(int row) {
 // ---- Sorting
 
 void CSftTree::SortRows(int column, TreeCompare compare) {
-  if (!HasCell(0, column)) return;
-  const auto count = static_cast<std::size_t>(GetCount());
   if (compare == nullptr) {
-    TextKeys keys;
-    for (int row = 0; row < GetCount(); ++row) keys.Add(rows_->Text(row, column));
-    SortRowsByKeys(keys.Get(),
-                   [](const TextKey& a, const TextKey& b) { return CompareTexts(a, b); });
+    SortRowsByText(column, true);
     return;
   }
+  if (!HasCell(0, column)) return;
+  const auto count = static_cast<std::size_t>(GetCount());
   struct Cell {
     const char* text;
     std::uintptr_t data;
@@ -534,6 +535,18 @@ void CSftTree::SortRows(int column, TreeCompare compare) {
   SortRowsByKeys(cells, [this, compare](const Cell& a, const Cell& b) {
     return compare(*this, a.text, b.text, a.data, b.data);
   });
+}
+
+void CSftTree::SortRowsByText(int column, bool ascending) {
+  if (!HasCell(0, column)) return;
+  TextKeys texts;
+  rows_->ForEachText(column, [&texts](const char* text) { texts.Add(text); });
+  const std::vector<TextKey> keys = texts.Get();
+  if (ascending) {
+    SortRowsByKeys(keys, [](const TextKey& a, const TextKey& b) { return CompareTexts(a, b); });
+  } else {
+    SortRowsByKeys(keys, [](const TextKey& a, const TextKey& b) { return CompareTexts(b, a); });
+  }
 }
 
 void CSftTree::SortRowsBy(const std::function<int(int a, int b)>& compare) {

@@ -151,6 +151,9 @@ class CSftTree : public Control {
   /// The text itself, good until the tree changes; and as a string.
   const char* CellText(int row, int column) const;
   CString GetCellText(int row, int column) const { return CString(CellText(row, column)); }
+  /// Calls `visit` with the text of a column of each row, in order, which is faster for many rows.
+  /// It must not change the tree. Without such a column it isn't called.
+  void ForEachText(int column, const std::function<void(const char* text)>& visit) const;
   /// False if there is no such cell.
   bool SetCellText(int row, int column, const char* text);
 
@@ -259,6 +262,8 @@ class CSftTree : public Control {
 
   /// By the texts of a column with case ignored, or by a comparison.
   void SortRows(int column, TreeCompare compare = nullptr);
+  /// By the texts, rising or falling. Equal ones keep their order in both.
+  void SortRowsByText(int column, bool ascending);
   /// By a comparison of rows by the indexes that they have before; for sorts by keys that were
   /// extracted before.
   void SortRowsBy(const std::function<int(int a, int b)>& compare);

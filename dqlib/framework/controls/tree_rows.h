@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -41,6 +43,9 @@ class TreeRows {
   void Permute(std::span<const int> order) { rows_.Permute(order); }
 
   const char* Text(int row, int column) const { return texts_.Cell(rows_[row].GetText(), column); }
+  /// Calls `visit` with the text of a column of each row, in order.
+  template <typename Visit>
+  void ForEachText(int column, Visit visit) const;
   bool SetText(int row, int column, std::string_view text);
   void SetData(int row, std::uintptr_t data) { rows_.Uncounted(row).SetData(data); }
   const RowLook& Look(int row) const { return looks_[rows_[row].look]; }
@@ -96,5 +101,23 @@ class TreeRows {
   TreeTexts texts_;
   TreeLooks looks_;
 };
+
+template <typename Visit>
+void TreeRows::ForEachText(int column, Visit visit) const {
+  // Rows that were sorted have their texts anywhere: each is fetched some rows before its turn.
+  std::array<TextRun, 16> fetched;
+  std::size_t count = 0;
+  const auto next = [&]() -> TextRun& { return fetched[count++ % fetched.size()]; };
+  rows_.ForRange(0, rows_.size(), [&](const TreeRow& row) {
+    const bool is_full = count >= fetched.size();
+    TextRun& run = next();
+    if (is_full) visit(texts_.Cell(run, column));
+    run = row.GetText();
+    texts_.Prefetch(run);
+  });
+  const std::size_t left = std::min(count, fetched.size());
+  count -= left;
+  for (std::size_t i = 0; i < left; ++i) visit(texts_.Cell(next(), column));
+}
 
 }  // namespace dq::detail

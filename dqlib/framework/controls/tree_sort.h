@@ -84,7 +84,8 @@ class SiblingGroups {
 /// Rows with the keys that they are sorted by.
 template <typename Key>
 struct KeyedRow {
-  Key key;
+  /// The row may stand in bytes that the key leaves at its end.
+  [[no_unique_address]] Key key;
   int row;
 };
 

@@ -25,6 +25,12 @@ class TreeTexts {
  public:
   /// The text of a column, zero-ended; good until a run changes.
   const char* Cell(const TextRun& run, int column) const;
+  /// Fetches a run to where it is read fast, which pays some runs ahead of reading it.
+  void Prefetch(const TextRun& run) const {
+    if (run.size == 0) return;
+    __builtin_prefetch(At(run));
+    __builtin_prefetch(At(run) + run.size - 1);
+  }
   /// Replaces the text of a column, which may be one of these texts and has no zeros. False, and no
   /// change, if the row's texts would be longer than 2^31 - 1 bytes together.
   bool SetCell(TextRun& run, int column, std::string_view text);
