@@ -183,6 +183,44 @@ TEST(SftTree, RowsAreThoseOfAPlainListWhateverIsDoneToThem) {
   }
 }
 
+/// Levels and texts of a tree's rows, kept by what it tells of them alone.
+struct Mirror : RecordingObserver {
+  explicit Mirror(CSftTree& shown) : tree(shown) {}
+  void OnWindowChange(CWnd& window, WindowChange change, const ChangedRange& told) override {
+    if (&window != &tree) return;
+    const bool all = told == ChangedRange(), in = change == WindowChange::kRowsInserted;
+    const auto at = rows.begin() + told.first;
+    if (in) rows.insert(at, static_cast<std::size_t>(told.count), {});
+    if (change == WindowChange::kRowsRemoved) rows.erase(at, at + told.count);
+    if (!in && change != WindowChange::kRowsChanged) return;
+    for (int row = told.first; row < (all ? tree.GetCount() : told.first + told.count); ++row) {
+      rows.at(static_cast<std::size_t>(row)) =
+          std::to_string(tree.GetLevel(row)) + tree.CellText(row, 0);
+    }
+  }
+  CSftTree& tree;
+  std::vector<std::string> rows;
+};
+
+TEST(SftTree, TellsObserversOfAllRowsThatChange) {
+  MainWindow main;
+  CSftTree tree;
+  for (const char* title : {"a", "b", "c"}) tree.AddColumn(title, 50);
+  tree.SetMultiSelection(true);
+  tree.Create(&main, {0, 0, 200, 118}, 7);
+  Mirror mirror(tree);
+  PlainTree plain;
+  std::mt19937 random(5);
+  for (int step = 0; step < 1500; ++step) {
+    Step(tree, plain, random);
+    if (step % 7 != 0) continue;
+    detail::TellRows();
+    std::vector<std::string> rows;
+    for (const auto& row : plain.rows) rows.push_back(std::to_string(row.level) + row.texts[0]);
+    ASSERT_EQ(mirror.rows, rows) << step;
+  }
+}
+
 /// A parent that keeps the codes of what its tree tells, and calls a handler with each. The tree
 /// has the rows a, ab, abc, b, c, d, da, e at the levels 0, 1, 2, 1, 0, 0, 1, 0, of which five are
 /// in sight at a time; each is 18 pixels high, the titles 22.

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "dqlib/framework/base/text.h"
+#include "dqlib/framework/windows/ui_state.h"
 
 namespace dq {
 
@@ -23,6 +24,7 @@ int RowControl::InsertString(int index, const char* text) {
 int RowControl::DeleteString(int index) {
   if (!rows_.Has(index)) return -1;
   const bool was_current = index == current_;
+  detail::TellNewRows();
   rows_.Erase(index);
   if (was_current) {
     current_ = -1;
@@ -36,6 +38,7 @@ int RowControl::DeleteString(int index) {
 
 void RowControl::ResetContent() {
   const int count = rows_.size();
+  detail::TellNewRows();
   rows_.Clear();
   const bool had_current = std::exchange(current_, -1) >= 0;
   if (count > 0) Tell(WindowChange::kRowsRemoved, {0, count});

@@ -6,6 +6,7 @@
 #include "dqlib/framework/base/device_context.h"
 #include "dqlib/framework/base/text.h"
 #include "dqlib/framework/windows/screen.h"
+#include "dqlib/framework/windows/ui_state.h"
 
 namespace dq {
 namespace {
@@ -45,6 +46,7 @@ int CSftTabs::InsertTab(int index, const char* label, BYTE flags) {
 
 bool CSftTabs::DeleteTab(int index) {
   if (!rows_.Has(index)) return false;
+  detail::TellNewRows();
   rows_.Erase(index);
   looks_.erase(looks_.begin() + index);
   if (index == current_) {
@@ -63,6 +65,7 @@ bool CSftTabs::DeleteTab(int index) {
 void CSftTabs::DeleteAllTabs() {
   const int count = rows_.size();
   if (count == 0) return;
+  detail::TellNewRows();
   rows_.Clear();
   looks_.clear();
   current_ = -1;

@@ -227,6 +227,7 @@ void CSftTree::ResetContent() {
 }
 
 void CSftTree::EraseRows(int first, int count) {
+  detail::TellNewRows();
   TellErased(first, count);
   const bool all = count == GetCount();
   if (all) {

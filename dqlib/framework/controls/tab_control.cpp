@@ -71,6 +71,7 @@ bool SECTabControlBase::InsertTab(int index, const char* label, HWND window) {
 bool SECTabControlBase::RemoveTab(int index) {
   const Tab* const tab = Find(index);
   if (tab == nullptr) return false;
+  detail::TellNewRows();
   total_width_ -= tab->width;
   tabs_.erase(tabs_.begin() + index);
   OnTabsShift(index, -1);

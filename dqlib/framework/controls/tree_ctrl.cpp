@@ -63,6 +63,7 @@ HTREEITEM CTreeCtrl::InsertItem(const CTreeViewItemEx& record, HTREEITEM parent,
   values.selected_image = record.GetSelectedImage();
   values.state = record.GetState() & ~UINT{TVIS_SELECTED};
   const bool is_first = items_[above].first_child == kNone;
+  if (is_first) detail::TellNewRows();
   const Index item = items_.Insert(above, before, std::move(values));
   if (is_first && above != kNone) RowChanged(above);
   if (const int row = items_.RowOf(item); row >= 0) RowsCame({row, 1});
@@ -103,6 +104,7 @@ void CTreeCtrl::LeaveSelection(Index doomed) {
 }
 
 void CTreeCtrl::Erase(Index item) {
+  detail::TellNewRows();
   const Index former = selected_;
   const Index parent = items_[item].parent;
   LeaveSelection(item);
@@ -226,6 +228,7 @@ bool CTreeCtrl::SetExpanded(Index item, UINT code) {
   }
   if (expand && items_[item].first_child == kNone) return false;
   const bool hides_selected = !expand && selected_ != item && items_.IsBelow(selected_, item);
+  detail::TellNewRows();
   const TreeItems::Range rows = items_.Expand(item, expand);
   RowChanged(item);
   expand ? RowsCame(rows) : RowsWent(rows);

@@ -111,6 +111,10 @@ void TellRows() {
   }
 }
 
+void TellNewRows() {
+  if (CurrentUi().rows.change == WindowChange::kRowsInserted) TellRows();
+}
+
 void TellChange(CWnd& window, WindowChange change, const ChangedRange& range) {
   UiState& ui = CurrentUi();
   if (ui.observer == nullptr) return;
