@@ -4,7 +4,11 @@
 #include <cstdio>
 #include <gtk/gtk.h>
 #include <random>
+#include <string>
+#include <wx/app.h>
 #include <wx/dataview.h>
+#include <wx/frame.h>
+#include <wx/init.h>
 
 namespace bench {
 
@@ -45,17 +49,26 @@ std::shared_ptr<void> MakeGtkModel(const std::vector<Row>& rows) {
   return {store, &g_object_unref};
 }
 
-std::shared_ptr<void> MakeWxModel(const std::vector<Row>& rows) {
-  auto* const store = new wxDataViewListStore;
-  for (int column = 0; column < 3; ++column) store->AppendColumn("string");
+bool StartWx() {
+  wxApp::SetInstance(new wxApp);
+  std::wstring name = L"trees_bench";
+  wchar_t* arguments[] = {name.data(), nullptr};
+  int count = 1;
+  return wxEntryStart(count, arguments);
+}
+
+std::shared_ptr<void> MakeWxList(const std::vector<Row>& rows) {
+  auto* const frame = new wxFrame(nullptr, wxID_ANY, "");
+  auto* const list = new wxDataViewListCtrl(frame, wxID_ANY);
+  for (const char* title : {"Name", "Size", "Changed"}) list->AppendTextColumn(title);
   for (const Row& row : rows) {
     wxVector<wxVariant> cells;
     for (const std::string& text : {row.name, row.size, row.time}) {
       cells.push_back(wxVariant(wxString::FromUTF8(text)));
     }
-    store->AppendItem(cells);
+    list->AppendItem(cells);
   }
-  return {store, [](wxDataViewListStore* ended) { ended->DecRef(); }};
+  return {frame, [](wxFrame* ended) { delete ended; }};
 }
 
 }  // namespace bench

@@ -20,9 +20,13 @@ struct Row {
 /// Rows in no order, the same ones each time.
 std::vector<Row> MakeRows(int count);
 
-/// Models with the rows, made row by row.
+/// Readies wxWidgets, once, before `MakeWxList`. False without a display.
+bool StartWx();
+
+/// Models with the rows, made row by row; of wxWidgets the control itself, whose model tells it of
+/// each row.
 std::shared_ptr<void> MakeQtModel(const std::vector<Row>& rows);
 std::shared_ptr<void> MakeGtkModel(const std::vector<Row>& rows);
-std::shared_ptr<void> MakeWxModel(const std::vector<Row>& rows);
+std::shared_ptr<void> MakeWxList(const std::vector<Row>& rows);
 
 }  // namespace bench

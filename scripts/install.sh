@@ -11,7 +11,8 @@ packages_of() {
     check) echo libgtest-dev libgmock-dev mold clang-format-14 locales git libgmp-dev poppler-utils \
       xvfb xdotool openbox ;;
     bench) echo libbenchmark-dev libabsl-dev libglib2.0-dev libsqlite3-dev qtbase5-dev pkg-config \
-      libgmp-dev libfmt-dev libicu-dev libhowardhinnant-date-dev libspdlog-dev libctemplate-dev libwxgtk3.2-dev libgtk-3-dev ;;
+      libgmp-dev libfmt-dev libicu-dev libhowardhinnant-date-dev libspdlog-dev libctemplate-dev libwxgtk3.2-dev libgtk-3-dev \
+      xvfb xauth ;;
     fuzz) echo clang-14 libclang-rt-14-dev libgmp-dev ;;
     lint) echo clang-tidy-14 libgtest-dev libgmock-dev ;;
     *)
