@@ -34,23 +34,6 @@ CDQFlexTab* FindSource(COleDataObject* data, CWnd* window, int& tab) {
   return FrameOf(source) == FrameOf(window) ? nullptr : source;
 }
 
-/// For its lifetime a document stays when its last view goes.
-class KeptDocument {
- public:
-  explicit KeptDocument(CDocument* document)
-      : document_(document),
-        deletes_itself_(document != nullptr && std::exchange(document->m_bAutoDelete, false)) {}
-  KeptDocument(const KeptDocument&) = delete;
-  KeptDocument& operator=(const KeptDocument&) = delete;
-  ~KeptDocument() {
-    if (document_) document_->m_bAutoDelete = deletes_itself_;
-  }
-
- private:
-  WatchedDocument document_;
-  bool deletes_itself_;
-};
-
 }  // namespace
 
 UINT CDQFlexTabDropTarget::GetClipboardFormat() {
@@ -114,7 +97,7 @@ bool CDQFlexTabDropTarget::RemoveTab(int index, CDQFlexTabFrame* frame, CDQFlexT
   const HWND around = frame == nullptr ? nullptr : frame->GetSafeHwnd();
   const Watched source(*tabs);
   {
-    const KeptDocument keep(document);
+    const detail::KeptDocument keep(document);
     tabs->RemoveTab(index);
     if (source.IsThere()) tabs->EndTabWindow(ending);
   }

@@ -13,28 +13,6 @@ namespace dq {
 
 using detail::Watched;
 
-namespace {
-
-/// Keeps a document for its lifetime from going with its last view.
-class KeepDocument {
- public:
-  explicit KeepDocument(CDocument* document) : document_(document) {
-    if (document != nullptr) deletes_itself_ = std::exchange(document->m_bAutoDelete, false);
-  }
-  KeepDocument(const KeepDocument&) = delete;
-  KeepDocument& operator=(const KeepDocument&) = delete;
-  ~KeepDocument() {
-    if (document_) document_->m_bAutoDelete = deletes_itself_;
-  }
-  CDocument* get() const { return document_.get(); }
-
- private:
-  detail::WatchedObject<CDocument> document_;
-  bool deletes_itself_ = false;
-};
-
-}  // namespace
-
 IMPLEMENT_DYNCREATE(CDQSplitterWnd, CSplitterWnd)
 
 CDQSplitterWnd::~CDQSplitterWnd() { EndInDestructor(); }
@@ -57,7 +35,7 @@ bool CDQSplitterWnd::ReplaceView(int row, int column, const CRuntimeClass* view_
   const CView* const former = DYNAMIC_DOWNCAST(CView, pane);
   const Watched self(*this);
   // Until the new view shows it.
-  const KeepDocument document(former == nullptr ? nullptr : former->GetDocument());
+  const detail::KeptDocument document(former == nullptr ? nullptr : former->GetDocument());
   pane->DestroyWindow();
   if (!self.IsThere()) return false;
   const CCreateContext context{

@@ -400,4 +400,15 @@ void CDocument::UpdateFrameCounts() {
   }
 }
 
+namespace detail {
+
+KeptDocument::KeptDocument(CDocument* document) : document_(document) {
+  if (document != nullptr) deletes_itself_ = std::exchange(document->m_bAutoDelete, false);
+}
+
+KeptDocument::~KeptDocument() {
+  if (document_) document_->m_bAutoDelete = deletes_itself_;
+}
+
+}  // namespace detail
 }  // namespace dq

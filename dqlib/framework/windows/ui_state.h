@@ -14,6 +14,7 @@
 namespace dq {
 
 class CCmdTarget;
+class CDocument;
 class CWnd;
 
 namespace detail {
@@ -167,6 +168,22 @@ class Closing {
 
  private:
   std::uint64_t former_;
+};
+
+/// Keeps a document for its lifetime from going with its last view. It may end meanwhile.
+class KeptDocument {
+ public:
+  /// Null keeps none.
+  explicit KeptDocument(CDocument* document);
+  KeptDocument(const KeptDocument&) = delete;
+  KeptDocument& operator=(const KeptDocument&) = delete;
+  ~KeptDocument();
+  /// Null once it has ended.
+  CDocument* get() const { return document_.get(); }
+
+ private:
+  WatchedObject<CDocument> document_;
+  bool deletes_itself_ = false;
 };
 
 }  // namespace detail
