@@ -310,7 +310,8 @@ std::string Covered(std::string_view text, const CSize& size) {
   const auto picture = VectorPicture::Read(text);
   if (picture == nullptr) return "bad";
   std::string rows;
-  for (const COLORREF color : picture->Render(size)->pixels) {
+  const auto rendered = picture->Render(size);
+  for (const COLORREF color : rendered->pixels) {
     rows += " .+#"[(255 - (color >> 24)) * 3 / 255];
     if (rows.size() % (static_cast<std::size_t>(size.cx) + 1) == static_cast<std::size_t>(size.cx))
       rows += '/';

@@ -65,7 +65,8 @@ class ConsoleTest(unittest.TestCase):
 
     def choose(self, *keys):
         """An item of the pane's context menu."""
-        self.host.click(self.host.find(id=TREE), x=200, y=8, button=3)
+        tree = self.host.find(id=TREE)
+        self.host.drop_menu(lambda: self.host.click(tree, x=200, y=8, button=3))
         self.host.keys(*keys, "Return")
 
     def test_pane_shows_messages_and_has_a_menu(self):

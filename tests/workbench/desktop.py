@@ -216,6 +216,19 @@ class Host:
     def click(self, window, x=None, y=None, button=1, times=1):
         self.xdotool("mousemove", *self.place(window, x, y), "click", "--repeat", times, button)
 
+    def drop_menu(self, press):
+        """Has the person press for a menu by itself, and waits until it takes keys."""
+        def dropped():
+            return sum(line["event"] == "dropped" for line in self.lines)
+        before = dropped()
+        # The window manager may still move the window.
+        for _ in range(5):
+            press()
+            with self.changed:
+                if self.changed.wait_for(lambda: dropped() > before, LONGEST_WAIT / 6):
+                    return
+        raise AssertionError(f"no menu: {self.show()}")
+
     def drag(self, start, way, button=1, meanwhile=lambda: None):
         """From a point of the display by so many pixels to the right and down; `meanwhile` there, before the
         button is let go."""

@@ -46,7 +46,7 @@ class Tabs:
 
     def choose(self, frame, tab, *keys):
         """An item of the tab's context menu, by keys."""
-        self.press(frame, tab, button=3)
+        self.host.drop_menu(lambda: self.press(frame, tab, button=3))
         self.host.keys(*keys, "Return")
 
     def change(self, frame):

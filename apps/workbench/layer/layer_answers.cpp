@@ -14,6 +14,7 @@
 #include "apps/workbench/layer/plain_mirrors.h"
 #include "apps/workbench/layer/style.h"
 #include "apps/workbench/layer/text.h"
+#include "apps/workbench/layer/trace.h"
 #include "dqlib/framework/windows/screen.h"
 #include "dqlib/framework/windows/win_thread.h"
 
@@ -119,6 +120,7 @@ dq::UINT Layer::TrackMenu(dq::HMENU menu, const dq::MenuSpot& spot, CWnd& owner)
                                                                   : MenuSide::kRight;
   const wxPoint at = scale_.ToNative(spot.at);
   if (DropMenu(native, *over->Inside(), at, side, [&is_left] { is_left = true; })) {
+    if (host_.trace != nullptr) host_.trace->Write(TraceLine("dropped"));
     dq::PumpUntil([&] { return is_left || !loop_.HasDisplay(); });
   }
   return chosen;
