@@ -40,9 +40,8 @@ std::unique_ptr<dq::CDQTree> MakeTree(const std::vector<bench::Row>& rows) {
   auto tree = std::make_unique<dq::CDQTree>();
   AddColumns(*tree);
   for (const bench::Row& row : rows) {
-    const int at = tree->AddRow(row.name.c_str());
-    tree->SetCellText(at, 1, row.size.c_str());
-    tree->SetCellText(at, 2, row.time.c_str());
+    const char* const texts[] = {row.name.c_str(), row.size.c_str(), row.time.c_str()};
+    tree->AddRow(texts);
   }
   return tree;
 }

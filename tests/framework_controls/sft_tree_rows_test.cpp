@@ -201,6 +201,25 @@ struct Mirror : RecordingObserver {
   std::vector<std::string> rows;
 };
 
+TEST(SftTree, RowsComeInWithTheTextsOfTheirColumns) {
+  CSftTree tree;
+  for (const char* title : {"A", "B", "C"}) tree.AddColumn(title, 50);
+  for (const std::vector<const char*>& texts :
+       {std::vector<const char*>{"a", nullptr, "c", "none"}, {"", "b"}, {"", nullptr, ""}, {}}) {
+    const int row = tree.AddRow(texts);
+    EXPECT_EQ(std::string(tree.CellText(row, 0)) + '|' + tree.CellText(row, 1) + '|' +
+                  tree.CellText(row, 2),
+              (std::array{"a||c", "|b|", "||", "||"}[static_cast<std::size_t>(row)]));
+  }
+  // A text may be the tree's own.
+  const char* const own[] = {tree.CellText(0, 2), tree.CellText(1, 1)};
+  EXPECT_EQ(tree.InsertRow(0, own, 5), 0);
+  EXPECT_STREQ(tree.CellText(0, 1), "b");
+  EXPECT_STREQ(tree.CellText(1, 2), "c");
+  tree.SetCellText(0, 0, "longer");
+  EXPECT_STREQ(tree.CellText(0, 1), "b");
+}
+
 TEST(SftTree, TellsObserversOfAllRowsThatChange) {
   MainWindow main;
   CSftTree tree;

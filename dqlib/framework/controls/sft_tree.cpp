@@ -191,10 +191,19 @@ void CSftTree::MoveMarks(Follow follow) {
   for (int* const mark : {&caret_, &anchor_, &drop_target_, &followed_row_}) *mark = follow(*mark);
 }
 
+int CSftTree::AddRow(std::span<const char* const> texts, int level) {
+  return InsertRow(-1, texts, level);
+}
+
 int CSftTree::InsertRow(int index, const char* text, int level) {
+  return InsertRow(index, std::span(&text, 1), level);
+}
+
+int CSftTree::InsertRow(int index, std::span<const char* const> texts, int level) {
   if (index == -1) index = GetCount();
   if (index < 0 || index > GetCount()) return -1;
-  const int end = rows_->Insert(index, OrEmpty(text), level);
+  const auto cells = static_cast<std::size_t>(GetCellCount());
+  const int end = rows_->Insert(index, texts.first(std::min(texts.size(), cells)), level);
   const bool cut = end > index + 1;
   MoveMarks([=](int mark) { return Inserted(mark, index, 1); });
   // One that comes in where the first row in sight is becomes that itself.

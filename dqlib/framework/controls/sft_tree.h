@@ -135,10 +135,14 @@ class CSftTree : public Control {
   /// Adds a row behind all, at level 0 or, in the second form, at a level, which is cut to one
   /// below the last row's. `text` is that of column 0. Returns its index.
   int AddRow(const char* text, int level = 0);
+  /// The same with the texts of the first columns, null for an empty one; faster than setting
+  /// them afterwards. What is beyond the columns is left out.
+  int AddRow(std::span<const char* const> texts, int level = 0);
   /// Inserts it before the row `index`, or at the end with -1 or the count; -1 for any other index.
   /// The level is cut to what the row before allows; rows behind that hang on keep their levels, as
   /// far as they may. The branch that it comes into is not expanded by that.
   int InsertRow(int index, const char* text, int level);
+  int InsertRow(int index, std::span<const char* const> texts, int level);
   /// Takes the row out with all that is below it. True if there was one. For each row the delete
   /// callback is called first, which must not change the tree.
   bool DeleteRow(int row);

@@ -29,11 +29,10 @@ class Hider {
 
 }  // namespace
 
-int TreeRows::Insert(int index, std::string_view text, int level) {
+int TreeRows::Insert(int index, std::span<const char* const> texts, int level) {
   TreeRow added;
   added.level = std::clamp(level, 0, GetMostLevel(index));
-  TextRun run;
-  if (texts_.SetCell(run, 0, text)) added.SetText(run);
+  added.SetText(texts_.Add(texts));
   const bool is_last = index == rows_.size();
   rows_.Insert(index, added);
   if (is_last && added.level == 0) return index + 1;

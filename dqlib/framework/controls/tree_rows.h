@@ -25,7 +25,7 @@ class TreeRows {
   /// Inserts a row before an index, or at the end, at a level that is cut as needed. Rows behind it
   /// that would lie too deep then come up as far as they must. Returns the index behind the last
   /// one that does, or behind the row.
-  int Insert(int index, std::string_view text, int level);
+  int Insert(int index, std::span<const char* const> texts, int level);
   /// Takes a row out with all below it.
   void Erase(int row);
   void Clear();

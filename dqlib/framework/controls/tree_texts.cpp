@@ -33,6 +33,37 @@ const char* TreeTexts::Cell(const TextRun& run, int column) const {
   return at == texts.data() + texts.size() ? "" : at;
 }
 
+TextRun TreeTexts::Add(std::span<const char* const> texts) {
+  // Of the first texts the lengths are kept from counting to copying.
+  constexpr std::size_t kKept = 16;
+  std::size_t lengths[kKept];
+  const auto length = [&](std::size_t at) {
+    return texts[at] == nullptr ? 0 : std::strlen(texts[at]);
+  };
+  std::size_t size = 0;
+  std::size_t used = 0;
+  std::size_t count = 0;
+  for (std::size_t at = 0; at < texts.size(); ++at) {
+    const std::size_t bytes = length(at);
+    if (at < kKept) lengths[at] = bytes;
+    size += bytes + 1;
+    if (size > kMostBytes) return {};
+    if (bytes == 0) continue;
+    used = size;
+    count = at + 1;
+  }
+  if (used == 0) return {};
+  const TextRun run = Take(static_cast<std::uint32_t>(used));
+  char* to = At(run);
+  for (std::size_t at = 0; at < count; ++at) {
+    const std::size_t bytes = at < kKept ? lengths[at] : length(at);
+    if (bytes > 0) std::memcpy(to, texts[at], bytes);
+    to += bytes;
+    *to++ = '\0';
+  }
+  return run;
+}
+
 bool TreeTexts::SetCell(TextRun& run, int column, std::string_view text) {
   if (GrowInPlace(run, column, text)) return true;
   const std::string_view texts = View(run);

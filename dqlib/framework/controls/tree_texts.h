@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,6 +35,9 @@ class TreeTexts {
   /// Replaces the text of a column, which may be one of these texts and has no zeros. False, and no
   /// change, if the row's texts would be longer than 2^31 - 1 bytes together.
   bool SetCell(TextRun& run, int column, std::string_view text);
+  /// A new run with the texts of the first columns, null for an empty one; each may be one of these
+  /// texts. Without any if they would be longer than 2^31 - 1 bytes together.
+  TextRun Add(std::span<const char* const> texts);
   void Free(const TextRun& run);
   /// Copies a run of another store to this one.
   TextRun Copy(const TreeTexts& from, const TextRun& run);
