@@ -118,8 +118,7 @@ CString CDQSystemInfo::GetSpecialFolderPath(int folder, bool create, CWnd* /*own
 }
 
 CString CDQSystemInfo::GetAppDataPath(bool create) {
-  const CWinApp* const app = AfxGetApp();
-  CDQString name(app == nullptr ? "" : app->GetAppName());
+  CDQString name(AfxGetAppName());
   name.TrimWhiteSpace();
   return DataPath(create, name);
 }

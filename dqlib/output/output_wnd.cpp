@@ -33,11 +33,6 @@ constexpr char kSaveFolder[] = "LastSaveErrorDirectory";
 constexpr char kSaveExtension[] = "LastSaveErrorFileExtension";
 constexpr char kSaveFilter[] = "LastSaveErrorFilterIndex";
 
-CString AppName() {
-  const CWinApp* const app = AfxGetApp();
-  return app == nullptr ? CString() : CString(app->GetAppName());
-}
-
 /// The next line, without the blanks behind it; `rest` goes on at the next text.
 std::string_view TakeLine(std::string_view& rest) {
   const std::size_t end = std::min(rest.find('\n'), rest.size());
@@ -78,7 +73,7 @@ CDQOutputWnd::CDQOutputWnd() : CControlBar(DockSide::kBottom) {
     const CString folder = CDQSystemInfo::GetAppDataPath(true);
     // Without a folder there is no place to name.
     if (!folder.IsEmpty()) {
-      options.SetString(kLogPathOption, folder + AppName() + "Output.log");
+      options.SetString(kLogPathOption, folder + AfxGetAppName() + "Output.log");
     }
   }
   CDQOutputWnd::OnRegistryChange();
@@ -254,7 +249,7 @@ void CDQOutputWnd::OnSave() {
 
 void CDQOutputWnd::OnPrint() {
   CDQTree& tree = *GetTreeWnd();
-  tree.SetPrintHeaderPrefix(AppName() + detail::LoadText(IDS_MESSAGE_LOG));
+  tree.SetPrintHeaderPrefix(AfxGetAppName() + detail::LoadText(IDS_MESSAGE_LOG));
   tree.AllowPrintSelection(true);
   tree.OnFilePrint();
 }

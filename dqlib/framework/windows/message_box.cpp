@@ -10,11 +10,6 @@ namespace {
 
 using detail::OrEmpty;
 
-std::string_view AppCaption() {
-  const CWinApp* const app = AfxGetApp();
-  return app == nullptr ? "" : app->GetAppName();
-}
-
 int Show(std::string_view caption, std::string_view text, UINT type, UINT help_id) {
   return platform::Current().prompts->Show(caption, text, type, help_id);
 }
@@ -22,7 +17,7 @@ int Show(std::string_view caption, std::string_view text, UINT type, UINT help_i
 }  // namespace
 
 int AfxMessageBox(const char* text, UINT type, UINT help_id) {
-  return Show(AppCaption(), OrEmpty(text), type, help_id);
+  return Show(AfxGetAppName(), OrEmpty(text), type, help_id);
 }
 
 int AfxMessageBoxWithCaption(const char* text, const char* caption, UINT type) {
@@ -30,7 +25,7 @@ int AfxMessageBoxWithCaption(const char* text, const char* caption, UINT type) {
 }
 
 int AfxMessageBox(UINT id, UINT type, UINT help_id) {
-  return Show(AppCaption(), AfxFindString(id).value_or(""), type,
+  return Show(AfxGetAppName(), AfxFindString(id).value_or(""), type,
               help_id == kNoHelp ? id : help_id);
 }
 

@@ -299,9 +299,11 @@ int detail::ProfileNumber(std::string_view text) {
 
 CWinApp* AfxGetApp() { return g_app; }
 
-CString AppRegistryRoot() {
+const char* AfxGetAppName() {
   const CWinApp* const app = AfxGetApp();
-  return detail::LoadText(IDS_REGISTRY_ROOT) + (app == nullptr ? "" : app->GetAppName()) + "\\";
+  return app == nullptr ? "" : app->GetAppName();
 }
+
+CString AppRegistryRoot() { return detail::LoadText(IDS_REGISTRY_ROOT) + AfxGetAppName() + "\\"; }
 
 }  // namespace dq

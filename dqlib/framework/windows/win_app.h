@@ -105,6 +105,8 @@ int ProfileNumber(std::string_view text);
 
 /// The program's application object, or null. Any thread.
 CWinApp* AfxGetApp();
+/// Its name; "" without it.
+const char* AfxGetAppName();
 
 /// "Software\Velmora\<application's name>\": the path below the current user under which the
 /// library keeps its settings; "" instead of the name without an application object. It is the
