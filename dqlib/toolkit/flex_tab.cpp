@@ -14,7 +14,6 @@ namespace dq {
 IMPLEMENT_DYNCREATE(CDQFlexTab, SEC3DTabWnd)
 
 using detail::Watched;
-using WatchedDocument = detail::WatchedObject<CDocument>;
 
 namespace {
 

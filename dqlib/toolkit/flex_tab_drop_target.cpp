@@ -1,7 +1,6 @@
 #include "dqlib/toolkit/flex_tab_drop_target.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "dqlib/framework/windows/document.h"
 #include "dqlib/framework/windows/ui_state.h"

@@ -1,7 +1,6 @@
 #include "dqlib/toolkit/flex_tab_frame.h"
 
 #include <algorithm>
-#include <utility>
 #include <vector>
 
 #include "dqlib/framework/windows/doc_manager.h"
