@@ -20,11 +20,7 @@ namespace {
 
 /// Of a popup's text, in bytes.
 constexpr int kLongestPopupText = 1024;
-/// What an item keeps when it is drawn from now on, or no longer.
-constexpr UINT kKeptStates = MF_GRAYED | MF_DISABLED | MF_CHECKED | MF_RADIOCHECK;
 constexpr UINT kHighestResource = 0xFFFF;
-
-const char* ToData(const CMenuItemInfo* record) { return reinterpret_cast<const char*>(record); }
 
 }  // namespace
 
@@ -90,10 +86,10 @@ void CDQCoolMenu::CoolifyItem(int position) {
     const CMenuItemInfo* record = RecordAt(position);
     if (record == nullptr) record = items_.AddItem(text.Left(kLongestPopupText));
     plain_popups_.erase(popup);
-    ModifyMenu(at, flags | MF_POPUP, reinterpret_cast<std::uintptr_t>(popup), ToData(record));
+    ModifyMenu(at, flags | MF_POPUP, reinterpret_cast<std::uintptr_t>(popup), record->AsItemData());
   } else if (!text.IsEmpty()) {
     const CMenuItemInfo* const record = items_.AddOrReplace(id, CommandToImageIndex(id), text);
-    ModifyMenu(at, flags, id, ToData(record));
+    ModifyMenu(at, flags, id, record->AsItemData());
   }
 }
 
@@ -104,7 +100,7 @@ void CDQCoolMenu::RestoreItems() {
     const UINT at = static_cast<UINT>(position);
     const detail::MenuItem item = detail::FindMenu(m_hMenu)->items[at];
     if ((item.flags & MF_OWNERDRAW) == 0) continue;
-    const CMenuItemInfo* const record = RecordAt(position);
+    const CMenuItemInfo* const record = RecordOf(item);
     const bool is_popup = (item.flags & MF_POPUP) != 0;
     if (record == nullptr && (item.flags & MF_SEPARATOR) == 0) continue;
     const std::uintptr_t id =

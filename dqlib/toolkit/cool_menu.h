@@ -192,7 +192,11 @@ class CDQCoolMenu : public CMenu {
  private:
   enum class Leaving { kDelete, kRemove, kHide };
 
+  /// What an item keeps when it is drawn from now on, or no longer, and when another menu gets it.
+  static constexpr UINT kKeptStates = MF_GRAYED | MF_DISABLED | MF_CHECKED | MF_RADIOCHECK;
+
   CMenuItemInfo* RecordOf(const detail::MenuItem& item) const;
+  const detail::MenuItem* ItemAt(int position) const;
   CMenuItemInfo* RecordAt(int position) const;
   std::string_view ShownText(const detail::MenuItem& item) const;
   HMENU PopupAt(int position) const;

@@ -16,12 +16,9 @@ namespace dq {
 namespace {
 
 constexpr UINT kAtEnd = 0xFFFFFFFF;
-constexpr UINT kShownStates = MF_GRAYED | MF_DISABLED | MF_CHECKED | MF_RADIOCHECK;
 /// In the high word of an answer to `WM_MENUCHAR`.
 constexpr UINT kExecute = 2;
 constexpr int kHighestByte = 0xFF;
-
-const char* ToData(const CMenuItemInfo* record) { return reinterpret_cast<const char*>(record); }
 
 /// A string of the resources; "" if there is none.
 CString TextOf(UINT id) {
@@ -105,17 +102,17 @@ bool CDQCoolMenu::InsertItem(int position, UINT flags, UINT id, UINT text_id, UI
 bool CDQCoolMenu::Insert(UINT position, UINT flags, UINT id, const char* text, UINT image) {
   if (GetMenuItemCount() < 0) return false;
   RecalcWidth();
-  const UINT drawn = MF_BYPOSITION | MF_OWNERDRAW | (flags & kShownStates);
+  const UINT drawn = MF_BYPOSITION | MF_OWNERDRAW | (flags & kKeptStates);
   if ((flags & MF_SEPARATOR) != 0) return InsertMenu(position, drawn | MF_SEPARATOR);
   const int index = image == kPopupId ? CommandToImageIndex(id) : static_cast<int>(image);
-  return InsertMenu(position, drawn, id, ToData(items_.AddOrReplace(id, index, text)));
+  return InsertMenu(position, drawn, id, items_.AddOrReplace(id, index, text)->AsItemData());
 }
 
 bool CDQCoolMenu::InsertPopup(int position, HMENU menu, const char* text, bool owner_draw) {
   CMenuItemInfo* const record = items_.AddItem(text);
   const UINT flags = MF_BYPOSITION | MF_POPUP | (owner_draw ? UINT{MF_OWNERDRAW} : 0);
   const char* shown = record->m_strText;
-  if (owner_draw) shown = ToData(record);
+  if (owner_draw) shown = record->AsItemData();
   const auto id = reinterpret_cast<std::uintptr_t>(menu);
   if (!InsertMenu(static_cast<UINT>(position), flags, id, shown)) {
     items_.Delete(record);
@@ -198,19 +195,23 @@ CMenuItemInfo* CDQCoolMenu::RecordOf(const detail::MenuItem& item) const {
   return plain == plain_popups_.end() ? nullptr : plain->second;
 }
 
-/// Null without a record, and if there is no such item.
-CMenuItemInfo* CDQCoolMenu::RecordAt(int position) const {
+/// Null if there is no such item.
+const detail::MenuItem* CDQCoolMenu::ItemAt(int position) const {
   const detail::MenuModel* const menu = detail::FindMenu(m_hMenu);
   if (menu == nullptr || position < 0 || position >= GetMenuItemCount()) return nullptr;
-  return RecordOf(menu->items[static_cast<std::size_t>(position)]);
+  return &menu->items[static_cast<std::size_t>(position)];
+}
+
+/// Null without a record, and if there is no such item.
+CMenuItemInfo* CDQCoolMenu::RecordAt(int position) const {
+  const detail::MenuItem* const item = ItemAt(position);
+  return item == nullptr ? nullptr : RecordOf(*item);
 }
 
 /// The handle of a popup that is there, or null.
 HMENU CDQCoolMenu::PopupAt(int position) const {
-  const detail::MenuModel* const menu = detail::FindMenu(m_hMenu);
-  if (menu == nullptr || position < 0 || position >= GetMenuItemCount()) return nullptr;
-  const HMENU popup = menu->items[static_cast<std::size_t>(position)].submenu;
-  return detail::FindMenu(popup) == nullptr ? nullptr : popup;
+  const detail::MenuItem* const item = ItemAt(position);
+  return item == nullptr || detail::FindMenu(item->submenu) == nullptr ? nullptr : item->submenu;
 }
 
 /// The record's text, or the menu's own of an item that isn't drawn.
@@ -220,9 +221,8 @@ std::string_view CDQCoolMenu::ShownText(const detail::MenuItem& item) const {
 }
 
 CString CDQCoolMenu::TextAt(int position) const {
-  const CMenuItemInfo* const record = RecordAt(position);
-  return record != nullptr ? record->m_strText
-                           : GetMenuString(static_cast<UINT>(position), MF_BYPOSITION);
+  const detail::MenuItem* const item = ItemAt(position);
+  return item == nullptr ? CString() : CString(ShownText(*item));
 }
 
 bool CDQCoolMenu::ModifyItem(UINT id, const char* text, UINT image) {
@@ -271,7 +271,7 @@ bool CDQCoolMenu::ExtendMenu(CDQCoolMenu* other) {
   for (int from = 0; from < other->GetMenuItemCount(); ++from) {
     const UINT id = other->GetMenuItemID(from);
     const CString text = other->TextAt(from);
-    const UINT flags = other->GetMenuState(static_cast<UINT>(from), MF_BYPOSITION) & kShownStates;
+    const UINT flags = other->GetMenuState(static_cast<UINT>(from), MF_BYPOSITION) & kKeptStates;
     if (id == 0) {
       AddItem(MF_SEPARATOR, 0, "");
       continue;
@@ -326,7 +326,8 @@ void CDQCoolMenu::ReplaceItem(int position, UINT flags, UINT id, const CString& 
   }
   const CMenuItemInfo* const former = RecordAt(position);
   const CMenuItemInfo* const record = items_.AddOrReplace(id, image, text);
-  ModifyMenu(static_cast<UINT>(position), MF_BYPOSITION | MF_OWNERDRAW | flags, id, ToData(record));
+  ModifyMenu(static_cast<UINT>(position), MF_BYPOSITION | MF_OWNERDRAW | flags, id,
+             record->AsItemData());
   if (former != record) DropRecord(former);
   RecalcWidth();
 }

@@ -2,15 +2,12 @@
 
 #include <algorithm>
 
+#include "dqlib/framework/base/text.h"
+
 namespace dq {
-namespace {
-
-const char* OrEmpty(const char* text) { return text == nullptr ? "" : text; }
-
-}  // namespace
 
 CMenuItemInfo::CMenuItemInfo(UINT id, int image, const char* text)
-    : m_nID(id), m_nImage(image), m_strText(OrEmpty(text)) {}
+    : m_nID(id), m_nImage(image), m_strText(text) {}
 
 CMenuItemInfoArray::~CMenuItemInfoArray() = default;
 
@@ -18,7 +15,7 @@ CMenuItemInfo* CMenuItemInfoArray::AddOrReplace(UINT id, int image, const char* 
   CMenuItemInfo* const known = Find(id);
   if (known == nullptr) return Add(id, image, text);
   // The text may be the record's own.
-  const CString copy(OrEmpty(text));
+  const CString copy(text);
   known->m_nImage = image;
   known->m_strText = copy;
   return known;
@@ -39,7 +36,7 @@ CMenuItemInfo* CMenuItemInfoArray::Add(UINT id, int image, const char* text) {
 bool CMenuItemInfoArray::Delete(UINT id) { return Delete(Find(id)); }
 
 bool CMenuItemInfoArray::Delete(const char* text) {
-  const std::string_view wanted = OrEmpty(text);
+  const std::string_view wanted = detail::OrEmpty(text);
   return Erase(std::ranges::find_if(
       records_, [wanted](const auto& record) { return record->m_strText.View() == wanted; }));
 }

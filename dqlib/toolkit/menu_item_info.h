@@ -21,6 +21,9 @@ class CMenuItemInfo : public CObject {
  public:
   CMenuItemInfo(UINT id, int image, const char* text);
 
+  /// What a menu's operations take as the item's text.
+  const char* AsItemData() const { return reinterpret_cast<const char*>(this); }
+
   const UINT m_nID;
   /// Index of a picture in the menu's image list, or `kNoImage`.
   int m_nImage;
