@@ -8,6 +8,7 @@
 #include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/platform/platform.h"
 #include "dqlib/resources/library.h"
+#include "dqlib/resources/pictures.h"
 #include "dqlib/resources/string_ids.h"
 
 namespace dq {
@@ -17,7 +18,7 @@ IMPLEMENT_DYNCREATE(CDQNetworkTree, CDQTree)
 namespace {
 
 /// The network, closed and open, and a machine.
-constexpr UINT kPictureIds[] = {2704, 2705, 2706};
+constexpr UINT kPictureIds[] = {IDB_NETWORK, IDB_NETWORK_GROUP, IDB_MACHINE};
 constexpr std::string_view kMachinePrefix = "\\\\";
 constexpr int kNetworkRow = 0;
 
