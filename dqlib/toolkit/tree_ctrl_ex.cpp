@@ -6,6 +6,25 @@ namespace dq {
 
 IMPLEMENT_DYNCREATE(CDQTreeCtrlEx, CTreeCtrl)
 
+namespace {
+
+/// The item that a notification of a tree is about; null for one of another kind.
+HTREEITEM ItemOf(const NMHDR& header) {
+  switch (header.code) {
+    case NM_CLICK:
+    case NM_DBLCLK:
+    case TVN_SELCHANGING:
+    case TVN_SELCHANGED:
+    case TVN_ITEMEXPANDING:
+    case TVN_ITEMEXPANDED:
+      return reinterpret_cast<const NM_TREEVIEW&>(header).itemNew;
+    default:
+      return nullptr;
+  }
+}
+
+}  // namespace
+
 CDQTreeCtrlEx::~CDQTreeCtrlEx() { EndInDestructor(); }
 
 // ---- Items
@@ -107,14 +126,15 @@ BOOL CDQTreeCtrlEx::OnWndMsg(UINT message, WPARAM wparam, LPARAM lparam, LRESULT
 
 BOOL CDQTreeCtrlEx::OnCmdMsg(UINT id, int code, void* extra, void* handler_info) {
   CDQTreeItemBase* const item = GetItemFromHandle(GetSelectedItem());
+  const detail::Watched self(*this);
   if (item != nullptr && item->OnCmdMsg(id, code, extra, handler_info) != 0) return 1;
-  return CTreeCtrl::OnCmdMsg(id, code, extra, handler_info);
+  return self.IsThere() ? CTreeCtrl::OnCmdMsg(id, code, extra, handler_info) : 1;
 }
 
 BOOL CDQTreeCtrlEx::OnChildNotify(UINT message, WPARAM wparam, LPARAM lparam, LRESULT* result) {
-  if (message == WM_NOTIFY && lparam != 0) {
-    const auto& told = *reinterpret_cast<const NM_TREEVIEW*>(lparam);
-    CDQTreeItemBase* const item = GetItemFromHandle(told.itemNew);
+  if (message == WM_NOTIFY) {
+    const HTREEITEM handle = ItemOf(*reinterpret_cast<const NMHDR*>(lparam));
+    CDQTreeItemBase* const item = GetItemFromHandle(handle);
     const detail::Watched self(*this);
     if (item != nullptr && item->HandleChildNotify(message, wparam, lparam, result) != 0) return 1;
     if (!self.IsThere()) return 1;

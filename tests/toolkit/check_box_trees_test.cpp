@@ -238,6 +238,36 @@ TEST(CheckBoxItems, PassWhatTheyAreOnToTheirRows) {
   EXPECT_TRUE(shown.items["b"]->GetTreeCtrl() == nullptr && shown.root->GetChildCount() == 1);
 }
 
+TEST(TreeItems, HearFirstWhatTheirTreeIsAskedAndTellsOfThem) {
+  struct Told : CDQTreeItemBase {
+    BOOL OnCmdMsg(UINT id, int, void*, void*) override {
+      told += std::to_string(id) + " ";
+      return keeps;
+    }
+    BOOL OnChildNotify(UINT, WPARAM, LPARAM lparam, LRESULT* result) override {
+      told += std::to_string(reinterpret_cast<const NMHDR*>(lparam)->code) + " ";
+      *result = 1;
+      return keeps;
+    }
+    BOOL keeps = 1;
+    std::string told;
+  } item;
+  MainWindow main;
+  CDQTreeCtrlEx tree;
+  tree.Create(&main, {0, 0, 200, 200}, 7);
+  const HTREEITEM row = tree.LoadTree(&item, TVI_ROOT, 0);
+  EXPECT_FALSE(tree.Choose(row)) << "the item answers in the parent's place";
+  item.keeps = 0;
+  EXPECT_TRUE(tree.Choose(row));
+  tree.OnCmdMsg(5, CN_COMMAND, nullptr, nullptr);
+  // One of another kind is about no item, whatever lies behind its header.
+  NM_TREEVIEW other;
+  other.hdr = {tree.GetSafeHwnd(), 7, -12};
+  other.itemNew = row;
+  main.SendMessage(WM_NOTIFY, 7, reinterpret_cast<LPARAM>(&other));
+  EXPECT_EQ(item.told, "-401 -401 -402 5 ");
+}
+
 // ---- Rows
 
 /// Takes down the codes of what it is told.
