@@ -104,9 +104,17 @@ void Fill(dq::CDQTree& tree, const std::vector<Line>& lines, const std::vector<d
   for (std::size_t column = 0; column < columns; ++column) {
     tree.AddColumn("", kUsualWidth, column < types.size() ? types[column] : dq::kColumnText);
   }
+  std::string cells;
+  std::vector<const char*> texts;
   for (const Line& line : lines) {
-    const int row = tree.AddRow("", line.level);
-    tree.SetDelimitedText(row, std::string(line.cells).c_str(), "\t");
+    cells = line.cells;
+    texts.assign(1, cells.c_str());
+    for (char& character : cells) {
+      if (character != '\t') continue;
+      character = '\0';
+      texts.push_back(&character + 1);
+    }
+    tree.AddRow(texts, line.level);
   }
 }
 

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <array>
 #include <memory>
 
 #include "dqlib/toolkit/tree.h"
@@ -10,6 +11,8 @@ namespace dq::detail {
 
 /// Columns of such a tree.
 enum MessageColumn : int { kTimeColumn, kSourceColumn, kTextColumn, kMessageColumns };
+/// The texts of a row, by its columns.
+using MessageTexts = std::array<const char*, kMessageColumns>;
 
 /// Gives a tree without columns the ones of messages, and has it free its rows' data.
 void MakeMessageTree(CDQTree& tree);

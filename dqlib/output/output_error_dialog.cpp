@@ -29,10 +29,9 @@ void CDQOutputErrorDialog::CopyRows() {
   const detail::SharedMessage* former = nullptr;
   detail::SharedMessage::Maker own;
   for (int row = 0; row < from.GetCount(); ++row) {
-    const int added = m_tree.AddString(from.CellText(row, detail::kTimeColumn));
-    for (int column = detail::kSourceColumn; column < detail::kMessageColumns; ++column) {
-      m_tree.SetText(added, column, from.CellText(row, column));
-    }
+    const int added = m_tree.AddRow(detail::MessageTexts{from.CellText(row, detail::kTimeColumn),
+                                                         from.CellText(row, detail::kSourceColumn),
+                                                         from.CellText(row, detail::kTextColumn)});
     m_tree.SetRowPicture(added, from.GetRowPicture(row));
     const detail::SharedMessage* const message = detail::SharedMessage::Of(from, row);
     if (message == nullptr) continue;

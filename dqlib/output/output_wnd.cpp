@@ -121,9 +121,7 @@ void CDQOutputWnd::AddLine(Adding& adding, const CString& time, const CString& s
   if (tree.GetCount() >= m_nMaxEntries) tree.DeleteRow(0);
   const CString text(line);
   if (line.size() > adding.longest.size()) adding.longest = line;
-  adding.last = tree.AddString(time);
-  tree.SetText(adding.last, detail::kSourceColumn, source);
-  tree.SetText(adding.last, detail::kTextColumn, text);
+  adding.last = tree.AddRow(detail::MessageTexts{time, source, text});
   tree.SetRowPicture(adding.last, adding.picture);
   adding.message->AddRow(tree, adding.last);
   if (adding.keeps_rows) adding.rows.push_back(time + ' ' + source + ' ' + text);
