@@ -64,7 +64,7 @@ bool CDQTree::CallMapped(const HandlerKey& key, HandlerArguments& arguments) {
   static constexpr MessageMapEntry kEntries[] = {
       CommandEntry<&CDQTree::OnFileSave>(ID_FILE_SAVE),
       CommandEntry<&CDQTree::OnFilePrint>(ID_FILE_PRINT),
-      CommandEntry<&CDQTree::Copy>(ID_EDIT_COPY),
+      CommandEntry<&CDQTree::OnEditCopy>(ID_EDIT_COPY),
       ReflectedEntry<&CDQTree::OnLButtonExpandCollapse>(kTreeButtonDown),
       ReflectedEntry<&CDQTree::OnLButtonExpandCollapse>(kTreeButtonDoubleClick),
       ReflectedEntry<&CDQTree::OnLButtonExpandCollapse>(kTreePictureDoubleClick),

@@ -267,9 +267,10 @@ class CDQTree : public CSftTree {
   // Copying, saving, printing.
 
   /// Copy and delete; copy the selected rows to the clipboard, with as many tabs before each as its
-  /// level says and tabs between its columns; nothing; delete.
+  /// level says and tabs between its columns; nothing; delete. `Copy` is false, and tells nobody,
+  /// if someone else holds the clipboard; then `Cut` deletes nothing.
   void Cut();
-  void Copy();
+  bool Copy();
   virtual void Paste() {}
   void Clear() { DeleteSelectedItems(); }
   /// The text that `Copy` puts on the clipboard; "" if no row is selected, and then it puts none.
@@ -364,6 +365,7 @@ class CDQTree : public CSftTree {
   void PlaceEditor();
   int CreateNewRow(UINT name_id, bool is_folder);
   int InsertItem(int near, const char* text, void* data);
+  void OnEditCopy() { Copy(); }
   CString NameOf(int row);
   bool RefuseMove(int row, int folder);
   void PickBitmap(int row);

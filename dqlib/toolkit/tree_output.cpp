@@ -88,12 +88,12 @@ CString CDQTree::GetCopyText() const {
   return CString(text);
 }
 
-void CDQTree::Copy() {
-  if (GetSelectedCount() == 0) return;
+bool CDQTree::Copy() {
+  if (GetSelectedCount() == 0) return true;
   const CWaitCursor wait;
   CDQClipboardWriter writer(this);
   writer.Write(GetCopyText());
-  writer.PostData();
+  return writer.PostData();
 }
 
 void CDQTree::Save(const char* file, const char* delimiter, const char* line_end) {

@@ -120,9 +120,8 @@ void CDQTree::DeleteSelectedItems() {
 }
 
 void CDQTree::Cut() {
-  const Watched self(*this);
-  Copy();
-  if (self.IsThere()) DeleteSelectedItems();
+  // What isn't on the clipboard would be lost.
+  if (Copy()) DeleteSelectedItems();
 }
 
 // New rows.

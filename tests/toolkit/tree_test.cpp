@@ -315,6 +315,18 @@ TEST(Tree, DeletionAsksAndGoesFromTheBottomUp) {
   tree.Clear();
   EXPECT_EQ(RowsOf(tree), "a, b,c,f");
   for (const int row : {0, 1, 2}) tree.SelectRow(row);
+  {
+    struct : platform::Clipboard {
+      platform::Error SetAll(std::span<const platform::ClipboardData>) override {
+        return {platform::ErrorKind::kBusy, 0};
+      }
+      std::optional<std::string> Get(UINT) override { return std::nullopt; }
+      std::vector<UINT> Formats() override { return {}; }
+    } busy;
+    const platform::ScopedPlatform scope(With(&platform::Platform::clipboard, &busy));
+    tree.Cut();
+    EXPECT_TRUE(!tree.Copy() && RowsOf(tree) == "a, b,c,f") << "what isn't copied stays";
+  }
   tree.Cut();
   EXPECT_EQ(RowsOf(tree) + " " + gone, "f decba");
   EXPECT_EQ(platform::Current().clipboard->Get(CLIPBOARD_TEXT),
