@@ -220,6 +220,7 @@
 #include "dqlib/toolkit/tree.h"
 #include "dqlib/toolkit/tree_controller.h"
 #include "dqlib/toolkit/tree_ctrl_ex.h"
+#include "dqlib/toolkit/tree_edit.h"
 #include "dqlib/toolkit/tree_item_base.h"
 #include "dqlib/toolkit/tree_item_model.h"
 #include "dqlib/toolkit/tree_state.h"

@@ -13,10 +13,6 @@ using detail::Watched;
 
 namespace {
 
-HBITMAP PictureOf(const CBitmap* bitmap) {
-  return bitmap == nullptr ? nullptr : bitmap->GetSafeHandle();
-}
-
 std::size_t At(CHECK_STATE state) { return static_cast<std::size_t>(state); }
 
 /// Remarks what a test of a row has come to, and returns it.

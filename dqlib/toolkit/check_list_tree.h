@@ -104,7 +104,6 @@ class CDQCheckListTree : public CDQTree {
   void UpdateSubItemState(int row, bool check);
 
  private:
-  bool HasRow(int row) const { return row >= 0 && row < GetCount(); }
   void ReplacePictures(const std::array<CBitmap*, 3>& pictures);
   void ShowState(int row, bool check);
   void ShowAll(bool check);

@@ -1,7 +1,8 @@
 #include "dqlib/toolkit/print_dlg.h"
 
 #include <algorithm>
-#include <numeric>
+#include <string>
+#include <utility>
 
 #include "dqlib/framework/base/multi_byte.h"
 #include "dqlib/framework/windows/screen.h"
@@ -88,11 +89,6 @@ void CDQPrintDlg::SetHeader(const char* header, const char* title) {
 void CDQPrintDlg::SetPageRange(int first, int last) {
   m_nFirstPage = std::max(first, 1);
   m_nLastPage = std::min(last, GetPageCount());
-}
-
-int CDQPrintDlg::GetPageCount() const {
-  const int rows = static_cast<int>(m_rows.size());
-  return rows / kRowsOfPage + (rows % kRowsOfPage != 0 ? 1 : 0);
 }
 
 void CDQPrintDlg::OpenWindow() {

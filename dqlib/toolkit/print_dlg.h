@@ -31,7 +31,9 @@ class CDQPrintDlg : public CDialog {
   /// The string that says what is done.
   void SetStatusText(UINT id) { m_nStatusText = id; }
 
-  int GetPageCount() const;
+  /// How many pages so many rows take, and its own.
+  static int PagesOf(int rows) { return rows / kRowsOfPage + (rows % kRowsOfPage != 0 ? 1 : 0); }
+  int GetPageCount() const { return PagesOf(static_cast<int>(m_rows.size())); }
 
   /// Prints, and handles the thread's messages meanwhile, while the tree's top-level window is
   /// disabled. What failed or was cancelled leaves nothing printed.

@@ -14,10 +14,10 @@
 #include <memory>
 #include <tuple>
 #include <unordered_map>
+#include <vector>
 
 #include "dqlib/framework/base/array.h"
 #include "dqlib/framework/base/string_collections.h"
-#include "dqlib/framework/controls/edit.h"
 #include "dqlib/framework/controls/sft_tree.h"
 
 namespace dq {
@@ -356,16 +356,22 @@ class CDQTree : public CSftTree {
   virtual LRESULT OnKeyDown(WPARAM key, LPARAM lparam);
   LRESULT OnSetCaret(WPARAM row, LPARAM);
 
+  /// Null for null.
+  static HBITMAP PictureOf(const CBitmap* bitmap) {
+    return bitmap == nullptr ? nullptr : bitmap->GetSafeHandle();
+  }
+
  private:
+  friend class CDQTreeDropTarget;
   friend class CDQTreeEdit;
 
-  friend class CDQTreeDropTarget;
-
+  void OnEditCopy() { Copy(); }
   LRESULT OnPlaceEditor(WPARAM, LPARAM);
   void PlaceEditor();
   int CreateNewRow(UINT name_id, bool is_folder);
   int InsertItem(int near, const char* text, void* data);
-  void OnEditCopy() { Copy(); }
+  int EndOfBranch(int row) const;
+  std::vector<int> CollectSelections();
   CString NameOf(int row);
   bool RefuseMove(int row, int folder);
   void PickBitmap(int row);
@@ -403,32 +409,6 @@ class CDQTree : public CSftTree {
   bool m_bAllowEmptyEdit = false;
   bool m_bAllowPrintSelection = false;
   bool m_bValidating = false;
-};
-
-/// The editor in a cell. Enter, Tab and a loss of the focus offer its text to the tree by
-/// `kTreeValidateEdit`, Escape gives it up by `kTreeQuitEdit`. It has the tree's font.
-class CDQTreeEdit : public CEdit {
-  DECLARE_DYNAMIC(CDQTreeEdit)
-  /// The id that it has in its tree.
-  static constexpr int kId = 1111;
-
-  explicit CDQTreeEdit(COLORREF text_color) : m_textColor(text_color) {}
-  ~CDQTreeEdit() override;
-
-  COLORREF GetTextColor() const { return m_textColor; }
-
- protected:
-  bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override;
-
- private:
-  LRESULT OnKeyDown(WPARAM key, LPARAM lparam);
-  LRESULT OnChar(WPARAM character, LPARAM lparam);
-  LRESULT OnKillFocus(WPARAM wparam, LPARAM lparam);
-  LRESULT OnGetDlgCode(WPARAM, LPARAM);
-  void TellTree(int code);
-
-  const COLORREF m_textColor;
-  bool m_bEnding = false;
 };
 
 }  // namespace dq

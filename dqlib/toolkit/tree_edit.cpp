@@ -1,4 +1,4 @@
-// Trees: the editor in a cell.
+#include "dqlib/toolkit/tree_edit.h"
 
 #include "dqlib/framework/windows/message_box.h"
 #include "dqlib/framework/windows/ui_state.h"
@@ -13,7 +13,7 @@ IMPLEMENT_DYNAMIC(CDQTreeEdit, CEdit)
 
 void CDQTree::EditCell(int row, int column) {
   if (row == -1) row = GetCaret();
-  if (row < 0 || row >= GetCount() || column < 0 || column >= GetCellCount()) return;
+  if (!HasCell(row, column)) return;
   const Watched self(*this);
   if (m_pEdit != nullptr) {
     OnValidateEdit();

@@ -1,11 +1,14 @@
 // Trees: rows as delimited text, copied, saved and printed.
 
-#include <cstring>
+#include <numeric>
+#include <utility>
+#include <vector>
 
 #include "dqlib/core/clipboard_writer.h"
 #include "dqlib/core/system_info.h"
 #include "dqlib/framework/base/file.h"
 #include "dqlib/framework/base/printer_dc.h"
+#include "dqlib/framework/base/text.h"
 #include "dqlib/framework/windows/file_dialog.h"
 #include "dqlib/framework/windows/file_failure.h"
 #include "dqlib/framework/windows/message_box.h"
@@ -19,32 +22,22 @@
 
 namespace dq {
 
+using detail::OrEmpty;
 using detail::Watched;
 
 namespace {
 
-/// How much is handed to a file at once.
-constexpr std::size_t kPieceSize = 1 << 16;
 constexpr const char* kHeaderGap = "     ";
 /// The framework's text for a job that can't be begun.
 constexpr UINT kFailedToStart = 61702;
 
-const char* OrEmpty(const char* text) { return text == nullptr ? "" : text; }
-
-void AppendDelimited(std::string& out, const CDQTree& tree, int row, const char* delimiter) {
+void AppendDelimited(std::string& out, const CDQTree& tree, int row, std::string_view delimiter) {
   const int columns = tree.GetCellCount();
   for (int column = 0; column < columns; ++column) {
     if (column > 0) out += delimiter;
     out += tree.CellText(row, column);
   }
 }
-
-CString ApplicationName() {
-  const CWinApp* const app = AfxGetApp();
-  return CString(app == nullptr ? "" : app->GetAppName());
-}
-
-int PagesOf(int rows) { return rows == 0 ? 0 : (rows - 1) / CDQPrintDlg::kRowsOfPage + 1; }
 
 UINT StatusTextOf(int pages) {
   if (pages == 0) return IDS_PRINTING_NO_PAGES;
@@ -61,12 +54,12 @@ bool AskForPages(int pages) {
 
 void CDQTree::GetDelimitedText(int row, CString& out, const char* delimiter) const {
   std::string text;
-  if (row >= 0 && row < GetCount()) AppendDelimited(text, *this, row, OrEmpty(delimiter));
+  if (HasRow(row)) AppendDelimited(text, *this, row, OrEmpty(delimiter));
   out = text;
 }
 
 bool CDQTree::SetDelimitedText(int row, const char* text, const char* delimiter) {
-  if (row < 0 || row >= GetCount()) return false;
+  if (!HasRow(row)) return false;
   const std::string_view mark = OrEmpty(delimiter);
   std::string_view rest = OrEmpty(text);
   const int columns = GetCellCount();
@@ -100,22 +93,17 @@ void CDQTree::Save(const char* file, const char* delimiter, const char* line_end
   const CWaitCursor wait;
   CReplacingFile out;
   CFileException error;
-  if (!out.Open(OrEmpty(file), CFile::modeCreate | CFile::modeReadWrite | CFile::shareExclusive,
-                &error)) {
+  if (!out.Open(file, CFile::modeCreate | CFile::modeReadWrite | CFile::shareExclusive, &error)) {
     throw error;
   }
-  std::string piece;
-  const auto write = [&] {
-    out.Write(piece.data(), static_cast<UINT>(piece.size()));
-    piece.clear();
-  };
   const int count = GetCount();
+  std::string line;
   for (int row = 0; row < count; ++row) {
-    AppendDelimited(piece, *this, row, OrEmpty(delimiter));
-    piece += OrEmpty(line_end);
-    if (piece.size() >= kPieceSize) write();
+    line.clear();
+    AppendDelimited(line, *this, row, OrEmpty(delimiter));
+    line += OrEmpty(line_end);
+    out.Write(line.data(), static_cast<UINT>(line.size()));
   }
-  write();
   out.Close();
 }
 
@@ -136,25 +124,26 @@ void CDQTree::OnFileSave() {
 void CDQTree::OnFilePrint() {
   if (GetCount() == 0) return;
   const Watched self(*this);
-  std::vector<int> rows;
   const int selected = GetSelections();
   const bool offers_selection = m_bAllowPrintSelection && selected > 0;
-  int pages = PagesOf(GetCount());
+  int pages = CDQPrintDlg::PagesOf(GetCount());
   DWORD flags = PD_RETURNDC | PD_USEDEVMODECOPIES;
   if (!offers_selection) flags |= PD_NOSELECTION;
   if (offers_selection && selected > 1) flags |= PD_SELECTION;
   CPrintDialog dialog(flags, this);
   dialog.SetPageRange(1, pages);
   if (dialog.DoModal() != IDOK || !self.IsThere()) return;
+  std::vector<int> rows;
   if (dialog.PrintSelection()) {
-    GetSelections();
-    for (int at = 0; at < m_selections.GetSize(); ++at) rows.push_back(GetSelection(at));
-    pages = PagesOf(static_cast<int>(rows.size()));
+    rows = CollectSelections();
+    pages = CDQPrintDlg::PagesOf(static_cast<int>(rows.size()));
   } else {
-    for (int row = 0; row < GetCount(); ++row) rows.push_back(row);
+    rows.resize(static_cast<std::size_t>(GetCount()));
+    std::iota(rows.begin(), rows.end(), 0);
   }
   if (pages > 1 && (!AskForPages(pages) || !self.IsThere())) return;
-  CString header = m_strPrintHeaderPrefix.IsEmpty() ? ApplicationName() : m_strPrintHeaderPrefix;
+  CString header =
+      m_strPrintHeaderPrefix.IsEmpty() ? CString(AfxGetAppName()) : m_strPrintHeaderPrefix;
   const CString title = header;
   header += kHeaderGap + CDQSystemInfo::GetCurrentDate(DATE_SHORT);
   header += kHeaderGap + CDQSystemInfo::GetTickCount();

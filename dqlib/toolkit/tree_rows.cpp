@@ -1,9 +1,9 @@
 // Trees: what is selected, deleted and moved.
 
-#include <algorithm>
+#include <utility>
+#include <vector>
 
 #include "dqlib/framework/windows/message_box.h"
-#include "dqlib/framework/windows/screen.h"
 #include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/resources/string_ids.h"
 #include "dqlib/toolkit/tree.h"
@@ -48,6 +48,15 @@ int CDQTree::GetSelections() {
     m_selections.Add(static_cast<UINT>(GetCaret()));
   }
   return m_selections.GetSize();
+}
+
+/// The same, as what they are now.
+std::vector<int> CDQTree::CollectSelections() {
+  std::vector<int> rows(static_cast<std::size_t>(GetSelections()));
+  for (int at = 0; at < m_selections.GetSize(); ++at) {
+    rows[static_cast<std::size_t>(at)] = GetSelection(at);
+  }
+  return rows;
 }
 
 int CDQTree::GetSelection(int index) const {
@@ -100,14 +109,13 @@ void CDQTree::DeleteSelectedItems() {
   std::vector<int> rows;
   // Others may have come while the person was asked: then they are asked about those.
   for (;;) {
-    const int count = GetSelections();
-    std::vector<int> selected;
-    for (int at = 0; at < count; ++at) selected.push_back(GetSelection(at));
+    std::vector<int> selected = CollectSelections();
     if (selected.empty()) return;
     if (selected == rows) break;
     rows = std::move(selected);
-    const bool agreed = count > 1 ? DeleteSelectedItemsMsg(count)
-                                  : DeleteItemMsg(IsFolder(rows.front()), NameOf(rows.front()));
+    const bool agreed = rows.size() > 1
+                            ? DeleteSelectedItemsMsg(static_cast<int>(rows.size()))
+                            : DeleteItemMsg(IsFolder(rows.front()), NameOf(rows.front()));
     if (!self.IsThere()) return;
     if (!agreed) {
       SetFocus();
@@ -151,11 +159,11 @@ int CDQTree::CreateNewRow(UINT name_id, bool is_folder) {
 int CDQTree::InsertItem(int near, const char* text, void* data) {
   const Watched self(*this);
   int row = -1;
-  if (near < 0 || near >= GetCount()) {
+  if (!HasRow(near)) {
     row = AddRow(text);
   } else {
     const int level = GetLevel(near) + (IsFolder(near) ? 1 : 0);
-    row = InsertRow(near + 1 + GetDescendantCount(near), text, level);
+    row = InsertRow(EndOfBranch(near), text, level);
   }
   SetRowData(row, reinterpret_cast<std::uintptr_t>(data));
   // A folder that was empty isn't any more.
@@ -166,6 +174,11 @@ int CDQTree::InsertItem(int near, const char* text, void* data) {
 }
 
 // Moves.
+
+/// Behind all that is below a row, or behind all rows with -1.
+int CDQTree::EndOfBranch(int row) const {
+  return row < 0 ? GetCount() : row + 1 + GetDescendantCount(row);
+}
 
 bool CDQTree::TypesEqual(int a, int b) const { return IsFolder(a) == IsFolder(b); }
 
@@ -181,12 +194,10 @@ bool CDQTree::RefuseMove(int row, int folder) {
 }
 
 int CDQTree::InsertNode(int row, int folder, int before) {
-  if (row < 0 || row >= GetCount() || folder < -1 || folder >= GetCount()) return -1;
+  if (!HasRow(row) || (folder != -1 && !HasRow(folder))) return -1;
   const Watched self(*this);
   if (RefuseMove(row, folder) || !self.IsThere()) return -1;
-  if (before < 0 || before >= GetCount() || GetParentRow(before) != folder) {
-    before = folder < 0 ? GetCount() : folder + 1 + GetDescendantCount(folder);
-  }
+  if (!HasRow(before) || GetParentRow(before) != folder) before = EndOfBranch(folder);
   const int former = GetParentRow(row);
   const int count = GetDescendantCount(row) + 1;
   const int now = MoveRow(row, before, folder < 0 ? 0 : GetLevel(folder) + 1);
@@ -204,10 +215,10 @@ int CDQTree::MoveFolder(int row, int folder) { return InsertNode(row, folder, -1
 int CDQTree::MoveItem(int row, int folder) { return InsertNode(row, folder, -1); }
 
 int CDQTree::RearrangeItem(int row, int before) {
-  if (row < 0 || row >= GetCount() || before >= GetCount()) return -1;
+  if (!HasRow(row) || before >= GetCount()) return -1;
   const int parent = GetParentRow(row);
   if (before >= 0 && (before == row || GetParentRow(before) != parent)) return -1;
-  if (before < 0) before = parent < 0 ? GetCount() : parent + 1 + GetDescendantCount(parent);
+  if (before < 0) before = EndOfBranch(parent);
   const Watched self(*this);
   const int now = MoveRow(row, before, GetLevel(row));
   if (now >= 0) AdjustItemLines(now);
@@ -215,7 +226,7 @@ int CDQTree::RearrangeItem(int row, int before) {
 }
 
 bool CDQTree::MoveSelItems(int target) {
-  if (target < -1 || target >= GetCount()) return false;
+  if (target != -1 && !HasRow(target)) return false;
   const Watched self(*this);
   const bool into = target >= 0 && IsFolder(target);
   const int folder = into ? target : target < 0 ? -1 : GetParentRow(target);
@@ -226,9 +237,7 @@ bool CDQTree::MoveSelItems(int target) {
     bool within_folder;
   };
   std::vector<Moved> moves;
-  GetSelections();
-  for (int at = 0; at < m_selections.GetSize(); ++at) {
-    const int row = GetSelection(at);
+  for (const int row : CollectSelections()) {
     // What is below the row before goes with it.
     if (!moves.empty() && row < moves.back().row + moves.back().count) continue;
     if (row == target) return false;
@@ -240,9 +249,7 @@ bool CDQTree::MoveSelItems(int target) {
   }
   // They keep their order before the target, or behind all in the folder. Those from above it leave
   // its index alone, but not those of each other.
-  const int place = arranges && target >= 0 ? target
-                    : folder < 0            ? GetCount()
-                                            : folder + 1 + GetDescendantCount(folder);
+  const int place = arranges && target >= 0 ? target : EndOfBranch(folder);
   int from_above = 0;
   int from_below = 0;
   int above_folder = 0;

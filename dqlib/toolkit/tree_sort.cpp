@@ -1,5 +1,6 @@
 // Trees: sorting by a click on a column's title.
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -9,10 +10,14 @@
 
 #include "dqlib/framework/base/multi_byte.h"
 #include "dqlib/framework/base/ole_date_time.h"
+#include "dqlib/framework/base/text.h"
 #include "dqlib/framework/windows/screen.h"
 #include "dqlib/toolkit/tree.h"
 
 namespace dq {
+
+using detail::OrEmpty;
+
 namespace {
 
 constexpr int kMegabyteFactor = 1000;
@@ -20,8 +25,6 @@ constexpr int kMegabyteFactor = 1000;
 constexpr std::size_t kDateTimeLength = 19;
 
 bool IsDigit(char character) { return character >= '0' && character <= '9'; }
-
-std::string_view View(const char* text) { return text == nullptr ? "" : text; }
 
 template <typename Value>
 int Order(const Value& a, const Value& b) {
@@ -113,7 +116,7 @@ int UnitFactor(std::string_view text) {
 class NumberKey {
  public:
   explicit NumberKey(const char* text)
-      : text_(View(text).data()), value_(CDQTree::Str2Double(text)) {
+      : text_(OrEmpty(text).data()), value_(CDQTree::Str2Double(text)) {
     has_zero_ = value_ != 0 || std::strchr(text_, '0') != nullptr;
   }
 
@@ -220,7 +223,7 @@ class DateReader {
 class DateKey {
  public:
   DateKey(const char* text, const DateReader& reader) {
-    const std::string_view whole = View(text);
+    const std::string_view whole = OrEmpty(text);
     const auto value = reader.Read(whole);
     is_date_ = value.has_value();
     whole_ = value.value_or(0);
@@ -264,7 +267,7 @@ BOOL CDQTree::OnHeaderButtonDown() {
 }
 
 bool CDQTree::SortByColumn(int column) {
-  if (GetCount() < 2 || column < 0 || column >= GetCellCount()) return false;
+  if (GetCount() < 2 || !HasCell(0, column)) return false;
   const CWaitCursor wait;
   m_bSortAscending = column != m_nSortColumn || !m_bSortAscending;
   m_nSortColumn = column;
@@ -304,7 +307,7 @@ int CDQTree::SortNumberDescendingCallback(CSftTree&, const char* a, const char* 
 
 int CDQTree::SortIntegerAscendingCallback(CSftTree&, const char* a, const char* b, std::uintptr_t,
                                           std::uintptr_t) {
-  return Order(ReadInteger(View(a)), ReadInteger(View(b)));
+  return Order(ReadInteger(OrEmpty(a)), ReadInteger(OrEmpty(b)));
 }
 
 int CDQTree::SortIntegerDescendingCallback(CSftTree&, const char* a, const char* b, std::uintptr_t,

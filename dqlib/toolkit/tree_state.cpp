@@ -1,5 +1,7 @@
 #include "dqlib/toolkit/tree_state.h"
 
+#include <algorithm>
+
 #include "dqlib/core/x_mem_file.h"
 #include "dqlib/framework/base/archive.h"
 #include "dqlib/framework/base/array.h"
@@ -55,8 +57,8 @@ std::optional<TreeState> ReadTreeState(CFile& file) {
 bool CDQTree::SaveState(const char* key) {
   TreeState state;
   state.current = GetCaret();
-  GetSelections();
-  for (int at = 0; at < m_selections.GetSize(); ++at) state.selected.push_back(GetSelection(at));
+  const std::vector<int> selected = CollectSelections();
+  state.selected.assign(selected.begin(), selected.end());
   const int behind = std::min(GetCount(), kLastExpanded + 1);
   for (int row = 0; row < behind; ++row) {
     if (HasChildren(row) && IsExpanded(row)) state.expanded.push_back(static_cast<WORD>(row));

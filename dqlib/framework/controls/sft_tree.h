@@ -290,6 +290,9 @@ class CSftTree : public Control {
   /// Rows may lie elsewhere now. It may end the tree.
   virtual void OnLayoutChanged() {}
 
+  bool HasRow(int row) const { return row >= 0 && row < GetCount(); }
+  bool HasCell(int row, int column) const;
+
   /// A row whose index goes with it through changes and sorts, as that of the caret does, until it
   /// is deleted; -1 for none, as at first.
   void FollowRow(int row) { followed_row_ = row; }
@@ -318,7 +321,6 @@ class CSftTree : public Control {
   };
 
   // Rows and what follows their changes.
-  bool HasCell(int row, int column) const;
   template <typename Change>
   bool ChangeCell(int row, int column, Change change);
   template <typename Follow>
