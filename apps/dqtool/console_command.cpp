@@ -215,12 +215,10 @@ int RunConsole(const Arguments& arguments) {
 const Command kConsole{
     "console",
     "Runs a console program, or the shell, in a console view at the terminal.",
-    "What is on standard input is typed there line by line, and what the program writes is "
-    "printed\n"
-    "as it comes. The end of standard input ends the program's own; then it is waited for. "
-    "COMMAND\n"
-    "is one text; blanks separate, quotes group, and nothing is expanded. Without it the program\n"
-    "named by COMSPEC runs, with ' /A', or else the user's shell.\n"
+    "What is on standard input is typed there line by line, and what the program writes is\n"
+    "printed as it comes. The end of standard input ends the program's own; then it is waited\n"
+    "for. COMMAND is one text; blanks separate, quotes group, and nothing is expanded. Without it\n"
+    "the program named by COMSPEC runs, with ' /A', or else the user's shell.\n"
     "\n"
     "The program runs in a session of its own, so that keys as Ctrl-C don't reach it: they, a\n"
     "hang-up and a request to terminate end it at once with all it has started, and the exit\n"

@@ -121,14 +121,12 @@ int RunOutput(const Arguments& arguments) {
 const Command kOutput{
     "output",
     "Puts messages into an output pane and prints its rows.",
-    "Each line of standard input is a message: its type, a tab, its text, in which '\\n' is a "
-    "line\n"
-    "feed and '\\\\' a backslash. Types are 0 to 2, information, warning and error of the "
-    "program,\n"
-    "3 to 5, the same of the database, 6 and 7, start and end of a task; any other number counts\n"
-    "as 0. A line that is no message is told, the others are put in, and the exit status is 1.\n"
-    "At the end the rows that the pane has are printed: time, source and text, with tabs between.\n"
-    "What the options say holds for this run alone.\n"
+    "Each line of standard input is a message: its type, a tab, its text, in which '\\n' is a\n"
+    "line feed and '\\\\' a backslash. Types are 0 to 2, information, warning and error of the\n"
+    "program, 3 to 5, the same of the database, 6 and 7, start and end of a task; any other\n"
+    "number counts as 0. A line that is no message is told, the others are put in, and the exit\n"
+    "status is 1. At the end the rows that the pane has are printed: time, source and text, with\n"
+    "tabs between. What the options say holds for this run alone.\n"
     "\n"
     "JSON: a list of {\"time\", \"source\", \"text\"}.\n",
     {{"", RunOutput, {kMax, kLog, kLimit, kJson}}}};

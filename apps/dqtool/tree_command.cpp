@@ -197,15 +197,13 @@ int RunTree(const Arguments& arguments) {
 const Command kTree{
     "tree",
     "Sorts the rows of a tree, and copies, saves or prints them.",
-    "FILE has a row on each line: its level as so many tabs, and its columns with a tab between. "
-    "A\n"
-    "row is at most one level below the row before. There are as many columns as the widest row\n"
-    "or the types have. FILE may be '-', standard input.\n"
+    "FILE has a row on each line: its level as so many tabs, and its columns with a tab between.\n"
+    "A row is at most one level below the row before. There are as many columns as the widest\n"
+    "row or the types have. FILE may be '-', standard input.\n"
     "\n"
     "Rows are sorted within the row that they are below, as by a click on the column's title. A\n"
-    "column of numbers takes ' MB' for a thousand ' KB'; without a type a column is text, in "
-    "which\n"
-    "case doesn't count.\n",
+    "column of numbers takes ' MB' for a thousand ' KB'; without a type a column is text, in\n"
+    "which case doesn't count.\n",
     {{"FILE",
       RunTree,
       {{kTypes, "T,T...", "what the columns are: text, number or datetime"},
