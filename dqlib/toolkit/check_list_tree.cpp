@@ -94,6 +94,7 @@ void CDQCheckListTree::SetCheck(int row, bool check) {
 }
 
 void CDQCheckListTree::UpdateItemCheckbox(int row) {
+  if (!HasRow(row)) return;
   const CHECK_STATE state = GetItemCheckState(row);
   if (m_bSingleCheck && state != CHECK_STATE_CHECKED) UnselectAll();
   if (state != CHECK_STATE_UNKNOWN) {

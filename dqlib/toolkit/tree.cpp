@@ -87,10 +87,7 @@ LRESULT CDQTree::OnKeyDown(WPARAM key, LPARAM lparam) {
 
 LRESULT CDQTree::OnSetCaret(WPARAM row, LPARAM) {
   const int caret = static_cast<int>(row);
-  if (caret >= 0 && caret < GetCount()) {
-    SetCaret(caret);
-    if (IsRowShown(caret)) EnsureRowVisible(caret);
-  }
+  if (SetCaret(caret) && IsRowShown(caret)) EnsureRowVisible(caret);
   return 0;
 }
 

@@ -45,7 +45,7 @@ enum TreeKeyNotification : int {
 inline constexpr UINT kTreeReflectedCommand = kReflectBase + WM_COMMAND;
 /// To a `CDQTree`: a key, with the current row behind its 16 bits; see `CDQTree::VKeyToItem`.
 inline constexpr UINT kTreeKeyToItem = kReflectBase + 0x2E;
-/// To a `CDQTree`: sets the caret to the row in the first argument.
+/// To a `CDQTree`: sets the caret to the row in the first argument, or takes it away with -1.
 inline constexpr UINT kTreeSetCaret = 0x3701;
 /// To a `CDQTree`: the cell being edited may lie out of sight.
 inline constexpr UINT kTreePlaceEditor = 0x3702;
@@ -219,7 +219,7 @@ class CDQTree : public CSftTree {
   void AdjustSelections(ItemOperation operation, int row, int to = -1);
   /// Has row indexes follow: behind an insertion at `row` those at or above are one higher; at a
   /// deletion the row itself is dropped and those above are one lower; a move is a deletion at
-  /// `row` and an insertion at `to`.
+  /// `row` and an insertion at `to`. -1 is behind all, and changes none.
   static void AdjustIndices(CUIntArray& rows, ItemOperation operation, int row, int to = -1);
 
   // State that is kept: current row, selection, expanded rows.

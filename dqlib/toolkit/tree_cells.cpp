@@ -142,7 +142,9 @@ void CDQTree::PickBitmap(int row) {
 CBitmap* CDQTree::OverrideLeafBitmap(int) { return nullptr; }
 
 void CDQTree::SetSelectedItemBitmaps(CBitmap* bitmap) {
+  const Watched self(*this);
   for (const int row : GetSelectedRows()) {
+    if (!self.IsThere()) return;
     if (bitmap == nullptr) {
       PickBitmap(row);
     } else {

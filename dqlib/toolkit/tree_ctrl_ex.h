@@ -32,8 +32,8 @@ class CDQTreeCtrlEx : public CTreeCtrl {
   HTREEITEM GethtiRoot() const { return m_htiRoot; }
 
   /// Inserts an item and so many levels of what is below it, 0 for the item alone, as the last one
-  /// below `parent` (`TVI_ROOT` or null is the top). Returns its handle; null if the item is null
-  /// or there is no such parent.
+  /// below `parent` (`TVI_ROOT` or null is the top). Returns its handle; null, and no change, if
+  /// the item is null or there is no such parent, as where its row would be below itself.
   HTREEITEM LoadTree(CDQTreeItemBase* item, HTREEITEM parent, int levels);
   /// Inserts one item with its record. `level` is that at which it is loaded, from 0 for the item
   /// with which `LoadTree` began.

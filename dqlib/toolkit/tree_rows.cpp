@@ -75,9 +75,9 @@ void CDQTree::AdjustSelections(ItemOperation operation, int row, int to) {
 }
 
 void CDQTree::AdjustIndices(CUIntArray& rows, ItemOperation operation, int row, int to) {
-  const bool deletes = operation != ITEM_INSERTED;
-  const bool inserts = operation != ITEM_DELETED;
   const int inserted_at = operation == ITEM_MOVED ? to : row;
+  const bool deletes = operation != ITEM_INSERTED && row >= 0;
+  const bool inserts = operation != ITEM_DELETED && inserted_at >= 0;
   int kept = 0;
   for (int at = 0; at < rows.GetSize(); ++at) {
     int index = static_cast<int>(rows[at]);
@@ -94,8 +94,9 @@ void CDQTree::AdjustIndices(CUIntArray& rows, ItemOperation operation, int row, 
 CString CDQTree::GetItemName(void*) { return {}; }
 
 CString CDQTree::NameOf(int row) {
+  const Watched self(*this);
   const CString name = GetItemName(reinterpret_cast<void*>(GetRowData(row)));
-  return name.IsEmpty() ? GetText(row) : name;
+  return name.IsEmpty() && self.IsThere() ? GetText(row) : name;
 }
 
 bool CDQTree::DeleteSelectedItemsMsg(int count) { return Ask(IDS_DELETE_ITEMS, count); }
@@ -113,9 +114,13 @@ void CDQTree::DeleteSelectedItems() {
     if (selected.empty()) return;
     if (selected == rows) break;
     rows = std::move(selected);
-    const bool agreed = rows.size() > 1
-                            ? DeleteSelectedItemsMsg(static_cast<int>(rows.size()))
-                            : DeleteItemMsg(IsFolder(rows.front()), NameOf(rows.front()));
+    bool agreed = false;
+    if (rows.size() > 1) {
+      agreed = DeleteSelectedItemsMsg(static_cast<int>(rows.size()));
+    } else {
+      const CString name = NameOf(rows.front());
+      agreed = self.IsThere() && DeleteItemMsg(IsFolder(rows.front()), name);
+    }
     if (!self.IsThere()) return;
     if (!agreed) {
       SetFocus();
@@ -180,7 +185,9 @@ int CDQTree::EndOfBranch(int row) const {
   return row < 0 ? GetCount() : row + 1 + GetDescendantCount(row);
 }
 
-bool CDQTree::TypesEqual(int a, int b) const { return IsFolder(a) == IsFolder(b); }
+bool CDQTree::TypesEqual(int a, int b) const {
+  return (IsFolder(a) && IsFolder(b)) || (IsLeaf(a) && IsLeaf(b));
+}
 
 /// Tells the person if the row can't be moved into the folder.
 bool CDQTree::RefuseMove(int row, int folder) {
@@ -195,9 +202,10 @@ bool CDQTree::RefuseMove(int row, int folder) {
 
 int CDQTree::InsertNode(int row, int folder, int before) {
   if (!HasRow(row) || (folder != -1 && !HasRow(folder))) return -1;
+  if (before != -1 && (!HasRow(before) || GetParentRow(before) != folder)) return -1;
   const Watched self(*this);
   if (RefuseMove(row, folder) || !self.IsThere()) return -1;
-  if (!HasRow(before) || GetParentRow(before) != folder) before = EndOfBranch(folder);
+  if (before == -1) before = EndOfBranch(folder);
   const int former = GetParentRow(row);
   const int count = GetDescendantCount(row) + 1;
   const int now = MoveRow(row, before, folder < 0 ? 0 : GetLevel(folder) + 1);

@@ -122,6 +122,7 @@ bool CDQTreeView::MakeTreeWindow() {
 void CDQTreeView::SetTree(std::unique_ptr<CDQTree> tree) {
   const Watched self(*this);
   m_dropTarget.Revoke();
+  m_bDragAllowed = false;
   m_pTree = std::move(tree);
   if (!self.IsThere() || GetSafeHwnd() == nullptr || m_pTree == nullptr) return;
   if (m_pTree->GetSafeHwnd() != nullptr) {
@@ -142,8 +143,13 @@ void CDQTreeView::EnableDragging(bool enable) {
 void CDQTreeView::TakeDragging() {
   m_dropTarget.Revoke();
   if (m_pTree == nullptr) return;
-  m_pTree->AllowDrag(m_bDragging || m_pTree->IsDragAllowed());
-  if (m_bDragging) m_dropTarget.Register(m_pTree.get());
+  if (m_bDragging) {
+    m_bDragAllowed = m_bDragAllowed || !m_pTree->IsDragAllowed();
+    m_pTree->AllowDrag(true);
+    m_dropTarget.Register(m_pTree.get());
+  } else if (std::exchange(m_bDragAllowed, false)) {
+    m_pTree->AllowDrag(false);
+  }
 }
 
 LRESULT CDQTreeView::OnSize(WPARAM wparam, LPARAM lparam) {

@@ -81,6 +81,8 @@ class CDQTreeView : public CView {
   CDQTreeDropTarget m_dropTarget;
   COleDataSource m_dataSource;
   bool m_bDragging = false;
+  /// Its rows may be dragged because of that alone.
+  bool m_bDragAllowed = false;
 };
 
 }  // namespace dq

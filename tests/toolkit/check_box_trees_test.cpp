@@ -231,6 +231,11 @@ TEST(CheckBoxItems, PassWhatTheyAreOnToTheirRows) {
   EXPECT_TRUE(tree.GetItemFromPt({60, 190}, &flags) == nullptr && flags == TVHT_NOWHERE);
   CDQTreeItemBase plain;
   EXPECT_FALSE(a.AddChild(&plain));
+  const HTREEITEM gone = tree.LoadTree(&plain, TVI_ROOT, 0);
+  tree.DeleteItem(gone);
+  for (const HTREEITEM none : {gone, a.GetHandle()}) {
+    EXPECT_TRUE(tree.LoadTree(shown.root.get(), none, 9) == nullptr && tree.GetCount() == 5);
+  }
   // An item that goes takes its rows along; rows that go leave the items.
   delete &a;
   EXPECT_EQ(tree.GetRowCount(), 2);
@@ -338,6 +343,7 @@ TEST(CheckListTree, HasParentsShowWhatIsBelowThem) {
            {[&] { tree.SetSingleCheck(true), tree.UpdateItemCheckbox(2); }, "112000"},
            {[&] { tree.SelectAll(); }, "112000"},
            {[&] { tree.UpdateItemCheckbox(5); }, "000002"},
+           {[&] { tree.UpdateItemCheckbox(-1), tree.UpdateItemCheckbox(6); }, "000002"},
            {[&] { tree.SetCheck(4, true); }, "100020"},
            {[&] { tree.SetColumnBitmap(4, 0, nullptr), tree.UpdateItemCheckbox(4); }, "000030"}}) {
     act();

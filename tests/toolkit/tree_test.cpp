@@ -123,6 +123,7 @@ TEST(Tree, IndicesFollowInsertionsDeletionsAndMoves) {
   EXPECT_EQ(after(ITEM_INSERTED, 2), "0 3 6 ");
   EXPECT_EQ(after(ITEM_DELETED, 2), "0 4 ");
   EXPECT_EQ(after(ITEM_MOVED, 5, 0), "1 3 ");
+  EXPECT_EQ(after(ITEM_INSERTED, -1) + after(ITEM_DELETED, -1), "0 2 5 0 2 5 ");
 }
 
 TEST(TreeStates, AreSavedByteForByteAndRestoredAsFarAsTheyFit) {
@@ -152,6 +153,7 @@ TEST(TreeStates, AreSavedByteForByteAndRestoredAsFarAsTheyFit) {
   EXPECT_EQ(tree.GetCaret(), 0) << "that comes when the tree has settled";
   PumpUntilIdle();
   EXPECT_EQ(tree.GetCaret(), 4);
+  EXPECT_TRUE(tree.SendMessage(0x3701, WPARAM(-1)) == 0 && tree.GetCaret() == -1) << "none";
   // Fewer rows, and others that have children.
   Parent other("a, b,c, d");
   EXPECT_TRUE(other.tree.RestoreState("Tree"));
@@ -296,6 +298,25 @@ TEST(Tree, MovesCarryWhatIsBelowAndRefuseOwnFolders) {
     if (!prompts.shown.empty())
       told = prompts.shown[0].text.ends_with("same as the source folder.") ? "23545" : "23546";
     EXPECT_EQ(told, rows) << selected << " on " << target;
+  }
+  Parent parent("a, b,c");
+  EXPECT_EQ(parent.tree.InsertNode(2, 0, 2), -1) << "that one isn't below the folder";
+  EXPECT_FALSE(parent.tree.TypesEqual(-1, -1) || parent.tree.TypesEqual(1, 9));
+}
+
+TEST(Tree, MayEndWhileItIsAskedForANameOrAPicture) {
+  struct Ending : CDQTree {
+    CString GetItemName(void*) override { return delete this, ""; }
+    CBitmap* OverrideLeafBitmap(int) override { return delete this, nullptr; }
+  };
+  MainWindow main;
+  for (const bool named : {true, false}) {
+    auto* const tree = new Ending;
+    tree->Create(0, {0, 0, 90, 90}, &main, 7);
+    tree->SetMultiSelect();
+    for (int row = 0; row < (named ? 1 : 2); ++row) tree->SelectRow(tree->AddRow("x"));
+    named ? tree->DeleteSelectedItems() : tree->SetSelectedItemBitmaps(nullptr);
+    EXPECT_EQ(main.GetDlgItem(7), nullptr);
   }
 }
 

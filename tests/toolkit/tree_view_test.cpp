@@ -134,6 +134,9 @@ TEST(TreeView, IsFilledByItsTreeWhichTakesItsCommandsAndDrops) {
   CDQTree* const plain = second.get();
   view.SetTree(std::move(second));
   EXPECT_TRUE(view.GetTree() == plain && view.GetDlgItem(3070) == plain);
+  EXPECT_TRUE(plain->IsDragAllowed());
+  view.EnableDragging(false);
+  EXPECT_FALSE(plain->IsDragAllowed()) << "they were by the view alone";
 }
 
 TEST(NetworkTree, ListsTheMachinesOnceItIsOpened) {

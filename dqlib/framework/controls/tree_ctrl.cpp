@@ -78,9 +78,15 @@ HTREEITEM CTreeCtrl::InsertItem(const char* text, HTREEITEM parent, HTREEITEM af
 
 HTREEITEM CTreeCtrl::InsertItem(CTreeItem& object, const CTreeViewItemEx& record, HTREEITEM parent,
                                 HTREEITEM after) {
+  Index above = kNone;
+  Index before = kNone;
+  // The row that it has stays if there is no other place for it.
+  if (!FindPlace(parent, after, above, before)) return nullptr;
+  const bool has_row = object.tree_ == this;
+  if (has_row && after == object.handle_) return nullptr;
+  if (has_row && items_.IsBelow(above, items_.Find(object.handle_))) return nullptr;
   if (object.tree_ != nullptr) object.tree_->DeleteItem(object.handle_);
   const HTREEITEM handle = InsertItem(record, parent, after);
-  if (handle == nullptr) return nullptr;
   items_[items_.Find(handle)].object = &object;
   object.tree_ = this;
   object.handle_ = handle;

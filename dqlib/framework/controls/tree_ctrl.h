@@ -90,7 +90,8 @@ class CTreeCtrl : public Control {
   HTREEITEM InsertItem(const CTreeViewItemEx& record, HTREEITEM parent = TVI_ROOT,
                        HTREEITEM after = TVI_LAST);
   HTREEITEM InsertItem(const char* text, HTREEITEM parent = TVI_ROOT, HTREEITEM after = TVI_LAST);
-  /// The same for an object, which isn't owned. A row that it had before goes.
+  /// The same for an object, which isn't owned. A row that it had before goes, unless there is no
+  /// such place, as below or behind that row itself.
   HTREEITEM InsertItem(CTreeItem& object, const CTreeViewItemEx& record,
                        HTREEITEM parent = TVI_ROOT, HTREEITEM after = TVI_LAST);
   /// Takes an item out with all below it; a sibling, or its parent, is selected then if the
