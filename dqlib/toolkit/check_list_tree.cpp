@@ -113,17 +113,15 @@ void CDQCheckListTree::UpdateSubItemState(int row, bool check) {
 
 GROUP_STATE CDQCheckListTree::GetSiblingGroupState(int row) const {
   if (!HasRow(row)) return GROUP_STATE_UNKNOWN;
-  int count = 0;
-  int checked = 0;
+  bool any_checked = false;
+  bool any_other = false;
   // The first of them stands right behind the parent, which is -1 for the first row of all.
   for (int at = GetParentRow(row) + 1; at >= 0; at = GetNextSibling(at)) {
     const CHECK_STATE state = GetItemCheckState(at);
-    if (state == CHECK_STATE_MIXED) return GROUP_STATE_MIXED;
-    ++count;
-    if (state == CHECK_STATE_CHECKED) ++checked;
+    (state == CHECK_STATE_CHECKED ? any_checked : any_other) = true;
+    if (state == CHECK_STATE_MIXED || (any_checked && any_other)) return GROUP_STATE_MIXED;
   }
-  if (checked == 0) return GROUP_STATE_NONE;
-  return checked == count ? GROUP_STATE_ALL : GROUP_STATE_MIXED;
+  return any_checked ? GROUP_STATE_ALL : GROUP_STATE_NONE;
 }
 
 void CDQCheckListTree::UpdateParentItemState(int row) {

@@ -354,6 +354,11 @@ TEST(SftTree, DividersAndRowsAreDragged) {
   tree.SelectRows(0, 3);
   EXPECT_EQ(drag(40, 45, 40, 80), "35 8 9 10 : 0 1 2 3 /1 75");
   EXPECT_EQ(drag(40, 45, 40, 45), "35 1 : 1 /1 75");
+  tree.SelectRows(0, 3);
+  parent.Mouse(WM_LBUTTONDOWN, 40, 45);
+  tree.InsertRow(0, "", 0);
+  parent.Mouse(WM_LBUTTONUP, 40, 45);
+  EXPECT_EQ(tree.GetSelectedRows(), std::vector{2}) << "the row that was pressed";
 }
 
 TEST(SftTree, MayBeEmptiedOrEndInItsOwnNotification) {

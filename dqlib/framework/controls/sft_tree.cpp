@@ -188,7 +188,9 @@ int CSftTree::AddRow(const char* text, int level) { return InsertRow(-1, text, l
 /// Has the rows that are kept by their indexes follow a change.
 template <typename Follow>
 void CSftTree::MoveMarks(Follow follow) {
-  for (int* const mark : {&caret_, &anchor_, &drop_target_, &followed_row_}) *mark = follow(*mark);
+  for (int* const mark : {&caret_, &anchor_, &drop_target_, &followed_row_, &pending_row_}) {
+    *mark = follow(*mark);
+  }
 }
 
 int CSftTree::AddRow(std::span<const char* const> texts, int level) {
