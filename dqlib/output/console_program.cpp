@@ -102,7 +102,6 @@ bool CDQConsoleProgram::Run::Start(const CString& command_line) {
                    SystemMessage(CREATE_PROCESS_ERROR_MESSAGE, started.error));
     return false;
   }
-  program.m_nProcessId = started.value.process_id;
   // The process is shown last: a cancel that sees it finds the pipe to wake too, and one that comes
   // before has nothing to end.
   program.m_hOutputRead = read_end;
@@ -152,7 +151,6 @@ CDQConsoleProgram& CDQConsoleProgram::operator=(const CDQConsoleProgram& other) 
   m_nSecretLength = other.m_nSecretLength;
   if (this != &other) std::memcpy(m_szPipeBuffer, other.m_szPipeBuffer, sizeof m_szPipeBuffer);
   m_hProcess = other.m_hProcess.load();
-  m_nProcessId = other.m_nProcessId;
   m_nExitCode = other.m_nExitCode;
   m_startError = other.m_startError;
   m_bTrimLeft = other.m_bTrimLeft;

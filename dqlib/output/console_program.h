@@ -116,7 +116,6 @@ class CDQConsoleProgram {
   int m_nSecretLength = 0;
   char m_szPipeBuffer[256] = {};
   std::atomic<HANDLE> m_hProcess = kNoHandle;
-  DWORD m_nProcessId = 0;
   int m_nExitCode = -1;
   platform::Error m_startError;
   bool m_bTrimLeft = true;

@@ -11,7 +11,6 @@ void MakeMessageTree(CDQTree& tree) {
   // Rows stand in the order in which they came.
   tree.SetAutoSort(false);
   tree.SetMultiSelect();
-  tree.SetDeleteCallback(&SharedMessage::FreeRow);
 }
 
 bool CreateMessageTree(CDQTree& tree, const CRect& place, CWnd* parent, UINT id) {

@@ -14,7 +14,8 @@ enum MessageColumn : int { kTimeColumn, kSourceColumn, kTextColumn, kMessageColu
 /// The texts of a row, by its columns.
 using MessageTexts = std::array<const char*, kMessageColumns>;
 
-/// Gives a tree without columns the ones of messages, and has it free its rows' data.
+/// Gives a tree without columns the ones of messages. Whoever has the tree says what frees its
+/// rows' data.
 void MakeMessageTree(CDQTree& tree);
 /// Makes its window, which shows messages without titles, lines and buttons. False if that fails.
 bool CreateMessageTree(CDQTree& tree, const CRect& place, CWnd* parent, UINT id);

@@ -9,6 +9,7 @@ IMPLEMENT_DYNAMIC(CDQOutputErrorDialog, CDQDialog)
 CDQOutputErrorDialog::CDQOutputErrorDialog(CDQOutputWnd& pane, CWnd* parent)
     : CDQDialog(kTemplateId, parent), m_pane(pane) {
   detail::MakeMessageTree(m_tree);
+  m_tree.SetDeleteCallback(&detail::SharedMessage::FreeRow);
 }
 
 CDQOutputErrorDialog::~CDQOutputErrorDialog() { EndInDestructor(); }

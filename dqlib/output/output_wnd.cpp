@@ -297,18 +297,8 @@ LRESULT CDQOutputWnd::OnCreate(WPARAM wparam, LPARAM lparam) {
   return made ? result : -1;
 }
 
-void CDQOutputWnd::PlaceTree() {
+void CDQOutputWnd::LayOutInside() {
   if (m_pTree != nullptr && m_pTree->GetSafeHwnd() != nullptr) m_pTree->MoveWindow(GetInsideRect());
-}
-
-LRESULT CDQOutputWnd::OnPlaced(WPARAM wparam, LPARAM lparam) {
-  PlaceTree();
-  return DefWindowProc(WM_SIZE, wparam, lparam);
-}
-
-LRESULT CDQOutputWnd::OnMoved(WPARAM wparam, LPARAM lparam) {
-  PlaceTree();
-  return DefWindowProc(WM_MOVE, wparam, lparam);
 }
 
 LRESULT CDQOutputWnd::OnSetFocus(WPARAM wparam, LPARAM lparam) {
@@ -354,8 +344,6 @@ bool CDQOutputWnd::CallMapped(const HandlerKey& key, HandlerArguments& arguments
       UpdateEntry<&Self::OnUpdateFloat>(ID_OUTPUT_FLOAT),
       CommandEntry<&Self::OnHideMessage>(ID_OUTPUT_HIDE),
       MessageEntry<&Self::OnCreate>(WM_CREATE),
-      MessageEntry<&Self::OnPlaced>(WM_SIZE),
-      MessageEntry<&Self::OnMoved>(WM_MOVE),
       MessageEntry<&Self::OnSetFocus>(WM_SETFOCUS),
       MessageEntry<&Self::OnContextMenuMessage>(WM_CONTEXTMENU),
   };

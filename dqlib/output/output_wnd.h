@@ -99,6 +99,7 @@ class CDQOutputWnd : public CControlBar {
   static void DeleteCallback(CSftTree& tree, int row, std::uintptr_t data);
 
   bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override;
+  void LayOutInside() override;
 
  private:
   /// One message on its way into the tree.
@@ -111,11 +112,8 @@ class CDQOutputWnd : public CControlBar {
   /// Of a known type.
   HBITMAP PictureOf(int type);
   bool HasRows();
-  void PlaceTree();
 
   LRESULT OnCreate(WPARAM, LPARAM);
-  LRESULT OnPlaced(WPARAM wparam, LPARAM lparam);
-  LRESULT OnMoved(WPARAM wparam, LPARAM lparam);
   LRESULT OnSetFocus(WPARAM wparam, LPARAM lparam);
   LRESULT OnContextMenuMessage(WPARAM window, LPARAM point);
   void OnUpdateNeedsCurrent(CCmdUI* ui);

@@ -2,7 +2,6 @@
 
 #include "dqlib/framework/base/trace.h"
 #include "dqlib/framework/windows/frame_wnd.h"
-#include "dqlib/framework/windows/ui_state.h"
 
 namespace dq {
 
@@ -76,34 +75,17 @@ void CDQTabControlBar::ShowTabs(bool show) {
   m_wndTab.ShowTabs(show);
 }
 
-void CDQTabControlBar::LayOutTabs() {
+void CDQTabControlBar::LayOutInside() {
   const CRect inside = GetInsideRect();
   if (m_wndTab.GetSafeHwnd() != nullptr && m_wndTab.GetPlace() != inside) {
     m_wndTab.MoveWindow(inside);
   }
 }
 
-void CDQTabControlBar::OnUpdateCmdUI(CCmdTarget& target, bool disable_if_no_handler) {
-  const detail::Watched self(*this);
-  CControlBar::OnUpdateCmdUI(target, disable_if_no_handler);
-  // A sizing edge or a gripper may have come or gone.
-  if (self.IsThere()) LayOutTabs();
-}
-
 LRESULT CDQTabControlBar::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
-  switch (message) {
-    case WM_CREATE:
-      if (!CreateTabWnd()) {
-        AfxTrace("CDQTabControlBarWnd::OnCreate - Failed to create Tab Window\n");
-        return -1;
-      }
-      break;
-    case WM_MOVE:
-    case WM_SIZE:
-      LayOutTabs();
-      return 0;
-    default:
-      break;
+  if (message == WM_CREATE && !CreateTabWnd()) {
+    AfxTrace("CDQTabControlBarWnd::OnCreate - Failed to create Tab Window\n");
+    return -1;
   }
   return CControlBar::DefWindowProc(message, wparam, lparam);
 }

@@ -53,17 +53,15 @@ class CDQTabControlBar : public CControlBar {
   void ShowTabs(bool show);
   CDQTabControlBarTab& GetTabs() { return m_wndTab; }
 
-  void OnUpdateCmdUI(CCmdTarget& target, bool disable_if_no_handler) override;
-
  protected:
   LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
+  void LayOutInside() override;
   /// Makes the tab window. False refuses, and the bar ends.
   virtual bool CreateTabWnd();
 
   CDQTabControlBarTab m_wndTab;
 
  private:
-  void LayOutTabs();
   int ShowStripFor(int inserted);
 
   bool m_bTabsWanted = true;

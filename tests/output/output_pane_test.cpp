@@ -121,6 +121,12 @@ TEST_F(OutputPaneTest, AnErrorShowsTheBarIfItMay) {
   EXPECT_TRUE(pane_->IsFloating());
   Choose(ID_OUTPUT_FLOAT);
   EXPECT_EQ(pane_->GetDockSide(), DockSide::kBottom);
+  frame_.MoveWindow({0, 0, 400, 120});
+  frame_.ShowControlBar(pane_.get(), true);
+  EXPECT_EQ(tree().GetPlace(), (CRect{8, 5, 400, 120}));
+  // It lies where it did, but the edge to size it by is the other one.
+  frame_.DockControlBar(pane_.get(), DockSide::kTop);
+  EXPECT_EQ(tree().GetPlace(), (CRect{8, 0, 400, 115}));
 }
 
 TEST_F(OutputPaneTest, ClearsSelectsCopiesAndSavesItsRows) {
@@ -144,13 +150,14 @@ TEST_F(OutputPaneTest, ClearsSelectsCopiesAndSavesItsRows) {
   EXPECT_EQ(app_.GetProfileString("Pane", "LastSaveErrorFileExtension"), "txt");
   EXPECT_EQ(app_.GetProfileInt("Pane", "LastSaveErrorFilterIndex", 0), 2);
   EXPECT_EQ(app_.GetProfileString("Pane", "LastSaveErrorDirectory"), files_.path() + "/");
+  tree().SetCaret(1);
   CDQOutputErrorDialog dialog(*pane_);
   dialog.Create(CDQOutputErrorDialog::kTemplateId, &frame_);
   EXPECT_STREQ(dialog.GetTree().CellText(1, 2), "c");
   pane_->ClearTree();
-  dialog.GetTree().SetCaret(0);
+  EXPECT_EQ(dialog.GetTree().GetSelectedCount(), 1);
   dialog.SendMessage(WM_COMMAND, CDQOutputErrorDialog::kDisplayId);
-  EXPECT_EQ(prompts.shown.back(), (ShownBox{"a", BOX_INFORMATION}));
+  EXPECT_EQ(prompts.shown.back(), (ShownBox{"c", BOX_INFORMATION}));
   pane_.reset();
   EXPECT_EQ(Tree::gone > 0, true);
 }

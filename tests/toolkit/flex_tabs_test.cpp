@@ -372,8 +372,8 @@ TEST(TabControlBar, HoldsWindowsOnTabs) {
   bar.SetBarSize({0, 100});
   EXPECT_EQ(bar.AddTab(&page, "early"), -1);
   ASSERT_TRUE(bar.Create(&frame, 0xE810));
-  bar.EnableSizing(true);
   frame.RecalcLayout();
+  bar.EnableSizing(true);
   EXPECT_EQ(bar.AddTab(&page, 900U), 0);
   EXPECT_EQ(bar.InsertTab(0, RUNTIME_CLASS(CSplitterWnd), "x"), 0);
   EXPECT_TRUE(bar.ActivateTab(1));

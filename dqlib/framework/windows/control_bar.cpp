@@ -93,6 +93,7 @@ void CControlBar::SetMinBarSize(const CSize& size) {
 void CControlBar::EnableSizing(bool enable) {
   m_bSizing = enable;
   if (GetSafeHwnd() != nullptr) Changed(WindowChange::kContent);
+  if (CFrameWnd* const frame = GetDockingFrame()) frame->RecalcLayout();
 }
 
 CSize CControlBar::CalcFixedLayout(const CSize&, bool) { return m_sizeBar; }
@@ -102,13 +103,20 @@ CSize CControlBar::CalcFloatingLayout() {
 }
 
 void CControlBar::LayOut(CRect& room) {
+  const Watched self(*this);
+  if (m_eSide != DockSide::kNone) MoveWindow(TakePlace(room));
+  // What is around its inside may have come or gone though the bar itself lies where it did.
+  if (self.IsThere()) LayOutInside();
+}
+
+CRect CControlBar::TakePlace(CRect& room) {
   const CSize wanted = CalcFixedLayout(room.Size(), IsHorizontal());
   const LONG height = std::clamp<LONG>(wanted.cy, 0, std::max<LONG>(0, room.Height()));
   const LONG width = std::clamp<LONG>(wanted.cx, 0, std::max<LONG>(0, room.Width()));
   CRect place = room;
   switch (m_eSide) {
     case DockSide::kNone:
-      return;
+      return {};
     case DockSide::kTop:
       place.bottom = room.top += height;
       break;
@@ -122,7 +130,7 @@ void CControlBar::LayOut(CRect& room) {
       place.left = room.right -= width;
       break;
   }
-  MoveWindow(place);
+  return place;
 }
 
 // ---- Its parts
@@ -278,6 +286,10 @@ LRESULT CControlBar::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
       if (frame != nullptr && IsWindowVisible()) OnUpdateCmdUI(*frame, wparam != 0);
       return 0;
     }
+    case WM_MOVE:
+    case WM_SIZE:
+      LayOutInside();
+      return 0;
     case WM_COMMAND:
     case WM_NOTIFY:
       return GetParent() == nullptr ? 0 : GetParent()->SendMessage(message, wparam, lparam);

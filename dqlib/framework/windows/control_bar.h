@@ -115,14 +115,19 @@ class CControlBar : public CWnd {
   /// What its controls notify by `WM_COMMAND` and `WM_NOTIFY` goes on to its parent.
   LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) override;
   void OnPaint(CDC& dc) override;
+  /// Places what lies in `GetInsideRect`. Called when the bar is moved, sized or laid out. It may
+  /// end the bar.
+  virtual void LayOutInside() {}
 
  private:
   friend class CFrameWnd;
   friend class CMiniDockFrameWnd;
   enum class Drag { kNone, kSize, kMove };
 
-  /// Takes its part of the rectangle, in the frame's client coordinates, and leaves the rest.
+  /// Lies down in its part of the rectangle, in the frame's client coordinates, and leaves the
+  /// rest.
   void LayOut(CRect& room);
+  CRect TakePlace(CRect& room);
   LRESULT OnMouse(UINT message, const CPoint& point);
   void BeginDrag(Drag drag, const CPoint& screen);
   void DragTo(const CPoint& screen);
