@@ -54,9 +54,10 @@ double OutOfRange(std::string_view number) {
   long long exponent = 0;
   bool negative = false;
   if (at < number.size()) {
+    // Behind the mark there are a sign, if any, and digits.
     ++at;
-    negative = at < number.size() && number[at] == '-';
-    if (at < number.size() && !IsDigit(number[at])) ++at;
+    negative = number[at] == '-';
+    if (!IsDigit(number[at])) ++at;
     constexpr long long kLargest = std::numeric_limits<int>::max();
     for (; at < number.size(); ++at) {
       exponent = std::min(kLargest, exponent * 10 + (number[at] - '0'));

@@ -249,16 +249,24 @@ TEST(TreeItems, HearFirstWhatTheirTreeIsAskedAndTellsOfThem) {
       told += std::to_string(id) + " ";
       return keeps;
     }
-    BOOL OnChildNotify(UINT, WPARAM, LPARAM lparam, LRESULT* result) override {
-      told += std::to_string(reinterpret_cast<const NMHDR*>(lparam)->code) + " ";
+    BOOL OnChildNotify(UINT message, WPARAM wparam, LPARAM lparam, LRESULT* result) override {
+      const int code = reinterpret_cast<const NMHDR*>(lparam)->code;
+      told += std::to_string(message) + "/" + std::to_string(wparam) + std::to_string(code) + " ";
       *result = 1;
-      return keeps;
+      return keeps != 0 ? keeps : CDQTreeItemBase::OnChildNotify(message, wparam, lparam, result);
     }
     BOOL keeps = 1;
     std::string told;
   } item;
+  struct Tree : CDQTreeCtrlEx {
+    LRESULT OnTimer(WPARAM timer, LPARAM) { return static_cast<LRESULT>(timer) + 1; }
+    bool CallMapped(const HandlerKey& key, HandlerArguments& arguments) override {
+      static constexpr MessageMapEntry kEntries[] = {MessageEntry<&Tree::OnTimer>(WM_TIMER)};
+      return CallEntry(kEntries, *this, key, arguments) ||
+             CDQTreeCtrlEx::CallMapped(key, arguments);
+    }
+  } tree;
   MainWindow main;
-  CDQTreeCtrlEx tree;
   tree.Create(&main, {0, 0, 200, 200}, 7);
   const HTREEITEM row = tree.LoadTree(&item, TVI_ROOT, 0);
   EXPECT_FALSE(tree.Choose(row)) << "the item answers in the parent's place";
@@ -270,7 +278,8 @@ TEST(TreeItems, HearFirstWhatTheirTreeIsAskedAndTellsOfThem) {
   other.hdr = {tree.GetSafeHwnd(), 7, -12};
   other.itemNew = row;
   main.SendMessage(WM_NOTIFY, 7, reinterpret_cast<LPARAM>(&other));
-  EXPECT_EQ(item.told, "-401 -401 -402 5 ");
+  EXPECT_EQ(item.told, "78/7-401 78/7-401 78/7-402 5 ");
+  EXPECT_EQ(tree.SendMessage(WM_TIMER, 8), 9) << "what is about no item goes to the tree's own map";
 }
 
 // ---- Rows

@@ -213,6 +213,8 @@ TEST(FlexTabs, ATabThatIsDraggedToAnotherFrameTakesItsDocumentAlong) {
   Frames::Press(from, 1, MakeLParam(-1, -1));
   EXPECT_EQ(std::exchange(drags, 0), 3);
   std::swap(layer.drag, leave);
+  Frames::Press(from, 0);
+  EXPECT_TRUE(from.GetTabWnd()->GetTabControl().IsTabSelected(0));
   Frames::Press(from, 1);
   std::swap(layer.drag, leave);
   EXPECT_TRUE(from.GetTabWnd()->GetTabControl().IsTabSelected(1));
