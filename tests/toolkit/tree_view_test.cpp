@@ -130,6 +130,16 @@ TEST(TreeView, IsFilledByItsTreeWhichTakesItsCommandsAndDrops) {
   EXPECT_EQ(target.OnDropEx(&tree, &data, 0, DROPEFFECT_MOVE, {20, 2}), DROPEFFECT_NONE);
   EXPECT_EQ(RowsOf(tree), "a, b, /f, /g,c,text") << "nothing moves by a drop on the titles";
 
+  struct : RecordingObserver {
+    UINT StartDrag(CWnd&, const COleDataObject& data, UINT, COleDropSource&) override {
+      told += data.GetData(CLIPBOARD_TEXT).value_or("-") + (CWnd::GetCapture() == nullptr ? "" : "!");
+      return 0;
+    }
+    std::string told;
+  } layer;
+  Drag(tree, 1, {-1, 0});
+  EXPECT_STREQ(layer.told.c_str(), "b") << "while the tree doesn't capture the mouse";
+
   auto second = std::make_unique<CDQTree>();
   CDQTree* const plain = second.get();
   view.SetTree(std::move(second));
