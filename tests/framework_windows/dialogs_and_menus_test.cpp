@@ -207,6 +207,26 @@ TEST_F(Dialog, RunsWithinAnotherAndGivesItTheScreenAndTheFocusBack) {
   };
   EXPECT_TRUE(dialog.DoModal() == IDOK && prompts.dialogs.size() == 3);
   EXPECT_TRUE(CWnd::GetActiveWindow() == &main && CWnd::GetFocus() == &field);
+  // Without a parent it belongs to what was active, which is so again behind it, or is ending.
+  struct Other : CWnd {
+    LRESULT WindowProc(UINT message, WPARAM wparam, LPARAM lparam) override {
+      if (message == WM_DESTROY) on_destroy();
+      return CWnd::WindowProc(message, wparam, lparam);
+    }
+    std::function<void()> on_destroy;
+  } other;
+  other.CreateWnd("Other");
+  other.SetActiveWindow();
+  const CWnd* over = &other;
+  prompts.on_dialog = [&](View&) {
+    EXPECT_TRUE(inner.GetOwner() == over && !over->IsWindowEnabled() && !main.IsWindowEnabled());
+  };
+  EXPECT_TRUE(inner.DoModal() == IDCANCEL && CWnd::GetActiveWindow() == &other);
+  over = &main;
+  other.on_destroy = [&] { EXPECT_EQ(inner.DoModal(), IDCANCEL); };
+  other.DestroyWindow();
+  EXPECT_TRUE(CWnd::GetActiveWindow() == &main && prompts.dialogs.size() == 5);
+  field.SetFocus();
   // What can't have the focus any more doesn't get it.
   prompts.on_dialog = [&](View&) { field.EnableWindow(false); };
   EXPECT_EQ(dialog.DoModal(), IDCANCEL) << "what is left open is cancelled";

@@ -77,6 +77,7 @@ class ConsoleTest(unittest.TestCase):
         self.assertIn("3 rows affected", [window["text"] for window in self.host.all(under=box)])
         self.host.keys("Return")
         self.host.wait_gone(box)
+        self.host.wait(lambda: self.host.active == self.frame["window"], "the frame isn't active again")
         self.choose("Down", "Down")
         self.host.click(self.shell)
         self.host.keys("ctrl+v")

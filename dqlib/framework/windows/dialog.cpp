@@ -40,14 +40,16 @@ class ModalState {
     if (active != &dialog) active_ = HandleOf(active);
   }
 
-  /// Disables the window that the dialog belongs to, and those that own it: a person could go
-  /// around the dialog by any of them.
-  void Disable(CWnd* owner) {
+  /// Disables the window that the dialog belongs to, the main window where it is given, and those
+  /// that own them: a person could go around the dialog by any of them.
+  void Disable(CWnd* owner, CWnd* main = nullptr) {
     std::vector<HWND> windows;
-    for (CWnd* next = owner; next != nullptr; next = next->GetOwner()) {
-      next = next->GetTopLevelParent();
-      if (windows.empty() && next->IsWindowEnabled()) owner_ = active_ = HandleOf(next);
-      windows.push_back(HandleOf(next));
+    for (CWnd* const first : {owner, main}) {
+      for (CWnd* next = first; next != nullptr; next = next->GetOwner()) {
+        next = next->GetTopLevelParent();
+        if (windows.empty() && next->IsWindowEnabled()) owner_ = active_ = HandleOf(next);
+        windows.push_back(HandleOf(next));
+      }
     }
     for (const HWND each : windows) {
       CWnd* const window = MessageQueue::FindOwnWindow(each);
@@ -204,10 +206,10 @@ void CDialog::InitModalIndirect(DialogTemplate dialog, CWnd* parent) {
 
 int CDialog::DoModal() {
   if (run_ != nullptr || GetSafeHwnd() != nullptr) return -1;
-  // Over the dialog that runs already: a person mustn't close that one meanwhile.
+  // Over what the person works with, to which they come back: a dialog that runs already mustn't be
+  // closed meanwhile.
   CWnd* const active = GetActiveWindow();
-  const CDialog* const outer = DYNAMIC_DOWNCAST(CDialog, active);
-  CWnd* const above = outer != nullptr && outer->run_ != nullptr ? active : AfxGetMainWnd();
+  CWnd* const above = active != nullptr && active->CanHaveFocus() ? active : AfxGetMainWnd();
   CWnd* const parent = modal_parent_ != nullptr ? modal_parent_ : above;
   // A handler may set another one meanwhile.
   const std::shared_ptr<const DialogTemplate> own = own_template_;
@@ -221,8 +223,9 @@ int CDialog::RunModal(const DialogTemplate& dialog, CWnd* parent) {
   if (parent != nullptr && MessageQueue::FindOwnWindow(parent->GetSafeHwnd()) != parent) return -1;
   CWnd* const owner = parent == nullptr ? nullptr : parent->GetTopLevelParent();
   const HWND owner_window = HandleOf(owner);
+  CWnd* const main = modal_parent_ == nullptr ? AfxGetMainWnd() : nullptr;
   Run run(*this, false);
-  run.state.Disable(owner);
+  run.state.Disable(owner, MessageQueue::FindOwnWindow(HandleOf(main)));
   if (run.dialog == nullptr || MessageQueue::FindOwnWindow(owner_window) != owner) return -1;
   if (!Open(dialog, owner, false)) return run.closed ? run.result : -1;
   return RunShown(run);

@@ -26,11 +26,12 @@ class CDialog : public CWnd {
   /// Makes the window, runs it and ends it. The result is that given to `EndDialog`, or -1 if the
   /// window couldn't be made. Its parent's top-level window, and those that own that one, are
   /// disabled meanwhile; at the end they are enabled first, then the window ends, and what was
-  /// active and had the focus gets that back. The platform's prompts run the dialog, unless a
-  /// window layer does (see `WindowObserver::RunsDialogs`); one that they leave open is cancelled,
-  /// and so is one that runs when the thread is told to end. A dialog whose own handler destroys
-  /// it, or drops the object, ends with `IDCANCEL`. Runs may be nested, but not of the same object:
-  /// then -1.
+  /// active and had the focus gets that back. Without a parent that is the active window, or the
+  /// main window if there is none that can be used; the main window is disabled in any case. The
+  /// platform's prompts run the dialog, unless a window layer does (see
+  /// `WindowObserver::RunsDialogs`); one that they leave open is cancelled, and so is one that runs
+  /// when the thread is told to end. A dialog whose own handler destroys it, or drops the object,
+  /// ends with `IDCANCEL`. Runs may be nested, but not of the same object: then -1.
   virtual int DoModal();
 
   /// Makes the window without running it, as a child of `parent` if `child`, and else owned by it.

@@ -190,6 +190,8 @@ class CWnd : public CCmdTarget {
   /// `OnTurnTo` to all around it. Returns the former. Nothing happens if it or one above is
   /// disabled; a hidden one can have it.
   CWnd* SetFocus();
+  /// Whether it can get the focus: it and all above it are enabled, and none of them is ending.
+  bool CanHaveFocus() const;
   /// The window of the calling thread that has the focus, or null.
   static CWnd* GetFocus();
   /// Has the mouse's messages come to this window, wherever the pointer is, until it is released or
@@ -356,7 +358,6 @@ class CWnd : public CCmdTarget {
   void TakeDown(detail::AllSteps& steps);
   bool HasWithin(const CWnd* window) const { return window == this || IsChild(window); }
   void TellTurnTo(bool while_focused);
-  bool CanHaveFocus() const;
   static void LeaveFocus(const CWnd& window, bool pass_on);
   static void LeaveCapture(const CWnd& window);
   void PassActivity();
