@@ -173,7 +173,8 @@ class CDQCoolMenu : public CMenu {
   static HMENU GetTrackMenu() { return track_menu_; }
 
   /// The full width of an item in pixels, measured when it is asked for the first time since an
-  /// item came or went; and from where on in it the keys are written.
+  /// item came or went, or another one became the default item; and from where on in it the keys
+  /// are written.
   int GetMaxItemWidth();
   int GetAcceleratorOffset();
   void RecalcWidth() { max_width_ = -1; }
@@ -186,7 +187,8 @@ class CDQCoolMenu : public CMenu {
 
  protected:
   virtual void DrawEmbossed(CDC& dc, const CPoint& at, int image);
-  /// Draws the text in the row behind the picture, and the keys at their offset from its left.
+  /// Draws the text in the row behind the picture, and the keys at their offset from its left; bold
+  /// for the default item.
   virtual void DrawItemText(CDC& dc, const CRect& row, const CMenuItemInfo& record, UINT state);
 
  private:
@@ -212,6 +214,7 @@ class CDQCoolMenu : public CMenu {
   void EndOwnMenu(HMENU menu);
   int CopyImage(const CDQCoolMenu& from, UINT id);
   void ReplaceItem(int position, UINT flags, UINT id, const CString& text, int image);
+  void MeasureItems();
   void CalculateMaxItemWidth();
 
   inline static CWnd* track_window_ = nullptr;
@@ -228,6 +231,8 @@ class CDQCoolMenu : public CMenu {
   CSize image_size_ = kUsualImageSize;
   int max_width_ = -1;
   int accelerator_offset_ = -1;
+  /// The default item's position at that time, whose text is bold.
+  UINT measured_default_ = 0;
   CDQCoolMenuArray submenus_;
   /// Records of popups that aren't drawn, whose items have no room for them.
   std::unordered_map<HMENU, CMenuItemInfo*> plain_popups_;

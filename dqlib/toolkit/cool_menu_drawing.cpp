@@ -28,11 +28,22 @@ std::pair<std::string_view, std::string_view> LabelAndKeys(std::string_view text
   return {text.substr(0, tab), text.substr(tab + 1)};
 }
 
-CFont* MenuFont() {
-  static CFont& font = *new CFont;
+/// Of items, or of default items; null if there is none.
+CFont* MenuFont(bool is_default) {
+  static CFont* const fonts = new CFont[2];
+  CFont& font = fonts[is_default ? 1 : 0];
   const LOGFONT* const stock = GetStockFont(kMenuFont);
-  if (!font.IsCreated() && stock != nullptr) font.CreateFontIndirect(*stock);
+  if (!font.IsCreated() && stock != nullptr) {
+    constexpr LONG kBold = 700;
+    LOGFONT wanted = *stock;
+    if (is_default) wanted.lfWeight = kBold;
+    font.CreateFontIndirect(wanted);
+  }
   return font.IsCreated() ? &font : nullptr;
+}
+
+LONG WidthOf(std::string_view text, const CFont* font) {
+  return GetTextExtent(font == nullptr ? nullptr : &font->GetLogFont(), text).cx;
 }
 
 /// The list with the two check marks, or null.
@@ -52,28 +63,34 @@ LONG Middle(const CRect& row, LONG height) { return row.top + (row.Height() - he
 }  // namespace
 
 void CDQCoolMenu::CalculateMaxItemWidth() {
-  const LOGFONT* const font = GetStockFont(kMenuFont);
+  measured_default_ = GetDefaultItem(true);
+  const CMenuItemInfo* const chosen = RecordAt(static_cast<int>(measured_default_));
   LONG label_width = 0;
   LONG keys_width = 0;
   bool has_keys = false;
   for (int index = 0; index < items_.GetSize(); ++index) {
+    const CFont* const font = MenuFont(items_[index] == chosen);
     const auto [label, keys] = LabelAndKeys(items_[index]->m_strText.View());
-    label_width = std::max(label_width, GetTextExtent(font, label).cx);
+    label_width = std::max(label_width, WidthOf(label, font));
     if (keys.empty()) continue;
     has_keys = true;
-    keys_width = std::max(keys_width, GetTextExtent(font, keys).cx);
+    keys_width = std::max(keys_width, WidthOf(keys, font));
   }
   accelerator_offset_ = image_size_.cx + label_width + kTextGap + (has_keys ? kKeysGap : 0);
   max_width_ = accelerator_offset_ + keys_width;
 }
 
+void CDQCoolMenu::MeasureItems() {
+  if (max_width_ < 0 || measured_default_ != GetDefaultItem(true)) CalculateMaxItemWidth();
+}
+
 int CDQCoolMenu::GetMaxItemWidth() {
-  if (max_width_ < 0) CalculateMaxItemWidth();
+  MeasureItems();
   return max_width_;
 }
 
 int CDQCoolMenu::GetAcceleratorOffset() {
-  if (max_width_ < 0) CalculateMaxItemWidth();
+  MeasureItems();
   return accelerator_offset_;
 }
 
@@ -153,7 +170,7 @@ void CDQCoolMenu::DrawItemText(CDC& dc, const CRect& row, const CMenuItemInfo& r
   const bool is_disabled = (state & ODS_DISABLED) != 0;
   const std::string_view texts[] = {label, keys};
   const LONG starts[] = {row.left + image_size_.cx + kTextGap, row.left + GetAcceleratorOffset()};
-  dc.SelectObject(MenuFont());
+  dc.SelectObject(MenuFont((state & ODS_DEFAULT) != 0));
   dc.SetBkMode(TRANSPARENT);
   const auto draw = [&](LONG moved, int color) {
     dc.SetTextColor(GetSysColor(color));

@@ -266,6 +266,7 @@ TEST_F(CoolMenus, MeasureAndDrawItemsByTheirRecords) {
     return dc.Text();
   };
   const std::string font = "font \"MS Shell Dlg\" -11\n";
+  const std::string bold = "font \"MS Shell Dlg\" -11 bold\n";
   const std::string red = "picture 0,2 2,17 of 2x15 ", blue = red + "de31beea\n";
   for (const auto& [at, state, drawn] : Rows<UINT, UINT, std::string>{
            {2, 0, blue + font + "text 6,3 \"B\"\ntext 142,3 \"F1\"\n"},
@@ -278,9 +279,17 @@ TEST_F(CoolMenus, MeasureAndDrawItemsByTheirRecords) {
                   "text 6,3 \"B\" 6d6d6d\ntext 142,3 \"F1\" 6d6d6d\n"},
            {0, ODS_CHECKED,
             "picture -9,0 11,19 of 20x19 fe7ab748\ntext 6,3 \"Long\"\nfill 6,15 13,16 000000\n"},
+           {1, ODS_DEFAULT, blue + bold + "text 6,3 \"A much longer text\"\n"},
            {3, 0, "fill 0,8 160,9 a0a0a0\nfill 0,9 160,10 ffffff\n"}}) {
     EXPECT_EQ(draw(at, state), "fill 0,0 160,19 f0f0f0\n" + drawn) << state;
   }
+  struct WideBold : RecordingObserver {
+    CSize MeasureText(const LOGFONT* of, std::string_view, const CSize& usual) override {
+      return {usual.cx * (of->lfWeight == 700 ? 2 : 1), usual.cy};
+    }
+  } wide;
+  menu.SetDefaultItem(1, true);
+  EXPECT_EQ(menu.GetAcceleratorOffset(), 142 + 126) << "the widest is bold now";
   // The other check mark, and no picture there.
   EXPECT_TRUE(!menu.DrawImage(dc, {}, -1, ODS_SELECTED));
   dc.Clear();

@@ -82,7 +82,9 @@ void DrawnItem::Measure(dq::CWnd& owner) {
   owner.SendMessage(dq::WM_MEASUREITEM, 0, reinterpret_cast<dq::LPARAM>(&item));
   // More than any screen has can't be wanted.
   constexpr dq::UINT kMost = 10'000;
-  const dq::CSize size{static_cast<dq::LONG>(std::min(item.itemWidth, kMost)),
+  // Owners count on the room for a mark that menus add to what they say.
+  constexpr dq::UINT kBehind = 13;
+  const dq::CSize size{static_cast<dq::LONG>(std::min(item.itemWidth, kMost) + kBehind),
                        static_cast<dq::LONG>(std::min(item.itemHeight, kMost))};
   size_ = scale_.ToNative(size);
   gtk_widget_set_size_request(area_, size_.x, size_.y);

@@ -52,6 +52,7 @@ MenuItemFacts FactsOf(const CMenu& menu, int position) {
   }
   facts.text = ToNative(menu.GetMenuString(at, dq::MF_BYPOSITION).View());
   facts.position = position;
+  facts.is_default = menu.GetDefaultItem(true) == at;
   facts.is_drawn = menu.IsOwnerDrawn(at, dq::MF_BYPOSITION);
   facts.data = menu.GetItemData(at, dq::MF_BYPOSITION);
   return facts;
@@ -198,11 +199,13 @@ void MenuMirror::DrawItems(CWnd& owner) {
   }
 }
 
+bool MenuMirror::HasDrawn() const {
+  return std::ranges::any_of(items_, [](const Item& item) { return item.drawn != nullptr; });
+}
+
 /// Has the items that the owner draws drawn, once for all that has changed.
 void MenuMirror::PostDrawing() {
-  const bool has_drawn =
-      std::ranges::any_of(items_, [](const Item& item) { return item.drawn != nullptr; });
-  if (!has_drawn || std::exchange(draws_, true)) return;
+  if (!HasDrawn() || std::exchange(draws_, true)) return;
   events_.with_owner([self = std::weak_ptr(self_)](CWnd& owner) {
     if (const auto live = self.lock()) (*live)->DrawItems(owner);
   });
@@ -216,9 +219,7 @@ bool MenuMirror::IsOwnersKey(const wxString& key) const {
     return !item.facts.is_drawn && mark != wxNOT_FOUND &&
            item.facts.text.Mid(static_cast<std::size_t>(mark) + 1, 1).IsSameAs(key, false);
   };
-  const bool has_drawn =
-      std::ranges::any_of(items_, [](const Item& item) { return item.drawn != nullptr; });
-  return has_drawn && std::ranges::none_of(items_, has_key);
+  return HasDrawn() && std::ranges::none_of(items_, has_key);
 }
 
 /// A character is typed while the menu has the keyboard. False if it is the toolkit's.
@@ -270,6 +271,7 @@ void MenuMirror::Show(Item& item, std::size_t at, const MenuItemFacts& facts) {
   if (item.drawn != nullptr) {
     UINT state = IsMarked(facts.state) ? UINT{dq::ODS_CHECKED} : 0;
     if (!is_active) state |= UINT{dq::ODS_GRAYED} | UINT{dq::ODS_DISABLED};
+    if (facts.is_default) state |= UINT{dq::ODS_DEFAULT};
     item.drawn->SetFacts({menu_, facts.position, facts.id, state, facts.data});
   }
   if (facts.kind == Kind::kSeparator) return;

@@ -31,6 +31,7 @@ struct MenuItemFacts {
   dq::HMENU submenu = nullptr;
   wxString text;
   dq::UINT state = 0;
+  bool is_default = false;
   /// Its owner draws it, with these data, at the position.
   bool is_drawn = false;
   const void* data = nullptr;
@@ -89,6 +90,7 @@ class MenuMirror {
   void Show(Item& item, std::size_t at, const MenuItemFacts& facts);
   void MakeDrawn(Item& item);
   void PostDrawing();
+  bool HasDrawn() const;
   bool IsOwnersKey(const wxString& key) const;
   bool TakeKey(unsigned int character);
   void Answer(dq::WPARAM answer);

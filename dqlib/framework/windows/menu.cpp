@@ -319,9 +319,10 @@ void CMenu::SetDefaultItem(UINT item, bool by_position) {
   }
 }
 
-UINT CMenu::GetDefaultItem() const {
+UINT CMenu::GetDefaultItem(bool by_position) const {
   const MenuModel* const menu = FindMenu(m_hMenu);
-  return menu == nullptr ? kNoItem : GetMenuItemID(menu->default_position);
+  const int position = menu == nullptr ? -1 : menu->default_position;
+  return by_position ? static_cast<UINT>(position) : GetMenuItemID(position);
 }
 
 int CMenu::TrackPopupMenu(UINT flags, int x, int y, CWnd* owner, const CRect* stays_open_in) {

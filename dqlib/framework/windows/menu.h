@@ -129,8 +129,8 @@ class CMenu : public CObject {
   bool CheckMenuRadioItem(UINT first, UINT last, UINT item, UINT flags);
   /// The item that a double click on the menu chooses; there is none if `item` isn't in the menu.
   void SetDefaultItem(UINT item, bool by_position);
-  /// Its command id (-1 for a popup), or -1.
-  UINT GetDefaultItem() const;
+  /// Its command id (-1 for a popup), or its position; -1 if there is none.
+  UINT GetDefaultItem(bool by_position = false) const;
 
   /// Brings all items up to date by their handlers: those of `target` and its route. With
   /// `auto_disable`, commands without a handler are disabled. Handlers may change the menus,
