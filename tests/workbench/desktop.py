@@ -206,7 +206,7 @@ class Host:
         while window["parent"]:
             x, y = x + left, y + top
             window = self.windows[window["parent"]]
-            left, top = window["rect"][:2]
+            left, top = (sum(each) for each in zip(window["rect"], window.get("inset", (0, 0))))
         return window["origin"][0] + x, window["origin"][1] + y
 
     def xdotool(self, *words):

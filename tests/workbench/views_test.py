@@ -116,8 +116,39 @@ class ViewsTest(unittest.TestCase):
         host.wait_focus(self.pane("Red"))
         host.xdotool("mousemove", x + 100, y, "click", 1)
         host.wait_focus(self.pane("Green"))
-        host.click(self.pane("Blue"), x=280, y=150)
+        host.click(self.pane("Blue"), x=270, y=130)
         host.wait_focus(self.pane("Blue"))
+        self.leave()
+
+    def test_sheets_are_moved_sized_and_closed_by_their_frames(self):
+        self.start("w", "Book")
+        host = self.host
+        sheet = host.windows[self.pane("Blue")["parent"]]
+
+        def is_at(*rect):
+            host.wait_value(sheet, rect=list(rect))
+
+        def press(place, times=1):
+            """A button by its place from the right."""
+            host.click(sheet, x=host.windows[sheet["window"]]["rect"][2] - 4 - 20 * place + 10, y=14, times=times)
+        is_at(80, 60, 300, 180)
+        for x, y, way, rect in [(50, 14, (30, -20), (110, 40, 300, 180)), (298, 178, (40, 10), (110, 40, 340, 190)),
+                                # No smaller than its buttons, and never out of sight.
+                                (1, 100, (300, 0), (354, 40, 96, 190)), (30, 14, (0, -56), (354, -14, 96, 190))]:
+            host.drag(host.place(sheet, x=x, y=y), way)
+            is_at(*rect)
+        for place, rect in [(3, (354, -14, 96, 28)), (3, (354, -14, 96, 190))]:
+            press(place)
+            is_at(*rect)
+        press(4, times=2)
+        host.wait(lambda: host.windows[sheet["window"]]["rect"][:2] == [0, 0], "it isn't maximised")
+        press(2)
+        is_at(354, -14, 96, 190)
+        press(1)
+        self.wait_gone("Blue")
+        host.wait_focus(self.pane("Green"))
+        host.click(self.pane("Red"), x=10, y=100)
+        host.wait_focus(self.pane("Red"))
         self.leave()
 
 

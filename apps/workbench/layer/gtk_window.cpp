@@ -65,6 +65,11 @@ bool IsActive(const wxTopLevelWindow& window) {
   return gtk_window_is_active(GTK_WINDOW(window.m_widget)) != 0;
 }
 
+void LayOutNow(wxTopLevelWindow& window) {
+  gtk_container_check_resize(GTK_CONTAINER(window.m_widget));
+  gdk_display_flush(gtk_widget_get_display(window.m_widget));
+}
+
 void Activate(wxTopLevelWindow& window) { gtk_window_present(GTK_WINDOW(window.m_widget)); }
 
 void SetOwner(wxTopLevelWindow& window, wxTopLevelWindow* owner) {

@@ -24,6 +24,8 @@ void WhenMapped(wxWindow& window, std::function<void()> act);
 
 /// Whether the person works with the top-level window.
 bool IsActive(const wxTopLevelWindow& window);
+/// Puts what lies in it where it was told to lie, which the toolkit does only when it draws next.
+void LayOutNow(wxTopLevelWindow& window);
 /// Asks the window manager to make it active and put it before others.
 void Activate(wxTopLevelWindow& window);
 

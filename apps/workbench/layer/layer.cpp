@@ -367,10 +367,10 @@ void Layer::UpdateCapture() {
   const HWND now = capture == nullptr ? nullptr : capture->GetSafeHwnd();
   const HWND former = std::exchange(captured_, now);
   if (former == now) return;
-  const Mirror* const released = Find(former);
-  if (released != nullptr && released->native()->HasCapture()) released->native()->ReleaseMouse();
-  const Mirror* const taker = Find(now);
-  if (taker != nullptr && !taker->native()->HasCapture()) taker->native()->CaptureMouse();
+  Mirror* const released = Find(former);
+  if (released != nullptr && released->Pointed()->HasCapture()) released->Pointed()->ReleaseMouse();
+  Mirror* const taker = Find(now);
+  if (taker != nullptr && !taker->Pointed()->HasCapture()) taker->Pointed()->CaptureMouse();
 }
 
 void Layer::Settle() {
@@ -400,6 +400,10 @@ void Layer::WriteTrace() {
   for (const HWND handle : std::exchange(traced_, {})) {
     const Mirror* const mirror = Find(handle);
     if (mirror == nullptr) continue;
+    const auto* const top =
+        dynamic_cast<TopLevelMirror*>(Find(mirror->window().GetTopLevelParent()));
+    // Who reads it uses the mouse there next.
+    if (top != nullptr) LayOutNow(*top->top_level());
     TraceLine line("window");
     TraceWindow(*mirror, line);
     host_.trace->Write(line);

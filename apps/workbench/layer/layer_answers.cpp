@@ -5,6 +5,7 @@
 #include <wx/menu.h>
 #include <wx/utils.h>
 
+#include "apps/workbench/layer/child_frame_mirror.h"
 #include "apps/workbench/layer/drag_out.h"
 #include "apps/workbench/layer/frame_mirror.h"
 #include "apps/workbench/layer/gtk_menu.h"
@@ -25,8 +26,11 @@ using dq::HWND;
 using dq::UINT;
 
 dq::CRect Layer::GetFrameWidths(const CWnd& window) {
-  dq::CRect widths = ScrollBarWidths(window);
-  if (window.GetParent() != nullptr) return widths;
+  if (window.GetParent() != nullptr) {
+    const dq::CRect bars = ScrollBarWidths(window);
+    const dq::CRect frame = ChildFrameWidths(window);
+    return {frame.left, frame.top, frame.right + bars.right, frame.bottom + bars.bottom};
+  }
   const auto* const mirror = dynamic_cast<TopLevelMirror*>(Find(&window));
   const FrameExtents extents = mirror == nullptr ? FrameExtentsOf(window) : mirror->frame_extents();
   const Bars bars = mirror == nullptr ? UsualBars(window) : mirror->bars();
@@ -66,9 +70,9 @@ dq::CSize Layer::MeasureText(const dq::LOGFONT* font, std::string_view text,
 
 void Layer::SetPointer(dq::PointerShape shape) {
   if (loop_.HasDisplay() && input_.drag() != nullptr) return input_.drag()->SetPointer(shape);
-  const Mirror* const mirror = Find(pointed_);
+  Mirror* const mirror = Find(pointed_);
   if (loop_.HasDisplay() && mirror != nullptr && !mirror->IsControl()) {
-    mirror->native()->SetCursor(ToNativePointer(shape));
+    mirror->Pointed()->SetCursor(ToNativePointer(shape));
   }
 }
 

@@ -15,7 +15,8 @@ Mirror::Mirror(Layer& layer, dq::CWnd& window)
     : layer_(layer), handle_(window.GetSafeHwnd()), parent_(window.GetParent()) {}
 
 Mirror::~Mirror() {
-  if (native_ != nullptr && native_->HasCapture()) native_->ReleaseMouse();
+  wxWindow* const capture = wxWindow::GetCapture();
+  if (native_ != nullptr && native_->IsDescendant(capture)) capture->ReleaseMouse();
   // Not by its `Destroy`, which would keep a top-level window until the toolkit is idle.
   delete native_;
 }

@@ -43,6 +43,8 @@ class Mirror {
 
   /// Where the mirrors of the children lie; null if they aren't drawn.
   virtual wxWindow* Inside() { return nullptr; }
+  /// What the mouse comes to for the window.
+  wxWindow* Pointed() { return Inside() == nullptr ? native_ : Inside(); }
   /// What gets the keyboard for the window.
   virtual wxWindow* Focusable() { return native_; }
   /// Whether the keys and the mouse are the toolkit's control's; else they are the window's.

@@ -2,6 +2,7 @@
 
 #include "apps/workbench/layer/bar_mirrors.h"
 #include "apps/workbench/layer/button_mirrors.h"
+#include "apps/workbench/layer/child_frame_mirror.h"
 #include "apps/workbench/layer/combo_mirror.h"
 #include "apps/workbench/layer/edit_mirror.h"
 #include "apps/workbench/layer/field_mirrors.h"
@@ -24,6 +25,7 @@
 #include "dqlib/framework/controls/static.h"
 #include "dqlib/framework/controls/tool_tip.h"
 #include "dqlib/framework/windows/frame_wnd.h"
+#include "dqlib/framework/windows/mdi_frame.h"
 #include "dqlib/framework/windows/status_bar.h"
 #include "dqlib/framework/windows/tool_bar.h"
 
@@ -79,6 +81,7 @@ constexpr Row kRows[] = {
      Make<TabMirror>},
     {Is<dq::CToolBar>, Make<ToolBarMirror>},
     {Is<dq::CStatusBar>, Make<StatusBarMirror>},
+    {Is<dq::CMDIChildWnd>, Make<ChildFrameMirror>},
 };
 
 }  // namespace

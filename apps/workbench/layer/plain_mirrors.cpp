@@ -58,8 +58,8 @@ wxWindow* PlainMirror::DoMake(wxWindow* parent) {
     }
   }
   WhenMapped(*native, [this] { PostFact([this](CWnd& window) { layer().RaiseInOrder(window); }); });
-  native->Bind(wxEVT_PAINT, [this](wxPaintEvent&) {
-    wxPaintDC context(this->native());
+  native->Bind(wxEVT_PAINT, [this, native](wxPaintEvent&) {
+    wxPaintDC context(native);
     if (picture_.IsOk()) context.DrawBitmap(picture_, 0, 0);
   });
   TakeNoKeys(*native);
@@ -100,7 +100,7 @@ void PlainMirror::Paint(CWnd& window) {
   context.IntersectClipRect(update);
   window.Paint(context);
   if (layer().Find(self) != this || !context.HasDrawn()) return;
-  native()->RefreshRect(scale().ToNative(update), false);
+  Inside()->RefreshRect(scale().ToNative(update), false);
 }
 
 void PlainMirror::ShowBar(dq::ScrollBar bar) {
@@ -108,7 +108,7 @@ void PlainMirror::ShowBar(dq::ScrollBar bar) {
   const int range = LengthOf(info);
   const int orientation = bar == dq::SB_HORZ ? wxHORIZONTAL : wxVERTICAL;
   const std::int64_t position = std::int64_t{info.nPos} - info.nMin;
-  native()->SetScrollbar(orientation, static_cast<int>(std::min<std::int64_t>(position, range)),
+  Inside()->SetScrollbar(orientation, static_cast<int>(std::min<std::int64_t>(position, range)),
                          info.nPage, range);
 }
 

@@ -10,7 +10,7 @@ namespace workbench {
 
 /// A window that others may lie in: a page of a dialog, a view, the place of child frames, and any
 /// of a class that the layer doesn't know. It gets the mouse and the keys as messages, draws itself
-/// on a picture, which is shown, and may have scroll bars.
+/// on a picture, which is shown, and may have scroll bars; all that within `Inside`.
 class PlainMirror : public Mirror {
  public:
   using Mirror::Mirror;
