@@ -132,7 +132,8 @@ TEST(TreeView, IsFilledByItsTreeWhichTakesItsCommandsAndDrops) {
 
   struct : RecordingObserver {
     UINT StartDrag(CWnd&, const COleDataObject& data, UINT, COleDropSource&) override {
-      told += data.GetData(CLIPBOARD_TEXT).value_or("-") + (CWnd::GetCapture() == nullptr ? "" : "!");
+      told +=
+          data.GetData(CLIPBOARD_TEXT).value_or("-") + (CWnd::GetCapture() == nullptr ? "" : "!");
       return 0;
     }
     std::string told;
