@@ -108,6 +108,10 @@ int RunOutput(const Arguments& arguments) {
     }
   }
   if (dqapps::EndOfInputLines() != kYes) status = kNo;
+  if (const std::size_t lost = pane.GetLostRows(); lost > 0) {
+    status =
+        Complain("rows missing in " + *arguments.Find(kLog.name) + ": " + std::to_string(lost));
+  }
   Listing rows(arguments);
   const dq::CDQTree& tree = *pane.GetTreeWnd();
   for (int row = 0; row < tree.GetCount(); ++row) {

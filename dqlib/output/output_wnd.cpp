@@ -41,20 +41,21 @@ std::string_view TakeLine(std::string_view& rest) {
   return line;
 }
 
-/// Writes what the pane shows to the log too, if there is one, as the options say now. A row that
-/// can't be written has been told, and ends it.
-void MirrorRows(const std::vector<CString>& rows) {
+/// Writes what the pane shows to the log too, if there is one, as the options say now. The first
+/// row that can't be written ends it. Returns how many rows are missing there.
+std::size_t MirrorRows(const std::vector<CString>& rows) {
   CDQOptionsServer& options = *CDQOptionsServer::GetObject();
   const CString path = options.GetString(kLogPathOption);
-  if (!options.GetBool(kLogOption) || path.IsEmpty()) return;
+  if (!options.GetBool(kLogOption) || path.IsEmpty()) return 0;
   const long long limit = options.GetInt(kLogLimitOption) * 1024LL;
   if (limit > 0 && DQLIB_FileExists(path) && CDQFileUtility::GetFileSize(path) >= limit) {
     CDQFileUtility::EmptyFile(path);
   }
-  for (const CString& row : rows) {
-    // A row is never empty.
-    if (CDQFileUtility::WriteFile(path, row, -1, false, true) <= 0) break;
-  }
+  // A row is never empty.
+  const auto lost = std::ranges::find_if(rows, [&path](const CString& row) {
+    return CDQFileUtility::WriteFile(path, row, -1, false, true) <= 0;
+  });
+  return static_cast<std::size_t>(rows.end() - lost);
 }
 
 }  // namespace
@@ -147,8 +148,9 @@ void CDQOutputWnd::AddMessage(const char* text, int type) {
   ShowLastRow(adding.last);
   const bool is_error = traits.kind == OutputMessageKind::kError;
   if (self.IsThere() && is_error && m_bShowOnError) ShowForError();
-  // Behind this the pane may be gone.
-  if (adding.keeps_rows) MirrorRows(adding.rows);
+  if (!adding.keeps_rows) return;
+  const std::size_t lost = MirrorRows(adding.rows);
+  if (self.IsThere()) m_nLostRows += lost;
 }
 
 /// Makes the column of texts as wide as one needs, so that a person can scroll to its end. Beyond

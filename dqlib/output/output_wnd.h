@@ -66,6 +66,9 @@ class CDQOutputWnd : public CControlBar {
   /// do blank lines but for a whole text of them, which is one empty row. Null counts as "". Takes
   /// time that grows with the text, and not with the rows there are.
   void AddMessage(const char* text, int type);
+  /// How many rows so far were to go to the log and aren't there. Of a log that can't be opened the
+  /// user has been told.
+  std::size_t GetLostRows() const { return m_nLostRows; }
 
   // Commands of the context menu.
 
@@ -125,6 +128,7 @@ class CDQOutputWnd : public CControlBar {
   std::array<CBitmap, OUTPUT_TASK_END + 1> m_pictures;
   CString m_strSaveSection;
   int m_nMaxEntries = kUsualMaxEntries;
+  std::size_t m_nLostRows = 0;
   bool m_bShowOnError = true;
 };
 

@@ -95,6 +95,7 @@ class AnswersTest(transcript.TranscriptTest):
             < 0\tx\n5\ta\\nb\\\\c\tof\n9\ty => ~[0-9:.]+\tProgram\tx\n[0-9:.]+\tDBMS\ta\n\t\tb\\c    of\n[0-9:.]+\tProgram\ty
             --max 1 < 0\tx\nno\nx\ty\n\ty\n1\t\0\n6\tz =>1 ~[0-9:.]+\tStart Task: On [0-9:.]+\tz ! line 2: no tab\nline 3: the type is no number: 'x'\nline 4: the type is no number: ''\nline 5: a zero byte
             --json --log rows --limit 1 < 9999999999\tx\n => ~.{2}{"time":"[0-9:.]+","source":"Program","text":"x"}.]
+            --log /dev/full < 1\ta\\nb =>1 ~[0-9:.]+\tProgram\ta\n\t\tb ! rows missing in /dev/full: 2
             --limit 1 =>2 ! --limit needs --log ;; --max 0 =>2 ! N is a number from 1 to 2147483647, not '0'
             --log '' =>2 ! FILE is empty ;; --log $D =>1 ! cannot write $D: Is a directory ;; =>
             """)
