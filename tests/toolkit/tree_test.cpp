@@ -261,6 +261,12 @@ TEST(TreeEditor, GoesWithItsRow) {
   tree.InsertRow(0, "z", 0);
   CRect place;
   EXPECT_TRUE(tree.GetCellRect(2, 0, &place, true) && tree.GetEditCtrl()->GetPlace() == place);
+  const BitmapDescription picture{{9, 9}, std::vector<COLORREF>(81)};
+  tree.SetRowPicture(2, &picture);
+  EXPECT_TRUE(tree.GetCellRect(2, 0, &place, true) && tree.GetEditCtrl()->GetPlace() == place);
+  tree.ShowButtons(false);
+  tree.ShowTreeLines(false);
+  EXPECT_TRUE(tree.GetCellRect(2, 0, &place, true) && tree.GetEditCtrl()->GetPlace() == place);
   tree.SortByColumn(0);
   tree.GetEditCtrl()->SetWindowText("A");
   tree.GetEditCtrl()->SendMessage(WM_KEYDOWN, VK_RETURN);

@@ -323,6 +323,8 @@ bool CSftTree::ChangeCell(int row, int column, Change change) {
   if (!changed) return false;
   Tell(WindowChange::kRowsChanged, {row, 1});
   InvalidateRow(row);
+  // A picture that comes or goes leaves another place for the text.
+  if (row == followed_row_) OnLayoutChanged();
   return true;
 }
 
@@ -510,13 +512,13 @@ void CSftTree::SetColors(COLORREF text, COLORREF background, COLORREF selected_t
 void CSftTree::ShowTreeLines(bool show) {
   lines_shown_ = show;
   columns_->ForgetWidths();
-  Redraw();
+  LayoutChanged();
 }
 
 void CSftTree::ShowButtons(bool show) {
   buttons_shown_ = show;
   columns_->ForgetWidths();
-  Redraw();
+  LayoutChanged();
 }
 
 void CSftTree::SetDropTarget(int row) {
