@@ -173,9 +173,19 @@ TEST(TabStrip, DrawsTheSelectedTabInFrontOfTheOthers) {
   EXPECT_EQ(Text(tabs.strip().GetPlace()) + " " + Text(tabs.GetTabWindow(0)->GetPlace()),
             "0,70-200,100 0,0-200,70");
   EXPECT_EQ(tabs.strip().GetTabRect(0).left, 10);
+  tabs.SetTabSizes({24, -1, TWS_TABS_ON_BOTTOM});
+  EXPECT_EQ(tabs.strip().GetTabRect(0).left, 0);
+  tabs.frame.MoveWindow(0, 0, 100, 100);
+  RecordingDC narrow;
+  tabs.strip().Paint(narrow);
+  // The heads of the arrows; only the one forth can be chosen.
+  EXPECT_THAT(narrow.Text(),
+              testing::HasSubstr("fill 74,12 75,13 6d6d6d\nfill 75,11 76,14 6d6d6d\n"));
+  EXPECT_THAT(narrow.Text(),
+              testing::EndsWith("fill 92,11 93,14 000000\nfill 93,12 94,13 000000\n"));
   tabs.SetTabSizes({});
   EXPECT_FALSE(tabs.strip().IsShown());
-  EXPECT_EQ(Text(tabs.GetTabWindow(0)->GetPlace()), "0,0-200,100");
+  EXPECT_EQ(Text(tabs.GetTabWindow(0)->GetPlace()), "0,0-100,100");
 }
 
 }  // namespace

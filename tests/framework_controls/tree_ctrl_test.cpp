@@ -130,7 +130,8 @@ TEST(TreeCtrl, KnowsWhatLiesAtAPointAndPaintsIt) {
   pictures.Create({8, 8});
   tree.SetImageList(&pictures);
   for (const auto& [point, item, where] :
-       Rows<CPoint, HTREEITEM, UINT>{{{5, 5}, tree.a, TVHT_ONITEMBUTTON},
+       Rows<CPoint, HTREEITEM, UINT>{{{0, 0}, tree.a, TVHT_ONITEMBUTTON},
+                                     {{5, 5}, tree.a, TVHT_ONITEMBUTTON},
                                      {{20, 5}, tree.a, TVHT_ONITEMICON},
                                      {{28, 5}, tree.a, TVHT_ONITEMLABEL},
                                      {{100, 5}, tree.a, TVHT_ONITEMRIGHT},

@@ -41,8 +41,9 @@ std::unique_ptr<CWnd> MakeButton(const ControlTemplate& from) {
     std::string_view word;
     ButtonKind kind;
   } kKinds[] = {
-      {"group", ButtonKind::kGroup},       {"button", ButtonKind::kPush},
-      {"defbutton", ButtonKind::kDefault}, {"check", ButtonKind::kCheck},
+      {"group", ButtonKind::kGroup},
+      {"defbutton", ButtonKind::kDefault},
+      {"check", ButtonKind::kCheck},
       {"radio", ButtonKind::kRadio},
   };
   ButtonKind kind = ButtonKind::kPush;
