@@ -64,6 +64,9 @@ UiState& CurrentUi();
 void TellChange(CWnd& window, WindowChange change, const ChangedRange& range);
 /// Tells it of the rows that it hasn't been told of.
 void TellRows();
+/// Of those that came, while they can still be read: called before rows go, or before one is told
+/// of as changed after others have moved.
+void TellNewRows();
 void TellMenuChange(MenuHandle* menu, MenuChange change, const ChangedRange& range);
 
 /// Gives back the hot keys of a window that has ended.

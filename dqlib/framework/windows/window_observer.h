@@ -192,11 +192,4 @@ WindowObserver* GetWindowObserver();
 /// been told are told before.
 WindowObserver* SetWindowObserver(WindowObserver* observer);
 
-namespace detail {
-
-/// Tells the observer of rows that came, while they can still be read: called before rows go, or
-/// before one is told of as changed after others have moved.
-void TellNewRows();
-
-}  // namespace detail
 }  // namespace dq
