@@ -104,16 +104,14 @@ LRESULT CWnd::WindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
 BOOL CWnd::OnWndMsg(UINT message, WPARAM wparam, LPARAM lparam, LRESULT* result) {
   if (message == WM_COMMAND) return OnCommand(wparam, lparam);
   if (message == WM_NOTIFY) return OnNotify(wparam, lparam, result);
-  if (message == WM_DRAWITEM || message == WM_MEASUREITEM) {
-    const detail::Watched self(*this);
-    const CWnd* const control = GetDlgItem(static_cast<int>(wparam));
-    const HWND item = wparam == 0 || control == nullptr ? nullptr : control->GetSafeHwnd();
-    if (ReflectNotification(item, message, wparam, lparam, result) != 0) return 1;
-    if (!self.IsThere()) return 1;
+  HWND control = nullptr;
+  if (message == WM_VKEYTOITEM) control = reinterpret_cast<HWND>(lparam);
+  if ((message == WM_DRAWITEM || message == WM_MEASUREITEM) && wparam != 0) {
+    const CWnd* const item = GetDlgItem(static_cast<int>(wparam));
+    if (item != nullptr) control = item->GetSafeHwnd();
   }
-  if (message == WM_VKEYTOITEM) {
+  if (control != nullptr) {
     const detail::Watched self(*this);
-    const HWND control = reinterpret_cast<HWND>(lparam);
     if (ReflectNotification(control, message, wparam, lparam, result) != 0) return 1;
     if (!self.IsThere()) return 1;
   }
