@@ -357,7 +357,7 @@ TEST(VectorPicture, StandsBehindABitmapAndIsPaintedAsFineAsTheDevice) {
     EXPECT_TRUE(device.DrawBitmap(place, bitmap.GetSafeHandle(), how));
     return device.painted.pixels;
   };
-  constexpr COLORREF kGrey = 0xC0C0C0;
+  constexpr COLORREF kGrey = 0xC0C0C0, kDark = 0xA0A0A0, kWhite = 0xFFFFFF;
   EXPECT_EQ(painted({5, 5, 7, 6}, {}), (std::vector<COLORREF>{kGrey, kGrey, 0x7FC0C0C0, kNoPixel,
                                                               kGrey, kGrey, 0x7FC0C0C0, kNoPixel}));
   EXPECT_EQ(painted({5, 5, 6, 6}, {.part = CRect{1, 0, 2, 1}}),
@@ -366,11 +366,16 @@ TEST(VectorPicture, StandsBehindABitmapAndIsPaintedAsFineAsTheDevice) {
   EXPECT_EQ(painted({5, 5, 7, 6}, {.mask = kPictureMask}),
             (std::vector<COLORREF>{kGrey, kNoPixel}));
   ScriptedPlatform platform;
-  platform.scheme.colors = {{15, 0x112233}};
+  platform.scheme.colors = {{15, 0x112233}, {16, kDark}, {20, kWhite}};
   device.scale = 1;
   const auto mapped = LoadImage(&module, 7, IMAGE_MAP_3D_COLORS);
   EXPECT_TRUE(device.DrawBitmap(CPoint{}, mapped.get()));
   EXPECT_EQ(device.painted.pixels.front(), 0x112233U);
+  device.scale = 2;
+  EXPECT_TRUE(device.DrawBitmap(CRect{0, 0, 4, 2}, mapped.get(), {.embossed = true}));
+  EXPECT_EQ(std::vector<COLORREF>(device.painted.pixels.begin() + 16, device.painted.pixels.end()),
+            (std::vector<COLORREF>{kDark, kDark, kDark, kDark, kDark, kWhite, kWhite, kNoPixel,  //
+                                   kDark, kDark, kDark, kDark, kDark, kWhite, kWhite, kNoPixel}));
 }
 
 TEST(Pages, FollowOneAnotherAndOutsideThemNothingIsDrawn) {

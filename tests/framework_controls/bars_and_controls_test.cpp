@@ -53,6 +53,34 @@ TEST(ImageList, CutsStripsIntoPicturesAndDrawsThem) {
   EXPECT_TRUE(list.GetImageSize() == (CSize{3, 1}) && list.GetImageRect(1) == (CRect{0, 1, 3, 2}));
 }
 
+TEST(ImageList, KeepsTheShapesOfItsPictures) {
+  // A bar across two pictures, and a square on the second one.
+  ResourceModule module;
+  ASSERT_TRUE(AddPicture(module, 5, "4 2 f 610000 R 1 0 2 1 f 620000 R 3 1 1 1"));
+  const CDynLinkLibrary link(&module);
+  CImageList list, plain, moved;
+  ASSERT_TRUE(list.Create(5, 2, kPictureMask) && plain.Create(5, 2, 0) && moved.Create({2, 2}));
+  const auto rendered = [](const CImageList& of) {
+    std::string text;
+    for (int at = 0; at < of.GetImageCount(); ++at) {
+      const auto shapes = of.GetImage(at).shapes;
+      if (shapes == nullptr) text += '-';
+      if (shapes == nullptr) continue;
+      for (const COLORREF color : shapes->Render({4, 2})->pixels) {
+        text += color == kNoPixel ? '.' : static_cast<char>(color);
+      }
+      text += ' ';
+    }
+    return text;
+  };
+  EXPECT_EQ(rendered(list) + rendered(plain), "..aa.... aa....bb --");
+  EXPECT_TRUE(moved.Add(list, 1) == 0 && moved.Add(plain, 1) == 1 && moved.Add(moved, 0) == 2);
+  EXPECT_EQ(rendered(moved), "aa....bb -aa....bb ");
+  const BitmapDescription square = Strip("1234", 2);
+  EXPECT_TRUE(moved.Replace(0, &square) && moved.Remove(1) && list.Remove(-1));
+  EXPECT_EQ(rendered(moved) + rendered(list), "-aa....bb ");
+}
+
 TEST(Progress, TellsWhatIsSeenOfIt) {
   CProgressCtrl bar;
   bar.CreateWnd({.class_name = "Progress", .place = {0, 0, 50, 10}, .id = 1});

@@ -79,14 +79,17 @@ BitmapDescription CutPicture(const BitmapDescription& picture, const CRect& part
   return cut;
 }
 
-/// Whether a pixel belongs to what a picture shows, and not to its light ground.
+/// Whether a pixel, of which no more than half is seen through, belongs to what a picture shows,
+/// and not to its light ground.
 bool IsInk(COLORREF color) {
   const COLORREF brightness =
       3 * (color & 0xFF) + 6 * (color >> 8 & 0xFF) + (color >> 16 & 0xFF);  // tenths
-  return color != kNoPixel && brightness < 10 * 0xC0;
+  constexpr COLORREF kHalf = 128;
+  return color >> 24 < kHalf && brightness < 10 * 0xC0;
 }
 
-BitmapDescription Emboss(const BitmapDescription& picture) {
+/// With edges so wide.
+BitmapDescription Emboss(const BitmapDescription& picture, std::size_t edge = 1) {
   const auto width = static_cast<std::size_t>(picture.size.cx);
   BitmapDescription relief{picture.size, std::vector<COLORREF>(picture.pixels.size(), kNoPixel)};
   const auto stamp = [&](COLORREF color, std::size_t shift) {
@@ -95,7 +98,7 @@ BitmapDescription Emboss(const BitmapDescription& picture) {
       if (has_room && IsInk(picture.pixels[i])) relief.pixels[i + shift * (width + 1)] = color;
     }
   };
-  stamp(GetSysColor(COLOR_BTNHIGHLIGHT), 1);
+  stamp(GetSysColor(COLOR_BTNHIGHLIGHT), edge);
   stamp(GetSysColor(COLOR_BTNSHADOW), 0);
   return relief;
 }
@@ -271,8 +274,8 @@ bool CDC::DrawBitmap(const CRect& place, HBITMAP picture, const BitmapDrawing& h
   const CRect part = Intersect(how.part.value_or(whole), whole);
   if (part.IsRectEmpty()) return false;
   if (!Reach(place)) return true;
-  if (picture->shapes != nullptr && !how.embossed && GetPictureScale() > 0) {
-    return PaintShapes(place, *picture->shapes, part);
+  if (picture->shapes != nullptr && GetPictureScale() > 0) {
+    return PaintShapes(place, *picture->shapes, part, how.embossed);
   }
   BitmapDescription painted = CutPicture(*picture, part, how.mask);
   if (how.embossed) painted = Emboss(painted);
@@ -281,7 +284,8 @@ bool CDC::DrawBitmap(const CRect& place, HBITMAP picture, const BitmapDrawing& h
 }
 
 /// The part of a picture as fine as the device paints it.
-bool CDC::PaintShapes(const CRect& place, const VectorPicture& shapes, const CRect& part) {
+bool CDC::PaintShapes(const CRect& place, const VectorPicture& shapes, const CRect& part,
+                      bool embossed) {
   const auto fine = [scale = GetPictureScale()](LONG whole, LONG shown, LONG length) {
     return static_cast<LONG>(std::lround(std::min(4096.0, scale * length * whole / shown)));
   };
@@ -296,7 +300,10 @@ bool CDC::PaintShapes(const CRect& place, const VectorPicture& shapes, const CRe
   const auto down = [&](LONG y) { return static_cast<LONG>(std::int64_t{y} * size.cy / whole.cy); };
   const CRect cut{across(part.left), down(part.top), across(part.right), down(part.bottom)};
   if (cut.IsRectEmpty()) return true;
-  PaintPicture(place, CutPicture(*rendered, cut, std::nullopt, true));
+  BitmapDescription painted = CutPicture(*rendered, cut, std::nullopt, true);
+  const auto edge = static_cast<std::size_t>(std::lround(std::max(1.0, GetPictureScale())));
+  if (embossed) painted = Emboss(painted, edge);
+  PaintPicture(place, painted);
   return true;
 }
 

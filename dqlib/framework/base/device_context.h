@@ -296,7 +296,8 @@ class CDC : public CObject {
   };
 
   int Follow(bool succeeded, Stage next);
-  bool PaintShapes(const CRect& place, const VectorPicture& shapes, const CRect& part);
+  bool PaintShapes(const CRect& place, const VectorPicture& shapes, const CRect& part,
+                   bool embossed);
   bool Reach(const CRect& box);
   void DrawSegment(CPoint from, CPoint to, const CPen& pen);
   void DrawFrame(const CRect& rect, const CPen& pen);

@@ -184,6 +184,31 @@ std::shared_ptr<const VectorPicture> VectorPicture::Recolored(
   return picture;
 }
 
+std::shared_ptr<const VectorPicture> VectorPicture::Part(const CRect& part) const {
+  auto picture = std::make_shared<VectorPicture>();
+  picture->size_ = part.Size();
+  for (Shape shape : shapes_) {
+    const double reach = shape.width / 2;
+    bool is_above = true;
+    bool is_below = true;
+    bool is_left = true;
+    bool is_right = true;
+    for (Line& line : shape.lines) {
+      for (Point& point : line) {
+        point.x -= part.left;
+        point.y -= part.top;
+        is_left = is_left && point.x + reach <= 0;
+        is_right = is_right && point.x - reach >= picture->size_.cx;
+        is_above = is_above && point.y + reach <= 0;
+        is_below = is_below && point.y - reach >= picture->size_.cy;
+      }
+    }
+    const bool is_outside = is_left || is_right || is_above || is_below;
+    if (!is_outside) picture->shapes_.push_back(std::move(shape));
+  }
+  return picture;
+}
+
 // ---- Pixels
 
 /// How much of each pixel shapes cover: for each the area of it that lies to the right of lines,
@@ -331,13 +356,12 @@ class VectorPicture::Raster {
       row[first + 1] += height * (1 - covered);
       return;
     }
-    const double steep = height / (right - left);
     // Of the pixels behind the edge's part in one, all of that part is covered.
     for (std::size_t x = first; x <= last; ++x) {
       const double from = std::max(left, static_cast<double>(x));
       const double to = std::min(right, static_cast<double>(x + 1));
       if (to <= from) break;
-      const double part = steep * (to - from);
+      const double part = high_per_pixel * (to - from);
       const double covered = 1 - ((from + to) / 2 - static_cast<double>(x));
       row[x] += part * covered;
       row[x + 1] += part * (1 - covered);

@@ -43,6 +43,9 @@ class VectorPicture {
   std::shared_ptr<const VectorPicture> Recolored(
       const std::function<COLORREF(COLORREF color)>& to) const;
 
+  /// What lies in a rectangle of it, as a picture by itself.
+  std::shared_ptr<const VectorPicture> Part(const CRect& part) const;
+
   /// At its own size, without transparency: what is mostly seen through has the mask's colour.
   BitmapDescription RenderMasked(COLORREF mask) const;
 

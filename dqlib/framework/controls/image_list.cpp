@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "dqlib/framework/base/resource_chain.h"
+#include "dqlib/framework/base/vector_picture.h"
 
 namespace dq {
 
@@ -43,6 +44,14 @@ std::vector<COLORREF> Cut(const BitmapDescription& picture, const CPoint& from, 
   return pixels;
 }
 
+/// The shapes of a part of a strip, or null. They know of no mask but the usual one.
+std::shared_ptr<const VectorPicture> CutShapes(const BitmapDescription& strip, const CPoint& from,
+                                               const CSize& size, COLORREF mask) {
+  const VectorPicture* const shapes = mask == kPictureMask ? strip.shapes.get() : nullptr;
+  if (shapes == nullptr || shapes->size() != strip.size) return nullptr;
+  return shapes->Part({from.x, from.y, from.x + size.cx, from.y + size.cy});
+}
+
 }  // namespace
 
 std::size_t CImageList::ImagePixels() const {
@@ -54,6 +63,7 @@ bool CImageList::Create(const CSize& size) {
   size_ = size;
   count_ = 0;
   strip_ = {.size = {size.cx, 0}, .pixels = {}};
+  shapes_.clear();
   return true;
 }
 
@@ -67,6 +77,7 @@ bool CImageList::Create(UINT bitmap_id, int width, COLORREF mask) {
   size_ = made.size_;
   count_ = made.count_;
   strip_ = std::move(made.strip_);
+  shapes_ = std::move(made.shapes_);
   return true;
 }
 
@@ -77,8 +88,10 @@ int CImageList::Add(HBITMAP strip, COLORREF mask) {
   std::vector<COLORREF> added;
   added.reserve(ImagePixels() * static_cast<std::size_t>(pictures));
   for (int at = 0; at < pictures; ++at) {
-    const std::vector<COLORREF> picture = Cut(*strip, {at * size_.cx, 0}, size_, mask, size_);
+    const CPoint from{at * size_.cx, 0};
+    const std::vector<COLORREF> picture = Cut(*strip, from, size_, mask, size_);
     added.insert(added.end(), picture.begin(), picture.end());
+    shapes_.push_back(CutShapes(*strip, from, size_, mask));
   }
   strip_.pixels.insert(strip_.pixels.end(), added.begin(), added.end());
   count_ += pictures;
@@ -91,13 +104,17 @@ int CImageList::Add(const CImageList& from, int index) {
   BitmapDescription picture{.size = size_, .pixels = {}};
   const CRect place = from.GetImageRect(index);
   picture.pixels = Cut(from.strip_, place.TopLeft(), size_, kNoPixel, place.Size());
-  return Add(&picture);
+  const auto shapes = from.size_ == size_ ? from.shapes_[static_cast<std::size_t>(index)] : nullptr;
+  const int added = Add(&picture);
+  if (added >= 0) shapes_.back() = shapes;
+  return added;
 }
 
 bool CImageList::Replace(int index, HBITMAP strip, COLORREF mask) {
   if (!Has(index) || PicturesOf(strip, size_) == 0) return false;
   const std::vector<COLORREF> picture = Cut(*strip, {}, size_, mask, size_);
   const std::size_t start = ImagePixels() * static_cast<std::size_t>(index);
+  shapes_[static_cast<std::size_t>(index)] = CutShapes(*strip, {}, size_, mask);
   std::ranges::copy(picture, strip_.pixels.begin() + static_cast<std::ptrdiff_t>(start));
   return true;
 }
@@ -108,6 +125,7 @@ bool CImageList::Remove(int index) {
   const auto pixels = static_cast<std::ptrdiff_t>(ImagePixels());
   const auto start = strip_.pixels.begin() + pixels * index;
   strip_.pixels.erase(start, start + pixels);
+  shapes_.erase(shapes_.begin() + index);
   strip_.size.cy = size_.cy * --count_;
   return true;
 }
@@ -120,12 +138,15 @@ CRect CImageList::GetImageRect(int index) const {
 BitmapDescription CImageList::GetImage(int index) const {
   if (!Has(index)) return {};
   const CPoint from = GetImageRect(index).TopLeft();
-  return {.size = size_, .pixels = Cut(strip_, from, size_, kNoPixel, size_)};
+  return {.size = size_,
+          .pixels = Cut(strip_, from, size_, kNoPixel, size_),
+          .shapes = shapes_[static_cast<std::size_t>(index)]};
 }
 
 bool CImageList::Draw(CDC& dc, int index, const CPoint& at, bool embossed) const {
   if (!Has(index)) return false;
-  return dc.DrawBitmap(at, &strip_, {.part = GetImageRect(index), .embossed = embossed});
+  const BitmapDescription image = GetImage(index);
+  return dc.DrawBitmap(at, &image, {.embossed = embossed});
 }
 
 }  // namespace dq

@@ -2,13 +2,17 @@
 
 #pragma once
 
+#include <memory>
+#include <vector>
+
 #include "dqlib/framework/base/device_context.h"
 
 namespace dq {
 
 /// Pictures of one size, cut from strips in which they stand beside one another, with transparent
-/// pixels where a strip has its mask colour. Indexes count from 0; for one that isn't there, and
-/// before `Create`, operations do nothing and answer false, -1 or an empty value.
+/// pixels where a strip has its mask colour. With `kPictureMask` they keep the shapes that a strip
+/// has, and are painted as fine as the device can. Indexes count from 0; for one that isn't there,
+/// and before `Create`, operations do nothing and answer false, -1 or an empty value.
 ///
 ///   CImageList pictures;
 ///   pictures.Create(2700, 16, RGB(0xFF, 0, 0xFF));
@@ -39,12 +43,12 @@ class CImageList : public CObject {
   int GetImageCount() const { return count_; }
   const CSize& GetImageSize() const { return size_; }
 
-  /// All pictures, one below the other, and where one of them stands in it; transparent pixels are
-  /// `kNoPixel`. The handle is that of the list as long as it lives, and the picture changes with
-  /// it; null without pictures.
+  /// The pixels of all pictures, one below the other, and where one of them stands in it;
+  /// transparent ones are `kNoPixel`. The handle is that of the list as long as it lives, and the
+  /// picture changes with it; null without pictures.
   HBITMAP GetStrip() const { return count_ == 0 ? nullptr : &strip_; }
   CRect GetImageRect(int index) const;
-  /// A picture by itself.
+  /// A picture by itself, with its shapes if it has any.
   BitmapDescription GetImage(int index) const;
 
   /// Draws a picture in its own size; `embossed`, only in relief, as that of something disabled.
@@ -57,6 +61,8 @@ class CImageList : public CObject {
   CSize size_;
   int count_ = 0;
   BitmapDescription strip_;
+  /// Of each picture; null for one of pixels alone.
+  std::vector<std::shared_ptr<const VectorPicture>> shapes_;
 };
 
 }  // namespace dq
