@@ -18,6 +18,7 @@
 
 #include "dqlib/framework/controls/cell_style.h"
 #include "dqlib/framework/controls/control.h"
+#include "dqlib/framework/controls/scrolling.h"
 #include "dqlib/framework/controls/tree_sort.h"
 
 namespace dq {
@@ -398,7 +399,6 @@ class CSftTree : public Control {
   void UpdateScroll(int former_top, int former_left);
   void ScrollBy(ScrollBar bar, WPARAM wparam);
   void ScrollTo(ScrollBar bar, int position);
-  void ScrollByWheel(int turned);
   void ChangeWidth(int column, int width);
   void Redraw();
   void InvalidateHeader();
@@ -434,8 +434,7 @@ class CSftTree : public Control {
   /// What is typed to find a row, and when the last of it was.
   std::string typed_;
   DWORD typed_at_ = 0;
-  /// How far the wheel was turned since the last notch.
-  int wheel_ = 0;
+  detail::WheelTurns wheel_;
   /// Once it was measured.
   mutable int row_height_ = 0;
   int drop_target_ = -1;

@@ -21,6 +21,8 @@ namespace {
 
 /// What is typed within so many milliseconds belongs together.
 constexpr DWORD kTypingMilliseconds = 1000;
+/// Rows that a notch of the wheel scrolls by.
+constexpr int kWheelRows = 3;
 /// The answer to `WM_VKEYTOITEM` of who has done all that the key asks for.
 constexpr LRESULT kKeyIsDone = -2;
 
@@ -48,7 +50,7 @@ LRESULT CSftTree::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
       return 0;
     case WM_MOUSEWHEEL:
       if (GetShownCount() <= GetPageRows()) break;
-      ScrollByWheel(static_cast<short>(HiWord(wparam)));
+      ScrollTo(SB_VERT, GetScrollPos(SB_VERT) + wheel_.Take(wparam, kWheelRows));
       return 0;
     case WM_SETFOCUS:
     case WM_KILLFOCUS:

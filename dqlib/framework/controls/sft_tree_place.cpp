@@ -266,34 +266,8 @@ void CSftTree::ScrollBy(ScrollBar bar, WPARAM wparam) {
   const SCROLLINFO info = GetScrollInfo(bar);
   const int line = bar == SB_VERT ? 1 : kLineScroll;
   const int page = std::max(1, info.nPage - (bar == SB_VERT ? 1 : kLineScroll));
-  std::int64_t to = info.nPos;
-  switch (LoWord(wparam)) {
-    case SB_LINEUP:
-      to -= line;
-      break;
-    case SB_LINEDOWN:
-      to += line;
-      break;
-    case SB_PAGEUP:
-      to -= page;
-      break;
-    case SB_PAGEDOWN:
-      to += page;
-      break;
-    case SB_THUMBPOSITION:
-    case SB_THUMBTRACK:
-      to = ScrollPositionOf(wparam);
-      break;
-    case SB_TOP:
-      to = info.nMin;
-      break;
-    case SB_BOTTOM:
-      to = info.nMax;
-      break;
-    default:
-      return;
-  }
-  ScrollTo(bar, static_cast<int>(std::clamp<std::int64_t>(to, info.nMin, info.nMax)));
+  const int to = detail::ScrolledPosition(info, wparam, line, page);
+  if (to != info.nPos) ScrollTo(bar, to);
 }
 
 void CSftTree::ScrollTo(ScrollBar bar, int position) {
@@ -302,16 +276,6 @@ void CSftTree::ScrollTo(ScrollBar bar, int position) {
   } else if (GetShownCount() > 0) {
     SetTopRow(rows_->FindShown(std::clamp(position, 0, GetShownCount() - 1)));
   }
-}
-
-void CSftTree::ScrollByWheel(int turned) {
-  constexpr int kNotch = 120;
-  constexpr int kRowsOfNotch = 3;
-  wheel_ += turned;
-  const int notches = wheel_ / kNotch;
-  if (notches == 0) return;
-  wheel_ -= notches * kNotch;
-  ScrollTo(SB_VERT, GetScrollPos(SB_VERT) - notches * kRowsOfNotch);
 }
 
 // ---- Drawing anew

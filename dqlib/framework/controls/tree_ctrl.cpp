@@ -354,34 +354,6 @@ void CTreeCtrl::UpdateScrolling() {
   if (self.IsThere()) ScrollTo(top_, left_);
 }
 
-/// Where a use of a scroll bar scrolls to.
-int CTreeCtrl::Scrolled(ScrollBar bar, WPARAM wparam) const {
-  const bool is_vertical = bar == SB_VERT;
-  const int range = is_vertical ? GetRowCount() : content_width_;
-  const int page = is_vertical ? GetPageRows() : static_cast<int>(GetClientRect().Width());
-  const int line = is_vertical ? 1 : GetRowHeight();
-  const int position = is_vertical ? top_ : left_;
-  switch (LoWord(wparam)) {
-    case SB_LINEUP:
-      return position - line;
-    case SB_LINEDOWN:
-      return position + line;
-    case SB_PAGEUP:
-      return position - page;
-    case SB_PAGEDOWN:
-      return position + page;
-    case SB_TOP:
-      return 0;
-    case SB_BOTTOM:
-      return range;
-    case SB_THUMBPOSITION:
-    case SB_THUMBTRACK:
-      return ScrollPositionOf(wparam);
-    default:
-      return position;
-  }
-}
-
 bool CTreeCtrl::EnsureVisible(HTREEITEM item) {
   const Index found = items_.Find(item);
   if (found == kNone) return false;

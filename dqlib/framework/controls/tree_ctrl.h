@@ -14,6 +14,7 @@
 
 #include "dqlib/framework/base/drawing.h"
 #include "dqlib/framework/controls/control.h"
+#include "dqlib/framework/controls/scrolling.h"
 #include "dqlib/framework/controls/tree_items.h"
 
 namespace dq {
@@ -221,7 +222,6 @@ class CTreeCtrl : public Control {
   void Measure(int first, int last);
   void UpdateScrolling();
   bool ScrollTo(int top, int left);
-  int Scrolled(ScrollBar bar, WPARAM wparam) const;
   int GetLastTop() const;
   int RowAt(LONG y) const;
 
@@ -252,6 +252,7 @@ class CTreeCtrl : public Control {
   int left_ = 0;
   /// Of the rows that have been in sight.
   int content_width_ = 0;
+  detail::WheelTurns wheel_;
   mutable int row_height_ = 0;
 };
 

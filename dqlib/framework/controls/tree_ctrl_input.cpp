@@ -12,9 +12,8 @@ using detail::Watched;
 
 namespace {
 
-/// Rows that a notch of the wheel scrolls by, and what a notch is.
+/// Rows that a notch of the wheel scrolls by.
 constexpr int kWheelRows = 3;
-constexpr int kWheelNotch = 120;
 
 }  // namespace
 
@@ -180,16 +179,16 @@ LRESULT CTreeCtrl::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
     case WM_LBUTTONDOWN:
     case WM_LBUTTONDBLCLK:
       return OnPress(PointOfParam(lparam), message == WM_LBUTTONDBLCLK);
-    case WM_MOUSEWHEEL: {
-      const int turned = static_cast<short>(HiWord(wparam));
-      if (ScrollTo(top_ - turned * kWheelRows / kWheelNotch, left_)) return 0;
-      break;
-    }
+    case WM_MOUSEWHEEL:
+      if (GetRowCount() <= GetPageRows()) break;
+      ScrollTo(top_ + wheel_.Take(wparam, kWheelRows), left_);
+      return 0;
     case WM_VSCROLL:
-      ScrollTo(Scrolled(SB_VERT, wparam), left_);
+      ScrollTo(detail::ScrolledPosition(GetScrollInfo(SB_VERT), wparam, 1, GetPageRows()), left_);
       return 0;
     case WM_HSCROLL:
-      ScrollTo(top_, Scrolled(SB_HORZ, wparam));
+      ScrollTo(top_, detail::ScrolledPosition(GetScrollInfo(SB_HORZ), wparam, GetRowHeight(),
+                                              static_cast<int>(GetClientRect().Width())));
       return 0;
     case WM_GETDLGCODE:
       return DLGC_WANTARROWS | DLGC_WANTCHARS;
