@@ -372,6 +372,7 @@ class CSftTree : public Control {
   static constexpr LONG kLevelWidth = 16;
   static constexpr LONG kTextMargin = 3;
   static constexpr LONG kTitleMargin = 6;
+  CRect GetBody() const;
   int GetTotalWidth() const;
   int GetIndent(int row) const;
   HBITMAP GetShownPicture(int row) const;
@@ -450,6 +451,14 @@ class CSftTree : public Control {
   bool buttons_shown_ = true;
   bool redraw_ = true;
 };
+
+/// Has the rows that are kept by their indexes follow a change.
+template <typename Follow>
+void CSftTree::MoveMarks(Follow follow) {
+  for (int* const mark : {&caret_, &anchor_, &drop_target_, &followed_row_, &pending_row_}) {
+    *mark = follow(*mark);
+  }
+}
 
 template <typename Compare>
 void CSftTree::SortRowsWith(Compare compare) {

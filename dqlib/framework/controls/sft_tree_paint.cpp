@@ -78,8 +78,7 @@ struct CSftTree::RowColors {
 };
 
 void CSftTree::OnPaint(CDC& dc) {
-  CRect body = GetClientRect();
-  body.top = GetHeaderHeight();
+  const CRect body = GetBody();
   dc.SetBkMode(TRANSPARENT);
   dc.SelectObject(GetFont());
   if (body.top > 0 && dc.GetClipBox().top < body.top) PaintHeader(dc);
@@ -153,10 +152,9 @@ CSftTree::RowColors CSftTree::GetRowColors(int row) const {
 void CSftTree::PaintRow(CDC& dc, int row, const CRect& place) {
   const RowColors colors = GetRowColors(row);
   const CellParts first = PlaceCell(row, 0, place);
-  CRect marked{first.cell_picture.left, place.top, GetTotalWidth() - left_, place.bottom};
+  const CRect marked{first.cell_picture.left, place.top, GetTotalWidth() - left_, place.bottom};
   if (colors.marked) dc.FillSolidRect(marked, colors.background);
-  const int columns = std::max(1, columns_->GetCount());
-  for (int column = 0; column < columns; ++column) {
+  for (int column = 0; column < GetCellCount(); ++column) {
     const CellParts parts = column == 0 ? first : PlaceCell(row, column, place);
     if (Intersect(parts.cell, dc.GetClipBox()).IsRectEmpty()) continue;
     if (column == 0) PaintBranch(dc, row, parts);

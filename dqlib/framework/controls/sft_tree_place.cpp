@@ -47,6 +47,13 @@ int CSftTree::GetHeaderHeight() const {
   return header_shown_ && columns_->GetCount() > 0 ? GetRowHeight() + 4 : 0;
 }
 
+/// What the titles leave for rows.
+CRect CSftTree::GetBody() const {
+  CRect body = GetClientRect();
+  body.top = GetHeaderHeight();
+  return body;
+}
+
 int CSftTree::GetPageRows() const {
   return std::max(1, (GetClientRect().bottom - GetHeaderHeight()) / GetRowHeight());
 }
@@ -145,9 +152,7 @@ bool CSftTree::GetCellRect(int row, int column, CRect* rect, bool inside) const 
     const CellParts parts = PlaceCell(row, column, place);
     cell = inside ? parts.inside : parts.cell;
   }
-  CRect body = GetClientRect();
-  body.top = GetHeaderHeight();
-  if (Intersect(cell, body).IsRectEmpty()) return false;
+  if (Intersect(cell, GetBody()).IsRectEmpty()) return false;
   *rect = cell;
   return true;
 }
@@ -299,8 +304,7 @@ void CSftTree::InvalidateHeader() {
 
 void CSftTree::InvalidateRows(int first, int last) {
   if (!redraw_ || m_hWnd == nullptr || !rows_->Has(first) || !rows_->Has(last)) return;
-  CRect body = GetClientRect();
-  body.top = GetHeaderHeight();
+  const CRect body = GetBody();
   // Of rows that are hidden those after the first one that isn't count.
   const int before = rows_->CountShownBefore(first);
   const int behind = rows_->CountShownBefore(last) + (rows_->IsShown(last) ? 1 : 0);
@@ -312,8 +316,7 @@ void CSftTree::InvalidateRows(int first, int last) {
 
 void CSftTree::InvalidateFrom(int row) {
   if (!redraw_ || m_hWnd == nullptr) return;
-  CRect body = GetClientRect();
-  body.top = GetHeaderHeight();
+  CRect body = GetBody();
   if (rows_->Has(row)) {
     const int shown = rows_->GetShownAncestor(row);
     body.top = std::max(body.top, PlaceRow(shown).top);

@@ -1,5 +1,4 @@
-// The tree control: its items, and what of them is in sight. Its looks are in
-// `tree_ctrl_painting.cpp`, what a person does in `tree_ctrl_input.cpp`.
+// The tree control: its items and rows.
 
 #include "dqlib/framework/controls/tree_ctrl.h"
 
@@ -313,106 +312,6 @@ CTreeCtrl::Batch::~Batch() {
   tree_->Invalidate();
   tree_->Measure(tree_->top_, tree_->top_ + tree_->GetPageRows() + 1);
   tree_->UpdateScrolling();
-}
-
-// ---- What is in sight
-
-int CTreeCtrl::GetPageRows() const {
-  return std::max(1, static_cast<int>(GetClientRect().Height()) / GetRowHeight());
-}
-
-int CTreeCtrl::GetLastTop() const { return std::max(0, GetRowCount() - GetPageRows()); }
-
-void CTreeCtrl::SetTopRow(int row) { ScrollTo(row, left_); }
-
-/// Whether that changed anything.
-bool CTreeCtrl::ScrollTo(int top, int left) {
-  const int widest = std::max(0, content_width_ - static_cast<int>(GetClientRect().Width()));
-  top = std::clamp(top, 0, GetLastTop());
-  left = std::clamp(left, 0, widest);
-  if (top == top_ && left == left_) return false;
-  top_ = top;
-  left_ = left;
-  Measure(top_, top_ + GetPageRows() + 1);
-  Invalidate();
-  UpdateScrolling();
-  return true;
-}
-
-/// Brings the scroll bars up to date. They may change the client area, which brings it here again.
-void CTreeCtrl::UpdateScrolling() {
-  if (GetSafeHwnd() == nullptr) return;
-  const detail::Watched self(*this);
-  SetScrollInfo(
-      SB_VERT,
-      {.nMin = 0, .nMax = std::max(0, GetRowCount() - 1), .nPage = GetPageRows(), .nPos = top_});
-  if (!self.IsThere()) return;
-  SetScrollInfo(SB_HORZ, {.nMin = 0,
-                          .nMax = std::max(0, content_width_ - 1),
-                          .nPage = std::max(1, static_cast<int>(GetClientRect().Width())),
-                          .nPos = left_});
-  if (self.IsThere()) ScrollTo(top_, left_);
-}
-
-bool CTreeCtrl::EnsureVisible(HTREEITEM item) {
-  const Index found = items_.Find(item);
-  if (found == kNone) return false;
-  // From the top down, so that each comes into the rows once.
-  std::vector<Index> above;
-  for (Index each = items_[found].parent; each != kNone; each = items_[each].parent) {
-    if (!items_.IsExpanded(each)) above.push_back(each);
-  }
-  for (; !above.empty(); above.pop_back()) SetExpanded(above.back(), TVE_EXPAND);
-  const int row = items_.RowOf(found);
-  if (row < top_) {
-    SetTopRow(row);
-  } else if (row >= top_ + GetPageRows()) {
-    SetTopRow(row - GetPageRows() + 1);
-  }
-  return true;
-}
-
-int CTreeCtrl::RowAt(LONG y) const {
-  return y < 0 ? -1 : top_ + static_cast<int>(y) / GetRowHeight();
-}
-
-HTREEITEM CTreeCtrl::HitTest(const CPoint& point, UINT* flags) const {
-  const CRect client = GetClientRect();
-  UINT where =
-      (point.x < 0 ? UINT{TVHT_TOLEFT} : 0U) | (point.x >= client.right ? UINT{TVHT_TORIGHT} : 0U) |
-      (point.y < 0 ? UINT{TVHT_ABOVE} : 0U) | (point.y >= client.bottom ? UINT{TVHT_BELOW} : 0U);
-  const int row = where == 0 ? RowAt(point.y) : -1;
-  const Index item = items_.AtRow(row);
-  if (item != kNone) {
-    const RowParts parts = PartsOf(item, row);
-    where = parts.button.PtInRect(point)  ? TVHT_ONITEMBUTTON
-            : parts.state.PtInRect(point) ? TVHT_ONITEMSTATEICON
-            : parts.image.PtInRect(point) ? TVHT_ONITEMICON
-            : parts.text.PtInRect(point)  ? TVHT_ONITEMLABEL
-            : point.x >= parts.text.right ? TVHT_ONITEMRIGHT
-                                          : TVHT_ONITEMINDENT;
-  } else if (where == 0) {
-    where = TVHT_NOWHERE;
-  }
-  if (flags != nullptr) *flags = where;
-  return items_.HandleOf(item);
-}
-
-bool CTreeCtrl::GetItemRect(HTREEITEM item, CRect* rect, bool text_only) const {
-  const Index found = items_.Find(item);
-  const int row = items_.RowOf(found);
-  if (row < 0 || rect == nullptr) return false;
-  const RowParts parts = PartsOf(found, row);
-  *rect = text_only ? parts.text : parts.row;
-  return true;
-}
-
-bool CTreeCtrl::GetStateImageRect(HTREEITEM item, CRect* rect) const {
-  const Index found = items_.Find(item);
-  const int row = items_.RowOf(found);
-  if (row < 0 || rect == nullptr) return false;
-  *rect = PartsOf(found, row).state;
-  return true;
 }
 
 }  // namespace dq

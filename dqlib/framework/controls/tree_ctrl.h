@@ -202,13 +202,15 @@ class CTreeCtrl : public Control {
   using Index = detail::TreeItems::Index;
   static constexpr Index kNone = detail::TreeItems::kRoot;
 
+  /// Pixels left and right of a text.
+  static constexpr int kTextGap = 3;
+
   /// Where the parts of a row lie; what it doesn't have is empty.
   struct RowParts {
     CRect row, button, state, image, text;
   };
 
   bool FindPlace(HTREEITEM parent, HTREEITEM after, Index& parent_item, Index& after_item) const;
-  bool TakeRecord(Index item, const CTreeViewItemEx& record);
   void Erase(Index item);
   void DropObjects(const std::vector<CTreeItem*>& gone);
   void LeaveSelection(Index doomed);
@@ -250,9 +252,9 @@ class CTreeCtrl : public Control {
   bool batch_changed_ = false;
   int top_ = 0;
   int left_ = 0;
+  detail::WheelTurns wheel_;
   /// Of the rows that have been in sight.
   int content_width_ = 0;
-  detail::WheelTurns wheel_;
   mutable int row_height_ = 0;
 };
 

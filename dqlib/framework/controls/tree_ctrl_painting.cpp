@@ -1,4 +1,4 @@
-// How the tree control lays its rows out and draws them.
+// How the tree control draws its rows.
 
 #include <algorithm>
 
@@ -10,18 +10,12 @@
 namespace dq {
 namespace {
 
-/// Pixels by which each level stands farther right; the button lies there.
-constexpr int kIndent = 19;
+/// Pixels, across: of the box of a button, and of a check box.
 constexpr int kButtonSize = 9;
-/// Of the usual pictures of states, and the boxes in them.
-constexpr int kStateSize = 16;
 constexpr int kBoxSize = 13;
-/// Left and right of a text.
-constexpr int kTextGap = 3;
-/// Above and below the texts and pictures of a row, together.
-constexpr int kRowGap = 4;
-/// More of a text isn't shown.
-constexpr int kShownBytes = 1024;
+/// The stock font of dialogs, and the weight of a bold one.
+constexpr int kDialogFont = 17;
+constexpr LONG kBold = 700;
 
 /// A square in the middle of a rectangle.
 CRect Centered(const CRect& in, int size) {
@@ -30,27 +24,12 @@ CRect Centered(const CRect& in, int size) {
   return {left, top, left + size, top + size};
 }
 
-int WidthOf(const CImageList* images, int without) {
-  return images == nullptr ? without : static_cast<int>(images->GetImageSize().cx);
-}
-
 void Frame(CDC& dc, const CRect& rect, int color) {
   const COLORREF shade = GetSysColor(color);
   dc.Draw3dRect(rect, shade, shade);
 }
 
 }  // namespace
-
-int CTreeCtrl::GetRowHeight() const {
-  if (row_height_ == 0) {
-    int content = std::max(kStateSize, static_cast<int>(GetTextExtent(*this, "X").cy));
-    for (const CImageList* const images : {images_, state_images_}) {
-      if (images != nullptr) content = std::max(content, int{images->GetImageSize().cy});
-    }
-    row_height_ = content + kRowGap;
-  }
-  return row_height_;
-}
 
 void CTreeCtrl::SetImageList(const CImageList* images, int which) {
   (which == TVSIL_STATE ? state_images_ : images_) = images;
@@ -63,49 +42,6 @@ void CTreeCtrl::SetImageList(const CImageList* images, int which) {
 
 const CImageList* CTreeCtrl::GetImageList(int which) const {
   return which == TVSIL_STATE ? state_images_ : images_;
-}
-
-std::string_view CTreeCtrl::ShownText(Index item) const {
-  const std::string_view text = items_[item].text;
-  return text.substr(0, static_cast<std::size_t>(detail::ClipToText(text, kShownBytes)));
-}
-
-CTreeCtrl::RowParts CTreeCtrl::PartsOf(Index item, int row) const {
-  const detail::TreeItems::Node& node = items_[item];
-  const LONG top = (row - top_) * GetRowHeight();
-  RowParts parts;
-  parts.row = {0, top, GetClientRect().right, top + GetRowHeight()};
-  LONG left = node.level * kIndent - left_;
-  const auto take = [&](int width) {
-    left += width;
-    return CRect{left - width, parts.row.top, left, parts.row.bottom};
-  };
-  const CRect button = take(kIndent);
-  if (node.first_child != kNone) parts.button = button;
-  if (StateImageOf(node.state) != 0) parts.state = take(WidthOf(state_images_, kStateSize));
-  if (images_ != nullptr) parts.image = take(WidthOf(images_, 0));
-  COLORREF color = 0;
-  const CFont* const font = PickTextFont(items_.HandleOf(item), color);
-  const std::string_view text = ShownText(item);
-  const CSize extent =
-      font == nullptr ? GetTextExtent(*this, text) : GetTextExtent(&font->GetLogFont(), text);
-  parts.text = take(static_cast<int>(extent.cx) + 2 * kTextGap);
-  return parts;
-}
-
-/// Takes into account how wide rows are that come into sight.
-void CTreeCtrl::Measure(int first, int last) {
-  if (GetSafeHwnd() == nullptr) return;
-  for (int row = std::max(0, first); row < std::min(last, GetRowCount()); ++row) {
-    const int width = static_cast<int>(PartsOf(items_.AtRow(row), row).text.right) + left_;
-    content_width_ = std::max(content_width_, width);
-  }
-}
-
-void CTreeCtrl::InvalidateRow(int row) {
-  if (row < top_ || row > top_ + GetPageRows()) return;
-  const LONG top = (row - top_) * GetRowHeight();
-  InvalidateRect({0, top, GetClientRect().right, top + GetRowHeight()});
 }
 
 void CTreeCtrl::PickTextColors(HTREEITEM item, COLORREF& text, COLORREF& background) const {
@@ -123,11 +59,11 @@ void CTreeCtrl::PickTextColors(HTREEITEM item, COLORREF& text, COLORREF& backgro
 /// The tree's font, or the dialogs' own, in bold.
 CFont* CTreeCtrl::BoldFont() const {
   if (bold_ == nullptr) {
-    const LOGFONT* const usual = GetStockFont(17);
+    const LOGFONT* const usual = GetStockFont(kDialogFont);
     LOGFONT font = GetFont() != nullptr ? GetFont()->GetLogFont()
                    : usual != nullptr   ? *usual
                                         : LOGFONT{};
-    font.lfWeight = 700;
+    font.lfWeight = kBold;
     bold_ = std::make_unique<CFont>();
     bold_->CreateFontIndirect(font);
   }
