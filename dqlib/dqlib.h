@@ -97,6 +97,7 @@
 #include "dqlib/framework/controls/spin_button.h"
 #include "dqlib/framework/controls/static.h"
 #include "dqlib/framework/controls/tab_control.h"
+#include "dqlib/framework/controls/tab_control_base.h"
 #include "dqlib/framework/controls/tab_window.h"
 #include "dqlib/framework/controls/tool_tip.h"
 #include "dqlib/framework/controls/tree_ctrl.h"

@@ -17,7 +17,6 @@ constexpr int kAbove = 4;
 constexpr int kMostWidth = 400;
 /// How much a tab is lower than the current one.
 constexpr int kLower = 2;
-constexpr int kArrowWidth = 16;
 
 CSize Extent(const CWnd& window, const CFont* font, std::string_view text) {
   return font != nullptr && font->IsCreated() ? GetTextExtent(&font->GetLogFont(), text)
@@ -36,9 +35,8 @@ int CSftTabs::InsertTab(int index, const char* label, BYTE flags) {
   rows_.Insert(index, detail::OrEmpty(label));
   rows_[index].flags = flags;
   looks_.emplace(looks_.begin() + index);
-  if (index <= current_) ++current_;
-  if (index < first_) ++first_;
-  Moved(index);
+  current_ = detail::ShiftedIndex(current_, index, 1);
+  layout_.Insert(index);
   Tell(WindowChange::kRowsInserted, {index, 1});
   Redraw();
   return index;
@@ -49,14 +47,8 @@ bool CSftTabs::DeleteTab(int index) {
   detail::TellNewRows();
   rows_.Erase(index);
   looks_.erase(looks_.begin() + index);
-  if (index == current_) {
-    current_ = -1;
-  } else if (index < current_) {
-    --current_;
-  }
-  if (index < first_) --first_;
-  Moved(index);
-  if (first_ > 0) BringIntoSight(first_);
+  current_ = detail::ShiftedIndex(current_, index, -1);
+  layout_.Erase(index);
   Tell(WindowChange::kRowsRemoved, {index, 1});
   Redraw();
   return true;
@@ -69,7 +61,7 @@ void CSftTabs::DeleteAllTabs() {
   rows_.Clear();
   looks_.clear();
   current_ = -1;
-  Moved(0);
+  layout_.Clear();
   Tell(WindowChange::kRowsRemoved, {0, count});
   Redraw();
 }
@@ -77,8 +69,7 @@ void CSftTabs::DeleteAllTabs() {
 void CSftTabs::SetTabLabel(int index, const char* label) {
   if (!rows_.Has(index) || rows_.Text(index) == detail::OrEmpty(label)) return;
   rows_.SetText(index, detail::OrEmpty(label));
-  LookOf(index).width = -1;
-  Moved(index);
+  layout_.Forget(index);
   Tell(WindowChange::kRowsChanged, {index, 1});
   Redraw();
 }
@@ -129,13 +120,12 @@ void CSftTabs::OnSubclassed(CWnd& former) {
   rows_ = std::exchange(tabs->rows_, {});
   looks_ = std::exchange(tabs->looks_, {});
   current_ = std::exchange(tabs->current_, -1);
-  first_ = std::exchange(tabs->first_, 0);
+  layout_.TakeOver(tabs->layout_);
   has_own_look_ = tabs->has_own_look_;
   style_ = tabs->style_;
   colors_ = tabs->colors_;
   behind_ = tabs->behind_;
   highlight_font_ = tabs->highlight_font_;
-  ends_.clear();
 }
 
 // ---- Their look
@@ -152,8 +142,7 @@ void CSftTabs::Redraw() {
 
 void CSftTabs::SetStyle(int style) {
   style_ = style >= kTabsRaised && style <= kTabsRaisedBelow ? style : int{kTabsRaised};
-  for (const Look& each : looks_) each.width = -1;
-  Moved(0);
+  layout_.ForgetAll();
   TakeOwnLook();
 }
 
@@ -180,15 +169,13 @@ CFont* CSftTabs::GetTabFont(int index) const {
 void CSftTabs::SetTabFont(int index, CFont* font) {
   if (!rows_.Has(index)) return;
   LookOf(index).font = font;
-  LookOf(index).width = -1;
-  Moved(index);
+  layout_.Forget(index);
   TakeOwnLook();
 }
 
 void CSftTabs::SetHighlightFont(CFont* font) {
   highlight_font_ = font;
-  for (const Look& each : looks_) each.width = -1;
-  Moved(0);
+  layout_.ForgetAll();
   TakeOwnLook();
 }
 
@@ -215,47 +202,13 @@ int CSftTabs::GetWantedHeight() const {
 }
 
 int CSftTabs::WidthOf(int index) const {
-  const Look& look = LookOf(index);
-  if (look.width >= 0) return look.width;
   std::string label(rows_.Text(index));
   const std::size_t mark = IsFlat(style_) ? label.npos : label.find('&');
   if (mark != label.npos) label.erase(mark, 1);
   // As the current one it is as wide.
   const LONG width = std::max(Extent(*this, FontOf(index, false), label).cx,
                               Extent(*this, FontOf(index, true), label).cx);
-  look.width = static_cast<int>(std::clamp<LONG>(width, 0, kMostWidth - 2 * kBeside)) + 2 * kBeside;
-  return look.width;
-}
-
-std::int64_t CSftTabs::EndOf(int index) const {
-  while (static_cast<int>(ends_.size()) <= index) {
-    const std::int64_t start = ends_.empty() ? 0 : ends_.back();
-    ends_.push_back(start + WidthOf(static_cast<int>(ends_.size())));
-  }
-  return ends_[static_cast<std::size_t>(index)];
-}
-
-void CSftTabs::Moved(int from) {
-  if (static_cast<int>(ends_.size()) > from) ends_.resize(static_cast<std::size_t>(from));
-  first_ = std::clamp(first_, 0, std::max(0, rows_.size() - 1));
-}
-
-bool CSftTabs::Overflows() const { return StartOf(rows_.size()) > GetClientRect().right; }
-
-/// How wide tabs can be together.
-LONG CSftTabs::Room() const {
-  const LONG width = GetClientRect().right;
-  return Overflows() ? std::max<LONG>(0, width - 2 * kArrowWidth) : width;
-}
-
-CRect CSftTabs::GetTabRect(int index) const {
-  if (!rows_.Has(index) || index < first_) return {};
-  const std::int64_t origin = StartOf(first_);
-  const std::int64_t room = Room();
-  const std::int64_t left = StartOf(index) - origin;
-  if (left >= room) return {};
-  const std::int64_t right = std::min(EndOf(index) - origin, room);
-  return {static_cast<LONG>(left), 0, static_cast<LONG>(right), GetClientRect().bottom};
+  return static_cast<int>(std::clamp<LONG>(width, 0, kMostWidth - 2 * kBeside)) + 2 * kBeside;
 }
 
 std::vector<CRect> CSftTabs::GetTabRects() const {
@@ -264,33 +217,8 @@ std::vector<CRect> CSftTabs::GetTabRects() const {
   return rects;
 }
 
-int CSftTabs::HitTest(const CPoint& point) const {
-  if (rows_.size() == 0 || point.x < 0 || point.x >= Room()) return -1;
-  if (point.y < 0 || point.y >= GetClientRect().bottom) return -1;
-  const std::int64_t at = StartOf(first_) + point.x;
-  if (at >= StartOf(rows_.size())) return -1;
-  return static_cast<int>(std::ranges::upper_bound(ends_, at) - ends_.begin());
-}
-
-CRect CSftTabs::GetArrowRect(bool forward) const {
-  if (!Overflows()) return {};
-  const CRect client = GetClientRect();
-  const LONG right = client.right - (forward ? 0 : kArrowWidth);
-  return Intersect({right - kArrowWidth, 0, right, client.bottom}, client);
-}
-
 void CSftTabs::BringIntoSight(int index) {
-  if (!rows_.Has(index) || GetSafeHwnd() == nullptr) return;
-  first_ = Overflows() ? std::min(first_, index) : 0;
-  const std::int64_t room = Room();
-  while (first_ < index && EndOf(index) - StartOf(first_) > room) ++first_;
-  // No room is left empty behind the last one while there are others before.
-  while (first_ > 0 && StartOf(rows_.size()) - StartOf(first_ - 1) <= room) --first_;
-}
-
-bool CSftTabs::CanScroll(bool forward) const {
-  if (!forward) return first_ > 0;
-  return first_ < rows_.size() - 1 && StartOf(rows_.size()) - StartOf(first_) > Room();
+  if (rows_.Has(index) && GetSafeHwnd() != nullptr) layout_.ScrollTo(index);
 }
 
 // ---- A person
@@ -298,7 +226,7 @@ bool CSftTabs::CanScroll(bool forward) const {
 void CSftTabs::PressAt(const CPoint& point) {
   for (const bool forward : {false, true}) {
     if (!GetArrowRect(forward).PtInRect(point)) continue;
-    if (CanScroll(forward)) first_ += forward ? 1 : -1;
+    layout_.ScrollBy(forward ? 1 : -1);
     return Redraw();
   }
   Choose(HitTest(point));
@@ -336,7 +264,7 @@ LRESULT CSftTabs::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
     case WM_GETDLGCODE:
       return DLGC_WANTARROWS;
     case WM_SIZE:
-      if (has_own_look_) BringIntoSight(current_ >= 0 ? current_ : first_);
+      if (has_own_look_) BringIntoSight(current_ >= 0 ? current_ : GetFirstVisible());
       Redraw();
       return 0;
     case WM_SETFOCUS:
@@ -344,8 +272,7 @@ LRESULT CSftTabs::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
       Redraw();
       return 0;
     case WM_SETFONT:
-      for (const Look& each : looks_) each.width = -1;
-      Moved(0);
+      layout_.ForgetAll();
       Redraw();
       return Control::DefWindowProc(message, wparam, lparam);
     default:
@@ -393,14 +320,7 @@ void CSftTabs::DrawArrow(CDC& dc, bool forward) const {
   const CRect arrow = GetArrowRect(forward);
   if (arrow.IsRectEmpty()) return;
   dc.DrawEdge(arrow, BDR_RAISEDINNER, BF_RECT | BF_MIDDLE);
-  const COLORREF color = GetSysColor(CanScroll(forward) ? COLOR_BTNTEXT : COLOR_GRAYTEXT);
-  const LONG y = arrow.Height() / 2;
-  constexpr LONG kHalf = 4;
-  for (LONG column = 0; column < kHalf; ++column) {
-    const LONG x = (arrow.left + arrow.right - kHalf) / 2 + column;
-    const LONG reach = forward ? kHalf - 1 - column : column;
-    dc.FillSolidRect({x, y - reach, x + 1, y + reach + 1}, color);
-  }
+  layout_.DrawArrow(dc, forward);
 }
 
 void CSftTabs::OnPaint(CDC& dc) {
@@ -408,14 +328,15 @@ void CSftTabs::OnPaint(CDC& dc) {
   const CRect client = GetClientRect();
   dc.SetBkMode(TRANSPARENT);
   dc.FillSolidRect(client, behind_.value_or(GetSysColor(COLOR_BTNFACE)));
-  for (int at = first_; at < rows_.size() && StartOf(at) - StartOf(first_) < Room(); ++at) {
+  const LONG end = layout_.GetRoom().right;
+  for (int at = GetFirstVisible(); at < rows_.size() && layout_.GetPlace(at).left < end; ++at) {
     if (at != current_) DrawTab(dc, at);
   }
   // The edge of the page, which the current tab covers.
   CRect edge = client;
   (LiesBelow(style_) ? edge.bottom = edge.top + 1 : edge.top = edge.bottom - 1);
   dc.FillSolidRect(edge, GetSysColor(LiesBelow(style_) ? COLOR_BTNSHADOW : COLOR_BTNHIGHLIGHT));
-  if (current_ >= first_) DrawTab(dc, current_);
+  if (rows_.Has(current_)) DrawTab(dc, current_);
   for (const bool forward : {false, true}) DrawArrow(dc, forward);
 }
 

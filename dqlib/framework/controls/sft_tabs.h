@@ -15,6 +15,7 @@
 
 #include "dqlib/framework/controls/control.h"
 #include "dqlib/framework/controls/row_store.h"
+#include "dqlib/framework/controls/tab_layout.h"
 
 namespace dq {
 
@@ -114,15 +115,15 @@ class CSftTabs : public Control {
   /// How high the window wants to be.
   int GetWantedHeight() const;
   /// Empty for a tab that is out of sight. What isn't wholly in sight is cut off.
-  CRect GetTabRect(int index) const;
+  CRect GetTabRect(int index) const { return layout_.GetRect(index); }
   /// All of them.
   std::vector<CRect> GetTabRects() const;
   /// The tab at a point, or -1.
-  int HitTest(const CPoint& point) const;
+  int HitTest(const CPoint& point) const { return layout_.HitTest(point); }
   /// The first tab in sight, 0 while all fit.
-  int GetFirstVisible() const { return first_; }
+  int GetFirstVisible() const { return layout_.GetFirst(); }
   /// The arrow to tabs before, or behind, those in sight; empty while all fit.
-  CRect GetArrowRect(bool forward) const;
+  CRect GetArrowRect(bool forward) const { return layout_.GetButton(forward); }
 
   void Describe(platform::DialogControl& control) const override;
   /// By the label or by number from 1.
@@ -134,11 +135,10 @@ class CSftTabs : public Control {
   void OnSubclassed(CWnd& former) override;
 
  private:
-  /// What a tab has beside its row. The width is -1 until it is measured.
+  /// What a tab has beside its row.
   struct Look {
     TabColors colors = {};
     CFont* font = nullptr;
-    mutable int width = -1;
   };
 
   const Look& LookOf(int index) const { return looks_[static_cast<std::size_t>(index)]; }
@@ -146,17 +146,9 @@ class CSftTabs : public Control {
   CFont* FontOf(int index, bool current) const;
   COLORREF ColorOf(int index, std::optional<COLORREF> TabColors::*color, int system_color) const;
   int WidthOf(int index) const;
-  /// Where the tab would end if the first one began at 0.
-  std::int64_t EndOf(int index) const;
-  std::int64_t StartOf(int index) const { return index <= 0 ? 0 : EndOf(index - 1); }
-  /// Tabs from the index on have other widths, or none.
-  void Moved(int from);
   void TakeOwnLook();
   void Redraw();
-  bool Overflows() const;
-  LONG Room() const;
   void BringIntoSight(int index);
-  bool CanScroll(bool forward) const;
   void PressAt(const CPoint& point);
   /// A person goes to the next tab that is enabled, from the one at an index by steps of 1 or -1.
   void Step(int from, int step);
@@ -167,14 +159,12 @@ class CSftTabs : public Control {
   std::deque<Look> looks_;
   int current_ = -1;
   int wished_ = -1;
-  int first_ = 0;
+  detail::TabLayout layout_{*this, [this](int index) { return WidthOf(index); }};
   bool has_own_look_ = false;
   int style_ = kTabsRaised;
   TabColors colors_;
   std::optional<COLORREF> behind_;
   CFont* highlight_font_ = nullptr;
-  /// Of the first tabs, as far as they were asked for.
-  mutable std::vector<std::int64_t> ends_;
 };
 
 }  // namespace dq
