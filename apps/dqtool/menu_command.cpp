@@ -57,6 +57,7 @@ int PressKey(Listing& listing, const std::string& key) {
   for (const dq::WORD id : dq::kMenuIds) {
     CDQCoolMenu menu;
     CDQCoolMenu* const popup = menu.Coolify(id, true) ? menu.GetCoolSubMenu(0) : nullptr;
+    if (popup == nullptr) continue;
     const auto answer = static_cast<dq::WPARAM>(CDQCoolMenu::OnMenuChar(ch, dq::MF_POPUP, popup));
     if (answer == 0) continue;
     const int position = dq::LoWord(answer);

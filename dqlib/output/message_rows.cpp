@@ -31,10 +31,6 @@ void SharedMessage::AddRow(CSftTree& tree, int row) {
   if (tree.SetRowData(row, reinterpret_cast<std::uintptr_t>(text))) ++holders_;
 }
 
-void SharedMessage::Release() {
-  if (--holders_ == 0) delete this;
-}
-
 void SharedMessage::FreeRow(CSftTree&, int, std::uintptr_t data) {
   auto* const message = static_cast<SharedMessage*>(reinterpret_cast<CString*>(data));
   if (message != nullptr) message->Release();

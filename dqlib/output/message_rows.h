@@ -42,7 +42,9 @@ class SharedMessage : private CString {
 
  private:
   explicit SharedMessage(const char* text) : CString(text) {}
-  void Release();
+  void Release() {
+    if (--holders_ == 0) delete this;
+  }
 
   /// Its rows, and its maker.
   int holders_ = 1;

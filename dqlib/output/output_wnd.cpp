@@ -228,7 +228,7 @@ void CDQOutputWnd::OnSave() {
                      this);
   if (app != nullptr) {
     dialog.SetInitialFolder(app->GetProfileString(m_strSaveSection, kSaveFolder));
-    dialog.SetFilterIndex(app->GetProfileInt(m_strSaveSection, kSaveFilter, 1));
+    dialog.SetFilterIndex(static_cast<int>(app->GetProfileInt(m_strSaveSection, kSaveFilter, 1)));
   }
   const detail::Watched self(*this);
   if (dialog.DoModal() != IDOK || !self.IsThere()) return;

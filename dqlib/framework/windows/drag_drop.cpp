@@ -150,7 +150,7 @@ UINT DragInput::Move(CWnd* under, UINT keys, const CPoint& screen) {
   if (enters) Leave();
   over_ = now;
   COleDropTarget* const target = Target();
-  if (target == nullptr) return DROPEFFECT_NONE;
+  if (window == nullptr || target == nullptr) return DROPEFFECT_NONE;
   const CPoint point = window->ScreenToClient(screen);
   const UINT effect = enters ? target->OnDragEnter(window, &data_, keys, point)
                              : target->OnDragOver(window, &data_, keys, point);
