@@ -151,6 +151,8 @@ void CDQOutputWnd::AddMessage(const char* text, int type) {
   if (!adding.keeps_rows) return;
   const std::size_t lost = MirrorRows(adding.rows);
   if (self.IsThere()) m_nLostRows += lost;
+  // The rows hold the message.
+  // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks)
 }
 
 /// Makes the column of texts as wide as one needs, so that a person can scroll to its end. Beyond

@@ -21,8 +21,6 @@ namespace {
 using dq::platform::ChosenFiles;
 using dq::platform::DialogView;
 using dq::platform::FileQuestion;
-using dq::platform::PrintChoice;
-using dq::platform::PrintQuestion;
 
 constexpr dq::UINT kAsk = dq::WM_APP;
 

@@ -181,6 +181,8 @@ void DragIn::Answer(std::shared_ptr<Visit> visit) {
   gdk_drag_status(visit->context.get(), ActionsOf(effect), visit->time);
 }
 
+/// The target may end what else holds the visit.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void DragIn::Drop(std::shared_ptr<Visit> visit, dq::CWnd* taker) {
   // The source waits for an answer whatever the target does.
   struct Finish {

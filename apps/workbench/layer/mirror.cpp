@@ -61,7 +61,8 @@ void Mirror::ShowToolTip() {
 }
 
 void Mirror::PostFact(std::function<void(dq::CWnd&)> act) {
-  layer_.Post(handle_, [self = this, &layer = layer_, handle = handle_, act](dq::CWnd& window) {
+  layer_.Post(handle_, [self = this, &layer = layer_, handle = handle_,
+                        act = std::move(act)](dq::CWnd& window) {
     if (layer.Find(handle) == self) act(window);
   });
 }
