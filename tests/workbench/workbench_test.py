@@ -24,8 +24,13 @@ class WorkbenchTest(unittest.TestCase):
         host.frame = host.wait_for(caption="Workbench")
         return host
 
+    def wait_frame(self, host):
+        """Until the person can work with the frame: the dialog that was left is gone only behind its outcome."""
+        host.wait(lambda: host.active == host.frame["window"], "the frame isn't active")
+
     def open(self, host, number):
         """The dialog, by its button in the tool bar, and a function that finds its controls."""
+        self.wait_frame(host)
         bar = host.find(id=0xE800)
         _, x, y = bar["buttons"][list(CAPTIONS).index(number)]
         host.click(bar, x=x, y=y)
@@ -33,6 +38,7 @@ class WorkbenchTest(unittest.TestCase):
         return dialog, lambda control: host.find(under=dialog, id=control)
 
     def leave(self, host):
+        self.wait_frame(host)
         host.keys("alt+f", "Return")
         self.assertEqual(host.end(), (0, ""))
 
@@ -121,7 +127,6 @@ class WorkbenchTest(unittest.TestCase):
                 count += 1
                 self.assertEqual(host.wait_line("outcome", count)["lines"].split("\n")[0], result)
                 host.wait_gone(dialog)
-                host.wait(lambda: host.active == host.frame["window"], "the frame isn't active")
         self.leave(host)
 
     def open_controls(self, host):
