@@ -113,13 +113,13 @@ TEST(BitmapButton, ShowsPicturesAndKeepsItsText) {
   const CDynLinkLibrary link(&module);
   CDialog dialog;
   ASSERT_TRUE(dialog.CreateIndirect(
-      *ReadDialogTemplate("size 9 9\ncheck 9 \"Save\" 0 0 40 20\n"
+      *ReadDialogTemplate("size 9 9\ncheck 9 \"S&ave\" 0 0 40 20\n"
                           "class \"BitmapButton\" 3 \"Go\" 1 2 9 9 picture=6\n"),
       nullptr));
   CBitmapButton own, taken;
   EXPECT_FALSE(own.AutoLoad(8, &dialog)) << "there is no such button";
   EXPECT_TRUE(own.AutoLoad(9, &dialog) && own.GetBitmap()->size == (CSize{9, 2}));
-  EXPECT_TRUE(own.GetWindowText() == "Save" && own.GetKind() == ButtonKind::kCheck);
+  EXPECT_TRUE(own.GetWindowText() == "S&ave" && own.GetKind() == ButtonKind::kCheck);
   EXPECT_FALSE(own.ShowsText());
   own.MoveWindow(0, 0, 9 + 4 * 7 + 12, 20);
   EXPECT_TRUE(own.ShowsText() && taken.SubclassDlgItem(3, &dialog));

@@ -1,8 +1,10 @@
 #include "dqlib/framework/controls/bitmap_button.h"
 
+#include <string>
 #include <utility>
 
 #include "dqlib/framework/base/resource_chain.h"
+#include "dqlib/framework/windows/dialog_controls.h"
 #include "dqlib/framework/windows/screen.h"
 
 namespace dq {
@@ -54,7 +56,8 @@ bool CBitmapButton::ShowsText() const {
   const CString text = GetWindowText();
   const HBITMAP picture = GetBitmap();
   if (text.IsEmpty() || picture == nullptr) return !text.IsEmpty();
-  const long long wanted = 0LL + picture->size.cx + GetTextExtent(*this, text.View()).cx;
+  const std::string shown = detail::WithoutMnemonic(text.View());
+  const long long wanted = 0LL + picture->size.cx + GetTextExtent(*this, shown).cx;
   return wanted + kGap + 2 * kFrame <= GetClientRect().Width();
 }
 

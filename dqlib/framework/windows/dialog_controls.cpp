@@ -21,16 +21,9 @@ std::map<std::string, WindowFactory, std::less<>>& Factories() {
   return factories;
 }
 
-/// A label without marks of mnemonics, nor the colon and blanks at its end.
+/// A label without its mnemonic, nor the colon and blanks at its end.
 std::string PlainLabel(std::string_view text) {
-  const platform::CodePage& page = multi_byte::CurrentCodePage();
-  std::string plain;
-  for (bool marked = false; !text.empty();) {
-    const std::size_t size = page.CharacterSize(text);
-    marked = text.front() == '&' && !marked;
-    if (!marked) plain += text.substr(0, size);
-    text.remove_prefix(size);
-  }
+  std::string plain = detail::WithoutMnemonic(text);
   while (!plain.empty() && (plain.back() == ' ' || plain.back() == ':')) plain.pop_back();
   return plain;
 }
@@ -104,6 +97,18 @@ std::vector<DialogControl> DescribeControls(const CWnd& dialog) {
   std::vector<DialogControl> controls;
   AddControls(dialog, true, true, controls);
   return controls;
+}
+
+std::string WithoutMnemonic(std::string_view label) {
+  const platform::CodePage& page = multi_byte::CurrentCodePage();
+  std::string plain;
+  for (bool marked = false; !label.empty();) {
+    const std::size_t size = page.CharacterSize(label);
+    marked = label.front() == '&' && !marked;
+    if (!marked) plain += label.substr(0, size);
+    label.remove_prefix(size);
+  }
+  return plain;
 }
 
 CWnd* FindControl(const CWnd& dialog, int id) {

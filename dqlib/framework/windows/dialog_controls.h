@@ -4,6 +4,8 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "dqlib/framework/windows/dialog_template.h"
@@ -20,6 +22,9 @@ bool MakeControls(const DialogTemplate& pattern, CWnd& dialog,
 /// Every control, those of child dialogs in their places. Labels of controls without a text of
 /// their own are the texts before them. Whoever is hidden or disabled with its parent counts so.
 std::vector<platform::DialogControl> DescribeControls(const CWnd& dialog);
+
+/// A label as it is shown: without the "&" before its mnemonic, and with one for two.
+std::string WithoutMnemonic(std::string_view label);
 
 /// The first control with the id, in the dialog or in those child dialogs of it that are visible.
 CWnd* FindControl(const CWnd& dialog, int id);
