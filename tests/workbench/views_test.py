@@ -137,8 +137,10 @@ class ViewsTest(unittest.TestCase):
                                 (1, 100, (300, 0), (354, 40, 96, 190)), (30, 14, (0, -56), (354, -14, 96, 190))]:
             host.drag(host.place(sheet, x=x, y=y), way)
             is_at(*rect)
-        for place, rect in [(3, (354, -14, 96, 28)), (3, (354, -14, 96, 190))]:
-            press(place)
+        # Minimised by the button, and restored by two clicks on the caption and by the button.
+        for place, times, rect in [(3, 1, (354, -14, 96, 28)), (4, 2, (354, -14, 96, 190)), (3, 1, (354, -14, 96, 28)),
+                                   (3, 1, (354, -14, 96, 190))]:
+            press(place, times)
             is_at(*rect)
         press(4, times=2)
         host.wait(lambda: host.windows[sheet["window"]]["rect"][:2] == [0, 0], "it isn't maximised")

@@ -65,7 +65,8 @@ wxWindow* ChildFrameMirror::DoMake(wxWindow* parent) {
   native->Bind(wxEVT_LEFT_UP, [this](wxMouseEvent& event) { OnRelease(event.GetPosition()); });
   native->Bind(wxEVT_LEFT_DCLICK, [this](wxMouseEvent& event) {
     const wxPoint at = event.GetPosition();
-    PartAt(at) == kCaption ? Push(kMaximize) : OnPress(at);
+    if (PartAt(at) != kCaption) return OnPress(at);
+    Push(window().IsIconic() ? kMinimize : kMaximize);
   });
   native->Bind(wxEVT_MOUSE_CAPTURE_LOST, [this](wxMouseCaptureLostEvent&) {
     held_ = kNothing;
