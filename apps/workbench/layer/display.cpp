@@ -178,6 +178,8 @@ void CheckConnection(const std::vector<GPollFD>& polled) {
   if (is_over) OnConnectionEnd(nullptr, nullptr);
 }
 
+void FlushDisplay() { gdk_display_flush(gdk_display_get_default()); }
+
 double DisplayScale() {
   constexpr double kUsual = 96;
   const double resolution = gdk_screen_get_resolution(Screen());

@@ -216,14 +216,14 @@ void DateTimeMirror::Drop() {
   const wxSize size = calendar->GetBestSize();
   calendar->SetSize(size);
   popup_->ShowAt({native()->GetScreenPosition(), native()->GetSize()}, size + wxSize(2, 2));
-  layer().NoteMoved(handle());
+  layer().NoteTraced(handle());
   native()->Refresh();
 }
 
 void DateTimeMirror::Close() {
   calendar_ = nullptr;
   popup_.reset();
-  layer().NoteMoved(handle());
+  layer().NoteTraced(handle());
   native()->Refresh();
 }
 

@@ -67,7 +67,6 @@ bool IsActive(const wxTopLevelWindow& window) {
 
 void LayOutNow(wxTopLevelWindow& window) {
   gtk_container_check_resize(GTK_CONTAINER(window.m_widget));
-  gdk_display_flush(gtk_widget_get_display(window.m_widget));
 }
 
 void Activate(wxTopLevelWindow& window) { gtk_window_present(GTK_WINDOW(window.m_widget)); }

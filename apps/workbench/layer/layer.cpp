@@ -235,7 +235,7 @@ void Layer::ShowWindow(Entry& entry) {
   CWnd& window = *entry.window;
   // A top-level window is made with all in it when it is shown.
   if (entry.mirror == nullptr && !IsDrawn(window)) return;
-  if (host_.trace != nullptr) traced_.insert(window.GetSafeHwnd());
+  NoteTraced(window.GetSafeHwnd());
   const bool is_moved = changes.Has(WindowChange::kOrder) && entry.mirror != nullptr &&
                         entry.mirror->parent() != window.GetParent();
   if (entry.mirror != nullptr && (is_moved || !entry.mirror->Serves(window))) {
@@ -335,7 +335,7 @@ void Layer::NoteActive(HWND window, bool is_active) {
   active_ = window;
   left_ = false;
   // Only now the window manager has put it where it is.
-  NoteMoved(window);
+  NoteTraced(window);
   Post(window, [this](CWnd& live) {
     if (live.IsWindowEnabled()) {
       live.SetActiveWindow(wxGetMouseState().LeftIsDown());
@@ -386,12 +386,25 @@ void Layer::RefuseInput() {
   show_active_ = true;
 }
 
+/// Who reads the trace uses the mouse next, where all is to be as it tells.
+void Layer::LayOutTraced() const {
+  for (const HWND handle : traced_) {
+    const Mirror* const mirror = Find(handle);
+    if (mirror == nullptr) continue;
+    const auto* const top =
+        dynamic_cast<TopLevelMirror*>(Find(mirror->window().GetTopLevelParent()));
+    if (top != nullptr) LayOutNow(*top->top_level());
+  }
+  FlushDisplay();
+}
+
 void Layer::WriteTrace() {
   const CWnd* const focus = CWnd::GetFocus();
   const HWND now = focus == nullptr ? nullptr : focus->GetSafeHwnd();
   const bool has_moved = std::exchange(traced_focus_, now) != now;
   const bool is_other = std::exchange(traced_active_, active_) != active_;
   if (gone_.empty() && traced_.empty() && !has_moved && !is_other) return;
+  LayOutTraced();
   for (const HWND handle : std::exchange(gone_, {})) {
     TraceLine line("gone");
     line.Add("window", NumberOf(handle));
@@ -400,10 +413,6 @@ void Layer::WriteTrace() {
   for (const HWND handle : std::exchange(traced_, {})) {
     const Mirror* const mirror = Find(handle);
     if (mirror == nullptr) continue;
-    const auto* const top =
-        dynamic_cast<TopLevelMirror*>(Find(mirror->window().GetTopLevelParent()));
-    // Who reads it uses the mouse there next.
-    if (top != nullptr) LayOutNow(*top->top_level());
     TraceLine line("window");
     TraceWindow(*mirror, line);
     host_.trace->Write(line);

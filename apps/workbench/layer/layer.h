@@ -78,8 +78,10 @@ class Layer : public dq::WindowObserver {
   void Update();
   /// A person has tried to use a window that they can't use at present.
   void RefuseInput();
-  /// Has the window's line traced anew, for it lies elsewhere.
-  void NoteMoved(dq::HWND window) { traced_.insert(window); }
+  /// Has the window's line traced anew, for it lies elsewhere or has changed.
+  void NoteTraced(dq::HWND window) {
+    if (host_.trace != nullptr) traced_.insert(window);
+  }
   /// Whether mirrors are being put right: what the toolkit tells then isn't a person's doing.
   bool IsShowing() const { return showing_; }
   /// Marks the window as changed, for a mirror that finds itself out of date.
@@ -138,6 +140,7 @@ class Layer : public dq::WindowObserver {
   void UpdateCapture();
   void TakeIn();
   void Settle();
+  void LayOutTraced() const;
   void WriteTrace();
 
   Host host_;

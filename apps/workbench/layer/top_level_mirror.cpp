@@ -173,7 +173,7 @@ void TopLevelMirror::TakeFrame(CWnd& window) {
 
 void TopLevelMirror::TakePlace(CWnd& window) {
   if (!top_level()->IsShown() || top_level()->IsIconized()) return;
-  layer().NoteMoved(handle());
+  layer().NoteTraced(handle());
   const dq::HWND self = handle();
   TakeFrame(window);
   if (CWnd::FromHandle(self) != &window || layer().Find(self) != this) return;
