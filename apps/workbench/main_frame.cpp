@@ -143,25 +143,21 @@ void MainFrame::OnDialog(UINT id) {
   listener_(dialog, outcome);
 }
 
+/// The one window of its kind: made with the arguments, or brought to the top.
+template <typename Frame, typename... Arguments>
+void MainFrame::Show(std::unique_ptr<Frame>& frame, Arguments&&... arguments) {
+  if (frame != nullptr && frame->GetSafeHwnd() != nullptr) return frame->ActivateFrame();
+  frame = std::make_unique<Frame>(std::forward<Arguments>(arguments)...);
+  if (!frame->Open(*this)) frame.reset();
+}
+
 void MainFrame::OnControls() {
-  if (controls_ != nullptr && controls_->GetSafeHwnd() != nullptr)
-    return controls_->ActivateFrame();
-  controls_ =
-      std::make_unique<ControlsFrame>([this](const std::string& line) { Tell(line + '\n'); });
-  if (!controls_->Open(*this)) controls_.reset();
+  Show(controls_, [this](const std::string& line) { Tell(line + '\n'); });
 }
 
-void MainFrame::OnConsole() {
-  if (console_ != nullptr && console_->GetSafeHwnd() != nullptr) return console_->ActivateFrame();
-  console_ = std::make_unique<ConsoleFrame>();
-  if (!console_->Open(*this)) console_.reset();
-}
+void MainFrame::OnConsole() { Show(console_); }
 
-void MainFrame::OnTree() {
-  if (tree_ != nullptr && tree_->GetSafeHwnd() != nullptr) return tree_->ActivateFrame();
-  tree_ = std::make_unique<TreeFrame>();
-  if (!tree_->Open(*this)) tree_.reset();
-}
+void MainFrame::OnTree() { Show(tree_); }
 
 void MainFrame::OnAbout() {
   dq::AfxMessageBox("Workbench " WORKBENCH_VERSION "\n\nThe library's dialogs in windows.",

@@ -47,6 +47,8 @@ class MainFrame : public dq::CFrameWnd {
   void OnControls();
   void OnConsole();
   void OnTree();
+  template <typename Frame, typename... Arguments>
+  void Show(std::unique_ptr<Frame>& frame, Arguments&&... arguments);
   bool MakeMenu();
   bool MakeBars();
   void Tell(const std::string& text);
