@@ -181,14 +181,14 @@ bool DragOut::Take(const GdkEvent& event) {
   const std::shared_ptr<GdkEvent> held(gdk_event_copy(&event), gdk_event_free);
   layer_.Post([held, weak = std::weak_ptr<DragOut*>(self_)] {
     const std::shared_ptr<DragOut*> self = weak.lock();
-    if (self != nullptr) (*self)->Handle(*held);
+    if (self != nullptr) (*self)->Handle(held);
   });
   return true;
 }
 
 /// One event behind the other, though a handler may run a message loop.
-void DragOut::Handle(const GdkEvent& event) {
-  held_.emplace_back(gdk_event_copy(&event), gdk_event_free);
+void DragOut::Handle(const std::shared_ptr<GdkEvent>& event) {
+  held_.push_back(event);
   if (std::exchange(is_busy_, true)) return;
   struct Rest {
     ~Rest() { is_busy = false; }

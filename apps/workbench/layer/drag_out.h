@@ -47,7 +47,7 @@ class DragOut {
 
  private:
   static void OnFinished(DragOut* self);
-  void Handle(const GdkEvent& event);
+  void Handle(const std::shared_ptr<GdkEvent>& event);
   void Deliver(const GdkEvent& event);
   void Move(const wxPoint& at, guint32 time);
   bool Send();
