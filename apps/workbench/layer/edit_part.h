@@ -43,6 +43,7 @@ class EditPart {
     friend bool operator==(const Selection&, const Selection&) = default;
   };
 
+  bool Append(std::string_view text);
   Selection SelectionNow() const;
   std::string Encode(const wxString& text) const {
     return lines_ ? ToLibraryLines(text) : ToLibrary(text);
@@ -50,8 +51,6 @@ class EditPart {
 
   wxTextEntry& control_;
   bool lines_;
-  bool Append(std::string_view text);
-
   /// As the library's text was last.
   ShownText shown_;
   std::string shown_bytes_;
