@@ -122,7 +122,16 @@ TEST_F(FilesTest, ReplacingKeepsPermissionsAndLinksAndHoldsAFileFromItsOpening) 
   EXPECT_EQ(files.ReplaceAndClose(stale, "lost").kind, kBusy);
   const HANDLE not_for_that = files.Open(dir / "old", {.write = true}).value;
   EXPECT_EQ(files.ReplaceAndClose(not_for_that, "x").kind, kInvalidArgument);
-  EXPECT_TRUE(files.ReplaceAndClose(files.Open("/dev/null", kToReplace).value, "x").ok());
+  int pipe[2];
+  ASSERT_EQ(::pipe(pipe), 0);
+  const std::string end = "/dev/fd/" + std::to_string(pipe[1]);
+  for (const std::string& device : {std::string("/dev/null"), end}) {
+    EXPECT_TRUE(files.ReplaceAndClose(files.Open(device, kToReplace).value, "x").ok()) << device;
+  }
+  ::close(pipe[1]);
+  char read[2];
+  EXPECT_EQ(::read(pipe[0], read, 2), 1);
+  ::close(pipe[0]);
   const HANDLE source = files.Open(dir / "none", {.read = true}).value;
   char all[20];
   EXPECT_EQ(files.Read(source, all).value, 8u);

@@ -25,14 +25,20 @@ Result<bool> IsAt(SystemCalls& calls, const std::string& native, const struct st
   return errno == ENOENT ? Result<bool>(false) : LastError();
 }
 
+/// Whether a path whose links end at `target` leads to a pipe or a terminal: the system has links to
+/// those with names that aren't paths.
+bool LeadsToDevice(SystemCalls& calls, const std::string& native, const std::string& target) {
+  struct stat status;
+  return target != native && calls.Status(native.c_str(), &status) == 0 &&
+         !S_ISREG(status.st_mode);
+}
+
 /// Opens a file by a path that ends in no link, nor gets one meanwhile.
 Result<int> OpenToWrite(SystemCalls& calls, const std::string& native, int flags, mode_t mode,
                         struct stat& status) {
   const Result<std::string> target = FollowLinks(native, calls);
   if (!target.ok()) return target.error;
-  // The system has links that lead to pipes and terminals, with names that aren't paths.
-  if (target.value != native && calls.Status(native.c_str(), &status) == 0 &&
-      !S_ISREG(status.st_mode)) {
+  if (LeadsToDevice(calls, native, target.value)) {
     return OpenAtOnce(calls, native, flags, mode, status);
   }
   return OpenAtOnce(calls, target.value, flags | O_NOFOLLOW, mode, status);
@@ -43,6 +49,10 @@ Result<int> OpenToReplace(SystemCalls& calls, const std::string& native, int fla
                           struct stat& status, OpenedFile& opened) {
   Result<std::string> target = FollowLinks(native, calls);
   if (!target.ok()) return target.error;
+  if (LeadsToDevice(calls, native, target.value)) {
+    opened.target = native;
+    return OpenAtOnce(calls, native, flags & ~O_CREAT, mode, status);
+  }
   opened.target = std::move(target.value);
   flags |= O_NOFOLLOW;
   const Result<int> fd = OpenAtOnce(calls, opened.target, flags & ~O_CREAT, mode, status);
