@@ -19,7 +19,7 @@ struct Block {
   std::int32_t tab;
   DWORD process;
 };
-static_assert(sizeof(Block) == sizeof(HWND) + 8);
+static_assert(sizeof(Block) == sizeof(std::uintptr_t) + 8);
 
 }  // namespace
 

@@ -91,6 +91,7 @@ bool CDQFlexTabFrame::SaveDocuments(bool include_own, const CDocument* but) {
   CTypedPtrArray<CObArray, CDocument*> documents;
   GetDocuments(documents, include_own);
   std::vector<detail::WatchedObject<CDocument>> asked;
+  asked.reserve(static_cast<std::size_t>(documents.GetSize()));
   for (int at = 0; at < documents.GetSize(); ++at) asked.emplace_back(documents[at]);
   for (const auto& document : asked) {
     if (document && document.get() != but && document->SaveModified() == 0) return false;

@@ -160,6 +160,7 @@ CDQPrintDlg::Layout::Layout(const CDC& dc, const CSftTree& tree)
   const double scale =
       static_cast<double>(description.lfHeight) / std::max<LONG>(GetTextExtent(tree, "X").cy, 1);
   std::vector<double> widths;
+  widths.reserve(static_cast<std::size_t>(tree.GetColumnCount()));
   for (int column = 0; column < tree.GetColumnCount(); ++column) {
     widths.push_back(tree.GetColumnWidth(column) * scale);
   }

@@ -213,6 +213,7 @@ int CSftTabs::WidthOf(int index) const {
 
 std::vector<CRect> CSftTabs::GetTabRects() const {
   std::vector<CRect> rects;
+  rects.reserve(static_cast<std::size_t>(rows_.size()));
   for (int at = 0; at < rows_.size(); ++at) rects.push_back(GetTabRect(at));
   return rects;
 }

@@ -161,16 +161,15 @@ bool CSftTree::OnBranchKey(UINT key) {
   if (key != VK_LEFT && key != VK_RIGHT) return false;
   const bool left = key == VK_LEFT;
   const int row = GetShownCaret();
-  const bool has_branch = row >= 0 && rows_->HasChildren(row);
-  if (IsDown(VK_CONTROL) || row < 0) {
-    ScrollBy(SB_HORZ, left ? SB_LINEUP : SB_LINEDOWN);
-  } else if (has_branch && IsExpanded(row) == left) {
+  const bool moves = row >= 0 && !IsDown(VK_CONTROL);
+  const bool has_branch = moves && rows_->HasChildren(row);
+  if (has_branch && IsExpanded(row) == left) {
     const Watched self(*this);
     if (row != caret_) MoveCaret(row, Selecting::kAlone);
     if (self.IsThere()) Notify(kTreeButtonDown);
   } else if (!left && has_branch) {
     StepTo(row + 1);
-  } else if (left && rows_->GetParent(row) >= 0) {
+  } else if (moves && left && rows_->GetParent(row) >= 0) {
     StepTo(rows_->GetParent(row));
   } else {
     ScrollBy(SB_HORZ, left ? SB_LINEUP : SB_LINEDOWN);

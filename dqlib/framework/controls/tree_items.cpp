@@ -183,7 +183,8 @@ TreeItems::Index TreeItems::Join(Index before, Index behind) {
   random_ ^= random_ << 13;
   random_ ^= random_ >> 17;
   random_ ^= random_ << 5;
-  const auto all = static_cast<std::uint64_t>(RowsOf(before) + RowsOf(behind));
+  const auto all =
+      static_cast<std::uint64_t>(RowsOf(before)) + static_cast<std::uint64_t>(RowsOf(behind));
   if (static_cast<int>(random_ * all >> 32) < RowsOf(before)) {
     SetRight(before, Join(nodes_[before].right, behind));
     return before;

@@ -25,12 +25,11 @@ Result<bool> IsAt(SystemCalls& calls, const std::string& native, const struct st
   return errno == ENOENT ? Result<bool>(false) : LastError();
 }
 
-/// Whether a path whose links end at `target` leads to a pipe or a terminal: the system has links to
-/// those with names that aren't paths.
+/// Whether a path whose links end at `target` leads to a pipe or a terminal: the system has links
+/// to those with names that aren't paths.
 bool LeadsToDevice(SystemCalls& calls, const std::string& native, const std::string& target) {
   struct stat status;
-  return target != native && calls.Status(native.c_str(), &status) == 0 &&
-         !S_ISREG(status.st_mode);
+  return target != native && calls.Status(native.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
 }
 
 /// Opens a file by a path that ends in no link, nor gets one meanwhile.
