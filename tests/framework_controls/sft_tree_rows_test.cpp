@@ -237,6 +237,14 @@ TEST(SftTree, TellsObserversOfAllRowsThatChange) {
     for (const auto& row : plain.rows) rows.push_back(std::to_string(row.level) + row.texts[0]);
     ASSERT_EQ(mirror.rows, rows) << step;
   }
+  // Nothing if nothing changes, and a change to who looked on when it was made.
+  RecordingObserver first;
+  tree.Expand(0, tree.IsExpanded(0));
+  EXPECT_EQ(first.Take(), "");
+  tree.SetCellText(0, 0, "changed");
+  RecordingObserver second;
+  EXPECT_EQ(second.Take(), "");
+  EXPECT_THAT(first.changes, testing::HasSubstr("7 rows"));
 }
 
 TEST(SftTree, IsDeepLargeAndSortedByAnyComparison) {
