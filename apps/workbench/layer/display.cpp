@@ -178,7 +178,7 @@ void CheckConnection(const std::vector<GPollFD>& polled) {
   if (is_over) OnConnectionEnd(nullptr, nullptr);
 }
 
-void FlushDisplay() { gdk_display_flush(gdk_display_get_default()); }
+void SyncDisplay() { gdk_display_sync(gdk_display_get_default()); }
 
 double DisplayScale() {
   constexpr double kUsual = 96;

@@ -35,8 +35,9 @@ class Toolkit {
 /// says; the toolkit itself may not have found out yet.
 void CheckConnection(const std::vector<GPollFD>& polled);
 
-/// Has the display do what it was told, which the toolkit sends it only when it waits next.
-void FlushDisplay();
+/// Waits until the display has done what it was told, which the toolkit sends it only when it waits
+/// next.
+void SyncDisplay();
 
 /// How many pixels of the display a pixel at 96 dots to the inch is, by its resolution and the
 /// person's settings for the size of texts.

@@ -395,16 +395,21 @@ void Layer::LayOutTraced() const {
         dynamic_cast<TopLevelMirror*>(Find(mirror->window().GetTopLevelParent()));
     if (top != nullptr) LayOutNow(*top->top_level());
   }
-  FlushDisplay();
+  SyncDisplay();
 }
 
 void Layer::WriteTrace() {
   const CWnd* const focus = CWnd::GetFocus();
   const HWND now = focus == nullptr ? nullptr : focus->GetSafeHwnd();
-  const bool has_moved = std::exchange(traced_focus_, now) != now;
-  const bool is_other = std::exchange(traced_active_, active_) != active_;
-  if (gone_.empty() && traced_.empty() && !has_moved && !is_other) return;
+  const bool is_other = traced_focus_ != now || traced_active_ != active_;
+  if (gone_.empty() && traced_.empty() && !is_other) return;
   LayOutTraced();
+  // What has come into sight may have to be brought in order. Then the loop comes back here; once,
+  // for there may be work without end.
+  if (loop_.HasWork() && !std::exchange(trace_waits_, true)) return;
+  trace_waits_ = false;
+  traced_focus_ = now;
+  traced_active_ = active_;
   for (const HWND handle : std::exchange(gone_, {})) {
     TraceLine line("gone");
     line.Add("window", NumberOf(handle));

@@ -180,6 +180,8 @@ class Layer : public dq::WindowObserver {
   std::vector<dq::HWND> gone_;
   dq::HWND traced_focus_ = nullptr;
   dq::HWND traced_active_ = nullptr;
+  /// The trace is written when the loop comes back.
+  bool trace_waits_ = false;
   dq::WindowObserver* former_ = nullptr;
 };
 

@@ -114,6 +114,8 @@ void NativeLoop::Wake() {
   wake_.notify_one();
 }
 
+bool NativeLoop::HasWork() const { return !acts_.empty() || gtk_events_pending() != 0; }
+
 void NativeLoop::Post(Act act) { acts_.push_back(std::move(act)); }
 
 void NativeLoop::LoseDisplay() { lost_ = true; }

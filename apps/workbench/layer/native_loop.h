@@ -45,6 +45,8 @@ class NativeLoop : public dq::NativeEvents {
 
   /// Has the act done outside of the toolkit, behind those posted before.
   void Post(Act act);
+  /// Whether there are acts or events that wait to be handled.
+  bool HasWork() const;
   /// The display is gone: the toolkit isn't called any more.
   void LoseDisplay();
   bool HasDisplay() const { return !lost_; }
