@@ -154,6 +154,7 @@ TEST_F(OutputPaneTest, ClearsSelectsCopiesAndSavesItsRows) {
   CDQOutputErrorDialog dialog(*pane_);
   dialog.Create(CDQOutputErrorDialog::kTemplateId, &frame_);
   EXPECT_STREQ(dialog.GetTree().CellText(1, 2), "c");
+  EXPECT_STREQ(dialog.GetTree().CellText(1, 0), kTime);
   pane_->ClearTree();
   EXPECT_EQ(dialog.GetTree().GetSelectedCount(), 1);
   dialog.SendMessage(WM_COMMAND, CDQOutputErrorDialog::kDisplayId);
