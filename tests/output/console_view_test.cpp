@@ -84,6 +84,9 @@ TEST_F(ConsoleViewTest, SendsWhatIsTypedBehindTheOutputOnceWithEachEnter) {
       OpenScript("printf '> '; while read -r x; do printf '%s|' \"$x\" >>all\n"
                  "test \"$x\" = quiet || printf '(%s)\\n> ' \"$x\"; done; printf end"));
   ASSERT_TRUE(Await("> "));
+  const LOGFONT& font = view_.GetFont()->GetLogFont();
+  EXPECT_STREQ(font.lfFaceName, "FixedSys");
+  EXPECT_TRUE(font.lfWeight == 400 && font.lfCharSet == 134);
   Type("\bquiex\bt\r");
   ASSERT_EQ(view_.Text(), "> quiet\r\n");
   Type("\b\xC3\xBC w\r");

@@ -12,11 +12,46 @@ constexpr char kTime[] = "04:05:06.007";
 struct FilePrompts : ScriptedPrompts {
   std::optional<platform::ChosenFiles> ChooseFile(const platform::FileQuestion& question) override {
     asked = question;
+    if (chosen.paths.empty()) return {};
     return chosen;
+  }
+  std::optional<platform::PrintChoice> ChoosePrint(
+      const platform::PrintQuestion& question) override {
+    offers_selection += question.offer_selection ? "+" : "-";
+    return {};
   }
   platform::FileQuestion asked;
   platform::ChosenFiles chosen;
+  std::string offers_selection;
 };
+
+/// Keeps where menus are shown and what they hold, with "-" before what can't be chosen and "*"
+/// before what is checked.
+struct MenuLayer : RecordingObserver {
+  UINT TrackMenu(HMENU menu, const MenuSpot& spot, CWnd&) override {
+    CMenu* const shown = CMenu::FromHandle(menu);
+    told = std::to_string(spot.at.x) + "," + std::to_string(spot.at.y) + ":";
+    for (int at = 0; at < shown->GetMenuItemCount(); ++at) {
+      const UINT state = shown->GetMenuState(static_cast<UINT>(at), MF_BYPOSITION);
+      const UINT id = shown->GetMenuItemID(at);
+      if (id == 0) continue;
+      told += (state & MF_GRAYED) != 0 ? " -" : (state & MF_CHECKED) != 0 ? " *" : " ";
+      told += std::to_string(id);
+    }
+    return 0;
+  }
+  std::string told;
+};
+
+/// On the text of a row.
+void DoubleClick(CSftTree& tree, int row) {
+  CRect text;
+  EXPECT_TRUE(tree.GetCellRect(row, 2, &text));
+  const CPoint at = tree.ClientToScreen(CPoint{text.left + 5, (text.top + text.bottom) / 2});
+  MouseInput(WM_LBUTTONDOWN, MK_LBUTTON, at, &tree);
+  MouseInput(WM_LBUTTONUP, 0, at, &tree);
+  MouseInput(WM_LBUTTONDBLCLK, MK_LBUTTON, at, &tree);
+}
 
 struct OutputPaneTest : testing::Test {
   struct Tree : CDQTree {
@@ -151,6 +186,11 @@ TEST_F(OutputPaneTest, ClearsSelectsCopiesAndSavesItsRows) {
   EXPECT_EQ(app_.GetProfileInt("Pane", "LastSaveErrorFilterIndex", 0), 2);
   EXPECT_EQ(app_.GetProfileString("Pane", "LastSaveErrorDirectory"), files_.path() + "/");
   tree().SetCaret(1);
+  prompts.chosen = {};
+  Choose(ID_FILE_SAVE);
+  EXPECT_EQ(prompts.asked.folder + " " + prompts.asked.extension + " " +
+                std::to_string(prompts.asked.kind),
+            files_.path() + "/ txt 2");
   CDQOutputErrorDialog dialog(*pane_);
   dialog.Create(CDQOutputErrorDialog::kTemplateId, &frame_);
   EXPECT_STREQ(dialog.GetTree().CellText(1, 2), "c");
@@ -158,9 +198,47 @@ TEST_F(OutputPaneTest, ClearsSelectsCopiesAndSavesItsRows) {
   pane_->ClearTree();
   EXPECT_EQ(dialog.GetTree().GetSelectedCount(), 1);
   dialog.SendMessage(WM_COMMAND, CDQOutputErrorDialog::kDisplayId);
-  EXPECT_EQ(prompts.shown.back(), (ShownBox{"c", BOX_INFORMATION}));
+  DoubleClick(dialog.GetTree(), 1);
+  EXPECT_THAT(prompts.shown,
+              testing::ElementsAre(ShownBox{"c", BOX_INFORMATION}, ShownBox{"c", BOX_INFORMATION}));
   pane_.reset();
   EXPECT_EQ(Tree::gone > 0, true);
+}
+
+TEST_F(OutputPaneTest, IsAPlainListWithTheKeyboardAndAMenu) {
+  frame_.RecalcLayout();
+  FilePrompts prompts;
+  MenuLayer layer;
+  pane_->SendMessage(WM_CONTEXTMENU, 0, MakeLParam(30, 40));
+  EXPECT_EQ(layer.told,
+            "30,40: -45352 -57634 -57642 -45351 -57632 -57633 -57603 -57607 45353 45354");
+  pane_->AddMessage("a", 0);
+  pane_->AddMessage("b\nc", 5);
+  tree().UnselectAll();
+  pane_->SendMessage(WM_CONTEXTMENU, 0, -1);
+  EXPECT_EQ(layer.told, "8,239: 45352 -57634 57642 -45351 -57632 57633 57603 57607 45353 45354")
+      << "below the current row";
+  tree().SelectRows(0, 0);
+  Choose(ID_FILE_PRINT);
+  tree().UnselectAll();
+  Choose(ID_FILE_PRINT);
+  EXPECT_EQ(prompts.offers_selection, "+-");
+  Choose(ID_OUTPUT_FLOAT);
+  tree().SetCaret(2);
+  pane_->SendMessage(WM_CONTEXTMENU, 0, -1);
+  EXPECT_EQ(layer.told, "0,234: 45352 -57634 57642 -45351 -57632 57633 57603 57607 *45353 45354");
+  DoubleClick(tree(), 2);
+  EXPECT_EQ(prompts.shown.back(), (ShownBox{"b\nc", BOX_INFORMATION}));
+  pane_->SetFocus();
+  EXPECT_EQ(CWnd::GetFocus(), &tree());
+  EXPECT_TRUE(tree().IsMultiSelect() && !tree().GetAutoSort() && !tree().IsHeaderShown());
+  RecordingDC dc;
+  tree().Paint(dc);
+  // Without titles, lines and buttons.
+  EXPECT_TRUE(
+      dc.Text().starts_with("fill 0,0 300,120 ffffff\npicture 0,1 16,17 of 16x16 2a82dece\n"
+                            "text 21,2 \"04:05:06.007\"\n"))
+      << dc.Text();
 }
 
 TEST_F(OutputPaneTest, MirrorsRowsToALogThatStartsOverAtItsLimit) {
@@ -242,14 +320,38 @@ TEST(ProgressDialog, NotesACancelThatThePersonAgreesTo) {
   dialog.SetCancelOperationPrompt(nullptr);
   dialog.SendMessage(WM_COMMAND, IDCANCEL);
   EXPECT_TRUE(dialog.GetCancelled() && prompts.shown.size() == 2);
+  EXPECT_FALSE(dialog.PlayAVI());
+  dialog.SetPlayAVI(5);
+  EXPECT_EQ(dialog.GetPlayAVI(), 0u);
+  EXPECT_TRUE(dialog.PlayAVI() && dialog.GetPlayAVI() == 5);
+  EXPECT_TRUE(dialog.GetDlgItem(CDQProgressDialog::kBarId)->IsShown());
+  CDQMessageDialog message;
+  ASSERT_TRUE(message.Create(&main));
+  EXPECT_FALSE(message.GetDlgItem(CDQProgressDialog::kBarId)->IsShown());
+}
+
+TEST(ProgressBox, MovesWhileAThreadWorksAndKeepsItsOwnerDisabled) {
+  MainWindow main;
+  struct Bars : RecordingObserver {
+    explicit Bars(CWnd& window) : owner(window) {}
+    void OnWindowChange(CWnd& window, WindowChange change, const ChangedRange&) override {
+      const auto* const bar = dynamic_cast<CProgressCtrl*>(&window);
+      if (bar == nullptr || change != WindowChange::kContent) return;
+      owner_is_disabled = !owner.IsWindowEnabled();
+      position = bar->GetPos();
+    }
+    CWnd& owner;
+    bool owner_is_disabled = false;
+    std::atomic<int> position = 0;
+  } bars(main);
   DQProgressBox box("Load", "rows");
-  int count = 0;
   const auto work = [](DQProgressBox& own, void* parameter) -> UINT {
-    *static_cast<int*>(parameter) = own.GetCancelled() ? -1 : 1;
-    return 7;
+    const std::atomic<int>& position = *static_cast<std::atomic<int>*>(parameter);
+    while (position < 20) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    return own.GetCancelled() ? 0 : 7;
   };
-  EXPECT_EQ(box.Run(&main, work, &count), 7);
-  EXPECT_TRUE(count == 1 && main.IsWindowEnabled());
+  EXPECT_EQ(box.Run(&main, work, &bars.position), 7);
+  EXPECT_TRUE(bars.owner_is_disabled && main.IsWindowEnabled());
   EXPECT_EQ(box.Run(nullptr, nullptr, nullptr), -1);
 }
 
