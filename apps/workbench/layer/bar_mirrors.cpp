@@ -3,7 +3,6 @@
 #include <utility>
 #include <wx/dcclient.h>
 #include <wx/image.h>
-#include <wx/settings.h>
 
 #include "apps/workbench/layer/layer.h"
 #include "apps/workbench/layer/mouse.h"
@@ -23,8 +22,6 @@ namespace {
 using dq::CStatusBar;
 using dq::CToolBar;
 using dq::CWnd;
-
-wxColour Color(wxSystemColour index) { return wxSystemSettings::GetColour(index); }
 
 /// What a command's string has behind its line end.
 wxString TipOf(dq::UINT command) {
@@ -88,8 +85,8 @@ void ToolBarMirror::ShowContent(const Changes&) {
 
 /// As the bar itself would.
 void ToolBarMirror::DrawGrips(wxDC& context) {
-  const wxColour light = Color(wxSYS_COLOUR_BTNHIGHLIGHT);
-  const wxColour dark = Color(wxSYS_COLOUR_BTNSHADOW);
+  const wxColour light = SystemColor(wxSYS_COLOUR_BTNHIGHLIGHT);
+  const wxColour dark = SystemColor(wxSYS_COLOUR_BTNSHADOW);
   for (const dq::CRect& part : {bar()->GetGripperRect(), bar()->GetSizingRect()}) {
     const wxRect rect = scale().ToNative(part);
     if (rect.IsEmpty()) continue;
@@ -133,7 +130,7 @@ void ToolBarMirror::OnRelease(int button) {
 
 void ToolBarMirror::OnPaint() {
   wxPaintDC context(native());
-  context.SetBackground(wxBrush(Color(wxSYS_COLOUR_BTNFACE)));
+  context.SetBackground(wxBrush(SystemColor(wxSYS_COLOUR_BTNFACE)));
   context.Clear();
   if (bar() == nullptr) return;
   DrawGrips(context);
@@ -141,7 +138,7 @@ void ToolBarMirror::OnPaint() {
     const dq::ToolBarButton button = bar()->GetButton(position);
     const wxRect rect = scale().ToNative(bar()->GetItemRect(position));
     if (button.command == 0) {
-      context.SetPen(wxPen(Color(wxSYS_COLOUR_BTNSHADOW)));
+      context.SetPen(wxPen(SystemColor(wxSYS_COLOUR_BTNSHADOW)));
       const wxPoint middle(rect.x + rect.width / 2, rect.y + rect.height / 2);
       if (bar()->IsVertical()) {
         context.DrawLine(rect.x + 2, middle.y, rect.GetRight() - 1, middle.y);
@@ -191,7 +188,7 @@ void StatusBarMirror::ShowContent(const Changes&) { native()->Refresh(); }
 
 void StatusBarMirror::OnPaint() {
   wxPaintDC context(native());
-  context.SetBackground(wxBrush(Color(wxSYS_COLOUR_BTNFACE)));
+  context.SetBackground(wxBrush(SystemColor(wxSYS_COLOUR_BTNFACE)));
   context.Clear();
   context.SetFont(native()->GetFont());
   const auto* const bar = As<CStatusBar>();
@@ -200,14 +197,14 @@ void StatusBarMirror::OnPaint() {
     const wxRect rect = scale().ToNative(bar->GetItemRect(position));
     if (rect.IsEmpty()) continue;
     if ((pane.style & dq::SBPS_NOBORDERS) == 0) {
-      context.SetPen(wxPen(Color(wxSYS_COLOUR_BTNSHADOW)));
+      context.SetPen(wxPen(SystemColor(wxSYS_COLOUR_BTNSHADOW)));
       context.SetBrush((pane.style & dq::SBPS_POPOUT) != 0
-                           ? wxBrush(Color(wxSYS_COLOUR_BTNHIGHLIGHT))
+                           ? wxBrush(SystemColor(wxSYS_COLOUR_BTNHIGHLIGHT))
                            : *wxTRANSPARENT_BRUSH);
       context.DrawRectangle(rect);
     }
     if ((pane.style & dq::SBPS_DISABLED) != 0) continue;
-    context.SetTextForeground(Color(wxSYS_COLOUR_BTNTEXT));
+    context.SetTextForeground(SystemColor(wxSYS_COLOUR_BTNTEXT));
     const wxDCClipper clip(context, rect);
     constexpr dq::LONG kTextMargin = 3;
     context.DrawText(ToNative(pane.text.View()), rect.x + scale().ToNative(kTextMargin),

@@ -5,7 +5,6 @@
 #include <wx/control.h>
 #include <wx/cursor.h>
 #include <wx/dcclient.h>
-#include <wx/settings.h>
 #include <wx/utils.h>
 
 #include "apps/workbench/layer/gtk_window.h"
@@ -27,8 +26,6 @@ constexpr LONG kBorder = 4;
 constexpr LONG kCaptionHeight = 20;
 /// A corner sizes both ways.
 constexpr LONG kCorner = 12;
-
-wxColour Color(wxSystemColour index) { return wxSystemSettings::GetColour(index); }
 
 bool IsActive(const CWnd& window) {
   const auto* const child = dynamic_cast<const CMDIChildWnd*>(&window);
@@ -117,18 +114,19 @@ wxRect ChildFrameMirror::ButtonRect(Part button) const {
 void ChildFrameMirror::OnPaint() {
   wxPaintDC context(native());
   const bool is_active = IsActive(window());
-  context.SetBackground(wxBrush(Color(wxSYS_COLOUR_BTNFACE)));
+  context.SetBackground(wxBrush(SystemColor(wxSYS_COLOUR_BTNFACE)));
   context.Clear();
   const wxSize size = native()->GetSize();
   const int border = scale().ToNative(kBorder);
-  context.SetPen(wxPen(Color(wxSYS_COLOUR_BTNSHADOW)));
+  context.SetPen(wxPen(SystemColor(wxSYS_COLOUR_BTNSHADOW)));
   context.SetBrush(*wxTRANSPARENT_BRUSH);
   context.DrawRectangle(wxRect(size));
   const wxRect caption(border, border, size.x - 2 * border, scale().ToNative(kCaptionHeight));
   context.SetPen(*wxTRANSPARENT_PEN);
-  context.SetBrush(wxBrush(Color(is_active ? wxSYS_COLOUR_HIGHLIGHT : wxSYS_COLOUR_BTNSHADOW)));
+  context.SetBrush(
+      wxBrush(SystemColor(is_active ? wxSYS_COLOUR_HIGHLIGHT : wxSYS_COLOUR_BTNSHADOW)));
   context.DrawRectangle(caption);
-  const wxColour ink = Color(is_active ? wxSYS_COLOUR_HIGHLIGHTTEXT : wxSYS_COLOUR_BTNTEXT);
+  const wxColour ink = SystemColor(is_active ? wxSYS_COLOUR_HIGHLIGHTTEXT : wxSYS_COLOUR_BTNTEXT);
   context.SetTextForeground(ink);
   context.SetPen(wxPen(ink));
   context.SetBrush(*wxTRANSPARENT_BRUSH);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <wx/dcclient.h>
-#include <wx/settings.h>
 
 #include "apps/workbench/layer/layer.h"
 #include "apps/workbench/layer/renderer.h"
@@ -100,8 +99,8 @@ void ComboMirror::OnPaint() {
   renderer.DrawPushButton(native(), context, wxRect(size), state);
   renderer.DrawDropArrow(native(), context, ButtonRect(), state);
   context.SetFont(native()->GetFont());
-  context.SetTextForeground(wxSystemSettings::GetColour(
-      native()->IsEnabled() ? wxSYS_COLOUR_BTNTEXT : wxSYS_COLOUR_GRAYTEXT));
+  context.SetTextForeground(
+      SystemColor(native()->IsEnabled() ? wxSYS_COLOUR_BTNTEXT : wxSYS_COLOUR_GRAYTEXT));
   const int margin = scale().ToNative(kMargin);
   const wxRect text(margin + 1, 0, ButtonRect().x - margin, size.y);
   context.SetClippingRegion(text);

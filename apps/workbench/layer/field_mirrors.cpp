@@ -4,7 +4,6 @@
 #include <wx/calctrl.h>
 #include <wx/dcclient.h>
 #include <wx/gauge.h>
-#include <wx/settings.h>
 
 #include "apps/workbench/layer/gtk_window.h"
 #include "apps/workbench/layer/layer.h"
@@ -25,8 +24,6 @@ using dq::CWnd;
 constexpr dq::LONG kMargin = 4;
 constexpr dq::LONG kButtonWidth = 18;
 constexpr dq::LONG kMark = 16;
-
-wxColour Color(wxSystemColour index) { return wxSystemSettings::GetColour(index); }
 
 }  // namespace
 
@@ -90,7 +87,7 @@ int FieldMirror::ByteAt(int x) const {
 
 void FieldMirror::OnPaint() {
   wxPaintDC context(native());
-  context.SetBackground(wxBrush(Color(wxSYS_COLOUR_BTNFACE)));
+  context.SetBackground(wxBrush(SystemColor(wxSYS_COLOUR_BTNFACE)));
   context.Clear();
   const bool is_active = native()->IsEnabled();
   const bool has_focus = CWnd::GetFocus() == &window();
@@ -109,15 +106,16 @@ void FieldMirror::OnPaint() {
     const dq::ChangedRange chosen = has_focus ? Chosen() : dq::ChangedRange();
     const long first = text.CharacterAt(chosen.first);
     const long last = text.CharacterAt(chosen.first + chosen.count);
-    context.SetTextForeground(Color(is_active ? wxSYS_COLOUR_WINDOWTEXT : wxSYS_COLOUR_GRAYTEXT));
+    context.SetTextForeground(
+        SystemColor(is_active ? wxSYS_COLOUR_WINDOWTEXT : wxSYS_COLOUR_GRAYTEXT));
     context.DrawText(text.native(), rect.x, top);
     if (last > first) {
       const wxRect part(rect.x + width_to(first), top, width_to(last) - width_to(first),
                         context.GetCharHeight());
       context.SetPen(*wxTRANSPARENT_PEN);
-      context.SetBrush(wxBrush(Color(wxSYS_COLOUR_HIGHLIGHT)));
+      context.SetBrush(wxBrush(SystemColor(wxSYS_COLOUR_HIGHLIGHT)));
       context.DrawRectangle(part);
-      context.SetTextForeground(Color(wxSYS_COLOUR_HIGHLIGHTTEXT));
+      context.SetTextForeground(SystemColor(wxSYS_COLOUR_HIGHLIGHTTEXT));
       context.DrawText(text.native().Mid(static_cast<std::size_t>(first),
                                          static_cast<std::size_t>(last - first)),
                        part.x, top);
@@ -169,7 +167,7 @@ void DateTimeMirror::DrawParts(wxDC& context, bool enabled) {
                                       state | When(popup_ != nullptr, wxCONTROL_PRESSED));
     return;
   }
-  const wxColour color = Color(enabled ? wxSYS_COLOUR_BTNTEXT : wxSYS_COLOUR_GRAYTEXT);
+  const wxColour color = SystemColor(enabled ? wxSYS_COLOUR_BTNTEXT : wxSYS_COLOUR_GRAYTEXT);
   for (const bool up : {true, false}) {
     const int half = button.height / 2;
     const wxRect rect(button.x, up ? 0 : half, button.width, up ? half : button.height - half);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 #include <wx/dcclient.h>
-#include <wx/settings.h>
 
 #include "apps/workbench/layer/renderer.h"
 #include "apps/workbench/layer/style.h"
@@ -113,8 +112,7 @@ wxRect RowWindow::MarkRect(const wxRect& row) const {
 
 void RowWindow::OnPaint() {
   wxPaintDC context(this);
-  const auto color = [](wxSystemColour index) { return wxSystemSettings::GetColour(index); };
-  context.SetBackground(wxBrush(color(wxSYS_COLOUR_LISTBOX)));
+  context.SetBackground(wxBrush(SystemColor(wxSYS_COLOUR_LISTBOX)));
   context.Clear();
   context.SetFont(GetFont());
   const int last = std::min(source_.Count() - 1, first_ + Page());
@@ -122,18 +120,18 @@ void RowWindow::OnPaint() {
 }
 
 void RowWindow::DrawRow(wxDC& context, int row) {
-  const auto color = [](wxSystemColour index) { return wxSystemSettings::GetColour(index); };
   const wxRect rect = RowRect(row);
   const bool is_active = IsEnabled() && source_.IsEnabled(row);
   const bool is_selected = follows_ ? row == caret_ : source_.IsSelected(row);
   if (is_selected) {
     context.SetPen(*wxTRANSPARENT_PEN);
-    context.SetBrush(wxBrush(color(is_active ? wxSYS_COLOUR_HIGHLIGHT : wxSYS_COLOUR_BTNSHADOW)));
+    context.SetBrush(
+        wxBrush(SystemColor(is_active ? wxSYS_COLOUR_HIGHLIGHT : wxSYS_COLOUR_BTNSHADOW)));
     context.DrawRectangle(rect);
   }
-  context.SetTextForeground(color(!is_active    ? wxSYS_COLOUR_GRAYTEXT
-                                  : is_selected ? wxSYS_COLOUR_LISTBOXHIGHLIGHTTEXT
-                                                : wxSYS_COLOUR_LISTBOXTEXT));
+  context.SetTextForeground(SystemColor(!is_active    ? wxSYS_COLOUR_GRAYTEXT
+                                        : is_selected ? wxSYS_COLOUR_LISTBOXHIGHLIGHTTEXT
+                                                      : wxSYS_COLOUR_LISTBOXTEXT));
   const int margin = MarginOf(row_height_);
   int left = rect.x + 2 * margin;
   const int mark = source_.Mark(row);

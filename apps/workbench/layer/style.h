@@ -3,6 +3,7 @@
 #pragma once
 
 #include <wx/font.h>
+#include <wx/settings.h>
 #include <wx/string.h>
 
 #include "apps/workbench/layer/scale.h"
@@ -20,6 +21,9 @@ namespace workbench {
 /// and with margins to match. Once per process.
 void InstallDialogStyle(const Scale& scale);
 void UseDialogStyle(wxWindow& window);
+
+/// A colour of the desktop's.
+inline wxColour SystemColor(wxSystemColour index) { return wxSystemSettings::GetColour(index); }
 
 /// The dialogs' own font: the desktop's in the size that dialogs are designed for.
 wxFont DialogFont();

@@ -28,7 +28,7 @@ int CompareTexts(const TextKey& a, const TextKey& b) {
 /// The lower forms of texts, by which they are sorted with case ignored.
 class TextKeys {
  public:
-  void Add(std::string_view text) {
+  void Append(std::string_view text) {
     starts_.push_back(texts_.size());
     texts_.append(text);
     page_.LowerInPlace(texts_.data() + starts_.back(), text.size());
@@ -41,7 +41,7 @@ class TextKeys {
     common_ = alike;
   }
   /// Good as long as this is.
-  std::vector<TextKey> Get() const {
+  std::vector<TextKey> MakeKeys() const {
     std::vector<TextKey> keys;
     keys.reserve(starts_.size());
     for (const std::size_t start : starts_) {
@@ -91,8 +91,8 @@ void CSftTree::SortRows(int column, TreeCompare compare) {
 void CSftTree::SortRowsByText(int column, bool ascending) {
   if (!HasCell(0, column)) return;
   TextKeys texts;
-  rows_->ForEachText(column, [&texts](const char* text) { texts.Add(text); });
-  const std::vector<TextKey> keys = texts.Get();
+  rows_->ForEachText(column, [&texts](const char* text) { texts.Append(text); });
+  const std::vector<TextKey> keys = texts.MakeKeys();
   if (ascending) {
     SortRowsByKeys(keys, [](const TextKey& a, const TextKey& b) { return CompareTexts(a, b); });
   } else {
