@@ -335,6 +335,26 @@ int CSftTree::GetShownIndex(int row) const {
   return IsRowShown(row) ? rows_->CountShownBefore(row) : -1;
 }
 
+// ---- Order
+
+detail::SiblingGroups CSftTree::GetSiblingGroups() const {
+  return detail::SiblingGroups(rows_->GetLevels());
+}
+
+void CSftTree::TakeOrder(const std::vector<int>& order) {
+  // A comparison that has changed the rows has spoilt its own sort.
+  if (order.empty() || order.size() != static_cast<std::size_t>(GetCount())) return;
+  const int scrolled = top_ < 0 ? 0 : rows_->CountShownBefore(top_);
+  rows_->Permute(order);
+  MoveMarks([&order](int row) {
+    if (row < 0) return row;
+    return static_cast<int>(std::find(order.begin(), order.end(), row) - order.begin());
+  });
+  if (top_ >= 0) top_ = rows_->FindShown(scrolled);
+  Tell(WindowChange::kRowsChanged, {0, GetCount()});
+  LayoutChanged();
+}
+
 // ---- Looks
 
 HBITMAP CSftTree::GetRowPicture(int row) const {

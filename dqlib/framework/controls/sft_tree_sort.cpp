@@ -1,6 +1,5 @@
 // Lists and trees: sorting.
 
-#include <algorithm>
 #include <cstring>
 
 #include "dqlib/framework/base/multi_byte.h"
@@ -102,24 +101,6 @@ void CSftTree::SortRowsByText(int column, bool ascending) {
 
 void CSftTree::SortRowsBy(const std::function<int(int a, int b)>& compare) {
   SortRowsWith([&compare](int a, int b) { return compare(a, b); });
-}
-
-detail::SiblingGroups CSftTree::GetSiblingGroups() const {
-  return detail::SiblingGroups(rows_->GetLevels());
-}
-
-void CSftTree::TakeOrder(const std::vector<int>& order) {
-  // A comparison that has changed the rows has spoilt its own sort.
-  if (order.empty() || order.size() != static_cast<std::size_t>(GetCount())) return;
-  const int scrolled = top_ < 0 ? 0 : rows_->CountShownBefore(top_);
-  rows_->Permute(order);
-  MoveMarks([&order](int row) {
-    if (row < 0) return row;
-    return static_cast<int>(std::find(order.begin(), order.end(), row) - order.begin());
-  });
-  if (top_ >= 0) top_ = rows_->FindShown(scrolled);
-  Tell(WindowChange::kRowsChanged, {0, GetCount()});
-  LayoutChanged();
 }
 
 }  // namespace dq
