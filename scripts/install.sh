@@ -9,7 +9,7 @@ packages_of() {
     build) echo g++ cmake ninja-build ccache python3 sqlite3 util-linux libcli11-dev nlohmann-json3-dev ;;
     workbench) echo libwxgtk3.2-dev libgtk-3-dev libx11-dev pkg-config librsvg2-common ;;
     check) echo libgtest-dev libgmock-dev mold clang-format-14 locales git libgmp-dev poppler-utils \
-      xvfb xdotool openbox ;;
+      xvfb xdotool openbox x11-xkb-utils ;;
     bench) echo libbenchmark-dev libabsl-dev libglib2.0-dev libsqlite3-dev qtbase5-dev pkg-config \
       libgmp-dev libfmt-dev libicu-dev libhowardhinnant-date-dev libspdlog-dev libctemplate-dev libwxgtk3.2-dev libgtk-3-dev \
       xvfb xauth ;;

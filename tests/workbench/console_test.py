@@ -41,6 +41,7 @@ class ConsoleTest(unittest.TestCase):
         self.host.keys("Return")
 
     def test_shell_is_typed_to_and_leaves(self):
+        self.desktop.use_keyboard("de")
         self.host.wait_focus(self.shell)
         self.enter("echo Gr\u00f6\u00dfe")
         self.host.wait_value(self.shell, value="echo Gr\u00f6\u00dfe\r\nGr\u00f6\u00dfe\r\n")

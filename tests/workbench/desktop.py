@@ -58,6 +58,11 @@ class Desktop:
         self.processes.append(process)
         return process
 
+    def use_keyboard(self, layout):
+        """One with the keys for what is typed: `xdotool` gives others keys for a moment, in which a busy host
+        may not ask for their meaning."""
+        subprocess.run(["setxkbmap", layout], env=self.environment(), check=True)
+
     def start(self, program, *words, **variables):
         self.hosts.append(Host(self, program, words, variables))
         return self.hosts[-1]

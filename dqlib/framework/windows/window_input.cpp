@@ -90,18 +90,4 @@ bool OfferKey(MSG message) {
   return !offer.passed_on || CWnd::FromHandle(message.hwnd) == nullptr;
 }
 
-namespace detail {
-
-bool IsKeyOffered(const CWnd& window) {
-  const KeyOffer* const offer = CurrentUi().key_offer;
-  return offer != nullptr && offer->window == window.GetSafeHwnd();
-}
-
-bool PassKeyOn(const CWnd& window) {
-  if (!IsKeyOffered(window)) return false;
-  CurrentUi().key_offer->passed_on = true;
-  return true;
-}
-
-}  // namespace detail
 }  // namespace dq

@@ -30,6 +30,17 @@ namespace detail {
 
 UiState& CurrentUi() { return t_ui; }
 
+bool IsKeyOffered(const CWnd& window) {
+  const KeyOffer* const offer = CurrentUi().key_offer;
+  return offer != nullptr && offer->window == window.GetSafeHwnd();
+}
+
+bool PassKeyOn(const CWnd& window) {
+  if (!IsKeyOffered(window)) return false;
+  CurrentUi().key_offer->passed_on = true;
+  return true;
+}
+
 Watched::Watched(const CWnd& window)
     : window_(&window), handle_(window.GetSafeHwnd()), ended_(t_ui.ended) {}
 
