@@ -221,18 +221,21 @@ class Host:
     def click(self, window, x=None, y=None, button=1, times=1):
         self.xdotool("mousemove", *self.place(window, x, y), "click", "--repeat", times, button)
 
+    def press_until(self, press, done, what):
+        """Presses again what the window manager has kept to itself, since it still moved a window."""
+        for _ in range(5):
+            press()
+            with self.changed:
+                if self.changed.wait_for(done, LONGEST_WAIT / 6):
+                    return
+        raise AssertionError(f"{what}: {self.show()}")
+
     def drop_menu(self, press):
         """Has the person press for a menu by itself, and waits until it takes keys."""
         def dropped():
             return sum(line["event"] == "dropped" for line in self.lines)
         before = dropped()
-        # The window manager may still move the window.
-        for _ in range(5):
-            press()
-            with self.changed:
-                if self.changed.wait_for(lambda: dropped() > before, LONGEST_WAIT / 6):
-                    return
-        raise AssertionError(f"no menu: {self.show()}")
+        self.press_until(press, lambda: dropped() > before, "no menu")
 
     def drag(self, start, way, button=1, meanwhile=lambda: None):
         """From a point of the display by so many pixels to the right and down; `meanwhile` there, before the
@@ -249,9 +252,15 @@ class Host:
         return left + width - 2, top + height - 2
 
     def close(self, window):
-        """By the button of its frame."""
-        left, top, width, _ = self.windows[window["window"]]["rect"]
-        self.xdotool("mousemove", left + width - 10, top + 10, "click", 1)
+        """By the button of its frame, until a window has gone or come."""
+        def press():
+            left, top, width, _ = self.windows[window["window"]]["rect"]
+            self.xdotool("mousemove", left + width - 10, top + 10, "click", 1)
+
+        def seen():
+            return {number for number, each in self.windows.items() if each["shown"]}
+        before = seen()
+        self.press_until(press, lambda: seen() != before or self.process.poll() is not None, "not closed")
 
     def keys(self, *names):
         if names:

@@ -173,12 +173,8 @@ class WorkbenchTest(unittest.TestCase):
         bar = host.find(caption="Tools")
         buttons = host.find(under=bar, id=0xE800)
         _, x, y = buttons["buttons"][-1]
-        # The window manager may still move it.
-        for _ in range(5):
-            host.click(buttons, x=x, y=y)
-            with host.changed:
-                if host.changed.wait_for(lambda: host.windows[host.output["window"]] != host.output, 10):
-                    break
+        host.press_until(lambda: host.click(buttons, x=x, y=y),
+                         lambda: host.windows[host.output["window"]] != host.output, "the bar does nothing")
         told("choice 2")
         host.close(bar)
         host.wait(lambda: not host.all(caption="Tools"), "the bar stays")
