@@ -197,6 +197,17 @@ TEST(SftTree, ScrollsAndStaysWhereItIsWhileRowsComeAndGoAbove) {
   EXPECT_TRUE(tree.GetUpdateRect().IsRectEmpty());
   tree.SelectRow(2);
   EXPECT_EQ(Text(tree.GetUpdateRect()), "0,58-200,76");
+  tree.ValidateRect();
+  tree.SetDropTarget(2);
+  EXPECT_EQ(Text(tree.GetUpdateRect()), "0,58-200,76");
+  tree.ValidateRect();
+  tree.SetDropTarget(2);
+  EXPECT_TRUE(tree.GetUpdateRect().IsRectEmpty());
+  // The last child takes its parent's button away.
+  tree.SetLevel(1, 1);
+  tree.ValidateRect();
+  tree.DeleteRow(1);
+  EXPECT_EQ(tree.GetUpdateRect().top, 22);
   // To the right: columns that are in sight as a whole aren't scrolled to.
   tree.SetColumnWidth(0, 300);
   tree.EnsureCellVisible(2, 1);
@@ -204,7 +215,7 @@ TEST(SftTree, ScrollsAndStaysWhereItIsWhileRowsComeAndGoAbove) {
   EXPECT_EQ(tree.HitTest({150, 40}).column, 1);
   tree.SetRedraw(false);
   tree.ResetContent();
-  EXPECT_EQ(tree.GetScrollInfo(SB_VERT).nMax, 20);
+  EXPECT_EQ(tree.GetScrollInfo(SB_VERT).nMax, 19);
   tree.SetRedraw(true);
   EXPECT_EQ(tree.GetScrollInfo(SB_VERT).nMax, 0);
 }
@@ -349,11 +360,19 @@ TEST(SftTree, DividersAndRowsAreDragged) {
   EXPECT_EQ(drag(40, 45, 40, 80, WM_KEYDOWN), "35 8 9 11 : 1 /1 75");
   EXPECT_EQ(drag(40, 45, 40, 80, WM_CAPTURECHANGED), "35 8 9 11 : 1 /1 75");
   EXPECT_EQ(drag(40, 45, 40, 80, WM_CLOSE), "35 8 9 : 1 /1 75");
+  // A press while another lasts takes that one back.
+  parent.Mouse(WM_LBUTTONDOWN, 74, 5);
+  parent.Mouse(WM_MOUSEMOVE, 90, 5);
+  EXPECT_EQ(tree.GetColumnWidth(0), 91);
+  EXPECT_EQ(drag(40, 45, 40, 45), "35 : 1 /1 75");
   // All that are selected are dragged; a press without a drag leaves the one alone.
   tree.SetMultiSelection(true);
   tree.SelectRows(0, 3);
   EXPECT_EQ(drag(40, 45, 40, 80), "35 8 9 10 : 0 1 2 3 /1 75");
   EXPECT_EQ(drag(40, 45, 40, 45), "35 1 : 1 /1 75");
+  tree.SelectRows(0, 3);
+  tree.SetMultiSelection(true);
+  EXPECT_EQ(parent.Take(), ": 1 /1") << "selects anew";
   tree.SelectRows(0, 3);
   parent.Mouse(WM_LBUTTONDOWN, 40, 45);
   tree.InsertRow(0, "", 0);
