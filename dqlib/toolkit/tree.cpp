@@ -79,8 +79,8 @@ int CDQTree::VKeyToItem(UINT key, UINT) {
 
 LRESULT CDQTree::OnKeyDown(WPARAM key, LPARAM lparam) {
   const Watched self(*this);
-  const bool control = (GetKeyState(VK_CONTROL) & kKeyDown) != 0;
-  const bool shift = (GetKeyState(VK_SHIFT) & kKeyDown) != 0;
+  const bool control = IsKeyDown(VK_CONTROL);
+  const bool shift = IsKeyDown(VK_SHIFT);
   if (control && !shift && (key == VK_INSERT || key == 'C' || key == 'c')) Copy();
   return self.IsThere() ? CSftTree::DefWindowProc(WM_KEYDOWN, key, lparam) : 0;
 }
@@ -120,7 +120,7 @@ BOOL CDQTree::OnLButtonExpandCollapse() {
   if (!m_bHandleExpandCollapse || !HasChildren(row)) return 0;
   const bool expanded = IsExpanded(row);
   if (!m_bDragAllowed && expanded && GetLevel(row) == 0) return 1;
-  Expand(row, !expanded, (GetKeyState(VK_CONTROL) & kKeyDown) != 0);
+  Expand(row, !expanded, IsKeyDown(VK_CONTROL));
   return 1;
 }
 

@@ -412,6 +412,25 @@ TEST(SftTree, MayBeEmptiedOrEndInItsOwnNotification) {
   }
 }
 
+TEST(SftTree, MayBeEmptiedOrEndWhileItBringsARowIntoSight) {
+  struct Layer : RecordingObserver {
+    void OnWindowChange(CWnd&, WindowChange change, const ChangedRange&) override {
+      if (change == WindowChange::kRowsChanged && act) std::exchange(act, nullptr)();
+    }
+    std::function<void()> act;
+  } layer;
+  for (const bool ends : {false, true}) {
+    TreeParent parent;
+    SetWindowObserver(&layer);
+    parent.tree->Expand(0, false);
+    parent.tree->Expand(1, false);
+    detail::TellRows();
+    layer.act = [&] { ends ? parent.tree.reset() : parent.tree->ResetContent(); };
+    parent.tree->EnsureRowVisible(2);
+    EXPECT_TRUE(layer.act == nullptr && (ends || parent.tree->GetTopRow() == -1));
+  }
+}
+
 TEST(SftTree, AColumnThatIsFittedFollowsEachRow) {
   CSftTree tree;
   tree.AddColumn("T", 0);

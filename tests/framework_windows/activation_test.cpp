@@ -67,7 +67,7 @@ struct Activation : testing::Test {
   }
   static void Press(CWnd& window) { MouseInput(WM_LBUTTONDOWN, MK_LBUTTON, {5, 5}, &window); }
 
-  RecordingObserver layer;
+  HeldKeys layer;
   struct Main : CMDIFrameWnd {
     Main() { Create("Frame", "main", {0, 0, 300, 200}); }
     BOOL OnCmdMsg(UINT id, int code, void* extra, void* info) override {
@@ -152,6 +152,31 @@ TEST_F(Activation, RaisesTheActiveChildFrameAndGoesRoundAll) {
   EXPECT_EQ(main.MDIGetActive(), &two) << "there is no other that a person can use";
   two.ShowWindow(SW_HIDE);
   EXPECT_EQ(main.MDIGetActive(), nullptr);
+}
+
+TEST_F(Activation, GoesToAndClosesChildFramesByKeys) {
+  std::string actives;
+  const auto press = [&](std::set<int> held, WPARAM key) {
+    layer.held = std::move(held);
+    KeyInput(WM_KEYDOWN, key);
+    actives += Name(main.MDIGetActive()) + ' ';
+  };
+  for (const WPARAM key : {VK_F6, VK_TAB}) {
+    for (int times = 0; times < 2; ++times) press({VK_CONTROL}, key);
+    for (int times = 0; times < 3; ++times) press({VK_CONTROL, VK_SHIFT}, key);
+    press({VK_CONTROL}, key);
+    actives += '/';
+  }
+  EXPECT_EQ(actives, "two none two one none one /two none two one none one /");
+  actives.clear();
+  press({}, VK_F6);
+  press({VK_CONTROL, VK_MENU}, VK_F4);
+  press({VK_CONTROL}, VK_F1);
+  main.GetAccelTable().Read("Ctrl+F4 8\n");
+  press({VK_CONTROL}, VK_F4);
+  main.GetAccelTable().Read("");
+  for (int times = 0; times < 4; ++times) press({VK_CONTROL}, VK_F4);
+  EXPECT_EQ(actives, "one one one one two none - - ");
 }
 
 TEST_F(Activation, ComesBackToTheWindowAroundTheOwner) {

@@ -335,6 +335,12 @@ bool CDateTimeCtrl::Enter(std::string_view value) {
   if (style_.time) {
     std::tie(time.year, time.month, time.day) = std::tie(time_.year, time_.month, time_.day);
   } else {
+    // A time alone has the first day of all, which nobody entered.
+    constexpr DateTimeParts kNoDate;
+    if (std::tie(time.year, time.month, time.day) ==
+        std::tie(kNoDate.year, kNoDate.month, kNoDate.day)) {
+      return false;
+    }
     std::tie(time.hour, time.minute, time.second) =
         std::tie(time_.hour, time_.minute, time_.second);
   }

@@ -186,8 +186,6 @@ bool IsCommand(char character) {
   return !edits && (detail::Byte(character) < ' ' || character == '\x7F');
 }
 
-bool IsHeld(int key) { return (GetKeyState(key) & kKeyDown) != 0; }
-
 }  // namespace
 
 std::optional<LRESULT> EditModel::AnswerEdit(UINT message, WPARAM wparam, LPARAM lparam) {
@@ -228,8 +226,8 @@ bool EditModel::MoveCaret(int place, bool extends) {
 
 bool EditModel::KeyDown(WPARAM key) {
   if (!TakesInput()) return false;
-  const bool extends = IsHeld(VK_SHIFT);
-  const bool whole = IsHeld(VK_CONTROL);
+  const bool extends = IsKeyDown(VK_SHIFT);
+  const bool whole = IsKeyDown(VK_CONTROL);
   const bool drops = !extends && text_.first() != text_.last();
   const int caret = text_.caret();
   switch (key) {

@@ -24,12 +24,10 @@ constexpr WORD kCombinations[] = {HKCOMB_NONE, HKCOMB_S,  HKCOMB_C,  HKCOMB_SC,
 constexpr WORD kModifierKeys[] = {VK_SHIFT, VK_CONTROL, VK_MENU, VK_CAPITAL, 0x5B, 0x5C, 0x90,
                                   0x91,     0xA0,       0xA1,    0xA2,       0xA3, 0xA4, 0xA5};
 
-bool IsDown(int key) { return (GetKeyState(key) & kKeyDown) != 0; }
-
 WORD HeldModifiers() {
-  return static_cast<WORD>((IsDown(VK_SHIFT) ? HOTKEYF_SHIFT : 0) |
-                           (IsDown(VK_CONTROL) ? HOTKEYF_CONTROL : 0) |
-                           (IsDown(VK_MENU) ? HOTKEYF_ALT : 0));
+  return static_cast<WORD>((IsKeyDown(VK_SHIFT) ? HOTKEYF_SHIFT : 0) |
+                           (IsKeyDown(VK_CONTROL) ? HOTKEYF_CONTROL : 0) |
+                           (IsKeyDown(VK_MENU) ? HOTKEYF_ALT : 0));
 }
 
 /// Keys that work in a dialog unless Ctrl or Alt is held down.
@@ -109,7 +107,7 @@ LRESULT CHotKeyCtrl::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
     case WM_GETDLGCODE: {
       const auto* const asked = reinterpret_cast<const MSG*>(lparam);
       const bool wants_it = asked != nullptr &&
-                            (asked->message == WM_SYSCHAR || IsDown(VK_CONTROL)) &&
+                            (asked->message == WM_SYSCHAR || IsKeyDown(VK_CONTROL)) &&
                             asked->wParam != VK_TAB;
       return DLGC_WANTCHARS | DLGC_WANTARROWS | (wants_it ? UINT{DLGC_WANTALLKEYS} : 0U);
     }

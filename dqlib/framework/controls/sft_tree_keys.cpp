@@ -26,8 +26,6 @@ constexpr int kWheelRows = 3;
 /// The answer to `WM_VKEYTOITEM` of who has done all that the key asks for.
 constexpr LRESULT kKeyIsDone = -2;
 
-bool IsDown(int key) { return (GetKeyState(key) & kKeyDown) != 0; }
-
 }  // namespace
 
 LRESULT CSftTree::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) {
@@ -146,8 +144,8 @@ bool CSftTree::OnMoveKey(UINT key) {
 
 /// A key has the caret go to a row: with Shift selecting up to there, with Control alone.
 void CSftTree::StepTo(int row) {
-  const bool with_shift = IsDown(VK_SHIFT);
-  const bool with_control = IsDown(VK_CONTROL);
+  const bool with_shift = IsKeyDown(VK_SHIFT);
+  const bool with_control = IsKeyDown(VK_CONTROL);
   const Watched self(*this);
   // Before the caret goes, so that who is told of that finds it in sight.
   EnsureRowVisible(row);
@@ -161,7 +159,7 @@ bool CSftTree::OnBranchKey(UINT key) {
   if (key != VK_LEFT && key != VK_RIGHT) return false;
   const bool left = key == VK_LEFT;
   const int row = GetShownCaret();
-  const bool moves = row >= 0 && !IsDown(VK_CONTROL);
+  const bool moves = row >= 0 && !IsKeyDown(VK_CONTROL);
   const bool has_branch = moves && rows_->HasChildren(row);
   if (has_branch && IsExpanded(row) == left) {
     const Watched self(*this);
@@ -181,7 +179,7 @@ bool CSftTree::OnActionKey(UINT key) {
   switch (key) {
     case VK_SPACE:
       // Alone it is a character.
-      if (!IsDown(VK_CONTROL) || caret_ < 0) return false;
+      if (!IsKeyDown(VK_CONTROL) || caret_ < 0) return false;
       MoveCaret(caret_, Selecting::kToggle);
       return true;
     case VK_RETURN:
@@ -210,7 +208,7 @@ void CSftTree::AskForMenu() {
 /// Finds the next row that begins with what was typed; the same character again goes on from row to
 /// row.
 void CSftTree::TypeAhead(char typed) {
-  if (detail::Byte(typed) < ' ' || IsDown(VK_CONTROL)) return;
+  if (detail::Byte(typed) < ' ' || IsKeyDown(VK_CONTROL)) return;
   const DWORD now = platform::Current().clock->TickCount();
   if (now - typed_at_ > kTypingMilliseconds) typed_.clear();
   typed_at_ = now;

@@ -13,8 +13,6 @@ namespace {
 
 constexpr UINT kPushButton = DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON;
 
-bool IsDown(int key) { return (GetKeyState(key) & kKeyDown) != 0; }
-
 /// What kind of control it is and which keys it wants; of `message`, if not null, whether it wants
 /// that one.
 UINT CodeOf(CWnd& control, const MSG* message) {
@@ -132,8 +130,8 @@ bool TranslateKeyDown(CWnd& dialog, CWnd& focus, const MSG& message) {
   if ((code & DLGC_WANTALLKEYS) != 0) return false;
   switch (message.wParam) {
     case VK_TAB: {
-      if ((code & DLGC_WANTTAB) != 0 || IsDown(VK_CONTROL)) return false;
-      CWnd* const next = NextTabStop(dialog, !IsDown(VK_SHIFT));
+      if ((code & DLGC_WANTTAB) != 0 || IsKeyDown(VK_CONTROL)) return false;
+      CWnd* const next = NextTabStop(dialog, !IsKeyDown(VK_SHIFT));
       if (next != nullptr) next->SetFocus();
       return true;
     }

@@ -215,7 +215,7 @@ bool CFrameWnd::Float(CControlBar* bar, const CRect& place, bool of_bar) {
 
 CFrameWnd::DockTarget CFrameWnd::TargetOf(CControlBar& bar, const CPoint& from,
                                           const CPoint& screen) const {
-  const bool floats = (GetKeyState(VK_CONTROL) & kKeyDown) != 0;
+  const bool floats = IsKeyDown(VK_CONTROL);
   if (!floats && bar.GetWindowRect().PtInRect(screen)) {
     return {bar.GetDockSide(), nullptr, bar.GetWindowRect()};
   }

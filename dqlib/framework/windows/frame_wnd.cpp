@@ -225,14 +225,13 @@ BOOL CFrameWnd::PreTranslateMessage(MSG* message) {
     return 1;
   }
   if (message->message == WM_KEYDOWN || message->message == WM_SYSKEYDOWN) {
-    const auto is_down = [](int key) { return (GetKeyState(key) & kKeyDown) != 0; };
     const CView* const view = GetActiveView();
     CDocument* const document = view == nullptr ? nullptr : view->GetDocument();
     const AcceleratorTable* keys =
         document == nullptr ? nullptr : document->GetDefaultAccelerators();
     if (keys == nullptr) keys = &accelerators_;
-    if (keys->Translate(KeyTarget(), static_cast<WORD>(message->wParam), is_down(VK_CONTROL),
-                        is_down(VK_SHIFT), is_down(VK_MENU))) {
+    if (keys->Translate(KeyTarget(), static_cast<WORD>(message->wParam), IsKeyDown(VK_CONTROL),
+                        IsKeyDown(VK_SHIFT), IsKeyDown(VK_MENU))) {
       return 1;
     }
   }

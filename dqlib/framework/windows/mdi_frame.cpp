@@ -5,6 +5,7 @@
 
 #include "dqlib/framework/windows/document.h"
 #include "dqlib/framework/windows/message_queue.h"
+#include "dqlib/framework/windows/screen.h"
 #include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/framework/windows/win_thread.h"
 
@@ -44,18 +45,22 @@ void AddDocuments(const CWnd& window, std::vector<WatchedDocument>& documents,
   }
 }
 
-/// The next child frame that a person can use, below `from` and then from the top on; null if there
-/// is no other.
-CMDIChildWnd* NextChild(const CMDIChildWnd& from) {
+/// The next child frame that a person can use: below `from` and then from the top on, or above it
+/// and then from the bottom on; null if there is no other.
+CMDIChildWnd* OtherChild(const CMDIChildWnd& from, bool forward) {
   const CWnd* const client = from.GetParent();
-  CWnd* next = from.GetNextWindow();
-  while (true) {
-    if (next == nullptr) next = client->GetTopWindow();
-    if (next == &from) return nullptr;
+  CWnd* last = client->GetTopWindow();
+  while (last->GetNextWindow() != nullptr) last = last->GetNextWindow();
+  const auto step = [&](const CWnd& window) {
+    CWnd* const next = forward ? window.GetNextWindow() : window.GetPrevWindow();
+    if (next != nullptr) return next;
+    return forward ? client->GetTopWindow() : last;
+  };
+  for (CWnd* next = step(from); next != &from; next = step(*next)) {
     CMDIChildWnd* const child = DYNAMIC_DOWNCAST(CMDIChildWnd, next);
     if (child != nullptr && child->IsShown() && child->IsWindowEnabled()) return child;
-    next = next->GetNextWindow();
   }
+  return nullptr;
 }
 
 }  // namespace
@@ -149,7 +154,7 @@ void CMDIFrameWnd::OnUpdateFrameMenu() {
 
 void CMDIFrameWnd::MDINext() {
   CMDIChildWnd* const former = MDIGetActive();
-  CMDIChildWnd* const next = former == nullptr ? nullptr : NextChild(*former);
+  CMDIChildWnd* const next = former == nullptr ? nullptr : OtherChild(*former, true);
   if (next == nullptr) return;
   const Watched self(*this);
   const Watched left(*former);
@@ -159,6 +164,11 @@ void CMDIFrameWnd::MDINext() {
   CWnd* last = former;
   while (last->GetNextWindow() != nullptr) last = last->GetNextWindow();
   if (last != former) former->SetWindowOrder(last);
+}
+
+void CMDIFrameWnd::MDIPrev() {
+  const CMDIChildWnd* const former = MDIGetActive();
+  if (former != nullptr) MDIActivate(OtherChild(*former, false));
 }
 
 CFrameWnd* CMDIFrameWnd::GetActiveFrame() {
@@ -222,7 +232,22 @@ BOOL CMDIFrameWnd::PreTranslateMessage(MSG* message) {
     const Watched self(*this);
     if (child->PreTranslateMessage(message) != 0 || !self.IsThere()) return 1;
   }
-  return CFrameWnd::PreTranslateMessage(message);
+  const Watched self(*this);
+  if (CFrameWnd::PreTranslateMessage(message) != 0 || !self.IsThere()) return 1;
+  return message->message == WM_KEYDOWN && TurnByKey(message->wParam) ? 1 : 0;
+}
+
+bool CMDIFrameWnd::TurnByKey(WPARAM key) {
+  CMDIChildWnd* const child = MDIGetActive();
+  if (child == nullptr || !IsKeyDown(VK_CONTROL) || IsKeyDown(VK_MENU)) return false;
+  if (key == VK_F4) {
+    child->SendMessage(WM_CLOSE);
+  } else if (key == VK_F6 || key == VK_TAB) {
+    IsKeyDown(VK_SHIFT) ? MDIPrev() : MDINext();
+  } else {
+    return false;
+  }
+  return true;
 }
 
 CMDIChildWnd::~CMDIChildWnd() { EndInDestructor(); }
@@ -324,7 +349,7 @@ LRESULT CMDIChildWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam) 
       const bool goes = message == WM_DESTROY || wparam == 0;
       CMDIFrameWnd* const frame = goes ? GetMDIFrame() : nullptr;
       if (frame == nullptr || frame->MDIGetActive() != this) break;
-      frame->Activate(NextChild(*this));
+      frame->Activate(OtherChild(*this, true));
       if (!self.IsThere()) return 0;
       break;
     }

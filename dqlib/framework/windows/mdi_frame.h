@@ -26,6 +26,8 @@ class CMDIFrameWnd : public CFrameWnd {
   /// The next child frame in order that is shown and enabled becomes active, and the former one
   /// goes behind all.
   void MDINext();
+  /// The one before in order, or else the last, that is shown and enabled becomes active.
+  void MDIPrev();
   CFrameWnd* GetActiveFrame() override;
   /// That of the active child frame.
   CDocument* GetActiveDocument() override;
@@ -35,6 +37,8 @@ class CMDIFrameWnd : public CFrameWnd {
 
   /// Commands go to the active child frame first.
   BOOL OnCmdMsg(UINT id, int code, void* extra, void* handler_info) override;
+  /// Behind all key combinations: Ctrl+F4 asks the active child frame to close, Ctrl+F6 and
+  /// Ctrl+Tab go on to the next one, with Shift back.
   BOOL PreTranslateMessage(MSG* message) override;
 
  protected:
@@ -48,6 +52,7 @@ class CMDIFrameWnd : public CFrameWnd {
 
   void Activate(CMDIChildWnd* child);
   bool CloseOwnDocuments();
+  bool TurnByKey(WPARAM key);
 
   std::unique_ptr<Client> client_;
   HWND active_child_ = nullptr;

@@ -266,11 +266,10 @@ void CPropertySheet::TurnPage(bool forward) {
 }
 
 BOOL CPropertySheet::PreTranslateMessage(MSG* message) {
-  const auto is_down = [](int key) { return (GetKeyState(key) & kKeyDown) != 0; };
   const WPARAM key = message->wParam;
-  if (message->message == WM_KEYDOWN && is_down(VK_CONTROL) &&
+  if (message->message == WM_KEYDOWN && IsKeyDown(VK_CONTROL) &&
       (key == VK_TAB || key == VK_NEXT || key == VK_PRIOR)) {
-    TurnPage(key == VK_TAB ? !is_down(VK_SHIFT) : key == VK_NEXT);
+    TurnPage(key == VK_TAB ? !IsKeyDown(VK_SHIFT) : key == VK_NEXT);
     return 1;
   }
   return CDialog::PreTranslateMessage(message);

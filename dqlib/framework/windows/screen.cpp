@@ -63,6 +63,8 @@ int GetKeyState(int key) {
   return Ask(0, [key](WindowObserver& observer) { return observer.GetKeyState(key); });
 }
 
+bool IsKeyDown(int key) { return (GetKeyState(key) & kKeyDown) != 0; }
+
 CPoint GetPointerPos() {
   return Ask(CPoint{}, [](WindowObserver& observer) { return observer.GetPointer(); });
 }

@@ -47,6 +47,8 @@ inline constexpr int kKeyLocked = 1;
 /// How a key stood, by its virtual key number, at the event that is being handled: `kKeyDown` and
 /// `kKeyLocked`. 0 without a window layer.
 int GetKeyState(int key);
+/// Whether a key was down at that event.
+bool IsKeyDown(int key);
 
 /// The pointer's place on the screen; 0, 0 without a window layer.
 CPoint GetPointerPos();

@@ -230,6 +230,8 @@ enum VirtualKey : WORD {
   VK_ADD = 0x6B,
   VK_SUBTRACT = 0x6D,
   VK_F1 = 0x70,
+  VK_F4 = 0x73,
+  VK_F6 = 0x75,
   VK_F10 = 0x79,
 };
 

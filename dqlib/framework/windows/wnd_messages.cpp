@@ -30,8 +30,6 @@ LRESULT CopyText(std::string_view text, char* buffer, std::size_t size) {
   return static_cast<LRESULT>(copied);
 }
 
-bool IsKeyDown(int key) { return (GetKeyState(key) & kKeyDown) != 0; }
-
 /// Learns whether a command is enabled, and shows nothing.
 class EnabledTest : public CCmdUI {
  public:
