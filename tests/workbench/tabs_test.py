@@ -111,6 +111,16 @@ class TabsTest(unittest.TestCase):
         self.assertEqual(len(host.all(id=STRIP)), 1)
         program.leave(self)
 
+    def test_keys_go_to_the_other_frame_and_close_one(self):
+        program, host = self.program, self.program.host
+        for keys, title in [("ctrl+Tab", "three"), ("ctrl+F6", "tres"), ("ctrl+shift+Tab", "three")]:
+            host.keys(keys)
+            host.wait_for(caption=f"{title} - Tabs")
+        host.keys("ctrl+F4")
+        host.wait_for(caption="tres - Tabs")
+        program.wait_tabs(0, "gone")
+        program.leave(self)
+
     def test_tabs_are_dragged_to_the_other_frame_and_nowhere_else(self):
         program, host = self.program, self.program.host
         other = Tabs(self, self.desktop)
