@@ -413,21 +413,22 @@ TEST(SftTree, MayBeEmptiedOrEndInItsOwnNotification) {
 }
 
 TEST(SftTree, MayBeEmptiedOrEndWhileItBringsARowIntoSight) {
-  struct Layer : RecordingObserver {
-    void OnWindowChange(CWnd&, WindowChange change, const ChangedRange&) override {
-      if (change == WindowChange::kRowsChanged && act) std::exchange(act, nullptr)();
+  struct Tree : CSftTree {
+    void OnLayoutChanged() override {
+      CSftTree::OnLayoutChanged();
+      if (act) std::exchange(act, nullptr)();
     }
     std::function<void()> act;
-  } layer;
+  };
   for (const bool ends : {false, true}) {
     TreeParent parent;
-    SetWindowObserver(&layer);
-    parent.tree->Expand(0, false);
-    parent.tree->Expand(1, false);
-    detail::TellRows();
-    layer.act = [&] { ends ? parent.tree.reset() : parent.tree->ResetContent(); };
-    parent.tree->EnsureRowVisible(2);
-    EXPECT_TRUE(layer.act == nullptr && (ends || parent.tree->GetTopRow() == -1));
+    auto tree = std::make_unique<Tree>();
+    tree->Create(&parent, {0, 0, 90, 90}, 8);
+    for (int level = 0; level < 3; ++level) tree->AddRow("x", level);
+    for (int row = 0; row < 2; ++row) tree->Expand(row, false);
+    tree->act = [&] { ends ? tree.reset() : tree->ResetContent(); };
+    tree->EnsureRowVisible(2);
+    EXPECT_TRUE(ends ? tree == nullptr : tree->GetCount() == 0);
   }
 }
 
