@@ -46,6 +46,8 @@ TEST(SftTabs, LieSideBySideAndAreScrolledWhereTheyDontFit) {
   CSftTabs& tabs = host.tabs;
   EXPECT_TRUE(host.Places() == "0-39 39-78 78-131 | 0" && tabs.GetWantedHeight() == 23);
   EXPECT_TRUE(tabs.GetArrowRect(true).IsRectEmpty());
+  tabs.MoveWindow(0, 0, 131, 23);
+  EXPECT_TRUE(host.Places() == "0-39 39-78 78-131 | 0" && tabs.GetArrowRect(true).IsRectEmpty());
   tabs.MoveWindow(0, 0, 130, 23);
   EXPECT_EQ(host.Places(), "0-39 39-78 78-98 | 0");
   EXPECT_EQ(Text(tabs.GetArrowRect(false)) + Text(tabs.GetArrowRect(true)),
