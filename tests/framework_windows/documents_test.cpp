@@ -58,6 +58,9 @@ TEST(Documents, AreSavedInThePlaceOfTheFormerFileWhichSurvivesEveryFailure) {
   g_at["serialize"] = [&] { session.directory.Put("begun", "half"), throw CUserException(); };
   EXPECT_FALSE(doc->DoSave(session.Path("begun").c_str()));
   EXPECT_EQ(session.directory.Get("begun"), "(none)");
+  // Begun anew, nothing is left of what it was.
+  EXPECT_TRUE(doc->OnNewDocument() != 0 && !doc->IsModified());
+  EXPECT_EQ(doc->GetPathName() + doc->text, "");
 }
 
 TEST(Documents, AreLoadedOrToldAndDamagedFilesLeaveThemEmpty) {
