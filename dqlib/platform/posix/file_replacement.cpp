@@ -185,6 +185,18 @@ Error ReplaceFile(SystemCalls& calls, const Replacement& replacement,
   return error;
 }
 
+Error MakeEmptyFile(SystemCalls& calls, const std::string& path) {
+  const std::string directory = DirectoryOf(path);
+  const Result<Temporary> made = MakeTemporary(
+      calls, {.target = path, .temporary = {}, .old = {}, .mode = kUserOnly, .permission = {}});
+  if (!made.ok()) return made.error;
+  // A file that its owner could not read would be worse than none.
+  Error error = GiveToOwnerOf(calls, made.value.file.get(), directory);
+  if (error.ok()) error = RenameToNew(calls, made.value.path, path);
+  if (!error.ok()) static_cast<void>(calls.Unlink(made.value.path.c_str()));
+  return error;
+}
+
 Error AwaitReplacements(SystemCalls& calls, LockPatience& patience, const std::string& directory,
                         const std::string& stem, std::chrono::nanoseconds deadline) {
   Error error;

@@ -48,6 +48,10 @@ struct Replacement {
 Error ReplaceFile(SystemCalls& calls, const Replacement& replacement,
                   const std::function<Error(int fd)>& write);
 
+/// Makes an empty file for the user only, or for the owner of its directory as `GiveToOwnerOf`
+/// does, whose it is from its first moment; `kAlreadyExists` if there is one.
+Error MakeEmptyFile(SystemCalls& calls, const std::string& path);
+
 /// Waits until the files that are being filled in the directory under names that are made up from
 /// the stem are in place, or given up; at the deadline `kBusy`. Those that can't be opened are
 /// taken for what dead processes have left.

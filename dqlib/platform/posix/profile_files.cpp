@@ -64,10 +64,7 @@ std::string TemporaryFor(const std::string& file) {
 class LockedProfile {
  public:
   LockedProfile(SystemCalls& calls, LockPatience& patience, std::string path)
-      : calls_(calls),
-        patience_(patience),
-        path_(std::move(path)),
-        directory_(DirectoryOf(path_)) {}
+      : calls_(calls), patience_(patience), path_(std::move(path)) {}
   LockedProfile(const LockedProfile&) = delete;
   LockedProfile& operator=(const LockedProfile&) = delete;
 
@@ -120,24 +117,19 @@ class LockedProfile {
     constexpr int kFlags = O_RDWR | O_NONBLOCK | O_NOCTTY;
     Result<int> fd = OpenFile(calls_, path_, kFlags);
     while (create && fd.error.code == ENOENT) {
-      fd = OpenFile(calls_, path_, kFlags | O_CREAT | O_EXCL, kUserOnly);
-      made_ = fd.ok();
-      if (fd.error.code != EEXIST) break;
-      fd = OpenFile(calls_, path_, kFlags);  // someone else was faster
+      const Error made = MakeEmptyFile(calls_, path_);
+      if (!made.ok() && made.kind != ErrorKind::kAlreadyExists) return made;
+      made_ = made.ok();
+      fd = OpenFile(calls_, path_, kFlags);
     }
     if (!fd.ok()) return fd.error;
     file_ = FileDescriptor(calls_, fd.value);
-    if (!made_) return {};
-    const Error error = GiveToOwnerOf(calls_, fd.value, directory_);
-    // A file whose owner could not read it is worse than none.
-    if (!error.ok()) static_cast<void>(calls_.Unlink(path_.c_str()));
-    return error;
+    return {};
   }
 
   SystemCalls& calls_;
   LockPatience& patience_;
   std::string path_;
-  std::string directory_;
   FileDescriptor file_;
   struct stat status_ {};
   bool made_ = false;

@@ -55,26 +55,14 @@ Error JournalFile::Make(const std::string& path) {
   // Several may make it at once. Who finds it gone again each time meets a link to nowhere, which
   // isn't followed.
   constexpr int kAttempts = 10;
-  const std::string directory = DirectoryOf(path);
-  std::string own_path = path;
   Error error;
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     error = Open(path, true);
     if (error.code != ENOENT) return error;
-    FileDescriptor made;
-    error = OpenStoreFile(calls_, path, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW, made).error;
-    if (error.code == EEXIST) continue;
-    if (!error.ok()) return error;
-    error = GiveToOwnerOf(calls_, made.get(), directory);
-    if (!error.ok()) {
-      // A file whose owner could not read it is worse than none.
-      static_cast<void>(calls_.Unlink(path.c_str()));
-      return error;
-    }
-    file_ = std::move(made);
-    path_.swap(own_path);
-    writable_ = true;
-    return {};
+    const Error made = MakeEmptyFile(calls_, path);
+    if (made.ok()) continue;
+    error = made;
+    if (error.kind != ErrorKind::kAlreadyExists) return error;
   }
   return error;
 }
