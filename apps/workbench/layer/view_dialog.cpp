@@ -10,7 +10,6 @@ namespace workbench {
 namespace {
 
 using dq::ControlTemplate;
-using dq::CWnd;
 using dq::LONG;
 using dq::platform::DialogControl;
 using Kind = dq::platform::DialogControlKind;

@@ -13,7 +13,6 @@
 
 namespace dq {
 
-using detail::Watched;
 using WatchedTemplate = detail::WatchedObject<CDocTemplate>;
 
 namespace {
@@ -114,7 +113,7 @@ void CDocManager::AddDocTemplate(CDocTemplate* document_template) {
 }
 
 CString CDocManager::CanonicalPath(const char* path) {
-  const CString given(path);
+  CString given(path);
   if (given.IsEmpty()) return given;
   const auto full = platform::Current().files->FullPath(given.View());
   return full.ok() ? CString(full.value) : given;

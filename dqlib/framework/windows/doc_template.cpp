@@ -14,7 +14,6 @@
 
 namespace dq {
 
-using detail::Watched;
 using WatchedDocument = detail::WatchedObject<CDocument>;
 
 namespace {
