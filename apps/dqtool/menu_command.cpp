@@ -164,6 +164,9 @@ int RunFile(const Arguments& arguments) {
     throw WrongUsage("only one of --insert, --extend and --clean");
   }
   CDQCoolMenu menu;
+  if (other_path != nullptr && *other_path == "-" && arguments.words[0] == "-") {
+    throw WrongUsage("standard input can be read once");
+  }
   if (!Read(arguments.words[0], menu)) return kNo;
   CDQCoolMenu other;
   if (other_path != nullptr) {

@@ -67,7 +67,10 @@ CTreeViewItemEx& CDQCheckBoxTreeItem::GetTVITEMEX() {
 
 void CDQCheckBoxTreeItem::SetCheckBox() {
   for (CDQCheckBoxTreeItem* item = this; item != nullptr; item = item->Parent()) {
-    item->m_bImageDue = true;
+    const CDQCheckBoxTreeItemModel* const model = item->GetItemModel();
+    item->m_bImageDue = model != nullptr && model->m_nDue != 0;
+    if (item->m_bImageDue) continue;
+    item->CDQTreeItemBase::GetTVITEMEX().SetStateImage(item->ImageByModel());
   }
 }
 

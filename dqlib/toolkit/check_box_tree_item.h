@@ -54,8 +54,8 @@ class CDQCheckBoxTreeItem : public CDQTreeItemBase {
   int ImageByModel() const;
   void TakeIn();
 
-  /// The record's image is to be chosen when somebody asks for it, so that a tree that grows isn't
-  /// counted with each item.
+  /// The record's image is to be chosen when somebody asks for it, since the model's nodes are
+  /// counted only then.
   bool m_bImageDue = false;
 };
 

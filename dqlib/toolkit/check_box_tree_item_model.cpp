@@ -54,7 +54,9 @@ bool CDQCheckBoxTreeItemModel::InsertChild(int index, CDQTreeItemModel* child) {
 void CDQCheckBoxTreeItemModel::InitCheck() {
   const CDQCheckBoxTreeItemModel* const parent = Parent();
   if (m_eInitialState == kInheritCheckState && parent != nullptr) {
-    SetCheckState(parent->GetCheckState());
+    const int state = parent->GetCheckState();
+    if (state != GetCheckState()) CountAbove();
+    SetCheckState(state);
   }
   UpdateChildCount();
 }
@@ -98,8 +100,20 @@ void CDQCheckBoxTreeItemModel::SetCounts(const Counts& counts) {
   m_nDue = 0;
 }
 
+/// What is still to be counted above goes by the states before a change of this node's or below. It
+/// is none of theirs if it came in later.
+void CDQCheckBoxTreeItemModel::CountAbove() const {
+  for (const auto* above = Parent(); above != nullptr; above = above->Parent()) {
+    if (above->m_nDue >= m_nAdded) above->CurrentCounts();
+  }
+}
+
 void CDQCheckBoxTreeItemModel::UpdateChildCount() {
-  m_nDue = NextMoment();
+  if (GetChildCount(true) <= kCountedAtOnce) {
+    SetCounts(CountBelow(kNow));
+  } else {
+    m_nDue = NextMoment();
+  }
   TraceCounts();
 }
 
@@ -151,6 +165,7 @@ std::vector<CDQCheckBoxTreeItemModel*> CDQCheckBoxTreeItemModel::SelfAndBelow() 
 
 void CDQCheckBoxTreeItemModel::UpdateAllChildren(int state) {
   const bool checked = state != 0;
+  CountAbove();
   for (CDQCheckBoxTreeItemModel* const node : SelfAndBelow()) {
     if (node != this) node->SetCheckState(checked ? 1 : 0);
     const int below = node->GetChildCount(true);
@@ -160,10 +175,7 @@ void CDQCheckBoxTreeItemModel::UpdateAllChildren(int state) {
 
 void CDQCheckBoxTreeItemModel::CheckAllBelow(bool checked, int Counts::*counted) {
   const auto nodes = SelfAndBelow();
-  // What is still to be counted goes by the states before.
-  for (const auto* above = Parent(); above != nullptr; above = above->Parent()) {
-    above->CurrentCounts();
-  }
+  CountAbove();
   for (const CDQCheckBoxTreeItemModel* const node : nodes) node->CurrentCounts();
   for (CDQCheckBoxTreeItemModel* const node : nodes) {
     if (node != this) node->SetCheckState(checked ? 1 : 0);

@@ -22,12 +22,16 @@ enum InitialCheckState : int {
 ///
 /// Counts are of all levels below, without the node itself. They are those of the moment when they
 /// were last brought up to date, which happens where the comments say so: a node that is added
-/// changes no counts above it.
+/// changes no counts above it. More than `kCountedAtOnce` nodes are counted when somebody asks, or
+/// before the library changes their states, so that a tree that grows isn't counted with each node;
+/// states that the host sets itself in between are counted as they are then.
 ///
 /// All nodes of a tree are of this class. Each operation takes time in proportion to the tree at
 /// most, whatever its shape; the host's setter mustn't add or remove nodes.
 class CDQCheckBoxTreeItemModel : public CDQTreeItemModel {
   DECLARE_DYNAMIC(CDQCheckBoxTreeItemModel)
+  static constexpr int kCountedAtOnce = 64;
+
   explicit CDQCheckBoxTreeItemModel(InitialCheckState initial = kInitiallyClear);
 
   virtual int GetCheckState() const = 0;
@@ -98,6 +102,7 @@ class CDQCheckBoxTreeItemModel : public CDQTreeItemModel {
   Counts CountBelow(Moment as_of) const;
   const Counts& CurrentCounts() const;
   void SetCounts(const Counts& counts);
+  void CountAbove() const;
   void CheckAllBelow(bool checked, int Counts::*counted);
   void ZeroAllBelow(int Counts::*counted);
   void Change(int Counts::*counted, int by);
@@ -105,9 +110,8 @@ class CDQCheckBoxTreeItemModel : public CDQTreeItemModel {
 
   mutable Counts m_counts;
   InitialCheckState m_eInitialState;
-  /// When the counts were to be brought up to date, if they haven't been counted yet. That waits
-  /// until somebody asks, so that a tree that grows isn't counted with each node; nodes that came
-  /// in later don't count.
+  /// When the counts were to be brought up to date, if they haven't been counted yet; nodes that
+  /// came in later don't count.
   mutable Moment m_nDue = 0;
   /// When it came in.
   Moment m_nAdded = 0;

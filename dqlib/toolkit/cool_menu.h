@@ -67,7 +67,7 @@ class CDQCoolMenu : public CMenu {
   /// `GetCoolSubMenu`. Those below it stay as they are. True without a popup there.
   bool CoolifyPopup(int position, UINT toolbar_id);
   /// Has all items of the menu drawn, their states and texts as before, of which popups keep 1024
-  /// characters. Commands without a text stay as they are. Returns the number of records.
+  /// bytes. Commands without a text stay as they are. Returns the number of records.
   int CoolifyExistingItems();
   /// Gives the items their texts back, and forgets records, pictures and submenus. A menu that was
   /// taken over is given up. One of its own that had a popup taken over ends, but for popups that

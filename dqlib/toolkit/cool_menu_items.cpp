@@ -46,6 +46,10 @@ class TextPlaces {
   bool Holds(const CString& text) const { return exact_.contains(std::string(text.View())); }
   void Note(const CString& text, int position) {
     exact_.emplace(text.View());
+    NotePlace(text, position);
+  }
+  /// Of a popup that is added, whose text the menu's own items don't hold.
+  void NotePlace(const CString& text, int position) {
     last_[multi_byte::Lower(text.View())] = position;
   }
   /// A record that several items share has another text now: places are looked up from here on.
@@ -278,6 +282,7 @@ bool CDQCoolMenu::ExtendMenu(CDQCoolMenu* other) {
     }
     if (id == kPopupId) {
       InsertPopup(GetMenuItemCount(), other->PopupAt(from), text, true);
+      texts.NotePlace(text, GetMenuItemCount() - 1);
       continue;
     }
     const CMenuItemInfo* const known = items_.Find(id);

@@ -116,9 +116,9 @@ void CDQTree::SetBitmaps(CBitmap* leaf, CBitmap* folder, CBitmap* open_folder, C
   m_pFolderBitmap = folder;
   m_pOpenFolderBitmap = open_folder == nullptr ? folder : open_folder;
   m_pRootBitmap = root;
+  const Watched self(*this);
   SetDefaultPictures(PictureOf(m_pFolderBitmap), PictureOf(m_pOpenFolderBitmap),
                      PictureOf(m_pLeafBitmap));
-  const Watched self(*this);
   for (int row = 0; self.IsThere() && row < GetCount(); ++row) PickBitmap(row);
 }
 

@@ -25,8 +25,8 @@ void CDQTree::EditCell(int row, int column) {
   CRect place;
   if (!GetCellRect(GetEditIndex(), m_nEditCol, &place, true)) {
     EnsureRowVisible(GetEditIndex());
-    EnsureCellVisible(GetEditIndex(), m_nEditCol);
-    if (!GetCellRect(GetEditIndex(), m_nEditCol, &place, true)) return;
+    if (self.IsThere()) EnsureCellVisible(GetEditIndex(), m_nEditCol);
+    if (!self.IsThere() || !GetCellRect(GetEditIndex(), m_nEditCol, &place, true)) return;
   }
   Invalidate();
   auto edit = std::make_unique<CDQTreeEdit>(

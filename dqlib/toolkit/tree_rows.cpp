@@ -128,8 +128,8 @@ void CDQTree::DeleteSelectedItems() {
     }
   }
   // From the bottom up, so that indexes stay right.
-  for (auto row = rows.rbegin(); row != rows.rend(); ++row) DeleteRow(*row);
-  ClearSelections();
+  for (auto row = rows.rbegin(); self.IsThere() && row != rows.rend(); ++row) DeleteRow(*row);
+  if (self.IsThere()) ClearSelections();
 }
 
 void CDQTree::Cut() {
@@ -155,9 +155,9 @@ int CDQTree::CreateNewRow(UINT name_id, bool is_folder) {
   const int row = InsertItem(current, name, data);
   if (!self.IsThere()) return -1;
   EnsureRowVisible(row);
-  SetCaret(row);
-  EditCell(row, 0);
-  return row;
+  if (self.IsThere()) SetCaret(row);
+  if (self.IsThere()) EditCell(row, 0);
+  return self.IsThere() ? row : -1;
 }
 
 /// Below a folder, or behind a leaf, or behind all where there is none.
@@ -170,6 +170,7 @@ int CDQTree::InsertItem(int near, const char* text, void* data) {
     const int level = GetLevel(near) + (IsFolder(near) ? 1 : 0);
     row = InsertRow(EndOfBranch(near), text, level);
   }
+  if (!self.IsThere()) return -1;
   SetRowData(row, reinterpret_cast<std::uintptr_t>(data));
   // A folder that was empty isn't any more.
   PickBitmap(GetParentRow(row));
@@ -209,7 +210,7 @@ int CDQTree::InsertNode(int row, int folder, int before) {
   const int former = GetParentRow(row);
   const int count = GetDescendantCount(row) + 1;
   const int now = MoveRow(row, before, folder < 0 ? 0 : GetLevel(folder) + 1);
-  if (now < 0) return -1;
+  if (now < 0 || !self.IsThere()) return -1;
   // A folder may be empty now, or not any more.
   if (former >= 0) PickBitmap(AfterMove(former, row, count, now));
   if (self.IsThere() && folder >= 0) PickBitmap(AfterMove(folder, row, count, now));
@@ -229,7 +230,7 @@ int CDQTree::RearrangeItem(int row, int before) {
   if (before < 0) before = EndOfBranch(parent);
   const Watched self(*this);
   const int now = MoveRow(row, before, GetLevel(row));
-  if (now >= 0) AdjustItemLines(now);
+  if (self.IsThere() && now >= 0) AdjustItemLines(now);
   return self.IsThere() ? now : -1;
 }
 

@@ -12,6 +12,7 @@
 #include "dqlib/framework/base/ole_date_time.h"
 #include "dqlib/framework/base/text.h"
 #include "dqlib/framework/windows/screen.h"
+#include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/toolkit/tree.h"
 
 namespace dq {
@@ -262,14 +263,16 @@ void SortByKeys(CDQTree& tree, int column, bool ascending, Make make) {
 }  // namespace
 
 BOOL CDQTree::OnHeaderButtonDown() {
+  const detail::Watched self(*this);
   const bool sorted = m_bAutoSort && SortByColumn(GetHeaderColumn());
-  ResetHeader();
+  if (self.IsThere()) ResetHeader();
   return sorted ? 1 : 0;
 }
 
 bool CDQTree::SortByColumn(int column) {
   if (GetCount() < 2 || !HasCell(0, column)) return false;
   const CWaitCursor wait;
+  const detail::Watched self(*this);
   m_bSortAscending = column != m_nSortColumn || !m_bSortAscending;
   m_nSortColumn = column;
   const UINT format = GetColumnFormat(column);
@@ -284,7 +287,7 @@ bool CDQTree::SortByColumn(int column) {
   } else {
     SortRowsByText(column, m_bSortAscending);
   }
-  SetSortMark(column, m_bSortAscending);
+  if (self.IsThere()) SetSortMark(column, m_bSortAscending);
   return true;
 }
 

@@ -5,6 +5,7 @@
 #include "dqlib/core/x_mem_file.h"
 #include "dqlib/framework/base/archive.h"
 #include "dqlib/framework/base/array.h"
+#include "dqlib/framework/windows/ui_state.h"
 #include "dqlib/resources/string_ids.h"
 #include "dqlib/toolkit/tree.h"
 
@@ -78,11 +79,14 @@ bool CDQTree::RestoreState(const char* key) {
 }
 
 void CDQTree::TakeState(const TreeState& state) {
+  const detail::Watched self(*this);
   PostMessage(kTreeSetCaret,
               static_cast<WPARAM>(static_cast<std::make_unsigned_t<LONG>>(state.current)));
-  for (const LONG row : state.selected) SelectRow(row);
+  for (const LONG row : state.selected) {
+    if (self.IsThere()) SelectRow(row);
+  }
   auto next = state.expanded.begin();
-  for (int row = 0; row < GetCount(); ++row) {
+  for (int row = 0; self.IsThere() && row < GetCount(); ++row) {
     if (!HasChildren(row)) continue;
     const bool expanded = next != state.expanded.end() && *next == row;
     if (expanded) ++next;

@@ -428,6 +428,7 @@ class SettingsTest(transcript.TranscriptTest):
             m --extend n => ~.*\nend\nitem 9 "Gamma"\nitem 65535 "Zeta" ;; n --insert a => item 1 "a"\nitem 9 "Gamma"\nitem 65535 "Zeta"
             m --clean => item 1 "Alpha"\nseparator\npopup "&P" grayed\n  item 2 "x\\t\\"q\\""\nend\nitem 3 "Gamma" checked
             m --clean --insert x =>2 ! only one of --insert, --extend and --clean
+            - --extend - =>2 ! standard input can be read once
             - < popup "" =>1 ! standard input: line 1: a popup has no end ;; none =>1 ! cannot read none: No such file or directory
             """)
 

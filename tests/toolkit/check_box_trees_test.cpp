@@ -27,6 +27,8 @@ struct Model : CDQCheckBoxTreeItemModel {
   using CDQCheckBoxTreeItemModel::CountCheckedChildren, CDQCheckBoxTreeItemModel::UpdateAllChildren,
       CDQCheckBoxTreeItemModel::IncrementCheckedChildren,
       CDQCheckBoxTreeItemModel::DecrementCheckedChildren,
+      CDQCheckBoxTreeItemModel::IncrementUncheckedChildren,
+      CDQCheckBoxTreeItemModel::DecrementUncheckedChildren,
       CDQCheckBoxTreeItemModel::ZeroCheckedChildren;
 
   std::string name;
@@ -84,6 +86,36 @@ TEST(CheckBoxModel, TogglesAllBelowAndBringsAllAboveUpToDate) {
   EXPECT_EQ(root.Text(), "r1 a1 x1cu y1cu b1cu");
   root.UpdateAllChildren(0);
   EXPECT_EQ(root.Text(), "r1u a0u x0cu y0cu b0cu");
+  for (int i = 0; i < 2; ++i) root.a->DecrementUncheckedChildren();
+  EXPECT_EQ(root.Text(), "r1 a0 x0cu y0cu b0cu");
+  for (int i = 0; i < 3; ++i) root.a->IncrementUncheckedChildren();
+  EXPECT_EQ(root.Text(), "r1u a0u x0cu y0cu b0cu");
+}
+
+TEST(CheckBoxModel, CountsAreThoseOfTheMomentWhenTheyWereBroughtUpToDate) {
+  ModelTree root;
+  root.InitCheck();
+  root.x->state = 1;
+  EXPECT_EQ(root.Text(), "r0u a0 x1cu y0cu b0cu") << "the host's own change";
+  root.InitCheck();
+  EXPECT_EQ(root.Text(), "r0m a0 x1cu y0cu b0cu");
+
+  // So they are where many nodes are counted only later, as far as the library changes states.
+  using Step = std::function<void(Model & a, Model & heir)>;
+  for (const Step& step :
+       {Step([](Model&a, Model&) { a.UpdateAllChildren(1); }),
+        Step([](Model&a, Model&) { a.AllCheckedChildren(); }),
+        Step([](Model&a, Model&) { a.ToggleCheckState(), a.ToggleCheckState(); }),
+        Step([](Model&, Model&heir) { heir.InitCheck(); })}) {
+    ModelTree large;
+    for (int node = 0; node < 1000; ++node) large.AddChild(new Model("n"));
+    auto* const heir = new Model("h", 0, kInheritCheckState);
+    large.AddChild(heir);
+    large.InitCheck();
+    large.state = 1;
+    step(*large.a, *heir);
+    EXPECT_TRUE(large.HasOnlyUncheckedChildren());
+  }
 }
 
 TEST(CheckBoxModel, TakesItsParentsStateAsItComesInAndIsCountedWhenTheParentIs) {
@@ -209,6 +241,14 @@ TEST(CheckBoxItems, ShowWhatIsBelowThemAndToggleByTheMouse) {
   EXPECT_TRUE(shown.Images() == "12221" && shown.items["x"]->GetIsChecked());
   shown.items["a"]->UpdateCheckBox();
   EXPECT_EQ(shown.Images(), "11221") << "models are as they were";
+}
+
+TEST(CheckBoxItems, KeepTheImageThatWasChosenForThem) {
+  ItemTree shown;
+  shown.models.a->ToggleCheckState();
+  EXPECT_EQ(shown.Images(), "11111") << "the models alone";
+  shown.items["a"]->UpdateCheckBox();
+  EXPECT_EQ(shown.Images(), "42111");
 }
 
 TEST(CheckBoxItems, PassWhatTheyAreOnToTheirRows) {

@@ -230,6 +230,20 @@ TEST_F(CoolMenus, ExtendReplacesEqualTextsAndBringsPicturesAlong) {
   EXPECT_EQ(TextsOf(menu), "&Paste|COPY|copy|&Copy\tCtrl+C|-|&More||Copy|COPY|");
   EXPECT_EQ(menu.GetMenuItemImageIndex(500), pictures) << "copied once";
   EXPECT_EQ(menu.GetImageList()->GetImage(pictures).pixels[0], 9U);
+
+  // A popup that was added is the last one with its text from then on.
+  CDQCoolMenu found, more;
+  CMenu popup;
+  popup.CreatePopupMenu();
+  found.CreatePopupMenu();
+  more.CreatePopupMenu();
+  found.AddItem(1, "X");
+  found.AddItem(2, "Other");
+  more.InsertPopup(0, popup.Detach(), "x", true);
+  more.AddItem(5, "X");
+  ASSERT_TRUE(found.ExtendMenu(&more));
+  EXPECT_EQ(TextsOf(found), "X|Other|X|");
+  EXPECT_EQ(found.GetMenuItemID(2), 5U);
 }
 
 TEST_F(CoolMenus, MeasureAndDrawItemsByTheirRecords) {

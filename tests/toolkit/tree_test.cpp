@@ -483,5 +483,41 @@ TEST(Tree, PrintingEndsByItsDialogOrWithTheTree) {
   }
 }
 
+TEST(Tree, MayEndWhenItsLayoutChanges) {
+  struct Ending : CDQTree {
+    void OnLayoutChanged() override {
+      CDQTree::OnLayoutChanged();
+      if (act) std::exchange(act, nullptr)();
+    }
+    std::function<void()> act;
+  };
+  ScriptedPrompts prompts{BUTTON_YES};
+  Parent parent;
+  CBitmap picture;
+  for (const auto& operation : std::vector<std::function<void(Ending&)>>{
+           [](Ending& tree) { tree.SelectAll(), tree.DeleteSelectedItems(); },
+           [](Ending& tree) { EXPECT_EQ(tree.CreateNewItem(), -1); },
+           [](Ending& tree) { EXPECT_EQ(tree.MoveItem(3, 1), -1); },
+           [](Ending& tree) { EXPECT_EQ(tree.RearrangeItem(4, 0), -1); },
+           [](Ending& tree) {
+             auto act = std::exchange(tree.act, nullptr);
+             tree.Expand(1, false);
+             tree.act = std::move(act);
+             tree.EditCell(2, 0);
+           },
+           [](Ending& tree) { tree.SortByColumn(0); },
+           [](Ending& tree) { tree.SendMessage(WM_LBUTTONDOWN, 0, MakeLParam(10, 5)); },
+           [&](Ending& tree) { tree.SetBitmaps(&picture, &picture, nullptr, &picture); }}) {
+    auto tree = std::make_unique<Ending>();
+    tree->AddColumn("Title", 100);
+    tree->Create(0, {0, 0, 400, 300}, &parent, 7);
+    tree->SetMultiSelect();
+    Fill(*tree, "r, a,  b, c,d");
+    tree->act = [&] { tree.reset(); };
+    operation(*tree);
+    EXPECT_FALSE(tree);
+  }
+}
+
 }  // namespace
 }  // namespace dq::test
