@@ -18,11 +18,13 @@ struct FilePrompts : ScriptedPrompts {
   std::optional<platform::PrintChoice> ChoosePrint(
       const platform::PrintQuestion& question) override {
     offers_selection += question.offer_selection ? "+" : "-";
-    return {};
+    if (!prints) return {};
+    return platform::PrintChoice();
   }
   platform::FileQuestion asked;
   platform::ChosenFiles chosen;
   std::string offers_selection;
+  bool prints = false;
 };
 
 /// Keeps where menus are shown and what they hold, with "-" before what can't be chosen and "*"
@@ -179,7 +181,10 @@ TEST_F(OutputPaneTest, ClearsSelectsCopiesAndSavesItsRows) {
   pane_->SetFileSaveRegistrySection("Pane");
   prompts.chosen = {{files_ / "saved.txt"}, 2};
   Choose(ID_FILE_SAVE);
-  EXPECT_TRUE(prompts.asked.kinds.size() == 3 && prompts.asked.extension == "MSG");
+  std::string kinds;
+  for (const auto& [name, patterns] : prompts.asked.kinds) kinds += name + '|' + patterns + '|';
+  EXPECT_EQ(kinds, "Messages(*.MSG)|*.msg|Text(*.TXT)|*.txt|All Files(*.*)|*.*|");
+  EXPECT_EQ(prompts.asked.extension, "MSG");
   EXPECT_EQ(files_.Get("saved.txt"),
             std::string(kTime) + "\tProgram\ta\r\n" + kTime + "\tProgram\tc\r\n");
   EXPECT_EQ(app_.GetProfileString("Pane", "LastSaveErrorFileExtension"), "txt");
@@ -223,6 +228,10 @@ TEST_F(OutputPaneTest, IsAPlainListWithTheKeyboardAndAMenu) {
   tree().UnselectAll();
   Choose(ID_FILE_PRINT);
   EXPECT_EQ(prompts.offers_selection, "+-");
+  ScriptedPrinting printing;
+  prompts.prints = true;
+  Choose(ID_FILE_PRINT);
+  EXPECT_NE(printing.document.find("(Output Test Message Log     "), std::string::npos);
   Choose(ID_OUTPUT_FLOAT);
   tree().SetCaret(2);
   pane_->SendMessage(WM_CONTEXTMENU, 0, -1);

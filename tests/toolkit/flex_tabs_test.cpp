@@ -316,7 +316,12 @@ TEST(FlexTabs, AFrameAsksAllItsDocumentsBeforeItCloses) {
     EXPECT_EQ(documents.GetSize(), own ? 2 : 1);
     EXPECT_EQ(documents[documents.GetSize() - 1], &other);
   }
-  EXPECT_FALSE(frame.ContainsModifiedDocs());
+  EXPECT_FALSE(frame.ContainsModifiedDocs() || frame.IsFrameMaximized());
+  frame.GetActiveDocument()->SetModifiedFlag(1);
+  EXPECT_TRUE(frame.ContainsModifiedDocs());
+  frame.GetActiveDocument()->SetModifiedFlag(0);
+  int handler = 0;
+  EXPECT_TRUE(frame.OnCmdMsg(ID_TAB_CLOSE, CN_COMMAND, nullptr, &handler)) << "the tabs have it";
   other.Change("x");
   EXPECT_TRUE(frame.ContainsModifiedDocs());
   const HWND window = frame.GetSafeHwnd();
