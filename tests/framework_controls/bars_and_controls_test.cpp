@@ -246,6 +246,9 @@ TEST_F(DateTimes, AreLaidOutAndReadByTheirFormat) {
   holder->SetFormat("d.M.yy");
   EXPECT_TRUE(holder->SetTime(time) && holder->Enter("1.2.24") && holder->GetTime(time));
   EXPECT_EQ(time.GetYear(), 1924) << "a century that isn't shown stays";
+  Holder<CDateTimeCtrl> clock{"datetime 7 \"\" 0 0 1 1 time"};
+  clock->SetTime(COleDateTime(2024, 1, 31, 9, 5, 7));
+  EXPECT_TRUE(!clock->Enter("3 May 2001") && clock->Enter("3 May 2001 8:00"));
 }
 
 TEST_F(DateTimes, PartsAreSteppedAndTyped) {

@@ -53,6 +53,10 @@ TEST(Failures, ChangesOfFilesAreDoneOrNotWhateverFails) {
     calls.FailEach("RenameToNew", EXDEV, "", 1);
     return files->Rename(a, b);
   };
+  const auto in_two_steps = [&] {
+    calls.FailEach("RenameToNew", EINVAL, "", 1);
+    return files->Rename(a, b);
+  };
   const auto find_all = [&] {
     const auto found = files->Find(all);
     EXPECT_TRUE(!found.ok() || found.value.size() == entries) << "a list lacks no entry";
@@ -67,6 +71,7 @@ TEST(Failures, ChangesOfFilesAreDoneOrNotWhateverFails) {
       {[&] { return open(a, {.write = true, .truncate = true}, nothing); }, ",(none)"},
       {[&] { return files->Rename(a, b); }, "(none),a"},
       {to_other_volume, "(none),a"},
+      {in_two_steps, "(none),a"},
       {[&] { return files->Copy(a, b, false); }, "a,a"},
       {[&] { return files->Copy(larger, a, true); }, large + ",(none)"},
       {[&] { return files->Replace(link, large, false); }, large + ",(none)"},

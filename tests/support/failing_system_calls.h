@@ -94,6 +94,7 @@ class FailingSystemCalls : public platform::posix::SystemCalls {
   DQ_FAILING(int, -1, VolumeStatus, (const char* path, struct statvfs* to), path, to)
   DQ_FAILING(int, -1, ChangeDirectory, (const char* path), path)
   DQ_FAILING(int, -1, RenameToNew, (const char* from, const char* to), from, to)
+  DQ_FAILING(int, -1, Link, (const char* from, const char* to), from, to)
   DQ_FAILING(int, -1, Rename, (const char* from, const char* to), from, to)
   DQ_FAILING(ssize_t, -1, ReadLink, (const char* path, char* to, std::size_t size), path, to, size)
   DQ_FAILING(int, -1, Unlink, (const char* path), path)

@@ -226,9 +226,9 @@ class Host:
         for _ in range(5):
             press()
             with self.changed:
-                if self.changed.wait_for(done, LONGEST_WAIT / 6):
+                if self.changed.wait_for(lambda: done() or self.process.poll() is not None, LONGEST_WAIT / 6):
                     return
-        raise AssertionError(f"{what}: {self.show()}")
+        raise AssertionError(f"{what}: {self.show()}\n{self.complaints}")
 
     def drop_menu(self, press):
         """Has the person press for a menu by itself, and waits until it takes keys."""
@@ -253,14 +253,15 @@ class Host:
 
     def close(self, window):
         """By the button of its frame, until a window has gone or come."""
-        def press():
-            left, top, width, _ = self.windows[window["window"]]["rect"]
-            self.xdotool("mousemove", left + width - 10, top + 10, "click", 1)
-
         def seen():
-            return {number for number, each in self.windows.items() if each["shown"]}
-        before = seen()
-        self.press_until(press, lambda: seen() != before or self.process.poll() is not None, "not closed")
+            return {each["window"] for each in self.all()}
+
+        def press():
+            left, top, width, _ = self.windows.get(window["window"], window)["rect"]
+            self.xdotool("mousemove", left + width - 10, top + 10, "click", 1)
+        with self.changed:
+            before = seen()
+        self.press_until(press, lambda: seen() != before, "not closed")
 
     def keys(self, *names):
         if names:

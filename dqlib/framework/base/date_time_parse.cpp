@@ -200,6 +200,8 @@ class Reader {
     return ReadWhole(parts);
   }
 
+  const ToldParts& told() const { return told_; }
+
  private:
   bool Cut(std::string_view text) {
     const std::string_view blanks = cutter_.blanks();
@@ -245,8 +247,10 @@ class Reader {
   /// A date, a time or both.
   bool ReadWhole(DateTimeParts& parts) {
     const bool time_first = IsTime();
+    told_ = {.date = !time_first, .time = time_first};
     if (!(time_first ? ReadTime(parts) : ReadDate(parts))) return false;
     if (Here().kind == Token::kEnd) return true;
+    told_ = {.date = true, .time = true};
     if (!SkipGap() || !(time_first ? ReadDate(parts) : ReadTime(parts))) return false;
     return Here().kind == Token::kEnd;
   }
@@ -364,6 +368,7 @@ class Reader {
   std::size_t at_ = 0;
   bool has_stop_ = false;
   bool has_year_ = false;
+  ToldParts told_;
   bool stops_in_times_ = false;
 };
 
@@ -419,10 +424,11 @@ std::size_t NameLength(std::string_view text, std::string_view separators) {
 }
 
 std::optional<DateTimeParts> ReadDateTime(std::string_view text, DWORD flags, DWORD locale,
-                                          Reading reading) {
+                                          Reading reading, ToldParts* told) {
   DateTimeParts parts;
   Reader reader(flags, locale == 0 ? LOCALE_USER_DEFAULT : locale, reading);
   if (!reader.Read(text, parts)) return {};
+  if (told != nullptr) *told = reader.told();
   const DateTimeParts origin;
   if ((flags & VAR_TIMEVALUEONLY) != 0) {
     parts.year = origin.year;

@@ -36,10 +36,17 @@ enum class Reading {
   kExact,
 };
 
-/// Reads a date, a time or both (see `COleDateTime::ParseDateTime`); what the text doesn't tell has
-/// its default. No value if it can't be read.
+/// What a text tells.
+struct ToldParts {
+  bool date = false;
+  bool time = false;
+};
+
+/// Reads a date, a time or both (see `COleDateTime::ParseDateTime`); what the text doesn't tell, as
+/// `told` says if it isn't null, has its default. No value if it can't be read.
 std::optional<DateTimeParts> ReadDateTime(std::string_view text, DWORD flags, DWORD locale,
-                                          Reading reading = Reading::kPlain);
+                                          Reading reading = Reading::kPlain,
+                                          ToldParts* told = nullptr);
 
 /// The number of the month with this English name, in full or by its first three letters, in either
 /// case; 0 if there is none, or if the user's locale calls another month so.

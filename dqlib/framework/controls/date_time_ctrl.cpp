@@ -329,18 +329,14 @@ bool CDateTimeCtrl::Enter(std::string_view value) {
   typed_.clear();
   if (const auto read = picture_.Read(value, time_)) return Change(*read);
   const DWORD flags = style_.time ? VAR_TIMEVALUEONLY : VAR_DATEVALUEONLY;
-  const auto read = detail::ReadDateTime(value, flags, LOCALE_USER_DEFAULT);
-  if (!read) return false;
+  detail::ToldParts told;
+  const auto read =
+      detail::ReadDateTime(value, flags, LOCALE_USER_DEFAULT, detail::Reading::kPlain, &told);
+  if (!read || !(style_.time ? told.time : told.date)) return false;
   DateTimeParts time = *read;
   if (style_.time) {
     std::tie(time.year, time.month, time.day) = std::tie(time_.year, time_.month, time_.day);
   } else {
-    // A time alone has the first day of all, which nobody entered.
-    constexpr DateTimeParts kNoDate;
-    if (std::tie(time.year, time.month, time.day) ==
-        std::tie(kNoDate.year, kNoDate.month, kNoDate.day)) {
-      return false;
-    }
     std::tie(time.hour, time.minute, time.second) =
         std::tie(time_.hour, time_.minute, time_.second);
   }

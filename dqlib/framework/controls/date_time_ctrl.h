@@ -83,7 +83,7 @@ class CDateTimeCtrl : public Control {
 
   void Describe(platform::DialogControl& control) const override;
   /// A person enters the value as the format has it, or else as `COleDateTime::ParseDateTime` reads
-  /// it, of which the other part, time of day or date, stays; "" is none.
+  /// it, which must tell the own part, date or time of day; the other one stays. "" is none.
   bool Enter(std::string_view value) override;
 
  protected:

@@ -45,16 +45,20 @@ void AddDocuments(const CWnd& window, std::vector<WatchedDocument>& documents,
   }
 }
 
+CWnd* LastSibling(CWnd& window) {
+  CWnd* last = &window;
+  while (last->GetNextWindow() != nullptr) last = last->GetNextWindow();
+  return last;
+}
+
 /// The next child frame that a person can use: below `from` and then from the top on, or above it
 /// and then from the bottom on; null if there is no other.
-CMDIChildWnd* OtherChild(const CMDIChildWnd& from, bool forward) {
+CMDIChildWnd* OtherChild(CMDIChildWnd& from, bool forward) {
   const CWnd* const client = from.GetParent();
-  CWnd* last = client->GetTopWindow();
-  while (last->GetNextWindow() != nullptr) last = last->GetNextWindow();
-  const auto step = [&](const CWnd& window) {
+  const auto step = [&](CWnd& window) {
     CWnd* const next = forward ? window.GetNextWindow() : window.GetPrevWindow();
     if (next != nullptr) return next;
-    return forward ? client->GetTopWindow() : last;
+    return forward ? client->GetTopWindow() : LastSibling(window);
   };
   for (CWnd* next = step(from); next != &from; next = step(*next)) {
     CMDIChildWnd* const child = DYNAMIC_DOWNCAST(CMDIChildWnd, next);
@@ -161,13 +165,12 @@ void CMDIFrameWnd::MDINext() {
   MDIActivate(next);
   if (!self.IsThere() || !left.IsThere() || MDIGetActive() == former) return;
   // Behind all, so that each has its turn before it comes back.
-  CWnd* last = former;
-  while (last->GetNextWindow() != nullptr) last = last->GetNextWindow();
+  CWnd* const last = LastSibling(*former);
   if (last != former) former->SetWindowOrder(last);
 }
 
 void CMDIFrameWnd::MDIPrev() {
-  const CMDIChildWnd* const former = MDIGetActive();
+  CMDIChildWnd* const former = MDIGetActive();
   if (former != nullptr) MDIActivate(OtherChild(*former, false));
 }
 
@@ -228,11 +231,10 @@ BOOL CMDIFrameWnd::PreTranslateMessage(MSG* message) {
   // Key combinations of the active child frame come first, wherever the focus is.
   CMDIChildWnd* const child = MDIGetActive();
   const CWnd* const window = MessageQueue::FindOwnWindow(message->hwnd);
+  const Watched self(*this);
   if (child != nullptr && window != child && !child->IsChild(window)) {
-    const Watched self(*this);
     if (child->PreTranslateMessage(message) != 0 || !self.IsThere()) return 1;
   }
-  const Watched self(*this);
   if (CFrameWnd::PreTranslateMessage(message) != 0 || !self.IsThere()) return 1;
   return message->message == WM_KEYDOWN && TurnByKey(message->wParam) ? 1 : 0;
 }

@@ -37,8 +37,9 @@ class CMDIFrameWnd : public CFrameWnd {
 
   /// Commands go to the active child frame first.
   BOOL OnCmdMsg(UINT id, int code, void* extra, void* handler_info) override;
-  /// Behind all key combinations: Ctrl+F4 asks the active child frame to close, Ctrl+F6 and
-  /// Ctrl+Tab go on to the next one, with Shift back.
+  /// Behind the key combinations of the frames, and Ctrl+Tab behind that of a property sheet:
+  /// Ctrl+F4 asks the active child frame to close, Ctrl+F6 and Ctrl+Tab go on to the next one, with
+  /// Shift back.
   BOOL PreTranslateMessage(MSG* message) override;
 
  protected:

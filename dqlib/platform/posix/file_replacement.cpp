@@ -212,7 +212,16 @@ Error AwaitReplacements(SystemCalls& calls, LockPatience& patience, const std::s
 Error RenameToNew(SystemCalls& calls, const std::string& from, const std::string& to) {
   if (calls.RenameToNew(from.c_str(), to.c_str()) == 0) return {};
   if (errno != EINVAL && errno != ENOSYS) return ErrorFromErrno(errno);
-  // The file system can't do it in one step.
+  // The file system can't do it in one step, but can with two names of a file.
+  if (calls.Link(from.c_str(), to.c_str()) == 0) {
+    if (calls.Unlink(from.c_str()) == 0) return {};
+    const Error error = ErrorFromErrno(errno);
+    static_cast<void>(calls.Unlink(to.c_str()));
+    return error;
+  }
+  const bool cannot_link = errno == EPERM || errno == EOPNOTSUPP || errno == ENOSYS;
+  if (!cannot_link) return ErrorFromErrno(errno);
+  // A directory, or a file system that has no links.
   struct stat status;
   if (calls.LinkStatus(to.c_str(), &status) == 0) return ErrorFromErrno(EEXIST);
   if (errno != ENOENT) return ErrorFromErrno(errno);

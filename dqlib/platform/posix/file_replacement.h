@@ -49,7 +49,8 @@ Error ReplaceFile(SystemCalls& calls, const Replacement& replacement,
                   const std::function<Error(int fd)>& write);
 
 /// Makes an empty file for the user only, or for the owner of its directory as `GiveToOwnerOf`
-/// does, whose it is from its first moment; `kAlreadyExists` if there is one.
+/// does, whose it is from its first moment; `kAlreadyExists` if there is one, or a link, which
+/// isn't followed. Nothing is brought to the disk.
 Error MakeEmptyFile(SystemCalls& calls, const std::string& path);
 
 /// Waits until the files that are being filled in the directory under names that are made up from
@@ -58,7 +59,8 @@ Error MakeEmptyFile(SystemCalls& calls, const std::string& path);
 Error AwaitReplacements(SystemCalls& calls, LockPatience& patience, const std::string& directory,
                         const std::string& stem, std::chrono::nanoseconds deadline);
 
-/// Renames a file or directory; `kAlreadyExists` if `to` is there.
+/// Renames a file or directory; `kAlreadyExists` if `to` is there. Where the system can't do that
+/// in one step, nor give a file two names, what comes in at `to` meanwhile is replaced.
 Error RenameToNew(SystemCalls& calls, const std::string& from, const std::string& to);
 
 /// The directory of a path, "." if it has none.

@@ -70,8 +70,9 @@ class LockedProfile {
 
   /// Removes a file that was made for a write that has failed since.
   ~LockedProfile() {
-    // An empty file means the same as none, so that it may stay if it can't be removed.
-    if (made_ && locked_) static_cast<void>(calls_.Unlink(path_.c_str()));
+    // An empty file means the same as none, so that it may stay if it can't be removed. One that
+    // isn't was another writer's before this one had the lock.
+    if (made_ && locked_ && status_.st_size == 0) static_cast<void>(calls_.Unlink(path_.c_str()));
   }
 
   /// A file that doesn't exist is made, empty, if `create`; else `kNotFound`.
@@ -115,8 +116,10 @@ class LockedProfile {
   Error OpenOnce(bool create) {
     // For writing, though it is only read and locked: who may not write it may not replace it.
     constexpr int kFlags = O_RDWR | O_NONBLOCK | O_NOCTTY;
+    // A link to nowhere that comes in here is met each time, and isn't followed.
+    constexpr int kAttempts = 10;
     Result<int> fd = OpenFile(calls_, path_, kFlags);
-    while (create && fd.error.code == ENOENT) {
+    for (int attempt = 0; create && fd.error.code == ENOENT && attempt < kAttempts; ++attempt) {
       const Error made = MakeEmptyFile(calls_, path_);
       if (!made.ok() && made.kind != ErrorKind::kAlreadyExists) return made;
       made_ = made.ok();

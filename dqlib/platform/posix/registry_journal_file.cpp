@@ -59,12 +59,10 @@ Error JournalFile::Make(const std::string& path) {
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     error = Open(path, true);
     if (error.code != ENOENT) return error;
-    const Error made = MakeEmptyFile(calls_, path);
-    if (made.ok()) continue;
-    error = made;
-    if (error.kind != ErrorKind::kAlreadyExists) return error;
+    error = MakeEmptyFile(calls_, path);
+    if (!error.ok() && error.kind != ErrorKind::kAlreadyExists) return error;
   }
-  return error;
+  return error.ok() ? Open(path, true) : error;
 }
 
 void JournalFile::MoveTo(JournalFile& other) {

@@ -98,6 +98,7 @@ DIR* SystemCalls::OpenDirectory(const char* path) { return ::opendir(path); }
 const dirent* SystemCalls::ReadDirectory(DIR* directory) { return ::readdir(directory); }
 int SystemCalls::CloseDirectory(DIR* directory) { return ::closedir(directory); }
 int SystemCalls::Rename(const char* from, const char* to) { return ::rename(from, to); }
+int SystemCalls::Link(const char* from, const char* to) { return ::link(from, to); }
 int SystemCalls::RenameToNew(const char* from, const char* to) {
 #ifdef RENAME_NOREPLACE
   return ::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE);

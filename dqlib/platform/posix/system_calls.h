@@ -71,6 +71,7 @@ class SystemCalls {
   virtual const dirent* ReadDirectory(DIR* directory);
   virtual int CloseDirectory(DIR* directory);
   virtual int Rename(const char* from, const char* to);
+  virtual int Link(const char* from, const char* to);
   /// `EEXIST` if `to` is there, `ENOSYS` or `EINVAL` if that can't be done in one step.
   virtual int RenameToNew(const char* from, const char* to);
   virtual ssize_t ReadLink(const char* path, char* target, std::size_t size);
