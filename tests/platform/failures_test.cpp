@@ -120,6 +120,25 @@ TEST(Failures, ChangesOfFilesAreDoneOrNotWhateverFails) {
   }
 }
 
+TEST(Failures, AProfileThatAnotherWriterHasFilledStays) {
+  struct : FailingSystemCalls {
+    int RenameToNew(const char* from, const char* to) override {
+      const int renamed = FailingSystemCalls::RenameToNew(from, to);
+      happens();
+      return renamed;
+    }
+    std::function<void()> happens;
+  } calls;
+  const TempDirectory directory;
+  calls.happens = [&] {
+    directory.Put("b.ini", "[s]\r\nother=1\r\n");
+    calls.LeaveRoom(0);
+  };
+  const auto profiles = MakeProfileFiles(calls);
+  EXPECT_EQ(profiles->Write(directory / "b.ini", "s", "k", "v").kind, ErrorKind::kNoSpace);
+  EXPECT_EQ(directory.Get("b.ini"), "[s]\r\nother=1\r\n");
+}
+
 /// A write that fails has written a half.
 struct TearingSystemCalls : FailingSystemCalls {
   ssize_t PositionedWrite(int fd, const void* data, std::size_t size, off_t at) override {
