@@ -407,6 +407,12 @@ TEST(Tree, SavesAllRowsWithCommasWhateverTheKindOfFile) {
 }
 
 TEST(Tree, PrintsSixtyRowsAPageOfAllOrOfTheSelected) {
+  struct : RecordingObserver {
+    void OnWindowChange(CWnd& window, WindowChange change, const ChangedRange&) override {
+      if (change == WindowChange::kText) told += window.GetWindowText() + '|';
+    }
+    std::string told;
+  } shown;
   OutputPrompts prompts;
   ScriptedPrinting printing;
   ManualClock clock;
@@ -433,14 +439,17 @@ TEST(Tree, PrintsSixtyRowsAPageOfAllOrOfTheSelected) {
   const auto has = [&](const char* text) {
     return printing.document.find(text) != std::string::npos;
   };
-  EXPECT_TRUE(has("(Prefix     ") && has("(row0.)") && has("(row59.)") && has("(Title)"));
+  EXPECT_TRUE(has("(Prefix     2/3/2001     04:05:06.007)") && has("(row0.)") && has("(row59.)") &&
+              has("(Title)"));
   EXPECT_TRUE(has("(1 / 1)") && has("www...)") && !has(std::string(1000, 'w').c_str()));
+  EXPECT_NE(shown.told.find("Sending Message to the Printer|"), std::string::npos);
   // The question is answered by its usual button, which is Yes.
   tree.AddRow("last.", 0);
   EXPECT_EQ(print(), "2");
   EXPECT_EQ(prompts.shown.at(0).text,
             "The report desired will be about 2 pages long.\nDo you want to continue?");
   EXPECT_TRUE(has("(last.)") && has("(2 / 2)"));
+  EXPECT_NE(shown.told.find("Sending Messages to the Printer|"), std::string::npos);
   prompts.choice = {.part = platform::PrintedPart::kPages, .from = 2, .to = 9, .copies = 3};
   EXPECT_TRUE(print() == "1" && has("(last.)") && !has("(row0.)") && printing.job.copies == 3);
   tree.SetMultiSelect();
